@@ -1,0 +1,21 @@
+# One folder under src/ is one target and one include prefix. Each target sees, through a folder of
+# links, its own headers and those of the targets it links, and nothing else of src/: an include that
+# its row of docs/architecture.md does not allow fails to build.
+function(orderservice_floor name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
+    set(root "${CMAKE_BINARY_DIR}/floors/${name}")
+    file(MAKE_DIRECTORY "${root}")
+    if(NOT EXISTS "${root}/${name}")
+        file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${root}/${name}" SYMBOLIC)
+    endif()
+
+    set(target orderservice_${name})
+    add_library(${target} STATIC ${ARG_SOURCES} ${ARG_HEADERS})
+    add_library(OrderService::${name} ALIAS ${target})
+    set_target_properties(${target} PROPERTIES AUTOMOC ON EXPORT_NAME ${name})
+    target_include_directories(${target} PUBLIC
+        $<BUILD_INTERFACE:${root}> $<INSTALL_INTERFACE:include/orderservice>)
+    target_link_libraries(${target} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+    orderservice_own_code(${target})
+    set_property(GLOBAL APPEND PROPERTY ORDERSERVICE_FLOORS ${target})
+endfunction()

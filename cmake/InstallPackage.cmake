@@ -1,0 +1,25 @@
+# The installed package: one static library per floor, the public headers, and find_package(OrderService).
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+get_property(floors GLOBAL PROPERTY ORDERSERVICE_FLOORS)
+install(TARGETS ${floors} EXPORT OrderServiceTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(EXPORT OrderServiceTargets NAMESPACE OrderService::
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
+
+# Public: what a host includes. The other floors stay inside the library.
+foreach(floor base records platform gates)
+    install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h")
+endforeach()
+foreach(header check/OrderServiceBase.h service/OrderService.h service/OrderServiceAdapter.h)
+    get_filename_component(folder "${header}" DIRECTORY)
+    install(FILES "${CMAKE_SOURCE_DIR}/src/${header}" DESTINATION "include/orderservice/${folder}")
+endforeach()
+
+configure_package_config_file("${CMAKE_SOURCE_DIR}/cmake/OrderServiceConfig.cmake.in"
+    "${CMAKE_BINARY_DIR}/OrderServiceConfig.cmake"
+    INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
+write_basic_package_version_file("${CMAKE_BINARY_DIR}/OrderServiceConfigVersion.cmake"
+    COMPATIBILITY SameMinorVersion)
+install(FILES "${CMAKE_BINARY_DIR}/OrderServiceConfig.cmake" "${CMAKE_BINARY_DIR}/OrderServiceConfigVersion.cmake"
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)

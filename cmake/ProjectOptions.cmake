@@ -1,0 +1,30 @@
+# Options and flags that every target of our own takes.
+
+option(ORDERSERVICE_BUILD_DESK "Build the desk, the reference host" ON)
+option(ORDERSERVICE_BUILD_TESTS "Build the tests" ON)
+option(ORDERSERVICE_BUILD_BENCH "Build the benchmarks" OFF)
+option(ORDERSERVICE_BUILD_FUZZERS "Build the libFuzzer targets (needs clang)" OFF)
+set(ORDERSERVICE_SANITIZE "" CACHE STRING "Sanitizers for the whole tree, such as address,undefined or thread")
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+if(ORDERSERVICE_SANITIZE)
+    add_compile_options(-fsanitize=${ORDERSERVICE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${ORDERSERVICE_SANITIZE})
+endif()
+
+# Warnings are errors in our own code; code that moc writes is compiled in the same target and passes too.
+function(orderservice_own_code target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+        -Woverloaded-virtual -Werror)
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
+endfunction()

@@ -1,0 +1,49 @@
+#include "base/Clock.h"
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace utils {
+namespace {
+
+class CMachineClock : public IClock {
+public:
+    double time() override {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    }
+    void sleep(double seconds) override { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }
+    QDateTime currentDateTime() override { return QDateTime::currentDateTime(); }
+};
+
+CMachineClock& machineClock() {
+    static CMachineClock clock;
+    return clock;
+}
+
+std::atomic<IClock*> s_installedClock{nullptr};
+
+IClock& clock() {
+    IClock* installed = s_installedClock.load();
+    return installed != nullptr ? *installed : machineClock();
+}
+
+} // namespace
+
+void installClock(IClock* clock) {
+    s_installedClock.store(clock);
+}
+
+double getTime() {
+    return clock().time();
+}
+
+void sleep(double seconds) {
+    clock().sleep(seconds);
+}
+
+QDateTime currentDateTime() {
+    return clock().currentDateTime();
+}
+
+} // namespace utils

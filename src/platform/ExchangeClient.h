@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/HostService.h"
+#include "records/Instrument.h"
+
+#include <QObject>
+#include <QString>
+
+#include <string>
+
+namespace TC {
+
+/// The client's instruments and trading days. Every operation may be called from any thread and answers at once.
+class CExchangeClient : public QObject, public CHostService<CExchangeClient> {
+    Q_OBJECT
+public:
+    static constexpr const char* kServiceName = "CExchangeClient";
+
+    /// Whether the full instrument key (market and code joined by qdStockKey) exists.
+    virtual bool hasStock(const QString& stockKey) = 0;
+    /// The instrument's record, or an empty pointer where the key is unknown.
+    virtual CInstrumentDetailPtr getCodeInfo(const QString& stockKey) = 0;
+    /// The latest trading day as text, "yyyyMMdd".
+    virtual std::string getMaxTradingDay() = 0;
+
+signals:
+    /// A new trading day has begun. The host may emit it on any thread and registers std::string.
+    void sigNewTradingDate(std::string date);
+};
+
+} // namespace TC

@@ -1,0 +1,100 @@
+#include "platform/Host.h"
+
+#include "platform/AlgorithmTradeHelper.h"
+#include "platform/ExchangeClient.h"
+#include "platform/InstrumentTypes.h"
+#include "platform/IntakeAudit.h"
+#include "platform/LuaModuleCtrl.h"
+#include "platform/MsgService.h"
+#include "platform/OrderClient.h"
+#include "platform/Quote.h"
+#include "platform/TimeService.h"
+#include "platform/TradeClient.h"
+#include "platform/TradeFrameworkSource.h"
+#include "platform/TraderCenter.h"
+#include "platform/TradingRules.h"
+#include "platform/UserConfig.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace TC {
+
+/// The one place that sets the instances.
+class CHostInstaller {
+public:
+    template<typename T>
+    static void set(T* service) {
+        CHostService<T>::s_pInstance = service;
+    }
+};
+
+namespace {
+
+bool s_installed = false;
+
+/// Calls `visit` with each service of the host: one list for checking, installing and releasing.
+template<typename Visitor>
+void forEachService(const CHost& host, const Visitor& visit) {
+    visit(host.userManager);
+    visit(host.orderClient);
+    visit(host.tradeClient);
+    visit(host.quoteClient);
+    visit(host.exchangeClient);
+    visit(host.msgService);
+    visit(host.timeService);
+    visit(host.tradingRules);
+    visit(host.algorithmTradeHelper);
+    visit(host.intakeAudit);
+    visit(host.instrumentTypes);
+    visit(host.traderCenter);
+    visit(host.tradeFrameworkSource);
+    visit(host.luaModuleCtrl);
+}
+
+struct CNameMissing {
+    std::string& names;
+    template<typename T>
+    void operator()(T* service) const {
+        if (service == nullptr) names += (names.empty() ? "" : ", ") + std::string(T::kServiceName);
+    }
+};
+
+struct CSetService {
+    template<typename T>
+    void operator()(T* service) const {
+        CHostInstaller::set(service);
+    }
+};
+
+constexpr int kMissingService = 1;
+constexpr int kAlreadyInstalled = 2;
+
+} // namespace
+
+utils::KNError installHost(const CHost& host) {
+    if (s_installed) return {kAlreadyInstalled, "installHost: a host is installed already"};
+    std::string missing;
+    forEachService(host, CNameMissing{missing});
+    if (!missing.empty()) return {kMissingService, "installHost: missing service: " + missing};
+    forEachService(host, CSetService{});
+    s_installed = true;
+    return {};
+}
+
+void releaseHost() {
+    forEachService(CHost{}, CSetService{});
+    s_installed = false;
+}
+
+bool isHostInstalled() {
+    return s_installed;
+}
+
+void reportMissingHost(const char* service) {
+    std::fprintf(stderr, "order service: %s was used while no host is installed\n", service);
+    std::abort();
+}
+
+} // namespace TC

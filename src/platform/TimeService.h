@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/HostService.h"
+
+#include <cstdint>
+
+namespace TC {
+
+/// The trading layer's time.
+class CTimeService : public CHostService<CTimeService> {
+public:
+    static constexpr const char* kServiceName = "CTimeService";
+
+    /// Seconds since 1970-01-01 UTC by the trading layer's clock. Any thread.
+    virtual std::int64_t currentTime() = 0;
+};
+
+} // namespace TC

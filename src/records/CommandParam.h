@@ -1,0 +1,85 @@
+#pragma once
+
+#include "base/Bson.h"
+#include "base/Unset.h"
+#include "records/Account.h"
+#include "records/Data.h"
+#include "records/Enums.h"
+#include "records/Instrument.h"
+#include "records/OrderParam.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace TC {
+
+/// One order line of a command: one instrument on one account. Texts are UTF-8.
+struct CCodeOrderParam : knservice::IData {
+    CAccountInfoPtr m_account;
+    EHedge_Flag_Type m_eHedgeFlag = EHedge_Flag_Type::Speculation;
+    EOperationType m_eOperationType = unsetEnum<EOperationType>();
+    EOrderType m_eOrderType = unsetEnum<EOrderType>();
+    EPositionType m_ePositionType = unsetEnum<EPositionType>();
+    CStockInfo m_stock;
+    EPriceType m_ePriceType = unsetEnum<EPriceType>();
+    double m_dPrice = kUnsetDouble; ///< currency units
+    int m_nVolume = kUnsetInt;      ///< shares or lots
+    std::string m_strUserId;
+    EEntrustTypes m_eEntrustType = unsetEnum<EEntrustTypes>();
+    std::string m_strContractText;
+    std::string m_strRepayText;
+    int m_nQuantityKind = kUnsetInt;
+    double m_dQuantity = kUnsetDouble;
+    int m_nSubAccountKind = kUnsetInt;
+    std::string m_strSubAccountId;
+    int m_nOverFreqMode = kUnsetInt;
+};
+
+/// One command for the trading layer. The host's order client takes over a reference. Texts are UTF-8.
+struct COrderComandParam : knservice::IData {
+    EQdTraderType m_eTraderType = unsetEnum<EQdTraderType>();
+    EQdHedgeType m_eHedgeType = EQdHedgeType::None;
+    EFtSpecBtnBarType m_eBtnType = EFtSpecBtnBarType::None;
+    std::vector<CCodeOrderParam> m_codes;
+    std::map<std::string, double> m_weights; ///< account key to weight
+    EQdStopLossType m_eStopLossType = EQdStopLossType::None;
+    bool m_bUnion = false;
+    bson::BSONObj m_extra;
+    std::string m_strTag;
+    std::string m_strAlgoParam;
+    ETradePlatform m_ePlatform = ETradePlatform::Plain;
+    bool m_bCommandFlag = false;
+    bool m_bForceConfirm = false; ///< the host must ask the user before it acts
+    EOrderStrategyType m_eStrategyType = unsetEnum<EOrderStrategyType>();
+    std::string m_strRemark;
+    std::string m_strCreateTime; ///< local time, "yyyy-MM-dd hh:mm:ss:zzz"; empty where the road sets none
+};
+
+using COrderComandParamPtr = boost::shared_ptr<COrderComandParam>;
+
+/// An order that passed the checks, with their results.
+struct orderParamForOrderService : COrderParam {
+    std::vector<CCodeOrderParam> m_codes;
+    std::map<std::string, double> m_weights; ///< account key to weight
+
+    orderParamForOrderService() = default;
+    explicit orderParamForOrderService(const COrderParam& order) : COrderParam(order) {}
+    orderParamForOrderService& operator=(const COrderParam& order) {
+        COrderParam::operator=(order);
+        return *this;
+    }
+};
+
+} // namespace TC
+
+namespace knservice {
+
+/// What became of one order at the broker, as the trade client reports it; its content is the host's.
+struct COrderInfo : IData {};
+
+using COrderInfoPtr = boost::shared_ptr<COrderInfo>;
+
+} // namespace knservice

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "records/Enums.h"
+#include "records/OrderSetting.h"
+
+#include <cstddef>
+
+namespace TC {
+
+/// An inclusive run of order-type numbers.
+struct COrderNumberRange {
+    int m_nFirst;
+    int m_nLast;
+};
+
+/// What is known of a product family apart from its check.
+struct CFamily {
+    static constexpr std::size_t kMaxRanges = 4;
+
+    EOrderStrategyTradeType m_eTradeType;
+    const char* m_pszName;      ///< English name, for messages that developers read
+    EQdTraderType m_eTraderType;
+    EQDBrokerType m_eBrokerType; ///< kind of account that the family trades on; baskets also try credit accounts
+    ESettingSlot m_eSlot;        ///< setting that the family's orders take
+    std::size_t m_nRanges;
+    COrderNumberRange m_ranges[kMaxRanges]; ///< order-type numbers that the family's check accepts
+
+    bool accepts(int orderType) const;
+};
+
+extern const CFamily kFamilies[];
+extern const std::size_t kFamilyCount;
+
+/// The family of a trade type, or null for a number without one.
+const CFamily* findFamily(EOrderStrategyTradeType tradeType);
+
+/// The command's family bit; the stock bit for numbers without a family.
+EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType);
+
+} // namespace TC

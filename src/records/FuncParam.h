@@ -1,0 +1,33 @@
+#pragma once
+
+#include "records/OrderParam.h"
+
+#include <QString>
+#include <QVector>
+
+#include <string>
+
+namespace TC {
+
+/// What a call of function trading asks for; the numbers are those of the function's parameter text.
+enum class PassorderFunOrderType : int {};
+
+/// One call of function trading. Texts are UTF-8.
+struct COrderFuncParam {
+    int m_nOpType = -1;    ///< a PassorderFunOrderType
+    int m_nOrderType = -1; ///< which accounts and which unit
+    std::string m_strAccountID;
+    std::string m_strOrderCode;
+    int m_nPrType = -1; ///< an EPriceType; -1: not given
+    double m_dModelPrice = 0.0;
+    double m_dModelVolume = 0.0;
+    int m_nTradeType = -1; ///< an EOrderStrategyTradeType derived from m_nOpType
+    std::string m_strStrategyName;
+    QVector<COrderSingleParam> m_orders;
+    QString m_strFuncName;
+    std::string m_strTradeKey;
+    std::string m_strNote;
+    std::string m_strModelName;
+};
+
+} // namespace TC

@@ -1,0 +1,44 @@
+#include "records/OrderParam.h"
+
+#include <QStringList>
+
+namespace TC {
+namespace {
+
+QString number(int value) {
+    return isUnset(value) ? QStringLiteral("-") : QString::number(value);
+}
+
+QString number(double value) {
+    return isInvalidPrice(value) ? QStringLiteral("-") : QString::number(value, 'g', 15);
+}
+
+QString lineText(const COrderSingleParam& line) {
+    QStringList parts{
+        QStringLiteral("code=") + line.m_strCode,
+        QStringLiteral("volume=") + number(line.m_nVolume),
+        QStringLiteral("price=") + number(line.m_dPrice),
+    };
+    if (!line.m_strAccount.isEmpty()) parts << QStringLiteral("account=") + line.m_strAccount;
+    if (line.m_bHasFirstLimit) parts << QStringLiteral("first_limit=") + number(line.m_dFirstLimit);
+    if (line.m_bHasSecondLimit) parts << QStringLiteral("second_limit=") + number(line.m_dSecondLimit);
+    if (!isInvalidPrice(line.m_dAmount)) parts << QStringLiteral("amount=") + number(line.m_dAmount);
+    return QStringLiteral("{") + parts.join(QStringLiteral(" ")) + QStringLiteral("}");
+}
+
+} // namespace
+
+QString COrderParam::toQString() const {
+    QStringList parts{
+        QStringLiteral("order_type=") + number(m_nOrderType),
+        QStringLiteral("channel=") + number(m_nChannel),
+        QStringLiteral("strategy_type=") + QString::number(static_cast<int>(m_eStrategyType)),
+    };
+    if (m_bAll) parts << QStringLiteral("all");
+    if (!m_strRemark.empty()) parts << QStringLiteral("remark=") + QString::fromStdString(m_strRemark);
+    if (!m_strOrderSetting.empty()) parts << QStringLiteral("setting=") + QString::fromStdString(m_strOrderSetting);
+    for (const COrderSingleParam& line : m_orders) parts << lineText(line);
+    return parts.join(QStringLiteral(" "));
+}
+
+} // namespace TC

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "base/Unset.h"
+#include "records/Enums.h"
+
+#include <QString>
+#include <QVector>
+
+#include <string>
+
+namespace TC {
+
+/// One line of an order.
+struct COrderSingleParam {
+    QString m_strCode;    ///< empty: none, the strategy's applies
+    QString m_strAccount; ///< read only for strategies in table mode
+    int m_nVolume = kUnsetInt; ///< shares or lots; unset: the strategy's applies
+    double m_dPrice = kUnsetDouble; ///< currency units, used with EPriceType::Specified
+    bool m_bHasFirstLimit = false;
+    double m_dFirstLimit = kUnsetDouble;
+    bool m_bHasSecondLimit = false;
+    double m_dSecondLimit = kUnsetDouble;
+    double m_dAmount = kUnsetDouble; ///< currency units
+    QString m_strCompact;            ///< contract number of a credit line
+    int m_eOperationType = -1;       ///< operation code of a basket member
+    double m_dWeight = 0.0;          ///< weight of a basket member
+    int m_nOverFreqMode = kUnsetInt;
+    EPriceType m_ePriceType = unsetEnum<EPriceType>(); ///< unset: the strategy's setting applies
+};
+
+/// One order as it came in by any door.
+struct COrderParam {
+    int m_nOrderType = kUnsetInt; ///< order-type number, see records/OrderTypes.h
+    int m_nChannel = kUnsetInt;   ///< id of the strategy that the order is meant for
+    EOrderStrategyType m_eStrategyType = unsetEnum<EOrderStrategyType>();
+    bool m_bAll = false; ///< the word `all` resolved to at least one account
+    QVector<COrderSingleParam> m_orders;
+    QString m_strAccountKeyPart1; ///< both parts set: an explicit account
+    QString m_strAccountKeyPart2;
+    std::string m_strBasketText;
+    std::string m_strAccountKey;
+    std::string m_strRemark;                              ///< UTF-8
+    EOrderType m_eOrderType = unsetEnum<EOrderType>();    ///< unset: the strategy's applies
+    std::string m_strOrderSetting;                        ///< setting or algorithm text, UTF-8; empty: none
+    int m_nSettingKind = 0;                               ///< 1: m_strOrderSetting is the final algorithm text
+    std::string m_strTradeText1;
+    std::string m_strTradeText2;
+    std::string m_strTradeText3;
+    int m_nTradeTypeOverride = -1; ///< an EOrderStrategyTradeType as the line grammar recognised it
+
+    /// The order as one line of text for the log.
+    QString toQString() const;
+};
+
+/// What one `orderParam=` line of an order file gives. The host's parser fills it.
+struct COrderTradeParam {
+    std::string m_strRemark; ///< GBK from the host's parser, UTF-8 afterwards
+    int m_eOrderType = -1;
+    QString m_strOrderSetting;
+    QString m_strAccountKeyPart1;
+    QString m_strAccountKeyPart2;
+    int m_nSettingKind = 0;
+    std::string m_strTradeText1;
+    std::string m_strTradeText2;
+    std::string m_strTradeText3;
+};
+
+} // namespace TC

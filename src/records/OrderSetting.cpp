@@ -1,0 +1,22 @@
+#include "records/OrderSetting.h"
+
+#include <array>
+
+namespace TC {
+namespace {
+
+// By slot number.
+constexpr std::array<EDefaultSetting, kSettingSlots> kDefaults = {
+    EDefaultSetting::Stock,  EDefaultSetting::Future, EDefaultSetting::Future, EDefaultSetting::Future,
+    EDefaultSetting::Future, EDefaultSetting::Future, EDefaultSetting::Basket, EDefaultSetting::None,
+    EDefaultSetting::Stock,  EDefaultSetting::Option, EDefaultSetting::Neeq,   EDefaultSetting::HGT,
+    EDefaultSetting::Gold,   EDefaultSetting::None,   EDefaultSetting::None,   EDefaultSetting::None,
+};
+
+} // namespace
+
+EDefaultSetting defaultForSlot(ESettingSlot slot) {
+    return kDefaults.at(static_cast<std::size_t>(slot));
+}
+
+} // namespace TC

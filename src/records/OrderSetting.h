@@ -1,0 +1,50 @@
+#pragma once
+
+#include "base/Unset.h"
+#include "records/Enums.h"
+
+#include <string>
+
+namespace TC {
+
+/// How one product family of a strategy places its orders, as far as this system reads it.
+struct COrderSetting {
+    EPriceType m_ePriceType = EPriceType::Latest;
+    EOrderType m_eOrderType = EOrderType::Plain;
+    double m_dFirstLimit = kUnsetDouble;
+    double m_dSecondLimit = kUnsetDouble;
+    bool m_bFirstLimitOn = false;
+    bool m_bSecondLimitOn = false;
+    std::string m_strCmdLog; ///< default command remark, UTF-8
+};
+
+/// Slots of COrderSetting in a strategy. Both connects have two: the strategy path reads HGT and SGT, function
+/// trading the other pair.
+enum class ESettingSlot : int {
+    Stock = 0,
+    Future = 1,
+    Unused2 = 2,
+    Unused3 = 3,
+    Unused4 = 4,
+    Unused5 = 5,
+    StockBasket = 6,
+    FutureBasket = 7,
+    Credit = 8,
+    StockOption = 9,
+    Neeq = 10,
+    HGT = 11,
+    Gold = 12,
+    FunctionHGT = 13,
+    FunctionSGT = 14,
+    SGT = 15,
+};
+
+inline constexpr int kSettingSlots = 16;
+
+/// The default settings that a user keeps, from which new strategies are filled.
+enum class EDefaultSetting : int { None, Stock, Future, Basket, Option, Neeq, HGT, Gold };
+
+/// The default that a new strategy copies into the slot; None leaves the slot as it was made.
+EDefaultSetting defaultForSlot(ESettingSlot slot);
+
+} // namespace TC

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "base/ManualSingleton.h"
+#include "gates/OrderGate.h"
+#include "gates/StrategyRegistry.h"
+#include "records/CommandParam.h"
+#include "records/OrderParam.h"
+#include "records/StrategyParam.h"
+
+#include <QMap>
+#include <QObject>
+#include <QVector>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace TC {
+
+class CFileService;
+class COrderServiceBase;
+class CStrategyRegistry;
+
+/// The order service: everything reaches the order checkers through this singleton. Chooses the variant that the user
+/// gets, owns the threads of the order path, keeps the strategies, and turns calls from any thread into queued work on
+/// its own thread.
+///
+/// The host creates it on its main thread after installHost and stores it with initInstance, creates the
+/// COrderServiceAdapter after it, and calls loadFromConfig once the user is logged in. At the end of the process it
+/// calls shutdown and release, in that order, before releaseHost.
+class COrderService : public QObject,
+                      public utils::CManualSingletonT<COrderService>,
+                      public IOrderGate,
+                      public IStrategyRegistry {
+    Q_OBJECT
+public:
+    /// Starts the service's thread and moves to it, so `parent` must be null or live on no thread of its own.
+    explicit COrderService(QObject* parent = nullptr);
+    /// Shuts down first where shutdown was not called. Not on the service's own thread.
+    ~COrderService() override;
+
+    /// Binds the service to the logged-in user: chooses the variant, filters the strategies over the user's limits,
+    /// starts those that the configuration remembers as running, and starts the file thread. Without a user it does
+    /// nothing. A repeated call keeps variant and thread and starts again what is remembered as running.
+    /// showMsg: whether each started strategy is announced.
+    void loadFromConfig(bool showMsg);
+
+    /// Ends the intake, works off every batch that was accepted, and ends the service's threads. Nothing that was taken
+    /// from a file is lost. Afterwards the object accepts nothing more; a second call does nothing. Not on the
+    /// service's own thread.
+    void shutdown();
+
+    /// Any thread; queued.
+    void placeorder(COrderParam order);
+    void placeOrders(QVector<COrderParam> orders) override;
+    /// Hands checked orders to the variant on the caller's thread; without a variant does nothing.
+    void placeLegalOrders(QVector<orderParamForOrderService> orders);
+    void cancelOrder(int taskId) override;
+    /// Emits sigCancelOrders on the calling thread.
+    void cancelOrders(std::vector<std::string>& fields) override;
+
+    /// Whether any strategy runs. Takes no lock: the caller holds the registry still.
+    bool hasRunning() const;
+    /// One line for each running strategy, in key order.
+    QString getStatusBarTip() const;
+    /// The variant, or null.
+    COrderServiceBase* getOrderService() const { return m_orderService.get(); }
+
+    /// Strategies. 0 for success and -1 for failure unless stated; any thread; a call can wait for a pass of the file
+    /// loop to end.
+
+    /// The new strategy's id, or -1 while no user is bound.
+    int addOrderStrategy(EOrderStrategyType type);
+    /// Replaces the stopped strategy that has param.m_nChannel. `id` plays no part in the search.
+    int updateOrderStrategy(int id, COrderStrategyParam param);
+    /// A running strategy can be removed: it drops out of the file loop.
+    int removeOrderStrategy(int id);
+    /// A copy that shares nothing with the host's map.
+    QMap<int, COrderStrategyParam> getStrategyMap() const;
+    /// The record itself or null. The pointer holds as long as nothing removes the record and is read without a lock:
+    /// only for callers that keep the registry still.
+    const COrderStrategyParam* getStrategyConst(int id) const;
+    COrderStrategyParam* getStrategy(int id);
+    /// Starts a strategy; a file strategy's waiting file is deleted unread. `error` gets the reason of a failure, and
+    /// can hold a note after a success.
+    int startOrderStrategy(int id, QString& error, bool showMsg);
+    int stopOrderStrategy(int id, QString& error);
+    /// DBF order tables are not built yet: refuses with a message and -1.
+    int addDbfStrategy(COrderStrategyParam& param);
+
+    QString getOrderStrategyText(EOrderStrategyType type) const override;
+    std::string defaultRemark(const COrderStrategyParam& strategy) const override;
+    void visitStrategies(const std::function<void(const COrderStrategyParam&)>& visit) override;
+
+signals:
+    /// Checked orders on their way to the main thread.
+    void sigPlaceLegalOrders(QVector<TC::orderParamForOrderService> orders,
+                             const QMap<int, TC::COrderStrategyParam>* strategies);
+    /// A strategy was started or stopped; the argument is hasRunning(). Emitted with the registry locked.
+    void sigSetStatus(bool running);
+    void sigPlaceOrders(QVector<TC::COrderParam> orders);
+    void sigCancelOrder(int taskId);
+    /// For the host; nothing here emits it.
+    void sigStopStrategy(int id, int reason);
+    /// A `cancel_order` line: the word and its fields. Emitted on the file thread with the registry locked. Connect with
+    /// Qt::DirectConnection: the reference cannot be queued.
+    void sigCancelOrders(std::vector<std::string>& fields);
+
+public slots:
+    void slotNewTradingDate(std::string date);
+    void slotPlaceOrders(QVector<TC::COrderParam> orders);
+    void slotCancelOrder(int taskId);
+    void slotDbfCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
+
+private:
+    void chooseVariant();
+    void startFileThread();
+
+    struct CThreads;
+
+    std::unique_ptr<CStrategyRegistry> m_registry;
+    std::unique_ptr<COrderServiceBase> m_orderService;
+    std::unique_ptr<CFileService> m_fileService;
+    std::unique_ptr<CThreads> m_threads;
+};
+
+} // namespace TC
