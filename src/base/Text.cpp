@@ -85,6 +85,20 @@ std::string toPathBytes(const QString& path) {
     return path.toStdString();
 }
 
+QString fillText(const QString& pattern, std::initializer_list<QString> arguments) {
+    QString text;
+    text.reserve(pattern.size() + 64);
+    int copied = 0;
+    for (int i = pattern.indexOf(u'%'); i >= 0; i = pattern.indexOf(u'%', i + 1)) {
+        const int place = i + 1 < pattern.size() ? pattern.at(i + 1).unicode() - u'0' : 0;
+        if (place < 1 || place > static_cast<int>(arguments.size())) continue;
+        text.append(pattern.constData() + copied, i - copied);
+        text.append(*(arguments.begin() + (place - 1)));
+        copied = i + 2;
+    }
+    return text.append(pattern.constData() + copied, pattern.size() - copied);
+}
+
 void string_replace(std::string& text, char unwanted) {
     text.erase(std::remove(text.begin(), text.end(), unwanted), text.end());
 }

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 
 /// Text encodings. Order files and the socket protocol carry GBK, commands and logs UTF-8. All functions are pure
@@ -33,6 +34,11 @@ std::string toLocal8Bit(const QString& text);
 
 /// The bytes of a path for the file system: UTF-8, also under the "C" locale.
 std::string toPathBytes(const QString& path);
+
+/// Puts the first argument in place of every "%1" of the pattern, the second in place of every "%2", and so on. Unlike
+/// QString::arg it goes by the number alone: a pattern may name an argument twice or not at all, and what an argument
+/// holds is never taken for a place. A place without an argument stays as it stands.
+QString fillText(const QString& pattern, std::initializer_list<QString> arguments);
 
 /// Removes every occurrence of the character from the text.
 void string_replace(std::string& text, char unwanted);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/KNError.h"
 #include "platform/Quote.h"
 #include "platform/UserConfig.h"
 #include "records/CommandParam.h"

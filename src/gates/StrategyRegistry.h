@@ -12,7 +12,7 @@ public:
     /// Visits every strategy in key order with the registry locked for the whole walk: nothing is added, changed,
     /// started or stopped meanwhile. An exception of the visitor ends the walk, releases the lock and goes on to the
     /// caller.
-    virtual void visitStrategies(const std::function<void(const COrderStrategyParam&)>& visit) = 0;
+    virtual void visitStrategies(const std::function<void(int channel, const COrderStrategyParam&)>& visit) = 0;
 
 protected:
     ~IStrategyRegistry() = default;

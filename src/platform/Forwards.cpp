@@ -1,6 +1,7 @@
 // The free functions and static look-ups of the boundary, each a word to the installed service.
 #include "platform/InstrumentTypes.h"
 #include "platform/LuaModuleCtrl.h"
+#include "platform/MsgService.h"
 #include "platform/Quote.h"
 #include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
@@ -9,6 +10,13 @@ namespace TC {
 
 CUserConfig* getUserConfig() {
     return CUserManager::instance().getUserConfig();
+}
+
+void showServiceMsg(const QString& text) {
+    CMsgFlags flags;
+    if (const CUserConfig* user = getUserConfig()) flags = user->getMsgFlags(EMsgTypeDef::General);
+    CMsgService::instance().showMsg(text, EMsgTypeDef::General, MsgLevel::Note, flags.m_bFirst, flags.m_bSecond,
+                                    QString());
 }
 
 boost::shared_ptr<CQuoteRequest> CQuoteRequest::makeRequest(const QString& stockKey, const CCallback& callback,

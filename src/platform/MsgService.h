@@ -18,4 +18,7 @@ public:
                          const QString& extra) = 0;
 };
 
+/// A note of the order service to the user's panel: a general message at note level, with the user's flags for such.
+void showServiceMsg(const QString& text);
+
 } // namespace TC

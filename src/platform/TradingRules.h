@@ -25,8 +25,8 @@ public:
     /// An account key from the two halves that trade parameters name.
     virtual QString getAccountFromOrderParam(const QString& part1, const QString& part2) = 0;
 
-    /// Reads the text behind `orderParam=`, in the local 8-bit encoding (GBK). False where it is not understood; then
-    /// the record stays as it was. The remark is given back in the same encoding.
+    /// Reads the text behind `orderParam=`, in the local 8-bit encoding (GBK), and sets every field of the record anew.
+    /// False where it is not understood; then the record stays as it was. The remark is given back as it came, in GBK.
     virtual bool parserOrderTradeParam(const std::string& text, COrderTradeParam& param) = 0;
     /// Reads a setting text into the setting, changing what the text names.
     virtual void orderSettingFromString(COrderSetting& setting, const QString& text) = 0;

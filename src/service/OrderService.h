@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -64,7 +65,7 @@ public:
     /// One line for each running strategy, in key order.
     QString getStatusBarTip() const;
     /// The variant, or null.
-    COrderServiceBase* getOrderService() const { return m_orderService.get(); }
+    COrderServiceBase* getOrderService() const;
 
     /// Strategies. 0 for success and -1 for failure unless stated; any thread; a call can wait for a pass of the file
     /// loop to end.
@@ -90,7 +91,7 @@ public:
 
     QString getOrderStrategyText(EOrderStrategyType type) const override;
     std::string defaultRemark(const COrderStrategyParam& strategy) const override;
-    void visitStrategies(const std::function<void(const COrderStrategyParam&)>& visit) override;
+    void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) override;
 
 signals:
     /// Checked orders on their way to the main thread.

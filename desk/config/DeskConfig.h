@@ -1,0 +1,110 @@
+#pragma once
+
+#include "records/Basket.h"
+#include "records/Enums.h"
+#include "records/OrderSetting.h"
+#include "records/StrategyParam.h"
+
+#include <array>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+/// What a desk folder says, as plain records. Texts are UTF-8, prices and money in currency units, volumes in shares or
+/// lots. An instrument key is market and code joined, such as "SH600000".
+namespace desk {
+
+struct CUserEntry {
+    std::string name;
+    int kind = 100;
+    std::set<int> rights; ///< TC::EUserAuth numbers
+    bool orderService = true;
+    bool tradeFramework = false;
+    bool orderEncryption = false;
+    int maxStrategies = 50;
+    int maxSocketStrategies = 50;
+    int fileIntervalMs = 50;
+    std::map<int, std::pair<bool, bool>> msgFlags; ///< by message type
+    int hintBits = 0;                              ///< which order sources ask for confirmation
+};
+
+struct CPositionEntry {
+    std::string stockKey;
+    long long volume = 0;
+    long long available = 0; ///< of which can be sold today
+    double cost = 0;         ///< average price paid
+};
+
+struct CAccountEntry {
+    std::string key;
+    std::string displayId;
+    TC::EQDBrokerType broker = TC::EQDBrokerType::Stock;
+    int loginStatus = 0; ///< 0: logged in
+    bool simple = false; ///< may be named by rows of a table
+    double funds = 0;
+    std::vector<CPositionEntry> positions;
+};
+
+struct CGroupMember {
+    std::string accountKey;
+    double weight = 1;
+};
+
+struct CGroupEntry {
+    std::string name;
+    TC::EQDBrokerType broker = TC::EQDBrokerType::Stock;
+    std::vector<CGroupMember> members;
+};
+
+struct CInstrumentEntry {
+    std::string market;
+    std::string code;
+    std::string name;
+    std::string productId;
+    std::set<int> types; ///< numbers of the instrument type table
+    int unit = 1;        ///< trading unit
+    int uiUnit = 1;      ///< unit shown to the user
+    double upperLimit = TC::kUnsetDouble;
+    double lowerLimit = TC::kUnsetDouble;
+    double referencePrice = TC::kUnsetDouble;
+    int transferKind = 0;
+
+    std::string key() const { return market + code; }
+};
+
+struct CQuoteLevel {
+    double price = TC::kUnsetDouble; ///< unset: the level is empty
+    long long volume = 0;
+};
+
+struct CQuoteEntry {
+    static constexpr int kDepth = 10;
+
+    std::string stockKey;
+    double last = TC::kUnsetDouble;
+    double previousClose = TC::kUnsetDouble; ///< what prices fall back to
+    std::array<CQuoteLevel, kDepth> buy;     ///< best first
+    std::array<CQuoteLevel, kDepth> sell;    ///< best first
+};
+
+/// A quote that replaces the instrument's one some time after the desk has started.
+struct CQuoteChange {
+    double offsetSeconds = 0;
+    CQuoteEntry quote;
+};
+
+struct CDeskConfig {
+    CUserEntry user;
+    std::set<std::string> switches; ///< names of the switches of "mdl_order" that are on
+    std::vector<CAccountEntry> accounts;
+    std::vector<CGroupEntry> groups;
+    TC::CBasketMap baskets;
+    std::map<TC::EDefaultSetting, TC::COrderSetting> defaultSettings;
+    TC::COrderStrategyMap strategies; ///< m_nStatus running: start it when the desk starts
+    std::vector<CInstrumentEntry> instruments;
+    std::vector<CQuoteEntry> quotes;
+    std::vector<CQuoteChange> quoteChanges; ///< by ascending offset
+};
+
+} // namespace desk

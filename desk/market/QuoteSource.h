@@ -1,0 +1,22 @@
+#pragma once
+
+#include "desk/config/DeskConfig.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace desk {
+
+/// Where the paper broker learns instruments and quotes. Any thread.
+class IQuoteSource {
+public:
+    virtual ~IQuoteSource() = default;
+
+    /// The instrument, or empty where the key is unknown.
+    virtual std::optional<CInstrumentEntry> instrument(const std::string& stockKey) const = 0;
+    /// The latest quote, or empty while there is none.
+    virtual std::optional<CQuoteEntry> quote(const std::string& stockKey) const = 0;
+};
+
+} // namespace desk

@@ -1,0 +1,69 @@
+// Places one order through the order service and waits for the command that comes out of it.
+#include "MinimalHost.h"
+
+#include <service/OrderService.h>
+#include <service/OrderServiceAdapter.h>
+
+#include <QCoreApplication>
+
+#include <iostream>
+
+namespace {
+
+/// A strategy that takes orders by a call, not from a file; returns its channel, or -1.
+int startStrategy(TC::COrderService& service) {
+    const int channel = service.addOrderStrategy(TC::EOrderStrategyType::Interface);
+    TC::COrderStrategyParam strategy = service.getStrategyMap().value(channel);
+    strategy.m_eSelectedAccountType = TC::ESelectedAccountType::Account;
+    strategy.m_strSelectedAccount = QLatin1String(minimal::kAccount);
+    strategy.m_strSignalSource = QStringLiteral("call");
+    strategy.m_strCode = QLatin1String(minimal::kCode);
+    QString error;
+    if (service.updateOrderStrategy(channel, strategy) != 0 || service.startOrderStrategy(channel, error, true) != 0) {
+        std::cerr << "the strategy does not start: " << error.toStdString() << std::endl;
+        return -1;
+    }
+    return channel;
+}
+
+TC::COrderParam buyOrder(int channel) {
+    constexpr int kStockBuy = 23;
+    TC::COrderSingleParam line;
+    line.m_strCode = QLatin1String(minimal::kCode);
+    line.m_nVolume = 300;
+    TC::COrderParam order;
+    order.m_nOrderType = kStockBuy;
+    order.m_nChannel = channel;
+    order.m_eStrategyType = TC::EOrderStrategyType::Interface;
+    order.m_orders.push_back(line);
+    return order;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication app(argc, argv);
+    minimal::CMinimalHost host;
+    const utils::KNError installed = TC::installHost(host.services());
+    if (!installed.isSuccess()) {
+        std::cerr << installed.errorMsg() << std::endl;
+        return 1;
+    }
+    TC::COrderService::initInstance(new TC::COrderService);
+    TC::COrderServiceAdapter::initInstance(new TC::COrderServiceAdapter);
+    TC::COrderService& service = *TC::COrderService::instance();
+    service.loadFromConfig(true);
+
+    bool ordered = false;
+    const int channel = startStrategy(service);
+    if (channel > 0) {
+        service.placeorder(buyOrder(channel));
+        ordered = host.orders.arrived.get_future().get();
+    }
+
+    service.shutdown();
+    TC::COrderServiceAdapter::release();
+    TC::COrderService::release();
+    TC::releaseHost();
+    return ordered ? 0 : 1;
+}

@@ -1,0 +1,14 @@
+#include "base/Thread.h"
+
+#include <pthread.h>
+
+#include <string>
+
+namespace utils {
+
+void setThreadName(const char* name) {
+    constexpr std::size_t kSystemLimit = 15;
+    pthread_setname_np(pthread_self(), std::string(name).substr(0, kSystemLimit).c_str());
+}
+
+} // namespace utils

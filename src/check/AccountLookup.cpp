@@ -1,0 +1,42 @@
+#include "check/AccountLookup.h"
+
+#include "platform/TradingRules.h"
+
+namespace TC {
+
+const CAccountGroup* findAccountGroup(const CUserConfig& user, const COrderStrategyParam& strategy) {
+    const QString& name = strategy.m_strSelectedAccount;
+    if (strategy.m_eTradeType != EOrderStrategyTradeType::Basket) {
+        return user.getAccountGroupConst(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType), name);
+    }
+    const CAccountGroup* group = user.getAccountGroupConst(EQDBrokerType::Stock, name);
+    return group != nullptr ? group : user.getAccountGroupConst(EQDBrokerType::Credit, name);
+}
+
+bool hasSelectedAccounts(const CUserConfig& user, const COrderStrategyParam& strategy, EAccountLookup lookup) {
+    const QString& name = strategy.m_strSelectedAccount;
+    switch (strategy.m_eSelectedAccountType) {
+    case ESelectedAccountType::Group: return !name.isEmpty() && findAccountGroup(user, strategy) != nullptr;
+    case ESelectedAccountType::Account:
+        if (lookup == EAccountLookup::ByTableMode && strategy.m_nAccountMode == COrderStrategyParam::kTableMode) {
+            return user.hasSimpleAccount(name);
+        }
+        return user.hasAccount(name);
+    }
+    return false;
+}
+
+void appendAccounts(const CUserConfig& user, const COrderStrategyParam& strategy, const QString& name,
+                    std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios) {
+    const ESelectedAccountType kind = strategy.m_eSelectedAccountType;
+    if (strategy.m_eTradeType == EOrderStrategyTradeType::Basket) {
+        user.getAccountsWeights(EQDBrokerType::Stock, kind, name, accounts, ratios, false);
+        if (accounts.empty()) user.getAccountsWeights(EQDBrokerType::Credit, kind, name, accounts, ratios, false);
+        return;
+    }
+    const bool simple = strategy.m_nAccountMode == COrderStrategyParam::kTableMode;
+    user.getAccountsWeights(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType), kind, name, accounts, ratios,
+                            simple);
+}
+
+} // namespace TC

@@ -1,0 +1,129 @@
+#include "check/OrderServiceBase.h"
+
+#include "base/Text.h"
+#include "check/AccountLookup.h"
+#include "check/OrderKind.h"
+#include "check/Reports.h"
+#include "platform/MsgService.h"
+#include "platform/TradingRules.h"
+
+namespace TC {
+namespace {
+
+QString missingStrategyText(EOrderStrategyType type, int channel) {
+    return utils::fillText(QStringLiteral("[%1]　通道号: %2, 找不到对应的策略!"),
+                           {orderStrategyText(type), QString::number(channel)});
+}
+
+/// The frame's own idea of a price: exactly DBL_MAX means none here, without the tolerance of isInvalidPrice.
+bool isPriceGiven(double price) {
+    return price != kUnsetDouble && !isZero(price);
+}
+
+} // namespace
+
+COrderServiceBase::COrderServiceBase(QObject* parent) : QObject(parent) {}
+
+COrderServiceBase::~COrderServiceBase() = default;
+
+void COrderServiceBase::placeLegalOrders(QVector<orderParamForOrderService>, const COrderStrategyMap*) {}
+
+const COrderStrategyParam* COrderServiceBase::getStrategy(int channel, const COrderStrategyMap* strategies,
+                                                          EOrderStrategyType type) const {
+    if (strategies != nullptr) {
+        const auto found = strategies->constFind(channel);
+        if (found != strategies->constEnd()) return &found.value();
+    }
+    showServiceMsg(missingStrategyText(type, channel));
+    return nullptr;
+}
+
+bool COrderServiceBase::checkAccount(const COrderStrategyParam* strategy) const {
+    const CUserConfig* user = getUserConfig();
+    return strategy != nullptr && user != nullptr &&
+           hasSelectedAccounts(*user, *strategy, EAccountLookup::ByTableMode);
+}
+
+bool COrderServiceBase::checkOrderParamValid(const COrderParam& order, const COrderStrategyParam* strategy) const {
+    const auto refuse = [&](const QString& pattern) {
+        showServiceMsg(
+            utils::fillText(pattern, {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel)}));
+        return false;
+    };
+    if (strategy == nullptr) {
+        showServiceMsg(missingStrategyText(order.m_eStrategyType, order.m_nChannel));
+        return false;
+    }
+    if (!checkAccount(strategy)) return refuse(QStringLiteral("[%1]　通道号: %2, 账号组或账号为空, 请重新设置策略!"));
+    if (!strategy->isRunning()) return refuse(QStringLiteral("[%1]　通道号: %2, 对应的策略未启动!"));
+    if (strategy->m_eStrategyType != order.m_eStrategyType) {
+        // The text names the source in both places and the channel nowhere; users know the message as it is.
+        return refuse(QStringLiteral("[%1]　通道号: %1, 对应的策略类型不匹配!"));
+    }
+    return true;
+}
+
+bool COrderServiceBase::checkAccountKey(const COrderParam& order, const COrderStrategyParam& strategy,
+                                        QString& accountKey, std::vector<CAccountInfoPtr>& accounts,
+                                        std::vector<double>& ratios, std::map<std::string, double>& weights,
+                                        bool fillWeights) const {
+    if (!order.m_strAccountKeyPart1.isEmpty() && !order.m_strAccountKeyPart2.isEmpty()) {
+        accountKey = getAccountFromOrderParam(order.m_strAccountKeyPart1, order.m_strAccountKeyPart2);
+    }
+    if (const CUserConfig* user = getUserConfig()) appendAccounts(*user, strategy, accountKey, accounts, ratios);
+    if (accounts.empty()) {
+        showCheckFailure(
+            utils::fillText(QStringLiteral("[%1]　通道号: %2, 指定账号不可用!"),
+                            {orderStrategyText(order.m_eStrategyType), QString::number(strategy.m_nChannel)}));
+        return false;
+    }
+    if (fillWeights && ratios.size() == accounts.size()) {
+        for (std::size_t i = 0; i < accounts.size(); ++i) {
+            if (accounts[i]) weights[accounts[i]->getKey()] = ratios[i];
+        }
+    }
+    return true;
+}
+
+bool COrderServiceBase::isPriceTypeVailed(const COrderSetting& setting, const COrderParam& order,
+                                          const CPriceDataPtr& priceData, EOperationType op, EQDBrokerType broker,
+                                          const CStockInfo& stock) const {
+    if (setting.m_ePriceType == EPriceType::Specified) {
+        return !order.m_orders.isEmpty() && isPriceGiven(order.m_orders.first().m_dPrice);
+    }
+    const CUserConfig* user = getUserConfig();
+    if (!priceData || user == nullptr) return false;
+    if (!user->isPriceTypeValid(setting.m_ePriceType, op, broker, stock.m_strMarket, stock.m_strCode,
+                                setting.m_eOrderType)) {
+        return false;
+    }
+    const double price = priceData->getPriceForOrder(setting.m_ePriceType, op, 0, {});
+    return knservice::isMarketPrice(setting.m_ePriceType) || isPriceGiven(price);
+}
+
+EOrderType COrderServiceBase::getOrderType(const COrderParam& order, const COrderStrategyParam& strategy) const {
+    const EOrderType chosen = chosenOrderType(order, strategy);
+    return isUnset(chosen) ? EOrderType::Plain : chosen;
+}
+
+ETradePlatform COrderServiceBase::getTradePlatform(const COrderParam& order,
+                                                   const COrderStrategyParam& strategy) const {
+    const EOrderType chosen = chosenOrderType(order, strategy);
+    if (!knservice::DataHelper::isAlgoOrderType(chosen)) return ETradePlatform::Plain;
+    return knservice::DataHelper::getPlatformTypeByOrderType(chosen);
+}
+
+EQdTraderType COrderServiceBase::getStrategyTradeType(EOrderStrategyTradeType tradeType) const {
+    return TC::getStrategyTradeType(tradeType);
+}
+
+QString COrderServiceBase::getOrderStrategyText(EOrderStrategyType type) const {
+    return orderStrategyText(type);
+}
+
+boost::shared_ptr<CQuoteRequest> COrderServiceBase::prepareCode(const QString& code,
+                                                                std::vector<CAccountInfoPtr>&) const {
+    return CQuoteRequest::makeRequest(code, {}, ESubscribeType::Plain);
+}
+
+} // namespace TC

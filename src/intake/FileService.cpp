@@ -1,0 +1,143 @@
+#include "intake/FileService.h"
+
+#include "base/Clock.h"
+#include "base/Text.h"
+#include "gates/IntakePause.h"
+#include "intake/LineReader.h"
+#include "intake/OrderFileParser.h"
+#include "platform/IntakeAudit.h"
+#include "platform/UserConfig.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <exception>
+
+namespace TC {
+namespace {
+
+constexpr double kMillisecondsPerSecond = 1000.0;
+constexpr double kTimeTolerance = 1e-5; // milliseconds
+constexpr double kPausedSleepSeconds = 0.8;
+/// Below this interval, in milliseconds, the loop spins on the clock instead of sleeping.
+constexpr int kShortestSleep = 11;
+constexpr const char* kTmpSuffix = ".tmp";
+
+/// Opens a regular file for reading, or gives null. Other kinds of file, such as a folder or a pipe at the agreed path,
+/// must neither be taken away nor block the loop.
+CFileStream openRegularFile(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) return nullptr;
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(descriptor);
+        return nullptr;
+    }
+    return CFileStream(::fdopen(descriptor, "r"));
+}
+
+void deleteFile(const std::string& path) {
+    ::unlink(path.c_str());
+}
+
+/// Reads the file to its end or to the line that ends it, and counts.
+void readLines(CLineReader& reader, COrderFileParser& parser, CIntakeReport& report) {
+    std::string line;
+    while (reader.readLine(line)) {
+        ++report.m_nLines;
+        const TypeReturn result = parser.parseLineParam(line);
+        if (result == TR_STOP_READING) return;
+        if (result != TR_BASKET_HEADER) continue;
+        while (reader.readLine(line)) {
+            ++report.m_nLines;
+            parser.parseComposeTradeParam(line);
+        }
+        return;
+    }
+}
+
+} // namespace
+
+CFileService::CFileService(IOrderGate& gate, IStrategyRegistry& registry)
+    : m_gate(gate), m_registry(registry), m_port(gate) {}
+
+void CFileService::startFileServer() {
+    double last = utils::getTime() * kMillisecondsPerSecond;
+    while (!m_bStopped) {
+        const CUserConfig* user = getUserConfig();
+        const int interval = user != nullptr ? user->getMinFileServiceInterval() : kShortestSleep;
+        const double now = utils::getTime() * kMillisecondsPerSecond;
+        if (now - (interval + last) > kTimeTolerance) {
+            last = now;
+            try {
+                tryOrder();
+            } catch (...) {
+                // The strategies behind the one that failed have their turn in the next pass.
+            }
+        }
+        if (interval >= kShortestSleep) utils::sleep(interval / kMillisecondsPerSecond);
+    }
+}
+
+void CFileService::stop() {
+    m_bStopped = true;
+}
+
+void CFileService::tryOrder() {
+    if (CIntakePause::isPaused()) {
+        utils::sleep(kPausedSleepSeconds);
+        return;
+    }
+    m_registry.visitStrategies([this](int channel, const COrderStrategyParam& strategy) {
+        orderStrategyParamPair(channel, strategy);
+    });
+}
+
+void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam& strategy) {
+    if (!strategy.isRunning() || strategy.m_eStrategyType != EOrderStrategyType::File) return;
+    std::string tmpPath;
+    CFileStream stream;
+    if (!readOrderFile(strategy, tmpPath, stream)) return;
+
+    COrderFileParser parser(strategy, channel, m_port);
+    CIntakeReport report;
+    report.m_eStrategyType = strategy.m_eStrategyType;
+    report.m_nChannel = channel;
+    report.m_strSource = strategy.m_strSignalSource;
+    CLineReader reader(stream.get());
+    try {
+        readLines(reader, parser, report);
+    } catch (const std::exception& error) {
+        // What stood before the line goes on, the rest of the file is lost. The user sees nothing; the audit tells.
+        report.m_bCutShort = true;
+        report.m_strCause = QStringLiteral("line %1: %2").arg(report.m_nLines).arg(QLatin1String(error.what()));
+    } catch (...) {
+        report.m_bCutShort = true;
+        report.m_strCause = QStringLiteral("line %1").arg(report.m_nLines);
+    }
+    stream.reset();
+    deleteFile(tmpPath);
+    QVector<COrderParam> orders = parser.takeOrders();
+    report.m_nOrders = orders.size();
+    CIntakeAudit::instance().recordIntake(report);
+    m_gate.placeOrders(std::move(orders));
+}
+
+bool CFileService::readOrderFile(const COrderStrategyParam& strategy, std::string& tmpPath, CFileStream& stream) {
+    if (strategy.m_strSignalSource.isEmpty()) return false;
+    // Enciphered files and tables are not read yet; the registry refuses to start such strategies.
+    const CUserConfig* user = getUserConfig();
+    if (strategy.m_nAccountMode != 0 || user == nullptr || user->hasOrderEncryptionService()) return false;
+
+    const std::string source = utils::toPathBytes(strategy.m_strSignalSource);
+    tmpPath = source + kTmpSuffix;
+    if (!openRegularFile(source)) return false;
+    deleteFile(tmpPath); // one that a pass left behind when it died
+    ::rename(source.c_str(), tmpPath.c_str());
+    stream = openRegularFile(tmpPath);
+    if (!stream) deleteFile(tmpPath);
+    return stream != nullptr;
+}
+
+} // namespace TC

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+namespace TC {
+
+/// Reads an order file line by line, the way a text-mode fgets with a buffer of 2048 bytes does: CR LF counts as one
+/// line feed, and a line of 2047 bytes or more arrives in pieces of 2047. Of each piece the bytes from the first zero
+/// byte on are lost.
+class CLineReader {
+public:
+    /// Most bytes of one piece, the line feed counted.
+    static constexpr std::size_t kMaxPiece = 2047;
+
+    /// The stream stays the caller's and open while the reader lives.
+    explicit CLineReader(std::FILE* stream) : m_pStream(stream) {}
+
+    /// The next line or piece, with its line feed where it has one. False at the end of the file, and where reading
+    /// fails.
+    bool readLine(std::string& line);
+
+private:
+    bool fill();
+    void appendRun(std::string& line);
+
+    std::FILE* m_pStream;
+    std::array<char, 65536> m_buffer;
+    std::size_t m_nPosition = 0;
+    std::size_t m_nSize = 0;
+};
+
+} // namespace TC

@@ -1,0 +1,225 @@
+#include "intake/OrderFileParser.h"
+
+#include "base/StrictNumber.h"
+#include "base/Text.h"
+#include "records/OrderTypes.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace TC {
+namespace {
+
+using utils::strictInt;
+
+constexpr char kBlank = ' ';
+constexpr char kComma = ',';
+constexpr char kTab = '\t';
+constexpr char kBar = '|';
+
+constexpr std::string_view kCancelWord = "cancel";
+constexpr std::string_view kCancelOrderWord = "cancel_order";
+constexpr std::string_view kTradeParamWord = "orderparam";
+
+/// No operation of its own for the rows of a named basket: they keep theirs.
+constexpr int kOwnOperation = -1;
+
+std::string_view firstWord(std::string_view line) {
+    return line.substr(0, line.find(kBlank));
+}
+
+/// The word in any case. Its letters fold to no others, and no byte of a GBK pair can stand for the first of them, so
+/// the bytes can be compared as they are.
+bool isTradeParamLine(std::string_view line) {
+    const auto sameLetter = [](char a, char b) { return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b); };
+    return line.size() >= kTradeParamWord.size() &&
+           std::equal(kTradeParamWord.begin(), kTradeParamWord.end(), line.begin(),
+                      [&](char word, char c) { return sameLetter(c, word); });
+}
+
+void fillOrderParam(const COrderTradeParam& tradeParam, COrderParam& order) {
+    order.m_strRemark = tradeParam.m_strRemark;
+    order.m_eOrderType = static_cast<EOrderType>(tradeParam.m_eOrderType);
+    order.m_strOrderSetting = tradeParam.m_strOrderSetting.toStdString();
+    order.m_strAccountKeyPart1 = tradeParam.m_strAccountKeyPart1;
+    order.m_strAccountKeyPart2 = tradeParam.m_strAccountKeyPart2;
+    order.m_nSettingKind = tradeParam.m_nSettingKind;
+    order.m_strTradeText1 = tradeParam.m_strTradeText1;
+    order.m_strTradeText2 = tradeParam.m_strTradeText2;
+    order.m_strTradeText3 = tradeParam.m_strTradeText3;
+}
+
+} // namespace
+
+COrderFileParser::COrderFileParser(const COrderStrategyParam& strategy, int channel, ILinePort& port)
+    : m_strategy(strategy), m_nChannel(channel), m_port(port) {
+    m_order.m_eStrategyType = EOrderStrategyType::File;
+}
+
+TypeReturn COrderFileParser::parseLineParam(std::string& line, int rowPosition) {
+    utils::string_replace(line, '\n');
+    if (parseCancel(line)) return TR_LINE_DONE;
+    if (parserTradeParam(line)) {
+        applyTradeParam(m_nFilledOrders);
+        return TR_LINE_DONE;
+    }
+    utils::string_replace(line, kBlank);
+    utils::string_replace(line, '\r');
+    if (std::exchange(m_bFirstLine, false)) {
+        const TypeReturn result = parseFirstLineParam(line);
+        if (result != TR_PLAIN_LINE) return result;
+    }
+    if (m_bCompose) return parseBasketLine(line);
+    if (m_order.m_nOrderType == kOrderBasketList) return parseListLine(line);
+    return parsePlainLine(line, rowPosition);
+}
+
+bool COrderFileParser::parseCancel(const std::string& line) {
+    const std::string_view word = firstWord(line);
+    if (word != kCancelWord && word != kCancelOrderWord) return false;
+    const CFields fields(line, kBlank);
+    if (word == kCancelWord) {
+        if (fields.size() == 2) m_port.terminateTask(strictInt(fields[1]));
+    } else if (fields.size() >= 3) {
+        std::vector<std::string> texts;
+        for (std::size_t i = 0; i < fields.size(); ++i) texts.emplace_back(fields[i]);
+        m_port.cancelOrders(texts);
+    }
+    return true;
+}
+
+void COrderFileParser::startHeader(int orderType, std::string_view channelField) {
+    m_order.m_nOrderType = orderType;
+    const int channel = strictInt(channelField);
+    m_order.m_nChannel = isUniversal(channel) ? m_nChannel : channel;
+}
+
+TypeReturn COrderFileParser::parseFirstLineParam(const std::string& line) {
+    const CFields fields(line, kComma);
+    if (fields.size() < 2) return TR_LINE_DONE;
+    const int orderType = strictInt(fields[0]);
+    if (orderType == kOrderBasketList) {
+        startHeader(orderType, fields[1]);
+        return TR_LINE_DONE;
+    }
+    if (isBasketHeaderOrder(orderType)) {
+        m_bCompose = true;
+        startHeader(orderType, fields[1]);
+        return parseComposeInfo(fields) ? TR_LINE_DONE : TR_BASKET_HEADER;
+    }
+    m_bCompose = false;
+    return TR_PLAIN_LINE;
+}
+
+/// True when rows will follow in the file, false when the header settled the basket.
+bool COrderFileParser::parseComposeInfo(const CFields& fields) {
+    if (fields.size() < 3) return true;
+    const QString name = UW::sToQs(fields[2].data(), fields[2].size());
+    if (m_order.m_nOrderType == kOrderBasketSell && name.toLower() == QStringLiteral("all")) {
+        if (m_port.hasAccounts(m_strategy)) m_order.m_bAll = true;
+        return false;
+    }
+    const auto basket = m_port.findBasket(name);
+    if (basket) {
+        appendBasket(*basket, kOwnOperation);
+    } else {
+        m_port.showNote(utils::fillText(QStringLiteral("[%1]　通道号: %2, 中间文件中指定的篮子不存在!"),
+                                        {m_port.sourceLabel(m_strategy.m_eStrategyType),
+                                         QString::number(m_nChannel)}));
+    }
+    return false;
+}
+
+void COrderFileParser::appendBasket(const CBasketSetting& basket, int fixedOperation) {
+    for (const CBasketStockData& row : basket.m_rows) {
+        COrderSingleParam line;
+        line.m_strCode = row.m_strCode;
+        line.m_nVolume = row.m_nVolume;
+        line.m_eOperationType = fixedOperation != kOwnOperation ? fixedOperation : row.m_eOperationType;
+        line.m_dWeight = row.m_dWeight;
+        m_order.m_orders.push_back(std::move(line));
+    }
+}
+
+void COrderFileParser::parseComposeTradeParam(const std::string& line) {
+    int filledOrders = 0;
+    if (parserTradeParam(line)) applyTradeParam(filledOrders);
+}
+
+/// True when the line is one of trade parameters, whether or not the host understands them.
+bool COrderFileParser::parserTradeParam(const std::string& line) {
+    if (!isTradeParamLine(line)) return false;
+    // Without an equals sign the whole line is the text.
+    const QString text = UW::sToQsGBK(line);
+    const QString param = text.mid(text.indexOf(u'=') + 1);
+    if (param.isEmpty() || !m_port.readTradeParam(utils::toLocal8Bit(param), m_tradeParam)) return true;
+    m_tradeParam.m_strRemark = utils::safeGbk2Utf8(m_tradeParam.m_strRemark);
+    if (m_tradeParam.m_strRemark.empty()) m_tradeParam.m_strRemark = m_port.defaultRemark(m_strategy);
+    if (!m_port.areRemarksAllowed()) m_tradeParam.m_strRemark.clear();
+    return true;
+}
+
+/// Gives the parameters to the orders from that index on and to the basket or list order.
+void COrderFileParser::applyTradeParam(int& filledOrders) {
+    for (; filledOrders < m_orders.size(); ++filledOrders) fillOrderParam(m_tradeParam, m_orders[filledOrders]);
+    fillOrderParam(m_tradeParam, m_order);
+}
+
+TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosition) {
+    const CFields fields(line, kComma);
+    if (fields.size() < 2) return TR_LINE_DONE;
+    const bool isTableRow = m_strategy.m_nAccountMode == COrderStrategyParam::kTableMode;
+    const CLineSource source{m_nChannel, isTableRow, rowPosition};
+    COrderParam parsed = parsePlainOrder(fields, source);
+    if (parsed.m_nOrderType == kOrderBasketWhole && takeWholeBasket(fields, source, parsed)) return TR_STOP_READING;
+    if (parsed.m_nChannel == m_nChannel) {
+        m_orders.push_back(std::move(parsed));
+        return TR_PLAIN_LINE;
+    }
+    m_port.showNote(m_port.sourceTitle(m_strategy.m_eStrategyType) +
+                    utils::fillText(QStringLiteral("　通道号: %1, 中间文件中指定的通道号为 %2, 忽略!"),
+                                    {QString::number(m_nChannel), QString::number(parsed.m_nChannel)}));
+    return TR_PLAIN_LINE;
+}
+
+/// Takes the named basket as the whole order of the file. False where the line names none that the user has.
+bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineSource& source, const COrderParam& parsed) {
+    startHeader(parsed.m_nOrderType, fields[1]);
+    constexpr std::size_t kFieldCount = 3;
+    if (fields.size() != kFieldCount) return false;
+    const std::string_view name = fields[firstOrderField(source)];
+    const auto basket = m_port.findBasket(UW::sToQs(name.data(), name.size()));
+    if (!basket) return false;
+    appendBasket(*basket, static_cast<int>(EOperationType::Buy));
+    m_bCompose = true;
+    return true;
+}
+
+TypeReturn COrderFileParser::parseListLine(const std::string& line) {
+    const char separator = line.find(kBar) != std::string::npos ? kBar : kTab;
+    const CFields fields(line, separator);
+    if (fields.size() != 2) return TR_LINE_DONE;
+    COrderSingleParam row;
+    readListRow(fields, row);
+    m_order.m_orders.push_back(std::move(row));
+    return TR_LINE_DONE;
+}
+
+TypeReturn COrderFileParser::parseBasketLine(const std::string& line) {
+    const CFields fields(line, kTab);
+    const EPriceType priceType = m_strategy.setting(ESettingSlot::StockBasket).m_ePriceType;
+    const bool needsPrice = priceType == EPriceType::Specified || priceType == EPriceType::SpecifiedByRow;
+    if (fields.size() < (needsPrice ? 3u : 2u)) return TR_LINE_DONE;
+    COrderSingleParam row;
+    readBasketRow(fields, row);
+    m_order.m_orders.push_back(std::move(row));
+    return TR_PLAIN_LINE;
+}
+
+QVector<COrderParam> COrderFileParser::takeOrders() {
+    const bool isOwnList = m_order.m_nChannel == m_nChannel && m_order.m_nOrderType == kOrderBasketList;
+    if (m_bCompose || isOwnList) m_orders.push_back(std::move(m_order));
+    return std::move(m_orders);
+}
+
+} // namespace TC

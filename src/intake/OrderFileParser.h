@@ -1,0 +1,59 @@
+#pragma once
+
+#include "intake/LinePort.h"
+#include "intake/PlainOrder.h"
+#include "records/OrderParam.h"
+#include "records/StrategyParam.h"
+
+#include <QVector>
+
+#include <string>
+
+namespace TC {
+
+/// The grammar of order files, one object for each file. Lines go in one after the other, orders are collected, and
+/// what a line asks for at once goes to the port. No I/O, no lock, no state beyond the file.
+///
+/// A number that cannot be read leaves as boost::bad_lexical_cast and ends the file: the orders collected by then stand.
+class COrderFileParser {
+public:
+    /// `channel` is the key under which the strategy is kept. The strategy and the port outlive the parser.
+    COrderFileParser(const COrderStrategyParam& strategy, int channel, ILinePort& port);
+
+    /// Reads one line, with or without its line end. Changes the text. rowPosition: the position of a table row,
+    /// counted from 1, unused for files.
+    TypeReturn parseLineParam(std::string& line, int rowPosition = 0);
+
+    /// Reads one line of the rest of a file whose header settled the basket: only trade parameters count, and they go
+    /// to all orders of the file.
+    void parseComposeTradeParam(const std::string& line);
+
+    /// The batch of the file, the basket or list order last. Call once, at the end.
+    QVector<COrderParam> takeOrders();
+
+private:
+    TypeReturn parseFirstLineParam(const std::string& line);
+    bool parseComposeInfo(const CFields& fields);
+    bool parserTradeParam(const std::string& line);
+    void applyTradeParam(int& filledOrders);
+    bool parseCancel(const std::string& line);
+    void startHeader(int orderType, std::string_view channelField);
+    TypeReturn parsePlainLine(const std::string& line, int rowPosition);
+    bool takeWholeBasket(const CFields& fields, const CLineSource& source, const COrderParam& parsed);
+    TypeReturn parseListLine(const std::string& line);
+    TypeReturn parseBasketLine(const std::string& line);
+    void appendBasket(const CBasketSetting& basket, int fixedOperation);
+
+    const COrderStrategyParam& m_strategy;
+    const int m_nChannel;
+    ILinePort& m_port;
+
+    bool m_bFirstLine = true; ///< until the first line that is no cancel and no trade parameters
+    bool m_bCompose = false;  ///< the file is a basket with a header
+    COrderParam m_order;      ///< the basket or list order of the file
+    COrderTradeParam m_tradeParam;
+    QVector<COrderParam> m_orders;
+    int m_nFilledOrders = 0; ///< of m_orders, those that have their trade parameters
+};
+
+} // namespace TC

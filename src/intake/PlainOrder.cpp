@@ -1,0 +1,147 @@
+#include "intake/PlainOrder.h"
+
+#include "base/StrictNumber.h"
+#include "base/Text.h"
+#include "records/OrderTypes.h"
+#include "records/PriceCommands.h"
+
+namespace TC {
+namespace {
+
+using utils::strictDouble;
+using utils::strictInt;
+
+QString text(std::string_view field) {
+    return UW::sToQs(field.data(), field.size());
+}
+
+/// "0" stands for no code.
+QString codeText(std::string_view field) {
+    return field == "0" ? QString() : text(field);
+}
+
+void readOptional(const CFields& fields, std::size_t index, int& value) {
+    if (fields.has(index) && !fields[index].empty()) value = strictInt(fields[index]);
+}
+
+void readOptional(const CFields& fields, std::size_t index, double& value) {
+    if (fields.has(index) && !fields[index].empty()) value = strictDouble(fields[index]);
+}
+
+void readCode(const CFields& fields, std::size_t index, COrderSingleParam& line) {
+    if (fields.has(index)) line.m_strCode = codeText(fields[index]);
+}
+
+/// A further price counts as given as soon as its field exists, also where it is empty.
+void readLimit(const CFields& fields, std::size_t index, bool& given, double& limit) {
+    if (!fields.has(index)) return;
+    given = true;
+    limit = fields[index].empty() ? kUnsetDouble : strictDouble(fields[index]);
+}
+
+void parseFutureForm(const CFields& fields, std::size_t next, COrderParam& order) {
+    if (!fields.has(next)) return;
+    COrderSingleParam line;
+    line.m_dPrice = strictDouble(fields[next]);
+    readCode(fields, next + 1, line);
+    readOptional(fields, next + 2, line.m_nVolume);
+    readLimit(fields, next + 3, line.m_bHasFirstLimit, line.m_dFirstLimit);
+    readLimit(fields, next + 4, line.m_bHasSecondLimit, line.m_dSecondLimit);
+    order.m_orders.push_back(std::move(line));
+}
+
+void parseAmountForm(const CFields& fields, std::size_t next, COrderParam& order) {
+    if (!fields.has(next)) return;
+    COrderSingleParam line;
+    line.m_dAmount = strictDouble(fields[next]);
+    order.m_orders.push_back(std::move(line));
+}
+
+/// Account and, in a table row, the remark behind it.
+void readAccount(const CFields& fields, std::size_t index, const CLineSource& source, COrderSingleParam& line,
+                 COrderParam& order) {
+    if (fields.has(index)) line.m_strAccount = text(fields[index]);
+    if (!source.m_bTableRow) return;
+    if (fields.has(index + 1)) order.m_strRemark = std::string(fields[index + 1]);
+    line.m_nOverFreqMode = source.m_nRowPosition;
+}
+
+/// A table row has the price command before the price; gives the index of the price.
+std::size_t readPriceCommand(const CFields& fields, std::size_t next, const CLineSource& source,
+                             COrderSingleParam& line) {
+    if (!source.m_bTableRow) return next;
+    if (fields.has(next)) line.m_ePriceType = getPriceTypeByCmd(std::string(fields[next]));
+    return next + 1;
+}
+
+void parseOptionForm(const CFields& fields, std::size_t next, const CLineSource& source, COrderParam& order) {
+    // 56 and 57 lock and unlock the underlying and may come without any field.
+    constexpr int kLastWithFields = 55;
+    if (order.m_nOrderType <= kLastWithFields && !fields.has(next)) return;
+    COrderSingleParam line;
+    const std::size_t price = readPriceCommand(fields, next, source, line);
+    if (fields.has(price)) line.m_dPrice = strictDouble(fields[price]);
+    readCode(fields, price + 1, line);
+    if (fields.has(price + 2)) line.m_nVolume = strictInt(fields[price + 2]);
+    readAccount(fields, price + 3, source, line, order);
+    order.m_orders.push_back(std::move(line));
+}
+
+void parseGeneralForm(const CFields& fields, std::size_t next, const CLineSource& source, COrderParam& order) {
+    COrderSingleParam line;
+    const std::size_t price = readPriceCommand(fields, next, source, line);
+    readOptional(fields, price, line.m_dPrice);
+    readCode(fields, price + 1, line);
+    readOptional(fields, price + 2, line.m_nVolume);
+    if (source.m_bTableRow) readAccount(fields, price + 3, source, line, order);
+    order.m_orders.push_back(std::move(line));
+}
+
+} // namespace
+
+bool isUniversal(int channel) {
+    return channel == 0;
+}
+
+std::size_t firstOrderField(const CLineSource& source) {
+    return source.m_bTableRow ? 1 : 2;
+}
+
+COrderParam parsePlainOrder(const CFields& fields, const CLineSource& source) {
+    COrderParam order;
+    order.m_nOrderType = strictInt(fields[0]);
+    order.m_nChannel = source.m_nChannel;
+    order.m_eStrategyType = source.m_bTableRow ? EOrderStrategyType::BatchPending : EOrderStrategyType::File;
+    if (!source.m_bTableRow) {
+        const int channel = strictInt(fields[1]);
+        if (!isUniversal(channel)) order.m_nChannel = channel;
+    }
+    const COrderTypeRow* row = findOrderTypeRow(order.m_nOrderType);
+    if (row == nullptr) return order;
+    if (row->m_nTradeTypeOverride != -1) order.m_nTradeTypeOverride = row->m_nTradeTypeOverride;
+    const std::size_t next = firstOrderField(source);
+    switch (row->m_eForm) {
+    case EOrderLineForm::Future: parseFutureForm(fields, next, order); break;
+    case EOrderLineForm::General: parseGeneralForm(fields, next, source, order); break;
+    case EOrderLineForm::Amount: parseAmountForm(fields, next, order); break;
+    case EOrderLineForm::Option: parseOptionForm(fields, next, source, order); break;
+    case EOrderLineForm::Whole:
+    case EOrderLineForm::None: break;
+    }
+    return order;
+}
+
+void readBasketRow(const CFields& fields, COrderSingleParam& row) {
+    row.m_strCode = text(fields[0]);
+    row.m_nVolume = strictInt(fields[1]);
+    readOptional(fields, 2, row.m_dPrice);
+    readOptional(fields, 3, row.m_eOperationType);
+}
+
+void readListRow(const CFields& fields, COrderSingleParam& row) {
+    row.m_strCode = text(fields[0]);
+    row.m_nVolume = strictInt(fields[1]);
+    row.m_eOperationType = static_cast<int>(EOperationType::Buy);
+}
+
+} // namespace TC

@@ -1,0 +1,231 @@
+#include "service/OrderService.h"
+
+#include "base/Thread.h"
+#include "check/OrderServiceBase.h"
+#include "check/Reports.h"
+#include "intake/FileService.h"
+#include "platform/ExchangeClient.h"
+#include "platform/MsgService.h"
+#include "platform/TradeClient.h"
+#include "platform/TradeFrameworkSource.h"
+#include "platform/UserConfig.h"
+#include "service/StrategyRegistry.h"
+#include "variants/OrderServiceUnion.h"
+
+#include <QMutexLocker>
+#include <QThread>
+
+#include <thread>
+
+Q_DECLARE_METATYPE(TC::COrderParam)
+Q_DECLARE_METATYPE(TC::orderParamForOrderService)
+Q_DECLARE_METATYPE(knservice::COrderInfoPtr)
+Q_DECLARE_METATYPE(std::string)
+
+namespace TC {
+namespace {
+
+void registerMetaTypes() {
+    qRegisterMetaType<QVector<TC::COrderParam>>("QVector<TC::COrderParam>");
+    qRegisterMetaType<QVector<TC::orderParamForOrderService>>("QVector<TC::orderParamForOrderService>");
+    qRegisterMetaType<knservice::COrderInfoPtr>("knservice::COrderInfoPtr");
+    qRegisterMetaType<std::string>("std::string");
+    qRegisterMetaType<const QMap<int, TC::COrderStrategyParam>*>("const QMap<int,TC::COrderStrategyParam>*");
+}
+
+/// Whether the user's orders belong to the two-pass variant, which is not built yet.
+bool isSplitUser(const CUserConfig* user) {
+    return user != nullptr && !user->hasOrderService() &&
+           (user->hasUserAuth(EUserAuth::SignalOrders) || user->hasUserAuth(EUserAuth::FileOrders));
+}
+
+void reportUnbuiltVariant() {
+    showServiceMsg(QStringLiteral("[接口单]　此版本尚不支持分步下单服务, 指令未执行!"));
+}
+
+} // namespace
+
+struct COrderService::CThreads {
+    QThread service;
+    std::thread file;
+};
+
+COrderService::COrderService(QObject* parent)
+    : QObject(parent),
+      m_registry(std::make_unique<CStrategyRegistry>([this](bool running) { emit sigSetStatus(running); })),
+      m_threads(std::make_unique<CThreads>()) {
+    registerMetaTypes();
+    m_fileService = std::make_unique<CFileService>(*this, *this);
+    connect(&CExchangeClient::instance(), &CExchangeClient::sigNewTradingDate, this,
+            &COrderService::slotNewTradingDate);
+    connect(&CTradeClient::instance(), &CTradeClient::sigCancelOrder, this, &COrderService::slotDbfCancelOrder);
+    connect(this, &COrderService::sigPlaceOrders, this, &COrderService::slotPlaceOrders);
+    connect(this, &COrderService::sigCancelOrder, this, &COrderService::slotCancelOrder);
+    m_threads->service.start(QThread::InheritPriority);
+    moveToThread(&m_threads->service);
+}
+
+COrderService::~COrderService() {
+    shutdown();
+    disconnect();
+}
+
+void COrderService::shutdown() {
+    if (!m_threads->service.isRunning()) return;
+    m_fileService->stop();
+    if (m_threads->file.joinable()) m_threads->file.join();
+    // Events are served in order: when this one has had its turn, every batch posted before has too.
+    QMetaObject::invokeMethod(this, [] {}, Qt::BlockingQueuedConnection);
+    m_threads->service.quit();
+    m_threads->service.wait();
+}
+
+void COrderService::loadFromConfig(bool showMsg) {
+    const QMutexLocker lock(&m_registry->mutex());
+    CUserConfig* user = getUserConfig();
+    m_registry->bind(user != nullptr ? user->getStrategyMap() : nullptr);
+    if (user == nullptr) return;
+    chooseVariant();
+    if (m_orderService) m_orderService->filterStrategies(m_registry->strategies());
+    m_registry->restartRemembered(showMsg);
+    startFileThread();
+    if (user->hasShowTradeFrameworkPermission()) {
+        showServiceMsg(QStringLiteral("[接口单]　此版本尚不支持交易框架接口!"));
+    }
+}
+
+void COrderService::chooseVariant() {
+    if (m_orderService) return;
+    const CUserConfig* user = getUserConfig();
+    if (user->hasOrderService()) {
+        m_orderService = std::make_unique<COrderServiceUnion>();
+    } else if (isSplitUser(user)) {
+        reportUnbuiltVariant();
+    }
+}
+
+void COrderService::startFileThread() {
+    if (m_threads->file.joinable()) return;
+    m_threads->file = std::thread([this] {
+        utils::setThreadName("orderservice");
+        m_fileService->startFileServer();
+    });
+}
+
+void COrderService::placeorder(COrderParam order) {
+    emit sigPlaceOrders({std::move(order)});
+}
+
+void COrderService::placeOrders(QVector<COrderParam> orders) {
+    emit sigPlaceOrders(std::move(orders));
+}
+
+void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) {
+    COrderServiceBase* variant = getOrderService();
+    if (variant != nullptr) variant->placeLegalOrders(std::move(orders), m_registry->strategies());
+}
+
+void COrderService::cancelOrder(int taskId) {
+    emit sigCancelOrder(taskId);
+}
+
+void COrderService::cancelOrders(std::vector<std::string>& fields) {
+    emit sigCancelOrders(fields);
+}
+
+bool COrderService::hasRunning() const {
+    return m_registry->hasRunning();
+}
+
+QString COrderService::getStatusBarTip() const {
+    return m_registry->statusBarTip();
+}
+
+COrderServiceBase* COrderService::getOrderService() const {
+    const QMutexLocker lock(&m_registry->mutex());
+    return m_orderService.get();
+}
+
+int COrderService::addOrderStrategy(EOrderStrategyType type) {
+    return m_registry->add(type);
+}
+
+int COrderService::updateOrderStrategy(int, COrderStrategyParam param) {
+    return m_registry->update(param);
+}
+
+int COrderService::removeOrderStrategy(int id) {
+    return m_registry->remove(id);
+}
+
+QMap<int, COrderStrategyParam> COrderService::getStrategyMap() const {
+    return m_registry->copy();
+}
+
+const COrderStrategyParam* COrderService::getStrategyConst(int id) const {
+    return m_registry->find(id);
+}
+
+COrderStrategyParam* COrderService::getStrategy(int id) {
+    return m_registry->find(id);
+}
+
+int COrderService::startOrderStrategy(int id, QString& error, bool showMsg) {
+    return m_registry->start(id, error, showMsg);
+}
+
+int COrderService::stopOrderStrategy(int id, QString& error) {
+    return m_registry->stop(id, error);
+}
+
+int COrderService::addDbfStrategy(COrderStrategyParam&) {
+    showServiceMsg(QStringLiteral("[批量埋单]　此版本尚不支持DBF委托表!"));
+    return -1;
+}
+
+QString COrderService::getOrderStrategyText(EOrderStrategyType type) const {
+    return orderStrategyText(type);
+}
+
+std::string COrderService::defaultRemark(const COrderStrategyParam& strategy) const {
+    EQdTraderType traderType{};
+    const COrderServiceBase* variant = getOrderService();
+    return variant != nullptr ? variant->getCmdLog(strategy, traderType) : std::string();
+}
+
+void COrderService::visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) {
+    m_registry->visit(visit);
+}
+
+void COrderService::slotNewTradingDate(std::string date) {
+    knservice::CTradeFrameworkSource::instance().switchTradingDate(date);
+}
+
+void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
+    QMutexLocker lock(&m_registry->mutex());
+    COrderServiceBase* variant = m_orderService.get();
+    // The variant works on copies: checks can wait for quotes, and the registry must stay open meanwhile.
+    const COrderStrategyMap strategies = m_registry->copyFor(orders);
+    const bool isBound = m_registry->strategies() != nullptr;
+    lock.unlock();
+    if (variant != nullptr) {
+        variant->placeOrders(std::move(orders), isBound ? &strategies : nullptr);
+    } else if (!orders.isEmpty() && isBound && isSplitUser(getUserConfig())) {
+        reportUnbuiltVariant();
+    }
+}
+
+void COrderService::slotCancelOrder(int taskId) {
+    const CUserConfig* user = getUserConfig();
+    const bool isSignalUser = user != nullptr && user->hasUserAuth(EUserAuth::SignalOrders);
+    const std::string name = user != nullptr ? user->getUserName() : std::string();
+    const std::string remark =
+        "用户" + name + (isSignalUser ? "信号单" : "接口单") + "撤销指令" + std::to_string(taskId);
+    const std::string tradingDay = CExchangeClient::instance().getMaxTradingDay();
+    CTradeClient::instance().cancelTask(taskId, kTaskOpCancel, {}, remark, tradingDay, {}, 0);
+}
+
+// Cancels that did not come from a row of a table pass through without effect, and tables are not read yet.
+void COrderService::slotDbfCancelOrder(knservice::COrderInfoPtr, bool, std::string) {}
+
+} // namespace TC

@@ -1,0 +1,252 @@
+#include "service/StrategyRegistry.h"
+
+#include "base/Text.h"
+#include "check/AccountLookup.h"
+#include "platform/MsgService.h"
+#include "platform/TradeClient.h"
+#include "platform/TradingRules.h"
+#include "platform/UserConfig.h"
+
+#include <QMutexLocker>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace TC {
+namespace {
+
+constexpr int kSuccess = 0;
+constexpr int kFailure = -1;
+
+/// Whether the accounts that the strategy names are logged in. Without accounts there is nothing to refuse here.
+bool areAccountsLoggedIn(const CUserConfig& user, const COrderStrategyParam& strategy) {
+    auto& trade = CTradeClient::instance();
+    const auto isLoggedIn = [&](const std::string& key) {
+        return trade.getLoginStatus(key) == EBROKER_LOGIN_STATUS::LoggedIn;
+    };
+    switch (strategy.m_eSelectedAccountType) {
+    case ESelectedAccountType::Account: return isLoggedIn(strategy.m_strSelectedAccount.toStdString());
+    case ESelectedAccountType::Group: {
+        const CAccountGroup* group = findAccountGroup(user, strategy);
+        return group == nullptr || std::all_of(group->m_accounts.begin(), group->m_accounts.end(), isLoggedIn);
+    }
+    }
+    return true;
+}
+
+/// The families whose strategies trade one instrument and should name it; credit may leave it open.
+bool wantsCode(EOrderStrategyTradeType tradeType) {
+    switch (tradeType) {
+    case EOrderStrategyTradeType::Stock:
+    case EOrderStrategyTradeType::Future:
+    case EOrderStrategyTradeType::StockOption:
+    case EOrderStrategyTradeType::FutureOption:
+    case EOrderStrategyTradeType::SGT:
+    case EOrderStrategyTradeType::HGT:
+    case EOrderStrategyTradeType::Neeq:
+    case EOrderStrategyTradeType::Gold: return true;
+    default: return false;
+    }
+}
+
+bool isRegularFile(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/// Orders that lie at the path when the strategy starts are old: the file goes unread.
+bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
+    const std::string path = utils::toPathBytes(strategy.m_strSignalSource);
+    if (!isRegularFile(path)) {
+        error = QStringLiteral("信号来源必须为文件");
+        return false;
+    }
+    ::unlink(path.c_str());
+    return true;
+}
+
+void announce(const COrderStrategyParam& strategy, const QString& outcome) {
+    showServiceMsg(orderStrategyTypeToOrderTitle(strategy.m_eStrategyType) + QStringLiteral("　") +
+                   strategy.m_strName + outcome);
+}
+
+} // namespace
+
+void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
+    const QMutexLocker lock(&m_mutex);
+    m_pStrategies = strategies;
+}
+
+int CStrategyRegistry::nextId() const {
+    int id = 1;
+    for (auto it = m_pStrategies->keyBegin(); it != m_pStrategies->keyEnd(); ++it) {
+        if (*it == id) ++id;
+    }
+    return id;
+}
+
+int CStrategyRegistry::add(EOrderStrategyType type) {
+    const QMutexLocker lock(&m_mutex);
+    const CUserConfig* user = getUserConfig();
+    if (m_pStrategies == nullptr || user == nullptr) return kFailure;
+    COrderStrategyParam strategy;
+    strategy.m_nChannel = nextId();
+    strategy.m_strName = QStringLiteral("策略%1").arg(strategy.m_nChannel);
+    strategy.m_eStrategyType = type;
+    for (int slot = 0; slot < kSettingSlots; ++slot) {
+        const auto which = defaultForSlot(static_cast<ESettingSlot>(slot));
+        if (which == EDefaultSetting::None) continue;
+        strategy.setting(static_cast<ESettingSlot>(slot)) = user->getDefaultOrderSetting(which);
+    }
+    m_pStrategies->insert(strategy.m_nChannel, strategy);
+    return strategy.m_nChannel;
+}
+
+int CStrategyRegistry::update(const COrderStrategyParam& param) {
+    const QMutexLocker lock(&m_mutex);
+    COrderStrategyParam* stored = find(param.m_nChannel);
+    if (stored == nullptr || stored->isRunning()) return kFailure;
+    *stored = param;
+    stored->m_nStartCount = 0;
+    return kSuccess;
+}
+
+int CStrategyRegistry::remove(int id) {
+    const QMutexLocker lock(&m_mutex);
+    return m_pStrategies != nullptr && m_pStrategies->remove(id) > 0 ? kSuccess : kFailure;
+}
+
+COrderStrategyParam* CStrategyRegistry::find(int id) {
+    const QMutexLocker lock(&m_mutex);
+    if (m_pStrategies == nullptr) return nullptr;
+    const auto found = m_pStrategies->find(id);
+    return found != m_pStrategies->end() ? &found.value() : nullptr;
+}
+
+int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
+    const QMutexLocker lock(&m_mutex);
+    COrderStrategyParam* strategy = find(id);
+    if (strategy == nullptr) {
+        error = QStringLiteral("策略%1不存在").arg(id);
+        return kFailure;
+    }
+    const bool wasRunning = strategy->isRunning();
+    if (!startChecked(*strategy, error)) return kFailure;
+    strategy->m_nStatus = COrderStrategyParam::kRunning;
+    m_onStatus(hasRunning());
+    if (showMsg && !wasRunning) announce(*strategy, QStringLiteral(": 启动成功!"));
+    return kSuccess;
+}
+
+/// The tests of a start, in their order; a strategy that runs already passes once its accounts do.
+bool CStrategyRegistry::startChecked(COrderStrategyParam& strategy, QString& error) {
+    const CUserConfig* user = getUserConfig();
+    if (user == nullptr || !hasSelectedAccounts(*user, strategy, EAccountLookup::ByAccount)) {
+        error = QStringLiteral("选择的账号组或账号不存在");
+        return false;
+    }
+    if (!areAccountsLoggedIn(*user, strategy)) {
+        error = QStringLiteral("选择的账号登录失败");
+        return false;
+    }
+    // Both texts on an empty code are notes: the start goes on.
+    const bool hasCode = !strategy.m_strCode.isEmpty();
+    if (!hasCode && wantsCode(strategy.m_eTradeType)) error = QStringLiteral("代码不能为空");
+    if (strategy.isRunning()) return true;
+    if (!hasCode && strategy.m_eTradeType == EOrderStrategyTradeType::Future) error = QStringLiteral("合约代码为空");
+    if (strategy.m_strSignalSource.isEmpty()) {
+        error = QStringLiteral("信号来源为空");
+        return false;
+    }
+    return openSource(strategy, error);
+}
+
+bool CStrategyRegistry::openSource(const COrderStrategyParam& strategy, QString& error) {
+    if (strategy.m_nAccountMode != 0 || strategy.m_eStrategyType == EOrderStrategyType::BatchPending) {
+        error = QStringLiteral("此版本尚不支持DBF委托表");
+        return false;
+    }
+    if (strategy.m_eStrategyType == EOrderStrategyType::Signal) {
+        error = QStringLiteral("此版本尚不支持socket信号源");
+        return false;
+    }
+    if (strategy.m_eStrategyType != EOrderStrategyType::File) return true;
+    if (getUserConfig()->hasOrderEncryptionService()) {
+        error = QStringLiteral("此版本尚不支持加密的文件单");
+        return false;
+    }
+    return dropWaitingFile(strategy, error);
+}
+
+int CStrategyRegistry::stop(int id, QString&) {
+    const QMutexLocker lock(&m_mutex);
+    COrderStrategyParam* strategy = find(id);
+    if (strategy == nullptr || !strategy->isRunning()) {
+        m_onStatus(hasRunning());
+        return kSuccess;
+    }
+    strategy->m_nStatus = COrderStrategyParam::kStopped;
+    strategy->m_nStartCount = 0;
+    m_onStatus(hasRunning());
+    announce(*strategy, QStringLiteral(": 停止运行!"));
+    return kSuccess;
+}
+
+void CStrategyRegistry::restartRemembered(bool showMsg) {
+    const QMutexLocker lock(&m_mutex);
+    if (m_pStrategies == nullptr) return;
+    const QList<int> channels = m_pStrategies->keys();
+    for (const int channel : channels) {
+        COrderStrategyParam* strategy = find(channel);
+        if (!strategy->isRunning()) continue;
+        strategy->m_nStatus = COrderStrategyParam::kStopped;
+        QString dropped;
+        start(channel, dropped, showMsg);
+    }
+}
+
+COrderStrategyMap CStrategyRegistry::copy() {
+    const QMutexLocker lock(&m_mutex);
+    if (m_pStrategies == nullptr) return {};
+    // Detached at once: the host's map must stay unshared, or its next change would move the records that getStrategy
+    // has given out.
+    COrderStrategyMap result = *m_pStrategies;
+    result.detach();
+    return result;
+}
+
+COrderStrategyMap CStrategyRegistry::copyFor(const QVector<COrderParam>& orders) {
+    const QMutexLocker lock(&m_mutex);
+    COrderStrategyMap result;
+    for (const COrderParam& order : orders) {
+        if (result.contains(order.m_nChannel)) continue;
+        if (const COrderStrategyParam* strategy = find(order.m_nChannel)) result.insert(order.m_nChannel, *strategy);
+    }
+    return result;
+}
+
+bool CStrategyRegistry::hasRunning() const {
+    return m_pStrategies != nullptr &&
+           std::any_of(m_pStrategies->cbegin(), m_pStrategies->cend(),
+                       [](const COrderStrategyParam& strategy) { return strategy.isRunning(); });
+}
+
+QString CStrategyRegistry::statusBarTip() {
+    const QMutexLocker lock(&m_mutex);
+    if (!hasRunning()) return QStringLiteral("没有正在运行的策略");
+    QStringList lines;
+    for (const COrderStrategyParam& strategy : qAsConst(*m_pStrategies)) {
+        if (strategy.isRunning()) lines << strategy.m_strName + QStringLiteral("正在运行");
+    }
+    return lines.join(QStringLiteral("\n"));
+}
+
+void CStrategyRegistry::visit(const std::function<void(int, const COrderStrategyParam&)>& visitor) {
+    const QMutexLocker lock(&m_mutex);
+    if (m_pStrategies == nullptr) return;
+    for (auto it = m_pStrategies->cbegin(); it != m_pStrategies->cend(); ++it) visitor(it.key(), it.value());
+}
+
+} // namespace TC

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "check/OrderServiceBase.h"
+
+namespace TC {
+
+/// The one-pass variant: takes a batch order by order through frame check, family check and command. Nothing is shown
+/// before a command goes out; whether the host must ask the user travels in the command.
+class COrderServiceUnion : public COrderServiceBase {
+    Q_OBJECT
+public:
+    using COrderServiceBase::COrderServiceBase;
+
+    void filterStrategies(COrderStrategyMap* strategies) override;
+    /// A missing strategy or an order that fails the frame check ends the batch; what fails its family check drops
+    /// alone.
+    void placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) override;
+
+private:
+    /// False where the batch ends here.
+    bool placeOrder(const COrderParam& order, const COrderStrategyMap* strategies);
+    void announce(const COrderParam& order, const COrderStrategyParam& strategy) const;
+    void dispatch(const COrderParam& order, const COrderStrategyParam& strategy);
+
+    void orderStock(COrderParam order, const COrderStrategyParam& strategy);
+    /// Reports a family whose check is not built yet.
+    void refuseFamily(COrderParam order, const COrderStrategyParam& strategy);
+
+    struct CFamilyOperation;
+    static const CFamilyOperation s_operations[];
+};
+
+} // namespace TC
