@@ -37,6 +37,11 @@ CFileStream openRegularFile(const std::string& path) {
     return CFileStream(::fdopen(descriptor, "r"));
 }
 
+long long fileSize(std::FILE* stream) {
+    struct stat status {};
+    return ::fstat(::fileno(stream), &status) == 0 ? status.st_size : 0;
+}
+
 void deleteFile(const std::string& path) {
     ::unlink(path.c_str());
 }
@@ -106,6 +111,7 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     report.m_nChannel = channel;
     report.m_strSource = strategy.m_strSignalSource;
     CLineReader reader(stream.get());
+    parser.expectBytes(fileSize(stream.get()));
     try {
         readLines(reader, parser, report);
     } catch (const std::exception& error) {

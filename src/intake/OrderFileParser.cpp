@@ -56,6 +56,12 @@ COrderFileParser::COrderFileParser(const COrderStrategyParam& strategy, int chan
     m_order.m_eStrategyType = EOrderStrategyType::File;
 }
 
+void COrderFileParser::expectBytes(long long bytes) {
+    constexpr long long kShortLine = 16;
+    constexpr long long kMostReserved = 1 << 20;
+    m_orders.reserve(static_cast<int>(std::min(bytes / kShortLine + 1, kMostReserved)));
+}
+
 TypeReturn COrderFileParser::parseLineParam(std::string& line, int rowPosition) {
     utils::string_replace(line, '\n');
     if (parseCancel(line)) return TR_LINE_DONE;

@@ -20,6 +20,9 @@ public:
     /// `channel` is the key under which the strategy is kept. The strategy and the port outlive the parser.
     COrderFileParser(const COrderStrategyParam& strategy, int channel, ILinePort& port);
 
+    /// Makes room for the orders of a file of so many bytes, so that a large batch is not moved again and again.
+    void expectBytes(long long bytes);
+
     /// Reads one line, with or without its line end. Changes the text. rowPosition: the position of a table row,
     /// counted from 1, unused for files.
     TypeReturn parseLineParam(std::string& line, int rowPosition = 0);

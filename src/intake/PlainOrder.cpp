@@ -20,6 +20,12 @@ QString codeText(std::string_view field) {
     return field == "0" ? QString() : text(field);
 }
 
+/// Gives the order its one line. A vector made with its size takes no more memory than it needs; an appended one would.
+COrderSingleParam& addLine(COrderParam& order) {
+    order.m_orders = QVector<COrderSingleParam>(1);
+    return order.m_orders.first();
+}
+
 void readOptional(const CFields& fields, std::size_t index, int& value) {
     if (fields.has(index) && !fields[index].empty()) value = strictInt(fields[index]);
 }
@@ -41,20 +47,18 @@ void readLimit(const CFields& fields, std::size_t index, bool& given, double& li
 
 void parseFutureForm(const CFields& fields, std::size_t next, COrderParam& order) {
     if (!fields.has(next)) return;
-    COrderSingleParam line;
+    COrderSingleParam& line = addLine(order);
     line.m_dPrice = strictDouble(fields[next]);
     readCode(fields, next + 1, line);
     readOptional(fields, next + 2, line.m_nVolume);
     readLimit(fields, next + 3, line.m_bHasFirstLimit, line.m_dFirstLimit);
     readLimit(fields, next + 4, line.m_bHasSecondLimit, line.m_dSecondLimit);
-    order.m_orders.push_back(std::move(line));
 }
 
 void parseAmountForm(const CFields& fields, std::size_t next, COrderParam& order) {
     if (!fields.has(next)) return;
-    COrderSingleParam line;
+    COrderSingleParam& line = addLine(order);
     line.m_dAmount = strictDouble(fields[next]);
-    order.m_orders.push_back(std::move(line));
 }
 
 /// Account and, in a table row, the remark behind it.
@@ -78,23 +82,21 @@ void parseOptionForm(const CFields& fields, std::size_t next, const CLineSource&
     // 56 and 57 lock and unlock the underlying and may come without any field.
     constexpr int kLastWithFields = 55;
     if (order.m_nOrderType <= kLastWithFields && !fields.has(next)) return;
-    COrderSingleParam line;
+    COrderSingleParam& line = addLine(order);
     const std::size_t price = readPriceCommand(fields, next, source, line);
     if (fields.has(price)) line.m_dPrice = strictDouble(fields[price]);
     readCode(fields, price + 1, line);
     if (fields.has(price + 2)) line.m_nVolume = strictInt(fields[price + 2]);
     readAccount(fields, price + 3, source, line, order);
-    order.m_orders.push_back(std::move(line));
 }
 
 void parseGeneralForm(const CFields& fields, std::size_t next, const CLineSource& source, COrderParam& order) {
-    COrderSingleParam line;
+    COrderSingleParam& line = addLine(order);
     const std::size_t price = readPriceCommand(fields, next, source, line);
     readOptional(fields, price, line.m_dPrice);
     readCode(fields, price + 1, line);
     readOptional(fields, price + 2, line.m_nVolume);
     if (source.m_bTableRow) readAccount(fields, price + 3, source, line, order);
-    order.m_orders.push_back(std::move(line));
 }
 
 } // namespace

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "MinimalHost.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <string>
+
+namespace bench {
+
+/// Counts commands, and can hold the service's thread at the first of them.
+class CCountingOrders : public TC::COrderClient {
+public:
+    void orderCommands(const TC::COrderComandParamPtr& command) override;
+    void showTradeError(const QString& text, const QString& title) override;
+
+    /// Lets the next command wait until release.
+    void hold();
+    void release();
+    /// Blocks until so many commands or refusals have arrived since the last reset.
+    void waitFor(int count);
+    /// Blocks until the service's thread is held.
+    void waitUntilHeld();
+    void reset();
+    int refusals();
+
+private:
+    void count(bool refused);
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    int m_nArrived = 0;
+    int m_nRefused = 0;
+    int m_nAwaited = 0;
+    bool m_bHold = false;
+    bool m_bHeld = false;
+};
+
+class CSilentMessages : public TC::CMsgService {
+public:
+    void showMsg(const QString&, TC::EMsgTypeDef, TC::MsgLevel, bool, bool, const QString&) override {}
+};
+
+/// The order service on a host that answers at once and prints nothing, with one or more file strategies running.
+/// Lives once in a process at a time.
+class CBenchHost {
+public:
+    /// intervalMs: the polling interval. folder: an existing folder for the order files.
+    CBenchHost(int strategies, int intervalMs, const std::string& folder);
+    ~CBenchHost();
+
+    CCountingOrders& orders() { return m_orders; }
+    /// Hands a file of so many stock orders over to the first strategy, complete at once.
+    void dropOrders(int count);
+    std::string path(int strategy) const;
+
+private:
+    class CUser : public minimal::CUser {
+    public:
+        int interval = 1;
+        int getMinFileServiceInterval() const override { return interval; }
+        int getMaxOrderServerNum() const override { return 1000; }
+    };
+
+    std::string m_strFolder;
+    minimal::CMinimalHost m_host;
+    CUser m_user;
+    CCountingOrders m_orders;
+    CSilentMessages m_messages;
+};
+
+/// The bytes of a file of plain stock lines.
+std::string stockLines(int count);
+
+/// A fresh folder for one benchmark; the caller removes it.
+std::string makeFolder();
+void removeFolder(const std::string& folder);
+
+} // namespace bench

@@ -1,0 +1,91 @@
+// line_parse: nanoseconds per plain stock line, from the bytes of a file to COrderParam. The baseline reads the same
+// file with fgets, splits it and converts its numbers, and builds no record.
+#include "bench/BenchHost.h"
+#include "bench/Figure.h"
+#include "intake/LineReader.h"
+#include "intake/OrderFileParser.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+
+namespace {
+
+constexpr int kLines = 100000;
+
+/// The grammar's world for a file that asks nothing of it.
+class CNoPort : public TC::ILinePort {
+public:
+    void terminateTask(int) override {}
+    void cancelOrders(std::vector<std::string>&) override {}
+    bool readTradeParam(const std::string&, TC::COrderTradeParam&) override { return false; }
+    std::string defaultRemark(const TC::COrderStrategyParam&) override { return {}; }
+    bool areRemarksAllowed() override { return false; }
+    std::optional<TC::CBasketSetting> findBasket(const QString&) override { return std::nullopt; }
+    bool hasAccounts(const TC::COrderStrategyParam&) override { return false; }
+    QString sourceLabel(TC::EOrderStrategyType) override { return {}; }
+    QString sourceTitle(TC::EOrderStrategyType) override { return {}; }
+    void showNote(const QString&) override {}
+};
+
+std::size_t parseFile(std::FILE* stream) {
+    const TC::COrderStrategyParam strategy;
+    CNoPort port;
+    TC::COrderFileParser parser(strategy, 1, port);
+    parser.expectBytes(static_cast<long long>(bench::stockLines(1).size()) * kLines);
+    TC::CLineReader reader(stream);
+    std::string line;
+    while (reader.readLine(line)) parser.parseLineParam(line);
+    return static_cast<std::size_t>(parser.takeOrders().size());
+}
+
+std::size_t splitFile(std::FILE* stream) {
+    char line[2048];
+    std::size_t lines = 0;
+    while (std::fgets(line, sizeof line, stream) != nullptr) {
+        char* rest = nullptr;
+        long type = std::strtol(strtok_r(line, ",", &rest), nullptr, 10);
+        long channel = std::strtol(strtok_r(nullptr, ",", &rest), nullptr, 10);
+        double price = std::strtod(strtok_r(nullptr, ",", &rest), nullptr);
+        char* code = strtok_r(nullptr, ",", &rest);
+        long volume = std::strtol(strtok_r(nullptr, ",", &rest), nullptr, 10);
+        benchmark::DoNotOptimize(type);
+        benchmark::DoNotOptimize(channel);
+        benchmark::DoNotOptimize(price);
+        benchmark::DoNotOptimize(code);
+        benchmark::DoNotOptimize(volume);
+        ++lines;
+    }
+    return lines;
+}
+
+template<typename Read>
+void measure(benchmark::State& state, const Read& read) {
+    const std::string folder = bench::makeFolder();
+    const std::string path = folder + "/orders.txt";
+    std::ofstream(path, std::ios::binary) << bench::stockLines(kLines);
+    double seconds = 0;
+    for (auto _ : state) {
+        const auto begin = std::chrono::steady_clock::now();
+        std::FILE* stream = std::fopen(path.c_str(), "r");
+        if (read(stream) != kLines) state.SkipWithError("lines were lost");
+        std::fclose(stream);
+        seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    }
+    bench::report(state, seconds * 1e9 / (static_cast<double>(kLines) * static_cast<double>(state.iterations())), "ns");
+    bench::removeFolder(folder);
+}
+
+void lineParse(benchmark::State& state) {
+    measure(state, parseFile);
+}
+void lineParseBaseline(benchmark::State& state) {
+    measure(state, splitFile);
+}
+
+BENCHMARK(lineParse)->Name("line_parse")->Repetitions(5);
+BENCHMARK(lineParseBaseline)->Name("line_parse/baseline")->Repetitions(5);
+
+} // namespace
