@@ -1,0 +1,74 @@
+// Reads the examples of docs/order-file.md from the page itself.
+#include "intake/OrderFileParser.h"
+#include "tests/docs/FencedBlocks.h"
+#include "tests/intake/FakeLinePort.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace {
+
+using namespace TC;
+
+/// Writes down what lines ask for, in their order.
+class CPagePort : public CFakeLinePort {
+public:
+    CPagePort() {
+        CBasketStockData row;
+        row.m_strCode = QStringLiteral("600000");
+        row.m_nVolume = 200;
+        row.m_eOperationType = 19;
+        row.m_dWeight = 0.5;
+        baskets[QStringLiteral("蓝筹")].m_rows = {row};
+    }
+    void terminateTask(int taskId) override { log << "cancel_task " << taskId << '\n'; }
+    void cancelOrders(std::vector<std::string>& fields) override {
+        log << "cancel_orders";
+        for (const std::string& field : fields) log << ' ' << field;
+        log << '\n';
+    }
+    bool readTradeParam(const std::string& text, COrderTradeParam& param) override {
+        const std::string key = "remark:";
+        if (text.compare(0, key.size(), key) != 0) return false;
+        param = COrderTradeParam();
+        param.m_strRemark = text.substr(key.size());
+        return true;
+    }
+    void showNote(const QString& text) override { log << "note " << text.toStdString() << '\n'; }
+
+    std::ostringstream log;
+};
+
+std::string outcomeOf(const std::string& lines) {
+    const COrderStrategyParam strategy;
+    CPagePort port;
+    COrderFileParser parser(strategy, 3, port);
+    std::istringstream input(lines);
+    bool settled = false;
+    for (std::string line; std::getline(input, line);) {
+        if (settled) {
+            parser.parseComposeTradeParam(line);
+            continue;
+        }
+        const TypeReturn result = parser.parseLineParam(line);
+        if (result == TR_STOP_READING) break;
+        settled = result == TR_BASKET_HEADER;
+    }
+    for (const COrderParam& order : parser.takeOrders()) port.log << order.toQString().toStdString() << '\n';
+    return port.log.str();
+}
+
+TEST(OrderFilePage, EveryExampleGivesTheOrdersBelowIt) {
+    const auto blocks = readFencedBlocks(std::string(SOURCE_DIR) + "/docs/order-file.md");
+    int examples = 0;
+    for (std::size_t i = 0; i + 1 < blocks.size(); ++i) {
+        if (blocks[i].info != "order-file") continue;
+        ASSERT_EQ(blocks[i + 1].info, "orders") << "behind line " << blocks[i].line;
+        EXPECT_EQ(outcomeOf(blocks[i].text), blocks[i + 1].text) << "line " << blocks[i].line;
+        ++examples;
+    }
+    EXPECT_GE(examples, 11);
+}
+
+} // namespace

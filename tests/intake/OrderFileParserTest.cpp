@@ -1,0 +1,590 @@
+#include "intake/OrderFileParser.h"
+
+#include "base/Text.h"
+#include "records/OrderTypes.h"
+#include "tests/intake/FakeLinePort.h"
+
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace {
+
+using namespace TC;
+
+constexpr int kChannel = 3;
+
+class OrderFileParser : public testing::Test {
+protected:
+    TypeReturn parse(const std::string& line) {
+        std::string copy = line;
+        return parser().parseLineParam(copy);
+    }
+
+    /// Parses the lines, stopping as the read loop does, and gives the batch.
+    QVector<COrderParam> read(const std::vector<std::string>& lines) {
+        bool settled = false;
+        for (const std::string& line : lines) {
+            if (settled) {
+                parser().parseComposeTradeParam(line);
+                continue;
+            }
+            const TypeReturn result = parse(line);
+            if (result == TR_STOP_READING) break;
+            settled = result == TR_BASKET_HEADER;
+        }
+        return parser().takeOrders();
+    }
+
+    /// The batch of one line that gives one order.
+    COrderParam readOne(const std::string& line) {
+        const QVector<COrderParam> orders = read({line});
+        EXPECT_EQ(orders.size(), 1);
+        return orders.isEmpty() ? COrderParam() : orders.first();
+    }
+
+    COrderFileParser& parser() {
+        if (!m_parser) m_parser = std::make_unique<COrderFileParser>(strategy, kChannel, port);
+        return *m_parser;
+    }
+
+    void addBasket(const QString& name) {
+        CBasketStockData row;
+        row.m_strCode = QStringLiteral("600000");
+        row.m_nVolume = 200;
+        row.m_eOperationType = 19;
+        row.m_dWeight = 0.5;
+        port.baskets[name].m_rows = {row};
+    }
+
+    void setBasketPrice(EPriceType type) { strategy.setting(ESettingSlot::StockBasket).m_ePriceType = type; }
+
+    COrderStrategyParam strategy;
+    CFakeLinePort port;
+
+private:
+    std::unique_ptr<COrderFileParser> m_parser;
+};
+
+COrderTradeParam tradeParam(const std::string& remark) {
+    COrderTradeParam param;
+    param.m_strRemark = remark;
+    return param;
+}
+
+// Plain orders.
+
+TEST_F(OrderFileParser, PlainLineTakesTheReadersChannelForZero) {
+    const COrderParam order = readOne("23,0,10.5,600000,100");
+    EXPECT_EQ(order.m_nOrderType, 23);
+    EXPECT_EQ(order.m_nChannel, kChannel);
+    EXPECT_EQ(order.m_eStrategyType, EOrderStrategyType::File);
+    EXPECT_EQ(order.m_nTradeTypeOverride, 0);
+    ASSERT_EQ(order.m_orders.size(), 1);
+    EXPECT_EQ(order.m_orders[0].m_strCode, QStringLiteral("600000"));
+    EXPECT_EQ(order.m_orders[0].m_dPrice, 10.5);
+    EXPECT_EQ(order.m_orders[0].m_nVolume, 100);
+}
+
+TEST_F(OrderFileParser, PlainLineMayNameItsOwnChannel) {
+    EXPECT_EQ(readOne("23,3,10.5,600000,100").m_nChannel, kChannel);
+}
+
+TEST_F(OrderFileParser, ForeignChannelIsDroppedWithANoteAndTheFileGoesOn) {
+    const auto orders = read({"23,5,10.5,600000,100", "24,0,9,600001,200"});
+    ASSERT_EQ(orders.size(), 1);
+    EXPECT_EQ(orders[0].m_nOrderType, 24);
+    ASSERT_EQ(port.notes.size(), 1u);
+    EXPECT_EQ(port.notes[0], QStringLiteral("[文件单]　通道号: 3, 中间文件中指定的通道号为 5, 忽略!"));
+}
+
+TEST_F(OrderFileParser, ForeignChannelGivesPlainLineResult) {
+    EXPECT_EQ(parse("23,5,10.5,600000,100"), TR_PLAIN_LINE);
+}
+
+TEST_F(OrderFileParser, CodeZeroMeansNoCode) {
+    EXPECT_TRUE(readOne("23,0,0,0,100").m_orders[0].m_strCode.isEmpty());
+}
+
+TEST_F(OrderFileParser, GeneralFormLeavesDefaultsForEmptyAndAbsentFields) {
+    const COrderSingleParam line = readOne("24,0,,,").m_orders[0];
+    EXPECT_TRUE(isInvalidPrice(line.m_dPrice));
+    EXPECT_TRUE(line.m_strCode.isEmpty());
+    EXPECT_TRUE(isUnset(line.m_nVolume));
+    EXPECT_EQ(readOne("24,0").m_orders.size(), 1);
+}
+
+TEST_F(OrderFileParser, AccountOfATextLineIsNotRead) {
+    EXPECT_TRUE(readOne("23,0,10.5,600000,100,A1,remark").m_orders[0].m_strAccount.isEmpty());
+}
+
+TEST_F(OrderFileParser, BlanksAndCarriageReturnsInsideALineDisappear) {
+    const COrderParam order = readOne(" 23, 0, 10.5,\r 600 000 , 100\r\n");
+    EXPECT_EQ(order.m_orders[0].m_strCode, QStringLiteral("600000"));
+    EXPECT_EQ(order.m_orders[0].m_nVolume, 100);
+}
+
+TEST_F(OrderFileParser, LinesWithFewerThanTwoFieldsAreIgnored) {
+    EXPECT_EQ(parse("\n"), TR_LINE_DONE);
+    EXPECT_EQ(parse("23"), TR_LINE_DONE);
+    EXPECT_EQ(parse("CANCEL 5"), TR_LINE_DONE);
+    EXPECT_TRUE(parser().takeOrders().isEmpty());
+    EXPECT_TRUE(port.terminated.empty());
+}
+
+TEST_F(OrderFileParser, RequiredNumbersThrow) {
+    for (const char* line : {"x,0,1,600000,1", ",0,1,600000,1", "23,,1,600000,1", "23,0,1x,600000,1", "23,0,1,600000,1.5",
+                             "23,0,1,600000,99999999999", "0,0,,IF1712,1", "32,0,", "48,0,", "48,0,1,10000001,"}) {
+        EXPECT_THROW(parse(line), boost::bad_lexical_cast) << line;
+    }
+}
+
+TEST_F(OrderFileParser, UnknownNumberGivesAnOrderWithoutLines) {
+    for (const int number : {16, 22, 36, 40, 47, 58, 65, 93, 100, 110, -1}) {
+        COrderFileParser fresh(strategy, kChannel, port);
+        std::string line = std::to_string(number) + ",0,10.5,600000,100";
+        EXPECT_EQ(fresh.parseLineParam(line), TR_PLAIN_LINE) << number;
+        const auto batch = fresh.takeOrders();
+        ASSERT_EQ(batch.size(), 1) << number;
+        EXPECT_TRUE(batch[0].m_orders.isEmpty()) << number;
+        EXPECT_EQ(batch[0].m_nTradeTypeOverride, -1) << number;
+    }
+}
+
+struct CFormCase {
+    int first, last, overrideFamily;
+};
+
+void PrintTo(const CFormCase& c, std::ostream* out) {
+    *out << c.first << ".." << c.last;
+}
+
+class GeneralForm : public testing::TestWithParam<CFormCase> {};
+
+TEST_P(GeneralForm, ReadsPriceCodeVolumeAndNamesTheFamily) {
+    const COrderStrategyParam strategy;
+    CFakeLinePort port;
+    for (int number = GetParam().first; number <= GetParam().last; ++number) {
+        COrderFileParser parser(strategy, kChannel, port);
+        std::string line = std::to_string(number) + ",0,1.25,830000,700";
+        parser.parseLineParam(line);
+        const auto orders = parser.takeOrders();
+        ASSERT_EQ(orders.size(), 1) << number;
+        ASSERT_EQ(orders[0].m_orders.size(), 1) << number;
+        EXPECT_EQ(orders[0].m_orders[0].m_dPrice, 1.25) << number;
+        EXPECT_EQ(orders[0].m_orders[0].m_strCode, QStringLiteral("830000")) << number;
+        EXPECT_EQ(orders[0].m_orders[0].m_nVolume, 700) << number;
+        EXPECT_EQ(orders[0].m_nTradeTypeOverride, GetParam().overrideFamily) << number;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Numbers, GeneralForm,
+                         testing::Values(CFormCase{23, 24, 0}, CFormCase{86, 92, 0}, CFormCase{27, 31, 3},
+                                         CFormCase{37, 38, 3}, CFormCase{66, 85, 11}));
+
+// Futures.
+
+TEST_F(OrderFileParser, FutureLineHasTwoFurtherPrices) {
+    const COrderSingleParam line = readOne("0,0,3500,IF1712,1,,3600").m_orders[0];
+    EXPECT_EQ(line.m_dPrice, 3500);
+    EXPECT_EQ(line.m_strCode, QStringLiteral("IF1712"));
+    EXPECT_EQ(line.m_nVolume, 1);
+    EXPECT_TRUE(line.m_bHasFirstLimit);
+    EXPECT_EQ(line.m_dFirstLimit, DBL_MAX);
+    EXPECT_TRUE(line.m_bHasSecondLimit);
+    EXPECT_EQ(line.m_dSecondLimit, 3600);
+}
+
+TEST_F(OrderFileParser, FutureLineWithoutLimitsLeavesThemOff) {
+    const COrderSingleParam line = readOne("15,0,3500,0,").m_orders[0];
+    EXPECT_TRUE(line.m_strCode.isEmpty());
+    EXPECT_TRUE(isUnset(line.m_nVolume));
+    EXPECT_FALSE(line.m_bHasFirstLimit);
+    EXPECT_FALSE(line.m_bHasSecondLimit);
+}
+
+TEST_F(OrderFileParser, FutureLineWithoutPriceFieldGivesNoOrderLine) {
+    EXPECT_TRUE(readOne("3,0").m_orders.isEmpty());
+}
+
+// Amounts.
+
+TEST_F(OrderFileParser, AmountLineReadsTheAmountOnly) {
+    for (const char* number : {"32", "39"}) {
+        COrderFileParser fresh(strategy, kChannel, port);
+        std::string line = std::string(number) + ",0,12345.67,600000,100";
+        fresh.parseLineParam(line);
+        const auto orders = fresh.takeOrders();
+        ASSERT_EQ(orders[0].m_orders.size(), 1);
+        EXPECT_EQ(orders[0].m_orders[0].m_dAmount, 12345.67);
+        EXPECT_TRUE(orders[0].m_orders[0].m_strCode.isEmpty());
+        EXPECT_EQ(orders[0].m_nTradeTypeOverride, -1);
+    }
+}
+
+TEST_F(OrderFileParser, AmountLineWithoutAmountGivesNoOrderLine) {
+    EXPECT_TRUE(readOne("32,0").m_orders.isEmpty());
+}
+
+// Options.
+
+TEST_F(OrderFileParser, OptionLineNamesItsAccount) {
+    const COrderParam order = readOne("48,0,0.05,10000001,2,A7");
+    EXPECT_EQ(order.m_nTradeTypeOverride, 4);
+    EXPECT_EQ(order.m_orders[0].m_dPrice, 0.05);
+    EXPECT_EQ(order.m_orders[0].m_strCode, QStringLiteral("10000001"));
+    EXPECT_EQ(order.m_orders[0].m_nVolume, 2);
+    EXPECT_EQ(order.m_orders[0].m_strAccount, QStringLiteral("A7"));
+}
+
+TEST_F(OrderFileParser, OptionLineWithoutFieldsGivesALineForLockAndUnlockOnly) {
+    EXPECT_EQ(readOne("56,0").m_orders.size(), 1);
+    COrderFileParser fresh(strategy, kChannel, port);
+    std::string line = "55,0";
+    fresh.parseLineParam(line);
+    EXPECT_TRUE(fresh.takeOrders()[0].m_orders.isEmpty());
+}
+
+// Rows of a table.
+
+class TableRows : public OrderFileParser {
+protected:
+    void SetUp() override { strategy.m_nAccountMode = COrderStrategyParam::kTableMode; }
+    COrderParam row(const std::string& line) {
+        std::string copy = line;
+        parser().parseLineParam(copy, 7);
+        const auto orders = parser().takeOrders();
+        EXPECT_EQ(orders.size(), 1);
+        return orders.value(0);
+    }
+};
+
+TEST_F(TableRows, GeneralRowHasPriceCommandAccountAndRemark) {
+    const COrderParam order = row("23,S5,10.5,600000,100,A1,note,,,");
+    EXPECT_EQ(order.m_eStrategyType, EOrderStrategyType::BatchPending);
+    EXPECT_EQ(order.m_nChannel, kChannel);
+    EXPECT_EQ(order.m_strRemark, "note");
+    EXPECT_EQ(order.m_orders[0].m_ePriceType, EPriceType::Sell5);
+    EXPECT_EQ(order.m_orders[0].m_dPrice, 10.5);
+    EXPECT_EQ(order.m_orders[0].m_strAccount, QStringLiteral("A1"));
+    EXPECT_EQ(order.m_orders[0].m_nOverFreqMode, 7);
+}
+
+TEST_F(TableRows, UnknownPriceCommandMeansLatest) {
+    EXPECT_EQ(row("23,Q,10.5,600000,100").m_orders[0].m_ePriceType, EPriceType::Latest);
+}
+
+TEST_F(TableRows, OptionRowIsShiftedByThePriceCommand) {
+    const COrderParam order = row("48,3,0.05,10000001,2,A7,note");
+    EXPECT_EQ(order.m_orders[0].m_ePriceType, EPriceType::Specified);
+    EXPECT_EQ(order.m_orders[0].m_nVolume, 2);
+    EXPECT_EQ(order.m_orders[0].m_strAccount, QStringLiteral("A7"));
+    EXPECT_EQ(order.m_strRemark, "note");
+    EXPECT_EQ(order.m_orders[0].m_nOverFreqMode, 7);
+}
+
+TEST_F(TableRows, FutureRowHasNoPriceCommand) {
+    const COrderParam order = row("0,3500,IF1712,1");
+    EXPECT_EQ(order.m_orders[0].m_dPrice, 3500);
+    EXPECT_EQ(order.m_orders[0].m_strCode, QStringLiteral("IF1712"));
+}
+
+// Cancels.
+
+TEST_F(OrderFileParser, CancelEndsTheTasksOfTheId) {
+    EXPECT_EQ(parse("cancel 42\n"), TR_LINE_DONE);
+    EXPECT_EQ(port.terminated, std::vector<int>{42});
+}
+
+TEST_F(OrderFileParser, CancelWithAnotherFieldCountIsIgnored) {
+    for (const char* line : {"cancel", "cancel 1 2", "cancel  1", "cancel 1 "}) {
+        EXPECT_EQ(parse(line), TR_LINE_DONE) << line;
+    }
+    EXPECT_TRUE(port.terminated.empty());
+}
+
+TEST_F(OrderFileParser, CancelOfNoNumberEndsTheFile) {
+    EXPECT_THROW(parse("cancel abc"), boost::bad_lexical_cast);
+    EXPECT_THROW(parse("cancel "), boost::bad_lexical_cast);
+}
+
+TEST_F(OrderFileParser, CancelOrderHandsAllFieldsOn) {
+    EXPECT_EQ(parse("cancel_order A1 77 x\n"), TR_LINE_DONE);
+    const std::vector<std::string> fields{"cancel_order", "A1", "77", "x"};
+    ASSERT_EQ(port.cancelled.size(), 1u);
+    EXPECT_EQ(port.cancelled[0], fields);
+}
+
+TEST_F(OrderFileParser, CancelOrderWithFewerThanThreeFieldsIsIgnored) {
+    EXPECT_EQ(parse("cancel_order A1"), TR_LINE_DONE);
+    EXPECT_TRUE(port.cancelled.empty());
+}
+
+TEST_F(OrderFileParser, CancelKeepsCase) {
+    EXPECT_EQ(parse("Cancel 42"), TR_LINE_DONE);
+    EXPECT_TRUE(port.terminated.empty());
+}
+
+TEST_F(OrderFileParser, CancelBeforeAHeaderDoesNotUseTheFirstLineUp) {
+    const auto orders = read({"cancel 1", "35,0", "600000\t100"});
+    ASSERT_EQ(orders.size(), 1);
+    EXPECT_EQ(orders[0].m_nOrderType, kOrderBasketList);
+}
+
+TEST_F(OrderFileParser, ABlankLineBeforeAHeaderUsesTheFirstLineUp) {
+    const auto orders = read({"", "35,0", "600000\t100"});
+    ASSERT_EQ(orders.size(), 1);
+    EXPECT_TRUE(orders[0].m_orders.isEmpty()); // 35 as a plain order has no line form
+}
+
+// Trade parameters.
+
+TEST_F(OrderFileParser, TradeParametersGoToTheOrdersBeforeThem) {
+    port.params["first"] = tradeParam("one");
+    port.params["second"] = tradeParam("two");
+    const auto orders =
+        read({"23,0,1,600000,1", "23,0,2,600000,1", "orderParam=first", "23,0,3,600000,1", "orderParam=second",
+              "23,0,4,600000,1"});
+    ASSERT_EQ(orders.size(), 4);
+    EXPECT_EQ(orders[0].m_strRemark, "one");
+    EXPECT_EQ(orders[1].m_strRemark, "one");
+    EXPECT_EQ(orders[2].m_strRemark, "two");
+    EXPECT_EQ(orders[3].m_strRemark, "");
+}
+
+TEST_F(OrderFileParser, TradeParametersCopyEveryField) {
+    COrderTradeParam& param = port.params["all"];
+    param.m_strRemark = "remark";
+    param.m_eOrderType = 7;
+    param.m_strOrderSetting = QStringLiteral("设置");
+    param.m_strAccountKeyPart1 = QStringLiteral("p1");
+    param.m_strAccountKeyPart2 = QStringLiteral("p2");
+    param.m_nSettingKind = 1;
+    param.m_strTradeText1 = "t1";
+    param.m_strTradeText2 = "t2";
+    param.m_strTradeText3 = "t3";
+    const COrderParam order = read({"23,0,1,600000,1", "ORDERPARAM=all"}).value(0);
+    EXPECT_EQ(order.m_strRemark, "remark");
+    EXPECT_EQ(order.m_eOrderType, static_cast<EOrderType>(7));
+    EXPECT_EQ(order.m_strOrderSetting, "设置");
+    EXPECT_EQ(order.m_strAccountKeyPart1, QStringLiteral("p1"));
+    EXPECT_EQ(order.m_strAccountKeyPart2, QStringLiteral("p2"));
+    EXPECT_EQ(order.m_nSettingKind, 1);
+    EXPECT_EQ(order.m_strTradeText1, "t1");
+    EXPECT_EQ(order.m_strTradeText2, "t2");
+    EXPECT_EQ(order.m_strTradeText3, "t3");
+}
+
+TEST_F(OrderFileParser, RemarkOfTradeParametersIsReadAsGbk) {
+    const std::string gbk = utils::toLocal8Bit(QStringLiteral("备注"));
+    port.params[gbk] = tradeParam(gbk);
+    const auto orders = read({"23,0,1,600000,1", "orderParam=" + gbk});
+    EXPECT_EQ(port.paramTexts, std::vector<std::string>{gbk});
+    EXPECT_EQ(orders[0].m_strRemark, "备注");
+}
+
+TEST_F(OrderFileParser, EmptyRemarkFallsBackToTheStrategys) {
+    port.defaultRemarkText = "default";
+    port.params["x"] = tradeParam("");
+    EXPECT_EQ(read({"23,0,1,600000,1", "orderparam=x"})[0].m_strRemark, "default");
+}
+
+TEST_F(OrderFileParser, RefusedRemarksAreClearedAlsoWhereTheFileGaveOne) {
+    port.remarksAllowed = false;
+    port.defaultRemarkText = "default";
+    port.params["x"] = tradeParam("given");
+    EXPECT_EQ(read({"23,0,1,600000,1", "orderParam=x"})[0].m_strRemark, "");
+}
+
+TEST_F(OrderFileParser, TradeParametersWithoutTextReachNoParser) {
+    EXPECT_EQ(parse("orderParam="), TR_LINE_DONE);
+    EXPECT_TRUE(port.paramTexts.empty());
+}
+
+TEST_F(OrderFileParser, TradeParametersWithoutEqualsSignAreTheirOwnText) {
+    EXPECT_EQ(parse("orderParamX"), TR_LINE_DONE);
+    EXPECT_EQ(port.paramTexts, std::vector<std::string>{"orderParamX"});
+}
+
+TEST_F(OrderFileParser, TextBehindTheFirstEqualsSignCounts) {
+    parse("orderParam=a=b");
+    EXPECT_EQ(port.paramTexts, std::vector<std::string>{"a=b"});
+}
+
+TEST_F(OrderFileParser, TradeParametersThatAreNotUnderstoodLeaveTheParametersAsTheyWere) {
+    port.params["known"] = tradeParam("known");
+    const auto orders = read({"23,0,1,600000,1", "orderParam=known", "23,0,2,600000,1", "orderParam=unknown"});
+    EXPECT_EQ(orders[0].m_strRemark, "known");
+    EXPECT_EQ(orders[1].m_strRemark, "known"); // the last parameters that were understood still stand
+}
+
+TEST_F(OrderFileParser, ALineThatBeginsWithOrderParamIsNeverAnOrder) {
+    EXPECT_EQ(parse("orderParam,0,1,600000,1"), TR_LINE_DONE);
+    EXPECT_TRUE(parser().takeOrders().isEmpty());
+}
+
+TEST_F(OrderFileParser, ABlankBeforeOrderParamMakesItAPlainLine) {
+    EXPECT_EQ(parse(" orderParam=x"), TR_LINE_DONE);
+    EXPECT_TRUE(port.paramTexts.empty());
+}
+
+// Lists.
+
+TEST_F(OrderFileParser, ListRowsAreSplitByBarOrTab) {
+    const auto orders = read({"35,0", "600000|100", "000001\t-300"});
+    ASSERT_EQ(orders.size(), 1);
+    EXPECT_EQ(orders[0].m_nOrderType, kOrderBasketList);
+    EXPECT_EQ(orders[0].m_nChannel, kChannel);
+    EXPECT_EQ(orders[0].m_eStrategyType, EOrderStrategyType::File);
+    ASSERT_EQ(orders[0].m_orders.size(), 2);
+    EXPECT_EQ(orders[0].m_orders[0].m_strCode, QStringLiteral("600000"));
+    EXPECT_EQ(orders[0].m_orders[0].m_nVolume, 100);
+    EXPECT_EQ(orders[0].m_orders[0].m_eOperationType, 18);
+    EXPECT_EQ(orders[0].m_orders[1].m_nVolume, -300);
+}
+
+TEST_F(OrderFileParser, ListRowsOfAnotherFieldCountAreSkipped) {
+    const auto orders = read({"35,0", "600000", "600000|1|2", "600001|5"});
+    ASSERT_EQ(orders[0].m_orders.size(), 1);
+    EXPECT_EQ(orders[0].m_orders[0].m_strCode, QStringLiteral("600001"));
+}
+
+TEST_F(OrderFileParser, ListRowNeedsAVolume) {
+    parse("35,0");
+    EXPECT_THROW(parse("600000|"), boost::bad_lexical_cast);
+}
+
+TEST_F(OrderFileParser, ListOfAForeignChannelIsDropped) {
+    EXPECT_TRUE(read({"35,9", "600000|100"}).isEmpty());
+}
+
+// Baskets.
+
+TEST_F(OrderFileParser, BasketHeaderWithTwoFieldsReadsRows) {
+    for (const char* header : {"25,0", "26,0", "33,0"}) {
+        COrderFileParser fresh(strategy, kChannel, port);
+        std::string line = header;
+        EXPECT_EQ(fresh.parseLineParam(line), TR_LINE_DONE);
+        line = "600000\t100\t10.5\t19";
+        EXPECT_EQ(fresh.parseLineParam(line), TR_PLAIN_LINE);
+        const auto orders = fresh.takeOrders();
+        ASSERT_EQ(orders.size(), 1);
+        ASSERT_EQ(orders[0].m_orders.size(), 1);
+        EXPECT_EQ(orders[0].m_orders[0].m_strCode, QStringLiteral("600000"));
+        EXPECT_EQ(orders[0].m_orders[0].m_nVolume, 100);
+        EXPECT_EQ(orders[0].m_orders[0].m_dPrice, 10.5);
+        EXPECT_EQ(orders[0].m_orders[0].m_eOperationType, 19);
+    }
+}
+
+TEST_F(OrderFileParser, BasketRowMayEndAfterTheVolume) {
+    const auto orders = read({"25,0", "600000\t100", "600001\t200\t\t"});
+    ASSERT_EQ(orders[0].m_orders.size(), 2);
+    EXPECT_TRUE(isInvalidPrice(orders[0].m_orders[1].m_dPrice));
+    EXPECT_EQ(orders[0].m_orders[1].m_eOperationType, -1);
+}
+
+TEST_F(OrderFileParser, SpecifiedPricesSkipRowsWithoutPriceField) {
+    for (const EPriceType type : {EPriceType::Specified, EPriceType::SpecifiedByRow}) {
+        setBasketPrice(type);
+        COrderFileParser fresh(strategy, kChannel, port);
+        std::string line = "25,0";
+        fresh.parseLineParam(line);
+        line = "600000\t100";
+        EXPECT_EQ(fresh.parseLineParam(line), TR_LINE_DONE);
+        line = "600001\t100\t9.9";
+        EXPECT_EQ(fresh.parseLineParam(line), TR_PLAIN_LINE);
+        EXPECT_EQ(fresh.takeOrders()[0].m_orders.size(), 1);
+    }
+}
+
+TEST_F(OrderFileParser, BasketRowOfOneFieldIsSkipped) {
+    parse("25,0");
+    EXPECT_EQ(parse("600000"), TR_LINE_DONE);
+}
+
+TEST_F(OrderFileParser, BasketOfAForeignChannelKeepsItsChannel) {
+    EXPECT_EQ(read({"25,9", "600000\t100"})[0].m_nChannel, 9);
+}
+
+TEST_F(OrderFileParser, BasketFilesTakeCancelsToo) {
+    read({"25,0", "cancel 8", "600000\t100"});
+    EXPECT_EQ(port.terminated, std::vector<int>{8});
+}
+
+TEST_F(OrderFileParser, NamedBasketSettlesTheOrder) {
+    addBasket(QStringLiteral("篮子"));
+    port.params["x"] = tradeParam("r");
+    const std::string name = utils::toLocal8Bit(QStringLiteral("篮子"));
+    const auto orders = read({"33,0," + name + "\r\n", "600001\t100", "orderParam=x"});
+    ASSERT_EQ(orders.size(), 1);
+    ASSERT_EQ(orders[0].m_orders.size(), 1);
+    EXPECT_EQ(orders[0].m_orders[0].m_strCode, QStringLiteral("600000"));
+    EXPECT_EQ(orders[0].m_orders[0].m_nVolume, 200);
+    EXPECT_EQ(orders[0].m_orders[0].m_eOperationType, 19);
+    EXPECT_EQ(orders[0].m_orders[0].m_dWeight, 0.5);
+    EXPECT_EQ(orders[0].m_strRemark, "r");
+}
+
+TEST_F(OrderFileParser, UnknownBasketIsReportedAndLeavesAnOrderWithoutRows) {
+    const auto orders = read({"33,0,none", "600001\t100"});
+    ASSERT_EQ(orders.size(), 1);
+    EXPECT_TRUE(orders[0].m_orders.isEmpty());
+    ASSERT_EQ(port.notes.size(), 1u);
+    EXPECT_EQ(port.notes[0], QStringLiteral("[文件单]　通道号: 3, 中间文件中指定的篮子不存在!"));
+}
+
+TEST_F(OrderFileParser, BasketNamesKeepCase) {
+    addBasket(QStringLiteral("abc"));
+    EXPECT_TRUE(read({"25,0,ABC"})[0].m_orders.isEmpty());
+}
+
+TEST_F(OrderFileParser, AllAccountsIsAWordOfSellingOnly) {
+    EXPECT_TRUE(read({"26,0,ALL"})[0].m_bAll);
+    EXPECT_TRUE(port.notes.empty());
+    COrderFileParser other(strategy, kChannel, port);
+    std::string line = "33,0,ALL";
+    EXPECT_EQ(other.parseLineParam(line), TR_BASKET_HEADER);
+    EXPECT_FALSE(other.takeOrders()[0].m_bAll);
+    EXPECT_EQ(port.notes.size(), 1u);
+}
+
+TEST_F(OrderFileParser, AllAccountsWithoutAccountsIsNotSet) {
+    port.accounts = false;
+    EXPECT_FALSE(read({"26,0,all"})[0].m_bAll);
+}
+
+// A basket taken whole.
+
+TEST_F(OrderFileParser, WholeBasketBuysEveryRowAndEndsTheFile) {
+    addBasket(QStringLiteral("abc"));
+    EXPECT_EQ(parse("34,0,abc"), TR_STOP_READING);
+    const auto orders = parser().takeOrders();
+    ASSERT_EQ(orders.size(), 1);
+    EXPECT_EQ(orders[0].m_nOrderType, kOrderBasketWhole);
+    EXPECT_EQ(orders[0].m_nChannel, kChannel);
+    EXPECT_EQ(orders[0].m_orders[0].m_eOperationType, 18);
+    EXPECT_EQ(orders[0].m_orders[0].m_nVolume, 200);
+    EXPECT_EQ(orders[0].m_orders[0].m_dWeight, 0.5);
+}
+
+TEST_F(OrderFileParser, WholeBasketComesBehindTheOrdersBeforeIt) {
+    addBasket(QStringLiteral("abc"));
+    const auto orders = read({"23,0,1,600000,1", "34,0,abc", "23,0,2,600000,1"});
+    ASSERT_EQ(orders.size(), 2);
+    EXPECT_EQ(orders[1].m_nOrderType, kOrderBasketWhole);
+}
+
+TEST_F(OrderFileParser, WholeBasketWithoutAKnownNameIsAnOrderWithoutRows) {
+    for (const char* line : {"34,0,none", "34,0", "34,0,abc,1"}) {
+        COrderFileParser fresh(strategy, kChannel, port);
+        std::string copy = line;
+        EXPECT_EQ(fresh.parseLineParam(copy), TR_PLAIN_LINE) << line;
+        const auto orders = fresh.takeOrders();
+        ASSERT_EQ(orders.size(), 1) << line;
+        EXPECT_TRUE(orders[0].m_orders.isEmpty()) << line;
+    }
+}
+
+} // namespace
