@@ -147,7 +147,8 @@ void COrderFileParser::appendBasket(const CBasketSetting& basket, int fixedOpera
     }
 }
 
-void COrderFileParser::parseComposeTradeParam(const std::string& line) {
+void COrderFileParser::parseComposeTradeParam(std::string& line) {
+    utils::string_replace(line, '\n');
     int filledOrders = 0;
     if (parserTradeParam(line)) applyTradeParam(filledOrders);
 }

@@ -28,8 +28,8 @@ public:
     TypeReturn parseLineParam(std::string& line, int rowPosition = 0);
 
     /// Reads one line of the rest of a file whose header settled the basket: only trade parameters count, and they go
-    /// to all orders of the file.
-    void parseComposeTradeParam(const std::string& line);
+    /// to all orders of the file. Changes the text.
+    void parseComposeTradeParam(std::string& line);
 
     /// The batch of the file, the basket or list order last. Call once, at the end.
     QVector<COrderParam> takeOrders();

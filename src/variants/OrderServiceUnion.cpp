@@ -25,6 +25,13 @@ void keepFirst(COrderStrategyMap& strategies, int limit, const Predicate& counts
     }
 }
 
+/// Only a batch pending order can leave its strategy's family.
+EOrderStrategyTradeType tradeTypeOf(const COrderParam& order, const COrderStrategyParam& strategy) {
+    const bool isOverridden =
+        order.m_nTradeTypeOverride != -1 && order.m_eStrategyType == EOrderStrategyType::BatchPending;
+    return isOverridden ? static_cast<EOrderStrategyTradeType>(order.m_nTradeTypeOverride) : strategy.m_eTradeType;
+}
+
 void logInfo(const void* object, const char* function, const std::string& text) {
     utils::CLogCenter::log(utils::ELogLevel::Info, utils::kStdFileLogger, object, function, text);
 }
@@ -91,10 +98,7 @@ void COrderServiceUnion::announce(const COrderParam& order, const COrderStrategy
 }
 
 void COrderServiceUnion::dispatch(const COrderParam& order, const COrderStrategyParam& strategy) {
-    const bool isOverridden =
-        order.m_nTradeTypeOverride != -1 && order.m_eStrategyType == EOrderStrategyType::BatchPending;
-    const auto tradeType =
-        isOverridden ? static_cast<EOrderStrategyTradeType>(order.m_nTradeTypeOverride) : strategy.m_eTradeType;
+    const EOrderStrategyTradeType tradeType = tradeTypeOf(order, strategy);
     const auto operation = std::find_if(std::begin(s_operations), std::end(s_operations),
                                         [&](const CFamilyOperation& row) { return row.m_eTradeType == tradeType; });
     if (operation != std::end(s_operations)) {
@@ -120,7 +124,7 @@ void COrderServiceUnion::orderStock(COrderParam order, const COrderStrategyParam
 void COrderServiceUnion::refuseFamily(COrderParam order, const COrderStrategyParam& strategy) {
     showCheckFailure(utils::fillText(QStringLiteral("[%1]　通道号: %2, 此版本尚不支持%3交易, 无法下单!"),
                                      {orderStrategyText(order.m_eStrategyType), QString::number(strategy.m_nChannel),
-                                      orderStrategyTradeTypeToString(strategy.m_eTradeType)}));
+                                      orderStrategyTradeTypeToString(tradeTypeOf(order, strategy))}));
 }
 
 } // namespace TC

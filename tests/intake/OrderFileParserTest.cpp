@@ -25,7 +25,7 @@ protected:
     /// Parses the lines, stopping as the read loop does, and gives the batch.
     QVector<COrderParam> read(const std::vector<std::string>& lines) {
         bool settled = false;
-        for (const std::string& line : lines) {
+        for (std::string line : lines) {
             if (settled) {
                 parser().parseComposeTradeParam(line);
                 continue;

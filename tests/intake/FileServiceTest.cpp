@@ -1,0 +1,352 @@
+#include "intake/FileService.h"
+
+#include "gates/IntakePause.h"
+#include "tests/support/Builders.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <functional>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+using namespace TC;
+
+class CRecordingGate final : public IOrderGate {
+public:
+    void placeOrders(QVector<COrderParam> orders) override {
+        batches.push_back(orders);
+        if (onPlace) onPlace();
+    }
+    void cancelOrder(int) override {}
+    void cancelOrders(std::vector<std::string>& fields) override { cancelled.push_back(fields); }
+    QString getOrderStrategyText(EOrderStrategyType) const override { return QStringLiteral("文件单"); }
+    std::string defaultRemark(const COrderStrategyParam&) const override { return "default"; }
+
+    std::function<void()> onPlace;
+    std::vector<QVector<COrderParam>> batches;
+    std::vector<std::vector<std::string>> cancelled;
+};
+
+class CPlainRegistry final : public IStrategyRegistry {
+public:
+    void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) override {
+        ++visits;
+        for (auto it = strategies.cbegin(); it != strategies.cend(); ++it) visit(it.key(), it.value());
+    }
+
+    COrderStrategyMap strategies;
+    int visits = 0;
+};
+
+class FileService : public testing::Test {
+protected:
+    void addStrategy(int channel, const std::string& file) {
+        registry.strategies.insert(channel, CStrategyBuilder().channel(channel).file(folder.path(file)));
+    }
+    const TC::CIntakeReport& report() const { return host.audit.reports.at(0); }
+
+    CTempFolder folder;
+    CFakeClock clock;
+    CFakeHost host;
+    CRecordingGate gate;
+    CPlainRegistry registry;
+    CFileService service{gate, registry};
+};
+
+TEST_F(FileService, FileIsTakenReadAndDeleted) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "23,0,10.5,600000,100\r\n24,0,10.6,000001,200");
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.size(), 1u);
+    EXPECT_EQ(gate.batches[0].size(), 2);
+    EXPECT_FALSE(folder.exists("a.txt"));
+    EXPECT_FALSE(folder.exists("a.txt.tmp"));
+    EXPECT_EQ(report().m_nLines, 2);
+    EXPECT_EQ(report().m_nOrders, 2);
+    EXPECT_EQ(report().m_nChannel, 3);
+    EXPECT_EQ(report().m_strSource, QString::fromStdString(folder.path("a.txt")));
+    EXPECT_FALSE(report().m_bCutShort);
+}
+
+TEST_F(FileService, MissingFileIsSkippedSilently) {
+    addStrategy(3, "a.txt");
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_TRUE(host.audit.reports.empty());
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(FileService, EmptyFileGivesAnEmptyBatch) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "");
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.size(), 1u);
+    EXPECT_TRUE(gate.batches[0].isEmpty());
+    EXPECT_FALSE(folder.exists("a.txt"));
+}
+
+TEST_F(FileService, StoppedAndOtherStrategiesAreLeftAlone) {
+    addStrategy(3, "a.txt");
+    addStrategy(4, "b.txt");
+    registry.strategies[3].m_nStatus = COrderStrategyParam::kStopped;
+    registry.strategies[4].m_eStrategyType = EOrderStrategyType::Signal;
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    folder.write("b.txt", "23,0,10.5,600000,100");
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_TRUE(folder.exists("a.txt"));
+    EXPECT_TRUE(folder.exists("b.txt"));
+}
+
+TEST_F(FileService, StrategyWithoutAPathIsSkipped) {
+    registry.strategies.insert(3, CStrategyBuilder().file(""));
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+}
+
+TEST_F(FileService, StrategiesAreServedInKeyOrder) {
+    addStrategy(7, "b.txt");
+    addStrategy(2, "a.txt");
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    folder.write("b.txt", "23,0,10.5,600000,100");
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.size(), 2u);
+    EXPECT_EQ(gate.batches[0][0].m_nChannel, 2);
+    EXPECT_EQ(gate.batches[1][0].m_nChannel, 7);
+}
+
+TEST_F(FileService, BadNumberLosesTheRestAndKeepsWhatStoodBefore) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "23,0,10.5,600000,100\n23,0,abc,600000,100\n23,0,10.5,600000,100\n");
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.size(), 1u);
+    EXPECT_EQ(gate.batches[0].size(), 1);
+    EXPECT_FALSE(folder.exists("a.txt.tmp"));
+    EXPECT_TRUE(host.messageTexts().empty());
+    EXPECT_TRUE(report().m_bCutShort);
+    EXPECT_EQ(report().m_nLines, 2);
+    EXPECT_TRUE(report().m_strCause.startsWith(QStringLiteral("line 2: ")));
+}
+
+TEST_F(FileService, LeftOverTemporaryFileIsDeletedUnread) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt.tmp", "23,0,10.5,600000,100");
+    folder.write("a.txt", "24,0,10.5,600000,100");
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.size(), 1u);
+    ASSERT_EQ(gate.batches[0].size(), 1);
+    EXPECT_EQ(gate.batches[0][0].m_nOrderType, 24);
+}
+
+TEST_F(FileService, LeftOverTemporaryFileAloneIsNotRead) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt.tmp", "23,0,10.5,600000,100");
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_TRUE(folder.exists("a.txt.tmp"));
+}
+
+TEST_F(FileService, FolderAtThePathStaysWhereItIs) {
+    addStrategy(3, "a.txt");
+    std::filesystem::create_directory(folder.path("a.txt"));
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_TRUE(folder.exists("a.txt"));
+}
+
+TEST_F(FileService, PipeAtThePathDoesNotBlockTheLoop) {
+    addStrategy(3, "a.txt");
+    ASSERT_EQ(::mkfifo(folder.path("a.txt").c_str(), 0600), 0);
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_TRUE(folder.exists("a.txt"));
+}
+
+TEST_F(FileService, FolderAtTheTemporaryPathLeavesTheFileWaiting) {
+    addStrategy(3, "a.txt");
+    std::filesystem::create_directory(folder.path("a.txt.tmp"));
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_TRUE(folder.exists("a.txt"));
+    EXPECT_TRUE(folder.exists("a.txt.tmp"));
+}
+
+TEST_F(FileService, FileOfTheNextWriterWaitsForTheNextPass) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    gate.onPlace = [this] { folder.write("a.txt", "24,0,10.5,600000,100"); };
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.size(), 1u);
+    EXPECT_TRUE(folder.exists("a.txt"));
+    gate.onPlace = nullptr;
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.size(), 2u);
+    EXPECT_EQ(gate.batches[1][0].m_nOrderType, 24);
+}
+
+TEST_F(FileService, FileWithoutAnyLineEndIsReadInPieces) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", std::string(10'000'000, 'x'));
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.size(), 1u);
+    EXPECT_TRUE(gate.batches[0].isEmpty());
+    EXPECT_EQ(report().m_nLines, (10'000'000 + 2046) / 2047);
+}
+
+TEST_F(FileService, PathInChineseIsFound) {
+    addStrategy(3, "下单.txt");
+    folder.write("下单.txt", "23,0,10.5,600000,100");
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.size(), 1u);
+}
+
+TEST_F(FileService, CancelsActThroughGateAndTaskCentre) {
+    addStrategy(3, "a.txt");
+    host.tasks.tasks[42] = 2;
+    folder.write("a.txt", "cancel 42\ncancel 43\ncancel_order A1 77\n");
+    service.tryOrder();
+    ASSERT_EQ(host.tasks.operations.size(), 2u);
+    const auto& [taskId, record] = host.tasks.operations[0];
+    EXPECT_EQ(taskId, 42);
+    EXPECT_EQ(record.m_nOperation, 3);
+    EXPECT_EQ(record.m_nTime, 1767600000);
+    EXPECT_EQ(record.m_strUserName, "tester");
+    EXPECT_EQ(record.m_strRemark, "tester终止任务");
+    EXPECT_EQ(gate.cancelled, (std::vector<std::vector<std::string>>{{"cancel_order", "A1", "77"}}));
+}
+
+TEST_F(FileService, TradeParametersGoThroughTheHost) {
+    addStrategy(3, "a.txt");
+    host.rules.tradeParams["known"] = COrderTradeParam();
+    folder.write("a.txt", "23,0,10.5,600000,100\norderParam=known\n");
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.at(0).at(0).m_strRemark, "default");
+}
+
+TEST_F(FileService, RemarksAreClearedWhereTheSwitchIsOff) {
+    addStrategy(3, "a.txt");
+    host.switches.on.clear();
+    host.rules.tradeParams["known"].m_strRemark = "given";
+    folder.write("a.txt", "23,0,10.5,600000,100\norderParam=known\n");
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.at(0).at(0).m_strRemark, "");
+}
+
+TEST_F(FileService, NamedBasketsAndAccountsComeFromTheUser) {
+    addStrategy(3, "a.txt");
+    addStrategy(4, "b.txt");
+    CBasketStockData row;
+    row.m_strCode = QStringLiteral("600000");
+    host.user.baskets[QStringLiteral("蓝筹")].m_rows = {row};
+    folder.write("a.txt", "33,0,蓝筹\n");
+    folder.write("b.txt", "26,0,all\n");
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.at(0).at(0).m_orders.size(), 1);
+    EXPECT_TRUE(gate.batches.at(1).at(0).m_bAll);
+}
+
+TEST_F(FileService, SettledBasketReadsTheRestForTradeParametersOnly) {
+    addStrategy(3, "a.txt");
+    host.user.baskets[QStringLiteral("b")].m_rows = {CBasketStockData()};
+    host.rules.tradeParams["known"].m_strRemark = "r";
+    folder.write("a.txt", "33,0,b\n600000\t100\norderParam=known\ncancel 1\n");
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.at(0).size(), 1);
+    EXPECT_EQ(gate.batches[0][0].m_strRemark, "r");
+    EXPECT_TRUE(host.tasks.operations.empty());
+    EXPECT_EQ(report().m_nLines, 4);
+}
+
+TEST_F(FileService, WholeBasketEndsTheReading) {
+    addStrategy(3, "a.txt");
+    host.user.baskets[QStringLiteral("b")].m_rows = {CBasketStockData()};
+    folder.write("a.txt", "34,0,b\n23,0,x,y,z\n");
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.at(0).size(), 1);
+    EXPECT_FALSE(report().m_bCutShort);
+    EXPECT_FALSE(folder.exists("a.txt.tmp"));
+}
+
+TEST_F(FileService, PausedIntakeLeavesFilesAndSleeps) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    {
+        const CIntakePause pause;
+        service.tryOrder();
+        EXPECT_TRUE(gate.batches.empty());
+        EXPECT_TRUE(folder.exists("a.txt"));
+        EXPECT_EQ(registry.visits, 0);
+        EXPECT_EQ(clock.sleeps(), std::vector<double>{0.8});
+    }
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.size(), 1u);
+}
+
+TEST_F(FileService, EncipheredFilesAndTablesStayUntouched) {
+    addStrategy(3, "a.txt");
+    addStrategy(4, "b.txt");
+    registry.strategies[4].m_nAccountMode = COrderStrategyParam::kTableMode;
+    host.user.encryption = true;
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    service.tryOrder();
+    host.user.encryption = false;
+    folder.write("b.txt", "23,0,10.5,600000,100");
+    registry.strategies.remove(3);
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_TRUE(folder.exists("a.txt"));
+    EXPECT_TRUE(folder.exists("b.txt"));
+}
+
+TEST_F(FileService, LoopSleepsTheIntervalBetweenPasses) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    host.user.interval = 50;
+    gate.onPlace = [this] { service.stop(); };
+    service.startFileServer();
+    // The first look comes when more than one interval has gone by.
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05}));
+    EXPECT_EQ(gate.batches.size(), 1u);
+}
+
+TEST_F(FileService, LoopOutlivesAnExceptionOfAPass) {
+    addStrategy(3, "a.txt");
+    addStrategy(4, "b.txt");
+    folder.write("a.txt", "");
+    folder.write("b.txt", "");
+    int calls = 0;
+    gate.onPlace = [&] {
+        if (++calls == 1) throw std::runtime_error("first");
+        service.stop();
+    };
+    service.startFileServer();
+    EXPECT_EQ(gate.batches.size(), 2u);
+    EXPECT_FALSE(folder.exists("b.txt"));
+}
+
+TEST_F(FileService, ShortIntervalSpinsOnTheClock) {
+    host.user.interval = 10;
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "");
+    std::atomic<bool> placed{false};
+    gate.onPlace = [&] {
+        service.stop();
+        placed = true;
+    };
+    std::thread mover([&] {
+        while (!placed) clock.sleep(0.011);
+    });
+    service.startFileServer();
+    mover.join();
+    for (const double seconds : clock.sleeps()) EXPECT_EQ(seconds, 0.011);
+}
+
+} // namespace

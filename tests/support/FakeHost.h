@@ -1,0 +1,381 @@
+#pragma once
+
+#include "platform/AlgorithmTradeHelper.h"
+#include "platform/ExchangeClient.h"
+#include "platform/Host.h"
+#include "platform/InstrumentTypes.h"
+#include "platform/IntakeAudit.h"
+#include "platform/LuaModuleCtrl.h"
+#include "platform/MsgService.h"
+#include "platform/OrderClient.h"
+#include "platform/Quote.h"
+#include "platform/TimeService.h"
+#include "platform/TradeClient.h"
+#include "platform/TradeFrameworkSource.h"
+#include "platform/TraderCenter.h"
+#include "platform/TradingRules.h"
+#include "platform/UserConfig.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+/// A host in memory for tests: what it answers is set up by the test, and all that reaches it is recorded. Set up before
+/// other threads use it; the records may be read at any time through their snapshots.
+namespace fake {
+
+/// What all fakes share: one mutex for the records and one condition for those who wait for more of them.
+class CRecords {
+public:
+    template<typename Change>
+    void record(const Change& change) {
+        const std::lock_guard lock(m_mutex);
+        change();
+        m_changed.notify_all();
+    }
+    template<typename Read>
+    auto snapshot(const Read& read) const {
+        const std::lock_guard lock(m_mutex);
+        return read();
+    }
+    /// Blocks until the condition on the records holds; false when it has not after a time that no healthy run needs.
+    bool waitUntil(const std::function<bool()>& condition);
+
+private:
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+};
+
+struct CMessage {
+    QString text;
+    TC::EMsgTypeDef type;
+    TC::MsgLevel level;
+    bool flag1, flag2;
+    QString extra;
+};
+
+struct CTradeError {
+    QString text, title;
+};
+
+struct CCancelledTask {
+    int taskId, operation;
+    std::string text, remark, tradingDay;
+    bool hasCallback;
+    int flag;
+};
+
+struct CSplitCall {
+    int volume;
+    double price;
+    TC::EPriceType priceType;
+    std::vector<std::string> accounts;
+    std::vector<double> ratios;
+    TC::EPositionType positionType;
+    std::string market, code;
+    TC::EOperationType operation;
+    TC::EHedge_Flag_Type hedge;
+};
+
+/// One quote: each price type has its price, others the default.
+class CQuote : public TC::CPriceData {
+public:
+    double getOriginPrice(TC::EPriceType type, TC::EOperationType) const override { return find(origin, type); }
+    double getPriceForCalc(TC::EPriceType type, TC::EOperationType, int,
+                           const boost::shared_ptr<TC::CAutoPriceParam>&) const override {
+        return find(calc, type);
+    }
+    double getPriceForOrder(TC::EPriceType type, TC::EOperationType, int,
+                            const boost::shared_ptr<TC::CAutoPriceParam>&) const override {
+        return find(order, type);
+    }
+
+    /// Every kind of price, of every type.
+    CQuote& all(double price);
+
+    std::map<TC::EPriceType, double> origin, calc, order;
+    double otherOrigin = TC::kUnsetDouble, otherCalc = TC::kUnsetDouble, otherOrder = TC::kUnsetDouble;
+
+private:
+    double find(const std::map<TC::EPriceType, double>& prices, TC::EPriceType type) const;
+};
+
+class CUser : public TC::CUserConfig, public TC::CUserManager {
+public:
+    TC::CUserConfig* getUserConfig() override { return loggedIn ? this : nullptr; }
+    bool hasOrderService() const override { return orderService; }
+    bool hasUserAuth(TC::EUserAuth right) const override { return rights.count(right) > 0; }
+    bool hasShowTradeFrameworkPermission() const override { return framework; }
+    bool hasOrderEncryptionService() const override { return encryption; }
+    std::string getUserName() const override { return name; }
+    int getUserKind() const override { return kind; }
+    int getMaxOrderServerNum() const override { return maxStrategies; }
+    int getMaxOrderServerNumSocket() const override { return maxSocketStrategies; }
+    int getMinFileServiceInterval() const override { return interval; }
+    TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef type) const override;
+    const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType broker, const QString& name) const override;
+    bool hasAccount(const QString& account) const override { return accounts.count(account.toStdString()) > 0; }
+    bool hasSimpleAccount(const QString& account) const override { return simple.count(account.toStdString()) > 0; }
+    void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
+                            std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
+                            bool simple) const override;
+    bool isPriceTypeValid(TC::EPriceType type, TC::EOperationType, TC::EQDBrokerType, const std::string&,
+                          const std::string&, TC::EOrderType) const override {
+        return invalidPriceTypes.count(type) == 0;
+    }
+    TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting which) const override;
+    TC::CBasketMap getBaskets() const override { return baskets; }
+    TC::COrderStrategyMap* getStrategyMap() override { return &strategies; }
+
+    void addAccount(const std::string& key, TC::EQDBrokerType broker = TC::EQDBrokerType::Stock);
+    /// members: account key and ratio.
+    void addGroup(TC::EQDBrokerType broker, const std::string& name,
+                  const std::vector<std::pair<std::string, double>>& members);
+    void addStrategy(const TC::COrderStrategyParam& strategy) { strategies.insert(strategy.m_nChannel, strategy); }
+
+    std::atomic<bool> loggedIn{true};
+    bool orderService = true;
+    std::set<TC::EUserAuth> rights{TC::EUserAuth::SignalOrders, TC::EUserAuth::FileOrders};
+    bool framework = false;
+    bool encryption = false;
+    std::string name = "tester";
+    int kind = 100;
+    int maxStrategies = 50;
+    int maxSocketStrategies = 50;
+    std::atomic<int> interval{11};
+    std::map<TC::EMsgTypeDef, TC::CMsgFlags> msgFlags;
+    std::map<std::string, TC::CAccountInfoPtr> accounts;
+    std::set<std::string> simple;
+    std::map<std::pair<TC::EQDBrokerType, std::string>, TC::CAccountGroup> groups;
+    std::map<std::pair<TC::EQDBrokerType, std::string>, std::vector<double>> groupRatios;
+    bool dropRatios = false;   ///< groups give accounts without ratios
+    bool nullAccount = false;  ///< groups give an empty pointer behind their accounts
+    std::set<TC::EPriceType> invalidPriceTypes;
+    std::map<TC::EDefaultSetting, TC::COrderSetting> defaults;
+    TC::CBasketMap baskets;
+    TC::COrderStrategyMap strategies;
+};
+
+class COrders : public TC::COrderClient {
+public:
+    explicit COrders(CRecords& records) : m_records(records) {}
+    void orderCommands(const TC::COrderComandParamPtr& command) override;
+    void showTradeError(const QString& text, const QString& title) override;
+
+    std::function<void(const TC::COrderComandParamPtr&)> onCommand; ///< called on the thread that issues
+    std::vector<TC::COrderComandParamPtr> commands;
+    std::vector<CTradeError> errors;
+
+private:
+    CRecords& m_records;
+};
+
+class CTrade : public TC::CTradeClient {
+    Q_OBJECT
+public:
+    explicit CTrade(CRecords& records) : m_records(records) {}
+    TC::EBROKER_LOGIN_STATUS getLoginStatus(const std::string& key) override;
+    std::vector<int> splitEntrusts(int volume, double price, TC::EPriceType priceType,
+                                   const std::vector<TC::CAccountInfoPtr>& accounts, const std::vector<double>& ratios,
+                                   TC::EPositionType positionType, const std::string& market, const std::string& code,
+                                   TC::EOperationType operation, TC::EHedge_Flag_Type hedge,
+                                   const boost::shared_ptr<utils::KNError>& error) override;
+    void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
+                    const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
+
+    std::map<std::string, int> loginStatus; ///< accounts that are not logged in
+    /// Replaces the split; by default the volume goes by ratio, with what is left over to the first account.
+    std::function<std::vector<int>(const CSplitCall&, utils::KNError&)> split;
+    std::vector<CSplitCall> splitCalls;
+    std::vector<CCancelledTask> cancelled;
+
+private:
+    CRecords& m_records;
+};
+
+class CExchange : public TC::CExchangeClient {
+    Q_OBJECT
+public:
+    bool hasStock(const QString& key) override { return stocks.count(key) > 0; }
+    TC::CInstrumentDetailPtr getCodeInfo(const QString& key) override;
+    std::string getMaxTradingDay() override { return tradingDay; }
+
+    std::map<QString, TC::CInstrumentDetailPtr> stocks;
+    std::string tradingDay = "20260105";
+};
+
+class CQuotes : public TC::CQuoteClient {
+public:
+    explicit CQuotes(CRecords& records) : m_records(records) {}
+    TC::CPriceDataPtr getStockPrice(const QString& key) override;
+    boost::shared_ptr<TC::CQuoteRequest> subscribe(const QString& key, const TC::CQuoteRequest::CCallback& callback,
+                                                   TC::ESubscribeType type) override;
+
+    /// Called before each answer, with the number of the request for a quote counted from 1.
+    std::function<void(const QString&, int)> onRead;
+    std::map<QString, boost::shared_ptr<CQuote>> quotes;
+    std::map<QString, int> reads;
+    std::vector<QString> subscribed;
+    std::atomic<int> liveSubscriptions{0};
+
+private:
+    CRecords& m_records;
+};
+
+class CTypes : public knservice::CInstrumentTypes {
+public:
+    bool isTypedStock(int type, const std::string& market, const std::string& code) override {
+        return types.count({type, market + code}) > 0;
+    }
+    int getTradeMinUnit(const std::string& market, const std::string& code, TC::EOperationType operation) override;
+    int getUiMinUnit(const std::string& market, const std::string& code, bool forTrade) override;
+
+    std::set<std::pair<int, std::string>> types;
+    std::map<std::string, int> units, uiUnits;
+    std::vector<int> unitOperations; ///< what getTradeMinUnit was asked with
+};
+
+class CRules : public TC::CTradingRules {
+public:
+    QString qdStockKey(const QString& market, const QString& code) override { return market + code; }
+    TC::EQDBrokerType orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType type) override;
+    QString getAccountFromOrderParam(const QString& part1, const QString& part2) override {
+        return part1 + QStringLiteral("/") + part2;
+    }
+    bool parserOrderTradeParam(const std::string& text, TC::COrderTradeParam& param) override;
+    void orderSettingFromString(TC::COrderSetting& setting, const QString& text) override;
+    void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record, TC::EOperationType operation,
+                             int volume, double price, const TC::CPriceDataPtr& quote) override;
+    void fixTimeRange(TC::CCodeOrderParam& record) override;
+    bool isMarketPrice(TC::EPriceType type) override { return marketPrices.count(type) > 0; }
+    bool isAlgoOrderType(TC::EOrderType type) override { return algoPlatforms.count(type) > 0; }
+    TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType type) override { return algoPlatforms.at(type); }
+    QString orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) override;
+    QString orderStrategyTypeToString(TC::EOrderStrategyType type) override;
+    QString orderStrategyOrderTypeToString(int orderType) override;
+    QString orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType type) override;
+    QString knPriceTypeToString(TC::EPriceType type, const std::string& code, bool shortForm) override;
+
+    std::map<std::string, TC::COrderTradeParam> tradeParams; ///< texts that the host understands
+    std::set<TC::EPriceType> marketPrices;
+    std::map<TC::EOrderType, TC::ETradePlatform> algoPlatforms;
+    std::vector<QString> settingTexts;
+    std::function<void(TC::CCodeOrderParam&)> onFixTimeRange;
+};
+
+class CAlgorithms : public TC::CAlgorithmTradeHelper {
+public:
+    struct CSetting : TC::CAlgorithmOrderSetting {
+        std::string text;
+    };
+    bool getAlgOrderSettingFromString(const std::string& text, TC::CAlgorithmOrderSettingPtr& setting) override;
+    std::string getAlgParamsStr(TC::EOrderType type, const TC::CAlgorithmOrderSettingPtr& setting,
+                                const std::vector<TC::CCodeOrderParam>& codes) override;
+
+    std::set<std::string> unreadable;
+};
+
+class CMessages : public TC::CMsgService {
+public:
+    explicit CMessages(CRecords& records) : m_records(records) {}
+    void showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool flag1, bool flag2,
+                 const QString& extra) override;
+
+    std::vector<CMessage> messages;
+
+private:
+    CRecords& m_records;
+};
+
+class CAudit : public TC::CIntakeAudit {
+public:
+    explicit CAudit(CRecords& records) : m_records(records) {}
+    void recordIntake(const TC::CIntakeReport& report) override;
+
+    std::vector<TC::CIntakeReport> reports;
+
+private:
+    CRecords& m_records;
+};
+
+class CTime : public TC::CTimeService {
+public:
+    std::int64_t currentTime() override { return 1767600000; }
+};
+
+class CTasks : public knservice::TraderCenter, public knservice::CTaskCenter {
+public:
+    explicit CTasks(CRecords& records) : m_records(records) {}
+    knservice::CTaskCenter& getTaskCenter() override { return *this; }
+    std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
+    void addOperation(int taskId, const TC::CTaskOpRecord& record);
+
+    std::map<int, int> tasks; ///< tasks found under an id
+    std::vector<std::pair<int, TC::CTaskOpRecord>> operations;
+
+private:
+    CRecords& m_records;
+};
+
+class CFramework : public knservice::CTradeFrameworkSource {
+public:
+    explicit CFramework(CRecords& records) : m_records(records) {}
+    void switchTradingDate(const std::string& date) override;
+
+    std::vector<std::string> dates;
+
+private:
+    CRecords& m_records;
+};
+
+class CSwitches : public luawrapper::LuaModuleCtrl {
+public:
+    bool checkModule(const std::vector<std::string>& path) override {
+        return path.size() == 2 && path[0] == "mdl_order" && on.count(path[1]) > 0;
+    }
+
+    std::set<std::string> on{"mdl_order_command_remark"};
+};
+
+} // namespace fake
+
+/// All fakes, installed for as long as the object lives: accounts A1 and A2 in the stock group "G" at 0.6 and 0.4, and
+/// the instruments SH600000 and SZ000001 at 10.5 with a unit of 100.
+class CFakeHost {
+public:
+    CFakeHost();
+    ~CFakeHost();
+
+    TC::CHost services();
+    /// An instrument that trades, with a quote of that price for every price type.
+    void addStock(const std::string& market, const std::string& code, double price, int unit = 100);
+    void setPrice(const QString& key, double price);
+
+    std::vector<TC::COrderComandParamPtr> commands() const;
+    std::vector<QString> messageTexts() const;
+    std::vector<QString> errorTexts() const;
+    bool waitForCommands(std::size_t count);
+    bool waitForMessages(std::size_t count);
+    bool waitForIntakes(std::size_t count);
+
+    fake::CRecords records;
+    fake::CUser user;
+    fake::COrders orders{records};
+    fake::CTrade trade{records};
+    fake::CExchange exchange;
+    fake::CQuotes quotes{records};
+    fake::CTypes types;
+    fake::CRules rules;
+    fake::CAlgorithms algorithms;
+    fake::CMessages messages{records};
+    fake::CAudit audit{records};
+    fake::CTime time;
+    fake::CTasks tasks{records};
+    fake::CFramework framework{records};
+    fake::CSwitches switches;
+};

@@ -1,0 +1,185 @@
+#include "variants/OrderServiceUnion.h"
+
+#include "base/Log.h"
+#include "tests/support/Builders.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeHost.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace TC;
+
+const QString kAnnouncement = QStringLiteral("[文件单]　通道号: 3, 通道类型: 品种0, 下单类型: 下单23, 策略类型: 来源2");
+
+class OrderServiceUnion : public testing::Test {
+protected:
+    OrderServiceUnion() { strategies.insert(3, CStrategyBuilder()); }
+
+    static COrderParam good() { return COrderBuilder(23).line(QStringLiteral("600000"), 10.5, 100); }
+
+    CFakeClock clock;
+    CFakeHost host;
+    COrderServiceUnion service;
+    COrderStrategyMap strategies;
+};
+
+TEST_F(OrderServiceUnion, StockOrderBecomesACommand) {
+    service.placeOrders({good()}, &strategies);
+    ASSERT_EQ(host.commands().size(), 1u);
+    const COrderComandParam& command = *host.commands()[0];
+    EXPECT_EQ(command.m_eTraderType, EQdTraderType::Stock);
+    EXPECT_EQ(command.m_eHedgeType, EQdHedgeType::None);
+    EXPECT_EQ(command.m_eBtnType, EFtSpecBtnBarType::None);
+    EXPECT_EQ(command.m_eStopLossType, EQdStopLossType::None);
+    EXPECT_TRUE(command.m_bUnion);
+    EXPECT_TRUE(command.m_extra.isEmpty());
+    EXPECT_EQ(command.m_strTag, "3");
+    EXPECT_EQ(command.m_ePlatform, ETradePlatform::Plain);
+    EXPECT_EQ(command.m_strAlgoParam, "");
+    EXPECT_FALSE(command.m_bCommandFlag);
+    EXPECT_FALSE(command.m_bForceConfirm);
+    EXPECT_EQ(command.m_strCreateTime, "2026-01-05 09:30:00:000");
+    EXPECT_EQ(command.m_codes.size(), 2u);
+    EXPECT_EQ(command.m_weights.size(), 2u);
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{kAnnouncement});
+}
+
+TEST_F(OrderServiceUnion, CommandFlagOfTheStrategyDoesNotReachStockCommands) {
+    strategies[3].m_bCommandFlag = true;
+    service.placeOrders({good()}, &strategies);
+    EXPECT_FALSE(host.commands().at(0)->m_bCommandFlag);
+}
+
+TEST_F(OrderServiceUnion, ForcedConfirmationTravelsInTheCommand) {
+    host.switches.on.insert("mdl_order_service_force_confirm");
+    service.placeOrders({good()}, &strategies);
+    EXPECT_TRUE(host.commands().at(0)->m_bForceConfirm);
+}
+
+TEST_F(OrderServiceUnion, EmptyBatchAndMissingMapDoNothing) {
+    service.placeOrders({}, &strategies);
+    service.placeOrders({good()}, nullptr);
+    EXPECT_TRUE(host.messageTexts().empty());
+    EXPECT_TRUE(host.commands().empty());
+}
+
+TEST_F(OrderServiceUnion, UnknownChannelEndsTheBatch) {
+    service.placeOrders({good(), COrderBuilder(23).channel(9), good()}, &strategies);
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.messageTexts(),
+              (std::vector<QString>{kAnnouncement, QStringLiteral("[文件单]　通道号: 9, 找不到对应的策略!")}));
+}
+
+TEST_F(OrderServiceUnion, FailedFrameCheckEndsTheBatch) {
+    strategies.insert(4, CStrategyBuilder().channel(4).stopped());
+    service.placeOrders({good(), COrderBuilder(23).channel(4), good()}, &strategies);
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[文件单]　通道号: 4, 对应的策略未启动!"));
+}
+
+TEST_F(OrderServiceUnion, FailedFamilyCheckDropsThatOrderOnly) {
+    service.placeOrders({good(), COrderBuilder(23).line(QStringLiteral("999999"), 10.5, 100), good()}, &strategies);
+    EXPECT_EQ(host.commands().size(), 2u);
+    EXPECT_EQ(host.errorTexts(), std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, 下单代码 [999999] 不合法!")});
+    EXPECT_EQ(host.messageTexts().size(), 3u);
+}
+
+TEST_F(OrderServiceUnion, EmptyResultOfACheckGoesOutAsACommandWithoutCodes) {
+    host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{0, 0}; };
+    service.placeOrders({good()}, &strategies);
+    ASSERT_EQ(host.commands().size(), 1u);
+    EXPECT_TRUE(host.commands()[0]->m_codes.empty());
+}
+
+TEST_F(OrderServiceUnion, OtherKindsOfUserGetNoCommandAndNoWord) {
+    host.user.kind = 5;
+    service.placeOrders({good()}, &strategies);
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_TRUE(host.errorTexts().empty());
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{kAnnouncement});
+}
+
+TEST_F(OrderServiceUnion, FamiliesThatAreNotBuiltAreRefusedByName) {
+    for (const int family : {1, 2, 3, 4, 5, 6, 9, 10, 11, 12}) {
+        const auto type = static_cast<EOrderStrategyTradeType>(family);
+        strategies[3] = CStrategyBuilder().family(type).account(QStringLiteral("A1"));
+        service.placeOrders({good(), good()}, &strategies);
+        ASSERT_EQ(host.errorTexts().size(), 2u) << family;
+        EXPECT_EQ(host.errorTexts().back(),
+                  QStringLiteral("[文件单]　通道号: 3, 此版本尚不支持品种%1交易, 无法下单!").arg(family));
+        host.orders.errors.clear();
+    }
+    EXPECT_TRUE(host.commands().empty());
+}
+
+TEST_F(OrderServiceUnion, TradeTypeWithoutAFamilyIsReportedAndTheBatchGoesOn) {
+    for (const int family : {7, 8, 13, -1}) {
+        strategies[3] =
+            CStrategyBuilder().family(static_cast<EOrderStrategyTradeType>(family)).account(QStringLiteral("A1"));
+        strategies[4] = CStrategyBuilder().channel(4);
+        host.messages.messages.clear();
+        host.orders.commands.clear();
+        service.placeOrders({good(), COrderBuilder(23).channel(4).line(QStringLiteral("600000"), 1, 100)}, &strategies);
+        EXPECT_EQ(host.messageTexts().at(1), QStringLiteral("[文件单]　通道号: 3, 交易类型错误!")) << family;
+        EXPECT_EQ(host.commands().size(), 1u) << family;
+    }
+}
+
+TEST_F(OrderServiceUnion, OnlyBatchPendingOrdersLeaveTheStrategysFamily) {
+    const auto overridden = [](EOrderStrategyType source) {
+        return COrderBuilder(23).source(source).line(QStringLiteral("600000"), 10.5, 100).set([](COrderParam& o) {
+            o.m_nTradeTypeOverride = 1;
+        });
+    };
+    service.placeOrders({overridden(EOrderStrategyType::File)}, &strategies);
+    EXPECT_EQ(host.commands().size(), 1u);
+    strategies[3].m_eStrategyType = EOrderStrategyType::BatchPending;
+    service.placeOrders({overridden(EOrderStrategyType::BatchPending)}, &strategies);
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.errorTexts(),
+              std::vector<QString>{QStringLiteral("[批量埋单]　通道号: 3, 此版本尚不支持品种1交易, 无法下单!")});
+}
+
+class Filter : public OrderServiceUnion {
+protected:
+    Filter() {
+        strategies.clear();
+        const EOrderStrategyType types[] = {EOrderStrategyType::File,         EOrderStrategyType::Signal,
+                                            EOrderStrategyType::Signal,       EOrderStrategyType::File,
+                                            EOrderStrategyType::BatchPending, EOrderStrategyType::File};
+        int channel = 0;
+        for (const EOrderStrategyType type : types) {
+            ++channel;
+            strategies.insert(channel, CStrategyBuilder().channel(channel).source(type));
+        }
+    }
+    QList<int> kept() {
+        service.filterStrategies(&strategies);
+        return strategies.keys();
+    }
+};
+
+TEST_F(Filter, CommonLimitCountsEveryStrategy) {
+    host.user.maxStrategies = 2;
+    EXPECT_EQ(kept(), (QList<int>{1, 2}));
+}
+
+TEST_F(Filter, SplitLimitsCountFilesAndSignalsApart) {
+    host.switches.on.insert("mdl_order_split_orderNum");
+    host.user.maxStrategies = 2;
+    host.user.maxSocketStrategies = 1;
+    EXPECT_EQ(kept(), (QList<int>{1, 2, 4, 5}));
+}
+
+TEST_F(Filter, NoLimitIsReachedWithFewerStrategies) {
+    EXPECT_EQ(kept().size(), 6);
+}
+
+TEST_F(Filter, NullMapIsLeftAlone) {
+    service.filterStrategies(nullptr);
+    EXPECT_EQ(strategies.size(), 6);
+}
+
+} // namespace
