@@ -13,7 +13,7 @@ namespace fake {
 
 bool CRecords::waitUntil(const std::function<bool()>& condition) {
     std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, std::chrono::seconds(120), condition);
+    return m_changed.wait_for(lock, std::chrono::seconds(30), condition);
 }
 
 CQuote& CQuote::all(double price) {

@@ -1,0 +1,159 @@
+#include "desk/commands/JournalText.h"
+
+#include "desk/journal/Json.h"
+#include "records/Enums.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <iterator>
+#include <sstream>
+
+namespace desk {
+namespace {
+
+std::string withoutControls(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }, ' ');
+    return text;
+}
+
+/// A value as a word: texts bare, null and what is missing as "-", the rest as JSON. All outside text passes
+/// here.
+std::string word(const CJson& object, const char* key) {
+    const auto value = object.is_object() ? object.find(key) : object.end();
+    if (value == object.end() || value->is_null()) return "-";
+    return withoutControls(value->is_string() ? value->get<std::string>() : value->dump());
+}
+
+/// A number that is missing or is none counts as 0.
+std::int64_t number(const CJson& object, const char* key) {
+    const auto value = object.is_object() ? object.find(key) : object.end();
+    return value != object.end() && value->is_number_integer() ? value->get<std::int64_t>() : 0;
+}
+
+std::string operationWord(const CJson& object) {
+    const std::int64_t operation = number(object, "operation_type");
+    if (operation == static_cast<int>(TC::EOperationType::Buy)) return "buy";
+    if (operation == static_cast<int>(TC::EOperationType::Sell)) return "sell";
+    return "operation " + word(object, "operation_type");
+}
+
+/// A text in front of it, where there is one.
+std::string optional(const char* lead, const CJson& object, const char* key) {
+    const std::string text = word(object, key);
+    return text.empty() || text == "-" ? std::string() : lead + text;
+}
+
+std::string priceText(const CJson& object) {
+    const std::string price = word(object, "price");
+    return price == "-" ? "at market" : "@ " + price;
+}
+
+void showCommand(std::ostream& out, const CJson& record) {
+    static const CJson kNone = CJson::array();
+    const auto found = record.find("codes");
+    const CJson& codes = found != record.end() && found->is_array() ? *found : kNone;
+    out << "family " << word(record, "trader_type") << ", " << codes.size()
+        << (codes.size() == 1 ? " order" : " orders") << optional(", remark: ", record, "remark");
+    if (word(record, "force_confirm") == "true") out << ", to be confirmed";
+    for (const CJson& code : codes) {
+        const CJson stock = code.is_object() ? code.value("stock", CJson::object()) : CJson::object();
+        out << "\n    " << word(code, "account") << "  " << operationWord(code) << ' ' << word(code, "volume")
+            << ' ' << word(stock, "market") << word(stock, "code") << optional(" ", stock, "name") << ' '
+            << priceText(code) << " (price type " << word(code, "price_type") << ')';
+    }
+}
+
+void showOrder(std::ostream& out, const CJson& record) {
+    out << word(record, "order") << " of task " << word(record, "task") << ": " << word(record, "account")
+        << ' ' << operationWord(record) << ' ' << word(record, "volume") << ' ' << word(record, "stock")
+        << ' ' << priceText(record) << ": " << word(record, "status") << ", filled " << word(record, "filled")
+        << optional(": ", record, "reason");
+}
+
+void showFill(std::ostream& out, const CJson& record) {
+    out << word(record, "fill") << " of order " << word(record, "order") << ": " << word(record, "account")
+        << ' ' << operationWord(record) << ' ' << word(record, "volume") << ' ' << word(record, "stock")
+        << ' ' << priceText(record);
+}
+
+void showIntake(std::ostream& out, const CJson& record) {
+    out << "channel " << word(record, "channel") << ": " << word(record, "orders") << " orders in "
+        << word(record, "lines") << " lines of " << word(record, "source");
+    if (word(record, "cut_short") == "true") out << ", CUT SHORT at " << word(record, "cause");
+}
+
+void showMessage(std::ostream& out, const CJson& record) {
+    out << word(record, "text");
+}
+
+void showTradeError(std::ostream& out, const CJson& record) {
+    out << word(record, "text") << optional(" (", record, "title")
+        << (word(record, "title") == "-" ? "" : ")");
+}
+
+void showStrategy(std::ostream& out, const CJson& record) {
+    out << word(record, "action") << " channel " << word(record, "channel") << ' ' << word(record, "name")
+        << optional(", source ", record, "signal_source")
+        << optional(", account ", record, "selected_account");
+}
+
+void showCancelTask(std::ostream& out, const CJson& record) {
+    out << "task " << word(record, "task") << ", operation " << word(record, "operation")
+        << optional(", by ", record, "user_name") << optional(", ", record, "remark");
+}
+
+void showStarted(std::ostream& out, const CJson& record) {
+    out << "process " << word(record, "pid");
+    if (word(record, "recovered") == "true") out << ", after a crash";
+}
+
+struct CKindText {
+    const char* m_pszKind;
+    void (*m_pfnShow)(std::ostream&, const CJson&);
+};
+
+constexpr CKindText kKindTexts[] = {
+    {"started", showStarted},
+    {"strategy", showStrategy},
+    {"intake", showIntake},
+    {"message", showMessage},
+    {"trade_error", showTradeError},
+    {"command", showCommand},
+    {"order", showOrder},
+    {"fill", showFill},
+    {"cancel_task", showCancelTask},
+};
+
+/// For kinds without a text of their own: every key but those that stand at the head of the line.
+void showKeys(std::ostream& out, const CJson& record) {
+    const char* separator = "";
+    for (const auto& [key, value] : record.items()) {
+        if (key == "kind" || key == "time" || key == "seq") continue;
+        out << separator << withoutControls(key) << ' ' << word(record, key.c_str());
+        separator = ", ";
+    }
+}
+
+void showRecord(std::ostream& out, const CJson& record) {
+    const std::string kind = word(record, "kind");
+    std::string time = word(record, "time");
+    std::replace(time.begin(), time.end(), 'T', ' ');
+    out << time << "  #" << word(record, "seq") << "  " << kind << "  ";
+    const auto found = std::find_if(std::begin(kKindTexts), std::end(kKindTexts),
+                                    [&](const CKindText& row) { return kind == row.m_pszKind; });
+    (found != std::end(kKindTexts) ? found->m_pfnShow : showKeys)(out, record);
+}
+
+} // namespace
+
+std::string journalText(const CJournalLine& line) {
+    if (line.m_bDamaged) return "DAMAGED  " + withoutControls(line.m_strText) + '\n';
+    std::ostringstream out;
+    showRecord(out, CJson::parse(line.m_strText, nullptr, false));
+    out << '\n';
+    return out.str();
+}
+
+} // namespace desk

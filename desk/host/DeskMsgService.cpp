@@ -1,0 +1,15 @@
+#include "desk/host/DeskMsgService.h"
+
+#include "desk/journal/JournalEvents.h"
+
+#include <nlohmann/json.hpp>
+
+namespace desk {
+
+void CDeskMsgService::showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool, bool,
+                              const QString&) {
+    (void)m_journal.append("message", messageFields(text, type, level));
+    m_sink.writeLine(text.toStdString());
+}
+
+} // namespace desk

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "desk/host/TextSink.h"
+#include "desk/journal/Journal.h"
+#include "platform/MsgService.h"
+
+namespace desk {
+
+/// The desk's message panel: the journal, and a line on the sink also where the journal refuses. Any thread;
+/// waits for nobody but other writers. Journal and sink outlive it.
+class CDeskMsgService : public TC::CMsgService {
+public:
+    CDeskMsgService(CJournal& journal, CTextSink& sink) : m_journal(journal), m_sink(sink) {}
+
+    void showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool flag1, bool flag2,
+                 const QString& extra) override;
+
+private:
+    CJournal& m_journal;
+    CTextSink& m_sink;
+};
+
+} // namespace desk

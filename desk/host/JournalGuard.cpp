@@ -1,0 +1,25 @@
+#include "desk/host/JournalGuard.h"
+
+#include "gates/IntakePause.h"
+
+namespace desk {
+
+CJournalGuard::CJournalGuard(CJournal& journal, CTextSink& sink, std::function<void()> onRecovered)
+    : m_journal(journal), m_sink(sink), m_onRecovered(std::move(onRecovered)) {}
+
+CJournalGuard::~CJournalGuard() = default;
+
+void CJournalGuard::poll() {
+    if (!m_pause) {
+        const utils::KNError failure = m_journal.failure();
+        if (failure.isSuccess()) return;
+        m_pause = std::make_unique<TC::CIntakePause>();
+        m_sink.writeLine("ERROR: " + failure.errorMsg() + ". New commands are refused and order files wait.");
+    }
+    if (!m_journal.probe().isSuccess()) return;
+    if (m_onRecovered) m_onRecovered();
+    m_sink.writeLine("The journal works again. Order files are read on.");
+    m_pause.reset();
+}
+
+} // namespace desk

@@ -1,0 +1,47 @@
+#include "desk/host/PaperOrderClient.h"
+
+#include "desk/journal/JournalEvents.h"
+
+#include <nlohmann/json.hpp>
+
+namespace desk {
+namespace {
+
+constexpr const char* kRefusalTitle = "command refused";
+
+} // namespace
+
+CPaperOrderClient::CPaperOrderClient(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
+                                     bool acceptForcedConfirm)
+    : m_journal(journal), m_broker(broker), m_sink(sink), m_bAcceptForcedConfirm(acceptForcedConfirm) {}
+
+void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
+    if (!command) return;
+    std::int64_t seq = 0;
+    if (const utils::KNError error = m_journal.append("command", commandFields(*command), &seq);
+        !error.isSuccess()) {
+        refuse("it cannot be recorded: " + error.errorMsg(), 0);
+        return;
+    }
+    if (command->m_bForceConfirm && !m_bAcceptForcedConfirm) {
+        refuse("it must be confirmed and nobody can be asked", seq);
+        return;
+    }
+    int taskId = 0;
+    const utils::KNError error = m_broker.placeCommand(*command, seq, taskId);
+    if (!error.isSuccess()) refuse(error.errorMsg(), seq);
+}
+
+void CPaperOrderClient::showTradeError(const QString& text, const QString& title) {
+    // The sink tells the user in any case; a failed journal is the guard's affair.
+    (void)m_journal.append("trade_error", tradeErrorFields(text, title));
+    m_sink.writeLine(title.toStdString() + ": " + text.toStdString());
+}
+
+void CPaperOrderClient::refuse(const std::string& text, std::int64_t commandSeq) {
+    (void)m_journal.append("trade_error", tradeErrorFields(QString::fromStdString(text),
+                                                           QLatin1String(kRefusalTitle), commandSeq));
+    m_sink.writeLine(std::string(kRefusalTitle) + ": " + text);
+}
+
+} // namespace desk

@@ -1,0 +1,71 @@
+#include "desk/host/PaperTradeClient.h"
+
+#include "desk/journal/JournalEvents.h"
+#include "desk/paper/OrderRules.h"
+#include "desk/paper/VolumeSplit.h"
+
+#include <nlohmann/json.hpp>
+
+#include <boost/make_shared.hpp>
+
+namespace desk {
+namespace {
+
+constexpr int kUnknownAccount = -1;
+constexpr int kRatioCountWrong = 4;
+
+std::string wordAt(const std::vector<std::string>& words, std::size_t place) {
+    return place < words.size() ? words[place] : std::string();
+}
+
+} // namespace
+
+CPaperTradeClient::CPaperTradeClient(CJournal& journal, CPaperBroker& broker, const IQuoteSource& quotes,
+                                     CTextSink& sink, const std::vector<CAccountEntry>& accounts)
+    : m_journal(journal), m_broker(broker), m_quotes(quotes), m_sink(sink) {
+    for (const CAccountEntry& account : accounts)
+        m_loginStatus[account.key] = account.loginStatus;
+}
+
+TC::EBROKER_LOGIN_STATUS CPaperTradeClient::getLoginStatus(const std::string& accountKey) {
+    const auto found = m_loginStatus.find(accountKey);
+    return static_cast<TC::EBROKER_LOGIN_STATUS>(found != m_loginStatus.end() ? found->second
+                                                                              : kUnknownAccount);
+}
+
+std::vector<int> CPaperTradeClient::splitEntrusts(int volume, double, TC::EPriceType,
+                                                  const std::vector<TC::CAccountInfoPtr>& accounts,
+                                                  const std::vector<double>& ratios, TC::EPositionType,
+                                                  const std::string& market, const std::string& code,
+                                                  TC::EOperationType, TC::EHedge_Flag_Type,
+                                                  const boost::shared_ptr<utils::KNError>& error) {
+    CSplitResult result;
+    if (ratios.size() == accounts.size()) {
+        const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(market + code);
+        result = splitOverAccounts(volume, ratios, instrument ? tradingUnit(*instrument) : 1);
+    } else {
+        result.m_error = {kRatioCountWrong, "there is not one weight for each account"};
+    }
+    if (error && !result.m_error.isSuccess()) *error = result.m_error;
+    return result.m_volumes;
+}
+
+void CPaperTradeClient::cancelTask(int taskId, int operation, const std::string& text,
+                                   const std::string& remark, const std::string& tradingDay,
+                                   const CCancelCallback& callback, int) {
+    (void)m_journal.append("cancel_task", cancelTaskFields(taskId, operation, text, remark, tradingDay));
+    const utils::KNError error = m_broker.cancelTask(taskId, remark);
+    if (callback) callback(error);
+}
+
+void CPaperTradeClient::cancelOrders(const std::vector<std::string>& words) {
+    (void)m_journal.append("cancel_orders", cancelOrdersFields(words));
+    const utils::KNError error = m_broker.cancelOrders(words);
+    if (!error.isSuccess()) m_sink.writeLine("cancel_order: " + error.errorMsg());
+    const auto info = boost::make_shared<CPaperOrderInfo>();
+    info->m_strAccount = wordAt(words, 1);
+    info->m_strOrderId = wordAt(words, 2);
+    emit sigCancelOrder(info, error.isSuccess(), error.errorMsg());
+}
+
+} // namespace desk

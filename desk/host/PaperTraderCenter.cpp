@@ -1,0 +1,50 @@
+#include "desk/host/PaperTraderCenter.h"
+
+#include "desk/journal/JournalEvents.h"
+#include "records/Enums.h"
+
+#include <nlohmann/json.hpp>
+
+#include <boost/make_shared.hpp>
+
+namespace desk {
+namespace {
+
+/// A running task of the paper broker.
+class CPaperTaskHandle : public knservice::CTask {
+public:
+    CPaperTaskHandle(CJournal& journal, CPaperBroker& broker, CTextSink& sink, int taskId)
+        : m_journal(journal), m_broker(broker), m_sink(sink), m_nTaskId(taskId) {}
+
+    void operate(const TC::CTaskOpRecord& record) override {
+        (void)m_journal.append("cancel_task", cancelTaskFields(m_nTaskId, record));
+        const utils::KNError error = perform(record);
+        if (!error.isSuccess()) m_sink.writeLine("cancel: " + error.errorMsg());
+    }
+
+private:
+    utils::KNError perform(const TC::CTaskOpRecord& record) {
+        const int operation = record.m_nOperation;
+        if (operation == TC::kTaskOpTerminate || operation == TC::kTaskOpCancel) {
+            return m_broker.cancelTask(m_nTaskId, record.m_strRemark);
+        }
+        return {kPaperBadRequest, "task operation " + std::to_string(operation) + " is not modelled"};
+    }
+
+    CJournal& m_journal;
+    CPaperBroker& m_broker;
+    CTextSink& m_sink;
+    const int m_nTaskId;
+};
+
+} // namespace
+
+CPaperTraderCenter::CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink)
+    : m_journal(journal), m_broker(broker), m_sink(sink) {}
+
+std::vector<boost::shared_ptr<knservice::CTask>> CPaperTraderCenter::findTasks(int taskId) {
+    if (!m_broker.hasTask(taskId)) return {};
+    return {boost::make_shared<CPaperTaskHandle>(m_journal, m_broker, m_sink, taskId)};
+}
+
+} // namespace desk

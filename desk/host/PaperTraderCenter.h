@@ -1,0 +1,28 @@
+#pragma once
+
+#include "desk/host/TextSink.h"
+#include "desk/journal/Journal.h"
+#include "desk/paper/PaperBroker.h"
+#include "platform/TraderCenter.h"
+
+namespace desk {
+
+/// The paper broker's tasks, as a `cancel` line of an order file finds them: each operation is journalled and
+/// ends the task's waiting orders. As with CPaperTradeClient, a refusing journal does not hold a cancel back.
+/// Any thread. Journal, broker and sink outlive the centre and its tasks.
+class CPaperTraderCenter : public knservice::TraderCenter, private knservice::CTaskCenter {
+public:
+    CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink);
+
+    knservice::CTaskCenter& getTaskCenter() override { return *this; }
+
+private:
+    /// One task, or none where the broker does not know the id.
+    std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
+
+    CJournal& m_journal;
+    CPaperBroker& m_broker;
+    CTextSink& m_sink;
+};
+
+} // namespace desk

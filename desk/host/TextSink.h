@@ -1,0 +1,22 @@
+#pragma once
+
+#include <iosfwd>
+#include <mutex>
+#include <string>
+
+namespace desk {
+
+/// Where the desk speaks to its user: whole lines to a stream, from any thread. The stream outlives the sink.
+class CTextSink {
+public:
+    explicit CTextSink(std::ostream& stream) : m_stream(stream) {}
+
+    /// Writes the text, UTF-8, and a newline, and flushes.
+    void writeLine(const std::string& text);
+
+private:
+    std::mutex m_mutex;
+    std::ostream& m_stream;
+};
+
+} // namespace desk

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "base/KNError.h"
+#include "desk/journal/Json.h"
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+namespace desk {
+
+/// Name of the journal in a desk folder.
+inline constexpr const char* kJournalFileName = "journal.jsonl";
+
+/// Error numbers of the journal's operations.
+enum EJournalError : int { kJournalOpenFailed = 1, kJournalWriteFailed = 2, kJournalClosed = 3 };
+
+/// The desk's memory and its proof: an append-only file, one JSON object a line, UTF-8, never rewritten.
+///
+/// Keys of a line: `kind` first, then `time` (local, ISO 8601 with milliseconds), `seq` (1, 2, 3 and so on
+/// through the whole file), then the event's own. Any thread; lines stand in the order of their seq.
+///
+/// Durability: each line is one write(2) on a descriptor in append mode, so that a line whose append
+/// succeeded outlives the process, kill -9 included. fdatasync runs at close only: a power cut may cost the
+/// last moments. That is the same promise that the paper broker's store gives.
+///
+/// A write that fails or comes out short puts the journal in the failed state: every append is refused with
+/// the cause until a probe succeeds. What a short write left behind is closed with a newline before anything
+/// else is written, and readers show it as damaged.
+class CJournal {
+public:
+    CJournal() = default;
+    /// Closes the file without a record: an orderly end is a call of close.
+    ~CJournal();
+    CJournal(const CJournal&) = delete;
+    CJournal& operator=(const CJournal&) = delete;
+
+    /// Opens or makes FOLDER/journal.jsonl and writes a `started` record with `recovered` and `pid`. A last
+    /// line without newline, as a crash leaves it, is closed with one, and `recovered` is true. On failure
+    /// nothing is open.
+    [[nodiscard]] utils::KNError open(const std::string& folder);
+
+    /// Writes one record. `fields` is an object with the event's own keys. On success the record's number
+    /// goes to `seq` where one is given. In the failed state it writes nothing and gives the cause of that
+    /// state.
+    [[nodiscard]] utils::KNError append(const std::string& kind, const CJson& fields,
+                                        std::int64_t* seq = nullptr);
+
+    /// In the failed state: closes a half line and writes a `resumed` record with the cause and the number of
+    /// records refused meanwhile; success ends the state. Otherwise it does nothing and succeeds.
+    [[nodiscard]] utils::KNError probe();
+
+    bool isFailed() const { return !failure().isSuccess(); }
+    /// The cause of the failed state; success outside it.
+    utils::KNError failure() const;
+
+    /// Number of the last broker event (`order` and `fill` records) that the file held when it was opened; 0
+    /// where there was none. The paper broker delivers again what comes after it.
+    std::int64_t lastBrokerEvent() const;
+
+    /// Writes a `stopped` record with the reason, brings the file to the disk and closes it. The file is
+    /// closed whatever comes back.
+    [[nodiscard]] utils::KNError close(const std::string& reason);
+
+private:
+    utils::KNError writeRecord(const std::string& kind, const CJson& fields);
+    utils::KNError writeBytes(const std::string& bytes);
+    utils::KNError closeHalfLine();
+    utils::KNError fail(const std::string& cause);
+
+    mutable std::mutex m_mutex;
+    int m_nDescriptor = -1;
+    std::string m_strPath;
+    std::int64_t m_nLastSeq = 0;
+    std::int64_t m_nLastBrokerEvent = 0;
+    std::int64_t m_nRefused = 0;
+    bool m_bHalfLine = false; ///< the file ends within a line
+    utils::KNError m_failure;
+};
+
+} // namespace desk

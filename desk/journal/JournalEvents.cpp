@@ -1,0 +1,93 @@
+#include "desk/journal/JournalEvents.h"
+
+#include "desk/journal/JsonValues.h"
+#include "records/Families.h"
+
+namespace desk {
+namespace {
+
+CJson settingFields(const TC::COrderSetting& setting) {
+    return CJson{{"price_type", enumValue(setting.m_ePriceType)},
+                 {"order_type", enumValue(setting.m_eOrderType)},
+                 {"first_limit", numberValue(setting.m_dFirstLimit)},
+                 {"second_limit", numberValue(setting.m_dSecondLimit)},
+                 {"first_limit_on", setting.m_bFirstLimitOn},
+                 {"second_limit_on", setting.m_bSecondLimitOn},
+                 {"cmd_log", setting.m_strCmdLog}};
+}
+
+const TC::COrderSetting& familySetting(const TC::COrderStrategyParam& strategy) {
+    const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
+    return strategy.setting(family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock);
+}
+
+} // namespace
+
+CJson intakeFields(const TC::CIntakeReport& report) {
+    return CJson{{"source", textValue(report.m_strSource)},
+                 {"channel", numberValue(report.m_nChannel)},
+                 {"strategy_type", enumValue(report.m_eStrategyType)},
+                 {"lines", report.m_nLines},
+                 {"orders", report.m_nOrders},
+                 {"cut_short", report.m_bCutShort},
+                 {"cause", textValue(report.m_strCause)}};
+}
+
+CJson messageFields(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level) {
+    return CJson{{"text", textValue(text)}, {"type", enumValue(type)}, {"level", enumValue(level)}};
+}
+
+CJson tradeErrorFields(const QString& text, const QString& title, std::int64_t commandSeq) {
+    CJson fields{{"text", textValue(text)}, {"title", textValue(title)}};
+    if (commandSeq != 0) fields["command"] = commandSeq;
+    return fields;
+}
+
+CJson strategyFields(const std::string& action, const TC::COrderStrategyParam& strategy) {
+    return CJson{{"action", action},
+                 {"channel", numberValue(strategy.m_nChannel)},
+                 {"name", textValue(strategy.m_strName)},
+                 {"status", strategy.m_nStatus},
+                 {"selected_account_type", enumValue(strategy.m_eSelectedAccountType)},
+                 {"selected_account", textValue(strategy.m_strSelectedAccount)},
+                 {"trade_type", enumValue(strategy.m_eTradeType)},
+                 {"position_type", enumValue(strategy.m_ePositionType)},
+                 {"strategy_type", enumValue(strategy.m_eStrategyType)},
+                 {"account_mode", strategy.m_nAccountMode},
+                 {"signal_source", textValue(strategy.m_strSignalSource)},
+                 {"user", textValue(strategy.m_strUser)},
+                 {"code", textValue(strategy.m_strCode)},
+                 {"setting", settingFields(familySetting(strategy))},
+                 {"volume", numberValue(strategy.m_nVolume)},
+                 {"use_amount", strategy.m_bUseAmount},
+                 {"amount", numberValue(strategy.m_dAmount)},
+                 {"by_percent", strategy.m_bByPercent},
+                 {"percent", numberValue(strategy.m_dPercent)},
+                 {"start_count", strategy.m_nStartCount},
+                 {"hedge_basket", strategy.m_bHedgeBasket},
+                 {"command_flag", strategy.m_bCommandFlag},
+                 {"order_type", enumValue(strategy.m_eOrderType)}};
+}
+
+CJson cancelTaskFields(int taskId, int operation, const std::string& text, const std::string& remark,
+                       const std::string& tradingDay) {
+    return CJson{{"task", taskId},
+                 {"operation", operation},
+                 {"text", text},
+                 {"remark", remark},
+                 {"trading_day", tradingDay}};
+}
+
+CJson cancelTaskFields(int taskId, const TC::CTaskOpRecord& record) {
+    return CJson{{"task", taskId},
+                 {"operation", record.m_nOperation},
+                 {"op_time", record.m_nTime},
+                 {"user_name", record.m_strUserName},
+                 {"remark", record.m_strRemark}};
+}
+
+CJson cancelOrdersFields(const std::vector<std::string>& words) {
+    return CJson{{"words", words}};
+}
+
+} // namespace desk

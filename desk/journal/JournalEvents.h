@@ -1,0 +1,40 @@
+#pragma once
+
+#include "desk/journal/Json.h"
+#include "platform/IntakeAudit.h"
+#include "records/CommandParam.h"
+#include "records/StrategyParam.h"
+#include "records/Task.h"
+
+#include <string>
+#include <vector>
+
+/// The journal's own keys of each kind of event. A key is the record's field name in snake_case without the
+/// type letter; enumerations are their numbers; values that nobody has set are null. Pure; any thread.
+namespace desk {
+
+/// Kind `command`: every field of the command and of its codes; an account is its key.
+CJson commandFields(const TC::COrderComandParam& command);
+
+/// Kind `intake`.
+CJson intakeFields(const TC::CIntakeReport& report);
+
+/// Kind `message`.
+CJson messageFields(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level);
+
+/// Kind `trade_error`. `commandSeq` is the journal number of the command that it is about; 0: of none.
+CJson tradeErrorFields(const QString& text, const QString& title, std::int64_t commandSeq = 0);
+
+/// Kind `strategy`. action: add, change, remove, start or stop. The socket's password is left out.
+CJson strategyFields(const std::string& action, const TC::COrderStrategyParam& strategy);
+
+/// Kind `cancel_task`, as it came through the trade client.
+CJson cancelTaskFields(int taskId, int operation, const std::string& text, const std::string& remark,
+                       const std::string& tradingDay);
+/// Kind `cancel_task`, as it came through the task centre.
+CJson cancelTaskFields(int taskId, const TC::CTaskOpRecord& record);
+
+/// Kind `cancel_orders`: the words of the line.
+CJson cancelOrdersFields(const std::vector<std::string>& words);
+
+} // namespace desk

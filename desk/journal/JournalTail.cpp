@@ -1,0 +1,90 @@
+#include "desk/journal/JournalTail.h"
+
+#include "desk/journal/Json.h"
+
+#include <nlohmann/json.hpp>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+namespace desk {
+namespace {
+
+/// How the lines begin that carry a broker event. Asked first, so that a search for the last event through a
+/// long day of other records parses none of them.
+constexpr std::string_view kEventHeads[] = {R"({"kind":"order",)", R"({"kind":"fill",)"};
+
+bool isBrokerEvent(std::string_view line) {
+    for (const std::string_view head : kEventHeads) {
+        if (line.substr(0, head.size()) == head) return true;
+    }
+    return false;
+}
+
+/// The number under the key, or 0 where the line is damaged or has none.
+std::int64_t numberIn(std::string_view line, const char* key) {
+    const CJson record = CJson::parse(line, nullptr, false);
+    if (!record.is_object()) return 0;
+    const auto value = record.find(key);
+    return value != record.end() && value->is_number_integer() ? value->get<std::int64_t>() : 0;
+}
+
+void readTail(std::string_view text, CJournalTail& tail) {
+    tail.m_bHalfLine = text.back() != '\n';
+    const std::size_t end = text.rfind('\n');
+    text = end == std::string_view::npos ? std::string_view() : text.substr(0, end);
+    while (!text.empty() && (tail.m_nLastSeq == 0 || tail.m_nLastBrokerEvent == 0)) {
+        const std::size_t newline = text.rfind('\n');
+        const std::string_view line = newline == std::string_view::npos ? text : text.substr(newline + 1);
+        if (tail.m_nLastSeq == 0) tail.m_nLastSeq = numberIn(line, "seq");
+        if (isBrokerEvent(line)) tail.m_nLastBrokerEvent = numberIn(line, "event");
+        text = newline == std::string_view::npos ? std::string_view() : text.substr(0, newline);
+    }
+}
+
+/// A file's bytes without reading them all: of a long journal only the last pages are touched.
+class CFileView {
+public:
+    explicit CFileView(const std::string& path) {
+        const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        if (descriptor < 0) return;
+        struct stat status {};
+        if (::fstat(descriptor, &status) == 0) map(descriptor, static_cast<std::size_t>(status.st_size));
+        ::close(descriptor);
+    }
+    ~CFileView() {
+        if (m_pBytes != MAP_FAILED && m_nSize != 0) ::munmap(m_pBytes, m_nSize);
+    }
+    CFileView(const CFileView&) = delete;
+    CFileView& operator=(const CFileView&) = delete;
+
+    bool isFailed() const { return m_pBytes == MAP_FAILED; }
+    std::string_view text() const { return {static_cast<const char*>(m_pBytes), m_nSize}; }
+
+private:
+    void map(int descriptor, std::size_t size) {
+        m_nSize = size;
+        m_pBytes = size == 0 ? nullptr : ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    }
+
+    void* m_pBytes = MAP_FAILED;
+    std::size_t m_nSize = 0;
+};
+
+} // namespace
+
+utils::KNError readJournalTail(const std::string& path, CJournalTail& tail) {
+    tail = {};
+    const CFileView file(path);
+    if (file.isFailed()) return {1, "cannot read journal " + path + ": " + std::strerror(errno)};
+    if (!file.text().empty()) readTail(file.text(), tail);
+    return {};
+}
+
+} // namespace desk

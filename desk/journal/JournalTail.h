@@ -1,0 +1,21 @@
+#pragma once
+
+#include "base/KNError.h"
+
+#include <cstdint>
+#include <string>
+
+namespace desk {
+
+/// What a journal must know of its own past before it goes on.
+struct CJournalTail {
+    std::int64_t m_nLastSeq = 0;         ///< of the last whole record
+    std::int64_t m_nLastBrokerEvent = 0; ///< of the last whole `order` or `fill` record
+    bool m_bHalfLine = false;            ///< the file ends within a line
+};
+
+/// Reads the tail of a journal from its end backwards, passing over damaged lines. Fails where the file
+/// cannot be read.
+[[nodiscard]] utils::KNError readJournalTail(const std::string& path, CJournalTail& tail);
+
+} // namespace desk

@@ -1,0 +1,35 @@
+#include "desk/paper/Money.h"
+
+#include "base/Unset.h"
+
+#include <cmath>
+
+namespace desk {
+
+std::optional<CMoney> toMoney(double amount) {
+    const double scaled = amount * static_cast<double>(kMoneyPerUnit);
+    if (!std::isfinite(scaled) || std::fabs(scaled) > static_cast<double>(kMaxMoney)) return {};
+    return std::llround(scaled);
+}
+
+std::optional<CMoney> toPrice(double price) {
+    const std::optional<CMoney> money = toMoney(price);
+    // Large prices cannot hold the step exactly any more; the tolerance grows with what a double can tell
+    // apart.
+    const double tolerance = TC::kPriceTolerance + std::fabs(price) * 1e-15;
+    if (!money || std::fabs(fromMoney(*money) - price) > tolerance) return {};
+    return money;
+}
+
+double fromMoney(CMoney money) {
+    return static_cast<double>(money) / static_cast<double>(kMoneyPerUnit);
+}
+
+std::optional<CMoney> amountOf(CMoney price, std::int64_t volume) {
+    CMoney amount = 0;
+    if (__builtin_mul_overflow(price, volume, &amount) || amount > kMaxMoney || amount < -kMaxMoney)
+        return {};
+    return amount;
+}
+
+} // namespace desk

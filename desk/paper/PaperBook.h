@@ -1,0 +1,78 @@
+#pragma once
+
+#include "desk/config/DeskConfig.h"
+#include "desk/paper/PaperRecords.h"
+#include "desk/paper/TrackedMap.h"
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace desk {
+
+/// One price of a quote and what is still to be had at it.
+struct CBookLevel {
+    CMoney m_nPrice = 0;
+    std::int64_t m_nVolume = 0;
+};
+
+/// What the latest quote of an instrument still offers.
+struct CBookSides {
+    std::vector<CBookLevel> m_buy;  ///< best first
+    std::vector<CBookLevel> m_sell; ///< best first
+};
+
+/// Empty levels, and levels without a usable price, are left out.
+CBookSides sidesOf(const CQuoteEntry& quote);
+
+/// The broker's state in memory. A change edits it and ends with keep or rollBack; what stands between is
+/// what one store transaction writes. Not thread safe: the broker's mutex guards it.
+class CPaperBook {
+public:
+    using CPositionKey = std::pair<std::string, std::string>; ///< account, instrument
+
+    struct CCounters {
+        int m_nLastTask = 0;
+        int m_nLastOrder = 0;
+        int m_nLastFill = 0;
+        std::int64_t m_nLastEvent = 0;
+        std::string m_strTradingDay; ///< "yyyyMMdd"; empty: not told yet
+    };
+
+    CTrackedMap<std::string, CPaperFunds> m_funds;
+    CTrackedMap<CPositionKey, CPaperPosition> m_positions;
+    CTrackedMap<int, CPaperTask> m_tasks;
+    CTrackedMap<int, CPaperOrder> m_orders;
+    CTrackedMap<int, CPaperFill> m_fills;
+    CTrackedMap<std::string, CBookSides> m_sides; ///< in memory only
+    CCounters m_counters;
+    std::vector<CBrokerEvent> m_events; ///< of the change that is going on
+
+    CPaperTask& newTask(std::int64_t reference, const std::string& remark);
+    CPaperOrder& newOrder(int task);
+    CPaperPosition& editPosition(const CPaperOrder& order);
+    /// Adds a fill and its event.
+    void addFill(const CPaperOrder& order, CMoney price, int volume);
+    /// Stamps the order and adds an event of its state.
+    void announce(CPaperOrder& order);
+
+    /// Ids of the resting orders of an instrument, in time priority, as of the last keep.
+    std::vector<int> resting(const std::string& stockKey) const;
+    /// Ids of a task's orders as of the last keep.
+    std::vector<int> ordersOfTask(int task) const;
+
+    void keep();
+    void rollBack();
+
+private:
+    CBrokerEvent& newEvent(const CPaperOrder& order);
+
+    std::map<std::string, std::set<int>> m_resting;
+    std::map<int, std::vector<int>> m_taskOrders;
+    CCounters m_kept;
+};
+
+} // namespace desk

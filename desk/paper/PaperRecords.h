@@ -1,0 +1,95 @@
+#pragma once
+
+#include "desk/paper/Money.h"
+#include "records/Enums.h"
+
+#include <cstdint>
+#include <string>
+
+/// The paper broker's records, as its queries and events give them: plain values, copies. Texts are UTF-8;
+/// times are local, ISO 8601 with milliseconds; volumes are shares.
+namespace desk {
+
+/// An order's state. Its numbers stand in the store.
+enum class EOrderStatus : int {
+    Working = 0,    ///< accepted, nothing filled yet
+    PartFilled = 1, ///< filled in part, the rest works on
+    Filled = 2,
+    Cancelled = 3, ///< ended before it was filled whole; m_nFilled tells how far it came
+    Rejected = 4,
+};
+
+/// The state as a word: working, part_filled, filled, cancelled, rejected.
+const char* statusWord(EOrderStatus status);
+
+/// One order: one code record of one command.
+struct CPaperOrder {
+    int m_nId = 0;
+    int m_nTask = 0;
+    std::string m_strAccount; ///< empty where the record had none
+    std::string m_strStock;   ///< instrument key, such as "SH600000"
+    TC::EOperationType m_eOperation = TC::EOperationType::Buy;
+    TC::EPriceType m_ePriceType = TC::EPriceType::Specified;
+    bool m_bMarket = false; ///< takes what the book has; m_nPrice is 0
+    CMoney m_nPrice = 0;    ///< limit
+    int m_nVolume = 0;
+    int m_nFilled = 0;
+    CMoney m_nFilledAmount = 0;
+    CMoney m_nFrozen = 0; ///< money held for the rest of a buy
+    EOrderStatus m_eStatus = EOrderStatus::Working;
+    std::string m_strReason; ///< why it was rejected or cancelled
+    std::string m_strTime;   ///< of the last change
+
+    bool isBuy() const { return m_eOperation == TC::EOperationType::Buy; }
+    bool isOpen() const {
+        return m_eStatus == EOrderStatus::Working || m_eStatus == EOrderStatus::PartFilled;
+    }
+    int rest() const { return m_nVolume - m_nFilled; }
+};
+
+struct CPaperFill {
+    int m_nId = 0;
+    int m_nOrder = 0;
+    CMoney m_nPrice = 0;
+    int m_nVolume = 0;
+    std::string m_strTime;
+};
+
+struct CPaperFunds {
+    std::string m_strAccount;
+    CMoney m_nCash = 0;   ///< all of the account's money
+    CMoney m_nFrozen = 0; ///< of which resting buys hold
+
+    CMoney available() const { return m_nCash - m_nFrozen; }
+};
+
+struct CPaperPosition {
+    std::string m_strAccount;
+    std::string m_strStock;
+    std::int64_t m_nVolume = 0;
+    std::int64_t m_nSellable = 0; ///< of which may be sold today: all but what was bought today
+    std::int64_t m_nFrozen = 0;   ///< of the sellable: what resting sells hold
+    CMoney m_nCost = 0;           ///< money paid for the volume
+
+    std::int64_t available() const { return m_nSellable - m_nFrozen; }
+};
+
+/// One command that the broker took.
+struct CPaperTask {
+    int m_nId = 0;
+    std::int64_t m_nReference = 0; ///< the caller's number for the command: its journal record; 0: none
+    int m_nOrders = 0;
+    std::string m_strRemark;
+    std::string m_strTime;
+};
+
+/// What happened to an order, numbered 1, 2, 3 and so on through the life of the store.
+struct CBrokerEvent {
+    std::int64_t m_nNumber = 0;
+    std::int64_t m_nReference = 0; ///< of the order's task
+    CPaperOrder m_order;           ///< as it was after this event
+    CPaperFill m_fill;             ///< m_nId 0: the event is a change of the order's state
+    bool isFill() const { return m_fill.m_nId != 0; }
+};
+
+} // namespace desk

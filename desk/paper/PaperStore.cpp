@@ -1,0 +1,255 @@
+#include "desk/paper/PaperStore.h"
+
+#include "desk/paper/Sql.h"
+
+#include <sqlite3.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace desk {
+namespace {
+
+constexpr int kSchemaVersion = 1;
+constexpr mode_t kFileMode = 0600; // orders and accounts are nobody else's business
+
+constexpr const char* kSchema = R"(
+    BEGIN IMMEDIATE;
+    CREATE TABLE desk (only INTEGER PRIMARY KEY CHECK (only = 1), last_event INTEGER NOT NULL, trading_day TEXT NOT NULL);
+    CREATE TABLE funds (account TEXT PRIMARY KEY, cash INTEGER NOT NULL, frozen INTEGER NOT NULL);
+    CREATE TABLE positions (account TEXT NOT NULL, stock TEXT NOT NULL, volume INTEGER NOT NULL,
+        sellable INTEGER NOT NULL, frozen INTEGER NOT NULL, cost INTEGER NOT NULL, PRIMARY KEY (account, stock));
+    CREATE TABLE tasks (id INTEGER PRIMARY KEY, reference INTEGER NOT NULL, orders INTEGER NOT NULL,
+        remark TEXT NOT NULL, time TEXT NOT NULL);
+    CREATE TABLE orders (id INTEGER PRIMARY KEY, task INTEGER NOT NULL, account TEXT NOT NULL, stock TEXT NOT NULL,
+        operation INTEGER NOT NULL, price_type INTEGER NOT NULL, market INTEGER NOT NULL, price INTEGER NOT NULL,
+        volume INTEGER NOT NULL, filled INTEGER NOT NULL, filled_amount INTEGER NOT NULL, frozen INTEGER NOT NULL,
+        status INTEGER NOT NULL, reason TEXT NOT NULL, time TEXT NOT NULL);
+    CREATE TABLE fills (id INTEGER PRIMARY KEY, order_id INTEGER NOT NULL, price INTEGER NOT NULL,
+        volume INTEGER NOT NULL, time TEXT NOT NULL);
+    CREATE TABLE events (number INTEGER PRIMARY KEY, order_id INTEGER NOT NULL, fill_id INTEGER NOT NULL,
+        filled INTEGER NOT NULL, filled_amount INTEGER NOT NULL, status INTEGER NOT NULL, reason TEXT NOT NULL,
+        time TEXT NOT NULL);
+    PRAGMA user_version = 1;
+    COMMIT;
+)";
+
+/// Makes the file before SQLite does, readable for its owner only; SQLite gives its side files the same mode.
+void makeFile(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode);
+    if (descriptor >= 0) ::close(descriptor);
+}
+
+CSqlDatabase openStore(const std::string& path) {
+    makeFile(path);
+    CSqlDatabase database = openDatabase(path);
+    execute(database.get(), "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL;");
+    CSqlStatement versionQuery(database.get(), "PRAGMA user_version");
+    versionQuery.step();
+    const int version = versionQuery.number(0);
+    if (version == 0)
+        execute(database.get(), kSchema);
+    else if (version != kSchemaVersion)
+        throw CSqlError("another version of the desk made it");
+    return database;
+}
+
+void loadFunds(sqlite3* database, CPaperBook& book) {
+    CSqlStatement rows(database, "SELECT account, cash, frozen FROM funds");
+    while (rows.step())
+        book.m_funds.edit(rows.text(0)) = {rows.text(0), rows.integer(1), rows.integer(2)};
+}
+
+void loadPositions(sqlite3* database, CPaperBook& book) {
+    CSqlStatement rows(database, "SELECT account, stock, volume, sellable, frozen, cost FROM positions");
+    while (rows.step()) {
+        book.m_positions.edit({rows.text(0), rows.text(1)}) = {
+            rows.text(0), rows.text(1), rows.integer(2), rows.integer(3), rows.integer(4), rows.integer(5)};
+    }
+}
+
+void loadTasks(sqlite3* database, CPaperBook& book) {
+    CSqlStatement rows(database, "SELECT id, reference, orders, remark, time FROM tasks ORDER BY id");
+    while (rows.step()) {
+        const int id = rows.number(0);
+        book.m_tasks.edit(id) = {id, rows.integer(1), rows.number(2), rows.text(3), rows.text(4)};
+        book.m_counters.m_nLastTask = id;
+    }
+}
+
+void loadOrders(sqlite3* database, CPaperBook& book) {
+    CSqlStatement rows(
+        database, "SELECT id, task, account, stock, operation, price_type, market, price, volume, filled, "
+                  "filled_amount, frozen, status, reason, time FROM orders ORDER BY id");
+    while (rows.step()) {
+        const int id = rows.number(0);
+        book.m_orders.edit(id) = {id,
+                                  rows.number(1),
+                                  rows.text(2),
+                                  rows.text(3),
+                                  static_cast<TC::EOperationType>(rows.number(4)),
+                                  static_cast<TC::EPriceType>(rows.number(5)),
+                                  rows.number(6) != 0,
+                                  rows.integer(7),
+                                  rows.number(8),
+                                  rows.number(9),
+                                  rows.integer(10),
+                                  rows.integer(11),
+                                  static_cast<EOrderStatus>(rows.number(12)),
+                                  rows.text(13),
+                                  rows.text(14)};
+        book.m_counters.m_nLastOrder = id;
+    }
+}
+
+void loadFills(sqlite3* database, CPaperBook& book) {
+    CSqlStatement rows(database, "SELECT id, order_id, price, volume, time FROM fills ORDER BY id");
+    while (rows.step()) {
+        const int id = rows.number(0);
+        book.m_fills.edit(id) = {id, rows.number(1), rows.integer(2), rows.number(3), rows.text(4)};
+        book.m_counters.m_nLastFill = id;
+    }
+}
+
+void loadCounters(sqlite3* database, CPaperBook& book) {
+    CSqlStatement row(database, "SELECT last_event, trading_day FROM desk");
+    if (!row.step()) return;
+    book.m_counters.m_nLastEvent = row.integer(0);
+    book.m_counters.m_strTradingDay = row.text(1);
+}
+
+/// Events hold what changes of an order; the rest is the order's own.
+std::vector<CBrokerEvent> loadEvents(sqlite3* database, const CPaperBook& book) {
+    std::vector<CBrokerEvent> events;
+    CSqlStatement rows(database,
+                       "SELECT number, order_id, fill_id, filled, filled_amount, status, reason, time "
+                       "FROM events ORDER BY number");
+    while (rows.step()) {
+        const CPaperOrder* order = book.m_orders.find(rows.number(1));
+        if (order == nullptr) continue;
+        CBrokerEvent& event = events.emplace_back();
+        event.m_nNumber = rows.integer(0);
+        event.m_order = *order;
+        if (const CPaperFill* fill = book.m_fills.find(rows.number(2))) event.m_fill = *fill;
+        if (const CPaperTask* task = book.m_tasks.find(order->m_nTask))
+            event.m_nReference = task->m_nReference;
+        event.m_order.m_nFilled = rows.number(3);
+        event.m_order.m_nFilledAmount = rows.integer(4);
+        event.m_order.m_eStatus = static_cast<EOrderStatus>(rows.number(5));
+        event.m_order.m_strReason = rows.text(6);
+        event.m_order.m_strTime = rows.text(7);
+    }
+    return events;
+}
+
+utils::KNError storeError(const std::string& what) {
+    return {kPaperStoreFailed, "the paper broker's store failed: " + what};
+}
+
+} // namespace
+
+/// The database and the statements that every change uses.
+struct CPaperStore::CConnection {
+    explicit CConnection(CSqlDatabase opened) : database(std::move(opened)) {}
+
+    void write(const CPaperBook& book, std::int64_t deliveredEvent);
+    void writeOrders(const CPaperBook& book);
+    void writeEvents(const CPaperBook& book, std::int64_t deliveredEvent);
+
+    CSqlDatabase database;
+    sqlite3* raw = database.get();
+    CSqlStatement begin{raw, "BEGIN IMMEDIATE"};
+    CSqlStatement commit{raw, "COMMIT"};
+    CSqlStatement counters{raw, "INSERT OR REPLACE INTO desk VALUES (1, ?, ?)"};
+    CSqlStatement funds{raw, "INSERT OR REPLACE INTO funds VALUES (?, ?, ?)"};
+    CSqlStatement positions{raw, "INSERT OR REPLACE INTO positions VALUES (?, ?, ?, ?, ?, ?)"};
+    CSqlStatement tasks{raw, "INSERT OR REPLACE INTO tasks VALUES (?, ?, ?, ?, ?)"};
+    CSqlStatement orders{
+        raw, "INSERT OR REPLACE INTO orders VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
+    CSqlStatement fills{raw, "INSERT OR REPLACE INTO fills VALUES (?, ?, ?, ?, ?)"};
+    CSqlStatement events{raw, "INSERT OR REPLACE INTO events VALUES (?, ?, ?, ?, ?, ?, ?, ?)"};
+    CSqlStatement dropEvents{raw, "DELETE FROM events WHERE number <= ?"};
+};
+
+CPaperStore::CPaperStore() = default;
+CPaperStore::~CPaperStore() = default;
+
+utils::KNError CPaperStore::open(const std::string& folder, CPaperBook& book,
+                                 std::vector<CBrokerEvent>& events) {
+    const std::string path = folder + '/' + kPaperStoreName;
+    try {
+        auto connection = std::make_unique<CConnection>(openStore(path));
+        sqlite3* database = connection->raw;
+        loadCounters(database, book);
+        loadFunds(database, book);
+        loadPositions(database, book);
+        loadTasks(database, book);
+        loadOrders(database, book);
+        loadFills(database, book);
+        events = loadEvents(database, book);
+        book.keep();
+        m_connection = std::move(connection);
+        return {};
+    } catch (const CSqlError& error) {
+        book.rollBack();
+        return {kPaperStoreFailed, "cannot use the paper broker's store " + path + ": " + error.what()};
+    }
+}
+
+utils::KNError CPaperStore::save(const CPaperBook& book, std::int64_t deliveredEvent) {
+    if (!m_connection) return storeError("it is not open");
+    try {
+        m_connection->begin.run();
+        m_connection->write(book, deliveredEvent);
+        m_connection->commit.run();
+        return {};
+    } catch (const CSqlError& error) {
+        const utils::KNError result = storeError(error.what());
+        // After some failures SQLite has rolled back by itself.
+        if (sqlite3_get_autocommit(m_connection->raw) == 0) {
+            sqlite3_exec(m_connection->raw, "ROLLBACK", nullptr, nullptr, nullptr);
+        }
+        return result;
+    }
+}
+
+void CPaperStore::CConnection::write(const CPaperBook& book, std::int64_t deliveredEvent) {
+    counters.run(book.m_counters.m_nLastEvent, book.m_counters.m_strTradingDay);
+    book.m_funds.visitChanged([this](const CPaperFunds*, const CPaperFunds& row) {
+        funds.run(row.m_strAccount, row.m_nCash, row.m_nFrozen);
+    });
+    book.m_positions.visitChanged([this](const CPaperPosition*, const CPaperPosition& row) {
+        positions.run(row.m_strAccount, row.m_strStock, row.m_nVolume, row.m_nSellable, row.m_nFrozen,
+                      row.m_nCost);
+    });
+    book.m_tasks.visitChanged([this](const CPaperTask*, const CPaperTask& row) {
+        tasks.run(row.m_nId, row.m_nReference, row.m_nOrders, row.m_strRemark, row.m_strTime);
+    });
+    writeOrders(book);
+    book.m_fills.visitChanged([this](const CPaperFill*, const CPaperFill& row) {
+        fills.run(row.m_nId, row.m_nOrder, row.m_nPrice, row.m_nVolume, row.m_strTime);
+    });
+    writeEvents(book, deliveredEvent);
+}
+
+void CPaperStore::CConnection::writeOrders(const CPaperBook& book) {
+    book.m_orders.visitChanged([this](const CPaperOrder*, const CPaperOrder& row) {
+        orders.run(row.m_nId, row.m_nTask, row.m_strAccount, row.m_strStock,
+                   static_cast<int>(row.m_eOperation), static_cast<int>(row.m_ePriceType), row.m_bMarket,
+                   row.m_nPrice, row.m_nVolume, row.m_nFilled, row.m_nFilledAmount, row.m_nFrozen,
+                   static_cast<int>(row.m_eStatus), row.m_strReason, row.m_strTime);
+    });
+}
+
+void CPaperStore::CConnection::writeEvents(const CPaperBook& book, std::int64_t deliveredEvent) {
+    dropEvents.run(deliveredEvent);
+    for (const CBrokerEvent& event : book.m_events) {
+        const CPaperOrder& order = event.m_order;
+        events.run(event.m_nNumber, order.m_nId, event.m_fill.m_nId, order.m_nFilled, order.m_nFilledAmount,
+                   static_cast<int>(order.m_eStatus), order.m_strReason, order.m_strTime);
+    }
+}
+
+} // namespace desk

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "base/KNError.h"
+#include "desk/paper/PaperBook.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace desk {
+
+/// Name of the broker's store in a desk folder.
+inline constexpr const char* kPaperStoreName = "paper.db";
+
+/// Error numbers of the store's and the broker's operations.
+enum EPaperError : int { kPaperStoreFailed = 1, kPaperBadRequest = 2, kPaperNothingOpen = 3 };
+
+/// The broker's state on disk: one SQLite database, one transaction for each change. Not thread safe: the
+/// broker's mutex guards it.
+///
+/// Write-ahead log with synchronous=NORMAL: a transaction whose save succeeded outlives the process, kill -9
+/// included, and the database never breaks. A power cut may cost the last moments, as it may cost the
+/// journal's last lines: FULL would pay a disk flush for every command and keep a promise that the journal
+/// beside it does not make.
+class CPaperStore {
+public:
+    CPaperStore();
+    ~CPaperStore();
+    CPaperStore(const CPaperStore&) = delete;
+    CPaperStore& operator=(const CPaperStore&) = delete;
+
+    /// Opens or makes FOLDER/paper.db and loads all of it into an empty book; the events that it still holds
+    /// go to `events`, oldest first. Fails where the database cannot be used or another version made it.
+    [[nodiscard]] utils::KNError open(const std::string& folder, CPaperBook& book,
+                                      std::vector<CBrokerEvent>& events);
+
+    /// Writes what the book's change touched, and its events, in one transaction, and drops the events up to
+    /// `deliveredEvent`. On failure the database is as it was.
+    [[nodiscard]] utils::KNError save(const CPaperBook& book, std::int64_t deliveredEvent);
+
+private:
+    struct CConnection;
+
+    std::unique_ptr<CConnection> m_connection; ///< null: not open
+};
+
+} // namespace desk

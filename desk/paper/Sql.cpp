@@ -1,0 +1,73 @@
+#include "desk/paper/Sql.h"
+
+#include <sqlite3.h>
+
+namespace desk {
+
+void CSqlCloser::operator()(sqlite3* database) const {
+    sqlite3_close_v2(database);
+}
+
+void CSqlCloser::operator()(sqlite3_stmt* statement) const {
+    sqlite3_finalize(statement);
+}
+
+CSqlDatabase openDatabase(const std::string& path) {
+    sqlite3* raw = nullptr;
+    const int result =
+        sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    CSqlDatabase database(raw);
+    if (result != SQLITE_OK) throw CSqlError(raw != nullptr ? sqlite3_errmsg(raw) : sqlite3_errstr(result));
+    return database;
+}
+
+void execute(sqlite3* database, const char* sql) {
+    if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
+        throw CSqlError(sqlite3_errmsg(database));
+}
+
+CSqlStatement::CSqlStatement(sqlite3* database, const char* sql) : m_pDatabase(database) {
+    sqlite3_stmt* raw = nullptr;
+    check(sqlite3_prepare_v3(database, sql, -1, SQLITE_PREPARE_PERSISTENT, &raw, nullptr));
+    m_statement.reset(raw);
+}
+
+bool CSqlStatement::step() {
+    const int result = sqlite3_step(m_statement.get());
+    if (result == SQLITE_ROW) return true;
+    if (result == SQLITE_DONE) return false;
+    const CSqlError error(sqlite3_errmsg(m_pDatabase));
+    reset();
+    throw error;
+}
+
+std::int64_t CSqlStatement::integer(int column) const {
+    return sqlite3_column_int64(m_statement.get(), column);
+}
+
+std::string CSqlStatement::text(int column) const {
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(m_statement.get(), column));
+    return bytes == nullptr
+               ? std::string()
+               : std::string(bytes,
+                             static_cast<std::size_t>(sqlite3_column_bytes(m_statement.get(), column)));
+}
+
+void CSqlStatement::reset() {
+    sqlite3_reset(m_statement.get());
+}
+
+void CSqlStatement::bind(int place, std::int64_t value) {
+    check(sqlite3_bind_int64(m_statement.get(), place, value));
+}
+
+void CSqlStatement::bind(int place, const std::string& value) {
+    check(sqlite3_bind_text(m_statement.get(), place, value.data(), static_cast<int>(value.size()),
+                            SQLITE_TRANSIENT));
+}
+
+void CSqlStatement::check(int result) const {
+    if (result != SQLITE_OK) throw CSqlError(sqlite3_errmsg(m_pDatabase));
+}
+
+} // namespace desk

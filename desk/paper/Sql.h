@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace desk {
+
+/// A failure of SQLite, with its text. Stops at the store's operations.
+struct CSqlError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct CSqlCloser {
+    void operator()(sqlite3* database) const;
+    void operator()(sqlite3_stmt* statement) const;
+};
+
+using CSqlDatabase = std::unique_ptr<sqlite3, CSqlCloser>;
+
+/// Opens or makes a database file. Throws CSqlError.
+CSqlDatabase openDatabase(const std::string& path);
+
+/// Runs statements without arguments or results. Throws CSqlError.
+void execute(sqlite3* database, const char* sql);
+
+/// One prepared statement. One thread at a time; every operation throws CSqlError.
+class CSqlStatement {
+public:
+    CSqlStatement(sqlite3* database, const char* sql);
+
+    /// Runs a statement that gives no rows, with its arguments in order: integers and texts.
+    template<typename... A>
+    void run(const A&... arguments) {
+        reset();
+        int place = 0;
+        (bind(++place, arguments), ...);
+        step();
+        reset();
+    }
+
+    /// Moves to the next row of a query; false at its end.
+    bool step();
+    std::int64_t integer(int column) const;
+    int number(int column) const { return static_cast<int>(integer(column)); }
+    std::string text(int column) const;
+
+private:
+    void reset();
+    void bind(int place, std::int64_t value);
+    void bind(int place, int value) { bind(place, static_cast<std::int64_t>(value)); }
+    void bind(int place, bool value) { bind(place, static_cast<std::int64_t>(value)); }
+    void bind(int place, const std::string& value);
+    void check(int result) const;
+
+    sqlite3* m_pDatabase;
+    std::unique_ptr<sqlite3_stmt, CSqlCloser> m_statement;
+};
+
+} // namespace desk

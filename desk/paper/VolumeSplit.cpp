@@ -1,0 +1,88 @@
+#include "desk/paper/VolumeSplit.h"
+
+#include "base/Unset.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+
+namespace desk {
+namespace {
+
+/// Shares are compared in steps of this size, so that the noise of dividing makes no rank of its own: three
+/// equal weights have three equal fractions.
+constexpr double kFractionStep = 1e-9;
+
+struct CShare {
+    std::size_t m_nAccount = 0;
+    std::int64_t m_nFraction = 0; ///< what rounding down left, in steps
+};
+
+bool isUsable(double weight) {
+    return std::isfinite(weight) && weight > 0;
+}
+
+double largestWeight(const std::vector<double>& weights) {
+    double largest = 0;
+    for (const double weight : weights) {
+        if (isUsable(weight)) largest = std::max(largest, weight);
+    }
+    return largest;
+}
+
+/// Weights as parts of the largest one, so that their sum cannot overflow. Unusable weights become 0.
+std::vector<double> scaledWeights(const std::vector<double>& weights, double largest) {
+    std::vector<double> scaled;
+    for (const double weight : weights)
+        scaled.push_back(isUsable(weight) ? weight / largest : 0);
+    return scaled;
+}
+
+/// Gives each account its share rounded down, and what is left of each to `shares`. Returns the units that
+/// remain.
+int giveWholeUnits(int units, const std::vector<double>& weights, std::vector<int>& volumes,
+                   std::vector<CShare>& shares) {
+    double sum = 0;
+    for (const double weight : weights)
+        sum += weight;
+    int left = units;
+    for (std::size_t i = 0; i < weights.size(); ++i) {
+        if (!(weights[i] > 0)) continue;
+        const double share = units * weights[i] / sum;
+        const double whole = std::floor(share + kFractionStep);
+        const int given = std::min(left, static_cast<int>(whole));
+        volumes[i] = given;
+        left -= given;
+        shares.push_back({i, std::llround(std::max(0.0, share - whole) / kFractionStep)});
+    }
+    return left;
+}
+
+} // namespace
+
+CSplitResult splitOverAccounts(int volume, const std::vector<double>& weights, int unit) {
+    if (TC::isUnset(volume)) return {{1, "the volume is not set"}, {}};
+    if (volume < 0) return {{2, "the volume is negative"}, {}};
+    std::vector<int> volumes(weights.size(), 0);
+    if (volume == 0) return {{}, volumes};
+    const double largest = largestWeight(weights);
+    if (largest <= 0) return {{3, "no account has a positive weight"}, {}};
+
+    unit = std::max(unit, 1);
+    const std::vector<double> scaled = scaledWeights(weights, largest);
+    std::vector<CShare> shares;
+    int left = giveWholeUnits(volume / unit, scaled, volumes, shares);
+    std::stable_sort(shares.begin(), shares.end(),
+                     [](const CShare& a, const CShare& b) { return a.m_nFraction > b.m_nFraction; });
+    for (std::size_t next = 0; left > 0; next = (next + 1) % shares.size(), --left) {
+        ++volumes[shares[next].m_nAccount];
+    }
+    for (int& given : volumes)
+        given *= unit;
+    const auto heaviest = std::max_element(scaled.begin(), scaled.end()) - scaled.begin();
+    volumes[static_cast<std::size_t>(heaviest)] += volume % unit;
+    return {{}, volumes};
+}
+
+} // namespace desk

@@ -1,0 +1,140 @@
+#include "desk/journal/JournalEvents.h"
+
+#include <nlohmann/json.hpp>
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+
+using namespace desk;
+
+namespace {
+
+TC::COrderComandParam fullCommand() {
+    TC::CCodeOrderParam code;
+    code.m_account = boost::make_shared<TC::CAccountInfo>();
+    code.m_account->m_strKey = "A1";
+    code.m_eOperationType = TC::EOperationType::Buy;
+    code.m_eOrderType = TC::EOrderType::Plain;
+    code.m_ePositionType = static_cast<TC::EPositionType>(2);
+    code.m_stock = {"SH", "600000", "浦发银行", "P"};
+    code.m_ePriceType = TC::EPriceType::Specified;
+    code.m_dPrice = 10.01;
+    code.m_nVolume = 300;
+    code.m_strUserId = "user";
+    code.m_eEntrustType = static_cast<TC::EEntrustTypes>(3);
+    code.m_strContractText = "contract";
+    code.m_strRepayText = "repay";
+    code.m_nQuantityKind = 48;
+    code.m_dQuantity = 300.5;
+    code.m_nSubAccountKind = 4;
+    code.m_strSubAccountId = "sub";
+    code.m_nOverFreqMode = 5;
+    TC::COrderComandParam command;
+    command.m_eTraderType = TC::EQdTraderType::Stock;
+    command.m_codes = {code};
+    command.m_weights = {{"A1", 0.5}};
+    command.m_bUnion = true;
+    command.m_strTag = "tag";
+    command.m_strAlgoParam = "algo";
+    command.m_bCommandFlag = true;
+    command.m_bForceConfirm = true;
+    command.m_eStrategyType = TC::EOrderStrategyType::File;
+    command.m_strRemark = "备注";
+    command.m_strCreateTime = "2026-01-05 09:30:00:000";
+    return command;
+}
+
+} // namespace
+
+TEST(JournalEvents, CommandCarriesEveryFieldUnderItsName) {
+    EXPECT_EQ(
+        commandFields(fullCommand()).dump(),
+        R"({"trader_type":1,"hedge_type":0,"btn_type":0,"codes":[{"account":"A1","hedge_flag":49,)"
+        R"("operation_type":18,"order_type":0,"position_type":2,"stock":{"market":"SH","code":"600000",)"
+        R"("name":"浦发银行","product_id":"P"},"price_type":11,"price":10.01,"volume":300,"user_id":"user",)"
+        R"("entrust_type":3,"contract_text":"contract","repay_text":"repay","quantity_kind":48,"quantity":300.5,)"
+        R"("sub_account_kind":4,"sub_account_id":"sub","over_freq_mode":5}],"weights":{"A1":0.5},)"
+        R"("stop_loss_type":0,"union":true,"extra":{},"tag":"tag","algo_param":"algo","platform":0,)"
+        R"("command_flag":true,"force_confirm":true,"strategy_type":2,"remark":"备注",)"
+        R"("create_time":"2026-01-05 09:30:00:000"})");
+}
+
+TEST(JournalEvents, WhatNobodySetInACommandIsNull) {
+    TC::COrderComandParam command;
+    command.m_codes.emplace_back();
+    const CJson fields = commandFields(command);
+    EXPECT_TRUE(fields["trader_type"].is_null());
+    EXPECT_TRUE(fields["strategy_type"].is_null());
+    const CJson& code = fields["codes"][0];
+    for (const char* key :
+         {"account", "operation_type", "order_type", "position_type", "price_type", "price", "volume",
+          "entrust_type", "quantity_kind", "quantity", "sub_account_kind", "over_freq_mode"}) {
+        EXPECT_TRUE(code.contains(key) && code[key].is_null()) << key;
+    }
+}
+
+TEST(JournalEvents, CommandWithoutCodesHasAnEmptyList) {
+    EXPECT_EQ(commandFields({})["codes"].dump(), "[]");
+}
+
+TEST(JournalEvents, ExtraOfACommandIsAnObject) {
+    TC::COrderComandParam command;
+    // {"a": 1} as a document: length, int32 field "a", value, end.
+    command.m_extra = bson::BSONObj({12, 0, 0, 0, 0x10, 'a', 0, 1, 0, 0, 0, 0});
+    const CJson extra = commandFields(command)["extra"];
+    ASSERT_TRUE(extra.is_object()) << extra.dump();
+    EXPECT_TRUE(extra.contains("a"));
+}
+
+TEST(JournalEvents, NumberThatIsNoneIsNull) {
+    TC::COrderComandParam command;
+    command.m_codes.emplace_back().m_dPrice = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_NE(commandFields(command).dump().find("\"price\":null"), std::string::npos);
+}
+
+TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhereItWasCutShort) {
+    TC::CIntakeReport report;
+    report.m_nChannel = 3;
+    report.m_strSource = QStringLiteral("/orders/a.txt");
+    report.m_nLines = 7;
+    report.m_nOrders = 5;
+    report.m_bCutShort = true;
+    report.m_strCause = QStringLiteral("line 7: bad");
+    EXPECT_EQ(intakeFields(report).dump(),
+              R"({"source":"/orders/a.txt","channel":3,"strategy_type":2,"lines":7,)"
+              R"("orders":5,"cut_short":true,"cause":"line 7: bad"})");
+}
+
+TEST(JournalEvents, MessageAndTradeErrorCarryTheirTexts) {
+    EXPECT_EQ(messageFields(QStringLiteral("无法下单"), TC::EMsgTypeDef::OrderFailure, TC::MsgLevel::Warning)
+                  .dump(),
+              R"({"text":"无法下单","type":4,"level":2})");
+    EXPECT_EQ(tradeErrorFields(QStringLiteral("x"), QStringLiteral("t")).dump(),
+              R"({"text":"x","title":"t"})");
+    EXPECT_EQ(tradeErrorFields(QStringLiteral("x"), QStringLiteral("t"), 9).dump(),
+              R"({"text":"x","title":"t","command":9})");
+}
+
+TEST(JournalEvents, StrategyNamesTheActionAndKeepsThePasswordOut) {
+    TC::COrderStrategyParam strategy;
+    strategy.m_nChannel = 4;
+    strategy.m_strName = QStringLiteral("s");
+    strategy.m_strPass = QStringLiteral("secret");
+    strategy.m_strSignalSource = QStringLiteral("/a.txt");
+    const CJson fields = strategyFields("start", strategy);
+    EXPECT_EQ(fields["action"], "start");
+    EXPECT_EQ(fields["channel"], 4);
+    EXPECT_EQ(fields["signal_source"], "/a.txt");
+    EXPECT_TRUE(fields["amount"].is_null());
+    EXPECT_EQ(fields["setting"]["price_type"], 5);
+    EXPECT_EQ(fields.dump().find("secret"), std::string::npos);
+}
+
+TEST(JournalEvents, CancelsCarryWhatTheyCameWith) {
+    EXPECT_EQ(cancelTaskFields(7, 5, "text", "remark", "20260105").dump(),
+              R"({"task":7,"operation":5,"text":"text","remark":"remark","trading_day":"20260105"})");
+    EXPECT_EQ(cancelTaskFields(7, TC::CTaskOpRecord{3, 100, "user", "remark"}).dump(),
+              R"({"task":7,"operation":3,"op_time":100,"user_name":"user","remark":"remark"})");
+    EXPECT_EQ(cancelOrdersFields({"cancel_order", "A1", "5"}).dump(),
+              R"({"words":["cancel_order","A1","5"]})");
+}

@@ -1,0 +1,132 @@
+#include "desk/commands/ShowJournal.h"
+#include "desk/commands/JournalText.h"
+#include "desk/journal/Journal.h"
+#include "desk/journal/JournalReader.h"
+
+#include "tests/desk/journal/DeskFolder.h"
+
+#include <sstream>
+
+using namespace desk;
+using namespace desk::test;
+
+namespace {
+
+const std::string kHead = R"("time":"2026-01-05T09:30:00.123","seq":5,)";
+const std::string kShown = "2026-01-05 09:30:00.123  #5  ";
+
+std::string shown(const std::string& kind, const std::string& rest) {
+    return journalText({"{\"kind\":\"" + kind + "\"," + kHead + rest + "}", false});
+}
+
+class ShowJournalTest : public testing::Test {
+protected:
+    int show(
+        bool follow, const std::function<bool()>& keepGoing = [] { return false; }) {
+        return runJournal(m_folder.path(), follow, m_out, m_err, keepGoing);
+    }
+
+    CStillClock m_clock;
+    CDeskFolder m_folder;
+    std::ostringstream m_out;
+    std::ostringstream m_err;
+};
+
+} // namespace
+
+TEST(JournalText, CommandShowsEachOrderOnALineOfItsOwn) {
+    EXPECT_EQ(
+        shown(
+            "command",
+            R"("trader_type":1,"remark":"备注","codes":[{"account":"A1","operation_type":18,"price_type":11,"price":10.01,)"
+            R"("volume":300,"stock":{"market":"SH","code":"600000","name":"浦发银行"}},{"account":"A2",)"
+            R"("operation_type":19,"price_type":12,"price":null,"volume":100,"stock":{"market":"SZ","code":"000001"}}])"),
+        kShown + "command  family 1, 2 orders, remark: 备注\n"
+                 "    A1  buy 300 SH600000 浦发银行 @ 10.01 (price type 11)\n"
+                 "    A2  sell 100 SZ000001 at market (price type 12)\n");
+}
+
+TEST(JournalText, EachKindReadsAsOneLine) {
+    EXPECT_EQ(shown("started", R"("recovered":true,"pid":9)"),
+              kShown + "started  process 9, after a crash\n");
+    EXPECT_EQ(shown("stopped", R"("reason":"signal 15")"), kShown + "stopped  reason signal 15\n");
+    EXPECT_EQ(shown("message", R"("text":"无法下单","type":4,"level":2)"), kShown + "message  无法下单\n");
+    EXPECT_EQ(shown("trade_error", R"("text":"x","title":"t")"), kShown + "trade_error  x (t)\n");
+    EXPECT_EQ(shown("intake",
+                    R"("source":"a.txt","channel":1,"lines":3,"orders":2,"cut_short":true,"cause":"line 3")"),
+              kShown + "intake  channel 1: 2 orders in 3 lines of a.txt, CUT SHORT at line 3\n");
+    EXPECT_EQ(shown("strategy", R"("action":"start","channel":1,"name":"s","signal_source":"a.txt")"),
+              kShown + "strategy  start channel 1 s, source a.txt\n");
+    EXPECT_EQ(shown("cancel_task", R"("task":7,"operation":3,"user_name":"u","remark":"终止任务")"),
+              kShown + "cancel_task  task 7, operation 3, by u, 终止任务\n");
+    EXPECT_EQ(shown("cancel_orders", R"("words":["cancel_order","A1","5"])"),
+              kShown + "cancel_orders  words [\"cancel_order\",\"A1\",\"5\"]\n");
+    EXPECT_EQ(shown("order",
+                    R"("event":1,"order":5,"task":2,"account":"A1","stock":"SH600000","operation_type":18,)"
+                    R"("price":10.0,"volume":300,"status":"rejected","filled":0,"reason":"why")"),
+              kShown + "order  5 of task 2: A1 buy 300 SH600000 @ 10.0: rejected, filled 0: why\n");
+    EXPECT_EQ(shown("fill",
+                    R"("event":1,"fill":3,"order":5,"account":"A1","stock":"SH600000","operation_type":18,)"
+                    R"("price":10.0,"volume":100)"),
+              kShown + "fill  3 of order 5: A1 buy 100 SH600000 @ 10.0\n");
+}
+
+TEST(JournalText, TextsCannotBreakTheLineOrReachTheTerminal) {
+    EXPECT_EQ(shown("message", R"("text":"a\nb\u001b[2J")"), kShown + "message  a b [2J\n");
+}
+
+TEST(JournalText, RecordOfAnotherShapeIsShownAsFarAsItGoes) {
+    EXPECT_EQ(shown("command", R"("codes":[1,{"stock":2}],"trader_type":{})"),
+              kShown + "command  family {}, 2 orders\n"
+                       "    -  operation - - -- at market (price type -)\n"
+                       "    -  operation - - -- at market (price type -)\n");
+}
+
+TEST_F(ShowJournalTest, PrintsAllRecordsAndShowsDamagedLines) {
+    m_folder.append(kJournalFileName, "{\"kind\":\"message\",\"time\":\"t\",\"seq\":1,\"text\":\"one\"}\n"
+                                      "{\"kind\":\"mess\n"
+                                      "{\"kind\":\"message\",\"time\":\"t\",\"seq\":2,\"text\":\"two\"}\n"
+                                      "{\"kind\":\"half");
+    EXPECT_EQ(show(false), 0);
+    EXPECT_EQ(
+        m_out.str(),
+        "t  #1  message  one\nDAMAGED  {\"kind\":\"mess\nt  #2  message  two\nDAMAGED  {\"kind\":\"half\n");
+    EXPECT_EQ(m_err.str(), "");
+}
+
+TEST_F(ShowJournalTest, FolderWithoutJournalIsAnError) {
+    EXPECT_EQ(show(false), 1);
+    EXPECT_EQ(m_out.str(), "");
+    EXPECT_NE(m_err.str().find("cannot read journal"), std::string::npos);
+}
+
+TEST_F(ShowJournalTest, FollowingPrintsWhatIsAppendedOnceItsLineIsWhole) {
+    m_folder.append(kJournalFileName, "");
+    const std::string line = "{\"kind\":\"message\",\"time\":\"t\",\"seq\":1,\"text\":\"one\"}\n";
+    std::vector<std::string> parts{line.substr(0, 10), line.substr(10), line};
+    std::vector<std::string> seen;
+    m_clock.m_onSleep = [&] {
+        m_folder.append(kJournalFileName, parts.front());
+        parts.erase(parts.begin());
+    };
+    EXPECT_EQ(show(true,
+                   [&] {
+                       seen.push_back(m_out.str());
+                       return !parts.empty();
+                   }),
+              0);
+    const std::string printed = "t  #1  message  one\n";
+    EXPECT_EQ(seen, (std::vector<std::string>{"", "", printed, printed + printed}));
+}
+
+TEST(JournalReader, DamagedIsWhatHoldsNoObjectWithAKind) {
+    const CDeskFolder folder;
+    folder.append(kJournalFileName, "[]\n{\"seq\":1}\n{\"kind\":5}\n\n{\"kind\":\"x\"}\n");
+    CJournalReader reader;
+    ASSERT_TRUE(reader.open(folder.path()).isSuccess());
+    std::vector<bool> damaged;
+    while (const auto line = reader.next())
+        damaged.push_back(line->m_bDamaged);
+    EXPECT_EQ(damaged, (std::vector<bool>{true, true, true, false}));
+    EXPECT_FALSE(reader.rest());
+}

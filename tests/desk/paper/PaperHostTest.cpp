@@ -1,0 +1,287 @@
+#include "desk/host/BrokerJournal.h"
+#include "desk/host/DeskIntakeAudit.h"
+#include "desk/host/DeskMsgService.h"
+#include "desk/host/FolderLock.h"
+#include "desk/host/JournalGuard.h"
+#include "desk/host/PaperOrderClient.h"
+#include "desk/host/PaperTradeClient.h"
+#include "desk/host/PaperTraderCenter.h"
+
+#include "gates/IntakePause.h"
+#include "tests/desk/paper/PaperDesk.h"
+
+#include <nlohmann/json.hpp>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <sstream>
+
+using namespace desk;
+using namespace desk::test;
+
+namespace {
+
+/// Host services over a broker whose events go to the journal.
+class PaperHost : public PaperDesk {
+protected:
+    PaperHost() {
+        EXPECT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+        m_broker.reset();
+        m_broker = std::make_unique<CPaperBroker>(
+            m_quotes, [this](const CBrokerEvent& event) { return journalBrokerEvent(m_journal, event); });
+        EXPECT_TRUE(m_broker->open(m_folder.path(), deskAccounts(), 0).isSuccess());
+    }
+
+    TC::COrderComandParamPtr command(std::vector<TC::CCodeOrderParam> codes) const {
+        return boost::make_shared<TC::COrderComandParam>(stockCommand(std::move(codes)));
+    }
+    std::uintmax_t journalSize() const { return std::filesystem::file_size(m_folder.file(kJournalFileName)); }
+    CTexts kinds() const {
+        CTexts kinds;
+        for (const std::string& line : m_folder.lines(kJournalFileName))
+            kinds.push_back(CJson::parse(line)["kind"]);
+        return kinds;
+    }
+    CJson record(std::size_t place) const { return CJson::parse(m_folder.lines(kJournalFileName).at(place)); }
+
+    /// Breaks the journal for good until a probe.
+    void failJournal() {
+        const CFullDisk disk(journalSize());
+        EXPECT_FALSE(m_journal.append("message", CJson::object()).isSuccess());
+    }
+
+    CJournal m_journal;
+    std::ostringstream m_shown;
+    CTextSink m_sink{m_shown};
+};
+
+} // namespace
+
+TEST_F(PaperHost, CommandIsJournalledBeforeItsOrders) {
+    CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
+    client.orderCommands(command({buy(200, 10.00)}));
+    EXPECT_EQ(kinds(), (CTexts{"started", "command", "order", "fill", "order"}));
+    const CJson order = record(4);
+    EXPECT_EQ(order["command"], 2) << "the order names its command";
+    EXPECT_EQ(order["event"], 3);
+    EXPECT_EQ(order["status"], "filled");
+    EXPECT_EQ(order["price"], 10.0);
+    EXPECT_EQ(record(3)["volume"], 200);
+    EXPECT_EQ(m_shown.str(), "");
+}
+
+TEST_F(PaperHost, CommandWithoutCodesIsTakenAndNoCommandIsNothing) {
+    CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
+    client.orderCommands(command({}));
+    client.orderCommands({});
+    EXPECT_EQ(kinds(), (CTexts{"started", "command"}));
+    EXPECT_EQ(m_broker->tasks().size(), 1u);
+}
+
+TEST_F(PaperHost, CommandThatTheJournalRefusesIsNotExecutedAndTheUserIsTold) {
+    CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
+    failJournal();
+    client.orderCommands(command({buy(200, 10.00)}));
+    EXPECT_TRUE(m_broker->tasks().empty());
+    EXPECT_NE(m_shown.str().find("command refused: it cannot be recorded: cannot write journal"),
+              std::string::npos);
+}
+
+TEST_F(PaperHost, CommandToBeConfirmedIsDeclinedUnlessTheDeskTakesSuch) {
+    const TC::COrderComandParamPtr forced = command({buy(200, 10.00)});
+    forced->m_bForceConfirm = true;
+    CPaperOrderClient(m_journal, *m_broker, m_sink, false).orderCommands(forced);
+    EXPECT_TRUE(m_broker->tasks().empty());
+    EXPECT_EQ(kinds(), (CTexts{"started", "command", "trade_error"}));
+    EXPECT_EQ(record(2)["command"], 2);
+    EXPECT_EQ(record(2)["text"], "it must be confirmed and nobody can be asked");
+    EXPECT_EQ(m_shown.str(), "command refused: it must be confirmed and nobody can be asked\n");
+
+    CPaperOrderClient(m_journal, *m_broker, m_sink, true).orderCommands(forced);
+    EXPECT_EQ(m_broker->tasks().size(), 1u);
+}
+
+TEST_F(PaperHost, TradeErrorIsJournalledAndShown) {
+    CPaperOrderClient(m_journal, *m_broker, m_sink, false)
+        .showTradeError(QStringLiteral("无法下单"), QStringLiteral("错误"));
+    EXPECT_EQ(record(1)["kind"], "trade_error");
+    EXPECT_EQ(record(1)["text"], "无法下单");
+    EXPECT_EQ(m_shown.str(), "错误: 无法下单\n");
+}
+
+TEST_F(PaperHost, LoginStatusIsTheConfigurations) {
+    CPaperTradeClient client(m_journal, *m_broker, m_quotes, m_sink, deskAccounts());
+    EXPECT_EQ(client.getLoginStatus("A1"), TC::EBROKER_LOGIN_STATUS::LoggedIn);
+    EXPECT_EQ(static_cast<int>(client.getLoginStatus("X1")), 2);
+    EXPECT_EQ(static_cast<int>(client.getLoginStatus("nobody")), -1);
+}
+
+TEST_F(PaperHost, VolumesAreSplitInTheInstrumentsUnit) {
+    CPaperTradeClient client(m_journal, *m_broker, m_quotes, m_sink, deskAccounts());
+    const auto split = [&](int volume, const std::vector<double>& ratios, const std::string& code,
+                           const boost::shared_ptr<utils::KNError>& error) {
+        return client.splitEntrusts(volume, TC::kUnsetDouble, TC::EPriceType::Specified,
+                                    {account("A1"), account("A2")}, ratios, {}, code.empty() ? "" : "SH",
+                                    code, TC::EOperationType::Buy, TC::EHedge_Flag_Type::Speculation, error);
+    };
+    const auto error = boost::make_shared<utils::KNError>();
+    EXPECT_EQ(split(300, {1, 1}, "600000", error), (std::vector<int>{200, 100}));
+    EXPECT_EQ(split(300, {1, 1}, "", error), (std::vector<int>{150, 150}));
+    EXPECT_TRUE(error->isSuccess());
+    EXPECT_TRUE(split(300, {1}, "600000", error).empty());
+    EXPECT_EQ(error->errorMsg(), "there is not one weight for each account");
+    EXPECT_TRUE(split(TC::kUnsetInt, {1, 1}, "600000", error).empty());
+    EXPECT_EQ(error->errorMsg(), "the volume is not set");
+    EXPECT_TRUE(split(-1, {1, 1}, "600000", nullptr).empty());
+}
+
+TEST_F(PaperHost, CancelTaskIsJournalledCarriedOutAndAnswered) {
+    CPaperTradeClient client(m_journal, *m_broker, m_quotes, m_sink, deskAccounts());
+    const int task = place({buy(100, 9.50)});
+    std::vector<int> answers;
+    const auto answer = [&](const utils::KNError& error) { answers.push_back(error.errorId()); };
+    client.cancelTask(task, TC::kTaskOpCancel, "", "撤单", "20260105", answer, 0);
+    client.cancelTask(99, TC::kTaskOpCancel, "", "撤单", "20260105", answer, 0);
+    client.cancelTask(99, TC::kTaskOpCancel, "", "撤单", "20260105", {}, 0);
+    EXPECT_EQ(answers, (std::vector<int>{0, kPaperBadRequest}));
+    EXPECT_EQ(kinds(), (CTexts{"started", "order", "cancel_task", "order", "cancel_task", "cancel_task"}));
+    EXPECT_EQ(order(1).m_strReason, "撤单");
+}
+
+TEST_F(PaperHost, CancelIsCarriedOutAlsoWhereTheJournalRefuses) {
+    CPaperTradeClient client(m_journal, *m_broker, m_quotes, m_sink, deskAccounts());
+    const int task = place({buy(100, 9.50)});
+    failJournal();
+    client.cancelTask(task, TC::kTaskOpCancel, "", "撤单", "20260105", {}, 0);
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Cancelled);
+}
+
+TEST_F(PaperHost, CancelByOrderAnswersBySignal) {
+    CPaperTradeClient client(m_journal, *m_broker, m_quotes, m_sink, deskAccounts());
+    place({buy(100, 9.50)});
+    CTexts answers;
+    QObject::connect(
+        &client, &TC::CTradeClient::sigCancelOrder, &client,
+        [&](const knservice::COrderInfoPtr& info, bool success, const std::string& message) {
+            answers.push_back(info->getKey() + (success ? " ok" : " " + message));
+        },
+        Qt::DirectConnection);
+    client.cancelOrders({"cancel_order", "A1", "1"});
+    client.cancelOrders({"cancel_order", "A1", "7"});
+    EXPECT_EQ(answers, (CTexts{"A1 1 ok", "A1 7 account A1 has no order 7"}));
+    EXPECT_EQ(m_shown.str(), "cancel_order: account A1 has no order 7\n");
+    EXPECT_EQ(kinds(), (CTexts{"started", "order", "cancel_orders", "order", "cancel_orders"}));
+}
+
+TEST_F(PaperHost, TasksOfTheCentreEndTheirOrders) {
+    CPaperTraderCenter center(m_journal, *m_broker, m_sink);
+    const int task = place({buy(100, 9.50)});
+    EXPECT_TRUE(center.getTaskCenter().findTasks(task + 1).empty());
+    const auto tasks = center.getTaskCenter().findTasks(task);
+    ASSERT_EQ(tasks.size(), 1u);
+    tasks[0]->operate({99, 0, "user", "?"});
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Working);
+    EXPECT_EQ(m_shown.str(), "cancel: task operation 99 is not modelled\n");
+    tasks[0]->operate({TC::kTaskOpTerminate, 100, "user", "user终止任务"});
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Cancelled);
+    EXPECT_EQ(kinds(), (CTexts{"started", "order", "cancel_task", "cancel_task", "order"}));
+}
+
+TEST_F(PaperHost, MessagesAndIntakeAreJournalled) {
+    CDeskMsgService messages(m_journal, m_sink);
+    messages.showMsg(QStringLiteral("启动"), TC::EMsgTypeDef::General, TC::MsgLevel::Note, true, false, {});
+    TC::CIntakeReport report;
+    report.m_strSource = QStringLiteral("a.txt");
+    CDeskIntakeAudit audit(m_journal, m_sink);
+    audit.recordIntake(report);
+    report.m_bCutShort = true;
+    report.m_strCause = QStringLiteral("line 3");
+    audit.recordIntake(report);
+    EXPECT_EQ(kinds(), (CTexts{"started", "message", "intake", "intake"}));
+    EXPECT_EQ(m_shown.str(), "启动\na.txt was cut short at line 3; what stood behind it is lost\n");
+}
+
+TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
+    CJournalGuard guard(m_journal, m_sink, [this] { m_broker->deliverEvents(); });
+    guard.poll();
+    EXPECT_FALSE(TC::CIntakePause::isPaused());
+    failJournal();
+    {
+        const CFullDisk disk(journalSize());
+        guard.poll();
+        guard.poll();
+    }
+    EXPECT_TRUE(guard.isHolding());
+    EXPECT_TRUE(TC::CIntakePause::isPaused());
+    EXPECT_EQ(m_shown.str().find("ERROR: cannot write journal"), 0u);
+    EXPECT_EQ(m_shown.str().rfind("ERROR"), 0u) << "told once";
+
+    guard.poll();
+    EXPECT_FALSE(guard.isHolding());
+    EXPECT_FALSE(TC::CIntakePause::isPaused());
+    EXPECT_NE(m_shown.str().find("The journal works again"), std::string::npos);
+}
+
+TEST_F(PaperHost, FillsWhileTheJournalCannotBeWrittenReachItLater) {
+    CJournalGuard guard(m_journal, m_sink, [this] { m_broker->deliverEvents(); });
+    place({buy(100, 9.50)});
+    failJournal();
+    m_quotes.setQuote(kStock, {}, {{9.50, 100}});
+    ASSERT_TRUE(m_broker->onQuote(kStock).isSuccess());
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Filled);
+    EXPECT_EQ(kinds(), (CTexts{"started", "order"}));
+    guard.poll();
+    EXPECT_EQ(kinds(), (CTexts{"started", "order", "resumed", "fill", "order"}));
+}
+
+TEST_F(PaperHost, JournalOfAnEarlierRunTellsWhichEventsAreMissing) {
+    place({buy(100, 9.50)});
+    failJournal();
+    ASSERT_TRUE(m_broker->cancelTask(1, "").isSuccess());
+    m_broker.reset();
+
+    CJournal journal;
+    ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
+    CPaperBroker broker(m_quotes,
+                        [&](const CBrokerEvent& event) { return journalBrokerEvent(journal, event); });
+    ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent()).isSuccess());
+    EXPECT_EQ(kinds(), (CTexts{"started", "order", "started", "order"}));
+    EXPECT_EQ(record(3)["status"], "cancelled");
+}
+
+TEST(FolderLock, FolderIsHeldByOneProcessAtATime) {
+    const CDeskFolder folder;
+    int ready[2];
+    int done[2];
+    ASSERT_EQ(::pipe(ready), 0);
+    ASSERT_EQ(::pipe(done), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        CFolderLock lock;
+        char answer = lock.acquire(folder.path()).isSuccess() ? 'y' : 'n';
+        const bool told = ::write(ready[1], &answer, 1) == 1;
+        const bool ended = ::read(done[0], &answer, 1) == 1;
+        ::_exit(told && ended ? 0 : 1);
+    }
+    char answer = 0;
+    ASSERT_EQ(::read(ready[0], &answer, 1), 1);
+    ASSERT_EQ(answer, 'y');
+    CFolderLock lock;
+    const utils::KNError error = lock.acquire(folder.path());
+    EXPECT_EQ(error.errorMsg(), "cannot use desk folder " + folder.path() + ": it is in use by process " +
+                                    std::to_string(child));
+    ASSERT_EQ(::write(done[1], "x", 1), 1);
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(lock.acquire(folder.path()).isSuccess()) << "the lock goes with its process";
+    for (const int descriptor : {ready[0], ready[1], done[0], done[1]})
+        ::close(descriptor);
+}
+
+TEST(FolderLock, FolderThatIsNotThereIsAnError) {
+    CFolderLock lock;
+    EXPECT_FALSE(lock.acquire("/nonexistent-desk-folder").isSuccess());
+}

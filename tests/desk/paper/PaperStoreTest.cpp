@@ -1,0 +1,284 @@
+#include "desk/paper/PaperBroker.h"
+
+#include "tests/desk/paper/PaperDesk.h"
+
+#include <sqlite3.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+using namespace desk;
+using namespace desk::test;
+
+namespace {
+
+class PaperStore : public PaperDesk {
+protected:
+    /// All that a query can see, as one text.
+    std::string snapshot() const {
+        std::string text;
+        for (const CPaperFunds& f : m_broker->funds())
+            text += join(f.m_strAccount, f.m_nCash, f.m_nFrozen);
+        for (const CPaperPosition& p : m_broker->positions()) {
+            text += join(p.m_strAccount + p.m_strStock, p.m_nVolume, p.m_nSellable, p.m_nFrozen, p.m_nCost);
+        }
+        for (const CPaperTask& t : m_broker->tasks()) {
+            text += join(t.m_strRemark + t.m_strTime, t.m_nId, t.m_nReference, t.m_nOrders);
+        }
+        for (const CPaperOrder& o : m_broker->orders()) {
+            text += join(o.m_strAccount + o.m_strStock + o.m_strReason + o.m_strTime, o.m_nId, o.m_nTask,
+                         static_cast<int>(o.m_eOperation), static_cast<int>(o.m_ePriceType), o.m_bMarket,
+                         o.m_nPrice, o.m_nVolume, o.m_nFilled, o.m_nFilledAmount, o.m_nFrozen,
+                         static_cast<int>(o.m_eStatus));
+        }
+        for (const CPaperFill& f : m_broker->fills()) {
+            text += join(f.m_strTime, f.m_nId, f.m_nOrder, f.m_nPrice, f.m_nVolume);
+        }
+        return text;
+    }
+
+    template<typename... A>
+    static std::string join(const std::string& head, A... numbers) {
+        std::string text = head;
+        ((text += ' ' + std::to_string(numbers)), ...);
+        return text + '\n';
+    }
+
+    void tradeSomething() {
+        place({buy(1000, 10.01), sell(350, 9.99), buy(150, 9.5), buy(100, TC::kUnsetDouble, kMarket)});
+        place({sell(100, 10.5)});
+        ASSERT_TRUE(m_broker->cancelTask(2, "reason").isSuccess());
+    }
+};
+
+/// Another program that has the database in its hands, so that the broker cannot write.
+class CForeignWriter {
+public:
+    explicit CForeignWriter(const std::string& path) {
+        EXPECT_EQ(sqlite3_open(path.c_str(), &m_pDatabase), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(m_pDatabase, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    }
+    ~CForeignWriter() { sqlite3_close(m_pDatabase); }
+    CForeignWriter(const CForeignWriter&) = delete;
+    CForeignWriter& operator=(const CForeignWriter&) = delete;
+
+private:
+    sqlite3* m_pDatabase = nullptr;
+};
+
+} // namespace
+
+TEST_F(PaperStore, EverythingIsThereAfterARestart) {
+    tradeSomething();
+    const std::string before = snapshot();
+    reopen();
+    EXPECT_EQ(snapshot(), before);
+    EXPECT_EQ(place({buy(100, 9.5)}), 3) << "ids go on";
+    EXPECT_EQ(m_broker->orders().back().m_nId, 6);
+}
+
+TEST_F(PaperStore, WaitingOrdersTradeOnAfterARestart) {
+    place({buy(300, 9.50)});
+    reopen();
+    m_quotes.setQuote(kStock, {}, {{9.50, 100}});
+    ASSERT_TRUE(m_broker->onQuote(kStock).isSuccess());
+    EXPECT_EQ(order(1).m_nFilled, 100);
+    ASSERT_TRUE(m_broker->cancelTask(1, "").isSuccess());
+    EXPECT_EQ(funds().m_nFrozen, 0);
+}
+
+TEST_F(PaperStore, ConfigurationCountsOnlyForAccountsThatAreNew) {
+    place({buy(200, 10.00)});
+    m_broker = std::make_unique<CPaperBroker>(m_quotes, nullptr);
+    std::vector<CAccountEntry> accounts = deskAccounts();
+    accounts[0].funds = 7;
+    accounts[0].positions.clear();
+    accounts.push_back({});
+    accounts.back().key = "NEW";
+    accounts.back().funds = 12.5;
+    ASSERT_TRUE(m_broker->open(m_folder.path(), accounts, 0).isSuccess());
+    EXPECT_EQ(funds().m_nCash, toMoney(98000).value());
+    EXPECT_EQ(position().m_nVolume, 1450);
+    EXPECT_EQ(funds("NEW").m_nCash, toMoney(12.5).value());
+}
+
+TEST_F(PaperStore, AccountThatLeftTheConfigurationKeepsItsMoneyButMayNotTrade) {
+    m_broker = std::make_unique<CPaperBroker>(m_quotes, nullptr);
+    ASSERT_TRUE(m_broker->open(m_folder.path(), {}, 0).isSuccess());
+    EXPECT_EQ(funds().m_nCash, toMoney(100000).value());
+    EXPECT_EQ(rejection(buy(100, 10.00)), "unknown account A1");
+}
+
+TEST_F(PaperStore, TradingDayIsRememberedOverARestart) {
+    ASSERT_TRUE(m_broker->startTradingDay("20260105").isSuccess());
+    place({buy(200, 10.00)});
+    reopen();
+    ASSERT_TRUE(m_broker->startTradingDay("20260105").isSuccess());
+    EXPECT_EQ(position().available(), 1050);
+    ASSERT_TRUE(m_broker->startTradingDay("20260106").isSuccess());
+    EXPECT_EQ(position().available(), 1450);
+}
+
+TEST_F(PaperStore, CommandThatCannotBeStoredIsRefusedAndNothingHasHappened) {
+    tradeSomething();
+    const std::string before = snapshot();
+    const std::size_t events = m_events.size();
+    int taskId = 0;
+    {
+        const CForeignWriter writer(m_folder.file(kPaperStoreName));
+        const utils::KNError error = m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId);
+        EXPECT_EQ(error.errorId(), kPaperStoreFailed);
+        EXPECT_EQ(error.errorMsg(), "the paper broker's store failed: database is locked");
+        EXPECT_FALSE(m_broker->cancelTask(1, "").isSuccess());
+    }
+    EXPECT_EQ(taskId, 0);
+    EXPECT_EQ(snapshot(), before);
+    EXPECT_EQ(m_events.size(), events);
+    EXPECT_EQ(placed(buy(1000, 10.05)).m_nFilled, 900)
+        << "what the refused order would have taken is still there";
+}
+
+TEST_F(PaperStore, FullDiskRefusesCommandsUntilThereIsRoom) {
+    tradeSomething();
+    const std::string before = snapshot();
+    utils::KNError error;
+    int taskId = 0;
+    {
+        const CFullDisk disk(std::filesystem::file_size(m_folder.file("paper.db-wal")));
+        error = m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId);
+    }
+    EXPECT_EQ(error.errorId(), kPaperStoreFailed);
+    EXPECT_EQ(snapshot(), before);
+    place({buy(100, 10.05)});
+    const std::string after = snapshot();
+    reopen();
+    EXPECT_EQ(snapshot(), after);
+}
+
+TEST_F(PaperStore, QuoteThatCannotBeStoredLeavesOrdersWaitingForTheNext) {
+    place({buy(100, 9.50)});
+    m_quotes.setQuote(kStock, {}, {{9.50, 100}});
+    {
+        const CForeignWriter writer(m_folder.file(kPaperStoreName));
+        EXPECT_FALSE(m_broker->onQuote(kStock).isSuccess());
+    }
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Working);
+    ASSERT_TRUE(m_broker->onQuote(kStock).isSuccess());
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Filled);
+}
+
+TEST_F(PaperStore, EventsThatTheListenerRefusedComeAgainInOrderAndOnce) {
+    m_bTakeEvents = false;
+    place({buy(200, 10.00)});
+    EXPECT_TRUE(m_events.empty());
+    m_broker->deliverEvents();
+    EXPECT_TRUE(m_events.empty());
+    m_bTakeEvents = true;
+    m_broker->deliverEvents();
+    ASSERT_EQ(m_events.size(), 3u);
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(m_events[i].m_nNumber, static_cast<std::int64_t>(i) + 1);
+    m_broker->deliverEvents();
+    EXPECT_EQ(m_events.size(), 3u);
+}
+
+TEST_F(PaperStore, EventsThatTheListenerNeverSawComeAfterARestartAsTheyWere) {
+    m_bTakeEvents = false;
+    int taskId = 0;
+    ASSERT_TRUE(m_broker->placeCommand(stockCommand({buy(300, 10.00)}), 5, taskId).isSuccess());
+    m_bTakeEvents = true;
+    reopen(1);
+    ASSERT_EQ(m_events.size(), 2u) << "the listener had taken event 1";
+    EXPECT_EQ(m_events[0].m_nNumber, 2);
+    EXPECT_EQ(m_events[0].m_fill.m_nVolume, 200);
+    EXPECT_EQ(m_events[0].m_fill.m_nPrice, 100000);
+    EXPECT_EQ(m_events[1].m_order.m_eStatus, EOrderStatus::PartFilled);
+    EXPECT_EQ(m_events[1].m_order.m_nFilled, 200);
+    EXPECT_EQ(m_events[1].m_order.m_strAccount, "A1");
+    EXPECT_EQ(m_events[1].m_nReference, 5);
+}
+
+TEST_F(PaperStore, EventsNumberOnAfterTheListenersLastWhenTheStoreIsNew) {
+    m_broker.reset();
+    for (const char* name : {"paper.db", "paper.db-wal", "paper.db-shm"})
+        std::filesystem::remove(m_folder.file(name));
+    open(500);
+    place({buy(200, 10.00)});
+    EXPECT_EQ(m_events.at(0).m_nNumber, 501);
+}
+
+TEST_F(PaperStore, AccountsThatMakeNoSenseAreRefusedAtOpen) {
+    const auto refusal = [this](const CAccountEntry& entry) {
+        CPaperBroker broker(m_quotes, nullptr);
+        return broker.open(m_folder.path(), {entry}, 0).errorMsg();
+    };
+    CAccountEntry entry;
+    entry.key = "BAD";
+    entry.funds = -1;
+    EXPECT_EQ(refusal(entry), "account BAD: funds are negative or out of range");
+    entry.funds = 1e300;
+    EXPECT_EQ(refusal(entry), "account BAD: funds are negative or out of range");
+    entry.funds = 0;
+    entry.positions = {{"SH600000", 100, 200, 1.0}};
+    EXPECT_EQ(refusal(entry), "account BAD: position SH600000 makes no sense");
+}
+
+TEST_F(PaperStore, FileThatIsNoStoreIsRefused) {
+    const CDeskFolder folder;
+    folder.append(kPaperStoreName, std::string(4096, 'x'));
+    CPaperBroker broker(m_quotes, nullptr);
+    const utils::KNError error = broker.open(folder.path(), {}, 0);
+    EXPECT_EQ(error.errorId(), kPaperStoreFailed);
+    EXPECT_NE(error.errorMsg().find("not a database"), std::string::npos) << error.errorMsg();
+    EXPECT_FALSE(broker.startTradingDay("20260105").isSuccess());
+}
+
+TEST_F(PaperStore, WhatACallHasAnsweredOutlivesAKilledProcess) {
+    m_broker.reset();
+    int answers[2];
+    ASSERT_EQ(::pipe(answers), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        CPaperBroker broker(m_quotes, nullptr);
+        int taskId = broker.open(m_folder.path(), deskAccounts(), 0).isSuccess() ? 1 : 0;
+        while (taskId != 0) {
+            taskId = 0;
+            (void)broker.placeCommand(stockCommand({buy(100, 9.50), buy(50, 9.50), buy(100, 10.00)}), 0,
+                                      taskId);
+            (void)broker.onQuote(kStock);
+            if (::write(answers[1], &taskId, sizeof taskId) != static_cast<ssize_t>(sizeof taskId)) break;
+        }
+        ::_exit(1);
+    }
+    ::close(answers[1]);
+    int last = 0;
+    for (int i = 0; i < 20; ++i)
+        ASSERT_EQ(::read(answers[0], &last, sizeof last), static_cast<ssize_t>(sizeof last));
+    ::kill(child, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    for (int more = 0; ::read(answers[0], &more, sizeof more) == static_cast<ssize_t>(sizeof more);)
+        last = more;
+    ::close(answers[0]);
+
+    open();
+    ASSERT_GE(static_cast<int>(m_broker->tasks().size()), last);
+    EXPECT_EQ(m_broker->orders().size(), 3 * m_broker->tasks().size())
+        << "a command is there whole or not at all";
+    CMoney frozen = 0;
+    CMoney spent = 0;
+    for (const CPaperOrder& each : m_broker->orders()) {
+        frozen += each.m_nFrozen;
+        spent += each.m_nFilledAmount;
+    }
+    EXPECT_EQ(funds().m_nFrozen, frozen);
+    EXPECT_EQ(funds().m_nCash, toMoney(100000).value() - spent);
+    std::int64_t number = 0;
+    for (const CBrokerEvent& event : m_events)
+        EXPECT_EQ(event.m_nNumber, ++number);
+    EXPECT_GE(number, last * 3);
+}

@@ -1,0 +1,288 @@
+#include "service/OrderService.h"
+
+#include "check/OrderServiceBase.h"
+#include "service/OrderServiceAdapter.h"
+#include "tests/service/ServiceFixture.h"
+
+#include <QMetaMethod>
+#include <QThread>
+
+#include <dirent.h>
+
+#include <atomic>
+#include <fstream>
+#include <thread>
+
+namespace {
+
+using namespace TC;
+
+class OrderService : public ServiceFixture {
+protected:
+    static COrderParam good(int channel = 3) {
+        return COrderBuilder(23).channel(channel).line(QStringLiteral("600000"), 10.5, 100);
+    }
+};
+
+/// Threads of this process that bear the name.
+int threadsNamed(const std::string& name) {
+    int count = 0;
+    DIR* tasks = ::opendir("/proc/self/task");
+    while (const dirent* task = ::readdir(tasks)) {
+        std::ifstream comm(std::string("/proc/self/task/") + task->d_name + "/comm");
+        std::string line;
+        if (std::getline(comm, line) && line == name) ++count;
+    }
+    ::closedir(tasks);
+    return count;
+}
+
+TEST_F(OrderService, FileOrderBecomesACommandOnTheServiceThread) {
+    addFileStrategy(3);
+    std::atomic<QThread*> issuer{nullptr};
+    host.orders.onCommand = [&](const COrderComandParamPtr&) { issuer = QThread::currentThread(); };
+    service().loadFromConfig(false);
+    drop(3, "23,0,10.5,600000,100\n");
+    ASSERT_TRUE(host.waitForCommands(1));
+    EXPECT_EQ(issuer.load(), service().thread());
+    EXPECT_NE(issuer.load(), QThread::currentThread());
+}
+
+TEST_F(OrderService, BatchesAreWorkedOffInTheOrderOfTheCalls) {
+    addFileStrategy(3);
+    service().loadFromConfig(false);
+    for (int i = 1; i <= 50; ++i) {
+        service().placeorder(COrderBuilder(23).line(QStringLiteral("600000"), 10.5, i * 100));
+    }
+    service().shutdown();
+    const auto commands = host.commands();
+    ASSERT_EQ(commands.size(), 50u);
+    for (int i = 1; i <= 50; ++i) {
+        int sum = 0;
+        for (const auto& code : commands[static_cast<std::size_t>(i) - 1]->m_codes) sum += code.m_nVolume;
+        EXPECT_EQ(sum, i * 100);
+    }
+}
+
+TEST_F(OrderService, OrdersBeforeTheConfigurationAreDropped) {
+    service().placeorder(good());
+    service().shutdown();
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(OrderService, OrdersMayComeFromAnyThread) {
+    addFileStrategy(3);
+    service().loadFromConfig(false);
+    std::vector<std::thread> producers;
+    for (int i = 0; i < 4; ++i) {
+        producers.emplace_back([this] {
+            for (int n = 0; n < 25; ++n) service().placeOrders({good()});
+        });
+    }
+    for (std::thread& producer : producers) producer.join();
+    service().shutdown();
+    EXPECT_EQ(host.commands().size(), 100u);
+}
+
+TEST_F(OrderService, StrategyMayChangeWhileItsOrdersWaitForAQuote) {
+    addFileStrategy(3);
+    host.user.strategies[3].m_stockSetting.m_ePriceType = EPriceType::Latest;
+    std::atomic<bool> entered{false};
+    host.quotes.onRead = [&](const QString&, int) {
+        if (entered.exchange(true)) return;
+        QString error;
+        std::thread([this, &error] { service().stopOrderStrategy(3, error); }).join();
+    };
+    service().loadFromConfig(false);
+    service().placeOrders({good(), good()});
+    service().shutdown();
+    EXPECT_EQ(host.commands().size(), 2u); // the batch goes on with the strategy as it was taken up
+    EXPECT_FALSE(service().hasRunning());
+}
+
+TEST_F(OrderService, UserWithoutAnyRightGetsNoVariant) {
+    addFileStrategy(3);
+    host.user.orderService = false;
+    host.user.rights.clear();
+    service().loadFromConfig(false);
+    EXPECT_EQ(service().getOrderService(), nullptr);
+    drop(3, "23,0,10.5,600000,100\norderParam=x\n");
+    service().placeLegalOrders({orderParamForOrderService(good())});
+    service().shutdown();
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_TRUE(host.errorTexts().empty());
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(OrderService, UserOfTheTwoPassVariantIsToldThatItIsNotBuilt) {
+    const QString refusal = QStringLiteral("[接口单]　此版本尚不支持分步下单服务, 指令未执行!");
+    addFileStrategy(3);
+    host.user.orderService = false;
+    service().loadFromConfig(false);
+    EXPECT_EQ(service().getOrderService(), nullptr);
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{refusal});
+    service().placeorder(good());
+    service().shutdown();
+    EXPECT_EQ(host.messageTexts(), (std::vector<QString>{refusal, refusal}));
+    EXPECT_TRUE(host.commands().empty());
+}
+
+TEST_F(OrderService, TradeFrameworkIsRefusedWithAMessage) {
+    host.user.framework = true;
+    service().loadFromConfig(false);
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[接口单]　此版本尚不支持交易框架接口!")});
+}
+
+TEST_F(OrderService, SecondLoadKeepsVariantAndFileThread) {
+    addFileStrategy(3);
+    service().loadFromConfig(false);
+    const COrderServiceBase* variant = service().getOrderService();
+    drop(3, "");
+    folder.write(fileOf(3), "");
+    service().loadFromConfig(false);
+    EXPECT_EQ(service().getOrderService(), variant);
+    drop(3, "");
+    EXPECT_EQ(threadsNamed("orderservice"), 1);
+}
+
+TEST_F(OrderService, LoadWithoutAUserBindsNothing) {
+    host.user.loggedIn = false;
+    service().loadFromConfig(true);
+    EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), -1);
+    EXPECT_TRUE(service().getStrategyMap().isEmpty());
+    EXPECT_FALSE(service().hasRunning());
+    EXPECT_EQ(threadsNamed("orderservice"), 0);
+}
+
+TEST_F(OrderService, LoadFiltersTheStrategiesOverTheLimit) {
+    addFileStrategy(1);
+    addFileStrategy(2);
+    host.user.maxStrategies = 1;
+    service().loadFromConfig(false);
+    EXPECT_EQ(service().getStrategyMap().keys(), QList<int>{1});
+}
+
+TEST_F(OrderService, LoadStartsWhatIsRememberedAsRunningAndDropsErrors) {
+    addFileStrategy(1);
+    addFileStrategy(2, false);
+    host.user.addStrategy(CStrategyBuilder().channel(4).file(folder.path("missing.txt")));
+    folder.write(fileOf(1), "23,0,10.5,600000,100\n");
+    service().loadFromConfig(true);
+    const auto strategies = service().getStrategyMap();
+    EXPECT_TRUE(strategies[1].isRunning());
+    EXPECT_FALSE(strategies[2].isRunning());
+    EXPECT_FALSE(strategies[4].isRunning());
+    EXPECT_FALSE(folder.exists(fileOf(1))); // what lay there at the start goes unread
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[标题2]　策略1: 启动成功!")});
+}
+
+TEST_F(OrderService, ShutdownWorksOffWhatWasTaken) {
+    addFileStrategy(3);
+    service().loadFromConfig(false);
+    std::string file;
+    for (int i = 0; i < 2000; ++i) file += "23,0,10.5,600000,100\n";
+    drop(3, file);
+    service().shutdown();
+    service().shutdown();
+    EXPECT_EQ(host.commands().size(), 2000u);
+    EXPECT_EQ(threadsNamed("orderservice"), 0);
+}
+
+TEST_F(OrderService, CancelGoesToTheTradeClientWithTheUsersWord) {
+    service().loadFromConfig(false);
+    service().cancelOrder(42);
+    host.records.waitUntil([this] { return !host.trade.cancelled.empty(); });
+    host.user.rights.clear();
+    service().cancelOrder(0);
+    service().shutdown();
+    ASSERT_EQ(host.trade.cancelled.size(), 2u);
+    const fake::CCancelledTask& first = host.trade.cancelled[0];
+    EXPECT_EQ(first.taskId, 42);
+    EXPECT_EQ(first.operation, 5);
+    EXPECT_EQ(first.text, "");
+    EXPECT_EQ(first.remark, "用户tester信号单撤销指令42");
+    EXPECT_EQ(first.tradingDay, "20260105");
+    EXPECT_FALSE(first.hasCallback);
+    EXPECT_EQ(first.flag, 0);
+    EXPECT_EQ(host.trade.cancelled[1].remark, "用户tester接口单撤销指令0");
+}
+
+TEST_F(OrderService, CancelOfAnOrderReachesTheHostAtOnce) {
+    std::vector<std::string> seen;
+    QObject::connect(
+        &service(), &COrderService::sigCancelOrders, &service(),
+        [&](std::vector<std::string>& fields) { seen = fields; }, Qt::DirectConnection);
+    std::vector<std::string> fields{"cancel_order", "A1", "77"};
+    service().cancelOrders(fields);
+    EXPECT_EQ(seen, fields);
+}
+
+TEST_F(OrderService, NewTradingDateGoesToTheFramework) {
+    emit host.exchange.sigNewTradingDate("20260106");
+    service().shutdown();
+    EXPECT_EQ(host.framework.dates, std::vector<std::string>{"20260106"});
+}
+
+TEST_F(OrderService, AnswerToACancelThatNoTableAskedForHasNoEffect) {
+    emit host.trade.sigCancelOrder({}, true, "done");
+    service().shutdown();
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(OrderService, StatusBarNamesTheRunningStrategiesInKeyOrder) {
+    EXPECT_EQ(service().getStatusBarTip(), QStringLiteral("没有正在运行的策略"));
+    addFileStrategy(2);
+    addFileStrategy(1);
+    addFileStrategy(5, false);
+    service().loadFromConfig(false);
+    EXPECT_EQ(service().getStatusBarTip(), QStringLiteral("策略1正在运行\n策略2正在运行"));
+}
+
+TEST_F(OrderService, SignalsAndSlotsKeepTheirPlacesInTheMetaObject) {
+    const QMetaObject* meta = service().metaObject();
+    const char* methods[] = {
+        "sigPlaceLegalOrders(QVector<TC::orderParamForOrderService>,const QMap<int,TC::COrderStrategyParam>*)",
+        "sigSetStatus(bool)",
+        "sigPlaceOrders(QVector<TC::COrderParam>)",
+        "sigCancelOrder(int)",
+        "sigStopStrategy(int,int)",
+        "sigCancelOrders(std::vector<std::string>&)",
+        "slotNewTradingDate(std::string)",
+        "slotPlaceOrders(QVector<TC::COrderParam>)",
+        "slotCancelOrder(int)",
+        "slotDbfCancelOrder(knservice::COrderInfoPtr,bool,std::string)",
+    };
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(meta->method(meta->methodOffset() + i).methodSignature().toStdString(), methods[i]);
+    }
+}
+
+TEST_F(OrderService, DbfStrategiesAreRefusedWithAMessage) {
+    service().loadFromConfig(false);
+    COrderStrategyParam param;
+    EXPECT_EQ(service().addDbfStrategy(param), -1);
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[批量埋单]　此版本尚不支持DBF委托表!")});
+}
+
+TEST_F(OrderService, AdapterWithoutAServiceStaysUnconnected) {
+    service().shutdown();
+    COrderService::release();
+    COrderServiceAdapter adapter;
+    const COrderStrategyMap strategies;
+    adapter.slotPlaceLegalOrders({orderParamForOrderService(good())}, &strategies);
+    COrderService::initInstance(new COrderService);
+    emit service().sigPlaceLegalOrders({orderParamForOrderService(good())}, &strategies);
+    EXPECT_TRUE(host.commands().empty());
+}
+
+TEST_F(OrderService, AdapterHandsCheckedOrdersToTheVariant) {
+    service().loadFromConfig(false);
+    const COrderServiceAdapter adapter;
+    const COrderStrategyMap strategies;
+    emit service().sigPlaceLegalOrders({orderParamForOrderService(good())}, &strategies);
+    EXPECT_TRUE(host.commands().empty()); // this variant has no second pass
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+} // namespace

@@ -1,0 +1,286 @@
+#include "tests/service/ServiceFixture.h"
+
+#include <vector>
+
+namespace {
+
+using namespace TC;
+
+class StrategyRegistry : public ServiceFixture {
+protected:
+    void SetUp() override {
+        ServiceFixture::SetUp();
+        QObject::connect(
+            &service(), &COrderService::sigSetStatus, &service(), [this](bool running) { statuses.push_back(running); },
+            Qt::DirectConnection);
+    }
+    /// Binds the service; the strategies stay as they are.
+    void load() {
+        service().loadFromConfig(false);
+        statuses.clear();
+    }
+    void add(const COrderStrategyParam& strategy) {
+        host.user.addStrategy(strategy);
+        load();
+    }
+    CStrategyBuilder stoppedFile() {
+        folder.write("a.txt", "old orders");
+        return CStrategyBuilder().file(folder.path("a.txt")).code(QStringLiteral("SH600000")).stopped();
+    }
+    int start(int id = 3, bool showMsg = false) {
+        error.clear();
+        return service().startOrderStrategy(id, error, showMsg);
+    }
+    bool isRunning(int id = 3) { return service().getStrategyMap()[id].isRunning(); }
+
+    QString error;
+    std::vector<bool> statuses;
+};
+
+TEST_F(StrategyRegistry, IdsFillTheFirstGap) {
+    const std::vector<std::pair<std::vector<int>, int>> cases{
+        {{}, 1}, {{1, 2, 4}, 3}, {{1, 2, 3}, 4}, {{10000, 10001}, 1}, {{2}, 1}, {{-1, 0}, 1}, {{0, 1}, 2}};
+    for (const auto& [keys, expected] : cases) {
+        host.user.strategies.clear();
+        for (const int key : keys) host.user.addStrategy(CStrategyBuilder().channel(key).stopped());
+        load();
+        EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), expected);
+    }
+}
+
+TEST_F(StrategyRegistry, NewStrategyHasItsNameSourceAndVolumes) {
+    load();
+    const int id = service().addOrderStrategy(EOrderStrategyType::Signal);
+    const COrderStrategyParam* strategy = service().getStrategyConst(id);
+    ASSERT_NE(strategy, nullptr);
+    EXPECT_EQ(strategy->m_nChannel, id);
+    EXPECT_EQ(strategy->m_strName, QStringLiteral("策略1"));
+    EXPECT_EQ(strategy->m_eStrategyType, EOrderStrategyType::Signal);
+    EXPECT_EQ(strategy->m_nVolume, 1);
+    EXPECT_EQ(strategy->m_nFurther1, 1);
+    EXPECT_EQ(strategy->m_nFurther2, 1);
+    EXPECT_FALSE(strategy->isRunning());
+}
+
+TEST_F(StrategyRegistry, NewStrategyCopiesTheUsersDefaultsSlotBySlot) {
+    using D = EDefaultSetting;
+    const D kinds[] = {D::Stock, D::Future, D::Basket, D::Option, D::Neeq, D::HGT, D::Gold};
+    for (const D kind : kinds) host.user.defaults[kind].m_strCmdLog = std::to_string(static_cast<int>(kind));
+    load();
+    const COrderStrategyParam* strategy = service().getStrategy(service().addOrderStrategy(EOrderStrategyType::File));
+    const D expected[] = {D::Stock, D::Future, D::Future, D::Future, D::Future, D::Future, D::Basket, D::None,
+                          D::Stock, D::Option, D::Neeq,   D::HGT,    D::Gold,   D::None,   D::None,   D::None};
+    for (int slot = 0; slot < 16; ++slot) {
+        const std::string text = expected[slot] == D::None ? "" : std::to_string(static_cast<int>(expected[slot]));
+        EXPECT_EQ(strategy->setting(static_cast<ESettingSlot>(slot)).m_strCmdLog, text) << slot;
+    }
+}
+
+TEST_F(StrategyRegistry, UpdateGoesByTheRecordsChannel) {
+    add(CStrategyBuilder().stopped().set([](auto& s) { s.m_nStartCount = 4; }));
+    COrderStrategyParam changed = CStrategyBuilder().stopped().volume(77).set([](auto& s) { s.m_nStartCount = 9; });
+    EXPECT_EQ(service().updateOrderStrategy(555, changed), 0);
+    EXPECT_EQ(service().getStrategyMap()[3].m_nVolume, 77);
+    EXPECT_EQ(service().getStrategyMap()[3].m_nStartCount, 0);
+    changed.m_nChannel = 9;
+    EXPECT_EQ(service().updateOrderStrategy(3, changed), -1);
+    EXPECT_EQ(service().getStrategyMap().size(), 1);
+}
+
+TEST_F(StrategyRegistry, RunningStrategyIsNotUpdated) {
+    add(stoppedFile());
+    ASSERT_EQ(start(), 0);
+    EXPECT_EQ(service().updateOrderStrategy(3, CStrategyBuilder().stopped().volume(77)), -1);
+    EXPECT_EQ(service().getStrategyMap()[3].m_nVolume, 1000);
+}
+
+TEST_F(StrategyRegistry, RemoveTakesRunningStrategiesToo) {
+    add(stoppedFile());
+    ASSERT_EQ(start(), 0);
+    EXPECT_EQ(service().removeOrderStrategy(3), 0);
+    EXPECT_EQ(service().removeOrderStrategy(3), -1);
+    EXPECT_EQ(service().getStrategy(3), nullptr);
+    EXPECT_EQ(service().getStrategyConst(3), nullptr);
+}
+
+TEST_F(StrategyRegistry, MapIsACopyThatLeavesThePointersGivenOutAlone) {
+    add(CStrategyBuilder().stopped());
+    const COrderStrategyParam* before = service().getStrategyConst(3);
+    {
+        auto copy = service().getStrategyMap();
+        service().updateOrderStrategy(3, CStrategyBuilder().stopped().volume(5));
+        EXPECT_EQ(copy[3].m_nVolume, 1000);
+    }
+    EXPECT_EQ(service().getStrategyConst(3), before);
+    EXPECT_EQ(before->m_nVolume, 5);
+}
+
+TEST_F(StrategyRegistry, StartOfAnUnknownStrategyFails) {
+    load();
+    EXPECT_EQ(start(12), -1);
+    EXPECT_EQ(error, QStringLiteral("策略12不存在"));
+    EXPECT_TRUE(statuses.empty());
+}
+
+TEST_F(StrategyRegistry, StartNeedsTheNamedAccounts) {
+    const std::vector<COrderStrategyParam> strategies{
+        stoppedFile().group(QStringLiteral("none")), stoppedFile().group(QString()),
+        stoppedFile().account(QStringLiteral("none")),
+        stoppedFile().set([](auto& s) { s.m_eSelectedAccountType = static_cast<ESelectedAccountType>(7); })};
+    for (const COrderStrategyParam& strategy : strategies) {
+        host.user.strategies.clear();
+        add(strategy);
+        EXPECT_EQ(start(), -1);
+        EXPECT_EQ(error, QStringLiteral("选择的账号组或账号不存在"));
+        EXPECT_FALSE(isRunning());
+        EXPECT_TRUE(folder.exists("a.txt"));
+    }
+}
+
+TEST_F(StrategyRegistry, SingleAccountIsLookedUpAmongTheAccountsAlsoInTableMode) {
+    host.user.simple.insert("S1");
+    add(stoppedFile().account(QStringLiteral("S1")).tableMode());
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("选择的账号组或账号不存在"));
+}
+
+TEST_F(StrategyRegistry, BasketGroupMayBeOfCreditAccounts) {
+    host.user.addAccount("C1", EQDBrokerType::Credit);
+    host.user.addGroup(EQDBrokerType::Credit, "CG", {{"C1", 1.0}});
+    add(stoppedFile().family(EOrderStrategyTradeType::Basket).group(QStringLiteral("CG")).code(QString()));
+    EXPECT_EQ(start(), 0);
+    EXPECT_TRUE(error.isEmpty()); // baskets have no code
+}
+
+TEST_F(StrategyRegistry, StartNeedsLoggedInAccounts) {
+    add(stoppedFile());
+    host.trade.loginStatus["A2"] = 3;
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("选择的账号登录失败"));
+    host.user.strategies.clear();
+    add(stoppedFile().account(QStringLiteral("A2")));
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("选择的账号登录失败"));
+    host.user.strategies.clear();
+    add(stoppedFile().account(QStringLiteral("A1")));
+    EXPECT_EQ(start(), 0);
+}
+
+TEST_F(StrategyRegistry, StartNeedsASource) {
+    add(CStrategyBuilder().stopped().file(""));
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("信号来源为空"));
+}
+
+TEST_F(StrategyRegistry, FileMustExistAtTheStart) {
+    add(CStrategyBuilder().stopped().file(folder.path("missing.txt")));
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("信号来源必须为文件"));
+    host.user.strategies.clear();
+    add(CStrategyBuilder().stopped().file(folder.path()));
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("信号来源必须为文件"));
+}
+
+TEST_F(StrategyRegistry, StartDropsTheFileThatWaitsUnread) {
+    add(stoppedFile());
+    EXPECT_EQ(start(3, true), 0);
+    EXPECT_TRUE(isRunning());
+    EXPECT_FALSE(folder.exists("a.txt"));
+    EXPECT_TRUE(error.isEmpty());
+    EXPECT_EQ(statuses, std::vector<bool>{true});
+    ASSERT_EQ(host.messages.messages.size(), 1u);
+    EXPECT_EQ(host.messages.messages[0].text, QStringLiteral("[标题2]　策略3: 启动成功!"));
+    EXPECT_EQ(host.messages.messages[0].level, MsgLevel::Note);
+}
+
+TEST_F(StrategyRegistry, QuietStartShowsNoMessage) {
+    add(stoppedFile());
+    EXPECT_EQ(start(3, false), 0);
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(StrategyRegistry, EmptyCodeIsANoteOnly) {
+    add(stoppedFile().code(QString()));
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(error, QStringLiteral("代码不能为空"));
+    EXPECT_TRUE(isRunning());
+}
+
+TEST_F(StrategyRegistry, EmptyCodeOfAFutureHasItsOwnNoteAndOfCreditNone) {
+    host.user.addGroup(EQDBrokerType::Future, "G", {{"A1", 1.0}});
+    add(stoppedFile().code(QString()).family(EOrderStrategyTradeType::Future));
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(error, QStringLiteral("合约代码为空"));
+    host.user.addGroup(EQDBrokerType::Credit, "G", {{"A1", 1.0}});
+    host.user.strategies.clear();
+    add(stoppedFile().code(QString()).family(EOrderStrategyTradeType::Credit));
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(error, QString());
+}
+
+TEST_F(StrategyRegistry, SecondStartOnlyTellsTheStatus) {
+    add(stoppedFile());
+    ASSERT_EQ(start(), 0);
+    statuses.clear();
+    EXPECT_EQ(start(3, true), 0);
+    EXPECT_EQ(statuses, std::vector<bool>{true});
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(StrategyRegistry, InterfaceStrategyNeedsNoFile) {
+    add(stoppedFile().source(EOrderStrategyType::Interface));
+    EXPECT_EQ(start(), 0);
+    EXPECT_TRUE(folder.exists("a.txt"));
+}
+
+TEST_F(StrategyRegistry, SourcesThatAreNotBuiltAreRefused) {
+    add(stoppedFile().source(EOrderStrategyType::Signal));
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("此版本尚不支持socket信号源"));
+    host.user.strategies.clear();
+    add(stoppedFile().source(EOrderStrategyType::BatchPending));
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("此版本尚不支持DBF委托表"));
+    host.user.strategies.clear();
+    add(stoppedFile().account(QStringLiteral("A1")).tableMode());
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("此版本尚不支持DBF委托表"));
+    host.user.strategies.clear();
+    host.user.encryption = true;
+    add(stoppedFile());
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("此版本尚不支持加密的文件单"));
+    EXPECT_TRUE(folder.exists("a.txt"));
+    EXPECT_TRUE(statuses.empty());
+}
+
+TEST_F(StrategyRegistry, StopAnnouncesItself) {
+    add(stoppedFile());
+    ASSERT_EQ(start(), 0);
+    service().getStrategy(3)->m_nStartCount = 5;
+    statuses.clear();
+    EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
+    EXPECT_FALSE(isRunning());
+    EXPECT_EQ(service().getStrategyMap()[3].m_nStartCount, 0);
+    EXPECT_EQ(statuses, std::vector<bool>{false});
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[标题2]　策略3: 停止运行!")});
+}
+
+TEST_F(StrategyRegistry, StopOfAStoppedOrUnknownStrategyOnlyTellsTheStatus) {
+    add(stoppedFile());
+    EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
+    EXPECT_EQ(service().stopOrderStrategy(99, error), 0);
+    EXPECT_EQ(statuses, (std::vector<bool>{false, false}));
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(StrategyRegistry, StoppedStrategyLeavesItsFileAlone) {
+    add(stoppedFile());
+    addFileStrategy(4);
+    ASSERT_EQ(service().startOrderStrategy(4, error, false), 0);
+    drop(4, ""); // a pass has gone over both by now
+    EXPECT_TRUE(folder.exists("a.txt"));
+}
+
+} // namespace
