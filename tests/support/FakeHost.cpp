@@ -1,6 +1,7 @@
 #include "tests/support/FakeHost.h"
 
 #include "records/Families.h"
+#include "tests/support/Describe.h"
 
 #include <boost/make_shared.hpp>
 
@@ -84,11 +85,17 @@ void CUser::addGroup(TC::EQDBrokerType broker, const std::string& group,
 
 void COrders::orderCommands(const TC::COrderComandParamPtr& command) {
     if (onCommand) onCommand(command);
-    m_records.record([&] { commands.push_back(command); });
+    m_records.record([&] {
+        commands.push_back(command);
+        m_records.log.push_back(describe(*command));
+    });
 }
 
 void COrders::showTradeError(const QString& text, const QString& title) {
-    m_records.record([&] { errors.push_back({text, title}); });
+    m_records.record([&] {
+        errors.push_back({text, title});
+        m_records.log.push_back("error " + title.toStdString() + ": " + text.toStdString());
+    });
 }
 
 TC::EBROKER_LOGIN_STATUS CTrade::getLoginStatus(const std::string& key) {
@@ -237,11 +244,17 @@ std::string CAlgorithms::getAlgParamsStr(TC::EOrderType type, const TC::CAlgorit
 
 void CMessages::showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool flag1, bool flag2,
                         const QString& extra) {
-    m_records.record([&] { messages.push_back({text, type, level, flag1, flag2, extra}); });
+    m_records.record([&] {
+        messages.push_back({text, type, level, flag1, flag2, extra});
+        m_records.log.push_back("message " + text.toStdString());
+    });
 }
 
 void CAudit::recordIntake(const TC::CIntakeReport& report) {
-    m_records.record([&] { reports.push_back(report); });
+    m_records.record([&] {
+        reports.push_back(report);
+        m_records.log.push_back(describe(report));
+    });
 }
 
 namespace {
@@ -268,7 +281,10 @@ std::vector<boost::shared_ptr<knservice::CTask>> CTasks::findTasks(int taskId) {
 }
 
 void CTasks::addOperation(int taskId, const TC::CTaskOpRecord& record) {
-    m_records.record([&] { operations.emplace_back(taskId, record); });
+    m_records.record([&] {
+        operations.emplace_back(taskId, record);
+        m_records.log.push_back("task " + std::to_string(taskId) + ": " + record.m_strRemark);
+    });
 }
 
 void CFramework::switchTradingDate(const std::string& date) {

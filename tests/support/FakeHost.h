@@ -43,6 +43,9 @@ public:
         const std::lock_guard lock(m_mutex);
         return read();
     }
+    /// Everything that reached the host, in order, one line each: what describe() of tests/support/Describe.h gives.
+    std::vector<std::string> log;
+
     /// Blocks until the condition on the records holds; false when it has not after a time that no healthy run needs.
     bool waitUntil(const std::function<bool()>& condition);
 

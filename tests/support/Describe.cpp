@@ -1,0 +1,45 @@
+#include "tests/support/Describe.h"
+
+#include <sstream>
+
+namespace {
+
+template<typename E>
+int number(E value) {
+    return static_cast<int>(value);
+}
+
+void describeCode(std::ostream& out, const TC::CCodeOrderParam& code) {
+    out << " [" << (code.m_account ? code.m_account->getKey() : "-") << " op " << number(code.m_eOperationType) << ' '
+        << code.m_stock.m_strMarket << code.m_stock.m_strCode << ' ' << code.m_nVolume << " at ";
+    if (TC::isInvalidPrice(code.m_dPrice)) {
+        out << '-';
+    } else {
+        out << code.m_dPrice;
+    }
+    out << " type " << number(code.m_ePriceType);
+    if (number(code.m_eOrderType) != 0) out << " kind " << number(code.m_eOrderType);
+    if (!TC::isUnset(code.m_nQuantityKind)) out << " quantity " << code.m_dQuantity;
+    out << ']';
+}
+
+} // namespace
+
+std::string describe(const TC::COrderComandParam& command) {
+    std::ostringstream out;
+    out << "command trader " << number(command.m_eTraderType) << " tag " << command.m_strTag;
+    if (!command.m_strRemark.empty()) out << " remark \"" << command.m_strRemark << '"';
+    if (!command.m_strAlgoParam.empty()) out << " algo \"" << command.m_strAlgoParam << '"';
+    if (number(command.m_ePlatform) != 0) out << " platform " << number(command.m_ePlatform);
+    if (command.m_bForceConfirm) out << " confirm";
+    for (const TC::CCodeOrderParam& code : command.m_codes) describeCode(out, code);
+    return out.str();
+}
+
+std::string describe(const TC::CIntakeReport& report) {
+    std::ostringstream out;
+    out << "intake channel " << report.m_nChannel << ": " << report.m_nLines << " lines, " << report.m_nOrders
+        << " orders";
+    if (report.m_bCutShort) out << ", cut short at " << report.m_strCause.toStdString();
+    return out.str();
+}

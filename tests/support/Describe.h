@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/IntakeAudit.h"
+#include "records/CommandParam.h"
+
+#include <string>
+
+/// What reached a host, as one line for transcripts.
+std::string describe(const TC::COrderComandParam& command);
+std::string describe(const TC::CIntakeReport& report);
