@@ -140,6 +140,7 @@ private:
     };
     const std::map<std::string, std::function<void(const CStatement&)>> m_statements{
         {"strategy", [this](const auto& s) { addStrategy(s); }},
+        {"account", [this](const auto& s) { host.user.addAccount(s.rest); }},
         {"stock", [this](const auto& s) { addStock(s); }},
         {"basket", [this](const auto& s) { addBasket(s); }},
         {"param", [this](const auto& s) { addParam(s); }},
