@@ -16,7 +16,9 @@ constexpr std::size_t kEmptyDocumentSize = 5;
 
 BSONObj::BSONObj(std::vector<std::uint8_t> bytes) {
     bson_t view;
-    if (!bson_init_static(&view, bytes.data(), bytes.size()) || !bson_validate(&view, BSON_VALIDATE_NONE, nullptr)) {
+    // libbson ends the process over fewer bytes than it can read a length from.
+    if (bytes.size() < kEmptyDocumentSize || !bson_init_static(&view, bytes.data(), bytes.size()) ||
+        !bson_validate(&view, BSON_VALIDATE_NONE, nullptr)) {
         throw std::invalid_argument("BSONObj: the bytes are not one BSON document");
     }
     if (bytes.size() > kEmptyDocumentSize) {

@@ -9,12 +9,14 @@
 #include "platform/TradeClient.h"
 #include "platform/TradeFrameworkSource.h"
 #include "platform/UserConfig.h"
+#include "service/HandOver.h"
 #include "service/StrategyRegistry.h"
 #include "variants/OrderServiceUnion.h"
 
-#include <QMutexLocker>
 #include <QThread>
 
+#include <future>
+#include <mutex>
 #include <thread>
 
 Q_DECLARE_METATYPE(TC::COrderParam)
@@ -48,6 +50,7 @@ void reportUnbuiltVariant() {
 struct COrderService::CThreads {
     QThread service;
     std::thread file;
+    CHandOver handOver;
 };
 
 COrderService::COrderService(QObject* parent)
@@ -56,13 +59,34 @@ COrderService::COrderService(QObject* parent)
       m_threads(std::make_unique<CThreads>()) {
     registerMetaTypes();
     m_fileService = std::make_unique<CFileService>(*this, *this);
-    connect(&CExchangeClient::instance(), &CExchangeClient::sigNewTradingDate, this,
-            &COrderService::slotNewTradingDate);
-    connect(&CTradeClient::instance(), &CTradeClient::sigCancelOrder, this, &COrderService::slotDbfCancelOrder);
+    connectHost();
     connect(this, &COrderService::sigPlaceOrders, this, &COrderService::slotPlaceOrders);
     connect(this, &COrderService::sigCancelOrder, this, &COrderService::slotCancelOrder);
+    installEventFilter(&m_threads->handOver);
     m_threads->service.start(QThread::InheritPriority);
     moveToThread(&m_threads->service);
+    m_threads->handOver.moveToThread(&m_threads->service);
+}
+
+/// The host's signals reach the slots as an automatic connection would bring them, through the hand-over like all else.
+void COrderService::connectHost() {
+    connect(
+        &CExchangeClient::instance(), &CExchangeClient::sigNewTradingDate, this,
+        [this](const std::string& date) {
+            m_threads->handOver.around([&] {
+                QMetaObject::invokeMethod(this, [this, date] { slotNewTradingDate(date); }, Qt::AutoConnection);
+            });
+        },
+        Qt::DirectConnection);
+    connect(
+        &CTradeClient::instance(), &CTradeClient::sigCancelOrder, this,
+        [this](const knservice::COrderInfoPtr& info, bool success, const std::string& message) {
+            m_threads->handOver.around([&] {
+                QMetaObject::invokeMethod(
+                    this, [=] { slotDbfCancelOrder(info, success, message); }, Qt::AutoConnection);
+            });
+        },
+        Qt::DirectConnection);
 }
 
 COrderService::~COrderService() {
@@ -75,13 +99,17 @@ void COrderService::shutdown() {
     m_fileService->stop();
     if (m_threads->file.joinable()) m_threads->file.join();
     // Events are served in order: when this one has had its turn, every batch posted before has too.
-    QMetaObject::invokeMethod(this, [] {}, Qt::BlockingQueuedConnection);
+    std::promise<void> workedOff;
+    m_threads->handOver.around([&] {
+        QMetaObject::invokeMethod(this, [&workedOff] { workedOff.set_value(); }, Qt::QueuedConnection);
+    });
+    workedOff.get_future().wait();
     m_threads->service.quit();
     m_threads->service.wait();
 }
 
 void COrderService::loadFromConfig(bool showMsg) {
-    const QMutexLocker lock(&m_registry->mutex());
+    const std::lock_guard lock(m_registry->mutex());
     CUserConfig* user = getUserConfig();
     m_registry->bind(user != nullptr ? user->getStrategyMap() : nullptr);
     if (user == nullptr) return;
@@ -113,11 +141,11 @@ void COrderService::startFileThread() {
 }
 
 void COrderService::placeorder(COrderParam order) {
-    emit sigPlaceOrders({std::move(order)});
+    placeOrders({std::move(order)});
 }
 
 void COrderService::placeOrders(QVector<COrderParam> orders) {
-    emit sigPlaceOrders(std::move(orders));
+    m_threads->handOver.around([&] { emit sigPlaceOrders(std::move(orders)); });
 }
 
 void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) {
@@ -126,7 +154,7 @@ void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) 
 }
 
 void COrderService::cancelOrder(int taskId) {
-    emit sigCancelOrder(taskId);
+    m_threads->handOver.around([&] { emit sigCancelOrder(taskId); });
 }
 
 void COrderService::cancelOrders(std::vector<std::string>& fields) {
@@ -142,7 +170,7 @@ QString COrderService::getStatusBarTip() const {
 }
 
 COrderServiceBase* COrderService::getOrderService() const {
-    const QMutexLocker lock(&m_registry->mutex());
+    const std::lock_guard lock(m_registry->mutex());
     return m_orderService.get();
 }
 
@@ -202,7 +230,7 @@ void COrderService::slotNewTradingDate(std::string date) {
 }
 
 void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
-    QMutexLocker lock(&m_registry->mutex());
+    std::unique_lock lock(m_registry->mutex());
     COrderServiceBase* variant = m_orderService.get();
     // The variant works on copies: checks can wait for quotes, and the registry must stay open meanwhile.
     const COrderStrategyMap strategies = m_registry->copyFor(orders);

@@ -114,6 +114,7 @@ public slots:
     void slotDbfCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
 
 private:
+    void connectHost();
     void chooseVariant();
     void startFileThread();
 

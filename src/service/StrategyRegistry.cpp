@@ -7,8 +7,6 @@
 #include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
 
-#include <QMutexLocker>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -75,7 +73,7 @@ void announce(const COrderStrategyParam& strategy, const QString& outcome) {
 } // namespace
 
 void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_pStrategies = strategies;
 }
 
@@ -88,7 +86,7 @@ int CStrategyRegistry::nextId() const {
 }
 
 int CStrategyRegistry::add(EOrderStrategyType type) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     const CUserConfig* user = getUserConfig();
     if (m_pStrategies == nullptr || user == nullptr) return kFailure;
     COrderStrategyParam strategy;
@@ -105,7 +103,7 @@ int CStrategyRegistry::add(EOrderStrategyType type) {
 }
 
 int CStrategyRegistry::update(const COrderStrategyParam& param) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     COrderStrategyParam* stored = find(param.m_nChannel);
     if (stored == nullptr || stored->isRunning()) return kFailure;
     *stored = param;
@@ -114,19 +112,19 @@ int CStrategyRegistry::update(const COrderStrategyParam& param) {
 }
 
 int CStrategyRegistry::remove(int id) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     return m_pStrategies != nullptr && m_pStrategies->remove(id) > 0 ? kSuccess : kFailure;
 }
 
 COrderStrategyParam* CStrategyRegistry::find(int id) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return nullptr;
     const auto found = m_pStrategies->find(id);
     return found != m_pStrategies->end() ? &found.value() : nullptr;
 }
 
 int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     COrderStrategyParam* strategy = find(id);
     if (strategy == nullptr) {
         error = QStringLiteral("策略%1不存在").arg(id);
@@ -181,7 +179,7 @@ bool CStrategyRegistry::openSource(const COrderStrategyParam& strategy, QString&
 }
 
 int CStrategyRegistry::stop(int id, QString&) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     COrderStrategyParam* strategy = find(id);
     if (strategy == nullptr || !strategy->isRunning()) {
         m_onStatus(hasRunning());
@@ -195,7 +193,7 @@ int CStrategyRegistry::stop(int id, QString&) {
 }
 
 void CStrategyRegistry::restartRemembered(bool showMsg) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return;
     const QList<int> channels = m_pStrategies->keys();
     for (const int channel : channels) {
@@ -208,7 +206,7 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
 }
 
 COrderStrategyMap CStrategyRegistry::copy() {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return {};
     // Detached at once: the host's map must stay unshared, or its next change would move the records that getStrategy
     // has given out.
@@ -218,7 +216,7 @@ COrderStrategyMap CStrategyRegistry::copy() {
 }
 
 COrderStrategyMap CStrategyRegistry::copyFor(const QVector<COrderParam>& orders) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     COrderStrategyMap result;
     for (const COrderParam& order : orders) {
         if (result.contains(order.m_nChannel)) continue;
@@ -234,7 +232,7 @@ bool CStrategyRegistry::hasRunning() const {
 }
 
 QString CStrategyRegistry::statusBarTip() {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (!hasRunning()) return QStringLiteral("没有正在运行的策略");
     QStringList lines;
     for (const COrderStrategyParam& strategy : qAsConst(*m_pStrategies)) {
@@ -244,7 +242,7 @@ QString CStrategyRegistry::statusBarTip() {
 }
 
 void CStrategyRegistry::visit(const std::function<void(int, const COrderStrategyParam&)>& visitor) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return;
     for (auto it = m_pStrategies->cbegin(); it != m_pStrategies->cend(); ++it) visitor(it.key(), it.value());
 }

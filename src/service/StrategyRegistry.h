@@ -3,11 +3,11 @@
 #include "records/OrderParam.h"
 #include "records/StrategyParam.h"
 
-#include <QMutex>
 #include <QString>
 #include <QVector>
 
 #include <functional>
+#include <mutex>
 
 namespace TC {
 
@@ -22,7 +22,7 @@ public:
     explicit CStrategyRegistry(CStatusListener listener) : m_onStatus(std::move(listener)) {}
 
     /// Guards the map. Recursive: who holds it may call every operation here.
-    QRecursiveMutex& mutex() { return m_mutex; }
+    std::recursive_mutex& mutex() { return m_mutex; }
 
     void bind(COrderStrategyMap* strategies);
     /// The bound map or null; only with the mutex held.
@@ -49,7 +49,7 @@ private:
     bool startChecked(COrderStrategyParam& strategy, QString& error);
     bool openSource(const COrderStrategyParam& strategy, QString& error);
 
-    QRecursiveMutex m_mutex;
+    std::recursive_mutex m_mutex;
     COrderStrategyMap* m_pStrategies = nullptr;
     CStatusListener m_onStatus;
 };
