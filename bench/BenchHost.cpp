@@ -101,7 +101,8 @@ void CBenchHost::dropOrders(int count) {
 
 std::string stockLines(int count) {
     std::string bytes;
-    for (int i = 0; i < count; ++i) bytes += "23,0,10.5,600000,100\n";
+    for (int i = 0; i < count; ++i)
+        bytes += "23,0,10.5,600000,100\n";
     return bytes;
 }
 

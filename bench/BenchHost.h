@@ -41,8 +41,8 @@ public:
     void showMsg(const QString&, TC::EMsgTypeDef, TC::MsgLevel, bool, bool, const QString&) override {}
 };
 
-/// The order service on a host that answers at once and prints nothing, with one or more file strategies running.
-/// Lives once in a process at a time.
+/// The order service on a host that answers at once and prints nothing, with one or more file strategies
+/// running. Lives once in a process at a time.
 class CBenchHost {
 public:
     /// intervalMs: the polling interval. folder: an existing folder for the order files.

@@ -1,5 +1,6 @@
-// idle_cost: share of one processor, in percent, that the service takes with 50 running strategies, no files and a
-// polling interval of 50 ms. The baseline opens the same absent files at the same pace and does nothing else.
+// idle_cost: share of one processor, in percent, that the service takes with 50 running strategies, no files
+// and a polling interval of 50 ms. The baseline opens the same absent files at the same pace and does nothing
+// else.
 #include "bench/BenchHost.h"
 #include "bench/Figure.h"
 

@@ -1,5 +1,5 @@
-// line_parse: nanoseconds per plain stock line, from the bytes of a file to COrderParam. The baseline reads the same
-// file with fgets, splits it and converts its numbers, and builds no record.
+// line_parse: nanoseconds per plain stock line, from the bytes of a file to COrderParam. The baseline reads
+// the same file with fgets, splits it and converts its numbers, and builds no record.
 #include "bench/BenchHost.h"
 #include "bench/Figure.h"
 #include "intake/LineReader.h"
@@ -37,7 +37,8 @@ std::size_t parseFile(std::FILE* stream) {
     parser.expectBytes(static_cast<long long>(bench::stockLines(1).size()) * kLines);
     TC::CLineReader reader(stream);
     std::string line;
-    while (reader.readLine(line)) parser.parseLineParam(line);
+    while (reader.readLine(line))
+        parser.parseLineParam(line);
     return static_cast<std::size_t>(parser.takeOrders().size());
 }
 
@@ -74,7 +75,8 @@ void measure(benchmark::State& state, const Read& read) {
         std::fclose(stream);
         seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     }
-    bench::report(state, seconds * 1e9 / (static_cast<double>(kLines) * static_cast<double>(state.iterations())), "ns");
+    bench::report(
+        state, seconds * 1e9 / (static_cast<double>(kLines) * static_cast<double>(state.iterations())), "ns");
     bench::removeFolder(folder);
 }
 

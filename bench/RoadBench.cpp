@@ -1,6 +1,6 @@
-// file_to_commands: microseconds per order of a large file through loop, queue, check and issue, to a host that answers
-// at once; the baseline is the same for a file of 1,000 lines. memory_per_order: resident bytes for each order of that
-// file while it waits in the queue; the baseline is the bytes of its line.
+// file_to_commands: microseconds per order of a large file through loop, queue, check and issue, to a host
+// that answers at once; the baseline is the same for a file of 1,000 lines. memory_per_order: resident bytes
+// for each order of that file while it waits in the queue; the baseline is the bytes of its line.
 #include "bench/BenchHost.h"
 #include "bench/Figure.h"
 
@@ -29,7 +29,8 @@ void roadTime(benchmark::State& state, int orders) {
         seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
         if (host.orders().refusals() != 0) state.SkipWithError("orders were refused");
     }
-    bench::report(state, seconds * 1e6 / (static_cast<double>(orders) * static_cast<double>(state.iterations())), "us");
+    bench::report(
+        state, seconds * 1e6 / (static_cast<double>(orders) * static_cast<double>(state.iterations())), "us");
     bench::removeFolder(folder);
 }
 
@@ -70,7 +71,8 @@ void memoryPerOrder(benchmark::State& state) {
 }
 
 void memoryPerOrderBaseline(benchmark::State& state) {
-    for (auto _ : state) benchmark::ClobberMemory();
+    for (auto _ : state)
+        benchmark::ClobberMemory();
     bench::report(state, static_cast<double>(bench::stockLines(1).size()), "bytes");
 }
 

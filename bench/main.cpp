@@ -19,7 +19,8 @@ public:
 
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
-            if (run.error_occurred) std::printf("%s failed: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
+            if (run.error_occurred)
+                std::printf("%s failed: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
             if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
             const auto value = run.counters.find(bench::kValue);
             if (value != run.counters.end()) add(run.run_name.function_name, value->second, run.report_label);
@@ -39,7 +40,8 @@ public:
 private:
     static bool isBaseline(const std::string& name) {
         return name.size() > kBaselineSuffix.size() &&
-               name.compare(name.size() - kBaselineSuffix.size(), kBaselineSuffix.size(), kBaselineSuffix) == 0;
+               name.compare(name.size() - kBaselineSuffix.size(), kBaselineSuffix.size(), kBaselineSuffix) ==
+                   0;
     }
 
     void add(const std::string& name, double value, const std::string& unit) {

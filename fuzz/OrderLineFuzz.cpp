@@ -1,5 +1,5 @@
-// Any bytes as an order file, through the line reader's splitting and the grammar: no crash, no undefined behaviour, and
-// every order that comes out belongs to the file's channel or to a basket.
+// Any bytes as an order file, through the line reader's splitting and the grammar: no crash, no undefined
+// behaviour, and every order that comes out belongs to the file's channel or to a basket.
 #include "intake/OrderFileParser.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>

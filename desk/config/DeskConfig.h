@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-/// What a desk folder says, as plain records. Texts are UTF-8, prices and money in currency units, volumes in shares or
-/// lots. An instrument key is market and code joined, such as "SH600000".
+/// What a desk folder says, as plain records. Texts are UTF-8, prices and money in currency units, volumes in
+/// shares or lots. An instrument key is market and code joined, such as "SH600000".
 namespace desk {
 
 struct CUserEntry {
@@ -96,7 +96,8 @@ struct CQuoteChange {
 
 struct CDeskConfig {
     CUserEntry user;
-    std::set<std::string> switches; ///< names of the switches of "mdl_order" that are on
+    bool acceptForcedConfirm = false; ///< stands for the user's word where a command must be confirmed
+    std::set<std::string> switches;   ///< names of the switches of "mdl_order" that are on
     std::vector<CAccountEntry> accounts;
     std::vector<CGroupEntry> groups;
     TC::CBasketMap baskets;

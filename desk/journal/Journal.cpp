@@ -95,6 +95,11 @@ utils::KNError CJournal::failure() const {
     return m_failure;
 }
 
+std::int64_t CJournal::lastSeq() const {
+    const std::lock_guard lock(m_mutex);
+    return m_nLastSeq;
+}
+
 std::int64_t CJournal::lastBrokerEvent() const {
     const std::lock_guard lock(m_mutex);
     return m_nLastBrokerEvent;

@@ -58,6 +58,9 @@ public:
     /// where there was none. The paper broker delivers again what comes after it.
     std::int64_t lastBrokerEvent() const;
 
+    /// Number of the last record written.
+    std::int64_t lastSeq() const;
+
     /// Writes a `stopped` record with the reason, brings the file to the disk and closes it. The file is
     /// closed whatever comes back.
     [[nodiscard]] utils::KNError close(const std::string& reason);

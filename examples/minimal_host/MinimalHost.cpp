@@ -34,7 +34,8 @@ bool isOurStock(const QString& stockKey) {
 } // namespace
 
 void CUser::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType, const QString& name,
-                               std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios, bool) const {
+                               std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
+                               bool) const {
     if (!hasAccount(name)) return;
     const auto account = boost::make_shared<TC::CAccountInfo>();
     account->m_nBrokerType = static_cast<int>(broker);
@@ -46,8 +47,8 @@ void CUser::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountTyp
 void COrders::orderCommands(const TC::COrderComandParamPtr& command) {
     for (const TC::CCodeOrderParam& code : command->m_codes) {
         std::cout << "command: account " << code.m_account->getKey() << ", " << code.m_stock.m_strMarket
-                  << code.m_stock.m_strCode << ", operation " << static_cast<int>(code.m_eOperationType) << ", volume "
-                  << code.m_nVolume << ", price " << code.m_dPrice << std::endl;
+                  << code.m_stock.m_strCode << ", operation " << static_cast<int>(code.m_eOperationType)
+                  << ", volume " << code.m_nVolume << ", price " << code.m_dPrice << std::endl;
     }
     answer(true);
 }
@@ -63,9 +64,9 @@ void COrders::answer(bool ordered) {
 }
 
 std::vector<int> CTrading::splitEntrusts(int volume, double, TC::EPriceType,
-                                         const std::vector<TC::CAccountInfoPtr>& accounts, const std::vector<double>&,
-                                         TC::EPositionType, const std::string&, const std::string&,
-                                         TC::EOperationType, TC::EHedge_Flag_Type,
+                                         const std::vector<TC::CAccountInfoPtr>& accounts,
+                                         const std::vector<double>&, TC::EPositionType, const std::string&,
+                                         const std::string&, TC::EOperationType, TC::EHedge_Flag_Type,
                                          const boost::shared_ptr<utils::KNError>&) {
     std::vector<int> volumes(accounts.size(), 0);
     volumes.front() = volume;
@@ -98,8 +99,8 @@ void CMessages::showMsg(const QString& text, TC::EMsgTypeDef, TC::MsgLevel, bool
     std::cout << "message: " << text.toStdString() << std::endl;
 }
 
-void CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record, TC::EOperationType, int,
-                                 double price, const TC::CPriceDataPtr&) {
+void CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
+                                 TC::EOperationType, int, double price, const TC::CPriceDataPtr&) {
     record.m_ePriceType = setting.m_ePriceType;
     record.m_eOrderType = setting.m_eOrderType;
     record.m_dPrice = price;

@@ -1,7 +1,7 @@
 #pragma once
 
-// The least that a host must bring: one user, one account, one instrument with a fixed price, and an order client that
-// prints what it is given. A real client answers the same questions from its own services.
+// The least that a host must bring: one user, one account, one instrument with a fixed price, and an order
+// client that prints what it is given. A real client answers the same questions from its own services.
 
 #include <platform/AlgorithmTradeHelper.h>
 #include <platform/ExchangeClient.h>
@@ -41,14 +41,16 @@ public:
     int getMaxOrderServerNumSocket() const override { return 10; }
     int getMinFileServiceInterval() const override { return 50; }
     TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef) const override { return {}; }
-    const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType, const QString&) const override { return nullptr; }
+    const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType, const QString&) const override {
+        return nullptr;
+    }
     bool hasAccount(const QString& name) const override { return name == QLatin1String(kAccount); }
     bool hasSimpleAccount(const QString&) const override { return false; }
     void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
                             std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                             bool simple) const override;
-    bool isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC::EQDBrokerType, const std::string&, const std::string&,
-                          TC::EOrderType) const override {
+    bool isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC::EQDBrokerType, const std::string&,
+                          const std::string&, TC::EOrderType) const override {
         return true;
     }
     TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting) const override { return {}; }
@@ -78,12 +80,13 @@ public:
     TC::EBROKER_LOGIN_STATUS getLoginStatus(const std::string&) override {
         return TC::EBROKER_LOGIN_STATUS::LoggedIn;
     }
-    std::vector<int> splitEntrusts(int volume, double, TC::EPriceType, const std::vector<TC::CAccountInfoPtr>& accounts,
+    std::vector<int> splitEntrusts(int volume, double, TC::EPriceType,
+                                   const std::vector<TC::CAccountInfoPtr>& accounts,
                                    const std::vector<double>&, TC::EPositionType, const std::string&,
                                    const std::string&, TC::EOperationType, TC::EHedge_Flag_Type,
                                    const boost::shared_ptr<utils::KNError>&) override;
-    void cancelTask(int, int, const std::string&, const std::string&, const std::string&, const CCancelCallback&,
-                    int) override {}
+    void cancelTask(int, int, const std::string&, const std::string&, const std::string&,
+                    const CCancelCallback&, int) override {}
 };
 
 class CExchange : public TC::CExchangeClient {
@@ -115,17 +118,23 @@ public:
     QString getAccountFromOrderParam(const QString& part1, const QString&) override { return part1; }
     bool parserOrderTradeParam(const std::string&, TC::COrderTradeParam&) override { return false; }
     void orderSettingFromString(TC::COrderSetting&, const QString&) override {}
-    void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record, TC::EOperationType, int,
-                             double price, const TC::CPriceDataPtr&) override;
+    void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
+                             TC::EOperationType, int, double price, const TC::CPriceDataPtr&) override;
     void fixTimeRange(TC::CCodeOrderParam&) override {}
     bool isMarketPrice(TC::EPriceType) override { return false; }
     bool isAlgoOrderType(TC::EOrderType) override { return false; }
-    TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType) override { return TC::ETradePlatform::Plain; }
-    QString orderStrategyTypeToOrderTitle(TC::EOrderStrategyType) override { return QStringLiteral("[order]"); }
+    TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType) override {
+        return TC::ETradePlatform::Plain;
+    }
+    QString orderStrategyTypeToOrderTitle(TC::EOrderStrategyType) override {
+        return QStringLiteral("[order]");
+    }
     QString orderStrategyTypeToString(TC::EOrderStrategyType type) override { return number(type); }
     QString orderStrategyOrderTypeToString(int orderType) override { return QString::number(orderType); }
     QString orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType type) override { return number(type); }
-    QString knPriceTypeToString(TC::EPriceType type, const std::string&, bool) override { return number(type); }
+    QString knPriceTypeToString(TC::EPriceType type, const std::string&, bool) override {
+        return number(type);
+    }
 
 private:
     template<typename E>
@@ -150,7 +159,9 @@ public:
 
 class CAlgorithms : public TC::CAlgorithmTradeHelper {
 public:
-    bool getAlgOrderSettingFromString(const std::string&, TC::CAlgorithmOrderSettingPtr&) override { return false; }
+    bool getAlgOrderSettingFromString(const std::string&, TC::CAlgorithmOrderSettingPtr&) override {
+        return false;
+    }
     std::string getAlgParamsStr(TC::EOrderType, const TC::CAlgorithmOrderSettingPtr&,
                                 const std::vector<TC::CCodeOrderParam>&) override {
         return {};

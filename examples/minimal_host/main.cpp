@@ -19,7 +19,8 @@ int startStrategy(TC::COrderService& service) {
     strategy.m_strSignalSource = QStringLiteral("call");
     strategy.m_strCode = QLatin1String(minimal::kCode);
     QString error;
-    if (service.updateOrderStrategy(channel, strategy) != 0 || service.startOrderStrategy(channel, error, true) != 0) {
+    if (service.updateOrderStrategy(channel, strategy) != 0 ||
+        service.startOrderStrategy(channel, error, true) != 0) {
         std::cerr << "the strategy does not start: " << error.toStdString() << std::endl;
         return -1;
     }

@@ -9,7 +9,8 @@
 
 namespace bson {
 
-/// One BSON document, shared by reference count and never changed once made. A default object is the empty document.
+/// One BSON document, shared by reference count and never changed once made. A default object is the empty
+/// document.
 class BSONObj {
 public:
     BSONObj() = default;

@@ -12,7 +12,9 @@ public:
     double time() override {
         return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
     }
-    void sleep(double seconds) override { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }
+    void sleep(double seconds) override {
+        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+    }
     QDateTime currentDateTime() override { return QDateTime::currentDateTime(); }
 };
 

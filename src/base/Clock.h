@@ -4,8 +4,8 @@
 
 namespace utils {
 
-/// The one source of time. Library code reads the time and sleeps through the functions below and nowhere else,
-/// so that a test can put a clock of its own behind them.
+/// The one source of time. Library code reads the time and sleeps through the functions below and nowhere
+/// else, so that a test can put a clock of its own behind them.
 class IClock {
 public:
     virtual ~IClock() = default;
@@ -20,8 +20,8 @@ public:
     virtual QDateTime currentDateTime() = 0;
 };
 
-/// Puts a clock in place of the machine's; null brings the machine's back. The caller keeps the clock alive while
-/// it is installed, and installs it only while no other thread uses the library.
+/// Puts a clock in place of the machine's; null brings the machine's back. The caller keeps the clock alive
+/// while it is installed, and installs it only while no other thread uses the library.
 void installClock(IClock* clock);
 
 double getTime();

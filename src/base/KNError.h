@@ -5,8 +5,8 @@
 
 namespace utils {
 
-/// What became of an operation: an id, 0 for success, and a text in UTF-8 for people. A plain value; a host sets
-/// it, the library reads it.
+/// What became of an operation: an id, 0 for success, and a text in UTF-8 for people. A plain value; a host
+/// sets it, the library reads it.
 class KNError {
 public:
     KNError() = default;

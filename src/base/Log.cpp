@@ -13,12 +13,18 @@ std::atomic<bool> s_logEnabled{false};
 
 log4cxx::LevelPtr log4cxxLevel(ELogLevel level) {
     switch (level) {
-    case ELogLevel::Trace: return log4cxx::Level::getTrace();
-    case ELogLevel::Debug: return log4cxx::Level::getDebug();
-    case ELogLevel::Info: return log4cxx::Level::getInfo();
-    case ELogLevel::Warn: return log4cxx::Level::getWarn();
-    case ELogLevel::Error: return log4cxx::Level::getError();
-    case ELogLevel::Fatal: return log4cxx::Level::getFatal();
+    case ELogLevel::Trace:
+        return log4cxx::Level::getTrace();
+    case ELogLevel::Debug:
+        return log4cxx::Level::getDebug();
+    case ELogLevel::Info:
+        return log4cxx::Level::getInfo();
+    case ELogLevel::Warn:
+        return log4cxx::Level::getWarn();
+    case ELogLevel::Error:
+        return log4cxx::Level::getError();
+    case ELogLevel::Fatal:
+        return log4cxx::Level::getFatal();
     }
     return log4cxx::Level::getInfo();
 }

@@ -4,8 +4,8 @@
 
 namespace utils {
 
-/// Log levels of the client, least to gravest. The numbers that reach the log are 5000, 10000, 20000, 30000, 40000
-/// and 50000.
+/// Log levels of the client, least to gravest. The numbers that reach the log are 5000, 10000, 20000, 30000,
+/// 40000 and 50000.
 enum class ELogLevel { Trace = 0, Debug = 1, Info = 2, Warn = 3, Error = 4, Fatal = 5 };
 
 /// Name of the logger that the order service writes to.
@@ -20,7 +20,8 @@ public:
     /// Whether anybody wants lines at all. Callers ask before they format. Any thread.
     static bool logEnabled();
 
-    /// Writes one line, headed by the object's address and the function's full name. `text` is UTF-8. Any thread.
+    /// Writes one line, headed by the object's address and the function's full name. `text` is UTF-8. Any
+    /// thread.
     static void log(ELogLevel level, const char* logger, const void* object, const char* function,
                     const std::string& text);
 };

@@ -3,15 +3,16 @@
 namespace utils {
 
 /// A singleton whose owner decides when it lives. The host creates the object, hands it to initInstance and
-/// calls release at the end of the process. Not thread safe: init and release belong to the main thread, before
-/// the first and after the last reader.
+/// calls release at the end of the process. Not thread safe: init and release belong to the main thread,
+/// before the first and after the last reader.
 template<typename T>
 class CManualSingletonT {
 public:
     /// The stored object, or null when there is none.
     static T* instance() { return s_pInstance; }
 
-    /// Stores the object and takes it over, unless one is stored already; then the argument stays the caller's.
+    /// Stores the object and takes it over, unless one is stored already; then the argument stays the
+    /// caller's.
     static void initInstance(T* object) {
         if (s_pInstance == nullptr) s_pInstance = object;
     }

@@ -31,8 +31,8 @@ std::optional<int> fastInt(std::string_view text) {
 // An integer of at most 15 digits and a power of ten up to 10^15 are both exact doubles, so that one division
 // rounds correctly: the result is the very double that strtod gives.
 constexpr std::size_t kFastDoubleDigits = 15;
-constexpr std::array<double, kFastDoubleDigits + 1> kPowersOfTen = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+constexpr std::array<double, kFastDoubleDigits + 1> kPowersOfTen = {
+    1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 std::optional<double> fastDouble(std::string_view text) {
     std::int64_t mantissa = 0;

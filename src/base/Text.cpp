@@ -102,7 +102,8 @@ QString fillText(const QString& pattern, std::initializer_list<QString> argument
 void string_replace(std::string& text, char unwanted) {
     const std::size_t first = text.find(unwanted);
     if (first == std::string::npos) return;
-    text.erase(std::remove(text.begin() + static_cast<std::ptrdiff_t>(first), text.end(), unwanted), text.end());
+    text.erase(std::remove(text.begin() + static_cast<std::ptrdiff_t>(first), text.end(), unwanted),
+               text.end());
 }
 
 } // namespace utils

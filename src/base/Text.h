@@ -6,12 +6,13 @@
 #include <initializer_list>
 #include <string>
 
-/// Text encodings. Order files and the socket protocol carry GBK, commands and logs UTF-8. All functions are pure
-/// and may be called from any thread; bytes that fit no encoding become U+FFFD, or '?' in GBK, and never an error.
+/// Text encodings. Order files and the socket protocol carry GBK, commands and logs UTF-8. All functions are
+/// pure and may be called from any thread; bytes that fit no encoding become U+FFFD, or '?' in GBK, and never
+/// an error.
 namespace UW {
 
-/// Reads UTF-8 where the bytes are valid UTF-8, and GBK otherwise: a GBK basket name and a UTF-8 table row both
-/// arrive whole.
+/// Reads UTF-8 where the bytes are valid UTF-8, and GBK otherwise: a GBK basket name and a UTF-8 table row
+/// both arrive whole.
 QString sToQs(const char* bytes, std::size_t size);
 QString sToQs(const std::string& bytes);
 
@@ -35,9 +36,9 @@ std::string toLocal8Bit(const QString& text);
 /// The bytes of a path for the file system: UTF-8, also under the "C" locale.
 std::string toPathBytes(const QString& path);
 
-/// Puts the first argument in place of every "%1" of the pattern, the second in place of every "%2", and so on. Unlike
-/// QString::arg it goes by the number alone: a pattern may name an argument twice or not at all, and what an argument
-/// holds is never taken for a place. A place without an argument stays as it stands.
+/// Puts the first argument in place of every "%1" of the pattern, the second in place of every "%2", and so
+/// on. Unlike QString::arg it goes by the number alone: a pattern may name an argument twice or not at all,
+/// and what an argument holds is never taken for a place. A place without an argument stays as it stands.
 QString fillText(const QString& pattern, std::initializer_list<QString> arguments);
 
 /// Removes every occurrence of the character from the text.

@@ -13,12 +13,15 @@ const CAccountGroup* findAccountGroup(const CUserConfig& user, const COrderStrat
     return group != nullptr ? group : user.getAccountGroupConst(EQDBrokerType::Credit, name);
 }
 
-bool hasSelectedAccounts(const CUserConfig& user, const COrderStrategyParam& strategy, EAccountLookup lookup) {
+bool hasSelectedAccounts(const CUserConfig& user, const COrderStrategyParam& strategy,
+                         EAccountLookup lookup) {
     const QString& name = strategy.m_strSelectedAccount;
     switch (strategy.m_eSelectedAccountType) {
-    case ESelectedAccountType::Group: return !name.isEmpty() && findAccountGroup(user, strategy) != nullptr;
+    case ESelectedAccountType::Group:
+        return !name.isEmpty() && findAccountGroup(user, strategy) != nullptr;
     case ESelectedAccountType::Account:
-        if (lookup == EAccountLookup::ByTableMode && strategy.m_nAccountMode == COrderStrategyParam::kTableMode) {
+        if (lookup == EAccountLookup::ByTableMode &&
+            strategy.m_nAccountMode == COrderStrategyParam::kTableMode) {
             return user.hasSimpleAccount(name);
         }
         return user.hasAccount(name);
@@ -31,12 +34,13 @@ void appendAccounts(const CUserConfig& user, const COrderStrategyParam& strategy
     const ESelectedAccountType kind = strategy.m_eSelectedAccountType;
     if (strategy.m_eTradeType == EOrderStrategyTradeType::Basket) {
         user.getAccountsWeights(EQDBrokerType::Stock, kind, name, accounts, ratios, false);
-        if (accounts.empty()) user.getAccountsWeights(EQDBrokerType::Credit, kind, name, accounts, ratios, false);
+        if (accounts.empty())
+            user.getAccountsWeights(EQDBrokerType::Credit, kind, name, accounts, ratios, false);
         return;
     }
     const bool simple = strategy.m_nAccountMode == COrderStrategyParam::kTableMode;
-    user.getAccountsWeights(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType), kind, name, accounts, ratios,
-                            simple);
+    user.getAccountsWeights(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType), kind, name, accounts,
+                            ratios, simple);
 }
 
 } // namespace TC

@@ -7,8 +7,8 @@
 
 namespace TC {
 
-/// The account group that a strategy names, or null. Baskets trade on stock accounts or, failing those, on credit
-/// accounts.
+/// The account group that a strategy names, or null. Baskets trade on stock accounts or, failing those, on
+/// credit accounts.
 const CAccountGroup* findAccountGroup(const CUserConfig& user, const COrderStrategyParam& strategy);
 
 /// How the name of a single account is looked up.
@@ -20,7 +20,8 @@ enum class EAccountLookup {
 /// Whether the group or account that the strategy names exists.
 bool hasSelectedAccounts(const CUserConfig& user, const COrderStrategyParam& strategy, EAccountLookup lookup);
 
-/// Appends the accounts and ratios behind a group or account name of a strategy, baskets again with two tries.
+/// Appends the accounts and ratios behind a group or account name of a strategy, baskets again with two
+/// tries.
 void appendAccounts(const CUserConfig& user, const COrderStrategyParam& strategy, const QString& name,
                     std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios);
 

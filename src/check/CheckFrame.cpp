@@ -28,7 +28,8 @@ void takeLine(CCheckRun& run, const COrderSingleParam& line) {
 bool isQuoteUsable(const CCheckRun& run) {
     if (!run.priceData) return false;
     const EPriceType priceType = run.setting.m_ePriceType;
-    return priceType == EPriceType::NoQuote || !isInvalidPrice(run.priceData->getOriginPrice(priceType, run.op));
+    return priceType == EPriceType::NoQuote ||
+           !isInvalidPrice(run.priceData->getOriginPrice(priceType, run.op));
 }
 
 QString sourceHead(const CCheckRun& run) {
@@ -80,8 +81,8 @@ bool checkLineCount(const CCheckRun& run) {
 
 bool resolveAccounts(CCheckRun& run) {
     QString accountKey = preparedAccountKey(run.order, run.strategy);
-    return run.service.checkAccountKey(run.order, run.strategy, accountKey, run.accounts, run.ratios, run.weights,
-                                       true);
+    return run.service.checkAccountKey(run.order, run.strategy, accountKey, run.accounts, run.ratios,
+                                       run.weights, true);
 }
 
 void takeSetting(CCheckRun& run) {
@@ -109,7 +110,8 @@ bool resolveCode(CCheckRun& run) {
 void loadInstrument(CCheckRun& run) {
     run.quoteRequest = run.service.prepareCode(run.code, run.accounts);
     if (const CInstrumentDetailPtr detail = CExchangeClient::instance().getCodeInfo(run.code)) {
-        run.record.m_stock = {detail->m_strMarket, detail->m_strCode, detail->m_strName, detail->m_strProductId};
+        run.record.m_stock = {detail->m_strMarket, detail->m_strCode, detail->m_strName,
+                              detail->m_strProductId};
     }
     run.record.m_eOperationType = run.op;
     if (const CUserConfig* user = getUserConfig()) run.record.m_strUserId = user->getUserName();
@@ -150,10 +152,12 @@ bool splitOverAccounts(CCheckRun& run) {
     if (isInvalidPrice(run.calcPrice) && run.priceData) run.calcPrice = run.priceData->m_dFallbackPrice;
     const auto error = boost::make_shared<utils::KNError>();
     run.volumes = CTradeClient::instance().splitEntrusts(
-        run.volume, run.calcPrice, run.setting.m_ePriceType, run.accounts, run.ratios, run.strategy.m_ePositionType,
-        run.stock().m_strMarket, run.stock().m_strCode, run.op, EHedge_Flag_Type::Speculation, error);
+        run.volume, run.calcPrice, run.setting.m_ePriceType, run.accounts, run.ratios,
+        run.strategy.m_ePositionType, run.stock().m_strMarket, run.stock().m_strCode, run.op,
+        EHedge_Flag_Type::Speculation, error);
     if (run.volumes.size() == run.accounts.size()) return true;
-    showCheckFailure(sourceHead(run) + QStringLiteral("分单失败: ") + QString::fromStdString(error->errorMsg()));
+    showCheckFailure(sourceHead(run) + QStringLiteral("分单失败: ") +
+                     QString::fromStdString(error->errorMsg()));
     return false;
 }
 

@@ -19,13 +19,15 @@ struct CCheckRun;
 
 /// What happens to a non-empty setting text of an order.
 enum class ESettingText {
-    OrderKindThenPlain, ///< the setting takes the order's order kind; the text is read unless that is an algorithm's
-    PlainOnly,          ///< the text is read unless the order's kind is an algorithm's; the setting keeps its own kind
-    Always,             ///< the text is read whatever the kind; the setting keeps its own
+    OrderKindThenPlain, ///< the setting takes the order's order kind; the text is read unless that is an
+                        ///< algorithm's
+    PlainOnly, ///< the text is read unless the order's kind is an algorithm's; the setting keeps its own kind
+    Always,    ///< the text is read whatever the kind; the setting keeps its own
 };
 
-/// One product family as the check frame sees it: where it differs from the others. Order-type numbers and the setting
-/// slot stand in records/Families.h. A function that is null means that the family has no such step.
+/// One product family as the check frame sees it: where it differs from the others. Order-type numbers and
+/// the setting slot stand in records/Families.h. A function that is null means that the family has no such
+/// step.
 struct CFamilyCheck {
     EOrderStrategyTradeType m_eTradeType;
     const char* m_pszTooManyLines; ///< report where an order of one line has several; %1 source, %2 channel
@@ -64,15 +66,17 @@ struct CCheckRun {
 
     const CStockInfo& stock() const { return record.m_stock; }
     /// The order's only line, or null.
-    const COrderSingleParam* line() const { return order.m_orders.isEmpty() ? nullptr : &order.m_orders.first(); }
+    const COrderSingleParam* line() const {
+        return order.m_orders.isEmpty() ? nullptr : &order.m_orders.first();
+    }
 };
 
-/// The course that the single-instrument families share, step by step. True means that run.codes got what could be
-/// built, which can be nothing; false comes after one report.
+/// The course that the single-instrument families share, step by step. True means that run.codes got what
+/// could be built, which can be nothing; false comes after one report.
 bool runFamilyCheck(CCheckRun& run);
 
-/// The steps of the course; a family with a route of its own calls those that it shares. Those that can fail report
-/// once and return false.
+/// The steps of the course; a family with a route of its own calls those that it shares. Those that can fail
+/// report once and return false.
 
 bool checkOrderNumber(const CCheckRun& run);
 bool checkLineCount(const CCheckRun& run);
@@ -80,8 +84,8 @@ bool resolveAccounts(CCheckRun& run);
 void takeSetting(CCheckRun& run);
 bool resolveCode(CCheckRun& run);
 void loadInstrument(CCheckRun& run);
-/// Reads the quote, and waits up to two seconds for a usable one unless the price stands in the order. A price that
-/// stays away is no failure here.
+/// Reads the quote, and waits up to two seconds for a usable one unless the price stands in the order. A
+/// price that stays away is no failure here.
 void waitForQuote(CCheckRun& run);
 void takePrices(CCheckRun& run);
 void takeVolume(CCheckRun& run);
@@ -92,7 +96,8 @@ bool buildRecords(CCheckRun& run);
 /// Always false.
 bool failCheck(const CCheckRun& run, const QString& pattern, const QString& argument = {});
 
-/// The name under which the accounts of an order are looked up: the strategy's, or the first line's own in table mode.
+/// The name under which the accounts of an order are looked up: the strategy's, or the first line's own in
+/// table mode.
 QString preparedAccountKey(const COrderParam& order, const COrderStrategyParam& strategy);
 
 /// The number without its fraction, or kUnsetInt where that is no int.

@@ -27,8 +27,8 @@ bool isInList(int value, const int (&list)[N]) {
     return std::find(std::begin(list), std::end(list), value) != std::end(list);
 }
 
-/// Where a family keeps its default remark. The share-transfer row names the Shenzhen connect's bit, not the family's
-/// own: getStrategyTradeType is a table of its own on purpose.
+/// Where a family keeps its default remark. The share-transfer row names the Shenzhen connect's bit, not the
+/// family's own: getStrategyTradeType is a table of its own on purpose.
 struct CCmdLogRow {
     EOrderStrategyTradeType m_eTradeType;
     ESettingSlot m_eSlot;
@@ -54,13 +54,13 @@ bool isCmdUser() {
     return user != nullptr && isInList(user->getUserKind(), kCommandUserKinds);
 }
 
-void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType hedgeType, EFtSpecBtnBarType btnType,
-                                       const std::vector<CCodeOrderParam>& codes,
+void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType hedgeType,
+                                       EFtSpecBtnBarType btnType, const std::vector<CCodeOrderParam>& codes,
                                        std::map<std::string, double> weights, EQdStopLossType stopLossType,
-                                       bool unionCommand, CCommandCallback, bson::BSONObj extra, std::string tag,
-                                       ETradePlatform platform, std::string algoParam, bool commandFlag,
-                                       bool forceConfirm, std::string, const COrderParam& order,
-                                       const COrderStrategyParam& strategy) const {
+                                       bool unionCommand, CCommandCallback, bson::BSONObj extra,
+                                       std::string tag, ETradePlatform platform, std::string algoParam,
+                                       bool commandFlag, bool forceConfirm, std::string,
+                                       const COrderParam& order, const COrderStrategyParam& strategy) const {
     const auto command = boost::make_shared<COrderComandParam>();
     command->m_codes = codes;
     command->m_ePlatform = platform;
@@ -68,7 +68,8 @@ void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType he
     const EOrderType orderType = chosenOrderType(order, strategy);
     if (DataHelper::isAlgoOrderType(orderType)) {
         command->m_ePlatform = DataHelper::getPlatformTypeByOrderType(orderType);
-        for (CCodeOrderParam& code : command->m_codes) code.m_eOrderType = orderType;
+        for (CCodeOrderParam& code : command->m_codes)
+            code.m_eOrderType = orderType;
         command->m_strAlgoParam = get3rdAlgoParam(order, command->m_codes, strategy);
     }
     command->m_eTraderType = traderType;
@@ -88,7 +89,8 @@ void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType he
     COrderClient::instance().orderCommands(command);
 }
 
-std::string COrderServiceBase::get3rdAlgoParam(const COrderParam& order, const std::vector<CCodeOrderParam>& codes,
+std::string COrderServiceBase::get3rdAlgoParam(const COrderParam& order,
+                                               const std::vector<CCodeOrderParam>& codes,
                                                const COrderStrategyParam& strategy) const {
     const EOrderType orderType = chosenOrderType(order, strategy);
     if (!DataHelper::isAlgoOrderType(orderType)) return {};
@@ -116,7 +118,8 @@ QString COrderServiceBase::getTitle() const {
     return QStringLiteral("下达指令");
 }
 
-std::string COrderServiceBase::getCmdLog(const COrderStrategyParam& strategy, EQdTraderType& traderType) const {
+std::string COrderServiceBase::getCmdLog(const COrderStrategyParam& strategy,
+                                         EQdTraderType& traderType) const {
     for (const CCmdLogRow& row : kCmdLogRows) {
         if (row.m_eTradeType != strategy.m_eTradeType) continue;
         traderType = row.m_eTraderType;

@@ -44,17 +44,19 @@ bool COrderServiceBase::checkAccount(const COrderStrategyParam* strategy) const 
            hasSelectedAccounts(*user, *strategy, EAccountLookup::ByTableMode);
 }
 
-bool COrderServiceBase::checkOrderParamValid(const COrderParam& order, const COrderStrategyParam* strategy) const {
+bool COrderServiceBase::checkOrderParamValid(const COrderParam& order,
+                                             const COrderStrategyParam* strategy) const {
     const auto refuse = [&](const QString& pattern) {
-        showServiceMsg(
-            utils::fillText(pattern, {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel)}));
+        showServiceMsg(utils::fillText(
+            pattern, {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel)}));
         return false;
     };
     if (strategy == nullptr) {
         showServiceMsg(missingStrategyText(order.m_eStrategyType, order.m_nChannel));
         return false;
     }
-    if (!checkAccount(strategy)) return refuse(QStringLiteral("[%1]　通道号: %2, 账号组或账号为空, 请重新设置策略!"));
+    if (!checkAccount(strategy))
+        return refuse(QStringLiteral("[%1]　通道号: %2, 账号组或账号为空, 请重新设置策略!"));
     if (!strategy->isRunning()) return refuse(QStringLiteral("[%1]　通道号: %2, 对应的策略未启动!"));
     if (strategy->m_eStrategyType != order.m_eStrategyType) {
         // The text names the source in both places and the channel nowhere; users know the message as it is.
@@ -70,11 +72,12 @@ bool COrderServiceBase::checkAccountKey(const COrderParam& order, const COrderSt
     if (!order.m_strAccountKeyPart1.isEmpty() && !order.m_strAccountKeyPart2.isEmpty()) {
         accountKey = getAccountFromOrderParam(order.m_strAccountKeyPart1, order.m_strAccountKeyPart2);
     }
-    if (const CUserConfig* user = getUserConfig()) appendAccounts(*user, strategy, accountKey, accounts, ratios);
+    if (const CUserConfig* user = getUserConfig())
+        appendAccounts(*user, strategy, accountKey, accounts, ratios);
     if (accounts.empty()) {
-        showCheckFailure(
-            utils::fillText(QStringLiteral("[%1]　通道号: %2, 指定账号不可用!"),
-                            {orderStrategyText(order.m_eStrategyType), QString::number(strategy.m_nChannel)}));
+        showCheckFailure(utils::fillText(
+            QStringLiteral("[%1]　通道号: %2, 指定账号不可用!"),
+            {orderStrategyText(order.m_eStrategyType), QString::number(strategy.m_nChannel)}));
         return false;
     }
     if (fillWeights && ratios.size() == accounts.size()) {
@@ -86,8 +89,8 @@ bool COrderServiceBase::checkAccountKey(const COrderParam& order, const COrderSt
 }
 
 bool COrderServiceBase::isPriceTypeVailed(const COrderSetting& setting, const COrderParam& order,
-                                          const CPriceDataPtr& priceData, EOperationType op, EQDBrokerType broker,
-                                          const CStockInfo& stock) const {
+                                          const CPriceDataPtr& priceData, EOperationType op,
+                                          EQDBrokerType broker, const CStockInfo& stock) const {
     if (setting.m_ePriceType == EPriceType::Specified) {
         return !order.m_orders.isEmpty() && isPriceGiven(order.m_orders.first().m_dPrice);
     }
@@ -101,7 +104,8 @@ bool COrderServiceBase::isPriceTypeVailed(const COrderSetting& setting, const CO
     return knservice::isMarketPrice(setting.m_ePriceType) || isPriceGiven(price);
 }
 
-EOrderType COrderServiceBase::getOrderType(const COrderParam& order, const COrderStrategyParam& strategy) const {
+EOrderType COrderServiceBase::getOrderType(const COrderParam& order,
+                                           const COrderStrategyParam& strategy) const {
     const EOrderType chosen = chosenOrderType(order, strategy);
     return isUnset(chosen) ? EOrderType::Plain : chosen;
 }

@@ -19,12 +19,13 @@
 
 namespace TC {
 
-/// The abstract order checker. COrderService owns one of its variants, which decides how batches are worked through;
-/// the lookups, the checks of the product families and the issue of commands stand here.
+/// The abstract order checker. COrderService owns one of its variants, which decides how batches are worked
+/// through; the lookups, the checks of the product families and the issue of commands stand here.
 ///
-/// Keeps no data: what it works on comes in as arguments, and the strategy map stays its caller's, who keeps it
-/// unchanged during a call. All operations run on the caller's thread, may block it for up to two seconds for each
-/// instrument that waits for its quote, and report a failure once, in words, before they return false or null.
+/// Keeps no data: what it works on comes in as arguments, and the strategy map stays its caller's, who keeps
+/// it unchanged during a call. All operations run on the caller's thread, may block it for up to two seconds
+/// for each instrument that waits for its quote, and report a failure once, in words, before they return
+/// false or null.
 class COrderServiceBase : public QObject {
     Q_OBJECT
 public:
@@ -36,7 +37,8 @@ public:
     /// Works through a batch.
     virtual void placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) = 0;
     /// Issues checked orders; here it does nothing.
-    virtual void placeLegalOrders(QVector<orderParamForOrderService> orders, const COrderStrategyMap* strategies);
+    virtual void placeLegalOrders(QVector<orderParamForOrderService> orders,
+                                  const COrderStrategyMap* strategies);
 
     /// The strategy of the channel, or null after a message that names the source kind.
     const COrderStrategyParam* getStrategy(int channel, const COrderStrategyMap* strategies,
@@ -45,14 +47,16 @@ public:
     bool checkAccount(const COrderStrategyParam* strategy) const;
     /// The frame check of one order against its strategy.
     bool checkOrderParamValid(const COrderParam& order, const COrderStrategyParam* strategy) const;
-    /// Resolves the accounts that an order goes to. `accountKey` comes in as the caller's choice and is replaced where
-    /// the order names an account itself. Appends to accounts and ratios; fills weights by account key on request.
+    /// Resolves the accounts that an order goes to. `accountKey` comes in as the caller's choice and is
+    /// replaced where the order names an account itself. Appends to accounts and ratios; fills weights by
+    /// account key on request.
     bool checkAccountKey(const COrderParam& order, const COrderStrategyParam& strategy, QString& accountKey,
                          std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                          std::map<std::string, double>& weights, bool fillWeights) const;
     /// Whether the order's price can be used.
-    bool isPriceTypeVailed(const COrderSetting& setting, const COrderParam& order, const CPriceDataPtr& priceData,
-                           EOperationType op, EQDBrokerType broker, const CStockInfo& stock) const;
+    bool isPriceTypeVailed(const COrderSetting& setting, const COrderParam& order,
+                           const CPriceDataPtr& priceData, EOperationType op, EQDBrokerType broker,
+                           const CStockInfo& stock) const;
     EOrderType getOrderType(const COrderParam& order, const COrderStrategyParam& strategy) const;
     ETradePlatform getTradePlatform(const COrderParam& order, const COrderStrategyParam& strategy) const;
     EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType) const;
@@ -60,16 +64,19 @@ public:
     QString getOrderStrategyText(EOrderStrategyType type) const;
 
     /// Starts the quotes of an instrument. The caller holds the result until it is done with the order.
-    boost::shared_ptr<CQuoteRequest> prepareCode(const QString& code, std::vector<CAccountInfoPtr>& accounts) const;
+    boost::shared_ptr<CQuoteRequest> prepareCode(const QString& code,
+                                                 std::vector<CAccountInfoPtr>& accounts) const;
 
-    /// The family check for stocks. Appends one record for each account that gets a volume; true can come with none.
-    bool checkAndFillOrderStock(COrderParam order, COrderStrategyParam strategy, std::vector<CCodeOrderParam>& codes,
+    /// The family check for stocks. Appends one record for each account that gets a volume; true can come
+    /// with none.
+    bool checkAndFillOrderStock(COrderParam order, COrderStrategyParam strategy,
+                                std::vector<CCodeOrderParam>& codes,
                                 std::map<std::string, double>& weights) const;
 
     using CCommandCallback = boost::function<void(utils::KNError, int)>;
 
-    /// Makes one command of checked records and hands it to COrderClient::orderCommands. The remark that reaches the
-    /// command is the order's own: `remark` and `callback` are taken and dropped.
+    /// Makes one command of checked records and hands it to COrderClient::orderCommands. The remark that
+    /// reaches the command is the order's own: `remark` and `callback` are taken and dropped.
     void doOrderCommand(EQdTraderType traderType, EQdHedgeType hedgeType, EFtSpecBtnBarType btnType,
                         const std::vector<CCodeOrderParam>& codes, std::map<std::string, double> weights,
                         EQdStopLossType stopLossType, bool unionCommand, CCommandCallback callback,
@@ -83,8 +90,8 @@ public:
     void saveOrderCommand(COrderComandParamPtr command) const;
     /// Title of the confirmation dialog.
     QString getTitle() const;
-    /// The strategy's default command remark, UTF-8; writes the trader type that the strategy's family stands for,
-    /// or leaves it where the family has none.
+    /// The strategy's default command remark, UTF-8; writes the trader type that the strategy's family stands
+    /// for, or leaves it where the family has none.
     std::string getCmdLog(const COrderStrategyParam& strategy, EQdTraderType& traderType) const;
 
 signals:

@@ -11,17 +11,22 @@ constexpr int kRightOffset = 6;
 
 bool hasRightTo(EOrderStrategyType type) {
     const CUserConfig* user = getUserConfig();
-    return user != nullptr && user->hasUserAuth(static_cast<EUserAuth>(static_cast<int>(type) + kRightOffset));
+    return user != nullptr &&
+           user->hasUserAuth(static_cast<EUserAuth>(static_cast<int>(type) + kRightOffset));
 }
 
 } // namespace
 
 QString orderStrategyText(EOrderStrategyType type) {
     switch (type) {
-    case EOrderStrategyType::File: return hasRightTo(type) ? QStringLiteral("文件单") : QStringLiteral("接口单");
-    case EOrderStrategyType::Signal: return hasRightTo(type) ? QStringLiteral("信号单") : QStringLiteral("接口单");
-    case EOrderStrategyType::BatchPending: return QStringLiteral("批量埋单");
-    default: return QStringLiteral("接口单");
+    case EOrderStrategyType::File:
+        return hasRightTo(type) ? QStringLiteral("文件单") : QStringLiteral("接口单");
+    case EOrderStrategyType::Signal:
+        return hasRightTo(type) ? QStringLiteral("信号单") : QStringLiteral("接口单");
+    case EOrderStrategyType::BatchPending:
+        return QStringLiteral("批量埋单");
+    default:
+        return QStringLiteral("接口单");
     }
 }
 

@@ -6,11 +6,11 @@
 
 namespace TC {
 
-/// Reports of the checks. Each failed order is reported once, in the words that stand beside the rule: by showCheckFailure
-/// or, for the frame checks, by showServiceMsg.
+/// Reports of the checks. Each failed order is reported once, in the words that stand beside the rule: by
+/// showCheckFailure or, for the frame checks, by showServiceMsg.
 
-/// The label of a source kind at the head of every message; file and signal orders keep the plain label for users
-/// without the right to them.
+/// The label of a source kind at the head of every message; file and signal orders keep the plain label for
+/// users without the right to them.
 QString orderStrategyText(EOrderStrategyType type);
 
 /// A refused order, under the title of wrong parameters.

@@ -26,11 +26,13 @@ constexpr int kFundLast = 92;
 constexpr double kParPrice = 100.0;
 
 bool isTradable(const QString& market, const QString& code) {
-    return StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, market.toStdString(), code.toStdString());
+    return StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, market.toStdString(),
+                                         code.toStdString());
 }
 
 bool resolveOnMarket(CCheckRun& run, const QString& market) {
-    if (!CExchangeClient::instance().hasStock(qdStockKey(market, run.code)) || !isTradable(market, run.code)) {
+    if (!CExchangeClient::instance().hasStock(qdStockKey(market, run.code)) ||
+        !isTradable(market, run.code)) {
         return false;
     }
     run.code = market + run.code;
@@ -50,14 +52,15 @@ bool resolveStockCode(CCheckRun& run) {
 
 bool checkStockPrice(const CCheckRun& run) {
     const EQDBrokerType broker = orderStrategyTradeTypeToBrokerType(run.strategy.m_eTradeType);
-    if (run.service.isPriceTypeVailed(run.setting, run.order, run.priceData, run.op, broker, run.stock())) return true;
+    if (run.service.isPriceTypeVailed(run.setting, run.order, run.priceData, run.op, broker, run.stock()))
+        return true;
     const QString source = orderStrategyText(run.order.m_eStrategyType);
     if (run.code.isEmpty()) {
         showCheckFailure(utils::fillText(QStringLiteral("[%1]　证券代码为空, 无法下单!"), {source}));
     } else {
         const QString priceType = knPriceTypeToString(run.setting.m_ePriceType, run.stock().m_strCode, false);
-        showCheckFailure(
-            utils::fillText(QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"), {source, run.code, priceType}));
+        showCheckFailure(utils::fillText(QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"),
+                                         {source, run.code, priceType}));
     }
     return false;
 }
@@ -65,7 +68,8 @@ bool checkStockPrice(const CCheckRun& run) {
 /// The price that turns the amount into a volume: the order's own, or a calculation price read anew.
 double priceOfAmount(const CCheckRun& run) {
     if (run.setting.m_ePriceType != EPriceType::Specified) {
-        return run.priceData ? run.priceData->getPriceForCalc(run.setting.m_ePriceType, run.op, 0, {}) : kUnsetDouble;
+        return run.priceData ? run.priceData->getPriceForCalc(run.setting.m_ePriceType, run.op, 0, {})
+                             : kUnsetDouble;
     }
     return isInvalidPrice(run.calcPrice) && run.priceData ? run.priceData->m_dFallbackPrice : run.calcPrice;
 }
@@ -78,10 +82,11 @@ bool isAmountUsable(double amount) {
 /// Shares are bought in whole units of the instrument; an unknown instrument has a unit of one share.
 int tradingUnit(const CStockInfo& stock) {
     if (stock.m_strCode.empty()) return 1;
-    const bool isStar = knservice::isTypedStock(knservice::kTypeStarMarket, stock.m_strMarket, stock.m_strCode, {});
-    const int unit = isStar ? knservice::getUiMinUnit(stock.m_strMarket, stock.m_strCode, true)
-                            : knservice::getTradeMinUnit(stock.m_strMarket, stock.m_strCode,
-                                                         unsetEnum<EOperationType>());
+    const bool isStar =
+        knservice::isTypedStock(knservice::kTypeStarMarket, stock.m_strMarket, stock.m_strCode, {});
+    const int unit =
+        isStar ? knservice::getUiMinUnit(stock.m_strMarket, stock.m_strCode, true)
+               : knservice::getTradeMinUnit(stock.m_strMarket, stock.m_strCode, unsetEnum<EOperationType>());
     return unit > 0 ? unit : 1;
 }
 

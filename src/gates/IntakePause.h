@@ -2,8 +2,8 @@
 
 namespace TC {
 
-/// Holds the file intake still for as long as it lives: files wait at their paths. Held while a confirmation dialog is
-/// up, and by a host that cannot record what it would do. Several may live at once, on any threads.
+/// Holds the file intake still for as long as it lives: files wait at their paths. Held while a confirmation
+/// dialog is up, and by a host that cannot record what it would do. Several may live at once, on any threads.
 class CIntakePause {
 public:
     CIntakePause();

@@ -10,8 +10,9 @@
 
 namespace TC {
 
-/// What a door may ask of the service. Doors know this and nothing else of it. Every operation may be called from any
-/// thread and returns at once: orders are checked and issued on the service's own thread, in the order of the calls.
+/// What a door may ask of the service. Doors know this and nothing else of it. Every operation may be called
+/// from any thread and returns at once: orders are checked and issued on the service's own thread, in the
+/// order of the calls.
 class IOrderGate {
 public:
     virtual void placeOrders(QVector<COrderParam> orders) = 0;
@@ -20,7 +21,8 @@ public:
     virtual void cancelOrders(std::vector<std::string>& fields) = 0;
     /// The label of a source kind at the head of messages.
     virtual QString getOrderStrategyText(EOrderStrategyType type) const = 0;
-    /// The remark that a strategy's commands carry where the order brings none, UTF-8; empty where there is none.
+    /// The remark that a strategy's commands carry where the order brings none, UTF-8; empty where there is
+    /// none.
     virtual std::string defaultRemark(const COrderStrategyParam& strategy) const = 0;
 
 protected:

@@ -9,10 +9,11 @@ namespace TC {
 /// What a door or the framework may ask of the registry. Any thread.
 class IStrategyRegistry {
 public:
-    /// Visits every strategy in key order with the registry locked for the whole walk: nothing is added, changed,
-    /// started or stopped meanwhile. An exception of the visitor ends the walk, releases the lock and goes on to the
-    /// caller.
-    virtual void visitStrategies(const std::function<void(int channel, const COrderStrategyParam&)>& visit) = 0;
+    /// Visits every strategy in key order with the registry locked for the whole walk: nothing is added,
+    /// changed, started or stopped meanwhile. An exception of the visitor ends the walk, releases the lock
+    /// and goes on to the caller.
+    virtual void
+    visitStrategies(const std::function<void(int channel, const COrderStrategyParam&)>& visit) = 0;
 
 protected:
     ~IStrategyRegistry() = default;

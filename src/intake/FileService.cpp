@@ -24,8 +24,8 @@ constexpr double kPausedSleepSeconds = 0.8;
 constexpr int kShortestSleep = 11;
 constexpr const char* kTmpSuffix = ".tmp";
 
-/// Opens a regular file for reading, or gives null. Other kinds of file, such as a folder or a pipe at the agreed path,
-/// must neither be taken away nor block the loop.
+/// Opens a regular file for reading, or gives null. Other kinds of file, such as a folder or a pipe at the
+/// agreed path, must neither be taken away nor block the loop.
 CFileStream openRegularFile(const std::string& path) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) return nullptr;
@@ -115,9 +115,11 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     try {
         readLines(reader, parser, report);
     } catch (const std::exception& error) {
-        // What stood before the line goes on, the rest of the file is lost. The user sees nothing; the audit tells.
+        // What stood before the line goes on, the rest of the file is lost. The user sees nothing; the audit
+        // tells.
         report.m_bCutShort = true;
-        report.m_strCause = QStringLiteral("line %1: %2").arg(report.m_nLines).arg(QLatin1String(error.what()));
+        report.m_strCause =
+            QStringLiteral("line %1: %2").arg(report.m_nLines).arg(QLatin1String(error.what()));
     } catch (...) {
         report.m_bCutShort = true;
         report.m_strCause = QStringLiteral("line %1").arg(report.m_nLines);
@@ -130,7 +132,8 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     m_gate.placeOrders(std::move(orders));
 }
 
-bool CFileService::readOrderFile(const COrderStrategyParam& strategy, std::string& tmpPath, CFileStream& stream) {
+bool CFileService::readOrderFile(const COrderStrategyParam& strategy, std::string& tmpPath,
+                                 CFileStream& stream) {
     if (strategy.m_strSignalSource.isEmpty()) return false;
     // Enciphered files and tables are not read yet; the registry refuses to start such strategies.
     const CUserConfig* user = getUserConfig();

@@ -17,21 +17,21 @@ struct CFileCloser {
 };
 using CFileStream = std::unique_ptr<std::FILE, CFileCloser>;
 
-/// Polls the files of the running file strategies, takes each away from its writer by renaming it, reads it to the end
-/// and hands its orders to the gate as one batch. Nothing stays open or remembered between passes.
+/// Polls the files of the running file strategies, takes each away from its writer by renaming it, reads it
+/// to the end and hands its orders to the gate as one batch. Nothing stays open or remembered between passes.
 class CFileService {
 public:
     /// Gate and registry outlive the object.
     CFileService(IOrderGate& gate, IStrategyRegistry& registry);
 
-    /// The body of the file thread: a pass every polling interval until stop is called. A pass is skipped while intake
-    /// is paused, and what an exception leaves of a pass waits for the next.
+    /// The body of the file thread: a pass every polling interval until stop is called. A pass is skipped
+    /// while intake is paused, and what an exception leaves of a pass waits for the next.
     void startFileServer();
     /// Lets startFileServer return after the pass in hand. Any thread.
     void stop();
 
-    /// One pass over all strategies, with the registry locked for the whole of it. While intake is paused it sleeps
-    /// instead.
+    /// One pass over all strategies, with the registry locked for the whole of it. While intake is paused it
+    /// sleeps instead.
     void tryOrder();
 
 private:

@@ -50,8 +50,8 @@ bool CHostLinePort::hasAccounts(const COrderStrategyParam& strategy) {
     std::vector<double> ratios;
     if (const CUserConfig* user = getUserConfig()) {
         user->getAccountsWeights(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType),
-                                 strategy.m_eSelectedAccountType, strategy.m_strSelectedAccount, accounts, ratios,
-                                 false);
+                                 strategy.m_eSelectedAccountType, strategy.m_strSelectedAccount, accounts,
+                                 ratios, false);
     }
     return !accounts.empty();
 }

@@ -12,8 +12,8 @@
 
 namespace TC {
 
-/// What the line grammar asks of the world. The parser itself reads and writes nothing else, so that it can be run on
-/// any bytes. Called on the thread that parses.
+/// What the line grammar asks of the world. The parser itself reads and writes nothing else, so that it can
+/// be run on any bytes. Called on the thread that parses.
 class ILinePort {
 public:
     virtual ~ILinePort() = default;

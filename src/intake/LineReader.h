@@ -7,9 +7,9 @@
 
 namespace TC {
 
-/// Reads an order file line by line, the way a text-mode fgets with a buffer of 2048 bytes does: CR LF counts as one
-/// line feed, and a line of 2047 bytes or more arrives in pieces of 2047. Of each piece the bytes from the first zero
-/// byte on are lost.
+/// Reads an order file line by line, the way a text-mode fgets with a buffer of 2048 bytes does: CR LF counts
+/// as one line feed, and a line of 2047 bytes or more arrives in pieces of 2047. Of each piece the bytes from
+/// the first zero byte on are lost.
 class CLineReader {
 public:
     /// Most bytes of one piece, the line feed counted.
@@ -18,8 +18,8 @@ public:
     /// The stream stays the caller's and open while the reader lives.
     explicit CLineReader(std::FILE* stream) : m_pStream(stream) {}
 
-    /// The next line or piece, with its line feed where it has one. False at the end of the file, and where reading
-    /// fails.
+    /// The next line or piece, with its line feed where it has one. False at the end of the file, and where
+    /// reading fails.
     bool readLine(std::string& line);
 
 private:

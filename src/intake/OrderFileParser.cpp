@@ -28,10 +28,12 @@ std::string_view firstWord(std::string_view line) {
     return line.substr(0, line.find(kBlank));
 }
 
-/// The word in any case. Its letters fold to no others, and no byte of a GBK pair can stand for the first of them, so
-/// the bytes can be compared as they are.
+/// The word in any case. Its letters fold to no others, and no byte of a GBK pair can stand for the first of
+/// them, so the bytes can be compared as they are.
 bool isTradeParamLine(std::string_view line) {
-    const auto sameLetter = [](char a, char b) { return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b); };
+    const auto sameLetter = [](char a, char b) {
+        return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b);
+    };
     return line.size() >= kTradeParamWord.size() &&
            std::equal(kTradeParamWord.begin(), kTradeParamWord.end(), line.begin(),
                       [&](char word, char c) { return sameLetter(c, word); });
@@ -88,7 +90,8 @@ bool COrderFileParser::parseCancel(const std::string& line) {
         if (fields.size() == 2) m_port.terminateTask(strictInt(fields[1]));
     } else if (fields.size() >= 3) {
         std::vector<std::string> texts;
-        for (std::size_t i = 0; i < fields.size(); ++i) texts.emplace_back(fields[i]);
+        for (std::size_t i = 0; i < fields.size(); ++i)
+            texts.emplace_back(fields[i]);
         m_port.cancelOrders(texts);
     }
     return true;
@@ -129,9 +132,9 @@ bool COrderFileParser::parseComposeInfo(const CFields& fields) {
     if (basket) {
         appendBasket(*basket, kOwnOperation);
     } else {
-        m_port.showNote(utils::fillText(QStringLiteral("[%1]　通道号: %2, 中间文件中指定的篮子不存在!"),
-                                        {m_port.sourceLabel(m_strategy.m_eStrategyType),
-                                         QString::number(m_nChannel)}));
+        m_port.showNote(
+            utils::fillText(QStringLiteral("[%1]　通道号: %2, 中间文件中指定的篮子不存在!"),
+                            {m_port.sourceLabel(m_strategy.m_eStrategyType), QString::number(m_nChannel)}));
     }
     return false;
 }
@@ -168,7 +171,8 @@ bool COrderFileParser::parserTradeParam(const std::string& line) {
 
 /// Gives the parameters to the orders from that index on and to the basket or list order.
 void COrderFileParser::applyTradeParam(int& filledOrders) {
-    for (; filledOrders < m_orders.size(); ++filledOrders) fillOrderParam(m_tradeParam, m_orders[filledOrders]);
+    for (; filledOrders < m_orders.size(); ++filledOrders)
+        fillOrderParam(m_tradeParam, m_orders[filledOrders]);
     fillOrderParam(m_tradeParam, m_order);
 }
 
@@ -178,7 +182,8 @@ TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosi
     const bool isTableRow = m_strategy.m_nAccountMode == COrderStrategyParam::kTableMode;
     const CLineSource source{m_nChannel, isTableRow, rowPosition};
     COrderParam parsed = parsePlainOrder(fields, source);
-    if (parsed.m_nOrderType == kOrderBasketWhole && takeWholeBasket(fields, source, parsed)) return TR_STOP_READING;
+    if (parsed.m_nOrderType == kOrderBasketWhole && takeWholeBasket(fields, source, parsed))
+        return TR_STOP_READING;
     if (parsed.m_nChannel == m_nChannel) {
         m_orders.push_back(std::move(parsed));
         return TR_PLAIN_LINE;
@@ -190,7 +195,8 @@ TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosi
 }
 
 /// Takes the named basket as the whole order of the file. False where the line names none that the user has.
-bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineSource& source, const COrderParam& parsed) {
+bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineSource& source,
+                                       const COrderParam& parsed) {
     startHeader(parsed.m_nOrderType, fields[1]);
     constexpr std::size_t kFieldCount = 3;
     if (fields.size() != kFieldCount) return false;

@@ -11,24 +11,26 @@
 
 namespace TC {
 
-/// The grammar of order files, one object for each file. Lines go in one after the other, orders are collected, and
-/// what a line asks for at once goes to the port. No I/O, no lock, no state beyond the file.
+/// The grammar of order files, one object for each file. Lines go in one after the other, orders are
+/// collected, and what a line asks for at once goes to the port. No I/O, no lock, no state beyond the file.
 ///
-/// A number that cannot be read leaves as boost::bad_lexical_cast and ends the file: the orders collected by then stand.
+/// A number that cannot be read leaves as boost::bad_lexical_cast and ends the file: the orders collected by
+/// then stand.
 class COrderFileParser {
 public:
     /// `channel` is the key under which the strategy is kept. The strategy and the port outlive the parser.
     COrderFileParser(const COrderStrategyParam& strategy, int channel, ILinePort& port);
 
-    /// Makes room for the orders of a file of so many bytes, so that a large batch is not moved again and again.
+    /// Makes room for the orders of a file of so many bytes, so that a large batch is not moved again and
+    /// again.
     void expectBytes(long long bytes);
 
-    /// Reads one line, with or without its line end. Changes the text. rowPosition: the position of a table row,
-    /// counted from 1, unused for files.
+    /// Reads one line, with or without its line end. Changes the text. rowPosition: the position of a table
+    /// row, counted from 1, unused for files.
     TypeReturn parseLineParam(std::string& line, int rowPosition = 0);
 
-    /// Reads one line of the rest of a file whose header settled the basket: only trade parameters count, and they go
-    /// to all orders of the file. Changes the text.
+    /// Reads one line of the rest of a file whose header settled the basket: only trade parameters count, and
+    /// they go to all orders of the file. Changes the text.
     void parseComposeTradeParam(std::string& line);
 
     /// The batch of the file, the basket or list order last. Call once, at the end.

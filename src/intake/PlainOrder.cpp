@@ -20,7 +20,8 @@ QString codeText(std::string_view field) {
     return field == "0" ? QString() : text(field);
 }
 
-/// Gives the order its one line. A vector made with its size takes no more memory than it needs; an appended one would.
+/// Gives the order its one line. A vector made with its size takes no more memory than it needs; an appended
+/// one would.
 COrderSingleParam& addLine(COrderParam& order) {
     order.m_orders = QVector<COrderSingleParam>(1);
     return order.m_orders.first();
@@ -90,7 +91,8 @@ void parseOptionForm(const CFields& fields, std::size_t next, const CLineSource&
     readAccount(fields, price + 3, source, line, order);
 }
 
-void parseGeneralForm(const CFields& fields, std::size_t next, const CLineSource& source, COrderParam& order) {
+void parseGeneralForm(const CFields& fields, std::size_t next, const CLineSource& source,
+                      COrderParam& order) {
     COrderSingleParam& line = addLine(order);
     const std::size_t price = readPriceCommand(fields, next, source, line);
     readOptional(fields, price, line.m_dPrice);
@@ -123,12 +125,21 @@ COrderParam parsePlainOrder(const CFields& fields, const CLineSource& source) {
     if (row->m_nTradeTypeOverride != -1) order.m_nTradeTypeOverride = row->m_nTradeTypeOverride;
     const std::size_t next = firstOrderField(source);
     switch (row->m_eForm) {
-    case EOrderLineForm::Future: parseFutureForm(fields, next, order); break;
-    case EOrderLineForm::General: parseGeneralForm(fields, next, source, order); break;
-    case EOrderLineForm::Amount: parseAmountForm(fields, next, order); break;
-    case EOrderLineForm::Option: parseOptionForm(fields, next, source, order); break;
+    case EOrderLineForm::Future:
+        parseFutureForm(fields, next, order);
+        break;
+    case EOrderLineForm::General:
+        parseGeneralForm(fields, next, source, order);
+        break;
+    case EOrderLineForm::Amount:
+        parseAmountForm(fields, next, order);
+        break;
+    case EOrderLineForm::Option:
+        parseOptionForm(fields, next, source, order);
+        break;
     case EOrderLineForm::Whole:
-    case EOrderLineForm::None: break;
+    case EOrderLineForm::None:
+        break;
     }
     return order;
 }

@@ -10,13 +10,13 @@ bool isUniversal(int channel);
 
 /// Where a plain order line comes from.
 struct CLineSource {
-    int m_nChannel = 0;         ///< the strategy that reads it
-    bool m_bTableRow = false;   ///< a row of a DBF table: price command first, no channel
-    int m_nRowPosition = 0;     ///< position of the row in its table, counted from 1
+    int m_nChannel = 0;       ///< the strategy that reads it
+    bool m_bTableRow = false; ///< a row of a DBF table: price command first, no channel
+    int m_nRowPosition = 0;   ///< position of the row in its table, counted from 1
 };
 
-/// Reads the fields of a plain order line; there are at least two. Pure. Throws boost::bad_lexical_cast where a number
-/// cannot be read or a required field is empty. The form of number 34 gives no order line here.
+/// Reads the fields of a plain order line; there are at least two. Pure. Throws boost::bad_lexical_cast where
+/// a number cannot be read or a required field is empty. The form of number 34 gives no order line here.
 COrderParam parsePlainOrder(const CFields& fields, const CLineSource& source);
 
 /// Index of the first field behind order number and channel.

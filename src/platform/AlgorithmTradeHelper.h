@@ -16,7 +16,8 @@ public:
     static constexpr const char* kServiceName = "CAlgorithmTradeHelper";
 
     /// Reads a setting text into a new setting; false, and the pointer untouched, where it cannot.
-    virtual bool getAlgOrderSettingFromString(const std::string& text, CAlgorithmOrderSettingPtr& setting) = 0;
+    virtual bool getAlgOrderSettingFromString(const std::string& text,
+                                              CAlgorithmOrderSettingPtr& setting) = 0;
     /// The parameter text of the order kind for these codes.
     virtual std::string getAlgParamsStr(EOrderType orderType, const CAlgorithmOrderSettingPtr& setting,
                                         const std::vector<CCodeOrderParam>& codes) = 0;

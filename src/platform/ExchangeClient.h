@@ -10,7 +10,8 @@
 
 namespace TC {
 
-/// The client's instruments and trading days. Every operation may be called from any thread and answers at once.
+/// The client's instruments and trading days. Every operation may be called from any thread and answers at
+/// once.
 class CExchangeClient : public QObject, public CHostService<CExchangeClient> {
     Q_OBJECT
 public:

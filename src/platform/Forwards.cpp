@@ -15,12 +15,12 @@ CUserConfig* getUserConfig() {
 void showServiceMsg(const QString& text) {
     CMsgFlags flags;
     if (const CUserConfig* user = getUserConfig()) flags = user->getMsgFlags(EMsgTypeDef::General);
-    CMsgService::instance().showMsg(text, EMsgTypeDef::General, MsgLevel::Note, flags.m_bFirst, flags.m_bSecond,
-                                    QString());
+    CMsgService::instance().showMsg(text, EMsgTypeDef::General, MsgLevel::Note, flags.m_bFirst,
+                                    flags.m_bSecond, QString());
 }
 
-boost::shared_ptr<CQuoteRequest> CQuoteRequest::makeRequest(const QString& stockKey, const CCallback& callback,
-                                                            ESubscribeType type) {
+boost::shared_ptr<CQuoteRequest> CQuoteRequest::makeRequest(const QString& stockKey,
+                                                            const CCallback& callback, ESubscribeType type) {
     return CQuoteClient::instance().subscribe(stockKey, callback, type);
 }
 
@@ -44,8 +44,8 @@ void orderSettingFromString(COrderSetting& setting, const QString& text) {
     CTradingRules::instance().orderSettingFromString(setting, text);
 }
 
-void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record, EOperationType operation, int volume,
-                         double price, const CPriceDataPtr& quote) {
+void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record, EOperationType operation,
+                         int volume, double price, const CPriceDataPtr& quote) {
     CTradingRules::instance().orderSettingToParam(setting, record, operation, volume, price, quote);
 }
 

@@ -43,8 +43,9 @@ struct CHost {
     luawrapper::LuaModuleCtrl* luaModuleCtrl = nullptr;
 };
 
-/// Puts the host's services in place, on the main thread, before anything else of the library is used. Fails, and
-/// installs nothing, where a service is missing or a host is installed already; the text names what is wrong.
+/// Puts the host's services in place, on the main thread, before anything else of the library is used. Fails,
+/// and installs nothing, where a service is missing or a host is installed already; the text names what is
+/// wrong.
 [[nodiscard]] utils::KNError installHost(const CHost& host);
 
 /// Forgets the services, after COrderService is gone. Without a host it does nothing.

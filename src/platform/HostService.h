@@ -2,10 +2,11 @@
 
 namespace TC {
 
-/// Base of every abstract host service: gives each its instance(), which installHost sets and releaseHost clears.
+/// Base of every abstract host service: gives each its instance(), which installHost sets and releaseHost
+/// clears.
 ///
-/// instance() may be called only between the two; an access outside is a bug of the host's and ends the process with
-/// the service's name rather than with a null pointer on the order road.
+/// instance() may be called only between the two; an access outside is a bug of the host's and ends the
+/// process with the service's name rather than with a null pointer on the order road.
 template<typename T>
 class CHostService {
 public:

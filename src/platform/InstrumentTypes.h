@@ -10,7 +10,7 @@ namespace knservice {
 /// Numbers of the host's table of instrument types that the order road asks for.
 inline constexpr int kTypeTradableStock = 100028; ///< instruments that a bare code may mean
 inline constexpr int kTypeStarMarket = 1172;      ///< the unit shown to the user is the one that counts
-inline constexpr int kTypeParPriced = 126;        ///< on SH: an amount buys at 100 a piece, whatever the quote says
+inline constexpr int kTypeParPriced = 126; ///< on SH: an amount buys at 100 a piece, whatever the quote says
 
 /// Which types an instrument has, and its units. Any thread; answers at once. market and code are UTF-8.
 class CInstrumentTypes : public TC::CHostService<CInstrumentTypes> {
@@ -19,7 +19,8 @@ public:
 
     virtual bool isTypedStock(int type, const std::string& market, const std::string& code) = 0;
     /// The trading unit in shares or lots, at least 1. An unset operation asks for the unit of any.
-    virtual int getTradeMinUnit(const std::string& market, const std::string& code, TC::EOperationType operation) = 0;
+    virtual int getTradeMinUnit(const std::string& market, const std::string& code,
+                                TC::EOperationType operation) = 0;
     /// The unit shown to the user, at least 1.
     virtual int getUiMinUnit(const std::string& market, const std::string& code, bool forTrade) = 0;
 };

@@ -14,12 +14,13 @@ struct CIntakeReport {
     QString m_strSource; ///< path or ip:port
     int m_nLines = 0;    ///< lines read, whatever became of them
     int m_nOrders = 0;   ///< orders handed on to the checks
-    bool m_bCutShort = false; ///< a line that could not be read ended the source; what stood behind it is lost
-    QString m_strCause;       ///< for people: which line that was, and why
+    bool m_bCutShort =
+        false;          ///< a line that could not be read ended the source; what stood behind it is lost
+    QString m_strCause; ///< for people: which line that was, and why
 };
 
-/// Wants to know what came in, so that a journal can tell how many orders a file held. Called on the thread of the
-/// door, before the orders are handed on; must not throw. A host without a journal does nothing here.
+/// Wants to know what came in, so that a journal can tell how many orders a file held. Called on the thread
+/// of the door, before the orders are handed on; must not throw. A host without a journal does nothing here.
 class CIntakeAudit : public CHostService<CIntakeAudit> {
 public:
     static constexpr const char* kServiceName = "CIntakeAudit";

@@ -13,8 +13,8 @@ public:
     static constexpr const char* kServiceName = "LuaModuleCtrl";
 
     /// Whether a switch is on. `path` is the module and the switch, such as "mdl_order" and
-    /// "mdl_order_service_force_confirm". Read at the moment of use: a host may change a switch at any time. Any
-    /// thread.
+    /// "mdl_order_service_force_confirm". Read at the moment of use: a host may change a switch at any time.
+    /// Any thread.
     virtual bool checkModule(const std::vector<std::string>& path) = 0;
 };
 

@@ -7,8 +7,8 @@
 
 namespace TC {
 
-/// The client's message panel. Any thread; the library calls it from the file thread with its mutex held, so showMsg
-/// must not wait for a thread that may want a strategy.
+/// The client's message panel. Any thread; the library calls it from the file thread with its mutex held, so
+/// showMsg must not wait for a thread that may want a strategy.
 class CMsgService : public CHostService<CMsgService> {
 public:
     static constexpr const char* kServiceName = "CMsgService";
@@ -18,7 +18,8 @@ public:
                          const QString& extra) = 0;
 };
 
-/// A note of the order service to the user's panel: a general message at note level, with the user's flags for such.
+/// A note of the order service to the user's panel: a general message at note level, with the user's flags
+/// for such.
 void showServiceMsg(const QString& text);
 
 } // namespace TC

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/HostService.h"
 #include "base/Unset.h"
+#include "platform/HostService.h"
 #include "records/Enums.h"
 
 #include <QString>
@@ -14,8 +14,8 @@ namespace TC {
 /// Settings of automatic prices; the host's. This system always passes an empty pointer.
 class CAutoPriceParam;
 
-/// One quote. The host makes it and never changes it once it is shared. Prices are in currency units; a price that
-/// does not exist is kUnsetDouble.
+/// One quote. The host makes it and never changes it once it is shared. Prices are in currency units; a price
+/// that does not exist is kUnsetDouble.
 class CPriceData {
 public:
     virtual ~CPriceData() = default;
@@ -58,10 +58,10 @@ public:
     /// The latest quote of an instrument, or an empty pointer while there is none. Does not wait.
     virtual CPriceDataPtr getStockPrice(const QString& stockKey) = 0;
 
-    /// Starts a subscription, so that quotes begin to come and go on coming while the request is held. The call-back
-    /// may be empty. Does not wait. Never an empty pointer, also for an unknown instrument.
-    virtual boost::shared_ptr<CQuoteRequest> subscribe(const QString& stockKey, const CQuoteRequest::CCallback& callback,
-                                                       ESubscribeType type) = 0;
+    /// Starts a subscription, so that quotes begin to come and go on coming while the request is held. The
+    /// call-back may be empty. Does not wait. Never an empty pointer, also for an unknown instrument.
+    virtual boost::shared_ptr<CQuoteRequest>
+    subscribe(const QString& stockKey, const CQuoteRequest::CCallback& callback, ESubscribeType type) = 0;
 };
 
 } // namespace TC

@@ -27,11 +27,11 @@ public:
 
     /// Divides a volume over accounts.
     ///
-    /// volume: shares or lots, kUnsetInt where none could be worked out. price: currency units, for the funds that
-    /// the volume needs; may be unset. ratios: one for each account, as getAccountsWeights gave them. market and code
-    /// are UTF-8 and empty where the family passes none.
-    /// Gives one volume for each account, in their order, 0 where an account gets nothing. On failure gives another
-    /// number of volumes and sets the error.
+    /// volume: shares or lots, kUnsetInt where none could be worked out. price: currency units, for the funds
+    /// that the volume needs; may be unset. ratios: one for each account, as getAccountsWeights gave them.
+    /// market and code are UTF-8 and empty where the family passes none. Gives one volume for each account,
+    /// in their order, 0 where an account gets nothing. On failure gives another number of volumes and sets
+    /// the error.
     virtual std::vector<int> splitEntrusts(int volume, double price, EPriceType priceType,
                                            const std::vector<CAccountInfoPtr>& accounts,
                                            const std::vector<double>& ratios, EPositionType positionType,
@@ -39,8 +39,9 @@ public:
                                            EOperationType operation, EHedge_Flag_Type hedge,
                                            const boost::shared_ptr<utils::KNError>& error) = 0;
 
-    /// Asks the trading layer to cancel a task. operation: kTaskOpCancel. remark: UTF-8, for the record. tradingDay:
-    /// as CExchangeClient::getMaxTradingDay gives it. An empty call-back asks for no answer; the library passes one.
+    /// Asks the trading layer to cancel a task. operation: kTaskOpCancel. remark: UTF-8, for the record.
+    /// tradingDay: as CExchangeClient::getMaxTradingDay gives it. An empty call-back asks for no answer; the
+    /// library passes one.
     virtual void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                             const std::string& tradingDay, const CCancelCallback& callback, int flag) = 0;
 

@@ -25,15 +25,17 @@ public:
     /// An account key from the two halves that trade parameters name.
     virtual QString getAccountFromOrderParam(const QString& part1, const QString& part2) = 0;
 
-    /// Reads the text behind `orderParam=`, in the local 8-bit encoding (GBK), and sets every field of the record anew.
-    /// False where it is not understood; then the record stays as it was. The remark is given back as it came, in GBK.
+    /// Reads the text behind `orderParam=`, in the local 8-bit encoding (GBK), and sets every field of the
+    /// record anew. False where it is not understood; then the record stays as it was. The remark is given
+    /// back as it came, in GBK.
     virtual bool parserOrderTradeParam(const std::string& text, COrderTradeParam& param) = 0;
     /// Reads a setting text into the setting, changing what the text names.
     virtual void orderSettingFromString(COrderSetting& setting, const QString& text) = 0;
-    /// Stamps a record with the setting: price type, price, order type and whatever else the host keeps there.
-    /// volume: shares or lots. price: currency units, may be unset. quote: may be empty.
-    virtual void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record, EOperationType operation,
-                                     int volume, double price, const CPriceDataPtr& quote) = 0;
+    /// Stamps a record with the setting: price type, price, order type and whatever else the host keeps
+    /// there. volume: shares or lots. price: currency units, may be unset. quote: may be empty.
+    virtual void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record,
+                                     EOperationType operation, int volume, double price,
+                                     const CPriceDataPtr& quote) = 0;
     /// Brings the record's time range into the trading day.
     virtual void fixTimeRange(CCodeOrderParam& record) = 0;
 
@@ -55,8 +57,8 @@ EQDBrokerType orderStrategyTradeTypeToBrokerType(EOrderStrategyTradeType tradeTy
 QString getAccountFromOrderParam(const QString& part1, const QString& part2);
 bool parserOrderTradeParam(const std::string& text, COrderTradeParam& param);
 void orderSettingFromString(COrderSetting& setting, const QString& text);
-void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record, EOperationType operation, int volume,
-                         double price, const CPriceDataPtr& quote);
+void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record, EOperationType operation,
+                         int volume, double price, const CPriceDataPtr& quote);
 void fixTimeRange(CCodeOrderParam& record);
 QString orderStrategyTypeToOrderTitle(EOrderStrategyType type);
 QString orderStrategyTypeToString(EOrderStrategyType type);

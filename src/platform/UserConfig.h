@@ -22,9 +22,9 @@ struct CMsgFlags {
     bool m_bSecond = false;
 };
 
-/// The logged-in user: rights, limits, accounts, settings and strategies. Owned by the host, alive from log-in to the
-/// end of the session. Every operation may be called from any thread and answers at once, without waiting for a
-/// network.
+/// The logged-in user: rights, limits, accounts, settings and strategies. Owned by the host, alive from
+/// log-in to the end of the session. Every operation may be called from any thread and answers at once,
+/// without waiting for a network.
 class CUserConfig {
 public:
     virtual ~CUserConfig() = default;
@@ -49,29 +49,31 @@ public:
 
     virtual CMsgFlags getMsgFlags(EMsgTypeDef type) const = 0;
 
-    /// The group of that name under the broker type, or null. Stays the host's, alive as long as the configuration.
+    /// The group of that name under the broker type, or null. Stays the host's, alive as long as the
+    /// configuration.
     virtual const CAccountGroup* getAccountGroupConst(EQDBrokerType broker, const QString& name) const = 0;
     virtual bool hasAccount(const QString& name) const = 0;
     /// Whether the name denotes an account of a table row.
     virtual bool hasSimpleAccount(const QString& name) const = 0;
-    /// Appends the accounts of a group or of a single account, and one ratio for each; appends nothing where there
-    /// are none. `simple` says that the name denotes an account of a table row.
+    /// Appends the accounts of a group or of a single account, and one ratio for each; appends nothing where
+    /// there are none. `simple` says that the name denotes an account of a table row.
     virtual void getAccountsWeights(EQDBrokerType broker, ESelectedAccountType kind, const QString& name,
                                     std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                                     bool simple) const = 0;
 
     /// Whether the user may use this price type for this operation on this instrument.
     virtual bool isPriceTypeValid(EPriceType priceType, EOperationType operation, EQDBrokerType broker,
-                                  const std::string& market, const std::string& code, EOrderType orderType) const = 0;
+                                  const std::string& market, const std::string& code,
+                                  EOrderType orderType) const = 0;
 
     /// The user's default setting of that kind.
     virtual COrderSetting getDefaultOrderSetting(EDefaultSetting which) const = 0;
     /// The user's named baskets, a copy.
     virtual CBasketMap getBaskets() const = 0;
 
-    /// The user's strategies by channel number. The map stays the host's; the library reads and writes it under its
-    /// own mutex from the moment of COrderService::loadFromConfig on, and nobody else may touch it meanwhile but
-    /// through the library. Never null.
+    /// The user's strategies by channel number. The map stays the host's; the library reads and writes it
+    /// under its own mutex from the moment of COrderService::loadFromConfig on, and nobody else may touch it
+    /// meanwhile but through the library. Never null.
     virtual COrderStrategyMap* getStrategyMap() = 0;
 };
 

@@ -12,8 +12,8 @@ namespace TC {
 
 /// One account. The host makes it and keeps it alive by shared pointer.
 struct CAccountInfo : knservice::IData {
-    int m_nBrokerType = -1;       ///< an EQDBrokerType
-    std::string m_strKey;         ///< UTF-8
+    int m_nBrokerType = -1; ///< an EQDBrokerType
+    std::string m_strKey;   ///< UTF-8
     std::string getKey() const override { return m_strKey; }
 };
 
@@ -22,8 +22,8 @@ using CAccountInfoPtr = boost::shared_ptr<CAccountInfo>;
 /// A named group of accounts; the weights of its members stay with the host.
 struct CAccountGroup {
     EQDBrokerType m_eBrokerType = EQDBrokerType::Stock;
-    std::string m_strName;                ///< UTF-8
-    std::vector<std::string> m_accounts;  ///< keys of the members, UTF-8
+    std::string m_strName;               ///< UTF-8
+    std::vector<std::string> m_accounts; ///< keys of the members, UTF-8
 };
 
 } // namespace TC

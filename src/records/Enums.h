@@ -1,8 +1,8 @@
 #pragma once
 
-/// Enumerations of the order records. Their numbers cross to the host, to files and to sockets unchanged: each
-/// stands here once, and -1 means not set (see base/Unset.h). Where only some numbers of an enumeration have a name,
-/// the others belong to the trading layer and are passed on as they come.
+/// Enumerations of the order records. Their numbers cross to the host, to files and to sockets unchanged:
+/// each stands here once, and -1 means not set (see base/Unset.h). Where only some numbers of an enumeration
+/// have a name, the others belong to the trading layer and are passed on as they come.
 namespace TC {
 
 /// Kind of source that an order came from, and kind of source that a strategy listens to.
@@ -58,7 +58,8 @@ enum class ETradePlatform : int { Plain = 0 };
 /// Order kind. 0 is the plain order; the numbers of algorithm orders are the host's.
 enum class EOrderType : int { Plain = 0 };
 
-/// What an order does. The trading layer knows all numbers; these are the ones that this code writes or compares.
+/// What an order does. The trading layer knows all numbers; these are the ones that this code writes or
+/// compares.
 enum class EOperationType : int { Buy = 18, Sell = 19 };
 
 /// Which price an order uses.

@@ -18,10 +18,11 @@ struct CFamily {
     static constexpr std::size_t kMaxRanges = 4;
 
     EOrderStrategyTradeType m_eTradeType;
-    const char* m_pszName;      ///< English name, for messages that developers read
+    const char* m_pszName; ///< English name, for messages that developers read
     EQdTraderType m_eTraderType;
-    EQDBrokerType m_eBrokerType; ///< kind of account that the family trades on; baskets also try credit accounts
-    ESettingSlot m_eSlot;        ///< setting that the family's orders take
+    EQDBrokerType
+        m_eBrokerType;    ///< kind of account that the family trades on; baskets also try credit accounts
+    ESettingSlot m_eSlot; ///< setting that the family's orders take
     std::size_t m_nRanges;
     COrderNumberRange m_ranges[kMaxRanges]; ///< order-type numbers that the family's check accepts
 

@@ -22,7 +22,8 @@ QString lineText(const COrderSingleParam& line) {
     if (!line.m_strAccount.isEmpty()) parts << QStringLiteral("account=") + line.m_strAccount;
     if (line.m_bHasFirstLimit) parts << QStringLiteral("first_limit=") + number(line.m_dFirstLimit);
     if (line.m_bHasSecondLimit) parts << QStringLiteral("second_limit=") + number(line.m_dSecondLimit);
-    if (line.m_eOperationType != -1) parts << QStringLiteral("operation=") + QString::number(line.m_eOperationType);
+    if (line.m_eOperationType != -1)
+        parts << QStringLiteral("operation=") + QString::number(line.m_eOperationType);
     if (line.m_dWeight != 0.0) parts << QStringLiteral("weight=") + number(line.m_dWeight);
     if (!isInvalidPrice(line.m_dAmount)) parts << QStringLiteral("amount=") + number(line.m_dAmount);
     return QStringLiteral("{") + parts.join(QStringLiteral(" ")) + QStringLiteral("}");
@@ -38,11 +39,14 @@ QString COrderParam::toQString() const {
     };
     if (m_bAll) parts << QStringLiteral("all");
     if (!m_strRemark.empty()) parts << QStringLiteral("remark=") + QString::fromStdString(m_strRemark);
-    if (!m_strOrderSetting.empty()) parts << QStringLiteral("setting=") + QString::fromStdString(m_strOrderSetting);
+    if (!m_strOrderSetting.empty())
+        parts << QStringLiteral("setting=") + QString::fromStdString(m_strOrderSetting);
     if (!m_strAccountKeyPart1.isEmpty() || !m_strAccountKeyPart2.isEmpty()) {
-        parts << QStringLiteral("account=") + m_strAccountKeyPart1 + QStringLiteral("/") + m_strAccountKeyPart2;
+        parts << QStringLiteral("account=") + m_strAccountKeyPart1 + QStringLiteral("/") +
+                     m_strAccountKeyPart2;
     }
-    for (const COrderSingleParam& line : m_orders) parts << lineText(line);
+    for (const COrderSingleParam& line : m_orders)
+        parts << lineText(line);
     return parts.join(QStringLiteral(" "));
 }
 

@@ -12,9 +12,9 @@ namespace TC {
 
 /// One line of an order.
 struct COrderSingleParam {
-    QString m_strCode;    ///< empty: none, the strategy's applies
-    QString m_strAccount; ///< read only for strategies in table mode
-    int m_nVolume = kUnsetInt; ///< shares or lots; unset: the strategy's applies
+    QString m_strCode;              ///< empty: none, the strategy's applies
+    QString m_strAccount;           ///< read only for strategies in table mode
+    int m_nVolume = kUnsetInt;      ///< shares or lots; unset: the strategy's applies
     double m_dPrice = kUnsetDouble; ///< currency units, used with EPriceType::Specified
     bool m_bHasFirstLimit = false;
     double m_dFirstLimit = kUnsetDouble;
@@ -39,10 +39,10 @@ struct COrderParam {
     QString m_strAccountKeyPart2;
     std::string m_strBasketText;
     std::string m_strAccountKey;
-    std::string m_strRemark;                              ///< UTF-8
-    EOrderType m_eOrderType = unsetEnum<EOrderType>();    ///< unset: the strategy's applies
-    std::string m_strOrderSetting;                        ///< setting or algorithm text, UTF-8; empty: none
-    int m_nSettingKind = 0;                               ///< 1: m_strOrderSetting is the final algorithm text
+    std::string m_strRemark;                           ///< UTF-8
+    EOrderType m_eOrderType = unsetEnum<EOrderType>(); ///< unset: the strategy's applies
+    std::string m_strOrderSetting;                     ///< setting or algorithm text, UTF-8; empty: none
+    int m_nSettingKind = 0;                            ///< 1: m_strOrderSetting is the final algorithm text
     std::string m_strTradeText1;
     std::string m_strTradeText2;
     std::string m_strTradeText3;

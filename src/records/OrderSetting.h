@@ -18,8 +18,8 @@ struct COrderSetting {
     std::string m_strCmdLog; ///< default command remark, UTF-8
 };
 
-/// Slots of COrderSetting in a strategy. Both connects have two: the strategy path reads HGT and SGT, function
-/// trading the other pair.
+/// Slots of COrderSetting in a strategy. Both connects have two: the strategy path reads HGT and SGT,
+/// function trading the other pair.
 enum class ESettingSlot : int {
     Stock = 0,
     Future = 1,

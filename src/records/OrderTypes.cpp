@@ -23,24 +23,20 @@ struct COperationRow {
 
 // 14 repeats 0, and 15 repeats 3; 33, 34 and 35 leave the operation to their rows.
 constexpr COperationRow kOperationRows[] = {
-    {0, 13, 0},    {14, 14, 0},   {15, 15, 3},   {23, 24, 18},   {25, 26, 18},     {27, 32, 20},   {36, 36, 19},
-    {37, 38, 55},  {39, 39, 1021}, {48, 57, 32}, {66, 71, 42},   {72, 73, 1027},   {74, 75, 48},   {76, 77, 1013},
-    {78, 79, 1029}, {86, 87, 26}, {88, 89, 1025}, {90, 91, 30},  {92, 92, 18},     {100, 100, 50},
+    {0, 13, 0},   {14, 14, 0},    {15, 15, 3},  {23, 24, 18},   {25, 26, 18},
+    {27, 32, 20}, {36, 36, 19},   {37, 38, 55}, {39, 39, 1021}, {48, 57, 32},
+    {66, 71, 42}, {72, 73, 1027}, {74, 75, 48}, {76, 77, 1013}, {78, 79, 1029},
+    {86, 87, 26}, {88, 89, 1025}, {90, 91, 30}, {92, 92, 18},   {100, 100, 50},
 };
 
 } // namespace
 
 const COrderTypeRow kOrderTypeRows[] = {
-    {0, 15, EOrderLineForm::Future, kNoOverride},
-    {23, 24, EOrderLineForm::General, kStock},
-    {27, 31, EOrderLineForm::General, kCredit},
-    {32, 32, EOrderLineForm::Amount, kNoOverride},
-    {34, 34, EOrderLineForm::Whole, kNoOverride},
-    {37, 38, EOrderLineForm::General, kCredit},
-    {39, 39, EOrderLineForm::Amount, kNoOverride},
-    {48, 57, EOrderLineForm::Option, kOption},
-    {66, 85, EOrderLineForm::General, kNeeq},
-    {86, 92, EOrderLineForm::General, kStock},
+    {0, 15, EOrderLineForm::Future, kNoOverride},  {23, 24, EOrderLineForm::General, kStock},
+    {27, 31, EOrderLineForm::General, kCredit},    {32, 32, EOrderLineForm::Amount, kNoOverride},
+    {34, 34, EOrderLineForm::Whole, kNoOverride},  {37, 38, EOrderLineForm::General, kCredit},
+    {39, 39, EOrderLineForm::Amount, kNoOverride}, {48, 57, EOrderLineForm::Option, kOption},
+    {66, 85, EOrderLineForm::General, kNeeq},      {86, 92, EOrderLineForm::General, kStock},
 };
 const std::size_t kOrderTypeRowCount = std::size(kOrderTypeRows);
 

@@ -12,8 +12,9 @@
 
 namespace TC {
 
-/// One strategy: a channel through which orders of one kind enter, with the accounts and the product family they are
-/// for. Kept in the host's map under its channel number. Large: code on the order road makes one copy per order.
+/// One strategy: a channel through which orders of one kind enter, with the accounts and the product family
+/// they are for. Kept in the host's map under its channel number. Large: code on the order road makes one
+/// copy per order.
 struct COrderStrategyParam {
     static constexpr int kRunning = 0;
     static constexpr int kStopped = 1;
@@ -39,7 +40,7 @@ struct COrderStrategyParam {
     int m_nVolume = 1; ///< shares or lots
     int m_nFurther1 = 1;
     int m_nFurther2 = 1;
-    bool m_bUseAmount = false; ///< the volume follows from m_dAmount
+    bool m_bUseAmount = false;       ///< the volume follows from m_dAmount
     double m_dAmount = kUnsetDouble; ///< currency units
     bool m_bByPercent = false;
     double m_dPercent = kUnsetDouble; ///< 0 to 1
@@ -51,10 +52,12 @@ struct COrderStrategyParam {
     bson::BSONObj m_hedgeParam;
 
     const COrderSetting& setting(ESettingSlot slot) const {
-        return slot == ESettingSlot::Stock ? m_stockSetting : m_furtherSettings.at(static_cast<std::size_t>(slot) - 1);
+        return slot == ESettingSlot::Stock ? m_stockSetting
+                                           : m_furtherSettings.at(static_cast<std::size_t>(slot) - 1);
     }
     COrderSetting& setting(ESettingSlot slot) {
-        return slot == ESettingSlot::Stock ? m_stockSetting : m_furtherSettings.at(static_cast<std::size_t>(slot) - 1);
+        return slot == ESettingSlot::Stock ? m_stockSetting
+                                           : m_furtherSettings.at(static_cast<std::size_t>(slot) - 1);
     }
 
     bool isRunning() const { return m_nStatus == kRunning; }

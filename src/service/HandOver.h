@@ -6,9 +6,9 @@
 
 namespace TC {
 
-/// Orders what a thread writes before and while it posts a call, and what the called thread reads, by a mutex of its own.
-/// Qt's event queue does the same already, but inside a library that a thread sanitizer cannot see into: with this one
-/// the whole order road can be checked for races.
+/// Orders what a thread writes before and while it posts a call, and what the called thread reads, by a mutex
+/// of its own. Qt's event queue does the same already, but inside a library that a thread sanitizer cannot
+/// see into: with this one the whole order road can be checked for races.
 ///
 /// Installed as an event filter on the receiver, in the receiver's thread.
 class CHandOver : public QObject {

@@ -68,13 +68,15 @@ COrderService::COrderService(QObject* parent)
     m_threads->handOver.moveToThread(&m_threads->service);
 }
 
-/// The host's signals reach the slots as an automatic connection would bring them, through the hand-over like all else.
+/// The host's signals reach the slots as an automatic connection would bring them, through the hand-over like
+/// all else.
 void COrderService::connectHost() {
     connect(
         &CExchangeClient::instance(), &CExchangeClient::sigNewTradingDate, this,
         [this](const std::string& date) {
             m_threads->handOver.around([&] {
-                QMetaObject::invokeMethod(this, [this, date] { slotNewTradingDate(date); }, Qt::AutoConnection);
+                QMetaObject::invokeMethod(
+                    this, [this, date] { slotNewTradingDate(date); }, Qt::AutoConnection);
             });
         },
         Qt::DirectConnection);
@@ -101,7 +103,8 @@ void COrderService::shutdown() {
     // Events are served in order: when this one has had its turn, every batch posted before has too.
     std::promise<void> workedOff;
     m_threads->handOver.around([&] {
-        QMetaObject::invokeMethod(this, [&workedOff] { workedOff.set_value(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [&workedOff] { workedOff.set_value(); }, Qt::QueuedConnection);
     });
     workedOff.get_future().wait();
     m_threads->service.quit();

@@ -22,13 +22,13 @@ class CFileService;
 class COrderServiceBase;
 class CStrategyRegistry;
 
-/// The order service: everything reaches the order checkers through this singleton. Chooses the variant that the user
-/// gets, owns the threads of the order path, keeps the strategies, and turns calls from any thread into queued work on
-/// its own thread.
+/// The order service: everything reaches the order checkers through this singleton. Chooses the variant that
+/// the user gets, owns the threads of the order path, keeps the strategies, and turns calls from any thread
+/// into queued work on its own thread.
 ///
 /// The host creates it on its main thread after installHost and stores it with initInstance, creates the
-/// COrderServiceAdapter after it, and calls loadFromConfig once the user is logged in. At the end of the process it
-/// calls shutdown and release, in that order, before releaseHost.
+/// COrderServiceAdapter after it, and calls loadFromConfig once the user is logged in. At the end of the
+/// process it calls shutdown and release, in that order, before releaseHost.
 class COrderService : public QObject,
                       public utils::CManualSingletonT<COrderService>,
                       public IOrderGate,
@@ -40,15 +40,15 @@ public:
     /// Shuts down first where shutdown was not called. Not on the service's own thread.
     ~COrderService() override;
 
-    /// Binds the service to the logged-in user: chooses the variant, filters the strategies over the user's limits,
-    /// starts those that the configuration remembers as running, and starts the file thread. Without a user it does
-    /// nothing. A repeated call keeps variant and thread and starts again what is remembered as running.
-    /// showMsg: whether each started strategy is announced.
+    /// Binds the service to the logged-in user: chooses the variant, filters the strategies over the user's
+    /// limits, starts those that the configuration remembers as running, and starts the file thread. Without
+    /// a user it does nothing. A repeated call keeps variant and thread and starts again what is remembered
+    /// as running. showMsg: whether each started strategy is announced.
     void loadFromConfig(bool showMsg);
 
-    /// Ends the intake, works off every batch that was accepted, and ends the service's threads. Nothing that was taken
-    /// from a file is lost. Afterwards the object accepts nothing more; a second call does nothing. Not on the
-    /// service's own thread.
+    /// Ends the intake, works off every batch that was accepted, and ends the service's threads. Nothing that
+    /// was taken from a file is lost. Afterwards the object accepts nothing more; a second call does nothing.
+    /// Not on the service's own thread.
     void shutdown();
 
     /// Any thread; queued.
@@ -67,8 +67,8 @@ public:
     /// The variant, or null.
     COrderServiceBase* getOrderService() const;
 
-    /// Strategies. 0 for success and -1 for failure unless stated; any thread; a call can wait for a pass of the file
-    /// loop to end.
+    /// Strategies. 0 for success and -1 for failure unless stated; any thread; a call can wait for a pass of
+    /// the file loop to end.
 
     /// The new strategy's id, or -1 while no user is bound.
     int addOrderStrategy(EOrderStrategyType type);
@@ -78,12 +78,12 @@ public:
     int removeOrderStrategy(int id);
     /// A copy that shares nothing with the host's map.
     QMap<int, COrderStrategyParam> getStrategyMap() const;
-    /// The record itself or null. The pointer holds as long as nothing removes the record and is read without a lock:
-    /// only for callers that keep the registry still.
+    /// The record itself or null. The pointer holds as long as nothing removes the record and is read without
+    /// a lock: only for callers that keep the registry still.
     const COrderStrategyParam* getStrategyConst(int id) const;
     COrderStrategyParam* getStrategy(int id);
-    /// Starts a strategy; a file strategy's waiting file is deleted unread. `error` gets the reason of a failure, and
-    /// can hold a note after a success.
+    /// Starts a strategy; a file strategy's waiting file is deleted unread. `error` gets the reason of a
+    /// failure, and can hold a note after a success.
     int startOrderStrategy(int id, QString& error, bool showMsg);
     int stopOrderStrategy(int id, QString& error);
     /// DBF order tables are not built yet: refuses with a message and -1.
@@ -103,8 +103,8 @@ signals:
     void sigCancelOrder(int taskId);
     /// For the host; nothing here emits it.
     void sigStopStrategy(int id, int reason);
-    /// A `cancel_order` line: the word and its fields. Emitted on the file thread with the registry locked. Connect with
-    /// Qt::DirectConnection: the reference cannot be queued.
+    /// A `cancel_order` line: the word and its fields. Emitted on the file thread with the registry locked.
+    /// Connect with Qt::DirectConnection: the reference cannot be queued.
     void sigCancelOrders(std::vector<std::string>& fields);
 
 public slots:

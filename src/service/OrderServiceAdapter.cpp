@@ -7,7 +7,8 @@ namespace TC {
 
 COrderServiceAdapter::COrderServiceAdapter(QObject* parent) : QObject(parent) {
     if (COrderService* service = COrderService::instance()) {
-        connect(service, &COrderService::sigPlaceLegalOrders, this, &COrderServiceAdapter::slotPlaceLegalOrders);
+        connect(service, &COrderService::sigPlaceLegalOrders, this,
+                &COrderServiceAdapter::slotPlaceLegalOrders);
     }
 }
 

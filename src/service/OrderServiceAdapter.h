@@ -13,7 +13,8 @@ namespace TC {
 class COrderServiceAdapter : public QObject, public utils::CManualSingletonT<COrderServiceAdapter> {
     Q_OBJECT
 public:
-    /// Connects to the COrderService singleton where there is one by now; otherwise stays unconnected for good.
+    /// Connects to the COrderService singleton where there is one by now; otherwise stays unconnected for
+    /// good.
     explicit COrderServiceAdapter(QObject* parent = nullptr);
 
 public slots:

@@ -18,17 +18,20 @@ namespace {
 constexpr int kSuccess = 0;
 constexpr int kFailure = -1;
 
-/// Whether the accounts that the strategy names are logged in. Without accounts there is nothing to refuse here.
+/// Whether the accounts that the strategy names are logged in. Without accounts there is nothing to refuse
+/// here.
 bool areAccountsLoggedIn(const CUserConfig& user, const COrderStrategyParam& strategy) {
     auto& trade = CTradeClient::instance();
     const auto isLoggedIn = [&](const std::string& key) {
         return trade.getLoginStatus(key) == EBROKER_LOGIN_STATUS::LoggedIn;
     };
     switch (strategy.m_eSelectedAccountType) {
-    case ESelectedAccountType::Account: return isLoggedIn(strategy.m_strSelectedAccount.toStdString());
+    case ESelectedAccountType::Account:
+        return isLoggedIn(strategy.m_strSelectedAccount.toStdString());
     case ESelectedAccountType::Group: {
         const CAccountGroup* group = findAccountGroup(user, strategy);
-        return group == nullptr || std::all_of(group->m_accounts.begin(), group->m_accounts.end(), isLoggedIn);
+        return group == nullptr ||
+               std::all_of(group->m_accounts.begin(), group->m_accounts.end(), isLoggedIn);
     }
     }
     return true;
@@ -44,8 +47,10 @@ bool wantsCode(EOrderStrategyTradeType tradeType) {
     case EOrderStrategyTradeType::SGT:
     case EOrderStrategyTradeType::HGT:
     case EOrderStrategyTradeType::Neeq:
-    case EOrderStrategyTradeType::Gold: return true;
-    default: return false;
+    case EOrderStrategyTradeType::Gold:
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -153,7 +158,8 @@ bool CStrategyRegistry::startChecked(COrderStrategyParam& strategy, QString& err
     const bool hasCode = !strategy.m_strCode.isEmpty();
     if (!hasCode && wantsCode(strategy.m_eTradeType)) error = QStringLiteral("代码不能为空");
     if (strategy.isRunning()) return true;
-    if (!hasCode && strategy.m_eTradeType == EOrderStrategyTradeType::Future) error = QStringLiteral("合约代码为空");
+    if (!hasCode && strategy.m_eTradeType == EOrderStrategyTradeType::Future)
+        error = QStringLiteral("合约代码为空");
     if (strategy.m_strSignalSource.isEmpty()) {
         error = QStringLiteral("信号来源为空");
         return false;
@@ -208,8 +214,8 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
 COrderStrategyMap CStrategyRegistry::copy() {
     const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return {};
-    // Detached at once: the host's map must stay unshared, or its next change would move the records that getStrategy
-    // has given out.
+    // Detached at once: the host's map must stay unshared, or its next change would move the records that
+    // getStrategy has given out.
     COrderStrategyMap result = *m_pStrategies;
     result.detach();
     return result;
@@ -220,7 +226,8 @@ COrderStrategyMap CStrategyRegistry::copyFor(const QVector<COrderParam>& orders)
     COrderStrategyMap result;
     for (const COrderParam& order : orders) {
         if (result.contains(order.m_nChannel)) continue;
-        if (const COrderStrategyParam* strategy = find(order.m_nChannel)) result.insert(order.m_nChannel, *strategy);
+        if (const COrderStrategyParam* strategy = find(order.m_nChannel))
+            result.insert(order.m_nChannel, *strategy);
     }
     return result;
 }
@@ -244,7 +251,8 @@ QString CStrategyRegistry::statusBarTip() {
 void CStrategyRegistry::visit(const std::function<void(int, const COrderStrategyParam&)>& visitor) {
     const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return;
-    for (auto it = m_pStrategies->cbegin(); it != m_pStrategies->cend(); ++it) visitor(it.key(), it.value());
+    for (auto it = m_pStrategies->cbegin(); it != m_pStrategies->cend(); ++it)
+        visitor(it.key(), it.value());
 }
 
 } // namespace TC

@@ -11,9 +11,9 @@
 
 namespace TC {
 
-/// The user's strategies behind one mutex: adding, changing, removing, starting and stopping them. The map is the
-/// host's; it is bound once a user is logged in, and what changes here is saved with the user's configuration. Any
-/// thread; results as COrderService documents them.
+/// The user's strategies behind one mutex: adding, changing, removing, starting and stopping them. The map is
+/// the host's; it is bound once a user is logged in, and what changes here is saved with the user's
+/// configuration. Any thread; results as COrderService documents them.
 class CStrategyRegistry {
 public:
     /// Called with the mutex held after each start and stop; the argument is hasRunning().
@@ -38,7 +38,8 @@ public:
     void restartRemembered(bool showMsg);
 
     COrderStrategyMap copy();
-    /// Copies of the strategies that the orders are meant for, so that they can be worked on without the mutex.
+    /// Copies of the strategies that the orders are meant for, so that they can be worked on without the
+    /// mutex.
     COrderStrategyMap copyFor(const QVector<COrderParam>& orders);
     bool hasRunning() const;
     QString statusBarTip();

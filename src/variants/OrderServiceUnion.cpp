@@ -15,7 +15,8 @@ namespace {
 
 using luawrapper::isOrderSwitchOn;
 
-/// Erases the strategies of one kind that come after the first `limit`, in key order. `counts` says which are of it.
+/// Erases the strategies of one kind that come after the first `limit`, in key order. `counts` says which are
+/// of it.
 template<typename Predicate>
 void keepFirst(COrderStrategyMap& strategies, int limit, const Predicate& counts) {
     int count = 0;
@@ -29,7 +30,8 @@ void keepFirst(COrderStrategyMap& strategies, int limit, const Predicate& counts
 EOrderStrategyTradeType tradeTypeOf(const COrderParam& order, const COrderStrategyParam& strategy) {
     const bool isOverridden =
         order.m_nTradeTypeOverride != -1 && order.m_eStrategyType == EOrderStrategyType::BatchPending;
-    return isOverridden ? static_cast<EOrderStrategyTradeType>(order.m_nTradeTypeOverride) : strategy.m_eTradeType;
+    return isOverridden ? static_cast<EOrderStrategyTradeType>(order.m_nTradeTypeOverride)
+                        : strategy.m_eTradeType;
 }
 
 void logInfo(const void* object, const char* function, const std::string& text) {
@@ -90,23 +92,26 @@ bool COrderServiceUnion::placeOrder(const COrderParam& order, const COrderStrate
 }
 
 void COrderServiceUnion::announce(const COrderParam& order, const COrderStrategyParam& strategy) const {
-    showServiceMsg(utils::fillText(
-        QStringLiteral("[%1]　通道号: %2, 通道类型: %3, 下单类型: %4, 策略类型: %5"),
-        {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel),
-         orderStrategyTradeTypeToString(strategy.m_eTradeType), orderStrategyOrderTypeToString(order.m_nOrderType),
-         orderStrategyTypeToString(order.m_eStrategyType)}));
+    showServiceMsg(
+        utils::fillText(QStringLiteral("[%1]　通道号: %2, 通道类型: %3, 下单类型: %4, 策略类型: %5"),
+                        {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel),
+                         orderStrategyTradeTypeToString(strategy.m_eTradeType),
+                         orderStrategyOrderTypeToString(order.m_nOrderType),
+                         orderStrategyTypeToString(order.m_eStrategyType)}));
 }
 
 void COrderServiceUnion::dispatch(const COrderParam& order, const COrderStrategyParam& strategy) {
     const EOrderStrategyTradeType tradeType = tradeTypeOf(order, strategy);
-    const auto operation = std::find_if(std::begin(s_operations), std::end(s_operations),
-                                        [&](const CFamilyOperation& row) { return row.m_eTradeType == tradeType; });
+    const auto operation =
+        std::find_if(std::begin(s_operations), std::end(s_operations),
+                     [&](const CFamilyOperation& row) { return row.m_eTradeType == tradeType; });
     if (operation != std::end(s_operations)) {
         (this->*operation->m_pfnOrder)(order, strategy);
         return;
     }
-    showServiceMsg(utils::fillText(QStringLiteral("[%1]　通道号: %2, 交易类型错误!"),
-                                   {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel)}));
+    showServiceMsg(
+        utils::fillText(QStringLiteral("[%1]　通道号: %2, 交易类型错误!"),
+                        {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel)}));
 }
 
 void COrderServiceUnion::orderStock(COrderParam order, const COrderStrategyParam& strategy) {
@@ -114,17 +119,20 @@ void COrderServiceUnion::orderStock(COrderParam order, const COrderStrategyParam
     std::map<std::string, double> weights;
     if (!checkAndFillOrderStock(order, strategy, codes, weights) || !isCmdUser()) return;
     if (utils::CLogCenter::logEnabled()) {
-        logInfo(this, "TC::COrderServiceUnion::orderStock", "placeCommands: [orderservice] stock speculation.");
+        logInfo(this, "TC::COrderServiceUnion::orderStock",
+                "placeCommands: [orderservice] stock speculation.");
     }
-    doOrderCommand(EQdTraderType::Stock, EQdHedgeType::None, EFtSpecBtnBarType::None, codes, std::move(weights),
-                   EQdStopLossType::None, true, {}, {}, std::to_string(strategy.m_nChannel), ETradePlatform::Plain, {},
-                   false, isOrderSwitchOn("mdl_order_service_force_confirm"), order.m_strRemark, order, strategy);
+    doOrderCommand(EQdTraderType::Stock, EQdHedgeType::None, EFtSpecBtnBarType::None, codes,
+                   std::move(weights), EQdStopLossType::None, true, {}, {},
+                   std::to_string(strategy.m_nChannel), ETradePlatform::Plain, {}, false,
+                   isOrderSwitchOn("mdl_order_service_force_confirm"), order.m_strRemark, order, strategy);
 }
 
 void COrderServiceUnion::refuseFamily(COrderParam order, const COrderStrategyParam& strategy) {
-    showCheckFailure(utils::fillText(QStringLiteral("[%1]　通道号: %2, 此版本尚不支持%3交易, 无法下单!"),
-                                     {orderStrategyText(order.m_eStrategyType), QString::number(strategy.m_nChannel),
-                                      orderStrategyTradeTypeToString(tradeTypeOf(order, strategy))}));
+    showCheckFailure(
+        utils::fillText(QStringLiteral("[%1]　通道号: %2, 此版本尚不支持%3交易, 无法下单!"),
+                        {orderStrategyText(order.m_eStrategyType), QString::number(strategy.m_nChannel),
+                         orderStrategyTradeTypeToString(tradeTypeOf(order, strategy))}));
 }
 
 } // namespace TC

@@ -4,16 +4,16 @@
 
 namespace TC {
 
-/// The one-pass variant: takes a batch order by order through frame check, family check and command. Nothing is shown
-/// before a command goes out; whether the host must ask the user travels in the command.
+/// The one-pass variant: takes a batch order by order through frame check, family check and command. Nothing
+/// is shown before a command goes out; whether the host must ask the user travels in the command.
 class COrderServiceUnion : public COrderServiceBase {
     Q_OBJECT
 public:
     using COrderServiceBase::COrderServiceBase;
 
     void filterStrategies(COrderStrategyMap* strategies) override;
-    /// A missing strategy or an order that fails the frame check ends the batch; what fails its family check drops
-    /// alone.
+    /// A missing strategy or an order that fails the frame check ends the batch; what fails its family check
+    /// drops alone.
     void placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) override;
 
 private:

@@ -9,21 +9,26 @@ namespace {
 
 char unescapeOne(const std::string& text, std::size_t& i) {
     switch (text.at(++i)) {
-    case 't': return '\t';
-    case 'r': return '\r';
-    case '\\': return '\\';
+    case 't':
+        return '\t';
+    case 'r':
+        return '\r';
+    case '\\':
+        return '\\';
     case 'x': {
         const char byte = static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
         i += 2;
         return byte;
     }
-    default: throw std::runtime_error("unknown escape in: " + text);
+    default:
+        throw std::runtime_error("unknown escape in: " + text);
     }
 }
 
 std::string unescape(const std::string& text) {
     std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) bytes += text[i] == '\\' ? unescapeOne(text, i) : text[i];
+    for (std::size_t i = 0; i < text.size(); ++i)
+        bytes += text[i] == '\\' ? unescapeOne(text, i) : text[i];
     return bytes;
 }
 

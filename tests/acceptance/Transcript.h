@@ -17,8 +17,8 @@ struct CStatement {
 ///     file 3                                 a file for channel 3; its lines follow, each behind "> "
 ///     > 23,0,10.5,600000,100                 escapes: \t \r \\ \xHH; "file 3 gbk" turns the text into GBK
 ///     >> 24,0                                the same without a line feed behind it
-///     expect                                 every line from here to the next statement block is what reaches the host
-///     message ...
+///     expect                                 every line from here to the next statement block is what
+///     reaches the host message ...
 struct CTranscript {
     struct CStep {
         std::vector<CStatement> statements;

@@ -1,8 +1,8 @@
-// Takes the order files of each transcript down the real road: file, loop, queue, check, command. The host is the one in
-// memory, the threads are the service's own.
+// Takes the order files of each transcript down the real road: file, loop, queue, check, command. The host is
+// the one in memory, the threads are the service's own.
+#include "tests/acceptance/Transcript.h"
 #include "base/Text.h"
 #include "service/OrderService.h"
-#include "tests/acceptance/Transcript.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
@@ -57,8 +57,10 @@ public:
 private:
     void addStrategy(const CStatement& statement) {
         const int channel = std::stoi(statement.rest);
-        COrderStrategyParam strategy = CStrategyBuilder().channel(channel).file(folder.path(std::to_string(channel)));
-        for (const auto& [word, value] : splitWords(statement.rest.substr(statement.rest.find_first_of(" \n") + 1))) {
+        COrderStrategyParam strategy =
+            CStrategyBuilder().channel(channel).file(folder.path(std::to_string(channel)));
+        for (const auto& [word, value] :
+             splitWords(statement.rest.substr(statement.rest.find_first_of(" \n") + 1))) {
             const auto setter = m_strategyWords.find(word);
             if (setter != m_strategyWords.end()) setter->second(strategy, value);
         }
@@ -111,7 +113,8 @@ private:
         folder.handOver(std::to_string(std::stoi(statement.rest)), statement.bytes);
         if (!host.waitForIntakes(before + 1)) throw std::runtime_error("the file was not taken");
         COrderService::instance()->getStrategyMap(); // comes back when the pass is over
-        QMetaObject::invokeMethod(COrderService::instance(), [] {}, Qt::BlockingQueuedConnection);
+        QMetaObject::invokeMethod(
+            COrderService::instance(), [] {}, Qt::BlockingQueuedConnection);
     }
 
     CTempFolder folder;
@@ -119,7 +122,10 @@ private:
 
     using CSetter = std::function<void(COrderStrategyParam&, const std::string&)>;
     const std::map<std::string, CSetter> m_strategyWords{
-        {"price", [](auto& s, const auto& v) { s.m_stockSetting.m_ePriceType = static_cast<EPriceType>(std::stoi(v)); }},
+        {"price",
+         [](auto& s, const auto& v) {
+             s.m_stockSetting.m_ePriceType = static_cast<EPriceType>(std::stoi(v));
+         }},
         {"volume", [](auto& s, const auto& v) { s.m_nVolume = std::stoi(v); }},
         {"amount",
          [](auto& s, const auto& v) {
@@ -133,7 +139,8 @@ private:
              s.m_eSelectedAccountType = ESelectedAccountType::Account;
              s.m_strSelectedAccount = qs(v);
          }},
-        {"family", [](auto& s, const auto& v) { s.m_eTradeType = static_cast<EOrderStrategyTradeType>(std::stoi(v)); }},
+        {"family",
+         [](auto& s, const auto& v) { s.m_eTradeType = static_cast<EOrderStrategyTradeType>(std::stoi(v)); }},
         {"kind", [](auto& s, const auto& v) { s.m_eOrderType = static_cast<EOrderType>(std::stoi(v)); }},
         {"remark", [](auto& s, const auto& v) { s.m_stockSetting.m_strCmdLog = v; }},
         {"stopped", [](auto& s, const auto&) { s.m_nStatus = COrderStrategyParam::kStopped; }},
@@ -148,17 +155,28 @@ private:
         {"switch", [this](const auto& s) { host.switches.on.insert(s.rest); }},
         {"noswitch", [this](const auto& s) { host.switches.on.erase(s.rest); }},
         {"userkind", [this](const auto& s) { host.user.kind = std::stoi(s.rest); }},
-        {"noright", [this](const auto& s) { host.user.rights.erase(static_cast<EUserAuth>(std::stoi(s.rest))); }},
+        {"noright",
+         [this](const auto& s) { host.user.rights.erase(static_cast<EUserAuth>(std::stoi(s.rest))); }},
         {"logout", [this](const auto& s) { host.trade.loginStatus[s.rest] = 1; }},
-        {"algo", [this](const auto& s) { host.rules.algoPlatforms[static_cast<EOrderType>(std::stoi(s.rest))] = static_cast<ETradePlatform>(2); }},
+        {"algo",
+         [this](const auto& s) {
+             host.rules.algoPlatforms[static_cast<EOrderType>(std::stoi(s.rest))] =
+                 static_cast<ETradePlatform>(2);
+         }},
         {"task", [this](const auto& s) { host.tasks.tasks[std::stoi(s.rest)] = 1; }},
-        {"market", [this](const auto& s) { host.rules.marketPrices.insert(static_cast<EPriceType>(std::stoi(s.rest))); }},
+        {"market",
+         [this](const auto& s) {
+             host.rules.marketPrices.insert(static_cast<EPriceType>(std::stoi(s.rest)));
+         }},
         {"star",
          [this](const auto& s) {
              host.types.types.insert({knservice::kTypeStarMarket, s.rest});
              host.types.uiUnits[s.rest] = 200;
          }},
-        {"par", [this](const auto& s) { host.types.types.insert({knservice::kTypeParPriced, s.rest}); }},
+        {"par",
+         [this](const auto& s) {
+             host.types.types.insert({knservice::kTypeParPriced, s.rest});
+         }},
     };
 };
 
@@ -178,10 +196,13 @@ TEST_P(Transcript, ComesOutAsWritten) {
     ASSERT_FALSE(transcript.steps.empty());
     CRoad road;
     for (const CTranscript::CStep& step : transcript.steps) {
-        for (const CStatement& statement : step.statements) road.apply(statement);
+        for (const CStatement& statement : step.statements)
+            road.apply(statement);
         std::string came, expected;
-        for (const std::string& line : road.takeLog()) came += line + "\n";
-        for (const std::string& line : step.expected) expected += line + "\n";
+        for (const std::string& line : road.takeLog())
+            came += line + "\n";
+        for (const std::string& line : step.expected)
+            expected += line + "\n";
         EXPECT_EQ(came, expected);
     }
 }

@@ -13,9 +13,10 @@ protected:
     CommandIssue() { host.rules.algoPlatforms[kAlgo] = static_cast<ETradePlatform>(12); }
 
     COrderComandParamPtr issue(const COrderParam& order, const COrderStrategyParam& strategy) {
-        service.doOrderCommand(EQdTraderType::Stock, EQdHedgeType::Compose, EFtSpecBtnBarType::CloseFirst, codes,
-                               {{"A1", 0.5}}, EQdStopLossType::None, true, {}, {}, "tag",
-                               static_cast<ETradePlatform>(3), "given", true, true, "argument", order, strategy);
+        service.doOrderCommand(EQdTraderType::Stock, EQdHedgeType::Compose, EFtSpecBtnBarType::CloseFirst,
+                               codes, {{"A1", 0.5}}, EQdStopLossType::None, true, {}, {}, "tag",
+                               static_cast<ETradePlatform>(3), "given", true, true, "argument", order,
+                               strategy);
         EXPECT_EQ(host.commands().size(), 1u);
         return host.commands().at(0);
     }
@@ -57,12 +58,15 @@ TEST_F(CommandIssue, AlgorithmOrderOverridesPlatformTextAndTheCopiesKind) {
     const auto command = issue(order, CStrategyBuilder());
     EXPECT_EQ(command->m_ePlatform, static_cast<ETradePlatform>(12));
     EXPECT_EQ(command->m_strAlgoParam, "algo 7 s x2");
-    for (const CCodeOrderParam& code : command->m_codes) EXPECT_EQ(code.m_eOrderType, kAlgo);
-    for (const CCodeOrderParam& code : codes) EXPECT_TRUE(isUnset(code.m_eOrderType));
+    for (const CCodeOrderParam& code : command->m_codes)
+        EXPECT_EQ(code.m_eOrderType, kAlgo);
+    for (const CCodeOrderParam& code : codes)
+        EXPECT_TRUE(isUnset(code.m_eOrderType));
 }
 
 TEST_F(CommandIssue, AlgorithmOrderWithoutTextReplacesTheGivenOneByNothing) {
-    const auto command = issue(COrderBuilder(23), CStrategyBuilder().set([](auto& s) { s.m_eOrderType = kAlgo; }));
+    const auto command =
+        issue(COrderBuilder(23), CStrategyBuilder().set([](auto& s) { s.m_eOrderType = kAlgo; }));
     EXPECT_EQ(command->m_strAlgoParam, "");
 }
 
@@ -103,8 +107,10 @@ TEST_F(CommandIssue, SavingStoresNothing) {
 
 TEST_F(CommandIssue, TitleFollowsTheUsersKindWhereTheSwitchIsOn) {
     const QString plain = QStringLiteral("下达指令");
-    const std::map<int, QString> titles{{100, QStringLiteral("下达投资建议")}, {101, QStringLiteral("下达投资决策")},
-                                        {200, QStringLiteral("下达投资决策")}, {102, QStringLiteral("下达投资决策")},
+    const std::map<int, QString> titles{{100, QStringLiteral("下达投资建议")},
+                                        {101, QStringLiteral("下达投资决策")},
+                                        {200, QStringLiteral("下达投资决策")},
+                                        {102, QStringLiteral("下达投资决策")},
                                         {90, plain}};
     for (const auto& [kind, title] : titles) {
         host.user.kind = kind;
@@ -119,7 +125,7 @@ TEST_F(CommandIssue, DefaultRemarkFollowsTheFamily) {
     struct CRow {
         int family, slot, traderType;
     };
-    const std::vector<CRow> rows{{0, 0, 1},  {1, 1, 2},      {2, 6, 4},    {3, 8, 8},      {4, 9, 32},
+    const std::vector<CRow> rows{{0, 0, 1},      {1, 1, 2},     {2, 6, 4},       {3, 8, 8},   {4, 9, 32},
                                  {9, 15, 16384}, {10, 11, 128}, {11, 10, 16384}, {12, 12, 16}};
     for (const CRow& row : rows) {
         const COrderStrategyParam strategy = CStrategyBuilder().set([&](auto& s) {
@@ -138,7 +144,8 @@ TEST_F(CommandIssue, FamiliesWithoutARowHaveNoDefaultRemark) {
     for (const int family : {5, 6, 7, 8, 13}) {
         const COrderStrategyParam strategy = CStrategyBuilder().set([&](auto& s) {
             s.m_eTradeType = static_cast<EOrderStrategyTradeType>(family);
-            for (int i = 0; i < kSettingSlots; ++i) s.setting(static_cast<ESettingSlot>(i)).m_strCmdLog = "text";
+            for (int i = 0; i < kSettingSlots; ++i)
+                s.setting(static_cast<ESettingSlot>(i)).m_strCmdLog = "text";
         });
         auto traderType = static_cast<EQdTraderType>(77);
         EXPECT_EQ(service.getCmdLog(strategy, traderType), "") << family;

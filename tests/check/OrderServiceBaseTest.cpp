@@ -56,7 +56,8 @@ TEST_F(FrameCheck, GroupMustExistUnderTheFamilysBrokerType) {
 TEST_F(FrameCheck, BasketGroupMayExistUnderCreditOnly) {
     host.user.addAccount("C1", EQDBrokerType::Credit);
     host.user.addGroup(EQDBrokerType::Credit, "CG", {{"C1", 1.0}});
-    COrderStrategyParam strategy = CStrategyBuilder().family(EOrderStrategyTradeType::Basket).group(QStringLiteral("CG"));
+    COrderStrategyParam strategy =
+        CStrategyBuilder().family(EOrderStrategyTradeType::Basket).group(QStringLiteral("CG"));
     EXPECT_TRUE(service.checkAccount(&strategy));
     strategy.m_eTradeType = EOrderStrategyTradeType::FutureBasket;
     EXPECT_FALSE(service.checkAccount(&strategy));
@@ -168,8 +169,9 @@ TEST_F(AccountKey, NoAccountIsReportedOnce) {
 TEST_F(AccountKey, BasketFindsAccountsUnderCreditOnTheSecondCall) {
     host.user.addAccount("C1", EQDBrokerType::Credit);
     host.user.addGroup(EQDBrokerType::Credit, "CG", {{"C1", 1.0}});
-    EXPECT_TRUE(check(COrderBuilder(25),
-                      CStrategyBuilder().family(EOrderStrategyTradeType::Basket).group(QStringLiteral("CG"))));
+    EXPECT_TRUE(
+        check(COrderBuilder(25),
+              CStrategyBuilder().family(EOrderStrategyTradeType::Basket).group(QStringLiteral("CG"))));
     EXPECT_EQ(accounts.front()->getKey(), "C1");
 }
 
@@ -178,7 +180,8 @@ protected:
     bool isValid(EPriceType type, const COrderParam& order, const CPriceDataPtr& quote) {
         COrderSetting setting;
         setting.m_ePriceType = type;
-        return service.isPriceTypeVailed(setting, order, quote, EOperationType::Buy, EQDBrokerType::Stock, {});
+        return service.isPriceTypeVailed(setting, order, quote, EOperationType::Buy, EQDBrokerType::Stock,
+                                         {});
     }
     static boost::shared_ptr<fake::CQuote> quote(double price) {
         const auto made = boost::make_shared<fake::CQuote>();
@@ -249,10 +252,11 @@ TEST_F(OrderKind, PlatformIsAskedForAlgorithmsOnly) {
 }
 
 TEST_F(OrderKind, TraderTypeOfEveryFamily) {
-    const std::map<int, int> expected{{0, 1},     {1, 2},   {2, 4}, {3, 8}, {4, 32}, {5, 1024}, {6, 4},
-                                      {7, 1},     {8, 1},   {9, 16384}, {10, 128}, {11, 256}, {12, 16}, {13, 1}};
+    const std::map<int, int> expected{{0, 1}, {1, 2}, {2, 4},     {3, 8},    {4, 32},   {5, 1024}, {6, 4},
+                                      {7, 1}, {8, 1}, {9, 16384}, {10, 128}, {11, 256}, {12, 16},  {13, 1}};
     for (const auto& [family, bit] : expected) {
-        EXPECT_EQ(static_cast<int>(service.getStrategyTradeType(static_cast<EOrderStrategyTradeType>(family))), bit)
+        EXPECT_EQ(
+            static_cast<int>(service.getStrategyTradeType(static_cast<EOrderStrategyTradeType>(family))), bit)
             << family;
     }
 }

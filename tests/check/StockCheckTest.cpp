@@ -47,7 +47,7 @@ TEST_F(StockCheck, OrderBecomesOneRecordForEachAccount) {
 }
 
 TEST_F(StockCheck, EveryAcceptedNumberHasItsOperation) {
-    const std::map<int, int> operations{{23, 18}, {24, 19},   {86, 26},   {87, 27}, {88, 1025},
+    const std::map<int, int> operations{{23, 18},   {24, 19}, {86, 26}, {87, 27}, {88, 1025},
                                         {89, 1026}, {90, 30}, {91, 31}, {92, 18}};
     for (const auto& [number, operation] : operations) {
         codes.clear();
@@ -74,14 +74,16 @@ TEST_F(StockCheck, SeveralLinesAreRefused) {
 }
 
 TEST_F(StockCheck, OrderWithoutLinesUsesTheStrategy) {
-    ASSERT_TRUE(check(COrderBuilder(23),
-                      CStrategyBuilder().code(QStringLiteral("SH600000")).price(EPriceType::Latest).volume(500)));
+    ASSERT_TRUE(
+        check(COrderBuilder(23),
+              CStrategyBuilder().code(QStringLiteral("SH600000")).price(EPriceType::Latest).volume(500)));
     EXPECT_EQ(splitVolume(), 500);
     EXPECT_EQ(codes.at(0).m_dPrice, 10.5);
 }
 
 TEST_F(StockCheck, MissingAccountIsReportedOnce) {
-    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, 100), CStrategyBuilder().group(QStringLiteral("none"))));
+    EXPECT_FALSE(
+        check(COrderBuilder(23).line(kCode, 10.5, 100), CStrategyBuilder().group(QStringLiteral("none"))));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 指定账号不可用!"));
 }
 
@@ -240,7 +242,8 @@ TEST_F(StockCheck, SpecifiedPriceNeverWaits) {
 
 TEST_F(StockCheck, PriceTypeTwelveWaitsForAQuoteObjectOnly) {
     quote()->otherOrigin = kUnsetDouble;
-    EXPECT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 100), CStrategyBuilder().price(EPriceType::NoQuote)));
+    EXPECT_TRUE(
+        check(COrderBuilder(23).line(kCode, 10.5, 100), CStrategyBuilder().price(EPriceType::NoQuote)));
     EXPECT_TRUE(clock.sleeps().empty());
 }
 
@@ -354,14 +357,16 @@ TEST_F(StockCheck, StarMarketUsesTheUnitShownToTheUser) {
 TEST_F(StockCheck, ParPricedInstrumentDisregardsThePrice) {
     host.addStock("SH", "204001", 3.5, 10);
     host.types.types.insert({knservice::kTypeParPriced, "SH204001"});
-    ASSERT_TRUE(check(COrderBuilder(24).line(QStringLiteral("204001"), 3.5), CStrategyBuilder().amount(100050)));
+    ASSERT_TRUE(
+        check(COrderBuilder(24).line(QStringLiteral("204001"), 3.5), CStrategyBuilder().amount(100050)));
     EXPECT_EQ(splitVolume(), 1000);
 }
 
 TEST_F(StockCheck, ParPricedTypeOfShanghaiDoesNotReachShenzhen) {
     host.addStock("SZ", "204001", 3.5, 10);
     host.types.types.insert({knservice::kTypeParPriced, "SH204001"});
-    ASSERT_TRUE(check(COrderBuilder(24).line(QStringLiteral("204001"), 4.0), CStrategyBuilder().amount(1000)));
+    ASSERT_TRUE(
+        check(COrderBuilder(24).line(QStringLiteral("204001"), 4.0), CStrategyBuilder().amount(1000)));
     EXPECT_EQ(splitVolume(), 250);
 }
 

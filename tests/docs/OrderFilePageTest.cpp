@@ -25,7 +25,8 @@ public:
     void terminateTask(int taskId) override { log << "cancel_task " << taskId << '\n'; }
     void cancelOrders(std::vector<std::string>& fields) override {
         log << "cancel_orders";
-        for (const std::string& field : fields) log << ' ' << field;
+        for (const std::string& field : fields)
+            log << ' ' << field;
         log << '\n';
     }
     bool readTradeParam(const std::string& text, COrderTradeParam& param) override {
@@ -55,7 +56,8 @@ std::string outcomeOf(const std::string& lines) {
         if (result == TR_STOP_READING) break;
         settled = result == TR_BASKET_HEADER;
     }
-    for (const COrderParam& order : parser.takeOrders()) port.log << order.toQString().toStdString() << '\n';
+    for (const COrderParam& order : parser.takeOrders())
+        port.log << order.toQString().toStdString() << '\n';
     return port.log.str();
 }
 

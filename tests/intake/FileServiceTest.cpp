@@ -38,7 +38,8 @@ class CPlainRegistry final : public IStrategyRegistry {
 public:
     void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) override {
         ++visits;
-        for (auto it = strategies.cbegin(); it != strategies.cend(); ++it) visit(it.key(), it.value());
+        for (auto it = strategies.cbegin(); it != strategies.cend(); ++it)
+            visit(it.key(), it.value());
     }
 
     COrderStrategyMap strategies;
@@ -342,11 +343,13 @@ TEST_F(FileService, ShortIntervalSpinsOnTheClock) {
         placed = true;
     };
     std::thread mover([&] {
-        while (!placed) clock.sleep(0.011);
+        while (!placed)
+            clock.sleep(0.011);
     });
     service.startFileServer();
     mover.join();
-    for (const double seconds : clock.sleeps()) EXPECT_EQ(seconds, 0.011);
+    for (const double seconds : clock.sleeps())
+        EXPECT_EQ(seconds, 0.011);
 }
 
 } // namespace

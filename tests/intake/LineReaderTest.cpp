@@ -15,7 +15,8 @@ std::vector<std::string> readAll(const std::string& bytes) {
     std::rewind(stream);
     const auto reader = std::make_unique<TC::CLineReader>(stream);
     std::vector<std::string> lines;
-    for (std::string line; reader->readLine(line);) lines.push_back(line);
+    for (std::string line; reader->readLine(line);)
+        lines.push_back(line);
     std::fclose(stream);
     return lines;
 }
@@ -64,10 +65,12 @@ TEST(LineReader, BytesFromTheFirstZeroOnAreLost) {
 
 TEST(LineReader, LinesCrossTheBufferBoundary) {
     std::string bytes;
-    for (int i = 0; i < 20000; ++i) bytes += "0123456789\r\n";
+    for (int i = 0; i < 20000; ++i)
+        bytes += "0123456789\r\n";
     const Lines lines = readAll(bytes);
     ASSERT_EQ(lines.size(), 20000u);
-    for (const std::string& line : lines) ASSERT_EQ(line, "0123456789\n");
+    for (const std::string& line : lines)
+        ASSERT_EQ(line, "0123456789\n");
 }
 
 } // namespace

@@ -134,8 +134,9 @@ TEST_F(OrderFileParser, LinesWithFewerThanTwoFieldsAreIgnored) {
 }
 
 TEST_F(OrderFileParser, RequiredNumbersThrow) {
-    for (const char* line : {"x,0,1,600000,1", ",0,1,600000,1", "23,,1,600000,1", "23,0,1x,600000,1", "23,0,1,600000,1.5",
-                             "23,0,1,600000,99999999999", "0,0,,IF1712,1", "32,0,", "48,0,", "48,0,1,10000001,"}) {
+    for (const char* line :
+         {"x,0,1,600000,1", ",0,1,600000,1", "23,,1,600000,1", "23,0,1x,600000,1", "23,0,1,600000,1.5",
+          "23,0,1,600000,99999999999", "0,0,,IF1712,1", "32,0,", "48,0,", "48,0,1,10000001,"}) {
         EXPECT_THROW(parse(line), boost::bad_lexical_cast) << line;
     }
 }
@@ -343,9 +344,8 @@ TEST_F(OrderFileParser, ABlankLineBeforeAHeaderUsesTheFirstLineUp) {
 TEST_F(OrderFileParser, TradeParametersGoToTheOrdersBeforeThem) {
     port.params["first"] = tradeParam("one");
     port.params["second"] = tradeParam("two");
-    const auto orders =
-        read({"23,0,1,600000,1", "23,0,2,600000,1", "orderParam=first", "23,0,3,600000,1", "orderParam=second",
-              "23,0,4,600000,1"});
+    const auto orders = read({"23,0,1,600000,1", "23,0,2,600000,1", "orderParam=first", "23,0,3,600000,1",
+                              "orderParam=second", "23,0,4,600000,1"});
     ASSERT_EQ(orders.size(), 4);
     EXPECT_EQ(orders[0].m_strRemark, "one");
     EXPECT_EQ(orders[1].m_strRemark, "one");
@@ -414,7 +414,8 @@ TEST_F(OrderFileParser, TextBehindTheFirstEqualsSignCounts) {
 
 TEST_F(OrderFileParser, TradeParametersThatAreNotUnderstoodLeaveTheParametersAsTheyWere) {
     port.params["known"] = tradeParam("known");
-    const auto orders = read({"23,0,1,600000,1", "orderParam=known", "23,0,2,600000,1", "orderParam=unknown"});
+    const auto orders =
+        read({"23,0,1,600000,1", "orderParam=known", "23,0,2,600000,1", "orderParam=unknown"});
     EXPECT_EQ(orders[0].m_strRemark, "known");
     EXPECT_EQ(orders[1].m_strRemark, "known"); // the last parameters that were understood still stand
 }

@@ -59,7 +59,8 @@ TEST_F(OrderService, BatchesAreWorkedOffInTheOrderOfTheCalls) {
     ASSERT_EQ(commands.size(), 50u);
     for (int i = 1; i <= 50; ++i) {
         int sum = 0;
-        for (const auto& code : commands[static_cast<std::size_t>(i) - 1]->m_codes) sum += code.m_nVolume;
+        for (const auto& code : commands[static_cast<std::size_t>(i) - 1]->m_codes)
+            sum += code.m_nVolume;
         EXPECT_EQ(sum, i * 100);
     }
 }
@@ -77,10 +78,12 @@ TEST_F(OrderService, OrdersMayComeFromAnyThread) {
     std::vector<std::thread> producers;
     for (int i = 0; i < 4; ++i) {
         producers.emplace_back([this] {
-            for (int n = 0; n < 25; ++n) service().placeOrders({good()});
+            for (int n = 0; n < 25; ++n)
+                service().placeOrders({good()});
         });
     }
-    for (std::thread& producer : producers) producer.join();
+    for (std::thread& producer : producers)
+        producer.join();
     service().shutdown();
     EXPECT_EQ(host.commands().size(), 100u);
 }
@@ -131,7 +134,8 @@ TEST_F(OrderService, UserOfTheTwoPassVariantIsToldThatItIsNotBuilt) {
 TEST_F(OrderService, TradeFrameworkIsRefusedWithAMessage) {
     host.user.framework = true;
     service().loadFromConfig(false);
-    EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[接口单]　此版本尚不支持交易框架接口!")});
+    EXPECT_EQ(host.messageTexts(),
+              std::vector<QString>{QStringLiteral("[接口单]　此版本尚不支持交易框架接口!")});
 }
 
 TEST_F(OrderService, SecondLoadKeepsVariantAndFileThread) {
@@ -181,7 +185,8 @@ TEST_F(OrderService, ShutdownWorksOffWhatWasTaken) {
     addFileStrategy(3);
     service().loadFromConfig(false);
     std::string file;
-    for (int i = 0; i < 2000; ++i) file += "23,0,10.5,600000,100\n";
+    for (int i = 0; i < 2000; ++i)
+        file += "23,0,10.5,600000,100\n";
     drop(3, file);
     service().shutdown();
     service().shutdown();
@@ -242,7 +247,8 @@ TEST_F(OrderService, StatusBarNamesTheRunningStrategiesInKeyOrder) {
 TEST_F(OrderService, SignalsAndSlotsKeepTheirPlacesInTheMetaObject) {
     const QMetaObject* meta = service().metaObject();
     const char* methods[] = {
-        "sigPlaceLegalOrders(QVector<TC::orderParamForOrderService>,const QMap<int,TC::COrderStrategyParam>*)",
+        "sigPlaceLegalOrders(QVector<TC::orderParamForOrderService>,const "
+        "QMap<int,TC::COrderStrategyParam>*)",
         "sigSetStatus(bool)",
         "sigPlaceOrders(QVector<TC::COrderParam>)",
         "sigCancelOrder(int)",
@@ -262,7 +268,8 @@ TEST_F(OrderService, DbfStrategiesAreRefusedWithAMessage) {
     service().loadFromConfig(false);
     COrderStrategyParam param;
     EXPECT_EQ(service().addDbfStrategy(param), -1);
-    EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[批量埋单]　此版本尚不支持DBF委托表!")});
+    EXPECT_EQ(host.messageTexts(),
+              std::vector<QString>{QStringLiteral("[批量埋单]　此版本尚不支持DBF委托表!")});
 }
 
 TEST_F(OrderService, AdapterWithoutAServiceStaysUnconnected) {

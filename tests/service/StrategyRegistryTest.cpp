@@ -11,8 +11,8 @@ protected:
     void SetUp() override {
         ServiceFixture::SetUp();
         QObject::connect(
-            &service(), &COrderService::sigSetStatus, &service(), [this](bool running) { statuses.push_back(running); },
-            Qt::DirectConnection);
+            &service(), &COrderService::sigSetStatus, &service(),
+            [this](bool running) { statuses.push_back(running); }, Qt::DirectConnection);
     }
     /// Binds the service; the strategies stay as they are.
     void load() {
@@ -42,7 +42,8 @@ TEST_F(StrategyRegistry, IdsFillTheFirstGap) {
         {{}, 1}, {{1, 2, 4}, 3}, {{1, 2, 3}, 4}, {{10000, 10001}, 1}, {{2}, 1}, {{-1, 0}, 1}, {{0, 1}, 2}};
     for (const auto& [keys, expected] : cases) {
         host.user.strategies.clear();
-        for (const int key : keys) host.user.addStrategy(CStrategyBuilder().channel(key).stopped());
+        for (const int key : keys)
+            host.user.addStrategy(CStrategyBuilder().channel(key).stopped());
         load();
         EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), expected);
     }
@@ -65,20 +66,25 @@ TEST_F(StrategyRegistry, NewStrategyHasItsNameSourceAndVolumes) {
 TEST_F(StrategyRegistry, NewStrategyCopiesTheUsersDefaultsSlotBySlot) {
     using D = EDefaultSetting;
     const D kinds[] = {D::Stock, D::Future, D::Basket, D::Option, D::Neeq, D::HGT, D::Gold};
-    for (const D kind : kinds) host.user.defaults[kind].m_strCmdLog = std::to_string(static_cast<int>(kind));
+    for (const D kind : kinds)
+        host.user.defaults[kind].m_strCmdLog = std::to_string(static_cast<int>(kind));
     load();
-    const COrderStrategyParam* strategy = service().getStrategy(service().addOrderStrategy(EOrderStrategyType::File));
-    const D expected[] = {D::Stock, D::Future, D::Future, D::Future, D::Future, D::Future, D::Basket, D::None,
-                          D::Stock, D::Option, D::Neeq,   D::HGT,    D::Gold,   D::None,   D::None,   D::None};
+    const COrderStrategyParam* strategy =
+        service().getStrategy(service().addOrderStrategy(EOrderStrategyType::File));
+    const D expected[] = {D::Stock,  D::Future, D::Future, D::Future, D::Future, D::Future,
+                          D::Basket, D::None,   D::Stock,  D::Option, D::Neeq,   D::HGT,
+                          D::Gold,   D::None,   D::None,   D::None};
     for (int slot = 0; slot < 16; ++slot) {
-        const std::string text = expected[slot] == D::None ? "" : std::to_string(static_cast<int>(expected[slot]));
+        const std::string text =
+            expected[slot] == D::None ? "" : std::to_string(static_cast<int>(expected[slot]));
         EXPECT_EQ(strategy->setting(static_cast<ESettingSlot>(slot)).m_strCmdLog, text) << slot;
     }
 }
 
 TEST_F(StrategyRegistry, UpdateGoesByTheRecordsChannel) {
     add(CStrategyBuilder().stopped().set([](auto& s) { s.m_nStartCount = 4; }));
-    COrderStrategyParam changed = CStrategyBuilder().stopped().volume(77).set([](auto& s) { s.m_nStartCount = 9; });
+    COrderStrategyParam changed =
+        CStrategyBuilder().stopped().volume(77).set([](auto& s) { s.m_nStartCount = 9; });
     EXPECT_EQ(service().updateOrderStrategy(555, changed), 0);
     EXPECT_EQ(service().getStrategyMap()[3].m_nVolume, 77);
     EXPECT_EQ(service().getStrategyMap()[3].m_nStartCount, 0);

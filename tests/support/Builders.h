@@ -5,8 +5,8 @@
 
 #include <string>
 
-/// A strategy in one line: `CStrategyBuilder().channel(3).volume(300)`. Starts as a running stock strategy on channel 3
-/// over order files, for the group "G", with the price standing in the order.
+/// A strategy in one line: `CStrategyBuilder().channel(3).volume(300)`. Starts as a running stock strategy on
+/// channel 3 over order files, for the group "G", with the price standing in the order.
 class CStrategyBuilder {
 public:
     CStrategyBuilder() {
@@ -23,23 +23,37 @@ public:
         m_strategy.m_strName = QStringLiteral("策略%1").arg(channel);
         return *this;
     }
-    CStrategyBuilder& stopped() { return set([](auto& s) { s.m_nStatus = TC::COrderStrategyParam::kStopped; }); }
-    CStrategyBuilder& source(TC::EOrderStrategyType type) { return set([&](auto& s) { s.m_eStrategyType = type; }); }
-    CStrategyBuilder& family(TC::EOrderStrategyTradeType type) { return set([&](auto& s) { s.m_eTradeType = type; }); }
+    CStrategyBuilder& stopped() {
+        return set([](auto& s) { s.m_nStatus = TC::COrderStrategyParam::kStopped; });
+    }
+    CStrategyBuilder& source(TC::EOrderStrategyType type) {
+        return set([&](auto& s) { s.m_eStrategyType = type; });
+    }
+    CStrategyBuilder& family(TC::EOrderStrategyTradeType type) {
+        return set([&](auto& s) { s.m_eTradeType = type; });
+    }
     CStrategyBuilder& file(const std::string& path) {
         return set([&](auto& s) { s.m_strSignalSource = QString::fromStdString(path); });
     }
-    CStrategyBuilder& code(const QString& code) { return set([&](auto& s) { s.m_strCode = code; }); }
-    CStrategyBuilder& volume(int volume) { return set([&](auto& s) { s.m_nVolume = volume; }); }
+    CStrategyBuilder& code(const QString& code) {
+        return set([&](auto& s) { s.m_strCode = code; });
+    }
+    CStrategyBuilder& volume(int volume) {
+        return set([&](auto& s) { s.m_nVolume = volume; });
+    }
     CStrategyBuilder& amount(double amount) {
         return set([&](auto& s) {
             s.m_bUseAmount = true;
             s.m_dAmount = amount;
         });
     }
-    CStrategyBuilder& price(TC::EPriceType type) { return set([&](auto& s) { s.m_stockSetting.m_ePriceType = type; }); }
+    CStrategyBuilder& price(TC::EPriceType type) {
+        return set([&](auto& s) { s.m_stockSetting.m_ePriceType = type; });
+    }
     CStrategyBuilder& group(const QString& name) { return accounts(TC::ESelectedAccountType::Group, name); }
-    CStrategyBuilder& account(const QString& name) { return accounts(TC::ESelectedAccountType::Account, name); }
+    CStrategyBuilder& account(const QString& name) {
+        return accounts(TC::ESelectedAccountType::Account, name);
+    }
     CStrategyBuilder& tableMode() {
         return set([](auto& s) { s.m_nAccountMode = TC::COrderStrategyParam::kTableMode; });
     }
@@ -69,8 +83,12 @@ public:
         m_order.m_nChannel = 3;
         m_order.m_eStrategyType = TC::EOrderStrategyType::File;
     }
-    COrderBuilder& channel(int channel) { return set([&](auto& o) { o.m_nChannel = channel; }); }
-    COrderBuilder& source(TC::EOrderStrategyType type) { return set([&](auto& o) { o.m_eStrategyType = type; }); }
+    COrderBuilder& channel(int channel) {
+        return set([&](auto& o) { o.m_nChannel = channel; });
+    }
+    COrderBuilder& source(TC::EOrderStrategyType type) {
+        return set([&](auto& o) { o.m_eStrategyType = type; });
+    }
     COrderBuilder& line(const QString& code, double price = TC::kUnsetDouble, int volume = TC::kUnsetInt) {
         TC::COrderSingleParam line;
         line.m_strCode = code;

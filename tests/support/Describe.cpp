@@ -10,8 +10,9 @@ int number(E value) {
 }
 
 void describeCode(std::ostream& out, const TC::CCodeOrderParam& code) {
-    out << " [" << (code.m_account ? code.m_account->getKey() : "-") << " op " << number(code.m_eOperationType) << ' '
-        << code.m_stock.m_strMarket << code.m_stock.m_strCode << ' ' << code.m_nVolume << " at ";
+    out << " [" << (code.m_account ? code.m_account->getKey() : "-") << " op "
+        << number(code.m_eOperationType) << ' ' << code.m_stock.m_strMarket << code.m_stock.m_strCode << ' '
+        << code.m_nVolume << " at ";
     if (TC::isInvalidPrice(code.m_dPrice)) {
         out << '-';
     } else {
@@ -32,7 +33,8 @@ std::string describe(const TC::COrderComandParam& command) {
     if (!command.m_strAlgoParam.empty()) out << " algo \"" << command.m_strAlgoParam << '"';
     if (number(command.m_ePlatform) != 0) out << " platform " << number(command.m_ePlatform);
     if (command.m_bForceConfirm) out << " confirm";
-    for (const TC::CCodeOrderParam& code : command.m_codes) describeCode(out, code);
+    for (const TC::CCodeOrderParam& code : command.m_codes)
+        describeCode(out, code);
     return out.str();
 }
 

@@ -5,7 +5,8 @@
 #include <mutex>
 #include <vector>
 
-/// A clock that a test moves, installed for as long as it lives. Sleeping moves it on at once and is recorded.
+/// A clock that a test moves, installed for as long as it lives. Sleeping moves it on at once and is
+/// recorded.
 class CFakeClock : public utils::IClock {
 public:
     CFakeClock() { utils::installClock(this); }

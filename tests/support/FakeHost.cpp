@@ -46,7 +46,8 @@ void CUser::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountTyp
     if (which == TC::ESelectedAccountType::Group && !isSimple) {
         const auto group = groups.find({broker, text});
         if (group == groups.end()) return;
-        for (const std::string& member : group->second.m_accounts) found.push_back(accounts.at(member));
+        for (const std::string& member : group->second.m_accounts)
+            found.push_back(accounts.at(member));
         if (!dropRatios) ratios = groupRatios.at(group->first);
         if (nullAccount) {
             found.push_back({});
@@ -124,7 +125,8 @@ std::vector<int> CTrade::splitEntrusts(int volume, double price, TC::EPriceType 
                                        TC::EOperationType operation, TC::EHedge_Flag_Type hedge,
                                        const boost::shared_ptr<utils::KNError>& error) {
     CSplitCall call{volume, price, priceType, {}, ratios, positionType, market, code, operation, hedge};
-    for (const auto& account : accounts) call.accounts.push_back(account ? account->getKey() : std::string());
+    for (const auto& account : accounts)
+        call.accounts.push_back(account ? account->getKey() : std::string());
     m_records.record([&] { splitCalls.push_back(call); });
     if (split) return split(call, *error);
     if (volume == TC::kUnsetInt) {
@@ -154,8 +156,8 @@ TC::CPriceDataPtr CQuotes::getStockPrice(const QString& key) {
     return found != quotes.end() ? TC::CPriceDataPtr(found->second) : TC::CPriceDataPtr();
 }
 
-boost::shared_ptr<TC::CQuoteRequest> CQuotes::subscribe(const QString& key, const TC::CQuoteRequest::CCallback&,
-                                                        TC::ESubscribeType) {
+boost::shared_ptr<TC::CQuoteRequest>
+CQuotes::subscribe(const QString& key, const TC::CQuoteRequest::CCallback&, TC::ESubscribeType) {
     m_records.record([&] { subscribed.push_back(key); });
     ++liveSubscriptions;
     return {new TC::CQuoteRequest, [this](TC::CQuoteRequest* request) {
@@ -164,7 +166,8 @@ boost::shared_ptr<TC::CQuoteRequest> CQuotes::subscribe(const QString& key, cons
             }};
 }
 
-int CTypes::getTradeMinUnit(const std::string& market, const std::string& code, TC::EOperationType operation) {
+int CTypes::getTradeMinUnit(const std::string& market, const std::string& code,
+                            TC::EOperationType operation) {
     unitOperations.push_back(static_cast<int>(operation));
     const auto found = units.find(market + code);
     return found != units.end() ? found->second : 1;
@@ -191,11 +194,12 @@ void CRules::orderSettingFromString(TC::COrderSetting& setting, const QString& t
     settingTexts.push_back(text);
     // "price=N" is all that this host's setting texts can say.
     const QString head = QStringLiteral("price=");
-    if (text.startsWith(head)) setting.m_ePriceType = static_cast<TC::EPriceType>(text.mid(head.size()).toInt());
+    if (text.startsWith(head))
+        setting.m_ePriceType = static_cast<TC::EPriceType>(text.mid(head.size()).toInt());
 }
 
-void CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record, TC::EOperationType,
-                                 int volume, double price, const TC::CPriceDataPtr&) {
+void CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
+                                 TC::EOperationType, int volume, double price, const TC::CPriceDataPtr&) {
     record.m_ePriceType = setting.m_ePriceType;
     record.m_eOrderType = setting.m_eOrderType;
     record.m_dPrice = price;
@@ -223,11 +227,13 @@ QString CRules::orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType type)
 }
 
 QString CRules::knPriceTypeToString(TC::EPriceType type, const std::string& code, bool shortForm) {
-    return QStringLiteral("价%1(%2)%3").arg(static_cast<int>(type)).arg(QString::fromStdString(code),
-                                                                       shortForm ? QStringLiteral("短") : QString());
+    return QStringLiteral("价%1(%2)%3")
+        .arg(static_cast<int>(type))
+        .arg(QString::fromStdString(code), shortForm ? QStringLiteral("短") : QString());
 }
 
-bool CAlgorithms::getAlgOrderSettingFromString(const std::string& text, TC::CAlgorithmOrderSettingPtr& setting) {
+bool CAlgorithms::getAlgOrderSettingFromString(const std::string& text,
+                                               TC::CAlgorithmOrderSettingPtr& setting) {
     if (unreadable.count(text) > 0) return false;
     const auto read = boost::make_shared<CSetting>();
     read->text = text;
@@ -238,8 +244,8 @@ bool CAlgorithms::getAlgOrderSettingFromString(const std::string& text, TC::CAlg
 std::string CAlgorithms::getAlgParamsStr(TC::EOrderType type, const TC::CAlgorithmOrderSettingPtr& setting,
                                          const std::vector<TC::CCodeOrderParam>& codes) {
     const auto* own = dynamic_cast<const CSetting*>(setting.get());
-    return "algo " + std::to_string(static_cast<int>(type)) + " " + (own != nullptr ? own->text : "?") + " x" +
-           std::to_string(codes.size());
+    return "algo " + std::to_string(static_cast<int>(type)) + " " + (own != nullptr ? own->text : "?") +
+           " x" + std::to_string(codes.size());
 }
 
 void CMessages::showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool flag1, bool flag2,
@@ -352,7 +358,8 @@ std::vector<TC::COrderComandParamPtr> CFakeHost::commands() const {
 std::vector<QString> CFakeHost::messageTexts() const {
     return records.snapshot([this] {
         std::vector<QString> texts;
-        for (const fake::CMessage& message : messages.messages) texts.push_back(message.text);
+        for (const fake::CMessage& message : messages.messages)
+            texts.push_back(message.text);
         return texts;
     });
 }
@@ -360,7 +367,8 @@ std::vector<QString> CFakeHost::messageTexts() const {
 std::vector<QString> CFakeHost::errorTexts() const {
     return records.snapshot([this] {
         std::vector<QString> texts;
-        for (const fake::CTradeError& error : orders.errors) texts.push_back(error.text);
+        for (const fake::CTradeError& error : orders.errors)
+            texts.push_back(error.text);
         return texts;
     });
 }

@@ -25,8 +25,8 @@
 #include <string>
 #include <vector>
 
-/// A host in memory for tests: what it answers is set up by the test, and all that reaches it is recorded. Set up before
-/// other threads use it; the records may be read at any time through their snapshots.
+/// A host in memory for tests: what it answers is set up by the test, and all that reaches it is recorded.
+/// Set up before other threads use it; the records may be read at any time through their snapshots.
 namespace fake {
 
 /// What all fakes share: one mutex for the records and one condition for those who wait for more of them.
@@ -43,10 +43,12 @@ public:
         const std::lock_guard lock(m_mutex);
         return read();
     }
-    /// Everything that reached the host, in order, one line each: what describe() of tests/support/Describe.h gives.
+    /// Everything that reached the host, in order, one line each: what describe() of tests/support/Describe.h
+    /// gives.
     std::vector<std::string> log;
 
-    /// Blocks until the condition on the records holds; false when it has not after a time that no healthy run needs.
+    /// Blocks until the condition on the records holds; false when it has not after a time that no healthy
+    /// run needs.
     bool waitUntil(const std::function<bool()>& condition);
 
 private:
@@ -88,7 +90,9 @@ struct CSplitCall {
 /// One quote: each price type has its price, others the default.
 class CQuote : public TC::CPriceData {
 public:
-    double getOriginPrice(TC::EPriceType type, TC::EOperationType) const override { return find(origin, type); }
+    double getOriginPrice(TC::EPriceType type, TC::EOperationType) const override {
+        return find(origin, type);
+    }
     double getPriceForCalc(TC::EPriceType type, TC::EOperationType, int,
                            const boost::shared_ptr<TC::CAutoPriceParam>&) const override {
         return find(calc, type);
@@ -121,9 +125,14 @@ public:
     int getMaxOrderServerNumSocket() const override { return maxSocketStrategies; }
     int getMinFileServiceInterval() const override { return interval; }
     TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef type) const override;
-    const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType broker, const QString& name) const override;
-    bool hasAccount(const QString& account) const override { return accounts.count(account.toStdString()) > 0; }
-    bool hasSimpleAccount(const QString& account) const override { return simple.count(account.toStdString()) > 0; }
+    const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType broker,
+                                                  const QString& name) const override;
+    bool hasAccount(const QString& account) const override {
+        return accounts.count(account.toStdString()) > 0;
+    }
+    bool hasSimpleAccount(const QString& account) const override {
+        return simple.count(account.toStdString()) > 0;
+    }
     void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
                             std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                             bool simple) const override;
@@ -139,7 +148,9 @@ public:
     /// members: account key and ratio.
     void addGroup(TC::EQDBrokerType broker, const std::string& name,
                   const std::vector<std::pair<std::string, double>>& members);
-    void addStrategy(const TC::COrderStrategyParam& strategy) { strategies.insert(strategy.m_nChannel, strategy); }
+    void addStrategy(const TC::COrderStrategyParam& strategy) {
+        strategies.insert(strategy.m_nChannel, strategy);
+    }
 
     std::atomic<bool> loggedIn{true};
     bool orderService = true;
@@ -156,8 +167,8 @@ public:
     std::set<std::string> simple;
     std::map<std::pair<TC::EQDBrokerType, std::string>, TC::CAccountGroup> groups;
     std::map<std::pair<TC::EQDBrokerType, std::string>, std::vector<double>> groupRatios;
-    bool dropRatios = false;   ///< groups give accounts without ratios
-    bool nullAccount = false;  ///< groups give an empty pointer behind their accounts
+    bool dropRatios = false;  ///< groups give accounts without ratios
+    bool nullAccount = false; ///< groups give an empty pointer behind their accounts
     std::set<TC::EPriceType> invalidPriceTypes;
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaults;
     TC::CBasketMap baskets;
@@ -184,8 +195,9 @@ public:
     explicit CTrade(CRecords& records) : m_records(records) {}
     TC::EBROKER_LOGIN_STATUS getLoginStatus(const std::string& key) override;
     std::vector<int> splitEntrusts(int volume, double price, TC::EPriceType priceType,
-                                   const std::vector<TC::CAccountInfoPtr>& accounts, const std::vector<double>& ratios,
-                                   TC::EPositionType positionType, const std::string& market, const std::string& code,
+                                   const std::vector<TC::CAccountInfoPtr>& accounts,
+                                   const std::vector<double>& ratios, TC::EPositionType positionType,
+                                   const std::string& market, const std::string& code,
                                    TC::EOperationType operation, TC::EHedge_Flag_Type hedge,
                                    const boost::shared_ptr<utils::KNError>& error) override;
     void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
@@ -216,7 +228,8 @@ class CQuotes : public TC::CQuoteClient {
 public:
     explicit CQuotes(CRecords& records) : m_records(records) {}
     TC::CPriceDataPtr getStockPrice(const QString& key) override;
-    boost::shared_ptr<TC::CQuoteRequest> subscribe(const QString& key, const TC::CQuoteRequest::CCallback& callback,
+    boost::shared_ptr<TC::CQuoteRequest> subscribe(const QString& key,
+                                                   const TC::CQuoteRequest::CCallback& callback,
                                                    TC::ESubscribeType type) override;
 
     /// Called before each answer, with the number of the request for a quote counted from 1.
@@ -235,7 +248,8 @@ public:
     bool isTypedStock(int type, const std::string& market, const std::string& code) override {
         return types.count({type, market + code}) > 0;
     }
-    int getTradeMinUnit(const std::string& market, const std::string& code, TC::EOperationType operation) override;
+    int getTradeMinUnit(const std::string& market, const std::string& code,
+                        TC::EOperationType operation) override;
     int getUiMinUnit(const std::string& market, const std::string& code, bool forTrade) override;
 
     std::set<std::pair<int, std::string>> types;
@@ -252,12 +266,15 @@ public:
     }
     bool parserOrderTradeParam(const std::string& text, TC::COrderTradeParam& param) override;
     void orderSettingFromString(TC::COrderSetting& setting, const QString& text) override;
-    void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record, TC::EOperationType operation,
-                             int volume, double price, const TC::CPriceDataPtr& quote) override;
+    void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
+                             TC::EOperationType operation, int volume, double price,
+                             const TC::CPriceDataPtr& quote) override;
     void fixTimeRange(TC::CCodeOrderParam& record) override;
     bool isMarketPrice(TC::EPriceType type) override { return marketPrices.count(type) > 0; }
     bool isAlgoOrderType(TC::EOrderType type) override { return algoPlatforms.count(type) > 0; }
-    TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType type) override { return algoPlatforms.at(type); }
+    TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType type) override {
+        return algoPlatforms.at(type);
+    }
     QString orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) override;
     QString orderStrategyTypeToString(TC::EOrderStrategyType type) override;
     QString orderStrategyOrderTypeToString(int orderType) override;
@@ -276,7 +293,8 @@ public:
     struct CSetting : TC::CAlgorithmOrderSetting {
         std::string text;
     };
-    bool getAlgOrderSettingFromString(const std::string& text, TC::CAlgorithmOrderSettingPtr& setting) override;
+    bool getAlgOrderSettingFromString(const std::string& text,
+                                      TC::CAlgorithmOrderSettingPtr& setting) override;
     std::string getAlgParamsStr(TC::EOrderType type, const TC::CAlgorithmOrderSettingPtr& setting,
                                 const std::vector<TC::CCodeOrderParam>& codes) override;
 
@@ -347,8 +365,8 @@ public:
 
 } // namespace fake
 
-/// All fakes, installed for as long as the object lives: accounts A1 and A2 in the stock group "G" at 0.6 and 0.4, and
-/// the instruments SH600000 and SZ000001 at 10.5 with a unit of 100.
+/// All fakes, installed for as long as the object lives: accounts A1 and A2 in the stock group "G" at 0.6 and
+/// 0.4, and the instruments SH600000 and SZ000001 at 10.5 with a unit of 100.
 class CFakeHost {
 public:
     CFakeHost();

@@ -19,7 +19,9 @@ public:
     CTempFolder(const CTempFolder&) = delete;
     CTempFolder& operator=(const CTempFolder&) = delete;
 
-    std::string path(const std::string& name = {}) const { return name.empty() ? m_path : m_path + "/" + name; }
+    std::string path(const std::string& name = {}) const {
+        return name.empty() ? m_path : m_path + "/" + name;
+    }
     bool exists(const std::string& name) const { return std::filesystem::exists(path(name)); }
     void write(const std::string& name, const std::string& bytes) const {
         std::ofstream(path(name), std::ios::binary) << bytes;

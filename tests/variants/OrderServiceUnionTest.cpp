@@ -11,7 +11,8 @@ namespace {
 
 using namespace TC;
 
-const QString kAnnouncement = QStringLiteral("[文件单]　通道号: 3, 通道类型: 品种0, 下单类型: 下单23, 策略类型: 来源2");
+const QString kAnnouncement =
+    QStringLiteral("[文件单]　通道号: 3, 通道类型: 品种0, 下单类型: 下单23, 策略类型: 来源2");
 
 class OrderServiceUnion : public testing::Test {
 protected:
@@ -68,8 +69,9 @@ TEST_F(OrderServiceUnion, EmptyBatchAndMissingMapDoNothing) {
 TEST_F(OrderServiceUnion, UnknownChannelEndsTheBatch) {
     service.placeOrders({good(), COrderBuilder(23).channel(9), good()}, &strategies);
     EXPECT_EQ(host.commands().size(), 1u);
-    EXPECT_EQ(host.messageTexts(),
-              (std::vector<QString>{kAnnouncement, QStringLiteral("[文件单]　通道号: 9, 找不到对应的策略!")}));
+    EXPECT_EQ(
+        host.messageTexts(),
+        (std::vector<QString>{kAnnouncement, QStringLiteral("[文件单]　通道号: 9, 找不到对应的策略!")}));
 }
 
 TEST_F(OrderServiceUnion, FailedFrameCheckEndsTheBatch) {
@@ -80,9 +82,11 @@ TEST_F(OrderServiceUnion, FailedFrameCheckEndsTheBatch) {
 }
 
 TEST_F(OrderServiceUnion, FailedFamilyCheckDropsThatOrderOnly) {
-    service.placeOrders({good(), COrderBuilder(23).line(QStringLiteral("999999"), 10.5, 100), good()}, &strategies);
+    service.placeOrders({good(), COrderBuilder(23).line(QStringLiteral("999999"), 10.5, 100), good()},
+                        &strategies);
     EXPECT_EQ(host.commands().size(), 2u);
-    EXPECT_EQ(host.errorTexts(), std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, 下单代码 [999999] 不合法!")});
+    EXPECT_EQ(host.errorTexts(),
+              std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, 下单代码 [999999] 不合法!")});
     EXPECT_EQ(host.messageTexts().size(), 3u);
 }
 
@@ -116,12 +120,14 @@ TEST_F(OrderServiceUnion, FamiliesThatAreNotBuiltAreRefusedByName) {
 
 TEST_F(OrderServiceUnion, TradeTypeWithoutAFamilyIsReportedAndTheBatchGoesOn) {
     for (const int family : {7, 8, 13, -1}) {
-        strategies[3] =
-            CStrategyBuilder().family(static_cast<EOrderStrategyTradeType>(family)).account(QStringLiteral("A1"));
+        strategies[3] = CStrategyBuilder()
+                            .family(static_cast<EOrderStrategyTradeType>(family))
+                            .account(QStringLiteral("A1"));
         strategies[4] = CStrategyBuilder().channel(4);
         host.messages.messages.clear();
         host.orders.commands.clear();
-        service.placeOrders({good(), COrderBuilder(23).channel(4).line(QStringLiteral("600000"), 1, 100)}, &strategies);
+        service.placeOrders({good(), COrderBuilder(23).channel(4).line(QStringLiteral("600000"), 1, 100)},
+                            &strategies);
         EXPECT_EQ(host.messageTexts().at(1), QStringLiteral("[文件单]　通道号: 3, 交易类型错误!")) << family;
         EXPECT_EQ(host.commands().size(), 1u) << family;
     }
@@ -129,17 +135,18 @@ TEST_F(OrderServiceUnion, TradeTypeWithoutAFamilyIsReportedAndTheBatchGoesOn) {
 
 TEST_F(OrderServiceUnion, OnlyBatchPendingOrdersLeaveTheStrategysFamily) {
     const auto overridden = [](EOrderStrategyType source) {
-        return COrderBuilder(23).source(source).line(QStringLiteral("600000"), 10.5, 100).set([](COrderParam& o) {
-            o.m_nTradeTypeOverride = 1;
-        });
+        return COrderBuilder(23)
+            .source(source)
+            .line(QStringLiteral("600000"), 10.5, 100)
+            .set([](COrderParam& o) { o.m_nTradeTypeOverride = 1; });
     };
     service.placeOrders({overridden(EOrderStrategyType::File)}, &strategies);
     EXPECT_EQ(host.commands().size(), 1u);
     strategies[3].m_eStrategyType = EOrderStrategyType::BatchPending;
     service.placeOrders({overridden(EOrderStrategyType::BatchPending)}, &strategies);
     EXPECT_EQ(host.commands().size(), 1u);
-    EXPECT_EQ(host.errorTexts(),
-              std::vector<QString>{QStringLiteral("[批量埋单]　通道号: 3, 此版本尚不支持品种1交易, 无法下单!")});
+    EXPECT_EQ(host.errorTexts(), std::vector<QString>{QStringLiteral(
+                                     "[批量埋单]　通道号: 3, 此版本尚不支持品种1交易, 无法下单!")});
 }
 
 class Filter : public OrderServiceUnion {

@@ -1,0 +1,87 @@
+#include "desk/commands/RunDesk.h"
+
+#include "base/Clock.h"
+#include "desk/commands/CheckFolder.h"
+#include "desk/config/ConfigLoader.h"
+#include "desk/host/Desk.h"
+#include "desk/host/FolderLock.h"
+#include "service/OrderService.h"
+#include "service/OrderServiceAdapter.h"
+
+#include <QCoreApplication>
+
+namespace desk {
+namespace {
+
+constexpr int kOrderly = 0;
+constexpr int kCannotWork = 1;
+constexpr int kBadFolder = 2;
+constexpr double kTickSeconds = 0.02;
+
+/// Runs the main loop; gives the reason why it ended.
+std::string runLoop(CDesk& desk, std::optional<double> exitWhenIdle, const std::function<bool()>& keepGoing) {
+    const double start = utils::getTime();
+    double lastActive = start;
+    std::int64_t seen = desk.activity();
+    while (keepGoing()) {
+        const double now = utils::getTime();
+        desk.tick(now - start);
+        QCoreApplication::processEvents();
+        if (desk.activity() != seen || desk.hasQuotesToCome()) lastActive = now;
+        seen = desk.activity();
+        if (exitWhenIdle && now - lastActive >= *exitWhenIdle) return "idle";
+        utils::sleep(kTickSeconds);
+    }
+    return "signal";
+}
+
+int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
+          const std::function<bool()>& keepGoing) {
+    const utils::KNError installed = TC::installHost(desk.services());
+    if (!installed.isSuccess()) {
+        sink.writeLine(installed.errorMsg());
+        return kCannotWork;
+    }
+    TC::COrderService::initInstance(new TC::COrderService);
+    TC::COrderServiceAdapter::initInstance(new TC::COrderServiceAdapter);
+    desk.startTrading();
+    const std::string reason = runLoop(desk, exitWhenIdle, keepGoing);
+    // Works off what was taken; then nothing is left that could want to be recorded.
+    TC::COrderService::instance()->shutdown();
+    TC::COrderServiceAdapter::release();
+    TC::COrderService::release();
+    TC::releaseHost();
+    const utils::KNError closed = desk.close(reason);
+    if (!closed.isSuccess()) sink.writeLine("the journal could not be closed: " + closed.errorMsg());
+    return closed.isSuccess() ? kOrderly : kCannotWork;
+}
+
+} // namespace
+
+int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::ostream& out,
+            const std::function<bool()>& keepGoing) {
+    CTextSink sink(out);
+    CLoadedConfig loaded = loadDeskConfig(folder);
+    if (!loaded.mistakes.empty()) {
+        printMistakes(loaded.mistakes, out);
+        sink.writeLine(folder + ": not started, because of the mistakes above");
+        return kBadFolder;
+    }
+    CFolderLock lock;
+    const utils::KNError locked = lock.acquire(folder);
+    if (!locked.isSuccess()) {
+        sink.writeLine(locked.errorMsg());
+        return kBadFolder;
+    }
+    for (const std::string& problem : prepareOrderFiles(loaded.config))
+        sink.writeLine(problem);
+    CDesk desk(folder, std::move(loaded.config), sink);
+    const utils::KNError opened = desk.open();
+    if (!opened.isSuccess()) {
+        sink.writeLine(opened.errorMsg());
+        return kCannotWork;
+    }
+    return trade(desk, sink, exitWhenIdle, keepGoing);
+}
+
+} // namespace desk

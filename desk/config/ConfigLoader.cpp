@@ -1,0 +1,43 @@
+#include "desk/config/ConfigLoader.h"
+
+#include "desk/config/DeskToml.h"
+#include "desk/config/MarketTables.h"
+#include "desk/config/StrategyFile.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace desk {
+
+CLoadedConfig loadDeskConfig(const std::string& folder) {
+    CLoadedConfig loaded;
+    CDiagnostics diagnostics;
+    if (!std::filesystem::is_directory(folder)) {
+        diagnostics.add(folder, 0, "is no folder; make one with: orderdesk new " + folder);
+    } else {
+        readDeskToml(folder, loaded.config, diagnostics);
+        readMarketTables(folder, loaded.config, diagnostics);
+        readStrategies(folder, loaded.config, diagnostics);
+    }
+    loaded.mistakes = diagnostics.take();
+    return loaded;
+}
+
+std::vector<std::string> prepareOrderFiles(const CDeskConfig& config) {
+    std::vector<std::string> problems;
+    for (const TC::COrderStrategyParam& strategy : config.strategies) {
+        if (!strategy.isRunning() || strategy.m_eStrategyType != TC::EOrderStrategyType::File) continue;
+        const std::filesystem::path path = strategy.m_strSignalSource.toStdString();
+        try {
+            std::filesystem::create_directories(path.parent_path());
+            if (std::filesystem::exists(path)) continue;
+            std::ofstream file(path, std::ios::app);
+            if (!file) problems.push_back(path.string() + ": cannot be made");
+        } catch (const std::filesystem::filesystem_error& error) {
+            problems.push_back(path.string() + ": " + error.code().message());
+        }
+    }
+    return problems;
+}
+
+} // namespace desk

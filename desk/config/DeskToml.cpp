@@ -1,0 +1,259 @@
+#include "desk/config/DeskToml.h"
+
+#include "desk/config/TomlFile.h"
+#include "desk/config/TomlSection.h"
+#include "desk/config/Words.h"
+
+#include <charconv>
+
+namespace desk {
+namespace {
+
+/// Reads the tables of desk.toml one by one.
+class CDeskTomlReader {
+public:
+    CDeskTomlReader(CDeskConfig& config, CDiagnostics& diagnostics)
+        : m_config(config), m_diagnostics(diagnostics) {}
+
+    void read(const toml::table& root) {
+        const CTomlSection section(kDeskFile, root, kDeskFile, m_diagnostics);
+        section.read(
+            {
+                {"user", table([this](const auto& t) { readUser(t); })},
+                {"desk", table([this](const auto& t) { readDesk(t); })},
+                {"switches", table([this](const auto& t) { readSwitches(t); })},
+                {"settings", table([this](const auto& t) { readSettings(t); })},
+                {"account", tables([this](const auto& t) { readAccount(t); })},
+                {"group", tables([this](const auto& t) { readGroup(t); })},
+                {"basket", tables([this](const auto& t) { readBasket(t); })},
+            },
+            {"user", "account"});
+    }
+
+private:
+    using CTableReader = std::function<void(const toml::table&)>;
+
+    CTomlSection sectionOf(const toml::table& table, const std::string& name) {
+        return {kDeskFile, table, name, m_diagnostics};
+    }
+    void expectTable(const toml::node& node) {
+        m_diagnostics.add(kDeskFile, static_cast<int>(node.source().begin.line), "expected a table");
+    }
+    CTomlSetter table(CTableReader reader) {
+        return [this, reader = std::move(reader)](const toml::node& node) {
+            if (const auto* value = node.as_table()) {
+                reader(*value);
+            } else {
+                expectTable(node);
+            }
+        };
+    }
+    CTomlSetter tables(CTableReader reader) {
+        return [this, reader = std::move(reader)](const toml::node& node) {
+            const auto* array = node.as_array();
+            if (array == nullptr) return expectTable(node);
+            for (const toml::node& entry : *array)
+                table(reader)(entry);
+        };
+    }
+
+    void readUser(const toml::table& table) {
+        CUserEntry& user = m_config.user;
+        const CTomlSection section = sectionOf(table, "user");
+        section.read(
+            {
+                {"name", section.text(user.name)},
+                {"kind", section.integer(user.kind, 0)},
+                {"rights", [&](const toml::node& node) { readRights(section, node); }},
+                {"order_service", section.flag(user.orderService)},
+                {"trade_framework", section.flag(user.tradeFramework)},
+                {"order_encryption", section.flag(user.orderEncryption)},
+                {"max_strategies", section.integer(user.maxStrategies, 0)},
+                {"max_socket_strategies", section.integer(user.maxSocketStrategies, 0)},
+                {"file_interval_ms", section.integer(user.fileIntervalMs, 0)},
+                {"hint_bits", section.integer(user.hintBits, 0)},
+                {"messages", this->table([this](const auto& t) { readMessages(t); })},
+            },
+            {"name", "kind"});
+    }
+
+    void readRights(const CTomlSection& section, const toml::node& node) {
+        const auto* rights = node.as_array();
+        if (rights == nullptr) return section.mistake(node, "expected a list of rights");
+        for (const toml::node& right : *rights) {
+            int number = -1;
+            section.choice(number, rightWords(), true)(right);
+            if (number >= 0) m_config.user.rights.insert(number);
+        }
+    }
+
+    /// Message type number to the two display flags.
+    void readMessages(const toml::table& table) {
+        const CTomlSection section = sectionOf(table, "user.messages");
+        for (const auto& [key, node] : table) {
+            const std::string text(key.str());
+            int type = -1;
+            const auto parsed = std::from_chars(text.data(), text.data() + text.size(), type);
+            const auto* flags = node.as_array();
+            const bool fits = parsed.ptr == text.data() + text.size() && flags != nullptr &&
+                              flags->size() == 2 && flags->is_homogeneous<bool>();
+            if (fits) {
+                m_config.user.msgFlags[type] = {*flags->get(0)->value<bool>(), *flags->get(1)->value<bool>()};
+            } else {
+                section.mistake(
+                    node, "expected a message type's number and two flags, such as \"0\" = [true, false]");
+            }
+        }
+    }
+
+    void readDesk(const toml::table& table) {
+        const CTomlSection section = sectionOf(table, "desk");
+        section.read({{"accept_forced_confirm", section.flag(m_config.acceptForcedConfirm)}});
+    }
+
+    void readSwitches(const toml::table& table) {
+        const CTomlSection section = sectionOf(table, "switches");
+        for (const auto& [key, node] : table) {
+            bool on = false;
+            section.flag(on)(node);
+            if (on) m_config.switches.insert(std::string(key.str()));
+        }
+    }
+
+    void readSettings(const toml::table& table) {
+        using D = TC::EDefaultSetting;
+        const std::map<std::string, D> kinds = {
+            {"stock", D::Stock}, {"future", D::Future}, {"basket", D::Basket}, {"option", D::Option},
+            {"neeq", D::Neeq},   {"hgt", D::HGT},       {"gold", D::Gold}};
+        std::map<std::string, CTomlSetter> setters;
+        for (const auto& [word, kind] : kinds) {
+            setters[word] =
+                this->table([this, word = word, kind = kind](const auto& t) { readSetting(t, word, kind); });
+        }
+        sectionOf(table, "settings").read(setters);
+    }
+
+    void readSetting(const toml::table& table, const std::string& word, TC::EDefaultSetting kind) {
+        TC::COrderSetting& setting = m_config.defaultSettings[kind];
+        int priceType = static_cast<int>(setting.m_ePriceType);
+        int orderType = static_cast<int>(setting.m_eOrderType);
+        const CTomlSection section = sectionOf(table, "settings." + word);
+        section.read({
+            {"price_type", section.choice(priceType, priceTypeWords(), true)},
+            {"order_type", section.integer(orderType, 0)},
+            {"remark", section.text(setting.m_strCmdLog)},
+            {"first_limit", section.number(setting.m_dFirstLimit)},
+            {"second_limit", section.number(setting.m_dSecondLimit)},
+        });
+        setting.m_ePriceType = static_cast<TC::EPriceType>(priceType);
+        setting.m_eOrderType = static_cast<TC::EOrderType>(orderType);
+        setting.m_bFirstLimitOn = !TC::isInvalidPrice(setting.m_dFirstLimit);
+        setting.m_bSecondLimitOn = !TC::isInvalidPrice(setting.m_dSecondLimit);
+    }
+
+    void readAccount(const toml::table& table) {
+        CAccountEntry account;
+        int broker = static_cast<int>(account.broker);
+        const CTomlSection section = sectionOf(table, "account");
+        section.read(
+            {
+                {"key", section.text(account.key)},
+                {"display_id", section.text(account.displayId)},
+                {"broker", section.choice(broker, brokerWords(), false)},
+                {"login_status", section.integer(account.loginStatus, 0)},
+                {"simple", section.flag(account.simple)},
+                {"funds", section.number(account.funds)},
+            },
+            {"key", "broker", "funds"});
+        account.broker = static_cast<TC::EQDBrokerType>(broker);
+        for (const CAccountEntry& other : m_config.accounts) {
+            if (other.key == account.key)
+                return section.mistake("account \"" + account.key + "\" stands twice");
+        }
+        if (account.funds < 0) section.mistake("funds must not be negative");
+        m_config.accounts.push_back(account);
+    }
+
+    void readGroup(const toml::table& table) {
+        CGroupEntry group;
+        int broker = static_cast<int>(group.broker);
+        const CTomlSection section = sectionOf(table, "group");
+        section.read(
+            {
+                {"name", section.text(group.name)},
+                {"broker", section.choice(broker, brokerWords(), false)},
+                {"members", tables([&](const auto& t) { readMember(t, group); })},
+            },
+            {"name", "broker", "members"});
+        group.broker = static_cast<TC::EQDBrokerType>(broker);
+        for (const CGroupEntry& other : m_config.groups) {
+            if (other.name == group.name && other.broker == group.broker) {
+                return section.mistake("group \"" + group.name + "\" stands twice");
+            }
+        }
+        m_config.groups.push_back(group);
+    }
+
+    void readMember(const toml::table& table, CGroupEntry& group) {
+        CGroupMember member;
+        const CTomlSection section = sectionOf(table, "group.members");
+        section.read(
+            {{"account", section.text(member.accountKey)}, {"weight", section.number(member.weight)}},
+            {"account"});
+        bool known = false;
+        for (const CAccountEntry& account : m_config.accounts)
+            known = known || account.key == member.accountKey;
+        if (!known) {
+            return section.mistake("account \"" + member.accountKey +
+                                   "\" is unknown; accounts stand above the groups");
+        }
+        if (!(member.weight > 0)) section.mistake("weight must be above 0");
+        group.members.push_back(member);
+    }
+
+    void readBasket(const toml::table& table) {
+        std::string name;
+        TC::CBasketSetting basket;
+        const CTomlSection section = sectionOf(table, "basket");
+        section.read({{"name", section.text(name)},
+                      {"rows", tables([&](const auto& t) { readBasketRow(t, basket); })}},
+                     {"name", "rows"});
+        const QString key = QString::fromStdString(name);
+        if (m_config.baskets.contains(key)) return section.mistake("basket \"" + name + "\" stands twice");
+        m_config.baskets.insert(key, basket);
+    }
+
+    void readBasketRow(const toml::table& table, TC::CBasketSetting& basket) {
+        TC::CBasketStockData row;
+        std::string market, code, name;
+        const CTomlSection section = sectionOf(table, "basket.rows");
+        section.read(
+            {
+                {"market", section.text(market)},
+                {"code", section.text(code)},
+                {"name", section.text(name)},
+                {"weight", section.number(row.m_dWeight)},
+                {"volume", section.integer(row.m_nVolume, 0)},
+                {"operation", section.integer(row.m_eOperationType, 0)},
+                {"price", section.number(row.m_dPrice)},
+            },
+            {"market", "code"});
+        row.m_strMarket = QString::fromStdString(market);
+        row.m_strCode = QString::fromStdString(code);
+        row.m_strName = QString::fromStdString(name);
+        basket.m_rows.push_back(row);
+    }
+
+    CDeskConfig& m_config;
+    CDiagnostics& m_diagnostics;
+};
+
+} // namespace
+
+void readDeskToml(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
+    if (const auto root = readTomlFile(folder, kDeskFile, diagnostics)) {
+        CDeskTomlReader(config, diagnostics).read(*root);
+    }
+}
+
+} // namespace desk

@@ -1,0 +1,246 @@
+#include "desk/config/MarketTables.h"
+
+#include "base/StrictNumber.h"
+#include "desk/config/CsvReader.h"
+
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
+#include <sstream>
+
+namespace desk {
+namespace {
+
+constexpr const char* kInstruments = "instruments.csv";
+constexpr const char* kQuotes = "quotes.csv";
+constexpr const char* kQuoteChanges = "quote_changes.csv";
+constexpr const char* kPositions = "positions.csv";
+
+/// Reads the cells of a row as numbers and tells those that are none.
+class CCells {
+public:
+    CCells(std::string file, const CCsvRow& row, CDiagnostics& diagnostics)
+        : m_strFile(std::move(file)), m_row(row), m_diagnostics(diagnostics) {}
+
+    std::string text(const std::string& column) const { return m_row.text(column); }
+
+    /// An empty cell leaves the target as it is.
+    void number(const std::string& column, double& target) const {
+        readInto(
+            column, target, [](const std::string& text) { return utils::strictDouble(text); }, "a number");
+    }
+    void integer(const std::string& column, int& target) const {
+        readInto(
+            column, target, [](const std::string& text) { return utils::strictInt(text); }, "a whole number");
+    }
+    void volume(const std::string& column, long long& target) const {
+        int value = 0;
+        integer(column, value);
+        if (value < 0) mistake(column + " must not be negative");
+        target = std::max(value, 0);
+    }
+    void mistake(const std::string& message) const { m_diagnostics.add(m_strFile, m_row.line, message); }
+
+private:
+    template<typename T, typename Read>
+    void readInto(const std::string& column, T& target, const Read& read, const char* what) const {
+        const std::string cell = text(column);
+        if (cell.empty()) return;
+        try {
+            const T value = read(cell);
+            if (!std::isfinite(static_cast<double>(value))) throw boost::bad_lexical_cast();
+            target = value;
+        } catch (const boost::bad_lexical_cast&) {
+            mistake(column + " is \"" + cell + "\"; expected " + what);
+        }
+    }
+
+    std::string m_strFile;
+    const CCsvRow& m_row;
+    CDiagnostics& m_diagnostics;
+};
+
+using CRows = std::vector<CCsvRow>;
+
+std::vector<std::string> quoteColumns() {
+    std::vector<std::string> columns = {"instrument", "last", "previous_close"};
+    for (const char* side : {"bid", "ask"}) {
+        for (int level = 1; level <= CQuoteEntry::kDepth; ++level) {
+            columns.push_back(side + std::to_string(level));
+            columns.push_back(side + std::to_string(level) + "_volume");
+        }
+    }
+    return columns;
+}
+
+CQuoteEntry readQuote(const CCells& cells) {
+    CQuoteEntry quote;
+    quote.stockKey = cells.text("instrument");
+    cells.number("last", quote.last);
+    cells.number("previous_close", quote.previousClose);
+    for (int level = 1; level <= CQuoteEntry::kDepth; ++level) {
+        const auto index = static_cast<std::size_t>(level - 1);
+        const std::string number = std::to_string(level);
+        cells.number("bid" + number, quote.buy[index].price);
+        cells.volume("bid" + number + "_volume", quote.buy[index].volume);
+        cells.number("ask" + number, quote.sell[index].price);
+        cells.volume("ask" + number + "_volume", quote.sell[index].volume);
+    }
+    const double bid = quote.buy[0].price;
+    const double ask = quote.sell[0].price;
+    if (!TC::isInvalidPrice(bid) && !TC::isInvalidPrice(ask) && bid >= ask) {
+        cells.mistake("bid1 is not below ask1");
+    }
+    return quote;
+}
+
+/// The readers of the four tables, with the lines of the instruments kept for later mistakes.
+class CMarketReader {
+public:
+    CMarketReader(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics)
+        : m_strFolder(folder), m_config(config), m_diagnostics(diagnostics) {}
+
+    void readInstruments() {
+        const CRows rows = table(kInstruments,
+                                 {"market", "code", "name", "product", "types", "unit", "ui_unit",
+                                  "upper_limit", "lower_limit", "reference_price", "transfer_kind"},
+                                 {"market", "code"}, true);
+        for (const CCsvRow& row : rows)
+            readInstrument(CCells(kInstruments, row, m_diagnostics), row.line);
+    }
+
+    void readQuotes() {
+        const CRows rows = table(kQuotes, quoteColumns(), {"instrument"}, true);
+        std::map<std::string, int> lines;
+        for (const CCsvRow& row : rows) {
+            const CCells cells(kQuotes, row, m_diagnostics);
+            const CQuoteEntry quote = readQuote(cells);
+            checkInstrument(cells, quote.stockKey);
+            if (!lines.emplace(quote.stockKey, row.line).second) {
+                cells.mistake("instrument \"" + quote.stockKey + "\" has a quote on line " +
+                              std::to_string(lines[quote.stockKey]) + " already");
+            }
+            m_config.quotes.push_back(quote);
+        }
+        for (const auto& [key, line] : m_instrumentLines) {
+            if (lines.count(key) == 0) {
+                m_diagnostics.add(kInstruments, line,
+                                  "instrument \"" + key + "\" has no quote; expected a row in " + kQuotes);
+            }
+        }
+    }
+
+    void readQuoteChanges() {
+        std::vector<std::string> columns = quoteColumns();
+        columns.emplace_back("after_seconds");
+        const CRows rows = table(kQuoteChanges, columns, {"after_seconds", "instrument"}, false);
+        for (const CCsvRow& row : rows) {
+            const CCells cells(kQuoteChanges, row, m_diagnostics);
+            CQuoteChange change;
+            cells.number("after_seconds", change.offsetSeconds);
+            if (change.offsetSeconds < 0) cells.mistake("after_seconds must not be negative");
+            change.quote = readQuote(cells);
+            checkInstrument(cells, change.quote.stockKey);
+            m_config.quoteChanges.push_back(change);
+        }
+        std::stable_sort(
+            m_config.quoteChanges.begin(), m_config.quoteChanges.end(),
+            [](const CQuoteChange& a, const CQuoteChange& b) { return a.offsetSeconds < b.offsetSeconds; });
+    }
+
+    void readPositions() {
+        const CRows rows = table(kPositions, {"account", "instrument", "volume", "available", "cost"},
+                                 {"account", "instrument", "volume"}, false);
+        for (const CCsvRow& row : rows)
+            readPosition(CCells(kPositions, row, m_diagnostics));
+    }
+
+private:
+    CRows table(const char* file, const std::vector<std::string>& columns,
+                const std::vector<std::string>& required, bool mandatory) {
+        return readCsv(m_strFolder, file, columns, required, mandatory, m_diagnostics);
+    }
+
+    void readInstrument(const CCells& cells, int line) {
+        CInstrumentEntry instrument;
+        instrument.market = cells.text("market");
+        instrument.code = cells.text("code");
+        instrument.name = cells.text("name");
+        instrument.productId = cells.text("product");
+        readTypes(cells, instrument);
+        cells.integer("unit", instrument.unit);
+        instrument.uiUnit = instrument.unit;
+        cells.integer("ui_unit", instrument.uiUnit);
+        if (instrument.unit < 1 || instrument.uiUnit < 1) cells.mistake("units must be at least 1");
+        cells.number("upper_limit", instrument.upperLimit);
+        cells.number("lower_limit", instrument.lowerLimit);
+        cells.number("reference_price", instrument.referencePrice);
+        cells.integer("transfer_kind", instrument.transferKind);
+        if (instrument.market.empty() || instrument.code.empty())
+            cells.mistake("expected a market and a code");
+        if (!m_instrumentLines.emplace(instrument.key(), line).second) {
+            cells.mistake("instrument \"" + instrument.key() + "\" stands on line " +
+                          std::to_string(m_instrumentLines[instrument.key()]) + " already");
+            return;
+        }
+        m_config.instruments.push_back(instrument);
+    }
+
+    /// Numbers separated by blanks.
+    void readTypes(const CCells& cells, CInstrumentEntry& instrument) {
+        std::istringstream words(cells.text("types"));
+        for (std::string word; words >> word;) {
+            try {
+                instrument.types.insert(utils::strictInt(word));
+            } catch (const boost::bad_lexical_cast&) {
+                cells.mistake("types has \"" + word + "\"; expected numbers separated by blanks");
+            }
+        }
+    }
+
+    void readPosition(const CCells& cells) {
+        CPositionEntry position;
+        position.stockKey = cells.text("instrument");
+        cells.volume("volume", position.volume);
+        position.available = position.volume;
+        if (!cells.text("available").empty()) cells.volume("available", position.available);
+        cells.number("cost", position.cost);
+        checkInstrument(cells, position.stockKey);
+        if (position.available > position.volume) cells.mistake("available is more than volume");
+        const std::string key = cells.text("account");
+        const auto account = std::find_if(m_config.accounts.begin(), m_config.accounts.end(),
+                                          [&](const CAccountEntry& entry) { return entry.key == key; });
+        if (account == m_config.accounts.end()) return cells.mistake("account \"" + key + "\" is unknown");
+        for (const CPositionEntry& other : account->positions) {
+            if (other.stockKey == position.stockKey) return cells.mistake("the position stands twice");
+        }
+        account->positions.push_back(position);
+    }
+
+    void checkInstrument(const CCells& cells, const std::string& key) const {
+        if (m_instrumentLines.count(key) == 0) {
+            cells.mistake("instrument \"" + key + "\" is unknown; expected market and code of a row in " +
+                          kInstruments);
+        }
+    }
+
+    const std::string& m_strFolder;
+    CDeskConfig& m_config;
+    CDiagnostics& m_diagnostics;
+    std::map<std::string, int> m_instrumentLines; ///< by instrument key
+};
+
+} // namespace
+
+void readMarketTables(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
+    CMarketReader reader(folder, config, diagnostics);
+    reader.readInstruments();
+    reader.readQuotes();
+    reader.readQuoteChanges();
+    reader.readPositions();
+}
+
+} // namespace desk

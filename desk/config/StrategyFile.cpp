@@ -1,0 +1,232 @@
+#include "desk/config/StrategyFile.h"
+
+#include "desk/config/TomlFile.h"
+#include "desk/config/TomlSection.h"
+#include "desk/config/Words.h"
+#include "records/Families.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <sstream>
+
+namespace desk {
+namespace {
+
+constexpr const char* kHeading =
+    "# The strategies of this desk folder. Edit it while the desk is off; the desk writes it anew when a\n"
+    "# strategy is added, changed, started, stopped or removed at run time.\n";
+
+/// The slot that a strategy's own settings go to.
+TC::COrderSetting& ownSetting(TC::COrderStrategyParam& strategy) {
+    const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
+    return strategy.setting(family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock);
+}
+
+void copyDefaults(const CDeskConfig& config, TC::COrderStrategyParam& strategy) {
+    for (int slot = 0; slot < TC::kSettingSlots; ++slot) {
+        const auto found =
+            config.defaultSettings.find(TC::defaultForSlot(static_cast<TC::ESettingSlot>(slot)));
+        if (found != config.defaultSettings.end())
+            strategy.setting(static_cast<TC::ESettingSlot>(slot)) = found->second;
+    }
+}
+
+/// The keys of one strategy as the file has them.
+struct CStrategyKeys {
+    int channel = 0;
+    std::string name;
+    int source = static_cast<int>(TC::EOrderStrategyType::File);
+    std::string path, user, pass, group, account, code, remark;
+    int family = 0;
+    int volume = 1;
+    double amount = TC::kUnsetDouble;
+    int priceType = -1;
+    int orderType = -1;
+    int positionType = 0;
+    bool running = false;
+};
+
+void readKeys(const CTomlSection& section, CStrategyKeys& keys) {
+    section.read(
+        {
+            {"channel", section.integer(keys.channel, 1)},
+            {"name", section.text(keys.name)},
+            {"source", section.choice(keys.source, sourceWords(), false)},
+            {"path", section.text(keys.path)},
+            {"user", section.text(keys.user)},
+            {"pass", section.text(keys.pass)},
+            {"group", section.text(keys.group)},
+            {"account", section.text(keys.account)},
+            {"family", section.choice(keys.family, familyWords(), false)},
+            {"code", section.text(keys.code)},
+            {"volume", section.integer(keys.volume, 0)},
+            {"amount", section.number(keys.amount)},
+            {"price_type", section.choice(keys.priceType, priceTypeWords(), true)},
+            {"order_type", section.integer(keys.orderType, 0)},
+            {"position_type", section.integer(keys.positionType, 0)},
+            {"remark", section.text(keys.remark)},
+            {"running", section.flag(keys.running)},
+        },
+        {"channel", "source", "family"});
+}
+
+TC::COrderStrategyParam makeStrategy(const std::string& folder, const CDeskConfig& config,
+                                     const CStrategyKeys& keys) {
+    TC::COrderStrategyParam strategy;
+    copyDefaults(config, strategy);
+    strategy.m_nChannel = keys.channel;
+    strategy.m_strName =
+        keys.name.empty() ? QStringLiteral("策略%1").arg(keys.channel) : QString::fromStdString(keys.name);
+    strategy.m_eStrategyType = static_cast<TC::EOrderStrategyType>(keys.source);
+    strategy.m_eTradeType = static_cast<TC::EOrderStrategyTradeType>(keys.family);
+    const bool isFile = strategy.m_eStrategyType == TC::EOrderStrategyType::File && !keys.path.empty();
+    const std::string source =
+        isFile ? (std::filesystem::absolute(folder) / keys.path).lexically_normal().string() : keys.path;
+    strategy.m_strSignalSource = QString::fromStdString(source);
+    strategy.m_strUser = QString::fromStdString(keys.user);
+    strategy.m_strPass = QString::fromStdString(keys.pass);
+    strategy.m_eSelectedAccountType =
+        keys.account.empty() ? TC::ESelectedAccountType::Group : TC::ESelectedAccountType::Account;
+    strategy.m_strSelectedAccount = QString::fromStdString(keys.account.empty() ? keys.group : keys.account);
+    strategy.m_strCode = QString::fromStdString(keys.code);
+    strategy.m_nVolume = keys.volume;
+    strategy.m_bUseAmount = !TC::isInvalidPrice(keys.amount);
+    strategy.m_dAmount = keys.amount;
+    strategy.m_ePositionType = static_cast<TC::EPositionType>(keys.positionType);
+    TC::COrderSetting& setting = ownSetting(strategy);
+    if (keys.priceType != -1) setting.m_ePriceType = static_cast<TC::EPriceType>(keys.priceType);
+    if (keys.orderType != -1) strategy.m_eOrderType = static_cast<TC::EOrderType>(keys.orderType);
+    if (!keys.remark.empty()) setting.m_strCmdLog = keys.remark;
+    strategy.m_nStatus = keys.running ? TC::COrderStrategyParam::kRunning : TC::COrderStrategyParam::kStopped;
+    return strategy;
+}
+
+bool hasGroup(const CDeskConfig& config, const TC::COrderStrategyParam& strategy, const std::string& name) {
+    const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
+    const bool isBasket = strategy.m_eTradeType == TC::EOrderStrategyTradeType::Basket;
+    return std::any_of(config.groups.begin(), config.groups.end(), [&](const CGroupEntry& group) {
+        const bool fits = (family != nullptr && group.broker == family->m_eBrokerType) ||
+                          (isBasket && group.broker == TC::EQDBrokerType::Credit);
+        return fits && group.name == name;
+    });
+}
+
+void checkStrategy(const CTomlSection& section, const CDeskConfig& config, const CStrategyKeys& keys,
+                   const TC::COrderStrategyParam& strategy) {
+    if (config.strategies.contains(keys.channel)) {
+        section.mistake("channel " + std::to_string(keys.channel) + " stands twice");
+    }
+    if (keys.account.empty() == keys.group.empty())
+        section.mistake("expected either \"group\" or \"account\"");
+    const bool knownAccount =
+        std::any_of(config.accounts.begin(), config.accounts.end(),
+                    [&](const CAccountEntry& account) { return account.key == keys.account; });
+    if (!keys.account.empty() && !knownAccount)
+        section.mistake("account \"" + keys.account + "\" is unknown");
+    if (!keys.group.empty() && !hasGroup(config, strategy, keys.group)) {
+        section.mistake("group \"" + keys.group + "\" is unknown among the groups that the family trades on");
+    }
+    if (keys.path.empty()) section.mistake("key \"path\" is missing: where the orders come from");
+    for (const TC::COrderStrategyParam& other : config.strategies) {
+        if (strategy.m_eStrategyType == TC::EOrderStrategyType::File && !keys.path.empty() &&
+            other.m_strSignalSource == strategy.m_strSignalSource) {
+            section.mistake("path \"" + keys.path + "\" is the path of channel " +
+                            std::to_string(other.m_nChannel) + " too");
+        }
+    }
+}
+
+toml::table toTable(const std::filesystem::path& folder, TC::COrderStrategyParam strategy) {
+    std::string path = strategy.m_strSignalSource.toStdString();
+    if (strategy.m_eStrategyType == TC::EOrderStrategyType::File) {
+        const auto relative = std::filesystem::path(path).lexically_relative(folder);
+        if (!relative.empty() && *relative.begin() != "..") path = relative.string();
+    }
+    const TC::COrderSetting& setting = ownSetting(strategy);
+    toml::table table;
+    table.insert("channel", strategy.m_nChannel);
+    table.insert("name", strategy.m_strName.toStdString());
+    table.insert("source", wordFor(sourceWords(), static_cast<int>(strategy.m_eStrategyType)));
+    table.insert("path", path);
+    const auto insertText = [&](const char* key, const QString& text) {
+        if (!text.isEmpty()) table.insert(key, text.toStdString());
+    };
+    insertText("user", strategy.m_strUser);
+    insertText("pass", strategy.m_strPass);
+    insertText(strategy.m_eSelectedAccountType == TC::ESelectedAccountType::Account ? "account" : "group",
+               strategy.m_strSelectedAccount);
+    table.insert("family", wordFor(familyWords(), static_cast<int>(strategy.m_eTradeType)));
+    insertText("code", strategy.m_strCode);
+    table.insert("volume", strategy.m_nVolume);
+    if (strategy.m_bUseAmount) table.insert("amount", strategy.m_dAmount);
+    table.insert("price_type", static_cast<int>(setting.m_ePriceType));
+    if (!TC::isUnset(strategy.m_eOrderType))
+        table.insert("order_type", static_cast<int>(strategy.m_eOrderType));
+    table.insert("position_type", static_cast<int>(strategy.m_ePositionType));
+    if (!setting.m_strCmdLog.empty()) table.insert("remark", setting.m_strCmdLog);
+    table.insert("running", strategy.isRunning());
+    return table;
+}
+
+/// Writes and syncs a file, and gives it to its owner alone: strategies can hold passwords.
+bool writeSynced(const std::string& path, const std::string& bytes) {
+    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (descriptor < 0) return false;
+    const bool written =
+        ::write(descriptor, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
+    const bool synced = written && ::fsync(descriptor) == 0;
+    return ::close(descriptor) == 0 && synced;
+}
+
+} // namespace
+
+void readStrategies(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
+    const auto root = readTomlFile(folder, kStrategyFile, diagnostics);
+    if (!root) return;
+    const CTomlSection top(kStrategyFile, *root, kStrategyFile, diagnostics);
+    top.read({{"strategy", [&](const toml::node& node) {
+                   const auto* strategies = node.as_array();
+                   if (strategies == nullptr) return top.mistake(node, "expected [[strategy]] tables");
+                   for (const toml::node& entry : *strategies) {
+                       const auto* table = entry.as_table();
+                       if (table == nullptr) return top.mistake(entry, "expected a table");
+                       const CTomlSection section(kStrategyFile, *table, "strategy", diagnostics);
+                       CStrategyKeys keys;
+                       readKeys(section, keys);
+                       const TC::COrderStrategyParam strategy = makeStrategy(folder, config, keys);
+                       checkStrategy(section, config, keys, strategy);
+                       config.strategies.insert(keys.channel, strategy);
+                   }
+               }}});
+}
+
+utils::KNError saveStrategies(const std::string& folder, const TC::COrderStrategyMap& strategies) {
+    constexpr int kCannotWrite = 1;
+    const std::filesystem::path root = std::filesystem::absolute(folder).lexically_normal();
+    toml::array array;
+    for (const TC::COrderStrategyParam& strategy : strategies)
+        array.push_back(toTable(root, strategy));
+    toml::table file;
+    file.insert("strategy", array);
+    std::ostringstream text;
+    text << kHeading << file << '\n';
+    const std::string path = (root / kStrategyFile).string();
+    const std::string draft = path + ".new";
+    if (!writeSynced(draft, text.str()) || ::rename(draft.c_str(), path.c_str()) != 0) {
+        return {kCannotWrite, path + ": " + std::strerror(errno)};
+    }
+    const int directory = ::open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (directory >= 0) {
+        ::fsync(directory);
+        ::close(directory);
+    }
+    return {};
+}
+
+} // namespace desk

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "desk/config/Diagnostics.h"
+
+#include <toml++/toml.h>
+
+#include <fstream>
+#include <optional>
+#include <string>
+
+namespace desk {
+
+/// The tables of a TOML file; nothing, and a mistake, where it is missing or malformed.
+inline std::optional<toml::table> readTomlFile(const std::string& folder, const std::string& file,
+                                               CDiagnostics& diagnostics) {
+    std::ifstream stream(folder + "/" + file, std::ios::binary);
+    if (!stream) {
+        diagnostics.add(file, 0, "cannot be read; a desk folder must have it");
+        return std::nullopt;
+    }
+    try {
+        return toml::parse(stream, file);
+    } catch (const toml::parse_error& error) {
+        diagnostics.add(file, static_cast<int>(error.source().begin.line),
+                        "is not TOML: " + std::string(error.description()));
+        return std::nullopt;
+    }
+}
+
+} // namespace desk

@@ -1,0 +1,115 @@
+#include "desk/config/TomlSection.h"
+
+#include <limits>
+
+namespace desk {
+namespace {
+
+int lineOf(const toml::node& node) {
+    return static_cast<int>(node.source().begin.line);
+}
+
+} // namespace
+
+CTomlSection::CTomlSection(std::string file, const toml::table& table, std::string name,
+                           CDiagnostics& diagnostics)
+    : m_strFile(std::move(file)), m_table(table), m_strName(std::move(name)), m_diagnostics(diagnostics) {}
+
+int CTomlSection::line() const {
+    return lineOf(m_table);
+}
+
+void CTomlSection::mistake(const toml::node& node, const std::string& message) const {
+    m_diagnostics.add(m_strFile, lineOf(node), m_strName + ": " + message);
+}
+
+void CTomlSection::mistake(const std::string& message) const {
+    m_diagnostics.add(m_strFile, line(), m_strName + ": " + message);
+}
+
+void CTomlSection::expected(const toml::node& node, const std::string& what) const {
+    mistake(node, "expected " + what);
+}
+
+CTomlSetter CTomlSection::text(std::string& target) const {
+    return [this, &target](const toml::node& node) {
+        if (const auto value = node.value_exact<std::string>()) {
+            target = *value;
+        } else {
+            expected(node, "a text in quotes");
+        }
+    };
+}
+
+CTomlSetter CTomlSection::integer(int& target, int least) const {
+    return [this, &target, least](const toml::node& node) {
+        const auto value = node.value_exact<std::int64_t>();
+        if (value && *value >= least && *value <= std::numeric_limits<int>::max()) {
+            target = static_cast<int>(*value);
+        } else {
+            expected(node, "a whole number of at least " + std::to_string(least));
+        }
+    };
+}
+
+CTomlSetter CTomlSection::number(double& target) const {
+    return [this, &target](const toml::node& node) {
+        if (node.is_number()) {
+            target = *node.value<double>();
+        } else {
+            expected(node, "a number");
+        }
+    };
+}
+
+CTomlSetter CTomlSection::flag(bool& target) const {
+    return [this, &target](const toml::node& node) {
+        if (const auto value = node.value_exact<bool>()) {
+            target = *value;
+        } else {
+            expected(node, "true or false");
+        }
+    };
+}
+
+CTomlSetter CTomlSection::choice(int& target, const std::map<std::string, int>& words, bool numberToo) const {
+    return [this, &target, &words, numberToo](const toml::node& node) {
+        const auto word = node.value_exact<std::string>();
+        const auto value = node.value_exact<std::int64_t>();
+        const auto found = word ? words.find(*word) : words.end();
+        if (found != words.end()) {
+            target = found->second;
+        } else if (numberToo && value) {
+            target = static_cast<int>(*value);
+        } else {
+            expected(node, "one of " + wordList(words) + (numberToo ? ", or a number" : ""));
+        }
+    };
+}
+
+void CTomlSection::read(const std::map<std::string, CTomlSetter>& setters,
+                        const std::vector<std::string>& required) const {
+    for (const auto& [key, node] : m_table) {
+        const auto setter = setters.find(std::string(key.str()));
+        if (setter != setters.end()) {
+            setter->second(node);
+            continue;
+        }
+        std::string known;
+        for (const auto& [name, unused] : setters)
+            known += (known.empty() ? "" : ", ") + name;
+        mistake(node, "unknown key \"" + std::string(key.str()) + "\"; expected one of " + known);
+    }
+    for (const std::string& key : required) {
+        if (!m_table.contains(key)) mistake("key \"" + key + "\" is missing");
+    }
+}
+
+std::string wordList(const std::map<std::string, int>& words) {
+    std::string list;
+    for (const auto& [word, number] : words)
+        list += (list.empty() ? "\"" : ", \"") + word + "\"";
+    return list;
+}
+
+} // namespace desk

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "desk/config/Diagnostics.h"
+
+#include <toml++/toml.h>
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace desk {
+
+/// What to do with the value of a key.
+using CTomlSetter = std::function<void(const toml::node&)>;
+
+/// Reads the keys of one table: a table of keys and setters, so that an unknown key, a missing one and a
+/// value of the wrong type are all told in the same words. One object for each table; the diagnostics outlive
+/// it.
+class CTomlSection {
+public:
+    CTomlSection(std::string file, const toml::table& table, std::string name, CDiagnostics& diagnostics);
+
+    /// Each gives the setter of a key of that type; a value of another type is told.
+    CTomlSetter text(std::string& target) const;
+    CTomlSetter integer(int& target, int least) const;
+    CTomlSetter number(double& target) const;
+    CTomlSetter flag(bool& target) const;
+    /// A word of the list, or its number.
+    CTomlSetter choice(int& target, const std::map<std::string, int>& words, bool numberToo) const;
+
+    /// Runs the setters of the keys that are there. `required` names the keys that must be.
+    void read(const std::map<std::string, CTomlSetter>& setters,
+              const std::vector<std::string>& required = {}) const;
+
+    void mistake(const toml::node& node, const std::string& message) const;
+    void mistake(const std::string& message) const;
+    int line() const;
+
+private:
+    void expected(const toml::node& node, const std::string& what) const;
+
+    std::string m_strFile;
+    const toml::table& m_table;
+    std::string m_strName;
+    CDiagnostics& m_diagnostics;
+};
+
+/// The words of a choice, for messages.
+std::string wordList(const std::map<std::string, int>& words);
+
+} // namespace desk

@@ -1,0 +1,84 @@
+#include "desk/config/Words.h"
+
+#include "records/Enums.h"
+
+namespace desk {
+namespace {
+
+template<typename E>
+int n(E value) {
+    return static_cast<int>(value);
+}
+
+} // namespace
+
+const std::map<std::string, int>& brokerWords() {
+    using B = TC::EQDBrokerType;
+    static const std::map<std::string, int> words = {
+        {"future", n(B::Future)},
+        {"stock", n(B::Stock)},
+        {"credit", n(B::Credit)},
+        {"gold", n(B::Gold)},
+        {"future_option", n(B::FutureOption)},
+        {"stock_option", n(B::StockOption)},
+        {"hgt", n(B::HGT)},
+        {"neeq", n(B::Neeq)},
+        {"sgt", n(B::SGT)},
+    };
+    return words;
+}
+
+const std::map<std::string, int>& sourceWords() {
+    using S = TC::EOrderStrategyType;
+    static const std::map<std::string, int> words = {
+        {"interface", n(S::Interface)}, {"signal", n(S::Signal)}, {"file", n(S::File)}};
+    return words;
+}
+
+const std::map<std::string, int>& familyWords() {
+    using F = TC::EOrderStrategyTradeType;
+    static const std::map<std::string, int> words = {
+        {"stock", n(F::Stock)},
+        {"future", n(F::Future)},
+        {"basket", n(F::Basket)},
+        {"credit", n(F::Credit)},
+        {"stock_option", n(F::StockOption)},
+        {"future_option", n(F::FutureOption)},
+        {"sgt", n(F::SGT)},
+        {"hgt", n(F::HGT)},
+        {"neeq", n(F::Neeq)},
+        {"gold", n(F::Gold)},
+    };
+    return words;
+}
+
+const std::map<std::string, int>& priceTypeWords() {
+    using P = TC::EPriceType;
+    static const std::map<std::string, int> words = [] {
+        std::map<std::string, int> result = {{"latest", n(P::Latest)}, {"specified", n(P::Specified)}};
+        constexpr int kNearLevels = 5;
+        for (int level = 1; level <= 10; ++level) {
+            const bool near = level <= kNearLevels;
+            const int offset = near ? level - 1 : level - kNearLevels - 1;
+            result["sell" + std::to_string(level)] = near ? n(P::Sell1) - offset : n(P::Sell6) + offset;
+            result["buy" + std::to_string(level)] = (near ? n(P::Buy1) : n(P::Buy6)) + offset;
+        }
+        return result;
+    }();
+    return words;
+}
+
+const std::map<std::string, int>& rightWords() {
+    static const std::map<std::string, int> words = {{"signal_orders", n(TC::EUserAuth::SignalOrders)},
+                                                     {"file_orders", n(TC::EUserAuth::FileOrders)}};
+    return words;
+}
+
+std::string wordFor(const std::map<std::string, int>& words, int number) {
+    for (const auto& [word, value] : words) {
+        if (value == number) return word;
+    }
+    return std::to_string(number);
+}
+
+} // namespace desk

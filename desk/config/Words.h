@@ -1,0 +1,18 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+/// The words of the desk's files for numbers of the records.
+namespace desk {
+
+const std::map<std::string, int>& brokerWords();
+const std::map<std::string, int>& sourceWords();
+const std::map<std::string, int>& familyWords();
+const std::map<std::string, int>& priceTypeWords();
+const std::map<std::string, int>& rightWords();
+
+/// The word of a number, or the number itself in digits.
+std::string wordFor(const std::map<std::string, int>& words, int number);
+
+} // namespace desk

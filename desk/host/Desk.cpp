@@ -1,0 +1,96 @@
+#include "desk/host/Desk.h"
+
+#include "desk/config/StrategyFile.h"
+#include "desk/host/BrokerJournal.h"
+#include "desk/journal/JournalEvents.h"
+#include "service/OrderService.h"
+
+#include <nlohmann/json.hpp>
+
+namespace desk {
+
+CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
+    : m_strFolder(std::move(folder)), m_config(std::move(config)), m_sink(sink),
+      m_market(m_config.instruments, m_config.quotes, m_config.quoteChanges),
+      m_broker(m_market, [this](const CBrokerEvent& event) { return journalBrokerEvent(m_journal, event); }),
+      m_guard(m_journal, sink, [this] { m_broker.deliverEvents(); }), m_user(m_config), m_userManager(m_user),
+      m_orders(m_journal, m_broker, sink, m_config.acceptForcedConfirm),
+      m_trade(m_journal, m_broker, m_market, sink, m_config.accounts), m_center(m_journal, m_broker, sink),
+      m_exchange(m_config.instruments), m_quotes(m_market), m_types(m_market), m_messages(m_journal, sink),
+      m_switches(m_config.switches), m_audit(m_journal, sink),
+      m_keeper(m_journal, sink, m_config.strategies, [this](const TC::COrderStrategyMap& strategies) {
+          return saveStrategies(m_strFolder, strategies);
+      }) {}
+
+utils::KNError CDesk::open() {
+    utils::KNError result = m_journal.open(m_strFolder);
+    if (result.isSuccess())
+        result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent());
+    if (result.isSuccess()) result = m_broker.startTradingDay(m_exchange.getMaxTradingDay());
+    return result;
+}
+
+TC::CHost CDesk::services() {
+    TC::CHost host;
+    host.userManager = &m_userManager;
+    host.orderClient = &m_orders;
+    host.tradeClient = &m_trade;
+    host.quoteClient = &m_quotes;
+    host.exchangeClient = &m_exchange;
+    host.msgService = &m_messages;
+    host.timeService = &m_time;
+    host.tradingRules = &m_rules;
+    host.algorithmTradeHelper = &m_algorithms;
+    host.intakeAudit = &m_audit;
+    host.instrumentTypes = &m_types;
+    host.traderCenter = &m_center;
+    host.tradeFrameworkSource = &m_framework;
+    host.luaModuleCtrl = &m_switches;
+    return host;
+}
+
+void CDesk::startTrading() {
+    TC::COrderService& service = *TC::COrderService::instance();
+    QObject::connect(
+        &service, &TC::COrderService::sigCancelOrders, &service,
+        [this](const std::vector<std::string>& fields) { m_trade.cancelOrders(fields); },
+        Qt::DirectConnection);
+    service.loadFromConfig(true);
+    const TC::COrderStrategyMap started = service.getStrategyMap();
+    for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {
+        if (strategy.isRunning() && !started.value(strategy.m_nChannel).isRunning()) tellWhyStopped(strategy);
+    }
+    m_keeper.begin(service.getStrategyMap());
+}
+
+/// Starts the strategy once more for the reason, which the order service keeps to itself when it takes the
+/// user over.
+void CDesk::tellWhyStopped(const TC::COrderStrategyParam& strategy) {
+    QString error = QStringLiteral("over the user's limit of strategies");
+    TC::COrderService& service = *TC::COrderService::instance();
+    if (service.getStrategyConst(strategy.m_nChannel) != nullptr) {
+        service.startOrderStrategy(strategy.m_nChannel, error, true);
+    }
+    m_messages.showMsg(strategy.m_strName + QStringLiteral(" does not run: ") + error,
+                       TC::EMsgTypeDef::General, TC::MsgLevel::Warning, false, false, QString());
+}
+
+void CDesk::tick(double secondsSinceStart) {
+    m_guard.poll();
+    m_bQuotesToCome = m_market.applyChanges(secondsSinceStart, [this](const std::string& stockKey) {
+        const utils::KNError matched = m_broker.onQuote(stockKey);
+        if (!matched.isSuccess())
+            m_sink.writeLine("the paper broker cannot match " + stockKey + ": " + matched.errorMsg());
+    });
+    m_keeper.update(TC::COrderService::instance()->getStrategyMap());
+}
+
+std::int64_t CDesk::activity() const {
+    return m_journal.lastSeq();
+}
+
+utils::KNError CDesk::close(const std::string& reason) {
+    return m_journal.close(reason);
+}
+
+} // namespace desk

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "desk/config/DeskConfig.h"
+#include "desk/host/DeskAlgorithmTradeHelper.h"
+#include "desk/host/DeskExchangeClient.h"
+#include "desk/host/DeskInstrumentTypes.h"
+#include "desk/host/DeskIntakeAudit.h"
+#include "desk/host/DeskLuaModuleCtrl.h"
+#include "desk/host/DeskMsgService.h"
+#include "desk/host/DeskQuoteClient.h"
+#include "desk/host/DeskTimeService.h"
+#include "desk/host/DeskTradeFrameworkSource.h"
+#include "desk/host/DeskTradingRules.h"
+#include "desk/host/DeskUserConfig.h"
+#include "desk/host/JournalGuard.h"
+#include "desk/host/PaperOrderClient.h"
+#include "desk/host/PaperTradeClient.h"
+#include "desk/host/PaperTraderCenter.h"
+#include "desk/host/StrategyKeeper.h"
+#include "desk/host/TextSink.h"
+#include "desk/journal/Journal.h"
+#include "desk/market/Market.h"
+#include "desk/paper/PaperBroker.h"
+#include "platform/Host.h"
+
+#include <cstdint>
+#include <string>
+
+namespace desk {
+
+/// The desk put together: journal, market and paper broker, and the host services over them. Main thread, but
+/// for what the services themselves allow.
+class CDesk {
+public:
+    /// The sink takes what people should see; it outlives the desk.
+    CDesk(std::string folder, CDeskConfig config, CTextSink& sink);
+
+    /// Opens journal and store. Once, first; a failure names the cause.
+    [[nodiscard]] utils::KNError open();
+
+    /// The host services, ready for TC::installHost. They live as long as the desk.
+    TC::CHost services();
+
+    /// Connects to the order service and starts the strategies that the folder remembers as running. After
+    /// installHost and the creation of COrderService.
+    void startTrading();
+
+    /// One round of the main loop: quote changes that are due, the journal's health, changed strategies.
+    void tick(double secondsSinceStart);
+
+    /// A number that changes with everything that happens.
+    std::int64_t activity() const;
+    /// Whether quote changes are still to come.
+    bool hasQuotesToCome() const { return m_bQuotesToCome; }
+
+    /// Ends the journal; last, after COrderService::shutdown.
+    [[nodiscard]] utils::KNError close(const std::string& reason);
+
+private:
+    void tellWhyStopped(const TC::COrderStrategyParam& strategy);
+
+    std::string m_strFolder;
+    CDeskConfig m_config;
+    CTextSink& m_sink;
+    CJournal m_journal;
+    CMarket m_market;
+    CPaperBroker m_broker;
+    CJournalGuard m_guard;
+    bool m_bQuotesToCome = true;
+
+    CDeskUserConfig m_user;
+    CDeskUserManager m_userManager;
+    CPaperOrderClient m_orders;
+    CPaperTradeClient m_trade;
+    CPaperTraderCenter m_center;
+    CDeskExchangeClient m_exchange;
+    CDeskQuoteClient m_quotes;
+    CDeskInstrumentTypes m_types;
+    CDeskTradingRules m_rules;
+    CDeskAlgorithmTradeHelper m_algorithms;
+    CDeskMsgService m_messages;
+    CDeskTimeService m_time;
+    CDeskTradeFrameworkSource m_framework;
+    CDeskLuaModuleCtrl m_switches;
+    CDeskIntakeAudit m_audit;
+    CStrategyKeeper m_keeper;
+};
+
+} // namespace desk

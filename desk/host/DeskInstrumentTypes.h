@@ -1,0 +1,24 @@
+#pragma once
+
+#include "desk/market/QuoteSource.h"
+#include "platform/InstrumentTypes.h"
+
+namespace desk {
+
+/// Types and units as the folder's instruments have them. Any thread; an unknown instrument has no type and a
+/// unit of 1.
+class CDeskInstrumentTypes : public knservice::CInstrumentTypes {
+public:
+    /// The source outlives the object.
+    explicit CDeskInstrumentTypes(const IQuoteSource& source) : m_source(source) {}
+
+    bool isTypedStock(int type, const std::string& market, const std::string& code) override;
+    int getTradeMinUnit(const std::string& market, const std::string& code,
+                        TC::EOperationType operation) override;
+    int getUiMinUnit(const std::string& market, const std::string& code, bool forTrade) override;
+
+private:
+    const IQuoteSource& m_source;
+};
+
+} // namespace desk

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "desk/market/QuoteSource.h"
+#include "platform/Quote.h"
+
+namespace desk {
+
+/// The desk's quotes. Any thread. All quotes are there from the start, so a subscription has nothing to
+/// begin; its call-back is never called.
+class CDeskQuoteClient : public TC::CQuoteClient {
+public:
+    /// The source outlives the client.
+    explicit CDeskQuoteClient(const IQuoteSource& source) : m_source(source) {}
+
+    TC::CPriceDataPtr getStockPrice(const QString& stockKey) override;
+    boost::shared_ptr<TC::CQuoteRequest> subscribe(const QString& stockKey,
+                                                   const TC::CQuoteRequest::CCallback& callback,
+                                                   TC::ESubscribeType type) override;
+
+private:
+    const IQuoteSource& m_source;
+};
+
+} // namespace desk

@@ -1,0 +1,165 @@
+#include "desk/host/DeskTradingRules.h"
+
+#include "base/StrictNumber.h"
+#include "base/Text.h"
+#include "records/Families.h"
+
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <optional>
+
+namespace desk {
+namespace {
+
+using CPairs = std::map<std::string, std::string>;
+
+/// The pairs of a text, or nothing where it is none of pairs.
+std::optional<CPairs> readPairs(const std::string& text, char separator) {
+    CPairs pairs;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, begin), text.size());
+        const std::size_t colon = text.find(':', begin);
+        if (colon >= end ||
+            !pairs.emplace(text.substr(begin, colon - begin), text.substr(colon + 1, end - colon - 1))
+                 .second) {
+            return std::nullopt;
+        }
+        begin = end + 1;
+    }
+    return pairs;
+}
+
+/// Gives each pair to its setter; false where a key has none or a number cannot be read.
+template<typename Record>
+bool applyPairs(const CPairs& pairs,
+                const std::map<std::string, std::function<void(Record&, const std::string&)>>& setters,
+                Record& record) {
+    Record changed = record;
+    for (const auto& [key, value] : pairs) {
+        const auto setter = setters.find(key);
+        if (setter == setters.end()) return false;
+        try {
+            setter->second(changed, value);
+        } catch (const boost::bad_lexical_cast&) {
+            return false;
+        }
+    }
+    record = std::move(changed);
+    return true;
+}
+
+using CParamSetter = std::function<void(TC::COrderTradeParam&, const std::string&)>;
+
+// Values are GBK bytes; the remark goes back as it came.
+const std::map<std::string, CParamSetter>& paramSetters() {
+    static const std::map<std::string, CParamSetter> setters = {
+        {"remark", [](auto& p, const auto& v) { p.m_strRemark = v; }},
+        {"account", [](auto& p, const auto& v) { p.m_strAccountKeyPart1 = UW::sToQsGBK(v); }},
+        {"sub", [](auto& p, const auto& v) { p.m_strAccountKeyPart2 = UW::sToQsGBK(v); }},
+        {"order_type", [](auto& p, const auto& v) { p.m_eOrderType = utils::strictInt(v); }},
+        {"setting", [](auto& p, const auto& v) { p.m_strOrderSetting = UW::sToQsGBK(v); }},
+        {"kind", [](auto& p, const auto& v) { p.m_nSettingKind = utils::strictInt(v); }},
+        {"text1", [](auto& p, const auto& v) { p.m_strTradeText1 = utils::safeGbk2Utf8(v); }},
+        {"text2", [](auto& p, const auto& v) { p.m_strTradeText2 = utils::safeGbk2Utf8(v); }},
+        {"text3", [](auto& p, const auto& v) { p.m_strTradeText3 = utils::safeGbk2Utf8(v); }},
+    };
+    return setters;
+}
+
+using CSettingSetter = std::function<void(TC::COrderSetting&, const std::string&)>;
+
+const std::map<std::string, CSettingSetter>& settingSetters() {
+    static const std::map<std::string, CSettingSetter> setters = {
+        {"price_type",
+         [](auto& s, const auto& v) { s.m_ePriceType = static_cast<TC::EPriceType>(utils::strictInt(v)); }},
+        {"order_type",
+         [](auto& s, const auto& v) { s.m_eOrderType = static_cast<TC::EOrderType>(utils::strictInt(v)); }},
+        {"remark", [](auto& s, const auto& v) { s.m_strCmdLog = v; }},
+    };
+    return setters;
+}
+
+/// A number and its word.
+struct CWord {
+    int number;
+    const char* word;
+};
+
+constexpr CWord kSourceWords[] = {{0, "接口单"}, {1, "信号单"}, {2, "文件单"}, {4, "批量埋单"}};
+constexpr CWord kFamilyWords[] = {{0, "股票"},     {1, "期货"},     {2, "组合"},     {3, "信用"},
+                                  {4, "股票期权"}, {5, "期货期权"}, {6, "期货组合"}, {9, "深港通"},
+                                  {10, "沪港通"},  {11, "股转"},    {12, "黄金"}};
+constexpr CWord kOrderWords[] = {{0, "开多"},      {3, "开空"},      {23, "买入"},     {24, "卖出"},
+                                 {25, "组合买入"}, {26, "组合卖出"}, {33, "组合买卖"}, {34, "组合调仓"},
+                                 {35, "列表调仓"}, {48, "买入开仓"}};
+constexpr CWord kPriceWords[] = {
+    {0, "卖五价"},  {1, "卖四价"},  {2, "卖三价"},  {3, "卖二价"},  {4, "卖一价"},  {5, "最新价"},
+    {6, "买一价"},  {7, "买二价"},  {8, "买三价"},  {9, "买四价"},  {10, "买五价"}, {11, "指定价"},
+    {30, "卖六价"}, {31, "卖七价"}, {32, "卖八价"}, {33, "卖九价"}, {34, "卖十价"}, {35, "买六价"},
+    {36, "买七价"}, {37, "买八价"}, {38, "买九价"}, {39, "买十价"}};
+
+/// The number's word; a number without one with the general word before it.
+template<std::size_t N>
+QString wordOf(const CWord (&words)[N], int number, const char* general) {
+    const auto found = std::find_if(std::begin(words), std::end(words),
+                                    [&](const CWord& row) { return row.number == number; });
+    if (found != std::end(words)) return QString::fromUtf8(found->word);
+    return QString::fromUtf8(general) + QString::number(number);
+}
+
+} // namespace
+
+TC::EQDBrokerType
+CDeskTradingRules::orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType tradeType) {
+    const TC::CFamily* family = TC::findFamily(tradeType);
+    return family != nullptr ? family->m_eBrokerType : TC::EQDBrokerType::Stock;
+}
+
+QString CDeskTradingRules::getAccountFromOrderParam(const QString& part1, const QString& part2) {
+    return part2 == QStringLiteral("-") ? part1 : part1 + QStringLiteral("_") + part2;
+}
+
+bool CDeskTradingRules::parserOrderTradeParam(const std::string& text, TC::COrderTradeParam& param) {
+    const auto pairs = readPairs(text, ';');
+    TC::COrderTradeParam read;
+    if (!pairs || !applyPairs(*pairs, paramSetters(), read)) return false;
+    param = read;
+    return true;
+}
+
+void CDeskTradingRules::orderSettingFromString(TC::COrderSetting& setting, const QString& text) {
+    if (const auto pairs = readPairs(text.toStdString(), ',')) applyPairs(*pairs, settingSetters(), setting);
+}
+
+void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
+                                            TC::EOperationType, int, double price, const TC::CPriceDataPtr&) {
+    record.m_ePriceType = setting.m_ePriceType;
+    record.m_eOrderType = setting.m_eOrderType;
+    record.m_dPrice = price;
+}
+
+QString CDeskTradingRules::orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) {
+    return QStringLiteral("[") + orderStrategyTypeToString(type) + QStringLiteral("]");
+}
+
+QString CDeskTradingRules::orderStrategyTypeToString(TC::EOrderStrategyType type) {
+    return wordOf(kSourceWords, static_cast<int>(type), "来源");
+}
+
+QString CDeskTradingRules::orderStrategyOrderTypeToString(int orderType) {
+    return wordOf(kOrderWords, orderType, "指令");
+}
+
+QString CDeskTradingRules::orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType tradeType) {
+    return wordOf(kFamilyWords, static_cast<int>(tradeType), "品种");
+}
+
+QString CDeskTradingRules::knPriceTypeToString(TC::EPriceType priceType, const std::string&, bool) {
+    return wordOf(kPriceWords, static_cast<int>(priceType), "价格类型");
+}
+
+} // namespace desk

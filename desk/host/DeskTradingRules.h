@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/TradingRules.h"
+
+namespace desk {
+
+/// The desk's rules and words. Any thread; no state.
+///
+/// Both texts that order files may carry are pairs `key:value`, separated by semicolons, a value without
+/// semicolons:
+/// - behind `orderParam=`: remark, account, sub, order_type, setting, kind, text1, text2, text3;
+/// - a setting text: price_type, order_type, remark; the pairs separated by commas, so that it can stand
+/// behind `setting:`. A text with an unknown key, a key twice, or a number that is none is not understood as
+/// a whole.
+class CDeskTradingRules : public TC::CTradingRules {
+public:
+    QString qdStockKey(const QString& market, const QString& code) override { return market + code; }
+    TC::EQDBrokerType orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType tradeType) override;
+    /// The account is named by its key in the first part; the second part says which of several it is and is
+    /// put behind the first with an underscore, unless it is "-".
+    QString getAccountFromOrderParam(const QString& part1, const QString& part2) override;
+    bool parserOrderTradeParam(const std::string& text, TC::COrderTradeParam& param) override;
+    void orderSettingFromString(TC::COrderSetting& setting, const QString& text) override;
+    void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
+                             TC::EOperationType operation, int volume, double price,
+                             const TC::CPriceDataPtr& quote) override;
+    /// The paper broker has one session a day: there is no range to fix.
+    void fixTimeRange(TC::CCodeOrderParam&) override {}
+    bool isMarketPrice(TC::EPriceType) override { return false; }
+    bool isAlgoOrderType(TC::EOrderType) override { return false; }
+    TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType) override {
+        return TC::ETradePlatform::Plain;
+    }
+    QString orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) override;
+    QString orderStrategyTypeToString(TC::EOrderStrategyType type) override;
+    QString orderStrategyOrderTypeToString(int orderType) override;
+    QString orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType tradeType) override;
+    QString knPriceTypeToString(TC::EPriceType priceType, const std::string& code, bool shortForm) override;
+};
+
+} // namespace desk

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "desk/config/DeskConfig.h"
+#include "platform/UserConfig.h"
+
+#include <map>
+#include <string>
+#include <utility>
+
+namespace desk {
+
+/// The user of a desk folder. Any thread; what it answers is fixed when it is made, but for the strategies,
+/// which the order service keeps from loadFromConfig on.
+class CDeskUserConfig : public TC::CUserConfig {
+public:
+    explicit CDeskUserConfig(const CDeskConfig& config);
+
+    bool hasOrderService() const override { return m_user.orderService; }
+    bool hasUserAuth(TC::EUserAuth right) const override {
+        return m_user.rights.count(static_cast<int>(right)) > 0;
+    }
+    bool hasShowTradeFrameworkPermission() const override { return m_user.tradeFramework; }
+    bool hasOrderEncryptionService() const override { return m_user.orderEncryption; }
+    std::string getUserName() const override { return m_user.name; }
+    int getUserKind() const override { return m_user.kind; }
+    int getMaxOrderServerNum() const override { return m_user.maxStrategies; }
+    int getMaxOrderServerNumSocket() const override { return m_user.maxSocketStrategies; }
+    int getMinFileServiceInterval() const override { return m_user.fileIntervalMs; }
+    TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef type) const override;
+    const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType broker,
+                                                  const QString& name) const override;
+    bool hasAccount(const QString& name) const override;
+    bool hasSimpleAccount(const QString& name) const override;
+    void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
+                            std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
+                            bool simple) const override;
+    /// The desk lets the user use every price type that its quotes know.
+    bool isPriceTypeValid(TC::EPriceType type, TC::EOperationType, TC::EQDBrokerType, const std::string&,
+                          const std::string&, TC::EOrderType) const override;
+    TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting which) const override;
+    TC::CBasketMap getBaskets() const override { return m_baskets; }
+    TC::COrderStrategyMap* getStrategyMap() override { return &m_strategies; }
+
+private:
+    struct CGroup {
+        TC::CAccountGroup group;
+        std::vector<double> weights; ///< one for each account, as the folder says
+    };
+    struct CAccount {
+        TC::CAccountInfoPtr info;
+        bool simple = false;
+    };
+    const CAccount* findAccount(const QString& name) const;
+
+    const CUserEntry m_user;
+    std::map<std::string, CAccount> m_accounts;
+    std::map<std::pair<TC::EQDBrokerType, std::string>, CGroup> m_groups;
+    const TC::CBasketMap m_baskets;
+    const std::map<TC::EDefaultSetting, TC::COrderSetting> m_defaults;
+    TC::COrderStrategyMap m_strategies;
+};
+
+/// The desk's user is logged in from beginning to end.
+class CDeskUserManager : public TC::CUserManager {
+public:
+    explicit CDeskUserManager(CDeskUserConfig& user) : m_user(user) {}
+    TC::CUserConfig* getUserConfig() override { return &m_user; }
+
+private:
+    CDeskUserConfig& m_user;
+};
+
+} // namespace desk

@@ -1,0 +1,77 @@
+// orderdesk: the desk's commands.
+#include "desk/commands/CheckFolder.h"
+#include "desk/commands/NewFolder.h"
+#include "desk/commands/RunDesk.h"
+#include "desk/commands/ShowJournal.h"
+
+#include <QCoreApplication>
+
+#include <atomic>
+#include <clocale>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int kUsageError = 2;
+
+constexpr const char* kUsage =
+    "usage: orderdesk new FOLDER                              write a desk folder that works as it is\n"
+    "       orderdesk check FOLDER                            name every mistake in it\n"
+    "       orderdesk run FOLDER [--exit-when-idle SECONDS]   run it until SIGINT or SIGTERM\n"
+    "       orderdesk journal FOLDER [--follow]               print what happened\n";
+
+std::atomic<bool> s_stopped{false};
+
+void stop(int) {
+    s_stopped = true;
+}
+
+bool keepGoing() {
+    return !s_stopped;
+}
+
+int usageError() {
+    std::cerr << kUsage;
+    return kUsageError;
+}
+
+std::optional<double> readSeconds(const std::string& text) {
+    char* end = nullptr;
+    const double seconds = std::strtod(text.c_str(), &end);
+    const bool isNumber = !text.empty() && *end == '\0' && seconds >= 0;
+    return isNumber ? std::optional(seconds) : std::nullopt;
+}
+
+int runCommand(const std::vector<std::string>& words) {
+    const std::string& command = words[0];
+    const std::string& folder = words[1];
+    const bool isPlain = words.size() == 2;
+    if (command == "new" && isPlain) return desk::runNew(folder, std::cout, std::cerr);
+    if (command == "check" && isPlain) return desk::runCheck(folder, std::cout);
+    if (command == "run" && isPlain) return desk::runDesk(folder, std::nullopt, std::cout, keepGoing);
+    if (command == "run" && words.size() == 4 && words[2] == "--exit-when-idle") {
+        const auto seconds = readSeconds(words[3]);
+        return seconds ? desk::runDesk(folder, seconds, std::cout, keepGoing) : usageError();
+    }
+    const bool follow = words.size() == 3 && words[2] == "--follow";
+    if (command == "journal" && (isPlain || follow)) {
+        return desk::runJournal(folder, follow, std::cout, std::cerr, keepGoing);
+    }
+    return usageError();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::setlocale(LC_ALL, "C.UTF-8");
+    const QCoreApplication app(argc, argv);
+    std::signal(SIGINT, stop);
+    std::signal(SIGTERM, stop);
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    return words.size() >= 2 ? runCommand(words) : usageError();
+}

@@ -1,0 +1,41 @@
+#include "desk/market/DeskPriceData.h"
+
+namespace desk {
+namespace {
+
+/// A run of price types and the book levels that they name, the first level counted from 0; `step` is the
+/// direction.
+struct CLevelRow {
+    int firstType;
+    int lastType;
+    bool isBuy;
+    int firstLevel;
+    int step;
+};
+
+constexpr CLevelRow kLevelRows[] = {
+    {0, 4, false, 4, -1}, // fifth to first sell price
+    {6, 10, true, 0, 1},  // first to fifth buy price
+    {30, 34, false, 5, 1},
+    {35, 39, true, 5, 1},
+};
+
+} // namespace
+
+CDeskPriceData::CDeskPriceData(const CQuoteEntry& quote) : m_quote(quote) {
+    m_dLastPrice = quote.last;
+    m_dFallbackPrice = TC::isInvalidPrice(quote.previousClose) ? quote.last : quote.previousClose;
+}
+
+double CDeskPriceData::priceOf(TC::EPriceType type) const {
+    if (type == TC::EPriceType::Latest) return m_quote.last;
+    const int number = static_cast<int>(type);
+    for (const CLevelRow& row : kLevelRows) {
+        if (number < row.firstType || number > row.lastType) continue;
+        const auto level = static_cast<std::size_t>(row.firstLevel + row.step * (number - row.firstType));
+        return (row.isBuy ? m_quote.buy : m_quote.sell).at(level).price;
+    }
+    return TC::kUnsetDouble;
+}
+
+} // namespace desk

@@ -1,0 +1,97 @@
+// Messages, audit, time, framework and switches.
+#include "platform/IntakeAudit.h"
+#include "platform/LuaModuleCtrl.h"
+#include "platform/MsgService.h"
+#include "platform/TimeService.h"
+#include "platform/TradeFrameworkSource.h"
+
+#include "tests/contract/ContractFixture.h"
+
+#include <atomic>
+
+namespace {
+
+using namespace TC;
+
+class MsgServiceContract : public CContractTest {};
+CONTRACT_SUITE(MsgServiceContract);
+
+TEST_P(MsgServiceContract, MessageFromAnotherThreadReturnsWhileTheMainThreadWaits) {
+    bool returned = false;
+    onAnotherThread([&] {
+        CMsgService::instance().showMsg(QStringLiteral("通道号: 3"), EMsgTypeDef::OrderFailure,
+                                        MsgLevel::Warning, true, true, QStringLiteral("extra"));
+        showServiceMsg(QStringLiteral("通道号: 3"));
+        returned = true;
+    });
+    EXPECT_TRUE(returned);
+}
+
+TEST_P(MsgServiceContract, ManyThreadsMayShowAtOnce) {
+    std::atomic<int> returned{0};
+    onManyThreads([&] {
+        showServiceMsg(QStringLiteral("text"));
+        ++returned;
+    });
+    EXPECT_EQ(returned.load(), 800);
+}
+
+TEST_P(MsgServiceContract, AnyTextMayBeShown) {
+    const QString texts[] = {QString(), QStringLiteral("%1 %2"), QString(QChar(0xD800)),
+                             QString(100000, u'长'), QStringLiteral("a\nb\"c\\")};
+    for (const QString& text : texts)
+        EXPECT_NO_THROW(showServiceMsg(text));
+}
+
+class IntakeAuditContract : public CContractTest {};
+CONTRACT_SUITE(IntakeAuditContract);
+
+TEST_P(IntakeAuditContract, ReportsNeverThrow) {
+    CIntakeReport report;
+    report.m_nChannel = 3;
+    report.m_strSource = QStringLiteral("/订单/a.txt");
+    report.m_nLines = 2;
+    report.m_bCutShort = true;
+    report.m_strCause = QStringLiteral("line 2");
+    EXPECT_NO_THROW(CIntakeAudit::instance().recordIntake(CIntakeReport()));
+    onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordIntake(report)); });
+}
+
+class TimeServiceContract : public CContractTest {};
+CONTRACT_SUITE(TimeServiceContract);
+
+TEST_P(TimeServiceContract, TimeIsInSeconds) {
+    constexpr std::int64_t kYear2020 = 1577836800;
+    constexpr std::int64_t kYear2100 = 4102444800;
+    std::int64_t seen = 0;
+    onAnotherThread([&] { seen = CTimeService::instance().currentTime(); });
+    EXPECT_GT(seen, kYear2020);
+    EXPECT_LT(seen, kYear2100);
+    EXPECT_GE(CTimeService::instance().currentTime(), seen);
+}
+
+class TradeFrameworkContract : public CContractTest {};
+CONTRACT_SUITE(TradeFrameworkContract);
+
+TEST_P(TradeFrameworkContract, TradingDayMayBeToldTwice) {
+    EXPECT_NO_THROW(knservice::CTradeFrameworkSource::instance().switchTradingDate("20260105"));
+    onAnotherThread(
+        [] { EXPECT_NO_THROW(knservice::CTradeFrameworkSource::instance().switchTradingDate("20260105")); });
+}
+
+class SwitchesContract : public CContractTest {};
+CONTRACT_SUITE(SwitchesContract);
+
+TEST_P(SwitchesContract, UnknownSwitchIsOff) {
+    EXPECT_FALSE(luawrapper::isOrderSwitchOn("no_such_switch"));
+    EXPECT_FALSE(luawrapper::LuaModuleCtrl::instance().checkModule({}));
+    EXPECT_FALSE(luawrapper::LuaModuleCtrl::instance().checkModule({"no_such_module", "no_such_switch"}));
+}
+
+TEST_P(SwitchesContract, AnotherThreadSeesTheSame) {
+    bool seen = false;
+    onAnotherThread([&] { seen = luawrapper::isOrderSwitchOn("mdl_order_command_remark"); });
+    EXPECT_EQ(seen, luawrapper::isOrderSwitchOn("mdl_order_command_remark"));
+}
+
+} // namespace

@@ -1,0 +1,91 @@
+#include "platform/ExchangeClient.h"
+#include "platform/InstrumentTypes.h"
+
+#include "base/Unset.h"
+#include "tests/contract/ContractFixture.h"
+
+#include <QDate>
+
+#include <atomic>
+
+namespace {
+
+using namespace TC;
+
+class ExchangeContract : public CContractTest {
+protected:
+    CExchangeClient& exchange() const { return CExchangeClient::instance(); }
+};
+CONTRACT_SUITE(ExchangeContract);
+
+TEST_P(ExchangeContract, KnownStockHasARecord) {
+    EXPECT_TRUE(exchange().hasStock(world().stockKey));
+    const CInstrumentDetailPtr detail = exchange().getCodeInfo(world().stockKey);
+    ASSERT_NE(detail, nullptr);
+    EXPECT_EQ(detail->m_strMarket, world().market);
+    EXPECT_EQ(detail->m_strCode, world().code);
+}
+
+TEST_P(ExchangeContract, UnknownStockHasNone) {
+    for (const QString& key : {world().unknownStockKey, QString()}) {
+        EXPECT_FALSE(exchange().hasStock(key)) << key.toStdString();
+        EXPECT_EQ(exchange().getCodeInfo(key), nullptr) << key.toStdString();
+    }
+}
+
+TEST_P(ExchangeContract, TradingDayIsADate) {
+    const QString day = QString::fromStdString(exchange().getMaxTradingDay());
+    EXPECT_EQ(day.size(), 8);
+    EXPECT_TRUE(QDate::fromString(day, QStringLiteral("yyyyMMdd")).isValid()) << day.toStdString();
+}
+
+TEST_P(ExchangeContract, ManyThreadsMayAskAtOnce) {
+    std::atomic<int> wrong{0};
+    onManyThreads([&] {
+        if (!exchange().hasStock(world().stockKey) || !exchange().getCodeInfo(world().stockKey)) ++wrong;
+        if (exchange().getMaxTradingDay().size() != 8) ++wrong;
+        if (!knservice::StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, world().market,
+                                                      world().code)) {
+            ++wrong;
+        }
+    });
+    EXPECT_EQ(wrong.load(), 0);
+}
+
+class InstrumentTypesContract : public CContractTest {};
+CONTRACT_SUITE(InstrumentTypesContract);
+
+TEST_P(InstrumentTypesContract, StockIsTradable) {
+    using knservice::StockTypeCenter;
+    EXPECT_TRUE(StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, world().market, world().code));
+    EXPECT_TRUE(knservice::isTypedStock(knservice::kTypeTradableStock, world().market, world().code, ""));
+}
+
+TEST_P(InstrumentTypesContract, UnknownInstrumentsAndTypesAreNot) {
+    const std::string unknown = world().unknownStockKey.mid(2).toStdString();
+    EXPECT_FALSE(knservice::isTypedStock(knservice::kTypeTradableStock, world().market, unknown, ""));
+    EXPECT_FALSE(knservice::isTypedStock(knservice::kTypeTradableStock, "", "", ""));
+    EXPECT_FALSE(knservice::isTypedStock(-12345, world().market, world().code, ""));
+}
+
+TEST_P(InstrumentTypesContract, UnitsAreAtLeastOne) {
+    const std::string codes[] = {world().code, world().unknownStockKey.mid(2).toStdString(), ""};
+    const EOperationType operations[] = {EOperationType::Buy, EOperationType::Sell,
+                                         unsetEnum<EOperationType>()};
+    for (const std::string& code : codes) {
+        for (const EOperationType operation : operations) {
+            EXPECT_GE(knservice::getTradeMinUnit(world().market, code, operation), 1) << code;
+        }
+        EXPECT_GE(knservice::getUiMinUnit(world().market, code, true), 1) << code;
+        EXPECT_GE(knservice::getUiMinUnit(world().market, code, false), 1) << code;
+    }
+}
+
+TEST_P(InstrumentTypesContract, AnotherThreadSeesTheSameUnit) {
+    int seen = 0;
+    onAnotherThread(
+        [&] { seen = knservice::getTradeMinUnit(world().market, world().code, EOperationType::Buy); });
+    EXPECT_EQ(seen, knservice::getTradeMinUnit(world().market, world().code, EOperationType::Buy));
+}
+
+} // namespace

@@ -1,0 +1,47 @@
+#include "tests/contract/ContractHost.h"
+#include "tests/support/FakeHost.h"
+
+namespace {
+
+class CFakeContractHost : public IContractHost {
+public:
+    CFakeContractHost() {
+        m_world.market = "SH";
+        m_world.code = "600000";
+        m_world.stockKey = QStringLiteral("SH600000");
+        m_world.unknownStockKey = QStringLiteral("SH999999");
+        m_world.group = QStringLiteral("G");
+        m_world.groupAccounts = {"A1", "A2"};
+        m_world.unknownName = QStringLiteral("nobody");
+        m_world.basket = QStringLiteral("篮子");
+        m_world.tradeParam = "remark";
+        m_world.tradeParamRemark = "\xB1\xB8\xD7\xA2"; // 备注
+        m_world.unreadableTradeParam = "?";
+        m_world.settingText = QStringLiteral("price=11");
+        m_world.settingPriceType = TC::EPriceType::Specified;
+        m_world.algorithmTexts = {"TWAP"};
+        m_world.unreadableAlgorithmText = "?";
+        m_world.unknownTask = 404;
+
+        TC::CBasketStockData row;
+        row.m_strCode = QStringLiteral("600000");
+        row.m_nVolume = 100;
+        m_host.user.baskets[m_world.basket].m_rows.push_back(row);
+        TC::COrderTradeParam param;
+        param.m_strRemark = m_world.tradeParamRemark;
+        m_host.rules.tradeParams[m_world.tradeParam] = param;
+        m_host.algorithms.unreadable = {m_world.unreadableAlgorithmText};
+    }
+
+    const CContractWorld& world() const override { return m_world; }
+
+private:
+    CFakeHost m_host;
+    CContractWorld m_world;
+};
+
+} // namespace
+
+std::vector<CContractHostKind> contractHosts() {
+    return {{"Fake", [] { return std::unique_ptr<IContractHost>(std::make_unique<CFakeContractHost>()); }}};
+}

@@ -1,0 +1,188 @@
+#include "platform/TradingRules.h"
+
+#include "records/Families.h"
+#include "tests/contract/ContractFixture.h"
+
+#include <boost/make_shared.hpp>
+
+#include <atomic>
+
+namespace {
+
+using namespace TC;
+
+class TradingRulesContract : public CContractTest {};
+CONTRACT_SUITE(TradingRulesContract);
+
+/// A record in which every field holds something.
+COrderTradeParam usedTradeParam() {
+    COrderTradeParam param;
+    param.m_strRemark = "used";
+    param.m_eOrderType = 77;
+    param.m_strOrderSetting = QStringLiteral("used setting");
+    param.m_strAccountKeyPart1 = QStringLiteral("used 1");
+    param.m_strAccountKeyPart2 = QStringLiteral("used 2");
+    param.m_nSettingKind = 77;
+    param.m_strTradeText1 = "used text 1";
+    param.m_strTradeText2 = "used text 2";
+    param.m_strTradeText3 = "used text 3";
+    return param;
+}
+
+void expectSame(const COrderTradeParam& a, const COrderTradeParam& b) {
+    EXPECT_EQ(a.m_strRemark, b.m_strRemark);
+    EXPECT_EQ(a.m_eOrderType, b.m_eOrderType);
+    EXPECT_EQ(a.m_strOrderSetting, b.m_strOrderSetting);
+    EXPECT_EQ(a.m_strAccountKeyPart1, b.m_strAccountKeyPart1);
+    EXPECT_EQ(a.m_strAccountKeyPart2, b.m_strAccountKeyPart2);
+    EXPECT_EQ(a.m_nSettingKind, b.m_nSettingKind);
+    EXPECT_EQ(a.m_strTradeText1, b.m_strTradeText1);
+    EXPECT_EQ(a.m_strTradeText2, b.m_strTradeText2);
+    EXPECT_EQ(a.m_strTradeText3, b.m_strTradeText3);
+}
+
+TEST_P(TradingRulesContract, MarketAndCodeMakeTheKey) {
+    EXPECT_EQ(qdStockKey(QString::fromStdString(world().market), QString::fromStdString(world().code)),
+              world().stockKey);
+}
+
+TEST_P(TradingRulesContract, EveryFamilyHasItsKindOfAccount) {
+    for (std::size_t i = 0; i < kFamilyCount; ++i) {
+        EXPECT_EQ(orderStrategyTradeTypeToBrokerType(kFamilies[i].m_eTradeType), kFamilies[i].m_eBrokerType)
+            << kFamilies[i].m_pszName;
+    }
+}
+
+TEST_P(TradingRulesContract, TwoHalvesNameAnAccount) {
+    const QString first = getAccountFromOrderParam(QStringLiteral("1"), QStringLiteral("2"));
+    EXPECT_FALSE(first.isEmpty());
+    EXPECT_NE(getAccountFromOrderParam(QStringLiteral("2"), QStringLiteral("2")), first);
+    EXPECT_EQ(getAccountFromOrderParam(QStringLiteral("1"), QStringLiteral("2")), first);
+}
+
+TEST_P(TradingRulesContract, TradeParametersSetEveryField) {
+    COrderTradeParam fresh, used = usedTradeParam();
+    ASSERT_TRUE(parserOrderTradeParam(world().tradeParam, fresh));
+    ASSERT_TRUE(parserOrderTradeParam(world().tradeParam, used));
+    EXPECT_EQ(fresh.m_strRemark, world().tradeParamRemark);
+    expectSame(used, fresh);
+}
+
+TEST_P(TradingRulesContract, TradeParametersNotUnderstoodLeaveTheRecord) {
+    COrderTradeParam used = usedTradeParam();
+    EXPECT_FALSE(parserOrderTradeParam(world().unreadableTradeParam, used));
+    expectSame(used, usedTradeParam());
+}
+
+TEST_P(TradingRulesContract, TradeParametersMayBeAnyBytes) {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte)
+        bytes += static_cast<char>(byte);
+    COrderTradeParam used = usedTradeParam();
+    bool understood = true;
+    EXPECT_NO_THROW(understood = parserOrderTradeParam(bytes, used));
+    if (!understood) expectSame(used, usedTradeParam());
+}
+
+TEST_P(TradingRulesContract, SettingTextChangesWhatItNames) {
+    COrderSetting setting;
+    setting.m_ePriceType = EPriceType::NoQuote;
+    setting.m_strCmdLog = "kept";
+    orderSettingFromString(setting, world().settingText);
+    EXPECT_EQ(setting.m_ePriceType, world().settingPriceType);
+    EXPECT_EQ(setting.m_strCmdLog, "kept");
+}
+
+TEST_P(TradingRulesContract, EmptySettingTextChangesNothing) {
+    COrderSetting setting;
+    setting.m_ePriceType = EPriceType::NoQuote;
+    setting.m_strCmdLog = "kept";
+    orderSettingFromString(setting, QString());
+    EXPECT_EQ(setting.m_ePriceType, EPriceType::NoQuote);
+    EXPECT_EQ(setting.m_eOrderType, EOrderType::Plain);
+    EXPECT_EQ(setting.m_strCmdLog, "kept");
+}
+
+TEST_P(TradingRulesContract, RecordIsStampedWithTheSetting) {
+    COrderSetting setting;
+    setting.m_ePriceType = EPriceType::Specified;
+    CCodeOrderParam record;
+    orderSettingToParam(setting, record, EOperationType::Buy, 100, 10.57, {});
+    EXPECT_EQ(record.m_ePriceType, EPriceType::Specified);
+    EXPECT_EQ(record.m_dPrice, 10.57);
+    EXPECT_EQ(record.m_eOrderType, EOrderType::Plain);
+}
+
+TEST_P(TradingRulesContract, StampNeedsNeitherPriceNorQuote) {
+    const COrderSetting setting;
+    CCodeOrderParam record;
+    EXPECT_NO_THROW(orderSettingToParam(setting, record, EOperationType::Sell, 100, kUnsetDouble, {}));
+    EXPECT_EQ(record.m_ePriceType, EPriceType::Latest);
+}
+
+TEST_P(TradingRulesContract, TimeRangeLeavesTheOrderAlone) {
+    CCodeOrderParam record;
+    record.m_account = boost::make_shared<CAccountInfo>();
+    record.m_nVolume = 300;
+    record.m_dPrice = 10.5;
+    record.m_eOperationType = EOperationType::Sell;
+    const CAccountInfoPtr account = record.m_account;
+    fixTimeRange(record);
+    EXPECT_EQ(record.m_account, account);
+    EXPECT_EQ(record.m_nVolume, 300);
+    EXPECT_EQ(record.m_dPrice, 10.5);
+    EXPECT_EQ(record.m_eOperationType, EOperationType::Sell);
+}
+
+TEST_P(TradingRulesContract, PricesWithANumberAreNoMarketPrices) {
+    EXPECT_FALSE(knservice::isMarketPrice(EPriceType::Specified));
+    EXPECT_FALSE(knservice::isMarketPrice(EPriceType::Latest));
+}
+
+TEST_P(TradingRulesContract, PlainOrderIsNoAlgorithm) {
+    EXPECT_FALSE(knservice::DataHelper::isAlgoOrderType(EOrderType::Plain));
+    EXPECT_FALSE(knservice::DataHelper::isAlgoOrderType(unsetEnum<EOrderType>()));
+}
+
+TEST_P(TradingRulesContract, EverythingHasAWord) {
+    for (const int source : {0, 1, 2, 4}) {
+        EXPECT_FALSE(orderStrategyTypeToOrderTitle(static_cast<EOrderStrategyType>(source)).isEmpty())
+            << source;
+        EXPECT_FALSE(orderStrategyTypeToString(static_cast<EOrderStrategyType>(source)).isEmpty()) << source;
+    }
+    for (std::size_t i = 0; i < kFamilyCount; ++i) {
+        EXPECT_FALSE(orderStrategyTradeTypeToString(kFamilies[i].m_eTradeType).isEmpty())
+            << kFamilies[i].m_pszName;
+    }
+    for (const int number : {0, 23, 24, 25, 26, 33, 34, 35, 36}) {
+        EXPECT_FALSE(orderStrategyOrderTypeToString(number).isEmpty()) << number;
+    }
+    EXPECT_FALSE(knPriceTypeToString(EPriceType::Latest, world().code, true).isEmpty());
+    EXPECT_FALSE(knPriceTypeToString(EPriceType::Specified, world().code, false).isEmpty());
+}
+
+TEST_P(TradingRulesContract, NumbersWithoutAWordAreNoError) {
+    EXPECT_NO_THROW({
+        orderStrategyTypeToOrderTitle(static_cast<EOrderStrategyType>(-1));
+        orderStrategyTypeToString(static_cast<EOrderStrategyType>(99));
+        orderStrategyTradeTypeToString(static_cast<EOrderStrategyTradeType>(99));
+        orderStrategyOrderTypeToString(kUnsetInt);
+        knPriceTypeToString(unsetEnum<EPriceType>(), "", true);
+        orderStrategyTradeTypeToBrokerType(static_cast<EOrderStrategyTradeType>(99));
+    });
+}
+
+TEST_P(TradingRulesContract, ManyThreadsMayAskAtOnce) {
+    std::atomic<int> wrong{0};
+    onManyThreads([&] {
+        COrderTradeParam param;
+        if (!parserOrderTradeParam(world().tradeParam, param)) ++wrong;
+        CCodeOrderParam record;
+        orderSettingToParam(COrderSetting(), record, EOperationType::Buy, 100, 10.5, {});
+        if (record.m_ePriceType != EPriceType::Latest) ++wrong;
+        if (orderStrategyTypeToString(EOrderStrategyType::File).isEmpty()) ++wrong;
+    });
+    EXPECT_EQ(wrong.load(), 0);
+}
+
+} // namespace

@@ -1,0 +1,156 @@
+// The numbers cross to the host, to files and to sockets. They are typed here a second time on purpose.
+#include "records/Enums.h"
+
+#include "base/Unset.h"
+#include "records/OrderSetting.h"
+#include "records/OrderTypes.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace TC;
+
+template<typename E>
+struct CNumber {
+    E value;
+    int number;
+};
+
+template<typename E, std::size_t Count>
+void expectNumbers(const CNumber<E> (&rows)[Count]) {
+    for (const auto& row : rows)
+        EXPECT_EQ(static_cast<int>(row.value), row.number);
+}
+
+TEST(Enums, SourceKinds) {
+    expectNumbers<EOrderStrategyType>({{EOrderStrategyType::Interface, 0},
+                                       {EOrderStrategyType::Signal, 1},
+                                       {EOrderStrategyType::File, 2},
+                                       {EOrderStrategyType::BatchPending, 4}});
+}
+
+TEST(Enums, Families) {
+    expectNumbers<EOrderStrategyTradeType>({{EOrderStrategyTradeType::Stock, 0},
+                                            {EOrderStrategyTradeType::Future, 1},
+                                            {EOrderStrategyTradeType::Basket, 2},
+                                            {EOrderStrategyTradeType::Credit, 3},
+                                            {EOrderStrategyTradeType::StockOption, 4},
+                                            {EOrderStrategyTradeType::FutureOption, 5},
+                                            {EOrderStrategyTradeType::FutureBasket, 6},
+                                            {EOrderStrategyTradeType::SGT, 9},
+                                            {EOrderStrategyTradeType::HGT, 10},
+                                            {EOrderStrategyTradeType::Neeq, 11},
+                                            {EOrderStrategyTradeType::Gold, 12}});
+}
+
+TEST(Enums, SelectedAccounts) {
+    expectNumbers<ESelectedAccountType>(
+        {{ESelectedAccountType::Group, 0}, {ESelectedAccountType::Account, 1}});
+}
+
+TEST(Enums, TraderTypesAreBits) {
+    expectNumbers<EQdTraderType>({{EQdTraderType::Stock, 1},
+                                  {EQdTraderType::FutureSpeculation, 2},
+                                  {EQdTraderType::Basket, 4},
+                                  {EQdTraderType::Credit, 8},
+                                  {EQdTraderType::Gold, 16},
+                                  {EQdTraderType::Option, 32},
+                                  {EQdTraderType::HGT, 128},
+                                  {EQdTraderType::Neeq, 256},
+                                  {EQdTraderType::FutureOption, 1024},
+                                  {EQdTraderType::SGT, 16384}});
+}
+
+TEST(Enums, CommandKinds) {
+    expectNumbers<EQdHedgeType>(
+        {{EQdHedgeType::None, 0}, {EQdHedgeType::Compose, 1}, {EQdHedgeType::Hedge, 2}});
+    expectNumbers<EFtSpecBtnBarType>({{EFtSpecBtnBarType::None, 0},
+                                      {EFtSpecBtnBarType::OpenClose, 1},
+                                      {EFtSpecBtnBarType::CloseFirst, 2},
+                                      {EFtSpecBtnBarType::OpenOrClose, 3}});
+    expectNumbers<EQdStopLossType>({{EQdStopLossType::None, 0}});
+    expectNumbers<ETradePlatform>({{ETradePlatform::Plain, 0}});
+    expectNumbers<EOrderType>({{EOrderType::Plain, 0}});
+}
+
+TEST(Enums, Operations) {
+    expectNumbers<EOperationType>({{EOperationType::Buy, 18}, {EOperationType::Sell, 19}});
+    expectNumbers<EHedge_Flag_Type>({{EHedge_Flag_Type::Speculation, 49}});
+    EXPECT_EQ(kQuantityKindPlain, 48);
+    EXPECT_EQ(kTaskOpTerminate, 3);
+    EXPECT_EQ(kTaskOpCancel, 5);
+}
+
+TEST(Enums, PriceTypes) {
+    expectNumbers<EPriceType>(
+        {{EPriceType::Sell5, 0},    {EPriceType::Sell4, 1},  {EPriceType::Sell3, 2},
+         {EPriceType::Sell2, 3},    {EPriceType::Sell1, 4},  {EPriceType::Latest, 5},
+         {EPriceType::Buy1, 6},     {EPriceType::Buy2, 7},   {EPriceType::Buy3, 8},
+         {EPriceType::Buy4, 9},     {EPriceType::Buy5, 10},  {EPriceType::Specified, 11},
+         {EPriceType::NoQuote, 12}, {EPriceType::Sell6, 30}, {EPriceType::Sell7, 31},
+         {EPriceType::Sell8, 32},   {EPriceType::Sell9, 33}, {EPriceType::Sell10, 34},
+         {EPriceType::Buy6, 35},    {EPriceType::Buy7, 36},  {EPriceType::Buy8, 37},
+         {EPriceType::Buy9, 38},    {EPriceType::Buy10, 39}, {EPriceType::SpecifiedByRow, 49}});
+}
+
+TEST(Enums, Brokers) {
+    expectNumbers<EQDBrokerType>({{EQDBrokerType::Future, 1},
+                                  {EQDBrokerType::Stock, 2},
+                                  {EQDBrokerType::Credit, 3},
+                                  {EQDBrokerType::Gold, 4},
+                                  {EQDBrokerType::FutureOption, 5},
+                                  {EQDBrokerType::StockOption, 6},
+                                  {EQDBrokerType::HGT, 7},
+                                  {EQDBrokerType::Neeq, 10},
+                                  {EQDBrokerType::SGT, 11}});
+    expectNumbers<EBROKER_LOGIN_STATUS>({{EBROKER_LOGIN_STATUS::LoggedIn, 0}});
+}
+
+TEST(Enums, ARightIsTheSourceKindPlusSix) {
+    EXPECT_EQ(static_cast<int>(EUserAuth::SignalOrders), 7);
+    EXPECT_EQ(static_cast<int>(EUserAuth::FileOrders), 8);
+    EXPECT_EQ(static_cast<int>(EUserAuth::SignalOrders), static_cast<int>(EOrderStrategyType::Signal) + 6);
+    EXPECT_EQ(static_cast<int>(EUserAuth::FileOrders), static_cast<int>(EOrderStrategyType::File) + 6);
+}
+
+TEST(Enums, Messages) {
+    expectNumbers<EMsgTypeDef>({{EMsgTypeDef::General, 0}, {EMsgTypeDef::OrderFailure, 4}});
+    expectNumbers<MsgLevel>({{MsgLevel::Note, 1}, {MsgLevel::Warning, 2}});
+}
+
+TEST(Enums, ParserResults) {
+    expectNumbers<TypeReturn>(
+        {{TR_STOP_READING, -1}, {TR_LINE_DONE, 0}, {TR_PLAIN_LINE, 1}, {TR_BASKET_HEADER, 2}});
+}
+
+TEST(Enums, SettingSlots) {
+    expectNumbers<ESettingSlot>({{ESettingSlot::Stock, 0},
+                                 {ESettingSlot::Future, 1},
+                                 {ESettingSlot::Unused2, 2},
+                                 {ESettingSlot::Unused3, 3},
+                                 {ESettingSlot::Unused4, 4},
+                                 {ESettingSlot::Unused5, 5},
+                                 {ESettingSlot::StockBasket, 6},
+                                 {ESettingSlot::FutureBasket, 7},
+                                 {ESettingSlot::Credit, 8},
+                                 {ESettingSlot::StockOption, 9},
+                                 {ESettingSlot::Neeq, 10},
+                                 {ESettingSlot::HGT, 11},
+                                 {ESettingSlot::Gold, 12},
+                                 {ESettingSlot::FunctionHGT, 13},
+                                 {ESettingSlot::FunctionSGT, 14},
+                                 {ESettingSlot::SGT, 15}});
+    EXPECT_EQ(kSettingSlots, 16);
+}
+
+TEST(Enums, OrderNumbers) {
+    expectNumbers<EOrderNumber>({{kOrderBasketBuy, 25},
+                                 {kOrderBasketSell, 26},
+                                 {kOrderBasketHeader, 33},
+                                 {kOrderBasketWhole, 34},
+                                 {kOrderBasketList, 35},
+                                 {kOrderPosition, 36}});
+}
+
+} // namespace
