@@ -12,6 +12,14 @@ const QTextCodec* gbkCodec() {
     return codec;
 }
 
+/// Reads GBK. A last byte that begins a pair and has no second is shown as U+FFFD: Qt would drop it without a trace.
+QString fromGbk(const char* bytes, std::size_t size) {
+    QTextCodec::ConverterState state;
+    QString text = gbkCodec()->toUnicode(bytes, static_cast<int>(size), &state);
+    if (state.remainingChars > 0) text.append(QChar::ReplacementCharacter);
+    return text;
+}
+
 bool isAscii(const char* bytes, std::size_t size) {
     return std::none_of(bytes, bytes + size, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
@@ -43,7 +51,7 @@ namespace UW {
 QString sToQs(const char* bytes, std::size_t size) {
     if (isAscii(bytes, size)) return QString::fromLatin1(bytes, static_cast<int>(size));
     if (utils::isValidUtf8(bytes, size)) return QString::fromUtf8(bytes, static_cast<int>(size));
-    return gbkCodec()->toUnicode(bytes, static_cast<int>(size));
+    return fromGbk(bytes, size);
 }
 
 QString sToQs(const std::string& bytes) {
@@ -51,7 +59,7 @@ QString sToQs(const std::string& bytes) {
 }
 
 QString sToQsGBK(const std::string& bytes) {
-    return gbkCodec()->toUnicode(bytes.data(), static_cast<int>(bytes.size()));
+    return fromGbk(bytes.data(), bytes.size());
 }
 
 } // namespace UW

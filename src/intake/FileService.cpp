@@ -8,6 +8,8 @@
 #include "platform/IntakeAudit.h"
 #include "platform/UserConfig.h"
 
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -62,6 +64,12 @@ void readLines(CLineReader& reader, COrderFileParser& parser, CIntakeReport& rep
     }
 }
 
+/// What stood before the line goes on, the rest of the file is lost. The user sees nothing; the audit tells.
+void cutShort(CIntakeReport& report, const QString& cause) {
+    report.m_bCutShort = true;
+    report.m_strCause = utils::fillText(QStringLiteral("line %1: %2"), {QString::number(report.m_nLines), cause});
+}
+
 } // namespace
 
 CFileService::CFileService(IOrderGate& gate, IStrategyRegistry& registry)
@@ -114,15 +122,12 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     parser.expectBytes(fileSize(stream.get()));
     try {
         readLines(reader, parser, report);
+    } catch (const boost::bad_lexical_cast&) {
+        cutShort(report, QStringLiteral("a number cannot be read"));
     } catch (const std::exception& error) {
-        // What stood before the line goes on, the rest of the file is lost. The user sees nothing; the audit
-        // tells.
-        report.m_bCutShort = true;
-        report.m_strCause =
-            QStringLiteral("line %1: %2").arg(report.m_nLines).arg(QLatin1String(error.what()));
+        cutShort(report, QString::fromUtf8(error.what()));
     } catch (...) {
-        report.m_bCutShort = true;
-        report.m_strCause = QStringLiteral("line %1").arg(report.m_nLines);
+        cutShort(report, QStringLiteral("unknown error"));
     }
     stream.reset();
     deleteFile(tmpPath);

@@ -183,3 +183,12 @@ TEST(Text, UnwantedCharactersGo) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(Text, LastByteOfACutPairIsNotLost) {
+    EXPECT_EQ(UW::sToQs(std::string("600000\xB2")), QStringLiteral("600000\uFFFD"));
+    EXPECT_EQ(UW::sToQsGBK(std::string("a\xB2")), QStringLiteral("a\uFFFD"));
+}
+
+} // namespace

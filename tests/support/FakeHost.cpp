@@ -48,7 +48,10 @@ void CUser::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountTyp
         if (group == groups.end()) return;
         for (const std::string& member : group->second.m_accounts)
             found.push_back(accounts.at(member));
-        if (!dropRatios) ratios = groupRatios.at(group->first);
+        if (!dropRatios) {
+            const std::vector<double>& members = groupRatios.at(group->first);
+            ratios.insert(ratios.end(), members.begin(), members.end());
+        }
         if (nullAccount) {
             found.push_back({});
             ratios.push_back(0.0);
@@ -168,6 +171,7 @@ CQuotes::subscribe(const QString& key, const TC::CQuoteRequest::CCallback&, TC::
 
 int CTypes::getTradeMinUnit(const std::string& market, const std::string& code,
                             TC::EOperationType operation) {
+    const std::lock_guard lock(m_mutex);
     unitOperations.push_back(static_cast<int>(operation));
     const auto found = units.find(market + code);
     return found != units.end() ? found->second : 1;
@@ -191,6 +195,7 @@ bool CRules::parserOrderTradeParam(const std::string& text, TC::COrderTradeParam
 }
 
 void CRules::orderSettingFromString(TC::COrderSetting& setting, const QString& text) {
+    const std::lock_guard lock(m_mutex);
     settingTexts.push_back(text);
     // "price=N" is all that this host's setting texts can say.
     const QString head = QStringLiteral("price=");

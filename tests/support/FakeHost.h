@@ -255,6 +255,9 @@ public:
     std::set<std::pair<int, std::string>> types;
     std::map<std::string, int> units, uiUnits;
     std::vector<int> unitOperations; ///< what getTradeMinUnit was asked with
+
+private:
+    std::mutex m_mutex;
 };
 
 class CRules : public TC::CTradingRules {
@@ -286,6 +289,9 @@ public:
     std::map<TC::EOrderType, TC::ETradePlatform> algoPlatforms;
     std::vector<QString> settingTexts;
     std::function<void(TC::CCodeOrderParam&)> onFixTimeRange;
+
+private:
+    std::mutex m_mutex;
 };
 
 class CAlgorithms : public TC::CAlgorithmTradeHelper {
