@@ -12,11 +12,13 @@ namespace desk {
 CLoadedConfig loadDeskConfig(const std::string& folder) {
     CLoadedConfig loaded;
     CDiagnostics diagnostics;
-    if (!std::filesystem::is_directory(folder)) {
+    std::error_code unreadable;
+    if (!std::filesystem::is_directory(folder, unreadable)) {
         diagnostics.add(folder, 0, "is no folder; make one with: orderdesk new " + folder);
     } else {
+        const CInstrumentLines instruments = readInstruments(folder, loaded.config, diagnostics);
         readDeskToml(folder, loaded.config, diagnostics);
-        readMarketTables(folder, loaded.config, diagnostics);
+        readMarketTables(folder, instruments, loaded.config, diagnostics);
         readStrategies(folder, loaded.config, diagnostics);
     }
     loaded.mistakes = diagnostics.take();

@@ -1,5 +1,7 @@
 #include "desk/config/CsvReader.h"
 
+#include "base/Text.h"
+
 #include <boost/algorithm/string.hpp>
 
 #include <algorithm>
@@ -22,6 +24,10 @@ public:
         : m_strFile(std::move(file)), m_known(known), m_required(required), m_diagnostics(diagnostics) {}
 
     void addLine(int number, const std::string& line) {
+        // Spreadsheets on Chinese desktops like to write GBK, and names would arrive broken.
+        if (!utils::isValidUtf8(line.data(), line.size())) {
+            m_diagnostics.add(m_strFile, number, "is not UTF-8; expected the table saved as UTF-8");
+        }
         const auto cells = splitCsvLine(line);
         if (!cells) {
             m_diagnostics.add(m_strFile, number,

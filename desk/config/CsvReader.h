@@ -22,8 +22,8 @@ struct CCsvRow {
 };
 
 /// A comma separated table as people and their programs write it: UTF-8 with or without a byte order mark,
-/// any line end, the first line naming the columns, cells in double quotes where they hold a comma, "" for a
-/// quote inside, lines that begin with # and empty lines passed over, blanks around a cell dropped.
+/// LF or CR LF line ends, the first line naming the columns, cells in double quotes where they hold a comma,
+/// "" for a quote inside, lines that begin with # and empty lines passed over, blanks around a cell dropped.
 ///
 /// Column names are `columns`; those in `required` must be there. What does not fit goes to the diagnostics,
 /// and the rows that can be read are given back. A missing file is a mistake only where it is `mandatory`.

@@ -4,6 +4,7 @@
 #include "desk/config/TomlSection.h"
 #include "desk/config/Words.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace desk {
@@ -166,10 +167,9 @@ private:
             },
             {"key", "broker", "funds"});
         account.broker = static_cast<TC::EQDBrokerType>(broker);
-        for (const CAccountEntry& other : m_config.accounts) {
-            if (other.key == account.key)
-                return section.mistake("account \"" + account.key + "\" stands twice");
-        }
+        if (findAccount(account.key) != nullptr)
+            return section.mistake("account \"" + account.key + "\" stands twice");
+        if (account.key.empty()) section.mistake("key must not be empty");
         if (account.funds < 0) section.mistake("funds must not be negative");
         m_config.accounts.push_back(account);
     }
@@ -186,6 +186,7 @@ private:
             },
             {"name", "broker", "members"});
         group.broker = static_cast<TC::EQDBrokerType>(broker);
+        checkMembers(section, group);
         for (const CGroupEntry& other : m_config.groups) {
             if (other.name == group.name && other.broker == group.broker) {
                 return section.mistake("group \"" + group.name + "\" stands twice");
@@ -200,15 +201,35 @@ private:
         section.read(
             {{"account", section.text(member.accountKey)}, {"weight", section.number(member.weight)}},
             {"account"});
-        bool known = false;
-        for (const CAccountEntry& account : m_config.accounts)
-            known = known || account.key == member.accountKey;
-        if (!known) {
+        if (findAccount(member.accountKey) == nullptr) {
             return section.mistake("account \"" + member.accountKey +
-                                   "\" is unknown; accounts stand above the groups");
+                                   "\" is unknown; expected the key of an [[account]]");
         }
         if (!(member.weight > 0)) section.mistake("weight must be above 0");
+        for (const CGroupMember& other : group.members) {
+            if (other.accountKey == member.accountKey) {
+                return section.mistake("account \"" + member.accountKey + "\" stands twice in the group");
+            }
+        }
         group.members.push_back(member);
+    }
+
+    /// A group's orders go to all of its accounts, so each must be of the group's kind.
+    void checkMembers(const CTomlSection& section, const CGroupEntry& group) const {
+        if (group.members.empty())
+            section.mistake("group \"" + group.name + "\" has no accounts; expected at least one");
+        for (const CGroupMember& member : group.members) {
+            const CAccountEntry* account = findAccount(member.accountKey);
+            if (account == nullptr || account->broker == group.broker) continue;
+            section.mistake("account \"" + member.accountKey +
+                            "\" is of another broker type than the group \"" + group.name + "\"");
+        }
+    }
+
+    const CAccountEntry* findAccount(const std::string& key) const {
+        const auto found = std::find_if(m_config.accounts.begin(), m_config.accounts.end(),
+                                        [&](const CAccountEntry& account) { return account.key == key; });
+        return found != m_config.accounts.end() ? &*found : nullptr;
     }
 
     void readBasket(const toml::table& table) {
@@ -238,6 +259,13 @@ private:
                 {"price", section.number(row.m_dPrice)},
             },
             {"market", "code"});
+        const bool known =
+            std::any_of(m_config.instruments.begin(), m_config.instruments.end(),
+                        [&](const CInstrumentEntry& entry) { return entry.key() == market + code; });
+        if (!known) {
+            section.mistake("instrument \"" + market + code +
+                            "\" is unknown; expected market and code of a row in instruments.csv");
+        }
         row.m_strMarket = QString::fromStdString(market);
         row.m_strCode = QString::fromStdString(code);
         row.m_strName = QString::fromStdString(name);

@@ -32,6 +32,11 @@ public:
         readInto(
             column, target, [](const std::string& text) { return utils::strictDouble(text); }, "a number");
     }
+    /// A cell without a price is empty; 0 would be traded at.
+    void price(const std::string& column, double& target) const {
+        number(column, target);
+        if (!(target > 0)) mistake(column + " must be above 0; leave it empty where there is no price");
+    }
     void integer(const std::string& column, int& target) const {
         readInto(
             column, target, [](const std::string& text) { return utils::strictInt(text); }, "a whole number");
@@ -76,32 +81,46 @@ std::vector<std::string> quoteColumns() {
     return columns;
 }
 
+/// The prices from the lowest bid up to the highest ask must rise: orders are filled level by level.
+void checkBook(const CCells& cells, const CQuoteEntry& quote) {
+    std::string lower;
+    double lowest = 0;
+    const auto check = [&](const std::string& column, double price) {
+        if (TC::isInvalidPrice(price)) return;
+        if (price <= lowest) cells.mistake(column + " is not above " + lower);
+        lower = column;
+        lowest = price;
+    };
+    for (int level = CQuoteEntry::kDepth; level >= 1; --level)
+        check("bid" + std::to_string(level), quote.buy[static_cast<std::size_t>(level - 1)].price);
+    for (int level = 1; level <= CQuoteEntry::kDepth; ++level)
+        check("ask" + std::to_string(level), quote.sell[static_cast<std::size_t>(level - 1)].price);
+}
+
 CQuoteEntry readQuote(const CCells& cells) {
     CQuoteEntry quote;
     quote.stockKey = cells.text("instrument");
-    cells.number("last", quote.last);
-    cells.number("previous_close", quote.previousClose);
+    cells.price("last", quote.last);
+    cells.price("previous_close", quote.previousClose);
     for (int level = 1; level <= CQuoteEntry::kDepth; ++level) {
         const auto index = static_cast<std::size_t>(level - 1);
         const std::string number = std::to_string(level);
-        cells.number("bid" + number, quote.buy[index].price);
+        cells.price("bid" + number, quote.buy[index].price);
         cells.volume("bid" + number + "_volume", quote.buy[index].volume);
-        cells.number("ask" + number, quote.sell[index].price);
+        cells.price("ask" + number, quote.sell[index].price);
         cells.volume("ask" + number + "_volume", quote.sell[index].volume);
     }
-    const double bid = quote.buy[0].price;
-    const double ask = quote.sell[0].price;
-    if (!TC::isInvalidPrice(bid) && !TC::isInvalidPrice(ask) && bid >= ask) {
-        cells.mistake("bid1 is not below ask1");
-    }
+    checkBook(cells, quote);
     return quote;
 }
 
 /// The readers of the four tables, with the lines of the instruments kept for later mistakes.
 class CMarketReader {
 public:
-    CMarketReader(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics)
-        : m_strFolder(folder), m_config(config), m_diagnostics(diagnostics) {}
+    CMarketReader(const std::string& folder, CInstrumentLines instruments, CDeskConfig& config,
+                  CDiagnostics& diagnostics)
+        : m_strFolder(folder), m_config(config), m_diagnostics(diagnostics),
+          m_instrumentLines(std::move(instruments)) {}
 
     void readInstruments() {
         const CRows rows = table(kInstruments,
@@ -111,6 +130,7 @@ public:
         for (const CCsvRow& row : rows)
             readInstrument(CCells(kInstruments, row, m_diagnostics), row.line);
     }
+    const CInstrumentLines& instrumentLines() const { return m_instrumentLines; }
 
     void readQuotes() {
         const CRows rows = table(kQuotes, quoteColumns(), {"instrument"}, true);
@@ -175,9 +195,11 @@ private:
         instrument.uiUnit = instrument.unit;
         cells.integer("ui_unit", instrument.uiUnit);
         if (instrument.unit < 1 || instrument.uiUnit < 1) cells.mistake("units must be at least 1");
-        cells.number("upper_limit", instrument.upperLimit);
-        cells.number("lower_limit", instrument.lowerLimit);
-        cells.number("reference_price", instrument.referencePrice);
+        cells.price("upper_limit", instrument.upperLimit);
+        cells.price("lower_limit", instrument.lowerLimit);
+        if (!TC::isInvalidPrice(instrument.lowerLimit) && instrument.lowerLimit > instrument.upperLimit)
+            cells.mistake("lower_limit is above upper_limit");
+        cells.price("reference_price", instrument.referencePrice);
         cells.integer("transfer_kind", instrument.transferKind);
         if (instrument.market.empty() || instrument.code.empty())
             cells.mistake("expected a market and a code");
@@ -208,6 +230,7 @@ private:
         position.available = position.volume;
         if (!cells.text("available").empty()) cells.volume("available", position.available);
         cells.number("cost", position.cost);
+        if (position.cost < 0) cells.mistake("cost must not be negative");
         checkInstrument(cells, position.stockKey);
         if (position.available > position.volume) cells.mistake("available is more than volume");
         const std::string key = cells.text("account");
@@ -230,14 +253,20 @@ private:
     const std::string& m_strFolder;
     CDeskConfig& m_config;
     CDiagnostics& m_diagnostics;
-    std::map<std::string, int> m_instrumentLines; ///< by instrument key
+    CInstrumentLines m_instrumentLines;
 };
 
 } // namespace
 
-void readMarketTables(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
-    CMarketReader reader(folder, config, diagnostics);
+CInstrumentLines readInstruments(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
+    CMarketReader reader(folder, {}, config, diagnostics);
     reader.readInstruments();
+    return reader.instrumentLines();
+}
+
+void readMarketTables(const std::string& folder, const CInstrumentLines& instruments, CDeskConfig& config,
+                      CDiagnostics& diagnostics) {
+    CMarketReader reader(folder, instruments, config, diagnostics);
     reader.readQuotes();
     reader.readQuoteChanges();
     reader.readPositions();

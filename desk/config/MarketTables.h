@@ -3,11 +3,19 @@
 #include "desk/config/DeskConfig.h"
 #include "desk/config/Diagnostics.h"
 
+#include <map>
 #include <string>
 
 namespace desk {
 
-/// Reads instruments.csv, quotes.csv, quote_changes.csv and positions.csv of the folder. Needs the accounts.
-void readMarketTables(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics);
+/// The line of each instrument in its table, by instrument key.
+using CInstrumentLines = std::map<std::string, int>;
+
+/// Reads instruments.csv of the folder.
+CInstrumentLines readInstruments(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics);
+
+/// Reads quotes.csv, quote_changes.csv and positions.csv of the folder. Needs the accounts.
+void readMarketTables(const std::string& folder, const CInstrumentLines& instruments, CDeskConfig& config,
+                      CDiagnostics& diagnostics);
 
 } // namespace desk

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 #include <limits>
+#include <optional>
 #include <sstream>
 
 namespace desk {
@@ -42,7 +43,8 @@ struct CStrategyKeys {
     int channel = 0;
     std::string name;
     int source = static_cast<int>(TC::EOrderStrategyType::File);
-    std::string path, user, pass, group, account, code, remark;
+    std::string path, user, pass, group, account, code;
+    std::optional<std::string> remark; ///< an empty remark is not the default's
     int family = 0;
     int volume = 1;
     double amount = TC::kUnsetDouble;
@@ -70,7 +72,7 @@ void readKeys(const CTomlSection& section, CStrategyKeys& keys) {
             {"price_type", section.choice(keys.priceType, priceTypeWords(), true)},
             {"order_type", section.integer(keys.orderType, 0)},
             {"position_type", section.integer(keys.positionType, 0)},
-            {"remark", section.text(keys.remark)},
+            {"remark", [&](const toml::node& node) { section.text(keys.remark.emplace())(node); }},
             {"running", section.flag(keys.running)},
         },
         {"channel", "source", "family"});
@@ -102,19 +104,48 @@ TC::COrderStrategyParam makeStrategy(const std::string& folder, const CDeskConfi
     TC::COrderSetting& setting = ownSetting(strategy);
     if (keys.priceType != -1) setting.m_ePriceType = static_cast<TC::EPriceType>(keys.priceType);
     if (keys.orderType != -1) strategy.m_eOrderType = static_cast<TC::EOrderType>(keys.orderType);
-    if (!keys.remark.empty()) setting.m_strCmdLog = keys.remark;
+    if (keys.remark) setting.m_strCmdLog = *keys.remark;
     strategy.m_nStatus = keys.running ? TC::COrderStrategyParam::kRunning : TC::COrderStrategyParam::kStopped;
     return strategy;
 }
 
-bool hasGroup(const CDeskConfig& config, const TC::COrderStrategyParam& strategy, const std::string& name) {
-    const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
-    const bool isBasket = strategy.m_eTradeType == TC::EOrderStrategyTradeType::Basket;
-    return std::any_of(config.groups.begin(), config.groups.end(), [&](const CGroupEntry& group) {
-        const bool fits = (family != nullptr && group.broker == family->m_eBrokerType) ||
-                          (isBasket && group.broker == TC::EQDBrokerType::Credit);
-        return fits && group.name == name;
-    });
+/// Whether the family trades on accounts of that kind.
+bool tradesOn(TC::EOrderStrategyTradeType tradeType, TC::EQDBrokerType broker) {
+    const TC::CFamily* family = TC::findFamily(tradeType);
+    const bool isBasket = tradeType == TC::EOrderStrategyTradeType::Basket;
+    return (family != nullptr && broker == family->m_eBrokerType) ||
+           (isBasket && broker == TC::EQDBrokerType::Credit);
+}
+
+void checkAccounts(const CTomlSection& section, const CDeskConfig& config, const CStrategyKeys& keys,
+                   TC::EOrderStrategyTradeType tradeType) {
+    if (keys.account.empty() == keys.group.empty())
+        section.mistake("expected either \"group\" or \"account\"");
+    const auto account = std::find_if(config.accounts.begin(), config.accounts.end(),
+                                      [&](const CAccountEntry& entry) { return entry.key == keys.account; });
+    if (!keys.account.empty() && account == config.accounts.end()) {
+        section.mistake("account \"" + keys.account + "\" is unknown; expected the key of an [[account]]");
+    } else if (!keys.account.empty() && !tradesOn(tradeType, account->broker)) {
+        section.mistake("account \"" + keys.account +
+                        "\" is of a broker type that the family does not trade on");
+    }
+    const bool knownGroup =
+        std::any_of(config.groups.begin(), config.groups.end(), [&](const CGroupEntry& group) {
+            return group.name == keys.group && tradesOn(tradeType, group.broker);
+        });
+    if (!keys.group.empty() && !knownGroup) {
+        section.mistake("group \"" + keys.group + "\" is unknown among the groups that the family trades on");
+    }
+}
+
+/// A strategy's code is a key such as "SH600000", or a code alone.
+void checkCode(const CTomlSection& section, const CDeskConfig& config, const std::string& code) {
+    const bool known = std::any_of(config.instruments.begin(), config.instruments.end(),
+                                   [&](const CInstrumentEntry& instrument) {
+                                       return instrument.key() == code || instrument.code == code;
+                                   });
+    if (!code.empty() && !known)
+        section.mistake("code \"" + code + "\" is unknown; expected an instrument of instruments.csv");
 }
 
 void checkStrategy(const CTomlSection& section, const CDeskConfig& config, const CStrategyKeys& keys,
@@ -122,16 +153,9 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config, const
     if (config.strategies.contains(keys.channel)) {
         section.mistake("channel " + std::to_string(keys.channel) + " stands twice");
     }
-    if (keys.account.empty() == keys.group.empty())
-        section.mistake("expected either \"group\" or \"account\"");
-    const bool knownAccount =
-        std::any_of(config.accounts.begin(), config.accounts.end(),
-                    [&](const CAccountEntry& account) { return account.key == keys.account; });
-    if (!keys.account.empty() && !knownAccount)
-        section.mistake("account \"" + keys.account + "\" is unknown");
-    if (!keys.group.empty() && !hasGroup(config, strategy, keys.group)) {
-        section.mistake("group \"" + keys.group + "\" is unknown among the groups that the family trades on");
-    }
+    checkAccounts(section, config, keys, strategy.m_eTradeType);
+    checkCode(section, config, keys.code);
+    if (!(keys.amount > 0)) section.mistake("amount must be above 0");
     if (keys.path.empty()) section.mistake("key \"path\" is missing: where the orders come from");
     for (const TC::COrderStrategyParam& other : config.strategies) {
         if (strategy.m_eStrategyType == TC::EOrderStrategyType::File && !keys.path.empty() &&
@@ -169,7 +193,7 @@ toml::table toTable(const std::filesystem::path& folder, TC::COrderStrategyParam
     if (!TC::isUnset(strategy.m_eOrderType))
         table.insert("order_type", static_cast<int>(strategy.m_eOrderType));
     table.insert("position_type", static_cast<int>(strategy.m_ePositionType));
-    if (!setting.m_strCmdLog.empty()) table.insert("remark", setting.m_strCmdLog);
+    table.insert("remark", setting.m_strCmdLog);
     table.insert("running", strategy.isRunning());
     return table;
 }
@@ -219,7 +243,9 @@ utils::KNError saveStrategies(const std::string& folder, const TC::COrderStrateg
     const std::string path = (root / kStrategyFile).string();
     const std::string draft = path + ".new";
     if (!writeSynced(draft, text.str()) || ::rename(draft.c_str(), path.c_str()) != 0) {
-        return {kCannotWrite, path + ": " + std::strerror(errno)};
+        const std::string reason = std::strerror(errno);
+        ::unlink(draft.c_str());
+        return {kCannotWrite, path + ": " + reason};
     }
     const int directory = ::open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (directory >= 0) {

@@ -11,7 +11,7 @@ namespace desk {
 inline constexpr const char* kStrategyFile = "strategies.toml";
 
 /// Reads strategies.toml of the folder. Settings start from the user's defaults; the keys of a strategy go to
-/// its family's slot. Needs what desk.toml says.
+/// its family's slot. Needs the instruments and what desk.toml says.
 void readStrategies(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics);
 
 /// Writes strategies.toml anew, whole or not at all: what it can hold of each strategy is what readStrategies

@@ -1,5 +1,6 @@
 #include "desk/config/TomlSection.h"
 
+#include <cmath>
 #include <limits>
 
 namespace desk {
@@ -54,10 +55,11 @@ CTomlSetter CTomlSection::integer(int& target, int least) const {
 
 CTomlSetter CTomlSection::number(double& target) const {
     return [this, &target](const toml::node& node) {
-        if (node.is_number()) {
-            target = *node.value<double>();
+        const auto value = node.is_number() ? node.value<double>() : std::nullopt;
+        if (value && std::isfinite(*value)) {
+            target = *value;
         } else {
-            expected(node, "a number");
+            expected(node, "a finite number");
         }
     };
 }
@@ -79,7 +81,7 @@ CTomlSetter CTomlSection::choice(int& target, const std::map<std::string, int>& 
         const auto found = word ? words.find(*word) : words.end();
         if (found != words.end()) {
             target = found->second;
-        } else if (numberToo && value) {
+        } else if (numberToo && value && *value >= 0 && *value <= std::numeric_limits<int>::max()) {
             target = static_cast<int>(*value);
         } else {
             expected(node, "one of " + wordList(words) + (numberToo ? ", or a number" : ""));

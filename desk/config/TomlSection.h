@@ -25,7 +25,7 @@ public:
     CTomlSetter integer(int& target, int least) const;
     CTomlSetter number(double& target) const;
     CTomlSetter flag(bool& target) const;
-    /// A word of the list, or its number.
+    /// A word of the list or, where numberToo, any number from 0 on: the trading layer has more than words.
     CTomlSetter choice(int& target, const std::map<std::string, int>& words, bool numberToo) const;
 
     /// Runs the setters of the keys that are there. `required` names the keys that must be.

@@ -12,12 +12,20 @@ const QTextCodec* gbkCodec() {
     return codec;
 }
 
-/// Reads GBK. A last byte that begins a pair and has no second is shown as U+FFFD: Qt would drop it without a trace.
+/// Whether the last byte begins a pair of bytes and has no second.
+bool endsInHalfPair(const char* bytes, std::size_t size) {
+    constexpr unsigned char kFirstLead = 0x81;
+    std::size_t i = 0;
+    while (i < size)
+        i += static_cast<unsigned char>(bytes[i]) >= kFirstLead ? 2 : 1;
+    return i > size;
+}
+
+/// Reads GBK. Half a pair at the end is shown as U+FFFD: Qt would drop it without a trace.
 QString fromGbk(const char* bytes, std::size_t size) {
-    QTextCodec::ConverterState state;
-    QString text = gbkCodec()->toUnicode(bytes, static_cast<int>(size), &state);
-    if (state.remainingChars > 0) text.append(QChar::ReplacementCharacter);
-    return text;
+    const bool isCut = endsInHalfPair(bytes, size);
+    const QString text = gbkCodec()->toUnicode(bytes, static_cast<int>(size) - (isCut ? 1 : 0));
+    return isCut ? text + QChar(QChar::ReplacementCharacter) : text;
 }
 
 bool isAscii(const char* bytes, std::size_t size) {

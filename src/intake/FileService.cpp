@@ -67,7 +67,8 @@ void readLines(CLineReader& reader, COrderFileParser& parser, CIntakeReport& rep
 /// What stood before the line goes on, the rest of the file is lost. The user sees nothing; the audit tells.
 void cutShort(CIntakeReport& report, const QString& cause) {
     report.m_bCutShort = true;
-    report.m_strCause = utils::fillText(QStringLiteral("line %1: %2"), {QString::number(report.m_nLines), cause});
+    report.m_strCause =
+        utils::fillText(QStringLiteral("line %1: %2"), {QString::number(report.m_nLines), cause});
 }
 
 } // namespace
