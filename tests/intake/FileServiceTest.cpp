@@ -195,11 +195,11 @@ TEST_F(FileService, FileOfTheNextWriterWaitsForTheNextPass) {
 
 TEST_F(FileService, FileWithoutAnyLineEndIsReadInPieces) {
     addStrategy(3, "a.txt");
-    folder.write("a.txt", std::string(10'000'000, 'x'));
+    folder.write("a.txt", std::string(100'000'000, 'x'));
     service.tryOrder();
     ASSERT_EQ(gate.batches.size(), 1u);
     EXPECT_TRUE(gate.batches[0].isEmpty());
-    EXPECT_EQ(report().m_nLines, (10'000'000 + 2046) / 2047);
+    EXPECT_EQ(report().m_nLines, (100'000'000 + 2046) / 2047);
 }
 
 TEST_F(FileService, PathInChineseIsFound) {

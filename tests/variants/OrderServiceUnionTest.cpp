@@ -1,9 +1,9 @@
 #include "variants/OrderServiceUnion.h"
 
-#include "base/Log.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/LogCapture.h"
 
 #include <gtest/gtest.h>
 
@@ -147,6 +147,26 @@ TEST_F(OrderServiceUnion, OnlyBatchPendingOrdersLeaveTheStrategysFamily) {
     EXPECT_EQ(host.commands().size(), 1u);
     EXPECT_EQ(host.errorTexts(), std::vector<QString>{QStringLiteral(
                                      "[批量埋单]　通道号: 3, 此版本尚不支持品种1交易, 无法下单!")});
+}
+
+TEST_F(OrderServiceUnion, OrdersAndCommandsAreLoggedWhereLoggingIsOn) {
+    const CLogCapture capture;
+    service.placeOrders({good()}, &strategies);
+    EXPECT_TRUE(capture.lines().empty());
+    utils::CLogCenter::setLogEnabled(true);
+    service.placeOrders({good()}, &strategies);
+    ASSERT_EQ(capture.lines().size(), 2u);
+    const std::string address =
+        "[" + std::to_string(static_cast<long long>(reinterpret_cast<std::intptr_t>(&service))) + "] ";
+    EXPECT_EQ(capture.lines()[0].text,
+              address + "[TC::COrderServiceUnion::placeOrders] param = " + good().toQString().toStdString());
+    EXPECT_EQ(capture.lines()[1].text,
+              address + "[TC::COrderServiceUnion::orderStock] placeCommands: [orderservice] "
+                        "stock speculation.");
+    for (const CLogLine& line : capture.lines()) {
+        EXPECT_EQ(line.level, 20000);
+        EXPECT_EQ(line.logger, "KNStdFile");
+    }
 }
 
 class Filter : public OrderServiceUnion {
