@@ -26,8 +26,18 @@ utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
     if (result.isSuccess())
         result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent());
-    if (result.isSuccess()) result = m_broker.startTradingDay(m_exchange.getMaxTradingDay());
+    m_strTradingDay = m_exchange.getMaxTradingDay();
+    if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
     return result;
+}
+
+/// Tells broker and order service when the date has changed. What the store refuses is tried again in the
+/// next round.
+void CDesk::followTradingDay() {
+    const std::string day = m_exchange.getMaxTradingDay();
+    if (day == m_strTradingDay || !m_broker.startTradingDay(day).isSuccess()) return;
+    m_strTradingDay = day;
+    emit m_exchange.sigNewTradingDate(day);
 }
 
 TC::CHost CDesk::services() {
@@ -77,6 +87,7 @@ void CDesk::tellWhyStopped(const TC::COrderStrategyParam& strategy) {
 
 void CDesk::tick(double secondsSinceStart) {
     m_guard.poll();
+    followTradingDay();
     m_bQuotesToCome = m_market.applyChanges(secondsSinceStart, [this](const std::string& stockKey) {
         const utils::KNError matched = m_broker.onQuote(stockKey);
         if (!matched.isSuccess())

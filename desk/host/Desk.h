@@ -45,7 +45,8 @@ public:
     /// installHost and the creation of COrderService.
     void startTrading();
 
-    /// One round of the main loop: quote changes that are due, the journal's health, changed strategies.
+    /// One round of the main loop: quote changes that are due, a new day, the journal's health, changed
+    /// strategies.
     void tick(double secondsSinceStart);
 
     /// A number that changes with everything that happens.
@@ -58,6 +59,7 @@ public:
 
 private:
     void tellWhyStopped(const TC::COrderStrategyParam& strategy);
+    void followTradingDay();
 
     std::string m_strFolder;
     CDeskConfig m_config;
@@ -67,6 +69,7 @@ private:
     CPaperBroker m_broker;
     CJournalGuard m_guard;
     bool m_bQuotesToCome = true;
+    std::string m_strTradingDay; ///< the one that the broker was told
 
     CDeskUserConfig m_user;
     CDeskUserManager m_userManager;
