@@ -1,0 +1,146 @@
+#include "desk/commands/CheckFolder.h"
+#include "desk/commands/DemoFiles.h"
+#include "desk/commands/NewFolder.h"
+#include "desk/config/ConfigLoader.h"
+#include "tests/desk/config/ConfigFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <sstream>
+
+namespace desk {
+namespace {
+
+class NewFolder : public testing::Test {
+protected:
+    int runIn(const std::string& name) { return runNew(m_folder.path(name), m_out, m_err); }
+
+    CTempFolder m_folder;
+    std::ostringstream m_out, m_err;
+};
+
+TEST_F(NewFolder, WritesTheDemoFilesThemselves) {
+    EXPECT_EQ(runIn("desk"), 0);
+    EXPECT_EQ(m_err.str(), "");
+    ASSERT_FALSE(demoFiles().empty());
+    for (const CDemoFile& file : demoFiles())
+        EXPECT_EQ(m_folder.read("desk/" + file.name), file.text) << file.name;
+}
+
+TEST_F(NewFolder, FilesAreForTheirOwnerAlone) {
+    ASSERT_EQ(runIn("desk"), 0);
+    struct stat status {};
+    ASSERT_EQ(::stat(m_folder.path("desk/strategies.toml").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+}
+
+TEST_F(NewFolder, TakesAFolderThatIsEmpty) {
+    std::filesystem::create_directory(m_folder.path("desk"));
+    EXPECT_EQ(runIn("desk"), 0);
+    EXPECT_TRUE(m_folder.exists("desk/desk.toml"));
+}
+
+TEST_F(NewFolder, RefusesAFolderWithAnythingInIt) {
+    std::filesystem::create_directory(m_folder.path("desk"));
+    m_folder.write("desk/mine.txt", "mine");
+    EXPECT_EQ(runIn("desk"), 2);
+    EXPECT_EQ(m_err.str(), m_folder.path("desk") + ": is there already and not empty\n");
+    EXPECT_EQ(m_out.str(), "");
+    EXPECT_FALSE(m_folder.exists("desk/desk.toml"));
+}
+
+TEST_F(NewFolder, RefusesAFileInThePlaceOfTheFolder) {
+    m_folder.write("desk", "");
+    EXPECT_EQ(runIn("desk"), 2);
+    EXPECT_EQ(m_err.str().rfind(m_folder.path("desk") + ": cannot be written: ", 0), 0U) << m_err.str();
+}
+
+/// What `new` writes, loaded.
+class DemoFolder : public NewFolder {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(runIn("desk"), 0);
+        CLoadedConfig loaded = loadDeskConfig(m_folder.path("desk"));
+        ASSERT_TRUE(loaded.mistakes.empty()) << loaded.mistakes[0].file << ": " << loaded.mistakes[0].message;
+        m_config = std::move(loaded.config);
+    }
+    bool hasType(int type) const {
+        return std::any_of(m_config.instruments.begin(), m_config.instruments.end(),
+                           [&](const CInstrumentEntry& entry) { return entry.types.count(type) > 0; });
+    }
+
+    CDeskConfig m_config;
+};
+
+TEST_F(DemoFolder, PassesTheCheck) {
+    std::ostringstream out;
+    EXPECT_EQ(runCheck(m_folder.path("desk"), out), 0);
+    EXPECT_EQ(out.str(), m_folder.path("desk") + ": good; 3 accounts, 4 strategies, 12 instruments\n");
+}
+
+TEST_F(DemoFolder, MayIssueCommandsFromFilesAndSignals) {
+    EXPECT_EQ(m_config.user.kind, 100);
+    EXPECT_TRUE(m_config.user.orderService);
+    EXPECT_EQ(m_config.user.rights, (std::set<int>{7, 8}));
+}
+
+TEST_F(DemoFolder, StartsAFileStrategyOfEachKind) {
+    using TC::COrderStrategyParam;
+    const auto& strategies = m_config.strategies;
+    const auto count = [&](auto&& is) { return std::count_if(strategies.begin(), strategies.end(), is); };
+    EXPECT_EQ(count([](const COrderStrategyParam& s) {
+                  return s.isRunning() && s.m_eStrategyType == TC::EOrderStrategyType::File;
+              }),
+              strategies.size());
+    EXPECT_GE(count([](const COrderStrategyParam& s) {
+                  return s.m_eSelectedAccountType == TC::ESelectedAccountType::Account;
+              }),
+              1);
+    EXPECT_GE(count([](const COrderStrategyParam& s) { return s.m_bUseAmount; }), 1);
+    EXPECT_GE(count([](const COrderStrategyParam& s) {
+                  return s.m_eTradeType == TC::EOrderStrategyTradeType::Basket;
+              }),
+              1);
+}
+
+TEST_F(DemoFolder, HasInstrumentsOfEachTypeThatTheRulesAskFor) {
+    EXPECT_TRUE(hasType(100028));
+    EXPECT_TRUE(hasType(1172));
+    EXPECT_TRUE(hasType(126));
+    EXPECT_FALSE(TC::isInvalidPrice(m_config.quotes.at(0).buy.back().price)) << "a book ten levels deep";
+    EXPECT_FALSE(m_config.quoteChanges.empty());
+}
+
+TEST_F(DemoFolder, OrderFilesLieInTheFolder) {
+    EXPECT_TRUE(prepareOrderFiles(m_config).empty());
+    for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {
+        const std::string path = strategy.m_strSignalSource.toStdString();
+        EXPECT_TRUE(std::filesystem::is_regular_file(path)) << path;
+        EXPECT_EQ(path.rfind(m_folder.path("desk/orders/"), 0), 0U) << path;
+    }
+}
+
+TEST(CheckFolder, PrintsEveryMistakeByFileAndLine) {
+    const test::CConfigFolder folder;
+    folder.replace("quotes.csv", "SH600000,10,", "SH600000,ten,");
+    std::filesystem::remove(folder.files().path("strategies.toml"));
+    std::ostringstream out;
+    EXPECT_EQ(runCheck(folder.path(), out), 2);
+    EXPECT_EQ(out.str(), "quotes.csv:2: last is \"ten\"; expected a number\n"
+                         "strategies.toml: cannot be read; a desk folder must have it\n" +
+                             folder.path() + ": 2 mistakes\n");
+}
+
+TEST(CheckFolder, ChangesNothingInTheFolder) {
+    const test::CConfigFolder folder;
+    std::ostringstream out;
+    EXPECT_EQ(runCheck(folder.path(), out), 0);
+    EXPECT_FALSE(folder.files().exists("orders"));
+    EXPECT_FALSE(folder.files().exists("journal.jsonl"));
+}
+
+} // namespace
+} // namespace desk

@@ -1,0 +1,198 @@
+#include "desk/config/ConfigLoader.h"
+
+#include "tests/desk/config/ConfigFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace desk {
+namespace {
+
+using test::CConfigFolder;
+using Mistakes = std::vector<std::string>;
+
+TEST(ConfigLoader, AGoodFolderHasNoMistakes) {
+    const CConfigFolder folder;
+    EXPECT_EQ(folder.mistakes(), Mistakes{});
+}
+
+TEST(ConfigLoader, UserRightsAreWordsOrNumbers) {
+    const CConfigFolder folder;
+    const CUserEntry user = folder.load().config.user;
+    EXPECT_EQ(user.name, "trader");
+    EXPECT_EQ(user.kind, 100);
+    EXPECT_EQ(user.rights, (std::set<int>{7, 8}));
+}
+
+TEST(ConfigLoader, UserKeysAllArrive) {
+    const CConfigFolder folder;
+    folder.replace("desk.toml", "kind = 100\n", R"(kind = 3
+order_service = false
+trade_framework = true
+order_encryption = true
+max_strategies = 5
+max_socket_strategies = 6
+file_interval_ms = 70
+hint_bits = 9
+messages = { "4" = [true, false] }
+)");
+    folder.replace("desk.toml", "[settings.stock]", R"([switches]
+one = true
+two = false
+[desk]
+accept_forced_confirm = true
+[settings.stock])");
+    const CLoadedConfig loaded = folder.load();
+    ASSERT_TRUE(loaded.mistakes.empty()) << loaded.mistakes[0].message;
+    const CUserEntry& user = loaded.config.user;
+    EXPECT_EQ(user.kind, 3);
+    EXPECT_FALSE(user.orderService);
+    EXPECT_TRUE(user.tradeFramework);
+    EXPECT_TRUE(user.orderEncryption);
+    EXPECT_EQ(user.maxStrategies, 5);
+    EXPECT_EQ(user.maxSocketStrategies, 6);
+    EXPECT_EQ(user.fileIntervalMs, 70);
+    EXPECT_EQ(user.hintBits, 9);
+    EXPECT_EQ(user.msgFlags.at(4), std::make_pair(true, false));
+    EXPECT_EQ(loaded.config.switches, std::set<std::string>{"one"});
+    EXPECT_TRUE(loaded.config.acceptForcedConfirm);
+}
+
+TEST(ConfigLoader, AccountsHaveTheirFundsAndPositions) {
+    const CConfigFolder folder;
+    const CDeskConfig config = folder.load().config;
+    ASSERT_EQ(config.accounts.size(), 2U);
+    EXPECT_EQ(config.accounts[0].key, "A1");
+    EXPECT_EQ(config.accounts[0].broker, TC::EQDBrokerType::Stock);
+    EXPECT_EQ(config.accounts[0].funds, 1000.0);
+    EXPECT_EQ(config.accounts[1].broker, TC::EQDBrokerType::Credit);
+    ASSERT_EQ(config.accounts[0].positions.size(), 1U);
+    const CPositionEntry& position = config.accounts[0].positions[0];
+    EXPECT_EQ(position.stockKey, "SH600000");
+    EXPECT_EQ(position.volume, 500);
+    EXPECT_EQ(position.available, 300);
+    EXPECT_EQ(position.cost, 9.5);
+}
+
+TEST(ConfigLoader, APositionWithoutAvailableCanBeSoldWhole) {
+    const CConfigFolder folder;
+    folder.replace("positions.csv", "500,300,", "500,,");
+    EXPECT_EQ(folder.load().config.accounts.at(0).positions.at(0).available, 500);
+}
+
+TEST(ConfigLoader, GroupsAndBasketsKeepTheirNames) {
+    const CConfigFolder folder;
+    const CDeskConfig config = folder.load().config;
+    ASSERT_EQ(config.groups.size(), 1U);
+    EXPECT_EQ(config.groups[0].name, "main");
+    EXPECT_EQ(config.groups[0].members.at(0).accountKey, "A1");
+    EXPECT_EQ(config.groups[0].members.at(0).weight, 6);
+    const TC::CBasketSetting basket = config.baskets.value(QStringLiteral("蓝筹"));
+    ASSERT_EQ(basket.m_rows.size(), 1);
+    EXPECT_EQ(basket.m_rows[0].m_strCode, QStringLiteral("600000"));
+    EXPECT_EQ(basket.m_rows[0].m_nVolume, 100);
+}
+
+TEST(ConfigLoader, DefaultSettingsAreKeptByKind) {
+    const CConfigFolder folder;
+    const CDeskConfig config = folder.load().config;
+    const TC::COrderSetting& setting = config.defaultSettings.at(TC::EDefaultSetting::Stock);
+    EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Buy1);
+    EXPECT_EQ(setting.m_strCmdLog, "早盘");
+    EXPECT_FALSE(setting.m_bFirstLimitOn);
+}
+
+TEST(ConfigLoader, InstrumentsHaveTypesUnitsAndLimits) {
+    const CConfigFolder folder;
+    const CDeskConfig config = folder.load().config;
+    ASSERT_EQ(config.instruments.size(), 2U);
+    const CInstrumentEntry& instrument = config.instruments[1];
+    EXPECT_EQ(instrument.key(), "SZ000001");
+    EXPECT_EQ(instrument.name, "平原");
+    EXPECT_EQ(instrument.types, (std::set<int>{1172, 100028}));
+    EXPECT_EQ(instrument.unit, 100);
+    EXPECT_EQ(instrument.uiUnit, 100) << "without a unit of its own the trading unit is shown";
+    EXPECT_EQ(instrument.upperLimit, 22);
+    EXPECT_EQ(instrument.lowerLimit, 18);
+    EXPECT_TRUE(TC::isInvalidPrice(instrument.referencePrice));
+}
+
+TEST(ConfigLoader, AQuoteWithoutACellHasAnEmptyLevel) {
+    const CConfigFolder folder;
+    const CDeskConfig config = folder.load().config;
+    ASSERT_EQ(config.quotes.size(), 2U);
+    EXPECT_EQ(config.quotes[0].buy[1].price, 9.98);
+    EXPECT_EQ(config.quotes[0].buy[1].volume, 300);
+    EXPECT_TRUE(TC::isInvalidPrice(config.quotes[1].buy[1].price));
+    EXPECT_TRUE(TC::isInvalidPrice(config.quotes[0].sell[9].price));
+    EXPECT_TRUE(TC::isInvalidPrice(config.quotes[0].previousClose));
+}
+
+TEST(ConfigLoader, QuoteChangesAreSortedByTime) {
+    const CConfigFolder folder;
+    const CDeskConfig config = folder.load().config;
+    ASSERT_EQ(config.quoteChanges.size(), 2U);
+    EXPECT_EQ(config.quoteChanges[0].quote.stockKey, "SZ000001");
+    EXPECT_EQ(config.quoteChanges[1].offsetSeconds, 5);
+}
+
+TEST(ConfigLoader, ChangesAndPositionsMayBeMissing) {
+    const CConfigFolder folder;
+    std::filesystem::remove(folder.files().path("quote_changes.csv"));
+    std::filesystem::remove(folder.files().path("positions.csv"));
+    EXPECT_EQ(folder.mistakes(), Mistakes{});
+}
+
+TEST(ConfigLoader, TheOtherFilesMayNot) {
+    const CTempFolder empty;
+    std::vector<std::string> files;
+    for (const CDiagnostic& mistake : loadDeskConfig(empty.path()).mistakes)
+        files.push_back(mistake.file);
+    EXPECT_EQ(files,
+              (std::vector<std::string>{"instruments.csv", "desk.toml", "quotes.csv", "strategies.toml"}));
+}
+
+TEST(ConfigLoader, AFolderThatIsNoneIsTheOnlyMistake) {
+    const CTempFolder folder;
+    const auto mistakes = loadDeskConfig(folder.path("none")).mistakes;
+    ASSERT_EQ(mistakes.size(), 1U);
+    EXPECT_EQ(mistakes[0].message, "is no folder; make one with: orderdesk new " + folder.path("none"));
+    EXPECT_EQ(loadDeskConfig("").mistakes.size(), 1U);
+    EXPECT_EQ(loadDeskConfig(std::string(5000, 'x')).mistakes.size(), 1U) << "a name too long for any system";
+}
+
+TEST(ConfigLoader, MistakesOfAllFilesAreToldAtOnce) {
+    const CConfigFolder folder;
+    folder.replace("desk.toml", "kind = 100", "kind = true");
+    folder.replace("quotes.csv", "SH600000,10,", "SH600000,ten,");
+    folder.replace("strategies.toml", "channel = 2", "channel = 1");
+    EXPECT_EQ(folder.mistakes(), (Mistakes{"desk.toml:3: user: expected a whole number of at least 0",
+                                           "quotes.csv:2: last is \"ten\"; expected a number",
+                                           "strategies.toml:10: strategy: channel 1 stands twice"}));
+}
+
+TEST(PrepareOrderFiles, MakesTheFilesOfRunningStrategiesOnly) {
+    const CConfigFolder folder;
+    EXPECT_TRUE(prepareOrderFiles(folder.load().config).empty());
+    EXPECT_TRUE(folder.files().exists("orders/one.txt"));
+    EXPECT_EQ(folder.files().read("orders/one.txt"), "");
+    EXPECT_FALSE(folder.files().exists("orders/two.txt"));
+}
+
+TEST(PrepareOrderFiles, LeavesAFileThatIsThere) {
+    const CConfigFolder folder;
+    std::filesystem::create_directory(folder.files().path("orders"));
+    folder.files().write("orders/one.txt", "23,0,10.00,600000,100\n");
+    EXPECT_TRUE(prepareOrderFiles(folder.load().config).empty());
+    EXPECT_EQ(folder.files().read("orders/one.txt"), "23,0,10.00,600000,100\n");
+}
+
+TEST(PrepareOrderFiles, TellsWhatCannotBeMade) {
+    const CConfigFolder folder;
+    folder.files().write("orders", "a file where a folder should be");
+    const auto problems = prepareOrderFiles(folder.load().config);
+    ASSERT_EQ(problems.size(), 1U);
+    EXPECT_EQ(problems[0].rfind(folder.files().path("orders/one.txt") + ": ", 0), 0U) << problems[0];
+}
+
+} // namespace
+} // namespace desk

@@ -1,0 +1,210 @@
+#include "tests/desk/config/ConfigFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace desk {
+namespace {
+
+/// One way to spoil a folder, and the one line that must tell it.
+struct CSpoiled {
+    const char* name;
+    const char* file;
+    const char* what;
+    const char* by;
+    const char* expected;
+};
+
+void PrintTo(const CSpoiled& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class DeskMistake : public testing::TestWithParam<CSpoiled> {};
+
+TEST_P(DeskMistake, IsToldByFileLineAndWhatWasExpected) {
+    const test::CConfigFolder folder;
+    folder.replace(GetParam().file, GetParam().what, GetParam().by);
+    EXPECT_EQ(folder.mistakes(), std::vector<std::string>{GetParam().expected});
+}
+
+std::string nameOf(const testing::TestParamInfo<CSpoiled>& info) {
+    return info.param.name;
+}
+
+const CSpoiled kDeskRows[] = {
+    {"UnknownTable", "desk.toml", "[settings.stock]", "[setings]\n[settings.stock]",
+     "desk.toml:25: desk.toml: unknown key \"setings\"; expected one of account, basket, desk, group, "
+     "settings, switches, user"},
+    {"UnknownKey", "desk.toml", "[settings.stock]", "[desk]\nfoo = 1\n[settings.stock]",
+     "desk.toml:26: desk: unknown key \"foo\"; expected one of accept_forced_confirm"},
+    {"MissingKey", "desk.toml", "name = \"trader\"\n", "", "desk.toml:1: user: key \"name\" is missing"},
+    {"TextForNumber", "desk.toml", "kind = 100", "kind = \"100\"",
+     "desk.toml:3: user: expected a whole number of at least 0"},
+    {"NegativeKind", "desk.toml", "kind = 100", "kind = -1",
+     "desk.toml:3: user: expected a whole number of at least 0"},
+    {"HugeKind", "desk.toml", "kind = 100", "kind = 4294967396",
+     "desk.toml:3: user: expected a whole number of at least 0"},
+    {"NumberForText", "desk.toml", "name = \"trader\"", "name = 7",
+     "desk.toml:2: user: expected a text in quotes"},
+    {"UnknownRight", "desk.toml", "\"file_orders\"", "\"files\"",
+     "desk.toml:4: user: expected one of \"file_orders\", \"signal_orders\", or a number"},
+    {"NegativeRight", "desk.toml", ", 7]", ", -7]",
+     "desk.toml:4: user: expected one of \"file_orders\", \"signal_orders\", or a number"},
+    {"RightsAreNoList", "desk.toml", "[\"file_orders\", 7]", "7",
+     "desk.toml:4: user: expected a list of rights"},
+    {"MessageWithoutFlags", "desk.toml", "kind = 100", "kind = 100\nmessages = { \"4\" = true }",
+     "desk.toml:4: user.messages: expected a message type's number and two flags, such as \"0\" = [true, "
+     "false]"},
+    {"SwitchIsNoFlag", "desk.toml", "[settings.stock]", "[switches]\none = 1\n[settings.stock]",
+     "desk.toml:26: switches: expected true or false"},
+    {"TableExpected", "desk.toml", "[settings.stock]", "[settings]\nfuture = 1\n[settings.stock]",
+     "desk.toml:26: expected a table"},
+    {"UnknownPriceType", "desk.toml", "\"buy1\"", "\"buy11\"",
+     "desk.toml:26: settings.stock: expected one of \"buy1\", \"buy10\", \"buy2\", \"buy3\", \"buy4\", "
+     "\"buy5\", \"buy6\", \"buy7\", \"buy8\", \"buy9\", \"latest\", \"sell1\", \"sell10\", \"sell2\", "
+     "\"sell3\", \"sell4\", \"sell5\", \"sell6\", \"sell7\", \"sell8\", \"sell9\", \"specified\", or a "
+     "number"},
+    {"BrokerByNumber", "desk.toml", "broker = \"credit\"", "broker = 3",
+     "desk.toml:13: account: expected one of \"credit\", \"future\", \"future_option\", \"gold\", \"hgt\", "
+     "\"neeq\", \"sgt\", \"stock\", \"stock_option\""},
+    {"DuplicateAccount", "desk.toml", "\"C1\"", "\"A1\"",
+     "desk.toml:11: account: account \"A1\" stands twice"},
+    {"EmptyAccountKey", "desk.toml", "\"C1\"", "\"\"", "desk.toml:11: account: key must not be empty"},
+    {"NegativeFunds", "desk.toml", "1000.0", "-1.0", "desk.toml:6: account: funds must not be negative"},
+    {"EndlessFunds", "desk.toml", "1000.0", "inf", "desk.toml:9: account: expected a finite number"},
+    {"FundsThatAreNoNumber", "desk.toml", "1000.0", "nan", "desk.toml:9: account: expected a finite number"},
+    {"DuplicateGroup", "desk.toml", "[[basket]]",
+     "[[group]]\nname = \"main\"\nbroker = \"stock\"\nmembers = [{ account = \"A1\" }]\n[[basket]]",
+     "desk.toml:21: group: group \"main\" stands twice"},
+    {"GroupWithoutAccounts", "desk.toml", "[{ account = \"A1\", weight = 6 }]", "[]",
+     "desk.toml:16: group: group \"main\" has no accounts; expected at least one"},
+    {"UnknownMember", "desk.toml", "weight = 6 }]", "weight = 6 }, { account = \"A9\" }]",
+     "desk.toml:19: group.members: account \"A9\" is unknown; expected the key of an [[account]]"},
+    {"MemberTwice", "desk.toml", "weight = 6 }]", "weight = 6 }, { account = \"A1\" }]",
+     "desk.toml:19: group.members: account \"A1\" stands twice in the group"},
+    {"MemberOfAnotherBroker", "desk.toml", "weight = 6 }]", "weight = 6 }, { account = \"C1\" }]",
+     "desk.toml:16: group: account \"C1\" is of another broker type than the group \"main\""},
+    {"WeightOfZero", "desk.toml", "weight = 6", "weight = 0",
+     "desk.toml:19: group.members: weight must be above 0"},
+    {"EndlessWeight", "desk.toml", "weight = 6", "weight = inf",
+     "desk.toml:19: group.members: expected a finite number"},
+    {"DuplicateBasket", "desk.toml", "[settings.stock]",
+     "[[basket]]\nname = \"蓝筹\"\nrows = []\n[settings.stock]",
+     "desk.toml:25: basket: basket \"蓝筹\" stands twice"},
+    {"BasketOfUnknownInstrument", "desk.toml", "code = \"600000\"", "code = \"600009\"",
+     "desk.toml:23: basket.rows: instrument \"SH600009\" is unknown; expected market and code of a row in "
+     "instruments.csv"},
+};
+INSTANTIATE_TEST_SUITE_P(InDeskToml, DeskMistake, testing::ValuesIn(kDeskRows), nameOf);
+
+const CSpoiled kStrategyRows[] = {
+    {"UnknownKey", "strategies.toml", "running = true", "runing = true",
+     "strategies.toml:8: strategy: unknown key \"runing\"; expected one of account, amount, channel, code, "
+     "family, group, name, order_type, pass, path, position_type, price_type, remark, running, source, user, "
+     "volume"},
+    {"ChannelTwice", "strategies.toml", "channel = 2", "channel = 1",
+     "strategies.toml:10: strategy: channel 1 stands twice"},
+    {"ChannelOfZero", "strategies.toml", "channel = 2", "channel = 0",
+     "strategies.toml:11: strategy: expected a whole number of at least 1"},
+    {"UnknownAccount", "strategies.toml", "\"A1\"", "\"A9\"",
+     "strategies.toml:1: strategy: account \"A9\" is unknown; expected the key of an [[account]]"},
+    {"AccountOfAnotherBroker", "strategies.toml", "\"A1\"", "\"C1\"",
+     "strategies.toml:1: strategy: account \"C1\" is of a broker type that the family does not trade on"},
+    {"UnknownGroup", "strategies.toml", "\"main\"", "\"other\"",
+     "strategies.toml:10: strategy: group \"other\" is unknown among the groups that the family trades on"},
+    {"GroupOfAnotherFamily", "strategies.toml", "group = \"main\"\nfamily = \"stock\"",
+     "group = \"main\"\nfamily = \"future\"",
+     "strategies.toml:10: strategy: group \"main\" is unknown among the groups that the family trades on"},
+    {"AccountAndGroup", "strategies.toml", "group = \"main\"", "group = \"main\"\naccount = \"A1\"",
+     "strategies.toml:10: strategy: expected either \"group\" or \"account\""},
+    {"UnknownFamily", "strategies.toml", "group = \"main\"\nfamily = \"stock\"",
+     "group = \"main\"\nfamily = \"stocks\"",
+     "strategies.toml:15: strategy: expected one of \"basket\", \"credit\", \"future\", \"future_option\", "
+     "\"gold\", \"hgt\", \"neeq\", \"sgt\", \"stock\", \"stock_option\""},
+    {"UnknownSource", "strategies.toml", "channel = 2\nsource = \"file\"", "channel = 2\nsource = \"dbf\"",
+     "strategies.toml:12: strategy: expected one of \"file\", \"interface\", \"signal\""},
+    {"NoPath", "strategies.toml", "path = \"orders/two.txt\"\n", "",
+     "strategies.toml:10: strategy: key \"path\" is missing: where the orders come from"},
+    {"PathTwice", "strategies.toml", "orders/two.txt", "orders/../orders/./one.txt",
+     "strategies.toml:10: strategy: path \"orders/../orders/./one.txt\" is the path of channel 1 too"},
+    {"UnknownCode", "strategies.toml", "running = true", "code = \"600009\"",
+     "strategies.toml:1: strategy: code \"600009\" is unknown; expected an instrument of instruments.csv"},
+    {"AmountOfZero", "strategies.toml", "running = true", "amount = 0.0",
+     "strategies.toml:1: strategy: amount must be above 0"},
+    {"EndlessAmount", "strategies.toml", "running = true", "amount = inf",
+     "strategies.toml:8: strategy: expected a finite number"},
+    {"NoTables", "strategies.toml", "[[strategy]]\nchannel = 1\n", "[other]\nchannel = 1\n",
+     "strategies.toml:1: strategies.toml: unknown key \"other\"; expected one of strategy"},
+};
+INSTANTIATE_TEST_SUITE_P(InStrategies, DeskMistake, testing::ValuesIn(kStrategyRows), nameOf);
+
+const CSpoiled kTableRows[] = {
+    {"NoMarket", "instruments.csv", "SZ,000001", ",SZ000001",
+     "instruments.csv:3: expected a market and a code"},
+    {"InstrumentTwice", "instruments.csv", "SH,600000,", "SZ,000001,甲,,100,,\nSH,600000,",
+     "instruments.csv:4: instrument \"SZ000001\" stands on line 2 already"},
+    {"InstrumentWithoutQuote", "instruments.csv", "SZ,000001,", "SZ,000002,乙,,100,,\nSZ,000001,",
+     "instruments.csv:3: instrument \"SZ000002\" has no quote; expected a row in quotes.csv"},
+    {"BadType", "instruments.csv", "100028 1172", "100028;1172",
+     "instruments.csv:3: types has \"100028;1172\"; expected numbers separated by blanks"},
+    {"UnitOfZero", "instruments.csv", "100028,100,11,9", "100028,0,11,9",
+     "instruments.csv:2: units must be at least 1"},
+    {"UnitThatIsNoNumber", "instruments.csv", "100028,100,11,9", "100028,1O0,11,9",
+     "instruments.csv:2: unit is \"1O0\"; expected a whole number"},
+    {"LimitsTheWrongWayRound", "instruments.csv", "11,9", "9,11",
+     "instruments.csv:2: lower_limit is above upper_limit"},
+    {"LimitOfZero", "instruments.csv", "11,9", "11,0",
+     "instruments.csv:2: lower_limit must be above 0; leave it empty where there is no price"},
+    {"UnknownColumn", "instruments.csv", "lower_limit", "low_limit",
+     "instruments.csv:1: unknown column \"low_limit\"; expected one of market, code, name, product, types, "
+     "unit, ui_unit, upper_limit, lower_limit, reference_price, transfer_kind"},
+    {"QuoteOfUnknownInstrument", "quotes.csv", "SH600000,", "SH600009,10,,,,,,\nSH600000,",
+     "quotes.csv:2: instrument \"SH600009\" is unknown; expected market and code of a row in "
+     "instruments.csv"},
+    {"QuoteTwice", "quotes.csv", "SH600000,10,", "SH600000,10,,,,,,\nSH600000,10,",
+     "quotes.csv:3: instrument \"SH600000\" has a quote on line 2 already"},
+    {"PriceThatIsNoNumber", "quotes.csv", "9.99,100,9.98", "9.9.9,100,9.98",
+     "quotes.csv:2: bid1 is \"9.9.9\"; expected a number"},
+    {"EndlessPrice", "quotes.csv", "SH600000,10,", "SH600000,inf,",
+     "quotes.csv:2: last is \"inf\"; expected a number"},
+    {"PriceOfZero", "quotes.csv", "SH600000,10,", "SH600000,0,",
+     "quotes.csv:2: last must be above 0; leave it empty where there is no price"},
+    {"NegativeVolume", "quotes.csv", "9.99,100,9.98", "9.99,-100,9.98",
+     "quotes.csv:2: bid1_volume must not be negative"},
+    {"CrossedBook", "quotes.csv", "10.01,200", "9.99,200", "quotes.csv:2: ask1 is not above bid1"},
+    {"BookOutOfOrder", "quotes.csv", "9.98,300", "10.00,300", "quotes.csv:2: bid1 is not above bid2"},
+    {"ChangeBeforeTheStart", "quote_changes.csv", "5,SH600000", "-5,SH600000",
+     "quote_changes.csv:2: after_seconds must not be negative"},
+    {"ChangeOfUnknownInstrument", "quote_changes.csv", "SH600000", "SH600009",
+     "quote_changes.csv:2: instrument \"SH600009\" is unknown; expected market and code of a row in "
+     "instruments.csv"},
+    {"PositionOfUnknownAccount", "positions.csv", "A1,", "A9,", "positions.csv:2: account \"A9\" is unknown"},
+    {"PositionTwice", "positions.csv", "A1,SH600000", "A1,SH600000,100,,\nA1,SH600000",
+     "positions.csv:3: the position stands twice"},
+    {"MoreAvailableThanThereIs", "positions.csv", "500,300", "300,500",
+     "positions.csv:2: available is more than volume"},
+    {"NegativeCost", "positions.csv", "9.5", "-9.5", "positions.csv:2: cost must not be negative"},
+};
+INSTANTIATE_TEST_SUITE_P(InTables, DeskMistake, testing::ValuesIn(kTableRows), nameOf);
+
+TEST(DeskMistakes, MalformedTomlIsToldByItsLine) {
+    const test::CConfigFolder folder;
+    folder.replace("strategies.toml", "channel = 2", "channel = ");
+    const auto mistakes = folder.mistakes();
+    ASSERT_EQ(mistakes.size(), 1U);
+    EXPECT_EQ(mistakes[0].rfind("strategies.toml:11: is not TOML: ", 0), 0U) << mistakes[0];
+}
+
+TEST(DeskMistakes, FilesSavedAsGbkAreTold) {
+    const test::CConfigFolder folder;
+    folder.replace("instruments.csv", "浦江", "\xC6\xD6\xBD\xAD");
+    EXPECT_EQ(folder.mistakes(),
+              std::vector<std::string>{"instruments.csv:2: is not UTF-8; expected the table saved as UTF-8"});
+    folder.replace("desk.toml", "早盘", "\xD4\xE7\xC5\xCC");
+    EXPECT_EQ(folder.load().mistakes.at(1).file, "desk.toml");
+    EXPECT_EQ(folder.load().mistakes.at(1).message.rfind("is not TOML: ", 0), 0U);
+}
+
+} // namespace
+} // namespace desk

@@ -1,0 +1,166 @@
+#include "desk/config/StrategyFile.h"
+
+#include "tests/desk/config/ConfigFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace desk {
+namespace {
+
+using test::CConfigFolder;
+
+constexpr const char* kFull = R"([[strategy]]
+channel = 7
+name = "全部"
+source = "file"
+path = "orders/full.txt"
+user = "u"
+pass = "p\"q"
+group = "main"
+family = "stock"
+code = "SH600000"
+volume = 300
+amount = 12345.6789
+price_type = "sell3"
+order_type = 5
+position_type = 2
+remark = ""
+running = true
+)";
+
+TC::COrderStrategyParam onlyStrategy(const CConfigFolder& folder) {
+    const CLoadedConfig loaded = folder.load();
+    EXPECT_TRUE(loaded.mistakes.empty()) << loaded.mistakes.at(0).message;
+    EXPECT_EQ(loaded.config.strategies.size(), 1);
+    return loaded.config.strategies.isEmpty() ? TC::COrderStrategyParam{} : loaded.config.strategies.first();
+}
+
+void expectFull(const CConfigFolder& folder, const TC::COrderStrategyParam& strategy) {
+    EXPECT_EQ(strategy.m_nChannel, 7);
+    EXPECT_EQ(strategy.m_strName, QStringLiteral("全部"));
+    EXPECT_EQ(strategy.m_eStrategyType, TC::EOrderStrategyType::File);
+    EXPECT_EQ(strategy.m_strSignalSource.toStdString(), folder.files().path("orders/full.txt"));
+    EXPECT_EQ(strategy.m_strUser, QStringLiteral("u"));
+    EXPECT_EQ(strategy.m_strPass, QStringLiteral("p\"q"));
+    EXPECT_EQ(strategy.m_eSelectedAccountType, TC::ESelectedAccountType::Group);
+    EXPECT_EQ(strategy.m_strSelectedAccount, QStringLiteral("main"));
+    EXPECT_EQ(strategy.m_eTradeType, TC::EOrderStrategyTradeType::Stock);
+    EXPECT_EQ(strategy.m_strCode, QStringLiteral("SH600000"));
+    EXPECT_EQ(strategy.m_nVolume, 300);
+    EXPECT_TRUE(strategy.m_bUseAmount);
+    EXPECT_EQ(strategy.m_dAmount, 12345.6789);
+    EXPECT_EQ(strategy.m_stockSetting.m_ePriceType, TC::EPriceType::Sell3);
+    EXPECT_EQ(static_cast<int>(strategy.m_eOrderType), 5);
+    EXPECT_EQ(static_cast<int>(strategy.m_ePositionType), 2);
+    EXPECT_EQ(strategy.m_stockSetting.m_strCmdLog, "") << "an empty remark stands above the default's";
+    EXPECT_TRUE(strategy.isRunning());
+}
+
+TEST(StrategyFile, EveryKeyIsRead) {
+    const CConfigFolder folder;
+    folder.files().write("strategies.toml", kFull);
+    expectFull(folder, onlyStrategy(folder));
+}
+
+TEST(StrategyFile, EveryKeySurvivesSavingAndReading) {
+    const CConfigFolder folder;
+    folder.files().write("strategies.toml", kFull);
+    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    expectFull(folder, onlyStrategy(folder));
+}
+
+TEST(StrategyFile, KeysLeftOutComeFromTheUsersDefaults) {
+    const CConfigFolder folder;
+    const TC::COrderStrategyMap strategies = folder.load().config.strategies;
+    const TC::COrderStrategyParam& second = strategies[2];
+    EXPECT_EQ(second.m_strName, QStringLiteral("策略2"));
+    EXPECT_EQ(second.m_stockSetting.m_ePriceType, TC::EPriceType::Buy1);
+    EXPECT_EQ(second.m_stockSetting.m_strCmdLog, "早盘");
+    EXPECT_EQ(second.m_nVolume, 1);
+    EXPECT_FALSE(second.m_bUseAmount);
+    EXPECT_TRUE(TC::isUnset(second.m_eOrderType));
+    EXPECT_FALSE(second.isRunning());
+    EXPECT_EQ(strategies[1].m_eSelectedAccountType, TC::ESelectedAccountType::Account);
+    EXPECT_EQ(strategies[1].m_strSelectedAccount, QStringLiteral("A1"));
+}
+
+TEST(StrategyFile, UnsetOrderKindAndAmountStayUnsetWhenSaved) {
+    const CConfigFolder folder;
+    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    const CLoadedConfig again = folder.load();
+    ASSERT_TRUE(again.mistakes.empty());
+    ASSERT_EQ(again.config.strategies.size(), 2);
+    EXPECT_TRUE(TC::isUnset(again.config.strategies[2].m_eOrderType));
+    EXPECT_FALSE(again.config.strategies[2].m_bUseAmount);
+    EXPECT_EQ(again.config.strategies[2].m_stockSetting.m_strCmdLog, "早盘");
+    EXPECT_EQ(again.config.strategies[1].m_strSelectedAccount, QStringLiteral("A1"));
+    EXPECT_FALSE(again.config.strategies[2].isRunning());
+}
+
+TEST(StrategyFile, AFamilysKeysGoToItsOwnSlot) {
+    const CConfigFolder folder;
+    folder.replace("strategies.toml", "group = \"main\"\nfamily = \"stock\"",
+                   "group = \"main\"\nfamily = \"basket\"\nprice_type = 4\nremark = \"r\"");
+    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    const TC::COrderStrategyParam strategy = folder.load().config.strategies[2];
+    EXPECT_EQ(strategy.setting(TC::ESettingSlot::StockBasket).m_ePriceType, TC::EPriceType::Sell1);
+    EXPECT_EQ(strategy.setting(TC::ESettingSlot::StockBasket).m_strCmdLog, "r");
+    EXPECT_EQ(strategy.m_stockSetting.m_ePriceType, TC::EPriceType::Buy1);
+}
+
+TEST(StrategyFile, PathsBelowTheFolderAreWrittenRelativeToIt) {
+    const CConfigFolder folder;
+    folder.replace("strategies.toml", "orders/two.txt", "/elsewhere/two.txt");
+    for (const std::string& name : {folder.path(), folder.path() + "/"}) {
+        ASSERT_TRUE(saveStrategies(name, folder.load().config.strategies).isSuccess());
+        const std::string text = folder.files().read("strategies.toml");
+        EXPECT_NE(text.find("orders/one.txt"), std::string::npos);
+        EXPECT_NE(text.find("/elsewhere/two.txt"), std::string::npos);
+        EXPECT_EQ(text.find(folder.path()), std::string::npos) << text;
+    }
+}
+
+TEST(StrategyFile, ASocketsAddressIsNoPath) {
+    const CConfigFolder folder;
+    folder.replace("strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
+                   "channel = 2\nsource = \"signal\"\npath = \"127.0.0.1:9000\"");
+    EXPECT_EQ(folder.load().config.strategies[2].m_strSignalSource, QStringLiteral("127.0.0.1:9000"));
+    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    EXPECT_EQ(folder.load().config.strategies[2].m_strSignalSource, QStringLiteral("127.0.0.1:9000"));
+}
+
+TEST(StrategyFile, NoStrategiesAreAFileToo) {
+    const CConfigFolder folder;
+    ASSERT_TRUE(saveStrategies(folder.path(), {}).isSuccess());
+    const CLoadedConfig loaded = folder.load();
+    EXPECT_TRUE(loaded.mistakes.empty());
+    EXPECT_TRUE(loaded.config.strategies.isEmpty());
+}
+
+TEST(StrategyFile, SavedForItsOwnerAloneAndWithoutADraftLeft) {
+    const CConfigFolder folder;
+    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    struct stat status {};
+    ASSERT_EQ(::stat(folder.files().path("strategies.toml").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+    EXPECT_FALSE(folder.files().exists("strategies.toml.new"));
+}
+
+TEST(StrategyFile, AFailedSaveNamesTheFileAndLeavesNothingBehind) {
+    const CConfigFolder folder;
+    const TC::COrderStrategyMap strategies = folder.load().config.strategies;
+    // A folder at the file's place can be opened by nobody and replaced by no file.
+    std::filesystem::remove(folder.files().path("strategies.toml"));
+    std::filesystem::create_directory(folder.files().path("strategies.toml"));
+    const utils::KNError saved = saveStrategies(folder.path(), strategies);
+    EXPECT_FALSE(saved.isSuccess());
+    EXPECT_EQ(saved.errorMsg().rfind(folder.files().path("strategies.toml") + ": ", 0), 0U)
+        << saved.errorMsg();
+    EXPECT_FALSE(folder.files().exists("strategies.toml.new"));
+    EXPECT_FALSE(saveStrategies(folder.files().path("none"), strategies).isSuccess());
+}
+
+} // namespace
+} // namespace desk

@@ -1,0 +1,7 @@
+# Tests of the desk's configuration, its market, the host services over both, and the commands that read folders.
+file(GLOB desk_config_test_sources CONFIGURE_DEPENDS
+    "${CMAKE_CURRENT_LIST_DIR}/config/*.cpp" "${CMAKE_CURRENT_LIST_DIR}/market/*.cpp"
+    "${CMAKE_CURRENT_LIST_DIR}/host/*.cpp" "${CMAKE_CURRENT_LIST_DIR}/commands/*.cpp")
+orderservice_test(desk_config_tests
+    SOURCES ${desk_config_test_sources}
+    LINKS desk_commands desk_config desk_host desk_market)

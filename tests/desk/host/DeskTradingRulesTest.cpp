@@ -1,0 +1,139 @@
+#include "desk/host/DeskTradingRules.h"
+
+#include "base/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace desk {
+namespace {
+
+std::string gbk(const char* utf8) {
+    return utils::safeUtf82Gbk(utf8);
+}
+
+TEST(DeskTradingRules, TradeParametersAreReadWhole) {
+    CDeskTradingRules rules;
+    TC::COrderTradeParam param;
+    ASSERT_TRUE(rules.parserOrderTradeParam(gbk("remark:早盘建仓;account:甲;sub:-;order_type:3;kind:1;"
+                                                "setting:price_type:6,remark:中;text1:一;text2:二;text3:三"),
+                                            param));
+    EXPECT_EQ(param.m_strRemark, gbk("早盘建仓")) << "the remark stays GBK";
+    EXPECT_EQ(param.m_strAccountKeyPart1, QStringLiteral("甲"));
+    EXPECT_EQ(param.m_strAccountKeyPart2, QStringLiteral("-"));
+    EXPECT_EQ(param.m_eOrderType, 3);
+    EXPECT_EQ(param.m_nSettingKind, 1);
+    EXPECT_EQ(param.m_strOrderSetting, QStringLiteral("price_type:6,remark:中"));
+    EXPECT_EQ(param.m_strTradeText1, "一");
+    EXPECT_EQ(param.m_strTradeText2, "二");
+    EXPECT_EQ(param.m_strTradeText3, "三");
+}
+
+TEST(DeskTradingRules, TradeParametersSetEveryFieldAnew) {
+    CDeskTradingRules rules;
+    TC::COrderTradeParam param;
+    param.m_strAccountKeyPart1 = QStringLiteral("A9");
+    param.m_strTradeText2 = "old";
+    ASSERT_TRUE(rules.parserOrderTradeParam("remark:x", param));
+    EXPECT_TRUE(param.m_strAccountKeyPart1.isEmpty());
+    EXPECT_EQ(param.m_strTradeText2, "");
+}
+
+TEST(DeskTradingRules, TradeParametersThatAreNotUnderstoodLeaveTheRecord) {
+    CDeskTradingRules rules;
+    for (const char* text : {"", "remark", "remark:a;", "remark:a;foo:b", "remark:a;remark:b",
+                             "kind:", "order_type:1x", "order_type:99999999999", ";remark:a"}) {
+        TC::COrderTradeParam param;
+        param.m_strRemark = "old";
+        EXPECT_FALSE(rules.parserOrderTradeParam(text, param)) << text;
+        EXPECT_EQ(param.m_strRemark, "old") << text;
+    }
+}
+
+TEST(DeskTradingRules, ASettingTextChangesWhatItNames) {
+    CDeskTradingRules rules;
+    TC::COrderSetting setting;
+    setting.m_strCmdLog = "kept";
+    rules.orderSettingFromString(setting, QStringLiteral("price_type:6,order_type:2"));
+    EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Buy1);
+    EXPECT_EQ(static_cast<int>(setting.m_eOrderType), 2);
+    EXPECT_EQ(setting.m_strCmdLog, "kept");
+    rules.orderSettingFromString(setting, QStringLiteral("remark:午盘"));
+    EXPECT_EQ(setting.m_strCmdLog, "午盘");
+    EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Buy1);
+}
+
+TEST(DeskTradingRules, ASettingTextWithAMistakeChangesNothing) {
+    CDeskTradingRules rules;
+    TC::COrderSetting setting;
+    rules.orderSettingFromString(setting, QStringLiteral("price_type:6,order_type:many"));
+    EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Latest);
+    rules.orderSettingFromString(setting, QStringLiteral("price_type:6,colour:red"));
+    EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Latest);
+}
+
+TEST(DeskTradingRules, ARecordIsStampedWithSettingAndPrice) {
+    CDeskTradingRules rules;
+    TC::COrderSetting setting;
+    setting.m_ePriceType = TC::EPriceType::Sell2;
+    setting.m_eOrderType = static_cast<TC::EOrderType>(4);
+    TC::CCodeOrderParam record;
+    rules.orderSettingToParam(setting, record, TC::EOperationType::Buy, 100, 10.5, {});
+    EXPECT_EQ(record.m_ePriceType, TC::EPriceType::Sell2);
+    EXPECT_EQ(static_cast<int>(record.m_eOrderType), 4);
+    EXPECT_EQ(record.m_dPrice, 10.5);
+}
+
+TEST(DeskTradingRules, AnAccountIsNamedByItsKeyAndWhichOfSeveral) {
+    CDeskTradingRules rules;
+    EXPECT_EQ(rules.getAccountFromOrderParam(QStringLiteral("A1"), QStringLiteral("-")),
+              QStringLiteral("A1"));
+    EXPECT_EQ(rules.getAccountFromOrderParam(QStringLiteral("A1"), QStringLiteral("2")),
+              QStringLiteral("A1_2"));
+    EXPECT_EQ(rules.qdStockKey(QStringLiteral("SH"), QStringLiteral("600000")), QStringLiteral("SH600000"));
+}
+
+TEST(DeskTradingRules, FamiliesTradeOnTheirKindOfAccount) {
+    using F = TC::EOrderStrategyTradeType;
+    using B = TC::EQDBrokerType;
+    const struct {
+        F family;
+        B broker;
+    } rows[] = {{F::Stock, B::Stock},
+                {F::Future, B::Future},
+                {F::Basket, B::Stock},
+                {F::Credit, B::Credit},
+                {F::StockOption, B::StockOption},
+                {F::FutureOption, B::FutureOption},
+                {F::FutureBasket, B::Stock},
+                {F::SGT, B::SGT},
+                {F::HGT, B::HGT},
+                {F::Neeq, B::Neeq},
+                {F::Gold, B::Gold}};
+    CDeskTradingRules rules;
+    for (const auto& row : rows)
+        EXPECT_EQ(rules.orderStrategyTradeTypeToBrokerType(row.family), row.broker);
+}
+
+TEST(DeskTradingRules, WordsAreChineseAndUnknownNumbersAreShown) {
+    CDeskTradingRules rules;
+    EXPECT_EQ(rules.orderStrategyTypeToString(TC::EOrderStrategyType::File), QStringLiteral("文件单"));
+    EXPECT_EQ(rules.orderStrategyTypeToOrderTitle(TC::EOrderStrategyType::Signal),
+              QStringLiteral("[信号单]"));
+    EXPECT_EQ(rules.orderStrategyTypeToString(static_cast<TC::EOrderStrategyType>(9)),
+              QStringLiteral("来源9"));
+    EXPECT_EQ(rules.orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType::SGT),
+              QStringLiteral("深港通"));
+    EXPECT_EQ(rules.orderStrategyOrderTypeToString(23), QStringLiteral("买入"));
+    EXPECT_EQ(rules.orderStrategyOrderTypeToString(77), QStringLiteral("指令77"));
+    EXPECT_EQ(rules.knPriceTypeToString(TC::EPriceType::Buy10, "SH600000", false), QStringLiteral("买十价"));
+}
+
+TEST(DeskTradingRules, NoPriceTypeIsAMarketPriceAndNoOrderKindAnAlgorithm) {
+    CDeskTradingRules rules;
+    EXPECT_FALSE(rules.isMarketPrice(TC::EPriceType::Latest));
+    EXPECT_FALSE(rules.isAlgoOrderType(static_cast<TC::EOrderType>(20)));
+    EXPECT_EQ(rules.getPlatformTypeByOrderType(static_cast<TC::EOrderType>(20)), TC::ETradePlatform::Plain);
+}
+
+} // namespace
+} // namespace desk

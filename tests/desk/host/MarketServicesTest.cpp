@@ -1,0 +1,119 @@
+#include "desk/host/DeskAlgorithmTradeHelper.h"
+#include "desk/host/DeskExchangeClient.h"
+#include "desk/host/DeskInstrumentTypes.h"
+#include "desk/host/DeskLuaModuleCtrl.h"
+#include "desk/host/DeskQuoteClient.h"
+#include "desk/host/DeskTimeService.h"
+#include "desk/market/Market.h"
+#include "tests/support/FakeClock.h"
+
+#include <gtest/gtest.h>
+
+namespace desk {
+namespace {
+
+CInstrumentEntry makeInstrument() {
+    CInstrumentEntry entry;
+    entry.market = "SH";
+    entry.code = "688105";
+    entry.name = "新辰芯片";
+    entry.productId = "STOCK";
+    entry.types = {100028, 1172};
+    entry.unit = 1;
+    entry.uiUnit = 200;
+    entry.referencePrice = 50;
+    entry.transferKind = 2;
+    return entry;
+}
+
+class MarketServices : public testing::Test {
+protected:
+    MarketServices() {
+        m_quote.stockKey = "SH688105";
+        m_quote.last = 51;
+    }
+    const QString m_key = QStringLiteral("SH688105");
+    const QString m_unknown = QStringLiteral("SH688106");
+    CQuoteEntry m_quote;
+    CFakeClock m_clock;
+};
+
+TEST_F(MarketServices, ExchangeClientKnowsTheFoldersInstruments) {
+    CDeskExchangeClient exchange({makeInstrument()});
+    EXPECT_TRUE(exchange.hasStock(m_key));
+    EXPECT_FALSE(exchange.hasStock(m_unknown));
+    EXPECT_FALSE(exchange.getCodeInfo(m_unknown));
+    const TC::CInstrumentDetailPtr detail = exchange.getCodeInfo(m_key);
+    ASSERT_TRUE(detail);
+    EXPECT_EQ(detail->m_strMarket, "SH");
+    EXPECT_EQ(detail->m_strCode, "688105");
+    EXPECT_EQ(detail->m_strName, "新辰芯片");
+    EXPECT_EQ(detail->m_strProductId, "STOCK");
+    EXPECT_EQ(detail->m_dReferencePrice, 50);
+    EXPECT_EQ(detail->m_tradeInfo.m_nTransferKind, 2);
+}
+
+TEST_F(MarketServices, TheTradingDayIsTheClocksDate) {
+    CDeskExchangeClient exchange({});
+    EXPECT_EQ(exchange.getMaxTradingDay(), "20260105");
+}
+
+TEST_F(MarketServices, TimeIsTheClocksInSeconds) {
+    CDeskTimeService time;
+    EXPECT_EQ(time.currentTime(), m_clock.currentDateTime().toSecsSinceEpoch());
+}
+
+TEST_F(MarketServices, TypesAndUnitsAreTheInstruments) {
+    const CMarket market({makeInstrument()}, {}, {});
+    CDeskInstrumentTypes types(market);
+    EXPECT_TRUE(types.isTypedStock(1172, "SH", "688105"));
+    EXPECT_FALSE(types.isTypedStock(126, "SH", "688105"));
+    EXPECT_EQ(types.getTradeMinUnit("SH", "688105", TC::EOperationType::Buy), 1);
+    EXPECT_EQ(types.getUiMinUnit("SH", "688105", true), 200);
+}
+
+TEST_F(MarketServices, AnUnknownInstrumentHasNoTypeAndAUnitOfOne) {
+    const CMarket market({}, {}, {});
+    CDeskInstrumentTypes types(market);
+    EXPECT_FALSE(types.isTypedStock(100028, "SH", "688105"));
+    EXPECT_EQ(types.getTradeMinUnit("SH", "688105", TC::EOperationType::Sell), 1);
+    EXPECT_EQ(types.getUiMinUnit("SH", "688105", false), 1);
+}
+
+TEST_F(MarketServices, QuoteClientGivesTheLatestQuote) {
+    CQuoteEntry later = m_quote;
+    later.last = 52;
+    CMarket market({makeInstrument()}, {m_quote}, {{1, later}});
+    CDeskQuoteClient quotes(market);
+    ASSERT_TRUE(quotes.getStockPrice(m_key));
+    const TC::CPriceDataPtr before = quotes.getStockPrice(m_key);
+    market.applyChanges(1, [](const std::string&) {});
+    EXPECT_EQ(quotes.getStockPrice(m_key)->m_dLastPrice, 52);
+    EXPECT_EQ(before->m_dLastPrice, 51) << "a quote that was given out never changes";
+    EXPECT_FALSE(quotes.getStockPrice(m_unknown));
+}
+
+TEST_F(MarketServices, ASubscriptionIsNeverEmpty) {
+    const CMarket market({}, {}, {});
+    CDeskQuoteClient quotes(market);
+    EXPECT_TRUE(quotes.subscribe(m_unknown, {}, TC::ESubscribeType::Plain));
+}
+
+TEST_F(MarketServices, OnlyTheFoldersSwitchesAreOn) {
+    CDeskLuaModuleCtrl switches({"one"});
+    EXPECT_TRUE(switches.checkModule({"mdl_order", "one"}));
+    EXPECT_FALSE(switches.checkModule({"mdl_order", "two"}));
+    EXPECT_FALSE(switches.checkModule({"mdl_other", "one"}));
+    EXPECT_FALSE(switches.checkModule({"mdl_order", "one", "more"}));
+    EXPECT_FALSE(switches.checkModule({}));
+}
+
+TEST_F(MarketServices, NoAlgorithmTextIsUnderstood) {
+    CDeskAlgorithmTradeHelper helper;
+    TC::CAlgorithmOrderSettingPtr setting;
+    EXPECT_FALSE(helper.getAlgOrderSettingFromString("anything", setting));
+    EXPECT_FALSE(setting);
+}
+
+} // namespace
+} // namespace desk
