@@ -119,7 +119,9 @@ bool tradesOn(TC::EOrderStrategyTradeType tradeType, TC::EQDBrokerType broker) {
 
 void checkAccounts(const CTomlSection& section, const CDeskConfig& config, const CStrategyKeys& keys,
                    TC::EOrderStrategyTradeType tradeType) {
-    if (keys.account.empty() == keys.group.empty())
+    const bool isOpen = keys.account.empty() && keys.group.empty();
+    const bool isDouble = !keys.account.empty() && !keys.group.empty();
+    if (isDouble || (isOpen && keys.running))
         section.mistake("expected either \"group\" or \"account\"");
     const auto account = std::find_if(config.accounts.begin(), config.accounts.end(),
                                       [&](const CAccountEntry& entry) { return entry.key == keys.account; });
@@ -156,7 +158,9 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config, const
     checkAccounts(section, config, keys, strategy.m_eTradeType);
     checkCode(section, config, keys.code);
     if (!(keys.amount > 0)) section.mistake("amount must be above 0");
-    if (keys.path.empty()) section.mistake("key \"path\" is missing: where the orders come from");
+    // A stopped strategy may be unfinished: one that was added at run time is saved before it is filled in.
+    if (keys.path.empty() && keys.running)
+        section.mistake("key \"path\" is missing: where the orders come from");
     for (const TC::COrderStrategyParam& other : config.strategies) {
         if (strategy.m_eStrategyType == TC::EOrderStrategyType::File && !keys.path.empty() &&
             other.m_strSignalSource == strategy.m_strSignalSource) {

@@ -124,7 +124,7 @@ const CSpoiled kStrategyRows[] = {
      "\"gold\", \"hgt\", \"neeq\", \"sgt\", \"stock\", \"stock_option\""},
     {"UnknownSource", "strategies.toml", "channel = 2\nsource = \"file\"", "channel = 2\nsource = \"dbf\"",
      "strategies.toml:12: strategy: expected one of \"file\", \"interface\", \"signal\""},
-    {"NoPath", "strategies.toml", "path = \"orders/two.txt\"\n", "",
+    {"NoPath", "strategies.toml", "path = \"orders/two.txt\"\n", "running = true\n",
      "strategies.toml:10: strategy: key \"path\" is missing: where the orders come from"},
     {"PathTwice", "strategies.toml", "orders/two.txt", "orders/../orders/./one.txt",
      "strategies.toml:10: strategy: path \"orders/../orders/./one.txt\" is the path of channel 1 too"},

@@ -71,6 +71,17 @@ TEST(StrategyFile, EveryKeySurvivesSavingAndReading) {
     expectFull(folder, onlyStrategy(folder));
 }
 
+TEST(StrategyFile, StoppedStrategyMayBeUnfinished) {
+    const CConfigFolder folder;
+    TC::COrderStrategyParam added;
+    added.m_nChannel = 4;
+    added.m_strName = QStringLiteral("策略4");
+    TC::COrderStrategyMap strategies;
+    strategies.insert(4, added);
+    ASSERT_TRUE(saveStrategies(folder.path(), strategies).isSuccess());
+    EXPECT_EQ(onlyStrategy(folder).m_nChannel, 4);
+}
+
 TEST(StrategyFile, KeysLeftOutComeFromTheUsersDefaults) {
     const CConfigFolder folder;
     const TC::COrderStrategyMap strategies = folder.load().config.strategies;
