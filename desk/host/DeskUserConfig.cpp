@@ -70,6 +70,7 @@ void CDeskUserConfig::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelected
 
 bool CDeskUserConfig::isPriceTypeValid(TC::EPriceType type, TC::EOperationType, TC::EQDBrokerType,
                                        const std::string&, const std::string&, TC::EOrderType) const {
+    if (type == TC::EPriceType::Specified) return true;
     const int number = static_cast<int>(type);
     constexpr int kLastOfFiveLevels = 10;
     constexpr int kFirstOfTenLevels = 30;

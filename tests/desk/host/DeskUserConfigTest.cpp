@@ -116,14 +116,14 @@ TEST_F(DeskUserConfig, ATableRowNamesOnlySimpleAccounts) {
     EXPECT_FALSE(m_user.hasSimpleAccount(QStringLiteral("A9")));
 }
 
-TEST_F(DeskUserConfig, PriceTypesOfTheBookAreValidAndNoOthers) {
+TEST_F(DeskUserConfig, SpecifiedPricesAndTheBooksAreValidAndNoOthers) {
     const auto isValid = [&](int type) {
         return m_user.isPriceTypeValid(static_cast<TC::EPriceType>(type), TC::EOperationType::Buy, kStock,
                                        "SH", "600000", TC::EOrderType::Plain);
     };
-    for (const int type : {0, 5, 10, 30, 39})
+    for (const int type : {0, 5, 10, 11, 30, 39})
         EXPECT_TRUE(isValid(type)) << type;
-    for (const int type : {-1, 11, 12, 29, 40, 49})
+    for (const int type : {-1, 12, 29, 40, 49})
         EXPECT_FALSE(isValid(type)) << type;
 }
 

@@ -1,0 +1,54 @@
+// The host services' promises, kept by the desk: the contract suites on a copy of its demo folder.
+#include "desk/commands/NewFolder.h"
+#include "desk/config/ConfigLoader.h"
+#include "desk/host/Desk.h"
+#include "tests/contract/ContractHost.h"
+#include "tests/support/TempFolder.h"
+
+#include <sstream>
+#include <stdexcept>
+
+namespace {
+
+class CDeskContractHost : public IContractHost {
+public:
+    CDeskContractHost() {
+        if (desk::runNew(m_folder.path("desk"), m_out, m_out) != 0) throw std::runtime_error(m_out.str());
+        m_desk = std::make_unique<desk::CDesk>(m_folder.path("desk"),
+                                               desk::loadDeskConfig(m_folder.path("desk")).config, m_sink);
+        for (const utils::KNError& result : {m_desk->open(), TC::installHost(m_desk->services())}) {
+            if (!result.isSuccess()) throw std::runtime_error(result.errorMsg());
+        }
+        m_world.market = "SH";
+        m_world.code = "600101";
+        m_world.stockKey = QStringLiteral("SH600101");
+        m_world.unknownStockKey = QStringLiteral("SH999999");
+        m_world.group = QStringLiteral("main");
+        m_world.groupAccounts = {"A1", "A2"};
+        m_world.unknownName = QStringLiteral("nobody");
+        m_world.basket = QStringLiteral("蓝筹");
+        m_world.tradeParam = "remark:\xB1\xB8\xD7\xA2;kind:1"; // 备注
+        m_world.tradeParamRemark = "\xB1\xB8\xD7\xA2";
+        m_world.unreadableTradeParam = "remark:x;unknown:1";
+        m_world.settingText = QStringLiteral("price_type:11");
+        m_world.settingPriceType = TC::EPriceType::Specified;
+        m_world.unreadableAlgorithmText = "?";
+        m_world.unknownTask = 404;
+    }
+    ~CDeskContractHost() override { TC::releaseHost(); }
+
+    const CContractWorld& world() const override { return m_world; }
+
+private:
+    CTempFolder m_folder;
+    std::ostringstream m_out;
+    desk::CTextSink m_sink{m_out};
+    std::unique_ptr<desk::CDesk> m_desk;
+    CContractWorld m_world;
+};
+
+} // namespace
+
+std::vector<CContractHostKind> contractHosts() {
+    return {{"Desk", [] { return std::unique_ptr<IContractHost>(std::make_unique<CDeskContractHost>()); }}};
+}
