@@ -32,9 +32,13 @@ std::vector<std::string> prepareOrderFiles(const CDeskConfig& config) {
         const std::filesystem::path path = strategy.m_strSignalSource.toStdString();
         try {
             std::filesystem::create_directories(path.parent_path());
-            if (std::filesystem::exists(path)) continue;
-            std::ofstream file(path, std::ios::app);
-            if (!file) problems.push_back(path.string() + ": cannot be made");
+            const std::filesystem::file_status status = std::filesystem::status(path);
+            if (std::filesystem::is_regular_file(status)) continue;
+            if (std::filesystem::exists(status)) {
+                problems.push_back(path.string() + ": is no file; expected a place for an order file");
+            } else if (!std::ofstream(path, std::ios::app)) {
+                problems.push_back(path.string() + ": cannot be made");
+            }
         } catch (const std::filesystem::filesystem_error& error) {
             problems.push_back(path.string() + ": " + error.code().message());
         }

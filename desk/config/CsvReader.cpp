@@ -1,11 +1,12 @@
 #include "desk/config/CsvReader.h"
 
 #include "base/Text.h"
+#include "desk/config/TextFile.h"
 
 #include <boost/algorithm/string.hpp>
 
 #include <algorithm>
-#include <fstream>
+#include <sstream>
 
 namespace desk {
 namespace {
@@ -113,14 +114,16 @@ std::vector<CCsvRow> readCsv(const std::string& folder, const std::string& file,
                              const std::vector<std::string>& columns,
                              const std::vector<std::string>& required, bool mandatory,
                              CDiagnostics& diagnostics) {
-    std::ifstream stream(folder + "/" + file, std::ios::binary);
-    if (!stream) {
-        if (mandatory)
+    std::string text;
+    const EFileRead outcome = readTextFile(folder + "/" + file, text);
+    if (outcome != EFileRead::Whole) {
+        if (mandatory || outcome == EFileRead::Unreadable)
             diagnostics.add(
                 file, 0, "cannot be read; expected a table with the columns " + boost::join(required, ", "));
         return {};
     }
     CTable table(file, columns, required, diagnostics);
+    std::istringstream stream(text);
     int number = 0;
     for (std::string line; std::getline(stream, line);) {
         ++number;

@@ -26,7 +26,8 @@ struct CCsvRow {
 /// "" for a quote inside, lines that begin with # and empty lines passed over, blanks around a cell dropped.
 ///
 /// Column names are `columns`; those in `required` must be there. What does not fit goes to the diagnostics,
-/// and the rows that can be read are given back. A missing file is a mistake only where it is `mandatory`.
+/// and the rows that can be read are given back. A missing file is a mistake only where it is `mandatory`;
+/// one that is there and cannot be read always is.
 std::vector<CCsvRow> readCsv(const std::string& folder, const std::string& file,
                              const std::vector<std::string>& columns,
                              const std::vector<std::string>& required, bool mandatory,

@@ -20,42 +20,20 @@ public:
         const CTomlSection section(kDeskFile, root, kDeskFile, m_diagnostics);
         section.read(
             {
-                {"user", table([this](const auto& t) { readUser(t); })},
-                {"desk", table([this](const auto& t) { readDesk(t); })},
-                {"switches", table([this](const auto& t) { readSwitches(t); })},
-                {"settings", table([this](const auto& t) { readSettings(t); })},
-                {"account", tables([this](const auto& t) { readAccount(t); })},
-                {"group", tables([this](const auto& t) { readGroup(t); })},
-                {"basket", tables([this](const auto& t) { readBasket(t); })},
+                {"user", section.table([this](const auto& t) { readUser(t); })},
+                {"desk", section.table([this](const auto& t) { readDesk(t); })},
+                {"switches", section.table([this](const auto& t) { readSwitches(t); })},
+                {"settings", section.table([this](const auto& t) { readSettings(t); })},
+                {"account", section.tables([this](const auto& t) { readAccount(t); })},
+                {"group", section.tables([this](const auto& t) { readGroup(t); })},
+                {"basket", section.tables([this](const auto& t) { readBasket(t); })},
             },
             {"user", "account"});
     }
 
 private:
-    using CTableReader = std::function<void(const toml::table&)>;
-
     CTomlSection sectionOf(const toml::table& table, const std::string& name) {
         return {kDeskFile, table, name, m_diagnostics};
-    }
-    void expectTable(const toml::node& node) {
-        m_diagnostics.add(kDeskFile, static_cast<int>(node.source().begin.line), "expected a table");
-    }
-    CTomlSetter table(CTableReader reader) {
-        return [this, reader = std::move(reader)](const toml::node& node) {
-            if (const auto* value = node.as_table()) {
-                reader(*value);
-            } else {
-                expectTable(node);
-            }
-        };
-    }
-    CTomlSetter tables(CTableReader reader) {
-        return [this, reader = std::move(reader)](const toml::node& node) {
-            const auto* array = node.as_array();
-            if (array == nullptr) return expectTable(node);
-            for (const toml::node& entry : *array)
-                table(reader)(entry);
-        };
     }
 
     void readUser(const toml::table& table) {
@@ -73,14 +51,14 @@ private:
                 {"max_socket_strategies", section.integer(user.maxSocketStrategies, 0)},
                 {"file_interval_ms", section.integer(user.fileIntervalMs, 0)},
                 {"hint_bits", section.integer(user.hintBits, 0)},
-                {"messages", this->table([this](const auto& t) { readMessages(t); })},
+                {"messages", section.table([this](const auto& t) { readMessages(t); })},
             },
             {"name", "kind"});
     }
 
     void readRights(const CTomlSection& section, const toml::node& node) {
         const auto* rights = node.as_array();
-        if (rights == nullptr) return section.mistake(node, "expected a list of rights");
+        if (rights == nullptr) return section.expected(node, "a list of rights");
         for (const toml::node& right : *rights) {
             int number = -1;
             section.choice(number, rightWords(), true)(right);
@@ -96,8 +74,9 @@ private:
             int type = -1;
             const auto parsed = std::from_chars(text.data(), text.data() + text.size(), type);
             const auto* flags = node.as_array();
-            const bool fits = parsed.ptr == text.data() + text.size() && flags != nullptr &&
-                              flags->size() == 2 && flags->is_homogeneous<bool>();
+            const bool isNumber = parsed.ec == std::errc() && parsed.ptr == text.data() + text.size();
+            const bool fits = isNumber && type >= 0 && flags != nullptr && flags->size() == 2 &&
+                              flags->is_homogeneous<bool>();
             if (fits) {
                 m_config.user.msgFlags[type] = {*flags->get(0)->value<bool>(), *flags->get(1)->value<bool>()};
             } else {
@@ -114,10 +93,13 @@ private:
 
     void readSwitches(const toml::table& table) {
         const CTomlSection section = sectionOf(table, "switches");
-        for (const auto& [key, node] : table) {
-            bool on = false;
-            section.flag(on)(node);
-            if (on) m_config.switches.insert(std::string(key.str()));
+        std::map<std::string, bool> switches;
+        std::map<std::string, CTomlSetter> setters;
+        for (const std::string& name : switchNames())
+            setters[name] = section.flag(switches[name]);
+        section.read(setters);
+        for (const auto& [name, on] : switches) {
+            if (on) m_config.switches.insert(name);
         }
     }
 
@@ -126,12 +108,13 @@ private:
         const std::map<std::string, D> kinds = {
             {"stock", D::Stock}, {"future", D::Future}, {"basket", D::Basket}, {"option", D::Option},
             {"neeq", D::Neeq},   {"hgt", D::HGT},       {"gold", D::Gold}};
+        const CTomlSection section = sectionOf(table, "settings");
         std::map<std::string, CTomlSetter> setters;
         for (const auto& [word, kind] : kinds) {
-            setters[word] =
-                this->table([this, word = word, kind = kind](const auto& t) { readSetting(t, word, kind); });
+            setters[word] = section.table(
+                [this, word = word, kind = kind](const auto& t) { readSetting(t, word, kind); });
         }
-        sectionOf(table, "settings").read(setters);
+        section.read(setters);
     }
 
     void readSetting(const toml::table& table, const std::string& word, TC::EDefaultSetting kind) {
@@ -182,10 +165,11 @@ private:
             {
                 {"name", section.text(group.name)},
                 {"broker", section.choice(broker, brokerWords(), false)},
-                {"members", tables([&](const auto& t) { readMember(t, group); })},
+                {"members", section.tables([&](const auto& t) { readMember(t, group); })},
             },
             {"name", "broker", "members"});
         group.broker = static_cast<TC::EQDBrokerType>(broker);
+        if (group.name.empty()) section.mistake("name must not be empty");
         checkMembers(section, group);
         for (const CGroupEntry& other : m_config.groups) {
             if (other.name == group.name && other.broker == group.broker) {
@@ -237,9 +221,10 @@ private:
         TC::CBasketSetting basket;
         const CTomlSection section = sectionOf(table, "basket");
         section.read({{"name", section.text(name)},
-                      {"rows", tables([&](const auto& t) { readBasketRow(t, basket); })}},
+                      {"rows", section.tables([&](const auto& t) { readBasketRow(t, basket); })}},
                      {"name", "rows"});
         const QString key = QString::fromStdString(name);
+        if (name.empty()) section.mistake("name must not be empty");
         if (m_config.baskets.contains(key)) return section.mistake("basket \"" + name + "\" stands twice");
         m_config.baskets.insert(key, basket);
     }
@@ -259,6 +244,9 @@ private:
                 {"price", section.number(row.m_dPrice)},
             },
             {"market", "code"});
+        if (row.m_dWeight < 0) section.mistake("weight must not be negative");
+        if (!(row.m_dPrice > 0))
+            section.mistake("price must be above 0; leave it out where there is no price");
         const bool known =
             std::any_of(m_config.instruments.begin(), m_config.instruments.end(),
                         [&](const CInstrumentEntry& entry) { return entry.key() == market + code; });

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <limits>
@@ -22,6 +24,11 @@ namespace {
 constexpr const char* kHeading =
     "# The strategies of this desk folder. Edit it while the desk is off; the desk writes it anew when a\n"
     "# strategy is added, changed, started, stopped or removed at run time.\n";
+
+/// Whether the orders come from a file of the system, be it of lines or a table.
+bool comesFromFile(TC::EOrderStrategyType type) {
+    return type == TC::EOrderStrategyType::File || type == TC::EOrderStrategyType::BatchPending;
+}
 
 /// The slot that a strategy's own settings go to.
 TC::COrderSetting& ownSetting(TC::COrderStrategyParam& strategy) {
@@ -87,7 +94,7 @@ TC::COrderStrategyParam makeStrategy(const std::string& folder, const CDeskConfi
         keys.name.empty() ? QStringLiteral("策略%1").arg(keys.channel) : QString::fromStdString(keys.name);
     strategy.m_eStrategyType = static_cast<TC::EOrderStrategyType>(keys.source);
     strategy.m_eTradeType = static_cast<TC::EOrderStrategyTradeType>(keys.family);
-    const bool isFile = strategy.m_eStrategyType == TC::EOrderStrategyType::File && !keys.path.empty();
+    const bool isFile = comesFromFile(strategy.m_eStrategyType) && !keys.path.empty();
     const std::string source =
         isFile ? (std::filesystem::absolute(folder) / keys.path).lexically_normal().string() : keys.path;
     strategy.m_strSignalSource = QString::fromStdString(source);
@@ -121,8 +128,7 @@ void checkAccounts(const CTomlSection& section, const CDeskConfig& config, const
                    TC::EOrderStrategyTradeType tradeType) {
     const bool isOpen = keys.account.empty() && keys.group.empty();
     const bool isDouble = !keys.account.empty() && !keys.group.empty();
-    if (isDouble || (isOpen && keys.running))
-        section.mistake("expected either \"group\" or \"account\"");
+    if (isDouble || (isOpen && keys.running)) section.mistake("expected either \"group\" or \"account\"");
     const auto account = std::find_if(config.accounts.begin(), config.accounts.end(),
                                       [&](const CAccountEntry& entry) { return entry.key == keys.account; });
     if (!keys.account.empty() && account == config.accounts.end()) {
@@ -150,6 +156,21 @@ void checkCode(const CTomlSection& section, const CDeskConfig& config, const std
         section.mistake("code \"" + code + "\" is unknown; expected an instrument of instruments.csv");
 }
 
+/// The order socket's address: a host and a port.
+void checkAddress(const CTomlSection& section, const CStrategyKeys& keys) {
+    if (keys.source != static_cast<int>(TC::EOrderStrategyType::Signal) || keys.path.empty()) return;
+    const std::size_t colon = keys.path.rfind(':');
+    std::uint16_t port = 0;
+    if (colon != std::string::npos && colon > 0) {
+        const char* end = keys.path.data() + keys.path.size();
+        const auto parsed = std::from_chars(keys.path.data() + colon + 1, end, port);
+        if (parsed.ec != std::errc() || parsed.ptr != end) port = 0;
+    }
+    if (port == 0)
+        section.mistake("path \"" + keys.path +
+                        "\" is no address; expected \"ip:port\" with a port of 1 to 65535");
+}
+
 void checkStrategy(const CTomlSection& section, const CDeskConfig& config, const CStrategyKeys& keys,
                    const TC::COrderStrategyParam& strategy) {
     if (config.strategies.contains(keys.channel)) {
@@ -157,12 +178,13 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config, const
     }
     checkAccounts(section, config, keys, strategy.m_eTradeType);
     checkCode(section, config, keys.code);
+    checkAddress(section, keys);
     if (!(keys.amount > 0)) section.mistake("amount must be above 0");
     // A stopped strategy may be unfinished: one that was added at run time is saved before it is filled in.
     if (keys.path.empty() && keys.running)
         section.mistake("key \"path\" is missing: where the orders come from");
     for (const TC::COrderStrategyParam& other : config.strategies) {
-        if (strategy.m_eStrategyType == TC::EOrderStrategyType::File && !keys.path.empty() &&
+        if (comesFromFile(strategy.m_eStrategyType) && !keys.path.empty() &&
             other.m_strSignalSource == strategy.m_strSignalSource) {
             section.mistake("path \"" + keys.path + "\" is the path of channel " +
                             std::to_string(other.m_nChannel) + " too");
@@ -172,7 +194,7 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config, const
 
 toml::table toTable(const std::filesystem::path& folder, TC::COrderStrategyParam strategy) {
     std::string path = strategy.m_strSignalSource.toStdString();
-    if (strategy.m_eStrategyType == TC::EOrderStrategyType::File) {
+    if (comesFromFile(strategy.m_eStrategyType)) {
         const auto relative = std::filesystem::path(path).lexically_relative(folder);
         if (!relative.empty() && *relative.begin() != "..") path = relative.string();
     }
@@ -191,25 +213,41 @@ toml::table toTable(const std::filesystem::path& folder, TC::COrderStrategyParam
                strategy.m_strSelectedAccount);
     table.insert("family", wordFor(familyWords(), static_cast<int>(strategy.m_eTradeType)));
     insertText("code", strategy.m_strCode);
-    table.insert("volume", strategy.m_nVolume);
+    if (!TC::isUnset(strategy.m_nVolume)) table.insert("volume", strategy.m_nVolume);
     if (strategy.m_bUseAmount) table.insert("amount", strategy.m_dAmount);
-    table.insert("price_type", static_cast<int>(setting.m_ePriceType));
+    if (!TC::isUnset(setting.m_ePriceType))
+        table.insert("price_type", static_cast<int>(setting.m_ePriceType));
     if (!TC::isUnset(strategy.m_eOrderType))
         table.insert("order_type", static_cast<int>(strategy.m_eOrderType));
-    table.insert("position_type", static_cast<int>(strategy.m_ePositionType));
+    if (!TC::isUnset(strategy.m_ePositionType))
+        table.insert("position_type", static_cast<int>(strategy.m_ePositionType));
     table.insert("remark", setting.m_strCmdLog);
     table.insert("running", strategy.isRunning());
     return table;
 }
 
-/// Writes and syncs a file, and gives it to its owner alone: strategies can hold passwords.
+/// Writes all the bytes, in as many steps as the system takes.
+bool writeAll(int descriptor, const std::string& bytes) {
+    for (std::size_t done = 0; done < bytes.size();) {
+        const ssize_t count = ::write(descriptor, bytes.data() + done, bytes.size() - done);
+        if (count < 0 && errno != EINTR) return false;
+        if (count > 0) done += static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+/// Writes and syncs a new file, and gives it to its owner alone: strategies can hold passwords. errno tells
+/// why it failed.
 bool writeSynced(const std::string& path, const std::string& bytes) {
-    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    // A draft that an end of power left behind may be open to others.
+    ::unlink(path.c_str());
+    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (descriptor < 0) return false;
-    const bool written =
-        ::write(descriptor, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
-    const bool synced = written && ::fsync(descriptor) == 0;
-    return ::close(descriptor) == 0 && synced;
+    if (writeAll(descriptor, bytes) && ::fsync(descriptor) == 0) return ::close(descriptor) == 0;
+    const int reason = errno;
+    ::close(descriptor);
+    errno = reason;
+    return false;
 }
 
 } // namespace
@@ -218,20 +256,14 @@ void readStrategies(const std::string& folder, CDeskConfig& config, CDiagnostics
     const auto root = readTomlFile(folder, kStrategyFile, diagnostics);
     if (!root) return;
     const CTomlSection top(kStrategyFile, *root, kStrategyFile, diagnostics);
-    top.read({{"strategy", [&](const toml::node& node) {
-                   const auto* strategies = node.as_array();
-                   if (strategies == nullptr) return top.mistake(node, "expected [[strategy]] tables");
-                   for (const toml::node& entry : *strategies) {
-                       const auto* table = entry.as_table();
-                       if (table == nullptr) return top.mistake(entry, "expected a table");
-                       const CTomlSection section(kStrategyFile, *table, "strategy", diagnostics);
-                       CStrategyKeys keys;
-                       readKeys(section, keys);
-                       const TC::COrderStrategyParam strategy = makeStrategy(folder, config, keys);
-                       checkStrategy(section, config, keys, strategy);
-                       config.strategies.insert(keys.channel, strategy);
-                   }
-               }}});
+    top.read({{"strategy", top.tables([&](const toml::table& table) {
+                   const CTomlSection section(kStrategyFile, table, "strategy", diagnostics);
+                   CStrategyKeys keys;
+                   readKeys(section, keys);
+                   const TC::COrderStrategyParam strategy = makeStrategy(folder, config, keys);
+                   checkStrategy(section, config, keys, strategy);
+                   config.strategies.insert(keys.channel, strategy);
+               })}});
 }
 
 utils::KNError saveStrategies(const std::string& folder, const TC::COrderStrategyMap& strategies) {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "desk/config/Diagnostics.h"
+#include "desk/config/TextFile.h"
 
 #include <toml++/toml.h>
 
-#include <fstream>
 #include <optional>
 #include <string>
 
@@ -13,13 +13,13 @@ namespace desk {
 /// The tables of a TOML file; nothing, and a mistake, where it is missing or malformed.
 inline std::optional<toml::table> readTomlFile(const std::string& folder, const std::string& file,
                                                CDiagnostics& diagnostics) {
-    std::ifstream stream(folder + "/" + file, std::ios::binary);
-    if (!stream) {
+    std::string text;
+    if (readTextFile(folder + "/" + file, text) != EFileRead::Whole) {
         diagnostics.add(file, 0, "cannot be read; a desk folder must have it");
         return std::nullopt;
     }
     try {
-        return toml::parse(stream, file);
+        return toml::parse(text, file);
     } catch (const toml::parse_error& error) {
         diagnostics.add(file, static_cast<int>(error.source().begin.line),
                         "is not TOML: " + std::string(error.description()));

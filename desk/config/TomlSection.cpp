@@ -1,13 +1,28 @@
 #include "desk/config/TomlSection.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <sstream>
 
 namespace desk {
 namespace {
 
 int lineOf(const toml::node& node) {
     return static_cast<int>(node.source().begin.line);
+}
+
+/// A value for a message.
+std::string shown(const toml::node& node) {
+    if (node.is_table()) return "a table";
+    if (node.is_array()) return "a list";
+    if (const auto text = node.value_exact<std::string>()) return '"' + *text + '"';
+    std::ostringstream out;
+    out << std::boolalpha;
+    node.visit([&](const auto& value) {
+        if constexpr (toml::is_value<decltype(value)>) out << value.get();
+    });
+    return out.str();
 }
 
 } // namespace
@@ -29,7 +44,20 @@ void CTomlSection::mistake(const std::string& message) const {
 }
 
 void CTomlSection::expected(const toml::node& node, const std::string& what) const {
-    mistake(node, "expected " + what);
+    mistake(node, keyOf(node) + " is " + shown(node) + "; expected " + what);
+}
+
+/// The key that holds the node, also as an entry of a list. Only mistakes look for it.
+std::string CTomlSection::keyOf(const toml::node& node) const {
+    for (const auto& [key, value] : m_table) {
+        const auto* list = value.as_array();
+        const bool holds =
+            &value == &node ||
+            (list != nullptr &&
+             std::any_of(list->begin(), list->end(), [&](const auto& entry) { return &entry == &node; }));
+        if (holds) return std::string(key.str());
+    }
+    return "a value";
 }
 
 CTomlSetter CTomlSection::text(std::string& target) const {
@@ -37,7 +65,8 @@ CTomlSetter CTomlSection::text(std::string& target) const {
         if (const auto value = node.value_exact<std::string>()) {
             target = *value;
         } else {
-            expected(node, "a text in quotes");
+            // What stands there instead may be a password without its quotes.
+            mistake(node, keyOf(node) + " is no text; expected a text in quotes");
         }
     };
 }
@@ -86,6 +115,25 @@ CTomlSetter CTomlSection::choice(int& target, const std::map<std::string, int>& 
         } else {
             expected(node, "one of " + wordList(words) + (numberToo ? ", or a number" : ""));
         }
+    };
+}
+
+CTomlSetter CTomlSection::table(CTableReader reader) const {
+    return [this, reader = std::move(reader)](const toml::node& node) {
+        if (const auto* value = node.as_table()) {
+            reader(*value);
+        } else {
+            expected(node, "a table");
+        }
+    };
+}
+
+CTomlSetter CTomlSection::tables(CTableReader reader) const {
+    return [this, readOne = table(std::move(reader))](const toml::node& node) {
+        const auto* list = node.as_array();
+        if (list == nullptr) return expected(node, "a list of tables");
+        for (const toml::node& entry : *list)
+            readOne(entry);
     };
 }
 

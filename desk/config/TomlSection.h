@@ -12,6 +12,7 @@ namespace desk {
 
 /// What to do with the value of a key.
 using CTomlSetter = std::function<void(const toml::node&)>;
+using CTableReader = std::function<void(const toml::table&)>;
 
 /// Reads the keys of one table: a table of keys and setters, so that an unknown key, a missing one and a
 /// value of the wrong type are all told in the same words. One object for each table; the diagnostics outlive
@@ -27,17 +28,22 @@ public:
     CTomlSetter flag(bool& target) const;
     /// A word of the list or, where numberToo, any number from 0 on: the trading layer has more than words.
     CTomlSetter choice(int& target, const std::map<std::string, int>& words, bool numberToo) const;
+    /// A table below this one, and a list of tables.
+    CTomlSetter table(CTableReader reader) const;
+    CTomlSetter tables(CTableReader reader) const;
 
     /// Runs the setters of the keys that are there. `required` names the keys that must be.
     void read(const std::map<std::string, CTomlSetter>& setters,
               const std::vector<std::string>& required = {}) const;
 
     void mistake(const toml::node& node, const std::string& message) const;
+    /// The value of the key is not `what`: tells the key, what stands there and what was expected.
+    void expected(const toml::node& node, const std::string& what) const;
     void mistake(const std::string& message) const;
     int line() const;
 
 private:
-    void expected(const toml::node& node, const std::string& what) const;
+    std::string keyOf(const toml::node& node) const;
 
     std::string m_strFile;
     const toml::table& m_table;

@@ -31,7 +31,11 @@ const std::map<std::string, int>& brokerWords() {
 const std::map<std::string, int>& sourceWords() {
     using S = TC::EOrderStrategyType;
     static const std::map<std::string, int> words = {
-        {"interface", n(S::Interface)}, {"signal", n(S::Signal)}, {"file", n(S::File)}};
+        {"interface", n(S::Interface)},
+        {"signal", n(S::Signal)},
+        {"file", n(S::File)},
+        {"table", n(S::BatchPending)},
+    };
     return words;
 }
 
@@ -44,6 +48,7 @@ const std::map<std::string, int>& familyWords() {
         {"credit", n(F::Credit)},
         {"stock_option", n(F::StockOption)},
         {"future_option", n(F::FutureOption)},
+        {"future_basket", n(F::FutureBasket)},
         {"sgt", n(F::SGT)},
         {"hgt", n(F::HGT)},
         {"neeq", n(F::Neeq)},
@@ -72,6 +77,13 @@ const std::map<std::string, int>& rightWords() {
     static const std::map<std::string, int> words = {{"signal_orders", n(TC::EUserAuth::SignalOrders)},
                                                      {"file_orders", n(TC::EUserAuth::FileOrders)}};
     return words;
+}
+
+const std::set<std::string>& switchNames() {
+    static const std::set<std::string> names = {"mdl_order_command_remark", "mdl_order_pb_display",
+                                                "mdl_order_service_force_confirm",
+                                                "mdl_order_split_orderNum"};
+    return names;
 }
 
 std::string wordFor(const std::map<std::string, int>& words, int number) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 
 /// The words of the desk's files for numbers of the records.
@@ -11,6 +12,9 @@ const std::map<std::string, int>& sourceWords();
 const std::map<std::string, int>& familyWords();
 const std::map<std::string, int>& priceTypeWords();
 const std::map<std::string, int>& rightWords();
+
+/// The switches that the order service asks for.
+const std::set<std::string>& switchNames();
 
 /// The word of a number, or the number itself in digits.
 std::string wordFor(const std::map<std::string, int>& words, int number);

@@ -12,20 +12,12 @@ const QTextCodec* gbkCodec() {
     return codec;
 }
 
-/// Whether the last byte begins a pair of bytes and has no second.
-bool endsInHalfPair(const char* bytes, std::size_t size) {
-    constexpr unsigned char kFirstLead = 0x81;
-    std::size_t i = 0;
-    while (i < size)
-        i += static_cast<unsigned char>(bytes[i]) >= kFirstLead ? 2 : 1;
-    return i > size;
-}
-
-/// Reads GBK. Half a pair at the end is shown as U+FFFD: Qt would drop it without a trace.
+/// Reads GBK. Half a pair at the end is shown as U+FFFD: Qt would drop it without a trace, so a blank, which
+/// is never the second byte of a pair, stands behind the bytes while they are read.
 QString fromGbk(const char* bytes, std::size_t size) {
-    const bool isCut = endsInHalfPair(bytes, size);
-    const QString text = gbkCodec()->toUnicode(bytes, static_cast<int>(size) - (isCut ? 1 : 0));
-    return isCut ? text + QChar(QChar::ReplacementCharacter) : text;
+    QString text = gbkCodec()->toUnicode(QByteArray(bytes, static_cast<int>(size)) + ' ');
+    text.chop(1);
+    return text;
 }
 
 bool isAscii(const char* bytes, std::size_t size) {

@@ -7,6 +7,8 @@
 #include "platform/MsgService.h"
 #include "platform/TradingRules.h"
 
+#include <cmath>
+
 namespace TC {
 namespace {
 
@@ -16,8 +18,9 @@ QString missingStrategyText(EOrderStrategyType type, int channel) {
 }
 
 /// The frame's own idea of a price: exactly DBL_MAX means none here, without the tolerance of isInvalidPrice.
+/// Files may say "nan" or "inf" for a number; neither is a price.
 bool isPriceGiven(double price) {
-    return price != kUnsetDouble && !isZero(price);
+    return price != kUnsetDouble && std::isfinite(price) && std::fabs(price) > kPriceTolerance;
 }
 
 } // namespace

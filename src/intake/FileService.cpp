@@ -120,8 +120,8 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     report.m_nChannel = channel;
     report.m_strSource = strategy.m_strSignalSource;
     CLineReader reader(stream.get());
-    parser.expectBytes(fileSize(stream.get()));
     try {
+        parser.expectBytes(fileSize(stream.get()));
         readLines(reader, parser, report);
     } catch (const boost::bad_lexical_cast&) {
         cutShort(report, QStringLiteral("a number cannot be read"));
@@ -149,7 +149,9 @@ bool CFileService::readOrderFile(const COrderStrategyParam& strategy, std::strin
     tmpPath = source + kTmpSuffix;
     if (!openRegularFile(source)) return false;
     deleteFile(tmpPath); // one that a pass left behind when it died
-    ::rename(source.c_str(), tmpPath.c_str());
+    // A file that cannot be taken away waits: reading it where it lies would place its orders again and
+    // again.
+    if (::rename(source.c_str(), tmpPath.c_str()) != 0) return false;
     stream = openRegularFile(tmpPath);
     if (!stream) deleteFile(tmpPath);
     return stream != nullptr;

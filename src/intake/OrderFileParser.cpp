@@ -162,7 +162,9 @@ bool COrderFileParser::parserTradeParam(const std::string& line) {
     // Without an equals sign the whole line is the text.
     const QString text = UW::sToQsGBK(line);
     const QString param = text.mid(text.indexOf(u'=') + 1);
-    if (param.isEmpty() || !m_port.readTradeParam(utils::toLocal8Bit(param), m_tradeParam)) return true;
+    COrderTradeParam read = m_tradeParam; // a text that is not understood leaves the parameters as they are
+    if (param.isEmpty() || !m_port.readTradeParam(utils::toLocal8Bit(param), read)) return true;
+    m_tradeParam = std::move(read);
     m_tradeParam.m_strRemark = utils::safeGbk2Utf8(m_tradeParam.m_strRemark);
     if (m_tradeParam.m_strRemark.empty()) m_tradeParam.m_strRemark = m_port.defaultRemark(m_strategy);
     if (!m_port.areRemarksAllowed()) m_tradeParam.m_strRemark.clear();

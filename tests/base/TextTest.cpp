@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace {
 
 const std::string kStrategyGbk = "\xB2\xDF\xC2\xD4"; // 策略
@@ -182,13 +185,33 @@ TEST(Text, UnwantedCharactersGo) {
     }
 }
 
-} // namespace
-
-namespace {
-
 TEST(Text, LastByteOfACutPairIsNotLost) {
     EXPECT_EQ(UW::sToQs(std::string("600000\xB2")), QStringLiteral("600000\uFFFD"));
     EXPECT_EQ(UW::sToQsGBK(std::string("a\xB2")), QStringLiteral("a\uFFFD"));
+}
+
+TEST(Text, ByteThatBeginsNoPairCostsNoNeighbour) {
+    EXPECT_TRUE(UW::sToQsGBK("\xFF" + kStrategyGbk).endsWith(kStrategy));
+    EXPECT_EQ(UW::sToQsGBK("\x80" + kStrategyGbk), QStringLiteral("\u20AC") + kStrategy);
+    EXPECT_EQ(UW::sToQsGBK("\xB2\xFF" + kStrategyGbk).front(), QChar(QChar::ReplacementCharacter));
+    EXPECT_TRUE(UW::sToQsGBK("\xB2\xFF" + kStrategyGbk).endsWith(kStrategy));
+}
+
+/// Every text of up to four of these bytes reads the same whether or not it is the end.
+TEST(Text, EndOfTheBytesChangesNothingBeforeIt) {
+    const std::string alphabet("\x20\x40\x7F\x80\x81\xB2\xDF\xFE\xFF", 9);
+    std::vector<std::string> texts{""};
+    for (std::size_t first = 0, length = 0; length < 4; ++length) {
+        const std::size_t end = texts.size();
+        for (; first < end; ++first) {
+            for (const char byte : alphabet)
+                texts.push_back(texts[first] + byte);
+        }
+    }
+    for (const std::string& text : texts) {
+        EXPECT_EQ(UW::sToQsGBK(text) + u' ', UW::sToQsGBK(text + ' '))
+            << testing::PrintToString(std::vector<unsigned char>(text.begin(), text.end()));
+    }
 }
 
 } // namespace

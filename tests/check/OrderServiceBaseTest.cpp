@@ -2,6 +2,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <cmath>
+
 namespace {
 
 using namespace TC;
@@ -199,6 +201,13 @@ TEST_F(PriceType, SpecifiedPriceMustStandInTheOrder) {
     EXPECT_FALSE(isValid(specified, COrderBuilder(23).line(QString(), 1e-5), {}));
     EXPECT_TRUE(isValid(specified, COrderBuilder(23).line(QString(), 1.1e-5), {}));
     EXPECT_FALSE(isValid(specified, COrderBuilder(23).line(QString()), {}));
+}
+
+TEST_F(PriceType, WordsThatCountAsNumbersAreNoPrices) {
+    for (const double price : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        EXPECT_FALSE(isValid(EPriceType::Specified, COrderBuilder(23).line(QString(), price), {}));
+        EXPECT_FALSE(isValid(EPriceType::Latest, COrderBuilder(23), quote(price)));
+    }
 }
 
 TEST_F(PriceType, OtherTypesNeedAQuoteAndTheUsersLeave) {

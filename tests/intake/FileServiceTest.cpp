@@ -25,11 +25,14 @@ public:
         if (onPlace) onPlace();
     }
     void cancelOrder(int) override {}
-    void cancelOrders(std::vector<std::string>& fields) override { cancelled.push_back(fields); }
+    void cancelOrders(std::vector<std::string>& fields) override {
+        cancelled.push_back(fields);
+        if (onCancel) onCancel();
+    }
     QString getOrderStrategyText(EOrderStrategyType) const override { return QStringLiteral("文件单"); }
     std::string defaultRemark(const COrderStrategyParam&) const override { return "default"; }
 
-    std::function<void()> onPlace;
+    std::function<void()> onPlace, onCancel;
     std::vector<QVector<COrderParam>> batches;
     std::vector<std::vector<std::string>> cancelled;
 };
@@ -175,6 +178,7 @@ TEST_F(FileService, FolderAtTheTemporaryPathLeavesTheFileWaiting) {
     std::filesystem::create_directory(folder.path("a.txt.tmp"));
     folder.write("a.txt", "23,0,10.5,600000,100");
     service.tryOrder();
+    service.tryOrder();
     EXPECT_TRUE(gate.batches.empty());
     EXPECT_TRUE(folder.exists("a.txt"));
     EXPECT_TRUE(folder.exists("a.txt.tmp"));
@@ -230,6 +234,16 @@ TEST_F(FileService, TradeParametersGoThroughTheHost) {
     folder.write("a.txt", "23,0,10.5,600000,100\norderParam=known\n");
     service.tryOrder();
     EXPECT_EQ(gate.batches.at(0).at(0).m_strRemark, "default");
+}
+
+TEST_F(FileService, ExceptionOfACancelKeepsTheOrdersBeforeIt) {
+    addStrategy(3, "a.txt");
+    gate.onCancel = [] { throw std::runtime_error("refused"); };
+    folder.write("a.txt", "23,0,10.5,600000,100\ncancel_order A1 77\n");
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.at(0).size(), 1);
+    EXPECT_FALSE(folder.exists("a.txt.tmp"));
+    EXPECT_EQ(report().m_strCause, QStringLiteral("line 2: refused"));
 }
 
 TEST_F(FileService, RemarksAreClearedWhereTheSwitchIsOff) {

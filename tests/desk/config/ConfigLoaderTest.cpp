@@ -36,8 +36,8 @@ hint_bits = 9
 messages = { "4" = [true, false] }
 )");
     folder.replace("desk.toml", "[settings.stock]", R"([switches]
-one = true
-two = false
+mdl_order_command_remark = true
+mdl_order_pb_display = false
 [desk]
 accept_forced_confirm = true
 [settings.stock])");
@@ -53,7 +53,7 @@ accept_forced_confirm = true
     EXPECT_EQ(user.fileIntervalMs, 70);
     EXPECT_EQ(user.hintBits, 9);
     EXPECT_EQ(user.msgFlags.at(4), std::make_pair(true, false));
-    EXPECT_EQ(loaded.config.switches, std::set<std::string>{"one"});
+    EXPECT_EQ(loaded.config.switches, std::set<std::string>{"mdl_order_command_remark"});
     EXPECT_TRUE(loaded.config.acceptForcedConfirm);
 }
 
@@ -165,9 +165,10 @@ TEST(ConfigLoader, MistakesOfAllFilesAreToldAtOnce) {
     folder.replace("desk.toml", "kind = 100", "kind = true");
     folder.replace("quotes.csv", "SH600000,10,", "SH600000,ten,");
     folder.replace("strategies.toml", "channel = 2", "channel = 1");
-    EXPECT_EQ(folder.mistakes(), (Mistakes{"desk.toml:3: user: expected a whole number of at least 0",
-                                           "quotes.csv:2: last is \"ten\"; expected a number",
-                                           "strategies.toml:10: strategy: channel 1 stands twice"}));
+    EXPECT_EQ(folder.mistakes(),
+              (Mistakes{"desk.toml:3: user: kind is true; expected a whole number of at least 0",
+                        "quotes.csv:2: last is \"ten\"; expected a number",
+                        "strategies.toml:10: strategy: channel 1 stands twice"}));
 }
 
 TEST(PrepareOrderFiles, MakesTheFilesOfRunningStrategiesOnly) {
@@ -184,6 +185,14 @@ TEST(PrepareOrderFiles, LeavesAFileThatIsThere) {
     folder.files().write("orders/one.txt", "23,0,10.00,600000,100\n");
     EXPECT_TRUE(prepareOrderFiles(folder.load().config).empty());
     EXPECT_EQ(folder.files().read("orders/one.txt"), "23,0,10.00,600000,100\n");
+}
+
+TEST(PrepareOrderFiles, TellsAFolderAtTheFilesPlace) {
+    const CConfigFolder folder;
+    std::filesystem::create_directories(folder.files().path("orders/one.txt"));
+    EXPECT_EQ(
+        prepareOrderFiles(folder.load().config),
+        Mistakes{folder.files().path("orders/one.txt") + ": is no file; expected a place for an order file"});
 }
 
 TEST(PrepareOrderFiles, TellsWhatCannotBeMade) {

@@ -109,5 +109,16 @@ TEST_F(CsvReader, AMissingFileIsAMistakeOnlyWhereItIsMandatory) {
     EXPECT_EQ(mistakes(), Mistakes{"0: cannot be read; expected a table with the columns a"});
 }
 
+TEST_F(CsvReader, AFileThatIsThereAndCannotBeReadIsAlwaysAMistake) {
+    std::filesystem::create_directory(m_folder.path("d.csv"));
+    EXPECT_TRUE(readCsv(m_folder.path(), "d.csv", {"a"}, {"a"}, false, m_diagnostics).empty());
+    EXPECT_EQ(mistakes(), Mistakes{"0: cannot be read; expected a table with the columns a"});
+}
+
+TEST_F(CsvReader, AnEmptyFileIsReadAndHasNoColumns) {
+    EXPECT_TRUE(read("").empty());
+    EXPECT_EQ(mistakes(), Mistakes{"1: no line with column names; expected a"});
+}
+
 } // namespace
 } // namespace desk

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <ostream>
 
 namespace desk {
@@ -40,40 +42,63 @@ const CSpoiled kDeskRows[] = {
      "desk.toml:26: desk: unknown key \"foo\"; expected one of accept_forced_confirm"},
     {"MissingKey", "desk.toml", "name = \"trader\"\n", "", "desk.toml:1: user: key \"name\" is missing"},
     {"TextForNumber", "desk.toml", "kind = 100", "kind = \"100\"",
-     "desk.toml:3: user: expected a whole number of at least 0"},
+     "desk.toml:3: user: kind is \"100\"; expected a whole number of at least 0"},
     {"NegativeKind", "desk.toml", "kind = 100", "kind = -1",
-     "desk.toml:3: user: expected a whole number of at least 0"},
+     "desk.toml:3: user: kind is -1; expected a whole number of at least 0"},
     {"HugeKind", "desk.toml", "kind = 100", "kind = 4294967396",
-     "desk.toml:3: user: expected a whole number of at least 0"},
+     "desk.toml:3: user: kind is 4294967396; expected a whole number of at least 0"},
     {"NumberForText", "desk.toml", "name = \"trader\"", "name = 7",
-     "desk.toml:2: user: expected a text in quotes"},
+     "desk.toml:2: user: name is no text; expected a text in quotes"},
     {"UnknownRight", "desk.toml", "\"file_orders\"", "\"files\"",
-     "desk.toml:4: user: expected one of \"file_orders\", \"signal_orders\", or a number"},
+     "desk.toml:4: user: rights is \"files\"; expected one of \"file_orders\", \"signal_orders\", or a "
+     "number"},
     {"NegativeRight", "desk.toml", ", 7]", ", -7]",
-     "desk.toml:4: user: expected one of \"file_orders\", \"signal_orders\", or a number"},
+     "desk.toml:4: user: rights is -7; expected one of \"file_orders\", \"signal_orders\", or a number"},
     {"RightsAreNoList", "desk.toml", "[\"file_orders\", 7]", "7",
-     "desk.toml:4: user: expected a list of rights"},
+     "desk.toml:4: user: rights is 7; expected a list of rights"},
     {"MessageWithoutFlags", "desk.toml", "kind = 100", "kind = 100\nmessages = { \"4\" = true }",
      "desk.toml:4: user.messages: expected a message type's number and two flags, such as \"0\" = [true, "
      "false]"},
-    {"SwitchIsNoFlag", "desk.toml", "[settings.stock]", "[switches]\none = 1\n[settings.stock]",
-     "desk.toml:26: switches: expected true or false"},
+    {"SwitchIsNoFlag", "desk.toml", "[settings.stock]",
+     "[switches]\nmdl_order_pb_display = 1\n[settings.stock]",
+     "desk.toml:26: switches: mdl_order_pb_display is 1; expected true or false"},
+    {"MessageWithoutNumber", "desk.toml", "kind = 100", "kind = 100\nmessages = { \"\" = [true, true] }",
+     "desk.toml:4: user.messages: expected a message type's number and two flags, such as \"0\" = [true, "
+     "false]"},
+    {"MessageOfHugeNumber", "desk.toml", "kind = 100",
+     "kind = 100\nmessages = { \"99999999999\" = [true, true] }",
+     "desk.toml:4: user.messages: expected a message type's number and two flags, such as \"0\" = [true, "
+     "false]"},
+    {"MessageOfNegativeNumber", "desk.toml", "kind = 100", "kind = 100\nmessages = { \"-3\" = [true, true] }",
+     "desk.toml:4: user.messages: expected a message type's number and two flags, such as \"0\" = [true, "
+     "false]"},
+    {"UnknownSwitch", "desk.toml", "[settings.stock]",
+     "[switches]\nmdl_order_remark = true\n[settings.stock]",
+     "desk.toml:26: switches: unknown key \"mdl_order_remark\"; expected one of mdl_order_command_remark, "
+     "mdl_order_pb_display, mdl_order_service_force_confirm, mdl_order_split_orderNum"},
+    {"ListExpected", "desk.toml", "[{ account = \"A1\", weight = 6 }]",
+     "[{ account = \"A1\", weight = 6 }, \"C1\"]",
+     "desk.toml:19: group: members is \"C1\"; expected a table"},
     {"TableExpected", "desk.toml", "[settings.stock]", "[settings]\nfuture = 1\n[settings.stock]",
-     "desk.toml:26: expected a table"},
+     "desk.toml:26: settings: future is 1; expected a table"},
     {"UnknownPriceType", "desk.toml", "\"buy1\"", "\"buy11\"",
-     "desk.toml:26: settings.stock: expected one of \"buy1\", \"buy10\", \"buy2\", \"buy3\", \"buy4\", "
+     "desk.toml:26: settings.stock: price_type is \"buy11\"; expected one of \"buy1\", \"buy10\", \"buy2\", "
+     "\"buy3\", \"buy4\", "
      "\"buy5\", \"buy6\", \"buy7\", \"buy8\", \"buy9\", \"latest\", \"sell1\", \"sell10\", \"sell2\", "
      "\"sell3\", \"sell4\", \"sell5\", \"sell6\", \"sell7\", \"sell8\", \"sell9\", \"specified\", or a "
      "number"},
     {"BrokerByNumber", "desk.toml", "broker = \"credit\"", "broker = 3",
-     "desk.toml:13: account: expected one of \"credit\", \"future\", \"future_option\", \"gold\", \"hgt\", "
+     "desk.toml:13: account: broker is 3; expected one of \"credit\", \"future\", \"future_option\", "
+     "\"gold\", \"hgt\", "
      "\"neeq\", \"sgt\", \"stock\", \"stock_option\""},
     {"DuplicateAccount", "desk.toml", "\"C1\"", "\"A1\"",
      "desk.toml:11: account: account \"A1\" stands twice"},
     {"EmptyAccountKey", "desk.toml", "\"C1\"", "\"\"", "desk.toml:11: account: key must not be empty"},
     {"NegativeFunds", "desk.toml", "1000.0", "-1.0", "desk.toml:6: account: funds must not be negative"},
-    {"EndlessFunds", "desk.toml", "1000.0", "inf", "desk.toml:9: account: expected a finite number"},
-    {"FundsThatAreNoNumber", "desk.toml", "1000.0", "nan", "desk.toml:9: account: expected a finite number"},
+    {"EndlessFunds", "desk.toml", "1000.0", "inf",
+     "desk.toml:9: account: funds is inf; expected a finite number"},
+    {"FundsThatAreNoNumber", "desk.toml", "1000.0", "nan",
+     "desk.toml:9: account: funds is nan; expected a finite number"},
     {"DuplicateGroup", "desk.toml", "[[basket]]",
      "[[group]]\nname = \"main\"\nbroker = \"stock\"\nmembers = [{ account = \"A1\" }]\n[[basket]]",
      "desk.toml:21: group: group \"main\" stands twice"},
@@ -88,7 +113,16 @@ const CSpoiled kDeskRows[] = {
     {"WeightOfZero", "desk.toml", "weight = 6", "weight = 0",
      "desk.toml:19: group.members: weight must be above 0"},
     {"EndlessWeight", "desk.toml", "weight = 6", "weight = inf",
-     "desk.toml:19: group.members: expected a finite number"},
+     "desk.toml:19: group.members: weight is inf; expected a finite number"},
+    {"GroupWithoutName", "desk.toml", "[[basket]]",
+     "[[group]]\nname = \"\"\nbroker = \"stock\"\nmembers = [{ account = \"A1\" }]\n[[basket]]",
+     "desk.toml:21: group: name must not be empty"},
+    {"BasketWithoutName", "desk.toml", "name = \"蓝筹\"", "name = \"\"",
+     "desk.toml:21: basket: name must not be empty"},
+    {"BasketWithNegativeWeight", "desk.toml", "weight = 1.0", "weight = -1.0",
+     "desk.toml:23: basket.rows: weight must not be negative"},
+    {"BasketPriceOfZero", "desk.toml", "weight = 1.0", "weight = 1.0, price = 0",
+     "desk.toml:23: basket.rows: price must be above 0; leave it out where there is no price"},
     {"DuplicateBasket", "desk.toml", "[settings.stock]",
      "[[basket]]\nname = \"蓝筹\"\nrows = []\n[settings.stock]",
      "desk.toml:25: basket: basket \"蓝筹\" stands twice"},
@@ -106,7 +140,7 @@ const CSpoiled kStrategyRows[] = {
     {"ChannelTwice", "strategies.toml", "channel = 2", "channel = 1",
      "strategies.toml:10: strategy: channel 1 stands twice"},
     {"ChannelOfZero", "strategies.toml", "channel = 2", "channel = 0",
-     "strategies.toml:11: strategy: expected a whole number of at least 1"},
+     "strategies.toml:11: strategy: channel is 0; expected a whole number of at least 1"},
     {"UnknownAccount", "strategies.toml", "\"A1\"", "\"A9\"",
      "strategies.toml:1: strategy: account \"A9\" is unknown; expected the key of an [[account]]"},
     {"AccountOfAnotherBroker", "strategies.toml", "\"A1\"", "\"C1\"",
@@ -120,20 +154,35 @@ const CSpoiled kStrategyRows[] = {
      "strategies.toml:10: strategy: expected either \"group\" or \"account\""},
     {"UnknownFamily", "strategies.toml", "group = \"main\"\nfamily = \"stock\"",
      "group = \"main\"\nfamily = \"stocks\"",
-     "strategies.toml:15: strategy: expected one of \"basket\", \"credit\", \"future\", \"future_option\", "
+     "strategies.toml:15: strategy: family is \"stocks\"; expected one of \"basket\", \"credit\", "
+     "\"future\", \"future_basket\", \"future_option\", "
      "\"gold\", \"hgt\", \"neeq\", \"sgt\", \"stock\", \"stock_option\""},
     {"UnknownSource", "strategies.toml", "channel = 2\nsource = \"file\"", "channel = 2\nsource = \"dbf\"",
-     "strategies.toml:12: strategy: expected one of \"file\", \"interface\", \"signal\""},
+     "strategies.toml:12: strategy: source is \"dbf\"; expected one of \"file\", \"interface\", \"signal\", "
+     "\"table\""},
     {"NoPath", "strategies.toml", "path = \"orders/two.txt\"\n", "running = true\n",
      "strategies.toml:10: strategy: key \"path\" is missing: where the orders come from"},
     {"PathTwice", "strategies.toml", "orders/two.txt", "orders/../orders/./one.txt",
      "strategies.toml:10: strategy: path \"orders/../orders/./one.txt\" is the path of channel 1 too"},
+    {"TablesPathTwice", "strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
+     "channel = 2\nsource = \"table\"\npath = \"orders/one.txt\"",
+     "strategies.toml:10: strategy: path \"orders/one.txt\" is the path of channel 1 too"},
+    {"AddressWithoutPort", "strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
+     "channel = 2\nsource = \"signal\"\npath = \"127.0.0.1\"",
+     "strategies.toml:10: strategy: path \"127.0.0.1\" is no address; expected \"ip:port\" with a port of 1 "
+     "to 65535"},
+    {"PortThatIsNone", "strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
+     "channel = 2\nsource = \"signal\"\npath = \"127.0.0.1:65536\"",
+     "strategies.toml:10: strategy: path \"127.0.0.1:65536\" is no address; expected \"ip:port\" with a port "
+     "of 1 to 65535"},
+    {"PasswordWithoutQuotes", "strategies.toml", "running = true", "pass = 1234",
+     "strategies.toml:8: strategy: pass is no text; expected a text in quotes"},
     {"UnknownCode", "strategies.toml", "running = true", "code = \"600009\"",
      "strategies.toml:1: strategy: code \"600009\" is unknown; expected an instrument of instruments.csv"},
     {"AmountOfZero", "strategies.toml", "running = true", "amount = 0.0",
      "strategies.toml:1: strategy: amount must be above 0"},
     {"EndlessAmount", "strategies.toml", "running = true", "amount = inf",
-     "strategies.toml:8: strategy: expected a finite number"},
+     "strategies.toml:8: strategy: amount is inf; expected a finite number"},
     {"NoTables", "strategies.toml", "[[strategy]]\nchannel = 1\n", "[other]\nchannel = 1\n",
      "strategies.toml:1: strategies.toml: unknown key \"other\"; expected one of strategy"},
 };
@@ -194,6 +243,19 @@ TEST(DeskMistakes, MalformedTomlIsToldByItsLine) {
     const auto mistakes = folder.mistakes();
     ASSERT_EQ(mistakes.size(), 1U);
     EXPECT_EQ(mistakes[0].rfind("strategies.toml:11: is not TOML: ", 0), 0U) << mistakes[0];
+}
+
+TEST(DeskMistakes, AFolderAtAFilesPlaceIsNoEmptyFile) {
+    for (const char* file :
+         {"desk.toml", "strategies.toml", "quotes.csv", "positions.csv", "quote_changes.csv"}) {
+        const test::CConfigFolder folder;
+        std::filesystem::remove(folder.files().path(file));
+        std::filesystem::create_directory(folder.files().path(file));
+        const auto told = folder.mistakes();
+        EXPECT_TRUE(std::any_of(told.begin(), told.end(), [&](const std::string& mistake) {
+            return mistake.rfind(std::string(file) + ":0: cannot be read", 0) == 0;
+        })) << file;
+    }
 }
 
 TEST(DeskMistakes, FilesSavedAsGbkAreTold) {

@@ -1,5 +1,6 @@
 #include "desk/config/StrategyFile.h"
 
+#include "records/Families.h"
 #include "tests/desk/config/ConfigFolder.h"
 
 #include <gtest/gtest.h>
@@ -80,6 +81,53 @@ TEST(StrategyFile, StoppedStrategyMayBeUnfinished) {
     strategies.insert(4, added);
     ASSERT_TRUE(saveStrategies(folder.path(), strategies).isSuccess());
     EXPECT_EQ(onlyStrategy(folder).m_nChannel, 4);
+}
+
+/// Every source and family that the service can hold.
+TEST(StrategyFile, WhatTheServiceCanHoldIsReadAgain) {
+    const CConfigFolder folder;
+    TC::COrderStrategyMap strategies;
+    const auto add = [&](TC::EOrderStrategyType source, TC::EOrderStrategyTradeType family) {
+        TC::COrderStrategyParam added;
+        added.m_nChannel = static_cast<int>(strategies.size()) + 1;
+        added.m_strName = QString::number(added.m_nChannel);
+        added.m_eStrategyType = source;
+        added.m_eTradeType = family;
+        added.m_nVolume = TC::kUnsetInt;
+        added.m_ePositionType = TC::unsetEnum<TC::EPositionType>();
+        strategies.insert(added.m_nChannel, added);
+    };
+    for (const auto source : {TC::EOrderStrategyType::Interface, TC::EOrderStrategyType::Signal,
+                              TC::EOrderStrategyType::File, TC::EOrderStrategyType::BatchPending})
+        add(source, TC::EOrderStrategyTradeType::Stock);
+    for (std::size_t i = 0; i < TC::kFamilyCount; ++i)
+        add(TC::EOrderStrategyType::File, TC::kFamilies[i].m_eTradeType);
+    ASSERT_TRUE(saveStrategies(folder.path(), strategies).isSuccess());
+    EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
+    const TC::COrderStrategyMap again = folder.load().config.strategies;
+    ASSERT_EQ(again.size(), strategies.size());
+    for (const TC::COrderStrategyParam& strategy : strategies) {
+        EXPECT_EQ(again[strategy.m_nChannel].m_eStrategyType, strategy.m_eStrategyType);
+        EXPECT_EQ(again[strategy.m_nChannel].m_eTradeType, strategy.m_eTradeType);
+    }
+}
+
+TEST(StrategyFile, ATablesPathIsRelativeToo) {
+    const CConfigFolder folder;
+    folder.replace("strategies.toml", "channel = 2\nsource = \"file\"", "channel = 2\nsource = \"table\"");
+    const TC::COrderStrategyMap strategies = folder.load().config.strategies;
+    EXPECT_EQ(strategies[2].m_strSignalSource.toStdString(), folder.files().path("orders/two.txt"));
+    ASSERT_TRUE(saveStrategies(folder.path(), strategies).isSuccess());
+    EXPECT_EQ(folder.files().read("strategies.toml").find(folder.path()), std::string::npos);
+}
+
+TEST(StrategyFile, ADraftThatIsOpenToOthersIsNotWrittenInto) {
+    const CConfigFolder folder;
+    folder.files().write("strategies.toml.new", "left behind");
+    std::filesystem::permissions(folder.files().path("strategies.toml.new"), std::filesystem::perms::all);
+    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    EXPECT_EQ(std::filesystem::status(folder.files().path("strategies.toml")).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 
 TEST(StrategyFile, KeysLeftOutComeFromTheUsersDefaults) {
