@@ -1,11 +1,14 @@
-// Any bytes as an order file, through the line reader's splitting and the grammar: no crash, no undefined
-// behaviour, and every order that comes out belongs to the file's channel or to a basket.
+// Any bytes as an order file, through the line reader and the grammar: no crash, no undefined behaviour, and
+// every order that comes out belongs to the file's channel or is a basket or list of several lines.
+#include "intake/LineReader.h"
 #include "intake/OrderFileParser.h"
+#include "records/OrderTypes.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -40,47 +43,46 @@ public:
     }
 };
 
-/// The read loop over the text, as the file service drives it.
-void readText(TC::COrderFileParser& parser, const std::string& text, int rowPosition) {
-    bool settled = false;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size() - 1) + 1;
-        std::string line = text.substr(begin, end - begin);
-        begin = end;
-        if (settled) {
-            parser.parseComposeTradeParam(line);
-            continue;
-        }
-        const TC::TypeReturn result = parser.parseLineParam(line, rowPosition);
-        if (result == TC::TR_STOP_READING) return;
-        settled = result == TC::TR_BASKET_HEADER;
+void readAll(TC::COrderFileParser& parser, std::FILE* stream, int rowPosition) {
+    TC::CLineReader reader(stream);
+    for (std::string line; reader.readLine(line) && parser.takeLine(line, rowPosition);) {
     }
 }
 
+/// Only the last order can be the basket or list of the file, and only such may be of another channel or have
+/// several lines.
 void checkOrders(const QVector<TC::COrderParam>& orders) {
-    for (int i = 0; i + 1 < orders.size(); ++i) {
-        if (orders[i].m_nChannel != kChannel) std::abort();
-        if (orders[i].m_orders.size() > 1) std::abort();
+    for (int i = 0; i < orders.size(); ++i) {
+        const TC::COrderParam& order = orders[i];
+        const bool isBasket =
+            TC::isBasketHeaderOrder(order.m_nOrderType) || order.m_nOrderType == TC::kOrderBasketWhole;
+        const bool isList = order.m_nOrderType == TC::kOrderBasketList;
+        const bool isLast = i + 1 == orders.size();
+        if (order.m_nChannel != kChannel && !(isLast && isBasket)) std::abort();
+        if (order.m_orders.size() > 1 && !(isLast && (isBasket || isList))) std::abort();
     }
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) return 0;
+    if (size < 2) return 0; // fmemopen takes no empty buffer
     TC::COrderStrategyParam strategy;
     const bool isTable = (data[0] & 1) != 0;
     if (isTable) strategy.m_nAccountMode = TC::COrderStrategyParam::kTableMode;
     if ((data[0] & 2) != 0) {
         strategy.setting(TC::ESettingSlot::StockBasket).m_ePriceType = TC::EPriceType::Specified;
     }
+    std::FILE* stream = ::fmemopen(const_cast<std::uint8_t*>(data) + 1, size - 1, "r");
+    if (stream == nullptr) std::abort();
     CFuzzPort port;
     TC::COrderFileParser parser(strategy, kChannel, port);
     try {
-        readText(parser, std::string(reinterpret_cast<const char*>(data) + 1, size - 1), isTable ? 1 : 0);
+        readAll(parser, stream, isTable ? 1 : 0);
     } catch (const boost::bad_lexical_cast&) {
         // The way a file ends at a number that cannot be read.
     }
+    std::fclose(stream);
     checkOrders(parser.takeOrders());
     return 0;
 }

@@ -81,6 +81,9 @@ void showFill(std::ostream& out, const CJson& record) {
 void showIntake(std::ostream& out, const CJson& record) {
     out << "channel " << word(record, "channel") << ": " << word(record, "orders") << " orders in "
         << word(record, "lines") << " lines of " << word(record, "source");
+    if (number(record, "unread_params") != 0)
+        out << ", " << word(record, "unread_params") << " orderParam lines NOT UNDERSTOOD";
+    if (word(record, "left_waiting") == "true") out << ", LEFT WAITING: " << word(record, "cause");
     if (word(record, "cut_short") == "true") out << ", CUT SHORT at " << word(record, "cause");
 }
 

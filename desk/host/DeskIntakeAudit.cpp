@@ -9,9 +9,14 @@ namespace desk {
 void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     // Where the journal refuses, the commands of these orders are refused too, and told one by one.
     (void)m_journal.append("intake", intakeFields(report));
-    if (!report.m_bCutShort) return;
-    m_sink.writeLine(report.m_strSource.toStdString() + " was cut short at " +
-                     report.m_strCause.toStdString() + "; what stood behind it is lost");
+    const std::string source = report.m_strSource.toStdString();
+    if (report.m_nUnreadTradeParams != 0)
+        m_sink.writeLine(source + " has " + std::to_string(report.m_nUnreadTradeParams) +
+                         " orderParam lines that are not understood; their orders go out without them");
+    if (report.m_bLeftWaiting) m_sink.writeLine(source + " waits unread: " + report.m_strCause.toStdString());
+    if (report.m_bCutShort)
+        m_sink.writeLine(source + " was cut short at " + report.m_strCause.toStdString() +
+                         "; what stood behind it is lost");
 }
 
 } // namespace desk

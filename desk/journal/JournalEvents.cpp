@@ -29,7 +29,9 @@ CJson intakeFields(const TC::CIntakeReport& report) {
                  {"strategy_type", enumValue(report.m_eStrategyType)},
                  {"lines", report.m_nLines},
                  {"orders", report.m_nOrders},
+                 {"unread_params", report.m_nUnreadTradeParams},
                  {"cut_short", report.m_bCutShort},
+                 {"left_waiting", report.m_bLeftWaiting},
                  {"cause", textValue(report.m_strCause)}};
 }
 

@@ -1,6 +1,7 @@
 #include "intake/FileService.h"
 
 #include "base/Clock.h"
+#include "base/Log.h"
 #include "base/Text.h"
 #include "gates/IntakePause.h"
 #include "intake/LineReader.h"
@@ -14,7 +15,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <exception>
+#include <stdexcept>
 
 namespace TC {
 namespace {
@@ -36,7 +40,9 @@ CFileStream openRegularFile(const std::string& path) {
         ::close(descriptor);
         return nullptr;
     }
-    return CFileStream(::fdopen(descriptor, "r"));
+    CFileStream stream(::fdopen(descriptor, "r"));
+    if (!stream) ::close(descriptor);
+    return stream;
 }
 
 long long fileSize(std::FILE* stream) {
@@ -48,20 +54,22 @@ void deleteFile(const std::string& path) {
     ::unlink(path.c_str());
 }
 
+CIntakeReport makeReport(int channel, const COrderStrategyParam& strategy) {
+    CIntakeReport report;
+    report.m_eStrategyType = strategy.m_eStrategyType;
+    report.m_nChannel = channel;
+    report.m_strSource = strategy.m_strSignalSource;
+    return report;
+}
+
 /// Reads the file to its end or to the line that ends it, and counts.
 void readLines(CLineReader& reader, COrderFileParser& parser, CIntakeReport& report) {
     std::string line;
     while (reader.readLine(line)) {
         ++report.m_nLines;
-        const TypeReturn result = parser.parseLineParam(line);
-        if (result == TR_STOP_READING) return;
-        if (result != TR_BASKET_HEADER) continue;
-        while (reader.readLine(line)) {
-            ++report.m_nLines;
-            parser.parseComposeTradeParam(line);
-        }
-        return;
+        if (!parser.takeLine(line)) return;
     }
+    if (reader.failed()) throw std::runtime_error("the file cannot be read further");
 }
 
 /// What stood before the line goes on, the rest of the file is lost. The user sees nothing; the audit tells.
@@ -69,6 +77,18 @@ void cutShort(CIntakeReport& report, const QString& cause) {
     report.m_bCutShort = true;
     report.m_strCause =
         utils::fillText(QStringLiteral("line %1: %2"), {QString::number(report.m_nLines), cause});
+}
+
+/// An audit that throws against its word must not cost the orders.
+void tellAudit(const CIntakeReport& report) {
+    try {
+        CIntakeAudit::instance().recordIntake(report);
+    } catch (...) {
+        if (!utils::CLogCenter::logEnabled()) return;
+        utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, nullptr, __FUNCTION__,
+                               "the audit did not record the intake of channel " +
+                                   std::to_string(report.m_nChannel));
+    }
 }
 
 } // namespace
@@ -112,13 +132,10 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     if (!strategy.isRunning() || strategy.m_eStrategyType != EOrderStrategyType::File) return;
     std::string tmpPath;
     CFileStream stream;
-    if (!readOrderFile(strategy, tmpPath, stream)) return;
+    if (!readOrderFile(channel, strategy, tmpPath, stream)) return;
 
     COrderFileParser parser(strategy, channel, m_port);
-    CIntakeReport report;
-    report.m_eStrategyType = strategy.m_eStrategyType;
-    report.m_nChannel = channel;
-    report.m_strSource = strategy.m_strSignalSource;
+    CIntakeReport report = makeReport(channel, strategy);
     CLineReader reader(stream.get());
     try {
         parser.expectBytes(fileSize(stream.get()));
@@ -134,11 +151,22 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     deleteFile(tmpPath);
     QVector<COrderParam> orders = parser.takeOrders();
     report.m_nOrders = orders.size();
-    CIntakeAudit::instance().recordIntake(report);
+    report.m_nUnreadTradeParams = parser.unreadTradeParams();
+    tellAudit(report);
     m_gate.placeOrders(std::move(orders));
 }
 
-bool CFileService::readOrderFile(const COrderStrategyParam& strategy, std::string& tmpPath,
+/// Says what keeps a file waiting at the first look only.
+void CFileService::tellLeftWaiting(int channel, const COrderStrategyParam& strategy, const char* cause) {
+    if (!m_leftWaiting.insert(utils::toPathBytes(strategy.m_strSignalSource) + kTmpSuffix).second) return;
+    CIntakeReport report = makeReport(channel, strategy);
+    report.m_bLeftWaiting = true;
+    report.m_strCause =
+        utils::fillText(QStringLiteral("it cannot be renamed: %1"), {QString::fromLocal8Bit(cause)});
+    tellAudit(report);
+}
+
+bool CFileService::readOrderFile(int channel, const COrderStrategyParam& strategy, std::string& tmpPath,
                                  CFileStream& stream) {
     if (strategy.m_strSignalSource.isEmpty()) return false;
     // Enciphered files and tables are not read yet; the registry refuses to start such strategies.
@@ -151,7 +179,11 @@ bool CFileService::readOrderFile(const COrderStrategyParam& strategy, std::strin
     deleteFile(tmpPath); // one that a pass left behind when it died
     // A file that cannot be taken away waits: reading it where it lies would place its orders again and
     // again.
-    if (::rename(source.c_str(), tmpPath.c_str()) != 0) return false;
+    if (::rename(source.c_str(), tmpPath.c_str()) != 0) {
+        tellLeftWaiting(channel, strategy, std::strerror(errno));
+        return false;
+    }
+    m_leftWaiting.erase(tmpPath);
     stream = openRegularFile(tmpPath);
     if (!stream) deleteFile(tmpPath);
     return stream != nullptr;

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdio>
 #include <memory>
+#include <set>
 #include <string>
 
 namespace TC {
@@ -18,7 +19,7 @@ struct CFileCloser {
 using CFileStream = std::unique_ptr<std::FILE, CFileCloser>;
 
 /// Polls the files of the running file strategies, takes each away from its writer by renaming it, reads it
-/// to the end and hands its orders to the gate as one batch. Nothing stays open or remembered between passes.
+/// to the end and hands its orders to the gate as one batch. Nothing stays open between passes.
 class CFileService {
 public:
     /// Gate and registry outlive the object.
@@ -36,11 +37,14 @@ public:
 
 private:
     void orderStrategyParamPair(int channel, const COrderStrategyParam& strategy);
-    bool readOrderFile(const COrderStrategyParam& strategy, std::string& tmpPath, CFileStream& stream);
+    bool readOrderFile(int channel, const COrderStrategyParam& strategy, std::string& tmpPath,
+                       CFileStream& stream);
+    void tellLeftWaiting(int channel, const COrderStrategyParam& strategy, const char* cause);
 
     IOrderGate& m_gate;
     IStrategyRegistry& m_registry;
     CHostLinePort m_port;
+    std::set<std::string> m_leftWaiting; ///< .tmp paths of files that could not be taken, already told
     std::atomic<bool> m_bStopped{false};
 };
 

@@ -22,6 +22,9 @@ public:
     /// reading fails.
     bool readLine(std::string& line);
 
+    /// Whether reading ended by an error of the file system rather than at the end of the file.
+    bool failed() const { return std::ferror(m_pStream) != 0; }
+
 private:
     bool fill();
     void appendRun(std::string& line);

@@ -64,6 +64,16 @@ void COrderFileParser::expectBytes(long long bytes) {
     m_orders.reserve(static_cast<int>(std::min(bytes / kShortLine + 1, kMostReserved)));
 }
 
+bool COrderFileParser::takeLine(std::string& line, int rowPosition) {
+    if (m_bSettled) {
+        parseComposeTradeParam(line);
+        return true;
+    }
+    const TypeReturn result = parseLineParam(line, rowPosition);
+    m_bSettled = result == TR_BASKET_HEADER;
+    return result != TR_STOP_READING;
+}
+
 TypeReturn COrderFileParser::parseLineParam(std::string& line, int rowPosition) {
     utils::string_replace(line, '\n');
     if (parseCancel(line)) return TR_LINE_DONE;
@@ -128,7 +138,7 @@ bool COrderFileParser::parseComposeInfo(const CFields& fields) {
         if (m_port.hasAccounts(m_strategy)) m_order.m_bAll = true;
         return false;
     }
-    const auto basket = m_port.findBasket(name);
+    const auto basket = findBasket(fields[2]);
     if (basket) {
         appendBasket(*basket, kOwnOperation);
     } else {
@@ -137,6 +147,14 @@ bool COrderFileParser::parseComposeInfo(const CFields& fields) {
                             {m_port.sourceLabel(m_strategy.m_eStrategyType), QString::number(m_nChannel)}));
     }
     return false;
+}
+
+/// Some names in GBK are well-formed UTF-8 as well and read as another name; those count as GBK when the user
+/// has no basket of the first reading.
+std::optional<CBasketSetting> COrderFileParser::findBasket(std::string_view name) {
+    auto basket = m_port.findBasket(UW::sToQs(name.data(), name.size()));
+    if (!basket) basket = m_port.findBasket(UW::sToQsGBK(std::string(name)));
+    return basket;
 }
 
 void COrderFileParser::appendBasket(const CBasketSetting& basket, int fixedOperation) {
@@ -163,7 +181,11 @@ bool COrderFileParser::parserTradeParam(const std::string& line) {
     const QString text = UW::sToQsGBK(line);
     const QString param = text.mid(text.indexOf(u'=') + 1);
     COrderTradeParam read = m_tradeParam; // a text that is not understood leaves the parameters as they are
-    if (param.isEmpty() || !m_port.readTradeParam(utils::toLocal8Bit(param), read)) return true;
+    if (param.isEmpty()) return true;
+    if (!m_port.readTradeParam(utils::toLocal8Bit(param), read)) {
+        ++m_nUnreadTradeParams;
+        return true;
+    }
     m_tradeParam = std::move(read);
     m_tradeParam.m_strRemark = utils::safeGbk2Utf8(m_tradeParam.m_strRemark);
     if (m_tradeParam.m_strRemark.empty()) m_tradeParam.m_strRemark = m_port.defaultRemark(m_strategy);
@@ -202,8 +224,7 @@ bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineSource&
     startHeader(parsed.m_nOrderType, fields[1]);
     constexpr std::size_t kFieldCount = 3;
     if (fields.size() != kFieldCount) return false;
-    const std::string_view name = fields[firstOrderField(source)];
-    const auto basket = m_port.findBasket(UW::sToQs(name.data(), name.size()));
+    const auto basket = findBasket(fields[firstOrderField(source)]);
     if (!basket) return false;
     appendBasket(*basket, static_cast<int>(EOperationType::Buy));
     m_bCompose = true;

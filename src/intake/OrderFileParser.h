@@ -7,7 +7,9 @@
 
 #include <QVector>
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace TC {
 
@@ -25,8 +27,11 @@ public:
     /// again.
     void expectBytes(long long bytes);
 
-    /// Reads one line, with or without its line end. Changes the text. rowPosition: the position of a table
-    /// row, counted from 1, unused for files.
+    /// Takes the next line of a source. Changes the text. False when the rest of it does not matter.
+    /// rowPosition: the position of a table row, counted from 1, unused for files.
+    bool takeLine(std::string& line, int rowPosition = 0);
+
+    /// Reads one line, with or without its line end. Changes the text.
     TypeReturn parseLineParam(std::string& line, int rowPosition = 0);
 
     /// Reads one line of the rest of a file whose header settled the basket: only trade parameters count, and
@@ -35,6 +40,10 @@ public:
 
     /// The batch of the file, the basket or list order last. Call once, at the end.
     QVector<COrderParam> takeOrders();
+
+    /// Lines of trade parameters that the host did not understand. The orders in front of them keep what they
+    /// had and count as served.
+    int unreadTradeParams() const { return m_nUnreadTradeParams; }
 
 private:
     TypeReturn parseFirstLineParam(const std::string& line);
@@ -47,6 +56,7 @@ private:
     bool takeWholeBasket(const CFields& fields, const CLineSource& source, const COrderParam& parsed);
     TypeReturn parseListLine(const std::string& line);
     TypeReturn parseBasketLine(const std::string& line);
+    std::optional<CBasketSetting> findBasket(std::string_view name);
     void appendBasket(const CBasketSetting& basket, int fixedOperation);
 
     const COrderStrategyParam& m_strategy;
@@ -59,6 +69,8 @@ private:
     COrderTradeParam m_tradeParam;
     QVector<COrderParam> m_orders;
     int m_nFilledOrders = 0; ///< of m_orders, those that have their trade parameters
+    int m_nUnreadTradeParams = 0;
+    bool m_bSettled = false; ///< the header settled the basket
 };
 
 } // namespace TC

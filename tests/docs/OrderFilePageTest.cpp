@@ -3,6 +3,7 @@
 #include "tests/docs/FencedBlocks.h"
 #include "tests/intake/FakeLinePort.h"
 
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -46,15 +47,11 @@ std::string outcomeOf(const std::string& lines) {
     CPagePort port;
     COrderFileParser parser(strategy, 3, port);
     std::istringstream input(lines);
-    bool settled = false;
-    for (std::string line; std::getline(input, line);) {
-        if (settled) {
-            parser.parseComposeTradeParam(line);
-            continue;
+    try {
+        for (std::string line; std::getline(input, line) && parser.takeLine(line);) {
         }
-        const TypeReturn result = parser.parseLineParam(line);
-        if (result == TR_STOP_READING) break;
-        settled = result == TR_BASKET_HEADER;
+    } catch (const boost::bad_lexical_cast&) {
+        // The file ends here; what stood before goes on.
     }
     for (const COrderParam& order : parser.takeOrders())
         port.log << order.toQString().toStdString() << '\n';

@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <thread>
 
@@ -182,6 +183,13 @@ TEST_F(FileService, FolderAtTheTemporaryPathLeavesTheFileWaiting) {
     EXPECT_TRUE(gate.batches.empty());
     EXPECT_TRUE(folder.exists("a.txt"));
     EXPECT_TRUE(folder.exists("a.txt.tmp"));
+    ASSERT_EQ(host.audit.reports.size(), 1u); // told once
+    EXPECT_TRUE(report().m_bLeftWaiting);
+    EXPECT_EQ(report().m_strCause, QStringLiteral("it cannot be renamed: Is a directory"));
+
+    std::filesystem::remove(folder.path("a.txt.tmp"));
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.size(), 1u);
 }
 
 TEST_F(FileService, FileOfTheNextWriterWaitsForTheNextPass) {
@@ -330,6 +338,72 @@ TEST_F(FileService, LoopSleepsTheIntervalBetweenPasses) {
     // The first look comes when more than one interval has gone by.
     EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05}));
     EXPECT_EQ(gate.batches.size(), 1u);
+}
+
+TEST_F(FileService, LoopReadsTheIntervalAnewAndCountsFromTheLastPass) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "");
+    host.user.interval = 50;
+    gate.onPlace = [this] {
+        if (gate.batches.size() == 2) return service.stop();
+        host.user.interval = 20;
+        folder.write("a.txt", "");
+    };
+    service.startFileServer();
+    // The pass ends its own round with the interval that was read before it.
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05, 0.02}));
+    EXPECT_EQ(registry.visits, 2);
+}
+
+TEST_F(FileService, PausedLoopLooksAgainAfterItsPauseAndTheInterval) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "");
+    host.user.interval = 50;
+    auto pause = std::make_unique<CIntakePause>();
+    clock.onSleep = [&] {
+        if (clock.sleeps().size() == 4) pause.reset();
+    };
+    gate.onPlace = [this] { service.stop(); };
+    service.startFileServer();
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.8, 0.05, 0.05}));
+    EXPECT_EQ(registry.visits, 1);
+}
+
+TEST_F(FileService, AnExceptionEndsThePassForTheStrategiesBehindIt) {
+    addStrategy(3, "a.txt");
+    addStrategy(4, "b.txt");
+    folder.write("a.txt", "");
+    folder.write("b.txt", "");
+    gate.onPlace = [] { throw std::runtime_error("refused"); };
+    EXPECT_THROW(service.tryOrder(), std::runtime_error);
+    EXPECT_EQ(gate.batches.size(), 1u);
+    EXPECT_TRUE(folder.exists("b.txt"));
+}
+
+TEST_F(FileService, AnAuditThatThrowsCostsNoOrders) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    host.audit.onRecord = [] { throw std::runtime_error("no room"); };
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.size(), 1u);
+    EXPECT_EQ(gate.batches[0].size(), 1);
+}
+
+TEST_F(FileService, TradeParametersThatAreNotUnderstoodAreCountedForTheAudit) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "23,0,10.5,600000,100\norderParam=unknown\n");
+    service.tryOrder();
+    EXPECT_EQ(report().m_nUnreadTradeParams, 1);
+    EXPECT_EQ(report().m_nOrders, 1);
+}
+
+TEST_F(FileService, FilesOfALoggedOutUserWait) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    host.user.loggedIn = false;
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_TRUE(folder.exists("a.txt"));
 }
 
 TEST_F(FileService, LoopOutlivesAnExceptionOfAPass) {

@@ -24,15 +24,8 @@ protected:
 
     /// Parses the lines, stopping as the read loop does, and gives the batch.
     QVector<COrderParam> read(const std::vector<std::string>& lines) {
-        bool settled = false;
         for (std::string line : lines) {
-            if (settled) {
-                parser().parseComposeTradeParam(line);
-                continue;
-            }
-            const TypeReturn result = parse(line);
-            if (result == TR_STOP_READING) break;
-            settled = result == TR_BASKET_HEADER;
+            if (!parser().takeLine(line)) break;
         }
         return parser().takeOrders();
     }
@@ -197,6 +190,13 @@ TEST_F(OrderFileParser, FutureLineHasTwoFurtherPrices) {
     EXPECT_EQ(line.m_dSecondLimit, 3600);
 }
 
+TEST_F(OrderFileParser, FutureLineWithOneLimitGivesTheFirst) {
+    const COrderSingleParam line = readOne("0,0,3500,IF1712,1,3600").m_orders[0];
+    EXPECT_TRUE(line.m_bHasFirstLimit);
+    EXPECT_EQ(line.m_dFirstLimit, 3600);
+    EXPECT_FALSE(line.m_bHasSecondLimit);
+}
+
 TEST_F(OrderFileParser, FutureLineWithoutLimitsLeavesThemOff) {
     const COrderSingleParam line = readOne("15,0,3500,0,").m_orders[0];
     EXPECT_TRUE(line.m_strCode.isEmpty());
@@ -289,6 +289,13 @@ TEST_F(TableRows, FutureRowHasNoPriceCommand) {
     const COrderParam order = row("0,3500,IF1712,1");
     EXPECT_EQ(order.m_orders[0].m_dPrice, 3500);
     EXPECT_EQ(order.m_orders[0].m_strCode, QStringLiteral("IF1712"));
+}
+
+TEST_F(TableRows, WholeBasketReadsChannelAndNameFromTheSameField) {
+    addBasket(QStringLiteral("9"));
+    const COrderParam order = row("34,9,");
+    EXPECT_EQ(order.m_nChannel, 9);
+    EXPECT_EQ(order.m_orders.size(), 1);
 }
 
 // Cancels.
@@ -420,6 +427,32 @@ TEST_F(OrderFileParser, TradeParametersThatAreNotUnderstoodLeaveTheParametersAsT
     EXPECT_EQ(orders[1].m_strRemark, "known"); // the last parameters that were understood still stand
 }
 
+TEST_F(OrderFileParser, OrdersBeforeTradeParametersThatAreNotUnderstoodAreServed) {
+    port.params["known"] = tradeParam("known");
+    const auto orders = read({"23,0,1,600000,1", "orderParam=knwon", "23,0,2,600000,1", "orderParam=known"});
+    EXPECT_EQ(orders[0].m_strRemark, "");
+    EXPECT_EQ(orders[1].m_strRemark, "known");
+    EXPECT_EQ(parser().unreadTradeParams(), 1);
+}
+
+TEST_F(OrderFileParser, TradeParametersAndOrderCancelsBeforeAHeaderDoNotUseTheFirstLineUp) {
+    port.params["known"] = tradeParam("known");
+    const auto orders = read({"orderParam=known", "cancel_order A1 7", "35,0", "600000|100"});
+    ASSERT_EQ(orders.size(), 1);
+    EXPECT_EQ(orders[0].m_nOrderType, kOrderBasketList);
+    EXPECT_EQ(orders[0].m_strRemark, "known");
+}
+
+TEST_F(OrderFileParser, LaterTradeParametersReplaceThoseOfTheListAndOfTheBasket) {
+    port.params["a"] = tradeParam("a");
+    port.params["b"] = tradeParam("b");
+    EXPECT_EQ(read({"35,0", "600000|1", "orderParam=a", "600001|1", "orderParam=b"})[0].m_strRemark, "b");
+    COrderFileParser basket(strategy, kChannel, port);
+    for (std::string line : {"25,0", "600000\t1", "orderParam=b", "600001\t1", "orderParam=a"})
+        basket.takeLine(line);
+    EXPECT_EQ(basket.takeOrders()[0].m_strRemark, "a");
+}
+
 TEST_F(OrderFileParser, ALineThatBeginsWithOrderParamIsNeverAnOrder) {
     EXPECT_EQ(parse("orderParam,0,1,600000,1"), TR_LINE_DONE);
     EXPECT_TRUE(parser().takeOrders().isEmpty());
@@ -458,6 +491,33 @@ TEST_F(OrderFileParser, ListRowNeedsAVolume) {
 
 TEST_F(OrderFileParser, ListOfAForeignChannelIsDropped) {
     EXPECT_TRUE(read({"35,9", "600000|100"}).isEmpty());
+}
+
+TEST_F(OrderFileParser, HeadersMayNameTheReadersChannel) {
+    EXPECT_EQ(read({"35,3", "600000|100"}).size(), 1);
+    COrderFileParser basket(strategy, kChannel, port);
+    std::string header = "25,3";
+    basket.takeLine(header);
+    EXPECT_EQ(basket.takeOrders()[0].m_nChannel, kChannel);
+}
+
+TEST_F(OrderFileParser, ABadNumberKeepsTheRowsBeforeIt) {
+    parse("35,0");
+    parse("600000|100");
+    EXPECT_THROW(parse("600001|x"), boost::bad_lexical_cast);
+    EXPECT_EQ(parser().takeOrders()[0].m_orders.size(), 1);
+    COrderFileParser basket(strategy, kChannel, port);
+    for (std::string line : {"25,0", "600000\t100"})
+        basket.takeLine(line);
+    std::string bad = "600001\tx";
+    EXPECT_THROW(basket.takeLine(bad), boost::bad_lexical_cast);
+    EXPECT_EQ(basket.takeOrders()[0].m_orders.size(), 1);
+}
+
+TEST_F(OrderFileParser, HeaderWhoseChannelIsNoNumberEndsTheFile) {
+    EXPECT_THROW(parse("25,x"), boost::bad_lexical_cast);
+    // The order type stood before the channel, so the basket is there, and empty.
+    EXPECT_TRUE(parser().takeOrders()[0].m_orders.isEmpty());
 }
 
 // Baskets.
@@ -536,6 +596,24 @@ TEST_F(OrderFileParser, UnknownBasketIsReportedAndLeavesAnOrderWithoutRows) {
     EXPECT_EQ(port.notes[0], QStringLiteral("[文件单]　通道号: 3, 中间文件中指定的篮子不存在!"));
 }
 
+TEST_F(OrderFileParser, BasketNamesAreFoundInBothEncodings) {
+    // 医药 in GBK is well-formed UTF-8 for another word.
+    for (const QString& name : {QStringLiteral("医药"), QStringLiteral("蓝筹")}) {
+        port.baskets.clear();
+        addBasket(name);
+        for (const std::string& bytes : {name.toStdString(), utils::toLocal8Bit(name)}) {
+            COrderFileParser header(strategy, kChannel, port);
+            std::string line = "33,0," + bytes;
+            header.takeLine(line);
+            EXPECT_EQ(header.takeOrders()[0].m_orders.size(), 1) << line;
+            COrderFileParser whole(strategy, kChannel, port);
+            line = "34,0," + bytes;
+            EXPECT_FALSE(whole.takeLine(line)) << line;
+        }
+    }
+    EXPECT_TRUE(port.notes.empty());
+}
+
 TEST_F(OrderFileParser, BasketNamesKeepCase) {
     addBasket(QStringLiteral("abc"));
     EXPECT_TRUE(read({"25,0,ABC"})[0].m_orders.isEmpty());
@@ -553,7 +631,10 @@ TEST_F(OrderFileParser, AllAccountsIsAWordOfSellingOnly) {
 
 TEST_F(OrderFileParser, AllAccountsWithoutAccountsIsNotSet) {
     port.accounts = false;
-    EXPECT_FALSE(read({"26,0,all"})[0].m_bAll);
+    const auto orders = read({"26,0,all", "600000\t100"});
+    EXPECT_FALSE(orders[0].m_bAll);
+    EXPECT_TRUE(orders[0].m_orders.isEmpty()); // the header settled the basket all the same
+    EXPECT_TRUE(port.notes.empty());
 }
 
 // A basket taken whole.
@@ -575,6 +656,17 @@ TEST_F(OrderFileParser, WholeBasketComesBehindTheOrdersBeforeIt) {
     const auto orders = read({"23,0,1,600000,1", "34,0,abc", "23,0,2,600000,1"});
     ASSERT_EQ(orders.size(), 2);
     EXPECT_EQ(orders[1].m_nOrderType, kOrderBasketWhole);
+}
+
+TEST_F(OrderFileParser, WholeBasketOfAForeignChannelGoesToThatStrategy) {
+    addBasket(QStringLiteral("abc"));
+    EXPECT_EQ(read({"34,9,abc"})[0].m_nChannel, 9);
+    EXPECT_TRUE(port.notes.empty());
+}
+
+TEST_F(OrderFileParser, EmptyNameIsANameThatNobodyHas) {
+    EXPECT_TRUE(read({"25,0,"})[0].m_orders.isEmpty());
+    EXPECT_EQ(port.notes.size(), 1u);
 }
 
 TEST_F(OrderFileParser, WholeBasketWithoutAKnownNameIsAnOrderWithoutRows) {

@@ -42,6 +42,8 @@ std::string describe(const TC::CIntakeReport& report) {
     std::ostringstream out;
     out << "intake channel " << report.m_nChannel << ": " << report.m_nLines << " lines, " << report.m_nOrders
         << " orders";
+    if (report.m_nUnreadTradeParams != 0)
+        out << ", " << report.m_nUnreadTradeParams << " parameters not understood";
     if (report.m_bCutShort) out << ", cut short at " << report.m_strCause.toStdString();
     return out.str();
 }

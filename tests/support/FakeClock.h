@@ -2,6 +2,7 @@
 
 #include "base/Clock.h"
 
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -17,9 +18,12 @@ public:
         return m_dNow;
     }
     void sleep(double seconds) override {
-        const std::lock_guard lock(m_mutex);
-        m_dNow += seconds;
-        m_sleeps.push_back(seconds);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_dNow += seconds;
+            m_sleeps.push_back(seconds);
+        }
+        if (onSleep) onSleep();
     }
     QDateTime currentDateTime() override {
         const std::lock_guard lock(m_mutex);
@@ -30,6 +34,9 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_sleeps;
     }
+
+    /// Called behind every sleep, on the thread that sleeps. Set before the clock is used.
+    std::function<void()> onSleep;
 
 private:
     std::mutex m_mutex;

@@ -266,6 +266,7 @@ void CAudit::recordIntake(const TC::CIntakeReport& report) {
         reports.push_back(report);
         m_records.log.push_back(describe(report));
     });
+    if (onRecord) onRecord();
 }
 
 namespace {

@@ -325,6 +325,7 @@ public:
     void recordIntake(const TC::CIntakeReport& report) override;
 
     std::vector<TC::CIntakeReport> reports;
+    std::function<void()> onRecord;
 
 private:
     CRecords& m_records;

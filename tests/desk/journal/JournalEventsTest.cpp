@@ -98,11 +98,12 @@ TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhereItWasCutShort) {
     report.m_strSource = QStringLiteral("/orders/a.txt");
     report.m_nLines = 7;
     report.m_nOrders = 5;
+    report.m_nUnreadTradeParams = 2;
     report.m_bCutShort = true;
     report.m_strCause = QStringLiteral("line 7: bad");
     EXPECT_EQ(intakeFields(report).dump(),
               R"({"source":"/orders/a.txt","channel":3,"strategy_type":2,"lines":7,)"
-              R"("orders":5,"cut_short":true,"cause":"line 7: bad"})");
+              R"("orders":5,"unread_params":2,"cut_short":true,"left_waiting":false,"cause":"line 7: bad"})");
 }
 
 TEST(JournalEvents, MessageAndTradeErrorCarryTheirTexts) {
