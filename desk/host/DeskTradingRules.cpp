@@ -2,6 +2,7 @@
 
 #include "base/StrictNumber.h"
 #include "base/Text.h"
+#include "base/Unset.h"
 #include "records/Families.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -96,6 +97,15 @@ constexpr CWord kFamilyWords[] = {{0, "股票"},     {1, "期货"},     {2, "组
 constexpr CWord kOrderWords[] = {{0, "开多"},      {3, "开空"},      {23, "买入"},     {24, "卖出"},
                                  {25, "组合买入"}, {26, "组合卖出"}, {33, "组合买卖"}, {34, "组合调仓"},
                                  {35, "列表调仓"}, {48, "买入开仓"}};
+/// What orders without a word of their own are called: the run of numbers they belong to, and the number.
+struct COrderGroup {
+    int first, last;
+    const char* word;
+};
+
+constexpr COrderGroup kOrderGroups[] = {{0, 15, "期货指令"},  {27, 32, "信用指令"}, {37, 39, "信用指令"},
+                                        {48, 57, "期权指令"}, {66, 85, "股转指令"}, {86, 92, "基金指令"}};
+
 constexpr CWord kPriceWords[] = {
     {0, "卖五价"},  {1, "卖四价"},  {2, "卖三价"},  {3, "卖二价"},  {4, "卖一价"},  {5, "最新价"},
     {6, "买一价"},  {7, "买二价"},  {8, "买三价"},  {9, "买四价"},  {10, "买五价"}, {11, "指定价"},
@@ -138,7 +148,7 @@ void CDeskTradingRules::orderSettingFromString(TC::COrderSetting& setting, const
 void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
                                             TC::EOperationType, int, double price, const TC::CPriceDataPtr&) {
     record.m_ePriceType = setting.m_ePriceType;
-    record.m_eOrderType = setting.m_eOrderType;
+    record.m_eOrderType = TC::isUnset(setting.m_eOrderType) ? TC::EOrderType::Plain : setting.m_eOrderType;
     record.m_dPrice = price;
 }
 
@@ -151,7 +161,10 @@ QString CDeskTradingRules::orderStrategyTypeToString(TC::EOrderStrategyType type
 }
 
 QString CDeskTradingRules::orderStrategyOrderTypeToString(int orderType) {
-    return wordOf(kOrderWords, orderType, "指令");
+    const auto group =
+        std::find_if(std::begin(kOrderGroups), std::end(kOrderGroups),
+                     [&](const COrderGroup& row) { return orderType >= row.first && orderType <= row.last; });
+    return wordOf(kOrderWords, orderType, group != std::end(kOrderGroups) ? group->word : "指令");
 }
 
 QString CDeskTradingRules::orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType tradeType) {

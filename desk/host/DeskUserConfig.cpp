@@ -55,11 +55,13 @@ void CDeskUserConfig::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelected
                                          std::vector<double>& ratios, bool simple) const {
     if (kind == TC::ESelectedAccountType::Group && !simple) {
         const auto found = m_groups.find({broker, name.toStdString()});
-        if (found == m_groups.end()) return;
-        for (const std::string& key : found->second.group.m_accounts)
-            accounts.push_back(m_accounts.at(key).info);
-        ratios.insert(ratios.end(), found->second.weights.begin(), found->second.weights.end());
-        return;
+        if (found != m_groups.end()) {
+            for (const std::string& key : found->second.group.m_accounts)
+                accounts.push_back(m_accounts.at(key).info);
+            ratios.insert(ratios.end(), found->second.weights.begin(), found->second.weights.end());
+            return;
+        }
+        // An order of a group's strategy may name one account of its own.
     }
     const CAccount* account = findAccount(name);
     const bool fits = account != nullptr && account->info->m_nBrokerType == static_cast<int>(broker);

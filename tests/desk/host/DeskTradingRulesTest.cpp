@@ -1,5 +1,7 @@
 #include "desk/host/DeskTradingRules.h"
 
+#include "base/Unset.h"
+
 #include "base/Text.h"
 
 #include <gtest/gtest.h>
@@ -81,6 +83,9 @@ TEST(DeskTradingRules, ARecordIsStampedWithSettingAndPrice) {
     EXPECT_EQ(record.m_ePriceType, TC::EPriceType::Sell2);
     EXPECT_EQ(static_cast<int>(record.m_eOrderType), 4);
     EXPECT_EQ(record.m_dPrice, 10.5);
+    setting.m_eOrderType = TC::unsetEnum<TC::EOrderType>();
+    rules.orderSettingToParam(setting, record, TC::EOperationType::Buy, 100, 10.5, {});
+    EXPECT_EQ(record.m_eOrderType, TC::EOrderType::Plain);
 }
 
 TEST(DeskTradingRules, AnAccountIsNamedByItsKeyAndWhichOfSeveral) {
@@ -124,7 +129,8 @@ TEST(DeskTradingRules, WordsAreChineseAndUnknownNumbersAreShown) {
     EXPECT_EQ(rules.orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType::SGT),
               QStringLiteral("深港通"));
     EXPECT_EQ(rules.orderStrategyOrderTypeToString(23), QStringLiteral("买入"));
-    EXPECT_EQ(rules.orderStrategyOrderTypeToString(77), QStringLiteral("指令77"));
+    EXPECT_EQ(rules.orderStrategyOrderTypeToString(77), QStringLiteral("股转指令77"));
+    EXPECT_EQ(rules.orderStrategyOrderTypeToString(777), QStringLiteral("指令777"));
     EXPECT_EQ(rules.knPriceTypeToString(TC::EPriceType::Buy10, "SH600000", false), QStringLiteral("买十价"));
 }
 

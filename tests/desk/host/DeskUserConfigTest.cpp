@@ -105,6 +105,11 @@ TEST_F(DeskUserConfig, AnAccountByItselfHasTheWhole) {
     EXPECT_EQ(accountsOf(kStock, kAccount, "main"), "");
 }
 
+TEST_F(DeskUserConfig, AnOrderOfAGroupsStrategyMayNameOneAccount) {
+    EXPECT_EQ(accountsOf(kStock, kGroup, "A1"), "A1*1 ");
+    EXPECT_EQ(accountsOf(kStock, kGroup, "C1"), "");
+}
+
 TEST_F(DeskUserConfig, ATableRowNamesOnlySimpleAccounts) {
     EXPECT_EQ(accountsOf(kStock, kAccount, "A2", true), "A2*1 ");
     EXPECT_EQ(accountsOf(kStock, kAccount, "A1", true), "");
