@@ -25,11 +25,6 @@ constexpr const char* kHeading =
     "# The strategies of this desk folder. Edit it while the desk is off; the desk writes it anew when a\n"
     "# strategy is added, changed, started, stopped or removed at run time.\n";
 
-/// Whether the orders come from a file of the system, be it of lines or a table.
-bool comesFromFile(TC::EOrderStrategyType type) {
-    return type == TC::EOrderStrategyType::File || type == TC::EOrderStrategyType::BatchPending;
-}
-
 /// The slot that a strategy's own settings go to.
 TC::COrderSetting& ownSetting(TC::COrderStrategyParam& strategy) {
     const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
@@ -94,7 +89,7 @@ TC::COrderStrategyParam makeStrategy(const std::string& folder, const CDeskConfi
         keys.name.empty() ? QStringLiteral("策略%1").arg(keys.channel) : QString::fromStdString(keys.name);
     strategy.m_eStrategyType = static_cast<TC::EOrderStrategyType>(keys.source);
     strategy.m_eTradeType = static_cast<TC::EOrderStrategyTradeType>(keys.family);
-    const bool isFile = comesFromFile(strategy.m_eStrategyType) && !keys.path.empty();
+    const bool isFile = strategy.comesFromFile() && !keys.path.empty();
     const std::string source =
         isFile ? (std::filesystem::absolute(folder) / keys.path).lexically_normal().string() : keys.path;
     strategy.m_strSignalSource = QString::fromStdString(source);
@@ -184,7 +179,7 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config, const
     if (keys.path.empty() && keys.running)
         section.mistake("key \"path\" is missing: where the orders come from");
     for (const TC::COrderStrategyParam& other : config.strategies) {
-        if (comesFromFile(strategy.m_eStrategyType) && !keys.path.empty() &&
+        if (strategy.comesFromFile() && !keys.path.empty() &&
             other.m_strSignalSource == strategy.m_strSignalSource) {
             section.mistake("path \"" + keys.path + "\" is the path of channel " +
                             std::to_string(other.m_nChannel) + " too");
@@ -194,7 +189,7 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config, const
 
 toml::table toTable(const std::filesystem::path& folder, TC::COrderStrategyParam strategy) {
     std::string path = strategy.m_strSignalSource.toStdString();
-    if (comesFromFile(strategy.m_eStrategyType)) {
+    if (strategy.comesFromFile()) {
         const auto relative = std::filesystem::path(path).lexically_relative(folder);
         if (!relative.empty() && *relative.begin() != "..") path = relative.string();
     }

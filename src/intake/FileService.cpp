@@ -129,7 +129,7 @@ void CFileService::tryOrder() {
 }
 
 void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam& strategy) {
-    if (!strategy.isRunning() || strategy.m_eStrategyType != EOrderStrategyType::File) return;
+    if (!strategy.isRunning() || !strategy.comesFromFile()) return;
     std::string tmpPath;
     CFileStream stream;
     if (!readOrderFile(channel, strategy, tmpPath, stream)) return;

@@ -61,6 +61,12 @@ struct COrderStrategyParam {
     }
 
     bool isRunning() const { return m_nStatus == kRunning; }
+
+    /// Whether the orders come from a file of the system, be it of lines or a table.
+    bool comesFromFile() const {
+        return m_eStrategyType == EOrderStrategyType::File ||
+               m_eStrategyType == EOrderStrategyType::BatchPending;
+    }
 };
 
 /// The host's map of strategies, by channel number.

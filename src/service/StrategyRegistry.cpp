@@ -168,7 +168,7 @@ bool CStrategyRegistry::startChecked(COrderStrategyParam& strategy, QString& err
 }
 
 bool CStrategyRegistry::openSource(const COrderStrategyParam& strategy, QString& error) {
-    if (strategy.m_nAccountMode != 0 || strategy.m_eStrategyType == EOrderStrategyType::BatchPending) {
+    if (strategy.m_nAccountMode != 0) {
         error = QStringLiteral("此版本尚不支持DBF委托表");
         return false;
     }
@@ -176,12 +176,13 @@ bool CStrategyRegistry::openSource(const COrderStrategyParam& strategy, QString&
         error = QStringLiteral("此版本尚不支持socket信号源");
         return false;
     }
-    if (strategy.m_eStrategyType != EOrderStrategyType::File) return true;
+    if (!strategy.comesFromFile()) return true;
     if (getUserConfig()->hasOrderEncryptionService()) {
         error = QStringLiteral("此版本尚不支持加密的文件单");
         return false;
     }
-    return dropWaitingFile(strategy, error);
+    // Only file strategies insist on a file at their start.
+    return strategy.m_eStrategyType != EOrderStrategyType::File || dropWaitingFile(strategy, error);
 }
 
 int CStrategyRegistry::stop(int id, QString&) {

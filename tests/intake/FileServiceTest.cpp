@@ -110,6 +110,15 @@ TEST_F(FileService, StoppedAndOtherStrategiesAreLeftAlone) {
     EXPECT_TRUE(folder.exists("b.txt"));
 }
 
+TEST_F(FileService, BatchStrategiesWithoutATableReadLines) {
+    addStrategy(3, "a.txt");
+    registry.strategies[3].m_eStrategyType = EOrderStrategyType::BatchPending;
+    folder.write("a.txt", "23,0,10.5,600000,100");
+    service.tryOrder();
+    ASSERT_EQ(gate.batches.size(), 1u);
+    EXPECT_EQ(gate.batches[0][0].m_eStrategyType, EOrderStrategyType::File);
+}
+
 TEST_F(FileService, StrategyWithoutAPathIsSkipped) {
     registry.strategies.insert(3, CStrategyBuilder().file(""));
     service.tryOrder();

@@ -240,14 +240,17 @@ TEST_F(StrategyRegistry, InterfaceStrategyNeedsNoFile) {
     EXPECT_TRUE(folder.exists("a.txt"));
 }
 
+TEST_F(StrategyRegistry, OnlyFileStrategiesInsistOnAFile) {
+    folder.write("a.txt", "old");
+    add(stoppedFile().source(EOrderStrategyType::BatchPending));
+    EXPECT_EQ(start(), 0);
+    EXPECT_TRUE(folder.exists("a.txt"));
+}
+
 TEST_F(StrategyRegistry, SourcesThatAreNotBuiltAreRefused) {
     add(stoppedFile().source(EOrderStrategyType::Signal));
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(error, QStringLiteral("此版本尚不支持socket信号源"));
-    host.user.strategies.clear();
-    add(stoppedFile().source(EOrderStrategyType::BatchPending));
-    EXPECT_EQ(start(), -1);
-    EXPECT_EQ(error, QStringLiteral("此版本尚不支持DBF委托表"));
     host.user.strategies.clear();
     add(stoppedFile().account(QStringLiteral("A1")).tableMode());
     EXPECT_EQ(start(), -1);
