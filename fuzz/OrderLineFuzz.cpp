@@ -29,7 +29,7 @@ public:
     }
     std::string defaultRemark(const TC::COrderStrategyParam&) override { return "default"; }
     bool areRemarksAllowed() override { return true; }
-    std::optional<TC::CBasketSetting> findBasket(const QString& name) override {
+    std::optional<TC::CBasketSetting> findBasket(std::string_view name) override {
         if (name.size() % 2 == 0) return std::nullopt;
         TC::CBasketSetting basket;
         basket.m_rows.resize(2);

@@ -87,6 +87,13 @@ void showIntake(std::ostream& out, const CJson& record) {
     if (word(record, "cut_short") == "true") out << ", CUT SHORT at " << word(record, "cause");
 }
 
+void showDoor(std::ostream& out, const CJson& record) {
+    out << word(record, "source") << ' ' << word(record, "event");
+    if (word(record, "event") == "opened")
+        out << (word(record, "loopback") == "true" ? ", for this machine only" : ", FOR OTHER MACHINES TOO");
+    out << optional(", ", record, "peer") << optional(": ", record, "cause");
+}
+
 void showMessage(std::ostream& out, const CJson& record) {
     out << word(record, "text");
 }
@@ -118,15 +125,9 @@ struct CKindText {
 };
 
 constexpr CKindText kKindTexts[] = {
-    {"started", showStarted},
-    {"strategy", showStrategy},
-    {"intake", showIntake},
-    {"message", showMessage},
-    {"trade_error", showTradeError},
-    {"command", showCommand},
-    {"order", showOrder},
-    {"fill", showFill},
-    {"cancel_task", showCancelTask},
+    {"started", showStarted}, {"strategy", showStrategy},      {"intake", showIntake},   {"door", showDoor},
+    {"message", showMessage}, {"trade_error", showTradeError}, {"command", showCommand}, {"order", showOrder},
+    {"fill", showFill},       {"cancel_task", showCancelTask},
 };
 
 /// For kinds without a text of their own: every key but those that stand at the head of the line.

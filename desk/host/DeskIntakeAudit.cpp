@@ -19,4 +19,12 @@ void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
                          "; what stood behind it is lost");
 }
 
+void CDeskIntakeAudit::recordDoor(const TC::CDoorReport& report) {
+    (void)m_journal.append("door", doorFields(report));
+    if (report.m_eEvent != TC::EDoorEvent::Stuck) return;
+    m_sink.writeLine("the listener on " + report.m_strSource.toStdString() +
+                     " serves nobody any more: " + report.m_strPeer.toStdString() + " sent " +
+                     report.m_strCause.toStdString() + "; stop the strategy and start it again");
+}
+
 } // namespace desk

@@ -13,6 +13,7 @@ public:
     CDeskIntakeAudit(CJournal& journal, CTextSink& sink) : m_journal(journal), m_sink(sink) {}
 
     void recordIntake(const TC::CIntakeReport& report) override;
+    void recordDoor(const TC::CDoorReport& report) override;
 
 private:
     CJournal& m_journal;

@@ -10,13 +10,18 @@ namespace desk {
 /// The paper broker's tasks, as a `cancel` line of an order file finds them: each operation is journalled and
 /// ends the task's waiting orders. As with CPaperTradeClient, a refusing journal does not hold a cancel back.
 /// Any thread. Journal, broker and sink outlive the centre and its tasks.
-class CPaperTraderCenter : public knservice::TraderCenter, private knservice::CTaskCenter {
+class CPaperTraderCenter : public knservice::TraderCenter,
+                           private knservice::CTaskCenter,
+                           private knservice::CDataCenter {
 public:
     CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink);
 
     knservice::CTaskCenter& getTaskCenter() override { return *this; }
+    knservice::CDataCenter& getDataCenter() override { return *this; }
 
 private:
+    /// The desk keeps no portfolios.
+    boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return nullptr; }
     /// One task, or none where the broker does not know the id.
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
 

@@ -21,6 +21,11 @@ const TC::COrderSetting& familySetting(const TC::COrderStrategyParam& strategy) 
     return strategy.setting(family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock);
 }
 
+/// 127.0.0.0/8 reaches no further than this machine.
+bool isLoopbackSource(const QString& source) {
+    return source.startsWith(QStringLiteral("127."));
+}
+
 } // namespace
 
 CJson intakeFields(const TC::CIntakeReport& report) {
@@ -32,6 +37,15 @@ CJson intakeFields(const TC::CIntakeReport& report) {
                  {"unread_params", report.m_nUnreadTradeParams},
                  {"cut_short", report.m_bCutShort},
                  {"left_waiting", report.m_bLeftWaiting},
+                 {"cause", textValue(report.m_strCause)}};
+}
+
+CJson doorFields(const TC::CDoorReport& report) {
+    static constexpr const char* kEvents[] = {"opened", "closed", "stuck", "refused"};
+    return CJson{{"event", kEvents[static_cast<int>(report.m_eEvent)]},
+                 {"source", textValue(report.m_strSource)},
+                 {"loopback", isLoopbackSource(report.m_strSource)},
+                 {"peer", textValue(report.m_strPeer)},
                  {"cause", textValue(report.m_strCause)}};
 }
 

@@ -18,6 +18,8 @@ CJson commandFields(const TC::COrderComandParam& command);
 
 /// Kind `intake`.
 CJson intakeFields(const TC::CIntakeReport& report);
+/// `loopback` tells whether only this machine can reach the listener.
+CJson doorFields(const TC::CDoorReport& report);
 
 /// Kind `message`.
 CJson messageFields(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level);

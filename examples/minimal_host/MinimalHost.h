@@ -171,11 +171,14 @@ public:
 class CAudit : public TC::CIntakeAudit {
 public:
     void recordIntake(const TC::CIntakeReport&) override {}
+    void recordDoor(const TC::CDoorReport&) override {}
 };
 
-class CTasks : public knservice::TraderCenter, public knservice::CTaskCenter {
+class CTasks : public knservice::TraderCenter, public knservice::CTaskCenter, public knservice::CDataCenter {
 public:
     knservice::CTaskCenter& getTaskCenter() override { return *this; }
+    knservice::CDataCenter& getDataCenter() override { return *this; }
+    boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return nullptr; }
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int) override { return {}; }
 };
 

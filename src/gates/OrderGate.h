@@ -15,6 +15,8 @@ namespace TC {
 /// order of the calls.
 class IOrderGate {
 public:
+    /// One order as a batch of its own.
+    virtual void placeorder(COrderParam order) = 0;
     virtual void placeOrders(QVector<COrderParam> orders) = 0;
     virtual void cancelOrder(int taskId) = 0;
     /// Hands the fields of a cancel by order to the host, on the calling thread. The host may change them.

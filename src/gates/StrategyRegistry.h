@@ -3,6 +3,7 @@
 #include "records/StrategyParam.h"
 
 #include <functional>
+#include <optional>
 
 namespace TC {
 
@@ -14,6 +15,9 @@ public:
     /// and goes on to the caller.
     virtual void
     visitStrategies(const std::function<void(int channel, const COrderStrategyParam&)>& visit) = 0;
+
+    /// A copy of the strategy, or none where the channel has none. Waits for a pass of the file loop to end.
+    virtual std::optional<COrderStrategyParam> copyStrategy(int channel) = 0;
 
 protected:
     ~IStrategyRegistry() = default;

@@ -1,7 +1,6 @@
 #include "intake/FileService.h"
 
 #include "base/Clock.h"
-#include "base/Log.h"
 #include "base/Text.h"
 #include "gates/IntakePause.h"
 #include "intake/LineReader.h"
@@ -77,18 +76,6 @@ void cutShort(CIntakeReport& report, const QString& cause) {
     report.m_bCutShort = true;
     report.m_strCause =
         utils::fillText(QStringLiteral("line %1: %2"), {QString::number(report.m_nLines), cause});
-}
-
-/// An audit that throws against its word must not cost the orders.
-void tellAudit(const CIntakeReport& report) {
-    try {
-        CIntakeAudit::instance().recordIntake(report);
-    } catch (...) {
-        if (!utils::CLogCenter::logEnabled()) return;
-        utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, nullptr, __FUNCTION__,
-                               "the audit did not record the intake of channel " +
-                                   std::to_string(report.m_nChannel));
-    }
 }
 
 } // namespace

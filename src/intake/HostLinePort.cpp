@@ -37,23 +37,14 @@ bool CHostLinePort::areRemarksAllowed() {
     return luawrapper::isOrderSwitchOn("mdl_order_command_remark");
 }
 
-std::optional<CBasketSetting> CHostLinePort::findBasket(const QString& name) {
+std::optional<CBasketSetting> CHostLinePort::findBasket(std::string_view name) {
     const CUserConfig* user = getUserConfig();
-    if (user == nullptr) return std::nullopt;
-    const CBasketMap baskets = user->getBaskets();
-    const auto found = baskets.constFind(name);
-    return found != baskets.constEnd() ? std::optional<CBasketSetting>(found.value()) : std::nullopt;
+    return user != nullptr ? TC::findBasket(*user, name) : std::nullopt;
 }
 
 bool CHostLinePort::hasAccounts(const COrderStrategyParam& strategy) {
-    std::vector<CAccountInfoPtr> accounts;
-    std::vector<double> ratios;
-    if (const CUserConfig* user = getUserConfig()) {
-        user->getAccountsWeights(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType),
-                                 strategy.m_eSelectedAccountType, strategy.m_strSelectedAccount, accounts,
-                                 ratios, false);
-    }
-    return !accounts.empty();
+    const CUserConfig* user = getUserConfig();
+    return user != nullptr && hasAnyAccount(*user, strategy);
 }
 
 QString CHostLinePort::sourceLabel(EOrderStrategyType type) {

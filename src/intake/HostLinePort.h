@@ -15,7 +15,7 @@ public:
     bool readTradeParam(const std::string& text, COrderTradeParam& param) override;
     std::string defaultRemark(const COrderStrategyParam& strategy) override;
     bool areRemarksAllowed() override;
-    std::optional<CBasketSetting> findBasket(const QString& name) override;
+    std::optional<CBasketSetting> findBasket(std::string_view name) override;
     bool hasAccounts(const COrderStrategyParam& strategy) override;
     QString sourceLabel(EOrderStrategyType type) override;
     QString sourceTitle(EOrderStrategyType type) override;

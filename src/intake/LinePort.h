@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace TC {
@@ -28,8 +29,8 @@ public:
     virtual std::string defaultRemark(const COrderStrategyParam& strategy) = 0;
     /// Whether this deployment lets commands carry remarks at all.
     virtual bool areRemarksAllowed() = 0;
-    /// The user's basket of that name; the comparison keeps case.
-    virtual std::optional<CBasketSetting> findBasket(const QString& name) = 0;
+    /// The user's basket of that name, given in GBK or UTF-8; the comparison keeps case.
+    virtual std::optional<CBasketSetting> findBasket(std::string_view name) = 0;
     /// Whether the strategy's group or account gives any account.
     virtual bool hasAccounts(const COrderStrategyParam& strategy) = 0;
     /// Label of a source kind at the head of a message, and the kind's title.

@@ -138,7 +138,7 @@ bool COrderFileParser::parseComposeInfo(const CFields& fields) {
         if (m_port.hasAccounts(m_strategy)) m_order.m_bAll = true;
         return false;
     }
-    const auto basket = findBasket(fields[2]);
+    const auto basket = m_port.findBasket(fields[2]);
     if (basket) {
         appendBasket(*basket, kOwnOperation);
     } else {
@@ -147,14 +147,6 @@ bool COrderFileParser::parseComposeInfo(const CFields& fields) {
                             {m_port.sourceLabel(m_strategy.m_eStrategyType), QString::number(m_nChannel)}));
     }
     return false;
-}
-
-/// Some names in GBK are well-formed UTF-8 as well and read as another name; those count as GBK when the user
-/// has no basket of the first reading.
-std::optional<CBasketSetting> COrderFileParser::findBasket(std::string_view name) {
-    auto basket = m_port.findBasket(UW::sToQs(name.data(), name.size()));
-    if (!basket) basket = m_port.findBasket(UW::sToQsGBK(std::string(name)));
-    return basket;
 }
 
 void COrderFileParser::appendBasket(const CBasketSetting& basket, int fixedOperation) {
@@ -224,7 +216,7 @@ bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineSource&
     startHeader(parsed.m_nOrderType, fields[1]);
     constexpr std::size_t kFieldCount = 3;
     if (fields.size() != kFieldCount) return false;
-    const auto basket = findBasket(fields[firstOrderField(source)]);
+    const auto basket = m_port.findBasket(fields[firstOrderField(source)]);
     if (!basket) return false;
     appendBasket(*basket, static_cast<int>(EOperationType::Buy));
     m_bCompose = true;

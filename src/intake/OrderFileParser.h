@@ -7,7 +7,6 @@
 
 #include <QVector>
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -56,7 +55,6 @@ private:
     bool takeWholeBasket(const CFields& fields, const CLineSource& source, const COrderParam& parsed);
     TypeReturn parseListLine(const std::string& line);
     TypeReturn parseBasketLine(const std::string& line);
-    std::optional<CBasketSetting> findBasket(std::string_view name);
     void appendBasket(const CBasketSetting& basket, int fixedOperation);
 
     const COrderStrategyParam& m_strategy;

@@ -15,11 +15,6 @@ QString text(std::string_view field) {
     return UW::sToQs(field.data(), field.size());
 }
 
-/// "0" stands for no code.
-QString codeText(std::string_view field) {
-    return field == "0" ? QString() : text(field);
-}
-
 /// Gives the order its one line. A vector made with its size takes no more memory than it needs; an appended
 /// one would.
 COrderSingleParam& addLine(COrderParam& order) {
@@ -36,7 +31,7 @@ void readOptional(const CFields& fields, std::size_t index, double& value) {
 }
 
 void readCode(const CFields& fields, std::size_t index, COrderSingleParam& line) {
-    if (fields.has(index)) line.m_strCode = codeText(fields[index]);
+    if (fields.has(index)) line.m_strCode = codeOfField(fields[index]);
 }
 
 /// A further price counts as given as soon as its field exists, also where it is empty.

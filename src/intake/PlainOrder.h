@@ -1,6 +1,6 @@
 #pragma once
 
-#include "intake/Fields.h"
+#include "base/Fields.h"
 #include "records/OrderParam.h"
 
 namespace TC {

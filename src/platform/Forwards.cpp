@@ -1,5 +1,8 @@
 // The free functions and static look-ups of the boundary, each a word to the installed service.
+#include "base/Log.h"
+#include "base/Text.h"
 #include "platform/InstrumentTypes.h"
+#include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/MsgService.h"
 #include "platform/Quote.h"
@@ -17,6 +20,46 @@ void showServiceMsg(const QString& text) {
     if (const CUserConfig* user = getUserConfig()) flags = user->getMsgFlags(EMsgTypeDef::General);
     CMsgService::instance().showMsg(text, EMsgTypeDef::General, MsgLevel::Note, flags.m_bFirst,
                                     flags.m_bSecond, QString());
+}
+
+namespace {
+
+template<typename Report>
+void tellSafely(void (CIntakeAudit::*record)(const Report&), const Report& report) {
+    try {
+        (CIntakeAudit::instance().*record)(report);
+    } catch (...) {
+        if (!utils::CLogCenter::logEnabled()) return;
+        utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, nullptr, __FUNCTION__,
+                               "the audit did not record what came in by " +
+                                   report.m_strSource.toStdString());
+    }
+}
+
+} // namespace
+
+void tellAudit(const CIntakeReport& report) {
+    tellSafely(&CIntakeAudit::recordIntake, report);
+}
+
+void tellAudit(const CDoorReport& report) {
+    tellSafely(&CIntakeAudit::recordDoor, report);
+}
+
+std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_view name) {
+    const CBasketMap baskets = user.getBaskets();
+    auto found = baskets.constFind(UW::sToQs(name.data(), name.size()));
+    if (found == baskets.constEnd()) found = baskets.constFind(UW::sToQsGBK(std::string(name)));
+    return found != baskets.constEnd() ? std::optional<CBasketSetting>(found.value()) : std::nullopt;
+}
+
+bool hasAnyAccount(const CUserConfig& user, const COrderStrategyParam& strategy) {
+    std::vector<CAccountInfoPtr> accounts;
+    std::vector<double> ratios;
+    user.getAccountsWeights(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType),
+                            strategy.m_eSelectedAccountType, strategy.m_strSelectedAccount, accounts, ratios,
+                            false);
+    return !accounts.empty();
 }
 
 boost::shared_ptr<CQuoteRequest> CQuoteRequest::makeRequest(const QString& stockKey,

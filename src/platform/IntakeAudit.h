@@ -23,6 +23,21 @@ struct CIntakeReport {
     QString m_strCause; ///< for people: which line ended the source or what holds it, and why
 };
 
+/// What happened at a door that listens.
+enum class EDoorEvent {
+    Opened,  ///< it listens
+    Closed,  ///< it does not listen any more
+    Stuck,   ///< it serves nobody until it is closed
+    Refused, ///< one connection was closed, the others are served on
+};
+
+struct CDoorReport {
+    EDoorEvent m_eEvent = EDoorEvent::Opened;
+    QString m_strSource; ///< ip:port
+    QString m_strPeer;   ///< ip:port of the connection that it is about; empty where it is about none
+    QString m_strCause;  ///< for people; empty where there is nothing to explain
+};
+
 /// Wants to know what came in, so that a journal can tell how many orders a file held. Called on the thread
 /// of the door, before the orders are handed on; must not throw. A host without a journal does nothing here.
 class CIntakeAudit : public CHostService<CIntakeAudit> {
@@ -30,6 +45,13 @@ public:
     static constexpr const char* kServiceName = "CIntakeAudit";
 
     virtual void recordIntake(const CIntakeReport& report) = 0;
+
+    /// On the thread of the door, or with the registry locked on the thread that starts or stops a strategy.
+    virtual void recordDoor(const CDoorReport& report) = 0;
 };
+
+/// Tells the installed audit. One that throws against its word costs its record and no order.
+void tellAudit(const CIntakeReport& report);
+void tellAudit(const CDoorReport& report);
 
 } // namespace TC

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/DataCenter.h"
 #include "platform/HostService.h"
 #include "records/Task.h"
 
@@ -32,8 +33,9 @@ class TraderCenter : public TC::CHostService<TraderCenter> {
 public:
     static constexpr const char* kServiceName = "TraderCenter";
 
-    /// Alive as long as the host. Any thread.
+    /// Both are alive as long as the host. Any thread.
     virtual CTaskCenter& getTaskCenter() = 0;
+    virtual CDataCenter& getDataCenter() = 0;
 };
 
 } // namespace knservice

@@ -11,7 +11,9 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace TC {
@@ -88,5 +90,13 @@ public:
 
 /// CUserManager::getUserConfig of the installed host.
 CUserConfig* getUserConfig();
+
+/// The user's basket of that name, which comes from outside in GBK or UTF-8; the comparison keeps case. Some
+/// names in GBK are well-formed UTF-8 as well and read as another name; those count as GBK when the user has
+/// no basket of the first reading.
+std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_view name);
+
+/// Whether the strategy's group or account gives any account.
+bool hasAnyAccount(const CUserConfig& user, const COrderStrategyParam& strategy);
 
 } // namespace TC

@@ -1,5 +1,7 @@
 #include "records/OrderParam.h"
 
+#include "base/Text.h"
+
 #include <QStringList>
 
 namespace TC {
@@ -48,6 +50,10 @@ QString COrderParam::toQString() const {
     for (const COrderSingleParam& line : m_orders)
         parts << lineText(line);
     return parts.join(QStringLiteral(" "));
+}
+
+QString codeOfField(std::string_view field) {
+    return field == "0" ? QString() : UW::sToQs(field.data(), field.size());
 }
 
 } // namespace TC

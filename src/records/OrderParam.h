@@ -7,6 +7,7 @@
 #include <QVector>
 
 #include <string>
+#include <string_view>
 
 namespace TC {
 
@@ -64,5 +65,8 @@ struct COrderTradeParam {
     std::string m_strTradeText2;
     std::string m_strTradeText3;
 };
+
+/// The code of a field that came from outside, in GBK or UTF-8; "0" stands for no code.
+QString codeOfField(std::string_view field);
 
 } // namespace TC

@@ -11,6 +11,7 @@ namespace TC {
 enum EOrderNumber : int {
     kOrderBasketBuy = 25,
     kOrderBasketSell = 26,
+    kOrderCreditAmount = 32,
     kOrderBasketHeader = 33,
     kOrderBasketWhole = 34,
     kOrderBasketList = 35,

@@ -11,6 +11,7 @@
 #include "platform/UserConfig.h"
 #include "service/HandOver.h"
 #include "service/StrategyRegistry.h"
+#include "socket/SocketListeners.h"
 #include "variants/OrderServiceUnion.h"
 
 #include <QThread>
@@ -54,8 +55,9 @@ struct COrderService::CThreads {
 };
 
 COrderService::COrderService(QObject* parent)
-    : QObject(parent),
-      m_registry(std::make_unique<CStrategyRegistry>([this](bool running) { emit sigSetStatus(running); })),
+    : QObject(parent), m_listeners(std::make_unique<CSocketListeners>(*this, *this)),
+      m_registry(std::make_unique<CStrategyRegistry>([this](bool running) { emit sigSetStatus(running); },
+                                                     *m_listeners)),
       m_threads(std::make_unique<CThreads>()) {
     registerMetaTypes();
     m_fileService = std::make_unique<CFileService>(*this, *this);
@@ -100,6 +102,7 @@ void COrderService::shutdown() {
     if (!m_threads->service.isRunning()) return;
     m_fileService->stop();
     if (m_threads->file.joinable()) m_threads->file.join();
+    m_listeners->shutdown();
     // Events are served in order: when this one has had its turn, every batch posted before has too.
     std::promise<void> workedOff;
     m_threads->handOver.around([&] {
@@ -222,6 +225,10 @@ std::string COrderService::defaultRemark(const COrderStrategyParam& strategy) co
     EQdTraderType traderType{};
     const COrderServiceBase* variant = getOrderService();
     return variant != nullptr ? variant->getCmdLog(strategy, traderType) : std::string();
+}
+
+std::optional<COrderStrategyParam> COrderService::copyStrategy(int channel) {
+    return m_registry->copyOne(channel);
 }
 
 void COrderService::visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) {

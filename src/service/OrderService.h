@@ -13,12 +13,14 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace TC {
 
 class CFileService;
+class CSocketListeners;
 class COrderServiceBase;
 class CStrategyRegistry;
 
@@ -52,7 +54,7 @@ public:
     void shutdown();
 
     /// Any thread; queued.
-    void placeorder(COrderParam order);
+    void placeorder(COrderParam order) override;
     void placeOrders(QVector<COrderParam> orders) override;
     /// Hands checked orders to the variant on the caller's thread; without a variant does nothing.
     void placeLegalOrders(QVector<orderParamForOrderService> orders);
@@ -91,6 +93,7 @@ public:
 
     QString getOrderStrategyText(EOrderStrategyType type) const override;
     std::string defaultRemark(const COrderStrategyParam& strategy) const override;
+    std::optional<COrderStrategyParam> copyStrategy(int channel) override;
     void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) override;
 
 signals:
@@ -120,6 +123,7 @@ private:
 
     struct CThreads;
 
+    std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
     std::unique_ptr<COrderServiceBase> m_orderService;
     std::unique_ptr<CFileService> m_fileService;

@@ -6,6 +6,7 @@
 #include "platform/TradeClient.h"
 #include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
+#include "socket/SocketListeners.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -172,10 +173,7 @@ bool CStrategyRegistry::openSource(const COrderStrategyParam& strategy, QString&
         error = QStringLiteral("此版本尚不支持DBF委托表");
         return false;
     }
-    if (strategy.m_eStrategyType == EOrderStrategyType::Signal) {
-        error = QStringLiteral("此版本尚不支持socket信号源");
-        return false;
-    }
+    if (strategy.m_eStrategyType == EOrderStrategyType::Signal) return m_listeners.join(strategy, error);
     if (!strategy.comesFromFile()) return true;
     if (getUserConfig()->hasOrderEncryptionService()) {
         error = QStringLiteral("此版本尚不支持加密的文件单");
@@ -185,13 +183,15 @@ bool CStrategyRegistry::openSource(const COrderStrategyParam& strategy, QString&
     return strategy.m_eStrategyType != EOrderStrategyType::File || dropWaitingFile(strategy, error);
 }
 
-int CStrategyRegistry::stop(int id, QString&) {
+int CStrategyRegistry::stop(int id, QString& error) {
     const std::lock_guard lock(m_mutex);
     COrderStrategyParam* strategy = find(id);
     if (strategy == nullptr || !strategy->isRunning()) {
         m_onStatus(hasRunning());
         return kSuccess;
     }
+    const bool isSignal = strategy->m_eStrategyType == EOrderStrategyType::Signal;
+    if (isSignal && !m_listeners.leave(*strategy, error)) return kFailure;
     strategy->m_nStatus = COrderStrategyParam::kStopped;
     strategy->m_nStartCount = 0;
     m_onStatus(hasRunning());
@@ -220,6 +220,12 @@ COrderStrategyMap CStrategyRegistry::copy() {
     COrderStrategyMap result = *m_pStrategies;
     result.detach();
     return result;
+}
+
+std::optional<COrderStrategyParam> CStrategyRegistry::copyOne(int id) {
+    const std::lock_guard lock(m_mutex);
+    const COrderStrategyParam* strategy = find(id);
+    return strategy != nullptr ? std::optional<COrderStrategyParam>(*strategy) : std::nullopt;
 }
 
 COrderStrategyMap CStrategyRegistry::copyFor(const QVector<COrderParam>& orders) {

@@ -8,8 +8,11 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 
 namespace TC {
+
+class CSocketListeners;
 
 /// The user's strategies behind one mutex: adding, changing, removing, starting and stopping them. The map is
 /// the host's; it is bound once a user is logged in, and what changes here is saved with the user's
@@ -19,7 +22,8 @@ public:
     /// Called with the mutex held after each start and stop; the argument is hasRunning().
     using CStatusListener = std::function<void(bool)>;
 
-    explicit CStrategyRegistry(CStatusListener listener) : m_onStatus(std::move(listener)) {}
+    CStrategyRegistry(CStatusListener listener, CSocketListeners& listeners)
+        : m_onStatus(std::move(listener)), m_listeners(listeners) {}
 
     /// Guards the map. Recursive: who holds it may call every operation here.
     std::recursive_mutex& mutex() { return m_mutex; }
@@ -38,6 +42,7 @@ public:
     void restartRemembered(bool showMsg);
 
     COrderStrategyMap copy();
+    std::optional<COrderStrategyParam> copyOne(int id);
     /// Copies of the strategies that the orders are meant for, so that they can be worked on without the
     /// mutex.
     COrderStrategyMap copyFor(const QVector<COrderParam>& orders);
@@ -53,6 +58,7 @@ private:
     std::recursive_mutex m_mutex;
     COrderStrategyMap* m_pStrategies = nullptr;
     CStatusListener m_onStatus;
+    CSocketListeners& m_listeners;
 };
 
 } // namespace TC

@@ -20,8 +20,8 @@ public:
     }
     std::string defaultRemark(const TC::COrderStrategyParam&) override { return defaultRemarkText; }
     bool areRemarksAllowed() override { return remarksAllowed; }
-    std::optional<TC::CBasketSetting> findBasket(const QString& name) override {
-        const auto found = baskets.find(name);
+    std::optional<TC::CBasketSetting> findBasket(std::string_view name) override {
+        const auto found = baskets.find(QString::fromUtf8(name.data(), static_cast<int>(name.size())));
         return found != baskets.end() ? std::optional<TC::CBasketSetting>(found->second) : std::nullopt;
     }
     bool hasAccounts(const TC::COrderStrategyParam&) override { return accounts; }

@@ -21,6 +21,7 @@ using namespace TC;
 
 class CRecordingGate final : public IOrderGate {
 public:
+    void placeorder(COrderParam order) override { placeOrders({std::move(order)}); }
     void placeOrders(QVector<COrderParam> orders) override {
         batches.push_back(orders);
         if (onPlace) onPlace();
@@ -40,6 +41,7 @@ public:
 
 class CPlainRegistry final : public IStrategyRegistry {
 public:
+    std::optional<COrderStrategyParam> copyStrategy(int) override { return std::nullopt; }
     void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) override {
         ++visits;
         for (auto it = strategies.cbegin(); it != strategies.cend(); ++it)

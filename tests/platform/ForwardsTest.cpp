@@ -1,10 +1,13 @@
 // Each free function of the boundary is a word to the installed service, with its arguments and its answer
 // unchanged.
+#include "base/Text.h"
 #include "tests/support/FakeHost.h"
 
 #include <gtest/gtest.h>
 
 #include <boost/make_shared.hpp>
+
+#include <stdexcept>
 
 namespace {
 
@@ -179,6 +182,25 @@ TEST_F(Forwards, SwitchesOfTheOrderModule) {
     host.switches.on = {"a_switch"};
     EXPECT_TRUE(luawrapper::isOrderSwitchOn("a_switch"));
     EXPECT_FALSE(luawrapper::isOrderSwitchOn("another"));
+}
+
+TEST_F(Forwards, BasketsAreFoundUnderBothReadingsOfTheirNames) {
+    // 医药 in GBK is well-formed UTF-8 for another word.
+    for (const QString& name : {QStringLiteral("医药"), QStringLiteral("蓝筹")}) {
+        host.user.baskets.clear();
+        host.user.baskets[name].m_rows.resize(2);
+        EXPECT_EQ(findBasket(host.user, name.toStdString())->m_rows.size(), 2u);
+        EXPECT_EQ(findBasket(host.user, utils::toLocal8Bit(name))->m_rows.size(), 2u);
+        EXPECT_FALSE(findBasket(host.user, "蓝").has_value());
+    }
+}
+
+TEST_F(Forwards, AnAuditThatThrowsIsNobodysHarm) {
+    host.audit.onRecord = [] { throw std::runtime_error("no room"); };
+    EXPECT_NO_THROW(tellAudit(CIntakeReport()));
+    EXPECT_NO_THROW(tellAudit(CDoorReport()));
+    EXPECT_EQ(host.audit.reports.size(), 1u);
+    EXPECT_EQ(host.audit.doors.size(), 1u);
 }
 
 } // namespace

@@ -248,10 +248,6 @@ TEST_F(StrategyRegistry, OnlyFileStrategiesInsistOnAFile) {
 }
 
 TEST_F(StrategyRegistry, SourcesThatAreNotBuiltAreRefused) {
-    add(stoppedFile().source(EOrderStrategyType::Signal));
-    EXPECT_EQ(start(), -1);
-    EXPECT_EQ(error, QStringLiteral("此版本尚不支持socket信号源"));
-    host.user.strategies.clear();
     add(stoppedFile().account(QStringLiteral("A1")).tableMode());
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(error, QStringLiteral("此版本尚不支持DBF委托表"));

@@ -47,3 +47,10 @@ std::string describe(const TC::CIntakeReport& report) {
     if (report.m_bCutShort) out << ", cut short at " << report.m_strCause.toStdString();
     return out.str();
 }
+
+std::string describe(const TC::CDoorReport& report) {
+    static constexpr const char* kEvents[] = {"opened", "closed", "stuck", "refused"};
+    std::string line = std::string("door ") + kEvents[number(report.m_eEvent)];
+    if (!report.m_strCause.isEmpty()) line += ": " + report.m_strCause.toStdString();
+    return line;
+}

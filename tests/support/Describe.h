@@ -8,3 +8,4 @@
 /// What reached a host, as one line for transcripts.
 std::string describe(const TC::COrderComandParam& command);
 std::string describe(const TC::CIntakeReport& report);
+std::string describe(const TC::CDoorReport& report);

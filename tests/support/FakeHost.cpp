@@ -269,6 +269,14 @@ void CAudit::recordIntake(const TC::CIntakeReport& report) {
     if (onRecord) onRecord();
 }
 
+void CAudit::recordDoor(const TC::CDoorReport& report) {
+    m_records.record([&] {
+        doors.push_back(report);
+        m_records.log.push_back(describe(report));
+    });
+    if (onRecord) onRecord();
+}
+
 namespace {
 
 class CFakeTask : public knservice::CTask {
@@ -282,6 +290,17 @@ private:
 };
 
 } // namespace
+
+boost::shared_ptr<knservice::CAccountData> CTasks::getGlobalAccountData() {
+    // The fake outlives whoever holds its data.
+    return hasGlobalData ? boost::shared_ptr<knservice::CAccountData>(this, [](auto*) {}) : nullptr;
+}
+
+std::map<std::string, boost::shared_ptr<knservice::IData>> CTasks::getMapData(int table) {
+    const auto found = tables.find(table);
+    return found != tables.end() ? found->second
+                                 : std::map<std::string, boost::shared_ptr<knservice::IData>>();
+}
 
 std::vector<boost::shared_ptr<knservice::CTask>> CTasks::findTasks(int taskId) {
     std::vector<boost::shared_ptr<knservice::CTask>> found;

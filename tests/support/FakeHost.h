@@ -323,8 +323,10 @@ class CAudit : public TC::CIntakeAudit {
 public:
     explicit CAudit(CRecords& records) : m_records(records) {}
     void recordIntake(const TC::CIntakeReport& report) override;
+    void recordDoor(const TC::CDoorReport& report) override;
 
     std::vector<TC::CIntakeReport> reports;
+    std::vector<TC::CDoorReport> doors;
     std::function<void()> onRecord;
 
 private:
@@ -336,15 +338,23 @@ public:
     std::int64_t currentTime() override { return 1767600000; }
 };
 
-class CTasks : public knservice::TraderCenter, public knservice::CTaskCenter {
+class CTasks : public knservice::TraderCenter,
+               public knservice::CTaskCenter,
+               public knservice::CDataCenter,
+               public knservice::CAccountData {
 public:
     explicit CTasks(CRecords& records) : m_records(records) {}
     knservice::CTaskCenter& getTaskCenter() override { return *this; }
+    knservice::CDataCenter& getDataCenter() override { return *this; }
+    boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override;
+    std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int table) override;
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
     void addOperation(int taskId, const TC::CTaskOpRecord& record);
 
     std::map<int, int> tasks; ///< tasks found under an id
     std::vector<std::pair<int, TC::CTaskOpRecord>> operations;
+    bool hasGlobalData = true;
+    std::map<int, std::map<std::string, boost::shared_ptr<knservice::IData>>> tables;
 
 private:
     CRecords& m_records;

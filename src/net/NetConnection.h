@@ -1,0 +1,65 @@
+#pragma once
+
+#include <boost/asio/io_service.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace net {
+
+class NetManager;
+
+/// One TCP connection of a manager. Lives as long as somebody holds it; the socket is closed when the manager
+/// forgets the connection or the peer goes. All operations are for the manager's io_service thread.
+///
+/// What is sent goes out at once, or, while the manager handles data of this connection, in one piece
+/// behind that. Bytes that the peer does not take yet wait here, and while too many wait nothing is read from
+/// the peer: a slow reader holds up itself only.
+class NetConnection : public boost::enable_shared_from_this<NetConnection> {
+public:
+    /// Takes an accepted socket. The manager outlives the connection's last call-back.
+    NetConnection(boost::asio::ip::tcp::socket socket, NetManager& manager);
+    virtual ~NetConnection();
+
+    /// Sends the first `count` bytes. `wait` is true at all callers of this system and means nothing here. A
+    /// connection that is broken drops the bytes; its end is told by onDisconnected.
+    virtual void send(const std::vector<unsigned char>& bytes, int count, bool wait);
+
+    /// Sends now what has gathered while data of this connection is handled.
+    void flush();
+
+    /// The peer's address as text and its port, as they were when the connection was made.
+    const std::string& peerAddress() const { return m_strPeerAddress; }
+    int peerPort() const { return m_nPeerPort; }
+
+private:
+    friend class NetManager;
+
+    void waitForData();
+    void onReadable();
+    void waitForRoom();
+    void finish();
+    void close();
+    bool isOpen() const { return m_socket.is_open(); }
+    bool hasUnsent() const { return m_nSent < m_unsent.size(); }
+    bool isCrowded() const;
+
+    boost::asio::ip::tcp::socket m_socket;
+    NetManager& m_manager;
+    std::string m_strPeerAddress;
+    int m_nPeerPort = 0;
+    std::vector<unsigned char> m_unsent; ///< bytes to send, gone out up to m_nSent
+    std::size_t m_nSent = 0;
+    bool m_bHandling = false;  ///< data is being handled: what is sent waits for the end of that
+    bool m_bReading = false;   ///< waits for data of the peer
+    bool m_bWriting = false;   ///< waits for the peer to make room
+    bool m_bFinishing = false; ///< to be closed as soon as all is sent
+};
+
+using NetConnectionPtr = boost::shared_ptr<NetConnection>;
+
+} // namespace net

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "net/NetConnection.h"
+
+#include <boost/asio/io_service.hpp>
+
+#include <vector>
+
+namespace net {
+
+/// Owns the way of connections through their life and tells what happens to them. All call-backs come on the
+/// thread that runs the io_service, one at a time; one that throws costs its connection and nothing else.
+class NetManager {
+public:
+    explicit NetManager(boost::asio::io_service& io);
+    virtual ~NetManager();
+    NetManager(const NetManager&) = delete;
+    NetManager& operator=(const NetManager&) = delete;
+
+    /// A connection is there; nothing has been read from it.
+    virtual void onConnected(NetConnectionPtr conn) = 0;
+    /// The connection has ended by the peer's hand or an error; `code` is the system's error number, 0 for an
+    /// orderly end. Not called for connections that removeConnection closed.
+    virtual void onDisconnected(int code, NetConnectionPtr conn) = 0;
+    /// `length` new bytes stand at the front of `data`, which is the manager's and valid during the call.
+    virtual void onDataReceived(const std::vector<unsigned char>& data, int length,
+                                NetConnectionPtr conn) = 0;
+    /// A whole package of a protocol that has such; plain streams never call it.
+    virtual void onPackageReceived(const std::vector<unsigned char>& package, NetConnectionPtr conn);
+    /// So many bytes were handed to the system.
+    virtual void onDataSend(int count, NetConnectionPtr conn);
+    /// Makes the connection of an accepted socket.
+    virtual NetConnectionPtr createConnection(boost::asio::ip::tcp::socket socket);
+
+    /// Sends what is left to send, closes the connection and forgets it.
+    void removeConnection(const NetConnectionPtr& conn);
+
+protected:
+    boost::asio::io_service& ioService() { return m_io; }
+
+    /// Begins the life of a connection: onConnected, then its data.
+    void open(const NetConnectionPtr& conn);
+
+private:
+    friend class NetConnection;
+
+    /// Keeps the manager alive while one of its connections waits for something.
+    virtual boost::shared_ptr<void> keepAlive() = 0;
+    void receive(const NetConnectionPtr& conn);
+    void fail(const NetConnectionPtr& conn, int code);
+
+    boost::asio::io_service& m_io;
+    std::vector<unsigned char> m_received; ///< shared by all connections: they are served one at a time
+};
+
+} // namespace net

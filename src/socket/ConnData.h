@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace TC {
+
+/// Where a connection stands with its login.
+enum class ELoginState : std::int32_t {
+    Fresh = 0,
+    Named = 1, ///< after `user` or a failed `pass`
+    LoggedIn = 2
+};
+
+/// What the order socket knows of one connection. Made at connect, gone with the connection; the listener's
+/// thread alone touches it.
+struct ConnData {
+    static constexpr std::size_t kScratchSize = 65536;
+
+    ConnData() : m_scratch(kScratchSize) {}
+
+    std::vector<unsigned char>
+        m_scratch;                ///< room for the client's extensions; nothing here reads or writes it
+    QByteArray m_buffer;          ///< received and not consumed
+    std::int64_t m_nBuffered = 0; ///< valid bytes of m_buffer
+    ELoginState m_eLoginState = ELoginState::Fresh;
+    std::string m_strUser; ///< the last name given by `user`
+
+    int m_nScanned = 0;        ///< bytes of m_buffer that hold no line feed
+    int m_nFailedLogins = 0;   ///< failed `pass` lines since the last good one
+    double m_dConnectedAt = 0; ///< utils::getTime() at connect, seconds
+};
+
+} // namespace TC

@@ -1,0 +1,227 @@
+#include "socket/OrderCommandParser.h"
+
+#include "base/Fields.h"
+#include "base/StrictNumber.h"
+#include "base/Text.h"
+#include "platform/TraderCenter.h"
+#include "platform/UserConfig.h"
+#include "records/OrderTypes.h"
+#include "records/Portfolio.h"
+
+#include <boost/pointer_cast.hpp>
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+namespace TC {
+namespace {
+
+using utils::strictDouble;
+using utils::strictInt;
+
+constexpr const char* kBadPortfolioKey = "参数有误";
+constexpr const char* kPriceMissing = " 缺少指定价参数";
+constexpr const char* kUnknownBasket = " 指定的篮子不存在";
+
+struct CReading {
+    const CFields& fields;
+    IStrategyRegistry& registry;
+    COrderParam& order;
+    std::string& error;
+};
+
+using CReader = bool (*)(const CReading&);
+
+QString text(std::string_view field) {
+    return UW::sToQs(field.data(), field.size());
+}
+
+bool readNothing(const CReading&) {
+    return true;
+}
+
+/// Price, code and volume from the third field on, each where the field exists.
+COrderSingleParam readCommonLine(const CFields& fields) {
+    COrderSingleParam line;
+    line.m_dPrice = strictDouble(fields[2]);
+    if (fields.has(3)) line.m_strCode = codeOfField(fields[3]);
+    if (fields.has(4)) line.m_nVolume = strictInt(fields[4]);
+    return line;
+}
+
+bool readFuture(const CReading& reading) {
+    const CFields& fields = reading.fields;
+    COrderSingleParam line = readCommonLine(fields);
+    line.m_bHasFirstLimit = fields.has(5);
+    if (line.m_bHasFirstLimit) line.m_dFirstLimit = strictDouble(fields[5]);
+    line.m_bHasSecondLimit = fields.has(6);
+    if (line.m_bHasSecondLimit) line.m_dSecondLimit = strictDouble(fields[6]);
+    reading.order.m_orders.push_back(std::move(line));
+    return true;
+}
+
+bool readPlain(const CReading& reading) {
+    COrderSingleParam line = readCommonLine(reading.fields);
+    if (reading.order.m_nOrderType == kOrderCreditAmount) line.m_dAmount = line.m_dPrice;
+    reading.order.m_orders.push_back(std::move(line));
+    return true;
+}
+
+bool readReversed(const CReading& reading) {
+    const CFields& fields = reading.fields;
+    COrderSingleParam line;
+    if (fields.has(2)) line.m_strCode = codeOfField(fields[2]);
+    if (fields.has(3)) line.m_nVolume = strictInt(fields[3]);
+    if (fields.has(4)) line.m_dPrice = strictDouble(fields[4]);
+    reading.order.m_orders.push_back(std::move(line));
+    return true;
+}
+
+/// The first position of a portfolio, or null where the portfolio is unknown or empty.
+knservice::CPositionDetailPtr findFirstPosition(const std::string& key, bool& isKnown) {
+    const auto data = knservice::TraderCenter::instance().getDataCenter().getGlobalAccountData();
+    if (!data) return nullptr;
+    const auto portfolios = data->getMapData(knservice::kPortfolioTable);
+    const auto found = portfolios.find(key);
+    const auto portfolio = found != portfolios.end()
+                               ? boost::dynamic_pointer_cast<knservice::CPortfolio>(found->second)
+                               : nullptr;
+    isKnown = portfolio != nullptr;
+    if (!isKnown || portfolio->m_positions.empty()) return nullptr;
+    return boost::dynamic_pointer_cast<knservice::CPositionDetail>(portfolio->m_positions.begin()->second);
+}
+
+bool readPortfolioPosition(const CReading& reading) {
+    const CFields parts(reading.fields[2], '_');
+    if (parts.size() != 2) {
+        reading.error = kBadPortfolioKey;
+        return false;
+    }
+    const std::string key = std::to_string(strictInt(parts[0])) + "____" + std::string(parts[1]);
+    bool isKnown = false;
+    const knservice::CPositionDetailPtr position = findFirstPosition(key, isKnown);
+    if (isKnown) reading.order.m_strAccountKey = std::string(reading.fields[2]);
+    if (!position) return true;
+    COrderSingleParam line;
+    line.m_strCode = QString::fromStdString(position->m_strCode);
+    line.m_nVolume = position->m_bFlag ? 0 : position->m_nVolume;
+    line.m_eOperationType = static_cast<int>(EOperationType::Sell);
+    reading.order.m_orders.push_back(std::move(line));
+    return true;
+}
+
+/// Members "code|volume" or "code|volume|price", with a semicolon between them.
+bool readMemberList(const CReading& reading) {
+    // Without its strategy nobody knows whether the members need prices.
+    const auto strategy = reading.registry.copyStrategy(reading.order.m_nChannel);
+    if (!strategy) return false;
+    const bool needsPrice =
+        strategy->setting(ESettingSlot::StockBasket).m_ePriceType == EPriceType::Specified;
+    const CFields members(reading.fields[2], ';');
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const CFields parts(members[i], '|');
+        if (parts.size() < 2) return false;
+        COrderSingleParam line;
+        line.m_strCode = text(parts[0]);
+        line.m_nVolume = strictInt(parts[1]);
+        if (needsPrice && parts.size() < 3) {
+            reading.error = kPriceMissing;
+            return false;
+        }
+        if (parts.has(2)) line.m_dPrice = strictInt(parts[2]);
+        reading.order.m_orders.push_back(std::move(line));
+    }
+    return true;
+}
+
+bool readNamedBasket(const CReading& reading) {
+    const CUserConfig* user = getUserConfig();
+    const auto basket = user != nullptr ? findBasket(*user, reading.fields[2]) : std::nullopt;
+    if (!basket) {
+        reading.error = kUnknownBasket;
+        return false;
+    }
+    for (const CBasketStockData& row : basket->m_rows) {
+        COrderSingleParam line;
+        line.m_strCode = row.m_strCode;
+        line.m_nVolume = row.m_nVolume;
+        line.m_eOperationType = row.m_eOperationType;
+        line.m_dWeight = row.m_dWeight;
+        reading.order.m_orders.push_back(std::move(line));
+    }
+    return true;
+}
+
+bool readBasketMembers(const CReading& reading) {
+    const std::string_view name = reading.fields[2];
+    if (name.find('|') != std::string_view::npos) return readMemberList(reading);
+    if (reading.order.m_nOrderType == kOrderBasketSell && text(name).toLower() == QStringLiteral("all")) {
+        if (const auto strategy = reading.registry.copyStrategy(reading.order.m_nChannel)) {
+            const CUserConfig* user = getUserConfig();
+            reading.order.m_bAll = user != nullptr && hasAnyAccount(*user, *strategy);
+            return true;
+        }
+    }
+    return readNamedBasket(reading);
+}
+
+bool readBasket(const CReading& reading) {
+    if (!readBasketMembers(reading)) return false;
+    const int type = reading.order.m_nOrderType;
+    const bool takesText = type == kOrderBasketBuy || type == kOrderBasketSell;
+    if (takesText && reading.fields.has(3)) reading.order.m_strBasketText = std::string(reading.fields[3]);
+    return true;
+}
+
+/// A run of order numbers, the fewest fields that make an order line, and what reads them.
+struct CForm {
+    int first;
+    int last;
+    std::size_t fewestFields;
+    CReader read;
+};
+
+constexpr int kLastNumber = 92;
+
+constexpr CForm kForms[] = {
+    {0, 15, 3, readFuture},    {36, 36, 3, readPortfolioPosition},
+    {23, 24, 3, readPlain},    {27, 32, 3, readPlain},
+    {37, 39, 3, readPlain},    {66, kLastNumber, 3, readPlain},
+    {48, 55, 3, readReversed}, {56, 57, 2, readReversed},
+    {40, 47, 0, readNothing},  {58, 65, 0, readNothing},
+};
+
+/// Numbers above the table make no line; what else the table leaves out is a basket.
+CForm formOf(int orderType) {
+    const auto row = std::find_if(std::begin(kForms), std::end(kForms), [&](const CForm& form) {
+        return orderType >= form.first && orderType <= form.last;
+    });
+    if (row != std::end(kForms)) return *row;
+    if (orderType > kLastNumber) return {orderType, orderType, 0, readNothing};
+    return {orderType, orderType, 3, readBasket};
+}
+
+bool hasEmptyField(const CFields& fields) {
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (fields[i].empty()) return true;
+    }
+    return false;
+}
+
+} // namespace
+
+bool parseSocketOrder(const std::string& argument, IStrategyRegistry& registry, COrderParam& order,
+                      std::string& error) {
+    const CFields fields(argument, ',');
+    if (fields.size() < 2 || hasEmptyField(fields)) return false;
+    order.m_nOrderType = strictInt(fields[0]);
+    order.m_nChannel = strictInt(fields[1]);
+    order.m_eStrategyType = EOrderStrategyType::Signal;
+    order.m_orders.clear();
+    const CForm form = formOf(order.m_nOrderType);
+    if (fields.size() < form.fewestFields) return true;
+    return form.read({fields, registry, order, error});
+}
+
+} // namespace TC

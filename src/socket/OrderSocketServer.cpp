@@ -1,0 +1,317 @@
+#include "socket/OrderSocketServer.h"
+
+#include "base/Clock.h"
+#include "base/Fields.h"
+#include "base/Log.h"
+#include "base/StrictNumber.h"
+#include "base/Text.h"
+#include "socket/OrderCommandParser.h"
+
+#include <boost/format.hpp>
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+#include <locale>
+
+namespace TC {
+namespace {
+
+constexpr const char* kGreeting = "+OK Welcom to Lumo Order Server Version 0.0.3\r\n";
+constexpr std::size_t kGreetingSize = 500;
+constexpr std::size_t kReplySize = 1024;
+constexpr std::string_view kQuitWord = "quit";
+constexpr std::chrono::seconds kLoginWatch{1};
+
+constexpr const char* kBadCommand = "Bad Command";
+constexpr const char* kBadParam = "Bad Param";
+constexpr const char* kNotLoggedIn = "User Not Login";
+constexpr const char* kBadLogin = "User or Pass is Not Right";
+
+void writeOk(std::vector<unsigned char>& reply) {
+    std::snprintf(reinterpret_cast<char*>(reply.data()), reply.size(), "+OK\r\n");
+}
+
+void writeError(std::vector<unsigned char>& reply, const char* text) {
+    std::snprintf(reinterpret_cast<char*>(reply.data()), reply.size(), "-ERR %s\r\n", text);
+}
+
+void sendText(net::NetConnection& conn, const std::vector<unsigned char>& text) {
+    const auto end = std::find(text.begin(), text.end(), 0);
+    conn.send(text, static_cast<int>(end - text.begin()), true);
+}
+
+/// The text behind a verb: up to the first zero byte, without white space at both ends.
+std::string_view trimArgument(std::string_view text) {
+    const std::locale& classic = std::locale::classic();
+    const auto isBlank = [&](char c) { return std::isspace(c, classic); };
+    text = text.substr(0, text.find('\0'));
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+/// Compares in a time that depends on the length of `given` alone, so that a stranger who measures learns
+/// nothing of the expected text.
+bool isSameSecret(std::string_view given, std::string_view expected) {
+    unsigned difference = given.size() == expected.size() ? 0 : 1;
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        const char other = expected.empty() ? '\0' : expected[i % expected.size()];
+        difference |= static_cast<unsigned char>(given[i]) ^ static_cast<unsigned char>(other);
+    }
+    return difference == 0;
+}
+
+void logLine(const void* server, std::string_view line, const std::vector<unsigned char>& reply) {
+    if (!utils::CLogCenter::logEnabled()) return;
+    const std::string whole(reply.begin(), reply.end());
+    const auto text = boost::format("socket receive: %1%, reply: %2%") % line % whole;
+    utils::CLogCenter::log(utils::ELogLevel::Info, utils::kStdFileLogger, server, __FUNCTION__, text.str());
+}
+
+} // namespace
+
+/// A verb and what serves it. A line counts as the first verb that it begins with.
+struct CSocketVerb {
+    std::string_view word;
+    void (COrderSocketServer::*serve)(std::string_view argument, ConnData& data,
+                                      std::vector<unsigned char>& reply);
+
+    static const CSocketVerb* find(std::string_view line);
+};
+
+/// Null for a line that is no command.
+const CSocketVerb* CSocketVerb::find(std::string_view line) {
+    // Quitting is served apart: it ends the connection.
+    static constexpr CSocketVerb kVerbs[] = {{"user", &COrderSocketServer::onUser},
+                                             {"pass", &COrderSocketServer::onPass},
+                                             {"placeorder", &COrderSocketServer::onPlaceOrder},
+                                             {"cancel", &COrderSocketServer::onCancel},
+                                             {kQuitWord, nullptr}};
+    const auto verb = std::find_if(std::begin(kVerbs), std::end(kVerbs), [&](const CSocketVerb& row) {
+        return line.compare(0, row.word.size(), row.word) == 0;
+    });
+    return verb != std::end(kVerbs) ? verb : nullptr;
+}
+
+COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string ip, unsigned short port,
+                                       std::string user, std::string pass, IOrderGate& gate,
+                                       IStrategyRegistry& registry)
+    : net::NetServer(io, ip, port, false, false), m_strUser(std::move(user)), m_strPass(std::move(pass)),
+      m_gate(gate), m_registry(registry),
+      m_strSource(QString::fromStdString(ip + ":" + std::to_string(port))), m_guard(!m_strUser.empty()),
+      m_loginWatch(io) {}
+
+COrderSocketServer::~COrderSocketServer() = default;
+
+void COrderSocketServer::onConnected(net::NetConnectionPtr conn) {
+    if (const char* word = m_guard.refuseConnection(m_connections.size())) {
+        refuse(conn, word);
+        return;
+    }
+    const auto data = boost::make_shared<ConnData>();
+    data->m_dConnectedAt = utils::getTime();
+    m_dNextDeadline = std::min(m_dNextDeadline, data->m_dConnectedAt + CSocketGuard::kLoginSeconds);
+    m_connections[conn] = data;
+    std::vector<unsigned char> greeting(kGreetingSize);
+    std::memcpy(greeting.data(), kGreeting, std::strlen(kGreeting));
+    sendText(*conn, greeting);
+    closeSilent();
+    watchLogins();
+}
+
+void COrderSocketServer::onDisconnected(int, net::NetConnectionPtr conn) {
+    m_connections.erase(conn);
+}
+
+void COrderSocketServer::onDataReceived(const std::vector<unsigned char>& data, int length,
+                                        net::NetConnectionPtr conn) {
+    const auto found = m_connections.find(conn);
+    if (found == m_connections.end()) return;
+    const ConnDataPtr connection = found->second;
+    connection->m_buffer.append(reinterpret_cast<const char*>(data.data()), length);
+    connection->m_nBuffered += length;
+    takeLines(conn, *connection);
+    closeSilent();
+}
+
+/// Serves the lines that are whole. What is consumed leaves the buffer in one go at the end, so that many
+/// short lines cost no more than one long one.
+void COrderSocketServer::takeLines(const net::NetConnectionPtr& conn, ConnData& data) {
+    const std::string_view bytes(data.m_buffer.constData(), static_cast<std::size_t>(data.m_nBuffered));
+    std::size_t begin = 0;
+    std::size_t scan = static_cast<std::size_t>(data.m_nScanned);
+    for (std::size_t feed = bytes.find('\n', scan); feed != std::string_view::npos;
+         feed = bytes.find('\n', scan)) {
+        // A line feed ends a line only behind a carriage return of the same line.
+        const bool isLineEnd = feed > begin && bytes[feed - 1] == '\r';
+        if (!isLineEnd && checkLineEnd(conn) == ENext::Closed) return;
+        scan = feed + 1;
+        if (takeLine(bytes.substr(begin, scan - begin), conn, data) == ENext::Closed) return;
+        begin = scan;
+    }
+    const int left = static_cast<int>(bytes.size() - begin);
+    if (const char* word = m_guard.refuseLine(left)) {
+        refuse(conn, word);
+        return;
+    }
+    data.m_buffer.remove(0, static_cast<int>(begin));
+    data.m_nBuffered = data.m_buffer.size();
+    data.m_nScanned = left;
+}
+
+/// A line feed without a carriage return is never consumed, so nobody on this listener is served any more
+/// until it is stopped. With the guard on only the connection that sent it goes.
+COrderSocketServer::ENext COrderSocketServer::checkLineEnd(const net::NetConnectionPtr& conn) {
+    if (const char* word = m_guard.refuseLineFeed()) return refuse(conn, word);
+    conn->flush();
+    tellDoor(EDoorEvent::Stuck, *conn, "a line feed without a carriage return");
+    waitForStop();
+    return ENext::Closed;
+}
+
+COrderSocketServer::ENext COrderSocketServer::takeLine(std::string_view line,
+                                                       const net::NetConnectionPtr& conn, ConnData& data) {
+    if (const char* word = m_guard.refuseLine(static_cast<int>(line.size()))) return refuse(conn, word);
+    CReply reply(kReplySize);
+    const CSocketVerb* verb = CSocketVerb::find(line);
+    if (verb == nullptr) {
+        writeError(reply, kBadCommand);
+    } else if (verb->serve == nullptr) {
+        writeOk(reply);
+        sendText(*conn, reply);
+        removeConnection(conn);
+        m_connections.erase(conn);
+        return ENext::Closed;
+    } else {
+        (this->*verb->serve)(trimArgument(line.substr(verb->word.size())), data, reply);
+        if (const char* word = m_guard.refuseLogins(data)) return refuse(conn, word);
+    }
+    sendText(*conn, reply);
+    if (verb != nullptr) logLine(this, line, reply);
+    return ENext::GoOn;
+}
+
+/// Answers with the word, closes the connection and tells the audit; the others are served on.
+COrderSocketServer::ENext COrderSocketServer::refuse(const net::NetConnectionPtr& conn, const char* word) {
+    CReply reply(kReplySize);
+    writeError(reply, word);
+    sendText(*conn, reply);
+    tellDoor(EDoorEvent::Refused, *conn, word);
+    removeConnection(conn);
+    m_connections.erase(conn);
+    return ENext::Closed;
+}
+
+void COrderSocketServer::onUser(std::string_view argument, ConnData& data, CReply& reply) {
+    data.m_strUser = std::string(argument);
+    data.m_eLoginState = ELoginState::Named;
+    writeOk(reply);
+}
+
+void COrderSocketServer::onPass(std::string_view argument, ConnData& data, CReply& reply) {
+    // Both are compared whatever the other gave.
+    const bool isPass = isSameSecret(argument, m_strPass);
+    const bool isUser = isSameSecret(data.m_strUser, m_strUser);
+    if (data.m_eLoginState == ELoginState::Named && isPass && isUser) {
+        data.m_eLoginState = ELoginState::LoggedIn;
+        data.m_nFailedLogins = 0;
+        return writeOk(reply);
+    }
+    data.m_eLoginState = ELoginState::Named;
+    ++data.m_nFailedLogins;
+    writeError(reply, kBadLogin);
+}
+
+/// Writes the reply of a connection that has yet to log in.
+bool COrderSocketServer::mustLogIn(const ConnData& data, CReply& reply) const {
+    if (data.m_eLoginState == ELoginState::LoggedIn || m_strUser.empty()) return false;
+    writeError(reply, kNotLoggedIn);
+    return true;
+}
+
+void COrderSocketServer::onPlaceOrder(std::string_view argument, ConnData& data, CReply& reply) {
+    if (mustLogIn(data, reply)) return;
+    try {
+        placeOrder(std::string(argument), reply);
+    } catch (...) {
+        writeError(reply, kBadParam);
+    }
+}
+
+void COrderSocketServer::placeOrder(const std::string& argument, CReply& reply) {
+    COrderParam order;
+    std::string error;
+    if (!parseSocketOrder(argument, m_registry, order, error))
+        return writeError(reply, (kBadParam + utils::safeUtf82Gbk(error)).c_str());
+    CIntakeReport report;
+    report.m_eStrategyType = order.m_eStrategyType;
+    report.m_nChannel = order.m_nChannel;
+    report.m_strSource = m_strSource;
+    report.m_nLines = 1;
+    report.m_nOrders = 1;
+    tellAudit(report);
+    m_gate.placeorder(std::move(order));
+    writeOk(reply);
+}
+
+void COrderSocketServer::onCancel(std::string_view argument, ConnData& data, CReply& reply) {
+    if (mustLogIn(data, reply)) return;
+    try {
+        const CFields fields(argument, ' ');
+        if (fields.size() != 1 || fields[0].empty()) return writeError(reply, kBadParam);
+        m_gate.cancelOrder(utils::strictInt(fields[0]));
+        writeOk(reply);
+    } catch (...) {
+        writeError(reply, kBadParam);
+    }
+}
+
+/// Looks after those who have yet to log in, once a second while there are any.
+void COrderSocketServer::watchLogins() {
+    const bool isNeeded = m_guard.isOn() && !m_strUser.empty() && !m_connections.empty();
+    if (m_bWatching || !isNeeded) return;
+    m_bWatching = true;
+    m_loginWatch.expires_after(kLoginWatch);
+    m_loginWatch.async_wait([this, self = shared_from_this()](const boost::system::error_code& error) {
+        m_bWatching = false;
+        if (error) return;
+        closeSilent();
+        watchLogins();
+    });
+}
+
+void COrderSocketServer::closeSilent() {
+    if (!m_guard.isOn()) return;
+    const double now = utils::getTime();
+    if (now < m_dNextDeadline) return;
+    m_dNextDeadline = kNoDeadline;
+    std::vector<net::NetConnectionPtr> silent;
+    for (const auto& [conn, data] : m_connections) {
+        if (data->m_eLoginState == ELoginState::LoggedIn) continue;
+        if (m_guard.refuseSilence(*data, now) != nullptr) {
+            silent.push_back(conn);
+        } else {
+            m_dNextDeadline = std::min(m_dNextDeadline, data->m_dConnectedAt + CSocketGuard::kLoginSeconds);
+        }
+    }
+    for (const net::NetConnectionPtr& conn : silent)
+        refuse(conn, m_guard.refuseSilence(*m_connections.at(conn), now));
+}
+
+void COrderSocketServer::tellDoor(EDoorEvent event, const net::NetConnection& conn, const char* cause) const {
+    CDoorReport report;
+    report.m_eEvent = event;
+    report.m_strSource = m_strSource;
+    report.m_strPeer =
+        QString::fromStdString(conn.peerAddress()) + QStringLiteral(":") + QString::number(conn.peerPort());
+    report.m_strCause = QString::fromLatin1(cause);
+    tellAudit(report);
+}
+
+} // namespace TC

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "gates/OrderGate.h"
+#include "gates/StrategyRegistry.h"
+#include "net/NetServer.h"
+#include "platform/IntakeAudit.h"
+#include "socket/ConnData.h"
+#include "socket/SocketGuard.h"
+
+#include <boost/asio/steady_timer.hpp>
+#include <boost/smart_ptr/owner_less.hpp>
+
+#include <QSet>
+
+#include <limits>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TC {
+
+struct CSocketVerb;
+
+/// The order protocol on one listener: greeting, lines, login, and the two order commands, whose orders go to
+/// the gate. docs/socket-protocol.md tells the conversation byte for byte.
+///
+/// All call-backs come on the listener's thread, one at a time, so commands of all connections are served
+/// strictly one after the other. Held by shared pointer. Gate and registry outlive the listener's thread.
+class COrderSocketServer : public net::NetServer {
+public:
+    /// An empty user means that no login is needed. User and password are UTF-8 and compared byte for byte.
+    COrderSocketServer(boost::asio::io_service& io, std::string ip, unsigned short port, std::string user,
+                       std::string pass, IOrderGate& gate, IStrategyRegistry& registry);
+    ~COrderSocketServer() override;
+
+    void onConnected(net::NetConnectionPtr conn) override;
+    void onDisconnected(int code, net::NetConnectionPtr conn) override;
+    void onDataReceived(const std::vector<unsigned char>& data, int length,
+                        net::NetConnectionPtr conn) override;
+
+    /// Ids of the strategies on this listener. Guarded by the registry's mutex; the listener's own thread
+    /// never looks at them.
+    QSet<int>& strategyIds() { return m_strategyIds; }
+
+    /// Open connections; on the listener's thread.
+    std::size_t connectionCount() const { return m_connections.size(); }
+
+private:
+    friend struct CSocketVerb;
+    using ConnDataPtr = boost::shared_ptr<ConnData>;
+    using CReply = std::vector<unsigned char>;
+
+    enum class ENext { GoOn, Closed };
+    static constexpr double kNoDeadline = std::numeric_limits<double>::max();
+
+    void takeLines(const net::NetConnectionPtr& conn, ConnData& data);
+    ENext takeLine(std::string_view line, const net::NetConnectionPtr& conn, ConnData& data);
+    ENext checkLineEnd(const net::NetConnectionPtr& conn);
+    ENext refuse(const net::NetConnectionPtr& conn, const char* word);
+    void watchLogins();
+    void closeSilent();
+    void tellDoor(EDoorEvent event, const net::NetConnection& conn, const char* cause) const;
+
+    void onUser(std::string_view argument, ConnData& data, CReply& reply);
+    void onPass(std::string_view argument, ConnData& data, CReply& reply);
+    void onPlaceOrder(std::string_view argument, ConnData& data, CReply& reply);
+    void onCancel(std::string_view argument, ConnData& data, CReply& reply);
+    void placeOrder(const std::string& argument, CReply& reply);
+    bool mustLogIn(const ConnData& data, CReply& reply) const;
+
+    const std::string m_strUser;
+    const std::string m_strPass;
+    std::map<net::NetConnectionPtr, ConnDataPtr, boost::owner_less<net::NetConnectionPtr>> m_connections;
+    QSet<int> m_strategyIds;
+
+    IOrderGate& m_gate;
+    IStrategyRegistry& m_registry;
+    const QString m_strSource; ///< ip:port, for the audit
+    const CSocketGuard m_guard;
+    boost::asio::steady_timer m_loginWatch; ///< runs while somebody has yet to log in
+    bool m_bWatching = false;
+    double m_dNextDeadline = kNoDeadline; ///< the earliest at which somebody may have been silent too long
+};
+
+} // namespace TC

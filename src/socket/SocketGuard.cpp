@@ -1,0 +1,32 @@
+#include "socket/SocketGuard.h"
+
+#include "platform/LuaModuleCtrl.h"
+
+namespace TC {
+
+CSocketGuard::CSocketGuard(bool needsLogin)
+    : m_bOn(luawrapper::isOrderSwitchOn(kSwitch)), m_bNeedsLogin(needsLogin) {}
+
+const char* CSocketGuard::refuseConnection(std::size_t others) const {
+    return m_bOn && others >= kMaxConnections ? "Too Many Connections" : nullptr;
+}
+
+const char* CSocketGuard::refuseLine(int length) const {
+    return m_bOn && length > kMaxLine ? "Line Too Long" : nullptr;
+}
+
+const char* CSocketGuard::refuseLineFeed() const {
+    return m_bOn ? "Line Not Ended By CR LF" : nullptr;
+}
+
+const char* CSocketGuard::refuseLogins(const ConnData& connection) const {
+    return m_bOn && connection.m_nFailedLogins >= kMaxFailedLogins ? "Too Many Failed Logins" : nullptr;
+}
+
+const char* CSocketGuard::refuseSilence(const ConnData& connection, double now) const {
+    const bool isWaiting = m_bNeedsLogin && connection.m_eLoginState != ELoginState::LoggedIn;
+    return m_bOn && isWaiting && now - connection.m_dConnectedAt >= kLoginSeconds ? "No Login In Time"
+                                                                                  : nullptr;
+}
+
+} // namespace TC

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "socket/ConnData.h"
+
+#include <cstddef>
+#include <limits>
+
+namespace TC {
+
+/// What makes a listener safe against strangers. Off unless the deployment switch "mdl_order_socket_guard" is
+/// on: the plain protocol has no limits. Gives a word for the refusal, or null where all is well; who is
+/// refused gets "-ERR", the word, and is closed.
+class CSocketGuard {
+public:
+    static constexpr std::size_t kMaxConnections = 1000;
+    static constexpr int kMaxLine = 64 * 1024; ///< bytes, CR LF counted
+    static constexpr int kMaxFailedLogins = 10;
+    static constexpr double kLoginSeconds = 60;
+
+    static constexpr const char* kSwitch = "mdl_order_socket_guard";
+
+    /// Reads the switch. `needsLogin`: whether the listener has a login name at all.
+    explicit CSocketGuard(bool needsLogin);
+
+    bool isOn() const { return m_bOn; }
+
+    /// `others`: how many connections there are besides the new one.
+    const char* refuseConnection(std::size_t others) const;
+    const char* refuseLine(int length) const;
+    const char* refuseLineFeed() const;
+    const char* refuseLogins(const ConnData& connection) const;
+    /// `now` as utils::getTime() gives it.
+    const char* refuseSilence(const ConnData& connection, double now) const;
+
+private:
+    const bool m_bOn;
+    const bool m_bNeedsLogin;
+};
+
+} // namespace TC

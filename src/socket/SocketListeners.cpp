@@ -1,0 +1,140 @@
+#include "socket/SocketListeners.h"
+
+#include "base/Log.h"
+#include "base/Thread.h"
+#include "platform/IntakeAudit.h"
+#include "socket/OrderSocketServerWrapper.h"
+
+#include <boost/make_shared.hpp>
+
+#include <QStringList>
+
+#include <exception>
+#include <stdexcept>
+#include <utility>
+
+namespace TC {
+namespace {
+
+void tellDoor(EDoorEvent event, const QString& source) {
+    CDoorReport report;
+    report.m_eEvent = event;
+    report.m_strSource = source;
+    tellAudit(report);
+}
+
+/// The listener's thread: an exception of the loop is logged, and the loop goes on.
+void serve(COrderSocketServerWrapper& wrapper) {
+    utils::setThreadName("orderSocketWrapper");
+    for (bool isDone = false; !isDone;) {
+        try {
+            wrapper.run();
+            isDone = true;
+        } catch (const std::exception& error) {
+            if (!utils::CLogCenter::logEnabled()) continue;
+            utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, &wrapper, __FUNCTION__,
+                                   error.what());
+        }
+    }
+}
+
+/// The two parts of "ip:port"; false where the text has others.
+bool splitSource(const QString& source, std::string& ip, unsigned short& port) {
+    const QStringList parts = source.split(QLatin1Char(':'));
+    if (parts.size() != 2) return false;
+    bool isNumber = false;
+    port = static_cast<unsigned short>(parts[1].toInt(&isNumber, 10));
+    ip = parts[0].toStdString();
+    // Nobody could find the listener of a port that the system chose.
+    return isNumber && port != 0;
+}
+
+} // namespace
+
+CSocketListeners::CSocketListeners(IOrderGate& gate, IStrategyRegistry& registry)
+    : m_gate(gate), m_registry(registry) {}
+
+CSocketListeners::~CSocketListeners() {
+    shutdown();
+}
+
+bool CSocketListeners::join(const COrderStrategyParam& strategy, QString& error) {
+    QString reason;
+    try {
+        if (m_socketServers.contains(strategy.m_strSignalSource)) {
+            share(strategy, reason);
+        } else {
+            open(strategy, reason);
+        }
+    } catch (...) {
+        reason = QStringLiteral("启动socket服务失败（可能因为端口被占用或其它原因）");
+    }
+    if (!reason.isEmpty()) error = reason;
+    return reason.isEmpty();
+}
+
+void CSocketListeners::share(const COrderStrategyParam& strategy, QString& error) {
+    const QString& source = strategy.m_strSignalSource;
+    CFutrueSocketServerParam& param = m_socketParams[source];
+    if (param.m_strUser != strategy.m_strUser || param.m_strPass != strategy.m_strPass) {
+        error = source + QStringLiteral("已绑定一个正在监听的口服务, 请将用户名和密码设置成统一的配置后再试");
+        return;
+    }
+    m_socketServers[source]->server()->strategyIds().insert(strategy.m_nChannel);
+    ++param.m_nRefCount;
+}
+
+void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error) {
+    const QString& source = strategy.m_strSignalSource;
+    std::string ip;
+    unsigned short port = 0;
+    if (!splitSource(source, ip, port)) {
+        error = QStringLiteral("IP与端口格式不正确");
+        return;
+    }
+    const auto wrapper = boost::make_shared<COrderSocketServerWrapper>(
+        ip, port, strategy.m_strUser.toStdString(), strategy.m_strPass.toStdString(), m_gate, m_registry);
+    wrapper->server()->strategyIds().insert(strategy.m_nChannel);
+    wrapper->server()->start(false);
+    m_threads.emplace_back([wrapper] { serve(*wrapper); });
+    m_socketServers.insert(source, wrapper);
+    CFutrueSocketServerParam param;
+    param.m_strUser = strategy.m_strUser;
+    param.m_strPass = strategy.m_strPass;
+    param.m_nRefCount = 1;
+    m_socketParams.insert(source, param);
+    tellDoor(EDoorEvent::Opened, source);
+}
+
+bool CSocketListeners::leave(const COrderStrategyParam& strategy, QString& error) {
+    try {
+        CFutrueSocketServerParam& param = m_socketParams[strategy.m_strSignalSource];
+        if (param.m_nRefCount != 1) {
+            --param.m_nRefCount;
+        } else {
+            close(strategy.m_strSignalSource);
+        }
+        return true;
+    } catch (...) {
+        error = QStringLiteral("停止socket服务失败");
+        return false;
+    }
+}
+
+void CSocketListeners::close(const QString& source) {
+    const auto wrapper = m_socketServers.take(source);
+    if (!wrapper) return;
+    wrapper->stop();
+    tellDoor(EDoorEvent::Closed, source);
+}
+
+void CSocketListeners::shutdown() {
+    const QStringList sources = m_socketServers.keys();
+    for (const QString& source : sources)
+        close(source);
+    for (std::thread& thread : m_threads)
+        thread.join();
+    m_threads.clear();
+}
+
+} // namespace TC

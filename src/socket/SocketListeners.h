@@ -1,0 +1,52 @@
+#pragma once
+
+#include "gates/OrderGate.h"
+#include "gates/StrategyRegistry.h"
+#include "records/SocketServerParam.h"
+#include "records/StrategyParam.h"
+
+#include <QMap>
+#include <QString>
+
+#include <boost/shared_ptr.hpp>
+
+#include <thread>
+#include <vector>
+
+namespace TC {
+
+class COrderSocketServerWrapper;
+
+/// The listeners of the socket strategies, by the ip:port text exactly as entered. Strategies that name the
+/// same text with the same login share one. Every operation but shutdown is called with the registry's mutex
+/// held, and none but shutdown waits for a listener's thread.
+class CSocketListeners {
+public:
+    /// Gate and registry outlive the listeners' threads, which shutdown ends.
+    CSocketListeners(IOrderGate& gate, IStrategyRegistry& registry);
+    ~CSocketListeners();
+    CSocketListeners(const CSocketListeners&) = delete;
+    CSocketListeners& operator=(const CSocketListeners&) = delete;
+
+    /// Puts the strategy on the listener of its source and starts that where there is none. False leaves the
+    /// reason.
+    bool join(const COrderStrategyParam& strategy, QString& error);
+    /// Takes the strategy off its listener; the last one closes it. False leaves the reason.
+    bool leave(const COrderStrategyParam& strategy, QString& error);
+
+    /// Closes all listeners and waits for their threads. Without the registry's mutex: a thread may want it.
+    void shutdown();
+
+private:
+    void open(const COrderStrategyParam& strategy, QString& error);
+    void share(const COrderStrategyParam& strategy, QString& error);
+    void close(const QString& source);
+
+    IOrderGate& m_gate;
+    IStrategyRegistry& m_registry;
+    QMap<QString, boost::shared_ptr<COrderSocketServerWrapper>> m_socketServers;
+    QMap<QString, CFutrueSocketServerParam> m_socketParams;
+    std::vector<std::thread> m_threads; ///< also of listeners that are closed; joined by shutdown
+};
+
+} // namespace TC
