@@ -28,6 +28,9 @@ QString lineText(const COrderSingleParam& line) {
         parts << QStringLiteral("operation=") + QString::number(line.m_eOperationType);
     if (line.m_dWeight != 0.0) parts << QStringLiteral("weight=") + number(line.m_dWeight);
     if (!isInvalidPrice(line.m_dAmount)) parts << QStringLiteral("amount=") + number(line.m_dAmount);
+    if (!isUnset(line.m_ePriceType))
+        parts << QStringLiteral("price_type=") + QString::number(static_cast<int>(line.m_ePriceType));
+    if (!line.m_strCompact.isEmpty()) parts << QStringLiteral("compact=") + line.m_strCompact;
     return QStringLiteral("{") + parts.join(QStringLiteral(" ")) + QStringLiteral("}");
 }
 
@@ -43,6 +46,16 @@ QString COrderParam::toQString() const {
     if (!m_strRemark.empty()) parts << QStringLiteral("remark=") + QString::fromStdString(m_strRemark);
     if (!m_strOrderSetting.empty())
         parts << QStringLiteral("setting=") + QString::fromStdString(m_strOrderSetting);
+    if (!isUnset(m_eOrderType))
+        parts << QStringLiteral("order_kind=") + QString::number(static_cast<int>(m_eOrderType));
+    if (m_nSettingKind != 0) parts << QStringLiteral("setting_kind=") + QString::number(m_nSettingKind);
+    if (!m_strBasketText.empty())
+        parts << QStringLiteral("basket_text=") + QString::fromStdString(m_strBasketText);
+    if (!m_strAccountKey.empty())
+        parts << QStringLiteral("account_key=") + QString::fromStdString(m_strAccountKey);
+    for (const std::string* text : {&m_strTradeText1, &m_strTradeText2, &m_strTradeText3}) {
+        if (!text->empty()) parts << QStringLiteral("text=") + QString::fromStdString(*text);
+    }
     if (!m_strAccountKeyPart1.isEmpty() || !m_strAccountKeyPart2.isEmpty()) {
         parts << QStringLiteral("account=") + m_strAccountKeyPart1 + QStringLiteral("/") +
                      m_strAccountKeyPart2;

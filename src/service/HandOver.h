@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QThread>
 
 #include <mutex>
 
@@ -15,10 +16,12 @@ class CHandOver : public QObject {
 public:
     using QObject::QObject;
 
-    /// Calls `post`, which posts something to the receiver. Any thread; may nest.
+    /// Calls `post`, which posts something to the receiver. Any thread; may nest. On the receiver's own
+    /// thread, where a call arrives at once, nothing is locked: what runs inside may wait for whom it likes.
     template<typename Post>
     void around(const Post& post) {
-        const std::lock_guard lock(m_mutex);
+        std::unique_lock lock(m_mutex, std::defer_lock);
+        if (QThread::currentThread() != thread()) lock.lock();
         post();
     }
 

@@ -1,5 +1,6 @@
 #include "service/OrderService.h"
 
+#include "base/Text.h"
 #include "base/Thread.h"
 #include "check/OrderServiceBase.h"
 #include "check/Reports.h"
@@ -19,6 +20,7 @@
 #include <future>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 Q_DECLARE_METATYPE(TC::COrderParam)
 Q_DECLARE_METATYPE(TC::orderParamForOrderService)
@@ -54,8 +56,8 @@ struct COrderService::CThreads {
     CHandOver handOver;
 };
 
-COrderService::COrderService(QObject* parent)
-    : QObject(parent), m_listeners(std::make_unique<CSocketListeners>(*this, *this)),
+COrderService::COrderService(QObject*)
+    : m_listeners(std::make_unique<CSocketListeners>(*this, *this)),
       m_registry(std::make_unique<CStrategyRegistry>([this](bool running) { emit sigSetStatus(running); },
                                                      *m_listeners)),
       m_threads(std::make_unique<CThreads>()) {
@@ -73,7 +75,7 @@ COrderService::COrderService(QObject* parent)
 /// The host's signals reach the slots as an automatic connection would bring them, through the hand-over like
 /// all else.
 void COrderService::connectHost() {
-    connect(
+    m_hostConnections.push_back(connect(
         &CExchangeClient::instance(), &CExchangeClient::sigNewTradingDate, this,
         [this](const std::string& date) {
             m_threads->handOver.around([&] {
@@ -81,8 +83,8 @@ void COrderService::connectHost() {
                     this, [this, date] { slotNewTradingDate(date); }, Qt::AutoConnection);
             });
         },
-        Qt::DirectConnection);
-    connect(
+        Qt::DirectConnection));
+    m_hostConnections.push_back(connect(
         &CTradeClient::instance(), &CTradeClient::sigCancelOrder, this,
         [this](const knservice::COrderInfoPtr& info, bool success, const std::string& message) {
             m_threads->handOver.around([&] {
@@ -90,7 +92,13 @@ void COrderService::connectHost() {
                     this, [=] { slotDbfCancelOrder(info, success, message); }, Qt::AutoConnection);
             });
         },
-        Qt::DirectConnection);
+        Qt::DirectConnection));
+}
+
+void COrderService::disconnectHost() {
+    for (const QMetaObject::Connection& connection : m_hostConnections)
+        disconnect(connection);
+    m_hostConnections.clear();
 }
 
 COrderService::~COrderService() {
@@ -100,12 +108,14 @@ COrderService::~COrderService() {
 
 void COrderService::shutdown() {
     if (!m_threads->service.isRunning()) return;
+    disconnectHost();
     m_fileService->stop();
     if (m_threads->file.joinable()) m_threads->file.join();
     m_listeners->shutdown();
     // Events are served in order: when this one has had its turn, every batch posted before has too.
     std::promise<void> workedOff;
     m_threads->handOver.around([&] {
+        m_bClosed = true;
         QMetaObject::invokeMethod(
             this, [&workedOff] { workedOff.set_value(); }, Qt::QueuedConnection);
     });
@@ -116,11 +126,15 @@ void COrderService::shutdown() {
 
 void COrderService::loadFromConfig(bool showMsg) {
     const std::lock_guard lock(m_registry->mutex());
+    if (m_bClosed) return;
     CUserConfig* user = getUserConfig();
     m_registry->bind(user != nullptr ? user->getStrategyMap() : nullptr);
     if (user == nullptr) return;
-    chooseVariant();
-    if (m_orderService) m_orderService->filterStrategies(m_registry->strategies());
+    chooseVariant(*user);
+    if (m_orderService) {
+        m_registry->filter(
+            [this](COrderStrategyMap* strategies) { m_orderService->filterStrategies(strategies); });
+    }
     m_registry->restartRemembered(showMsg);
     startFileThread();
     if (user->hasShowTradeFrameworkPermission()) {
@@ -128,12 +142,13 @@ void COrderService::loadFromConfig(bool showMsg) {
     }
 }
 
-void COrderService::chooseVariant() {
+void COrderService::chooseVariant(const CUserConfig& user) {
     if (m_orderService) return;
-    const CUserConfig* user = getUserConfig();
-    if (user->hasOrderService()) {
-        m_orderService = std::make_unique<COrderServiceUnion>();
-    } else if (isSplitUser(user)) {
+    if (user.hasOrderService()) {
+        m_orderService =
+            std::make_unique<COrderServiceUnion>([this](int channel) { renewStrategy(channel); });
+        m_pVariant = m_orderService.get();
+    } else if (isSplitUser(&user)) {
         reportUnbuiltVariant();
     }
 }
@@ -151,12 +166,21 @@ void COrderService::placeorder(COrderParam order) {
 }
 
 void COrderService::placeOrders(QVector<COrderParam> orders) {
-    m_threads->handOver.around([&] { emit sigPlaceOrders(std::move(orders)); });
+    bool isClosed = false;
+    m_threads->handOver.around([&] {
+        isClosed = m_bClosed;
+        if (!isClosed) emit sigPlaceOrders(std::move(orders));
+    });
+    if (!isClosed || orders.isEmpty()) return;
+    showServiceMsg(utils::fillText(QStringLiteral("[接口单]　下单服务已关闭, %1条指令未执行!"),
+                                   {QString::number(orders.size())}));
 }
 
 void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) {
     COrderServiceBase* variant = getOrderService();
-    if (variant != nullptr) variant->placeLegalOrders(std::move(orders), m_registry->strategies());
+    if (variant == nullptr) return;
+    const COrderStrategyMap strategies = m_registry->copy();
+    variant->placeLegalOrders(std::move(orders), &strategies);
 }
 
 void COrderService::cancelOrder(int taskId) {
@@ -176,8 +200,7 @@ QString COrderService::getStatusBarTip() const {
 }
 
 COrderServiceBase* COrderService::getOrderService() const {
-    const std::lock_guard lock(m_registry->mutex());
-    return m_orderService.get();
+    return m_pVariant;
 }
 
 int COrderService::addOrderStrategy(EOrderStrategyType type) {
@@ -205,7 +228,10 @@ COrderStrategyParam* COrderService::getStrategy(int id) {
 }
 
 int COrderService::startOrderStrategy(int id, QString& error, bool showMsg) {
-    return m_registry->start(id, error, showMsg);
+    const std::lock_guard lock(m_registry->mutex());
+    if (!m_bClosed) return m_registry->start(id, error, showMsg);
+    error = QStringLiteral("下单服务已关闭");
+    return -1;
 }
 
 int COrderService::stopOrderStrategy(int id, QString& error) {
@@ -240,16 +266,26 @@ void COrderService::slotNewTradingDate(std::string date) {
 }
 
 void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
-    std::unique_lock lock(m_registry->mutex());
-    COrderServiceBase* variant = m_orderService.get();
-    // The variant works on copies: checks can wait for quotes, and the registry must stay open meanwhile.
-    const COrderStrategyMap strategies = m_registry->copyFor(orders);
-    const bool isBound = m_registry->strategies() != nullptr;
-    lock.unlock();
-    if (variant != nullptr) {
-        variant->placeOrders(std::move(orders), isBound ? &strategies : nullptr);
-    } else if (!orders.isEmpty() && isBound && isSplitUser(getUserConfig())) {
-        reportUnbuiltVariant();
+    COrderServiceBase* variant = getOrderService();
+    const bool isBound = m_registry->isBound();
+    if (variant == nullptr) {
+        if (!orders.isEmpty() && isBound && isSplitUser(getUserConfig())) reportUnbuiltVariant();
+        return;
+    }
+    // The variant works on copies, since checks can wait for quotes and the registry must stay open
+    // meanwhile. Each order renews the copy of its strategy. A batch can come while another is in hand.
+    COrderStrategyMap strategies;
+    COrderStrategyMap* const outer = std::exchange(m_pInHand, &strategies);
+    variant->placeOrders(std::move(orders), isBound ? &strategies : nullptr);
+    m_pInHand = outer;
+}
+
+void COrderService::renewStrategy(int channel) {
+    if (m_pInHand == nullptr) return;
+    if (const auto strategy = m_registry->copyOne(channel)) {
+        m_pInHand->insert(channel, *strategy);
+    } else {
+        m_pInHand->remove(channel);
     }
 }
 

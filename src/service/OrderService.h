@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QVector>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -23,6 +24,7 @@ class CFileService;
 class CSocketListeners;
 class COrderServiceBase;
 class CStrategyRegistry;
+class CUserConfig;
 
 /// The order service: everything reaches the order checkers through this singleton. Chooses the variant that
 /// the user gets, owns the threads of the order path, keeps the strategies, and turns calls from any thread
@@ -37,23 +39,25 @@ class COrderService : public QObject,
                       public IStrategyRegistry {
     Q_OBJECT
 public:
-    /// Starts the service's thread and moves to it, so `parent` must be null or live on no thread of its own.
+    /// Starts the service's thread and moves to it. An object with a parent cannot move, so `parent` is not
+    /// kept: the host deletes the service through release.
     explicit COrderService(QObject* parent = nullptr);
     /// Shuts down first where shutdown was not called. Not on the service's own thread.
     ~COrderService() override;
 
     /// Binds the service to the logged-in user: chooses the variant, filters the strategies over the user's
     /// limits, starts those that the configuration remembers as running, and starts the file thread. Without
-    /// a user it does nothing. A repeated call keeps variant and thread and starts again what is remembered
-    /// as running. showMsg: whether each started strategy is announced.
+    /// a user it lets go of the former one's strategies and does no more. A repeated call keeps variant and
+    /// thread and starts again what is remembered as running. showMsg: whether each started strategy is
+    /// announced.
     void loadFromConfig(bool showMsg);
 
     /// Ends the intake, works off every batch that was accepted, and ends the service's threads. Nothing that
-    /// was taken from a file is lost. Afterwards the object accepts nothing more; a second call does nothing.
-    /// Not on the service's own thread.
+    /// was taken from a file is lost. Afterwards the object accepts nothing more: orders are refused with a
+    /// message, strategies do not start, and a second call does nothing. Not on the service's own thread.
     void shutdown();
 
-    /// Any thread; queued.
+    /// Any thread; queued. On the service's own thread the orders are worked off before the call returns.
     void placeorder(COrderParam order) override;
     void placeOrders(QVector<COrderParam> orders) override;
     /// Hands checked orders to the variant on the caller's thread; without a variant does nothing.
@@ -62,7 +66,7 @@ public:
     /// Emits sigCancelOrders on the calling thread.
     void cancelOrders(std::vector<std::string>& fields) override;
 
-    /// Whether any strategy runs. Takes no lock: the caller holds the registry still.
+    /// Whether any strategy runs.
     bool hasRunning() const;
     /// One line for each running strategy, in key order.
     QString getStatusBarTip() const;
@@ -118,16 +122,22 @@ public slots:
 
 private:
     void connectHost();
-    void chooseVariant();
+    void chooseVariant(const CUserConfig& user);
     void startFileThread();
+    void disconnectHost();
+    void renewStrategy(int channel);
 
     struct CThreads;
 
     std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
     std::unique_ptr<COrderServiceBase> m_orderService;
+    std::atomic<COrderServiceBase*> m_pVariant{nullptr}; ///< m_orderService, once it is chosen
     std::unique_ptr<CFileService> m_fileService;
     std::unique_ptr<CThreads> m_threads;
+    std::vector<QMetaObject::Connection> m_hostConnections;
+    COrderStrategyMap* m_pInHand = nullptr; ///< strategies of the batch in hand; the service's thread alone
+    std::atomic<bool> m_bClosed{false};
 };
 
 } // namespace TC

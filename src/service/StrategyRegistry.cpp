@@ -38,20 +38,17 @@ bool areAccountsLoggedIn(const CUserConfig& user, const COrderStrategyParam& str
     return true;
 }
 
-/// The families whose strategies trade one instrument and should name it; credit may leave it open.
-bool wantsCode(EOrderStrategyTradeType tradeType) {
-    switch (tradeType) {
-    case EOrderStrategyTradeType::Stock:
-    case EOrderStrategyTradeType::Future:
-    case EOrderStrategyTradeType::StockOption:
-    case EOrderStrategyTradeType::FutureOption:
-    case EOrderStrategyTradeType::SGT:
-    case EOrderStrategyTradeType::HGT:
-    case EOrderStrategyTradeType::Neeq:
-    case EOrderStrategyTradeType::Gold:
+/// Whether the strategy should name an instrument and does not. Credit may leave it open; baskets are asked
+/// like all others, and whatever code theirs has does not count.
+bool lacksCode(const COrderStrategyParam& strategy) {
+    switch (strategy.m_eTradeType) {
+    case EOrderStrategyTradeType::Credit:
+        return false;
+    case EOrderStrategyTradeType::Basket:
+    case EOrderStrategyTradeType::FutureBasket:
         return true;
     default:
-        return false;
+        return strategy.m_strCode.isEmpty();
     }
 }
 
@@ -67,20 +64,40 @@ bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
         error = QStringLiteral("信号来源必须为文件");
         return false;
     }
-    ::unlink(path.c_str());
+    if (::unlink(path.c_str()) != 0 && isRegularFile(path)) {
+        error = QStringLiteral("信号来源文件无法删除");
+        return false;
+    }
     return true;
 }
 
-void announce(const COrderStrategyParam& strategy, const QString& outcome) {
-    showServiceMsg(orderStrategyTypeToOrderTitle(strategy.m_eStrategyType) + QStringLiteral("　") +
-                   strategy.m_strName + outcome);
+/// The head of the messages about a strategy. Made before the host hears of the change: it may remove the
+/// strategy there and then.
+QString messageHead(const COrderStrategyParam& strategy) {
+    return orderStrategyTypeToOrderTitle(strategy.m_eStrategyType) + QStringLiteral("　") +
+           strategy.m_strName;
 }
 
 } // namespace
 
 void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
-    m_pStrategies = strategies;
+    change([&] { m_pStrategies = strategies; });
+}
+
+bool CStrategyRegistry::isBound() const {
+    const std::lock_guard lock(m_dataMutex);
+    return m_pStrategies != nullptr;
+}
+
+void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& filter) {
+    const std::lock_guard lock(m_mutex);
+    COrderStrategyMap kept = copy();
+    filter(&kept);
+    const QList<int> channels = m_pStrategies->keys();
+    for (const int channel : channels) {
+        if (!kept.contains(channel)) change([&] { m_pStrategies->remove(channel); });
+    }
 }
 
 int CStrategyRegistry::nextId() const {
@@ -104,7 +121,7 @@ int CStrategyRegistry::add(EOrderStrategyType type) {
         if (which == EDefaultSetting::None) continue;
         strategy.setting(static_cast<ESettingSlot>(slot)) = user->getDefaultOrderSetting(which);
     }
-    m_pStrategies->insert(strategy.m_nChannel, strategy);
+    change([&] { m_pStrategies->insert(strategy.m_nChannel, strategy); });
     return strategy.m_nChannel;
 }
 
@@ -112,14 +129,20 @@ int CStrategyRegistry::update(const COrderStrategyParam& param) {
     const std::lock_guard lock(m_mutex);
     COrderStrategyParam* stored = find(param.m_nChannel);
     if (stored == nullptr || stored->isRunning()) return kFailure;
-    *stored = param;
-    stored->m_nStartCount = 0;
+    change([&] {
+        *stored = param;
+        stored->m_nStartCount = 0;
+        // Only a start, with its checks, makes a strategy run.
+        stored->m_nStatus = COrderStrategyParam::kStopped;
+    });
     return kSuccess;
 }
 
 int CStrategyRegistry::remove(int id) {
     const std::lock_guard lock(m_mutex);
-    return m_pStrategies != nullptr && m_pStrategies->remove(id) > 0 ? kSuccess : kFailure;
+    int count = 0;
+    change([&] { count = m_pStrategies != nullptr ? m_pStrategies->remove(id) : 0; });
+    return count > 0 ? kSuccess : kFailure;
 }
 
 COrderStrategyParam* CStrategyRegistry::find(int id) {
@@ -138,9 +161,10 @@ int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
     }
     const bool wasRunning = strategy->isRunning();
     if (!startChecked(*strategy, error)) return kFailure;
-    strategy->m_nStatus = COrderStrategyParam::kRunning;
+    change([&] { strategy->m_nStatus = COrderStrategyParam::kRunning; });
+    const QString head = messageHead(*strategy);
     m_onStatus(hasRunning());
-    if (showMsg && !wasRunning) announce(*strategy, QStringLiteral(": 启动成功!"));
+    if (showMsg && !wasRunning) showServiceMsg(head + QStringLiteral(": 启动成功!"));
     return kSuccess;
 }
 
@@ -156,26 +180,26 @@ bool CStrategyRegistry::startChecked(COrderStrategyParam& strategy, QString& err
         return false;
     }
     // Both texts on an empty code are notes: the start goes on.
-    const bool hasCode = !strategy.m_strCode.isEmpty();
-    if (!hasCode && wantsCode(strategy.m_eTradeType)) error = QStringLiteral("代码不能为空");
+    if (lacksCode(strategy)) error = QStringLiteral("代码不能为空");
     if (strategy.isRunning()) return true;
-    if (!hasCode && strategy.m_eTradeType == EOrderStrategyTradeType::Future)
+    if (lacksCode(strategy) && strategy.m_eTradeType == EOrderStrategyTradeType::Future)
         error = QStringLiteral("合约代码为空");
     if (strategy.m_strSignalSource.isEmpty()) {
         error = QStringLiteral("信号来源为空");
         return false;
     }
-    return openSource(strategy, error);
+    return openSource(*user, strategy, error);
 }
 
-bool CStrategyRegistry::openSource(const COrderStrategyParam& strategy, QString& error) {
-    if (strategy.m_nAccountMode != 0) {
+bool CStrategyRegistry::openSource(const CUserConfig& user, const COrderStrategyParam& strategy,
+                                   QString& error) {
+    if (strategy.comesFromFile() && strategy.m_nAccountMode != 0) {
         error = QStringLiteral("此版本尚不支持DBF委托表");
         return false;
     }
     if (strategy.m_eStrategyType == EOrderStrategyType::Signal) return m_listeners.join(strategy, error);
     if (!strategy.comesFromFile()) return true;
-    if (getUserConfig()->hasOrderEncryptionService()) {
+    if (user.hasOrderEncryptionService()) {
         error = QStringLiteral("此版本尚不支持加密的文件单");
         return false;
     }
@@ -192,10 +216,13 @@ int CStrategyRegistry::stop(int id, QString& error) {
     }
     const bool isSignal = strategy->m_eStrategyType == EOrderStrategyType::Signal;
     if (isSignal && !m_listeners.leave(*strategy, error)) return kFailure;
-    strategy->m_nStatus = COrderStrategyParam::kStopped;
-    strategy->m_nStartCount = 0;
+    change([&] {
+        strategy->m_nStatus = COrderStrategyParam::kStopped;
+        strategy->m_nStartCount = 0;
+    });
+    const QString head = messageHead(*strategy);
     m_onStatus(hasRunning());
-    announce(*strategy, QStringLiteral(": 停止运行!"));
+    showServiceMsg(head + QStringLiteral(": 停止运行!"));
     return kSuccess;
 }
 
@@ -205,8 +232,8 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
     const QList<int> channels = m_pStrategies->keys();
     for (const int channel : channels) {
         COrderStrategyParam* strategy = find(channel);
-        if (!strategy->isRunning()) continue;
-        strategy->m_nStatus = COrderStrategyParam::kStopped;
+        if (strategy == nullptr || !strategy->isRunning()) continue;
+        change([&] { strategy->m_nStatus = COrderStrategyParam::kStopped; });
         QString dropped;
         start(channel, dropped, showMsg);
     }
@@ -222,24 +249,15 @@ COrderStrategyMap CStrategyRegistry::copy() {
     return result;
 }
 
-std::optional<COrderStrategyParam> CStrategyRegistry::copyOne(int id) {
-    const std::lock_guard lock(m_mutex);
-    const COrderStrategyParam* strategy = find(id);
-    return strategy != nullptr ? std::optional<COrderStrategyParam>(*strategy) : std::nullopt;
-}
-
-COrderStrategyMap CStrategyRegistry::copyFor(const QVector<COrderParam>& orders) {
-    const std::lock_guard lock(m_mutex);
-    COrderStrategyMap result;
-    for (const COrderParam& order : orders) {
-        if (result.contains(order.m_nChannel)) continue;
-        if (const COrderStrategyParam* strategy = find(order.m_nChannel))
-            result.insert(order.m_nChannel, *strategy);
-    }
-    return result;
+std::optional<COrderStrategyParam> CStrategyRegistry::copyOne(int id) const {
+    const std::lock_guard lock(m_dataMutex);
+    if (m_pStrategies == nullptr) return std::nullopt;
+    const auto found = m_pStrategies->constFind(id);
+    return found != m_pStrategies->constEnd() ? std::optional<COrderStrategyParam>(*found) : std::nullopt;
 }
 
 bool CStrategyRegistry::hasRunning() const {
+    const std::lock_guard lock(m_dataMutex);
     return m_pStrategies != nullptr &&
            std::any_of(m_pStrategies->cbegin(), m_pStrategies->cend(),
                        [](const COrderStrategyParam& strategy) { return strategy.isRunning(); });
@@ -258,8 +276,11 @@ QString CStrategyRegistry::statusBarTip() {
 void CStrategyRegistry::visit(const std::function<void(int, const COrderStrategyParam&)>& visitor) {
     const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return;
-    for (auto it = m_pStrategies->cbegin(); it != m_pStrategies->cend(); ++it)
-        visitor(it.key(), it.value());
+    // By copies: what a visitor brings about can reach the host, which may remove strategies.
+    const QList<int> channels = m_pStrategies->keys();
+    for (const int channel : channels) {
+        if (const auto strategy = copyOne(channel)) visitor(channel, *strategy);
+    }
 }
 
 } // namespace TC

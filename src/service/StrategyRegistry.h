@@ -1,10 +1,8 @@
 #pragma once
 
-#include "records/OrderParam.h"
 #include "records/StrategyParam.h"
 
 #include <QString>
-#include <QVector>
 
 #include <functional>
 #include <mutex>
@@ -13,6 +11,7 @@
 namespace TC {
 
 class CSocketListeners;
+class CUserConfig;
 
 /// The user's strategies behind one mutex: adding, changing, removing, starting and stopping them. The map is
 /// the host's; it is bound once a user is logged in, and what changes here is saved with the user's
@@ -25,12 +24,14 @@ public:
     CStrategyRegistry(CStatusListener listener, CSocketListeners& listeners)
         : m_onStatus(std::move(listener)), m_listeners(listeners) {}
 
-    /// Guards the map. Recursive: who holds it may call every operation here.
+    /// Keeps the strategies still: held for the whole of every operation and of a pass of the file loop.
+    /// Recursive: who holds it may call every operation here.
     std::recursive_mutex& mutex() { return m_mutex; }
 
     void bind(COrderStrategyMap* strategies);
-    /// The bound map or null; only with the mutex held.
-    COrderStrategyMap* strategies() { return m_pStrategies; }
+    bool isBound() const;
+    /// Erases the strategies that `filter` takes out of the map it is given.
+    void filter(const std::function<void(COrderStrategyMap*)>& filter);
 
     int add(EOrderStrategyType type);
     int update(const COrderStrategyParam& param);
@@ -42,10 +43,8 @@ public:
     void restartRemembered(bool showMsg);
 
     COrderStrategyMap copy();
-    std::optional<COrderStrategyParam> copyOne(int id);
-    /// Copies of the strategies that the orders are meant for, so that they can be worked on without the
-    /// mutex.
-    COrderStrategyMap copyFor(const QVector<COrderParam>& orders);
+    /// A copy of one strategy as it is now. Does not wait for operations and passes.
+    std::optional<COrderStrategyParam> copyOne(int id) const;
     bool hasRunning() const;
     QString statusBarTip();
     void visit(const std::function<void(int, const COrderStrategyParam&)>& visit);
@@ -53,9 +52,19 @@ public:
 private:
     int nextId() const;
     bool startChecked(COrderStrategyParam& strategy, QString& error);
-    bool openSource(const COrderStrategyParam& strategy, QString& error);
+    bool openSource(const CUserConfig& user, const COrderStrategyParam& strategy, QString& error);
+
+    /// Changes what the map holds, while nobody copies a strategy.
+    template<typename Change>
+    void change(const Change& change) {
+        const std::lock_guard lock(m_dataMutex);
+        change();
+    }
 
     std::recursive_mutex m_mutex;
+    /// Guards the map's content for those who do not hold m_mutex. Taken for moments, behind m_mutex where
+    /// both are; nothing of the host is called under it.
+    mutable std::mutex m_dataMutex;
     COrderStrategyMap* m_pStrategies = nullptr;
     CStatusListener m_onStatus;
     CSocketListeners& m_listeners;

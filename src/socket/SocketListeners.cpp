@@ -9,6 +9,7 @@
 
 #include <QStringList>
 
+#include <algorithm>
 #include <exception>
 #include <stdexcept>
 #include <utility>
@@ -92,11 +93,18 @@ void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error)
         error = QStringLiteral("IP与端口格式不正确");
         return;
     }
-    const auto wrapper = boost::make_shared<COrderSocketServerWrapper>(
+    auto wrapper = boost::make_shared<COrderSocketServerWrapper>(
         ip, port, strategy.m_strUser.toStdString(), strategy.m_strPass.toStdString(), m_gate, m_registry);
     wrapper->server()->strategyIds().insert(strategy.m_nChannel);
     wrapper->server()->start(false);
-    m_threads.emplace_back([wrapper] { serve(*wrapper); });
+    joinFinished();
+    const auto isDone = std::make_shared<std::atomic<bool>>(false);
+    m_threads.push_back({std::thread([wrapper, isDone]() mutable {
+                             serve(*wrapper);
+                             wrapper.reset();
+                             *isDone = true;
+                         }),
+                         isDone});
     m_socketServers.insert(source, wrapper);
     CFutrueSocketServerParam param;
     param.m_strUser = strategy.m_strUser;
@@ -128,12 +136,22 @@ void CSocketListeners::close(const QString& source) {
     tellDoor(EDoorEvent::Closed, source);
 }
 
+/// Lets go of the threads that have ended; waits for none.
+void CSocketListeners::joinFinished() {
+    const auto isRunning = [](CListenerThread& listener) {
+        if (!*listener.isDone) return true;
+        listener.thread.join();
+        return false;
+    };
+    m_threads.erase(std::stable_partition(m_threads.begin(), m_threads.end(), isRunning), m_threads.end());
+}
+
 void CSocketListeners::shutdown() {
     const QStringList sources = m_socketServers.keys();
     for (const QString& source : sources)
         close(source);
-    for (std::thread& thread : m_threads)
-        thread.join();
+    for (CListenerThread& listener : m_threads)
+        listener.thread.join();
     m_threads.clear();
 }
 

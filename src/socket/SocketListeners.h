@@ -10,6 +10,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <atomic>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -41,12 +43,18 @@ private:
     void open(const COrderStrategyParam& strategy, QString& error);
     void share(const COrderStrategyParam& strategy, QString& error);
     void close(const QString& source);
+    void joinFinished();
 
     IOrderGate& m_gate;
     IStrategyRegistry& m_registry;
     QMap<QString, boost::shared_ptr<COrderSocketServerWrapper>> m_socketServers;
     QMap<QString, CFutrueSocketServerParam> m_socketParams;
-    std::vector<std::thread> m_threads; ///< also of listeners that are closed; joined by shutdown
+
+    struct CListenerThread {
+        std::thread thread;
+        std::shared_ptr<std::atomic<bool>> isDone;
+    };
+    std::vector<CListenerThread> m_threads; ///< also of listeners that were closed and are still ending
 };
 
 } // namespace TC

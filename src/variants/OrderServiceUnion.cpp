@@ -8,7 +8,9 @@
 #include "platform/TradingRules.h"
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
+#include <utility>
 
 namespace TC {
 namespace {
@@ -59,6 +61,9 @@ const COrderServiceUnion::CFamilyOperation COrderServiceUnion::s_operations[] = 
     {EOrderStrategyTradeType::Gold, &COrderServiceUnion::refuseFamily},
 };
 
+COrderServiceUnion::COrderServiceUnion(CBeforeOrder beforeOrder, QObject* parent)
+    : COrderServiceBase(parent), m_beforeOrder(std::move(beforeOrder)) {}
+
 void COrderServiceUnion::filterStrategies(COrderStrategyMap* strategies) {
     const CUserConfig* user = getUserConfig();
     if (strategies == nullptr || user == nullptr) return;
@@ -76,14 +81,28 @@ void COrderServiceUnion::filterStrategies(COrderStrategyMap* strategies) {
 void COrderServiceUnion::placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) {
     if (strategies == nullptr) return;
     for (const COrderParam& order : qAsConst(orders)) {
-        if (!placeOrder(order, strategies)) return;
+        if (!placeGuarded(order, strategies)) return;
     }
+}
+
+/// An exception of the host's costs the order that it came over, with a word, and no other.
+bool COrderServiceUnion::placeGuarded(const COrderParam& order, const COrderStrategyMap* strategies) {
+    try {
+        return placeOrder(order, strategies);
+    } catch (const std::exception& error) {
+        showCheckFailure(
+            utils::fillText(QStringLiteral("[%1]　通道号: %2, 下单异常: %3"),
+                            {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel),
+                             QString::fromUtf8(error.what())}));
+    }
+    return true;
 }
 
 bool COrderServiceUnion::placeOrder(const COrderParam& order, const COrderStrategyMap* strategies) {
     if (utils::CLogCenter::logEnabled()) {
         logInfo(this, "TC::COrderServiceUnion::placeOrders", "param = " + order.toQString().toStdString());
     }
+    if (m_beforeOrder) m_beforeOrder(order.m_nChannel);
     const COrderStrategyParam* strategy = getStrategy(order.m_nChannel, strategies, order.m_eStrategyType);
     if (strategy == nullptr || !checkOrderParamValid(order, strategy)) return false;
     announce(order, *strategy);

@@ -2,6 +2,8 @@
 
 #include "check/OrderServiceBase.h"
 
+#include <functional>
+
 namespace TC {
 
 /// The one-pass variant: takes a batch order by order through frame check, family check and command. Nothing
@@ -9,7 +11,11 @@ namespace TC {
 class COrderServiceUnion : public COrderServiceBase {
     Q_OBJECT
 public:
-    using COrderServiceBase::COrderServiceBase;
+    /// Called before each order of a batch with its channel, so that the owner of the strategies can bring
+    /// the map that the batch is worked on up to date: a strategy that is stopped takes no further order.
+    using CBeforeOrder = std::function<void(int channel)>;
+
+    explicit COrderServiceUnion(CBeforeOrder beforeOrder = {}, QObject* parent = nullptr);
 
     void filterStrategies(COrderStrategyMap* strategies) override;
     /// A missing strategy or an order that fails the frame check ends the batch; what fails its family check
@@ -18,6 +24,7 @@ public:
 
 private:
     /// False where the batch ends here.
+    bool placeGuarded(const COrderParam& order, const COrderStrategyMap* strategies);
     bool placeOrder(const COrderParam& order, const COrderStrategyMap* strategies);
     void announce(const COrderParam& order, const COrderStrategyParam& strategy) const;
     void dispatch(const COrderParam& order, const COrderStrategyParam& strategy);
@@ -28,6 +35,8 @@ private:
 
     struct CFamilyOperation;
     static const CFamilyOperation s_operations[];
+
+    const CBeforeOrder m_beforeOrder;
 };
 
 } // namespace TC

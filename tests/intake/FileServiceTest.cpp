@@ -2,6 +2,7 @@
 
 #include "gates/IntakePause.h"
 #include "tests/support/Builders.h"
+#include "tests/support/DoorFakes.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
@@ -18,39 +19,6 @@
 namespace {
 
 using namespace TC;
-
-class CRecordingGate final : public IOrderGate {
-public:
-    void placeorder(COrderParam order) override { placeOrders({std::move(order)}); }
-    void placeOrders(QVector<COrderParam> orders) override {
-        batches.push_back(orders);
-        if (onPlace) onPlace();
-    }
-    void cancelOrder(int) override {}
-    void cancelOrders(std::vector<std::string>& fields) override {
-        cancelled.push_back(fields);
-        if (onCancel) onCancel();
-    }
-    QString getOrderStrategyText(EOrderStrategyType) const override { return QStringLiteral("文件单"); }
-    std::string defaultRemark(const COrderStrategyParam&) const override { return "default"; }
-
-    std::function<void()> onPlace, onCancel;
-    std::vector<QVector<COrderParam>> batches;
-    std::vector<std::vector<std::string>> cancelled;
-};
-
-class CPlainRegistry final : public IStrategyRegistry {
-public:
-    std::optional<COrderStrategyParam> copyStrategy(int) override { return std::nullopt; }
-    void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) override {
-        ++visits;
-        for (auto it = strategies.cbegin(); it != strategies.cend(); ++it)
-            visit(it.key(), it.value());
-    }
-
-    COrderStrategyMap strategies;
-    int visits = 0;
-};
 
 class FileService : public testing::Test {
 protected:

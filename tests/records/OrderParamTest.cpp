@@ -93,13 +93,21 @@ TEST(OrderParamText, FurtherFieldsStandWhereTheyAreSet) {
     line.m_eOperationType = 18;
     line.m_dWeight = 0.25;
     line.m_dAmount = 50000;
+    line.m_ePriceType = EPriceType::Latest;
+    line.m_strCompact = QStringLiteral("C9");
+    order.m_eOrderType = EOrderType::Plain;
+    order.m_nSettingKind = 1;
+    order.m_strBasketText = "b";
+    order.m_strAccountKey = "1_k";
+    order.m_strTradeText2 = "t";
     order.m_orders.push_back(line);
     order.m_orders.push_back(COrderSingleParam());
     EXPECT_EQ(order.toQString(),
               QStringLiteral(
-                  "order_type=0 channel=7 strategy_type=1 all remark=备注 setting=price=5 account=2/ "
+                  "order_type=0 channel=7 strategy_type=1 all remark=备注 setting=price=5 "
+                  "order_kind=0 setting_kind=1 basket_text=b account_key=1_k text=t account=2/ "
                   "{code=IF2601 volume=- price=- account=A1 first_limit=3900.2 second_limit=- operation=18 "
-                  "weight=0.25 amount=50000} {code= volume=- price=-}"));
+                  "weight=0.25 amount=50000 price_type=5 compact=C9} {code= volume=- price=-}"));
 }
 
 } // namespace

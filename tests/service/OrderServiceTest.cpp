@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <fstream>
+#include <stdexcept>
 #include <thread>
 
 namespace {
@@ -100,8 +101,119 @@ TEST_F(OrderService, StrategyMayChangeWhileItsOrdersWaitForAQuote) {
     service().loadFromConfig(false);
     service().placeOrders({good(), good()});
     service().shutdown();
-    EXPECT_EQ(host.commands().size(), 2u); // the batch goes on with the strategy as it was taken up
+    EXPECT_EQ(host.commands().size(), 1u); // the order in hand goes on, the next one meets the stop
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[文件单]　通道号: 3, 对应的策略未启动!"));
     EXPECT_FALSE(service().hasRunning());
+}
+
+TEST_F(OrderService, RemovedStrategyEndsItsBatch) {
+    addFileStrategy(3);
+    host.orders.onCommand = [&](const COrderComandParamPtr&) { service().removeOrderStrategy(3); };
+    service().loadFromConfig(false);
+    service().placeOrders({good(), good(), good()});
+    service().shutdown();
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[文件单]　通道号: 3, 找不到对应的策略!"));
+}
+
+TEST_F(OrderService, OrdersFromTheServicesOwnThreadAreWorkedOffAtOnce) {
+    addFileStrategy(3);
+    std::atomic<int> depth{0};
+    host.orders.onCommand = [&](const COrderComandParamPtr&) {
+        if (depth++ == 0) service().placeorder(good());
+    };
+    service().loadFromConfig(false);
+    service().placeOrders({good(), good()});
+    service().shutdown();
+    EXPECT_EQ(host.commands().size(), 3u);
+}
+
+TEST_F(OrderService, ExceptionOfTheHostCostsOneOrder) {
+    addFileStrategy(3);
+    std::atomic<int> calls{0};
+    host.orders.onCommand = [&](const COrderComandParamPtr&) {
+        if (calls++ == 0) throw std::runtime_error("no line");
+    };
+    service().loadFromConfig(false);
+    service().placeOrders({good(), good()});
+    service().shutdown();
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(host.errorTexts(),
+              std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, 下单异常: no line")});
+}
+
+TEST_F(OrderService, NothingIsAcceptedAfterTheShutdown) {
+    addFileStrategy(3);
+    service().loadFromConfig(false);
+    service().shutdown();
+    service().placeOrders({good(), good()});
+    EXPECT_EQ(host.messageTexts(),
+              std::vector<QString>{QStringLiteral("[接口单]　下单服务已关闭, 2条指令未执行!")});
+    service().loadFromConfig(false);
+    EXPECT_EQ(threadsNamed("orderservice"), 0);
+    folder.write(fileOf(3), "23,0,10.5,600000,100\n");
+    QString error;
+    EXPECT_EQ(service().startOrderStrategy(3, error, true), -1);
+    EXPECT_EQ(error, QStringLiteral("下单服务已关闭"));
+    EXPECT_TRUE(folder.exists(fileOf(3)));
+    emit host.exchange.sigNewTradingDate("20260106");
+    EXPECT_TRUE(host.framework.dates.empty());
+}
+
+TEST_F(OrderService, ParentDoesNotKeepTheServiceFromItsThread) {
+    service().shutdown();
+    COrderService::release();
+    QObject parent;
+    COrderService::initInstance(new COrderService(&parent));
+    EXPECT_NE(service().thread(), QThread::currentThread());
+}
+
+TEST_F(OrderService, EitherRightBelongsToTheTwoPassVariant) {
+    addFileStrategy(3);
+    host.user.orderService = false;
+    for (const EUserAuth right : {EUserAuth::SignalOrders, EUserAuth::FileOrders}) {
+        host.user.rights = {right};
+        const std::size_t before = host.messageTexts().size();
+        service().loadFromConfig(false);
+        EXPECT_EQ(host.messageTexts().size(), before + 1);
+    }
+}
+
+TEST_F(OrderService, UserMayComeAndGoBetweenLoads) {
+    addFileStrategy(3);
+    host.user.loggedIn = false;
+    service().loadFromConfig(false);
+    host.user.loggedIn = true;
+    service().loadFromConfig(false);
+    drop(3, "23,0,10.5,600000,100\n");
+    ASSERT_TRUE(host.waitForCommands(1));
+    host.user.loggedIn = false;
+    service().loadFromConfig(false);
+    EXPECT_TRUE(service().getStrategyMap().isEmpty());
+    service().placeorder(good());
+    service().cancelOrder(7);
+    service().shutdown();
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.trade.cancelled.at(0).remark, "用户接口单撤销指令7");
+}
+
+TEST_F(OrderService, SecondLoadStartsAgainWhatRuns) {
+    addFileStrategy(3);
+    service().loadFromConfig(false);
+    drop(3, ""); // the file is gone now
+    service().loadFromConfig(false);
+    EXPECT_FALSE(service().hasRunning());
+}
+
+TEST_F(OrderService, StrategiesOverTheLimitAreNotEvenStarted) {
+    addFileStrategy(1);
+    addFileStrategy(2);
+    addFileStrategy(3);
+    host.user.maxStrategies = 2;
+    service().loadFromConfig(true);
+    EXPECT_TRUE(folder.exists(fileOf(3)));
+    EXPECT_EQ(host.messageTexts(), (std::vector<QString>{QStringLiteral("[标题2]　策略1: 启动成功!"),
+                                                         QStringLiteral("[标题2]　策略2: 启动成功!")}));
 }
 
 TEST_F(OrderService, UserWithoutAnyRightGetsNoVariant) {

@@ -1,5 +1,6 @@
 #include "tests/service/ServiceFixture.h"
 
+#include <thread>
 #include <vector>
 
 namespace {
@@ -155,7 +156,7 @@ TEST_F(StrategyRegistry, BasketGroupMayBeOfCreditAccounts) {
     host.user.addGroup(EQDBrokerType::Credit, "CG", {{"C1", 1.0}});
     add(stoppedFile().family(EOrderStrategyTradeType::Basket).group(QStringLiteral("CG")).code(QString()));
     EXPECT_EQ(start(), 0);
-    EXPECT_TRUE(error.isEmpty()); // baskets have no code
+    EXPECT_EQ(error, QStringLiteral("代码不能为空")); // a note only: baskets have no code
 }
 
 TEST_F(StrategyRegistry, StartNeedsLoggedInAccounts) {
@@ -278,6 +279,90 @@ TEST_F(StrategyRegistry, StopOfAStoppedOrUnknownStrategyOnlyTellsTheStatus) {
     EXPECT_EQ(service().stopOrderStrategy(99, error), 0);
     EXPECT_EQ(statuses, (std::vector<bool>{false, false}));
     EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(StrategyRegistry, StopTellsWhetherOthersStillRun) {
+    addFileStrategy(4);
+    add(stoppedFile());
+    ASSERT_EQ(start(), 0);
+    statuses.clear();
+    EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
+    EXPECT_EQ(service().stopOrderStrategy(99, error), 0);
+    EXPECT_EQ(service().stopOrderStrategy(4, error), 0);
+    EXPECT_EQ(statuses, (std::vector<bool>{true, true, false}));
+}
+
+TEST_F(StrategyRegistry, UpdateNeverStartsAStrategy) {
+    add(stoppedFile());
+    ASSERT_EQ(start(), 0);
+    const COrderStrategyParam running = service().getStrategyMap()[3];
+    ASSERT_EQ(service().stopOrderStrategy(3, error), 0);
+    EXPECT_EQ(service().updateOrderStrategy(3, running), 0);
+    EXPECT_FALSE(isRunning());
+}
+
+TEST_F(StrategyRegistry, RunningStrategyWhoseAccountWentStaysAsItIs) {
+    add(stoppedFile());
+    ASSERT_EQ(start(), 0);
+    folder.write("b.txt", "");
+    host.trade.loginStatus["A2"] = 3;
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("选择的账号登录失败"));
+    EXPECT_TRUE(isRunning());
+}
+
+TEST_F(StrategyRegistry, FileThatCannotBeDroppedKeepsTheStrategyStopped) {
+    // A regular file that nobody can delete.
+    add(CStrategyBuilder().file("/proc/self/status").stopped());
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("信号来源文件无法删除"));
+    EXPECT_FALSE(isRunning());
+}
+
+TEST_F(StrategyRegistry, ListenerOfTheStatusMayRemoveTheStrategy) {
+    add(stoppedFile());
+    QObject::connect(
+        &service(), &COrderService::sigSetStatus, &service(),
+        [this](bool) { service().removeOrderStrategy(3); }, Qt::DirectConnection);
+    EXPECT_EQ(start(3, true), 0);
+    EXPECT_TRUE(service().getStrategyMap().isEmpty());
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[标题2]　策略3: 启动成功!")});
+}
+
+TEST_F(StrategyRegistry, OperationsWithoutAUserFail) {
+    host.user.loggedIn = false;
+    load();
+    EXPECT_EQ(service().updateOrderStrategy(3, COrderStrategyParam()), -1);
+    EXPECT_EQ(service().removeOrderStrategy(3), -1);
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
+    EXPECT_EQ(service().getStrategy(3), nullptr);
+    EXPECT_FALSE(service().copyStrategy(3).has_value());
+    service().visitStrategies([](int, const COrderStrategyParam&) { FAIL(); });
+}
+
+TEST_F(StrategyRegistry, VisitorMayRemoveStrategies) {
+    addFileStrategy(1);
+    addFileStrategy(2);
+    load();
+    std::vector<int> seen;
+    service().visitStrategies([&](int channel, const COrderStrategyParam&) {
+        seen.push_back(channel);
+        service().removeOrderStrategy(2);
+    });
+    EXPECT_EQ(seen, std::vector<int>{1});
+}
+
+TEST_F(StrategyRegistry, CopiesAreGivenWhileAPassHoldsTheRegistry) {
+    addFileStrategy(1);
+    load();
+    service().visitStrategies([&](int, const COrderStrategyParam&) {
+        std::thread other([this] {
+            EXPECT_TRUE(service().copyStrategy(1).has_value());
+            EXPECT_NE(service().getOrderService(), nullptr);
+        });
+        other.join();
+    });
 }
 
 TEST_F(StrategyRegistry, StoppedStrategyLeavesItsFileAlone) {

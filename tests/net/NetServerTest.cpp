@@ -1,0 +1,209 @@
+#include "net/NetServer.h"
+
+#include "tests/support/TestSocket.h"
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+/// Sends back what it gets, and writes down what happens.
+class CEchoServer : public net::NetServer {
+public:
+    using net::NetServer::NetServer;
+
+    void onConnected(net::NetConnectionPtr conn) override {
+        note("connected");
+        if (greeting.empty()) return;
+        const std::vector<unsigned char> bytes(greeting.begin(), greeting.end());
+        conn->send(bytes, static_cast<int>(bytes.size()), true);
+    }
+    void onDisconnected(int code, net::NetConnectionPtr) override { note(code == 0 ? "ended" : "broken"); }
+    void onDataReceived(const std::vector<unsigned char>& data, int length,
+                        net::NetConnectionPtr conn) override {
+        const std::string text(data.begin(), data.begin() + length);
+        if (text == "throw") throw std::runtime_error("of the handler");
+        conn->send(data, length, true);
+        if (text == "quit") removeConnection(conn);
+    }
+
+    void note(const std::string& event) {
+        const std::lock_guard lock(m_mutex);
+        m_events.push_back(event);
+        m_changed.notify_all();
+    }
+    /// Waits until so many events have been seen and gives them.
+    std::vector<std::string> waitForEvents(std::size_t count) {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [&] { return m_events.size() >= count; });
+        return m_events;
+    }
+
+    std::string greeting;
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<std::string> m_events;
+};
+
+class NetServer : public testing::Test {
+protected:
+    void SetUp() override {
+        m_server = boost::make_shared<CEchoServer>(m_io, "127.0.0.1", 0, false, false);
+        m_server->start(false);
+        m_thread = std::thread([this] { m_io.run(); });
+    }
+    void TearDown() override { stop(); }
+    void stop() {
+        if (!m_thread.joinable()) return;
+        m_server->stop();
+        m_io.stop();
+        m_thread.join();
+    }
+    unsigned short port() { return m_server->port(); }
+
+    boost::asio::io_service m_io;
+    boost::shared_ptr<CEchoServer> m_server;
+    std::thread m_thread;
+};
+
+TEST_F(NetServer, ServesSeveralConnections) {
+    CTestSocket a(port()), b(port());
+    b.send("second\n");
+    a.send("first\n");
+    EXPECT_EQ(b.readLine(), "second\n");
+    EXPECT_EQ(a.readLine(), "first\n");
+}
+
+TEST_F(NetServer, GreetingGoesOutBeforeAnythingIsRead) {
+    stop();
+    boost::asio::io_service io;
+    const auto server = boost::make_shared<CEchoServer>(io, "127.0.0.1", 0, false, false);
+    server->greeting = "hello\n";
+    server->start(false);
+    std::thread thread([&] { io.run(); });
+    CTestSocket client(server->port());
+    EXPECT_EQ(client.readLine(), "hello\n");
+    server->stop();
+    io.stop();
+    thread.join();
+}
+
+TEST_F(NetServer, OrderlyEndAndBrokenConnectionAreTold) {
+    {
+        CTestSocket orderly(port());
+        orderly.send("x\n");
+        orderly.readLine();
+    }
+    EXPECT_EQ(m_server->waitForEvents(2).back(), "ended");
+    CTestSocket broken(port());
+    broken.send("x\n");
+    broken.readLine();
+    broken.reset();
+    EXPECT_EQ(m_server->waitForEvents(4).back(), "broken");
+}
+
+TEST_F(NetServer, HalfClosedPeerStillGetsItsReplies) {
+    CTestSocket client(port());
+    client.send("last words");
+    client.finishSending();
+    EXPECT_EQ(client.readAll(), "last words");
+}
+
+TEST_F(NetServer, RemovedConnectionGetsWhatWasSentAndNoFurtherCallBack) {
+    CTestSocket client(port());
+    client.send("quit");
+    EXPECT_EQ(client.readAll(), "quit");
+    CTestSocket other(port());
+    other.send("x\n");
+    other.readLine();
+    EXPECT_EQ(m_server->waitForEvents(2), (std::vector<std::string>{"connected", "connected"}));
+}
+
+TEST_F(NetServer, HandlerThatThrowsCostsItsConnectionOnly) {
+    CTestSocket other(port());
+    CTestSocket client(port());
+    client.send("throw");
+    EXPECT_TRUE(client.isClosedByServer());
+    other.send("x\n");
+    EXPECT_EQ(other.readLine(), "x\n");
+}
+
+TEST_F(NetServer, SlowReaderHoldsUpItselfOnly) {
+    CTestSocket slow(port());
+    // Far more than the system's buffers of both directions take: the sender is held up in the end.
+    const std::string block(1 << 20, 'x');
+    std::thread sender([&] {
+        for (int i = 0; i < 32; ++i)
+            slow.send(block);
+        slow.finishSending();
+    });
+    CTestSocket quick(port());
+    for (int i = 0; i < 100; ++i) {
+        quick.send("ping\n");
+        ASSERT_EQ(quick.readLine(), "ping\n");
+    }
+    EXPECT_EQ(slow.readAll().size(), 32 * block.size());
+    sender.join();
+}
+
+TEST_F(NetServer, TakenAddressThrows) {
+    boost::asio::io_service io;
+    const auto second = boost::make_shared<CEchoServer>(io, "127.0.0.1", port(), false, false);
+    EXPECT_THROW(second->start(false), boost::system::system_error);
+    const auto nonsense = boost::make_shared<CEchoServer>(io, "no address", port(), false, false);
+    EXPECT_THROW(nonsense->start(false), boost::system::system_error);
+}
+
+TEST_F(NetServer, AddressIsFreeAsSoonAsTheServerStops) {
+    CTestSocket client(port());
+    client.send("x\n");
+    client.readLine();
+    const unsigned short taken = port();
+    m_server->stop();
+    boost::asio::io_service io;
+    const auto second = boost::make_shared<CEchoServer>(io, "127.0.0.1", taken, false, false);
+    EXPECT_NO_THROW(second->start(false));
+    second->stop();
+}
+
+TEST_F(NetServer, StopMayBeCalledTwiceAndBeforeStart) {
+    m_server->stop();
+    m_server->stop();
+    boost::asio::io_service io;
+    const auto idle = boost::make_shared<CEchoServer>(io, "127.0.0.1", 0, false, false);
+    EXPECT_EQ(idle->stop(), 0);
+}
+
+TEST_F(NetServer, PeerIsKnownByAddressAndPort) {
+    CTestSocket client(port());
+    const auto endpoint = client.socket().local_endpoint();
+    class CPeerServer : public CEchoServer {
+    public:
+        using CEchoServer::CEchoServer;
+        void onConnected(net::NetConnectionPtr conn) override {
+            note(conn->peerAddress() + ":" + std::to_string(conn->peerPort()));
+        }
+    };
+    stop();
+    boost::asio::io_service io;
+    const auto server = boost::make_shared<CPeerServer>(io, "127.0.0.1", 0, false, false);
+    server->start(false);
+    std::thread thread([&] { io.run(); });
+    CTestSocket peer(server->port());
+    const auto local = peer.socket().local_endpoint();
+    EXPECT_EQ(server->waitForEvents(1).front(), "127.0.0.1:" + std::to_string(local.port()));
+    EXPECT_NE(local.port(), endpoint.port());
+    server->stop();
+    io.stop();
+    thread.join();
+}
+
+} // namespace

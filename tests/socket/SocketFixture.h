@@ -1,0 +1,63 @@
+#pragma once
+
+#include "socket/OrderSocketServerWrapper.h"
+#include "tests/support/Builders.h"
+#include "tests/support/DoorFakes.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/TestSocket.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+
+/// The reply that every connection begins with.
+inline const std::string kGreeting = "+OK Welcom to Lumo Order Server Version 0.0.3\r\n";
+
+/// A listener on a port of the system's choice, with the login "trader", "secret" unless a test says
+/// otherwise.
+class SocketFixture : public testing::Test {
+protected:
+    void TearDown() override { stop(); }
+
+    void start(const std::string& user = "trader", const std::string& pass = "secret") {
+        m_wrapper =
+            std::make_unique<TC::COrderSocketServerWrapper>("127.0.0.1", 0, user, pass, gate, registry);
+        m_wrapper->server()->start(false);
+        m_nPort = m_wrapper->server()->port();
+        m_thread = std::thread([this] { m_wrapper->run(); });
+    }
+    /// Ends the listener; what it handed to the gate may be read afterwards.
+    void stop() {
+        if (!m_thread.joinable()) return;
+        m_wrapper->stop();
+        m_thread.join();
+        m_wrapper.reset();
+    }
+    void guard() { host.switches.on.insert("mdl_order_socket_guard"); }
+
+    /// A connection that has read its greeting.
+    std::unique_ptr<CTestSocket> connect() {
+        auto client = std::make_unique<CTestSocket>(m_nPort);
+        EXPECT_EQ(client->readLine(), kGreeting);
+        return client;
+    }
+    std::unique_ptr<CTestSocket> logIn() {
+        auto client = connect();
+        EXPECT_EQ(client->ask("user trader"), "+OK\r\n");
+        EXPECT_EQ(client->ask("pass secret"), "+OK\r\n");
+        return client;
+    }
+
+    CFakeClock clock;
+    CFakeHost host;
+    CRecordingGate gate;
+    CPlainRegistry registry;
+    unsigned short m_nPort = 0;
+
+private:
+    std::unique_ptr<TC::COrderSocketServerWrapper> m_wrapper;
+    std::thread m_thread;
+};

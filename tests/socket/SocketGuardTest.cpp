@@ -1,0 +1,140 @@
+#include "socket/SocketGuard.h"
+
+#include "tests/socket/SocketFixture.h"
+
+#include <sys/resource.h>
+
+#include <vector>
+
+namespace {
+
+using namespace TC;
+
+/// Both ends of a thousand connections are in this process.
+void allowManyDescriptors() {
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+}
+
+class SocketGuard : public SocketFixture {
+protected:
+    SocketGuard() { guard(); }
+
+    /// What the audit heard of refused connections, once the listener has stopped.
+    std::vector<std::string> refusals() {
+        stop();
+        std::vector<std::string> causes;
+        for (const CDoorReport& report : host.audit.doors) {
+            EXPECT_EQ(report.m_eEvent, EDoorEvent::Refused);
+            EXPECT_TRUE(report.m_strPeer.startsWith(QStringLiteral("127.0.0.1:")));
+            causes.push_back(report.m_strCause.toStdString());
+        }
+        return causes;
+    }
+};
+
+TEST_F(SocketGuard, LoneLineFeedCostsItsConnectionOnly) {
+    start();
+    const auto other = logIn();
+    const auto client = connect();
+    client->send("user trader\r\nfoo\nuser x\r\n");
+    EXPECT_EQ(client->readLine(), "+OK\r\n");
+    EXPECT_EQ(client->readAll(), "-ERR Line Not Ended By CR LF\r\n");
+    EXPECT_EQ(other->ask("cancel 1"), "+OK\r\n");
+    EXPECT_EQ(refusals(), std::vector<std::string>{"Line Not Ended By CR LF"});
+}
+
+TEST_F(SocketGuard, LongLineCostsItsConnectionOnly) {
+    start();
+    const auto other = logIn();
+    const auto client = logIn();
+    // Verb, argument and line end make 64 KiB exactly.
+    EXPECT_EQ(client->ask("cancel " + std::string(64 * 1024 - 9, ' ')), "-ERR Bad Param\r\n");
+    client->send(std::string(64 * 1024 + 1, 'x'));
+    EXPECT_EQ(client->readAll(), "-ERR Line Too Long\r\n");
+    EXPECT_EQ(other->ask("cancel 1"), "+OK\r\n");
+    EXPECT_EQ(refusals(), std::vector<std::string>{"Line Too Long"});
+}
+
+TEST_F(SocketGuard, WholeLineOverTheLimitIsRefusedToo) {
+    start();
+    const auto client = connect();
+    client->send(std::string(64 * 1024 - 1, 'x') + "\r\n");
+    EXPECT_EQ(client->readAll(), "-ERR Line Too Long\r\n");
+}
+
+TEST_F(SocketGuard, TenFailedLoginsInARowEndTheConnection) {
+    start();
+    const auto client = connect();
+    client->ask("user trader");
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < 9; ++i)
+            ASSERT_EQ(client->ask("pass wrong"), "-ERR User or Pass is Not Right\r\n");
+        if (round == 0) {
+            ASSERT_EQ(client->ask("pass secret"), "+OK\r\n"); // a good one counts afresh
+        }
+    }
+    client->send("pass wrong\r\n");
+    EXPECT_EQ(client->readAll(), "-ERR Too Many Failed Logins\r\n");
+    EXPECT_EQ(refusals(), std::vector<std::string>{"Too Many Failed Logins"});
+}
+
+TEST_F(SocketGuard, AThousandConnectionsFit) {
+    allowManyDescriptors();
+    start();
+    std::vector<std::unique_ptr<CTestSocket>> clients;
+    for (int i = 0; i < 1000; ++i)
+        clients.push_back(connect());
+    CTestSocket late(m_nPort);
+    EXPECT_EQ(late.readAll(), "-ERR Too Many Connections\r\n");
+    EXPECT_EQ(clients.front()->ask("user trader"), "+OK\r\n");
+    clients.front()->send("quit\r\n");
+    EXPECT_EQ(clients.front()->readAll(), "+OK\r\n");
+    connect();
+    EXPECT_EQ(refusals(), std::vector<std::string>{"Too Many Connections"});
+}
+
+TEST_F(SocketGuard, WhoDoesNotLogInForAMinuteIsClosed) {
+    start();
+    const auto silent = connect();
+    const auto trader = logIn();
+    clock.sleep(59.9);
+    EXPECT_EQ(trader->ask("cancel 1"), "+OK\r\n");
+    EXPECT_EQ(silent->ask("user trader"), "+OK\r\n");
+    clock.sleep(0.1);
+    EXPECT_EQ(trader->ask("cancel 1"), "+OK\r\n");
+    EXPECT_EQ(silent->readAll(), "-ERR No Login In Time\r\n");
+    EXPECT_EQ(trader->ask("cancel 1"), "+OK\r\n");
+    EXPECT_EQ(refusals(), std::vector<std::string>{"No Login In Time"});
+}
+
+TEST_F(SocketGuard, SilenceIsSeenWithoutAnyTraffic) {
+    start();
+    const auto silent = connect();
+    clock.sleep(61);
+    EXPECT_EQ(silent->readAll(), "-ERR No Login In Time\r\n");
+}
+
+TEST_F(SocketGuard, WithoutALoginNobodyIsSilentTooLong) {
+    start("", "");
+    const auto client = connect();
+    clock.sleep(3600);
+    EXPECT_EQ(client->ask("cancel 1"), "+OK\r\n");
+}
+
+TEST(SocketGuardSwitch, OffNothingIsRefused) {
+    const CFakeHost host;
+    const CSocketGuard guard(true);
+    EXPECT_FALSE(guard.isOn());
+    EXPECT_EQ(guard.refuseConnection(1'000'000), nullptr);
+    EXPECT_EQ(guard.refuseLine(1'000'000), nullptr);
+    EXPECT_EQ(guard.refuseLineFeed(), nullptr);
+    ConnData data;
+    data.m_nFailedLogins = 1000;
+    EXPECT_EQ(guard.refuseLogins(data), nullptr);
+    EXPECT_EQ(guard.refuseSilence(data, 1e9), nullptr);
+}
+
+} // namespace

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "gates/OrderGate.h"
+#include "gates/StrategyRegistry.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// A gate that keeps what doors hand it. The calls come on the doors' threads; read the records once those
+/// are known to have called.
+class CRecordingGate final : public TC::IOrderGate {
+public:
+    void placeorder(TC::COrderParam order) override { placeOrders({std::move(order)}); }
+    void placeOrders(QVector<TC::COrderParam> orders) override {
+        batches.push_back(orders);
+        if (onPlace) onPlace();
+    }
+    void cancelOrder(int taskId) override { cancelledTasks.push_back(taskId); }
+    void cancelOrders(std::vector<std::string>& fields) override {
+        cancelled.push_back(fields);
+        if (onCancel) onCancel();
+    }
+    QString getOrderStrategyText(TC::EOrderStrategyType) const override { return QStringLiteral("文件单"); }
+    std::string defaultRemark(const TC::COrderStrategyParam&) const override { return "default"; }
+
+    std::function<void()> onPlace, onCancel;
+    std::vector<QVector<TC::COrderParam>> batches;
+    std::vector<int> cancelledTasks;
+    std::vector<std::vector<std::string>> cancelled;
+};
+
+/// Strategies in a plain map, without a lock.
+class CPlainRegistry final : public TC::IStrategyRegistry {
+public:
+    void visitStrategies(const std::function<void(int, const TC::COrderStrategyParam&)>& visit) override {
+        ++visits;
+        for (auto it = strategies.cbegin(); it != strategies.cend(); ++it)
+            visit(it.key(), it.value());
+    }
+    std::optional<TC::COrderStrategyParam> copyStrategy(int channel) override {
+        const auto found = strategies.constFind(channel);
+        return found != strategies.constEnd() ? std::optional<TC::COrderStrategyParam>(*found) : std::nullopt;
+    }
+
+    TC::COrderStrategyMap strategies;
+    int visits = 0;
+};
