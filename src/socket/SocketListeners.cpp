@@ -81,7 +81,9 @@ void CSocketListeners::share(const COrderStrategyParam& strategy, QString& error
         error = source + QStringLiteral("已绑定一个正在监听的口服务, 请将用户名和密码设置成统一的配置后再试");
         return;
     }
-    m_socketServers[source]->server()->strategyIds().insert(strategy.m_nChannel);
+    QSet<int>& ids = m_socketServers[source]->server()->strategyIds();
+    if (ids.contains(strategy.m_nChannel)) return; // started anew without a stop: it counts already
+    ids.insert(strategy.m_nChannel);
     ++param.m_nRefCount;
 }
 
@@ -116,12 +118,10 @@ void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error)
 
 bool CSocketListeners::leave(const COrderStrategyParam& strategy, QString& error) {
     try {
+        const auto wrapper = m_socketServers.value(strategy.m_strSignalSource);
+        if (!wrapper || !wrapper->server()->strategyIds().remove(strategy.m_nChannel)) return true;
         CFutrueSocketServerParam& param = m_socketParams[strategy.m_strSignalSource];
-        if (param.m_nRefCount != 1) {
-            --param.m_nRefCount;
-        } else {
-            close(strategy.m_strSignalSource);
-        }
+        if (--param.m_nRefCount == 0) close(strategy.m_strSignalSource);
         return true;
     } catch (...) {
         error = QStringLiteral("停止socket服务失败");

@@ -1,0 +1,181 @@
+// Socket strategies through the service: their start and stop with every message, and the whole road of an
+// order line.
+#include "tests/service/ServiceFixture.h"
+#include "tests/support/TestSocket.h"
+
+#include <vector>
+
+namespace {
+
+using namespace TC;
+
+class SocketStrategy : public ServiceFixture {
+protected:
+    void SetUp() override {
+        ServiceFixture::SetUp();
+        QObject::connect(
+            &service(), &COrderService::sigSetStatus, &service(),
+            [this](bool running) { statuses.push_back(running); }, Qt::DirectConnection);
+    }
+    CStrategyBuilder onPort(int channel, unsigned short number) {
+        return CStrategyBuilder()
+            .channel(channel)
+            .source(EOrderStrategyType::Signal)
+            .code(QStringLiteral("SH600000"))
+            .stopped()
+            .set([&](auto& s) {
+                s.m_strSignalSource = QStringLiteral("127.0.0.1:%1").arg(number);
+                s.m_strUser = QStringLiteral("交易员");
+                s.m_strPass = QStringLiteral("secret");
+            });
+    }
+    void add(const COrderStrategyParam& strategy) {
+        host.user.addStrategy(strategy);
+        service().loadFromConfig(false);
+        statuses.clear();
+    }
+    int start(int id = 3) {
+        error.clear();
+        return service().startOrderStrategy(id, error, true);
+    }
+    bool isRunning(int id = 3) { return service().getStrategyMap()[id].isRunning(); }
+    /// A logged-in connection. Names and passwords are compared in UTF-8.
+    std::unique_ptr<CTestSocket> logIn() {
+        auto client = std::make_unique<CTestSocket>(port);
+        client->readLine();
+        EXPECT_EQ(client->ask("user 交易员"), "+OK\r\n");
+        EXPECT_EQ(client->ask("pass secret"), "+OK\r\n");
+        return client;
+    }
+
+    QString error;
+    std::vector<bool> statuses;
+    const unsigned short port = freePort();
+};
+
+TEST_F(SocketStrategy, StartListensAndStopEnds) {
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0);
+    EXPECT_TRUE(isRunning());
+    logIn();
+    EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
+    EXPECT_FALSE(isRunning());
+    EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
+    EXPECT_EQ(statuses, (std::vector<bool>{true, false}));
+    EXPECT_EQ(host.messageTexts(), (std::vector<QString>{QStringLiteral("[标题1]　策略3: 启动成功!"),
+                                                         QStringLiteral("[标题1]　策略3: 停止运行!")}));
+}
+
+TEST_F(SocketStrategy, OrderLineBecomesACommand) {
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0);
+    const auto client = logIn();
+    EXPECT_EQ(client->ask("placeorder 23,3,10.5,600000,100"), "+OK\r\n");
+    EXPECT_EQ(client->ask("cancel 42"), "+OK\r\n");
+    service().shutdown();
+    ASSERT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.commands()[0]->m_eStrategyType, EOrderStrategyType::Signal);
+    ASSERT_EQ(host.trade.cancelled.size(), 1u);
+    EXPECT_EQ(host.trade.cancelled[0].taskId, 42);
+}
+
+TEST_F(SocketStrategy, TakenPortLeavesTheStrategyStopped) {
+    boost::asio::io_service io;
+    const boost::asio::ip::tcp::acceptor other(io, {boost::asio::ip::address_v4::loopback(), port});
+    add(onPort(3, port));
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("启动socket服务失败（可能因为端口被占用或其它原因）"));
+    EXPECT_FALSE(isRunning());
+    EXPECT_TRUE(statuses.empty());
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(SocketStrategy, SourceMustBeThereAndWellFormed) {
+    add(onPort(3, port).file(""));
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("信号来源为空"));
+    host.user.strategies.clear();
+    add(onPort(3, port).file("127.0.0.1"));
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("IP与端口格式不正确"));
+}
+
+TEST_F(SocketStrategy, TwoStrategiesShareAListener) {
+    host.user.addStrategy(onPort(4, port));
+    add(onPort(3, port));
+    ASSERT_EQ(start(3), 0);
+    ASSERT_EQ(start(4), 0);
+    const auto client = logIn();
+    EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
+    EXPECT_EQ(client->ask("placeorder 23,4,10.5,600000,100"), "+OK\r\n");
+    EXPECT_EQ(service().stopOrderStrategy(4, error), 0);
+    EXPECT_TRUE(client->isClosedByServer());
+}
+
+TEST_F(SocketStrategy, OtherCredentialsOnOneAddressAreRefused) {
+    host.user.addStrategy(onPort(4, port).set([](auto& s) { s.m_strPass = QStringLiteral("other"); }));
+    add(onPort(3, port));
+    ASSERT_EQ(start(3), 0);
+    EXPECT_EQ(start(4), -1);
+    EXPECT_EQ(error,
+              QStringLiteral("127.0.0.1:%1已绑定一个正在监听的口服务, 请将用户名和密码设置成统一的配置后再试")
+                  .arg(port));
+    EXPECT_FALSE(isRunning(4));
+}
+
+TEST_F(SocketStrategy, StoppedStrategyOfALiveListenerIsRefusedByTheCheck) {
+    host.user.addStrategy(onPort(4, port));
+    add(onPort(3, port));
+    ASSERT_EQ(start(3), 0);
+    EXPECT_EQ(logIn()->ask("placeorder 23,4,10.5,600000,100"), "+OK\r\n");
+    service().shutdown();
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[信号单]　通道号: 4, 对应的策略未启动!"));
+}
+
+TEST_F(SocketStrategy, RemovedStrategyLeavesItsListenerAsItIs) {
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0);
+    EXPECT_EQ(service().removeOrderStrategy(3), 0);
+    EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
+    service().shutdown();
+    EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
+}
+
+TEST_F(SocketStrategy, RememberedAsRunningItListensFromTheLoadOn) {
+    host.user.addStrategy(onPort(3, port).set([](auto& s) { s.m_nStatus = COrderStrategyParam::kRunning; }));
+    service().loadFromConfig(false);
+    EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
+    // A second load starts it anew on the listener that it has.
+    service().loadFromConfig(false);
+    EXPECT_TRUE(isRunning());
+    EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
+    EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
+    EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
+}
+
+TEST_F(SocketStrategy, StuckListenerStillStops) {
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0);
+    const auto client = logIn();
+    client->send("x\n");
+    EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
+    EXPECT_TRUE(client->isClosedByServer());
+    ASSERT_EQ(start(), 0);
+    EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
+}
+
+TEST_F(SocketStrategy, OrdersFlowWhileTheRegistryIsHeld) {
+    addFileStrategy(5);
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0);
+    const auto client = logIn();
+    service().visitStrategies([&](int channel, const COrderStrategyParam&) {
+        if (channel != 5) return;
+        EXPECT_EQ(client->ask("placeorder 26,3,all"), "+OK\r\n"); // needs a copy of the strategy
+        EXPECT_EQ(client->ask("placeorder 23,3,10.5,600000,100"), "+OK\r\n");
+        EXPECT_TRUE(host.waitForCommands(1));
+    });
+}
+
+} // namespace
