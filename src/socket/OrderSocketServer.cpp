@@ -132,7 +132,7 @@ void COrderSocketServer::onDisconnected(int, net::NetConnectionPtr conn) {
 void COrderSocketServer::onDataReceived(const std::vector<unsigned char>& data, int length,
                                         net::NetConnectionPtr conn) {
     const auto found = m_connections.find(conn);
-    if (found == m_connections.end()) return;
+    if (found == m_connections.end() || m_bStuck) return;
     const ConnDataPtr connection = found->second;
     connection->m_buffer.append(reinterpret_cast<const char*>(data.data()), length);
     connection->m_nBuffered += length;
@@ -171,6 +171,7 @@ COrderSocketServer::ENext COrderSocketServer::checkLineEnd(const net::NetConnect
     if (const char* word = m_guard.refuseLineFeed()) return refuse(conn, word);
     conn->flush();
     tellDoor(EDoorEvent::Stuck, *conn, "a line feed without a carriage return");
+    m_bStuck = true;
     waitForStop();
     return ENext::Closed;
 }

@@ -80,6 +80,7 @@ private:
     const CSocketGuard m_guard;
     boost::asio::steady_timer m_loginWatch; ///< runs while somebody has yet to log in
     bool m_bWatching = false;
+    bool m_bStuck = false; ///< serves nobody any more, also in the moments between its stop and its end
     double m_dNextDeadline = kNoDeadline; ///< the earliest at which somebody may have been silent too long
 };
 
