@@ -3,6 +3,7 @@
 #include "base/Clock.h"
 #include "base/Text.h"
 #include "check/Reports.h"
+#include "check/Volumes.h"
 #include "platform/ExchangeClient.h"
 #include "platform/TradeClient.h"
 #include "platform/TradingRules.h"
@@ -10,7 +11,6 @@
 #include <boost/make_shared.hpp>
 
 #include <cmath>
-#include <limits>
 
 namespace TC {
 namespace {
@@ -25,28 +25,28 @@ void takeLine(CCheckRun& run, const COrderSingleParam& line) {
     if (!isUnset(line.m_ePriceType)) run.setting.m_ePriceType = line.m_ePriceType;
 }
 
-bool isQuoteUsable(const CCheckRun& run) {
-    if (!run.priceData) return false;
-    const EPriceType priceType = run.setting.m_ePriceType;
-    return priceType == EPriceType::NoQuote ||
-           !isInvalidPrice(run.priceData->getOriginPrice(priceType, run.op));
+bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
+    if (!quote) return false;
+    return priceType == EPriceType::NoQuote || priceType == EPriceType::Specified ||
+           !isInvalidPrice(quote->getOriginPrice(priceType, op));
 }
 
 QString sourceHead(const CCheckRun& run) {
     return QStringLiteral("[") + orderStrategyText(run.order.m_eStrategyType) + QStringLiteral("]　");
 }
 
-CCodeOrderParam makeRecord(const CCheckRun& run, const CAccountInfoPtr& account, int volume) {
-    CCodeOrderParam record = run.record;
-    orderSettingToParam(run.setting, record, run.op, volume, run.orderPrice, run.priceData);
-    fixTimeRange(record);
-    record.m_account = account;
-    record.m_nVolume = volume;
-    record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
-    record.m_ePositionType = run.strategy.m_ePositionType;
-    record.m_stock = run.stock();
-    if (run.family.m_pfnFinishRecord != nullptr) run.family.m_pfnFinishRecord(run, volume, record);
-    return record;
+/// True unless the amount is missing; an amount whose whole part is the not-set int counts as missing too.
+bool isAmountUsable(double amount) {
+    return !isInvalidPrice(amount) && std::trunc(amount) != static_cast<double>(kUnsetInt);
+}
+
+/// The price that turns the amount into a volume: the order's own, or a calculation price read anew.
+double priceOfAmount(const CCheckRun& run) {
+    if (run.setting.m_ePriceType != EPriceType::Specified) {
+        return run.priceData ? run.priceData->getPriceForCalc(run.setting.m_ePriceType, run.op, 0, {})
+                             : kUnsetDouble;
+    }
+    return isInvalidPrice(run.calcPrice) && run.priceData ? run.priceData->m_dFallbackPrice : run.calcPrice;
 }
 
 } // namespace
@@ -62,10 +62,35 @@ QString preparedAccountKey(const COrderParam& order, const COrderStrategyParam& 
     return order.m_orders.isEmpty() ? QString() : order.m_orders.first().m_strAccount;
 }
 
-int truncateToInt(double value) {
-    const double whole = std::trunc(value);
-    const bool fits = whole >= std::numeric_limits<int>::min() && whole <= std::numeric_limits<int>::max();
-    return fits ? static_cast<int>(whole) : kUnsetInt;
+bool failCode(const CCheckRun& run) {
+    return failCheck(run, QStringLiteral("[%1]　通道号: %2, 下单代码 [%3] 不合法!"), run.code);
+}
+
+bool failPrice(const CCheckRun& run, const QString& pattern, const std::string& codeForWord) {
+    const QString word = knPriceTypeToString(run.setting.m_ePriceType, codeForWord, false);
+    showCheckFailure(
+        utils::fillText(pattern, {orderStrategyText(run.order.m_eStrategyType), run.code, word}));
+    return false;
+}
+
+bool checkPriceType(const CCheckRun& run) {
+    const EQDBrokerType broker = orderStrategyTradeTypeToBrokerType(run.strategy.m_eTradeType);
+    return run.service.isPriceTypeVailed(run.setting, run.order, run.priceData, run.op, broker, run.stock());
+}
+
+int volumeOfAmount(const CCheckRun& run, double fixedPrice) {
+    const double amount = run.strategy.m_dAmount;
+    const double price = priceOfAmount(run);
+    if (!isAmountUsable(amount) || isInvalidPrice(price) || isZero(price)) return kUnsetInt;
+    return truncateToInt(amount / (isInvalidPrice(fixedPrice) ? price : fixedPrice));
+}
+
+int plainVolumeOfAmount(const CCheckRun& run) {
+    return volumeOfAmount(run);
+}
+
+int roundToUnit(const CCheckRun& run, int volume) {
+    return isUnset(volume) ? volume : volume - volume % tradingUnit(run.stock());
 }
 
 bool checkOrderNumber(const CCheckRun& run) {
@@ -89,42 +114,51 @@ void takeSetting(CCheckRun& run) {
     const COrderParam& order = run.order;
     run.op = orderTypeToOperationType(order.m_nOrderType);
     run.setting = run.strategy.setting(findFamily(run.family.m_eTradeType)->m_eSlot);
+    if (run.line() != nullptr && run.family.m_pfnLineIntoSetting != nullptr)
+        run.family.m_pfnLineIntoSetting(*run.line(), run.setting);
     if (order.m_strOrderSetting.empty()) return;
     const ESettingText rule = run.family.m_eSettingText;
     if (rule == ESettingText::OrderKindThenPlain) run.setting.m_eOrderType = order.m_eOrderType;
-    // The text of an algorithm order is kept for the command's parameter text.
-    const bool isAlgoText = knservice::DataHelper::isAlgoOrderType(order.m_eOrderType);
-    if (rule == ESettingText::Always || !isAlgoText) {
-        orderSettingFromString(run.setting, QString::fromStdString(order.m_strOrderSetting));
-    }
+    // Where the kind counts, the text of an algorithm order is kept for the command's parameter text.
+    if (rule != ESettingText::Always && knservice::DataHelper::isAlgoOrderType(order.m_eOrderType)) return;
+    orderSettingFromString(run.setting, QString::fromStdString(order.m_strOrderSetting));
 }
 
 bool resolveCode(CCheckRun& run) {
     run.code = run.strategy.m_strCode;
     const COrderSingleParam* line = run.line();
-    if (line == nullptr || line->m_strCode.isEmpty()) return true;
-    takeLine(run, *line);
-    return run.family.m_pfnResolveCode(run);
+    if (line != nullptr && !line->m_strCode.isEmpty()) {
+        takeLine(run, *line);
+        if (run.family.m_pfnResolveCode != nullptr && !run.family.m_pfnResolveCode(run)) return false;
+    }
+    return run.family.m_pfnCheckCode == nullptr || run.family.m_pfnCheckCode(run);
 }
 
 void loadInstrument(CCheckRun& run) {
     run.quoteRequest = run.service.prepareCode(run.code, run.accounts);
-    if (const CInstrumentDetailPtr detail = CExchangeClient::instance().getCodeInfo(run.code)) {
-        run.record.m_stock = {detail->m_strMarket, detail->m_strCode, detail->m_strName,
-                              detail->m_strProductId};
+    run.detail = CExchangeClient::instance().getCodeInfo(run.code);
+    if (run.detail) {
+        run.record.m_stock = {run.detail->m_strMarket, run.detail->m_strCode, run.detail->m_strName,
+                              run.detail->m_strProductId};
     }
     run.record.m_eOperationType = run.op;
     if (const CUserConfig* user = getUserConfig()) run.record.m_strUserId = user->getUserName();
 }
 
 void waitForQuote(CCheckRun& run) {
+    run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, run.op, run.family.m_eQuoteWait);
+}
+
+CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOperationType op,
+                           EQuoteWait rule) {
     auto& quotes = CQuoteClient::instance();
-    run.priceData = quotes.getStockPrice(run.code);
-    if (run.setting.m_ePriceType == EPriceType::Specified) return;
-    for (int retry = 0; retry < kQuoteRetries && !isQuoteUsable(run); ++retry) {
+    CPriceDataPtr quote = quotes.getStockPrice(stockKey);
+    if (priceType == EPriceType::Specified && rule == EQuoteWait::UnlessSpecified) return quote;
+    for (int retry = 0; retry < kQuoteRetries && !isQuoteUsable(quote, priceType, op); ++retry) {
         utils::sleep(kQuoteRetrySeconds);
-        run.priceData = quotes.getStockPrice(run.code);
+        quote = quotes.getStockPrice(stockKey);
     }
+    return quote;
 }
 
 void takePrices(CCheckRun& run) {
@@ -148,42 +182,78 @@ void takeVolume(CCheckRun& run) {
     }
 }
 
-bool splitOverAccounts(CCheckRun& run) {
-    if (isInvalidPrice(run.calcPrice) && run.priceData) run.calcPrice = run.priceData->m_dFallbackPrice;
+boost::shared_ptr<utils::KNError> splitVolumes(CCheckRun& run, EOperationType op) {
+    const bool isNamed = run.family.m_eSplitInstrument == ESplitInstrument::Named;
     const auto error = boost::make_shared<utils::KNError>();
     run.volumes = CTradeClient::instance().splitEntrusts(
         run.volume, run.calcPrice, run.setting.m_ePriceType, run.accounts, run.ratios,
-        run.strategy.m_ePositionType, run.stock().m_strMarket, run.stock().m_strCode, run.op,
-        EHedge_Flag_Type::Speculation, error);
-    if (run.volumes.size() == run.accounts.size()) return true;
+        run.strategy.m_ePositionType, isNamed ? run.stock().m_strMarket : std::string(),
+        isNamed ? run.stock().m_strCode : std::string(), op, EHedge_Flag_Type::Speculation, error);
+    return error;
+}
+
+bool checkSplitCount(const CCheckRun& run, std::size_t count, const utils::KNError& error) {
+    if (count == run.accounts.size()) return true;
     showCheckFailure(sourceHead(run) + QStringLiteral("分单失败: ") +
-                     QString::fromStdString(error->errorMsg()));
+                     QString::fromStdString(error.errorMsg()));
+    return false;
+}
+
+bool splitOverAccounts(CCheckRun& run) {
+    if (isInvalidPrice(run.calcPrice) && run.priceData) run.calcPrice = run.priceData->m_dFallbackPrice;
+    const auto error = splitVolumes(run, run.op);
+    if (run.family.m_pfnCheckVolumes != nullptr && !run.family.m_pfnCheckVolumes(run)) return false;
+    return checkSplitCount(run, run.volumes.size(), *error);
+}
+
+CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
+                           int volume) {
+    CCodeOrderParam record = run.record;
+    orderSettingToParam(run.setting, record, op, volume, run.orderPrice, run.priceData);
+    fixTimeRange(record);
+    record.m_account = account;
+    record.m_nVolume = volume;
+    record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
+    record.m_ePositionType = run.strategy.m_ePositionType;
+    record.m_stock = run.stock();
+    if (run.family.m_pfnFinishRecord != nullptr) run.family.m_pfnFinishRecord(run, volume, record);
+    return record;
+}
+
+bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record) {
+    if (record.m_ePriceType != EPriceType::Specified || !isZero(record.m_dPrice)) return true;
+    showCheckFailure(sourceHead(run) + QStringLiteral("不能以0为模型价报单!"));
     return false;
 }
 
 bool buildRecords(CCheckRun& run) {
     for (std::size_t i = 0; i < run.accounts.size(); ++i) {
         if (run.volumes[i] < 1 || !run.accounts[i]) continue;
-        CCodeOrderParam record = makeRecord(run, run.accounts[i], run.volumes[i]);
-        if (record.m_ePriceType == EPriceType::Specified && isZero(record.m_dPrice)) {
-            showCheckFailure(sourceHead(run) + QStringLiteral("不能以0为模型价报单!"));
-            return false;
-        }
+        CCodeOrderParam record = makeRecord(run, run.op, run.accounts[i], run.volumes[i]);
+        if (!checkRecordPrice(run, record)) return false;
         run.codes.push_back(std::move(record));
     }
     return true;
 }
 
-bool runFamilyCheck(CCheckRun& run) {
+bool beginCheck(CCheckRun& run) {
     if (!checkOrderNumber(run) || !checkLineCount(run) || !resolveAccounts(run)) return false;
     takeSetting(run);
     if (!resolveCode(run)) return false;
     loadInstrument(run);
+    return true;
+}
+
+bool finishCheck(CCheckRun& run) {
     waitForQuote(run);
-    if (!run.family.m_pfnCheckPrice(run)) return false;
+    if (run.family.m_pfnCheckPrice != nullptr && !run.family.m_pfnCheckPrice(run)) return false;
     takePrices(run);
     takeVolume(run);
     return splitOverAccounts(run) && buildRecords(run);
+}
+
+bool runFamilyCheck(CCheckRun& run) {
+    return beginCheck(run) && finishCheck(run);
 }
 
 } // namespace TC

@@ -25,19 +25,36 @@ enum class ESettingText {
     Always,    ///< the text is read whatever the kind; the setting keeps its own
 };
 
+/// Whether an order whose price stands in it waits for a quote.
+enum class EQuoteWait {
+    UnlessSpecified, ///< it does not
+    AlsoSpecified,   ///< it does until there is any quote
+};
+
+/// Whether the split learns the instrument.
+enum class ESplitInstrument { Named, Unnamed };
+
 /// One product family as the check frame sees it: where it differs from the others. Order-type numbers and
-/// the setting slot stand in records/Families.h. A function that is null means that the family has no such
-/// step.
+/// the setting slot stand in records/Families.h. Texts: %1 source, %2 channel, and behind them what their
+/// places say. Of the functions, one that is null means that the family has no such step.
 struct CFamilyCheck {
     EOrderStrategyTradeType m_eTradeType;
-    const char* m_pszTooManyLines; ///< report where an order of one line has several; %1 source, %2 channel
+    const char* m_pszTooManyLines; ///< report where an order of one line has several
     ESettingText m_eSettingText;
+    EQuoteWait m_eQuoteWait;
+    ESplitInstrument m_eSplitInstrument;
+    /// Puts what the line says of the setting into it, before the setting text is read.
+    void (*m_pfnLineIntoSetting)(const COrderSingleParam& line, COrderSetting& setting);
     /// Resolves run.code, which came with the order; reports and returns false where it cannot.
     bool (*m_pfnResolveCode)(CCheckRun& run);
+    /// Whether run.code, wherever it came from, can be traded; reports where not.
+    bool (*m_pfnCheckCode)(const CCheckRun& run);
     /// Whether the price can be used; reports where not.
     bool (*m_pfnCheckPrice)(const CCheckRun& run);
-    /// The volume that an amount of money buys.
+    /// The volume that an amount of money buys. Null: an amount has no effect.
     int (*m_pfnVolumeOfAmount)(const CCheckRun& run);
+    /// A look at the volumes as the split gave them; reports and returns false where they will not do.
+    bool (*m_pfnCheckVolumes)(const CCheckRun& run);
     /// Last touches to a record of that volume, before the test of its price.
     void (*m_pfnFinishRecord)(const CCheckRun& run, int volume, CCodeOrderParam& record);
 };
@@ -56,6 +73,7 @@ struct CCheckRun {
     EOperationType op = unsetEnum<EOperationType>();
     COrderSetting setting{};
     QString code{};
+    CInstrumentDetailPtr detail{};                   ///< null where the instrument is unknown
     boost::shared_ptr<CQuoteRequest> quoteRequest{}; ///< held so that quotes keep coming
     CCodeOrderParam record{};                        ///< what all records of the order have in common
     CPriceDataPtr priceData{};
@@ -84,23 +102,54 @@ bool resolveAccounts(CCheckRun& run);
 void takeSetting(CCheckRun& run);
 bool resolveCode(CCheckRun& run);
 void loadInstrument(CCheckRun& run);
-/// Reads the quote, and waits up to two seconds for a usable one unless the price stands in the order. A
-/// price that stays away is no failure here.
+/// Reads the quote, and waits up to two seconds for a usable one as the family's rule says. A price that
+/// stays away is no failure here.
 void waitForQuote(CCheckRun& run);
 void takePrices(CCheckRun& run);
 void takeVolume(CCheckRun& run);
 bool splitOverAccounts(CCheckRun& run);
 bool buildRecords(CCheckRun& run);
+/// Number, line count, accounts, setting, code and instrument: what all routes begin with.
+bool beginCheck(CCheckRun& run);
+/// Everything behind the beginning.
+bool finishCheck(CCheckRun& run);
+
+/// Parts of the steps for routes that put them together otherwise.
+
+/// The quote of a key, waited for up to two seconds until it has a price of the type.
+CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOperationType op, EQuoteWait rule);
+/// Splits the run's volume; the volumes may be of any number. The error tells why.
+boost::shared_ptr<utils::KNError> splitVolumes(CCheckRun& run, EOperationType op);
+/// Whether there is one volume for each account; reports a failed split where not.
+bool checkSplitCount(const CCheckRun& run, std::size_t count, const utils::KNError& error);
+/// A copy of the run's record stamped with setting, price, account and volume.
+CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
+                           int volume);
+/// False, after a report, where the record is to go out at a price of zero.
+bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record);
+
+/// Reports of the price step. "[%1]　证券 [%2] %3无效, 无法下单!" and its like; codeForWord: the code that
+/// the price type's word is made for.
+bool checkPriceType(const CCheckRun& run);
+bool failPrice(const CCheckRun& run, const QString& pattern, const std::string& codeForWord);
+
+/// The volume that the strategy's amount buys at the run's price, not rounded to any unit; unset where amount
+/// or price cannot be used. fixedPrice: stands in for the price where it is set, which must be usable all the
+/// same.
+int volumeOfAmount(const CCheckRun& run, double fixedPrice = kUnsetDouble);
+/// The same as a hook for families that round nothing.
+int plainVolumeOfAmount(const CCheckRun& run);
+/// Down to whole trading units of the run's instrument; an unset volume stays so.
+int roundToUnit(const CCheckRun& run, int volume);
 
 /// Reports a failure of the run: %1 of the pattern is the source's label, %2 the channel, %3 the argument.
 /// Always false.
 bool failCheck(const CCheckRun& run, const QString& pattern, const QString& argument = {});
+/// The report of a code that names nothing to trade.
+bool failCode(const CCheckRun& run);
 
 /// The name under which the accounts of an order are looked up: the strategy's, or the first line's own in
 /// table mode.
 QString preparedAccountKey(const COrderParam& order, const COrderStrategyParam& strategy);
-
-/// The number without its fraction, or kUnsetInt where that is no int.
-int truncateToInt(double value);
 
 } // namespace TC

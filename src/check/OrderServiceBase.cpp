@@ -3,7 +3,9 @@
 #include "base/Text.h"
 #include "check/AccountLookup.h"
 #include "check/OrderKind.h"
+#include "check/PositionExchange.h"
 #include "check/Reports.h"
+#include "check/Volumes.h"
 #include "platform/MsgService.h"
 #include "platform/TradingRules.h"
 
@@ -126,6 +128,15 @@ EQdTraderType COrderServiceBase::getStrategyTradeType(EOrderStrategyTradeType tr
 
 QString COrderServiceBase::getOrderStrategyText(EOrderStrategyType type) const {
     return orderStrategyText(type);
+}
+
+void COrderServiceBase::exchangePositionStock(boost::shared_ptr<CAccountInfo> account,
+                                              QVector<COrderSingleParam>& rows, int multiplier) const {
+    exchangePosition(account, rows, multiplier);
+}
+
+void COrderServiceBase::calcVolumnByWeight(QVector<COrderSingleParam>& rows, double amount) const {
+    TC::calcVolumnByWeight(rows, amount);
 }
 
 boost::shared_ptr<CQuoteRequest> COrderServiceBase::prepareCode(const QString& code,

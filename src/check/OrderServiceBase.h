@@ -67,11 +67,47 @@ public:
     boost::shared_ptr<CQuoteRequest> prepareCode(const QString& code,
                                                  std::vector<CAccountInfoPtr>& accounts) const;
 
-    /// The family check for stocks. Appends one record for each account that gets a volume; true can come
-    /// with none.
+    /// The family checks. Each appends one record for each account that gets a volume; true can come with
+    /// none.
     bool checkAndFillOrderStock(COrderParam order, COrderStrategyParam strategy,
                                 std::vector<CCodeOrderParam>& codes,
                                 std::map<std::string, double>& weights) const;
+    bool checkAndFillOrderSpec(COrderParam order, COrderStrategyParam strategy,
+                               std::vector<CCodeOrderParam>& codes,
+                               std::map<std::string, double>& weights) const;
+    bool checkAndFillOrderFutureOption(COrderParam order, COrderStrategyParam strategy,
+                                       std::vector<CCodeOrderParam>& codes,
+                                       std::map<std::string, double>& weights) const;
+    bool checkAndFillOrderOption(COrderParam order, COrderStrategyParam strategy,
+                                 std::vector<CCodeOrderParam>& codes,
+                                 std::map<std::string, double>& weights) const;
+    bool checkAndFillOrderSGT(COrderParam order, COrderStrategyParam strategy,
+                              std::vector<CCodeOrderParam>& codes,
+                              std::map<std::string, double>& weights) const;
+    bool checkAndFillOrderHGT(COrderParam order, COrderStrategyParam strategy,
+                              std::vector<CCodeOrderParam>& codes,
+                              std::map<std::string, double>& weights) const;
+    bool checkAndFillOrderGold(COrderParam order, COrderStrategyParam strategy,
+                               std::vector<CCodeOrderParam>& codes,
+                               std::map<std::string, double>& weights) const;
+    bool checkAndFillOrderCredit(COrderParam order, COrderStrategyParam strategy,
+                                 std::vector<CCodeOrderParam>& codes,
+                                 std::map<std::string, double>& weights) const;
+    /// Only tells whether the order may go out: appends nothing.
+    bool checkAndFillOrderNeeq(COrderParam order, COrderStrategyParam strategy,
+                               std::vector<CCodeOrderParam>& codes,
+                               std::map<std::string, double>& weights) const;
+    /// A target position in the order is rewritten into the orders that lead to it.
+    bool checkAndFillOrderCompose(COrderParam& order, COrderStrategyParam strategy,
+                                  std::vector<CCodeOrderParam>& codes,
+                                  std::map<std::string, double>& weights) const;
+
+    /// Turns target volumes, times the multiplier, into the orders that lead to them from what the account
+    /// holds.
+    void exchangePositionStock(boost::shared_ptr<CAccountInfo> account, QVector<COrderSingleParam>& rows,
+                               int multiplier) const;
+    /// Shares an amount of money out over the rows by weight, as volumes in whole units.
+    void calcVolumnByWeight(QVector<COrderSingleParam>& rows, double amount) const;
 
     using CCommandCallback = boost::function<void(utils::KNError, int)>;
 

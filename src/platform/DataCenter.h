@@ -6,11 +6,14 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace knservice {
 
 /// Number under which the data of all accounts together serves its portfolios, as CPortfolio.
 inline constexpr int kPortfolioTable = 594;
+/// Number under which an account's data serves its positions by instrument, as CPositionStatics.
+inline constexpr int kPositionTable = 547;
 
 /// The live data of one account, or of all together, in tables by number. Any thread.
 class CAccountData {
@@ -20,6 +23,25 @@ public:
     /// A copy of the table's records by key text; empty where there is no such table. The records stay the
     /// host's and do not change once they are given out.
     virtual std::map<std::string, boost::shared_ptr<IData>> getMapData(int table) = 0;
+
+    /// Appends the table's records in the host's order.
+    virtual void getVector(int table, std::vector<boost::shared_ptr<IData>>& out) = 0;
+
+    /// Holds the data still while it lives. The host decides whether others wait meanwhile.
+    class Lock {
+    public:
+        explicit Lock(CAccountData& data) : m_data(data) { m_data.lock(); }
+        ~Lock() { m_data.unlock(); }
+        Lock(const Lock&) = delete;
+        Lock& operator=(const Lock&) = delete;
+
+    private:
+        CAccountData& m_data;
+    };
+
+protected:
+    virtual void lock() {}
+    virtual void unlock() {}
 };
 
 /// The trading layer's data by account. Any thread.
@@ -27,6 +49,8 @@ class CDataCenter {
 public:
     virtual ~CDataCenter() = default;
 
+    /// The data of the account of that key, or null where there is none.
+    virtual boost::shared_ptr<CAccountData> getAccountData(const std::string& key) = 0;
     /// What belongs to all accounts together, such as portfolios; null while there is none.
     virtual boost::shared_ptr<CAccountData> getGlobalAccountData() = 0;
 };

@@ -96,6 +96,22 @@ void fixTimeRange(CCodeOrderParam& record) {
     CTradingRules::instance().fixTimeRange(record);
 }
 
+bool isBuy(EOperationType operation) {
+    return CTradingRules::instance().isBuy(operation);
+}
+
+bool isClose(EOperationType operation) {
+    return CTradingRules::instance().isClose(operation);
+}
+
+bool isDirectRepay(EOperationType operation) {
+    return CTradingRules::instance().isDirectRepay(operation);
+}
+
+EEntrustTypes operationTypeToEntrustType(EOperationType operation) {
+    return CTradingRules::instance().operationTypeToEntrustType(operation);
+}
+
 QString orderStrategyTypeToOrderTitle(EOrderStrategyType type) {
     return CTradingRules::instance().orderStrategyTypeToOrderTitle(type);
 }

@@ -10,6 +10,8 @@ namespace knservice {
 /// Numbers of the host's table of instrument types that the order road asks for.
 inline constexpr int kTypeTradableStock = 100028; ///< instruments that a bare code may mean
 inline constexpr int kTypeStarMarket = 1172;      ///< the unit shown to the user is the one that counts
+/// What a basket may hold: an instrument of none of them is passed over.
+inline constexpr int kBasketTypes[] = {100003, 100016, 100004, 100024, 100013};
 inline constexpr int kTypeParPriced = 126; ///< on SH: an amount buys at 100 a piece, whatever the quote says
 
 /// Which types an instrument has, and its units. Any thread; answers at once. market and code are UTF-8.

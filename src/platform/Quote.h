@@ -31,6 +31,11 @@ public:
 
     double m_dLastPrice = kUnsetDouble;
     double m_dFallbackPrice = kUnsetDouble; ///< stands in where no price for calculation exists
+
+    /// Figures of the day's trading. All three at zero: the instrument does not trade.
+    double m_dDayFigure1 = 0;
+    double m_dDayFigure2 = 0;
+    int m_nDayCount = 0;
 };
 
 using CPriceDataPtr = boost::shared_ptr<const CPriceData>;

@@ -39,6 +39,12 @@ public:
                                            EOperationType operation, EHedge_Flag_Type hedge,
                                            const boost::shared_ptr<utils::KNError>& error) = 0;
 
+    /// Divides an amount of money, in currency units, over accounts; otherwise as splitEntrusts.
+    virtual std::vector<double> splitMoney(double amount, const std::vector<CAccountInfoPtr>& accounts,
+                                           const std::vector<double>& ratios, EPositionType positionType,
+                                           EOperationType operation,
+                                           const boost::shared_ptr<utils::KNError>& error) = 0;
+
     /// Asks the trading layer to cancel a task. operation: kTaskOpCancel. remark: UTF-8, for the record.
     /// tradingDay: as CExchangeClient::getMaxTradingDay gives it. An empty call-back asks for no answer; the
     /// library passes one.

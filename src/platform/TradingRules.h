@@ -39,6 +39,13 @@ public:
     /// Brings the record's time range into the trading day.
     virtual void fixTimeRange(CCodeOrderParam& record) = 0;
 
+    /// Whether an operation buys, closes a position, or repays money at once.
+    virtual bool isBuy(EOperationType operation) = 0;
+    virtual bool isClose(EOperationType operation) = 0;
+    virtual bool isDirectRepay(EOperationType operation) = 0;
+    /// How the broker books an operation of margin trading.
+    virtual EEntrustTypes operationTypeToEntrustType(EOperationType operation) = 0;
+
     /// Whether the price type is a market price, which needs no number.
     virtual bool isMarketPrice(EPriceType priceType) = 0;
     virtual bool isAlgoOrderType(EOrderType orderType) = 0;
@@ -60,6 +67,10 @@ void orderSettingFromString(COrderSetting& setting, const QString& text);
 void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record, EOperationType operation,
                          int volume, double price, const CPriceDataPtr& quote);
 void fixTimeRange(CCodeOrderParam& record);
+bool isBuy(EOperationType operation);
+bool isClose(EOperationType operation);
+bool isDirectRepay(EOperationType operation);
+EEntrustTypes operationTypeToEntrustType(EOperationType operation);
 QString orderStrategyTypeToOrderTitle(EOrderStrategyType type);
 QString orderStrategyTypeToString(EOrderStrategyType type);
 QString orderStrategyOrderTypeToString(int orderType);

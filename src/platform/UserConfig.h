@@ -63,6 +63,9 @@ public:
                                     std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                                     bool simple) const = 0;
 
+    /// The account of that key, or null where the user has none.
+    virtual CAccountPtr getAccountData(const QString& key) const = 0;
+
     /// Whether the user may use this price type for this operation on this instrument.
     virtual bool isPriceTypeValid(EPriceType priceType, EOperationType operation, EQDBrokerType broker,
                                   const std::string& market, const std::string& code,

@@ -19,6 +19,15 @@ struct CAccountInfo : knservice::IData {
 
 using CAccountInfoPtr = boost::shared_ptr<CAccountInfo>;
 
+/// A user's account as the configuration keeps it.
+class CAccount {
+public:
+    virtual ~CAccount() = default;
+    virtual CAccountInfoPtr toInfo() const = 0;
+};
+
+using CAccountPtr = boost::shared_ptr<CAccount>;
+
 /// A named group of accounts; the weights of its members stay with the host.
 struct CAccountGroup {
     EQDBrokerType m_eBrokerType = EQDBrokerType::Stock;

@@ -65,6 +65,14 @@ QString COrderParam::toQString() const {
     return parts.join(QStringLiteral(" "));
 }
 
+bool codeSingleParamLessThan(const COrderSingleParam& a, const COrderSingleParam& b) {
+    return COrderSingleParamCompareTraits::compare(a, b) < 0;
+}
+
+int COrderSingleParamCompareTraits::compare(const COrderSingleParam& a, const COrderSingleParam& b) {
+    return a.m_strCode.compare(b.m_strCode);
+}
+
 QString codeOfField(std::string_view field) {
     return field == "0" ? QString() : UW::sToQs(field.data(), field.size());
 }

@@ -66,6 +66,13 @@ struct COrderTradeParam {
     std::string m_strTradeText3;
 };
 
+/// The order of rows by code, and the same as a three-way comparison: below, at or above zero.
+bool codeSingleParamLessThan(const COrderSingleParam& a, const COrderSingleParam& b);
+
+struct COrderSingleParamCompareTraits {
+    static int compare(const COrderSingleParam& a, const COrderSingleParam& b);
+};
+
 /// The code of a field that came from outside, in GBK or UTF-8; "0" stands for no code.
 QString codeOfField(std::string_view field);
 

@@ -9,6 +9,8 @@ namespace TC {
 
 /// Numbers that code compares one by one.
 enum EOrderNumber : int {
+    kOrderBuy = 23,
+    kOrderSell = 24,
     kOrderBasketBuy = 25,
     kOrderBasketSell = 26,
     kOrderCreditAmount = 32,

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "records/Account.h"
 #include "records/Data.h"
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <map>
 #include <string>
 
@@ -16,6 +18,17 @@ struct CPositionDetail : IData {
     bool m_bFlag = false;  ///< the volume does not count: sellers take 0 in its place
 };
 using CPositionDetailPtr = boost::shared_ptr<CPositionDetail>;
+
+/// What an account holds of one instrument, all its positions together.
+struct CPositionStatics : IData {
+    TC::CAccountInfoPtr m_account;
+    std::string m_strMarket;
+    std::string m_strCode;
+    std::string m_strName;
+    int m_nPositionVolume = 0;           ///< shares or lots held
+    std::int64_t m_nAvailableVolume = 0; ///< of these, what can be sold now
+};
+using CPositionStaticsPtr = boost::shared_ptr<CPositionStatics>;
 
 /// A portfolio and its positions by key text.
 struct CPortfolio : IData {

@@ -5,7 +5,10 @@
 #include "check/Reports.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/MsgService.h"
+#include "platform/OrderClient.h"
 #include "platform/TradingRules.h"
+
+#include <boost/make_shared.hpp>
 
 #include <algorithm>
 #include <exception>
@@ -36,29 +39,91 @@ EOrderStrategyTradeType tradeTypeOf(const COrderParam& order, const COrderStrate
                         : strategy.m_eTradeType;
 }
 
+constexpr const char* kForceConfirm = "mdl_order_service_force_confirm";
+
+/// The button of the trading panel that a futures order stands for.
+EFtSpecBtnBarType buttonOf(int orderType) {
+    constexpr int kSecondFirst = 6;
+    constexpr int kThirdFirst = 10;
+    constexpr int kThirdLast = 15;
+    if (orderType >= kSecondFirst && orderType < kThirdFirst) return EFtSpecBtnBarType::CloseFirst;
+    if (orderType >= kThirdFirst && orderType <= kThirdLast) return EFtSpecBtnBarType::OpenOrClose;
+    return EFtSpecBtnBarType::OpenClose;
+}
+
+/// Sales of a basket, target positions and single positions never carry the strategy's flag.
+bool mayCarryFlag(int orderType) {
+    return orderType != kOrderBasketSell && orderType != kOrderBasketWhole && orderType != kOrderBasketList &&
+           orderType != kOrderPosition;
+}
+
+/// The hedge leg's own price choice: one for buying, another for all else.
+bson::BSONObj hedgeLeg(int orderType, const COrderStrategyParam& strategy) {
+    constexpr int kPriceWhenBuying = 3;
+    constexpr int kPriceOtherwise = 9;
+    EOperationType operation = unsetEnum<EOperationType>();
+    if (orderType == kOrderBasketBuy) operation = EOperationType::Buy;
+    if (orderType == kOrderBasketSell || orderType == kOrderPosition) operation = EOperationType::Sell;
+    CBasketHedgeParam hedge;
+    hedge.bsonValueFromObj(strategy.m_hedgeParam);
+    hedge.m_nPriceKind = isBuy(operation) ? kPriceWhenBuying : kPriceOtherwise;
+    return hedge.toBson();
+}
+
 void logInfo(const void* object, const char* function, const std::string& text) {
     utils::CLogCenter::log(utils::ELogLevel::Info, utils::kStdFileLogger, object, function, text);
 }
 
 } // namespace
 
+/// What a family does with an order that passed: its check, and how its command is made.
 struct COrderServiceUnion::CFamilyOperation {
     EOrderStrategyTradeType m_eTradeType;
-    void (COrderServiceUnion::*m_pfnOrder)(COrderParam, const COrderStrategyParam&);
+    const char* m_pszFunction; ///< name in the log
+    bool (COrderServiceBase::*m_pfnCheck)(COrderParam, COrderStrategyParam, std::vector<CCodeOrderParam>&,
+                                          std::map<std::string, double>&) const;
+    EQdTraderType m_eTraderType;
+    const char* m_pszLog;
+    void (COrderServiceUnion::*m_pfnIssue)(const CFamilyOperation& family, const CChecked& checked) const;
 };
 
+/// An order that passed its check.
+struct COrderServiceUnion::CChecked {
+    const COrderParam& order;
+    const COrderStrategyParam& strategy;
+    std::vector<CCodeOrderParam> codes{};
+    std::map<std::string, double> weights{};
+};
+
+// Most families' log lines name stock speculation; who greps the log knows them as they are.
 const COrderServiceUnion::CFamilyOperation COrderServiceUnion::s_operations[] = {
-    {EOrderStrategyTradeType::Stock, &COrderServiceUnion::orderStock},
-    {EOrderStrategyTradeType::Future, &COrderServiceUnion::refuseFamily},
-    {EOrderStrategyTradeType::Basket, &COrderServiceUnion::refuseFamily},
-    {EOrderStrategyTradeType::FutureBasket, &COrderServiceUnion::refuseFamily},
-    {EOrderStrategyTradeType::Credit, &COrderServiceUnion::refuseFamily},
-    {EOrderStrategyTradeType::StockOption, &COrderServiceUnion::refuseFamily},
-    {EOrderStrategyTradeType::FutureOption, &COrderServiceUnion::refuseFamily},
-    {EOrderStrategyTradeType::SGT, &COrderServiceUnion::refuseFamily},
-    {EOrderStrategyTradeType::HGT, &COrderServiceUnion::refuseFamily},
-    {EOrderStrategyTradeType::Neeq, &COrderServiceUnion::refuseFamily},
-    {EOrderStrategyTradeType::Gold, &COrderServiceUnion::refuseFamily},
+    {EOrderStrategyTradeType::Stock, "TC::COrderServiceUnion::orderStock",
+     &COrderServiceBase::checkAndFillOrderStock, EQdTraderType::Stock,
+     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueCommand},
+    {EOrderStrategyTradeType::Future, "TC::COrderServiceUnion::orderSpec",
+     &COrderServiceBase::checkAndFillOrderSpec, EQdTraderType::FutureSpeculation,
+     "placeCommands: [orderservice] future speculation.", &COrderServiceUnion::issueCommand},
+    {EOrderStrategyTradeType::Credit, "TC::COrderServiceUnion::orderCredit",
+     &COrderServiceBase::checkAndFillOrderCredit, EQdTraderType::Credit,
+     "placeCommands: [orderservice] credit operation.", &COrderServiceUnion::issueCommand},
+    {EOrderStrategyTradeType::StockOption, "TC::COrderServiceUnion::orderOption",
+     &COrderServiceBase::checkAndFillOrderOption, EQdTraderType::Option,
+     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueCommand},
+    {EOrderStrategyTradeType::FutureOption, "TC::COrderServiceUnion::orderFutureOption",
+     &COrderServiceBase::checkAndFillOrderFutureOption, EQdTraderType::FutureOption,
+     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
+    {EOrderStrategyTradeType::SGT, "TC::COrderServiceUnion::orderSGT",
+     &COrderServiceBase::checkAndFillOrderSGT, EQdTraderType::SGT,
+     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
+    {EOrderStrategyTradeType::HGT, "TC::COrderServiceUnion::orderHGT",
+     &COrderServiceBase::checkAndFillOrderHGT, EQdTraderType::HGT,
+     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
+    {EOrderStrategyTradeType::Neeq, "TC::COrderServiceUnion::orderNeeq",
+     &COrderServiceBase::checkAndFillOrderNeeq, EQdTraderType::Neeq,
+     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
+    {EOrderStrategyTradeType::Gold, "TC::COrderServiceUnion::orderGold",
+     &COrderServiceBase::checkAndFillOrderGold, EQdTraderType::Gold,
+     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
 };
 
 COrderServiceUnion::COrderServiceUnion(CBeforeOrder beforeOrder, QObject* parent)
@@ -121,37 +186,70 @@ void COrderServiceUnion::announce(const COrderParam& order, const COrderStrategy
 
 void COrderServiceUnion::dispatch(const COrderParam& order, const COrderStrategyParam& strategy) {
     const EOrderStrategyTradeType tradeType = tradeTypeOf(order, strategy);
+    if (tradeType == EOrderStrategyTradeType::Basket || tradeType == EOrderStrategyTradeType::FutureBasket)
+        return orderCompose(order, strategy);
     const auto operation =
         std::find_if(std::begin(s_operations), std::end(s_operations),
                      [&](const CFamilyOperation& row) { return row.m_eTradeType == tradeType; });
-    if (operation != std::end(s_operations)) {
-        (this->*operation->m_pfnOrder)(order, strategy);
-        return;
-    }
+    if (operation != std::end(s_operations)) return orderFamily(*operation, order, strategy);
     showServiceMsg(
         utils::fillText(QStringLiteral("[%1]　通道号: %2, 交易类型错误!"),
                         {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel)}));
 }
 
-void COrderServiceUnion::orderStock(COrderParam order, const COrderStrategyParam& strategy) {
-    std::vector<CCodeOrderParam> codes;
-    std::map<std::string, double> weights;
-    if (!checkAndFillOrderStock(order, strategy, codes, weights) || !isCmdUser()) return;
-    if (utils::CLogCenter::logEnabled()) {
-        logInfo(this, "TC::COrderServiceUnion::orderStock",
-                "placeCommands: [orderservice] stock speculation.");
-    }
-    doOrderCommand(EQdTraderType::Stock, EQdHedgeType::None, EFtSpecBtnBarType::None, codes,
-                   std::move(weights), EQdStopLossType::None, true, {}, {},
-                   std::to_string(strategy.m_nChannel), ETradePlatform::Plain, {}, false,
-                   isOrderSwitchOn("mdl_order_service_force_confirm"), order.m_strRemark, order, strategy);
+/// Nothing goes out for a user who may not issue commands; a check that gave no codes does go out.
+void COrderServiceUnion::orderFamily(const CFamilyOperation& family, const COrderParam& order,
+                                     const COrderStrategyParam& strategy) const {
+    CChecked checked{order, strategy};
+    if (!(this->*family.m_pfnCheck)(order, strategy, checked.codes, checked.weights) || !isCmdUser()) return;
+    if (utils::CLogCenter::logEnabled()) logInfo(this, family.m_pszFunction, family.m_pszLog);
+    (this->*family.m_pfnIssue)(family, checked);
 }
 
-void COrderServiceUnion::refuseFamily(COrderParam order, const COrderStrategyParam& strategy) {
-    showCheckFailure(
-        utils::fillText(QStringLiteral("[%1]　通道号: %2, 此版本尚不支持%3交易, 无法下单!"),
-                        {orderStrategyText(order.m_eStrategyType), QString::number(strategy.m_nChannel),
-                         orderStrategyTradeTypeToString(tradeTypeOf(order, strategy))}));
+void COrderServiceUnion::issueCommand(const CFamilyOperation& family, const CChecked& checked) const {
+    const bool isFuture = family.m_eTradeType == EOrderStrategyTradeType::Future;
+    doOrderCommand(family.m_eTraderType, EQdHedgeType::None,
+                   isFuture ? buttonOf(checked.order.m_nOrderType) : EFtSpecBtnBarType::None, checked.codes,
+                   checked.weights, EQdStopLossType::None, true, {}, {},
+                   std::to_string(checked.strategy.m_nChannel), ETradePlatform::Plain, {}, false,
+                   isOrderSwitchOn(kForceConfirm), checked.order.m_strRemark, checked.order,
+                   checked.strategy);
+}
+
+/// These commands carry no time, tag, algorithm text or platform.
+void COrderServiceUnion::issueBareCommand(const CFamilyOperation& family, const CChecked& checked) const {
+    const auto command = boost::make_shared<COrderComandParam>();
+    command->m_eTraderType = family.m_eTraderType;
+    command->m_eHedgeType = EQdHedgeType::None;
+    command->m_eBtnType = EFtSpecBtnBarType::None;
+    command->m_codes = checked.codes;
+    command->m_weights = checked.weights;
+    command->m_eStopLossType = EQdStopLossType::None;
+    command->m_bUnion = true;
+    command->m_bForceConfirm = isOrderSwitchOn(kForceConfirm);
+    command->m_eStrategyType = checked.order.m_eStrategyType;
+    command->m_strRemark = checked.order.m_strRemark;
+    COrderClient::instance().orderCommands(command);
+}
+
+void COrderServiceUnion::orderCompose(COrderParam order, const COrderStrategyParam& strategy) const {
+    std::vector<CCodeOrderParam> codes;
+    std::map<std::string, double> weights;
+    if (!checkAndFillOrderCompose(order, strategy, codes, weights) || !isCmdUser()) return;
+    const bool isHedged = isOrderSwitchOn("mdl_order_compose_hedge") && strategy.m_bHedgeBasket;
+    std::string algoParam = get3rdAlgoParam(order, codes, strategy);
+    if (algoParam.empty()) algoParam = order.m_strBasketText;
+    if (utils::CLogCenter::logEnabled()) {
+        logInfo(this, "TC::COrderServiceUnion::orderCompose",
+                isHedged ? "placeCommands: [orderservice] basket hedge."
+                         : "placeCommands: [orderservice] basket compose.");
+    }
+    doOrderCommand(EQdTraderType::Basket, isHedged ? EQdHedgeType::Hedge : EQdHedgeType::Compose,
+                   EFtSpecBtnBarType::None, codes, std::move(weights), EQdStopLossType::None, true, {},
+                   isHedged ? hedgeLeg(order.m_nOrderType, strategy) : bson::BSONObj(),
+                   isHedged ? std::string() : std::to_string(strategy.m_nChannel), ETradePlatform::Plain,
+                   std::move(algoParam), strategy.m_bCommandFlag && mayCarryFlag(order.m_nOrderType),
+                   isOrderSwitchOn(kForceConfirm), order.m_strRemark, order, strategy);
 }
 
 } // namespace TC

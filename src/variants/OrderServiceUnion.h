@@ -29,11 +29,14 @@ private:
     void announce(const COrderParam& order, const COrderStrategyParam& strategy) const;
     void dispatch(const COrderParam& order, const COrderStrategyParam& strategy);
 
-    void orderStock(COrderParam order, const COrderStrategyParam& strategy);
-    /// Reports a family whose check is not built yet.
-    void refuseFamily(COrderParam order, const COrderStrategyParam& strategy);
-
     struct CFamilyOperation;
+    struct CChecked;
+    void orderFamily(const CFamilyOperation& family, const COrderParam& order,
+                     const COrderStrategyParam& strategy) const;
+    void orderCompose(COrderParam order, const COrderStrategyParam& strategy) const;
+    void issueCommand(const CFamilyOperation& family, const CChecked& checked) const;
+    void issueBareCommand(const CFamilyOperation& family, const CChecked& checked) const;
+
     static const CFamilyOperation s_operations[];
 
     const CBeforeOrder m_beforeOrder;

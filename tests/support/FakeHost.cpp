@@ -1,5 +1,7 @@
 #include "tests/support/FakeHost.h"
 
+#include "records/Portfolio.h"
+
 #include "records/Families.h"
 #include "tests/support/Describe.h"
 
@@ -62,6 +64,24 @@ void CUser::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountTyp
     if (account == accounts.end()) return;
     found.push_back(account->second);
     ratios.push_back(1.0);
+}
+
+namespace {
+
+class CFakeAccount : public TC::CAccount {
+public:
+    explicit CFakeAccount(TC::CAccountInfoPtr info) : m_info(std::move(info)) {}
+    TC::CAccountInfoPtr toInfo() const override { return m_info; }
+
+private:
+    TC::CAccountInfoPtr m_info;
+};
+
+} // namespace
+
+TC::CAccountPtr CUser::getAccountData(const QString& key) const {
+    const auto found = accounts.find(key.toStdString());
+    return found != accounts.end() ? boost::make_shared<CFakeAccount>(found->second) : nullptr;
 }
 
 TC::COrderSetting CUser::getDefaultOrderSetting(TC::EDefaultSetting which) const {
@@ -139,6 +159,20 @@ std::vector<int> CTrade::splitEntrusts(int volume, double price, TC::EPriceType 
     return splitByRatio(volume, ratios, accounts.size());
 }
 
+std::vector<double> CTrade::splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>&,
+                                       const std::vector<double>& ratios, TC::EPositionType,
+                                       TC::EOperationType, const boost::shared_ptr<utils::KNError>& error) {
+    m_records.record([&] { moneySplits.push_back(amount); });
+    if (!moneyOverride.empty()) {
+        *error = utils::KNError(1, "没有金额");
+        return moneyOverride;
+    }
+    std::vector<double> values;
+    for (const double ratio : ratios)
+        values.push_back(amount * ratio);
+    return values;
+}
+
 void CTrade::cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                         const std::string& tradingDay, const CCancelCallback& callback, int flag) {
     m_records.record([&] {
@@ -146,7 +180,17 @@ void CTrade::cancelTask(int taskId, int operation, const std::string& text, cons
     });
 }
 
+void CExchange::addOther(const std::string& list, const QString& key) {
+    const auto detail = boost::make_shared<TC::CInstrumentDetail>();
+    detail->m_strMarket = list;
+    detail->m_strCode = key.toStdString();
+    others[key] = detail;
+    lists.insert({list, key});
+}
+
 TC::CInstrumentDetailPtr CExchange::getCodeInfo(const QString& key) {
+    const auto other = others.find(key);
+    if (other != others.end()) return other->second;
     const auto found = stocks.find(key);
     return found != stocks.end() ? found->second : TC::CInstrumentDetailPtr();
 }
@@ -290,6 +334,44 @@ private:
 };
 
 } // namespace
+
+namespace {
+
+/// The positions of one account.
+class CFakeAccountData : public knservice::CAccountData {
+public:
+    explicit CFakeAccountData(std::vector<boost::shared_ptr<knservice::IData>> positions)
+        : m_positions(std::move(positions)) {}
+    std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
+    void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
+        if (table != knservice::kPositionTable) return;
+        out.insert(out.end(), m_positions.begin(), m_positions.end());
+    }
+
+private:
+    std::vector<boost::shared_ptr<knservice::IData>> m_positions;
+};
+
+} // namespace
+
+boost::shared_ptr<knservice::CAccountData> CTasks::getAccountData(const std::string& key) {
+    const auto found = positions.find(key);
+    return found != positions.end() ? boost::make_shared<CFakeAccountData>(found->second) : nullptr;
+}
+
+void CTasks::getVector(int, std::vector<boost::shared_ptr<knservice::IData>>&) {}
+
+void CTasks::addPosition(const TC::CAccountInfoPtr& account, const std::string& market,
+                         const std::string& code, int volume) {
+    const auto position = boost::make_shared<knservice::CPositionStatics>();
+    position->m_account = account;
+    position->m_strMarket = market;
+    position->m_strCode = code;
+    position->m_strName = "name of " + code;
+    position->m_nPositionVolume = volume;
+    position->m_nAvailableVolume = volume;
+    positions[account->getKey()].push_back(position);
+}
 
 boost::shared_ptr<knservice::CAccountData> CTasks::getGlobalAccountData() {
     // The fake outlives whoever holds its data.

@@ -140,6 +140,7 @@ public:
                           const std::string&, TC::EOrderType) const override {
         return invalidPriceTypes.count(type) == 0;
     }
+    TC::CAccountPtr getAccountData(const QString& key) const override;
     TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting which) const override;
     TC::CBasketMap getBaskets() const override { return baskets; }
     TC::COrderStrategyMap* getStrategyMap() override { return &strategies; }
@@ -200,9 +201,15 @@ public:
                                    const std::string& market, const std::string& code,
                                    TC::EOperationType operation, TC::EHedge_Flag_Type hedge,
                                    const boost::shared_ptr<utils::KNError>& error) override;
+    std::vector<double> splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>& accounts,
+                                   const std::vector<double>& ratios, TC::EPositionType positionType,
+                                   TC::EOperationType operation,
+                                   const boost::shared_ptr<utils::KNError>& error) override;
     void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                     const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
 
+    std::vector<double> moneySplits;     ///< amounts that came to splitMoney, which divides by ratio
+    std::vector<double> moneyOverride;   ///< what splitMoney gives where it is not empty
     std::map<std::string, int> loginStatus; ///< accounts that are not logged in
     /// Replaces the split; by default the volume goes by ratio, with what is left over to the first account.
     std::function<std::vector<int>(const CSplitCall&, utils::KNError&)> split;
@@ -217,11 +224,26 @@ class CExchange : public TC::CExchangeClient {
     Q_OBJECT
 public:
     bool hasStock(const QString& key) override { return stocks.count(key) > 0; }
+    bool hasFuture(const QString& key) override { return has("future", key); }
+    bool hasOption(const QString& key) override { return has("option", key); }
+    bool hasFutureOption(const QString& key) override { return has("future option", key); }
+    bool hasSkstock(const QString& key) override { return has("sgt", key); }
+    bool hasHkstock(const QString& key) override { return has("hgt", key); }
+    bool hasGold(const QString& key) override { return has("gold", key); }
+    bool hasNeeq(const QString& key) override { return has("neeq", key); }
     TC::CInstrumentDetailPtr getCodeInfo(const QString& key) override;
     std::string getMaxTradingDay() override { return tradingDay; }
 
+    /// Adds an instrument of another market under its key.
+    void addOther(const std::string& list, const QString& key);
+
     std::map<QString, TC::CInstrumentDetailPtr> stocks;
+    std::map<QString, TC::CInstrumentDetailPtr> others; ///< instruments that are no stocks
+    std::set<std::pair<std::string, QString>> lists;    ///< which of them stands on which list
     std::string tradingDay = "20260105";
+
+private:
+    bool has(const char* list, const QString& key) const { return lists.count({list, key}) > 0; }
 };
 
 class CQuotes : public TC::CQuoteClient {
@@ -273,6 +295,16 @@ public:
                              TC::EOperationType operation, int volume, double price,
                              const TC::CPriceDataPtr& quote) override;
     void fixTimeRange(TC::CCodeOrderParam& record) override;
+    bool isBuy(TC::EOperationType operation) override { return buys.count(static_cast<int>(operation)) > 0; }
+    bool isClose(TC::EOperationType operation) override {
+        return closes.count(static_cast<int>(operation)) > 0;
+    }
+    bool isDirectRepay(TC::EOperationType operation) override {
+        return directRepays.count(static_cast<int>(operation)) > 0;
+    }
+    TC::EEntrustTypes operationTypeToEntrustType(TC::EOperationType operation) override {
+        return static_cast<TC::EEntrustTypes>(static_cast<int>(operation) + 500);
+    }
     bool isMarketPrice(TC::EPriceType type) override { return marketPrices.count(type) > 0; }
     bool isAlgoOrderType(TC::EOrderType type) override { return algoPlatforms.count(type) > 0; }
     TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType type) override {
@@ -286,9 +318,11 @@ public:
 
     std::map<std::string, TC::COrderTradeParam> tradeParams; ///< texts that the host understands
     std::set<TC::EPriceType> marketPrices;
+    std::set<int> buys{18}, closes, directRepays; ///< operations
     std::map<TC::EOrderType, TC::ETradePlatform> algoPlatforms;
     std::vector<QString> settingTexts;
     std::function<void(TC::CCodeOrderParam&)> onFixTimeRange;
+    std::function<void(const TC::COrderSetting&)> onSetting; ///< called with the setting of each record
 
 private:
     std::mutex m_mutex;
@@ -347,13 +381,18 @@ public:
     knservice::CTaskCenter& getTaskCenter() override { return *this; }
     knservice::CDataCenter& getDataCenter() override { return *this; }
     boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override;
+    boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string& key) override;
     std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int table) override;
+    void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override;
+    void addPosition(const TC::CAccountInfoPtr& account, const std::string& market, const std::string& code,
+                     int volume);
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
     void addOperation(int taskId, const TC::CTaskOpRecord& record);
 
     std::map<int, int> tasks; ///< tasks found under an id
     std::vector<std::pair<int, TC::CTaskOpRecord>> operations;
     bool hasGlobalData = true;
+    std::map<std::string, std::vector<boost::shared_ptr<knservice::IData>>> positions; ///< by account
     std::map<int, std::map<std::string, boost::shared_ptr<knservice::IData>>> tables;
 
 private:

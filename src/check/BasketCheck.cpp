@@ -1,0 +1,318 @@
+// Baskets: many instruments in one order, by volume, by target position or by money and weight; or all that
+// the accounts hold, to be sold.
+#include "base/Text.h"
+#include "check/CheckFrame.h"
+#include "check/CodeLookup.h"
+#include "check/PositionExchange.h"
+#include "check/Reports.h"
+#include "check/Volumes.h"
+#include "platform/DataCenter.h"
+#include "platform/ExchangeClient.h"
+#include "platform/InstrumentTypes.h"
+#include "platform/LuaModuleCtrl.h"
+#include "platform/TraderCenter.h"
+#include "platform/TradingRules.h"
+#include "records/Portfolio.h"
+
+#include <boost/pointer_cast.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+
+namespace TC {
+namespace {
+
+constexpr CFamilyCheck kBasketCheck = {
+    EOrderStrategyTradeType::Basket,
+    "[%1]　通道号: %2, 下单指令不合法!",
+    ESettingText::Always,
+    EQuoteWait::AlsoSpecified,
+    ESplitInstrument::Named,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+};
+
+/// The least volume on the star market; told for each account.
+constexpr int kStarLeast = 200;
+
+/// A row of the order whose instrument is known.
+struct CBasketRow {
+    CBasketStockData data;
+    boost::shared_ptr<CQuoteRequest> quoteRequest; ///< held to the end of the check
+};
+
+/// A basket on its way through the check.
+struct CBasket {
+    COrderParam& order;
+    CCheckRun run;
+    int multiplier;
+    double totalWeight = 0.0;
+    std::vector<CBasketRow> rows{};
+};
+
+bool isTargetOrder(int orderType) {
+    return orderType == kOrderBasketWhole || orderType == kOrderBasketList;
+}
+
+/// Numbers whose money is shared out over the rows here; a target position has its volumes by then.
+bool sharesMoney(const CBasket& basket) {
+    return basket.run.strategy.m_bUseAmount && isBasketHeaderOrder(basket.order.m_nOrderType);
+}
+
+bool checkSwitch(const CBasket& basket) {
+    const int number = basket.order.m_nOrderType;
+    const bool needsSwitch = number == kOrderBasketHeader || number == kOrderBasketWhole;
+    if (!needsSwitch || luawrapper::isOrderSwitchOn("mdl_order_compose_basket_buy_sell")) return true;
+    return failCheck(basket.run, QStringLiteral("[%1]　通道号: %2, 下单指令不合法，一键买卖授权已关闭!"));
+}
+
+bool checkRowsGiven(const CBasket& basket) {
+    if (!basket.order.m_orders.isEmpty() || basket.order.m_nOrderType == kOrderBasketSell) return true;
+    return failCheck(basket.run, QString::fromUtf8(kBasketCheck.m_pszTooManyLines));
+}
+
+void takeTargets(CBasket& basket) {
+    if (!isTargetOrder(basket.order.m_nOrderType)) return;
+    const COrderStrategyParam& strategy = basket.run.strategy;
+    if (strategy.m_bUseAmount) {
+        basket.multiplier = 1;
+        calcVolumnByWeight(basket.order.m_orders, strategy.m_dAmount);
+    }
+    exchangePosition(basket.run.accounts.front(), basket.order.m_orders, basket.multiplier);
+}
+
+/// The rows that name a known instrument, each with its quotes on the way, so that those of later rows arrive
+/// while earlier ones are worked on.
+void collectRows(CBasket& basket) {
+    CCheckRun& run = basket.run;
+    for (const COrderSingleParam& row : qAsConst(basket.order.m_orders)) {
+        if (row.m_nVolume < 1 && !run.strategy.m_bUseAmount) continue;
+        QString code = row.m_strCode;
+        if (!resolveStockCode(code, EKeyJoin::Plain)) continue;
+        const CInstrumentDetailPtr detail = CExchangeClient::instance().getCodeInfo(code);
+        if (!detail) continue;
+        CBasketRow known;
+        known.quoteRequest = run.service.prepareCode(code, run.accounts);
+        known.data.m_strMarket = QString::fromStdString(detail->m_strMarket);
+        known.data.m_strCode = QString::fromStdString(detail->m_strCode);
+        known.data.m_strName = QString::fromStdString(detail->m_strName);
+        known.data.m_nVolume = row.m_nVolume;
+        known.data.m_dWeight = row.m_dWeight;
+        known.data.m_eOperationType = isUnset(run.op) ? row.m_eOperationType : static_cast<int>(run.op);
+        if (run.setting.m_ePriceType == EPriceType::Specified) known.data.m_dPrice = row.m_dPrice;
+        basket.rows.push_back(std::move(known));
+    }
+    if (!sharesMoney(basket)) return;
+    for (const CBasketRow& row : basket.rows)
+        basket.totalWeight += row.data.m_dWeight;
+}
+
+bool isSuspended(const CCheckRun& run) {
+    const CPriceDataPtr& quote = run.priceData;
+    return quote && isZero(quote->m_dDayFigure1) && isZero(quote->m_dDayFigure2) && quote->m_nDayCount == 0 &&
+           run.setting.m_ePriceType != EPriceType::Specified;
+}
+
+bool mayStandInABasket(const CStockInfo& stock) {
+    return std::any_of(std::begin(knservice::kBasketTypes), std::end(knservice::kBasketTypes), [&](int type) {
+        return knservice::isTypedStock(type, stock.m_strMarket, stock.m_strCode, {});
+    });
+}
+
+double calcPriceOf(const CCheckRun& run, EOperationType op) {
+    if (!run.priceData) return kUnsetDouble;
+    return run.priceData->getPriceForCalc(run.setting.m_ePriceType, op,
+                                          static_cast<int>(run.setting.m_eOrderType), {});
+}
+
+/// Calculation and order price go by the order's operation, also where the row has another.
+void takeRowPrices(CCheckRun& run, const CBasketStockData& row) {
+    if (run.setting.m_ePriceType == EPriceType::Specified) {
+        run.calcPrice = run.orderPrice = row.m_dPrice;
+        return;
+    }
+    run.calcPrice = calcPriceOf(run, run.op);
+    run.orderPrice = run.priceData
+                         ? run.priceData->getPriceForOrder(run.setting.m_ePriceType, run.op,
+                                                           static_cast<int>(run.setting.m_eOrderType), {})
+                         : kUnsetDouble;
+}
+
+int rowVolume(const CBasket& basket, const CBasketStockData& row) {
+    const CCheckRun& run = basket.run;
+    if (run.priceData && sharesMoney(basket)) {
+        const double amount = run.strategy.m_dAmount;
+        const double price = isInvalidPrice(run.calcPrice) ? run.priceData->m_dLastPrice : run.calcPrice;
+        if (basket.totalWeight == 0.0)
+            return truncateToInt(amount / static_cast<double>(basket.rows.size()) / price);
+        return truncateToInt(row.m_dWeight * amount / basket.totalWeight / price);
+    }
+    if (isTargetOrder(basket.order.m_nOrderType)) return row.m_nVolume;
+    return truncateToInt(static_cast<double>(row.m_nVolume) * basket.multiplier);
+}
+
+bool isRowPriceUsable(const CCheckRun& run, EOperationType op) {
+    if (!run.priceData) return false;
+    const EPriceType priceType = run.setting.m_ePriceType;
+    if (knservice::isMarketPrice(priceType) || priceType == EPriceType::Specified) return true;
+    const double price = run.priceData->getOriginPrice(priceType, op);
+    return !isInvalidPrice(price) && !isZero(price);
+}
+
+/// A row without a usable price is told and goes on with nothing to trade.
+void dropUnpricedVolume(CCheckRun& run, EOperationType op) {
+    if (isRowPriceUsable(run, op)) return;
+    showCheckFailure(utils::fillText(
+        QStringLiteral("[%1]　通道号 [%2] 组合交易中, 证券 [%3] %4无效, 修改下单量为0!"),
+        {orderStrategyText(run.order.m_eStrategyType), QString::number(run.strategy.m_nChannel), run.code,
+         knPriceTypeToString(run.setting.m_ePriceType, {}, false)}));
+    run.volume = 0;
+}
+
+/// The part of a position order's key that names a sub-account: kind and id, joined by "_".
+void takeSubAccount(const COrderParam& order, CCodeOrderParam& record) {
+    if (order.m_nOrderType != kOrderPosition) return;
+    const QStringList parts =
+        QString::fromStdString(order.m_strAccountKey).split(QLatin1Char('_'), Qt::SkipEmptyParts);
+    if (parts.size() != 2) return;
+    record.m_nSubAccountKind = parts[0].toInt();
+    record.m_strSubAccountId = parts[1].toStdString();
+}
+
+/// The run's common record for an instrument.
+void startRecord(CCheckRun& run, EOperationType op, const CStockInfo& stock) {
+    run.code = qdStockKey(QString::fromStdString(stock.m_strMarket), QString::fromStdString(stock.m_strCode));
+    run.record = CCodeOrderParam();
+    run.record.m_stock = stock;
+    run.record.m_eOperationType = op;
+    run.record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
+    run.record.m_ePositionType = run.strategy.m_ePositionType;
+    if (const CUserConfig* user = getUserConfig()) run.record.m_strUserId = user->getUserName();
+    takeSubAccount(run.order, run.record);
+}
+
+bool appendRowRecords(CBasket& basket, EOperationType op) {
+    CCheckRun& run = basket.run;
+    const bool isStar = knservice::isTypedStock(knservice::kTypeStarMarket, run.stock().m_strMarket,
+                                                run.stock().m_strCode, {});
+    for (std::size_t i = 0; i < run.accounts.size() && i < run.volumes.size(); ++i) {
+        if (run.volumes[i] < 1 || !run.accounts[i]) continue;
+        CCodeOrderParam record = makeRecord(run, op, run.accounts[i], run.volumes[i]);
+        if (isStar && run.volumes[i] < kStarLeast) {
+            failCheck(run, QStringLiteral("[%1] [通道%2] [备注:%3] 科创板合约下单量最小为200!"),
+                      QString::fromStdString(basket.order.m_strRemark));
+            continue;
+        }
+        if (!checkRecordPrice(run, record)) return false;
+        run.codes.push_back(std::move(record));
+    }
+    return true;
+}
+
+/// One row from its quote to its records. False ends the check.
+bool placeRow(CBasket& basket, const CBasketStockData& row) {
+    CCheckRun& run = basket.run;
+    const auto op = static_cast<EOperationType>(row.m_eOperationType);
+    startRecord(
+        run, op,
+        {row.m_strMarket.toStdString(), row.m_strCode.toStdString(), row.m_strName.toStdString(), {}});
+    run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, EQuoteWait::AlsoSpecified);
+    if (isSuspended(run) || !mayStandInABasket(run.stock())) return true;
+    takeRowPrices(run, row);
+    run.volume = rowVolume(basket, row);
+    if (run.volume < 0) return true;
+    dropUnpricedVolume(run, op);
+    if (isInvalidPrice(run.calcPrice)) run.calcPrice = calcPriceOf(run, op);
+    splitVolumes(run, op);
+    // A split that failed leaves the row without a record and without a word.
+    if (run.volumes.size() != run.accounts.size()) return true;
+    return appendRowRecords(basket, op);
+}
+
+bool placeRows(CBasket& basket) {
+    collectRows(basket);
+    return std::all_of(basket.rows.begin(), basket.rows.end(),
+                       [&](const CBasketRow& row) { return placeRow(basket, row.data); });
+}
+
+/// Sells one position. False ends the check.
+bool sellPosition(CCheckRun& run, const CAccountInfoPtr& account,
+                  const knservice::CPositionStatics& position) {
+    const EOperationType op = EOperationType::Sell;
+    startRecord(run, op, {position.m_strMarket, position.m_strCode, position.m_strName, {}});
+    run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, EQuoteWait::AlsoSpecified);
+    if (isSuspended(run)) return true;
+    run.orderPrice = kUnsetDouble;
+    const std::int64_t available = position.m_nAvailableVolume;
+    if (available > std::numeric_limits<int>::max() || available < std::numeric_limits<int>::min())
+        return true;
+    CCodeOrderParam record = makeRecord(run, op, account, static_cast<int>(available));
+    if (!checkRecordPrice(run, record)) return false;
+    run.codes.push_back(std::move(record));
+    return true;
+}
+
+bool sellAccount(CCheckRun& run, const CAccountInfoPtr& account) {
+    const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(account->getKey());
+    if (!data) return true;
+    const knservice::CAccountData::Lock lock(*data);
+    std::vector<boost::shared_ptr<knservice::IData>> records;
+    data->getVector(knservice::kPositionTable, records);
+    for (const auto& record : records) {
+        const auto position = boost::dynamic_pointer_cast<knservice::CPositionStatics>(record);
+        if (position && !sellPosition(run, account, *position)) return false;
+    }
+    return true;
+}
+
+bool sellAll(CBasket& basket) {
+    CCheckRun& run = basket.run;
+    QString accountKey = preparedAccountKey(basket.order, run.strategy);
+    std::vector<CAccountInfoPtr> accounts;
+    std::vector<double> ratios;
+    std::map<std::string, double> noWeights;
+    if (!run.service.checkAccountKey(basket.order, run.strategy, accountKey, accounts, ratios, noWeights,
+                                     false)) {
+        return false;
+    }
+    return std::all_of(accounts.begin(), accounts.end(),
+                       [&](const CAccountInfoPtr& account) { return !account || sellAccount(run, account); });
+}
+
+/// Prices on the far side of the book are not allowed; only the first record is looked at.
+bool checkFirstPrice(const CCheckRun& run) {
+    if (run.codes.empty()) return true;
+    const CCodeOrderParam& first = run.codes.front();
+    const EPriceType priceType = first.m_ePriceType;
+    if (!isBuy(first.m_eOperationType)) {
+        if (priceType < EPriceType::Sell5 || priceType > EPriceType::Sell2) return true;
+        return failCheck(run, QStringLiteral("[%1]　通道号: %2, 组合交易卖出不允许报卖二到卖五的价格!"));
+    }
+    if (priceType < EPriceType::Buy2 || priceType > EPriceType::Buy5) return true;
+    return failCheck(run, QStringLiteral("[%1]　通道号: %2, 组合交易买入不允许报买二到买五的价格!"));
+}
+
+} // namespace
+
+bool COrderServiceBase::checkAndFillOrderCompose(COrderParam& order, COrderStrategyParam strategy,
+                                                 std::vector<CCodeOrderParam>& codes,
+                                                 std::map<std::string, double>& weights) const {
+    CBasket basket{order, {kBasketCheck, *this, order, strategy, codes, weights}, strategy.m_nVolume};
+    if (!checkOrderNumber(basket.run) || !checkRowsGiven(basket) || !checkSwitch(basket) ||
+        !resolveAccounts(basket.run)) {
+        return false;
+    }
+    takeTargets(basket);
+    takeSetting(basket.run);
+    const bool isPlaced = order.m_bAll ? sellAll(basket) : placeRows(basket);
+    return isPlaced && checkFirstPrice(basket.run);
+}
+
+} // namespace TC

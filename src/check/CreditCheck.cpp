@@ -1,0 +1,140 @@
+// Margin trading and securities lending: trades, repayments, and the end of a single contract.
+#include "check/CheckFrame.h"
+#include "check/CodeLookup.h"
+#include "check/Volumes.h"
+#include "platform/TradeClient.h"
+#include "platform/TradingRules.h"
+
+#include <boost/make_shared.hpp>
+
+namespace TC {
+namespace {
+
+constexpr int kContractFirst = 37;
+constexpr int kContractLast = 38;
+constexpr int kRepayFirst = 29;
+constexpr int kRepayLast = 32;
+constexpr int kRepayFurther = 39;
+
+bool isRepayment(int orderType) {
+    return (orderType >= kRepayFirst && orderType <= kRepayLast) || orderType == kRepayFurther;
+}
+
+bool isContract(int orderType) {
+    return orderType >= kContractFirst && orderType <= kContractLast;
+}
+
+bool resolveCode(CCheckRun& run) {
+    const bool isFound = resolveStockCode(run.code, EKeyJoin::Plain);
+    // Money is repaid without an instrument: whatever stands there is taken along.
+    return isFound || run.order.m_nOrderType == kOrderCreditAmount || failCode(run);
+}
+
+bool checkPrice(const CCheckRun& run) {
+    return checkPriceType(run) || failPrice(run, QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"), {});
+}
+
+int unitVolumeOfAmount(const CCheckRun& run) {
+    return roundToUnit(run, volumeOfAmount(run));
+}
+
+void finishRecord(const CCheckRun& run, int, CCodeOrderParam& record) {
+    record.m_eEntrustType = operationTypeToEntrustType(run.op);
+}
+
+constexpr CFamilyCheck creditCheck(ESettingText settingText) {
+    return {EOrderStrategyTradeType::Credit,
+            "[%1]　通道号: %2, 下单指令不合法!",
+            settingText,
+            EQuoteWait::UnlessSpecified,
+            ESplitInstrument::Unnamed,
+            nullptr,
+            resolveCode,
+            nullptr,
+            checkPrice,
+            unitVolumeOfAmount,
+            nullptr,
+            finishRecord};
+}
+
+constexpr CFamilyCheck kTradeCheck = creditCheck(ESettingText::Always);
+constexpr CFamilyCheck kOtherCheck = creditCheck(ESettingText::OrderKindThenPlain);
+
+/// What is to be repaid, in money or in shares: the order's own, or the strategy's.
+double repaymentOf(const CCheckRun& run, bool isDirect) {
+    const COrderSingleParam* line = run.line();
+    if (line != nullptr && isDirect && !isInvalidPrice(line->m_dAmount)) return line->m_dAmount;
+    if (line != nullptr && !isDirect && !isUnset(line->m_nVolume)) return line->m_nVolume;
+    return run.strategy.m_bUseAmount ? run.strategy.m_dAmount : run.strategy.m_nVolume;
+}
+
+CCodeOrderParam makeRepayment(const CCheckRun& run, const CAccountInfoPtr& account, double value) {
+    CCodeOrderParam record = makeRecord(run, run.op, account, truncateToInt(value));
+    record.m_strRepayText = run.order.m_strTradeText3;
+    record.m_nQuantityKind = kQuantityKindPlain;
+    record.m_dQuantity = value;
+    record.m_dPrice = run.calcPrice;
+    return record;
+}
+
+bool repay(CCheckRun& run) {
+    const bool isDirect = isDirectRepay(run.op);
+    const double quantity = repaymentOf(run, isDirect);
+    run.priceData = CQuoteClient::instance().getStockPrice(run.code);
+    takePrices(run);
+    std::vector<double> values;
+    auto error = boost::make_shared<utils::KNError>();
+    if (isDirect) {
+        values = CTradeClient::instance().splitMoney(quantity, run.accounts, run.ratios,
+                                                     run.strategy.m_ePositionType, run.op, error);
+    } else {
+        run.volume = truncateToInt(quantity);
+        error = splitVolumes(run, run.op);
+        values.assign(run.volumes.begin(), run.volumes.end());
+    }
+    if (!checkSplitCount(run, values.size(), *error)) return false;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (values[i] > 0.0 && run.accounts[i])
+            run.codes.push_back(makeRepayment(run, run.accounts[i], values[i]));
+    }
+    return true;
+}
+
+/// One contract on the account that the order names. No quote, no split, no test of the price.
+bool endContract(CCheckRun& run) {
+    CCodeOrderParam record;
+    const QString key =
+        getAccountFromOrderParam(run.order.m_strAccountKeyPart1, run.order.m_strAccountKeyPart2);
+    const CUserConfig* user = getUserConfig();
+    const CAccountPtr account = user != nullptr ? user->getAccountData(key) : nullptr;
+    if (account) record.m_account = account->toInfo();
+    record.m_eOperationType = run.op;
+    record.m_nVolume = run.strategy.m_nVolume;
+    record.m_strContractText = run.order.m_strTradeText1;
+    record.m_stock = run.stock();
+    record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
+    if (run.detail) {
+        record.m_dPrice = run.detail->m_dReferencePrice;
+        record.m_ePriceType = EPriceType::Specified;
+    }
+    run.codes.push_back(std::move(record));
+    return true;
+}
+
+} // namespace
+
+bool COrderServiceBase::checkAndFillOrderCredit(COrderParam order, COrderStrategyParam strategy,
+                                                std::vector<CCodeOrderParam>& codes,
+                                                std::map<std::string, double>& weights) const {
+    const bool isTrade = !isRepayment(order.m_nOrderType) && !isContract(order.m_nOrderType);
+    CCheckRun run{isTrade ? kTradeCheck : kOtherCheck, *this, order, strategy, codes, weights};
+    if (!beginCheck(run)) return false;
+    if (isTrade) {
+        // The strategy's setting anew: a price type of the line does not count for trades.
+        takeSetting(run);
+        return finishCheck(run);
+    }
+    return isContract(order.m_nOrderType) ? endContract(run) : repay(run);
+}
+
+} // namespace TC

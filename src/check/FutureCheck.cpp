@@ -1,0 +1,92 @@
+// Futures, and options on futures: opening and closing contracts of one instrument.
+#include "check/CheckFrame.h"
+#include "check/Reports.h"
+#include "platform/ExchangeClient.h"
+#include "platform/TradingRules.h"
+
+namespace TC {
+namespace {
+
+void takeLimits(const COrderSingleParam& line, COrderSetting& setting) {
+    if (line.m_bHasFirstLimit) {
+        setting.m_dFirstLimit = line.m_dFirstLimit;
+        setting.m_bFirstLimitOn = !isInvalidPrice(line.m_dFirstLimit);
+    }
+    if (line.m_bHasSecondLimit) {
+        setting.m_dSecondLimit = line.m_dSecondLimit;
+        setting.m_bSecondLimitOn = !isInvalidPrice(line.m_dSecondLimit);
+    }
+}
+
+template<bool (CExchangeClient::*kIsKnown)(const QString&)>
+bool checkCode(const CCheckRun& run) {
+    if ((CExchangeClient::instance().*kIsKnown)(run.code)) return true;
+    // The text names the channel in both places and the code nowhere; users know the message as it is.
+    return failCheck(run, QStringLiteral("[%1]　通道号: %2, 下单代码 [%2] 不合法!"));
+}
+
+/// Futures go by the quote alone: without one even an order that brings its price is refused, and the user's
+/// price types have no say.
+bool checkPrice(const CCheckRun& run) {
+    const EPriceType priceType = run.setting.m_ePriceType;
+    const bool needsNumber = priceType != EPriceType::Specified && priceType != EPriceType::NoQuote;
+    if (run.priceData && !(needsNumber && isInvalidPrice(run.priceData->getOriginPrice(priceType, run.op))))
+        return true;
+    return failPrice(run, QStringLiteral("[%1]　合约 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
+}
+
+/// Closing what the first account does not hold is told as such, not as a failed split.
+bool checkVolumes(const CCheckRun& run) {
+    const bool hasVolume = !run.volumes.empty() && run.volumes.front() > 0;
+    if (hasVolume || !isClose(run.op)) return true;
+    showCheckFailure(QStringLiteral("平仓仓位不足"));
+    return false;
+}
+
+constexpr CFamilyCheck kFutureCheck = {
+    EOrderStrategyTradeType::Future,
+    "[%1]　通道号: %2, 下单参数不合法!",
+    ESettingText::PlainOnly,
+    EQuoteWait::AlsoSpecified,
+    ESplitInstrument::Named,
+    takeLimits,
+    nullptr,
+    checkCode<&CExchangeClient::hasFuture>,
+    checkPrice,
+    nullptr,
+    checkVolumes,
+    nullptr,
+};
+
+constexpr CFamilyCheck kFutureOptionCheck = {
+    EOrderStrategyTradeType::FutureOption,
+    "[%1]　通道号: %2, 下单参数不合法!",
+    ESettingText::Always,
+    EQuoteWait::AlsoSpecified,
+    ESplitInstrument::Named,
+    takeLimits,
+    nullptr,
+    checkCode<&CExchangeClient::hasFutureOption>,
+    checkPrice,
+    nullptr,
+    checkVolumes,
+    nullptr,
+};
+
+} // namespace
+
+bool COrderServiceBase::checkAndFillOrderSpec(COrderParam order, COrderStrategyParam strategy,
+                                              std::vector<CCodeOrderParam>& codes,
+                                              std::map<std::string, double>& weights) const {
+    CCheckRun run{kFutureCheck, *this, order, strategy, codes, weights};
+    return runFamilyCheck(run);
+}
+
+bool COrderServiceBase::checkAndFillOrderFutureOption(COrderParam order, COrderStrategyParam strategy,
+                                                      std::vector<CCodeOrderParam>& codes,
+                                                      std::map<std::string, double>& weights) const {
+    CCheckRun run{kFutureOptionCheck, *this, order, strategy, codes, weights};
+    return runFamilyCheck(run);
+}
+
+} // namespace TC

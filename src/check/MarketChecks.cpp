@@ -1,0 +1,130 @@
+// The markets with instrument lists of their own: both connects, gold and the share-transfer market.
+#include "check/CheckFrame.h"
+#include "check/CodeLookup.h"
+#include "platform/ExchangeClient.h"
+#include "platform/TradingRules.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace TC {
+namespace {
+
+using CIsKnown = bool (CExchangeClient::*)(const QString&);
+
+constexpr int kFullCodeLength = 8; // market word and digits
+
+/// Makes a key of the market of a code, with the word in front, or of one that is a key already.
+bool resolveMarketCode(CCheckRun& run, const QString& word, CIsKnown isKnown) {
+    auto& exchange = CExchangeClient::instance();
+    const QString key = qdStockKey(word, run.code);
+    const QString upper = run.code.toUpper();
+    if ((exchange.*isKnown)(key)) {
+        run.code = key;
+    } else if (run.code.size() == kFullCodeLength && (exchange.*isKnown)(upper)) {
+        run.code = upper;
+    } else {
+        return failCode(run);
+    }
+    return true;
+}
+
+bool resolveSgt(CCheckRun& run) {
+    return resolveMarketCode(run, QStringLiteral("SGT"), &CExchangeClient::hasSkstock);
+}
+
+bool resolveHgt(CCheckRun& run) {
+    return resolveMarketCode(run, QStringLiteral("HGT"), &CExchangeClient::hasHkstock);
+}
+
+bool resolveGold(CCheckRun& run) {
+    return resolveMarketCode(run, QStringLiteral("GOLD"), &CExchangeClient::hasGold);
+}
+
+/// Buying and selling on the share-transfer market name the stocks of the two exchanges.
+bool resolveNeeq(CCheckRun& run) {
+    if (run.order.m_nOrderType == kOrderBuy || run.order.m_nOrderType == kOrderSell)
+        return resolveStockCode(run.code, EKeyJoin::Plain, EFullCode::Refused) || failCode(run);
+    return resolveMarketCode(run, QStringLiteral("NEEQ"), &CExchangeClient::hasNeeq);
+}
+
+bool checkPrice(const CCheckRun& run) {
+    return checkPriceType(run) ||
+           failPrice(run, QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
+}
+
+constexpr CFamilyCheck marketCheck(EOrderStrategyTradeType tradeType, bool (*resolve)(CCheckRun&)) {
+    return {tradeType,
+            "[%1]　通道号: %2, 下单参数不合法!",
+            ESettingText::Always,
+            EQuoteWait::UnlessSpecified,
+            ESplitInstrument::Named,
+            nullptr,
+            resolve,
+            nullptr,
+            checkPrice,
+            plainVolumeOfAmount,
+            nullptr,
+            nullptr};
+}
+
+constexpr CFamilyCheck kSgtCheck = marketCheck(EOrderStrategyTradeType::SGT, resolveSgt);
+constexpr CFamilyCheck kHgtCheck = marketCheck(EOrderStrategyTradeType::HGT, resolveHgt);
+constexpr CFamilyCheck kGoldCheck = marketCheck(EOrderStrategyTradeType::Gold, resolveGold);
+constexpr CFamilyCheck kNeeqCheck = marketCheck(EOrderStrategyTradeType::Neeq, resolveNeeq);
+
+/// Order numbers of the share-transfer market that belong to some ways of transfer only.
+struct CTransferRule {
+    int m_nFirst;
+    int m_nLast;
+    bool m_bKind2; ///< allowed for instruments of kind 2
+    bool m_bKind4; ///< and of kind 4
+};
+
+constexpr CTransferRule kTransferRules[] = {
+    {74, 74, true, false}, {72, 73, false, true}, {76, 77, false, true}, {78, 79, true, true}};
+
+bool isTransferAllowed(int orderType, int kind) {
+    const auto rule =
+        std::find_if(std::begin(kTransferRules), std::end(kTransferRules), [&](const CTransferRule& row) {
+            return orderType >= row.m_nFirst && orderType <= row.m_nLast;
+        });
+    if (rule == std::end(kTransferRules)) return true;
+    return (kind == 2 && rule->m_bKind2) || (kind == 4 && rule->m_bKind4);
+}
+
+} // namespace
+
+bool COrderServiceBase::checkAndFillOrderSGT(COrderParam order, COrderStrategyParam strategy,
+                                             std::vector<CCodeOrderParam>& codes,
+                                             std::map<std::string, double>& weights) const {
+    CCheckRun run{kSgtCheck, *this, order, strategy, codes, weights};
+    return runFamilyCheck(run);
+}
+
+bool COrderServiceBase::checkAndFillOrderHGT(COrderParam order, COrderStrategyParam strategy,
+                                             std::vector<CCodeOrderParam>& codes,
+                                             std::map<std::string, double>& weights) const {
+    CCheckRun run{kHgtCheck, *this, order, strategy, codes, weights};
+    return runFamilyCheck(run);
+}
+
+bool COrderServiceBase::checkAndFillOrderGold(COrderParam order, COrderStrategyParam strategy,
+                                              std::vector<CCodeOrderParam>& codes,
+                                              std::map<std::string, double>& weights) const {
+    CCheckRun run{kGoldCheck, *this, order, strategy, codes, weights};
+    return runFamilyCheck(run);
+}
+
+bool COrderServiceBase::checkAndFillOrderNeeq(COrderParam order, COrderStrategyParam strategy,
+                                              std::vector<CCodeOrderParam>& codes,
+                                              std::map<std::string, double>& weights) const {
+    CCheckRun run{kNeeqCheck, *this, order, strategy, codes, weights};
+    if (!beginCheck(run)) return false;
+    const int kind = run.detail ? run.detail->m_tradeInfo.m_nTransferKind : 0;
+    if (isTransferAllowed(order.m_nOrderType, kind)) return true;
+    return failCheck(run, QStringLiteral("[%1]　通道号: %2, [NEEQ]下单代码 [%3] 该交易方式对此代码已过滤!"),
+                     run.code);
+}
+
+} // namespace TC

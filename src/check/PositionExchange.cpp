@@ -1,0 +1,105 @@
+#include "check/PositionExchange.h"
+
+#include "platform/DataCenter.h"
+#include "platform/TraderCenter.h"
+#include "records/Portfolio.h"
+
+#include <boost/pointer_cast.hpp>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+
+namespace TC {
+namespace {
+
+COrderSingleParam makeRow(const QString& code, std::int64_t volume, EOperationType operation) {
+    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+    COrderSingleParam row;
+    row.m_strCode = code;
+    row.m_nVolume = static_cast<int>(std::clamp(volume, -kMost, kMost));
+    row.m_eOperationType = static_cast<int>(operation);
+    return row;
+}
+
+std::int64_t targetVolume(const COrderSingleParam& target, int multiplier) {
+    return static_cast<std::int64_t>(target.m_nVolume) * multiplier;
+}
+
+/// Targets by code, each of which can be used up once.
+class CTargets {
+public:
+    explicit CTargets(QVector<COrderSingleParam> targets) : m_targets(std::move(targets)) {
+        std::stable_sort(m_targets.begin(), m_targets.end(), codeSingleParamLessThan);
+        m_used.resize(static_cast<std::size_t>(m_targets.size()));
+    }
+    /// The first target of that code that is not used up, which is then; null where there is none.
+    const COrderSingleParam* take(const QString& code) {
+        COrderSingleParam key;
+        key.m_strCode = code;
+        const auto range =
+            std::equal_range(m_targets.cbegin(), m_targets.cend(), key, codeSingleParamLessThan);
+        for (auto it = range.first; it != range.second; ++it) {
+            const auto index = static_cast<std::size_t>(it - m_targets.cbegin());
+            if (m_used[index]) continue;
+            m_used[index] = true;
+            return &*it;
+        }
+        return nullptr;
+    }
+    template<typename Visit>
+    void visitLeft(const Visit& visit) const {
+        for (int i = 0; i < m_targets.size(); ++i) {
+            if (!m_used[static_cast<std::size_t>(i)]) visit(m_targets[i]);
+        }
+    }
+
+private:
+    QVector<COrderSingleParam> m_targets;
+    std::vector<bool> m_used;
+};
+
+QVector<CHeldVolume> readHeld(knservice::CAccountData& data) {
+    std::vector<boost::shared_ptr<knservice::IData>> records;
+    data.getVector(knservice::kPositionTable, records);
+    QVector<CHeldVolume> held;
+    for (const auto& record : records) {
+        const auto position = boost::dynamic_pointer_cast<knservice::CPositionStatics>(record);
+        const bool isStock = position && position->m_account &&
+                             position->m_account->m_nBrokerType == static_cast<int>(EQDBrokerType::Stock);
+        if (isStock && position->m_nPositionVolume >= 1)
+            held.push_back({QString::fromStdString(position->m_strCode), position->m_nPositionVolume});
+    }
+    return held;
+}
+
+} // namespace
+
+QVector<COrderSingleParam> positionDifferences(const QVector<CHeldVolume>& held,
+                                               QVector<COrderSingleParam> targets, int multiplier) {
+    CTargets left(std::move(targets));
+    QVector<COrderSingleParam> rows;
+    for (const CHeldVolume& position : held) {
+        const COrderSingleParam* target = left.take(position.m_strCode);
+        const std::int64_t wanted = target != nullptr ? targetVolume(*target, multiplier) : 0;
+        const std::int64_t difference = position.m_nVolume - wanted;
+        if (difference == 0) continue;
+        rows.push_back(makeRow(position.m_strCode, std::abs(difference),
+                               difference > 0 ? EOperationType::Sell : EOperationType::Buy));
+    }
+    left.visitLeft([&](const COrderSingleParam& target) {
+        rows.push_back(makeRow(target.m_strCode, targetVolume(target, multiplier), EOperationType::Buy));
+    });
+    return rows;
+}
+
+void exchangePosition(const CAccountInfoPtr& account, QVector<COrderSingleParam>& rows, int multiplier) {
+    if (!account) return;
+    const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(account->getKey());
+    if (!data) return;
+    const knservice::CAccountData::Lock lock(*data);
+    rows = positionDifferences(readHeld(*data), rows, multiplier);
+}
+
+} // namespace TC

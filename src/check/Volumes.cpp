@@ -1,0 +1,65 @@
+#include "check/Volumes.h"
+
+#include "check/CodeLookup.h"
+#include "platform/ExchangeClient.h"
+#include "platform/InstrumentTypes.h"
+#include "platform/Quote.h"
+
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace TC {
+namespace {
+
+/// What the share of a row buys: its amount is weight times amount, divided by the sum and then by the price,
+/// in this order, so that no two roads round differently. Nothing where the row cannot be priced.
+std::optional<int> volumeOfRow(const COrderSingleParam& row, double amount, double sum) {
+    QString code = row.m_strCode;
+    if (!resolveStockCode(code, EKeyJoin::Plain)) return std::nullopt;
+    const CPriceDataPtr quote = CQuoteClient::instance().getStockPrice(code);
+    const CInstrumentDetailPtr detail = CExchangeClient::instance().getCodeInfo(code);
+    if (!quote || !detail) return std::nullopt;
+    const double price = quote->m_dLastPrice;
+    if (price == kUnsetDouble || price < -kPriceTolerance) return std::nullopt;
+    const double shares = std::trunc(amount * row.m_dWeight / sum / price);
+    // A price of about zero gives no number of shares.
+    constexpr double kMost = std::numeric_limits<int>::max();
+    if (!std::isfinite(shares) || std::fabs(shares) > kMost) return 0;
+    const std::int64_t unit = tradingUnit({detail->m_strMarket, detail->m_strCode, {}, {}});
+    return static_cast<int>(static_cast<std::int64_t>(shares) / unit * unit);
+}
+
+} // namespace
+
+int truncateToInt(double value) {
+    const double whole = std::trunc(value);
+    const bool fits = whole >= std::numeric_limits<int>::min() && whole <= std::numeric_limits<int>::max();
+    return fits ? static_cast<int>(whole) : kUnsetInt;
+}
+
+int tradingUnit(const CStockInfo& stock) {
+    if (stock.m_strCode.empty()) return 1;
+    const bool isStar =
+        knservice::isTypedStock(knservice::kTypeStarMarket, stock.m_strMarket, stock.m_strCode, {});
+    const int unit =
+        isStar ? knservice::getUiMinUnit(stock.m_strMarket, stock.m_strCode, true)
+               : knservice::getTradeMinUnit(stock.m_strMarket, stock.m_strCode, unsetEnum<EOperationType>());
+    return unit > 0 ? unit : 1;
+}
+
+void calcVolumnByWeight(QVector<COrderSingleParam>& rows, double amount) {
+    double sum = 0;
+    for (const COrderSingleParam& row : qAsConst(rows))
+        sum += row.m_dWeight;
+    const bool isWeightless = isZero(sum) || sum == kUnsetDouble;
+    for (COrderSingleParam& row : rows) {
+        if (isWeightless) {
+            row.m_nVolume = 0;
+        } else if (const auto volume = volumeOfRow(row, amount, sum)) {
+            row.m_nVolume = *volume;
+        }
+    }
+}
+
+} // namespace TC

@@ -1,0 +1,62 @@
+#include "tests/check/FamilyFixture.h"
+
+namespace {
+
+using namespace TC;
+
+const QString kCode = QStringLiteral("10000001");
+
+class OptionCheck : public FamilyFixture {
+protected:
+    OptionCheck()
+        : FamilyFixture(EOrderStrategyTradeType::StockOption, &COrderServiceBase::checkAndFillOrderOption) {
+        host.exchange.addOther("option", kCode);
+        addQuote(kCode, 0.05);
+    }
+};
+
+TEST_F(OptionCheck, TakesItsNumbers) {
+    EXPECT_EQ(acceptedNumbers(kCode), numbers({{48, 57}}));
+}
+
+TEST_F(OptionCheck, OptionsAreKnownByHasOption) {
+    ASSERT_TRUE(check(COrderBuilder(48).line(kCode, 0.05, 10)));
+    EXPECT_EQ(codes.size(), 2u);
+    EXPECT_EQ(static_cast<int>(codes[0].m_eOperationType), 32);
+    EXPECT_FALSE(check(COrderBuilder(48).line(QStringLiteral("600000"), 0.05, 10)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [SH600000] 不合法!"));
+}
+
+TEST_F(OptionCheck, LockingNamesTheUnderlyingStock) {
+    EXPECT_TRUE(check(COrderBuilder(56).line(QStringLiteral("600000"), 10.5, 100)));
+    EXPECT_EQ(host.trade.splitCalls.back().code, "600000");
+    EXPECT_TRUE(check(COrderBuilder(57).line(QStringLiteral("sz000001"), 10.5, 100)));
+    EXPECT_FALSE(check(COrderBuilder(57).line(kCode, 10.5, 100)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [10000001] 不合法!"));
+}
+
+TEST_F(OptionCheck, CodeOfTheStrategyIsNotTested) {
+    EXPECT_TRUE(check(COrderBuilder(48).line(QString(), 0.05, 10), strategy().code(QStringLiteral("none"))));
+}
+
+TEST_F(OptionCheck, AmountIsNotRounded) {
+    ASSERT_TRUE(check(COrderBuilder(48).line(kCode, 0.3), strategy().amount(100)));
+    EXPECT_EQ(splitVolume(), 333);
+}
+
+TEST_F(OptionCheck, UnusablePriceNamesTheCodeAlsoWhereItIsEmpty) {
+    host.user.invalidPriceTypes = {EPriceType::Latest};
+    EXPECT_FALSE(check(COrderBuilder(48), priced(EPriceType::Latest)));
+    EXPECT_TRUE(onlyError().startsWith(QStringLiteral("[文件单]　证券 [] ")));
+}
+
+TEST_F(OptionCheck, SettingTextIsReadWhateverTheKind) {
+    host.rules.algoPlatforms[static_cast<EOrderType>(7)] = ETradePlatform::Plain;
+    ASSERT_TRUE(check(COrderBuilder(48).line(kCode, 0.05, 1).set([](auto& o) {
+        o.m_strOrderSetting = "text";
+        o.m_eOrderType = static_cast<EOrderType>(7);
+    })));
+    EXPECT_EQ(host.rules.settingTexts.size(), 1u);
+}
+
+} // namespace
