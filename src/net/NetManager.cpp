@@ -32,35 +32,42 @@ void NetManager::removeConnection(const NetConnectionPtr& conn) {
 void NetManager::open(const NetConnectionPtr& conn) {
     try {
         onConnected(conn);
+        conn->waitForData();
     } catch (...) {
-        return conn->close();
+        fail(conn, boost::system::errc::not_enough_memory);
     }
-    conn->waitForData();
+}
+
+/// Reads into the shared buffer and marks the end of the stream.
+std::size_t NetManager::readInto(NetConnection& conn, error_code& error) {
+    const std::size_t length = conn.m_socket.read_some(boost::asio::buffer(m_received), error);
+    if (error == boost::asio::error::eof) conn.m_bPeerEnded = true;
+    return length;
 }
 
 /// Reads what is there and hands it on. The end of the stream and errors end the connection; what the peer
 /// has not read yet is still sent where it has only closed its own side.
 void NetManager::receive(const NetConnectionPtr& conn) {
     error_code error;
-    const std::size_t length = conn->m_socket.read_some(boost::asio::buffer(m_received), error);
+    const std::size_t length = readInto(*conn, error);
     if (error == boost::asio::error::would_block || error == boost::asio::error::interrupted) return;
-    if (error == boost::asio::error::eof) {
-        onDisconnected(0, conn);
-        return conn->finish();
-    }
-    if (error) return fail(conn, error.value());
+    if (error && !conn->m_bPeerEnded) return fail(conn, error.value());
     try {
-        onDataReceived(m_received, static_cast<int>(length), conn);
+        if (!conn->m_bPeerEnded) return onDataReceived(m_received, static_cast<int>(length), conn);
+        onDisconnected(0, conn);
     } catch (...) {
-        fail(conn, boost::system::errc::not_enough_memory);
+        // What was answered up to here still goes out.
+        onDisconnected(boost::system::errc::not_enough_memory, conn);
     }
+    conn->finish();
 }
 
 void NetManager::fail(const NetConnectionPtr& conn, int code) {
     if (!conn->isOpen()) return;
+    const bool isKnown = !conn->m_bFinishing;
     conn->close();
     // One that was removed or has told its end is only being emptied.
-    if (!conn->m_bFinishing) onDisconnected(code, conn);
+    if (isKnown) onDisconnected(code, conn);
 }
 
 } // namespace net
