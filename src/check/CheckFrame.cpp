@@ -76,7 +76,8 @@ bool checkOrderNumber(const CCheckRun& run) {
 
 bool checkLineCount(const CCheckRun& run) {
     if (run.order.m_orders.size() <= 1) return true;
-    return failCheck(run, QString::fromUtf8(run.family.m_pszTooManyLines));
+    const char* report = run.family.m_pszTooManyLines;
+    return failCheck(run, QString::fromUtf8(report != nullptr ? report : kTooManyLines));
 }
 
 bool resolveAccounts(CCheckRun& run) {
@@ -104,7 +105,7 @@ bool resolveCode(CCheckRun& run) {
     const COrderSingleParam* line = run.line();
     if (line == nullptr || line->m_strCode.isEmpty()) return true;
     takeLine(run, *line);
-    return run.family.m_pfnResolveCode(run);
+    return run.family.m_pfnResolveCode == nullptr || run.family.m_pfnResolveCode(run);
 }
 
 void loadInstrument(CCheckRun& run) {
@@ -180,7 +181,7 @@ bool runFamilyCheck(CCheckRun& run) {
     if (!resolveCode(run)) return false;
     loadInstrument(run);
     waitForQuote(run);
-    if (!run.family.m_pfnCheckPrice(run)) return false;
+    if (run.family.m_pfnCheckPrice != nullptr && !run.family.m_pfnCheckPrice(run)) return false;
     takePrices(run);
     takeVolume(run);
     return splitOverAccounts(run) && buildRecords(run);

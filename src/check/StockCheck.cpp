@@ -114,7 +114,7 @@ void finishFundRecord(const CCheckRun& run, int volume, CCodeOrderParam& record)
 
 constexpr CFamilyCheck kStockCheck = {
     EOrderStrategyTradeType::Stock,
-    "[%1]　通道号: %2, 下单参数不合法!",
+    kTooManyLines,
     ESettingText::OrderKindThenPlain,
     resolveStockCode,
     checkStockPrice,
