@@ -107,6 +107,11 @@ TEST_F(CommandIssue, AlgorithmOrderWithoutTextReplacesTheGivenOneByNothing) {
     const auto command =
         issue(COrderBuilder(23), CStrategyBuilder().set([](auto& s) { s.m_eOrderType = kAlgo; }));
     EXPECT_EQ(command->m_strAlgoParam, "");
+}
+
+TEST_F(CommandIssue, KindOfTheStrategyAloneMakesAnAlgorithmCommandToo) {
+    const auto command =
+        issue(COrderBuilder(23), CStrategyBuilder().set([](auto& s) { s.m_eOrderType = kAlgo; }));
     EXPECT_EQ(command->m_ePlatform, static_cast<ETradePlatform>(12));
     for (const CCodeOrderParam& code : command->m_codes)
         EXPECT_EQ(code.m_eOrderType, kAlgo);
