@@ -25,6 +25,11 @@ void takeLine(CCheckRun& run, const COrderSingleParam& line) {
     if (!isUnset(line.m_ePriceType)) run.setting.m_ePriceType = line.m_ePriceType;
 }
 
+/// An algorithm order keeps its text for the command's parameter text, unless the family reads every text.
+bool isSettingTextRead(ESettingText rule, EOrderType orderType) {
+    return rule == ESettingText::Always || !knservice::DataHelper::isAlgoOrderType(orderType);
+}
+
 bool isQuoteUsable(const CCheckRun& run) {
     if (!run.priceData) return false;
     const EPriceType priceType = run.setting.m_ePriceType;
@@ -93,11 +98,8 @@ void takeSetting(CCheckRun& run) {
     if (order.m_strOrderSetting.empty()) return;
     const ESettingText rule = run.family.m_eSettingText;
     if (rule == ESettingText::OrderKindThenPlain) run.setting.m_eOrderType = order.m_eOrderType;
-    // The text of an algorithm order is kept for the command's parameter text.
-    const bool isAlgoText = knservice::DataHelper::isAlgoOrderType(order.m_eOrderType);
-    if (rule == ESettingText::Always || !isAlgoText) {
-        orderSettingFromString(run.setting, QString::fromStdString(order.m_strOrderSetting));
-    }
+    if (!isSettingTextRead(rule, order.m_eOrderType)) return;
+    orderSettingFromString(run.setting, QString::fromStdString(order.m_strOrderSetting));
 }
 
 bool resolveCode(CCheckRun& run) {
