@@ -25,6 +25,11 @@ void takeLine(CCheckRun& run, const COrderSingleParam& line) {
     if (!isUnset(line.m_ePriceType)) run.setting.m_ePriceType = line.m_ePriceType;
 }
 
+/// An algorithm order keeps its text for the command's parameter text, unless the family reads every text.
+bool isSettingTextRead(ESettingText rule, EOrderType orderType) {
+    return rule == ESettingText::Always || !knservice::DataHelper::isAlgoOrderType(orderType);
+}
+
 bool isQuoteUsable(const CCheckRun& run) {
     if (!run.priceData) return false;
     const EPriceType priceType = run.setting.m_ePriceType;
@@ -76,7 +81,8 @@ bool checkOrderNumber(const CCheckRun& run) {
 
 bool checkLineCount(const CCheckRun& run) {
     if (run.order.m_orders.size() <= 1) return true;
-    return failCheck(run, QString::fromUtf8(run.family.m_pszTooManyLines));
+    const char* report = run.family.m_pszTooManyLines;
+    return failCheck(run, QString::fromUtf8(report != nullptr ? report : kTooManyLines));
 }
 
 bool resolveAccounts(CCheckRun& run) {
@@ -92,11 +98,8 @@ void takeSetting(CCheckRun& run) {
     if (order.m_strOrderSetting.empty()) return;
     const ESettingText rule = run.family.m_eSettingText;
     if (rule == ESettingText::OrderKindThenPlain) run.setting.m_eOrderType = order.m_eOrderType;
-    // The text of an algorithm order is kept for the command's parameter text.
-    const bool isAlgoText = knservice::DataHelper::isAlgoOrderType(order.m_eOrderType);
-    if (rule == ESettingText::Always || !isAlgoText) {
-        orderSettingFromString(run.setting, QString::fromStdString(order.m_strOrderSetting));
-    }
+    if (!isSettingTextRead(rule, order.m_eOrderType)) return;
+    orderSettingFromString(run.setting, QString::fromStdString(order.m_strOrderSetting));
 }
 
 bool resolveCode(CCheckRun& run) {
@@ -104,7 +107,7 @@ bool resolveCode(CCheckRun& run) {
     const COrderSingleParam* line = run.line();
     if (line == nullptr || line->m_strCode.isEmpty()) return true;
     takeLine(run, *line);
-    return run.family.m_pfnResolveCode(run);
+    return run.family.m_pfnResolveCode == nullptr || run.family.m_pfnResolveCode(run);
 }
 
 void loadInstrument(CCheckRun& run) {
@@ -180,7 +183,7 @@ bool runFamilyCheck(CCheckRun& run) {
     if (!resolveCode(run)) return false;
     loadInstrument(run);
     waitForQuote(run);
-    if (!run.family.m_pfnCheckPrice(run)) return false;
+    if (run.family.m_pfnCheckPrice != nullptr && !run.family.m_pfnCheckPrice(run)) return false;
     takePrices(run);
     takeVolume(run);
     return splitOverAccounts(run) && buildRecords(run);

@@ -17,6 +17,9 @@ namespace TC {
 
 struct CCheckRun;
 
+/// What nearly all families say about an order of several lines.
+inline constexpr char kTooManyLines[] = "[%1]　通道号: %2, 下单参数不合法!";
+
 /// What happens to a non-empty setting text of an order.
 enum class ESettingText {
     OrderKindThenPlain, ///< the setting takes the order's order kind; the text is read unless that is an
@@ -27,18 +30,21 @@ enum class ESettingText {
 
 /// One product family as the check frame sees it: where it differs from the others. Order-type numbers and
 /// the setting slot stand in records/Families.h. A function that is null means that the family has no such
-/// step.
+/// step: the course passes over it.
 struct CFamilyCheck {
     EOrderStrategyTradeType m_eTradeType;
-    const char* m_pszTooManyLines; ///< report where an order of one line has several; %1 source, %2 channel
+    /// Report where an order of one line has several: %1 source, %2 channel. Null stands for kTooManyLines;
+    /// there is no family whose course takes several lines.
+    const char* m_pszTooManyLines;
     ESettingText m_eSettingText;
-    /// Resolves run.code, which came with the order; reports and returns false where it cannot.
+    /// Resolves run.code, which came with the order; reports and returns false where it cannot. Null: such a
+    /// code is taken as it stands.
     bool (*m_pfnResolveCode)(CCheckRun& run);
-    /// Whether the price can be used; reports where not.
+    /// Whether the price can be used; reports where not. Null: any price goes on, a missing one too.
     bool (*m_pfnCheckPrice)(const CCheckRun& run);
-    /// The volume that an amount of money buys.
+    /// The volume that an amount of money buys. Null: an amount counts for nothing.
     int (*m_pfnVolumeOfAmount)(const CCheckRun& run);
-    /// Last touches to a record of that volume, before the test of its price.
+    /// Last touches to a record of that volume, before the test of its price. Null: none.
     void (*m_pfnFinishRecord)(const CCheckRun& run, int volume, CCodeOrderParam& record);
 };
 

@@ -75,6 +75,7 @@ double priceOfAmount(const CCheckRun& run) {
 }
 
 /// True unless the amount is missing; an amount whose whole part is the not-set int counts as missing too.
+/// Greater ones are good: what must fit an int is the volume that they buy.
 bool isAmountUsable(double amount) {
     return !isInvalidPrice(amount) && std::trunc(amount) != static_cast<double>(kUnsetInt);
 }
@@ -95,6 +96,7 @@ int volumeOfAmount(const CCheckRun& run) {
     const double price = priceOfAmount(run);
     if (!isAmountUsable(amount) || isInvalidPrice(price) || isZero(price)) return kUnsetInt;
     const CStockInfo& stock = run.stock();
+    // The type is kept for SH alone, and the same six digits on SZ are another instrument with a real price.
     const bool isParPriced = stock.m_strMarket == "SH" &&
                              knservice::isTypedStock(knservice::kTypeParPriced, "SH", stock.m_strCode, {});
     const int volume = truncateToInt(amount / (isParPriced ? kParPrice : price));
@@ -114,7 +116,7 @@ void finishFundRecord(const CCheckRun& run, int volume, CCodeOrderParam& record)
 
 constexpr CFamilyCheck kStockCheck = {
     EOrderStrategyTradeType::Stock,
-    "[%1]　通道号: %2, 下单参数不合法!",
+    kTooManyLines,
     ESettingText::OrderKindThenPlain,
     resolveStockCode,
     checkStockPrice,
