@@ -11,7 +11,9 @@
 
 #include <malloc.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <deque>
 #include <string>
 #include <vector>
@@ -20,13 +22,13 @@ namespace {
 
 const std::string kLine = "placeorder 23,3,10.5,600000,100\r\n";
 
-constexpr int kRoundTrips = 5000;
-constexpr int kPipelined = 100000;
+constexpr int kRoundTrips = 4000;
+constexpr int kPipelined = 60000;
 constexpr int kInFlight = 64;
 constexpr int kConnections = 50;
-constexpr int kRoundsEach = 400;
+constexpr int kRoundsEach = 200;
 constexpr int kIdle = 500;
-constexpr int kRepetitions = 9;
+constexpr int kRepetitions = 15;
 
 /// What a server's clients have to know of it.
 struct CPeer {
@@ -127,6 +129,7 @@ CPeer peerOf(const bench::CEcho& echo) {
 
 template<typename Server>
 void socketRtt(benchmark::State& state) {
+    const bench::COneProcessor processor;
     const Server server;
     const CPeer peer = peerOf(server);
     const bench::CClient client(peer.port, peer.greeting);
@@ -139,6 +142,7 @@ void socketRtt(benchmark::State& state) {
 
 template<typename Server>
 void socketPipelined(benchmark::State& state) {
+    const bench::COneProcessor processor;
     const Server server;
     const CPeer peer = peerOf(server);
     const bench::CClient client(peer.port, peer.greeting);
@@ -151,6 +155,7 @@ void socketPipelined(benchmark::State& state) {
 
 template<typename Server>
 void socket50(benchmark::State& state) {
+    const bench::COneProcessor processor;
     const Server server;
     CCrowd crowd(peerOf(server));
     crowd.exchange(kRoundsEach / 10);
@@ -186,8 +191,7 @@ void connectionMemoryBaseline(benchmark::State& state) {
         bench::report(state, static_cast<double>(TC::ConnData::kScratchSize), "bytes");
 }
 
-/// Google Benchmark counts iterations by the time of the whole body, one is enough here: the repetitions make
-/// the median.
+/// One round is long enough to be measured; the repetitions make the median.
 void once(benchmark::internal::Benchmark* figure) {
     figure->Iterations(1)->Repetitions(kRepetitions);
 }

@@ -15,8 +15,8 @@
 namespace {
 
 const std::string kLine = "placeorder 23,3,10.5,600000,100\r\n";
-constexpr int kLines = 200000;
-constexpr int kRepetitions = 9;
+constexpr int kLines = 100000;
+constexpr int kRepetitions = 15;
 
 /// Keeps what the server sends.
 class CStoringConnection : public net::NetConnection {

@@ -51,6 +51,18 @@ private:
 
 } // namespace
 
+COneProcessor::COneProcessor() {
+    ::sched_getaffinity(0, sizeof m_before, &m_before);
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    CPU_SET(::sched_getcpu(), &one);
+    ::sched_setaffinity(0, sizeof one, &one);
+}
+
+COneProcessor::~COneProcessor() {
+    ::sched_setaffinity(0, sizeof m_before, &m_before);
+}
+
 CDoorHost::CDoorHost() {
     if (!TC::installHost(m_host.services()).isSuccess()) std::abort();
 }

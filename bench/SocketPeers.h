@@ -9,6 +9,8 @@
 #include <boost/asio/io_service.hpp>
 #include <boost/asio/ip/tcp.hpp>
 
+#include <sched.h>
+
 #include <atomic>
 #include <cstddef>
 #include <string>
@@ -34,6 +36,20 @@ class CNoStrategies final : public TC::IStrategyRegistry {
 public:
     void visitStrategies(const std::function<void(int, const TC::COrderStrategyParam&)>&) override {}
     std::optional<TC::COrderStrategyParam> copyStrategy(int) override { return std::nullopt; }
+};
+
+/// Keeps this thread, and those that it starts, on one processor for as long as the object lives: the two
+/// ends of a connection take turns anyhow, and how long one processor takes to wake another is not the door's
+/// doing.
+class COneProcessor {
+public:
+    COneProcessor();
+    ~COneProcessor();
+    COneProcessor(const COneProcessor&) = delete;
+    COneProcessor& operator=(const COneProcessor&) = delete;
+
+private:
+    cpu_set_t m_before{};
 };
 
 /// A host for as long as the object lives: the door asks it for its switches and tells its audit.
