@@ -43,17 +43,20 @@ bool NetConnection::isCrowded() const {
 void NetConnection::waitForData() {
     if (m_bReading || m_bFinishing || !isOpen() || isCrowded()) return;
     m_bReading = true;
-    m_socket.async_wait(asio::ip::tcp::socket::wait_read,
-                        [self = shared_from_this(), keep = m_manager.keepAlive()](const error_code& error) {
-                            self->m_bReading = false;
-                            if (!error) self->onReadable();
-                        });
+    // Reading rather than waiting to read: a busy peer's next line is there already and costs no look at
+    // what is ready.
+    m_socket.async_read_some(asio::buffer(m_first), [self = shared_from_this(), keep = m_manager.keepAlive()](
+                                                        const error_code& error, std::size_t length) {
+        self->m_bReading = false;
+        self->onRead(error, length);
+    });
 }
 
-void NetConnection::onReadable() {
+void NetConnection::onRead(const error_code& error, std::size_t length) {
+    if (!isOpen() || m_bFinishing) return;
     const NetConnectionPtr self = shared_from_this();
     m_bHandling = true;
-    m_manager.receive(self);
+    m_manager.receive(self, error, length);
     m_bHandling = false;
     flush();
     waitForData();

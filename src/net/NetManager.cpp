@@ -4,6 +4,8 @@
 #include <boost/asio/error.hpp>
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+
 namespace net {
 namespace {
 
@@ -38,21 +40,33 @@ void NetManager::open(const NetConnectionPtr& conn) {
     conn->waitForData();
 }
 
-/// Reads what is there and hands it on. The end of the stream and errors end the connection; what the peer
-/// has not read yet is still sent where it has only closed its own side.
-void NetManager::receive(const NetConnectionPtr& conn) {
-    error_code error;
-    const std::size_t length = conn->m_socket.read_some(boost::asio::buffer(m_received), error);
-    if (error == boost::asio::error::would_block || error == boost::asio::error::interrupted) return;
-    if (error == boost::asio::error::eof) {
-        onDisconnected(0, conn);
-        return conn->finish();
-    }
-    if (error) return fail(conn, error.value());
+/// Hands on what was read, with what stands behind it. The end of the stream and errors end the connection;
+/// what the peer has not read yet is still sent where it has only closed its own side.
+void NetManager::receive(const NetConnectionPtr& conn, error_code error, std::size_t length) {
+    std::copy_n(conn->m_first.begin(), length, m_received.begin());
+    if (length == conn->m_first.size()) length += readRest(conn, length, error);
+    if (length > 0 && !handOn(conn, length)) return fail(conn, boost::system::errc::not_enough_memory);
+    if (!error || conn->m_bFinishing) return;
+    if (error != boost::asio::error::eof) return fail(conn, error.value());
+    onDisconnected(0, conn);
+    conn->finish();
+}
+
+/// Reads from `begin` on, without waiting.
+std::size_t NetManager::readRest(const NetConnectionPtr& conn, std::size_t begin, error_code& error) {
+    const auto room = boost::asio::buffer(m_received) + begin;
+    const std::size_t length = conn->m_socket.read_some(room, error);
+    if (error == boost::asio::error::would_block || error == boost::asio::error::interrupted) error.clear();
+    return length;
+}
+
+/// False where the handler threw.
+bool NetManager::handOn(const NetConnectionPtr& conn, std::size_t length) {
     try {
         onDataReceived(m_received, static_cast<int>(length), conn);
+        return true;
     } catch (...) {
-        fail(conn, boost::system::errc::not_enough_memory);
+        return false;
     }
 }
 

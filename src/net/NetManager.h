@@ -4,6 +4,7 @@
 
 #include <boost/asio/io_service.hpp>
 
+#include <cstddef>
 #include <vector>
 
 namespace net {
@@ -46,7 +47,9 @@ private:
 
     /// Keeps the manager alive while one of its connections waits for something.
     virtual boost::shared_ptr<void> keepAlive() = 0;
-    void receive(const NetConnectionPtr& conn);
+    void receive(const NetConnectionPtr& conn, boost::system::error_code error, std::size_t length);
+    std::size_t readRest(const NetConnectionPtr& conn, std::size_t begin, boost::system::error_code& error);
+    bool handOn(const NetConnectionPtr& conn, std::size_t length);
     void fail(const NetConnectionPtr& conn, int code);
 
     boost::asio::io_service& m_io;
