@@ -17,6 +17,8 @@ constexpr std::size_t kCrowded = 256 * 1024;
 /// How long a connection that is to end waits for its peer.
 constexpr std::chrono::seconds kEndLimit{5};
 
+constexpr int kReadsPerTurn = 16;
+
 /// Room for replies that a connection keeps between reads.
 constexpr std::size_t kKept = 4096;
 
@@ -47,18 +49,25 @@ bool NetConnection::isCrowded() const {
 void NetConnection::waitForData() {
     if (m_bReading || !isOpen() || isCrowded()) return;
     m_bReading = true;
-    m_socket.async_wait(asio::ip::tcp::socket::wait_read,
-                        [self = shared_from_this(), keep = m_manager.keepAlive()](const error_code& error) {
-                            self->m_bReading = false;
-                            if (error) return;
-                            self->m_bFinishing ? self->discard() : self->onReadable();
-                        });
+    // Reading rather than waiting to read: a busy peer's next line is there already and costs no look at
+    // what is ready.
+    m_socket.async_read_some(asio::buffer(m_first), [self = shared_from_this(), keep = m_manager.keepAlive()](
+                                                        const error_code& error, std::size_t length) {
+        self->m_bReading = false;
+        self->onRead(error, length);
+    });
 }
 
-void NetConnection::onReadable() {
+void NetConnection::onRead(const error_code& error, std::size_t length) {
+    if (!isOpen()) return;
+    if (m_bFinishing) {
+        m_bPeerEnded = m_bPeerEnded || error == asio::error::eof;
+        if (!m_bWriting) discard();
+        return;
+    }
     const NetConnectionPtr self = shared_from_this();
     m_bHandling = true;
-    m_manager.receive(self);
+    m_manager.receive(self, error, length);
     m_bHandling = false;
     flush();
     if (!m_bFinishing) waitForData();
@@ -112,9 +121,9 @@ void NetConnection::drain() {
 /// Takes what the peer still sends, without a look.
 void NetConnection::discard() {
     error_code error;
-    while (!m_bPeerEnded && !error)
-        m_manager.readInto(*this, error);
-    if (error == asio::error::would_block) return waitForData();
+    for (int i = 0; i < kReadsPerTurn && !m_bPeerEnded && !error; ++i)
+        m_manager.readInto(*this, 0, error);
+    if (!m_bPeerEnded && (!error || error == asio::error::would_block)) return waitForData();
     close();
 }
 

@@ -6,6 +6,7 @@
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -46,7 +47,7 @@ private:
     friend class NetManager;
 
     void waitForData();
-    void onReadable();
+    void onRead(const boost::system::error_code& error, std::size_t length);
     void waitForRoom();
     void finish();
     void drain();
@@ -61,7 +62,8 @@ private:
     NetManager& m_manager;
     std::string m_strPeerAddress;
     int m_nPeerPort = 0;
-    std::vector<unsigned char> m_unsent; ///< bytes to send, gone out up to m_nSent
+    std::array<unsigned char, 1024> m_first; ///< the front of what is read; the rest is the manager's
+    std::vector<unsigned char> m_unsent;     ///< bytes to send, gone out up to m_nSent
     std::size_t m_nSent = 0;
     bool m_bHandling = false;  ///< data is being handled: what is sent waits for the end of that
     bool m_bReading = false;   ///< waits for data of the peer

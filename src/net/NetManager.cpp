@@ -4,6 +4,8 @@
 #include <boost/asio/error.hpp>
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+
 namespace net {
 namespace {
 
@@ -38,22 +40,25 @@ void NetManager::open(const NetConnectionPtr& conn) {
     }
 }
 
-/// Reads into the shared buffer and marks the end of the stream.
-std::size_t NetManager::readInto(NetConnection& conn, error_code& error) {
-    const std::size_t length = conn.m_socket.read_some(boost::asio::buffer(m_received), error);
+/// Reads into the shared buffer from `begin` on, without waiting, and marks the end of the stream.
+std::size_t NetManager::readInto(NetConnection& conn, std::size_t begin, error_code& error) {
+    const auto room = boost::asio::buffer(m_received) + begin;
+    const std::size_t length = conn.m_socket.read_some(room, error);
     if (error == boost::asio::error::eof) conn.m_bPeerEnded = true;
     return length;
 }
 
-/// Reads what is there and hands it on. The end of the stream and errors end the connection; what the peer
-/// has not read yet is still sent where it has only closed its own side.
-void NetManager::receive(const NetConnectionPtr& conn) {
-    error_code error;
-    const std::size_t length = readInto(*conn, error);
-    if (error == boost::asio::error::would_block || error == boost::asio::error::interrupted) return;
-    if (error && !conn->m_bPeerEnded) return fail(conn, error.value());
+/// Hands on what was read, with what stands behind it. The end of the stream and errors end the connection;
+/// what the peer has not read yet is still sent where it has only closed its own side.
+void NetManager::receive(const NetConnectionPtr& conn, error_code error, std::size_t length) {
+    std::copy_n(conn->m_first.begin(), length, m_received.begin());
+    if (length == conn->m_first.size()) length += readInto(*conn, length, error);
+    if (error == boost::asio::error::would_block || error == boost::asio::error::interrupted) error.clear();
+    conn->m_bPeerEnded = conn->m_bPeerEnded || error == boost::asio::error::eof;
     try {
-        if (!conn->m_bPeerEnded) return onDataReceived(m_received, static_cast<int>(length), conn);
+        if (length > 0) onDataReceived(m_received, static_cast<int>(length), conn);
+        if (!error || conn->m_bFinishing) return;
+        if (!conn->m_bPeerEnded) return fail(conn, error.value());
         onDisconnected(0, conn);
     } catch (...) {
         // What was answered up to here still goes out.

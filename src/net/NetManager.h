@@ -4,6 +4,7 @@
 
 #include <boost/asio/io_service.hpp>
 
+#include <cstddef>
 #include <vector>
 
 namespace net {
@@ -47,8 +48,8 @@ private:
 
     /// Keeps the manager alive while one of its connections waits for something.
     virtual boost::shared_ptr<void> keepAlive() = 0;
-    std::size_t readInto(NetConnection& conn, boost::system::error_code& error);
-    void receive(const NetConnectionPtr& conn);
+    std::size_t readInto(NetConnection& conn, std::size_t begin, boost::system::error_code& error);
+    void receive(const NetConnectionPtr& conn, boost::system::error_code error, std::size_t length);
     void fail(const NetConnectionPtr& conn, int code);
 
     boost::asio::io_service& m_io;

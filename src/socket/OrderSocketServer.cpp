@@ -46,8 +46,9 @@ void sendText(net::NetConnection& conn, const std::vector<unsigned char>& text) 
 
 /// The text behind a verb: up to the first zero byte, without white space at both ends.
 std::string_view trimArgument(std::string_view text) {
-    const std::locale& classic = std::locale::classic();
-    const auto isBlank = [&](char c) { return std::isspace(c, classic); };
+    // Looked up once: std::isspace would search the locale for every character.
+    static const auto& kinds = std::use_facet<std::ctype<char>>(std::locale::classic());
+    const auto isBlank = [](char c) { return kinds.is(std::ctype_base::space, c); };
     text = text.substr(0, text.find('\0'));
     while (!text.empty() && isBlank(text.front()))
         text.remove_prefix(1);
