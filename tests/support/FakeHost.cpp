@@ -144,6 +144,8 @@ void CTrade::cancelTask(int taskId, int operation, const std::string& text, cons
                         const std::string& tradingDay, const CCancelCallback& callback, int flag) {
     m_records.record([&] {
         cancelled.push_back({taskId, operation, text, remark, tradingDay, !callback.empty(), flag});
+        m_records.log.push_back("cancel task " + std::to_string(taskId) + " operation " +
+                                std::to_string(operation) + ": " + remark);
     });
 }
 

@@ -75,7 +75,8 @@ const CSpoiled kDeskRows[] = {
     {"UnknownSwitch", "desk.toml", "[settings.stock]",
      "[switches]\nmdl_order_remark = true\n[settings.stock]",
      "desk.toml:26: switches: unknown key \"mdl_order_remark\"; expected one of mdl_order_command_remark, "
-     "mdl_order_pb_display, mdl_order_service_force_confirm, mdl_order_split_orderNum"},
+     "mdl_order_pb_display, mdl_order_service_force_confirm, mdl_order_socket_guard, "
+     "mdl_order_split_orderNum"},
     {"ListExpected", "desk.toml", "[{ account = \"A1\", weight = 6 }]",
      "[{ account = \"A1\", weight = 6 }, \"C1\"]",
      "desk.toml:19: group: members is \"C1\"; expected a table"},
