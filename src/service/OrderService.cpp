@@ -167,6 +167,11 @@ void COrderService::startFileThread() {
     });
 }
 
+/// What the service's own thread brings while the last batches are worked off is still worked off with them.
+bool COrderService::isRefusing() const {
+    return m_bClosed && QThread::currentThread() != thread();
+}
+
 void COrderService::placeorder(COrderParam order) {
     placeOrders({std::move(order)});
 }
@@ -174,7 +179,7 @@ void COrderService::placeorder(COrderParam order) {
 void COrderService::placeOrders(QVector<COrderParam> orders) {
     bool isClosed = false;
     m_threads->handOver.around([&] {
-        isClosed = m_bClosed;
+        isClosed = isRefusing();
         if (!isClosed) emit sigPlaceOrders(std::move(orders));
     });
     if (isClosed && !orders.isEmpty()) reportClosed(orders.size());
@@ -190,7 +195,7 @@ void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) 
 void COrderService::cancelOrder(int taskId) {
     bool isClosed = false;
     m_threads->handOver.around([&] {
-        isClosed = m_bClosed;
+        isClosed = isRefusing();
         if (!isClosed) emit sigCancelOrder(taskId);
     });
     if (isClosed) reportClosed(1);

@@ -125,6 +125,7 @@ private:
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();
+    bool isRefusing() const;
     void renewStrategy(int channel);
 
     struct CThreads;
