@@ -10,6 +10,7 @@
 #include "platform/TradeFrameworkSource.h"
 #include "platform/UserConfig.h"
 #include "service/HandOver.h"
+#include "service/Settings.h"
 #include "service/StrategyRegistry.h"
 #include "variants/OrderServiceUnion.h"
 
@@ -141,6 +142,14 @@ void COrderService::startFileThread() {
         utils::setThreadName("orderservice");
         m_fileService->startFileServer();
     });
+}
+
+void COrderService::loadSettings(QDomElement& element) {
+    loadInterfaces(element, m_interfaces);
+}
+
+void COrderService::saveSettings(QDomElement& element, QDomDocument& document) {
+    saveInterfaces(knservice::CTradeFrameworkSource::instance().getAllInterfaces(), element, document);
 }
 
 void COrderService::placeorder(COrderParam order) {
