@@ -48,12 +48,14 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
     const std::string reason = runLoop(desk, exitWhenIdle, keepGoing);
     // Works off what was taken; then nothing is left that could want to be recorded.
     TC::COrderService::instance()->shutdown();
+    const utils::KNError saved = desk.saveInterfaces();
+    if (!saved.isSuccess()) sink.writeLine("the interfaces cannot be saved: " + saved.errorMsg());
     TC::COrderServiceAdapter::release();
     TC::COrderService::release();
     TC::releaseHost();
     const utils::KNError closed = desk.close(reason);
     if (!closed.isSuccess()) sink.writeLine("the journal could not be closed: " + closed.errorMsg());
-    return closed.isSuccess() ? kOrderly : kCannotWork;
+    return saved.isSuccess() && closed.isSuccess() ? kOrderly : kCannotWork;
 }
 
 } // namespace

@@ -103,6 +103,7 @@ struct CDeskConfig {
     TC::CBasketMap baskets;
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaultSettings;
     TC::COrderStrategyMap strategies; ///< m_nStatus running: start it when the desk starts
+    std::string settings;             ///< text of settings.xml, found good; empty without the file
     std::vector<CInstrumentEntry> instruments;
     std::vector<CQuoteEntry> quotes;
     std::vector<CQuoteChange> quoteChanges; ///< by ascending offset

@@ -5,16 +5,10 @@
 #include "desk/config/Words.h"
 #include "records/Families.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cstdint>
-#include <cstring>
 #include <filesystem>
-#include <limits>
 #include <optional>
 #include <sstream>
 
@@ -221,30 +215,6 @@ toml::table toTable(const std::filesystem::path& folder, TC::COrderStrategyParam
     return table;
 }
 
-/// Writes all the bytes, in as many steps as the system takes.
-bool writeAll(int descriptor, const std::string& bytes) {
-    for (std::size_t done = 0; done < bytes.size();) {
-        const ssize_t count = ::write(descriptor, bytes.data() + done, bytes.size() - done);
-        if (count < 0 && errno != EINTR) return false;
-        if (count > 0) done += static_cast<std::size_t>(count);
-    }
-    return true;
-}
-
-/// Writes and syncs a new file, and gives it to its owner alone: strategies can hold passwords. errno tells
-/// why it failed.
-bool writeSynced(const std::string& path, const std::string& bytes) {
-    // A draft that an end of power left behind may be open to others.
-    ::unlink(path.c_str());
-    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (descriptor < 0) return false;
-    if (writeAll(descriptor, bytes) && ::fsync(descriptor) == 0) return ::close(descriptor) == 0;
-    const int reason = errno;
-    ::close(descriptor);
-    errno = reason;
-    return false;
-}
-
 } // namespace
 
 void readStrategies(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
@@ -262,7 +232,6 @@ void readStrategies(const std::string& folder, CDeskConfig& config, CDiagnostics
 }
 
 utils::KNError saveStrategies(const std::string& folder, const TC::COrderStrategyMap& strategies) {
-    constexpr int kCannotWrite = 1;
     const std::filesystem::path root = std::filesystem::absolute(folder).lexically_normal();
     toml::array array;
     for (const TC::COrderStrategyParam& strategy : strategies)
@@ -271,19 +240,7 @@ utils::KNError saveStrategies(const std::string& folder, const TC::COrderStrateg
     file.insert("strategy", array);
     std::ostringstream text;
     text << kHeading << file << '\n';
-    const std::string path = (root / kStrategyFile).string();
-    const std::string draft = path + ".new";
-    if (!writeSynced(draft, text.str()) || ::rename(draft.c_str(), path.c_str()) != 0) {
-        const std::string reason = std::strerror(errno);
-        ::unlink(draft.c_str());
-        return {kCannotWrite, path + ": " + reason};
-    }
-    const int directory = ::open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (directory >= 0) {
-        ::fsync(directory);
-        ::close(directory);
-    }
-    return {};
+    return replaceTextFile(root.string(), kStrategyFile, text.str());
 }
 
 } // namespace desk

@@ -18,9 +18,11 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_trade(m_journal, m_broker, m_market, sink, m_config.accounts), m_center(m_journal, m_broker, sink),
       m_exchange(m_config.instruments), m_quotes(m_market), m_types(m_market), m_messages(m_journal, sink),
       m_switches(m_config.switches), m_audit(m_journal, sink),
-      m_keeper(m_journal, sink, m_config.strategies, [this](const TC::COrderStrategyMap& strategies) {
-          return saveStrategies(m_strFolder, strategies);
-      }) {}
+      m_keeper(m_journal, sink, m_config.strategies,
+               [this](const TC::COrderStrategyMap& strategies) {
+                   return saveStrategies(m_strFolder, strategies);
+               }),
+      m_interfaces(m_strFolder, m_config.settings, m_framework) {}
 
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
@@ -65,6 +67,7 @@ void CDesk::startTrading() {
         &service, &TC::COrderService::sigCancelOrders, &service,
         [this](const std::vector<std::string>& fields) { m_trade.cancelOrders(fields); },
         Qt::DirectConnection);
+    m_interfaces.load();
     service.loadFromConfig(true);
     const TC::COrderStrategyMap started = service.getStrategyMap();
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {

@@ -11,6 +11,7 @@
 #include "platform/TradeFrameworkSource.h"
 #include "platform/UserConfig.h"
 #include "service/HandOver.h"
+#include "service/Settings.h"
 #include "service/StrategyRegistry.h"
 #include "socket/SocketListeners.h"
 #include "variants/OrderServiceUnion.h"
@@ -165,6 +166,14 @@ void COrderService::startFileThread() {
         utils::setThreadName("orderservice");
         m_fileService->startFileServer();
     });
+}
+
+void COrderService::loadSettings(QDomElement& element) {
+    loadInterfaces(element, m_interfaces);
+}
+
+void COrderService::saveSettings(QDomElement& element, QDomDocument& document) {
+    saveInterfaces(knservice::CTradeFrameworkSource::instance().getAllInterfaces(), element, document);
 }
 
 /// What the service's own thread brings while the last batches are worked off is still worked off with them.

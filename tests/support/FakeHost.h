@@ -427,8 +427,10 @@ class CFramework : public knservice::CTradeFrameworkSource {
 public:
     explicit CFramework(CRecords& records) : m_records(records) {}
     void switchTradingDate(const std::string& date) override;
+    knservice::TradeInterfaceList getAllInterfaces() override { return interfaces; }
 
     std::vector<std::string> dates;
+    knservice::TradeInterfaceList interfaces;
 
 private:
     CRecords& m_records;
