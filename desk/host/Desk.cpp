@@ -1,6 +1,5 @@
 #include "desk/host/Desk.h"
 
-#include "desk/config/StrategyFile.h"
 #include "desk/host/BrokerJournal.h"
 #include "desk/journal/JournalEvents.h"
 #include "service/OrderService.h"
@@ -17,10 +16,8 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_orders(m_journal, m_broker, sink, m_config.acceptForcedConfirm),
       m_trade(m_journal, m_broker, m_market, sink, m_config.accounts), m_center(m_journal, m_broker, sink),
       m_exchange(m_config.instruments), m_quotes(m_market), m_types(m_market), m_messages(m_journal, sink),
-      m_switches(m_config.switches), m_audit(m_journal, sink),
-      m_keeper(m_journal, sink, m_config.strategies, [this](const TC::COrderStrategyMap& strategies) {
-          return saveStrategies(m_strFolder, strategies);
-      }) {}
+      m_switches(m_config.switches), m_audit(m_journal, sink), m_strategyFile(m_strFolder, m_config),
+      m_keeper(m_journal, sink, m_config.strategies, m_strategyFile) {}
 
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
@@ -70,7 +67,7 @@ void CDesk::startTrading() {
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {
         if (strategy.isRunning() && !started.value(strategy.m_nChannel).isRunning()) tellWhyStopped(strategy);
     }
-    m_keeper.begin(service.getStrategyMap());
+    m_keeper.begin(service);
 }
 
 /// Starts the strategy once more for the reason, which the order service keeps to itself when it takes the
@@ -93,7 +90,7 @@ void CDesk::tick(double secondsSinceStart) {
         if (!matched.isSuccess())
             m_sink.writeLine("the paper broker cannot match " + stockKey + ": " + matched.errorMsg());
     });
-    m_keeper.update(TC::COrderService::instance()->getStrategyMap());
+    m_keeper.update(*TC::COrderService::instance());
 }
 
 std::int64_t CDesk::activity() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desk/config/DeskConfig.h"
+#include "desk/config/StrategyFile.h"
 #include "desk/host/DeskAlgorithmTradeHelper.h"
 #include "desk/host/DeskExchangeClient.h"
 #include "desk/host/DeskInstrumentTypes.h"
@@ -86,6 +87,7 @@ private:
     CDeskTradeFrameworkSource m_framework;
     CDeskLuaModuleCtrl m_switches;
     CDeskIntakeAudit m_audit;
+    CStrategyFile m_strategyFile;
     CStrategyKeeper m_keeper;
 };
 

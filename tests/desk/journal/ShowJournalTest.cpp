@@ -71,6 +71,11 @@ TEST(JournalText, EachKindReadsAsOneLine) {
               kShown + "fill  3 of order 5: A1 buy 100 SH600000 @ 10.0\n");
 }
 
+TEST(JournalText, StrategyThatIsNotSavedTellsWhy) {
+    EXPECT_EQ(shown("strategy", R"("action":"not_saved","channel":1,"name":"s","cause":"why")"),
+              kShown + "strategy  not_saved channel 1 s: why\n");
+}
+
 TEST(JournalText, TextsCannotBreakTheLineOrReachTheTerminal) {
     EXPECT_EQ(shown("message", R"("text":"a\nb\u001b[2J")"), kShown + "message  a b [2J\n");
 }
