@@ -65,19 +65,19 @@ void CDesk::startTrading() {
     service.loadFromConfig(true);
     const TC::COrderStrategyMap started = service.getStrategyMap();
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {
-        if (strategy.isRunning() && !started.value(strategy.m_nChannel).isRunning()) tellWhyStopped(strategy);
+        if (strategy.isRunning() && !started.value(strategy.m_nChannel).isRunning()) startAgain(strategy);
     }
     m_keeper.begin(service);
 }
 
-/// Starts the strategy once more for the reason, which the order service keeps to itself when it takes the
-/// user over.
-void CDesk::tellWhyStopped(const TC::COrderStrategyParam& strategy) {
+/// The order service keeps the reason to itself when it takes the user over, so the strategy is started once
+/// more. What was in its way may be gone by then; the order service tells of that start itself.
+void CDesk::startAgain(const TC::COrderStrategyParam& strategy) {
+    constexpr int kStarted = 0;
     QString error = QStringLiteral("over the user's limit of strategies");
     TC::COrderService& service = *TC::COrderService::instance();
-    if (service.getStrategyConst(strategy.m_nChannel) != nullptr) {
-        service.startOrderStrategy(strategy.m_nChannel, error, true);
-    }
+    const bool isThere = service.getStrategyConst(strategy.m_nChannel) != nullptr;
+    if (isThere && service.startOrderStrategy(strategy.m_nChannel, error, true) == kStarted) return;
     m_messages.showMsg(strategy.m_strName + QStringLiteral(" does not run: ") + error,
                        TC::EMsgTypeDef::General, TC::MsgLevel::Warning, false, false, QString());
 }

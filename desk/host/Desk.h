@@ -59,7 +59,7 @@ public:
     [[nodiscard]] utils::KNError close(const std::string& reason);
 
 private:
-    void tellWhyStopped(const TC::COrderStrategyParam& strategy);
+    void startAgain(const TC::COrderStrategyParam& strategy);
     void followTradingDay();
 
     std::string m_strFolder;

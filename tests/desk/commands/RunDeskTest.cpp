@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <utility>
 
 namespace desk {
 namespace {
@@ -96,6 +97,40 @@ TEST_F(RunDesk, StrategyThatDoesNotStartIsNamedWithTheReason) {
     const int code = run({[this] { return has("does not run"); }});
     EXPECT_EQ(code, 0);
     EXPECT_TRUE(has("group does not run: 信号来源必须为文件"));
+}
+
+/// Takes what the desk tells, and does something the first time that a text is among it.
+class CHookedBuffer : public std::stringbuf {
+public:
+    CHookedBuffer(std::string text, std::function<void()> hook)
+        : m_strText(std::move(text)), m_hook(std::move(hook)) {}
+
+protected:
+    int sync() override {
+        if (m_hook && str().find(m_strText) != std::string::npos) std::exchange(m_hook, nullptr)();
+        return 0;
+    }
+
+private:
+    std::string m_strText;
+    std::function<void()> m_hook;
+};
+
+TEST_F(RunDesk, StrategyThatStartsAtTheSecondAttemptIsToldAsStarted) {
+    const std::string single = folder.path("desk/orders/single.txt");
+    std::filesystem::create_directories(folder.path("desk/orders/group.txt"));
+    std::filesystem::create_directories(single);
+    // Once the first strategy's reason is known, what was in the second one's way is gone.
+    CHookedBuffer buffer("group does not run", [&] {
+        std::filesystem::remove(single);
+        folder.write("desk/orders/single.txt", "");
+    });
+    std::ostream told(&buffer);
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, told, [] { return true; }), 0);
+    EXPECT_TRUE(has("\"action\":\"start\",\"channel\":2"));
+    EXPECT_TRUE(has("single: 启动成功!"));
+    EXPECT_FALSE(has("single does not run"));
+    EXPECT_TRUE(loadDeskConfig(folder.path("desk")).config.strategies[2].isRunning());
 }
 
 } // namespace
