@@ -2,6 +2,8 @@
 
 #include "records/Families.h"
 
+#include <arpa/inet.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
@@ -58,11 +60,26 @@ std::uint16_t portOf(const std::string& address) {
     return parsed.ec == std::errc() && parsed.ptr == end ? port : 0;
 }
 
-/// The order socket's address: a host and a port.
-void checkAddress(const CTomlSection& section, const std::string& address) {
-    if (portOf(address) == 0)
+/// 127.0.0.0/8 reaches no further than this machine.
+bool isLoopback(const std::string& address) {
+    constexpr std::uint32_t kLoopbackNet = 127;
+    constexpr int kNetShift = 24;
+    in_addr ip{};
+    const std::string host = address.substr(0, address.rfind(':'));
+    return ::inet_pton(AF_INET, host.c_str(), &ip) == 1 && ntohl(ip.s_addr) >> kNetShift == kLoopbackNet;
+}
+
+/// The order socket's address: a host and a port. Logins cross the net in the clear, so other machines get in
+/// only where the folder says so.
+void checkAddress(const CTomlSection& section, const CDeskConfig& config, const std::string& address) {
+    if (portOf(address) == 0) {
         section.mistake("path \"" + address +
                         "\" is no address; expected \"ip:port\" with a port of 1 to 65535");
+    } else if (!config.allowRemoteSocket && !isLoopback(address)) {
+        section.mistake("path \"" + address +
+                        "\" is open to other machines; expected an address of 127.0.0.0/8, or "
+                        "allow_remote = true under [socket] in desk.toml");
+    }
 }
 
 void checkSource(const CTomlSection& section, const CDeskConfig& config,
@@ -71,7 +88,7 @@ void checkSource(const CTomlSection& section, const CDeskConfig& config,
         if (strategy.isRunning()) section.mistake("key \"path\" is missing: where the orders come from");
         return;
     }
-    if (strategy.m_eStrategyType == TC::EOrderStrategyType::Signal) checkAddress(section, path);
+    if (strategy.m_eStrategyType == TC::EOrderStrategyType::Signal) checkAddress(section, config, path);
     if (!strategy.comesFromFile()) return;
     for (const TC::COrderStrategyParam& other : config.strategies) {
         if (other.m_strSignalSource == strategy.m_strSignalSource)

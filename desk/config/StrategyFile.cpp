@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -72,12 +73,27 @@ bool writeSynced(const std::string& path, const std::string& bytes) {
     return false;
 }
 
+/// Whoever reads the password of an order socket can trade.
+void checkSecrecy(const std::filesystem::path& folder, const CDeskConfig& config, CDiagnostics& diagnostics) {
+    using std::filesystem::perms;
+    const bool hasPass =
+        std::any_of(config.strategies.begin(), config.strategies.end(),
+                    [](const TC::COrderStrategyParam& strategy) { return !strategy.m_strPass.isEmpty(); });
+    std::error_code unreadable;
+    const perms rights = std::filesystem::status(folder / kStrategyFile, unreadable).permissions();
+    if (hasPass && (rights & (perms::group_read | perms::others_read)) != perms::none)
+        diagnostics.add(kStrategyFile, 0,
+                        "holds a password and can be read by others; expected a file for its owner alone: "
+                        "chmod 600 strategies.toml");
+}
+
 } // namespace
 
 void readStrategies(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
     const auto root = readTomlFile(folder, kStrategyFile, diagnostics);
     if (!root) return;
     readTables(rootOf(folder), *root, config, diagnostics);
+    checkSecrecy(rootOf(folder), config, diagnostics);
 }
 
 CStrategyFile::CStrategyFile(std::string folder, CDeskConfig config)

@@ -37,7 +37,7 @@ std::string nameOf(const testing::TestParamInfo<CSpoiled>& info) {
 const CSpoiled kDeskRows[] = {
     {"UnknownTable", "desk.toml", "[settings.stock]", "[setings]\n[settings.stock]",
      "desk.toml:25: desk.toml: unknown key \"setings\"; expected one of account, basket, desk, group, "
-     "settings, switches, user"},
+     "settings, socket, switches, user"},
     {"UnknownKey", "desk.toml", "[settings.stock]", "[desk]\nfoo = 1\n[settings.stock]",
      "desk.toml:26: desk: unknown key \"foo\"; expected one of accept_forced_confirm"},
     {"MissingKey", "desk.toml", "name = \"trader\"\n", "", "desk.toml:1: user: key \"name\" is missing"},

@@ -69,12 +69,14 @@ void expectFull(const CConfigFolder& folder, const TC::COrderStrategyParam& stra
 TEST(StrategyFile, EveryKeyIsRead) {
     const CConfigFolder folder;
     folder.files().write("strategies.toml", kFull);
+    folder.setSecret("strategies.toml", true);
     expectFull(folder, onlyStrategy(folder));
 }
 
 TEST(StrategyFile, EveryKeySurvivesSavingAndReading) {
     const CConfigFolder folder;
     folder.files().write("strategies.toml", kFull);
+    folder.setSecret("strategies.toml", true);
     ASSERT_TRUE(save(folder, folder.load().config.strategies));
     expectFull(folder, onlyStrategy(folder));
 }
@@ -332,6 +334,53 @@ TEST(StrategyFile, ASocketsAddressIsNoPath) {
     EXPECT_EQ(folder.load().config.strategies[2].m_strSignalSource, QStringLiteral("127.0.0.1:9000"));
     ASSERT_TRUE(save(folder, folder.load().config.strategies));
     EXPECT_EQ(folder.load().config.strategies[2].m_strSignalSource, QStringLiteral("127.0.0.1:9000"));
+}
+
+/// The base folder with an order socket on channel 2.
+void listenOn(const CConfigFolder& folder, const std::string& address) {
+    folder.replace("strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
+                   "channel = 2\nsource = \"signal\"\npath = \"" + address + "\"");
+}
+
+TEST(StrategyFile, ASocketForOtherMachinesIsAMistake) {
+    for (const std::string address : {"0.0.0.0:15150", "10.0.0.7:15150", "128.0.0.1:15150", "localhost:15150",
+                                      "127.1:15150", "127.0.0.1.example.org:15150"}) {
+        const CConfigFolder folder;
+        listenOn(folder, address);
+        EXPECT_EQ(folder.mistakes(), std::vector<std::string>{
+                                         "strategies.toml:10: strategy: path \"" + address +
+                                         "\" is open to other machines; expected an address of "
+                                         "127.0.0.0/8, or allow_remote = true under [socket] in desk.toml"});
+    }
+}
+
+TEST(StrategyFile, ASocketForThisMachineIsNone) {
+    for (const char* address : {"127.0.0.1:15150", "127.255.3.4:1"}) {
+        const CConfigFolder folder;
+        listenOn(folder, address);
+        EXPECT_EQ(folder.mistakes(), std::vector<std::string>{}) << address;
+    }
+}
+
+TEST(StrategyFile, ASocketForOtherMachinesMayBeAllowed) {
+    const CConfigFolder folder;
+    listenOn(folder, "0.0.0.0:15150");
+    folder.replace("desk.toml", "[settings.stock]", "[socket]\nallow_remote = true\n\n[settings.stock]");
+    EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
+}
+
+TEST(StrategyFile, APasswordThatOthersCanReadIsAMistake) {
+    const CConfigFolder folder;
+    folder.setSecret("strategies.toml", false);
+    EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
+    folder.replace("strategies.toml", "path = \"orders/two.txt\"",
+                   "path = \"orders/two.txt\"\npass = \"secret\"");
+    EXPECT_EQ(
+        folder.mistakes(),
+        std::vector<std::string>{"strategies.toml:0: holds a password and can be read by others; expected "
+                                 "a file for its owner alone: chmod 600 strategies.toml"});
+    folder.setSecret("strategies.toml", true);
+    EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
 }
 
 TEST(StrategyFile, NoStrategiesAreAFileToo) {
