@@ -4,6 +4,7 @@
 #include "desk/commands/CheckFolder.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/Desk.h"
+#include "desk/host/FileLimit.h"
 #include "desk/host/FolderLock.h"
 #include "service/OrderService.h"
 #include "service/OrderServiceAdapter.h"
@@ -75,6 +76,8 @@ int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::
         sink.writeLine(locked.errorMsg());
         return kBadFolder;
     }
+    const utils::KNError raised = raiseFileLimit();
+    if (!raised.isSuccess()) sink.writeLine(raised.errorMsg());
     for (const std::string& problem : prepareOrderFiles(loaded.config))
         sink.writeLine(problem);
     CDesk desk(folder, std::move(loaded.config), sink);

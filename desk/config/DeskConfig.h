@@ -97,6 +97,7 @@ struct CQuoteChange {
 struct CDeskConfig {
     CUserEntry user;
     bool acceptForcedConfirm = false; ///< stands for the user's word where a command must be confirmed
+    bool allowRemoteSocket = false;   ///< order sockets may listen for other machines
     std::set<std::string> switches;   ///< names of the switches of "mdl_order" that are on
     std::vector<CAccountEntry> accounts;
     std::vector<CGroupEntry> groups;

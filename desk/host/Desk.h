@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desk/config/DeskConfig.h"
+#include "desk/config/StrategyFile.h"
 #include "desk/host/DeskAlgorithmTradeHelper.h"
 #include "desk/host/DeskExchangeClient.h"
 #include "desk/host/DeskInstrumentTypes.h"
@@ -63,7 +64,7 @@ public:
     [[nodiscard]] utils::KNError close(const std::string& reason);
 
 private:
-    void tellWhyStopped(const TC::COrderStrategyParam& strategy);
+    void startAgain(const TC::COrderStrategyParam& strategy);
     void followTradingDay();
 
     std::string m_strFolder;
@@ -91,6 +92,7 @@ private:
     CDeskTradeFrameworkSource m_framework;
     CDeskLuaModuleCtrl m_switches;
     CDeskIntakeAudit m_audit;
+    CStrategyFile m_strategyFile;
     CStrategyKeeper m_keeper;
     CInterfaceKeeper m_interfaces;
 };

@@ -24,20 +24,13 @@ USER, PASSWORD = "trader", "a secret"
 # The price lies below the book of the demo's quotes: the order rests and can be cancelled.
 ORDER = "23,9,{price},600101,1000"
 
-STRATEGY = """
-[[strategy]]
-channel = 9
-name = "socket"
-source = "signal"
-path = "127.0.0.1:{port}"
-user = "{user}"
-pass = "{password}"
-group = "main"
-family = "stock"
-volume = 1000
-price_type = "specified"
-running = true
-"""
+# The demo's order socket, as it stands in strategies.toml, and as the test wants it.
+SOCKET = {
+    "channel = 5": "channel = 9",
+    'path = "127.0.0.1:15150"': 'path = "127.0.0.1:{port}"',
+    'user = "demo"': f'user = "{USER}"',
+    'pass = "change-me"': f'pass = "{PASSWORD}"',
+}
 
 
 def free_port():
@@ -53,12 +46,13 @@ class Desk:
         self.folder = Path(folder) / "desk"
         self.port = free_port()
         subprocess.run([ORDERDESK, "new", str(self.folder)], check=True, stdout=subprocess.DEVNULL)
-        with open(self.folder / "strategies.toml", "a", encoding="utf-8") as file:
-            file.write(STRATEGY.format(port=self.port, user=USER, password=PASSWORD))
-        settings = self.folder / "desk.toml"
-        text = settings.read_text(encoding="utf-8")
-        assert "[switches]" in text
-        settings.write_text(text.replace("[switches]", "[switches]\nmdl_order_socket_guard = true", 1), encoding="utf-8")
+        assert "mdl_order_socket_guard = true" in (self.folder / "desk.toml").read_text(encoding="utf-8")
+        strategies = self.folder / "strategies.toml"
+        text = strategies.read_text(encoding="utf-8")
+        for demo, own in SOCKET.items():
+            assert text.count(demo) == 1, demo
+            text = text.replace(demo, own.format(port=self.port))
+        strategies.write_text(text, encoding="utf-8")
         self._output = open(Path(folder) / "output.txt", "w+", encoding="utf-8")
         self._process = subprocess.Popen([ORDERDESK, "run", str(self.folder), "--exit-when-idle", str(IDLE)],
                                          stdout=self._output, stderr=subprocess.STDOUT)
