@@ -7,8 +7,12 @@
 
 #include <bson/bson.h>
 
+#include <algorithm>
+#include <charconv>
 #include <limits>
 #include <locale.h>
+#include <string_view>
+#include <system_error>
 
 namespace bson {
 namespace {
@@ -69,26 +73,51 @@ struct CDestroy {
     void operator()(bson_json_reader_t* reader) const { bson_json_reader_destroy(reader); }
 };
 
-/// The place behind the bracket that closes the first one of the text; its end where nothing does.
-std::size_t endOfFirstObject(const std::string& text) {
+/// The place of the quote that ends the string which begins at `at`; the end of the text where none does.
+std::size_t endOfString(std::string_view text, std::size_t at) {
+    for (std::size_t i = at + 1; i < text.size(); ++i) {
+        if (text[i] == '"') return i;
+        if (text[i] == '\\') ++i;
+    }
+    return text.size();
+}
+
+/// Holds a whole number to 64 bits: the library lets some longer ones wrap around.
+void checkNumber(std::string_view number) {
+    if (number.find_first_of(".eE") != std::string_view::npos) return;
+    std::int64_t value = 0;
+    if (std::from_chars(number.data(), number.data() + number.size(), value).ec ==
+        std::errc::result_out_of_range) {
+        throw CJsonError("the text is no JSON object: Number \"" + std::string(number) +
+                         "\" is out of range");
+    }
+}
+
+/// The place behind the bracket that closes the first one of the text, or the end of the text; looks at the
+/// numbers before it.
+std::size_t endOfFirstObject(std::string_view text) {
+    constexpr std::string_view kDigits = "-0123456789";
+    constexpr std::string_view kNumber = "+-.0123456789eE";
     int open = 0;
-    bool isString = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
-        if (isString && c == '\\') {
-            ++i;
-        } else if (c == '"') {
-            isString = !isString;
-        } else if (!isString && (c == '{' || c == '[')) {
+        if (c == '"') {
+            i = endOfString(text, i);
+        } else if (c == '{' || c == '[') {
             ++open;
-        } else if (!isString && (c == '}' || c == ']') && --open == 0) {
+        } else if ((c == '}' || c == ']') && --open == 0) {
             return i + 1;
+        } else if (kDigits.find(c) != std::string_view::npos) {
+            const std::size_t end = std::min(text.find_first_not_of(kNumber, i), text.size());
+            checkNumber(text.substr(i, end - i));
+            i = end - 1;
         }
     }
     return text.size();
 }
 
-/// What the library would let pass: arrays as documents, things behind the object, overlong UTF-8.
+/// What the library would let pass: arrays as documents, things behind the object, integers above 64 bits,
+/// overlong UTF-8.
 void checkFrame(const std::string& text) {
     constexpr const char* kBlanks = " \t\r\n";
     const std::size_t first = text.find_first_not_of(kBlanks);

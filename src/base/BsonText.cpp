@@ -15,7 +15,8 @@
 namespace bson {
 namespace {
 
-/// From here on doubles hold no fraction, and the text with an exponent is the shorter one.
+/// From here on doubles hold no fraction, and are written with an exponent: plain digits would be read as an
+/// integer, and could be too long for one.
 constexpr double kPlainDigitsBelow = 1e16;
 /// Above the longest shortest form of a double.
 constexpr std::size_t kNumberSize = 32;
@@ -90,12 +91,14 @@ void CJsonWriter::writeNested(const bson_iter_t& iter) {
 void CJsonWriter::writeDouble(const bson_iter_t& iter) {
     const double value = bson_iter_double(&iter);
     if (!std::isfinite(value)) return writeExtended(iter);
-    if (value == std::trunc(value) && std::fabs(value) < kPlainDigitsBelow) {
+    const bool isSmall = std::fabs(value) < kPlainDigitsBelow;
+    if (isSmall && value == std::trunc(value)) {
         m_text += std::to_string(static_cast<std::int64_t>(value));
         return;
     }
     char digits[kNumberSize];
-    m_text.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+    const auto format = isSmall ? std::chars_format::general : std::chars_format::scientific;
+    m_text.append(digits, std::to_chars(digits, digits + sizeof digits, value, format).ptr);
 }
 
 void CJsonWriter::writeString(std::string_view text) {

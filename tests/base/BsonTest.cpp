@@ -138,6 +138,8 @@ TEST(BsonText, DoublesHaveTheShortestTextThatReadsBackEqual) {
         {5e9, "5000000000"},
         {9999999999999998, "9999999999999998"},
         {1e16, "1e+16"},
+        {886400868640086864002.0, "8.864008686400868e+20"},
+        {-9223372036854775808.0, "-9.223372036854776e+18"},
         {0.1, "0.1"},
         {0.1 + 0.2, "0.30000000000000004"},
         {-12345.6789, "-12345.6789"},
@@ -215,6 +217,8 @@ TEST(FromJson, OtherTextsAreRefusedWithTheReason) {
         {"{\"a\":\"\xC0\x80\"}", "the text is not UTF-8"},
         {"{\"a\":9223372036854775808}",
          "the text is no JSON object: Number \"9223372036854775808\" is out of range"},
+        {"{\"a\":-427475187718893990222}",
+         "the text is no JSON object: Number \"-427475187718893990222\" is out of range"},
         {"{\"a\":1e999}", "the text is no JSON object: Number \"1e999\" is out of range"},
     };
     for (const CBadJsonRow& row : rows) {
@@ -224,6 +228,16 @@ TEST(FromJson, OtherTextsAreRefusedWithTheReason) {
         } catch (const bson::CJsonError& error) {
             EXPECT_STREQ(error.what(), row.message) << row.text;
         }
+    }
+}
+
+TEST(FromJson, IntegersOfAnyLengthAboveSixtyFourBitsAreRefused) {
+    std::string digits = "9223372036854775808";
+    for (int length = 19; length < 60; ++length, digits += "2") {
+        EXPECT_THROW(bson::fromjson("{\"a\":" + digits + "}"), bson::CJsonError) << digits;
+        EXPECT_THROW(bson::fromjson("{\"a\":[1,-1" + digits + "]}"), bson::CJsonError) << digits;
+        EXPECT_NO_THROW(bson::fromjson("{\"a" + digits + "\":\"\\\"" + digits + "\"}")) << digits;
+        EXPECT_EQ(typeOf(digits + ".0"), 1);
     }
 }
 
