@@ -28,7 +28,7 @@ constexpr int kInFlight = 64;
 constexpr int kConnections = 50;
 constexpr int kRoundsEach = 200;
 constexpr int kIdle = 500;
-constexpr int kRepetitions = 15;
+constexpr int kRepetitions = 31;
 
 /// What a server's clients have to know of it.
 struct CPeer {

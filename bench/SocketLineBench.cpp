@@ -16,7 +16,7 @@ namespace {
 
 const std::string kLine = "placeorder 23,3,10.5,600000,100\r\n";
 constexpr int kLines = 100000;
-constexpr int kRepetitions = 15;
+constexpr int kRepetitions = 31;
 
 /// Keeps what the server sends.
 class CStoringConnection : public net::NetConnection {

@@ -71,7 +71,7 @@ CDoorHost::~CDoorHost() {
     TC::releaseHost();
 }
 
-CDoor::CDoor() : m_wrapper("127.0.0.1", 0, "", "", m_gate, m_registry) {
+CDoor::CDoor() : m_wrapper("127.0.0.1", 0, "", "", m_gate, m_registry, {}) {
     m_wrapper.server()->start(false);
     m_nPort = m_wrapper.server()->port();
     m_thread = std::thread([this] { m_wrapper.run(); });
