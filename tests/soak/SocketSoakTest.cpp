@@ -139,11 +139,11 @@ funds = 1e12
                                         "SH,600000,江河重工,STOCK,100028,100,1000,1\n");
         folder.write("quotes.csv", "instrument,last,previous_close,bid1,bid1_volume,ask1,ask1_volume\n"
                                    "SH600000,900,900,899,100,901,100\n");
-        folder.write("strategies.toml", R"([[strategy]]
+        folder.writeSecret("strategies.toml", R"([[strategy]]
 channel = 1
 source = "signal"
 path = "127.0.0.1:)" + std::to_string(port) +
-                                            R"("
+                                                  R"("
 user = "trader"
 pass = "secret"
 account = "A1"
