@@ -23,7 +23,7 @@ public:
     bool readTradeParam(const std::string&, TC::COrderTradeParam&) override { return false; }
     std::string defaultRemark(const TC::COrderStrategyParam&) override { return {}; }
     bool areRemarksAllowed() override { return false; }
-    std::optional<TC::CBasketSetting> findBasket(const QString&) override { return std::nullopt; }
+    std::optional<TC::CBasketSetting> findBasket(std::string_view) override { return std::nullopt; }
     bool hasAccounts(const TC::COrderStrategyParam&) override { return false; }
     QString sourceLabel(TC::EOrderStrategyType) override { return {}; }
     QString sourceTitle(TC::EOrderStrategyType) override { return {}; }

@@ -57,8 +57,13 @@ private:
 
 int main(int argc, char** argv) {
     const QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    // A figure and its baseline take turns, so that a busy machine slows both.
+    char interleave[] = "--benchmark_enable_random_interleaving=true";
+    std::vector<char*> arguments(argv, argv + argc);
+    arguments.insert(arguments.begin() + 1, interleave);
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
     CFigureReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.print();

@@ -106,7 +106,7 @@ void showTradeError(std::ostream& out, const CJson& record) {
 void showStrategy(std::ostream& out, const CJson& record) {
     out << word(record, "action") << " channel " << word(record, "channel") << ' ' << word(record, "name")
         << optional(", source ", record, "signal_source")
-        << optional(", account ", record, "selected_account");
+        << optional(", account ", record, "selected_account") << optional(": ", record, "cause");
 }
 
 void showCancelTask(std::ostream& out, const CJson& record) {

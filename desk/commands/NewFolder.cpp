@@ -15,11 +15,11 @@ void writeFile(const std::filesystem::path& path, const std::string& text) {
     std::filesystem::create_directories(path.parent_path());
     std::ofstream file(path, std::ios::binary);
     file.exceptions(std::ios::failbit | std::ios::badbit);
-    file << text;
-    file.close();
-    // The folder may come to hold passwords.
+    // Some hold passwords: they are closed to others before anything stands in them.
     std::filesystem::permissions(path,
                                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    file << text;
+    file.close();
 }
 
 } // namespace

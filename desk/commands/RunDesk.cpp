@@ -4,6 +4,7 @@
 #include "desk/commands/CheckFolder.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/Desk.h"
+#include "desk/host/FileLimit.h"
 #include "desk/host/FolderLock.h"
 #include "service/OrderService.h"
 #include "service/OrderServiceAdapter.h"
@@ -48,12 +49,14 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
     const std::string reason = runLoop(desk, exitWhenIdle, keepGoing);
     // Works off what was taken; then nothing is left that could want to be recorded.
     TC::COrderService::instance()->shutdown();
+    const utils::KNError saved = desk.saveInterfaces();
+    if (!saved.isSuccess()) sink.writeLine("the interfaces cannot be saved: " + saved.errorMsg());
     TC::COrderServiceAdapter::release();
     TC::COrderService::release();
     TC::releaseHost();
     const utils::KNError closed = desk.close(reason);
     if (!closed.isSuccess()) sink.writeLine("the journal could not be closed: " + closed.errorMsg());
-    return closed.isSuccess() ? kOrderly : kCannotWork;
+    return saved.isSuccess() && closed.isSuccess() ? kOrderly : kCannotWork;
 }
 
 } // namespace
@@ -73,6 +76,8 @@ int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::
         sink.writeLine(locked.errorMsg());
         return kBadFolder;
     }
+    const utils::KNError raised = raiseFileLimit();
+    if (!raised.isSuccess()) sink.writeLine(raised.errorMsg());
     for (const std::string& problem : prepareOrderFiles(loaded.config))
         sink.writeLine(problem);
     CDesk desk(folder, std::move(loaded.config), sink);

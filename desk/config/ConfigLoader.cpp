@@ -2,6 +2,7 @@
 
 #include "desk/config/DeskToml.h"
 #include "desk/config/MarketTables.h"
+#include "desk/config/SettingsFile.h"
 #include "desk/config/StrategyFile.h"
 
 #include <filesystem>
@@ -20,6 +21,7 @@ CLoadedConfig loadDeskConfig(const std::string& folder) {
         readDeskToml(folder, loaded.config, diagnostics);
         readMarketTables(folder, instruments, loaded.config, diagnostics);
         readStrategies(folder, loaded.config, diagnostics);
+        readSettings(folder, loaded.config, diagnostics);
     }
     loaded.mistakes = diagnostics.take();
     return loaded;

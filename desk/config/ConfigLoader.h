@@ -15,8 +15,8 @@ struct CLoadedConfig {
     std::vector<CDiagnostic> mistakes;
 };
 
-/// Reads desk.toml, strategies.toml, instruments.csv, quotes.csv, quote_changes.csv and positions.csv of the
-/// folder. The last two may be missing. Reads only; never throws.
+/// Reads desk.toml, strategies.toml, instruments.csv, quotes.csv, quote_changes.csv, positions.csv and
+/// settings.xml of the folder. The last three may be missing. Reads only; never throws.
 CLoadedConfig loadDeskConfig(const std::string& folder);
 
 /// Makes the folders and empty order files that strategies need to start: a file strategy starts only where

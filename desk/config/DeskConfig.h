@@ -97,12 +97,14 @@ struct CQuoteChange {
 struct CDeskConfig {
     CUserEntry user;
     bool acceptForcedConfirm = false; ///< stands for the user's word where a command must be confirmed
+    bool allowRemoteSocket = false;   ///< order sockets may listen for other machines
     std::set<std::string> switches;   ///< names of the switches of "mdl_order" that are on
     std::vector<CAccountEntry> accounts;
     std::vector<CGroupEntry> groups;
     TC::CBasketMap baskets;
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaultSettings;
     TC::COrderStrategyMap strategies; ///< m_nStatus running: start it when the desk starts
+    std::string settings;             ///< text of settings.xml, found good; empty without the file
     std::vector<CInstrumentEntry> instruments;
     std::vector<CQuoteEntry> quotes;
     std::vector<CQuoteChange> quoteChanges; ///< by ascending offset

@@ -22,6 +22,7 @@ public:
             {
                 {"user", section.table([this](const auto& t) { readUser(t); })},
                 {"desk", section.table([this](const auto& t) { readDesk(t); })},
+                {"socket", section.table([this](const auto& t) { readSocket(t); })},
                 {"switches", section.table([this](const auto& t) { readSwitches(t); })},
                 {"settings", section.table([this](const auto& t) { readSettings(t); })},
                 {"account", section.tables([this](const auto& t) { readAccount(t); })},
@@ -89,6 +90,11 @@ private:
     void readDesk(const toml::table& table) {
         const CTomlSection section = sectionOf(table, "desk");
         section.read({{"accept_forced_confirm", section.flag(m_config.acceptForcedConfirm)}});
+    }
+
+    void readSocket(const toml::table& table) {
+        const CTomlSection section = sectionOf(table, "socket");
+        section.read({{"allow_remote", section.flag(m_config.allowRemoteSocket)}});
     }
 
     void readSwitches(const toml::table& table) {

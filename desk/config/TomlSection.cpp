@@ -31,6 +31,10 @@ CTomlSection::CTomlSection(std::string file, const toml::table& table, std::stri
                            CDiagnostics& diagnostics)
     : m_strFile(std::move(file)), m_table(table), m_strName(std::move(name)), m_diagnostics(diagnostics) {}
 
+CTomlSection CTomlSection::below(const toml::table& table, std::string name) const {
+    return {m_strFile, table, std::move(name), m_diagnostics};
+}
+
 int CTomlSection::line() const {
     return lineOf(m_table);
 }

@@ -21,6 +21,9 @@ class CTomlSection {
 public:
     CTomlSection(std::string file, const toml::table& table, std::string name, CDiagnostics& diagnostics);
 
+    /// The section of a table below this one.
+    CTomlSection below(const toml::table& table, std::string name) const;
+
     /// Each gives the setter of a key of that type; a value of another type is told.
     CTomlSetter text(std::string& target) const;
     CTomlSetter integer(int& target, int least) const;

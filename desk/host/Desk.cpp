@@ -1,6 +1,5 @@
 #include "desk/host/Desk.h"
 
-#include "desk/config/StrategyFile.h"
 #include "desk/host/BrokerJournal.h"
 #include "desk/journal/JournalEvents.h"
 #include "service/OrderService.h"
@@ -17,10 +16,9 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_orders(m_journal, m_broker, sink, m_config.acceptForcedConfirm),
       m_trade(m_journal, m_broker, m_market, sink, m_config.accounts), m_center(m_journal, m_broker, sink),
       m_exchange(m_config.instruments), m_quotes(m_market), m_types(m_market), m_messages(m_journal, sink),
-      m_switches(m_config.switches), m_audit(m_journal, sink),
-      m_keeper(m_journal, sink, m_config.strategies, [this](const TC::COrderStrategyMap& strategies) {
-          return saveStrategies(m_strFolder, strategies);
-      }) {}
+      m_switches(m_config.switches), m_audit(m_journal, sink), m_strategyFile(m_strFolder, m_config),
+      m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
+      m_interfaces(m_strFolder, m_config.settings, m_framework) {}
 
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
@@ -65,22 +63,23 @@ void CDesk::startTrading() {
         &service, &TC::COrderService::sigCancelOrders, &service,
         [this](const std::vector<std::string>& fields) { m_trade.cancelOrders(fields); },
         Qt::DirectConnection);
+    m_interfaces.load();
     service.loadFromConfig(true);
     const TC::COrderStrategyMap started = service.getStrategyMap();
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {
-        if (strategy.isRunning() && !started.value(strategy.m_nChannel).isRunning()) tellWhyStopped(strategy);
+        if (strategy.isRunning() && !started.value(strategy.m_nChannel).isRunning()) startAgain(strategy);
     }
-    m_keeper.begin(service.getStrategyMap());
+    m_keeper.begin(service);
 }
 
-/// Starts the strategy once more for the reason, which the order service keeps to itself when it takes the
-/// user over.
-void CDesk::tellWhyStopped(const TC::COrderStrategyParam& strategy) {
+/// The order service keeps the reason to itself when it takes the user over, so the strategy is started once
+/// more. What was in its way may be gone by then; the order service tells of that start itself.
+void CDesk::startAgain(const TC::COrderStrategyParam& strategy) {
+    constexpr int kStarted = 0;
     QString error = QStringLiteral("over the user's limit of strategies");
     TC::COrderService& service = *TC::COrderService::instance();
-    if (service.getStrategyConst(strategy.m_nChannel) != nullptr) {
-        service.startOrderStrategy(strategy.m_nChannel, error, true);
-    }
+    const bool isThere = service.getStrategyConst(strategy.m_nChannel) != nullptr;
+    if (isThere && service.startOrderStrategy(strategy.m_nChannel, error, true) == kStarted) return;
     m_messages.showMsg(strategy.m_strName + QStringLiteral(" does not run: ") + error,
                        TC::EMsgTypeDef::General, TC::MsgLevel::Warning, false, false, QString());
 }
@@ -93,7 +92,7 @@ void CDesk::tick(double secondsSinceStart) {
         if (!matched.isSuccess())
             m_sink.writeLine("the paper broker cannot match " + stockKey + ": " + matched.errorMsg());
     });
-    m_keeper.update(TC::COrderService::instance()->getStrategyMap());
+    m_keeper.update(*TC::COrderService::instance());
 }
 
 std::int64_t CDesk::activity() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desk/config/DeskConfig.h"
+#include "desk/config/StrategyFile.h"
 #include "desk/host/DeskAlgorithmTradeHelper.h"
 #include "desk/host/DeskExchangeClient.h"
 #include "desk/host/DeskInstrumentTypes.h"
@@ -12,6 +13,7 @@
 #include "desk/host/DeskTradeFrameworkSource.h"
 #include "desk/host/DeskTradingRules.h"
 #include "desk/host/DeskUserConfig.h"
+#include "desk/host/InterfaceKeeper.h"
 #include "desk/host/JournalGuard.h"
 #include "desk/host/PaperOrderClient.h"
 #include "desk/host/PaperTradeClient.h"
@@ -41,8 +43,8 @@ public:
     /// The host services, ready for TC::installHost. They live as long as the desk.
     TC::CHost services();
 
-    /// Connects to the order service and starts the strategies that the folder remembers as running. After
-    /// installHost and the creation of COrderService.
+    /// Connects to the order service, loads the interfaces of the folder and starts the strategies that the
+    /// folder remembers as running. After installHost and the creation of COrderService.
     void startTrading();
 
     /// One round of the main loop: quote changes that are due, a new day, the journal's health, changed
@@ -54,11 +56,15 @@ public:
     /// Whether quote changes are still to come.
     bool hasQuotesToCome() const { return m_bQuotesToCome; }
 
+    /// Saves the interfaces where they have changed; a failure names the file. After COrderService::shutdown
+    /// and before its release.
+    [[nodiscard]] utils::KNError saveInterfaces() { return m_interfaces.save(); }
+
     /// Ends the journal; last, after COrderService::shutdown.
     [[nodiscard]] utils::KNError close(const std::string& reason);
 
 private:
-    void tellWhyStopped(const TC::COrderStrategyParam& strategy);
+    void startAgain(const TC::COrderStrategyParam& strategy);
     void followTradingDay();
 
     std::string m_strFolder;
@@ -86,7 +92,9 @@ private:
     CDeskTradeFrameworkSource m_framework;
     CDeskLuaModuleCtrl m_switches;
     CDeskIntakeAudit m_audit;
+    CStrategyFile m_strategyFile;
     CStrategyKeeper m_keeper;
+    CInterfaceKeeper m_interfaces;
 };
 
 } // namespace desk

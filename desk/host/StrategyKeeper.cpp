@@ -1,71 +1,113 @@
 #include "desk/host/StrategyKeeper.h"
 
+#include "desk/config/StrategyCompare.h"
 #include "desk/journal/JournalEvents.h"
 
 #include <nlohmann/json.hpp>
 
+#include <set>
+#include <utility>
+
 namespace desk {
-namespace {
-
-/// A text that is the same exactly for strategies with the same settings, running or not.
-std::string settingsOf(const TC::COrderStrategyParam& strategy) {
-    TC::COrderStrategyParam stopped = strategy;
-    stopped.m_nStatus = TC::COrderStrategyParam::kStopped;
-    return strategyFields("", stopped).dump() + stopped.m_strPass.toStdString();
-}
-
-} // namespace
 
 CStrategyKeeper::CStrategyKeeper(CJournal& journal, CTextSink& sink, TC::COrderStrategyMap configured,
-                                 std::function<utils::KNError(const TC::COrderStrategyMap&)> save)
-    : m_journal(journal), m_sink(sink), m_saved(std::move(configured)), m_save(std::move(save)) {}
+                                 const IStrategyStore& store)
+    : m_journal(journal), m_sink(sink), m_store(store), m_saved(std::move(configured)) {}
 
-void CStrategyKeeper::begin(const TC::COrderStrategyMap& strategies) {
-    for (auto it = strategies.cbegin(); it != strategies.cend(); ++it) {
-        m_known[it.key()] = settingsOf(it.value());
-        m_running[it.key()] = it->isRunning();
+void CStrategyKeeper::begin(TC::IStrategyRegistry& registry) {
+    registry.visitStrategies(
+        [this](int channel, const TC::COrderStrategyParam& strategy) { m_known.insert(channel, strategy); });
+    for (const TC::COrderStrategyParam& strategy : qAsConst(m_known)) {
         // A refusal of the journal is its guard's business.
-        if (it->isRunning()) (void)m_journal.append("strategy", strategyFields("start", it.value()));
+        if (strategy.isRunning()) (void)m_journal.append("strategy", strategyFields("start", strategy));
     }
-    m_last = strategies;
 }
 
-void CStrategyKeeper::update(const TC::COrderStrategyMap& strategies) {
-    for (auto it = strategies.cbegin(); it != strategies.cend(); ++it) {
-        const std::string settings = settingsOf(it.value());
-        const auto known = m_known.find(it.key());
-        if (known == m_known.end()) {
-            noteChange("add", it.value());
-        } else if (known->second != settings) {
-            noteChange("change", it.value());
-        }
-        m_known[it.key()] = settings;
-        if (m_running[it.key()] == it->isRunning()) continue;
-        m_running[it.key()] = it->isRunning();
-        noteChange(it->isRunning() ? "start" : "stop", it.value());
-    }
-    for (auto it = m_last.cbegin(); it != m_last.cend(); ++it) {
-        if (strategies.contains(it.key())) continue;
-        noteChange("remove", it.value());
-        m_saved.remove(it.key());
-        m_known.erase(it.key());
-        m_running.erase(it.key());
-    }
-    m_last = strategies;
-    saveChanges();
+void CStrategyKeeper::update(TC::IStrategyRegistry& registry) {
+    const std::vector<CChange> changes = findChanges(registry);
+    for (const CChange& change : changes)
+        note(change);
+    if (!changes.empty()) keepPending();
+    if (m_bUnsaved) save();
 }
 
-void CStrategyKeeper::noteChange(const std::string& action, const TC::COrderStrategyParam& strategy) {
-    (void)m_journal.append("strategy", strategyFields(action, strategy));
-    m_saved.insert(strategy.m_nChannel, strategy);
+/// Looks at every strategy where it lies and copies the changed ones alone: the order doors wait meanwhile.
+std::vector<CStrategyKeeper::CChange> CStrategyKeeper::findChanges(TC::IStrategyRegistry& registry) const {
+    std::vector<CChange> changes;
+    std::set<int> seen;
+    registry.visitStrategies([&](int channel, const TC::COrderStrategyParam& strategy) {
+        seen.insert(channel);
+        const auto known = m_known.constFind(channel);
+        const bool isNew = known == m_known.constEnd();
+        if (isNew || firstDifference(*known, strategy) != nullptr)
+            changes.push_back({isNew ? "add" : "change", strategy});
+        if ((!isNew && known->isRunning()) != strategy.isRunning())
+            changes.push_back({strategy.isRunning() ? "start" : "stop", strategy});
+    });
+    for (const TC::COrderStrategyParam& known : m_known) {
+        if (seen.count(known.m_nChannel) == 0) changes.push_back({"remove", known});
+    }
+    return changes;
+}
+
+void CStrategyKeeper::note(const CChange& change) {
+    const int channel = change.m_strategy.m_nChannel;
+    (void)m_journal.append("strategy", strategyFields(change.m_pszAction, change.m_strategy));
     m_bUnsaved = true;
+    if (change.m_pszAction != std::string("remove")) {
+        m_known.insert(channel, change.m_strategy);
+        m_pending.insert(channel, change.m_strategy);
+        return;
+    }
+    m_known.remove(channel);
+    m_saved.remove(channel);
+    m_pending.remove(channel);
+    m_refused.erase(channel);
 }
 
-void CStrategyKeeper::saveChanges() {
-    if (!m_bUnsaved) return;
-    const utils::KNError saved = m_save(m_saved);
-    if (!saved.isSuccess()) m_sink.writeLine("the strategies cannot be saved: " + saved.errorMsg());
+/// Takes the changed strategies over together: two of them may have changed places.
+void CStrategyKeeper::keepPending() {
+    TC::COrderStrategyMap kept = m_saved;
+    for (const TC::COrderStrategyParam& strategy : qAsConst(m_pending))
+        kept.remove(strategy.m_nChannel);
+    TC::COrderStrategyMap refused;
+    for (const TC::COrderStrategyParam& strategy : qAsConst(m_pending)) {
+        const std::string reason = m_store.whyNotKept(strategy, kept);
+        if (reason.empty()) {
+            kept.insert(strategy.m_nChannel, strategy);
+            m_refused.erase(strategy.m_nChannel);
+        } else {
+            refused.insert(strategy.m_nChannel, strategy);
+            refuse(strategy, reason, kept);
+        }
+    }
+    m_pending = refused;
+    m_saved = kept;
+}
+
+/// What the store had of the strategy stays, but stopped: started by itself, it would trade otherwise than
+/// its owner has set since.
+void CStrategyKeeper::refuse(const TC::COrderStrategyParam& strategy, const std::string& reason,
+                             TC::COrderStrategyMap& kept) {
+    const int channel = strategy.m_nChannel;
+    TC::COrderStrategyParam before = m_saved.value(channel);
+    before.m_nStatus = TC::COrderStrategyParam::kStopped;
+    if (m_saved.contains(channel) && m_store.whyNotKept(before, kept).empty()) kept.insert(channel, before);
+    if (m_refused[channel] == reason) return;
+    m_refused[channel] = reason;
+    CJson fields = strategyFields("not_saved", strategy);
+    fields["cause"] = reason;
+    (void)m_journal.append("strategy", fields);
+    m_sink.writeLine("strategy " + std::to_string(channel) + " is not saved as it is: " + reason);
+}
+
+void CStrategyKeeper::save() {
+    const utils::KNError saved = m_store.save(m_saved);
     m_bUnsaved = !saved.isSuccess();
+    const std::string failure = saved.isSuccess() ? std::string() : saved.errorMsg();
+    if (!failure.empty() && failure != m_strToldFailure)
+        m_sink.writeLine("the strategies cannot be saved: " + failure);
+    m_strToldFailure = failure;
 }
 
 } // namespace desk

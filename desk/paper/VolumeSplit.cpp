@@ -62,12 +62,12 @@ int giveWholeUnits(int units, const std::vector<double>& weights, std::vector<in
 } // namespace
 
 CSplitResult splitOverAccounts(int volume, const std::vector<double>& weights, int unit) {
-    if (TC::isUnset(volume)) return {{1, "the volume is not set"}, {}};
-    if (volume < 0) return {{2, "the volume is negative"}, {}};
+    if (TC::isUnset(volume)) return {{1, "没有数量"}, {}};
+    if (volume < 0) return {{2, "数量为负数"}, {}};
     std::vector<int> volumes(weights.size(), 0);
     if (volume == 0) return {{}, volumes};
     const double largest = largestWeight(weights);
-    if (largest <= 0) return {{3, "no account has a positive weight"}, {}};
+    if (largest <= 0) return {{3, "没有权重大于0的账号"}, {}};
 
     unit = std::max(unit, 1);
     const std::vector<double> scaled = scaledWeights(weights, largest);

@@ -19,7 +19,7 @@ struct CSplitResult {
 ///
 /// A weight that is not a positive finite number counts as zero: the account gets nothing. unit: below 1
 /// counts as 1. Fails where the volume is not set or negative, and where a volume is to be divided but no
-/// weight is positive.
+/// weight is positive; the error's text is for users.
 ///
 /// The volumes always sum to the volume: let U = volume / unit and R = volume % unit. Rounding down never
 /// hands out more than U units, since each step is held to what is left. What is left is handed out one by

@@ -185,6 +185,7 @@ public:
 class CFramework : public knservice::CTradeFrameworkSource {
 public:
     void switchTradingDate(const std::string&) override {}
+    knservice::TradeInterfaceList getAllInterfaces() override { return {}; }
 };
 
 class CSwitches : public luawrapper::LuaModuleCtrl {

@@ -25,6 +25,11 @@ void takeLine(CCheckRun& run, const COrderSingleParam& line) {
     if (!isUnset(line.m_ePriceType)) run.setting.m_ePriceType = line.m_ePriceType;
 }
 
+/// An algorithm order keeps its text for the command's parameter text, unless the family reads every text.
+bool isSettingTextRead(ESettingText rule, EOrderType orderType) {
+    return rule == ESettingText::Always || !knservice::DataHelper::isAlgoOrderType(orderType);
+}
+
 bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
     if (!quote) return false;
     return priceType == EPriceType::NoQuote || priceType == EPriceType::Specified ||
@@ -36,6 +41,7 @@ QString sourceHead(const CCheckRun& run) {
 }
 
 /// True unless the amount is missing; an amount whose whole part is the not-set int counts as missing too.
+/// Greater ones are good: what must fit an int is the volume that they buy.
 bool isAmountUsable(double amount) {
     return !isInvalidPrice(amount) && std::trunc(amount) != static_cast<double>(kUnsetInt);
 }
@@ -101,7 +107,8 @@ bool checkOrderNumber(const CCheckRun& run) {
 
 bool checkLineCount(const CCheckRun& run) {
     if (run.order.m_orders.size() <= 1) return true;
-    return failCheck(run, QString::fromUtf8(run.family.m_pszTooManyLines));
+    const char* report = run.family.m_pszTooManyLines;
+    return failCheck(run, QString::fromUtf8(report != nullptr ? report : kTooManyLines));
 }
 
 bool resolveAccounts(CCheckRun& run) {
@@ -119,8 +126,7 @@ void takeSetting(CCheckRun& run) {
     if (order.m_strOrderSetting.empty()) return;
     const ESettingText rule = run.family.m_eSettingText;
     if (rule == ESettingText::OrderKindThenPlain) run.setting.m_eOrderType = order.m_eOrderType;
-    // Where the kind counts, the text of an algorithm order is kept for the command's parameter text.
-    if (rule != ESettingText::Always && knservice::DataHelper::isAlgoOrderType(order.m_eOrderType)) return;
+    if (!isSettingTextRead(rule, order.m_eOrderType)) return;
     orderSettingFromString(run.setting, QString::fromStdString(order.m_strOrderSetting));
 }
 

@@ -17,6 +17,9 @@ namespace TC {
 
 struct CCheckRun;
 
+/// What nearly all families say about an order of several lines.
+inline constexpr char kTooManyLines[] = "[%1]　通道号: %2, 下单参数不合法!";
+
 /// What happens to a non-empty setting text of an order.
 enum class ESettingText {
     OrderKindThenPlain, ///< the setting takes the order's order kind; the text is read unless that is an
@@ -39,17 +42,19 @@ enum class ESplitInstrument { Named, Unnamed };
 /// places say. Of the functions, one that is null means that the family has no such step.
 struct CFamilyCheck {
     EOrderStrategyTradeType m_eTradeType;
-    const char* m_pszTooManyLines; ///< report where an order of one line has several
+    /// Report where an order of one line has several. Null stands for kTooManyLines.
+    const char* m_pszTooManyLines;
     ESettingText m_eSettingText;
     EQuoteWait m_eQuoteWait;
     ESplitInstrument m_eSplitInstrument;
     /// Puts what the line says of the setting into it, before the setting text is read.
     void (*m_pfnLineIntoSetting)(const COrderSingleParam& line, COrderSetting& setting);
-    /// Resolves run.code, which came with the order; reports and returns false where it cannot.
+    /// Resolves run.code, which came with the order; reports and returns false where it cannot. Null: such a
+    /// code is taken as it stands.
     bool (*m_pfnResolveCode)(CCheckRun& run);
     /// Whether run.code, wherever it came from, can be traded; reports where not.
     bool (*m_pfnCheckCode)(const CCheckRun& run);
-    /// Whether the price can be used; reports where not.
+    /// Whether the price can be used; reports where not. Null: any price goes on, a missing one too.
     bool (*m_pfnCheckPrice)(const CCheckRun& run);
     /// The volume that an amount of money buys. Null: an amount has no effect.
     int (*m_pfnVolumeOfAmount)(const CCheckRun& run);

@@ -45,7 +45,7 @@ bool checkVolumes(const CCheckRun& run) {
 
 constexpr CFamilyCheck kFutureCheck = {
     EOrderStrategyTradeType::Future,
-    "[%1]　通道号: %2, 下单参数不合法!",
+    kTooManyLines,
     ESettingText::PlainOnly,
     EQuoteWait::AlsoSpecified,
     ESplitInstrument::Named,
@@ -60,7 +60,7 @@ constexpr CFamilyCheck kFutureCheck = {
 
 constexpr CFamilyCheck kFutureOptionCheck = {
     EOrderStrategyTradeType::FutureOption,
-    "[%1]　通道号: %2, 下单参数不合法!",
+    kTooManyLines,
     ESettingText::Always,
     EQuoteWait::AlsoSpecified,
     ESplitInstrument::Named,

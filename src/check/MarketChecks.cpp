@@ -55,7 +55,7 @@ bool checkPrice(const CCheckRun& run) {
 
 constexpr CFamilyCheck marketCheck(EOrderStrategyTradeType tradeType, bool (*resolve)(CCheckRun&)) {
     return {tradeType,
-            "[%1]　通道号: %2, 下单参数不合法!",
+            kTooManyLines,
             ESettingText::Always,
             EQuoteWait::UnlessSpecified,
             ESplitInstrument::Named,

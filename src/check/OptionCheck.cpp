@@ -24,7 +24,7 @@ bool checkPrice(const CCheckRun& run) {
 
 constexpr CFamilyCheck kOptionCheck = {
     EOrderStrategyTradeType::StockOption,
-    "[%1]　通道号: %2, 下单参数不合法!",
+    kTooManyLines,
     ESettingText::Always,
     EQuoteWait::UnlessSpecified,
     ESplitInstrument::Named,

@@ -27,7 +27,7 @@ bool checkPrice(const CCheckRun& run) {
 
 int unitVolumeOfAmount(const CCheckRun& run) {
     const CStockInfo& stock = run.stock();
-    // The same digits on the other market name another instrument, so the market is asked for too.
+    // The type is kept for SH alone, and the same six digits on SZ are another instrument with a real price.
     const bool isParPriced = stock.m_strMarket == "SH" &&
                              knservice::isTypedStock(knservice::kTypeParPriced, "SH", stock.m_strCode, {});
     return roundToUnit(run, volumeOfAmount(run, isParPriced ? kParPrice : kUnsetDouble));
@@ -46,7 +46,7 @@ void finishFundRecord(const CCheckRun& run, int volume, CCodeOrderParam& record)
 
 constexpr CFamilyCheck kStockCheck = {
     EOrderStrategyTradeType::Stock,
-    "[%1]　通道号: %2, 下单参数不合法!",
+    kTooManyLines,
     ESettingText::OrderKindThenPlain,
     EQuoteWait::UnlessSpecified,
     ESplitInstrument::Named,

@@ -16,7 +16,8 @@ public:
     virtual void
     visitStrategies(const std::function<void(int channel, const COrderStrategyParam&)>& visit) = 0;
 
-    /// A copy of the strategy, or none where the channel has none. Waits for a pass of the file loop to end.
+    /// A copy of the strategy as it is now, or none where the channel has none. Waits for no pass of the file
+    /// loop.
     virtual std::optional<COrderStrategyParam> copyStrategy(int channel) = 0;
 
 protected:

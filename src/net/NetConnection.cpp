@@ -2,6 +2,7 @@
 
 #include "net/NetManager.h"
 
+#include <chrono>
 #include <utility>
 
 namespace net {
@@ -12,6 +13,11 @@ using boost::system::error_code;
 
 /// So many unsent bytes and nothing more is read from the peer until it has taken most of them.
 constexpr std::size_t kCrowded = 256 * 1024;
+
+/// How long a connection that is to end waits for its peer.
+constexpr std::chrono::seconds kEndLimit{5};
+
+constexpr int kReadsPerTurn = 16;
 
 /// Room for replies that a connection keeps between reads.
 constexpr std::size_t kKept = 4096;
@@ -41,22 +47,30 @@ bool NetConnection::isCrowded() const {
 }
 
 void NetConnection::waitForData() {
-    if (m_bReading || m_bFinishing || !isOpen() || isCrowded()) return;
+    if (m_bReading || !isOpen() || isCrowded()) return;
     m_bReading = true;
-    m_socket.async_wait(asio::ip::tcp::socket::wait_read,
-                        [self = shared_from_this(), keep = m_manager.keepAlive()](const error_code& error) {
-                            self->m_bReading = false;
-                            if (!error) self->onReadable();
-                        });
+    // Reading rather than waiting to read: a busy peer's next line is there already and costs no look at
+    // what is ready.
+    m_socket.async_read_some(asio::buffer(m_first), [self = shared_from_this(), keep = m_manager.keepAlive()](
+                                                        const error_code& error, std::size_t length) {
+        self->m_bReading = false;
+        self->onRead(error, length);
+    });
 }
 
-void NetConnection::onReadable() {
+void NetConnection::onRead(const error_code& error, std::size_t length) {
+    if (!isOpen()) return;
+    if (m_bFinishing) {
+        m_bPeerEnded = m_bPeerEnded || error == asio::error::eof;
+        if (!m_bWriting) discard();
+        return;
+    }
     const NetConnectionPtr self = shared_from_this();
     m_bHandling = true;
-    m_manager.receive(self);
+    m_manager.receive(self, error, length);
     m_bHandling = false;
     flush();
-    waitForData();
+    if (!m_bFinishing) waitForData();
 }
 
 /// Hands the system as much as it takes.
@@ -75,7 +89,7 @@ void NetConnection::flush() {
     m_unsent.clear();
     // An idle connection keeps little.
     if (m_unsent.capacity() > kKept) std::vector<unsigned char>().swap(m_unsent);
-    if (m_bFinishing) close();
+    if (m_bFinishing) drain();
 }
 
 void NetConnection::waitForRoom() {
@@ -85,20 +99,46 @@ void NetConnection::waitForRoom() {
                             self->m_bWriting = false;
                             if (error) return;
                             self->flush();
-                            self->waitForData();
+                            if (!self->m_bFinishing) self->waitForData();
                         });
 }
 
-/// Closes the connection behind what is left to send.
+/// Ends the connection behind what is left to send.
 void NetConnection::finish() {
+    if (m_bFinishing || !isOpen()) return;
     m_bFinishing = true;
+    limitTheEnd();
     flush();
+}
+
+void NetConnection::drain() {
+    if (!isOpen()) return;
+    error_code ignored;
+    m_socket.shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
+    discard();
+}
+
+/// Takes what the peer still sends, without a look.
+void NetConnection::discard() {
+    error_code error;
+    for (int i = 0; i < kReadsPerTurn && !m_bPeerEnded && !error; ++i)
+        m_manager.readInto(*this, 0, error);
+    if (!m_bPeerEnded && (!error || error == asio::error::would_block)) return waitForData();
+    close();
+}
+
+void NetConnection::limitTheEnd() {
+    m_endLimit = std::make_unique<asio::steady_timer>(m_socket.get_executor(), kEndLimit);
+    m_endLimit->async_wait([self = shared_from_this()](const error_code& error) {
+        if (!error) self->close();
+    });
 }
 
 void NetConnection::close() {
     error_code ignored;
     m_socket.shutdown(asio::ip::tcp::socket::shutdown_both, ignored);
     m_socket.close(ignored);
+    if (m_endLimit) m_endLimit->cancel(ignored);
 }
 
 } // namespace net

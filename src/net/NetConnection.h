@@ -2,10 +2,13 @@
 
 #include <boost/asio/io_service.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/steady_timer.hpp>
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <array>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +22,10 @@ class NetManager;
 /// What is sent goes out at once, or, while the manager handles data of this connection, in one piece
 /// behind that. Bytes that the peer does not take yet wait here, and while too many wait nothing is read from
 /// the peer: a slow reader holds up itself only.
+///
+/// A connection that is to end first sends what waits, then tells the peer that nothing more comes, and takes
+/// what the peer still sends without a look: a socket that closes over unread bytes would take back replies
+/// that are on their way. A peer that does not play along is cut off after a few seconds.
 class NetConnection : public boost::enable_shared_from_this<NetConnection> {
 public:
     /// Takes an accepted socket. The manager outlives the connection's last call-back.
@@ -40,9 +47,12 @@ private:
     friend class NetManager;
 
     void waitForData();
-    void onReadable();
+    void onRead(const boost::system::error_code& error, std::size_t length);
     void waitForRoom();
     void finish();
+    void drain();
+    void discard();
+    void limitTheEnd();
     void close();
     bool isOpen() const { return m_socket.is_open(); }
     bool hasUnsent() const { return m_nSent < m_unsent.size(); }
@@ -52,12 +62,15 @@ private:
     NetManager& m_manager;
     std::string m_strPeerAddress;
     int m_nPeerPort = 0;
-    std::vector<unsigned char> m_unsent; ///< bytes to send, gone out up to m_nSent
+    std::array<unsigned char, 1024> m_first; ///< the front of what is read; the rest is the manager's
+    std::vector<unsigned char> m_unsent;     ///< bytes to send, gone out up to m_nSent
     std::size_t m_nSent = 0;
     bool m_bHandling = false;  ///< data is being handled: what is sent waits for the end of that
     bool m_bReading = false;   ///< waits for data of the peer
     bool m_bWriting = false;   ///< waits for the peer to make room
-    bool m_bFinishing = false; ///< to be closed as soon as all is sent
+    bool m_bFinishing = false; ///< to be closed: sends what waits and takes nothing more
+    bool m_bPeerEnded = false; ///< the peer sends nothing more
+    std::unique_ptr<boost::asio::steady_timer> m_endLimit; ///< made for the end alone
 };
 
 using NetConnectionPtr = boost::shared_ptr<NetConnection>;

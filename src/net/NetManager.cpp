@@ -4,6 +4,8 @@
 #include <boost/asio/error.hpp>
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+
 namespace net {
 namespace {
 
@@ -32,35 +34,45 @@ void NetManager::removeConnection(const NetConnectionPtr& conn) {
 void NetManager::open(const NetConnectionPtr& conn) {
     try {
         onConnected(conn);
-    } catch (...) {
-        return conn->close();
-    }
-    conn->waitForData();
-}
-
-/// Reads what is there and hands it on. The end of the stream and errors end the connection; what the peer
-/// has not read yet is still sent where it has only closed its own side.
-void NetManager::receive(const NetConnectionPtr& conn) {
-    error_code error;
-    const std::size_t length = conn->m_socket.read_some(boost::asio::buffer(m_received), error);
-    if (error == boost::asio::error::would_block || error == boost::asio::error::interrupted) return;
-    if (error == boost::asio::error::eof) {
-        onDisconnected(0, conn);
-        return conn->finish();
-    }
-    if (error) return fail(conn, error.value());
-    try {
-        onDataReceived(m_received, static_cast<int>(length), conn);
+        conn->waitForData();
     } catch (...) {
         fail(conn, boost::system::errc::not_enough_memory);
     }
 }
 
+/// Reads into the shared buffer from `begin` on, without waiting, and marks the end of the stream.
+std::size_t NetManager::readInto(NetConnection& conn, std::size_t begin, error_code& error) {
+    const auto room = boost::asio::buffer(m_received) + begin;
+    const std::size_t length = conn.m_socket.read_some(room, error);
+    if (error == boost::asio::error::eof) conn.m_bPeerEnded = true;
+    return length;
+}
+
+/// Hands on what was read, with what stands behind it. The end of the stream and errors end the connection;
+/// what the peer has not read yet is still sent where it has only closed its own side.
+void NetManager::receive(const NetConnectionPtr& conn, error_code error, std::size_t length) {
+    std::copy_n(conn->m_first.begin(), length, m_received.begin());
+    if (length == conn->m_first.size()) length += readInto(*conn, length, error);
+    if (error == boost::asio::error::would_block || error == boost::asio::error::interrupted) error.clear();
+    conn->m_bPeerEnded = conn->m_bPeerEnded || error == boost::asio::error::eof;
+    try {
+        if (length > 0) onDataReceived(m_received, static_cast<int>(length), conn);
+        if (!error || conn->m_bFinishing) return;
+        if (!conn->m_bPeerEnded) return fail(conn, error.value());
+        onDisconnected(0, conn);
+    } catch (...) {
+        // What was answered up to here still goes out.
+        onDisconnected(boost::system::errc::not_enough_memory, conn);
+    }
+    conn->finish();
+}
+
 void NetManager::fail(const NetConnectionPtr& conn, int code) {
     if (!conn->isOpen()) return;
+    const bool isKnown = !conn->m_bFinishing;
     conn->close();
     // One that was removed or has told its end is only being emptied.
-    if (!conn->m_bFinishing) onDisconnected(code, conn);
+    if (isKnown) onDisconnected(code, conn);
 }
 
 } // namespace net

@@ -4,6 +4,7 @@
 
 #include <boost/asio/io_service.hpp>
 
+#include <cstddef>
 #include <vector>
 
 namespace net {
@@ -20,7 +21,8 @@ public:
     /// A connection is there; nothing has been read from it.
     virtual void onConnected(NetConnectionPtr conn) = 0;
     /// The connection has ended by the peer's hand or an error; `code` is the system's error number, 0 for an
-    /// orderly end. Not called for connections that removeConnection closed.
+    /// orderly end. Not called for
+    /// connections that removeConnection closed.
     virtual void onDisconnected(int code, NetConnectionPtr conn) = 0;
     /// `length` new bytes stand at the front of `data`, which is the manager's and valid during the call.
     virtual void onDataReceived(const std::vector<unsigned char>& data, int length,
@@ -46,7 +48,8 @@ private:
 
     /// Keeps the manager alive while one of its connections waits for something.
     virtual boost::shared_ptr<void> keepAlive() = 0;
-    void receive(const NetConnectionPtr& conn);
+    std::size_t readInto(NetConnection& conn, std::size_t begin, boost::system::error_code& error);
+    void receive(const NetConnectionPtr& conn, boost::system::error_code error, std::size_t length);
     void fail(const NetConnectionPtr& conn, int code);
 
     boost::asio::io_service& m_io;

@@ -15,6 +15,8 @@ using boost::system::error_code;
 /// How long taking connections rests when the process has no descriptors or memory for another one.
 constexpr std::chrono::milliseconds kAcceptPause{100};
 
+constexpr int kAcceptsPerTurn = 16;
+
 } // namespace
 
 NetServer::NetServer(asio::io_service& io, std::string ip, unsigned short port, bool /*isFramed*/,
@@ -69,13 +71,17 @@ bool NetServer::isStopped() const {
 void NetServer::waitForClient() {
     if (m_bStopped) return;
     m_acceptor.async_wait(tcp::acceptor::wait_read, [self = shared_from_this()](const error_code& error) {
-        if (!error) self->acceptAll();
+        if (!error) self->acceptSome();
     });
 }
 
-void NetServer::acceptAll() {
-    while (acceptOne()) {
+/// Takes some of the connections that wait, so that a crowd at the door leaves the others their turn.
+void NetServer::acceptSome() {
+    for (int i = 0; i < kAcceptsPerTurn; ++i) {
+        if (!acceptOne()) return;
     }
+    const std::lock_guard lock(m_mutex);
+    waitForClient();
 }
 
 /// Takes one connection; false where none waits, and then the next wait is on its way.
@@ -91,14 +97,19 @@ bool NetServer::acceptOne() {
     if (error == asio::error::would_block) return false;
     const bool isGone = error == asio::error::connection_aborted || error == asio::error::interrupted;
     if (error && !isGone) pauseAccepting();
-    if (!error) onAccept(createConnection(std::move(socket)));
-    return !error || isGone;
+    if (error) return isGone;
+    try {
+        onAccept(createConnection(std::move(socket)));
+    } catch (...) {
+        // No memory for this one; the next may come.
+    }
+    return true;
 }
 
 void NetServer::pauseAccepting() {
     m_pause.expires_after(kAcceptPause);
     m_pause.async_wait([self = shared_from_this()](const error_code& error) {
-        if (!error) self->acceptAll();
+        if (!error) self->acceptSome();
     });
 }
 

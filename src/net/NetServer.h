@@ -40,7 +40,7 @@ protected:
 private:
     boost::shared_ptr<void> keepAlive() override { return shared_from_this(); }
     void waitForClient();
-    void acceptAll();
+    void acceptSome();
     bool acceptOne();
     void pauseAccepting();
 

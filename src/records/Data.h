@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Bson.h"
+
 #include <string>
 
 namespace knservice {
@@ -11,6 +13,14 @@ public:
 
     /// The text under which the host keeps the record; empty where it has none.
     virtual std::string getKey() const { return {}; }
+
+    /// The record as a document; a record that is not stored gives the empty one.
+    virtual bson::BSONObj toBson() const { return {}; }
+
+    /// Fills the record from a document that toBson gave, perhaps by way of its JSON text: integers are then
+    /// as narrow as they fit. Throws bson::CError for a document that is not the record's. A record that is
+    /// not stored stays as it is.
+    virtual void bsonValueFromObj(const bson::BSONObj&) {}
 
 protected:
     IData() = default;

@@ -11,6 +11,7 @@
 #include "platform/TradeFrameworkSource.h"
 #include "platform/UserConfig.h"
 #include "service/HandOver.h"
+#include "service/Settings.h"
 #include "service/StrategyRegistry.h"
 #include "socket/SocketListeners.h"
 #include "variants/OrderServiceUnion.h"
@@ -46,6 +47,11 @@ bool isSplitUser(const CUserConfig* user) {
 
 void reportUnbuiltVariant() {
     showServiceMsg(QStringLiteral("[接口单]　此版本尚不支持分步下单服务, 指令未执行!"));
+}
+
+void reportClosed(int orders) {
+    showServiceMsg(utils::fillText(QStringLiteral("[接口单]　下单服务已关闭, %1条指令未执行!"),
+                                   {QString::number(orders)}));
 }
 
 } // namespace
@@ -109,9 +115,10 @@ COrderService::~COrderService() {
 void COrderService::shutdown() {
     if (!m_threads->service.isRunning()) return;
     disconnectHost();
+    m_registry->closeDoors();
     m_fileService->stop();
     if (m_threads->file.joinable()) m_threads->file.join();
-    m_listeners->shutdown();
+    m_listeners->joinAll();
     // Events are served in order: when this one has had its turn, every batch posted before has too.
     std::promise<void> workedOff;
     m_threads->handOver.around([&] {
@@ -126,7 +133,7 @@ void COrderService::shutdown() {
 
 void COrderService::loadFromConfig(bool showMsg) {
     const std::lock_guard lock(m_registry->mutex());
-    if (m_bClosed) return;
+    if (m_registry->isClosing()) return;
     CUserConfig* user = getUserConfig();
     m_registry->bind(user != nullptr ? user->getStrategyMap() : nullptr);
     if (user == nullptr) return;
@@ -161,6 +168,19 @@ void COrderService::startFileThread() {
     });
 }
 
+void COrderService::loadSettings(QDomElement& element) {
+    loadInterfaces(element, m_interfaces);
+}
+
+void COrderService::saveSettings(QDomElement& element, QDomDocument& document) {
+    saveInterfaces(knservice::CTradeFrameworkSource::instance().getAllInterfaces(), element, document);
+}
+
+/// What the service's own thread brings while the last batches are worked off is still worked off with them.
+bool COrderService::isRefusing() const {
+    return m_bClosed && QThread::currentThread() != thread();
+}
+
 void COrderService::placeorder(COrderParam order) {
     placeOrders({std::move(order)});
 }
@@ -168,12 +188,10 @@ void COrderService::placeorder(COrderParam order) {
 void COrderService::placeOrders(QVector<COrderParam> orders) {
     bool isClosed = false;
     m_threads->handOver.around([&] {
-        isClosed = m_bClosed;
+        isClosed = isRefusing();
         if (!isClosed) emit sigPlaceOrders(std::move(orders));
     });
-    if (!isClosed || orders.isEmpty()) return;
-    showServiceMsg(utils::fillText(QStringLiteral("[接口单]　下单服务已关闭, %1条指令未执行!"),
-                                   {QString::number(orders.size())}));
+    if (isClosed && !orders.isEmpty()) reportClosed(orders.size());
 }
 
 void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) {
@@ -184,7 +202,12 @@ void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) 
 }
 
 void COrderService::cancelOrder(int taskId) {
-    m_threads->handOver.around([&] { emit sigCancelOrder(taskId); });
+    bool isClosed = false;
+    m_threads->handOver.around([&] {
+        isClosed = isRefusing();
+        if (!isClosed) emit sigCancelOrder(taskId);
+    });
+    if (isClosed) reportClosed(1);
 }
 
 void COrderService::cancelOrders(std::vector<std::string>& fields) {
@@ -228,10 +251,7 @@ COrderStrategyParam* COrderService::getStrategy(int id) {
 }
 
 int COrderService::startOrderStrategy(int id, QString& error, bool showMsg) {
-    const std::lock_guard lock(m_registry->mutex());
-    if (!m_bClosed) return m_registry->start(id, error, showMsg);
-    error = QStringLiteral("下单服务已关闭");
-    return -1;
+    return m_registry->start(id, error, showMsg);
 }
 
 int COrderService::stopOrderStrategy(int id, QString& error) {

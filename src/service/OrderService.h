@@ -6,6 +6,7 @@
 #include "records/CommandParam.h"
 #include "records/OrderParam.h"
 #include "records/StrategyParam.h"
+#include "records/TradeInterface.h"
 
 #include <QMap>
 #include <QObject>
@@ -17,6 +18,9 @@
 #include <optional>
 #include <string>
 #include <vector>
+
+class QDomDocument;
+class QDomElement;
 
 namespace TC {
 
@@ -56,6 +60,21 @@ public:
     /// was taken from a file is lost. Afterwards the object accepts nothing more: orders are refused with a
     /// message, strategies do not start, and a second call does nothing. Not on the service's own thread.
     void shutdown();
+
+    /// The interfaces of the trade framework in the host's settings document. The host calls these three on
+    /// one thread at a time, and links Qt Xml for the document.
+
+    /// Reads the interfaces below the first element "interfaceTrade" that stands anywhere below `element` and
+    /// adds them to those read before; without one does nothing. Throws bson::CError at an interface whose
+    /// text is bad or missing; those before it have been added then.
+    void loadSettings(QDomElement& element);
+    /// Appends what CTradeFrameworkSource::getAllInterfaces gives, and not what was loaded, to `element`,
+    /// which is an "interfaceTrade" of the document that the host has made: one child for each interface,
+    /// with its name as tag. The document does not hold names to what XML allows, and an interface with an
+    /// empty name is not in it.
+    void saveSettings(QDomElement& element, QDomDocument& document);
+    /// What loadSettings has read, in that order.
+    const knservice::TradeInterfaceList& interfaces() const { return m_interfaces; }
 
     /// Any thread; queued. On the service's own thread the orders are worked off before the call returns.
     void placeorder(COrderParam order) override;
@@ -125,6 +144,7 @@ private:
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();
+    bool isRefusing() const;
     void renewStrategy(int channel);
 
     struct CThreads;
@@ -138,6 +158,7 @@ private:
     std::vector<QMetaObject::Connection> m_hostConnections;
     COrderStrategyMap* m_pInHand = nullptr; ///< strategies of the batch in hand; the service's thread alone
     std::atomic<bool> m_bClosed{false};
+    knservice::TradeInterfaceList m_interfaces;
 };
 
 } // namespace TC

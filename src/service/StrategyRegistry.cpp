@@ -82,7 +82,15 @@ QString messageHead(const COrderStrategyParam& strategy) {
 
 void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
+    // Nobody who logged in to a listener of one user may trade on another's accounts.
+    if (m_pStrategies != nullptr && m_pStrategies != strategies) m_listeners.closeAll();
     change([&] { m_pStrategies = strategies; });
+}
+
+void CStrategyRegistry::closeDoors() {
+    const std::lock_guard lock(m_mutex);
+    m_bClosing = true;
+    m_listeners.closeAll();
 }
 
 bool CStrategyRegistry::isBound() const {
@@ -96,7 +104,9 @@ void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& fi
     filter(&kept);
     const QList<int> channels = m_pStrategies->keys();
     for (const int channel : channels) {
-        if (!kept.contains(channel)) change([&] { m_pStrategies->remove(channel); });
+        if (kept.contains(channel)) continue;
+        leaveListener(*find(channel));
+        change([&] { m_pStrategies->remove(channel); });
     }
 }
 
@@ -159,8 +169,15 @@ int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
         error = QStringLiteral("策略%1不存在").arg(id);
         return kFailure;
     }
+    if (m_bClosing) {
+        error = QStringLiteral("下单服务已关闭");
+        return kFailure;
+    }
     const bool wasRunning = strategy->isRunning();
     if (!startChecked(*strategy, error)) return kFailure;
+    // The host has heard of the source by now and may have removed the strategy.
+    strategy = find(id);
+    if (strategy == nullptr) return kSuccess;
     change([&] { strategy->m_nStatus = COrderStrategyParam::kRunning; });
     const QString head = messageHead(*strategy);
     m_onStatus(hasRunning());
@@ -216,6 +233,8 @@ int CStrategyRegistry::stop(int id, QString& error) {
     }
     const bool isSignal = strategy->m_eStrategyType == EOrderStrategyType::Signal;
     if (isSignal && !m_listeners.leave(*strategy, error)) return kFailure;
+    strategy = find(id);
+    if (strategy == nullptr) return kSuccess;
     change([&] {
         strategy->m_nStatus = COrderStrategyParam::kStopped;
         strategy->m_nStartCount = 0;
@@ -235,8 +254,15 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
         if (strategy == nullptr || !strategy->isRunning()) continue;
         change([&] { strategy->m_nStatus = COrderStrategyParam::kStopped; });
         QString dropped;
-        start(channel, dropped, showMsg);
+        if (start(channel, dropped, showMsg) == kSuccess) continue;
+        // One that listened before and may not go on must not be left with an open door.
+        if (const COrderStrategyParam* failed = find(channel)) leaveListener(*failed);
     }
+}
+
+void CStrategyRegistry::leaveListener(const COrderStrategyParam& strategy) {
+    QString dropped;
+    if (strategy.m_eStrategyType == EOrderStrategyType::Signal) (void)m_listeners.leave(strategy, dropped);
 }
 
 COrderStrategyMap CStrategyRegistry::copy() {

@@ -42,6 +42,11 @@ public:
     /// Starts what the configuration remembers as running; what fails stays stopped.
     void restartRemembered(bool showMsg);
 
+    /// Closes the listeners for good: no strategy starts any more.
+    void closeDoors();
+    /// With the mutex held.
+    bool isClosing() const { return m_bClosing; }
+
     COrderStrategyMap copy();
     /// A copy of one strategy as it is now. Does not wait for operations and passes.
     std::optional<COrderStrategyParam> copyOne(int id) const;
@@ -51,6 +56,7 @@ public:
 
 private:
     int nextId() const;
+    void leaveListener(const COrderStrategyParam& strategy);
     bool startChecked(COrderStrategyParam& strategy, QString& error);
     bool openSource(const CUserConfig& user, const COrderStrategyParam& strategy, QString& error);
 
@@ -68,6 +74,7 @@ private:
     COrderStrategyMap* m_pStrategies = nullptr;
     CStatusListener m_onStatus;
     CSocketListeners& m_listeners;
+    bool m_bClosing = false;
 };
 
 } // namespace TC

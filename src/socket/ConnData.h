@@ -22,16 +22,15 @@ struct ConnData {
 
     ConnData() : m_scratch(kScratchSize) {}
 
-    std::vector<unsigned char>
-        m_scratch;                ///< room for the client's extensions; nothing here reads or writes it
-    QByteArray m_buffer;          ///< received and not consumed
-    std::int64_t m_nBuffered = 0; ///< valid bytes of m_buffer
+    std::vector<unsigned char> m_scratch; ///< part of the record; nothing reads or writes it
+    QByteArray m_buffer;                  ///< received and not consumed
+    std::int64_t m_nBuffered = 0;         ///< valid bytes of m_buffer
     ELoginState m_eLoginState = ELoginState::Fresh;
     std::string m_strUser; ///< the last name given by `user`
 
-    int m_nScanned = 0;        ///< bytes of m_buffer that hold no line feed
-    int m_nFailedLogins = 0;   ///< failed `pass` lines since the last good one
-    double m_dConnectedAt = 0; ///< utils::getTime() at connect, seconds
+    int m_nScanned = 0;          ///< bytes of m_buffer that hold no line feed
+    int m_nFailedLogins = 0;     ///< failed `pass` lines since the last good one
+    double m_dStrangerSince = 0; ///< utils::getTime() when it connected or was last logged out, seconds
 };
 
 } // namespace TC

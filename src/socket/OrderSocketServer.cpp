@@ -46,8 +46,9 @@ void sendText(net::NetConnection& conn, const std::vector<unsigned char>& text) 
 
 /// The text behind a verb: up to the first zero byte, without white space at both ends.
 std::string_view trimArgument(std::string_view text) {
-    const std::locale& classic = std::locale::classic();
-    const auto isBlank = [&](char c) { return std::isspace(c, classic); };
+    // Looked up once: std::isspace would search the locale for every character.
+    static const auto& kinds = std::use_facet<std::ctype<char>>(std::locale::classic());
+    const auto isBlank = [](char c) { return kinds.is(std::ctype_base::space, c); };
     text = text.substr(0, text.find('\0'));
     while (!text.empty() && isBlank(text.front()))
         text.remove_prefix(1);
@@ -69,9 +70,14 @@ bool isSameSecret(std::string_view given, std::string_view expected) {
 
 void logLine(const void* server, std::string_view line, const std::vector<unsigned char>& reply) {
     if (!utils::CLogCenter::logEnabled()) return;
-    const std::string whole(reply.begin(), reply.end());
-    const auto text = boost::format("socket receive: %1%, reply: %2%") % line % whole;
-    utils::CLogCenter::log(utils::ELogLevel::Info, utils::kStdFileLogger, server, __FUNCTION__, text.str());
+    // The log is UTF-8, the line whatever the client sent.
+    const auto utf8 = [](const char* bytes, std::size_t size) {
+        return UW::sToQs(bytes, size).toStdString();
+    };
+    const auto text = boost::format("socket receive: %1%, reply: %2%") % utf8(line.data(), line.size()) %
+                      utf8(reinterpret_cast<const char*>(reply.data()), reply.size());
+    utils::CLogCenter::log(utils::ELogLevel::Info, utils::kStdFileLogger, server,
+                           "TC::COrderSocketServer::onDataReceived", text.str());
 }
 
 } // namespace
@@ -101,10 +107,9 @@ const CSocketVerb* CSocketVerb::find(std::string_view line) {
 
 COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string ip, unsigned short port,
                                        std::string user, std::string pass, IOrderGate& gate,
-                                       IStrategyRegistry& registry)
+                                       IStrategyRegistry& registry, QString source)
     : net::NetServer(io, ip, port, false, false), m_strUser(std::move(user)), m_strPass(std::move(pass)),
-      m_gate(gate), m_registry(registry),
-      m_strSource(QString::fromStdString(ip + ":" + std::to_string(port))), m_guard(!m_strUser.empty()),
+      m_gate(gate), m_registry(registry), m_strSource(std::move(source)), m_guard(!m_strUser.empty()),
       m_loginWatch(io) {}
 
 COrderSocketServer::~COrderSocketServer() = default;
@@ -115,14 +120,12 @@ void COrderSocketServer::onConnected(net::NetConnectionPtr conn) {
         return;
     }
     const auto data = boost::make_shared<ConnData>();
-    data->m_dConnectedAt = utils::getTime();
-    m_dNextDeadline = std::min(m_dNextDeadline, data->m_dConnectedAt + CSocketGuard::kLoginSeconds);
     m_connections[conn] = data;
+    startLoginClock(*data);
     std::vector<unsigned char> greeting(kGreetingSize);
     std::memcpy(greeting.data(), kGreeting, std::strlen(kGreeting));
     sendText(*conn, greeting);
     closeSilent();
-    watchLogins();
 }
 
 void COrderSocketServer::onDisconnected(int, net::NetConnectionPtr conn) {
@@ -194,7 +197,11 @@ COrderSocketServer::ENext COrderSocketServer::takeLine(std::string_view line,
         if (const char* word = m_guard.refuseLogins(data)) return refuse(conn, word);
     }
     sendText(*conn, reply);
-    if (verb != nullptr) logLine(this, line, reply);
+    try {
+        if (verb != nullptr) logLine(this, line, reply);
+    } catch (...) {
+        // A log that fails costs its line; the reply stands.
+    }
     return ENext::GoOn;
 }
 
@@ -203,15 +210,28 @@ COrderSocketServer::ENext COrderSocketServer::refuse(const net::NetConnectionPtr
     CReply reply(kReplySize);
     writeError(reply, word);
     sendText(*conn, reply);
-    tellDoor(EDoorEvent::Refused, *conn, word);
+    tellRefusal(*conn, word);
     removeConnection(conn);
     m_connections.erase(conn);
     return ENext::Closed;
 }
 
+/// The connection is a stranger's from now on: it has its time to log in.
+void COrderSocketServer::startLoginClock(ConnData& data) {
+    if (!m_guard.isOn() || m_strUser.empty()) return;
+    data.m_dStrangerSince = utils::getTime();
+    m_dNextDeadline = std::min(m_dNextDeadline, data.m_dStrangerSince + CSocketGuard::kLoginSeconds);
+    watchLogins();
+}
+
+void COrderSocketServer::logOut(ConnData& data) {
+    if (data.m_eLoginState == ELoginState::LoggedIn) startLoginClock(data);
+    data.m_eLoginState = ELoginState::Named;
+}
+
 void COrderSocketServer::onUser(std::string_view argument, ConnData& data, CReply& reply) {
     data.m_strUser = std::string(argument);
-    data.m_eLoginState = ELoginState::Named;
+    logOut(data);
     writeOk(reply);
 }
 
@@ -224,7 +244,7 @@ void COrderSocketServer::onPass(std::string_view argument, ConnData& data, CRepl
         data.m_nFailedLogins = 0;
         return writeOk(reply);
     }
-    data.m_eLoginState = ELoginState::Named;
+    logOut(data);
     ++data.m_nFailedLogins;
     writeError(reply, kBadLogin);
 }
@@ -273,10 +293,9 @@ void COrderSocketServer::onCancel(std::string_view argument, ConnData& data, CRe
     }
 }
 
-/// Looks after those who have yet to log in, once a second while there are any.
+/// Looks after those who have yet to log in, once a second while there may be any.
 void COrderSocketServer::watchLogins() {
-    const bool isNeeded = m_guard.isOn() && !m_strUser.empty() && !m_connections.empty();
-    if (m_bWatching || !isNeeded) return;
+    if (m_bWatching || m_dNextDeadline == kNoDeadline) return;
     m_bWatching = true;
     m_loginWatch.expires_after(kLoginWatch);
     m_loginWatch.async_wait([this, self = shared_from_this()](const boost::system::error_code& error) {
@@ -298,11 +317,31 @@ void COrderSocketServer::closeSilent() {
         if (m_guard.refuseSilence(*data, now) != nullptr) {
             silent.push_back(conn);
         } else {
-            m_dNextDeadline = std::min(m_dNextDeadline, data->m_dConnectedAt + CSocketGuard::kLoginSeconds);
+            m_dNextDeadline = std::min(m_dNextDeadline, data->m_dStrangerSince + CSocketGuard::kLoginSeconds);
         }
     }
     for (const net::NetConnectionPtr& conn : silent)
         refuse(conn, m_guard.refuseSilence(*m_connections.at(conn), now));
+}
+
+/// A crowd of refused connections must not fill the records of a host: beyond some in a second they are only
+/// counted, and the next one that is told tells how many.
+void COrderSocketServer::tellRefusal(const net::NetConnection& conn, const char* word) {
+    constexpr int kToldPerSecond = 10;
+    const double now = utils::getTime();
+    if (now - m_dRefusalSecond >= 1) {
+        m_dRefusalSecond = now;
+        m_nRefusalsTold = 0;
+    }
+    if (m_nRefusalsTold >= kToldPerSecond) {
+        ++m_nRefusalsUntold;
+        return;
+    }
+    ++m_nRefusalsTold;
+    std::string cause = word;
+    if (m_nRefusalsUntold > 0) cause += ", and " + std::to_string(m_nRefusalsUntold) + " others before it";
+    m_nRefusalsUntold = 0;
+    tellDoor(EDoorEvent::Refused, conn, cause.c_str());
 }
 
 void COrderSocketServer::tellDoor(EDoorEvent event, const net::NetConnection& conn, const char* cause) const {

@@ -30,8 +30,9 @@ struct CSocketVerb;
 class COrderSocketServer : public net::NetServer {
 public:
     /// An empty user means that no login is needed. User and password are UTF-8 and compared byte for byte.
+    /// source: the address as the strategy names it, for the audit.
     COrderSocketServer(boost::asio::io_service& io, std::string ip, unsigned short port, std::string user,
-                       std::string pass, IOrderGate& gate, IStrategyRegistry& registry);
+                       std::string pass, IOrderGate& gate, IStrategyRegistry& registry, QString source);
     ~COrderSocketServer() override;
 
     void onConnected(net::NetConnectionPtr conn) override;
@@ -58,8 +59,11 @@ private:
     ENext takeLine(std::string_view line, const net::NetConnectionPtr& conn, ConnData& data);
     ENext checkLineEnd(const net::NetConnectionPtr& conn);
     ENext refuse(const net::NetConnectionPtr& conn, const char* word);
+    void startLoginClock(ConnData& data);
+    void logOut(ConnData& data);
     void watchLogins();
     void closeSilent();
+    void tellRefusal(const net::NetConnection& conn, const char* word);
     void tellDoor(EDoorEvent event, const net::NetConnection& conn, const char* cause) const;
 
     void onUser(std::string_view argument, ConnData& data, CReply& reply);
@@ -76,10 +80,13 @@ private:
 
     IOrderGate& m_gate;
     IStrategyRegistry& m_registry;
-    const QString m_strSource; ///< ip:port, for the audit
+    const QString m_strSource;
     const CSocketGuard m_guard;
     boost::asio::steady_timer m_loginWatch; ///< runs while somebody has yet to log in
     bool m_bWatching = false;
+    double m_dRefusalSecond = 0; ///< when the second began in which refusals are counted
+    int m_nRefusalsTold = 0;     ///< in that second
+    int m_nRefusalsUntold = 0;
     bool m_bStuck = false; ///< serves nobody any more, also in the moments between its stop and its end
     double m_dNextDeadline = kNoDeadline; ///< the earliest at which somebody may have been silent too long
 };

@@ -9,10 +9,10 @@ namespace TC {
 
 COrderSocketServerWrapper::COrderSocketServerWrapper(std::string ip, unsigned short port, std::string user,
                                                      std::string pass, IOrderGate& gate,
-                                                     IStrategyRegistry& registry)
+                                                     IStrategyRegistry& registry, QString source)
     : m_ioService(1),
       m_pServer(boost::make_shared<COrderSocketServer>(m_ioService, std::move(ip), port, std::move(user),
-                                                       std::move(pass), gate, registry)) {}
+                                                       std::move(pass), gate, registry, std::move(source))) {}
 
 COrderSocketServerWrapper::~COrderSocketServerWrapper() = default;
 

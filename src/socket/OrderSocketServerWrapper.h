@@ -13,7 +13,7 @@ namespace TC {
 class COrderSocketServerWrapper {
 public:
     COrderSocketServerWrapper(std::string ip, unsigned short port, std::string user, std::string pass,
-                              IOrderGate& gate, IStrategyRegistry& registry);
+                              IOrderGate& gate, IStrategyRegistry& registry, QString source);
     ~COrderSocketServerWrapper();
     COrderSocketServerWrapper(const COrderSocketServerWrapper&) = delete;
     COrderSocketServerWrapper& operator=(const COrderSocketServerWrapper&) = delete;

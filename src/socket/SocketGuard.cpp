@@ -25,8 +25,8 @@ const char* CSocketGuard::refuseLogins(const ConnData& connection) const {
 
 const char* CSocketGuard::refuseSilence(const ConnData& connection, double now) const {
     const bool isWaiting = m_bNeedsLogin && connection.m_eLoginState != ELoginState::LoggedIn;
-    return m_bOn && isWaiting && now - connection.m_dConnectedAt >= kLoginSeconds ? "No Login In Time"
-                                                                                  : nullptr;
+    return m_bOn && isWaiting && now - connection.m_dStrangerSince >= kLoginSeconds ? "No Login In Time"
+                                                                                    : nullptr;
 }
 
 } // namespace TC

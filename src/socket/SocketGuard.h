@@ -9,7 +9,7 @@ namespace TC {
 
 /// What makes a listener safe against strangers. Off unless the deployment switch "mdl_order_socket_guard" is
 /// on: the plain protocol has no limits. Gives a word for the refusal, or null where all is well; who is
-/// refused gets "-ERR", the word, and is closed.
+/// refused gets "-ERR", the word, and is closed. The switch is read when the listener starts.
 class CSocketGuard {
 public:
     static constexpr std::size_t kMaxConnections = 1000;

@@ -31,10 +31,10 @@ void serve(COrderSocketServerWrapper& wrapper) {
         try {
             wrapper.run();
             isDone = true;
-        } catch (const std::exception& error) {
+        } catch (...) {
             if (!utils::CLogCenter::logEnabled()) continue;
-            utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, &wrapper, __FUNCTION__,
-                                   error.what());
+            utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, &wrapper,
+                                   "TC::COrderSocketServerWrapper::run", "the event loop failed and goes on");
         }
     }
 }
@@ -56,7 +56,8 @@ CSocketListeners::CSocketListeners(IOrderGate& gate, IStrategyRegistry& registry
     : m_gate(gate), m_registry(registry) {}
 
 CSocketListeners::~CSocketListeners() {
-    shutdown();
+    closeAll();
+    joinAll();
 }
 
 bool CSocketListeners::join(const COrderStrategyParam& strategy, QString& error) {
@@ -95,8 +96,9 @@ void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error)
         error = QStringLiteral("IP与端口格式不正确");
         return;
     }
-    auto wrapper = boost::make_shared<COrderSocketServerWrapper>(
-        ip, port, strategy.m_strUser.toStdString(), strategy.m_strPass.toStdString(), m_gate, m_registry);
+    auto wrapper = boost::make_shared<COrderSocketServerWrapper>(ip, port, strategy.m_strUser.toStdString(),
+                                                                 strategy.m_strPass.toStdString(), m_gate,
+                                                                 m_registry, source);
     wrapper->server()->strategyIds().insert(strategy.m_nChannel);
     wrapper->server()->start(false);
     joinFinished();
@@ -146,10 +148,13 @@ void CSocketListeners::joinFinished() {
     m_threads.erase(std::stable_partition(m_threads.begin(), m_threads.end(), isRunning), m_threads.end());
 }
 
-void CSocketListeners::shutdown() {
+void CSocketListeners::closeAll() {
     const QStringList sources = m_socketServers.keys();
     for (const QString& source : sources)
         close(source);
+}
+
+void CSocketListeners::joinAll() {
     for (CListenerThread& listener : m_threads)
         listener.thread.join();
     m_threads.clear();

@@ -20,11 +20,11 @@ namespace TC {
 class COrderSocketServerWrapper;
 
 /// The listeners of the socket strategies, by the ip:port text exactly as entered. Strategies that name the
-/// same text with the same login share one. Every operation but shutdown is called with the registry's mutex
-/// held, and none but shutdown waits for a listener's thread.
+/// same text with the same login share one. Every operation but joinAll is called with the registry's mutex
+/// held, and none but joinAll waits for a listener's thread.
 class CSocketListeners {
 public:
-    /// Gate and registry outlive the listeners' threads, which shutdown ends.
+    /// Gate and registry outlive the listeners' threads, which closeAll and joinAll end.
     CSocketListeners(IOrderGate& gate, IStrategyRegistry& registry);
     ~CSocketListeners();
     CSocketListeners(const CSocketListeners&) = delete;
@@ -36,8 +36,11 @@ public:
     /// Takes the strategy off its listener; the last one closes it. False leaves the reason.
     bool leave(const COrderStrategyParam& strategy, QString& error);
 
-    /// Closes all listeners and waits for their threads. Without the registry's mutex: a thread may want it.
-    void shutdown();
+    /// Closes all listeners.
+    void closeAll();
+    /// Waits for the threads of closed listeners. Without the registry's mutex, which a thread may want, and
+    /// only where nothing joins any more.
+    void joinAll();
 
 private:
     void open(const COrderStrategyParam& strategy, QString& error);

@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -39,14 +40,20 @@ bool startsWith(const std::string& line, const std::string& head) {
 class CReader {
 public:
     void addLine(const std::string& line) {
-        if (startsWith(line, ">> ")) {
+        if (startsWith(line, "C: ")) {
+            addTalk(CTalkLine::EWho::Client, encode(line.substr(3)));
+        } else if (startsWith(line, "S: ")) {
+            addTalk(CTalkLine::EWho::Server, utils::safeUtf82Gbk(line.substr(3)));
+        } else if (line == "S closes") {
+            addTalk(CTalkLine::EWho::ServerCloses, "");
+        } else if (startsWith(line, ">> ")) {
             addBytes(line.substr(3), "");
         } else if (startsWith(line, "> ") || line == ">") {
             addBytes(line.size() > 2 ? line.substr(2) : "", "\n");
         } else if (line == "expect") {
             m_bExpecting = true;
         } else if (line.empty() || line[0] == '#') {
-            if (line.empty()) m_bExpecting = false;
+            if (line.empty()) endExpecting();
         } else if (m_bExpecting) {
             m_transcript.steps.back().expected.push_back(line);
         } else {
@@ -57,25 +64,41 @@ public:
     CTranscript take() { return std::move(m_transcript); }
 
 private:
+    void endExpecting() {
+        m_bStepDone = m_bStepDone || m_bExpecting;
+        m_bExpecting = false;
+    }
+
     void addStatement(const std::string& line) {
         const bool isNewStep = m_transcript.steps.empty() || m_bStepDone;
         if (isNewStep) m_transcript.steps.emplace_back();
         m_bStepDone = false;
         const std::size_t blank = line.find(' ');
         const std::string rest = blank != std::string::npos ? line.substr(blank + 1) : "";
-        m_transcript.steps.back().statements.push_back({line.substr(0, blank), rest, ""});
+        m_transcript.steps.back().statements.push_back({line.substr(0, blank), rest, "", {}});
+    }
+
+    CStatement& statement() { return m_transcript.steps.back().statements.back(); }
+
+    /// The bytes that the statement's text stands for.
+    std::string encode(const std::string& text) {
+        const bool isGbk = statement().rest.find("gbk") != std::string::npos;
+        return unescape(isGbk ? utils::safeUtf82Gbk(text) : text);
     }
 
     void addBytes(const std::string& text, const std::string& end) {
-        CStatement& file = m_transcript.steps.back().statements.back();
-        const bool isGbk = file.rest.find("gbk") != std::string::npos;
-        file.bytes += unescape(isGbk ? utils::safeUtf82Gbk(text) : text) + end;
+        statement().bytes += encode(text) + end;
+        m_bStepDone = true;
+    }
+
+    void addTalk(CTalkLine::EWho who, std::string bytes) {
+        statement().talk.push_back({who, std::move(bytes)});
         m_bStepDone = true;
     }
 
     CTranscript m_transcript;
     bool m_bExpecting = false;
-    bool m_bStepDone = false; ///< the step has its file: the next statement begins another
+    bool m_bStepDone = false; ///< the next statement begins another step
 };
 
 } // namespace

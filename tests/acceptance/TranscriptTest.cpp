@@ -1,11 +1,13 @@
-// Takes the order files of each transcript down the real road: file, loop, queue, check, command. The host is
-// the one in memory, the threads are the service's own.
+// Takes the order files and conversations of each transcript down the real road: file or socket, queue,
+// check, command. The host is the one in memory, the threads are the service's own.
 #include "tests/acceptance/Transcript.h"
 #include "base/Text.h"
 #include "service/OrderService.h"
+#include "tests/acceptance/SocketTalk.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TestSocket.h"
 
 #include <gtest/gtest.h>
 
@@ -103,21 +105,54 @@ private:
         host.rules.tradeParams[utils::toLocal8Bit(qs(statement.rest.substr(0, arrow)))] = param;
     }
 
-    /// Starts the service with the first file, hands it over, and returns when all of it has been worked off.
-    void dropFile(const CStatement& statement) {
+    /// Strategies are known by then: they start with the service.
+    static COrderService& service() {
         if (COrderService::instance() == nullptr) {
             COrderService::initInstance(new COrderService);
             COrderService::instance()->loadFromConfig(false);
         }
+        return *COrderService::instance();
+    }
+
+    /// Returns when the service has worked off what is queued.
+    static void settle() {
+        QMetaObject::invokeMethod(
+            &service(), [] {}, Qt::BlockingQueuedConnection);
+    }
+
+    /// Makes it a socket strategy with a listener of its own, or on that of the channel `share`.
+    void makeSocket(COrderStrategyParam& strategy, const std::string& share) {
+        unsigned short& port = ports[strategy.m_nChannel];
+        port = share.empty() ? freePort() : ports.at(std::stoi(share));
+        strategy.m_eStrategyType = EOrderStrategyType::Signal;
+        strategy.m_strSignalSource = QStringLiteral("127.0.0.1:%1").arg(port);
+        strategy.m_strUser = QStringLiteral("trader");
+        strategy.m_strPass = QStringLiteral("secret");
+    }
+
+    void talk(const CStatement& statement) {
+        service();
+        holdTalk(ports.at(std::stoi(statement.rest)), statement.talk, settle);
+    }
+
+    void stopStrategy(const CStatement& statement) {
+        QString error;
+        service().stopOrderStrategy(std::stoi(statement.rest), error);
+        if (!error.isEmpty()) throw std::runtime_error(error.toStdString());
+    }
+
+    /// Hands the file over and returns when all of it has been worked off.
+    void dropFile(const CStatement& statement) {
+        COrderService& running = service();
         const std::size_t before = host.records.snapshot([this] { return host.audit.reports.size(); });
         folder.handOver(std::to_string(std::stoi(statement.rest)), statement.bytes);
         if (!host.waitForIntakes(before + 1)) throw std::runtime_error("the file was not taken");
-        COrderService::instance()->getStrategyMap(); // comes back when the pass is over
-        QMetaObject::invokeMethod(
-            COrderService::instance(), [] {}, Qt::BlockingQueuedConnection);
+        running.getStrategyMap(); // comes back when the pass is over
+        settle();
     }
 
     CTempFolder folder;
+    std::map<int, unsigned short> ports; ///< of the socket strategies, by channel
     CFakeHost host;
 
     using CSetter = std::function<void(COrderStrategyParam&, const std::string&)>;
@@ -143,6 +178,7 @@ private:
          [](auto& s, const auto& v) { s.m_eTradeType = static_cast<EOrderStrategyTradeType>(std::stoi(v)); }},
         {"kind", [](auto& s, const auto& v) { s.m_eOrderType = static_cast<EOrderType>(std::stoi(v)); }},
         {"remark", [](auto& s, const auto& v) { s.m_stockSetting.m_strCmdLog = v; }},
+        {"socket", [this](auto& s, const auto& v) { makeSocket(s, v); }},
         {"stopped", [](auto& s, const auto&) { s.m_nStatus = COrderStrategyParam::kStopped; }},
     };
     const std::map<std::string, std::function<void(const CStatement&)>> m_statements{
@@ -152,6 +188,8 @@ private:
         {"basket", [this](const auto& s) { addBasket(s); }},
         {"param", [this](const auto& s) { addParam(s); }},
         {"file", [this](const auto& s) { dropFile(s); }},
+        {"talk", [this](const auto& s) { talk(s); }},
+        {"stop", [this](const auto& s) { stopStrategy(s); }},
         {"switch", [this](const auto& s) { host.switches.on.insert(s.rest); }},
         {"noswitch", [this](const auto& s) { host.switches.on.erase(s.rest); }},
         {"userkind", [this](const auto& s) { host.user.kind = std::stoi(s.rest); }},
@@ -207,11 +245,11 @@ TEST_P(Transcript, ComesOutAsWritten) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(OrderFiles, Transcript, testing::ValuesIn(transcriptNames()),
+INSTANTIATE_TEST_SUITE_P(Doors, Transcript, testing::ValuesIn(transcriptNames()),
                          [](const auto& test) { return test.param; });
 
 TEST(Transcripts, AreAllThere) {
-    EXPECT_GE(transcriptNames().size(), 30u);
+    EXPECT_GE(transcriptNames().size(), 50u);
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include <bson/bson.h>
 
+#include <cmath>
+#include <limits>
 #include <stdexcept>
 
 namespace {
@@ -59,6 +61,24 @@ TEST(Bson, EqualMeansTheSameBytes) {
     EXPECT_NE(bson::BSONObj(), bson::BSONObj(kOne));
 }
 
+/// Empty documents in each other, so many of them.
+Bytes nested(int levels) {
+    Bytes bytes = kEmpty;
+    for (int level = 1; level < levels; ++level) {
+        const std::uint8_t size = static_cast<std::uint8_t>((bytes.size() + 8) & 0xFF);
+        Bytes outer = {size, static_cast<std::uint8_t>((bytes.size() + 8) >> 8), 0, 0, 3, 'a', 0};
+        outer.insert(outer.end(), bytes.begin(), bytes.end());
+        outer.push_back(0);
+        bytes = outer;
+    }
+    return bytes;
+}
+
+TEST(Bson, DocumentsMayBeNestedToTheLimit) {
+    const bson::BSONObj object(nested(bson::BSONObj::kMaxDepth));
+    EXPECT_EQ(object.jsonString().substr(0, 14), "{ \"a\" : { \"a\" ");
+}
+
 struct CMalformedRow {
     const char* meaning;
     Bytes bytes;
@@ -75,11 +95,247 @@ TEST(Bson, OtherBytesAreRefused) {
         {"negative length", {0xFF, 0xFF, 0xFF, 0xFF, 0}},
         {"unknown element type", {12, 0, 0, 0, 0x55, 'a', 0, 1, 0, 0, 0, 0}},
         {"element cut", {10, 0, 0, 0, 0x10, 'a', 0, 1, 0, 0}},
+        {"nested too deep", nested(bson::BSONObj::kMaxDepth + 1)},
         {"string longer than the document", {14, 0, 0, 0, 2, 'a', 0, 99, 0, 0, 0, 'x', 0, 0}},
     };
     for (const CMalformedRow& row : rows) {
         EXPECT_THROW(bson::BSONObj{row.bytes}, std::invalid_argument) << row.meaning;
     }
+}
+
+std::string rewritten(const std::string& text) {
+    return bson::fromjson(text).jsonString();
+}
+
+TEST(BsonText, KeysAndEntriesKeepTheirOrderOnOneLine) {
+    EXPECT_EQ(rewritten("{\"b\":1,\n\"a\":[1,\"x\",{\"d\":null,\"c\":[]}],\"\":{}}\n"),
+              R"({ "b" : 1, "a" : [ 1, "x", { "d" : null, "c" : [ ] } ], "" : { } })");
+    EXPECT_EQ(rewritten("{}"), "{ }");
+}
+
+TEST(BsonText, StringsAreEscapedAndUtf8IsKept) {
+    const std::string text = R"({ "k\"\\" : "策略 😀 /\"\\\b\f\n\r\t\u0001\u001f\u0000z" })";
+    EXPECT_EQ(rewritten(text), text);
+    EXPECT_EQ(rewritten(R"({"a":"\u7b56\ud83d\ude00\/"})"), "{ \"a\" : \"策😀/\" }");
+}
+
+TEST(BsonText, BytesThatAreNotUtf8BecomeTheReplacementCharacter) {
+    const bson::BSONObj object = bson::BSONObjBuilder().append("a", "x\xD6y").obj();
+    EXPECT_EQ(object.jsonString(), "{ \"a\" : \"x\xEF\xBF\xBDy\" }");
+}
+
+struct CDoubleRow {
+    double value;
+    const char* text;
+};
+
+TEST(BsonText, DoublesHaveTheShortestTextThatReadsBackEqual) {
+    const CDoubleRow rows[] = {
+        {0, "0"},
+        {-0.0, "0"},
+        {5, "5"},
+        {-100000, "-100000"},
+        {5e9, "5000000000"},
+        {9999999999999998, "9999999999999998"},
+        {1e16, "1e+16"},
+        {886400868640086864002.0, "8.864008686400868e+20"},
+        {-9223372036854775808.0, "-9.223372036854776e+18"},
+        {0.1, "0.1"},
+        {0.1 + 0.2, "0.30000000000000004"},
+        {-12345.6789, "-12345.6789"},
+        {1e-7, "1e-07"},
+        {std::numeric_limits<double>::max(), "1.7976931348623157e+308"},
+        {std::numeric_limits<double>::denorm_min(), "5e-324"},
+    };
+    for (const CDoubleRow& row : rows) {
+        const std::string text = bson::BSONObjBuilder().append("d", row.value).obj().jsonString();
+        EXPECT_EQ(text, std::string("{ \"d\" : ") + row.text + " }");
+        EXPECT_EQ(rewritten(text), text);
+    }
+}
+
+TEST(BsonText, ADoubleWithAFractionIsReadBackEqual) {
+    for (const double value : {0.1 + 0.2, 1e16, 1e-300, 4.9e-324}) {
+        double read = 0;
+        const bson::BSONObj written = bson::BSONObjBuilder().append("d", value).obj();
+        ASSERT_TRUE(bson::readField(bson::fromjson(written.jsonString()), "d", read));
+        EXPECT_EQ(read, value);
+    }
+}
+
+TEST(BsonText, WhatJsonHasNoFormForIsReadBack) {
+    bson_t document = BSON_INITIALIZER;
+    bson_append_double(&document, "nan", -1, std::nan(""));
+    bson_append_double(&document, "inf", -1, -std::numeric_limits<double>::infinity());
+    bson_append_date_time(&document, "date", -1, 1767571200000);
+    const bson::BSONObj object(bytesOf(document));
+    bson_destroy(&document);
+    EXPECT_EQ(object.jsonString(), R"({ "nan" : { "$numberDouble" : "NaN" }, "inf" : { "$numberDouble" : )"
+                                   R"("-Infinity" }, "date" : { "$date" : "2026-01-05T00:00:00Z" } })");
+    EXPECT_EQ(rewritten(object.jsonString()), object.jsonString());
+}
+
+/// The number of the type under which the value is read.
+int typeOf(const std::string& value) {
+    bson::BSONObj object = bson::fromjson("{\"k\":" + value + "}");
+    return object.bytes().at(4);
+}
+
+TEST(FromJson, IntegersAreAsNarrowAsTheyFit) {
+    for (const char* text : {"0", "-0", "2147483647", "-2147483648"})
+        EXPECT_EQ(typeOf(text), 16) << text;
+    for (const char* text : {"2147483648", "-2147483649", "9223372036854775807", "-9223372036854775808"})
+        EXPECT_EQ(typeOf(text), 18) << text;
+    for (const char* text : {"1.0", "1.5", "1e3", "1E-3", "-0.0"})
+        EXPECT_EQ(typeOf(text), 1) << text;
+    EXPECT_EQ(typeOf("\"1\""), 2);
+    EXPECT_EQ(typeOf("{}"), 3);
+    EXPECT_EQ(typeOf("[]"), 4);
+    EXPECT_EQ(typeOf("false"), 8);
+    EXPECT_EQ(typeOf("null"), 10);
+}
+
+struct CBadJsonRow {
+    std::string text;
+    const char* message;
+};
+
+TEST(FromJson, OtherTextsAreRefusedWithTheReason) {
+    const CBadJsonRow rows[] = {
+        {"", "the text is empty; expected a JSON object"},
+        {" \n\t", "the text is empty; expected a JSON object"},
+        {"[1,2]", "the text does not begin with {; expected a JSON object"},
+        {"1", "the text does not begin with {; expected a JSON object"},
+        {"null}", "the text does not begin with {; expected a JSON object"},
+        {"{}x", "the text goes on behind its object; expected one JSON object"},
+        {"{\"a\":1} ,", "the text goes on behind its object; expected one JSON object"},
+        {"{", "the text is no JSON object: Incomplete JSON"},
+        {"{} , {}", "the text goes on behind its object; expected one JSON object"},
+        {"{}{}", "the text goes on behind its object; expected one JSON object"},
+        {"{\"a\":{}", "the text is no JSON object: Incomplete JSON"},
+        {"{\"a\":\"\xD6\xD0\"}", "the text is not UTF-8"},
+        {"{\"a\":\"\xC0\x80\"}", "the text is not UTF-8"},
+        {"{\"a\":9223372036854775808}",
+         "the text is no JSON object: Number \"9223372036854775808\" is out of range"},
+        {"{\"a\":-427475187718893990222}",
+         "the text is no JSON object: Number \"-427475187718893990222\" is out of range"},
+        {"{\"a\":1e999}", "the text is no JSON object: Number \"1e999\" is out of range"},
+    };
+    for (const CBadJsonRow& row : rows) {
+        try {
+            bson::fromjson(row.text);
+            ADD_FAILURE() << row.text << " was read";
+        } catch (const bson::CJsonError& error) {
+            EXPECT_STREQ(error.what(), row.message) << row.text;
+        }
+    }
+}
+
+TEST(FromJson, IntegersOfAnyLengthAboveSixtyFourBitsAreRefused) {
+    std::string digits = "9223372036854775808";
+    for (int length = 19; length < 60; ++length, digits += "2") {
+        EXPECT_THROW(bson::fromjson("{\"a\":" + digits + "}"), bson::CJsonError) << digits;
+        EXPECT_THROW(bson::fromjson("{\"a\":[1,-1" + digits + "]}"), bson::CJsonError) << digits;
+        EXPECT_NO_THROW(bson::fromjson("{\"a" + digits + "\":\"\\\"" + digits + "\"}")) << digits;
+        EXPECT_EQ(typeOf(digits + ".0"), 1);
+    }
+}
+
+TEST(FromJson, LooseWritingIsRefused) {
+    const std::string texts[] = {
+        "{a:1}",         "{'a':1}",          "{\"a\":1,}",        "{\"a\":[1,]}",
+        "{\"a\":01}",    "{\"a\":+1}",       "{\"a\":.5}",        "{\"a\":1.}",
+        "{\"a\":tru}",   "{\"a\" 1}",        "{\"a\":1 \"b\":2}", "{\"a\":\"\n\"}",
+        "{\"a\":/**/1}", "{\"a\":\"\\x\"}",  "{\"a\":-}",         "{\"a\":\"\\ud83d\"}",
+        "{}}",           "{\"a\\u0000\":1}", "{} , {}",           std::string("{\"a\":1}\0}", 9),
+    };
+    for (const std::string& text : texts)
+        EXPECT_THROW(bson::fromjson(text), bson::CJsonError) << text;
+}
+
+TEST(FromJson, DepthHasALimit) {
+    std::string text = "{}";
+    for (int i = 0; i < 5000; ++i)
+        text = "{\"a\":" + text + "}";
+    EXPECT_THROW(bson::fromjson(text), bson::CJsonError);
+}
+
+TEST(BsonBuilder, EachKindIsAppendedInOrder) {
+    bson::BSONObjBuilder builder;
+    builder.append("s", std::string("x\0y", 3)).append("c", "text").append("i", -7);
+    builder.append("l", std::int64_t{5000000000}).append("t", true).append("d", 1.5);
+    builder.append("list", std::vector<std::string>{"b", "a"}).append("o", bson::fromjson("{\"k\":1}"));
+    builder.append("none", std::vector<std::string>()).append("e", bson::BSONObj());
+    EXPECT_EQ(builder.obj().jsonString(),
+              R"({ "s" : "x\u0000y", "c" : "text", "i" : -7, "l" : 5000000000, "t" : true, "d" : 1.5, )"
+              R"("list" : [ "b", "a" ], "o" : { "k" : 1 }, "none" : [ ], "e" : { } })");
+    EXPECT_TRUE(bson::BSONObjBuilder().obj().isEmpty());
+}
+
+const char* const kFields =
+    R"({"i":7,"l":5000000000,"s":"x","t":true,"d":1.5,"a":["p","q"],"n":null,"m":["p",1]})";
+
+template<typename Value>
+void expectRead(const char* key, const Value& expected) {
+    Value value{};
+    EXPECT_TRUE(bson::readField(bson::fromjson(kFields), key, value));
+    EXPECT_EQ(value, expected);
+}
+
+TEST(BsonFields, EachKindIsReadFromItsOwnType) {
+    expectRead<std::int32_t>("i", 7);
+    expectRead<std::int64_t>("l", 5000000000);
+    expectRead<std::string>("s", "x");
+    expectRead<bool>("t", true);
+    expectRead<double>("d", 1.5);
+    expectRead<std::vector<std::string>>("a", {"p", "q"});
+}
+
+template<typename Value>
+void expectAbsent(const Value& before) {
+    Value value = before;
+    EXPECT_FALSE(bson::readField(bson::fromjson(kFields), "x", value));
+    EXPECT_FALSE(bson::readField(bson::BSONObj(), "i", value));
+    EXPECT_EQ(value, before);
+}
+
+TEST(BsonFields, AnAbsentKeyLeavesTheValue) {
+    expectAbsent<std::int32_t>(4);
+    expectAbsent<std::int64_t>(4);
+    expectAbsent<std::string>("SH000300");
+    expectAbsent<bool>(true);
+    expectAbsent<double>(0.5);
+    expectAbsent<std::vector<std::string>>({"before"});
+}
+
+template<typename Value>
+void expectRefused(const char* key, const Value& before, const char* message) {
+    Value value = before;
+    try {
+        bson::readField(bson::fromjson(kFields), key, value);
+        ADD_FAILURE() << message;
+    } catch (const bson::CTypeError& error) {
+        EXPECT_STREQ(error.what(), message);
+    }
+    EXPECT_EQ(value, before) << message;
+}
+
+TEST(BsonFields, AnotherTypeIsRefusedByKeyAndTypes) {
+    expectRefused<std::int32_t>("l", 4, "wrong type for field (l) 18 != 16");
+    expectRefused<std::int32_t>("d", 4, "wrong type for field (d) 1 != 16");
+    expectRefused<std::int32_t>("n", 4, "wrong type for field (n) 10 != 16");
+    expectRefused<std::int64_t>("i", 4, "wrong type for field (i) 16 != 18");
+    expectRefused<std::string>("i", "before", "wrong type for field (i) 16 != 2");
+    expectRefused<bool>("i", true, "wrong type for field (i) 16 != 8");
+    expectRefused<double>("i", 0.5, "wrong type for field (i) 16 != 1");
+    expectRefused<std::vector<std::string>>("s", {"before"}, "wrong type for field (s) 2 != 4");
+    expectRefused<std::vector<std::string>>("m", {"before"}, "wrong type for field (1) 16 != 2");
+}
+
+TEST(BsonFields, TheFirstOfTwoEqualKeysCounts) {
+    int value = 0;
+    ASSERT_TRUE(bson::readField(bson::fromjson("{\"a\":1,\"a\":2}"), "a", value));
+    EXPECT_EQ(value, 1);
 }
 
 } // namespace

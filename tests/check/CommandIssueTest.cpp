@@ -14,7 +14,7 @@ protected:
 
     COrderComandParamPtr issue(const COrderParam& order, const COrderStrategyParam& strategy) {
         service.doOrderCommand(EQdTraderType::Stock, EQdHedgeType::Compose, EFtSpecBtnBarType::CloseFirst,
-                               codes, {{"A1", 0.5}}, EQdStopLossType::None, true, {}, {}, "tag",
+                               codes, {{"A1", 0.5}}, EQdStopLossType::None, true, {}, extra, "tag",
                                static_cast<ETradePlatform>(3), "given", true, true, "argument", order,
                                strategy);
         EXPECT_EQ(host.commands().size(), 1u);
@@ -22,6 +22,7 @@ protected:
     }
 
     std::vector<CCodeOrderParam> codes{2};
+    bson::BSONObj extra;
 };
 
 TEST_F(CommandIssue, CommandCarriesWhatItIsGiven) {
@@ -50,6 +51,31 @@ TEST_F(CommandIssue, SourceComesFromTheStrategy) {
     EXPECT_EQ(command->m_eStrategyType, EOrderStrategyType::Signal);
 }
 
+TEST_F(CommandIssue, CommandSharesTheExtraDocument) {
+    extra = bson::BSONObj(std::vector<std::uint8_t>{12, 0, 0, 0, 0x10, 'a', 0, 7, 0, 0, 0, 0});
+    const auto command = issue(COrderBuilder(23), CStrategyBuilder());
+    EXPECT_EQ(command->m_extra, extra);
+    EXPECT_FALSE(command->m_extra.isEmpty());
+}
+
+TEST_F(CommandIssue, CommandIsStampedToTheMillisecond) {
+    clock.sleep(0.25);
+    EXPECT_EQ(issue(COrderBuilder(23), CStrategyBuilder())->m_strCreateTime, "2026-01-05 09:30:00:250");
+}
+
+TEST_F(CommandIssue, CommandIsStampedWithTheClocksLocalTime) {
+    // Eight hours ahead of UTC wherever the test runs.
+    class CShanghaiClock : public CFakeClock {
+        QDateTime currentDateTime() override {
+            QDateTime now = CFakeClock::currentDateTime();
+            now.setOffsetFromUtc(8 * 3600);
+            return now;
+        }
+    };
+    CShanghaiClock shanghai;
+    EXPECT_EQ(issue(COrderBuilder(23), CStrategyBuilder())->m_strCreateTime, "2026-01-05 09:30:00:000");
+}
+
 TEST_F(CommandIssue, AlgorithmOrderOverridesPlatformTextAndTheCopiesKind) {
     const COrderParam order = COrderBuilder(23).set([](COrderParam& o) {
         o.m_eOrderType = kAlgo;
@@ -64,10 +90,31 @@ TEST_F(CommandIssue, AlgorithmOrderOverridesPlatformTextAndTheCopiesKind) {
         EXPECT_TRUE(isUnset(code.m_eOrderType));
 }
 
+TEST_F(CommandIssue, AlgorithmTextIsFormedForTheStampedRecords) {
+    const COrderParam order = COrderBuilder(23).set([](COrderParam& o) {
+        o.m_eOrderType = kAlgo;
+        o.m_strOrderSetting = "s";
+    });
+    issue(order, CStrategyBuilder());
+    const auto asked = host.algorithms.codesCalls.all();
+    ASSERT_EQ(asked.size(), 1u);
+    ASSERT_EQ(asked[0].size(), 2u);
+    for (const CCodeOrderParam& code : asked[0])
+        EXPECT_EQ(code.m_eOrderType, kAlgo);
+}
+
 TEST_F(CommandIssue, AlgorithmOrderWithoutTextReplacesTheGivenOneByNothing) {
     const auto command =
         issue(COrderBuilder(23), CStrategyBuilder().set([](auto& s) { s.m_eOrderType = kAlgo; }));
     EXPECT_EQ(command->m_strAlgoParam, "");
+}
+
+TEST_F(CommandIssue, KindOfTheStrategyAloneMakesAnAlgorithmCommandToo) {
+    const auto command =
+        issue(COrderBuilder(23), CStrategyBuilder().set([](auto& s) { s.m_eOrderType = kAlgo; }));
+    EXPECT_EQ(command->m_ePlatform, static_cast<ETradePlatform>(12));
+    for (const CCodeOrderParam& code : command->m_codes)
+        EXPECT_EQ(code.m_eOrderType, kAlgo);
 }
 
 TEST_F(CommandIssue, AlgorithmTextOfAPlainOrderIsEmpty) {

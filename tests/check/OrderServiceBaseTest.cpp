@@ -177,6 +177,44 @@ TEST_F(AccountKey, BasketFindsAccountsUnderCreditOnTheSecondCall) {
     EXPECT_EQ(accounts.front()->getKey(), "C1");
 }
 
+TEST_F(AccountKey, SimpleAccountsAreAskedForInTableModeOnly) {
+    const CStrategyBuilder account = CStrategyBuilder().account(QStringLiteral("A1"));
+    EXPECT_TRUE(check(COrderBuilder(23), account));
+    EXPECT_TRUE(check(COrderBuilder(23), CStrategyBuilder(account).tableMode()));
+    const auto calls = host.user.accountsCalls.all();
+    ASSERT_EQ(calls.size(), 2u);
+    EXPECT_FALSE(calls[0].simple);
+    EXPECT_TRUE(calls[1].simple);
+    for (const fake::CAccountsCall& call : calls) {
+        EXPECT_EQ(call.kind, ESelectedAccountType::Account);
+        EXPECT_EQ(call.name, QStringLiteral("A1"));
+    }
+}
+
+TEST_F(AccountKey, AccountIsAskedForUnderItsFamilysBrokerType) {
+    const std::map<EOrderStrategyTradeType, EQDBrokerType> brokers{
+        {EOrderStrategyTradeType::Stock, EQDBrokerType::Stock},
+        {EOrderStrategyTradeType::Future, EQDBrokerType::Future},
+        {EOrderStrategyTradeType::Credit, EQDBrokerType::Credit}};
+    for (const auto& [family, broker] : brokers) {
+        EXPECT_TRUE(
+            check(COrderBuilder(23), CStrategyBuilder().account(QStringLiteral("A1")).family(family)));
+        EXPECT_EQ(host.user.accountsCalls.all().back().broker, broker) << static_cast<int>(family);
+    }
+}
+
+TEST_F(AccountKey, BasketNeverAsksForSimpleAccounts) {
+    const COrderStrategyParam strategy =
+        CStrategyBuilder().family(EOrderStrategyTradeType::Basket).group(QStringLiteral("none")).tableMode();
+    EXPECT_FALSE(check(COrderBuilder(25), strategy));
+    const auto calls = host.user.accountsCalls.all();
+    ASSERT_EQ(calls.size(), 2u);
+    EXPECT_EQ(calls[0].broker, EQDBrokerType::Stock);
+    EXPECT_EQ(calls[1].broker, EQDBrokerType::Credit);
+    EXPECT_FALSE(calls[0].simple);
+    EXPECT_FALSE(calls[1].simple);
+}
+
 class PriceType : public CheckFixture {
 protected:
     bool isValid(EPriceType type, const COrderParam& order, const CPriceDataPtr& quote) {
@@ -233,6 +271,31 @@ TEST_F(PriceType, OrderPriceIsTheOneThatCounts) {
     mixed->otherOrder = DBL_MAX;
     mixed->otherOrigin = 10;
     EXPECT_FALSE(isValid(EPriceType::Latest, COrderBuilder(23), mixed));
+}
+
+TEST_F(PriceType, HostIsAskedWithTheWholeOrder) {
+    COrderSetting setting;
+    setting.m_ePriceType = EPriceType::Buy1;
+    setting.m_eOrderType = static_cast<EOrderType>(4);
+    const CStockInfo stock{"SZ", "000001", "name", "product"};
+    const auto given = quote(10);
+    EXPECT_TRUE(service.isPriceTypeVailed(setting, COrderBuilder(24), given, EOperationType::Sell,
+                                          EQDBrokerType::Credit, stock));
+    const auto asked = host.user.priceTypeCalls.all();
+    ASSERT_EQ(asked.size(), 1u);
+    EXPECT_EQ(asked[0].type, EPriceType::Buy1);
+    EXPECT_EQ(asked[0].operation, EOperationType::Sell);
+    EXPECT_EQ(asked[0].broker, EQDBrokerType::Credit);
+    EXPECT_EQ(asked[0].market, "SZ");
+    EXPECT_EQ(asked[0].code, "000001");
+    EXPECT_EQ(asked[0].orderType, static_cast<EOrderType>(4));
+    const auto prices = given->calls.all();
+    ASSERT_EQ(prices.size(), 1u);
+    EXPECT_EQ(prices[0].kind, "order");
+    EXPECT_EQ(prices[0].type, EPriceType::Buy1);
+    EXPECT_EQ(prices[0].operation, EOperationType::Sell);
+    EXPECT_EQ(prices[0].number, 0);
+    EXPECT_FALSE(prices[0].hasAutoPrice);
 }
 
 class OrderKind : public CheckFixture {};

@@ -1,25 +1,10 @@
-#include "tests/check/CheckFixture.h"
-
-#include <boost/make_shared.hpp>
+#include "tests/check/StockCheckFixture.h"
 
 namespace {
 
 using namespace TC;
 
-class StockCheck : public CheckFixture {
-protected:
-    bool check(const COrderParam& order, const COrderStrategyParam& strategy = CStrategyBuilder()) {
-        return service.checkAndFillOrderStock(order, strategy, codes, weights);
-    }
-    /// Volume that reached the split.
-    int splitVolume() const { return host.trade.splitCalls.at(0).volume; }
-    boost::shared_ptr<fake::CQuote> quote() { return host.quotes.quotes.at(QStringLiteral("SH600000")); }
-
-    std::vector<CCodeOrderParam> codes;
-    std::map<std::string, double> weights;
-};
-
-const QString kCode = QStringLiteral("600000");
+class StockCheck : public StockCheckFixture {};
 
 TEST_F(StockCheck, OrderBecomesOneRecordForEachAccount) {
     ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 1000)));
@@ -87,6 +72,54 @@ TEST_F(StockCheck, MissingAccountIsReportedOnce) {
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 指定账号不可用!"));
 }
 
+TEST_F(StockCheck, FirstOfSeveralFaultsIsTheOneReported) {
+    const QString unknown = QStringLiteral("999999");
+    const CStrategyBuilder noAccount = CStrategyBuilder().group(QStringLiteral("none"));
+    struct CRow {
+        COrderParam order;
+        COrderStrategyParam strategy;
+        const char* report;
+    };
+    const std::vector<CRow> rows{
+        {COrderBuilder(25).line(kCode, 10.5).line(kCode, 10.5), noAccount,
+         "[文件单]　通道号: 3, 下单指令不合法!"},
+        {COrderBuilder(23).line(kCode, 10.5).line(kCode, 10.5), noAccount,
+         "[文件单]　通道号: 3, 下单参数不合法!"},
+        {COrderBuilder(23).line(unknown, 0), noAccount, "[文件单]　通道号: 3, 指定账号不可用!"},
+        {COrderBuilder(23).line(unknown, 0), CStrategyBuilder(),
+         "[文件单]　通道号: 3, 下单代码 [999999] 不合法!"},
+        {COrderBuilder(23).line(kCode, 0), CStrategyBuilder().volume(kUnsetInt),
+         "[文件单]　证券 [SH600000] 价11(600000)无效, 无法下单!"},
+    };
+    for (const CRow& row : rows) {
+        host.orders.errors.clear();
+        EXPECT_FALSE(check(row.order, row.strategy)) << row.report;
+        EXPECT_EQ(onlyError(), QString::fromUtf8(row.report));
+    }
+    EXPECT_TRUE(host.trade.splitCalls.empty());
+}
+
+TEST_F(StockCheck, RecordsAndWeightsJoinThoseThatAreThere) {
+    codes.resize(1);
+    codes[0].m_nVolume = 77;
+    weights["Z"] = 0.25;
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 1000)));
+    ASSERT_EQ(codes.size(), 3u);
+    EXPECT_EQ(codes[0].m_nVolume, 77);
+    EXPECT_EQ(codes[1].m_nVolume, 600);
+    EXPECT_EQ(weights, (std::map<std::string, double>{{"A1", 0.6}, {"A2", 0.4}, {"Z", 0.25}}));
+}
+
+TEST_F(StockCheck, RefusedOrderLeavesTheRecordsThatAreThere) {
+    codes.resize(1);
+    codes[0].m_nVolume = 77;
+    EXPECT_FALSE(check(COrderBuilder(25).line(kCode, 10.5, 1000)));
+    EXPECT_FALSE(check(COrderBuilder(23).line(QStringLiteral("x"), 10.5, 1000)));
+    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, kUnsetInt), CStrategyBuilder().volume(kUnsetInt)));
+    ASSERT_EQ(codes.size(), 1u);
+    EXPECT_EQ(codes[0].m_nVolume, 77);
+}
+
 TEST_F(StockCheck, TableStrategyTakesTheAccountOfTheLine) {
     const COrderStrategyParam strategy = CStrategyBuilder().account(QStringLiteral("A1")).tableMode();
     const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) {
@@ -129,6 +162,25 @@ TEST_F(StockCheck, TextOfAnAlgorithmOrderIsKeptForTheCommand) {
     EXPECT_EQ(codes.at(0).m_ePriceType, EPriceType::Specified);
 }
 
+TEST_F(StockCheck, SettingTextOfAnOrderWithoutAKindUnsetsTheSettingsKind) {
+    const COrderParam order =
+        COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) { o.m_strOrderSetting = "price=5"; });
+    const COrderStrategyParam strategy =
+        CStrategyBuilder().set([](auto& s) { s.m_stockSetting.m_eOrderType = static_cast<EOrderType>(4); });
+    ASSERT_TRUE(check(order, strategy));
+    EXPECT_TRUE(isUnset(codes.at(0).m_eOrderType));
+    EXPECT_TRUE(isUnset(host.user.priceTypeCalls.all().at(0).orderType));
+}
+
+TEST_F(StockCheck, KindInTheSettingTextOutdoesTheOrders) {
+    const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) {
+        o.m_strOrderSetting = "kind=9";
+        o.m_eOrderType = static_cast<EOrderType>(4);
+    });
+    ASSERT_TRUE(check(order));
+    EXPECT_EQ(codes.at(0).m_eOrderType, static_cast<EOrderType>(9));
+}
+
 TEST_F(StockCheck, OrderKindWithoutTextLeavesTheSettingAlone) {
     const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) {
         o.m_eOrderType = static_cast<EOrderType>(4);
@@ -156,6 +208,21 @@ TEST_F(StockCheck, FullCodeInSmallLettersIsStoredInCapitals) {
     ASSERT_TRUE(check(COrderBuilder(23).line(QStringLiteral("sz000001"), 10.5, 100)));
     EXPECT_EQ(codes.at(0).m_stock.m_strMarket, "SZ");
     EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SZ000001")});
+}
+
+TEST_F(StockCheck, BareCodeIsLookedUpUnderTheHostsKey) {
+    host.rules.keySeparator = QStringLiteral(".");
+    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, 100)));
+    EXPECT_TRUE(host.quotes.subscribed.empty());
+    host.exchange.stocks[QStringLiteral("SH.600000")] = host.exchange.getCodeInfo(QStringLiteral("SH600000"));
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 100)));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600000")});
+}
+
+TEST_F(StockCheck, FullCodeIsLookedUpAsItStands) {
+    host.rules.keySeparator = QStringLiteral(".");
+    ASSERT_TRUE(check(COrderBuilder(23).line(QStringLiteral("SH600000"), 10.5, 100)));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600000")});
 }
 
 TEST_F(StockCheck, BadCodesAreRefusedAsTheyCame) {
@@ -206,10 +273,6 @@ TEST_F(StockCheck, SubscriptionIsHeldDuringTheCheckOnly) {
 
 // The wait for a quote.
 
-CStrategyBuilder latestPrice() {
-    return CStrategyBuilder().price(EPriceType::Latest);
-}
-
 TEST_F(StockCheck, QuoteThatNeverComesCostsTwoSecondsAndFails) {
     host.quotes.quotes.clear();
     EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, 100), latestPrice()));
@@ -245,6 +308,25 @@ TEST_F(StockCheck, PriceTypeTwelveWaitsForAQuoteObjectOnly) {
     EXPECT_TRUE(
         check(COrderBuilder(23).line(kCode, 10.5, 100), CStrategyBuilder().price(EPriceType::NoQuote)));
     EXPECT_TRUE(clock.sleeps().empty());
+}
+
+TEST_F(StockCheck, PriceTypeTwelveWaitsUntilThereIsAQuoteObject) {
+    const auto late = host.quotes.quotes;
+    host.quotes.quotes.clear();
+    host.quotes.onRead = [&](const QString&, int count) {
+        if (count == 2) host.quotes.quotes = late;
+    };
+    EXPECT_TRUE(
+        check(COrderBuilder(23).line(kCode, 10.5, 100), CStrategyBuilder().price(EPriceType::NoQuote)));
+    EXPECT_EQ(clock.sleeps(), std::vector<double>{1.0});
+}
+
+TEST_F(StockCheck, PriceTypeTwelveWithoutAQuoteObjectFailsAfterTwoSeconds) {
+    host.quotes.quotes.clear();
+    EXPECT_FALSE(
+        check(COrderBuilder(23).line(kCode, 10.5, 100), CStrategyBuilder().price(EPriceType::NoQuote)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1.0, 1.0}));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　证券 [SH600000] 价12(600000)无效, 无法下单!"));
 }
 
 TEST_F(StockCheck, UnusablePriceWithoutACodeHasItsOwnText) {
@@ -322,110 +404,20 @@ TEST_F(StockCheck, ZeroPriceOnARecordRefusesTheOrder) {
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
 }
 
+TEST_F(StockCheck, ZeroPriceOnALaterRecordRefusesTheOrderToo) {
+    host.rules.onFixTimeRange = [](CCodeOrderParam& record) {
+        if (record.m_nVolume == 400) record.m_dPrice = 0;
+    };
+    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, 1000)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
+    ASSERT_EQ(codes.size(), 1u); // what is left is for the caller to throw away
+    EXPECT_EQ(codes[0].m_nVolume, 600);
+}
+
 TEST_F(StockCheck, RecordOfAnotherPriceTypeMayHaveNoPrice) {
     host.rules.marketPrices.insert(EPriceType::Latest);
     quote()->otherOrder = 0;
     EXPECT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 100), latestPrice()));
-}
-
-// Volumes.
-
-TEST_F(StockCheck, VolumeOfTheLineReplacesEverythingUnrounded) {
-    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 333), CStrategyBuilder().amount(100000)));
-    EXPECT_EQ(splitVolume(), 333);
-}
-
-TEST_F(StockCheck, AmountBuysWholeUnits) {
-    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5), CStrategyBuilder().amount(100000)));
-    EXPECT_EQ(splitVolume(), 9500);
-    EXPECT_EQ(host.types.unitOperations, std::vector<int>{-1});
-}
-
-TEST_F(StockCheck, AmountWithQuotePriceUsesTheCalculationPrice) {
-    quote()->otherCalc = 20;
-    ASSERT_TRUE(check(COrderBuilder(23).line(kCode), latestPrice().amount(100000)));
-    EXPECT_EQ(splitVolume(), 5000);
-}
-
-TEST_F(StockCheck, StarMarketUsesTheUnitShownToTheUser) {
-    host.types.types.insert({knservice::kTypeStarMarket, "SH600000"});
-    host.types.uiUnits["SH600000"] = 200;
-    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5), CStrategyBuilder().amount(100000)));
-    EXPECT_EQ(splitVolume(), 9400);
-}
-
-TEST_F(StockCheck, ParPricedInstrumentDisregardsThePrice) {
-    host.addStock("SH", "204001", 3.5, 10);
-    host.types.types.insert({knservice::kTypeParPriced, "SH204001"});
-    ASSERT_TRUE(
-        check(COrderBuilder(24).line(QStringLiteral("204001"), 3.5), CStrategyBuilder().amount(100050)));
-    EXPECT_EQ(splitVolume(), 1000);
-}
-
-TEST_F(StockCheck, ParPricedTypeOfShanghaiDoesNotReachShenzhen) {
-    host.addStock("SZ", "204001", 3.5, 10);
-    host.types.types.insert({knservice::kTypeParPriced, "SH204001"});
-    ASSERT_TRUE(
-        check(COrderBuilder(24).line(QStringLiteral("204001"), 4.0), CStrategyBuilder().amount(1000)));
-    EXPECT_EQ(splitVolume(), 250);
-}
-
-TEST_F(StockCheck, UnknownInstrumentHasAUnitOfOne) {
-    const COrderStrategyParam strategy = CStrategyBuilder().code(QStringLiteral("SH999999")).amount(1000);
-    ASSERT_TRUE(check(COrderBuilder(23).line(QString(), 3.0), strategy));
-    EXPECT_EQ(splitVolume(), 333);
-}
-
-TEST_F(StockCheck, UnusableAmountOrPriceLeavesNoVolume) {
-    host.rules.marketPrices.insert(EPriceType::Latest);
-    quote()->otherCalc = 0;
-    EXPECT_FALSE(check(COrderBuilder(23).line(kCode), latestPrice().amount(100000)));
-    EXPECT_EQ(splitVolume(), kUnsetInt);
-    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　分单失败: 没有数量"));
-    host.trade.splitCalls.clear();
-    check(COrderBuilder(23).line(kCode, 10.5), CStrategyBuilder().amount(2147483647.5));
-    EXPECT_EQ(splitVolume(), kUnsetInt);
-    host.trade.splitCalls.clear();
-    check(COrderBuilder(23).line(kCode, 10.5), CStrategyBuilder().amount(kUnsetDouble));
-    EXPECT_EQ(splitVolume(), kUnsetInt);
-}
-
-TEST_F(StockCheck, UnusableAmountDoesNotMatterToALineWithAVolume) {
-    EXPECT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 200), CStrategyBuilder().amount(kUnsetDouble)));
-    EXPECT_EQ(splitVolume(), 200);
-}
-
-TEST_F(StockCheck, HugeAmountThatBuysMoreThanAnIntHoldsLeavesNoVolume) {
-    check(COrderBuilder(23).line(kCode, 0.01), CStrategyBuilder().amount(1e12));
-    EXPECT_EQ(splitVolume(), kUnsetInt);
-}
-
-// Fund operations.
-
-TEST_F(StockCheck, FundOperationsCarryAQuantity) {
-    for (const int number : {86, 87, 88, 89, 92}) {
-        codes.clear();
-        ASSERT_TRUE(check(COrderBuilder(number).line(kCode, 10.5, 1000))) << number;
-        EXPECT_EQ(codes.at(0).m_nQuantityKind, 48) << number;
-        EXPECT_EQ(codes.at(0).m_dQuantity, 600.0) << number;
-        EXPECT_EQ(codes.at(0).m_dPrice, 10.5) << number;
-    }
-}
-
-TEST_F(StockCheck, NinetyAndNinetyOneGoOutAtAPriceOfOne) {
-    host.rules.marketPrices.insert(EPriceType::Latest);
-    quote()->otherOrder = 0;
-    const COrderStrategyParam strategy =
-        latestPrice().set([](auto& s) { s.m_stockSetting.m_eOrderType = static_cast<EOrderType>(8); });
-    for (const int number : {90, 91}) {
-        codes.clear();
-        ASSERT_TRUE(check(COrderBuilder(number).line(kCode, 0, 1000), strategy)) << number;
-        EXPECT_EQ(codes.at(0).m_nQuantityKind, 48) << number;
-        EXPECT_EQ(codes.at(0).m_dQuantity, 600.0) << number;
-        EXPECT_EQ(codes.at(0).m_dPrice, 1.0) << number;
-        EXPECT_EQ(codes.at(0).m_ePriceType, EPriceType::Specified) << number;
-        EXPECT_EQ(codes.at(0).m_eOrderType, EOrderType::Plain) << number;
-    }
 }
 
 } // namespace

@@ -79,6 +79,22 @@ TEST_P(TradeFrameworkContract, TradingDayMayBeToldTwice) {
         [] { EXPECT_NO_THROW(knservice::CTradeFrameworkSource::instance().switchTradingDate("20260105")); });
 }
 
+TEST_P(TradeFrameworkContract, ListOfInterfacesIsTheCallers) {
+    auto& framework = knservice::CTradeFrameworkSource::instance();
+    knservice::TradeInterfaceList mine = framework.getAllInterfaces();
+    const knservice::TradeInterfaceList before = mine;
+    mine.push_back(nullptr);
+    EXPECT_EQ(framework.getAllInterfaces(), before);
+}
+
+TEST_P(TradeFrameworkContract, InterfacesHaveATextOfTheirOwnOrAreNull) {
+    knservice::CTradeFrameworkSource::instance().switchTradingDate("20260105");
+    for (const auto& interface : knservice::CTradeFrameworkSource::instance().getAllInterfaces()) {
+        if (interface == nullptr) continue;
+        EXPECT_NO_THROW(knservice::TradeInterfaceData().fillFromJson(interface->toJson()));
+    }
+}
+
 class SwitchesContract : public CContractTest {};
 CONTRACT_SUITE(SwitchesContract);
 

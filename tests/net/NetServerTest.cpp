@@ -117,6 +117,18 @@ TEST_F(NetServer, HalfClosedPeerStillGetsItsReplies) {
     EXPECT_EQ(client.readAll(), "last words");
 }
 
+TEST_F(NetServer, LongDataArrivesWholeInOrderAndBeforeItsEnd) {
+    std::string bytes;
+    for (int i = 0; i < 20000; ++i)
+        bytes += std::to_string(i) + ",";
+    for (const std::size_t length : {std::size_t{1023}, std::size_t{1024}, std::size_t{1025}, bytes.size()}) {
+        CTestSocket client(port());
+        client.send(bytes.substr(0, length));
+        client.finishSending();
+        EXPECT_EQ(client.readAll(), bytes.substr(0, length));
+    }
+}
+
 TEST_F(NetServer, RemovedConnectionGetsWhatWasSentAndNoFurtherCallBack) {
     CTestSocket client(port());
     client.send("quit");

@@ -3,6 +3,7 @@
 #include "tests/service/ServiceFixture.h"
 #include "tests/support/TestSocket.h"
 
+#include <thread>
 #include <vector>
 
 namespace {
@@ -152,6 +153,91 @@ TEST_F(SocketStrategy, RememberedAsRunningItListensFromTheLoadOn) {
     EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
     EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
     EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
+}
+
+TEST_F(SocketStrategy, FailedRestartClosesTheDoor) {
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0);
+    host.trade.loginStatus["A2"] = 3;
+    service().loadFromConfig(false);
+    EXPECT_FALSE(isRunning());
+    EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
+}
+
+TEST_F(SocketStrategy, StrategyOverTheLimitLosesItsListener) {
+    addFileStrategy(1);
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0);
+    host.user.maxStrategies = 1;
+    service().loadFromConfig(false);
+    EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
+}
+
+TEST_F(SocketStrategy, ListenersOfOneUserEndWithTheNext) {
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0);
+    const auto client = logIn();
+    host.user.loggedIn = false;
+    service().loadFromConfig(false);
+    EXPECT_TRUE(client->isClosedByServer());
+    EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
+}
+
+TEST_F(SocketStrategy, NothingListensAfterTheShutdown) {
+    add(onPort(3, port));
+    service().shutdown();
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("下单服务已关闭"));
+    service().cancelOrder(7);
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[接口单]　下单服务已关闭, 1条指令未执行!"));
+}
+
+TEST_F(SocketStrategy, StartsDuringAShutdownEndInOrder) {
+    add(onPort(3, port));
+    std::thread starter([this] {
+        QString text;
+        for (int i = 0; i < 200; ++i) {
+            service().startOrderStrategy(3, text, false);
+            service().stopOrderStrategy(3, text);
+        }
+    });
+    service().shutdown();
+    starter.join();
+    EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
+}
+
+TEST_F(SocketStrategy, EveryAcknowledgedOrderIsWorkedOff) {
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0);
+    const auto client = logIn();
+    std::string lines;
+    for (int i = 0; i < 500; ++i)
+        lines += "placeorder 23,3,10.5,600000,100\r\n";
+    std::thread sender([&] {
+        boost::system::error_code ended; // the door may close in the middle
+        boost::asio::write(client->socket(), boost::asio::buffer(lines), ended);
+    });
+    client->readLine();
+    service().shutdown();
+    sender.join();
+    std::size_t acknowledged = 1;
+    while (client->readLine() == "+OK\r\n")
+        ++acknowledged;
+    EXPECT_LE(acknowledged, host.commands().size());
+}
+
+TEST_F(SocketStrategy, NoteOnAnEmptyCodeOutlivesASuccessfulStart) {
+    add(onPort(3, port).code(QString()));
+    ASSERT_EQ(start(), 0);
+    EXPECT_EQ(error, QStringLiteral("代码不能为空"));
+}
+
+TEST_F(SocketStrategy, HostMayRemoveTheStrategyWhenItHearsOfTheDoor) {
+    add(onPort(3, port));
+    host.audit.onRecord = [this] { service().removeOrderStrategy(3); };
+    EXPECT_EQ(start(), 0);
+    EXPECT_TRUE(service().getStrategyMap().isEmpty());
+    host.audit.onRecord = nullptr;
 }
 
 TEST_F(SocketStrategy, StuckListenerStillStops) {

@@ -153,7 +153,7 @@ TEST_F(OrderSocketServer, OrderReachesTheGateAndTheAudit) {
     ASSERT_EQ(host.audit.reports.size(), 1u);
     EXPECT_EQ(host.audit.reports[0].m_eStrategyType, EOrderStrategyType::Signal);
     EXPECT_EQ(host.audit.reports[0].m_nChannel, 3);
-    EXPECT_EQ(host.audit.reports[0].m_strSource, QStringLiteral("127.0.0.1:%1").arg(0));
+    EXPECT_EQ(host.audit.reports[0].m_strSource, QStringLiteral("here:0"));
     EXPECT_EQ(host.audit.reports[0].m_nOrders, 1);
 }
 
@@ -321,6 +321,26 @@ TEST_F(OrderSocketServer, LineFeedAsTheFirstByteIsALoneOneToo) {
     EXPECT_EQ(client->readLine(), kOk);
     stop();
     EXPECT_TRUE(client->isClosedByServer());
+    ASSERT_EQ(host.audit.doors.size(), 1u);
+    EXPECT_EQ(host.audit.doors[0].m_eEvent, EDoorEvent::Stuck);
+    EXPECT_EQ(host.audit.doors[0].m_strSource, QStringLiteral("here:0"));
+}
+
+TEST_F(OrderSocketServer, QuitOfACrowdedConnectionStillAnswersEverything) {
+    start("", "");
+    const auto client = connect();
+    constexpr int kLines = 50000;
+    std::string lines;
+    for (int i = 0; i < kLines; ++i)
+        lines += "x\r\n";
+    std::thread sender([&] {
+        client->send(lines + "quit\r\n");
+        client->send(lines); // behind the end: taken without a look
+        client->finishSending();
+    });
+    const std::string replies = client->readAll();
+    sender.join();
+    EXPECT_EQ(replies.size(), kLines * kBadCommand.size() + kOk.size());
 }
 
 // The log.

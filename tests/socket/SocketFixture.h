@@ -23,8 +23,8 @@ protected:
     void TearDown() override { stop(); }
 
     void start(const std::string& user = "trader", const std::string& pass = "secret") {
-        m_wrapper =
-            std::make_unique<TC::COrderSocketServerWrapper>("127.0.0.1", 0, user, pass, gate, registry);
+        m_wrapper = std::make_unique<TC::COrderSocketServerWrapper>("127.0.0.1", 0, user, pass, gate,
+                                                                    registry, QStringLiteral("here:0"));
         m_wrapper->server()->start(false);
         m_nPort = m_wrapper->server()->port();
         m_thread = std::thread([this] { m_wrapper->run(); });

@@ -4,6 +4,7 @@
 
 #include <sys/resource.h>
 
+#include <thread>
 #include <vector>
 
 namespace {
@@ -44,6 +45,53 @@ TEST_F(SocketGuard, LoneLineFeedCostsItsConnectionOnly) {
     EXPECT_EQ(client->readAll(), "-ERR Line Not Ended By CR LF\r\n");
     EXPECT_EQ(other->ask("cancel 1"), "+OK\r\n");
     EXPECT_EQ(refusals(), std::vector<std::string>{"Line Not Ended By CR LF"});
+}
+
+TEST_F(SocketGuard, RepliesOfOrdersInFrontOfARefusalArrive) {
+    start();
+    const auto client = logIn();
+    constexpr int kOrders = 2000;
+    std::string lines;
+    for (int i = 0; i < kOrders; ++i)
+        lines += "cancel 1\r\n";
+    std::thread sender([&] {
+        client->send(lines + "x\n" + std::string(1'000'000, 'y'));
+        client->finishSending();
+    });
+    const std::string replies = client->readAll();
+    sender.join();
+    EXPECT_EQ(replies.size(), kOrders * 5 + std::string("-ERR Line Not Ended By CR LF\r\n").size());
+}
+
+TEST_F(SocketGuard, FloodOfRefusalsIsCountedRatherThanTold) {
+    start();
+    const auto trader = logIn();
+    for (int i = 0; i < 50; ++i) {
+        CTestSocket stranger(m_nPort);
+        stranger.send("\n");
+        stranger.readAll();
+    }
+    clock.sleep(2);
+    {
+        CTestSocket stranger(m_nPort);
+        stranger.send("\n");
+        stranger.readAll();
+    }
+    EXPECT_EQ(trader->ask("cancel 1"), "+OK\r\n");
+    const auto told = refusals();
+    ASSERT_EQ(told.size(), 11u);
+    EXPECT_EQ(told.back(), "Line Not Ended By CR LF, and 40 others before it");
+}
+
+TEST_F(SocketGuard, WhoLogsOutHasAMinuteAgain) {
+    start();
+    const auto client = logIn();
+    clock.sleep(100);
+    EXPECT_EQ(client->ask("user trader"), "+OK\r\n");
+    clock.sleep(59);
+    EXPECT_EQ(client->ask("user trader"), "+OK\r\n");
+    clock.sleep(2);
+    EXPECT_EQ(client->readAll(), "-ERR No Login In Time\r\n");
 }
 
 TEST_F(SocketGuard, LongLineCostsItsConnectionOnly) {

@@ -127,7 +127,8 @@ TEST_F(SocketListeners, ShutdownEndsAStuckListener) {
     CTestSocket client(port);
     client.readLine();
     client.send("\n");
-    listeners.shutdown();
+    listeners.closeAll();
+    listeners.joinAll();
     EXPECT_TRUE(client.isClosedByServer());
     EXPECT_FALSE(isListening(port));
 }

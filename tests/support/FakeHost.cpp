@@ -44,6 +44,7 @@ const TC::CAccountGroup* CUser::getAccountGroupConst(TC::EQDBrokerType broker, c
 void CUser::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType which, const QString& key,
                                std::vector<TC::CAccountInfoPtr>& found, std::vector<double>& ratios,
                                bool isSimple) const {
+    accountsCalls.add({broker, which, key, isSimple});
     const std::string text = key.toStdString();
     if (which == TC::ESelectedAccountType::Group && !isSimple) {
         const auto group = groups.find({broker, text});
@@ -177,6 +178,8 @@ void CTrade::cancelTask(int taskId, int operation, const std::string& text, cons
                         const std::string& tradingDay, const CCancelCallback& callback, int flag) {
     m_records.record([&] {
         cancelled.push_back({taskId, operation, text, remark, tradingDay, !callback.empty(), flag});
+        m_records.log.push_back("cancel task " + std::to_string(taskId) + " operation " +
+                                std::to_string(operation) + ": " + remark);
     });
 }
 
@@ -241,14 +244,16 @@ bool CRules::parserOrderTradeParam(const std::string& text, TC::COrderTradeParam
 void CRules::orderSettingFromString(TC::COrderSetting& setting, const QString& text) {
     const std::lock_guard lock(m_mutex);
     settingTexts.push_back(text);
-    // "price=N" is all that this host's setting texts can say.
-    const QString head = QStringLiteral("price=");
-    if (text.startsWith(head))
-        setting.m_ePriceType = static_cast<TC::EPriceType>(text.mid(head.size()).toInt());
+    // "price=N" and "kind=N" are all that this host's setting texts can say.
+    const int number = text.section(QLatin1Char('='), 1).toInt();
+    if (text.startsWith(QStringLiteral("price="))) setting.m_ePriceType = static_cast<TC::EPriceType>(number);
+    if (text.startsWith(QStringLiteral("kind="))) setting.m_eOrderType = static_cast<TC::EOrderType>(number);
 }
 
 void CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
-                                 TC::EOperationType, int volume, double price, const TC::CPriceDataPtr&) {
+                                 TC::EOperationType operation, int volume, double price,
+                                 const TC::CPriceDataPtr& quote) {
+    settingCalls.add({setting, operation, volume, price, quote});
     record.m_ePriceType = setting.m_ePriceType;
     record.m_eOrderType = setting.m_eOrderType;
     record.m_dPrice = price;
@@ -292,6 +297,7 @@ bool CAlgorithms::getAlgOrderSettingFromString(const std::string& text,
 
 std::string CAlgorithms::getAlgParamsStr(TC::EOrderType type, const TC::CAlgorithmOrderSettingPtr& setting,
                                          const std::vector<TC::CCodeOrderParam>& codes) {
+    codesCalls.add(codes);
     const auto* own = dynamic_cast<const CSetting*>(setting.get());
     return "algo " + std::to_string(static_cast<int>(type)) + " " + (own != nullptr ? own->text : "?") +
            " x" + std::to_string(codes.size());

@@ -56,6 +56,24 @@ private:
     std::condition_variable m_changed;
 };
 
+/// The calls of one operation, kept for arguments that do not change what the fake answers.
+template<typename Call>
+class CCalls {
+public:
+    void add(const Call& call) {
+        const std::lock_guard lock(m_mutex);
+        m_calls.push_back(call);
+    }
+    std::vector<Call> all() const {
+        const std::lock_guard lock(m_mutex);
+        return m_calls;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<Call> m_calls;
+};
+
 struct CMessage {
     QString text;
     TC::EMsgTypeDef type;
@@ -87,18 +105,53 @@ struct CSplitCall {
     TC::EHedge_Flag_Type hedge;
 };
 
+struct CAccountsCall {
+    TC::EQDBrokerType broker;
+    TC::ESelectedAccountType kind;
+    QString name;
+    bool simple;
+};
+
+struct CPriceTypeCall {
+    TC::EPriceType type;
+    TC::EOperationType operation;
+    TC::EQDBrokerType broker;
+    std::string market, code;
+    TC::EOrderType orderType;
+};
+
+/// One question to a quote for a price: "origin", "calc" or "order".
+struct CPriceCall {
+    std::string kind;
+    TC::EPriceType type;
+    TC::EOperationType operation;
+    int number;
+    bool hasAutoPrice;
+};
+
+struct CSettingCall {
+    TC::COrderSetting setting;
+    TC::EOperationType operation;
+    int volume;
+    double price;
+    TC::CPriceDataPtr quote;
+};
+
 /// One quote: each price type has its price, others the default.
 class CQuote : public TC::CPriceData {
 public:
-    double getOriginPrice(TC::EPriceType type, TC::EOperationType) const override {
+    double getOriginPrice(TC::EPriceType type, TC::EOperationType operation) const override {
+        calls.add({"origin", type, operation, 0, false});
         return find(origin, type);
     }
-    double getPriceForCalc(TC::EPriceType type, TC::EOperationType, int,
-                           const boost::shared_ptr<TC::CAutoPriceParam>&) const override {
+    double getPriceForCalc(TC::EPriceType type, TC::EOperationType operation, int number,
+                           const boost::shared_ptr<TC::CAutoPriceParam>& autoPrice) const override {
+        calls.add({"calc", type, operation, number, autoPrice != nullptr});
         return find(calc, type);
     }
-    double getPriceForOrder(TC::EPriceType type, TC::EOperationType, int,
-                            const boost::shared_ptr<TC::CAutoPriceParam>&) const override {
+    double getPriceForOrder(TC::EPriceType type, TC::EOperationType operation, int number,
+                            const boost::shared_ptr<TC::CAutoPriceParam>& autoPrice) const override {
+        calls.add({"order", type, operation, number, autoPrice != nullptr});
         return find(order, type);
     }
 
@@ -107,6 +160,7 @@ public:
 
     std::map<TC::EPriceType, double> origin, calc, order;
     double otherOrigin = TC::kUnsetDouble, otherCalc = TC::kUnsetDouble, otherOrder = TC::kUnsetDouble;
+    mutable CCalls<CPriceCall> calls;
 
 private:
     double find(const std::map<TC::EPriceType, double>& prices, TC::EPriceType type) const;
@@ -136,8 +190,10 @@ public:
     void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
                             std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                             bool simple) const override;
-    bool isPriceTypeValid(TC::EPriceType type, TC::EOperationType, TC::EQDBrokerType, const std::string&,
-                          const std::string&, TC::EOrderType) const override {
+    bool isPriceTypeValid(TC::EPriceType type, TC::EOperationType operation, TC::EQDBrokerType broker,
+                          const std::string& market, const std::string& code,
+                          TC::EOrderType orderType) const override {
+        priceTypeCalls.add({type, operation, broker, market, code, orderType});
         return invalidPriceTypes.count(type) == 0;
     }
     TC::CAccountPtr getAccountData(const QString& key) const override;
@@ -174,6 +230,8 @@ public:
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaults;
     TC::CBasketMap baskets;
     TC::COrderStrategyMap strategies;
+    mutable CCalls<CAccountsCall> accountsCalls;
+    mutable CCalls<CPriceTypeCall> priceTypeCalls;
 };
 
 class COrders : public TC::COrderClient {
@@ -284,7 +342,9 @@ private:
 
 class CRules : public TC::CTradingRules {
 public:
-    QString qdStockKey(const QString& market, const QString& code) override { return market + code; }
+    QString qdStockKey(const QString& market, const QString& code) override {
+        return market + keySeparator + code;
+    }
     TC::EQDBrokerType orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType type) override;
     QString getAccountFromOrderParam(const QString& part1, const QString& part2) override {
         return part1 + QStringLiteral("/") + part2;
@@ -317,10 +377,12 @@ public:
     QString knPriceTypeToString(TC::EPriceType type, const std::string& code, bool shortForm) override;
 
     std::map<std::string, TC::COrderTradeParam> tradeParams; ///< texts that the host understands
+    QString keySeparator; ///< stands in instrument keys between the market and the code
     std::set<TC::EPriceType> marketPrices;
     std::set<int> buys{18}, closes, directRepays; ///< operations
     std::map<TC::EOrderType, TC::ETradePlatform> algoPlatforms;
     std::vector<QString> settingTexts;
+    CCalls<CSettingCall> settingCalls; ///< what orderSettingToParam was asked with
     std::function<void(TC::CCodeOrderParam&)> onFixTimeRange;
     std::function<void(const TC::COrderSetting&)> onSetting; ///< called with the setting of each record
 
@@ -339,6 +401,7 @@ public:
                                 const std::vector<TC::CCodeOrderParam>& codes) override;
 
     std::set<std::string> unreadable;
+    CCalls<std::vector<TC::CCodeOrderParam>> codesCalls; ///< the records that getAlgParamsStr was asked with
 };
 
 class CMessages : public TC::CMsgService {
@@ -403,8 +466,10 @@ class CFramework : public knservice::CTradeFrameworkSource {
 public:
     explicit CFramework(CRecords& records) : m_records(records) {}
     void switchTradingDate(const std::string& date) override;
+    knservice::TradeInterfaceList getAllInterfaces() override { return interfaces; }
 
     std::vector<std::string> dates;
+    knservice::TradeInterfaceList interfaces;
 
 private:
     CRecords& m_records;

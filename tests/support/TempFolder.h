@@ -26,6 +26,12 @@ public:
     void write(const std::string& name, const std::string& bytes) const {
         std::ofstream(path(name), std::ios::binary) << bytes;
     }
+    /// Writes a file that its owner alone can read.
+    void writeSecret(const std::string& name, const std::string& bytes) const {
+        write(name, bytes);
+        std::filesystem::permissions(path(name), std::filesystem::perms::owner_read |
+                                                     std::filesystem::perms::owner_write);
+    }
     /// Writes the file under another name and renames it, so that a reader finds it whole.
     void handOver(const std::string& name, const std::string& bytes) const {
         write(name + ".draft", bytes);

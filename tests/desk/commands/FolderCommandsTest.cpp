@@ -78,13 +78,24 @@ protected:
 TEST_F(DemoFolder, PassesTheCheck) {
     std::ostringstream out;
     EXPECT_EQ(runCheck(m_folder.path("desk"), out), 0);
-    EXPECT_EQ(out.str(), m_folder.path("desk") + ": good; 3 accounts, 4 strategies, 12 instruments\n");
+    EXPECT_EQ(out.str(), m_folder.path("desk") + ": good; 3 accounts, 5 strategies, 12 instruments\n");
 }
 
 TEST_F(DemoFolder, MayIssueCommandsFromFilesAndSignals) {
     EXPECT_EQ(m_config.user.kind, 100);
     EXPECT_TRUE(m_config.user.orderService);
     EXPECT_EQ(m_config.user.rights, (std::set<int>{7, 8}));
+}
+
+TEST_F(DemoFolder, ListensForThisMachineBehindALoginAndTheGuard) {
+    const TC::COrderStrategyParam socket = m_config.strategies.value(5);
+    EXPECT_EQ(socket.m_eStrategyType, TC::EOrderStrategyType::Signal);
+    EXPECT_EQ(socket.m_strSignalSource, QStringLiteral("127.0.0.1:15150"));
+    EXPECT_FALSE(socket.m_strUser.isEmpty());
+    EXPECT_FALSE(socket.m_strPass.isEmpty());
+    EXPECT_TRUE(socket.isRunning());
+    EXPECT_EQ(m_config.switches.count("mdl_order_socket_guard"), 1u);
+    EXPECT_FALSE(m_config.allowRemoteSocket);
 }
 
 TEST_F(DemoFolder, StartsAFileStrategyOfEachKind) {
@@ -94,7 +105,7 @@ TEST_F(DemoFolder, StartsAFileStrategyOfEachKind) {
     EXPECT_EQ(count([](const COrderStrategyParam& s) {
                   return s.isRunning() && s.m_eStrategyType == TC::EOrderStrategyType::File;
               }),
-              strategies.size());
+              strategies.size() - 1);
     EXPECT_GE(count([](const COrderStrategyParam& s) {
                   return s.m_eSelectedAccountType == TC::ESelectedAccountType::Account;
               }),
@@ -117,6 +128,7 @@ TEST_F(DemoFolder, HasInstrumentsOfEachTypeThatTheRulesAskFor) {
 TEST_F(DemoFolder, OrderFilesLieInTheFolder) {
     EXPECT_TRUE(prepareOrderFiles(m_config).empty());
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {
+        if (!strategy.comesFromFile()) continue;
         const std::string path = strategy.m_strSignalSource.toStdString();
         EXPECT_TRUE(std::filesystem::is_regular_file(path)) << path;
         EXPECT_EQ(path.rfind(m_folder.path("desk/orders/"), 0), 0U) << path;

@@ -1,14 +1,20 @@
 #include "desk/commands/RunDesk.h"
 
+#include "base/Log.h"
 #include "desk/commands/NewFolder.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/FolderLock.h"
 #include "service/OrderService.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TestSocket.h"
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <future>
 #include <sstream>
+#include <utility>
 
 namespace desk {
 namespace {
@@ -16,7 +22,15 @@ namespace {
 /// A copy of the demo folder, run in this process. The steps of a test are taken from within the main loop.
 class RunDesk : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_EQ(runNew(folder.path("desk"), out, out), 0); }
+    void SetUp() override {
+        ASSERT_EQ(runNew(folder.path("desk"), out, out), 0);
+        // The demo's port may be another test's at the same time.
+        std::string strategies = folder.read("desk/strategies.toml");
+        const std::string port = "15150";
+        ASSERT_NE(strategies.find(port), std::string::npos);
+        folder.write("desk/strategies.toml",
+                     strategies.replace(strategies.find(port), port.size(), std::to_string(socketPort)));
+    }
 
     std::string journal() const { return folder.read("desk/journal.jsonl"); }
     bool has(const std::string& text) const { return journal().find(text) != std::string::npos; }
@@ -30,6 +44,7 @@ protected:
         });
     }
 
+    const unsigned short socketPort = freePort();
     CTempFolder folder;
     std::ostringstream out;
 };
@@ -66,7 +81,7 @@ TEST_F(RunDesk, StrategiesChangedAtRunTimeSurvive) {
     EXPECT_EQ(code, 0);
     const CLoadedConfig loaded = loadDeskConfig(folder.path("desk"));
     EXPECT_TRUE(loaded.mistakes.empty());
-    EXPECT_EQ(loaded.config.strategies.keys(), (QList<int>{1, 2, 3, 4}));
+    EXPECT_EQ(loaded.config.strategies.keys(), (QList<int>{1, 2, 3, 4, 5}));
     EXPECT_TRUE(loaded.config.strategies[1].isRunning());
     EXPECT_FALSE(loaded.config.strategies[2].isRunning());
     EXPECT_EQ(loaded.config.strategies[3].m_strName, QStringLiteral("策略3"));
@@ -96,6 +111,107 @@ TEST_F(RunDesk, StrategyThatDoesNotStartIsNamedWithTheReason) {
     const int code = run({[this] { return has("does not run"); }});
     EXPECT_EQ(code, 0);
     EXPECT_TRUE(has("group does not run: 信号来源必须为文件"));
+}
+
+/// Takes what the desk tells, and does something the first time that a text is among it.
+class CHookedBuffer : public std::stringbuf {
+public:
+    CHookedBuffer(std::string text, std::function<void()> hook)
+        : m_strText(std::move(text)), m_hook(std::move(hook)) {}
+
+protected:
+    int sync() override {
+        if (m_hook && str().find(m_strText) != std::string::npos) std::exchange(m_hook, nullptr)();
+        return 0;
+    }
+
+private:
+    std::string m_strText;
+    std::function<void()> m_hook;
+};
+
+TEST_F(RunDesk, StrategyThatStartsAtTheSecondAttemptIsToldAsStarted) {
+    const std::string single = folder.path("desk/orders/single.txt");
+    std::filesystem::create_directories(folder.path("desk/orders/group.txt"));
+    std::filesystem::create_directories(single);
+    // Once the first strategy's reason is known, what was in the second one's way is gone.
+    CHookedBuffer buffer("group does not run", [&] {
+        std::filesystem::remove(single);
+        folder.write("desk/orders/single.txt", "");
+    });
+    std::ostream told(&buffer);
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, told, [] { return true; }), 0);
+    EXPECT_TRUE(has("\"action\":\"start\",\"channel\":2"));
+    EXPECT_TRUE(has("single: 启动成功!"));
+    EXPECT_FALSE(has("single does not run"));
+    EXPECT_TRUE(loadDeskConfig(folder.path("desk")).config.strategies[2].isRunning());
+}
+
+TEST_F(RunDesk, OrderSocketTakesOrdersAndItsDoorIsJournalled) {
+    const std::string source = "127.0.0.1:" + std::to_string(socketPort);
+    std::future<std::string> replies;
+    const auto trade = [this] {
+        CTestSocket client(socketPort);
+        std::string text = client.readLine();
+        for (const char* line : {"user demo", "pass change-me", "placeorder 23,5,11.02,600101,1000"})
+            text += client.ask(line);
+        return text;
+    };
+    const int code = run({
+        [&] {
+            if (!has("\"event\":\"opened\",\"source\":\"" + source + "\",\"loopback\":true")) return false;
+            replies = std::async(std::launch::async, trade);
+            return true;
+        },
+        [this] { return has("\"kind\":\"fill\""); },
+    });
+    EXPECT_EQ(code, 0);
+    const std::string text = replies.get();
+    EXPECT_EQ(text.substr(text.find('\n') + 1), "+OK\r\n+OK\r\n+OK\r\n");
+    EXPECT_TRUE(has("\"event\":\"closed\",\"source\":\"" + source + "\""));
+}
+
+TEST_F(RunDesk, PasswordsReachNeitherJournalNorLogNorScreen) {
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":5"); },
+        [] {
+            QString error;
+            TC::COrderService& service = *TC::COrderService::instance();
+            service.stopOrderStrategy(5, error);
+            TC::COrderStrategyParam changed = service.getStrategyMap().value(5);
+            changed.m_strPass = QStringLiteral("another secret");
+            changed.m_nVolume = -1;
+            return service.updateOrderStrategy(5, changed) == 0;
+        },
+        [this] { return has("\"action\":\"not_saved\",\"channel\":5"); },
+        [] { return !utils::CLogCenter::logEnabled(); },
+    });
+    EXPECT_EQ(code, 0);
+    for (const char* secret : {"change-me", "another secret"}) {
+        EXPECT_FALSE(has(secret));
+        EXPECT_EQ(out.str().find(secret), std::string::npos);
+    }
+}
+
+TEST_F(RunDesk, StrategiesThatOthersCanReadAreRefused) {
+    std::filesystem::permissions(folder.path("desk/strategies.toml"), std::filesystem::perms::others_read,
+                                 std::filesystem::perm_options::add);
+    EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
+    EXPECT_NE(out.str().find("strategies.toml: holds a password and can be read by others"),
+              std::string::npos);
+    EXPECT_FALSE(folder.exists("desk/journal.jsonl"));
+}
+
+TEST_F(RunDesk, AsManyFilesMayBeOpenAsTheSystemAllows) {
+    struct rlimit before {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    const struct rlimit low { before.rlim_max / 2, before.rlim_max };
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &low), 0);
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
+    struct rlimit after {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &after), 0);
+    EXPECT_EQ(after.rlim_cur, before.rlim_max);
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
 }
 
 } // namespace

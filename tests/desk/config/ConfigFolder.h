@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -81,6 +82,13 @@ family = "stock"
         ASSERT_NE(place, std::string::npos) << "no \"" << what << "\" in " << file;
         ASSERT_EQ(text.find(what, place + 1), std::string::npos) << "\"" << what << "\" twice in " << file;
         m_folder.write(file, text.replace(place, what.size(), by));
+    }
+
+    /// Closes the file to everybody but its owner, or opens it to all.
+    void setSecret(const std::string& file, bool isSecret) const {
+        using std::filesystem::perms;
+        const perms others = isSecret ? perms::none : perms::group_read | perms::others_read;
+        std::filesystem::permissions(m_folder.path(file), perms::owner_read | perms::owner_write | others);
     }
 
     CLoadedConfig load() const { return loadDeskConfig(path()); }

@@ -37,7 +37,7 @@ std::string nameOf(const testing::TestParamInfo<CSpoiled>& info) {
 const CSpoiled kDeskRows[] = {
     {"UnknownTable", "desk.toml", "[settings.stock]", "[setings]\n[settings.stock]",
      "desk.toml:25: desk.toml: unknown key \"setings\"; expected one of account, basket, desk, group, "
-     "settings, switches, user"},
+     "settings, socket, switches, user"},
     {"UnknownKey", "desk.toml", "[settings.stock]", "[desk]\nfoo = 1\n[settings.stock]",
      "desk.toml:26: desk: unknown key \"foo\"; expected one of accept_forced_confirm"},
     {"MissingKey", "desk.toml", "name = \"trader\"\n", "", "desk.toml:1: user: key \"name\" is missing"},
@@ -75,7 +75,8 @@ const CSpoiled kDeskRows[] = {
     {"UnknownSwitch", "desk.toml", "[settings.stock]",
      "[switches]\nmdl_order_remark = true\n[settings.stock]",
      "desk.toml:26: switches: unknown key \"mdl_order_remark\"; expected one of mdl_order_command_remark, "
-     "mdl_order_pb_display, mdl_order_service_force_confirm, mdl_order_split_orderNum"},
+     "mdl_order_pb_display, mdl_order_service_force_confirm, mdl_order_socket_guard, "
+     "mdl_order_split_orderNum"},
     {"ListExpected", "desk.toml", "[{ account = \"A1\", weight = 6 }]",
      "[{ account = \"A1\", weight = 6 }, \"C1\"]",
      "desk.toml:19: group: members is \"C1\"; expected a table"},
@@ -134,9 +135,23 @@ INSTANTIATE_TEST_SUITE_P(InDeskToml, DeskMistake, testing::ValuesIn(kDeskRows), 
 
 const CSpoiled kStrategyRows[] = {
     {"UnknownKey", "strategies.toml", "running = true", "runing = true",
-     "strategies.toml:8: strategy: unknown key \"runing\"; expected one of account, amount, channel, code, "
-     "family, group, name, order_type, pass, path, position_type, price_type, remark, running, source, user, "
-     "volume"},
+     "strategies.toml:8: strategy: unknown key \"runing\"; expected one of account, account_mode, "
+     "amount, by_percent, channel, code, command_flag, family, first_limit, first_limit_on, further1, "
+     "further2, "
+     "group, hedge_basket, name, order_kind, order_type, pass, path, percent, position_type, price_type, "
+     "remark, running, second_limit, second_limit_on, setting, source, use_amount, user, volume"},
+    {"SlotThatIsNone", "strategies.toml", "family = \"stock\"\nrunning",
+     "family = \"stock\"\nsetting = [{ slot = 16 }]\nrunning",
+     "strategies.toml:8: strategy.setting: slot is 16; expected a slot's number, 0 to 15"},
+    {"SettingOfTheFamilysOwnSlot", "strategies.toml", "family = \"stock\"\nrunning",
+     "family = \"stock\"\nsetting = [{ slot = 0 }]\nrunning",
+     "strategies.toml:8: strategy.setting: slot 0 has its settings already; those of the family's own slot "
+     "stand in [[strategy]]"},
+    {"SettingWithoutSlot", "strategies.toml", "family = \"stock\"\nrunning",
+     "family = \"stock\"\nsetting = [{ price_type = 4 }]\nrunning",
+     "strategies.toml:8: strategy.setting: key \"slot\" is missing"},
+    {"PercentAboveOne", "strategies.toml", "running = true", "percent = 50",
+     "strategies.toml:1: strategy: percent must be above 0 and at most 1"},
     {"ChannelTwice", "strategies.toml", "channel = 2", "channel = 1",
      "strategies.toml:10: strategy: channel 1 stands twice"},
     {"ChannelOfZero", "strategies.toml", "channel = 2", "channel = 0",

@@ -1,11 +1,14 @@
 #include "desk/config/StrategyFile.h"
 
+#include "desk/config/StrategyCompare.h"
 #include "records/Families.h"
 #include "tests/desk/config/ConfigFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+
+#include <boost/make_shared.hpp>
 
 namespace desk {
 namespace {
@@ -30,6 +33,10 @@ position_type = 2
 remark = ""
 running = true
 )";
+
+bool save(const CConfigFolder& folder, const TC::COrderStrategyMap& strategies) {
+    return CStrategyFile(folder.path(), folder.load().config).save(strategies).isSuccess();
+}
 
 TC::COrderStrategyParam onlyStrategy(const CConfigFolder& folder) {
     const CLoadedConfig loaded = folder.load();
@@ -62,13 +69,15 @@ void expectFull(const CConfigFolder& folder, const TC::COrderStrategyParam& stra
 TEST(StrategyFile, EveryKeyIsRead) {
     const CConfigFolder folder;
     folder.files().write("strategies.toml", kFull);
+    folder.setSecret("strategies.toml", true);
     expectFull(folder, onlyStrategy(folder));
 }
 
 TEST(StrategyFile, EveryKeySurvivesSavingAndReading) {
     const CConfigFolder folder;
     folder.files().write("strategies.toml", kFull);
-    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    folder.setSecret("strategies.toml", true);
+    ASSERT_TRUE(save(folder, folder.load().config.strategies));
     expectFull(folder, onlyStrategy(folder));
 }
 
@@ -79,8 +88,144 @@ TEST(StrategyFile, StoppedStrategyMayBeUnfinished) {
     added.m_strName = QStringLiteral("策略4");
     TC::COrderStrategyMap strategies;
     strategies.insert(4, added);
-    ASSERT_TRUE(saveStrategies(folder.path(), strategies).isSuccess());
+    ASSERT_TRUE(save(folder, strategies));
     EXPECT_EQ(onlyStrategy(folder).m_nChannel, 4);
+}
+
+/// A strategy in which nothing has the value that a new one has.
+TC::COrderStrategyParam strategyOfEveryField(const CConfigFolder& folder) {
+    TC::COrderStrategyParam strategy;
+    strategy.m_nStatus = TC::COrderStrategyParam::kRunning;
+    strategy.m_nChannel = 12;
+    strategy.m_strName = QStringLiteral("名\"字\\\n\t'");
+    strategy.m_eSelectedAccountType = TC::ESelectedAccountType::Account;
+    strategy.m_strSelectedAccount = QStringLiteral("C1");
+    strategy.m_eTradeType = TC::EOrderStrategyTradeType::Credit;
+    strategy.m_ePositionType = static_cast<TC::EPositionType>(3);
+    strategy.m_eStrategyType = TC::EOrderStrategyType::BatchPending;
+    strategy.m_nAccountMode = TC::COrderStrategyParam::kTableMode;
+    strategy.m_strSignalSource = QString::fromStdString(folder.files().path("tables/all.dbf"));
+    strategy.m_strUser = QStringLiteral("user");
+    strategy.m_strPass = QStringLiteral("p\"q\\r 密");
+    strategy.m_strCode = QStringLiteral("SZ000001");
+    strategy.m_nVolume = 700;
+    strategy.m_nFurther1 = 2;
+    strategy.m_nFurther2 = 0;
+    strategy.m_bUseAmount = true;
+    strategy.m_dAmount = 12345.678901234567;
+    strategy.m_bByPercent = true;
+    strategy.m_dPercent = 0.1;
+    strategy.m_bHedgeBasket = true;
+    strategy.m_bCommandFlag = true;
+    strategy.m_eOrderType = static_cast<TC::EOrderType>(5);
+    for (int number = 0; number < TC::kSettingSlots; ++number) {
+        TC::COrderSetting& setting = strategy.setting(static_cast<TC::ESettingSlot>(number));
+        setting.m_ePriceType = static_cast<TC::EPriceType>(30 + number);
+        setting.m_eOrderType = static_cast<TC::EOrderType>(1 + number);
+        setting.m_dFirstLimit = 1.25 + number;
+        setting.m_dSecondLimit = -2.5 - number;
+        setting.m_bFirstLimitOn = true;
+        setting.m_bSecondLimitOn = true;
+        setting.m_strCmdLog = "备注 " + std::to_string(number);
+    }
+    return strategy;
+}
+
+/// What keeps the strategy from being saved; empty where it was saved and read back.
+std::string keep(const CConfigFolder& folder, const TC::COrderStrategyParam& strategy) {
+    const CStrategyFile file(folder.path(), folder.load().config);
+    const std::string reason = file.whyNotKept(strategy, {});
+    if (!reason.empty()) return reason;
+    EXPECT_TRUE(file.save({{strategy.m_nChannel, strategy}}).isSuccess());
+    const TC::COrderStrategyParam again = onlyStrategy(folder);
+    EXPECT_EQ(again.isRunning(), strategy.isRunning());
+    const char* different = firstDifference(again, strategy);
+    return different == nullptr ? "" : different;
+}
+
+TEST(StrategyFile, EveryFieldSurvivesSavingAndReading) {
+    const CConfigFolder folder;
+    EXPECT_EQ(keep(folder, strategyOfEveryField(folder)), "");
+}
+
+/// Where the user's defaults say more than the strategy does, the file must say "nothing".
+TEST(StrategyFile, FieldsThatNobodySetSurviveToo) {
+    const CConfigFolder folder;
+    folder.replace("desk.toml", "price_type = \"buy1\"",
+                   "price_type = \"buy1\"\nfirst_limit = 1.5\nsecond_limit = 2.5");
+    TC::COrderStrategyParam strategy;
+    strategy.m_nChannel = 1;
+    strategy.m_strName = QStringLiteral("n");
+    strategy.m_nVolume = strategy.m_nFurther1 = strategy.m_nFurther2 = TC::kUnsetInt;
+    strategy.m_ePositionType = TC::unsetEnum<TC::EPositionType>();
+    for (int number = 0; number < TC::kSettingSlots; ++number) {
+        TC::COrderSetting& setting = strategy.setting(static_cast<TC::ESettingSlot>(number));
+        setting.m_ePriceType = TC::unsetEnum<TC::EPriceType>();
+        setting.m_eOrderType = TC::unsetEnum<TC::EOrderType>();
+    }
+    EXPECT_EQ(keep(folder, strategy), "");
+}
+
+TEST(StrategyFile, NumbersAndTheirSwitchesAreKeptApart) {
+    const CConfigFolder folder;
+    TC::COrderStrategyParam strategy;
+    strategy.m_nChannel = 1;
+    strategy.m_strName = QStringLiteral("n");
+    strategy.m_dAmount = 500;
+    strategy.m_dPercent = 0;
+    strategy.m_stockSetting.m_dFirstLimit = 9;
+    strategy.m_stockSetting.m_bSecondLimitOn = true;
+    EXPECT_EQ(keep(folder, strategy), "");
+    strategy.m_dAmount = TC::kUnsetDouble;
+    strategy.m_bUseAmount = true;
+    EXPECT_EQ(keep(folder, strategy), "");
+}
+
+TEST(StrategyFile, SettingsOfFurtherSlotsAreWrittenWhereTheyDifferFromTheDefaults) {
+    const CConfigFolder folder;
+    TC::COrderStrategyMap strategies = folder.load().config.strategies;
+    ASSERT_TRUE(save(folder, strategies));
+    EXPECT_EQ(folder.files().read("strategies.toml").find("strategy.setting"), std::string::npos);
+    strategies[2].setting(TC::ESettingSlot::Gold).m_dFirstLimit = 4;
+    ASSERT_TRUE(save(folder, strategies));
+    EXPECT_NE(folder.files().read("strategies.toml").find("[[strategy.setting]]"), std::string::npos);
+    EXPECT_EQ(folder.load().config.strategies[2].setting(TC::ESettingSlot::Gold).m_dFirstLimit, 4);
+    EXPECT_TRUE(isSame(folder.load().config.strategies[1].setting(TC::ESettingSlot::Gold), {}));
+}
+
+class CHostsSetting : public TC::CAlgorithmOrderSetting {};
+
+TEST(StrategyFile, WhatCannotBeKeptIsNamed) {
+    const CConfigFolder folder;
+    const TC::COrderStrategyParam good = folder.load().config.strategies[1];
+    ASSERT_EQ(keep(folder, good), "");
+    const auto refusal = [&](auto&& spoil) {
+        TC::COrderStrategyParam strategy = good;
+        spoil(strategy);
+        return keep(folder, strategy);
+    };
+    EXPECT_EQ(refusal([](auto& s) { s.m_algoSetting = boost::make_shared<CHostsSetting>(); }),
+              "it has an algorithm setting, which the file cannot hold");
+    EXPECT_EQ(refusal([](auto& s) {
+                  s.m_hedgeParam = bson::BSONObj({0x0c, 0, 0, 0, 0x10, 'a', 0, 1, 0, 0, 0, 0});
+              }),
+              "it has hedge parameters, which the file cannot hold");
+    EXPECT_EQ(refusal([](auto& s) { s.m_nVolume = -5; }),
+              "strategy: volume is -5; expected a whole number of at least 0");
+    EXPECT_EQ(refusal([](auto& s) { s.m_strSignalSource = QStringLiteral("elsewhere.txt"); }),
+              "path would be read back as something else");
+    EXPECT_EQ(refusal([](auto& s) { s.m_strCode = QStringLiteral("600009"); }),
+              "strategy: code \"600009\" is unknown; expected an instrument of instruments.csv");
+}
+
+TEST(StrategyFile, APathThatAnotherStrategyHasIsNotKept) {
+    const CConfigFolder folder;
+    TC::COrderStrategyMap strategies = folder.load().config.strategies;
+    const CStrategyFile file(folder.path(), folder.load().config);
+    EXPECT_EQ(file.whyNotKept(strategies[2], strategies), "");
+    strategies[2].m_strSignalSource = strategies[1].m_strSignalSource;
+    EXPECT_EQ(file.whyNotKept(strategies[2], strategies),
+              "strategy: path \"orders/one.txt\" is the path of channel 1 too");
 }
 
 /// Every source and family that the service can hold.
@@ -102,7 +247,7 @@ TEST(StrategyFile, WhatTheServiceCanHoldIsReadAgain) {
         add(source, TC::EOrderStrategyTradeType::Stock);
     for (std::size_t i = 0; i < TC::kFamilyCount; ++i)
         add(TC::EOrderStrategyType::File, TC::kFamilies[i].m_eTradeType);
-    ASSERT_TRUE(saveStrategies(folder.path(), strategies).isSuccess());
+    ASSERT_TRUE(save(folder, strategies));
     EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
     const TC::COrderStrategyMap again = folder.load().config.strategies;
     ASSERT_EQ(again.size(), strategies.size());
@@ -117,7 +262,7 @@ TEST(StrategyFile, ATablesPathIsRelativeToo) {
     folder.replace("strategies.toml", "channel = 2\nsource = \"file\"", "channel = 2\nsource = \"table\"");
     const TC::COrderStrategyMap strategies = folder.load().config.strategies;
     EXPECT_EQ(strategies[2].m_strSignalSource.toStdString(), folder.files().path("orders/two.txt"));
-    ASSERT_TRUE(saveStrategies(folder.path(), strategies).isSuccess());
+    ASSERT_TRUE(save(folder, strategies));
     EXPECT_EQ(folder.files().read("strategies.toml").find(folder.path()), std::string::npos);
 }
 
@@ -125,7 +270,7 @@ TEST(StrategyFile, ADraftThatIsOpenToOthersIsNotWrittenInto) {
     const CConfigFolder folder;
     folder.files().write("strategies.toml.new", "left behind");
     std::filesystem::permissions(folder.files().path("strategies.toml.new"), std::filesystem::perms::all);
-    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    ASSERT_TRUE(save(folder, folder.load().config.strategies));
     EXPECT_EQ(std::filesystem::status(folder.files().path("strategies.toml")).permissions(),
               std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
@@ -147,7 +292,7 @@ TEST(StrategyFile, KeysLeftOutComeFromTheUsersDefaults) {
 
 TEST(StrategyFile, UnsetOrderKindAndAmountStayUnsetWhenSaved) {
     const CConfigFolder folder;
-    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    ASSERT_TRUE(save(folder, folder.load().config.strategies));
     const CLoadedConfig again = folder.load();
     ASSERT_TRUE(again.mistakes.empty());
     ASSERT_EQ(again.config.strategies.size(), 2);
@@ -162,7 +307,7 @@ TEST(StrategyFile, AFamilysKeysGoToItsOwnSlot) {
     const CConfigFolder folder;
     folder.replace("strategies.toml", "group = \"main\"\nfamily = \"stock\"",
                    "group = \"main\"\nfamily = \"basket\"\nprice_type = 4\nremark = \"r\"");
-    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    ASSERT_TRUE(save(folder, folder.load().config.strategies));
     const TC::COrderStrategyParam strategy = folder.load().config.strategies[2];
     EXPECT_EQ(strategy.setting(TC::ESettingSlot::StockBasket).m_ePriceType, TC::EPriceType::Sell1);
     EXPECT_EQ(strategy.setting(TC::ESettingSlot::StockBasket).m_strCmdLog, "r");
@@ -173,7 +318,8 @@ TEST(StrategyFile, PathsBelowTheFolderAreWrittenRelativeToIt) {
     const CConfigFolder folder;
     folder.replace("strategies.toml", "orders/two.txt", "/elsewhere/two.txt");
     for (const std::string& name : {folder.path(), folder.path() + "/"}) {
-        ASSERT_TRUE(saveStrategies(name, folder.load().config.strategies).isSuccess());
+        ASSERT_TRUE(
+            CStrategyFile(name, folder.load().config).save(folder.load().config.strategies).isSuccess());
         const std::string text = folder.files().read("strategies.toml");
         EXPECT_NE(text.find("orders/one.txt"), std::string::npos);
         EXPECT_NE(text.find("/elsewhere/two.txt"), std::string::npos);
@@ -186,13 +332,60 @@ TEST(StrategyFile, ASocketsAddressIsNoPath) {
     folder.replace("strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
                    "channel = 2\nsource = \"signal\"\npath = \"127.0.0.1:9000\"");
     EXPECT_EQ(folder.load().config.strategies[2].m_strSignalSource, QStringLiteral("127.0.0.1:9000"));
-    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    ASSERT_TRUE(save(folder, folder.load().config.strategies));
     EXPECT_EQ(folder.load().config.strategies[2].m_strSignalSource, QStringLiteral("127.0.0.1:9000"));
+}
+
+/// The base folder with an order socket on channel 2.
+void listenOn(const CConfigFolder& folder, const std::string& address) {
+    folder.replace("strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
+                   "channel = 2\nsource = \"signal\"\npath = \"" + address + "\"");
+}
+
+TEST(StrategyFile, ASocketForOtherMachinesIsAMistake) {
+    for (const std::string address : {"0.0.0.0:15150", "10.0.0.7:15150", "128.0.0.1:15150", "localhost:15150",
+                                      "127.1:15150", "127.0.0.1.example.org:15150"}) {
+        const CConfigFolder folder;
+        listenOn(folder, address);
+        EXPECT_EQ(folder.mistakes(), std::vector<std::string>{
+                                         "strategies.toml:10: strategy: path \"" + address +
+                                         "\" is open to other machines; expected an address of "
+                                         "127.0.0.0/8, or allow_remote = true under [socket] in desk.toml"});
+    }
+}
+
+TEST(StrategyFile, ASocketForThisMachineIsNone) {
+    for (const char* address : {"127.0.0.1:15150", "127.255.3.4:1"}) {
+        const CConfigFolder folder;
+        listenOn(folder, address);
+        EXPECT_EQ(folder.mistakes(), std::vector<std::string>{}) << address;
+    }
+}
+
+TEST(StrategyFile, ASocketForOtherMachinesMayBeAllowed) {
+    const CConfigFolder folder;
+    listenOn(folder, "0.0.0.0:15150");
+    folder.replace("desk.toml", "[settings.stock]", "[socket]\nallow_remote = true\n\n[settings.stock]");
+    EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
+}
+
+TEST(StrategyFile, APasswordThatOthersCanReadIsAMistake) {
+    const CConfigFolder folder;
+    folder.setSecret("strategies.toml", false);
+    EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
+    folder.replace("strategies.toml", "path = \"orders/two.txt\"",
+                   "path = \"orders/two.txt\"\npass = \"secret\"");
+    EXPECT_EQ(
+        folder.mistakes(),
+        std::vector<std::string>{"strategies.toml:0: holds a password and can be read by others; expected "
+                                 "a file for its owner alone: chmod 600 strategies.toml"});
+    folder.setSecret("strategies.toml", true);
+    EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
 }
 
 TEST(StrategyFile, NoStrategiesAreAFileToo) {
     const CConfigFolder folder;
-    ASSERT_TRUE(saveStrategies(folder.path(), {}).isSuccess());
+    ASSERT_TRUE(save(folder, {}));
     const CLoadedConfig loaded = folder.load();
     EXPECT_TRUE(loaded.mistakes.empty());
     EXPECT_TRUE(loaded.config.strategies.isEmpty());
@@ -200,7 +393,7 @@ TEST(StrategyFile, NoStrategiesAreAFileToo) {
 
 TEST(StrategyFile, SavedForItsOwnerAloneAndWithoutADraftLeft) {
     const CConfigFolder folder;
-    ASSERT_TRUE(saveStrategies(folder.path(), folder.load().config.strategies).isSuccess());
+    ASSERT_TRUE(save(folder, folder.load().config.strategies));
     struct stat status {};
     ASSERT_EQ(::stat(folder.files().path("strategies.toml").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600U);
@@ -209,16 +402,16 @@ TEST(StrategyFile, SavedForItsOwnerAloneAndWithoutADraftLeft) {
 
 TEST(StrategyFile, AFailedSaveNamesTheFileAndLeavesNothingBehind) {
     const CConfigFolder folder;
-    const TC::COrderStrategyMap strategies = folder.load().config.strategies;
+    const CDeskConfig config = folder.load().config;
     // A folder at the file's place can be opened by nobody and replaced by no file.
     std::filesystem::remove(folder.files().path("strategies.toml"));
     std::filesystem::create_directory(folder.files().path("strategies.toml"));
-    const utils::KNError saved = saveStrategies(folder.path(), strategies);
+    const utils::KNError saved = CStrategyFile(folder.path(), config).save(config.strategies);
     EXPECT_FALSE(saved.isSuccess());
     EXPECT_EQ(saved.errorMsg().rfind(folder.files().path("strategies.toml") + ": ", 0), 0U)
         << saved.errorMsg();
     EXPECT_FALSE(folder.files().exists("strategies.toml.new"));
-    EXPECT_FALSE(saveStrategies(folder.files().path("none"), strategies).isSuccess());
+    EXPECT_FALSE(CStrategyFile(folder.files().path("none"), config).save(config.strategies).isSuccess());
 }
 
 } // namespace

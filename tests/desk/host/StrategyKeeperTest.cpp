@@ -4,6 +4,7 @@
 #include "tests/support/Builders.h"
 #include "tests/support/TempFolder.h"
 
+#include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -14,25 +15,55 @@
 namespace desk {
 namespace {
 
+/// The registry as a map; the service's own is tested with it.
+class CMapRegistry final : public TC::IStrategyRegistry {
+public:
+    void visitStrategies(const std::function<void(int, const TC::COrderStrategyParam&)>& visit) override {
+        for (auto it = m_strategies.cbegin(); it != m_strategies.cend(); ++it)
+            visit(it.key(), it.value());
+    }
+    std::optional<TC::COrderStrategyParam> copyStrategy(int channel) override {
+        const auto found = m_strategies.constFind(channel);
+        return found != m_strategies.cend() ? std::optional(*found) : std::nullopt;
+    }
+
+    TC::COrderStrategyMap m_strategies;
+};
+
+/// Remembers what it was given; two strategies with one source do not go together.
+class CMemoryStore : public IStrategyStore {
+public:
+    std::string whyNotKept(const TC::COrderStrategyParam& strategy,
+                           const TC::COrderStrategyMap& others) const override {
+        if (strategy.m_algoSetting != nullptr) return "algorithm";
+        for (const TC::COrderStrategyParam& other : others) {
+            if (other.m_strSignalSource == strategy.m_strSignalSource) return "path";
+        }
+        return "";
+    }
+    utils::KNError save(const TC::COrderStrategyMap& strategies) const override {
+        m_saved.push_back(strategies);
+        return m_bRefuses ? utils::KNError(1, "full") : utils::KNError();
+    }
+
+    mutable std::vector<TC::COrderStrategyMap> m_saved;
+    bool m_bRefuses = false;
+};
+
 /// A journal in a folder of its own, and what would have been saved.
 class StrategyKeeper : public testing::Test {
 protected:
     StrategyKeeper() {
         EXPECT_TRUE(journal.open(folder.path()).isSuccess());
-        configured.insert(1, CStrategyBuilder().channel(1));
-        configured.insert(2, CStrategyBuilder().channel(2).stopped());
-        configured.insert(
-            9, CStrategyBuilder().channel(9)); // over the user's limit: the order service erased it
+        configured.insert(1, CStrategyBuilder().channel(1).file("1"));
+        configured.insert(2, CStrategyBuilder().channel(2).file("2").stopped());
+        // Over the user's limit: the order service erased it.
+        configured.insert(9, CStrategyBuilder().channel(9).file("9"));
         current = configured;
         current.remove(9);
     }
 
-    CStrategyKeeper make() {
-        return {journal, sink, configured, [this](const TC::COrderStrategyMap& strategies) {
-                    saved.push_back(strategies);
-                    return refuseSaving ? utils::KNError(1, "full") : utils::KNError();
-                }};
-    }
+    CStrategyKeeper make() { return {journal, sink, configured, store}; }
 
     /// "action channel" of every strategy record.
     std::vector<std::string> records() const {
@@ -50,36 +81,38 @@ protected:
     CJournal journal;
     std::ostringstream told;
     CTextSink sink{told};
-    TC::COrderStrategyMap configured, current;
-    std::vector<TC::COrderStrategyMap> saved;
-    bool refuseSaving = false;
+    TC::COrderStrategyMap configured;
+    CMapRegistry registry;
+    TC::COrderStrategyMap& current = registry.m_strategies;
+    CMemoryStore store;
+    std::vector<TC::COrderStrategyMap>& saved = store.m_saved;
 };
 
 using Texts = std::vector<std::string>;
 
 TEST_F(StrategyKeeper, BeginningJournalsWhatRunsAndSavesNothing) {
     CStrategyKeeper keeper = make();
-    keeper.begin(current);
-    keeper.update(current);
+    keeper.begin(registry);
+    keeper.update(registry);
     EXPECT_EQ(records(), Texts{"start 1"});
     EXPECT_TRUE(saved.empty());
 }
 
 TEST_F(StrategyKeeper, EveryKindOfChangeIsJournalledAndSaved) {
     CStrategyKeeper keeper = make();
-    keeper.begin(current);
+    keeper.begin(registry);
     current[1].m_nStatus = TC::COrderStrategyParam::kStopped;
     current[2].m_nVolume = 77;
     current[2].m_nStatus = TC::COrderStrategyParam::kRunning;
-    current.insert(3, CStrategyBuilder().channel(3).stopped());
-    keeper.update(current);
+    current.insert(3, CStrategyBuilder().channel(3).file("3").stopped());
+    keeper.update(registry);
     EXPECT_EQ(records(), (Texts{"start 1", "stop 1", "change 2", "start 2", "add 3"}));
     ASSERT_EQ(saved.size(), 1u);
     EXPECT_EQ(saved[0].keys(), (QList<int>{1, 2, 3, 9}));
     EXPECT_FALSE(saved[0][1].isRunning());
     EXPECT_EQ(saved[0][2].m_nVolume, 77);
     current.remove(1);
-    keeper.update(current);
+    keeper.update(registry);
     EXPECT_EQ(records().back(), "remove 1");
     EXPECT_EQ(saved.back().keys(), (QList<int>{2, 3, 9}));
 }
@@ -87,24 +120,52 @@ TEST_F(StrategyKeeper, EveryKindOfChangeIsJournalledAndSaved) {
 TEST_F(StrategyKeeper, StrategyThatCouldNotBeStartedStaysAsItsOwnerWroteIt) {
     CStrategyKeeper keeper = make();
     current[1].m_nStatus = TC::COrderStrategyParam::kStopped;
-    keeper.begin(current);
-    current.insert(3, CStrategyBuilder().channel(3).stopped());
-    keeper.update(current);
+    keeper.begin(registry);
+    current.insert(3, CStrategyBuilder().channel(3).file("3").stopped());
+    keeper.update(registry);
     ASSERT_EQ(saved.size(), 1u);
     EXPECT_TRUE(saved[0][1].isRunning());
 }
 
-TEST_F(StrategyKeeper, FailedSavingIsToldAndTriedAgain) {
+TEST_F(StrategyKeeper, FailedSavingIsToldOnceAndTriedAgain) {
     CStrategyKeeper keeper = make();
-    keeper.begin(current);
+    keeper.begin(registry);
     current.remove(2);
-    refuseSaving = true;
-    keeper.update(current);
+    store.m_bRefuses = true;
+    keeper.update(registry);
+    keeper.update(registry);
     EXPECT_EQ(told.str(), "the strategies cannot be saved: full\n");
-    refuseSaving = false;
-    keeper.update(current);
-    keeper.update(current);
-    EXPECT_EQ(saved.size(), 2u);
+    store.m_bRefuses = false;
+    keeper.update(registry);
+    keeper.update(registry);
+    EXPECT_EQ(saved.size(), 3u);
+}
+
+TEST_F(StrategyKeeper, StrategyThatCannotBeKeptIsToldOnceAndLeftStoppedAsItWas) {
+    CStrategyKeeper keeper = make();
+    keeper.begin(registry);
+    current[1].m_algoSetting = boost::make_shared<TC::CAlgorithmOrderSetting>();
+    keeper.update(registry);
+    current[2].m_nVolume = 77;
+    keeper.update(registry);
+    EXPECT_EQ(records(), (Texts{"start 1", "change 1", "not_saved 1", "change 2"}));
+    EXPECT_EQ(told.str(), "strategy 1 is not saved as it is: algorithm\n");
+    EXPECT_EQ(saved.back()[1].m_algoSetting, nullptr);
+    EXPECT_FALSE(saved.back()[1].isRunning());
+    EXPECT_EQ(saved.back()[2].m_nVolume, 77);
+    current[1].m_algoSetting = nullptr;
+    keeper.update(registry);
+    EXPECT_TRUE(saved.back()[1].isRunning());
+}
+
+TEST_F(StrategyKeeper, StrategiesThatChangePlacesAreBothKept) {
+    CStrategyKeeper keeper = make();
+    keeper.begin(registry);
+    std::swap(current[1].m_strSignalSource, current[2].m_strSignalSource);
+    keeper.update(registry);
+    EXPECT_EQ(told.str(), "");
+    EXPECT_EQ(saved.back()[1].m_strSignalSource, QStringLiteral("2"));
+    EXPECT_EQ(saved.back()[2].m_strSignalSource, QStringLiteral("1"));
 }
 
 } // namespace

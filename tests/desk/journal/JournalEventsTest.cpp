@@ -106,6 +106,38 @@ TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhereItWasCutShort) {
               R"("orders":5,"unread_params":2,"cut_short":true,"left_waiting":false,"cause":"line 7: bad"})");
 }
 
+TEST(JournalEvents, DoorTellsWhatHappenedWhereToWhomAndWhy) {
+    TC::CDoorReport report;
+    report.m_eEvent = TC::EDoorEvent::Refused;
+    report.m_strSource = QStringLiteral("127.0.0.1:15150");
+    report.m_strPeer = QStringLiteral("127.0.0.1:40000");
+    report.m_strCause = QStringLiteral("Line Too Long");
+    EXPECT_EQ(doorFields(report).dump(), R"({"event":"refused","source":"127.0.0.1:15150","loopback":true,)"
+                                         R"("peer":"127.0.0.1:40000","cause":"Line Too Long"})");
+}
+
+TEST(JournalEvents, EveryEventOfADoorHasItsWord) {
+    const std::pair<TC::EDoorEvent, const char*> words[] = {{TC::EDoorEvent::Opened, "opened"},
+                                                            {TC::EDoorEvent::Closed, "closed"},
+                                                            {TC::EDoorEvent::Stuck, "stuck"},
+                                                            {TC::EDoorEvent::Refused, "refused"}};
+    for (const auto& [event, word] : words) {
+        TC::CDoorReport report;
+        report.m_eEvent = event;
+        EXPECT_EQ(doorFields(report)["event"], word);
+    }
+}
+
+TEST(JournalEvents, DoorToOtherMachinesIsNoLoopback) {
+    TC::CDoorReport report;
+    const std::pair<const char*, bool> sources[] = {
+        {"127.0.0.1:1", true}, {"127.9.9.9:1", true}, {"0.0.0.0:1", false}, {"10.0.0.7:127", false}};
+    for (const auto& [source, isLoopback] : sources) {
+        report.m_strSource = QString::fromLatin1(source);
+        EXPECT_EQ(doorFields(report)["loopback"], isLoopback) << source;
+    }
+}
+
 TEST(JournalEvents, MessageAndTradeErrorCarryTheirTexts) {
     EXPECT_EQ(messageFields(QStringLiteral("无法下单"), TC::EMsgTypeDef::OrderFailure, TC::MsgLevel::Warning)
                   .dump(),

@@ -71,6 +71,23 @@ TEST(JournalText, EachKindReadsAsOneLine) {
               kShown + "fill  3 of order 5: A1 buy 100 SH600000 @ 10.0\n");
 }
 
+TEST(JournalText, DoorTellsWhoCanReachItAndWhoWasRefused) {
+    EXPECT_EQ(
+        shown("door", R"("event":"opened","source":"127.0.0.1:1","loopback":true,"peer":"","cause":"")"),
+        kShown + "door  127.0.0.1:1 opened, for this machine only\n");
+    EXPECT_EQ(shown("door", R"("event":"opened","source":"0.0.0.0:1","loopback":false,"peer":"","cause":"")"),
+              kShown + "door  0.0.0.0:1 opened, FOR OTHER MACHINES TOO\n");
+    EXPECT_EQ(shown("door", R"("event":"closed","source":"0.0.0.0:1","loopback":false,"peer":"","cause":"")"),
+              kShown + "door  0.0.0.0:1 closed\n");
+    EXPECT_EQ(shown("door", R"("event":"refused","source":"127.0.0.1:1","peer":"127.0.0.1:2","cause":"why")"),
+              kShown + "door  127.0.0.1:1 refused, 127.0.0.1:2: why\n");
+}
+
+TEST(JournalText, StrategyThatIsNotSavedTellsWhy) {
+    EXPECT_EQ(shown("strategy", R"("action":"not_saved","channel":1,"name":"s","cause":"why")"),
+              kShown + "strategy  not_saved channel 1 s: why\n");
+}
+
 TEST(JournalText, TextsCannotBreakTheLineOrReachTheTerminal) {
     EXPECT_EQ(shown("message", R"("text":"a\nb\u001b[2J")"), kShown + "message  a b [2J\n");
 }

@@ -132,7 +132,7 @@ TEST_F(PaperHost, VolumesAreSplitInTheInstrumentsUnit) {
     EXPECT_TRUE(split(300, {1}, "600000", error).empty());
     EXPECT_EQ(error->errorMsg(), "there is not one weight for each account");
     EXPECT_TRUE(split(TC::kUnsetInt, {1, 1}, "600000", error).empty());
-    EXPECT_EQ(error->errorMsg(), "the volume is not set");
+    EXPECT_EQ(error->errorMsg(), "没有数量");
     EXPECT_TRUE(split(-1, {1, 1}, "600000", nullptr).empty());
 }
 

@@ -38,6 +38,10 @@ double randomWeight(std::mt19937& random) {
     }
 }
 
+std::string failure(int volume, const std::vector<double>& weights) {
+    return splitOverAccounts(volume, weights, 100).m_error.errorMsg();
+}
+
 } // namespace
 
 TEST(VolumeSplit, DividesByWeightInWholeUnits) {
@@ -78,6 +82,13 @@ TEST(VolumeSplit, NoPositiveWeightFailsWhereThereIsSomethingToDivide) {
     EXPECT_FALSE(splitOverAccounts(100, {0, kNaN}, 100).m_error.isSuccess());
     EXPECT_FALSE(splitOverAccounts(100, {}, 100).m_error.isSuccess());
     EXPECT_EQ(split(0, {0, kNaN}, 100), (std::vector<int>{0, 0}));
+}
+
+/// They end the report of a split that failed, which is Chinese up to there.
+TEST(VolumeSplit, ReasonsAreInTheUsersLanguage) {
+    EXPECT_EQ(failure(TC::kUnsetInt, {1}), "没有数量");
+    EXPECT_EQ(failure(-1, {1}), "数量为负数");
+    EXPECT_EQ(failure(100, {0}), "没有权重大于0的账号");
 }
 
 TEST(VolumeSplit, UnitBelowOneCountsAsOne) {

@@ -1,0 +1,208 @@
+// The order socket over the loopback, beside an echo server that gets the same lines:
+// socket_rtt: microseconds from one order line to its reply, one at a time. socket_pipelined: order lines a
+// second on one connection with 64 of them on the way. socket_50: microseconds per order of 50 connections
+// with one on the way each. connection_memory: bytes that an idle connection takes in the process; the
+// baseline is the size of the room that each keeps for extensions.
+#include "bench/Figure.h"
+#include "bench/SocketPeers.h"
+
+#include <sys/epoll.h>
+#include <unistd.h>
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace {
+
+const std::string kLine = "placeorder 23,3,10.5,600000,100\r\n";
+
+constexpr int kRoundTrips = 4000;
+constexpr int kPipelined = 60000;
+constexpr int kInFlight = 64;
+constexpr int kConnections = 50;
+constexpr int kRoundsEach = 200;
+constexpr int kIdle = 500;
+constexpr int kRepetitions = 31;
+
+/// What a server's clients have to know of it.
+struct CPeer {
+    unsigned short port;
+    std::size_t greeting;
+    std::size_t reply;
+};
+
+template<typename Work>
+double secondsOf(const Work& work) {
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+void roundTrips(const bench::CClient& client, const CPeer& peer, int count) {
+    for (int i = 0; i < count; ++i) {
+        client.send(kLine.data(), kLine.size());
+        client.receiveAll(peer.reply);
+    }
+}
+
+/// Sends a new line for each reply that comes, so that kInFlight stay on the way up to the end.
+void pipeline(const bench::CClient& client, const CPeer& peer, int count) {
+    std::string lines;
+    for (int i = 0; i < kInFlight; ++i)
+        lines += kLine;
+    client.send(lines.data(), lines.size());
+    std::size_t bytes = 0;
+    for (int sent = kInFlight, answered = 0; answered < count;) {
+        bytes += client.receive();
+        const int fresh = static_cast<int>(bytes / peer.reply);
+        bytes %= peer.reply;
+        answered += fresh;
+        const int next = std::min(fresh, count - sent);
+        if (next > 0) client.send(lines.data(), kLine.size() * static_cast<std::size_t>(next));
+        sent += std::max(next, 0);
+    }
+}
+
+/// Many connections in one thread, each with one line on the way.
+class CCrowd {
+public:
+    explicit CCrowd(const CPeer& peer) : m_peer(peer), m_nEpoll(::epoll_create1(EPOLL_CLOEXEC)) {
+        for (int i = 0; i < kConnections; ++i) {
+            m_clients.emplace_back(peer.port, peer.greeting);
+            epoll_event event{};
+            event.events = EPOLLIN;
+            event.data.u32 = static_cast<std::uint32_t>(i);
+            ::epoll_ctl(m_nEpoll, EPOLL_CTL_ADD, m_clients.back().descriptor(), &event);
+        }
+    }
+    ~CCrowd() { ::close(m_nEpoll); }
+    CCrowd(const CCrowd&) = delete;
+    CCrowd& operator=(const CCrowd&) = delete;
+
+    /// Ends when each connection had so many replies.
+    void exchange(int each) {
+        std::vector<CState> states(m_clients.size(), CState{each - 1, 0});
+        for (const bench::CClient& client : m_clients)
+            client.send(kLine.data(), kLine.size());
+        for (std::size_t busy = m_clients.size(); busy > 0;) {
+            epoll_event events[kConnections];
+            const int count = ::epoll_wait(m_nEpoll, events, kConnections, -1);
+            for (int i = 0; i < count; ++i)
+                busy -= serve(m_clients[events[i].data.u32], states[events[i].data.u32]) ? 1 : 0;
+        }
+    }
+
+private:
+    struct CState {
+        int left;
+        std::size_t received;
+    };
+
+    /// True where that was the connection's last reply.
+    bool serve(const bench::CClient& client, CState& state) const {
+        state.received += client.receive();
+        if (state.received < m_peer.reply) return false;
+        state.received = 0;
+        if (state.left == 0) return true;
+        --state.left;
+        client.send(kLine.data(), kLine.size());
+        return false;
+    }
+
+    const CPeer m_peer;
+    const int m_nEpoll;
+    std::deque<bench::CClient> m_clients;
+};
+
+CPeer peerOf(const bench::CDoor& door) {
+    return {door.port(), bench::CDoor::kGreetingSize, bench::CDoor::kReplySize};
+}
+CPeer peerOf(const bench::CEcho& echo) {
+    return {echo.port(), 0, kLine.size()};
+}
+
+template<typename Server>
+void socketRtt(benchmark::State& state) {
+    const bench::COneProcessor processor;
+    const Server server;
+    const CPeer peer = peerOf(server);
+    const bench::CClient client(peer.port, peer.greeting);
+    roundTrips(client, peer, kRoundTrips / 10);
+    for (auto _ : state) {
+        const double seconds = secondsOf([&] { roundTrips(client, peer, kRoundTrips); });
+        bench::report(state, seconds * 1e6 / kRoundTrips, "us");
+    }
+}
+
+template<typename Server>
+void socketPipelined(benchmark::State& state) {
+    const bench::COneProcessor processor;
+    const Server server;
+    const CPeer peer = peerOf(server);
+    const bench::CClient client(peer.port, peer.greeting);
+    pipeline(client, peer, kPipelined / 10);
+    for (auto _ : state) {
+        const double seconds = secondsOf([&] { pipeline(client, peer, kPipelined); });
+        bench::report(state, kPipelined / seconds, "1/s");
+    }
+}
+
+template<typename Server>
+void socket50(benchmark::State& state) {
+    const bench::COneProcessor processor;
+    const Server server;
+    CCrowd crowd(peerOf(server));
+    crowd.exchange(kRoundsEach / 10);
+    for (auto _ : state) {
+        const double seconds = secondsOf([&] { crowd.exchange(kRoundsEach); });
+        bench::report(state, seconds * 1e6 / (kConnections * kRoundsEach), "us");
+    }
+}
+
+double usedBytes() {
+    const struct mallinfo2 info = ::mallinfo2();
+    return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
+}
+
+/// The clients are bare descriptors: what the heap has more of belongs to the door's connections.
+void connectionMemory(benchmark::State& state) {
+    for (auto _ : state) {
+        const bench::CDoor door;
+        const CPeer peer = peerOf(door);
+        const bench::CClient first(peer.port, peer.greeting);
+        std::deque<bench::CClient> clients;
+        const double before = usedBytes();
+        for (int i = 0; i < kIdle; ++i)
+            clients.emplace_back(peer.port, peer.greeting);
+        // A reply to the first shows that the door has done with the last.
+        roundTrips(first, peer, 1);
+        bench::report(state, (usedBytes() - before) / kIdle, "bytes");
+    }
+}
+
+void connectionMemoryBaseline(benchmark::State& state) {
+    for (auto _ : state)
+        bench::report(state, static_cast<double>(TC::ConnData::kScratchSize), "bytes");
+}
+
+/// One round is long enough to be measured; the repetitions make the median.
+void once(benchmark::internal::Benchmark* figure) {
+    figure->Iterations(1)->Repetitions(kRepetitions);
+}
+
+BENCHMARK_TEMPLATE(socketRtt, bench::CDoor)->Name("socket_rtt")->Apply(once);
+BENCHMARK_TEMPLATE(socketRtt, bench::CEcho)->Name("socket_rtt/baseline")->Apply(once);
+BENCHMARK_TEMPLATE(socketPipelined, bench::CDoor)->Name("socket_pipelined")->Apply(once);
+BENCHMARK_TEMPLATE(socketPipelined, bench::CEcho)->Name("socket_pipelined/baseline")->Apply(once);
+BENCHMARK_TEMPLATE(socket50, bench::CDoor)->Name("socket_50")->Apply(once);
+BENCHMARK_TEMPLATE(socket50, bench::CEcho)->Name("socket_50/baseline")->Apply(once);
+BENCHMARK(connectionMemory)->Name("connection_memory")->Apply(once);
+BENCHMARK(connectionMemoryBaseline)->Name("connection_memory/baseline")->Apply(once);
+
+} // namespace

@@ -1,0 +1,100 @@
+// Any bytes as the argument of `placeorder`: no crash, no undefined behaviour, nothing thrown but the bad
+// number, a refusal tells one of its texts, and what is understood is an order of the line's own number and
+// channel that has several lines only as a basket.
+#include "records/OrderTypes.h"
+#include "records/Portfolio.h"
+#include "socket/OrderCommandParser.h"
+#include "tests/support/Builders.h"
+#include "tests/support/DoorFakes.h"
+#include "tests/support/FakeHost.h"
+
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <iterator>
+#include <string>
+
+namespace {
+
+constexpr int kPricedChannel = 3; ///< its strategy wants a price for each member of a basket
+constexpr int kPlainChannel = 4;
+constexpr int kBasketRows = 3;
+
+/// Host and registry, set up once: parsing changes neither.
+struct CWorld {
+    CWorld() {
+        registry.strategies.insert(
+            kPricedChannel, CStrategyBuilder().channel(kPricedChannel).set([](auto& s) {
+                s.setting(TC::ESettingSlot::StockBasket).m_ePriceType = TC::EPriceType::Specified;
+            }));
+        registry.strategies.insert(kPlainChannel, CStrategyBuilder().channel(kPlainChannel));
+        host.user.baskets[QStringLiteral("b")].m_rows.resize(kBasketRows);
+        host.user.baskets[QStringLiteral("蓝筹")].m_rows.resize(kBasketRows);
+        const auto position = boost::make_shared<knservice::CPositionDetail>();
+        position->m_strCode = "600000";
+        position->m_nVolume = 100;
+        const auto portfolio = boost::make_shared<knservice::CPortfolio>();
+        portfolio->m_positions["a"] = position;
+        host.tasks.tables[knservice::kPortfolioTable]["1____p"] = portfolio;
+    }
+
+    CFakeHost host;
+    CPlainRegistry registry;
+};
+
+struct CReading {
+    bool isBadNumber = false;
+    bool isUnderstood = false;
+    TC::COrderParam order;
+    std::string error;
+};
+
+CReading read(const std::string& argument, TC::IStrategyRegistry& registry) {
+    CReading reading;
+    try {
+        reading.isUnderstood = TC::parseSocketOrder(argument, registry, reading.order, reading.error);
+    } catch (const boost::bad_lexical_cast&) {
+        reading.isBadNumber = true;
+    }
+    return reading;
+}
+
+void require(bool condition) {
+    if (!condition) std::abort();
+}
+
+/// Baskets, and the numbers below 93 that mean nothing and are read like them.
+bool isBasketNumber(int number) {
+    const bool isUnused = number < 0 || (number >= 16 && number <= 22);
+    return isUnused || number == TC::kOrderBasketBuy || number == TC::kOrderBasketSell ||
+           (number >= TC::kOrderBasketHeader && number <= TC::kOrderBasketList);
+}
+
+void check(const CReading& reading, const std::string& argument) {
+    static const std::string kTexts[] = {"", "参数有误", " 缺少指定价参数", " 指定的篮子不存在"};
+    require(std::find(std::begin(kTexts), std::end(kTexts), reading.error) != std::end(kTexts));
+    if (!reading.isUnderstood) return;
+    require(reading.error.empty());
+    const TC::COrderParam& order = reading.order;
+    require(order.m_eStrategyType == TC::EOrderStrategyType::Signal);
+    require(std::atoi(argument.c_str()) == order.m_nOrderType);
+    require(std::atoi(argument.c_str() + argument.find(',') + 1) == order.m_nChannel);
+    if (order.m_orders.size() > 1) require(isBasketNumber(order.m_nOrderType));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static CWorld world;
+    const std::string argument(reinterpret_cast<const char*>(data), size);
+    const CReading reading = read(argument, world.registry);
+    check(reading, argument);
+    const CReading again = read(argument, world.registry);
+    require(again.isBadNumber == reading.isBadNumber && again.isUnderstood == reading.isUnderstood);
+    require(again.order.toQString() == reading.order.toQString() && again.error == reading.error);
+    return 0;
+}

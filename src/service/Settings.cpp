@@ -1,0 +1,38 @@
+#include "service/Settings.h"
+
+#include <boost/make_shared.hpp>
+
+#include <QDomDocument>
+#include <QDomElement>
+
+namespace TC {
+namespace {
+
+const QString kInterfacesTag = QStringLiteral("interfaceTrade");
+const QString kDataAttribute = QStringLiteral("interfacedata");
+
+} // namespace
+
+void loadInterfaces(const QDomElement& element, knservice::TradeInterfaceList& interfaces) {
+    const QDomElement parent = element.elementsByTagName(kInterfacesTag).at(0).toElement();
+    for (QDomElement child = parent.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        const auto record = boost::make_shared<knservice::TradeInterfaceData>();
+        record->fillFromJson(child.attribute(kDataAttribute).toStdString());
+        interfaces.push_back(record);
+    }
+}
+
+void saveInterfaces(const knservice::TradeInterfaceList& interfaces, QDomElement& element,
+                    QDomDocument& document) {
+    for (const knservice::TradeInterfaceDataPtr& record : interfaces) {
+        if (record == nullptr) continue;
+        // A name that is no tag name stays what the document makes of it; an empty one leaves nothing to
+        // append.
+        QDomElement child = document.createElement(QString::fromStdString(record->m_strInterface));
+        child.setAttribute(kDataAttribute, QString::fromStdString(record->toJson()));
+        element.appendChild(child);
+    }
+}
+
+} // namespace TC

@@ -1,0 +1,122 @@
+#include "check/CheckFrame.h"
+
+#include "tests/check/CheckFixture.h"
+
+namespace {
+
+using namespace TC;
+
+const QString kCode = QStringLiteral("SH600000");
+
+/// A family of its own, with the stock family's numbers and setting and with no step that may be left out.
+class CheckFrame : public CheckFixture {
+protected:
+    bool check(const COrderParam& order, const COrderStrategyParam& strategy = CStrategyBuilder()) {
+        CCheckRun run{family, service, order, strategy, codes, weights};
+        return runFamilyCheck(run);
+    }
+
+    CFamilyCheck family{EOrderStrategyTradeType::Stock,
+                        "lines %1 %2",
+                        ESettingText::PlainOnly,
+                        EQuoteWait::UnlessSpecified,
+                        ESplitInstrument::Named,
+                        nullptr,
+                        nullptr,
+                        nullptr,
+                        nullptr,
+                        nullptr,
+                        nullptr,
+                        nullptr};
+    std::vector<CCodeOrderParam> codes;
+    std::map<std::string, double> weights;
+};
+
+TEST_F(CheckFrame, FamilyWithoutCodeResolutionTakesTheCodeAsItStands) {
+    ASSERT_TRUE(check(COrderBuilder(23).line(QStringLiteral("600000"), 10.5, 100)));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("600000")});
+    EXPECT_EQ(codes.at(0).m_stock.m_strCode, "");
+    EXPECT_TRUE(host.errorTexts().empty());
+}
+
+TEST_F(CheckFrame, FamilyWithoutCodeResolutionStillTakesTheRestOfTheLine) {
+    const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) {
+        o.m_orders[0].m_ePriceType = EPriceType::Latest;
+        o.m_orders[0].m_nOverFreqMode = 2;
+    });
+    ASSERT_TRUE(check(order));
+    EXPECT_EQ(codes.at(0).m_ePriceType, EPriceType::Latest);
+    EXPECT_EQ(codes.at(0).m_nOverFreqMode, 2);
+}
+
+TEST_F(CheckFrame, FamilyWithoutAPriceCheckTakesAnyPrice) {
+    host.user.invalidPriceTypes.insert(EPriceType::Latest);
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 3.0, 100), CStrategyBuilder().price(EPriceType::Latest)));
+    EXPECT_EQ(codes.at(0).m_dPrice, 10.5);
+    EXPECT_TRUE(host.errorTexts().empty());
+}
+
+TEST_F(CheckFrame, FamilyWithoutAPriceCheckStillRefusesZeroOnARecord) {
+    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 0.0, 100)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
+}
+
+TEST_F(CheckFrame, SeveralLinesAreReportedInTheFamilysWords) {
+    const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).line(kCode, 10.5, 100);
+    EXPECT_FALSE(check(order));
+    EXPECT_EQ(onlyError(), QStringLiteral("lines 文件单 3"));
+}
+
+TEST_F(CheckFrame, FamilyWithoutWordsForSeveralLinesUsesTheCommonOnes) {
+    family.m_pszTooManyLines = nullptr;
+    const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).line(kCode, 10.5, 100);
+    EXPECT_FALSE(check(order));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单参数不合法!"));
+    EXPECT_TRUE(codes.empty());
+}
+
+TEST_F(CheckFrame, FamilyWithoutAmountsUsesTheStrategysVolume) {
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5), CStrategyBuilder().volume(700).amount(100000)));
+    EXPECT_EQ(host.trade.splitCalls.at(0).volume, 700);
+}
+
+// The setting text.
+
+class SettingText : public CheckFrame {
+protected:
+    static constexpr auto kSettingKind = static_cast<EOrderType>(4);
+    static constexpr auto kOrderKind = static_cast<EOrderType>(7);
+
+    /// Sends an order with a setting text through the check; its record tells what became of the setting.
+    CCodeOrderParam send(ESettingText rule) {
+        family.m_eSettingText = rule;
+        codes.clear();
+        const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) {
+            o.m_strOrderSetting = "price=5";
+            o.m_eOrderType = kOrderKind;
+        });
+        EXPECT_TRUE(check(
+            order, CStrategyBuilder().set([](auto& s) { s.m_stockSetting.m_eOrderType = kSettingKind; })));
+        return codes.at(0);
+    }
+};
+
+TEST_F(SettingText, OfAPlainOrderIsReadUnderEveryRule) {
+    const std::map<ESettingText, EOrderType> kinds{{ESettingText::OrderKindThenPlain, kOrderKind},
+                                                   {ESettingText::PlainOnly, kSettingKind},
+                                                   {ESettingText::Always, kSettingKind}};
+    for (const auto& [rule, kind] : kinds) {
+        const CCodeOrderParam record = send(rule);
+        EXPECT_EQ(record.m_ePriceType, EPriceType::Latest) << static_cast<int>(rule);
+        EXPECT_EQ(record.m_eOrderType, kind) << static_cast<int>(rule);
+    }
+}
+
+TEST_F(SettingText, OfAnAlgorithmOrderIsReadOnlyWhereTheFamilyAlwaysReadsIt) {
+    host.rules.algoPlatforms[kOrderKind] = ETradePlatform::Plain;
+    EXPECT_EQ(send(ESettingText::OrderKindThenPlain).m_ePriceType, EPriceType::Specified);
+    EXPECT_EQ(send(ESettingText::PlainOnly).m_ePriceType, EPriceType::Specified);
+    EXPECT_EQ(send(ESettingText::Always).m_ePriceType, EPriceType::Latest);
+}
+
+} // namespace

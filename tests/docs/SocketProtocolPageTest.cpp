@@ -1,0 +1,150 @@
+// Holds the conversations of docs/socket-protocol.md with a real listener, and reads its order lines.
+#include "base/Text.h"
+#include "records/Portfolio.h"
+#include "socket/OrderCommandParser.h"
+#include "tests/docs/FencedBlocks.h"
+#include "tests/socket/SocketFixture.h"
+
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
+#include <boost/make_shared.hpp>
+
+#include <map>
+#include <sstream>
+
+namespace {
+
+using namespace TC;
+
+constexpr const char* kPage = "/docs/socket-protocol.md";
+constexpr const char* kServerCloses = "S closes";
+
+std::string dropPrefix(const std::string& text, const std::string& prefix) {
+    if (text.compare(0, prefix.size(), prefix) != 0)
+        throw std::runtime_error("expected \"" + prefix + "\": " + text);
+    return text.substr(prefix.size());
+}
+
+class SocketProtocolPage : public SocketFixture {
+protected:
+    void SetUp() override {
+        addBasket();
+        addPortfolio();
+        registry.strategies.insert(3, CStrategyBuilder());
+        registry.strategies.insert(4, CStrategyBuilder().channel(4).set([](auto& strategy) {
+            strategy.setting(ESettingSlot::StockBasket).m_ePriceType = EPriceType::Specified;
+        }));
+    }
+
+    static std::vector<CFencedBlock> blocks() { return readFencedBlocks(std::string(SOURCE_DIR) + kPage); }
+
+    /// A listener of the kind that the words behind `conversation` name.
+    void startFor(const std::string& words) {
+        const std::map<std::string, std::function<void()>> kinds{
+            {"conversation", [this] { start(); }},
+            {"conversation no-login", [this] { start("", ""); }},
+            {"conversation guard",
+             [this] {
+                 guard();
+                 start();
+             }},
+        };
+        kinds.at(words)();
+    }
+
+    /// Sends the client's lines and gives the conversation as it went, in the bytes of the wire.
+    std::string talk(const std::string& conversation) const {
+        CTestSocket client(m_nPort);
+        std::istringstream lines(conversation);
+        std::string went;
+        for (std::string line; std::getline(lines, line);) {
+            if (line == kServerCloses) {
+                went += client.isClosedByServer() ? line : "S goes on";
+            } else if (line.compare(0, 3, "C: ") == 0) {
+                client.send(line.substr(3) + "\r\n");
+                went += line;
+            } else {
+                dropPrefix(line, "S: ");
+                went += "S: " + dropLineEnd(client.readLine());
+            }
+            went += '\n';
+        }
+        return went;
+    }
+
+    /// What a line gives: the order, or the refusal.
+    std::string outcomeOf(const std::string& line) {
+        std::string argument = dropPrefix(line, "placeorder");
+        argument.erase(0, argument.find_first_not_of(' '));
+        COrderParam order;
+        std::string error;
+        try {
+            if (parseSocketOrder(argument, registry, order, error)) return order.toQString().toStdString();
+        } catch (const boost::bad_lexical_cast&) {
+            // Refused like a line with too few fields.
+        }
+        return "-ERR Bad Param" + error;
+    }
+
+private:
+    /// A reply without its CR LF; one that does not end in that is told apart.
+    static std::string dropLineEnd(const std::string& reply) {
+        const std::size_t end = reply.find("\r\n");
+        return end + 2 == reply.size() ? reply.substr(0, end) : reply + "(not ended by one CR LF)";
+    }
+
+    void addBasket() {
+        CBasketStockData row;
+        row.m_strCode = QStringLiteral("600000");
+        row.m_nVolume = 200;
+        row.m_eOperationType = 19;
+        row.m_dWeight = 0.5;
+        host.user.baskets[QStringLiteral("蓝筹")].m_rows = {row};
+    }
+
+    void addPortfolio() {
+        const auto position = boost::make_shared<knservice::CPositionDetail>();
+        position->m_strCode = "600000";
+        position->m_nVolume = 700;
+        const auto portfolio = boost::make_shared<knservice::CPortfolio>();
+        portfolio->m_positions["first"] = position;
+        host.tasks.tables[knservice::kPortfolioTable]["12____main"] = portfolio;
+    }
+};
+
+TEST_F(SocketProtocolPage, EveryConversationGoesAsWritten) {
+    int conversations = 0;
+    for (const CFencedBlock& block : blocks()) {
+        if (block.info.compare(0, 12, "conversation") != 0) continue;
+        ASSERT_NO_THROW(startFor(block.info)) << "line " << block.line;
+        const std::string conversation = utils::safeUtf82Gbk(block.text);
+        EXPECT_EQ(talk(conversation), conversation) << "line " << block.line;
+        stop();
+        host.switches.on.clear();
+        ++conversations;
+    }
+    EXPECT_GE(conversations, 4);
+}
+
+TEST_F(SocketProtocolPage, EveryLineGivesTheOrderBelowIt) {
+    const auto all = blocks();
+    int examples = 0;
+    for (std::size_t i = 0; i + 1 < all.size(); ++i) {
+        if (all[i].info != "socket-line") continue;
+        ASSERT_EQ(all[i + 1].info, "order") << "behind line " << all[i].line;
+        std::istringstream lines(all[i].text);
+        std::string outcomes;
+        for (std::string line; std::getline(lines, line); ++examples)
+            outcomes += outcomeOf(line) + "\n";
+        EXPECT_EQ(outcomes, all[i + 1].text) << "line " << all[i].line;
+    }
+    EXPECT_GE(examples, 40);
+}
+
+/// The greeting has the length that the page tells.
+TEST_F(SocketProtocolPage, GreetingHas47Bytes) {
+    start();
+    CTestSocket client(m_nPort);
+    EXPECT_EQ(client.readLine().size(), 47u);
+}
+
+} // namespace
