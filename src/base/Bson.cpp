@@ -274,6 +274,17 @@ BSONObjBuilder& BSONObjBuilder::append(const char* key, const BSONObj& value) {
     return *this;
 }
 
+BSONObjBuilder& BSONObjBuilder::appendAllBut(const char* key, const BSONObj& document) {
+    bson_t view;
+    bson_init_static(&view, document.bytes().data(), document.bytes().size());
+    bson_iter_t iter;
+    for (bson_iter_init(&iter, &view); bson_iter_next(&iter);) {
+        if (std::string_view(bson_iter_key(&iter)) == key) continue;
+        expect(bson_append_iter(&m_pDocument->document, nullptr, -1, &iter), bson_iter_key(&iter));
+    }
+    return *this;
+}
+
 BSONObj BSONObjBuilder::obj() const {
     const std::uint8_t* bytes = bson_get_data(&m_pDocument->document);
     return BSONObj(CBytes(bytes, bytes + m_pDocument->document.len));

@@ -98,6 +98,9 @@ public:
     BSONObjBuilder& append(const char* key, const std::vector<std::string>& values);
     BSONObjBuilder& append(const char* key, const BSONObj& value);
 
+    /// Appends all fields of the document but the one of that key.
+    BSONObjBuilder& appendAllBut(const char* key, const BSONObj& document);
+
     /// The document so far.
     BSONObj obj() const;
 

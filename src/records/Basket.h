@@ -27,9 +27,17 @@ struct CBasketSetting {
 
 using CBasketMap = QMap<QString, CBasketSetting>;
 
-/// The price choice of a basket's hedge leg; the rest of the record is the host's.
+/// The settings of a basket's hedge leg. Of them this system knows the price choice; the rest is the host's
+/// and goes through as it came.
 struct CBasketHedgeParam : knservice::IData {
-    int m_nPriceKind = 0; ///< 3 when buying, 9 when selling
+    int m_nPriceKind = 0; ///< 3 when buying, 9 when selling; key "m_nPriceKind"
+
+    /// The document as it was read, with the price choice as it is now.
+    bson::BSONObj toBson() const override;
+    void bsonValueFromObj(const bson::BSONObj& obj) override;
+
+private:
+    bson::BSONObj m_rest;
 };
 
 } // namespace TC

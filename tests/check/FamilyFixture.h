@@ -4,15 +4,15 @@
 
 #include <boost/make_shared.hpp>
 
-/// One family's check on the fake host: the group "G" of accounts A1 and A2, at 0.6 and 0.4, also exists under
-/// the family's own broker type.
+/// One family's check on the fake host: the group "G" of accounts A1 and A2, at 0.6 and 0.4, also exists
+/// under the family's own broker type.
 class FamilyFixture : public CheckFixture {
 protected:
     using CCheck = bool (TC::COrderServiceBase::*)(TC::COrderParam, TC::COrderStrategyParam,
                                                    std::vector<TC::CCodeOrderParam>&,
                                                    std::map<std::string, double>&) const;
 
-    FamilyFixture(TC::EOrderStrategyTradeType family, CCheck check) : m_eFamily(family), m_check(check) {
+    FamilyFixture(TC::EOrderStrategyTradeType family, CCheck operation) : m_eFamily(family), m_check(operation) {
         host.user.addGroup(host.rules.orderStrategyTradeTypeToBrokerType(family), "G",
                            {{"A1", 0.6}, {"A2", 0.4}});
     }

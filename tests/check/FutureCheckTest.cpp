@@ -9,7 +9,7 @@ const QString kCode = QStringLiteral("IF2601");
 class FutureCheck : public FamilyFixture {
 protected:
     FutureCheck() : FutureCheck(EOrderStrategyTradeType::Future, &COrderServiceBase::checkAndFillOrderSpec) {}
-    FutureCheck(EOrderStrategyTradeType family, CCheck check) : FamilyFixture(family, check) {
+    FutureCheck(EOrderStrategyTradeType family, CCheck operation) : FamilyFixture(family, operation) {
         host.exchange.addOther("future", kCode);
         addQuote(kCode, 3500);
     }

@@ -39,7 +39,8 @@ TEST_P(MarketCheck, FullCodeOfEightCharactersIsTakenInAnyCase) {
     const bool isEight = key().size() == 8;
     EXPECT_EQ(check(COrderBuilder(23).line(key().toLower(), 10.5, 100)), isEight);
     if (!isEight)
-        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [%1] 不合法!").arg(key().toLower()));
+        EXPECT_EQ(onlyError(),
+                  QStringLiteral("[文件单]　通道号: 3, 下单代码 [%1] 不合法!").arg(key().toLower()));
 }
 
 TEST_P(MarketCheck, UnknownCodeIsRefused) {
@@ -58,15 +59,26 @@ TEST_P(MarketCheck, UnusablePriceNamesTheCodeAlsoWhereItIsEmpty) {
     EXPECT_TRUE(onlyError().startsWith(QStringLiteral("[文件单]　证券 [] ")));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Markets, MarketCheck,
-    testing::Values(CMarketCase{"Sgt", EOrderStrategyTradeType::SGT, &COrderServiceBase::checkAndFillOrderSGT, "sgt", "SGT", {23, 24}},
-                    CMarketCase{"Hgt", EOrderStrategyTradeType::HGT, &COrderServiceBase::checkAndFillOrderHGT,
-                                "hgt", "HGT", {23, 24}},
-                    CMarketCase{"Gold", EOrderStrategyTradeType::Gold,
-                                &COrderServiceBase::checkAndFillOrderGold, "gold", "GOLD",
-                                {0, 1, 3, 4, 23, 24}}),
-    [](const auto& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Markets, MarketCheck,
+                         testing::Values(CMarketCase{"Sgt",
+                                                     EOrderStrategyTradeType::SGT,
+                                                     &COrderServiceBase::checkAndFillOrderSGT,
+                                                     "sgt",
+                                                     "SGT",
+                                                     {23, 24}},
+                                         CMarketCase{"Hgt",
+                                                     EOrderStrategyTradeType::HGT,
+                                                     &COrderServiceBase::checkAndFillOrderHGT,
+                                                     "hgt",
+                                                     "HGT",
+                                                     {23, 24}},
+                                         CMarketCase{"Gold",
+                                                     EOrderStrategyTradeType::Gold,
+                                                     &COrderServiceBase::checkAndFillOrderGold,
+                                                     "gold",
+                                                     "GOLD",
+                                                     {0, 1, 3, 4, 23, 24}}),
+                         [](const auto& info) { return info.param.name; });
 
 class NeeqCheck : public FamilyFixture {
 protected:

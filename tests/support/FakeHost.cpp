@@ -253,6 +253,7 @@ void CRules::orderSettingFromString(TC::COrderSetting& setting, const QString& t
 void CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
                                  TC::EOperationType operation, int volume, double price,
                                  const TC::CPriceDataPtr& quote) {
+    if (onSetting) onSetting(setting);
     settingCalls.add({setting, operation, volume, price, quote});
     record.m_ePriceType = setting.m_ePriceType;
     record.m_eOrderType = setting.m_eOrderType;

@@ -266,8 +266,8 @@ public:
     void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                     const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
 
-    std::vector<double> moneySplits;     ///< amounts that came to splitMoney, which divides by ratio
-    std::vector<double> moneyOverride;   ///< what splitMoney gives where it is not empty
+    std::vector<double> moneySplits;        ///< amounts that came to splitMoney, which divides by ratio
+    std::vector<double> moneyOverride;      ///< what splitMoney gives where it is not empty
     std::map<std::string, int> loginStatus; ///< accounts that are not logged in
     /// Replaces the split; by default the volume goes by ratio, with what is left over to the first account.
     std::function<std::vector<int>(const CSplitCall&, utils::KNError&)> split;

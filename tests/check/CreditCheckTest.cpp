@@ -1,0 +1,164 @@
+#include "tests/check/FamilyFixture.h"
+
+namespace {
+
+using namespace TC;
+
+const QString kCode = QStringLiteral("600000");
+
+class CreditCheck : public FamilyFixture {
+protected:
+    CreditCheck()
+        : FamilyFixture(EOrderStrategyTradeType::Credit, &COrderServiceBase::checkAndFillOrderCredit) {}
+};
+
+TEST_F(CreditCheck, TakesItsNumbers) {
+    EXPECT_EQ(acceptedNumbers(kCode), numbers({{23, 24}, {27, 32}, {37, 39}}));
+}
+
+TEST_F(CreditCheck, SeveralLinesHaveTheTextOfTheNumber) {
+    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 1, 1).line(kCode, 1, 1)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单指令不合法!"));
+}
+
+// Trades.
+
+TEST_F(CreditCheck, TradeHasItsEntrustType) {
+    for (const int number : {23, 24, 27, 28}) {
+        ASSERT_TRUE(check(COrderBuilder(number).line(kCode, 10.5, 1000))) << number;
+        ASSERT_EQ(codes.size(), 2u) << number;
+        EXPECT_EQ(static_cast<int>(codes[0].m_eEntrustType),
+                  static_cast<int>(codes[0].m_eOperationType) + 500);
+        EXPECT_TRUE(isUnset(codes[0].m_nQuantityKind));
+    }
+}
+
+TEST_F(CreditCheck, SplitOfATradeLearnsNoInstrument) {
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 1000)));
+    EXPECT_EQ(host.trade.splitCalls[0].market, "");
+    EXPECT_EQ(host.trade.splitCalls[0].code, "");
+    EXPECT_EQ(codes[0].m_stock.m_strCode, "600000");
+}
+
+TEST_F(CreditCheck, AmountIsRoundedToTheUnitAndParPricesDoNotExist) {
+    host.types.types.insert({126, "SH600000"});
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5), strategy().amount(100000)));
+    EXPECT_EQ(splitVolume(), 9500);
+}
+
+TEST_F(CreditCheck, SettingOfATradeIsTakenAnew) {
+    const EOrderType algo = static_cast<EOrderType>(7);
+    host.rules.algoPlatforms[algo] = ETradePlatform::Plain;
+    COrderSetting seen;
+    host.rules.onSetting = [&](const COrderSetting& setting) { seen = setting; };
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 100).set([&](auto& o) {
+        o.m_strOrderSetting = "text";
+        o.m_eOrderType = algo;
+        o.m_orders[0].m_ePriceType = EPriceType::Latest;
+    })));
+    EXPECT_FALSE(host.rules.settingTexts.empty());
+    EXPECT_NE(seen.m_eOrderType, algo);
+    EXPECT_EQ(seen.m_ePriceType, EPriceType::Specified); // the line's price type does not count
+}
+
+TEST_F(CreditCheck, UnusablePriceNamesTheCodeAlsoWhereItIsEmpty) {
+    host.user.invalidPriceTypes = {EPriceType::Latest};
+    EXPECT_FALSE(check(COrderBuilder(23), priced(EPriceType::Latest)));
+    EXPECT_TRUE(onlyError().startsWith(QStringLiteral("[文件单]　证券 [] ")));
+}
+
+TEST_F(CreditCheck, UnknownCodeIsRefusedButForRepaymentsOfMoney) {
+    for (const int number : {23, 29, 30, 31, 37, 39}) {
+        EXPECT_FALSE(check(COrderBuilder(number).line(QStringLiteral("nobody"), 1, 1))) << number;
+        EXPECT_EQ(lastError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [nobody] 不合法!"));
+    }
+    EXPECT_TRUE(check(COrderBuilder(32).line(QStringLiteral("nobody"), 1, 1)));
+    EXPECT_EQ(host.quotes.subscribed.back(), QStringLiteral("nobody"));
+}
+
+// Repayments.
+
+TEST_F(CreditCheck, DirectRepaymentSplitsMoney) {
+    const int operation = static_cast<int>(orderTypeToOperationType(32));
+    host.rules.directRepays = {operation};
+    ASSERT_TRUE(check(COrderBuilder(32).line(QString(), 5).set([](auto& o) {
+        o.m_orders[0].m_dAmount = 1000.5;
+        o.m_strTradeText3 = "repay";
+    })));
+    EXPECT_EQ(host.trade.moneySplits, std::vector<double>{1000.5});
+    ASSERT_EQ(codes.size(), 2u);
+    EXPECT_DOUBLE_EQ(codes[0].m_dQuantity, 600.3);
+    EXPECT_EQ(codes[0].m_nVolume, 600);
+    EXPECT_EQ(codes[0].m_nQuantityKind, 48);
+    EXPECT_EQ(codes[0].m_strRepayText, "repay");
+    EXPECT_EQ(static_cast<int>(codes[0].m_eEntrustType), operation + 500);
+    EXPECT_EQ(codes[0].m_dPrice, 5); // the calculation price
+    EXPECT_TRUE(clock.sleeps().empty());
+}
+
+TEST_F(CreditCheck, DirectRepaymentFallsBackToTheStrategy) {
+    host.rules.directRepays = {static_cast<int>(orderTypeToOperationType(32))};
+    ASSERT_TRUE(check(COrderBuilder(32).line(QString(), 5, 9), strategy().amount(700)));
+    ASSERT_TRUE(check(COrderBuilder(32).line(QString(), 5, 9), strategy().volume(30)));
+    EXPECT_EQ(host.trade.moneySplits, (std::vector<double>{700, 30}));
+}
+
+TEST_F(CreditCheck, OtherRepaymentsSplitVolumes) {
+    ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 10.5, 1000)));
+    EXPECT_EQ(splitVolume(), 1000);
+    EXPECT_EQ(host.trade.splitCalls[0].code, "");
+    ASSERT_EQ(codes.size(), 2u);
+    EXPECT_EQ(codes[0].m_nVolume, 600);
+    EXPECT_EQ(codes[0].m_dQuantity, 600);
+    ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 10.5), strategy().amount(55.9)));
+    EXPECT_EQ(splitVolume(), 55);
+}
+
+TEST_F(CreditCheck, RepaymentOfNothingDropsTheAccountSilently) {
+    host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{0, 5}; };
+    ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 0, 5))); // and no test of a price of zero
+    ASSERT_EQ(codes.size(), 1u);
+    EXPECT_EQ(codes[0].m_account->getKey(), "A2");
+    EXPECT_TRUE(host.errorTexts().empty());
+}
+
+TEST_F(CreditCheck, FailedSplitsAreReported) {
+    host.rules.directRepays = {static_cast<int>(orderTypeToOperationType(32))};
+    host.trade.moneyOverride = {1};
+    EXPECT_FALSE(check(COrderBuilder(32).line(QString(), 5)));
+    EXPECT_EQ(lastError(), QStringLiteral("[文件单]　分单失败: 没有金额"));
+    host.trade.split = [](const fake::CSplitCall&, utils::KNError& error) {
+        error = utils::KNError(1, "why");
+        return std::vector<int>{};
+    };
+    EXPECT_FALSE(check(COrderBuilder(29).line(kCode, 5, 5)));
+    EXPECT_EQ(lastError(), QStringLiteral("[文件单]　分单失败: why"));
+}
+
+// A single contract.
+
+TEST_F(CreditCheck, ContractEndsOnTheAccountThatTheOrderNames) {
+    host.user.accounts["A1/x"] = host.user.accounts.at("A2");
+    host.user.accounts["A1/x"]->m_nBrokerType = static_cast<int>(EQDBrokerType::Credit);
+    ASSERT_TRUE(check(COrderBuilder(37).line(kCode, 1, 5).set([](auto& o) {
+        o.m_strAccountKeyPart1 = QStringLiteral("A1");
+        o.m_strAccountKeyPart2 = QStringLiteral("x");
+        o.m_strTradeText1 = "contract";
+    }),
+                      strategy().account(QStringLiteral("A1/x")).volume(300)));
+    ASSERT_EQ(codes.size(), 1u);
+    EXPECT_EQ(codes[0].m_account->getKey(), "A2");
+    EXPECT_EQ(codes[0].m_nVolume, 300);
+    EXPECT_EQ(codes[0].m_strContractText, "contract");
+    EXPECT_EQ(codes[0].m_ePriceType, EPriceType::Specified);
+    EXPECT_EQ(codes[0].m_stock.m_strCode, "600000");
+    EXPECT_TRUE(host.trade.splitCalls.empty());
+}
+
+TEST_F(CreditCheck, ContractWithoutAnAccountOfItsOwnHasNone) {
+    ASSERT_TRUE(check(COrderBuilder(38).line(kCode, 1, 5)));
+    ASSERT_EQ(codes.size(), 1u);
+    EXPECT_EQ(codes[0].m_account, nullptr);
+}
+
+} // namespace

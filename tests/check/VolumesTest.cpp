@@ -1,0 +1,73 @@
+#include "check/Volumes.h"
+
+#include "tests/check/CheckFixture.h"
+
+namespace {
+
+using namespace TC;
+
+class WeightedVolumes : public CheckFixture {
+protected:
+    WeightedVolumes() {
+        host.addStock("SH", "600001", 10, 100);
+        host.addStock("SH", "600002", 20, 100);
+        setLast("SH600001", 10);
+        setLast("SH600002", 20);
+    }
+    void setLast(const char* key, double price) {
+        host.quotes.quotes.at(QString::fromLatin1(key))->m_dLastPrice = price;
+    }
+    static COrderSingleParam row(const char* code, double weight) {
+        COrderSingleParam line;
+        line.m_strCode = QString::fromLatin1(code);
+        line.m_dWeight = weight;
+        line.m_nVolume = 7;
+        return line;
+    }
+    std::vector<int> volumes(QVector<COrderSingleParam> rows, double amount) {
+        service.calcVolumnByWeight(rows, amount);
+        std::vector<int> result;
+        for (const COrderSingleParam& line : rows)
+            result.push_back(line.m_nVolume);
+        return result;
+    }
+};
+
+TEST_F(WeightedVolumes, AmountIsSharedByWeight) {
+    EXPECT_EQ(volumes({row("600001", 1), row("600002", 3)}, 1e6), (std::vector<int>{25000, 37500}));
+    EXPECT_EQ(volumes({row("600001", 1), row("SH600002", 3)}, 1e6), (std::vector<int>{25000, 37500}));
+}
+
+TEST_F(WeightedVolumes, SharesFallToWholeUnits) {
+    EXPECT_EQ(volumes({row("600001", 1)}, 12345), std::vector<int>{1200});
+    EXPECT_EQ(volumes({row("600001", 1)}, 999), std::vector<int>{0});
+}
+
+TEST_F(WeightedVolumes, NoWeightAtAllGivesZeroAndReadsNoQuote) {
+    EXPECT_EQ(volumes({row("600001", 0), row("nobody", 0)}, 1e6), (std::vector<int>{0, 0}));
+    EXPECT_EQ(volumes({row("600001", kUnsetDouble)}, 1e6), std::vector<int>{0});
+    EXPECT_TRUE(host.quotes.reads.empty());
+}
+
+TEST_F(WeightedVolumes, RowsThatCannotBePricedKeepTheirVolumeSilently) {
+    setLast("SH600002", kUnsetDouble);
+    EXPECT_EQ(volumes({row("600001", 1), row("nobody", 1), row("600002", 2)}, 1e6),
+              (std::vector<int>{25000, 7, 7}));
+    setLast("SH600002", -1);
+    EXPECT_EQ(volumes({row("600002", 1)}, 1e6), std::vector<int>{7});
+    EXPECT_TRUE(host.errorTexts().empty());
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(WeightedVolumes, PriceOfZeroGivesNothing) {
+    setLast("SH600001", 0);
+    EXPECT_EQ(volumes({row("600001", 1)}, 1e6), std::vector<int>{0});
+}
+
+TEST_F(WeightedVolumes, StarMarketGoesByTheUnitThatIsShown) {
+    host.types.types.insert({1172, "SH600001"});
+    host.types.uiUnits["SH600001"] = 1;
+    EXPECT_EQ(volumes({row("600001", 1)}, 12345), std::vector<int>{1234});
+}
+
+} // namespace
