@@ -29,8 +29,12 @@ struct CUserEntry {
     int hintBits = 0;                              ///< which order sources ask for confirmation
 };
 
+/// Which way a position points. Short ones are of derivatives that were opened by selling.
+enum class EPositionSide : int { Long = 0, Short = 1 };
+
 struct CPositionEntry {
     std::string stockKey;
+    EPositionSide side = EPositionSide::Long;
     long long volume = 0;
     long long available = 0; ///< of which can be sold today
     double cost = 0;         ///< average price paid
@@ -43,6 +47,7 @@ struct CAccountEntry {
     int loginStatus = 0; ///< 0: logged in
     bool simple = false; ///< may be named by rows of a table
     double funds = 0;
+    double creditLimit = 0; ///< a credit account's: how much it may owe, in money and in shares at their price
     std::vector<CPositionEntry> positions;
 };
 
@@ -57,6 +62,9 @@ struct CGroupEntry {
     std::vector<CGroupMember> members;
 };
 
+/// Which of the markets an instrument belongs to.
+enum class EInstrumentKind : int { Stock, Future, FutureOption, StockOption, Sgt, Hgt, Neeq, Gold };
+
 struct CInstrumentEntry {
     std::string market;
     std::string code;
@@ -69,6 +77,9 @@ struct CInstrumentEntry {
     double lowerLimit = TC::kUnsetDouble;
     double referencePrice = TC::kUnsetDouble;
     int transferKind = 0;
+    EInstrumentKind kind = EInstrumentKind::Stock;
+    int multiplier = 1;    ///< units of the underlying in one lot; money is price times volume times this
+    double marginRate = 1; ///< part of that money which an open future or a sold option holds
 
     std::string key() const { return market + code; }
 };

@@ -38,9 +38,10 @@ TEST_P(MarketCheck, CodeGetsTheMarketsWordInFront) {
 TEST_P(MarketCheck, FullCodeOfEightCharactersIsTakenInAnyCase) {
     const bool isEight = key().size() == 8;
     EXPECT_EQ(check(COrderBuilder(23).line(key().toLower(), 10.5, 100)), isEight);
-    if (!isEight)
+    if (!isEight) {
         EXPECT_EQ(onlyError(),
                   QStringLiteral("[文件单]　通道号: 3, 下单代码 [%1] 不合法!").arg(key().toLower()));
+    }
 }
 
 TEST_P(MarketCheck, UnknownCodeIsRefused) {
@@ -78,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Markets, MarketCheck,
                                                      "gold",
                                                      "GOLD",
                                                      {0, 1, 3, 4, 23, 24}}),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& market) { return market.param.name; });
 
 class NeeqCheck : public FamilyFixture {
 protected:
@@ -122,9 +123,9 @@ TEST_F(NeeqCheck, TransferMethodMustFitTheNumber) {
             const bool isEither = number == 78 || number == 79;
             const bool expected = is74 ? kind == 2 : is4 ? kind == 4 : !isEither || kind == 2 || kind == 4;
             EXPECT_EQ(place(number), expected) << number << " of kind " << kind;
-            if (!expected)
-                EXPECT_EQ(lastError(), QStringLiteral("[文件单]　通道号: 3, [NEEQ]下单代码 [NEEQ430001] "
-                                                      "该交易方式对此代码已过滤!"));
+            if (expected) continue;
+            EXPECT_EQ(lastError(), QStringLiteral("[文件单]　通道号: 3, [NEEQ]下单代码 [NEEQ430001] "
+                                                  "该交易方式对此代码已过滤!"));
         }
     }
 }
