@@ -42,7 +42,7 @@ private:
 CCheckHost::CCheckHost(int accounts, int stocks) {
     for (int i = 0; i < accounts; ++i) {
         const auto account = boost::make_shared<TC::CAccountInfo>();
-        account->m_strKey = "account number " + std::to_string(i);
+        account->m_strKey = "8000000" + std::to_string(i);
         account->m_nBrokerType = static_cast<int>(TC::EQDBrokerType::Stock);
         m_user.accounts.push_back(account);
         m_user.ratios.push_back(1.0 / accounts);
@@ -75,7 +75,7 @@ void CCheckHost::addInstrument(QHash<QString, TC::CInstrumentDetailPtr>& list, c
     const auto detail = boost::make_shared<TC::CInstrumentDetail>();
     detail->m_strMarket = market;
     detail->m_strCode = code.toStdString();
-    detail->m_strName = "the name of " + detail->m_strCode;
+    detail->m_strName = "stock " + detail->m_strCode;
     list.insert(key, detail);
     m_quotes.quotes.insert(key, boost::make_shared<CCountingQuote>(m_calls.count));
 }
