@@ -144,8 +144,11 @@ void loadInstrument(CCheckRun& run) {
     run.quoteRequest = run.service.prepareCode(run.code, run.accounts);
     run.detail = CExchangeClient::instance().getCodeInfo(run.code);
     if (run.detail) {
-        run.record.m_stock = {run.detail->m_strMarket, run.detail->m_strCode, run.detail->m_strName,
-                              run.detail->m_strProductId};
+        CStockInfo& stock = run.record.m_stock;
+        stock.m_strMarket = run.detail->m_strMarket;
+        stock.m_strCode = run.detail->m_strCode;
+        stock.m_strName = run.detail->m_strName;
+        stock.m_strProductId = run.detail->m_strProductId;
     }
     run.record.m_eOperationType = run.op;
     if (const CUserConfig* user = getUserConfig()) run.record.m_strUserId = user->getUserName();

@@ -6,6 +6,8 @@
 
 #include <QStringBuilder>
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -33,8 +35,17 @@ const CMarket& shenzhen() {
     return market;
 }
 
+/// A code in UTF-8. Codes are digits and letters: those go over one by one, without a buffer in between.
+std::string narrow(const QString& code) {
+    std::string text(static_cast<std::size_t>(code.size()), '\0');
+    const auto isAscii = [](QChar letter) { return letter.unicode() < 0x80; };
+    if (!std::all_of(code.begin(), code.end(), isAscii)) return code.toStdString();
+    std::transform(code.begin(), code.end(), text.begin(), [](QChar letter) { return letter.toLatin1(); });
+    return text;
+}
+
 bool isTradable(const std::string& market, const QString& code) {
-    return StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, market, code.toStdString());
+    return StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, market, narrow(code));
 }
 
 bool resolveOnMarket(QString& code, const CMarket& market, EKeyJoin join) {
