@@ -3,6 +3,7 @@
 #include "base/StrictNumber.h"
 #include "base/Text.h"
 #include "base/Unset.h"
+#include "desk/market/Operations.h"
 #include "records/Families.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -150,6 +151,26 @@ void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC
     record.m_ePriceType = setting.m_ePriceType;
     record.m_eOrderType = TC::isUnset(setting.m_eOrderType) ? TC::EOrderType::Plain : setting.m_eOrderType;
     record.m_dPrice = price;
+}
+
+bool CDeskTradingRules::isBuy(TC::EOperationType operation) {
+    const COperation* known = findOperation(operation);
+    return known != nullptr && known->m_eSide == ETradeSide::Buy;
+}
+
+bool CDeskTradingRules::isClose(TC::EOperationType operation) {
+    const COperation* known = findOperation(operation);
+    return known != nullptr && known->m_eEffect == EOperationEffect::Close;
+}
+
+bool CDeskTradingRules::isDirectRepay(TC::EOperationType operation) {
+    const COperation* known = findOperation(operation);
+    return known != nullptr && known->m_eEffect == EOperationEffect::RepayMoney;
+}
+
+TC::EEntrustTypes CDeskTradingRules::operationTypeToEntrustType(TC::EOperationType operation) {
+    const COperation* known = findOperation(operation);
+    return static_cast<TC::EEntrustTypes>(known != nullptr ? known->m_eBooking : EBooking::Own);
 }
 
 QString CDeskTradingRules::orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) {
