@@ -90,6 +90,7 @@ inline std::vector<CAccountEntry> deskAccounts() {
     CAccountEntry future;
     future.key = "F1";
     future.broker = TC::EQDBrokerType::Future;
+    future.funds = 100000;
     CAccountEntry away;
     away.key = "X1";
     away.loginStatus = 2;
