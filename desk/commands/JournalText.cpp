@@ -1,7 +1,8 @@
 #include "desk/commands/JournalText.h"
 
 #include "desk/journal/Json.h"
-#include "records/Enums.h"
+#include "desk/market/Operations.h"
+#include "records/Families.h"
 
 #include <nlohmann/json.hpp>
 
@@ -26,17 +27,26 @@ std::string word(const CJson& object, const char* key) {
     return withoutControls(value->is_string() ? value->get<std::string>() : value->dump());
 }
 
-/// A number that is missing or is none counts as 0.
-std::int64_t number(const CJson& object, const char* key) {
+/// What is missing or no number counts as the other.
+std::int64_t number(const CJson& object, const char* key, std::int64_t other = 0) {
     const auto value = object.is_object() ? object.find(key) : object.end();
-    return value != object.end() && value->is_number_integer() ? value->get<std::int64_t>() : 0;
+    return value != object.end() && value->is_number_integer() ? value->get<std::int64_t>() : other;
 }
 
 std::string operationWord(const CJson& object) {
-    const std::int64_t operation = number(object, "operation_type");
-    if (operation == static_cast<int>(TC::EOperationType::Buy)) return "buy";
-    if (operation == static_cast<int>(TC::EOperationType::Sell)) return "sell";
-    return "operation " + word(object, "operation_type");
+    constexpr std::int64_t kNone = -1;
+    const auto operation = static_cast<int>(number(object, "operation_type", kNone));
+    const COperation* known = findOperation(static_cast<TC::EOperationType>(operation));
+    return known != nullptr ? known->m_pszWord : "operation " + word(object, "operation_type");
+}
+
+/// A command's product family by name, or its number where it has none.
+std::string familyWord(const CJson& object) {
+    const auto family =
+        std::find_if(TC::kFamilies, TC::kFamilies + TC::kFamilyCount, [&](const TC::CFamily& row) {
+            return static_cast<int>(row.m_eTraderType) == number(object, "trader_type");
+        });
+    return family != TC::kFamilies + TC::kFamilyCount ? family->m_pszName : word(object, "trader_type");
 }
 
 /// A text in front of it, where there is one.
@@ -54,7 +64,7 @@ void showCommand(std::ostream& out, const CJson& record) {
     static const CJson kNone = CJson::array();
     const auto found = record.find("codes");
     const CJson& codes = found != record.end() && found->is_array() ? *found : kNone;
-    out << "family " << word(record, "trader_type") << ", " << codes.size()
+    out << "family " << familyWord(record) << ", " << codes.size()
         << (codes.size() == 1 ? " order" : " orders") << optional(", remark: ", record, "remark");
     if (word(record, "force_confirm") == "true") out << ", to be confirmed";
     for (const CJson& code : codes) {

@@ -12,72 +12,72 @@ using EEffect = EOperationEffect;
 constexpr COperation kOperations[] = {
     // Futures, options on futures and gold. A position is of today or of earlier days; the operations that
     // close differ in which of them goes, or goes first.
-    {0, ESide::Buy, EEffect::Open, EBooking::Own},            // long
-    {1, ESide::Sell, EEffect::Close, EBooking::Own},          // long, of earlier days
-    {2, ESide::Sell, EEffect::Close, EBooking::Own},          // long, of today
-    {3, ESide::Sell, EEffect::Open, EBooking::Own},           // short
-    {4, ESide::Buy, EEffect::Close, EBooking::Own},           // short, of earlier days
-    {5, ESide::Buy, EEffect::Close, EBooking::Own},           // short, of today
-    {6, ESide::Sell, EEffect::Close, EBooking::Own},          // long, today's first
-    {7, ESide::Sell, EEffect::Close, EBooking::Own},          // long, earlier first
-    {8, ESide::Buy, EEffect::Close, EBooking::Own},           // short, today's first
-    {9, ESide::Buy, EEffect::Close, EBooking::Own},           // short, earlier first
-    {10, ESide::Sell, EEffect::CloseThenOpen, EBooking::Own}, // long, today's first; then opens short
-    {11, ESide::Sell, EEffect::CloseThenOpen, EBooking::Own}, // long, earlier first; then opens short
-    {12, ESide::Buy, EEffect::CloseThenOpen, EBooking::Own},  // short, today's first; then opens long
-    {13, ESide::Buy, EEffect::CloseThenOpen, EBooking::Own},  // short, earlier first; then opens long
-    {50, ESide::None, EEffect::Exercise, EBooking::Own},
+    {0, "open long", ESide::Buy, EEffect::Open, EBooking::Own},
+    {1, "close long of earlier days", ESide::Sell, EEffect::Close, EBooking::Own},
+    {2, "close long of today", ESide::Sell, EEffect::Close, EBooking::Own},
+    {3, "open short", ESide::Sell, EEffect::Open, EBooking::Own},
+    {4, "close short of earlier days", ESide::Buy, EEffect::Close, EBooking::Own},
+    {5, "close short of today", ESide::Buy, EEffect::Close, EBooking::Own},
+    {6, "close long, today's first", ESide::Sell, EEffect::Close, EBooking::Own},
+    {7, "close long, earlier first", ESide::Sell, EEffect::Close, EBooking::Own},
+    {8, "close short, today's first", ESide::Buy, EEffect::Close, EBooking::Own},
+    {9, "close short, earlier first", ESide::Buy, EEffect::Close, EBooking::Own},
+    {10, "close long, today's first, then open short", ESide::Sell, EEffect::CloseThenOpen, EBooking::Own},
+    {11, "close long, earlier first, then open short", ESide::Sell, EEffect::CloseThenOpen, EBooking::Own},
+    {12, "close short, today's first, then open long", ESide::Buy, EEffect::CloseThenOpen, EBooking::Own},
+    {13, "close short, earlier first, then open long", ESide::Buy, EEffect::CloseThenOpen, EBooking::Own},
+    {50, "exercise", ESide::None, EEffect::Exercise, EBooking::Own},
 
     // Stocks, the connects and gold.
-    {18, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {19, ESide::Sell, EEffect::Trade, EBooking::Own},
+    {18, "buy", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {19, "sell", ESide::Sell, EEffect::Trade, EBooking::Own},
 
     // Margin trading.
-    {20, ESide::Buy, EEffect::Trade, EBooking::BorrowedMoney},
-    {21, ESide::Sell, EEffect::Trade, EBooking::BorrowedShares},
-    {22, ESide::Buy, EEffect::Trade, EBooking::SharesReturned},
-    {23, ESide::None, EEffect::ReturnShares, EBooking::SharesReturned},
-    {24, ESide::Sell, EEffect::Trade, EBooking::MoneyRepaid},
-    {25, ESide::None, EEffect::RepayMoney, EBooking::MoneyRepaid},
-    {55, ESide::None, EEffect::EndContract, EBooking::ContractEnded}, // of borrowed money
-    {56, ESide::None, EEffect::EndContract, EBooking::ContractEnded}, // of borrowed shares
-    {1021, ESide::None, EEffect::RepayMoney, EBooking::MoneyRepaid},
+    {20, "buy on borrowed money", ESide::Buy, EEffect::Trade, EBooking::BorrowedMoney},
+    {21, "sell borrowed shares", ESide::Sell, EEffect::Trade, EBooking::BorrowedShares},
+    {22, "buy to return shares", ESide::Buy, EEffect::Trade, EBooking::SharesReturned},
+    {23, "return shares", ESide::None, EEffect::ReturnShares, EBooking::SharesReturned},
+    {24, "sell to repay money", ESide::Sell, EEffect::Trade, EBooking::MoneyRepaid},
+    {25, "repay money", ESide::None, EEffect::RepayMoney, EBooking::MoneyRepaid},
+    {55, "end a contract of money", ESide::None, EEffect::EndContract, EBooking::ContractEnded},
+    {56, "end a contract of shares", ESide::None, EEffect::EndContract, EBooking::ContractEnded},
+    {1021, "repay money of a contract", ESide::None, EEffect::RepayMoney, EBooking::MoneyRepaid},
 
     // Funds: subscribe and redeem, buy in and out, create and redeem.
-    {26, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {27, ESide::Sell, EEffect::Trade, EBooking::Own},
-    {1025, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {1026, ESide::Sell, EEffect::Trade, EBooking::Own},
-    {30, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {31, ESide::Sell, EEffect::Trade, EBooking::Own},
+    {26, "subscribe", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {27, "redeem", ESide::Sell, EEffect::Trade, EBooking::Own},
+    {1025, "buy fund", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {1026, "sell fund", ESide::Sell, EEffect::Trade, EBooking::Own},
+    {30, "create fund", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {31, "dissolve fund", ESide::Sell, EEffect::Trade, EBooking::Own},
 
     // Options on stocks.
-    {32, ESide::Buy, EEffect::Open, EBooking::Own},
-    {33, ESide::Sell, EEffect::Close, EBooking::Own},
-    {34, ESide::Sell, EEffect::Open, EBooking::Own},
-    {35, ESide::Buy, EEffect::Close, EBooking::Own},
-    {36, ESide::Sell, EEffect::Open, EBooking::Own},     // covered by locked stock
-    {37, ESide::Buy, EEffect::Close, EBooking::Own},     // covered by locked stock
-    {38, ESide::None, EEffect::Exercise, EBooking::Own}, // call
-    {39, ESide::None, EEffect::Exercise, EBooking::Own}, // put
-    {40, ESide::None, EEffect::LockUnderlying, EBooking::Own},
-    {41, ESide::None, EEffect::UnlockUnderlying, EBooking::Own},
+    {32, "buy to open", ESide::Buy, EEffect::Open, EBooking::Own},
+    {33, "sell to close", ESide::Sell, EEffect::Close, EBooking::Own},
+    {34, "sell to open", ESide::Sell, EEffect::Open, EBooking::Own},
+    {35, "buy to close", ESide::Buy, EEffect::Close, EBooking::Own},
+    {36, "sell to open, covered", ESide::Sell, EEffect::Open, EBooking::Own},
+    {37, "buy to close, covered", ESide::Buy, EEffect::Close, EBooking::Own},
+    {38, "exercise call", ESide::None, EEffect::Exercise, EBooking::Own},
+    {39, "exercise put", ESide::None, EEffect::Exercise, EBooking::Own},
+    {40, "lock shares", ESide::None, EEffect::LockUnderlying, EBooking::Own},
+    {41, "unlock shares", ESide::None, EEffect::UnlockUnderlying, EBooking::Own},
 
     // The share-transfer market: in pairs of buy and sell, one pair for each way of transfer.
-    {42, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {43, ESide::Sell, EEffect::Trade, EBooking::Own},
-    {44, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {45, ESide::Sell, EEffect::Trade, EBooking::Own},
-    {46, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {47, ESide::Sell, EEffect::Trade, EBooking::Own},
-    {48, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {49, ESide::Sell, EEffect::Trade, EBooking::Own},
-    {1013, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {1014, ESide::Sell, EEffect::Trade, EBooking::Own},
-    {1027, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {1028, ESide::Sell, EEffect::Trade, EBooking::Own},
-    {1029, ESide::Buy, EEffect::Trade, EBooking::Own},
-    {1030, ESide::Sell, EEffect::Trade, EBooking::Own},
+    {42, "transfer buy", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {43, "transfer sell", ESide::Sell, EEffect::Trade, EBooking::Own},
+    {44, "transfer buy", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {45, "transfer sell", ESide::Sell, EEffect::Trade, EBooking::Own},
+    {46, "transfer buy", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {47, "transfer sell", ESide::Sell, EEffect::Trade, EBooking::Own},
+    {48, "transfer buy", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {49, "transfer sell", ESide::Sell, EEffect::Trade, EBooking::Own},
+    {1013, "transfer buy", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {1014, "transfer sell", ESide::Sell, EEffect::Trade, EBooking::Own},
+    {1027, "transfer buy", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {1028, "transfer sell", ESide::Sell, EEffect::Trade, EBooking::Own},
+    {1029, "transfer buy", ESide::Buy, EEffect::Trade, EBooking::Own},
+    {1030, "transfer sell", ESide::Sell, EEffect::Trade, EBooking::Own},
 };
 
 } // namespace

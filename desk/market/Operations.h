@@ -33,7 +33,8 @@ enum class EBooking : int {
 
 /// One operation as the desk understands it.
 struct COperation {
-    int m_nNumber; ///< a TC::EOperationType
+    int m_nNumber;         ///< a TC::EOperationType
+    const char* m_pszWord; ///< for people
     ETradeSide m_eSide;
     EOperationEffect m_eEffect;
     EBooking m_eBooking;

@@ -41,7 +41,7 @@ TEST(JournalText, CommandShowsEachOrderOnALineOfItsOwn) {
             R"("trader_type":1,"remark":"备注","codes":[{"account":"A1","operation_type":18,"price_type":11,"price":10.01,)"
             R"("volume":300,"stock":{"market":"SH","code":"600000","name":"浦发银行"}},{"account":"A2",)"
             R"("operation_type":19,"price_type":12,"price":null,"volume":100,"stock":{"market":"SZ","code":"000001"}}])"),
-        kShown + "command  family 1, 2 orders, remark: 备注\n"
+        kShown + "command  family stock, 2 orders, remark: 备注\n"
                  "    A1  buy 300 SH600000 浦发银行 @ 10.01 (price type 11)\n"
                  "    A2  sell 100 SZ000001 at market (price type 12)\n");
 }
