@@ -33,10 +33,14 @@ std::int64_t number(const CJson& object, const char* key, std::int64_t other = 0
     return value != object.end() && value->is_number_integer() ? value->get<std::int64_t>() : other;
 }
 
-std::string operationWord(const CJson& object) {
+const COperation* operationOf(const CJson& object) {
     constexpr std::int64_t kNone = -1;
     const auto operation = static_cast<int>(number(object, "operation_type", kNone));
-    const COperation* known = findOperation(static_cast<TC::EOperationType>(operation));
+    return findOperation(static_cast<TC::EOperationType>(operation));
+}
+
+std::string operationWord(const CJson& object) {
+    const COperation* known = operationOf(object);
     return known != nullptr ? known->m_pszWord : "operation " + word(object, "operation_type");
 }
 
@@ -55,9 +59,12 @@ std::string optional(const char* lead, const CJson& object, const char* key) {
     return text.empty() || text == "-" ? std::string() : lead + text;
 }
 
+/// With a blank in front; empty where nothing is bought or sold.
 std::string priceText(const CJson& object) {
     const std::string price = word(object, "price");
-    return price == "-" ? "at market" : "@ " + price;
+    const COperation* known = operationOf(object);
+    if (known != nullptr && known->m_eSide == ETradeSide::None) return {};
+    return price == "-" ? " at market" : " @ " + price;
 }
 
 void showCommand(std::ostream& out, const CJson& record) {
@@ -70,22 +77,22 @@ void showCommand(std::ostream& out, const CJson& record) {
     for (const CJson& code : codes) {
         const CJson stock = code.is_object() ? code.value("stock", CJson::object()) : CJson::object();
         out << "\n    " << word(code, "account") << "  " << operationWord(code) << ' ' << word(code, "volume")
-            << ' ' << word(stock, "market") << word(stock, "code") << optional(" ", stock, "name") << ' '
+            << optional(" ", stock, "market") << optional("", stock, "code") << optional(" ", stock, "name")
             << priceText(code) << " (price type " << word(code, "price_type") << ')';
     }
 }
 
 void showOrder(std::ostream& out, const CJson& record) {
     out << word(record, "order") << " of task " << word(record, "task") << ": " << word(record, "account")
-        << ' ' << operationWord(record) << ' ' << word(record, "volume") << ' ' << word(record, "stock")
-        << ' ' << priceText(record) << ": " << word(record, "status") << ", filled " << word(record, "filled")
+        << ' ' << operationWord(record) << ' ' << word(record, "volume") << optional(" ", record, "stock")
+        << priceText(record) << ": " << word(record, "status") << ", filled " << word(record, "filled")
         << optional(": ", record, "reason");
 }
 
 void showFill(std::ostream& out, const CJson& record) {
     out << word(record, "fill") << " of order " << word(record, "order") << ": " << word(record, "account")
-        << ' ' << operationWord(record) << ' ' << word(record, "volume") << ' ' << word(record, "stock")
-        << ' ' << priceText(record);
+        << ' ' << operationWord(record) << ' ' << word(record, "volume") << optional(" ", record, "stock")
+        << priceText(record);
 }
 
 void showIntake(std::ostream& out, const CJson& record) {
