@@ -46,6 +46,18 @@ TEST(JournalText, CommandShowsEachOrderOnALineOfItsOwn) {
                  "    A2  sell 100 SZ000001 at market (price type 12)\n");
 }
 
+TEST(JournalText, FamiliesAndOperationsHaveTheirWords) {
+    EXPECT_EQ(shown("command",
+                    R"("trader_type":8,"codes":[{"account":"C1","operation_type":25,"price_type":11,)"
+                    R"("price":null,"volume":20000,"stock":{"market":"","code":"","name":""}}])"),
+              kShown + "command  family credit, 1 order\n"
+                       "    C1  repay money 20000 (price type 11)\n");
+    EXPECT_EQ(shown("fill", R"("fill":3,"order":5,"account":"F1","stock":"CFIF2609","operation_type":3,)"
+                            R"("price":4000.0,"volume":2)"),
+              kShown + "fill  3 of order 5: F1 open short 2 CFIF2609 @ 4000.0\n");
+    EXPECT_EQ(shown("command", R"("trader_type":3,"codes":[])"), kShown + "command  family 3, 0 orders\n");
+}
+
 TEST(JournalText, EachKindReadsAsOneLine) {
     EXPECT_EQ(shown("started", R"("recovered":true,"pid":9)"),
               kShown + "started  process 9, after a crash\n");
@@ -95,8 +107,8 @@ TEST(JournalText, TextsCannotBreakTheLineOrReachTheTerminal) {
 TEST(JournalText, RecordOfAnotherShapeIsShownAsFarAsItGoes) {
     EXPECT_EQ(shown("command", R"("codes":[1,{"stock":2}],"trader_type":{})"),
               kShown + "command  family {}, 2 orders\n"
-                       "    -  operation - - -- at market (price type -)\n"
-                       "    -  operation - - -- at market (price type -)\n");
+                       "    -  operation - - at market (price type -)\n"
+                       "    -  operation - - at market (price type -)\n");
 }
 
 TEST_F(ShowJournalTest, PrintsAllRecordsAndShowsDamagedLines) {
