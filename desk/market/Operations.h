@@ -33,11 +33,11 @@ enum class EBooking : int {
 
 /// One operation as the desk understands it.
 struct COperation {
-    int m_nNumber;         ///< a TC::EOperationType
-    const char* m_pszWord; ///< for people
+    int m_nNumber; ///< a TC::EOperationType
     ETradeSide m_eSide;
     EOperationEffect m_eEffect;
     EBooking m_eBooking;
+    const char* m_pszWord = ""; ///< for people
 };
 
 /// What the desk knows of an operation, or null where it does not know the number. Any thread.
