@@ -37,6 +37,7 @@ struct COperation {
     ETradeSide m_eSide;
     EOperationEffect m_eEffect;
     EBooking m_eBooking;
+    const char* m_pszWord = ""; ///< for people
 };
 
 /// What the desk knows of an operation, or null where it does not know the number. Any thread.
