@@ -101,8 +101,10 @@ CRoad::CRoad() : m_strategyWords(strategyWords()) {
         tell("waits " + std::to_string(static_cast<int>(seconds)) + " s for a quote");
     };
     m_host.rules.onSetting = [this](const COrderSetting& setting) {
-        if (setting.m_bFirstLimitOn) tell("first limit " + std::to_string(setting.m_dFirstLimit));
-        if (setting.m_bSecondLimitOn) tell("second limit " + std::to_string(setting.m_dSecondLimit));
+        if (setting.m_bFirstLimitOn)
+            tell("first limit " + QString::number(setting.m_dFirstLimit).toStdString());
+        if (setting.m_bSecondLimitOn)
+            tell("second limit " + QString::number(setting.m_dSecondLimit).toStdString());
     };
     makeTraded(QStringLiteral("SH600000"));
     makeTraded(QStringLiteral("SZ000001"));

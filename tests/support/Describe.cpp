@@ -33,7 +33,8 @@ void describeCode(std::ostream& out, const TC::CCodeOrderParam& code) {
 
 std::string describe(const TC::COrderComandParam& command) {
     std::ostringstream out;
-    out << "command trader " << number(command.m_eTraderType) << " tag " << command.m_strTag;
+    out << "command trader " << number(command.m_eTraderType) << " tag "
+        << (command.m_strTag.empty() ? "-" : command.m_strTag);
     if (!command.m_strRemark.empty()) out << " remark \"" << command.m_strRemark << '"';
     if (!command.m_strAlgoParam.empty()) out << " algo \"" << command.m_strAlgoParam << '"';
     if (number(command.m_ePlatform) != 0) out << " platform " << number(command.m_ePlatform);
