@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "base/Thread.h"
 #include "check/OrderServiceBase.h"
+#include "check/PositionExchange.h"
 #include "check/Reports.h"
 #include "intake/FileService.h"
 #include "platform/ExchangeClient.h"
@@ -212,6 +213,11 @@ void COrderService::cancelOrder(int taskId) {
 
 void COrderService::cancelOrders(std::vector<std::string>& fields) {
     emit sigCancelOrders(fields);
+}
+
+void COrderService::exchangePosition(boost::shared_ptr<CAccountInfo> account,
+                                     QVector<COrderSingleParam>& rows) const {
+    TC::exchangePosition(account, rows, 1);
 }
 
 bool COrderService::hasRunning() const {

@@ -3,6 +3,7 @@
 #include "base/ManualSingleton.h"
 #include "gates/OrderGate.h"
 #include "gates/StrategyRegistry.h"
+#include "records/Account.h"
 #include "records/CommandParam.h"
 #include "records/OrderParam.h"
 #include "records/StrategyParam.h"
@@ -84,6 +85,10 @@ public:
     void cancelOrder(int taskId) override;
     /// Emits sigCancelOrders on the calling thread.
     void cancelOrders(std::vector<std::string>& fields) override;
+
+    /// Rewrites target volumes into the orders that lead to them from the account's stock positions; without
+    /// data of the account the rows stay as they are. Any thread; holds the account's data still meanwhile.
+    void exchangePosition(boost::shared_ptr<CAccountInfo> account, QVector<COrderSingleParam>& rows) const;
 
     /// Whether any strategy runs.
     bool hasRunning() const;

@@ -1,6 +1,9 @@
 #include "check/PositionExchange.h"
 
+#include "records/Portfolio.h"
 #include "tests/check/CheckFixture.h"
+
+#include <boost/make_shared.hpp>
 
 #include <map>
 #include <random>

@@ -22,6 +22,7 @@ struct CContractWorld {
     QString group;
     std::vector<std::string> groupAccounts;
     QString unknownName; ///< no group and no account
+    std::string holder;  ///< an account that holds positions
 
     /// A named basket with rows.
     QString basket;

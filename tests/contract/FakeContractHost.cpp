@@ -13,6 +13,7 @@ public:
         m_world.group = QStringLiteral("G");
         m_world.groupAccounts = {"A1", "A2"};
         m_world.unknownName = QStringLiteral("nobody");
+        m_world.holder = "A1";
         m_world.basket = QStringLiteral("篮子");
         m_world.tradeParam = "remark";
         m_world.tradeParamRemark = "\xB1\xB8\xD7\xA2"; // 备注
@@ -27,6 +28,7 @@ public:
         row.m_strCode = QStringLiteral("600000");
         row.m_nVolume = 100;
         m_host.user.baskets[m_world.basket].m_rows.push_back(row);
+        m_host.tasks.addPosition(m_host.user.accounts.at("A1"), "SH", "600000", 500);
         TC::COrderTradeParam param;
         param.m_strRemark = m_world.tradeParamRemark;
         m_host.rules.tradeParams[m_world.tradeParam] = param;

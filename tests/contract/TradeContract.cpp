@@ -3,10 +3,13 @@
 
 #include "platform/ExchangeClient.h"
 #include "platform/InstrumentTypes.h"
+#include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
+#include "records/Portfolio.h"
 #include "tests/contract/ContractFixture.h"
 
 #include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
 
 #include <algorithm>
 #include <atomic>
@@ -80,6 +83,58 @@ TEST_P(TradeContract, UnsetVolumeFailsWithAText) {
     EXPECT_NE(volumes.size(), accounts.size());
     EXPECT_FALSE(error->isSuccess());
     EXPECT_NE(error->errorMsg(), "");
+}
+
+TEST_P(TradeContract, MoneyIsGivenOutWhole) {
+    const std::vector<double> amounts = CTradeClient::instance().splitMoney(
+        100000.01, accounts, ratios, EPositionType{}, EOperationType::Buy, error);
+    ASSERT_EQ(amounts.size(), accounts.size());
+    EXPECT_NEAR(std::accumulate(amounts.begin(), amounts.end(), 0.0), 100000.01, 1e-6);
+    EXPECT_TRUE(std::all_of(amounts.begin(), amounts.end(), [](double amount) { return amount >= 0; }));
+    EXPECT_TRUE(error->isSuccess()) << error->errorMsg();
+}
+
+TEST_P(TradeContract, MissingMoneyFailsWithAText) {
+    const std::vector<double> amounts = CTradeClient::instance().splitMoney(
+        kUnsetDouble, accounts, ratios, EPositionType{}, EOperationType::Buy, error);
+    EXPECT_NE(amounts.size(), accounts.size());
+    EXPECT_FALSE(error->isSuccess());
+    EXPECT_NE(error->errorMsg(), "");
+}
+
+TEST_P(TradeContract, PositionsBelongToTheirAccount) {
+    const std::string& key = world().holder;
+    const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(key);
+    ASSERT_TRUE(data);
+    const knservice::CAccountData::Lock lock(*data);
+    std::vector<boost::shared_ptr<knservice::IData>> records;
+    data->getVector(knservice::kPositionTable, records);
+    ASSERT_FALSE(records.empty());
+    for (const auto& record : records) {
+        const auto position = boost::dynamic_pointer_cast<knservice::CPositionStatics>(record);
+        ASSERT_TRUE(position);
+        ASSERT_TRUE(position->m_account);
+        EXPECT_EQ(position->m_account->getKey(), key);
+        EXPECT_GT(position->m_nPositionVolume, 0);
+        EXPECT_LE(position->m_nAvailableVolume, position->m_nPositionVolume);
+        EXPECT_TRUE(CExchangeClient::instance().getCodeInfo(qdStockKey(
+            QString::fromStdString(position->m_strMarket), QString::fromStdString(position->m_strCode))));
+    }
+}
+
+TEST_P(TradeContract, TableThatIsNotKeptAddsNothing) {
+    constexpr int kNoTable = 1;
+    const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(world().holder);
+    ASSERT_TRUE(data);
+    std::vector<boost::shared_ptr<knservice::IData>> records;
+    data->getVector(kNoTable, records);
+    EXPECT_TRUE(records.empty());
+    EXPECT_TRUE(data->getMapData(kNoTable).empty());
+}
+
+TEST_P(TradeContract, UnknownAccountHasNoData) {
+    auto& center = knservice::TraderCenter::instance().getDataCenter();
+    EXPECT_FALSE(center.getAccountData(world().unknownName.toStdString()));
 }
 
 TEST_P(TradeContract, ManyThreadsMaySplitAtOnce) {

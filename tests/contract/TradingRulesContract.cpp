@@ -1,11 +1,13 @@
 #include "platform/TradingRules.h"
 
 #include "records/Families.h"
+#include "records/OrderTypes.h"
 #include "tests/contract/ContractFixture.h"
 
 #include <boost/make_shared.hpp>
 
 #include <atomic>
+#include <set>
 
 namespace {
 
@@ -132,6 +134,26 @@ TEST_P(TradingRulesContract, TimeRangeLeavesTheOrderAlone) {
     EXPECT_EQ(record.m_nVolume, 300);
     EXPECT_EQ(record.m_dPrice, 10.5);
     EXPECT_EQ(record.m_eOperationType, EOperationType::Sell);
+}
+
+TEST_P(TradingRulesContract, OperationsAreToldApart) {
+    const auto operationOf = [](int orderType) { return orderTypeToOperationType(orderType); };
+    constexpr int kOpenLong = 0;
+    constexpr int kCloseLong = 1;
+    EXPECT_TRUE(isBuy(EOperationType::Buy));
+    EXPECT_FALSE(isBuy(EOperationType::Sell));
+    EXPECT_FALSE(isBuy(unsetEnum<EOperationType>()));
+    EXPECT_FALSE(isClose(operationOf(kOpenLong)));
+    EXPECT_TRUE(isClose(operationOf(kCloseLong)));
+    EXPECT_TRUE(isDirectRepay(operationOf(kOrderCreditAmount)));
+    EXPECT_FALSE(isDirectRepay(EOperationType::Buy));
+}
+
+TEST_P(TradingRulesContract, CreditOperationsAreBookedApart) {
+    std::set<EEntrustTypes> kinds;
+    for (const int orderType : {23, 27, 28, 29, 31})
+        kinds.insert(operationTypeToEntrustType(orderTypeToOperationType(orderType)));
+    EXPECT_EQ(kinds.size(), 5u);
 }
 
 TEST_P(TradingRulesContract, PricesWithANumberAreNoMarketPrices) {

@@ -129,6 +129,17 @@ TEST_P(UserConfigContract, BasketsAreACopy) {
     EXPECT_EQ(user().getBaskets()[world().basket].m_rows.size(), rows);
 }
 
+TEST_P(UserConfigContract, AccountTellsWhoItIs) {
+    for (const std::string& key : world().groupAccounts) {
+        const CAccountPtr account = user().getAccountData(QString::fromStdString(key));
+        ASSERT_TRUE(account) << key;
+        ASSERT_TRUE(account->toInfo()) << key;
+        EXPECT_EQ(account->toInfo()->getKey(), key);
+        EXPECT_EQ(account->toInfo()->m_nBrokerType, static_cast<int>(world().broker));
+    }
+    EXPECT_FALSE(user().getAccountData(world().unknownName));
+}
+
 TEST_P(UserConfigContract, StrategyMapStaysWhereItIs) {
     COrderStrategyMap* map = user().getStrategyMap();
     ASSERT_NE(map, nullptr);

@@ -26,6 +26,7 @@ public:
         m_world.group = QStringLiteral("main");
         m_world.groupAccounts = {"A1", "A2"};
         m_world.unknownName = QStringLiteral("nobody");
+        m_world.holder = "A1";
         m_world.basket = QStringLiteral("蓝筹");
         m_world.tradeParam = "remark:\xB1\xB8\xD7\xA2;kind:1"; // 备注
         m_world.tradeParamRemark = "\xB1\xB8\xD7\xA2";

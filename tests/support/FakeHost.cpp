@@ -164,7 +164,7 @@ std::vector<double> CTrade::splitMoney(double amount, const std::vector<TC::CAcc
                                        const std::vector<double>& ratios, TC::EPositionType,
                                        TC::EOperationType, const boost::shared_ptr<utils::KNError>& error) {
     m_records.record([&] { moneySplits.push_back(amount); });
-    if (!moneyOverride.empty()) {
+    if (!moneyOverride.empty() || TC::isInvalidPrice(amount)) {
         *error = utils::KNError(1, "没有金额");
         return moneyOverride;
     }

@@ -379,7 +379,7 @@ public:
     std::map<std::string, TC::COrderTradeParam> tradeParams; ///< texts that the host understands
     QString keySeparator; ///< stands in instrument keys between the market and the code
     std::set<TC::EPriceType> marketPrices;
-    std::set<int> buys{18}, closes, directRepays; ///< operations
+    std::set<int> buys{18}, closes{1, 2, 4, 5}, directRepays{25}; ///< operations
     std::map<TC::EOrderType, TC::ETradePlatform> algoPlatforms;
     std::vector<QString> settingTexts;
     CCalls<CSettingCall> settingCalls; ///< what orderSettingToParam was asked with

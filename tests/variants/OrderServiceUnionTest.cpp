@@ -105,19 +105,6 @@ TEST_F(OrderServiceUnion, OtherKindsOfUserGetNoCommandAndNoWord) {
     EXPECT_EQ(host.messageTexts(), std::vector<QString>{kAnnouncement});
 }
 
-TEST_F(OrderServiceUnion, FamiliesThatAreNotBuiltAreRefusedByName) {
-    for (const int family : {1, 2, 3, 4, 5, 6, 9, 10, 11, 12}) {
-        const auto type = static_cast<EOrderStrategyTradeType>(family);
-        strategies[3] = CStrategyBuilder().family(type).account(QStringLiteral("A1"));
-        service.placeOrders({good(), good()}, &strategies);
-        ASSERT_EQ(host.errorTexts().size(), 2u) << family;
-        EXPECT_EQ(host.errorTexts().back(),
-                  QStringLiteral("[文件单]　通道号: 3, 此版本尚不支持品种%1交易, 无法下单!").arg(family));
-        host.orders.errors.clear();
-    }
-    EXPECT_TRUE(host.commands().empty());
-}
-
 TEST_F(OrderServiceUnion, TradeTypeWithoutAFamilyIsReportedAndTheBatchGoesOn) {
     for (const int family : {7, 8, 13, -1}) {
         strategies[3] = CStrategyBuilder()
@@ -145,8 +132,8 @@ TEST_F(OrderServiceUnion, OnlyBatchPendingOrdersLeaveTheStrategysFamily) {
     strategies[3].m_eStrategyType = EOrderStrategyType::BatchPending;
     service.placeOrders({overridden(EOrderStrategyType::BatchPending)}, &strategies);
     EXPECT_EQ(host.commands().size(), 1u);
-    EXPECT_EQ(host.errorTexts(), std::vector<QString>{QStringLiteral(
-                                     "[批量埋单]　通道号: 3, 此版本尚不支持品种1交易, 无法下单!")});
+    EXPECT_EQ(host.errorTexts(), // futures do not take the number of a stock purchase
+              std::vector<QString>{QStringLiteral("[批量埋单]　通道号: 3, 下单指令不合法!")});
 }
 
 TEST_F(OrderServiceUnion, OrdersAndCommandsAreLoggedWhereLoggingIsOn) {

@@ -1,0 +1,274 @@
+// The commands of the ten families: what each carries and what it does not.
+#include "variants/OrderServiceUnion.h"
+
+#include "tests/support/Builders.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/LogCapture.h"
+
+#include <boost/make_shared.hpp>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace TC;
+
+/// One family: an order that it takes, and the command that must come of it.
+struct CFamilyCase {
+    const char* name;
+    EOrderStrategyTradeType family;
+    int orderType;
+    const char* code;
+    EQdTraderType traderType;
+    bool isBare; ///< the command carries neither time nor tag
+    const char* function;
+    const char* logLine;
+    std::size_t records; ///< over the two accounts of the group
+};
+
+constexpr const char* kStockLine = "placeCommands: [orderservice] stock speculation.";
+
+const CFamilyCase kCases[] = {
+    {"Stock", EOrderStrategyTradeType::Stock, 23, "600000", EQdTraderType::Stock, false, "orderStock",
+     kStockLine, 2},
+    {"Future", EOrderStrategyTradeType::Future, 0, "IF2609", EQdTraderType::FutureSpeculation, false,
+     "orderSpec", "placeCommands: [orderservice] future speculation.", 2},
+    {"Basket", EOrderStrategyTradeType::Basket, 25, "600000", EQdTraderType::Basket, false, "orderCompose",
+     "placeCommands: [orderservice] basket compose.", 2},
+    {"FutureBasket", EOrderStrategyTradeType::FutureBasket, 25, "600000", EQdTraderType::Basket, false,
+     "orderCompose", "placeCommands: [orderservice] basket compose.", 2},
+    {"Credit", EOrderStrategyTradeType::Credit, 27, "600000", EQdTraderType::Credit, false, "orderCredit",
+     "placeCommands: [orderservice] credit operation.", 2},
+    {"Option", EOrderStrategyTradeType::StockOption, 50, "SHO10000001", EQdTraderType::Option, false,
+     "orderOption", kStockLine, 2},
+    {"FutureOption", EOrderStrategyTradeType::FutureOption, 0, "IO2609", EQdTraderType::FutureOption, true,
+     "orderFutureOption", kStockLine, 2},
+    {"Sgt", EOrderStrategyTradeType::SGT, 23, "00001", EQdTraderType::SGT, true, "orderSGT", kStockLine, 2},
+    {"Hgt", EOrderStrategyTradeType::HGT, 23, "00700", EQdTraderType::HGT, true, "orderHGT", kStockLine, 2},
+    {"Neeq", EOrderStrategyTradeType::Neeq, 66, "430001", EQdTraderType::Neeq, true, "orderNeeq", kStockLine,
+     0},
+    {"Gold", EOrderStrategyTradeType::Gold, 23, "AU9999", EQdTraderType::Gold, true, "orderGold", kStockLine,
+     2},
+};
+
+/// The fake host with an instrument for each family; the quotes have traded today.
+class UnionHost : public testing::Test {
+protected:
+    UnionHost() {
+        host.types.types.insert({100003, "SH600000"});
+        for (const auto& [list, key] : {std::pair{"future", "IF2609"},
+                                        {"option", "SHO10000001"},
+                                        {"future option", "IO2609"},
+                                        {"sgt", "SGT00001"},
+                                        {"hgt", "HGT00700"},
+                                        {"gold", "GOLDAU9999"},
+                                        {"neeq", "NEEQ430001"}})
+            enlist(list, QString::fromLatin1(key));
+        host.quotes.quotes[QStringLiteral("SH600000")]->m_nDayCount = 1;
+        for (const auto type :
+             {EQDBrokerType::Future, EQDBrokerType::Credit, EQDBrokerType::Gold, EQDBrokerType::FutureOption,
+              EQDBrokerType::StockOption, EQDBrokerType::HGT, EQDBrokerType::Neeq, EQDBrokerType::SGT})
+            host.user.addGroup(type, "G", {{"A1", 0.6}, {"A2", 0.4}});
+    }
+    void enlist(const char* list, const QString& key) {
+        const auto detail = boost::make_shared<CInstrumentDetail>();
+        detail->m_strCode = key.toStdString();
+        host.exchange.others[key] = detail;
+        host.exchange.lists.insert({list, key});
+        const auto quote = boost::make_shared<fake::CQuote>();
+        quote->all(10.5);
+        host.quotes.quotes[key] = quote;
+    }
+    static CStrategyBuilder strategyOf(EOrderStrategyTradeType family) {
+        return CStrategyBuilder().family(family).set(
+            [&](auto& s) { s.setting(findFamily(family)->m_eSlot).m_ePriceType = EPriceType::Specified; });
+    }
+    const COrderComandParam& place(const COrderParam& order, const COrderStrategyParam& with) {
+        strategies[3] = with;
+        service.placeOrders({order}, &strategies);
+        EXPECT_EQ(host.errorTexts(), std::vector<QString>());
+        return *host.commands().at(0);
+    }
+
+    CFakeClock clock;
+    CFakeHost host;
+    COrderServiceUnion service;
+    COrderStrategyMap strategies;
+};
+
+class UnionFamily : public UnionHost, public testing::WithParamInterface<CFamilyCase> {
+protected:
+    COrderParam order() const {
+        return COrderBuilder(GetParam().orderType)
+            .line(QString::fromLatin1(GetParam().code), 10.5, 1000)
+            .set([](COrderParam& o) { o.m_strRemark = "备注"; });
+    }
+    CStrategyBuilder strategy() const { return strategyOf(GetParam().family); }
+};
+
+TEST_P(UnionFamily, OrderBecomesACommand) {
+    const COrderComandParam& command = place(order(), strategy());
+    EXPECT_EQ(command.m_eTraderType, GetParam().traderType);
+    EXPECT_EQ(command.m_codes.size(), GetParam().records);
+    EXPECT_EQ(command.m_weights.size(), 2u);
+    EXPECT_EQ(command.m_eStopLossType, EQdStopLossType::None);
+    EXPECT_TRUE(command.m_bUnion);
+    EXPECT_FALSE(command.m_bForceConfirm);
+    EXPECT_FALSE(command.m_bCommandFlag);
+    EXPECT_TRUE(command.m_extra.isEmpty());
+    EXPECT_EQ(command.m_strRemark, "备注");
+    EXPECT_EQ(command.m_eStrategyType, EOrderStrategyType::File);
+    EXPECT_EQ(command.m_strAlgoParam, "");
+    EXPECT_EQ(command.m_strCreateTime, GetParam().isBare ? "" : "2026-01-05 09:30:00:000");
+    EXPECT_EQ(command.m_strTag, GetParam().isBare ? "" : "3");
+}
+
+TEST_P(UnionFamily, ForcedConfirmationTravelsInTheCommand) {
+    host.switches.on.insert("mdl_order_service_force_confirm");
+    EXPECT_TRUE(place(order(), strategy()).m_bForceConfirm);
+}
+
+TEST_P(UnionFamily, AlgorithmOrdersReachOnlyCommandsThatCarryThem) {
+    host.rules.algoPlatforms = {{static_cast<EOrderType>(77), ETradePlatform::Plain}};
+    auto algorithm = order();
+    algorithm.m_eOrderType = static_cast<EOrderType>(77);
+    algorithm.m_strOrderSetting = "final";
+    algorithm.m_nSettingKind = 1;
+    EXPECT_EQ(place(algorithm, strategy()).m_strAlgoParam, GetParam().isBare ? "" : "final");
+}
+
+TEST_P(UnionFamily, CommandIsLoggedByItsOperation) {
+    const CLogCapture capture;
+    utils::CLogCenter::setLogEnabled(true);
+    place(order(), strategy());
+    ASSERT_EQ(capture.lines().size(), 2u);
+    const std::string expected =
+        std::string("[TC::COrderServiceUnion::") + GetParam().function + "] " + GetParam().logLine;
+    const std::string& text = capture.lines()[1].text;
+    EXPECT_EQ(text.substr(text.find("] ") + 2), expected);
+}
+
+TEST_P(UnionFamily, OtherKindsOfUserGetNoCommandAndNoWord) {
+    host.user.kind = 1;
+    strategies[3] = strategy();
+    service.placeOrders({order()}, &strategies);
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_TRUE(host.errorTexts().empty());
+}
+
+TEST_P(UnionFamily, FailedCheckGivesNoCommand) {
+    strategies[3] = strategy();
+    service.placeOrders({COrderBuilder(99).line(QStringLiteral("600000"), 10.5, 1000)}, &strategies);
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(host.errorTexts(),
+              std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, 下单指令不合法!")});
+}
+
+INSTANTIATE_TEST_SUITE_P(Families, UnionFamily, testing::ValuesIn(kCases),
+                         [](const auto& family) { return family.param.name; });
+
+using UnionFuture = UnionHost;
+
+TEST_F(UnionFuture, ButtonFollowsTheNumber) {
+    strategies[3] = strategyOf(EOrderStrategyTradeType::Future);
+    for (int number = 0; number <= 15; ++number) {
+        const int expected = number >= 10 ? 3 : number >= 6 ? 2 : 1;
+        service.placeOrders({COrderBuilder(number).line(QStringLiteral("IF2609"), 10.5, 10)}, &strategies);
+        ASSERT_EQ(host.commands().size(), static_cast<std::size_t>(number + 1));
+        EXPECT_EQ(static_cast<int>(host.commands().back()->m_eBtnType), expected) << number;
+    }
+}
+
+TEST_F(UnionFuture, FlagOfTheStrategyDoesNotReachTheCommand) {
+    const auto strategy =
+        strategyOf(EOrderStrategyTradeType::Future).set([](auto& s) { s.m_bCommandFlag = true; });
+    EXPECT_FALSE(place(COrderBuilder(0).line(QStringLiteral("IF2609"), 10.5, 10), strategy).m_bCommandFlag);
+}
+
+class UnionBasket : public UnionHost {
+protected:
+    UnionBasket() { host.switches.on.insert("mdl_order_compose_basket_buy_sell"); }
+    static COrderBuilder basket(int number) {
+        return COrderBuilder(number).line(QStringLiteral("600000"), 10.5, 1000).set([](COrderParam& o) {
+            o.m_orders[0].m_eOperationType = 18;
+        });
+    }
+    static CStrategyBuilder strategy() { return strategyOf(EOrderStrategyTradeType::Basket).volume(1); }
+    const COrderComandParam& placeHedged(int number) {
+        host.switches.on.insert("mdl_order_compose_hedge");
+        host.orders.commands.clear();
+        return place(basket(number), strategy().set([](auto& s) {
+            s.m_bHedgeBasket = true;
+            s.m_hedgeParam = bson::fromjson(R"({"m_nPriceKind": 1, "contract": "IF2609", "lots": 2})");
+        }));
+    }
+};
+
+TEST_F(UnionBasket, PlainBasketIsComposed) {
+    const COrderComandParam& command = place(basket(25), strategy());
+    EXPECT_EQ(command.m_eHedgeType, EQdHedgeType::Compose);
+    EXPECT_EQ(command.m_strTag, "3");
+    EXPECT_TRUE(command.m_extra.isEmpty());
+}
+
+TEST_F(UnionBasket, HedgeNeedsTheSwitchAndTheStrategysWord) {
+    host.switches.on.insert("mdl_order_compose_hedge");
+    EXPECT_EQ(place(basket(25), strategy()).m_eHedgeType, EQdHedgeType::Compose);
+    host.switches.on.erase("mdl_order_compose_hedge");
+    host.orders.commands.clear();
+    const auto willing = strategy().set([](auto& s) { s.m_bHedgeBasket = true; });
+    EXPECT_EQ(place(basket(25), willing).m_eHedgeType, EQdHedgeType::Compose);
+}
+
+TEST_F(UnionBasket, HedgeLegKeepsTheStrategysParametersAndChoosesThePrice) {
+    for (const auto& [number, kind] : {std::pair{25, 3}, {33, 9}, {35, 9}, {26, 9}, {36, 9}}) {
+        const COrderComandParam& command = placeHedged(number);
+        EXPECT_EQ(command.m_eHedgeType, EQdHedgeType::Hedge) << number;
+        EXPECT_EQ(command.m_strTag, "") << number;
+        EXPECT_EQ(command.m_extra.jsonString(),
+                  bson::fromjson(R"({"contract": "IF2609", "lots": 2, "m_nPriceKind": )" +
+                                 std::to_string(kind) + "}")
+                      .jsonString())
+            << number;
+    }
+}
+
+TEST_F(UnionBasket, HedgeIsLoggedAsSuch) {
+    const CLogCapture capture;
+    utils::CLogCenter::setLogEnabled(true);
+    placeHedged(25);
+    EXPECT_NE(capture.lines().at(1).text.find("placeCommands: [orderservice] basket hedge."),
+              std::string::npos);
+}
+
+TEST_F(UnionBasket, FlagIsKeptFromSalesTargetsAndPositions) {
+    const auto flagged = strategy().set([](auto& s) { s.m_bCommandFlag = true; });
+    for (const auto& [number, expected] :
+         {std::pair{25, true}, {33, true}, {110, true}, {26, false}, {34, false}, {35, false}, {36, false}}) {
+        host.orders.commands.clear();
+        EXPECT_EQ(place(basket(number), flagged).m_bCommandFlag, expected) << number;
+    }
+}
+
+TEST_F(UnionBasket, BasketTextStandsInForAMissingAlgorithmText) {
+    const auto order = basket(25).set([](COrderParam& o) { o.m_strBasketText = "basket text"; });
+    EXPECT_EQ(place(order, strategy()).m_strAlgoParam, "basket text");
+}
+
+TEST_F(UnionBasket, AlgorithmTextGoesBeforeTheBasketText) {
+    host.rules.algoPlatforms = {{static_cast<EOrderType>(77), ETradePlatform::Plain}};
+    const auto order = basket(25).set([](COrderParam& o) {
+        o.m_strBasketText = "basket text";
+        o.m_eOrderType = static_cast<EOrderType>(77);
+        o.m_strOrderSetting = "final";
+        o.m_nSettingKind = 1;
+    });
+    EXPECT_EQ(place(order, strategy()).m_strAlgoParam, "final");
+}
+
+} // namespace
