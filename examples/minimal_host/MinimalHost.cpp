@@ -27,6 +27,18 @@ public:
     }
 };
 
+class COurAccount : public TC::CAccount {
+public:
+    explicit COurAccount(TC::EQDBrokerType broker) : m_info(boost::make_shared<TC::CAccountInfo>()) {
+        m_info->m_nBrokerType = static_cast<int>(broker);
+        m_info->m_strKey = kAccount;
+    }
+    TC::CAccountInfoPtr toInfo() const override { return m_info; }
+
+private:
+    TC::CAccountInfoPtr m_info;
+};
+
 bool isOurStock(const QString& stockKey) {
     return stockKey == QLatin1String(kMarket) + QLatin1String(kCode);
 }
@@ -37,11 +49,12 @@ void CUser::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountTyp
                                std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                                bool) const {
     if (!hasAccount(name)) return;
-    const auto account = boost::make_shared<TC::CAccountInfo>();
-    account->m_nBrokerType = static_cast<int>(broker);
-    account->m_strKey = kAccount;
-    accounts.push_back(account);
+    accounts.push_back(COurAccount(broker).toInfo());
     ratios.push_back(1.0);
+}
+
+TC::CAccountPtr CUser::getAccountData(const QString& key) const {
+    return hasAccount(key) ? boost::make_shared<COurAccount>(TC::EQDBrokerType::Stock) : nullptr;
 }
 
 void COrders::orderCommands(const TC::COrderComandParamPtr& command) {
@@ -71,6 +84,14 @@ std::vector<int> CTrading::splitEntrusts(int volume, double, TC::EPriceType,
     std::vector<int> volumes(accounts.size(), 0);
     volumes.front() = volume;
     return volumes;
+}
+
+std::vector<double> CTrading::splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>& accounts,
+                                         const std::vector<double>&, TC::EPositionType, TC::EOperationType,
+                                         const boost::shared_ptr<utils::KNError>&) {
+    std::vector<double> amounts(accounts.size(), 0.0);
+    amounts.front() = amount;
+    return amounts;
 }
 
 bool CExchange::hasStock(const QString& stockKey) {

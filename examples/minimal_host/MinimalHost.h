@@ -49,6 +49,7 @@ public:
     void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
                             std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                             bool simple) const override;
+    TC::CAccountPtr getAccountData(const QString& key) const override;
     bool isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC::EQDBrokerType, const std::string&,
                           const std::string&, TC::EOrderType) const override {
         return true;
@@ -84,6 +85,9 @@ public:
                                    const std::vector<TC::CAccountInfoPtr>& accounts,
                                    const std::vector<double>&, TC::EPositionType, const std::string&,
                                    const std::string&, TC::EOperationType, TC::EHedge_Flag_Type,
+                                   const boost::shared_ptr<utils::KNError>&) override;
+    std::vector<double> splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>& accounts,
+                                   const std::vector<double>&, TC::EPositionType, TC::EOperationType,
                                    const boost::shared_ptr<utils::KNError>&) override;
     void cancelTask(int, int, const std::string&, const std::string&, const std::string&,
                     const CCancelCallback&, int) override {}
@@ -121,6 +125,13 @@ public:
     void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
                              TC::EOperationType, int, double price, const TC::CPriceDataPtr&) override;
     void fixTimeRange(TC::CCodeOrderParam&) override {}
+    // Shares only: what is bought is held, what is sold is closed, and nobody borrows.
+    bool isBuy(TC::EOperationType operation) override { return operation == TC::EOperationType::Buy; }
+    bool isClose(TC::EOperationType operation) override { return operation == TC::EOperationType::Sell; }
+    bool isDirectRepay(TC::EOperationType) override { return false; }
+    TC::EEntrustTypes operationTypeToEntrustType(TC::EOperationType) override {
+        return TC::unsetEnum<TC::EEntrustTypes>();
+    }
     bool isMarketPrice(TC::EPriceType) override { return false; }
     bool isAlgoOrderType(TC::EOrderType) override { return false; }
     TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType) override {
@@ -178,6 +189,8 @@ class CTasks : public knservice::TraderCenter, public knservice::CTaskCenter, pu
 public:
     knservice::CTaskCenter& getTaskCenter() override { return *this; }
     knservice::CDataCenter& getDataCenter() override { return *this; }
+    // This host watches no positions and no portfolios.
+    boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string&) override { return nullptr; }
     boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return nullptr; }
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int) override { return {}; }
 };

@@ -189,12 +189,13 @@ void takeVolume(CCheckRun& run) {
 }
 
 boost::shared_ptr<utils::KNError> splitVolumes(CCheckRun& run, EOperationType op) {
+    static const std::string unnamed;
     const bool isNamed = run.family.m_eSplitInstrument == ESplitInstrument::Named;
     const auto error = boost::make_shared<utils::KNError>();
     run.volumes = CTradeClient::instance().splitEntrusts(
         run.volume, run.calcPrice, run.setting.m_ePriceType, run.accounts, run.ratios,
-        run.strategy.m_ePositionType, isNamed ? run.stock().m_strMarket : std::string(),
-        isNamed ? run.stock().m_strCode : std::string(), op, EHedge_Flag_Type::Speculation, error);
+        run.strategy.m_ePositionType, isNamed ? run.stock().m_strMarket : unnamed,
+        isNamed ? run.stock().m_strCode : unnamed, op, EHedge_Flag_Type::Speculation, error);
     return error;
 }
 

@@ -4,6 +4,11 @@
 #include "platform/InstrumentTypes.h"
 #include "platform/TradingRules.h"
 
+#include <QStringBuilder>
+
+#include <string>
+#include <utility>
+
 namespace TC {
 namespace {
 
@@ -12,29 +17,43 @@ using knservice::StockTypeCenter;
 constexpr int kFullCodeLength = 8; // two letters of market, six digits
 constexpr int kMarketLength = 2;
 
-bool isTradable(const QString& market, const QString& code) {
-    return StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, market.toStdString(),
-                                         code.toStdString());
+/// A market in both forms that the host's services ask for, made once.
+struct CMarket {
+    QString m_name;
+    std::string m_strName;
+};
+
+const CMarket& shanghai() {
+    static const CMarket market{QStringLiteral("SH"), "SH"};
+    return market;
 }
 
-bool resolveOnMarket(QString& code, const QString& market, EKeyJoin join) {
-    const QString key = join == EKeyJoin::StockKey ? qdStockKey(market, code) : market + code;
-    if (!CExchangeClient::instance().hasStock(key) || !isTradable(market, code)) return false;
-    code = market + code;
+const CMarket& shenzhen() {
+    static const CMarket market{QStringLiteral("SZ"), "SZ"};
+    return market;
+}
+
+bool isTradable(const std::string& market, const QString& code) {
+    return StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, market, code.toStdString());
+}
+
+bool resolveOnMarket(QString& code, const CMarket& market, EKeyJoin join) {
+    QString full = market.m_name % code; // one allocation: every row of a basket comes through here
+    const bool isKnown = CExchangeClient::instance().hasStock(
+        join == EKeyJoin::StockKey ? qdStockKey(market.m_name, code) : full);
+    if (!isKnown || !isTradable(market.m_strName, code)) return false;
+    code = std::move(full);
     return true;
 }
 
 } // namespace
 
 bool resolveStockCode(QString& code, EKeyJoin join, EFullCode fullCode) {
-    if (resolveOnMarket(code, QStringLiteral("SH"), join) ||
-        resolveOnMarket(code, QStringLiteral("SZ"), join)) {
-        return true;
-    }
+    if (resolveOnMarket(code, shanghai(), join) || resolveOnMarket(code, shenzhen(), join)) return true;
     if (fullCode == EFullCode::Refused || code.size() != kFullCodeLength) return false;
     const QString upper = code.toUpper();
     if (!CExchangeClient::instance().hasStock(upper) ||
-        !isTradable(code.left(kMarketLength).toUpper(), code.mid(kMarketLength))) {
+        !isTradable(code.left(kMarketLength).toUpper().toStdString(), code.mid(kMarketLength))) {
         return false;
     }
     code = upper;

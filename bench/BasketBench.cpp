@@ -1,0 +1,191 @@
+// check_basket: microseconds per row of a basket of 5,000 rows over three accounts, on a host that answers at
+// once; the baseline is the same rows cut into baskets of 50.
+// position_exchange: nanoseconds per target of 5,000 against 5,000 positions, half of them the same
+// instruments; the baseline is the figure of 500 against 500 times log(5000) / log(500).
+// weighted_volume: nanoseconds per row of 5,000 that share money by weight; the baseline makes the host calls
+// alone.
+#include "bench/CheckHost.h"
+#include "bench/Figure.h"
+
+#include "platform/InstrumentTypes.h"
+#include "platform/TradingRules.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <random>
+
+namespace {
+
+using namespace TC;
+
+constexpr int kManyRows = 5000;
+constexpr int kFewRows = 50;
+constexpr int kFewTargets = 500;
+constexpr int kAccounts = 3;
+constexpr int kRounds = 20;
+constexpr int kRepetitions = 15;
+constexpr double kAmount = 1e9;
+
+/// Rows for as many stocks, in no order.
+QVector<COrderSingleParam> makeRows(int count, int firstStock = 0) {
+    QVector<COrderSingleParam> rows(count);
+    for (int i = 0; i < count; ++i) {
+        rows[i].m_strCode = bench::CCheckHost::stockCode(firstStock + i);
+        rows[i].m_nVolume = 900;
+        rows[i].m_dWeight = 1 + i % 7;
+    }
+    std::shuffle(rows.begin(), rows.end(), std::mt19937(7));
+    return rows;
+}
+
+template<typename Step>
+double nanoseconds(const Step& step) {
+    const auto begin = std::chrono::steady_clock::now();
+    step();
+    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - begin).count();
+}
+
+/// The rows as orders of so many rows each.
+std::vector<COrderParam> makeBaskets(int rowsEach) {
+    constexpr int kBasketBuy = 25;
+    const QVector<COrderSingleParam> rows = makeRows(kManyRows);
+    std::vector<COrderParam> baskets;
+    for (int first = 0; first < rows.size(); first += rowsEach) {
+        COrderParam order;
+        order.m_nOrderType = kBasketBuy;
+        order.m_nChannel = 3;
+        order.m_eStrategyType = EOrderStrategyType::File;
+        order.m_orders = rows.mid(first, rowsEach);
+        baskets.push_back(order);
+    }
+    return baskets;
+}
+
+void checkBasket(benchmark::State& state, int rowsEach) {
+    const bench::CCheckHost host(kAccounts, kManyRows);
+    const bench::CBareChecks checks;
+    const std::vector<COrderParam> baskets = makeBaskets(rowsEach);
+    COrderStrategyParam strategy;
+    strategy.m_nChannel = 3;
+    strategy.m_eTradeType = EOrderStrategyTradeType::Basket;
+    strategy.m_strSelectedAccount = QStringLiteral("group");
+    std::size_t records = 0;
+    const auto checkAll = [&] {
+        for (const COrderParam& basket : baskets) {
+            COrderParam order = basket;
+            std::vector<CCodeOrderParam> codes;
+            std::map<std::string, double> weights;
+            checks.checkAndFillOrderCompose(order, strategy, codes, weights);
+            records += codes.size();
+        }
+    };
+    double best = HUGE_VAL;
+    for (auto _ : state) {
+        for (int round = 0; round < kRounds; ++round)
+            best = std::min(best, nanoseconds(checkAll));
+        bench::report(state, best / 1e3 / kManyRows, "us");
+    }
+    if (records != static_cast<std::size_t>(kRounds) * kAccounts * kManyRows)
+        state.SkipWithError("rows got lost");
+}
+
+void exchangePosition(benchmark::State& state, int count, double scale) {
+    bench::CCheckHost host(1, 2 * kManyRows);
+    const bench::CBareChecks checks;
+    for (const COrderSingleParam& row : makeRows(count, count / 2))
+        host.hold(row.m_strCode.toInt() - bench::CCheckHost::stockCode(0).toInt(), 500);
+    const QVector<COrderSingleParam> targets = makeRows(count);
+    const int times = kManyRows / count;
+    int orders = 0;
+    const auto exchange = [&] {
+        for (int i = 0; i < times; ++i) {
+            QVector<COrderSingleParam> rows = targets;
+            checks.exchangePositionStock(host.firstAccount(), rows, 1);
+            orders = rows.size();
+        }
+    };
+    double best = HUGE_VAL;
+    for (auto _ : state) {
+        for (int round = 0; round < kRounds; ++round)
+            best = std::min(best, nanoseconds(exchange));
+        bench::report(state, scale * best / kManyRows, "ns");
+    }
+    if (orders != count + count / 2) state.SkipWithError("the exchange gave other orders");
+}
+
+void weightedVolume(benchmark::State& state) {
+    const bench::CCheckHost host(1, kManyRows);
+    const bench::CBareChecks checks;
+    QVector<COrderSingleParam> rows = makeRows(kManyRows);
+    double best = HUGE_VAL;
+    for (auto _ : state) {
+        for (int round = 0; round < kRounds; ++round)
+            best = std::min(best, nanoseconds([&] { checks.calcVolumnByWeight(rows, kAmount); }));
+        bench::report(state, best / kManyRows, "ns");
+    }
+    if (rows.front().m_nVolume == 900) state.SkipWithError("a row was not priced");
+}
+
+/// One row's host calls for a volume by weight.
+struct CWeightedRow {
+    explicit CWeightedRow(const QString& shortCode)
+        : fullCode(QStringLiteral("SH") + shortCode), code(shortCode.toStdString()) {}
+    void call() const {
+        auto& exchange = CExchangeClient::instance();
+        benchmark::DoNotOptimize(exchange.hasStock(fullCode));
+        benchmark::DoNotOptimize(
+            knservice::StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, market, code));
+        benchmark::DoNotOptimize(CQuoteClient::instance().getStockPrice(fullCode));
+        benchmark::DoNotOptimize(exchange.getCodeInfo(fullCode));
+        benchmark::DoNotOptimize(knservice::isTypedStock(knservice::kTypeStarMarket, market, code, product));
+        benchmark::DoNotOptimize(knservice::getTradeMinUnit(market, code, unsetEnum<EOperationType>()));
+    }
+
+    QString fullCode;
+    std::string market = "SH";
+    std::string code;
+    std::string product;
+};
+
+void weightedVolumeBaseline(benchmark::State& state) {
+    const bench::CCheckHost host(1, kManyRows);
+    const bench::CBareChecks checks;
+    QVector<COrderSingleParam> rows = makeRows(kManyRows);
+    std::vector<CWeightedRow> calls;
+    for (const COrderSingleParam& row : qAsConst(rows))
+        calls.emplace_back(row.m_strCode);
+    const auto callAll = [&] {
+        for (const CWeightedRow& row : calls)
+            row.call();
+    };
+    const long before = host.calls();
+    checks.calcVolumnByWeight(rows, kAmount);
+    const long ofRows = host.calls() - before;
+    callAll();
+    if (host.calls() - before != 2 * ofRows) {
+        state.SkipWithError("the rows take other host calls than their baseline");
+        return;
+    }
+    double best = HUGE_VAL;
+    for (auto _ : state) {
+        for (int round = 0; round < kRounds; ++round)
+            best = std::min(best, nanoseconds(callAll));
+        bench::report(state, best / kManyRows, "ns");
+    }
+}
+
+const double kLogRatio =
+    std::log(static_cast<double>(kManyRows)) / std::log(static_cast<double>(kFewTargets));
+
+#define FIGURE(function, name, ...)                                                                          \
+    BENCHMARK_CAPTURE(function, name, __VA_ARGS__)->Name(name)->Iterations(1)->Repetitions(kRepetitions)
+
+FIGURE(checkBasket, "check_basket", kManyRows);
+FIGURE(checkBasket, "check_basket/baseline", kFewRows);
+FIGURE(exchangePosition, "position_exchange", kManyRows, 1.0);
+FIGURE(exchangePosition, "position_exchange/baseline", kFewTargets, kLogRatio);
+BENCHMARK(weightedVolume)->Name("weighted_volume")->Iterations(1)->Repetitions(kRepetitions);
+BENCHMARK(weightedVolumeBaseline)->Name("weighted_volume/baseline")->Iterations(1)->Repetitions(kRepetitions);
+
+} // namespace

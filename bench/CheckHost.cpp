@@ -1,0 +1,198 @@
+#include "bench/CheckHost.h"
+
+#include "platform/Quote.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <memory>
+
+namespace bench {
+namespace {
+
+class CCountingQuote : public TC::CPriceData {
+public:
+    explicit CCountingQuote(long& calls) : m_calls(calls) {
+        m_dLastPrice = m_dFallbackPrice = minimal::kPrice;
+        m_nDayCount = 1;
+    }
+    double getOriginPrice(TC::EPriceType, TC::EOperationType) const override { return price(); }
+    double getPriceForCalc(TC::EPriceType, TC::EOperationType, int,
+                           const boost::shared_ptr<TC::CAutoPriceParam>&) const override {
+        return price();
+    }
+    double getPriceForOrder(TC::EPriceType, TC::EOperationType, int,
+                            const boost::shared_ptr<TC::CAutoPriceParam>&) const override {
+        return price();
+    }
+
+private:
+    double price() const {
+        ++m_calls;
+        return minimal::kPrice;
+    }
+
+    long& m_calls;
+};
+
+} // namespace
+
+CCheckHost::CCheckHost(int accounts, int stocks) {
+    for (int i = 0; i < accounts; ++i) {
+        const auto account = boost::make_shared<TC::CAccountInfo>();
+        account->m_strKey = "8000000" + std::to_string(i);
+        account->m_nBrokerType = static_cast<int>(TC::EQDBrokerType::Stock);
+        m_user.accounts.push_back(account);
+        m_user.ratios.push_back(1.0 / accounts);
+    }
+    for (int i = 0; i < stocks; ++i)
+        addInstrument(m_exchange.stocks, QStringLiteral("SH") + stockCode(i), "SH", stockCode(i));
+    addInstrument(m_exchange.others, future(), "IF", future());
+    addInstrument(m_exchange.others, option(), "SHO", option());
+    TC::CHost host = m_host.services();
+    host.userManager = &m_user;
+    host.tradeClient = &m_trading;
+    host.exchangeClient = &m_exchange;
+    host.quoteClient = &m_quotes;
+    host.tradingRules = &m_rules;
+    host.instrumentTypes = &m_types;
+    host.traderCenter = &m_tasks;
+    if (!TC::installHost(host).isSuccess()) std::abort();
+}
+
+CCheckHost::~CCheckHost() {
+    TC::releaseHost();
+}
+
+QString CCheckHost::stockCode(int index) {
+    return QString::number(600000 + index);
+}
+
+void CCheckHost::addInstrument(QHash<QString, TC::CInstrumentDetailPtr>& list, const QString& key,
+                               const char* market, const QString& code) {
+    const auto detail = boost::make_shared<TC::CInstrumentDetail>();
+    detail->m_strMarket = market;
+    detail->m_strCode = code.toStdString();
+    detail->m_strName = "stock " + detail->m_strCode;
+    list.insert(key, detail);
+    m_quotes.quotes.insert(key, boost::make_shared<CCountingQuote>(m_calls.count));
+}
+
+void CCheckHost::hold(int index, int volume) {
+    const auto position = boost::make_shared<knservice::CPositionStatics>();
+    position->m_account = firstAccount();
+    position->m_strMarket = "SH";
+    position->m_strCode = stockCode(index).toStdString();
+    position->m_nPositionVolume = volume;
+    position->m_nAvailableVolume = volume;
+    m_tasks.positions.push_back(position);
+}
+
+TC::CUserConfig* CCheckHost::CUser::getUserConfig() {
+    ++calls.count;
+    return this;
+}
+
+std::string CCheckHost::CUser::getUserName() const {
+    ++calls.count;
+    return "demo";
+}
+
+void CCheckHost::CUser::getAccountsWeights(TC::EQDBrokerType, TC::ESelectedAccountType, const QString&,
+                                           std::vector<TC::CAccountInfoPtr>& found,
+                                           std::vector<double>& foundRatios, bool) const {
+    ++calls.count;
+    found.insert(found.end(), accounts.begin(), accounts.end());
+    foundRatios.insert(foundRatios.end(), ratios.begin(), ratios.end());
+}
+
+std::vector<int> CCheckHost::CTrading::splitEntrusts(int volume, double, TC::EPriceType,
+                                                     const std::vector<TC::CAccountInfoPtr>& accounts,
+                                                     const std::vector<double>&, TC::EPositionType,
+                                                     const std::string&, const std::string&,
+                                                     TC::EOperationType, TC::EHedge_Flag_Type,
+                                                     const boost::shared_ptr<utils::KNError>&) {
+    ++calls.count;
+    return std::vector<int>(accounts.size(), volume / static_cast<int>(accounts.size()));
+}
+
+bool CCheckHost::CExchange::hasStock(const QString& key) {
+    ++calls.count;
+    return stocks.contains(key);
+}
+
+bool CCheckHost::CExchange::hasFuture(const QString& key) {
+    ++calls.count;
+    return others.contains(key);
+}
+
+bool CCheckHost::CExchange::hasOption(const QString& key) {
+    ++calls.count;
+    return others.contains(key);
+}
+
+TC::CInstrumentDetailPtr CCheckHost::CExchange::getCodeInfo(const QString& key) {
+    ++calls.count;
+    const auto stock = stocks.constFind(key);
+    return stock != stocks.constEnd() ? *stock : others.value(key);
+}
+
+TC::CPriceDataPtr CCheckHost::CQuotes::getStockPrice(const QString& key) {
+    ++calls.count;
+    return quotes.value(key);
+}
+
+boost::shared_ptr<TC::CQuoteRequest>
+CCheckHost::CQuotes::subscribe(const QString&, const TC::CQuoteRequest::CCallback&, TC::ESubscribeType) {
+    ++calls.count;
+    return boost::make_shared<TC::CQuoteRequest>();
+}
+
+QString CCheckHost::CRules::qdStockKey(const QString& market, const QString& code) {
+    ++calls.count;
+    return market + code;
+}
+
+TC::EQDBrokerType CCheckHost::CRules::orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType) {
+    ++calls.count;
+    return TC::EQDBrokerType::Stock;
+}
+
+void CCheckHost::CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
+                                             TC::EOperationType operation, int volume, double price,
+                                             const TC::CPriceDataPtr& quote) {
+    ++calls.count;
+    minimal::CRules::orderSettingToParam(setting, record, operation, volume, price, quote);
+}
+
+void CCheckHost::CRules::fixTimeRange(TC::CCodeOrderParam&) {
+    ++calls.count;
+}
+
+bool CCheckHost::CRules::isMarketPrice(TC::EPriceType) {
+    ++calls.count;
+    return false;
+}
+
+bool CCheckHost::CTypes::isTypedStock(int type, const std::string&, const std::string&) {
+    ++calls.count;
+    return type == knservice::kTypeTradableStock || type == knservice::kBasketTypes[0];
+}
+
+int CCheckHost::CTypes::getTradeMinUnit(const std::string&, const std::string&, TC::EOperationType) {
+    ++calls.count;
+    return 100;
+}
+
+boost::shared_ptr<knservice::CAccountData> CCheckHost::CTasks::getAccountData(const std::string&) {
+    // The host outlives whoever holds its data.
+    return boost::shared_ptr<knservice::CAccountData>(this, [](auto*) {});
+}
+
+void CCheckHost::CTasks::getVector(int, std::vector<boost::shared_ptr<knservice::IData>>& out) {
+    out.insert(out.end(), positions.begin(), positions.end());
+}
+
+} // namespace bench

@@ -1,0 +1,128 @@
+#pragma once
+
+#include "MinimalHost.h"
+
+#include "check/OrderServiceBase.h"
+#include "records/Portfolio.h"
+
+#include <QHash>
+#include <QVector>
+
+#include <vector>
+
+namespace bench {
+
+/// The checks alone; batches go nowhere.
+class CBareChecks : public TC::COrderServiceBase {
+public:
+    void filterStrategies(TC::COrderStrategyMap*) override {}
+    void placeOrders(QVector<TC::COrderParam>, const TC::COrderStrategyMap*) override {}
+};
+
+/// A host that answers the checks at once from memory: some accounts, stocks on SH under six digits each, one
+/// future and one option, all with a price of 10.5. Counts what it is asked. Lives once in a process at a
+/// time, on one thread.
+class CCheckHost {
+public:
+    /// accounts: how many every account name stands for. stocks: how many there are.
+    CCheckHost(int accounts, int stocks);
+    ~CCheckHost();
+
+    static QString stockCode(int index);
+    static QString future() { return QStringLiteral("IF2601"); }
+    static QString option() { return QStringLiteral("10000001"); }
+
+    /// What the first account holds of the stock of that index.
+    void hold(int index, int volume);
+    const TC::CAccountInfoPtr& firstAccount() const { return m_user.accounts.front(); }
+    /// Operations of the services and their quotes that have been called.
+    long calls() const { return m_calls.count; }
+
+private:
+    struct CCalls {
+        long count = 0;
+    };
+
+    struct CUser : minimal::CUser {
+        explicit CUser(CCalls& counted) : calls(counted) {}
+        TC::CUserConfig* getUserConfig() override;
+        std::string getUserName() const override;
+        void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
+                                std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
+                                bool simple) const override;
+        CCalls& calls;
+        std::vector<TC::CAccountInfoPtr> accounts;
+        std::vector<double> ratios;
+    };
+
+    struct CTrading : minimal::CTrading {
+        explicit CTrading(CCalls& counted) : calls(counted) {}
+        std::vector<int> splitEntrusts(int volume, double, TC::EPriceType,
+                                       const std::vector<TC::CAccountInfoPtr>& accounts,
+                                       const std::vector<double>&, TC::EPositionType, const std::string&,
+                                       const std::string&, TC::EOperationType, TC::EHedge_Flag_Type,
+                                       const boost::shared_ptr<utils::KNError>&) override;
+        CCalls& calls;
+    };
+
+    struct CExchange : minimal::CExchange {
+        explicit CExchange(CCalls& counted) : calls(counted) {}
+        bool hasStock(const QString& key) override;
+        bool hasFuture(const QString& key) override;
+        bool hasOption(const QString& key) override;
+        TC::CInstrumentDetailPtr getCodeInfo(const QString& key) override;
+        CCalls& calls;
+        QHash<QString, TC::CInstrumentDetailPtr> stocks;
+        QHash<QString, TC::CInstrumentDetailPtr> others;
+    };
+
+    struct CQuotes : minimal::CQuotes {
+        explicit CQuotes(CCalls& counted) : calls(counted) {}
+        TC::CPriceDataPtr getStockPrice(const QString& key) override;
+        boost::shared_ptr<TC::CQuoteRequest> subscribe(const QString&, const TC::CQuoteRequest::CCallback&,
+                                                       TC::ESubscribeType) override;
+        CCalls& calls;
+        QHash<QString, TC::CPriceDataPtr> quotes;
+    };
+
+    struct CRules : minimal::CRules {
+        explicit CRules(CCalls& counted) : calls(counted) {}
+        QString qdStockKey(const QString& market, const QString& code) override;
+        TC::EQDBrokerType orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType type) override;
+        void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
+                                 TC::EOperationType operation, int volume, double price,
+                                 const TC::CPriceDataPtr& quote) override;
+        void fixTimeRange(TC::CCodeOrderParam&) override;
+        bool isMarketPrice(TC::EPriceType) override;
+        CCalls& calls;
+    };
+
+    struct CTypes : minimal::CTypes {
+        explicit CTypes(CCalls& counted) : calls(counted) {}
+        bool isTypedStock(int type, const std::string&, const std::string&) override;
+        int getTradeMinUnit(const std::string&, const std::string&, TC::EOperationType) override;
+        CCalls& calls;
+    };
+
+    struct CTasks : minimal::CTasks, knservice::CAccountData {
+        boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string&) override;
+        std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
+        void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override;
+        std::vector<boost::shared_ptr<knservice::IData>> positions;
+    };
+
+    void addInstrument(QHash<QString, TC::CInstrumentDetailPtr>& list, const QString& key, const char* market,
+                       const QString& code);
+
+    CCalls m_calls;
+    minimal::CMinimalHost m_host;
+    CUser m_user{m_calls};
+    CTrading m_trading{m_calls};
+    CExchange m_exchange{m_calls};
+    CQuotes m_quotes{m_calls};
+    CRules m_rules{m_calls};
+    CTypes m_types{m_calls};
+    CTasks m_tasks;
+};
+
+} // namespace bench
