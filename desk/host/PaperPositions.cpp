@@ -64,6 +64,7 @@ boost::shared_ptr<knservice::CAccountData> CPaperPositions::of(const std::string
     auto data = boost::make_shared<CPaperAccountData>();
     for (const CPaperPosition& held : m_broker.positions()) {
         if (held.m_strAccount != accountKey || held.m_nVolume <= 0) continue;
+        if (held.m_eSide == EPositionSide::Short) continue; // nothing of it could be sold
         const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(held.m_strStock);
         if (instrument) data->add(held.m_strStock, makePosition(held, *instrument, account->second));
     }
