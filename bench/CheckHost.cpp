@@ -39,7 +39,7 @@ private:
 
 } // namespace
 
-CCheckHost::CCheckHost(int accounts, int stocks) {
+CCheckHost::CCheckHost(int accounts, int instruments) {
     for (int i = 0; i < accounts; ++i) {
         const auto account = boost::make_shared<TC::CAccountInfo>();
         account->m_strKey = "8000000" + std::to_string(i);
@@ -47,10 +47,11 @@ CCheckHost::CCheckHost(int accounts, int stocks) {
         m_user.accounts.push_back(account);
         m_user.ratios.push_back(1.0 / accounts);
     }
-    for (int i = 0; i < stocks; ++i)
+    for (int i = 0; i < instruments; ++i) {
         addInstrument(m_exchange.stocks, QStringLiteral("SH") + stockCode(i), "SH", stockCode(i));
-    addInstrument(m_exchange.others, future(), "IF", future());
-    addInstrument(m_exchange.others, option(), "SHO", option());
+        addInstrument(m_exchange.others, futureCode(i), "IF", futureCode(i));
+        addInstrument(m_exchange.others, optionCode(i), "SHO", optionCode(i));
+    }
     TC::CHost host = m_host.services();
     host.userManager = &m_user;
     host.tradeClient = &m_trading;
@@ -64,10 +65,6 @@ CCheckHost::CCheckHost(int accounts, int stocks) {
 
 CCheckHost::~CCheckHost() {
     TC::releaseHost();
-}
-
-QString CCheckHost::stockCode(int index) {
-    return QString::number(600000 + index);
 }
 
 void CCheckHost::addInstrument(QHash<QString, TC::CInstrumentDetailPtr>& list, const QString& key,

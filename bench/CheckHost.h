@@ -19,18 +19,18 @@ public:
     void placeOrders(QVector<TC::COrderParam>, const TC::COrderStrategyMap*) override {}
 };
 
-/// A host that answers the checks at once from memory: some accounts, stocks on SH under six digits each, one
-/// future and one option, all with a price of 10.5. Counts what it is asked. Lives once in a process at a
+/// A host that answers the checks at once from memory: some accounts, and as many stocks on SH, futures and
+/// options as are asked for, all with a price of 10.5. Counts what it is asked. Lives once in a process at a
 /// time, on one thread.
 class CCheckHost {
 public:
-    /// accounts: how many every account name stands for. stocks: how many there are.
-    CCheckHost(int accounts, int stocks);
+    /// accounts: how many every account name stands for. instruments: how many there are of each kind.
+    CCheckHost(int accounts, int instruments);
     ~CCheckHost();
 
-    static QString stockCode(int index);
-    static QString future() { return QStringLiteral("IF2601"); }
-    static QString option() { return QStringLiteral("10000001"); }
+    static QString stockCode(int index) { return QString::number(600000 + index); }
+    static QString futureCode(int index) { return QStringLiteral("F") + QString::number(10000 + index); }
+    static QString optionCode(int index) { return QString::number(10000001 + index); }
 
     /// What the first account holds of the stock of that index.
     void hold(int index, int volume);

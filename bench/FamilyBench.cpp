@@ -1,6 +1,6 @@
 // check_stock, check_future, check_option: microseconds per order that brings its price, from the record to
-// the checked code records, on a host that answers at once. The baseline makes the host calls of that road,
-// with the same arguments, and nothing else.
+// the checked code records, on a host that answers at once; the orders go through 5,000 instruments. The
+// baseline makes the host calls of the same orders, with the same arguments, and nothing else.
 #include "bench/CheckHost.h"
 #include "bench/Figure.h"
 
@@ -9,8 +9,10 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <map>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -18,61 +20,90 @@ namespace {
 
 using namespace TC;
 
-constexpr int kOrders = 100000;
+constexpr int kInstruments = 5000;
+constexpr int kRounds = 20;
 constexpr int kRepetitions = 15;
-constexpr int kStocks = 5000;
 constexpr int kVolume = 300;
 
-/// The orders and strategies of one family.
-struct COrders {
-    COrders(EOrderStrategyTradeType family, ESettingSlot slot, int number, const QString& code) {
-        strategy.m_nStatus = COrderStrategyParam::kRunning;
-        strategy.m_nChannel = 3;
-        strategy.m_eTradeType = family;
-        strategy.m_strSelectedAccount = QStringLiteral("group");
-        strategy.setting(slot).m_ePriceType = EPriceType::Specified;
-        setting = strategy.setting(slot);
+/// The host calls of a road for one instrument. Arguments are made once, but for the lists that the host
+/// appends to.
+class CHostCalls;
+
+/// One family: its orders, its check and the host calls that the check makes.
+struct CRoad {
+    EOrderStrategyTradeType family;
+    ESettingSlot slot;
+    int number;
+    QString (*code)(int index);
+    const char* market; ///< stands before the code in the host's key
+    bool (COrderServiceBase::*check)(COrderParam, COrderStrategyParam, std::vector<CCodeOrderParam>&,
+                                     std::map<std::string, double>&) const;
+    void (CHostCalls::*calls)();
+};
+
+COrderStrategyParam makeStrategy(const CRoad& road) {
+    COrderStrategyParam strategy;
+    strategy.m_nStatus = COrderStrategyParam::kRunning;
+    strategy.m_nChannel = 3;
+    strategy.m_eTradeType = road.family;
+    strategy.m_strSelectedAccount = QStringLiteral("group");
+    strategy.setting(road.slot).m_ePriceType = EPriceType::Specified;
+    return strategy;
+}
+
+/// The codes of all instruments, in no order.
+std::vector<QString> makeCodes(const CRoad& road) {
+    std::vector<QString> codes;
+    for (int i = 0; i < kInstruments; ++i)
+        codes.push_back(road.code(i));
+    std::shuffle(codes.begin(), codes.end(), std::mt19937(7));
+    return codes;
+}
+
+std::vector<COrderParam> makeOrders(const CRoad& road) {
+    std::vector<COrderParam> orders;
+    for (const QString& code : makeCodes(road)) {
         COrderSingleParam line;
         line.m_strCode = code;
         line.m_nVolume = kVolume;
         line.m_dPrice = minimal::kPrice;
-        order.m_nOrderType = number;
+        COrderParam order;
+        order.m_nOrderType = road.number;
         order.m_nChannel = 3;
         order.m_eStrategyType = EOrderStrategyType::File;
         order.m_orders.push_back(line);
+        orders.push_back(order);
     }
+    return orders;
+}
 
-    COrderParam order;
-    COrderStrategyParam strategy;
-    COrderSetting setting;
-};
-
-/// The host calls of a road. Arguments are made once, but for the lists that the host appends to.
 class CHostCalls {
 public:
-    CHostCalls(COrders orders, const QString& fullCode)
-        : m_orders(std::move(orders)), m_fullCode(fullCode),
-          m_detail(CExchangeClient::instance().getCodeInfo(fullCode)),
-          m_quote(CQuoteClient::instance().getStockPrice(fullCode)) {
-        resolveAccounts(m_accounts, m_ratios);
+    CHostCalls(const CRoad& road, const COrderStrategyParam& strategy, const QString& code)
+        : m_strategy(strategy), m_setting(strategy.setting(road.slot)), m_code(code),
+          m_fullCode(QLatin1String(road.market) + code), m_stockKeys{QStringLiteral("SH") + code,
+                                                                     QStringLiteral("SZ") + code, code},
+          m_detail(CExchangeClient::instance().getCodeInfo(m_fullCode)),
+          m_quote(CQuoteClient::instance().getStockPrice(m_fullCode)) {
+        appendAccounts(m_accounts, m_ratios);
         m_record.m_stock = {m_detail->m_strMarket, m_detail->m_strCode, m_detail->m_strName, {}};
     }
 
     void callStock() {
         callAccounts();
-        benchmark::DoNotOptimize(qdStockKey(m_market, code()));
+        benchmark::DoNotOptimize(qdStockKey(m_market, m_code));
         benchmark::DoNotOptimize(CExchangeClient::instance().hasStock(m_fullCode));
         benchmark::DoNotOptimize(knservice::StockTypeCenter::isTypedStock(
             knservice::kTypeTradableStock, m_detail->m_strMarket, m_detail->m_strCode));
         callInstrument();
-        callBroker();
-        callRecord();
+        benchmark::DoNotOptimize(callBroker());
+        callRecords();
     }
     void callFuture() {
         callAccounts();
         benchmark::DoNotOptimize(CExchangeClient::instance().hasFuture(m_fullCode));
         callInstrument();
-        callRecord();
+        callRecords();
     }
     void callOption() {
         callAccounts();
@@ -80,142 +111,122 @@ public:
             benchmark::DoNotOptimize(CExchangeClient::instance().hasStock(key));
         benchmark::DoNotOptimize(CExchangeClient::instance().hasOption(m_fullCode));
         callInstrument();
-        callBroker();
-        callRecord();
+        benchmark::DoNotOptimize(callBroker());
+        callRecords();
     }
 
 private:
-    const QString& code() const { return m_orders.order.m_orders.first().m_strCode; }
-
-    void resolveAccounts(std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios) {
-        getUserConfig()->getAccountsWeights(callBroker(), m_orders.strategy.m_eSelectedAccountType,
-                                            m_orders.strategy.m_strSelectedAccount, accounts, ratios, false);
+    EQDBrokerType callBroker() const { return orderStrategyTradeTypeToBrokerType(m_strategy.m_eTradeType); }
+    void appendAccounts(std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios) const {
+        getUserConfig()->getAccountsWeights(callBroker(), m_strategy.m_eSelectedAccountType,
+                                            m_strategy.m_strSelectedAccount, accounts, ratios, false);
     }
-    EQDBrokerType callBroker() { return orderStrategyTradeTypeToBrokerType(m_orders.strategy.m_eTradeType); }
-    void callAccounts() {
+    void callAccounts() const {
         std::vector<CAccountInfoPtr> accounts;
         std::vector<double> ratios;
-        resolveAccounts(accounts, ratios);
+        appendAccounts(accounts, ratios);
         benchmark::DoNotOptimize(accounts.data());
     }
-    void callInstrument() {
+    void callInstrument() const {
         benchmark::DoNotOptimize(CQuoteRequest::makeRequest(m_fullCode, m_noCallback, ESubscribeType::Plain));
         benchmark::DoNotOptimize(CExchangeClient::instance().getCodeInfo(m_fullCode));
         benchmark::DoNotOptimize(getUserConfig()->getUserName());
         benchmark::DoNotOptimize(CQuoteClient::instance().getStockPrice(m_fullCode));
     }
-    void callRecord() {
+    void callRecords() {
         const auto volumes = CTradeClient::instance().splitEntrusts(
-            kVolume, minimal::kPrice, EPriceType::Specified, m_accounts, m_ratios,
-            m_orders.strategy.m_ePositionType, m_detail->m_strMarket, m_detail->m_strCode,
-            EOperationType::Buy, EHedge_Flag_Type::Speculation, m_error);
+            kVolume, minimal::kPrice, EPriceType::Specified, m_accounts, m_ratios, m_strategy.m_ePositionType,
+            m_detail->m_strMarket, m_detail->m_strCode, EOperationType::Buy, EHedge_Flag_Type::Speculation,
+            m_error);
         for (const int volume : volumes) {
-            orderSettingToParam(m_orders.setting, m_record, EOperationType::Buy, volume, minimal::kPrice,
-                                m_quote);
+            orderSettingToParam(m_setting, m_record, EOperationType::Buy, volume, minimal::kPrice, m_quote);
             fixTimeRange(m_record);
         }
     }
 
-    const COrders m_orders;
-    const QString m_fullCode;
+    const COrderStrategyParam& m_strategy;
+    const COrderSetting& m_setting;
     const QString m_market = QStringLiteral("SH");
+    const QString m_code;
+    const QString m_fullCode;
+    const QString m_stockKeys[3];
     const CInstrumentDetailPtr m_detail;
     const CPriceDataPtr m_quote;
     const CQuoteRequest::CCallback m_noCallback;
     const boost::shared_ptr<utils::KNError> m_error = boost::make_shared<utils::KNError>();
-    const QString m_stockKeys[3] = {QStringLiteral("SH") + code(), QStringLiteral("SZ") + code(), code()};
     std::vector<CAccountInfoPtr> m_accounts;
     std::vector<double> m_ratios;
     CCodeOrderParam m_record;
 };
 
-/// One family: its order, its check and the host calls that the check makes.
-struct CRoad {
-    EOrderStrategyTradeType family;
-    ESettingSlot slot;
-    int number;
-    QString code;
-    QString fullCode;
-    bool (COrderServiceBase::*check)(COrderParam, COrderStrategyParam, std::vector<CCodeOrderParam>&,
-                                     std::map<std::string, double>&) const;
-    void (CHostCalls::*calls)();
-
-    COrders orders() const { return {family, slot, number, code}; }
-};
-
-CRoad stockRoad() {
-    const QString code = bench::CCheckHost::stockCode(kStocks / 2);
-    return {EOrderStrategyTradeType::Stock,
-            ESettingSlot::Stock,
-            23,
-            code,
-            QStringLiteral("SH") + code,
-            &COrderServiceBase::checkAndFillOrderStock,
-            &CHostCalls::callStock};
-}
-
-CRoad futureRoad() {
-    return {EOrderStrategyTradeType::Future,
-            ESettingSlot::Future,
-            0,
-            bench::CCheckHost::future(),
-            bench::CCheckHost::future(),
-            &COrderServiceBase::checkAndFillOrderSpec,
-            &CHostCalls::callFuture};
-}
-
-CRoad optionRoad() {
-    return {EOrderStrategyTradeType::StockOption,
-            ESettingSlot::StockOption,
-            48,
-            bench::CCheckHost::option(),
-            bench::CCheckHost::option(),
-            &COrderServiceBase::checkAndFillOrderOption,
-            &CHostCalls::callOption};
-}
+constexpr CRoad kStockRoad = {EOrderStrategyTradeType::Stock,
+                              ESettingSlot::Stock,
+                              23,
+                              &bench::CCheckHost::stockCode,
+                              "SH",
+                              &COrderServiceBase::checkAndFillOrderStock,
+                              &CHostCalls::callStock};
+constexpr CRoad kFutureRoad = {
+    EOrderStrategyTradeType::Future,           ESettingSlot::Future,   0, &bench::CCheckHost::futureCode, "",
+    &COrderServiceBase::checkAndFillOrderSpec, &CHostCalls::callFuture};
+constexpr CRoad kOptionRoad = {EOrderStrategyTradeType::StockOption,
+                               ESettingSlot::StockOption,
+                               48,
+                               &bench::CCheckHost::optionCode,
+                               "",
+                               &COrderServiceBase::checkAndFillOrderOption,
+                               &CHostCalls::callOption};
 
 /// One order through its check, into lists of its own as on the service's thread.
-bool checkOnce(const bench::CBareChecks& checks, const CRoad& road, const COrders& orders) {
+bool checkOnce(const bench::CBareChecks& checks, const CRoad& road, const COrderParam& order,
+               const COrderStrategyParam& strategy) {
     std::vector<CCodeOrderParam> codes;
     std::map<std::string, double> weights;
-    return (checks.*road.check)(orders.order, orders.strategy, codes, weights) && codes.size() == 1;
+    return (checks.*road.check)(order, strategy, codes, weights) && codes.size() == 1;
 }
 
-template<typename Step>
-void reportMicroseconds(benchmark::State& state, const Step& step) {
+/// Takes the time of the step over all items, again and again, and reports it per item.
+template<typename Items, typename Step>
+void reportMicroseconds(benchmark::State& state, Items& items, const Step& step) {
     const auto begin = std::chrono::steady_clock::now();
-    for (int i = 0; i < kOrders; ++i)
-        step();
+    for (int round = 0; round < kRounds; ++round) {
+        for (auto& item : items)
+            step(item);
+    }
     const std::chrono::duration<double, std::micro> took = std::chrono::steady_clock::now() - begin;
-    bench::report(state, took.count() / kOrders, "us");
+    bench::report(state, took.count() / (kRounds * static_cast<double>(items.size())), "us");
 }
 
-void checkOrders(benchmark::State& state, CRoad (*makeRoad)()) {
-    const bench::CCheckHost host(1, kStocks);
+void checkOrders(benchmark::State& state, const CRoad& road) {
+    const bench::CCheckHost host(1, kInstruments);
     const bench::CBareChecks checks;
-    const CRoad road = makeRoad();
-    const COrders orders = road.orders();
+    const COrderStrategyParam strategy = makeStrategy(road);
+    const std::vector<COrderParam> orders = makeOrders(road);
     bool isPassed = true;
     for (auto _ : state)
-        reportMicroseconds(state, [&] { isPassed = checkOnce(checks, road, orders) && isPassed; });
+        reportMicroseconds(state, orders, [&](const COrderParam& order) {
+            isPassed = checkOnce(checks, road, order, strategy) && isPassed;
+        });
     if (!isPassed) state.SkipWithError("an order was refused");
 }
 
-void hostCallsOnly(benchmark::State& state, CRoad (*makeRoad)()) {
-    const bench::CCheckHost host(1, kStocks);
-    const bench::CBareChecks checks;
-    const CRoad road = makeRoad();
-    CHostCalls calls(road.orders(), road.fullCode);
+void hostCallsOnly(benchmark::State& state, const CRoad& road) {
+    const bench::CCheckHost host(1, kInstruments);
+    const COrderStrategyParam strategy = makeStrategy(road);
+    std::vector<CHostCalls> calls;
+    calls.reserve(kInstruments);
+    for (const QString& code : makeCodes(road))
+        calls.emplace_back(road, strategy, code);
     const long before = host.calls();
-    checkOnce(checks, road, road.orders());
+    checkOnce(bench::CBareChecks(), road, makeOrders(road).front(), strategy);
     const long ofCheck = host.calls() - before;
-    (calls.*road.calls)();
+    (calls.front().*road.calls)();
     if (host.calls() - before != 2 * ofCheck) {
         state.SkipWithError("the check makes other host calls than its baseline");
         return;
     }
     for (auto _ : state)
-        reportMicroseconds(state, [&] { (calls.*road.calls)(); });
+        reportMicroseconds(state, calls, [&](CHostCalls& instrument) { (instrument.*road.calls)(); });
 }
 
 #define FAMILY_FIGURE(name, road)                                                                            \
@@ -225,8 +236,8 @@ void hostCallsOnly(benchmark::State& state, CRoad (*makeRoad)()) {
         ->Iterations(1)                                                                                      \
         ->Repetitions(kRepetitions)
 
-FAMILY_FIGURE(check_stock, stockRoad);
-FAMILY_FIGURE(check_future, futureRoad);
-FAMILY_FIGURE(check_option, optionRoad);
+FAMILY_FIGURE(check_stock, kStockRoad);
+FAMILY_FIGURE(check_future, kFutureRoad);
+FAMILY_FIGURE(check_option, kOptionRoad);
 
 } // namespace

@@ -46,7 +46,11 @@ constexpr int kStarLeast = 200;
 
 /// A row of the order whose instrument is known.
 struct CBasketRow {
-    CBasketStockData data;
+    CInstrumentDetailPtr detail;
+    int volume = kUnsetInt;
+    double weight = 0.0;
+    double price = kUnsetDouble; ///< set where the prices stand in the order
+    EOperationType op = unsetEnum<EOperationType>();
     boost::shared_ptr<CQuoteRequest> quoteRequest; ///< held to the end of the check
 };
 
@@ -94,6 +98,7 @@ void takeTargets(CBasket& basket) {
 /// while earlier ones are worked on.
 void collectRows(CBasket& basket) {
     CCheckRun& run = basket.run;
+    basket.rows.reserve(static_cast<std::size_t>(basket.order.m_orders.size()));
     for (const COrderSingleParam& row : qAsConst(basket.order.m_orders)) {
         if (row.m_nVolume < 1 && !run.strategy.m_bUseAmount) continue;
         QString code = row.m_strCode;
@@ -101,19 +106,17 @@ void collectRows(CBasket& basket) {
         const CInstrumentDetailPtr detail = CExchangeClient::instance().getCodeInfo(code);
         if (!detail) continue;
         CBasketRow known;
+        known.detail = detail;
+        known.volume = row.m_nVolume;
+        known.weight = row.m_dWeight;
+        if (run.setting.m_ePriceType == EPriceType::Specified) known.price = row.m_dPrice;
+        known.op = isUnset(run.op) ? static_cast<EOperationType>(row.m_eOperationType) : run.op;
         known.quoteRequest = run.service.prepareCode(code, run.accounts);
-        known.data.m_strMarket = QString::fromStdString(detail->m_strMarket);
-        known.data.m_strCode = QString::fromStdString(detail->m_strCode);
-        known.data.m_strName = QString::fromStdString(detail->m_strName);
-        known.data.m_nVolume = row.m_nVolume;
-        known.data.m_dWeight = row.m_dWeight;
-        known.data.m_eOperationType = isUnset(run.op) ? row.m_eOperationType : static_cast<int>(run.op);
-        if (run.setting.m_ePriceType == EPriceType::Specified) known.data.m_dPrice = row.m_dPrice;
         basket.rows.push_back(std::move(known));
     }
     if (!sharesMoney(basket)) return;
     for (const CBasketRow& row : basket.rows)
-        basket.totalWeight += row.data.m_dWeight;
+        basket.totalWeight += row.weight;
 }
 
 bool isSuspended(const CCheckRun& run) {
@@ -135,9 +138,9 @@ double calcPriceOf(const CCheckRun& run, EOperationType op) {
 }
 
 /// Calculation and order price go by the order's operation, also where the row has another.
-void takeRowPrices(CCheckRun& run, const CBasketStockData& row) {
+void takeRowPrices(CCheckRun& run, const CBasketRow& row) {
     if (run.setting.m_ePriceType == EPriceType::Specified) {
-        run.calcPrice = run.orderPrice = row.m_dPrice;
+        run.calcPrice = run.orderPrice = row.price;
         return;
     }
     run.calcPrice = calcPriceOf(run, run.op);
@@ -148,16 +151,16 @@ void takeRowPrices(CCheckRun& run, const CBasketStockData& row) {
 }
 
 /// With its fraction, and of any size.
-double rowVolume(const CBasket& basket, const CBasketStockData& row) {
+double rowVolume(const CBasket& basket, const CBasketRow& row) {
     const CCheckRun& run = basket.run;
     if (run.priceData && sharesMoney(basket)) {
         const double amount = run.strategy.m_dAmount;
         const double price = isInvalidPrice(run.calcPrice) ? run.priceData->m_dLastPrice : run.calcPrice;
         if (basket.totalWeight == 0.0) return amount / static_cast<double>(basket.rows.size()) / price;
-        return row.m_dWeight * amount / basket.totalWeight / price;
+        return row.weight * amount / basket.totalWeight / price;
     }
-    if (isTargetOrder(basket.order.m_nOrderType)) return row.m_nVolume;
-    return static_cast<double>(row.m_nVolume) * basket.multiplier;
+    if (isTargetOrder(basket.order.m_nOrderType)) return row.volume;
+    return static_cast<double>(row.volume) * basket.multiplier;
 }
 
 bool isRowPriceUsable(const CCheckRun& run, EOperationType op) {
@@ -190,10 +193,10 @@ void takeSubAccount(const COrderParam& order, CCodeOrderParam& record) {
 }
 
 /// The run's common record for an instrument.
-void startRecord(CCheckRun& run, EOperationType op, const CStockInfo& stock) {
+void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock) {
     run.code = qdStockKey(QString::fromStdString(stock.m_strMarket), QString::fromStdString(stock.m_strCode));
     run.record = CCodeOrderParam();
-    run.record.m_stock = stock;
+    run.record.m_stock = std::move(stock);
     run.record.m_eOperationType = op;
     run.record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
     run.record.m_ePositionType = run.strategy.m_ePositionType;
@@ -220,12 +223,10 @@ bool appendRowRecords(CBasket& basket, EOperationType op) {
 }
 
 /// One row from its quote to its records. False ends the check.
-bool placeRow(CBasket& basket, const CBasketStockData& row) {
+bool placeRow(CBasket& basket, const CBasketRow& row) {
     CCheckRun& run = basket.run;
-    const auto op = static_cast<EOperationType>(row.m_eOperationType);
-    startRecord(
-        run, op,
-        {row.m_strMarket.toStdString(), row.m_strCode.toStdString(), row.m_strName.toStdString(), {}});
+    const EOperationType op = row.op;
+    startRecord(run, op, {row.detail->m_strMarket, row.detail->m_strCode, row.detail->m_strName, {}});
     run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, run.family.m_eQuoteWait);
     if (isSuspended(run) || !mayStandInABasket(run.stock())) return true;
     takeRowPrices(run, row);
@@ -241,8 +242,9 @@ bool placeRow(CBasket& basket, const CBasketStockData& row) {
 }
 
 bool placeRows(CBasket& basket) {
+    basket.run.codes.reserve(basket.run.codes.size() + basket.rows.size() * basket.run.accounts.size());
     return std::all_of(basket.rows.begin(), basket.rows.end(),
-                       [&](const CBasketRow& row) { return placeRow(basket, row.data); });
+                       [&](const CBasketRow& row) { return placeRow(basket, row); });
 }
 
 /// Sells one position. False ends the check.
