@@ -1,7 +1,8 @@
 #include "desk/commands/JournalText.h"
 
 #include "desk/journal/Json.h"
-#include "records/Enums.h"
+#include "desk/market/Operations.h"
+#include "records/Families.h"
 
 #include <nlohmann/json.hpp>
 
@@ -26,17 +27,30 @@ std::string word(const CJson& object, const char* key) {
     return withoutControls(value->is_string() ? value->get<std::string>() : value->dump());
 }
 
-/// A number that is missing or is none counts as 0.
-std::int64_t number(const CJson& object, const char* key) {
+/// What is missing or no number counts as the other.
+std::int64_t number(const CJson& object, const char* key, std::int64_t other = 0) {
     const auto value = object.is_object() ? object.find(key) : object.end();
-    return value != object.end() && value->is_number_integer() ? value->get<std::int64_t>() : 0;
+    return value != object.end() && value->is_number_integer() ? value->get<std::int64_t>() : other;
+}
+
+const COperation* operationOf(const CJson& object) {
+    constexpr std::int64_t kNone = -1;
+    const auto operation = static_cast<int>(number(object, "operation_type", kNone));
+    return findOperation(static_cast<TC::EOperationType>(operation));
 }
 
 std::string operationWord(const CJson& object) {
-    const std::int64_t operation = number(object, "operation_type");
-    if (operation == static_cast<int>(TC::EOperationType::Buy)) return "buy";
-    if (operation == static_cast<int>(TC::EOperationType::Sell)) return "sell";
-    return "operation " + word(object, "operation_type");
+    const COperation* known = operationOf(object);
+    return known != nullptr ? known->m_pszWord : "operation " + word(object, "operation_type");
+}
+
+/// A command's product family by name, or its number where it has none.
+std::string familyWord(const CJson& object) {
+    const auto family =
+        std::find_if(TC::kFamilies, TC::kFamilies + TC::kFamilyCount, [&](const TC::CFamily& row) {
+            return static_cast<int>(row.m_eTraderType) == number(object, "trader_type");
+        });
+    return family != TC::kFamilies + TC::kFamilyCount ? family->m_pszName : word(object, "trader_type");
 }
 
 /// A text in front of it, where there is one.
@@ -45,37 +59,40 @@ std::string optional(const char* lead, const CJson& object, const char* key) {
     return text.empty() || text == "-" ? std::string() : lead + text;
 }
 
+/// With a blank in front; empty where nothing is bought or sold.
 std::string priceText(const CJson& object) {
     const std::string price = word(object, "price");
-    return price == "-" ? "at market" : "@ " + price;
+    const COperation* known = operationOf(object);
+    if (known != nullptr && known->m_eSide == ETradeSide::None) return {};
+    return price == "-" ? " at market" : " @ " + price;
 }
 
 void showCommand(std::ostream& out, const CJson& record) {
     static const CJson kNone = CJson::array();
     const auto found = record.find("codes");
     const CJson& codes = found != record.end() && found->is_array() ? *found : kNone;
-    out << "family " << word(record, "trader_type") << ", " << codes.size()
+    out << "family " << familyWord(record) << ", " << codes.size()
         << (codes.size() == 1 ? " order" : " orders") << optional(", remark: ", record, "remark");
     if (word(record, "force_confirm") == "true") out << ", to be confirmed";
     for (const CJson& code : codes) {
         const CJson stock = code.is_object() ? code.value("stock", CJson::object()) : CJson::object();
         out << "\n    " << word(code, "account") << "  " << operationWord(code) << ' ' << word(code, "volume")
-            << ' ' << word(stock, "market") << word(stock, "code") << optional(" ", stock, "name") << ' '
+            << optional(" ", stock, "market") << optional("", stock, "code") << optional(" ", stock, "name")
             << priceText(code) << " (price type " << word(code, "price_type") << ')';
     }
 }
 
 void showOrder(std::ostream& out, const CJson& record) {
     out << word(record, "order") << " of task " << word(record, "task") << ": " << word(record, "account")
-        << ' ' << operationWord(record) << ' ' << word(record, "volume") << ' ' << word(record, "stock")
-        << ' ' << priceText(record) << ": " << word(record, "status") << ", filled " << word(record, "filled")
+        << ' ' << operationWord(record) << ' ' << word(record, "volume") << optional(" ", record, "stock")
+        << priceText(record) << ": " << word(record, "status") << ", filled " << word(record, "filled")
         << optional(": ", record, "reason");
 }
 
 void showFill(std::ostream& out, const CJson& record) {
     out << word(record, "fill") << " of order " << word(record, "order") << ": " << word(record, "account")
-        << ' ' << operationWord(record) << ' ' << word(record, "volume") << ' ' << word(record, "stock")
-        << ' ' << priceText(record);
+        << ' ' << operationWord(record) << ' ' << word(record, "volume") << optional(" ", record, "stock")
+        << priceText(record);
 }
 
 void showIntake(std::ostream& out, const CJson& record) {

@@ -47,7 +47,8 @@ struct CAccountEntry {
     int loginStatus = 0; ///< 0: logged in
     bool simple = false; ///< may be named by rows of a table
     double funds = 0;
-    double creditLimit = 0; ///< a credit account's: how much it may owe, in money and in shares at their price
+    double creditLimit =
+        0; ///< a credit account's: how much it may owe, in money and in shares at their price
     std::vector<CPositionEntry> positions;
 };
 
@@ -82,6 +83,16 @@ struct CInstrumentEntry {
     double marginRate = 1; ///< part of that money which an open future or a sold option holds
 
     std::string key() const { return market + code; }
+    /// Derivatives are traded under their plain code; it finds them wherever their key does. Other markets
+    /// may share a code.
+    bool isDerivative() const {
+        return kind == EInstrumentKind::Future || kind == EInstrumentKind::FutureOption ||
+               kind == EInstrumentKind::StockOption;
+    }
+    /// What the instrument is known by: its key first.
+    std::vector<std::string> names() const {
+        return isDerivative() ? std::vector<std::string>{key(), code} : std::vector<std::string>{key()};
+    }
 };
 
 struct CQuoteLevel {

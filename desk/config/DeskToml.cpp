@@ -153,6 +153,7 @@ private:
                 {"login_status", section.integer(account.loginStatus, 0)},
                 {"simple", section.flag(account.simple)},
                 {"funds", section.number(account.funds)},
+                {"credit_limit", section.number(account.creditLimit)},
             },
             {"key", "broker", "funds"});
         account.broker = static_cast<TC::EQDBrokerType>(broker);
@@ -160,6 +161,9 @@ private:
             return section.mistake("account \"" + account.key + "\" stands twice");
         if (account.key.empty()) section.mistake("key must not be empty");
         if (account.funds < 0) section.mistake("funds must not be negative");
+        if (account.creditLimit < 0) section.mistake("credit_limit must not be negative");
+        if (account.creditLimit > 0 && account.broker != TC::EQDBrokerType::Credit)
+            section.mistake("credit_limit is for accounts of broker \"credit\" only");
         m_config.accounts.push_back(account);
     }
 
@@ -253,12 +257,13 @@ private:
         if (row.m_dWeight < 0) section.mistake("weight must not be negative");
         if (!(row.m_dPrice > 0))
             section.mistake("price must be above 0; leave it out where there is no price");
-        const bool known =
-            std::any_of(m_config.instruments.begin(), m_config.instruments.end(),
-                        [&](const CInstrumentEntry& entry) { return entry.key() == market + code; });
+        const bool known = std::any_of(
+            m_config.instruments.begin(), m_config.instruments.end(), [&](const CInstrumentEntry& entry) {
+                return entry.kind == EInstrumentKind::Stock && entry.key() == market + code;
+            });
         if (!known) {
             section.mistake("instrument \"" + market + code +
-                            "\" is unknown; expected market and code of a row in instruments.csv");
+                            "\" is unknown; expected market and code of a stock in instruments.csv");
         }
         row.m_strMarket = QString::fromStdString(market);
         row.m_strCode = QString::fromStdString(code);

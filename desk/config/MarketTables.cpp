@@ -2,6 +2,8 @@
 
 #include "base/StrictNumber.h"
 #include "desk/config/CsvReader.h"
+#include "desk/config/Kinds.h"
+#include "desk/config/Words.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 
@@ -46,6 +48,21 @@ public:
         integer(column, value);
         if (value < 0) mistake(column + " must not be negative");
         target = std::max(value, 0);
+    }
+    /// One of the words; an empty cell leaves the target as it is.
+    template<typename E>
+    void choice(const std::string& column, E& target, const std::map<std::string, int>& words) const {
+        const std::string cell = text(column);
+        if (cell.empty()) return;
+        const auto found = words.find(cell);
+        if (found != words.end()) {
+            target = static_cast<E>(found->second);
+            return;
+        }
+        std::string list;
+        for (const auto& [word, number] : words)
+            list += (list.empty() ? "" : ", ") + word;
+        mistake(column + " is \"" + cell + "\"; expected one of " + list);
     }
     void mistake(const std::string& message) const { m_diagnostics.add(m_strFile, m_row.line, message); }
 
@@ -120,13 +137,19 @@ public:
     CMarketReader(const std::string& folder, CInstrumentLines instruments, CDeskConfig& config,
                   CDiagnostics& diagnostics)
         : m_strFolder(folder), m_config(config), m_diagnostics(diagnostics),
-          m_instrumentLines(std::move(instruments)) {}
+          m_instrumentLines(std::move(instruments)) {
+        for (const CInstrumentEntry& entry : config.instruments) {
+            for (const std::string& name : entry.names())
+                m_instruments[name] = &entry;
+        }
+    }
 
     void readInstruments() {
-        const CRows rows = table(kInstruments,
-                                 {"market", "code", "name", "product", "types", "unit", "ui_unit",
-                                  "upper_limit", "lower_limit", "reference_price", "transfer_kind"},
-                                 {"market", "code"}, true);
+        const CRows rows =
+            table(kInstruments,
+                  {"market", "code", "name", "product", "types", "unit", "ui_unit", "upper_limit",
+                   "lower_limit", "reference_price", "transfer_kind", "kind", "multiplier", "margin_rate"},
+                  {"market", "code"}, true);
         for (const CCsvRow& row : rows)
             readInstrument(CCells(kInstruments, row, m_diagnostics), row.line);
     }
@@ -137,17 +160,18 @@ public:
         std::map<std::string, int> lines;
         for (const CCsvRow& row : rows) {
             const CCells cells(kQuotes, row, m_diagnostics);
-            const CQuoteEntry quote = readQuote(cells);
-            checkInstrument(cells, quote.stockKey);
+            CQuoteEntry quote = readQuote(cells);
+            quote.stockKey = instrumentKey(cells, quote.stockKey);
             if (!lines.emplace(quote.stockKey, row.line).second) {
                 cells.mistake("instrument \"" + quote.stockKey + "\" has a quote on line " +
                               std::to_string(lines[quote.stockKey]) + " already");
             }
             m_config.quotes.push_back(quote);
         }
-        for (const auto& [key, line] : m_instrumentLines) {
+        for (const CInstrumentEntry& instrument : m_config.instruments) {
+            const std::string key = instrument.key();
             if (lines.count(key) == 0) {
-                m_diagnostics.add(kInstruments, line,
+                m_diagnostics.add(kInstruments, m_instrumentLines[key],
                                   "instrument \"" + key + "\" has no quote; expected a row in " + kQuotes);
             }
         }
@@ -163,7 +187,7 @@ public:
             cells.number("after_seconds", change.offsetSeconds);
             if (change.offsetSeconds < 0) cells.mistake("after_seconds must not be negative");
             change.quote = readQuote(cells);
-            checkInstrument(cells, change.quote.stockKey);
+            change.quote.stockKey = instrumentKey(cells, change.quote.stockKey);
             m_config.quoteChanges.push_back(change);
         }
         std::stable_sort(
@@ -172,7 +196,7 @@ public:
     }
 
     void readPositions() {
-        const CRows rows = table(kPositions, {"account", "instrument", "volume", "available", "cost"},
+        const CRows rows = table(kPositions, {"account", "instrument", "side", "volume", "available", "cost"},
                                  {"account", "instrument", "volume"}, false);
         for (const CCsvRow& row : rows)
             readPosition(CCells(kPositions, row, m_diagnostics));
@@ -203,12 +227,35 @@ private:
         cells.integer("transfer_kind", instrument.transferKind);
         if (instrument.market.empty() || instrument.code.empty())
             cells.mistake("expected a market and a code");
-        if (!m_instrumentLines.emplace(instrument.key(), line).second) {
-            cells.mistake("instrument \"" + instrument.key() + "\" stands on line " +
-                          std::to_string(m_instrumentLines[instrument.key()]) + " already");
-            return;
+        readKind(cells, instrument);
+        if (takeNames(cells, instrument, line)) m_config.instruments.push_back(instrument);
+    }
+
+    static void readKind(const CCells& cells, CInstrumentEntry& instrument) {
+        instrument.kind = kindOfMarket(instrument.market);
+        cells.choice("kind", instrument.kind, kindWords());
+        const std::string market = marketOfKind(instrument.kind);
+        if (!market.empty() && market != instrument.market)
+            cells.mistake("market is \"" + instrument.market + "\"; expected " + market + " for that kind");
+        cells.integer("multiplier", instrument.multiplier);
+        if (instrument.multiplier < 1) cells.mistake("multiplier must be at least 1");
+        cells.number("margin_rate", instrument.marginRate);
+        if (!(instrument.marginRate > 0 && instrument.marginRate <= 1))
+            cells.mistake("margin_rate must be above 0 and at most 1");
+    }
+
+    /// Each name stands for one instrument only.
+    bool takeNames(const CCells& cells, const CInstrumentEntry& instrument, int line) {
+        for (const std::string& name : instrument.names()) {
+            const auto known = m_instrumentLines.find(name);
+            if (known == m_instrumentLines.end()) continue;
+            cells.mistake("instrument \"" + name + "\" stands on line " + std::to_string(known->second) +
+                          " already");
+            return false;
         }
-        m_config.instruments.push_back(instrument);
+        for (const std::string& name : instrument.names())
+            m_instrumentLines.emplace(name, line);
+        return true;
     }
 
     /// Numbers separated by blanks.
@@ -225,35 +272,57 @@ private:
 
     void readPosition(const CCells& cells) {
         CPositionEntry position;
-        position.stockKey = cells.text("instrument");
+        position.stockKey = instrumentKey(cells, cells.text("instrument"));
+        cells.choice("side", position.side, sideWords());
         cells.volume("volume", position.volume);
         position.available = position.volume;
         if (!cells.text("available").empty()) cells.volume("available", position.available);
         cells.number("cost", position.cost);
         if (position.cost < 0) cells.mistake("cost must not be negative");
-        checkInstrument(cells, position.stockKey);
         if (position.available > position.volume) cells.mistake("available is more than volume");
         const std::string key = cells.text("account");
         const auto account = std::find_if(m_config.accounts.begin(), m_config.accounts.end(),
                                           [&](const CAccountEntry& entry) { return entry.key == key; });
         if (account == m_config.accounts.end()) return cells.mistake("account \"" + key + "\" is unknown");
+        checkKind(cells, *account, position);
         for (const CPositionEntry& other : account->positions) {
-            if (other.stockKey == position.stockKey) return cells.mistake("the position stands twice");
+            if (other.stockKey == position.stockKey && other.side == position.side)
+                return cells.mistake("the position stands twice");
         }
         account->positions.push_back(position);
     }
 
-    void checkInstrument(const CCells& cells, const std::string& key) const {
-        if (m_instrumentLines.count(key) == 0) {
-            cells.mistake("instrument \"" + key + "\" is unknown; expected market and code of a row in " +
+    void checkKind(const CCells& cells, const CAccountEntry& account, const CPositionEntry& position) const {
+        const auto found = m_instruments.find(position.stockKey);
+        if (found == m_instruments.end()) return;
+        const EInstrumentKind kind = found->second->kind;
+        if (!holdsKind(account.broker, kind)) {
+            cells.mistake("account \"" + account.key +
+                          "\" is of a broker type that does not hold instruments "
+                          "of kind " +
+                          wordFor(kindWords(), static_cast<int>(kind)));
+        }
+        if (position.side == EPositionSide::Short && !canBeShort(kind))
+            cells.mistake("side is short; expected a future, an option or gold for that");
+    }
+
+    /// The key of the instrument that the cell names; one that is unknown is told and stays as it is.
+    std::string instrumentKey(const CCells& cells, const std::string& name) const {
+        const auto found = m_instruments.find(name);
+        if (found != m_instruments.end()) return found->second->key();
+        // A row that is a mistake by itself still stands for its instrument.
+        if (m_instrumentLines.count(name) == 0) {
+            cells.mistake("instrument \"" + name + "\" is unknown; expected market and code of a row in " +
                           kInstruments);
         }
+        return name;
     }
 
     const std::string& m_strFolder;
     CDeskConfig& m_config;
     CDiagnostics& m_diagnostics;
     CInstrumentLines m_instrumentLines;
+    std::map<std::string, const CInstrumentEntry*> m_instruments; ///< by each of their names
 };
 
 } // namespace

@@ -8,7 +8,7 @@
 
 namespace desk {
 
-/// The line of each instrument in its table, by instrument key.
+/// The line of each instrument in its table, by each of the instrument's names.
 using CInstrumentLines = std::map<std::string, int>;
 
 /// Reads instruments.csv of the folder.

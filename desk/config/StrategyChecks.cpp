@@ -1,5 +1,6 @@
 #include "desk/config/StrategyChecks.h"
 
+#include "desk/config/Kinds.h"
 #include "records/Families.h"
 
 #include <arpa/inet.h>
@@ -41,13 +42,22 @@ void checkGroup(const CTomlSection& section, const CDeskConfig& config,
 }
 
 /// A strategy's code is a key such as "SH600000", or a code alone.
-void checkCode(const CTomlSection& section, const CDeskConfig& config, const std::string& code) {
-    const bool known = std::any_of(config.instruments.begin(), config.instruments.end(),
-                                   [&](const CInstrumentEntry& instrument) {
-                                       return instrument.key() == code || instrument.code == code;
-                                   });
-    if (!code.empty() && !known)
+void checkCode(const CTomlSection& section, const CDeskConfig& config,
+               const TC::COrderStrategyParam& strategy) {
+    const std::string code = strategy.m_strCode.toStdString();
+    if (code.empty()) return;
+    bool known = false;
+    bool tradable = false;
+    for (const CInstrumentEntry& instrument : config.instruments) {
+        if (instrument.key() != code && instrument.code != code) continue;
+        known = true;
+        const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
+        tradable = tradable || (family != nullptr && tradesKind(family->m_eBrokerType, instrument.kind));
+    }
+    if (!known)
         section.mistake("code \"" + code + "\" is unknown; expected an instrument of instruments.csv");
+    else if (!tradable)
+        section.mistake("code \"" + code + "\" is of a kind that the family does not trade");
 }
 
 /// The port behind the last colon; 0 where there is none.
@@ -120,7 +130,7 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config,
     const std::string account = strategy.m_strSelectedAccount.toStdString();
     const bool isAccount = strategy.m_eSelectedAccountType == TC::ESelectedAccountType::Account;
     if (!account.empty()) (isAccount ? checkAccount : checkGroup)(section, config, strategy, account);
-    checkCode(section, config, strategy.m_strCode.toStdString());
+    checkCode(section, config, strategy);
     checkSource(section, config, strategy, path);
     checkVolume(section, strategy);
 }

@@ -1,5 +1,6 @@
 #include "desk/config/Words.h"
 
+#include "desk/config/DeskConfig.h"
 #include "records/Enums.h"
 
 namespace desk {
@@ -79,10 +80,31 @@ const std::map<std::string, int>& rightWords() {
     return words;
 }
 
+const std::map<std::string, int>& kindWords() {
+    using K = EInstrumentKind;
+    static const std::map<std::string, int> words = {
+        {"stock", n(K::Stock)},
+        {"future", n(K::Future)},
+        {"future_option", n(K::FutureOption)},
+        {"stock_option", n(K::StockOption)},
+        {"sgt", n(K::Sgt)},
+        {"hgt", n(K::Hgt)},
+        {"neeq", n(K::Neeq)},
+        {"gold", n(K::Gold)},
+    };
+    return words;
+}
+
+const std::map<std::string, int>& sideWords() {
+    static const std::map<std::string, int> words = {{"long", n(EPositionSide::Long)},
+                                                     {"short", n(EPositionSide::Short)}};
+    return words;
+}
+
 const std::set<std::string>& switchNames() {
-    static const std::set<std::string> names = {"mdl_order_command_remark", "mdl_order_pb_display",
-                                                "mdl_order_service_force_confirm", "mdl_order_socket_guard",
-                                                "mdl_order_split_orderNum"};
+    static const std::set<std::string> names = {
+        "mdl_order_command_remark",        "mdl_order_pb_display",   "mdl_order_compose_basket_buy_sell",
+        "mdl_order_service_force_confirm", "mdl_order_socket_guard", "mdl_order_split_orderNum"};
     return names;
 }
 

@@ -12,6 +12,8 @@ const std::map<std::string, int>& sourceWords();
 const std::map<std::string, int>& familyWords();
 const std::map<std::string, int>& priceTypeWords();
 const std::map<std::string, int>& rightWords();
+const std::map<std::string, int>& kindWords(); ///< EInstrumentKind
+const std::map<std::string, int>& sideWords(); ///< EPositionSide
 
 /// The switches that the order service asks for.
 const std::set<std::string>& switchNames();

@@ -81,6 +81,7 @@ private:
     CDeskUserManager m_userManager;
     CPaperOrderClient m_orders;
     CPaperTradeClient m_trade;
+    CPaperPositions m_positions;
     CPaperTraderCenter m_center;
     CDeskExchangeClient m_exchange;
     CDeskQuoteClient m_quotes;

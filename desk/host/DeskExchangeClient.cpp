@@ -15,13 +15,19 @@ CDeskExchangeClient::CDeskExchangeClient(const std::vector<CInstrumentEntry>& in
         detail->m_strProductId = entry.productId;
         detail->m_dReferencePrice = entry.referencePrice;
         detail->m_tradeInfo.m_nTransferKind = entry.transferKind;
-        m_details[QString::fromStdString(entry.key())] = detail;
+        for (const std::string& name : entry.names())
+            m_known[QString::fromStdString(name)] = {entry.kind, detail};
     }
 }
 
+bool CDeskExchangeClient::has(EInstrumentKind kind, const QString& name) const {
+    const auto found = m_known.find(name);
+    return found != m_known.end() && found->second.kind == kind;
+}
+
 TC::CInstrumentDetailPtr CDeskExchangeClient::getCodeInfo(const QString& stockKey) {
-    const auto found = m_details.find(stockKey);
-    return found != m_details.end() ? found->second : TC::CInstrumentDetailPtr();
+    const auto found = m_known.find(stockKey);
+    return found != m_known.end() ? found->second.detail : TC::CInstrumentDetailPtr();
 }
 
 std::string CDeskExchangeClient::getMaxTradingDay() {

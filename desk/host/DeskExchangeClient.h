@@ -7,18 +7,32 @@
 
 namespace desk {
 
-/// The instruments of a desk folder. Any thread; fixed when it is made. The trading day is the machine's
-/// date.
+/// The instruments of a desk folder. Any thread; fixed when it is made. Each market knows the instruments of
+/// its kind alone; derivatives are known by their plain code as well as by their key. The trading day is the
+/// machine's date.
 class CDeskExchangeClient : public TC::CExchangeClient {
 public:
     explicit CDeskExchangeClient(const std::vector<CInstrumentEntry>& instruments);
 
-    bool hasStock(const QString& stockKey) override { return m_details.count(stockKey) > 0; }
+    bool hasStock(const QString& key) override { return has(EInstrumentKind::Stock, key); }
+    bool hasFuture(const QString& name) override { return has(EInstrumentKind::Future, name); }
+    bool hasOption(const QString& name) override { return has(EInstrumentKind::StockOption, name); }
+    bool hasFutureOption(const QString& name) override { return has(EInstrumentKind::FutureOption, name); }
+    bool hasSkstock(const QString& key) override { return has(EInstrumentKind::Sgt, key); }
+    bool hasHkstock(const QString& key) override { return has(EInstrumentKind::Hgt, key); }
+    bool hasGold(const QString& key) override { return has(EInstrumentKind::Gold, key); }
+    bool hasNeeq(const QString& key) override { return has(EInstrumentKind::Neeq, key); }
     TC::CInstrumentDetailPtr getCodeInfo(const QString& stockKey) override;
     std::string getMaxTradingDay() override;
 
 private:
-    std::map<QString, TC::CInstrumentDetailPtr> m_details;
+    struct CKnown {
+        EInstrumentKind kind;
+        TC::CInstrumentDetailPtr detail;
+    };
+    bool has(EInstrumentKind kind, const QString& name) const;
+
+    std::map<QString, CKnown> m_known; ///< by each of their names
 };
 
 } // namespace desk

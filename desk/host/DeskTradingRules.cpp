@@ -3,6 +3,7 @@
 #include "base/StrictNumber.h"
 #include "base/Text.h"
 #include "base/Unset.h"
+#include "desk/market/Operations.h"
 #include "records/Families.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -94,9 +95,13 @@ constexpr CWord kSourceWords[] = {{0, "接口单"}, {1, "信号单"}, {2, "文�
 constexpr CWord kFamilyWords[] = {{0, "股票"},     {1, "期货"},     {2, "组合"},     {3, "信用"},
                                   {4, "股票期权"}, {5, "期货期权"}, {6, "期货组合"}, {9, "深港通"},
                                   {10, "沪港通"},  {11, "股转"},    {12, "黄金"}};
-constexpr CWord kOrderWords[] = {{0, "开多"},      {3, "开空"},      {23, "买入"},     {24, "卖出"},
-                                 {25, "组合买入"}, {26, "组合卖出"}, {33, "组合买卖"}, {34, "组合调仓"},
-                                 {35, "列表调仓"}, {48, "买入开仓"}};
+constexpr CWord kOrderWords[] = {
+    {0, "开多"},      {1, "平昨多"},    {2, "平今多"},    {3, "开空"},      {4, "平昨空"},
+    {5, "平今空"},    {23, "买入"},     {24, "卖出"},     {25, "组合买入"}, {26, "组合卖出"},
+    {27, "融资买入"}, {28, "融券卖出"}, {29, "买券还券"}, {30, "现券还券"}, {31, "卖券还款"},
+    {32, "直接还款"}, {33, "组合买卖"}, {34, "组合调仓"}, {35, "列表调仓"}, {48, "买入开仓"},
+    {49, "卖出平仓"}, {50, "卖出开仓"}, {51, "买入平仓"}, {52, "备兑开仓"}, {53, "备兑平仓"},
+    {54, "认购行权"}, {55, "认沽行权"}, {56, "锁定"},     {57, "解锁"},     {100, "行权"}};
 /// What orders without a word of their own are called: the run of numbers they belong to, and the number.
 struct COrderGroup {
     int first, last;
@@ -150,6 +155,26 @@ void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC
     record.m_ePriceType = setting.m_ePriceType;
     record.m_eOrderType = TC::isUnset(setting.m_eOrderType) ? TC::EOrderType::Plain : setting.m_eOrderType;
     record.m_dPrice = price;
+}
+
+bool CDeskTradingRules::isBuy(TC::EOperationType operation) {
+    const COperation* known = findOperation(operation);
+    return known != nullptr && known->m_eSide == ETradeSide::Buy;
+}
+
+bool CDeskTradingRules::isClose(TC::EOperationType operation) {
+    const COperation* known = findOperation(operation);
+    return known != nullptr && known->m_eEffect == EOperationEffect::Close;
+}
+
+bool CDeskTradingRules::isDirectRepay(TC::EOperationType operation) {
+    const COperation* known = findOperation(operation);
+    return known != nullptr && known->m_eEffect == EOperationEffect::RepayMoney;
+}
+
+TC::EEntrustTypes CDeskTradingRules::operationTypeToEntrustType(TC::EOperationType operation) {
+    const COperation* known = findOperation(operation);
+    return static_cast<TC::EEntrustTypes>(known != nullptr ? known->m_eBooking : EBooking::Own);
 }
 
 QString CDeskTradingRules::orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) {

@@ -26,6 +26,12 @@ public:
                              const TC::CPriceDataPtr& quote) override;
     /// The paper broker has one session a day: there is no range to fix.
     void fixTimeRange(TC::CCodeOrderParam&) override {}
+    /// The four follow the table of Operations.h; an operation that is not in it is none of them and booked
+    /// as an account's own.
+    bool isBuy(TC::EOperationType operation) override;
+    bool isClose(TC::EOperationType operation) override;
+    bool isDirectRepay(TC::EOperationType operation) override;
+    TC::EEntrustTypes operationTypeToEntrustType(TC::EOperationType operation) override;
     bool isMarketPrice(TC::EPriceType) override { return false; }
     bool isAlgoOrderType(TC::EOrderType) override { return false; }
     TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType) override {

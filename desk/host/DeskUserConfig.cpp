@@ -3,6 +3,18 @@
 #include <boost/make_shared.hpp>
 
 namespace desk {
+namespace {
+
+class CConfiguredAccount : public TC::CAccount {
+public:
+    explicit CConfiguredAccount(TC::CAccountInfoPtr info) : m_info(std::move(info)) {}
+    TC::CAccountInfoPtr toInfo() const override { return m_info; }
+
+private:
+    const TC::CAccountInfoPtr m_info;
+};
+
+} // namespace
 
 CDeskUserConfig::CDeskUserConfig(const CDeskConfig& config)
     : m_user(config.user), m_baskets(config.baskets), m_defaults(config.defaultSettings),
@@ -68,6 +80,11 @@ void CDeskUserConfig::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelected
     if (!fits || (simple && !account->simple)) return;
     accounts.push_back(account->info);
     ratios.push_back(1.0);
+}
+
+TC::CAccountPtr CDeskUserConfig::getAccountData(const QString& key) const {
+    const CAccount* account = findAccount(key);
+    return account != nullptr ? boost::make_shared<CConfiguredAccount>(account->info) : nullptr;
 }
 
 bool CDeskUserConfig::isPriceTypeValid(TC::EPriceType type, TC::EOperationType, TC::EQDBrokerType,

@@ -34,6 +34,7 @@ public:
     void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
                             std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                             bool simple) const override;
+    TC::CAccountPtr getAccountData(const QString& key) const override;
     /// The desk lets the user use specified prices and every price type that its quotes know.
     bool isPriceTypeValid(TC::EPriceType type, TC::EOperationType, TC::EQDBrokerType, const std::string&,
                           const std::string&, TC::EOrderType) const override;

@@ -1,5 +1,6 @@
 #include "desk/host/PaperTradeClient.h"
 
+#include "desk/host/MoneySplit.h"
 #include "desk/journal/JournalEvents.h"
 #include "desk/paper/OrderRules.h"
 #include "desk/paper/VolumeSplit.h"
@@ -13,6 +14,10 @@ namespace {
 
 constexpr int kUnknownAccount = -1;
 constexpr int kRatioCountWrong = 4;
+
+utils::KNError ratioCountError() {
+    return {kRatioCountWrong, "there is not one weight for each account"};
+}
 
 std::string wordAt(const std::vector<std::string>& words, std::size_t place) {
     return place < words.size() ? words[place] : std::string();
@@ -44,10 +49,24 @@ std::vector<int> CPaperTradeClient::splitEntrusts(int volume, double, TC::EPrice
         const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(market + code);
         result = splitOverAccounts(volume, ratios, instrument ? tradingUnit(*instrument) : 1);
     } else {
-        result.m_error = {kRatioCountWrong, "there is not one weight for each account"};
+        result.m_error = ratioCountError();
     }
     if (error && !result.m_error.isSuccess()) *error = result.m_error;
     return result.m_volumes;
+}
+
+std::vector<double> CPaperTradeClient::splitMoney(double amount,
+                                                  const std::vector<TC::CAccountInfoPtr>& accounts,
+                                                  const std::vector<double>& ratios, TC::EPositionType,
+                                                  TC::EOperationType,
+                                                  const boost::shared_ptr<utils::KNError>& error) {
+    CMoneySplit result;
+    if (ratios.size() == accounts.size())
+        result = splitMoneyOverAccounts(amount, ratios);
+    else
+        result.m_error = ratioCountError();
+    if (error && !result.m_error.isSuccess()) *error = result.m_error;
+    return result.m_amounts;
 }
 
 void CPaperTradeClient::cancelTask(int taskId, int operation, const std::string& text,

@@ -39,6 +39,12 @@ public:
                                    TC::EOperationType operation, TC::EHedge_Flag_Type hedge,
                                    const boost::shared_ptr<utils::KNError>& error) override;
 
+    /// splitMoneyOverAccounts.
+    std::vector<double> splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>& accounts,
+                                   const std::vector<double>& ratios, TC::EPositionType positionType,
+                                   TC::EOperationType operation,
+                                   const boost::shared_ptr<utils::KNError>& error) override;
+
     /// Answers on the calling thread, before it returns.
     void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                     const std::string& tradingDay, const CCancelCallback& callback, int flag) override;

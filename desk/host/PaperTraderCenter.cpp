@@ -39,8 +39,9 @@ private:
 
 } // namespace
 
-CPaperTraderCenter::CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink)
-    : m_journal(journal), m_broker(broker), m_sink(sink) {}
+CPaperTraderCenter::CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
+                                       const CPaperPositions* positions)
+    : m_journal(journal), m_broker(broker), m_sink(sink), m_positions(positions) {}
 
 std::vector<boost::shared_ptr<knservice::CTask>> CPaperTraderCenter::findTasks(int taskId) {
     if (!m_broker.hasTask(taskId)) return {};

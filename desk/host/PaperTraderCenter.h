@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desk/host/PaperPositions.h"
 #include "desk/host/TextSink.h"
 #include "desk/journal/Journal.h"
 #include "desk/paper/PaperBroker.h"
@@ -7,19 +8,25 @@
 
 namespace desk {
 
-/// The paper broker's tasks, as a `cancel` line of an order file finds them: each operation is journalled and
-/// ends the task's waiting orders. As with CPaperTradeClient, a refusing journal does not hold a cancel back.
-/// Any thread. Journal, broker and sink outlive the centre and its tasks.
+/// The paper broker's tasks and positions. Tasks, as a `cancel` line of an order file finds them: each
+/// operation is journalled and ends the task's waiting orders. As with CPaperTradeClient, a refusing journal
+/// does not hold a cancel back. Any thread. Journal, broker, sink and positions outlive the centre and its
+/// tasks.
 class CPaperTraderCenter : public knservice::TraderCenter,
                            private knservice::CTaskCenter,
                            private knservice::CDataCenter {
 public:
-    CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink);
+    /// positions: null for a centre that has tasks alone.
+    CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
+                       const CPaperPositions* positions = nullptr);
 
     knservice::CTaskCenter& getTaskCenter() override { return *this; }
     knservice::CDataCenter& getDataCenter() override { return *this; }
 
 private:
+    boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string& key) override {
+        return m_positions != nullptr ? m_positions->of(key) : nullptr;
+    }
     /// The desk keeps no portfolios.
     boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return nullptr; }
     /// One task, or none where the broker does not know the id.
@@ -28,6 +35,7 @@ private:
     CJournal& m_journal;
     CPaperBroker& m_broker;
     CTextSink& m_sink;
+    const CPaperPositions* const m_positions;
 };
 
 } // namespace desk

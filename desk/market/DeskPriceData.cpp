@@ -1,5 +1,7 @@
 #include "desk/market/DeskPriceData.h"
 
+#include <algorithm>
+
 namespace desk {
 namespace {
 
@@ -24,6 +26,10 @@ constexpr CLevelRow kLevelRows[] = {
 
 CDeskPriceData::CDeskPriceData(const CQuoteEntry& quote) : m_quote(quote) {
     m_dLastPrice = quote.last;
+    const auto isOffered = [](const CQuoteLevel& level) { return !TC::isInvalidPrice(level.price); };
+    const bool isTraded = std::any_of(quote.buy.begin(), quote.buy.end(), isOffered) ||
+                          std::any_of(quote.sell.begin(), quote.sell.end(), isOffered);
+    m_nDayCount = isTraded ? 1 : 0;
     m_dFallbackPrice = TC::isInvalidPrice(quote.previousClose) ? quote.last : quote.previousClose;
 }
 

@@ -3,10 +3,12 @@
 namespace desk {
 namespace {
 
-std::map<std::string, CInstrumentEntry> byKey(const std::vector<CInstrumentEntry>& instruments) {
+std::map<std::string, CInstrumentEntry> byName(const std::vector<CInstrumentEntry>& instruments) {
     std::map<std::string, CInstrumentEntry> result;
-    for (const CInstrumentEntry& instrument : instruments)
-        result.emplace(instrument.key(), instrument);
+    for (const CInstrumentEntry& instrument : instruments) {
+        for (const std::string& name : instrument.names())
+            result.emplace(name, instrument);
+    }
     return result;
 }
 
@@ -20,7 +22,7 @@ auto find(const Map& map, const std::string& key) {
 
 CMarket::CMarket(const std::vector<CInstrumentEntry>& instruments, const std::vector<CQuoteEntry>& quotes,
                  std::vector<CQuoteChange> changes)
-    : m_instruments(byKey(instruments)), m_changes(std::move(changes)) {
+    : m_instruments(byName(instruments)), m_changes(std::move(changes)) {
     for (const CQuoteEntry& quote : quotes)
         m_quotes[quote.stockKey] = quote;
 }
@@ -29,9 +31,15 @@ std::optional<CInstrumentEntry> CMarket::instrument(const std::string& stockKey)
     return find(m_instruments, stockKey);
 }
 
+std::string CMarket::keyOf(const std::string& name) const {
+    const auto found = m_instruments.find(name);
+    return found != m_instruments.end() ? found->second.key() : name;
+}
+
 std::optional<CQuoteEntry> CMarket::quote(const std::string& stockKey) const {
+    const std::string key = keyOf(stockKey);
     const std::lock_guard lock(m_mutex);
-    return find(m_quotes, stockKey);
+    return find(m_quotes, key);
 }
 
 bool CMarket::applyChanges(double secondsSinceStart,

@@ -14,7 +14,7 @@ namespace desk {
 /// The instruments and quotes of a desk folder, and the changes of quotes over time. Any thread.
 class CMarket : public IQuoteSource {
 public:
-    /// changes: by ascending offset.
+    /// Quotes and changes go by key. changes: by ascending offset.
     CMarket(const std::vector<CInstrumentEntry>& instruments, const std::vector<CQuoteEntry>& quotes,
             std::vector<CQuoteChange> changes);
 
@@ -28,8 +28,10 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    const std::map<std::string, CInstrumentEntry> m_instruments;
-    std::map<std::string, CQuoteEntry> m_quotes;
+    std::string keyOf(const std::string& name) const;
+
+    const std::map<std::string, CInstrumentEntry> m_instruments; ///< by each of their names
+    std::map<std::string, CQuoteEntry> m_quotes;                 ///< by key
     const std::vector<CQuoteChange> m_changes;
     std::size_t m_nApplied = 0;
 };

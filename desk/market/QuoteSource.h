@@ -8,7 +8,8 @@
 
 namespace desk {
 
-/// Where the paper broker learns instruments and quotes. Any thread.
+/// Where the paper broker learns instruments and quotes. Any thread. A derivative is found by its plain code
+/// as well as by its key.
 class IQuoteSource {
 public:
     virtual ~IQuoteSource() = default;

@@ -2,14 +2,10 @@
 
 #include "desk/paper/PaperBook.h"
 
-#include <optional>
 #include <string>
 
 /// How the paper broker trades: steps on the book, each within a change. None fails.
 namespace desk {
-
-/// Holds the money or the volume that the accepted order needs.
-void freeze(CPaperBook& book, CPaperOrder& order);
 
 /// Fills the order against what the instrument's quote still offers, level by level at the level's price, up
 /// to its limit, and announces the new state where it changed.
@@ -17,8 +13,5 @@ void match(CPaperBook& book, CPaperOrder& order);
 
 /// Ends an open order, gives back what it holds, and announces it.
 void cancel(CPaperBook& book, CPaperOrder& order, const std::string& reason);
-
-/// What a market buy would cost now; empty where that is beyond kMaxMoney.
-std::optional<CMoney> marketCost(const CPaperBook& book, const CPaperOrder& order);
 
 } // namespace desk

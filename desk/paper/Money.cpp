@@ -5,6 +5,11 @@
 #include <cmath>
 
 namespace desk {
+namespace {
+
+__extension__ using CWide = __int128;
+
+} // namespace
 
 std::optional<CMoney> toMoney(double amount) {
     const double scaled = amount * static_cast<double>(kMoneyPerUnit);
@@ -30,6 +35,14 @@ std::optional<CMoney> amountOf(CMoney price, std::int64_t volume) {
     if (__builtin_mul_overflow(price, volume, &amount) || amount > kMaxMoney || amount < -kMaxMoney)
         return {};
     return amount;
+}
+
+CMoney partOf(CMoney sum, std::int64_t part, std::int64_t whole) {
+    return static_cast<CMoney>(static_cast<CWide>(sum) * part / whole);
+}
+
+CMoney rateOf(CMoney amount, int rate) {
+    return static_cast<CMoney>(static_cast<CWide>(amount) * rate / kRateUnit);
 }
 
 } // namespace desk

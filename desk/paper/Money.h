@@ -29,4 +29,13 @@ double fromMoney(CMoney money);
 /// price times volume, or empty beyond kMaxMoney. volume is not negative.
 std::optional<CMoney> amountOf(CMoney price, std::int64_t volume);
 
+/// Part of a sum that falls on a part of the volume, rounded towards zero; the last part takes the rest.
+/// whole is not 0.
+CMoney partOf(CMoney sum, std::int64_t part, std::int64_t whole);
+
+inline constexpr int kRateUnit = 1'000'000; ///< rates are whole millionths
+
+/// The rate's part of an amount, rounded down. The amount is not negative.
+CMoney rateOf(CMoney amount, int rate);
+
 } // namespace desk

@@ -1,11 +1,12 @@
 #include "desk/paper/OrderRules.h"
 
+#include "desk/paper/Holds.h"
 #include "platform/InstrumentTypes.h"
 
 #include <algorithm>
-#include <iterator>
-
+#include <cmath>
 #include <cstdio>
+#include <iterator>
 
 namespace desk {
 namespace {
@@ -29,10 +30,10 @@ bool isSpecified(EPriceType priceType) {
     return priceType == EPriceType::Specified || priceType == EPriceType::SpecifiedByRow;
 }
 
-std::string moneyText(CMoney money) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%.4f", fromMoney(money));
-    return text;
+/// Whether the operation is carried out without trading.
+bool isDirect(const CPaperOrder& order) {
+    const COperation* operation = findOperation(order.m_eOperation);
+    return operation != nullptr && operation->m_eSide == ETradeSide::None;
 }
 
 template<typename E>
@@ -41,14 +42,22 @@ std::string numberText(E value) {
 }
 
 std::string checkFamily(const CAcceptance& a) {
-    if (a.m_command.m_eTraderType == TC::EQdTraderType::Stock) return {};
+    if (a.m_family != nullptr) return {};
     return "product family " + numberText(a.m_command.m_eTraderType) + " is not modelled";
 }
 
 std::string checkOperation(const CAcceptance& a) {
     const EOperationType operation = a.m_record.m_eOperationType;
-    if (operation == EOperationType::Buy || operation == EOperationType::Sell) return {};
-    return "operation " + numberText(operation) + " is not modelled";
+    if (a.m_rule != nullptr) return a.m_rule->m_pszRefusal != nullptr ? a.m_rule->m_pszRefusal : "";
+    const std::string name = "operation " + numberText(operation);
+    if (!isOperationOfAnyFamily(operation)) return name + " is not modelled";
+    return name + " does not belong to product family " + numberText(a.m_command.m_eTraderType);
+}
+
+/// Commands of options carry the mark of hedging too; it says nothing there.
+bool isHedged(const TC::COrderComandParam& command) {
+    return command.m_eHedgeType == TC::EQdHedgeType::Hedge &&
+           command.m_eTraderType != TC::EQdTraderType::Option;
 }
 
 std::string checkPlainOrder(const CAcceptance& a) {
@@ -58,23 +67,32 @@ std::string checkPlainOrder(const CAcceptance& a) {
     }
     if (a.m_command.m_eStopLossType != TC::EQdStopLossType::None)
         return "stop-loss commands are not modelled";
-    if (a.m_command.m_eHedgeType != TC::EQdHedgeType::None) return "hedge commands are not modelled";
+    if (isHedged(a.m_command)) return "hedge commands are not modelled";
     return {};
 }
 
 std::string checkAccount(const CAcceptance& a) {
     if (!a.m_record.m_account) return "the order has no account";
     if (a.m_account == nullptr) return "unknown account " + a.m_order.m_strAccount;
-    if (a.m_account->broker != TC::EQDBrokerType::Stock) return a.m_account->key + " is no stock account";
+    if (!a.m_family->accepts(a.m_account->broker))
+        return a.m_account->key + " is no " + a.m_family->m_pszBrokers;
     if (a.m_account->loginStatus != 0) return a.m_account->key + " is not logged in";
     return {};
 }
 
+bool isMoneyOnly(const CAcceptance& a) {
+    return a.m_operation.m_eEffect == EOperationEffect::RepayMoney;
+}
+
 std::string checkInstrument(const CAcceptance& a) {
-    return a.m_instrument ? std::string() : "unknown instrument " + a.m_order.m_strStock;
+    if (isMoneyOnly(a)) return {};
+    if (!a.m_instrument) return "unknown instrument " + a.m_order.m_strStock;
+    if (a.m_instrument->kind == a.m_family->m_eInstrumentKind) return {};
+    return a.m_order.m_strStock + " is no " + a.m_family->m_pszInstrumentKind;
 }
 
 std::string checkVolume(const CAcceptance& a) {
+    if (isMoneyOnly(a)) return {};
     if (TC::isUnset(a.m_record.m_nVolume)) return "the order has no volume";
     return a.m_record.m_nVolume > 0 ? std::string()
                                     : "volume " + std::to_string(a.m_record.m_nVolume) + " is not positive";
@@ -96,33 +114,10 @@ std::string checkPrice(const CAcceptance& a) {
     return {};
 }
 
-std::string checkUnit(const CAcceptance& a) {
-    const int unit = tradingUnit(*a.m_instrument);
-    const int odd = a.m_order.m_nVolume % unit;
-    if (odd == 0 || (!a.m_order.isBuy() && odd == a.m_nAvailableVolume % unit)) return {};
-    const std::string text =
-        "volume " + std::to_string(a.m_order.m_nVolume) + " is no multiple of " + std::to_string(unit);
-    return a.m_order.isBuy() ? text : text + " and does not close the odd lot";
-}
-
-std::string checkFunds(const CAcceptance& a) {
-    if (!a.m_order.isBuy() || a.m_order.m_bMarket) return {};
-    const std::optional<CMoney> needed = amountOf(a.m_order.m_nPrice, a.m_order.m_nVolume);
-    if (!needed) return "the amount is too large";
-    if (*needed <= a.m_nAvailableCash) return {};
-    return "not enough funds: needs " + moneyText(*needed) + ", available " + moneyText(a.m_nAvailableCash);
-}
-
-std::string checkPosition(const CAcceptance& a) {
-    if (a.m_order.isBuy() || a.m_order.m_nVolume <= a.m_nAvailableVolume) return {};
-    return "not enough to sell: " + std::to_string(a.m_order.m_nVolume) + " ordered, " +
-           std::to_string(a.m_nAvailableVolume) + " available today";
-}
-
 /// In this order: a rule may rely on those above it.
 constexpr std::string (*kRules[])(const CAcceptance&) = {
-    checkFamily, checkOperation, checkPlainOrder, checkAccount, checkInstrument,
-    checkVolume, checkPrice,     checkPosition,   checkUnit,    checkFunds,
+    checkFamily,     checkOperation, checkPlainOrder, checkAccount,
+    checkInstrument, checkVolume,    checkPrice,      coverRejection,
 };
 
 } // namespace
@@ -142,12 +137,32 @@ bool isLimitPriceType(EPriceType priceType) {
                        });
 }
 
+std::string moneyText(CMoney money) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.4f", fromMoney(money));
+    return text;
+}
+
 void takePrice(const TC::CCodeOrderParam& record, CPaperOrder& order) {
     order.m_ePriceType = record.m_ePriceType;
     const bool hasPrice = !TC::isInvalidPrice(record.m_dPrice);
-    order.m_bMarket =
-        !isLimitPriceType(record.m_ePriceType) || (!hasPrice && !isSpecified(record.m_ePriceType));
+    order.m_bMarket = isDirect(order) || !isLimitPriceType(record.m_ePriceType) ||
+                      (!hasPrice && !isSpecified(record.m_ePriceType));
     if (!order.m_bMarket) order.m_nPrice = toPrice(record.m_dPrice).value_or(0);
+}
+
+void takeTerms(const CInstrumentEntry& instrument, CPaperOrder& order) {
+    const EPayment payment = paymentOf(order);
+    const EOperationEffect effect = operationOf(order).m_eEffect;
+    const bool opens = effect == EOperationEffect::Open || effect == EOperationEffect::CloseThenOpen;
+    order.m_nMultiplier = std::max(1, instrument.multiplier);
+    if (opens && (payment == EPayment::Margin || (payment == EPayment::Premium && !order.isBuy())))
+        order.m_nMarginRate = marginRateOf(instrument);
+}
+
+int marginRateOf(const CInstrumentEntry& instrument) {
+    const double rate = std::isfinite(instrument.marginRate) ? instrument.marginRate : 1.0;
+    return static_cast<int>(std::lround(std::clamp(rate, 0.0, 1.0) * kRateUnit));
 }
 
 int tradingUnit(const CInstrumentEntry& instrument) {

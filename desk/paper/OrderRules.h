@@ -1,7 +1,8 @@
 #pragma once
 
 #include "desk/config/DeskConfig.h"
-#include "desk/paper/PaperRecords.h"
+#include "desk/paper/PaperBook.h"
+#include "desk/paper/PaperFamilies.h"
 #include "records/CommandParam.h"
 
 #include <optional>
@@ -15,18 +16,29 @@ struct CAcceptance {
     const TC::CCodeOrderParam& m_record;
     const CAccountEntry* m_account; ///< null: the desk has no such account
     const std::optional<CInstrumentEntry>& m_instrument;
-    CMoney m_nAvailableCash;
-    std::int64_t m_nAvailableVolume;
-    const CPaperOrder& m_order;
+    const CPaperBook& m_book;
+    const CPaperOrder& m_order;    ///< its terms are taken and its closing is planned
+    const CPaperFamily* m_family;  ///< null: not modelled
+    const COperationRule* m_rule;  ///< null: the family has no such operation
+    const COperation& m_operation; ///< a row without side where it is not known
 };
 
 /// The broker's rules of acceptance, one after the other: why the order is rejected, or an empty text.
 ///
-/// Modelled are plain buys and sells of the stock family. A buy is a whole number of units. A sell may hold
-/// an odd lot, but only all of it: volume modulo unit is 0 or equals available volume modulo unit. A limit
-/// lies within the instrument's price limits, is positive and no finer than 0.0001. Funds cover limit times
-/// volume; what is sold is available today. Fees and taxes are not modelled.
+/// The family must be one of PaperFamilies.h and must have the operation; account and instrument must be of
+/// the family's kinds. A buy is a whole number of units, and so is everything else that opens. What closes a
+/// position, or returns shares, may hold an odd lot, but only all of it: volume modulo unit is 0 or equals
+/// what could be closed modulo unit. A limit lies within the instrument's price limits, is positive and no
+/// finer than 0.0001. What the order takes of money and credit must be available, at its limit or at the
+/// book's prices where those take more. What it closes must be there today. What it repays must be owed.
+/// Fees, taxes and interest are not modelled.
 std::string rejectionReason(const CAcceptance& acceptance);
+
+/// The rules of positions, debts, credit and money, which come last. Rely on those of the order itself.
+std::string coverRejection(const CAcceptance& acceptance);
+
+/// An amount as the rules' texts show it.
+std::string moneyText(CMoney money);
 
 /// Whether orders of the price type carry their limit in the record: specified prices, levels of the book and
 /// the latest price. Every other type takes what the book has.
@@ -34,8 +46,14 @@ bool isLimitPriceType(TC::EPriceType priceType);
 
 /// Fills price, limit and market flag of the order from the record. A level or the latest price that came
 /// without a number takes what the book has; a specified price must have one and is left at 0, which the
-/// rules refuse.
+/// rules refuse. An operation that does not trade has no limit.
 void takePrice(const TC::CCodeOrderParam& record, CPaperOrder& order);
+
+/// Fills what the order's money is counted by from the instrument.
+void takeTerms(const CInstrumentEntry& instrument, CPaperOrder& order);
+
+/// The instrument's margin rate in millionths.
+int marginRateOf(const CInstrumentEntry& instrument);
 
 /// The unit in which the instrument is bought, at least 1: on the STAR market the one shown to the user.
 int tradingUnit(const CInstrumentEntry& instrument);

@@ -42,11 +42,19 @@ CPaperOrder& CPaperBook::newOrder(int task) {
     return order;
 }
 
-CPaperPosition& CPaperBook::editPosition(const CPaperOrder& order) {
-    CPaperPosition& position = m_positions.edit({order.m_strAccount, order.m_strStock});
+CPaperPosition& CPaperBook::editPosition(const CPaperOrder& order, EPositionSide side) {
+    CPaperPosition& position = m_positions.edit({order.m_strAccount, order.m_strStock, side});
     position.m_strAccount = order.m_strAccount;
     position.m_strStock = order.m_strStock;
+    position.m_eSide = side;
     return position;
+}
+
+CPaperDebt& CPaperBook::editDebt(const std::string& account, const std::string& stock) {
+    CPaperDebt& debt = m_debts.edit({account, stock});
+    debt.m_strAccount = account;
+    debt.m_strStock = stock;
+    return debt;
 }
 
 CBrokerEvent& CPaperBook::newEvent(const CPaperOrder& order) {
@@ -92,6 +100,7 @@ void CPaperBook::keep() {
     });
     m_funds.keep();
     m_positions.keep();
+    m_debts.keep();
     m_tasks.keep();
     m_orders.keep();
     m_fills.keep();
@@ -103,6 +112,7 @@ void CPaperBook::keep() {
 void CPaperBook::rollBack() {
     m_funds.rollBack();
     m_positions.rollBack();
+    m_debts.rollBack();
     m_tasks.rollBack();
     m_orders.rollBack();
     m_fills.rollBack();

@@ -8,6 +8,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -32,7 +33,8 @@ CBookSides sidesOf(const CQuoteEntry& quote);
 /// what one store transaction writes. Not thread safe: the broker's mutex guards it.
 class CPaperBook {
 public:
-    using CPositionKey = std::pair<std::string, std::string>; ///< account, instrument
+    using CPositionKey = std::tuple<std::string, std::string, EPositionSide>; ///< account, instrument
+    using CDebtKey = std::pair<std::string, std::string>; ///< account, instrument or empty for money
 
     struct CCounters {
         int m_nLastTask = 0;
@@ -44,6 +46,7 @@ public:
 
     CTrackedMap<std::string, CPaperFunds> m_funds;
     CTrackedMap<CPositionKey, CPaperPosition> m_positions;
+    CTrackedMap<CDebtKey, CPaperDebt> m_debts;
     CTrackedMap<int, CPaperTask> m_tasks;
     CTrackedMap<int, CPaperOrder> m_orders;
     CTrackedMap<int, CPaperFill> m_fills;
@@ -53,7 +56,10 @@ public:
 
     CPaperTask& newTask(std::int64_t reference, const std::string& remark);
     CPaperOrder& newOrder(int task);
-    CPaperPosition& editPosition(const CPaperOrder& order);
+    /// The position of the order's account and instrument on a side, made where there is none.
+    CPaperPosition& editPosition(const CPaperOrder& order, EPositionSide side);
+    /// The account's debt in the instrument, or in money where stock is empty; made where there is none.
+    CPaperDebt& editDebt(const std::string& account, const std::string& stock);
     /// Adds a fill and its event.
     void addFill(const CPaperOrder& order, CMoney price, int volume);
     /// Stamps the order and adds an event of its state.

@@ -1,8 +1,11 @@
 #include "desk/paper/PaperBroker.h"
 
 #include "base/StrictNumber.h"
+#include "desk/paper/Holds.h"
 #include "desk/paper/Matching.h"
 #include "desk/paper/OrderRules.h"
+#include "desk/paper/Settlement.h"
+#include "desk/paper/TakeIn.h"
 
 #include <boost/algorithm/string/trim.hpp>
 
@@ -10,8 +13,6 @@
 
 namespace desk {
 namespace {
-
-constexpr std::int64_t kMaxInitialVolume = 1'000'000'000'000;
 
 utils::KNError badRequest(const std::string& text) {
     return {kPaperBadRequest, text};
@@ -24,11 +25,6 @@ std::vector<V> valuesOf(const CTrackedMap<K, V>& map) {
     for (const auto& entry : map.values())
         values.push_back(entry.second);
     return values;
-}
-
-bool isSound(const CPositionEntry& entry) {
-    return entry.volume >= 0 && entry.volume <= kMaxInitialVolume && entry.available >= 0 &&
-           entry.available <= entry.volume;
 }
 
 /// The words of a `cancel_order` line, read. Account empty: they make no sense.
@@ -67,30 +63,12 @@ utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<C
     m_book.m_counters.m_nLastEvent = std::max(m_book.m_counters.m_nLastEvent, lastEventTaken);
     for (const CAccountEntry& account : accounts) {
         m_accounts[account.key] = account;
-        error = takeInAccount(account);
+        if (m_book.m_funds.find(account.key) == nullptr) error = takeInAccount(m_book, m_quotes, account);
         if (error.isSuccess()) continue;
         m_book.rollBack();
         return error;
     }
     return finishChange();
-}
-
-utils::KNError CPaperBroker::takeInAccount(const CAccountEntry& account) {
-    if (m_book.m_funds.find(account.key) != nullptr) return {};
-    const std::optional<CMoney> cash = toMoney(account.funds);
-    if (!cash || *cash < 0)
-        return badRequest("account " + account.key + ": funds are negative or out of range");
-    m_book.m_funds.edit(account.key) = {account.key, *cash, 0};
-    for (const CPositionEntry& entry : account.positions) {
-        const std::optional<CMoney> price = toMoney(entry.cost);
-        const std::optional<CMoney> cost =
-            price && isSound(entry) ? amountOf(*price, entry.volume) : std::nullopt;
-        if (!cost)
-            return badRequest("account " + account.key + ": position " + entry.stockKey + " makes no sense");
-        m_book.m_positions.edit({account.key, entry.stockKey}) = {
-            account.key, entry.stockKey, entry.volume, entry.available, 0, *cost};
-    }
-    return {};
 }
 
 utils::KNError CPaperBroker::startTradingDay(const std::string& day) {
@@ -104,8 +82,10 @@ utils::KNError CPaperBroker::startTradingDay(const std::string& day) {
         if (order.isOpen()) cancel(m_book, m_book.m_orders.edit(order.m_nId), "the trading day ended");
     }
     for (const auto& [key, position] : m_book.m_positions.values()) {
-        if (position.m_nSellable != position.m_nVolume)
-            m_book.m_positions.edit(key).m_nSellable = position.m_nVolume;
+        if (position.m_nToday == 0 && position.m_nSellable == position.m_nVolume) continue;
+        CPaperPosition& edited = m_book.m_positions.edit(key);
+        edited.m_nSellable = edited.m_nVolume;
+        edited.m_nToday = 0;
     }
     return finishChange();
 }
@@ -125,19 +105,48 @@ utils::KNError CPaperBroker::placeCommand(const TC::COrderComandParam& command, 
 
 void CPaperBroker::placeOrder(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
                               CPaperOrder& order) {
-    if (record.m_account) order.m_strAccount = record.m_account->getKey();
-    order.m_strStock = record.m_stock.m_strMarket + record.m_stock.m_strCode;
-    order.m_eOperation = record.m_eOperationType;
-    order.m_nVolume = record.m_nVolume;
-    takePrice(record, order);
+    const std::optional<CInstrumentEntry> instrument =
+        m_quotes.instrument(record.m_stock.m_strMarket + record.m_stock.m_strCode);
+    fillOrder(command, record, instrument, order);
     ensureQuote(order.m_strStock);
-    order.m_strReason = reasonToReject(command, record, order);
+    planClosing(m_book, order);
+    order.m_strReason = reasonToReject(command, record, instrument, order);
     if (!order.m_strReason.empty()) {
+        order.m_nCloseEarlier = 0;
+        order.m_nCloseToday = 0;
         order.m_eStatus = EOrderStatus::Rejected;
         m_book.announce(order);
         return;
     }
-    freeze(m_book, order);
+    hold(m_book, order);
+    if (operationOf(order).m_eSide == ETradeSide::None)
+        carryOut(record, order);
+    else
+        trade(order);
+}
+
+void CPaperBroker::fillOrder(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
+                             const std::optional<CInstrumentEntry>& instrument, CPaperOrder& order) {
+    if (record.m_account) order.m_strAccount = record.m_account->getKey();
+    order.m_strStock = instrument ? instrument->key() : record.m_stock.m_strMarket + record.m_stock.m_strCode;
+    order.m_eFamily = command.m_eTraderType;
+    order.m_eOperation = record.m_eOperationType;
+    order.m_nVolume = record.m_nVolume;
+    takePrice(record, order);
+    if (instrument) takeTerms(*instrument, order);
+}
+
+std::string CPaperBroker::reasonToReject(const TC::COrderComandParam& command,
+                                         const TC::CCodeOrderParam& record,
+                                         const std::optional<CInstrumentEntry>& instrument,
+                                         const CPaperOrder& order) const {
+    const auto account = m_accounts.find(order.m_strAccount);
+    return rejectionReason({command, record, account != m_accounts.end() ? &account->second : nullptr,
+                            instrument, m_book, order, findPaperFamily(order.m_eFamily),
+                            findOperationRule(order.m_eOperation, order.m_eFamily), operationOf(order)});
+}
+
+void CPaperBroker::trade(CPaperOrder& order) {
     m_book.announce(order);
     match(m_book, order);
     if (!order.m_bMarket || !order.isOpen()) return;
@@ -145,19 +154,14 @@ void CPaperBroker::placeOrder(const TC::COrderComandParam& command, const TC::CC
     cancel(m_book, order, hasQuote ? "the book has no more" : "there is no quote");
 }
 
-std::string CPaperBroker::reasonToReject(const TC::COrderComandParam& command,
-                                         const TC::CCodeOrderParam& record, const CPaperOrder& order) {
-    const auto account = m_accounts.find(order.m_strAccount);
-    const CPaperFunds* funds = m_book.m_funds.find(order.m_strAccount);
-    const CPaperPosition* position = m_book.m_positions.find({order.m_strAccount, order.m_strStock});
-    const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(order.m_strStock);
-    const CMoney availableCash = funds != nullptr ? funds->available() : 0;
-    std::string reason =
-        rejectionReason({command, record, account != m_accounts.end() ? &account->second : nullptr,
-                         instrument, availableCash, position != nullptr ? position->available() : 0, order});
-    if (!reason.empty() || !order.isBuy() || !order.m_bMarket) return reason;
-    const std::optional<CMoney> cost = marketCost(m_book, order);
-    return cost && *cost <= availableCash ? std::string() : "not enough funds for what the book has";
+void CPaperBroker::carryOut(const TC::CCodeOrderParam& record, CPaperOrder& order) {
+    const bool isMoney = operationOf(order).m_eEffect == EOperationEffect::RepayMoney;
+    const CMoney money = isMoney ? toMoney(record.m_dQuantity).value_or(0) : 0;
+    settleDirectly(m_book, order, money);
+    order.m_nFilled = order.m_nVolume;
+    order.m_nFilledAmount = money;
+    order.m_eStatus = EOrderStatus::Filled;
+    m_book.announce(order);
 }
 
 utils::KNError CPaperBroker::cancelTask(int taskId, const std::string& reason) {
@@ -266,6 +270,17 @@ std::vector<CPaperFunds> CPaperBroker::funds() const {
 std::vector<CPaperPosition> CPaperBroker::positions() const {
     const std::lock_guard lock(m_mutex);
     return valuesOf(m_book.m_positions);
+}
+
+std::vector<CPaperDebt> CPaperBroker::debts() const {
+    const std::lock_guard lock(m_mutex);
+    std::vector<CPaperDebt> debts = valuesOf(m_book.m_debts);
+    debts.erase(std::remove_if(debts.begin(), debts.end(),
+                               [](const CPaperDebt& debt) {
+                                   return debt.m_nAmount == 0 && debt.m_nVolume == 0 && debt.m_nReserved == 0;
+                               }),
+                debts.end());
+    return debts;
 }
 
 } // namespace desk

@@ -13,14 +13,28 @@
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace desk {
 
-/// A broker on paper: takes finished commands as a real one would, checks funds and positions, trades against
-/// the quotes that the desk shows, and keeps all of it in a store. What it models stands at rejectionReason
+/// A broker on paper: takes finished commands of every product family as a real one would, checks funds,
+/// positions and debts, trades against the quotes that the desk shows, and keeps all of it in a store. What
+/// it models of each family stands in the tables of PaperFamilies, what it accepts at rejectionReason
 /// (OrderRules.h).
+///
+/// Money. Plain buys and sells, and options, are paid in full. A future, gold that is opened, and an option
+/// that is sold hold a margin from opening to closing: the price of the trade, times volume and multiplier,
+/// times the instrument's margin rate. What a future has gained or lost is booked to cash when it is closed,
+/// against the average cost of the position, so an account can end below zero; there are no margin calls. A
+/// waiting sale that opens may find a better price in a later quote than its limit: it then holds more margin
+/// than it had frozen.
+///
+/// Credit. An account has one debt of money and one of shares for each instrument; repayments name no
+/// contract. Financed buys and short sales use the account's credit limit: money, and shares at what they
+/// were sold for. The proceeds of a short sale are held until the shares are returned, and pay for buying
+/// them back.
 ///
 /// Trading. An order trades at once with the opposite levels of the quote, each at the level's price, as far
 /// as its limit allows; the rest waits with its money or volume frozen. Each quote update offers its
@@ -91,13 +105,21 @@ public:
     std::vector<CPaperFill> fills() const;
     std::vector<CPaperFunds> funds() const;
     std::vector<CPaperPosition> positions() const;
+    /// What accounts owe, or will owe when their waiting orders trade; by account, money first.
+    std::vector<CPaperDebt> debts() const;
 
 private:
-    utils::KNError takeInAccount(const CAccountEntry& account);
     void placeOrder(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
                     CPaperOrder& order);
+    static void fillOrder(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
+                          const std::optional<CInstrumentEntry>& instrument, CPaperOrder& order);
     std::string reasonToReject(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
-                               const CPaperOrder& order);
+                               const std::optional<CInstrumentEntry>& instrument,
+                               const CPaperOrder& order) const;
+    /// Puts an accepted order to the book.
+    void trade(CPaperOrder& order);
+    /// Carries out an accepted order that does not trade.
+    void carryOut(const TC::CCodeOrderParam& record, CPaperOrder& order);
     void ensureQuote(const std::string& stockKey);
     void matchResting(const std::string& stockKey);
     utils::KNError finishChange();

@@ -1,5 +1,7 @@
 #include "desk/paper/PaperRecords.h"
 
+#include "desk/market/Operations.h"
+
 #include <iterator>
 
 namespace desk {
@@ -12,6 +14,11 @@ constexpr const char* kStatusWords[] = {"working", "part_filled", "filled", "can
 const char* statusWord(EOrderStatus status) {
     const auto number = static_cast<std::size_t>(status);
     return number < std::size(kStatusWords) ? kStatusWords[number] : "unknown";
+}
+
+bool CPaperOrder::isBuy() const {
+    const COperation* operation = findOperation(m_eOperation);
+    return operation != nullptr && operation->m_eSide == ETradeSide::Buy;
 }
 
 } // namespace desk

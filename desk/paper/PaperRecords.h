@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desk/config/DeskConfig.h"
 #include "desk/paper/Money.h"
 #include "records/Enums.h"
 
@@ -7,7 +8,7 @@
 #include <string>
 
 /// The paper broker's records, as its queries and events give them: plain values, copies. Texts are UTF-8;
-/// times are local, ISO 8601 with milliseconds; volumes are shares.
+/// times are local, ISO 8601 with milliseconds; volumes are shares or lots.
 namespace desk {
 
 /// An order's state. Its numbers stand in the store.
@@ -35,12 +36,20 @@ struct CPaperOrder {
     int m_nVolume = 0;
     int m_nFilled = 0;
     CMoney m_nFilledAmount = 0;
-    CMoney m_nFrozen = 0; ///< money held for the rest of a buy
+    CMoney m_nFrozen = 0; ///< money held for the rest
     EOrderStatus m_eStatus = EOrderStatus::Working;
     std::string m_strReason; ///< why it was rejected or cancelled
     std::string m_strTime;   ///< of the last change
+    TC::EQdTraderType m_eFamily = TC::EQdTraderType::Stock;
+    int m_nMultiplier = 1;   ///< money is price times volume times this
+    int m_nMarginRate = 0;   ///< what it opens holds this part of its money, in millionths
+    int m_nCloseEarlier = 0; ///< of the rest: closes what is older than today; the position holds it
+    int m_nCloseToday = 0;   ///< of the rest: closes what was opened today
+    CMoney m_nCredit = 0;    ///< credit held for the rest
 
-    bool isBuy() const { return m_eOperation == TC::EOperationType::Buy; }
+    /// Whether it takes the sell side of the book.
+    bool isBuy() const;
+    int closing() const { return m_nCloseEarlier + m_nCloseToday; }
     bool isOpen() const {
         return m_eStatus == EOrderStatus::Working || m_eStatus == EOrderStatus::PartFilled;
     }
@@ -58,20 +67,39 @@ struct CPaperFill {
 struct CPaperFunds {
     std::string m_strAccount;
     CMoney m_nCash = 0;   ///< all of the account's money
-    CMoney m_nFrozen = 0; ///< of which resting buys hold
+    CMoney m_nFrozen = 0; ///< of which waiting orders hold
+    CMoney m_nMargin = 0; ///< of which open positions hold, and what borrowed shares were sold for
 
-    CMoney available() const { return m_nCash - m_nFrozen; }
+    CMoney available() const { return m_nCash - m_nFrozen - m_nMargin; }
 };
 
+/// What an account has of an instrument on one side.
 struct CPaperPosition {
     std::string m_strAccount;
     std::string m_strStock;
+    EPositionSide m_eSide = EPositionSide::Long;
     std::int64_t m_nVolume = 0;
-    std::int64_t m_nSellable = 0; ///< of which may be sold today: all but what was bought today
-    std::int64_t m_nFrozen = 0;   ///< of the sellable: what resting sells hold
-    CMoney m_nCost = 0;           ///< money paid for the volume
+    std::int64_t m_nSellable = 0;    ///< of which may be closed today: all but stocks bought today
+    std::int64_t m_nToday = 0;       ///< of the volume: what was opened today
+    std::int64_t m_nFrozen = 0;      ///< of the sellable: what waiting orders hold
+    std::int64_t m_nFrozenToday = 0; ///< of the frozen: what was opened today
+    CMoney m_nCost = 0;              ///< what the volume was worth when it was opened
+    CMoney m_nPaid = 0;   ///< of the cost, what was paid: all, or nothing of a future; below 0: what was got
+    CMoney m_nMargin = 0; ///< money of the account held for it
 
     std::int64_t available() const { return m_nSellable - m_nFrozen; }
+};
+
+/// What an account owes its broker: money, or shares of an instrument.
+struct CPaperDebt {
+    std::string m_strAccount;
+    std::string m_strStock;     ///< empty: money
+    std::int64_t m_nVolume = 0; ///< shares owed
+    CMoney m_nAmount = 0;       ///< money owed; of shares: what they were sold for, which the account holds
+    std::int64_t m_nReturning = 0; ///< of the shares: what waiting orders will return
+    CMoney m_nReserved = 0;        ///< credit that waiting orders will take
+
+    std::int64_t returnable() const { return m_nVolume - m_nReturning; }
 };
 
 /// One command that the broker took.

@@ -7,15 +7,15 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <iterator>
 
 namespace desk {
 namespace {
 
-constexpr int kSchemaVersion = 1;
 constexpr mode_t kFileMode = 0600; // orders and accounts are nobody else's business
 
-constexpr const char* kSchema = R"(
+// Each takes a store from the version of its place in kUpgrades to the next. They never change.
+constexpr const char* kFirstSchema = R"(
     BEGIN IMMEDIATE;
     CREATE TABLE desk (only INTEGER PRIMARY KEY CHECK (only = 1), last_event INTEGER NOT NULL, trading_day TEXT NOT NULL);
     CREATE TABLE funds (account TEXT PRIMARY KEY, cash INTEGER NOT NULL, frozen INTEGER NOT NULL);
@@ -36,37 +36,82 @@ constexpr const char* kSchema = R"(
     COMMIT;
 )";
 
+// Version 1 knew only stocks: positions were long and paid in full, only sales (operation 19) held volume.
+constexpr const char* kFamilySchema = R"(
+    BEGIN IMMEDIATE;
+    ALTER TABLE funds ADD COLUMN margin INTEGER NOT NULL DEFAULT 0;
+    ALTER TABLE positions RENAME TO stock_positions;
+    CREATE TABLE positions (account TEXT NOT NULL, stock TEXT NOT NULL, side INTEGER NOT NULL,
+        volume INTEGER NOT NULL, sellable INTEGER NOT NULL, today INTEGER NOT NULL, frozen INTEGER NOT NULL,
+        frozen_today INTEGER NOT NULL, cost INTEGER NOT NULL, paid INTEGER NOT NULL, margin INTEGER NOT NULL,
+        PRIMARY KEY (account, stock, side));
+    INSERT INTO positions SELECT account, stock, 0, volume, sellable, volume - sellable, frozen, 0, cost, cost, 0
+        FROM stock_positions;
+    DROP TABLE stock_positions;
+    CREATE TABLE debts (account TEXT NOT NULL, stock TEXT NOT NULL, volume INTEGER NOT NULL,
+        amount INTEGER NOT NULL, to_return INTEGER NOT NULL, reserved INTEGER NOT NULL,
+        PRIMARY KEY (account, stock));
+    ALTER TABLE orders ADD COLUMN family INTEGER NOT NULL DEFAULT 1;
+    ALTER TABLE orders ADD COLUMN multiplier INTEGER NOT NULL DEFAULT 1;
+    ALTER TABLE orders ADD COLUMN margin_rate INTEGER NOT NULL DEFAULT 0;
+    ALTER TABLE orders ADD COLUMN close_earlier INTEGER NOT NULL DEFAULT 0;
+    ALTER TABLE orders ADD COLUMN close_today INTEGER NOT NULL DEFAULT 0;
+    ALTER TABLE orders ADD COLUMN credit INTEGER NOT NULL DEFAULT 0;
+    UPDATE orders SET close_earlier = volume - filled WHERE operation = 19 AND status IN (0, 1);
+    PRAGMA user_version = 2;
+    COMMIT;
+)";
+
+constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema};
+constexpr int kSchemaVersion = static_cast<int>(std::size(kUpgrades));
+
 /// Makes the file before SQLite does, readable for its owner only; SQLite gives its side files the same mode.
 void makeFile(const std::string& path) {
     const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode);
     if (descriptor >= 0) ::close(descriptor);
 }
 
+int versionOf(sqlite3* database) {
+    CSqlStatement query(database, "PRAGMA user_version");
+    query.step();
+    return query.number(0);
+}
+
 CSqlDatabase openStore(const std::string& path) {
     makeFile(path);
     CSqlDatabase database = openDatabase(path);
     execute(database.get(), "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL;");
-    CSqlStatement versionQuery(database.get(), "PRAGMA user_version");
-    versionQuery.step();
-    const int version = versionQuery.number(0);
-    if (version == 0)
-        execute(database.get(), kSchema);
-    else if (version != kSchemaVersion)
-        throw CSqlError("another version of the desk made it");
+    const int version = versionOf(database.get());
+    if (version < 0 || version > kSchemaVersion) throw CSqlError("another version of the desk made it");
+    for (int i = version; i < kSchemaVersion; ++i)
+        execute(database.get(), kUpgrades[i]);
     return database;
 }
 
 void loadFunds(sqlite3* database, CPaperBook& book) {
-    CSqlStatement rows(database, "SELECT account, cash, frozen FROM funds");
+    CSqlStatement rows(database, "SELECT account, cash, frozen, margin FROM funds");
     while (rows.step())
-        book.m_funds.edit(rows.text(0)) = {rows.text(0), rows.integer(1), rows.integer(2)};
+        book.m_funds.edit(rows.text(0)) = {rows.text(0), rows.integer(1), rows.integer(2), rows.integer(3)};
 }
 
 void loadPositions(sqlite3* database, CPaperBook& book) {
-    CSqlStatement rows(database, "SELECT account, stock, volume, sellable, frozen, cost FROM positions");
+    CSqlStatement rows(database, "SELECT account, stock, side, volume, sellable, today, frozen, "
+                                 "frozen_today, cost, paid, margin FROM positions");
     while (rows.step()) {
-        book.m_positions.edit({rows.text(0), rows.text(1)}) = {
-            rows.text(0), rows.text(1), rows.integer(2), rows.integer(3), rows.integer(4), rows.integer(5)};
+        const auto side = static_cast<EPositionSide>(rows.number(2));
+        book.m_positions.edit({rows.text(0), rows.text(1), side}) = {
+            rows.text(0),    rows.text(1),    side,
+            rows.integer(3), rows.integer(4), rows.integer(5),
+            rows.integer(6), rows.integer(7), rows.integer(8),
+            rows.integer(9), rows.integer(10)};
+    }
+}
+
+void loadDebts(sqlite3* database, CPaperBook& book) {
+    CSqlStatement rows(database, "SELECT account, stock, volume, amount, to_return, reserved FROM debts");
+    while (rows.step()) {
+        book.m_debts.edit({rows.text(0), rows.text(1)}) = {rows.text(0),    rows.text(1),    rows.integer(2),
+                                                           rows.integer(3), rows.integer(4), rows.integer(5)};
     }
 }
 
@@ -82,7 +127,8 @@ void loadTasks(sqlite3* database, CPaperBook& book) {
 void loadOrders(sqlite3* database, CPaperBook& book) {
     CSqlStatement rows(
         database, "SELECT id, task, account, stock, operation, price_type, market, price, volume, filled, "
-                  "filled_amount, frozen, status, reason, time FROM orders ORDER BY id");
+                  "filled_amount, frozen, status, reason, time, family, multiplier, margin_rate, "
+                  "close_earlier, close_today, credit FROM orders ORDER BY id");
     while (rows.step()) {
         const int id = rows.number(0);
         book.m_orders.edit(id) = {id,
@@ -99,7 +145,13 @@ void loadOrders(sqlite3* database, CPaperBook& book) {
                                   rows.integer(11),
                                   static_cast<EOrderStatus>(rows.number(12)),
                                   rows.text(13),
-                                  rows.text(14)};
+                                  rows.text(14),
+                                  static_cast<TC::EQdTraderType>(rows.number(15)),
+                                  rows.number(16),
+                                  rows.number(17),
+                                  rows.number(18),
+                                  rows.number(19),
+                                  rows.integer(20)};
         book.m_counters.m_nLastOrder = id;
     }
 }
@@ -163,11 +215,12 @@ struct CPaperStore::CConnection {
     CSqlStatement begin{raw, "BEGIN IMMEDIATE"};
     CSqlStatement commit{raw, "COMMIT"};
     CSqlStatement counters{raw, "INSERT OR REPLACE INTO desk VALUES (1, ?, ?)"};
-    CSqlStatement funds{raw, "INSERT OR REPLACE INTO funds VALUES (?, ?, ?)"};
-    CSqlStatement positions{raw, "INSERT OR REPLACE INTO positions VALUES (?, ?, ?, ?, ?, ?)"};
+    CSqlStatement funds{raw, "INSERT OR REPLACE INTO funds VALUES (?, ?, ?, ?)"};
+    CSqlStatement positions{raw, "INSERT OR REPLACE INTO positions VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
+    CSqlStatement debts{raw, "INSERT OR REPLACE INTO debts VALUES (?, ?, ?, ?, ?, ?)"};
     CSqlStatement tasks{raw, "INSERT OR REPLACE INTO tasks VALUES (?, ?, ?, ?, ?)"};
-    CSqlStatement orders{
-        raw, "INSERT OR REPLACE INTO orders VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
+    CSqlStatement orders{raw, "INSERT OR REPLACE INTO orders VALUES "
+                              "(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
     CSqlStatement fills{raw, "INSERT OR REPLACE INTO fills VALUES (?, ?, ?, ?, ?)"};
     CSqlStatement events{raw, "INSERT OR REPLACE INTO events VALUES (?, ?, ?, ?, ?, ?, ?, ?)"};
     CSqlStatement dropEvents{raw, "DELETE FROM events WHERE number <= ?"};
@@ -185,6 +238,7 @@ utils::KNError CPaperStore::open(const std::string& folder, CPaperBook& book,
         loadCounters(database, book);
         loadFunds(database, book);
         loadPositions(database, book);
+        loadDebts(database, book);
         loadTasks(database, book);
         loadOrders(database, book);
         loadFills(database, book);
@@ -218,11 +272,16 @@ utils::KNError CPaperStore::save(const CPaperBook& book, std::int64_t deliveredE
 void CPaperStore::CConnection::write(const CPaperBook& book, std::int64_t deliveredEvent) {
     counters.run(book.m_counters.m_nLastEvent, book.m_counters.m_strTradingDay);
     book.m_funds.visitChanged([this](const CPaperFunds*, const CPaperFunds& row) {
-        funds.run(row.m_strAccount, row.m_nCash, row.m_nFrozen);
+        funds.run(row.m_strAccount, row.m_nCash, row.m_nFrozen, row.m_nMargin);
     });
     book.m_positions.visitChanged([this](const CPaperPosition*, const CPaperPosition& row) {
-        positions.run(row.m_strAccount, row.m_strStock, row.m_nVolume, row.m_nSellable, row.m_nFrozen,
-                      row.m_nCost);
+        positions.run(row.m_strAccount, row.m_strStock, static_cast<int>(row.m_eSide), row.m_nVolume,
+                      row.m_nSellable, row.m_nToday, row.m_nFrozen, row.m_nFrozenToday, row.m_nCost,
+                      row.m_nPaid, row.m_nMargin);
+    });
+    book.m_debts.visitChanged([this](const CPaperDebt*, const CPaperDebt& row) {
+        debts.run(row.m_strAccount, row.m_strStock, row.m_nVolume, row.m_nAmount, row.m_nReturning,
+                  row.m_nReserved);
     });
     book.m_tasks.visitChanged([this](const CPaperTask*, const CPaperTask& row) {
         tasks.run(row.m_nId, row.m_nReference, row.m_nOrders, row.m_strRemark, row.m_strTime);
@@ -239,7 +298,9 @@ void CPaperStore::CConnection::writeOrders(const CPaperBook& book) {
         orders.run(row.m_nId, row.m_nTask, row.m_strAccount, row.m_strStock,
                    static_cast<int>(row.m_eOperation), static_cast<int>(row.m_ePriceType), row.m_bMarket,
                    row.m_nPrice, row.m_nVolume, row.m_nFilled, row.m_nFilledAmount, row.m_nFrozen,
-                   static_cast<int>(row.m_eStatus), row.m_strReason, row.m_strTime);
+                   static_cast<int>(row.m_eStatus), row.m_strReason, row.m_strTime,
+                   static_cast<int>(row.m_eFamily), row.m_nMultiplier, row.m_nMarginRate, row.m_nCloseEarlier,
+                   row.m_nCloseToday, row.m_nCredit);
     });
 }
 

@@ -31,7 +31,8 @@ public:
     CPaperStore& operator=(const CPaperStore&) = delete;
 
     /// Opens or makes FOLDER/paper.db and loads all of it into an empty book; the events that it still holds
-    /// go to `events`, oldest first. Fails where the database cannot be used or another version made it.
+    /// go to `events`, oldest first. A store of an older version is
+    /// brought up to this one. Fails where the database cannot be used or a newer version made it.
     [[nodiscard]] utils::KNError open(const std::string& folder, CPaperBook& book,
                                       std::vector<CBrokerEvent>& events);
 

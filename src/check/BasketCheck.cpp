@@ -24,9 +24,11 @@
 namespace TC {
 namespace {
 
+constexpr char kBadNumber[] = "[%1]　通道号: %2, 下单指令不合法!";
+
 constexpr CFamilyCheck kBasketCheck = {
     EOrderStrategyTradeType::Basket,
-    "[%1]　通道号: %2, 下单指令不合法!",
+    kBadNumber,
     ESettingText::Always,
     EQuoteWait::AlsoSpecified,
     ESplitInstrument::Named,
@@ -79,7 +81,7 @@ bool checkSwitch(const CBasket& basket) {
 
 bool checkRowsGiven(const CBasket& basket) {
     if (!basket.order.m_orders.isEmpty() || basket.order.m_nOrderType == kOrderBasketSell) return true;
-    return failCheck(basket.run, QString::fromUtf8(kBasketCheck.m_pszTooManyLines));
+    return failCheck(basket.run, QString::fromUtf8(kBadNumber));
 }
 
 void takeTargets(CBasket& basket) {
@@ -148,23 +150,24 @@ void takeRowPrices(CCheckRun& run, const CBasketRow& row) {
                          : kUnsetDouble;
 }
 
-int rowVolume(const CBasket& basket, const CBasketRow& row) {
+/// With its fraction, and of any size.
+double rowVolume(const CBasket& basket, const CBasketRow& row) {
     const CCheckRun& run = basket.run;
     if (run.priceData && sharesMoney(basket)) {
         const double amount = run.strategy.m_dAmount;
         const double price = isInvalidPrice(run.calcPrice) ? run.priceData->m_dLastPrice : run.calcPrice;
-        if (basket.totalWeight == 0.0)
-            return truncateToInt(amount / static_cast<double>(basket.rows.size()) / price);
-        return truncateToInt(row.weight * amount / basket.totalWeight / price);
+        if (basket.totalWeight == 0.0) return amount / static_cast<double>(basket.rows.size()) / price;
+        return row.weight * amount / basket.totalWeight / price;
     }
     if (isTargetOrder(basket.order.m_nOrderType)) return row.volume;
-    return truncateToInt(static_cast<double>(row.volume) * basket.multiplier);
+    return static_cast<double>(row.volume) * basket.multiplier;
 }
 
 bool isRowPriceUsable(const CCheckRun& run, EOperationType op) {
     if (!run.priceData) return false;
     const EPriceType priceType = run.setting.m_ePriceType;
-    if (knservice::isMarketPrice(priceType) || priceType == EPriceType::Specified) return true;
+    if (priceType == EPriceType::Specified) return std::isfinite(run.orderPrice);
+    if (knservice::isMarketPrice(priceType)) return true;
     const double price = run.priceData->getOriginPrice(priceType, op);
     return !isInvalidPrice(price) && !isZero(price);
 }
@@ -224,11 +227,12 @@ bool placeRow(CBasket& basket, const CBasketRow& row) {
     CCheckRun& run = basket.run;
     const EOperationType op = row.op;
     startRecord(run, op, {row.detail->m_strMarket, row.detail->m_strCode, row.detail->m_strName, {}});
-    run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, EQuoteWait::AlsoSpecified);
+    run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, run.family.m_eQuoteWait);
     if (isSuspended(run) || !mayStandInABasket(run.stock())) return true;
     takeRowPrices(run, row);
-    run.volume = rowVolume(basket, row);
-    if (run.volume < 0) return true;
+    const double volume = std::trunc(rowVolume(basket, row));
+    if (volume < 0) return true;
+    run.volume = truncateToInt(volume);
     dropUnpricedVolume(run, op);
     if (isInvalidPrice(run.calcPrice)) run.calcPrice = calcPriceOf(run, op);
     splitVolumes(run, op);
@@ -238,7 +242,6 @@ bool placeRow(CBasket& basket, const CBasketRow& row) {
 }
 
 bool placeRows(CBasket& basket) {
-    collectRows(basket);
     basket.run.codes.reserve(basket.run.codes.size() + basket.rows.size() * basket.run.accounts.size());
     return std::all_of(basket.rows.begin(), basket.rows.end(),
                        [&](const CBasketRow& row) { return placeRow(basket, row); });
@@ -249,15 +252,14 @@ bool sellPosition(CCheckRun& run, const CAccountInfoPtr& account,
                   const knservice::CPositionStatics& position) {
     const EOperationType op = EOperationType::Sell;
     startRecord(run, op, {position.m_strMarket, position.m_strCode, position.m_strName, {}});
-    run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, EQuoteWait::AlsoSpecified);
+    run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, run.family.m_eQuoteWait);
     if (isSuspended(run)) return true;
     run.orderPrice = kUnsetDouble;
-    const std::int64_t available = position.m_nAvailableVolume;
-    if (available > std::numeric_limits<int>::max() || available < std::numeric_limits<int>::min())
-        return true;
-    CCodeOrderParam record = makeRecord(run, op, account, static_cast<int>(available));
+    const int volume = truncateToInt(static_cast<double>(position.m_nAvailableVolume));
+    CCodeOrderParam record = makeRecord(run, op, account, volume);
     if (!checkRecordPrice(run, record)) return false;
-    run.codes.push_back(std::move(record));
+    // More than an order can name is not sold: half of it would be another order than the user's.
+    if (!isUnset(volume)) run.codes.push_back(std::move(record));
     return true;
 }
 
@@ -313,6 +315,7 @@ bool COrderServiceBase::checkAndFillOrderCompose(COrderParam& order, COrderStrat
     }
     takeTargets(basket);
     takeSetting(basket.run);
+    collectRows(basket);
     const bool isPlaced = order.m_bAll ? sellAll(basket) : placeRows(basket);
     return isPlaced && checkFirstPrice(basket.run);
 }

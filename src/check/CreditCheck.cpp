@@ -63,7 +63,8 @@ constexpr CFamilyCheck kOtherCheck = creditCheck(ESettingText::OrderKindThenPlai
 /// What is to be repaid, in money or in shares: the order's own, or the strategy's.
 double repaymentOf(const CCheckRun& run, bool isDirect) {
     const COrderSingleParam* line = run.line();
-    if (line != nullptr && isDirect && !isInvalidPrice(line->m_dAmount)) return line->m_dAmount;
+    if (line != nullptr && isDirect && !isInvalidPrice(line->m_dAmount))
+        return finiteOrUnset(line->m_dAmount);
     if (line != nullptr && !isDirect && !isUnset(line->m_nVolume)) return line->m_nVolume;
     return run.strategy.m_bUseAmount ? run.strategy.m_dAmount : run.strategy.m_nVolume;
 }

@@ -1,20 +1,23 @@
 // Futures, and options on futures: opening and closing contracts of one instrument.
 #include "check/CheckFrame.h"
 #include "check/Reports.h"
+#include "check/Volumes.h"
 #include "platform/ExchangeClient.h"
 #include "platform/TradingRules.h"
+
+#include <cmath>
 
 namespace TC {
 namespace {
 
 void takeLimits(const COrderSingleParam& line, COrderSetting& setting) {
     if (line.m_bHasFirstLimit) {
-        setting.m_dFirstLimit = line.m_dFirstLimit;
-        setting.m_bFirstLimitOn = !isInvalidPrice(line.m_dFirstLimit);
+        setting.m_dFirstLimit = finiteOrUnset(line.m_dFirstLimit);
+        setting.m_bFirstLimitOn = !isInvalidPrice(setting.m_dFirstLimit);
     }
     if (line.m_bHasSecondLimit) {
-        setting.m_dSecondLimit = line.m_dSecondLimit;
-        setting.m_bSecondLimitOn = !isInvalidPrice(line.m_dSecondLimit);
+        setting.m_dSecondLimit = finiteOrUnset(line.m_dSecondLimit);
+        setting.m_bSecondLimitOn = !isInvalidPrice(setting.m_dSecondLimit);
     }
 }
 
@@ -29,9 +32,13 @@ bool checkCode(const CCheckRun& run) {
 /// price types have no say.
 bool checkPrice(const CCheckRun& run) {
     const EPriceType priceType = run.setting.m_ePriceType;
-    const bool needsNumber = priceType != EPriceType::Specified && priceType != EPriceType::NoQuote;
-    if (run.priceData && !(needsNumber && isInvalidPrice(run.priceData->getOriginPrice(priceType, run.op))))
+    const bool isSpecified = priceType == EPriceType::Specified;
+    const bool needsNumber = !isSpecified && priceType != EPriceType::NoQuote;
+    const bool isNoNumber = isSpecified && run.line() != nullptr && !std::isfinite(run.line()->m_dPrice);
+    if (run.priceData && !isNoNumber &&
+        !(needsNumber && isInvalidPrice(run.priceData->getOriginPrice(priceType, run.op)))) {
         return true;
+    }
     return failPrice(run, QStringLiteral("[%1]　合约 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
 }
 

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 
 namespace TC {
@@ -18,13 +17,19 @@ COrderSingleParam makeRow(const QString& code, std::int64_t volume, EOperationTy
     constexpr std::int64_t kMost = std::numeric_limits<int>::max();
     COrderSingleParam row;
     row.m_strCode = code;
-    row.m_nVolume = static_cast<int>(std::clamp(volume, -kMost, kMost));
+    row.m_nVolume = volume >= -kMost && volume <= kMost ? static_cast<int>(volume) : kUnsetInt;
     row.m_eOperationType = static_cast<int>(operation);
     return row;
 }
 
-std::int64_t targetVolume(const COrderSingleParam& target, int multiplier) {
-    return static_cast<std::int64_t>(target.m_nVolume) * multiplier;
+/// What leads from so much held to the target. A target without a volume is no target: the row then has no
+/// volume either, so that nothing is traded for it.
+COrderSingleParam rowTo(const COrderSingleParam& target, int multiplier, std::int64_t held) {
+    if (isUnset(target.m_nVolume)) return makeRow(target.m_strCode, kUnsetInt, EOperationType::Buy);
+    const std::int64_t more = static_cast<std::int64_t>(target.m_nVolume) * multiplier - held;
+    const bool isSale = held > 0 && more < 0;
+    return makeRow(target.m_strCode, isSale ? -more : more,
+                   isSale ? EOperationType::Sell : EOperationType::Buy);
 }
 
 /// Targets by code, each of which can be used up once.
@@ -82,15 +87,12 @@ QVector<COrderSingleParam> positionDifferences(const QVector<CHeldVolume>& held,
     QVector<COrderSingleParam> rows;
     for (const CHeldVolume& position : held) {
         const COrderSingleParam* target = left.take(position.m_strCode);
-        const std::int64_t wanted = target != nullptr ? targetVolume(*target, multiplier) : 0;
-        const std::int64_t difference = position.m_nVolume - wanted;
-        if (difference == 0) continue;
-        rows.push_back(makeRow(position.m_strCode, std::abs(difference),
-                               difference > 0 ? EOperationType::Sell : EOperationType::Buy));
+        const COrderSingleParam row =
+            target != nullptr ? rowTo(*target, multiplier, position.m_nVolume)
+                              : makeRow(position.m_strCode, position.m_nVolume, EOperationType::Sell);
+        if (row.m_nVolume != 0) rows.push_back(row);
     }
-    left.visitLeft([&](const COrderSingleParam& target) {
-        rows.push_back(makeRow(target.m_strCode, targetVolume(target, multiplier), EOperationType::Buy));
-    });
+    left.visitLeft([&](const COrderSingleParam& target) { rows.push_back(rowTo(target, multiplier, 0)); });
     return rows;
 }
 

@@ -15,7 +15,8 @@ struct CHeldVolume {
 
 /// The orders that lead from what is held to the targets: what is held first, in its order, sold down or
 /// bought up to its target times the multiplier, and behind it the targets that nothing is held of, bought,
-/// by code. Pure.
+/// by code. A row whose volume cannot be worked out, since its target has none or the product is no int,
+/// has none: kUnsetInt. Pure.
 QVector<COrderSingleParam> positionDifferences(const QVector<CHeldVolume>& held,
                                                QVector<COrderSingleParam> targets, int multiplier);
 

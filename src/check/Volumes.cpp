@@ -23,9 +23,10 @@ std::optional<int> volumeOfRow(const COrderSingleParam& row, double amount, doub
     const double price = quote->m_dLastPrice;
     if (price == kUnsetDouble || price < -kPriceTolerance) return std::nullopt;
     const double shares = std::trunc(amount * row.m_dWeight / sum / price);
-    // A price of about zero gives no number of shares.
+    // A price of about zero, or an amount that nobody has, is no price either: a volume of 0 would be a
+    // target, and what is held would be sold for it.
     constexpr double kMost = std::numeric_limits<int>::max();
-    if (!std::isfinite(shares) || std::fabs(shares) > kMost) return 0;
+    if (!std::isfinite(shares) || std::fabs(shares) > kMost) return std::nullopt;
     const std::int64_t unit = tradingUnit({detail->m_strMarket, detail->m_strCode, {}, {}});
     return static_cast<int>(static_cast<std::int64_t>(shares) / unit * unit);
 }
@@ -36,6 +37,10 @@ int truncateToInt(double value) {
     const double whole = std::trunc(value);
     const bool fits = whole >= std::numeric_limits<int>::min() && whole <= std::numeric_limits<int>::max();
     return fits ? static_cast<int>(whole) : kUnsetInt;
+}
+
+double finiteOrUnset(double value) {
+    return std::isfinite(value) ? value : kUnsetDouble;
 }
 
 int tradingUnit(const CStockInfo& stock) {

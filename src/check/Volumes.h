@@ -12,12 +12,16 @@ namespace TC {
 /// The number without its fraction, or kUnsetInt where that is no int.
 int truncateToInt(double value);
 
+/// A number that came with an order: files may say "nan" or "inf", which mean nothing here and are as if not
+/// given.
+double finiteOrUnset(double value);
+
 /// Shares are bought in whole units of the instrument; an unknown instrument has a unit of one share.
 int tradingUnit(const CStockInfo& stock);
 
 /// Shares an amount of money, in currency units, out over the rows by weight, and writes the volume that each
-/// share buys at the latest price, in whole units. A row that cannot be priced keeps its volume. Reports
-/// nothing; waits for nothing.
+/// share buys at the latest price, in whole units. A row that cannot be priced, or whose share is
+/// no number of shares, keeps its volume. Reports nothing; waits for nothing.
 void calcVolumnByWeight(QVector<COrderSingleParam>& rows, double amount);
 
 } // namespace TC

@@ -2,7 +2,8 @@
 
 #include "net/NetManager.h"
 
-#include <chrono>
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace net {
@@ -11,11 +12,12 @@ namespace {
 namespace asio = boost::asio;
 using boost::system::error_code;
 
-/// So many unsent bytes and nothing more is read from the peer until it has taken most of them.
+/// With more unsent bytes than that nothing is read from the peer. So many that have gone out are given back.
 constexpr std::size_t kCrowded = 256 * 1024;
 
-/// How long a connection that is to end waits for its peer.
+/// How long a connection that is to end waits for a peer that takes nothing, and how long for one that does.
 constexpr std::chrono::seconds kEndLimit{5};
+constexpr std::chrono::seconds kSlowEndLimit{60};
 
 constexpr int kReadsPerTurn = 16;
 
@@ -77,19 +79,32 @@ void NetConnection::onRead(const error_code& error, std::size_t length) {
 void NetConnection::flush() {
     if (m_bWriting) return;
     error_code error;
+    bool hasMoved = false;
     while (hasUnsent() && isOpen() && !error) {
         const std::size_t count =
             m_socket.write_some(asio::buffer(m_unsent.data() + m_nSent, m_unsent.size() - m_nSent), error);
         m_nSent += count;
+        hasMoved = hasMoved || count > 0;
         if (count > 0) m_manager.onDataSend(static_cast<int>(count), shared_from_this());
     }
-    if (error == asio::error::would_block) return waitForRoom();
+    if (hasMoved && m_bFinishing) limitTheEnd();
+    if (error == asio::error::would_block) {
+        dropSent();
+        return waitForRoom();
+    }
     if (error) return m_manager.fail(shared_from_this(), error.value());
     m_nSent = 0;
     m_unsent.clear();
     // An idle connection keeps little.
     if (m_unsent.capacity() > kKept) std::vector<unsigned char>().swap(m_unsent);
     if (m_bFinishing) drain();
+}
+
+/// A peer that never takes all of it must not make the buffer hold all that it ever took.
+void NetConnection::dropSent() {
+    if (m_nSent < kCrowded) return;
+    m_unsent.erase(m_unsent.begin(), m_unsent.begin() + static_cast<std::ptrdiff_t>(m_nSent));
+    m_nSent = 0;
 }
 
 void NetConnection::waitForRoom() {
@@ -107,6 +122,8 @@ void NetConnection::waitForRoom() {
 void NetConnection::finish() {
     if (m_bFinishing || !isOpen()) return;
     m_bFinishing = true;
+    m_lastEnd = std::chrono::steady_clock::now() + kSlowEndLimit;
+    m_endLimit = std::make_unique<asio::steady_timer>(m_socket.get_executor());
     limitTheEnd();
     flush();
 }
@@ -127,8 +144,9 @@ void NetConnection::discard() {
     close();
 }
 
+/// Gives the peer its time anew, as long as the last end allows.
 void NetConnection::limitTheEnd() {
-    m_endLimit = std::make_unique<asio::steady_timer>(m_socket.get_executor(), kEndLimit);
+    m_endLimit->expires_at(std::min(std::chrono::steady_clock::now() + kEndLimit, m_lastEnd));
     m_endLimit->async_wait([self = shared_from_this()](const error_code& error) {
         if (!error) self->close();
     });

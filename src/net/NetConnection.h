@@ -7,6 +7,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -25,7 +26,8 @@ class NetManager;
 ///
 /// A connection that is to end first sends what waits, then tells the peer that nothing more comes, and takes
 /// what the peer still sends without a look: a socket that closes over unread bytes would take back replies
-/// that are on their way. A peer that does not play along is cut off after a few seconds.
+/// that are on their way. A peer that takes nothing is cut off after a few seconds, a slow
+/// one after a minute.
 class NetConnection : public boost::enable_shared_from_this<NetConnection> {
 public:
     /// Takes an accepted socket. The manager outlives the connection's last call-back.
@@ -48,6 +50,7 @@ private:
 
     void waitForData();
     void onRead(const boost::system::error_code& error, std::size_t length);
+    void dropSent();
     void waitForRoom();
     void finish();
     void drain();
@@ -71,6 +74,7 @@ private:
     bool m_bFinishing = false; ///< to be closed: sends what waits and takes nothing more
     bool m_bPeerEnded = false; ///< the peer sends nothing more
     std::unique_ptr<boost::asio::steady_timer> m_endLimit; ///< made for the end alone
+    std::chrono::steady_clock::time_point m_lastEnd;       ///< what the limit is never moved beyond
 };
 
 using NetConnectionPtr = boost::shared_ptr<NetConnection>;

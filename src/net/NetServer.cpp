@@ -59,12 +59,7 @@ unsigned short NetServer::port() const {
 
 void NetServer::waitForStop() {
     std::unique_lock lock(m_mutex);
-    m_stopSignal.wait(lock, [this] { return m_bStopped; });
-}
-
-bool NetServer::isStopped() const {
-    const std::lock_guard lock(m_mutex);
-    return m_bStopped;
+    m_stopSignal.wait(lock, [this] { return isStopped(); });
 }
 
 /// The mutex is held.

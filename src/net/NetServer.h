@@ -5,6 +5,7 @@
 #include <boost/asio/steady_timer.hpp>
 #include <boost/enable_shared_from_this.hpp>
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -35,7 +36,7 @@ public:
 protected:
     /// Blocks the calling thread until stop is called.
     void waitForStop();
-    bool isStopped() const;
+    bool isStopped() const { return m_bStopped; }
 
 private:
     boost::shared_ptr<void> keepAlive() override { return shared_from_this(); }
@@ -50,7 +51,7 @@ private:
     mutable std::mutex m_mutex; ///< guards what stands below: stop comes from other threads
     std::condition_variable m_stopSignal;
     boost::asio::ip::tcp::acceptor m_acceptor;
-    bool m_bStopped = false;
+    std::atomic<bool> m_bStopped{false}; ///< read without the mutex too
 
     boost::asio::steady_timer m_pause; ///< runs while the process has no descriptors left
 };

@@ -82,7 +82,7 @@ QString messageHead(const COrderStrategyParam& strategy) {
 
 void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
-    // Nobody who logged in to a listener of one user may trade on another's accounts.
+    // Nobody stays logged in from one user to the next.
     if (m_pStrategies != nullptr && m_pStrategies != strategies) m_listeners.closeAll();
     change([&] { m_pStrategies = strategies; });
 }

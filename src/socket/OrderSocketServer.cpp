@@ -25,6 +25,8 @@ constexpr std::size_t kGreetingSize = 500;
 constexpr std::size_t kReplySize = 1024;
 constexpr std::string_view kQuitWord = "quit";
 constexpr std::chrono::seconds kLoginWatch{1};
+/// Room for unfinished lines that a connection keeps between reads.
+constexpr int kKept = 128 * 1024;
 
 constexpr const char* kBadCommand = "Bad Command";
 constexpr const char* kBadParam = "Bad Param";
@@ -143,14 +145,16 @@ void COrderSocketServer::onDataReceived(const std::vector<unsigned char>& data, 
     closeSilent();
 }
 
-/// Serves the lines that are whole. What is consumed leaves the buffer in one go at the end, so that many
-/// short lines cost no more than one long one.
+/// Serves the lines that are whole, as long as the listener is not stopped: what came in behind that is lost
+/// with its connection and has no reply. What is consumed leaves the buffer in one go at the end, so that
+/// many short lines cost no more than one long one.
 void COrderSocketServer::takeLines(const net::NetConnectionPtr& conn, ConnData& data) {
     const std::string_view bytes(data.m_buffer.constData(), static_cast<std::size_t>(data.m_nBuffered));
     std::size_t begin = 0;
     std::size_t scan = static_cast<std::size_t>(data.m_nScanned);
     for (std::size_t feed = bytes.find('\n', scan); feed != std::string_view::npos;
          feed = bytes.find('\n', scan)) {
+        if (isStopped()) return;
         // A line feed ends a line only behind a carriage return of the same line.
         const bool isLineEnd = feed > begin && bytes[feed - 1] == '\r';
         if (!isLineEnd && checkLineEnd(conn) == ENext::Closed) return;
@@ -164,6 +168,7 @@ void COrderSocketServer::takeLines(const net::NetConnectionPtr& conn, ConnData& 
         return;
     }
     data.m_buffer.remove(0, static_cast<int>(begin));
+    if (data.m_buffer.capacity() > kKept && data.m_buffer.size() < kKept) data.m_buffer.squeeze();
     data.m_nBuffered = data.m_buffer.size();
     data.m_nScanned = left;
 }

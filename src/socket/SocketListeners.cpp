@@ -102,20 +102,31 @@ void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error)
     wrapper->server()->strategyIds().insert(strategy.m_nChannel);
     wrapper->server()->start(false);
     joinFinished();
+    CFutrueSocketServerParam param;
+    param.m_strUser = strategy.m_strUser;
+    param.m_strPass = strategy.m_strPass;
+    param.m_nRefCount = 1;
+    m_socketParams.insert(source, param);
+    m_socketServers.insert(source, wrapper);
+    try {
+        startThread(wrapper);
+    } catch (...) {
+        m_socketServers.remove(source);
+        throw;
+    }
+    tellDoor(EDoorEvent::Opened, source);
+}
+
+/// The last step of a start: nobody could stop a thread whose listener is not on the list.
+void CSocketListeners::startThread(boost::shared_ptr<COrderSocketServerWrapper> wrapper) {
     const auto isDone = std::make_shared<std::atomic<bool>>(false);
+    m_threads.reserve(m_threads.size() + 1);
     m_threads.push_back({std::thread([wrapper, isDone]() mutable {
                              serve(*wrapper);
                              wrapper.reset();
                              *isDone = true;
                          }),
                          isDone});
-    m_socketServers.insert(source, wrapper);
-    CFutrueSocketServerParam param;
-    param.m_strUser = strategy.m_strUser;
-    param.m_strPass = strategy.m_strPass;
-    param.m_nRefCount = 1;
-    m_socketParams.insert(source, param);
-    tellDoor(EDoorEvent::Opened, source);
 }
 
 bool CSocketListeners::leave(const COrderStrategyParam& strategy, QString& error) {

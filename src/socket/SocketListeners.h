@@ -44,6 +44,7 @@ public:
 
 private:
     void open(const COrderStrategyParam& strategy, QString& error);
+    void startThread(boost::shared_ptr<COrderSocketServerWrapper> wrapper);
     void share(const COrderStrategyParam& strategy, QString& error);
     void close(const QString& source);
     void joinFinished();

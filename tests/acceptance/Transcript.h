@@ -21,7 +21,7 @@ struct CStatement {
 /// A transcript in tests/acceptance/transcripts: what goes in by a door, and what must come out.
 ///
 ///     # remarks
-///     strategy 3 price=latest volume=500     a file strategy; see TranscriptTest.cpp for all words
+///     strategy 3 price=latest volume=500     a file strategy; see Road.cpp for all words
 ///     file 3                                 a file for channel 3; its lines follow, each behind "> "
 ///     > 23,0,10.5,600000,100                 escapes: \t \r \\ \xHH; "file 3 gbk" turns the text into GBK
 ///     >> 24,0                                the same without a line feed behind it

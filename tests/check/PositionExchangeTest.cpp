@@ -60,6 +60,21 @@ TEST_F(PositionExchange, TargetsAreMultiplied) {
     EXPECT_EQ(exchange({target("a", 300), target("b", 10)}, 2), "sell 400 a, buy 20 b, ");
 }
 
+TEST_F(PositionExchange, TargetWithoutAVolumeGivesARowWithoutOne) {
+    hold("a", 1000);
+    const std::string none = std::to_string(kUnsetInt);
+    EXPECT_EQ(exchange({target("a", kUnsetInt), target("b", kUnsetInt)}),
+              "buy " + none + " a, buy " + none + " b, ");
+}
+
+TEST_F(PositionExchange, TargetThatIsNoIntGivesARowWithoutAVolume) {
+    hold("a", 1000);
+    const std::string none = std::to_string(kUnsetInt);
+    EXPECT_EQ(exchange({target("a", 2000000), target("b", 2000000)}, 2000),
+              "buy " + none + " a, buy " + none + " b, ");
+    EXPECT_EQ(exchange({target("a", 2000000)}, -2000), "sell " + none + " a, ");
+}
+
 TEST_F(PositionExchange, PositionsOfOtherBrokersAreNotSeen) {
     host.user.addAccount("C1", EQDBrokerType::Credit);
     const auto position = boost::make_shared<knservice::CPositionStatics>();

@@ -2,6 +2,8 @@
 
 #include "tests/check/CheckFixture.h"
 
+#include <cmath>
+
 namespace {
 
 using namespace TC;
@@ -59,9 +61,12 @@ TEST_F(WeightedVolumes, RowsThatCannotBePricedKeepTheirVolumeSilently) {
     EXPECT_TRUE(host.messageTexts().empty());
 }
 
-TEST_F(WeightedVolumes, PriceOfZeroGivesNothing) {
+TEST_F(WeightedVolumes, ShareThatIsNoNumberOfSharesIsNone) {
+    EXPECT_EQ(volumes({row("600001", 1)}, kUnsetDouble), std::vector<int>{7});
+    EXPECT_EQ(volumes({row("600001", 1)}, 3e11), std::vector<int>{7});
+    EXPECT_EQ(volumes({row("600001", std::nan(""))}, 1e6), std::vector<int>{7});
     setLast("SH600001", 0);
-    EXPECT_EQ(volumes({row("600001", 1)}, 1e6), std::vector<int>{0});
+    EXPECT_EQ(volumes({row("600001", 1)}, 1e6), std::vector<int>{7});
 }
 
 TEST_F(WeightedVolumes, StarMarketGoesByTheUnitThatIsShown) {

@@ -1,6 +1,8 @@
 // Reads the examples of docs/order-file.md from the page itself.
 #include "intake/OrderFileParser.h"
+#include "tests/docs/FamilyRoad.h"
 #include "tests/docs/FencedBlocks.h"
+#include "tests/docs/NumberTable.h"
 #include "tests/intake/FakeLinePort.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -58,8 +60,14 @@ std::string outcomeOf(const std::string& lines) {
     return port.log.str();
 }
 
+const std::string kPage = std::string(SOURCE_DIR) + "/docs/order-file.md";
+
+std::vector<CNumberExample> numberExamples() {
+    return readNumbers(kPage, "## All numbers", "2");
+}
+
 TEST(OrderFilePage, EveryExampleGivesTheOrdersBelowIt) {
-    const auto blocks = readFencedBlocks(std::string(SOURCE_DIR) + "/docs/order-file.md");
+    const auto blocks = readFencedBlocks(kPage);
     int examples = 0;
     for (std::size_t i = 0; i + 1 < blocks.size(); ++i) {
         if (blocks[i].info != "order-file") continue;
@@ -68,6 +76,33 @@ TEST(OrderFilePage, EveryExampleGivesTheOrdersBelowIt) {
         ++examples;
     }
     EXPECT_GE(examples, 11);
+}
+
+TEST(OrderFilePage, EveryNumberGivesItsOrder) {
+    std::set<int> numbers;
+    for (const CNumberExample& example : numberExamples()) {
+        EXPECT_EQ(outcomeOf(example.lines), example.order) << example.lines;
+        numbers.insert(example.number);
+    }
+    EXPECT_EQ(numbers, grammarNumbers());
+}
+
+TEST(OrderFilePage, EveryNumberGoesOutWhereThePageSaysSo) {
+    const std::map<std::string, std::string> families = familyNumbers();
+    CFamilyRoad road;
+    int channel = 0;
+    std::map<std::string, int> channels;
+    for (const auto& [family, number] : families) {
+        road.addStrategy(++channel, number, CFamilyRoad::wordsOf(family));
+        channels[family] = channel;
+    }
+    for (const CNumberExample& example : numberExamples()) {
+        const auto log = road.drop(channels.at(example.family), example.lines);
+        const std::string command = findLine(log, "command ");
+        EXPECT_EQ(!command.empty(), example.goesOut) << example.family << ": " << example.lines;
+        EXPECT_EQ(findLine(log, "error ").empty(), example.goesOut)
+            << example.family << ": " << example.lines;
+    }
 }
 
 } // namespace

@@ -2,7 +2,9 @@
 #include "base/Text.h"
 #include "records/Portfolio.h"
 #include "socket/OrderCommandParser.h"
+#include "tests/docs/FamilyRoad.h"
 #include "tests/docs/FencedBlocks.h"
+#include "tests/docs/NumberTable.h"
 #include "tests/socket/SocketFixture.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -138,6 +140,38 @@ TEST_F(SocketProtocolPage, EveryLineGivesTheOrderBelowIt) {
         EXPECT_EQ(outcomes, all[i + 1].text) << "line " << all[i].line;
     }
     EXPECT_GE(examples, 40);
+}
+
+std::vector<CNumberExample> numberExamples() {
+    return readNumbers(std::string(SOURCE_DIR) + kPage, "### All numbers", "1");
+}
+
+TEST_F(SocketProtocolPage, EveryNumberGivesItsOrder) {
+    std::set<int> numbers;
+    for (const CNumberExample& example : numberExamples()) {
+        const std::string line = example.lines.substr(0, example.lines.size() - 1);
+        EXPECT_EQ(outcomeOf("placeorder " + line) + "\n", example.order) << line;
+        numbers.insert(example.number);
+    }
+    EXPECT_EQ(numbers, grammarNumbers());
+}
+
+/// Sends the examples of one family on a road of its own; the channel of the lines is its strategy.
+void expectNumbersOf(const std::string& family, const std::string& number) {
+    CFamilyRoad road;
+    road.addStrategy(3, number, "socket " + CFamilyRoad::wordsOf(family));
+    for (const CNumberExample& example : numberExamples()) {
+        if (example.family != family) continue;
+        const std::string line = example.lines.substr(0, example.lines.size() - 1);
+        const auto log = road.send(3, "placeorder " + line);
+        EXPECT_EQ(!findLine(log, "command ").empty(), example.goesOut) << family << ": " << line;
+        EXPECT_EQ(findLine(log, "error ").empty(), example.goesOut) << family << ": " << line;
+    }
+}
+
+TEST(SocketProtocolNumbers, GoOutWhereThePageSaysSo) {
+    for (const auto& [family, number] : familyNumbers())
+        expectNumbersOf(family, number);
 }
 
 /// The greeting has the length that the page tells.

@@ -51,6 +51,18 @@ TEST_F(OrderSocketServer, LinesOfOnePacketAreServedInOrder) {
     EXPECT_EQ(gate.batches.size(), 1u);
 }
 
+TEST_F(OrderSocketServer, LinesBehindAStopAreNotServed) {
+    start("", "");
+    gate.onPlace = [this] { server().stop(); };
+    const auto client = connect();
+    client->send("placeorder 23,3,10.5\r\nplaceorder 23,3,10.5\r\ncancel 42\r\n");
+    EXPECT_EQ(client->readLine(), kOk);
+    stop();
+    EXPECT_EQ(client->readAll(), "");
+    EXPECT_EQ(gate.batches.size(), 1u);
+    EXPECT_TRUE(gate.cancelledTasks.empty());
+}
+
 TEST_F(OrderSocketServer, WhatIsNoCommandIsAnswered) {
     start();
     const auto client = connect();

@@ -36,6 +36,7 @@ protected:
         m_thread.join();
         m_wrapper.reset();
     }
+    TC::COrderSocketServer& server() { return *m_wrapper->server(); }
     void guard() { host.switches.on.insert("mdl_order_socket_guard"); }
 
     /// A connection that has read its greeting.

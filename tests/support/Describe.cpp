@@ -21,6 +21,11 @@ void describeCode(std::ostream& out, const TC::CCodeOrderParam& code) {
     out << " type " << number(code.m_ePriceType);
     if (number(code.m_eOrderType) != 0) out << " kind " << number(code.m_eOrderType);
     if (!TC::isUnset(code.m_nQuantityKind)) out << " quantity " << code.m_dQuantity;
+    if (!TC::isUnset(code.m_eEntrustType)) out << " entrust " << number(code.m_eEntrustType);
+    if (!code.m_strContractText.empty()) out << " contract \"" << code.m_strContractText << '"';
+    if (!code.m_strRepayText.empty()) out << " repays \"" << code.m_strRepayText << '"';
+    if (!code.m_strSubAccountId.empty())
+        out << " sub-account " << code.m_nSubAccountKind << ' ' << code.m_strSubAccountId;
     out << ']';
 }
 
@@ -28,13 +33,26 @@ void describeCode(std::ostream& out, const TC::CCodeOrderParam& code) {
 
 std::string describe(const TC::COrderComandParam& command) {
     std::ostringstream out;
-    out << "command trader " << number(command.m_eTraderType) << " tag " << command.m_strTag;
+    out << "command trader " << number(command.m_eTraderType) << " tag "
+        << (command.m_strTag.empty() ? "-" : command.m_strTag);
     if (!command.m_strRemark.empty()) out << " remark \"" << command.m_strRemark << '"';
     if (!command.m_strAlgoParam.empty()) out << " algo \"" << command.m_strAlgoParam << '"';
     if (number(command.m_ePlatform) != 0) out << " platform " << number(command.m_ePlatform);
     if (command.m_bForceConfirm) out << " confirm";
     for (const TC::CCodeOrderParam& code : command.m_codes)
         describeCode(out, code);
+    return out.str();
+}
+
+std::string describeDetails(const TC::COrderComandParam& command) {
+    std::ostringstream out;
+    out << "details hedge " << number(command.m_eHedgeType) << " button " << number(command.m_eBtnType)
+        << (command.m_bUnion ? " union" : " split") << (command.m_bCommandFlag ? " flag" : "") << " source "
+        << number(command.m_eStrategyType) << " weights";
+    for (const auto& [account, weight] : command.m_weights)
+        out << ' ' << account << '=' << weight;
+    out << " created " << (command.m_strCreateTime.empty() ? "-" : command.m_strCreateTime);
+    if (!command.m_extra.isEmpty()) out << " extra " << command.m_extra.jsonString();
     return out.str();
 }
 

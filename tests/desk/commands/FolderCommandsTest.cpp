@@ -2,6 +2,7 @@
 #include "desk/commands/DemoFiles.h"
 #include "desk/commands/NewFolder.h"
 #include "desk/config/ConfigLoader.h"
+#include "desk/config/Words.h"
 #include "tests/desk/config/ConfigFolder.h"
 
 #include <gtest/gtest.h>
@@ -78,7 +79,7 @@ protected:
 TEST_F(DemoFolder, PassesTheCheck) {
     std::ostringstream out;
     EXPECT_EQ(runCheck(m_folder.path("desk"), out), 0);
-    EXPECT_EQ(out.str(), m_folder.path("desk") + ": good; 3 accounts, 5 strategies, 12 instruments\n");
+    EXPECT_EQ(out.str(), m_folder.path("desk") + ": good; 14 accounts, 14 strategies, 19 instruments\n");
 }
 
 TEST_F(DemoFolder, MayIssueCommandsFromFilesAndSignals) {
@@ -111,10 +112,11 @@ TEST_F(DemoFolder, StartsAFileStrategyOfEachKind) {
               }),
               1);
     EXPECT_GE(count([](const COrderStrategyParam& s) { return s.m_bUseAmount; }), 1);
-    EXPECT_GE(count([](const COrderStrategyParam& s) {
-                  return s.m_eTradeType == TC::EOrderStrategyTradeType::Basket;
-              }),
-              1);
+    for (const auto& [word, number] : familyWords()) {
+        const auto family = static_cast<TC::EOrderStrategyTradeType>(number);
+        if (family == TC::EOrderStrategyTradeType::FutureBasket) continue; // checked as a basket is
+        EXPECT_GE(count([&](const COrderStrategyParam& s) { return s.m_eTradeType == family; }), 1) << word;
+    }
 }
 
 TEST_F(DemoFolder, HasInstrumentsOfEachTypeThatTheRulesAskFor) {

@@ -75,7 +75,8 @@ const CSpoiled kDeskRows[] = {
     {"UnknownSwitch", "desk.toml", "[settings.stock]",
      "[switches]\nmdl_order_remark = true\n[settings.stock]",
      "desk.toml:26: switches: unknown key \"mdl_order_remark\"; expected one of mdl_order_command_remark, "
-     "mdl_order_pb_display, mdl_order_service_force_confirm, mdl_order_socket_guard, "
+     "mdl_order_compose_basket_buy_sell, mdl_order_pb_display, mdl_order_service_force_confirm, "
+     "mdl_order_socket_guard, "
      "mdl_order_split_orderNum"},
     {"ListExpected", "desk.toml", "[{ account = \"A1\", weight = 6 }]",
      "[{ account = \"A1\", weight = 6 }, \"C1\"]",
@@ -128,7 +129,7 @@ const CSpoiled kDeskRows[] = {
      "[[basket]]\nname = \"蓝筹\"\nrows = []\n[settings.stock]",
      "desk.toml:25: basket: basket \"蓝筹\" stands twice"},
     {"BasketOfUnknownInstrument", "desk.toml", "code = \"600000\"", "code = \"600009\"",
-     "desk.toml:23: basket.rows: instrument \"SH600009\" is unknown; expected market and code of a row in "
+     "desk.toml:23: basket.rows: instrument \"SH600009\" is unknown; expected market and code of a stock in "
      "instruments.csv"},
 };
 INSTANTIATE_TEST_SUITE_P(InDeskToml, DeskMistake, testing::ValuesIn(kDeskRows), nameOf);
@@ -222,7 +223,8 @@ const CSpoiled kTableRows[] = {
      "instruments.csv:2: lower_limit must be above 0; leave it empty where there is no price"},
     {"UnknownColumn", "instruments.csv", "lower_limit", "low_limit",
      "instruments.csv:1: unknown column \"low_limit\"; expected one of market, code, name, product, types, "
-     "unit, ui_unit, upper_limit, lower_limit, reference_price, transfer_kind"},
+     "unit, ui_unit, upper_limit, lower_limit, reference_price, transfer_kind, kind, multiplier, "
+     "margin_rate"},
     {"QuoteOfUnknownInstrument", "quotes.csv", "SH600000,", "SH600009,10,,,,,,\nSH600000,",
      "quotes.csv:2: instrument \"SH600009\" is unknown; expected market and code of a row in "
      "instruments.csv"},

@@ -141,5 +141,27 @@ TEST(DeskTradingRules, NoPriceTypeIsAMarketPriceAndNoOrderKindAnAlgorithm) {
     EXPECT_EQ(rules.getPlatformTypeByOrderType(static_cast<TC::EOrderType>(20)), TC::ETradePlatform::Plain);
 }
 
+TEST(DeskTradingRules, OperationsAreBoughtClosedRepaidAndBookedAsTheTableSays) {
+    const struct {
+        int operation;
+        bool isBuy, isClose, isDirectRepay;
+        int booking;
+    } rows[] = {{18, true, false, false, 0},  {19, false, false, false, 0}, {0, true, false, false, 0},
+                {1, false, true, false, 0},   {3, false, false, false, 0},  {4, true, true, false, 0},
+                {10, false, false, false, 0}, {20, true, false, false, 1},  {21, false, false, false, 2},
+                {22, true, false, false, 4},  {23, false, false, false, 4}, {24, false, false, false, 3},
+                {25, false, false, true, 3},  {55, false, false, false, 5}, {1021, false, false, true, 3},
+                {-1, false, false, false, 0}, {999, false, false, false, 0}};
+    CDeskTradingRules rules;
+    for (const auto& row : rows) {
+        const auto operation = static_cast<TC::EOperationType>(row.operation);
+        EXPECT_EQ(rules.isBuy(operation), row.isBuy) << row.operation;
+        EXPECT_EQ(rules.isClose(operation), row.isClose) << row.operation;
+        EXPECT_EQ(rules.isDirectRepay(operation), row.isDirectRepay) << row.operation;
+        EXPECT_EQ(static_cast<int>(rules.operationTypeToEntrustType(operation)), row.booking)
+            << row.operation;
+    }
+}
+
 } // namespace
 } // namespace desk

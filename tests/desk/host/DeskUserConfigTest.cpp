@@ -121,6 +121,14 @@ TEST_F(DeskUserConfig, ATableRowNamesOnlySimpleAccounts) {
     EXPECT_FALSE(m_user.hasSimpleAccount(QStringLiteral("A9")));
 }
 
+TEST_F(DeskUserConfig, AnAccountIsGivenByItsKey) {
+    const TC::CAccountPtr account = m_user.getAccountData(QStringLiteral("C1"));
+    ASSERT_TRUE(account);
+    EXPECT_EQ(account->toInfo()->m_strKey, "C1");
+    EXPECT_EQ(account->toInfo()->m_nBrokerType, static_cast<int>(kCredit));
+    EXPECT_FALSE(m_user.getAccountData(QStringLiteral("C9")));
+}
+
 TEST_F(DeskUserConfig, SpecifiedPricesAndTheBooksAreValidAndNoOthers) {
     const auto isValid = [&](int type) {
         return m_user.isPriceTypeValid(static_cast<TC::EPriceType>(type), TC::EOperationType::Buy, kStock,

@@ -53,6 +53,51 @@ TEST_F(MarketServices, ExchangeClientKnowsTheFoldersInstruments) {
     EXPECT_EQ(detail->m_tradeInfo.m_nTransferKind, 2);
 }
 
+CInstrumentEntry makeKind(EInstrumentKind kind, const std::string& market, const std::string& code) {
+    CInstrumentEntry entry;
+    entry.market = market;
+    entry.code = code;
+    entry.kind = kind;
+    return entry;
+}
+
+/// Every question of the exchange client about a name, one letter for each yes.
+std::string marketsOf(CDeskExchangeClient& exchange, const char* name) {
+    const QString text = QString::fromLatin1(name);
+    std::string markets;
+    const auto note = [&](bool has, char letter) {
+        if (has) markets += letter;
+    };
+    note(exchange.hasStock(text), 's');
+    note(exchange.hasFuture(text), 'f');
+    note(exchange.hasOption(text), 'o');
+    note(exchange.hasFutureOption(text), 'p');
+    note(exchange.hasSkstock(text), 'z');
+    note(exchange.hasHkstock(text), 'h');
+    note(exchange.hasGold(text), 'g');
+    note(exchange.hasNeeq(text), 'n');
+    return markets;
+}
+
+TEST_F(MarketServices, EachMarketKnowsItsKindAloneAndDerivativesGoByTheirPlainCodeToo) {
+    using Kind = EInstrumentKind;
+    CDeskExchangeClient exchange(
+        {makeInstrument(), makeKind(Kind::Future, "CF", "IF2609"),
+         makeKind(Kind::FutureOption, "CF", "IO2609-C-4000"), makeKind(Kind::StockOption, "SHO", "10005001"),
+         makeKind(Kind::Sgt, "SGT", "00001"), makeKind(Kind::Hgt, "HGT", "00001"),
+         makeKind(Kind::Gold, "GOLD", "AU99"), makeKind(Kind::Neeq, "NEEQ", "430001")});
+    const std::pair<const char*, const char*> rows[] = {
+        {"SH688105", "s"},    {"688105", ""},         {"IF2609", "f"},
+        {"CFIF2609", "f"},    {"if2609", ""},         {"10005001", "o"},
+        {"SHO10005001", "o"}, {"IO2609-C-4000", "p"}, {"SGT00001", "z"},
+        {"HGT00001", "h"},    {"00001", ""},          {"GOLDAU99", "g"},
+        {"AU99", ""},         {"NEEQ430001", "n"},    {"", ""}};
+    for (const auto& [name, markets] : rows)
+        EXPECT_EQ(marketsOf(exchange, name), markets) << name;
+    EXPECT_EQ(exchange.getCodeInfo(QStringLiteral("IF2609")),
+              exchange.getCodeInfo(QStringLiteral("CFIF2609")));
+}
+
 TEST_F(MarketServices, TheTradingDayIsTheClocksDate) {
     CDeskExchangeClient exchange({});
     EXPECT_EQ(exchange.getMaxTradingDay(), "20260105");

@@ -41,9 +41,21 @@ TEST(JournalText, CommandShowsEachOrderOnALineOfItsOwn) {
             R"("trader_type":1,"remark":"备注","codes":[{"account":"A1","operation_type":18,"price_type":11,"price":10.01,)"
             R"("volume":300,"stock":{"market":"SH","code":"600000","name":"浦发银行"}},{"account":"A2",)"
             R"("operation_type":19,"price_type":12,"price":null,"volume":100,"stock":{"market":"SZ","code":"000001"}}])"),
-        kShown + "command  family 1, 2 orders, remark: 备注\n"
+        kShown + "command  family stock, 2 orders, remark: 备注\n"
                  "    A1  buy 300 SH600000 浦发银行 @ 10.01 (price type 11)\n"
                  "    A2  sell 100 SZ000001 at market (price type 12)\n");
+}
+
+TEST(JournalText, FamiliesAndOperationsHaveTheirWords) {
+    EXPECT_EQ(shown("command",
+                    R"("trader_type":8,"codes":[{"account":"C1","operation_type":25,"price_type":11,)"
+                    R"("price":null,"volume":20000,"stock":{"market":"","code":"","name":""}}])"),
+              kShown + "command  family credit, 1 order\n"
+                       "    C1  repay money 20000 (price type 11)\n");
+    EXPECT_EQ(shown("fill", R"("fill":3,"order":5,"account":"F1","stock":"CFIF2609","operation_type":3,)"
+                            R"("price":4000.0,"volume":2)"),
+              kShown + "fill  3 of order 5: F1 open short 2 CFIF2609 @ 4000.0\n");
+    EXPECT_EQ(shown("command", R"("trader_type":3,"codes":[])"), kShown + "command  family 3, 0 orders\n");
 }
 
 TEST(JournalText, EachKindReadsAsOneLine) {
@@ -95,8 +107,8 @@ TEST(JournalText, TextsCannotBreakTheLineOrReachTheTerminal) {
 TEST(JournalText, RecordOfAnotherShapeIsShownAsFarAsItGoes) {
     EXPECT_EQ(shown("command", R"("codes":[1,{"stock":2}],"trader_type":{})"),
               kShown + "command  family {}, 2 orders\n"
-                       "    -  operation - - -- at market (price type -)\n"
-                       "    -  operation - - -- at market (price type -)\n");
+                       "    -  operation - - at market (price type -)\n"
+                       "    -  operation - - at market (price type -)\n");
 }
 
 TEST_F(ShowJournalTest, PrintsAllRecordsAndShowsDamagedLines) {

@@ -33,6 +33,15 @@ TEST(DeskPriceData, EveryLevelHasItsPriceType) {
     }
 }
 
+TEST(DeskPriceData, AnInstrumentWithAnEmptyBookIsSuspended) {
+    CQuoteEntry quote;
+    quote.last = 100;
+    EXPECT_EQ(CDeskPriceData(quote).m_nDayCount, 0);
+    quote.sell[0] = {101, 100};
+    EXPECT_GT(CDeskPriceData(quote).m_nDayCount, 0);
+    EXPECT_GT(CDeskPriceData(fullQuote()).m_nDayCount, 0);
+}
+
 TEST(DeskPriceData, TypesWithoutAQuotedPriceAreUnset) {
     const CDeskPriceData data(fullQuote());
     for (const int type : {-1, 11, 12, 29, 40, 49, 1000}) {

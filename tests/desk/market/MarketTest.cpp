@@ -37,6 +37,17 @@ TEST(Market, KnowsItsInstrumentsAndQuotesAndNoOthers) {
     EXPECT_FALSE(market.quote("SZ000001").has_value());
 }
 
+TEST(Market, FindsADerivativeByItsPlainCode) {
+    CInstrumentEntry future = instrument("CF", "IF2609");
+    future.kind = EInstrumentKind::Future;
+    const CMarket market({future, instrument("SH", "600000")}, {quote("CFIF2609", 4000)}, {});
+    ASSERT_TRUE(market.instrument("IF2609").has_value());
+    EXPECT_EQ(market.instrument("IF2609")->key(), "CFIF2609");
+    EXPECT_EQ(market.quote("IF2609")->last, 4000);
+    EXPECT_EQ(market.quote("CFIF2609")->last, 4000);
+    EXPECT_FALSE(market.instrument("600000").has_value());
+}
+
 TEST(Market, AppliesChangesInOrderAsTheyFallDue) {
     CMarket market = makeMarket();
     std::vector<std::string> changed;

@@ -16,9 +16,9 @@ class OrderRules : public PaperDesk {};
 
 TEST_F(OrderRules, OtherFamiliesAndKindsOfCommandAreRejected) {
     TC::COrderComandParam command = stockCommand({buy(100, 10)});
-    command.m_eTraderType = TC::EQdTraderType::FutureSpeculation;
+    command.m_eTraderType = TC::EQdTraderType::Neeq;
     placeCommand(command);
-    EXPECT_EQ(order(1).m_strReason, "product family 2 is not modelled");
+    EXPECT_EQ(order(1).m_strReason, "product family 256 is not modelled");
     command = stockCommand({buy(100, 10)});
     command.m_eStopLossType = static_cast<TC::EQdStopLossType>(1);
     placeCommand(command);

@@ -83,13 +83,14 @@ inline std::vector<CAccountEntry> deskAccounts() {
     CAccountEntry first;
     first.key = "A1";
     first.funds = 100000;
-    first.positions = {{"SH600000", 1250, 1050, 8.0}};
+    first.positions = {{"SH600000", EPositionSide::Long, 1250, 1050, 8.0}};
     CAccountEntry second;
     second.key = "A2";
     second.funds = 500;
     CAccountEntry future;
     future.key = "F1";
     future.broker = TC::EQDBrokerType::Future;
+    future.funds = 100000;
     CAccountEntry away;
     away.key = "X1";
     away.loginStatus = 2;

@@ -221,7 +221,7 @@ TEST_F(PaperStore, AccountsThatMakeNoSenseAreRefusedAtOpen) {
     entry.funds = 1e300;
     EXPECT_EQ(refusal(entry), "account BAD: funds are negative or out of range");
     entry.funds = 0;
-    entry.positions = {{"SH600000", 100, 200, 1.0}};
+    entry.positions = {{"SH600000", EPositionSide::Long, 100, 200, 1.0}};
     EXPECT_EQ(refusal(entry), "account BAD: position SH600000 makes no sense");
 }
 

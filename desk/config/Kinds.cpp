@@ -1,0 +1,85 @@
+#include "desk/config/Kinds.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <iterator>
+
+namespace desk {
+namespace {
+
+using EKind = EInstrumentKind;
+using EBroker = TC::EQDBrokerType;
+
+/// Several kinds, as bits.
+constexpr unsigned bits(std::initializer_list<EKind> kinds) {
+    unsigned result = 0;
+    for (const EKind kind : kinds)
+        result |= 1U << static_cast<unsigned>(kind);
+    return result;
+}
+
+struct CBrokerKinds {
+    EBroker m_eBroker;
+    unsigned m_nTraded;
+    unsigned m_nHeldToo;
+};
+
+constexpr CBrokerKinds kBrokerKinds[] = {
+    {EBroker::Stock, bits({EKind::Stock}), 0},
+    {EBroker::Credit, bits({EKind::Stock}), 0},
+    {EBroker::Future, bits({EKind::Future}), 0},
+    {EBroker::FutureOption, bits({EKind::FutureOption}), bits({EKind::Future})},
+    {EBroker::StockOption, bits({EKind::StockOption, EKind::Stock}), 0},
+    {EBroker::SGT, bits({EKind::Sgt}), 0},
+    {EBroker::HGT, bits({EKind::Hgt}), 0},
+    {EBroker::Neeq, bits({EKind::Neeq, EKind::Stock}), 0},
+    {EBroker::Gold, bits({EKind::Gold}), 0},
+};
+
+struct CMarketWord {
+    const char* m_pszMarket;
+    EKind m_eKind;
+};
+
+constexpr CMarketWord kMarketWords[] = {
+    {"SGT", EKind::Sgt}, {"HGT", EKind::Hgt}, {"NEEQ", EKind::Neeq}, {"GOLD", EKind::Gold}};
+
+const CBrokerKinds* kindsOf(EBroker broker) {
+    const auto found = std::find_if(std::begin(kBrokerKinds), std::end(kBrokerKinds),
+                                    [&](const CBrokerKinds& row) { return row.m_eBroker == broker; });
+    return found != std::end(kBrokerKinds) ? found : nullptr;
+}
+
+} // namespace
+
+bool tradesKind(EBroker broker, EKind kind) {
+    const CBrokerKinds* row = kindsOf(broker);
+    return row != nullptr && (row->m_nTraded & bits({kind})) != 0;
+}
+
+bool holdsKind(EBroker broker, EKind kind) {
+    const CBrokerKinds* row = kindsOf(broker);
+    return row != nullptr && ((row->m_nTraded | row->m_nHeldToo) & bits({kind})) != 0;
+}
+
+bool canBeShort(EKind kind) {
+    constexpr unsigned kShortKinds =
+        bits({EKind::Future, EKind::FutureOption, EKind::StockOption, EKind::Gold});
+    return (kShortKinds & bits({kind})) != 0;
+}
+
+std::string marketOfKind(EKind kind) {
+    for (const CMarketWord& row : kMarketWords) {
+        if (row.m_eKind == kind) return row.m_pszMarket;
+    }
+    return {};
+}
+
+EKind kindOfMarket(const std::string& market) {
+    for (const CMarketWord& row : kMarketWords) {
+        if (row.m_pszMarket == market) return row.m_eKind;
+    }
+    return EKind::Stock;
+}
+
+} // namespace desk

@@ -1,0 +1,74 @@
+#include "desk/host/PaperPositions.h"
+
+#include "records/Portfolio.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <optional>
+
+namespace desk {
+namespace {
+
+/// An account's positions as they were once.
+class CPaperAccountData : public knservice::CAccountData {
+public:
+    void add(const std::string& stockKey, const knservice::CPositionStaticsPtr& position) {
+        m_positions.emplace(stockKey, position);
+    }
+
+    std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int table) override {
+        return table == knservice::kPositionTable ? m_positions : decltype(m_positions){};
+    }
+
+    void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
+        for (const auto& [key, position] : getMapData(table))
+            out.push_back(position);
+    }
+
+private:
+    std::map<std::string, boost::shared_ptr<knservice::IData>> m_positions;
+};
+
+knservice::CPositionStaticsPtr makePosition(const CPaperPosition& held, const CInstrumentEntry& instrument,
+                                            const TC::CAccountInfoPtr& account) {
+    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+    auto position = boost::make_shared<knservice::CPositionStatics>();
+    position->m_account = account;
+    position->m_strMarket = instrument.market;
+    position->m_strCode = instrument.code;
+    position->m_strName = instrument.name;
+    position->m_nPositionVolume = static_cast<int>(std::min(held.m_nVolume, kMost));
+    position->m_nAvailableVolume = held.available();
+    return position;
+}
+
+} // namespace
+
+CPaperPositions::CPaperPositions(const CPaperBroker& broker, const IQuoteSource& quotes,
+                                 const std::vector<CAccountEntry>& accounts)
+    : m_broker(broker), m_quotes(quotes) {
+    for (const CAccountEntry& entry : accounts) {
+        const auto info = boost::make_shared<TC::CAccountInfo>();
+        info->m_strKey = entry.key;
+        info->m_nBrokerType = static_cast<int>(entry.broker);
+        m_accounts[entry.key] = info;
+    }
+}
+
+boost::shared_ptr<knservice::CAccountData> CPaperPositions::of(const std::string& accountKey) const {
+    const auto account = m_accounts.find(accountKey);
+    if (account == m_accounts.end()) return nullptr;
+    auto data = boost::make_shared<CPaperAccountData>();
+    for (const CPaperPosition& held : m_broker.positions()) {
+        if (held.m_strAccount != accountKey || held.m_nVolume <= 0) continue;
+        if (held.m_eSide == EPositionSide::Short) continue; // nothing of it could be sold
+        const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(held.m_strStock);
+        if (instrument) data->add(held.m_strStock, makePosition(held, *instrument, account->second));
+    }
+    return data;
+}
+
+} // namespace desk

@@ -1,0 +1,141 @@
+#include "desk/paper/CreditLedger.h"
+#include "desk/paper/Holds.h"
+#include "desk/paper/OrderRules.h"
+
+#include <iterator>
+
+/// The rules that look at what an account has and owes.
+namespace desk {
+namespace {
+
+constexpr int kNoVolume = -1;
+
+bool closesOnly(const CAcceptance& a) {
+    return a.m_rule->m_eClosing != EClosing::None &&
+           a.m_operation.m_eEffect != EOperationEffect::CloseThenOpen;
+}
+
+bool returnsShares(const CAcceptance& a) {
+    return a.m_operation.m_eBooking == EBooking::SharesReturned;
+}
+
+std::int64_t returnable(const CAcceptance& a) {
+    const CPaperDebt* debt = a.m_book.m_debts.find({a.m_order.m_strAccount, a.m_order.m_strStock});
+    return debt != nullptr ? debt->returnable() : 0;
+}
+
+/// How much of what is closed is there; kNoVolume where the order does not only close.
+std::int64_t closable(const CAcceptance& a) {
+    if (closesOnly(a)) return closableVolume(a.m_book, a.m_order);
+    return returnsShares(a) ? returnable(a) : kNoVolume;
+}
+
+struct CClosingWords {
+    EClosing m_eClosing;
+    const char* m_pszAvailable;
+};
+
+constexpr CClosingWords kClosingWords[] = {
+    {EClosing::Earlier, " available of earlier days"},
+    {EClosing::Today, " available of today"},
+    {EClosing::EarlierFirst, " available"},
+    {EClosing::TodayFirst, " available"},
+};
+
+const char* availableWord(const CAcceptance& a) {
+    if (a.m_operation.m_eEffect != EOperationEffect::Close) return " available today";
+    for (const CClosingWords& words : kClosingWords) {
+        if (words.m_eClosing == a.m_rule->m_eClosing) return words.m_pszAvailable;
+    }
+    return " available";
+}
+
+const char* closingVerb(const CAcceptance& a) {
+    if (a.m_operation.m_eEffect == EOperationEffect::Close) return "close";
+    return a.m_operation.m_eSide == ETradeSide::Sell ? "sell" : "return";
+}
+
+std::string checkPosition(const CAcceptance& a) {
+    if (!closesOnly(a)) return {};
+    const std::int64_t available = closable(a);
+    if (a.m_order.m_nVolume <= available) return {};
+    return std::string("not enough to ") + closingVerb(a) + ": " + std::to_string(a.m_order.m_nVolume) +
+           " ordered, " + std::to_string(available) + availableWord(a);
+}
+
+std::string checkSharesOwed(const CAcceptance& a) {
+    if (!returnsShares(a) || a.m_order.m_nVolume <= returnable(a)) return {};
+    return "not so many shares are owed: " + std::to_string(a.m_order.m_nVolume) + " to return, " +
+           std::to_string(returnable(a)) + " owed";
+}
+
+std::string checkMoneyOwed(const CAcceptance& a) {
+    if (a.m_operation.m_eBooking != EBooking::MoneyRepaid) return {};
+    return owedMoney(a.m_book, a.m_order.m_strAccount) > 0 ? "" : a.m_order.m_strAccount + " owes no money";
+}
+
+std::string checkUnit(const CAcceptance& a) {
+    if (a.m_operation.m_eSide == ETradeSide::None) return {};
+    const int unit = tradingUnit(*a.m_instrument);
+    const int odd = a.m_order.m_nVolume % unit;
+    const std::int64_t available = closable(a);
+    if (odd == 0 || (available != kNoVolume && odd == available % unit)) return {};
+    const std::string text =
+        "volume " + std::to_string(a.m_order.m_nVolume) + " is no multiple of " + std::to_string(unit);
+    return available == kNoVolume ? text : text + " and does not close the odd lot";
+}
+
+std::string shortage(const char* what, CMoney needed, CMoney available) {
+    if (needed <= available) return {};
+    return std::string("not enough ") + what + ": needs " + moneyText(needed) + ", available " +
+           moneyText(available);
+}
+
+CMoney availableFunds(const CAcceptance& a) {
+    const CPaperFunds* funds = a.m_book.m_funds.find(a.m_order.m_strAccount);
+    return funds != nullptr ? funds->available() : 0;
+}
+
+std::string checkNeeds(const CAcceptance& a) {
+    if (a.m_operation.m_eSide == ETradeSide::None) return {};
+    const bool isMarket = a.m_order.m_bMarket;
+    const std::optional<CNeeds> needs = needsOf(a.m_book, a.m_order);
+    if (!needs) return isMarket ? "not enough funds for what the book has" : "the amount is too large";
+    if (needs->m_nCredit != 0) {
+        const CMoney limit = toMoney(a.m_account->creditLimit).value_or(0);
+        const CMoney left = limit - usedCredit(a.m_book, a.m_order.m_strAccount);
+        return shortage("credit", needs->m_nCredit, left);
+    }
+    const std::string text = shortage("funds", needs->m_nMoney, availableFunds(a));
+    // An order that takes no money is never short of it, even on an account that has lost all of its own.
+    if (text.empty() || needs->m_nMoney == 0) return {};
+    return isMarket ? "not enough funds for what the book has" : text;
+}
+
+std::string checkRepayment(const CAcceptance& a) {
+    if (a.m_operation.m_eEffect != EOperationEffect::RepayMoney) return {};
+    if (a.m_record.m_nQuantityKind != TC::kQuantityKindPlain)
+        return "quantity kind " + std::to_string(a.m_record.m_nQuantityKind) + " is not modelled";
+    const std::optional<CMoney> amount = toMoney(a.m_record.m_dQuantity);
+    if (!amount || *amount <= 0) return "the amount to repay is not positive or too large";
+    const CMoney owed = owedMoney(a.m_book, a.m_order.m_strAccount);
+    if (*amount > owed) return "repays " + moneyText(*amount) + ", but only " + moneyText(owed) + " is owed";
+    return shortage("funds", *amount, availableFunds(a));
+}
+
+/// In this order: a rule may rely on those above it.
+constexpr std::string (*kRules[])(const CAcceptance&) = {
+    checkPosition, checkSharesOwed, checkMoneyOwed, checkUnit, checkNeeds, checkRepayment,
+};
+
+} // namespace
+
+std::string coverRejection(const CAcceptance& acceptance) {
+    for (const auto rule : kRules) {
+        std::string reason = rule(acceptance);
+        if (!reason.empty()) return reason;
+    }
+    return {};
+}
+
+} // namespace desk

@@ -1,0 +1,171 @@
+#include "desk/paper/PaperFamilies.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace desk {
+namespace {
+
+using TC::EQDBrokerType;
+using EFamily = TC::EQdTraderType;
+using EKind = EInstrumentKind;
+
+// The share-transfer market is not here: its commands name no instrument.
+constexpr CPaperFamily kFamilies[] = {
+    {EFamily::Stock,
+     EKind::Stock,
+     "stock",
+     EPayment::Full,
+     {EQDBrokerType::Stock, EQDBrokerType::Stock},
+     "stock account"},
+    {EFamily::FutureSpeculation,
+     EKind::Future,
+     "future",
+     EPayment::Margin,
+     {EQDBrokerType::Future, EQDBrokerType::Future},
+     "futures account"},
+    {EFamily::Basket,
+     EKind::Stock,
+     "stock",
+     EPayment::Full,
+     {EQDBrokerType::Stock, EQDBrokerType::Credit},
+     "stock or credit account"},
+    {EFamily::Credit,
+     EKind::Stock,
+     "stock",
+     EPayment::Full,
+     {EQDBrokerType::Credit, EQDBrokerType::Credit},
+     "credit account"},
+    {EFamily::Gold,
+     EKind::Gold,
+     "gold contract",
+     EPayment::Margin,
+     {EQDBrokerType::Gold, EQDBrokerType::Gold},
+     "gold account"},
+    {EFamily::Option,
+     EKind::StockOption,
+     "stock option",
+     EPayment::Premium,
+     {EQDBrokerType::StockOption, EQDBrokerType::StockOption},
+     "stock option account"},
+    {EFamily::HGT,
+     EKind::Hgt,
+     "stock of the Shanghai connect",
+     EPayment::Full,
+     {EQDBrokerType::HGT, EQDBrokerType::HGT},
+     "account of the Shanghai connect"},
+    {EFamily::FutureOption,
+     EKind::FutureOption,
+     "futures option",
+     EPayment::Premium,
+     {EQDBrokerType::FutureOption, EQDBrokerType::FutureOption},
+     "futures option account"},
+    {EFamily::SGT,
+     EKind::Sgt,
+     "stock of the Shenzhen connect",
+     EPayment::Full,
+     {EQDBrokerType::SGT, EQDBrokerType::SGT},
+     "account of the Shenzhen connect"},
+};
+
+constexpr int bit(EFamily family) {
+    return static_cast<int>(family);
+}
+
+constexpr int kCredit = bit(EFamily::Credit);
+constexpr int kGold = bit(EFamily::Gold);
+constexpr int kOption = bit(EFamily::Option);
+constexpr int kFutureOption = bit(EFamily::FutureOption);
+constexpr int kFutures = bit(EFamily::FutureSpeculation) | kFutureOption;
+constexpr int kPlain =
+    bit(EFamily::Stock) | bit(EFamily::Basket) | bit(EFamily::HGT) | bit(EFamily::SGT) | kCredit | kGold;
+
+constexpr const char* kNoExercise = "exercise is not modelled";
+constexpr const char* kNoCover = "covered options are not modelled";
+constexpr const char* kNoLock = "locking of stocks is not modelled";
+constexpr const char* kNoContract = "single credit contracts are not modelled";
+
+// Side, effect and booking of each number stand in the table of desk/market/Operations.
+constexpr COperationRule kOperationRules[] = {
+    {18, 18, kPlain, EClosing::None, nullptr},
+    {19, 19, kPlain, EClosing::EarlierFirst, nullptr},
+
+    {0, 0, kFutures | kGold, EClosing::None, nullptr},
+    {1, 1, kFutures, EClosing::Earlier, nullptr},
+    {2, 2, kFutures, EClosing::Today, nullptr},
+    {3, 3, kFutures | kGold, EClosing::None, nullptr},
+    {4, 4, kFutures, EClosing::Earlier, nullptr},
+    {5, 5, kFutures, EClosing::Today, nullptr},
+    {6, 6, kFutures, EClosing::TodayFirst, nullptr},
+    {7, 7, kFutures, EClosing::EarlierFirst, nullptr},
+    {8, 8, kFutures, EClosing::TodayFirst, nullptr},
+    {9, 9, kFutures, EClosing::EarlierFirst, nullptr},
+    {10, 10, kFutures, EClosing::TodayFirst, nullptr},
+    {11, 11, kFutures, EClosing::EarlierFirst, nullptr},
+    {12, 12, kFutures, EClosing::TodayFirst, nullptr},
+    {13, 13, kFutures, EClosing::EarlierFirst, nullptr},
+    {50, 50, kFutureOption, EClosing::None, kNoExercise},
+
+    // Gold has no operation of its own for what was opened today.
+    {1, 1, kGold, EClosing::EarlierFirst, nullptr},
+    {4, 4, kGold, EClosing::EarlierFirst, nullptr},
+
+    {32, 32, kOption, EClosing::None, nullptr},
+    {33, 33, kOption, EClosing::EarlierFirst, nullptr},
+    {34, 34, kOption, EClosing::None, nullptr},
+    {35, 35, kOption, EClosing::EarlierFirst, nullptr},
+    {36, 37, kOption, EClosing::None, kNoCover},
+    {38, 39, kOption, EClosing::None, kNoExercise},
+    {40, 41, kOption, EClosing::None, kNoLock},
+
+    {20, 22, kCredit, EClosing::None, nullptr},
+    {23, 24, kCredit, EClosing::EarlierFirst, nullptr},
+    {25, 25, kCredit, EClosing::None, nullptr},
+    {55, 56, kCredit, EClosing::None, kNoContract},
+    {1021, 1021, kCredit, EClosing::None, kNoContract},
+};
+
+bool covers(const COperationRule& rule, TC::EOperationType operation) {
+    const int number = static_cast<int>(operation);
+    return number >= rule.m_nFirst && number <= rule.m_nLast;
+}
+
+} // namespace
+
+const CPaperFamily* findPaperFamily(TC::EQdTraderType type) {
+    const auto found = std::find_if(std::begin(kFamilies), std::end(kFamilies),
+                                    [&](const CPaperFamily& row) { return row.m_eType == type; });
+    return found != std::end(kFamilies) ? found : nullptr;
+}
+
+const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTraderType family) {
+    const auto found =
+        std::find_if(std::begin(kOperationRules), std::end(kOperationRules), [&](const COperationRule& rule) {
+            return covers(rule, operation) && (rule.m_nFamilies & bit(family)) != 0;
+        });
+    return found != std::end(kOperationRules) ? found : nullptr;
+}
+
+bool isOperationOfAnyFamily(TC::EOperationType operation) {
+    return std::any_of(std::begin(kOperationRules), std::end(kOperationRules),
+                       [&](const COperationRule& rule) { return covers(rule, operation); });
+}
+
+const COperation& operationOf(const CPaperOrder& order) {
+    static constexpr COperation kNothing{-1, ETradeSide::None, EOperationEffect::EndContract, EBooking::Own};
+    const COperation* found = findOperation(order.m_eOperation);
+    return found != nullptr ? *found : kNothing;
+}
+
+EClosing closingOf(const CPaperOrder& order) {
+    const COperationRule* rule = findOperationRule(order.m_eOperation, order.m_eFamily);
+    return rule != nullptr ? rule->m_eClosing : EClosing::None;
+}
+
+EPayment paymentOf(const CPaperOrder& order) {
+    const CPaperFamily* family = findPaperFamily(order.m_eFamily);
+    const bool isPlain = operationOf(order).m_eEffect == EOperationEffect::Trade;
+    return family == nullptr || isPlain ? EPayment::Full : family->m_ePayment;
+}
+
+} // namespace desk

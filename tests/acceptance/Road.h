@@ -1,0 +1,67 @@
+#pragma once
+
+#include "records/StrategyParam.h"
+#include "tests/acceptance/RoadClock.h"
+#include "tests/acceptance/Transcript.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/TempFolder.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+/// The real road from a door to the host's order client: file or socket, queue, check, command. The host is
+/// the one in memory, the threads are the service's own. Statements set the host up and send orders in;
+/// Road.cpp has the table of their words. Waits for quotes are not waited out but told.
+class CRoad {
+public:
+    CRoad();
+    ~CRoad();
+    CRoad(const CRoad&) = delete;
+    CRoad& operator=(const CRoad&) = delete;
+
+    /// Throws std::runtime_error where the statement is unknown or its file is not taken.
+    void apply(const CStatement& statement);
+    /// All that reached the host since the last call, a line each.
+    std::vector<std::string> takeLog();
+
+private:
+    using CSetter = std::function<void(TC::COrderStrategyParam&, const std::string&)>;
+    using CAction = std::function<void(const CStatement&)>;
+
+    std::map<std::string, CSetter> strategyWords();
+    std::map<std::string, CAction> roadStatements();
+    std::map<std::string, CAction> userStatements();
+    std::map<std::string, CAction> marketStatements();
+    std::map<std::string, CAction> tradeStatements();
+
+    void addStrategy(const CStatement& statement);
+    void makeSocket(TC::COrderStrategyParam& strategy, const std::string& share);
+    void stopStrategy(const CStatement& statement);
+    void dropFile(const CStatement& statement);
+    void talk(const CStatement& statement);
+
+    void addBasket(const CStatement& statement);
+    void addParam(const CStatement& statement);
+    void addGroup(const CStatement& statement);
+    void addStock(const CStatement& statement);
+    void addInstrument(const CStatement& statement);
+    void setReference(const CStatement& statement);
+    void setQuote(const CStatement& statement);
+    void addPosition(const CStatement& statement);
+    void addPortfolio(const CStatement& statement);
+    void setSplit(const CStatement& statement);
+    void setRecord(const CStatement& statement);
+    void setMoneySplit(const CStatement& statement);
+    /// Makes what a stock of the host is to baskets: it trades, and may stand in one.
+    void makeTraded(const QString& key);
+    void tell(const std::string& line);
+
+    CRoadClock m_clock;
+    CTempFolder m_folder;
+    std::map<int, unsigned short> m_ports; ///< of the socket strategies, by channel
+    CFakeHost m_host;
+    const std::map<std::string, CSetter> m_strategyWords;
+    std::map<std::string, CAction> m_statements;
+};

@@ -1,0 +1,43 @@
+#include "desk/market/Operations.h"
+
+#include "base/Unset.h"
+#include "records/Families.h"
+#include "records/OrderTypes.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace desk {
+namespace {
+
+TEST(Operations, EveryOperationOfAnAcceptedOrderIsKnown) {
+    for (std::size_t family = 0; family < TC::kFamilyCount; ++family) {
+        for (int number = 0; number <= 119; ++number) {
+            const TC::EOperationType operation = TC::orderTypeToOperationType(number);
+            if (!TC::kFamilies[family].accepts(number) || TC::isUnset(operation)) continue;
+            EXPECT_NE(findOperation(operation), nullptr) << "order number " << number;
+        }
+    }
+}
+
+TEST(Operations, OthersAreNot) {
+    for (const int number : {-1, 14, 28, 51, 1000})
+        EXPECT_EQ(findOperation(static_cast<TC::EOperationType>(number)), nullptr) << number;
+}
+
+/// What closes a position trades against what opened it.
+TEST(Operations, ClosingIsTheOtherSideOfOpening) {
+    const auto sideOf = [](int number) {
+        return findOperation(static_cast<TC::EOperationType>(number))->m_eSide;
+    };
+    for (const int number : {1, 2, 6, 7, 33})
+        EXPECT_EQ(sideOf(number), ETradeSide::Sell) << number;
+    for (const int number : {4, 5, 8, 9, 35, 37})
+        EXPECT_EQ(sideOf(number), ETradeSide::Buy) << number;
+    EXPECT_EQ(sideOf(0), ETradeSide::Buy);
+    EXPECT_EQ(sideOf(3), ETradeSide::Sell);
+}
+
+} // namespace
+} // namespace desk
