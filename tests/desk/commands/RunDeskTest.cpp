@@ -197,8 +197,7 @@ TEST_F(RunDesk, StrategiesThatOthersCanReadAreRefused) {
     std::filesystem::permissions(folder.path("desk/strategies.toml"), std::filesystem::perms::others_read,
                                  std::filesystem::perm_options::add);
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
-    EXPECT_NE(out.str().find("strategies.toml: holds a password and can be read by others"),
-              std::string::npos);
+    EXPECT_NE(out.str().find("strategies.toml: holds a password and is open to others"), std::string::npos);
     EXPECT_FALSE(folder.exists("desk/journal.jsonl"));
 }
 
