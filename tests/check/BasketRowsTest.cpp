@@ -32,7 +32,7 @@ protected:
             .arg(QString::fromLatin1(key))
             .arg(priceType);
     }
-    int splitVolume() { return host.trade.splitCalls.back().volume; }
+    int splitVolume() { return host.trade.splitCalls.at(host.trade.splitCalls.size() - 1).volume; }
 };
 
 TEST_F(BasketRows, PricesGoByTheOrdersOperationAndAllElseByTheRows) {
