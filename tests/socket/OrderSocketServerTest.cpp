@@ -231,17 +231,6 @@ TEST_F(OrderSocketServer, HalfALineAtTheEndIsDropped) {
     EXPECT_EQ(gate.cancelledTasks, std::vector<int>{1});
 }
 
-TEST_F(OrderSocketServer, ConnectionsMayBreakAtAnyByte) {
-    start();
-    const std::string talk = "user trader\r\npass secret\r\nplaceorder 23,3,10.5,600000,100\r\ncancel 5\r\n";
-    for (std::size_t length = 0; length <= talk.size(); ++length) {
-        CTestSocket client(m_nPort);
-        client.send(talk.substr(0, length));
-        client.reset();
-    }
-    EXPECT_EQ(logIn()->ask("cancel 1"), kOk);
-}
-
 TEST_F(OrderSocketServer, StoppingClosesTheConnections) {
     start();
     const auto client = logIn();
