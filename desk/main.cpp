@@ -70,6 +70,8 @@ int runCommand(const std::vector<std::string>& words) {
 int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "C.UTF-8");
     const QCoreApplication app(argc, argv);
+    // The application has taken the locale of the environment; numbers have a point on every machine.
+    std::setlocale(LC_NUMERIC, "C");
     std::signal(SIGINT, stop);
     std::signal(SIGTERM, stop);
     const std::vector<std::string> words(argv + 1, argv + argc);

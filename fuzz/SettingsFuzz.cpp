@@ -18,13 +18,13 @@ std::optional<bson::BSONObj> parse(const std::string& text) {
     }
 }
 
-/// Whether the text of a document is a text that is written the same once more. The first writing may narrow
+/// Whether the text of a document can be read and is written the same once more. The first writing may narrow
 /// a number or leave out what JSON has no form for; the second may change nothing.
 void checkDocument(const bson::BSONObj& object) {
     const std::string text = object.jsonString();
     if (text.find('\n') != std::string::npos) std::abort();
     const std::optional<bson::BSONObj> again = parse(text);
-    if (again && again->jsonString() != text) std::abort();
+    if (!again || again->jsonString() != text) std::abort();
 }
 
 void checkInterface(const std::string& text) {

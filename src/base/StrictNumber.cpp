@@ -3,29 +3,19 @@
 #include <boost/lexical_cast.hpp>
 
 #include <array>
+#include <charconv>
 #include <cstdint>
+#include <locale>
 #include <optional>
+#include <sstream>
+#include <string>
+#include <system_error>
 
 namespace utils {
 namespace {
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
-}
-
-// Nine digits always fit an int, so no overflow test is needed on the fast way.
-constexpr std::size_t kFastIntDigits = 9;
-
-std::optional<int> fastInt(std::string_view text) {
-    const bool negative = !text.empty() && text.front() == '-';
-    const std::string_view digits = negative ? text.substr(1) : text;
-    if (digits.empty() || digits.size() > kFastIntDigits) return std::nullopt;
-    int value = 0;
-    for (const char c : digits) {
-        if (!isDigit(c)) return std::nullopt;
-        value = value * 10 + (c - '0');
-    }
-    return negative ? -value : value;
 }
 
 // An integer of at most 15 digits and a power of ten up to 10^15 are both exact doubles, so that one division
@@ -54,16 +44,46 @@ std::optional<double> fastDouble(std::string_view text) {
     return static_cast<double>(mantissa) / kPowersOfTen[fraction];
 }
 
+/// The value of a text that is read to its end, as lexical_cast reads it: that would ask the locale of the
+/// process for the decimal point.
+std::optional<double> streamedDouble(std::string_view text) {
+    std::istringstream stream{std::string(text)};
+    stream.imbue(std::locale::classic());
+    double value = 0;
+    const bool isRead =
+        stream >> std::noskipws >> value && stream.get() == std::istringstream::traits_type::eof();
+    // The stream takes a number that ends within its exponent.
+    const bool isWhole =
+        !text.empty() && std::string_view("eE+-").find(text.back()) == std::string_view::npos;
+    return isRead && isWhole ? std::optional(value) : std::nullopt;
+}
+
+/// Whether the text is "inf", "nan" or the like, with or without a sign, or no number at all.
+bool isWord(std::string_view text) {
+    const std::size_t first = text.find_first_not_of("+-");
+    return first != std::string_view::npos &&
+           std::string_view("iInN").find(text[first]) != std::string_view::npos;
+}
+
 } // namespace
 
 int strictInt(std::string_view text) {
-    if (const auto value = fastInt(text)) return *value;
-    return boost::lexical_cast<int>(text.data(), text.size());
+    // A plus sign is all that from_chars does not know.
+    const bool hasPlus = !text.empty() && text.front() == '+';
+    if (hasPlus) text.remove_prefix(1);
+    const bool isPlain = !hasPlus || (!text.empty() && isDigit(text.front()));
+    int value = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (!isPlain || read.ec != std::errc() || read.ptr != text.data() + text.size())
+        throw boost::bad_lexical_cast();
+    return value;
 }
 
 double strictDouble(std::string_view text) {
     if (const auto value = fastDouble(text)) return *value;
-    return boost::lexical_cast<double>(text.data(), text.size());
+    if (isWord(text)) return boost::lexical_cast<double>(text.data(), text.size());
+    if (const auto value = streamedDouble(text)) return *value;
+    throw boost::bad_lexical_cast();
 }
 
 } // namespace utils

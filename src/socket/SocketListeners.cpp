@@ -132,9 +132,14 @@ void CSocketListeners::startThread(boost::shared_ptr<COrderSocketServerWrapper> 
 bool CSocketListeners::leave(const COrderStrategyParam& strategy, QString& error) {
     try {
         const auto wrapper = m_socketServers.value(strategy.m_strSignalSource);
-        if (!wrapper || !wrapper->server()->strategyIds().remove(strategy.m_nChannel)) return true;
+        if (!wrapper || !wrapper->server()->strategyIds().contains(strategy.m_nChannel)) return true;
         CFutrueSocketServerParam& param = m_socketParams[strategy.m_strSignalSource];
-        if (--param.m_nRefCount == 0) close(strategy.m_strSignalSource);
+        if (param.m_nRefCount == 1) {
+            close(strategy.m_strSignalSource);
+        } else {
+            wrapper->server()->strategyIds().remove(strategy.m_nChannel);
+            --param.m_nRefCount;
+        }
         return true;
     } catch (...) {
         error = QStringLiteral("停止socket服务失败");
@@ -142,11 +147,17 @@ bool CSocketListeners::leave(const COrderStrategyParam& strategy, QString& error
     }
 }
 
+/// A listener that fails to stop stays known, so that it can be stopped later.
 void CSocketListeners::close(const QString& source) {
-    const auto wrapper = m_socketServers.take(source);
+    const auto wrapper = m_socketServers.value(source);
     if (!wrapper) return;
-    wrapper->stop();
+    stopListener(*wrapper);
+    m_socketServers.remove(source);
     tellDoor(EDoorEvent::Closed, source);
+}
+
+void CSocketListeners::stopListener(COrderSocketServerWrapper& wrapper) {
+    wrapper.stop();
 }
 
 /// Lets go of the threads that have ended; waits for none.

@@ -26,7 +26,7 @@ class CSocketListeners {
 public:
     /// Gate and registry outlive the listeners' threads, which closeAll and joinAll end.
     CSocketListeners(IOrderGate& gate, IStrategyRegistry& registry);
-    ~CSocketListeners();
+    virtual ~CSocketListeners();
     CSocketListeners(const CSocketListeners&) = delete;
     CSocketListeners& operator=(const CSocketListeners&) = delete;
 
@@ -41,6 +41,10 @@ public:
     /// Waits for the threads of closed listeners. Without the registry's mutex, which a thread may want, and
     /// only where nothing joins any more.
     void joinAll();
+
+protected:
+    /// The step of leave and closeAll that ends a listener. One that throws leaves it as it was.
+    virtual void stopListener(COrderSocketServerWrapper& wrapper);
 
 private:
     void open(const COrderStrategyParam& strategy, QString& error);

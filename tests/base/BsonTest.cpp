@@ -1,5 +1,7 @@
 #include "base/Bson.h"
 
+#include "tests/support/CommaLocale.h"
+
 #include <gtest/gtest.h>
 
 #include <bson/bson.h>
@@ -354,6 +356,18 @@ TEST(BsonFields, TheFirstOfTwoEqualKeysCounts) {
     int value = 0;
     ASSERT_TRUE(bson::readField(bson::fromjson("{\"a\":1,\"a\":2}"), "a", value));
     EXPECT_EQ(value, 1);
+}
+
+TEST(Bson, NumbersHaveAPointWhateverTheLocale) {
+    const CCommaLocale comma;
+    const bson::BSONObj object = bson::fromjson("{\"a\":10.5,\"b\":-1.25e-3,\"c\":1234567}");
+    double number = 0;
+    ASSERT_TRUE(bson::readField(object, "a", number));
+    EXPECT_EQ(number, 10.5);
+    ASSERT_TRUE(bson::readField(object, "b", number));
+    EXPECT_EQ(number, -1.25e-3);
+    EXPECT_EQ(object.jsonString(), "{ \"a\" : 10.5, \"b\" : -0.00125, \"c\" : 1234567 }");
+    EXPECT_THROW(bson::fromjson("{\"a\":10,5}"), bson::CJsonError);
 }
 
 } // namespace

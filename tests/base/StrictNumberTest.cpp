@@ -1,5 +1,7 @@
 #include "base/StrictNumber.h"
 
+#include "tests/support/CommaLocale.h"
+
 #include <gtest/gtest.h>
 
 #include <boost/lexical_cast.hpp>
@@ -198,6 +200,24 @@ TEST(StrictNumber, AgreesWithLexicalCastOnRandomPricesOfEveryLength) {
         if (random() % 8 == 0) text.insert(0, 1, '-');
         expectSameAsLexicalCast(text);
     }
+}
+
+TEST(StrictNumber, ReadsTheSameWhateverTheLocale) {
+    const CCommaLocale comma;
+    EXPECT_EQ(utils::strictInt("+1234"), 1234);
+    EXPECT_EQ(utils::strictInt("-2147483648"), std::numeric_limits<int>::min());
+    for (const char* text : {"1.234", "+1.234", "1.000.000.000", "1,0"})
+        EXPECT_THROW(utils::strictInt(text), bad_lexical_cast) << text;
+    const CDoubleRow rows[] = {{"10.5", 10.5},
+                               {"-10.5", -10.5},
+                               {"+.5", 0.5},
+                               {"1.5e2", 150},
+                               {"1234567890123456.5", 1234567890123456.5}};
+    for (const CDoubleRow& row : rows)
+        EXPECT_EQ(utils::strictDouble(row.text), row.value) << row.text;
+    for (const char* text : {"10,5", "-10,5", "1.234,5", "-1.234.567", "1,5e2"})
+        EXPECT_THROW(utils::strictDouble(text), bad_lexical_cast) << text;
+    EXPECT_TRUE(std::isinf(utils::strictDouble("-inf")));
 }
 
 } // namespace

@@ -22,11 +22,11 @@ GREETING = "+OK Welcom to Lumo Order Server Version 0.0.3"
 USER, PASSWORD = "trader", "a secret"
 
 # The price lies below the book of the demo's quotes: the order rests and can be cancelled.
-ORDER = "23,9,{price},600101,1000"
+ORDER = "23,99,{price},600101,1000"
 
 # The demo's order socket, as it stands in strategies.toml, and as the test wants it.
 SOCKET = {
-    "channel = 5": "channel = 9",
+    "channel = 5": "channel = 99",
     'path = "127.0.0.1:15150"': 'path = "127.0.0.1:{port}"',
     'user = "demo"': f'user = "{USER}"',
     'pass = "change-me"': f'pass = "{PASSWORD}"',
@@ -40,7 +40,7 @@ def free_port():
 
 
 class Desk:
-    """A desk on a copy of the demo folder, with a guarded order socket on channel 9."""
+    """A desk on a copy of the demo folder, with a guarded order socket on channel 99."""
 
     def __init__(self, folder):
         self.folder = Path(folder) / "desk"
@@ -148,7 +148,7 @@ class ClientsAgainstADesk(unittest.TestCase):
         self.assertEqual(doors, [("opened", source), ("closed", source)])
         intakes = [(line["source"], line["channel"], line["strategy_type"], line["orders"])
                    for line in self.desk.journal("intake")]
-        self.assertEqual(intakes, [(source, 9, 1, 1)] * 4)
+        self.assertEqual(intakes, [(source, 99, 1, 1)] * 4)
         placed = [(command["strategy_type"], command["codes"][0]["price"]) for command in self.commands()]
         self.assertEqual(sorted(placed), sorted((1, price) for price in prices.values() for _ in range(2)))
         self.assertEqual([cancel["task"] for cancel in self.desk.journal("cancel_task")], tasks)
@@ -162,7 +162,7 @@ class ClientsAgainstADesk(unittest.TestCase):
                 stranger = run_client(client, "127.0.0.1", str(self.desk.port), ORDER.format(price=10.5))
                 self.assertEqual(stranger.returncode, 1)
                 self.assertEqual(stranger.stderr, "refused: placeorder: -ERR User Not Login\n")
-                basket = run_client(client, "--user", USER, "127.0.0.1", str(self.desk.port), "25,9,没有的篮子")
+                basket = run_client(client, "--user", USER, "127.0.0.1", str(self.desk.port), "25,99,没有的篮子")
                 self.assertEqual(basket.returncode, 1)
                 self.assertEqual(basket.stderr, "refused: placeorder: -ERR Bad Param 指定的篮子不存在\n")
         self.assertEqual(self.desk.end(), 0, self.desk.output())

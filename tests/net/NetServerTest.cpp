@@ -5,8 +5,13 @@
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
 #include <atomic>
 #include <condition_variable>
+#include <filesystem>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
@@ -164,6 +169,56 @@ TEST_F(NetServer, SlowReaderHoldsUpItselfOnly) {
     }
     EXPECT_EQ(slow.readAll().size(), 32 * block.size());
     sender.join();
+}
+
+/// The socket of this process whose peer is the client.
+int acceptedSocketOf(CTestSocket& client) {
+    const auto endpoint = client.socket().local_endpoint();
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        const int descriptor = std::stoi(entry.path().filename());
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        if (::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) != 0) continue;
+        if (peer.sin_family == AF_INET && ntohs(peer.sin_port) == endpoint.port()) return descriptor;
+    }
+    return -1;
+}
+
+TEST_F(NetServer, RepliesAreNotHeldBackToBeGathered) {
+    CTestSocket client(port());
+    client.send("x\n");
+    client.readLine();
+    const int accepted = acceptedSocketOf(client);
+    ASSERT_GE(accepted, 0);
+    int isOn = 0;
+    socklen_t size = sizeof isOn;
+    ASSERT_EQ(::getsockopt(accepted, IPPROTO_TCP, TCP_NODELAY, &isOn, &size), 0);
+    EXPECT_NE(isOn, 0);
+}
+
+TEST_F(NetServer, ConnectionMayBreakWhileItsRepliesWait) {
+    stop();
+    boost::asio::io_service io;
+    const auto server = boost::make_shared<CEchoServer>(io, "127.0.0.1", 0, false, false);
+    server->greeting = std::string(64 << 20, 'x'); // far more than the system's buffers take
+    server->start(false);
+    std::thread thread([&] { io.run(); });
+    const auto readByte = [](CTestSocket& client) {
+        char byte = 0;
+        boost::asio::read(client.socket(), boost::asio::buffer(&byte, 1));
+        return byte;
+    };
+    CTestSocket broken(server->port());
+    EXPECT_EQ(readByte(broken), 'x');
+    // Once another one is served, the first one's bytes wait for room.
+    CTestSocket other(server->port());
+    EXPECT_EQ(readByte(other), 'x');
+    broken.reset();
+    EXPECT_EQ(server->waitForEvents(3), (std::vector<std::string>{"connected", "connected", "broken"}));
+    EXPECT_EQ(readByte(other), 'x');
+    server->stop();
+    io.stop();
+    thread.join();
 }
 
 TEST_F(NetServer, TakenAddressThrows) {

@@ -1,8 +1,13 @@
 // Socket strategies through the service: their start and stop with every message, and the whole road of an
 // order line.
+#include "service/StrategyRegistry.h"
+#include "socket/OrderSocketServerWrapper.h"
+#include "socket/SocketListeners.h"
 #include "tests/service/ServiceFixture.h"
+#include "tests/support/DoorFakes.h"
 #include "tests/support/TestSocket.h"
 
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -249,6 +254,39 @@ TEST_F(SocketStrategy, StuckListenerStillStops) {
     EXPECT_TRUE(client->isClosedByServer());
     ASSERT_EQ(start(), 0);
     EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
+}
+
+/// Listeners that cannot be stopped for a while.
+class CHoldingListeners : public CSocketListeners {
+public:
+    using CSocketListeners::CSocketListeners;
+    bool isHolding = false;
+
+protected:
+    void stopListener(COrderSocketServerWrapper& wrapper) override {
+        if (isHolding) throw std::runtime_error("the listener does not stop");
+        CSocketListeners::stopListener(wrapper);
+    }
+};
+
+TEST_F(SocketStrategy, StopThatFailsLeavesTheStrategyRunningUntilTheNext) {
+    CRecordingGate gate;
+    CPlainRegistry strategies;
+    CHoldingListeners listeners(gate, strategies);
+    CStrategyRegistry registry([this](bool running) { statuses.push_back(running); }, listeners);
+    COrderStrategyMap map{{3, onPort(3, port)}};
+    registry.bind(&map);
+    ASSERT_EQ(registry.start(3, error, false), 0);
+    listeners.isHolding = true;
+    EXPECT_EQ(registry.stop(3, error), -1);
+    EXPECT_EQ(error, QStringLiteral("停止socket服务失败"));
+    EXPECT_TRUE(registry.find(3)->isRunning());
+    EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n"); // it listens on
+    listeners.isHolding = false;
+    EXPECT_EQ(registry.stop(3, error), 0);
+    EXPECT_FALSE(registry.find(3)->isRunning());
+    EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
+    EXPECT_EQ(statuses, (std::vector<bool>{true, false}));
 }
 
 TEST_F(SocketStrategy, OrdersFlowWhileTheRegistryIsHeld) {

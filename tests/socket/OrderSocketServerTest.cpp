@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "tests/socket/SocketFixture.h"
+#include "tests/support/CommaLocale.h"
 #include "tests/support/LogCapture.h"
 
 #include <future>
@@ -169,6 +170,20 @@ TEST_F(OrderSocketServer, OrderReachesTheGateAndTheAudit) {
     EXPECT_EQ(host.audit.reports[0].m_nOrders, 1);
 }
 
+TEST_F(OrderSocketServer, NumbersOfALineHaveAPointWhateverTheLocale) {
+    const CCommaLocale comma;
+    start();
+    const auto client = logIn();
+    EXPECT_EQ(client->ask("placeorder 23,3,+10.5,600000,1234500"), kOk);
+    EXPECT_EQ(client->ask("placeorder 23,3,10.5,600000,1.234"), kBadParam);
+    EXPECT_EQ(client->ask("cancel 1.000"), kBadParam);
+    stop();
+    ASSERT_EQ(gate.batches.size(), 1u);
+    EXPECT_EQ(
+        gate.batches[0][0].toQString(),
+        QStringLiteral("order_type=23 channel=3 strategy_type=1 {code=600000 volume=1234500 price=10.5}"));
+}
+
 TEST_F(OrderSocketServer, BadOrdersAreAnsweredAndTheConnectionGoesOn) {
     start();
     const auto client = logIn();
@@ -241,17 +256,6 @@ TEST_F(OrderSocketServer, HalfALineAtTheEndIsDropped) {
     const auto next = logIn();
     stop();
     EXPECT_EQ(gate.cancelledTasks, std::vector<int>{1});
-}
-
-TEST_F(OrderSocketServer, ConnectionsMayBreakAtAnyByte) {
-    start();
-    const std::string talk = "user trader\r\npass secret\r\nplaceorder 23,3,10.5,600000,100\r\ncancel 5\r\n";
-    for (std::size_t length = 0; length <= talk.size(); ++length) {
-        CTestSocket client(m_nPort);
-        client.send(talk.substr(0, length));
-        client.reset();
-    }
-    EXPECT_EQ(logIn()->ask("cancel 1"), kOk);
 }
 
 TEST_F(OrderSocketServer, StoppingClosesTheConnections) {

@@ -9,6 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include <pthread.h>
+#include <time.h>
+
+#include <atomic>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <thread>
@@ -50,6 +55,25 @@ protected:
         EXPECT_EQ(client->ask("user trader"), "+OK\r\n");
         EXPECT_EQ(client->ask("pass secret"), "+OK\r\n");
         return client;
+    }
+
+    /// How many connections the listener has, the one that asks among them: asks over and over until there
+    /// are no more than `few`, or a time that no healthy listener needs to see them go.
+    std::size_t waitForConnections(std::size_t few) {
+        constexpr int kQuestions = 20000;
+        std::atomic<std::size_t> count{0};
+        gate.onPlace = [&] { count = m_wrapper->server()->connectionCount(); };
+        const auto probe = logIn();
+        for (int i = 0; i < kQuestions && (i == 0 || count > few); ++i)
+            EXPECT_EQ(probe->ask("placeorder 23,3"), "+OK\r\n");
+        gate.onPlace = nullptr;
+        return count;
+    }
+    /// Counts the processor time of the listener's thread.
+    clockid_t listenerClock() {
+        clockid_t id{};
+        EXPECT_EQ(::pthread_getcpuclockid(m_thread.native_handle(), &id), 0);
+        return id;
     }
 
     CFakeClock clock;

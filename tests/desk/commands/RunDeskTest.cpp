@@ -224,9 +224,49 @@ TEST_F(RunDesk, OrderSocketTakesOrdersAndItsDoorIsJournalled) {
     EXPECT_TRUE(has("\"event\":\"closed\",\"source\":\"" + source + "\""));
 }
 
+/// A folder whose socket strategy cannot have its port still trades by its files.
+TEST_F(RunDesk, ATakenPortIsToldAndTheOthersTrade) {
+    boost::asio::io_service io;
+    const boost::asio::ip::tcp::acceptor other(io, {boost::asio::ip::address_v4::loopback(), socketPort});
+    const std::string reason = "socket does not run: 启动socket服务失败（可能因为端口被占用或其它原因）";
+    const int code = run({
+        [&] { return has(reason); },
+        [this] {
+            folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,1000\n");
+            return true;
+        },
+        [this] { return has("\"kind\":\"fill\""); },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_NE(out.str().find(reason), std::string::npos) << out.str();
+    EXPECT_FALSE(has("\"kind\":\"door\""));
+    EXPECT_TRUE(has("\"action\":\"start\",\"channel\":4"));
+    EXPECT_FALSE(has("\"action\":\"start\",\"channel\":5"));
+}
+
+/// Ten wrong passwords and the end of that connection, and a login with the right one that places an order.
+std::string talkOfPasswords(unsigned short port) {
+    CTestSocket stranger(port);
+    stranger.readLine();
+    std::string text = stranger.ask("user demo");
+    for (int i = 0; i < 10; ++i)
+        text += stranger.ask("pass wrong-secret");
+    CTestSocket trader(port);
+    trader.readLine();
+    for (const char* line : {"user demo", "pass change-me", "placeorder 23,5,11.02,600101,1000"})
+        text += trader.ask(line);
+    return text;
+}
+
 TEST_F(RunDesk, PasswordsReachNeitherJournalNorLogNorScreen) {
+    std::future<std::string> replies;
     const int code = run({
         [this] { return has("\"action\":\"start\",\"channel\":5"); },
+        [&] {
+            replies = std::async(std::launch::async, talkOfPasswords, socketPort);
+            return !utils::CLogCenter::logEnabled();
+        },
+        [this] { return has("\"kind\":\"fill\""); },
         [] {
             QString error;
             TC::COrderService& service = *TC::COrderService::instance();
@@ -237,12 +277,20 @@ TEST_F(RunDesk, PasswordsReachNeitherJournalNorLogNorScreen) {
             return service.updateOrderStrategy(5, changed) == 0;
         },
         [this] { return has("\"action\":\"not_saved\",\"channel\":5"); },
-        [] { return !utils::CLogCenter::logEnabled(); },
     });
     EXPECT_EQ(code, 0);
-    for (const char* secret : {"change-me", "another secret"}) {
-        EXPECT_FALSE(has(secret));
-        EXPECT_EQ(out.str().find(secret), std::string::npos);
+    std::string expected = "+OK\r\n";
+    for (int i = 0; i < 9; ++i)
+        expected += "-ERR User or Pass is Not Right\r\n";
+    expected += "-ERR Too Many Failed Logins\r\n+OK\r\n+OK\r\n+OK\r\n";
+    EXPECT_EQ(replies.get(), expected);
+    // What the logins led to is recorded.
+    EXPECT_TRUE(has("\"cause\":\"Too Many Failed Logins\""));
+    EXPECT_TRUE(has("\"kind\":\"intake\"")) << "the order of the good login";
+    EXPECT_TRUE(has("\"user\":\"demo\""));
+    for (const char* secret : {"change-me", "wrong-secret", "another secret"}) {
+        EXPECT_FALSE(has(secret)) << secret;
+        EXPECT_EQ(out.str().find(secret), std::string::npos) << secret;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "desk/config/StrategyCompare.h"
 #include "records/Families.h"
 #include "tests/desk/config/ConfigFolder.h"
+#include "tests/support/CommaLocale.h"
 
 #include <gtest/gtest.h>
 
@@ -426,6 +427,22 @@ TEST(StrategyFile, AnyRightOfOthersToAPasswordIsAMistake) {
     }
     folder.setSecret("strategies.toml", true);
     EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
+}
+
+TEST(StrategyFile, NumbersAreWrittenTheSameWhateverTheLocale) {
+    const CConfigFolder folder;
+    folder.files().write("strategies.toml", kFull);
+    folder.setSecret("strategies.toml", true);
+    folder.replace("strategies.toml", "volume = 300", "volume = 1234500");
+    const TC::COrderStrategyMap strategies = folder.load().config.strategies;
+    ASSERT_TRUE(save(folder, strategies));
+    const std::string text = folder.files().read("strategies.toml");
+    const CCommaLocale comma;
+    ASSERT_TRUE(save(folder, strategies));
+    EXPECT_EQ(folder.files().read("strategies.toml"), text);
+    const TC::COrderStrategyParam again = onlyStrategy(folder);
+    EXPECT_EQ(again.m_nVolume, 1234500);
+    EXPECT_EQ(again.m_dAmount, 12345.6789);
 }
 
 TEST(StrategyFile, NoStrategiesAreAFileToo) {
