@@ -11,6 +11,9 @@
 
 #include <QCoreApplication>
 
+#include <filesystem>
+#include <system_error>
+
 namespace desk {
 namespace {
 
@@ -34,6 +37,11 @@ std::string runLoop(CDesk& desk, std::optional<double> exitWhenIdle, const std::
         utils::sleep(kTickSeconds);
     }
     return "signal";
+}
+
+bool isFolder(const std::string& path) {
+    std::error_code unreadable;
+    return std::filesystem::is_directory(path, unreadable);
 }
 
 int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
@@ -64,16 +72,18 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
 int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::ostream& out,
             const std::function<bool()>& keepGoing) {
     CTextSink sink(out);
+    // A desk that is just ending may still write files of the folder, so the lock comes before the reading.
+    CFolderLock lock;
+    const utils::KNError locked = lock.acquire(folder);
+    if (!locked.isSuccess()) {
+        if (!isFolder(folder)) printMistakes(loadDeskConfig(folder).mistakes, out);
+        sink.writeLine(locked.errorMsg());
+        return kBadFolder;
+    }
     CLoadedConfig loaded = loadDeskConfig(folder);
     if (!loaded.mistakes.empty()) {
         printMistakes(loaded.mistakes, out);
         sink.writeLine(folder + ": not started, because of the mistakes above");
-        return kBadFolder;
-    }
-    CFolderLock lock;
-    const utils::KNError locked = lock.acquire(folder);
-    if (!locked.isSuccess()) {
-        sink.writeLine(locked.errorMsg());
         return kBadFolder;
     }
     const utils::KNError raised = raiseFileLimit();

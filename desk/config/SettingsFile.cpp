@@ -1,12 +1,16 @@
 #include "desk/config/SettingsFile.h"
 
 #include "desk/config/TextFile.h"
-#include "records/TradeInterface.h"
+
+#include <boost/make_shared.hpp>
 
 #include <QDomDocument>
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
+#include <string>
+#include <vector>
 
 namespace desk {
 namespace {
@@ -23,44 +27,124 @@ const std::map<bson::EType, const char*> kExpected = {
     {bson::EType::Array, "a list of texts"},
 };
 
-std::string inQuotes(const QString& text) {
-    return "\"" + text.toStdString() + "\"";
+std::string inQuotes(const std::string& text) {
+    return "\"" + text + "\"";
 }
 
-/// One reading of the file: where its mistakes go, and how many interfaces were good.
+std::string listOf(const std::vector<std::string>& words) {
+    std::string list;
+    for (const std::string& word : words)
+        list += (list.empty() ? "" : ", ") + word;
+    return list;
+}
+
+using knservice::TradeInterfaceData;
+using knservice::TradeInterfaceDataPtr;
+using knservice::TradeInterfaceList;
+
+/// One reading of the file: where its mistakes go, and the interfaces that could be read.
 struct CReading {
     CDiagnostics& diagnostics;
-    int interfaces = 0;
+    TradeInterfaceList interfaces;
 
     void mistake(const QDomNode& node, const std::string& message) const {
         diagnostics.add(kSettingsFile, node.lineNumber(), message);
     }
 };
 
+/// The order service passes over keys that it does not know, and takes the first of those that stand twice.
+/// In a file that a person writes both are slips.
+std::vector<std::string> mistakesOfKeys(const bson::BSONObj& object) {
+    const std::vector<std::string> known = TradeInterfaceData::storedKeys();
+    std::vector<std::string> mistakes;
+    std::map<std::string, int> times;
+    for (const std::string& key : bson::keysOf(object)) {
+        if (std::find(known.begin(), known.end(), key) == known.end()) {
+            mistakes.push_back("unknown key \"" + key + "\"; expected one of " + listOf(known));
+        } else if (++times[key] == 2) {
+            mistakes.push_back("key \"" + key + "\" stands twice");
+        }
+    }
+    return mistakes;
+}
+
+/// Tells the entry of the white list, counted from 1, that is no text or whose text is no JSON object.
+std::string mistakeOfWhitelist(const bson::BSONObj& object) {
+    std::vector<std::string> entries;
+    const auto nameOf = [](std::size_t place) { return "whitelist entry " + std::to_string(place + 1); };
+    try {
+        bson::readField(object, "whitelist", entries);
+    } catch (const bson::CTypeError& error) {
+        return nameOf(std::stoul(error.key())) + " is no text; expected the JSON text of an entry in quotes";
+    }
+    for (std::size_t place = 0; place < entries.size(); ++place) {
+        try {
+            bson::fromjson(entries[place]);
+        } catch (const bson::CJsonError& error) {
+            return nameOf(place) + ": " + error.what();
+        }
+    }
+    return {};
+}
+
+std::string mistakeOfField(const bson::BSONObj& object, const bson::CError& error) {
+    const auto* wrongType = dynamic_cast<const bson::CTypeError*>(&error);
+    const std::vector<std::string> known = TradeInterfaceData::storedKeys();
+    if (wrongType == nullptr || std::find(known.begin(), known.end(), wrongType->key()) == known.end())
+        return mistakeOfWhitelist(object);
+    return std::string(error.what()) + "; expected " + kExpected.at(wrongType->wanted());
+}
+
+/// An element is written anew under the name in its record, so the two must agree, and an empty one cannot be
+/// written.
+std::string mistakeOfName(const std::string& tag, const TradeInterfaceData& record) {
+    if (record.m_strInterface == tag) return {};
+    const std::string found =
+        record.m_strInterface.empty() ? "missing or empty" : inQuotes(record.m_strInterface);
+    return "m_strInterface is " + found + "; expected " + inQuotes(tag) + ", like the element";
+}
+
+/// Everything that is wrong with an interface; fills the record where nothing is.
+std::vector<std::string> fillRecord(const QDomElement& element, TradeInterfaceData& record) {
+    const std::string text = element.attribute(kDataAttribute).toStdString();
+    bson::BSONObj object;
+    try {
+        object = bson::fromjson(text);
+    } catch (const bson::CJsonError& error) {
+        return {error.what()};
+    }
+    std::vector<std::string> mistakes = mistakesOfKeys(object);
+    std::string mistake;
+    try {
+        record.fillFromJson(text);
+        mistake = mistakeOfName(element.tagName().toStdString(), record);
+    } catch (const bson::CError& error) {
+        mistake = mistakeOfField(object, error);
+    }
+    if (!mistake.empty()) mistakes.push_back(mistake);
+    return mistakes;
+}
+
 void readInterface(const QDomElement& element, CReading& reading) {
-    const std::string name = "interface " + inQuotes(element.tagName()) + ": ";
+    const std::string name = "interface " + inQuotes(element.tagName().toStdString()) + ": ";
     if (!element.hasAttribute(kDataAttribute) || element.attributes().size() > 1 ||
         !element.firstChildElement().isNull()) {
         return reading.mistake(element, name + "expected the one attribute \"interfacedata\" and no more");
     }
-    try {
-        knservice::TradeInterfaceData().fillFromJson(element.attribute(kDataAttribute).toStdString());
-        ++reading.interfaces;
-    } catch (const bson::CTypeError& error) {
-        reading.mistake(element, name + error.what() + "; expected " + kExpected.at(error.wanted()));
-    } catch (const bson::CError& error) {
-        reading.mistake(element, name + error.what());
-    }
+    const auto record = boost::make_shared<TradeInterfaceData>();
+    for (const std::string& mistake : fillRecord(element, *record))
+        reading.mistake(element, name + mistake);
+    reading.interfaces.push_back(record);
 }
 
 void readRoot(const QDomElement& root, CReading& reading) {
     if (root.tagName() != kRootTag) {
-        return reading.mistake(root, "is a document of " + inQuotes(root.tagName()) +
+        return reading.mistake(root, "is a document of " + inQuotes(root.tagName().toStdString()) +
                                          "; expected one of \"settings\"");
     }
     for (QDomElement part = root.firstChildElement(); !part.isNull(); part = part.nextSiblingElement()) {
         if (part.tagName() != kInterfacesTag || !part.previousSiblingElement(kInterfacesTag).isNull()) {
-            reading.mistake(part, "unexpected element " + inQuotes(part.tagName()) +
+            reading.mistake(part, "unexpected element " + inQuotes(part.tagName().toStdString()) +
                                       "; expected one \"interfaceTrade\" alone");
             continue;
         }
@@ -70,11 +154,11 @@ void readRoot(const QDomElement& root, CReading& reading) {
     }
 }
 
-int readText(const std::string& text, CDiagnostics& diagnostics) {
+TradeInterfaceList readText(const std::string& text, CDiagnostics& diagnostics) {
     QDomDocument document;
     QString reason;
     int line = 0;
-    CReading reading{diagnostics};
+    CReading reading{diagnostics, {}};
     if (!document.setContent(QByteArray::fromStdString(text), &reason, &line)) {
         diagnostics.add(kSettingsFile, line,
                         "is not XML: " + reason.toStdString() +
@@ -83,6 +167,27 @@ int readText(const std::string& text, CDiagnostics& diagnostics) {
         readRoot(document.documentElement(), reading);
     }
     return reading.interfaces;
+}
+
+/// Whether what was read back is the record, and not a text in which bytes had to be replaced.
+bool isSame(const TradeInterfaceData& record, const TradeInterfaceData& again) {
+    const auto isWhole = [](const boost::shared_ptr<knservice::IData>& entry) {
+        return entry == nullptr || entry->toBson().isUtf8();
+    };
+    return record.toJson() == again.toJson() && record.m_strInterface == again.m_strInterface &&
+           record.m_strAccount == again.m_strAccount && record.m_strAccountKey == again.m_strAccountKey &&
+           record.m_strStock == again.m_strStock &&
+           std::all_of(record.whitelist.begin(), record.whitelist.end(), isWhole);
+}
+
+/// Why what was read back is not the interfaces; empty where it is.
+std::string differenceOf(TradeInterfaceList interfaces, const TradeInterfaceList& again) {
+    interfaces.remove(nullptr);
+    if (interfaces.size() != again.size()) return "an interface has no name that can stand in XML";
+    const auto [found, other] = std::mismatch(interfaces.begin(), interfaces.end(), again.begin(),
+                                              [](const auto& a, const auto& b) { return isSame(*a, *b); });
+    if (found == interfaces.end()) return {};
+    return "interface " + inQuotes((*found)->m_strInterface) + " would be read back as something else";
 }
 
 } // namespace
@@ -99,20 +204,19 @@ void readSettings(const std::string& folder, CDeskConfig& config, CDiagnostics& 
     config.settings = text;
 }
 
-utils::KNError saveSettings(const std::string& folder, const std::string& text, int interfaces) {
+utils::KNError saveSettings(const std::string& folder, const std::string& text,
+                            const TradeInterfaceList& interfaces) {
     constexpr int kCannotBeReadAgain = 2;
     const std::string path = (std::filesystem::path(folder) / kSettingsFile).string();
     CDiagnostics diagnostics;
-    const int found = readText(text, diagnostics);
+    const TradeInterfaceList again = readText(text, diagnostics);
     const std::vector<CDiagnostic> mistakes = diagnostics.take();
     if (!mistakes.empty()) {
         return {kCannotBeReadAgain,
                 path + " stays as it was, since the new one could not be read again: " + mistakes[0].message};
     }
-    if (found != interfaces) {
-        return {kCannotBeReadAgain,
-                path + " stays as it was: an interface has no name that can stand in XML"};
-    }
+    const std::string difference = differenceOf(interfaces, again);
+    if (!difference.empty()) return {kCannotBeReadAgain, path + " stays as it was: " + difference};
     return replaceTextFile(std::filesystem::absolute(folder).lexically_normal().string(), kSettingsFile,
                            text);
 }

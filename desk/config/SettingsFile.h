@@ -3,6 +3,7 @@
 #include "base/KNError.h"
 #include "desk/config/DeskConfig.h"
 #include "desk/config/Diagnostics.h"
+#include "records/TradeInterface.h"
 
 #include <string>
 
@@ -22,7 +23,9 @@ inline constexpr const char* kEmptySettings = "<?xml version=\"1.0\" encoding=\"
 void readSettings(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics);
 
 /// Puts the text in the place of settings.xml, whole or not at all. A text that could not be read at the next
-/// start, or in which it is not so many interfaces that are read, leaves the file as it was.
-[[nodiscard]] utils::KNError saveSettings(const std::string& folder, const std::string& text, int interfaces);
+/// start, or that would be read as others than the interfaces (null ones do not count), leaves the file as it
+/// was.
+[[nodiscard]] utils::KNError saveSettings(const std::string& folder, const std::string& text,
+                                          const knservice::TradeInterfaceList& interfaces);
 
 } // namespace desk

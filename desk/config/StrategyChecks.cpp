@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace desk {
 namespace {
@@ -92,13 +93,26 @@ void checkAddress(const CTomlSection& section, const CDeskConfig& config, const 
     }
 }
 
+/// A listener without a login would trade for everybody who reaches its port; one without a password almost
+/// so.
+void checkLogin(const CTomlSection& section, const TC::COrderStrategyParam& strategy) {
+    for (const auto& [key, text] : {std::pair{"user", strategy.m_strUser}, {"pass", strategy.m_strPass}}) {
+        if (text.isEmpty())
+            section.mistake(std::string("key \"") + key +
+                            "\" is missing or empty; a strategy of source \"signal\" needs a login");
+    }
+}
+
 void checkSource(const CTomlSection& section, const CDeskConfig& config,
                  const TC::COrderStrategyParam& strategy, const std::string& path) {
     if (path.empty()) {
         if (strategy.isRunning()) section.mistake("key \"path\" is missing: where the orders come from");
         return;
     }
-    if (strategy.m_eStrategyType == TC::EOrderStrategyType::Signal) checkAddress(section, config, path);
+    if (strategy.m_eStrategyType == TC::EOrderStrategyType::Signal) {
+        checkAddress(section, config, path);
+        checkLogin(section, strategy);
+    }
     if (!strategy.comesFromFile()) return;
     for (const TC::COrderStrategyParam& other : config.strategies) {
         if (other.m_strSignalSource == strategy.m_strSignalSource)

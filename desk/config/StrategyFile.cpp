@@ -45,7 +45,7 @@ std::string fileText(const std::filesystem::path& folder, const CDeskConfig& con
     return text.str();
 }
 
-/// Whoever reads the password of an order socket can trade.
+/// Whoever reads the password of an order socket can trade, and whoever writes the file sets it.
 void checkSecrecy(const std::filesystem::path& folder, const CDeskConfig& config, CDiagnostics& diagnostics) {
     using std::filesystem::perms;
     const bool hasPass =
@@ -53,9 +53,9 @@ void checkSecrecy(const std::filesystem::path& folder, const CDeskConfig& config
                     [](const TC::COrderStrategyParam& strategy) { return !strategy.m_strPass.isEmpty(); });
     std::error_code unreadable;
     const perms rights = std::filesystem::status(folder / kStrategyFile, unreadable).permissions();
-    if (hasPass && (rights & (perms::group_read | perms::others_read)) != perms::none)
+    if (hasPass && (rights & (perms::group_all | perms::others_all)) != perms::none)
         diagnostics.add(kStrategyFile, 0,
-                        "holds a password and can be read by others; expected a file for its owner alone: "
+                        "holds a password and is open to others; expected a file for its owner alone: "
                         "chmod 600 strategies.toml");
 }
 

@@ -30,7 +30,7 @@ utils::KNError CInterfaceKeeper::save() {
     QDomElement element = document.documentElement().firstChildElement();
     TC::COrderService::instance()->saveSettings(element, document);
     const utils::KNError saved = saveSettings(m_strFolder, document.toByteArray(kIndent).toStdString(),
-                                              static_cast<int>(texts.size()));
+                                              m_framework.getAllInterfaces());
     if (saved.isSuccess()) m_saved = texts;
     return saved;
 }

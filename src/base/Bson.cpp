@@ -187,7 +187,11 @@ const CBytes& BSONObj::bytes() const {
 }
 
 std::string BSONObj::jsonString() const {
-    return jsonText(*this);
+    return jsonText(*this).text;
+}
+
+bool BSONObj::isUtf8() const {
+    return !jsonText(*this).isRepaired;
 }
 
 bool operator==(const BSONObj& a, const BSONObj& b) {
@@ -288,6 +292,15 @@ BSONObjBuilder& BSONObjBuilder::appendAllBut(const char* key, const BSONObj& doc
 BSONObj BSONObjBuilder::obj() const {
     const std::uint8_t* bytes = bson_get_data(&m_pDocument->document);
     return BSONObj(CBytes(bytes, bytes + m_pDocument->document.len));
+}
+
+std::vector<std::string> keysOf(const BSONObj& object) {
+    std::vector<std::string> keys;
+    bson_iter_t iter;
+    if (!bson_iter_init_from_data(&iter, object.bytes().data(), object.bytes().size())) return keys;
+    while (bson_iter_next(&iter))
+        keys.emplace_back(bson_iter_key(&iter));
+    return keys;
 }
 
 bool readField(const BSONObj& object, const char* key, std::string& value) {

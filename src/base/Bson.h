@@ -69,6 +69,9 @@ public:
     ///    "$" key, which fromjson understands.
     std::string jsonString() const;
 
+    /// Whether jsonString writes every text as it is: whether all of them are UTF-8.
+    bool isUtf8() const;
+
     friend bool operator==(const BSONObj& a, const BSONObj& b);
     friend bool operator!=(const BSONObj& a, const BSONObj& b) { return !(a == b); }
 
@@ -108,6 +111,9 @@ private:
     struct CDocument;
     std::unique_ptr<CDocument> m_pDocument;
 };
+
+/// The keys of the document itself in their order; one that stands there twice comes twice.
+std::vector<std::string> keysOf(const BSONObj& object);
 
 /// Strict readers of one key, the first of that name. An absent key leaves the value as it is and gives
 /// false; a key of another type, null among them, throws CTypeError and leaves the value too.

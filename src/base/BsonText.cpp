@@ -24,7 +24,7 @@ constexpr std::size_t kNumberSize = 32;
 class CJsonWriter {
 public:
     void writeDocument(bson_iter_t& iter) { writeElements(iter, '{', '}', true); }
-    std::string take() { return std::move(m_text); }
+    CJsonText take() { return std::move(m_json); }
 
 private:
     void writeElements(bson_iter_t& iter, char open, char close, bool hasKeys);
@@ -35,7 +35,8 @@ private:
     void writeEscaped(std::string_view text);
     void writeExtended(const bson_iter_t& iter);
 
-    std::string m_text;
+    CJsonText m_json;
+    std::string& m_text = m_json.text;
 };
 
 void CJsonWriter::writeElements(bson_iter_t& iter, char open, char close, bool hasKeys) {
@@ -106,6 +107,7 @@ void CJsonWriter::writeString(std::string_view text) {
     if (utils::isValidUtf8(text.data(), text.size())) {
         writeEscaped(text);
     } else {
+        m_json.isRepaired = true;
         const QByteArray repaired = QString::fromUtf8(text.data(), static_cast<int>(text.size())).toUtf8();
         writeEscaped({repaired.constData(), static_cast<std::size_t>(repaired.size())});
     }
@@ -139,16 +141,17 @@ void CJsonWriter::writeExtended(const bson_iter_t& iter) {
     std::size_t size = 0;
     char* text = bson_as_relaxed_extended_json(&document, &size);
     const std::string_view whole(text != nullptr ? text : "", size);
-    m_text += whole.size() > kBefore.size() + kBehind.size()
-                  ? whole.substr(kBefore.size(), whole.size() - kBefore.size() - kBehind.size())
-                  : "null";
+    const bool isWritten = whole.size() > kBefore.size() + kBehind.size();
+    if (!isWritten) m_json.isRepaired = true;
+    m_text +=
+        isWritten ? whole.substr(kBefore.size(), whole.size() - kBefore.size() - kBehind.size()) : "null";
     bson_free(text);
     bson_destroy(&document);
 }
 
 } // namespace
 
-std::string jsonText(const BSONObj& object) {
+CJsonText jsonText(const BSONObj& object) {
     bson_iter_t iter;
     bson_iter_init_from_data(&iter, object.bytes().data(), object.bytes().size());
     CJsonWriter writer;

@@ -6,7 +6,11 @@ namespace bson {
 
 class BSONObj;
 
-/// The document as BSONObj::jsonString tells.
-std::string jsonText(const BSONObj& object);
+struct CJsonText {
+    std::string text;        ///< as BSONObj::jsonString tells
+    bool isRepaired = false; ///< holds something else in the place of bytes that are not UTF-8
+};
+
+CJsonText jsonText(const BSONObj& object);
 
 } // namespace bson

@@ -28,7 +28,7 @@ constexpr char kBadNumber[] = "[%1]　通道号: %2, 下单指令不合法!";
 
 constexpr CFamilyCheck kBasketCheck = {
     EOrderStrategyTradeType::Basket,
-    kBadNumber,
+    kBadNumber, // for missing rows: of lines there can be any number
     ESettingText::Always,
     EQuoteWait::AlsoSpecified,
     ESplitInstrument::Named,
@@ -258,7 +258,8 @@ bool sellPosition(CCheckRun& run, const CAccountInfoPtr& account,
     const int volume = truncateToInt(static_cast<double>(position.m_nAvailableVolume));
     CCodeOrderParam record = makeRecord(run, op, account, volume);
     if (!checkRecordPrice(run, record)) return false;
-    // More than an order can name is not sold: half of it would be another order than the user's.
+    // More than an order can name is not sold: half of it would be another order than the user's. What was
+    // bought today goes out at a volume of nothing, which is the host's to refuse.
     if (!isUnset(volume)) run.codes.push_back(std::move(record));
     return true;
 }

@@ -84,6 +84,11 @@ bool checkPriceType(const CCheckRun& run) {
     return run.service.isPriceTypeVailed(run.setting, run.order, run.priceData, run.op, broker, run.stock());
 }
 
+bool checkStockPrice(const CCheckRun& run) {
+    return checkPriceType(run) ||
+           failPrice(run, QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
+}
+
 int volumeOfAmount(const CCheckRun& run, double fixedPrice) {
     const double amount = run.strategy.m_dAmount;
     const double price = priceOfAmount(run);
@@ -107,8 +112,7 @@ bool checkOrderNumber(const CCheckRun& run) {
 
 bool checkLineCount(const CCheckRun& run) {
     if (run.order.m_orders.size() <= 1) return true;
-    const char* report = run.family.m_pszTooManyLines;
-    return failCheck(run, QString::fromUtf8(report != nullptr ? report : kTooManyLines));
+    return failCheck(run, QString::fromUtf8(run.family.m_pszTooManyLines));
 }
 
 bool resolveAccounts(CCheckRun& run) {

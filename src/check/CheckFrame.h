@@ -42,7 +42,7 @@ enum class ESplitInstrument { Named, Unnamed };
 /// places say. Of the functions, one that is null means that the family has no such step.
 struct CFamilyCheck {
     EOrderStrategyTradeType m_eTradeType;
-    /// Report where an order of one line has several. Null stands for kTooManyLines.
+    /// Report where an order has more lines than the family takes.
     const char* m_pszTooManyLines;
     ESettingText m_eSettingText;
     EQuoteWait m_eQuoteWait;
@@ -135,9 +135,12 @@ bool appendRecord(CCheckRun& run, EOperationType op, const CAccountInfoPtr& acco
 /// False, after a report, where the record is to go out at a price of zero.
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record);
 
-/// Reports of the price step. "[%1]　证券 [%2] %3无效, 无法下单!" and its like; codeForWord: the code that
-/// the price type's word is made for.
+/// Whether the price can be used; reports nothing.
 bool checkPriceType(const CCheckRun& run);
+/// The same as a hook, with the report that nearly all families have.
+bool checkStockPrice(const CCheckRun& run);
+/// Reports a price that cannot be used: %1 of the pattern is the source's label, %2 the code, %3 the price
+/// type's word, made for codeForWord. Always false.
 bool failPrice(const CCheckRun& run, const QString& pattern, const std::string& codeForWord);
 
 /// The volume that the strategy's amount buys at the run's price, not rounded to any unit; unset where amount

@@ -48,11 +48,6 @@ bool resolveNeeq(CCheckRun& run) {
     return resolveMarketCode(run, QStringLiteral("NEEQ"), &CExchangeClient::hasNeeq);
 }
 
-bool checkPrice(const CCheckRun& run) {
-    return checkPriceType(run) ||
-           failPrice(run, QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
-}
-
 constexpr CFamilyCheck marketCheck(EOrderStrategyTradeType tradeType, bool (*resolve)(CCheckRun&)) {
     return {tradeType,
             kTooManyLines,
@@ -62,7 +57,7 @@ constexpr CFamilyCheck marketCheck(EOrderStrategyTradeType tradeType, bool (*res
             nullptr,
             resolve,
             nullptr,
-            checkPrice,
+            checkStockPrice,
             plainVolumeOfAmount,
             nullptr,
             nullptr};

@@ -9,17 +9,14 @@ namespace {
 constexpr int kLockUnderlying = 56;
 constexpr int kUnlockUnderlying = 57;
 
+/// Resolves the code of a stock, which locking and unlocking name, and tests it here as well, since only
+/// codes that come with the order are tested. Any other code stays as it came.
 bool resolveCode(CCheckRun& run) {
-    (void)resolveStockCode(run.code, EKeyJoin::Plain); // an option's code is none of a stock and stays
+    (void)resolveStockCode(run.code, EKeyJoin::Plain);
     const int number = run.order.m_nOrderType;
     const bool isOfStock = number == kLockUnderlying || number == kUnlockUnderlying;
     auto& exchange = CExchangeClient::instance();
     return (isOfStock ? exchange.hasStock(run.code) : exchange.hasOption(run.code)) || failCode(run);
-}
-
-bool checkPrice(const CCheckRun& run) {
-    return checkPriceType(run) ||
-           failPrice(run, QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
 }
 
 constexpr CFamilyCheck kOptionCheck = {
@@ -31,7 +28,7 @@ constexpr CFamilyCheck kOptionCheck = {
     nullptr,
     resolveCode,
     nullptr,
-    checkPrice,
+    checkStockPrice,
     plainVolumeOfAmount,
     nullptr,
     nullptr,

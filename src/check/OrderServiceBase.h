@@ -68,7 +68,8 @@ public:
                                                  std::vector<CAccountInfoPtr>& accounts) const;
 
     /// The family checks. Each appends one record for each account that gets a volume; true can come with
-    /// none.
+    /// none. The end of a single credit contract has one record, for the account that the order names. A
+    /// check also fills the weights by account key, whatever records come of it.
     bool checkAndFillOrderStock(COrderParam order, COrderStrategyParam strategy,
                                 std::vector<CCodeOrderParam>& codes,
                                 std::map<std::string, double>& weights) const;
@@ -93,7 +94,7 @@ public:
     bool checkAndFillOrderCredit(COrderParam order, COrderStrategyParam strategy,
                                  std::vector<CCodeOrderParam>& codes,
                                  std::map<std::string, double>& weights) const;
-    /// Only tells whether the order may go out: appends nothing.
+    /// Only tells whether the order may go out: appends no record.
     bool checkAndFillOrderNeeq(COrderParam order, COrderStrategyParam strategy,
                                std::vector<CCodeOrderParam>& codes,
                                std::map<std::string, double>& weights) const;

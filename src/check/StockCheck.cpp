@@ -20,9 +20,8 @@ bool resolveCode(CCheckRun& run) {
 }
 
 bool checkPrice(const CCheckRun& run) {
-    if (checkPriceType(run)) return true;
-    if (run.code.isEmpty()) return failCheck(run, QStringLiteral("[%1]　证券代码为空, 无法下单!"));
-    return failPrice(run, QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
+    if (!run.code.isEmpty()) return checkStockPrice(run);
+    return checkPriceType(run) || failCheck(run, QStringLiteral("[%1]　证券代码为空, 无法下单!"));
 }
 
 int unitVolumeOfAmount(const CCheckRun& run) {

@@ -25,10 +25,12 @@ struct CIntakeReport {
 
 /// What happened at a door that listens.
 enum class EDoorEvent {
-    Opened,  ///< it listens
-    Closed,  ///< it does not listen any more
-    Stuck,   ///< it serves nobody until it is closed
-    Refused, ///< one connection was closed, the others are served on
+    Opened, ///< it listens
+    Closed, ///< it does not listen any more
+    Stuck,  ///< it serves nobody until it is closed
+    /// One connection was closed, the others are served on. In a flood not each is told: where there is no
+    /// peer, the cause tells how many others there were.
+    Refused,
 };
 
 struct CDoorReport {

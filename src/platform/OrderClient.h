@@ -18,7 +18,8 @@ public:
     /// user first. There is no answer: what becomes of the command is the host's business from here on.
     virtual void orderCommands(const COrderComandParamPtr& command) = 0;
 
-    /// Shows why an order was refused. One call for each refused order.
+    /// Shows why an order was refused, or what a basket leaves out: a basket can bring several calls, for its
+    /// rows, and go out all the same. Any other order brings one at most.
     virtual void showTradeError(const QString& text, const QString& title) = 0;
 };
 

@@ -26,13 +26,13 @@ struct CCodeOrderParam : knservice::IData {
     CStockInfo m_stock;
     EPriceType m_ePriceType = unsetEnum<EPriceType>();
     double m_dPrice = kUnsetDouble; ///< currency units
-    int m_nVolume = kUnsetInt;      ///< shares or lots
+    int m_nVolume = kUnsetInt;      ///< shares or lots; not set where a repayment of money is no int
     std::string m_strUserId;
     EEntrustTypes m_eEntrustType = unsetEnum<EEntrustTypes>();
     std::string m_strContractText;
     std::string m_strRepayText;
     int m_nQuantityKind = kUnsetInt;
-    double m_dQuantity = kUnsetDouble;
+    double m_dQuantity = kUnsetDouble; ///< where set it counts, and m_nVolume is its whole part
     int m_nSubAccountKind = kUnsetInt;
     std::string m_strSubAccountId;
     int m_nOverFreqMode = kUnsetInt;

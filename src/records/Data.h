@@ -18,8 +18,9 @@ public:
     virtual bson::BSONObj toBson() const { return {}; }
 
     /// Fills the record from a document that toBson gave, perhaps by way of its JSON text: integers are then
-    /// as narrow as they fit. Throws bson::CError for a document that is not the record's. A record that is
-    /// not stored stays as it is.
+    /// as narrow as they fit, and a double without a fraction has become an integer (5.0 comes as the int32
+    /// 5), so a number is read whatever its type. Throws bson::CError for a document that is not the
+    /// record's. A record that is not stored stays as it is.
     virtual void bsonValueFromObj(const bson::BSONObj&) {}
 
 protected:

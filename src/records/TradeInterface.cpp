@@ -72,6 +72,14 @@ std::vector<std::string> whitelistTexts(const std::vector<boost::shared_ptr<IDat
 
 } // namespace
 
+std::vector<std::string> TradeInterfaceData::storedKeys() {
+    std::vector<std::string> keys;
+    for (const CStoredField& field : kStoredFields)
+        keys.emplace_back(field.key);
+    keys.emplace_back(kWhitelistKey);
+    return keys;
+}
+
 std::string TradeInterfaceData::toJson() const {
     bson::BSONObjBuilder builder;
     for (const CStoredField& field : kStoredFields) {

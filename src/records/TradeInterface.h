@@ -25,6 +25,9 @@ public:
 /// settings. Fields called reserved are the framework's, and are not stored.
 class TradeInterfaceData {
 public:
+    /// The keys of the stored fields, in the order in which they are written; the white list's is the last.
+    static std::vector<std::string> storedKeys();
+
     /// The stored fields as JSON text in UTF-8, on one line: strings, numbers and flags under the names of
     /// their members, and the white list as a list of JSON texts, without its null entries.
     std::string toJson() const;

@@ -70,6 +70,11 @@ bool isSameSecret(std::string_view given, std::string_view expected) {
     return difference == 0;
 }
 
+QString peerOf(const net::NetConnection& conn) {
+    return QString::fromStdString(conn.peerAddress()) + QStringLiteral(":") +
+           QString::number(conn.peerPort());
+}
+
 void logLine(const void* server, std::string_view line, const std::vector<unsigned char>& reply) {
     if (!utils::CLogCenter::logEnabled()) return;
     // The log is UTF-8, the line whatever the client sent.
@@ -114,7 +119,16 @@ COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string 
       m_gate(gate), m_registry(registry), m_strSource(std::move(source)), m_guard(!m_strUser.empty()),
       m_loginWatch(io) {}
 
-COrderSocketServer::~COrderSocketServer() = default;
+/// Connections may be refused until the listener's thread has ended, so also behind the stop.
+COrderSocketServer::~COrderSocketServer() {
+    tellUntoldRefusals();
+}
+
+int COrderSocketServer::stop() {
+    const int result = net::NetServer::stop();
+    tellUntoldRefusals();
+    return result;
+}
 
 void COrderSocketServer::onConnected(net::NetConnectionPtr conn) {
     if (const char* word = m_guard.refuseConnection(m_connections.size())) {
@@ -178,7 +192,7 @@ void COrderSocketServer::takeLines(const net::NetConnectionPtr& conn, ConnData& 
 COrderSocketServer::ENext COrderSocketServer::checkLineEnd(const net::NetConnectionPtr& conn) {
     if (const char* word = m_guard.refuseLineFeed()) return refuse(conn, word);
     conn->flush();
-    tellDoor(EDoorEvent::Stuck, *conn, "a line feed without a carriage return");
+    tellDoor(EDoorEvent::Stuck, peerOf(*conn), "a line feed without a carriage return");
     m_bStuck = true;
     waitForStop();
     return ENext::Closed;
@@ -329,33 +343,25 @@ void COrderSocketServer::closeSilent() {
         refuse(conn, m_guard.refuseSilence(*m_connections.at(conn), now));
 }
 
-/// A crowd of refused connections must not fill the records of a host: beyond some in a second they are only
-/// counted, and the next one that is told tells how many.
 void COrderSocketServer::tellRefusal(const net::NetConnection& conn, const char* word) {
-    constexpr int kToldPerSecond = 10;
-    const double now = utils::getTime();
-    if (now - m_dRefusalSecond >= 1) {
-        m_dRefusalSecond = now;
-        m_nRefusalsTold = 0;
-    }
-    if (m_nRefusalsTold >= kToldPerSecond) {
-        ++m_nRefusalsUntold;
-        return;
-    }
-    ++m_nRefusalsTold;
+    const std::optional<int> others = m_refusals.count(utils::getTime());
+    if (!others) return;
     std::string cause = word;
-    if (m_nRefusalsUntold > 0) cause += ", and " + std::to_string(m_nRefusalsUntold) + " others before it";
-    m_nRefusalsUntold = 0;
-    tellDoor(EDoorEvent::Refused, conn, cause.c_str());
+    if (*others > 0) cause += ", and " + std::to_string(*others) + " others before it";
+    tellDoor(EDoorEvent::Refused, peerOf(conn), cause);
 }
 
-void COrderSocketServer::tellDoor(EDoorEvent event, const net::NetConnection& conn, const char* cause) const {
+void COrderSocketServer::tellUntoldRefusals() {
+    const int others = m_refusals.takeUntold();
+    if (others > 0) tellDoor(EDoorEvent::Refused, {}, std::to_string(others) + " others");
+}
+
+void COrderSocketServer::tellDoor(EDoorEvent event, const QString& peer, const std::string& cause) const {
     CDoorReport report;
     report.m_eEvent = event;
     report.m_strSource = m_strSource;
-    report.m_strPeer =
-        QString::fromStdString(conn.peerAddress()) + QStringLiteral(":") + QString::number(conn.peerPort());
-    report.m_strCause = QString::fromLatin1(cause);
+    report.m_strPeer = peer;
+    report.m_strCause = QString::fromStdString(cause);
     tellAudit(report);
 }
 

@@ -5,6 +5,7 @@
 #include "net/NetServer.h"
 #include "platform/IntakeAudit.h"
 #include "socket/ConnData.h"
+#include "socket/RefusalTally.h"
 #include "socket/SocketGuard.h"
 
 #include <boost/asio/steady_timer.hpp>
@@ -35,6 +36,9 @@ public:
                        std::string pass, IOrderGate& gate, IStrategyRegistry& registry, QString source);
     ~COrderSocketServer() override;
 
+    /// Tells the audit of the refusals that were only counted, too.
+    int stop() override;
+
     void onConnected(net::NetConnectionPtr conn) override;
     void onDisconnected(int code, net::NetConnectionPtr conn) override;
     void onDataReceived(const std::vector<unsigned char>& data, int length,
@@ -64,7 +68,8 @@ private:
     void watchLogins();
     void closeSilent();
     void tellRefusal(const net::NetConnection& conn, const char* word);
-    void tellDoor(EDoorEvent event, const net::NetConnection& conn, const char* cause) const;
+    void tellUntoldRefusals();
+    void tellDoor(EDoorEvent event, const QString& peer, const std::string& cause) const;
 
     void onUser(std::string_view argument, ConnData& data, CReply& reply);
     void onPass(std::string_view argument, ConnData& data, CReply& reply);
@@ -84,9 +89,7 @@ private:
     const CSocketGuard m_guard;
     boost::asio::steady_timer m_loginWatch; ///< runs while somebody has yet to log in
     bool m_bWatching = false;
-    double m_dRefusalSecond = 0; ///< when the second began in which refusals are counted
-    int m_nRefusalsTold = 0;     ///< in that second
-    int m_nRefusalsUntold = 0;
+    CRefusalTally m_refusals;
     bool m_bStuck = false; ///< serves nobody any more, also in the moments between its stop and its end
     double m_dNextDeadline = kNoDeadline; ///< the earliest at which somebody may have been silent too long
 };

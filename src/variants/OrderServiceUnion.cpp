@@ -43,11 +43,12 @@ constexpr const char* kForceConfirm = "mdl_order_service_force_confirm";
 
 /// The button of the trading panel that a futures order stands for.
 EFtSpecBtnBarType buttonOf(int orderType) {
-    constexpr int kSecondFirst = 6;
-    constexpr int kThirdFirst = 10;
-    constexpr int kThirdLast = 15;
-    if (orderType >= kSecondFirst && orderType < kThirdFirst) return EFtSpecBtnBarType::CloseFirst;
-    if (orderType >= kThirdFirst && orderType <= kThirdLast) return EFtSpecBtnBarType::OpenOrClose;
+    constexpr int kFirstCloseFirst = 6;
+    constexpr int kFirstOpenOrClose = 10;
+    constexpr int kLastOpenOrClose = 15;
+    if (orderType >= kFirstCloseFirst && orderType < kFirstOpenOrClose) return EFtSpecBtnBarType::CloseFirst;
+    if (orderType >= kFirstOpenOrClose && orderType <= kLastOpenOrClose)
+        return EFtSpecBtnBarType::OpenOrClose;
     return EFtSpecBtnBarType::OpenClose;
 }
 

@@ -45,6 +45,24 @@ TEST(Bson, JsonKeepsTheOrderOfTheKeysAndUtf8) {
     EXPECT_EQ(object.jsonString(), "{ \"z\" : \"策略\", \"price\" : 10.5, \"a\" : true }");
 }
 
+TEST(Bson, KeysComeInTheirOrderAndAsOftenAsTheyStand) {
+    EXPECT_EQ(bson::keysOf(bson::fromjson("{\"z\":1,\"a\":{\"b\":1},\"z\":2}")),
+              (std::vector<std::string>{"z", "a", "z"}));
+    EXPECT_EQ(bson::keysOf({}), std::vector<std::string>{});
+}
+
+TEST(Bson, TellsWhetherAllOfItsTextsAreUtf8) {
+    const auto textOf = [](const char* key, const std::string& text) {
+        return bson::BSONObjBuilder().append(key, text).obj();
+    };
+    EXPECT_TRUE(bson::BSONObj().isUtf8());
+    EXPECT_TRUE(textOf("键", "值\x01").isUtf8());
+    EXPECT_TRUE(bson::fromjson("{\"a\":{\"$date\":\"2026-01-05T09:30:00Z\"},\"b\":[1.5,null]}").isUtf8());
+    EXPECT_FALSE(textOf("a", "\xD5\xCB").isUtf8());
+    EXPECT_FALSE(textOf("a", "\xC1\x81").isUtf8()); // a longer form than the letter needs
+    EXPECT_FALSE(bson::BSONObjBuilder().append("deep", textOf("a", "\xFF")).obj().isUtf8());
+}
+
 TEST(Bson, CopiesShareTheDocument) {
     const bson::BSONObj object(kOne);
     const bson::BSONObj copy = object;

@@ -1,54 +1,10 @@
-#include "tests/check/FamilyFixture.h"
+#include "tests/check/BasketFixture.h"
 
 namespace {
 
 using namespace TC;
 
-class BasketCheck : public CheckFixture {
-protected:
-    BasketCheck() {
-        addInstrument("600001", 10);
-        addInstrument("600002", 20);
-        host.switches.on.insert("mdl_order_compose_basket_buy_sell");
-    }
-
-    boost::shared_ptr<fake::CQuote> addInstrument(const std::string& code, double price) {
-        host.addStock("SH", code, price, 100);
-        host.types.types.insert({100003, "SH" + code});
-        const auto quote = host.quotes.quotes.at(QString::fromStdString("SH" + code));
-        quote->m_nDayCount = 1;
-        quote->m_dLastPrice = price;
-        return quote;
-    }
-    CStrategyBuilder strategy(EPriceType priceType = EPriceType::Latest) {
-        return CStrategyBuilder().family(EOrderStrategyTradeType::Basket).volume(1).set([&](auto& s) {
-            s.setting(ESettingSlot::StockBasket).m_ePriceType = priceType;
-        });
-    }
-    static COrderBuilder basket(int number, std::initializer_list<std::pair<const char*, int>> rows) {
-        COrderBuilder builder(number);
-        for (const auto& [code, volume] : rows)
-            builder.line(QString::fromLatin1(code), kUnsetDouble, volume);
-        return builder;
-    }
-    bool check(COrderParam order, const COrderStrategyParam& with) {
-        codes.clear();
-        weights.clear();
-        return service.checkAndFillOrderCompose(order, with, codes, weights);
-    }
-    bool check(const COrderParam& order) { return check(order, strategy()); }
-    /// Account, operation, volume and code of every record.
-    std::string records() const {
-        std::string text;
-        for (const CCodeOrderParam& code : codes)
-            text += code.m_account->getKey() + " " + std::to_string(static_cast<int>(code.m_eOperationType)) +
-                    " " + std::to_string(code.m_nVolume) + " " + code.m_stock.m_strCode + ", ";
-        return text;
-    }
-
-    std::vector<CCodeOrderParam> codes;
-    std::map<std::string, double> weights;
-};
+using BasketCheck = BasketFixture;
 
 TEST_F(BasketCheck, EveryRowIsSplitOverTheAccounts) {
     ASSERT_TRUE(check(basket(25, {{"600001", 1000}, {"SH600002", 500}})));

@@ -67,14 +67,6 @@ TEST_F(CheckFrame, SeveralLinesAreReportedInTheFamilysWords) {
     EXPECT_EQ(onlyError(), QStringLiteral("lines 文件单 3"));
 }
 
-TEST_F(CheckFrame, FamilyWithoutWordsForSeveralLinesUsesTheCommonOnes) {
-    family.m_pszTooManyLines = nullptr;
-    const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).line(kCode, 10.5, 100);
-    EXPECT_FALSE(check(order));
-    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单参数不合法!"));
-    EXPECT_TRUE(codes.empty());
-}
-
 TEST_F(CheckFrame, FamilyWithoutAmountsUsesTheStrategysVolume) {
     ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5), CStrategyBuilder().volume(700).amount(100000)));
     EXPECT_EQ(host.trade.splitCalls.at(0).volume, 700);

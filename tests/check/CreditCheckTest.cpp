@@ -1,5 +1,8 @@
 #include "tests/check/FamilyFixture.h"
 
+#include <cmath>
+#include <limits>
+
 namespace {
 
 using namespace TC;
@@ -10,6 +13,20 @@ class CreditCheck : public FamilyFixture {
 protected:
     CreditCheck()
         : FamilyFixture(EOrderStrategyTradeType::Credit, &COrderServiceBase::checkAndFillOrderCredit) {}
+
+    /// Lets the stock's prices differ, and the operation of number 32 repay money.
+    boost::shared_ptr<fake::CQuote> quoteInParts() {
+        const auto quote = addQuote(QStringLiteral("SH600000"), 10);
+        quote->otherCalc = 11;
+        quote->otherOrder = 12;
+        return quote;
+    }
+    void repayMoney() { host.rules.directRepays = {static_cast<int>(orderTypeToOperationType(32))}; }
+    static COrderParam money(double amount) {
+        return COrderBuilder(32).line(QStringLiteral("600000"), 5).set([=](auto& o) {
+            o.m_orders[0].m_dAmount = amount;
+        });
+    }
 };
 
 TEST_F(CreditCheck, TakesItsNumbers) {
@@ -64,7 +81,66 @@ TEST_F(CreditCheck, SettingOfATradeIsTakenAnew) {
 TEST_F(CreditCheck, UnusablePriceNamesTheCodeAlsoWhereItIsEmpty) {
     host.user.invalidPriceTypes = {EPriceType::Latest};
     EXPECT_FALSE(check(COrderBuilder(23), priced(EPriceType::Latest)));
-    EXPECT_TRUE(onlyError().startsWith(QStringLiteral("[文件单]　证券 [] ")));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　证券 [] 价5()无效, 无法下单!"));
+    host.orders.errors.clear();
+    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 1, 1), priced(EPriceType::Latest)));
+    EXPECT_EQ(onlyError(),
+              QStringLiteral("[文件单]　证券 [SH600000] 价5()无效, 无法下单!")); // no code in the word
+}
+
+TEST_F(CreditCheck, QuotedPricesOfATradeAreWaitedFor) {
+    host.quotes.quotes.clear();
+    EXPECT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 100)));
+    EXPECT_TRUE(clock.sleeps().empty());
+    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, 100), priced(EPriceType::Latest)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
+}
+
+TEST_F(CreditCheck, TradeIsSplitAtTheCalculationPriceAndGoesOutAtTheOrderPrice) {
+    const auto quote = quoteInParts();
+    ASSERT_TRUE(check(COrderBuilder(27).line(kCode, 1, 100), priced(EPriceType::Latest)));
+    EXPECT_EQ(host.trade.splitCalls.at(0).price, 11);
+    EXPECT_EQ(host.trade.splitCalls.at(0).operation, orderTypeToOperationType(27));
+    EXPECT_EQ(codes.at(0).m_dPrice, 12);
+    for (const fake::CPriceCall& call : quote->calls.all()) {
+        EXPECT_EQ(call.number, 0);
+        EXPECT_EQ(call.operation, orderTypeToOperationType(27));
+    }
+}
+
+TEST_F(CreditCheck, AmountFallsToTheUnitOfTheInstrument) {
+    host.types.units["SH600000"] = 300;
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10), strategy().amount(10000)));
+    EXPECT_EQ(splitVolume(), 900);
+    host.types.types.insert({1172, "SH600000"});
+    host.types.uiUnits["SH600000"] = 7;
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10), strategy().amount(10000)));
+    EXPECT_EQ(splitVolume(), 994);
+}
+
+TEST_F(CreditCheck, CodesAreLookedUpByMarketAndCodeWithNothingBetween) {
+    host.rules.keySeparator = QStringLiteral(".");
+    EXPECT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 100)));
+    EXPECT_TRUE(check(COrderBuilder(37).line(kCode, 10.5, 100)));
+    EXPECT_TRUE(check(COrderBuilder(29).line(kCode, 10.5, 100)));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>(3, QStringLiteral("SH600000")));
+    EXPECT_EQ(host.quotes.reads.size(), 1u);
+    host.exchange.stocks = {{QStringLiteral("SH.600000"), boost::make_shared<CInstrumentDetail>()}};
+    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, 100)));
+}
+
+TEST_F(CreditCheck, AccountThatIsMissingGetsNoRecord) {
+    host.user.nullAccount = true;
+    host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{1, 2, 3}; };
+    host.trade.moneyOverride = {};
+    repayMoney();
+    for (const int number : {23, 29, 32}) {
+        ASSERT_TRUE(check(COrderBuilder(number).line(kCode, 10.5, 6))) << number;
+        EXPECT_EQ(codes.size(), 2u) << number;
+    }
+    host.trade.moneyOverride = {1, 2, 3};
+    ASSERT_TRUE(check(money(6)));
+    EXPECT_EQ(codes.size(), 2u);
 }
 
 TEST_F(CreditCheck, UnknownCodeIsRefusedButForRepaymentsOfMoney) {
@@ -135,6 +211,76 @@ TEST_F(CreditCheck, FailedSplitsAreReported) {
     EXPECT_EQ(lastError(), QStringLiteral("[文件单]　分单失败: why"));
 }
 
+TEST_F(CreditCheck, RepaymentsCarryTheCalculationPrice) {
+    quoteInParts();
+    repayMoney();
+    for (const int number : {29, 32}) {
+        ASSERT_TRUE(check(COrderBuilder(number).line(kCode, 1, 100), priced(EPriceType::Latest)));
+        EXPECT_EQ(codes.at(0).m_dPrice, 11) << number;
+        EXPECT_EQ(codes.at(0).m_stock.m_strCode, "600000") << number;
+        EXPECT_EQ(host.rules.settingCalls.all().back().price, 12) << number;
+    }
+    EXPECT_EQ(host.trade.splitCalls.at(0).price, 11);
+    EXPECT_EQ(host.trade.splitCalls.at(0).priceType, EPriceType::Latest);
+}
+
+TEST_F(CreditCheck, RepaymentsNeitherWaitForQuotesNorTestPrices) {
+    host.quotes.quotes.clear();
+    host.user.invalidPriceTypes = {EPriceType::Latest};
+    repayMoney();
+    for (const int number : {29, 30, 31, 32, 39}) {
+        ASSERT_TRUE(check(COrderBuilder(number).line(kCode, 1, 100), priced(EPriceType::Latest))) << number;
+        EXPECT_EQ(codes.size(), 2u) << number;
+        EXPECT_EQ(codes.at(0).m_dPrice, kUnsetDouble) << number;
+    }
+    EXPECT_TRUE(clock.sleeps().empty());
+    EXPECT_TRUE(host.errorTexts().empty());
+    EXPECT_TRUE(host.user.priceTypeCalls.all().empty());
+}
+
+TEST_F(CreditCheck, SettingOfARepaymentTakesTheOrdersKindAndTheLinesPriceType) {
+    const auto order = [](int kind) {
+        return COrderBuilder(29).line(kCode, 1, 100).set([=](auto& o) {
+            o.m_strOrderSetting = "text";
+            o.m_eOrderType = static_cast<EOrderType>(kind);
+            o.m_orders[0].m_ePriceType = EPriceType::Latest;
+        });
+    };
+    host.rules.algoPlatforms[static_cast<EOrderType>(7)] = ETradePlatform::Plain;
+    ASSERT_TRUE(check(order(4)));
+    EXPECT_EQ(static_cast<int>(codes.at(0).m_eOrderType), 4);
+    EXPECT_EQ(codes.at(0).m_ePriceType, EPriceType::Latest);
+    EXPECT_EQ(host.rules.settingTexts.size(), 1u);
+    ASSERT_TRUE(check(order(7)));
+    EXPECT_EQ(static_cast<int>(codes.at(0).m_eOrderType), 7);
+    EXPECT_EQ(host.rules.settingTexts.size(), 1u); // an algorithm's text is not read
+}
+
+TEST_F(CreditCheck, AmountThatIsNoNumberIsRefusedByTheSplit) {
+    repayMoney();
+    for (const double amount :
+         {std::nan(""), std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()}) {
+        host.orders.errors.clear();
+        EXPECT_FALSE(check(money(amount), strategy().amount(700))) << amount;
+        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　分单失败: 没有金额")) << amount;
+        EXPECT_TRUE(codes.empty());
+    }
+}
+
+TEST_F(CreditCheck, MoneyBeyondAnIntHasAQuantityAndNoVolume) {
+    repayMoney();
+    ASSERT_TRUE(check(money(1e10)));
+    EXPECT_DOUBLE_EQ(codes.at(0).m_dQuantity, 6e9);
+    EXPECT_EQ(codes.at(0).m_nVolume, kUnsetInt);
+}
+
+TEST_F(CreditCheck, OnlyTheRepaymentOfMoneyTakesAnAmountOfTheLine) {
+    ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 1).set([](auto& o) { o.m_orders[0].m_dAmount = 900; }),
+                      strategy().volume(30)));
+    EXPECT_EQ(splitVolume(), 30);
+    EXPECT_TRUE(host.trade.moneySplits.empty());
+}
+
 // A single contract.
 
 TEST_F(CreditCheck, ContractEndsOnTheAccountThatTheOrderNames) {
@@ -153,6 +299,26 @@ TEST_F(CreditCheck, ContractEndsOnTheAccountThatTheOrderNames) {
     EXPECT_EQ(codes[0].m_ePriceType, EPriceType::Specified);
     EXPECT_EQ(codes[0].m_stock.m_strCode, "600000");
     EXPECT_TRUE(host.trade.splitCalls.empty());
+}
+
+TEST_F(CreditCheck, ContractHasTheReferencePrice) {
+    const auto detail = boost::make_shared<CInstrumentDetail>();
+    detail->m_dReferencePrice = 9.87;
+    host.exchange.others[QStringLiteral("SH600000")] = detail;
+    for (const int number : {37, 38}) {
+        ASSERT_TRUE(check(COrderBuilder(number).line(kCode, 1, 5), priced(EPriceType::Latest)));
+        EXPECT_EQ(codes.at(0).m_dPrice, 9.87) << number;
+        EXPECT_EQ(codes.at(0).m_ePriceType, EPriceType::Specified) << number;
+    }
+    EXPECT_TRUE(host.rules.settingCalls.all().empty());
+    EXPECT_TRUE(clock.sleeps().empty());
+}
+
+TEST_F(CreditCheck, ContractOnAnUnknownInstrumentHasNoPrice) {
+    ASSERT_TRUE(check(COrderBuilder(37).line(QString(), 1, 5), strategy().code(QStringLiteral("none"))));
+    EXPECT_EQ(codes.at(0).m_dPrice, kUnsetDouble);
+    EXPECT_TRUE(isUnset(codes.at(0).m_ePriceType));
+    EXPECT_EQ(codes.at(0).m_stock.m_strCode, "");
 }
 
 TEST_F(CreditCheck, ContractWithoutAnAccountOfItsOwnHasNone) {

@@ -1,21 +1,52 @@
 #include "tests/check/FamilyFixture.h"
 
+#include <cmath>
+#include <limits>
+#include <ostream>
+
 namespace {
 
 using namespace TC;
 
 const QString kCode = QStringLiteral("IF2601");
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-class FutureCheck : public FamilyFixture {
+/// The two families of contracts that are opened and closed.
+struct CContractCase {
+    const char* name;
+    EOrderStrategyTradeType family;
+    bool (COrderServiceBase::*check)(COrderParam, COrderStrategyParam, std::vector<CCodeOrderParam>&,
+                                     std::map<std::string, double>&) const;
+    const char* list;
+    std::vector<int> accepted;
+    bool readsAlgorithmText;
+};
+
+void PrintTo(const CContractCase& contract, std::ostream* out) {
+    *out << contract.name;
+}
+
+class FutureCheck : public FamilyFixture, public testing::WithParamInterface<CContractCase> {
 protected:
-    FutureCheck() : FutureCheck(EOrderStrategyTradeType::Future, &COrderServiceBase::checkAndFillOrderSpec) {}
-    FutureCheck(EOrderStrategyTradeType family, CCheck operation) : FamilyFixture(family, operation) {
-        host.exchange.addOther("future", kCode);
+    FutureCheck() : FamilyFixture(GetParam().family, GetParam().check) {
+        host.exchange.addOther(GetParam().list, kCode);
         addQuote(kCode, 3500);
+    }
+    static COrderParam order() { return COrderBuilder(0).line(kCode, 3501, 10); }
+    /// An order with both limits in its line.
+    static COrderBuilder limits(double first, double second) {
+        return COrderBuilder(0).line(kCode, 3500, 1).set([=](auto& o) {
+            o.m_orders[0].m_bHasFirstLimit = o.m_orders[0].m_bHasSecondLimit = true;
+            o.m_orders[0].m_dFirstLimit = first;
+            o.m_orders[0].m_dSecondLimit = second;
+        });
+    }
+    static QString unusable(int priceType) {
+        return QStringLiteral("[文件单]　合约 [IF2601] 价%1(IF2601)无效, 无法下单!").arg(priceType);
     }
 };
 
-TEST_F(FutureCheck, OrderBecomesARecordForEachAccount) {
+TEST_P(FutureCheck, OrderBecomesARecordForEachAccount) {
     ASSERT_TRUE(check(COrderBuilder(0).line(kCode, 3501, 10)));
     ASSERT_EQ(codes.size(), 2u);
     EXPECT_EQ(codes[0].m_nVolume, 6);
@@ -26,36 +57,25 @@ TEST_F(FutureCheck, OrderBecomesARecordForEachAccount) {
     EXPECT_EQ(weights.size(), 2u);
 }
 
-TEST_F(FutureCheck, TakesItsNumbers) {
-    EXPECT_EQ(acceptedNumbers(kCode), numbers({{0, 15}}));
-}
-
-TEST_F(FutureCheck, SeveralLinesAreRefused) {
+TEST_P(FutureCheck, SeveralLinesAreRefused) {
     EXPECT_FALSE(check(COrderBuilder(0).line(kCode, 1, 1).line(kCode, 1, 1)));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单参数不合法!"));
 }
 
-TEST_F(FutureCheck, UnknownCodeShowsTheChannelTwice) {
+TEST_P(FutureCheck, UnknownCodeShowsTheChannelTwice) {
     EXPECT_FALSE(check(COrderBuilder(0).line(QStringLiteral("if2601"), 1, 1)));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [3] 不合法!"));
 }
 
-TEST_F(FutureCheck, CodeOfTheStrategyIsTestedToo) {
+TEST_P(FutureCheck, CodeOfTheStrategyIsTestedToo) {
     EXPECT_FALSE(check(COrderBuilder(0), strategy().code(QStringLiteral("none"))));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [3] 不合法!"));
     EXPECT_TRUE(check(COrderBuilder(0).line(QString(), 3500, 1), strategy().code(kCode)));
 }
 
-TEST_F(FutureCheck, LimitsOfTheLineGoIntoTheSetting) {
+TEST_P(FutureCheck, LimitsOfTheLineGoIntoTheSetting) {
     COrderSetting seen;
     host.rules.onSetting = [&](const COrderSetting& setting) { seen = setting; };
-    const auto limits = [](double first, double second) {
-        return COrderBuilder(0).line(kCode, 3500, 1).set([=](auto& o) {
-            o.m_orders[0].m_bHasFirstLimit = o.m_orders[0].m_bHasSecondLimit = true;
-            o.m_orders[0].m_dFirstLimit = first;
-            o.m_orders[0].m_dSecondLimit = second;
-        });
-    };
     ASSERT_TRUE(check(limits(3490, kUnsetDouble)));
     EXPECT_TRUE(seen.m_bFirstLimitOn);
     EXPECT_EQ(seen.m_dFirstLimit, 3490);
@@ -70,45 +90,17 @@ TEST_F(FutureCheck, LimitsOfTheLineGoIntoTheSetting) {
     EXPECT_TRUE(seen.m_bSecondLimitOn);
 }
 
-TEST_F(FutureCheck, SettingTextIsReadUnlessItIsAnAlgorithms) {
-    const COrderParam order =
-        COrderBuilder(0).line(kCode, 3500, 1).set([](auto& o) { o.m_strOrderSetting = "text"; });
-    ASSERT_TRUE(check(order));
-    EXPECT_EQ(host.rules.settingTexts, std::vector<QString>{QStringLiteral("text")});
-    COrderParam algo = order;
-    algo.m_eOrderType = static_cast<EOrderType>(7);
-    host.rules.algoPlatforms[algo.m_eOrderType] = ETradePlatform::Plain;
-    ASSERT_TRUE(check(algo));
-    EXPECT_EQ(host.rules.settingTexts.size(), 1u);
-}
-
-TEST_F(FutureCheck, MissingQuoteFailsAlsoWhereThePriceIsGiven) {
-    host.quotes.quotes.clear();
-    EXPECT_FALSE(check(COrderBuilder(0).line(kCode, 3500, 1)));
-    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
-    EXPECT_TRUE(onlyError().startsWith(QStringLiteral("[文件单]　合约 [IF2601] ")));
-    EXPECT_TRUE(onlyError().endsWith(QStringLiteral("无效, 无法下单!")));
-}
-
-TEST_F(FutureCheck, PriceTypeNeedsItsNumber) {
-    host.quotes.quotes[kCode]->otherOrigin = kUnsetDouble;
-    host.quotes.quotes[kCode]->origin.clear();
-    EXPECT_FALSE(check(COrderBuilder(0).line(kCode, 3500, 1), priced(EPriceType::Latest)));
-    EXPECT_TRUE(check(COrderBuilder(0).line(kCode, 3500, 1), priced(EPriceType::NoQuote)));
-    EXPECT_TRUE(check(COrderBuilder(0).line(kCode, 3500, 1)));
-}
-
-TEST_F(FutureCheck, UsersPriceTypesHaveNoSay) {
+TEST_P(FutureCheck, UsersPriceTypesHaveNoSay) {
     host.user.invalidPriceTypes = {EPriceType::Latest};
     EXPECT_TRUE(check(COrderBuilder(0).line(kCode, 3500, 1), priced(EPriceType::Latest)));
 }
 
-TEST_F(FutureCheck, AmountHasNoEffect) {
+TEST_P(FutureCheck, AmountHasNoEffect) {
     ASSERT_TRUE(check(COrderBuilder(0).line(kCode, 3500), strategy().amount(1e6).volume(4)));
     EXPECT_EQ(splitVolume(), 4);
 }
 
-TEST_F(FutureCheck, ClosingWithoutPositionIsToldAsSuch) {
+TEST_P(FutureCheck, ClosingWithoutPositionIsToldAsSuch) {
     host.rules.closes = {6};
     host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{0, 100}; };
     EXPECT_FALSE(check(COrderBuilder(6).line(kCode, 3500, 1)));
@@ -119,7 +111,7 @@ TEST_F(FutureCheck, ClosingWithoutPositionIsToldAsSuch) {
     EXPECT_EQ(onlyError(), QStringLiteral("平仓仓位不足"));
 }
 
-TEST_F(FutureCheck, OpeningWithoutVolumePassesOn) {
+TEST_P(FutureCheck, OpeningWithoutVolumePassesOn) {
     host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{0, 100}; };
     ASSERT_TRUE(check(COrderBuilder(0).line(kCode, 3500, 1)));
     EXPECT_EQ(codes.size(), 1u);
@@ -131,42 +123,111 @@ TEST_F(FutureCheck, OpeningWithoutVolumePassesOn) {
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　分单失败: why"));
 }
 
-TEST_F(FutureCheck, ZeroPriceIsRefused) {
+TEST_P(FutureCheck, ZeroPriceIsRefused) {
     EXPECT_FALSE(check(COrderBuilder(0).line(kCode, 0, 1)));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
 }
 
-class FutureOptionCheck : public FutureCheck {
-protected:
-    FutureOptionCheck()
-        : FutureCheck(EOrderStrategyTradeType::FutureOption,
-                      &COrderServiceBase::checkAndFillOrderFutureOption) {
-        host.exchange.addOther("future option", kCode);
-        host.exchange.lists.erase({"future", kCode});
-    }
-};
-
-TEST_F(FutureOptionCheck, TakesItsNumbersAndCodes) {
-    EXPECT_EQ(acceptedNumbers(kCode), numbers({{0, 15}, {100, 100}}));
-    EXPECT_TRUE(check(COrderBuilder(100).line(kCode, 3500, 10)));
-    EXPECT_FALSE(check(COrderBuilder(100).line(QStringLiteral("x"), 3500, 10)));
-    EXPECT_EQ(lastError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [3] 不合法!"));
+TEST_P(FutureCheck, TakesItsNumbers) {
+    EXPECT_EQ(acceptedNumbers(kCode), GetParam().accepted);
 }
 
-TEST_F(FutureOptionCheck, SettingTextIsReadWhateverTheKind) {
+TEST_P(FutureCheck, CodesOfOtherListsAreUnknown) {
+    host.exchange.lists = {{"option", kCode}, {"gold", kCode}};
+    EXPECT_FALSE(check(order()));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [3] 不合法!"));
+}
+
+TEST_P(FutureCheck, LimitsThatAreNoNumbersAreOff) {
+    for (const double limit : {std::nan(""), kInfinity, -kInfinity, kUnsetDouble}) {
+        ASSERT_TRUE(check(limits(limit, limit)));
+        const COrderSetting setting = host.rules.settingCalls.all().back().setting;
+        EXPECT_FALSE(setting.m_bFirstLimitOn) << limit;
+        EXPECT_FALSE(setting.m_bSecondLimitOn) << limit;
+        EXPECT_EQ(setting.m_dFirstLimit, kUnsetDouble) << limit;
+        EXPECT_EQ(setting.m_dSecondLimit, kUnsetDouble) << limit;
+    }
+}
+
+TEST_P(FutureCheck, SettingTextHasTheLastWordOnTheLimits) {
+    ASSERT_TRUE(check(limits(3490, 3600).set([](auto& o) { o.m_strOrderSetting = "limit=3400"; })));
+    const COrderSetting setting = host.rules.settingCalls.all().back().setting;
+    EXPECT_EQ(setting.m_dFirstLimit, 3400);
+    EXPECT_EQ(setting.m_dSecondLimit, 3600);
+}
+
+TEST_P(FutureCheck, SettingKeepsItsOrderKindBesideTheText) {
+    const auto plain = COrderBuilder(0).line(kCode, 3500, 1).set([](auto& o) {
+        o.m_strOrderSetting = "text";
+        o.m_eOrderType = static_cast<EOrderType>(4);
+    });
+    ASSERT_TRUE(check(plain, strategy().set([](auto& s) {
+        s.setting(ESettingSlot::Future).m_eOrderType = static_cast<EOrderType>(7);
+    })));
+    EXPECT_EQ(host.rules.settingTexts, std::vector<QString>{QStringLiteral("text")});
+    EXPECT_EQ(static_cast<int>(codes.at(0).m_eOrderType), 7);
+}
+
+TEST_P(FutureCheck, AlgorithmsTextIsReadByFutureOptionsOnly) {
     host.rules.algoPlatforms[static_cast<EOrderType>(7)] = ETradePlatform::Plain;
     ASSERT_TRUE(check(COrderBuilder(0).line(kCode, 3500, 1).set([](auto& o) {
-        o.m_strOrderSetting = "text";
+        o.m_strOrderSetting = "price=12";
         o.m_eOrderType = static_cast<EOrderType>(7);
     })));
-    EXPECT_EQ(host.rules.settingTexts.size(), 1u);
+    EXPECT_EQ(host.rules.settingTexts.size(), GetParam().readsAlgorithmText ? 1u : 0u);
+    EXPECT_EQ(codes.at(0).m_ePriceType,
+              GetParam().readsAlgorithmText ? EPriceType::NoQuote : EPriceType::Specified);
 }
 
-TEST_F(FutureOptionCheck, ClosingWithoutPositionIsToldAsSuch) {
-    host.rules.closes = {6};
-    host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{0, 0}; };
-    EXPECT_FALSE(check(COrderBuilder(6).line(kCode, 3500, 1)));
-    EXPECT_EQ(onlyError(), QStringLiteral("平仓仓位不足"));
+TEST_P(FutureCheck, MissingQuoteFailsAlsoWhereThePriceIsGiven) {
+    host.quotes.quotes.clear();
+    EXPECT_FALSE(check(COrderBuilder(0).line(kCode, 3500, 1)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
+    EXPECT_EQ(onlyError(), unusable(11));
 }
+
+TEST_P(FutureCheck, QuoteWithoutThePriceIsWaitedForAndFails) {
+    host.quotes.quotes[kCode]->otherOrigin = kUnsetDouble;
+    EXPECT_FALSE(check(order(), priced(EPriceType::Latest)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
+    EXPECT_EQ(onlyError(), unusable(5));
+}
+
+TEST_P(FutureCheck, PriceTypesWithoutANumberNeedTheQuoteOnly) {
+    host.quotes.quotes[kCode]->otherOrigin = kUnsetDouble;
+    EXPECT_TRUE(check(order(), priced(EPriceType::NoQuote)));
+    EXPECT_TRUE(check(order()));
+    EXPECT_TRUE(clock.sleeps().empty());
+}
+
+TEST_P(FutureCheck, PriceOfTheOrderMustBeANumber) {
+    for (const double price : {std::nan(""), kInfinity, -kInfinity}) {
+        host.orders.errors.clear();
+        EXPECT_FALSE(check(COrderBuilder(0).line(kCode, price, 1))) << price;
+        EXPECT_EQ(onlyError(), unusable(11)) << price;
+        EXPECT_TRUE(host.trade.splitCalls.empty());
+    }
+    EXPECT_TRUE(check(COrderBuilder(0).line(kCode, std::nan(""), 1), priced(EPriceType::Latest)));
+}
+
+TEST_P(FutureCheck, PricesAreAskedForWithoutAnOrderKind) {
+    ASSERT_TRUE(check(order(), priced(EPriceType::Latest)));
+    for (const fake::CPriceCall& call : host.quotes.quotes[kCode]->calls.all()) {
+        EXPECT_EQ(call.type, EPriceType::Latest);
+        EXPECT_EQ(call.operation, orderTypeToOperationType(0));
+        EXPECT_EQ(call.number, 0);
+    }
+    EXPECT_EQ(host.trade.splitCalls.at(0).operation, orderTypeToOperationType(0));
+}
+
+INSTANTIATE_TEST_SUITE_P(Contracts, FutureCheck,
+                         testing::Values(CContractCase{"Future", EOrderStrategyTradeType::Future,
+                                                       &COrderServiceBase::checkAndFillOrderSpec, "future",
+                                                       numbers({{0, 15}}), false},
+                                         CContractCase{"FutureOption", EOrderStrategyTradeType::FutureOption,
+                                                       &COrderServiceBase::checkAndFillOrderFutureOption,
+                                                       "future option", numbers({{0, 15}, {100, 100}}),
+                                                       true}),
+                         [](const auto& contract) { return contract.param.name; });
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "tests/check/FamilyFixture.h"
 
+#include <ostream>
+
 namespace {
 
 using namespace TC;
@@ -14,6 +16,10 @@ struct CMarketCase {
     const char* word;
     std::vector<int> accepted;
 };
+
+void PrintTo(const CMarketCase& market, std::ostream* out) {
+    *out << market.name;
+}
 
 class MarketCheck : public FamilyFixture, public testing::WithParamInterface<CMarketCase> {
 protected:
@@ -57,7 +63,63 @@ TEST_P(MarketCheck, AmountIsNotRounded) {
 TEST_P(MarketCheck, UnusablePriceNamesTheCodeAlsoWhereItIsEmpty) {
     host.user.invalidPriceTypes = {EPriceType::Latest};
     EXPECT_FALSE(check(COrderBuilder(23), priced(EPriceType::Latest)));
-    EXPECT_TRUE(onlyError().startsWith(QStringLiteral("[文件单]　证券 [] ")));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　证券 [] 价5()无效, 无法下单!"));
+    host.orders.errors.clear();
+    EXPECT_FALSE(check(COrderBuilder(23).line(QStringLiteral("00001"), 10.5, 1), priced(EPriceType::Latest)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　证券 [%1] 价5(%1)无效, 无法下单!").arg(key()));
+}
+
+TEST_P(MarketCheck, SettingTextIsReadWhateverTheKindAndTheSettingKeepsItsOwn) {
+    host.rules.algoPlatforms[static_cast<EOrderType>(7)] = ETradePlatform::Plain;
+    for (const int kind : {5, 7}) {
+        ASSERT_TRUE(check(COrderBuilder(23).line(QStringLiteral("00001"), 10.5, 1).set([&](auto& o) {
+            o.m_strOrderSetting = "text";
+            o.m_eOrderType = static_cast<EOrderType>(kind);
+        }),
+                          strategy().set([](auto& s) {
+                              s.setting(findFamily(GetParam().family)->m_eSlot).m_eOrderType =
+                                  static_cast<EOrderType>(4);
+                          })));
+        EXPECT_EQ(static_cast<int>(codes.at(0).m_eOrderType), 4);
+    }
+    EXPECT_EQ(host.rules.settingTexts.size(), 2u);
+}
+
+TEST_P(MarketCheck, OnlyQuotedPricesAreWaitedFor) {
+    host.quotes.quotes.clear();
+    const COrderParam order = COrderBuilder(23).line(QStringLiteral("00001"), 10.5, 1);
+    EXPECT_TRUE(check(order));
+    EXPECT_TRUE(clock.sleeps().empty());
+    EXPECT_FALSE(check(order, priced(EPriceType::Latest)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
+}
+
+TEST_P(MarketCheck, KeyIsJoinedAsTheHostJoinsIt) {
+    host.rules.keySeparator = QStringLiteral(".");
+    const QString joined = QString::fromLatin1(GetParam().word) + QStringLiteral(".00001");
+    EXPECT_FALSE(check(COrderBuilder(23).line(QStringLiteral("00001"), 10.5, 100)));
+    host.exchange.addOther(GetParam().list, joined);
+    ASSERT_TRUE(check(COrderBuilder(23).line(QStringLiteral("00001"), 10.5, 100)));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{joined});
+    EXPECT_EQ(codes.at(0).m_stock.m_strCode, joined.toStdString());
+}
+
+TEST_P(MarketCheck, KeyGoesBeforeTheFullCode) {
+    const QString word = QString::fromLatin1(GetParam().word);
+    const QString full = word.toLower() + QStringLiteral("12345").left(8 - word.size());
+    ASSERT_EQ(full.size(), 8);
+    host.exchange.addOther(GetParam().list, full.toUpper());
+    ASSERT_TRUE(check(COrderBuilder(23).line(full, 10.5, 100)));
+    EXPECT_EQ(codes.at(0).m_stock.m_strCode, full.toUpper().toStdString());
+    host.exchange.addOther(GetParam().list, word + full);
+    ASSERT_TRUE(check(COrderBuilder(23).line(full, 10.5, 100)));
+    EXPECT_EQ(codes.at(0).m_stock.m_strCode, (word + full).toStdString());
+}
+
+TEST_P(MarketCheck, CodeOfTheStrategyIsNotTested) {
+    const auto named = strategy().code(QStringLiteral("none"));
+    EXPECT_TRUE(check(COrderBuilder(23).line(QString(), 10.5, 100), named));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("none")});
 }
 
 INSTANTIATE_TEST_SUITE_P(Markets, MarketCheck,
@@ -128,6 +190,38 @@ TEST_F(NeeqCheck, TransferMethodMustFitTheNumber) {
                                                   "该交易方式对此代码已过滤!"));
         }
     }
+}
+
+TEST_F(NeeqCheck, InstrumentIsSubscribedAndItsSettingTextRead) {
+    ASSERT_TRUE(check(COrderBuilder(66).line(QStringLiteral("430001"), 1, 100).set([](auto& o) {
+        o.m_strOrderSetting = "text";
+    })));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("NEEQ430001")});
+    EXPECT_EQ(host.rules.settingTexts.size(), 1u);
+    EXPECT_EQ(weights.size(), 2u);
+}
+
+TEST_F(NeeqCheck, InstrumentWithoutARecordHasNoWayOfTransfer) {
+    const auto named = strategy().code(QStringLiteral("none"));
+    EXPECT_TRUE(check(COrderBuilder(66), named));
+    EXPECT_FALSE(check(COrderBuilder(74), named));
+    EXPECT_EQ(onlyError(),
+              QStringLiteral("[文件单]　通道号: 3, [NEEQ]下单代码 [none] 该交易方式对此代码已过滤!"));
+}
+
+TEST_F(NeeqCheck, FullCodeOfEightCharactersIsTakenInAnyCase) {
+    host.exchange.addOther("neeq", QStringLiteral("NEEQ4300"));
+    EXPECT_TRUE(check(COrderBuilder(66).line(QStringLiteral("neeq4300"), 1, 100)));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("NEEQ4300")});
+}
+
+TEST_F(NeeqCheck, KeysAreJoinedByTheHostButForStocks) {
+    host.rules.keySeparator = QStringLiteral(".");
+    EXPECT_TRUE(check(COrderBuilder(23).line(QStringLiteral("600000"), 1, 100)));
+    EXPECT_FALSE(place(66));
+    host.exchange.addOther("neeq", QStringLiteral("NEEQ.430001"));
+    EXPECT_TRUE(place(66));
+    EXPECT_EQ(host.quotes.subscribed.back(), QStringLiteral("NEEQ.430001"));
 }
 
 TEST_F(NeeqCheck, SeveralLinesAreRefused) {

@@ -47,16 +47,44 @@ TEST_F(OptionCheck, AmountIsNotRounded) {
 TEST_F(OptionCheck, UnusablePriceNamesTheCodeAlsoWhereItIsEmpty) {
     host.user.invalidPriceTypes = {EPriceType::Latest};
     EXPECT_FALSE(check(COrderBuilder(48), priced(EPriceType::Latest)));
-    EXPECT_TRUE(onlyError().startsWith(QStringLiteral("[文件单]　证券 [] ")));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　证券 [] 价5()无效, 无法下单!"));
+    host.orders.errors.clear();
+    EXPECT_FALSE(check(COrderBuilder(48).line(kCode, 0.05, 1), priced(EPriceType::Latest)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　证券 [10000001] 价5(10000001)无效, 无法下单!"));
+    host.orders.errors.clear();
+    EXPECT_FALSE(
+        check(COrderBuilder(56).line(QStringLiteral("600000"), 10.5, 1), priced(EPriceType::Latest)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　证券 [SH600000] 价5(600000)无效, 无法下单!"));
 }
 
-TEST_F(OptionCheck, SettingTextIsReadWhateverTheKind) {
+TEST_F(OptionCheck, SettingTextIsReadWhateverTheKindAndTheSettingKeepsItsOwn) {
     host.rules.algoPlatforms[static_cast<EOrderType>(7)] = ETradePlatform::Plain;
     ASSERT_TRUE(check(COrderBuilder(48).line(kCode, 0.05, 1).set([](auto& o) {
         o.m_strOrderSetting = "text";
         o.m_eOrderType = static_cast<EOrderType>(7);
-    })));
+    }),
+                      strategy().set([](auto& s) {
+                          s.setting(ESettingSlot::StockOption).m_eOrderType = static_cast<EOrderType>(4);
+                      })));
     EXPECT_EQ(host.rules.settingTexts.size(), 1u);
+    EXPECT_EQ(static_cast<int>(codes.at(0).m_eOrderType), 4);
+}
+
+TEST_F(OptionCheck, OnlyQuotedPricesAreWaitedFor) {
+    host.quotes.quotes.clear();
+    EXPECT_TRUE(check(COrderBuilder(48).line(kCode, 0.05, 1)));
+    EXPECT_TRUE(clock.sleeps().empty());
+    EXPECT_FALSE(check(COrderBuilder(48).line(kCode, 0.05, 1), priced(EPriceType::Latest)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
+}
+
+TEST_F(OptionCheck, StocksAreLookedUpByMarketAndCodeWithNothingBetween) {
+    host.rules.keySeparator = QStringLiteral(".");
+    EXPECT_TRUE(check(COrderBuilder(56).line(QStringLiteral("600000"), 10.5, 100)));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600000")});
+    host.exchange.stocks = {{QStringLiteral("SH.600000"), boost::make_shared<CInstrumentDetail>()}};
+    EXPECT_FALSE(check(COrderBuilder(56).line(QStringLiteral("600000"), 10.5, 100)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [600000] 不合法!"));
 }
 
 } // namespace

@@ -85,6 +85,23 @@ TEST_F(PositionExchange, PositionsOfOtherBrokersAreNotSeen) {
     EXPECT_EQ(exchange({target("a", 300)}), "buy 300 a, ");
 }
 
+TEST_F(PositionExchange, TargetOfNothingThatIsNotHeldStaysARow) {
+    EXPECT_EQ(textOf(positionDifferences({}, {target("a", 0)}, 1)), "buy 0 a, ");
+}
+
+TEST_F(PositionExchange, DataIsHeldStillWhileItIsRead) {
+    hold("a", 1000);
+    exchange({target("a", 300)});
+    EXPECT_FALSE(host.tasks.readUnlocked);
+    EXPECT_EQ(host.tasks.liveLocks, 0);
+}
+
+TEST_F(PositionExchange, MissingAccountLeavesTheRows) {
+    QVector<COrderSingleParam> rows{target("a", 3)};
+    service.exchangePositionStock({}, rows, 1);
+    EXPECT_EQ(textOf(rows), "target 3 a, ");
+}
+
 TEST_F(PositionExchange, EmptyPositionsDoNotCount) {
     hold("a", 0);
     EXPECT_EQ(exchange({}), "");

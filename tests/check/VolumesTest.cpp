@@ -69,6 +69,32 @@ TEST_F(WeightedVolumes, ShareThatIsNoNumberOfSharesIsNone) {
     EXPECT_EQ(volumes({row("600001", 1)}, 1e6), std::vector<int>{7});
 }
 
+TEST_F(WeightedVolumes, PriceALittleBelowZeroStillDivides) {
+    setLast("SH600001", -5e-6);
+    EXPECT_EQ(volumes({row("600001", 1)}, 1e-4), std::vector<int>{0}); // less than a unit
+    setLast("SH600001", -2e-5);
+    EXPECT_EQ(volumes({row("600001", 1)}, 1e-4), std::vector<int>{7});
+}
+
+TEST_F(WeightedVolumes, AmountIsMultipliedBeforeItIsDivided) {
+    setLast("SH600001", 1);
+    setLast("SH600002", 1);
+    // One forty-ninth first would leave the first share a hair short of its unit.
+    EXPECT_EQ(volumes({row("600001", 1), row("600002", 48)}, 4900), (std::vector<int>{100, 4800}));
+}
+
+TEST_F(WeightedVolumes, CodesAreLookedUpByMarketAndCodeWithNothingBetween) {
+    host.rules.keySeparator = QStringLiteral(".");
+    EXPECT_EQ(volumes({row("600001", 1)}, 1e6), std::vector<int>{100000});
+    EXPECT_EQ(host.quotes.reads.count(QStringLiteral("SH600001")), 1u);
+}
+
+TEST_F(WeightedVolumes, SharesBeyondAnIntKeepTheirVolume) {
+    setLast("SH600001", 1);
+    EXPECT_EQ(volumes({row("600001", 1)}, 2147483600.0), std::vector<int>{2147483600});
+    EXPECT_EQ(volumes({row("600001", 1)}, 2147483648.0), std::vector<int>{7});
+}
+
 TEST_F(WeightedVolumes, StarMarketGoesByTheUnitThatIsShown) {
     host.types.types.insert({1172, "SH600001"});
     host.types.uiUnits["SH600001"] = 1;

@@ -17,6 +17,9 @@ struct CContractWorld {
     QString stockKey;
     QString unknownStockKey;
 
+    /// An instrument of each other list, as orders ask for it; empty where the host has none.
+    QString futureKey, optionKey, futureOptionKey, sgtKey, hgtKey, goldKey, neeqKey;
+
     /// An account group and its members, all logged in, and rich enough for any volume that the suites split.
     TC::EQDBrokerType broker = TC::EQDBrokerType::Stock;
     QString group;

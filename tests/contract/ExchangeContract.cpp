@@ -7,6 +7,7 @@
 #include <QDate>
 
 #include <atomic>
+#include <vector>
 
 namespace {
 
@@ -15,6 +16,20 @@ using namespace TC;
 class ExchangeContract : public CContractTest {
 protected:
     CExchangeClient& exchange() const { return CExchangeClient::instance(); }
+    /// Each list with the host's instrument on it.
+    struct CList {
+        bool (CExchangeClient::*isKnown)(const QString&);
+        QString key;
+    };
+    std::vector<CList> lists() const {
+        return {{&CExchangeClient::hasFuture, world().futureKey},
+                {&CExchangeClient::hasOption, world().optionKey},
+                {&CExchangeClient::hasFutureOption, world().futureOptionKey},
+                {&CExchangeClient::hasSkstock, world().sgtKey},
+                {&CExchangeClient::hasHkstock, world().hgtKey},
+                {&CExchangeClient::hasGold, world().goldKey},
+                {&CExchangeClient::hasNeeq, world().neeqKey}};
+    }
 };
 CONTRACT_SUITE(ExchangeContract);
 
@@ -33,6 +48,24 @@ TEST_P(ExchangeContract, UnknownStockHasNone) {
     }
 }
 
+TEST_P(ExchangeContract, InstrumentStandsOnItsOwnListAloneAndHasARecord) {
+    const auto all = lists();
+    for (std::size_t own = 0; own < all.size(); ++own) {
+        if (all[own].key.isEmpty()) continue;
+        for (std::size_t i = 0; i < all.size(); ++i)
+            EXPECT_EQ((exchange().*all[i].isKnown)(all[own].key), i == own) << own << " on list " << i;
+        EXPECT_FALSE(exchange().hasStock(all[own].key)) << own;
+        EXPECT_NE(exchange().getCodeInfo(all[own].key), nullptr) << own;
+    }
+}
+
+TEST_P(ExchangeContract, UnknownKeysStandOnNoList) {
+    for (const CList& list : lists()) {
+        for (const QString& key : {world().unknownStockKey, world().stockKey, QString()})
+            EXPECT_FALSE((exchange().*list.isKnown)(key)) << key.toStdString();
+    }
+}
+
 TEST_P(ExchangeContract, TradingDayIsADate) {
     const QString day = QString::fromStdString(exchange().getMaxTradingDay());
     EXPECT_EQ(day.size(), 8);
@@ -44,6 +77,10 @@ TEST_P(ExchangeContract, ManyThreadsMayAskAtOnce) {
     onManyThreads([&] {
         if (!exchange().hasStock(world().stockKey) || !exchange().getCodeInfo(world().stockKey)) ++wrong;
         if (exchange().getMaxTradingDay().size() != 8) ++wrong;
+        for (const CList& list : lists()) {
+            const bool isKnown = (exchange().*list.isKnown)(list.key);
+            if (isKnown == list.key.isEmpty()) ++wrong;
+        }
         if (!knservice::StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, world().market,
                                                       world().code)) {
             ++wrong;

@@ -10,6 +10,13 @@ public:
         m_world.code = "600000";
         m_world.stockKey = QStringLiteral("SH600000");
         m_world.unknownStockKey = QStringLiteral("SH999999");
+        m_world.futureKey = list("future", "IF2609");
+        m_world.optionKey = list("option", "10000001");
+        m_world.futureOptionKey = list("future option", "IO2609-C-4000");
+        m_world.sgtKey = list("sgt", "SGT00001");
+        m_world.hgtKey = list("hgt", "HGT00700");
+        m_world.goldKey = list("gold", "GOLDAU9999");
+        m_world.neeqKey = list("neeq", "NEEQ430001");
         m_world.group = QStringLiteral("G");
         m_world.groupAccounts = {"A1", "A2"};
         m_world.unknownName = QStringLiteral("nobody");
@@ -38,6 +45,11 @@ public:
     const CContractWorld& world() const override { return m_world; }
 
 private:
+    QString list(const char* name, const char* key) {
+        m_host.exchange.addOther(name, QString::fromLatin1(key));
+        return QString::fromLatin1(key);
+    }
+
     CFakeHost m_host;
     CContractWorld m_world;
 };

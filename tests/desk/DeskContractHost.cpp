@@ -23,6 +23,13 @@ public:
         m_world.code = "600101";
         m_world.stockKey = QStringLiteral("SH600101");
         m_world.unknownStockKey = QStringLiteral("SH999999");
+        m_world.futureKey = QStringLiteral("IF2609");
+        m_world.optionKey = QStringLiteral("10005001");
+        m_world.futureOptionKey = QStringLiteral("IO2609-C-4000");
+        m_world.sgtKey = QStringLiteral("SGT00001");
+        m_world.hgtKey = QStringLiteral("HGT00700");
+        m_world.goldKey = QStringLiteral("GOLDAU99");
+        m_world.neeqKey = QStringLiteral("NEEQ430001");
         m_world.group = QStringLiteral("main");
         m_world.groupAccounts = {"A1", "A2"};
         m_world.unknownName = QStringLiteral("nobody");

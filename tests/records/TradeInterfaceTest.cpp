@@ -84,6 +84,10 @@ TEST(TradeInterface, IsWrittenOnOneLineWithItsKeysInOrder) {
     EXPECT_EQ(TradeInterfaceData().toJson(), kDefaultText);
 }
 
+TEST(TradeInterface, StoredKeysAreThoseThatAreWritten) {
+    EXPECT_EQ(TradeInterfaceData::storedKeys(), bson::keysOf(bson::fromjson(kDefaultText)));
+}
+
 TEST(TradeInterface, IsReadBackEqual) {
     const TradeInterfaceData record = filled(kFullText);
     EXPECT_EQ(record.m_strInterface, "动量");
@@ -158,6 +162,15 @@ TEST(TradeInterface, EntriesOfASecondTextComeBehindTheFirsts) {
     TradeInterfaceData record = filled(R"({"whitelist":["{\"a\":1}"]})");
     record.fillFromJson(R"({"whitelist":["{\"a\":2}"]})");
     ASSERT_EQ(record.whitelist.size(), 2U);
+    EXPECT_EQ(record.whitelist[1]->toBson(), bson::fromjson("{\"a\":2}"));
+}
+
+TEST(TradeInterface, EntriesBeforeABadOneStay) {
+    TradeInterfaceData record;
+    EXPECT_THROW(record.fillFromJson(R"({"whitelist":["{\"a\":1}","{\"a\":2}","{","{\"a\":4}"]})"),
+                 bson::CJsonError);
+    ASSERT_EQ(record.whitelist.size(), 2U);
+    EXPECT_EQ(record.whitelist[0]->toBson(), bson::fromjson("{\"a\":1}"));
     EXPECT_EQ(record.whitelist[1]->toBson(), bson::fromjson("{\"a\":2}"));
 }
 

@@ -66,6 +66,23 @@ TEST_F(OrderService, BatchesAreWorkedOffInTheOrderOfTheCalls) {
     }
 }
 
+TEST_F(OrderService, PositionsAreExchangedWithoutAMultiplier) {
+    const auto account = host.user.accounts.at("A1");
+    COrderSingleParam target;
+    target.m_strCode = QStringLiteral("600000");
+    target.m_nVolume = 300;
+    QVector<COrderSingleParam> rows{target};
+    service().exchangePosition(account, rows); // no data of the account yet
+    EXPECT_EQ(rows.at(0).m_nVolume, 300);
+    EXPECT_EQ(rows.at(0).m_eOperationType, -1);
+    host.tasks.addPosition(account, "SH", "600000", 1000);
+    service().exchangePosition(account, rows);
+    ASSERT_EQ(rows.size(), 1);
+    EXPECT_EQ(rows.at(0).m_nVolume, 700);
+    EXPECT_EQ(rows.at(0).m_eOperationType, static_cast<int>(EOperationType::Sell));
+    EXPECT_FALSE(host.tasks.readUnlocked);
+}
+
 TEST_F(OrderService, OrdersBeforeTheConfigurationAreDropped) {
     service().placeorder(good());
     service().shutdown();

@@ -29,10 +29,20 @@ protected:
         std::vector<std::string> causes;
         for (const CDoorReport& report : host.audit.doors) {
             EXPECT_EQ(report.m_eEvent, EDoorEvent::Refused);
-            EXPECT_TRUE(report.m_strPeer.startsWith(QStringLiteral("127.0.0.1:")));
+            const bool isCount = report.m_strCause.endsWith(QStringLiteral(" others"));
+            EXPECT_EQ(report.m_strPeer.startsWith(QStringLiteral("127.0.0.1:")), !isCount);
+            EXPECT_EQ(report.m_strPeer.isEmpty(), isCount);
             causes.push_back(report.m_strCause.toStdString());
         }
         return causes;
+    }
+    /// Strangers who are refused one after the other.
+    void refuse(int strangers) {
+        for (int i = 0; i < strangers; ++i) {
+            CTestSocket stranger(m_nPort);
+            stranger.send("\n");
+            stranger.readAll();
+        }
     }
 };
 
@@ -66,21 +76,32 @@ TEST_F(SocketGuard, RepliesOfOrdersInFrontOfARefusalArrive) {
 TEST_F(SocketGuard, FloodOfRefusalsIsCountedRatherThanTold) {
     start();
     const auto trader = logIn();
-    for (int i = 0; i < 50; ++i) {
-        CTestSocket stranger(m_nPort);
-        stranger.send("\n");
-        stranger.readAll();
-    }
+    refuse(50);
     clock.sleep(2);
-    {
-        CTestSocket stranger(m_nPort);
-        stranger.send("\n");
-        stranger.readAll();
-    }
+    refuse(1);
     EXPECT_EQ(trader->ask("cancel 1"), "+OK\r\n");
     const auto told = refusals();
     ASSERT_EQ(told.size(), 11u);
     EXPECT_EQ(told.back(), "Line Not Ended By CR LF, and 40 others before it");
+}
+
+TEST_F(SocketGuard, RefusalsThatWereOnlyCountedAreToldWhenTheListenerCloses) {
+    start();
+    refuse(50);
+    const auto told = refusals();
+    ASSERT_EQ(told.size(), 11u);
+    EXPECT_EQ(told[9], "Line Not Ended By CR LF");
+    EXPECT_EQ(told.back(), "40 others");
+}
+
+TEST_F(SocketGuard, WhatWasToldOnceIsNotToldAgain) {
+    start();
+    refuse(11);
+    clock.sleep(1);
+    refuse(1);
+    const auto told = refusals();
+    ASSERT_EQ(told.size(), 11u);
+    EXPECT_EQ(told.back(), "Line Not Ended By CR LF, and 1 others before it");
 }
 
 TEST_F(SocketGuard, WhoLogsOutHasAMinuteAgain) {

@@ -2,6 +2,7 @@
 
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
+#include "tests/support/FakeClock.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TestSocket.h"
 
@@ -120,6 +121,23 @@ TEST_F(SocketListeners, ListenerMayBeOpenedAgainAtOnce) {
 TEST_F(SocketListeners, LeavingWhatNeverListenedIsNoError) {
     EXPECT_TRUE(listeners.leave(onPort(1, port), error));
     EXPECT_TRUE(error.isEmpty());
+}
+
+TEST_F(SocketListeners, CountedRefusalsAreToldBeforeTheDoorCloses) {
+    const CFakeClock clock;
+    host.switches.on.insert("mdl_order_socket_guard");
+    ASSERT_TRUE(join(onPort(1, port)));
+    for (int i = 0; i < 15; ++i) {
+        CTestSocket stranger(port);
+        stranger.send("\n");
+        stranger.readAll();
+    }
+    EXPECT_TRUE(listeners.leave(onPort(1, port), error));
+    listeners.joinAll();
+    ASSERT_EQ(host.audit.doors.size(), 13u);
+    EXPECT_EQ(host.audit.doors[11].m_eEvent, EDoorEvent::Refused);
+    EXPECT_EQ(host.audit.doors[11].m_strCause, QStringLiteral("5 others"));
+    EXPECT_EQ(host.audit.doors[12].m_eEvent, EDoorEvent::Closed);
 }
 
 TEST_F(SocketListeners, ShutdownEndsAStuckListener) {

@@ -7,17 +7,13 @@
 #include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/MsgService.h"
-#include "platform/OrderClient.h"
 #include "platform/Quote.h"
 #include "platform/TimeService.h"
-#include "platform/TradeClient.h"
-#include "platform/TradeFrameworkSource.h"
-#include "platform/TraderCenter.h"
 #include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
+#include "tests/support/FakeTrading.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -29,80 +25,12 @@
 /// Set up before other threads use it; the records may be read at any time through their snapshots.
 namespace fake {
 
-/// What all fakes share: one mutex for the records and one condition for those who wait for more of them.
-class CRecords {
-public:
-    template<typename Change>
-    void record(const Change& change) {
-        const std::lock_guard lock(m_mutex);
-        change();
-        m_changed.notify_all();
-    }
-    template<typename Read>
-    auto snapshot(const Read& read) const {
-        const std::lock_guard lock(m_mutex);
-        return read();
-    }
-    /// Everything that reached the host, in order, one line each: what describe() of tests/support/Describe.h
-    /// gives.
-    std::vector<std::string> log;
-
-    /// Blocks until the condition on the records holds; false when it has not after a time that no healthy
-    /// run needs.
-    bool waitUntil(const std::function<bool()>& condition);
-
-private:
-    mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
-};
-
-/// The calls of one operation, kept for arguments that do not change what the fake answers.
-template<typename Call>
-class CCalls {
-public:
-    void add(const Call& call) {
-        const std::lock_guard lock(m_mutex);
-        m_calls.push_back(call);
-    }
-    std::vector<Call> all() const {
-        const std::lock_guard lock(m_mutex);
-        return m_calls;
-    }
-
-private:
-    mutable std::mutex m_mutex;
-    std::vector<Call> m_calls;
-};
-
 struct CMessage {
     QString text;
     TC::EMsgTypeDef type;
     TC::MsgLevel level;
     bool flag1, flag2;
     QString extra;
-};
-
-struct CTradeError {
-    QString text, title;
-};
-
-struct CCancelledTask {
-    int taskId, operation;
-    std::string text, remark, tradingDay;
-    bool hasCallback;
-    int flag;
-};
-
-struct CSplitCall {
-    int volume;
-    double price;
-    TC::EPriceType priceType;
-    std::vector<std::string> accounts;
-    std::vector<double> ratios;
-    TC::EPositionType positionType;
-    std::string market, code;
-    TC::EOperationType operation;
-    TC::EHedge_Flag_Type hedge;
 };
 
 struct CAccountsCall {
@@ -232,50 +160,6 @@ public:
     TC::COrderStrategyMap strategies;
     mutable CCalls<CAccountsCall> accountsCalls;
     mutable CCalls<CPriceTypeCall> priceTypeCalls;
-};
-
-class COrders : public TC::COrderClient {
-public:
-    explicit COrders(CRecords& records) : m_records(records) {}
-    void orderCommands(const TC::COrderComandParamPtr& command) override;
-    void showTradeError(const QString& text, const QString& title) override;
-
-    std::function<void(const TC::COrderComandParamPtr&)> onCommand; ///< called on the thread that issues
-    std::vector<TC::COrderComandParamPtr> commands;
-    std::vector<CTradeError> errors;
-
-private:
-    CRecords& m_records;
-};
-
-class CTrade : public TC::CTradeClient {
-    Q_OBJECT
-public:
-    explicit CTrade(CRecords& records) : m_records(records) {}
-    TC::EBROKER_LOGIN_STATUS getLoginStatus(const std::string& key) override;
-    std::vector<int> splitEntrusts(int volume, double price, TC::EPriceType priceType,
-                                   const std::vector<TC::CAccountInfoPtr>& accounts,
-                                   const std::vector<double>& ratios, TC::EPositionType positionType,
-                                   const std::string& market, const std::string& code,
-                                   TC::EOperationType operation, TC::EHedge_Flag_Type hedge,
-                                   const boost::shared_ptr<utils::KNError>& error) override;
-    std::vector<double> splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>& accounts,
-                                   const std::vector<double>& ratios, TC::EPositionType positionType,
-                                   TC::EOperationType operation,
-                                   const boost::shared_ptr<utils::KNError>& error) override;
-    void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
-                    const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
-
-    std::vector<double> moneySplits;        ///< amounts that came to splitMoney, which divides by ratio
-    std::vector<double> moneyOverride;      ///< what splitMoney gives where it is not empty
-    std::map<std::string, int> loginStatus; ///< accounts that are not logged in
-    /// Replaces the split; by default the volume goes by ratio, with what is left over to the first account.
-    std::function<std::vector<int>(const CSplitCall&, utils::KNError&)> split;
-    std::vector<CSplitCall> splitCalls;
-    std::vector<CCancelledTask> cancelled;
-
-private:
-    CRecords& m_records;
 };
 
 class CExchange : public TC::CExchangeClient {
@@ -433,46 +317,6 @@ private:
 class CTime : public TC::CTimeService {
 public:
     std::int64_t currentTime() override { return 1767600000; }
-};
-
-class CTasks : public knservice::TraderCenter,
-               public knservice::CTaskCenter,
-               public knservice::CDataCenter,
-               public knservice::CAccountData {
-public:
-    explicit CTasks(CRecords& records) : m_records(records) {}
-    knservice::CTaskCenter& getTaskCenter() override { return *this; }
-    knservice::CDataCenter& getDataCenter() override { return *this; }
-    boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override;
-    boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string& key) override;
-    std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int table) override;
-    void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override;
-    void addPosition(const TC::CAccountInfoPtr& account, const std::string& market, const std::string& code,
-                     int volume);
-    std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
-    void addOperation(int taskId, const TC::CTaskOpRecord& record);
-
-    std::map<int, int> tasks; ///< tasks found under an id
-    std::vector<std::pair<int, TC::CTaskOpRecord>> operations;
-    bool hasGlobalData = true;
-    std::map<std::string, std::vector<boost::shared_ptr<knservice::IData>>> positions; ///< by account
-    std::map<int, std::map<std::string, boost::shared_ptr<knservice::IData>>> tables;
-
-private:
-    CRecords& m_records;
-};
-
-class CFramework : public knservice::CTradeFrameworkSource {
-public:
-    explicit CFramework(CRecords& records) : m_records(records) {}
-    void switchTradingDate(const std::string& date) override;
-    knservice::TradeInterfaceList getAllInterfaces() override { return interfaces; }
-
-    std::vector<std::string> dates;
-    knservice::TradeInterfaceList interfaces;
-
-private:
-    CRecords& m_records;
 };
 
 class CSwitches : public luawrapper::LuaModuleCtrl {

@@ -121,19 +121,24 @@ TEST_F(OrderServiceUnion, TradeTypeWithoutAFamilyIsReportedAndTheBatchGoesOn) {
 }
 
 TEST_F(OrderServiceUnion, OnlyBatchPendingOrdersLeaveTheStrategysFamily) {
+    host.exchange.addOther("future", QStringLiteral("IF2609"));
+    host.quotes.quotes[QStringLiteral("IF2609")] = host.quotes.quotes.at(QStringLiteral("SH600000"));
     const auto overridden = [](EOrderStrategyType source) {
-        return COrderBuilder(23)
+        return COrderBuilder(0)
             .source(source)
-            .line(QStringLiteral("600000"), 10.5, 100)
+            .line(QStringLiteral("IF2609"), 10.5, 100)
             .set([](COrderParam& o) { o.m_nTradeTypeOverride = 1; });
     };
+    strategies[3].setting(ESettingSlot::Future).m_ePriceType = EPriceType::Specified;
     service.placeOrders({overridden(EOrderStrategyType::File)}, &strategies);
-    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(host.errorTexts(), // stocks do not take the number of a futures order
+              std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, 下单指令不合法!")});
     strategies[3].m_eStrategyType = EOrderStrategyType::BatchPending;
     service.placeOrders({overridden(EOrderStrategyType::BatchPending)}, &strategies);
-    EXPECT_EQ(host.commands().size(), 1u);
-    EXPECT_EQ(host.errorTexts(), // futures do not take the number of a stock purchase
-              std::vector<QString>{QStringLiteral("[批量埋单]　通道号: 3, 下单指令不合法!")});
+    ASSERT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.commands()[0]->m_eTraderType, EQdTraderType::FutureSpeculation);
+    EXPECT_EQ(host.commands()[0]->m_codes.size(), 2u);
 }
 
 TEST_F(OrderServiceUnion, OrdersAndCommandsAreLoggedWhereLoggingIsOn) {

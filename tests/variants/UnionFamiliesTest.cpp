@@ -134,12 +134,19 @@ TEST_P(UnionFamily, ForcedConfirmationTravelsInTheCommand) {
 }
 
 TEST_P(UnionFamily, AlgorithmOrdersReachOnlyCommandsThatCarryThem) {
-    host.rules.algoPlatforms = {{static_cast<EOrderType>(77), ETradePlatform::Plain}};
+    host.rules.algoPlatforms = {{static_cast<EOrderType>(77), static_cast<ETradePlatform>(12)}};
     auto algorithm = order();
     algorithm.m_eOrderType = static_cast<EOrderType>(77);
     algorithm.m_strOrderSetting = "final";
     algorithm.m_nSettingKind = 1;
-    EXPECT_EQ(place(algorithm, strategy()).m_strAlgoParam, GetParam().isBare ? "" : "final");
+    const auto kept = strategy().set([](auto& s) {
+        s.setting(findFamily(GetParam().family)->m_eSlot).m_eOrderType = static_cast<EOrderType>(4);
+    });
+    const COrderComandParam& command = place(algorithm, kept);
+    EXPECT_EQ(command.m_strAlgoParam, GetParam().isBare ? "" : "final");
+    EXPECT_EQ(static_cast<int>(command.m_ePlatform), GetParam().isBare ? 0 : 12);
+    for (const CCodeOrderParam& code : command.m_codes)
+        EXPECT_EQ(static_cast<int>(code.m_eOrderType), GetParam().isBare ? 4 : 77);
 }
 
 TEST_P(UnionFamily, CommandIsLoggedByItsOperation) {
@@ -199,14 +206,20 @@ protected:
         });
     }
     static CStrategyBuilder strategy() { return strategyOf(EOrderStrategyTradeType::Basket).volume(1); }
-    const COrderComandParam& placeHedged(int number) {
-        host.switches.on.insert("mdl_order_compose_hedge");
-        host.orders.commands.clear();
-        return place(basket(number), strategy().set([](auto& s) {
+    static CStrategyBuilder hedged() {
+        return strategy().set([](auto& s) {
             s.m_bHedgeBasket = true;
             s.m_hedgeParam = bson::fromjson(R"({"m_nPriceKind": 1, "contract": "IF2609", "lots": 2})");
-        }));
+        });
     }
+    const COrderComandParam& placeHedged(const COrderParam& order, const COrderStrategyParam& with) {
+        host.switches.on.insert("mdl_order_compose_hedge");
+        host.orders.commands.clear();
+        const COrderComandParam& command = place(order, with);
+        EXPECT_EQ(command.m_eHedgeType, EQdHedgeType::Hedge);
+        return command;
+    }
+    const COrderComandParam& placeHedged(int number) { return placeHedged(basket(number), hedged()); }
 };
 
 TEST_F(UnionBasket, PlainBasketIsComposed) {
@@ -269,6 +282,46 @@ TEST_F(UnionBasket, AlgorithmTextGoesBeforeTheBasketText) {
         o.m_nSettingKind = 1;
     });
     EXPECT_EQ(place(order, strategy()).m_strAlgoParam, "final");
+}
+
+TEST_F(UnionBasket, HedgedCommandCarriesFlagRemarkAndConfirmation) {
+    const auto flagged = hedged().set([](auto& s) { s.m_bCommandFlag = true; });
+    const auto order = [](int number) {
+        return basket(number).set([](COrderParam& o) { o.m_strRemark = "备注"; });
+    };
+    EXPECT_TRUE(placeHedged(order(25), flagged).m_bCommandFlag);
+    EXPECT_FALSE(placeHedged(order(26), flagged).m_bCommandFlag);
+    EXPECT_FALSE(placeHedged(order(25), hedged()).m_bCommandFlag);
+    EXPECT_FALSE(placeHedged(order(25), flagged).m_bForceConfirm);
+    EXPECT_EQ(placeHedged(order(25), flagged).m_strRemark, "备注");
+    host.switches.on.insert("mdl_order_service_force_confirm");
+    EXPECT_TRUE(placeHedged(order(25), flagged).m_bForceConfirm);
+}
+
+TEST_F(UnionBasket, HedgedCommandCarriesTheAlgorithmsOrTheBasketsText) {
+    const auto texted = basket(25).set([](COrderParam& o) { o.m_strBasketText = "basket text"; });
+    EXPECT_EQ(placeHedged(texted, hedged()).m_strAlgoParam, "basket text");
+    host.rules.algoPlatforms = {{static_cast<EOrderType>(77), static_cast<ETradePlatform>(12)}};
+    COrderParam algorithm = texted;
+    algorithm.m_eOrderType = static_cast<EOrderType>(77);
+    algorithm.m_strOrderSetting = "final";
+    algorithm.m_nSettingKind = 1;
+    const COrderComandParam& command = placeHedged(algorithm, hedged());
+    EXPECT_EQ(command.m_strAlgoParam, "final");
+    EXPECT_EQ(static_cast<int>(command.m_ePlatform), 12);
+}
+
+TEST_F(UnionBasket, HedgeThatCannotBeReadCostsItsOrderOnly) {
+    host.switches.on.insert("mdl_order_compose_hedge");
+    strategies[3] =
+        hedged().set([](auto& s) { s.m_hedgeParam = bson::fromjson(R"({"m_nPriceKind": "three"})"); });
+    strategies[4] = strategy().channel(4);
+    service.placeOrders({basket(25), basket(25).channel(4)}, &strategies);
+    ASSERT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.commands()[0]->m_strTag, "4");
+    ASSERT_EQ(host.errorTexts().size(), 1u);
+    EXPECT_TRUE(host.errorTexts()[0].startsWith(QStringLiteral("[文件单]　通道号: 3, 下单异常: ")));
+    EXPECT_TRUE(host.errorTexts()[0].contains(QStringLiteral("m_nPriceKind")));
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 #include <functional>
 #include <sstream>
@@ -108,12 +109,28 @@ TEST_F(DeskInterfaces, WithoutAFileThereAreNoneAndNoneIsMade) {
     EXPECT_EQ(textsOfNextRun(), std::vector<std::string>{interfaceOf("a")->toJson()});
 }
 
+boost::shared_ptr<TradeInterfaceData> interfaceOfAccount(const std::string& account) {
+    const auto record = interfaceOf("a");
+    record->m_strAccount = account;
+    return record;
+}
+
+boost::shared_ptr<TradeInterfaceData> interfaceOfEntry(const std::string& text) {
+    const auto record = interfaceOf("a");
+    const auto entry = boost::make_shared<knservice::CFrameWorkInstrumentWhiteList>();
+    entry->m_object = bson::BSONObjBuilder().append("code", text).obj();
+    record->whitelist.push_back(entry);
+    return record;
+}
+
 /// Interfaces that could not be read at the next start: the folder must stay one that starts.
 TEST_F(DeskInterfaces, WhatCouldNotBeReadAgainIsToldAndNotSaved) {
     const std::string before = settings();
     for (const auto& interface :
          {interfaceOf(""), interfaceOf("two words"), interfaceOf("1"), interfaceOf("a><b"),
-          interfaceOf("a", 0.5), interfaceOf("a", 3e9), interfaceOf("a\xEF\xBF\xBE")}) {
+          interfaceOf("a", 0.5), interfaceOf("a", 3e9), interfaceOf("a", HUGE_VAL),
+          interfaceOf("a\xEF\xBF\xBE"), interfaceOfAccount("\xEF\xBF\xBE"), interfaceOfAccount("\xD5\xCB"),
+          interfaceOfEntry("\xD5\xCB"), interfaceOf("a interfacedata='{}'/><b")}) {
         EXPECT_EQ(run([&](CDeskTradeFrameworkSource& source) {
                       source.setInterfaces({interfaceOf("good"), interface});
                   }),

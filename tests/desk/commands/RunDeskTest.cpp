@@ -137,6 +137,21 @@ TEST_F(RunDesk, FolderInUseIsRefused) {
     EXPECT_NE(out.str().find("is in use by process"), std::string::npos);
 }
 
+TEST_F(RunDesk, FolderIsReadOnlyOnceItIsHeld) {
+    CFolderLock lock;
+    ASSERT_TRUE(lock.acquire(folder.path("desk")).isSuccess());
+    folder.write("desk/strategies.toml", "half of a file that the other desk is wri");
+    EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
+    EXPECT_NE(out.str().find("is in use by process"), std::string::npos);
+    EXPECT_EQ(out.str().find("strategies.toml"), std::string::npos) << out.str();
+}
+
+TEST_F(RunDesk, WhatIsNoFolderIsToldAsThat) {
+    EXPECT_EQ(runDesk(folder.path("none"), std::nullopt, out, [] { return true; }), 2);
+    EXPECT_NE(out.str().find("none: is no folder; make one with: orderdesk new"), std::string::npos);
+    EXPECT_FALSE(folder.exists("none"));
+}
+
 TEST_F(RunDesk, FolderWithMistakesIsNotStarted) {
     folder.write("desk/strategies.toml", "[[strategy]]\nchanel = 1\n");
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
@@ -235,8 +250,7 @@ TEST_F(RunDesk, StrategiesThatOthersCanReadAreRefused) {
     std::filesystem::permissions(folder.path("desk/strategies.toml"), std::filesystem::perms::others_read,
                                  std::filesystem::perm_options::add);
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
-    EXPECT_NE(out.str().find("strategies.toml: holds a password and can be read by others"),
-              std::string::npos);
+    EXPECT_NE(out.str().find("strategies.toml: holds a password and is open to others"), std::string::npos);
     EXPECT_FALSE(folder.exists("desk/journal.jsonl"));
 }
 

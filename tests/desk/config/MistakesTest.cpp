@@ -183,14 +183,6 @@ const CSpoiled kStrategyRows[] = {
     {"TablesPathTwice", "strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
      "channel = 2\nsource = \"table\"\npath = \"orders/one.txt\"",
      "strategies.toml:10: strategy: path \"orders/one.txt\" is the path of channel 1 too"},
-    {"AddressWithoutPort", "strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
-     "channel = 2\nsource = \"signal\"\npath = \"127.0.0.1\"",
-     "strategies.toml:10: strategy: path \"127.0.0.1\" is no address; expected \"ip:port\" with a port of 1 "
-     "to 65535"},
-    {"PortThatIsNone", "strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
-     "channel = 2\nsource = \"signal\"\npath = \"127.0.0.1:65536\"",
-     "strategies.toml:10: strategy: path \"127.0.0.1:65536\" is no address; expected \"ip:port\" with a port "
-     "of 1 to 65535"},
     {"PasswordWithoutQuotes", "strategies.toml", "running = true", "pass = 1234",
      "strategies.toml:8: strategy: pass is no text; expected a text in quotes"},
     {"UnknownCode", "strategies.toml", "running = true", "code = \"600009\"",

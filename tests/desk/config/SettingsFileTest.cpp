@@ -3,6 +3,8 @@
 #include "desk/commands/CheckFolder.h"
 #include "tests/desk/config/ConfigFolder.h"
 
+#include <boost/make_shared.hpp>
+
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -16,6 +18,21 @@ using Lines = std::vector<std::string>;
 /// Interfaces as they stand in a good file.
 std::string settingsWith(const std::string& interfaces) {
     return "<settings>\n<interfaceTrade>\n" + interfaces + "\n</interfaceTrade>\n</settings>\n";
+}
+
+/// One interface of that name whose JSON has these members behind the name.
+std::string interfaceWith(const std::string& name, const std::string& members = "") {
+    return "<" + name + " interfacedata='{\"m_strInterface\":\"" + name + "\"" +
+           (members.empty() ? "" : ",") + members + "}'/>\n";
+}
+
+knservice::TradeInterfaceList interfacesNamed(const std::vector<std::string>& names) {
+    knservice::TradeInterfaceList interfaces;
+    for (const std::string& name : names) {
+        interfaces.push_back(boost::make_shared<knservice::TradeInterfaceData>());
+        interfaces.back()->m_strInterface = name;
+    }
+    return interfaces;
 }
 
 class SettingsFile : public testing::Test {
@@ -35,7 +52,7 @@ TEST_F(SettingsFile, MayBeMissing) {
 
 TEST_F(SettingsFile, GoodOnesAreKeptAsTheyStand) {
     for (const std::string& text :
-         {settingsWith("<a interfacedata='{}'/>\n<b interfacedata='{ \"m_strStock\" : \"SZ000001\" }'/>"),
+         {settingsWith(interfaceWith("a") + interfaceWith("动量", "\"m_strStock\":\"SZ000001\"")),
           settingsWith(""), std::string("<settings/>"), std::string(kEmptySettings),
           std::string("<!-- r --><settings>t<interfaceTrade>t<!-- r --></interfaceTrade></settings>")}) {
         EXPECT_EQ(mistakesOf(text), Lines{}) << text;
@@ -65,13 +82,12 @@ TEST_F(SettingsFile, OtherElementsAreToldByTheirLine) {
 
 TEST_F(SettingsFile, EveryBadInterfaceIsToldByItsLineAndWhatWasExpected) {
     EXPECT_EQ(
-        mistakesOf(settingsWith("<a/>\n<b interfacedata=''/>\n<c interfacedata='{'/>\n"
-                                "<d interfacedata='{\"m_nMaxLoss\":0.5}'/>\n<e interfacedata='{}'/>\n"
-                                "<f interfacedata='{\"m_bAutoBalance\":1}'/>\n"
-                                "<g interfacedata='{\"m_strStock\":1}'/>\n"
-                                "<h interfacedata='{\"whitelist\":\"{}\"}'/>\n"
-                                "<i interfacedata='{\"whitelist\":[\"[]\"]}'/>\n"
-                                "<j interfacedata='{}' more=''/>\n<k interfacedata='{}'><l/></k>")),
+        mistakesOf(settingsWith("<a/>\n<b interfacedata=''/>\n<c interfacedata='{'/>\n" +
+                                interfaceWith("d", "\"m_nMaxLoss\":0.5") + interfaceWith("e") +
+                                interfaceWith("f", "\"m_bAutoBalance\":1") +
+                                interfaceWith("g", "\"m_strStock\":1") +
+                                interfaceWith("h", "\"whitelist\":\"{}\"") +
+                                "<i interfacedata='{}' more=''/>\n<j interfacedata='{}'><k/></j>")),
         (Lines{
             "settings.xml:3: interface \"a\": expected the one attribute \"interfacedata\" and no more",
             "settings.xml:4: interface \"b\": the text is empty; expected a JSON object",
@@ -84,9 +100,53 @@ TEST_F(SettingsFile, EveryBadInterfaceIsToldByItsLineAndWhatWasExpected) {
             "quotes",
             "settings.xml:10: interface \"h\": wrong type for field (whitelist) 2 != 4; expected a list of "
             "texts",
-            "settings.xml:11: interface \"i\": the text does not begin with {; expected a JSON object",
+            "settings.xml:11: interface \"i\": expected the one attribute \"interfacedata\" and no more",
             "settings.xml:12: interface \"j\": expected the one attribute \"interfacedata\" and no more",
-            "settings.xml:13: interface \"k\": expected the one attribute \"interfacedata\" and no more",
+        }));
+}
+
+TEST_F(SettingsFile, AnInterfaceIsNamedLikeItsElement) {
+    EXPECT_EQ(
+        mistakesOf(settingsWith("<a interfacedata='{}'/>\n<b interfacedata='{\"m_strInterface\":\"\"}'/>\n"
+                                "<c interfacedata='{\"m_strInterface\":\"C\"}'/>\n" +
+                                interfaceWith("d"))),
+        (Lines{
+            "settings.xml:3: interface \"a\": m_strInterface is missing or empty; expected \"a\", like the "
+            "element",
+            "settings.xml:4: interface \"b\": m_strInterface is missing or empty; expected \"b\", like the "
+            "element",
+            "settings.xml:5: interface \"c\": m_strInterface is \"C\"; expected \"c\", like the element",
+        }));
+}
+
+TEST_F(SettingsFile, UnknownKeysAndThoseThatStandTwiceAreMistakes) {
+    const std::string keys =
+        "m_strInterface, m_strAccount, m_strAccountKey, m_strStock, m_nPeroid, m_bAutoBalance, "
+        "m_nBalanceTime, m_bStartupAutorun, m_bSwitchAutorun, m_bUsePrevWhitelist, m_bAutoStoploss, "
+        "m_nMaxLoss, whitelist";
+    EXPECT_EQ(
+        mistakesOf(
+            settingsWith(interfaceWith("a", "\"m_bAutoStopLoss\":true,\"m_nPeriod\":1,\"m_nMaxLoss\":true") +
+                         interfaceWith("b", "\"m_nMaxLoss\":1,\"m_nMaxLoss\":2,\"m_nMaxLoss\":3"))),
+        (Lines{
+            "settings.xml:3: interface \"a\": unknown key \"m_bAutoStopLoss\"; expected one of " + keys,
+            "settings.xml:3: interface \"a\": unknown key \"m_nPeriod\"; expected one of " + keys,
+            "settings.xml:3: interface \"a\": wrong type for field (m_nMaxLoss) 8 != 16; expected a whole "
+            "number of 32 bits",
+            "settings.xml:4: interface \"b\": key \"m_nMaxLoss\" stands twice",
+        }));
+}
+
+TEST_F(SettingsFile, ABadEntryOfAWhiteListIsNamed) {
+    EXPECT_EQ(
+        mistakesOf(settingsWith(interfaceWith("a", "\"whitelist\":[\"{}\",\"[]\"]") +
+                                interfaceWith("b", "\"whitelist\":[\"{}\",\"{}\",1]") +
+                                interfaceWith("c", "\"whitelist\":[\"{\\\"code\\\":\\\"600000\\\"}\"]"))),
+        (Lines{
+            "settings.xml:3: interface \"a\": whitelist entry 2: the text does not begin with {; expected "
+            "a JSON object",
+            "settings.xml:4: interface \"b\": whitelist entry 3 is no text; expected the JSON text of an "
+            "entry in quotes",
         }));
 }
 
@@ -96,7 +156,7 @@ TEST_F(SettingsFile, AFolderInItsPlaceIsAMistake) {
 }
 
 TEST_F(SettingsFile, CheckNamesFileLineAndWhatWasExpected) {
-    folder.files().write("settings.xml", settingsWith("<a interfacedata='{\"m_nPeroid\":\"60\"}'/>"));
+    folder.files().write("settings.xml", settingsWith(interfaceWith("a", "\"m_nPeroid\":\"60\"")));
     std::ostringstream out;
     EXPECT_EQ(runCheck(folder.path(), out), 2);
     EXPECT_EQ(out.str(),
@@ -106,9 +166,9 @@ TEST_F(SettingsFile, CheckNamesFileLineAndWhatWasExpected) {
 }
 
 TEST_F(SettingsFile, SavedForItsOwnerAloneAndWithoutADraftLeft) {
-    const std::string text = settingsWith("<a interfacedata='{}'/>");
+    const std::string text = settingsWith(interfaceWith("a"));
     folder.files().write("settings.xml.new", "left behind");
-    ASSERT_TRUE(saveSettings(folder.path(), text, 1).isSuccess());
+    ASSERT_TRUE(saveSettings(folder.path(), text, interfacesNamed({"a"})).isSuccess());
     EXPECT_EQ(folder.files().read("settings.xml"), text);
     EXPECT_EQ(std::filesystem::status(folder.files().path("settings.xml")).permissions(),
               std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
@@ -116,20 +176,43 @@ TEST_F(SettingsFile, SavedForItsOwnerAloneAndWithoutADraftLeft) {
 }
 
 TEST_F(SettingsFile, WhatCouldNotBeReadAgainLeavesTheOldOne) {
-    const std::string old = settingsWith("<a interfacedata='{}'/>");
+    const std::string old = settingsWith(interfaceWith("a"));
     folder.files().write("settings.xml", old);
     const std::string path = folder.files().path("settings.xml");
-    EXPECT_EQ(
-        saveSettings(folder.path(), settingsWith("<a interfacedata='{\"m_nMaxLoss\":0.5}'/>"), 1).errorMsg(),
-        path + " stays as it was, since the new one could not be read again: interface \"a\": wrong type "
-               "for field (m_nMaxLoss) 1 != 16; expected a whole number of 32 bits");
-    EXPECT_EQ(saveSettings(folder.path(), old, 2).errorMsg(),
+    EXPECT_EQ(saveSettings(folder.path(), settingsWith(interfaceWith("a", "\"m_nMaxLoss\":0.5")),
+                           interfacesNamed({"a"}))
+                  .errorMsg(),
+              path +
+                  " stays as it was, since the new one could not be read again: interface \"a\": wrong type "
+                  "for field (m_nMaxLoss) 1 != 16; expected a whole number of 32 bits");
+    EXPECT_EQ(saveSettings(folder.path(), old, interfacesNamed({"a", ""})).errorMsg(),
               path + " stays as it was: an interface has no name that can stand in XML");
     EXPECT_EQ(folder.files().read("settings.xml"), old);
 }
 
+TEST_F(SettingsFile, WhatWouldBeReadAsSomethingElseLeavesTheOldOne) {
+    const std::string old = settingsWith(interfaceWith("a"));
+    folder.files().write("settings.xml", old);
+    auto interfaces = interfacesNamed({"a", "b"});
+    interfaces.insert(interfaces.begin(), nullptr);
+    const auto save = [&](const std::string& members) {
+        return saveSettings(folder.path(), settingsWith(interfaceWith("a") + interfaceWith("b", members)),
+                            interfaces)
+            .errorMsg();
+    };
+    const std::string refused = folder.files().path("settings.xml") +
+                                " stays as it was: interface \"b\" would be read back as something else";
+    EXPECT_EQ(save("\"m_nPeroid\":1"), refused);
+    EXPECT_EQ(save("\"whitelist\":[\"{}\"]"), refused);
+    interfaces.back()->m_strAccount = "\xD5\xCB"; // no UTF-8: written as another text
+    EXPECT_EQ(save("\"m_strAccount\":\"\xEF\xBF\xBD\xEF\xBF\xBD\""), refused);
+    EXPECT_EQ(folder.files().read("settings.xml"), old);
+    interfaces.back()->m_strAccount = "账";
+    EXPECT_EQ(save("\"m_strAccount\":\"账\""), "");
+}
+
 TEST_F(SettingsFile, AFailedSaveNamesTheFile) {
-    const utils::KNError saved = saveSettings(folder.files().path("none"), kEmptySettings, 0);
+    const utils::KNError saved = saveSettings(folder.files().path("none"), kEmptySettings, {});
     EXPECT_EQ(saved.errorMsg(), folder.files().path("none/settings.xml") + ": No such file or directory");
 }
 

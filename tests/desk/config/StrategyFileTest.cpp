@@ -327,19 +327,57 @@ TEST(StrategyFile, PathsBelowTheFolderAreWrittenRelativeToIt) {
     }
 }
 
+/// The base folder with an order socket on channel 2, which has the login keys.
+void listenOn(const CConfigFolder& folder, const std::string& address,
+              const std::string& login = "user = \"u\"\npass = \"p\"\n") {
+    folder.replace("strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"\n",
+                   "channel = 2\nsource = \"signal\"\npath = \"" + address + "\"\n" + login);
+    folder.setSecret("strategies.toml", true);
+}
+
 TEST(StrategyFile, ASocketsAddressIsNoPath) {
     const CConfigFolder folder;
-    folder.replace("strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
-                   "channel = 2\nsource = \"signal\"\npath = \"127.0.0.1:9000\"");
+    listenOn(folder, "127.0.0.1:9000");
     EXPECT_EQ(folder.load().config.strategies[2].m_strSignalSource, QStringLiteral("127.0.0.1:9000"));
     ASSERT_TRUE(save(folder, folder.load().config.strategies));
     EXPECT_EQ(folder.load().config.strategies[2].m_strSignalSource, QStringLiteral("127.0.0.1:9000"));
 }
 
-/// The base folder with an order socket on channel 2.
-void listenOn(const CConfigFolder& folder, const std::string& address) {
-    folder.replace("strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"",
-                   "channel = 2\nsource = \"signal\"\npath = \"" + address + "\"");
+TEST(StrategyFile, ASocketWithoutAPortIsAMistake) {
+    for (const std::string address : {"127.0.0.1", "127.0.0.1:65536"}) {
+        const CConfigFolder folder;
+        listenOn(folder, address);
+        EXPECT_EQ(folder.mistakes(),
+                  std::vector<std::string>{"strategies.toml:10: strategy: path \"" + address +
+                                           "\" is no address; expected \"ip:port\" with a port of 1 to "
+                                           "65535"});
+    }
+}
+
+TEST(StrategyFile, ASocketWithoutALoginIsAMistake) {
+    const std::string user = "strategies.toml:10: strategy: key \"user\" is missing or empty; a strategy of "
+                             "source \"signal\" needs a login";
+    const std::string pass = "strategies.toml:10: strategy: key \"pass\" is missing or empty; a strategy of "
+                             "source \"signal\" needs a login";
+    const std::pair<const char*, std::vector<std::string>> rows[] = {
+        {"", {user, pass}},
+        {"user = \"u\"\n", {pass}},
+        {"pass = \"p\"\n", {user}},
+        {"user = \"u\"\npass = \"\"\n", {pass}},
+        {"user = \"\"\npass = \"p\"\nrunning = true\n", {user}},
+    };
+    for (const auto& [login, mistakes] : rows) {
+        const CConfigFolder folder;
+        listenOn(folder, "127.0.0.1:9000", login);
+        EXPECT_EQ(folder.mistakes(), mistakes) << login;
+    }
+}
+
+TEST(StrategyFile, AnUnfinishedSocketNeedsNoLoginYet) {
+    const CConfigFolder folder;
+    folder.replace("strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"\n",
+                   "channel = 2\nsource = \"signal\"\n");
+    EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
 }
 
 TEST(StrategyFile, ASocketForOtherMachinesIsAMistake) {
@@ -369,16 +407,23 @@ TEST(StrategyFile, ASocketForOtherMachinesMayBeAllowed) {
     EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
 }
 
-TEST(StrategyFile, APasswordThatOthersCanReadIsAMistake) {
+TEST(StrategyFile, AnyRightOfOthersToAPasswordIsAMistake) {
+    using std::filesystem::perms;
     const CConfigFolder folder;
     folder.setSecret("strategies.toml", false);
     EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
     folder.replace("strategies.toml", "path = \"orders/two.txt\"",
                    "path = \"orders/two.txt\"\npass = \"secret\"");
-    EXPECT_EQ(
-        folder.mistakes(),
-        std::vector<std::string>{"strategies.toml:0: holds a password and can be read by others; expected "
-                                 "a file for its owner alone: chmod 600 strategies.toml"});
+    for (const perms right : {perms::group_read, perms::group_write, perms::group_exec, perms::others_read,
+                              perms::others_write, perms::others_exec}) {
+        std::filesystem::permissions(folder.files().path("strategies.toml"),
+                                     perms::owner_read | perms::owner_write | right);
+        EXPECT_EQ(
+            folder.mistakes(),
+            std::vector<std::string>{"strategies.toml:0: holds a password and is open to others; expected "
+                                     "a file for its owner alone: chmod 600 strategies.toml"})
+            << static_cast<unsigned>(right);
+    }
     folder.setSecret("strategies.toml", true);
     EXPECT_EQ(folder.mistakes(), std::vector<std::string>{});
 }

@@ -1,0 +1,157 @@
+// Baskets that sell all that the accounts hold, and those that lead to a target position.
+#include "tests/check/BasketFixture.h"
+
+#include "records/Portfolio.h"
+
+#include <limits>
+
+namespace {
+
+using namespace TC;
+
+class BasketPositions : public BasketFixture {
+protected:
+    static COrderBuilder all(int number = 26) {
+        return COrderBuilder(number).set([](auto& o) { o.m_bAll = true; });
+    }
+    knservice::CPositionStaticsPtr hold(const std::string& code, int volume, const char* account = "A1") {
+        return host.tasks.addPosition(host.user.accounts.at(account), "SH", code, volume);
+    }
+};
+
+TEST_F(BasketPositions, RecordsAreSalesOfWhatCanBeSold) {
+    hold("600001", 700)->m_nAvailableVolume = 300;
+    hold("600002", 50, "A2");
+    ASSERT_TRUE(
+        check(all(), strategy().set([](auto& s) { s.m_ePositionType = static_cast<EPositionType>(3); })));
+    EXPECT_EQ(records(), "A1 19 300 600001, A2 19 50 600002, ");
+    for (const CCodeOrderParam& record : codes) {
+        EXPECT_EQ(record.m_strUserId, "tester");
+        EXPECT_EQ(record.m_eHedgeFlag, EHedge_Flag_Type::Speculation);
+        EXPECT_EQ(static_cast<int>(record.m_ePositionType), 3);
+        EXPECT_EQ(record.m_stock.m_strMarket, "SH");
+        EXPECT_EQ(record.m_dPrice, kUnsetDouble);
+    }
+    for (const fake::CSettingCall& call : host.rules.settingCalls.all()) {
+        EXPECT_EQ(call.price, kUnsetDouble);
+        EXPECT_EQ(call.operation, EOperationType::Sell);
+        EXPECT_NE(call.quote, nullptr);
+    }
+}
+
+TEST_F(BasketPositions, SubAccountIsNamedByPositionOrdersOnly) {
+    hold("600001", 700);
+    const auto named = [](int number) {
+        return all(number).line(QStringLiteral("600001"), kUnsetDouble, 1).set([](auto& o) {
+            o.m_strAccountKey = "12_key";
+        });
+    };
+    ASSERT_TRUE(check(named(36)));
+    EXPECT_EQ(codes.at(0).m_nSubAccountKind, 12);
+    EXPECT_EQ(codes.at(0).m_strSubAccountId, "key");
+    ASSERT_TRUE(check(named(26)));
+    EXPECT_TRUE(isUnset(codes.at(0).m_nSubAccountKind));
+}
+
+TEST_F(BasketPositions, PriceOfZeroEndsTheCheck) {
+    hold("600001", 700);
+    host.rules.onFixTimeRange = [](CCodeOrderParam& record) { record.m_dPrice = 0; };
+    EXPECT_FALSE(check(all(), strategy(EPriceType::Specified)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
+    EXPECT_TRUE(codes.empty());
+    EXPECT_EQ(host.tasks.liveLocks, 0);
+}
+
+TEST_F(BasketPositions, MissingQuoteIsWaitedForAndThePositionSoldAllTheSame) {
+    hold("600001", 700);
+    host.quotes.quotes.clear();
+    ASSERT_TRUE(check(all(), strategy(EPriceType::Specified)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
+    EXPECT_EQ(records(), "A1 19 700 600001, ");
+    EXPECT_EQ(host.rules.settingCalls.all().at(0).quote, nullptr);
+}
+
+TEST_F(BasketPositions, NothingToSellGoesOutAsNothing) {
+    hold("600001", 700)->m_nAvailableVolume = 0; // bought today
+    hold("600002", 700)->m_nAvailableVolume = -1;
+    ASSERT_TRUE(check(all()));
+    EXPECT_EQ(records(), "A1 19 0 600001, A1 19 -1 600002, ");
+}
+
+TEST_F(BasketPositions, MoreThanAnOrderCanNameIsNotSold) {
+    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+    for (const std::int64_t volume : {kMost + 1, std::numeric_limits<std::int64_t>::max()}) {
+        host.tasks.positions.clear();
+        hold("600001", 700)->m_nAvailableVolume = volume;
+        hold("600002", 700)->m_nAvailableVolume = kMost - 1;
+        ASSERT_TRUE(check(all()));
+        EXPECT_EQ(records(), "A1 19 2147483646 600002, ");
+    }
+}
+
+TEST_F(BasketPositions, AccountThatIsMissingSellsNothing) {
+    host.user.nullAccount = true;
+    hold("600001", 700);
+    ASSERT_TRUE(check(all()));
+    EXPECT_EQ(records(), "A1 19 700 600001, ");
+}
+
+TEST_F(BasketPositions, DataIsHeldStillThroughTheWaits) {
+    hold("600001", 700);
+    host.quotes.quotes.clear();
+    std::vector<int> locks;
+    clock.onSleep = [&] { locks.push_back(host.tasks.liveLocks); };
+    ASSERT_TRUE(check(all()));
+    EXPECT_EQ(locks, (std::vector<int>{1, 1}));
+    EXPECT_FALSE(host.tasks.readUnlocked);
+    EXPECT_EQ(host.tasks.liveLocks, 0);
+}
+
+TEST_F(BasketPositions, RowsOfTheOrderAreSubscribedThoughAllIsSold) {
+    hold("600001", 700);
+    ASSERT_TRUE(check(all().line(QStringLiteral("600002"), kUnsetDouble, 100)));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600002")});
+    EXPECT_EQ(records(), "A1 19 700 600001, ");
+    EXPECT_EQ(weights.size(), 2u);
+}
+
+TEST_F(BasketPositions, FarSideOfTheBookIsNotAllowedForPositionsEither) {
+    hold("600001", 700);
+    EXPECT_FALSE(check(all(), strategy(EPriceType::Sell2)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 组合交易卖出不允许报卖二到卖五的价格!"));
+}
+
+TEST_F(BasketPositions, KeyOfAPositionIsJoinedAsTheHostJoinsIt) {
+    hold("600001", 700);
+    host.rules.keySeparator = QStringLiteral(".");
+    ASSERT_TRUE(check(all(), strategy(EPriceType::Specified)));
+    EXPECT_EQ(host.quotes.reads.count(QStringLiteral("SH.600001")), 1u);
+    EXPECT_EQ(host.quotes.reads.count(QStringLiteral("SH600001")), 0u);
+}
+
+// Target positions.
+
+TEST_F(BasketPositions, TargetWithoutAVolumeTradesNothing) {
+    hold("600001", 1000);
+    ASSERT_TRUE(check(basket(35, {{"600001", kUnsetInt}}), strategy().volume(2)));
+    EXPECT_TRUE(codes.empty());
+}
+
+TEST_F(BasketPositions, TargetByMoneyThatCannotBePricedKeepsWhatIsHeld) {
+    hold("600001", 1000);
+    host.quotes.quotes.at(QStringLiteral("SH600001"))->m_dLastPrice = 0;
+    const COrderParam order =
+        basket(35, {{"600001", kUnsetInt}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
+    ASSERT_TRUE(check(order, strategy().amount(5000)));
+    EXPECT_TRUE(codes.empty());
+}
+
+TEST_F(BasketPositions, TargetsByMoneyAreFoundWithAnyKey) {
+    host.rules.keySeparator = QStringLiteral(".");
+    host.quotes.quotes[QStringLiteral("SH.600001")] = host.quotes.quotes.at(QStringLiteral("SH600001"));
+    const COrderParam order = basket(35, {{"600001", 7}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
+    ASSERT_TRUE(check(order, strategy().amount(5000)));
+    EXPECT_EQ(host.trade.splitCalls.at(0).volume, 500);
+}
+
+} // namespace

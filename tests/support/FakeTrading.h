@@ -1,0 +1,130 @@
+#pragma once
+
+#include "platform/DataCenter.h"
+#include "platform/OrderClient.h"
+#include "platform/TradeClient.h"
+#include "platform/TradeFrameworkSource.h"
+#include "platform/TraderCenter.h"
+#include "records/Portfolio.h"
+#include "tests/support/FakeRecords.h"
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// The trading side of the host in memory: what takes commands, splits volumes and money, and keeps accounts.
+namespace fake {
+
+struct CTradeError {
+    QString text, title;
+};
+
+struct CCancelledTask {
+    int taskId, operation;
+    std::string text, remark, tradingDay;
+    bool hasCallback;
+    int flag;
+};
+
+struct CSplitCall {
+    int volume;
+    double price;
+    TC::EPriceType priceType;
+    std::vector<std::string> accounts;
+    std::vector<double> ratios;
+    TC::EPositionType positionType;
+    std::string market, code;
+    TC::EOperationType operation;
+    TC::EHedge_Flag_Type hedge;
+};
+
+class COrders : public TC::COrderClient {
+public:
+    explicit COrders(CRecords& records) : m_records(records) {}
+    void orderCommands(const TC::COrderComandParamPtr& command) override;
+    void showTradeError(const QString& text, const QString& title) override;
+
+    std::function<void(const TC::COrderComandParamPtr&)> onCommand; ///< called on the thread that issues
+    std::vector<TC::COrderComandParamPtr> commands;
+    std::vector<CTradeError> errors;
+
+private:
+    CRecords& m_records;
+};
+
+class CTrade : public TC::CTradeClient {
+    Q_OBJECT
+public:
+    explicit CTrade(CRecords& records) : m_records(records) {}
+    TC::EBROKER_LOGIN_STATUS getLoginStatus(const std::string& key) override;
+    std::vector<int> splitEntrusts(int volume, double price, TC::EPriceType priceType,
+                                   const std::vector<TC::CAccountInfoPtr>& accounts,
+                                   const std::vector<double>& ratios, TC::EPositionType positionType,
+                                   const std::string& market, const std::string& code,
+                                   TC::EOperationType operation, TC::EHedge_Flag_Type hedge,
+                                   const boost::shared_ptr<utils::KNError>& error) override;
+    std::vector<double> splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>& accounts,
+                                   const std::vector<double>& ratios, TC::EPositionType positionType,
+                                   TC::EOperationType operation,
+                                   const boost::shared_ptr<utils::KNError>& error) override;
+    void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
+                    const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
+
+    std::vector<double> moneySplits;        ///< amounts that came to splitMoney, which divides by ratio
+    std::vector<double> moneyOverride;      ///< what splitMoney gives where it is not empty
+    std::map<std::string, int> loginStatus; ///< accounts that are not logged in
+    /// Replaces the split; by default the volume goes by ratio, with what is left over to the first account.
+    std::function<std::vector<int>(const CSplitCall&, utils::KNError&)> split;
+    std::vector<CSplitCall> splitCalls;
+    std::vector<CCancelledTask> cancelled;
+
+private:
+    CRecords& m_records;
+};
+
+class CTasks : public knservice::TraderCenter,
+               public knservice::CTaskCenter,
+               public knservice::CDataCenter,
+               public knservice::CAccountData {
+public:
+    explicit CTasks(CRecords& records) : m_records(records) {}
+    knservice::CTaskCenter& getTaskCenter() override { return *this; }
+    knservice::CDataCenter& getDataCenter() override { return *this; }
+    boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override;
+    boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string& key) override;
+    std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int table) override;
+    void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override;
+    knservice::CPositionStaticsPtr addPosition(const TC::CAccountInfoPtr& account, const std::string& market,
+                                               const std::string& code, int volume);
+    std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
+    void addOperation(int taskId, const TC::CTaskOpRecord& record);
+
+    std::map<int, int> tasks; ///< tasks found under an id
+    std::vector<std::pair<int, TC::CTaskOpRecord>> operations;
+    bool hasGlobalData = true;
+    std::map<std::string, std::vector<boost::shared_ptr<knservice::IData>>> positions; ///< by account
+    std::atomic<int> liveLocks{0}; ///< locks of account data that are held
+    bool readUnlocked = false;     ///< positions were read outside any lock
+    std::map<int, std::map<std::string, boost::shared_ptr<knservice::IData>>> tables;
+
+private:
+    CRecords& m_records;
+};
+
+class CFramework : public knservice::CTradeFrameworkSource {
+public:
+    explicit CFramework(CRecords& records) : m_records(records) {}
+    void switchTradingDate(const std::string& date) override;
+    knservice::TradeInterfaceList getAllInterfaces() override { return interfaces; }
+
+    std::vector<std::string> dates;
+    knservice::TradeInterfaceList interfaces;
+
+private:
+    CRecords& m_records;
+};
+
+} // namespace fake
