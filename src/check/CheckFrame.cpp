@@ -220,9 +220,8 @@ bool splitOverAccounts(CCheckRun& run) {
     return checkSplitCount(run, run.volumes.size(), *error);
 }
 
-CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
-                           int volume) {
-    CCodeOrderParam record = run.record;
+void stampRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume,
+                 CCodeOrderParam& record) {
     orderSettingToParam(run.setting, record, op, volume, run.orderPrice, run.priceData);
     fixTimeRange(record);
     record.m_account = account;
@@ -231,7 +230,21 @@ CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccou
     record.m_ePositionType = run.strategy.m_ePositionType;
     record.m_stock = run.stock();
     if (run.family.m_pfnFinishRecord != nullptr) run.family.m_pfnFinishRecord(run, volume, record);
+}
+
+CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
+                           int volume) {
+    CCodeOrderParam record = run.record;
+    stampRecord(run, op, account, volume, record);
     return record;
+}
+
+bool appendRecord(CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume) {
+    run.codes.push_back(run.record);
+    stampRecord(run, op, account, volume, run.codes.back());
+    if (checkRecordPrice(run, run.codes.back())) return true;
+    run.codes.pop_back();
+    return false;
 }
 
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record) {
@@ -241,11 +254,10 @@ bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record) {
 }
 
 bool buildRecords(CCheckRun& run) {
+    run.codes.reserve(run.codes.size() + run.accounts.size());
     for (std::size_t i = 0; i < run.accounts.size(); ++i) {
         if (run.volumes[i] < 1 || !run.accounts[i]) continue;
-        CCodeOrderParam record = makeRecord(run, run.op, run.accounts[i], run.volumes[i]);
-        if (!checkRecordPrice(run, record)) return false;
-        run.codes.push_back(std::move(record));
+        if (!appendRecord(run, run.op, run.accounts[i], run.volumes[i])) return false;
     }
     return true;
 }

@@ -130,6 +130,8 @@ bool checkSplitCount(const CCheckRun& run, std::size_t count, const utils::KNErr
 /// A copy of the run's record stamped with setting, price, account and volume.
 CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
                            int volume);
+/// Puts such a record behind run.codes, unless checkRecordPrice refuses it.
+bool appendRecord(CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume);
 /// False, after a report, where the record is to go out at a price of zero.
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record);
 
