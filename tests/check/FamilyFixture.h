@@ -12,7 +12,8 @@ protected:
                                                    std::vector<TC::CCodeOrderParam>&,
                                                    std::map<std::string, double>&) const;
 
-    FamilyFixture(TC::EOrderStrategyTradeType family, CCheck operation) : m_eFamily(family), m_check(operation) {
+    FamilyFixture(TC::EOrderStrategyTradeType family, CCheck operation)
+        : m_eFamily(family), m_check(operation) {
         host.user.addGroup(host.rules.orderStrategyTradeTypeToBrokerType(family), "G",
                            {{"A1", 0.6}, {"A2", 0.4}});
     }
