@@ -1,3 +1,4 @@
+#include "gates/IntakePause.h"
 #include "tests/service/ServiceFixture.h"
 
 #include <thread>
@@ -242,6 +243,7 @@ TEST_F(StrategyRegistry, InterfaceStrategyNeedsNoFile) {
 }
 
 TEST_F(StrategyRegistry, OnlyFileStrategiesInsistOnAFile) {
+    const CIntakePause pause; // the strategy reads the file as soon as it runs
     folder.write("a.txt", "old");
     add(stoppedFile().source(EOrderStrategyType::BatchPending));
     EXPECT_EQ(start(), 0);
