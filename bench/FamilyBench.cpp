@@ -23,7 +23,7 @@ using namespace TC;
 
 constexpr int kInstruments = 5000;
 constexpr int kRounds = 20;
-constexpr int kRepetitions = 15;
+constexpr int kRepetitions = 31;
 constexpr int kVolume = 300;
 
 class CHostCalls;
