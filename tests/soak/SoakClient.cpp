@@ -14,11 +14,10 @@ using boost::system::error_code;
 
 constexpr int kMaxRestMs = 250;
 constexpr int kMaxBurst = 8;
-constexpr int kMaxTask = 1000;
 const std::string kOk = "+OK\r\n";
 
-std::string orderLine(int order) {
-    const auto [volume, cents] = COrderLedger::markOf(order);
+std::string orderLine(const COrderLedger::CMark& mark) {
+    const auto [volume, cents] = mark;
     char text[80];
     std::snprintf(text, sizeof text, "placeorder 23,1,%d.%02d,600000,%d\r\n", cents / 100, cents % 100,
                   volume);
@@ -37,15 +36,15 @@ CSoakClient::CSoakClient(boost::asio::io_service& io, unsigned short port, COrde
 
 void CSoakClient::join() {
     m_bLeaving = false;
-    m_socket.async_connect(
-        {boost::asio::ip::address_v4::loopback(), m_nPort}, [this](const error_code& error) {
-            if (error) return fail("connect: " + error.message());
-            m_socket.set_option(tcp::no_delay(true));
-            m_awaited = {{"", "+OK Welcom to Lumo Order Server Version 0.0.3\r\n", kNoOrder},
-                         {"user trader", kOk, kNoOrder},
-                         {"pass secret", kOk, kNoOrder}};
-            send("user trader\r\npass secret\r\n", {});
-        });
+    m_socket.async_connect({boost::asio::ip::address_v4::loopback(), m_nPort},
+                           [this](const error_code& error) {
+                               if (error) return fail("connect: " + error.message());
+                               m_socket.set_option(tcp::no_delay(true));
+                               m_awaited = {{"", "+OK Welcom to Lumo Order Server Version 0.0.3\r\n"},
+                                            {"user trader", kOk},
+                                            {"pass secret", kOk}};
+                               send("user trader\r\npass secret\r\n", {});
+                           });
 }
 
 void CSoakClient::act() {
@@ -58,11 +57,14 @@ void CSoakClient::act() {
 
 CSoakClient::CLine CSoakClient::makeLine() {
     const int dice = pick(1, 100);
-    if (dice <= 10) return {"cancel " + std::to_string(pick(1, kMaxTask)) + "\r\n", kOk, kNoOrder};
-    if (dice <= 15) return {"nonsense\r\n", "-ERR Bad Command\r\n", kNoOrder};
-    if (dice <= 20) return {"placeorder 23,1,1e,600000,100\r\n", "-ERR Bad Param\r\n", kNoOrder};
-    const int order = m_nOrders++ * m_nClients + m_nNumber;
-    return {orderLine(order), kOk, order};
+    if (dice <= 10) {
+        const COrderLedger::CMark mark = COrderLedger::markOfCancel(nextNumber(m_nCancels));
+        return {"cancel " + std::to_string(mark.first) + "\r\n", kOk, mark};
+    }
+    if (dice <= 15) return {"nonsense\r\n", "-ERR Bad Command\r\n"};
+    if (dice <= 20) return {"placeorder 23,1,1e,600000,100\r\n", "-ERR Bad Param\r\n"};
+    const COrderLedger::CMark mark = COrderLedger::markOfOrder(nextNumber(m_nOrders));
+    return {orderLine(mark), kOk, mark};
 }
 
 std::vector<CSoakClient::CLine> CSoakClient::makeBurst() {
@@ -75,7 +77,7 @@ std::vector<CSoakClient::CLine> CSoakClient::makeBurst() {
 void CSoakClient::sendBurst() {
     std::string bytes;
     for (CLine& line : makeBurst()) {
-        if (line.order != kNoOrder) m_ledger.sent(line.order);
+        if (line.mark) m_ledger.sent(*line.mark);
         bytes += line.text;
         m_awaited.push_back(std::move(line));
     }
@@ -93,8 +95,8 @@ void CSoakClient::dropWithin(const std::vector<CLine>& burst) {
     std::size_t end = 0;
     for (const CLine& line : burst) {
         end += line.text.size();
-        if (line.order == kNoOrder) continue;
-        end <= cut ? m_ledger.sent(line.order) : m_ledger.cut(line.order);
+        if (!line.mark) continue;
+        end <= cut ? m_ledger.sent(*line.mark) : m_ledger.cut(*line.mark);
     }
     m_bytes = bytes.substr(0, cut);
     boost::asio::async_write(m_socket, boost::asio::buffer(m_bytes),
@@ -109,7 +111,7 @@ void CSoakClient::dropWithin(const std::vector<CLine>& burst) {
 
 void CSoakClient::leave() {
     m_bLeaving = true;
-    m_awaited.push_back({"quit", kOk, kNoOrder});
+    m_awaited.push_back({"quit", kOk});
     send("quit\r\n", {});
 }
 
@@ -142,7 +144,7 @@ void CSoakClient::takeReply(const std::string& reply) {
     const CLine line = m_awaited.front();
     m_awaited.pop_front();
     if (reply != line.reply) return fail("reply to " + line.text + ": " + reply);
-    if (line.order != kNoOrder) m_ledger.accepted(line.order);
+    if (line.mark) m_ledger.accepted(*line.mark);
     if (m_awaited.empty() && !m_bLeaving) return rest(&CSoakClient::act);
     await();
 }

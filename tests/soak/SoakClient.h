@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -18,7 +19,8 @@
 /// burst, and comes back. What it does follows from the seed; all on the io_service's thread.
 class CSoakClient {
 public:
-    /// number: which of `clients` it is, so that its orders are its own. isOver: it leaves for good as soon
+    /// number: which of `clients` it is, so that its orders and cancels are
+    /// its own. isOver: it leaves for good as soon
     /// as that is true.
     CSoakClient(boost::asio::io_service& io, unsigned short port, COrderLedger& ledger, const bool& isOver,
                 unsigned seed, int number, int clients);
@@ -26,17 +28,17 @@ public:
     void join();
 
 private:
-    /// One line of a burst, what it must be answered with, and its order where it is one.
+    /// One line of a burst, what it must be answered with, and its mark where a record must come of it.
     struct CLine {
         std::string text;
         std::string reply;
-        int order;
+        std::optional<COrderLedger::CMark> mark = std::nullopt;
     };
-    static constexpr int kNoOrder = -1;
 
     int pick(int first, int last) { return std::uniform_int_distribution<int>(first, last)(m_random); }
     void act();
     CLine makeLine();
+    int nextNumber(int& count) const { return count++ * m_nClients + m_nNumber; }
     std::vector<CLine> makeBurst();
     void sendBurst();
     void dropWithin(const std::vector<CLine>& burst);
@@ -58,6 +60,7 @@ private:
     const int m_nNumber;
     const int m_nClients;
     int m_nOrders = 0;
+    int m_nCancels = 0;
     bool m_bLeaving = false;
     std::string m_bytes; ///< on their way out
     std::deque<CLine> m_awaited;

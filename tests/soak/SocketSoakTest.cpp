@@ -1,5 +1,5 @@
-// Fifty clients against the desk's order socket for some seconds, and then: every order that was accepted is
-// in the journal once, none that was not sent whole is there, and no descriptor is left open.
+// Fifty clients against the desk's order socket for some seconds, and then: every order and every cancel that
+// was accepted is in the journal once, none that was not sent whole is there, and no descriptor is left open.
 //
 // ORDERSERVICE_SOAK_SECONDS is how long it runs, 5 where it is not set; ORDERSERVICE_SOAK_SEED repeats what
 // the clients do.
@@ -92,12 +92,13 @@ private:
     std::atomic<bool> m_isDone{false};
 };
 
-/// How often a journal has each order's mark.
+/// How often a journal has each order's and each cancel's mark.
 using CMarkCounts = std::map<COrderLedger::CMark, int>;
 
 /// What the clients know against what the journal has.
 struct CTally {
     int accepted = 0, unanswered = 0, cut = 0;
+    int cancels = 0;  ///< of those that were accepted
     int lost = 0;     ///< accepted and not in the journal
     int doubled = 0;  ///< more than once in the journal
     int invented = 0; ///< in the journal and never sent whole
@@ -105,12 +106,13 @@ struct CTally {
 
 CTally compare(const COrderLedger& ledger, CMarkCounts marks) {
     CTally tally;
-    for (const auto& [order, fate] : ledger.fates()) {
-        const int times = marks[COrderLedger::markOf(order)];
-        marks.erase(COrderLedger::markOf(order));
+    for (const auto& [mark, fate] : ledger.fates()) {
+        const int times = marks[mark];
+        marks.erase(mark);
         const bool isAccepted = fate == COrderLedger::EFate::Accepted;
         const bool isCut = fate == COrderLedger::EFate::Cut;
         ++(isAccepted ? tally.accepted : isCut ? tally.cut : tally.unanswered);
+        if (isAccepted && COrderLedger::isCancel(mark)) ++tally.cancels;
         if (isAccepted && times == 0) ++tally.lost;
         if (times > 1) ++tally.doubled;
         if (isCut && times > 0) ++tally.invented;
@@ -179,6 +181,7 @@ running = true
         while (const auto line = reader.next()) {
             EXPECT_FALSE(line->m_bDamaged);
             const auto record = nlohmann::json::parse(line->m_strText);
+            if (record["kind"] == "cancel_task") ++marks[{record["task"].get<int>(), COrderLedger::kCancel}];
             if (record["kind"] != "command") continue;
             for (const auto& code : record["codes"])
                 ++marks[{code["volume"].get<int>(),
@@ -198,7 +201,7 @@ running = true
     bool isForgotten = false;
 };
 
-TEST_F(SocketSoak, AcceptedOrdersAreJournalledOnceAndConnectionsForgotten) {
+TEST_F(SocketSoak, WhatWasAcceptedIsJournalledOnceAndConnectionsForgotten) {
     std::printf("soak of %lld s, seed %u\n", static_cast<long long>(length.count()), seed);
     std::fflush(stdout);
     const std::ptrdiff_t before = openDescriptors();
@@ -208,11 +211,13 @@ TEST_F(SocketSoak, AcceptedOrdersAreJournalledOnceAndConnectionsForgotten) {
     EXPECT_EQ(crowd->ledger().failures(), std::vector<std::string>());
 
     const CTally tally = compare(crowd->ledger(), journalled());
-    std::printf("%d accepted, %d unanswered, %d cut\n", tally.accepted, tally.unanswered, tally.cut);
+    std::printf("%d accepted, %d of them cancels, %d unanswered, %d cut\n", tally.accepted, tally.cancels,
+                tally.unanswered, tally.cut);
     EXPECT_EQ(tally.lost, 0);
     EXPECT_EQ(tally.doubled, 0);
     EXPECT_EQ(tally.invented, 0);
     EXPECT_GT(tally.accepted, kClients * length.count());
+    EXPECT_GT(tally.cancels, 0);
     EXPECT_GT(tally.unanswered, 0);
     EXPECT_GT(tally.cut, 0);
     crowd.reset();
