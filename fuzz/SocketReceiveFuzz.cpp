@@ -59,12 +59,18 @@ bool operator==(const COutcome& a, const COutcome& b) {
 
 class CConversation {
 public:
-    explicit CConversation(CChoice choice)
-        : m_pServer(boost::make_shared<TC::COrderSocketServer>(m_io, "127.0.0.1", 0,
+    CConversation(CChoice choice, CFakeHost& host)
+        : m_audit(host.audit),
+          m_pServer(boost::make_shared<TC::COrderSocketServer>(m_io, "127.0.0.1", 0,
                                                                choice.needsLogin ? "u" : "", "p", m_gate,
                                                                m_registry, QStringLiteral("127.0.0.1:0"))),
           m_pConnection(boost::make_shared<CStoringConnection>(m_io, *m_pServer)) {
-        m_pServer->stop(); // a listener that is stuck waits for this
+        m_audit.doors.clear();
+        // A listener that is stuck waits for its stop, and a stopped one serves nobody: so not before.
+        m_audit.onRecord = [this] {
+            const std::vector<TC::CDoorReport>& doors = m_audit.doors;
+            if (!doors.empty() && doors.back().m_eEvent == TC::EDoorEvent::Stuck) m_pServer->stop();
+        };
         m_pServer->onConnected(m_pConnection);
     }
     void receive(std::string_view piece) {
@@ -76,10 +82,12 @@ public:
                          m_pServer->connectionCount() == 1};
         m_pServer->onDisconnected(0, m_pConnection);
         require(m_pServer->connectionCount() == 0);
+        m_audit.onRecord = nullptr;
         return outcome;
     }
 
 private:
+    fake::CAudit& m_audit;
     boost::asio::io_service m_io;
     CRecordingGate m_gate;
     CPlainRegistry m_registry;
@@ -87,8 +95,9 @@ private:
     boost::shared_ptr<CStoringConnection> m_pConnection;
 };
 
-COutcome converse(CChoice choice, std::string_view stream, const std::vector<std::size_t>& cuts) {
-    CConversation conversation(choice);
+COutcome converse(CChoice choice, CFakeHost& host, std::string_view stream,
+                  const std::vector<std::size_t>& cuts) {
+    CConversation conversation(choice, host);
     for (std::size_t i = 0; !stream.empty(); ++i) {
         const std::size_t length = std::min(cuts[i % cuts.size()], stream.size());
         conversation.receive(stream.substr(0, length));
@@ -142,9 +151,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view stream(reinterpret_cast<const char*>(data) + 2 + count, size - 2 - count);
     host.switches.on.clear();
     if (choice.isGuarded) host.switches.on.insert(TC::CSocketGuard::kSwitch);
-    const COutcome whole = converse(choice, stream, {std::max(stream.size(), std::size_t{1})});
+    const COutcome whole = converse(choice, host, stream, {std::max(stream.size(), std::size_t{1})});
     check(whole, choice, stream);
-    if (!cuts.empty()) require(converse(choice, stream, cuts) == whole);
+    if (!cuts.empty()) require(converse(choice, host, stream, cuts) == whole);
     // A fuzzer runs for long: the records of the host would grow with it.
     host.audit.reports.clear();
     host.audit.doors.clear();

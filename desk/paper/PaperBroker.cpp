@@ -200,7 +200,9 @@ utils::KNError CPaperBroker::onQuote(const std::string& stockKey) {
     else
         m_book.m_sides.erase(stockKey);
     matchResting(stockKey);
-    return m_book.m_events.empty() ? utils::KNError() : finishChange();
+    if (!m_book.m_events.empty()) return finishChange();
+    m_book.keep(); // the quote alone: a later change that fails must not bring an older one back
+    return {};
 }
 
 void CPaperBroker::ensureQuote(const std::string& stockKey) {

@@ -24,11 +24,9 @@
 namespace TC {
 namespace {
 
-constexpr char kBadNumber[] = "[%1]　通道号: %2, 下单指令不合法!";
-
 constexpr CFamilyCheck kBasketCheck = {
     EOrderStrategyTradeType::Basket,
-    kBadNumber, // for missing rows: of lines there can be any number
+    kBadOrderNumber, // for missing rows: of lines there can be any number
     ESettingText::Always,
     EQuoteWait::AlsoSpecified,
     ESplitInstrument::Named,
@@ -81,7 +79,7 @@ bool checkSwitch(const CBasket& basket) {
 
 bool checkRowsGiven(const CBasket& basket) {
     if (!basket.order.m_orders.isEmpty() || basket.order.m_nOrderType == kOrderBasketSell) return true;
-    return failCheck(basket.run, QString::fromUtf8(kBadNumber));
+    return failCheck(basket.run, QString::fromUtf8(kBadOrderNumber));
 }
 
 void takeTargets(CBasket& basket) {

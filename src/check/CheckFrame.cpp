@@ -30,12 +30,6 @@ bool isSettingTextRead(ESettingText rule, EOrderType orderType) {
     return rule == ESettingText::Always || !knservice::DataHelper::isAlgoOrderType(orderType);
 }
 
-bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
-    if (!quote) return false;
-    return priceType == EPriceType::NoQuote || priceType == EPriceType::Specified ||
-           !isInvalidPrice(quote->getOriginPrice(priceType, op));
-}
-
 QString sourceHead(const CCheckRun& run) {
     return QStringLiteral("[") + orderStrategyText(run.order.m_eStrategyType) + QStringLiteral("]　");
 }
@@ -56,6 +50,12 @@ double priceOfAmount(const CCheckRun& run) {
 }
 
 } // namespace
+
+bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
+    if (!quote) return false;
+    return priceType == EPriceType::NoQuote || priceType == EPriceType::Specified ||
+           !isInvalidPrice(quote->getOriginPrice(priceType, op));
+}
 
 bool failCheck(const CCheckRun& run, const QString& pattern, const QString& argument) {
     showCheckFailure(utils::fillText(pattern, {orderStrategyText(run.order.m_eStrategyType),
@@ -107,7 +107,7 @@ int roundToUnit(const CCheckRun& run, int volume) {
 bool checkOrderNumber(const CCheckRun& run) {
     const CFamily* family = findFamily(run.family.m_eTradeType);
     if (family != nullptr && family->accepts(run.order.m_nOrderType)) return true;
-    return failCheck(run, QStringLiteral("[%1]　通道号: %2, 下单指令不合法!"));
+    return failCheck(run, QString::fromUtf8(kBadOrderNumber));
 }
 
 bool checkLineCount(const CCheckRun& run) {

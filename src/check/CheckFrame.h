@@ -19,6 +19,8 @@ struct CCheckRun;
 
 /// What nearly all families say about an order of several lines.
 inline constexpr char kTooManyLines[] = "[%1]　通道号: %2, 下单参数不合法!";
+/// What all say about a number that is none of theirs, and some about lines that do not fit it.
+inline constexpr char kBadOrderNumber[] = "[%1]　通道号: %2, 下单指令不合法!";
 
 /// What happens to a non-empty setting text of an order.
 enum class ESettingText {
@@ -121,6 +123,8 @@ bool finishCheck(CCheckRun& run);
 
 /// Parts of the steps for routes that put them together otherwise.
 
+/// Whether the quote has a price of the type; types whose price stands elsewhere need a quote alone.
+bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);
 /// The quote of a key, waited for up to two seconds until it has a price of the type.
 CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOperationType op, EQuoteWait rule);
 /// Splits the run's volume; the volumes may be of any number. The error tells why.

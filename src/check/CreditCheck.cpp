@@ -44,7 +44,7 @@ void finishRecord(const CCheckRun& run, int, CCodeOrderParam& record) {
 
 constexpr CFamilyCheck creditCheck(ESettingText settingText) {
     return {EOrderStrategyTradeType::Credit,
-            "[%1]　通道号: %2, 下单指令不合法!",
+            kBadOrderNumber,
             settingText,
             EQuoteWait::UnlessSpecified,
             ESplitInstrument::Unnamed,

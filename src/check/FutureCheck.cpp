@@ -32,13 +32,9 @@ bool checkCode(const CCheckRun& run) {
 /// price types have no say.
 bool checkPrice(const CCheckRun& run) {
     const EPriceType priceType = run.setting.m_ePriceType;
-    const bool isSpecified = priceType == EPriceType::Specified;
-    const bool needsNumber = !isSpecified && priceType != EPriceType::NoQuote;
-    const bool isNoNumber = isSpecified && run.line() != nullptr && !std::isfinite(run.line()->m_dPrice);
-    if (run.priceData && !isNoNumber &&
-        !(needsNumber && isInvalidPrice(run.priceData->getOriginPrice(priceType, run.op)))) {
-        return true;
-    }
+    const bool isNoNumber =
+        priceType == EPriceType::Specified && run.line() != nullptr && !std::isfinite(run.line()->m_dPrice);
+    if (isQuoteUsable(run.priceData, priceType, run.op) && !isNoNumber) return true;
     return failPrice(run, QStringLiteral("[%1]　合约 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
 }
 
@@ -50,35 +46,27 @@ bool checkVolumes(const CCheckRun& run) {
     return false;
 }
 
-constexpr CFamilyCheck kFutureCheck = {
-    EOrderStrategyTradeType::Future,
-    kTooManyLines,
-    ESettingText::PlainOnly,
-    EQuoteWait::AlsoSpecified,
-    ESplitInstrument::Named,
-    takeLimits,
-    nullptr,
-    checkCode<&CExchangeClient::hasFuture>,
-    checkPrice,
-    nullptr,
-    checkVolumes,
-    nullptr,
-};
+constexpr CFamilyCheck futureCheck(EOrderStrategyTradeType tradeType, ESettingText settingText,
+                                   bool (*checkCode)(const CCheckRun&)) {
+    return {tradeType,
+            kTooManyLines,
+            settingText,
+            EQuoteWait::AlsoSpecified,
+            ESplitInstrument::Named,
+            takeLimits,
+            nullptr,
+            checkCode,
+            checkPrice,
+            nullptr,
+            checkVolumes,
+            nullptr};
+}
 
-constexpr CFamilyCheck kFutureOptionCheck = {
-    EOrderStrategyTradeType::FutureOption,
-    kTooManyLines,
-    ESettingText::Always,
-    EQuoteWait::AlsoSpecified,
-    ESplitInstrument::Named,
-    takeLimits,
-    nullptr,
-    checkCode<&CExchangeClient::hasFutureOption>,
-    checkPrice,
-    nullptr,
-    checkVolumes,
-    nullptr,
-};
+constexpr CFamilyCheck kFutureCheck = futureCheck(EOrderStrategyTradeType::Future, ESettingText::PlainOnly,
+                                                  checkCode<&CExchangeClient::hasFuture>);
+constexpr CFamilyCheck kFutureOptionCheck =
+    futureCheck(EOrderStrategyTradeType::FutureOption, ESettingText::Always,
+                checkCode<&CExchangeClient::hasFutureOption>);
 
 } // namespace
 

@@ -27,7 +27,9 @@ public:
     /// Appends the table's records in the host's order.
     virtual void getVector(int table, std::vector<boost::shared_ptr<IData>>& out) = 0;
 
-    /// Holds the data still while it lives. The host decides whether others wait meanwhile.
+    /// Holds the data still while it lives. The host decides whether others wait meanwhile. A basket of all
+    /// positions holds it while it works them off one by one: quotes are asked for, waited for (up to two
+    /// seconds each) and failures shown under it, so none of that may need the lock on another thread.
     class Lock {
     public:
         explicit Lock(CAccountData& data) : m_data(data) { m_data.lock(); }

@@ -351,9 +351,13 @@ void COrderSocketServer::tellRefusal(const net::NetConnection& conn, const char*
     tellDoor(EDoorEvent::Refused, peerOf(conn), cause);
 }
 
-void COrderSocketServer::tellUntoldRefusals() {
-    const int others = m_refusals.takeUntold();
-    if (others > 0) tellDoor(EDoorEvent::Refused, {}, std::to_string(others) + " others");
+/// A stop is no less done for a count that cannot be told.
+void COrderSocketServer::tellUntoldRefusals() noexcept {
+    try {
+        const int others = m_refusals.takeUntold();
+        if (others > 0) tellDoor(EDoorEvent::Refused, {}, std::to_string(others) + " others");
+    } catch (...) {
+    }
 }
 
 void COrderSocketServer::tellDoor(EDoorEvent event, const QString& peer, const std::string& cause) const {

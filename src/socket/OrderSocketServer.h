@@ -68,7 +68,7 @@ private:
     void watchLogins();
     void closeSilent();
     void tellRefusal(const net::NetConnection& conn, const char* word);
-    void tellUntoldRefusals();
+    void tellUntoldRefusals() noexcept;
     void tellDoor(EDoorEvent event, const QString& peer, const std::string& cause) const;
 
     void onUser(std::string_view argument, ConnData& data, CReply& reply);

@@ -170,10 +170,17 @@ void CSocketListeners::joinFinished() {
     m_threads.erase(std::stable_partition(m_threads.begin(), m_threads.end(), isRunning), m_threads.end());
 }
 
+/// One that does not stop stays on the list, and keeps none of the others open.
 void CSocketListeners::closeAll() {
     const QStringList sources = m_socketServers.keys();
-    for (const QString& source : sources)
-        close(source);
+    for (const QString& source : sources) {
+        try {
+            close(source);
+        } catch (...) {
+            utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, this,
+                                   "TC::CSocketListeners::closeAll", "a listener does not stop");
+        }
+    }
 }
 
 void CSocketListeners::joinAll() {

@@ -169,6 +169,20 @@ TEST_F(PaperStore, QuoteThatCannotBeStoredLeavesOrdersWaitingForTheNext) {
     EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Filled);
 }
 
+TEST_F(PaperStore, ChangeThatFailsBringsNoOlderQuoteBack) {
+    for (const double ask : {10.00, 11.00}) {
+        m_quotes.setQuote(kStock, {}, {{ask, 100}});
+        ASSERT_TRUE(m_broker->onQuote(kStock).isSuccess());
+    }
+    {
+        const CForeignWriter writer(m_folder.file(kPaperStoreName));
+        int taskId = 0;
+        EXPECT_FALSE(m_broker->placeCommand(stockCommand({buy(100, 9.00)}), 1, taskId).isSuccess());
+    }
+    place({buy(100, 10.50)});
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Working);
+}
+
 TEST_F(PaperStore, EventsThatTheListenerRefusedComeAgainInOrderAndOnce) {
     m_bTakeEvents = false;
     place({buy(200, 10.00)});
