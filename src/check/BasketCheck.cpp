@@ -4,17 +4,14 @@
 #include "check/CheckFrame.h"
 #include "check/CodeLookup.h"
 #include "check/PositionExchange.h"
+#include "check/Positions.h"
 #include "check/Reports.h"
 #include "check/Volumes.h"
-#include "platform/DataCenter.h"
 #include "platform/ExchangeClient.h"
 #include "platform/InstrumentTypes.h"
 #include "platform/LuaModuleCtrl.h"
-#include "platform/TraderCenter.h"
 #include "platform/TradingRules.h"
 #include "records/Portfolio.h"
-
-#include <boost/pointer_cast.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -24,23 +21,24 @@
 namespace TC {
 namespace {
 
-constexpr CFamilyCheck kBasketCheck = {
-    EOrderStrategyTradeType::Basket,
-    kBadOrderNumber, // for missing rows: of lines there can be any number
-    ESettingText::Always,
-    EQuoteWait::AlsoSpecified,
-    ESplitInstrument::Named,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-};
+/// The star market has a least volume; told for each account.
+bool isBelowStarLeast(const CCheckRun& run, int volume) {
+    constexpr int kStarLeast = 200;
+    if (volume >= kStarLeast || !isStarMarket(run.stock())) return false;
+    failCheck(run, QStringLiteral("[%1] [通道%2] [备注:%3] 科创板合约下单量最小为200!"),
+              QString::fromStdString(run.order.m_strRemark));
+    return true;
+}
 
-/// The least volume on the star market; told for each account.
-constexpr int kStarLeast = 200;
+/// Baskets have a course of their own, which uses some of the frame's steps.
+constexpr CFamilyCheck basketCheck() {
+    CFamilyCheck family{EOrderStrategyTradeType::Basket};
+    family.m_eQuoteWait = EQuoteWait::AlsoSpecified;
+    family.m_pfnIsLeftOut = isBelowStarLeast;
+    return family;
+}
+
+constexpr CFamilyCheck kBasketCheck = basketCheck();
 
 /// A row of the order whose instrument is known.
 struct CBasketRow {
@@ -60,10 +58,6 @@ struct CBasket {
     double totalWeight = 0.0;
     std::vector<CBasketRow> rows{};
 };
-
-bool isTargetOrder(int orderType) {
-    return orderType == kOrderBasketWhole || orderType == kOrderBasketList;
-}
 
 /// Numbers whose money is shared out over the rows here; a target position has its volumes by then.
 bool sharesMoney(const CBasket& basket) {
@@ -190,41 +184,19 @@ void takeSubAccount(const COrderParam& order, CCodeOrderParam& record) {
     record.m_strSubAccountId = parts[1].toStdString();
 }
 
-/// The run's common record for an instrument.
-void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock) {
+/// Turns the run to the next instrument.
+void startRow(CCheckRun& run, EOperationType op, CStockInfo stock) {
     run.code = qdStockKey(QString::fromStdString(stock.m_strMarket), QString::fromStdString(stock.m_strCode));
     run.record = CCodeOrderParam();
-    run.record.m_stock = std::move(stock);
-    run.record.m_eOperationType = op;
-    run.record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
-    run.record.m_ePositionType = run.strategy.m_ePositionType;
-    if (const CUserConfig* user = getUserConfig()) run.record.m_strUserId = user->getUserName();
     takeSubAccount(run.order, run.record);
-}
-
-bool appendRowRecords(CBasket& basket, EOperationType op) {
-    CCheckRun& run = basket.run;
-    const bool isStar = knservice::isTypedStock(knservice::kTypeStarMarket, run.stock().m_strMarket,
-                                                run.stock().m_strCode, {});
-    for (std::size_t i = 0; i < run.accounts.size() && i < run.volumes.size(); ++i) {
-        if (run.volumes[i] < 1 || !run.accounts[i]) continue;
-        CCodeOrderParam record = makeRecord(run, op, run.accounts[i], run.volumes[i]);
-        if (isStar && run.volumes[i] < kStarLeast) {
-            failCheck(run, QStringLiteral("[%1] [通道%2] [备注:%3] 科创板合约下单量最小为200!"),
-                      QString::fromStdString(basket.order.m_strRemark));
-            continue;
-        }
-        if (!checkRecordPrice(run, record)) return false;
-        run.codes.push_back(std::move(record));
-    }
-    return true;
+    startRecord(run, op, std::move(stock));
 }
 
 /// One row from its quote to its records. False ends the check.
 bool placeRow(CBasket& basket, const CBasketRow& row) {
     CCheckRun& run = basket.run;
     const EOperationType op = row.op;
-    startRecord(run, op, {row.detail->m_strMarket, row.detail->m_strCode, row.detail->m_strName, {}});
+    startRow(run, op, {row.detail->m_strMarket, row.detail->m_strCode, row.detail->m_strName, {}});
     run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, run.family.m_eQuoteWait);
     if (isSuspended(run) || !mayStandInABasket(run.stock())) return true;
     takeRowPrices(run, row);
@@ -236,7 +208,7 @@ bool placeRow(CBasket& basket, const CBasketRow& row) {
     splitVolumes(run, op);
     // A split that failed leaves the row without a record and without a word.
     if (run.volumes.size() != run.accounts.size()) return true;
-    return appendRowRecords(basket, op);
+    return buildRecords(run, op);
 }
 
 bool placeRows(CBasket& basket) {
@@ -249,7 +221,7 @@ bool placeRows(CBasket& basket) {
 bool sellPosition(CCheckRun& run, const CAccountInfoPtr& account,
                   const knservice::CPositionStatics& position) {
     const EOperationType op = EOperationType::Sell;
-    startRecord(run, op, {position.m_strMarket, position.m_strCode, position.m_strName, {}});
+    startRow(run, op, {position.m_strMarket, position.m_strCode, position.m_strName, {}});
     run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, run.family.m_eQuoteWait);
     if (isSuspended(run)) return true;
     run.orderPrice = kUnsetDouble;
@@ -263,16 +235,10 @@ bool sellPosition(CCheckRun& run, const CAccountInfoPtr& account,
 }
 
 bool sellAccount(CCheckRun& run, const CAccountInfoPtr& account) {
-    const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(account->getKey());
-    if (!data) return true;
-    const knservice::CAccountData::Lock lock(*data);
-    std::vector<boost::shared_ptr<knservice::IData>> records;
-    data->getVector(knservice::kPositionTable, records);
-    for (const auto& record : records) {
-        const auto position = boost::dynamic_pointer_cast<knservice::CPositionStatics>(record);
-        if (position && !sellPosition(run, account, *position)) return false;
-    }
-    return true;
+    const CPositions positions(*account);
+    const auto all = positions.all();
+    return std::all_of(all.begin(), all.end(),
+                       [&](const auto& position) { return sellPosition(run, account, *position); });
 }
 
 bool sellAll(CBasket& basket) {

@@ -49,6 +49,18 @@ double priceOfAmount(const CCheckRun& run) {
     return isInvalidPrice(run.calcPrice) && run.priceData ? run.priceData->m_dFallbackPrice : run.calcPrice;
 }
 
+void stampRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume,
+                 CCodeOrderParam& record) {
+    orderSettingToParam(run.setting, record, op, volume, run.orderPrice, run.priceData);
+    fixTimeRange(record);
+    record.m_account = account;
+    record.m_nVolume = volume;
+    record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
+    record.m_ePositionType = run.strategy.m_ePositionType;
+    record.m_stock = run.stock();
+    if (run.family.m_pfnFinishRecord != nullptr) run.family.m_pfnFinishRecord(run, volume, record);
+}
+
 } // namespace
 
 bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
@@ -85,8 +97,7 @@ bool checkPriceType(const CCheckRun& run) {
 }
 
 bool checkStockPrice(const CCheckRun& run) {
-    return checkPriceType(run) ||
-           failPrice(run, QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
+    return checkPriceType(run) || failPrice(run, QString::fromUtf8(kBadStockPrice), run.stock().m_strCode);
 }
 
 int volumeOfAmount(const CCheckRun& run, double fixedPrice) {
@@ -147,14 +158,17 @@ bool resolveCode(CCheckRun& run) {
 void loadInstrument(CCheckRun& run) {
     run.quoteRequest = run.service.prepareCode(run.code, run.accounts);
     run.detail = CExchangeClient::instance().getCodeInfo(run.code);
+    CStockInfo stock;
     if (run.detail) {
-        CStockInfo& stock = run.record.m_stock;
-        stock.m_strMarket = run.detail->m_strMarket;
-        stock.m_strCode = run.detail->m_strCode;
-        stock.m_strName = run.detail->m_strName;
-        stock.m_strProductId = run.detail->m_strProductId;
+        stock = {run.detail->m_strMarket, run.detail->m_strCode, run.detail->m_strName,
+                 run.detail->m_strProductId};
     }
-    run.record.m_eOperationType = run.op;
+    startRecord(run, run.op, std::move(stock));
+}
+
+void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock) {
+    run.record.m_stock = std::move(stock);
+    run.record.m_eOperationType = op;
     if (const CUserConfig* user = getUserConfig()) run.record.m_strUserId = user->getUserName();
 }
 
@@ -220,31 +234,11 @@ bool splitOverAccounts(CCheckRun& run) {
     return checkSplitCount(run, run.volumes.size(), *error);
 }
 
-void stampRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume,
-                 CCodeOrderParam& record) {
-    orderSettingToParam(run.setting, record, op, volume, run.orderPrice, run.priceData);
-    fixTimeRange(record);
-    record.m_account = account;
-    record.m_nVolume = volume;
-    record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
-    record.m_ePositionType = run.strategy.m_ePositionType;
-    record.m_stock = run.stock();
-    if (run.family.m_pfnFinishRecord != nullptr) run.family.m_pfnFinishRecord(run, volume, record);
-}
-
 CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
                            int volume) {
     CCodeOrderParam record = run.record;
     stampRecord(run, op, account, volume, record);
     return record;
-}
-
-bool appendRecord(CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume) {
-    run.codes.push_back(run.record);
-    stampRecord(run, op, account, volume, run.codes.back());
-    if (checkRecordPrice(run, run.codes.back())) return true;
-    run.codes.pop_back();
-    return false;
 }
 
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record) {
@@ -253,11 +247,16 @@ bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record) {
     return false;
 }
 
-bool buildRecords(CCheckRun& run) {
-    run.codes.reserve(run.codes.size() + run.accounts.size());
+bool buildRecords(CCheckRun& run, EOperationType op) {
+    const auto isLeftOut = run.family.m_pfnIsLeftOut;
     for (std::size_t i = 0; i < run.accounts.size(); ++i) {
         if (run.volumes[i] < 1 || !run.accounts[i]) continue;
-        if (!appendRecord(run, run.op, run.accounts[i], run.volumes[i])) return false;
+        if (isLeftOut != nullptr && isLeftOut(run, run.volumes[i])) continue;
+        run.codes.push_back(run.record);
+        stampRecord(run, op, run.accounts[i], run.volumes[i], run.codes.back());
+        if (checkRecordPrice(run, run.codes.back())) continue;
+        run.codes.pop_back();
+        return false;
     }
     return true;
 }
@@ -275,10 +274,12 @@ bool finishCheck(CCheckRun& run) {
     if (run.family.m_pfnCheckPrice != nullptr && !run.family.m_pfnCheckPrice(run)) return false;
     takePrices(run);
     takeVolume(run);
-    return splitOverAccounts(run) && buildRecords(run);
+    if (!splitOverAccounts(run)) return false;
+    run.codes.reserve(run.codes.size() + run.accounts.size());
+    return buildRecords(run, run.op);
 }
 
-bool runFamilyCheck(CCheckRun& run) {
+bool runFamilyCheck(CCheckRun run) {
     return beginCheck(run) && finishCheck(run);
 }
 

@@ -21,6 +21,8 @@ struct CCheckRun;
 inline constexpr char kTooManyLines[] = "[%1]　通道号: %2, 下单参数不合法!";
 /// What all say about a number that is none of theirs, and some about lines that do not fit it.
 inline constexpr char kBadOrderNumber[] = "[%1]　通道号: %2, 下单指令不合法!";
+/// What nearly all say about a price that cannot be used; see failPrice for the places.
+inline constexpr char kBadStockPrice[] = "[%1]　证券 [%2] %3无效, 无法下单!";
 
 /// What happens to a non-empty setting text of an order.
 enum class ESettingText {
@@ -39,31 +41,39 @@ enum class EQuoteWait {
 /// Whether the split learns the instrument.
 enum class ESplitInstrument { Named, Unnamed };
 
-/// One product family as the check frame sees it: where it differs from the others. Order-type numbers and
-/// the setting slot stand in records/Families.h. Texts: %1 source, %2 channel, and behind them what their
-/// places say. Of the functions, one that is null means that the family has no such step.
+/// Whether the price can be used; reports where not, with the words that nearly all families have.
+bool checkStockPrice(const CCheckRun& run);
+/// The volume that the run's amount of money buys, for families that round nothing.
+int plainVolumeOfAmount(const CCheckRun& run);
+
+/// One product family as the check frame sees it. What is set here holds for most; a family sets what it does
+/// otherwise. Order-type numbers and the setting slot stand in records/Families.h. Texts: %1 source, %2
+/// channel, and behind them what their places say. Of the functions, one that is null means that the family
+/// has no such step.
 struct CFamilyCheck {
     EOrderStrategyTradeType m_eTradeType;
     /// Report where an order has more lines than the family takes.
-    const char* m_pszTooManyLines;
-    ESettingText m_eSettingText;
-    EQuoteWait m_eQuoteWait;
-    ESplitInstrument m_eSplitInstrument;
+    const char* m_pszTooManyLines = kTooManyLines;
+    ESettingText m_eSettingText = ESettingText::Always;
+    EQuoteWait m_eQuoteWait = EQuoteWait::UnlessSpecified;
+    ESplitInstrument m_eSplitInstrument = ESplitInstrument::Named;
     /// Puts what the line says of the setting into it, before the setting text is read.
-    void (*m_pfnLineIntoSetting)(const COrderSingleParam& line, COrderSetting& setting);
+    void (*m_pfnLineIntoSetting)(const COrderSingleParam& line, COrderSetting& setting) = nullptr;
     /// Resolves run.code, which came with the order; reports and returns false where it cannot. Null: such a
     /// code is taken as it stands.
-    bool (*m_pfnResolveCode)(CCheckRun& run);
+    bool (*m_pfnResolveCode)(CCheckRun& run) = nullptr;
     /// Whether run.code, wherever it came from, can be traded; reports where not.
-    bool (*m_pfnCheckCode)(const CCheckRun& run);
+    bool (*m_pfnCheckCode)(const CCheckRun& run) = nullptr;
     /// Whether the price can be used; reports where not. Null: any price goes on, a missing one too.
-    bool (*m_pfnCheckPrice)(const CCheckRun& run);
+    bool (*m_pfnCheckPrice)(const CCheckRun& run) = checkStockPrice;
     /// The volume that an amount of money buys. Null: an amount has no effect.
-    int (*m_pfnVolumeOfAmount)(const CCheckRun& run);
+    int (*m_pfnVolumeOfAmount)(const CCheckRun& run) = plainVolumeOfAmount;
     /// A look at the volumes as the split gave them; reports and returns false where they will not do.
-    bool (*m_pfnCheckVolumes)(const CCheckRun& run);
+    bool (*m_pfnCheckVolumes)(const CCheckRun& run) = nullptr;
+    /// Whether a volume is left out of the records; reports why.
+    bool (*m_pfnIsLeftOut)(const CCheckRun& run, int volume) = nullptr;
     /// Last touches to a record of that volume, before the test of its price.
-    void (*m_pfnFinishRecord)(const CCheckRun& run, int volume, CCodeOrderParam& record);
+    void (*m_pfnFinishRecord)(const CCheckRun& run, int volume, CCodeOrderParam& record) = nullptr;
 };
 
 /// One order on its way through the check. The steps below fill it from top to bottom.
@@ -98,7 +108,7 @@ struct CCheckRun {
 
 /// The course that the single-instrument families share, step by step. True means that run.codes got what
 /// could be built, which can be nothing; false comes after one report.
-bool runFamilyCheck(CCheckRun& run);
+bool runFamilyCheck(CCheckRun run);
 
 /// The steps of the course; a family with a route of its own calls those that it shares. Those that can fail
 /// report once and return false.
@@ -115,7 +125,8 @@ void waitForQuote(CCheckRun& run);
 void takePrices(CCheckRun& run);
 void takeVolume(CCheckRun& run);
 bool splitOverAccounts(CCheckRun& run);
-bool buildRecords(CCheckRun& run);
+/// A record of the operation for each account that gets a volume; the volumes are as many as the accounts.
+bool buildRecords(CCheckRun& run, EOperationType op);
 /// Number, line count, accounts, setting, code and instrument: what all routes begin with.
 bool beginCheck(CCheckRun& run);
 /// Everything behind the beginning.
@@ -123,6 +134,8 @@ bool finishCheck(CCheckRun& run);
 
 /// Parts of the steps for routes that put them together otherwise.
 
+/// Puts the instrument, the operation and the user's name into the record that the order's have in common.
+void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock);
 /// Whether the quote has a price of the type; types whose price stands elsewhere need a quote alone.
 bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);
 /// The quote of a key, waited for up to two seconds until it has a price of the type.
@@ -134,15 +147,11 @@ bool checkSplitCount(const CCheckRun& run, std::size_t count, const utils::KNErr
 /// A copy of the run's record stamped with setting, price, account and volume.
 CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
                            int volume);
-/// Puts such a record behind run.codes, unless checkRecordPrice refuses it.
-bool appendRecord(CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume);
 /// False, after a report, where the record is to go out at a price of zero.
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record);
 
 /// Whether the price can be used; reports nothing.
 bool checkPriceType(const CCheckRun& run);
-/// The same as a hook, with the report that nearly all families have.
-bool checkStockPrice(const CCheckRun& run);
 /// Reports a price that cannot be used: %1 of the pattern is the source's label, %2 the code, %3 the price
 /// type's word, made for codeForWord. Always false.
 bool failPrice(const CCheckRun& run, const QString& pattern, const std::string& codeForWord);
@@ -151,8 +160,6 @@ bool failPrice(const CCheckRun& run, const QString& pattern, const std::string& 
 /// or price cannot be used. fixedPrice: stands in for the price where it is set, which must be usable all the
 /// same.
 int volumeOfAmount(const CCheckRun& run, double fixedPrice = kUnsetDouble);
-/// The same as a hook for families that round nothing.
-int plainVolumeOfAmount(const CCheckRun& run);
 /// Down to whole trading units of the run's instrument; an unset volume stays so.
 int roundToUnit(const CCheckRun& run, int volume);
 

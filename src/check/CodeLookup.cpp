@@ -16,7 +16,6 @@ namespace {
 
 using knservice::StockTypeCenter;
 
-constexpr int kFullCodeLength = 8; // two letters of market, six digits
 constexpr int kMarketLength = 2;
 
 /// A market in both forms that the host's services ask for, made once.

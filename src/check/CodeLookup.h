@@ -4,6 +4,9 @@
 
 namespace TC {
 
+/// A full code: two letters of market and six digits.
+inline constexpr int kFullCodeLength = 8;
+
 /// How market and code become the key that a look-up asks for.
 enum class EKeyJoin {
     StockKey, ///< as the host joins them, qdStockKey

@@ -10,20 +10,6 @@
 namespace TC {
 namespace {
 
-constexpr int kContractFirst = 37;
-constexpr int kContractLast = 38;
-constexpr int kRepayFirst = 29;
-constexpr int kRepayLast = 32;
-constexpr int kRepayFurther = 39;
-
-bool isRepayment(int orderType) {
-    return (orderType >= kRepayFirst && orderType <= kRepayLast) || orderType == kRepayFurther;
-}
-
-bool isContract(int orderType) {
-    return orderType >= kContractFirst && orderType <= kContractLast;
-}
-
 bool resolveCode(CCheckRun& run) {
     const bool isFound = resolveStockCode(run.code, EKeyJoin::Plain);
     // Money is repaid without an instrument: whatever stands there is taken along.
@@ -31,7 +17,7 @@ bool resolveCode(CCheckRun& run) {
 }
 
 bool checkPrice(const CCheckRun& run) {
-    return checkPriceType(run) || failPrice(run, QStringLiteral("[%1]　证券 [%2] %3无效, 无法下单!"), {});
+    return checkPriceType(run) || failPrice(run, QString::fromUtf8(kBadStockPrice), {});
 }
 
 int unitVolumeOfAmount(const CCheckRun& run) {
@@ -43,18 +29,15 @@ void finishRecord(const CCheckRun& run, int, CCodeOrderParam& record) {
 }
 
 constexpr CFamilyCheck creditCheck(ESettingText settingText) {
-    return {EOrderStrategyTradeType::Credit,
-            kBadOrderNumber,
-            settingText,
-            EQuoteWait::UnlessSpecified,
-            ESplitInstrument::Unnamed,
-            nullptr,
-            resolveCode,
-            nullptr,
-            checkPrice,
-            unitVolumeOfAmount,
-            nullptr,
-            finishRecord};
+    CFamilyCheck family{EOrderStrategyTradeType::Credit};
+    family.m_pszTooManyLines = kBadOrderNumber;
+    family.m_eSettingText = settingText;
+    family.m_eSplitInstrument = ESplitInstrument::Unnamed;
+    family.m_pfnResolveCode = resolveCode;
+    family.m_pfnCheckPrice = checkPrice;
+    family.m_pfnVolumeOfAmount = unitVolumeOfAmount;
+    family.m_pfnFinishRecord = finishRecord;
+    return family;
 }
 
 constexpr CFamilyCheck kTradeCheck = creditCheck(ESettingText::Always);
@@ -127,7 +110,7 @@ bool endContract(CCheckRun& run) {
 bool COrderServiceBase::checkAndFillOrderCredit(COrderParam order, COrderStrategyParam strategy,
                                                 std::vector<CCodeOrderParam>& codes,
                                                 std::map<std::string, double>& weights) const {
-    const bool isTrade = !isRepayment(order.m_nOrderType) && !isContract(order.m_nOrderType);
+    const bool isTrade = !isRepayOrder(order.m_nOrderType) && !isContractEndOrder(order.m_nOrderType);
     CCheckRun run{isTrade ? kTradeCheck : kOtherCheck, *this, order, strategy, codes, weights};
     if (!beginCheck(run)) return false;
     if (isTrade) {
@@ -135,7 +118,7 @@ bool COrderServiceBase::checkAndFillOrderCredit(COrderParam order, COrderStrateg
         takeSetting(run);
         return finishCheck(run);
     }
-    return isContract(order.m_nOrderType) ? endContract(run) : repay(run);
+    return isContractEndOrder(order.m_nOrderType) ? endContract(run) : repay(run);
 }
 
 } // namespace TC

@@ -48,18 +48,15 @@ bool checkVolumes(const CCheckRun& run) {
 
 constexpr CFamilyCheck futureCheck(EOrderStrategyTradeType tradeType, ESettingText settingText,
                                    bool (*checkCode)(const CCheckRun&)) {
-    return {tradeType,
-            kTooManyLines,
-            settingText,
-            EQuoteWait::AlsoSpecified,
-            ESplitInstrument::Named,
-            takeLimits,
-            nullptr,
-            checkCode,
-            checkPrice,
-            nullptr,
-            checkVolumes,
-            nullptr};
+    CFamilyCheck family{tradeType};
+    family.m_eSettingText = settingText;
+    family.m_eQuoteWait = EQuoteWait::AlsoSpecified;
+    family.m_pfnLineIntoSetting = takeLimits;
+    family.m_pfnCheckCode = checkCode;
+    family.m_pfnCheckPrice = checkPrice;
+    family.m_pfnVolumeOfAmount = nullptr;
+    family.m_pfnCheckVolumes = checkVolumes;
+    return family;
 }
 
 constexpr CFamilyCheck kFutureCheck = futureCheck(EOrderStrategyTradeType::Future, ESettingText::PlainOnly,
@@ -73,15 +70,13 @@ constexpr CFamilyCheck kFutureOptionCheck =
 bool COrderServiceBase::checkAndFillOrderSpec(COrderParam order, COrderStrategyParam strategy,
                                               std::vector<CCodeOrderParam>& codes,
                                               std::map<std::string, double>& weights) const {
-    CCheckRun run{kFutureCheck, *this, order, strategy, codes, weights};
-    return runFamilyCheck(run);
+    return runFamilyCheck({kFutureCheck, *this, order, strategy, codes, weights});
 }
 
 bool COrderServiceBase::checkAndFillOrderFutureOption(COrderParam order, COrderStrategyParam strategy,
                                                       std::vector<CCodeOrderParam>& codes,
                                                       std::map<std::string, double>& weights) const {
-    CCheckRun run{kFutureOptionCheck, *this, order, strategy, codes, weights};
-    return runFamilyCheck(run);
+    return runFamilyCheck({kFutureOptionCheck, *this, order, strategy, codes, weights});
 }
 
 } // namespace TC

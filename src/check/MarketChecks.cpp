@@ -12,8 +12,6 @@ namespace {
 
 using CIsKnown = bool (CExchangeClient::*)(const QString&);
 
-constexpr int kFullCodeLength = 8; // market word and digits
-
 /// Makes a key of the market of a code, with the word in front, or of one that is a key already.
 bool resolveMarketCode(CCheckRun& run, const QString& word, CIsKnown isKnown) {
     auto& exchange = CExchangeClient::instance();
@@ -49,31 +47,28 @@ bool resolveNeeq(CCheckRun& run) {
 }
 
 constexpr CFamilyCheck marketCheck(EOrderStrategyTradeType tradeType, bool (*resolve)(CCheckRun&)) {
-    return {tradeType,
-            kTooManyLines,
-            ESettingText::Always,
-            EQuoteWait::UnlessSpecified,
-            ESplitInstrument::Named,
-            nullptr,
-            resolve,
-            nullptr,
-            checkStockPrice,
-            plainVolumeOfAmount,
-            nullptr,
-            nullptr};
+    CFamilyCheck family{tradeType};
+    family.m_pfnResolveCode = resolve;
+    return family;
 }
 
 constexpr CFamilyCheck kSgtCheck = marketCheck(EOrderStrategyTradeType::SGT, resolveSgt);
 constexpr CFamilyCheck kHgtCheck = marketCheck(EOrderStrategyTradeType::HGT, resolveHgt);
 constexpr CFamilyCheck kGoldCheck = marketCheck(EOrderStrategyTradeType::Gold, resolveGold);
+// Of the course only the beginning: what follows is the host's.
 constexpr CFamilyCheck kNeeqCheck = marketCheck(EOrderStrategyTradeType::Neeq, resolveNeeq);
 
-/// Order numbers of the share-transfer market that belong to some ways of transfer only.
+/// The ways of transfer that some orders belong to, as the instruments of the share-transfer market have
+/// them.
+constexpr int kTransferKind2 = 2;
+constexpr int kTransferKind4 = 4;
+
+/// Order numbers that are for instruments of some ways of transfer only.
 struct CTransferRule {
     int m_nFirst;
     int m_nLast;
-    bool m_bKind2; ///< allowed for instruments of kind 2
-    bool m_bKind4; ///< and of kind 4
+    bool m_bKind2;
+    bool m_bKind4;
 };
 
 constexpr CTransferRule kTransferRules[] = {
@@ -85,7 +80,7 @@ bool isTransferAllowed(int orderType, int kind) {
             return orderType >= row.m_nFirst && orderType <= row.m_nLast;
         });
     if (rule == std::end(kTransferRules)) return true;
-    return (kind == 2 && rule->m_bKind2) || (kind == 4 && rule->m_bKind4);
+    return (kind == kTransferKind2 && rule->m_bKind2) || (kind == kTransferKind4 && rule->m_bKind4);
 }
 
 } // namespace
@@ -93,22 +88,19 @@ bool isTransferAllowed(int orderType, int kind) {
 bool COrderServiceBase::checkAndFillOrderSGT(COrderParam order, COrderStrategyParam strategy,
                                              std::vector<CCodeOrderParam>& codes,
                                              std::map<std::string, double>& weights) const {
-    CCheckRun run{kSgtCheck, *this, order, strategy, codes, weights};
-    return runFamilyCheck(run);
+    return runFamilyCheck({kSgtCheck, *this, order, strategy, codes, weights});
 }
 
 bool COrderServiceBase::checkAndFillOrderHGT(COrderParam order, COrderStrategyParam strategy,
                                              std::vector<CCodeOrderParam>& codes,
                                              std::map<std::string, double>& weights) const {
-    CCheckRun run{kHgtCheck, *this, order, strategy, codes, weights};
-    return runFamilyCheck(run);
+    return runFamilyCheck({kHgtCheck, *this, order, strategy, codes, weights});
 }
 
 bool COrderServiceBase::checkAndFillOrderGold(COrderParam order, COrderStrategyParam strategy,
                                               std::vector<CCodeOrderParam>& codes,
                                               std::map<std::string, double>& weights) const {
-    CCheckRun run{kGoldCheck, *this, order, strategy, codes, weights};
-    return runFamilyCheck(run);
+    return runFamilyCheck({kGoldCheck, *this, order, strategy, codes, weights});
 }
 
 bool COrderServiceBase::checkAndFillOrderNeeq(COrderParam order, COrderStrategyParam strategy,

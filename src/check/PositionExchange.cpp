@@ -1,10 +1,7 @@
 #include "check/PositionExchange.h"
 
-#include "platform/DataCenter.h"
-#include "platform/TraderCenter.h"
+#include "check/Positions.h"
 #include "records/Portfolio.h"
-
-#include <boost/pointer_cast.hpp>
 
 #include <algorithm>
 #include <cstdint>
@@ -65,13 +62,10 @@ private:
     std::vector<bool> m_used;
 };
 
-QVector<CHeldVolume> readHeld(knservice::CAccountData& data) {
-    std::vector<boost::shared_ptr<knservice::IData>> records;
-    data.getVector(knservice::kPositionTable, records);
+QVector<CHeldVolume> heldStocks(const CPositions& positions) {
     QVector<CHeldVolume> held;
-    for (const auto& record : records) {
-        const auto position = boost::dynamic_pointer_cast<knservice::CPositionStatics>(record);
-        const bool isStock = position && position->m_account &&
+    for (const auto& position : positions.all()) {
+        const bool isStock = position->m_account &&
                              position->m_account->m_nBrokerType == static_cast<int>(EQDBrokerType::Stock);
         if (isStock && position->m_nPositionVolume >= 1)
             held.push_back({QString::fromStdString(position->m_strCode), position->m_nPositionVolume});
@@ -98,10 +92,8 @@ QVector<COrderSingleParam> positionDifferences(const QVector<CHeldVolume>& held,
 
 void exchangePosition(const CAccountInfoPtr& account, QVector<COrderSingleParam>& rows, int multiplier) {
     if (!account) return;
-    const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(account->getKey());
-    if (!data) return;
-    const knservice::CAccountData::Lock lock(*data);
-    rows = positionDifferences(readHeld(*data), rows, multiplier);
+    const CPositions positions(*account);
+    if (positions.isKnown()) rows = positionDifferences(heldStocks(positions), rows, multiplier);
 }
 
 } // namespace TC

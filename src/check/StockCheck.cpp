@@ -6,12 +6,6 @@
 namespace TC {
 namespace {
 
-/// Order numbers of the fund operations, whose records carry a quantity beside the volume.
-constexpr int kFundPlainFirst = 86;
-constexpr int kFundPricedFirst = 90; // 90 and 91 go out at a price of 1 whatever the setting says
-constexpr int kFundPricedLast = 91;
-constexpr int kFundLast = 92;
-
 /// What one unit of the par-priced instruments on SH costs.
 constexpr double kParPrice = 100.0;
 
@@ -33,38 +27,33 @@ int unitVolumeOfAmount(const CCheckRun& run) {
 }
 
 void finishFundRecord(const CCheckRun& run, int volume, CCodeOrderParam& record) {
-    const int number = run.order.m_nOrderType;
-    if (number < kFundPlainFirst || number > kFundLast) return;
+    if (!isFundOrder(run.order.m_nOrderType)) return;
     record.m_nQuantityKind = kQuantityKindPlain;
     record.m_dQuantity = volume;
-    if (number < kFundPricedFirst || number > kFundPricedLast) return;
+    if (!isFixedPriceFundOrder(run.order.m_nOrderType)) return;
     record.m_eOrderType = EOrderType::Plain;
     record.m_dPrice = 1.0;
     record.m_ePriceType = EPriceType::Specified;
 }
 
-constexpr CFamilyCheck kStockCheck = {
-    EOrderStrategyTradeType::Stock,
-    kTooManyLines,
-    ESettingText::OrderKindThenPlain,
-    EQuoteWait::UnlessSpecified,
-    ESplitInstrument::Named,
-    nullptr,
-    resolveCode,
-    nullptr,
-    checkPrice,
-    unitVolumeOfAmount,
-    nullptr,
-    finishFundRecord,
-};
+constexpr CFamilyCheck stockCheck() {
+    CFamilyCheck family{EOrderStrategyTradeType::Stock};
+    family.m_eSettingText = ESettingText::OrderKindThenPlain;
+    family.m_pfnResolveCode = resolveCode;
+    family.m_pfnCheckPrice = checkPrice;
+    family.m_pfnVolumeOfAmount = unitVolumeOfAmount;
+    family.m_pfnFinishRecord = finishFundRecord;
+    return family;
+}
+
+constexpr CFamilyCheck kStockCheck = stockCheck();
 
 } // namespace
 
 bool COrderServiceBase::checkAndFillOrderStock(COrderParam order, COrderStrategyParam strategy,
                                                std::vector<CCodeOrderParam>& codes,
                                                std::map<std::string, double>& weights) const {
-    CCheckRun run{kStockCheck, *this, order, strategy, codes, weights};
-    return runFamilyCheck(run);
+    return runFamilyCheck({kStockCheck, *this, order, strategy, codes, weights});
 }
 
 } // namespace TC

@@ -43,13 +43,15 @@ double finiteOrUnset(double value) {
     return std::isfinite(value) ? value : kUnsetDouble;
 }
 
+bool isStarMarket(const CStockInfo& stock) {
+    return knservice::isTypedStock(knservice::kTypeStarMarket, stock.m_strMarket, stock.m_strCode, {});
+}
+
 int tradingUnit(const CStockInfo& stock) {
     if (stock.m_strCode.empty()) return 1;
-    const bool isStar =
-        knservice::isTypedStock(knservice::kTypeStarMarket, stock.m_strMarket, stock.m_strCode, {});
-    const int unit =
-        isStar ? knservice::getUiMinUnit(stock.m_strMarket, stock.m_strCode, true)
-               : knservice::getTradeMinUnit(stock.m_strMarket, stock.m_strCode, unsetEnum<EOperationType>());
+    const int unit = isStarMarket(stock) ? knservice::getUiMinUnit(stock.m_strMarket, stock.m_strCode, true)
+                                         : knservice::getTradeMinUnit(stock.m_strMarket, stock.m_strCode,
+                                                                      unsetEnum<EOperationType>());
     return unit > 0 ? unit : 1;
 }
 

@@ -16,6 +16,9 @@ int truncateToInt(double value);
 /// given.
 double finiteOrUnset(double value);
 
+/// Whether the star market trades the instrument, which has units of its own.
+bool isStarMarket(const CStockInfo& stock);
+
 /// Shares are bought in whole units of the instrument; an unknown instrument has a unit of one share.
 int tradingUnit(const CStockInfo& stock);
 

@@ -29,6 +29,10 @@ constexpr COperationRow kOperationRows[] = {
     {86, 87, 26}, {88, 89, 1025}, {90, 91, 30}, {92, 92, 18},   {100, 100, 50},
 };
 
+bool isWithin(int orderType, int first, int last) {
+    return orderType >= first && orderType <= last;
+}
+
 } // namespace
 
 const COrderTypeRow kOrderTypeRows[] = {
@@ -41,9 +45,8 @@ const COrderTypeRow kOrderTypeRows[] = {
 const std::size_t kOrderTypeRowCount = std::size(kOrderTypeRows);
 
 const COrderTypeRow* findOrderTypeRow(int orderType) {
-    const auto row = std::find_if(std::begin(kOrderTypeRows), std::end(kOrderTypeRows), [&](const auto& r) {
-        return orderType >= r.m_nFirst && orderType <= r.m_nLast;
-    });
+    const auto row = std::find_if(std::begin(kOrderTypeRows), std::end(kOrderTypeRows),
+                                  [&](const auto& r) { return isWithin(orderType, r.m_nFirst, r.m_nLast); });
     return row != std::end(kOrderTypeRows) ? row : nullptr;
 }
 
@@ -51,9 +54,41 @@ bool isBasketHeaderOrder(int orderType) {
     return orderType == kOrderBasketBuy || orderType == kOrderBasketSell || orderType == kOrderBasketHeader;
 }
 
+bool isTargetOrder(int orderType) {
+    return orderType == kOrderBasketWhole || orderType == kOrderBasketList;
+}
+
+bool isCloseFirstOrder(int orderType) {
+    return isWithin(orderType, 6, 9);
+}
+
+bool isOpenOrCloseOrder(int orderType) {
+    return isWithin(orderType, 10, 15);
+}
+
+bool isRepayOrder(int orderType) {
+    return isWithin(orderType, 29, kOrderCreditAmount) || orderType == kOrderCreditFurther;
+}
+
+bool isContractEndOrder(int orderType) {
+    return isWithin(orderType, 37, 38);
+}
+
+bool isStockLockOrder(int orderType) {
+    return orderType == kOrderLockStock || orderType == kOrderUnlockStock;
+}
+
+bool isFundOrder(int orderType) {
+    return isWithin(orderType, 86, 92);
+}
+
+bool isFixedPriceFundOrder(int orderType) {
+    return isWithin(orderType, 90, 91);
+}
+
 EOperationType orderTypeToOperationType(int orderType) {
     for (const COperationRow& row : kOperationRows) {
-        if (orderType >= row.m_nFirst && orderType <= row.m_nLast) {
+        if (isWithin(orderType, row.m_nFirst, row.m_nLast)) {
             return static_cast<EOperationType>(row.m_nOperation + (orderType - row.m_nFirst));
         }
     }

@@ -18,6 +18,9 @@ enum EOrderNumber : int {
     kOrderBasketWhole = 34,
     kOrderBasketList = 35,
     kOrderPosition = 36,
+    kOrderCreditFurther = 39,
+    kOrderLockStock = 56,
+    kOrderUnlockStock = 57,
 };
 
 /// What the fields of a plain line of the number are. Basket forms have no plain line.
@@ -47,6 +50,21 @@ const COrderTypeRow* findOrderTypeRow(int orderType);
 
 /// 25, 26 and 33: a first line of such a number is a basket header.
 bool isBasketHeaderOrder(int orderType);
+/// 34 and 35: the rows are positions to reach.
+bool isTargetOrder(int orderType);
+/// 6 to 9 close a futures position of today or before first, 10 to 15 open or close as the position asks.
+bool isCloseFirstOrder(int orderType);
+bool isOpenOrCloseOrder(int orderType);
+/// 29 to 32 and 39: shares or money of a credit account are given back.
+bool isRepayOrder(int orderType);
+/// 37 and 38: one contract of a credit account is ended.
+bool isContractEndOrder(int orderType);
+/// 56 and 57: the stock under an option is locked and unlocked.
+bool isStockLockOrder(int orderType);
+/// 86 to 92: operations of funds, whose records carry a quantity beside the volume; of them 90 and 91 go out
+/// at a price of 1 whatever the setting says.
+bool isFundOrder(int orderType);
+bool isFixedPriceFundOrder(int orderType);
 
 /// A number's operation for the trading layer; unset for 33, 34, 35 and for numbers without one.
 EOperationType orderTypeToOperationType(int orderType);

@@ -43,19 +43,14 @@ constexpr const char* kForceConfirm = "mdl_order_service_force_confirm";
 
 /// The button of the trading panel that a futures order stands for.
 EFtSpecBtnBarType buttonOf(int orderType) {
-    constexpr int kFirstCloseFirst = 6;
-    constexpr int kFirstOpenOrClose = 10;
-    constexpr int kLastOpenOrClose = 15;
-    if (orderType >= kFirstCloseFirst && orderType < kFirstOpenOrClose) return EFtSpecBtnBarType::CloseFirst;
-    if (orderType >= kFirstOpenOrClose && orderType <= kLastOpenOrClose)
-        return EFtSpecBtnBarType::OpenOrClose;
+    if (isCloseFirstOrder(orderType)) return EFtSpecBtnBarType::CloseFirst;
+    if (isOpenOrCloseOrder(orderType)) return EFtSpecBtnBarType::OpenOrClose;
     return EFtSpecBtnBarType::OpenClose;
 }
 
 /// Sales of a basket, target positions and single positions never carry the strategy's flag.
 bool mayCarryFlag(int orderType) {
-    return orderType != kOrderBasketSell && orderType != kOrderBasketWhole && orderType != kOrderBasketList &&
-           orderType != kOrderPosition;
+    return orderType != kOrderBasketSell && !isTargetOrder(orderType) && orderType != kOrderPosition;
 }
 
 /// The hedge leg's own price choice: one for buying, another for all else.
