@@ -3,6 +3,7 @@
 #include "base/Clock.h"
 #include "desk/commands/CheckFolder.h"
 #include "desk/config/ConfigLoader.h"
+#include "desk/config/DeskToml.h"
 #include "desk/host/Desk.h"
 #include "desk/host/FileLimit.h"
 #include "desk/host/FolderLock.h"
@@ -39,9 +40,16 @@ std::string runLoop(CDesk& desk, std::optional<double> exitWhenIdle, const std::
     return "signal";
 }
 
-bool isFolder(const std::string& path) {
+/// Whether there is a desk to hold: a lock file would be litter in any other folder.
+bool hasDesk(const std::string& folder) {
     std::error_code unreadable;
-    return std::filesystem::is_directory(path, unreadable);
+    return std::filesystem::exists(std::filesystem::path(folder) / kDeskFile, unreadable);
+}
+
+int refuse(const std::string& folder, const std::vector<CDiagnostic>& mistakes, std::ostream& out) {
+    printMistakes(mistakes, out);
+    out << folder << ": not started, because of the mistakes above\n" << std::flush;
+    return kBadFolder;
 }
 
 int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
@@ -72,20 +80,16 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
 int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::ostream& out,
             const std::function<bool()>& keepGoing) {
     CTextSink sink(out);
+    if (!hasDesk(folder)) return refuse(folder, loadDeskConfig(folder).mistakes, out);
     // A desk that is just ending may still write files of the folder, so the lock comes before the reading.
     CFolderLock lock;
     const utils::KNError locked = lock.acquire(folder);
     if (!locked.isSuccess()) {
-        if (!isFolder(folder)) printMistakes(loadDeskConfig(folder).mistakes, out);
         sink.writeLine(locked.errorMsg());
         return kBadFolder;
     }
     CLoadedConfig loaded = loadDeskConfig(folder);
-    if (!loaded.mistakes.empty()) {
-        printMistakes(loaded.mistakes, out);
-        sink.writeLine(folder + ": not started, because of the mistakes above");
-        return kBadFolder;
-    }
+    if (!loaded.mistakes.empty()) return refuse(folder, loaded.mistakes, out);
     const utils::KNError raised = raiseFileLimit();
     if (!raised.isSuccess()) sink.writeLine(raised.errorMsg());
     for (const std::string& problem : prepareOrderFiles(loaded.config))

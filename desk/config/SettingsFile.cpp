@@ -90,8 +90,10 @@ std::string mistakeOfWhitelist(const bson::BSONObj& object) {
 std::string mistakeOfField(const bson::BSONObj& object, const bson::CError& error) {
     const auto* wrongType = dynamic_cast<const bson::CTypeError*>(&error);
     const std::vector<std::string> known = TradeInterfaceData::storedKeys();
-    if (wrongType == nullptr || std::find(known.begin(), known.end(), wrongType->key()) == known.end())
-        return mistakeOfWhitelist(object);
+    if (wrongType == nullptr || std::find(known.begin(), known.end(), wrongType->key()) == known.end()) {
+        const std::string mistake = mistakeOfWhitelist(object);
+        return mistake.empty() ? error.what() : mistake;
+    }
     return std::string(error.what()) + "; expected " + kExpected.at(wrongType->wanted());
 }
 
@@ -132,9 +134,10 @@ void readInterface(const QDomElement& element, CReading& reading) {
         return reading.mistake(element, name + "expected the one attribute \"interfacedata\" and no more");
     }
     const auto record = boost::make_shared<TradeInterfaceData>();
-    for (const std::string& mistake : fillRecord(element, *record))
+    const std::vector<std::string> mistakes = fillRecord(element, *record);
+    for (const std::string& mistake : mistakes)
         reading.mistake(element, name + mistake);
-    reading.interfaces.push_back(record);
+    if (mistakes.empty()) reading.interfaces.push_back(record);
 }
 
 void readRoot(const QDomElement& root, CReading& reading) {

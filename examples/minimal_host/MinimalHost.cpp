@@ -82,7 +82,7 @@ std::vector<int> CTrading::splitEntrusts(int volume, double, TC::EPriceType,
                                          const std::string&, TC::EOperationType, TC::EHedge_Flag_Type,
                                          const boost::shared_ptr<utils::KNError>&) {
     std::vector<int> volumes(accounts.size(), 0);
-    volumes.front() = volume;
+    if (!volumes.empty()) volumes.front() = volume;
     return volumes;
 }
 
@@ -90,7 +90,7 @@ std::vector<double> CTrading::splitMoney(double amount, const std::vector<TC::CA
                                          const std::vector<double>&, TC::EPositionType, TC::EOperationType,
                                          const boost::shared_ptr<utils::KNError>&) {
     std::vector<double> amounts(accounts.size(), 0.0);
-    amounts.front() = amount;
+    if (!amounts.empty()) amounts.front() = amount;
     return amounts;
 }
 

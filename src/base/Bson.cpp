@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <locale.h>
 #include <string_view>
@@ -351,6 +352,20 @@ bool readField(const BSONObj& object, const char* key, std::vector<std::string>&
         found.push_back(textOf(entry));
     }
     values = std::move(found);
+    return true;
+}
+
+bool readNumber(const BSONObj& object, const char* key, std::int32_t& value) {
+    bson_iter_t iter;
+    if (!bson_iter_init_from_data(&iter, object.bytes().data(), object.bytes().size())) return false;
+    if (!bson_iter_find(&iter, key)) return false;
+    const bool isNumber = BSON_ITER_HOLDS_NUMBER(&iter);
+    const double number = isNumber ? std::trunc(bson_iter_as_double(&iter)) : 0.0;
+    constexpr double kLeast = std::numeric_limits<std::int32_t>::min();
+    constexpr double kMost = std::numeric_limits<std::int32_t>::max();
+    if (!isNumber || !(number >= kLeast && number <= kMost))
+        throw CTypeError(key, static_cast<int>(bson_iter_type(&iter)), EType::Int32);
+    value = static_cast<std::int32_t>(number);
     return true;
 }
 

@@ -125,4 +125,8 @@ bool readField(const BSONObj& object, const char* key, double& value);
 /// An entry of another type is told under its place in the array, counted from 0.
 bool readField(const BSONObj& object, const char* key, std::vector<std::string>& values);
 
+/// A whole number of any number type; a double loses its fraction. Absent keys as above; what is no number
+/// that an int32 can hold throws CTypeError.
+bool readNumber(const BSONObj& object, const char* key, std::int32_t& value);
+
 } // namespace bson

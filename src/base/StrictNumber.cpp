@@ -44,8 +44,8 @@ std::optional<double> fastDouble(std::string_view text) {
     return static_cast<double>(mantissa) / kPowersOfTen[fraction];
 }
 
-/// The value of a text that is read to its end, as lexical_cast reads it: that would ask the locale of the
-/// process for the decimal point.
+/// The value of a text that is a number to its end, with a point in every locale: lexical_cast would ask the
+/// process's.
 std::optional<double> streamedDouble(std::string_view text) {
     std::istringstream stream{std::string(text)};
     stream.imbue(std::locale::classic());

@@ -148,7 +148,9 @@ void NetConnection::discard() {
 void NetConnection::limitTheEnd() {
     m_endLimit->expires_at(std::min(std::chrono::steady_clock::now() + kEndLimit, m_lastEnd));
     m_endLimit->async_wait([self = shared_from_this()](const error_code& error) {
-        if (!error) self->close();
+        // A wait that had run out already is not cancelled by a new end.
+        const bool isOver = self->m_endLimit->expiry() <= std::chrono::steady_clock::now();
+        if (!error && isOver) self->close();
     });
 }
 

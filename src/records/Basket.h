@@ -32,7 +32,7 @@ using CBasketMap = QMap<QString, CBasketSetting>;
 struct CBasketHedgeParam : knservice::IData {
     int m_nPriceKind = 0; ///< 3 when buying, 9 when selling; key "m_nPriceKind"
 
-    /// The document as it was read, with the price choice as it is now.
+    /// The document as it was read, with the price choice as it is now, at its end.
     bson::BSONObj toBson() const override;
     void bsonValueFromObj(const bson::BSONObj& obj) override;
 

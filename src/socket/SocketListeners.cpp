@@ -112,6 +112,7 @@ void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error)
         startThread(wrapper);
     } catch (...) {
         m_socketServers.remove(source);
+        m_socketParams.remove(source);
         throw;
     }
     tellDoor(EDoorEvent::Opened, source);

@@ -78,7 +78,7 @@ struct COrderServiceUnion::CFamilyOperation {
     const char* m_pszFunction; ///< name in the log
     bool (COrderServiceBase::*m_pfnCheck)(COrderParam, COrderStrategyParam, std::vector<CCodeOrderParam>&,
                                           std::map<std::string, double>&) const;
-    EQdTraderType m_eTraderType;
+    EFtSpecBtnBarType (*m_pfnButtonOf)(int orderType); ///< null: none
     const char* m_pszLog;
     void (COrderServiceUnion::*m_pfnIssue)(const CFamilyOperation& family, const CChecked& checked) const;
 };
@@ -94,32 +94,32 @@ struct COrderServiceUnion::CChecked {
 // Most families' log lines name stock speculation; who greps the log knows them as they are.
 const COrderServiceUnion::CFamilyOperation COrderServiceUnion::s_operations[] = {
     {EOrderStrategyTradeType::Stock, "TC::COrderServiceUnion::orderStock",
-     &COrderServiceBase::checkAndFillOrderStock, EQdTraderType::Stock,
-     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueCommand},
+     &COrderServiceBase::checkAndFillOrderStock, nullptr, "placeCommands: [orderservice] stock speculation.",
+     &COrderServiceUnion::issueCommand},
     {EOrderStrategyTradeType::Future, "TC::COrderServiceUnion::orderSpec",
-     &COrderServiceBase::checkAndFillOrderSpec, EQdTraderType::FutureSpeculation,
-     "placeCommands: [orderservice] future speculation.", &COrderServiceUnion::issueCommand},
+     &COrderServiceBase::checkAndFillOrderSpec, buttonOf, "placeCommands: [orderservice] future speculation.",
+     &COrderServiceUnion::issueCommand},
     {EOrderStrategyTradeType::Credit, "TC::COrderServiceUnion::orderCredit",
-     &COrderServiceBase::checkAndFillOrderCredit, EQdTraderType::Credit,
-     "placeCommands: [orderservice] credit operation.", &COrderServiceUnion::issueCommand},
+     &COrderServiceBase::checkAndFillOrderCredit, nullptr, "placeCommands: [orderservice] credit operation.",
+     &COrderServiceUnion::issueCommand},
     {EOrderStrategyTradeType::StockOption, "TC::COrderServiceUnion::orderOption",
-     &COrderServiceBase::checkAndFillOrderOption, EQdTraderType::Option,
-     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueCommand},
+     &COrderServiceBase::checkAndFillOrderOption, nullptr, "placeCommands: [orderservice] stock speculation.",
+     &COrderServiceUnion::issueCommand},
     {EOrderStrategyTradeType::FutureOption, "TC::COrderServiceUnion::orderFutureOption",
-     &COrderServiceBase::checkAndFillOrderFutureOption, EQdTraderType::FutureOption,
+     &COrderServiceBase::checkAndFillOrderFutureOption, nullptr,
      "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
     {EOrderStrategyTradeType::SGT, "TC::COrderServiceUnion::orderSGT",
-     &COrderServiceBase::checkAndFillOrderSGT, EQdTraderType::SGT,
-     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
+     &COrderServiceBase::checkAndFillOrderSGT, nullptr, "placeCommands: [orderservice] stock speculation.",
+     &COrderServiceUnion::issueBareCommand},
     {EOrderStrategyTradeType::HGT, "TC::COrderServiceUnion::orderHGT",
-     &COrderServiceBase::checkAndFillOrderHGT, EQdTraderType::HGT,
-     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
+     &COrderServiceBase::checkAndFillOrderHGT, nullptr, "placeCommands: [orderservice] stock speculation.",
+     &COrderServiceUnion::issueBareCommand},
     {EOrderStrategyTradeType::Neeq, "TC::COrderServiceUnion::orderNeeq",
-     &COrderServiceBase::checkAndFillOrderNeeq, EQdTraderType::Neeq,
-     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
+     &COrderServiceBase::checkAndFillOrderNeeq, nullptr, "placeCommands: [orderservice] stock speculation.",
+     &COrderServiceUnion::issueBareCommand},
     {EOrderStrategyTradeType::Gold, "TC::COrderServiceUnion::orderGold",
-     &COrderServiceBase::checkAndFillOrderGold, EQdTraderType::Gold,
-     "placeCommands: [orderservice] stock speculation.", &COrderServiceUnion::issueBareCommand},
+     &COrderServiceBase::checkAndFillOrderGold, nullptr, "placeCommands: [orderservice] stock speculation.",
+     &COrderServiceUnion::issueBareCommand},
 };
 
 COrderServiceUnion::COrderServiceUnion(CBeforeOrder beforeOrder, QObject* parent)
@@ -203,9 +203,10 @@ void COrderServiceUnion::orderFamily(const CFamilyOperation& family, const COrde
 }
 
 void COrderServiceUnion::issueCommand(const CFamilyOperation& family, const CChecked& checked) const {
-    const bool isFuture = family.m_eTradeType == EOrderStrategyTradeType::Future;
-    doOrderCommand(family.m_eTraderType, EQdHedgeType::None,
-                   isFuture ? buttonOf(checked.order.m_nOrderType) : EFtSpecBtnBarType::None, checked.codes,
+    const EFtSpecBtnBarType button = family.m_pfnButtonOf != nullptr
+                                         ? family.m_pfnButtonOf(checked.order.m_nOrderType)
+                                         : EFtSpecBtnBarType::None;
+    doOrderCommand(getStrategyTradeType(family.m_eTradeType), EQdHedgeType::None, button, checked.codes,
                    checked.weights, EQdStopLossType::None, true, {}, {},
                    std::to_string(checked.strategy.m_nChannel), ETradePlatform::Plain, {}, false,
                    isOrderSwitchOn(kForceConfirm), checked.order.m_strRemark, checked.order,
@@ -215,7 +216,7 @@ void COrderServiceUnion::issueCommand(const CFamilyOperation& family, const CChe
 /// These commands carry no time, tag, algorithm text or platform.
 void COrderServiceUnion::issueBareCommand(const CFamilyOperation& family, const CChecked& checked) const {
     const auto command = boost::make_shared<COrderComandParam>();
-    command->m_eTraderType = family.m_eTraderType;
+    command->m_eTraderType = getStrategyTradeType(family.m_eTradeType);
     command->m_eHedgeType = EQdHedgeType::None;
     command->m_eBtnType = EFtSpecBtnBarType::None;
     command->m_codes = checked.codes;

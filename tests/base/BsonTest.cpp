@@ -328,6 +328,32 @@ TEST(BsonFields, AnAbsentKeyLeavesTheValue) {
     expectAbsent<std::vector<std::string>>({"before"});
 }
 
+std::int32_t numberOf(const char* value) {
+    std::int32_t number = 4;
+    bson::readNumber(bson::fromjson(std::string("{\"n\":") + value + "}"), "n", number);
+    return number;
+}
+
+TEST(BsonFields, ANumberIsReadWhateverItsType) {
+    EXPECT_EQ(numberOf("7"), 7);
+    EXPECT_EQ(numberOf("-2.9"), -2);
+    EXPECT_EQ(numberOf("9e0"), 9);
+    std::int32_t number = 4;
+    EXPECT_TRUE(bson::readNumber(bson::BSONObjBuilder().append("n", std::int64_t{9}).obj(), "n", number));
+    EXPECT_EQ(number, 9);
+    EXPECT_FALSE(bson::readNumber(bson::BSONObj(), "n", number));
+    EXPECT_EQ(number, 9);
+}
+
+TEST(BsonFields, WhatIsNoSmallNumberIsNoNumber) {
+    for (const char* value : {"\"9\"", "true", "null", "2147483648", "-2147483649", "1e300"})
+        EXPECT_THROW(numberOf(value), bson::CTypeError) << value;
+    const auto document = bson::BSONObjBuilder().append("n", std::nan("")).obj();
+    std::int32_t number = 4;
+    EXPECT_THROW(bson::readNumber(document, "n", number), bson::CTypeError);
+    EXPECT_EQ(number, 4);
+}
+
 template<typename Value>
 void expectRefused(const char* key, const Value& before, const char* message) {
     Value value = before;

@@ -311,6 +311,16 @@ TEST_F(UnionBasket, HedgedCommandCarriesTheAlgorithmsOrTheBasketsText) {
     EXPECT_EQ(static_cast<int>(command.m_ePlatform), 12);
 }
 
+TEST_F(UnionBasket, HedgeMayHaveItsPriceChoiceAsAnyNumber) {
+    const auto wide = hedged().set([](auto& s) {
+        s.m_hedgeParam = bson::BSONObjBuilder().append("m_nPriceKind", std::int64_t{5}).obj();
+    });
+    EXPECT_EQ(placeHedged(basket(25), wide).m_extra.jsonString(), R"({ "m_nPriceKind" : 3 })");
+    const auto real =
+        hedged().set([](auto& s) { s.m_hedgeParam = bson::fromjson(R"({"m_nPriceKind": 5.5})"); });
+    EXPECT_EQ(placeHedged(basket(26), real).m_extra.jsonString(), R"({ "m_nPriceKind" : 9 })");
+}
+
 TEST_F(UnionBasket, HedgeThatCannotBeReadCostsItsOrderOnly) {
     host.switches.on.insert("mdl_order_compose_hedge");
     strategies[3] =

@@ -152,6 +152,14 @@ TEST_F(RunDesk, WhatIsNoFolderIsToldAsThat) {
     EXPECT_FALSE(folder.exists("none"));
 }
 
+TEST_F(RunDesk, FolderWithoutADeskStaysAsItIs) {
+    std::filesystem::create_directory(folder.path("photos"));
+    EXPECT_EQ(runDesk(folder.path("photos"), std::nullopt, out, [] { return true; }), 2);
+    EXPECT_NE(out.str().find("desk.toml"), std::string::npos) << out.str();
+    EXPECT_NE(out.str().find("not started"), std::string::npos) << out.str();
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path("photos")));
+}
+
 TEST_F(RunDesk, FolderWithMistakesIsNotStarted) {
     folder.write("desk/strategies.toml", "[[strategy]]\nchanel = 1\n");
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
