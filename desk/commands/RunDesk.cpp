@@ -80,7 +80,7 @@ int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::
         sink.writeLine(locked.errorMsg());
         return kBadFolder;
     }
-    CLoadedConfig loaded = loadDeskConfig(folder);
+    CLoadedConfig loaded = readDeskFolder(folder);
     if (!loaded.mistakes.empty()) {
         printMistakes(loaded.mistakes, out);
         sink.writeLine(folder + ": not started, because of the mistakes above");
