@@ -61,13 +61,18 @@ std::string multiplierText(const char* verb, int before, int now) {
            "; set it back in instruments.csv until nothing of it is held";
 }
 
+std::string beginAnew() {
+    return std::string("; remove ") + kPaperStoreName +
+           " to begin anew with the folder's funds and positions";
+}
+
 /// What is wrong with a position, or an empty text. One that gets its multiplier is marked for the store.
 std::string reviewPosition(CPaperBook& book, const CPaperPosition& held, const CFolderView& view) {
     const int multiplier = multiplierOf(held, view);
-    if (multiplier == kNotTold || !isPaidAsItsKind(held, view.m_instrument.kind)) {
-        return "was stored by an older desk, and its multiplier and margin are not known; remove " +
-               std::string(kPaperStoreName) + " to begin anew with the folder's funds and positions";
-    }
+    if (multiplier == kNotTold)
+        return "was stored by an older desk, and its multiplier and margin are not known" + beginAnew();
+    if (!isPaidAsItsKind(held, view.m_instrument.kind))
+        return "was not paid for as instruments of its kind are" + beginAnew();
     if (multiplier != view.m_instrument.multiplier)
         return multiplierText("opened", multiplier, view.m_instrument.multiplier);
     if (multiplier != held.m_nMultiplier)
@@ -84,14 +89,16 @@ utils::KNError refusal(const std::string& account, const std::string& what, cons
 utils::KNError reviewBook(CPaperBook& book, const IQuoteSource& quotes,
                           const std::vector<CAccountEntry>& accounts) {
     for (const auto& [key, held] : book.m_positions.values()) {
+        if (held.m_nVolume == 0) continue;
         const auto view = viewOf(quotes, accounts, held.m_strAccount, held.m_strStock);
-        if (!view || held.m_nVolume == 0) continue;
+        if (!view) continue;
         const std::string why = reviewPosition(book, held, *view);
         if (!why.empty()) return refusal(held.m_strAccount, "position " + held.m_strStock, why);
     }
     for (const auto& [id, order] : book.m_orders.values()) {
+        if (!order.isOpen()) continue;
         const auto view = viewOf(quotes, accounts, order.m_strAccount, order.m_strStock);
-        if (!view || !order.isOpen() || order.m_nMultiplier == view->m_instrument.multiplier) continue;
+        if (!view || order.m_nMultiplier == view->m_instrument.multiplier) continue;
         return refusal(order.m_strAccount, "waiting order " + std::to_string(id) + " of " + order.m_strStock,
                        multiplierText("placed", order.m_nMultiplier, view->m_instrument.multiplier));
     }

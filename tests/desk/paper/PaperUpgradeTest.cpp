@@ -165,6 +165,15 @@ TEST_F(PaperUpgrade, PositionOfTheSecondStoreThatNobodyTradedIsReadAgainFromTheF
     EXPECT_EQ(storeVersion(), 2);
 }
 
+TEST_F(PaperUpgrade, PositionThatIsNotPaidAsItsKindIsRefused) {
+    orderOf(kFuture, 0, 2, 100);
+    m_broker.reset();
+    runSql("UPDATE positions SET paid = cost WHERE account = 'FU';");
+    EXPECT_EQ(refusal(),
+              "account FU: position SFrb2605 was not paid for as instruments of its kind are; remove "
+              "paper.db to begin anew with the folder's funds and positions");
+}
+
 TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderAPositionIsRefused) {
     orderOf(kFuture, 0, 2, 100);
     setMultiplier(kFuture, 300);
