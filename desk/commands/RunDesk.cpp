@@ -88,7 +88,7 @@ int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::
         sink.writeLine(locked.errorMsg());
         return kBadFolder;
     }
-    CLoadedConfig loaded = loadDeskConfig(folder);
+    CLoadedConfig loaded = readDeskFolder(folder);
     if (!loaded.mistakes.empty()) return refuse(folder, loaded.mistakes, out);
     const utils::KNError raised = raiseFileLimit();
     if (!raised.isSuccess()) sink.writeLine(raised.errorMsg());

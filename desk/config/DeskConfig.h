@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desk/config/PositionSide.h"
 #include "records/Basket.h"
 #include "records/Enums.h"
 #include "records/OrderSetting.h"
@@ -29,15 +30,13 @@ struct CUserEntry {
     int hintBits = 0;                              ///< which order sources ask for confirmation
 };
 
-/// Which way a position points. Short ones are of derivatives that were opened by selling.
-enum class EPositionSide : int { Long = 0, Short = 1 };
-
 struct CPositionEntry {
     std::string stockKey;
     EPositionSide side = EPositionSide::Long;
     long long volume = 0;
     long long available = 0; ///< of which can be sold today
     double cost = 0;         ///< average price paid
+    bool paidInFull = false; ///< of gold: bought outright; otherwise it was opened on margin
 };
 
 struct CAccountEntry {

@@ -20,19 +20,19 @@ constexpr unsigned bits(std::initializer_list<EKind> kinds) {
 
 struct CBrokerKinds {
     EBroker m_eBroker;
-    unsigned m_nTraded;
-    unsigned m_nHeldToo;
+    unsigned m_nHeld;
+    unsigned m_nNamedToo; ///< orders may name them, but nobody fills those orders
 };
 
 constexpr CBrokerKinds kBrokerKinds[] = {
     {EBroker::Stock, bits({EKind::Stock}), 0},
     {EBroker::Credit, bits({EKind::Stock}), 0},
     {EBroker::Future, bits({EKind::Future}), 0},
-    {EBroker::FutureOption, bits({EKind::FutureOption}), bits({EKind::Future})},
-    {EBroker::StockOption, bits({EKind::StockOption, EKind::Stock}), 0},
+    {EBroker::FutureOption, bits({EKind::FutureOption}), 0},
+    {EBroker::StockOption, bits({EKind::StockOption}), bits({EKind::Stock})},
     {EBroker::SGT, bits({EKind::Sgt}), 0},
     {EBroker::HGT, bits({EKind::Hgt}), 0},
-    {EBroker::Neeq, bits({EKind::Neeq, EKind::Stock}), 0},
+    {EBroker::Neeq, 0, bits({EKind::Neeq, EKind::Stock})},
     {EBroker::Gold, bits({EKind::Gold}), 0},
 };
 
@@ -54,12 +54,12 @@ const CBrokerKinds* kindsOf(EBroker broker) {
 
 bool tradesKind(EBroker broker, EKind kind) {
     const CBrokerKinds* row = kindsOf(broker);
-    return row != nullptr && (row->m_nTraded & bits({kind})) != 0;
+    return row != nullptr && ((row->m_nHeld | row->m_nNamedToo) & bits({kind})) != 0;
 }
 
 bool holdsKind(EBroker broker, EKind kind) {
     const CBrokerKinds* row = kindsOf(broker);
-    return row != nullptr && ((row->m_nTraded | row->m_nHeldToo) & bits({kind})) != 0;
+    return row != nullptr && (row->m_nHeld & bits({kind})) != 0;
 }
 
 bool canBeShort(EKind kind) {

@@ -9,8 +9,9 @@ namespace desk {
 
 /// Whether orders for accounts of that kind may name such instruments.
 bool tradesKind(TC::EQDBrokerType broker, EInstrumentKind kind);
-/// Whether accounts of that kind may have positions in such instruments: also those that trading brings in,
-/// as an exercised option does.
+/// Whether accounts of that kind may have positions in such instruments. Those that nothing could ever trade
+/// are left out, such as stocks to lock and shares of the share-transfer market: they would stand in the
+/// books for good.
 bool holdsKind(TC::EQDBrokerType broker, EInstrumentKind kind);
 /// Whether positions in such instruments may be short.
 bool canBeShort(EInstrumentKind kind);

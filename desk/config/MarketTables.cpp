@@ -196,8 +196,9 @@ public:
     }
 
     void readPositions() {
-        const CRows rows = table(kPositions, {"account", "instrument", "side", "volume", "available", "cost"},
-                                 {"account", "instrument", "volume"}, false);
+        const CRows rows =
+            table(kPositions, {"account", "instrument", "side", "volume", "available", "cost", "paid"},
+                  {"account", "instrument", "volume"}, false);
         for (const CCsvRow& row : rows)
             readPosition(CCells(kPositions, row, m_diagnostics));
     }
@@ -278,6 +279,7 @@ private:
         position.available = position.volume;
         if (!cells.text("available").empty()) cells.volume("available", position.available);
         cells.number("cost", position.cost);
+        cells.choice("paid", position.paidInFull, paidWords());
         if (position.cost < 0) cells.mistake("cost must not be negative");
         if (position.available > position.volume) cells.mistake("available is more than volume");
         const std::string key = cells.text("account");
@@ -304,6 +306,9 @@ private:
         }
         if (position.side == EPositionSide::Short && !canBeShort(kind))
             cells.mistake("side is short; expected a future, an option or gold for that");
+        const bool isLongGold = kind == EInstrumentKind::Gold && position.side == EPositionSide::Long;
+        if (!cells.text("paid").empty() && !isLongGold)
+            cells.mistake("paid is for long positions in gold; all else is paid as its kind is");
     }
 
     /// The key of the instrument that the cell names; one that is unknown is told and stays as it is.

@@ -101,6 +101,11 @@ const std::map<std::string, int>& sideWords() {
     return words;
 }
 
+const std::map<std::string, int>& paidWords() {
+    static const std::map<std::string, int> words = {{"full", 1}, {"margin", 0}};
+    return words;
+}
+
 const std::set<std::string>& switchNames() {
     static const std::set<std::string> names = {
         "mdl_order_command_remark",        "mdl_order_pb_display",   "mdl_order_compose_basket_buy_sell",

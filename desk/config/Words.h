@@ -14,6 +14,7 @@ const std::map<std::string, int>& priceTypeWords();
 const std::map<std::string, int>& rightWords();
 const std::map<std::string, int>& kindWords(); ///< EInstrumentKind
 const std::map<std::string, int>& sideWords(); ///< EPositionSide
+const std::map<std::string, int>& paidWords(); ///< 1: in full, 0: on margin
 
 /// The switches that the order service asks for.
 const std::set<std::string>& switchNames();

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <map>
 #include <optional>
+#include <vector>
 
 namespace desk {
 namespace {
@@ -47,26 +49,15 @@ knservice::CPositionStaticsPtr makePosition(const CPaperPosition& held, const CI
 
 } // namespace
 
-CPaperPositions::CPaperPositions(const CPaperBroker& broker, const IQuoteSource& quotes,
-                                 const std::vector<CAccountEntry>& accounts)
-    : m_broker(broker), m_quotes(quotes) {
-    for (const CAccountEntry& entry : accounts) {
-        const auto info = boost::make_shared<TC::CAccountInfo>();
-        info->m_strKey = entry.key;
-        info->m_nBrokerType = static_cast<int>(entry.broker);
-        m_accounts[entry.key] = info;
-    }
-}
-
 boost::shared_ptr<knservice::CAccountData> CPaperPositions::of(const std::string& accountKey) const {
-    const auto account = m_accounts.find(accountKey);
-    if (account == m_accounts.end()) return nullptr;
+    const TC::CAccountPtr account = m_user.getAccountData(QString::fromStdString(accountKey));
+    if (!account) return nullptr;
     auto data = boost::make_shared<CPaperAccountData>();
     for (const CPaperPosition& held : m_broker.positions()) {
         if (held.m_strAccount != accountKey || held.m_nVolume <= 0) continue;
         if (held.m_eSide == EPositionSide::Short) continue; // nothing of it could be sold
         const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(held.m_strStock);
-        if (instrument) data->add(held.m_strStock, makePosition(held, *instrument, account->second));
+        if (instrument) data->add(held.m_strStock, makePosition(held, *instrument, account->toInfo()));
     }
     return data;
 }

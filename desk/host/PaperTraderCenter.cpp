@@ -40,7 +40,7 @@ private:
 } // namespace
 
 CPaperTraderCenter::CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
-                                       const CPaperPositions* positions)
+                                       const CPaperPositions& positions)
     : m_journal(journal), m_broker(broker), m_sink(sink), m_positions(positions) {}
 
 std::vector<boost::shared_ptr<knservice::CTask>> CPaperTraderCenter::findTasks(int taskId) {

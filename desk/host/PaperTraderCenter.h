@@ -16,16 +16,15 @@ class CPaperTraderCenter : public knservice::TraderCenter,
                            private knservice::CTaskCenter,
                            private knservice::CDataCenter {
 public:
-    /// positions: null for a centre that has tasks alone.
     CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
-                       const CPaperPositions* positions = nullptr);
+                       const CPaperPositions& positions);
 
     knservice::CTaskCenter& getTaskCenter() override { return *this; }
     knservice::CDataCenter& getDataCenter() override { return *this; }
 
 private:
     boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string& key) override {
-        return m_positions != nullptr ? m_positions->of(key) : nullptr;
+        return m_positions.of(key);
     }
     /// The desk keeps no portfolios.
     boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return nullptr; }
@@ -35,7 +34,7 @@ private:
     CJournal& m_journal;
     CPaperBroker& m_broker;
     CTextSink& m_sink;
-    const CPaperPositions* const m_positions;
+    const CPaperPositions& m_positions;
 };
 
 } // namespace desk

@@ -19,6 +19,7 @@ enum class EOperationEffect : int {
     RepayMoney,   ///< with money of the account's own
     ReturnShares, ///< with shares of the account's own
     EndContract,  ///< of margin trading, one by one
+    None,         ///< of an operation that is not known
 };
 
 /// How an operation of margin trading is booked; also the number that its records carry.

@@ -1,6 +1,8 @@
+#include "desk/paper/CoverRules.h"
+
 #include "desk/paper/CreditLedger.h"
 #include "desk/paper/Holds.h"
-#include "desk/paper/OrderRules.h"
+#include "desk/paper/PaperFamilies.h"
 
 #include <iterator>
 
@@ -10,15 +12,6 @@ namespace {
 
 constexpr int kNoVolume = -1;
 
-bool closesOnly(const CAcceptance& a) {
-    return a.m_rule->m_eClosing != EClosing::None &&
-           a.m_operation.m_eEffect != EOperationEffect::CloseThenOpen;
-}
-
-bool returnsShares(const CAcceptance& a) {
-    return a.m_operation.m_eBooking == EBooking::SharesReturned;
-}
-
 std::int64_t returnable(const CAcceptance& a) {
     const CPaperDebt* debt = a.m_book.m_debts.find({a.m_order.m_strAccount, a.m_order.m_strStock});
     return debt != nullptr ? debt->returnable() : 0;
@@ -26,8 +19,8 @@ std::int64_t returnable(const CAcceptance& a) {
 
 /// How much of what is closed is there; kNoVolume where the order does not only close.
 std::int64_t closable(const CAcceptance& a) {
-    if (closesOnly(a)) return closableVolume(a.m_book, a.m_order);
-    return returnsShares(a) ? returnable(a) : kNoVolume;
+    if (closesOnly(a.m_order)) return closableVolume(a.m_book, a.m_order);
+    return returnsShares(a.m_order) ? returnable(a) : kNoVolume;
 }
 
 struct CClosingWords {
@@ -43,20 +36,33 @@ constexpr CClosingWords kClosingWords[] = {
 };
 
 const char* availableWord(const CAcceptance& a) {
-    if (a.m_operation.m_eEffect != EOperationEffect::Close) return " available today";
+    if (operationOf(a.m_order).m_eEffect != EOperationEffect::Close) return " available today";
     for (const CClosingWords& words : kClosingWords) {
-        if (words.m_eClosing == a.m_rule->m_eClosing) return words.m_pszAvailable;
+        if (words.m_eClosing == closingOf(a.m_order)) return words.m_pszAvailable;
     }
     return " available";
 }
 
 const char* closingVerb(const CAcceptance& a) {
-    if (a.m_operation.m_eEffect == EOperationEffect::Close) return "close";
-    return a.m_operation.m_eSide == ETradeSide::Sell ? "sell" : "return";
+    if (operationOf(a.m_order).m_eEffect == EOperationEffect::Close) return "close";
+    return operationOf(a.m_order).m_eSide == ETradeSide::Sell ? "sell" : "return";
+}
+
+/// Both sides: what the order closes, and what it would add to.
+std::string checkMultiplier(const CAcceptance& a) {
+    for (const EPositionSide side : {closedSide(a.m_order), openedSide(a.m_order)}) {
+        const CPaperPosition* held =
+            a.m_book.m_positions.find({a.m_order.m_strAccount, a.m_order.m_strStock, side});
+        if (held == nullptr || held->m_nVolume == 0 || held->m_nMultiplier == a.m_order.m_nMultiplier)
+            continue;
+        return "the position was opened with multiplier " + std::to_string(held->m_nMultiplier) +
+               ", the instrument has " + std::to_string(a.m_order.m_nMultiplier);
+    }
+    return {};
 }
 
 std::string checkPosition(const CAcceptance& a) {
-    if (!closesOnly(a)) return {};
+    if (!closesOnly(a.m_order)) return {};
     const std::int64_t available = closable(a);
     if (a.m_order.m_nVolume <= available) return {};
     return std::string("not enough to ") + closingVerb(a) + ": " + std::to_string(a.m_order.m_nVolume) +
@@ -64,18 +70,18 @@ std::string checkPosition(const CAcceptance& a) {
 }
 
 std::string checkSharesOwed(const CAcceptance& a) {
-    if (!returnsShares(a) || a.m_order.m_nVolume <= returnable(a)) return {};
+    if (!returnsShares(a.m_order) || a.m_order.m_nVolume <= returnable(a)) return {};
     return "not so many shares are owed: " + std::to_string(a.m_order.m_nVolume) + " to return, " +
            std::to_string(returnable(a)) + " owed";
 }
 
 std::string checkMoneyOwed(const CAcceptance& a) {
-    if (a.m_operation.m_eBooking != EBooking::MoneyRepaid) return {};
+    if (operationOf(a.m_order).m_eBooking != EBooking::MoneyRepaid) return {};
     return owedMoney(a.m_book, a.m_order.m_strAccount) > 0 ? "" : a.m_order.m_strAccount + " owes no money";
 }
 
 std::string checkUnit(const CAcceptance& a) {
-    if (a.m_operation.m_eSide == ETradeSide::None) return {};
+    if (isDirect(a.m_order)) return {};
     const int unit = tradingUnit(*a.m_instrument);
     const int odd = a.m_order.m_nVolume % unit;
     const std::int64_t available = closable(a);
@@ -97,15 +103,12 @@ CMoney availableFunds(const CAcceptance& a) {
 }
 
 std::string checkNeeds(const CAcceptance& a) {
-    if (a.m_operation.m_eSide == ETradeSide::None) return {};
+    if (isDirect(a.m_order)) return {};
     const bool isMarket = a.m_order.m_bMarket;
     const std::optional<CNeeds> needs = needsOf(a.m_book, a.m_order);
     if (!needs) return isMarket ? "not enough funds for what the book has" : "the amount is too large";
-    if (needs->m_nCredit != 0) {
-        const CMoney limit = toMoney(a.m_account->creditLimit).value_or(0);
-        const CMoney left = limit - usedCredit(a.m_book, a.m_order.m_strAccount);
-        return shortage("credit", needs->m_nCredit, left);
-    }
+    if (needs->m_nCredit != 0)
+        return shortage("credit", needs->m_nCredit, creditLeft(a.m_book, a.m_order.m_strAccount));
     const std::string text = shortage("funds", needs->m_nMoney, availableFunds(a));
     // An order that takes no money is never short of it, even on an account that has lost all of its own.
     if (text.empty() || needs->m_nMoney == 0) return {};
@@ -113,7 +116,7 @@ std::string checkNeeds(const CAcceptance& a) {
 }
 
 std::string checkRepayment(const CAcceptance& a) {
-    if (a.m_operation.m_eEffect != EOperationEffect::RepayMoney) return {};
+    if (!isMoneyOnly(a.m_order)) return {};
     if (a.m_record.m_nQuantityKind != TC::kQuantityKindPlain)
         return "quantity kind " + std::to_string(a.m_record.m_nQuantityKind) + " is not modelled";
     const std::optional<CMoney> amount = toMoney(a.m_record.m_dQuantity);
@@ -125,7 +128,7 @@ std::string checkRepayment(const CAcceptance& a) {
 
 /// In this order: a rule may rely on those above it.
 constexpr std::string (*kRules[])(const CAcceptance&) = {
-    checkPosition, checkSharesOwed, checkMoneyOwed, checkUnit, checkNeeds, checkRepayment,
+    checkMultiplier, checkPosition, checkSharesOwed, checkMoneyOwed, checkUnit, checkNeeds, checkRepayment,
 };
 
 } // namespace

@@ -24,6 +24,11 @@ CMoney usedCredit(const CPaperBook& book, const std::string& account) {
     return used;
 }
 
+CMoney creditLeft(const CPaperBook& book, const std::string& account) {
+    const auto limit = book.m_creditLimits.find(account);
+    return (limit != book.m_creditLimits.end() ? limit->second : 0) - usedCredit(book, account);
+}
+
 void borrowMoney(CPaperBook& book, const std::string& account, CMoney amount) {
     book.editDebt(account, kMoneyDebt).m_nAmount += amount;
     book.m_funds.edit(account).m_nCash += amount;
@@ -45,13 +50,11 @@ void sellBorrowed(CPaperBook& book, const CPaperOrder& order, CMoney amount, int
     funds.m_nMargin += amount;
 }
 
-void returnShares(CPaperBook& book, const CPaperOrder& order, int volume) {
+void returnShares(CPaperBook& book, const CPaperOrder& order, int volume, CMoney proceeds) {
     CPaperDebt& debt = book.editDebt(order.m_strAccount, order.m_strStock);
-    const CMoney held = partOf(debt.m_nAmount, volume, debt.m_nVolume);
     debt.m_nVolume -= volume;
-    debt.m_nReturning -= volume;
-    debt.m_nAmount -= held;
-    book.m_funds.edit(order.m_strAccount).m_nMargin -= held;
+    debt.m_nAmount -= proceeds;
+    book.m_funds.edit(order.m_strAccount).m_nMargin -= proceeds;
 }
 
 } // namespace desk

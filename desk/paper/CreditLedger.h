@@ -16,6 +16,9 @@ CMoney owedMoney(const CPaperBook& book, const std::string& account);
 /// for.
 CMoney usedCredit(const CPaperBook& book, const std::string& account);
 
+/// What the account may still borrow. Below 0 where its limit was lowered under what it owes.
+CMoney creditLeft(const CPaperBook& book, const std::string& account);
+
 /// The broker lends the account money.
 void borrowMoney(CPaperBook& book, const std::string& account, CMoney amount);
 
@@ -26,7 +29,8 @@ void repayMoney(CPaperBook& book, const std::string& account, CMoney upTo);
 /// money until it returns the shares.
 void sellBorrowed(CPaperBook& book, const CPaperOrder& order, CMoney amount, int volume);
 
-/// Shares go back to the broker, at most as many as the order had announced; their money becomes free.
-void returnShares(CPaperBook& book, const CPaperOrder& order, int volume);
+/// Shares go back to the broker, at most as many as the order had announced; what they were sold for becomes
+/// free.
+void returnShares(CPaperBook& book, const CPaperOrder& order, int volume, CMoney proceeds);
 
 } // namespace desk

@@ -1,5 +1,6 @@
 #include "desk/paper/Holds.h"
 
+#include "desk/paper/CreditLedger.h"
 #include "desk/paper/PaperFamilies.h"
 
 #include <algorithm>
@@ -29,18 +30,9 @@ CParts closableParts(const CPaperBook& book, const CPaperOrder& order) {
     return parts;
 }
 
-/// Whether what the order closes costs it money: options that were sold are bought back.
-bool paysForClosing(const CPaperOrder& order) {
-    return order.isBuy() && paymentOf(order) != EPayment::Margin;
-}
-
 /// How much of a volume that trades next takes the order's money. What the order closes trades first.
 int unitsInMoney(const CPaperOrder& order, int volume) {
     return paysForClosing(order) ? volume : std::max(0, volume - order.closing());
-}
-
-std::optional<CMoney> worth(const CPaperOrder& order, CMoney price, std::int64_t volume) {
-    return amountOf(price, volume * order.m_nMultiplier);
 }
 
 /// What the book offers the order now: the worth of the units that take money, and their number.
@@ -52,7 +44,7 @@ struct COffer {
 std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order) {
     COffer offer;
     const CBookSides* sides = book.m_sides.find(order.m_strStock);
-    if (sides == nullptr || operationOf(order).m_eSide == ETradeSide::None) return offer;
+    if (sides == nullptr || isDirect(order)) return offer;
     std::int64_t rest = order.rest();
     std::int64_t skipped = rest - unitsInMoney(order, order.rest());
     for (const CBookLevel& level : order.isBuy() ? sides->m_sell : sides->m_buy) {
@@ -62,7 +54,7 @@ std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order) 
         const std::int64_t closing = std::min(skipped, volume);
         skipped -= closing;
         volume -= closing;
-        const std::optional<CMoney> amount = worth(order, level.m_nPrice, volume);
+        const std::optional<CMoney> amount = worthOf(order, level.m_nPrice, volume);
         if (!amount || offer.m_nWorth + *amount > kMaxMoney) return {};
         offer.m_nWorth += *amount;
         offer.m_nUnits += static_cast<int>(volume);
@@ -70,34 +62,26 @@ std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order) 
     return offer;
 }
 
-/// What shares were sold for that the order buys back: it pays for them first.
-CMoney heldForReturn(const CPaperBook& book, const CPaperOrder& order) {
+/// Of what the order's shares were sold for, what no other return has claimed.
+CMoney unclaimedProceeds(const CPaperBook& book, const CPaperOrder& order) {
     const CPaperDebt* debt = book.m_debts.find({order.m_strAccount, order.m_strStock});
-    if (debt == nullptr || debt->m_nVolume == 0) return 0;
-    return partOf(debt->m_nAmount, std::min<std::int64_t>(order.rest(), debt->m_nVolume), debt->m_nVolume);
+    if (debt == nullptr || debt->returnable() <= 0) return 0;
+    const std::int64_t volume = std::min<std::int64_t>(order.rest(), debt->returnable());
+    return partOf(debt->m_nAmount - debt->m_nClaimed, volume, debt->returnable());
 }
 
-CNeeds needsOfWorth(const CPaperBook& book, const CPaperOrder& order, CMoney amount) {
-    switch (operationOf(order).m_eBooking) {
-    case EBooking::BorrowedMoney:
-    case EBooking::BorrowedShares:
-        return {0, amount};
-    case EBooking::SharesReturned:
-        return {order.isBuy() ? std::max<CMoney>(0, amount - heldForReturn(book, order)) : 0, 0};
-    default:
-        break;
-    }
+/// proceeds: what the order frees of its account's money, which pays for buying back.
+CNeeds needsOfWorth(const CPaperOrder& order, CMoney amount, CMoney proceeds) {
+    if (takesCredit(order)) return {0, amount};
+    if (returnsShares(order)) return {order.isBuy() ? std::max<CMoney>(0, amount - proceeds) : 0, 0};
     if (order.isBuy() && paymentOf(order) != EPayment::Margin) return {amount, 0};
     return {rateOf(amount, order.m_nMarginRate), 0};
 }
 
-std::optional<CMoney> worthAtLimit(const CPaperOrder& order) {
-    if (order.m_bMarket) return 0;
-    return worth(order, order.m_nPrice, unitsInMoney(order, order.rest()));
-}
-
-bool returnsShares(const CPaperOrder& order) {
-    return operationOf(order).m_eBooking == EBooking::SharesReturned;
+/// What a volume of the order holds at its limit. Orders without one hold nothing: they do not wait.
+CNeeds needsAtLimit(const CPaperOrder& order, int volume) {
+    const std::optional<CMoney> amount = worthOf(order, order.m_nPrice, unitsInMoney(order, volume));
+    return needsOfWorth(order, amount.value_or(0), order.m_nProceeds);
 }
 
 CPaperDebt& editCredit(CPaperBook& book, const CPaperOrder& order) {
@@ -105,11 +89,55 @@ CPaperDebt& editCredit(CPaperBook& book, const CPaperOrder& order) {
     return book.editDebt(order.m_strAccount, isMoney ? std::string() : order.m_strStock);
 }
 
-void addHeld(CPaperBook& book, CPaperOrder& order, const CNeeds& held) {
-    if (held.m_nMoney != 0) book.m_funds.edit(order.m_strAccount).m_nFrozen += held.m_nMoney;
-    if (held.m_nCredit != 0) editCredit(book, order).m_nReserved += held.m_nCredit;
-    order.m_nFrozen += held.m_nMoney;
-    order.m_nCredit += held.m_nCredit;
+void setHeld(CPaperBook& book, CPaperOrder& order, const CNeeds& held) {
+    if (held.m_nMoney != order.m_nFrozen)
+        book.m_funds.edit(order.m_strAccount).m_nFrozen += held.m_nMoney - order.m_nFrozen;
+    if (held.m_nCredit != order.m_nCredit)
+        editCredit(book, order).m_nReserved += held.m_nCredit - order.m_nCredit;
+    order.m_nFrozen = held.m_nMoney;
+    order.m_nCredit = held.m_nCredit;
+}
+
+void freeze(CPaperBook& book, const CPaperOrder& order, int volume, int today) {
+    if (volume == 0) return;
+    CPaperPosition& position = book.editPosition(order, closedSide(order));
+    position.m_nFrozen += volume;
+    position.m_nFrozenToday += today;
+}
+
+void claim(CPaperBook& book, CPaperOrder& order, int volume, CMoney proceeds) {
+    CPaperDebt& debt = book.editDebt(order.m_strAccount, order.m_strStock);
+    debt.m_nReturning += volume;
+    debt.m_nClaimed += proceeds;
+    order.m_nProceeds += proceeds;
+}
+
+/// What closes of a volume is taken from the part of the position that its operation closes first.
+CReleased takeFromPlan(CPaperOrder& order, int volume) {
+    CReleased released;
+    if (order.closing() == 0) return released;
+    const bool isTodayFirst = closingOf(order) == EClosing::TodayFirst;
+    released.m_nClosed = std::min(volume, order.closing());
+    released.m_nClosedToday = isTodayFirst
+                                  ? std::min(released.m_nClosed, order.m_nCloseToday)
+                                  : released.m_nClosed - std::min(released.m_nClosed, order.m_nCloseEarlier);
+    order.m_nCloseToday -= released.m_nClosedToday;
+    order.m_nCloseEarlier -= released.m_nClosed - released.m_nClosedToday;
+    return released;
+}
+
+CReleased releaseVolume(CPaperBook& book, CPaperOrder& order, int volume) {
+    CReleased released = takeFromPlan(order, volume);
+    freeze(book, order, -released.m_nClosed, -released.m_nClosedToday);
+    if (!returnsShares(order) || volume == 0) return released;
+    released.m_nProceeds = partOf(order.m_nProceeds, volume, order.rest());
+    claim(book, order, -volume, -released.m_nProceeds);
+    return released;
+}
+
+/// The credit that the order can take: its own, and what the account has left.
+CMoney creditWithin(const CPaperBook& book, const CPaperOrder& order) {
+    return order.m_nCredit + std::max<CMoney>(0, creditLeft(book, order.m_strAccount));
 }
 
 } // namespace
@@ -135,45 +163,43 @@ void planClosing(const CPaperBook& book, CPaperOrder& order) {
 }
 
 std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order) {
-    const std::optional<CMoney> atLimit = worthAtLimit(order);
+    const std::optional<CMoney> atLimit = worthOf(order, order.m_nPrice, unitsInMoney(order, order.rest()));
     const std::optional<COffer> offer = offerOf(book, order);
     if (!atLimit || !offer) return {};
     // A sale that opens may find better prices than its limit, and then takes more.
     const int waiting = order.m_bMarket ? 0 : unitsInMoney(order, order.rest()) - offer->m_nUnits;
-    const std::optional<CMoney> later = worth(order, order.m_nPrice, waiting);
+    const std::optional<CMoney> later = worthOf(order, order.m_nPrice, waiting);
     if (!later || offer->m_nWorth + *later > kMaxMoney) return {};
-    return needsOfWorth(book, order, std::max(*atLimit, offer->m_nWorth + *later));
+    return needsOfWorth(order, std::max(*atLimit, offer->m_nWorth + *later), unclaimedProceeds(book, order));
 }
 
 void hold(CPaperBook& book, CPaperOrder& order) {
-    addHeld(book, order, needsOfWorth(book, order, worthAtLimit(order).value_or(0)));
-    if (order.closing() != 0) {
-        CPaperPosition& position = book.editPosition(order, closedSide(order));
-        position.m_nFrozen += order.closing();
-        position.m_nFrozenToday += order.m_nCloseToday;
-    }
-    if (returnsShares(order))
-        book.editDebt(order.m_strAccount, order.m_strStock).m_nReturning += order.rest();
+    if (returnsShares(order)) claim(book, order, order.rest(), unclaimedProceeds(book, order));
+    setHeld(book, order, needsAtLimit(order, order.rest()));
+    freeze(book, order, order.closing(), order.m_nCloseToday);
 }
 
-void releaseTraded(CPaperBook& book, CPaperOrder& order, int volume) {
-    const int all = unitsInMoney(order, order.rest());
-    const int part = unitsInMoney(order, volume);
-    if (part == 0) return;
-    addHeld(book, order, {-partOf(order.m_nFrozen, part, all), -partOf(order.m_nCredit, part, all)});
+int tradableVolume(const CPaperBook& book, const CPaperOrder& order, CMoney price, int volume) {
+    if (!takesCredit(order)) return volume;
+    const std::optional<CMoney> one = worthOf(order, price, 1);
+    if (!one || *one <= 0) return 0;
+    return static_cast<int>(std::min<CMoney>(volume, creditWithin(book, order) / *one));
+}
+
+CReleased releaseTraded(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
+    const CReleased released = releaseVolume(book, order, volume);
+    CNeeds rest = needsAtLimit(order, order.rest() - volume);
+    if (takesCredit(order)) {
+        const CMoney taken = worthOf(order, price, volume).value_or(0);
+        rest.m_nCredit = std::min(rest.m_nCredit, creditWithin(book, order) - taken);
+    }
+    setHeld(book, order, rest);
+    return released;
 }
 
 void releaseRest(CPaperBook& book, CPaperOrder& order) {
-    addHeld(book, order, {-order.m_nFrozen, -order.m_nCredit});
-    if (order.closing() != 0) {
-        CPaperPosition& position = book.editPosition(order, closedSide(order));
-        position.m_nFrozen -= order.closing();
-        position.m_nFrozenToday -= order.m_nCloseToday;
-        order.m_nCloseEarlier = 0;
-        order.m_nCloseToday = 0;
-    }
-    if (returnsShares(order))
-        book.editDebt(order.m_strAccount, order.m_strStock).m_nReturning -= order.rest();
+    releaseVolume(book, order, order.rest());
+    setHeld(book, order, {});
 }
 
 } // namespace desk

@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <optional>
 
-/// What waiting orders hold of an account: money, credit, positions, and shares that they will return.
+/// What waiting orders hold of an account: money, credit, positions, and shares that they will return. All of
+/// it is taken and given back here.
 namespace desk {
 
 /// What the order could close now of the position that it points at, by its operation.
@@ -21,15 +22,29 @@ struct CNeeds {
     CMoney m_nCredit = 0;
 };
 
-/// What the rest of the order needs: at its limit, or at the prices that the book offers it now where they
-/// take more. Without a limit only the book's prices count. Empty where it is beyond kMaxMoney.
+/// What the order, which holds nothing yet, needs: at its limit, or at the prices that the book offers it now
+/// where they take more. Without a limit only the book's prices count. Empty where it is beyond kMaxMoney.
 std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order);
 
-/// Holds what the accepted order needs at its limit.
+/// Holds what the accepted order needs at its limit. A return of shares also claims its part of what they
+/// were sold for, so that later sales and returns do not change what it counts on.
 void hold(CPaperBook& book, CPaperOrder& order);
 
-/// Gives back the part of the order's money and credit that falls on a volume which it is about to trade.
-void releaseTraded(CPaperBook& book, CPaperOrder& order, int volume);
+/// How much of a volume the order may trade at a price: what it borrows must find room in its own credit and
+/// in what is left of the account's, so that a price above its limit does not take the account beyond its
+/// own.
+int tradableVolume(const CPaperBook& book, const CPaperOrder& order, CMoney price, int volume);
+
+/// What a volume that is about to trade, or to be returned, takes out of the order's plan.
+struct CReleased {
+    int m_nClosed = 0;      ///< this much of it closes
+    int m_nClosedToday = 0; ///< of which was opened today
+    CMoney m_nProceeds = 0; ///< of the shares returned: what they were sold for
+};
+
+/// Gives back what the order held for a volume, at most tradableVolume; its rest goes on holding what it
+/// needs at its limit, or what the price leaves of its credit.
+CReleased releaseTraded(CPaperBook& book, CPaperOrder& order, CMoney price, int volume);
 
 /// Gives back all that the rest of the order holds.
 void releaseRest(CPaperBook& book, CPaperOrder& order);

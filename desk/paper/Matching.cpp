@@ -1,6 +1,7 @@
 #include "desk/paper/Matching.h"
 
 #include "desk/paper/Holds.h"
+#include "desk/paper/PaperFamilies.h"
 #include "desk/paper/Settlement.h"
 
 #include <algorithm>
@@ -8,6 +9,8 @@
 
 namespace desk {
 namespace {
+
+constexpr const char* kNoCredit = "not enough credit for the better price";
 
 void fill(CPaperBook& book, CPaperOrder& order, CMoney price, CMoney amount, int volume) {
     settleTrade(book, order, price, volume);
@@ -23,15 +26,21 @@ void match(CPaperBook& book, CPaperOrder& order) {
     if (book.m_sides.find(order.m_strStock) == nullptr) return;
     CBookSides& sides = book.m_sides.edit(order.m_strStock);
     const int before = order.m_nFilled;
+    bool isShortOfCredit = false;
     for (CBookLevel& level : order.isBuy() ? sides.m_sell : sides.m_buy) {
-        const std::int64_t volume = std::min<std::int64_t>(order.rest(), level.m_nVolume);
-        if (volume == 0 || !isWithinLimit(order, level.m_nPrice)) continue;
-        const std::optional<CMoney> amount = amountOf(level.m_nPrice, volume * order.m_nMultiplier);
-        if (!amount) continue; // nobody trades at such a price
-        level.m_nVolume -= volume;
-        fill(book, order, level.m_nPrice, *amount, static_cast<int>(volume));
+        const int offered = static_cast<int>(std::min<std::int64_t>(order.rest(), level.m_nVolume));
+        if (offered == 0 || !isWithinLimit(order, level.m_nPrice)) continue;
+        const int volume = tradableVolume(book, order, level.m_nPrice, offered);
+        isShortOfCredit = volume < offered;
+        const std::optional<CMoney> amount = worthOf(order, level.m_nPrice, volume);
+        if (amount && volume != 0) { // nobody trades at a price beyond all money
+            level.m_nVolume -= volume;
+            fill(book, order, level.m_nPrice, *amount, volume);
+        }
+        if (isShortOfCredit) break;
     }
     if (order.m_nFilled != before) book.announce(order);
+    if (isShortOfCredit) cancel(book, order, kNoCredit);
 }
 
 void cancel(CPaperBook& book, CPaperOrder& order, const std::string& reason) {

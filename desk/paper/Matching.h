@@ -8,7 +8,8 @@
 namespace desk {
 
 /// Fills the order against what the instrument's quote still offers, level by level at the level's price, up
-/// to its limit, and announces the new state where it changed.
+/// to its limit, and announces the new state where it changed. What a better price leaves without credit is
+/// cancelled.
 void match(CPaperBook& book, CPaperOrder& order);
 
 /// Ends an open order, gives back what it holds, and announces it.

@@ -3,6 +3,7 @@
 #include "base/Unset.h"
 
 #include <cmath>
+#include <cstdio>
 
 namespace desk {
 namespace {
@@ -28,6 +29,12 @@ std::optional<CMoney> toPrice(double price) {
 
 double fromMoney(CMoney money) {
     return static_cast<double>(money) / static_cast<double>(kMoneyPerUnit);
+}
+
+std::string moneyText(CMoney money) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.4f", fromMoney(money));
+    return text;
 }
 
 std::optional<CMoney> amountOf(CMoney price, std::int64_t volume) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace desk {
 
@@ -25,6 +26,9 @@ std::optional<CMoney> toMoney(double amount);
 std::optional<CMoney> toPrice(double price);
 
 double fromMoney(CMoney money);
+
+/// An amount as messages show it: four digits behind the point.
+std::string moneyText(CMoney money);
 
 /// price times volume, or empty beyond kMaxMoney. volume is not negative.
 std::optional<CMoney> amountOf(CMoney price, std::int64_t volume);

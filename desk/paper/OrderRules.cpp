@@ -1,11 +1,12 @@
 #include "desk/paper/OrderRules.h"
 
-#include "desk/paper/Holds.h"
+#include "desk/paper/CoverRules.h"
+#include "desk/paper/PaperFamilies.h"
+#include "desk/paper/Settlement.h"
 #include "platform/InstrumentTypes.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <iterator>
 
 namespace desk {
@@ -30,28 +31,29 @@ bool isSpecified(EPriceType priceType) {
     return priceType == EPriceType::Specified || priceType == EPriceType::SpecifiedByRow;
 }
 
-/// Whether the operation is carried out without trading.
-bool isDirect(const CPaperOrder& order) {
-    const COperation* operation = findOperation(order.m_eOperation);
-    return operation != nullptr && operation->m_eSide == ETradeSide::None;
-}
-
 template<typename E>
 std::string numberText(E value) {
     return std::to_string(static_cast<int>(value));
 }
 
+/// The family's row, which every rule behind checkFamily may rely on.
+const CPaperFamily* familyOf(const CAcceptance& a) {
+    return findPaperFamily(a.m_order.m_eFamily);
+}
+
 std::string checkFamily(const CAcceptance& a) {
-    if (a.m_family != nullptr) return {};
-    return "product family " + numberText(a.m_command.m_eTraderType) + " is not modelled";
+    if (familyOf(a) != nullptr) return {};
+    return "product family " + numberText(a.m_order.m_eFamily) + " is not modelled";
 }
 
 std::string checkOperation(const CAcceptance& a) {
-    const EOperationType operation = a.m_record.m_eOperationType;
-    if (a.m_rule != nullptr) return a.m_rule->m_pszRefusal != nullptr ? a.m_rule->m_pszRefusal : "";
+    const EOperationType operation = a.m_order.m_eOperation;
+    const COperationRule* rule = findOperationRule(operation, a.m_order.m_eFamily);
+    if (rule != nullptr && rule->m_pszRefusal != nullptr) return rule->m_pszRefusal;
+    if (rule != nullptr && canSettle(operationOf(a.m_order))) return {};
     const std::string name = "operation " + numberText(operation);
-    if (!isOperationOfAnyFamily(operation)) return name + " is not modelled";
-    return name + " does not belong to product family " + numberText(a.m_command.m_eTraderType);
+    if (rule != nullptr || !isOperationOfAnyFamily(operation)) return name + " is not modelled";
+    return name + " does not belong to product family " + numberText(a.m_order.m_eFamily);
 }
 
 /// Commands of options carry the mark of hedging too; it says nothing there.
@@ -74,25 +76,21 @@ std::string checkPlainOrder(const CAcceptance& a) {
 std::string checkAccount(const CAcceptance& a) {
     if (!a.m_record.m_account) return "the order has no account";
     if (a.m_account == nullptr) return "unknown account " + a.m_order.m_strAccount;
-    if (!a.m_family->accepts(a.m_account->broker))
-        return a.m_account->key + " is no " + a.m_family->m_pszBrokers;
+    if (!familyOf(a)->accepts(a.m_account->broker))
+        return a.m_account->key + " is no " + familyOf(a)->m_pszBrokers;
     if (a.m_account->loginStatus != 0) return a.m_account->key + " is not logged in";
     return {};
 }
 
-bool isMoneyOnly(const CAcceptance& a) {
-    return a.m_operation.m_eEffect == EOperationEffect::RepayMoney;
-}
-
 std::string checkInstrument(const CAcceptance& a) {
-    if (isMoneyOnly(a)) return {};
+    if (isMoneyOnly(a.m_order)) return {};
     if (!a.m_instrument) return "unknown instrument " + a.m_order.m_strStock;
-    if (a.m_instrument->kind == a.m_family->m_eInstrumentKind) return {};
-    return a.m_order.m_strStock + " is no " + a.m_family->m_pszInstrumentKind;
+    if (a.m_instrument->kind == familyOf(a)->m_eInstrumentKind) return {};
+    return a.m_order.m_strStock + " is no " + familyOf(a)->m_pszInstrumentKind;
 }
 
 std::string checkVolume(const CAcceptance& a) {
-    if (isMoneyOnly(a)) return {};
+    if (isMoneyOnly(a.m_order)) return {};
     if (TC::isUnset(a.m_record.m_nVolume)) return "the order has no volume";
     return a.m_record.m_nVolume > 0 ? std::string()
                                     : "volume " + std::to_string(a.m_record.m_nVolume) + " is not positive";
@@ -135,12 +133,6 @@ bool isLimitPriceType(EPriceType priceType) {
                        [&](const CPriceTypeRange& range) {
                            return priceType >= range.m_eFirst && priceType <= range.m_eLast;
                        });
-}
-
-std::string moneyText(CMoney money) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%.4f", fromMoney(money));
-    return text;
 }
 
 void takePrice(const TC::CCodeOrderParam& record, CPaperOrder& order) {

@@ -2,7 +2,6 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/paper/PaperBook.h"
-#include "desk/paper/PaperFamilies.h"
 #include "records/CommandParam.h"
 
 #include <optional>
@@ -17,10 +16,7 @@ struct CAcceptance {
     const CAccountEntry* m_account; ///< null: the desk has no such account
     const std::optional<CInstrumentEntry>& m_instrument;
     const CPaperBook& m_book;
-    const CPaperOrder& m_order;    ///< its terms are taken and its closing is planned
-    const CPaperFamily* m_family;  ///< null: not modelled
-    const COperationRule* m_rule;  ///< null: the family has no such operation
-    const COperation& m_operation; ///< a row without side where it is not known
+    const CPaperOrder& m_order; ///< its terms are taken and its closing is planned
 };
 
 /// The broker's rules of acceptance, one after the other: why the order is rejected, or an empty text.
@@ -30,15 +26,10 @@ struct CAcceptance {
 /// position, or returns shares, may hold an odd lot, but only all of it: volume modulo unit is 0 or equals
 /// what could be closed modulo unit. A limit lies within the instrument's price limits, is positive and no
 /// finer than 0.0001. What the order takes of money and credit must be available, at its limit or at the
-/// book's prices where those take more. What it closes must be there today. What it repays must be owed.
+/// book's prices where those take more. What it closes must be there today. What it repays must be owed. A
+/// position that was opened with another multiplier than the instrument has now is left alone.
 /// Fees, taxes and interest are not modelled.
 std::string rejectionReason(const CAcceptance& acceptance);
-
-/// The rules of positions, debts, credit and money, which come last. Rely on those of the order itself.
-std::string coverRejection(const CAcceptance& acceptance);
-
-/// An amount as the rules' texts show it.
-std::string moneyText(CMoney money);
 
 /// Whether orders of the price type carry their limit in the record: specified prices, levels of the book and
 /// the latest price. Every other type takes what the book has.

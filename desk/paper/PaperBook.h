@@ -51,6 +51,7 @@ public:
     CTrackedMap<int, CPaperOrder> m_orders;
     CTrackedMap<int, CPaperFill> m_fills;
     CTrackedMap<std::string, CBookSides> m_sides; ///< in memory only
+    std::map<std::string, CMoney> m_creditLimits; ///< of the configuration, by account; in memory only
     CCounters m_counters;
     std::vector<CBrokerEvent> m_events; ///< of the change that is going on
 

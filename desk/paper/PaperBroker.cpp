@@ -1,9 +1,11 @@
 #include "desk/paper/PaperBroker.h"
 
 #include "base/StrictNumber.h"
+#include "desk/paper/BookReview.h"
 #include "desk/paper/Holds.h"
 #include "desk/paper/Matching.h"
 #include "desk/paper/OrderRules.h"
+#include "desk/paper/PaperFamilies.h"
 #include "desk/paper/Settlement.h"
 #include "desk/paper/TakeIn.h"
 
@@ -58,17 +60,24 @@ utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<C
         if (event.m_nNumber > lastEventTaken) m_pending.push_back(std::move(event));
     }
     m_nDeliveredEvent = lastEventTaken;
+    for (const CAccountEntry& account : accounts) {
+        m_accounts[account.key] = account;
+        m_book.m_creditLimits[account.key] = toMoney(account.creditLimit).value_or(0);
+    }
     // A listener that remembers more than the store, as after the store was removed, must not take new events
     // for old.
     m_book.m_counters.m_nLastEvent = std::max(m_book.m_counters.m_nLastEvent, lastEventTaken);
+    error = reviewBook(m_book, m_quotes, accounts);
     for (const CAccountEntry& account : accounts) {
-        m_accounts[account.key] = account;
-        if (m_book.m_funds.find(account.key) == nullptr) error = takeInAccount(m_book, m_quotes, account);
-        if (error.isSuccess()) continue;
-        m_book.rollBack();
-        return error;
+        if (error.isSuccess() && m_book.m_funds.find(account.key) == nullptr)
+            error = takeInAccount(m_book, m_quotes, account);
     }
-    return finishChange();
+    if (error.isSuccess())
+        error = finishChange();
+    else
+        m_book.rollBack();
+    if (!error.isSuccess()) m_store.close();
+    return error;
 }
 
 utils::KNError CPaperBroker::startTradingDay(const std::string& day) {
@@ -119,7 +128,7 @@ void CPaperBroker::placeOrder(const TC::COrderComandParam& command, const TC::CC
         return;
     }
     hold(m_book, order);
-    if (operationOf(order).m_eSide == ETradeSide::None)
+    if (isDirect(order))
         carryOut(record, order);
     else
         trade(order);
@@ -142,8 +151,7 @@ std::string CPaperBroker::reasonToReject(const TC::COrderComandParam& command,
                                          const CPaperOrder& order) const {
     const auto account = m_accounts.find(order.m_strAccount);
     return rejectionReason({command, record, account != m_accounts.end() ? &account->second : nullptr,
-                            instrument, m_book, order, findPaperFamily(order.m_eFamily),
-                            findOperationRule(order.m_eOperation, order.m_eFamily), operationOf(order)});
+                            instrument, m_book, order});
 }
 
 void CPaperBroker::trade(CPaperOrder& order) {
@@ -155,8 +163,7 @@ void CPaperBroker::trade(CPaperOrder& order) {
 }
 
 void CPaperBroker::carryOut(const TC::CCodeOrderParam& record, CPaperOrder& order) {
-    const bool isMoney = operationOf(order).m_eEffect == EOperationEffect::RepayMoney;
-    const CMoney money = isMoney ? toMoney(record.m_dQuantity).value_or(0) : 0;
+    const CMoney money = isMoneyOnly(order) ? toMoney(record.m_dQuantity).value_or(0) : 0;
     settleDirectly(m_book, order, money);
     order.m_nFilled = order.m_nVolume;
     order.m_nFilledAmount = money;

@@ -33,8 +33,10 @@ namespace desk {
 ///
 /// Credit. An account has one debt of money and one of shares for each instrument; repayments name no
 /// contract. Financed buys and short sales use the account's credit limit: money, and shares at what they
-/// were sold for. The proceeds of a short sale are held until the shares are returned, and pay for buying
-/// them back.
+/// were sold for. A waiting short sale that finds a better price than its limit trades as far as its own
+/// credit and what is left of the account's pay for; a rest without credit is cancelled. The proceeds of a
+/// short sale are held until the shares are returned, and pay for buying them back; a waiting return counts
+/// on those that it found when it was accepted.
 ///
 /// Trading. An order trades at once with the opposite levels of the quote, each at the level's price, as far
 /// as its limit allows; the rest waits with its money or volume frozen. Each quote update offers its
@@ -67,8 +69,9 @@ public:
 
     /// Opens the store in the desk folder and takes in new accounts, once, before any other call.
     /// `lastEventTaken` is the number of the last event that the listener took in its life
-    /// (CJournal::lastBrokerEvent); those after it are delivered again. Fails where the store cannot be used
-    /// or an account's funds or positions make no sense.
+    /// (CJournal::lastBrokerEvent); those after it are delivered again. Fails where the store cannot be used,
+    /// where an account's funds or positions make no sense, and where what the books hold does not fit the
+    /// instruments any more (BookReview.h). The store is then as it was, also where an older desk made it.
     [[nodiscard]] utils::KNError open(const std::string& folder, const std::vector<CAccountEntry>& accounts,
                                       std::int64_t lastEventTaken);
 

@@ -130,12 +130,45 @@ bool covers(const COperationRule& rule, TC::EOperationType operation) {
     return number >= rule.m_nFirst && number <= rule.m_nLast;
 }
 
+/// Families that share a kind of instrument pay it alike.
+const CPaperFamily* familyOfKind(EKind kind) {
+    const auto found = std::find_if(std::begin(kFamilies), std::end(kFamilies),
+                                    [&](const CPaperFamily& row) { return row.m_eInstrumentKind == kind; });
+    return found != std::end(kFamilies) ? found : nullptr;
+}
+
 } // namespace
 
 const CPaperFamily* findPaperFamily(TC::EQdTraderType type) {
     const auto found = std::find_if(std::begin(kFamilies), std::end(kFamilies),
                                     [&](const CPaperFamily& row) { return row.m_eType == type; });
     return found != std::end(kFamilies) ? found : nullptr;
+}
+
+bool canTrade(EQDBrokerType broker, EKind kind) {
+    return std::any_of(std::begin(kFamilies), std::end(kFamilies), [&](const CPaperFamily& row) {
+        return row.m_eInstrumentKind == kind && row.accepts(broker);
+    });
+}
+
+std::optional<EPayment> paymentOf(EKind kind, EPositionSide side) {
+    const CPaperFamily* family = familyOfKind(kind);
+    if (family == nullptr) return {};
+    const bool isLong = side == EPositionSide::Long;
+    if (family->m_ePayment == EPayment::Full && !isLong) return {};
+    // The buyer of an option owes nothing more.
+    return family->m_ePayment == EPayment::Premium && isLong ? EPayment::Full : family->m_ePayment;
+}
+
+bool canBePaidEitherWay(EKind kind, EPositionSide side) {
+    const CPaperFamily* family = familyOfKind(kind);
+    return side == EPositionSide::Long && family != nullptr && family->m_ePayment == EPayment::Margin &&
+           findOperationRule(TC::EOperationType::Buy, family->m_eType) != nullptr;
+}
+
+CMoney paidFor(EPayment payment, CMoney cost) {
+    if (payment == EPayment::Margin) return 0;
+    return payment == EPayment::Premium ? -cost : cost;
 }
 
 const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTraderType family) {
@@ -152,7 +185,7 @@ bool isOperationOfAnyFamily(TC::EOperationType operation) {
 }
 
 const COperation& operationOf(const CPaperOrder& order) {
-    static constexpr COperation kNothing{-1, ETradeSide::None, EOperationEffect::EndContract, EBooking::Own};
+    static constexpr COperation kNothing{-1, ETradeSide::None, EOperationEffect::None, EBooking::Own};
     const COperation* found = findOperation(order.m_eOperation);
     return found != nullptr ? *found : kNothing;
 }
@@ -166,6 +199,37 @@ EPayment paymentOf(const CPaperOrder& order) {
     const CPaperFamily* family = findPaperFamily(order.m_eFamily);
     const bool isPlain = operationOf(order).m_eEffect == EOperationEffect::Trade;
     return family == nullptr || isPlain ? EPayment::Full : family->m_ePayment;
+}
+
+std::optional<CMoney> worthOf(const CPaperOrder& order, CMoney price, std::int64_t volume) {
+    return amountOf(price, volume * order.m_nMultiplier);
+}
+
+bool isDirect(const CPaperOrder& order) {
+    const COperation* operation = findOperation(order.m_eOperation);
+    return operation != nullptr && operation->m_eSide == ETradeSide::None;
+}
+
+bool isMoneyOnly(const CPaperOrder& order) {
+    return operationOf(order).m_eEffect == EOperationEffect::RepayMoney;
+}
+
+bool closesOnly(const CPaperOrder& order) {
+    return closingOf(order) != EClosing::None &&
+           operationOf(order).m_eEffect != EOperationEffect::CloseThenOpen;
+}
+
+bool paysForClosing(const CPaperOrder& order) {
+    return order.isBuy() && paymentOf(order) != EPayment::Margin;
+}
+
+bool returnsShares(const CPaperOrder& order) {
+    return operationOf(order).m_eBooking == EBooking::SharesReturned;
+}
+
+bool takesCredit(const CPaperOrder& order) {
+    const EBooking booking = operationOf(order).m_eBooking;
+    return booking == EBooking::BorrowedMoney || booking == EBooking::BorrowedShares;
 }
 
 } // namespace desk

@@ -5,6 +5,9 @@
 #include "desk/paper/PaperRecords.h"
 #include "records/Enums.h"
 
+#include <cstdint>
+#include <optional>
+
 /// What the paper broker models of each product family, as tables.
 namespace desk {
 
@@ -30,6 +33,18 @@ struct CPaperFamily {
 /// The family, or null where it is not modelled. Any thread.
 const CPaperFamily* findPaperFamily(TC::EQdTraderType type);
 
+/// Whether accounts of that kind may trade instruments of that kind in any family.
+bool canTrade(TC::EQDBrokerType broker, EInstrumentKind kind);
+
+/// How a position in instruments of a kind is paid, unless it was bought plainly. Empty where there is none:
+/// what is paid in full has no short side.
+std::optional<EPayment> paymentOf(EInstrumentKind kind, EPositionSide side);
+/// Whether plain buys pay such a position in full, and others open it on margin.
+bool canBePaidEitherWay(EInstrumentKind kind, EPositionSide side);
+
+/// What was paid for a position that was worth `cost` when it was opened; below 0: what was got.
+CMoney paidFor(EPayment payment, CMoney cost);
+
 /// Which part of a position an operation closes.
 enum class EClosing : int {
     None,
@@ -54,10 +69,26 @@ const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTra
 /// Whether any family has the operation.
 bool isOperationOfAnyFamily(TC::EOperationType operation);
 
-/// What an accepted order does, from the tables.
+/// What an order does, from the tables.
 const COperation& operationOf(const CPaperOrder& order);
 EClosing closingOf(const CPaperOrder& order);
 EPayment paymentOf(const CPaperOrder& order);
+
+/// What a volume of the order is worth at a price, or empty beyond kMaxMoney.
+std::optional<CMoney> worthOf(const CPaperOrder& order, CMoney price, std::int64_t volume);
+
+/// Whether the order is carried out without trading.
+bool isDirect(const CPaperOrder& order);
+/// Whether it moves money alone, and so needs neither instrument nor volume.
+bool isMoneyOnly(const CPaperOrder& order);
+/// Whether it only closes what is there.
+bool closesOnly(const CPaperOrder& order);
+/// Whether what it closes costs it money: options that were sold are bought back.
+bool paysForClosing(const CPaperOrder& order);
+/// Whether shares go back to the broker.
+bool returnsShares(const CPaperOrder& order);
+/// Whether the broker lends what it trades: money or shares.
+bool takesCredit(const CPaperOrder& order);
 
 /// The side on which a buy or a sell opens, and the one on which it closes.
 inline EPositionSide openedSide(const CPaperOrder& order) {

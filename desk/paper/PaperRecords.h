@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desk/config/DeskConfig.h"
+#include "desk/config/PositionSide.h"
 #include "desk/paper/Money.h"
 #include "records/Enums.h"
 
@@ -46,6 +46,7 @@ struct CPaperOrder {
     int m_nCloseEarlier = 0; ///< of the rest: closes what is older than today; the position holds it
     int m_nCloseToday = 0;   ///< of the rest: closes what was opened today
     CMoney m_nCredit = 0;    ///< credit held for the rest
+    CMoney m_nProceeds = 0;  ///< of the shares that the rest returns: what they were sold for
 
     /// Whether it takes the sell side of the book.
     bool isBuy() const;
@@ -84,8 +85,9 @@ struct CPaperPosition {
     std::int64_t m_nFrozen = 0;      ///< of the sellable: what waiting orders hold
     std::int64_t m_nFrozenToday = 0; ///< of the frozen: what was opened today
     CMoney m_nCost = 0;              ///< what the volume was worth when it was opened
-    CMoney m_nPaid = 0;   ///< of the cost, what was paid: all, or nothing of a future; below 0: what was got
-    CMoney m_nMargin = 0; ///< money of the account held for it
+    CMoney m_nPaid = 0;    ///< of the cost, what was paid: all, or nothing of a future; below 0: what was got
+    CMoney m_nMargin = 0;  ///< money of the account held for it
+    int m_nMultiplier = 1; ///< the instrument's when it was opened; 0: the books of an older desk do not tell
 
     std::int64_t available() const { return m_nSellable - m_nFrozen; }
 };
@@ -98,6 +100,7 @@ struct CPaperDebt {
     CMoney m_nAmount = 0;       ///< money owed; of shares: what they were sold for, which the account holds
     std::int64_t m_nReturning = 0; ///< of the shares: what waiting orders will return
     CMoney m_nReserved = 0;        ///< credit that waiting orders will take
+    CMoney m_nClaimed = 0;         ///< of the shares' money: what waiting returns will free
 
     std::int64_t returnable() const { return m_nVolume - m_nReturning; }
 };

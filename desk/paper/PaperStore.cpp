@@ -16,7 +16,6 @@ constexpr mode_t kFileMode = 0600; // orders and accounts are nobody else's busi
 
 // Each takes a store from the version of its place in kUpgrades to the next. They never change.
 constexpr const char* kFirstSchema = R"(
-    BEGIN IMMEDIATE;
     CREATE TABLE desk (only INTEGER PRIMARY KEY CHECK (only = 1), last_event INTEGER NOT NULL, trading_day TEXT NOT NULL);
     CREATE TABLE funds (account TEXT PRIMARY KEY, cash INTEGER NOT NULL, frozen INTEGER NOT NULL);
     CREATE TABLE positions (account TEXT NOT NULL, stock TEXT NOT NULL, volume INTEGER NOT NULL,
@@ -33,12 +32,10 @@ constexpr const char* kFirstSchema = R"(
         filled INTEGER NOT NULL, filled_amount INTEGER NOT NULL, status INTEGER NOT NULL, reason TEXT NOT NULL,
         time TEXT NOT NULL);
     PRAGMA user_version = 1;
-    COMMIT;
 )";
 
 // Version 1 knew only stocks: positions were long and paid in full, only sales (operation 19) held volume.
 constexpr const char* kFamilySchema = R"(
-    BEGIN IMMEDIATE;
     ALTER TABLE funds ADD COLUMN margin INTEGER NOT NULL DEFAULT 0;
     ALTER TABLE positions RENAME TO stock_positions;
     CREATE TABLE positions (account TEXT NOT NULL, stock TEXT NOT NULL, side INTEGER NOT NULL,
@@ -59,10 +56,27 @@ constexpr const char* kFamilySchema = R"(
     ALTER TABLE orders ADD COLUMN credit INTEGER NOT NULL DEFAULT 0;
     UPDATE orders SET close_earlier = volume - filled WHERE operation = 19 AND status IN (0, 1);
     PRAGMA user_version = 2;
-    COMMIT;
 )";
 
-constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema};
+// Version 2 did not keep the multiplier that a position was opened with. Its filled orders tell it, where
+// they agree; 0 leaves the question to whoever knows the instruments. Waiting returns (operation 22) claimed
+// nothing of what their shares had been sold for.
+constexpr const char* kMultiplierSchema = R"(
+    ALTER TABLE positions ADD COLUMN multiplier INTEGER NOT NULL DEFAULT 0;
+    UPDATE positions SET multiplier = COALESCE((SELECT CASE WHEN MIN(multiplier) = MAX(multiplier) THEN MAX(multiplier) END
+        FROM orders WHERE orders.account = positions.account AND orders.stock = positions.stock AND filled > 0), 0);
+    ALTER TABLE orders ADD COLUMN proceeds INTEGER NOT NULL DEFAULT 0;
+    ALTER TABLE debts ADD COLUMN claimed INTEGER NOT NULL DEFAULT 0;
+    UPDATE orders SET proceeds = COALESCE((SELECT debts.amount / debts.volume * (orders.volume - filled)
+        + debts.amount % debts.volume * (orders.volume - filled) / debts.volume
+        FROM debts WHERE debts.account = orders.account AND debts.stock = orders.stock AND debts.volume > 0), 0)
+        WHERE operation = 22 AND status IN (0, 1);
+    UPDATE debts SET claimed = COALESCE((SELECT SUM(proceeds) FROM orders
+        WHERE orders.account = debts.account AND orders.stock = debts.stock), 0);
+    PRAGMA user_version = 3;
+)";
+
+constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema, kMultiplierSchema};
 constexpr int kSchemaVersion = static_cast<int>(std::size(kUpgrades));
 
 /// Makes the file before SQLite does, readable for its owner only; SQLite gives its side files the same mode.
@@ -77,12 +91,14 @@ int versionOf(sqlite3* database) {
     return query.number(0);
 }
 
+/// Leaves a transaction open where it brings the store up to date.
 CSqlDatabase openStore(const std::string& path) {
     makeFile(path);
     CSqlDatabase database = openDatabase(path);
     execute(database.get(), "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL;");
     const int version = versionOf(database.get());
     if (version < 0 || version > kSchemaVersion) throw CSqlError("another version of the desk made it");
+    if (version != kSchemaVersion) execute(database.get(), "BEGIN IMMEDIATE");
     for (int i = version; i < kSchemaVersion; ++i)
         execute(database.get(), kUpgrades[i]);
     return database;
@@ -96,22 +112,24 @@ void loadFunds(sqlite3* database, CPaperBook& book) {
 
 void loadPositions(sqlite3* database, CPaperBook& book) {
     CSqlStatement rows(database, "SELECT account, stock, side, volume, sellable, today, frozen, "
-                                 "frozen_today, cost, paid, margin FROM positions");
+                                 "frozen_today, cost, paid, margin, multiplier FROM positions");
     while (rows.step()) {
         const auto side = static_cast<EPositionSide>(rows.number(2));
         book.m_positions.edit({rows.text(0), rows.text(1), side}) = {
-            rows.text(0),    rows.text(1),    side,
-            rows.integer(3), rows.integer(4), rows.integer(5),
-            rows.integer(6), rows.integer(7), rows.integer(8),
-            rows.integer(9), rows.integer(10)};
+            rows.text(0),    rows.text(1),     side,
+            rows.integer(3), rows.integer(4),  rows.integer(5),
+            rows.integer(6), rows.integer(7),  rows.integer(8),
+            rows.integer(9), rows.integer(10), rows.number(11)};
     }
 }
 
 void loadDebts(sqlite3* database, CPaperBook& book) {
-    CSqlStatement rows(database, "SELECT account, stock, volume, amount, to_return, reserved FROM debts");
+    CSqlStatement rows(database,
+                       "SELECT account, stock, volume, amount, to_return, reserved, claimed FROM debts");
     while (rows.step()) {
         book.m_debts.edit({rows.text(0), rows.text(1)}) = {rows.text(0),    rows.text(1),    rows.integer(2),
-                                                           rows.integer(3), rows.integer(4), rows.integer(5)};
+                                                           rows.integer(3), rows.integer(4), rows.integer(5),
+                                                           rows.integer(6)};
     }
 }
 
@@ -128,7 +146,7 @@ void loadOrders(sqlite3* database, CPaperBook& book) {
     CSqlStatement rows(
         database, "SELECT id, task, account, stock, operation, price_type, market, price, volume, filled, "
                   "filled_amount, frozen, status, reason, time, family, multiplier, margin_rate, "
-                  "close_earlier, close_today, credit FROM orders ORDER BY id");
+                  "close_earlier, close_today, credit, proceeds FROM orders ORDER BY id");
     while (rows.step()) {
         const int id = rows.number(0);
         book.m_orders.edit(id) = {id,
@@ -151,7 +169,8 @@ void loadOrders(sqlite3* database, CPaperBook& book) {
                                   rows.number(17),
                                   rows.number(18),
                                   rows.number(19),
-                                  rows.integer(20)};
+                                  rows.integer(20),
+                                  rows.integer(21)};
         book.m_counters.m_nLastOrder = id;
     }
 }
@@ -206,6 +225,7 @@ utils::KNError storeError(const std::string& what) {
 struct CPaperStore::CConnection {
     explicit CConnection(CSqlDatabase opened) : database(std::move(opened)) {}
 
+    bool isInTransaction() const { return sqlite3_get_autocommit(raw) == 0; }
     void write(const CPaperBook& book, std::int64_t deliveredEvent);
     void writeOrders(const CPaperBook& book);
     void writeEvents(const CPaperBook& book, std::int64_t deliveredEvent);
@@ -216,11 +236,12 @@ struct CPaperStore::CConnection {
     CSqlStatement commit{raw, "COMMIT"};
     CSqlStatement counters{raw, "INSERT OR REPLACE INTO desk VALUES (1, ?, ?)"};
     CSqlStatement funds{raw, "INSERT OR REPLACE INTO funds VALUES (?, ?, ?, ?)"};
-    CSqlStatement positions{raw, "INSERT OR REPLACE INTO positions VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
-    CSqlStatement debts{raw, "INSERT OR REPLACE INTO debts VALUES (?, ?, ?, ?, ?, ?)"};
+    CSqlStatement positions{raw,
+                            "INSERT OR REPLACE INTO positions VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
+    CSqlStatement debts{raw, "INSERT OR REPLACE INTO debts VALUES (?, ?, ?, ?, ?, ?, ?)"};
     CSqlStatement tasks{raw, "INSERT OR REPLACE INTO tasks VALUES (?, ?, ?, ?, ?)"};
     CSqlStatement orders{raw, "INSERT OR REPLACE INTO orders VALUES "
-                              "(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
+                              "(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
     CSqlStatement fills{raw, "INSERT OR REPLACE INTO fills VALUES (?, ?, ?, ?, ?)"};
     CSqlStatement events{raw, "INSERT OR REPLACE INTO events VALUES (?, ?, ?, ?, ?, ?, ?, ?)"};
     CSqlStatement dropEvents{raw, "DELETE FROM events WHERE number <= ?"};
@@ -252,19 +273,22 @@ utils::KNError CPaperStore::open(const std::string& folder, CPaperBook& book,
     }
 }
 
+void CPaperStore::close() {
+    m_connection.reset();
+}
+
 utils::KNError CPaperStore::save(const CPaperBook& book, std::int64_t deliveredEvent) {
     if (!m_connection) return storeError("it is not open");
     try {
-        m_connection->begin.run();
+        if (!m_connection->isInTransaction()) m_connection->begin.run();
         m_connection->write(book, deliveredEvent);
         m_connection->commit.run();
         return {};
     } catch (const CSqlError& error) {
         const utils::KNError result = storeError(error.what());
         // After some failures SQLite has rolled back by itself.
-        if (sqlite3_get_autocommit(m_connection->raw) == 0) {
+        if (m_connection->isInTransaction())
             sqlite3_exec(m_connection->raw, "ROLLBACK", nullptr, nullptr, nullptr);
-        }
         return result;
     }
 }
@@ -277,11 +301,11 @@ void CPaperStore::CConnection::write(const CPaperBook& book, std::int64_t delive
     book.m_positions.visitChanged([this](const CPaperPosition*, const CPaperPosition& row) {
         positions.run(row.m_strAccount, row.m_strStock, static_cast<int>(row.m_eSide), row.m_nVolume,
                       row.m_nSellable, row.m_nToday, row.m_nFrozen, row.m_nFrozenToday, row.m_nCost,
-                      row.m_nPaid, row.m_nMargin);
+                      row.m_nPaid, row.m_nMargin, row.m_nMultiplier);
     });
     book.m_debts.visitChanged([this](const CPaperDebt*, const CPaperDebt& row) {
         debts.run(row.m_strAccount, row.m_strStock, row.m_nVolume, row.m_nAmount, row.m_nReturning,
-                  row.m_nReserved);
+                  row.m_nReserved, row.m_nClaimed);
     });
     book.m_tasks.visitChanged([this](const CPaperTask*, const CPaperTask& row) {
         tasks.run(row.m_nId, row.m_nReference, row.m_nOrders, row.m_strRemark, row.m_strTime);
@@ -300,7 +324,7 @@ void CPaperStore::CConnection::writeOrders(const CPaperBook& book) {
                    row.m_nPrice, row.m_nVolume, row.m_nFilled, row.m_nFilledAmount, row.m_nFrozen,
                    static_cast<int>(row.m_eStatus), row.m_strReason, row.m_strTime,
                    static_cast<int>(row.m_eFamily), row.m_nMultiplier, row.m_nMarginRate, row.m_nCloseEarlier,
-                   row.m_nCloseToday, row.m_nCredit);
+                   row.m_nCloseToday, row.m_nCredit, row.m_nProceeds);
     });
 }
 

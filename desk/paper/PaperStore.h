@@ -31,14 +31,18 @@ public:
     CPaperStore& operator=(const CPaperStore&) = delete;
 
     /// Opens or makes FOLDER/paper.db and loads all of it into an empty book; the events that it still holds
-    /// go to `events`, oldest first. A store of an older version is
-    /// brought up to this one. Fails where the database cannot be used or a newer version made it.
+    /// go to `events`, oldest first. A store of an older version is brought up to this one, which the first
+    /// save makes last: until then close or a crash leaves it as it was. Fails where the database cannot be
+    /// used or a newer version made it.
     [[nodiscard]] utils::KNError open(const std::string& folder, CPaperBook& book,
                                       std::vector<CBrokerEvent>& events);
 
     /// Writes what the book's change touched, and its events, in one transaction, and drops the events up to
     /// `deliveredEvent`. On failure the database is as it was.
     [[nodiscard]] utils::KNError save(const CPaperBook& book, std::int64_t deliveredEvent);
+
+    /// Lets go of the database. What was not saved is lost.
+    void close();
 
 private:
     struct CConnection;

@@ -5,12 +5,22 @@
 #include "desk/paper/PaperFamilies.h"
 
 #include <algorithm>
+#include <cassert>
+#include <iterator>
 
 namespace desk {
 namespace {
 
-CMoney worthOf(const CPaperOrder& order, CMoney price, int volume) {
-    return amountOf(price, static_cast<std::int64_t>(volume) * order.m_nMultiplier).value_or(0);
+/// What is booked of an order at once.
+struct CDeal {
+    CMoney m_nPrice = 0; ///< 0: nothing is traded
+    int m_nVolume = 0;
+    CMoney m_nMoney = 0; ///< of a trade its worth, of a repayment its amount
+    CReleased m_released;
+};
+
+CMoney valueOf(const CPaperOrder& order, const CDeal& deal, int volume) {
+    return worthOf(order, deal.m_nPrice, volume).value_or(0);
 }
 
 /// The parts of a position's money that fall on a volume.
@@ -20,44 +30,34 @@ struct CMoneyParts {
     CMoney m_nMargin = 0;
 };
 
-/// Takes a volume that the order held out of its position.
-CMoneyParts takeOut(CPaperPosition& position, int volume, int today) {
+CMoneyParts takeOut(CPaperPosition& position, const CReleased& released) {
+    const int volume = released.m_nClosed;
     const CMoneyParts parts = {partOf(position.m_nCost, volume, position.m_nVolume),
                                partOf(position.m_nPaid, volume, position.m_nVolume),
                                partOf(position.m_nMargin, volume, position.m_nVolume)};
     position.m_nVolume -= volume;
     position.m_nSellable -= volume;
-    position.m_nFrozen -= volume;
-    position.m_nToday -= today;
-    position.m_nFrozenToday -= today;
+    position.m_nToday -= released.m_nClosedToday;
     position.m_nCost -= parts.m_nCost;
     position.m_nPaid -= parts.m_nPaid;
     position.m_nMargin -= parts.m_nMargin;
     return parts;
 }
 
-/// Marks a volume of the order as closed, and tells how much of it was opened today.
-int takeFromPlan(CPaperOrder& order, int volume) {
-    const bool isTodayFirst = closingOf(order) == EClosing::TodayFirst;
-    const int today = isTodayFirst ? std::min(volume, order.m_nCloseToday)
-                                   : volume - std::min(volume, order.m_nCloseEarlier);
-    order.m_nCloseToday -= today;
-    order.m_nCloseEarlier -= volume - today;
-    return today;
-}
-
-void close(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
+void close(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
     CPaperPosition& position = book.editPosition(order, closedSide(order));
-    const CMoneyParts parts = takeOut(position, volume, takeFromPlan(order, volume));
-    const CMoney rise = worthOf(order, price, volume) - parts.m_nCost;
+    const std::int64_t units = static_cast<std::int64_t>(deal.m_released.m_nClosed) * position.m_nMultiplier;
+    const CMoneyParts parts = takeOut(position, deal.m_released);
+    const CMoney rise = amountOf(deal.m_nPrice, units).value_or(0) - parts.m_nCost;
     CPaperFunds& funds = book.m_funds.edit(order.m_strAccount);
     // What was paid comes back with what was gained; for a short position both have the other sign.
     funds.m_nCash += parts.m_nPaid + (position.m_eSide == EPositionSide::Long ? rise : -rise);
     funds.m_nMargin -= parts.m_nMargin;
 }
 
-void open(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
-    const CMoney amount = worthOf(order, price, volume);
+void open(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
+    const int volume = deal.m_nVolume - deal.m_released.m_nClosed;
+    const CMoney amount = valueOf(order, deal, volume);
     const CMoney inFull = order.isBuy() ? amount : -amount;
     const CMoney paid = paymentOf(order) == EPayment::Margin ? 0 : inFull;
     const CMoney margin = rateOf(amount, order.m_nMarginRate);
@@ -65,6 +65,7 @@ void open(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
     funds.m_nCash -= paid;
     funds.m_nMargin += margin;
     CPaperPosition& position = book.editPosition(order, openedSide(order));
+    if (position.m_nVolume == 0) position.m_nMultiplier = order.m_nMultiplier;
     position.m_nVolume += volume;
     position.m_nToday += volume;
     // Only what is plainly bought waits for the next day.
@@ -74,61 +75,87 @@ void open(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
     position.m_nMargin += margin;
 }
 
-void closeAndOpen(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
-    const int closing = std::min(volume, order.closing());
-    if (closing != 0) close(book, order, price, closing);
-    if (volume != closing) open(book, order, price, volume - closing);
+void closeAndOpen(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
+    if (deal.m_released.m_nClosed != 0) close(book, order, deal);
+    if (deal.m_nVolume != deal.m_released.m_nClosed) open(book, order, deal);
 }
 
-void buyOnCredit(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
-    borrowMoney(book, order.m_strAccount, worthOf(order, price, volume));
-    open(book, order, price, volume);
+void buyOnCredit(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
+    borrowMoney(book, order.m_strAccount, deal.m_nMoney);
+    open(book, order, deal);
 }
 
-void sellShort(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
-    sellBorrowed(book, order, worthOf(order, price, volume), volume);
+void sellShort(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
+    sellBorrowed(book, order, deal.m_nMoney, deal.m_nVolume);
 }
 
-void sellToRepay(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
-    close(book, order, price, volume);
-    repayMoney(book, order.m_strAccount, worthOf(order, price, volume));
+void sellToRepay(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
+    close(book, order, deal);
+    repayMoney(book, order.m_strAccount, deal.m_nMoney);
 }
 
-void buyToReturn(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
-    book.m_funds.edit(order.m_strAccount).m_nCash -= worthOf(order, price, volume);
-    returnShares(book, order, volume);
+void repay(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
+    repayMoney(book, order.m_strAccount, deal.m_nMoney);
 }
+
+void buyToReturn(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
+    book.m_funds.edit(order.m_strAccount).m_nCash -= deal.m_nMoney;
+    returnShares(book, order, deal.m_nVolume, deal.m_released.m_nProceeds);
+}
+
+/// The shares leave the account without money, at whatever they had cost.
+void returnOwn(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
+    takeOut(book.editPosition(order, closedSide(order)), deal.m_released);
+    returnShares(book, order, deal.m_nVolume, deal.m_released.m_nProceeds);
+}
+
+using EEffect = EOperationEffect;
 
 struct CSettler {
+    EEffect m_eEffect;
     EBooking m_eBooking;
-    void (*m_pSettle)(CPaperBook&, CPaperOrder&, CMoney, int);
+    void (*m_pSettle)(CPaperBook&, CPaperOrder&, const CDeal&);
 };
 
 constexpr CSettler kSettlers[] = {
-    {EBooking::Own, closeAndOpen},           {EBooking::BorrowedMoney, buyOnCredit},
-    {EBooking::BorrowedShares, sellShort},   {EBooking::MoneyRepaid, sellToRepay},
-    {EBooking::SharesReturned, buyToReturn},
+    {EEffect::Trade, EBooking::Own, closeAndOpen},
+    {EEffect::Open, EBooking::Own, closeAndOpen},
+    {EEffect::Close, EBooking::Own, closeAndOpen},
+    {EEffect::CloseThenOpen, EBooking::Own, closeAndOpen},
+    {EEffect::Trade, EBooking::BorrowedMoney, buyOnCredit},
+    {EEffect::Trade, EBooking::BorrowedShares, sellShort},
+    {EEffect::Trade, EBooking::MoneyRepaid, sellToRepay},
+    {EEffect::RepayMoney, EBooking::MoneyRepaid, repay},
+    {EEffect::Trade, EBooking::SharesReturned, buyToReturn},
+    {EEffect::ReturnShares, EBooking::SharesReturned, returnOwn},
 };
+
+const CSettler* settlerOf(const COperation& operation) {
+    const auto found = std::find_if(std::begin(kSettlers), std::end(kSettlers), [&](const CSettler& row) {
+        return row.m_eEffect == operation.m_eEffect && row.m_eBooking == operation.m_eBooking;
+    });
+    return found != std::end(kSettlers) ? found : nullptr;
+}
+
+void settle(CPaperBook& book, CPaperOrder& order, CDeal deal) {
+    const CSettler* settler = settlerOf(operationOf(order));
+    assert(settler != nullptr); // such an order is not accepted
+    deal.m_released = releaseTraded(book, order, deal.m_nPrice, deal.m_nVolume);
+    settler->m_pSettle(book, order, deal);
+}
 
 } // namespace
 
+bool canSettle(const COperation& operation) {
+    return settlerOf(operation) != nullptr;
+}
+
 void settleTrade(CPaperBook& book, CPaperOrder& order, CMoney price, int volume) {
-    releaseTraded(book, order, volume);
-    for (const CSettler& settler : kSettlers) {
-        if (settler.m_eBooking == operationOf(order).m_eBooking)
-            settler.m_pSettle(book, order, price, volume);
-    }
+    settle(book, order, {price, volume, worthOf(order, price, volume).value_or(0), {}});
 }
 
 void settleDirectly(CPaperBook& book, CPaperOrder& order, CMoney money) {
-    if (operationOf(order).m_eEffect == EOperationEffect::RepayMoney) {
-        repayMoney(book, order.m_strAccount, money);
-        return;
-    }
-    // The shares leave the account without money, at whatever they had cost.
-    const int today = takeFromPlan(order, order.m_nVolume);
-    takeOut(book.editPosition(order, closedSide(order)), order.m_nVolume, today);
-    returnShares(book, order, order.m_nVolume);
+    settle(book, order, {0, order.m_nVolume, money, {}});
 }
 
 } // namespace desk

@@ -1,6 +1,7 @@
 #include "desk/commands/CheckFolder.h"
 #include "desk/commands/DemoFiles.h"
 #include "desk/commands/NewFolder.h"
+#include "desk/commands/RunDesk.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/config/Words.h"
 #include "tests/desk/config/ConfigFolder.h"
@@ -146,6 +147,22 @@ TEST(CheckFolder, PrintsEveryMistakeByFileAndLine) {
     EXPECT_EQ(out.str(), "quotes.csv:2: last is \"ten\"; expected a number\n"
                          "strategies.toml: cannot be read; a desk folder must have it\n" +
                              folder.path() + ": 2 mistakes\n");
+}
+
+TEST_F(DemoFolder, MarginsBeyondTheFundsAreToldByTheCheckAndNotStarted) {
+    std::string text = m_folder.read("desk/desk.toml");
+    const std::string funds = "funds = 2000000.0";
+    ASSERT_NE(text.find(funds), std::string::npos);
+    m_folder.write("desk/desk.toml", text.replace(text.find(funds), funds.size(), "funds = 500000.0"));
+    const std::string mistake =
+        "positions.csv: account F1: its positions hold 568800.0000 as margin, more than "
+        "its funds of 500000.0000\n";
+    std::ostringstream checked, run;
+    EXPECT_EQ(runCheck(m_folder.path("desk"), checked), 2);
+    EXPECT_EQ(checked.str(), mistake + m_folder.path("desk") + ": 1 mistakes\n");
+    EXPECT_EQ(runDesk(m_folder.path("desk"), 0.0, run, [] { return true; }), 2);
+    EXPECT_EQ(run.str(), mistake + m_folder.path("desk") + ": not started, because of the mistakes above\n");
+    EXPECT_FALSE(m_folder.exists("desk/paper.db"));
 }
 
 TEST(CheckFolder, ChangesNothingInTheFolder) {

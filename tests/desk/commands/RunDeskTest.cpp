@@ -104,6 +104,46 @@ TEST_F(RunDesk, AnOrderOfEachFamilyBecomesACommand) {
     EXPECT_FALSE(has("\"kind\":\"trade_error\""));
 }
 
+TEST_F(RunDesk, OrdersOfACreditGroupAreSplitToTheShare) {
+    folder.write("desk/desk.toml",
+                 folder.read("desk/desk.toml") +
+                     "[[account]]\nkey = \"C2\"\nbroker = \"credit\"\nfunds = 300000.0\ncredit_limit = "
+                     "500000.0\n[[group]]\nname = \"lent\"\nbroker = \"credit\"\nmembers = [{ account = "
+                     "\"C1\", weight = 6 }, { account = \"C2\", weight = 4 }]\n");
+    std::string strategies = folder.read("desk/strategies.toml");
+    const std::string account = "account = \"C1\"";
+    ASSERT_NE(strategies.find(account), std::string::npos);
+    folder.write("desk/strategies.toml",
+                 strategies.replace(strategies.find(account), account.size(), "group = \"lent\""));
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":14"); },
+        [this] {
+            folder.handOver("desk/orders/credit.txt", "27,0,11.02,600101,100\n27,0,11.02,600101,1000\n");
+            return true;
+        },
+        [this] { return has("\"kind\":\"fill\"") && has("\"volume\":400"); },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(has("volume 60 is no multiple of 100"));
+    EXPECT_TRUE(has("volume 40 is no multiple of 100"));
+    EXPECT_TRUE(has("\"volume\":600"));
+}
+
+TEST_F(RunDesk, ChangedMultiplierUnderAPositionIsNotStarted) {
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
+    std::string instruments = folder.read("desk/instruments.csv");
+    const std::string before = "future,300,";
+    ASSERT_NE(instruments.find(before), std::string::npos);
+    folder.write("desk/instruments.csv",
+                 instruments.replace(instruments.find(before), before.size(), "future,200,"));
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 1);
+    EXPECT_NE(
+        out.str().find("account F1: position CFIF2609 was opened with multiplier 300, but the instrument "
+                       "has 200"),
+        std::string::npos)
+        << out.str();
+}
+
 TEST_F(RunDesk, StrategiesChangedAtRunTimeSurvive) {
     const int code = run({
         [] {

@@ -19,7 +19,8 @@ public:
         replace(
             "desk.toml", "[[group]]",
             "[[account]]\nkey = \"F1\"\nbroker = \"future\"\nfunds = 1\n[[account]]\nkey = \"O1\"\nbroker = "
-            "\"stock_option\"\nfunds = 1\n[[group]]");
+            "\"stock_option\"\nfunds = 1\n[[account]]\nkey = \"G1\"\nbroker = \"gold\"\nfunds = "
+            "1\n[[group]]");
         replace("desk.toml", "broker = \"credit\"\n", "broker = \"credit\"\ncredit_limit = 500.5\n");
         replace("strategies.toml", "[[strategy]]\nchannel = 2",
                 "[[strategy]]\nchannel = 3\nsource = \"file\"\npath = \"orders/f.txt\"\naccount = "
@@ -35,11 +36,13 @@ public:
         files().write("quotes.csv", "instrument,last\nSH600000,10\nSZ000001,20\nIF2609,4000\n"
                                     "SHO10005001,0.5\nSGT00001,45\nGOLDAU99,520\n");
         files().write("quote_changes.csv", "after_seconds,instrument,last\n5,IF2609,4001\n");
-        files().write("positions.csv", "account,instrument,side,volume\n"
-                                       "A1,SH600000,,500\n"
+        files().write("positions.csv", "account,instrument,side,volume,paid\n"
+                                       "A1,SH600000,,500,\n"
                                        "F1,IF2609,long,2\n"
                                        "F1,CFIF2609,short,3\n"
-                                       "O1,SH600000,long,100\n");
+                                       "O1,10005001,long,100\n"
+                                       "G1,GOLDAU99,long,2,full\n"
+                                       "G1,GOLDAU99,short,1,\n");
     }
 };
 
@@ -72,6 +75,15 @@ TEST(FamilyFolder, AnAccountMayBeLongAndShortInOneInstrument) {
     EXPECT_EQ(config.accounts[2].positions[1].side, EPositionSide::Short);
     EXPECT_EQ(config.accounts[2].positions[1].volume, 3);
     EXPECT_EQ(config.accounts[0].positions.at(0).side, EPositionSide::Long) << "where it is left out";
+}
+
+TEST(FamilyFolder, GoldIsOnMarginUnlessTheFolderSaysThatItWasPaidInFull) {
+    CFamilyFolder folder;
+    EXPECT_TRUE(folder.load().config.accounts.at(4).positions.at(0).paidInFull);
+    folder.replace("positions.csv", "long,2,full", "long,2,margin");
+    EXPECT_FALSE(folder.load().config.accounts.at(4).positions.at(0).paidInFull);
+    folder.replace("positions.csv", "long,2,margin", "long,2,");
+    EXPECT_FALSE(folder.load().config.accounts.at(4).positions.at(0).paidInFull);
 }
 
 TEST(FamilyFolder, ACreditAccountHasItsLimit) {
@@ -129,13 +141,21 @@ const CSpoiled kRows[] = {
      "positions.csv:4: the position stands twice"},
     {"FutureOnAStockAccount", "positions.csv", "F1,IF2609", "A1,IF2609",
      "positions.csv:3: account \"A1\" is of a broker type that does not hold instruments of kind future"},
+    {"StockToLock", "positions.csv", "O1,10005001", "O1,SH600000",
+     "positions.csv:5: account \"O1\" is of a broker type that does not hold instruments of kind stock"},
+    {"PaidStock", "positions.csv", "A1,SH600000,,500,", "A1,SH600000,,500,full",
+     "positions.csv:2: paid is for long positions in gold; all else is paid as its kind is"},
+    {"PaidShort", "positions.csv", "G1,GOLDAU99,short,1,", "G1,GOLDAU99,short,1,margin",
+     "positions.csv:7: paid is for long positions in gold; all else is paid as its kind is"},
+    {"UnknownPayment", "positions.csv", "long,2,full", "long,2,cash",
+     "positions.csv:6: paid is \"cash\"; expected one of full, margin"},
     {"NegativeLimit", "desk.toml", "500.5", "-500.5",
      "desk.toml:11: account: credit_limit must not be negative"},
     {"LimitOfAnotherKind", "desk.toml", "funds = 1000.0", "funds = 1000.0\ncredit_limit = 1",
      "desk.toml:6: account: credit_limit is for accounts of broker \"credit\" only"},
     {"BasketOfAFuture", "desk.toml", "market = \"SH\", code = \"600000\"",
      "market = \"CF\", code = \"IF2609\"",
-     "desk.toml:32: basket.rows: instrument \"CFIF2609\" is unknown; expected market and code of a stock in "
+     "desk.toml:36: basket.rows: instrument \"CFIF2609\" is unknown; expected market and code of a stock in "
      "instruments.csv"},
     {"AccountOfAnotherFamily", "strategies.toml", "\"F1\"", "\"O1\"",
      "strategies.toml:10: strategy: account \"O1\" is of a broker type that the family does not trade on"},
@@ -148,23 +168,26 @@ std::string nameOf(const testing::TestParamInfo<CSpoiled>& row) {
 
 INSTANTIATE_TEST_SUITE_P(InAFolder, FamilyMistake, testing::ValuesIn(kRows), nameOf);
 
-TEST(Kinds, EveryFamilyTradesSomethingThatItsAccountsHold) {
+TEST(Kinds, EveryFamilyTradesSomethingAndItsAccountsHoldNothingElse) {
     for (std::size_t i = 0; i < TC::kFamilyCount; ++i) {
         const TC::EQDBrokerType broker = TC::kFamilies[i].m_eBrokerType;
         bool trades = false;
         for (int number = 0; number <= static_cast<int>(EInstrumentKind::Gold); ++number) {
             const auto kind = static_cast<EInstrumentKind>(number);
-            if (!tradesKind(broker, kind)) continue;
-            trades = true;
-            EXPECT_TRUE(holdsKind(broker, kind)) << TC::kFamilies[i].m_pszName << ' ' << number;
+            trades = trades || tradesKind(broker, kind);
+            EXPECT_TRUE(tradesKind(broker, kind) || !holdsKind(broker, kind))
+                << TC::kFamilies[i].m_pszName << ' ' << number;
         }
         EXPECT_TRUE(trades) << TC::kFamilies[i].m_pszName;
     }
 }
 
-TEST(Kinds, ExercisedOptionsLeaveFuturesOnTheirAccount) {
-    EXPECT_FALSE(tradesKind(TC::EQDBrokerType::FutureOption, EInstrumentKind::Future));
-    EXPECT_TRUE(holdsKind(TC::EQDBrokerType::FutureOption, EInstrumentKind::Future));
+TEST(Kinds, StocksToLockAndSharesOfTheTransferMarketMayBeNamedButNotHeld) {
+    EXPECT_TRUE(tradesKind(TC::EQDBrokerType::StockOption, EInstrumentKind::Stock));
+    EXPECT_FALSE(holdsKind(TC::EQDBrokerType::StockOption, EInstrumentKind::Stock));
+    EXPECT_TRUE(tradesKind(TC::EQDBrokerType::Neeq, EInstrumentKind::Neeq));
+    EXPECT_FALSE(holdsKind(TC::EQDBrokerType::Neeq, EInstrumentKind::Neeq));
+    EXPECT_FALSE(holdsKind(TC::EQDBrokerType::FutureOption, EInstrumentKind::Future));
 }
 
 } // namespace

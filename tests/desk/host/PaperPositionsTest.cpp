@@ -1,5 +1,6 @@
 #include "desk/host/PaperPositions.h"
 
+#include "desk/host/DeskUserConfig.h"
 #include "desk/market/Market.h"
 #include "records/Portfolio.h"
 #include "tests/support/TempFolder.h"
@@ -35,6 +36,12 @@ CAccountEntry makeAccount(const std::string& key, std::vector<CPositionEntry> po
     return entry;
 }
 
+CDeskConfig configOf(const std::vector<CAccountEntry>& accounts) {
+    CDeskConfig config;
+    config.accounts = accounts;
+    return config;
+}
+
 class PaperPositions : public testing::Test {
 protected:
     void SetUp() override {
@@ -49,7 +56,8 @@ protected:
         makeAccount("A2", {makePosition("SH600000", 700, 700)}), makeAccount("A3", {})};
     const CMarket m_market{{makeInstrument("SH", "600000"), makeInstrument("SZ", "000001")}, {}, {}};
     CPaperBroker m_broker{m_market, [](const CBrokerEvent&) { return true; }};
-    const CPaperPositions m_positions{m_broker, m_market, m_accounts};
+    const CDeskUserConfig m_user{configOf(m_accounts)};
+    const CPaperPositions m_positions{m_broker, m_market, m_user};
 };
 
 TEST_F(PaperPositions, AnAccountHasItsOwnWithWhatCanBeSold) {

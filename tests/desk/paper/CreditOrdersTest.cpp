@@ -31,6 +31,11 @@ protected:
         }
         return {};
     }
+    /// A book with two prices.
+    void bid(double buy, double sell) {
+        m_quotes.setQuote(keyOf(kCredit), {{buy, 1000}}, {{sell, 1000}});
+        ASSERT_TRUE(m_broker->onQuote(keyOf(kCredit)).isSuccess());
+    }
     double owed() const { return fromMoney(debt("").m_nAmount); }
     std::int64_t sharesOwed() const { return debt(keyOf(kCredit)).m_nVolume; }
 };
@@ -119,6 +124,81 @@ TEST_F(CreditOrders, ProceedsOfTheShortSalePayForBuyingBack) {
     EXPECT_EQ(available(kCredit), 0);
     EXPECT_EQ(frozen(kCredit), 0);
     EXPECT_EQ(cash(kCredit), 0);
+}
+
+TEST_F(CreditOrders, WaitingShortSaleSellsAtABetterPriceAsFarAsItsCreditPays) {
+    offer(kCredit, 9);
+    const CPaperOrder waiting = orderOf(kCredit, kSellShort, 500, 10);
+    offer(kCredit, 12, 100);
+    EXPECT_EQ(sharesOwed(), 100);
+    EXPECT_EQ(debt(keyOf(kCredit)).m_nReserved, toMoney(3800).value()) << "what the price has left of it";
+    EXPECT_EQ(order(waiting.m_nId).m_eStatus, EOrderStatus::PartFilled);
+    offer(kCredit, 12);
+    EXPECT_EQ(sharesOwed(), 416);
+    EXPECT_EQ(fromMoney(debt(keyOf(kCredit)).m_nAmount), 416 * 12);
+    EXPECT_EQ(order(waiting.m_nId).m_eStatus, EOrderStatus::Cancelled);
+    EXPECT_EQ(order(waiting.m_nId).m_strReason, "not enough credit for the better price");
+    EXPECT_EQ(debt(keyOf(kCredit)).m_nReserved, 0);
+}
+
+TEST_F(CreditOrders, WaitingShortSaleTakesWhatElseIsLeftOfTheLimit) {
+    offer(kCredit, 9);
+    outcomeOf(kSellShort, 400, 10);
+    EXPECT_EQ(outcomeOf(kSellShort, 100, 10), "working");
+    ASSERT_TRUE(m_broker->cancelTask(2, "").isSuccess());
+    offer(kCredit, 12);
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Filled);
+    EXPECT_EQ(fromMoney(debt(keyOf(kCredit)).m_nAmount), 4800);
+}
+
+TEST_F(CreditOrders, LimitThatWasLoweredBoundsWhatWaitsByWhatItHolds) {
+    offer(kCredit, 9);
+    outcomeOf(kSellShort, 300, 10);
+    std::vector<CAccountEntry> accounts = familyAccounts();
+    for (CAccountEntry& account : accounts)
+        account.creditLimit = 0;
+    openFamilies(accounts);
+    EXPECT_EQ(outcomeOf(kSellShort, 100, 10), "not enough credit: needs 1000.0000, available -3000.0000");
+    offer(kCredit, 12);
+    EXPECT_EQ(sharesOwed(), 250);
+    EXPECT_EQ(fromMoney(debt(keyOf(kCredit)).m_nAmount), 3000);
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Cancelled);
+}
+
+TEST_F(CreditOrders, WaitingReturnCountsOnTheProceedsThatItFound) {
+    outcomeOf(18, 9990, 10);
+    outcomeOf(kSellShort, 100, 10);
+    bid(12, 12);
+    EXPECT_EQ(outcomeOf(kBuyToReturn, 100, 11), "working");
+    EXPECT_EQ(frozen(kCredit), 100);
+    EXPECT_EQ(available(kCredit), 0);
+    bid(5, 12);
+    EXPECT_EQ(outcomeOf(kSellShort, 100, 5), "filled");
+    offer(kCredit, 11);
+    EXPECT_EQ(available(kCredit), 0);
+    EXPECT_EQ(sharesOwed(), 100);
+    EXPECT_EQ(margin(kCredit), 500) << "what the second hundred were sold for";
+}
+
+TEST_F(CreditOrders, ReturnsClaimTheProceedsOneAfterTheOther) {
+    outcomeOf(kSellShort, 100, 10);
+    bid(10, 12);
+    EXPECT_EQ(outcomeOf(kBuyToReturn, 60, 11), "working");
+    EXPECT_EQ(frozen(kCredit), 60);
+    bid(5, 12);
+    outcomeOf(kSellShort, 60, 5);
+    EXPECT_EQ(outcomeOf(kBuyToReturn, 100, 10), "working");
+    EXPECT_EQ(frozen(kCredit), 60 + 300) << "the rest of the proceeds is 400 and 300";
+    EXPECT_EQ(debt(keyOf(kCredit)).m_nClaimed, toMoney(1300).value());
+    ASSERT_TRUE(m_broker->cancelTask(2, "").isSuccess());
+    EXPECT_EQ(debt(keyOf(kCredit)).m_nClaimed, toMoney(700).value());
+    offer(kCredit, 10, 50);
+    EXPECT_EQ(debt(keyOf(kCredit)).m_nClaimed, toMoney(350).value());
+    EXPECT_EQ(frozen(kCredit), 150);
+    EXPECT_EQ(available(kCredit), kFunds - 300);
+    offer(kCredit, 9);
+    EXPECT_EQ(available(kCredit), kFunds - 250);
+    EXPECT_EQ(margin(kCredit), 600) << "of the 60 that are still owed";
 }
 
 TEST_F(CreditOrders, SharesAreReturnedFromThePosition) {

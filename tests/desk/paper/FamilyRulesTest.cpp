@@ -1,5 +1,7 @@
+#include "desk/config/Kinds.h"
 #include "desk/market/Operations.h"
 #include "desk/paper/PaperFamilies.h"
+#include "desk/paper/Settlement.h"
 
 #include "tests/desk/paper/FamilyDesk.h"
 
@@ -71,6 +73,33 @@ TEST_F(FamilyRules, EveryOperationIsModelledOrRefusedWithItsReason) {
                 EXPECT_NE(findOperation(type), nullptr) << operation;
             }
         }
+    }
+}
+
+TEST_F(FamilyRules, WhatIsModelledCanBeBookedAndWhatIsNotCannot) {
+    for (const COperations& row : kOperations) {
+        for (const int operation : row.m_modelled)
+            EXPECT_TRUE(canSettle(*findOperation(static_cast<TC::EOperationType>(operation)))) << operation;
+    }
+    for (const int operation : {38, 39, 40, 41, 50, 55, 56})
+        EXPECT_FALSE(canSettle(*findOperation(static_cast<TC::EOperationType>(operation)))) << operation;
+    CPaperOrder unknown;
+    unknown.m_eOperation = static_cast<TC::EOperationType>(-1);
+    EXPECT_FALSE(canSettle(operationOf(unknown)));
+}
+
+TEST_F(FamilyRules, FolderAndBrokerAgreeOnWhatAccountsHold) {
+    constexpr TC::EQDBrokerType kBrokers[] = {
+        TC::EQDBrokerType::Stock,       TC::EQDBrokerType::Credit,       TC::EQDBrokerType::Future,
+        TC::EQDBrokerType::StockOption, TC::EQDBrokerType::FutureOption, TC::EQDBrokerType::SGT,
+        TC::EQDBrokerType::HGT,         TC::EQDBrokerType::Neeq,         TC::EQDBrokerType::Gold};
+    for (int number = 0; number <= static_cast<int>(EInstrumentKind::Gold); ++number) {
+        const auto kind = static_cast<EInstrumentKind>(number);
+        for (const TC::EQDBrokerType broker : kBrokers)
+            EXPECT_EQ(holdsKind(broker, kind), canTrade(broker, kind)) << number << ' ' << int(broker);
+        EXPECT_EQ(canBeShort(kind), paymentOf(kind, EPositionSide::Short).has_value()) << number;
+        EXPECT_EQ(canBePaidEitherWay(kind, EPositionSide::Long), kind == EInstrumentKind::Gold) << number;
+        EXPECT_FALSE(canBePaidEitherWay(kind, EPositionSide::Short)) << number;
     }
 }
 

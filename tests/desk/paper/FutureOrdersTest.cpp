@@ -202,11 +202,73 @@ TEST_F(FutureOrders, PositionsOfTheConfigurationHoldTheirMargin) {
     EXPECT_EQ(fromMoney(funds("NEW").m_nMargin), 180);
 }
 
-TEST_F(FutureOrders, ShortStocksOfTheConfigurationMakeNoSense) {
-    CAccountEntry entry;
-    entry.key = "BAD";
-    entry.positions = {{kStock, EPositionSide::Short, 100, 100, 10}};
-    CPaperBroker broker(m_quotes, nullptr);
-    EXPECT_EQ(broker.open(m_folder.path(), {entry}, 0).errorMsg(),
-              "account BAD: position SH600000 makes no sense");
+TEST_F(FutureOrders, GoldOfTheConfigurationIsOnMarginUnlessItWasBoughtOutright) {
+    std::vector<CAccountEntry> accounts(2);
+    for (CAccountEntry& entry : accounts) {
+        entry.broker = TC::EQDBrokerType::Gold;
+        entry.funds = 1000;
+        entry.positions = {{"SGEAuTD", EPositionSide::Long, 2, 2, 4}};
+    }
+    accounts[0].key = "MARGIN";
+    accounts[1].key = "FULL";
+    accounts[1].positions[0].paidInFull = true;
+    openFamilies(accounts);
+    EXPECT_EQ(fromMoney(funds("MARGIN").m_nMargin), 160);
+    EXPECT_EQ(fromMoney(funds("FULL").m_nMargin), 0);
+    for (const CAccountEntry& entry : accounts) {
+        TC::CCodeOrderParam code = recordOf(kGold, 1, 2, 5);
+        code.m_account = account(entry.key);
+        EXPECT_EQ(outcome(orderOf(kGold, code)), "filled");
+    }
+    EXPECT_EQ(fromMoney(funds("MARGIN").m_nCash), 1200) << "the gain alone";
+    EXPECT_EQ(fromMoney(funds("FULL").m_nCash), 2000) << "what they are worth";
+    EXPECT_EQ(fromMoney(funds("MARGIN").m_nMargin), 0);
+}
+
+/// An account of the folder that is refused, and why.
+struct CRefusedRow {
+    const char* m_pszName;
+    TC::EQDBrokerType m_eBroker;
+    CPositionEntry m_position;
+    const char* m_pszWhy;
+};
+
+TEST_F(FutureOrders, PositionsThatCannotBeTakenInAreRefused) {
+    const CRefusedRow rows[] = {
+        {"a stock has no short side",
+         TC::EQDBrokerType::Stock,
+         {kStock, EPositionSide::Short, 100, 100, 10},
+         "position SH600000 makes no sense"},
+        {"only gold can be paid either way",
+         TC::EQDBrokerType::Future,
+         {"SFrb2605", EPositionSide::Long, 1, 1, 100, true},
+         "position SFrb2605 makes no sense"},
+        {"short gold is always on margin",
+         TC::EQDBrokerType::Gold,
+         {"SGEAuTD", EPositionSide::Short, 1, 1, 5, true},
+         "position SGEAuTD makes no sense"},
+        {"stocks to lock",
+         TC::EQDBrokerType::StockOption,
+         {kStock, EPositionSide::Long, 100, 100, 10},
+         "position SH600000 could never be traded on such an account"},
+        {"no family trades futures there",
+         TC::EQDBrokerType::FutureOption,
+         {"SFrb2605", EPositionSide::Long, 1, 1, 100},
+         "position SFrb2605 could never be traded on such an account"},
+        {"margins beyond the funds",
+         TC::EQDBrokerType::Future,
+         {"SFrb2605", EPositionSide::Long, 3, 3, 100},
+         "its positions hold 300.0000 as margin, more than its funds of 250.0000"},
+    };
+    for (const CRefusedRow& row : rows) {
+        CAccountEntry entry;
+        entry.key = "BAD";
+        entry.broker = row.m_eBroker;
+        entry.funds = 250;
+        entry.positions = {row.m_position};
+        CPaperBroker broker(m_quotes, nullptr);
+        EXPECT_EQ(broker.open(m_folder.path(), {entry}, 0).errorMsg(),
+                  std::string("account BAD: ") + row.m_pszWhy)
+            << row.m_pszName;
+    }
 }

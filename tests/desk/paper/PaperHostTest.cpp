@@ -1,6 +1,7 @@
 #include "desk/host/BrokerJournal.h"
 #include "desk/host/DeskIntakeAudit.h"
 #include "desk/host/DeskMsgService.h"
+#include "desk/host/DeskUserConfig.h"
 #include "desk/host/FolderLock.h"
 #include "desk/host/JournalGuard.h"
 #include "desk/host/PaperOrderClient.h"
@@ -175,7 +176,9 @@ TEST_F(PaperHost, CancelByOrderAnswersBySignal) {
 }
 
 TEST_F(PaperHost, TasksOfTheCentreEndTheirOrders) {
-    CPaperTraderCenter center(m_journal, *m_broker, m_sink);
+    const CDeskUserConfig user{CDeskConfig()};
+    const CPaperPositions positions(*m_broker, m_quotes, user);
+    CPaperTraderCenter center(m_journal, *m_broker, m_sink, positions);
     const int task = place({buy(100, 9.50)});
     EXPECT_TRUE(center.getTaskCenter().findTasks(task + 1).empty());
     const auto tasks = center.getTaskCenter().findTasks(task);

@@ -1,0 +1,212 @@
+#include "tests/desk/paper/StoredDesk.h"
+
+using namespace desk;
+using namespace desk::test;
+
+namespace {
+
+class PaperUpgrade : public StoredDesk {
+protected:
+    /// Why the store cannot be used, or an empty text.
+    std::string refusal(const std::vector<CAccountEntry>& accounts = familyAccounts()) {
+        m_broker.reset();
+        CPaperBroker broker(m_quotes, nullptr);
+        return broker.open(m_folder.path(), accounts, 0).errorMsg();
+    }
+
+    int storeVersion() const {
+        sqlite3* database = nullptr;
+        EXPECT_EQ(sqlite3_open(m_folder.file(kPaperStoreName).c_str(), &database), SQLITE_OK);
+        int version = -1;
+        const auto read = [](void* out, int, char** cells, char**) {
+            *static_cast<int*>(out) = std::stoi(cells[0]);
+            return 0;
+        };
+        sqlite3_exec(database, "PRAGMA user_version", read, &version, nullptr);
+        sqlite3_close(database);
+        return version;
+    }
+
+    /// Turns the store into one of version 2, which did not keep multipliers and proceeds.
+    void makeOlder() {
+        m_broker.reset();
+        runSql("ALTER TABLE positions DROP COLUMN multiplier; ALTER TABLE orders DROP COLUMN proceeds;"
+               "ALTER TABLE debts DROP COLUMN claimed; PRAGMA user_version = 2;");
+    }
+
+    void setMultiplier(EFamily family, int multiplier) {
+        CInstrumentEntry entry = *m_quotes.instrument(keyOf(family));
+        entry.multiplier = multiplier;
+        m_quotes.addInstrument(entry);
+    }
+
+    static CAccountEntry accountWith(EFamily family, const CPositionEntry& position) {
+        CAccountEntry entry;
+        entry.key = rowOf(family).m_pszAccount;
+        entry.broker = rowOf(family).m_eBroker;
+        entry.funds = kFunds;
+        entry.positions = {position};
+        return entry;
+    }
+};
+
+/// A store as the desk made it while it knew stocks alone: A1 with a position and two waiting orders.
+constexpr const char* kStockStore = R"(
+    CREATE TABLE desk (only INTEGER PRIMARY KEY CHECK (only = 1), last_event INTEGER NOT NULL, trading_day TEXT NOT NULL);
+    CREATE TABLE funds (account TEXT PRIMARY KEY, cash INTEGER NOT NULL, frozen INTEGER NOT NULL);
+    CREATE TABLE positions (account TEXT NOT NULL, stock TEXT NOT NULL, volume INTEGER NOT NULL,
+        sellable INTEGER NOT NULL, frozen INTEGER NOT NULL, cost INTEGER NOT NULL, PRIMARY KEY (account, stock));
+    CREATE TABLE tasks (id INTEGER PRIMARY KEY, reference INTEGER NOT NULL, orders INTEGER NOT NULL,
+        remark TEXT NOT NULL, time TEXT NOT NULL);
+    CREATE TABLE orders (id INTEGER PRIMARY KEY, task INTEGER NOT NULL, account TEXT NOT NULL, stock TEXT NOT NULL,
+        operation INTEGER NOT NULL, price_type INTEGER NOT NULL, market INTEGER NOT NULL, price INTEGER NOT NULL,
+        volume INTEGER NOT NULL, filled INTEGER NOT NULL, filled_amount INTEGER NOT NULL, frozen INTEGER NOT NULL,
+        status INTEGER NOT NULL, reason TEXT NOT NULL, time TEXT NOT NULL);
+    CREATE TABLE fills (id INTEGER PRIMARY KEY, order_id INTEGER NOT NULL, price INTEGER NOT NULL,
+        volume INTEGER NOT NULL, time TEXT NOT NULL);
+    CREATE TABLE events (number INTEGER PRIMARY KEY, order_id INTEGER NOT NULL, fill_id INTEGER NOT NULL,
+        filled INTEGER NOT NULL, filled_amount INTEGER NOT NULL, status INTEGER NOT NULL, reason TEXT NOT NULL,
+        time TEXT NOT NULL);
+    PRAGMA user_version = 1;
+    INSERT INTO desk VALUES (1, 2, '20260105');
+    INSERT INTO funds VALUES ('A1', 1000000000, 9500000);
+    INSERT INTO positions VALUES ('A1', 'SH600000', 1250, 1050, 300, 100000000);
+    INSERT INTO tasks VALUES (1, 0, 3, '', '');
+    INSERT INTO orders VALUES (1, 1, 'A1', 'SH600000', 18, 11, 0, 95000, 100, 0, 0, 9500000, 0, '', '');
+    INSERT INTO orders VALUES (2, 1, 'A1', 'SH600000', 19, 11, 0, 105000, 400, 100, 10500000, 0, 1, '', '');
+    INSERT INTO orders VALUES (3, 1, 'A1', 'SH600000', 19, 11, 0, 105000, 500, 0, 0, 0, 3, '', '');
+)";
+
+constexpr const char* kNotKnown =
+    "was stored by an older desk, and its multiplier and margin are not known; remove paper.db to begin anew "
+    "with the folder's funds and positions";
+
+} // namespace
+
+TEST_F(PaperUpgrade, StoreOfStocksAloneIsBroughtUpToDate) {
+    removeStore();
+    runSql(kStockStore);
+    open(2);
+    const CPaperPosition held = position();
+    EXPECT_EQ(held.m_eSide, EPositionSide::Long);
+    EXPECT_EQ(held.m_nToday, 200);
+    EXPECT_EQ(held.m_nPaid, held.m_nCost);
+    EXPECT_EQ(order(2).m_nCloseEarlier, 300);
+    EXPECT_EQ(order(3).m_nCloseEarlier, 0);
+    m_quotes.setQuote(kStock, {{10.6, 1000}}, {});
+    ASSERT_TRUE(m_broker->onQuote(kStock).isSuccess());
+    EXPECT_EQ(order(2).m_eStatus, EOrderStatus::Filled);
+    EXPECT_EQ(position().m_nVolume, 950);
+    EXPECT_EQ(position().m_nFrozen, 0);
+    EXPECT_EQ(funds().m_nCash, toMoney(100000 + 300 * 10.6).value());
+    ASSERT_TRUE(m_broker->cancelTask(1, "").isSuccess());
+    EXPECT_EQ(funds().m_nFrozen, 0);
+    reopen(m_events.back().m_nNumber);
+    EXPECT_EQ(position().m_nVolume, 950);
+}
+
+TEST_F(PaperUpgrade, StoreOfALaterVersionIsRefused) {
+    removeStore();
+    runSql("PRAGMA user_version = 4;");
+    CPaperBroker broker(m_quotes, nullptr);
+    const std::string error = broker.open(m_folder.path(), {}, 0).errorMsg();
+    EXPECT_NE(error.find("another version of the desk made it"), std::string::npos) << error;
+}
+
+TEST_F(PaperUpgrade, FutureOfTheFirstStoreIsRefusedAndTheStoreLeftAlone) {
+    removeStore();
+    runSql(kStockStore);
+    runSql("INSERT INTO funds VALUES ('FU', 1000000000, 0);"
+           "INSERT INTO positions VALUES ('FU', 'SFrb2605', 4, 4, 0, 158000000);");
+    EXPECT_EQ(refusal(), std::string("account FU: position SFrb2605 ") + kNotKnown);
+    EXPECT_EQ(storeVersion(), 1);
+    EXPECT_EQ(refusal({}), "") << "without the account nobody can trade it";
+    EXPECT_EQ(storeVersion(), 3);
+    EXPECT_EQ(refusal(), std::string("account FU: position SFrb2605 ") + kNotKnown) << "nor later";
+}
+
+TEST_F(PaperUpgrade, OptionOfTheFirstStoreIsRefusedWhereItsCostLacksTheMultiplier) {
+    removeStore();
+    runSql(kStockStore);
+    // 3 lots at 0.1, as the folder still has them.
+    runSql("INSERT INTO funds VALUES ('OP', 1000000000, 0);"
+           "INSERT INTO positions VALUES ('OP', 'SHO10000001', 3, 3, 0, 3000);");
+    const CAccountEntry account =
+        accountWith(EFamily::Option, {"SHO10000001", EPositionSide::Long, 3, 3, 0.1});
+    EXPECT_EQ(refusal({account}), std::string("account OP: position SHO10000001 ") + kNotKnown);
+    setMultiplier(EFamily::Option, 1);
+    EXPECT_EQ(refusal({account}), "");
+}
+
+TEST_F(PaperUpgrade, BooksOfTheSecondStoreAreTheSameAfterIt) {
+    removeStore();
+    openFamilies();
+    tradeEveryFamily();
+    const std::string before = books();
+    makeOlder();
+    openFamilies();
+    EXPECT_EQ(books(), before);
+    EXPECT_EQ(storeVersion(), 3);
+    EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 10);
+}
+
+TEST_F(PaperUpgrade, PositionOfTheSecondStoreThatNobodyTradedIsReadAgainFromTheFolder) {
+    const std::vector<CAccountEntry> accounts = {
+        accountWith(kFuture, {keyOf(kFuture), EPositionSide::Long, 4, 4, 95})};
+    removeStore();
+    openFamilies(accounts);
+    makeOlder();
+    openFamilies(accounts);
+    EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 10);
+
+    makeOlder();
+    setMultiplier(kFuture, 300);
+    EXPECT_EQ(refusal(accounts), std::string("account FU: position SFrb2605 ") + kNotKnown);
+    EXPECT_EQ(storeVersion(), 2);
+}
+
+TEST_F(PaperUpgrade, PositionThatIsNotPaidAsItsKindIsRefused) {
+    orderOf(kFuture, 0, 2, 100);
+    m_broker.reset();
+    runSql("UPDATE positions SET paid = cost WHERE account = 'FU';");
+    EXPECT_EQ(refusal(),
+              "account FU: position SFrb2605 was not paid for as instruments of its kind are; remove "
+              "paper.db to begin anew with the folder's funds and positions");
+}
+
+TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderAPositionIsRefused) {
+    orderOf(kFuture, 0, 2, 100);
+    setMultiplier(kFuture, 300);
+    const std::string expected = "account FU: position SFrb2605 was opened with multiplier 10, but the "
+                                 "instrument has 300; set it back in instruments.csv until nothing of it is "
+                                 "held";
+    EXPECT_EQ(refusal(), expected);
+    makeOlder();
+    EXPECT_EQ(refusal(), expected) << "its orders tell";
+    setMultiplier(kFuture, 10);
+    openFamilies();
+    EXPECT_EQ(outcomeOf(kFuture, 2, 2, 100), "filled");
+    setMultiplier(kFuture, 300);
+    openFamilies();
+    EXPECT_EQ(outcomeOf(kFuture, 0, 1, 100), "filled");
+    EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 300);
+}
+
+TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderAWaitingOrderIsRefused) {
+    orderOf(kFuture, 0, 2, 90);
+    setMultiplier(kFuture, 300);
+    EXPECT_EQ(refusal(), "account FU: waiting order 1 of SFrb2605 was placed with multiplier 10, but the "
+                         "instrument has 300; set it back in instruments.csv until nothing of it is held");
+}
+
+TEST_F(PaperUpgrade, MultiplierThatChangesWhileTheDeskRunsBooksNothing) {
+    orderOf(kFuture, 0, 2, 100);
+    orderOf(kFuture, 2, 1, 101);
+    setMultiplier(kFuture, 300);
+    for (const int operation : {0, 2, 5, 11}) {
+        EXPECT_EQ(outcomeOf(kFuture, operation, 1, 100),
+                  "the position was opened with multiplier 10, the instrument has 300");
+    }
+    offer(kFuture, 101);
+    EXPECT_EQ(cash(kFuture), kFunds + 10) << "the waiting order closes as the position was opened";
+}
