@@ -15,6 +15,7 @@
 #include <chrono>
 #include <cmath>
 #include <random>
+#include <string>
 
 namespace {
 
@@ -161,12 +162,13 @@ void weightedVolumeBaseline(benchmark::State& state) {
         for (const CWeightedRow& row : calls)
             row.call();
     };
-    const long before = host.calls();
+    const bench::CCallCounts before = host.calls();
     checks.calcVolumnByWeight(rows, kAmount);
-    const long ofRows = host.calls() - before;
+    const bench::CCallCounts between = host.calls();
     callAll();
-    if (host.calls() - before != 2 * ofRows) {
-        state.SkipWithError("the rows take other host calls than their baseline");
+    const std::string difference = bench::differenceOf(before, between, host.calls());
+    if (!difference.empty()) {
+        state.SkipWithError(("the rows take other host calls than their baseline:" + difference).c_str());
         return;
     }
     double best = HUGE_VAL;

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <memory>
+#include <string>
 
 namespace bench {
 namespace {
@@ -38,6 +39,17 @@ private:
 };
 
 } // namespace
+
+std::string differenceOf(const CCallCounts& before, const CCallCounts& between, const CCallCounts& after) {
+    std::string text;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        const long first = between[i] - before[i], second = after[i] - between[i];
+        if (first != second)
+            text += " kind " + std::to_string(i) + ": " + std::to_string(first) + " and " +
+                    std::to_string(second);
+    }
+    return text;
+}
 
 CCheckHost::CCheckHost(int accounts, int instruments) {
     for (int i = 0; i < accounts; ++i) {
@@ -74,7 +86,7 @@ void CCheckHost::addInstrument(QHash<QString, TC::CInstrumentDetailPtr>& list, c
     detail->m_strCode = code.toStdString();
     detail->m_strName = "stock " + detail->m_strCode;
     list.insert(key, detail);
-    m_quotes.quotes.insert(key, boost::make_shared<CCountingQuote>(m_calls.count));
+    m_quotes.quotes.insert(key, boost::make_shared<CCountingQuote>(m_calls.of(EHostCall::QuotePrice)));
 }
 
 void CCheckHost::hold(int index, int volume) {
@@ -88,19 +100,19 @@ void CCheckHost::hold(int index, int volume) {
 }
 
 TC::CUserConfig* CCheckHost::CUser::getUserConfig() {
-    ++calls.count;
+    ++calls.of(EHostCall::UserConfig);
     return this;
 }
 
 std::string CCheckHost::CUser::getUserName() const {
-    ++calls.count;
+    ++calls.of(EHostCall::UserName);
     return "demo";
 }
 
 void CCheckHost::CUser::getAccountsWeights(TC::EQDBrokerType, TC::ESelectedAccountType, const QString&,
                                            std::vector<TC::CAccountInfoPtr>& found,
                                            std::vector<double>& foundRatios, bool) const {
-    ++calls.count;
+    ++calls.of(EHostCall::AccountsWeights);
     found.insert(found.end(), accounts.begin(), accounts.end());
     foundRatios.insert(foundRatios.end(), ratios.begin(), ratios.end());
 }
@@ -111,75 +123,75 @@ std::vector<int> CCheckHost::CTrading::splitEntrusts(int volume, double, TC::EPr
                                                      const std::string&, const std::string&,
                                                      TC::EOperationType, TC::EHedge_Flag_Type,
                                                      const boost::shared_ptr<utils::KNError>&) {
-    ++calls.count;
+    ++calls.of(EHostCall::SplitEntrusts);
     return std::vector<int>(accounts.size(), volume / static_cast<int>(accounts.size()));
 }
 
 bool CCheckHost::CExchange::hasStock(const QString& key) {
-    ++calls.count;
+    ++calls.of(EHostCall::HasStock);
     return stocks.contains(key);
 }
 
 bool CCheckHost::CExchange::hasFuture(const QString& key) {
-    ++calls.count;
+    ++calls.of(EHostCall::HasFuture);
     return others.contains(key);
 }
 
 bool CCheckHost::CExchange::hasOption(const QString& key) {
-    ++calls.count;
+    ++calls.of(EHostCall::HasOption);
     return others.contains(key);
 }
 
 TC::CInstrumentDetailPtr CCheckHost::CExchange::getCodeInfo(const QString& key) {
-    ++calls.count;
+    ++calls.of(EHostCall::CodeInfo);
     const auto stock = stocks.constFind(key);
     return stock != stocks.constEnd() ? *stock : others.value(key);
 }
 
 TC::CPriceDataPtr CCheckHost::CQuotes::getStockPrice(const QString& key) {
-    ++calls.count;
+    ++calls.of(EHostCall::StockPrice);
     return quotes.value(key);
 }
 
 boost::shared_ptr<TC::CQuoteRequest>
 CCheckHost::CQuotes::subscribe(const QString&, const TC::CQuoteRequest::CCallback&, TC::ESubscribeType) {
-    ++calls.count;
+    ++calls.of(EHostCall::Subscribe);
     return boost::make_shared<TC::CQuoteRequest>();
 }
 
 QString CCheckHost::CRules::qdStockKey(const QString& market, const QString& code) {
-    ++calls.count;
+    ++calls.of(EHostCall::StockKey);
     return market + code;
 }
 
 TC::EQDBrokerType CCheckHost::CRules::orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType) {
-    ++calls.count;
+    ++calls.of(EHostCall::BrokerType);
     return TC::EQDBrokerType::Stock;
 }
 
 void CCheckHost::CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
                                              TC::EOperationType operation, int volume, double price,
                                              const TC::CPriceDataPtr& quote) {
-    ++calls.count;
+    ++calls.of(EHostCall::SettingToParam);
     minimal::CRules::orderSettingToParam(setting, record, operation, volume, price, quote);
 }
 
 void CCheckHost::CRules::fixTimeRange(TC::CCodeOrderParam&) {
-    ++calls.count;
+    ++calls.of(EHostCall::FixTimeRange);
 }
 
 bool CCheckHost::CRules::isMarketPrice(TC::EPriceType) {
-    ++calls.count;
+    ++calls.of(EHostCall::MarketPrice);
     return false;
 }
 
 bool CCheckHost::CTypes::isTypedStock(int type, const std::string&, const std::string&) {
-    ++calls.count;
+    ++calls.of(EHostCall::TypedStock);
     return type == knservice::kTypeTradableStock || type == knservice::kBasketTypes[0];
 }
 
 int CCheckHost::CTypes::getTradeMinUnit(const std::string&, const std::string&, TC::EOperationType) {
-    ++calls.count;
+    ++calls.of(EHostCall::TradeMinUnit);
     return 100;
 }
 

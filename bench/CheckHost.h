@@ -8,6 +8,9 @@
 #include <QHash>
 #include <QVector>
 
+#include <array>
+#include <cstddef>
+#include <string>
 #include <vector>
 
 namespace bench {
@@ -18,6 +21,36 @@ public:
     void filterStrategies(TC::COrderStrategyMap*) override {}
     void placeOrders(QVector<TC::COrderParam>, const TC::COrderStrategyMap*) override {}
 };
+
+/// The operations of the services and their quotes that are counted, each for itself.
+enum class EHostCall : int {
+    UserConfig,
+    UserName,
+    AccountsWeights,
+    SplitEntrusts,
+    HasStock,
+    HasFuture,
+    HasOption,
+    CodeInfo,
+    StockPrice,
+    Subscribe,
+    QuotePrice,
+    StockKey,
+    BrokerType,
+    SettingToParam,
+    FixTimeRange,
+    MarketPrice,
+    TypedStock,
+    TradeMinUnit,
+    Count, ///< how many there are
+};
+
+/// How often each has been called.
+using CCallCounts = std::array<long, static_cast<std::size_t>(EHostCall::Count)>;
+
+/// Where two stretches differ in what was called, by kind: from before to between, and from there to after.
+/// Empty where they do not.
+std::string differenceOf(const CCallCounts& before, const CCallCounts& between, const CCallCounts& after);
 
 /// A host that answers the checks at once from memory: some accounts, and as many stocks on SH, futures and
 /// options as are asked for, all with a price of 10.5. Counts what it is asked. Lives once in a process at a
@@ -35,12 +68,12 @@ public:
     /// What the first account holds of the stock of that index.
     void hold(int index, int volume);
     const TC::CAccountInfoPtr& firstAccount() const { return m_user.accounts.front(); }
-    /// Operations of the services and their quotes that have been called.
-    long calls() const { return m_calls.count; }
+    const CCallCounts& calls() const { return m_calls.counts; }
 
 private:
     struct CCalls {
-        long count = 0;
+        long& of(EHostCall call) { return counts[static_cast<std::size_t>(call)]; }
+        CCallCounts counts{};
     };
 
     struct CUser : minimal::CUser {

@@ -1,4 +1,5 @@
-// Runs every figure and prints one line for each: name, value, unit, baseline, ratio.
+// Runs every figure and prints one line for each: name, value, unit, baseline, ratio. Exit code 1 where a
+// figure could not be taken.
 #include "bench/Figure.h"
 
 #include <QCoreApplication>
@@ -19,6 +20,7 @@ public:
 
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
+            m_bFailed = m_bFailed || run.error_occurred;
             if (run.error_occurred)
                 std::printf("%s failed: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
             if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
@@ -37,6 +39,8 @@ public:
         }
     }
 
+    bool hasFailed() const { return m_bFailed; }
+
 private:
     static bool isBaseline(const std::string& name) {
         return name.size() > kBaselineSuffix.size() &&
@@ -51,6 +55,7 @@ private:
 
     std::map<std::string, double> m_values;
     std::map<std::string, std::string> m_units;
+    bool m_bFailed = false;
 };
 
 } // namespace
@@ -67,5 +72,5 @@ int main(int argc, char** argv) {
     CFigureReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.print();
-    return 0;
+    return reporter.hasFailed() ? 1 : 0;
 }

@@ -1,6 +1,7 @@
 // What holds for every split, position exchange and sharing of money, tried on random cases.
 #include "check/PositionExchange.h"
 #include "records/Portfolio.h"
+#include "tests/check/FamilyChecks.h"
 #include "tests/check/FamilyFixture.h"
 
 #include <algorithm>
@@ -53,34 +54,17 @@ int change(EOperationType operation, int volume) {
 
 // Splits.
 
-using CCheck = bool (*)(const COrderServiceBase&, COrderParam, const COrderStrategyParam&,
-                        std::vector<CCodeOrderParam>&, std::map<std::string, double>&);
-
-template<auto kCheck>
-bool checkBy(const COrderServiceBase& service, COrderParam order, const COrderStrategyParam& strategy,
-             std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
-    return (service.*kCheck)(order, strategy, codes, weights);
-}
-
+/// A family's check with one of its order numbers whose volume is split.
 struct CSplitFamily {
     const char* name;
     EOrderStrategyTradeType family;
-    CCheck check;
     int number;
-    const char* list; ///< that its instruments stand on; null: they are stocks
-    const char* code; ///< as an order gives it
-    const char* key;
 };
 
 class SplitProperties : public CheckFixture, public testing::WithParamInterface<CSplitFamily> {
 protected:
-    SplitProperties() {
-        const QString key = QString::fromLatin1(GetParam().key);
-        if (GetParam().list != nullptr) host.exchange.addOther(GetParam().list, key);
-        host.setPrice(key, 10.5);
-        host.quotes.quotes.at(key)->m_nDayCount = 1;
-        host.types.types.insert({knservice::kBasketTypes[0], GetParam().key});
-    }
+    SplitProperties() { families::addInstrument(host, tested(), tested().code, 10.5); }
+    const families::CFamilyUnderTest& tested() const { return families::find(GetParam().family); }
     /// A group of up to eight accounts, some with no share, under a name of its own.
     QString addGroup(CRandom& random, int round) {
         const EQDBrokerType broker = host.rules.orderStrategyTradeTypeToBrokerType(GetParam().family);
@@ -97,14 +81,11 @@ protected:
     bool check(const QString& group, int volume) {
         codes.clear();
         host.trade.splitCalls.clear();
-        const CSplitFamily& family = GetParam();
         const COrderParam order =
-            COrderBuilder(family.number).line(QString::fromLatin1(family.code), kUnsetDouble, volume);
+            COrderBuilder(GetParam().number).line(QString::fromLatin1(tested().code), kUnsetDouble, volume);
         const COrderStrategyParam strategy =
-            CStrategyBuilder().family(family.family).group(group).volume(1).set([&](auto& s) {
-                s.setting(findFamily(family.family)->m_eSlot).m_ePriceType = EPriceType::Latest;
-            });
-        return family.check(service, order, strategy, codes, weights);
+            families::strategyOf(tested(), EPriceType::Latest).group(group).volume(1);
+        return tested().check(service, order, strategy, codes, weights);
     }
 
     std::vector<CCodeOrderParam> codes;
@@ -150,25 +131,20 @@ TEST_P(SplitProperties, RecordsAreTheVolumesThatTheHostGave) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Families, SplitProperties,
-    testing::Values(
-        CSplitFamily{"Stock", EOrderStrategyTradeType::Stock,
-                     checkBy<&COrderServiceBase::checkAndFillOrderStock>, 23, nullptr, "600000", "SH600000"},
-        CSplitFamily{"Future", EOrderStrategyTradeType::Future,
-                     checkBy<&COrderServiceBase::checkAndFillOrderSpec>, 0, "future", "IF2601", "IF2601"},
-        CSplitFamily{"FutureOption", EOrderStrategyTradeType::FutureOption,
-                     checkBy<&COrderServiceBase::checkAndFillOrderFutureOption>, 0, "future option",
-                     "m2605-C-3000", "m2605-C-3000"},
-        CSplitFamily{"Option", EOrderStrategyTradeType::StockOption,
-                     checkBy<&COrderServiceBase::checkAndFillOrderOption>, 48, "option", "10000001",
-                     "10000001"},
-        CSplitFamily{"Sgt", EOrderStrategyTradeType::SGT, checkBy<&COrderServiceBase::checkAndFillOrderSGT>,
-                     23, "sgt", "00001", "SGT00001"},
-        CSplitFamily{"Basket", EOrderStrategyTradeType::Basket,
-                     checkBy<&COrderServiceBase::checkAndFillOrderCompose>, 25, nullptr, "600000",
-                     "SH600000"}),
-    [](const auto& tested) { return tested.param.name; });
+// Orders of the share-transfer market have no split; so do money and single contracts of credit accounts.
+INSTANTIATE_TEST_SUITE_P(Families, SplitProperties,
+                         testing::Values(CSplitFamily{"Stock", EOrderStrategyTradeType::Stock, 23},
+                                         CSplitFamily{"Future", EOrderStrategyTradeType::Future, 0},
+                                         CSplitFamily{"FutureOption", EOrderStrategyTradeType::FutureOption,
+                                                      0},
+                                         CSplitFamily{"Option", EOrderStrategyTradeType::StockOption, 48},
+                                         CSplitFamily{"Sgt", EOrderStrategyTradeType::SGT, 23},
+                                         CSplitFamily{"Hgt", EOrderStrategyTradeType::HGT, 23},
+                                         CSplitFamily{"Gold", EOrderStrategyTradeType::Gold, 0},
+                                         CSplitFamily{"Credit", EOrderStrategyTradeType::Credit, 27},
+                                         CSplitFamily{"CreditReturn", EOrderStrategyTradeType::Credit, 31},
+                                         CSplitFamily{"Basket", EOrderStrategyTradeType::Basket, 25}),
+                         [](const auto& tested) { return tested.param.name; });
 
 // Position exchanges.
 

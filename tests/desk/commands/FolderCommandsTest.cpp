@@ -80,7 +80,7 @@ protected:
 TEST_F(DemoFolder, PassesTheCheck) {
     std::ostringstream out;
     EXPECT_EQ(runCheck(m_folder.path("desk"), out), 0);
-    EXPECT_EQ(out.str(), m_folder.path("desk") + ": good; 14 accounts, 14 strategies, 19 instruments\n");
+    EXPECT_EQ(out.str(), m_folder.path("desk") + ": good; 14 accounts, 16 strategies, 19 instruments\n");
 }
 
 TEST_F(DemoFolder, MayIssueCommandsFromFilesAndSignals) {
@@ -90,12 +90,14 @@ TEST_F(DemoFolder, MayIssueCommandsFromFilesAndSignals) {
 }
 
 TEST_F(DemoFolder, ListensForThisMachineBehindALoginAndTheGuard) {
-    const TC::COrderStrategyParam socket = m_config.strategies.value(5);
-    EXPECT_EQ(socket.m_eStrategyType, TC::EOrderStrategyType::Signal);
-    EXPECT_EQ(socket.m_strSignalSource, QStringLiteral("127.0.0.1:15150"));
-    EXPECT_FALSE(socket.m_strUser.isEmpty());
-    EXPECT_FALSE(socket.m_strPass.isEmpty());
-    EXPECT_TRUE(socket.isRunning());
+    for (const int channel : {5, 16}) {
+        const TC::COrderStrategyParam socket = m_config.strategies.value(channel);
+        EXPECT_EQ(socket.m_eStrategyType, TC::EOrderStrategyType::Signal);
+        EXPECT_EQ(socket.m_strSignalSource, QStringLiteral("127.0.0.1:15150"));
+        EXPECT_FALSE(socket.m_strUser.isEmpty());
+        EXPECT_FALSE(socket.m_strPass.isEmpty());
+        EXPECT_TRUE(socket.isRunning());
+    }
     EXPECT_EQ(m_config.switches.count("mdl_order_socket_guard"), 1u);
     EXPECT_FALSE(m_config.allowRemoteSocket);
 }
@@ -107,7 +109,7 @@ TEST_F(DemoFolder, StartsAFileStrategyOfEachKind) {
     EXPECT_EQ(count([](const COrderStrategyParam& s) {
                   return s.isRunning() && s.m_eStrategyType == TC::EOrderStrategyType::File;
               }),
-              strategies.size() - 1);
+              strategies.size() - 2);
     EXPECT_GE(count([](const COrderStrategyParam& s) {
                   return s.m_eSelectedAccountType == TC::ESelectedAccountType::Account;
               }),

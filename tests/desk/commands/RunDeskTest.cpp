@@ -1,55 +1,21 @@
-#include "desk/commands/RunDesk.h"
-
 #include "base/Log.h"
-#include "desk/commands/NewFolder.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/FolderLock.h"
 #include "service/OrderService.h"
-#include "tests/support/TempFolder.h"
-#include "tests/support/TestSocket.h"
+#include "tests/desk/commands/RunningFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
 
-#include <algorithm>
 #include <future>
-#include <iterator>
 #include <sstream>
 #include <utility>
 
 namespace desk {
 namespace {
 
-/// A copy of the demo folder, run in this process. The steps of a test are taken from within the main loop.
-class RunDesk : public testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_EQ(runNew(folder.path("desk"), out, out), 0);
-        // The demo's port may be another test's at the same time.
-        std::string strategies = folder.read("desk/strategies.toml");
-        const std::string port = "15150";
-        ASSERT_NE(strategies.find(port), std::string::npos);
-        folder.write("desk/strategies.toml",
-                     strategies.replace(strategies.find(port), port.size(), std::to_string(socketPort)));
-    }
-
-    std::string journal() const { return folder.read("desk/journal.jsonl"); }
-    bool has(const std::string& text) const { return journal().find(text) != std::string::npos; }
-
-    /// Runs the desk; each step is taken once the one before it has returned true.
-    int run(std::vector<std::function<bool()>> steps) {
-        std::size_t next = 0;
-        return runDesk(folder.path("desk"), std::nullopt, out, [&] {
-            if (next < steps.size() && steps[next]()) ++next;
-            return next < steps.size();
-        });
-    }
-
-    const unsigned short socketPort = freePort();
-    CTempFolder folder;
-    std::ostringstream out;
-};
+class RunDesk : public CRunningFolder {};
 
 TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
     const int code = run({
@@ -66,42 +32,6 @@ TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
     const std::string before = journal();
     EXPECT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":4"); }}), 0);
     EXPECT_EQ(journal().compare(0, before.size(), before), 0); // never rewritten
-}
-
-TEST_F(RunDesk, AnOrderOfEachFamilyBecomesACommand) {
-    const struct {
-        const char* file;
-        const char* text;
-        int traderType;
-    } rows[] = {{"group", "23,0,11.02,600101,1000\n", 1},
-                {"future", "0,0,4000.4,IF2609,3\n", 2},
-                {"basket", "25,0\n600102\t200\n", 4},
-                {"credit", "32,0,20000\n", 8},
-                {"gold", "0,0,520.02,AU99,1\n", 16},
-                {"option", "48,0,0.5002,10005001,3\n", 32},
-                {"hgt", "23,0,380.4,00700,200\n", 128},
-                {"neeq", "66,0,3.01,430001,1000\n", 256},
-                {"future_option", "0,0,80.4,IO2609-C-4000,2\n", 1024},
-                {"sgt", "23,0,45.05,00001,500\n", 16384}};
-    const auto commandOf = [](int traderType) {
-        return "\"trader_type\":" + std::to_string(traderType) + ",";
-    };
-    const int code = run({
-        [this] { return has("\"action\":\"start\",\"channel\":14"); },
-        [&] {
-            for (const auto& row : rows)
-                folder.handOver(std::string("desk/orders/") + row.file + ".txt", row.text);
-            return true;
-        },
-        [&] {
-            return std::all_of(std::begin(rows), std::end(rows),
-                               [&](const auto& row) { return has(commandOf(row.traderType)); });
-        },
-    });
-    EXPECT_EQ(code, 0);
-    for (const auto& row : rows)
-        EXPECT_TRUE(has(commandOf(row.traderType))) << row.file;
-    EXPECT_FALSE(has("\"kind\":\"trade_error\""));
 }
 
 TEST_F(RunDesk, OrdersOfACreditGroupAreSplitToTheShare) {
@@ -159,7 +89,8 @@ TEST_F(RunDesk, StrategiesChangedAtRunTimeSurvive) {
     EXPECT_EQ(code, 0);
     const CLoadedConfig loaded = loadDeskConfig(folder.path("desk"));
     EXPECT_TRUE(loaded.mistakes.empty());
-    EXPECT_EQ(loaded.config.strategies.keys(), (QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}));
+    EXPECT_EQ(loaded.config.strategies.keys(),
+              (QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}));
     EXPECT_TRUE(loaded.config.strategies[1].isRunning());
     EXPECT_FALSE(loaded.config.strategies[2].isRunning());
     EXPECT_EQ(loaded.config.strategies[3].m_strName, QStringLiteral("策略3"));

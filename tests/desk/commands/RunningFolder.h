@@ -1,0 +1,49 @@
+#pragma once
+
+#include "desk/commands/NewFolder.h"
+#include "desk/commands/RunDesk.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/TestSocket.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace desk {
+
+/// A copy of the demo folder, run in this process. The steps of a test are taken from within the main loop.
+class CRunningFolder : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(runNew(folder.path("desk"), out, out), 0);
+        // The demo's port may be another test's at the same time.
+        const std::string strategies = folder.read("desk/strategies.toml");
+        ASSERT_NE(strategies.find(":15150"), std::string::npos);
+        static const std::regex kPort(":15150");
+        folder.write("desk/strategies.toml",
+                     std::regex_replace(strategies, kPort, ":" + std::to_string(socketPort)));
+    }
+
+    std::string journal() const { return folder.read("desk/journal.jsonl"); }
+    bool has(const std::string& text) const { return journal().find(text) != std::string::npos; }
+
+    /// Runs the desk; each step is taken once the one before it has returned true.
+    int run(std::vector<std::function<bool()>> steps) {
+        std::size_t next = 0;
+        return runDesk(folder.path("desk"), std::nullopt, out, [&] {
+            if (next < steps.size() && steps[next]()) ++next;
+            return next < steps.size();
+        });
+    }
+
+    const unsigned short socketPort = freePort();
+    CTempFolder folder;
+    std::ostringstream out;
+};
+
+} // namespace desk
