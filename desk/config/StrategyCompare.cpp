@@ -32,32 +32,13 @@ using CFields = decltype(strategyFields(std::declval<const TC::COrderStrategyPar
 constexpr std::size_t kFieldCount = std::tuple_size_v<CFields>;
 
 /// The keys of the fields, in the order of strategyFields.
-constexpr std::array<const char*, kFieldCount> kFieldKeys = {"channel",
-                                                             "name",
-                                                             "account",
-                                                             "account",
-                                                             "family",
-                                                             "position_type",
-                                                             "source",
-                                                             "account_mode",
-                                                             "path",
-                                                             "user",
-                                                             "pass",
-                                                             "code",
-                                                             "setting",
-                                                             "setting",
-                                                             "volume",
-                                                             "further1",
-                                                             "further2",
-                                                             "use_amount",
-                                                             "amount",
-                                                             "by_percent",
-                                                             "percent",
-                                                             "hedge_basket",
-                                                             "command_flag",
-                                                             "order_type",
-                                                             "algorithm setting",
-                                                             "hedge parameters"};
+constexpr std::array<const char*, kFieldCount> kFieldKeys = {
+    "channel",       "name",         "account",      "account",    "family",
+    "position_type", "source",       "account_mode", "path",       "user",
+    "pass",          "code",         "setting",      "setting",    "volume",
+    "further1",      "further2",     "use_amount",   "amount",     "by_percent",
+    "percent",       "hedge_basket", "command_flag", "order_type", "algorithm setting",
+    "hedge_param"};
 
 template<typename Fields, std::size_t... Index>
 std::array<bool, sizeof...(Index)> sameness(const Fields& a, const Fields& b, std::index_sequence<Index...>) {

@@ -76,7 +76,6 @@ CStrategyFile::CStrategyFile(std::string folder, CDeskConfig config)
 std::string CStrategyFile::whyNotKept(const TC::COrderStrategyParam& strategy,
                                       const TC::COrderStrategyMap& others) const {
     if (strategy.m_algoSetting != nullptr) return "it has an algorithm setting, which the file cannot hold";
-    if (!strategy.m_hedgeParam.isEmpty()) return "it has hedge parameters, which the file cannot hold";
     const std::filesystem::path root = rootOf(m_strFolder);
     CDeskConfig again = m_config;
     again.strategies = others;

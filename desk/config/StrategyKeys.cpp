@@ -69,6 +69,19 @@ CTomlSetter setterOf(const CTomlSection& section, int& target) {
     };
 }
 
+/// A document as the text of one JSON object.
+CTomlSetter setterOf(const CTomlSection& section, bson::BSONObj& target) {
+    return [&](const toml::node& node) {
+        std::string text = target.jsonString();
+        section.text(text)(node);
+        try {
+            target = bson::fromjson(text);
+        } catch (const bson::CJsonError& error) {
+            section.mistake(node, std::string("hedge_param: ") + error.what());
+        }
+    };
+}
+
 /// An enumeration through its number; `words`: null where it has none.
 template<typename E>
 CTomlSetter enumSetter(const CTomlSection& section, E& target, const std::map<std::string, int>* words,
@@ -96,6 +109,10 @@ void insertValue(toml::table& table, const std::string& name, const std::string&
 
 void insertValue(toml::table& table, const std::string& name, const QString& value) {
     table.insert(name, value.toStdString());
+}
+
+void insertValue(toml::table& table, const std::string& name, const bson::BSONObj& value) {
+    table.insert(name, value.jsonString());
 }
 
 template<typename T>
@@ -208,6 +225,7 @@ const CRecordKeys<COrderStrategyParam>& strategyKeys() {
             plainKey("further2", &P::m_nFurther2),
             plainKey("account_mode", &P::m_nAccountMode),
             plainKey("hedge_basket", &P::m_bHedgeBasket),
+            plainKey("hedge_param", &P::m_hedgeParam),
             plainKey("command_flag", &P::m_bCommandFlag),
             enumKey("order_type", &P::m_eOrderType),
             enumKey("position_type", &P::m_ePositionType),

@@ -17,8 +17,7 @@ TC::COrderStrategyParam freshStrategy(const CDeskConfig& config);
 TC::COrderStrategyParam readStrategyKeys(const std::filesystem::path& folder, const CDeskConfig& config,
                                          const toml::table& table, const CTomlSection& section);
 
-/// The table that readStrategyKeys reads the strategy from. Algorithm settings and hedge parameters have no
-/// key.
+/// The table that readStrategyKeys reads the strategy from. Algorithm settings have no key.
 toml::table strategyTable(const std::filesystem::path& folder, const CDeskConfig& config,
                           const TC::COrderStrategyParam& strategy);
 

@@ -47,14 +47,6 @@ CJson weightsValue(const std::map<std::string, double>& weights) {
     return object;
 }
 
-/// The document as an object; its text where a host put something into it that is no JSON.
-CJson extraValue(const bson::BSONObj& extra) {
-    if (extra.isEmpty()) return CJson::object();
-    const std::string text = extra.jsonString();
-    CJson object = CJson::parse(text, nullptr, false);
-    return object.is_discarded() ? CJson(text) : object;
-}
-
 } // namespace
 
 CJson commandFields(const TC::COrderComandParam& command) {
@@ -65,7 +57,7 @@ CJson commandFields(const TC::COrderComandParam& command) {
                  {"weights", weightsValue(command.m_weights)},
                  {"stop_loss_type", enumValue(command.m_eStopLossType)},
                  {"union", command.m_bUnion},
-                 {"extra", extraValue(command.m_extra)},
+                 {"extra", documentValue(command.m_extra)},
                  {"tag", command.m_strTag},
                  {"algo_param", command.m_strAlgoParam},
                  {"platform", enumValue(command.m_ePlatform)},

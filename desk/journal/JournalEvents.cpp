@@ -81,6 +81,7 @@ CJson strategyFields(const std::string& action, const TC::COrderStrategyParam& s
                  {"percent", numberValue(strategy.m_dPercent)},
                  {"start_count", strategy.m_nStartCount},
                  {"hedge_basket", strategy.m_bHedgeBasket},
+                 {"hedge_param", documentValue(strategy.m_hedgeParam)},
                  {"command_flag", strategy.m_bCommandFlag},
                  {"order_type", enumValue(strategy.m_eOrderType)}};
 }

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "base/Bson.h"
 #include "base/Unset.h"
 #include "desk/journal/Json.h"
 
 #include <nlohmann/json.hpp>
 
 #include <QString>
+
+#include <string>
 
 /// Values of the journal: what nobody has set is null.
 namespace desk {
@@ -25,6 +28,14 @@ inline CJson numberValue(double value) {
 
 inline CJson textValue(const QString& text) {
     return text.toStdString();
+}
+
+/// The document as an object; its text where a host put something into it that is no JSON.
+inline CJson documentValue(const bson::BSONObj& document) {
+    if (document.isEmpty()) return CJson::object();
+    const std::string text = document.jsonString();
+    CJson object = CJson::parse(text, nullptr, false);
+    return object.is_discarded() ? CJson(text) : object;
 }
 
 } // namespace desk

@@ -80,7 +80,11 @@ std::vector<int> CTrading::splitEntrusts(int volume, double, TC::EPriceType,
                                          const std::vector<TC::CAccountInfoPtr>& accounts,
                                          const std::vector<double>&, TC::EPositionType, const std::string&,
                                          const std::string&, TC::EOperationType, TC::EHedge_Flag_Type,
-                                         const boost::shared_ptr<utils::KNError>&) {
+                                         const boost::shared_ptr<utils::KNError>& error) {
+    if (volume == TC::kUnsetInt) {
+        *error = utils::KNError(1, "no volume");
+        return {};
+    }
     std::vector<int> volumes(accounts.size(), 0);
     if (!volumes.empty()) volumes.front() = volume;
     return volumes;

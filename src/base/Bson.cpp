@@ -359,12 +359,11 @@ bool readNumber(const BSONObj& object, const char* key, std::int32_t& value) {
     bson_iter_t iter;
     if (!bson_iter_init_from_data(&iter, object.bytes().data(), object.bytes().size())) return false;
     if (!bson_iter_find(&iter, key)) return false;
-    const bool isNumber = BSON_ITER_HOLDS_NUMBER(&iter);
-    const double number = isNumber ? std::trunc(bson_iter_as_double(&iter)) : 0.0;
+    if (!BSON_ITER_HOLDS_NUMBER(&iter)) return false;
+    const double number = std::trunc(bson_iter_as_double(&iter));
     constexpr double kLeast = std::numeric_limits<std::int32_t>::min();
     constexpr double kMost = std::numeric_limits<std::int32_t>::max();
-    if (!isNumber || !(number >= kLeast && number <= kMost))
-        throw CTypeError(key, static_cast<int>(bson_iter_type(&iter)), EType::Int32);
+    if (!(number >= kLeast && number <= kMost)) return false;
     value = static_cast<std::int32_t>(number);
     return true;
 }

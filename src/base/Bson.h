@@ -125,8 +125,8 @@ bool readField(const BSONObj& object, const char* key, double& value);
 /// An entry of another type is told under its place in the array, counted from 0.
 bool readField(const BSONObj& object, const char* key, std::vector<std::string>& values);
 
-/// A whole number of any number type; a double loses its fraction. Absent keys as above; what is no number
-/// that an int32 can hold throws CTypeError.
+/// Reads an int32, an int64 or a double, which loses its fraction. What is absent, or is no number that an
+/// int32 can hold, leaves the value as it is and gives false.
 bool readNumber(const BSONObj& object, const char* key, std::int32_t& value);
 
 } // namespace bson

@@ -184,10 +184,13 @@ void takeSubAccount(const COrderParam& order, CCodeOrderParam& record) {
     record.m_strSubAccountId = parts[1].toStdString();
 }
 
-/// Turns the run to the next instrument.
+/// Turns the run to the next instrument. Of a basket's record the host sees all of this when the setting is
+/// put into it.
 void startRow(CCheckRun& run, EOperationType op, CStockInfo stock) {
     run.code = qdStockKey(QString::fromStdString(stock.m_strMarket), QString::fromStdString(stock.m_strCode));
     run.record = CCodeOrderParam();
+    run.record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
+    run.record.m_ePositionType = run.strategy.m_ePositionType;
     takeSubAccount(run.order, run.record);
     startRecord(run, op, std::move(stock));
 }

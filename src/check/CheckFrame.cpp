@@ -251,12 +251,14 @@ bool buildRecords(CCheckRun& run, EOperationType op) {
     const auto isLeftOut = run.family.m_pfnIsLeftOut;
     for (std::size_t i = 0; i < run.accounts.size(); ++i) {
         if (run.volumes[i] < 1 || !run.accounts[i]) continue;
-        if (isLeftOut != nullptr && isLeftOut(run, run.volumes[i])) continue;
         run.codes.push_back(run.record);
         stampRecord(run, op, run.accounts[i], run.volumes[i], run.codes.back());
-        if (checkRecordPrice(run, run.codes.back())) continue;
-        run.codes.pop_back();
-        return false;
+        if (isLeftOut != nullptr && isLeftOut(run, run.volumes[i])) {
+            run.codes.pop_back();
+        } else if (!checkRecordPrice(run, run.codes.back())) {
+            run.codes.pop_back();
+            return false;
+        }
     }
     return true;
 }

@@ -27,11 +27,11 @@ public:
 
     /// Divides a volume over accounts.
     ///
-    /// volume: shares or lots, kUnsetInt where none could be worked out. price: currency units, for the funds
-    /// that the volume needs; may be unset. ratios: one for each account, as getAccountsWeights gave them.
-    /// market and code are UTF-8 and empty where the family passes none. Gives one volume for each account,
-    /// in their order, 0 where an account gets nothing. On failure gives another number of volumes and sets
-    /// the error.
+    /// volume: shares or lots, kUnsetInt where none could be worked out, which must fail: as a number it
+    /// would be traded. price: currency units, for the funds that the volume needs; may be unset. ratios: one
+    /// for each account, as getAccountsWeights gave them. market and code are UTF-8 and empty where the
+    /// family passes none. Gives one volume for each account, in their order, 0 where an account gets
+    /// nothing. On failure gives another number of volumes and sets the error.
     virtual std::vector<int> splitEntrusts(int volume, double price, EPriceType priceType,
                                            const std::vector<CAccountInfoPtr>& accounts,
                                            const std::vector<double>& ratios, EPositionType positionType,

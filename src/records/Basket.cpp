@@ -12,7 +12,7 @@ bson::BSONObj CBasketHedgeParam::toBson() const {
 }
 
 void CBasketHedgeParam::bsonValueFromObj(const bson::BSONObj& obj) {
-    bson::readNumber(obj, kPriceKind, m_nPriceKind);
+    (void)bson::readNumber(obj, kPriceKind, m_nPriceKind);
     m_rest = obj;
 }
 

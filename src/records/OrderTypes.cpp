@@ -58,11 +58,11 @@ bool isTargetOrder(int orderType) {
     return orderType == kOrderBasketWhole || orderType == kOrderBasketList;
 }
 
-bool isCloseFirstOrder(int orderType) {
+bool isCloseFirstButton(int orderType) {
     return isWithin(orderType, 6, 9);
 }
 
-bool isOpenOrCloseOrder(int orderType) {
+bool isOpenOrCloseButton(int orderType) {
     return isWithin(orderType, 10, 15);
 }
 

@@ -52,9 +52,10 @@ const COrderTypeRow* findOrderTypeRow(int orderType);
 bool isBasketHeaderOrder(int orderType);
 /// 34 and 35: the rows are positions to reach.
 bool isTargetOrder(int orderType);
-/// 6 to 9 close a futures position of today or before first, 10 to 15 open or close as the position asks.
-bool isCloseFirstOrder(int orderType);
-bool isOpenOrCloseOrder(int orderType);
+/// 6 to 9 and 10 to 15: orders of the futures panel's buttons "close first" and "open or close". 14 and 15
+/// stand behind that button too, though they open only.
+bool isCloseFirstButton(int orderType);
+bool isOpenOrCloseButton(int orderType);
 /// 29 to 32 and 39: shares or money of a credit account are given back.
 bool isRepayOrder(int orderType);
 /// 37 and 38: one contract of a credit account is ended.

@@ -43,8 +43,8 @@ constexpr const char* kForceConfirm = "mdl_order_service_force_confirm";
 
 /// The button of the trading panel that a futures order stands for.
 EFtSpecBtnBarType buttonOf(int orderType) {
-    if (isCloseFirstOrder(orderType)) return EFtSpecBtnBarType::CloseFirst;
-    if (isOpenOrCloseOrder(orderType)) return EFtSpecBtnBarType::OpenOrClose;
+    if (isCloseFirstButton(orderType)) return EFtSpecBtnBarType::CloseFirst;
+    if (isOpenOrCloseButton(orderType)) return EFtSpecBtnBarType::OpenOrClose;
     return EFtSpecBtnBarType::OpenClose;
 }
 

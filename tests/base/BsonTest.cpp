@@ -347,10 +347,10 @@ TEST(BsonFields, ANumberIsReadWhateverItsType) {
 
 TEST(BsonFields, WhatIsNoSmallNumberIsNoNumber) {
     for (const char* value : {"\"9\"", "true", "null", "2147483648", "-2147483649", "1e300"})
-        EXPECT_THROW(numberOf(value), bson::CTypeError) << value;
+        EXPECT_EQ(numberOf(value), 4) << value;
     const auto document = bson::BSONObjBuilder().append("n", std::nan("")).obj();
     std::int32_t number = 4;
-    EXPECT_THROW(bson::readNumber(document, "n", number), bson::CTypeError);
+    EXPECT_FALSE(bson::readNumber(document, "n", number));
     EXPECT_EQ(number, 4);
 }
 

@@ -311,27 +311,16 @@ TEST_F(UnionBasket, HedgedCommandCarriesTheAlgorithmsOrTheBasketsText) {
     EXPECT_EQ(static_cast<int>(command.m_ePlatform), 12);
 }
 
-TEST_F(UnionBasket, HedgeMayHaveItsPriceChoiceAsAnyNumber) {
-    const auto wide = hedged().set([](auto& s) {
-        s.m_hedgeParam = bson::BSONObjBuilder().append("m_nPriceKind", std::int64_t{5}).obj();
-    });
-    EXPECT_EQ(placeHedged(basket(25), wide).m_extra.jsonString(), R"({ "m_nPriceKind" : 3 })");
-    const auto real =
-        hedged().set([](auto& s) { s.m_hedgeParam = bson::fromjson(R"({"m_nPriceKind": 5.5})"); });
-    EXPECT_EQ(placeHedged(basket(26), real).m_extra.jsonString(), R"({ "m_nPriceKind" : 9 })");
-}
-
-TEST_F(UnionBasket, HedgeThatCannotBeReadCostsItsOrderOnly) {
-    host.switches.on.insert("mdl_order_compose_hedge");
-    strategies[3] =
-        hedged().set([](auto& s) { s.m_hedgeParam = bson::fromjson(R"({"m_nPriceKind": "three"})"); });
-    strategies[4] = strategy().channel(4);
-    service.placeOrders({basket(25), basket(25).channel(4)}, &strategies);
-    ASSERT_EQ(host.commands().size(), 1u);
-    EXPECT_EQ(host.commands()[0]->m_strTag, "4");
-    ASSERT_EQ(host.errorTexts().size(), 1u);
-    EXPECT_TRUE(host.errorTexts()[0].startsWith(QStringLiteral("[文件单]　通道号: 3, 下单异常: ")));
-    EXPECT_TRUE(host.errorTexts()[0].contains(QStringLiteral("m_nPriceKind")));
+TEST_F(UnionBasket, HedgeGoesOutWhateverItsPriceChoiceWas) {
+    const bson::BSONObj wide = bson::BSONObjBuilder().append("m_nPriceKind", std::int64_t{5}).obj();
+    for (const bson::BSONObj& given :
+         {wide, bson::fromjson(R"({"m_nPriceKind": 5.5})"), bson::fromjson(R"({"m_nPriceKind": "three"})"),
+          bson::fromjson(R"({"m_nPriceKind": null})"), bson::BSONObj()}) {
+        const auto with = hedged().set([&](auto& s) { s.m_hedgeParam = given; });
+        EXPECT_EQ(placeHedged(basket(25), with).m_extra.jsonString(), R"({ "m_nPriceKind" : 3 })");
+        EXPECT_EQ(placeHedged(basket(26), with).m_extra.jsonString(), R"({ "m_nPriceKind" : 9 })");
+    }
+    EXPECT_TRUE(host.errorTexts().empty());
 }
 
 } // namespace

@@ -296,5 +296,28 @@ TEST_F(FamilyTrades, AShareTransferOrderIsATaskWithoutOrders) {
     EXPECT_TRUE(book.m_orders.values().empty());
 }
 
+TEST_F(FamilyTrades, AHedgedBasketShowsItsLegAndIsRejectedForIt) {
+    const auto change = [this](const char* file, const std::string& from, const std::string& to) {
+        std::string text = folder.read(file);
+        ASSERT_NE(text.find(from), std::string::npos) << file;
+        folder.write(file, text.replace(text.find(from), from.size(), to));
+    };
+    change("desk/desk.toml", "mdl_order_command_remark",
+           "mdl_order_compose_hedge = true\nmdl_order_command_remark");
+    change("desk/strategies.toml", "path = \"orders/basket.txt\"\n",
+           "path = \"orders/basket.txt\"\nhedge_basket = true\nhedge_param = '{\"contract\": \"IF2609\"}'\n");
+    ASSERT_FALSE(HasFatalFailure());
+    const int code = run({[this] { return has("\"action\":\"start\",\"channel\":14"); },
+                          [this] {
+                              folder.handOver("desk/orders/basket.txt", "25,0\n600102\t200\n");
+                              return true;
+                          },
+                          [this] { return has("\"status\":\"rejected\""); }});
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(has("\"extra\":{\"contract\":\"IF2609\",\"m_nPriceKind\":3}")) << journal();
+    EXPECT_TRUE(has("hedge commands are not modelled"));
+    EXPECT_FALSE(has("\"status\":\"filled\""));
+}
+
 } // namespace
 } // namespace desk

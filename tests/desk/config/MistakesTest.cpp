@@ -75,7 +75,8 @@ const CSpoiled kDeskRows[] = {
     {"UnknownSwitch", "desk.toml", "[settings.stock]",
      "[switches]\nmdl_order_remark = true\n[settings.stock]",
      "desk.toml:26: switches: unknown key \"mdl_order_remark\"; expected one of mdl_order_command_remark, "
-     "mdl_order_compose_basket_buy_sell, mdl_order_pb_display, mdl_order_service_force_confirm, "
+     "mdl_order_compose_basket_buy_sell, mdl_order_compose_hedge, mdl_order_pb_display, "
+     "mdl_order_service_force_confirm, "
      "mdl_order_socket_guard, "
      "mdl_order_split_orderNum"},
     {"ListExpected", "desk.toml", "[{ account = \"A1\", weight = 6 }]",
@@ -139,8 +140,12 @@ const CSpoiled kStrategyRows[] = {
      "strategies.toml:8: strategy: unknown key \"runing\"; expected one of account, account_mode, "
      "amount, by_percent, channel, code, command_flag, family, first_limit, first_limit_on, further1, "
      "further2, "
-     "group, hedge_basket, name, order_kind, order_type, pass, path, percent, position_type, price_type, "
+     "group, hedge_basket, hedge_param, name, order_kind, order_type, pass, path, percent, position_type, "
+     "price_type, "
      "remark, running, second_limit, second_limit_on, setting, source, use_amount, user, volume"},
+    {"HedgeThatIsNoObject", "strategies.toml", "family = \"stock\"\nrunning",
+     "family = \"stock\"\nhedge_param = \"[1]\"\nrunning",
+     "strategies.toml:8: strategy: hedge_param: the text does not begin with {; expected a JSON object"},
     {"SlotThatIsNone", "strategies.toml", "family = \"stock\"\nrunning",
      "family = \"stock\"\nsetting = [{ slot = 16 }]\nrunning",
      "strategies.toml:8: strategy.setting: slot is 16; expected a slot's number, 0 to 15"},

@@ -41,7 +41,7 @@ const CChangedField kChanges[] = {
     {"order_type", [](auto& s) { s.m_eOrderType = TC::EOrderType::Plain; }},
     {"algorithm setting",
      [](auto& s) { s.m_algoSetting = boost::make_shared<TC::CAlgorithmOrderSetting>(); }},
-    {"hedge parameters",
+    {"hedge_param",
      [](auto& s) {
          s.m_hedgeParam = bson::BSONObj({0x0c, 0, 0, 0, 0x10, 'a', 0, 1, 0, 0, 0, 0});
      }},
