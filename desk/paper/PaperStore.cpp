@@ -7,7 +7,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <iterator>
+#include <system_error>
 
 namespace desk {
 namespace {
@@ -219,7 +221,31 @@ utils::KNError storeError(const std::string& what) {
     return {kPaperStoreFailed, "the paper broker's store failed: " + what};
 }
 
+std::set<std::string> accountsOf(sqlite3* database) {
+    std::set<std::string> accounts;
+    if (versionOf(database) == 0) return accounts; // made, but never saved
+    CSqlStatement rows(database, "SELECT account FROM funds");
+    while (rows.step())
+        accounts.insert(rows.text(0));
+    return accounts;
+}
+
+std::string storePath(const std::string& folder) {
+    return folder + '/' + kPaperStoreName;
+}
+
 } // namespace
+
+std::optional<std::set<std::string>> storedAccounts(const std::string& folder) {
+    const std::string path = storePath(folder);
+    std::error_code unreadable;
+    if (!std::filesystem::exists(path, unreadable) && !unreadable) return std::set<std::string>();
+    try {
+        return accountsOf(openDatabaseToRead(path).get());
+    } catch (const CSqlError&) {
+        return {};
+    }
+}
 
 /// The database and the statements that every change uses.
 struct CPaperStore::CConnection {
@@ -252,7 +278,7 @@ CPaperStore::~CPaperStore() = default;
 
 utils::KNError CPaperStore::open(const std::string& folder, CPaperBook& book,
                                  std::vector<CBrokerEvent>& events) {
-    const std::string path = folder + '/' + kPaperStoreName;
+    const std::string path = storePath(folder);
     try {
         auto connection = std::make_unique<CConnection>(openStore(path));
         sqlite3* database = connection->raw;
