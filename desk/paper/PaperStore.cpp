@@ -60,9 +60,11 @@ constexpr const char* kFamilySchema = R"(
     PRAGMA user_version = 2;
 )";
 
-// Version 2 did not keep the multiplier that a position was opened with. Its filled orders tell it, where
-// they agree; 0 leaves the question to whoever knows the instruments. Waiting returns (operation 22) claimed
-// nothing of what their shares had been sold for.
+// Version 2 did not keep the multiplier that a position was opened with. Where filled orders of the
+// instrument agree, theirs is taken: a guess that is wrong only for a position of the folder that was first
+// traded after its multiplier had been edited, which version 2 does not show. 0 leaves the question to
+// whoever knows the instruments. Waiting returns (operation 22) claimed nothing of what their shares had been
+// sold for.
 constexpr const char* kMultiplierSchema = R"(
     ALTER TABLE positions ADD COLUMN multiplier INTEGER NOT NULL DEFAULT 0;
     UPDATE positions SET multiplier = COALESCE((SELECT CASE WHEN MIN(multiplier) = MAX(multiplier) THEN MAX(multiplier) END
@@ -78,7 +80,14 @@ constexpr const char* kMultiplierSchema = R"(
     PRAGMA user_version = 3;
 )";
 
-constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema, kMultiplierSchema};
+// Version 3 kept no multiplier of shares that are owed. Their sales tell it to whoever reads the orders.
+constexpr const char* kDebtSchema = R"(
+    ALTER TABLE debts ADD COLUMN multiplier INTEGER NOT NULL DEFAULT 0;
+    UPDATE debts SET multiplier = 1 WHERE stock = '';
+    PRAGMA user_version = 4;
+)";
+
+constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema, kMultiplierSchema, kDebtSchema};
 constexpr int kSchemaVersion = static_cast<int>(std::size(kUpgrades));
 
 /// Makes the file before SQLite does, readable for its owner only; SQLite gives its side files the same mode.
@@ -126,12 +135,13 @@ void loadPositions(sqlite3* database, CPaperBook& book) {
 }
 
 void loadDebts(sqlite3* database, CPaperBook& book) {
-    CSqlStatement rows(database,
-                       "SELECT account, stock, volume, amount, to_return, reserved, claimed FROM debts");
+    CSqlStatement rows(
+        database,
+        "SELECT account, stock, volume, amount, to_return, reserved, claimed, multiplier FROM debts");
     while (rows.step()) {
         book.m_debts.edit({rows.text(0), rows.text(1)}) = {rows.text(0),    rows.text(1),    rows.integer(2),
                                                            rows.integer(3), rows.integer(4), rows.integer(5),
-                                                           rows.integer(6)};
+                                                           rows.integer(6), rows.number(7)};
     }
 }
 
@@ -264,7 +274,7 @@ struct CPaperStore::CConnection {
     CSqlStatement funds{raw, "INSERT OR REPLACE INTO funds VALUES (?, ?, ?, ?)"};
     CSqlStatement positions{raw,
                             "INSERT OR REPLACE INTO positions VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
-    CSqlStatement debts{raw, "INSERT OR REPLACE INTO debts VALUES (?, ?, ?, ?, ?, ?, ?)"};
+    CSqlStatement debts{raw, "INSERT OR REPLACE INTO debts VALUES (?, ?, ?, ?, ?, ?, ?, ?)"};
     CSqlStatement tasks{raw, "INSERT OR REPLACE INTO tasks VALUES (?, ?, ?, ?, ?)"};
     CSqlStatement orders{raw, "INSERT OR REPLACE INTO orders VALUES "
                               "(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
@@ -331,7 +341,7 @@ void CPaperStore::CConnection::write(const CPaperBook& book, std::int64_t delive
     });
     book.m_debts.visitChanged([this](const CPaperDebt*, const CPaperDebt& row) {
         debts.run(row.m_strAccount, row.m_strStock, row.m_nVolume, row.m_nAmount, row.m_nReturning,
-                  row.m_nReserved, row.m_nClaimed);
+                  row.m_nReserved, row.m_nClaimed, row.m_nMultiplier);
     });
     book.m_tasks.visitChanged([this](const CPaperTask*, const CPaperTask& row) {
         tasks.run(row.m_nId, row.m_nReference, row.m_nOrders, row.m_strRemark, row.m_strTime);
