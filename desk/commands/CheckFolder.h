@@ -9,12 +9,14 @@
 
 namespace desk {
 
-/// `orderdesk check FOLDER`: names every mistake in a desk folder by file, line and what was expected. Gives
-/// the process's exit code: 0 where there is none, 2 otherwise.
+/// `orderdesk check FOLDER`: names the mistakes of a desk folder by file, line and what was expected: those
+/// of its files, and what the paper broker would refuse if every account were new to it. It does not look at
+/// the books, which may make `run` refuse more, and refuse less. Gives the process's exit code: 0 where there
+/// is no mistake, 2 otherwise.
 int runCheck(const std::string& folder, std::ostream& out);
 
-/// Reads a desk folder as loadDeskConfig does; where that finds no mistake, those that the paper broker would
-/// make of its accounts are told too.
+/// Reads a desk folder for `run`, which holds it: as loadDeskConfig does, and where that finds no mistake,
+/// what the paper broker would refuse of the accounts that its books do not have yet.
 CLoadedConfig readDeskFolder(const std::string& folder);
 
 /// One line for each mistake: file, line and what was expected.

@@ -61,6 +61,16 @@ std::string checkMultiplier(const CAcceptance& a) {
     return {};
 }
 
+/// What is lent and given back must be shares of the same size.
+std::string checkOwedMultiplier(const CAcceptance& a) {
+    const CPaperDebt* debt = a.m_book.m_debts.find({a.m_order.m_strAccount, a.m_order.m_strStock});
+    if (!movesOwedShares(a.m_order) || debt == nullptr || debt->m_nVolume == 0 ||
+        debt->m_nMultiplier == a.m_order.m_nMultiplier)
+        return {};
+    return "the shares owed were sold with multiplier " + std::to_string(debt->m_nMultiplier) +
+           ", the instrument has " + std::to_string(a.m_order.m_nMultiplier);
+}
+
 std::string checkPosition(const CAcceptance& a) {
     if (!closesOnly(a.m_order)) return {};
     const std::int64_t available = closable(a);
@@ -128,7 +138,8 @@ std::string checkRepayment(const CAcceptance& a) {
 
 /// In this order: a rule may rely on those above it.
 constexpr std::string (*kRules[])(const CAcceptance&) = {
-    checkMultiplier, checkPosition, checkSharesOwed, checkMoneyOwed, checkUnit, checkNeeds, checkRepayment,
+    checkMultiplier, checkOwedMultiplier, checkPosition, checkSharesOwed,
+    checkMoneyOwed,  checkUnit,           checkNeeds,    checkRepayment,
 };
 
 } // namespace

@@ -43,6 +43,7 @@ void repayMoney(CPaperBook& book, const std::string& account, CMoney upTo) {
 
 void sellBorrowed(CPaperBook& book, const CPaperOrder& order, CMoney amount, int volume) {
     CPaperDebt& debt = book.editDebt(order.m_strAccount, order.m_strStock);
+    if (debt.m_nVolume == 0) debt.m_nMultiplier = order.m_nMultiplier;
     debt.m_nVolume += volume;
     debt.m_nAmount += amount;
     CPaperFunds& funds = book.m_funds.edit(order.m_strAccount);
@@ -50,7 +51,7 @@ void sellBorrowed(CPaperBook& book, const CPaperOrder& order, CMoney amount, int
     funds.m_nMargin += amount;
 }
 
-void returnShares(CPaperBook& book, const CPaperOrder& order, int volume, CMoney proceeds) {
+void bookReturn(CPaperBook& book, const CPaperOrder& order, int volume, CMoney proceeds) {
     CPaperDebt& debt = book.editDebt(order.m_strAccount, order.m_strStock);
     debt.m_nVolume -= volume;
     debt.m_nAmount -= proceeds;

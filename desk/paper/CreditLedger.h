@@ -31,6 +31,6 @@ void sellBorrowed(CPaperBook& book, const CPaperOrder& order, CMoney amount, int
 
 /// Shares go back to the broker, at most as many as the order had announced; what they were sold for becomes
 /// free.
-void returnShares(CPaperBook& book, const CPaperOrder& order, int volume, CMoney proceeds);
+void bookReturn(CPaperBook& book, const CPaperOrder& order, int volume, CMoney proceeds);
 
 } // namespace desk

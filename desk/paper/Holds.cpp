@@ -35,10 +35,20 @@ int unitsInMoney(const CPaperOrder& order, int volume) {
     return paysForClosing(order) ? volume : std::max(0, volume - order.closing());
 }
 
-/// What the book offers the order now: the worth of the units that take money, and their number.
+/// Of what the order's shares were sold for, what no other return has claimed.
+CMoney unclaimedProceeds(const CPaperBook& book, const CPaperOrder& order) {
+    const CPaperDebt* debt = book.m_debts.find({order.m_strAccount, order.m_strStock});
+    if (debt == nullptr || debt->returnable() <= 0) return 0;
+    const std::int64_t volume = std::min<std::int64_t>(order.rest(), debt->returnable());
+    return partOf(debt->m_nAmount - debt->m_nClaimed, volume, debt->returnable());
+}
+
+/// What the book offers the order now: the worth of the units that take money, their number, and what
+/// returning them frees.
 struct COffer {
     CMoney m_nWorth = 0;
     int m_nUnits = 0;
+    CMoney m_nProceeds = 0;
 };
 
 std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order) {
@@ -47,9 +57,15 @@ std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order) 
     if (sides == nullptr || isDirect(order)) return offer;
     std::int64_t rest = order.rest();
     std::int64_t skipped = rest - unitsInMoney(order, order.rest());
+    CMoney proceeds = returnsShares(order) ? unclaimedProceeds(book, order) : 0;
     for (const CBookLevel& level : order.isBuy() ? sides->m_sell : sides->m_buy) {
         if (!isWithinLimit(order, level.m_nPrice)) continue;
         std::int64_t volume = std::min(rest, level.m_nVolume);
+        if (volume == 0) break;
+        // Level by level as they are freed: every part is rounded.
+        const CMoney freed = partOf(proceeds, volume, rest);
+        offer.m_nProceeds += freed;
+        proceeds -= freed;
         rest -= volume;
         const std::int64_t closing = std::min(skipped, volume);
         skipped -= closing;
@@ -60,14 +76,6 @@ std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order) 
         offer.m_nUnits += static_cast<int>(volume);
     }
     return offer;
-}
-
-/// Of what the order's shares were sold for, what no other return has claimed.
-CMoney unclaimedProceeds(const CPaperBook& book, const CPaperOrder& order) {
-    const CPaperDebt* debt = book.m_debts.find({order.m_strAccount, order.m_strStock});
-    if (debt == nullptr || debt->returnable() <= 0) return 0;
-    const std::int64_t volume = std::min<std::int64_t>(order.rest(), debt->returnable());
-    return partOf(debt->m_nAmount - debt->m_nClaimed, volume, debt->returnable());
 }
 
 /// proceeds: what the order frees of its account's money, which pays for buying back.
@@ -170,7 +178,9 @@ std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order) 
     const int waiting = order.m_bMarket ? 0 : unitsInMoney(order, order.rest()) - offer->m_nUnits;
     const std::optional<CMoney> later = worthOf(order, order.m_nPrice, waiting);
     if (!later || offer->m_nWorth + *later > kMaxMoney) return {};
-    return needsOfWorth(order, std::max(*atLimit, offer->m_nWorth + *later), unclaimedProceeds(book, order));
+    // What an order without a limit does not find is cancelled, and frees nothing.
+    const CMoney proceeds = order.m_bMarket ? offer->m_nProceeds : unclaimedProceeds(book, order);
+    return needsOfWorth(order, std::max(*atLimit, offer->m_nWorth + *later), proceeds);
 }
 
 void hold(CPaperBook& book, CPaperOrder& order) {

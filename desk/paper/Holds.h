@@ -23,7 +23,8 @@ struct CNeeds {
 };
 
 /// What the order, which holds nothing yet, needs: at its limit, or at the prices that the book offers it now
-/// where they take more. Without a limit only the book's prices count. Empty where it is beyond kMaxMoney.
+/// where they take more. Without a limit only the book's prices count, and of shares that go back only the
+/// proceeds of those that it offers. Empty where it is beyond kMaxMoney.
 std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order);
 
 /// Holds what the accepted order needs at its limit. A return of shares also claims its part of what they

@@ -220,10 +220,23 @@ void CPaperBroker::ensureQuote(const std::string& stockKey) {
     matchResting(stockKey);
 }
 
+/// What waits for an account or an instrument that the folder no longer has, or has as another kind, is left
+/// alone: nobody has compared it with the folder.
+bool CPaperBroker::mayTrade(const CPaperOrder& order, EInstrumentKind kind) const {
+    const auto account = m_accounts.find(order.m_strAccount);
+    const CPaperFamily* family = findPaperFamily(order.m_eFamily);
+    return account != m_accounts.end() && family != nullptr && family->accepts(account->second.broker) &&
+           family->m_eInstrumentKind == kind;
+}
+
 void CPaperBroker::matchResting(const std::string& stockKey) {
-    for (const int id : m_book.resting(stockKey)) {
+    const std::vector<int> resting = m_book.resting(stockKey);
+    if (resting.empty()) return;
+    const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(stockKey);
+    if (!instrument) return;
+    for (const int id : resting) {
         const CPaperOrder* order = m_book.m_orders.find(id);
-        if (order->isOpen()) match(m_book, m_book.m_orders.edit(id));
+        if (order->isOpen() && mayTrade(*order, instrument->kind)) match(m_book, m_book.m_orders.edit(id));
     }
 }
 

@@ -124,6 +124,7 @@ private:
     /// Carries out an accepted order that does not trade.
     void carryOut(const TC::CCodeOrderParam& record, CPaperOrder& order);
     void ensureQuote(const std::string& stockKey);
+    bool mayTrade(const CPaperOrder& order, EInstrumentKind kind) const;
     void matchResting(const std::string& stockKey);
     utils::KNError finishChange();
     void deliverPending();

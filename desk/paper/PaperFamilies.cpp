@@ -227,6 +227,10 @@ bool returnsShares(const CPaperOrder& order) {
     return operationOf(order).m_eBooking == EBooking::SharesReturned;
 }
 
+bool movesOwedShares(const CPaperOrder& order) {
+    return returnsShares(order) || operationOf(order).m_eBooking == EBooking::BorrowedShares;
+}
+
 bool takesCredit(const CPaperOrder& order) {
     const EBooking booking = operationOf(order).m_eBooking;
     return booking == EBooking::BorrowedMoney || booking == EBooking::BorrowedShares;

@@ -87,6 +87,8 @@ bool closesOnly(const CPaperOrder& order);
 bool paysForClosing(const CPaperOrder& order);
 /// Whether shares go back to the broker.
 bool returnsShares(const CPaperOrder& order);
+/// Whether it lends shares or gives them back.
+bool movesOwedShares(const CPaperOrder& order);
 /// Whether the broker lends what it trades: money or shares.
 bool takesCredit(const CPaperOrder& order);
 

@@ -101,6 +101,8 @@ struct CPaperDebt {
     std::int64_t m_nReturning = 0; ///< of the shares: what waiting orders will return
     CMoney m_nReserved = 0;        ///< credit that waiting orders will take
     CMoney m_nClaimed = 0;         ///< of the shares' money: what waiting returns will free
+    int m_nMultiplier =
+        1; ///< the instrument's when the shares were sold; 0: the books of an older desk do not tell
 
     std::int64_t returnable() const { return m_nVolume - m_nReturning; }
 };

@@ -7,7 +7,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <iterator>
+#include <system_error>
 
 namespace desk {
 namespace {
@@ -58,9 +60,11 @@ constexpr const char* kFamilySchema = R"(
     PRAGMA user_version = 2;
 )";
 
-// Version 2 did not keep the multiplier that a position was opened with. Its filled orders tell it, where
-// they agree; 0 leaves the question to whoever knows the instruments. Waiting returns (operation 22) claimed
-// nothing of what their shares had been sold for.
+// Version 2 did not keep the multiplier that a position was opened with. Where filled orders of the
+// instrument agree, theirs is taken: a guess that is wrong only for a position of the folder that was first
+// traded after its multiplier had been edited, which version 2 does not show. 0 leaves the question to
+// whoever knows the instruments. Waiting returns (operation 22) claimed nothing of what their shares had been
+// sold for.
 constexpr const char* kMultiplierSchema = R"(
     ALTER TABLE positions ADD COLUMN multiplier INTEGER NOT NULL DEFAULT 0;
     UPDATE positions SET multiplier = COALESCE((SELECT CASE WHEN MIN(multiplier) = MAX(multiplier) THEN MAX(multiplier) END
@@ -76,7 +80,14 @@ constexpr const char* kMultiplierSchema = R"(
     PRAGMA user_version = 3;
 )";
 
-constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema, kMultiplierSchema};
+// Version 3 kept no multiplier of shares that are owed. Their sales tell it to whoever reads the orders.
+constexpr const char* kDebtSchema = R"(
+    ALTER TABLE debts ADD COLUMN multiplier INTEGER NOT NULL DEFAULT 0;
+    UPDATE debts SET multiplier = 1 WHERE stock = '';
+    PRAGMA user_version = 4;
+)";
+
+constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema, kMultiplierSchema, kDebtSchema};
 constexpr int kSchemaVersion = static_cast<int>(std::size(kUpgrades));
 
 /// Makes the file before SQLite does, readable for its owner only; SQLite gives its side files the same mode.
@@ -124,12 +135,13 @@ void loadPositions(sqlite3* database, CPaperBook& book) {
 }
 
 void loadDebts(sqlite3* database, CPaperBook& book) {
-    CSqlStatement rows(database,
-                       "SELECT account, stock, volume, amount, to_return, reserved, claimed FROM debts");
+    CSqlStatement rows(
+        database,
+        "SELECT account, stock, volume, amount, to_return, reserved, claimed, multiplier FROM debts");
     while (rows.step()) {
         book.m_debts.edit({rows.text(0), rows.text(1)}) = {rows.text(0),    rows.text(1),    rows.integer(2),
                                                            rows.integer(3), rows.integer(4), rows.integer(5),
-                                                           rows.integer(6)};
+                                                           rows.integer(6), rows.number(7)};
     }
 }
 
@@ -219,7 +231,31 @@ utils::KNError storeError(const std::string& what) {
     return {kPaperStoreFailed, "the paper broker's store failed: " + what};
 }
 
+std::set<std::string> accountsOf(sqlite3* database) {
+    std::set<std::string> accounts;
+    if (versionOf(database) == 0) return accounts; // made, but never saved
+    CSqlStatement rows(database, "SELECT account FROM funds");
+    while (rows.step())
+        accounts.insert(rows.text(0));
+    return accounts;
+}
+
+std::string storePath(const std::string& folder) {
+    return folder + '/' + kPaperStoreName;
+}
+
 } // namespace
+
+std::optional<std::set<std::string>> storedAccounts(const std::string& folder) {
+    const std::string path = storePath(folder);
+    std::error_code unreadable;
+    if (!std::filesystem::exists(path, unreadable) && !unreadable) return std::set<std::string>();
+    try {
+        return accountsOf(openDatabaseToRead(path).get());
+    } catch (const CSqlError&) {
+        return {};
+    }
+}
 
 /// The database and the statements that every change uses.
 struct CPaperStore::CConnection {
@@ -238,7 +274,7 @@ struct CPaperStore::CConnection {
     CSqlStatement funds{raw, "INSERT OR REPLACE INTO funds VALUES (?, ?, ?, ?)"};
     CSqlStatement positions{raw,
                             "INSERT OR REPLACE INTO positions VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
-    CSqlStatement debts{raw, "INSERT OR REPLACE INTO debts VALUES (?, ?, ?, ?, ?, ?, ?)"};
+    CSqlStatement debts{raw, "INSERT OR REPLACE INTO debts VALUES (?, ?, ?, ?, ?, ?, ?, ?)"};
     CSqlStatement tasks{raw, "INSERT OR REPLACE INTO tasks VALUES (?, ?, ?, ?, ?)"};
     CSqlStatement orders{raw, "INSERT OR REPLACE INTO orders VALUES "
                               "(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"};
@@ -252,7 +288,7 @@ CPaperStore::~CPaperStore() = default;
 
 utils::KNError CPaperStore::open(const std::string& folder, CPaperBook& book,
                                  std::vector<CBrokerEvent>& events) {
-    const std::string path = folder + '/' + kPaperStoreName;
+    const std::string path = storePath(folder);
     try {
         auto connection = std::make_unique<CConnection>(openStore(path));
         sqlite3* database = connection->raw;
@@ -305,7 +341,7 @@ void CPaperStore::CConnection::write(const CPaperBook& book, std::int64_t delive
     });
     book.m_debts.visitChanged([this](const CPaperDebt*, const CPaperDebt& row) {
         debts.run(row.m_strAccount, row.m_strStock, row.m_nVolume, row.m_nAmount, row.m_nReturning,
-                  row.m_nReserved, row.m_nClaimed);
+                  row.m_nReserved, row.m_nClaimed, row.m_nMultiplier);
     });
     book.m_tasks.visitChanged([this](const CPaperTask*, const CPaperTask& row) {
         tasks.run(row.m_nId, row.m_nReference, row.m_nOrders, row.m_strRemark, row.m_strTime);

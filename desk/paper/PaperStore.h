@@ -5,6 +5,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,10 @@ inline constexpr const char* kPaperStoreName = "paper.db";
 
 /// Error numbers of the store's and the broker's operations.
 enum EPaperError : int { kPaperStoreFailed = 1, kPaperBadRequest = 2, kPaperNothingOpen = 3 };
+
+/// Keys of the accounts that FOLDER/paper.db holds, of whatever version it is; none where there is no store
+/// yet. Empty where the store cannot be read: whoever opens it learns why.
+std::optional<std::set<std::string>> storedAccounts(const std::string& folder);
 
 /// The broker's state on disk: one SQLite database, one transaction for each change. Not thread safe: the
 /// broker's mutex guards it.

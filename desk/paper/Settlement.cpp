@@ -100,13 +100,13 @@ void repay(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
 
 void buyToReturn(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
     book.m_funds.edit(order.m_strAccount).m_nCash -= deal.m_nMoney;
-    returnShares(book, order, deal.m_nVolume, deal.m_released.m_nProceeds);
+    bookReturn(book, order, deal.m_nVolume, deal.m_released.m_nProceeds);
 }
 
 /// The shares leave the account without money, at whatever they had cost.
 void returnOwn(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
     takeOut(book.editPosition(order, closedSide(order)), deal.m_released);
-    returnShares(book, order, deal.m_nVolume, deal.m_released.m_nProceeds);
+    bookReturn(book, order, deal.m_nVolume, deal.m_released.m_nProceeds);
 }
 
 using EEffect = EOperationEffect;

@@ -3,6 +3,17 @@
 #include <sqlite3.h>
 
 namespace desk {
+namespace {
+
+CSqlDatabase openWith(const std::string& path, int flags) {
+    sqlite3* raw = nullptr;
+    const int result = sqlite3_open_v2(path.c_str(), &raw, flags, nullptr);
+    CSqlDatabase database(raw);
+    if (result != SQLITE_OK) throw CSqlError(raw != nullptr ? sqlite3_errmsg(raw) : sqlite3_errstr(result));
+    return database;
+}
+
+} // namespace
 
 void CSqlCloser::operator()(sqlite3* database) const {
     sqlite3_close_v2(database);
@@ -13,12 +24,11 @@ void CSqlCloser::operator()(sqlite3_stmt* statement) const {
 }
 
 CSqlDatabase openDatabase(const std::string& path) {
-    sqlite3* raw = nullptr;
-    const int result =
-        sqlite3_open_v2(path.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-    CSqlDatabase database(raw);
-    if (result != SQLITE_OK) throw CSqlError(raw != nullptr ? sqlite3_errmsg(raw) : sqlite3_errstr(result));
-    return database;
+    return openWith(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+}
+
+CSqlDatabase openDatabaseToRead(const std::string& path) {
+    return openWith(path, SQLITE_OPEN_READONLY);
 }
 
 void execute(sqlite3* database, const char* sql) {

@@ -24,6 +24,8 @@ using CSqlDatabase = std::unique_ptr<sqlite3, CSqlCloser>;
 
 /// Opens or makes a database file. Throws CSqlError.
 CSqlDatabase openDatabase(const std::string& path);
+/// Opens a database file that is there, to read it. Throws CSqlError.
+CSqlDatabase openDatabaseToRead(const std::string& path);
 
 /// Runs statements without arguments or results. Throws CSqlError.
 void execute(sqlite3* database, const char* sql);

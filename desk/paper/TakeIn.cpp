@@ -31,6 +31,11 @@ CInstrumentEntry instrumentOf(const IQuoteSource& quotes, const std::string& sto
 
 } // namespace
 
+bool hasSoundFunds(const CAccountEntry& account) {
+    const std::optional<CMoney> cash = toMoney(account.funds);
+    return cash && *cash >= 0;
+}
+
 std::optional<CPaperPosition> takeInPosition(const std::string& account, const CPositionEntry& entry,
                                              const CInstrumentEntry& instrument) {
     const std::optional<EPayment> payment = paymentOf(entry, instrument.kind);
@@ -58,9 +63,9 @@ utils::KNError takeInAccount(CPaperBook& book, const IQuoteSource& quotes, const
     const auto refuse = [&](const std::string& why) {
         return utils::KNError{kPaperBadRequest, "account " + account.key + ": " + why};
     };
-    const std::optional<CMoney> cash = toMoney(account.funds);
-    if (!cash || *cash < 0) return refuse("funds are negative or out of range");
-    CPaperFunds& funds = book.m_funds.edit(account.key) = {account.key, *cash, 0, 0};
+    if (!hasSoundFunds(account)) return refuse("funds are negative or out of range");
+    const CMoney cash = toMoney(account.funds).value_or(0);
+    CPaperFunds& funds = book.m_funds.edit(account.key) = {account.key, cash, 0, 0};
     for (const CPositionEntry& entry : account.positions) {
         const CInstrumentEntry instrument = instrumentOf(quotes, entry.stockKey);
         const std::optional<CPaperPosition> position = takeInPosition(account.key, entry, instrument);
@@ -72,7 +77,7 @@ utils::KNError takeInAccount(CPaperBook& book, const IQuoteSource& quotes, const
     }
     if (funds.available() >= 0) return {};
     return refuse("its positions hold " + moneyText(funds.m_nMargin) + " as margin, more than its funds of " +
-                  moneyText(*cash));
+                  moneyText(cash));
 }
 
 } // namespace desk

@@ -10,6 +10,9 @@
 
 namespace desk {
 
+/// Whether the folder's funds of an account are an amount that it may begin with.
+bool hasSoundFunds(const CAccountEntry& account);
+
 /// A position of the folder as the book keeps it: paid, or on a margin of its cost, as if it had been opened
 /// at its cost. Empty where it makes no sense.
 std::optional<CPaperPosition> takeInPosition(const std::string& account, const CPositionEntry& entry,

@@ -167,6 +167,43 @@ TEST_F(DemoFolder, MarginsBeyondTheFundsAreToldByTheCheckAndNotStarted) {
     EXPECT_FALSE(m_folder.exists("desk/paper.db"));
 }
 
+TEST_F(DemoFolder, AccountThatTheBooksHoldStartsWhateverTheFolderSaysOfItsFunds) {
+    std::ostringstream out;
+    ASSERT_EQ(runDesk(m_folder.path("desk"), 0.0, out, [] { return true; }), 0) << out.str();
+    std::string text = m_folder.read("desk/desk.toml");
+    const std::string funds = "funds = 2000000.0";
+    ASSERT_NE(text.find(funds), std::string::npos);
+    text.replace(text.find(funds), funds.size(), "funds = 500000.0");
+    m_folder.write("desk/desk.toml", text);
+    EXPECT_EQ(runDesk(m_folder.path("desk"), 0.0, out, [] { return true; }), 0) << out.str();
+    EXPECT_EQ(runCheck(m_folder.path("desk"), out), 2) << "the folder alone would not do for a new account";
+
+    m_folder.write("desk/desk.toml",
+                   text + "\n[[account]]\nkey = \"F9\"\nbroker = \"future\"\nfunds = 1.0\n");
+    m_folder.write("desk/positions.csv",
+                   m_folder.read("desk/positions.csv") + "F9,CFIF2609,long,1,1,4000,\n");
+    std::ostringstream refused;
+    EXPECT_EQ(runDesk(m_folder.path("desk"), 0.0, refused, [] { return true; }), 2);
+    EXPECT_NE(refused.str().find("positions.csv: account F9: its positions hold"), std::string::npos);
+    EXPECT_EQ(refused.str().find("account F1"), std::string::npos) << refused.str();
+}
+
+TEST_F(DemoFolder, StoreThatCannotBeReadIsToldByItsOwnName) {
+    m_folder.write("desk/paper.db", "not a database, but longer than nothing");
+    std::ostringstream out;
+    EXPECT_EQ(runDesk(m_folder.path("desk"), 0.0, out, [] { return true; }), 1);
+    EXPECT_NE(out.str().find("cannot use the paper broker's store"), std::string::npos) << out.str();
+}
+
+TEST(CheckFolder, FundsBeyondTheRangeAreAMistakeOfTheirOwnFile) {
+    const test::CConfigFolder folder;
+    folder.replace("desk.toml", "funds = 1000.0", "funds = 1e14");
+    std::ostringstream out;
+    EXPECT_EQ(runCheck(folder.path(), out), 2);
+    EXPECT_EQ(out.str().rfind("desk.toml: account A1: funds are negative or out of range", 0), 0U)
+        << out.str();
+}
+
 TEST(CheckFolder, ChangesNothingInTheFolder) {
     const test::CConfigFolder folder;
     std::ostringstream out;

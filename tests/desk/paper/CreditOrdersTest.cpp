@@ -165,6 +165,28 @@ TEST_F(CreditOrders, LimitThatWasLoweredBoundsWhatWaitsByWhatItHolds) {
     EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Cancelled);
 }
 
+TEST_F(CreditOrders, ReturnWithoutLimitIsPaidByTheProceedsOfWhatTheBookHasAlone) {
+    std::vector<CAccountEntry> accounts = {familyAccounts()[3]};
+    accounts[0].key = "C2";
+    accounts[0].funds = 0;
+    accounts[0].creditLimit = 10000;
+    openFamilies(accounts);
+    const auto orderOfC2 = [this](int operation, int volume, TC::EPriceType type) {
+        TC::CCodeOrderParam code = recordOf(kCredit, operation, volume, 10);
+        code.m_account = account("C2");
+        code.m_ePriceType = type;
+        return outcome(orderOf(kCredit, code));
+    };
+    ASSERT_EQ(orderOfC2(kSellShort, 1000, TC::EPriceType::Specified), "filled");
+    offer(kCredit, 50, 100);
+    EXPECT_EQ(orderOfC2(kBuyToReturn, 1000, kMarket), "not enough funds for what the book has");
+    EXPECT_EQ(funds("C2").available(), 0);
+    offer(kCredit, 10, 100);
+    EXPECT_EQ(orderOfC2(kBuyToReturn, 1000, kMarket), "cancelled") << "a hundred pay for themselves";
+    EXPECT_EQ(m_broker->debts().at(0).m_nVolume, 900);
+    EXPECT_EQ(funds("C2").available(), 0);
+}
+
 TEST_F(CreditOrders, WaitingReturnCountsOnTheProceedsThatItFound) {
     outcomeOf(18, 9990, 10);
     outcomeOf(kSellShort, 100, 10);

@@ -29,6 +29,23 @@ TEST_F(PaperFamilyStore, BooksOfEveryFamilyAreThereAfterARestart) {
         EXPECT_EQ(each.m_nFrozen, 0) << each.m_strAccount;
 }
 
+TEST_F(PaperFamilyStore, WhatWaitsForAnAccountThatHasLeftTheFolderDoesNotTrade) {
+    orderOf(kFuture, 0, 5, 90);
+    std::vector<CAccountEntry> others = familyAccounts();
+    others.erase(others.begin() + 1);
+    openFamilies(others);
+    offer(kFuture, 90);
+    EXPECT_EQ(longOf(kFuture), 0) << "it has left";
+    std::vector<CAccountEntry> changed = familyAccounts();
+    changed[1].broker = TC::EQDBrokerType::Gold;
+    openFamilies(changed);
+    offer(kFuture, 90);
+    EXPECT_EQ(longOf(kFuture), 0) << "it is of another kind";
+    openFamilies();
+    offer(kFuture, 90);
+    EXPECT_EQ(longOf(kFuture), 5) << "it is back";
+}
+
 TEST_F(PaperFamilyStore, BooksAddUpAfterTheProcessWasKilled) {
     m_broker.reset();
     int answers[2];

@@ -27,9 +27,15 @@ protected:
         return version;
     }
 
+    /// Turns the store into one of version 3, which did not keep the multiplier of debts.
+    void makeThird() {
+        m_broker.reset();
+        runSql("ALTER TABLE debts DROP COLUMN multiplier; PRAGMA user_version = 3;");
+    }
+
     /// Turns the store into one of version 2, which did not keep multipliers and proceeds.
     void makeOlder() {
-        m_broker.reset();
+        makeThird();
         runSql("ALTER TABLE positions DROP COLUMN multiplier; ALTER TABLE orders DROP COLUMN proceeds;"
                "ALTER TABLE debts DROP COLUMN claimed; PRAGMA user_version = 2;");
     }
@@ -77,9 +83,18 @@ constexpr const char* kStockStore = R"(
     INSERT INTO orders VALUES (3, 1, 'A1', 'SH600000', 19, 11, 0, 105000, 500, 0, 0, 0, 3, '', '');
 )";
 
-constexpr const char* kNotKnown =
-    "was stored by an older desk, and its multiplier and margin are not known; remove paper.db to begin anew "
-    "with the folder's funds and positions";
+constexpr const char* kOtherWays = "take the account out of desk.toml, and its books stay as they are; "
+                                   "removing paper.db gives up the books of "
+                                   "all accounts";
+
+const std::string kNotKnown =
+    std::string(
+        "was stored by an older desk, and its multiplier is not known; set multiplier in "
+        "instruments.csv and its row in positions.csv back to what they were when it was taken in, or ") +
+    kOtherWays;
+
+const std::string kPaidOtherwise =
+    std::string("was not paid for as instruments of its kind are; ") + kOtherWays;
 
 } // namespace
 
@@ -107,7 +122,7 @@ TEST_F(PaperUpgrade, StoreOfStocksAloneIsBroughtUpToDate) {
 
 TEST_F(PaperUpgrade, StoreOfALaterVersionIsRefused) {
     removeStore();
-    runSql("PRAGMA user_version = 4;");
+    runSql("PRAGMA user_version = 5;");
     CPaperBroker broker(m_quotes, nullptr);
     const std::string error = broker.open(m_folder.path(), {}, 0).errorMsg();
     EXPECT_NE(error.find("another version of the desk made it"), std::string::npos) << error;
@@ -118,11 +133,11 @@ TEST_F(PaperUpgrade, FutureOfTheFirstStoreIsRefusedAndTheStoreLeftAlone) {
     runSql(kStockStore);
     runSql("INSERT INTO funds VALUES ('FU', 1000000000, 0);"
            "INSERT INTO positions VALUES ('FU', 'SFrb2605', 4, 4, 0, 158000000);");
-    EXPECT_EQ(refusal(), std::string("account FU: position SFrb2605 ") + kNotKnown);
+    EXPECT_EQ(refusal(), "account FU: position SFrb2605 " + kPaidOtherwise);
     EXPECT_EQ(storeVersion(), 1);
     EXPECT_EQ(refusal({}), "") << "without the account nobody can trade it";
-    EXPECT_EQ(storeVersion(), 3);
-    EXPECT_EQ(refusal(), std::string("account FU: position SFrb2605 ") + kNotKnown) << "nor later";
+    EXPECT_EQ(storeVersion(), 4);
+    EXPECT_EQ(refusal(), "account FU: position SFrb2605 " + kPaidOtherwise) << "nor later";
 }
 
 TEST_F(PaperUpgrade, OptionOfTheFirstStoreIsRefusedWhereItsCostLacksTheMultiplier) {
@@ -133,7 +148,7 @@ TEST_F(PaperUpgrade, OptionOfTheFirstStoreIsRefusedWhereItsCostLacksTheMultiplie
            "INSERT INTO positions VALUES ('OP', 'SHO10000001', 3, 3, 0, 3000);");
     const CAccountEntry account =
         accountWith(EFamily::Option, {"SHO10000001", EPositionSide::Long, 3, 3, 0.1});
-    EXPECT_EQ(refusal({account}), std::string("account OP: position SHO10000001 ") + kNotKnown);
+    EXPECT_EQ(refusal({account}), "account OP: position SHO10000001 " + kNotKnown);
     setMultiplier(EFamily::Option, 1);
     EXPECT_EQ(refusal({account}), "");
 }
@@ -146,7 +161,7 @@ TEST_F(PaperUpgrade, BooksOfTheSecondStoreAreTheSameAfterIt) {
     makeOlder();
     openFamilies();
     EXPECT_EQ(books(), before);
-    EXPECT_EQ(storeVersion(), 3);
+    EXPECT_EQ(storeVersion(), 4);
     EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 10);
 }
 
@@ -161,17 +176,71 @@ TEST_F(PaperUpgrade, PositionOfTheSecondStoreThatNobodyTradedIsReadAgainFromTheF
 
     makeOlder();
     setMultiplier(kFuture, 300);
-    EXPECT_EQ(refusal(accounts), std::string("account FU: position SFrb2605 ") + kNotKnown);
+    EXPECT_EQ(refusal(accounts), "account FU: position SFrb2605 " + kNotKnown);
     EXPECT_EQ(storeVersion(), 2);
+}
+
+TEST_F(PaperUpgrade, MarginRateMayHaveChangedSinceAPositionOfTheSecondStoreWasTakenIn) {
+    const std::vector<CAccountEntry> accounts = {
+        accountWith(kFuture, {keyOf(kFuture), EPositionSide::Long, 4, 4, 95})};
+    removeStore();
+    openFamilies(accounts);
+    makeOlder();
+    CInstrumentEntry entry = *m_quotes.instrument(keyOf(kFuture));
+    entry.marginRate = 0.2;
+    m_quotes.addInstrument(entry);
+    openFamilies(accounts);
+    EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 10);
+    EXPECT_EQ(margin(kFuture), 380) << "what it was opened with";
+    outcomeOf(kFuture, 1, 4, 95);
+    EXPECT_EQ(margin(kFuture), 0);
+    EXPECT_EQ(cash(kFuture), kFunds + 200) << "closed at 100";
+}
+
+TEST_F(PaperUpgrade, GoldOfTheSecondStoreKeepsThePaymentThatItWasStoredWith) {
+    CPositionEntry entry{keyOf(EFamily::Gold), EPositionSide::Long, 2, 2, 5};
+    entry.paidInFull = true; // as the second store took all gold
+    removeStore();
+    openFamilies({accountWith(EFamily::Gold, entry)});
+    makeOlder();
+    entry.paidInFull = false;
+    const std::vector<CAccountEntry> accounts = {accountWith(EFamily::Gold, entry)};
+    openFamilies(accounts);
+    EXPECT_EQ(positionOf(EFamily::Gold).m_nMultiplier, 100);
+    EXPECT_EQ(positionOf(EFamily::Gold).m_nPaid, toMoney(1000).value());
+    EXPECT_EQ(outcomeOf(EFamily::Gold, 19, 2, 5), "filled");
+    EXPECT_EQ(cash(EFamily::Gold), kFunds + 1000);
+    EXPECT_EQ(margin(EFamily::Gold), 0);
+}
+
+TEST_F(PaperUpgrade, OrdersOfAPositionThatIsGoneDoNotHideTheMultiplierOfTheNext) {
+    orderOf(kFuture, 0, 2, 100);
+    orderOf(kFuture, 2, 2, 100);
+    setMultiplier(kFuture, 300);
+    openFamilies();
+    orderOf(kFuture, 0, 3, 100);
+    makeOlder();
+    openFamilies();
+    EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 300);
+}
+
+TEST_F(PaperUpgrade, OrdersThatDoNotAgreeLeaveThePositionToTheFolder) {
+    const std::vector<CAccountEntry> accounts = {
+        accountWith(kFuture, {keyOf(kFuture), EPositionSide::Long, 4, 4, 95})};
+    removeStore();
+    openFamilies(accounts);
+    orderOf(kFuture, 0, 1, 100);
+    orderOf(kFuture, 0, 1, 100);
+    makeOlder();
+    runSql("UPDATE orders SET multiplier = 300 WHERE id = 1;");
+    EXPECT_EQ(refusal(accounts), "account FU: position SFrb2605 " + kNotKnown);
 }
 
 TEST_F(PaperUpgrade, PositionThatIsNotPaidAsItsKindIsRefused) {
     orderOf(kFuture, 0, 2, 100);
     m_broker.reset();
     runSql("UPDATE positions SET paid = cost WHERE account = 'FU';");
-    EXPECT_EQ(refusal(),
-              "account FU: position SFrb2605 was not paid for as instruments of its kind are; remove "
-              "paper.db to begin anew with the folder's funds and positions");
+    EXPECT_EQ(refusal(), "account FU: position SFrb2605 " + kPaidOtherwise);
 }
 
 TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderAPositionIsRefused) {
@@ -209,4 +278,60 @@ TEST_F(PaperUpgrade, MultiplierThatChangesWhileTheDeskRunsBooksNothing) {
     }
     offer(kFuture, 101);
     EXPECT_EQ(cash(kFuture), kFunds + 10) << "the waiting order closes as the position was opened";
+}
+
+TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderSharesOwedIsRefused) {
+    constexpr EFamily kCredit = EFamily::Credit;
+    setMultiplier(kCredit, 10);
+    openFamilies();
+    ASSERT_EQ(outcomeOf(kCredit, 21, 10, 10), "filled");
+    const auto multiplierOwed = [this] { return m_broker->debts().at(0).m_nMultiplier; };
+    EXPECT_EQ(multiplierOwed(), 10);
+    setMultiplier(kCredit, 1);
+    const std::string expected =
+        "account CR: debt of SH600001 was sold with multiplier 10, but the instrument "
+        "has 1; set it back in instruments.csv until nothing of it is owed";
+    EXPECT_EQ(refusal(), expected);
+    makeThird();
+    EXPECT_EQ(refusal(), expected) << "its sales tell";
+    EXPECT_EQ(storeVersion(), 3);
+    setMultiplier(kCredit, 10);
+    openFamilies();
+    EXPECT_EQ(storeVersion(), 4);
+    EXPECT_EQ(multiplierOwed(), 10);
+    ASSERT_EQ(outcomeOf(kCredit, 22, 10, 10), "filled");
+    EXPECT_EQ(cash(kCredit), kFunds);
+    setMultiplier(kCredit, 1);
+    openFamilies();
+    ASSERT_EQ(outcomeOf(kCredit, 21, 100, 10), "filled");
+    EXPECT_EQ(multiplierOwed(), 1);
+    makeThird();
+    openFamilies();
+    EXPECT_EQ(multiplierOwed(), 1) << "what was returned does not count";
+}
+
+TEST_F(PaperUpgrade, MultiplierThatChangesUnderSharesOwedRejectsWhatMovesThem) {
+    constexpr EFamily kCredit = EFamily::Credit;
+    outcomeOf(kCredit, 18, 100, 10);
+    startDay("20260105");
+    startDay("20260106");
+    ASSERT_EQ(outcomeOf(kCredit, 21, 100, 10), "filled");
+    ASSERT_EQ(outcomeOf(kCredit, 19, 100, 10), "filled");
+    setMultiplier(kCredit, 10);
+    for (const int operation : {21, 22, 23}) {
+        EXPECT_EQ(outcomeOf(kCredit, operation, 10, 10),
+                  "the shares owed were sold with multiplier 1, the instrument has 10");
+    }
+    EXPECT_EQ(outcomeOf(kCredit, 18, 10, 10), "filled") << "its own";
+}
+
+TEST_F(PaperUpgrade, SharesOwedWhoseSalesDoNotAgreeAreRefused) {
+    constexpr EFamily kCredit = EFamily::Credit;
+    outcomeOf(kCredit, 21, 100, 10);
+    outcomeOf(kCredit, 21, 100, 10);
+    makeThird();
+    runSql("UPDATE orders SET multiplier = 10 WHERE id = 1;");
+    EXPECT_EQ(refusal(), std::string("account CR: debt of SH600001 was stored by an older desk, and its "
+                                     "multiplier is not known; ") +
+                             kOtherWays);
 }

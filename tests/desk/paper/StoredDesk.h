@@ -33,7 +33,7 @@ protected:
         }
         for (const CPaperDebt& d : m_broker->debts()) {
             text += join(d.m_strAccount + ':' + d.m_strStock, d.m_nVolume, d.m_nAmount, d.m_nReturning,
-                         d.m_nReserved, d.m_nClaimed);
+                         d.m_nReserved, d.m_nClaimed, d.m_nMultiplier);
         }
         for (const CPaperOrder& o : m_broker->orders()) {
             text +=
