@@ -158,6 +158,17 @@ TEST_F(BasketCheck, LeastVolumeOfTheStarMarketItselfGoesOut) {
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单] [通道3] [备注:] 科创板合约下单量最小为200!"));
 }
 
+TEST_F(BasketCheck, StarMarketsLeastVolumeIsTestedOnceTheHostHasStampedTheRecord) {
+    host.types.types.insert({1172, "SH600001"});
+    host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{150, 300}; };
+    std::vector<std::size_t> errorsBefore;
+    host.rules.onFixTimeRange = [&](CCodeOrderParam&) { errorsBefore.push_back(host.errorTexts().size()); };
+    ASSERT_TRUE(check(basket(25, {{"600001", 450}})));
+    EXPECT_EQ(errorsBefore, (std::vector<std::size_t>{0, 1}));
+    EXPECT_EQ(host.rules.settingCalls.all().size(), 2u);
+    EXPECT_EQ(records(), "A2 18 300 600001, ");
+}
+
 TEST_F(BasketCheck, StarMarketsLeastVolumeIsTestedBeforeAPriceOfZero) {
     host.types.types.insert({1172, "SH600001"});
     COrderParam order = basket(25, {{"600001", 300}, {"600002", 300}});

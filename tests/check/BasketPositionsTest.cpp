@@ -39,6 +39,11 @@ TEST_F(BasketPositions, RecordsAreSalesOfWhatCanBeSold) {
     }
 }
 
+TEST_F(BasketPositions, HostSeesRecordsThatKnowTheirPositionAndInstrument) {
+    hold("600001", 700);
+    EXPECT_EQ(seenByHost(all()), std::vector<std::string>(2, "49 3 19 tester SH600001"));
+}
+
 TEST_F(BasketPositions, SubAccountIsNamedByPositionOrdersOnly) {
     hold("600001", 700);
     const auto named = [](int number) {

@@ -189,6 +189,10 @@ TEST_F(BasketRows, RecordsCarryUserHedgePositionAndInstrument) {
     EXPECT_EQ(static_cast<int>(host.trade.splitCalls.at(0).positionType), 3);
 }
 
+TEST_F(BasketRows, HostSeesRecordsThatKnowTheirPositionAndInstrument) {
+    EXPECT_EQ(seenByHost(ownSale()), std::vector<std::string>(4, "49 3 19 tester SH600001"));
+}
+
 TEST_F(BasketRows, OnlyTheFirstRecordsSideCounts) {
     COrderParam order = basket(33, {{"600001", 100}, {"600002", 100}});
     order.m_orders[0].m_eOperationType = 18;
