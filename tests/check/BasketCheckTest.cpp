@@ -43,6 +43,20 @@ TEST_F(BasketCheck, SwitchGuardsTwoNumbers) {
     EXPECT_TRUE(check(basket(25, {{"600001", 100}})));
 }
 
+TEST_F(BasketCheck, FirstOfSeveralFaultsIsTold) {
+    host.switches.on.clear();
+    const auto noGroup = strategy().group(QStringLiteral("none"));
+    for (const int number : {33, 34}) {
+        host.orders.errors.clear();
+        EXPECT_FALSE(check(basket(number, {}), noGroup));
+        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单指令不合法!")) << number;
+        host.orders.errors.clear();
+        EXPECT_FALSE(check(basket(number, {{"600001", 100}}), noGroup));
+        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单指令不合法，一键买卖授权已关闭!"))
+            << number;
+    }
+}
+
 TEST_F(BasketCheck, MissingAccountsAreReported) {
     EXPECT_FALSE(check(basket(25, {{"600001", 100}}), strategy().group(QStringLiteral("none"))));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 指定账号不可用!"));
@@ -100,9 +114,12 @@ TEST_F(BasketCheck, SuspendedInstrumentsAreDroppedUnlessThePriceIsGiven) {
     ASSERT_TRUE(check(order, strategy(EPriceType::Specified)));
     EXPECT_EQ(codes.size(), 2u);
     EXPECT_EQ(codes[0].m_dPrice, 9);
-    quote->m_dDayFigure2 = 1;
-    ASSERT_TRUE(check(basket(25, {{"600001", 100}})));
-    EXPECT_EQ(codes.size(), 2u);
+    for (double* figure : {&quote->m_dDayFigure1, &quote->m_dDayFigure2}) {
+        *figure = 1; // either says that there was trade
+        ASSERT_TRUE(check(basket(25, {{"600001", 100}})));
+        EXPECT_EQ(codes.size(), 2u);
+        *figure = 0;
+    }
 }
 
 TEST_F(BasketCheck, RowWithoutAUsablePriceIsToldAndGoesOnWithNothing) {
@@ -131,6 +148,37 @@ TEST_F(BasketCheck, StarMarketHasALeastVolumeForEachAccount) {
     ASSERT_TRUE(check(basket(25, {{"600001", 450}}).set([](auto& o) { o.m_strRemark = "备注"; })));
     EXPECT_EQ(records(), "A1 18 300 600001, ");
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单] [通道3] [备注:备注] 科创板合约下单量最小为200!"));
+}
+
+TEST_F(BasketCheck, LeastVolumeOfTheStarMarketItselfGoesOut) {
+    host.types.types.insert({1172, "SH600001"});
+    host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{200, 199}; };
+    ASSERT_TRUE(check(basket(25, {{"600001", 399}})));
+    EXPECT_EQ(records(), "A1 18 200 600001, ");
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单] [通道3] [备注:] 科创板合约下单量最小为200!"));
+}
+
+TEST_F(BasketCheck, StarMarketsLeastVolumeIsTestedOnceTheHostHasStampedTheRecord) {
+    host.types.types.insert({1172, "SH600001"});
+    host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{150, 300}; };
+    std::vector<std::size_t> errorsBefore;
+    host.rules.onFixTimeRange = [&](CCodeOrderParam&) { errorsBefore.push_back(host.errorTexts().size()); };
+    ASSERT_TRUE(check(basket(25, {{"600001", 450}})));
+    EXPECT_EQ(errorsBefore, (std::vector<std::size_t>{0, 1}));
+    EXPECT_EQ(host.rules.settingCalls.all().size(), 2u);
+    EXPECT_EQ(records(), "A2 18 300 600001, ");
+}
+
+TEST_F(BasketCheck, StarMarketsLeastVolumeIsTestedBeforeAPriceOfZero) {
+    host.types.types.insert({1172, "SH600001"});
+    COrderParam order = basket(25, {{"600001", 300}, {"600002", 300}});
+    order.m_orders[0].m_dPrice = 0;
+    order.m_orders[1].m_dPrice = 20;
+    host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{150, 150}; };
+    ASSERT_TRUE(check(order, strategy(EPriceType::Specified)));
+    EXPECT_EQ(records(), "A1 18 150 600002, A2 18 150 600002, ");
+    EXPECT_EQ(host.errorTexts(),
+              std::vector<QString>(2, QStringLiteral("[文件单] [通道3] [备注:] 科创板合约下单量最小为200!")));
 }
 
 TEST_F(BasketCheck, FailedSplitDropsTheRowSilently) {
@@ -179,6 +227,14 @@ TEST_F(BasketCheck, FarSideOfTheBookIsNotAllowed) {
         EXPECT_FALSE(check(basket(25, {{"600001", 100}}), strategy(type)));
         EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 组合交易买入不允许报买二到买五的价格!"));
     }
+}
+
+TEST_F(BasketCheck, NearSideOfTheBookIsAllowed) {
+    EXPECT_TRUE(check(basket(26, {{"600001", 100}}), strategy(EPriceType::Sell1)));
+    EXPECT_TRUE(check(basket(26, {{"600001", 100}}), strategy(EPriceType::Buy2)));
+    EXPECT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::Buy1)));
+    EXPECT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::Sell2)));
+    EXPECT_TRUE(host.errorTexts().empty());
 }
 
 // All that the accounts hold.

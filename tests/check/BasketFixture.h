@@ -36,6 +36,23 @@ protected:
         return service.checkAndFillOrderCompose(order, with, codes, weights);
     }
     bool check(const TC::COrderParam& order) { return check(order, strategy()); }
+    /// Hedge flag, position type, operation, user and key of each record as the host saw it, first when it
+    /// set the times and then when it put in the setting.
+    std::vector<std::string> seenByHost(const TC::COrderParam& order) {
+        std::vector<std::string> seen;
+        const auto see = [&](const TC::CCodeOrderParam& record) {
+            seen.push_back(std::to_string(static_cast<int>(record.m_eHedgeFlag)) + " " +
+                           std::to_string(static_cast<int>(record.m_ePositionType)) + " " +
+                           std::to_string(static_cast<int>(record.m_eOperationType)) + " " +
+                           record.m_strUserId + " " + record.m_stock.m_strMarket + record.m_stock.m_strCode);
+        };
+        host.rules.onFixTimeRange = see;
+        EXPECT_TRUE(check(
+            order, strategy().set([](auto& s) { s.m_ePositionType = static_cast<TC::EPositionType>(3); })));
+        for (const fake::CSettingCall& call : host.rules.settingCalls.all())
+            see(call.record);
+        return seen;
+    }
     /// Account, operation, volume and code of every record.
     std::string records() const {
         std::string text;

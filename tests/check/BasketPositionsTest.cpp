@@ -39,6 +39,11 @@ TEST_F(BasketPositions, RecordsAreSalesOfWhatCanBeSold) {
     }
 }
 
+TEST_F(BasketPositions, HostSeesRecordsThatKnowTheirPositionAndInstrument) {
+    hold("600001", 700);
+    EXPECT_EQ(seenByHost(all()), std::vector<std::string>(2, "49 3 19 tester SH600001"));
+}
+
 TEST_F(BasketPositions, SubAccountIsNamedByPositionOrdersOnly) {
     hold("600001", 700);
     const auto named = [](int number) {
@@ -93,6 +98,49 @@ TEST_F(BasketPositions, AccountThatIsMissingSellsNothing) {
     host.user.nullAccount = true;
     hold("600001", 700);
     ASSERT_TRUE(check(all()));
+    EXPECT_EQ(records(), "A1 19 700 600001, ");
+}
+
+TEST_F(BasketPositions, OnlyTheAccountThatTheOrderNamesSells) {
+    host.user.addGroup(EQDBrokerType::Stock, "A2/x", {{"A2", 1.0}});
+    hold("600001", 700);
+    hold("600002", 50, "A2");
+    ASSERT_TRUE(check(all().set([](auto& o) {
+        o.m_strAccountKeyPart1 = QStringLiteral("A2");
+        o.m_strAccountKeyPart2 = QStringLiteral("x");
+    })));
+    EXPECT_EQ(records(), "A2 19 50 600002, ");
+}
+
+TEST_F(BasketPositions, OnlyTheAccountOfTheFirstRowSellsInTableMode) {
+    hold("600001", 700);
+    hold("600002", 50, "A2");
+    ASSERT_TRUE(check(all().line(QStringLiteral("600001"), kUnsetDouble, 1).set([](auto& o) {
+        o.m_orders[0].m_strAccount = QStringLiteral("A2");
+    }),
+                      strategy().account(QStringLiteral("A1")).tableMode()));
+    EXPECT_EQ(records(), "A2 19 50 600002, ");
+}
+
+TEST_F(BasketPositions, OddLotsOfTheStarMarketAreSold) {
+    host.types.types.insert({1172, "SH600001"});
+    hold("600001", 150);
+    ASSERT_TRUE(check(all()));
+    EXPECT_EQ(records(), "A1 19 150 600001, ");
+    EXPECT_TRUE(host.errorTexts().empty());
+}
+
+TEST_F(BasketPositions, PositionsOfEveryTypeAreSold) {
+    host.types.types.clear(); // none that a row of a basket may have
+    hold("600001", 700);
+    ASSERT_TRUE(check(all()));
+    EXPECT_EQ(records(), "A1 19 700 600001, ");
+}
+
+TEST_F(BasketPositions, SuspendedPositionIsSoldWhereThePriceIsGiven) {
+    hold("600001", 700);
+    host.quotes.quotes.at(QStringLiteral("SH600001"))->m_nDayCount = 0;
+    ASSERT_TRUE(check(all(), strategy(EPriceType::Specified)));
     EXPECT_EQ(records(), "A1 19 700 600001, ");
 }
 

@@ -113,6 +113,21 @@ TEST_F(BasketRows, PriceOfTheRowNeedsAQuoteWithoutANumber) {
     EXPECT_TRUE(clock.sleeps().empty());
 }
 
+TEST_F(BasketRows, PriceTypeWithoutAWaitStillNeedsAPrice) {
+    for (const double price : {0.0, kUnsetDouble}) {
+        quote()->origin[EPriceType::NoQuote] = price;
+        host.orders.errors.clear();
+        ASSERT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::NoQuote))) << price;
+        EXPECT_EQ(onlyError(), unpriced(12)) << price;
+        EXPECT_EQ(splitVolume(), 0) << price;
+        EXPECT_TRUE(codes.empty()) << price;
+    }
+    quote()->origin[EPriceType::NoQuote] = 9;
+    ASSERT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::NoQuote)));
+    EXPECT_EQ(codes.size(), 2u);
+    EXPECT_TRUE(clock.sleeps().empty());
+}
+
 TEST_F(BasketRows, PriceOfTheRowMustBeANumber) {
     for (const double price :
          {std::nan(""), std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()}) {
@@ -172,6 +187,10 @@ TEST_F(BasketRows, RecordsCarryUserHedgePositionAndInstrument) {
         EXPECT_EQ(record.m_stock.m_strName, "name of 600001");
     }
     EXPECT_EQ(static_cast<int>(host.trade.splitCalls.at(0).positionType), 3);
+}
+
+TEST_F(BasketRows, HostSeesRecordsThatKnowTheirPositionAndInstrument) {
+    EXPECT_EQ(seenByHost(ownSale()), std::vector<std::string>(4, "49 3 19 tester SH600001"));
 }
 
 TEST_F(BasketRows, OnlyTheFirstRecordsSideCounts) {

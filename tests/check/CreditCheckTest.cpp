@@ -22,6 +22,12 @@ protected:
         return quote;
     }
     void repayMoney() { host.rules.directRepays = {static_cast<int>(orderTypeToOperationType(32))}; }
+    std::vector<double> moneyAmounts() const {
+        std::vector<double> amounts;
+        for (const fake::CMoneySplitCall& call : host.trade.moneySplits)
+            amounts.push_back(call.amount);
+        return amounts;
+    }
     static COrderParam money(double amount) {
         return COrderBuilder(32).line(QStringLiteral("600000"), 5).set([=](auto& o) {
             o.m_orders[0].m_dAmount = amount;
@@ -76,6 +82,15 @@ TEST_F(CreditCheck, SettingOfATradeIsTakenAnew) {
     EXPECT_FALSE(host.rules.settingTexts.empty());
     EXPECT_NE(seen.m_eOrderType, algo);
     EXPECT_EQ(seen.m_ePriceType, EPriceType::Specified); // the line's price type does not count
+}
+
+TEST_F(CreditCheck, TextOfATradeHasTheLastWordOnThePriceType) {
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 100).set([](auto& o) {
+        o.m_strOrderSetting = "price=5";
+        o.m_orders[0].m_ePriceType = EPriceType::Buy1;
+    })));
+    EXPECT_EQ(codes.at(0).m_ePriceType, EPriceType::Latest);
+    EXPECT_EQ(host.rules.settingTexts, (std::vector<QString>(2, QStringLiteral("price=5"))));
 }
 
 TEST_F(CreditCheck, UnusablePriceNamesTheCodeAlsoWhereItIsEmpty) {
@@ -161,7 +176,7 @@ TEST_F(CreditCheck, DirectRepaymentSplitsMoney) {
         o.m_orders[0].m_dAmount = 1000.5;
         o.m_strTradeText3 = "repay";
     })));
-    EXPECT_EQ(host.trade.moneySplits, std::vector<double>{1000.5});
+    EXPECT_EQ(moneyAmounts(), std::vector<double>{1000.5});
     ASSERT_EQ(codes.size(), 2u);
     EXPECT_DOUBLE_EQ(codes[0].m_dQuantity, 600.3);
     EXPECT_EQ(codes[0].m_nVolume, 600);
@@ -172,11 +187,40 @@ TEST_F(CreditCheck, DirectRepaymentSplitsMoney) {
     EXPECT_TRUE(clock.sleeps().empty());
 }
 
+TEST_F(CreditCheck, SplitOfMoneyLearnsAccountsPositionAndOperation) {
+    repayMoney();
+    ASSERT_TRUE(check(money(1000),
+                      strategy().set([](auto& s) { s.m_ePositionType = static_cast<EPositionType>(3); })));
+    ASSERT_EQ(host.trade.moneySplits.size(), 1u);
+    const fake::CMoneySplitCall& call = host.trade.moneySplits[0];
+    EXPECT_EQ(call.accounts, (std::vector<std::string>{"A1", "A2"}));
+    EXPECT_EQ(call.ratios, (std::vector<double>{0.6, 0.4}));
+    EXPECT_EQ(static_cast<int>(call.positionType), 3);
+    EXPECT_EQ(static_cast<int>(call.operation), 25);
+}
+
+TEST_F(CreditCheck, HostStampsRepaymentsWithTheWholePartOfTheirValue) {
+    repayMoney();
+    host.rules.onFixTimeRange = [](CCodeOrderParam& record) { record.m_nOverFreqMode = 8; };
+    for (const int number : {29, 32}) {
+        ASSERT_TRUE(check(COrderBuilder(number).line(kCode, 5, 1001).set([](auto& o) {
+            o.m_orders[0].m_dAmount = 1001.5;
+        })));
+        ASSERT_EQ(codes.size(), 2u) << number;
+        const auto calls = host.rules.settingCalls.all();
+        EXPECT_EQ(calls.at(calls.size() - 2).volume, number == 32 ? 600 : 601) << number;
+        EXPECT_EQ(calls.back().volume, 400) << number;
+        EXPECT_EQ(calls.back().operation, orderTypeToOperationType(number));
+        for (const CCodeOrderParam& record : codes)
+            EXPECT_EQ(record.m_nOverFreqMode, 8) << number;
+    }
+}
+
 TEST_F(CreditCheck, DirectRepaymentFallsBackToTheStrategy) {
     host.rules.directRepays = {static_cast<int>(orderTypeToOperationType(32))};
     ASSERT_TRUE(check(COrderBuilder(32).line(QString(), 5, 9), strategy().amount(700)));
     ASSERT_TRUE(check(COrderBuilder(32).line(QString(), 5, 9), strategy().volume(30)));
-    EXPECT_EQ(host.trade.moneySplits, (std::vector<double>{700, 30}));
+    EXPECT_EQ(moneyAmounts(), (std::vector<double>{700, 30}));
 }
 
 TEST_F(CreditCheck, OtherRepaymentsSplitVolumes) {

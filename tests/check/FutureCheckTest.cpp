@@ -156,6 +156,15 @@ TEST_P(FutureCheck, SettingTextHasTheLastWordOnTheLimits) {
     EXPECT_EQ(setting.m_dSecondLimit, 3600);
 }
 
+TEST_P(FutureCheck, LineHasTheLastWordOnThePriceType) {
+    ASSERT_TRUE(check(COrderBuilder(0).line(kCode, 3500, 1).set([](auto& o) {
+        o.m_strOrderSetting = "price=6";
+        o.m_orders[0].m_ePriceType = EPriceType::Latest;
+    })));
+    EXPECT_EQ(host.rules.settingTexts.size(), 1u);
+    EXPECT_EQ(codes.at(0).m_ePriceType, EPriceType::Latest);
+}
+
 TEST_P(FutureCheck, SettingKeepsItsOrderKindBesideTheText) {
     const auto plain = COrderBuilder(0).line(kCode, 3500, 1).set([](auto& o) {
         o.m_strOrderSetting = "text";

@@ -140,6 +140,16 @@ TEST_F(StockCheck, StrategyWithoutTableModeIgnoresTheAccountOfTheLine) {
 
 // The setting text.
 
+TEST_F(StockCheck, LineHasTheLastWordOnThePriceType) {
+    const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) {
+        o.m_strOrderSetting = "price=6";
+        o.m_orders[0].m_ePriceType = EPriceType::Latest;
+    });
+    ASSERT_TRUE(check(order));
+    EXPECT_EQ(host.rules.settingTexts.size(), 1u);
+    EXPECT_EQ(codes.at(0).m_ePriceType, EPriceType::Latest);
+}
+
 TEST_F(StockCheck, SettingTextIsReadIntoTheSetting) {
     const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) {
         o.m_strOrderSetting = "price=5";

@@ -32,7 +32,7 @@ TEST_F(StockVolume, StarMarketUsesTheUnitShownToTheUser) {
 
 TEST_F(StockVolume, ParPricedInstrumentDisregardsThePrice) {
     host.addStock("SH", "204001", 3.5, 10);
-    host.types.types.insert({knservice::kTypeParPriced, "SH204001"});
+    host.types.types.insert({126, "SH204001"});
     ASSERT_TRUE(
         check(COrderBuilder(24).line(QStringLiteral("204001"), 3.5), CStrategyBuilder().amount(100050)));
     EXPECT_EQ(splitVolume(), 1000);

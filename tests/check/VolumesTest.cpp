@@ -69,6 +69,12 @@ TEST_F(WeightedVolumes, ShareThatIsNoNumberOfSharesIsNone) {
     EXPECT_EQ(volumes({row("600001", 1)}, 1e6), std::vector<int>{7});
 }
 
+TEST_F(WeightedVolumes, WeightsOfAHundredThousandthInAllAreNone) {
+    EXPECT_EQ(volumes({row("600001", 4e-6), row("600002", 6e-6)}, 1e6), (std::vector<int>{0, 0}));
+    EXPECT_EQ(volumes({row("600001", -1e-6)}, 1e6), std::vector<int>{0});
+    EXPECT_EQ(volumes({row("600001", 1.0 / 65536)}, 1e6), std::vector<int>{100000}); // 1.5e-5
+}
+
 TEST_F(WeightedVolumes, PriceALittleBelowZeroStillDivides) {
     setLast("SH600001", -5e-6);
     EXPECT_EQ(volumes({row("600001", 1)}, 1e-4), std::vector<int>{0}); // less than a unit

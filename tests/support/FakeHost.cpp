@@ -170,7 +170,7 @@ void CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrde
                                  TC::EOperationType operation, int volume, double price,
                                  const TC::CPriceDataPtr& quote) {
     if (onSetting) onSetting(setting);
-    settingCalls.add({setting, operation, volume, price, quote});
+    settingCalls.add({setting, operation, volume, price, quote, record});
     record.m_ePriceType = setting.m_ePriceType;
     record.m_eOrderType = setting.m_eOrderType;
     record.m_dPrice = price;

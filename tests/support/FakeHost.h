@@ -63,6 +63,7 @@ struct CSettingCall {
     int volume;
     double price;
     TC::CPriceDataPtr quote;
+    TC::CCodeOrderParam record; ///< as it came
 };
 
 /// One quote: each price type has its price, others the default.

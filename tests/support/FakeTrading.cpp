@@ -37,6 +37,13 @@ TC::EBROKER_LOGIN_STATUS CTrade::getLoginStatus(const std::string& key) {
 
 namespace {
 
+std::vector<std::string> keysOf(const std::vector<TC::CAccountInfoPtr>& accounts) {
+    std::vector<std::string> keys;
+    for (const auto& account : accounts)
+        keys.push_back(account ? account->getKey() : std::string());
+    return keys;
+}
+
 std::vector<int> splitByRatio(int volume, const std::vector<double>& ratios, std::size_t accounts) {
     const double sum = std::accumulate(ratios.begin(), ratios.end(), 0.0);
     std::vector<int> volumes(accounts, 0);
@@ -55,9 +62,8 @@ std::vector<int> CTrade::splitEntrusts(int volume, double price, TC::EPriceType 
                                        const std::string& market, const std::string& code,
                                        TC::EOperationType operation, TC::EHedge_Flag_Type hedge,
                                        const boost::shared_ptr<utils::KNError>& error) {
-    CSplitCall call{volume, price, priceType, {}, ratios, positionType, market, code, operation, hedge};
-    for (const auto& account : accounts)
-        call.accounts.push_back(account ? account->getKey() : std::string());
+    const CSplitCall call{volume,       price,  priceType, keysOf(accounts), ratios,
+                          positionType, market, code,      operation,        hedge};
     m_records.record([&] { splitCalls.push_back(call); });
     if (split) return split(call, *error);
     if (volume == TC::kUnsetInt) {
@@ -67,10 +73,13 @@ std::vector<int> CTrade::splitEntrusts(int volume, double price, TC::EPriceType 
     return splitByRatio(volume, ratios, accounts.size());
 }
 
-std::vector<double> CTrade::splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>&,
-                                       const std::vector<double>& ratios, TC::EPositionType,
-                                       TC::EOperationType, const boost::shared_ptr<utils::KNError>& error) {
-    m_records.record([&] { moneySplits.push_back(amount); });
+std::vector<double> CTrade::splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>& accounts,
+                                       const std::vector<double>& ratios, TC::EPositionType positionType,
+                                       TC::EOperationType operation,
+                                       const boost::shared_ptr<utils::KNError>& error) {
+    m_records.record([&] {
+        moneySplits.push_back({amount, keysOf(accounts), ratios, positionType, operation});
+    });
     if (!moneyOverride.empty() || TC::isInvalidPrice(amount)) {
         *error = utils::KNError(1, "没有金额");
         return moneyOverride;
@@ -111,7 +120,8 @@ public:
     std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
     void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
         if (m_liveLocks == 0) m_isReadUnlocked = true;
-        if (table != knservice::kPositionTable) return;
+        constexpr int kPositions = 547; // the host's own number, not the library's name for it
+        if (table != kPositions) return;
         out.insert(out.end(), m_positions.begin(), m_positions.end());
     }
 

@@ -41,6 +41,14 @@ struct CSplitCall {
     TC::EHedge_Flag_Type hedge;
 };
 
+struct CMoneySplitCall {
+    double amount;
+    std::vector<std::string> accounts;
+    std::vector<double> ratios;
+    TC::EPositionType positionType;
+    TC::EOperationType operation;
+};
+
 class COrders : public TC::COrderClient {
 public:
     explicit COrders(CRecords& records) : m_records(records) {}
@@ -73,9 +81,9 @@ public:
     void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                     const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
 
-    std::vector<double> moneySplits;        ///< amounts that came to splitMoney, which divides by ratio
-    std::vector<double> moneyOverride;      ///< what splitMoney gives where it is not empty
-    std::map<std::string, int> loginStatus; ///< accounts that are not logged in
+    std::vector<CMoneySplitCall> moneySplits; ///< what came to splitMoney, which divides by ratio
+    std::vector<double> moneyOverride;        ///< what splitMoney gives where it is not empty
+    std::map<std::string, int> loginStatus;   ///< accounts that are not logged in
     /// Replaces the split; by default the volume goes by ratio, with what is left over to the first account.
     std::function<std::vector<int>(const CSplitCall&, utils::KNError&)> split;
     std::vector<CSplitCall> splitCalls;

@@ -139,6 +139,33 @@ TEST_F(OrderServiceUnion, OnlyBatchPendingOrdersLeaveTheStrategysFamily) {
     ASSERT_EQ(host.commands().size(), 1u);
     EXPECT_EQ(host.commands()[0]->m_eTraderType, EQdTraderType::FutureSpeculation);
     EXPECT_EQ(host.commands()[0]->m_codes.size(), 2u);
+    EXPECT_EQ(host.messageTexts().back(), // named by the strategy's family, not by its own
+              QStringLiteral("[批量埋单]　通道号: 3, 通道类型: 品种0, 下单类型: 下单0, 策略类型: 来源4"));
+}
+
+TEST_F(OrderServiceUnion, BatchPendingOrderWithoutAFamilyStaysInTheStrategys) {
+    strategies[3].m_eStrategyType = EOrderStrategyType::BatchPending;
+    COrderParam order = good();
+    order.m_eStrategyType = EOrderStrategyType::BatchPending;
+    service.placeOrders({order}, &strategies);
+    ASSERT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.commands()[0]->m_eTraderType, EQdTraderType::Stock);
+    EXPECT_EQ(host.messageTexts().size(), 1u);
+}
+
+TEST_F(OrderServiceUnion, DroppedOrdersAreLoggedToo) {
+    const CLogCapture capture;
+    utils::CLogCenter::setLogEnabled(true);
+    strategies.insert(4, CStrategyBuilder().channel(4).stopped());
+    for (const int channel : {9, 4}) {
+        const COrderParam order = COrderBuilder(23).channel(channel);
+        const std::size_t before = capture.lines().size();
+        service.placeOrders({order}, &strategies);
+        ASSERT_EQ(capture.lines().size(), before + 1) << channel;
+        EXPECT_NE(capture.lines().back().text.find("param = " + order.toQString().toStdString()),
+                  std::string::npos)
+            << channel;
+    }
 }
 
 TEST_F(OrderServiceUnion, OrdersAndCommandsAreLoggedWhereLoggingIsOn) {

@@ -212,6 +212,12 @@ protected:
             s.m_hedgeParam = bson::fromjson(R"({"m_nPriceKind": 1, "contract": "IF2609", "lots": 2})");
         });
     }
+    /// The parameters of hedged() with another choice of price.
+    static std::string hedgeText(int priceKind) {
+        return bson::fromjson(R"({"contract": "IF2609", "lots": 2, "m_nPriceKind": )" +
+                              std::to_string(priceKind) + "}")
+            .jsonString();
+    }
     const COrderComandParam& placeHedged(const COrderParam& order, const COrderStrategyParam& with) {
         host.switches.on.insert("mdl_order_compose_hedge");
         host.orders.commands.clear();
@@ -243,11 +249,20 @@ TEST_F(UnionBasket, HedgeLegKeepsTheStrategysParametersAndChoosesThePrice) {
         const COrderComandParam& command = placeHedged(number);
         EXPECT_EQ(command.m_eHedgeType, EQdHedgeType::Hedge) << number;
         EXPECT_EQ(command.m_strTag, "") << number;
-        EXPECT_EQ(command.m_extra.jsonString(),
-                  bson::fromjson(R"({"contract": "IF2609", "lots": 2, "m_nPriceKind": )" +
-                                 std::to_string(kind) + "}")
-                      .jsonString())
-            << number;
+        EXPECT_EQ(command.m_extra.jsonString(), hedgeText(kind)) << number;
+    }
+}
+
+TEST_F(UnionBasket, HedgeLegsPriceGoesByWhatTheHostCallsBuying) {
+    struct CCase {
+        int buying, number, kind;
+    };
+    for (const CCase& c :
+         {CCase{19, 26, 3}, CCase{19, 36, 3}, CCase{19, 25, 9}, CCase{19, 33, 9}, CCase{19, 35, 9},
+          CCase{-1, 33, 3}, CCase{-1, 35, 3}, CCase{-1, 25, 9}, CCase{-1, 26, 9}, CCase{-1, 36, 9}}) {
+        host.rules.buys = {c.buying};
+        EXPECT_EQ(placeHedged(c.number).m_extra.jsonString(), hedgeText(c.kind))
+            << c.buying << " " << c.number;
     }
 }
 
