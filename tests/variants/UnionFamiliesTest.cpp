@@ -176,6 +176,22 @@ TEST_P(UnionFamily, FailedCheckGivesNoCommand) {
               std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, 下单指令不合法!")});
 }
 
+TEST_P(UnionFamily, SeveralLinesGiveACommandOfABasketAlone) {
+    strategies[3] = strategy();
+    COrderParam lines = order();
+    lines.m_orders.push_back(lines.m_orders.front());
+    service.placeOrders({lines}, &strategies);
+    const bool isBasket = GetParam().traderType == EQdTraderType::Basket;
+    EXPECT_EQ(host.commands().size(), isBasket ? 1u : 0u);
+    std::vector<QString> texts;
+    if (GetParam().family == EOrderStrategyTradeType::Credit) {
+        texts = {QStringLiteral("[文件单]　通道号: 3, 下单指令不合法!")};
+    } else if (!isBasket) {
+        texts = {QStringLiteral("[文件单]　通道号: 3, 下单参数不合法!")};
+    }
+    EXPECT_EQ(host.errorTexts(), texts);
+}
+
 INSTANTIATE_TEST_SUITE_P(Families, UnionFamily, testing::ValuesIn(kCases),
                          [](const auto& family) { return family.param.name; });
 
