@@ -87,7 +87,7 @@ struct CPaperPosition {
     CMoney m_nCost = 0;              ///< what the volume was worth when it was opened
     CMoney m_nPaid = 0;    ///< of the cost, what was paid: all, or nothing of a future; below 0: what was got
     CMoney m_nMargin = 0;  ///< money of the account held for it
-    int m_nMultiplier = 1; ///< the instrument's when it was opened; 0: the books of an older desk do not tell
+    int m_nMultiplier = 1; ///< the instrument's when it was opened
 
     std::int64_t available() const { return m_nSellable - m_nFrozen; }
 };
@@ -101,8 +101,7 @@ struct CPaperDebt {
     std::int64_t m_nReturning = 0; ///< of the shares: what waiting orders will return
     CMoney m_nReserved = 0;        ///< credit that waiting orders will take
     CMoney m_nClaimed = 0;         ///< of the shares' money: what waiting returns will free
-    int m_nMultiplier =
-        1; ///< the instrument's when the shares were sold; 0: the books of an older desk do not tell
+    int m_nMultiplier = 1;         ///< the instrument's when the shares were sold
 
     std::int64_t returnable() const { return m_nVolume - m_nReturning; }
 };

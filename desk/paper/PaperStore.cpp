@@ -36,58 +36,33 @@ constexpr const char* kFirstSchema = R"(
     PRAGMA user_version = 1;
 )";
 
-// Version 1 knew only stocks: positions were long and paid in full, only sales (operation 19) held volume.
+// Version 1 knew only stocks: positions were long and paid in full, money was price times volume whatever the
+// instrument's multiplier, and only sales (operation 19) held volume.
 constexpr const char* kFamilySchema = R"(
     ALTER TABLE funds ADD COLUMN margin INTEGER NOT NULL DEFAULT 0;
     ALTER TABLE positions RENAME TO stock_positions;
     CREATE TABLE positions (account TEXT NOT NULL, stock TEXT NOT NULL, side INTEGER NOT NULL,
         volume INTEGER NOT NULL, sellable INTEGER NOT NULL, today INTEGER NOT NULL, frozen INTEGER NOT NULL,
         frozen_today INTEGER NOT NULL, cost INTEGER NOT NULL, paid INTEGER NOT NULL, margin INTEGER NOT NULL,
-        PRIMARY KEY (account, stock, side));
-    INSERT INTO positions SELECT account, stock, 0, volume, sellable, volume - sellable, frozen, 0, cost, cost, 0
+        multiplier INTEGER NOT NULL, PRIMARY KEY (account, stock, side));
+    INSERT INTO positions SELECT account, stock, 0, volume, sellable, volume - sellable, frozen, 0, cost, cost, 0, 1
         FROM stock_positions;
     DROP TABLE stock_positions;
     CREATE TABLE debts (account TEXT NOT NULL, stock TEXT NOT NULL, volume INTEGER NOT NULL,
-        amount INTEGER NOT NULL, to_return INTEGER NOT NULL, reserved INTEGER NOT NULL,
-        PRIMARY KEY (account, stock));
+        amount INTEGER NOT NULL, to_return INTEGER NOT NULL, reserved INTEGER NOT NULL, claimed INTEGER NOT NULL,
+        multiplier INTEGER NOT NULL, PRIMARY KEY (account, stock));
     ALTER TABLE orders ADD COLUMN family INTEGER NOT NULL DEFAULT 1;
     ALTER TABLE orders ADD COLUMN multiplier INTEGER NOT NULL DEFAULT 1;
     ALTER TABLE orders ADD COLUMN margin_rate INTEGER NOT NULL DEFAULT 0;
     ALTER TABLE orders ADD COLUMN close_earlier INTEGER NOT NULL DEFAULT 0;
     ALTER TABLE orders ADD COLUMN close_today INTEGER NOT NULL DEFAULT 0;
     ALTER TABLE orders ADD COLUMN credit INTEGER NOT NULL DEFAULT 0;
+    ALTER TABLE orders ADD COLUMN proceeds INTEGER NOT NULL DEFAULT 0;
     UPDATE orders SET close_earlier = volume - filled WHERE operation = 19 AND status IN (0, 1);
     PRAGMA user_version = 2;
 )";
 
-// Version 2 did not keep the multiplier that a position was opened with. Where filled orders of the
-// instrument agree, theirs is taken: a guess that is wrong only for a position of the folder that was first
-// traded after its multiplier had been edited, which version 2 does not show. 0 leaves the question to
-// whoever knows the instruments. Waiting returns (operation 22) claimed nothing of what their shares had been
-// sold for.
-constexpr const char* kMultiplierSchema = R"(
-    ALTER TABLE positions ADD COLUMN multiplier INTEGER NOT NULL DEFAULT 0;
-    UPDATE positions SET multiplier = COALESCE((SELECT CASE WHEN MIN(multiplier) = MAX(multiplier) THEN MAX(multiplier) END
-        FROM orders WHERE orders.account = positions.account AND orders.stock = positions.stock AND filled > 0), 0);
-    ALTER TABLE orders ADD COLUMN proceeds INTEGER NOT NULL DEFAULT 0;
-    ALTER TABLE debts ADD COLUMN claimed INTEGER NOT NULL DEFAULT 0;
-    UPDATE orders SET proceeds = COALESCE((SELECT debts.amount / debts.volume * (orders.volume - filled)
-        + debts.amount % debts.volume * (orders.volume - filled) / debts.volume
-        FROM debts WHERE debts.account = orders.account AND debts.stock = orders.stock AND debts.volume > 0), 0)
-        WHERE operation = 22 AND status IN (0, 1);
-    UPDATE debts SET claimed = COALESCE((SELECT SUM(proceeds) FROM orders
-        WHERE orders.account = debts.account AND orders.stock = debts.stock), 0);
-    PRAGMA user_version = 3;
-)";
-
-// Version 3 kept no multiplier of shares that are owed. Their sales tell it to whoever reads the orders.
-constexpr const char* kDebtSchema = R"(
-    ALTER TABLE debts ADD COLUMN multiplier INTEGER NOT NULL DEFAULT 0;
-    UPDATE debts SET multiplier = 1 WHERE stock = '';
-    PRAGMA user_version = 4;
-)";
-
-constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema, kMultiplierSchema, kDebtSchema};
+constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema};
 constexpr int kSchemaVersion = static_cast<int>(std::size(kUpgrades));
 
 /// Makes the file before SQLite does, readable for its owner only; SQLite gives its side files the same mode.

@@ -27,19 +27,6 @@ protected:
         return version;
     }
 
-    /// Turns the store into one of version 3, which did not keep the multiplier of debts.
-    void makeThird() {
-        m_broker.reset();
-        runSql("ALTER TABLE debts DROP COLUMN multiplier; PRAGMA user_version = 3;");
-    }
-
-    /// Turns the store into one of version 2, which did not keep multipliers and proceeds.
-    void makeOlder() {
-        makeThird();
-        runSql("ALTER TABLE positions DROP COLUMN multiplier; ALTER TABLE orders DROP COLUMN proceeds;"
-               "ALTER TABLE debts DROP COLUMN claimed; PRAGMA user_version = 2;");
-    }
-
     void setMultiplier(EFamily family, int multiplier) {
         CInstrumentEntry entry = *m_quotes.instrument(keyOf(family));
         entry.multiplier = multiplier;
@@ -83,18 +70,9 @@ constexpr const char* kStockStore = R"(
     INSERT INTO orders VALUES (3, 1, 'A1', 'SH600000', 19, 11, 0, 105000, 500, 0, 0, 0, 3, '', '');
 )";
 
-constexpr const char* kOtherWays = "take the account out of desk.toml, and its books stay as they are; "
-                                   "removing paper.db gives up the books of "
-                                   "all accounts";
-
-const std::string kNotKnown =
-    std::string(
-        "was stored by an older desk, and its multiplier is not known; set multiplier in "
-        "instruments.csv and its row in positions.csv back to what they were when it was taken in, or ") +
-    kOtherWays;
-
-const std::string kPaidOtherwise =
-    std::string("was not paid for as instruments of its kind are; ") + kOtherWays;
+const std::string kPaidOtherwise = "was not paid for as instruments of its kind are; take the account out of "
+                                   "the folder, and its books stay as "
+                                   "they are; removing paper.db gives up the books of all accounts";
 
 } // namespace
 
@@ -122,7 +100,7 @@ TEST_F(PaperUpgrade, StoreOfStocksAloneIsBroughtUpToDate) {
 
 TEST_F(PaperUpgrade, StoreOfALaterVersionIsRefused) {
     removeStore();
-    runSql("PRAGMA user_version = 5;");
+    runSql("PRAGMA user_version = 3;");
     CPaperBroker broker(m_quotes, nullptr);
     const std::string error = broker.open(m_folder.path(), {}, 0).errorMsg();
     EXPECT_NE(error.find("another version of the desk made it"), std::string::npos) << error;
@@ -136,11 +114,11 @@ TEST_F(PaperUpgrade, FutureOfTheFirstStoreIsRefusedAndTheStoreLeftAlone) {
     EXPECT_EQ(refusal(), "account FU: position SFrb2605 " + kPaidOtherwise);
     EXPECT_EQ(storeVersion(), 1);
     EXPECT_EQ(refusal({}), "") << "without the account nobody can trade it";
-    EXPECT_EQ(storeVersion(), 4);
+    EXPECT_EQ(storeVersion(), 2);
     EXPECT_EQ(refusal(), "account FU: position SFrb2605 " + kPaidOtherwise) << "nor later";
 }
 
-TEST_F(PaperUpgrade, OptionOfTheFirstStoreIsRefusedWhereItsCostLacksTheMultiplier) {
+TEST_F(PaperUpgrade, FirstStoreBookedEverythingWithAMultiplierOfOne) {
     removeStore();
     runSql(kStockStore);
     // 3 lots at 0.1, as the folder still has them.
@@ -148,92 +126,15 @@ TEST_F(PaperUpgrade, OptionOfTheFirstStoreIsRefusedWhereItsCostLacksTheMultiplie
            "INSERT INTO positions VALUES ('OP', 'SHO10000001', 3, 3, 0, 3000);");
     const CAccountEntry account =
         accountWith(EFamily::Option, {"SHO10000001", EPositionSide::Long, 3, 3, 0.1});
-    EXPECT_EQ(refusal({account}), "account OP: position SHO10000001 " + kNotKnown);
+    const int multiplier = m_quotes.instrument("SHO10000001")->multiplier;
+    EXPECT_EQ(refusal({account}),
+              "account OP: position SHO10000001 was opened with multiplier 1, but the instrument has " +
+                  std::to_string(multiplier) +
+                  "; set it back in instruments.csv until nothing of it is held");
+    EXPECT_EQ(storeVersion(), 1);
     setMultiplier(EFamily::Option, 1);
     EXPECT_EQ(refusal({account}), "");
-}
-
-TEST_F(PaperUpgrade, BooksOfTheSecondStoreAreTheSameAfterIt) {
-    removeStore();
-    openFamilies();
-    tradeEveryFamily();
-    const std::string before = books();
-    makeOlder();
-    openFamilies();
-    EXPECT_EQ(books(), before);
-    EXPECT_EQ(storeVersion(), 4);
-    EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 10);
-}
-
-TEST_F(PaperUpgrade, PositionOfTheSecondStoreThatNobodyTradedIsReadAgainFromTheFolder) {
-    const std::vector<CAccountEntry> accounts = {
-        accountWith(kFuture, {keyOf(kFuture), EPositionSide::Long, 4, 4, 95})};
-    removeStore();
-    openFamilies(accounts);
-    makeOlder();
-    openFamilies(accounts);
-    EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 10);
-
-    makeOlder();
-    setMultiplier(kFuture, 300);
-    EXPECT_EQ(refusal(accounts), "account FU: position SFrb2605 " + kNotKnown);
     EXPECT_EQ(storeVersion(), 2);
-}
-
-TEST_F(PaperUpgrade, MarginRateMayHaveChangedSinceAPositionOfTheSecondStoreWasTakenIn) {
-    const std::vector<CAccountEntry> accounts = {
-        accountWith(kFuture, {keyOf(kFuture), EPositionSide::Long, 4, 4, 95})};
-    removeStore();
-    openFamilies(accounts);
-    makeOlder();
-    CInstrumentEntry entry = *m_quotes.instrument(keyOf(kFuture));
-    entry.marginRate = 0.2;
-    m_quotes.addInstrument(entry);
-    openFamilies(accounts);
-    EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 10);
-    EXPECT_EQ(margin(kFuture), 380) << "what it was opened with";
-    outcomeOf(kFuture, 1, 4, 95);
-    EXPECT_EQ(margin(kFuture), 0);
-    EXPECT_EQ(cash(kFuture), kFunds + 200) << "closed at 100";
-}
-
-TEST_F(PaperUpgrade, GoldOfTheSecondStoreKeepsThePaymentThatItWasStoredWith) {
-    CPositionEntry entry{keyOf(EFamily::Gold), EPositionSide::Long, 2, 2, 5};
-    entry.paidInFull = true; // as the second store took all gold
-    removeStore();
-    openFamilies({accountWith(EFamily::Gold, entry)});
-    makeOlder();
-    entry.paidInFull = false;
-    const std::vector<CAccountEntry> accounts = {accountWith(EFamily::Gold, entry)};
-    openFamilies(accounts);
-    EXPECT_EQ(positionOf(EFamily::Gold).m_nMultiplier, 100);
-    EXPECT_EQ(positionOf(EFamily::Gold).m_nPaid, toMoney(1000).value());
-    EXPECT_EQ(outcomeOf(EFamily::Gold, 19, 2, 5), "filled");
-    EXPECT_EQ(cash(EFamily::Gold), kFunds + 1000);
-    EXPECT_EQ(margin(EFamily::Gold), 0);
-}
-
-TEST_F(PaperUpgrade, OrdersOfAPositionThatIsGoneDoNotHideTheMultiplierOfTheNext) {
-    orderOf(kFuture, 0, 2, 100);
-    orderOf(kFuture, 2, 2, 100);
-    setMultiplier(kFuture, 300);
-    openFamilies();
-    orderOf(kFuture, 0, 3, 100);
-    makeOlder();
-    openFamilies();
-    EXPECT_EQ(positionOf(kFuture).m_nMultiplier, 300);
-}
-
-TEST_F(PaperUpgrade, OrdersThatDoNotAgreeLeaveThePositionToTheFolder) {
-    const std::vector<CAccountEntry> accounts = {
-        accountWith(kFuture, {keyOf(kFuture), EPositionSide::Long, 4, 4, 95})};
-    removeStore();
-    openFamilies(accounts);
-    orderOf(kFuture, 0, 1, 100);
-    orderOf(kFuture, 0, 1, 100);
-    makeOlder();
-    runSql("UPDATE orders SET multiplier = 300 WHERE id = 1;");
-    EXPECT_EQ(refusal(accounts), "account FU: position SFrb2605 " + kNotKnown);
 }
 
 TEST_F(PaperUpgrade, PositionThatIsNotPaidAsItsKindIsRefused) {
@@ -246,12 +147,8 @@ TEST_F(PaperUpgrade, PositionThatIsNotPaidAsItsKindIsRefused) {
 TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderAPositionIsRefused) {
     orderOf(kFuture, 0, 2, 100);
     setMultiplier(kFuture, 300);
-    const std::string expected = "account FU: position SFrb2605 was opened with multiplier 10, but the "
-                                 "instrument has 300; set it back in instruments.csv until nothing of it is "
-                                 "held";
-    EXPECT_EQ(refusal(), expected);
-    makeOlder();
-    EXPECT_EQ(refusal(), expected) << "its orders tell";
+    EXPECT_EQ(refusal(), "account FU: position SFrb2605 was opened with multiplier 10, but the "
+                         "instrument has 300; set it back in instruments.csv until nothing of it is held");
     setMultiplier(kFuture, 10);
     openFamilies();
     EXPECT_EQ(outcomeOf(kFuture, 2, 2, 100), "filled");
@@ -288,16 +185,10 @@ TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderSharesOwedIsRefused) {
     const auto multiplierOwed = [this] { return m_broker->debts().at(0).m_nMultiplier; };
     EXPECT_EQ(multiplierOwed(), 10);
     setMultiplier(kCredit, 1);
-    const std::string expected =
-        "account CR: debt of SH600001 was sold with multiplier 10, but the instrument "
-        "has 1; set it back in instruments.csv until nothing of it is owed";
-    EXPECT_EQ(refusal(), expected);
-    makeThird();
-    EXPECT_EQ(refusal(), expected) << "its sales tell";
-    EXPECT_EQ(storeVersion(), 3);
+    EXPECT_EQ(refusal(), "account CR: debt of SH600001 was sold with multiplier 10, but the instrument "
+                         "has 1; set it back in instruments.csv until nothing of it is owed");
     setMultiplier(kCredit, 10);
     openFamilies();
-    EXPECT_EQ(storeVersion(), 4);
     EXPECT_EQ(multiplierOwed(), 10);
     ASSERT_EQ(outcomeOf(kCredit, 22, 10, 10), "filled");
     EXPECT_EQ(cash(kCredit), kFunds);
@@ -305,9 +196,6 @@ TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderSharesOwedIsRefused) {
     openFamilies();
     ASSERT_EQ(outcomeOf(kCredit, 21, 100, 10), "filled");
     EXPECT_EQ(multiplierOwed(), 1);
-    makeThird();
-    openFamilies();
-    EXPECT_EQ(multiplierOwed(), 1) << "what was returned does not count";
 }
 
 TEST_F(PaperUpgrade, MultiplierThatChangesUnderSharesOwedRejectsWhatMovesThem) {
@@ -323,15 +211,4 @@ TEST_F(PaperUpgrade, MultiplierThatChangesUnderSharesOwedRejectsWhatMovesThem) {
                   "the shares owed were sold with multiplier 1, the instrument has 10");
     }
     EXPECT_EQ(outcomeOf(kCredit, 18, 10, 10), "filled") << "its own";
-}
-
-TEST_F(PaperUpgrade, SharesOwedWhoseSalesDoNotAgreeAreRefused) {
-    constexpr EFamily kCredit = EFamily::Credit;
-    outcomeOf(kCredit, 21, 100, 10);
-    outcomeOf(kCredit, 21, 100, 10);
-    makeThird();
-    runSql("UPDATE orders SET multiplier = 10 WHERE id = 1;");
-    EXPECT_EQ(refusal(), std::string("account CR: debt of SH600001 was stored by an older desk, and its "
-                                     "multiplier is not known; ") +
-                             kOtherWays);
 }
