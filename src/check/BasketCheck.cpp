@@ -184,8 +184,8 @@ void takeSubAccount(const COrderParam& order, CCodeOrderParam& record) {
     record.m_strSubAccountId = parts[1].toStdString();
 }
 
-/// Turns the run to the next instrument. Of a basket's record the host sees all of this when the setting is
-/// put into it.
+/// Turns the run to the next instrument. Hedge flag and position type stand in a basket's record already when
+/// the host puts the setting into it; other families get them behind that.
 void startRow(CCheckRun& run, EOperationType op, CStockInfo stock) {
     run.code = qdStockKey(QString::fromStdString(stock.m_strMarket), QString::fromStdString(stock.m_strCode));
     run.record = CCodeOrderParam();

@@ -253,12 +253,10 @@ bool buildRecords(CCheckRun& run, EOperationType op) {
         if (run.volumes[i] < 1 || !run.accounts[i]) continue;
         run.codes.push_back(run.record);
         stampRecord(run, op, run.accounts[i], run.volumes[i], run.codes.back());
-        if (isLeftOut != nullptr && isLeftOut(run, run.volumes[i])) {
-            run.codes.pop_back();
-        } else if (!checkRecordPrice(run, run.codes.back())) {
-            run.codes.pop_back();
-            return false;
-        }
+        const bool isDropped = isLeftOut != nullptr && isLeftOut(run, run.volumes[i]);
+        const bool isGood = isDropped || checkRecordPrice(run, run.codes.back());
+        if (isDropped || !isGood) run.codes.pop_back();
+        if (!isGood) return false;
     }
     return true;
 }

@@ -21,7 +21,8 @@ struct CCheckRun;
 inline constexpr char kTooManyLines[] = "[%1]　通道号: %2, 下单参数不合法!";
 /// What all say about a number that is none of theirs, and some about lines that do not fit it.
 inline constexpr char kBadOrderNumber[] = "[%1]　通道号: %2, 下单指令不合法!";
-/// What nearly all say about a price that cannot be used; see failPrice for the places.
+/// What nearly all say about a price that cannot be used, through failPrice: %2 is the code, %3 the price
+/// type.
 inline constexpr char kBadStockPrice[] = "[%1]　证券 [%2] %3无效, 无法下单!";
 
 /// What happens to a non-empty setting text of an order.
@@ -47,9 +48,9 @@ bool checkStockPrice(const CCheckRun& run);
 int plainVolumeOfAmount(const CCheckRun& run);
 
 /// One product family as the check frame sees it. What is set here holds for most; a family sets what it does
-/// otherwise. Order-type numbers and the setting slot stand in records/Families.h. Texts: %1 source, %2
-/// channel, and behind them what their places say. Of the functions, one that is null means that the family
-/// has no such step.
+/// otherwise, as far as its route goes through the steps that ask. Order-type numbers and the setting slot
+/// stand in records/Families.h. Texts: %1 source, %2 channel, and behind them what their places say. Of the
+/// functions, one that is null means that the family has no such step.
 struct CFamilyCheck {
     EOrderStrategyTradeType m_eTradeType;
     /// Report where an order has more lines than the family takes.
@@ -134,7 +135,7 @@ bool finishCheck(CCheckRun& run);
 
 /// Parts of the steps for routes that put them together otherwise.
 
-/// Puts the instrument, the operation and the user's name into the record that the order's have in common.
+/// Puts instrument, operation and the user's name into run.record, which all records of the order start from.
 void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock);
 /// Whether the quote has a price of the type; types whose price stands elsewhere need a quote alone.
 bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);

@@ -4,7 +4,7 @@
 
 namespace TC {
 
-/// A full code: two letters of market and six digits.
+/// A full code, market first: two letters and six digits on the exchanges, three and five on the connects.
 inline constexpr int kFullCodeLength = 8;
 
 /// How market and code become the key that a look-up asks for.

@@ -55,7 +55,7 @@ constexpr CFamilyCheck marketCheck(EOrderStrategyTradeType tradeType, bool (*res
 constexpr CFamilyCheck kSgtCheck = marketCheck(EOrderStrategyTradeType::SGT, resolveSgt);
 constexpr CFamilyCheck kHgtCheck = marketCheck(EOrderStrategyTradeType::HGT, resolveHgt);
 constexpr CFamilyCheck kGoldCheck = marketCheck(EOrderStrategyTradeType::Gold, resolveGold);
-// Of the course only the beginning: what follows is the host's.
+// Of the course only the beginning: the family tells whether the order may go out, and builds no records.
 constexpr CFamilyCheck kNeeqCheck = marketCheck(EOrderStrategyTradeType::Neeq, resolveNeeq);
 
 /// The ways of transfer that some orders belong to, as the instruments of the share-transfer market have
