@@ -1,6 +1,7 @@
 // What holds for every split, position exchange and sharing of money, tried on random cases.
 #include "check/PositionExchange.h"
 #include "records/Portfolio.h"
+#include "tests/check/BasketFixture.h"
 #include "tests/check/FamilyChecks.h"
 #include "tests/check/FamilyFixture.h"
 
@@ -411,6 +412,43 @@ TEST_F(WeightProperties, RowsThatCannotBePricedAreLeftAlone) {
         }
     }
     EXPECT_GT(left, kRounds);
+}
+
+class BasketMoneyProperties : public BasketFixture {
+protected:
+    double spent(const std::map<std::string, double>& prices) const {
+        return std::accumulate(codes.begin(), codes.end(), 0.0, [&](double sum, const CCodeOrderParam& code) {
+            return sum + code.m_nVolume * prices.at(code.m_stock.m_strCode);
+        });
+    }
+};
+
+TEST_F(BasketMoneyProperties, RowsThatShareMoneySpendNoMoreThanTheAmount) {
+    CRandom random(7);
+    int trading = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        std::map<std::string, double> prices;
+        COrderBuilder order(random.oneOf<int>({25, 26, 33}));
+        const bool isWeighted = !random.oneIn(4);
+        for (int row = random.upTo(6); row >= 0; --row) {
+            const std::string code = std::to_string(600100 + random.upTo(5));
+            if (prices.count(code) == 0) prices[code] = (random.upTo(5000) + 1) / 100.0;
+            addInstrument(code, prices[code]);
+            order.line(QString::fromStdString(code), kUnsetDouble, random.upTo(3)).set([&](COrderParam& o) {
+                o.m_orders.back().m_dWeight = isWeighted ? random.upTo(9) : 0;
+                o.m_orders.back().m_eOperationType = static_cast<int>(EOperationType::Buy);
+            });
+        }
+        const double amount = random.upTo(200000) + 0.5;
+        const auto with = strategy().set([&](auto& s) {
+            s.m_bUseAmount = true;
+            s.m_dAmount = amount;
+        });
+        ASSERT_TRUE(check(order, with)) << round;
+        ASSERT_LE(spent(prices), amount * (1 + 1e-12)) << round;
+        if (spent(prices) > amount / 2) ++trading;
+    }
+    EXPECT_GT(trading, kRounds / 4) << "most amounts buy something";
 }
 
 } // namespace
