@@ -115,6 +115,17 @@ struct CQuoteChange {
     CQuoteEntry quote;
 };
 
+/// A portfolio that order 36 can name: what a sub-account holds, as the folder says once and for all.
+struct CPortfolioEntry {
+    struct CRow {
+        std::string code;
+        int volume = 0; ///< shares
+    };
+    int kind = 0;   ///< of the sub-account
+    std::string id; ///< of the sub-account
+    std::vector<CRow> rows;
+};
+
 struct CDeskConfig {
     CUserEntry user;
     bool acceptForcedConfirm = false; ///< stands for the user's word where a command must be confirmed
@@ -123,6 +134,7 @@ struct CDeskConfig {
     std::vector<CAccountEntry> accounts;
     std::vector<CGroupEntry> groups;
     TC::CBasketMap baskets;
+    std::vector<CPortfolioEntry> portfolios;
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaultSettings;
     TC::COrderStrategyMap strategies; ///< m_nStatus running: start it when the desk starts
     std::string settings;             ///< text of settings.xml, found good; empty without the file

@@ -28,6 +28,7 @@ public:
                 {"account", section.tables([this](const auto& t) { readAccount(t); })},
                 {"group", section.tables([this](const auto& t) { readGroup(t); })},
                 {"basket", section.tables([this](const auto& t) { readBasket(t); })},
+                {"portfolio", section.tables([this](const auto& t) { readPortfolio(t); })},
             },
             {"user", "account"});
     }
@@ -257,18 +258,52 @@ private:
         if (row.m_dWeight < 0) section.mistake("weight must not be negative");
         if (!(row.m_dPrice > 0))
             section.mistake("price must be above 0; leave it out where there is no price");
-        const bool known = std::any_of(
-            m_config.instruments.begin(), m_config.instruments.end(), [&](const CInstrumentEntry& entry) {
-                return entry.kind == EInstrumentKind::Stock && entry.key() == market + code;
-            });
-        if (!known) {
-            section.mistake("instrument \"" + market + code +
-                            "\" is unknown; expected market and code of a stock in instruments.csv");
-        }
+        checkStock(section, market + code);
         row.m_strMarket = QString::fromStdString(market);
         row.m_strCode = QString::fromStdString(code);
         row.m_strName = QString::fromStdString(name);
         basket.m_rows.push_back(row);
+    }
+
+    void checkStock(const CTomlSection& section, const std::string& key) const {
+        const bool known = std::any_of(m_config.instruments.begin(), m_config.instruments.end(),
+                                       [&](const CInstrumentEntry& entry) {
+                                           return entry.kind == EInstrumentKind::Stock && entry.key() == key;
+                                       });
+        if (known) return;
+        section.mistake("instrument \"" + key +
+                        "\" is unknown; expected market and code of a stock in instruments.csv");
+    }
+
+    void readPortfolio(const toml::table& table) {
+        CPortfolioEntry portfolio;
+        const CTomlSection section = sectionOf(table, "portfolio");
+        section.read({{"kind", section.integer(portfolio.kind, 0)},
+                      {"id", section.text(portfolio.id)},
+                      {"rows", section.tables([&](const auto& t) { readPortfolioRow(t, portfolio); })}},
+                     {"kind", "id", "rows"});
+        if (portfolio.id.empty() || portfolio.id.find('_') != std::string::npos)
+            section.mistake("id is \"" + portfolio.id + "\"; expected a text without \"_\"");
+        const auto isSame = [&](const CPortfolioEntry& other) {
+            return other.kind == portfolio.kind && other.id == portfolio.id;
+        };
+        if (std::any_of(m_config.portfolios.begin(), m_config.portfolios.end(), isSame)) {
+            return section.mistake("portfolio " + std::to_string(portfolio.kind) + "_" + portfolio.id +
+                                   " stands twice");
+        }
+        m_config.portfolios.push_back(portfolio);
+    }
+
+    void readPortfolioRow(const toml::table& table, CPortfolioEntry& portfolio) {
+        CPortfolioEntry::CRow row;
+        std::string market;
+        const CTomlSection section = sectionOf(table, "portfolio.rows");
+        section.read({{"market", section.text(market)},
+                      {"code", section.text(row.code)},
+                      {"volume", section.integer(row.volume, 1)}},
+                     {"market", "code", "volume"});
+        checkStock(section, market + row.code);
+        portfolio.rows.push_back(row);
     }
 
     CDeskConfig& m_config;

@@ -1,6 +1,7 @@
 #include "desk/host/Desk.h"
 
 #include "desk/host/BrokerJournal.h"
+#include "desk/host/DeskPortfolios.h"
 #include "desk/journal/JournalEvents.h"
 #include "service/OrderService.h"
 
@@ -15,7 +16,8 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_guard(m_journal, sink, [this] { m_broker.deliverEvents(); }), m_user(m_config), m_userManager(m_user),
       m_orders(m_journal, m_broker, sink, m_config.acceptForcedConfirm),
       m_trade(m_journal, m_broker, m_market, sink, m_config.accounts),
-      m_positions(m_broker, m_market, m_user), m_center(m_journal, m_broker, sink, m_positions),
+      m_positions(m_broker, m_market, m_user),
+      m_center(m_journal, m_broker, sink, m_positions, portfolioData(m_config.portfolios)),
       m_exchange(m_config.instruments), m_quotes(m_market), m_types(m_market), m_messages(m_journal, sink),
       m_switches(m_config.switches), m_audit(m_journal, sink), m_strategyFile(m_strFolder, m_config),
       m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),

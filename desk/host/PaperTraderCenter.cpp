@@ -40,8 +40,10 @@ private:
 } // namespace
 
 CPaperTraderCenter::CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
-                                       const CPaperPositions& positions)
-    : m_journal(journal), m_broker(broker), m_sink(sink), m_positions(positions) {}
+                                       const CPaperPositions& positions,
+                                       boost::shared_ptr<knservice::CAccountData> portfolios)
+    : m_journal(journal), m_broker(broker), m_sink(sink), m_positions(positions),
+      m_portfolios(std::move(portfolios)) {}
 
 std::vector<boost::shared_ptr<knservice::CTask>> CPaperTraderCenter::findTasks(int taskId) {
     if (!m_broker.hasTask(taskId)) return {};

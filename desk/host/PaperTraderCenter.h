@@ -16,8 +16,10 @@ class CPaperTraderCenter : public knservice::TraderCenter,
                            private knservice::CTaskCenter,
                            private knservice::CDataCenter {
 public:
+    /// `portfolios`: what belongs to all accounts together; null for none.
     CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
-                       const CPaperPositions& positions);
+                       const CPaperPositions& positions,
+                       boost::shared_ptr<knservice::CAccountData> portfolios = nullptr);
 
     knservice::CTaskCenter& getTaskCenter() override { return *this; }
     knservice::CDataCenter& getDataCenter() override { return *this; }
@@ -26,8 +28,7 @@ private:
     boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string& key) override {
         return m_positions.of(key);
     }
-    /// The desk keeps no portfolios.
-    boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return nullptr; }
+    boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return m_portfolios; }
     /// One task, or none where the broker does not know the id.
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
 
@@ -35,6 +36,7 @@ private:
     CPaperBroker& m_broker;
     CTextSink& m_sink;
     const CPaperPositions& m_positions;
+    const boost::shared_ptr<knservice::CAccountData> m_portfolios;
 };
 
 } // namespace desk

@@ -37,7 +37,7 @@ std::string nameOf(const testing::TestParamInfo<CSpoiled>& info) {
 const CSpoiled kDeskRows[] = {
     {"UnknownTable", "desk.toml", "[settings.stock]", "[setings]\n[settings.stock]",
      "desk.toml:25: desk.toml: unknown key \"setings\"; expected one of account, basket, desk, group, "
-     "settings, socket, switches, user"},
+     "portfolio, settings, socket, switches, user"},
     {"UnknownKey", "desk.toml", "[settings.stock]", "[desk]\nfoo = 1\n[settings.stock]",
      "desk.toml:26: desk: unknown key \"foo\"; expected one of accept_forced_confirm"},
     {"MissingKey", "desk.toml", "name = \"trader\"\n", "", "desk.toml:1: user: key \"name\" is missing"},
@@ -105,6 +105,18 @@ const CSpoiled kDeskRows[] = {
     {"DuplicateGroup", "desk.toml", "[[basket]]",
      "[[group]]\nname = \"main\"\nbroker = \"stock\"\nmembers = [{ account = \"A1\" }]\n[[basket]]",
      "desk.toml:21: group: group \"main\" stands twice"},
+    {"PortfolioOfABadId", "desk.toml", "[[basket]]",
+     "[[portfolio]]\nkind = 12\nid = \"a_b\"\nrows = []\n[[basket]]",
+     "desk.toml:21: portfolio: id is \"a_b\"; expected a text without \"_\""},
+    {"DuplicatePortfolio", "desk.toml", "[[basket]]",
+     "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = []\n[[portfolio]]\nkind = 12\nid = \"a\"\nrows = "
+     "[]\n[[basket]]",
+     "desk.toml:25: portfolio: portfolio 12_a stands twice"},
+    {"PortfolioOfAnUnknownStock", "desk.toml", "[[basket]]",
+     "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SH\", code = \"999999\", volume = 1 "
+     "}]\n[[basket]]",
+     "desk.toml:24: portfolio.rows: instrument \"SH999999\" is unknown; expected market and code of a stock "
+     "in instruments.csv"},
     {"GroupWithoutAccounts", "desk.toml", "[{ account = \"A1\", weight = 6 }]", "[]",
      "desk.toml:16: group: group \"main\" has no accounts; expected at least one"},
     {"UnknownMember", "desk.toml", "weight = 6 }]", "weight = 6 }, { account = \"A9\" }]",
