@@ -211,7 +211,7 @@ bool hasEmptyField(const CFields& fields) {
 
 } // namespace
 
-bool parseSocketOrder(const std::string& argument, IStrategyRegistry& registry, COrderParam& order,
+bool parseSocketOrder(std::string_view argument, IStrategyRegistry& registry, COrderParam& order,
                       std::string& error) {
     const CFields fields(argument, ',');
     if (fields.size() < 2 || hasEmptyField(fields)) return false;

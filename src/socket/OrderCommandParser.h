@@ -4,6 +4,7 @@
 #include "records/OrderParam.h"
 
 #include <string>
+#include <string_view>
 
 namespace TC {
 
@@ -11,7 +12,7 @@ namespace TC {
 /// the reply behind "Bad Param", UTF-8 and often empty. Throws boost::bad_lexical_cast where a number cannot
 /// be read. On the listener's thread; asks the registry and the host's baskets, accounts and portfolios only
 /// where the order needs them.
-bool parseSocketOrder(const std::string& argument, IStrategyRegistry& registry, COrderParam& order,
+bool parseSocketOrder(std::string_view argument, IStrategyRegistry& registry, COrderParam& order,
                       std::string& error);
 
 } // namespace TC

@@ -278,13 +278,13 @@ bool COrderSocketServer::mustLogIn(const ConnData& data, CReply& reply) const {
 void COrderSocketServer::onPlaceOrder(std::string_view argument, ConnData& data, CReply& reply) {
     if (mustLogIn(data, reply)) return;
     try {
-        placeOrder(std::string(argument), reply);
+        placeOrder(argument, reply);
     } catch (...) {
         writeError(reply, kBadParam);
     }
 }
 
-void COrderSocketServer::placeOrder(const std::string& argument, CReply& reply) {
+void COrderSocketServer::placeOrder(std::string_view argument, CReply& reply) {
     COrderParam order;
     std::string error;
     if (!parseSocketOrder(argument, m_registry, order, error))

@@ -75,7 +75,7 @@ private:
     void onPass(std::string_view argument, ConnData& data, CReply& reply);
     void onPlaceOrder(std::string_view argument, ConnData& data, CReply& reply);
     void onCancel(std::string_view argument, ConnData& data, CReply& reply);
-    void placeOrder(const std::string& argument, CReply& reply);
+    void placeOrder(std::string_view argument, CReply& reply);
     bool mustLogIn(const ConnData& data, CReply& reply) const;
 
     const std::string m_strUser;
