@@ -118,7 +118,7 @@ struct CQuoteChange {
 /// A portfolio that order 36 can name: what a sub-account holds, as the folder says once and for all.
 struct CPortfolioEntry {
     struct CRow {
-        std::string code;
+        std::string stockKey;
         int volume = 0; ///< shares
     };
     int kind = 0;   ///< of the sub-account

@@ -3,12 +3,20 @@
 #include "desk/config/TomlFile.h"
 #include "desk/config/TomlSection.h"
 #include "desk/config/Words.h"
+#include "platform/InstrumentTypes.h"
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 namespace desk {
 namespace {
+
+bool mayStandInABasket(const CInstrumentEntry& stock) {
+    const auto has = [&](int type) { return stock.types.count(type) > 0; };
+    return has(knservice::kTypeTradableStock) &&
+           std::any_of(std::begin(knservice::kBasketTypes), std::end(knservice::kBasketTypes), has);
+}
 
 /// Reads the tables of desk.toml one by one.
 class CDeskTomlReader {
@@ -258,21 +266,36 @@ private:
         if (row.m_dWeight < 0) section.mistake("weight must not be negative");
         if (!(row.m_dPrice > 0))
             section.mistake("price must be above 0; leave it out where there is no price");
-        checkStock(section, market + code);
+        if (checkStock(section, market, code) != nullptr) checkBareCode(section, market, code);
         row.m_strMarket = QString::fromStdString(market);
         row.m_strCode = QString::fromStdString(code);
         row.m_strName = QString::fromStdString(name);
         basket.m_rows.push_back(row);
     }
 
-    void checkStock(const CTomlSection& section, const std::string& key) const {
-        const bool known = std::any_of(m_config.instruments.begin(), m_config.instruments.end(),
-                                       [&](const CInstrumentEntry& entry) {
-                                           return entry.kind == EInstrumentKind::Stock && entry.key() == key;
-                                       });
-        if (known) return;
-        section.mistake("instrument \"" + key +
+    /// The stock of a row; null after a mistake.
+    const CInstrumentEntry* checkStock(const CTomlSection& section, const std::string& market,
+                                       const std::string& code) const {
+        const auto stock = std::find_if(
+            m_config.instruments.begin(), m_config.instruments.end(), [&](const CInstrumentEntry& entry) {
+                return entry.kind == EInstrumentKind::Stock && entry.market == market && entry.code == code;
+            });
+        if (stock != m_config.instruments.end()) return &*stock;
+        section.mistake("instrument \"" + market + code +
                         "\" is unknown; expected market and code of a stock in instruments.csv");
+        return nullptr;
+    }
+
+    /// Orders read the codes of a basket without their markets, and look for them on SH first.
+    void checkBareCode(const CTomlSection& section, const std::string& market,
+                       const std::string& code) const {
+        const bool isTaken =
+            market != "SH" && std::any_of(m_config.instruments.begin(), m_config.instruments.end(),
+                                          [&](const CInstrumentEntry& entry) {
+                                              return entry.market == "SH" && entry.code == code &&
+                                                     entry.types.count(knservice::kTypeTradableStock) > 0;
+                                          });
+        if (isTaken) section.mistake("code \"" + code + "\" means SH" + code + " in a basket");
     }
 
     void readPortfolio(const toml::table& table) {
@@ -282,8 +305,11 @@ private:
                       {"id", section.text(portfolio.id)},
                       {"rows", section.tables([&](const auto& t) { readPortfolioRow(t, portfolio); })}},
                      {"kind", "id", "rows"});
-        if (portfolio.id.empty() || portfolio.id.find('_') != std::string::npos)
-            section.mistake("id is \"" + portfolio.id + "\"; expected a text without \"_\"");
+        // Order lines name it between their separators, and its kind in front of it.
+        if (portfolio.id.empty() || portfolio.id.find_first_of("_, \t\r\n\v\f") != std::string::npos)
+            section.mistake("id is \"" + portfolio.id +
+                            "\"; expected a text without \"_\", \",\" and blanks");
+        if (portfolio.rows.empty()) section.mistake("there are no rows; expected at least one");
         const auto isSame = [&](const CPortfolioEntry& other) {
             return other.kind == portfolio.kind && other.id == portfolio.id;
         };
@@ -297,12 +323,18 @@ private:
     void readPortfolioRow(const toml::table& table, CPortfolioEntry& portfolio) {
         CPortfolioEntry::CRow row;
         std::string market;
+        std::string code;
         const CTomlSection section = sectionOf(table, "portfolio.rows");
         section.read({{"market", section.text(market)},
-                      {"code", section.text(row.code)},
+                      {"code", section.text(code)},
                       {"volume", section.integer(row.volume, 1)}},
                      {"market", "code", "volume"});
-        checkStock(section, market + row.code);
+        const CInstrumentEntry* stock = checkStock(section, market, code);
+        row.stockKey = market + code;
+        if (stock != nullptr && !mayStandInABasket(*stock)) {
+            section.mistake("instrument \"" + row.stockKey +
+                            "\" may not stand in a basket, by its types in instruments.csv");
+        }
         portfolio.rows.push_back(row);
     }
 

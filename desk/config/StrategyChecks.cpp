@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace desk {
 namespace {
@@ -42,7 +43,7 @@ void checkGroup(const CTomlSection& section, const CDeskConfig& config,
         section.mistake("group \"" + name + "\" is unknown among the groups that the family trades on");
 }
 
-/// A strategy's code is a key such as "SH600000", or a code alone.
+/// A strategy's code is taken as it stands: a key such as "SH600000", or the plain code of a derivative.
 void checkCode(const CTomlSection& section, const CDeskConfig& config,
                const TC::COrderStrategyParam& strategy) {
     const std::string code = strategy.m_strCode.toStdString();
@@ -50,13 +51,17 @@ void checkCode(const CTomlSection& section, const CDeskConfig& config,
     bool known = false;
     bool tradable = false;
     for (const CInstrumentEntry& instrument : config.instruments) {
-        if (instrument.key() != code && instrument.code != code) continue;
+        const std::vector<std::string> names = instrument.names();
+        if (std::find(names.begin(), names.end(), code) == names.end()) continue;
         known = true;
         const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
         tradable = tradable || (family != nullptr && tradesKind(family->m_eBrokerType, instrument.kind));
     }
     if (!known)
-        section.mistake("code \"" + code + "\" is unknown; expected an instrument of instruments.csv");
+        section.mistake(
+            "code \"" + code +
+            "\" is unknown; expected an instrument of instruments.csv, with its market unless it is "
+            "a derivative");
     else if (!tradable)
         section.mistake("code \"" + code + "\" is of a kind that the family does not trade");
 }
@@ -130,9 +135,16 @@ void checkVolume(const CTomlSection& section, const TC::COrderStrategyParam& str
     const bool isAmount = strategy.m_dAmount > 0 && !TC::isInvalidPrice(strategy.m_dAmount);
     if (strategy.m_bUseAmount && !isAmount && !isOpen(strategy, strategy.m_dAmount))
         section.mistake("amount must be above 0");
-    const bool isRatio = strategy.m_dPercent > 0 && strategy.m_dPercent <= 1;
-    if (strategy.m_bByPercent && !isRatio && !isOpen(strategy, strategy.m_dPercent))
-        section.mistake("percent must be above 0 and at most 1");
+    if (strategy.m_bByPercent)
+        section.mistake("volumes by a percent of the account are not traded; expected volume or amount");
+}
+
+/// The paper broker would reject such orders one by one, and families whose commands do not carry the kind
+/// would trade them as plain ones.
+void checkOrderType(const CTomlSection& section, const TC::COrderStrategyParam& strategy) {
+    if (TC::isUnset(strategy.m_eOrderType) || strategy.m_eOrderType == TC::EOrderType::Plain) return;
+    section.mistake("order_type is " + std::to_string(static_cast<int>(strategy.m_eOrderType)) +
+                    "; the desk trades plain orders (0) only");
 }
 
 } // namespace
@@ -147,6 +159,7 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config,
     checkCode(section, config, strategy);
     checkSource(section, config, strategy, path);
     checkVolume(section, strategy);
+    checkOrderType(section, strategy);
 }
 
 } // namespace desk

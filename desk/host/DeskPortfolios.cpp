@@ -15,7 +15,7 @@ class CPortfolioData : public knservice::CAccountData {
 public:
     explicit CPortfolioData(const std::vector<CPortfolioEntry>& portfolios) {
         for (const CPortfolioEntry& entry : portfolios)
-            m_portfolios[std::to_string(entry.kind) + "____" + entry.id] = portfolioOf(entry);
+            m_portfolios[knservice::portfolioKey(entry.kind, entry.id)] = portfolioOf(entry);
     }
 
     std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int table) override {
@@ -39,7 +39,7 @@ private:
         auto portfolio = boost::make_shared<knservice::CPortfolio>();
         for (const CPortfolioEntry::CRow& row : entry.rows) {
             const auto position = boost::make_shared<knservice::CPositionDetail>();
-            position->m_strCode = row.code;
+            position->m_strCode = row.stockKey; // a code alone could mean another market's instrument
             position->m_nVolume = row.volume;
             portfolio->m_positions[keyOf(portfolio->m_positions.size())] = position;
         }

@@ -3,7 +3,9 @@
 #include "base/StrictNumber.h"
 #include "base/Text.h"
 #include "base/Unset.h"
+#include "desk/config/Words.h"
 #include "desk/market/Operations.h"
+#include "platform/Quote.h"
 #include "records/Families.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -54,6 +56,13 @@ bool applyPairs(const CPairs& pairs,
     return true;
 }
 
+/// The plain order type's number; throws for all others.
+int readPlainOrderType(const std::string& text) {
+    const int number = utils::strictInt(text);
+    if (number != static_cast<int>(TC::EOrderType::Plain)) throw boost::bad_lexical_cast();
+    return number;
+}
+
 using CParamSetter = std::function<void(TC::COrderTradeParam&, const std::string&)>;
 
 // Values are GBK bytes; the remark goes back as it came.
@@ -62,7 +71,7 @@ const std::map<std::string, CParamSetter>& paramSetters() {
         {"remark", [](auto& p, const auto& v) { p.m_strRemark = v; }},
         {"account", [](auto& p, const auto& v) { p.m_strAccountKeyPart1 = UW::sToQsGBK(v); }},
         {"sub", [](auto& p, const auto& v) { p.m_strAccountKeyPart2 = UW::sToQsGBK(v); }},
-        {"order_type", [](auto& p, const auto& v) { p.m_eOrderType = utils::strictInt(v); }},
+        {"order_type", [](auto& p, const auto& v) { p.m_eOrderType = readPlainOrderType(v); }},
         {"setting", [](auto& p, const auto& v) { p.m_strOrderSetting = UW::sToQsGBK(v); }},
         {"kind", [](auto& p, const auto& v) { p.m_nSettingKind = utils::strictInt(v); }},
         {"text1", [](auto& p, const auto& v) { p.m_strTradeText1 = utils::safeGbk2Utf8(v); }},
@@ -72,17 +81,29 @@ const std::map<std::string, CParamSetter>& paramSetters() {
     return setters;
 }
 
+/// A word of the desk's files or a number.
+int readPriceType(const std::string& text) {
+    const auto word = priceTypeWords().find(text);
+    return word != priceTypeWords().end() ? word->second : utils::strictInt(text);
+}
+
 using CSettingSetter = std::function<void(TC::COrderSetting&, const std::string&)>;
 
 const std::map<std::string, CSettingSetter>& settingSetters() {
     static const std::map<std::string, CSettingSetter> setters = {
         {"price_type",
-         [](auto& s, const auto& v) { s.m_ePriceType = static_cast<TC::EPriceType>(utils::strictInt(v)); }},
+         [](auto& s, const auto& v) { s.m_ePriceType = static_cast<TC::EPriceType>(readPriceType(v)); }},
         {"order_type",
          [](auto& s, const auto& v) { s.m_eOrderType = static_cast<TC::EOrderType>(utils::strictInt(v)); }},
         {"remark", [](auto& s, const auto& v) { s.m_strCmdLog = v; }},
     };
     return setters;
+}
+
+/// False, with the setting as it was, where the text is not understood.
+bool applySettingText(const std::string& text, TC::COrderSetting& setting) {
+    const auto pairs = readPairs(text, ',');
+    return pairs && applyPairs(*pairs, settingSetters(), setting);
 }
 
 /// A number and its word.
@@ -142,19 +163,28 @@ bool CDeskTradingRules::parserOrderTradeParam(const std::string& text, TC::COrde
     const auto pairs = readPairs(text, ';');
     TC::COrderTradeParam read;
     if (!pairs || !applyPairs(*pairs, paramSetters(), read)) return false;
+    // A setting text is read again where it is used, and nobody can be told there.
+    TC::COrderSetting tried;
+    const std::string setting = read.m_strOrderSetting.toStdString();
+    if (!setting.empty() && !applySettingText(setting, tried)) return false;
     param = read;
     return true;
 }
 
 void CDeskTradingRules::orderSettingFromString(TC::COrderSetting& setting, const QString& text) {
-    if (const auto pairs = readPairs(text.toStdString(), ',')) applyPairs(*pairs, settingSetters(), setting);
+    applySettingText(text.toStdString(), setting);
 }
 
 void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
-                                            TC::EOperationType, int, double price, const TC::CPriceDataPtr&) {
+                                            TC::EOperationType operation, int, double price,
+                                            const TC::CPriceDataPtr& quote) {
     record.m_ePriceType = setting.m_ePriceType;
     record.m_eOrderType = TC::isUnset(setting.m_eOrderType) ? TC::EOrderType::Plain : setting.m_eOrderType;
     record.m_dPrice = price;
+    // A sale of all that is held brings no price: what the quote says of the setting's price type stands in.
+    const bool isQuoted = setting.m_ePriceType != TC::EPriceType::Specified;
+    if (quote && isQuoted && TC::isInvalidPrice(price))
+        record.m_dPrice = quote->getPriceForOrder(setting.m_ePriceType, operation, 0, {});
 }
 
 bool CDeskTradingRules::isBuy(TC::EOperationType operation) {

@@ -10,8 +10,11 @@ namespace desk {
 /// semicolons:
 /// - behind `orderParam=`: remark, account, sub, order_type, setting, kind, text1, text2, text3;
 /// - a setting text: price_type, order_type, remark; the pairs separated by commas, so that it can stand
-/// behind `setting:`. A text with an unknown key, a key twice, or a number that is none is not understood as
-/// a whole.
+/// behind `setting:`; price_type is a word of the desk's files or a number.
+///
+/// A text with an unknown key, a key twice, or a number that is none is not understood as a whole. Neither is
+/// one behind `orderParam=` whose setting text is not, or whose order_type is not the plain one: the desk has
+/// no algorithm that could trade the order.
 class CDeskTradingRules : public TC::CTradingRules {
 public:
     QString qdStockKey(const QString& market, const QString& code) override { return market + code; }

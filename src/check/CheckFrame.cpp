@@ -191,7 +191,7 @@ CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOpera
 void takePrices(CCheckRun& run) {
     if (run.setting.m_ePriceType == EPriceType::Specified) {
         const COrderSingleParam* line = run.line();
-        run.calcPrice = run.orderPrice = line != nullptr ? line->m_dPrice : kUnsetDouble;
+        run.calcPrice = run.orderPrice = line != nullptr ? finiteOrUnset(line->m_dPrice) : kUnsetDouble;
     } else if (run.priceData) {
         run.calcPrice = run.priceData->getPriceForCalc(run.setting.m_ePriceType, run.op, 0, {});
         run.orderPrice = run.priceData->getPriceForOrder(run.setting.m_ePriceType, run.op, 0, {});

@@ -54,6 +54,7 @@ double repaymentOf(const CCheckRun& run, bool isDirect) {
 
 CCodeOrderParam makeRepayment(const CCheckRun& run, const CAccountInfoPtr& account, double value) {
     CCodeOrderParam record = makeRecord(run, run.op, account, truncateToInt(value));
+    record.m_eOperationType = run.op;
     record.m_strRepayText = run.order.m_strTradeText3;
     record.m_nQuantityKind = kQuantityKindPlain;
     record.m_dQuantity = value;

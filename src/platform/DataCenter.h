@@ -10,7 +10,8 @@
 
 namespace knservice {
 
-/// Number under which the data of all accounts together serves its portfolios, as CPortfolio.
+/// Number under which the data of all accounts together serves its portfolios, as CPortfolio, by
+/// portfolioKey.
 inline constexpr int kPortfolioTable = 594;
 /// Number under which an account's data serves its positions by instrument, as CPositionStatics.
 inline constexpr int kPositionTable = 547;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace knservice {
 
@@ -30,9 +31,15 @@ struct CPositionStatics : IData {
 };
 using CPositionStaticsPtr = boost::shared_ptr<CPositionStatics>;
 
-/// A portfolio and its positions by key text.
+/// A portfolio and its positions by key text. An order sells the position whose key comes first in byte
+/// order.
 struct CPortfolio : IData {
     std::map<std::string, boost::shared_ptr<IData>> m_positions;
 };
+
+/// The key of a sub-account's portfolio in the table of portfolios, id in UTF-8.
+inline std::string portfolioKey(int kind, std::string_view id) {
+    return std::to_string(kind) + "____" + std::string(id);
+}
 
 } // namespace knservice

@@ -98,7 +98,7 @@ bool readPortfolioPosition(const CReading& reading) {
         reading.error = kBadPortfolioKey;
         return false;
     }
-    const std::string key = std::to_string(strictInt(parts[0])) + "____" + std::string(parts[1]);
+    const std::string key = knservice::portfolioKey(strictInt(parts[0]), parts[1]);
     bool isKnown = false;
     const knservice::CPositionDetailPtr position = findFirstPosition(key, isKnown);
     if (isKnown) reading.order.m_strAccountKey = std::string(reading.fields[2]);

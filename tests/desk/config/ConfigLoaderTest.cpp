@@ -57,6 +57,72 @@ accept_forced_confirm = true
     EXPECT_TRUE(loaded.config.acceptForcedConfirm);
 }
 
+TEST(ConfigLoader, PortfoliosKeepTheirRowsByKey) {
+    const CConfigFolder folder;
+    folder.replace("instruments.csv", "100028 1172", "100028 100003");
+    folder.replace("desk.toml", "[[basket]]", R"([[portfolio]]
+kind = 12
+id = "main"
+rows = [{ market = "SZ", code = "000001", volume = 300 }]
+[[portfolio]]
+kind = 13
+id = "main"
+rows = [{ market = "SZ", code = "000001", volume = 1 }]
+[[basket]])");
+    const CLoadedConfig loaded = folder.load();
+    ASSERT_TRUE(loaded.mistakes.empty()) << loaded.mistakes[0].message;
+    ASSERT_EQ(loaded.config.portfolios.size(), 2U);
+    const CPortfolioEntry& first = loaded.config.portfolios[0];
+    EXPECT_EQ(first.kind, 12);
+    EXPECT_EQ(first.id, "main");
+    ASSERT_EQ(first.rows.size(), 1U);
+    EXPECT_EQ(first.rows[0].stockKey, "SZ000001");
+    EXPECT_EQ(first.rows[0].volume, 300);
+    EXPECT_EQ(loaded.config.portfolios[1].kind, 13);
+}
+
+/// Lines name a portfolio between commas, behind its kind, and lose blanks at their ends.
+TEST(ConfigLoader, PortfoliosThatNoLineCanNameAreMistakes) {
+    for (const char* id : {"", "a_b", "a,b", " a", "a ", "a\\t"}) {
+        const CConfigFolder folder;
+        folder.replace("instruments.csv", "100028 1172", "100028 100003");
+        folder.replace("desk.toml", "[[basket]]",
+                       "[[portfolio]]\nkind = 12\nid = \"" + std::string(id) +
+                           "\"\nrows = [{ market = \"SZ\", code = \"000001\", volume = 1 }]\n[[basket]]");
+        ASSERT_EQ(folder.mistakes().size(), 1U) << '[' << id << ']';
+        EXPECT_NE(folder.mistakes()[0].find("without \"_\", \",\" and blanks"), std::string::npos) << id;
+    }
+}
+
+TEST(ConfigLoader, APortfolioOfOneKindAndIdStandsOnce) {
+    const CConfigFolder folder;
+    folder.replace("instruments.csv", "100028 1172", "100028 100003");
+    const std::string portfolio = "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SZ\", "
+                                  "code = \"000001\", volume = 1 }]\n";
+    folder.replace("desk.toml", "[[basket]]", portfolio + portfolio + "[[basket]]");
+    EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:25: portfolio: portfolio 12_a stands twice"});
+}
+
+TEST(ConfigLoader, APortfolioHasAKind) {
+    const CConfigFolder folder;
+    folder.replace("instruments.csv", "100028 1172", "100028 100003");
+    folder.replace("desk.toml", "[[basket]]", R"([[portfolio]]
+id = "a"
+rows = [{ market = "SZ", code = "000001", volume = 1 }]
+[[basket]])");
+    EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:21: portfolio: key \"kind\" is missing"});
+}
+
+/// The row would buy the instrument of SH.
+TEST(ConfigLoader, ABasketRowWhoseCodeMeansAnotherInstrumentIsAMistake) {
+    const CConfigFolder folder;
+    folder.replace("instruments.csv", "SZ,000001,平原", "SH,000001,同码,100028,100,22,18\nSZ,000001,平原");
+    folder.replace("desk.toml", "market = \"SH\", code = \"600000\"", "market = \"SZ\", code = \"000001\"");
+    folder.replace("quotes.csv", "SZ000001,20", "SH000001,20,19.99,100,,,20.01,200\nSZ000001,20");
+    EXPECT_EQ(folder.mistakes(),
+              Mistakes{"desk.toml:23: basket.rows: code \"000001\" means SH000001 in a basket"});
+}
+
 TEST(ConfigLoader, AccountsHaveTheirFundsAndPositions) {
     const CConfigFolder folder;
     const CDeskConfig config = folder.load().config;

@@ -105,13 +105,20 @@ const CSpoiled kDeskRows[] = {
     {"DuplicateGroup", "desk.toml", "[[basket]]",
      "[[group]]\nname = \"main\"\nbroker = \"stock\"\nmembers = [{ account = \"A1\" }]\n[[basket]]",
      "desk.toml:21: group: group \"main\" stands twice"},
-    {"PortfolioOfABadId", "desk.toml", "[[basket]]",
-     "[[portfolio]]\nkind = 12\nid = \"a_b\"\nrows = []\n[[basket]]",
-     "desk.toml:21: portfolio: id is \"a_b\"; expected a text without \"_\""},
-    {"DuplicatePortfolio", "desk.toml", "[[basket]]",
-     "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = []\n[[portfolio]]\nkind = 12\nid = \"a\"\nrows = "
-     "[]\n[[basket]]",
-     "desk.toml:25: portfolio: portfolio 12_a stands twice"},
+    {"PortfolioWithoutRows", "desk.toml", "[[basket]]",
+     "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = []\n[[basket]]",
+     "desk.toml:21: portfolio: there are no rows; expected at least one"},
+    {"PortfolioThatNoBasketTakes", "desk.toml", "[[basket]]",
+     "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SH\", code = \"600000\", volume = 1 }]\n"
+     "[[basket]]",
+     "desk.toml:24: portfolio.rows: instrument \"SH600000\" may not stand in a basket, by its types in "
+     "instruments.csv"},
+    {"PortfolioOfADividedKey", "desk.toml", "[[basket]]",
+     "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SH6\", code = \"00000\", volume = 1 }]\n"
+     "[[basket]]",
+     "desk.toml:24: portfolio.rows: instrument \"SH600000\" is unknown; expected market and code of a stock "
+     "in "
+     "instruments.csv"},
     {"PortfolioOfAnUnknownStock", "desk.toml", "[[basket]]",
      "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SH\", code = \"999999\", volume = 1 "
      "}]\n[[basket]]",
@@ -168,8 +175,15 @@ const CSpoiled kStrategyRows[] = {
     {"SettingWithoutSlot", "strategies.toml", "family = \"stock\"\nrunning",
      "family = \"stock\"\nsetting = [{ price_type = 4 }]\nrunning",
      "strategies.toml:8: strategy.setting: key \"slot\" is missing"},
-    {"PercentAboveOne", "strategies.toml", "running = true", "percent = 50",
-     "strategies.toml:1: strategy: percent must be above 0 and at most 1"},
+    {"VolumeByPercent", "strategies.toml", "running = true", "percent = 0.5",
+     "strategies.toml:1: strategy: volumes by a percent of the account are not traded; expected volume or "
+     "amount"},
+    {"Algorithm", "strategies.toml", "running = true", "order_type = 7",
+     "strategies.toml:1: strategy: order_type is 7; the desk trades plain orders (0) only"},
+    {"BareStockCode", "strategies.toml", "running = true", "code = \"600000\"",
+     "strategies.toml:1: strategy: code \"600000\" is unknown; expected an instrument of instruments.csv "
+     "with "
+     "its market, such as SH600000, or the code of a derivative"},
     {"ChannelTwice", "strategies.toml", "channel = 2", "channel = 1",
      "strategies.toml:10: strategy: channel 1 stands twice"},
     {"ChannelOfZero", "strategies.toml", "channel = 2", "channel = 0",
@@ -203,7 +217,8 @@ const CSpoiled kStrategyRows[] = {
     {"PasswordWithoutQuotes", "strategies.toml", "running = true", "pass = 1234",
      "strategies.toml:8: strategy: pass is no text; expected a text in quotes"},
     {"UnknownCode", "strategies.toml", "running = true", "code = \"600009\"",
-     "strategies.toml:1: strategy: code \"600009\" is unknown; expected an instrument of instruments.csv"},
+     "strategies.toml:1: strategy: code \"600009\" is unknown; expected an instrument of instruments.csv, "
+     "with its market unless it is a derivative"},
     {"AmountOfZero", "strategies.toml", "running = true", "amount = 0.0",
      "strategies.toml:1: strategy: amount must be above 0"},
     {"EndlessAmount", "strategies.toml", "running = true", "amount = inf",

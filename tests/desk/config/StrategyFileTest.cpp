@@ -29,7 +29,7 @@ code = "SH600000"
 volume = 300
 amount = 12345.6789
 price_type = "sell3"
-order_type = 5
+order_type = 0
 position_type = 2
 hedge_param = '{"lots": 2}'
 remark = ""
@@ -62,7 +62,7 @@ void expectFull(const CConfigFolder& folder, const TC::COrderStrategyParam& stra
     EXPECT_TRUE(strategy.m_bUseAmount);
     EXPECT_EQ(strategy.m_dAmount, 12345.6789);
     EXPECT_EQ(strategy.m_stockSetting.m_ePriceType, TC::EPriceType::Sell3);
-    EXPECT_EQ(static_cast<int>(strategy.m_eOrderType), 5);
+    EXPECT_EQ(strategy.m_eOrderType, TC::EOrderType::Plain);
     EXPECT_EQ(static_cast<int>(strategy.m_ePositionType), 2);
     EXPECT_EQ(strategy.m_hedgeParam, bson::fromjson(R"({"lots": 2})"));
     EXPECT_EQ(strategy.m_stockSetting.m_strCmdLog, "") << "an empty remark stands above the default's";
@@ -116,12 +116,11 @@ TC::COrderStrategyParam strategyOfEveryField(const CConfigFolder& folder) {
     strategy.m_nFurther2 = 0;
     strategy.m_bUseAmount = true;
     strategy.m_dAmount = 12345.678901234567;
-    strategy.m_bByPercent = true;
     strategy.m_dPercent = 0.1;
     strategy.m_bHedgeBasket = true;
     strategy.m_hedgeParam = bson::fromjson(R"({"contract": "IF2609", "lots": 2, "ratio": 0.5})");
     strategy.m_bCommandFlag = true;
-    strategy.m_eOrderType = static_cast<TC::EOrderType>(5);
+    strategy.m_eOrderType = TC::EOrderType::Plain;
     for (int number = 0; number < TC::kSettingSlots; ++number) {
         TC::COrderSetting& setting = strategy.setting(static_cast<TC::ESettingSlot>(number));
         setting.m_ePriceType = static_cast<TC::EPriceType>(30 + number);
@@ -219,7 +218,8 @@ TEST(StrategyFile, WhatCannotBeKeptIsNamed) {
     EXPECT_EQ(refusal([](auto& s) { s.m_strSignalSource = QStringLiteral("elsewhere.txt"); }),
               "path would be read back as something else");
     EXPECT_EQ(refusal([](auto& s) { s.m_strCode = QStringLiteral("600009"); }),
-              "strategy: code \"600009\" is unknown; expected an instrument of instruments.csv");
+              "strategy: code \"600009\" is unknown; expected an instrument of instruments.csv, "
+              "with its market unless it is a derivative");
 }
 
 TEST(StrategyFile, APathThatAnotherStrategyHasIsNotKept) {

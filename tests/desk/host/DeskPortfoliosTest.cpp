@@ -15,7 +15,7 @@ namespace {
 TEST(DeskPortfolios, PositionsStandInTheFoldersOrder) {
     std::vector<CPortfolioEntry::CRow> rows;
     for (int i = 0; i < 12; ++i)
-        rows.push_back({std::to_string(600012 - i), 100 * (i + 1)});
+        rows.push_back({"SH" + std::to_string(600012 - i), 100 * (i + 1)});
     const auto data = portfolioData({{12, "main", rows}, {3, "b", {}}});
     ASSERT_NE(data, nullptr);
     const auto portfolios = data->getMapData(knservice::kPortfolioTable);
@@ -26,7 +26,7 @@ TEST(DeskPortfolios, PositionsStandInTheFoldersOrder) {
     for (const auto& [key, record] : main->m_positions) {
         const auto position = boost::dynamic_pointer_cast<knservice::CPositionDetail>(record);
         ASSERT_NE(position, nullptr);
-        EXPECT_EQ(position->m_strCode, rows[place].code);
+        EXPECT_EQ(position->m_strCode, rows[place].stockKey);
         EXPECT_EQ(position->m_nVolume, rows[place].volume);
         EXPECT_FALSE(position->m_bFlag);
         ++place;

@@ -3,6 +3,9 @@
 #include "base/Unset.h"
 
 #include "base/Text.h"
+#include "desk/market/DeskPriceData.h"
+
+#include <boost/make_shared.hpp>
 
 #include <gtest/gtest.h>
 
@@ -16,13 +19,13 @@ std::string gbk(const char* utf8) {
 TEST(DeskTradingRules, TradeParametersAreReadWhole) {
     CDeskTradingRules rules;
     TC::COrderTradeParam param;
-    ASSERT_TRUE(rules.parserOrderTradeParam(gbk("remark:早盘建仓;account:甲;sub:-;order_type:3;kind:1;"
+    ASSERT_TRUE(rules.parserOrderTradeParam(gbk("remark:早盘建仓;account:甲;sub:-;order_type:0;kind:1;"
                                                 "setting:price_type:6,remark:中;text1:一;text2:二;text3:三"),
                                             param));
     EXPECT_EQ(param.m_strRemark, gbk("早盘建仓")) << "the remark stays GBK";
     EXPECT_EQ(param.m_strAccountKeyPart1, QStringLiteral("甲"));
     EXPECT_EQ(param.m_strAccountKeyPart2, QStringLiteral("-"));
-    EXPECT_EQ(param.m_eOrderType, 3);
+    EXPECT_EQ(param.m_eOrderType, 0);
     EXPECT_EQ(param.m_nSettingKind, 1);
     EXPECT_EQ(param.m_strOrderSetting, QStringLiteral("price_type:6,remark:中"));
     EXPECT_EQ(param.m_strTradeText1, "一");
@@ -43,7 +46,8 @@ TEST(DeskTradingRules, TradeParametersSetEveryFieldAnew) {
 TEST(DeskTradingRules, TradeParametersThatAreNotUnderstoodLeaveTheRecord) {
     CDeskTradingRules rules;
     for (const char* text : {"", "remark", "remark:a;", "remark:a;foo:b", "remark:a;remark:b",
-                             "kind:", "order_type:1x", "order_type:99999999999", ";remark:a"}) {
+                             "kind:", "order_type:7", "order_type:1x", "order_type:99999999999", ";remark:a",
+                             "setting:price_type:sell11", "setting:price_type", "setting:order_typ:1"}) {
         TC::COrderTradeParam param;
         param.m_strRemark = "old";
         EXPECT_FALSE(rules.parserOrderTradeParam(text, param)) << text;
@@ -62,6 +66,15 @@ TEST(DeskTradingRules, ASettingTextChangesWhatItNames) {
     rules.orderSettingFromString(setting, QStringLiteral("remark:午盘"));
     EXPECT_EQ(setting.m_strCmdLog, "午盘");
     EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Buy1);
+}
+
+TEST(DeskTradingRules, ASettingTextNamesPriceTypesByWordToo) {
+    CDeskTradingRules rules;
+    TC::COrderTradeParam param;
+    ASSERT_TRUE(rules.parserOrderTradeParam("setting:price_type:sell1", param));
+    TC::COrderSetting setting;
+    rules.orderSettingFromString(setting, param.m_strOrderSetting);
+    EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Sell1);
 }
 
 TEST(DeskTradingRules, ASettingTextWithAMistakeChangesNothing) {
@@ -86,6 +99,25 @@ TEST(DeskTradingRules, ARecordIsStampedWithSettingAndPrice) {
     setting.m_eOrderType = TC::unsetEnum<TC::EOrderType>();
     rules.orderSettingToParam(setting, record, TC::EOperationType::Buy, 100, 10.5, {});
     EXPECT_EQ(record.m_eOrderType, TC::EOrderType::Plain);
+}
+
+TEST(DeskTradingRules, ARecordWithoutAPriceTakesTheQuotesOwn) {
+    CDeskTradingRules rules;
+    CQuoteEntry quote;
+    quote.last = 10;
+    quote.buy[0].price = 9.9;
+    const auto data = boost::make_shared<CDeskPriceData>(quote);
+    const auto priceAt = [&](TC::EPriceType type, double price, const TC::CPriceDataPtr& given) {
+        TC::COrderSetting setting;
+        setting.m_ePriceType = type;
+        TC::CCodeOrderParam record;
+        rules.orderSettingToParam(setting, record, TC::EOperationType::Sell, 100, price, given);
+        return record.m_dPrice;
+    };
+    EXPECT_EQ(priceAt(TC::EPriceType::Buy1, TC::kUnsetDouble, data), 9.9);
+    EXPECT_EQ(priceAt(TC::EPriceType::Buy1, 9.8, data), 9.8);
+    EXPECT_EQ(priceAt(TC::EPriceType::Specified, TC::kUnsetDouble, data), TC::kUnsetDouble);
+    EXPECT_EQ(priceAt(TC::EPriceType::Buy1, TC::kUnsetDouble, nullptr), TC::kUnsetDouble);
 }
 
 TEST(DeskTradingRules, AnAccountIsNamedByItsKeyAndWhichOfSeveral) {
