@@ -67,6 +67,17 @@ TEST_F(BasketPositions, PriceOfZeroEndsTheCheck) {
     EXPECT_EQ(host.tasks.liveLocks, 0);
 }
 
+TEST_F(BasketPositions, PriceOfZeroLeavesLaterPositionsAndAccountsAlone) {
+    hold("600001", 700);
+    hold("600002", 50);
+    hold("600002", 50, "A2");
+    host.quotes.quotes.erase(QStringLiteral("SH600002"));
+    host.rules.onFixTimeRange = [](CCodeOrderParam& record) { record.m_dPrice = 0; };
+    EXPECT_FALSE(check(all(), strategy(EPriceType::Specified)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
+    EXPECT_TRUE(clock.sleeps().empty());
+}
+
 TEST_F(BasketPositions, MissingQuoteIsWaitedForAndThePositionSoldAllTheSame) {
     hold("600001", 700);
     host.quotes.quotes.clear();
@@ -166,6 +177,15 @@ TEST_F(BasketPositions, RowsOfTheOrderAreSubscribedThoughAllIsSold) {
 TEST_F(BasketPositions, FarSideOfTheBookIsNotAllowedForPositionsEither) {
     hold("600001", 700);
     EXPECT_FALSE(check(all(), strategy(EPriceType::Sell2)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 组合交易卖出不允许报卖二到卖五的价格!"));
+}
+
+TEST_F(BasketPositions, FarSideOfTheBookIsTestedOnceAllPositionsHaveHadTheirWait) {
+    hold("600001", 700);
+    hold("600002", 50);
+    host.quotes.quotes.erase(QStringLiteral("SH600002"));
+    EXPECT_FALSE(check(all(), strategy(EPriceType::Sell2)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 组合交易卖出不允许报卖二到卖五的价格!"));
 }
 
