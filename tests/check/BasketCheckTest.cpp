@@ -104,6 +104,13 @@ TEST_F(BasketCheck, RowsOfNothingUnknownOrOtherTypesAreDroppedSilently) {
     EXPECT_TRUE(host.errorTexts().empty());
 }
 
+TEST_F(BasketCheck, KnownCodeWithoutDetailsIsDroppedSilently) {
+    host.exchange.stocks[QStringLiteral("SH600001")] = nullptr;
+    ASSERT_TRUE(check(basket(25, {{"600001", 100}, {"600002", 100}})));
+    EXPECT_EQ(records(), "A1 18 60 600002, A2 18 40 600002, ");
+    EXPECT_TRUE(host.errorTexts().empty());
+}
+
 TEST_F(BasketCheck, SuspendedInstrumentsAreDroppedUnlessThePriceIsGiven) {
     const auto quote = host.quotes.quotes.at(QStringLiteral("SH600001"));
     quote->m_nDayCount = 0;
@@ -118,6 +125,9 @@ TEST_F(BasketCheck, SuspendedInstrumentsAreDroppedUnlessThePriceIsGiven) {
         *figure = 1; // either says that there was trade
         ASSERT_TRUE(check(basket(25, {{"600001", 100}})));
         EXPECT_EQ(codes.size(), 2u);
+        *figure = 5e-6; // as good as nothing
+        ASSERT_TRUE(check(basket(25, {{"600001", 100}})));
+        EXPECT_TRUE(codes.empty());
         *figure = 0;
     }
 }
@@ -197,6 +207,16 @@ TEST_F(BasketCheck, PriceOfZeroEndsTheCheck) {
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
 }
 
+TEST_F(BasketCheck, PriceOfZeroKeepsLaterRowsFromBeingTried) {
+    host.quotes.quotes.erase(QStringLiteral("SH600002"));
+    COrderParam order = basket(25, {{"600001", 100}, {"600002", 100}});
+    order.m_orders[0].m_dPrice = 0;
+    order.m_orders[1].m_dPrice = 9;
+    EXPECT_FALSE(check(order, strategy(EPriceType::Specified)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
+    EXPECT_TRUE(clock.sleeps().empty());
+}
+
 TEST_F(BasketCheck, RowsMayBringTheirOperation) {
     COrderParam order = basket(33, {{"600001", 100}, {"600002", 100}});
     order.m_orders[0].m_eOperationType = 19;
@@ -235,6 +255,25 @@ TEST_F(BasketCheck, NearSideOfTheBookIsAllowed) {
     EXPECT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::Buy1)));
     EXPECT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::Sell2)));
     EXPECT_TRUE(host.errorTexts().empty());
+}
+
+TEST_F(BasketCheck, FarSideOfTheBookIsToldBehindAllRows) {
+    host.quotes.quotes.erase(QStringLiteral("SH600002"));
+    EXPECT_FALSE(check(basket(25, {{"600001", 100}, {"600002", 100}}), strategy(EPriceType::Buy2)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
+    EXPECT_EQ(
+        host.errorTexts(),
+        (std::vector<QString>{
+            QStringLiteral("[文件单]　通道号 [3] 组合交易中, 证券 [SH600002] 价7()无效, 修改下单量为0!"),
+            QStringLiteral("[文件单]　通道号: 3, 组合交易买入不允许报买二到买五的价格!")}));
+}
+
+TEST_F(BasketCheck, FarSideOfTheBookIsThatOfTheRecordAsTheHostMadeIt) {
+    host.rules.onFixTimeRange = [](CCodeOrderParam& record) { record.m_ePriceType = EPriceType::Latest; };
+    EXPECT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::Buy2)));
+    host.rules.onFixTimeRange = [](CCodeOrderParam& record) { record.m_ePriceType = EPriceType::Buy2; };
+    EXPECT_FALSE(check(basket(25, {{"600001", 100}})));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 组合交易买入不允许报买二到买五的价格!"));
 }
 
 // All that the accounts hold.

@@ -33,6 +33,21 @@ protected:
             .arg(priceType);
     }
     int splitVolume() { return host.trade.splitCalls.at(host.trade.splitCalls.size() - 1).volume; }
+    /// Buys rows of these codes and weights for the money; the volumes that reached the split.
+    std::vector<int> bought(double amount, std::initializer_list<std::pair<const char*, double>> rows) {
+        COrderBuilder order = basket(25, {});
+        for (const auto& [code, weight] : rows) {
+            order.line(QString::fromLatin1(code)).set([weight = weight](auto& o) {
+                o.m_orders.back().m_dWeight = weight;
+            });
+        }
+        host.trade.splitCalls.clear();
+        EXPECT_TRUE(check(order, strategy().amount(amount)));
+        std::vector<int> volumes;
+        for (const fake::CSplitCall& call : host.trade.splitCalls)
+            volumes.push_back(call.volume);
+        return volumes;
+    }
 };
 
 TEST_F(BasketRows, PricesGoByTheOrdersOperationAndAllElseByTheRows) {
@@ -86,6 +101,16 @@ TEST_F(BasketRows, MoneyBuysAtTheLastPriceWhereThereIsNoOther) {
     EXPECT_EQ(splitVolume(), 400);
 }
 
+TEST_F(BasketRows, PriceThatTheRowDoesNotGiveIsTheQuotesForTheSplitAlone) {
+    quote()->calc[EPriceType::Specified] = 11;
+    ASSERT_TRUE(check(priced(kUnsetDouble), strategy(EPriceType::Specified)));
+    EXPECT_EQ(host.trade.splitCalls.at(0).price, 11);
+    EXPECT_EQ(codes.at(0).m_dPrice, kUnsetDouble);
+    quote()->m_dLastPrice = 20;
+    ASSERT_TRUE(check(priced(kUnsetDouble), strategy(EPriceType::Specified).amount(8000)));
+    EXPECT_EQ(splitVolume(), 400);
+}
+
 TEST_F(BasketRows, NegativeVolumeIsDroppedSilently) {
     quote()->otherOrigin = 0; // a row that went on would be told
     ASSERT_TRUE(check(basket(25, {{"600001", 100}}), strategy().volume(-1)));
@@ -114,7 +139,7 @@ TEST_F(BasketRows, PriceOfTheRowNeedsAQuoteWithoutANumber) {
 }
 
 TEST_F(BasketRows, PriceTypeWithoutAWaitStillNeedsAPrice) {
-    for (const double price : {0.0, kUnsetDouble}) {
+    for (const double price : {0.0, 5e-6, kUnsetDouble}) {
         quote()->origin[EPriceType::NoQuote] = price;
         host.orders.errors.clear();
         ASSERT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::NoQuote))) << price;
@@ -285,6 +310,36 @@ TEST_F(BasketRows, MoneyKeepsRowsOfNothingInTheCount) {
     EXPECT_EQ(host.trade.splitCalls.at(1).volume, 100);
     ASSERT_TRUE(check(basket(36, {{"600001", 0}}), strategy().amount(4000)));
     EXPECT_EQ(splitVolume(), 0);
+}
+
+TEST_F(BasketRows, UnknownCodesHaveNoShareOfTheMoney) {
+    EXPECT_EQ(bought(9000, {{"600001", 1}, {"600002", 1}, {"nobody", 1}}), (std::vector<int>{450, 225}));
+    EXPECT_EQ(bought(9000, {{"600001", 0}, {"600002", 0}, {"nobody", 0}}), (std::vector<int>{450, 225}));
+}
+
+TEST_F(BasketRows, ShareOfASuspendedInstrumentIsNotSpentOnTheOthers) {
+    quote("SH600002")->m_nDayCount = 0;
+    EXPECT_EQ(bought(9000, {{"600001", 1}, {"600002", 1}}), std::vector<int>{450});
+    EXPECT_EQ(bought(9000, {{"600001", 0}, {"600002", 0}}), std::vector<int>{450});
+}
+
+TEST_F(BasketRows, ShareOfAnInstrumentThatNoBasketMayHoldIsNotSpentOnTheOthers) {
+    host.types.types.erase({100003, "SH600002"});
+    EXPECT_EQ(bought(9000, {{"600001", 1}, {"600002", 1}}), std::vector<int>{450});
+    EXPECT_EQ(bought(9000, {{"600001", 0}, {"600002", 0}}), std::vector<int>{450});
+}
+
+TEST_F(BasketRows, ShareIsWorkedOutBeforeItsPriceAndTheWeightBeforeTheirSum) {
+    // In any other order the first share comes out a hair short of its last piece.
+    quote()->all(1);
+    quote("SH600002")->all(1);
+    EXPECT_EQ(bought(4900, {{"600001", 1}, {"600002", 48}}), (std::vector<int>{100, 4800}));
+    addInstrument("600003", 1.1);
+    quote()->all(1.1);
+    quote("SH600002")->all(1.1);
+    EXPECT_EQ(bought(16500, {{"600001", 1}, {"600002", 2}}), (std::vector<int>{5000, 10000}));
+    EXPECT_EQ(bought(16500, {{"600001", 0}, {"600002", 0}, {"600003", 0}}),
+              (std::vector<int>{5000, 5000, 5000}));
 }
 
 } // namespace
