@@ -242,6 +242,17 @@ TEST_F(CreditCheck, RepaymentOfNothingDropsTheAccountSilently) {
     EXPECT_TRUE(host.errorTexts().empty());
 }
 
+TEST_F(CreditCheck, RepaymentOfLessThanOneIsNotNothing) {
+    repayMoney();
+    ASSERT_TRUE(check(money(1.5)));
+    ASSERT_EQ(codes.size(), 2u);
+    const double shares[] = {0.9, 0.6};
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_DOUBLE_EQ(codes[i].m_dQuantity, shares[i]);
+        EXPECT_EQ(codes[i].m_nVolume, 0);
+    }
+}
+
 TEST_F(CreditCheck, FailedSplitsAreReported) {
     host.rules.directRepays = {static_cast<int>(orderTypeToOperationType(32))};
     host.trade.moneyOverride = {1};
