@@ -122,6 +122,20 @@ TEST_F(BasketCheck, SuspendedInstrumentsAreDroppedUnlessThePriceIsGiven) {
     }
 }
 
+TEST_F(BasketCheck, DayFigureNearZeroIsNoTrade) {
+    const auto quote = host.quotes.quotes.at(QStringLiteral("SH600001"));
+    quote->m_nDayCount = 0;
+    for (double* figure : {&quote->m_dDayFigure1, &quote->m_dDayFigure2}) {
+        for (const auto& [value, records] :
+             {std::pair{5e-6, 0u}, std::pair{-5e-6, 0u}, std::pair{2e-5, 2u}}) {
+            *figure = value;
+            ASSERT_TRUE(check(basket(25, {{"600001", 100}})));
+            EXPECT_EQ(codes.size(), records) << value;
+        }
+        *figure = 0;
+    }
+}
+
 TEST_F(BasketCheck, RowWithoutAUsablePriceIsToldAndGoesOnWithNothing) {
     const auto quote = host.quotes.quotes.at(QStringLiteral("SH600001"));
     quote->origin.clear();

@@ -67,6 +67,17 @@ TEST_F(BasketPositions, PriceOfZeroEndsTheCheck) {
     EXPECT_EQ(host.tasks.liveLocks, 0);
 }
 
+TEST_F(BasketPositions, PriceOfZeroLeavesLaterPositionsAndAccountsAlone) {
+    hold("600001", 700);
+    hold("600002", 50);
+    hold("600002", 50, "A2");
+    host.quotes.quotes.erase(QStringLiteral("SH600002"));
+    host.rules.onFixTimeRange = [](CCodeOrderParam& record) { record.m_dPrice = 0; };
+    EXPECT_FALSE(check(all(), strategy(EPriceType::Specified)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
+    EXPECT_TRUE(clock.sleeps().empty());
+}
+
 TEST_F(BasketPositions, MissingQuoteIsWaitedForAndThePositionSoldAllTheSame) {
     hold("600001", 700);
     host.quotes.quotes.clear();
@@ -169,6 +180,15 @@ TEST_F(BasketPositions, FarSideOfTheBookIsNotAllowedForPositionsEither) {
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 组合交易卖出不允许报卖二到卖五的价格!"));
 }
 
+TEST_F(BasketPositions, FarSideOfTheBookIsTestedOnceAllPositionsHaveHadTheirWait) {
+    hold("600001", 700);
+    hold("600002", 50);
+    host.quotes.quotes.erase(QStringLiteral("SH600002"));
+    EXPECT_FALSE(check(all(), strategy(EPriceType::Sell2)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 组合交易卖出不允许报卖二到卖五的价格!"));
+}
+
 TEST_F(BasketPositions, KeyOfAPositionIsJoinedAsTheHostJoinsIt) {
     hold("600001", 700);
     host.rules.keySeparator = QStringLiteral(".");
@@ -185,13 +205,49 @@ TEST_F(BasketPositions, TargetWithoutAVolumeTradesNothing) {
     EXPECT_TRUE(codes.empty());
 }
 
-TEST_F(BasketPositions, TargetByMoneyThatCannotBePricedKeepsWhatIsHeld) {
+TEST_F(BasketPositions, TargetByMoneyWithoutPriceAndVolumeKeepsWhatIsHeld) {
     hold("600001", 1000);
     host.quotes.quotes.at(QStringLiteral("SH600001"))->m_dLastPrice = 0;
     const COrderParam order =
         basket(35, {{"600001", kUnsetInt}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
     ASSERT_TRUE(check(order, strategy().amount(5000)));
     EXPECT_TRUE(codes.empty());
+}
+
+TEST_F(BasketPositions, TargetByMoneyWithoutAPriceIsTheVolumeOfTheRow) {
+    hold("600001", 5000);
+    // The book is there before the day's first trade is.
+    host.quotes.quotes.at(QStringLiteral("SH600001"))->m_dLastPrice = kUnsetDouble;
+    const COrderParam order = basket(35, {{"600001", 100}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
+    ASSERT_TRUE(check(order, strategy(EPriceType::Sell1).amount(50000).volume(9)));
+    EXPECT_EQ(records(), "A1 19 2940 600001, A2 19 1960 600001, ");
+}
+
+TEST_F(BasketPositions, TargetsByMoneyWithoutAnyWeightSellAllThatIsHeld) {
+    hold("600001", 1000);
+    ASSERT_TRUE(check(basket(35, {{"600001", 1000}, {"600002", 100}}), strategy().amount(100000)));
+    EXPECT_EQ(records(), "A1 19 600 600001, A2 19 400 600001, ");
+}
+
+TEST_F(BasketPositions, TargetsAreComparedWithTheAccountThatTheOrderNames) {
+    host.user.addGroup(EQDBrokerType::Stock, "A2/x", {{"A2", 1.0}});
+    hold("600001", 700);
+    hold("600002", 50, "A2");
+    ASSERT_TRUE(check(basket(35, {{"600001", 300}, {"600002", 20}}).set([](auto& o) {
+        o.m_strAccountKeyPart1 = QStringLiteral("A2");
+        o.m_strAccountKeyPart2 = QStringLiteral("x");
+    })));
+    EXPECT_EQ(records(), "A2 19 30 600002, A2 18 300 600001, ");
+}
+
+TEST_F(BasketPositions, TargetsAreComparedWithTheAccountOfTheFirstRowInTableMode) {
+    hold("600001", 700);
+    hold("600002", 50, "A2");
+    ASSERT_TRUE(check(basket(35, {{"600001", 300}, {"600002", 20}}).set([](auto& o) {
+        o.m_orders[0].m_strAccount = QStringLiteral("A2");
+    }),
+                      strategy().account(QStringLiteral("A1")).tableMode()));
+    EXPECT_EQ(records(), "A2 19 30 600002, A2 18 300 600001, ");
 }
 
 TEST_F(BasketPositions, TargetsByMoneyAreFoundWithAnyKey) {

@@ -20,6 +20,17 @@ protected:
     static COrderBuilder priced(double price) {
         return basket(25, {{"600001", 100}}).set([=](auto& o) { o.m_orders[0].m_dPrice = price; });
     }
+    /// A basket whose rows have weights and no volume.
+    static COrderParam weighted(std::initializer_list<std::pair<const char*, double>> rows) {
+        COrderParam order = COrderBuilder(25);
+        for (const auto& [code, weight] : rows) {
+            COrderSingleParam row;
+            row.m_strCode = QString::fromLatin1(code);
+            row.m_dWeight = weight;
+            order.m_orders.push_back(row);
+        }
+        return order;
+    }
     std::vector<fake::CPriceCall> asked(const char* kind) {
         std::vector<fake::CPriceCall> calls;
         for (const fake::CPriceCall& call : quote()->calls.all()) {
@@ -33,6 +44,15 @@ protected:
             .arg(priceType);
     }
     int splitVolume() { return host.trade.splitCalls.at(host.trade.splitCalls.size() - 1).volume; }
+    /// Volume of each row of the order that reached the split.
+    std::vector<int> splitVolumes(const COrderParam& order, const COrderStrategyParam& with) {
+        host.trade.splitCalls.clear();
+        EXPECT_TRUE(check(order, with));
+        std::vector<int> volumes;
+        for (const fake::CSplitCall& call : host.trade.splitCalls)
+            volumes.push_back(call.volume);
+        return volumes;
+    }
 };
 
 TEST_F(BasketRows, PricesGoByTheOrdersOperationAndAllElseByTheRows) {
@@ -65,6 +85,16 @@ TEST_F(BasketRows, MissingCalculationPriceIsReadAgainForTheRowsOperation) {
     EXPECT_EQ(host.trade.splitCalls.at(0).price, kUnsetDouble);
 }
 
+TEST_F(BasketRows, RowWithoutAPriceIsSplitAtTheQuotesAndGoesOutWithNone) {
+    quote()->otherCalc = 11;
+    quote()->otherOrder = 12;
+    ASSERT_TRUE(check(priced(kUnsetDouble), strategy(EPriceType::Specified)));
+    EXPECT_EQ(asked("calc").size(), 1u);
+    EXPECT_EQ(host.trade.splitCalls.at(0).price, 11);
+    EXPECT_EQ(host.trade.splitCalls.at(0).volume, 100);
+    EXPECT_EQ(codes.at(0).m_dPrice, kUnsetDouble);
+}
+
 TEST_F(BasketRows, SplitAndRecordHaveTheirOwnPrices) {
     quote()->otherCalc = 11;
     quote()->otherOrder = 12;
@@ -84,6 +114,14 @@ TEST_F(BasketRows, MoneyBuysAtTheLastPriceWhereThereIsNoOther) {
     quote()->otherCalc = kUnsetDouble;
     ASSERT_TRUE(check(basket(25, {{"600001", 0}}), strategy().amount(8000)));
     EXPECT_EQ(splitVolume(), 400);
+}
+
+TEST_F(BasketRows, MoneyBuysAtTheLastPriceWhereTheRowHasNone) {
+    quote()->otherCalc = 11;
+    quote()->m_dLastPrice = 20;
+    const COrderStrategyParam money = strategy(EPriceType::Specified).amount(8000);
+    EXPECT_EQ(splitVolumes(priced(kUnsetDouble), money), std::vector<int>{400});
+    EXPECT_EQ(splitVolumes(priced(16), money), std::vector<int>{500});
 }
 
 TEST_F(BasketRows, NegativeVolumeIsDroppedSilently) {
@@ -114,7 +152,7 @@ TEST_F(BasketRows, PriceOfTheRowNeedsAQuoteWithoutANumber) {
 }
 
 TEST_F(BasketRows, PriceTypeWithoutAWaitStillNeedsAPrice) {
-    for (const double price : {0.0, kUnsetDouble}) {
+    for (const double price : {0.0, 5e-6, -5e-6, kUnsetDouble}) {
         quote()->origin[EPriceType::NoQuote] = price;
         host.orders.errors.clear();
         ASSERT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::NoQuote))) << price;
@@ -122,9 +160,11 @@ TEST_F(BasketRows, PriceTypeWithoutAWaitStillNeedsAPrice) {
         EXPECT_EQ(splitVolume(), 0) << price;
         EXPECT_TRUE(codes.empty()) << price;
     }
-    quote()->origin[EPriceType::NoQuote] = 9;
-    ASSERT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::NoQuote)));
-    EXPECT_EQ(codes.size(), 2u);
+    for (const double price : {2e-5, 9.0}) {
+        quote()->origin[EPriceType::NoQuote] = price;
+        ASSERT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::NoQuote))) << price;
+        EXPECT_EQ(codes.size(), 2u) << price;
+    }
     EXPECT_TRUE(clock.sleeps().empty());
 }
 
@@ -155,6 +195,25 @@ TEST_F(BasketRows, QuotesAreWaitedForByTheRowsOfTheOrder) {
     EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
     EXPECT_EQ(onlyError(), unpriced(5));
     EXPECT_EQ(codes.size(), 2u);
+}
+
+TEST_F(BasketRows, PriceOfZeroLeavesLaterRowsAlone) {
+    host.quotes.quotes.erase(QStringLiteral("SH600002")); // a row that went on would be waited for and told
+    COrderParam order = basket(25, {{"600001", 100}, {"600002", 100}});
+    order.m_orders[0].m_dPrice = 0;
+    order.m_orders[1].m_dPrice = 9;
+    EXPECT_FALSE(check(order, strategy(EPriceType::Specified)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
+    EXPECT_TRUE(clock.sleeps().empty());
+    EXPECT_EQ(host.trade.splitCalls.size(), 1u);
+}
+
+TEST_F(BasketRows, CodeThatTheHostListsButCannotDescribeIsDroppedSilently) {
+    host.exchange.stocks[QStringLiteral("SH600001")] = nullptr;
+    ASSERT_TRUE(check(basket(25, {{"600001", 100}, {"600002", 100}})));
+    EXPECT_EQ(records(), "A1 18 60 600002, A2 18 40 600002, ");
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600002")});
+    EXPECT_TRUE(host.errorTexts().empty());
 }
 
 TEST_F(BasketRows, AnyOfFiveTypesMayStandInABasket) {
@@ -201,6 +260,27 @@ TEST_F(BasketRows, OnlyTheFirstRecordsSideCounts) {
     EXPECT_EQ(codes.size(), 4u);
     std::swap(order.m_orders[0], order.m_orders[1]);
     EXPECT_FALSE(check(order, strategy(EPriceType::Sell2)));
+}
+
+TEST_F(BasketRows, FarSideOfTheBookIsTestedOnceAllRowsHaveHadTheirWait) {
+    host.quotes.quotes.erase(QStringLiteral("SH600002"));
+    EXPECT_FALSE(check(basket(25, {{"600001", 100}, {"600002", 100}}), strategy(EPriceType::Buy2)));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{1, 1}));
+    EXPECT_EQ(
+        host.errorTexts(),
+        (std::vector<QString>{unpriced(7, "SH600002"),
+                              QStringLiteral("[文件单]　通道号: 3, 组合交易买入不允许报买二到买五的价格!")}));
+}
+
+TEST_F(BasketRows, PriceTypeThatTheHostGaveTheRecordIsTested) {
+    const auto withHostType = [&](EPriceType type) {
+        host.rules.onFixTimeRange = [=](CCodeOrderParam& record) { record.m_ePriceType = type; };
+    };
+    withHostType(EPriceType::Latest);
+    EXPECT_TRUE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::Buy2)));
+    withHostType(EPriceType::Buy2);
+    EXPECT_FALSE(check(basket(25, {{"600001", 100}}), strategy(EPriceType::Latest)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 组合交易买入不允许报买二到买五的价格!"));
 }
 
 TEST_F(BasketRows, SubscriptionsAreAllMadeBeforeTheFirstWaitAndHeldToTheEnd) {
@@ -277,6 +357,49 @@ TEST_F(BasketRows, MoneyIsSharedByTheNumbersOfListsOnly) {
         ASSERT_TRUE(check(order(number), strategy().amount(1000).volume(2)));
         EXPECT_EQ(splitVolume(), 60) << number;
     }
+}
+
+TEST_F(BasketRows, UnknownCodesHaveNoShareOfTheMoney) {
+    for (const double weight : {0.0, 1.0}) {
+        EXPECT_EQ(splitVolumes(weighted({{"600001", weight}, {"600002", weight}, {"nobody", weight}}),
+                               strategy().amount(9000)),
+                  (std::vector<int>{450, 225}))
+            << weight;
+    }
+}
+
+TEST_F(BasketRows, SharesOfRowsThatAreDroppedAreNotSpentOnOthers) {
+    for (const double weight : {0.0, 1.0}) {
+        const COrderParam order = weighted({{"600001", weight}, {"600002", weight}});
+        quote("SH600002")->m_nDayCount = 0;
+        EXPECT_EQ(splitVolumes(order, strategy().amount(9000)), std::vector<int>{450}) << weight;
+        quote("SH600002")->m_nDayCount = 1;
+        host.types.types.erase({100003, "SH600002"});
+        EXPECT_EQ(splitVolumes(order, strategy().amount(9000)), std::vector<int>{450}) << weight;
+        host.types.types.insert({100003, "SH600002"});
+    }
+}
+
+TEST_F(BasketRows, MoneyIsWeightedThenSharedThenPriced) {
+    // Whole numbers in this order of steps; any other is one short in one of them.
+    struct CCase {
+        double amount, weight, otherWeight, price;
+        int volume;
+    };
+    for (const CCase& c :
+         {CCase{4900, 1, 48, 1, 100}, CCase{40500, 1, 2, 2.7, 5000}, CCase{15000, 7, 7, 10, 750}}) {
+        quote()->otherCalc = c.price;
+        const auto volumes = splitVolumes(weighted({{"600001", c.weight}, {"600002", c.otherWeight}}),
+                                          strategy().amount(c.amount));
+        EXPECT_EQ(volumes.at(0), c.volume) << c.amount;
+    }
+}
+
+TEST_F(BasketRows, EqualShareIsTakenBeforeItIsPriced) {
+    addInstrument("600003", 10);
+    quote()->otherCalc = 2.7; // priced first, or by the price of three, it would be 9999
+    EXPECT_EQ(splitVolumes(weighted({{"600001", 0}, {"600002", 0}, {"600003", 0}}), strategy().amount(81000)),
+              (std::vector<int>{10000, 1350, 2700}));
 }
 
 TEST_F(BasketRows, MoneyKeepsRowsOfNothingInTheCount) {

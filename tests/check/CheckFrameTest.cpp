@@ -79,16 +79,22 @@ protected:
     static constexpr auto kSettingKind = static_cast<EOrderType>(4);
     static constexpr auto kOrderKind = static_cast<EOrderType>(7);
 
+    static constexpr auto kStrategyKind = static_cast<EOrderType>(8);
+    static constexpr ESettingText kRules[] = {ESettingText::OrderKindThenPlain, ESettingText::PlainOnly,
+                                              ESettingText::Always};
+
     /// Sends an order with a setting text through the check; its record tells what became of the setting.
-    CCodeOrderParam send(ESettingText rule) {
+    CCodeOrderParam send(ESettingText rule, EOrderType orderKind = kOrderKind, const char* text = "price=5") {
         family.m_eSettingText = rule;
         codes.clear();
-        const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) {
-            o.m_strOrderSetting = "price=5";
-            o.m_eOrderType = kOrderKind;
+        const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([=](COrderParam& o) {
+            o.m_strOrderSetting = text;
+            o.m_eOrderType = orderKind;
         });
-        EXPECT_TRUE(check(
-            order, CStrategyBuilder().set([](auto& s) { s.m_stockSetting.m_eOrderType = kSettingKind; })));
+        EXPECT_TRUE(check(order, CStrategyBuilder().set([](auto& s) {
+            s.m_eOrderType = kStrategyKind;
+            s.m_stockSetting.m_eOrderType = kSettingKind;
+        })));
         return codes.at(0);
     }
 };
@@ -109,6 +115,21 @@ TEST_F(SettingText, OfAnAlgorithmOrderIsReadOnlyWhereTheFamilyAlwaysReadsIt) {
     EXPECT_EQ(send(ESettingText::OrderKindThenPlain).m_ePriceType, EPriceType::Specified);
     EXPECT_EQ(send(ESettingText::PlainOnly).m_ePriceType, EPriceType::Specified);
     EXPECT_EQ(send(ESettingText::Always).m_ePriceType, EPriceType::Latest);
+}
+
+TEST_F(SettingText, OfAnOrderWithoutAKindIsReadThoughTheStrategysKindIsAnAlgorithm) {
+    host.rules.algoPlatforms[kStrategyKind] = ETradePlatform::Plain;
+    for (const ESettingText rule : kRules) {
+        const CCodeOrderParam record = send(rule, unsetEnum<EOrderType>());
+        EXPECT_EQ(record.m_ePriceType, EPriceType::Latest) << static_cast<int>(rule);
+        EXPECT_NE(record.m_eOrderType, kStrategyKind) << static_cast<int>(rule);
+    }
+}
+
+TEST_F(SettingText, HasTheLastWordOnTheKindUnderEveryRule) {
+    for (const ESettingText rule : kRules)
+        EXPECT_EQ(static_cast<int>(send(rule, kOrderKind, "kind=9").m_eOrderType), 9)
+            << static_cast<int>(rule);
 }
 
 } // namespace

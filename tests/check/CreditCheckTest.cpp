@@ -318,6 +318,16 @@ TEST_F(CreditCheck, MoneyBeyondAnIntHasAQuantityAndNoVolume) {
     EXPECT_EQ(codes.at(0).m_nVolume, kUnsetInt);
 }
 
+TEST_F(CreditCheck, MoneyBelowOneIsRepaid) {
+    repayMoney();
+    ASSERT_TRUE(check(money(1.5)));
+    ASSERT_EQ(codes.size(), 2u);
+    EXPECT_DOUBLE_EQ(codes[0].m_dQuantity, 0.9);
+    EXPECT_DOUBLE_EQ(codes[1].m_dQuantity, 0.6);
+    for (const CCodeOrderParam& record : codes)
+        EXPECT_EQ(record.m_nVolume, 0);
+}
+
 TEST_F(CreditCheck, OnlyTheRepaymentOfMoneyTakesAnAmountOfTheLine) {
     ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 1).set([](auto& o) { o.m_orders[0].m_dAmount = 900; }),
                       strategy().volume(30)));

@@ -90,6 +90,28 @@ TEST_P(FutureCheck, LimitsOfTheLineGoIntoTheSetting) {
     EXPECT_TRUE(seen.m_bSecondLimitOn);
 }
 
+TEST_P(FutureCheck, LimitsThatTheLineDoesNotGiveStayTheStrategys) {
+    const auto with = strategy().set([](auto& s) {
+        auto& setting = s.setting(ESettingSlot::Future);
+        setting.m_bFirstLimitOn = setting.m_bSecondLimitOn = true;
+        setting.m_dFirstLimit = 5;
+        setting.m_dSecondLimit = 6;
+    });
+    for (const bool hasFirst : {false, true}) {
+        for (const bool hasSecond : {false, true}) {
+            ASSERT_TRUE(check(limits(3490, 3600).set([=](auto& o) {
+                o.m_orders[0].m_bHasFirstLimit = hasFirst;
+                o.m_orders[0].m_bHasSecondLimit = hasSecond;
+            }),
+                              with));
+            const COrderSetting setting = host.rules.settingCalls.all().back().setting;
+            EXPECT_EQ(setting.m_dFirstLimit, hasFirst ? 3490 : 5) << hasSecond;
+            EXPECT_EQ(setting.m_dSecondLimit, hasSecond ? 3600 : 6) << hasFirst;
+            EXPECT_TRUE(setting.m_bFirstLimitOn && setting.m_bSecondLimitOn);
+        }
+    }
+}
+
 TEST_P(FutureCheck, UsersPriceTypesHaveNoSay) {
     host.user.invalidPriceTypes = {EPriceType::Latest};
     EXPECT_TRUE(check(COrderBuilder(0).line(kCode, 3500, 1), priced(EPriceType::Latest)));

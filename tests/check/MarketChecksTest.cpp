@@ -116,6 +116,17 @@ TEST_P(MarketCheck, KeyGoesBeforeTheFullCode) {
     EXPECT_EQ(codes.at(0).m_stock.m_strCode, (word + full).toStdString());
 }
 
+TEST_P(MarketCheck, KeyOfAnotherLengthIsNotTakenAsItStands) {
+    const QString word = QString::fromLatin1(GetParam().word);
+    for (const int length : {7, 9}) {
+        const QString key = word + QStringLiteral("987654").left(length - word.size());
+        host.exchange.addOther(GetParam().list, key);
+        host.orders.errors.clear();
+        EXPECT_FALSE(check(COrderBuilder(23).line(key, 10.5, 100))) << length;
+        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [%1] 不合法!").arg(key));
+    }
+}
+
 TEST_P(MarketCheck, CodeOfTheStrategyIsNotTested) {
     const auto named = strategy().code(QStringLiteral("none"));
     EXPECT_TRUE(check(COrderBuilder(23).line(QString(), 10.5, 100), named));

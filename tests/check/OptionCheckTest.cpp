@@ -35,6 +35,17 @@ TEST_F(OptionCheck, LockingNamesTheUnderlyingStock) {
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [10000001] 不合法!"));
 }
 
+TEST_F(OptionCheck, FullCodeThatDoesNotTradeStaysAsItCame) {
+    host.exchange.addOther("option", QStringLiteral("ab123456"));
+    ASSERT_TRUE(check(COrderBuilder(48).line(QStringLiteral("ab123456"), 0.05, 10)));
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("ab123456")});
+    host.addStock("SH", "600999", 10.5);
+    host.types.types.erase({knservice::kTypeTradableStock, "SH600999"});
+    EXPECT_TRUE(check(COrderBuilder(56).line(QStringLiteral("SH600999"), 10.5, 100)));
+    EXPECT_FALSE(check(COrderBuilder(56).line(QStringLiteral("sh600999"), 10.5, 100)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [sh600999] 不合法!"));
+}
+
 TEST_F(OptionCheck, CodeOfTheStrategyIsNotTested) {
     EXPECT_TRUE(check(COrderBuilder(48).line(QString(), 0.05, 10), strategy().code(QStringLiteral("none"))));
 }
@@ -42,6 +53,13 @@ TEST_F(OptionCheck, CodeOfTheStrategyIsNotTested) {
 TEST_F(OptionCheck, AmountIsNotRounded) {
     ASSERT_TRUE(check(COrderBuilder(48).line(kCode, 0.3), strategy().amount(100)));
     EXPECT_EQ(splitVolume(), 333);
+}
+
+TEST_F(OptionCheck, AmountBuysAtTheRealPriceWhereStocksHaveAParPrice) {
+    host.addStock("SH", "204001", 50, 10);
+    host.types.types.insert({knservice::kTypeParPriced, "SH204001"});
+    ASSERT_TRUE(check(COrderBuilder(56).line(QStringLiteral("204001"), 50), strategy().amount(100000)));
+    EXPECT_EQ(splitVolume(), 2000);
 }
 
 TEST_F(OptionCheck, UnusablePriceNamesTheCodeAlsoWhereItIsEmpty) {

@@ -102,9 +102,12 @@ TEST_F(PositionExchange, MissingAccountLeavesTheRows) {
     EXPECT_EQ(textOf(rows), "target 3 a, ");
 }
 
-TEST_F(PositionExchange, EmptyPositionsDoNotCount) {
+TEST_F(PositionExchange, PositionsOfLessThanOneDoNotCount) {
     hold("a", 0);
-    EXPECT_EQ(exchange({}), "");
+    hold("b", -1);
+    hold("c", 1);
+    EXPECT_EQ(exchange({}), "sell 1 c, ");
+    EXPECT_EQ(exchange({target("b", 30)}), "sell 1 c, buy 30 b, ");
 }
 
 TEST_F(PositionExchange, AccountWithoutDataLeavesTheRows) {
@@ -114,6 +117,13 @@ TEST_F(PositionExchange, AccountWithoutDataLeavesTheRows) {
 TEST_F(PositionExchange, SecondTargetOfACodeIsAPurchase) {
     hold("a", 100);
     EXPECT_EQ(exchange({target("a", 100), target("a", 30)}), "buy 30 a, ");
+}
+
+TEST_F(PositionExchange, SecondPositionOfACodeIsSoldWhole) {
+    hold("a", 100);
+    hold("a", 50);
+    EXPECT_EQ(exchange({target("a", 100)}), "sell 50 a, ");
+    EXPECT_EQ(exchange({target("a", 300)}), "buy 200 a, sell 50 a, ");
 }
 
 TEST_F(PositionExchange, ItsOrdersLeadToTheTarget) {

@@ -153,6 +153,20 @@ TEST_F(OrderServiceUnion, BatchPendingOrderWithoutAFamilyStaysInTheStrategys) {
     EXPECT_EQ(host.messageTexts().size(), 1u);
 }
 
+TEST_F(OrderServiceUnion, BatchPendingOrderOfNoFamilyIsReportedThoughTheStrategyHasOne) {
+    strategies[3].m_eStrategyType = EOrderStrategyType::BatchPending;
+    for (const int family : {7, 8, 13}) {
+        COrderParam order = good();
+        order.m_eStrategyType = EOrderStrategyType::BatchPending;
+        order.m_nTradeTypeOverride = family;
+        service.placeOrders({order}, &strategies);
+        EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[批量埋单]　通道号: 3, 交易类型错误!"))
+            << family;
+    }
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(host.messageTexts().size(), 6u); // each behind its announcement
+}
+
 TEST_F(OrderServiceUnion, DroppedOrdersAreLoggedToo) {
     const CLogCapture capture;
     utils::CLogCenter::setLogEnabled(true);
@@ -217,6 +231,15 @@ TEST_F(Filter, SplitLimitsCountFilesAndSignalsApart) {
     host.user.maxStrategies = 2;
     host.user.maxSocketStrategies = 1;
     EXPECT_EQ(kept(), (QList<int>{1, 2, 4, 5}));
+}
+
+TEST_F(Filter, SplitLimitsNeitherCountNorEraseOtherStrategies) {
+    host.switches.on.insert("mdl_order_split_orderNum");
+    strategies[1].m_eStrategyType = EOrderStrategyType::Interface;
+    strategies[3].m_eStrategyType = EOrderStrategyType::Interface;
+    host.user.maxStrategies = 1;
+    host.user.maxSocketStrategies = 1;
+    EXPECT_EQ(kept(), (QList<int>{1, 2, 3, 4, 5}));
 }
 
 TEST_F(Filter, NoLimitIsReachedWithFewerStrategies) {

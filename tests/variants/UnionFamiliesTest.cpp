@@ -161,11 +161,43 @@ TEST_P(UnionFamily, CommandIsLoggedByItsOperation) {
 }
 
 TEST_P(UnionFamily, OtherKindsOfUserGetNoCommandAndNoWord) {
+    const CLogCapture capture;
+    utils::CLogCenter::setLogEnabled(true);
     host.user.kind = 1;
     strategies[3] = strategy();
     service.placeOrders({order()}, &strategies);
     EXPECT_TRUE(host.commands().empty());
     EXPECT_TRUE(host.errorTexts().empty());
+    ASSERT_EQ(capture.lines().size(), 1u);
+    EXPECT_EQ(capture.lines()[0].text.find("placeCommands"), std::string::npos);
+}
+
+TEST_P(UnionFamily, FailedCheckIsToldToOtherKindsOfUserToo) {
+    host.user.kind = 1;
+    strategies[3] = strategy();
+    service.placeOrders({COrderBuilder(99).line(QStringLiteral("600000"), 10.5, 1000)}, &strategies);
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(host.errorTexts(),
+              std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, 下单指令不合法!")});
+}
+
+TEST_P(UnionFamily, FlagOfTheStrategyReachesBasketsAlone) {
+    const auto flagged = strategy().set([](auto& s) { s.m_bCommandFlag = true; });
+    EXPECT_EQ(place(order(), flagged).m_bCommandFlag, GetParam().traderType == EQdTraderType::Basket);
+}
+
+TEST_P(UnionFamily, BatchPendingOrdersComeToTheFamilyThatTheyName) {
+    const bool isCredit = GetParam().family == EOrderStrategyTradeType::Credit;
+    const auto other = isCredit ? EOrderStrategyTradeType::Stock : EOrderStrategyTradeType::Credit;
+    const auto with = strategy().source(EOrderStrategyType::BatchPending).family(other);
+    COrderParam pending = order();
+    pending.m_eStrategyType = EOrderStrategyType::BatchPending;
+    pending.m_nTradeTypeOverride = static_cast<int>(GetParam().family);
+    const COrderComandParam& command = place(pending, with);
+    EXPECT_EQ(command.m_eTraderType, GetParam().traderType);
+    EXPECT_EQ(command.m_codes.size(), GetParam().records);
+    for (const CCodeOrderParam& code : command.m_codes)
+        EXPECT_EQ(isUnset(code.m_eEntrustType), !isCredit);
 }
 
 TEST_P(UnionFamily, FailedCheckGivesNoCommand) {
@@ -205,12 +237,6 @@ TEST_F(UnionFuture, ButtonFollowsTheNumber) {
         ASSERT_EQ(host.commands().size(), static_cast<std::size_t>(number + 1));
         EXPECT_EQ(static_cast<int>(host.commands().back()->m_eBtnType), expected) << number;
     }
-}
-
-TEST_F(UnionFuture, FlagOfTheStrategyDoesNotReachTheCommand) {
-    const auto strategy =
-        strategyOf(EOrderStrategyTradeType::Future).set([](auto& s) { s.m_bCommandFlag = true; });
-    EXPECT_FALSE(place(COrderBuilder(0).line(QStringLiteral("IF2609"), 10.5, 10), strategy).m_bCommandFlag);
 }
 
 class UnionBasket : public UnionHost {
