@@ -87,7 +87,7 @@ const std::map<std::string, CCause>& causes() {
         {"price", {"price=5", {{"quote", "{key} none"}}}},
         {"contract price", {"price=11", {{"quote", "{key} none"}}}},
         {"no code", {"price=5", {}}},
-        {"closing", {"price=11", {{"closes", "3"}, {"split", "0 100"}}}},
+        {"closing", {"price=11", {{"split", "0 100"}}}},
         {"split", {"price=11", {{"split", "100"}}}},
         {"zero", {"", {{"record", "11 0"}}}},
         {"transfer", {}},

@@ -203,6 +203,7 @@ CFamilyProbe::CAnswers CFamilyProbe::codes() const {
     return {{"`600000`", codeOutcome("600000")},
             {"`sh600000`", codeOutcome("sh600000")},
             {"stock that does not trade", codeOutcome(std::string("SH") + kLockedStock)},
+            {"that in small letters", codeOutcome(std::string("sh") + kLockedStock)},
             {"word in front", wordInFront()},
             {"own list", hasList ? codeOutcome(m_family.code) : "-"},
             {"key of 8", ownKeyOutcome(8, false)},

@@ -1,0 +1,152 @@
+// Compares the tables of docs/desk.md with the keys and words that the desk reads.
+#include "desk/config/ConfigLoader.h"
+#include "desk/config/Words.h"
+#include "tests/docs/PageTable.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using CKeys = std::set<std::string>;
+
+const std::string kPage = std::string(SOURCE_DIR) + "/docs/desk.md";
+
+/// A folder with a key that no table knows in each of its tables, so that the mistakes name those that are.
+const char* const kDeskToml = R"(no_key = 1
+user = { no_key = 1 }
+desk = { no_key = 1 }
+socket = { no_key = 1 }
+switches = { no_key = 1 }
+settings = { no_key = 1, stock = { no_key = 1 } }
+account = [{ no_key = 1 }]
+group = [{ no_key = 1, members = [{ no_key = 1 }] }]
+basket = [{ no_key = 1, rows = [{ no_key = 1 }] }]
+portfolio = [{ no_key = 1, rows = [{ no_key = 1 }] }]
+)";
+const char* const kStrategiesToml = "strategy = [{ no_key = 1, setting = [{ no_key = 1 }] }]\n";
+
+/// The keys that the desk knows, by the names of their tables.
+std::map<std::string, CKeys> keysOfTheCode() {
+    const CTempFolder folder;
+    folder.write("desk.toml", kDeskToml);
+    folder.write("strategies.toml", kStrategiesToml);
+    std::map<std::string, CKeys> keys;
+    const std::string middle = ": unknown key \"no_key\"; expected one of ";
+    for (const desk::CDiagnostic& mistake : desk::loadDeskConfig(folder.path()).mistakes) {
+        const std::size_t place = mistake.message.find(middle);
+        if (place == std::string::npos) continue;
+        for (const std::string& key : listOf(mistake.message.substr(place + middle.size())))
+            keys[mistake.message.substr(0, place)].insert(key);
+    }
+    return keys;
+}
+
+void insertSpans(const std::string& cell, CKeys& keys) {
+    for (const std::string& key : codeSpans(cell))
+        keys.insert(key);
+}
+
+/// The code spans of a column.
+CKeys column(const std::string& heading, const std::string& head) {
+    CKeys keys;
+    for (const CTableRow& row : readTable(kPage, heading))
+        insertSpans(row.at(head), keys);
+    return keys;
+}
+
+/// The keys of desk.toml on the page, by their tables as they are written; an empty cell repeats the table
+/// above it.
+std::map<std::string, CKeys> keysOfThePage() {
+    std::map<std::string, CKeys> keys;
+    std::string table;
+    for (const CTableRow& row : readTable(kPage, "### desk.toml")) {
+        if (!row.at("Table").empty()) table = codeSpans(row.at("Table")).at(0);
+        insertSpans(row.at("Key"), keys[table]);
+    }
+    return keys;
+}
+
+TEST(DeskPage, HasTheKeysOfDeskToml) {
+    const std::map<std::string, CKeys> code = keysOfTheCode();
+    const std::map<std::string, CKeys> page = keysOfThePage();
+    const std::map<std::string, std::string> tables = {{"[user]", "user"},
+                                                       {"[desk]", "desk"},
+                                                       {"[socket]", "socket"},
+                                                       {"[settings.NAME]", "settings.stock"},
+                                                       {"[[group]]", "group"},
+                                                       {"[[basket]]", "basket"},
+                                                       {"[[portfolio]]", "portfolio"}};
+    for (const auto& [onPage, inCode] : tables)
+        EXPECT_EQ(page.at(onPage), code.at(inCode)) << onPage;
+    EXPECT_EQ(page.size(), code.at("desk.toml").size());
+    EXPECT_EQ(column("### Accounts and positions", "Key of `[[account]]`"), code.at("account"));
+}
+
+TEST(DeskPage, HasTheKeysOfRows) {
+    const std::map<std::string, CKeys> code = keysOfTheCode();
+    CKeys basket, portfolio;
+    for (const CTableRow& row : readTable(kPage, "### Baskets and portfolios")) {
+        if (!row.at("Of a basket").empty()) insertSpans(row.at("Key of a row"), basket);
+        if (!row.at("Of a portfolio").empty()) insertSpans(row.at("Key of a row"), portfolio);
+    }
+    EXPECT_EQ(basket, code.at("basket.rows"));
+    EXPECT_EQ(portfolio, code.at("portfolio.rows"));
+}
+
+TEST(DeskPage, HasTheKeysOfStrategies) {
+    CKeys keys = keysOfTheCode().at("strategy");
+    for (const char* refused : {"percent", "by_percent"})
+        keys.erase(refused);
+    EXPECT_EQ(column("## Strategies", "Key"), keys);
+}
+
+TEST(DeskPage, HasTheSwitches) {
+    EXPECT_EQ(column("### Switches", "Switch"), desk::switchNames());
+}
+
+TEST(DeskPage, HasTheSettingsThatFamiliesStartFrom) {
+    CKeys families;
+    for (const auto& [word, number] : desk::familyWords())
+        families.insert(word);
+    EXPECT_EQ(column("### Settings of the families", "`family`"), families);
+}
+
+/// "4, 3" as they stand, and "30 to 34" as the whole run.
+std::vector<int> numbersOfCell(const std::string& cell) {
+    const std::size_t to = cell.find(" to ");
+    return numbersOf(to == std::string::npos ? cell : cell.substr(0, to) + "-" + cell.substr(to + 4));
+}
+
+/// "`sell6` to `sell10`" as the whole run.
+std::vector<std::string> wordsOfCell(const std::string& cell) {
+    std::vector<std::string> words = codeSpans(cell);
+    if (words.size() < 2) return words;
+    const std::size_t digits = words[0].find_first_of("0123456789");
+    const std::string stem = words[0].substr(0, digits);
+    const int last = std::stoi(words[1].substr(digits));
+    const int first = std::stoi(words[0].substr(digits));
+    words.clear();
+    for (int level = first; level <= last; ++level)
+        words.push_back(stem + std::to_string(level));
+    return words;
+}
+
+TEST(DeskPage, HasThePriceTypesWithTheirNumbers) {
+    std::map<std::string, int> onPage;
+    for (const CTableRow& row : readTable(kPage, "### Price types")) {
+        const std::vector<std::string> words = wordsOfCell(row.at("Word"));
+        const std::vector<int> numbers = numbersOfCell(row.at("Number"));
+        ASSERT_EQ(words.size(), numbers.size()) << row.at("Word");
+        for (std::size_t i = 0; i < words.size(); ++i)
+            onPage[words[i]] = numbers[i];
+    }
+    EXPECT_EQ(onPage, desk::priceTypeWords());
+}
+
+} // namespace
