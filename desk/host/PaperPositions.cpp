@@ -1,5 +1,6 @@
 #include "desk/host/PaperPositions.h"
 
+#include "desk/host/TableData.h"
 #include "records/Portfolio.h"
 
 #include <boost/make_shared.hpp>
@@ -7,32 +8,11 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <map>
 #include <optional>
-#include <vector>
+#include <utility>
 
 namespace desk {
 namespace {
-
-/// An account's positions as they were once.
-class CPaperAccountData : public knservice::CAccountData {
-public:
-    void add(const std::string& stockKey, const knservice::CPositionStaticsPtr& position) {
-        m_positions.emplace(stockKey, position);
-    }
-
-    std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int table) override {
-        return table == knservice::kPositionTable ? m_positions : decltype(m_positions){};
-    }
-
-    void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
-        for (const auto& [key, position] : getMapData(table))
-            out.push_back(position);
-    }
-
-private:
-    std::map<std::string, boost::shared_ptr<knservice::IData>> m_positions;
-};
 
 knservice::CPositionStaticsPtr makePosition(const CPaperPosition& held, const CInstrumentEntry& instrument,
                                             const TC::CAccountInfoPtr& account) {
@@ -52,14 +32,14 @@ knservice::CPositionStaticsPtr makePosition(const CPaperPosition& held, const CI
 boost::shared_ptr<knservice::CAccountData> CPaperPositions::of(const std::string& accountKey) const {
     const TC::CAccountPtr account = m_user.getAccountData(QString::fromStdString(accountKey));
     if (!account) return nullptr;
-    auto data = boost::make_shared<CPaperAccountData>();
+    CTableData::CRecords records;
     for (const CPaperPosition& held : m_broker.positions()) {
         if (held.m_strAccount != accountKey || held.m_nVolume <= 0) continue;
         if (held.m_eSide == EPositionSide::Short) continue; // nothing of it could be sold
         const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(held.m_strStock);
-        if (instrument) data->add(held.m_strStock, makePosition(held, *instrument, account->toInfo()));
+        if (instrument) records.emplace(held.m_strStock, makePosition(held, *instrument, account->toInfo()));
     }
-    return data;
+    return boost::make_shared<CTableData>(knservice::kPositionTable, std::move(records));
 }
 
 } // namespace desk

@@ -242,6 +242,26 @@ TEST_F(CreditCheck, RepaymentOfNothingDropsTheAccountSilently) {
     EXPECT_TRUE(host.errorTexts().empty());
 }
 
+TEST_F(CreditCheck, RepaymentKeepsItsOperationWhateverTheHostWrites) {
+    host.rules.onFixTimeRange = [](CCodeOrderParam& record) {
+        record.m_eOperationType = EOperationType::Buy;
+    };
+    ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 5, 100)));
+    ASSERT_FALSE(codes.empty());
+    EXPECT_EQ(codes[0].m_eOperationType, orderTypeToOperationType(29));
+}
+
+/// The route tests no price, so a file's "nan" would reach split and record.
+TEST_F(CreditCheck, RepaymentAtAPriceThatIsNoNumberHasNone) {
+    for (const double price : {std::nan(""), HUGE_VAL}) {
+        codes.clear();
+        ASSERT_TRUE(check(COrderBuilder(29).line(kCode, price, 100)));
+        ASSERT_FALSE(codes.empty());
+        EXPECT_EQ(codes[0].m_dPrice, kUnsetDouble);
+        EXPECT_EQ(host.trade.splitCalls.back().price, kUnsetDouble);
+    }
+}
+
 TEST_F(CreditCheck, FailedSplitsAreReported) {
     host.rules.directRepays = {static_cast<int>(orderTypeToOperationType(32))};
     host.trade.moneyOverride = {1};

@@ -181,9 +181,9 @@ const CSpoiled kStrategyRows[] = {
     {"Algorithm", "strategies.toml", "running = true", "order_type = 7",
      "strategies.toml:1: strategy: order_type is 7; the desk trades plain orders (0) only"},
     {"BareStockCode", "strategies.toml", "running = true", "code = \"600000\"",
-     "strategies.toml:1: strategy: code \"600000\" is unknown; expected an instrument of instruments.csv "
+     "strategies.toml:1: strategy: code \"600000\" is unknown; expected an instrument of instruments.csv, "
      "with "
-     "its market, such as SH600000, or the code of a derivative"},
+     "its market unless it is a derivative"},
     {"ChannelTwice", "strategies.toml", "channel = 2", "channel = 1",
      "strategies.toml:10: strategy: channel 1 stands twice"},
     {"ChannelOfZero", "strategies.toml", "channel = 2", "channel = 0",

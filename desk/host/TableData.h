@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/DataCenter.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace desk {
+
+/// One table of records that do not change, and no other.
+class CTableData : public knservice::CAccountData {
+public:
+    using CRecords = std::map<std::string, boost::shared_ptr<knservice::IData>>;
+
+    CTableData(int table, CRecords records) : m_nTable(table), m_records(std::move(records)) {}
+
+    CRecords getMapData(int table) override { return table == m_nTable ? m_records : CRecords{}; }
+
+    void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
+        for (const auto& [key, record] : getMapData(table))
+            out.push_back(record);
+    }
+
+private:
+    const int m_nTable;
+    const CRecords m_records;
+};
+
+} // namespace desk
