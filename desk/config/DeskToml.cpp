@@ -8,14 +8,24 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <string_view>
 
 namespace desk {
 namespace {
 
-bool mayStandInABasket(const CInstrumentEntry& stock) {
-    const auto has = [&](int type) { return stock.types.count(type) > 0; };
-    return has(knservice::kTypeTradableStock) &&
-           std::any_of(std::begin(knservice::kBasketTypes), std::end(knservice::kBasketTypes), has);
+bool tradesUnderItsCode(const CInstrumentEntry& entry) {
+    return entry.kind == EInstrumentKind::Stock && entry.types.count(knservice::kTypeTradableStock) > 0;
+}
+
+/// Portfolios sell by the whole key, which orders know at this length and in capitals only.
+bool sellsFromAPortfolio(const CInstrumentEntry& stock) {
+    constexpr std::size_t kKeyLength = 8;
+    const std::string key = stock.key();
+    return key.size() == kKeyLength &&
+           std::none_of(key.begin(), key.end(), [](char letter) { return letter >= 'a' && letter <= 'z'; }) &&
+           tradesUnderItsCode(stock) &&
+           std::any_of(std::begin(knservice::kBasketTypes), std::end(knservice::kBasketTypes),
+                       [&](int type) { return stock.types.count(type) > 0; });
 }
 
 /// Reads the tables of desk.toml one by one.
@@ -286,16 +296,20 @@ private:
         return nullptr;
     }
 
-    /// Orders read the codes of a basket without their markets, and look for them on SH first.
+    /// Orders read the codes of a basket without their markets: they mean the stock of SH that trades under
+    /// its code, or else the one of SZ.
     void checkBareCode(const CTomlSection& section, const std::string& market,
                        const std::string& code) const {
-        const bool isTaken =
-            market != "SH" && std::any_of(m_config.instruments.begin(), m_config.instruments.end(),
-                                          [&](const CInstrumentEntry& entry) {
-                                              return entry.market == "SH" && entry.code == code &&
-                                                     entry.types.count(knservice::kTypeTradableStock) > 0;
-                                          });
-        if (isTaken) section.mistake("code \"" + code + "\" means SH" + code + " in a basket");
+        const auto means = [&](const char* name) {
+            return std::any_of(
+                m_config.instruments.begin(), m_config.instruments.end(), [&](const CInstrumentEntry& entry) {
+                    return entry.market == name && entry.code == code && tradesUnderItsCode(entry);
+                });
+        };
+        const std::string meant = means("SH") ? "SH" : means("SZ") ? "SZ" : "";
+        if (meant == market) return;
+        section.mistake("code \"" + code + "\" means " + (meant.empty() ? "nothing" : meant + code) +
+                        " in a basket, not " + market + code);
     }
 
     void readPortfolio(const toml::table& table) {
@@ -305,10 +319,13 @@ private:
                       {"id", section.text(portfolio.id)},
                       {"rows", section.tables([&](const auto& t) { readPortfolioRow(t, portfolio); })}},
                      {"kind", "id", "rows"});
-        // Order lines name it between their separators, and its kind in front of it.
-        if (portfolio.id.empty() || portfolio.id.find_first_of("_, \t\r\n\v\f") != std::string::npos)
+        // Order lines name it between their separators, and lose blanks at their ends.
+        const bool isNamed = !portfolio.id.empty() &&
+                             portfolio.id.find_first_of("_,\r\n") == std::string::npos &&
+                             std::string_view(" \t\v\f").find(portfolio.id.back()) == std::string_view::npos;
+        if (!isNamed)
             section.mistake("id is \"" + portfolio.id +
-                            "\"; expected a text without \"_\", \",\" and blanks");
+                            "\"; expected a text without \"_\", \",\" and a blank at its end");
         if (portfolio.rows.empty()) section.mistake("there are no rows; expected at least one");
         const auto isSame = [&](const CPortfolioEntry& other) {
             return other.kind == portfolio.kind && other.id == portfolio.id;
@@ -331,9 +348,10 @@ private:
                      {"market", "code", "volume"});
         const CInstrumentEntry* stock = checkStock(section, market, code);
         row.stockKey = market + code;
-        if (stock != nullptr && !mayStandInABasket(*stock)) {
+        if (stock != nullptr && !sellsFromAPortfolio(*stock)) {
             section.mistake("instrument \"" + row.stockKey +
-                            "\" may not stand in a basket, by its types in instruments.csv");
+                            "\" cannot be sold from a portfolio; expected a key of eight characters, in "
+                            "capitals, and type 100028 with one of a basket's in instruments.csv");
         }
         portfolio.rows.push_back(row);
     }

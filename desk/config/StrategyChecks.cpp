@@ -139,8 +139,7 @@ void checkVolume(const CTomlSection& section, const TC::COrderStrategyParam& str
         section.mistake("volumes by a percent of the account are not traded; expected volume or amount");
 }
 
-/// The paper broker would reject such orders one by one, and families whose commands do not carry the kind
-/// would trade them as plain ones.
+/// Families whose commands do not carry an algorithm would trade such orders at once, as plain ones.
 void checkOrderType(const CTomlSection& section, const TC::COrderStrategyParam& strategy) {
     if (TC::isUnset(strategy.m_eOrderType) || strategy.m_eOrderType == TC::EOrderType::Plain) return;
     section.mistake("order_type is " + std::to_string(static_cast<int>(strategy.m_eOrderType)) +

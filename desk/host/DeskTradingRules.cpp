@@ -5,6 +5,7 @@
 #include "base/Unset.h"
 #include "desk/config/Words.h"
 #include "desk/market/Operations.h"
+#include "desk/paper/OrderRules.h"
 #include "platform/Quote.h"
 #include "records/Families.h"
 
@@ -18,6 +19,9 @@
 
 namespace desk {
 namespace {
+
+/// Behind an account that has no second half.
+constexpr const char* kNoSecondHalf = "-";
 
 using CPairs = std::map<std::string, std::string>;
 
@@ -56,13 +60,6 @@ bool applyPairs(const CPairs& pairs,
     return true;
 }
 
-/// The plain order type's number; throws for all others.
-int readPlainOrderType(const std::string& text) {
-    const int number = utils::strictInt(text);
-    if (number != static_cast<int>(TC::EOrderType::Plain)) throw boost::bad_lexical_cast();
-    return number;
-}
-
 using CParamSetter = std::function<void(TC::COrderTradeParam&, const std::string&)>;
 
 // Values are GBK bytes; the remark goes back as it came.
@@ -71,7 +68,7 @@ const std::map<std::string, CParamSetter>& paramSetters() {
         {"remark", [](auto& p, const auto& v) { p.m_strRemark = v; }},
         {"account", [](auto& p, const auto& v) { p.m_strAccountKeyPart1 = UW::sToQsGBK(v); }},
         {"sub", [](auto& p, const auto& v) { p.m_strAccountKeyPart2 = UW::sToQsGBK(v); }},
-        {"order_type", [](auto& p, const auto& v) { p.m_eOrderType = readPlainOrderType(v); }},
+        {"order_type", [](auto& p, const auto& v) { p.m_eOrderType = utils::strictInt(v); }},
         {"setting", [](auto& p, const auto& v) { p.m_strOrderSetting = UW::sToQsGBK(v); }},
         {"kind", [](auto& p, const auto& v) { p.m_nSettingKind = utils::strictInt(v); }},
         {"text1", [](auto& p, const auto& v) { p.m_strTradeText1 = utils::safeGbk2Utf8(v); }},
@@ -98,12 +95,6 @@ const std::map<std::string, CSettingSetter>& settingSetters() {
         {"remark", [](auto& s, const auto& v) { s.m_strCmdLog = v; }},
     };
     return setters;
-}
-
-/// False, with the setting as it was, where the text is not understood.
-bool applySettingText(const std::string& text, TC::COrderSetting& setting) {
-    const auto pairs = readPairs(text, ',');
-    return pairs && applyPairs(*pairs, settingSetters(), setting);
 }
 
 /// A number and its word.
@@ -156,23 +147,31 @@ CDeskTradingRules::orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeTyp
 }
 
 QString CDeskTradingRules::getAccountFromOrderParam(const QString& part1, const QString& part2) {
-    return part2 == QStringLiteral("-") ? part1 : part1 + QStringLiteral("_") + part2;
+    return part2 == QString::fromUtf8(kNoSecondHalf) ? part1 : part1 + QStringLiteral("_") + part2;
 }
 
 bool CDeskTradingRules::parserOrderTradeParam(const std::string& text, TC::COrderTradeParam& param) {
     const auto pairs = readPairs(text, ';');
     TC::COrderTradeParam read;
     if (!pairs || !applyPairs(*pairs, paramSetters(), read)) return false;
-    // A setting text is read again where it is used, and nobody can be told there.
-    TC::COrderSetting tried;
-    const std::string setting = read.m_strOrderSetting.toStdString();
-    if (!setting.empty() && !applySettingText(setting, tried)) return false;
+    if (read.m_strAccountKeyPart1.isEmpty() != read.m_strAccountKeyPart2.isEmpty()) {
+        if (read.m_strAccountKeyPart1.isEmpty()) return false;
+        read.m_strAccountKeyPart2 = QString::fromUtf8(kNoSecondHalf);
+    }
+    const auto orderType = static_cast<TC::EOrderType>(read.m_eOrderType);
+    if (!TC::isUnset(orderType) && orderType != TC::EOrderType::Plain) {
+        // Not every family's command carries an algorithm. A setting's kind reaches the records of all.
+        read.m_strOrderSetting = QStringLiteral("order_type:%1").arg(read.m_eOrderType);
+    }
     param = read;
     return true;
 }
 
 void CDeskTradingRules::orderSettingFromString(TC::COrderSetting& setting, const QString& text) {
-    applySettingText(text.toStdString(), setting);
+    if (text.isEmpty()) return;
+    const auto pairs = readPairs(text.toStdString(), ',');
+    // Trading on at another price than the text asks for would be worse than not at all.
+    if (!pairs || !applyPairs(*pairs, settingSetters(), setting)) setting.m_eOrderType = kUnreadSettingText;
 }
 
 void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,

@@ -27,10 +27,6 @@ constexpr CPriceTypeRange kLimitPriceTypes[] = {
     {EPriceType::SpecifiedByRow, EPriceType::SpecifiedByRow},
 };
 
-bool isSpecified(EPriceType priceType) {
-    return priceType == EPriceType::Specified || priceType == EPriceType::SpecifiedByRow;
-}
-
 template<typename E>
 std::string numberText(E value) {
     return std::to_string(static_cast<int>(value));
@@ -64,6 +60,7 @@ bool isHedged(const TC::COrderComandParam& command) {
 
 std::string checkPlainOrder(const CAcceptance& a) {
     const TC::EOrderType orderType = a.m_record.m_eOrderType;
+    if (orderType == kUnreadSettingText) return "the setting text of the trade parameters is not understood";
     if (!TC::isUnset(orderType) && orderType != TC::EOrderType::Plain) {
         return "order type " + numberText(orderType) + " is not modelled";
     }
@@ -137,9 +134,7 @@ bool isLimitPriceType(EPriceType priceType) {
 
 void takePrice(const TC::CCodeOrderParam& record, CPaperOrder& order) {
     order.m_ePriceType = record.m_ePriceType;
-    const bool hasPrice = !TC::isInvalidPrice(record.m_dPrice);
-    order.m_bMarket = isDirect(order) || !isLimitPriceType(record.m_ePriceType) ||
-                      (!hasPrice && !isSpecified(record.m_ePriceType));
+    order.m_bMarket = isDirect(order) || !isLimitPriceType(record.m_ePriceType);
     if (!order.m_bMarket) order.m_nPrice = toPrice(record.m_dPrice).value_or(0);
 }
 

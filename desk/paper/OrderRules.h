@@ -9,6 +9,9 @@
 
 namespace desk {
 
+/// The order kind of a record whose setting text was not understood: such an order is rejected.
+inline constexpr auto kUnreadSettingText = static_cast<TC::EOrderType>(-2);
+
 /// All that a rule of acceptance may look at. Pointers that may be null say so.
 struct CAcceptance {
     const TC::COrderComandParam& m_command;
@@ -35,9 +38,8 @@ std::string rejectionReason(const CAcceptance& acceptance);
 /// the latest price. Every other type takes what the book has.
 bool isLimitPriceType(TC::EPriceType priceType);
 
-/// Fills price, limit and market flag of the order from the record. A level or the latest price that came
-/// without a number takes what the book has; a specified price must have one and is left at 0, which the
-/// rules refuse. An operation that does not trade has no limit.
+/// Fills price, limit and market flag of the order from the record. A limit that came without a number is
+/// left at 0, which the rules refuse. An operation that does not trade has no limit.
 void takePrice(const TC::CCodeOrderParam& record, CPaperOrder& order);
 
 /// Fills what the order's money is counted by from the instrument.

@@ -296,6 +296,54 @@ TEST_F(FamilyTrades, AShareTransferOrderIsATaskWithoutOrders) {
     EXPECT_TRUE(book.m_orders.values().empty());
 }
 
+/// An order must not go out otherwise than its trade parameters say: not at once for an algorithm's sake, and
+/// not at another price.
+TEST_F(FamilyTrades, OrdersWhoseParametersTheDeskCannotFollowAreRejected) {
+    const int code =
+        run({[this] { return has("\"action\":\"start\",\"channel\":14"); },
+             [this] {
+                 folder.handOver("desk/orders/single.txt",
+                                 "24,0,,600102,100\norderParam=order_type:7\n"
+                                 "24,0,,600102,200\norderParam=setting:price_type:sel1\n");
+                 folder.handOver("desk/orders/gold.txt", "0,0,521,AU99,1\norderParam=order_type:8\n");
+                 return true;
+             },
+             [this] {
+                 return has("order type 7 is not modelled") && has("order type 8 is not modelled") &&
+                        has("the setting text of the trade parameters is not understood");
+             }});
+    EXPECT_EQ(code, 0);
+    EXPECT_FALSE(has("\"kind\":\"fill\"")) << journal();
+}
+
+/// The same six digits stand on both markets: what is sold is the portfolio's.
+TEST_F(FamilyTrades, APortfolioSellsItsOwnInstrument) {
+    const auto change = [this](const char* file, const std::string& from, const std::string& to) {
+        std::string text = folder.read(file);
+        ASSERT_NE(text.find(from), std::string::npos) << file;
+        folder.write(file, text.replace(text.find(from), from.size(), to));
+    };
+    change("desk/instruments.csv", "SZ,000202,",
+           "SH,000202,同码,STOCK,100028 100003,100,100,33.00,27.00,30.00\nSZ,000202,");
+    change("desk/quotes.csv", "SZ000202,", "SH000202,30\nSZ000202,");
+    change("desk/desk.toml", "rows = [{ market = \"SH\", code = \"600102\"",
+           "rows = [{ market = \"SZ\", code = \"000202\"");
+    ASSERT_FALSE(HasFatalFailure());
+    const int code =
+        run({[this] { return has("\"action\":\"start\",\"channel\":16"); },
+             [this] {
+                 CTestSocket client(socketPort);
+                 client.readLine();
+                 for (const char* line : {"user demo", "pass change-me", "placeorder 36,16,12_main"})
+                     EXPECT_EQ(client.ask(line), "+OK\r\n") << line;
+                 return true;
+             },
+             [this] { return has("\"kind\":\"order\""); }});
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(has("\"stock\":\"SZ000202\"")) << journal();
+    EXPECT_FALSE(has("\"stock\":\"SH000202\"")) << journal();
+}
+
 TEST_F(FamilyTrades, AHedgedBasketShowsItsLegAndIsRejectedForIt) {
     const auto change = [this](const char* file, const std::string& from, const std::string& to) {
         std::string text = folder.read(file);

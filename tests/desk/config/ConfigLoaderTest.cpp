@@ -83,14 +83,15 @@ rows = [{ market = "SZ", code = "000001", volume = 1 }]
 
 /// Lines name a portfolio between commas, behind its kind, and lose blanks at their ends.
 TEST(ConfigLoader, PortfoliosThatNoLineCanNameAreMistakes) {
-    for (const char* id : {"", "a_b", "a,b", " a", "a ", "a\\t"}) {
+    for (const char* id : {"", "a_b", "a,b", "a ", "a\\t", "a\\nb"}) {
         const CConfigFolder folder;
         folder.replace("instruments.csv", "100028 1172", "100028 100003");
         folder.replace("desk.toml", "[[basket]]",
                        "[[portfolio]]\nkind = 12\nid = \"" + std::string(id) +
                            "\"\nrows = [{ market = \"SZ\", code = \"000001\", volume = 1 }]\n[[basket]]");
         ASSERT_EQ(folder.mistakes().size(), 1U) << '[' << id << ']';
-        EXPECT_NE(folder.mistakes()[0].find("without \"_\", \",\" and blanks"), std::string::npos) << id;
+        EXPECT_NE(folder.mistakes()[0].find("without \"_\", \",\" and a blank at its end"), std::string::npos)
+            << id;
     }
 }
 
@@ -119,8 +120,18 @@ TEST(ConfigLoader, ABasketRowWhoseCodeMeansAnotherInstrumentIsAMistake) {
     folder.replace("instruments.csv", "SZ,000001,平原", "SH,000001,同码,100028,100,22,18\nSZ,000001,平原");
     folder.replace("desk.toml", "market = \"SH\", code = \"600000\"", "market = \"SZ\", code = \"000001\"");
     folder.replace("quotes.csv", "SZ000001,20", "SH000001,20,19.99,100,,,20.01,200\nSZ000001,20");
+    EXPECT_EQ(
+        folder.mistakes(),
+        Mistakes{"desk.toml:23: basket.rows: code \"000001\" means SH000001 in a basket, not SZ000001"});
+}
+
+TEST(ConfigLoader, ABasketRowWhoseCodeMeansNothingIsAMistake) {
+    const CConfigFolder folder;
+    folder.replace("instruments.csv", "SZ,000001,平原", "BJ,830001,北,100028,100,22,18\nSZ,000001,平原");
+    folder.replace("quotes.csv", "SZ000001,20", "BJ830001,20,19.99,100,,,20.01,200\nSZ000001,20");
+    folder.replace("desk.toml", "market = \"SH\", code = \"600000\"", "market = \"BJ\", code = \"830001\"");
     EXPECT_EQ(folder.mistakes(),
-              Mistakes{"desk.toml:23: basket.rows: code \"000001\" means SH000001 in a basket"});
+              Mistakes{"desk.toml:23: basket.rows: code \"830001\" means nothing in a basket, not BJ830001"});
 }
 
 TEST(ConfigLoader, AccountsHaveTheirFundsAndPositions) {

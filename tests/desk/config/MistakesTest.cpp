@@ -111,8 +111,9 @@ const CSpoiled kDeskRows[] = {
     {"PortfolioThatNoBasketTakes", "desk.toml", "[[basket]]",
      "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SH\", code = \"600000\", volume = 1 }]\n"
      "[[basket]]",
-     "desk.toml:24: portfolio.rows: instrument \"SH600000\" may not stand in a basket, by its types in "
-     "instruments.csv"},
+     "desk.toml:24: portfolio.rows: instrument \"SH600000\" cannot be sold from a portfolio; expected a key "
+     "of "
+     "eight characters, in capitals, and type 100028 with one of a basket's in instruments.csv"},
     {"PortfolioOfADividedKey", "desk.toml", "[[basket]]",
      "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SH6\", code = \"00000\", volume = 1 }]\n"
      "[[basket]]",

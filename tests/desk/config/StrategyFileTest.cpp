@@ -95,7 +95,7 @@ TEST(StrategyFile, StoppedStrategyMayBeUnfinished) {
     EXPECT_EQ(onlyStrategy(folder).m_nChannel, 4);
 }
 
-/// A strategy in which nothing has the value that a new one has.
+/// A strategy in which nothing that the desk trades has the value that a new one has.
 TC::COrderStrategyParam strategyOfEveryField(const CConfigFolder& folder) {
     TC::COrderStrategyParam strategy;
     strategy.m_nStatus = TC::COrderStrategyParam::kRunning;

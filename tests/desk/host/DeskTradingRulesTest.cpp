@@ -4,6 +4,7 @@
 
 #include "base/Text.h"
 #include "desk/market/DeskPriceData.h"
+#include "desk/paper/OrderRules.h"
 
 #include <boost/make_shared.hpp>
 
@@ -46,8 +47,7 @@ TEST(DeskTradingRules, TradeParametersSetEveryFieldAnew) {
 TEST(DeskTradingRules, TradeParametersThatAreNotUnderstoodLeaveTheRecord) {
     CDeskTradingRules rules;
     for (const char* text : {"", "remark", "remark:a;", "remark:a;foo:b", "remark:a;remark:b",
-                             "kind:", "order_type:7", "order_type:1x", "order_type:99999999999", ";remark:a",
-                             "setting:price_type:sell11", "setting:price_type", "setting:order_typ:1"}) {
+                             "kind:", "sub:2", "order_type:1x", "order_type:99999999999", ";remark:a"}) {
         TC::COrderTradeParam param;
         param.m_strRemark = "old";
         EXPECT_FALSE(rules.parserOrderTradeParam(text, param)) << text;
@@ -77,13 +77,38 @@ TEST(DeskTradingRules, ASettingTextNamesPriceTypesByWordToo) {
     EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Sell1);
 }
 
-TEST(DeskTradingRules, ASettingTextWithAMistakeChangesNothing) {
+TEST(DeskTradingRules, ASettingTextWithAMistakeGivesAKindThatIsRejected) {
     CDeskTradingRules rules;
+    for (const char* text :
+         {"price_type:6,order_type:many", "price_type:6,colour:red", "price_type:sell11", "x"}) {
+        TC::COrderSetting setting;
+        rules.orderSettingFromString(setting, QString::fromUtf8(text));
+        EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Latest) << text;
+        EXPECT_EQ(setting.m_eOrderType, kUnreadSettingText) << text;
+    }
+}
+
+TEST(DeskTradingRules, AnAccountAloneIsThatAccount) {
+    CDeskTradingRules rules;
+    TC::COrderTradeParam param;
+    ASSERT_TRUE(rules.parserOrderTradeParam("account:A2", param));
+    EXPECT_EQ(rules.getAccountFromOrderParam(param.m_strAccountKeyPart1, param.m_strAccountKeyPart2),
+              QStringLiteral("A2"));
+    EXPECT_FALSE(param.m_strAccountKeyPart2.isEmpty())
+        << "with an empty half the order would ignore the other";
+}
+
+TEST(DeskTradingRules, AnAlgorithmStandsInTheSettingTextToo) {
+    CDeskTradingRules rules;
+    TC::COrderTradeParam param;
+    ASSERT_TRUE(rules.parserOrderTradeParam("account:A2;sub:-;order_type:7;setting:price_type:6", param));
+    EXPECT_EQ(param.m_strAccountKeyPart1, QStringLiteral("A2"));
+    EXPECT_EQ(param.m_eOrderType, 7);
     TC::COrderSetting setting;
-    rules.orderSettingFromString(setting, QStringLiteral("price_type:6,order_type:many"));
-    EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Latest);
-    rules.orderSettingFromString(setting, QStringLiteral("price_type:6,colour:red"));
-    EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Latest);
+    rules.orderSettingFromString(setting, param.m_strOrderSetting);
+    EXPECT_EQ(static_cast<int>(setting.m_eOrderType), 7);
+    ASSERT_TRUE(rules.parserOrderTradeParam("order_type:-1;setting:price_type:6", param));
+    EXPECT_EQ(param.m_strOrderSetting, QStringLiteral("price_type:6")) << "-1 is no algorithm";
 }
 
 TEST(DeskTradingRules, ARecordIsStampedWithSettingAndPrice) {

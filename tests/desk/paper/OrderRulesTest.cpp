@@ -146,7 +146,13 @@ TEST_F(OrderRules, PriceTypesWithALimitAreTheSpecifiedOnesTheLevelsAndTheLatest)
     }
 }
 
-TEST_F(OrderRules, LevelPriceWithoutANumberTakesWhatTheBookHas) {
-    EXPECT_EQ(placed(buy(300, TC::kUnsetDouble, TC::EPriceType::Sell1)).m_eStatus, EOrderStatus::Filled);
-    EXPECT_EQ(fills(), (CTexts{"1: 200 @ 100000", "1: 100 @ 100100"}));
+/// At the market it could cost any price.
+TEST_F(OrderRules, LimitWithoutANumberIsRejected) {
+    for (const TC::EPriceType type :
+         {TC::EPriceType::Sell1, TC::EPriceType::Latest, TC::EPriceType::Specified}) {
+        const CPaperOrder order = placed(buy(300, TC::kUnsetDouble, type));
+        EXPECT_EQ(order.m_eStatus, EOrderStatus::Rejected);
+        EXPECT_EQ(order.m_strReason, "a limit order has no price");
+    }
+    EXPECT_EQ(fills(), CTexts{});
 }
