@@ -1,6 +1,8 @@
 // Compares the tables of docs/desk.md with the keys and words that the desk reads.
 #include "desk/config/ConfigLoader.h"
 #include "desk/config/Words.h"
+#include "records/Families.h"
+#include "records/OrderSetting.h"
 #include "tests/docs/PageTable.h"
 #include "tests/support/TempFolder.h"
 
@@ -100,21 +102,36 @@ TEST(DeskPage, HasTheKeysOfRows) {
 }
 
 TEST(DeskPage, HasTheKeysOfStrategies) {
-    CKeys keys = keysOfTheCode().at("strategy");
-    for (const char* refused : {"percent", "by_percent"})
-        keys.erase(refused);
-    EXPECT_EQ(column("## Strategies", "Key"), keys);
+    EXPECT_EQ(column("## Strategies", "Key"), keysOfTheCode().at("strategy"));
 }
 
 TEST(DeskPage, HasTheSwitches) {
     EXPECT_EQ(column("### Switches", "Switch"), desk::switchNames());
 }
 
+/// The page's words for what a family's setting starts from.
+std::string startOf(const std::string& family, TC::EOrderStrategyTradeType tradeType) {
+    static const std::map<TC::EDefaultSetting, std::string> tables = {
+        {TC::EDefaultSetting::Stock, "`[settings.stock]`"},
+        {TC::EDefaultSetting::Future, "`[settings.future]`"},
+        {TC::EDefaultSetting::Basket, "`[settings.basket]`"},
+        {TC::EDefaultSetting::Option, "`[settings.option]`"}};
+    const TC::EDefaultSetting start = TC::defaultForSlot(TC::findFamily(tradeType)->m_eSlot);
+    if (start == TC::EDefaultSetting::None)
+        return "none: it starts at the latest price, whatever `desk.toml` says";
+    const auto named = tables.find(start);
+    return named != tables.end() ? named->second : "`[settings." + family + "]`";
+}
+
 TEST(DeskPage, HasTheSettingsThatFamiliesStartFrom) {
-    CKeys families;
+    std::map<std::string, std::string> onPage, inCode;
+    for (const CTableRow& row : readTable(kPage, "### Settings of the families")) {
+        for (const std::string& family : codeSpans(row.at("`family`")))
+            onPage[family] = row.at("Starts from");
+    }
     for (const auto& [word, number] : desk::familyWords())
-        families.insert(word);
-    EXPECT_EQ(column("### Settings of the families", "`family`"), families);
+        inCode[word] = startOf(word, static_cast<TC::EOrderStrategyTradeType>(number));
+    EXPECT_EQ(onPage, inCode);
 }
 
 /// "4, 3" as they stand, and "30 to 34" as the whole run.
