@@ -319,7 +319,7 @@ private:
                       {"id", section.text(portfolio.id)},
                       {"rows", section.tables([&](const auto& t) { readPortfolioRow(t, portfolio); })}},
                      {"kind", "id", "rows"});
-        // Order lines name it between their separators, and lose blanks at their ends.
+        // Order lines name it between their separators, and lose blanks at their end.
         const bool isNamed = !portfolio.id.empty() &&
                              portfolio.id.find_first_of("_,\r\n") == std::string::npos &&
                              std::string_view(" \t\v\f").find(portfolio.id.back()) == std::string_view::npos;

@@ -22,6 +22,8 @@ namespace {
 
 /// Behind an account that has no second half.
 constexpr const char* kNoSecondHalf = "-";
+/// A setting text that is none of pairs.
+constexpr const char* kUnreadText = "?";
 
 using CPairs = std::map<std::string, std::string>;
 
@@ -76,6 +78,18 @@ const std::map<std::string, CParamSetter>& paramSetters() {
         {"text3", [](auto& p, const auto& v) { p.m_strTradeText3 = utils::safeGbk2Utf8(v); }},
     };
     return setters;
+}
+
+/// An account alone has no second half, and a second half of "-" alone no account; false for any other half.
+bool completeAccount(TC::COrderTradeParam& param) {
+    const QString none = QString::fromUtf8(kNoSecondHalf);
+    if (param.m_strAccountKeyPart1.isEmpty()) {
+        if (!param.m_strAccountKeyPart2.isEmpty() && param.m_strAccountKeyPart2 != none) return false;
+        param.m_strAccountKeyPart2.clear();
+    } else if (param.m_strAccountKeyPart2.isEmpty()) {
+        param.m_strAccountKeyPart2 = none;
+    }
+    return true;
 }
 
 /// A word of the desk's files or a number.
@@ -151,19 +165,18 @@ QString CDeskTradingRules::getAccountFromOrderParam(const QString& part1, const 
 }
 
 bool CDeskTradingRules::parserOrderTradeParam(const std::string& text, TC::COrderTradeParam& param) {
+    if (text.find(':') == std::string::npos) return false;
     const auto pairs = readPairs(text, ';');
     TC::COrderTradeParam read;
-    if (!pairs || !applyPairs(*pairs, paramSetters(), read)) return false;
-    if (read.m_strAccountKeyPart1.isEmpty() != read.m_strAccountKeyPart2.isEmpty()) {
-        if (read.m_strAccountKeyPart1.isEmpty()) return false;
-        read.m_strAccountKeyPart2 = QString::fromUtf8(kNoSecondHalf);
+    const bool isRead = pairs && applyPairs(*pairs, paramSetters(), read) && completeAccount(read);
+    param = isRead ? read : TC::COrderTradeParam{};
+    const auto orderType = static_cast<TC::EOrderType>(param.m_eOrderType);
+    // A setting's kind reaches the records of all families, other than an algorithm or a word to the caller.
+    if (!isRead) {
+        param.m_strOrderSetting = QString::fromUtf8(kUnreadText);
+    } else if (!TC::isUnset(orderType) && orderType != TC::EOrderType::Plain) {
+        param.m_strOrderSetting = QStringLiteral("order_type:%1").arg(param.m_eOrderType);
     }
-    const auto orderType = static_cast<TC::EOrderType>(read.m_eOrderType);
-    if (!TC::isUnset(orderType) && orderType != TC::EOrderType::Plain) {
-        // Not every family's command carries an algorithm. A setting's kind reaches the records of all.
-        read.m_strOrderSetting = QStringLiteral("order_type:%1").arg(read.m_eOrderType);
-    }
-    param = read;
     return true;
 }
 
@@ -171,7 +184,7 @@ void CDeskTradingRules::orderSettingFromString(TC::COrderSetting& setting, const
     if (text.isEmpty()) return;
     const auto pairs = readPairs(text.toStdString(), ',');
     // Trading on at another price than the text asks for would be worse than not at all.
-    if (!pairs || !applyPairs(*pairs, settingSetters(), setting)) setting.m_eOrderType = kUnreadSettingText;
+    if (!pairs || !applyPairs(*pairs, settingSetters(), setting)) setting.m_eOrderType = kUnreadTradeParams;
 }
 
 void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,

@@ -12,9 +12,9 @@ namespace desk {
 /// - a setting text: price_type, order_type, remark; the pairs separated by commas, so that it can stand
 /// behind `setting:`; price_type is a word of the desk's files or a number.
 ///
-/// An account without a sub is that account. A text with an unknown key, a sub alone, a key twice, or a
-/// number that is none is not understood as a whole. Orders whose setting text is not, and those of an
-/// algorithm, of which the desk has none, get an order kind that the broker rejects.
+/// An account without a sub is that account. Orders must not go out otherwise than their texts say: those
+/// with an unknown key, a key twice, a number that is none or an algorithm, of which the desk has none, get
+/// an order kind that the broker rejects. A text without any pair is not understood at all.
 class CDeskTradingRules : public TC::CTradingRules {
 public:
     QString qdStockKey(const QString& market, const QString& code) override { return market + code; }

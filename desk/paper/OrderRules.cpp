@@ -60,7 +60,7 @@ bool isHedged(const TC::COrderComandParam& command) {
 
 std::string checkPlainOrder(const CAcceptance& a) {
     const TC::EOrderType orderType = a.m_record.m_eOrderType;
-    if (orderType == kUnreadSettingText) return "the setting text of the trade parameters is not understood";
+    if (orderType == kUnreadTradeParams) return "the trade parameters are not understood";
     if (!TC::isUnset(orderType) && orderType != TC::EOrderType::Plain) {
         return "order type " + numberText(orderType) + " is not modelled";
     }

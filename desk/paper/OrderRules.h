@@ -9,8 +9,8 @@
 
 namespace desk {
 
-/// The order kind of a record whose setting text was not understood: such an order is rejected.
-inline constexpr auto kUnreadSettingText = static_cast<TC::EOrderType>(-2);
+/// The order kind of a record whose trade parameters were not understood: such an order is rejected.
+inline constexpr auto kUnreadTradeParams = static_cast<TC::EOrderType>(-2);
 
 /// All that a rule of acceptance may look at. Pointers that may be null say so.
 struct CAcceptance {

@@ -37,7 +37,7 @@ public:
         m_world.basket = QStringLiteral("蓝筹");
         m_world.tradeParam = "remark:\xB1\xB8\xD7\xA2;kind:1"; // 备注
         m_world.tradeParamRemark = "\xB1\xB8\xD7\xA2";
-        m_world.unreadableTradeParam = "remark:x;unknown:1";
+        m_world.unreadableTradeParam = "?";
         m_world.settingText = QStringLiteral("price_type:11");
         m_world.settingPriceType = TC::EPriceType::Specified;
         m_world.unreadableAlgorithmText = "?";

@@ -296,24 +296,34 @@ TEST_F(FamilyTrades, AShareTransferOrderIsATaskWithoutOrders) {
     EXPECT_TRUE(book.m_orders.values().empty());
 }
 
-/// An order must not go out otherwise than its trade parameters say: not at once for an algorithm's sake, and
-/// not at another price.
-TEST_F(FamilyTrades, OrdersWhoseParametersTheDeskCannotFollowAreRejected) {
+/// An order must not go out otherwise than its trade parameters say: not at once for an algorithm's sake, not
+/// on another account, and not at another price.
+TEST_F(FamilyTrades, OrdersGoOutAsTheirParametersSayOrAreRejected) {
+    const std::map<std::string, std::string> files = {
+        {"group", "23,0,11.02,600101,100\norderParam=account:A2\n"},
+        {"single", "23,0,,600102,100\norderParam=order_type:7\n23,0,,600102,200\n"
+                   "orderParam=setting:price_type:sel1\n23,0,,600102,300\norderParam=acount:A1;sub:-\n"},
+        {"basket", "25,0\n600102\t200\norderParam=order_type:20\n"},
+        {"credit", "27,0,11.02,600101,1000\norderParam=order_type:21\n"},
+        {"future", "0,0,4000.4,IF2609,3\norderParam=order_type:22\n"},
+        {"gold", "0,0,521,AU99,1\norderParam=order_type:23\n"}};
     const int code =
         run({[this] { return has("\"action\":\"start\",\"channel\":14"); },
-             [this] {
-                 folder.handOver("desk/orders/single.txt",
-                                 "24,0,,600102,100\norderParam=order_type:7\n"
-                                 "24,0,,600102,200\norderParam=setting:price_type:sel1\n");
-                 folder.handOver("desk/orders/gold.txt", "0,0,521,AU99,1\norderParam=order_type:8\n");
+             [&] {
+                 for (const auto& [name, lines] : files)
+                     folder.handOver("desk/orders/" + name + ".txt", lines);
                  return true;
              },
-             [this] {
-                 return has("order type 7 is not modelled") && has("order type 8 is not modelled") &&
-                        has("the setting text of the trade parameters is not understood");
-             }});
+             [this] { return count("\"status\":\"rejected\"") == 8 && has("\"kind\":\"fill\""); }});
     EXPECT_EQ(code, 0);
-    EXPECT_FALSE(has("\"kind\":\"fill\"")) << journal();
+    for (const char* type : {"7", "20", "21", "22", "23"})
+        EXPECT_TRUE(has(std::string("order type ") + type + " is not modelled")) << type;
+    EXPECT_EQ(count("the trade parameters are not understood"), 2);
+    const CPaperBook book = readBook();
+    for (const auto& [id, order] : book.m_orders.values()) {
+        EXPECT_TRUE(order.m_eStatus == EOrderStatus::Rejected || order.m_strAccount == "A2") << id;
+    }
+    EXPECT_EQ(count("\"kind\":\"fill\""), 1);
 }
 
 /// The same six digits stand on both markets: what is sold is the portfolio's.

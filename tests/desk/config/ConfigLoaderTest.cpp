@@ -62,7 +62,7 @@ TEST(ConfigLoader, PortfoliosKeepTheirRowsByKey) {
     folder.replace("instruments.csv", "100028 1172", "100028 100003");
     folder.replace("desk.toml", "[[basket]]", R"([[portfolio]]
 kind = 12
-id = "main"
+id = " my book"
 rows = [{ market = "SZ", code = "000001", volume = 300 }]
 [[portfolio]]
 kind = 13
@@ -74,14 +74,33 @@ rows = [{ market = "SZ", code = "000001", volume = 1 }]
     ASSERT_EQ(loaded.config.portfolios.size(), 2U);
     const CPortfolioEntry& first = loaded.config.portfolios[0];
     EXPECT_EQ(first.kind, 12);
-    EXPECT_EQ(first.id, "main");
+    EXPECT_EQ(first.id, " my book") << "a line keeps such blanks";
     ASSERT_EQ(first.rows.size(), 1U);
     EXPECT_EQ(first.rows[0].stockKey, "SZ000001");
     EXPECT_EQ(first.rows[0].volume, 300);
     EXPECT_EQ(loaded.config.portfolios[1].kind, 13);
 }
 
-/// Lines name a portfolio between commas, behind its kind, and lose blanks at their ends.
+/// Orders know keys of eight characters in capitals, and baskets instruments of certain types.
+TEST(ConfigLoader, APortfolioRowThatNoOrderCouldSellIsAMistake) {
+    for (const char* instrument : {"SZ,0000011,平原,100028 100003", "sz,000001,平原,100028 100003",
+                                   "SZ,000001,平原,100003", "SZ,000001,平原,100028"}) {
+        const std::string text = instrument;
+        const std::string market = text.substr(0, 2), code = text.substr(3, text.find(',', 3) - 3);
+        const CConfigFolder folder;
+        folder.replace("instruments.csv", "SZ,000001,平原,100028 1172", text);
+        folder.replace("quotes.csv", "SZ000001,", market + code + ",");
+        folder.replace("quote_changes.csv", "SZ000001,", market + code + ",");
+        folder.replace("desk.toml", "[[basket]]",
+                       "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"" + market +
+                           "\", code = \"" + code + "\", volume = 1 }]\n[[basket]]");
+        ASSERT_EQ(folder.mistakes().size(), 1U) << instrument;
+        EXPECT_NE(folder.mistakes()[0].find("cannot be sold from a portfolio"), std::string::npos)
+            << instrument;
+    }
+}
+
+/// Lines name a portfolio between commas, behind its kind, and lose blanks at their end.
 TEST(ConfigLoader, PortfoliosThatNoLineCanNameAreMistakes) {
     for (const char* id : {"", "a_b", "a,b", "a ", "a\\t", "a\\nb"}) {
         const CConfigFolder folder;
@@ -125,13 +144,29 @@ TEST(ConfigLoader, ABasketRowWhoseCodeMeansAnotherInstrumentIsAMistake) {
         Mistakes{"desk.toml:23: basket.rows: code \"000001\" means SH000001 in a basket, not SZ000001"});
 }
 
-TEST(ConfigLoader, ABasketRowWhoseCodeMeansNothingIsAMistake) {
+TEST(ConfigLoader, ABasketRowOfAnotherMarketIsAMistake) {
+    const struct {
+        const char* code;
+        const char* means;
+    } rows[] = {{"830001", "nothing"}, {"000001", "SZ000001"}};
+    for (const auto& row : rows) {
+        const std::string code = row.code;
+        const CConfigFolder folder;
+        folder.replace("instruments.csv", "SZ,000001,平原",
+                       "BJ," + code + ",北,100028,100,22,18\nSZ,000001,平原");
+        folder.replace("quotes.csv", "SZ000001,20", "BJ" + code + ",20,19.99,100,,,20.01,200\nSZ000001,20");
+        folder.replace("desk.toml", "market = \"SH\", code = \"600000\"",
+                       "market = \"BJ\", code = \"" + code + "\"");
+        EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:23: basket.rows: code \"" + code + "\" means " +
+                                              row.means + " in a basket, not BJ" + code});
+    }
+}
+
+TEST(ConfigLoader, ABasketRowOfAStockThatTradesUnderItsKeyAloneIsAMistake) {
     const CConfigFolder folder;
-    folder.replace("instruments.csv", "SZ,000001,平原", "BJ,830001,北,100028,100,22,18\nSZ,000001,平原");
-    folder.replace("quotes.csv", "SZ000001,20", "BJ830001,20,19.99,100,,,20.01,200\nSZ000001,20");
-    folder.replace("desk.toml", "market = \"SH\", code = \"600000\"", "market = \"BJ\", code = \"830001\"");
+    folder.replace("instruments.csv", "浦江,100028", "浦江,100003");
     EXPECT_EQ(folder.mistakes(),
-              Mistakes{"desk.toml:23: basket.rows: code \"830001\" means nothing in a basket, not BJ830001"});
+              Mistakes{"desk.toml:23: basket.rows: code \"600000\" means nothing in a basket, not SH600000"});
 }
 
 TEST(ConfigLoader, AccountsHaveTheirFundsAndPositions) {

@@ -44,14 +44,29 @@ TEST(DeskTradingRules, TradeParametersSetEveryFieldAnew) {
     EXPECT_EQ(param.m_strTradeText2, "");
 }
 
-TEST(DeskTradingRules, TradeParametersThatAreNotUnderstoodLeaveTheRecord) {
+TEST(DeskTradingRules, TextsWithoutPairsLeaveTheRecord) {
     CDeskTradingRules rules;
-    for (const char* text : {"", "remark", "remark:a;", "remark:a;foo:b", "remark:a;remark:b",
-                             "kind:", "sub:2", "order_type:1x", "order_type:99999999999", ";remark:a"}) {
+    for (const char* text : {"", "remark", "account=A2"}) {
         TC::COrderTradeParam param;
         param.m_strRemark = "old";
         EXPECT_FALSE(rules.parserOrderTradeParam(text, param)) << text;
         EXPECT_EQ(param.m_strRemark, "old") << text;
+    }
+}
+
+/// Without its parameters an order could trade on another account, at another price, or at once.
+TEST(DeskTradingRules, OrdersOfParametersThatAreNotUnderstoodAreRejected) {
+    CDeskTradingRules rules;
+    for (const char* text :
+         {"remark:a;", "remark:a;foo:b", "remark:a;remark:b", "kind:", "account:A2;sub", "sub:2",
+          "order_type:twap", "order_type:", "order_type:1x", "order_type:99999999999", ";remark:a"}) {
+        TC::COrderTradeParam param;
+        param.m_strRemark = "old";
+        ASSERT_TRUE(rules.parserOrderTradeParam(text, param)) << text;
+        EXPECT_EQ(param.m_strRemark, "") << text;
+        TC::COrderSetting setting;
+        rules.orderSettingFromString(setting, param.m_strOrderSetting);
+        EXPECT_EQ(setting.m_eOrderType, kUnreadTradeParams) << text;
     }
 }
 
@@ -84,7 +99,7 @@ TEST(DeskTradingRules, ASettingTextWithAMistakeGivesAKindThatIsRejected) {
         TC::COrderSetting setting;
         rules.orderSettingFromString(setting, QString::fromUtf8(text));
         EXPECT_EQ(setting.m_ePriceType, TC::EPriceType::Latest) << text;
-        EXPECT_EQ(setting.m_eOrderType, kUnreadSettingText) << text;
+        EXPECT_EQ(setting.m_eOrderType, kUnreadTradeParams) << text;
     }
 }
 
@@ -96,6 +111,16 @@ TEST(DeskTradingRules, AnAccountAloneIsThatAccount) {
               QStringLiteral("A2"));
     EXPECT_FALSE(param.m_strAccountKeyPart2.isEmpty())
         << "with an empty half the order would ignore the other";
+}
+
+TEST(DeskTradingRules, ASecondHalfOfNoAccountIsNone) {
+    CDeskTradingRules rules;
+    TC::COrderTradeParam param;
+    for (const char* text : {"account:;sub:-;setting:price_type:sell1", "sub:-;setting:price_type:sell1"}) {
+        ASSERT_TRUE(rules.parserOrderTradeParam(text, param));
+        EXPECT_TRUE(param.m_strAccountKeyPart1.isEmpty() && param.m_strAccountKeyPart2.isEmpty()) << text;
+        EXPECT_EQ(param.m_strOrderSetting, QStringLiteral("price_type:sell1")) << text;
+    }
 }
 
 TEST(DeskTradingRules, AnAlgorithmStandsInTheSettingTextToo) {
