@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cmath>
 #include <map>
 #include <set>
@@ -229,16 +228,15 @@ protected:
         }
         return count("\"kind\":\"command\"") == commands && count("\"status\":\"filled\"") == orders;
     }
-    /// Hands all files over and returns when every order is filled, or when that takes too long.
+    /// Hands all files over and returns when every order is filled.
     int trade() {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
         return run({[this] { return has("\"action\":\"start\",\"channel\":14"); },
                     [this] {
                         for (const CFamilyOrders& row : kRows)
                             folder.handOver(std::string("desk/orders/") + row.file + ".txt", row.lines);
                         return true;
                     },
-                    [this, end] { return isDone() || std::chrono::steady_clock::now() > end; }});
+                    [this] { return isDone(); }});
     }
     static std::string fillsOf(const CPaperBook& book, const std::set<std::string>& accounts) {
         std::ostringstream out;
@@ -304,7 +302,7 @@ TEST_F(FamilyTrades, OrdersGoOutAsTheirParametersSayOrAreRejected) {
         {"single", "23,0,,600102,100\norderParam=order_type:7\n23,0,,600102,200\n"
                    "orderParam=setting:price_type:sel1\n23,0,,600102,300\norderParam=acount:A1;sub:-\n"},
         {"basket", "25,0\n600102\t200\norderParam=order_type:20\n"},
-        {"credit", "27,0,11.02,600101,1000\norderParam=order_type:21\n"},
+        {"credit", "27,0,11.02,600101,1000\norderParam=remark:a;foo:b\n"},
         {"future", "0,0,4000.4,IF2609,3\norderParam=order_type:22\n"},
         {"gold", "0,0,521,AU99,1\norderParam=order_type:23\n"}};
     const int code =
@@ -314,11 +312,12 @@ TEST_F(FamilyTrades, OrdersGoOutAsTheirParametersSayOrAreRejected) {
                      folder.handOver("desk/orders/" + name + ".txt", lines);
                  return true;
              },
-             [this] { return count("\"status\":\"rejected\"") == 8 && has("\"kind\":\"fill\""); }});
+             [this] { return count("\"status\":\"rejected\"") >= 8 && has("\"kind\":\"fill\""); }});
     EXPECT_EQ(code, 0);
-    for (const char* type : {"7", "20", "21", "22", "23"})
+    EXPECT_EQ(count("\"status\":\"rejected\""), 8);
+    for (const char* type : {"7", "20", "22", "23"})
         EXPECT_TRUE(has(std::string("order type ") + type + " is not modelled")) << type;
-    EXPECT_EQ(count("the trade parameters are not understood"), 2);
+    EXPECT_EQ(count("the trade parameters are not understood"), 3);
     const CPaperBook book = readBook();
     for (const auto& [id, order] : book.m_orders.values()) {
         EXPECT_TRUE(order.m_eStatus == EOrderStatus::Rejected || order.m_strAccount == "A2") << id;

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <regex>
@@ -32,12 +33,14 @@ protected:
     std::string journal() const { return folder.read("desk/journal.jsonl"); }
     bool has(const std::string& text) const { return journal().find(text) != std::string::npos; }
 
-    /// Runs the desk; each step is taken once the one before it has returned true.
+    /// Runs the desk; each step is taken once the one before it has returned true. Ends after a minute in any
+    /// case, so that a step that never comes about fails the test rather than stops it.
     int run(std::vector<std::function<bool()>> steps) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
         std::size_t next = 0;
         return runDesk(folder.path("desk"), std::nullopt, out, [&] {
             if (next < steps.size() && steps[next]()) ++next;
-            return next < steps.size();
+            return next < steps.size() && std::chrono::steady_clock::now() < end;
         });
     }
 
