@@ -17,6 +17,10 @@ protected:
     knservice::CPositionStaticsPtr hold(const std::string& code, int volume, const char* account = "A1") {
         return host.tasks.addPosition(host.user.accounts.at(account), "SH", code, volume);
     }
+    static void nameSecondAccount(COrderParam& order) {
+        order.m_strAccountKeyPart1 = QStringLiteral("A2");
+        order.m_strAccountKeyPart2 = QStringLiteral("x");
+    }
 };
 
 TEST_F(BasketPositions, RecordsAreSalesOfWhatCanBeSold) {
@@ -116,10 +120,7 @@ TEST_F(BasketPositions, OnlyTheAccountThatTheOrderNamesSells) {
     host.user.addGroup(EQDBrokerType::Stock, "A2/x", {{"A2", 1.0}});
     hold("600001", 700);
     hold("600002", 50, "A2");
-    ASSERT_TRUE(check(all().set([](auto& o) {
-        o.m_strAccountKeyPart1 = QStringLiteral("A2");
-        o.m_strAccountKeyPart2 = QStringLiteral("x");
-    })));
+    ASSERT_TRUE(check(all().set(nameSecondAccount)));
     EXPECT_EQ(records(), "A2 19 50 600002, ");
 }
 
@@ -233,10 +234,7 @@ TEST_F(BasketPositions, TargetsAreComparedWithTheAccountThatTheOrderNames) {
     host.user.addGroup(EQDBrokerType::Stock, "A2/x", {{"A2", 1.0}});
     hold("600001", 700);
     hold("600002", 50, "A2");
-    ASSERT_TRUE(check(basket(35, {{"600001", 300}, {"600002", 20}}).set([](auto& o) {
-        o.m_strAccountKeyPart1 = QStringLiteral("A2");
-        o.m_strAccountKeyPart2 = QStringLiteral("x");
-    })));
+    ASSERT_TRUE(check(basket(35, {{"600001", 300}, {"600002", 20}}).set(nameSecondAccount)));
     EXPECT_EQ(records(), "A2 19 30 600002, A2 18 300 600001, ");
 }
 

@@ -327,11 +327,6 @@ TEST_F(FamilyTrades, OrdersGoOutAsTheirParametersSayOrAreRejected) {
 
 /// The same six digits stand on both markets: what is sold is the portfolio's.
 TEST_F(FamilyTrades, APortfolioSellsItsOwnInstrument) {
-    const auto change = [this](const char* file, const std::string& from, const std::string& to) {
-        std::string text = folder.read(file);
-        ASSERT_NE(text.find(from), std::string::npos) << file;
-        folder.write(file, text.replace(text.find(from), from.size(), to));
-    };
     change("desk/instruments.csv", "SZ,000202,",
            "SH,000202,同码,STOCK,100028 100003,100,100,33.00,27.00,30.00\nSZ,000202,");
     change("desk/quotes.csv", "SZ000202,", "SH000202,30\nSZ000202,");
@@ -354,11 +349,6 @@ TEST_F(FamilyTrades, APortfolioSellsItsOwnInstrument) {
 }
 
 TEST_F(FamilyTrades, AHedgedBasketShowsItsLegAndIsRejectedForIt) {
-    const auto change = [this](const char* file, const std::string& from, const std::string& to) {
-        std::string text = folder.read(file);
-        ASSERT_NE(text.find(from), std::string::npos) << file;
-        folder.write(file, text.replace(text.find(from), from.size(), to));
-    };
     change("desk/desk.toml", "mdl_order_command_remark",
            "mdl_order_compose_hedge = true\nmdl_order_command_remark");
     change("desk/strategies.toml", "path = \"orders/basket.txt\"\n",

@@ -30,6 +30,13 @@ protected:
                      std::regex_replace(strategies, kPort, ":" + std::to_string(socketPort)));
     }
 
+    /// Puts a text of a file in the place of another, the first.
+    void change(const char* file, const std::string& from, const std::string& to) const {
+        std::string text = folder.read(file);
+        ASSERT_NE(text.find(from), std::string::npos) << file;
+        folder.write(file, text.replace(text.find(from), from.size(), to));
+    }
+
     std::string journal() const { return folder.read("desk/journal.jsonl"); }
     bool has(const std::string& text) const { return journal().find(text) != std::string::npos; }
 
