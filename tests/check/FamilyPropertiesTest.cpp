@@ -62,6 +62,10 @@ struct CSplitFamily {
     int number;
 };
 
+void PrintTo(const CSplitFamily& split, std::ostream* out) {
+    *out << split.name;
+}
+
 class SplitProperties : public CheckFixture, public testing::WithParamInterface<CSplitFamily> {
 protected:
     SplitProperties() { families::addInstrument(host, tested(), tested().code, 10.5); }

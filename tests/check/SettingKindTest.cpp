@@ -12,6 +12,10 @@ struct CKindCase {
     int number;
 };
 
+void PrintTo(const CKindCase& kind, std::ostream* out) {
+    *out << kind.name;
+}
+
 class SettingKind : public CheckFixture, public testing::WithParamInterface<CKindCase> {
 protected:
     SettingKind() {

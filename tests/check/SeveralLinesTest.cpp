@@ -12,6 +12,10 @@ struct CRefusal {
     const char* text;
 };
 
+void PrintTo(const CRefusal& refusal, std::ostream* out) {
+    *out << families::find(refusal.family).name;
+}
+
 class SeveralLines : public CheckFixture, public testing::WithParamInterface<CRefusal> {
 protected:
     SeveralLines() {

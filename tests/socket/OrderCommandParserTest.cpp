@@ -103,6 +103,10 @@ struct CNumbers {
     bool takesTwoOnly; ///< a line even of "N,3"
 };
 
+void PrintTo(const CNumbers& numbers, std::ostream* out) {
+    *out << numbers.first << " to " << numbers.last;
+}
+
 class EveryNumber : public OrderCommandParser, public testing::WithParamInterface<CNumbers> {};
 
 TEST_P(EveryNumber, HasItsForm) {

@@ -31,6 +31,10 @@ struct CFamilyCase {
     std::size_t records; ///< over the two accounts of the group
 };
 
+void PrintTo(const CFamilyCase& family, std::ostream* out) {
+    *out << family.name;
+}
+
 constexpr const char* kStockLine = "placeCommands: [orderservice] stock speculation.";
 
 const CFamilyCase kCases[] = {
