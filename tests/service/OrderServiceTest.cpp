@@ -7,10 +7,10 @@
 #include <QMetaMethod>
 #include <QThread>
 
-#include <dirent.h>
-
 #include <atomic>
+#include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -25,16 +25,24 @@ protected:
     }
 };
 
-/// Threads of this process that bear the name.
+/// Threads of this process that bear the name. One that is ending does not count: a thread that was joined
+/// can be listed for a moment more.
 int threadsNamed(const std::string& name) {
+    constexpr unsigned kExiting = 4; // the system's flag of a thread that ends, set before a join returns
     int count = 0;
-    DIR* tasks = ::opendir("/proc/self/task");
-    while (const dirent* task = ::readdir(tasks)) {
-        std::ifstream comm(std::string("/proc/self/task/") + task->d_name + "/comm");
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream file(task.path() / "stat");
         std::string line;
-        if (std::getline(comm, line) && line == name) ++count;
+        if (!std::getline(file, line)) continue; // gone meanwhile
+        const std::size_t begin = line.find('(') + 1, end = line.rfind(')');
+        if (line.substr(begin, end - begin) != name) continue;
+        std::istringstream rest(line.substr(end + 1));
+        std::string state, parent, group, session, terminal, foreground;
+        unsigned flags = 0;
+        if (rest >> state >> parent >> group >> session >> terminal >> foreground >> flags &&
+            (flags & kExiting) == 0)
+            ++count;
     }
-    ::closedir(tasks);
     return count;
 }
 
