@@ -14,7 +14,8 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    # Paths below the source folder are hashed as relative ones, so that two clones share what one of them compiled.
+    set(CMAKE_CXX_COMPILER_LAUNCHER "env;CCACHE_BASEDIR=${CMAKE_SOURCE_DIR};CCACHE_NOHASHDIR=1;${CCACHE_PROGRAM}")
 endif()
 
 if(ORDERSERVICE_SANITIZE)
