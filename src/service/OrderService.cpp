@@ -11,7 +11,7 @@
 #include "platform/TradeClient.h"
 #include "platform/TradeFrameworkSource.h"
 #include "platform/UserConfig.h"
-#include "service/HandOver.h"
+#include "service/OrderQueue.h"
 #include "service/Settings.h"
 #include "service/StrategyRegistry.h"
 #include "socket/SocketListeners.h"
@@ -60,7 +60,7 @@ void reportClosed(int orders) {
 struct COrderService::CThreads {
     QThread service;
     std::thread file;
-    CHandOver handOver;
+    std::unique_ptr<COrderQueue> queue; ///< in front of `service`
 };
 
 COrderService::COrderService(QObject*)
@@ -71,35 +71,40 @@ COrderService::COrderService(QObject*)
     registerMetaTypes();
     m_fileService = std::make_unique<CFileService>(*this, *this);
     connectHost();
-    connect(this, &COrderService::sigPlaceOrders, this, &COrderService::slotPlaceOrders);
-    connect(this, &COrderService::sigCancelOrder, this, &COrderService::slotCancelOrder);
-    installEventFilter(&m_threads->handOver);
+    connectOwnSignals();
     m_threads->service.start(QThread::InheritPriority);
-    moveToThread(&m_threads->service);
-    m_threads->handOver.moveToThread(&m_threads->service);
+    m_threads->queue = std::make_unique<COrderQueue>(*this, m_threads->service);
 }
 
-/// The host's signals reach the slots as an automatic connection would bring them, through the hand-over like
-/// all else.
+/// Every signal goes to its slot by way of the queue, as an automatic connection would bring it. Before the
+/// host can connect anything, so that a batch is queued before the host's own receivers hear of it.
+void COrderService::connectOwnSignals() {
+    const auto queueBatch = [this](QVector<COrderParam> orders) {
+        const int count = orders.size();
+        const bool isQueued = m_threads->queue->post(
+            [this, batch = std::move(orders)]() mutable { slotPlaceOrders(std::move(batch)); });
+        if (!isQueued && count > 0) reportClosed(count);
+    };
+    const auto queueCancel = [this](int taskId) {
+        if (!m_threads->queue->post([this, taskId] { slotCancelOrder(taskId); })) reportClosed(1);
+    };
+    connect(this, &COrderService::sigPlaceOrders, this, queueBatch, Qt::DirectConnection);
+    connect(this, &COrderService::sigCancelOrder, this, queueCancel, Qt::DirectConnection);
+}
+
+/// What arrives after the end concerns nobody any more.
 void COrderService::connectHost() {
-    m_hostConnections.push_back(connect(
-        &CExchangeClient::instance(), &CExchangeClient::sigNewTradingDate, this,
-        [this](const std::string& date) {
-            m_threads->handOver.around([&] {
-                QMetaObject::invokeMethod(
-                    this, [this, date] { slotNewTradingDate(date); }, Qt::AutoConnection);
-            });
-        },
-        Qt::DirectConnection));
-    m_hostConnections.push_back(connect(
-        &CTradeClient::instance(), &CTradeClient::sigCancelOrder, this,
-        [this](const knservice::COrderInfoPtr& info, bool success, const std::string& message) {
-            m_threads->handOver.around([&] {
-                QMetaObject::invokeMethod(
-                    this, [=] { slotDbfCancelOrder(info, success, message); }, Qt::AutoConnection);
-            });
-        },
-        Qt::DirectConnection));
+    const auto queueDate = [this](const std::string& date) {
+        (void)m_threads->queue->post([this, date] { slotNewTradingDate(date); });
+    };
+    const auto queueAnswer = [this](const knservice::COrderInfoPtr& info, bool success,
+                                    const std::string& message) {
+        (void)m_threads->queue->post([=] { slotDbfCancelOrder(info, success, message); });
+    };
+    m_hostConnections.push_back(connect(&CExchangeClient::instance(), &CExchangeClient::sigNewTradingDate,
+                                        this, queueDate, Qt::DirectConnection));
+    m_hostConnections.push_back(connect(&CTradeClient::instance(), &CTradeClient::sigCancelOrder, this,
+                                        queueAnswer, Qt::DirectConnection));
 }
 
 void COrderService::disconnectHost() {
@@ -120,13 +125,8 @@ void COrderService::shutdown() {
     m_fileService->stop();
     if (m_threads->file.joinable()) m_threads->file.join();
     m_listeners->joinAll();
-    // Events are served in order: when this one has had its turn, every batch posted before has too.
     std::promise<void> workedOff;
-    m_threads->handOver.around([&] {
-        m_bClosed = true;
-        QMetaObject::invokeMethod(
-            this, [&workedOff] { workedOff.set_value(); }, Qt::QueuedConnection);
-    });
+    m_threads->queue->close([&workedOff] { workedOff.set_value(); });
     workedOff.get_future().wait();
     m_threads->service.quit();
     m_threads->service.wait();
@@ -177,22 +177,16 @@ void COrderService::saveSettings(QDomElement& element, QDomDocument& document) {
     saveInterfaces(knservice::CTradeFrameworkSource::instance().getAllInterfaces(), element, document);
 }
 
-/// What the service's own thread brings while the last batches are worked off is still worked off with them.
-bool COrderService::isRefusing() const {
-    return m_bClosed && QThread::currentThread() != thread();
-}
-
 void COrderService::placeorder(COrderParam order) {
     placeOrders({std::move(order)});
 }
 
 void COrderService::placeOrders(QVector<COrderParam> orders) {
-    bool isClosed = false;
-    m_threads->handOver.around([&] {
-        isClosed = isRefusing();
-        if (!isClosed) emit sigPlaceOrders(std::move(orders));
-    });
-    if (isClosed && !orders.isEmpty()) reportClosed(orders.size());
+    if (m_threads->queue->isRefusing()) {
+        if (!orders.isEmpty()) reportClosed(orders.size());
+        return;
+    }
+    emit sigPlaceOrders(std::move(orders));
 }
 
 void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) {
@@ -203,12 +197,8 @@ void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) 
 }
 
 void COrderService::cancelOrder(int taskId) {
-    bool isClosed = false;
-    m_threads->handOver.around([&] {
-        isClosed = isRefusing();
-        if (!isClosed) emit sigCancelOrder(taskId);
-    });
-    if (isClosed) reportClosed(1);
+    if (m_threads->queue->isRefusing()) return reportClosed(1);
+    emit sigCancelOrder(taskId);
 }
 
 void COrderService::cancelOrders(std::vector<std::string>& fields) {

@@ -130,6 +130,10 @@ signals:
                              const QMap<int, TC::COrderStrategyParam>* strategies);
     /// A strategy was started or stopped; the argument is hasRunning(). Emitted with the registry locked.
     void sigSetStatus(bool running);
+    /// Orders, or the cancel of a task, on their way to the service's thread: queued before the host's own
+    /// receivers are called. Those that are connected directly are called on the thread that placed the
+    /// order, with no lock of the library held but what that thread held already: on the file thread that is
+    /// the registry.
     void sigPlaceOrders(QVector<TC::COrderParam> orders);
     void sigCancelOrder(int taskId);
     /// For the host; nothing here emits it.
@@ -145,11 +149,11 @@ public slots:
     void slotDbfCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
 
 private:
+    void connectOwnSignals();
     void connectHost();
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();
-    bool isRefusing() const;
     void renewStrategy(int channel);
 
     struct CThreads;
@@ -162,7 +166,6 @@ private:
     std::unique_ptr<CThreads> m_threads;
     std::vector<QMetaObject::Connection> m_hostConnections;
     COrderStrategyMap* m_pInHand = nullptr; ///< strategies of the batch in hand; the service's thread alone
-    std::atomic<bool> m_bClosed{false};
     knservice::TradeInterfaceList m_interfaces;
 };
 

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -112,6 +113,35 @@ TEST_F(OrderService, OrdersMayComeFromAnyThread) {
         producer.join();
     service().shutdown();
     EXPECT_EQ(host.commands().size(), 100u);
+}
+
+TEST_F(OrderService, DirectReceiversOfOrdersAndCancelsAreCalledWithoutALock) {
+    addFileStrategy(3);
+    service().loadFromConfig(false);
+    // Another thread places an order with the registry locked, as a pass of the file loop does; the receiver
+    // waits for it, as it would for a strategy that the pass keeps locked.
+    const auto waitForAPass = [this] {
+        auto passed = std::async(std::launch::async, [this] {
+            service().visitStrategies([this](int, const COrderStrategyParam&) {
+                service().placeOrders({});
+                service().cancelOrder(9);
+            });
+        });
+        EXPECT_EQ(passed.wait_for(std::chrono::seconds(60)), std::future_status::ready);
+    };
+    const QThread* const mine = QThread::currentThread();
+    const auto isMine = [mine] { return QThread::currentThread() == mine; };
+    QObject::connect(
+        &service(), &COrderService::sigPlaceOrders, &service(), [&] { isMine() ? waitForAPass() : void(); },
+        Qt::DirectConnection);
+    QObject::connect(
+        &service(), &COrderService::sigCancelOrder, &service(), [&] { isMine() ? waitForAPass() : void(); },
+        Qt::DirectConnection);
+    service().placeorder(good());
+    service().cancelOrder(7);
+    service().shutdown();
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.trade.cancelled.size(), 3u);
 }
 
 TEST_F(OrderService, StrategyMayChangeWhileItsOrdersWaitForAQuote) {
