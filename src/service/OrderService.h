@@ -100,7 +100,8 @@ public:
     /// Strategies. 0 for success and -1 for failure unless stated; any thread; a call can wait for a pass of
     /// the file loop to end.
 
-    /// The new strategy's id, or -1 while no user is bound.
+    /// The new strategy's id, or -1 while no user is bound. The id of a strategy that loadFromConfig left out
+    /// over the user's limit is not given: the user's configuration still has that one.
     int addOrderStrategy(EOrderStrategyType type);
     /// Replaces the stopped strategy that has param.m_nChannel. `id` plays no part in the search.
     int updateOrderStrategy(int id, COrderStrategyParam param);

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace TC {
 namespace {
@@ -38,17 +39,24 @@ bool areAccountsLoggedIn(const CUserConfig& user, const COrderStrategyParam& str
     return true;
 }
 
-/// Whether the strategy should name an instrument and does not. Credit may leave it open; baskets are asked
-/// like all others, and whatever code theirs has does not count.
+/// Whether the strategy should name an instrument and does not. Credit may leave it open. Families that are
+/// not on the list, baskets among them, are asked like all others, but the code that theirs have does not
+/// count.
 bool lacksCode(const COrderStrategyParam& strategy) {
     switch (strategy.m_eTradeType) {
     case EOrderStrategyTradeType::Credit:
         return false;
-    case EOrderStrategyTradeType::Basket:
-    case EOrderStrategyTradeType::FutureBasket:
-        return true;
-    default:
+    case EOrderStrategyTradeType::Stock:
+    case EOrderStrategyTradeType::Future:
+    case EOrderStrategyTradeType::StockOption:
+    case EOrderStrategyTradeType::FutureOption:
+    case EOrderStrategyTradeType::SGT:
+    case EOrderStrategyTradeType::HGT:
+    case EOrderStrategyTradeType::Neeq:
+    case EOrderStrategyTradeType::Gold:
         return strategy.m_strCode.isEmpty();
+    default:
+        return true;
     }
 }
 
@@ -84,6 +92,9 @@ void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
     // Nobody stays logged in from one user to the next.
     if (m_pStrategies != nullptr && m_pStrategies != strategies) m_listeners.closeAll();
+    // Without a user nothing is forgotten: the same one may come back.
+    if (strategies != nullptr && strategies != std::exchange(m_pLastStrategies, strategies))
+        m_leftOut.clear();
     change([&] { m_pStrategies = strategies; });
 }
 
@@ -105,16 +116,18 @@ void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& fi
     const QList<int> channels = m_pStrategies->keys();
     for (const int channel : channels) {
         if (kept.contains(channel)) continue;
+        m_leftOut.insert(channel);
         leaveListener(*find(channel));
         change([&] { m_pStrategies->remove(channel); });
     }
 }
 
+/// The smallest number that no strategy has. One that the limit left out still has its own: the user's
+/// configuration keeps it, and a new strategy of that number would be saved in its place.
 int CStrategyRegistry::nextId() const {
     int id = 1;
-    for (auto it = m_pStrategies->keyBegin(); it != m_pStrategies->keyEnd(); ++it) {
-        if (*it == id) ++id;
-    }
+    while (m_pStrategies->contains(id) || m_leftOut.count(id) > 0)
+        ++id;
     return id;
 }
 
@@ -152,6 +165,7 @@ int CStrategyRegistry::remove(int id) {
     const std::lock_guard lock(m_mutex);
     int count = 0;
     change([&] { count = m_pStrategies != nullptr ? m_pStrategies->remove(id) : 0; });
+    if (count > 0) m_leftOut.erase(id);
     return count > 0 ? kSuccess : kFailure;
 }
 

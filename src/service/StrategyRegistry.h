@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <set>
 
 namespace TC {
 
@@ -30,7 +31,8 @@ public:
 
     void bind(COrderStrategyMap* strategies);
     bool isBound() const;
-    /// Erases the strategies that `filter` takes out of the map it is given.
+    /// Erases the strategies that `filter` takes out of the map it is given. Their numbers stay taken until
+    /// another user is bound.
     void filter(const std::function<void(COrderStrategyMap*)>& filter);
 
     int add(EOrderStrategyType type);
@@ -72,6 +74,8 @@ private:
     /// both are; nothing of the host is called under it.
     mutable std::mutex m_dataMutex;
     COrderStrategyMap* m_pStrategies = nullptr;
+    const COrderStrategyMap* m_pLastStrategies = nullptr; ///< of the last user; compared only
+    std::set<int> m_leftOut; ///< numbers of that user's strategies that were filtered out
     CStatusListener m_onStatus;
     CSocketListeners& m_listeners;
     bool m_bClosing = false;

@@ -51,6 +51,48 @@ TEST_F(StrategyRegistry, IdsFillTheFirstGap) {
     }
 }
 
+TEST_F(StrategyRegistry, NumberOfAStrategyThatTheLimitLeftOutIsNotGiven) {
+    for (const int channel : {1, 2, 3})
+        host.user.addStrategy(CStrategyBuilder().channel(channel).stopped());
+    host.user.maxStrategies = 2;
+    load();
+    ASSERT_EQ(service().getStrategyMap().keys(), (QList<int>{1, 2}));
+    EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 4);
+    load(); // the limit leaves the new one out, too
+    EXPECT_EQ(service().removeOrderStrategy(1), 0);
+    EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 1);
+    EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 5);
+}
+
+TEST_F(StrategyRegistry, NumbersLeftOutAreKeptOverALogOutAndForgottenWithAnotherUser) {
+    for (const int channel : {1, 2})
+        host.user.addStrategy(CStrategyBuilder().channel(channel).stopped());
+    host.user.maxStrategies = 1;
+    load();
+    host.user.loggedIn = false;
+    load();
+    host.user.loggedIn = true;
+    load();
+    EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 3);
+    COrderStrategyMap others;
+    host.user.strategyMap = &others;
+    load();
+    EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 1);
+    EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 2);
+}
+
+TEST_F(StrategyRegistry, NumberThatWasLeftOutIsFreeOnceItsStrategyIsRemoved) {
+    for (const int channel : {1, 2})
+        host.user.addStrategy(CStrategyBuilder().channel(channel).stopped());
+    host.user.maxStrategies = 1;
+    load();
+    host.user.maxStrategies = 2;
+    host.user.addStrategy(CStrategyBuilder().channel(2).stopped()); // the host brings it back
+    load();
+    EXPECT_EQ(service().removeOrderStrategy(2), 0);
+    EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 2);
+}
+
 TEST_F(StrategyRegistry, NewStrategyHasItsNameSourceAndVolumes) {
     load();
     const int id = service().addOrderStrategy(EOrderStrategyType::Signal);
@@ -213,6 +255,21 @@ TEST_F(StrategyRegistry, EmptyCodeIsANoteOnly) {
     EXPECT_EQ(start(), 0);
     EXPECT_EQ(error, QStringLiteral("代码不能为空"));
     EXPECT_TRUE(isRunning());
+}
+
+TEST_F(StrategyRegistry, CodeOfAFamilyThatIsNotOnTheListDoesNotCount) {
+    const struct {
+        int family;
+        bool isCounted;
+    } cases[] = {{0, true}, {2, false}, {4, true},  {5, true},  {6, false},  {7, false}, {8, false},
+                 {9, true}, {10, true}, {11, true}, {12, true}, {13, false}, {-1, false}};
+    for (const auto& row : cases) {
+        const auto family = static_cast<EOrderStrategyTradeType>(row.family);
+        host.user.addGroup(orderStrategyTradeTypeToBrokerType(family), "G", {{"A1", 1.0}});
+        add(stoppedFile().family(family));
+        EXPECT_EQ(start(), 0) << row.family;
+        EXPECT_EQ(error, row.isCounted ? QString() : QStringLiteral("代码不能为空")) << row.family;
+    }
 }
 
 TEST_F(StrategyRegistry, EmptyCodeOfAFutureHasItsOwnNoteAndOfCreditNone) {

@@ -128,7 +128,7 @@ public:
     TC::CAccountPtr getAccountData(const QString& key) const override;
     TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting which) const override;
     TC::CBasketMap getBaskets() const override { return baskets; }
-    TC::COrderStrategyMap* getStrategyMap() override { return &strategies; }
+    TC::COrderStrategyMap* getStrategyMap() override { return strategyMap; }
 
     void addAccount(const std::string& key, TC::EQDBrokerType broker = TC::EQDBrokerType::Stock);
     /// members: account key and ratio.
@@ -159,6 +159,7 @@ public:
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaults;
     TC::CBasketMap baskets;
     TC::COrderStrategyMap strategies;
+    TC::COrderStrategyMap* strategyMap = &strategies; ///< what the service gets
     mutable CCalls<CAccountsCall> accountsCalls;
     mutable CCalls<CPriceTypeCall> priceTypeCalls;
 };
