@@ -5,6 +5,8 @@
 #include "gates/IntakePause.h"
 #include "intake/LineReader.h"
 #include "intake/OrderFileParser.h"
+#include "platform/HostCall.h"
+#include "platform/HostReports.h"
 #include "platform/IntakeAudit.h"
 #include "platform/UserConfig.h"
 
@@ -18,6 +20,7 @@
 #include <cstring>
 #include <exception>
 #include <stdexcept>
+#include <utility>
 
 namespace TC {
 namespace {
@@ -86,19 +89,42 @@ CFileService::CFileService(IOrderGate& gate, IStrategyRegistry& registry)
 void CFileService::startFileServer() {
     double last = utils::getTime() * kMillisecondsPerSecond;
     while (!m_bStopped) {
-        const CUserConfig* user = getUserConfig();
-        const int interval = user != nullptr ? user->getMinFileServiceInterval() : kShortestSleep;
+        const int interval = readInterval();
         const double now = utils::getTime() * kMillisecondsPerSecond;
         if (now - (interval + last) > kTimeTolerance) {
             last = now;
             try {
                 tryOrder();
+                m_strLastFailure.clear();
             } catch (...) {
                 // The strategies behind the one that failed have their turn in the next pass.
+                reportOnce(QStringLiteral("文件单轮询中断"));
             }
         }
         if (interval >= kShortestSleep) utils::sleep(interval / kMillisecondsPerSecond);
     }
+}
+
+/// The interval that the host gives, or a calm one while it cannot.
+int CFileService::readInterval() {
+    constexpr int kWhileUnknown = 1000;
+    try {
+        const CUserConfig* user = getUserConfig();
+        const int interval =
+            user != nullptr ? hostCall<&CUserConfig::getMinFileServiceInterval>.on(*user) : kShortestSleep;
+        m_bIntervalFailed = false;
+        return interval;
+    } catch (...) {
+        if (!std::exchange(m_bIntervalFailed, true)) reportFailure(QStringLiteral("文件单轮询间隔未知"));
+        return kWhileUnknown;
+    }
+}
+
+/// In a catch block. A pass that fails fails again at every look: the same words are shown once, until a
+/// pass succeeds.
+void CFileService::reportOnce(const QString& text) {
+    const QString failure = text + exceptionText();
+    if (std::exchange(m_strLastFailure, failure) != failure) reportFailure(text);
 }
 
 void CFileService::stop() {
@@ -127,6 +153,10 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     try {
         parser.expectBytes(fileSize(stream.get()));
         readLines(reader, parser, report);
+    } catch (const CHostError& error) {
+        cutShort(report, QString::fromUtf8(error.what()));
+        reportFailure(utils::fillText(QStringLiteral("通道号: %1, 文件单 %2 未读完"),
+                                      {QString::number(channel), strategy.m_strSignalSource}));
     } catch (const boost::bad_lexical_cast&) {
         cutShort(report, QStringLiteral("a number cannot be read"));
     } catch (const std::exception& error) {
@@ -158,7 +188,9 @@ bool CFileService::readOrderFile(int channel, const COrderStrategyParam& strateg
     if (strategy.m_strSignalSource.isEmpty()) return false;
     // Enciphered files and tables are not read yet; the registry refuses to start such strategies.
     const CUserConfig* user = getUserConfig();
-    if (strategy.m_nAccountMode != 0 || user == nullptr || user->hasOrderEncryptionService()) return false;
+    if (strategy.m_nAccountMode != 0 || user == nullptr ||
+        hostCall<&CUserConfig::hasOrderEncryptionService>.on(*user))
+        return false;
 
     const std::string source = utils::toPathBytes(strategy.m_strSignalSource);
     tmpPath = source + kTmpSuffix;

@@ -39,12 +39,16 @@ private:
     void orderStrategyParamPair(int channel, const COrderStrategyParam& strategy);
     bool readOrderFile(int channel, const COrderStrategyParam& strategy, std::string& tmpPath,
                        CFileStream& stream);
+    int readInterval();
+    void reportOnce(const QString& text);
     void tellLeftWaiting(int channel, const COrderStrategyParam& strategy, const char* cause);
 
     IOrderGate& m_gate;
     IStrategyRegistry& m_registry;
     CHostLinePort m_port;
     std::set<std::string> m_leftWaiting; ///< .tmp paths of files that could not be taken, already told
+    QString m_strLastFailure;            ///< of the last pass, as reported; empty after a good one
+    bool m_bIntervalFailed = false;
     std::atomic<bool> m_bStopped{false};
 };
 
