@@ -111,6 +111,12 @@ void showDoor(std::ostream& out, const CJson& record) {
     out << optional(", ", record, "peer") << optional(": ", record, "cause");
 }
 
+void showIncident(std::ostream& out, const CJson& record) {
+    out << word(record, "event") << optional(", channel ", record, "channel");
+    if (number(record, "orders") != 0) out << ", " << word(record, "orders") << " orders";
+    out << optional(", task ", record, "task") << optional(": ", record, "cause");
+}
+
 void showMessage(std::ostream& out, const CJson& record) {
     out << word(record, "text");
 }
@@ -142,9 +148,12 @@ struct CKindText {
 };
 
 constexpr CKindText kKindTexts[] = {
-    {"started", showStarted}, {"strategy", showStrategy},      {"intake", showIntake},   {"door", showDoor},
-    {"message", showMessage}, {"trade_error", showTradeError}, {"command", showCommand}, {"order", showOrder},
-    {"fill", showFill},       {"cancel_task", showCancelTask},
+    {"started", showStarted},   {"strategy", showStrategy},
+    {"intake", showIntake},     {"door", showDoor},
+    {"message", showMessage},   {"trade_error", showTradeError},
+    {"command", showCommand},   {"order", showOrder},
+    {"fill", showFill},         {"cancel_task", showCancelTask},
+    {"incident", showIncident},
 };
 
 /// For kinds without a text of their own: every key but those that stand at the head of the line.

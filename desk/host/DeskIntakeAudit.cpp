@@ -6,6 +6,31 @@
 
 namespace desk {
 
+void noteIncident(CJournal& journal, CTextSink& sink, const TC::CIncidentReport& report) {
+    (void)journal.append("incident", incidentFields(report));
+    const std::string cause = report.m_strCause.toStdString();
+    switch (report.m_eIncident) {
+    case TC::EIncident::OrdersDropped:
+        sink.writeLine("channel " + std::to_string(report.m_nChannel) + ": " +
+                       std::to_string(report.m_nOrders) + " orders not sent: " + cause);
+        break;
+    case TC::EIncident::CancelNotDone:
+        sink.writeLine("cancel of task " + std::to_string(report.m_nTaskId) + " not done: " + cause);
+        break;
+    case TC::EIncident::HostFailed:
+        sink.writeLine("a message could not be shown: " + cause);
+        break;
+    }
+}
+
+void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std::string& cause) {
+    TC::CIncidentReport report;
+    report.m_eIncident = TC::EIncident::CancelNotDone;
+    report.m_nTaskId = taskId;
+    report.m_strCause = QString::fromStdString(cause);
+    noteIncident(journal, sink, report);
+}
+
 void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     // Where the journal refuses, the commands of these orders are refused too, and told one by one.
     (void)m_journal.append("intake", intakeFields(report));
@@ -25,6 +50,10 @@ void CDeskIntakeAudit::recordDoor(const TC::CDoorReport& report) {
     m_sink.writeLine("the listener on " + report.m_strSource.toStdString() +
                      " serves nobody any more: " + report.m_strPeer.toStdString() + " sent " +
                      report.m_strCause.toStdString() + "; stop the strategy and start it again");
+}
+
+void CDeskIntakeAudit::recordIncident(const TC::CIncidentReport& report) {
+    noteIncident(m_journal, m_sink, report);
 }
 
 } // namespace desk

@@ -21,6 +21,9 @@ CJson intakeFields(const TC::CIntakeReport& report);
 /// `loopback` tells whether only this machine can reach the listener.
 CJson doorFields(const TC::CDoorReport& report);
 
+/// Kind `incident`: `event` is orders_dropped, cancel_not_done or host_failed.
+CJson incidentFields(const TC::CIncidentReport& report);
+
 /// Kind `message`.
 CJson messageFields(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level);
 

@@ -244,6 +244,10 @@ void CAudit::recordDoor(const TC::CDoorReport& report) {
     if (onRecord) onRecord();
 }
 
+void CAudit::recordIncident(const TC::CIncidentReport& report) {
+    m_records.record([&] { incidents.push_back(report); });
+}
+
 } // namespace fake
 
 CFakeHost::CFakeHost() {

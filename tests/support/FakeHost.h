@@ -307,9 +307,11 @@ public:
     explicit CAudit(CRecords& records) : m_records(records) {}
     void recordIntake(const TC::CIntakeReport& report) override;
     void recordDoor(const TC::CDoorReport& report) override;
+    void recordIncident(const TC::CIncidentReport& report) override;
 
     std::vector<TC::CIntakeReport> reports;
     std::vector<TC::CDoorReport> doors;
+    std::vector<TC::CIncidentReport> incidents;
     std::function<void()> onRecord;
 
 private:
