@@ -146,7 +146,8 @@ TEST_F(PaperHost, CancelTaskIsJournalledCarriedOutAndAnswered) {
     client.cancelTask(99, TC::kTaskOpCancel, "", "撤单", "20260105", answer, 0);
     client.cancelTask(99, TC::kTaskOpCancel, "", "撤单", "20260105", {}, 0);
     EXPECT_EQ(answers, (std::vector<int>{0, kPaperBadRequest}));
-    EXPECT_EQ(kinds(), (CTexts{"started", "order", "cancel_task", "order", "cancel_task", "cancel_task"}));
+    EXPECT_EQ(kinds(), (CTexts{"started", "order", "cancel_task", "order", "cancel_task", "incident",
+                               "cancel_task", "incident"}));
     EXPECT_EQ(order(1).m_strReason, "撤单");
 }
 
