@@ -71,6 +71,8 @@ void showCommand(std::ostream& out, const CJson& record) {
     static const CJson kNone = CJson::array();
     const auto found = record.find("codes");
     const CJson& codes = found != record.end() && found->is_array() ? *found : kNone;
+    if (record.contains("task"))
+        out << (record["task"].is_null() ? "no task" : "task " + word(record, "task")) << ", ";
     out << "family " << familyWord(record) << ", " << codes.size()
         << (codes.size() == 1 ? " order" : " orders") << optional(", remark: ", record, "remark");
     if (word(record, "force_confirm") == "true") out << ", to be confirmed";
@@ -117,7 +119,7 @@ void showMessage(std::ostream& out, const CJson& record) {
 
 void showTradeError(std::ostream& out, const CJson& record) {
     out << word(record, "text") << optional(" (", record, "title")
-        << (word(record, "title") == "-" ? "" : ")");
+        << (word(record, "title") == "-" ? "" : ")") << optional(", command #", record, "command");
 }
 
 void showStrategy(std::ostream& out, const CJson& record) {

@@ -26,7 +26,8 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
     if (result.isSuccess())
-        result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent());
+        result =
+            m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(), m_journal.lastTask());
     m_strTradingDay = m_exchange.getMaxTradingDay();
     if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
     return result;

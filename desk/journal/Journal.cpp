@@ -56,6 +56,7 @@ utils::KNError CJournal::open(const std::string& folder) {
     m_nDescriptor = descriptor;
     m_nLastSeq = tail.m_nLastSeq;
     m_nLastBrokerEvent = tail.m_nLastBrokerEvent;
+    m_nLastTask = tail.m_nLastTask;
     m_bHalfLine = tail.m_bHalfLine;
     m_failure = {};
     const CJson fields{{"recovered", tail.m_bHalfLine}, {"pid", static_cast<std::int64_t>(::getpid())}};
@@ -103,6 +104,11 @@ std::int64_t CJournal::lastSeq() const {
 std::int64_t CJournal::lastBrokerEvent() const {
     const std::lock_guard lock(m_mutex);
     return m_nLastBrokerEvent;
+}
+
+int CJournal::lastTask() const {
+    const std::lock_guard lock(m_mutex);
+    return m_nLastTask;
 }
 
 utils::KNError CJournal::close(const std::string& reason) {

@@ -58,6 +58,10 @@ public:
     /// where there was none. The paper broker delivers again what comes after it.
     std::int64_t lastBrokerEvent() const;
 
+    /// Number of the last task that a `command` record of the file named when it was opened; 0 if there was
+    /// none. The paper broker gives no task a number up to it.
+    int lastTask() const;
+
     /// Number of the last record written.
     std::int64_t lastSeq() const;
 
@@ -76,6 +80,7 @@ private:
     std::string m_strPath;
     std::int64_t m_nLastSeq = 0;
     std::int64_t m_nLastBrokerEvent = 0;
+    int m_nLastTask = 0;
     std::int64_t m_nRefused = 0;
     bool m_bHalfLine = false; ///< the file ends within a line
     utils::KNError m_failure;

@@ -6,6 +6,7 @@
 #include "records/StrategyParam.h"
 #include "records/Task.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,8 +14,9 @@
 /// type letter; enumerations are their numbers; values that nobody has set are null. Pure; any thread.
 namespace desk {
 
-/// Kind `command`: every field of the command and of its codes; an account is its key.
-CJson commandFields(const TC::COrderComandParam& command);
+/// Kind `command`: the task, then every field of the command and of its codes; an account is its key.
+/// `task` is the number that cancels the command; none: it was refused, and the key is null.
+CJson commandFields(const TC::COrderComandParam& command, std::optional<int> task);
 
 /// Kind `intake`.
 CJson intakeFields(const TC::CIntakeReport& report);

@@ -20,11 +20,26 @@ namespace {
 /// long day of other records parses none of them.
 constexpr std::string_view kEventHeads[] = {R"({"kind":"order",)", R"({"kind":"fill",)"};
 
+constexpr std::string_view kCommandHead = R"({"kind":"command",)";
+/// The task follows the keys that every line has. Commands without one are not parsed: those that were
+/// refused, and all that older desks wrote.
+constexpr std::string_view kTaskKey = R"("task":)";
+constexpr std::size_t kTaskEnd = 128;
+
+bool beginsWith(std::string_view line, std::string_view head) {
+    return line.substr(0, head.size()) == head;
+}
+
 bool isBrokerEvent(std::string_view line) {
     for (const std::string_view head : kEventHeads) {
-        if (line.substr(0, head.size()) == head) return true;
+        if (beginsWith(line, head)) return true;
     }
     return false;
+}
+
+bool isCommandWithTask(std::string_view line) {
+    return beginsWith(line, kCommandHead) &&
+           line.substr(0, kTaskEnd).find(kTaskKey) != std::string_view::npos;
 }
 
 /// The number under the key, or 0 where the line is damaged or has none.
@@ -39,11 +54,17 @@ void readTail(std::string_view text, CJournalTail& tail) {
     tail.m_bHalfLine = text.back() != '\n';
     const std::size_t end = text.rfind('\n');
     text = end == std::string_view::npos ? std::string_view() : text.substr(0, end);
-    while (!text.empty() && (tail.m_nLastSeq == 0 || tail.m_nLastBrokerEvent == 0)) {
+    const auto isComplete = [&] {
+        return tail.m_nLastSeq != 0 && tail.m_nLastBrokerEvent != 0 && tail.m_nLastTask != 0;
+    };
+    while (!text.empty() && !isComplete()) {
         const std::size_t newline = text.rfind('\n');
         const std::string_view line = newline == std::string_view::npos ? text : text.substr(newline + 1);
         if (tail.m_nLastSeq == 0) tail.m_nLastSeq = numberIn(line, "seq");
-        if (isBrokerEvent(line)) tail.m_nLastBrokerEvent = numberIn(line, "event");
+        if (tail.m_nLastBrokerEvent == 0 && isBrokerEvent(line))
+            tail.m_nLastBrokerEvent = numberIn(line, "event");
+        if (tail.m_nLastTask == 0 && isCommandWithTask(line))
+            tail.m_nLastTask = static_cast<int>(numberIn(line, "task"));
         text = newline == std::string_view::npos ? std::string_view() : text.substr(0, newline);
     }
 }

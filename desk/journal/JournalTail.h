@@ -11,6 +11,7 @@ namespace desk {
 struct CJournalTail {
     std::int64_t m_nLastSeq = 0;         ///< of the last whole record
     std::int64_t m_nLastBrokerEvent = 0; ///< of the last whole `order` or `fill` record
+    int m_nLastTask = 0;                 ///< of the last whole `command` record that has a task
     bool m_bHalfLine = false;            ///< the file ends within a line
 };
 

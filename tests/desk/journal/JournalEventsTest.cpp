@@ -48,8 +48,8 @@ TC::COrderComandParam fullCommand() {
 
 TEST(JournalEvents, CommandCarriesEveryFieldUnderItsName) {
     EXPECT_EQ(
-        commandFields(fullCommand()).dump(),
-        R"({"trader_type":1,"hedge_type":0,"btn_type":0,"codes":[{"account":"A1","hedge_flag":49,)"
+        commandFields(fullCommand(), 7).dump(),
+        R"({"task":7,"trader_type":1,"hedge_type":0,"btn_type":0,"codes":[{"account":"A1","hedge_flag":49,)"
         R"("operation_type":18,"order_type":0,"position_type":2,"stock":{"market":"SH","code":"600000",)"
         R"("name":"浦发银行","product_id":"P"},"price_type":11,"price":10.01,"volume":300,"user_id":"user",)"
         R"("entrust_type":3,"contract_text":"contract","repay_text":"repay","quantity_kind":48,"quantity":300.5,)"
@@ -62,7 +62,7 @@ TEST(JournalEvents, CommandCarriesEveryFieldUnderItsName) {
 TEST(JournalEvents, WhatNobodySetInACommandIsNull) {
     TC::COrderComandParam command;
     command.m_codes.emplace_back();
-    const CJson fields = commandFields(command);
+    const CJson fields = commandFields(command, {});
     EXPECT_TRUE(fields["trader_type"].is_null());
     EXPECT_TRUE(fields["strategy_type"].is_null());
     const CJson& code = fields["codes"][0];
@@ -73,15 +73,20 @@ TEST(JournalEvents, WhatNobodySetInACommandIsNull) {
     }
 }
 
+TEST(JournalEvents, CommandThatWasRefusedHasNoTask) {
+    const CJson fields = commandFields({}, {});
+    EXPECT_TRUE(fields.contains("task") && fields["task"].is_null());
+}
+
 TEST(JournalEvents, CommandWithoutCodesHasAnEmptyList) {
-    EXPECT_EQ(commandFields({})["codes"].dump(), "[]");
+    EXPECT_EQ(commandFields({}, {})["codes"].dump(), "[]");
 }
 
 TEST(JournalEvents, ExtraOfACommandIsAnObject) {
     TC::COrderComandParam command;
     // {"a": 1} as a document: length, int32 field "a", value, end.
     command.m_extra = bson::BSONObj({12, 0, 0, 0, 0x10, 'a', 0, 1, 0, 0, 0, 0});
-    const CJson extra = commandFields(command)["extra"];
+    const CJson extra = commandFields(command, {})["extra"];
     ASSERT_TRUE(extra.is_object()) << extra.dump();
     EXPECT_TRUE(extra.contains("a"));
 }
@@ -89,7 +94,7 @@ TEST(JournalEvents, ExtraOfACommandIsAnObject) {
 TEST(JournalEvents, NumberThatIsNoneIsNull) {
     TC::COrderComandParam command;
     command.m_codes.emplace_back().m_dPrice = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_NE(commandFields(command).dump().find("\"price\":null"), std::string::npos);
+    EXPECT_NE(commandFields(command, {}).dump().find("\"price\":null"), std::string::npos);
 }
 
 TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhereItWasCutShort) {

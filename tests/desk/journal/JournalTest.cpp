@@ -87,6 +87,18 @@ TEST_F(JournalTest, OpeningRemembersTheLastWholeBrokerEvent) {
     EXPECT_EQ(m_journal.lastBrokerEvent(), 42);
 }
 
+TEST_F(JournalTest, OpeningRemembersTheLastTaskThatACommandHas) {
+    m_folder.append(kJournalFileName,
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":1,\"task\":41}\n"
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":2,\"task\":42}\n"
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":3,\"task\":null}\n"
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":4,\"remark\":\"as older desks wrote it\"}\n"
+                    "{\"kind\":\"cancel_task\",\"time\":\"t\",\"seq\":5,\"task\":99}\n"
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":6,\"task\":43");
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(m_journal.lastTask(), 42);
+}
+
 TEST_F(JournalTest, BytesThatAreNoUtf8AreReplacedAndTheRecordIsKept) {
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
     ASSERT_TRUE(m_journal.append("message", CJson{{"text", "a\xff z"}}).isSuccess());

@@ -46,6 +46,15 @@ TEST(JournalText, CommandShowsEachOrderOnALineOfItsOwn) {
                  "    A2  sell 100 SZ000001 at market (price type 12)\n");
 }
 
+TEST(JournalText, CommandTellsTheTaskThatCancelsIt) {
+    EXPECT_EQ(shown("command", R"("task":9,"trader_type":1,"codes":[])"),
+              kShown + "command  task 9, family stock, 0 orders\n");
+    EXPECT_EQ(shown("command", R"("task":null,"trader_type":1,"codes":[])"),
+              kShown + "command  no task, family stock, 0 orders\n");
+    EXPECT_EQ(shown("trade_error", R"("text":"x","title":"command refused","command":5)"),
+              kShown + "trade_error  x (command refused), command #5\n");
+}
+
 TEST(JournalText, FamiliesAndOperationsHaveTheirWords) {
     EXPECT_EQ(shown("command",
                     R"("trader_type":8,"codes":[{"account":"C1","operation_type":25,"price_type":11,)"

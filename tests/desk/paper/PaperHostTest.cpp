@@ -8,6 +8,7 @@
 #include "desk/host/PaperTradeClient.h"
 #include "desk/host/PaperTraderCenter.h"
 
+#include "desk/journal/JournalEvents.h"
 #include "gates/IntakePause.h"
 #include "tests/desk/paper/PaperDesk.h"
 
@@ -65,11 +66,45 @@ TEST_F(PaperHost, CommandIsJournalledBeforeItsOrders) {
     EXPECT_EQ(kinds(), (CTexts{"started", "command", "order", "fill", "order"}));
     const CJson order = record(4);
     EXPECT_EQ(order["command"], 2) << "the order names its command";
+    EXPECT_EQ(record(1)["task"], 1) << "the command names the task of its orders";
+    EXPECT_EQ(order["task"], 1);
     EXPECT_EQ(order["event"], 3);
     EXPECT_EQ(order["status"], "filled");
     EXPECT_EQ(order["price"], 10.0);
     EXPECT_EQ(record(3)["volume"], 200);
     EXPECT_EQ(m_shown.str(), "");
+}
+
+TEST_F(PaperHost, TasksOfCommandsAreThoseOfTheirOrdersWhateverWasRefusedBetween) {
+    CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
+    client.orderCommands(command({buy(100, 9.50)}));
+    {
+        // The journal is far from this size.
+        const CFullDisk disk(std::filesystem::file_size(m_folder.file("paper.db-wal")));
+        client.orderCommands(command({buy(100, 9.60)}));
+    }
+    client.orderCommands(command({buy(100, 9.70)}));
+    EXPECT_EQ(kinds(), (CTexts{"started", "command", "order", "command", "trade_error", "command", "order"}));
+    EXPECT_EQ(record(1)["task"], 1);
+    EXPECT_EQ(record(3)["task"], 2);
+    EXPECT_EQ(record(4)["command"], record(3)["seq"]) << "the error names the command that failed";
+    EXPECT_EQ(record(5)["task"], 3) << "a number is never given to two commands";
+    EXPECT_EQ(record(6)["task"], 3);
+    EXPECT_FALSE(m_broker->hasTask(2));
+}
+
+TEST_F(PaperHost, TaskOfARecordedCommandIsNotGivenAgainAfterACrash) {
+    std::int64_t seq = 0;
+    const int recorded = m_broker->reserveTask();
+    ASSERT_TRUE(m_journal.append("command", commandFields({}, recorded), &seq).isSuccess());
+    CJournal journal; // the process was killed here, before the command was stored
+    ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
+    CPaperBroker broker(m_quotes, {});
+    ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent(), journal.lastTask())
+                    .isSuccess());
+    CPaperOrderClient(journal, broker, m_sink, false).orderCommands(command({buy(100, 9.50)}));
+    ASSERT_EQ(broker.tasks().size(), 1U);
+    EXPECT_EQ(broker.tasks().front().m_nId, recorded + 1);
 }
 
 TEST_F(PaperHost, CommandWithoutCodesIsTakenAndNoCommandIsNothing) {
@@ -97,6 +132,7 @@ TEST_F(PaperHost, CommandToBeConfirmedIsDeclinedUnlessTheDeskTakesSuch) {
     EXPECT_EQ(kinds(), (CTexts{"started", "command", "trade_error"}));
     EXPECT_EQ(record(2)["command"], 2);
     EXPECT_EQ(record(2)["text"], "it must be confirmed and nobody can be asked");
+    EXPECT_TRUE(record(1)["task"].is_null()) << "what was declined has no task";
     EXPECT_EQ(m_shown.str(), "command refused: it must be confirmed and nobody can be asked\n");
 
     CPaperOrderClient(m_journal, *m_broker, m_sink, true).orderCommands(forced);
