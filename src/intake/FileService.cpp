@@ -85,7 +85,7 @@ CFileService::CFileService(IOrderGate& gate, IStrategyRegistry& registry)
 
 void CFileService::startFileServer() {
     double last = utils::getTime() * kMillisecondsPerSecond;
-    while (!m_bStopped) {
+    while (!m_stop.isMade()) {
         const CUserConfig* user = getUserConfig();
         const int interval = user != nullptr ? user->getMinFileServiceInterval() : kShortestSleep;
         const double now = utils::getTime() * kMillisecondsPerSecond;
@@ -97,17 +97,17 @@ void CFileService::startFileServer() {
                 // The strategies behind the one that failed have their turn in the next pass.
             }
         }
-        if (interval >= kShortestSleep) utils::sleep(interval / kMillisecondsPerSecond);
+        if (interval >= kShortestSleep) utils::sleepUnlessStopped(interval / kMillisecondsPerSecond, m_stop);
     }
 }
 
 void CFileService::stop() {
-    m_bStopped = true;
+    m_stop.make();
 }
 
 void CFileService::tryOrder() {
     if (CIntakePause::isPaused()) {
-        utils::sleep(kPausedSleepSeconds);
+        utils::sleepUnlessStopped(kPausedSleepSeconds, m_stop);
         return;
     }
     m_registry.visitStrategies([this](int channel, const COrderStrategyParam& strategy) {

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/StopRequest.h"
 #include "gates/OrderGate.h"
 #include "gates/StrategyRegistry.h"
 #include "intake/HostLinePort.h"
 #include "records/StrategyParam.h"
 
-#include <atomic>
 #include <cstdio>
 #include <memory>
 #include <set>
@@ -28,11 +28,11 @@ public:
     /// The body of the file thread: a pass every polling interval until stop is called. A pass is skipped
     /// while intake is paused, and what an exception leaves of a pass waits for the next.
     void startFileServer();
-    /// Lets startFileServer return after the pass in hand. Any thread.
+    /// Lets startFileServer return: after the pass in hand, or at once if it sleeps. Any thread.
     void stop();
 
     /// One pass over all strategies, with the registry locked for the whole of it. While intake is paused it
-    /// sleeps instead.
+    /// sleeps instead, at most until stop is called.
     void tryOrder();
 
 private:
@@ -45,7 +45,7 @@ private:
     IStrategyRegistry& m_registry;
     CHostLinePort m_port;
     std::set<std::string> m_leftWaiting; ///< .tmp paths of files that could not be taken, already told
-    std::atomic<bool> m_bStopped{false};
+    utils::CStopRequest m_stop;
 };
 
 } // namespace TC

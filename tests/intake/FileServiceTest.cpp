@@ -1,5 +1,7 @@
 #include "intake/FileService.h"
 
+#include "base/Clock.h"
+#include "base/StopRequest.h"
 #include "gates/IntakePause.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
@@ -12,6 +14,7 @@
 
 #include <atomic>
 #include <functional>
+#include <future>
 #include <memory>
 #include <stdexcept>
 #include <thread>
@@ -315,7 +318,7 @@ TEST_F(FileService, LoopSleepsTheIntervalBetweenPasses) {
     gate.onPlace = [this] { service.stop(); };
     service.startFileServer();
     // The first look comes when more than one interval has gone by.
-    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05}));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05}));
     EXPECT_EQ(gate.batches.size(), 1u);
 }
 
@@ -330,7 +333,7 @@ TEST_F(FileService, LoopReadsTheIntervalAnewAndCountsFromTheLastPass) {
     };
     service.startFileServer();
     // The pass ends its own round with the interval that was read before it.
-    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05, 0.02}));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05}));
     EXPECT_EQ(registry.visits, 2);
 }
 
@@ -344,7 +347,7 @@ TEST_F(FileService, PausedLoopLooksAgainAfterItsPauseAndTheInterval) {
     };
     gate.onPlace = [this] { service.stop(); };
     service.startFileServer();
-    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.8, 0.05, 0.05}));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.8, 0.05}));
     EXPECT_EQ(registry.visits, 1);
 }
 
@@ -398,6 +401,59 @@ TEST_F(FileService, LoopOutlivesAnExceptionOfAPass) {
     service.startFileServer();
     EXPECT_EQ(gate.batches.size(), 2u);
     EXPECT_FALSE(folder.exists("b.txt"));
+}
+
+TEST_F(FileService, AStopBeforeASleepIsNotSleptOut) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "");
+    host.user.interval = 15000;
+    gate.onPlace = [this] { service.stop(); };
+    service.startFileServer();
+    // The two sleeps lie before the pass; the one behind it does not begin.
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{15, 15}));
+}
+
+/// A clock whose sleeps last until they are stopped.
+class CLastingClock : public utils::IClock {
+public:
+    CLastingClock() { utils::installClock(this); }
+    ~CLastingClock() override { utils::installClock(nullptr); }
+    double time() override { return m_dNow += 1000; }
+    void sleep(double) override { throw std::logic_error("a sleep that cannot be stopped"); }
+    void sleepUnlessStopped(double seconds, const utils::CStopRequest& stop) override {
+        if (seconds != lastingSeconds) return;
+        asleep.set_value();
+        stop.waitFor(60);
+        EXPECT_TRUE(stop.isMade());
+    }
+    QDateTime currentDateTime() override { return {}; }
+
+    double lastingSeconds = 0;
+    std::promise<void> asleep;
+
+private:
+    double m_dNow = 0;
+};
+
+/// Runs the loop until it is in a sleep of that length, and stops it there.
+void stopAsleep(CFileService& service, double seconds) {
+    CLastingClock clock;
+    clock.lastingSeconds = seconds;
+    std::thread loop([&] { service.startFileServer(); });
+    clock.asleep.get_future().wait();
+    service.stop();
+    loop.join();
+}
+
+TEST_F(FileService, AStopWakesTheLoopFromItsInterval) {
+    host.user.interval = 15000;
+    stopAsleep(service, 15);
+}
+
+TEST_F(FileService, AStopWakesAPausedLoop) {
+    const CIntakePause pause;
+    host.user.interval = 50;
+    stopAsleep(service, 0.8);
 }
 
 TEST_F(FileService, ShortIntervalSpinsOnTheClock) {
