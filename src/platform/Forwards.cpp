@@ -25,25 +25,32 @@ void showServiceMsg(const QString& text) {
 namespace {
 
 template<typename Report>
-void tellSafely(void (CIntakeAudit::*record)(const Report&), const Report& report) {
+void tellSafely(void (CIntakeAudit::*record)(const Report&), const Report& report, const QString& source) {
     try {
         (CIntakeAudit::instance().*record)(report);
     } catch (...) {
         if (!utils::CLogCenter::logEnabled()) return;
         utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, nullptr, __FUNCTION__,
-                               "the audit did not record what came in by " +
-                                   report.m_strSource.toStdString());
+                               "the audit did not record what came in by " + source.toStdString());
     }
 }
 
 } // namespace
 
 void tellAudit(const CIntakeReport& report) {
-    tellSafely(&CIntakeAudit::recordIntake, report);
+    tellSafely(&CIntakeAudit::recordIntake, report, report.m_strSource);
 }
 
 void tellAudit(const CDoorReport& report) {
-    tellSafely(&CIntakeAudit::recordDoor, report);
+    tellSafely(&CIntakeAudit::recordDoor, report, report.m_strSource);
+}
+
+void tellAudit(const CDiscardReport& report) {
+    tellSafely(&CIntakeAudit::recordDiscard, report, report.m_strSource);
+}
+
+void tellAuditOfUnplaced(const QVector<COrderParam>& orders) {
+    tellSafely(&CIntakeAudit::recordUnplaced, orders, QStringLiteral("the backlog"));
 }
 
 std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_view name) {

@@ -2,8 +2,10 @@
 
 #include "platform/HostService.h"
 #include "records/Enums.h"
+#include "records/OrderParam.h"
 
 #include <QString>
+#include <QVector>
 
 namespace TC {
 
@@ -40,6 +42,15 @@ struct CDoorReport {
     QString m_strCause;  ///< for people; empty where there is nothing to explain
 };
 
+/// A file that is deleted unread: it lay at a strategy's path when the strategy was started.
+struct CDiscardReport {
+    EOrderStrategyType m_eStrategyType = EOrderStrategyType::File;
+    int m_nChannel = 0;
+    QString m_strSource;    ///< path
+    long long m_nLines = 0; ///< a last line without a line end counts; -1: the file cannot be read
+    long long m_nBytes = 0; ///< -1: the file cannot be read
+};
+
 /// Wants to know what came in, so that a journal can tell how many orders a file held. Called on the thread
 /// of the door, before the orders are handed on; must not throw. A host without a journal does nothing here.
 class CIntakeAudit : public CHostService<CIntakeAudit> {
@@ -50,10 +61,20 @@ public:
 
     /// On the thread of the door, or with the registry locked on the thread that starts or stops a strategy.
     virtual void recordDoor(const CDoorReport& report) = 0;
+
+    /// A file is about to be deleted unread. With the registry locked on the thread that starts a strategy.
+    /// Empty files are not reported. Does nothing unless the host overrides it.
+    virtual void recordDiscard(const CDiscardReport& /*report*/) {}
+
+    /// The orders of one batch that were accepted and are not worked off, because the host called
+    /// COrderService::dropBacklog. On the service's thread. Does nothing unless the host overrides it.
+    virtual void recordUnplaced(const QVector<COrderParam>& /*orders*/) {}
 };
 
 /// Tells the installed audit. One that throws against its word costs its record and no order.
 void tellAudit(const CIntakeReport& report);
 void tellAudit(const CDoorReport& report);
+void tellAudit(const CDiscardReport& report);
+void tellAuditOfUnplaced(const QVector<COrderParam>& orders);
 
 } // namespace TC

@@ -7,6 +7,7 @@
 #include "check/Reports.h"
 #include "intake/FileService.h"
 #include "platform/ExchangeClient.h"
+#include "platform/IntakeAudit.h"
 #include "platform/MsgService.h"
 #include "platform/TradeClient.h"
 #include "platform/TradeFrameworkSource.h"
@@ -132,6 +133,10 @@ void COrderService::shutdown() {
     m_threads->service.wait();
 }
 
+void COrderService::dropBacklog() {
+    m_bDropping = true;
+}
+
 void COrderService::loadFromConfig(bool showMsg) {
     const std::lock_guard lock(m_registry->mutex());
     if (m_registry->isClosing()) return;
@@ -154,7 +159,7 @@ void COrderService::chooseVariant(const CUserConfig& user) {
     if (m_orderService) return;
     if (user.hasOrderService()) {
         m_orderService =
-            std::make_unique<COrderServiceUnion>([this](int channel) { renewStrategy(channel); });
+            std::make_unique<COrderServiceUnion>([this](int channel) { return beginOrder(channel); });
         m_pVariant = m_orderService.get();
     } else if (isSplitUser(&user)) {
         reportUnbuiltVariant();
@@ -282,6 +287,10 @@ void COrderService::slotNewTradingDate(std::string date) {
 }
 
 void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
+    if (m_bDropping) {
+        if (!orders.isEmpty()) tellAuditOfUnplaced(orders);
+        return;
+    }
     COrderServiceBase* variant = getOrderService();
     const bool isBound = m_registry->isBound();
     if (variant == nullptr) {
@@ -290,19 +299,27 @@ void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
     }
     // The variant works on copies, since checks can wait for quotes and the registry must stay open
     // meanwhile. Each order renews the copy of its strategy. A batch can come while another is in hand.
-    COrderStrategyMap strategies;
-    COrderStrategyMap* const outer = std::exchange(m_pInHand, &strategies);
-    variant->placeOrders(std::move(orders), isBound ? &strategies : nullptr);
+    CBatch batch;
+    CBatch* const outer = std::exchange(m_pInHand, &batch);
+    variant->placeOrders(orders, isBound ? &batch.strategies : nullptr);
     m_pInHand = outer;
+    if (batch.isCut) tellAuditOfUnplaced(orders.mid(batch.begun));
 }
 
-void COrderService::renewStrategy(int channel) {
-    if (m_pInHand == nullptr) return;
-    if (const auto strategy = m_registry->copyOne(channel)) {
-        m_pInHand->insert(channel, *strategy);
-    } else {
-        m_pInHand->remove(channel);
+/// False once the backlog is dropped; otherwise brings the batch's copy of the strategy up to date.
+bool COrderService::beginOrder(int channel) {
+    if (m_pInHand == nullptr) return true;
+    if (m_bDropping) {
+        m_pInHand->isCut = true;
+        return false;
     }
+    ++m_pInHand->begun;
+    if (const auto strategy = m_registry->copyOne(channel)) {
+        m_pInHand->strategies.insert(channel, *strategy);
+    } else {
+        m_pInHand->strategies.remove(channel);
+    }
+    return true;
 }
 
 void COrderService::slotCancelOrder(int taskId) {

@@ -62,6 +62,11 @@ public:
     /// message, strategies do not start, and a second call does nothing. Not on the service's own thread.
     void shutdown();
 
+    /// For a user who does not want to wait for shutdown any longer. The service finishes the order in hand
+    /// and drops all orders behind it; CIntakeAudit::recordUnplaced gets each batch that is dropped. Cancels
+    /// are still carried out. Any thread, before or while shutdown waits; cannot be undone.
+    void dropBacklog();
+
     /// The interfaces of the trade framework in the host's settings document. The host calls these three on
     /// one thread at a time, and links Qt Xml for the document.
 
@@ -155,9 +160,15 @@ private:
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();
-    void renewStrategy(int channel);
+    bool beginOrder(int channel);
 
     struct CThreads;
+    /// A batch that the variant is working on.
+    struct CBatch {
+        COrderStrategyMap strategies;
+        int begun = 0;      ///< orders that the variant has begun with
+        bool isCut = false; ///< the rest was dropped
+    };
 
     std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
@@ -166,7 +177,8 @@ private:
     std::unique_ptr<CFileService> m_fileService;
     std::unique_ptr<CThreads> m_threads;
     std::vector<QMetaObject::Connection> m_hostConnections;
-    COrderStrategyMap* m_pInHand = nullptr; ///< strategies of the batch in hand; the service's thread alone
+    CBatch* m_pInHand = nullptr; ///< the innermost one; the service's thread alone
+    std::atomic<bool> m_bDropping{false};
     knservice::TradeInterfaceList m_interfaces;
 };
 

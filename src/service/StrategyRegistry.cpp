@@ -1,7 +1,9 @@
 #include "service/StrategyRegistry.h"
 
+#include "base/FileCount.h"
 #include "base/Text.h"
 #include "check/AccountLookup.h"
+#include "platform/IntakeAudit.h"
 #include "platform/MsgService.h"
 #include "platform/TradeClient.h"
 #include "platform/TradingRules.h"
@@ -65,6 +67,19 @@ bool isRegularFile(const std::string& path) {
     return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+/// Tells the audit of a file that is to be deleted unread. An empty one holds nothing that could be missed.
+void tellDiscard(const COrderStrategyParam& strategy, const std::string& path) {
+    const auto count = utils::countFile(path);
+    if (count && count->bytes == 0) return;
+    CDiscardReport report;
+    report.m_eStrategyType = strategy.m_eStrategyType;
+    report.m_nChannel = strategy.m_nChannel;
+    report.m_strSource = strategy.m_strSignalSource;
+    report.m_nLines = count ? count->lines : -1;
+    report.m_nBytes = count ? count->bytes : -1;
+    tellAudit(report);
+}
+
 /// Orders that lie at the path when the strategy starts are old: the file goes unread.
 bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
     const std::string path = utils::toPathBytes(strategy.m_strSignalSource);
@@ -72,6 +87,7 @@ bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
         error = QStringLiteral("信号来源必须为文件");
         return false;
     }
+    tellDiscard(strategy, path);
     if (::unlink(path.c_str()) != 0 && isRegularFile(path)) {
         error = QStringLiteral("信号来源文件无法删除");
         return false;

@@ -163,7 +163,7 @@ bool COrderServiceUnion::placeOrder(const COrderParam& order, const COrderStrate
     if (utils::CLogCenter::logEnabled()) {
         logInfo(this, "TC::COrderServiceUnion::placeOrders", "param = " + order.toQString().toStdString());
     }
-    if (m_beforeOrder) m_beforeOrder(order.m_nChannel);
+    if (m_beforeOrder && !m_beforeOrder(order.m_nChannel)) return false;
     const COrderStrategyParam* strategy = getStrategy(order.m_nChannel, strategies, order.m_eStrategyType);
     if (strategy == nullptr || !checkOrderParamValid(order, strategy)) return false;
     announce(order, *strategy);

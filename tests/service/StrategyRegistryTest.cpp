@@ -232,6 +232,29 @@ TEST_F(StrategyRegistry, FileMustExistAtTheStart) {
     EXPECT_EQ(error, QStringLiteral("信号来源必须为文件"));
 }
 
+TEST_F(StrategyRegistry, FileIsReportedBeforeItIsDeletedUnread) {
+    add(stoppedFile());
+    folder.write("a.txt", "23,0,10.5,600000,100\n24,0");
+    bool wasThere = false;
+    host.audit.onRecord = [&] { wasThere = folder.exists("a.txt"); };
+    EXPECT_EQ(start(3), 0);
+    EXPECT_FALSE(folder.exists("a.txt"));
+    ASSERT_EQ(host.audit.discards.size(), 1u);
+    EXPECT_TRUE(wasThere);
+    EXPECT_EQ(host.audit.discards[0].m_nChannel, 3);
+    EXPECT_EQ(host.audit.discards[0].m_strSource, QString::fromStdString(folder.path("a.txt")));
+    EXPECT_EQ(host.audit.discards[0].m_nLines, 2);
+    EXPECT_EQ(host.audit.discards[0].m_nBytes, 25);
+}
+
+TEST_F(StrategyRegistry, EmptyFileIsDeletedWithoutAReport) {
+    add(stoppedFile());
+    folder.write("a.txt", "");
+    EXPECT_EQ(start(3), 0);
+    EXPECT_FALSE(folder.exists("a.txt"));
+    EXPECT_TRUE(host.audit.discards.empty());
+}
+
 TEST_F(StrategyRegistry, StartDropsTheFileThatWaitsUnread) {
     add(stoppedFile());
     EXPECT_EQ(start(3, true), 0);

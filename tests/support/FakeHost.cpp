@@ -244,6 +244,16 @@ void CAudit::recordDoor(const TC::CDoorReport& report) {
     if (onRecord) onRecord();
 }
 
+void CAudit::recordDiscard(const TC::CDiscardReport& report) {
+    m_records.record([&] { discards.push_back(report); });
+    if (onRecord) onRecord();
+}
+
+void CAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
+    m_records.record([&] { unplaced.push_back(orders); });
+    if (onRecord) onRecord();
+}
+
 } // namespace fake
 
 CFakeHost::CFakeHost() {

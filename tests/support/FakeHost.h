@@ -307,9 +307,13 @@ public:
     explicit CAudit(CRecords& records) : m_records(records) {}
     void recordIntake(const TC::CIntakeReport& report) override;
     void recordDoor(const TC::CDoorReport& report) override;
+    void recordDiscard(const TC::CDiscardReport& report) override;
+    void recordUnplaced(const QVector<TC::COrderParam>& orders) override;
 
     std::vector<TC::CIntakeReport> reports;
     std::vector<TC::CDoorReport> doors;
+    std::vector<TC::CDiscardReport> discards;
+    std::vector<QVector<TC::COrderParam>> unplaced;
     std::function<void()> onRecord;
 
 private:
