@@ -8,7 +8,7 @@ install(EXPORT OrderServiceTargets NAMESPACE OrderService::
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
 
 # Public: what a host includes. The other floors stay inside the library.
-foreach(floor base records platform gates)
+foreach(floor base records platform gates kit)
     install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h")
 endforeach()
 foreach(header check/OrderServiceBase.h service/OrderService.h service/OrderServiceAdapter.h)

@@ -2,14 +2,12 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/config/StrategyFile.h"
-#include "desk/host/DeskAlgorithmTradeHelper.h"
 #include "desk/host/DeskExchangeClient.h"
 #include "desk/host/DeskInstrumentTypes.h"
 #include "desk/host/DeskIntakeAudit.h"
 #include "desk/host/DeskLuaModuleCtrl.h"
 #include "desk/host/DeskMsgService.h"
 #include "desk/host/DeskQuoteClient.h"
-#include "desk/host/DeskTimeService.h"
 #include "desk/host/DeskTradeFrameworkSource.h"
 #include "desk/host/DeskTradingRules.h"
 #include "desk/host/DeskUserConfig.h"
@@ -23,6 +21,8 @@
 #include "desk/journal/Journal.h"
 #include "desk/market/Market.h"
 #include "desk/paper/PaperBroker.h"
+#include "kit/AlgorithmTradeHelperBase.h"
+#include "kit/TimeServiceBase.h"
 #include "platform/Host.h"
 
 #include <cstdint>
@@ -87,9 +87,9 @@ private:
     CDeskQuoteClient m_quotes;
     CDeskInstrumentTypes m_types;
     CDeskTradingRules m_rules;
-    CDeskAlgorithmTradeHelper m_algorithms;
+    kit::CAlgorithmTradeHelperBase m_algorithms;
     CDeskMsgService m_messages;
-    CDeskTimeService m_time;
+    kit::CTimeServiceBase m_time;
     CDeskTradeFrameworkSource m_framework;
     CDeskLuaModuleCtrl m_switches;
     CDeskIntakeAudit m_audit;
