@@ -5,15 +5,19 @@
 #include "platform/TimeService.h"
 #include "platform/TradeFrameworkSource.h"
 
-#include "tests/contract/ContractFixture.h"
+#include "contract/ContractFixture.h"
+#include "contract/Suites.h"
 
 #include <atomic>
+
+void contract::linkEnvironmentSuites() {}
 
 namespace {
 
 using namespace TC;
+using contract::EHostTrait;
 
-class MsgServiceContract : public CContractTest {};
+class MsgServiceContract : public contract::CContractTest {};
 CONTRACT_SUITE(MsgServiceContract);
 
 TEST_P(MsgServiceContract, MessageFromAnotherThreadReturnsWhileTheMainThreadWaits) {
@@ -43,7 +47,7 @@ TEST_P(MsgServiceContract, AnyTextMayBeShown) {
         EXPECT_NO_THROW(showServiceMsg(text));
 }
 
-class IntakeAuditContract : public CContractTest {};
+class IntakeAuditContract : public contract::CContractTest {};
 CONTRACT_SUITE(IntakeAuditContract);
 
 TEST_P(IntakeAuditContract, ReportsNeverThrow) {
@@ -57,7 +61,7 @@ TEST_P(IntakeAuditContract, ReportsNeverThrow) {
     onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordIntake(report)); });
 }
 
-class TimeServiceContract : public CContractTest {};
+class TimeServiceContract : public contract::CContractTest {};
 CONTRACT_SUITE(TimeServiceContract);
 
 TEST_P(TimeServiceContract, TimeIsInSeconds) {
@@ -70,7 +74,7 @@ TEST_P(TimeServiceContract, TimeIsInSeconds) {
     EXPECT_GE(CTimeService::instance().currentTime(), seen);
 }
 
-class TradeFrameworkContract : public CContractTest {};
+class TradeFrameworkContract : public contract::CContractTest {};
 CONTRACT_SUITE(TradeFrameworkContract);
 
 TEST_P(TradeFrameworkContract, TradingDayMayBeToldTwice) {
@@ -95,7 +99,7 @@ TEST_P(TradeFrameworkContract, InterfacesHaveATextOfTheirOwnOrAreNull) {
     }
 }
 
-class SwitchesContract : public CContractTest {};
+class SwitchesContract : public contract::CContractTest {};
 CONTRACT_SUITE(SwitchesContract);
 
 TEST_P(SwitchesContract, UnknownSwitchIsOff) {
