@@ -1,5 +1,6 @@
 #include "intake/OrderFileParser.h"
 
+#include "base/Reserve.h"
 #include "base/StrictNumber.h"
 #include "base/Text.h"
 #include "records/OrderTypes.h"
@@ -60,8 +61,10 @@ COrderFileParser::COrderFileParser(const COrderStrategyParam& strategy, int chan
 
 void COrderFileParser::expectBytes(long long bytes) {
     constexpr long long kShortLine = 16;
-    constexpr long long kMostReserved = 1 << 20;
-    m_orders.reserve(static_cast<int>(std::min(bytes / kShortLine + 1, kMostReserved)));
+    // About 18 MB. A file says little about its orders by its size: it may be one long line.
+    constexpr long long kMostReserved = 1 << 16;
+    utils::reserveIfPossible(m_orders,
+                             static_cast<int>(std::clamp(bytes / kShortLine + 1, 1LL, kMostReserved)));
 }
 
 bool COrderFileParser::takeLine(std::string& line, int rowPosition) {

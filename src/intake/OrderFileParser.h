@@ -23,7 +23,7 @@ public:
     COrderFileParser(const COrderStrategyParam& strategy, int channel, ILinePort& port);
 
     /// Makes room for the orders of a file of so many bytes, so that a large batch is not moved again and
-    /// again.
+    /// again. Best effort: bounded, and without effect if the memory is not there.
     void expectBytes(long long bytes);
 
     /// Takes the next line of a source. Changes the text. False when the rest of it does not matter.

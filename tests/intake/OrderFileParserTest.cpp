@@ -7,6 +7,7 @@
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <ostream>
 
 namespace {
@@ -410,6 +411,16 @@ TEST_F(OrderFileParser, ALineThatBeginsWithOrderParamIsNeverAnOrder) {
 TEST_F(OrderFileParser, ABlankBeforeOrderParamMakesItAPlainLine) {
     EXPECT_EQ(parse(" orderParam=x"), TR_LINE_DONE);
     EXPECT_TRUE(port.paramTexts.empty());
+}
+
+TEST_F(OrderFileParser, RoomForTheOrdersOfALargeFileIsBounded) {
+    parser().expectBytes(std::numeric_limits<long long>::max());
+    EXPECT_LE(parser().takeOrders().capacity(), 1 << 16);
+}
+
+TEST_F(OrderFileParser, ASizeThatIsNotKnownTakesNoRoom) {
+    EXPECT_NO_THROW(parser().expectBytes(-1000));
+    EXPECT_EQ(readOne("23,0").m_nOrderType, 23);
 }
 
 } // namespace
