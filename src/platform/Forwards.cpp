@@ -46,6 +46,14 @@ void tellAudit(const CDoorReport& report) {
     tellSafely(&CIntakeAudit::recordDoor, report);
 }
 
+QString rejectedFolder() {
+    try {
+        return CIntakeAudit::instance().rejectedFolder();
+    } catch (...) {
+        return {}; // the files are kept beside their paths
+    }
+}
+
 std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_view name) {
     const CBasketMap baskets = user.getBaskets();
     auto found = baskets.constFind(UW::sToQs(name.data(), name.size()));

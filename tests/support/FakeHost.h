@@ -306,7 +306,13 @@ public:
     explicit CAudit(CRecords& records) : m_records(records) {}
     void recordIntake(const TC::CIntakeReport& report) override;
     void recordDoor(const TC::CDoorReport& report) override;
+    QString rejectedFolder() override {
+        if (onRejectedFolder) onRejectedFolder();
+        return rejected;
+    }
 
+    QString rejected;
+    std::function<void()> onRejectedFolder;
     std::vector<TC::CIntakeReport> reports;
     std::vector<TC::CDoorReport> doors;
     std::function<void()> onRecord;
