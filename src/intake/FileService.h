@@ -4,22 +4,25 @@
 #include "gates/OrderGate.h"
 #include "gates/StrategyRegistry.h"
 #include "intake/HostLinePort.h"
+#include "intake/TakenFile.h"
 #include "records/StrategyParam.h"
 
-#include <cstdio>
 #include <memory>
 #include <set>
 #include <string>
 
 namespace TC {
 
-struct CFileCloser {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-};
-using CFileStream = std::unique_ptr<std::FILE, CFileCloser>;
+struct CIntakeReport;
 
-/// Polls the files of the running file strategies, takes each away from its writer by renaming it, reads it
-/// to the end and hands its orders to the gate as one batch. Nothing stays open between passes.
+/// Polls the files of the running file strategies and takes each away from its writer by renaming it. Each is
+/// read to the end, reported to the audit, handed to the gate as one batch, and then deleted. So a file is
+/// never read twice, and one whose orders have not been handed over still lies under its .tmp name after a
+/// crash. Nothing stays open between passes.
+///
+/// With the switch "mdl_order_file_guard" on, a file that is damaged or not complete is refused whole and
+/// kept, see COrderFileScan, and a file that is left under a .tmp name is kept as well instead of being
+/// deleted.
 class CFileService {
 public:
     /// Gate and registry outlive the object.
@@ -37,14 +40,18 @@ public:
 
 private:
     void orderStrategyParamPair(int channel, const COrderStrategyParam& strategy);
-    bool readOrderFile(int channel, const COrderStrategyParam& strategy, std::string& tmpPath,
-                       CFileStream& stream);
-    void tellLeftWaiting(int channel, const COrderStrategyParam& strategy, const char* cause);
+    bool isOrderFileThere(int channel, const COrderStrategyParam& strategy);
+    std::unique_ptr<CTakenFile> takeOrderFile(int channel, const COrderStrategyParam& strategy,
+                                              bool isGuarded);
+    bool clearTmpPath(int channel, const COrderStrategyParam& strategy, bool isGuarded);
+    QVector<COrderParam> readOrders(CTakenFile& file, long long bytes, int channel,
+                                    const COrderStrategyParam& strategy, CIntakeReport& report);
+    void tellLeftWaiting(int channel, const COrderStrategyParam& strategy, const std::string& cause);
 
     IOrderGate& m_gate;
     IStrategyRegistry& m_registry;
     CHostLinePort m_port;
-    std::set<std::string> m_leftWaiting; ///< .tmp paths of files that could not be taken, already told
+    std::set<QString> m_leftWaiting; ///< paths of files that cannot be taken, already told
     utils::CStopRequest m_stop;
 };
 

@@ -53,6 +53,14 @@ void tellAuditOfUnplaced(const QVector<COrderParam>& orders) {
     tellSafely(&CIntakeAudit::recordUnplaced, orders, QStringLiteral("the backlog"));
 }
 
+QString rejectedFolder() {
+    try {
+        return CIntakeAudit::instance().rejectedFolder();
+    } catch (...) {
+        return {}; // the files are kept beside their paths
+    }
+}
+
 std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_view name) {
     const CBasketMap baskets = user.getBaskets();
     auto found = baskets.constFind(UW::sToQs(name.data(), name.size()));

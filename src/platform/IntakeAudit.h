@@ -20,9 +20,17 @@ struct CIntakeReport {
     int m_nUnreadTradeParams = 0;
     /// A line that could not be read ended the source; what stood behind it is lost.
     bool m_bCutShort = false;
-    /// The source could not be taken away from its writer and waits unread. Told once, not at every look.
+    /// The source could not be taken away from its writer and waits unread. Told once, not at every look;
+    /// told again when the source was gone in the meantime.
     bool m_bLeftWaiting = false;
-    QString m_strCause; ///< for people: which line ended the source or what holds it, and why
+    /// The source was refused whole: this reading carried out none of its orders and cancels.
+    bool m_bRejected = false;
+    QString m_strCause; ///< for people: which line ended the source, what holds it, or why it was refused
+    /// Where a file lies that was not deleted after it was taken; empty: it was deleted.
+    QString m_strKeptAs;
+    /// Lines without effect, such as a cancel with too few words. Blank lines do not count.
+    int m_nIgnoredLines = 0;
+    QString m_strFirstIgnored; ///< for people: which line is the first of them, and why it had no effect
 };
 
 /// What happened at a door that listens.
@@ -69,6 +77,10 @@ public:
     /// The orders of one batch that were accepted and are not worked off, because the host called
     /// COrderService::dropBacklog. On the service's thread. Does nothing unless the host overrides it.
     virtual void recordUnplaced(const QVector<COrderParam>& /*orders*/) {}
+
+    /// The folder where refused order files are kept; it is made when it is needed. Empty, the default: they
+    /// are kept beside their paths. Called on the file thread with the registry locked; must not throw.
+    virtual QString rejectedFolder() { return {}; }
 };
 
 /// Tells the installed audit. One that throws against its word costs its record and no order.
@@ -76,5 +88,8 @@ void tellAudit(const CIntakeReport& report);
 void tellAudit(const CDoorReport& report);
 void tellAudit(const CDiscardReport& report);
 void tellAuditOfUnplaced(const QVector<COrderParam>& orders);
+
+/// The folder that the installed audit names; empty if it names none or throws.
+QString rejectedFolder();
 
 } // namespace TC

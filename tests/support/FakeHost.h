@@ -309,7 +309,13 @@ public:
     void recordDoor(const TC::CDoorReport& report) override;
     void recordDiscard(const TC::CDiscardReport& report) override;
     void recordUnplaced(const QVector<TC::COrderParam>& orders) override;
+    QString rejectedFolder() override {
+        if (onRejectedFolder) onRejectedFolder();
+        return rejected;
+    }
 
+    QString rejected;
+    std::function<void()> onRejectedFolder;
     std::vector<TC::CIntakeReport> reports;
     std::vector<TC::CDoorReport> doors;
     std::vector<TC::CDiscardReport> discards;
