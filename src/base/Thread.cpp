@@ -5,6 +5,23 @@
 #include <string>
 
 namespace utils {
+namespace {
+
+thread_local int t_nLibraryCalls = 0;
+
+} // namespace
+
+CLibraryCall::CLibraryCall() {
+    ++t_nLibraryCalls;
+}
+
+CLibraryCall::~CLibraryCall() {
+    --t_nLibraryCalls;
+}
+
+bool CLibraryCall::isInProgress() {
+    return t_nLibraryCalls > 0;
+}
 
 void setThreadName(const char* name) {
     constexpr std::size_t kSystemLimit = 15;

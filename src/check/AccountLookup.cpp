@@ -1,5 +1,6 @@
 #include "check/AccountLookup.h"
 
+#include "platform/HostCall.h"
 #include "platform/TradingRules.h"
 
 namespace TC {
@@ -7,10 +8,14 @@ namespace TC {
 const CAccountGroup* findAccountGroup(const CUserConfig& user, const COrderStrategyParam& strategy) {
     const QString& name = strategy.m_strSelectedAccount;
     if (strategy.m_eTradeType != EOrderStrategyTradeType::Basket) {
-        return user.getAccountGroupConst(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType), name);
+        return hostCall<&CUserConfig::getAccountGroupConst>.on(
+            user, orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType), name);
     }
-    const CAccountGroup* group = user.getAccountGroupConst(EQDBrokerType::Stock, name);
-    return group != nullptr ? group : user.getAccountGroupConst(EQDBrokerType::Credit, name);
+    const CAccountGroup* group =
+        hostCall<&CUserConfig::getAccountGroupConst>.on(user, EQDBrokerType::Stock, name);
+    return group != nullptr
+               ? group
+               : hostCall<&CUserConfig::getAccountGroupConst>.on(user, EQDBrokerType::Credit, name);
 }
 
 bool hasSelectedAccounts(const CUserConfig& user, const COrderStrategyParam& strategy,
@@ -22,9 +27,9 @@ bool hasSelectedAccounts(const CUserConfig& user, const COrderStrategyParam& str
     case ESelectedAccountType::Account:
         if (lookup == EAccountLookup::ByTableMode &&
             strategy.m_nAccountMode == COrderStrategyParam::kTableMode) {
-            return user.hasSimpleAccount(name);
+            return hostCall<&CUserConfig::hasSimpleAccount>.on(user, name);
         }
-        return user.hasAccount(name);
+        return hostCall<&CUserConfig::hasAccount>.on(user, name);
     }
     return false;
 }
@@ -33,14 +38,17 @@ void appendAccounts(const CUserConfig& user, const COrderStrategyParam& strategy
                     std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios) {
     const ESelectedAccountType kind = strategy.m_eSelectedAccountType;
     if (strategy.m_eTradeType == EOrderStrategyTradeType::Basket) {
-        user.getAccountsWeights(EQDBrokerType::Stock, kind, name, accounts, ratios, false);
+        hostCall<&CUserConfig::getAccountsWeights>.on(user, EQDBrokerType::Stock, kind, name, accounts,
+                                                      ratios, false);
         if (accounts.empty())
-            user.getAccountsWeights(EQDBrokerType::Credit, kind, name, accounts, ratios, false);
+            hostCall<&CUserConfig::getAccountsWeights>.on(user, EQDBrokerType::Credit, kind, name, accounts,
+                                                          ratios, false);
         return;
     }
     const bool simple = strategy.m_nAccountMode == COrderStrategyParam::kTableMode;
-    user.getAccountsWeights(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType), kind, name, accounts,
-                            ratios, simple);
+    hostCall<&CUserConfig::getAccountsWeights>.on(user,
+                                                  orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType),
+                                                  kind, name, accounts, ratios, simple);
 }
 
 } // namespace TC

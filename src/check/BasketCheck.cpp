@@ -8,6 +8,7 @@
 #include "check/Reports.h"
 #include "check/Volumes.h"
 #include "platform/ExchangeClient.h"
+#include "platform/HostCall.h"
 #include "platform/InstrumentTypes.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/TradingRules.h"
@@ -95,7 +96,7 @@ void collectRows(CBasket& basket) {
         if (row.m_nVolume < 1 && !run.strategy.m_bUseAmount) continue;
         QString code = row.m_strCode;
         if (!resolveStockCode(code, EKeyJoin::Plain)) continue;
-        const CInstrumentDetailPtr detail = CExchangeClient::instance().getCodeInfo(code);
+        const CInstrumentDetailPtr detail = hostCall<&CExchangeClient::getCodeInfo>(code);
         if (!detail) continue;
         CBasketRow known;
         known.detail = detail;
@@ -125,8 +126,8 @@ bool mayStandInABasket(const CStockInfo& stock) {
 
 double calcPriceOf(const CCheckRun& run, EOperationType op) {
     if (!run.priceData) return kUnsetDouble;
-    return run.priceData->getPriceForCalc(run.setting.m_ePriceType, op,
-                                          static_cast<int>(run.setting.m_eOrderType), {});
+    return hostCall<&CPriceData::getPriceForCalc>.on(*run.priceData, run.setting.m_ePriceType, op,
+                                                     static_cast<int>(run.setting.m_eOrderType), {});
 }
 
 /// Calculation and order price go by the order's operation, also where the row has another.
@@ -136,10 +137,11 @@ void takeRowPrices(CCheckRun& run, const CBasketRow& row) {
         return;
     }
     run.calcPrice = calcPriceOf(run, run.op);
-    run.orderPrice = run.priceData
-                         ? run.priceData->getPriceForOrder(run.setting.m_ePriceType, run.op,
-                                                           static_cast<int>(run.setting.m_eOrderType), {})
-                         : kUnsetDouble;
+    run.orderPrice =
+        run.priceData
+            ? hostCall<&CPriceData::getPriceForOrder>.on(*run.priceData, run.setting.m_ePriceType, run.op,
+                                                         static_cast<int>(run.setting.m_eOrderType), {})
+            : kUnsetDouble;
 }
 
 /// With its fraction, and of any size.
@@ -160,7 +162,7 @@ bool isRowPriceUsable(const CCheckRun& run, EOperationType op) {
     const EPriceType priceType = run.setting.m_ePriceType;
     if (priceType == EPriceType::Specified) return std::isfinite(run.orderPrice);
     if (knservice::isMarketPrice(priceType)) return true;
-    const double price = run.priceData->getOriginPrice(priceType, op);
+    const double price = hostCall<&CPriceData::getOriginPrice>.on(*run.priceData, priceType, op);
     return !isInvalidPrice(price) && !isZero(price);
 }
 

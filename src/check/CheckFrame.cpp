@@ -5,6 +5,7 @@
 #include "check/Reports.h"
 #include "check/Volumes.h"
 #include "platform/ExchangeClient.h"
+#include "platform/HostCall.h"
 #include "platform/TradeClient.h"
 #include "platform/TradingRules.h"
 
@@ -43,7 +44,8 @@ bool isAmountUsable(double amount) {
 /// The price that turns the amount into a volume: the order's own, or a calculation price read anew.
 double priceOfAmount(const CCheckRun& run) {
     if (run.setting.m_ePriceType != EPriceType::Specified) {
-        return run.priceData ? run.priceData->getPriceForCalc(run.setting.m_ePriceType, run.op, 0, {})
+        return run.priceData ? hostCall<&CPriceData::getPriceForCalc>.on(
+                                   *run.priceData, run.setting.m_ePriceType, run.op, 0, {})
                              : kUnsetDouble;
     }
     return isInvalidPrice(run.calcPrice) && run.priceData ? run.priceData->m_dFallbackPrice : run.calcPrice;
@@ -66,7 +68,7 @@ void stampRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr&
 bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
     if (!quote) return false;
     return priceType == EPriceType::NoQuote || priceType == EPriceType::Specified ||
-           !isInvalidPrice(quote->getOriginPrice(priceType, op));
+           !isInvalidPrice(hostCall<&CPriceData::getOriginPrice>.on(*quote, priceType, op));
 }
 
 bool failCheck(const CCheckRun& run, const QString& pattern, const QString& argument) {
@@ -157,7 +159,7 @@ bool resolveCode(CCheckRun& run) {
 
 void loadInstrument(CCheckRun& run) {
     run.quoteRequest = run.service.prepareCode(run.code, run.accounts);
-    run.detail = CExchangeClient::instance().getCodeInfo(run.code);
+    run.detail = hostCall<&CExchangeClient::getCodeInfo>(run.code);
     CStockInfo stock;
     if (run.detail) {
         stock = {run.detail->m_strMarket, run.detail->m_strCode, run.detail->m_strName,
@@ -169,7 +171,8 @@ void loadInstrument(CCheckRun& run) {
 void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock) {
     run.record.m_stock = std::move(stock);
     run.record.m_eOperationType = op;
-    if (const CUserConfig* user = getUserConfig()) run.record.m_strUserId = user->getUserName();
+    if (const CUserConfig* user = getUserConfig())
+        run.record.m_strUserId = hostCall<&CUserConfig::getUserName>.on(*user);
 }
 
 void waitForQuote(CCheckRun& run) {
@@ -178,12 +181,11 @@ void waitForQuote(CCheckRun& run) {
 
 CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOperationType op,
                            EQuoteWait rule) {
-    auto& quotes = CQuoteClient::instance();
-    CPriceDataPtr quote = quotes.getStockPrice(stockKey);
+    CPriceDataPtr quote = hostCall<&CQuoteClient::getStockPrice>(stockKey);
     if (priceType == EPriceType::Specified && rule == EQuoteWait::UnlessSpecified) return quote;
     for (int retry = 0; retry < kQuoteRetries && !isQuoteUsable(quote, priceType, op); ++retry) {
         utils::sleep(kQuoteRetrySeconds);
-        quote = quotes.getStockPrice(stockKey);
+        quote = hostCall<&CQuoteClient::getStockPrice>(stockKey);
     }
     return quote;
 }
@@ -193,8 +195,10 @@ void takePrices(CCheckRun& run) {
         const COrderSingleParam* line = run.line();
         run.calcPrice = run.orderPrice = line != nullptr ? finiteOrUnset(line->m_dPrice) : kUnsetDouble;
     } else if (run.priceData) {
-        run.calcPrice = run.priceData->getPriceForCalc(run.setting.m_ePriceType, run.op, 0, {});
-        run.orderPrice = run.priceData->getPriceForOrder(run.setting.m_ePriceType, run.op, 0, {});
+        run.calcPrice = hostCall<&CPriceData::getPriceForCalc>.on(*run.priceData, run.setting.m_ePriceType,
+                                                                  run.op, 0, {});
+        run.orderPrice = hostCall<&CPriceData::getPriceForOrder>.on(*run.priceData, run.setting.m_ePriceType,
+                                                                    run.op, 0, {});
     }
 }
 
@@ -213,7 +217,7 @@ boost::shared_ptr<utils::KNError> splitVolumes(CCheckRun& run, EOperationType op
     static const std::string unnamed;
     const bool isNamed = run.family.m_eSplitInstrument == ESplitInstrument::Named;
     const auto error = boost::make_shared<utils::KNError>();
-    run.volumes = CTradeClient::instance().splitEntrusts(
+    run.volumes = hostCall<&CTradeClient::splitEntrusts>(
         run.volume, run.calcPrice, run.setting.m_ePriceType, run.accounts, run.ratios,
         run.strategy.m_ePositionType, isNamed ? run.stock().m_strMarket : unnamed,
         isNamed ? run.stock().m_strCode : unnamed, op, EHedge_Flag_Type::Speculation, error);

@@ -1,6 +1,7 @@
 #include "check/CodeLookup.h"
 
 #include "platform/ExchangeClient.h"
+#include "platform/HostCall.h"
 #include "platform/InstrumentTypes.h"
 #include "platform/TradingRules.h"
 
@@ -49,7 +50,7 @@ bool isTradable(const std::string& market, const QString& code) {
 
 bool resolveOnMarket(QString& code, const CMarket& market, EKeyJoin join) {
     QString full = market.m_name % code; // one allocation: every row of a basket comes through here
-    const bool isKnown = CExchangeClient::instance().hasStock(
+    const bool isKnown = hostCall<&CExchangeClient::hasStock>(
         join == EKeyJoin::StockKey ? qdStockKey(market.m_name, code) : full);
     if (!isKnown || !isTradable(market.m_strName, code)) return false;
     code = std::move(full);
@@ -62,7 +63,7 @@ bool resolveStockCode(QString& code, EKeyJoin join, EFullCode fullCode) {
     if (resolveOnMarket(code, shanghai(), join) || resolveOnMarket(code, shenzhen(), join)) return true;
     if (fullCode == EFullCode::Refused || code.size() != kFullCodeLength) return false;
     const QString upper = code.toUpper();
-    if (!CExchangeClient::instance().hasStock(upper) ||
+    if (!hostCall<&CExchangeClient::hasStock>(upper) ||
         !isTradable(code.left(kMarketLength).toUpper().toStdString(), code.mid(kMarketLength))) {
         return false;
     }

@@ -3,6 +3,7 @@
 #include "base/Clock.h"
 #include "check/OrderKind.h"
 #include "platform/AlgorithmTradeHelper.h"
+#include "platform/HostCall.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/OrderClient.h"
 #include "platform/TradingRules.h"
@@ -51,7 +52,7 @@ constexpr CCmdLogRow kCmdLogRows[] = {
 
 bool isCmdUser() {
     const CUserConfig* user = getUserConfig();
-    return user != nullptr && isInList(user->getUserKind(), kCommandUserKinds);
+    return user != nullptr && isInList(hostCall<&CUserConfig::getUserKind>.on(*user), kCommandUserKinds);
 }
 
 void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType hedgeType,
@@ -86,7 +87,7 @@ void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType he
     command->m_strRemark = order.m_strRemark;
     command->m_strCreateTime =
         utils::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss:zzz")).toStdString();
-    COrderClient::instance().orderCommands(command);
+    hostCall<&COrderClient::orderCommands>(command);
 }
 
 std::string COrderServiceBase::get3rdAlgoParam(const COrderParam& order,
@@ -94,15 +95,16 @@ std::string COrderServiceBase::get3rdAlgoParam(const COrderParam& order,
                                                const COrderStrategyParam& strategy) const {
     const EOrderType orderType = chosenOrderType(order, strategy);
     if (!DataHelper::isAlgoOrderType(orderType)) return {};
-    auto& helper = CAlgorithmTradeHelper::instance();
     if (!order.m_strOrderSetting.empty()) {
         constexpr int kFinalText = 1;
         if (order.m_nSettingKind == kFinalText) return order.m_strOrderSetting;
         CAlgorithmOrderSettingPtr setting;
-        if (!helper.getAlgOrderSettingFromString(order.m_strOrderSetting, setting)) return {};
-        return helper.getAlgParamsStr(orderType, setting, codes);
+        if (!hostCall<&CAlgorithmTradeHelper::getAlgOrderSettingFromString>(order.m_strOrderSetting, setting))
+            return {};
+        return hostCall<&CAlgorithmTradeHelper::getAlgParamsStr>(orderType, setting, codes);
     }
-    if (strategy.m_algoSetting) return helper.getAlgParamsStr(orderType, strategy.m_algoSetting, codes);
+    if (strategy.m_algoSetting)
+        return hostCall<&CAlgorithmTradeHelper::getAlgParamsStr>(orderType, strategy.m_algoSetting, codes);
     return {};
 }
 
@@ -111,7 +113,7 @@ void COrderServiceBase::saveOrderCommand(COrderComandParamPtr) const {}
 QString COrderServiceBase::getTitle() const {
     const CUserConfig* user = getUserConfig();
     if (user != nullptr && luawrapper::isOrderSwitchOn("mdl_order_pb_display")) {
-        const int kind = user->getUserKind();
+        const int kind = hostCall<&CUserConfig::getUserKind>.on(*user);
         if (kind == kProposingUserKind) return QStringLiteral("下达投资建议");
         if (isInList(kind, kDecidingUserKinds)) return QStringLiteral("下达投资决策");
     }

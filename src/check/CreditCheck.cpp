@@ -2,6 +2,7 @@
 #include "check/CheckFrame.h"
 #include "check/CodeLookup.h"
 #include "check/Volumes.h"
+#include "platform/HostCall.h"
 #include "platform/TradeClient.h"
 #include "platform/TradingRules.h"
 
@@ -65,12 +66,12 @@ CCodeOrderParam makeRepayment(const CCheckRun& run, const CAccountInfoPtr& accou
 bool repay(CCheckRun& run) {
     const bool isDirect = isDirectRepay(run.op);
     const double quantity = repaymentOf(run, isDirect);
-    run.priceData = CQuoteClient::instance().getStockPrice(run.code);
+    run.priceData = hostCall<&CQuoteClient::getStockPrice>(run.code);
     takePrices(run);
     std::vector<double> values;
     auto error = boost::make_shared<utils::KNError>();
     if (isDirect) {
-        values = CTradeClient::instance().splitMoney(quantity, run.accounts, run.ratios,
+        values = hostCall<&CTradeClient::splitMoney>(quantity, run.accounts, run.ratios,
                                                      run.strategy.m_ePositionType, run.op, error);
     } else {
         run.volume = truncateToInt(quantity);
@@ -91,8 +92,9 @@ bool endContract(CCheckRun& run) {
     const QString key =
         getAccountFromOrderParam(run.order.m_strAccountKeyPart1, run.order.m_strAccountKeyPart2);
     const CUserConfig* user = getUserConfig();
-    const CAccountPtr account = user != nullptr ? user->getAccountData(key) : nullptr;
-    if (account) record.m_account = account->toInfo();
+    const CAccountPtr account =
+        user != nullptr ? hostCall<&CUserConfig::getAccountData>.on(*user, key) : nullptr;
+    if (account) record.m_account = hostCall<&CAccount::toInfo>.on(*account);
     record.m_eOperationType = run.op;
     record.m_nVolume = run.strategy.m_nVolume;
     record.m_strContractText = run.order.m_strTradeText1;

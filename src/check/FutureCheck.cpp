@@ -3,6 +3,7 @@
 #include "check/Reports.h"
 #include "check/Volumes.h"
 #include "platform/ExchangeClient.h"
+#include "platform/HostCall.h"
 #include "platform/TradingRules.h"
 
 #include <cmath>
@@ -23,7 +24,7 @@ void takeLimits(const COrderSingleParam& line, COrderSetting& setting) {
 
 template<bool (CExchangeClient::*kIsKnown)(const QString&)>
 bool checkCode(const CCheckRun& run) {
-    if ((CExchangeClient::instance().*kIsKnown)(run.code)) return true;
+    if (hostCall<kIsKnown>(run.code)) return true;
     // The text names the channel in both places and the code nowhere; users know the message as it is.
     return failCheck(run, QStringLiteral("[%1]　通道号: %2, 下单代码 [%2] 不合法!"));
 }

@@ -2,6 +2,7 @@
 #include "check/CheckFrame.h"
 #include "check/CodeLookup.h"
 #include "platform/ExchangeClient.h"
+#include "platform/HostCall.h"
 #include "platform/TradingRules.h"
 
 #include <algorithm>
@@ -10,16 +11,14 @@
 namespace TC {
 namespace {
 
-using CIsKnown = bool (CExchangeClient::*)(const QString&);
-
 /// Makes a key of the market of a code, with the word in front, or of one that is a key already.
-bool resolveMarketCode(CCheckRun& run, const QString& word, CIsKnown isKnown) {
-    auto& exchange = CExchangeClient::instance();
+template<bool (CExchangeClient::*kIsKnown)(const QString&)>
+bool resolveMarketCode(CCheckRun& run, const QString& word) {
     const QString key = qdStockKey(word, run.code);
     const QString upper = run.code.toUpper();
-    if ((exchange.*isKnown)(key)) {
+    if (hostCall<kIsKnown>(key)) {
         run.code = key;
-    } else if (run.code.size() == kFullCodeLength && (exchange.*isKnown)(upper)) {
+    } else if (run.code.size() == kFullCodeLength && hostCall<kIsKnown>(upper)) {
         run.code = upper;
     } else {
         return failCode(run);
@@ -28,22 +27,22 @@ bool resolveMarketCode(CCheckRun& run, const QString& word, CIsKnown isKnown) {
 }
 
 bool resolveSgt(CCheckRun& run) {
-    return resolveMarketCode(run, QStringLiteral("SGT"), &CExchangeClient::hasSkstock);
+    return resolveMarketCode<&CExchangeClient::hasSkstock>(run, QStringLiteral("SGT"));
 }
 
 bool resolveHgt(CCheckRun& run) {
-    return resolveMarketCode(run, QStringLiteral("HGT"), &CExchangeClient::hasHkstock);
+    return resolveMarketCode<&CExchangeClient::hasHkstock>(run, QStringLiteral("HGT"));
 }
 
 bool resolveGold(CCheckRun& run) {
-    return resolveMarketCode(run, QStringLiteral("GOLD"), &CExchangeClient::hasGold);
+    return resolveMarketCode<&CExchangeClient::hasGold>(run, QStringLiteral("GOLD"));
 }
 
 /// Buying and selling on the share-transfer market name the stocks of the two exchanges.
 bool resolveNeeq(CCheckRun& run) {
     if (run.order.m_nOrderType == kOrderBuy || run.order.m_nOrderType == kOrderSell)
         return resolveStockCode(run.code, EKeyJoin::Plain, EFullCode::Refused) || failCode(run);
-    return resolveMarketCode(run, QStringLiteral("NEEQ"), &CExchangeClient::hasNeeq);
+    return resolveMarketCode<&CExchangeClient::hasNeeq>(run, QStringLiteral("NEEQ"));
 }
 
 constexpr CFamilyCheck marketCheck(EOrderStrategyTradeType tradeType, bool (*resolve)(CCheckRun&)) {

@@ -2,6 +2,7 @@
 #include "check/CheckFrame.h"
 #include "check/CodeLookup.h"
 #include "platform/ExchangeClient.h"
+#include "platform/HostCall.h"
 
 namespace TC {
 namespace {
@@ -10,9 +11,9 @@ namespace {
 /// codes that come with the order are tested. Any other code stays as it came.
 bool resolveCode(CCheckRun& run) {
     (void)resolveStockCode(run.code, EKeyJoin::Plain);
-    auto& exchange = CExchangeClient::instance();
-    const bool isKnown =
-        isStockLockOrder(run.order.m_nOrderType) ? exchange.hasStock(run.code) : exchange.hasOption(run.code);
+    const bool isKnown = isStockLockOrder(run.order.m_nOrderType)
+                             ? hostCall<&CExchangeClient::hasStock>(run.code)
+                             : hostCall<&CExchangeClient::hasOption>(run.code);
     return isKnown || failCode(run);
 }
 

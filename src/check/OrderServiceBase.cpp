@@ -6,6 +6,7 @@
 #include "check/PositionExchange.h"
 #include "check/Reports.h"
 #include "check/Volumes.h"
+#include "platform/HostCall.h"
 #include "platform/MsgService.h"
 #include "platform/TradingRules.h"
 
@@ -87,7 +88,7 @@ bool COrderServiceBase::checkAccountKey(const COrderParam& order, const COrderSt
     }
     if (fillWeights && ratios.size() == accounts.size()) {
         for (std::size_t i = 0; i < accounts.size(); ++i) {
-            if (accounts[i]) weights[accounts[i]->getKey()] = ratios[i];
+            if (accounts[i]) weights[hostCall<&CAccountInfo::getKey>.on(*accounts[i])] = ratios[i];
         }
     }
     return true;
@@ -101,11 +102,13 @@ bool COrderServiceBase::isPriceTypeVailed(const COrderSetting& setting, const CO
     }
     const CUserConfig* user = getUserConfig();
     if (!priceData || user == nullptr) return false;
-    if (!user->isPriceTypeValid(setting.m_ePriceType, op, broker, stock.m_strMarket, stock.m_strCode,
-                                setting.m_eOrderType)) {
+    if (!hostCall<&CUserConfig::isPriceTypeValid>.on(*user, setting.m_ePriceType, op, broker,
+                                                     stock.m_strMarket, stock.m_strCode,
+                                                     setting.m_eOrderType)) {
         return false;
     }
-    const double price = priceData->getPriceForOrder(setting.m_ePriceType, op, 0, {});
+    const double price =
+        hostCall<&CPriceData::getPriceForOrder>.on(*priceData, setting.m_ePriceType, op, 0, {});
     return knservice::isMarketPrice(setting.m_ePriceType) || isPriceGiven(price);
 }
 

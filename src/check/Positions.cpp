@@ -1,5 +1,6 @@
 #include "check/Positions.h"
 
+#include "platform/HostCall.h"
 #include "platform/TraderCenter.h"
 
 #include <boost/pointer_cast.hpp>
@@ -7,7 +8,8 @@
 namespace TC {
 
 CPositions::CPositions(const CAccountInfo& account)
-    : m_pData(knservice::TraderCenter::instance().getDataCenter().getAccountData(account.getKey())) {
+    : m_pData(hostCall<&knservice::CDataCenter::getAccountData>.on(
+          hostCall<&knservice::TraderCenter::getDataCenter>(), hostCall<&CAccountInfo::getKey>.on(account))) {
     if (m_pData) m_lock.emplace(*m_pData);
 }
 
@@ -15,7 +17,7 @@ std::vector<boost::shared_ptr<knservice::CPositionStatics>> CPositions::all() co
     std::vector<boost::shared_ptr<knservice::CPositionStatics>> positions;
     if (!m_pData) return positions;
     std::vector<boost::shared_ptr<knservice::IData>> records;
-    m_pData->getVector(knservice::kPositionTable, records);
+    hostCall<&knservice::CAccountData::getVector>.on(*m_pData, knservice::kPositionTable, records);
     positions.reserve(records.size());
     for (const auto& record : records) {
         auto position = boost::dynamic_pointer_cast<knservice::CPositionStatics>(record);

@@ -1,5 +1,8 @@
 #include "check/Reports.h"
 
+#include "base/Text.h"
+#include "platform/HostCall.h"
+#include "platform/HostReports.h"
 #include "platform/OrderClient.h"
 #include "platform/UserConfig.h"
 
@@ -11,8 +14,8 @@ constexpr int kRightOffset = 6;
 
 bool hasRightTo(EOrderStrategyType type) {
     const CUserConfig* user = getUserConfig();
-    return user != nullptr &&
-           user->hasUserAuth(static_cast<EUserAuth>(static_cast<int>(type) + kRightOffset));
+    return user != nullptr && hostCall<&CUserConfig::hasUserAuth>.on(
+                                  *user, static_cast<EUserAuth>(static_cast<int>(type) + kRightOffset));
 }
 
 } // namespace
@@ -30,8 +33,27 @@ QString orderStrategyText(EOrderStrategyType type) {
     }
 }
 
+QString safeOrderStrategyText(EOrderStrategyType type) noexcept {
+    try {
+        return orderStrategyText(type);
+    } catch (...) {
+        return QStringLiteral("接口单");
+    }
+}
+
+void reportOrderFailure(EOrderStrategyType type, int channel) noexcept {
+    const QString text =
+        utils::fillText(QStringLiteral("[%1]　通道号: %2, 下单异常: %3"),
+                        {safeOrderStrategyText(type), QString::number(channel), exceptionText()});
+    try {
+        showCheckFailure(text);
+    } catch (...) {
+        reportSafely(text);
+    }
+}
+
 void showCheckFailure(const QString& text) {
-    COrderClient::instance().showTradeError(text, QStringLiteral("参数错误"));
+    hostCall<&COrderClient::showTradeError>(text, QStringLiteral("参数错误"));
 }
 
 } // namespace TC

@@ -14,6 +14,13 @@ namespace TC {
 /// users without the right to them.
 QString orderStrategyText(EOrderStrategyType type);
 
+/// The same for reports of failures: a user whose rights cannot be read gets the plain label.
+QString safeOrderStrategyText(EOrderStrategyType type) noexcept;
+
+/// In a catch block: reports the order that the exception in hand has ended. A report that the order client
+/// does not take goes to the message panel. Never throws.
+void reportOrderFailure(EOrderStrategyType type, int channel) noexcept;
+
 /// A refused order, or a row that a basket leaves out, under the title of wrong parameters.
 void showCheckFailure(const QString& text);
 

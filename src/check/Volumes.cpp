@@ -2,6 +2,7 @@
 
 #include "check/CodeLookup.h"
 #include "platform/ExchangeClient.h"
+#include "platform/HostCall.h"
 #include "platform/InstrumentTypes.h"
 #include "platform/Quote.h"
 
@@ -17,8 +18,8 @@ namespace {
 std::optional<int> volumeOfRow(const COrderSingleParam& row, double amount, double sum) {
     QString code = row.m_strCode;
     if (!resolveStockCode(code, EKeyJoin::Plain)) return std::nullopt;
-    const CPriceDataPtr quote = CQuoteClient::instance().getStockPrice(code);
-    const CInstrumentDetailPtr detail = CExchangeClient::instance().getCodeInfo(code);
+    const CPriceDataPtr quote = hostCall<&CQuoteClient::getStockPrice>(code);
+    const CInstrumentDetailPtr detail = hostCall<&CExchangeClient::getCodeInfo>(code);
     if (!quote || !detail) return std::nullopt;
     const double price = quote->m_dLastPrice;
     if (price == kUnsetDouble || price < -kPriceTolerance) return std::nullopt;

@@ -6,6 +6,8 @@
 #include "intake/LineReader.h"
 #include "intake/OrderFileParser.h"
 #include "intake/OrderFileScan.h"
+#include "platform/HostCall.h"
+#include "platform/HostReports.h"
 #include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/UserConfig.h"
@@ -22,6 +24,7 @@
 #include <exception>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 
 namespace TC {
 namespace {
@@ -64,6 +67,10 @@ template<typename Step>
 void takeStep(CIntakeReport& report, const Step& step) {
     try {
         step();
+    } catch (const CHostError& error) {
+        cutShort(report, QString::fromUtf8(error.what()));
+        reportFailure(utils::fillText(QStringLiteral("通道号: %1, 文件单 %2 未读完"),
+                                      {QString::number(report.m_nChannel), report.m_strSource}));
     } catch (const boost::bad_lexical_cast&) {
         cutShort(report, QStringLiteral("a number cannot be read"));
     } catch (const std::exception& error) {
@@ -123,19 +130,42 @@ CFileService::CFileService(IOrderGate& gate, IStrategyRegistry& registry)
 void CFileService::startFileServer() {
     double last = utils::getTime() * kMillisecondsPerSecond;
     while (!m_stop.isMade()) {
-        const CUserConfig* user = getUserConfig();
-        const int interval = user != nullptr ? user->getMinFileServiceInterval() : kShortestSleep;
+        const int interval = readInterval();
         const double now = utils::getTime() * kMillisecondsPerSecond;
         if (now - (interval + last) > kTimeTolerance) {
             last = now;
             try {
                 tryOrder();
+                m_strLastFailure.clear();
             } catch (...) {
                 // The strategies behind the one that failed have their turn in the next pass.
+                reportOnce(QStringLiteral("文件单轮询中断"));
             }
         }
         if (interval >= kShortestSleep) utils::sleepUnlessStopped(interval / kMillisecondsPerSecond, m_stop);
     }
+}
+
+/// The interval that the host gives, or a calm one while it cannot.
+int CFileService::readInterval() {
+    constexpr int kWhileUnknown = 1000;
+    try {
+        const CUserConfig* user = getUserConfig();
+        const int interval =
+            user != nullptr ? hostCall<&CUserConfig::getMinFileServiceInterval>.on(*user) : kShortestSleep;
+        m_bIntervalFailed = false;
+        return interval;
+    } catch (...) {
+        if (!std::exchange(m_bIntervalFailed, true)) reportFailure(QStringLiteral("文件单轮询间隔未知"));
+        return kWhileUnknown;
+    }
+}
+
+/// In a catch block. A pass that fails fails again at every look: the same words are shown once, until a
+/// pass succeeds.
+void CFileService::reportOnce(const QString& text) {
+    const QString failure = text + exceptionText();
+    if (std::exchange(m_strLastFailure, failure) != failure) reportFailure(text);
 }
 
 void CFileService::stop() {
@@ -209,7 +239,9 @@ bool CFileService::isOrderFileThere(int channel, const COrderStrategyParam& stra
     if (strategy.m_strSignalSource.isEmpty()) return false;
     // Enciphered files and tables are not read yet; the registry refuses to start such strategies.
     const CUserConfig* user = getUserConfig();
-    if (strategy.m_nAccountMode != 0 || user == nullptr || user->hasOrderEncryptionService()) return false;
+    if (strategy.m_nAccountMode != 0 || user == nullptr ||
+        hostCall<&CUserConfig::hasOrderEncryptionService>.on(*user))
+        return false;
 
     const COpenedFile waiting = openRegularFile(utils::toPathBytes(strategy.m_strSignalSource));
     if (waiting.m_stream) return true;

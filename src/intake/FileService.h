@@ -46,12 +46,16 @@ private:
     bool clearTmpPath(int channel, const COrderStrategyParam& strategy, bool isGuarded);
     QVector<COrderParam> readOrders(CTakenFile& file, long long bytes, int channel,
                                     const COrderStrategyParam& strategy, CIntakeReport& report);
+    int readInterval();
+    void reportOnce(const QString& text);
     void tellLeftWaiting(int channel, const COrderStrategyParam& strategy, const std::string& cause);
 
     IOrderGate& m_gate;
     IStrategyRegistry& m_registry;
     CHostLinePort m_port;
     std::set<QString> m_leftWaiting; ///< paths of files that cannot be taken, already told
+    QString m_strLastFailure; ///< of the last pass, as reported; empty after a good one
+    bool m_bIntervalFailed = false;
     utils::CStopRequest m_stop;
 };
 

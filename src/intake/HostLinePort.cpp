@@ -1,5 +1,7 @@
 #include "intake/HostLinePort.h"
 
+#include "platform/HostCall.h"
+#include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/MsgService.h"
 #include "platform/TimeService.h"
@@ -7,18 +9,45 @@
 #include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
 
+#include <algorithm>
+#include <exception>
+#include <vector>
+
 namespace TC {
+namespace {
+
+/// Every task has its turn, also if an earlier one throws; the first exception goes on to the caller then.
+void operateAll(const std::vector<boost::shared_ptr<knservice::CTask>>& tasks, const CTaskOpRecord& record) {
+    std::exception_ptr first;
+    for (const auto& task : tasks) {
+        if (!task) continue;
+        try {
+            hostCall<&knservice::CTask::operate>.on(*task, record);
+        } catch (...) {
+            if (!first) first = std::current_exception();
+        }
+    }
+    if (first) std::rethrow_exception(first);
+}
+
+} // namespace
 
 void CHostLinePort::terminateTask(int taskId) {
     const CUserConfig* user = getUserConfig();
     CTaskOpRecord record;
     record.m_nOperation = kTaskOpTerminate;
-    record.m_nTime = CTimeService::instance().currentTime();
-    record.m_strUserName = user != nullptr ? user->getUserName() : std::string();
+    record.m_nTime = hostCall<&CTimeService::currentTime>();
+    record.m_strUserName = user != nullptr ? hostCall<&CUserConfig::getUserName>.on(*user) : std::string();
     record.m_strRemark = record.m_strUserName + "终止任务";
-    for (const auto& task : knservice::TraderCenter::instance().getTaskCenter().findTasks(taskId)) {
-        task->operate(record);
-    }
+    const auto tasks = hostCall<&knservice::CTaskCenter::findTasks>.on(
+        hostCall<&knservice::TraderCenter::getTaskCenter>(), taskId);
+    operateAll(tasks, record);
+    if (std::any_of(tasks.begin(), tasks.end(), [](const auto& task) { return task != nullptr; })) return;
+    CIncidentReport report;
+    report.m_eIncident = EIncident::CancelNotDone;
+    report.m_nTaskId = taskId;
+    report.m_strCause = QStringLiteral("there is no such task");
+    tellAudit(report);
 }
 
 void CHostLinePort::cancelOrders(std::vector<std::string>& fields) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/HostCall.h"
+#include "platform/HostReports.h"
 #include "records/Data.h"
 
 #include <boost/shared_ptr.hpp>
@@ -33,8 +35,12 @@ public:
     /// seconds each) and failures shown under it, so none of that may need the lock on another thread.
     class Lock {
     public:
-        explicit Lock(CAccountData& data) : m_data(data) { m_data.lock(); }
-        ~Lock() { m_data.unlock(); }
+        explicit Lock(CAccountData& data) : m_data(data) { TC::hostCall<&CAccountData::lock>.on(m_data); }
+        /// An unlock that throws is reported and goes no further.
+        ~Lock() {
+            TC::runGuarded(QStringLiteral("账号数据未能解锁"),
+                           [this] { TC::hostCall<&CAccountData::unlock>.on(m_data); });
+        }
         Lock(const Lock&) = delete;
         Lock& operator=(const Lock&) = delete;
 

@@ -1,6 +1,7 @@
-// The free functions and static look-ups of the boundary, each a word to the installed service.
-#include "base/Log.h"
+// The free functions and static look-ups of the boundary, each a call of the installed service.
 #include "base/Text.h"
+#include "platform/HostCall.h"
+#include "platform/HostReports.h"
 #include "platform/InstrumentTypes.h"
 #include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
@@ -12,57 +13,70 @@
 namespace TC {
 
 CUserConfig* getUserConfig() {
-    return CUserManager::instance().getUserConfig();
+    return hostCall<&CUserManager::getUserConfig>();
 }
 
 void showServiceMsg(const QString& text) {
     CMsgFlags flags;
-    if (const CUserConfig* user = getUserConfig()) flags = user->getMsgFlags(EMsgTypeDef::General);
-    CMsgService::instance().showMsg(text, EMsgTypeDef::General, MsgLevel::Note, flags.m_bFirst,
+    if (const CUserConfig* user = getUserConfig())
+        flags = hostCall<&CUserConfig::getMsgFlags>.on(*user, EMsgTypeDef::General);
+    hostCall<&CMsgService::showMsg>(text, EMsgTypeDef::General, MsgLevel::Note, flags.m_bFirst,
                                     flags.m_bSecond, QString());
 }
 
 namespace {
 
-template<typename Report>
-void tellSafely(void (CIntakeAudit::*record)(const Report&), const Report& report, const QString& source) {
+template<auto Record, typename Report>
+void tellSafely(const Report& report) {
     try {
-        (CIntakeAudit::instance().*record)(report);
+        hostCall<Record>(report);
     } catch (...) {
-        if (!utils::CLogCenter::logEnabled()) return;
-        utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, nullptr, __FUNCTION__,
-                               "the audit did not record what came in by " + source.toStdString());
+        reportFailure(QStringLiteral("审计记录失败"));
     }
 }
 
 } // namespace
 
 void tellAudit(const CIntakeReport& report) {
-    tellSafely(&CIntakeAudit::recordIntake, report, report.m_strSource);
+    tellSafely<&CIntakeAudit::recordIntake>(report);
 }
 
 void tellAudit(const CDoorReport& report) {
-    tellSafely(&CIntakeAudit::recordDoor, report, report.m_strSource);
+    tellSafely<&CIntakeAudit::recordDoor>(report);
 }
 
 void tellAudit(const CDiscardReport& report) {
-    tellSafely(&CIntakeAudit::recordDiscard, report, report.m_strSource);
+    tellSafely<&CIntakeAudit::recordDiscard>(report);
+}
+
+void tellAudit(const CIncidentReport& report) {
+    tellSafely<&CIntakeAudit::recordIncident>(report);
 }
 
 void tellAuditOfUnplaced(const QVector<COrderParam>& orders) {
-    tellSafely(&CIntakeAudit::recordUnplaced, orders, QStringLiteral("the backlog"));
+    tellSafely<&CIntakeAudit::recordUnplaced>(orders);
 }
 
 QString rejectedFolder() {
     try {
-        return CIntakeAudit::instance().rejectedFolder();
+        return hostCall<&CIntakeAudit::rejectedFolder>();
     } catch (...) {
-        return {}; // the files are kept beside their paths
+        reportFailure(QStringLiteral("被拒文件目录未知, 文件留在原目录"));
+        return {};
     }
 }
 
+void tellOrdersDropped(int channel, int orders, const QString& cause) {
+    CIncidentReport report;
+    report.m_eIncident = EIncident::OrdersDropped;
+    report.m_nChannel = channel;
+    report.m_nOrders = orders;
+    report.m_strCause = cause;
+    tellAudit(report);
+}
+
 std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_view name) {
-    const CBasketMap baskets = user.getBaskets();
+    const CBasketMap baskets = hostCall<&CUserConfig::getBaskets>.on(user);
     auto found = baskets.constFind(UW::sToQs(name.data(), name.size()));
     if (found == baskets.constEnd()) found = baskets.constFind(UW::sToQsGBK(std::string(name)));
     return found != baskets.constEnd() ? std::optional<CBasketSetting>(found.value()) : std::nullopt;
@@ -71,80 +85,80 @@ std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_vi
 bool hasAnyAccount(const CUserConfig& user, const COrderStrategyParam& strategy) {
     std::vector<CAccountInfoPtr> accounts;
     std::vector<double> ratios;
-    user.getAccountsWeights(orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType),
-                            strategy.m_eSelectedAccountType, strategy.m_strSelectedAccount, accounts, ratios,
-                            false);
+    hostCall<&CUserConfig::getAccountsWeights>.on(
+        user, orderStrategyTradeTypeToBrokerType(strategy.m_eTradeType), strategy.m_eSelectedAccountType,
+        strategy.m_strSelectedAccount, accounts, ratios, false);
     return !accounts.empty();
 }
 
 boost::shared_ptr<CQuoteRequest> CQuoteRequest::makeRequest(const QString& stockKey,
                                                             const CCallback& callback, ESubscribeType type) {
-    return CQuoteClient::instance().subscribe(stockKey, callback, type);
+    return hostCall<&CQuoteClient::subscribe>(stockKey, callback, type);
 }
 
 QString qdStockKey(const QString& market, const QString& code) {
-    return CTradingRules::instance().qdStockKey(market, code);
+    return hostCall<&CTradingRules::qdStockKey>(market, code);
 }
 
 EQDBrokerType orderStrategyTradeTypeToBrokerType(EOrderStrategyTradeType tradeType) {
-    return CTradingRules::instance().orderStrategyTradeTypeToBrokerType(tradeType);
+    return hostCall<&CTradingRules::orderStrategyTradeTypeToBrokerType>(tradeType);
 }
 
 QString getAccountFromOrderParam(const QString& part1, const QString& part2) {
-    return CTradingRules::instance().getAccountFromOrderParam(part1, part2);
+    return hostCall<&CTradingRules::getAccountFromOrderParam>(part1, part2);
 }
 
 bool parserOrderTradeParam(const std::string& text, COrderTradeParam& param) {
-    return CTradingRules::instance().parserOrderTradeParam(text, param);
+    return hostCall<&CTradingRules::parserOrderTradeParam>(text, param);
 }
 
 void orderSettingFromString(COrderSetting& setting, const QString& text) {
-    CTradingRules::instance().orderSettingFromString(setting, text);
+    hostCall<&CTradingRules::orderSettingFromString>(setting, text);
 }
 
 void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record, EOperationType operation,
                          int volume, double price, const CPriceDataPtr& quote) {
-    CTradingRules::instance().orderSettingToParam(setting, record, operation, volume, price, quote);
+    hostCall<&CTradingRules::orderSettingToParam>(setting, record, operation, volume, price, quote);
 }
 
 void fixTimeRange(CCodeOrderParam& record) {
-    CTradingRules::instance().fixTimeRange(record);
+    hostCall<&CTradingRules::fixTimeRange>(record);
 }
 
 bool isBuy(EOperationType operation) {
-    return CTradingRules::instance().isBuy(operation);
+    return hostCall<&CTradingRules::isBuy>(operation);
 }
 
 bool isClose(EOperationType operation) {
-    return CTradingRules::instance().isClose(operation);
+    return hostCall<&CTradingRules::isClose>(operation);
 }
 
 bool isDirectRepay(EOperationType operation) {
-    return CTradingRules::instance().isDirectRepay(operation);
+    return hostCall<&CTradingRules::isDirectRepay>(operation);
 }
 
 EEntrustTypes operationTypeToEntrustType(EOperationType operation) {
-    return CTradingRules::instance().operationTypeToEntrustType(operation);
+    return hostCall<&CTradingRules::operationTypeToEntrustType>(operation);
 }
 
 QString orderStrategyTypeToOrderTitle(EOrderStrategyType type) {
-    return CTradingRules::instance().orderStrategyTypeToOrderTitle(type);
+    return hostCall<&CTradingRules::orderStrategyTypeToOrderTitle>(type);
 }
 
 QString orderStrategyTypeToString(EOrderStrategyType type) {
-    return CTradingRules::instance().orderStrategyTypeToString(type);
+    return hostCall<&CTradingRules::orderStrategyTypeToString>(type);
 }
 
 QString orderStrategyOrderTypeToString(int orderType) {
-    return CTradingRules::instance().orderStrategyOrderTypeToString(orderType);
+    return hostCall<&CTradingRules::orderStrategyOrderTypeToString>(orderType);
 }
 
 QString orderStrategyTradeTypeToString(EOrderStrategyTradeType tradeType) {
-    return CTradingRules::instance().orderStrategyTradeTypeToString(tradeType);
+    return hostCall<&CTradingRules::orderStrategyTradeTypeToString>(tradeType);
 }
 
 QString knPriceTypeToString(EPriceType priceType, const std::string& code, bool shortForm) {
-    return CTradingRules::instance().knPriceTypeToString(priceType, code, shortForm);
+    return hostCall<&CTradingRules::knPriceTypeToString>(priceType, code, shortForm);
 }
 
 } // namespace TC
@@ -152,31 +166,31 @@ QString knPriceTypeToString(EPriceType priceType, const std::string& code, bool 
 namespace knservice {
 
 bool isMarketPrice(TC::EPriceType priceType) {
-    return TC::CTradingRules::instance().isMarketPrice(priceType);
+    return TC::hostCall<&TC::CTradingRules::isMarketPrice>(priceType);
 }
 
 bool DataHelper::isAlgoOrderType(TC::EOrderType orderType) {
-    return TC::CTradingRules::instance().isAlgoOrderType(orderType);
+    return TC::hostCall<&TC::CTradingRules::isAlgoOrderType>(orderType);
 }
 
 TC::ETradePlatform DataHelper::getPlatformTypeByOrderType(TC::EOrderType orderType) {
-    return TC::CTradingRules::instance().getPlatformTypeByOrderType(orderType);
+    return TC::hostCall<&TC::CTradingRules::getPlatformTypeByOrderType>(orderType);
 }
 
 bool StockTypeCenter::isTypedStock(int type, const std::string& market, const std::string& code) {
-    return CInstrumentTypes::instance().isTypedStock(type, market, code);
+    return TC::hostCall<&CInstrumentTypes::isTypedStock>(type, market, code);
 }
 
 bool isTypedStock(int type, const std::string& market, const std::string& code, const std::string&) {
-    return CInstrumentTypes::instance().isTypedStock(type, market, code);
+    return TC::hostCall<&CInstrumentTypes::isTypedStock>(type, market, code);
 }
 
 int getTradeMinUnit(const std::string& market, const std::string& code, TC::EOperationType operation) {
-    return CInstrumentTypes::instance().getTradeMinUnit(market, code, operation);
+    return TC::hostCall<&CInstrumentTypes::getTradeMinUnit>(market, code, operation);
 }
 
 int getUiMinUnit(const std::string& market, const std::string& code, bool forTrade) {
-    return CInstrumentTypes::instance().getUiMinUnit(market, code, forTrade);
+    return TC::hostCall<&CInstrumentTypes::getUiMinUnit>(market, code, forTrade);
 }
 
 } // namespace knservice
@@ -184,7 +198,7 @@ int getUiMinUnit(const std::string& market, const std::string& code, bool forTra
 namespace luawrapper {
 
 bool isOrderSwitchOn(const char* name) {
-    return LuaModuleCtrl::instance().checkModule({"mdl_order", name});
+    return TC::hostCall<&LuaModuleCtrl::checkModule>({"mdl_order", name});
 }
 
 } // namespace luawrapper

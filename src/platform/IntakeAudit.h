@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Unset.h"
 #include "platform/HostService.h"
 #include "records/Enums.h"
 #include "records/OrderParam.h"
@@ -59,6 +60,21 @@ struct CDiscardReport {
     long long m_nBytes = 0; ///< -1: the file cannot be read
 };
 
+/// What comes to nothing without a message to the user.
+enum class EIncident {
+    OrdersDropped, ///< orders were accepted, and nothing goes out for them
+    CancelNotDone, ///< a cancel found no task
+    HostFailed,    ///< a service of the host failed, and the message panel could not show it
+};
+
+struct CIncidentReport {
+    EIncident m_eIncident = EIncident::HostFailed;
+    int m_nChannel = kUnsetInt; ///< of the first order; unset if it is about no channel
+    int m_nOrders = 0;          ///< orders that were dropped
+    int m_nTaskId = kUnsetInt;  ///< unset if it is about no task
+    QString m_strCause;         ///< for people
+};
+
 /// Wants to know what came in, so that a journal can tell how many orders a file held. Called on the thread
 /// of the door, before the orders are handed on; must not throw. A host without a journal does nothing here.
 class CIntakeAudit : public CHostService<CIntakeAudit> {
@@ -81,13 +97,20 @@ public:
     /// The folder where refused order files are kept; it is made when it is needed. Empty, the default: they
     /// are kept beside their paths. Called on the file thread with the registry locked; must not throw.
     virtual QString rejectedFolder() { return {}; }
+
+    /// On any thread, also with the registry locked. A host that keeps no journal leaves it.
+    virtual void recordIncident(const CIncidentReport&) {}
 };
 
-/// Tells the installed audit. One that throws against its word costs its record and no order.
+/// Tells the installed audit. If it throws, its record is lost, with a report, and no order.
 void tellAudit(const CIntakeReport& report);
 void tellAudit(const CDoorReport& report);
 void tellAudit(const CDiscardReport& report);
 void tellAuditOfUnplaced(const QVector<COrderParam>& orders);
+void tellAudit(const CIncidentReport& report);
+
+/// Orders that nothing goes out for and no message tells of. channel: of the first of them.
+void tellOrdersDropped(int channel, int orders, const QString& cause);
 
 /// The folder that the installed audit names; empty if it names none or throws.
 QString rejectedFolder();

@@ -7,8 +7,9 @@
 #include "check/Reports.h"
 #include "intake/FileService.h"
 #include "platform/ExchangeClient.h"
+#include "platform/HostCall.h"
+#include "platform/HostReports.h"
 #include "platform/IntakeAudit.h"
-#include "platform/MsgService.h"
 #include "platform/TradeClient.h"
 #include "platform/TradeFrameworkSource.h"
 #include "platform/UserConfig.h"
@@ -20,6 +21,8 @@
 
 #include <QThread>
 
+#include <cstdio>
+#include <cstdlib>
 #include <future>
 #include <mutex>
 #include <thread>
@@ -43,22 +46,55 @@ void registerMetaTypes() {
 
 /// Whether the user's orders belong to the two-pass variant, which is not built yet.
 bool isSplitUser(const CUserConfig* user) {
-    return user != nullptr && !user->hasOrderService() &&
-           (user->hasUserAuth(EUserAuth::SignalOrders) || user->hasUserAuth(EUserAuth::FileOrders));
+    return user != nullptr && !hostCall<&CUserConfig::hasOrderService>.on(*user) &&
+           (hostCall<&CUserConfig::hasUserAuth>.on(*user, EUserAuth::SignalOrders) ||
+            hostCall<&CUserConfig::hasUserAuth>.on(*user, EUserAuth::FileOrders));
 }
 
 void reportUnbuiltVariant() {
-    showServiceMsg(QStringLiteral("[接口单]　此版本尚不支持分步下单服务, 指令未执行!"));
+    reportSafely(QStringLiteral("[接口单]　此版本尚不支持分步下单服务, 指令未执行!"));
 }
 
 void reportClosed(int orders) {
-    showServiceMsg(utils::fillText(QStringLiteral("[接口单]　下单服务已关闭, %1条指令未执行!"),
-                                   {QString::number(orders)}));
+    reportSafely(utils::fillText(QStringLiteral("[接口单]　下单服务已关闭, %1条指令未执行!"),
+                                 {QString::number(orders)}));
 }
+
+void reportNoEndHere() {
+    reportSafely(QStringLiteral("[接口单]　不能在下单服务的线程或回调中关闭下单服务, 请在主线程调用!"));
+}
+
+/// Asks the trading layer to cancel the task. There is no answer.
+void cancelTask(int taskId) {
+    const CUserConfig* user = getUserConfig();
+    const bool isSignalUser =
+        user != nullptr && hostCall<&CUserConfig::hasUserAuth>.on(*user, EUserAuth::SignalOrders);
+    const std::string name = user != nullptr ? hostCall<&CUserConfig::getUserName>.on(*user) : std::string();
+    const std::string remark =
+        "用户" + name + (isSignalUser ? "信号单" : "接口单") + "撤销指令" + std::to_string(taskId);
+    const std::string tradingDay = hostCall<&CExchangeClient::getMaxTradingDay>();
+    hostCall<&CTradeClient::cancelTask>(taskId, kTaskOpCancel, {}, remark, tradingDay, {}, 0);
+}
+
+/// Keeps what it found in the pointer and puts it back at its end.
+template<typename T>
+class CRestored {
+public:
+    CRestored(T*& pointer, T* value)
+        : m_pointer(pointer), m_pBefore(std::exchange(pointer, value)) {}
+    ~CRestored() { m_pointer = m_pBefore; }
+    CRestored(const CRestored&) = delete;
+    CRestored& operator=(const CRestored&) = delete;
+
+private:
+    T*& m_pointer;
+    T* const m_pBefore;
+};
 
 } // namespace
 
 struct COrderService::CThreads {
+    std::mutex end; ///< one shutdown at a time
     QThread service;
     std::thread file;
     std::unique_ptr<COrderQueue> queue; ///< in front of `service`
@@ -66,7 +102,7 @@ struct COrderService::CThreads {
 
 COrderService::COrderService(QObject*)
     : m_listeners(std::make_unique<CSocketListeners>(*this, *this)),
-      m_registry(std::make_unique<CStrategyRegistry>([this](bool running) { emit sigSetStatus(running); },
+      m_registry(std::make_unique<CStrategyRegistry>([this](bool running) { announceStatus(running); },
                                                      *m_listeners)),
       m_threads(std::make_unique<CThreads>()) {
     registerMetaTypes();
@@ -116,10 +152,23 @@ void COrderService::disconnectHost() {
 
 COrderService::~COrderService() {
     shutdown();
+    if (m_threads->service.isRunning()) {
+        // Deleted past release, inside a call of its own: whatever comes next is broken.
+        std::fputs("order service: COrderService was deleted inside a call-back\n", stderr);
+        std::abort();
+    }
     disconnect();
 }
 
+void COrderService::release() {
+    if (instance() != nullptr && utils::CLibraryCall::isInProgress()) return reportNoEndHere();
+    utils::CManualSingletonT<COrderService>::release();
+}
+
 void COrderService::shutdown() {
+    if (utils::CLibraryCall::isInProgress()) return reportNoEndHere();
+    const utils::CLibraryCall call;
+    const std::lock_guard lock(m_threads->end);
     if (!m_threads->service.isRunning()) return;
     disconnectHost();
     m_registry->closeDoors();
@@ -138,26 +187,38 @@ void COrderService::dropBacklog() {
 }
 
 void COrderService::loadFromConfig(bool showMsg) {
+    const utils::CLibraryCall call;
     const std::lock_guard lock(m_registry->mutex());
     if (m_registry->isClosing()) return;
-    CUserConfig* user = getUserConfig();
-    m_registry->bind(user != nullptr ? user->getStrategyMap() : nullptr);
-    if (user == nullptr) return;
-    chooseVariant(*user);
-    if (m_orderService) {
-        m_registry->filter(
-            [this](COrderStrategyMap* strategies) { m_orderService->filterStrategies(strategies); });
+    try {
+        bindUser(showMsg);
+    } catch (...) {
+        // Strategies that were neither filtered nor checked must not trade.
+        m_registry->bind(nullptr);
+        reportFailure(QStringLiteral("用户配置加载失败, 没有策略运行"));
     }
+}
+
+/// All that can fail comes before the first strategy is started.
+void COrderService::bindUser(bool showMsg) {
+    CUserConfig* user = getUserConfig();
+    if (user == nullptr) return m_registry->bind(nullptr);
+    COrderStrategyMap* strategies = hostCall<&CUserConfig::getStrategyMap>.on(*user);
+    if (strategies == nullptr)
+        throw CHostError(operationName<&CUserConfig::getStrategyMap>(), "there is no map of strategies");
+    const bool hasFramework = hostCall<&CUserConfig::hasShowTradeFrameworkPermission>.on(*user);
+    m_registry->bind(strategies);
+    chooseVariant(*user);
+    if (m_orderService)
+        m_registry->filter([this](COrderStrategyMap* kept) { m_orderService->filterStrategies(kept); });
     m_registry->restartRemembered(showMsg);
     startFileThread();
-    if (user->hasShowTradeFrameworkPermission()) {
-        showServiceMsg(QStringLiteral("[接口单]　此版本尚不支持交易框架接口!"));
-    }
+    if (hasFramework) reportSafely(QStringLiteral("[接口单]　此版本尚不支持交易框架接口!"));
 }
 
 void COrderService::chooseVariant(const CUserConfig& user) {
     if (m_orderService) return;
-    if (user.hasOrderService()) {
+    if (hostCall<&CUserConfig::hasOrderService>.on(user)) {
         m_orderService =
             std::make_unique<COrderServiceUnion>([this](int channel) { return beginOrder(channel); });
         m_pVariant = m_orderService.get();
@@ -169,8 +230,9 @@ void COrderService::chooseVariant(const CUserConfig& user) {
 void COrderService::startFileThread() {
     if (m_threads->file.joinable()) return;
     m_threads->file = std::thread([this] {
+        const utils::CLibraryCall call;
         utils::setThreadName("orderservice");
-        m_fileService->startFileServer();
+        runGuarded(QStringLiteral("文件单线程结束"), [this] { m_fileService->startFileServer(); });
     });
 }
 
@@ -179,7 +241,13 @@ void COrderService::loadSettings(QDomElement& element) {
 }
 
 void COrderService::saveSettings(QDomElement& element, QDomDocument& document) {
-    saveInterfaces(knservice::CTradeFrameworkSource::instance().getAllInterfaces(), element, document);
+    const utils::CLibraryCall call;
+    try {
+        saveInterfaces(hostCall<&knservice::CTradeFrameworkSource::getAllInterfaces>(), element, document);
+    } catch (...) {
+        reportFailure(QStringLiteral("交易框架接口未保存"));
+        throw;
+    }
 }
 
 void COrderService::placeorder(COrderParam order) {
@@ -187,11 +255,12 @@ void COrderService::placeorder(COrderParam order) {
 }
 
 void COrderService::placeOrders(QVector<COrderParam> orders) {
+    const utils::CLibraryCall call;
     if (m_threads->queue->isRefusing()) {
         if (!orders.isEmpty()) reportClosed(orders.size());
         return;
     }
-    emit sigPlaceOrders(std::move(orders));
+    runGuarded(QStringLiteral("sigPlaceOrders的接收者异常"), [&] { emit sigPlaceOrders(std::move(orders)); });
 }
 
 void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) {
@@ -202,17 +271,30 @@ void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) 
 }
 
 void COrderService::cancelOrder(int taskId) {
+    const utils::CLibraryCall call;
     if (m_threads->queue->isRefusing()) return reportClosed(1);
-    emit sigCancelOrder(taskId);
+    runGuarded(QStringLiteral("sigCancelOrder的接收者异常"), [&] { emit sigCancelOrder(taskId); });
 }
 
 void COrderService::cancelOrders(std::vector<std::string>& fields) {
-    emit sigCancelOrders(fields);
+    const utils::CLibraryCall call;
+    try {
+        emit sigCancelOrders(fields);
+    } catch (...) {
+        throwHostError("sigCancelOrders");
+    }
+}
+
+/// Emitted with the registry locked, when the start or stop is done: nothing that a receiver throws undoes
+/// it.
+void COrderService::announceStatus(bool isAnyRunning) {
+    runGuarded(QStringLiteral("sigSetStatus的接收者异常"), [&] { emit sigSetStatus(isAnyRunning); });
 }
 
 void COrderService::exchangePosition(boost::shared_ptr<CAccountInfo> account,
                                      QVector<COrderSingleParam>& rows) const {
-    TC::exchangePosition(account, rows, 1);
+    const utils::CLibraryCall call;
+    runGuarded(QStringLiteral("持仓未换算"), [&] { TC::exchangePosition(account, rows, 1); });
 }
 
 bool COrderService::hasRunning() const {
@@ -228,6 +310,7 @@ COrderServiceBase* COrderService::getOrderService() const {
 }
 
 int COrderService::addOrderStrategy(EOrderStrategyType type) {
+    const utils::CLibraryCall call;
     return m_registry->add(type);
 }
 
@@ -252,20 +335,22 @@ COrderStrategyParam* COrderService::getStrategy(int id) {
 }
 
 int COrderService::startOrderStrategy(int id, QString& error, bool showMsg) {
+    const utils::CLibraryCall call;
     return m_registry->start(id, error, showMsg);
 }
 
 int COrderService::stopOrderStrategy(int id, QString& error) {
+    const utils::CLibraryCall call;
     return m_registry->stop(id, error);
 }
 
 int COrderService::addDbfStrategy(COrderStrategyParam&) {
-    showServiceMsg(QStringLiteral("[批量埋单]　此版本尚不支持DBF委托表!"));
+    reportSafely(QStringLiteral("[批量埋单]　此版本尚不支持DBF委托表!"));
     return -1;
 }
 
 QString COrderService::getOrderStrategyText(EOrderStrategyType type) const {
-    return orderStrategyText(type);
+    return safeOrderStrategyText(type);
 }
 
 std::string COrderService::defaultRemark(const COrderStrategyParam& strategy) const {
@@ -279,30 +364,38 @@ std::optional<COrderStrategyParam> COrderService::copyStrategy(int channel) {
 }
 
 void COrderService::visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) {
+    const utils::CLibraryCall call;
     m_registry->visit(visit);
 }
 
 void COrderService::slotNewTradingDate(std::string date) {
-    knservice::CTradeFrameworkSource::instance().switchTradingDate(date);
+    const utils::CLibraryCall call;
+    runGuarded(QStringLiteral("新交易日未转交"),
+               [&] { hostCall<&knservice::CTradeFrameworkSource::switchTradingDate>(date); });
 }
 
 void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
-    if (m_bDropping) {
-        if (!orders.isEmpty()) tellAuditOfUnplaced(orders);
-        return;
-    }
+    const utils::CLibraryCall call;
+    if (orders.isEmpty()) return;
+    if (m_bDropping) return tellAuditOfUnplaced(orders);
+    runGuarded(QStringLiteral("批次中断"), [&] { workOff(orders); });
+}
+
+void COrderService::workOff(const QVector<COrderParam>& orders) {
     COrderServiceBase* variant = getOrderService();
     const bool isBound = m_registry->isBound();
-    if (variant == nullptr) {
-        if (!orders.isEmpty() && isBound && isSplitUser(getUserConfig())) reportUnbuiltVariant();
-        return;
+    if (variant == nullptr && isBound && isSplitUser(getUserConfig())) return reportUnbuiltVariant();
+    if (variant == nullptr || !isBound) {
+        const char* cause = isBound ? "the user has no right to an order service" : "no user is loaded";
+        return tellOrdersDropped(orders.first().m_nChannel, orders.size(), QString::fromUtf8(cause));
     }
     // The variant works on copies, since checks can wait for quotes and the registry must stay open
     // meanwhile. Each order renews the copy of its strategy. A batch can come while another is in hand.
     CBatch batch;
-    CBatch* const outer = std::exchange(m_pInHand, &batch);
-    variant->placeOrders(orders, isBound ? &batch.strategies : nullptr);
-    m_pInHand = outer;
+    {
+        const CRestored inHand(m_pInHand, &batch);
+        variant->placeOrders(orders, &batch.strategies);
+    }
     if (batch.isCut) tellAuditOfUnplaced(orders.mid(batch.begun));
 }
 
@@ -323,13 +416,8 @@ bool COrderService::beginOrder(int channel) {
 }
 
 void COrderService::slotCancelOrder(int taskId) {
-    const CUserConfig* user = getUserConfig();
-    const bool isSignalUser = user != nullptr && user->hasUserAuth(EUserAuth::SignalOrders);
-    const std::string name = user != nullptr ? user->getUserName() : std::string();
-    const std::string remark =
-        "用户" + name + (isSignalUser ? "信号单" : "接口单") + "撤销指令" + std::to_string(taskId);
-    const std::string tradingDay = CExchangeClient::instance().getMaxTradingDay();
-    CTradeClient::instance().cancelTask(taskId, kTaskOpCancel, {}, remark, tradingDay, {}, 0);
+    const utils::CLibraryCall call;
+    runGuarded(QStringLiteral("任务未撤销"), [taskId] { cancelTask(taskId); });
 }
 
 // Cancels that did not come from a row of a table pass through without effect, and tables are not read yet.

@@ -47,19 +47,27 @@ public:
     /// Starts the service's thread and moves to it. An object with a parent cannot move, so `parent` is not
     /// kept: the host deletes the service through release.
     explicit COrderService(QObject* parent = nullptr);
-    /// Shuts down first where shutdown was not called. Not on the service's own thread.
+    /// Shuts down first if shutdown was not called. Through release only.
     ~COrderService() override;
+
+    /// Deletes the service that initInstance stored and forgets it; shuts it down first. Refused with a
+    /// message, and the service stays, inside a call-back of the library: on one of its own threads, or in a
+    /// service or receiver of the host that an operation of the library has called.
+    static void release();
 
     /// Binds the service to the logged-in user: chooses the variant, filters the strategies over the user's
     /// limits, starts those that the configuration remembers as running, and starts the file thread. Without
     /// a user it lets go of the former one's strategies and does no more. A repeated call keeps variant and
     /// thread and starts again what is remembered as running. showMsg: whether each started strategy is
-    /// announced.
+    /// announced. If a service of the host throws or gives no map of strategies, no strategy is bound or
+    /// runs, and a message says why.
     void loadFromConfig(bool showMsg);
 
     /// Ends the intake, works off every batch that was accepted, and ends the service's threads. Nothing that
     /// was taken from a file is lost. Afterwards the object accepts nothing more: orders are refused with a
-    /// message, strategies do not start, and a second call does nothing. Not on the service's own thread.
+    /// message, strategies do not start, and a second call does nothing. Refused with a message inside a
+    /// call-back of the library, as release is. Waits for the services that the library's threads are in: a
+    /// service that waits for the thread that calls shutdown never lets it return.
     void shutdown();
 
     /// For a user who does not want to wait for shutdown any longer. The service finishes the order in hand
@@ -77,7 +85,8 @@ public:
     /// Appends what CTradeFrameworkSource::getAllInterfaces gives, and not what was loaded, to `element`,
     /// which is an "interfaceTrade" of the document that the host has made: one child for each interface,
     /// with its name as tag. The document does not hold names to what XML allows, and an interface with an
-    /// empty name is not in it.
+    /// empty name is not in it. Throws what getAllInterfaces and the records throw, after a message; nothing
+    /// has been appended then.
     void saveSettings(QDomElement& element, QDomDocument& document);
     /// What loadSettings has read, in that order.
     const knservice::TradeInterfaceList& interfaces() const { return m_interfaces; }
@@ -88,7 +97,8 @@ public:
     /// Hands checked orders to the variant on the caller's thread; without a variant does nothing.
     void placeLegalOrders(QVector<orderParamForOrderService> orders);
     void cancelOrder(int taskId) override;
-    /// Emits sigCancelOrders on the calling thread.
+    /// Emits sigCancelOrders on the calling thread. Throws CHostError if a receiver throws; an order file is
+    /// not read further then.
     void cancelOrders(std::vector<std::string>& fields) override;
 
     /// Rewrites target volumes into the orders that lead to them from the account's stock positions; without
@@ -157,6 +167,9 @@ public slots:
 private:
     void connectOwnSignals();
     void connectHost();
+    void bindUser(bool showMsg);
+    void workOff(const QVector<COrderParam>& orders);
+    void announceStatus(bool isAnyRunning);
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();

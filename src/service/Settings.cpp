@@ -5,6 +5,8 @@
 #include <QDomDocument>
 #include <QDomElement>
 
+#include <vector>
+
 namespace TC {
 namespace {
 
@@ -25,14 +27,17 @@ void loadInterfaces(const QDomElement& element, knservice::TradeInterfaceList& i
 
 void saveInterfaces(const knservice::TradeInterfaceList& interfaces, QDomElement& element,
                     QDomDocument& document) {
+    std::vector<QDomElement> children; // all are made before the first is appended: making one can throw
     for (const knservice::TradeInterfaceDataPtr& record : interfaces) {
         if (record == nullptr) continue;
         // A name that is no tag name stays what the document makes of it; an empty one leaves nothing to
         // append.
         QDomElement child = document.createElement(QString::fromStdString(record->m_strInterface));
         child.setAttribute(kDataAttribute, QString::fromStdString(record->toJson()));
-        element.appendChild(child);
+        children.push_back(child);
     }
+    for (const QDomElement& child : children)
+        element.appendChild(child);
 }
 
 } // namespace TC

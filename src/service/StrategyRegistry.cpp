@@ -3,8 +3,9 @@
 #include "base/FileCount.h"
 #include "base/Text.h"
 #include "check/AccountLookup.h"
+#include "platform/HostCall.h"
+#include "platform/HostReports.h"
 #include "platform/IntakeAudit.h"
-#include "platform/MsgService.h"
 #include "platform/TradeClient.h"
 #include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
@@ -25,9 +26,8 @@ constexpr int kFailure = -1;
 /// Whether the accounts that the strategy names are logged in. Without accounts there is nothing to refuse
 /// here.
 bool areAccountsLoggedIn(const CUserConfig& user, const COrderStrategyParam& strategy) {
-    auto& trade = CTradeClient::instance();
-    const auto isLoggedIn = [&](const std::string& key) {
-        return trade.getLoginStatus(key) == EBROKER_LOGIN_STATUS::LoggedIn;
+    const auto isLoggedIn = [](const std::string& key) {
+        return hostCall<&CTradeClient::getLoginStatus>(key) == EBROKER_LOGIN_STATUS::LoggedIn;
     };
     switch (strategy.m_eSelectedAccountType) {
     case ESelectedAccountType::Account:
@@ -95,11 +95,26 @@ bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
     return true;
 }
 
+/// Copies the user's default settings into the slots; false without a user.
+bool fillDefaults(COrderStrategyParam& strategy) {
+    const CUserConfig* user = getUserConfig();
+    if (user == nullptr) return false;
+    for (int slot = 0; slot < kSettingSlots; ++slot) {
+        const auto which = defaultForSlot(static_cast<ESettingSlot>(slot));
+        if (which == EDefaultSetting::None) continue;
+        strategy.setting(static_cast<ESettingSlot>(slot)) =
+            hostCall<&CUserConfig::getDefaultOrderSetting>.on(*user, which);
+    }
+    return true;
+}
+
 /// The head of the messages about a strategy. Made before the host hears of the change: it may remove the
-/// strategy there and then.
+/// strategy there and then. Without its title if the host fails: the change is done by then.
 QString messageHead(const COrderStrategyParam& strategy) {
-    return orderStrategyTypeToOrderTitle(strategy.m_eStrategyType) + QStringLiteral("　") +
-           strategy.m_strName;
+    QString title;
+    runGuarded(QStringLiteral("策略标题未知"),
+               [&] { title = orderStrategyTypeToOrderTitle(strategy.m_eStrategyType); });
+    return title + QStringLiteral("　") + strategy.m_strName;
 }
 
 } // namespace
@@ -149,17 +164,13 @@ int CStrategyRegistry::nextId() const {
 
 int CStrategyRegistry::add(EOrderStrategyType type) {
     const std::lock_guard lock(m_mutex);
-    const CUserConfig* user = getUserConfig();
-    if (m_pStrategies == nullptr || user == nullptr) return kFailure;
     COrderStrategyParam strategy;
+    bool hasUser = false;
+    runGuarded(QStringLiteral("策略未新增"), [&] { hasUser = fillDefaults(strategy); });
+    if (!hasUser || m_pStrategies == nullptr) return kFailure;
     strategy.m_nChannel = nextId();
     strategy.m_strName = QStringLiteral("策略%1").arg(strategy.m_nChannel);
     strategy.m_eStrategyType = type;
-    for (int slot = 0; slot < kSettingSlots; ++slot) {
-        const auto which = defaultForSlot(static_cast<ESettingSlot>(slot));
-        if (which == EDefaultSetting::None) continue;
-        strategy.setting(static_cast<ESettingSlot>(slot)) = user->getDefaultOrderSetting(which);
-    }
     change([&] { m_pStrategies->insert(strategy.m_nChannel, strategy); });
     return strategy.m_nChannel;
 }
@@ -204,15 +215,27 @@ int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
         return kFailure;
     }
     const bool wasRunning = strategy->isRunning();
-    if (!startChecked(*strategy, error)) return kFailure;
+    if (!startGuarded(*strategy, error)) return kFailure;
     // The host has heard of the source by now and may have removed the strategy.
     strategy = find(id);
     if (strategy == nullptr) return kSuccess;
     change([&] { strategy->m_nStatus = COrderStrategyParam::kRunning; });
     const QString head = messageHead(*strategy);
     m_onStatus(hasRunning());
-    if (showMsg && !wasRunning) showServiceMsg(head + QStringLiteral(": 启动成功!"));
+    if (showMsg && !wasRunning) reportSafely(head + QStringLiteral(": 启动成功!"));
     return kSuccess;
+}
+
+/// A service of the host that fails fails the start.
+bool CStrategyRegistry::startGuarded(COrderStrategyParam& strategy, QString& error) {
+    const int id = strategy.m_nChannel; // the host may remove the strategy
+    try {
+        return startChecked(strategy, error);
+    } catch (...) {
+        error = QStringLiteral("启动异常: ") + exceptionText();
+        reportFailure(QStringLiteral("策略%1未启动").arg(id));
+        return false;
+    }
 }
 
 /// The tests of a start, in their order; a strategy that runs already passes once its accounts do.
@@ -246,7 +269,7 @@ bool CStrategyRegistry::openSource(const CUserConfig& user, const COrderStrategy
     }
     if (strategy.m_eStrategyType == EOrderStrategyType::Signal) return m_listeners.join(strategy, error);
     if (!strategy.comesFromFile()) return true;
-    if (user.hasOrderEncryptionService()) {
+    if (hostCall<&CUserConfig::hasOrderEncryptionService>.on(user)) {
         error = QStringLiteral("此版本尚不支持加密的文件单");
         return false;
     }
@@ -271,7 +294,7 @@ int CStrategyRegistry::stop(int id, QString& error) {
     });
     const QString head = messageHead(*strategy);
     m_onStatus(hasRunning());
-    showServiceMsg(head + QStringLiteral(": 停止运行!"));
+    reportSafely(head + QStringLiteral(": 停止运行!"));
     return kSuccess;
 }
 

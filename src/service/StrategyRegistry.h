@@ -59,6 +59,7 @@ public:
 private:
     int nextId() const;
     void leaveListener(const COrderStrategyParam& strategy);
+    bool startGuarded(COrderStrategyParam& strategy, QString& error);
     bool startChecked(COrderStrategyParam& strategy, QString& error);
     bool openSource(const CUserConfig& user, const COrderStrategyParam& strategy, QString& error);
 

@@ -3,6 +3,7 @@
 #include "base/Fields.h"
 #include "base/StrictNumber.h"
 #include "base/Text.h"
+#include "platform/HostCall.h"
 #include "platform/TraderCenter.h"
 #include "platform/UserConfig.h"
 #include "records/OrderTypes.h"
@@ -80,9 +81,11 @@ bool readReversed(const CReading& reading) {
 
 /// The first position of a portfolio, or null where the portfolio is unknown or empty.
 knservice::CPositionDetailPtr findFirstPosition(const std::string& key, bool& isKnown) {
-    const auto data = knservice::TraderCenter::instance().getDataCenter().getGlobalAccountData();
+    const auto data = hostCall<&knservice::CDataCenter::getGlobalAccountData>.on(
+        hostCall<&knservice::TraderCenter::getDataCenter>());
     if (!data) return nullptr;
-    const auto portfolios = data->getMapData(knservice::kPortfolioTable);
+    const auto portfolios =
+        hostCall<&knservice::CAccountData::getMapData>.on(*data, knservice::kPortfolioTable);
     const auto found = portfolios.find(key);
     const auto portfolio = found != portfolios.end()
                                ? boost::dynamic_pointer_cast<knservice::CPortfolio>(found->second)

@@ -5,6 +5,8 @@
 #include "base/Log.h"
 #include "base/StrictNumber.h"
 #include "base/Text.h"
+#include "platform/HostCall.h"
+#include "platform/HostReports.h"
 #include "socket/OrderCommandParser.h"
 
 #include <boost/format.hpp>
@@ -279,6 +281,9 @@ void COrderSocketServer::onPlaceOrder(std::string_view argument, ConnData& data,
     if (mustLogIn(data, reply)) return;
     try {
         placeOrder(argument, reply);
+    } catch (const CHostError&) {
+        reportFailure(m_strSource);
+        writeError(reply, kBadParam);
     } catch (...) {
         writeError(reply, kBadParam);
     }

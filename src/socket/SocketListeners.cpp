@@ -2,6 +2,8 @@
 
 #include "base/Log.h"
 #include "base/Thread.h"
+#include "platform/HostCall.h"
+#include "platform/HostReports.h"
 #include "platform/IntakeAudit.h"
 #include "socket/OrderSocketServerWrapper.h"
 
@@ -17,6 +19,8 @@
 namespace TC {
 namespace {
 
+constexpr const char* kStartFailed = "启动socket服务失败（可能因为端口被占用或其它原因）";
+
 void tellDoor(EDoorEvent event, const QString& source) {
     CDoorReport report;
     report.m_eEvent = event;
@@ -26,6 +30,7 @@ void tellDoor(EDoorEvent event, const QString& source) {
 
 /// The listener's thread: an exception of the loop is logged, and the loop goes on.
 void serve(COrderSocketServerWrapper& wrapper) {
+    const utils::CLibraryCall call;
     utils::setThreadName("orderSocketWrapper");
     for (bool isDone = false; !isDone;) {
         try {
@@ -68,8 +73,11 @@ bool CSocketListeners::join(const COrderStrategyParam& strategy, QString& error)
         } else {
             open(strategy, reason);
         }
+    } catch (const CHostError&) {
+        reportFailure(strategy.m_strSignalSource);
+        reason = QString::fromUtf8(kStartFailed);
     } catch (...) {
-        reason = QStringLiteral("启动socket服务失败（可能因为端口被占用或其它原因）");
+        reason = QString::fromUtf8(kStartFailed);
     }
     if (!reason.isEmpty()) error = reason;
     return reason.isEmpty();

@@ -3,6 +3,8 @@
 #include "base/Log.h"
 #include "base/Text.h"
 #include "check/Reports.h"
+#include "platform/HostCall.h"
+#include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/MsgService.h"
 #include "platform/OrderClient.h"
@@ -11,7 +13,6 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <exception>
 #include <iterator>
 #include <utility>
 
@@ -39,6 +40,10 @@ EOrderStrategyTradeType tradeTypeOf(const COrderParam& order, const COrderStrate
                         : strategy.m_eTradeType;
 }
 
+constexpr const char* kBatchEnded =
+    "an order before them has no strategy, or one that may not trade, and ends its batch";
+constexpr const char* kNoCommandUser = "this kind of user may not issue commands";
+
 constexpr const char* kForceConfirm = "mdl_order_service_force_confirm";
 
 /// The button of the trading panel that a futures order stands for.
@@ -64,6 +69,13 @@ bson::BSONObj hedgeLeg(int orderType, const COrderStrategyParam& strategy) {
     hedge.bsonValueFromObj(strategy.m_hedgeParam);
     hedge.m_nPriceKind = isBuy(operation) ? kPriceWhenBuying : kPriceOtherwise;
     return hedge.toBson();
+}
+
+/// The user sees nothing of it; the audit tells.
+bool mayIssue(const COrderParam& order) {
+    if (isCmdUser()) return true;
+    tellOrdersDropped(order.m_nChannel, 1, QString::fromUtf8(kNoCommandUser));
+    return false;
 }
 
 void logInfo(const void* object, const char* function, const std::string& text) {
@@ -129,32 +141,35 @@ void COrderServiceUnion::filterStrategies(COrderStrategyMap* strategies) {
     const CUserConfig* user = getUserConfig();
     if (strategies == nullptr || user == nullptr) return;
     if (!isOrderSwitchOn("mdl_order_split_orderNum")) {
-        keepFirst(*strategies, user->getMaxOrderServerNum(), [](const COrderStrategyParam&) { return true; });
+        keepFirst(*strategies, hostCall<&CUserConfig::getMaxOrderServerNum>.on(*user),
+                  [](const COrderStrategyParam&) { return true; });
         return;
     }
     const auto isOfType = [](EOrderStrategyType type) {
         return [type](const COrderStrategyParam& strategy) { return strategy.m_eStrategyType == type; };
     };
-    keepFirst(*strategies, user->getMaxOrderServerNum(), isOfType(EOrderStrategyType::File));
-    keepFirst(*strategies, user->getMaxOrderServerNumSocket(), isOfType(EOrderStrategyType::Signal));
+    keepFirst(*strategies, hostCall<&CUserConfig::getMaxOrderServerNum>.on(*user),
+              isOfType(EOrderStrategyType::File));
+    keepFirst(*strategies, hostCall<&CUserConfig::getMaxOrderServerNumSocket>.on(*user),
+              isOfType(EOrderStrategyType::Signal));
 }
 
 void COrderServiceUnion::placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) {
     if (strategies == nullptr) return;
-    for (const COrderParam& order : qAsConst(orders)) {
-        if (!placeGuarded(order, strategies)) return;
+    for (int i = 0; i < orders.size(); ++i) {
+        if (placeGuarded(orders.at(i), strategies)) continue;
+        const int rest = orders.size() - i - 1;
+        if (rest > 0) tellOrdersDropped(orders.at(i + 1).m_nChannel, rest, QString::fromUtf8(kBatchEnded));
+        return;
     }
 }
 
-/// An exception of the host's costs the order that it came over, with a word, and no other.
+/// An exception drops the order that it came over, with a report; the batch goes on.
 bool COrderServiceUnion::placeGuarded(const COrderParam& order, const COrderStrategyMap* strategies) {
     try {
         return placeOrder(order, strategies);
-    } catch (const std::exception& error) {
-        showCheckFailure(
-            utils::fillText(QStringLiteral("[%1]　通道号: %2, 下单异常: %3"),
-                            {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel),
-                             QString::fromUtf8(error.what())}));
+    } catch (...) {
+        reportOrderFailure(order.m_eStrategyType, order.m_nChannel);
     }
     return true;
 }
@@ -197,7 +212,8 @@ void COrderServiceUnion::dispatch(const COrderParam& order, const COrderStrategy
 void COrderServiceUnion::orderFamily(const CFamilyOperation& family, const COrderParam& order,
                                      const COrderStrategyParam& strategy) const {
     CChecked checked{order, strategy};
-    if (!(this->*family.m_pfnCheck)(order, strategy, checked.codes, checked.weights) || !isCmdUser()) return;
+    if (!(this->*family.m_pfnCheck)(order, strategy, checked.codes, checked.weights)) return;
+    if (!mayIssue(order)) return;
     if (utils::CLogCenter::logEnabled()) logInfo(this, family.m_pszFunction, family.m_pszLog);
     (this->*family.m_pfnIssue)(family, checked);
 }
@@ -226,13 +242,13 @@ void COrderServiceUnion::issueBareCommand(const CFamilyOperation& family, const 
     command->m_bForceConfirm = isOrderSwitchOn(kForceConfirm);
     command->m_eStrategyType = checked.order.m_eStrategyType;
     command->m_strRemark = checked.order.m_strRemark;
-    COrderClient::instance().orderCommands(command);
+    hostCall<&COrderClient::orderCommands>(command);
 }
 
 void COrderServiceUnion::orderCompose(COrderParam order, const COrderStrategyParam& strategy) const {
     std::vector<CCodeOrderParam> codes;
     std::map<std::string, double> weights;
-    if (!checkAndFillOrderCompose(order, strategy, codes, weights) || !isCmdUser()) return;
+    if (!checkAndFillOrderCompose(order, strategy, codes, weights) || !mayIssue(order)) return;
     const bool isHedged = isOrderSwitchOn("mdl_order_compose_hedge") && strategy.m_bHedgeBasket;
     std::string algoParam = get3rdAlgoParam(order, codes, strategy);
     if (algoParam.empty()) algoParam = order.m_strBasketText;

@@ -193,8 +193,8 @@ TEST_F(OrderService, ExceptionOfTheHostCostsOneOrder) {
     service().placeOrders({good(), good()});
     service().shutdown();
     EXPECT_EQ(calls, 2);
-    EXPECT_EQ(host.errorTexts(),
-              std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, 下单异常: no line")});
+    EXPECT_EQ(host.errorTexts(), std::vector<QString>{QStringLiteral(
+                                     "[文件单]　通道号: 3, 下单异常: COrderClient::orderCommands: no line")});
 }
 
 TEST_F(OrderService, NothingIsAcceptedAfterTheShutdown) {

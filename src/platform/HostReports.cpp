@@ -1,0 +1,104 @@
+#include "platform/HostReports.h"
+
+#include "base/Log.h"
+#include "base/Text.h"
+#include "platform/HostCall.h"
+#include "platform/IntakeAudit.h"
+#include "platform/MsgService.h"
+#include "platform/UserConfig.h"
+
+#include <cstdio>
+#include <exception>
+
+namespace TC {
+namespace {
+
+constexpr const char* kUnknownType = "an exception of an unknown type";
+
+std::string hostErrorText(std::string_view operation, const char* cause) {
+    std::string text(operation);
+    return text.append(": ").append(cause);
+}
+
+/// The user's flags for a note, or none if they cannot be had: the text matters more.
+CMsgFlags noteFlags() noexcept {
+    try {
+        CUserConfig* user = getUserConfig();
+        return user != nullptr ? hostCall<&CUserConfig::getMsgFlags>.on(*user, EMsgTypeDef::General)
+                               : CMsgFlags();
+    } catch (...) {
+        return {};
+    }
+}
+
+void logFailure(const QString& text) noexcept {
+    try {
+        const std::string line = text.toStdString();
+        if (utils::CLogCenter::logEnabled())
+            utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, nullptr, __FUNCTION__,
+                                   line);
+        else
+            std::fprintf(stderr, "order service: %s\n", line.c_str());
+    } catch (...) {
+        std::fputs("order service: a report was lost\n", stderr);
+    }
+}
+
+/// What the panel does not show. Not by way of tellAudit, which reports here.
+void recordFailure(const QString& text) noexcept {
+    try {
+        CIncidentReport report;
+        report.m_eIncident = EIncident::HostFailed;
+        report.m_strCause = text;
+        hostCall<&CIntakeAudit::recordIncident>(report);
+    } catch (...) {
+        logFailure(text);
+    }
+}
+
+} // namespace
+
+CHostError::CHostError(std::string_view operation, const char* cause)
+    : std::runtime_error(hostErrorText(operation, cause)) {}
+
+void throwHostError(std::string_view operation) {
+    try {
+        throw;
+    } catch (const CHostError&) {
+        throw;
+    } catch (const std::exception& error) {
+        throw CHostError(operation, error.what());
+    } catch (...) {
+        throw CHostError(operation, kUnknownType);
+    }
+}
+
+QString exceptionText() noexcept {
+    try {
+        try {
+            throw;
+        } catch (const std::exception& error) {
+            return QString::fromUtf8(error.what());
+        } catch (...) {
+            return QString::fromUtf8(kUnknownType);
+        }
+    } catch (...) {
+        return {}; // no memory for the words
+    }
+}
+
+void reportSafely(const QString& text) noexcept {
+    try {
+        const CMsgFlags flags = noteFlags();
+        hostCall<&CMsgService::showMsg>(text, EMsgTypeDef::General, MsgLevel::Note, flags.m_bFirst,
+                                        flags.m_bSecond, QString());
+    } catch (...) {
+        recordFailure(text + QStringLiteral(" (") + exceptionText() + QStringLiteral(")"));
+    }
+}
+
+void reportFailure(const QString& text) noexcept {
+    reportSafely(QStringLiteral("[接口单]　") + text + QStringLiteral(": ") + exceptionText());
+}
+
+} // namespace TC
