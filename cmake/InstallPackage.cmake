@@ -9,7 +9,8 @@ install(EXPORT OrderServiceTargets NAMESPACE OrderService::
 
 # Public: what a host includes. The other floors stay inside the library.
 foreach(floor base records platform gates kit)
-    install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h")
+    install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h"
+        PATTERN "BsonExtended.h" EXCLUDE) # needs libbson's headers
 endforeach()
 foreach(header check/OrderServiceBase.h service/OrderService.h service/OrderServiceAdapter.h)
     get_filename_component(folder "${header}" DIRECTORY)
