@@ -61,6 +61,19 @@ TEST_P(IntakeAuditContract, ReportsNeverThrow) {
     onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordIntake(report)); });
 }
 
+TEST_P(IntakeAuditContract, ReportsOfDoorsNeverThrow) {
+    for (const EDoorEvent event :
+         {EDoorEvent::Opened, EDoorEvent::Closed, EDoorEvent::Stuck, EDoorEvent::Refused}) {
+        CDoorReport report;
+        report.m_eEvent = event;
+        EXPECT_NO_THROW(CIntakeAudit::instance().recordDoor(report));
+        report.m_strSource = QStringLiteral("127.0.0.1:9000");
+        report.m_strPeer = QStringLiteral("10.0.0.7:1234");
+        report.m_strCause = QStringLiteral("原因");
+        onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordDoor(report)); });
+    }
+}
+
 class TimeServiceContract : public contract::CContractTest {};
 CONTRACT_SUITE(TimeServiceContract);
 

@@ -133,11 +133,15 @@ TEST_P(NoTradeParametersContract, OrderWithThemIsNotForAnyAccount) {
 }
 
 TEST_P(NoSettingTextsContract, OrderWithOneIsNotTradedByTheStrategysSetting) {
-    COrderSetting setting;
-    orderSettingFromString(setting, QStringLiteral("price_type:11"));
-    EXPECT_FALSE(getUserConfig()->isPriceTypeValid(setting.m_ePriceType, EOperationType::Buy, world().broker,
-                                                   world().market, world().code, setting.m_eOrderType));
-    EXPECT_NE(setting.m_ePriceType, EPriceType::Specified);
+    for (const EPriceType before : {EPriceType::Specified, EPriceType::Latest}) {
+        COrderSetting setting;
+        setting.m_ePriceType = before;
+        orderSettingFromString(setting, QStringLiteral("price_type:6"));
+        EXPECT_NE(setting.m_ePriceType, before);
+        EXPECT_FALSE(getUserConfig()->isPriceTypeValid(setting.m_ePriceType, EOperationType::Buy,
+                                                       world().broker, world().market, world().code,
+                                                       setting.m_eOrderType));
+    }
 }
 
 TEST_P(TradingRulesContract, EmptySettingTextChangesNothing) {
