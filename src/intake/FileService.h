@@ -54,7 +54,7 @@ private:
     IStrategyRegistry& m_registry;
     CHostLinePort m_port;
     std::set<QString> m_leftWaiting; ///< paths of files that cannot be taken, already told
-    QString m_strLastFailure; ///< of the last pass, as reported; empty after a good one
+    QString m_strLastFailure;        ///< of the last pass, as reported; empty after a good one
     bool m_bIntervalFailed = false;
     utils::CStopRequest m_stop;
 };

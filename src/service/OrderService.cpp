@@ -80,8 +80,7 @@ void cancelTask(int taskId) {
 template<typename T>
 class CRestored {
 public:
-    CRestored(T*& pointer, T* value)
-        : m_pointer(pointer), m_pBefore(std::exchange(pointer, value)) {}
+    CRestored(T*& pointer, T* value) : m_pointer(pointer), m_pBefore(std::exchange(pointer, value)) {}
     ~CRestored() { m_pointer = m_pBefore; }
     CRestored(const CRestored&) = delete;
     CRestored& operator=(const CRestored&) = delete;

@@ -7,7 +7,6 @@
 #include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/MsgService.h"
-#include "platform/OrderClient.h"
 #include "platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
@@ -242,7 +241,7 @@ void COrderServiceUnion::issueBareCommand(const CFamilyOperation& family, const 
     command->m_bForceConfirm = isOrderSwitchOn(kForceConfirm);
     command->m_eStrategyType = checked.order.m_eStrategyType;
     command->m_strRemark = checked.order.m_strRemark;
-    hostCall<&COrderClient::orderCommands>(command);
+    sendCommand(command, checked.order);
 }
 
 void COrderServiceUnion::orderCompose(COrderParam order, const COrderStrategyParam& strategy) const {

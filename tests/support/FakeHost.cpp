@@ -205,6 +205,7 @@ QString CRules::knPriceTypeToString(TC::EPriceType type, const std::string& code
 
 bool CAlgorithms::getAlgOrderSettingFromString(const std::string& text,
                                                TC::CAlgorithmOrderSettingPtr& setting) {
+    if (onRead) onRead(setting);
     if (unreadable.count(text) > 0) return false;
     const auto read = boost::make_shared<CSetting>();
     read->text = text;

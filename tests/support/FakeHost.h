@@ -286,6 +286,8 @@ public:
     std::string getAlgParamsStr(TC::EOrderType type, const TC::CAlgorithmOrderSettingPtr& setting,
                                 const std::vector<TC::CCodeOrderParam>& codes) override;
 
+    /// Called with the setting that a text is read into, as it came.
+    std::function<void(const TC::CAlgorithmOrderSettingPtr&)> onRead;
     std::set<std::string> unreadable;
     CCalls<std::vector<TC::CCodeOrderParam>> codesCalls; ///< the records that getAlgParamsStr was asked with
 };
