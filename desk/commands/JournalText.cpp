@@ -135,7 +135,21 @@ void showCancelTask(std::ostream& out, const CJson& record) {
 
 void showStarted(std::ostream& out, const CJson& record) {
     out << "process " << word(record, "pid");
-    if (word(record, "recovered") == "true") out << ", after a crash";
+    if (word(record, "recovered") == "true" || word(record, "after_crash") == "true")
+        out << ", after a crash";
+}
+
+void showContinued(std::ostream& out, const CJson& record) {
+    out << "THE FILE CHANGED: " << word(record, "cause");
+}
+
+void showDiscarded(std::ostream& out, const CJson& record) {
+    out << "channel " << word(record, "channel") << ": NOT READ: " << word(record, "source") << ", "
+        << word(record, "lines") << " lines: " << word(record, "cause");
+}
+
+void showUnplaced(std::ostream& out, const CJson& record) {
+    out << "channel " << word(record, "channel") << ": NOT WORKED OFF: " << word(record, "order");
 }
 
 struct CKindText {
@@ -144,9 +158,13 @@ struct CKindText {
 };
 
 constexpr CKindText kKindTexts[] = {
-    {"started", showStarted}, {"strategy", showStrategy},      {"intake", showIntake},   {"door", showDoor},
-    {"message", showMessage}, {"trade_error", showTradeError}, {"command", showCommand}, {"order", showOrder},
-    {"fill", showFill},       {"cancel_task", showCancelTask},
+    {"started", showStarted},     {"strategy", showStrategy},
+    {"intake", showIntake},       {"door", showDoor},
+    {"message", showMessage},     {"trade_error", showTradeError},
+    {"command", showCommand},     {"order", showOrder},
+    {"fill", showFill},           {"cancel_task", showCancelTask},
+    {"continued", showContinued}, {"discarded", showDiscarded},
+    {"unplaced", showUnplaced},
 };
 
 /// For kinds without a text of their own: every key but those that stand at the head of the line.

@@ -2,6 +2,7 @@
 
 #include "desk/host/BrokerJournal.h"
 #include "desk/host/DeskPortfolios.h"
+#include "desk/host/Leftovers.h"
 #include "desk/journal/JournalEvents.h"
 #include "service/OrderService.h"
 
@@ -25,11 +26,14 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
 
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
+    if (m_journal.isAfterCrash()) m_sink.writeLine(crashText(m_journal.lastSeq()));
     if (result.isSuccess())
         result =
             m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(), m_journal.lastTask());
     m_strTradingDay = m_exchange.getMaxTradingDay();
     if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
+    // Without an end in the journal the next start would take this one for cut off.
+    if (!result.isSuccess()) (void)m_journal.close("not started: " + result.errorMsg());
     return result;
 }
 
@@ -68,6 +72,7 @@ void CDesk::startTrading() {
         [this](const std::vector<std::string>& fields) { m_trade.cancelOrders(fields); },
         Qt::DirectConnection);
     m_interfaces.load();
+    reportLeftovers(m_config.strategies, m_journal, m_sink);
     service.loadFromConfig(true);
     const TC::COrderStrategyMap started = service.getStrategyMap();
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {

@@ -60,6 +60,10 @@ public:
     /// and before its release.
     [[nodiscard]] utils::KNError saveInterfaces() { return m_interfaces.save(); }
 
+    /// The number of orders that were accepted and not worked off, by channel, for people; empty if all were
+    /// worked off. After COrderService::shutdown.
+    std::string unplacedText() const { return m_audit.unplacedText(); }
+
     /// Ends the journal; last, after COrderService::shutdown.
     [[nodiscard]] utils::KNError close(const std::string& reason);
 

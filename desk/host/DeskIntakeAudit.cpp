@@ -1,5 +1,6 @@
 #include "desk/host/DeskIntakeAudit.h"
 
+#include "desk/host/Leftovers.h"
 #include "desk/journal/JournalEvents.h"
 
 #include <nlohmann/json.hpp>
@@ -25,6 +26,32 @@ void CDeskIntakeAudit::recordDoor(const TC::CDoorReport& report) {
     m_sink.writeLine("the listener on " + report.m_strSource.toStdString() +
                      " serves nobody any more: " + report.m_strPeer.toStdString() + " sent " +
                      report.m_strCause.toStdString() + "; stop the strategy and start it again");
+}
+
+void CDeskIntakeAudit::recordDiscard(const TC::CDiscardReport& report) {
+    reportDiscard(report, "it waited when the strategy was started", m_journal, m_sink);
+}
+
+void CDeskIntakeAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
+    ++m_nUnplacedBatches;
+    for (const TC::COrderParam& order : orders) {
+        ++m_unplaced[order.m_nChannel];
+        const bool isRecorded = m_journal.append("unplaced", unplacedFields(order)).isSuccess();
+        if (!isRecorded) m_sink.writeLine("not worked off: " + order.toQString().toStdString());
+    }
+}
+
+std::string CDeskIntakeAudit::unplacedText() const {
+    if (m_unplaced.empty()) return {};
+    int sum = 0;
+    std::string channels;
+    for (const auto& [channel, count] : m_unplaced) {
+        sum += count;
+        channels += (channels.empty() ? "channel " : ", channel ") + std::to_string(channel) + ": " +
+                    std::to_string(count);
+    }
+    return "Not worked off: " + std::to_string(sum) + " orders in " + std::to_string(m_nUnplacedBatches) +
+           " batches (" + channels + "). The journal names each of them as \"unplaced\".";
 }
 
 } // namespace desk

@@ -49,6 +49,22 @@ CJson doorFields(const TC::CDoorReport& report) {
                  {"cause", textValue(report.m_strCause)}};
 }
 
+CJson discardFields(const TC::CDiscardReport& report, const std::string& cause) {
+    return CJson{{"source", textValue(report.m_strSource)},
+                 {"channel", numberValue(report.m_nChannel)},
+                 {"strategy_type", enumValue(report.m_eStrategyType)},
+                 {"lines", report.m_nLines < 0 ? CJson() : CJson(report.m_nLines)},
+                 {"bytes", report.m_nBytes < 0 ? CJson() : CJson(report.m_nBytes)},
+                 {"cause", cause}};
+}
+
+CJson unplacedFields(const TC::COrderParam& order) {
+    return CJson{{"channel", numberValue(order.m_nChannel)},
+                 {"strategy_type", enumValue(order.m_eStrategyType)},
+                 {"order_type", numberValue(order.m_nOrderType)},
+                 {"order", textValue(order.toQString())}};
+}
+
 CJson messageFields(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level) {
     return CJson{{"text", textValue(text)}, {"type", enumValue(type)}, {"level", enumValue(level)}};
 }

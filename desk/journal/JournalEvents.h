@@ -23,6 +23,11 @@ CJson intakeFields(const TC::CIntakeReport& report);
 /// `loopback` tells whether only this machine can reach the listener.
 CJson doorFields(const TC::CDoorReport& report);
 
+/// Kind `discarded`; `cause` tells why the file is not read.
+CJson discardFields(const TC::CDiscardReport& report, const std::string& cause);
+/// Kind `unplaced`; `order` is all of the order as one text.
+CJson unplacedFields(const TC::COrderParam& order);
+
 /// Kind `message`.
 CJson messageFields(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level);
 

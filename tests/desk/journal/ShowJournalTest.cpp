@@ -19,6 +19,9 @@ std::string shown(const std::string& kind, const std::string& rest) {
     return journalText({"{\"kind\":\"" + kind + "\"," + kHead + rest + "}", false});
 }
 
+const std::string kDiscarded =
+    R"("source":"a.txt","channel":1,"lines":3,"bytes":60,"cause":"it waited when the strategy was started")";
+
 class ShowJournalTest : public testing::Test {
 protected:
     int show(
@@ -70,6 +73,15 @@ TEST(JournalText, FamiliesAndOperationsHaveTheirWords) {
 TEST(JournalText, EachKindReadsAsOneLine) {
     EXPECT_EQ(shown("started", R"("recovered":true,"pid":9)"),
               kShown + "started  process 9, after a crash\n");
+    EXPECT_EQ(shown("started", R"("recovered":false,"after_crash":true,"pid":9)"),
+              kShown + "started  process 9, after a crash\n");
+    EXPECT_EQ(shown("continued", R"("cause":"it was cut","event":3)"),
+              kShown + "continued  THE FILE CHANGED: it was cut\n");
+    EXPECT_EQ(
+        shown("discarded", kDiscarded),
+        kShown + "discarded  channel 1: NOT READ: a.txt, 3 lines: it waited when the strategy was started\n");
+    EXPECT_EQ(shown("unplaced", R"("channel":2,"order":"order_type=23 channel=2")"),
+              kShown + "unplaced  channel 2: NOT WORKED OFF: order_type=23 channel=2\n");
     EXPECT_EQ(shown("stopped", R"("reason":"signal 15")"), kShown + "stopped  reason signal 15\n");
     EXPECT_EQ(shown("message", R"("text":"无法下单","type":4,"level":2)"), kShown + "message  无法下单\n");
     EXPECT_EQ(shown("trade_error", R"("text":"x","title":"t")"), kShown + "trade_error  x (t)\n");
@@ -167,4 +179,28 @@ TEST(JournalReader, DamagedIsWhatHoldsNoObjectWithAKind) {
         damaged.push_back(line->m_bDamaged);
     EXPECT_EQ(damaged, (std::vector<bool>{true, true, true, false}));
     EXPECT_FALSE(reader.rest());
+}
+
+TEST_F(ShowJournalTest, RecordBehindATornLineIsShownAsARecord) {
+    m_folder.append(kJournalFileName, R"({"kind":"ord{"kind":"stopped","time":"t","seq":6,"reason":"signal"})"
+                                      "\n");
+    EXPECT_EQ(show(false), 0);
+    EXPECT_EQ(m_out.str(), "DAMAGED  {\"kind\":\"ord\nt  #6  stopped  reason signal\n");
+}
+
+TEST_F(ShowJournalTest, FollowingGoesOnInTheFileThatTakesTheJournalsPlace) {
+    m_folder.append(kJournalFileName, R"({"kind":"stopped","time":"t","seq":1,"reason":"a"})"
+                                      "\n");
+    int sleeps = 0;
+    m_clock.m_onSleep = [&] {
+        ++sleeps;
+        if (sleeps == 1) std::filesystem::remove(m_folder.file(kJournalFileName));
+        if (sleeps == 2)
+            m_folder.append(kJournalFileName, R"({"kind":"stopped","time":"t","seq":2,"reason":"b"})"
+                                              "\n");
+    };
+    EXPECT_EQ(show(true, [&] { return sleeps < 5; }), 0);
+    EXPECT_EQ(m_out.str(), "t  #1  stopped  reason a\n"
+                           "-- another file is at the journal's path, or it was cut; from its beginning:\n"
+                           "t  #2  stopped  reason b\n");
 }

@@ -14,6 +14,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -262,6 +264,20 @@ TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
     EXPECT_NE(m_shown.str().find("The journal works again"), std::string::npos);
 }
 
+TEST_F(PaperHost, JournalsFileIsLookedAtOnceASecond) {
+    CJournalGuard guard(m_journal, m_sink, {});
+    guard.poll();
+    std::filesystem::remove(m_folder.file(kJournalFileName));
+    m_clock.m_dNow = 0.9;
+    guard.poll();
+    EXPECT_EQ(m_shown.str(), "");
+    m_clock.m_dNow = 1.0;
+    guard.poll();
+    EXPECT_EQ(m_shown.str().find("WARNING: journal "), 0u) << m_shown.str();
+    EXPECT_EQ(kinds(), CTexts{"continued"});
+    EXPECT_FALSE(guard.isHolding());
+}
+
 TEST_F(PaperHost, FillsWhileTheJournalCannotBeWrittenReachItLater) {
     CJournalGuard guard(m_journal, m_sink, [this] { m_broker->deliverEvents(); });
     place({buy(100, 9.50)});
@@ -318,6 +334,27 @@ TEST(FolderLock, FolderIsHeldByOneProcessAtATime) {
     EXPECT_TRUE(lock.acquire(folder.path()).isSuccess()) << "the lock goes with its process";
     for (const int descriptor : {ready[0], ready[1], done[0], done[1]})
         ::close(descriptor);
+}
+
+TEST(FolderLock, RemovingTheFileLetsNobodyIn) {
+    const CDeskFolder folder;
+    CFolderLock first, second;
+    ASSERT_TRUE(first.acquire(folder.path()).isSuccess());
+    std::filesystem::remove(folder.file(".lock"));
+    EXPECT_EQ(second.acquire(folder.path()).errorMsg(),
+              "cannot use desk folder " + folder.path() + ": it is in use by another process");
+}
+
+TEST(FolderLock, DeskThatLocksOnlyTheFileIsKeptOutAndKeepsOut) {
+    const CDeskFolder folder;
+    const int descriptor = ::open(folder.file(".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_EQ(::flock(descriptor, LOCK_EX | LOCK_NB), 0);
+    CFolderLock lock;
+    EXPECT_FALSE(lock.acquire(folder.path()).isSuccess());
+    ::flock(descriptor, LOCK_UN);
+    EXPECT_TRUE(lock.acquire(folder.path()).isSuccess());
+    EXPECT_NE(::flock(descriptor, LOCK_EX | LOCK_NB), 0);
+    ::close(descriptor);
 }
 
 TEST(FolderLock, FolderThatIsNotThereIsAnError) {
