@@ -6,18 +6,22 @@
 
 namespace desk {
 
-/// Journals what came in by a door. What was cut short is also told to the user: the lines behind the break
-/// are lost. Any thread. Journal and sink outlive it.
+/// Journals what came in by a door. What was refused, cut short, ignored or left waiting is shown to the user
+/// as well. Any thread. Journal and sink outlive it.
 class CDeskIntakeAudit : public TC::CIntakeAudit {
 public:
-    CDeskIntakeAudit(CJournal& journal, CTextSink& sink) : m_journal(journal), m_sink(sink) {}
+    /// Refused order files are kept in that folder; empty: beside their paths.
+    CDeskIntakeAudit(CJournal& journal, CTextSink& sink, QString rejectedFolder = {})
+        : m_journal(journal), m_sink(sink), m_strRejectedFolder(std::move(rejectedFolder)) {}
 
     void recordIntake(const TC::CIntakeReport& report) override;
     void recordDoor(const TC::CDoorReport& report) override;
+    QString rejectedFolder() override { return m_strRejectedFolder; }
 
 private:
     CJournal& m_journal;
     CTextSink& m_sink;
+    const QString m_strRejectedFolder;
 };
 
 } // namespace desk

@@ -7,6 +7,8 @@
 
 #include "tests/contract/ContractFixture.h"
 
+#include <QDir>
+
 #include <atomic>
 
 namespace {
@@ -55,6 +57,13 @@ TEST_P(IntakeAuditContract, ReportsNeverThrow) {
     report.m_strCause = QStringLiteral("line 2");
     EXPECT_NO_THROW(CIntakeAudit::instance().recordIntake(CIntakeReport()));
     onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordIntake(report)); });
+}
+
+TEST_P(IntakeAuditContract, RejectedFolderIsAnAbsolutePathOrNone) {
+    onAnotherThread([] {
+        const QString folder = CIntakeAudit::instance().rejectedFolder();
+        EXPECT_TRUE(folder.isEmpty() || QDir::isAbsolutePath(folder)) << folder.toStdString();
+    });
 }
 
 class TimeServiceContract : public CContractTest {};
