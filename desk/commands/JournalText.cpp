@@ -102,8 +102,13 @@ void showIntake(std::ostream& out, const CJson& record) {
         << word(record, "lines") << " lines of " << word(record, "source");
     if (number(record, "unread_params") != 0)
         out << ", " << word(record, "unread_params") << " orderParam lines NOT UNDERSTOOD";
+    if (number(record, "ignored_lines") != 0)
+        out << ", " << word(record, "ignored_lines") << " lines WITHOUT EFFECT, the first is "
+            << word(record, "first_ignored");
+    if (word(record, "rejected") == "true") out << ", REFUSED: " << word(record, "cause");
     if (word(record, "left_waiting") == "true") out << ", LEFT WAITING: " << word(record, "cause");
     if (word(record, "cut_short") == "true") out << ", CUT SHORT at " << word(record, "cause");
+    out << optional(", kept as ", record, "kept_as");
 }
 
 void showDoor(std::ostream& out, const CJson& record) {

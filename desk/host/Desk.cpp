@@ -8,7 +8,19 @@
 
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
+
 namespace desk {
+namespace {
+
+constexpr const char* kRejectedFolder = "rejected";
+
+QString rejectedFolder(const std::string& folder) {
+    const std::filesystem::path path = std::filesystem::absolute(folder) / kRejectedFolder;
+    return QString::fromStdString(path.lexically_normal().string());
+}
+
+} // namespace
 
 CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
     : m_strFolder(std::move(folder)), m_config(std::move(config)), m_sink(sink),
@@ -20,8 +32,8 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_positions(m_broker, m_market, m_user),
       m_center(m_journal, m_broker, sink, m_positions, portfolioData(m_config.portfolios)),
       m_exchange(m_config.instruments), m_quotes(m_market), m_types(m_market), m_messages(m_journal, sink),
-      m_switches(m_config.switches), m_audit(m_journal, sink), m_strategyFile(m_strFolder, m_config),
-      m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
+      m_switches(m_config.switches), m_audit(m_journal, sink, rejectedFolder(m_strFolder)),
+      m_strategyFile(m_strFolder, m_config), m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
       m_interfaces(m_strFolder, m_config.settings, m_framework) {}
 
 utils::KNError CDesk::open() {

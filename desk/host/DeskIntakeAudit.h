@@ -9,11 +9,14 @@
 
 namespace desk {
 
-/// Journals what came in by a door, and tells the user what is lost: lines behind a break, files that are
-/// deleted unread, orders that are not worked off. Any thread. Journal and sink outlive it.
+/// Journals what came in by a door, and shows the user what is lost or waits: files that were refused, cut
+/// short, deleted unread or left waiting, ignored lines, orders that are not worked off. Any thread. Journal
+/// and sink outlive it.
 class CDeskIntakeAudit : public TC::CIntakeAudit {
 public:
-    CDeskIntakeAudit(CJournal& journal, CTextSink& sink) : m_journal(journal), m_sink(sink) {}
+    /// Refused order files are kept in that folder; empty: beside their paths.
+    CDeskIntakeAudit(CJournal& journal, CTextSink& sink, QString rejectedFolder = {})
+        : m_journal(journal), m_sink(sink), m_strRejectedFolder(std::move(rejectedFolder)) {}
 
     void recordIntake(const TC::CIntakeReport& report) override;
     void recordDoor(const TC::CDoorReport& report) override;
@@ -22,10 +25,12 @@ public:
 
     /// How many orders recordUnplaced got, by channel, for people; empty for none. While nothing is recorded.
     std::string unplacedText() const;
+    QString rejectedFolder() override { return m_strRejectedFolder; }
 
 private:
     CJournal& m_journal;
     CTextSink& m_sink;
+    const QString m_strRejectedFolder;
     int m_nUnplacedBatches = 0;
     std::map<int, int> m_unplaced; ///< orders by channel
 };

@@ -37,7 +37,11 @@ CJson intakeFields(const TC::CIntakeReport& report) {
                  {"unread_params", report.m_nUnreadTradeParams},
                  {"cut_short", report.m_bCutShort},
                  {"left_waiting", report.m_bLeftWaiting},
-                 {"cause", textValue(report.m_strCause)}};
+                 {"cause", textValue(report.m_strCause)},
+                 {"rejected", report.m_bRejected},
+                 {"kept_as", textValue(report.m_strKeptAs)},
+                 {"ignored_lines", report.m_nIgnoredLines},
+                 {"first_ignored", textValue(report.m_strFirstIgnored)}};
 }
 
 CJson doorFields(const TC::CDoorReport& report) {

@@ -71,7 +71,7 @@ COpenedFile openRegularFile(const std::string& path) {
 CPutAside putAside(const std::string& path, const std::string& source, const std::string& folder) {
     std::string trouble;
     if (!folder.empty()) {
-        const CPutAside moved = moveToFolder(path, source, folder);
+        CPutAside moved = moveToFolder(path, source, folder);
         if (moved.m_bMoved) return moved;
         trouble = "it cannot be moved to " + folder + ": " + moved.m_strTrouble;
     }

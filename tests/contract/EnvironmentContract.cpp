@@ -8,6 +8,8 @@
 #include "contract/ContractFixture.h"
 #include "contract/Suites.h"
 
+#include <QDir>
+
 #include <atomic>
 
 void contract::linkEnvironmentSuites() {}
@@ -59,6 +61,13 @@ TEST_P(IntakeAuditContract, ReportsNeverThrow) {
     report.m_strCause = QStringLiteral("line 2");
     EXPECT_NO_THROW(CIntakeAudit::instance().recordIntake(CIntakeReport()));
     onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordIntake(report)); });
+}
+
+TEST_P(IntakeAuditContract, RejectedFolderIsAnAbsolutePathOrNone) {
+    onAnotherThread([] {
+        const QString folder = CIntakeAudit::instance().rejectedFolder();
+        EXPECT_TRUE(folder.isEmpty() || QDir::isAbsolutePath(folder)) << folder.toStdString();
+    });
 }
 
 TEST_P(IntakeAuditContract, ReportsOfDoorsNeverThrow) {

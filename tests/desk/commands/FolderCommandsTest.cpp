@@ -100,6 +100,7 @@ TEST_F(DemoFolder, ListensForThisMachineBehindALoginAndTheGuard) {
     }
     EXPECT_EQ(m_config.switches.count("mdl_order_socket_guard"), 1u);
     EXPECT_EQ(m_config.switches.count("mdl_order_command_guard"), 1u);
+    EXPECT_EQ(m_config.switches.count("mdl_order_file_guard"), 1u);
     EXPECT_FALSE(m_config.allowRemoteSocket);
 }
 

@@ -8,9 +8,11 @@
 
 #include <sys/resource.h>
 
+#include <filesystem>
 #include <future>
 #include <sstream>
 #include <utility>
+#include <vector>
 
 namespace desk {
 namespace {
@@ -32,6 +34,37 @@ TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
     const std::string before = journal();
     EXPECT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":4"); }}), 0);
     EXPECT_EQ(journal().compare(0, before.size(), before), 0); // never rewritten
+}
+
+TEST_F(RunDesk, DamagedOrderFileIsRefusedShownAndKept) {
+    const std::string damaged = "23,0,11.02,600101,7100\n23,0,11.02,600101,200\r23,0,11.02,600101,100\n";
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":4"); },
+        [&] {
+            folder.handOver("desk/orders/group.txt", damaged);
+            return true;
+        },
+        [this] { return has("\"rejected\":true"); },
+        [this] {
+            folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,300\n");
+            return true;
+        },
+        [this] { return has("\"kind\":\"fill\""); },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(has("\"cause\":\"line 2: a carriage return without a line feed\""));
+    const std::string command = "\"kind\":\"command\"";
+    EXPECT_EQ(journal().find(command), journal().rfind(command)) << "only that of the good file";
+    const std::string shown =
+        "group.txt was refused whole: line 2: a carriage return without a line feed; the "
+        "file is kept as ";
+    EXPECT_NE(out.str().find(shown + folder.path("desk/rejected/group.txt.")), std::string::npos)
+        << out.str();
+    std::vector<std::filesystem::path> kept;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path("desk/rejected")))
+        kept.push_back(entry.path().filename());
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_EQ(folder.read("desk/rejected/" + kept[0].string()), damaged);
 }
 
 TEST_F(RunDesk, OrdersOfACreditGroupAreSplitToTheShare) {

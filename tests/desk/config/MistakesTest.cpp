@@ -76,7 +76,8 @@ const CSpoiled kDeskRows[] = {
      "[switches]\nmdl_order_remark = true\n[settings.stock]",
      "desk.toml:26: switches: unknown key \"mdl_order_remark\"; expected one of mdl_order_command_guard, "
      "mdl_order_command_remark, "
-     "mdl_order_compose_basket_buy_sell, mdl_order_compose_hedge, mdl_order_pb_display, "
+     "mdl_order_compose_basket_buy_sell, mdl_order_compose_hedge, mdl_order_file_guard, "
+     "mdl_order_pb_display, "
      "mdl_order_service_force_confirm, "
      "mdl_order_socket_guard, "
      "mdl_order_split_orderNum"},

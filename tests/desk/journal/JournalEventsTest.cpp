@@ -97,7 +97,7 @@ TEST(JournalEvents, NumberThatIsNoneIsNull) {
     EXPECT_NE(commandFields(command, {}).dump().find("\"price\":null"), std::string::npos);
 }
 
-TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhereItWasCutShort) {
+TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhatBecameOfIt) {
     TC::CIntakeReport report;
     report.m_nChannel = 3;
     report.m_strSource = QStringLiteral("/orders/a.txt");
@@ -106,9 +106,15 @@ TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhereItWasCutShort) {
     report.m_nUnreadTradeParams = 2;
     report.m_bCutShort = true;
     report.m_strCause = QStringLiteral("line 7: bad");
-    EXPECT_EQ(intakeFields(report).dump(),
-              R"({"source":"/orders/a.txt","channel":3,"strategy_type":2,"lines":7,)"
-              R"("orders":5,"unread_params":2,"cut_short":true,"left_waiting":false,"cause":"line 7: bad"})");
+    report.m_bRejected = true;
+    report.m_strKeptAs = QStringLiteral("/rejected/a.txt");
+    report.m_nIgnoredLines = 1;
+    report.m_strFirstIgnored = QStringLiteral("line 2: short");
+    EXPECT_EQ(
+        intakeFields(report).dump(),
+        R"({"source":"/orders/a.txt","channel":3,"strategy_type":2,"lines":7,)"
+        R"("orders":5,"unread_params":2,"cut_short":true,"left_waiting":false,"cause":"line 7: bad",)"
+        R"("rejected":true,"kept_as":"/rejected/a.txt","ignored_lines":1,"first_ignored":"line 2: short"})");
 }
 
 TEST(JournalEvents, DoorTellsWhatHappenedWhereToWhomAndWhy) {

@@ -88,6 +88,16 @@ TEST(JournalText, EachKindReadsAsOneLine) {
     EXPECT_EQ(shown("intake",
                     R"("source":"a.txt","channel":1,"lines":3,"orders":2,"cut_short":true,"cause":"line 3")"),
               kShown + "intake  channel 1: 2 orders in 3 lines of a.txt, CUT SHORT at line 3\n");
+    EXPECT_EQ(shown("intake", R"("source":"a.txt","channel":1,"lines":3,"orders":0,"ignored_lines":2,)"
+                              R"("first_ignored":"line 1: short","kept_as":"")"),
+              kShown +
+                  "intake  channel 1: 0 orders in 3 lines of a.txt, 2 lines WITHOUT EFFECT, the first is "
+                  "line 1: short\n");
+    EXPECT_EQ(shown("intake", R"("source":"a.txt","channel":1,"lines":0,"orders":0,"rejected":true,)"
+                              R"("cause":"line 1: a zero byte","kept_as":"/rejected/a.txt.1")"),
+              kShown +
+                  "intake  channel 1: 0 orders in 0 lines of a.txt, REFUSED: line 1: a zero byte, kept as "
+                  "/rejected/a.txt.1\n");
     EXPECT_EQ(shown("strategy", R"("action":"start","channel":1,"name":"s","signal_source":"a.txt")"),
               kShown + "strategy  start channel 1 s, source a.txt\n");
     EXPECT_EQ(shown("cancel_task", R"("task":7,"operation":3,"user_name":"u","remark":"终止任务")"),

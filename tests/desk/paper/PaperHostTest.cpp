@@ -243,6 +243,35 @@ TEST_F(PaperHost, MessagesAndIntakeAreJournalled) {
     EXPECT_EQ(m_shown.str(), "启动\na.txt was cut short at line 3; what stood behind it is lost\n");
 }
 
+TEST_F(PaperHost, WhatBecomesOfAFileIsShown) {
+    CDeskIntakeAudit audit(m_journal, m_sink, QStringLiteral("/desk/rejected"));
+    EXPECT_EQ(audit.rejectedFolder(), QStringLiteral("/desk/rejected"));
+    EXPECT_EQ(CDeskIntakeAudit(m_journal, m_sink).rejectedFolder(), QString());
+
+    TC::CIntakeReport report;
+    report.m_strSource = QStringLiteral("a.txt");
+    report.m_nIgnoredLines = 2;
+    report.m_strFirstIgnored = QStringLiteral("line 3: it is for channel 5");
+    audit.recordIntake(report);
+    report = {};
+    report.m_strSource = QStringLiteral("b.txt");
+    report.m_bRejected = true;
+    report.m_strCause = QStringLiteral("line 1: a zero byte");
+    report.m_strKeptAs = QStringLiteral("rejected/b.txt.1");
+    audit.recordIntake(report);
+    report.m_strKeptAs.clear();
+    audit.recordIntake(report);
+    report.m_bRejected = false;
+    report.m_bCutShort = true;
+    report.m_strKeptAs = QStringLiteral("rejected/b.txt.2");
+    audit.recordIntake(report);
+    EXPECT_EQ(m_shown.str(),
+              "a.txt has 2 lines without effect; the first is line 3: it is for channel 5\n"
+              "b.txt was refused whole: line 1: a zero byte; the file is kept as rejected/b.txt.1\n"
+              "b.txt was refused whole: line 1: a zero byte; the file was deleted\n"
+              "b.txt was cut short at line 1: a zero byte; the file is kept as rejected/b.txt.2\n");
+}
+
 TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
     CJournalGuard guard(m_journal, m_sink, [this] { m_broker->deliverEvents(); });
     guard.poll();
