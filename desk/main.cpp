@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <clocale>
@@ -27,6 +28,15 @@ constexpr const char* kUsage =
     "       orderdesk check FOLDER                            name every mistake in it\n"
     "       orderdesk run FOLDER [--exit-when-idle SECONDS]   run it until SIGINT or SIGTERM\n"
     "       orderdesk journal FOLDER [--follow]               print what happened\n";
+
+/// Closed standard descriptors lead to nowhere afterwards. Otherwise the next file that is opened, such as
+/// the journal, would take their place, and what the process prints would be written into it.
+void occupyStandardDescriptors() {
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        // The lowest free number is given: those below are in use by now.
+        if (::fcntl(standard, F_GETFD) < 0) (void)::open("/dev/null", O_RDWR);
+    }
+}
 
 int usageError() {
     std::cerr << kUsage;
@@ -78,6 +88,7 @@ int runCommand(const std::vector<std::string>& words) {
 } // namespace
 
 int main(int argc, char** argv) {
+    occupyStandardDescriptors();
     std::setlocale(LC_ALL, "C.UTF-8");
     const QCoreApplication app(argc, argv);
     // The application has taken the locale of the environment; numbers have a point on every machine.

@@ -88,7 +88,7 @@ void checkPages(sqlite3* database) {
     sqlite3_db_config(database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
 }
 
-/// What the user can do about a store that cannot be opened; empty for other failures.
+/// What the user can do; empty for other failures.
 std::string remedyOf(ESqlFailure failure) {
     switch (failure) {
     case ESqlFailure::Damaged:
@@ -98,7 +98,7 @@ std::string remedyOf(ESqlFailure failure) {
                "the "
                "folder's funds and positions, and the journal still tells what was traded";
     case ESqlFailure::Locked:
-        return ". Another program has it open for writing: close that program, and start the desk again";
+        return "; another program has paper.db open for writing: close that program";
     case ESqlFailure::Other:
         break;
     }
@@ -327,7 +327,7 @@ utils::KNError CPaperStore::save(const CPaperBook& book, std::int64_t deliveredE
         waitForLocks(m_connection->raw, true);
         return {};
     } catch (const CSqlError& error) {
-        const utils::KNError result = storeError(error.what());
+        const utils::KNError result = storeError(error.what() + remedyOf(error.m_eFailure));
         // A lock that outlasted one wait does not hold up every order behind it as well.
         if (error.m_eFailure == ESqlFailure::Locked) waitForLocks(m_connection->raw, false);
         // After some failures SQLite has rolled back by itself.

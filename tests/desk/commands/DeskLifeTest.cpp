@@ -57,6 +57,18 @@ TEST_F(DeskLife, ClosedScreenPipeLeavesItTrading) {
     EXPECT_TRUE(has("\"kind\":\"stopped\""));
 }
 
+TEST_F(DeskLife, ClosedStandardDescriptorsAreNotTakenByTheJournal) {
+    CDeskOutput output = CDeskOutput::pipe();
+    CDeskProcess process(path(), output, CDeskProcess::EStart::WithoutStandardDescriptors);
+    tradeOnce();
+    for (const char* standard : {"0", "1", "2"}) {
+        EXPECT_EQ(std::filesystem::read_symlink("/proc/" + std::to_string(process.id()) + "/fd/" + standard),
+                  "/dev/null");
+    }
+    process.send(SIGTERM);
+    EXPECT_EQ(process.wait(), 0);
+}
+
 TEST_F(DeskLife, UnreadScreenHoldsUpNeitherOrdersNorCancelsNorTheEnd) {
     CDeskOutput output = CDeskOutput::pipe();
     CDeskProcess process(path(), output);
@@ -93,7 +105,7 @@ TEST_F(DeskLife, ClosedTerminalEndsItInAnOrderlyWay) {
 
 TEST_F(DeskLife, DeskThatIsToOutliveItsTerminalDoes) {
     CDeskOutput output = CDeskOutput::terminal();
-    CDeskProcess process(path(), output, true);
+    CDeskProcess process(path(), output, CDeskProcess::EStart::IgnoringHangup);
     tradeOnce();
     output.closeTestSide();
     tradeOnce();

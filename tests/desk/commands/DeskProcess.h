@@ -14,6 +14,7 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace desk {
 
@@ -91,9 +92,12 @@ private:
 /// `orderdesk run` as a process of its own.
 class CDeskProcess {
 public:
-    CDeskProcess(const std::string& folder, CDeskOutput& output, bool ignoresHangup = false) {
+    /// How the process begins.
+    enum class EStart { Plain, IgnoringHangup, WithoutStandardDescriptors };
+
+    CDeskProcess(const std::string& folder, CDeskOutput& output, EStart start = EStart::Plain) {
         m_nPid = ::fork();
-        if (m_nPid == 0) runChild(folder, output, ignoresHangup);
+        if (m_nPid == 0) runChild(folder, output, start);
         EXPECT_GT(m_nPid, 0);
         output.closeDeskSide();
     }
@@ -105,6 +109,7 @@ public:
     CDeskProcess(const CDeskProcess&) = delete;
     CDeskProcess& operator=(const CDeskProcess&) = delete;
 
+    pid_t id() const { return m_nPid; }
     void send(int signal) const { EXPECT_EQ(::kill(m_nPid, signal), 0); }
     bool hasEnded() {
         m_bEnded = m_bEnded || ::waitpid(m_nPid, &m_nStatus, WNOHANG) == m_nPid;
@@ -117,15 +122,17 @@ public:
     }
 
 private:
-    [[noreturn]] static void runChild(const std::string& folder, const CDeskOutput& output,
-                                      bool ignoresHangup) {
+    [[noreturn]] static void runChild(const std::string& folder, const CDeskOutput& output, EStart start) {
         if (output.isTerminal()) {
             ::setsid();
             ::ioctl(output.deskSide(), TIOCSCTTY, 0);
         }
-        if (ignoresHangup) ::signal(SIGHUP, SIG_IGN);
+        if (start == EStart::IgnoringHangup) ::signal(SIGHUP, SIG_IGN);
         for (const int standard : {STDOUT_FILENO, STDERR_FILENO})
             ::dup2(output.deskSide(), standard);
+        for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            if (start == EStart::WithoutStandardDescriptors) ::close(standard);
+        }
         ::execl(ORDERDESK_PROGRAM, "orderdesk", "run", folder.c_str(), nullptr);
         ::_exit(127);
     }

@@ -139,7 +139,9 @@ TEST_F(PaperStore, CommandThatCannotBeStoredIsRefusedAndNothingHasHappened) {
         const CForeignWriter writer(m_folder.file(kPaperStoreName));
         const utils::KNError error = m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId);
         EXPECT_EQ(error.errorId(), kPaperStoreFailed);
-        EXPECT_EQ(error.errorMsg(), "the paper broker's store failed: database is locked");
+        EXPECT_EQ(error.errorMsg(),
+                  "the paper broker's store failed: database is locked; another program has paper.db "
+                  "open for writing: close that program");
         EXPECT_FALSE(m_broker->cancelTask(1, "").isSuccess());
     }
     EXPECT_EQ(taskId, 0);
@@ -177,12 +179,12 @@ TEST_F(PaperStore, LockThatLastsHoldsUpOneCommandAndNotThoseBehindIt) {
     place({buy(100, 10.05)}); // waits again
 }
 
-TEST_F(PaperStore, LockAtTheStartIsWaitedForAndThenNamedWithTheRemedy) {
+TEST_F(PaperStore, LockAtTheStartIsWaitedForAndThenRefusedWithTheRemedy) {
     m_broker.reset();
     CForeignWriter writer(m_folder.file(kPaperStoreName));
     const utils::KNError error = openAgain();
     EXPECT_EQ(error.errorId(), kPaperStoreFailed);
-    EXPECT_NE(error.errorMsg().find("close that program, and start the desk again"), std::string::npos)
+    EXPECT_NE(error.errorMsg().find("another program has paper.db open for writing"), std::string::npos)
         << error.errorMsg();
     m_clock.m_onSleep = [&] { writer.letGo(); };
     EXPECT_TRUE(openAgain().isSuccess());
