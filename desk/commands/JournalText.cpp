@@ -118,6 +118,12 @@ void showDoor(std::ostream& out, const CJson& record) {
     out << optional(", ", record, "peer") << optional(": ", record, "cause");
 }
 
+void showIncident(std::ostream& out, const CJson& record) {
+    out << word(record, "event") << optional(", channel ", record, "channel");
+    if (number(record, "orders") != 0) out << ", " << word(record, "orders") << " orders";
+    out << optional(", task ", record, "task") << optional(": ", record, "cause");
+}
+
 void showMessage(std::ostream& out, const CJson& record) {
     out << word(record, "text");
 }
@@ -169,7 +175,7 @@ constexpr CKindText kKindTexts[] = {
     {"command", showCommand},     {"order", showOrder},
     {"fill", showFill},           {"cancel_task", showCancelTask},
     {"continued", showContinued}, {"discarded", showDiscarded},
-    {"unplaced", showUnplaced},
+    {"unplaced", showUnplaced},   {"incident", showIncident},
 };
 
 /// For kinds without a text of their own: every key but those that stand at the head of the line.

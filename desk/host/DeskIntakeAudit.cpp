@@ -16,6 +16,31 @@ std::string whereabouts(const TC::CIntakeReport& report, const char* ifDeleted) 
 
 } // namespace
 
+void noteIncident(CJournal& journal, CTextSink& sink, const TC::CIncidentReport& report) {
+    (void)journal.append("incident", incidentFields(report));
+    const std::string cause = report.m_strCause.toStdString();
+    switch (report.m_eIncident) {
+    case TC::EIncident::OrdersDropped:
+        sink.writeLine("channel " + std::to_string(report.m_nChannel) + ": " +
+                       std::to_string(report.m_nOrders) + " orders not sent: " + cause);
+        break;
+    case TC::EIncident::CancelNotDone:
+        sink.writeLine("cancel of task " + std::to_string(report.m_nTaskId) + " not done: " + cause);
+        break;
+    case TC::EIncident::HostFailed:
+        sink.writeLine("a message could not be shown: " + cause);
+        break;
+    }
+}
+
+void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std::string& cause) {
+    TC::CIncidentReport report;
+    report.m_eIncident = TC::EIncident::CancelNotDone;
+    report.m_nTaskId = taskId;
+    report.m_strCause = QString::fromStdString(cause);
+    noteIncident(journal, sink, report);
+}
+
 void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     // Where the journal refuses, the commands of these orders are refused too, and told one by one.
     (void)m_journal.append("intake", intakeFields(report));
@@ -67,6 +92,10 @@ std::string CDeskIntakeAudit::unplacedText() const {
     }
     return "Not worked off: " + std::to_string(sum) + " orders in " + std::to_string(m_nUnplacedBatches) +
            " batches (" + channels + "). The journal names each of them as \"unplaced\".";
+}
+
+void CDeskIntakeAudit::recordIncident(const TC::CIncidentReport& report) {
+    noteIncident(m_journal, m_sink, report);
 }
 
 } // namespace desk

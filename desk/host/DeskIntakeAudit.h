@@ -9,6 +9,11 @@
 
 namespace desk {
 
+/// Journals what came to nothing without a message of the order service, and tells the user. Any thread.
+void noteIncident(CJournal& journal, CTextSink& sink, const TC::CIncidentReport& report);
+/// The same for a cancel that the paper broker has not done.
+void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std::string& cause);
+
 /// Journals what came in by a door, and shows the user what is lost or waits: files that were refused, cut
 /// short, deleted unread or left waiting, ignored lines, orders that are not worked off. Any thread. Journal
 /// and sink outlive it.
@@ -26,6 +31,7 @@ public:
     /// How many orders recordUnplaced got, by channel, for people; empty for none. While nothing is recorded.
     std::string unplacedText() const;
     QString rejectedFolder() override { return m_strRejectedFolder; }
+    void recordIncident(const TC::CIncidentReport& report) override;
 
 private:
     CJournal& m_journal;

@@ -1,5 +1,6 @@
 #include "desk/host/PaperTradeClient.h"
 
+#include "desk/host/DeskIntakeAudit.h"
 #include "desk/host/MoneySplit.h"
 #include "desk/journal/JournalEvents.h"
 #include "desk/paper/OrderRules.h"
@@ -74,6 +75,7 @@ void CPaperTradeClient::cancelTask(int taskId, int operation, const std::string&
                                    const CCancelCallback& callback, int) {
     (void)m_journal.append("cancel_task", cancelTaskFields(taskId, operation, text, remark, tradingDay));
     const utils::KNError error = m_broker.cancelTask(taskId, remark);
+    if (!error.isSuccess()) noteFailedCancel(m_journal, m_sink, taskId, error.errorMsg());
     if (callback) callback(error);
 }
 

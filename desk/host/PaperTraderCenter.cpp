@@ -1,5 +1,6 @@
 #include "desk/host/PaperTraderCenter.h"
 
+#include "desk/host/DeskIntakeAudit.h"
 #include "desk/journal/JournalEvents.h"
 #include "records/Enums.h"
 
@@ -19,7 +20,7 @@ public:
     void operate(const TC::CTaskOpRecord& record) override {
         (void)m_journal.append("cancel_task", cancelTaskFields(m_nTaskId, record));
         const utils::KNError error = perform(record);
-        if (!error.isSuccess()) m_sink.writeLine("cancel: " + error.errorMsg());
+        if (!error.isSuccess()) noteFailedCancel(m_journal, m_sink, m_nTaskId, error.errorMsg());
     }
 
 private:

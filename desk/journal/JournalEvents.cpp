@@ -69,6 +69,15 @@ CJson unplacedFields(const TC::COrderParam& order) {
                  {"order", textValue(order.toQString())}};
 }
 
+CJson incidentFields(const TC::CIncidentReport& report) {
+    static constexpr const char* kEvents[] = {"orders_dropped", "cancel_not_done", "host_failed"};
+    return CJson{{"event", kEvents[static_cast<int>(report.m_eIncident)]},
+                 {"channel", numberValue(report.m_nChannel)},
+                 {"orders", report.m_nOrders},
+                 {"task", numberValue(report.m_nTaskId)},
+                 {"cause", textValue(report.m_strCause)}};
+}
+
 CJson messageFields(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level) {
     return CJson{{"text", textValue(text)}, {"type", enumValue(type)}, {"level", enumValue(level)}};
 }

@@ -9,6 +9,7 @@
 /// channel 3 over order files, for the group "G", with the price standing in the order.
 class CStrategyBuilder {
 public:
+    explicit CStrategyBuilder(const TC::COrderStrategyParam& strategy) : m_strategy(strategy) {}
     CStrategyBuilder() {
         m_strategy.m_nChannel = 3;
         m_strategy.m_nStatus = TC::COrderStrategyParam::kRunning;

@@ -255,6 +255,10 @@ void CAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
     if (onRecord) onRecord();
 }
 
+void CAudit::recordIncident(const TC::CIncidentReport& report) {
+    m_records.record([&] { incidents.push_back(report); });
+}
+
 } // namespace fake
 
 CFakeHost::CFakeHost() {

@@ -315,6 +315,7 @@ public:
         if (onRejectedFolder) onRejectedFolder();
         return rejected;
     }
+    void recordIncident(const TC::CIncidentReport& report) override;
 
     QString rejected;
     std::function<void()> onRejectedFolder;
@@ -322,6 +323,7 @@ public:
     std::vector<TC::CDoorReport> doors;
     std::vector<TC::CDiscardReport> discards;
     std::vector<QVector<TC::COrderParam>> unplaced;
+    std::vector<TC::CIncidentReport> incidents;
     std::function<void()> onRecord;
 
 private:

@@ -41,5 +41,10 @@ TEST_F(PaperTradeClient, MoneyThatCannotBeDividedIsTold) {
     EXPECT_EQ(splitMoney(100, {1}), "there is not one weight for each account");
 }
 
+TEST_F(PaperTradeClient, CancelOfAnUnknownTaskIsToldOnTheScreen) {
+    m_client.cancelTask(7, 5, {}, "remark", "20260105", {}, 0);
+    EXPECT_EQ(m_shown.str(), "cancel of task 7 not done: task 7 is unknown\n");
+}
+
 } // namespace
 } // namespace desk

@@ -46,6 +46,22 @@ TC::COrderComandParam fullCommand() {
 
 } // namespace
 
+TEST(JournalEvents, IncidentNamesItsEventAndLeavesOutWhatItIsNotAbout) {
+    TC::CIncidentReport report;
+    report.m_eIncident = TC::EIncident::OrdersDropped;
+    report.m_nChannel = 3;
+    report.m_nOrders = 2;
+    report.m_strCause = QStringLiteral("why");
+    EXPECT_EQ(incidentFields(report).dump(),
+              R"({"event":"orders_dropped","channel":3,"orders":2,"task":null,"cause":"why"})");
+    report = {};
+    report.m_eIncident = TC::EIncident::CancelNotDone;
+    report.m_nTaskId = 7;
+    EXPECT_EQ(incidentFields(report).dump(),
+              R"({"event":"cancel_not_done","channel":null,"orders":0,"task":7,"cause":""})");
+    EXPECT_EQ(incidentFields({})["event"], "host_failed");
+}
+
 TEST(JournalEvents, CommandCarriesEveryFieldUnderItsName) {
     EXPECT_EQ(
         commandFields(fullCommand(), 7).dump(),

@@ -120,6 +120,12 @@ TEST(JournalText, DoorTellsWhoCanReachItAndWhoWasRefused) {
         kShown + "door  127.0.0.1:1 opened, for this machine only\n");
     EXPECT_EQ(shown("door", R"("event":"opened","source":"0.0.0.0:1","loopback":false,"peer":"","cause":"")"),
               kShown + "door  0.0.0.0:1 opened, FOR OTHER MACHINES TOO\n");
+    EXPECT_EQ(
+        shown("incident", R"("event":"orders_dropped","channel":3,"orders":2,"task":null,"cause":"why")"),
+        kShown + "incident  orders_dropped, channel 3, 2 orders: why\n");
+    EXPECT_EQ(
+        shown("incident", R"("event":"cancel_not_done","channel":null,"orders":0,"task":7,"cause":"x")"),
+        kShown + "incident  cancel_not_done, task 7: x\n");
     EXPECT_EQ(shown("door", R"("event":"closed","source":"0.0.0.0:1","loopback":false,"peer":"","cause":"")"),
               kShown + "door  0.0.0.0:1 closed\n");
     EXPECT_EQ(shown("door", R"("event":"refused","source":"127.0.0.1:1","peer":"127.0.0.1:2","cause":"why")"),

@@ -223,10 +223,32 @@ TEST_F(PaperHost, TasksOfTheCentreEndTheirOrders) {
     ASSERT_EQ(tasks.size(), 1u);
     tasks[0]->operate({99, 0, "user", "?"});
     EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Working);
-    EXPECT_EQ(m_shown.str(), "cancel: task operation 99 is not modelled\n");
+    EXPECT_EQ(m_shown.str(), "cancel of task 1 not done: task operation 99 is not modelled\n");
     tasks[0]->operate({TC::kTaskOpTerminate, 100, "user", "user终止任务"});
     EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Cancelled);
-    EXPECT_EQ(kinds(), (CTexts{"started", "order", "cancel_task", "cancel_task", "order"}));
+    EXPECT_EQ(kinds(), (CTexts{"started", "order", "cancel_task", "incident", "cancel_task", "order"}));
+}
+
+TEST_F(PaperHost, IncidentsAreJournalledAndShown) {
+    CDeskIntakeAudit audit(m_journal, m_sink);
+    TC::CIncidentReport report;
+    report.m_eIncident = TC::EIncident::OrdersDropped;
+    report.m_nChannel = 3;
+    report.m_nOrders = 2;
+    report.m_strCause = QStringLiteral("why");
+    audit.recordIncident(report);
+    report = {};
+    report.m_eIncident = TC::EIncident::CancelNotDone;
+    report.m_nTaskId = 7;
+    report.m_strCause = QStringLiteral("there is no such task");
+    audit.recordIncident(report);
+    report = {};
+    report.m_strCause = QStringLiteral("broken");
+    audit.recordIncident(report);
+    EXPECT_EQ(kinds(), (CTexts{"started", "incident", "incident", "incident"}));
+    EXPECT_EQ(m_shown.str(), "channel 3: 2 orders not sent: why\n"
+                             "cancel of task 7 not done: there is no such task\n"
+                             "a message could not be shown: broken\n");
 }
 
 TEST_F(PaperHost, MessagesAndIntakeAreJournalled) {

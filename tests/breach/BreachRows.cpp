@@ -1,0 +1,331 @@
+#include "tests/breach/BreachRows.h"
+
+#include <QDomDocument>
+
+namespace breach {
+namespace {
+
+using TC::EOrderStrategyTradeType;
+
+enum EChannel {
+    kStock = 3,
+    kSocket = 4,
+    kStopped = 5,
+    kFuture = 11,
+    kBasket = 12,
+    kCredit = 13,
+    kOption = 14,
+    kFutureOption = 15,
+    kSgt = 19,
+    kHgt = 20,
+    kNeeq = 21,
+    kGold = 22,
+    kLatest = 30,
+    kAmount = 31,
+    kAccount = 32,
+    kTableRow = 34,
+    kUnknown = 99,
+};
+
+constexpr auto kAlgorithm = static_cast<TC::EOrderType>(7);
+
+void stock(CBreachRoad& road) {
+    road.place(CBreachRoad::order(kStock));
+}
+void latest(CBreachRoad& road) {
+    road.place(CBreachRoad::order(kLatest));
+}
+void amount(CBreachRoad& road) {
+    road.place(CBreachRoad::order(kAmount, 23, 10.5, TC::kUnsetInt));
+}
+template<int kChannel, int kNumber>
+void family(CBreachRoad& road) {
+    road.place(CBreachRoad::order(kChannel, kNumber));
+}
+void badPrice(CBreachRoad& road) {
+    road.place(CBreachRoad::order(kStock, 23, 0.0));
+}
+void textOrder(CBreachRoad& road) {
+    auto order = CBreachRoad::order(kStock);
+    order.m_strOrderSetting = "setting";
+    road.place(order);
+}
+void algorithmOrder(CBreachRoad& road) {
+    auto order = CBreachRoad::order(kStock);
+    order.m_strOrderSetting = "setting";
+    order.m_eOrderType = kAlgorithm;
+    road.place(order);
+}
+void namedAccount(CBreachRoad& road) {
+    auto order = CBreachRoad::order(kStock);
+    order.m_strAccountKeyPart1 = order.m_strAccountKeyPart2 = QStringLiteral("A");
+    road.place(order);
+}
+void repay(CBreachRoad& road) {
+    auto order = CBreachRoad::order(kCredit, 32);
+    order.m_orders[0].m_dAmount = 1000;
+    road.place(order);
+}
+void batchThatEnds(CBreachRoad& road) {
+    road.service().placeOrders({CBreachRoad::order(kUnknown), CBreachRoad::order(kStock)});
+}
+void load(CBreachRoad& road) {
+    road.load();
+}
+void startStopped(CBreachRoad& road) {
+    road.start(kStopped);
+}
+void startSocket(CBreachRoad& road) {
+    road.start(kSocket);
+}
+void add(CBreachRoad& road) {
+    EXPECT_EQ(road.service().getStrategyMap().size(), road.host.user.strategies.size());
+    const int before = road.host.user.strategies.size();
+    const int id = road.service().addOrderStrategy(TC::EOrderStrategyType::File);
+    EXPECT_EQ(road.host.user.strategies.size(), id == -1 ? before : before + 1);
+}
+void dropOrder(CBreachRoad& road) {
+    road.drop("orderParam=x\n");
+}
+void dropCancel(CBreachRoad& road) {
+    road.drop("cancel 7\n23,0,10.5,600000,100\n");
+}
+void cancel(CBreachRoad& road) {
+    road.cancel();
+}
+void newDay(CBreachRoad& road) {
+    emit road.host.exchange.sigNewTradingDate("20260106");
+}
+void portfolio(CBreachRoad& road) {
+    road.ask("placeorder 36,4,1_x");
+}
+void namedBasket(CBreachRoad& road) {
+    road.ask("placeorder 25,4,core");
+}
+void save(CBreachRoad& road) {
+    road.saveSettings();
+}
+void exchange(CBreachRoad& road) {
+    road.exchange();
+}
+void nothing(CBreachRoad&) {}
+
+void prepareSplitLimits(CBreachRoad& road) {
+    road.host.switches.on.insert("mdl_order_split_orderNum");
+}
+void prepareHedge(CBreachRoad& road) {
+    road.host.switches.on.insert("mdl_order_compose_hedge");
+    road.host.user.strategies[kBasket].m_bHedgeBasket = true;
+}
+void prepareStarMarket(CBreachRoad& road) {
+    road.host.types.types.insert({knservice::kTypeStarMarket, "SH600000"});
+}
+void prepareAlgorithm(CBreachRoad& road) {
+    road.host.rules.algoPlatforms[kAlgorithm] = static_cast<TC::ETradePlatform>(2);
+}
+void prepareFuture(CBreachRoad& road) {
+    road.host.exchange.addOther("future", QStringLiteral("600000"));
+    road.host.quotes.quotes[QStringLiteral("600000")] = road.host.quotes.quotes[QStringLiteral("SH600000")];
+}
+} // namespace
+
+const std::vector<CBreachRow> kBreachRows = {
+    {"CUserManager::getUserConfig", stock},
+    {"CUserConfig::hasOrderService", load, nullptr, true},
+    {"CUserConfig::hasUserAuth", cancel},
+    {"CUserConfig::hasShowTradeFrameworkPermission", load, nullptr, true},
+    {"CUserConfig::hasOrderEncryptionService", startStopped},
+    {"CUserConfig::getUserName", stock},
+    {"CUserConfig::getUserKind", stock},
+    {"CUserConfig::getMaxOrderServerNum", load, nullptr, true},
+    {"CUserConfig::getMaxOrderServerNumSocket", load, prepareSplitLimits, true},
+    {"CUserConfig::getMinFileServiceInterval", nothing},
+    {"CUserConfig::getMsgFlags", stock},
+    {"CUserConfig::getAccountGroupConst", stock},
+    {"CUserConfig::hasAccount", family<kAccount, 23>},
+    {"CUserConfig::hasSimpleAccount", family<kTableRow, 23>},
+    {"CUserConfig::getAccountsWeights", stock},
+    {"CUserConfig::getAccountData", family<kCredit, 37>},
+    {"CUserConfig::isPriceTypeValid", latest},
+    {"CUserConfig::getDefaultOrderSetting", add},
+    {"CUserConfig::getBaskets", namedBasket},
+    {"CUserConfig::getStrategyMap", load, nullptr, true},
+    {"CAccount::toInfo", family<kCredit, 37>},
+    {"CAccountInfo::getKey", stock},
+    {"COrderClient::orderCommands", stock},
+    {"COrderClient::showTradeError", badPrice},
+    {"CTradeClient::getLoginStatus", startStopped},
+    {"CTradeClient::splitEntrusts", stock},
+    {"CTradeClient::splitMoney", repay},
+    {"CTradeClient::cancelTask", cancel},
+    {"CExchangeClient::hasStock", stock},
+    {"CExchangeClient::hasFuture", family<kFuture, 0>},
+    {"CExchangeClient::hasOption", family<kOption, 50>},
+    {"CExchangeClient::hasFutureOption", family<kFutureOption, 0>},
+    {"CExchangeClient::hasSkstock", family<kSgt, 23>},
+    {"CExchangeClient::hasHkstock", family<kHgt, 23>},
+    {"CExchangeClient::hasGold", family<kGold, 23>},
+    {"CExchangeClient::hasNeeq", family<kNeeq, 66>},
+    {"CExchangeClient::getCodeInfo", stock},
+    {"CExchangeClient::getMaxTradingDay", cancel},
+    {"CQuoteClient::getStockPrice", stock},
+    {"CQuoteClient::subscribe", stock},
+    {"CPriceData::getOriginPrice", latest},
+    {"CPriceData::getPriceForCalc", latest},
+    {"CPriceData::getPriceForOrder", latest},
+    {"CInstrumentTypes::isTypedStock", stock},
+    {"CInstrumentTypes::getTradeMinUnit", amount},
+    {"CInstrumentTypes::getUiMinUnit", amount, prepareStarMarket},
+    {"CTradingRules::qdStockKey", stock},
+    {"CTradingRules::orderStrategyTradeTypeToBrokerType", stock},
+    {"CTradingRules::getAccountFromOrderParam", namedAccount},
+    {"CTradingRules::parserOrderTradeParam", dropOrder},
+    {"CTradingRules::orderSettingFromString", textOrder},
+    {"CTradingRules::orderSettingToParam", stock},
+    {"CTradingRules::fixTimeRange", stock},
+    {"CTradingRules::isBuy", family<kBasket, 25>, prepareHedge},
+    {"CTradingRules::isClose", [](CBreachRoad& road) { road.place(CBreachRoad::order(kFuture, 0, 10.5, 0)); },
+     prepareFuture},
+    {"CTradingRules::isDirectRepay", repay},
+    {"CTradingRules::operationTypeToEntrustType", family<kCredit, 23>},
+    {"CTradingRules::isMarketPrice", latest},
+    {"CTradingRules::isAlgoOrderType", stock},
+    {"CTradingRules::getPlatformTypeByOrderType", algorithmOrder, prepareAlgorithm},
+    {"CTradingRules::orderStrategyTypeToOrderTitle", startStopped},
+    {"CTradingRules::orderStrategyTypeToString", stock},
+    {"CTradingRules::orderStrategyOrderTypeToString", stock},
+    {"CTradingRules::orderStrategyTradeTypeToString", stock},
+    {"CTradingRules::knPriceTypeToString", badPrice},
+    {"CAlgorithmTradeHelper::getAlgOrderSettingFromString", algorithmOrder, prepareAlgorithm},
+    {"CAlgorithmTradeHelper::getAlgParamsStr", algorithmOrder, prepareAlgorithm},
+    {"CMsgService::showMsg", stock},
+    {"CTimeService::currentTime", dropCancel},
+    {"LuaModuleCtrl::checkModule", stock},
+    {"CIntakeAudit::recordIntake", dropOrder},
+    {"CIntakeAudit::recordDoor", startSocket},
+    {"CIntakeAudit::recordIncident", batchThatEnds},
+    {"CTradeFrameworkSource::switchTradingDate", newDay},
+    {"CTradeFrameworkSource::getAllInterfaces", save},
+    {"TraderCenter::getTaskCenter", dropCancel},
+    {"TraderCenter::getDataCenter", portfolio},
+    {"CTaskCenter::findTasks", dropCancel},
+    {"CTask::operate", dropCancel},
+    {"CDataCenter::getAccountData", exchange},
+    {"CDataCenter::getGlobalAccountData", portfolio},
+    {"CAccountData::getMapData", portfolio},
+    {"CAccountData::getVector", exchange},
+    {"CAccountData::lock", exchange},
+    {"CAccountData::unlock", exchange},
+};
+
+CBreachRoad::CBreachRoad() {
+    using EFamily = EOrderStrategyTradeType;
+    const std::pair<int, EFamily> strategies[] = {{kStock, EFamily::Stock},
+                                                  {kFuture, EFamily::Future},
+                                                  {kBasket, EFamily::Basket},
+                                                  {kCredit, EFamily::Credit},
+                                                  {kOption, EFamily::StockOption},
+                                                  {kFutureOption, EFamily::FutureOption},
+                                                  {kSgt, EFamily::SGT},
+                                                  {kHgt, EFamily::HGT},
+                                                  {kNeeq, EFamily::Neeq},
+                                                  {kGold, EFamily::Gold},
+                                                  {kLatest, EFamily::Stock},
+                                                  {kAmount, EFamily::Stock},
+                                                  {kAccount, EFamily::Stock}};
+    for (const auto& [channel, family] : strategies)
+        addStrategy(channel, family);
+    addStrategy(kStopped, EFamily::Stock, false);
+    addStrategy(kTableRow, EFamily::Stock, false);
+    TC::COrderStrategyMap& map = host.user.strategies;
+    map[kLatest].m_stockSetting.m_ePriceType = TC::EPriceType::Latest;
+    map[kAmount].m_bUseAmount = true;
+    map[kAmount].m_dAmount = 10000;
+    map[kAccount] = CStrategyBuilder(map[kAccount]).account(QStringLiteral("A1"));
+    map[kTableRow] = CStrategyBuilder(map[kTableRow]).account(QStringLiteral("A1")).tableMode();
+    host.user.addStrategy(CStrategyBuilder()
+                              .channel(kSocket)
+                              .source(TC::EOrderStrategyType::Signal)
+                              .file("127.0.0.1:" + std::to_string(m_nPort))
+                              .stopped());
+    TC::COrderService::initInstance(new TC::COrderService);
+}
+
+CBreachRoad::~CBreachRoad() {
+    host.breaches.disarm();
+    TC::COrderService::release();
+}
+
+void CBreachRoad::addStrategy(int channel, TC::EOrderStrategyTradeType family, bool isRunning) {
+    const std::string file = std::to_string(channel) + ".txt";
+    folder.write(file, "");
+    CStrategyBuilder builder;
+    builder.channel(channel).family(family).file(folder.path(file));
+    if (!isRunning) builder.stopped();
+    host.user.addStrategy(builder);
+}
+
+/// With a file for each strategy: a start asks for it, and deletes it.
+void CBreachRoad::load() {
+    for (const int channel : host.user.strategies.keys()) {
+        if (channel != kSocket) folder.write(std::to_string(channel) + ".txt", "");
+    }
+    service().loadFromConfig(true);
+}
+
+TC::COrderParam CBreachRoad::order(int channel, int number, double price, int volume) {
+    return COrderBuilder(number).channel(channel).line(QStringLiteral("600000"), price, volume);
+}
+
+void CBreachRoad::start(int channel) {
+    startError.clear();
+    startResult = service().startOrderStrategy(channel, startError, true);
+}
+
+void CBreachRoad::drop(const std::string& bytes) {
+    folder.handOver(std::to_string(kStock) + ".txt", bytes);
+}
+
+void CBreachRoad::ask(const std::string& line) {
+    start(kSocket);
+    CTestSocket client(m_nPort);
+    (void)client.readLine();
+    reply = client.ask(line);
+}
+
+void CBreachRoad::saveSettings() {
+    QDomDocument document;
+    QDomElement element = document.createElement(QStringLiteral("interfaceTrade"));
+    try {
+        service().saveSettings(element, document);
+    } catch (...) {
+        hasThrown = true;
+    }
+    EXPECT_FALSE(element.hasChildNodes());
+}
+
+void CBreachRoad::exchange() {
+    TC::COrderSingleParam target;
+    target.m_strCode = QStringLiteral("600000");
+    target.m_nVolume = 300;
+    QVector<TC::COrderSingleParam> rows{target};
+    service().exchangePosition(host.user.accounts.at("A1"), rows);
+    ASSERT_EQ(rows.size(), 1);
+    EXPECT_EQ(rows.at(0).m_nVolume, 300);
+}
+
+void CBreachRoad::waitForService() {
+    const std::size_t before = host.records.snapshot([this] { return host.framework.dates.size(); });
+    emit host.exchange.sigNewTradingDate("barrier");
+    EXPECT_TRUE(host.records.waitUntil([&] { return host.framework.dates.size() > before; }));
+}
+
+std::size_t CBreachRoad::commandCount() const {
+    return host.records.snapshot([this] { return host.orders.commands.size(); });
+}
+
+bool CBreachRoad::waitForCommands(std::size_t count) {
+    return host.records.waitUntil([&] { return host.orders.commands.size() >= count; });
+}
+
+} // namespace breach

@@ -1,0 +1,147 @@
+// Each operation of the host breaks its contract, in each way, on the road that calls it.
+#include "tests/breach/BreachRows.h"
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <iterator>
+#include <regex>
+#include <set>
+#include <stdexcept>
+
+namespace {
+
+using namespace breach;
+
+constexpr std::chrono::seconds kDeadline{60};
+
+class Breach : public testing::TestWithParam<CBreachRow> {
+protected:
+    void SetUp() override {
+        if (row().m_pfnPrepare != nullptr) row().m_pfnPrepare(road);
+        if (!row().m_bLoads) road.load();
+    }
+    const CBreachRow& row() const { return GetParam(); }
+
+    /// The operation acts until it is told to stop; then the host is itself again.
+    void reachWith(const std::function<void()>& act) {
+        road.host.breaches.arm(row().m_pszOperation, act);
+        row().m_pfnReach(road);
+    }
+
+    /// The next good order goes out. What was unbound is bound again first.
+    void expectGoodOrder() {
+        road.host.breaches.disarm();
+        road.waitForService();
+        if (row().m_bLoads) road.load();
+        const std::size_t before = road.commandCount();
+        road.place(CBreachRoad::order(3));
+        EXPECT_TRUE(road.waitForCommands(before + 1));
+    }
+
+    /// The operation throws: a report names it, nothing goes out, and the road goes on.
+    void expectReported(const std::function<void()>& act) {
+        reachWith(act);
+        EXPECT_TRUE(road.host.waitForReport(row().m_pszOperation));
+        road.host.breaches.disarm();
+        road.waitForService();
+        EXPECT_EQ(road.commandCount(), 0u);
+        expectGoodOrder();
+    }
+
+    CBreachRoad road;
+};
+
+TEST_P(Breach, ThrowsAnExceptionOfTheStandardLibrary) {
+    expectReported([] { throw std::runtime_error("broken"); });
+}
+
+TEST_P(Breach, ThrowsAnExceptionOfAnotherType) {
+    struct CForeign {};
+    expectReported([] { throw CForeign(); });
+}
+
+/// The host ends the service, asks for strategies and places orders there and then.
+TEST_P(Breach, CallsBack) {
+    std::atomic<bool> hasCalled{false};
+    std::promise<void> called;
+    reachWith([&] {
+        if (hasCalled.exchange(true)) return;
+        auto& service = road.service();
+        service.shutdown();
+        TC::COrderService::release();
+        const int id = service.addOrderStrategy(TC::EOrderStrategyType::File);
+        QString error;
+        EXPECT_EQ(service.startOrderStrategy(999, error, true), -1);
+        EXPECT_EQ(service.stopOrderStrategy(999, error), 0);
+        EXPECT_EQ(service.removeOrderStrategy(id), id != -1 ? 0 : -1);
+        (void)service.getStrategyMap();
+        (void)service.getStatusBarTip();
+        service.placeorder(CBreachRoad::order(999));
+        service.cancelOrder(999);
+        called.set_value();
+    });
+    EXPECT_EQ(called.get_future().wait_for(kDeadline), std::future_status::ready);
+    ASSERT_NE(TC::COrderService::instance(), nullptr);
+    EXPECT_TRUE(road.host.waitForReport("不能在下单服务的线程或回调中关闭下单服务"));
+    expectGoodOrder();
+}
+
+/// Other threads go on meanwhile, and the operation goes on when the host does.
+TEST_P(Breach, WaitsForAnotherThread) {
+    std::atomic<bool> hasWaited{false};
+    std::promise<void> entered, goOn;
+    std::shared_future<void> released = goOn.get_future();
+    auto reaching = std::async(std::launch::async, [&] {
+        reachWith([&] {
+            if (hasWaited.exchange(true)) return;
+            entered.set_value();
+            released.wait_for(kDeadline);
+        });
+    });
+    EXPECT_EQ(entered.get_future().wait_for(kDeadline), std::future_status::ready);
+    road.service().placeorder(CBreachRoad::order(999));
+    (void)road.service().hasRunning();
+    (void)road.service().copyStrategy(3);
+    goOn.set_value();
+    reaching.get();
+    expectGoodOrder();
+}
+
+std::string rowName(const testing::TestParamInfo<CBreachRow>& info) {
+    return std::regex_replace(std::string(info.param.m_pszOperation), std::regex("::"), "_");
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, Breach, testing::ValuesIn(kBreachRows), rowName);
+
+/// The operations of a header's classes: every virtual function that is no destructor.
+void collectOperations(const std::filesystem::path& header, std::set<std::string>& operations) {
+    std::ifstream file(header);
+    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const std::regex words(R"(\n(?:class|struct) (\w+)[^;{]*\{|\n\s*virtual [^;{(]*?(\w+)\()");
+    std::string service;
+    for (std::sregex_iterator it(text.begin(), text.end(), words), end; it != end; ++it) {
+        if ((*it)[1].matched)
+            service = (*it)[1];
+        else if ((*it)[0].str().find('~') == std::string::npos)
+            operations.insert(service + "::" + (*it)[2].str());
+    }
+}
+
+/// An operation without a row is one whose failure nobody has tried.
+TEST(BreachTable, EveryOperationOfTheBoundaryHasARow) {
+    std::set<std::string> operations;
+    for (const auto& entry : std::filesystem::directory_iterator(ORDERSERVICE_SOURCE_DIR "/src/platform")) {
+        if (entry.path().extension() == ".h") collectOperations(entry.path(), operations);
+    }
+    collectOperations(ORDERSERVICE_SOURCE_DIR "/src/records/Account.h", operations);
+    operations.insert("CAccountInfo::getKey"); // of every record; accounts are asked for it
+    std::set<std::string> rows;
+    for (const CBreachRow& row : kBreachRows)
+        EXPECT_TRUE(rows.insert(row.m_pszOperation).second) << row.m_pszOperation;
+    EXPECT_EQ(rows, operations);
+}
+
+} // namespace
