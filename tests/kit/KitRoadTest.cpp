@@ -126,7 +126,7 @@ TEST_F(KitRoad, UnknownStockIsRefused) {
     EXPECT_TRUE(orders.refusals[0].contains(QStringLiteral("不合法"))) << orders.refusals[0].toStdString();
 }
 
-TEST(KitAudit, DoorThatServesNobodyAndRefusedConnectionsAreShown) {
+TEST(KitDoors, DoorThatServesNobodyAndRefusedConnectionsAreShown) {
     std::ostringstream screen;
     minimal::CMinimalHost host(screen);
     ASSERT_TRUE(installHost(host.services()).isSuccess());
@@ -147,6 +147,65 @@ TEST(KitAudit, DoorThatServesNobodyAndRefusedConnectionsAreShown) {
     EXPECT_NE(screen.str().find("127.0.0.1:9000 拒绝连接 10.0.0.7:1234: too many"), std::string::npos)
         << screen.str();
     releaseHost();
+}
+
+/// The minimal host without the road: what its audit shows.
+class KitAudit : public testing::Test {
+protected:
+    KitAudit() { EXPECT_TRUE(installHost(host.services()).isSuccess()); }
+    ~KitAudit() override { releaseHost(); }
+
+    bool shows(const char* text) const { return screen.str().find(text) != std::string::npos; }
+
+    std::ostringstream screen;
+    minimal::CMinimalHost host{screen};
+};
+
+TEST_F(KitAudit, RefusedFileAndLinesWithoutEffectAreShown) {
+    CIntakeReport report;
+    report.m_strSource = QStringLiteral("/orders/a.txt");
+    report.m_strCause = QStringLiteral("line 3: a zero byte");
+    report.m_strKeptAs = QStringLiteral("/orders/a.txt.rejected");
+    tellAudit(report);
+    EXPECT_EQ(screen.str(), "");
+    report.m_bRejected = true;
+    tellAudit(report);
+    EXPECT_TRUE(
+        shows("/orders/a.txt 已拒绝, 其内容未执行: line 3: a zero byte; 文件保存为 [/orders/a.txt.rejected]"))
+        << screen.str();
+    CIntakeReport ignored;
+    ignored.m_nIgnoredLines = 2;
+    ignored.m_strFirstIgnored = QStringLiteral("line 1: too few fields");
+    tellAudit(ignored);
+    EXPECT_TRUE(shows("有2行未生效, 首行为 line 1: too few fields")) << screen.str();
+}
+
+TEST_F(KitAudit, FileThatIsDeletedUnreadIsShown) {
+    CDiscardReport report;
+    report.m_strSource = QStringLiteral("/orders/a.txt");
+    report.m_nLines = 7;
+    tellAudit(report);
+    EXPECT_TRUE(shows("/orders/a.txt 未读取即删除, 共7行")) << screen.str();
+}
+
+TEST_F(KitAudit, OrdersThatAreNotWorkedOffAreShownByChannel) {
+    QVector<COrderParam> orders(3);
+    orders[0].m_nChannel = orders[2].m_nChannel = 4;
+    orders[1].m_nChannel = 9;
+    tellAuditOfUnplaced(orders);
+    EXPECT_TRUE(shows("通道号: 4, 2条指令未执行!")) << screen.str();
+    EXPECT_TRUE(shows("通道号: 9, 1条指令未执行!")) << screen.str();
+}
+
+TEST_F(KitAudit, WhatComesToNothingIsShown) {
+    tellOrdersDropped(5, 2, QStringLiteral("no user is loaded"));
+    EXPECT_TRUE(shows("通道号: 5, 2条指令未执行: no user is loaded")) << screen.str();
+    CIncidentReport cancel;
+    cancel.m_eIncident = EIncident::CancelNotDone;
+    cancel.m_nTaskId = 12;
+    cancel.m_strCause = QStringLiteral("no such task");
+    tellAudit(cancel);
+    EXPECT_TRUE(shows("任务 12 未撤销: no such task")) << screen.str();
 }
 
 } // namespace
