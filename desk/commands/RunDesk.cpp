@@ -102,6 +102,8 @@ int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::
     }
     CLoadedConfig loaded = readDeskFolder(folder);
     if (!loaded.mistakes.empty()) return refuse(folder, loaded.mistakes, out);
+    for (const CDiagnostic& warning : loaded.warnings)
+        sink.writeLine(warningText(warning));
     const utils::KNError raised = raiseFileLimit();
     if (!raised.isSuccess()) sink.writeLine(raised.errorMsg());
     for (const std::string& problem : prepareOrderFiles(loaded.config))

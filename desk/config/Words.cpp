@@ -3,6 +3,11 @@
 #include "desk/config/DeskConfig.h"
 #include "records/Enums.h"
 
+#include <algorithm>
+#include <numeric>
+#include <utility>
+#include <vector>
+
 namespace desk {
 namespace {
 
@@ -117,6 +122,21 @@ const std::set<std::string>& switchNames() {
                                                 "mdl_order_socket_guard",
                                                 "mdl_order_split_orderNum"};
     return names;
+}
+
+bool isLike(const std::string& a, const std::string& b) {
+    constexpr std::size_t kSlips = 2;
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i + 1);
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back() <= kSlips && row.back() < std::min(a.size(), b.size());
 }
 
 std::string wordFor(const std::map<std::string, int>& words, int number) {

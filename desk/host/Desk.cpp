@@ -83,6 +83,8 @@ void CDesk::startTrading() {
         &service, &TC::COrderService::sigCancelOrders, &service,
         [this](const std::vector<std::string>& fields) { m_trade.cancelOrders(fields); },
         Qt::DirectConnection);
+    service.setStrategyGuard([this](const TC::COrderStrategyParam& strategy,
+                                    const TC::COrderStrategyMap& all) { return whyRefused(strategy, all); });
     m_interfaces.load();
     reportLeftovers(m_config.strategies, m_journal, m_sink);
     service.loadFromConfig(true);
@@ -91,6 +93,16 @@ void CDesk::startTrading() {
         if (strategy.isRunning() && !started.value(strategy.m_nChannel).isRunning()) startAgain(strategy);
     }
     m_keeper.begin(service);
+}
+
+/// Between reading the folder and a start, the file system or a strategy may have changed. Stopped strategies
+/// do not count: their files are left alone until they start.
+QString CDesk::whyRefused(const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& all) const {
+    TC::COrderStrategyMap running;
+    for (const TC::COrderStrategyParam& other : all) {
+        if (other.isRunning()) running.insert(other.m_nChannel, other);
+    }
+    return QString::fromStdString(m_strategyFile.whyRefused(strategy, running));
 }
 
 /// The order service keeps the reason to itself when it takes the user over, so the strategy is started once

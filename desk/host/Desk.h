@@ -68,6 +68,7 @@ public:
     [[nodiscard]] utils::KNError close(const std::string& reason);
 
 private:
+    QString whyRefused(const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& all) const;
     void startAgain(const TC::COrderStrategyParam& strategy);
     void followTradingDay();
 

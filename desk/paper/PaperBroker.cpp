@@ -270,6 +270,24 @@ void CPaperBroker::deliverPending() {
     }
 }
 
+std::vector<std::int64_t> CPaperBroker::closableVolumes(const std::vector<std::string>& accounts,
+                                                        const CInstrumentEntry& instrument,
+                                                        TC::EOperationType operation) const {
+    const CPaperFamily* family = findClosingFamily(instrument.kind, operation);
+    if (family == nullptr) return {};
+    CPaperOrder order;
+    order.m_strStock = instrument.key();
+    order.m_eOperation = operation;
+    order.m_eFamily = family->m_eType;
+    std::vector<std::int64_t> volumes;
+    const std::lock_guard lock(m_mutex);
+    for (const std::string& account : accounts) {
+        order.m_strAccount = account;
+        volumes.push_back(closableVolume(m_book, order));
+    }
+    return volumes;
+}
+
 bool CPaperBroker::hasTask(int taskId) const {
     const std::lock_guard lock(m_mutex);
     return m_book.m_tasks.find(taskId) != nullptr;

@@ -107,6 +107,12 @@ public:
     /// Delivers what the listener has not taken yet, until it refuses.
     void deliverEvents();
 
+    /// What each of the accounts could close now of the instrument by an operation that closes positions
+    /// (futures, options, gold), less what waiting orders will close. None where the operation is no such.
+    std::vector<std::int64_t> closableVolumes(const std::vector<std::string>& accounts,
+                                              const CInstrumentEntry& instrument,
+                                              TC::EOperationType operation) const;
+
     bool hasTask(int taskId) const;
     /// Snapshots, by id or by account.
     std::vector<CPaperTask> tasks() const;

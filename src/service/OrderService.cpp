@@ -308,6 +308,11 @@ COrderServiceBase* COrderService::getOrderService() const {
     return m_pVariant;
 }
 
+void COrderService::setStrategyGuard(
+    std::function<QString(const COrderStrategyParam&, const QMap<int, COrderStrategyParam>&)> guard) {
+    m_registry->setGuard(std::move(guard));
+}
+
 int COrderService::addOrderStrategy(EOrderStrategyType type) {
     const utils::CLibraryCall call;
     return m_registry->add(type);

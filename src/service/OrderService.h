@@ -115,6 +115,14 @@ public:
     /// Strategies. 0 for success and -1 for failure unless stated; any thread; a call can wait for a pass of
     /// the file loop to end.
 
+    /// A test of the host's own, called before each change and each start of a strategy with the strategy as
+    /// it would be and all strategies as they are. It gives the reason to refuse it, for people, or an empty
+    /// text. A refused change gives -1 after a message, a refused start the reason as its error. Called on
+    /// the thread of the operation with the registry locked: it must not wait for a thread that wants a
+    /// strategy. Set it before loadFromConfig, which starts strategies; without one nothing is refused.
+    void setStrategyGuard(
+        std::function<QString(const COrderStrategyParam&, const QMap<int, COrderStrategyParam>& all)> guard);
+
     /// The new strategy's id, or -1 while no user is bound. The id of a strategy that loadFromConfig left out
     /// over the user's limit is not given: the user's configuration still has that one.
     int addOrderStrategy(EOrderStrategyType type);

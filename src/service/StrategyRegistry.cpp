@@ -119,6 +119,21 @@ QString messageHead(const COrderStrategyParam& strategy) {
 
 } // namespace
 
+void CStrategyRegistry::setGuard(CGuard guard) {
+    const std::lock_guard lock(m_mutex);
+    m_guard = std::move(guard);
+}
+
+/// A guard that fails refuses.
+QString CStrategyRegistry::whyRefused(const COrderStrategyParam& strategy) {
+    if (!m_guard) return {};
+    try {
+        return m_guard(strategy, copy());
+    } catch (...) {
+        return QStringLiteral("setStrategyGuard: ") + exceptionText();
+    }
+}
+
 void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
     // Nobody stays logged in from one user to the next.
@@ -179,6 +194,10 @@ int CStrategyRegistry::update(const COrderStrategyParam& param) {
     const std::lock_guard lock(m_mutex);
     COrderStrategyParam* stored = find(param.m_nChannel);
     if (stored == nullptr || stored->isRunning()) return kFailure;
+    if (const QString reason = whyRefused(param); !reason.isEmpty()) {
+        reportSafely(messageHead(param) + QStringLiteral(": 修改失败! ") + reason);
+        return kFailure;
+    }
     change([&] {
         *stored = param;
         stored->m_nStartCount = 0;
@@ -256,6 +275,10 @@ bool CStrategyRegistry::startChecked(COrderStrategyParam& strategy, QString& err
         error = QStringLiteral("合约代码为空");
     if (strategy.m_strSignalSource.isEmpty()) {
         error = QStringLiteral("信号来源为空");
+        return false;
+    }
+    if (const QString reason = whyRefused(strategy); !reason.isEmpty()) {
+        error = reason;
         return false;
     }
     return openSource(*user, strategy, error);

@@ -93,6 +93,49 @@ TEST_F(StrategyRegistry, NumberThatWasLeftOutIsFreeOnceItsStrategyIsRemoved) {
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 2);
 }
 
+TEST_F(StrategyRegistry, GuardOfTheHostRefusesAStartAndTheFileStays) {
+    int strategies = 0;
+    service().setStrategyGuard([&](const COrderStrategyParam& strategy, const COrderStrategyMap& all) {
+        strategies = all.size();
+        return strategy.m_nChannel == 3 ? QStringLiteral("not this one") : QString();
+    });
+    add(stoppedFile());
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("not this one"));
+    EXPECT_FALSE(isRunning());
+    EXPECT_EQ(folder.read("a.txt"), "old orders");
+    EXPECT_EQ(strategies, 1);
+    EXPECT_TRUE(host.messages.messages.empty());
+}
+
+TEST_F(StrategyRegistry, GuardOfTheHostThatThrowsRefusesAndIsNamed) {
+    service().setStrategyGuard(
+        [](const COrderStrategyParam&, const COrderStrategyMap&) -> QString { throw 7; });
+    add(stoppedFile());
+    EXPECT_EQ(start(), -1);
+    EXPECT_TRUE(error.startsWith(QStringLiteral("setStrategyGuard: "))) << error.toStdString();
+    EXPECT_EQ(folder.read("a.txt"), "old orders");
+    EXPECT_EQ(service().updateOrderStrategy(3, service().getStrategyMap()[3]), -1);
+    ASSERT_EQ(host.messages.messages.size(), 1u);
+    EXPECT_TRUE(host.messages.messages[0].text.contains(QStringLiteral("setStrategyGuard")));
+}
+
+TEST_F(StrategyRegistry, GuardOfTheHostRefusesAChangeWithAMessage) {
+    add(stoppedFile());
+    service().setStrategyGuard([](const COrderStrategyParam& strategy, const COrderStrategyMap&) {
+        return strategy.m_strCode.startsWith(QStringLiteral("SH")) ? QString() : QStringLiteral("no market");
+    });
+    COrderStrategyParam changed = service().getStrategyMap()[3];
+    changed.m_strCode = QStringLiteral("600000");
+    EXPECT_EQ(service().updateOrderStrategy(3, changed), -1);
+    EXPECT_EQ(service().getStrategyMap()[3].m_strCode, QStringLiteral("SH600000"));
+    ASSERT_EQ(host.messages.messages.size(), 1u);
+    EXPECT_EQ(host.messages.messages[0].text, QStringLiteral("[标题2]　策略3: 修改失败! no market"));
+    changed.m_strCode = QStringLiteral("SH600001");
+    EXPECT_EQ(service().updateOrderStrategy(3, changed), 0);
+    EXPECT_EQ(start(), 0);
+}
+
 TEST_F(StrategyRegistry, NewStrategyHasItsNameSourceAndVolumes) {
     load();
     const int id = service().addOrderStrategy(EOrderStrategyType::Signal);
