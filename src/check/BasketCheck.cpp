@@ -128,7 +128,7 @@ void leaveUnset(CBasket& basket, const QSet<QString>& codes) {
     }
     if (!isCommandGuardOn()) return;
     for (const QString& code : codes)
-        failCheck(basket.run, QStringLiteral("[%1]　通道号: %2, 调仓合约 [%3] 没有目标数量, 未下单!"), code);
+        failCheck(basket.run, QString::fromUtf8(kUnsetTarget), code);
     rows.erase(std::remove_if(rows.begin(), rows.end(), isUnsetTarget), rows.end());
 }
 

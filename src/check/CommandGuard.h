@@ -30,6 +30,9 @@ namespace TC {
 /// which nothing is left has none either. A target position without a volume is left out of its basket.
 inline constexpr const char* kCommandGuardSwitch = "mdl_order_command_guard";
 
+/// The report of a target position that is left out.
+inline constexpr char kUnsetTarget[] = "[%1]　通道号: %2, 调仓合约 [%3] 没有目标数量, 未下单!";
+
 bool isCommandGuardOn();
 
 /// What the record lacks, in the words of the report; nothing if it may go out. Pure but for the host's

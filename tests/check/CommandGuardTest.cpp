@@ -73,6 +73,7 @@ TEST_F(CommandGuard, MarketAndCodeAreNeeded) {
         CCodeOrderParam one = record();
         (hasMarket ? one.m_stock.m_strCode : one.m_stock.m_strMarket).clear();
         EXPECT_FALSE(goesOut(one));
+        ASSERT_FALSE(host.errorTexts().empty());
         EXPECT_TRUE(host.errorTexts().back().endsWith(QStringLiteral("没有市场和代码, 指令未发出!")));
     }
 }
@@ -135,6 +136,7 @@ TEST_F(CommandGuard, MoneyIsRepaidByItsAmount) {
     for (const double amount : {0.0, -5.0, std::nan(""), HUGE_VAL, kUnsetDouble}) {
         money.m_dQuantity = amount;
         EXPECT_FALSE(goesOut(money, 32)) << amount;
+        ASSERT_FALSE(host.errorTexts().empty());
         EXPECT_TRUE(host.errorTexts().back().contains(QStringLiteral("没有金额"))) << amount;
     }
 }
