@@ -106,10 +106,10 @@ COrderService::COrderService(QObject*)
       m_threads(std::make_unique<CThreads>()) {
     registerMetaTypes();
     m_fileService = std::make_unique<CFileService>(*this, *this);
-    connectHost();
     connectOwnSignals();
     m_threads->service.start(QThread::InheritPriority);
     m_threads->queue = std::make_unique<COrderQueue>(*this, m_threads->service);
+    connectHost(); // last: the host may emit at once, on any thread, and the queue must be there
 }
 
 /// Every signal goes to its slot by way of the queue, as an automatic connection would bring it. Before the
@@ -421,7 +421,7 @@ bool COrderService::beginOrder(int channel) {
 
 void COrderService::slotCancelOrder(int taskId) {
     const utils::CLibraryCall call;
-    runGuarded(QStringLiteral("任务未撤销"), [taskId] { cancelTask(taskId); });
+    runGuarded(QStringLiteral("任务%1未撤销").arg(taskId), [taskId] { cancelTask(taskId); });
 }
 
 // Cancels that did not come from a row of a table pass through without effect, and tables are not read yet.

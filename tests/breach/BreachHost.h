@@ -4,6 +4,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <atomic>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -317,7 +318,7 @@ private:
     const CBreaches& m_breaches;
 };
 
-/// Every task and every account is there.
+/// Every task and every account is there. A null task comes in front.
 class CTasks : public fake::CTasks {
 public:
     CTasks(fake::CRecords& records, const CBreaches& breaches)
@@ -334,8 +335,11 @@ public:
     }
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int) override {
         m_breaches("CTaskCenter::findTasks");
-        return {boost::make_shared<breach::CTask>(m_breaches)};
+        if (hasOnlyNullTasks) return {nullptr};
+        return {nullptr, boost::make_shared<breach::CTask>(m_breaches)};
     }
+
+    std::atomic<bool> hasOnlyNullTasks{false};
 
 private:
     const CBreaches& m_breaches;

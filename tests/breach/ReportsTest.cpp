@@ -1,0 +1,118 @@
+// The channels of a report, one behind the other, and what the audit learns of silent ends.
+#include "platform/HostReports.h"
+#include "tests/breach/BreachRows.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace {
+
+using namespace breach;
+
+class BreachReports : public testing::Test {
+protected:
+    /// The incidents that the audit has, as "event channel orders task".
+    std::vector<std::string> incidents() {
+        return road.host.records.snapshot([this] {
+            std::vector<std::string> texts;
+            for (const TC::CIncidentReport& report : road.host.audit.incidents)
+                texts.push_back(std::to_string(static_cast<int>(report.m_eIncident)) + " " +
+                                std::to_string(report.m_nChannel) + " " + std::to_string(report.m_nOrders) +
+                                " " + std::to_string(report.m_nTaskId));
+            return texts;
+        });
+    }
+
+    const std::string unset = std::to_string(TC::kUnsetInt);
+    CBreachRoad road;
+};
+
+TEST_F(BreachReports, APanelThatFailsLeavesTheReportToTheAudit) {
+    road.host.breaches.arm("CMsgService::showMsg", [] { throw std::runtime_error("dark"); });
+    TC::reportSafely(QStringLiteral("words"));
+    ASSERT_EQ(road.host.audit.incidents.size(), 1u);
+    EXPECT_EQ(road.host.audit.incidents[0].m_eIncident, TC::EIncident::HostFailed);
+    EXPECT_EQ(road.host.audit.incidents[0].m_strCause, QStringLiteral("words (CMsgService::showMsg: dark)"));
+}
+
+TEST_F(BreachReports, FlagsThatCannotBeReadDoNotKeepTheReportBack) {
+    road.host.breaches.arm("CUserConfig::getMsgFlags", [] { throw 1; });
+    TC::reportSafely(QStringLiteral("words"));
+    EXPECT_TRUE(road.host.waitForReport("words"));
+}
+
+TEST_F(BreachReports, GuardedBodyReportsWhatItThrew) {
+    EXPECT_TRUE(TC::runGuarded(QStringLiteral("good"), [] {}));
+    EXPECT_FALSE(TC::runGuarded(QStringLiteral("bad"), [] { throw std::runtime_error("broken"); }));
+    EXPECT_FALSE(TC::runGuarded(QStringLiteral("odd"), [] { throw 1; }));
+    EXPECT_EQ(road.host.reports(),
+              (std::vector<std::string>{"[接口单]　bad: broken",
+                                        "[接口单]　odd: an exception of an unknown type"}));
+}
+
+TEST_F(BreachReports, OrdersBeforeTheFirstLoadGoToTheAudit) {
+    road.service().placeOrders({CBreachRoad::order(3), CBreachRoad::order(4)});
+    road.service().placeOrders({});
+    road.waitForService();
+    EXPECT_EQ(incidents(), std::vector<std::string>{"0 3 2 " + unset});
+}
+
+TEST_F(BreachReports, TheRestOfABatchThatEndsGoesToTheAudit) {
+    road.load();
+    road.service().placeOrders(
+        {CBreachRoad::order(3), CBreachRoad::order(99), CBreachRoad::order(11), CBreachRoad::order(3)});
+    road.service().placeOrders({CBreachRoad::order(99)}); // the message tells of this one
+    road.waitForService();
+    EXPECT_EQ(incidents(), std::vector<std::string>{"0 11 2 " + unset});
+    EXPECT_EQ(road.commandCount(), 1u);
+}
+
+TEST_F(BreachReports, OrdersOfAUserWhoMayNotIssueCommandsGoToTheAudit) {
+    road.host.user.kind = 1;
+    road.load();
+    road.place(CBreachRoad::order(3));
+    road.place(CBreachRoad::order(12, 25));
+    road.waitForService();
+    EXPECT_EQ(incidents(), (std::vector<std::string>{"0 3 1 " + unset, "0 12 1 " + unset}));
+}
+
+TEST_F(BreachReports, OrdersOfAUserWithoutAnyRightGoToTheAudit) {
+    road.host.user.orderService = false;
+    road.host.user.rights.clear();
+    road.load();
+    road.place(CBreachRoad::order(3));
+    road.waitForService();
+    EXPECT_EQ(incidents(), std::vector<std::string>{"0 3 1 " + unset});
+}
+
+TEST_F(BreachReports, CancelOfAnUnknownTaskByFileGoesToTheAudit) {
+    road.host.tasks.hasOnlyNullTasks = true;
+    road.load();
+    road.drop("cancel 7\n");
+    EXPECT_TRUE(road.host.waitForReport("there is no such task"));
+    EXPECT_EQ(incidents(), std::vector<std::string>{"1 " + unset + " 0 7"});
+}
+
+/// A pass that fails at every look is told once, and again behind a good one.
+TEST_F(BreachReports, APollingThatFailsIsToldOnce) {
+    road.load();
+    for (int times = 1; times <= 2; ++times) {
+        std::atomic<int> looks{0};
+        road.host.breaches.arm("CUserConfig::hasOrderEncryptionService", [&] {
+            road.host.records.record([&] { ++looks; });
+            throw std::runtime_error("broken");
+        });
+        EXPECT_TRUE(road.host.records.waitUntil([&] { return looks > 3; }));
+        road.host.breaches.disarm();
+        road.drop("23,0,10.5,600000,100\n");
+        EXPECT_TRUE(road.waitForCommands(static_cast<std::size_t>(times)));
+        const auto reports = road.host.reports();
+        EXPECT_EQ(std::count_if(reports.begin(), reports.end(),
+                                [](const std::string& text) {
+                                    return text.find("文件单轮询中断") != std::string::npos;
+                                }),
+                  times);
+    }
+}
+
+} // namespace
