@@ -211,6 +211,14 @@ void COrderService::cancelOrder(int taskId) {
     if (isClosed) reportClosed(1);
 }
 
+void COrderService::holdUntilWorkedOff(std::shared_ptr<const void> ticket) {
+    m_threads->handOver.around([&] {
+        if (isRefusing()) return;
+        QMetaObject::invokeMethod(
+            this, [ticket = std::move(ticket)]() mutable { ticket.reset(); }, Qt::AutoConnection);
+    });
+}
+
 void COrderService::cancelOrders(std::vector<std::string>& fields) {
     emit sigCancelOrders(fields);
 }
