@@ -123,6 +123,9 @@ rights = ["signal_orders"]
 max_strategies = 1
 max_socket_strategies = 1
 
+[switches]
+mdl_order_socket_guard = true
+
 [[account]]
 key = "A1"
 broker = "stock"
