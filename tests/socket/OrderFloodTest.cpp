@@ -193,6 +193,25 @@ TEST_F(OrderFlood, HalfClosedClientGetsAllItsReplies) {
     EXPECT_EQ(client->readAll().size(), 1000 * kOk.size());
 }
 
+/// The server reads 1024 bytes at first: with as many it can see the end of the stream in the same go.
+TEST_F(OrderFlood, EndOfTheStreamThatComesWithTheOrdersWaitsForThem) {
+    constexpr std::size_t kFirstRead = 1024;
+    constexpr int kOrders = 40, kRounds = 30;
+    start();
+    for (int round = 0; round < kRounds; ++round) {
+        const auto client = logIn();
+        std::string lines;
+        for (int i = 1; i < kOrders; ++i)
+            lines += "placeorder 23,3,9,1,7\r\n";
+        lines += "placeorder 23,3,9,1,7";
+        lines += std::string(kFirstRead - 2 - lines.size(), ' ') + "\r\n";
+        client->send(lines);
+        client->finishSending();
+        slow.workOffUntil(static_cast<std::size_t>((round + 1) * kOrders));
+        EXPECT_EQ(client->readAll().size(), kOrders * kOk.size());
+    }
+}
+
 TEST_F(OrderFlood, WholeLinesOfABrokenConnectionAreServed) {
     constexpr int kOrders = 500;
     start();
