@@ -275,6 +275,14 @@ void COrderService::cancelOrder(int taskId) {
     runGuarded(QStringLiteral("sigCancelOrder的接收者异常"), [&] { emit sigCancelOrder(taskId); });
 }
 
+void COrderService::holdUntilWorkedOff(std::shared_ptr<const void> ticket) {
+    m_threads->handOver.around([&] {
+        if (isRefusing()) return;
+        QMetaObject::invokeMethod(
+            this, [ticket = std::move(ticket)]() mutable { ticket.reset(); }, Qt::AutoConnection);
+    });
+}
+
 void COrderService::cancelOrders(std::vector<std::string>& fields) {
     const utils::CLibraryCall call;
     try {

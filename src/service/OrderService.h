@@ -97,6 +97,7 @@ public:
     /// Hands checked orders to the variant on the caller's thread; without a variant does nothing.
     void placeLegalOrders(QVector<orderParamForOrderService> orders);
     void cancelOrder(int taskId) override;
+    void holdUntilWorkedOff(std::shared_ptr<const void> ticket) override;
     /// Emits sigCancelOrders on the calling thread. Throws CHostError if a receiver throws; an order file is
     /// not read further then.
     void cancelOrders(std::vector<std::string>& fields) override;
