@@ -276,11 +276,7 @@ void COrderService::cancelOrder(int taskId) {
 }
 
 void COrderService::holdUntilWorkedOff(std::shared_ptr<const void> ticket) {
-    m_threads->handOver.around([&] {
-        if (isRefusing()) return;
-        QMetaObject::invokeMethod(
-            this, [ticket = std::move(ticket)]() mutable { ticket.reset(); }, Qt::AutoConnection);
-    });
+    (void)m_threads->queue->post([ticket = std::move(ticket)]() mutable { ticket.reset(); });
 }
 
 void COrderService::cancelOrders(std::vector<std::string>& fields) {
