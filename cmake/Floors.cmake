@@ -1,8 +1,9 @@
 # One folder under src/ is one target and one include prefix. Each target sees, through a folder of
 # links, its own headers and those of the targets it links, and nothing else of src/: an include that
-# its row of docs/architecture.md does not allow fails to build.
+# its row of docs/architecture.md does not allow fails to build. OWN_EXPORT: the package installs the target as a
+# component of its own, because it needs more than the library does.
 function(orderservice_floor name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "OWN_EXPORT" "" "SOURCES;HEADERS;LINKS;PRIVATE_LINKS" ${ARGN})
     set(root "${CMAKE_BINARY_DIR}/floors/${name}")
     file(MAKE_DIRECTORY "${root}")
     if(NOT EXISTS "${root}/${name}")
@@ -17,5 +18,7 @@ function(orderservice_floor name)
         $<BUILD_INTERFACE:${root}> $<INSTALL_INTERFACE:include/orderservice>)
     target_link_libraries(${target} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
     orderservice_own_code(${target})
-    set_property(GLOBAL APPEND PROPERTY ORDERSERVICE_FLOORS ${target})
+    if(NOT ARG_OWN_EXPORT)
+        set_property(GLOBAL APPEND PROPERTY ORDERSERVICE_FLOORS ${target})
+    endif()
 endfunction()

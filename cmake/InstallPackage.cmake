@@ -8,13 +8,25 @@ install(EXPORT OrderServiceTargets NAMESPACE OrderService::
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
 
 # Public: what a host includes. The other floors stay inside the library.
-foreach(floor base records platform gates)
-    install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h")
+foreach(floor base records platform gates kit)
+    install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h"
+        PATTERN "BsonExtended.h" EXCLUDE) # needs libbson's headers
 endforeach()
 foreach(header check/OrderServiceBase.h service/OrderService.h service/OrderServiceAdapter.h)
     get_filename_component(folder "${header}" DIRECTORY)
     install(FILES "${CMAKE_SOURCE_DIR}/src/${header}" DESTINATION "include/orderservice/${folder}")
 endforeach()
+
+# The contract suites are a component: only who asks for it needs GoogleTest.
+if(TARGET orderservice_contract)
+    install(TARGETS orderservice_contract EXPORT OrderServiceContractTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    install(EXPORT OrderServiceContractTargets NAMESPACE OrderService::
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
+    install(FILES "${CMAKE_SOURCE_DIR}/tests/contract/ContractHost.h" DESTINATION include/orderservice/contract)
+endif()
+
+# A host to start from.
+install(DIRECTORY "${CMAKE_SOURCE_DIR}/examples/minimal_host" DESTINATION ${CMAKE_INSTALL_DATADIR}/orderservice)
 
 configure_package_config_file("${CMAKE_SOURCE_DIR}/cmake/OrderServiceConfig.cmake.in"
     "${CMAKE_BINARY_DIR}/OrderServiceConfig.cmake"

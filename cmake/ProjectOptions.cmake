@@ -2,6 +2,7 @@
 
 option(ORDERSERVICE_BUILD_DESK "Build the desk, the reference host" ON)
 option(ORDERSERVICE_BUILD_TESTS "Build the tests" ON)
+option(ORDERSERVICE_BUILD_CONTRACT "Build the contract suites, for every host to run (needs GoogleTest)" ${ORDERSERVICE_BUILD_TESTS})
 option(ORDERSERVICE_BUILD_BENCH "Build the benchmarks" OFF)
 option(ORDERSERVICE_BUILD_FUZZERS "Build the libFuzzer targets (needs clang)" OFF)
 set(ORDERSERVICE_SANITIZE "" CACHE STRING "Sanitizers for the whole tree, such as address,undefined or thread")

@@ -3,10 +3,14 @@
 #include "desk/commands/NewFolder.h"
 #include "desk/commands/RunDesk.h"
 #include "desk/commands/ShowJournal.h"
+#include "desk/commands/StopSignals.h"
+#include "desk/host/Screen.h"
 
 #include <QCoreApplication>
 
-#include <atomic>
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
@@ -25,14 +29,13 @@ constexpr const char* kUsage =
     "       orderdesk run FOLDER [--exit-when-idle SECONDS]   run it until SIGINT or SIGTERM\n"
     "       orderdesk journal FOLDER [--follow]               print what happened\n";
 
-std::atomic<bool> s_stopped{false};
-
-void stop(int) {
-    s_stopped = true;
-}
-
-bool keepGoing() {
-    return !s_stopped;
+/// Closed standard descriptors lead to nowhere afterwards. Otherwise the next file that is opened, such as
+/// the journal, would take their place, and what the process prints would be written into it.
+void occupyStandardDescriptors() {
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        // The lowest free number is given: those below are in use by now.
+        if (::fcntl(standard, F_GETFD) < 0) (void)::open("/dev/null", O_RDWR);
+    }
 }
 
 int usageError() {
@@ -47,33 +50,49 @@ std::optional<double> readSeconds(const std::string& text) {
     return isNumber ? std::optional(seconds) : std::nullopt;
 }
 
+int runOnScreen(const std::string& folder, std::optional<double> exitWhenIdle) {
+    desk::CStopSignals stop;
+    desk::CScreen screen(STDOUT_FILENO);
+    return desk::runDesk(
+        folder, exitWhenIdle, screen.stream(), [&] { return stop.keepGoing(); },
+        [&] { return stop.keepWaiting(); });
+}
+
+volatile std::sig_atomic_t s_isJournalEnded = 0;
+
+int showJournal(const std::string& folder, bool follow) {
+    const auto end = [](int) { s_isJournalEnded = 1; };
+    if (follow) {
+        std::signal(SIGINT, end);
+        std::signal(SIGTERM, end);
+    }
+    return desk::runJournal(folder, follow, std::cout, std::cerr, [] { return s_isJournalEnded == 0; });
+}
+
 int runCommand(const std::vector<std::string>& words) {
     const std::string& command = words[0];
     const std::string& folder = words[1];
     const bool isPlain = words.size() == 2;
     if (command == "new" && isPlain) return desk::runNew(folder, std::cout, std::cerr);
     if (command == "check" && isPlain) return desk::runCheck(folder, std::cout);
-    if (command == "run" && isPlain) return desk::runDesk(folder, std::nullopt, std::cout, keepGoing);
+    if (command == "run" && isPlain) return runOnScreen(folder, std::nullopt);
     if (command == "run" && words.size() == 4 && words[2] == "--exit-when-idle") {
         const auto seconds = readSeconds(words[3]);
-        return seconds ? desk::runDesk(folder, seconds, std::cout, keepGoing) : usageError();
+        return seconds ? runOnScreen(folder, seconds) : usageError();
     }
     const bool follow = words.size() == 3 && words[2] == "--follow";
-    if (command == "journal" && (isPlain || follow)) {
-        return desk::runJournal(folder, follow, std::cout, std::cerr, keepGoing);
-    }
+    if (command == "journal" && (isPlain || follow)) return showJournal(folder, follow);
     return usageError();
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    occupyStandardDescriptors();
     std::setlocale(LC_ALL, "C.UTF-8");
     const QCoreApplication app(argc, argv);
     // The application has taken the locale of the environment; numbers have a point on every machine.
     std::setlocale(LC_NUMERIC, "C");
-    std::signal(SIGINT, stop);
-    std::signal(SIGTERM, stop);
     const std::vector<std::string> words(argv + 1, argv + argc);
     return words.size() >= 2 ? runCommand(words) : usageError();
 }

@@ -43,10 +43,11 @@ public:
     }
 };
 
+/// Reads on where the rest does not matter, as the file service does to count.
 void readAll(TC::COrderFileParser& parser, std::FILE* stream, int rowPosition) {
     TC::CLineReader reader(stream);
-    for (std::string line; reader.readLine(line) && parser.takeLine(line, rowPosition);) {
-    }
+    for (std::string line; reader.readLine(line);)
+        parser.takeLine(line, rowPosition);
 }
 
 /// Only the last order can be the basket or list of the file, and only such may be of another channel or have
@@ -84,5 +85,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     std::fclose(stream);
     checkOrders(parser.takeOrders());
+    const TC::CIgnoredLines& ignored = parser.ignoredLines();
+    if ((ignored.m_nCount == 0) != (ignored.m_nFirst == 0)) std::abort();
+    if ((ignored.m_nCount == 0) != ignored.m_strFirstReason.isEmpty()) std::abort();
+    if (static_cast<std::size_t>(ignored.m_nCount) > size) std::abort();
     return 0;
 }

@@ -59,8 +59,8 @@ bool operator==(const COutcome& a, const COutcome& b) {
 
 class CConversation {
 public:
-    CConversation(CChoice choice, CFakeHost& host)
-        : m_audit(host.audit),
+    CConversation(CChoice choice, CFakeHost& host, CFakeClock& clock)
+        : m_audit(host.audit), m_clock(clock),
           m_pServer(boost::make_shared<TC::COrderSocketServer>(m_io, "127.0.0.1", 0,
                                                                choice.needsLogin ? "u" : "", "p", m_gate,
                                                                m_registry, QStringLiteral("127.0.0.1:0"))),
@@ -76,6 +76,13 @@ public:
     void receive(std::string_view piece) {
         m_pServer->onDataReceived({piece.begin(), piece.end()}, static_cast<int>(piece.size()),
                                   m_pConnection);
+        // A login that has to wait: time passes, but less than a silent connection has for its login.
+        while (m_pConnection->isHeld()) {
+            m_clock.sleep(TC::CFailedLogins::kLastDelay);
+            m_pServer->clockMoved();
+            m_io.restart();
+            m_io.poll();
+        }
     }
     COutcome finish() {
         COutcome outcome{m_pConnection->replies, m_gate.batches.size(), m_gate.cancelledTasks,
@@ -88,6 +95,7 @@ public:
 
 private:
     fake::CAudit& m_audit;
+    CFakeClock& m_clock;
     boost::asio::io_service m_io;
     CRecordingGate m_gate;
     CPlainRegistry m_registry;
@@ -95,9 +103,9 @@ private:
     boost::shared_ptr<CStoringConnection> m_pConnection;
 };
 
-COutcome converse(CChoice choice, CFakeHost& host, std::string_view stream,
+COutcome converse(CChoice choice, CFakeHost& host, CFakeClock& clock, std::string_view stream,
                   const std::vector<std::size_t>& cuts) {
-    CConversation conversation(choice, host);
+    CConversation conversation(choice, host, clock);
     for (std::size_t i = 0; !stream.empty(); ++i) {
         const std::size_t length = std::min(cuts[i % cuts.size()], stream.size());
         conversation.receive(stream.substr(0, length));
@@ -151,9 +159,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view stream(reinterpret_cast<const char*>(data) + 2 + count, size - 2 - count);
     host.switches.on.clear();
     if (choice.isGuarded) host.switches.on.insert(TC::CSocketGuard::kSwitch);
-    const COutcome whole = converse(choice, host, stream, {std::max(stream.size(), std::size_t{1})});
+    const COutcome whole = converse(choice, host, clock, stream, {std::max(stream.size(), std::size_t{1})});
     check(whole, choice, stream);
-    if (!cuts.empty()) require(converse(choice, host, stream, cuts) == whole);
+    if (!cuts.empty()) require(converse(choice, host, clock, stream, cuts) == whole);
     // A fuzzer runs for long: the records of the host would grow with it.
     host.audit.reports.clear();
     host.audit.doors.clear();

@@ -25,14 +25,24 @@ void tryTakeIn(CLoadedConfig& loaded, const std::function<bool(const CAccountEnt
     }
 }
 
+std::string placeOf(const CDiagnostic& diagnostic) {
+    return diagnostic.file + ':' + (diagnostic.line > 0 ? std::to_string(diagnostic.line) + ':' : "") + ' ';
+}
+
+/// "1 warning" or "2 warnings"; with none, nothing.
+std::string countText(std::size_t count, const std::string& word) {
+    return count == 0 ? std::string() : std::to_string(count) + ' ' + word + (count == 1 ? "" : "s");
+}
+
 } // namespace
 
 void printMistakes(const std::vector<CDiagnostic>& mistakes, std::ostream& out) {
-    for (const CDiagnostic& mistake : mistakes) {
-        out << mistake.file << ':';
-        if (mistake.line > 0) out << mistake.line << ':';
-        out << ' ' << mistake.message << '\n';
-    }
+    for (const CDiagnostic& mistake : mistakes)
+        out << placeOf(mistake) << mistake.message << '\n';
+}
+
+std::string warningText(const CDiagnostic& warning) {
+    return placeOf(warning) + "warning: " + warning.message;
 }
 
 CLoadedConfig readDeskFolder(const std::string& folder) {
@@ -52,13 +62,17 @@ int runCheck(const std::string& folder, std::ostream& out) {
     CLoadedConfig loaded = loadDeskConfig(folder);
     if (loaded.mistakes.empty()) tryTakeIn(loaded, [](const CAccountEntry&) { return true; });
     printMistakes(loaded.mistakes, out);
+    for (const CDiagnostic& warning : loaded.warnings)
+        out << warningText(warning) << '\n';
+    const std::string warnings = countText(loaded.warnings.size(), "warning");
+    const std::string further = warnings.empty() ? "" : ", " + warnings;
     if (!loaded.mistakes.empty()) {
-        out << folder << ": " << loaded.mistakes.size() << " mistakes\n";
+        out << folder << ": " << countText(loaded.mistakes.size(), "mistake") << further << '\n';
         return kMistakes;
     }
     out << folder << ": good; " << loaded.config.accounts.size() << " accounts, "
         << loaded.config.strategies.size() << " strategies, " << loaded.config.instruments.size()
-        << " instruments\n";
+        << " instruments" << further << '\n';
     return kGood;
 }
 

@@ -71,6 +71,8 @@ void showCommand(std::ostream& out, const CJson& record) {
     static const CJson kNone = CJson::array();
     const auto found = record.find("codes");
     const CJson& codes = found != record.end() && found->is_array() ? *found : kNone;
+    if (record.contains("task"))
+        out << (record["task"].is_null() ? "no task" : "task " + word(record, "task")) << ", ";
     out << "family " << familyWord(record) << ", " << codes.size()
         << (codes.size() == 1 ? " order" : " orders") << optional(", remark: ", record, "remark");
     if (word(record, "force_confirm") == "true") out << ", to be confirmed";
@@ -100,8 +102,13 @@ void showIntake(std::ostream& out, const CJson& record) {
         << word(record, "lines") << " lines of " << word(record, "source");
     if (number(record, "unread_params") != 0)
         out << ", " << word(record, "unread_params") << " orderParam lines NOT UNDERSTOOD";
+    if (number(record, "ignored_lines") != 0)
+        out << ", " << word(record, "ignored_lines") << " lines WITHOUT EFFECT, the first is "
+            << word(record, "first_ignored");
+    if (word(record, "rejected") == "true") out << ", REFUSED: " << word(record, "cause");
     if (word(record, "left_waiting") == "true") out << ", LEFT WAITING: " << word(record, "cause");
     if (word(record, "cut_short") == "true") out << ", CUT SHORT at " << word(record, "cause");
+    out << optional(", kept as ", record, "kept_as");
 }
 
 void showDoor(std::ostream& out, const CJson& record) {
@@ -123,7 +130,7 @@ void showMessage(std::ostream& out, const CJson& record) {
 
 void showTradeError(std::ostream& out, const CJson& record) {
     out << word(record, "text") << optional(" (", record, "title")
-        << (word(record, "title") == "-" ? "" : ")");
+        << (word(record, "title") == "-" ? "" : ")") << optional(", command #", record, "command");
 }
 
 void showStrategy(std::ostream& out, const CJson& record) {
@@ -139,7 +146,21 @@ void showCancelTask(std::ostream& out, const CJson& record) {
 
 void showStarted(std::ostream& out, const CJson& record) {
     out << "process " << word(record, "pid");
-    if (word(record, "recovered") == "true") out << ", after a crash";
+    if (word(record, "recovered") == "true" || word(record, "after_crash") == "true")
+        out << ", after a crash";
+}
+
+void showContinued(std::ostream& out, const CJson& record) {
+    out << "THE FILE CHANGED: " << word(record, "cause");
+}
+
+void showDiscarded(std::ostream& out, const CJson& record) {
+    out << "channel " << word(record, "channel") << ": NOT READ: " << word(record, "source") << ", "
+        << word(record, "lines") << " lines: " << word(record, "cause");
+}
+
+void showUnplaced(std::ostream& out, const CJson& record) {
+    out << "channel " << word(record, "channel") << ": NOT WORKED OFF: " << word(record, "order");
 }
 
 struct CKindText {
@@ -148,12 +169,13 @@ struct CKindText {
 };
 
 constexpr CKindText kKindTexts[] = {
-    {"started", showStarted},   {"strategy", showStrategy},
-    {"intake", showIntake},     {"door", showDoor},
-    {"message", showMessage},   {"trade_error", showTradeError},
-    {"command", showCommand},   {"order", showOrder},
-    {"fill", showFill},         {"cancel_task", showCancelTask},
-    {"incident", showIncident},
+    {"started", showStarted},     {"strategy", showStrategy},
+    {"intake", showIntake},       {"door", showDoor},
+    {"message", showMessage},     {"trade_error", showTradeError},
+    {"command", showCommand},     {"order", showOrder},
+    {"fill", showFill},           {"cancel_task", showCancelTask},
+    {"continued", showContinued}, {"discarded", showDiscarded},
+    {"unplaced", showUnplaced},   {"incident", showIncident},
 };
 
 /// For kinds without a text of their own: every key but those that stand at the head of the line.

@@ -1,6 +1,7 @@
 #include "desk/commands/RunDesk.h"
 
 #include "base/Clock.h"
+#include "desk/commands/BacklogWatch.h"
 #include "desk/commands/CheckFolder.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/config/DeskToml.h"
@@ -52,8 +53,20 @@ int refuse(const std::string& folder, const std::vector<CDiagnostic>& mistakes, 
     return kBadFolder;
 }
 
+/// Works off what was taken; then nothing is left that could want to be recorded. False if orders were
+/// dropped.
+bool endTrading(const CDesk& desk, CTextSink& sink, const std::function<bool()>& keepWaiting) {
+    {
+        const CBacklogWatch watch(*TC::COrderService::instance(), sink, keepWaiting);
+        TC::COrderService::instance()->shutdown();
+    }
+    const std::string unplaced = desk.unplacedText();
+    if (!unplaced.empty()) sink.writeLine(unplaced);
+    return unplaced.empty();
+}
+
 int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
-          const std::function<bool()>& keepGoing) {
+          const std::function<bool()>& keepGoing, const std::function<bool()>& keepWaiting) {
     const utils::KNError installed = TC::installHost(desk.services());
     if (!installed.isSuccess()) {
         sink.writeLine(installed.errorMsg());
@@ -63,8 +76,7 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
     TC::COrderServiceAdapter::initInstance(new TC::COrderServiceAdapter);
     desk.startTrading();
     const std::string reason = runLoop(desk, exitWhenIdle, keepGoing);
-    // Works off what was taken; then nothing is left that could want to be recorded.
-    TC::COrderService::instance()->shutdown();
+    const bool isWorkedOff = endTrading(desk, sink, keepWaiting);
     const utils::KNError saved = desk.saveInterfaces();
     if (!saved.isSuccess()) sink.writeLine("the interfaces cannot be saved: " + saved.errorMsg());
     TC::COrderServiceAdapter::release();
@@ -72,13 +84,13 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
     TC::releaseHost();
     const utils::KNError closed = desk.close(reason);
     if (!closed.isSuccess()) sink.writeLine("the journal could not be closed: " + closed.errorMsg());
-    return saved.isSuccess() && closed.isSuccess() ? kOrderly : kCannotWork;
+    return isWorkedOff && saved.isSuccess() && closed.isSuccess() ? kOrderly : kCannotWork;
 }
 
 } // namespace
 
 int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::ostream& out,
-            const std::function<bool()>& keepGoing) {
+            const std::function<bool()>& keepGoing, const std::function<bool()>& keepWaiting) {
     CTextSink sink(out);
     if (!hasDesk(folder)) return refuse(folder, loadDeskConfig(folder).mistakes, out);
     // A desk that is just ending may still write files of the folder, so the lock comes before the reading.
@@ -90,6 +102,8 @@ int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::
     }
     CLoadedConfig loaded = readDeskFolder(folder);
     if (!loaded.mistakes.empty()) return refuse(folder, loaded.mistakes, out);
+    for (const CDiagnostic& warning : loaded.warnings)
+        sink.writeLine(warningText(warning));
     const utils::KNError raised = raiseFileLimit();
     if (!raised.isSuccess()) sink.writeLine(raised.errorMsg());
     for (const std::string& problem : prepareOrderFiles(loaded.config))
@@ -100,7 +114,7 @@ int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::
         sink.writeLine(opened.errorMsg());
         return kCannotWork;
     }
-    return trade(desk, sink, exitWhenIdle, keepGoing);
+    return trade(desk, sink, exitWhenIdle, keepGoing, keepWaiting);
 }
 
 } // namespace desk

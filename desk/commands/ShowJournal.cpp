@@ -10,6 +10,8 @@ namespace desk {
 namespace {
 
 constexpr double kFollowSeconds = 0.2;
+constexpr const char* kReopened =
+    "-- another file is at the journal's path, or it was cut; from its beginning:\n";
 
 void printNew(CJournalReader& reader, std::ostream& out) {
     while (const std::optional<CJournalLine> line = reader.next())
@@ -30,6 +32,7 @@ int runJournal(const std::string& folder, bool follow, std::ostream& out, std::o
     while (follow && keepGoing()) {
         utils::sleep(kFollowSeconds);
         printNew(reader, out);
+        if (reader.reopenIfChanged()) out << kReopened << std::flush;
     }
     if (const std::optional<CJournalLine> rest = reader.rest(); rest && !follow) out << journalText(*rest);
     return 0;

@@ -5,10 +5,63 @@
 #include "desk/config/SettingsFile.h"
 #include "desk/config/StrategyFile.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <iterator>
+#include <set>
 
 namespace desk {
+
+namespace {
+
+using CStrategyTest = std::function<bool(const TC::COrderStrategyParam&)>;
+
+/// The order service leaves those beyond the limit out, the highest channels, without a word.
+void warnOfLimit(const CDeskConfig& config, int most, int line, const char* key,
+                 const CStrategyTest& isCounted, CDiagnostics& diagnostics) {
+    const auto count = std::count_if(config.strategies.begin(), config.strategies.end(), isCounted);
+    if (count <= most) return;
+    diagnostics.warn(kDeskFile, line,
+                     std::string(key) + " under [user] is " + std::to_string(most) + " and " +
+                         std::to_string(count) + " strategies count; the highest channels are left out");
+}
+
+void warnOfStrategies(const CDeskConfig& config, const CUserLines& lines, CDiagnostics& diagnostics) {
+    const auto isRunning = [](const TC::COrderStrategyParam& strategy) { return strategy.isRunning(); };
+    if (std::none_of(config.strategies.begin(), config.strategies.end(), isRunning))
+        diagnostics.warn(kStrategyFile, 0, "no strategy runs; expected running = true in one");
+    const auto isOfType = [](TC::EOrderStrategyType type) {
+        return [type](const TC::COrderStrategyParam& strategy) { return strategy.m_eStrategyType == type; };
+    };
+    const CUserEntry& user = config.user;
+    if (config.switches.count("mdl_order_split_orderNum") == 0) {
+        const auto any = [](const TC::COrderStrategyParam&) { return true; };
+        return warnOfLimit(config, user.maxStrategies, lines.maxStrategies, "max_strategies", any,
+                           diagnostics);
+    }
+    warnOfLimit(config, user.maxStrategies, lines.maxStrategies, "max_strategies",
+                isOfType(TC::EOrderStrategyType::File), diagnostics);
+    warnOfLimit(config, user.maxSocketStrategies, lines.maxSocketStrategies, "max_socket_strategies",
+                isOfType(TC::EOrderStrategyType::Signal), diagnostics);
+}
+
+/// Warnings about a file that holds a mistake, or builds on one that does, may only follow from it.
+std::vector<CDiagnostic> soundWarnings(const std::vector<CDiagnostic>& warnings,
+                                       const std::vector<CDiagnostic>& mistakes) {
+    std::set<std::string> spoiled;
+    for (const CDiagnostic& mistake : mistakes)
+        spoiled.insert(mistake.file);
+    const bool isBaseSpoiled = spoiled.count(kInstrumentFile) != 0 || spoiled.count(kDeskFile) != 0;
+    std::vector<CDiagnostic> sound;
+    std::copy_if(
+        warnings.begin(), warnings.end(), std::back_inserter(sound),
+        [&](const CDiagnostic& warning) { return !isBaseSpoiled && spoiled.count(warning.file) == 0; });
+    return sound;
+}
+
+} // namespace
 
 CLoadedConfig loadDeskConfig(const std::string& folder) {
     CLoadedConfig loaded;
@@ -18,12 +71,14 @@ CLoadedConfig loadDeskConfig(const std::string& folder) {
         diagnostics.add(folder, 0, "is no folder; make one with: orderdesk new " + folder);
     } else {
         const CInstrumentLines instruments = readInstruments(folder, loaded.config, diagnostics);
-        readDeskToml(folder, loaded.config, diagnostics);
+        const CUserLines lines = readDeskToml(folder, loaded.config, diagnostics);
         readMarketTables(folder, instruments, loaded.config, diagnostics);
         readStrategies(folder, loaded.config, diagnostics);
         readSettings(folder, loaded.config, diagnostics);
+        if (diagnostics.count() == 0) warnOfStrategies(loaded.config, lines, diagnostics);
     }
     loaded.mistakes = diagnostics.take();
+    loaded.warnings = soundWarnings(diagnostics.takeWarnings(), loaded.mistakes);
     return loaded;
 }
 

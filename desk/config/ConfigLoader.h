@@ -9,10 +9,11 @@
 namespace desk {
 
 /// What a desk folder says, and everything that is wrong with it. With mistakes the configuration is what
-/// could be read, and must not be traded on.
+/// could be read, and must not be traded on. Warnings hold nothing up.
 struct CLoadedConfig {
     CDeskConfig config;
     std::vector<CDiagnostic> mistakes;
+    std::vector<CDiagnostic> warnings;
 };
 
 /// Reads desk.toml, strategies.toml, instruments.csv, quotes.csv, quote_changes.csv, positions.csv and

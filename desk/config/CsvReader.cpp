@@ -2,11 +2,13 @@
 
 #include "base/Text.h"
 #include "desk/config/TextFile.h"
+#include "desk/config/Words.h"
 
 #include <boost/algorithm/string.hpp>
 
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 namespace desk {
 namespace {
@@ -27,7 +29,8 @@ public:
     void addLine(int number, const std::string& line) {
         // Spreadsheets on Chinese desktops like to write GBK, and names would arrive broken.
         if (!utils::isValidUtf8(line.data(), line.size())) {
-            m_diagnostics.add(m_strFile, number, "is not UTF-8; expected the table saved as UTF-8");
+            if (std::exchange(m_bIsUtf8, false))
+                m_diagnostics.add(m_strFile, number, "is not UTF-8; expected the table saved as UTF-8");
         }
         const auto cells = splitCsvLine(line);
         if (!cells) {
@@ -40,10 +43,12 @@ public:
         }
     }
 
+    /// No rows without their required columns: each would bring a mistake of its own.
     std::vector<CCsvRow> take() {
         if (m_columns.empty())
             m_diagnostics.add(m_strFile, 1, "no line with column names; expected " + joined(m_required));
-        return std::move(m_rows);
+        if (m_bHasAllColumns) return std::move(m_rows);
+        return {};
     }
 
 private:
@@ -61,8 +66,13 @@ private:
             }
         }
         for (const std::string& column : m_required) {
-            if (!contains(cells, column))
-                m_diagnostics.add(m_strFile, number, "column \"" + column + "\" is missing");
+            if (contains(cells, column)) continue;
+            m_bHasAllColumns = false;
+            const bool isMisspelt = std::any_of(cells.begin(), cells.end(), [&](const std::string& cell) {
+                return !contains(m_known, cell) && isLike(cell, column);
+            });
+            if (isMisspelt) continue;
+            m_diagnostics.add(m_strFile, number, "column \"" + column + "\" is missing");
         }
     }
 
@@ -86,6 +96,8 @@ private:
     CDiagnostics& m_diagnostics;
     std::vector<std::string> m_columns;
     std::vector<CCsvRow> m_rows;
+    bool m_bHasAllColumns = true;
+    bool m_bIsUtf8 = true; ///< a table in another encoding is told once
 };
 
 } // namespace

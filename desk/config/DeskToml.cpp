@@ -1,5 +1,6 @@
 #include "desk/config/DeskToml.h"
 
+#include "desk/config/SettingWarnings.h"
 #include "desk/config/TomlFile.h"
 #include "desk/config/TomlSection.h"
 #include "desk/config/Words.h"
@@ -8,13 +9,27 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <set>
 #include <string_view>
 
 namespace desk {
 namespace {
 
+/// What a misspelt table may have been meant to define.
+constexpr ESubject kAllOfDesk = ESubject::Desk | ESubject::Accounts | ESubject::Groups;
+constexpr std::string_view kTables[] = {"user",    "desk",  "socket", "switches", "settings",
+                                        "account", "group", "basket", "portfolio"};
+constexpr const char* kForceConfirm = "mdl_order_service_force_confirm";
+/// The users whose commands the order service issues.
+const std::set<int> kCommandKinds = {80, 90, 91, 92, 100, 101};
+
 bool tradesUnderItsCode(const CInstrumentEntry& entry) {
     return entry.kind == EInstrumentKind::Stock && entry.types.count(knservice::kTypeTradableStock) > 0;
+}
+
+bool isBasketStock(const CInstrumentEntry& stock) {
+    return std::any_of(std::begin(knservice::kBasketTypes), std::end(knservice::kBasketTypes),
+                       [&](int type) { return stock.types.count(type) > 0; });
 }
 
 /// Portfolios sell by the whole key, which orders know at this length and in capitals only.
@@ -23,9 +38,7 @@ bool sellsFromAPortfolio(const CInstrumentEntry& stock) {
     const std::string key = stock.key();
     return key.size() == kKeyLength &&
            std::none_of(key.begin(), key.end(), [](char letter) { return letter >= 'a' && letter <= 'z'; }) &&
-           tradesUnderItsCode(stock) &&
-           std::any_of(std::begin(knservice::kBasketTypes), std::end(knservice::kBasketTypes),
-                       [&](int type) { return stock.types.count(type) > 0; });
+           tradesUnderItsCode(stock) && isBasketStock(stock);
 }
 
 /// Reads the tables of desk.toml one by one.
@@ -34,7 +47,7 @@ public:
     CDeskTomlReader(CDeskConfig& config, CDiagnostics& diagnostics)
         : m_config(config), m_diagnostics(diagnostics) {}
 
-    void read(const toml::table& root) {
+    CUserLines read(const toml::table& root) {
         const CTomlSection section(kDeskFile, root, kDeskFile, m_diagnostics);
         section.read(
             {
@@ -49,6 +62,13 @@ public:
                 {"portfolio", section.tables([this](const auto& t) { readPortfolio(t); })},
             },
             {"user", "account"});
+        for (const auto& [key, node] : root) {
+            if (std::find(std::begin(kTables), std::end(kTables), std::string_view(key.str())) ==
+                std::end(kTables))
+                m_diagnostics.spoil(kAllOfDesk);
+        }
+        warnOfConfirm();
+        return m_lines;
     }
 
 private:
@@ -74,6 +94,28 @@ private:
                 {"messages", section.table([this](const auto& t) { readMessages(t); })},
             },
             {"name", "kind"});
+        warnOfUser(section, user);
+        m_lines = {section.lineOfKey("max_strategies"), section.lineOfKey("max_socket_strategies")};
+    }
+
+    /// What lets a folder pass and its orders not.
+    static void warnOfUser(const CTomlSection& section, const CUserEntry& user) {
+        constexpr int kLeastPause = 11; // below it the file loop does not sleep
+        constexpr int kLongestPause = 60000;
+        if (kCommandKinds.count(user.kind) == 0)
+            section.warnAt("kind", "users of kind " + std::to_string(user.kind) +
+                                       " issue no commands; expected 80, 90, 91, 92, 100 or 101");
+        if (!user.orderService)
+            section.warnAt("order_service", "with order_service = false no order goes out");
+        if (user.orderEncryption)
+            section.warnAt("order_encryption", "with order_encryption = true no file strategy starts");
+        if (user.fileIntervalMs < kLeastPause)
+            section.warnAt("file_interval_ms",
+                           "the desk looks for files without a pause and keeps a core busy; "
+                           "expected at least 11");
+        if (user.fileIntervalMs > kLongestPause)
+            section.warnAt("file_interval_ms",
+                           "files wait for more than a minute; expected at most 60000 milliseconds");
     }
 
     void readRights(const CTomlSection& section, const toml::node& node) {
@@ -112,6 +154,7 @@ private:
     }
 
     void readSocket(const toml::table& table) {
+        const CDefinition definition(m_diagnostics, ESubject::Desk);
         const CTomlSection section = sectionOf(table, "socket");
         section.read({{"allow_remote", section.flag(m_config.allowRemoteSocket)}});
     }
@@ -126,6 +169,16 @@ private:
         for (const auto& [name, on] : switches) {
             if (on) m_config.switches.insert(name);
         }
+        if (m_config.switches.count(kForceConfirm) != 0) m_forcedConfirm = section.lineOfKey(kForceConfirm);
+    }
+
+    /// The answer may stand in a table behind the switches.
+    void warnOfConfirm() {
+        if (m_forcedConfirm != 0 && !m_config.acceptForcedConfirm)
+            m_diagnostics.warn(kDeskFile, m_forcedConfirm,
+                               std::string("switches: ") + kForceConfirm +
+                                   " is on and accept_forced_confirm under [desk] is not: every command is "
+                                   "declined");
     }
 
     void readSettings(const toml::table& table) {
@@ -158,9 +211,11 @@ private:
         setting.m_eOrderType = static_cast<TC::EOrderType>(orderType);
         setting.m_bFirstLimitOn = !TC::isInvalidPrice(setting.m_dFirstLimit);
         setting.m_bSecondLimitOn = !TC::isInvalidPrice(setting.m_dSecondLimit);
+        warnOfSetting(section, setting, "order_type");
     }
 
     void readAccount(const toml::table& table) {
+        const CDefinition definition(m_diagnostics, ESubject::Accounts);
         CAccountEntry account;
         int broker = static_cast<int>(account.broker);
         const CTomlSection section = sectionOf(table, "account");
@@ -177,16 +232,17 @@ private:
             {"key", "broker", "funds"});
         account.broker = static_cast<TC::EQDBrokerType>(broker);
         if (findAccount(account.key) != nullptr)
-            return section.mistake("account \"" + account.key + "\" stands twice");
-        if (account.key.empty()) section.mistake("key must not be empty");
-        if (account.funds < 0) section.mistake("funds must not be negative");
-        if (account.creditLimit < 0) section.mistake("credit_limit must not be negative");
+            return section.mistakeAt("key", "account \"" + account.key + "\" stands twice");
+        if (account.key.empty() && section.isText("key")) section.mistakeAt("key", "key must not be empty");
+        if (account.funds < 0) section.mistakeAt("funds", "funds must not be negative");
+        if (account.creditLimit < 0) section.mistakeAt("credit_limit", "credit_limit must not be negative");
         if (account.creditLimit > 0 && account.broker != TC::EQDBrokerType::Credit)
-            section.mistake("credit_limit is for accounts of broker \"credit\" only");
+            section.mistakeAt("credit_limit", "credit_limit is for accounts of broker \"credit\" only");
         m_config.accounts.push_back(account);
     }
 
     void readGroup(const toml::table& table) {
+        const CDefinition definition(m_diagnostics, ESubject::Groups);
         CGroupEntry group;
         int broker = static_cast<int>(group.broker);
         const CTomlSection section = sectionOf(table, "group");
@@ -198,11 +254,11 @@ private:
             },
             {"name", "broker", "members"});
         group.broker = static_cast<TC::EQDBrokerType>(broker);
-        if (group.name.empty()) section.mistake("name must not be empty");
+        if (group.name.empty() && section.isText("name")) section.mistakeAt("name", "name must not be empty");
         checkMembers(section, group);
         for (const CGroupEntry& other : m_config.groups) {
             if (other.name == group.name && other.broker == group.broker) {
-                return section.mistake("group \"" + group.name + "\" stands twice");
+                return section.mistakeAt("name", "group \"" + group.name + "\" stands twice");
             }
         }
         m_config.groups.push_back(group);
@@ -214,14 +270,18 @@ private:
         section.read(
             {{"account", section.text(member.accountKey)}, {"weight", section.number(member.weight)}},
             {"account"});
+        if (!section.isText("account")) return;
         if (findAccount(member.accountKey) == nullptr) {
-            return section.mistake("account \"" + member.accountKey +
-                                   "\" is unknown; expected the key of an [[account]]");
+            return section.mistakeAt("account",
+                                     "account \"" + member.accountKey +
+                                         "\" is unknown; expected the key of an [[account]]",
+                                     ESubject::Accounts);
         }
-        if (!(member.weight > 0)) section.mistake("weight must be above 0");
+        if (!(member.weight > 0)) section.mistakeAt("weight", "weight must be above 0");
         for (const CGroupMember& other : group.members) {
             if (other.accountKey == member.accountKey) {
-                return section.mistake("account \"" + member.accountKey + "\" stands twice in the group");
+                return section.mistakeAt("account",
+                                         "account \"" + member.accountKey + "\" stands twice in the group");
             }
         }
         group.members.push_back(member);
@@ -230,12 +290,16 @@ private:
     /// A group's orders go to all of its accounts, so each must be of the group's kind.
     void checkMembers(const CTomlSection& section, const CGroupEntry& group) const {
         if (group.members.empty())
-            section.mistake("group \"" + group.name + "\" has no accounts; expected at least one");
+            section.mistakeAt("members",
+                              "group \"" + group.name + "\" has no accounts; expected at least one",
+                              ESubject::Groups);
         for (const CGroupMember& member : group.members) {
             const CAccountEntry* account = findAccount(member.accountKey);
             if (account == nullptr || account->broker == group.broker) continue;
-            section.mistake("account \"" + member.accountKey +
-                            "\" is of another broker type than the group \"" + group.name + "\"");
+            return section.mistakeAt("members",
+                                     "account \"" + member.accountKey +
+                                         "\" is of another broker type than the group \"" + group.name + "\"",
+                                     ESubject::Accounts);
         }
     }
 
@@ -253,8 +317,11 @@ private:
                       {"rows", section.tables([&](const auto& t) { readBasketRow(t, basket); })}},
                      {"name", "rows"});
         const QString key = QString::fromStdString(name);
-        if (name.empty()) section.mistake("name must not be empty");
-        if (m_config.baskets.contains(key)) return section.mistake("basket \"" + name + "\" stands twice");
+        if (name.empty() && section.isText("name")) section.mistakeAt("name", "name must not be empty");
+        if (m_config.baskets.contains(key))
+            return section.mistakeAt("name", "basket \"" + name + "\" stands twice");
+        if (basket.m_rows.empty() && table.contains("rows"))
+            section.warnAt("rows", "the basket has no rows; orders that name it are refused");
         m_config.baskets.insert(key, basket);
     }
 
@@ -273,14 +340,35 @@ private:
                 {"price", section.number(row.m_dPrice)},
             },
             {"market", "code"});
-        if (row.m_dWeight < 0) section.mistake("weight must not be negative");
+        if (row.m_dWeight < 0) section.mistakeAt("weight", "weight must not be negative");
         if (!(row.m_dPrice > 0))
-            section.mistake("price must be above 0; leave it out where there is no price");
-        if (checkStock(section, market, code) != nullptr) checkBareCode(section, market, code);
+            section.mistakeAt("price", "price must be above 0; leave it out where there is no price");
+        if (const CInstrumentEntry* stock = checkStock(section, market, code)) {
+            checkBareCode(section, market, code);
+            warnOfBasketRow(section, basket, row, *stock);
+        }
         row.m_strMarket = QString::fromStdString(market);
         row.m_strCode = QString::fromStdString(code);
         row.m_strName = QString::fromStdString(name);
         basket.m_rows.push_back(row);
+    }
+
+    /// Rows that the order service passes over, or whose orders the broker rejects.
+    static void warnOfBasketRow(const CTomlSection& section, const TC::CBasketSetting& basket,
+                                const TC::CBasketStockData& row, const CInstrumentEntry& stock) {
+        if (!isBasketStock(stock))
+            section.warnAt("code", "instrument \"" + stock.key() +
+                                       "\" has none of a basket's types; the row is passed over");
+        constexpr int kBuy = static_cast<int>(TC::EOperationType::Buy);
+        constexpr int kSell = static_cast<int>(TC::EOperationType::Sell);
+        if (row.m_eOperationType >= 0 && row.m_eOperationType != kBuy && row.m_eOperationType != kSell)
+            section.warnAt("operation", "operation is " + std::to_string(row.m_eOperationType) +
+                                            "; expected 18 to buy or 19 to sell");
+        warnOfUnit(section, row.m_nVolume, stock);
+        const bool isThere = std::any_of(basket.m_rows.begin(), basket.m_rows.end(), [&](const auto& other) {
+            return other.m_strMarket.toStdString() + other.m_strCode.toStdString() == stock.key();
+        });
+        if (isThere) section.warnAt("code", "instrument \"" + stock.key() + "\" is in the basket twice");
     }
 
     /// The stock of a row; null after a mistake.
@@ -291,8 +379,11 @@ private:
                 return entry.kind == EInstrumentKind::Stock && entry.market == market && entry.code == code;
             });
         if (stock != m_config.instruments.end()) return &*stock;
-        section.mistake("instrument \"" + market + code +
-                        "\" is unknown; expected market and code of a stock in instruments.csv");
+        if (!market.empty() && !code.empty())
+            section.mistakeAt("code",
+                              "instrument \"" + market + code +
+                                  "\" is unknown; expected market and code of a stock in instruments.csv",
+                              ESubject::Instruments);
         return nullptr;
     }
 
@@ -308,8 +399,10 @@ private:
         };
         const std::string meant = means("SH") ? "SH" : means("SZ") ? "SZ" : "";
         if (meant == market) return;
-        section.mistake("code \"" + code + "\" means " + (meant.empty() ? "nothing" : meant + code) +
-                        " in a basket, not " + market + code);
+        section.mistakeAt("code",
+                          "code \"" + code + "\" means " + (meant.empty() ? "nothing" : meant + code) +
+                              " in a basket, not " + market + code,
+                          ESubject::Instruments);
     }
 
     void readPortfolio(const toml::table& table) {
@@ -323,16 +416,17 @@ private:
         const bool isNamed = !portfolio.id.empty() &&
                              portfolio.id.find_first_of("_,\r\n") == std::string::npos &&
                              std::string_view(" \t\v\f").find(portfolio.id.back()) == std::string_view::npos;
-        if (!isNamed)
-            section.mistake("id is \"" + portfolio.id +
-                            "\"; expected a text without \"_\", \",\" and a blank at its end");
-        if (portfolio.rows.empty()) section.mistake("there are no rows; expected at least one");
+        if (!isNamed && section.isText("id"))
+            section.mistakeAt("id", "id is \"" + portfolio.id +
+                                        "\"; expected a text without \"_\", \",\" and a blank at its end");
+        if (portfolio.rows.empty() && table.contains("rows"))
+            section.mistakeAt("rows", "there are no rows; expected at least one");
         const auto isSame = [&](const CPortfolioEntry& other) {
             return other.kind == portfolio.kind && other.id == portfolio.id;
         };
         if (std::any_of(m_config.portfolios.begin(), m_config.portfolios.end(), isSame)) {
-            return section.mistake("portfolio " + std::to_string(portfolio.kind) + "_" + portfolio.id +
-                                   " stands twice");
+            return section.mistakeAt("id", "portfolio " + std::to_string(portfolio.kind) + "_" +
+                                               portfolio.id + " stands twice");
         }
         m_config.portfolios.push_back(portfolio);
     }
@@ -349,23 +443,31 @@ private:
         const CInstrumentEntry* stock = checkStock(section, market, code);
         row.stockKey = market + code;
         if (stock != nullptr && !sellsFromAPortfolio(*stock)) {
-            section.mistake("instrument \"" + row.stockKey +
-                            "\" cannot be sold from a portfolio; expected a key of eight characters, in "
-                            "capitals, and type 100028 with one of a basket's in instruments.csv");
+            section.mistakeAt(
+                "code",
+                "instrument \"" + row.stockKey +
+                    "\" cannot be sold from a portfolio; expected a key of eight characters, in "
+                    "capitals, and type 100028 with one of a basket's in instruments.csv",
+                ESubject::Instruments);
         }
+        if (stock != nullptr) warnOfUnit(section, row.volume, *stock);
         portfolio.rows.push_back(row);
     }
 
     CDeskConfig& m_config;
     CDiagnostics& m_diagnostics;
+    CUserLines m_lines;
+    int m_forcedConfirm = 0; ///< line of the switch that is on; 0: it is off
 };
 
 } // namespace
 
-void readDeskToml(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
+CUserLines readDeskToml(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
     if (const auto root = readTomlFile(folder, kDeskFile, diagnostics)) {
-        CDeskTomlReader(config, diagnostics).read(*root);
+        return CDeskTomlReader(config, diagnostics).read(*root);
     }
+    diagnostics.spoil(kAllOfDesk);
+    return {};
 }
 
 } // namespace desk

@@ -9,7 +9,13 @@ namespace desk {
 
 inline constexpr const char* kDeskFile = "desk.toml";
 
+/// Where keys of [user] stand that strategies are counted against; 0: nowhere.
+struct CUserLines {
+    int maxStrategies = 0;
+    int maxSocketStrategies = 0;
+};
+
 /// Reads desk.toml of the folder into the configuration. Needs the instruments, which baskets name.
-void readDeskToml(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics);
+CUserLines readDeskToml(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics);
 
 } // namespace desk

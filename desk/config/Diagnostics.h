@@ -1,27 +1,86 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace desk {
 
-/// One mistake in a desk folder, in words that tell what was expected.
+/// One mistake or warning about a desk folder, in words that tell what was expected.
 struct CDiagnostic {
     std::string file; ///< name below the folder
     int line = 0;     ///< 0: the file as a whole
     std::string message;
 };
 
-/// Where readers put the mistakes that they find.
+/// What other parts of the folder refer to. If its definition holds a mistake, what refers to it is not told
+/// as a mistake too: one slip must not bring a list of lines that follow from it.
+enum class ESubject : unsigned { None = 0, Desk = 1, Accounts = 2, Groups = 4, Instruments = 8, Quotes = 16 };
+
+constexpr ESubject operator|(ESubject a, ESubject b) {
+    return static_cast<ESubject>(static_cast<unsigned>(a) | static_cast<unsigned>(b));
+}
+constexpr bool hasCommon(ESubject a, ESubject b) {
+    return (static_cast<unsigned>(a) & static_cast<unsigned>(b)) != 0;
+}
+
+/// Where readers put the mistakes and warnings that they find.
+///
+/// A folder with a mistake is not started. A warning is about what is allowed and probably not meant: orders
+/// that will be rejected, a strategy that will not start, a key without effect that looks like protection.
 class CDiagnostics {
 public:
-    void add(const std::string& file, int line, const std::string& message) {
-        m_mistakes.push_back({file, line, message});
+    /// `about`: the mistake is that something does not fit a definition of one of these subjects.
+    void add(const std::string& file, int line, const std::string& message, ESubject about = ESubject::None) {
+        m_mistakes.push_back({{file, line, message}, about});
     }
-    std::vector<CDiagnostic> take() { return std::move(m_mistakes); }
+    void warn(const std::string& file, int line, const std::string& message) {
+        m_warnings.push_back({file, line, message});
+    }
+
+    /// The definitions of the subject hold a mistake, which is told already.
+    void spoil(ESubject subjects) { m_eSpoiled = m_eSpoiled | subjects; }
+
+    /// Number of mistakes so far, those that take leaves out included.
+    std::size_t count() const { return m_mistakes.size(); }
+
+    /// The mistakes without those that only follow from others; never none where there was one.
+    std::vector<CDiagnostic> take() {
+        std::vector<CDiagnostic> taken;
+        for (const CMistake& mistake : m_mistakes) {
+            if (!hasCommon(mistake.about, m_eSpoiled)) taken.push_back(mistake.diagnostic);
+        }
+        if (taken.empty() && !m_mistakes.empty()) taken.push_back(m_mistakes.front().diagnostic);
+        m_mistakes.clear();
+        return taken;
+    }
+    std::vector<CDiagnostic> takeWarnings() { return std::move(m_warnings); }
 
 private:
-    std::vector<CDiagnostic> m_mistakes;
+    struct CMistake {
+        CDiagnostic diagnostic;
+        ESubject about;
+    };
+    std::vector<CMistake> m_mistakes;
+    std::vector<CDiagnostic> m_warnings;
+    ESubject m_eSpoiled = ESubject::None;
+};
+
+/// Spoils the subject if a mistake is found while this lives.
+class CDefinition {
+public:
+    CDefinition(CDiagnostics& diagnostics, ESubject subject)
+        : m_diagnostics(diagnostics), m_eSubject(subject), m_nBefore(diagnostics.count()) {}
+    ~CDefinition() {
+        if (m_diagnostics.count() > m_nBefore) m_diagnostics.spoil(m_eSubject);
+    }
+    CDefinition(const CDefinition&) = delete;
+    CDefinition& operator=(const CDefinition&) = delete;
+
+private:
+    CDiagnostics& m_diagnostics;
+    const ESubject m_eSubject;
+    const std::size_t m_nBefore;
 };
 
 } // namespace desk

@@ -4,11 +4,13 @@
 #include "desk/config/CsvReader.h"
 #include "desk/config/Kinds.h"
 #include "desk/config/Words.h"
+#include "platform/InstrumentTypes.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <sstream>
@@ -16,10 +18,19 @@
 namespace desk {
 namespace {
 
-constexpr const char* kInstruments = "instruments.csv";
+constexpr const char* kInstruments = kInstrumentFile;
 constexpr const char* kQuotes = "quotes.csv";
 constexpr const char* kQuoteChanges = "quote_changes.csv";
 constexpr const char* kPositions = "positions.csv";
+
+/// The paper broker counts in ten-thousandths.
+bool isTooFine(double price) {
+    constexpr double kSteps = 10000;
+    constexpr double kNoise = 1e-9; // of the price's own size, as parsing leaves it
+    if (TC::isInvalidPrice(price)) return false;
+    const double steps = price * kSteps;
+    return std::fabs(steps - std::round(steps)) > std::max(1e-6, steps * kNoise);
+}
 
 /// Reads the cells of a row as numbers and tells those that are none.
 class CCells {
@@ -37,7 +48,12 @@ public:
     /// A cell without a price is empty; 0 would be traded at.
     void price(const std::string& column, double& target) const {
         number(column, target);
-        if (!(target > 0)) mistake(column + " must be above 0; leave it empty where there is no price");
+        if (!(target > 0)) {
+            mistake(column + " must be above 0; leave it empty where there is no price");
+            target = TC::kUnsetDouble;
+        } else if (isTooFine(target)) {
+            warn(column + " is " + text(column) + ", finer than 0.0001; the paper broker rounds it");
+        }
     }
     void integer(const std::string& column, int& target) const {
         readInto(
@@ -64,7 +80,10 @@ public:
             list += (list.empty() ? "" : ", ") + word;
         mistake(column + " is \"" + cell + "\"; expected one of " + list);
     }
-    void mistake(const std::string& message) const { m_diagnostics.add(m_strFile, m_row.line, message); }
+    void mistake(const std::string& message, ESubject about = ESubject::None) const {
+        m_diagnostics.add(m_strFile, m_row.line, message, about);
+    }
+    void warn(const std::string& message) const { m_diagnostics.warn(m_strFile, m_row.line, message); }
 
 private:
     template<typename T, typename Read>
@@ -114,6 +133,14 @@ void checkBook(const CCells& cells, const CQuoteEntry& quote) {
         check("ask" + std::to_string(level), quote.sell[static_cast<std::size_t>(level - 1)].price);
 }
 
+/// A level needs both to be traded at.
+void warnOfLevel(const CCells& cells, const std::string& column, const CQuoteLevel& level) {
+    const bool hasPrice = !TC::isInvalidPrice(level.price);
+    if (hasPrice && level.volume == 0)
+        cells.warn(column + " has no volume; expected " + column + "_volume above 0");
+    if (!hasPrice && level.volume != 0) cells.warn(column + "_volume has no price; expected " + column);
+}
+
 CQuoteEntry readQuote(const CCells& cells) {
     CQuoteEntry quote;
     quote.stockKey = cells.text("instrument");
@@ -126,6 +153,8 @@ CQuoteEntry readQuote(const CCells& cells) {
         cells.volume("bid" + number + "_volume", quote.buy[index].volume);
         cells.price("ask" + number, quote.sell[index].price);
         cells.volume("ask" + number + "_volume", quote.sell[index].volume);
+        warnOfLevel(cells, "bid" + number, quote.buy[index]);
+        warnOfLevel(cells, "ask" + number, quote.sell[index]);
     }
     checkBook(cells, quote);
     return quote;
@@ -145,6 +174,7 @@ public:
     }
 
     void readInstruments() {
+        const CDefinition definition(m_diagnostics, ESubject::Instruments);
         const CRows rows =
             table(kInstruments,
                   {"market", "code", "name", "product", "types", "unit", "ui_unit", "upper_limit",
@@ -156,24 +186,31 @@ public:
     const CInstrumentLines& instrumentLines() const { return m_instrumentLines; }
 
     void readQuotes() {
-        const CRows rows = table(kQuotes, quoteColumns(), {"instrument"}, true);
         std::map<std::string, int> lines;
+        readQuoteRows(lines);
+        for (const CInstrumentEntry& instrument : m_config.instruments) {
+            const std::string key = instrument.key();
+            if (lines.count(key) == 0) {
+                m_diagnostics.add(kInstruments, m_instrumentLines[key],
+                                  "instrument \"" + key + "\" has no quote; expected a row in " + kQuotes,
+                                  ESubject::Quotes);
+            }
+        }
+    }
+
+    void readQuoteRows(std::map<std::string, int>& lines) {
+        const CDefinition definition(m_diagnostics, ESubject::Quotes);
+        const CRows rows = table(kQuotes, quoteColumns(), {"instrument"}, true);
         for (const CCsvRow& row : rows) {
             const CCells cells(kQuotes, row, m_diagnostics);
             CQuoteEntry quote = readQuote(cells);
             quote.stockKey = instrumentKey(cells, quote.stockKey);
+            warnOfLimits(cells, quote);
             if (!lines.emplace(quote.stockKey, row.line).second) {
                 cells.mistake("instrument \"" + quote.stockKey + "\" has a quote on line " +
                               std::to_string(lines[quote.stockKey]) + " already");
             }
             m_config.quotes.push_back(quote);
-        }
-        for (const CInstrumentEntry& instrument : m_config.instruments) {
-            const std::string key = instrument.key();
-            if (lines.count(key) == 0) {
-                m_diagnostics.add(kInstruments, m_instrumentLines[key],
-                                  "instrument \"" + key + "\" has no quote; expected a row in " + kQuotes);
-            }
         }
     }
 
@@ -188,6 +225,7 @@ public:
             if (change.offsetSeconds < 0) cells.mistake("after_seconds must not be negative");
             change.quote = readQuote(cells);
             change.quote.stockKey = instrumentKey(cells, change.quote.stockKey);
+            warnOfLimits(cells, change.quote);
             m_config.quoteChanges.push_back(change);
         }
         std::stable_sort(
@@ -226,6 +264,11 @@ private:
             cells.mistake("lower_limit is above upper_limit");
         cells.price("reference_price", instrument.referencePrice);
         cells.integer("transfer_kind", instrument.transferKind);
+        constexpr int kTransferKinds[] = {0, 2, 4};
+        if (std::find(std::begin(kTransferKinds), std::end(kTransferKinds), instrument.transferKind) ==
+            std::end(kTransferKinds))
+            cells.warn("transfer_kind is " + cells.text("transfer_kind") +
+                       ", which means nothing; expected 2 or 4");
         if (instrument.market.empty() || instrument.code.empty())
             cells.mistake("expected a market and a code");
         readKind(cells, instrument);
@@ -264,7 +307,9 @@ private:
         std::istringstream words(cells.text("types"));
         for (std::string word; words >> word;) {
             try {
-                instrument.types.insert(utils::strictInt(word));
+                const int type = utils::strictInt(word);
+                instrument.types.insert(type);
+                if (!isKnownType(type)) cells.warn("types has " + word + ", which means nothing to the desk");
             } catch (const boost::bad_lexical_cast&) {
                 cells.mistake("types has \"" + word + "\"; expected numbers separated by blanks");
             }
@@ -281,11 +326,15 @@ private:
         cells.number("cost", position.cost);
         cells.choice("paid", position.paidInFull, paidWords());
         if (position.cost < 0) cells.mistake("cost must not be negative");
+        if (position.volume == 0 && (cells.text("volume") == "0" || cells.text("volume").empty()))
+            cells.warn("volume is 0: the row holds nothing");
         if (position.available > position.volume) cells.mistake("available is more than volume");
         const std::string key = cells.text("account");
         const auto account = std::find_if(m_config.accounts.begin(), m_config.accounts.end(),
                                           [&](const CAccountEntry& entry) { return entry.key == key; });
-        if (account == m_config.accounts.end()) return cells.mistake("account \"" + key + "\" is unknown");
+        if (account == m_config.accounts.end())
+            return cells.mistake("account \"" + key + "\" is unknown; expected the key of an [[account]]",
+                                 ESubject::Accounts);
         checkKind(cells, *account, position);
         for (const CPositionEntry& other : account->positions) {
             if (other.stockKey == position.stockKey && other.side == position.side)
@@ -300,15 +349,46 @@ private:
         const EInstrumentKind kind = found->second->kind;
         if (!holdsKind(account.broker, kind)) {
             cells.mistake("account \"" + account.key +
-                          "\" is of a broker type that does not hold instruments "
-                          "of kind " +
-                          wordFor(kindWords(), static_cast<int>(kind)));
+                              "\" is of a broker type that does not hold instruments "
+                              "of kind " +
+                              wordFor(kindWords(), static_cast<int>(kind)),
+                          ESubject::Accounts | ESubject::Instruments);
         }
         if (position.side == EPositionSide::Short && !canBeShort(kind))
-            cells.mistake("side is short; expected a future, an option or gold for that");
+            cells.mistake("side is short; expected a future, an option or gold for that",
+                          ESubject::Instruments);
         const bool isLongGold = kind == EInstrumentKind::Gold && position.side == EPositionSide::Long;
-        if (!cells.text("paid").empty() && !isLongGold)
-            cells.mistake("paid is for long positions in gold; all else is paid as its kind is");
+        if (paidWords().count(cells.text("paid")) != 0 && !isLongGold)
+            cells.mistake("paid is for long positions in gold; all else is paid as its kind is",
+                          ESubject::Instruments);
+    }
+
+    /// Orders at such a price are rejected.
+    void warnOfLimits(const CCells& cells, const CQuoteEntry& quote) const {
+        const auto found = m_instruments.find(quote.stockKey);
+        if (found == m_instruments.end()) return;
+        const CInstrumentEntry& instrument = *found->second;
+        const auto check = [&](const std::string& column, double price) {
+            if (TC::isInvalidPrice(price)) return false;
+            const bool isAbove = !TC::isInvalidPrice(instrument.upperLimit) && price > instrument.upperLimit;
+            const bool isBelow = !TC::isInvalidPrice(instrument.lowerLimit) && price < instrument.lowerLimit;
+            if (isAbove || isBelow)
+                cells.warn(column + (isAbove ? " is above the upper_limit" : " is below the lower_limit") +
+                           " of \"" + instrument.key() + "\"");
+            return isAbove || isBelow;
+        };
+        // One warning a row: limits that are wrong make all of its prices wrong.
+        bool isTold = check("last", quote.last);
+        for (std::size_t level = 0; level < CQuoteEntry::kDepth && !isTold; ++level) {
+            isTold = check("bid" + std::to_string(level + 1), quote.buy[level].price) ||
+                     check("ask" + std::to_string(level + 1), quote.sell[level].price);
+        }
+    }
+
+    static bool isKnownType(int type) {
+        using namespace knservice;
+        return type == kTypeTradableStock || type == kTypeStarMarket || type == kTypeParPriced ||
+               std::find(std::begin(kBasketTypes), std::end(kBasketTypes), type) != std::end(kBasketTypes);
     }
 
     /// The key of the instrument that the cell names; one that is unknown is told and stays as it is.
@@ -318,7 +398,8 @@ private:
         // A row that is a mistake by itself still stands for its instrument.
         if (m_instrumentLines.count(name) == 0) {
             cells.mistake("instrument \"" + name + "\" is unknown; expected market and code of a row in " +
-                          kInstruments);
+                              kInstruments,
+                          ESubject::Instruments);
         }
         return name;
     }

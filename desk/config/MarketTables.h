@@ -8,6 +8,8 @@
 
 namespace desk {
 
+inline constexpr const char* kInstrumentFile = "instruments.csv";
+
 /// The line of each instrument in its table, by each of the instrument's names.
 using CInstrumentLines = std::map<std::string, int>;
 

@@ -1,6 +1,7 @@
 #include "desk/config/StrategyChecks.h"
 
 #include "desk/config/Kinds.h"
+#include "desk/config/OrderPaths.h"
 #include "records/Families.h"
 
 #include <arpa/inet.h>
@@ -23,14 +24,38 @@ bool tradesOn(TC::EOrderStrategyTradeType tradeType, TC::EQDBrokerType broker) {
            (isBasket && broker == TC::EQDBrokerType::Credit);
 }
 
+constexpr const char* kLoginNote = "; a strategy of source \"signal\" needs a login";
+
+/// What is wrong, and the key that holds it; no message: nothing.
+struct CFinding {
+    const char* m_pszKey = "";
+    std::string m_strMessage;
+    ESubject m_eAbout = ESubject::None;
+
+    bool isGood() const { return m_strMessage.empty(); }
+};
+
+void tell(const CTomlSection& section, const CFinding& finding) {
+    const std::string key = finding.m_pszKey;
+    // A login of another type is told by its reader.
+    const bool isLogin = key == "user" || key == "pass";
+    if (finding.isGood() || (isLogin && section.has(key) && !section.isText(key))) return;
+    if (isLogin && !section.has(key)) return section.tellMissing(key, kLoginNote);
+    section.mistakeAt(key, finding.m_strMessage, finding.m_eAbout);
+}
+
 void checkAccount(const CTomlSection& section, const CDeskConfig& config,
                   const TC::COrderStrategyParam& strategy, const std::string& name) {
     const auto account = std::find_if(config.accounts.begin(), config.accounts.end(),
                                       [&](const CAccountEntry& entry) { return entry.key == name; });
     if (account == config.accounts.end()) {
-        section.mistake("account \"" + name + "\" is unknown; expected the key of an [[account]]");
+        section.mistakeAt("account",
+                          "account \"" + name + "\" is unknown; expected the key of an [[account]]",
+                          ESubject::Accounts);
     } else if (!tradesOn(strategy.m_eTradeType, account->broker)) {
-        section.mistake("account \"" + name + "\" is of a broker type that the family does not trade on");
+        section.mistakeAt("account",
+                          "account \"" + name + "\" is of a broker type that the family does not trade on",
+                          ESubject::Accounts);
     }
 }
 
@@ -40,30 +65,43 @@ void checkGroup(const CTomlSection& section, const CDeskConfig& config,
         return group.name == name && tradesOn(strategy.m_eTradeType, group.broker);
     });
     if (!known)
-        section.mistake("group \"" + name + "\" is unknown among the groups that the family trades on");
+        section.mistakeAt("group",
+                          "group \"" + name + "\" is unknown among the groups that the family trades on",
+                          ESubject::Groups);
+}
+
+/// The key of the instrument that the bare code of a strategy could mean; empty: there is none.
+std::string keyOfBareCode(const CDeskConfig& config, const std::string& code) {
+    const auto found = std::find_if(config.instruments.begin(), config.instruments.end(),
+                                    [&](const CInstrumentEntry& entry) { return entry.code == code; });
+    return found != config.instruments.end() ? found->key() : std::string();
+}
+
+CFinding unknownCode(const CDeskConfig& config, const std::string& code) {
+    const std::string key = keyOfBareCode(config, code);
+    const std::string reason =
+        key.empty()
+            ? "\" is unknown; expected an instrument of instruments.csv, with its market unless it is "
+              "a derivative"
+            : "\" has no market; expected \"" + key + "\"";
+    return {"code", "code \"" + code + reason, ESubject::Instruments};
 }
 
 /// A strategy's code is taken as it stands: a key such as "SH600000", or the plain code of a derivative.
-void checkCode(const CTomlSection& section, const CDeskConfig& config,
-               const TC::COrderStrategyParam& strategy) {
+CFinding findingOfCode(const CDeskConfig& config, const TC::COrderStrategyParam& strategy) {
     const std::string code = strategy.m_strCode.toStdString();
-    if (code.empty()) return;
+    if (code.empty()) return {};
     bool known = false;
-    bool tradable = false;
     for (const CInstrumentEntry& instrument : config.instruments) {
         const std::vector<std::string> names = instrument.names();
         if (std::find(names.begin(), names.end(), code) == names.end()) continue;
         known = true;
         const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
-        tradable = tradable || (family != nullptr && tradesKind(family->m_eBrokerType, instrument.kind));
+        if (family != nullptr && tradesKind(family->m_eBrokerType, instrument.kind)) return {};
     }
-    if (!known)
-        section.mistake(
-            "code \"" + code +
-            "\" is unknown; expected an instrument of instruments.csv, with its market unless it is "
-            "a derivative");
-    else if (!tradable)
-        section.mistake("code \"" + code + "\" is of a kind that the family does not trade");
+    if (!known) return unknownCode(config, code);
+    return {"code", "code \"" + code + "\" is of a kind that the family does not trade",
+            ESubject::Instruments};
 }
 
 /// The port behind the last colon; 0 where there is none.
@@ -87,43 +125,60 @@ bool isLoopback(const std::string& address) {
 
 /// The order socket's address: a host and a port. Logins cross the net in the clear, so other machines get in
 /// only where the folder says so.
-void checkAddress(const CTomlSection& section, const CDeskConfig& config, const std::string& address) {
+CFinding findingOfAddress(const CDeskConfig& config, const std::string& address) {
     if (portOf(address) == 0) {
-        section.mistake("path \"" + address +
-                        "\" is no address; expected \"ip:port\" with a port of 1 to 65535");
-    } else if (!config.allowRemoteSocket && !isLoopback(address)) {
-        section.mistake("path \"" + address +
-                        "\" is open to other machines; expected an address of 127.0.0.0/8, or "
-                        "allow_remote = true under [socket] in desk.toml");
+        return {"path",
+                "path \"" + address + "\" is no address; expected \"ip:port\" with a port of 1 to 65535"};
     }
+    if (config.allowRemoteSocket || isLoopback(address)) return {};
+    return {"path",
+            "path \"" + address +
+                "\" is open to other machines; expected an address of 127.0.0.0/8, or "
+                "allow_remote = true under [socket] in desk.toml",
+            ESubject::Desk};
 }
 
 /// A listener without a login would trade for everybody who reaches its port; one without a password almost
 /// so.
-void checkLogin(const CTomlSection& section, const TC::COrderStrategyParam& strategy) {
-    for (const auto& [key, text] : {std::pair{"user", strategy.m_strUser}, {"pass", strategy.m_strPass}}) {
-        if (text.isEmpty())
-            section.mistake(std::string("key \"") + key +
-                            "\" is missing or empty; a strategy of source \"signal\" needs a login");
-    }
+CFinding findingOfLogin(const char* key, const QString& text) {
+    if (!text.isEmpty()) return {};
+    return {key, std::string("key \"") + key + "\" is missing or empty" + kLoginNote};
 }
 
-void checkSource(const CTomlSection& section, const CDeskConfig& config,
+CFinding findingOfPath(const std::filesystem::path& folder, const TC::COrderStrategyParam& strategy,
+                       const TC::COrderStrategyMap& others, const std::string& shown) {
+    const std::string path = strategy.m_strSignalSource.toStdString();
+    std::string reason = whyNoOrderPath(folder, path, shown);
+    for (const TC::COrderStrategyParam& other : others) {
+        if (reason.empty() && other.m_nChannel != strategy.m_nChannel)
+            reason = whyPathsMeet(path, shown, other);
+    }
+    return {"path", reason};
+}
+
+/// All findings about where the orders come from. A source without a path has none.
+std::vector<CFinding> findingsOfSource(const CDeskConfig& config, const std::filesystem::path& folder,
+                                       const TC::COrderStrategyParam& strategy,
+                                       const TC::COrderStrategyMap& others, const std::string& shown) {
+    if (strategy.m_eStrategyType == TC::EOrderStrategyType::Signal) {
+        return {findingOfAddress(config, shown), findingOfLogin("user", strategy.m_strUser),
+                findingOfLogin("pass", strategy.m_strPass)};
+    }
+    if (strategy.comesFromFile()) return {findingOfPath(folder, strategy, others, shown)};
+    return {};
+}
+
+void checkSource(const CTomlSection& section, const CDeskConfig& config, const std::filesystem::path& folder,
                  const TC::COrderStrategyParam& strategy, const std::string& path) {
     if (path.empty()) {
-        if (strategy.isRunning()) section.mistake("key \"path\" is missing: where the orders come from");
+        if (strategy.isRunning() && section.isText("path"))
+            section.mistakeAt("path", "path is empty; expected where the orders come from");
+        if (strategy.isRunning() && !section.has("path"))
+            section.tellMissing("path", ": where the orders come from");
         return;
     }
-    if (strategy.m_eStrategyType == TC::EOrderStrategyType::Signal) {
-        checkAddress(section, config, path);
-        checkLogin(section, strategy);
-    }
-    if (!strategy.comesFromFile()) return;
-    for (const TC::COrderStrategyParam& other : config.strategies) {
-        if (other.m_strSignalSource == strategy.m_strSignalSource)
-            section.mistake("path \"" + path + "\" is the path of channel " +
-                            std::to_string(other.m_nChannel) + " too");
-    }
+    for (const CFinding& finding : findingsOfSource(config, folder, strategy, config.strategies, path))
+        tell(section, finding);
 }
 
 /// Whether the number is still to be filled in.
@@ -134,31 +189,45 @@ bool isOpen(const TC::COrderStrategyParam& strategy, double number) {
 void checkVolume(const CTomlSection& section, const TC::COrderStrategyParam& strategy) {
     const bool isAmount = strategy.m_dAmount > 0 && !TC::isInvalidPrice(strategy.m_dAmount);
     if (strategy.m_bUseAmount && !isAmount && !isOpen(strategy, strategy.m_dAmount))
-        section.mistake("amount must be above 0");
+        section.mistakeAt(section.has("amount") ? "amount" : "use_amount", "amount must be above 0");
     if (strategy.m_bByPercent)
-        section.mistake("volumes by a percent of the account are not traded; expected volume or amount");
+        section.mistakeAt(section.has("percent") ? "percent" : "by_percent",
+                          "volumes by a percent of the account are not traded; expected volume or amount");
 }
 
 /// Families whose commands do not carry an algorithm would trade such orders at once, as plain ones.
 void checkOrderType(const CTomlSection& section, const TC::COrderStrategyParam& strategy) {
     if (TC::isUnset(strategy.m_eOrderType) || strategy.m_eOrderType == TC::EOrderType::Plain) return;
-    section.mistake("order_type is " + std::to_string(static_cast<int>(strategy.m_eOrderType)) +
-                    "; the desk trades plain orders (0) only");
+    section.mistakeAt("order_type", "order_type is " +
+                                        std::to_string(static_cast<int>(strategy.m_eOrderType)) +
+                                        "; the desk trades plain orders (0) only");
 }
 
 } // namespace
 
 void checkStrategy(const CTomlSection& section, const CDeskConfig& config,
-                   const TC::COrderStrategyParam& strategy, const std::string& path) {
+                   const std::filesystem::path& folder, const TC::COrderStrategyParam& strategy,
+                   const std::string& path) {
     if (config.strategies.contains(strategy.m_nChannel))
-        section.mistake("channel " + std::to_string(strategy.m_nChannel) + " stands twice");
+        section.mistakeAt("channel", "channel " + std::to_string(strategy.m_nChannel) + " stands twice");
     const std::string account = strategy.m_strSelectedAccount.toStdString();
     const bool isAccount = strategy.m_eSelectedAccountType == TC::ESelectedAccountType::Account;
     if (!account.empty()) (isAccount ? checkAccount : checkGroup)(section, config, strategy, account);
-    checkCode(section, config, strategy);
-    checkSource(section, config, strategy, path);
+    tell(section, findingOfCode(config, strategy));
+    checkSource(section, config, folder, strategy, path);
     checkVolume(section, strategy);
     checkOrderType(section, strategy);
+}
+
+std::string whyRefused(const CDeskConfig& config, const std::filesystem::path& folder,
+                       const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& others) {
+    const CFinding code = findingOfCode(config, strategy);
+    const std::string path = strategy.m_strSignalSource.toStdString();
+    if (!code.isGood() || path.empty()) return code.m_strMessage;
+    for (const CFinding& finding : findingsOfSource(config, folder, strategy, others, path)) {
+        if (!finding.isGood()) return finding.m_strMessage;
+    }
+    return {};
 }
 
 } // namespace desk

@@ -28,7 +28,9 @@ void readTables(const std::filesystem::path& folder, const toml::table& root, CD
     top.read({{"strategy", top.tables([&](const toml::table& table) {
                    const CTomlSection section = top.below(table, "strategy");
                    const TC::COrderStrategyParam strategy = readStrategyKeys(folder, config, table, section);
-                   checkStrategy(section, config, strategy, table["path"].value_or(std::string()));
+                   const auto path = table["path"].value_or(std::string());
+                   checkStrategy(section, config, folder, strategy, path);
+                   warnOfStrategy(section, config, strategy, path);
                    config.strategies.insert(strategy.m_nChannel, strategy);
                })}});
 }
@@ -71,6 +73,11 @@ void readStrategies(const std::string& folder, CDeskConfig& config, CDiagnostics
 CStrategyFile::CStrategyFile(std::string folder, CDeskConfig config)
     : m_strFolder(std::move(folder)), m_config(std::move(config)) {
     m_config.strategies.clear();
+}
+
+std::string CStrategyFile::whyRefused(const TC::COrderStrategyParam& strategy,
+                                      const TC::COrderStrategyMap& others) const {
+    return desk::whyRefused(m_config, rootOf(m_strFolder), strategy, others);
 }
 
 std::string CStrategyFile::whyNotKept(const TC::COrderStrategyParam& strategy,

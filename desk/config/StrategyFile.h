@@ -26,6 +26,10 @@ public:
 
     std::string whyNotKept(const TC::COrderStrategyParam& strategy,
                            const TC::COrderStrategyMap& others) const override;
+    /// Why the strategy must not be changed to this or started like this now, for people; empty if it may.
+    /// `others`: the strategies whose files it must not meet. Any thread.
+    std::string whyRefused(const TC::COrderStrategyParam& strategy,
+                           const TC::COrderStrategyMap& others) const;
     /// Writes the file anew, whole or not at all, for its owner alone.
     [[nodiscard]] utils::KNError save(const TC::COrderStrategyMap& strategies) const override;
 

@@ -1,5 +1,6 @@
 #include "desk/config/StrategyKeys.h"
 
+#include "desk/config/SettingWarnings.h"
 #include "desk/config/StrategyCompare.h"
 #include "desk/config/Words.h"
 #include "records/Families.h"
@@ -297,8 +298,10 @@ void readSlot(const CTomlSection& section, const toml::table& table, COrderStrat
     };
     section.read(setters, {"slot"});
     switchOn(settingKeys(), table, setting);
+    warnOfSetting(section, setting, "order_kind");
     if (isSlot && !taken.insert(slot).second)
-        section.mistake("slot " + std::to_string(slot) +
+        section.mistakeAt(
+            "slot", "slot " + std::to_string(slot) +
                         " has its settings already; those of the family's own slot stand in [[strategy]]");
 }
 
@@ -358,8 +361,11 @@ COrderStrategyParam readStrategyKeys(const std::filesystem::path& folder, const 
     strategy.m_strSelectedAccount = QString::fromStdString(account ? *account : group.value_or(""));
     strategy.m_nStatus = running ? COrderStrategyParam::kRunning : COrderStrategyParam::kStopped;
     const bool isEmpty = strategy.m_strSelectedAccount.isEmpty();
-    if ((group && account) || (isEmpty && running))
-        section.mistake("expected either \"group\" or \"account\"");
+    if (group && account)
+        section.mistakeAt(section.lineOfKey("group") > section.lineOfKey("account") ? "group" : "account",
+                          "expected either \"group\" or \"account\"");
+    else if (isEmpty && running)
+        section.tellMissing(group ? "group" : "account", "; expected either \"group\" or \"account\"");
     return strategy;
 }
 

@@ -1,9 +1,14 @@
 #include "desk/config/TomlSection.h"
 
+#include "desk/config/Words.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <set>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 namespace desk {
 namespace {
@@ -23,6 +28,10 @@ std::string shown(const toml::node& node) {
         if constexpr (toml::is_value<decltype(value)>) out << value.get();
     });
     return out.str();
+}
+
+bool hasNumber(const std::map<std::string, int>& words, int number) {
+    return std::any_of(words.begin(), words.end(), [&](const auto& word) { return word.second == number; });
 }
 
 } // namespace
@@ -45,6 +54,34 @@ void CTomlSection::mistake(const toml::node& node, const std::string& message) c
 
 void CTomlSection::mistake(const std::string& message) const {
     m_diagnostics.add(m_strFile, line(), m_strName + ": " + message);
+}
+
+void CTomlSection::mistakeAt(const std::string& key, const std::string& message, ESubject about) const {
+    m_diagnostics.add(m_strFile, lineOfKey(key), m_strName + ": " + message, about);
+}
+
+void CTomlSection::warnAt(const std::string& key, const std::string& message) const {
+    m_diagnostics.warn(m_strFile, lineOfKey(key), m_strName + ": " + message);
+}
+
+int CTomlSection::lineOfKey(const std::string& key) const {
+    const toml::node* node = m_table.get(key);
+    return node != nullptr ? lineOf(*node) : line();
+}
+
+/// Of the keys that stand in the table itself; tables below it may follow much later.
+int CTomlSection::lastLine() const {
+    int last = line();
+    for (const auto& [key, node] : m_table) {
+        if (!node.is_table() && !node.is_array_of_tables()) last = std::max(last, lineOf(node));
+    }
+    return last;
+}
+
+void CTomlSection::tellMissing(const std::string& key, const std::string& note) const {
+    const std::string begin =
+        lastLine() > line() ? " in the table that begins on line " + std::to_string(line()) : "";
+    m_diagnostics.add(m_strFile, lastLine(), m_strName + ": key \"" + key + "\" is missing" + begin + note);
 }
 
 void CTomlSection::expected(const toml::node& node, const std::string& what) const {
@@ -116,6 +153,10 @@ CTomlSetter CTomlSection::choice(int& target, const std::map<std::string, int>& 
             target = found->second;
         } else if (numberToo && value && *value >= 0 && *value <= std::numeric_limits<int>::max()) {
             target = static_cast<int>(*value);
+            if (!hasNumber(words, target))
+                m_diagnostics.warn(m_strFile, lineOf(node),
+                                   m_strName + ": " + keyOf(node) + " is " + shown(node) +
+                                       ", which the desk does not know; expected one of " + wordList(words));
         } else {
             expected(node, "one of " + wordList(words) + (numberToo ? ", or a number" : ""));
         }
@@ -143,19 +184,23 @@ CTomlSetter CTomlSection::tables(CTableReader reader) const {
 
 void CTomlSection::read(const std::map<std::string, CTomlSetter>& setters,
                         const std::vector<std::string>& required) const {
+    std::set<std::string> misspelt;
     for (const auto& [key, node] : m_table) {
-        const auto setter = setters.find(std::string(key.str()));
+        const std::string name(key.str());
+        const auto setter = setters.find(name);
         if (setter != setters.end()) {
             setter->second(node);
             continue;
         }
         std::string known;
-        for (const auto& [name, unused] : setters)
-            known += (known.empty() ? "" : ", ") + name;
-        mistake(node, "unknown key \"" + std::string(key.str()) + "\"; expected one of " + known);
+        for (const auto& [word, unused] : setters) {
+            known += (known.empty() ? "" : ", ") + word;
+            if (isLike(name, word)) misspelt.insert(word);
+        }
+        mistake(node, "unknown key \"" + name + "\"; expected one of " + known);
     }
     for (const std::string& key : required) {
-        if (!m_table.contains(key)) mistake("key \"" + key + "\" is missing");
+        if (!m_table.contains(key) && misspelt.count(key) == 0) tellMissing(key);
     }
 }
 

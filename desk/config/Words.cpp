@@ -3,6 +3,11 @@
 #include "desk/config/DeskConfig.h"
 #include "records/Enums.h"
 
+#include <algorithm>
+#include <numeric>
+#include <utility>
+#include <vector>
+
 namespace desk {
 namespace {
 
@@ -107,11 +112,31 @@ const std::map<std::string, int>& paidWords() {
 }
 
 const std::set<std::string>& switchNames() {
-    static const std::set<std::string> names = {
-        "mdl_order_command_remark", "mdl_order_compose_basket_buy_sell", "mdl_order_compose_hedge",
-        "mdl_order_pb_display",     "mdl_order_service_force_confirm",   "mdl_order_socket_guard",
-        "mdl_order_split_orderNum"};
+    static const std::set<std::string> names = {"mdl_order_command_remark",
+                                                "mdl_order_compose_basket_buy_sell",
+                                                "mdl_order_compose_hedge",
+                                                "mdl_order_command_guard",
+                                                "mdl_order_file_guard",
+                                                "mdl_order_pb_display",
+                                                "mdl_order_service_force_confirm",
+                                                "mdl_order_socket_guard",
+                                                "mdl_order_split_orderNum"};
     return names;
+}
+
+bool isLike(const std::string& a, const std::string& b) {
+    constexpr std::size_t kSlips = 2;
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i + 1);
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back() <= kSlips && row.back() < std::min(a.size(), b.size());
 }
 
 std::string wordFor(const std::map<std::string, int>& words, int number) {

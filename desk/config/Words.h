@@ -19,6 +19,9 @@ const std::map<std::string, int>& paidWords(); ///< 1: in full, 0: on margin
 /// The switches that the order service asks for.
 const std::set<std::string>& switchNames();
 
+/// Whether one word is a slip of the other: at most two letters added, left out or changed.
+bool isLike(const std::string& a, const std::string& b);
+
 /// The word of a number, or the number itself in digits.
 std::string wordFor(const std::map<std::string, int>& words, int number);
 

@@ -2,12 +2,25 @@
 
 #include "desk/host/BrokerJournal.h"
 #include "desk/host/DeskPortfolios.h"
+#include "desk/host/Leftovers.h"
 #include "desk/journal/JournalEvents.h"
 #include "service/OrderService.h"
 
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
+
 namespace desk {
+namespace {
+
+constexpr const char* kRejectedFolder = "rejected";
+
+QString rejectedFolder(const std::string& folder) {
+    const std::filesystem::path path = std::filesystem::absolute(folder) / kRejectedFolder;
+    return QString::fromStdString(path.lexically_normal().string());
+}
+
+} // namespace
 
 CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
     : m_strFolder(std::move(folder)), m_config(std::move(config)), m_sink(sink),
@@ -19,16 +32,20 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_positions(m_broker, m_market, m_user),
       m_center(m_journal, m_broker, sink, m_positions, portfolioData(m_config.portfolios)),
       m_exchange(m_config.instruments), m_quotes(m_market), m_types(m_market), m_messages(m_journal, sink),
-      m_switches(m_config.switches), m_audit(m_journal, sink), m_strategyFile(m_strFolder, m_config),
-      m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
+      m_switches(m_config.switches), m_audit(m_journal, sink, rejectedFolder(m_strFolder)),
+      m_strategyFile(m_strFolder, m_config), m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
       m_interfaces(m_strFolder, m_config.settings, m_framework) {}
 
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
+    if (m_journal.isAfterCrash()) m_sink.writeLine(crashText(m_journal.lastSeq()));
     if (result.isSuccess())
-        result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent());
+        result =
+            m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(), m_journal.lastTask());
     m_strTradingDay = m_exchange.getMaxTradingDay();
     if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
+    // Without an end in the journal the next start would take this one for cut off.
+    if (!result.isSuccess()) (void)m_journal.close("not started: " + result.errorMsg());
     return result;
 }
 
@@ -66,13 +83,26 @@ void CDesk::startTrading() {
         &service, &TC::COrderService::sigCancelOrders, &service,
         [this](const std::vector<std::string>& fields) { m_trade.cancelOrders(fields); },
         Qt::DirectConnection);
+    service.setStrategyGuard([this](const TC::COrderStrategyParam& strategy,
+                                    const TC::COrderStrategyMap& all) { return whyRefused(strategy, all); });
     m_interfaces.load();
+    reportLeftovers(m_config.strategies, m_journal, m_sink);
     service.loadFromConfig(true);
     const TC::COrderStrategyMap started = service.getStrategyMap();
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {
         if (strategy.isRunning() && !started.value(strategy.m_nChannel).isRunning()) startAgain(strategy);
     }
     m_keeper.begin(service);
+}
+
+/// Between reading the folder and a start, the file system or a strategy may have changed. Stopped strategies
+/// do not count: their files are left alone until they start.
+QString CDesk::whyRefused(const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& all) const {
+    TC::COrderStrategyMap running;
+    for (const TC::COrderStrategyParam& other : all) {
+        if (other.isRunning()) running.insert(other.m_nChannel, other);
+    }
+    return QString::fromStdString(m_strategyFile.whyRefused(strategy, running));
 }
 
 /// The order service keeps the reason to itself when it takes the user over, so the strategy is started once

@@ -2,14 +2,12 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/config/StrategyFile.h"
-#include "desk/host/DeskAlgorithmTradeHelper.h"
 #include "desk/host/DeskExchangeClient.h"
 #include "desk/host/DeskInstrumentTypes.h"
 #include "desk/host/DeskIntakeAudit.h"
 #include "desk/host/DeskLuaModuleCtrl.h"
 #include "desk/host/DeskMsgService.h"
 #include "desk/host/DeskQuoteClient.h"
-#include "desk/host/DeskTimeService.h"
 #include "desk/host/DeskTradeFrameworkSource.h"
 #include "desk/host/DeskTradingRules.h"
 #include "desk/host/DeskUserConfig.h"
@@ -23,6 +21,8 @@
 #include "desk/journal/Journal.h"
 #include "desk/market/Market.h"
 #include "desk/paper/PaperBroker.h"
+#include "kit/AlgorithmTradeHelperBase.h"
+#include "kit/TimeServiceBase.h"
 #include "platform/Host.h"
 
 #include <cstdint>
@@ -60,10 +60,15 @@ public:
     /// and before its release.
     [[nodiscard]] utils::KNError saveInterfaces() { return m_interfaces.save(); }
 
+    /// The number of orders that were accepted and not worked off, by channel, for people; empty if all were
+    /// worked off. After COrderService::shutdown.
+    std::string unplacedText() const { return m_audit.unplacedText(); }
+
     /// Ends the journal; last, after COrderService::shutdown.
     [[nodiscard]] utils::KNError close(const std::string& reason);
 
 private:
+    QString whyRefused(const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& all) const;
     void startAgain(const TC::COrderStrategyParam& strategy);
     void followTradingDay();
 
@@ -87,9 +92,9 @@ private:
     CDeskQuoteClient m_quotes;
     CDeskInstrumentTypes m_types;
     CDeskTradingRules m_rules;
-    CDeskAlgorithmTradeHelper m_algorithms;
+    kit::CAlgorithmTradeHelperBase m_algorithms;
     CDeskMsgService m_messages;
-    CDeskTimeService m_time;
+    kit::CTimeServiceBase m_time;
     CDeskTradeFrameworkSource m_framework;
     CDeskLuaModuleCtrl m_switches;
     CDeskIntakeAudit m_audit;

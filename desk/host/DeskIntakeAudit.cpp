@@ -1,10 +1,20 @@
 #include "desk/host/DeskIntakeAudit.h"
 
+#include "desk/host/Leftovers.h"
 #include "desk/journal/JournalEvents.h"
 
 #include <nlohmann/json.hpp>
 
 namespace desk {
+namespace {
+
+/// What became of the file, behind why.
+std::string whereabouts(const TC::CIntakeReport& report, const char* ifDeleted) {
+    if (report.m_strKeptAs.isEmpty()) return ifDeleted;
+    return "; the file is kept as " + report.m_strKeptAs.toStdString();
+}
+
+} // namespace
 
 void noteIncident(CJournal& journal, CTextSink& sink, const TC::CIncidentReport& report) {
     (void)journal.append("incident", incidentFields(report));
@@ -38,10 +48,16 @@ void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     if (report.m_nUnreadTradeParams != 0)
         m_sink.writeLine(source + " has " + std::to_string(report.m_nUnreadTradeParams) +
                          " orderParam lines that are not understood; their orders go out without them");
+    if (report.m_nIgnoredLines != 0)
+        m_sink.writeLine(source + " has " + std::to_string(report.m_nIgnoredLines) +
+                         " lines without effect; the first is " + report.m_strFirstIgnored.toStdString());
+    if (report.m_bRejected)
+        m_sink.writeLine(source + " was refused whole: " + report.m_strCause.toStdString() +
+                         whereabouts(report, "; the file was deleted"));
     if (report.m_bLeftWaiting) m_sink.writeLine(source + " waits unread: " + report.m_strCause.toStdString());
     if (report.m_bCutShort)
         m_sink.writeLine(source + " was cut short at " + report.m_strCause.toStdString() +
-                         "; what stood behind it is lost");
+                         whereabouts(report, "; what stood behind it is lost"));
 }
 
 void CDeskIntakeAudit::recordDoor(const TC::CDoorReport& report) {
@@ -50,6 +66,32 @@ void CDeskIntakeAudit::recordDoor(const TC::CDoorReport& report) {
     m_sink.writeLine("the listener on " + report.m_strSource.toStdString() +
                      " serves nobody any more: " + report.m_strPeer.toStdString() + " sent " +
                      report.m_strCause.toStdString() + "; stop the strategy and start it again");
+}
+
+void CDeskIntakeAudit::recordDiscard(const TC::CDiscardReport& report) {
+    reportDiscard(report, "it waited when the strategy was started", m_journal, m_sink);
+}
+
+void CDeskIntakeAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
+    ++m_nUnplacedBatches;
+    for (const TC::COrderParam& order : orders) {
+        ++m_unplaced[order.m_nChannel];
+        const bool isRecorded = m_journal.append("unplaced", unplacedFields(order)).isSuccess();
+        if (!isRecorded) m_sink.writeLine("not worked off: " + order.toQString().toStdString());
+    }
+}
+
+std::string CDeskIntakeAudit::unplacedText() const {
+    if (m_unplaced.empty()) return {};
+    int sum = 0;
+    std::string channels;
+    for (const auto& [channel, count] : m_unplaced) {
+        sum += count;
+        channels += (channels.empty() ? "channel " : ", channel ") + std::to_string(channel) + ": " +
+                    std::to_string(count);
+    }
+    return "Not worked off: " + std::to_string(sum) + " orders in " + std::to_string(m_nUnplacedBatches) +
+           " batches (" + channels + "). The journal names each of them as \"unplaced\".";
 }
 
 void CDeskIntakeAudit::recordIncident(const TC::CIncidentReport& report) {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/TradingRules.h"
+#include "kit/TradingRulesBase.h"
 
 namespace desk {
 
-/// The desk's rules and words. Any thread; no state.
+/// The desk's rules; its words, keys and kinds of account are the kit's. Any thread; no state.
 ///
 /// Both texts that order files may carry are pairs `key:value`, separated by semicolons, a value without
 /// semicolons:
@@ -15,10 +15,8 @@ namespace desk {
 /// An account without a sub is that account. Orders must not go out otherwise than their texts say: those
 /// with an unknown key, a key twice, a number that is none or an algorithm, of which the desk has none, get
 /// an order kind that the broker rejects. A text without any pair is not understood at all.
-class CDeskTradingRules : public TC::CTradingRules {
+class CDeskTradingRules : public kit::CTradingRulesBase {
 public:
-    QString qdStockKey(const QString& market, const QString& code) override { return market + code; }
-    TC::EQDBrokerType orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType tradeType) override;
     /// The account is named by its key in the first part; the second part says which of several it is and is
     /// put behind the first with an underscore, unless it is "-".
     QString getAccountFromOrderParam(const QString& part1, const QString& part2) override;
@@ -27,24 +25,12 @@ public:
     void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
                              TC::EOperationType operation, int volume, double price,
                              const TC::CPriceDataPtr& quote) override;
-    /// The paper broker has one session a day: there is no range to fix.
-    void fixTimeRange(TC::CCodeOrderParam&) override {}
     /// The four follow the table of Operations.h; an operation that is not in it is none of them and booked
     /// as an account's own.
     bool isBuy(TC::EOperationType operation) override;
     bool isClose(TC::EOperationType operation) override;
     bool isDirectRepay(TC::EOperationType operation) override;
     TC::EEntrustTypes operationTypeToEntrustType(TC::EOperationType operation) override;
-    bool isMarketPrice(TC::EPriceType) override { return false; }
-    bool isAlgoOrderType(TC::EOrderType) override { return false; }
-    TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType) override {
-        return TC::ETradePlatform::Plain;
-    }
-    QString orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) override;
-    QString orderStrategyTypeToString(TC::EOrderStrategyType type) override;
-    QString orderStrategyOrderTypeToString(int orderType) override;
-    QString orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType tradeType) override;
-    QString knPriceTypeToString(TC::EPriceType priceType, const std::string& code, bool shortForm) override;
 };
 
 } // namespace desk

@@ -14,10 +14,13 @@ constexpr const char* kLockFileName = ".lock";
 constexpr mode_t kFileMode = 0600;
 enum EFolderLockError : int { kFolderInUse = 1, kFolderUnusable = 2 };
 
-std::string holderText(int descriptor) {
+std::string holderOf(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     char text[32] = {};
-    const ssize_t size = ::pread(descriptor, text, sizeof text - 1, 0);
-    return size > 0 ? " by process " + std::string(text, static_cast<std::size_t>(size)) : std::string();
+    const ssize_t size = descriptor >= 0 ? ::pread(descriptor, text, sizeof text - 1, 0) : -1;
+    if (descriptor >= 0) ::close(descriptor);
+    return size > 0 ? " by process " + std::string(text, static_cast<std::size_t>(size))
+                    : " by another process";
 }
 
 /// Best effort: the id is only for messages.
@@ -27,26 +30,40 @@ void writeHolder(int descriptor) {
     if (::pwrite(descriptor, text.data(), text.size(), 0) < 0) return;
 }
 
+/// A locked descriptor of the path, or -1 with errno.
+int openLocked(const std::string& path, int flags) {
+    const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC, kFileMode);
+    if (descriptor < 0 || ::flock(descriptor, LOCK_EX | LOCK_NB) == 0) return descriptor;
+    const int reason = errno;
+    ::close(descriptor);
+    errno = reason;
+    return -1;
+}
+
 } // namespace
 
 CFolderLock::~CFolderLock() {
-    if (m_nDescriptor >= 0) ::close(m_nDescriptor);
+    release();
+}
+
+void CFolderLock::release() {
+    if (m_nFile >= 0) ::close(m_nFile);
+    if (m_nFolder >= 0) ::close(m_nFolder);
+    m_nFile = m_nFolder = -1;
 }
 
 utils::KNError CFolderLock::acquire(const std::string& folder) {
+    release();
     const std::string path = folder + '/' + kLockFileName;
-    const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode);
-    if (descriptor < 0)
-        return {kFolderUnusable, "cannot use desk folder " + folder + ": " + std::strerror(errno)};
-    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
-        if (m_nDescriptor >= 0) ::close(m_nDescriptor);
-        m_nDescriptor = descriptor;
-        writeHolder(descriptor);
+    m_nFolder = openLocked(folder, O_RDONLY | O_DIRECTORY);
+    if (m_nFolder >= 0) m_nFile = openLocked(path, O_RDWR | O_CREAT);
+    if (m_nFile >= 0) {
+        writeHolder(m_nFile);
         return {};
     }
     const bool isHeld = errno == EWOULDBLOCK;
-    const std::string cause = isHeld ? "it is in use" + holderText(descriptor) : std::strerror(errno);
-    ::close(descriptor);
+    const std::string cause = isHeld ? "it is in use" + holderOf(path) : std::strerror(errno);
+    release();
     return {isHeld ? kFolderInUse : kFolderUnusable, "cannot use desk folder " + folder + ": " + cause};
 }
 

@@ -6,8 +6,10 @@
 
 namespace desk {
 
-/// Holds a desk folder for one process, by a lock on FOLDER/.lock that the system drops with the process,
-/// whatever ends it. The file stays and holds the process id of the last holder, for messages. One thread.
+/// Holds a desk folder for one process, by locks on the folder itself and on FOLDER/.lock. The system drops
+/// them with the process, whatever ends it. Removing the file lets nobody in: the folder stays locked. The
+/// file keeps out desks of before the folder was locked too, and holds the process id of its last holder, for
+/// messages. One thread.
 class CFolderLock {
 public:
     CFolderLock() = default;
@@ -15,11 +17,15 @@ public:
     CFolderLock(const CFolderLock&) = delete;
     CFolderLock& operator=(const CFolderLock&) = delete;
 
-    /// Fails where another process holds the folder, naming it, or where the file cannot be made.
+    /// Fails where another process holds the folder, naming it if the file is
+    /// there, or where folder or file cannot be locked.
     [[nodiscard]] utils::KNError acquire(const std::string& folder);
 
 private:
-    int m_nDescriptor = -1;
+    void release();
+
+    int m_nFolder = -1; ///< descriptor of the folder
+    int m_nFile = -1;   ///< descriptor of the file
 };
 
 } // namespace desk

@@ -1,15 +1,31 @@
 #include "desk/host/JournalGuard.h"
 
+#include "base/Clock.h"
 #include "gates/IntakePause.h"
 
 namespace desk {
+
+namespace {
+
+constexpr double kLookSeconds = 1.0;
+
+} // namespace
 
 CJournalGuard::CJournalGuard(CJournal& journal, CTextSink& sink, std::function<void()> onRecovered)
     : m_journal(journal), m_sink(sink), m_onRecovered(std::move(onRecovered)) {}
 
 CJournalGuard::~CJournalGuard() = default;
 
+void CJournalGuard::checkFile() {
+    const double now = utils::getTime();
+    if (now < m_dNextLook) return;
+    m_dNextLook = now + kLookSeconds;
+    const std::string cause = m_journal.checkFile();
+    if (!cause.empty()) m_sink.writeLine("WARNING: " + cause);
+}
+
 void CJournalGuard::poll() {
+    checkFile();
     if (!m_pause) {
         const utils::KNError failure = m_journal.failure();
         if (failure.isSuccess()) return;

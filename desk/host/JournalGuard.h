@@ -24,17 +24,21 @@ public:
     CJournalGuard(const CJournalGuard&) = delete;
     CJournalGuard& operator=(const CJournalGuard&) = delete;
 
-    /// Holds the intake from the first failure on, tells the user once, and probes the journal; when a probe
-    /// succeeds, tells that too and lets the intake go on.
+    /// Once a second by the clock of base/Clock.h, looks whether the journal's file was deleted, moved or
+    /// cut, and tells the user. Holds the intake from the first failure on, tells the user once, and probes
+    /// the journal; when a probe succeeds, tells that too and lets the intake go on.
     void poll();
 
     bool isHolding() const { return m_pause != nullptr; }
 
 private:
+    void checkFile();
+
     CJournal& m_journal;
     CTextSink& m_sink;
     std::function<void()> m_onRecovered;
     std::unique_ptr<TC::CIntakePause> m_pause;
+    double m_dNextLook = 0; ///< seconds of the clock
 };
 
 } // namespace desk

@@ -17,19 +17,27 @@ CPaperOrderClient::CPaperOrderClient(CJournal& journal, CPaperBroker& broker, CT
 
 void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
     if (!command) return;
+    if (command->m_bForceConfirm && !m_bAcceptForcedConfirm) return decline(*command);
+    int task = 0;
     std::int64_t seq = 0;
-    if (const utils::KNError error = m_journal.append("command", commandFields(*command), &seq);
-        !error.isSuccess()) {
-        refuse("it cannot be recorded: " + error.errorMsg(), 0);
-        return;
-    }
-    if (command->m_bForceConfirm && !m_bAcceptForcedConfirm) {
-        refuse("it must be confirmed and nobody can be asked", seq);
-        return;
-    }
-    int taskId = 0;
-    const utils::KNError error = m_broker.placeCommand(*command, seq, taskId);
+    if (const utils::KNError error = record(*command, task, seq); !error.isSuccess())
+        return refuse("it cannot be recorded: " + error.errorMsg(), 0);
+    const utils::KNError error = m_broker.placeCommand(*command, seq, task);
     if (!error.isSuccess()) refuse(error.errorMsg(), seq);
+}
+
+utils::KNError CPaperOrderClient::record(const TC::COrderComandParam& command, int& task, std::int64_t& seq) {
+    const std::lock_guard lock(m_mutex);
+    task = m_broker.reserveTask();
+    return m_journal.append("command", commandFields(command, task), &seq);
+}
+
+void CPaperOrderClient::decline(const TC::COrderComandParam& command) {
+    std::int64_t seq = 0;
+    if (const utils::KNError error = m_journal.append("command", commandFields(command, std::nullopt), &seq);
+        !error.isSuccess())
+        return refuse("it cannot be recorded: " + error.errorMsg(), 0);
+    refuse("it must be confirmed and nobody can be asked", seq);
 }
 
 void CPaperOrderClient::showTradeError(const QString& text, const QString& title) {

@@ -4,7 +4,6 @@
 #include "desk/host/MoneySplit.h"
 #include "desk/journal/JournalEvents.h"
 #include "desk/paper/OrderRules.h"
-#include "desk/paper/VolumeSplit.h"
 
 #include <nlohmann/json.hpp>
 
@@ -18,6 +17,12 @@ constexpr int kRatioCountWrong = 4;
 
 utils::KNError ratioCountError() {
     return {kRatioCountWrong, "there is not one weight for each account"};
+}
+
+/// The order service refuses a closing order of futures and their options whose first account gets nothing.
+EFirstAccount firstAccountOf(EInstrumentKind kind) {
+    const bool isFuture = kind == EInstrumentKind::Future || kind == EInstrumentKind::FutureOption;
+    return isFuture ? EFirstAccount::MustClose : EFirstAccount::MayBeLeftOut;
 }
 
 std::string wordAt(const std::vector<std::string>& words, std::size_t place) {
@@ -43,17 +48,29 @@ std::vector<int> CPaperTradeClient::splitEntrusts(int volume, double, TC::EPrice
                                                   const std::vector<TC::CAccountInfoPtr>& accounts,
                                                   const std::vector<double>& ratios, TC::EPositionType,
                                                   const std::string& market, const std::string& code,
-                                                  TC::EOperationType, TC::EHedge_Flag_Type,
+                                                  TC::EOperationType operation, TC::EHedge_Flag_Type,
                                                   const boost::shared_ptr<utils::KNError>& error) {
     CSplitResult result;
-    if (ratios.size() == accounts.size()) {
-        const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(market + code);
-        result = splitOverAccounts(volume, ratios, instrument ? tradingUnit(*instrument) : 1);
-    } else {
+    if (ratios.size() == accounts.size())
+        result = split(volume, accounts, ratios, market + code, operation);
+    else
         result.m_error = ratioCountError();
-    }
     if (error && !result.m_error.isSuccess()) *error = result.m_error;
     return result.m_volumes;
+}
+
+CSplitResult CPaperTradeClient::split(int volume, const std::vector<TC::CAccountInfoPtr>& accounts,
+                                      const std::vector<double>& ratios, const std::string& stockKey,
+                                      TC::EOperationType operation) const {
+    const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(stockKey);
+    if (!instrument) return splitOverAccounts(volume, ratios, 1);
+    const int unit = tradingUnit(*instrument);
+    std::vector<std::string> keys;
+    for (const TC::CAccountInfoPtr& account : accounts)
+        keys.push_back(account ? account->getKey() : std::string());
+    const std::vector<std::int64_t> closable = m_broker.closableVolumes(keys, *instrument, operation);
+    if (closable.empty()) return splitOverAccounts(volume, ratios, unit);
+    return splitClosing(volume, ratios, unit, closable, firstAccountOf(instrument->kind));
 }
 
 std::vector<double> CPaperTradeClient::splitMoney(double amount,

@@ -4,6 +4,7 @@
 #include "desk/journal/Journal.h"
 #include "desk/market/QuoteSource.h"
 #include "desk/paper/PaperBroker.h"
+#include "desk/paper/VolumeSplit.h"
 #include "platform/TradeClient.h"
 
 #include <map>
@@ -31,7 +32,8 @@ public:
     /// As the configuration says; -1 for an account that it does not know.
     TC::EBROKER_LOGIN_STATUS getLoginStatus(const std::string& accountKey) override;
 
-    /// splitOverAccounts with the instrument's trading unit; 1 where the instrument is not known.
+    /// splitOverAccounts with the instrument's trading unit; 1 where the instrument is not known. What closes
+    /// positions of futures, options and gold is divided by splitClosing.
     std::vector<int> splitEntrusts(int volume, double price, TC::EPriceType priceType,
                                    const std::vector<TC::CAccountInfoPtr>& accounts,
                                    const std::vector<double>& ratios, TC::EPositionType positionType,
@@ -54,6 +56,10 @@ public:
     void cancelOrders(const std::vector<std::string>& words);
 
 private:
+    CSplitResult split(int volume, const std::vector<TC::CAccountInfoPtr>& accounts,
+                       const std::vector<double>& ratios, const std::string& stockKey,
+                       TC::EOperationType operation) const;
+
     CJournal& m_journal;
     CPaperBroker& m_broker;
     const IQuoteSource& m_quotes;

@@ -49,8 +49,10 @@ CJson weightsValue(const std::map<std::string, double>& weights) {
 
 } // namespace
 
-CJson commandFields(const TC::COrderComandParam& command) {
-    return CJson{{"trader_type", enumValue(command.m_eTraderType)},
+CJson commandFields(const TC::COrderComandParam& command, std::optional<int> task) {
+    // The task stands first: JournalTail looks for it there.
+    return CJson{{"task", task ? CJson(*task) : CJson()},
+                 {"trader_type", enumValue(command.m_eTraderType)},
                  {"hedge_type", enumValue(command.m_eHedgeType)},
                  {"btn_type", enumValue(command.m_eBtnType)},
                  {"codes", codesValue(command.m_codes)},

@@ -6,8 +6,10 @@
 #include <nlohmann/json.hpp>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -35,6 +37,33 @@ std::string recordLine(const std::string& kind, std::int64_t seq, const CJson& f
     return record.dump(-1, ' ', false, CJson::error_handler_t::replace) + '\n';
 }
 
+std::int64_t sizeOf(int descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 ? status.st_size : 0;
+}
+
+/// Whether the file ends within a line.
+bool endsInHalfLine(int descriptor, std::int64_t size) {
+    char last = '\n';
+    return size > 0 && ::pread(descriptor, &last, 1, size - 1) == 1 && last != '\n';
+}
+
+/// The bytes from `begin` to the end.
+std::string bytesFrom(int descriptor, std::int64_t begin) {
+    const std::int64_t end = sizeOf(descriptor);
+    std::string bytes(static_cast<std::size_t>(std::max<std::int64_t>(end - begin, 0)), '\0');
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count = ::pread(descriptor, bytes.data() + done, bytes.size() - done,
+                                      begin + static_cast<std::int64_t>(done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) break;
+        done += static_cast<std::size_t>(count);
+    }
+    bytes.resize(done);
+    return bytes;
+}
+
 } // namespace
 
 CJournal::~CJournal() {
@@ -44,9 +73,8 @@ CJournal::~CJournal() {
 utils::KNError CJournal::open(const std::string& folder) {
     const std::lock_guard lock(m_mutex);
     m_strPath = folder + '/' + kJournalFileName;
-    const int descriptor = ::open(m_strPath.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, kFileMode);
-    if (descriptor < 0)
-        return {kJournalOpenFailed, "cannot open journal " + m_strPath + ": " + systemError()};
+    int descriptor = -1;
+    if (utils::KNError error = openPath(descriptor); !error.isSuccess()) return error;
 
     CJournalTail tail;
     if (const utils::KNError error = readJournalTail(m_strPath, tail); !error.isSuccess()) {
@@ -56,9 +84,16 @@ utils::KNError CJournal::open(const std::string& folder) {
     m_nDescriptor = descriptor;
     m_nLastSeq = tail.m_nLastSeq;
     m_nLastBrokerEvent = tail.m_nLastBrokerEvent;
+    m_nLastTask = tail.m_nLastTask;
     m_bHalfLine = tail.m_bHalfLine;
+    m_bAfterCrash = tail.m_bCutOff;
+    m_bElsewhere = false;
+    m_nSize = m_nCheckedSize = sizeOf(descriptor);
+    m_nCheckedSeq = m_nLastSeq;
     m_failure = {};
-    const CJson fields{{"recovered", tail.m_bHalfLine}, {"pid", static_cast<std::int64_t>(::getpid())}};
+    const CJson fields{{"recovered", tail.m_bHalfLine},
+                       {"after_crash", tail.m_bCutOff},
+                       {"pid", static_cast<std::int64_t>(::getpid())}};
     const utils::KNError error = writeRecord("started", fields);
     if (error.isSuccess()) return error;
     ::close(m_nDescriptor);
@@ -70,22 +105,91 @@ utils::KNError CJournal::append(const std::string& kind, const CJson& fields, st
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
     utils::KNError error = m_failure.isSuccess() ? writeRecord(kind, fields) : m_failure;
-    if (!error.isSuccess())
+    if (!error.isSuccess()) {
         ++m_nRefused;
-    else if (seq != nullptr)
-        *seq = m_nLastSeq;
+        return error;
+    }
+    if (seq != nullptr) *seq = m_nLastSeq;
+    if (kind == "order" || kind == "fill") m_nLastBrokerEvent = fields.value("event", m_nLastBrokerEvent);
     return error;
+}
+
+std::string CJournal::checkFile() {
+    const std::lock_guard lock(m_mutex);
+    return m_nDescriptor >= 0 ? lookAtFile() : std::string();
+}
+
+std::string CJournal::lookAtFile() {
+    struct stat open {
+    }, named{};
+    if (m_bElsewhere || ::fstat(m_nDescriptor, &open) != 0) return {};
+    const bool isNamed = ::stat(m_strPath.c_str(), &named) == 0;
+    m_bElsewhere = !isNamed || named.st_dev != open.st_dev || named.st_ino != open.st_ino;
+    std::string cause;
+    if (m_bElsewhere && open.st_nlink == 0) {
+        cause = "journal " + m_strPath + " was deleted while the desk ran; its lines up to #" +
+                std::to_string(m_nCheckedSeq) + " are gone";
+    } else if (m_bElsewhere) {
+        cause = "journal " + m_strPath + " was moved away while the desk ran; lines up to #" +
+                std::to_string(m_nLastSeq) + " are in the file that was moved";
+    } else if (open.st_size < m_nSize) {
+        cause = "journal " + m_strPath + " was cut from " + std::to_string(m_nSize) + " to " +
+                std::to_string(open.st_size) + " bytes while the desk ran";
+        m_nSize = open.st_size;
+        m_bHalfLine = endsInHalfLine(m_nDescriptor, m_nSize);
+    }
+    if (!cause.empty() && (!m_bElsewhere || moveToPath().isSuccess())) noteContinued(cause);
+    if (m_bElsewhere) return cause;
+    m_nCheckedSize = m_nSize;
+    m_nCheckedSeq = m_nLastSeq;
+    return cause;
+}
+
+utils::KNError CJournal::openPath(int& descriptor) const {
+    descriptor = ::open(m_strPath.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, kFileMode);
+    if (descriptor >= 0) return {};
+    return {kJournalOpenFailed, "cannot open journal " + m_strPath + ": " + systemError()};
+}
+
+/// Goes on in the file at the path. Lines of a deleted file that only this journal can still read go with it.
+utils::KNError CJournal::moveToPath() {
+    int descriptor = -1;
+    if (const utils::KNError error = openPath(descriptor); !error.isSuccess())
+        return m_failure = {kJournalWriteFailed, error.errorMsg()};
+    struct stat before {};
+    const bool isDeleted = ::fstat(m_nDescriptor, &before) == 0 && before.st_nlink == 0;
+    const std::string lines = isDeleted ? bytesFrom(m_nDescriptor, m_nCheckedSize) : std::string();
+    ::close(m_nDescriptor);
+    m_nDescriptor = descriptor;
+    m_bElsewhere = false;
+    m_nSize = sizeOf(descriptor);
+    m_bHalfLine = endsInHalfLine(descriptor, m_nSize);
+    utils::KNError error = closeHalfLine();
+    if (error.isSuccess() && !lines.empty()) error = writeBytes(lines);
+    m_bHalfLine = endsInHalfLine(descriptor, m_nSize);
+    return error;
+}
+
+/// The event number lets the next start know what the broker's listener has taken.
+void CJournal::noteContinued(const std::string& cause) {
+    if (m_failure.isSuccess())
+        (void)writeRecord("continued", CJson{{"cause", cause}, {"event", m_nLastBrokerEvent}});
 }
 
 utils::KNError CJournal::probe() {
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
     if (m_failure.isSuccess()) return {};
+    const bool wasElsewhere = m_bElsewhere;
+    if (wasElsewhere) {
+        if (utils::KNError error = moveToPath(); !error.isSuccess()) return error;
+    }
     const CJson fields{{"cause", m_failure.errorMsg()}, {"refused", m_nRefused}};
     utils::KNError error = writeRecord("resumed", fields);
     if (error.isSuccess()) {
         m_failure = {};
         m_nRefused = 0;
+        if (wasElsewhere) noteContinued("journal " + m_strPath + " goes on in this file");
     }
     return error;
 }
@@ -100,14 +204,25 @@ std::int64_t CJournal::lastSeq() const {
     return m_nLastSeq;
 }
 
+bool CJournal::isAfterCrash() const {
+    const std::lock_guard lock(m_mutex);
+    return m_bAfterCrash;
+}
+
 std::int64_t CJournal::lastBrokerEvent() const {
     const std::lock_guard lock(m_mutex);
     return m_nLastBrokerEvent;
 }
 
+int CJournal::lastTask() const {
+    const std::lock_guard lock(m_mutex);
+    return m_nLastTask;
+}
+
 utils::KNError CJournal::close(const std::string& reason) {
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
+    (void)lookAtFile(); // so that the end is in the file at the path
     utils::KNError error =
         m_failure.isSuccess() ? writeRecord("stopped", CJson{{"reason", reason}}) : m_failure;
     if (::fdatasync(m_nDescriptor) != 0 && error.isSuccess()) error = fail(systemError());
@@ -131,6 +246,7 @@ utils::KNError CJournal::writeBytes(const std::string& bytes) {
         written = ::write(m_nDescriptor, bytes.data(), bytes.size());
     } while (written < 0 && errno == EINTR);
     if (written < 0) return fail(systemError());
+    m_nSize += written;
     if (static_cast<std::size_t>(written) == bytes.size()) return {};
     m_bHalfLine = m_bHalfLine || written > 0;
     return fail("no room for a whole line");

@@ -24,6 +24,9 @@ enum EJournalError : int { kJournalOpenFailed = 1, kJournalWriteFailed = 2, kJou
 /// succeeded outlives the process, kill -9 included. fdatasync runs at close only: a power cut may cost the
 /// last moments. That is the same promise that the paper broker's store gives.
 ///
+/// A file that is deleted, moved or cut while it is open is noticed by checkFile; the journal then goes on in
+/// the file at the path.
+///
 /// A write that fails or comes out short puts the journal in the failed state: every append is refused with
 /// the cause until a probe succeeds. What a short write left behind is closed with a newline before anything
 /// else is written, and readers show it as damaged.
@@ -35,9 +38,9 @@ public:
     CJournal(const CJournal&) = delete;
     CJournal& operator=(const CJournal&) = delete;
 
-    /// Opens or makes FOLDER/journal.jsonl and writes a `started` record with `recovered` and `pid`. A last
-    /// line without newline, as a crash leaves it, is closed with one, and `recovered` is true. On failure
-    /// nothing is open.
+    /// Opens or makes FOLDER/journal.jsonl and writes a `started` record with `recovered`, `after_crash` and
+    /// `pid`. A last line without newline, as a crash leaves it, is closed with one, and `recovered` is true.
+    /// On failure nothing is open.
     [[nodiscard]] utils::KNError open(const std::string& folder);
 
     /// Writes one record. `fields` is an object with the event's own keys. On success the record's number
@@ -46,17 +49,33 @@ public:
     [[nodiscard]] utils::KNError append(const std::string& kind, const CJson& fields,
                                         std::int64_t* seq = nullptr);
 
-    /// In the failed state: closes a half line and writes a `resumed` record with the cause and the number of
-    /// records refused meanwhile; success ends the state. Otherwise it does nothing and succeeds.
+    /// Looks whether the open file is still the one at the path, and as long as it was written. If another
+    /// file or none is at the path, goes on in the file there, which it makes if need be. Of a file that was
+    /// deleted, the lines since the look before are written again, so that they are not lost with it. In any
+    /// case a `continued` record with the cause follows. Gives the cause for people; empty: nothing changed.
+    /// If the file at the path cannot be used, the journal is in the failed state afterwards. Two system
+    /// calls if nothing changed: meant for once a second.
+    std::string checkFile();
+
+    /// In the failed state: goes on in the file at the path if checkFile could not, closes a half line and
+    /// writes a `resumed` record with the cause and the number of records refused meanwhile; success ends the
+    /// state. Otherwise it does nothing and succeeds.
     [[nodiscard]] utils::KNError probe();
 
     bool isFailed() const { return !failure().isSuccess(); }
     /// The cause of the failed state; success outside it.
     utils::KNError failure() const;
 
-    /// Number of the last broker event (`order` and `fill` records) that the file held when it was opened; 0
-    /// where there was none. The paper broker delivers again what comes after it.
+    /// Number of the last broker event (`order` and `fill` records) that was journalled; 0 where there was
+    /// none. The paper broker delivers again what comes after it.
     std::int64_t lastBrokerEvent() const;
+
+    /// Number of the last task that a `command` record of the file named when it was opened; 0 if there was
+    /// none. The paper broker gives no task a number up to it.
+    int lastTask() const;
+
+    /// Whether the file held lines when it was opened, and the last was not `stopped`.
+    bool isAfterCrash() const;
 
     /// Number of the last record written.
     std::int64_t lastSeq() const;
@@ -70,14 +89,24 @@ private:
     utils::KNError writeBytes(const std::string& bytes);
     utils::KNError closeHalfLine();
     utils::KNError fail(const std::string& cause);
+    std::string lookAtFile();
+    utils::KNError openPath(int& descriptor) const;
+    utils::KNError moveToPath();
+    void noteContinued(const std::string& cause);
 
     mutable std::mutex m_mutex;
     int m_nDescriptor = -1;
     std::string m_strPath;
     std::int64_t m_nLastSeq = 0;
     std::int64_t m_nLastBrokerEvent = 0;
+    int m_nLastTask = 0;
     std::int64_t m_nRefused = 0;
     bool m_bHalfLine = false; ///< the file ends within a line
+    bool m_bAfterCrash = false;
+    bool m_bElsewhere = false;       ///< another file, or none, is at the path
+    std::int64_t m_nSize = 0;        ///< bytes of the file, as far as this journal knows
+    std::int64_t m_nCheckedSize = 0; ///< m_nSize when checkFile found all in order
+    std::int64_t m_nCheckedSeq = 0;  ///< m_nLastSeq at the same time
     utils::KNError m_failure;
 };
 

@@ -37,7 +37,11 @@ CJson intakeFields(const TC::CIntakeReport& report) {
                  {"unread_params", report.m_nUnreadTradeParams},
                  {"cut_short", report.m_bCutShort},
                  {"left_waiting", report.m_bLeftWaiting},
-                 {"cause", textValue(report.m_strCause)}};
+                 {"cause", textValue(report.m_strCause)},
+                 {"rejected", report.m_bRejected},
+                 {"kept_as", textValue(report.m_strKeptAs)},
+                 {"ignored_lines", report.m_nIgnoredLines},
+                 {"first_ignored", textValue(report.m_strFirstIgnored)}};
 }
 
 CJson doorFields(const TC::CDoorReport& report) {
@@ -47,6 +51,22 @@ CJson doorFields(const TC::CDoorReport& report) {
                  {"loopback", isLoopbackSource(report.m_strSource)},
                  {"peer", textValue(report.m_strPeer)},
                  {"cause", textValue(report.m_strCause)}};
+}
+
+CJson discardFields(const TC::CDiscardReport& report, const std::string& cause) {
+    return CJson{{"source", textValue(report.m_strSource)},
+                 {"channel", numberValue(report.m_nChannel)},
+                 {"strategy_type", enumValue(report.m_eStrategyType)},
+                 {"lines", report.m_nLines < 0 ? CJson() : CJson(report.m_nLines)},
+                 {"bytes", report.m_nBytes < 0 ? CJson() : CJson(report.m_nBytes)},
+                 {"cause", cause}};
+}
+
+CJson unplacedFields(const TC::COrderParam& order) {
+    return CJson{{"channel", numberValue(order.m_nChannel)},
+                 {"strategy_type", enumValue(order.m_eStrategyType)},
+                 {"order_type", numberValue(order.m_nOrderType)},
+                 {"order", textValue(order.toQString())}};
 }
 
 CJson incidentFields(const TC::CIncidentReport& report) {

@@ -6,6 +6,7 @@
 #include "records/StrategyParam.h"
 #include "records/Task.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,13 +14,19 @@
 /// type letter; enumerations are their numbers; values that nobody has set are null. Pure; any thread.
 namespace desk {
 
-/// Kind `command`: every field of the command and of its codes; an account is its key.
-CJson commandFields(const TC::COrderComandParam& command);
+/// Kind `command`: the task, then every field of the command and of its codes; an account is its key.
+/// `task` is the number that cancels the command; none: it was refused, and the key is null.
+CJson commandFields(const TC::COrderComandParam& command, std::optional<int> task);
 
 /// Kind `intake`.
 CJson intakeFields(const TC::CIntakeReport& report);
 /// `loopback` tells whether only this machine can reach the listener.
 CJson doorFields(const TC::CDoorReport& report);
+
+/// Kind `discarded`; `cause` tells why the file is not read.
+CJson discardFields(const TC::CDiscardReport& report, const std::string& cause);
+/// Kind `unplaced`; `order` is all of the order as one text.
+CJson unplacedFields(const TC::COrderParam& order);
 
 /// Kind `incident`: `event` is orders_dropped, cancel_not_done or host_failed.
 CJson incidentFields(const TC::CIncidentReport& report);

@@ -1,8 +1,13 @@
 #include "desk/journal/JournalReader.h"
 
 #include "desk/journal/Journal.h"
+#include "desk/journal/TornLine.h"
 
 #include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+
+#include <utility>
 
 namespace desk {
 namespace {
@@ -12,24 +17,58 @@ bool isRecord(const std::string& text) {
     return record.is_object() && record.contains("kind") && record["kind"].is_string();
 }
 
+/// Moves the record that follows a torn line in the same line to `behind`.
+void splitOffRecord(CJournalLine& line, std::optional<CJournalLine>& behind) {
+    const std::size_t place = lastRecordOf(line.m_strText);
+    if (place == 0 || !isRecord(line.m_strText.substr(place))) return;
+    behind = CJournalLine{line.m_strText.substr(place), false};
+    line.m_strText.resize(place);
+}
+
 } // namespace
 
 utils::KNError CJournalReader::open(const std::string& folder) {
-    const std::string path = folder + '/' + kJournalFileName;
-    m_stream.open(path, std::ios::binary);
-    if (!m_stream) return {kJournalOpenFailed, "cannot read journal " + path};
+    m_strPath = folder + '/' + kJournalFileName;
+    if (!openPath()) return {kJournalOpenFailed, "cannot read journal " + m_strPath};
     return {};
 }
 
+bool CJournalReader::openPath() {
+    struct stat status {};
+    if (::stat(m_strPath.c_str(), &status) != 0) return false;
+    m_stream.close();
+    m_stream.clear();
+    m_stream.open(m_strPath, std::ios::binary);
+    if (!m_stream) return false;
+    m_nDevice = status.st_dev;
+    m_nInode = status.st_ino;
+    m_nRead = 0;
+    m_strHalfLine.clear();
+    return true;
+}
+
+bool CJournalReader::reopenIfChanged() {
+    struct stat status {};
+    // No file: the desk makes a new one when it next looks.
+    if (::stat(m_strPath.c_str(), &status) != 0) return false;
+    const bool isSame = status.st_dev == m_nDevice && status.st_ino == m_nInode;
+    if (isSame && static_cast<std::uint64_t>(status.st_size) >= m_nRead) return false;
+    return openPath();
+}
+
 std::optional<CJournalLine> CJournalReader::next() {
+    if (m_next) return std::exchange(m_next, std::nullopt);
     m_stream.clear(); // an end of file met earlier is no end: the file may have grown
     std::string part;
     while (std::getline(m_stream, part)) {
         m_strHalfLine += part;
+        m_nRead += part.size();
         if (m_stream.eof()) return {};
+        ++m_nRead;
         CJournalLine line;
         line.m_strText.swap(m_strHalfLine);
         if (line.m_strText.empty()) continue;
+        splitOffRecord(line, m_next);
         line.m_bDamaged = !isRecord(line.m_strText);
         return line;
     }

@@ -2,6 +2,7 @@
 
 #include "base/KNError.h"
 
+#include <cstdint>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -20,16 +21,27 @@ public:
     /// Fails where the folder holds no journal that can be read.
     [[nodiscard]] utils::KNError open(const std::string& folder);
 
-    /// The next whole line, or empty while there is none; a later call sees what was appended since.
+    /// The next whole line, or empty while there is none; a later call sees what was appended since. A record
+    /// that follows a torn line without a line end comes as a line of its own.
     std::optional<CJournalLine> next();
+
+    /// Whether another file is at the journal's path by now, or the file is shorter than what was read. Then
+    /// next goes on at the beginning of what is there. For a reader that waits, once next has nothing more.
+    bool reopenIfChanged();
 
     /// What stands behind the last newline, as a damaged line; empty where nothing does. For a reader that
     /// does not wait.
     std::optional<CJournalLine> rest() const;
 
 private:
+    bool openPath();
+
+    std::string m_strPath;
     std::ifstream m_stream;
+    std::uint64_t m_nDevice = 0, m_nInode = 0; ///< of the open file
+    std::uint64_t m_nRead = 0;                 ///< bytes of it
     std::string m_strHalfLine;
+    std::optional<CJournalLine> m_next; ///< the record behind a torn line
 };
 
 } // namespace desk

@@ -1,6 +1,7 @@
 #include "desk/journal/JournalTail.h"
 
 #include "desk/journal/Json.h"
+#include "desk/journal/TornLine.h"
 
 #include <nlohmann/json.hpp>
 
@@ -16,15 +17,32 @@
 namespace desk {
 namespace {
 
-/// How the lines begin that carry a broker event. Asked first, so that a search for the last event through a
-/// long day of other records parses none of them.
-constexpr std::string_view kEventHeads[] = {R"({"kind":"order",)", R"({"kind":"fill",)"};
+/// How the lines begin that carry the number of a broker event. Asked first, so that a search for the last
+/// event through a long day of other records parses none of them.
+constexpr std::string_view kEventHeads[] = {R"({"kind":"order",)", R"({"kind":"fill",)",
+                                            R"({"kind":"continued",)"};
+constexpr std::string_view kStoppedHead = R"({"kind":"stopped",)";
 
-bool isBrokerEvent(std::string_view line) {
+constexpr std::string_view kCommandHead = R"({"kind":"command",)";
+/// The task follows the keys that every line has. Commands without one are not parsed: those that were
+/// refused, and all that older desks wrote.
+constexpr std::string_view kTaskKey = R"("task":)";
+constexpr std::size_t kTaskEnd = 128;
+
+bool beginsWith(std::string_view line, std::string_view head) {
+    return line.substr(0, head.size()) == head;
+}
+
+bool hasBrokerEvent(std::string_view line) {
     for (const std::string_view head : kEventHeads) {
-        if (line.substr(0, head.size()) == head) return true;
+        if (beginsWith(line, head)) return true;
     }
     return false;
+}
+
+bool isCommandWithTask(std::string_view line) {
+    return beginsWith(line, kCommandHead) &&
+           line.substr(0, kTaskEnd).find(kTaskKey) != std::string_view::npos;
 }
 
 /// The number under the key, or 0 where the line is damaged or has none.
@@ -37,13 +55,22 @@ std::int64_t numberIn(std::string_view line, const char* key) {
 
 void readTail(std::string_view text, CJournalTail& tail) {
     tail.m_bHalfLine = text.back() != '\n';
+    tail.m_bCutOff = true;
     const std::size_t end = text.rfind('\n');
     text = end == std::string_view::npos ? std::string_view() : text.substr(0, end);
-    while (!text.empty() && (tail.m_nLastSeq == 0 || tail.m_nLastBrokerEvent == 0)) {
+    const auto isComplete = [&] {
+        return tail.m_nLastSeq != 0 && tail.m_nLastBrokerEvent != 0 && tail.m_nLastTask != 0;
+    };
+    for (bool isLast = !tail.m_bHalfLine; !text.empty() && !isComplete(); isLast = false) {
         const std::size_t newline = text.rfind('\n');
-        const std::string_view line = newline == std::string_view::npos ? text : text.substr(newline + 1);
+        std::string_view line = newline == std::string_view::npos ? text : text.substr(newline + 1);
+        line.remove_prefix(lastRecordOf(line));
+        if (isLast && beginsWith(line, kStoppedHead)) tail.m_bCutOff = false;
         if (tail.m_nLastSeq == 0) tail.m_nLastSeq = numberIn(line, "seq");
-        if (isBrokerEvent(line)) tail.m_nLastBrokerEvent = numberIn(line, "event");
+        if (tail.m_nLastBrokerEvent == 0 && hasBrokerEvent(line))
+            tail.m_nLastBrokerEvent = numberIn(line, "event");
+        if (tail.m_nLastTask == 0 && isCommandWithTask(line))
+            tail.m_nLastTask = static_cast<int>(numberIn(line, "task"));
         text = newline == std::string_view::npos ? std::string_view() : text.substr(0, newline);
     }
 }

@@ -24,8 +24,12 @@ CBookSides sidesOf(const CQuoteEntry& quote) {
     return {levelsOf(quote.buy), levelsOf(quote.sell)};
 }
 
-CPaperTask& CPaperBook::newTask(std::int64_t reference, const std::string& remark) {
-    const int id = ++m_counters.m_nLastTask;
+int CPaperBook::reserveTask() {
+    m_kept.m_nLastTask = ++m_counters.m_nLastTask;
+    return m_counters.m_nLastTask;
+}
+
+CPaperTask& CPaperBook::newTask(int id, std::int64_t reference, const std::string& remark) {
     CPaperTask& task = m_tasks.edit(id);
     task.m_nId = id;
     task.m_nReference = reference;

@@ -55,7 +55,10 @@ public:
     CCounters m_counters;
     std::vector<CBrokerEvent> m_events; ///< of the change that is going on
 
-    CPaperTask& newTask(std::int64_t reference, const std::string& remark);
+    /// Takes the number of the next task. It is used up, also if the task never comes about. Between changes.
+    int reserveTask();
+    /// id: a reserved number.
+    CPaperTask& newTask(int id, std::int64_t reference, const std::string& remark);
     CPaperOrder& newOrder(int task);
     /// The position of the order's account and instrument on a side, made where there is none.
     CPaperPosition& editPosition(const CPaperOrder& order, EPositionSide side);

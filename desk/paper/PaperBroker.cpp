@@ -51,7 +51,7 @@ CPaperBroker::CPaperBroker(const IQuoteSource& quotes, CListener listener)
     : m_quotes(quotes), m_listener(std::move(listener)) {}
 
 utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<CAccountEntry>& accounts,
-                                  std::int64_t lastEventTaken) {
+                                  std::int64_t lastEventTaken, int lastTask) {
     const std::lock_guard lock(m_mutex);
     std::vector<CBrokerEvent> stored;
     utils::KNError error = m_store.open(folder, m_book, stored);
@@ -67,6 +67,7 @@ utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<C
     // A listener that remembers more than the store, as after the store was removed, must not take new events
     // for old.
     m_book.m_counters.m_nLastEvent = std::max(m_book.m_counters.m_nLastEvent, lastEventTaken);
+    m_book.m_counters.m_nLastTask = std::max(m_book.m_counters.m_nLastTask, lastTask);
     error = reviewBook(m_book, m_quotes, accounts);
     for (const CAccountEntry& account : accounts) {
         if (error.isSuccess() && m_book.m_funds.find(account.key) == nullptr)
@@ -99,12 +100,17 @@ utils::KNError CPaperBroker::startTradingDay(const std::string& day) {
     return finishChange();
 }
 
+int CPaperBroker::reserveTask() {
+    const std::lock_guard lock(m_mutex);
+    return m_book.reserveTask();
+}
+
 utils::KNError CPaperBroker::placeCommand(const TC::COrderComandParam& command, std::int64_t reference,
                                           int& taskId) {
     const std::lock_guard lock(m_mutex);
-    CPaperTask& task = m_book.newTask(reference, command.m_strRemark);
+    const int id = taskId != 0 ? taskId : m_book.reserveTask();
+    CPaperTask& task = m_book.newTask(id, reference, command.m_strRemark);
     task.m_nOrders = static_cast<int>(command.m_codes.size());
-    const int id = task.m_nId;
     for (const TC::CCodeOrderParam& record : command.m_codes)
         placeOrder(command, record, m_book.newOrder(id));
     utils::KNError error = finishChange();
@@ -262,6 +268,24 @@ void CPaperBroker::deliverPending() {
         m_nDeliveredEvent = m_pending.front().m_nNumber;
         m_pending.pop_front();
     }
+}
+
+std::vector<std::int64_t> CPaperBroker::closableVolumes(const std::vector<std::string>& accounts,
+                                                        const CInstrumentEntry& instrument,
+                                                        TC::EOperationType operation) const {
+    const CPaperFamily* family = findClosingFamily(instrument.kind, operation);
+    if (family == nullptr) return {};
+    CPaperOrder order;
+    order.m_strStock = instrument.key();
+    order.m_eOperation = operation;
+    order.m_eFamily = family->m_eType;
+    std::vector<std::int64_t> volumes;
+    const std::lock_guard lock(m_mutex);
+    for (const std::string& account : accounts) {
+        order.m_strAccount = account;
+        volumes.push_back(closableVolume(m_book, order));
+    }
+    return volumes;
 }
 
 bool CPaperBroker::hasTask(int taskId) const {

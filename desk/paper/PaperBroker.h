@@ -72,17 +72,23 @@ public:
     /// (CJournal::lastBrokerEvent); those after it are delivered again. Fails where the store cannot be used,
     /// where an account's funds or positions make no sense, and where what the books hold does not fit the
     /// instruments any more (BookReview.h). The store is then as it was, also where an older desk made it.
+    /// `lastTask` is the largest task number that a record outside the store names (CJournal::lastTask): new
+    /// tasks get numbers above it, so that no number ever means two commands.
     [[nodiscard]] utils::KNError open(const std::string& folder, const std::vector<CAccountEntry>& accounts,
-                                      std::int64_t lastEventTaken);
+                                      std::int64_t lastEventTaken, int lastTask = 0);
 
     /// Tells the trading day, "yyyyMMdd". A day after the one known ends every waiting order and makes all
     /// that was bought sellable; the same day or an earlier one changes nothing.
     [[nodiscard]] utils::KNError startTradingDay(const std::string& day);
 
+    /// Takes the number of the next task, so that the caller can record the command with it before it places
+    /// the command. The number is used up, also if no command is placed under it.
+    int reserveTask();
+
     /// Takes one command: a task with one order for each code, in their order. An order that is refused is an
     /// order with state rejected; the call fails only where the store does. `reference` is the caller's
-    /// number for the command and comes back in its events. On success `taskId` gets the task's id. A command
-    /// without codes is a task without orders.
+    /// number for the command and comes back in its events. `taskId` is a number from reserveTask, or 0 for
+    /// the next one, which it then gets on success. A command without codes is a task without orders.
     [[nodiscard]] utils::KNError placeCommand(const TC::COrderComandParam& command, std::int64_t reference,
                                               int& taskId);
 
@@ -100,6 +106,12 @@ public:
 
     /// Delivers what the listener has not taken yet, until it refuses.
     void deliverEvents();
+
+    /// What each of the accounts could close now of the instrument by an operation that closes positions
+    /// (futures, options, gold), less what waiting orders will close. None where the operation is no such.
+    std::vector<std::int64_t> closableVolumes(const std::vector<std::string>& accounts,
+                                              const CInstrumentEntry& instrument,
+                                              TC::EOperationType operation) const;
 
     bool hasTask(int taskId) const;
     /// Snapshots, by id or by account.

@@ -179,6 +179,16 @@ const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTra
     return found != std::end(kOperationRules) ? found : nullptr;
 }
 
+const CPaperFamily* findClosingFamily(EKind kind, TC::EOperationType operation) {
+    const COperation* known = findOperation(operation);
+    if (known == nullptr || known->m_eEffect != EOperationEffect::Close) return nullptr;
+    const auto found = std::find_if(std::begin(kFamilies), std::end(kFamilies), [&](const CPaperFamily& row) {
+        const COperationRule* rule = findOperationRule(operation, row.m_eType);
+        return row.m_eInstrumentKind == kind && rule != nullptr && rule->m_eClosing != EClosing::None;
+    });
+    return found != std::end(kFamilies) ? found : nullptr;
+}
+
 bool isOperationOfAnyFamily(TC::EOperationType operation) {
     return std::any_of(std::begin(kOperationRules), std::end(kOperationRules),
                        [&](const COperationRule& rule) { return covers(rule, operation); });

@@ -66,6 +66,10 @@ struct COperationRule {
 /// The rule of an operation in a family, or null where there is none. Any thread.
 const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTraderType family);
 
+/// The family that closes positions in instruments of the kind by the operation, or null. Of derivatives and
+/// gold there is one at most.
+const CPaperFamily* findClosingFamily(EInstrumentKind kind, TC::EOperationType operation);
+
 /// Whether any family has the operation.
 bool isOperationOfAnyFamily(TC::EOperationType operation);
 

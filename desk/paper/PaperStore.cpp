@@ -77,10 +77,39 @@ int versionOf(sqlite3* database) {
     return query.number(0);
 }
 
+/// Reads all pages: a damaged one that nobody reads at the start could make a later change fail, or be
+/// taken for the account's state.
+void checkPages(sqlite3* database) {
+    // Closing a store writes its log into it; a damaged one must stay as it is.
+    sqlite3_db_config(database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    CSqlStatement check(database, "PRAGMA integrity_check(1)");
+    const std::string found = check.step() ? check.text(0) : "ok";
+    if (found != "ok") throw CSqlError(found, ESqlFailure::Damaged);
+    sqlite3_db_config(database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
+}
+
+/// What the user can do; empty for other failures.
+std::string remedyOf(ESqlFailure failure) {
+    switch (failure) {
+    case ESqlFailure::Damaged:
+        return ". The file is damaged, and the desk has changed nothing. Put back a copy of paper.db, or "
+               "move "
+               "paper.db, paper.db-wal and paper.db-shm out of the folder: the desk then begins anew with "
+               "the "
+               "folder's funds and positions, and the journal still tells what was traded";
+    case ESqlFailure::Locked:
+        return "; another program has paper.db open for writing: close that program";
+    case ESqlFailure::Other:
+        break;
+    }
+    return {};
+}
+
 /// Leaves a transaction open where it brings the store up to date.
 CSqlDatabase openStore(const std::string& path) {
     makeFile(path);
     CSqlDatabase database = openDatabase(path);
+    checkPages(database.get());
     execute(database.get(), "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL;");
     const int version = versionOf(database.get());
     if (version < 0 || version > kSchemaVersion) throw CSqlError("another version of the desk made it");
@@ -280,7 +309,8 @@ utils::KNError CPaperStore::open(const std::string& folder, CPaperBook& book,
         return {};
     } catch (const CSqlError& error) {
         book.rollBack();
-        return {kPaperStoreFailed, "cannot use the paper broker's store " + path + ": " + error.what()};
+        return {kPaperStoreFailed, "cannot use the paper broker's store " + path + ": " + error.what() +
+                                       remedyOf(error.m_eFailure)};
     }
 }
 
@@ -294,9 +324,12 @@ utils::KNError CPaperStore::save(const CPaperBook& book, std::int64_t deliveredE
         if (!m_connection->isInTransaction()) m_connection->begin.run();
         m_connection->write(book, deliveredEvent);
         m_connection->commit.run();
+        waitForLocks(m_connection->raw, true);
         return {};
     } catch (const CSqlError& error) {
-        const utils::KNError result = storeError(error.what());
+        const utils::KNError result = storeError(error.what() + remedyOf(error.m_eFailure));
+        // A lock that outlasted one wait does not hold up every order behind it as well.
+        if (error.m_eFailure == ESqlFailure::Locked) waitForLocks(m_connection->raw, false);
         // After some failures SQLite has rolled back by itself.
         if (m_connection->isInTransaction())
             sqlite3_exec(m_connection->raw, "ROLLBACK", nullptr, nullptr, nullptr);

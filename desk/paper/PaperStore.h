@@ -26,9 +26,9 @@ std::optional<std::set<std::string>> storedAccounts(const std::string& folder);
 /// broker's mutex guards it.
 ///
 /// Write-ahead log with synchronous=NORMAL: a transaction whose save succeeded outlives the process, kill -9
-/// included, and the database never breaks. A power cut may cost the last moments, as it may cost the
-/// journal's last lines: FULL would pay a disk flush for every command and keep a promise that the journal
-/// beside it does not make.
+/// included, and the database never breaks. All its pages are checked when it is opened. A power cut may cost
+/// the last moments, as it may cost the journal's last lines: FULL would pay a disk flush for every command
+/// and keep a promise that the journal beside it does not make.
 class CPaperStore {
 public:
     CPaperStore();
@@ -44,7 +44,8 @@ public:
                                       std::vector<CBrokerEvent>& events);
 
     /// Writes what the book's change touched, and its events, in one transaction, and drops the events up to
-    /// `deliveredEvent`. On failure the database is as it was.
+    /// `deliveredEvent`. On failure the database is as it was. While another program has locked it, waits for
+    /// up to kLockPatienceSeconds (Sql.h); after a wait in vain, saves fail at once until one succeeds.
     [[nodiscard]] utils::KNError save(const CPaperBook& book, std::int64_t deliveredEvent);
 
     /// Lets go of the database. What was not saved is lost.

@@ -1,19 +1,48 @@
 #include "desk/paper/Sql.h"
 
+#include "base/Clock.h"
+
 #include <sqlite3.h>
 
 namespace desk {
 namespace {
+
+constexpr double kLockLookSeconds = 0.01;
+
+/// Called by SQLite while another program holds a lock; 0 gives up.
+int tryAgain(void*, int tries) {
+    if (tries * kLockLookSeconds >= kLockPatienceSeconds) return 0;
+    utils::sleep(kLockLookSeconds);
+    return 1;
+}
+
+ESqlFailure failureOf(int result) {
+    switch (result & 0xff) {
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+        return ESqlFailure::Damaged;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return ESqlFailure::Locked;
+    default:
+        return ESqlFailure::Other;
+    }
+}
 
 CSqlDatabase openWith(const std::string& path, int flags) {
     sqlite3* raw = nullptr;
     const int result = sqlite3_open_v2(path.c_str(), &raw, flags, nullptr);
     CSqlDatabase database(raw);
     if (result != SQLITE_OK) throw CSqlError(raw != nullptr ? sqlite3_errmsg(raw) : sqlite3_errstr(result));
+    waitForLocks(raw, true);
     return database;
 }
 
 } // namespace
+
+CSqlError lastError(sqlite3* database) {
+    return CSqlError(sqlite3_errmsg(database), failureOf(sqlite3_errcode(database)));
+}
 
 void CSqlCloser::operator()(sqlite3* database) const {
     sqlite3_close_v2(database);
@@ -31,9 +60,12 @@ CSqlDatabase openDatabaseToRead(const std::string& path) {
     return openWith(path, SQLITE_OPEN_READONLY);
 }
 
+void waitForLocks(sqlite3* database, bool wait) {
+    sqlite3_busy_handler(database, wait ? tryAgain : nullptr, nullptr);
+}
+
 void execute(sqlite3* database, const char* sql) {
-    if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw CSqlError(sqlite3_errmsg(database));
+    if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK) throw lastError(database);
 }
 
 CSqlStatement::CSqlStatement(sqlite3* database, const char* sql) : m_pDatabase(database) {
@@ -46,7 +78,7 @@ bool CSqlStatement::step() {
     const int result = sqlite3_step(m_statement.get());
     if (result == SQLITE_ROW) return true;
     if (result == SQLITE_DONE) return false;
-    const CSqlError error(sqlite3_errmsg(m_pDatabase));
+    const CSqlError error = lastError(m_pDatabase);
     reset();
     throw error;
 }
@@ -77,7 +109,7 @@ void CSqlStatement::bind(int place, const std::string& value) {
 }
 
 void CSqlStatement::check(int result) const {
-    if (result != SQLITE_OK) throw CSqlError(sqlite3_errmsg(m_pDatabase));
+    if (result != SQLITE_OK) throw lastError(m_pDatabase);
 }
 
 } // namespace desk

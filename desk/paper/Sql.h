@@ -10,10 +10,22 @@ struct sqlite3_stmt;
 
 namespace desk {
 
+/// What a user can do about a failure of SQLite.
+enum class ESqlFailure { Other, Damaged, Locked };
+
 /// A failure of SQLite, with its text. Stops at the store's operations.
 struct CSqlError : std::runtime_error {
-    using std::runtime_error::runtime_error;
+    explicit CSqlError(const std::string& text, ESqlFailure failure = ESqlFailure::Other)
+        : std::runtime_error(text), m_eFailure(failure) {}
+
+    ESqlFailure m_eFailure;
 };
+
+/// The last failure of the database.
+CSqlError lastError(sqlite3* database);
+
+/// How long an operation waits for a lock that another program holds.
+inline constexpr double kLockPatienceSeconds = 5.0;
 
 struct CSqlCloser {
     void operator()(sqlite3* database) const;
@@ -22,10 +34,14 @@ struct CSqlCloser {
 
 using CSqlDatabase = std::unique_ptr<sqlite3, CSqlCloser>;
 
-/// Opens or makes a database file. Throws CSqlError.
+/// Opens or makes a database file. Where another program has locked it, its operations try again for up to
+/// kLockPatienceSeconds by the clock of base/Clock.h. Throws CSqlError.
 CSqlDatabase openDatabase(const std::string& path);
 /// Opens a database file that is there, to read it. Throws CSqlError.
 CSqlDatabase openDatabaseToRead(const std::string& path);
+
+/// Whether operations wait for locks, or fail at once.
+void waitForLocks(sqlite3* database, bool wait);
 
 /// Runs statements without arguments or results. Throws CSqlError.
 void execute(sqlite3* database, const char* sql);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 
 namespace desk {
 namespace {
@@ -59,6 +60,50 @@ int giveWholeUnits(int units, const std::vector<double>& weights, std::vector<in
     return left;
 }
 
+/// What each account can still take, counted in units. An account without a usable weight takes nothing.
+std::vector<std::int64_t> roomOf(const std::vector<double>& weights,
+                                 const std::vector<std::int64_t>& closable, int unit) {
+    std::vector<std::int64_t> room;
+    for (std::size_t i = 0; i < weights.size(); ++i)
+        room.push_back(isUsable(weights[i]) ? std::max<std::int64_t>(0, closable[i]) / unit : 0);
+    return room;
+}
+
+std::int64_t sumOf(const std::vector<std::int64_t>& numbers) {
+    return std::accumulate(numbers.begin(), numbers.end(), std::int64_t{0});
+}
+
+/// Gives out units by weight, to each account at most its room; all rooms together hold them. Each round
+/// fills an account or is the last.
+std::vector<int> fillRooms(int units, std::vector<double> weights, std::vector<std::int64_t> room) {
+    std::vector<int> given(weights.size(), 0);
+    while (units > 0) {
+        for (std::size_t i = 0; i < weights.size(); ++i) {
+            if (room[i] == 0) weights[i] = 0;
+        }
+        const std::vector<int> parts = splitOverAccounts(units, weights, 1).m_volumes;
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            const int taken = static_cast<int>(std::min<std::int64_t>(parts[i], room[i]));
+            given[i] += taken;
+            room[i] -= taken;
+            units -= taken;
+        }
+    }
+    return given;
+}
+
+bool canClose(const std::vector<int>& volumes, const std::vector<std::int64_t>& closable) {
+    return std::equal(volumes.begin(), volumes.end(), closable.begin(),
+                      [](int volume, std::int64_t most) { return volume <= most; });
+}
+
+void serveFirst(std::vector<int>& volumes, int unit, std::int64_t room) {
+    const auto most = std::max_element(volumes.begin(), volumes.end());
+    if (volumes.front() > 0 || room == 0 || *most < unit) return;
+    *most -= unit;
+    volumes.front() = unit;
+}
+
 } // namespace
 
 CSplitResult splitOverAccounts(int volume, const std::vector<double>& weights, int unit) {
@@ -83,6 +128,27 @@ CSplitResult splitOverAccounts(int volume, const std::vector<double>& weights, i
     const auto heaviest = std::max_element(scaled.begin(), scaled.end()) - scaled.begin();
     volumes[static_cast<std::size_t>(heaviest)] += volume % unit;
     return {{}, volumes};
+}
+
+CSplitResult splitClosing(int volume, const std::vector<double>& weights, int unit,
+                          const std::vector<std::int64_t>& closable, EFirstAccount first) {
+    CSplitResult result = splitOverAccounts(volume, weights, unit);
+    if (result.m_volumes.empty() || volume == 0 || closable.size() != weights.size()) return result;
+    unit = std::max(unit, 1);
+    const std::vector<std::int64_t> room = roomOf(weights, closable, unit);
+    if (!canClose(result.m_volumes, closable)) {
+        const std::vector<std::int64_t> all = roomOf(weights, closable, 1);
+        if (sumOf(all) == volume) {
+            std::transform(all.begin(), all.end(), result.m_volumes.begin(),
+                           [](std::int64_t most) { return static_cast<int>(most); });
+        } else if (sumOf(all) > volume && volume % unit == 0 && sumOf(room) >= volume / unit) {
+            result.m_volumes = fillRooms(volume / unit, weights, room);
+            for (int& given : result.m_volumes)
+                given *= unit;
+        }
+    }
+    if (first == EFirstAccount::MustClose) serveFirst(result.m_volumes, unit, room.front());
+    return result;
 }
 
 } // namespace desk

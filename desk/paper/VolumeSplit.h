@@ -2,6 +2,7 @@
 
 #include "base/KNError.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace desk {
@@ -29,5 +30,21 @@ struct CSplitResult {
 ///
 /// Funds and positions play no part: the broker rejects what an account lacks.
 CSplitResult splitOverAccounts(int volume, const std::vector<double>& weights, int unit);
+
+/// Whether a closing order counts only if its first account gets something.
+enum class EFirstAccount { MayBeLeftOut, MustClose };
+
+/// Divides a volume that closes positions. `closable` is what each account can close. Pure.
+///
+/// The rule: by weight, as splitOverAccounts divides it, if every account can close its part. Otherwise each
+/// account gets at most what it can close, in whole units; what is over goes by weight to those that can
+/// close more. If all accounts together can close exactly the volume, each closes all it can, odd lots
+/// included. If they can close less than the volume, or if whole units do not make it up, the volume is
+/// divided by weight alone: nobody can say which account is to be refused.
+///
+/// MustClose: a first account that can close a unit and would get nothing gets one of the account that has
+/// the most. The volumes sum to the volume in every case.
+CSplitResult splitClosing(int volume, const std::vector<double>& weights, int unit,
+                          const std::vector<std::int64_t>& closable, EFirstAccount first);
 
 } // namespace desk

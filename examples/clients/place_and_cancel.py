@@ -107,7 +107,7 @@ def number_between(least, most, kind):
 def read_arguments():
     parser = argparse.ArgumentParser(description="Places one order over the order socket.")
     parser.add_argument("--user", type=plain_text, help="login name; the password is in ORDER_SOCKET_PASS")
-    parser.add_argument("--cancel", type=int, metavar="TASK", help="number of a task to cancel afterwards")
+    parser.add_argument("--cancel", type=int, metavar="TASK", help="task to cancel afterwards")
     parser.add_argument("--timeout", type=number_between(0.001, 3600, float), default=10, metavar="SECONDS")
     parser.add_argument("host", metavar="HOST")
     parser.add_argument("port", metavar="PORT", type=number_between(1, 65535, int))

@@ -1,229 +1,179 @@
 #pragma once
 
-// The least that a host must bring: one user, one account, one instrument with a fixed price, and an order
-// client that prints what it is given. A real client answers the same questions from its own services.
+// The least that a stock host must bring: one user with one account, one stock with a fixed price, and an
+// order client that prints what it is given. All else is left to the kit's default answers.
 
-#include <platform/AlgorithmTradeHelper.h>
-#include <platform/ExchangeClient.h>
-#include <platform/Host.h>
-#include <platform/InstrumentTypes.h>
-#include <platform/IntakeAudit.h>
-#include <platform/LuaModuleCtrl.h>
+#include <kit/DefaultServices.h>
+#include <kit/ExchangeClientBase.h>
+#include <kit/InstrumentTypesBase.h>
+#include <kit/QuoteBases.h>
+#include <kit/TradeClientBase.h>
+#include <kit/UserConfigBase.h>
 #include <platform/MsgService.h>
 #include <platform/OrderClient.h>
-#include <platform/Quote.h>
-#include <platform/TimeService.h>
-#include <platform/TradeClient.h>
-#include <platform/TradeFrameworkSource.h>
-#include <platform/TraderCenter.h>
-#include <platform/TradingRules.h>
-#include <platform/UserConfig.h>
+
+#include <boost/make_shared.hpp>
 
 #include <future>
+#include <mutex>
+#include <ostream>
 
 namespace minimal {
 
-extern const char* const kAccount;
-extern const char* const kMarket;
-extern const char* const kCode;
-extern const double kPrice;
+inline const QString kAccount = QStringLiteral("A1");
+inline const QString kStockKey = QStringLiteral("SH600000"); // full code: market and code
+inline constexpr double kPrice = 10.5;
 
-class CUser : public TC::CUserConfig, public TC::CUserManager {
+/// Prints whole lines from any thread.
+class CScreen {
 public:
-    TC::CUserConfig* getUserConfig() override { return this; }
-    bool hasOrderService() const override { return true; }
-    bool hasUserAuth(TC::EUserAuth) const override { return true; }
-    bool hasShowTradeFrameworkPermission() const override { return false; }
-    bool hasOrderEncryptionService() const override { return false; }
-    std::string getUserName() const override { return "demo"; }
-    int getUserKind() const override { return 100; }
-    int getMaxOrderServerNum() const override { return 10; }
-    int getMaxOrderServerNumSocket() const override { return 10; }
-    int getMinFileServiceInterval() const override { return 50; }
-    TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef) const override { return {}; }
-    const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType, const QString&) const override {
-        return nullptr;
+    explicit CScreen(std::ostream& out) : m_out(out) {}
+    void print(const QString& line) {
+        const std::lock_guard lock(m_mutex);
+        m_out << line.toStdString() << std::endl;
     }
-    bool hasAccount(const QString& name) const override { return name == QLatin1String(kAccount); }
-    bool hasSimpleAccount(const QString&) const override { return false; }
-    void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
-                            std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
-                            bool simple) const override;
-    TC::CAccountPtr getAccountData(const QString& key) const override;
-    bool isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC::EQDBrokerType, const std::string&,
-                          const std::string&, TC::EOrderType) const override {
-        return true;
-    }
-    TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting) const override { return {}; }
-    TC::CBasketMap getBaskets() const override { return {}; }
-    TC::COrderStrategyMap* getStrategyMap() override { return &m_strategies; }
 
 private:
-    TC::COrderStrategyMap m_strategies;
+    std::ostream& m_out;
+    std::mutex m_mutex;
 };
 
-/// Prints each command; `arrived` becomes ready with the first.
+class CUser : public kit::CUserConfigBase, public TC::CUserManager {
+public:
+    TC::CUserConfig* getUserConfig() override { return this; } // logged in from beginning to end
+    bool hasOrderService() const override { return true; }
+    std::string getUserName() const override { return "demo"; }
+    int getUserKind() const override { return 100; } // may issue commands
+    int getMaxOrderServerNum() const override { return 10; }
+    TC::CAccountPtr getAccountData(const QString& key) const override {
+        if (key != kAccount) return nullptr;
+        return boost::make_shared<kit::CPlainAccount>(key.toStdString(), TC::EQDBrokerType::Stock);
+    }
+};
+
+/// Where a real host sends the command to its trading layer. `ordered` becomes ready with the first answer:
+/// true for a command, false for a refusal.
 class COrders : public TC::COrderClient {
 public:
-    void orderCommands(const TC::COrderComandParamPtr& command) override;
-    void showTradeError(const QString& text, const QString& title) override;
+    explicit COrders(CScreen& screen) : m_screen(screen) {}
 
-    std::promise<bool> arrived;
+    void orderCommands(const TC::COrderComandParamPtr& command) override {
+        for (const TC::CCodeOrderParam& record : command->m_codes) {
+            const std::string account = record.m_account ? record.m_account->getKey() : "none";
+            m_screen.print(
+                QStringLiteral("command: account %1, %2, operation %3, volume %4, price %5")
+                    .arg(QString::fromStdString(account))
+                    .arg(QString::fromStdString(record.m_stock.m_strMarket + record.m_stock.m_strCode))
+                    .arg(static_cast<int>(record.m_eOperationType))
+                    .arg(record.m_nVolume)
+                    .arg(record.m_dPrice));
+        }
+        answer(true);
+    }
+    void showTradeError(const QString& text, const QString& title) override {
+        m_screen.print(title + QStringLiteral(": ") + text);
+        answer(false);
+    }
+
+    std::promise<bool> ordered;
 
 private:
-    void answer(bool ordered);
-    bool m_bAnswered = false;
+    void answer(bool isCommand) {
+        std::call_once(m_first, [&] { ordered.set_value(isCommand); });
+    }
+
+    CScreen& m_screen;
+    std::once_flag m_first;
 };
 
-class CTrading : public TC::CTradeClient {
-    Q_OBJECT
+class CTrading : public kit::CTradeClientBase {
 public:
+    explicit CTrading(CScreen& screen) : m_screen(screen) {}
     TC::EBROKER_LOGIN_STATUS getLoginStatus(const std::string&) override {
         return TC::EBROKER_LOGIN_STATUS::LoggedIn;
     }
-    std::vector<int> splitEntrusts(int volume, double, TC::EPriceType,
-                                   const std::vector<TC::CAccountInfoPtr>& accounts,
-                                   const std::vector<double>&, TC::EPositionType, const std::string&,
-                                   const std::string&, TC::EOperationType, TC::EHedge_Flag_Type,
-                                   const boost::shared_ptr<utils::KNError>&) override;
-    std::vector<double> splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>& accounts,
-                                   const std::vector<double>&, TC::EPositionType, TC::EOperationType,
-                                   const boost::shared_ptr<utils::KNError>&) override;
-    void cancelTask(int, int, const std::string&, const std::string&, const std::string&,
-                    const CCancelCallback&, int) override {}
+    void cancelTask(int taskId, int, const std::string&, const std::string&, const std::string&,
+                    const CCancelCallback& callback, int) override {
+        m_screen.print(QStringLiteral("cancel of the unknown task %1").arg(taskId));
+        if (callback) callback(utils::KNError(1, "unknown task"));
+    }
+
+private:
+    CScreen& m_screen;
 };
 
-class CExchange : public TC::CExchangeClient {
-    Q_OBJECT
+class CExchange : public kit::CExchangeClientBase {
 public:
-    bool hasStock(const QString& stockKey) override;
-    TC::CInstrumentDetailPtr getCodeInfo(const QString& stockKey) override;
+    TC::CInstrumentDetailPtr getCodeInfo(const QString& stockKey) override {
+        if (stockKey != kStockKey) return nullptr;
+        const auto detail = boost::make_shared<TC::CInstrumentDetail>();
+        detail->m_strMarket = "SH";
+        detail->m_strCode = "600000";
+        return detail;
+    }
     std::string getMaxTradingDay() override { return "20260102"; }
 };
 
-class CQuotes : public TC::CQuoteClient {
+class CQuote : public kit::CPriceDataBase {
 public:
-    TC::CPriceDataPtr getStockPrice(const QString& stockKey) override;
-    boost::shared_ptr<TC::CQuoteRequest> subscribe(const QString&, const TC::CQuoteRequest::CCallback&,
-                                                   TC::ESubscribeType) override;
+    CQuote() {
+        m_dLastPrice = m_dFallbackPrice = kPrice;
+        m_nDayCount = 1; // it trades
+    }
+    double getOriginPrice(TC::EPriceType, TC::EOperationType) const override { return kPrice; }
+};
+
+class CQuotes : public kit::CQuoteClientBase {
+public:
+    TC::CPriceDataPtr getStockPrice(const QString& stockKey) override {
+        return stockKey == kStockKey ? boost::make_shared<CQuote>() : nullptr;
+    }
+};
+
+class CTypes : public kit::CInstrumentTypesBase {
+public:
+    bool isTypedStock(int type, const std::string& market, const std::string& code) override {
+        return type == knservice::kTypeTradableStock && QString::fromStdString(market + code) == kStockKey;
+    }
+    int getTradeMinUnit(const std::string&, const std::string&, TC::EOperationType) override { return 100; }
 };
 
 class CMessages : public TC::CMsgService {
 public:
-    void showMsg(const QString& text, TC::EMsgTypeDef, TC::MsgLevel, bool, bool, const QString&) override;
-};
-
-class CRules : public TC::CTradingRules {
-public:
-    QString qdStockKey(const QString& market, const QString& code) override { return market + code; }
-    TC::EQDBrokerType orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType) override {
-        return TC::EQDBrokerType::Stock;
-    }
-    QString getAccountFromOrderParam(const QString& part1, const QString&) override { return part1; }
-    bool parserOrderTradeParam(const std::string&, TC::COrderTradeParam&) override { return false; }
-    void orderSettingFromString(TC::COrderSetting&, const QString&) override {}
-    void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
-                             TC::EOperationType, int, double price, const TC::CPriceDataPtr&) override;
-    void fixTimeRange(TC::CCodeOrderParam&) override {}
-    // Shares only: what is bought is held, what is sold is closed, and nobody borrows.
-    bool isBuy(TC::EOperationType operation) override { return operation == TC::EOperationType::Buy; }
-    bool isClose(TC::EOperationType operation) override { return operation == TC::EOperationType::Sell; }
-    bool isDirectRepay(TC::EOperationType) override { return false; }
-    TC::EEntrustTypes operationTypeToEntrustType(TC::EOperationType) override {
-        return TC::unsetEnum<TC::EEntrustTypes>();
-    }
-    bool isMarketPrice(TC::EPriceType) override { return false; }
-    bool isAlgoOrderType(TC::EOrderType) override { return false; }
-    TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType) override {
-        return TC::ETradePlatform::Plain;
-    }
-    QString orderStrategyTypeToOrderTitle(TC::EOrderStrategyType) override {
-        return QStringLiteral("[order]");
-    }
-    QString orderStrategyTypeToString(TC::EOrderStrategyType type) override { return number(type); }
-    QString orderStrategyOrderTypeToString(int orderType) override { return QString::number(orderType); }
-    QString orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType type) override { return number(type); }
-    QString knPriceTypeToString(TC::EPriceType type, const std::string&, bool) override {
-        return number(type);
+    explicit CMessages(CScreen& screen) : m_screen(screen) {}
+    void showMsg(const QString& text, TC::EMsgTypeDef, TC::MsgLevel, bool, bool, const QString&) override {
+        m_screen.print(QStringLiteral("message: ") + text);
     }
 
 private:
-    template<typename E>
-    static QString number(E value) {
-        return QString::number(static_cast<int>(value));
-    }
+    CScreen& m_screen;
 };
 
-class CTypes : public knservice::CInstrumentTypes {
-public:
-    bool isTypedStock(int type, const std::string&, const std::string&) override {
-        return type == knservice::kTypeTradableStock;
-    }
-    int getTradeMinUnit(const std::string&, const std::string&, TC::EOperationType) override { return 100; }
-    int getUiMinUnit(const std::string&, const std::string&, bool) override { return 100; }
-};
-
-class CTime : public TC::CTimeService {
-public:
-    std::int64_t currentTime() override;
-};
-
-class CAlgorithms : public TC::CAlgorithmTradeHelper {
-public:
-    bool getAlgOrderSettingFromString(const std::string&, TC::CAlgorithmOrderSettingPtr&) override {
-        return false;
-    }
-    std::string getAlgParamsStr(TC::EOrderType, const TC::CAlgorithmOrderSettingPtr&,
-                                const std::vector<TC::CCodeOrderParam>&) override {
-        return {};
-    }
-};
-
-class CAudit : public TC::CIntakeAudit {
-public:
-    void recordIntake(const TC::CIntakeReport&) override {}
-    void recordDoor(const TC::CDoorReport&) override {}
-};
-
-class CTasks : public knservice::TraderCenter, public knservice::CTaskCenter, public knservice::CDataCenter {
-public:
-    knservice::CTaskCenter& getTaskCenter() override { return *this; }
-    knservice::CDataCenter& getDataCenter() override { return *this; }
-    // This host watches no positions and no portfolios.
-    boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string&) override { return nullptr; }
-    boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return nullptr; }
-    std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int) override { return {}; }
-};
-
-class CFramework : public knservice::CTradeFrameworkSource {
-public:
-    void switchTradingDate(const std::string&) override {}
-    knservice::TradeInterfaceList getAllInterfaces() override { return {}; }
-};
-
-class CSwitches : public luawrapper::LuaModuleCtrl {
-public:
-    bool checkModule(const std::vector<std::string>&) override { return false; }
-};
-
-/// All services of the minimal host, ready for TC::installHost.
+/// All services together, ready for TC::installHost. Must live until TC::releaseHost.
 struct CMinimalHost {
+    explicit CMinimalHost(std::ostream& out) : screen(out) {}
+
+    TC::CHost services() {
+        TC::CHost host = defaults.services();
+        host.userManager = &user;
+        host.orderClient = &orders;
+        host.tradeClient = &trading;
+        host.exchangeClient = &exchange;
+        host.quoteClient = &quotes;
+        host.instrumentTypes = &types;
+        host.msgService = &messages;
+        return host;
+    }
+
+    CScreen screen;
+    kit::CDefaultServices defaults;
     CUser user;
-    COrders orders;
-    CTrading trading;
+    COrders orders{screen};
+    CTrading trading{screen};
     CExchange exchange;
     CQuotes quotes;
-    CMessages messages;
-    CRules rules;
     CTypes types;
-    CTime time;
-    CAlgorithms algorithms;
-    CAudit audit;
-    CTasks tasks;
-    CFramework framework;
-    CSwitches switches;
-
-    TC::CHost services();
+    CMessages messages{screen};
 };
 
 } // namespace minimal

@@ -10,14 +10,14 @@
 
 namespace {
 
-/// A strategy that takes orders by a call, not from a file; returns its channel, or -1.
+/// A strategy that takes orders by a call, not from a file; gives its channel, or -1.
 int startStrategy(TC::COrderService& service) {
     const int channel = service.addOrderStrategy(TC::EOrderStrategyType::Interface);
     TC::COrderStrategyParam strategy = service.getStrategyMap().value(channel);
     strategy.m_eSelectedAccountType = TC::ESelectedAccountType::Account;
-    strategy.m_strSelectedAccount = QLatin1String(minimal::kAccount);
-    strategy.m_strSignalSource = QStringLiteral("call");
-    strategy.m_strCode = QLatin1String(minimal::kCode);
+    strategy.m_strSelectedAccount = minimal::kAccount;
+    strategy.m_strSignalSource = QStringLiteral("call"); // must not be empty
+    strategy.m_strCode = minimal::kStockKey;             // for orders that name no code
     QString error;
     if (service.updateOrderStrategy(channel, strategy) != 0 ||
         service.startOrderStrategy(channel, error, true) != 0) {
@@ -30,8 +30,9 @@ int startStrategy(TC::COrderService& service) {
 TC::COrderParam buyOrder(int channel) {
     constexpr int kStockBuy = 23;
     TC::COrderSingleParam line;
-    line.m_strCode = QLatin1String(minimal::kCode);
+    line.m_strCode = minimal::kStockKey;
     line.m_nVolume = 300;
+    line.m_dPrice = minimal::kPrice;
     TC::COrderParam order;
     order.m_nOrderType = kStockBuy;
     order.m_nChannel = channel;
@@ -44,7 +45,7 @@ TC::COrderParam buyOrder(int channel) {
 
 int main(int argc, char** argv) {
     const QCoreApplication app(argc, argv);
-    minimal::CMinimalHost host;
+    minimal::CMinimalHost host(std::cout);
     const utils::KNError installed = TC::installHost(host.services());
     if (!installed.isSuccess()) {
         std::cerr << installed.errorMsg() << std::endl;
@@ -59,7 +60,7 @@ int main(int argc, char** argv) {
     const int channel = startStrategy(service);
     if (channel > 0) {
         service.placeorder(buyOrder(channel));
-        ordered = host.orders.arrived.get_future().get();
+        ordered = host.orders.ordered.get_future().get();
     }
 
     service.shutdown();

@@ -19,7 +19,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// A text that is no JSON object. what() tells the reason and, where it is known, the place.
+/// A text that is not a JSON object, or one that a document cannot hold. what() tells the reason and, if it
+/// is known, the place.
 class CJsonError : public CError {
 public:
     using CError::CError;
@@ -66,7 +67,7 @@ public:
     ///    others have the shortest text that reads back equal;
     ///  - text that is not UTF-8 has U+FFFD in the places of its bad bytes;
     ///  - what JSON has no form for, such as a date or a number that is not finite, is an object with one
-    ///    "$" key, which fromjson understands.
+    ///    "$" key, which fromjson reads back.
     std::string jsonString() const;
 
     /// Whether jsonString writes every text as it is: whether all of them are UTF-8.
@@ -79,9 +80,17 @@ private:
     boost::shared_ptr<const std::vector<std::uint8_t>> m_pBytes; // null: the empty document
 };
 
-/// Reads the text of one JSON object; keys keep their order. An integer is an int32 where it fits one and an
-/// int64 otherwise; what has a point or an exponent is a double. Throws CJsonError where the text is anything
-/// else: empty, an array, an object with more behind it, not UTF-8, an integer above 64 bits, too deep.
+/// Reads the text of one JSON object, exactly as RFC 8259 has it: UTF-8 without a byte order mark, blanks and
+/// nothing else around it. Keys keep their order, and a key that comes twice stays twice; the readers below
+/// take the first.
+///  - An integer is an int32 if it fits one, otherwise an int64. -0 is the integer 0.
+///  - What has a point or an exponent is the nearest double, so one that is too small becomes 0.
+///  - An object that jsonString writes for a value that JSON has no form for is read as that value. Every
+///    other object stays an object, whatever its keys.
+/// Throws CJsonError if the text is not such an object, and if a document cannot hold it: a NUL character in
+/// a key (in a text it is kept), an escaped half of a surrogate pair, an integer beyond 64 bits, a number
+/// beyond the range of a double, more than BSONObj::kMaxDepth levels, more than 2 GB. The depth of a text
+/// costs no stack.
 BSONObj fromjson(const std::string& text);
 
 /// Makes a document key by key. Throws CError where it grows above the 2 GB of a document.

@@ -1,6 +1,7 @@
 #include "base/BsonText.h"
 
 #include "base/Bson.h"
+#include "base/BsonExtended.h"
 #include "base/Text.h"
 
 #include <QString>
@@ -131,22 +132,11 @@ void CJsonWriter::writeEscaped(std::string_view text) {
     }
 }
 
-/// Leaves the types that JSON lacks to the library. It writes whole documents only, so the value is put into
-/// one under the empty key and cut out again. It gives nothing for bytes that are not UTF-8.
+/// libbson writes the types that JSON lacks. It gives nothing for bytes that are not UTF-8.
 void CJsonWriter::writeExtended(const bson_iter_t& iter) {
-    constexpr std::string_view kBefore = "{ \"\" : ";
-    constexpr std::string_view kBehind = " }";
-    bson_t document = BSON_INITIALIZER;
-    bson_append_iter(&document, "", 0, &iter);
-    std::size_t size = 0;
-    char* text = bson_as_relaxed_extended_json(&document, &size);
-    const std::string_view whole(text != nullptr ? text : "", size);
-    const bool isWritten = whole.size() > kBefore.size() + kBehind.size();
-    if (!isWritten) m_json.isRepaired = true;
-    m_text +=
-        isWritten ? whole.substr(kBefore.size(), whole.size() - kBefore.size() - kBehind.size()) : "null";
-    bson_free(text);
-    bson_destroy(&document);
+    const std::string text = extendedText(iter);
+    if (text.empty()) m_json.isRepaired = true;
+    m_text += text.empty() ? std::string("null") : text;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "base/Clock.h"
 
+#include "base/StopRequest.h"
+
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -15,6 +17,7 @@ public:
     void sleep(double seconds) override {
         std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
     }
+    void sleepUnlessStopped(double seconds, const CStopRequest& stop) override { stop.waitFor(seconds); }
     QDateTime currentDateTime() override { return QDateTime::currentDateTime(); }
 };
 
@@ -32,6 +35,10 @@ IClock& clock() {
 
 } // namespace
 
+void IClock::sleepUnlessStopped(double seconds, const CStopRequest& stop) {
+    if (!stop.isMade()) sleep(seconds);
+}
+
 void installClock(IClock* clock) {
     s_installedClock.store(clock);
 }
@@ -42,6 +49,10 @@ double getTime() {
 
 void sleep(double seconds) {
     clock().sleep(seconds);
+}
+
+void sleepUnlessStopped(double seconds, const CStopRequest& stop) {
+    clock().sleepUnlessStopped(seconds, stop);
 }
 
 QDateTime currentDateTime() {

@@ -4,6 +4,8 @@
 
 namespace utils {
 
+class CStopRequest;
+
 /// The one source of time. Library code reads the time and sleeps through the functions below and nowhere
 /// else, so that a test can put a clock of its own behind them.
 class IClock {
@@ -16,6 +18,11 @@ public:
     /// Blocks the calling thread for that many seconds. Any thread.
     virtual void sleep(double seconds) = 0;
 
+    /// Blocks the calling thread for that many seconds, or until the request is made. Returns at once if it
+    /// has been made already. Any thread. A clock that does not override it does not wake up during the
+    /// sleep.
+    virtual void sleepUnlessStopped(double seconds, const CStopRequest& stop);
+
     /// Local date and time. Any thread.
     virtual QDateTime currentDateTime() = 0;
 };
@@ -26,6 +33,7 @@ void installClock(IClock* clock);
 
 double getTime();
 void sleep(double seconds);
+void sleepUnlessStopped(double seconds, const CStopRequest& stop);
 QDateTime currentDateTime();
 
 } // namespace utils

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "check/CheckFrame.h"
 #include "check/CodeLookup.h"
+#include "check/CommandGuard.h"
 #include "check/PositionExchange.h"
 #include "check/Positions.h"
 #include "check/Reports.h"
@@ -14,8 +15,11 @@
 #include "platform/TradingRules.h"
 #include "records/Portfolio.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <iterator>
 #include <limits>
 
@@ -77,14 +81,69 @@ bool checkRowsGiven(const CBasket& basket) {
     return failCheck(basket.run, QString::fromUtf8(kBadOrderNumber));
 }
 
-void takeTargets(CBasket& basket) {
-    if (!isTargetOrder(basket.order.m_nOrderType)) return;
+bool failParams(const CBasket& basket) {
+    return failCheck(basket.run, QString::fromUtf8(kBadParams));
+}
+
+/// Whether there is an amount, and weights to share it out by; reports if not. An infinite weight would leave
+/// nothing to the other rows: as targets, all that is held of them would be sold.
+bool checkMoney(const CBasket& basket) {
+    const int number = basket.order.m_nOrderType;
+    const COrderStrategyParam& strategy = basket.run.strategy;
+    const bool isShared = isBasketHeaderOrder(number) || isTargetOrder(number);
+    if (!strategy.m_bUseAmount || !isShared || basket.order.m_bAll) return true;
+    double sum = 0;
+    for (const COrderSingleParam& row : qAsConst(basket.order.m_orders))
+        sum += row.m_dWeight;
+    const bool isGood = std::isfinite(sum) && !isInvalidPrice(finiteOrUnset(strategy.m_dAmount));
+    return isGood || failParams(basket);
+}
+
+/// A target below zero would sell more than is held.
+bool checkTargets(const CBasket& basket) {
+    const auto isGood = [&](const COrderSingleParam& row) {
+        return static_cast<std::int64_t>(row.m_nVolume) * basket.multiplier >= 0;
+    };
+    const QVector<COrderSingleParam>& rows = basket.order.m_orders;
+    return basket.order.m_bAll || std::all_of(rows.begin(), rows.end(), isGood) || failParams(basket);
+}
+
+/// The codes whose target has no volume.
+QSet<QString> unsetTargets(const QVector<COrderSingleParam>& rows) {
+    QSet<QString> codes;
+    for (const COrderSingleParam& row : rows) {
+        if (isUnset(row.m_nVolume)) codes.insert(row.m_strCode);
+    }
+    return codes;
+}
+
+/// The exchange takes the not-set volume of a target for a number of shares, and would buy what is missing to
+/// it. Such rows get no volume instead, so that the split refuses them: what is held stays. The command guard
+/// leaves them out, with a report.
+void leaveUnset(CBasket& basket, const QSet<QString>& codes) {
+    QVector<COrderSingleParam>& rows = basket.order.m_orders;
+    const auto isUnsetTarget = [&](const COrderSingleParam& row) { return codes.contains(row.m_strCode); };
+    for (COrderSingleParam& row : rows) {
+        if (isUnsetTarget(row)) row.m_nVolume = kUnsetInt;
+    }
+    if (!isCommandGuardOn()) return;
+    for (const QString& code : codes)
+        failCheck(basket.run, QString::fromUtf8(kUnsetTarget), code);
+    rows.erase(std::remove_if(rows.begin(), rows.end(), isUnsetTarget), rows.end());
+}
+
+bool takeTargets(CBasket& basket) {
+    if (!isTargetOrder(basket.order.m_nOrderType)) return true;
     const COrderStrategyParam& strategy = basket.run.strategy;
     if (strategy.m_bUseAmount) {
         basket.multiplier = 1;
         calcVolumnByWeight(basket.order.m_orders, strategy.m_dAmount);
     }
+    if (!checkTargets(basket)) return false;
+    const QSet<QString> unset = unsetTargets(basket.order.m_orders);
     exchangePosition(basket.run.accounts.front(), basket.order.m_orders, basket.multiplier);
+    leaveUnset(basket, unset);
+    return true;
 }
 
 /// The rows that name a known instrument, each with its quotes on the way, so that those of later rows arrive
@@ -125,23 +184,19 @@ bool mayStandInABasket(const CStockInfo& stock) {
 }
 
 double calcPriceOf(const CCheckRun& run, EOperationType op) {
-    if (!run.priceData) return kUnsetDouble;
-    return hostCall<&CPriceData::getPriceForCalc>.on(*run.priceData, run.setting.m_ePriceType, op,
-                                                     static_cast<int>(run.setting.m_eOrderType), {});
+    return calcPriceOf(run.priceData, run.setting.m_ePriceType, op,
+                       static_cast<int>(run.setting.m_eOrderType));
 }
 
 /// Calculation and order price go by the order's operation, also where the row has another.
 void takeRowPrices(CCheckRun& run, const CBasketRow& row) {
     if (run.setting.m_ePriceType == EPriceType::Specified) {
-        run.calcPrice = run.orderPrice = row.price;
+        run.calcPrice = run.orderPrice = finiteOrUnset(row.price);
         return;
     }
     run.calcPrice = calcPriceOf(run, run.op);
-    run.orderPrice =
-        run.priceData
-            ? hostCall<&CPriceData::getPriceForOrder>.on(*run.priceData, run.setting.m_ePriceType, run.op,
-                                                         static_cast<int>(run.setting.m_eOrderType), {})
-            : kUnsetDouble;
+    run.orderPrice = orderPriceOf(run.priceData, run.setting.m_ePriceType, run.op,
+                                  static_cast<int>(run.setting.m_eOrderType));
 }
 
 /// With its fraction, and of any size.
@@ -149,7 +204,8 @@ double rowVolume(const CBasket& basket, const CBasketRow& row) {
     const CCheckRun& run = basket.run;
     if (run.priceData && sharesMoney(basket)) {
         const double amount = run.strategy.m_dAmount;
-        const double price = isInvalidPrice(run.calcPrice) ? run.priceData->m_dLastPrice : run.calcPrice;
+        const double price =
+            isInvalidPrice(run.calcPrice) ? finiteOrUnset(run.priceData->m_dLastPrice) : run.calcPrice;
         if (basket.totalWeight == 0.0) return amount / static_cast<double>(basket.rows.size()) / price;
         return row.weight * amount / basket.totalWeight / price;
     }
@@ -157,18 +213,18 @@ double rowVolume(const CBasket& basket, const CBasketRow& row) {
     return static_cast<double>(row.volume) * basket.multiplier;
 }
 
-bool isRowPriceUsable(const CCheckRun& run, EOperationType op) {
+bool isRowPriceUsable(const CCheckRun& run, const CBasketRow& row) {
     if (!run.priceData) return false;
     const EPriceType priceType = run.setting.m_ePriceType;
-    if (priceType == EPriceType::Specified) return std::isfinite(run.orderPrice);
+    if (priceType == EPriceType::Specified) return std::isfinite(row.price);
     if (knservice::isMarketPrice(priceType)) return true;
-    const double price = hostCall<&CPriceData::getOriginPrice>.on(*run.priceData, priceType, op);
+    const double price = originPriceOf(run.priceData, priceType, row.op);
     return !isInvalidPrice(price) && !isZero(price);
 }
 
 /// A row without a usable price is told and goes on with nothing to trade.
-void dropUnpricedVolume(CCheckRun& run, EOperationType op) {
-    if (isRowPriceUsable(run, op)) return;
+void dropUnpricedVolume(CCheckRun& run, const CBasketRow& row) {
+    if (isRowPriceUsable(run, row)) return;
     showCheckFailure(utils::fillText(
         QStringLiteral("[%1]　通道号 [%2] 组合交易中, 证券 [%3] %4无效, 修改下单量为0!"),
         {orderStrategyText(run.order.m_eStrategyType), QString::number(run.strategy.m_nChannel), run.code,
@@ -208,7 +264,7 @@ bool placeRow(CBasket& basket, const CBasketRow& row) {
     const double volume = std::trunc(rowVolume(basket, row));
     if (volume < 0) return true;
     run.volume = truncateToInt(volume);
-    dropUnpricedVolume(run, op);
+    dropUnpricedVolume(run, row);
     if (isInvalidPrice(run.calcPrice)) run.calcPrice = calcPriceOf(run, op);
     splitVolumes(run, op);
     // A split that failed leaves the row without a record and without a word.
@@ -231,6 +287,7 @@ bool sellPosition(CCheckRun& run, const CAccountInfoPtr& account,
     if (isSuspended(run)) return true;
     run.orderPrice = kUnsetDouble;
     const int volume = truncateToInt(static_cast<double>(position.m_nAvailableVolume));
+    if (volume < 0) return true;
     CCodeOrderParam record = makeRecord(run, op, account, volume);
     if (!checkRecordPrice(run, record)) return false;
     // More than an order can name is not sold: half of it would be another order than the user's. What was
@@ -283,7 +340,7 @@ bool COrderServiceBase::checkAndFillOrderCompose(COrderParam& order, COrderStrat
         !resolveAccounts(basket.run)) {
         return false;
     }
-    takeTargets(basket);
+    if (!checkMoney(basket) || !takeTargets(basket)) return false;
     takeSetting(basket.run);
     collectRows(basket);
     const bool isPlaced = order.m_bAll ? sellAll(basket) : placeRows(basket);

@@ -11,6 +11,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <cmath>
 
 namespace TC {
@@ -31,8 +32,23 @@ bool isSettingTextRead(ESettingText rule, EOrderType orderType) {
     return rule == ESettingText::Always || !knservice::DataHelper::isAlgoOrderType(orderType);
 }
 
+void takeSettingText(CCheckRun& run) {
+    const COrderParam& order = run.order;
+    const ESettingText rule = run.family.m_eSettingText;
+    if (rule == ESettingText::OrderKindThenPlain) run.setting.m_eOrderType = order.m_eOrderType;
+    if (!isSettingTextRead(rule, order.m_eOrderType)) return;
+    orderSettingFromString(run.setting, QString::fromStdString(order.m_strOrderSetting));
+}
+
 QString sourceHead(const CCheckRun& run) {
     return QStringLiteral("[") + orderStrategyText(run.order.m_eStrategyType) + QStringLiteral("]　");
+}
+
+/// A limit that is not finite is as if not given, wherever it comes from.
+void takeFiniteLimit(double& limit, bool& isOn) {
+    if (std::isfinite(limit)) return;
+    limit = kUnsetDouble;
+    isOn = false;
 }
 
 /// True unless the amount is missing; an amount whose whole part is the not-set int counts as missing too.
@@ -43,12 +59,9 @@ bool isAmountUsable(double amount) {
 
 /// The price that turns the amount into a volume: the order's own, or a calculation price read anew.
 double priceOfAmount(const CCheckRun& run) {
-    if (run.setting.m_ePriceType != EPriceType::Specified) {
-        return run.priceData ? hostCall<&CPriceData::getPriceForCalc>.on(
-                                   *run.priceData, run.setting.m_ePriceType, run.op, 0, {})
-                             : kUnsetDouble;
-    }
-    return isInvalidPrice(run.calcPrice) && run.priceData ? run.priceData->m_dFallbackPrice : run.calcPrice;
+    if (run.setting.m_ePriceType != EPriceType::Specified)
+        return calcPriceOf(run.priceData, run.setting.m_ePriceType, run.op, 0);
+    return isInvalidPrice(run.calcPrice) ? fallbackPriceOf(run.priceData) : run.calcPrice;
 }
 
 void stampRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume,
@@ -65,10 +78,31 @@ void stampRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr&
 
 } // namespace
 
+double originPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
+    return quote ? finiteOrUnset(hostCall<&CPriceData::getOriginPrice>.on(*quote, priceType, op))
+                 : kUnsetDouble;
+}
+
+double calcPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType) {
+    return quote ? finiteOrUnset(
+                       hostCall<&CPriceData::getPriceForCalc>.on(*quote, priceType, op, orderType, {}))
+                 : kUnsetDouble;
+}
+
+double orderPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType) {
+    return quote ? finiteOrUnset(
+                       hostCall<&CPriceData::getPriceForOrder>.on(*quote, priceType, op, orderType, {}))
+                 : kUnsetDouble;
+}
+
+double fallbackPriceOf(const CPriceDataPtr& quote) {
+    return quote ? finiteOrUnset(quote->m_dFallbackPrice) : kUnsetDouble;
+}
+
 bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
     if (!quote) return false;
     return priceType == EPriceType::NoQuote || priceType == EPriceType::Specified ||
-           !isInvalidPrice(hostCall<&CPriceData::getOriginPrice>.on(*quote, priceType, op));
+           !isInvalidPrice(originPriceOf(quote, priceType, op));
 }
 
 bool failCheck(const CCheckRun& run, const QString& pattern, const QString& argument) {
@@ -103,7 +137,7 @@ bool checkStockPrice(const CCheckRun& run) {
 }
 
 int volumeOfAmount(const CCheckRun& run, double fixedPrice) {
-    const double amount = run.strategy.m_dAmount;
+    const double amount = finiteOrUnset(run.strategy.m_dAmount);
     const double price = priceOfAmount(run);
     if (!isAmountUsable(amount) || isInvalidPrice(price) || isZero(price)) return kUnsetInt;
     return truncateToInt(amount / (isInvalidPrice(fixedPrice) ? price : fixedPrice));
@@ -140,11 +174,9 @@ void takeSetting(CCheckRun& run) {
     run.setting = run.strategy.setting(findFamily(run.family.m_eTradeType)->m_eSlot);
     if (run.line() != nullptr && run.family.m_pfnLineIntoSetting != nullptr)
         run.family.m_pfnLineIntoSetting(*run.line(), run.setting);
-    if (order.m_strOrderSetting.empty()) return;
-    const ESettingText rule = run.family.m_eSettingText;
-    if (rule == ESettingText::OrderKindThenPlain) run.setting.m_eOrderType = order.m_eOrderType;
-    if (!isSettingTextRead(rule, order.m_eOrderType)) return;
-    orderSettingFromString(run.setting, QString::fromStdString(order.m_strOrderSetting));
+    if (!order.m_strOrderSetting.empty()) takeSettingText(run);
+    takeFiniteLimit(run.setting.m_dFirstLimit, run.setting.m_bFirstLimitOn);
+    takeFiniteLimit(run.setting.m_dSecondLimit, run.setting.m_bSecondLimitOn);
 }
 
 bool resolveCode(CCheckRun& run) {
@@ -195,10 +227,8 @@ void takePrices(CCheckRun& run) {
         const COrderSingleParam* line = run.line();
         run.calcPrice = run.orderPrice = line != nullptr ? finiteOrUnset(line->m_dPrice) : kUnsetDouble;
     } else if (run.priceData) {
-        run.calcPrice = hostCall<&CPriceData::getPriceForCalc>.on(*run.priceData, run.setting.m_ePriceType,
-                                                                  run.op, 0, {});
-        run.orderPrice = hostCall<&CPriceData::getPriceForOrder>.on(*run.priceData, run.setting.m_ePriceType,
-                                                                    run.op, 0, {});
+        run.calcPrice = calcPriceOf(run.priceData, run.setting.m_ePriceType, run.op, 0);
+        run.orderPrice = orderPriceOf(run.priceData, run.setting.m_ePriceType, run.op, 0);
     }
 }
 
@@ -221,18 +251,26 @@ boost::shared_ptr<utils::KNError> splitVolumes(CCheckRun& run, EOperationType op
         run.volume, run.calcPrice, run.setting.m_ePriceType, run.accounts, run.ratios,
         run.strategy.m_ePositionType, isNamed ? run.stock().m_strMarket : unnamed,
         isNamed ? run.stock().m_strCode : unnamed, op, EHedge_Flag_Type::Speculation, error);
+    // A host that rounds its shares may give single accounts a part above zero of a total below it.
+    if (run.volume < 0) {
+        for (int& volume : run.volumes)
+            volume = std::min(volume, 0);
+    }
     return error;
 }
 
 bool checkSplitCount(const CCheckRun& run, std::size_t count, const utils::KNError& error) {
-    if (count == run.accounts.size()) return true;
+    return count == run.accounts.size() || failSplit(run, error);
+}
+
+bool failSplit(const CCheckRun& run, const utils::KNError& error) {
     showCheckFailure(sourceHead(run) + QStringLiteral("分单失败: ") +
                      QString::fromStdString(error.errorMsg()));
     return false;
 }
 
 bool splitOverAccounts(CCheckRun& run) {
-    if (isInvalidPrice(run.calcPrice) && run.priceData) run.calcPrice = run.priceData->m_dFallbackPrice;
+    if (isInvalidPrice(run.calcPrice)) run.calcPrice = fallbackPriceOf(run.priceData);
     const auto error = splitVolumes(run, run.op);
     if (run.family.m_pfnCheckVolumes != nullptr && !run.family.m_pfnCheckVolumes(run)) return false;
     return checkSplitCount(run, run.volumes.size(), *error);
@@ -246,7 +284,10 @@ CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccou
 }
 
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record) {
-    if (record.m_ePriceType != EPriceType::Specified || !isZero(record.m_dPrice)) return true;
+    if (record.m_ePriceType != EPriceType::Specified) return true;
+    if (!std::isfinite(record.m_dPrice)) // what the host made of a good price
+        return failPrice(run, QString::fromUtf8(kBadStockPrice), record.m_stock.m_strCode);
+    if (!isZero(record.m_dPrice)) return true;
     showCheckFailure(sourceHead(run) + QStringLiteral("不能以0为模型价报单!"));
     return false;
 }

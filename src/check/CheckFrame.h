@@ -17,8 +17,9 @@ namespace TC {
 
 struct CCheckRun;
 
-/// What nearly all families say about an order of several lines.
-inline constexpr char kTooManyLines[] = "[%1]　通道号: %2, 下单参数不合法!";
+/// What is said about parameters that make no order. Nearly all families say it about an order of several
+/// lines.
+inline constexpr char kBadParams[] = "[%1]　通道号: %2, 下单参数不合法!";
 /// What all say about a number that is none of theirs, and some about lines that do not fit it.
 inline constexpr char kBadOrderNumber[] = "[%1]　通道号: %2, 下单指令不合法!";
 /// What nearly all say about a price that cannot be used, through failPrice: %2 is the code, %3 the price
@@ -54,7 +55,7 @@ int plainVolumeOfAmount(const CCheckRun& run);
 struct CFamilyCheck {
     EOrderStrategyTradeType m_eTradeType;
     /// Report where an order has more lines than the family takes.
-    const char* m_pszTooManyLines = kTooManyLines;
+    const char* m_pszTooManyLines = kBadParams;
     ESettingText m_eSettingText = ESettingText::Always;
     EQuoteWait m_eQuoteWait = EQuoteWait::UnlessSpecified;
     ESplitInstrument m_eSplitInstrument = ESplitInstrument::Named;
@@ -137,18 +138,27 @@ bool finishCheck(CCheckRun& run);
 
 /// Puts instrument, operation and the user's name into run.record, which all records of the order start from.
 void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock);
+/// The prices of a quote as the checks use them: unset if there is no quote, and finite otherwise.
+double originPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);
+double calcPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType);
+double orderPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType);
+double fallbackPriceOf(const CPriceDataPtr& quote);
 /// Whether the quote has a price of the type; types whose price stands elsewhere need a quote alone.
 bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);
 /// The quote of a key, waited for up to two seconds until it has a price of the type.
 CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOperationType op, EQuoteWait rule);
-/// Splits the run's volume; the volumes may be of any number. The error tells why.
+/// Splits the run's volume; the volumes may be of any number. The error tells why. None is above 0 if the
+/// run's volume is below 0.
 boost::shared_ptr<utils::KNError> splitVolumes(CCheckRun& run, EOperationType op);
 /// Whether there is one volume for each account; reports a failed split where not.
 bool checkSplitCount(const CCheckRun& run, std::size_t count, const utils::KNError& error);
+/// The report of a failed split. Always false.
+bool failSplit(const CCheckRun& run, const utils::KNError& error);
 /// A copy of the run's record stamped with setting, price, account and volume.
 CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
                            int volume);
-/// False, after a report, where the record is to go out at a price of zero.
+/// False, after a report, if the record would go out at a specified price of zero or at one that is not
+/// finite.
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record);
 
 /// Whether the price can be used; reports nothing.

@@ -1,6 +1,7 @@
 #include "check/OrderServiceBase.h"
 
 #include "base/Clock.h"
+#include "check/CommandGuard.h"
 #include "check/OrderKind.h"
 #include "platform/AlgorithmTradeHelper.h"
 #include "platform/HostCall.h"
@@ -87,6 +88,11 @@ void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType he
     command->m_strRemark = order.m_strRemark;
     command->m_strCreateTime =
         utils::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss:zzz")).toStdString();
+    sendCommand(command, order);
+}
+
+void COrderServiceBase::sendCommand(const COrderComandParamPtr& command, const COrderParam& order) const {
+    if (isCommandGuardOn() && !passesCommandGuard(*command, order)) return;
     hostCall<&COrderClient::orderCommands>(command);
 }
 
@@ -98,7 +104,8 @@ std::string COrderServiceBase::get3rdAlgoParam(const COrderParam& order,
     if (!order.m_strOrderSetting.empty()) {
         constexpr int kFinalText = 1;
         if (order.m_nSettingKind == kFinalText) return order.m_strOrderSetting;
-        CAlgorithmOrderSettingPtr setting;
+        // Made here: a host may fill this one or put its own record in its place.
+        CAlgorithmOrderSettingPtr setting = boost::make_shared<CAlgorithmOrderSetting>();
         if (!hostCall<&CAlgorithmTradeHelper::getAlgOrderSettingFromString>(order.m_strOrderSetting, setting))
             return {};
         return hostCall<&CAlgorithmTradeHelper::getAlgParamsStr>(orderType, setting, codes);

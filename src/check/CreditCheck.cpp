@@ -8,6 +8,9 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <cmath>
+
 namespace TC {
 namespace {
 
@@ -50,7 +53,7 @@ double repaymentOf(const CCheckRun& run, bool isDirect) {
     if (line != nullptr && isDirect && !isInvalidPrice(line->m_dAmount))
         return finiteOrUnset(line->m_dAmount);
     if (line != nullptr && !isDirect && !isUnset(line->m_nVolume)) return line->m_nVolume;
-    return run.strategy.m_bUseAmount ? run.strategy.m_dAmount : run.strategy.m_nVolume;
+    return run.strategy.m_bUseAmount ? finiteOrUnset(run.strategy.m_dAmount) : run.strategy.m_nVolume;
 }
 
 CCodeOrderParam makeRepayment(const CCheckRun& run, const CAccountInfoPtr& account, double value) {
@@ -63,10 +66,17 @@ CCodeOrderParam makeRepayment(const CCheckRun& run, const CAccountInfoPtr& accou
     return record;
 }
 
+/// Whether the host's parts are amounts that can be repaid; reports a failed split if not. Nothing is repaid
+/// of an amount below zero.
+bool checkParts(const CCheckRun& run, double quantity, const std::vector<double>& values,
+                const utils::KNError& error) {
+    const auto isGood = [&](double value) { return std::isfinite(value) && (quantity >= 0 || value <= 0); };
+    return std::all_of(values.begin(), values.end(), isGood) || failSplit(run, error);
+}
+
 bool repay(CCheckRun& run) {
     const bool isDirect = isDirectRepay(run.op);
     const double quantity = repaymentOf(run, isDirect);
-    run.priceData = hostCall<&CQuoteClient::getStockPrice>(run.code);
     takePrices(run);
     std::vector<double> values;
     auto error = boost::make_shared<utils::KNError>();
@@ -78,7 +88,8 @@ bool repay(CCheckRun& run) {
         error = splitVolumes(run, run.op);
         values.assign(run.volumes.begin(), run.volumes.end());
     }
-    if (!checkSplitCount(run, values.size(), *error)) return false;
+    if (!checkSplitCount(run, values.size(), *error) || !checkParts(run, quantity, values, *error))
+        return false;
     for (std::size_t i = 0; i < values.size(); ++i) {
         if (values[i] > 0.0 && run.accounts[i])
             run.codes.push_back(makeRepayment(run, run.accounts[i], values[i]));
@@ -86,8 +97,9 @@ bool repay(CCheckRun& run) {
     return true;
 }
 
-/// One contract on the account that the order names. No quote, no split, no test of the price.
+/// One contract on the account that the order names. No wait for a quote, no split, no test of the price.
 bool endContract(CCheckRun& run) {
+    if (run.strategy.m_nVolume < 0) return failCheck(run, QString::fromUtf8(kBadParams));
     CCodeOrderParam record;
     const QString key =
         getAccountFromOrderParam(run.order.m_strAccountKeyPart1, run.order.m_strAccountKeyPart2);
@@ -101,7 +113,7 @@ bool endContract(CCheckRun& run) {
     record.m_stock = run.stock();
     record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
     if (run.detail) {
-        record.m_dPrice = run.detail->m_dReferencePrice;
+        record.m_dPrice = finiteOrUnset(run.detail->m_dReferencePrice);
         record.m_ePriceType = EPriceType::Specified;
     }
     run.codes.push_back(std::move(record));
@@ -116,6 +128,8 @@ bool COrderServiceBase::checkAndFillOrderCredit(COrderParam order, COrderStrateg
     const bool isTrade = !isRepayOrder(order.m_nOrderType) && !isContractEndOrder(order.m_nOrderType);
     CCheckRun run{isTrade ? kTradeCheck : kOtherCheck, *this, order, strategy, codes, weights};
     if (!beginCheck(run)) return false;
+    // All routes read the quote once here; trades read it again, and wait for it.
+    run.priceData = hostCall<&CQuoteClient::getStockPrice>(run.code);
     if (isTrade) {
         // The strategy's setting anew: a price type of the line does not count for trades.
         takeSetting(run);

@@ -21,7 +21,8 @@ QString missingStrategyText(EOrderStrategyType type, int channel) {
 }
 
 /// The frame's own idea of a price: exactly DBL_MAX means none here, without the tolerance of isInvalidPrice.
-/// Files may say "nan" or "inf" for a number; neither is a price.
+/// Files may say "nan" or "inf" for a number. Neither is a price, and an order at it is refused: at an
+/// infinite price no order can be filled, and the host could take it for a market price.
 bool isPriceGiven(double price) {
     return price != kUnsetDouble && std::isfinite(price) && std::fabs(price) > kPriceTolerance;
 }

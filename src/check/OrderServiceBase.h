@@ -112,7 +112,12 @@ public:
 
     using CCommandCallback = boost::function<void(utils::KNError, int)>;
 
-    /// Makes one command of checked records and hands it to COrderClient::orderCommands. The remark that
+    /// Hands a finished command of the order to COrderClient::orderCommands. Every command leaves the library
+    /// here. With the deployment switch "mdl_order_command_guard" on, a command with a record that lacks its
+    /// market, code, price or volume is refused instead, with a report (check/CommandGuard.h). Any thread;
+    /// the command is not null.
+    void sendCommand(const COrderComandParamPtr& command, const COrderParam& order) const;
+    /// Makes one command of checked records and sends it with sendCommand. The remark that
     /// reaches the command is the order's own: `remark` and `callback` are taken and dropped.
     void doOrderCommand(EQdTraderType traderType, EQdHedgeType hedgeType, EFtSpecBtnBarType btnType,
                         const std::vector<CCodeOrderParam>& codes, std::map<std::string, double> weights,

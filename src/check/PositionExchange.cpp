@@ -19,10 +19,8 @@ COrderSingleParam makeRow(const QString& code, std::int64_t volume, EOperationTy
     return row;
 }
 
-/// What leads from so much held to the target. A target without a volume is no target: the row then has no
-/// volume either, so that nothing is traded for it.
+/// What leads from so much held to the target. The not-set volume counts as its number.
 COrderSingleParam rowTo(const COrderSingleParam& target, int multiplier, std::int64_t held) {
-    if (isUnset(target.m_nVolume)) return makeRow(target.m_strCode, kUnsetInt, EOperationType::Buy);
     const std::int64_t more = static_cast<std::int64_t>(target.m_nVolume) * multiplier - held;
     const bool isSale = held > 0 && more < 0;
     return makeRow(target.m_strCode, isSale ? -more : more,

@@ -15,8 +15,8 @@ struct CHeldVolume {
 
 /// The orders that lead from what is held to the targets: what is held first, in its order, sold down or
 /// bought up to its target times the multiplier, and behind it the targets that nothing is held of, bought,
-/// by code. A row whose volume cannot be worked out, since its target has none or the product is no int,
-/// has none: kUnsetInt. Pure.
+/// by code. A row whose volume is no int has none: kUnsetInt. A target that is not set counts as its number,
+/// 0x7fffffff: the caller must leave it out if it may have none. Pure.
 QVector<COrderSingleParam> positionDifferences(const QVector<CHeldVolume>& held,
                                                QVector<COrderSingleParam> targets, int multiplier);
 

@@ -21,15 +21,18 @@ std::optional<int> volumeOfRow(const COrderSingleParam& row, double amount, doub
     const CPriceDataPtr quote = hostCall<&CQuoteClient::getStockPrice>(code);
     const CInstrumentDetailPtr detail = hostCall<&CExchangeClient::getCodeInfo>(code);
     if (!quote || !detail) return std::nullopt;
-    const double price = quote->m_dLastPrice;
-    if (price == kUnsetDouble || price < -kPriceTolerance) return std::nullopt;
+    // Without a price above zero there is no share. A volume of 0 or less would be a target, and more than is
+    // held could be sold for it.
+    const double price = finiteOrUnset(quote->m_dLastPrice);
+    if (price == kUnsetDouble || price <= 0) return std::nullopt;
     const double shares = std::trunc(amount * row.m_dWeight / sum / price);
-    // A price of about zero, or an amount that nobody has, is no price either: a volume of 0 would be a
-    // target, and what is held would be sold for it.
-    constexpr double kMost = std::numeric_limits<int>::max();
-    if (!std::isfinite(shares) || std::fabs(shares) > kMost) return std::nullopt;
+    constexpr double kMostShares = 9e18; // what 64 bits hold
+    if (!std::isfinite(shares) || std::fabs(shares) > kMostShares) return std::nullopt;
     const std::int64_t unit = tradingUnit({detail->m_strMarket, detail->m_strCode, {}, {}});
-    return static_cast<int>(static_cast<std::int64_t>(shares) / unit * unit);
+    const std::int64_t volume = static_cast<std::int64_t>(shares) / unit * unit;
+    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+    if (volume < -kMost || volume > kMost) return std::nullopt;
+    return static_cast<int>(volume);
 }
 
 } // namespace
@@ -62,7 +65,9 @@ void calcVolumnByWeight(QVector<COrderSingleParam>& rows, double amount) {
         sum += row.m_dWeight;
     const bool isWeightless = isZero(sum) || sum == kUnsetDouble;
     for (COrderSingleParam& row : rows) {
-        if (isWeightless) {
+        if (!std::isfinite(sum)) {
+            continue;
+        } else if (isWeightless) {
             row.m_nVolume = 0;
         } else if (const auto volume = volumeOfRow(row, amount, sum)) {
             row.m_nVolume = *volume;

@@ -5,20 +5,24 @@
 #include "gates/IntakePause.h"
 #include "intake/LineReader.h"
 #include "intake/OrderFileParser.h"
+#include "intake/OrderFileScan.h"
 #include "platform/HostCall.h"
 #include "platform/HostReports.h"
 #include "platform/IntakeAudit.h"
+#include "platform/LuaModuleCtrl.h"
 #include "platform/UserConfig.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <exception>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 
@@ -32,30 +36,6 @@ constexpr double kPausedSleepSeconds = 0.8;
 constexpr int kShortestSleep = 11;
 constexpr const char* kTmpSuffix = ".tmp";
 
-/// Opens a regular file for reading, or gives null. Other kinds of file, such as a folder or a pipe at the
-/// agreed path, must neither be taken away nor block the loop.
-CFileStream openRegularFile(const std::string& path) {
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) return nullptr;
-    struct stat status {};
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(descriptor);
-        return nullptr;
-    }
-    CFileStream stream(::fdopen(descriptor, "r"));
-    if (!stream) ::close(descriptor);
-    return stream;
-}
-
-long long fileSize(std::FILE* stream) {
-    struct stat status {};
-    return ::fstat(::fileno(stream), &status) == 0 ? status.st_size : 0;
-}
-
-void deleteFile(const std::string& path) {
-    ::unlink(path.c_str());
-}
-
 CIntakeReport makeReport(int channel, const COrderStrategyParam& strategy) {
     CIntakeReport report;
     report.m_eStrategyType = strategy.m_eStrategyType;
@@ -64,12 +44,13 @@ CIntakeReport makeReport(int channel, const COrderStrategyParam& strategy) {
     return report;
 }
 
-/// Reads the file to its end or to the line that ends it, and counts.
+/// Reads the file to its end. Behind a line that ends it the lines are still counted.
 void readLines(CLineReader& reader, COrderFileParser& parser, CIntakeReport& report) {
     std::string line;
+    bool goesOn = true;
     while (reader.readLine(line)) {
-        ++report.m_nLines;
-        if (!parser.takeLine(line)) return;
+        if (goesOn) ++report.m_nLines;
+        goesOn = parser.takeLine(line) && goesOn;
     }
     if (reader.failed()) throw std::runtime_error("the file cannot be read further");
 }
@@ -81,6 +62,66 @@ void cutShort(CIntakeReport& report, const QString& cause) {
         utils::fillText(QStringLiteral("line %1: %2"), {QString::number(report.m_nLines), cause});
 }
 
+/// Takes a step of the reading; an exception of it cuts the file short.
+template<typename Step>
+void takeStep(CIntakeReport& report, const Step& step) {
+    try {
+        step();
+    } catch (const CHostError& error) {
+        cutShort(report, QString::fromUtf8(error.what()));
+        reportFailure(utils::fillText(QStringLiteral("通道号: %1, 文件单 %2 未读完"),
+                                      {QString::number(report.m_nChannel), report.m_strSource}));
+    } catch (const boost::bad_lexical_cast&) {
+        cutShort(report, QStringLiteral("a number cannot be read"));
+    } catch (const std::exception& error) {
+        cutShort(report, QString::fromUtf8(error.what()));
+    } catch (...) {
+        cutShort(report, QStringLiteral("unknown error"));
+    }
+}
+
+void noteIgnored(const CIgnoredLines& ignored, CIntakeReport& report) {
+    report.m_nIgnoredLines = ignored.m_nCount;
+    if (ignored.m_nCount == 0) return;
+    report.m_strFirstIgnored = utils::fillText(QStringLiteral("line %1: %2"),
+                                               {QString::number(ignored.m_nFirst), ignored.m_strFirstReason});
+}
+
+/// Looks through the whole file before any line of it is carried out, and goes back to its beginning. Gives
+/// the reason to refuse it; empty: there is none. `bytes` becomes how many were looked at.
+QString whyRefused(std::FILE* stream, long long& bytes) {
+    COrderFileScan scan;
+    std::array<char, 65536> buffer;
+    bytes = 0;
+    while (!scan.isOver()) {
+        const std::size_t size = std::fread(buffer.data(), 1, buffer.size(), stream);
+        if (size == 0) break;
+        scan.takeBytes({buffer.data(), size});
+        bytes += static_cast<long long>(size);
+    }
+    if (std::ferror(stream) != 0) return QStringLiteral("it cannot be read");
+    std::rewind(stream);
+    const CFileVerdict verdict = scan.verdict();
+    return verdict.isGood() ? QString() : verdict.toText();
+}
+
+std::string rejectedPath() {
+    return utils::toPathBytes(rejectedFolder());
+}
+
+void noteKept(const CPutAside& kept, CIntakeReport& report) {
+    report.m_strKeptAs = QString::fromStdString(kept.m_strPath);
+    if (!kept.m_strTrouble.empty())
+        report.m_strCause += QStringLiteral("; ") + QString::fromLocal8Bit(kept.m_strTrouble.c_str());
+}
+
+void refuse(CTakenFile& file, const QString& cause, CIntakeReport& report) {
+    report.m_bRejected = true;
+    report.m_strCause = cause;
+    noteKept(file.keep(rejectedPath()), report);
+    tellAudit(report);
+}
+
 } // namespace
 
 CFileService::CFileService(IOrderGate& gate, IStrategyRegistry& registry)
@@ -88,7 +129,7 @@ CFileService::CFileService(IOrderGate& gate, IStrategyRegistry& registry)
 
 void CFileService::startFileServer() {
     double last = utils::getTime() * kMillisecondsPerSecond;
-    while (!m_bStopped) {
+    while (!m_stop.isMade()) {
         const int interval = readInterval();
         const double now = utils::getTime() * kMillisecondsPerSecond;
         if (now - (interval + last) > kTimeTolerance) {
@@ -101,7 +142,7 @@ void CFileService::startFileServer() {
                 reportOnce(QStringLiteral("文件单轮询中断"));
             }
         }
-        if (interval >= kShortestSleep) utils::sleep(interval / kMillisecondsPerSecond);
+        if (interval >= kShortestSleep) utils::sleepUnlessStopped(interval / kMillisecondsPerSecond, m_stop);
     }
 }
 
@@ -128,12 +169,12 @@ void CFileService::reportOnce(const QString& text) {
 }
 
 void CFileService::stop() {
-    m_bStopped = true;
+    m_stop.make();
 }
 
 void CFileService::tryOrder() {
     if (CIntakePause::isPaused()) {
-        utils::sleep(kPausedSleepSeconds);
+        utils::sleepUnlessStopped(kPausedSleepSeconds, m_stop);
         return;
     }
     m_registry.visitStrategies([this](int channel, const COrderStrategyParam& strategy) {
@@ -143,48 +184,58 @@ void CFileService::tryOrder() {
 
 void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam& strategy) {
     if (!strategy.isRunning() || !strategy.comesFromFile()) return;
-    std::string tmpPath;
-    CFileStream stream;
-    if (!readOrderFile(channel, strategy, tmpPath, stream)) return;
+    if (!isOrderFileThere(channel, strategy)) return;
+    // Asked while the file still waits: an exception of the host leaves it there.
+    const bool isGuarded = luawrapper::isOrderSwitchOn("mdl_order_file_guard");
+    const std::unique_ptr<CTakenFile> file = takeOrderFile(channel, strategy, isGuarded);
+    if (!file) return;
 
-    COrderFileParser parser(strategy, channel, m_port);
     CIntakeReport report = makeReport(channel, strategy);
-    CLineReader reader(stream.get());
-    try {
-        parser.expectBytes(fileSize(stream.get()));
-        readLines(reader, parser, report);
-    } catch (const CHostError& error) {
-        cutShort(report, QString::fromUtf8(error.what()));
-        reportFailure(utils::fillText(QStringLiteral("通道号: %1, 文件单 %2 未读完"),
-                                      {QString::number(channel), strategy.m_strSignalSource}));
-    } catch (const boost::bad_lexical_cast&) {
-        cutShort(report, QStringLiteral("a number cannot be read"));
-    } catch (const std::exception& error) {
-        cutShort(report, QString::fromUtf8(error.what()));
-    } catch (...) {
-        cutShort(report, QStringLiteral("unknown error"));
+    long long bytes = std::numeric_limits<long long>::max();
+    if (isGuarded) {
+        const QString cause = whyRefused(file->stream(), bytes);
+        if (!cause.isEmpty()) return refuse(*file, cause, report);
     }
-    stream.reset();
-    deleteFile(tmpPath);
-    QVector<COrderParam> orders = parser.takeOrders();
-    report.m_nOrders = orders.size();
-    report.m_nUnreadTradeParams = parser.unreadTradeParams();
+    QVector<COrderParam> orders = readOrders(*file, bytes, channel, strategy, report);
+    if (isGuarded && file->size() > bytes) {
+        cutShort(report, QStringLiteral("its writer went on writing while it was read"));
+        noteKept(file->keep(rejectedPath()), report);
+    }
+    // The file is deleted behind the gate: what the gate has not taken still lies under the .tmp name after a
+    // crash. It is not read again there, so a crash between the two does not place the orders twice.
     tellAudit(report);
     m_gate.placeOrders(std::move(orders));
 }
 
+QVector<COrderParam> CFileService::readOrders(CTakenFile& file, long long bytes, int channel,
+                                              const COrderStrategyParam& strategy, CIntakeReport& report) {
+    COrderFileParser parser(strategy, channel, m_port);
+    QVector<COrderParam> orders;
+    takeStep(report, [&] {
+        CLineReader reader(file.stream(), bytes);
+        parser.expectBytes(file.size());
+        readLines(reader, parser, report);
+    });
+    takeStep(report, [&] { orders = parser.takeOrders(); });
+    report.m_nOrders = orders.size();
+    report.m_nUnreadTradeParams = parser.unreadTradeParams();
+    noteIgnored(parser.ignoredLines(), report);
+    return orders;
+}
+
 /// Says what keeps a file waiting at the first look only.
-void CFileService::tellLeftWaiting(int channel, const COrderStrategyParam& strategy, const char* cause) {
-    if (!m_leftWaiting.insert(utils::toPathBytes(strategy.m_strSignalSource) + kTmpSuffix).second) return;
+void CFileService::tellLeftWaiting(int channel, const COrderStrategyParam& strategy,
+                                   const std::string& cause) {
+    if (!m_leftWaiting.insert(strategy.m_strSignalSource).second) return;
     CIntakeReport report = makeReport(channel, strategy);
     report.m_bLeftWaiting = true;
-    report.m_strCause =
-        utils::fillText(QStringLiteral("it cannot be renamed: %1"), {QString::fromLocal8Bit(cause)});
+    report.m_strCause = QString::fromLocal8Bit(cause.c_str());
     tellAudit(report);
 }
 
-bool CFileService::readOrderFile(int channel, const COrderStrategyParam& strategy, std::string& tmpPath,
-                                 CFileStream& stream) {
+/// Whether a regular file waits that can be read. Anything else at its path must neither be taken away nor
+/// block the loop.
+bool CFileService::isOrderFileThere(int channel, const COrderStrategyParam& strategy) {
     if (strategy.m_strSignalSource.isEmpty()) return false;
     // Enciphered files and tables are not read yet; the registry refuses to start such strategies.
     const CUserConfig* user = getUserConfig();
@@ -192,20 +243,71 @@ bool CFileService::readOrderFile(int channel, const COrderStrategyParam& strateg
         hostCall<&CUserConfig::hasOrderEncryptionService>.on(*user))
         return false;
 
+    const COpenedFile waiting = openRegularFile(utils::toPathBytes(strategy.m_strSignalSource));
+    if (waiting.m_stream) return true;
+    if (waiting.m_strCause.empty()) {
+        m_leftWaiting.erase(strategy.m_strSignalSource);
+    } else {
+        tellLeftWaiting(channel, strategy, waiting.m_strCause);
+    }
+    return false;
+}
+
+/// Takes the file away from its writer. Null: it waits, or it could not be opened any more and is gone.
+std::unique_ptr<CTakenFile> CFileService::takeOrderFile(int channel, const COrderStrategyParam& strategy,
+                                                        bool isGuarded) {
     const std::string source = utils::toPathBytes(strategy.m_strSignalSource);
-    tmpPath = source + kTmpSuffix;
-    if (!openRegularFile(source)) return false;
-    deleteFile(tmpPath); // one that a pass left behind when it died
-    // A file that cannot be taken away waits: reading it where it lies would place its orders again and
-    // again.
+    const std::string tmpPath = source + kTmpSuffix;
+    if (!clearTmpPath(channel, strategy, isGuarded)) return nullptr;
+    // A file that cannot be renamed waits: reading it where it lies would place its orders again and again.
+    // What lies under the .tmp name is not read in its place: no pass of this process has taken it, and its
+    // orders may have gone out before a crash.
     if (::rename(source.c_str(), tmpPath.c_str()) != 0) {
-        tellLeftWaiting(channel, strategy, std::strerror(errno));
+        tellLeftWaiting(channel, strategy, std::string("it cannot be renamed: ") + std::strerror(errno));
+        return nullptr;
+    }
+    m_leftWaiting.erase(strategy.m_strSignalSource);
+    COpenedFile taken = openRegularFile(tmpPath);
+    auto file = std::make_unique<CTakenFile>(tmpPath, source, std::move(taken.m_stream));
+    if (file->stream() != nullptr) return file;
+
+    CIntakeReport report = makeReport(channel, strategy);
+    const QString cause = QString::fromLocal8Bit(taken.m_strCause.c_str());
+    if (isGuarded) {
+        refuse(*file, cause, report);
+    } else {
+        report.m_bRejected = true;
+        report.m_strCause = cause;
+        tellAudit(report);
+    }
+    return nullptr;
+}
+
+/// Makes the .tmp name free of a file that an earlier run left there. With the guard the file is kept, and
+/// the next one waits if that fails.
+bool CFileService::clearTmpPath(int channel, const COrderStrategyParam& strategy, bool isGuarded) {
+    const std::string source = utils::toPathBytes(strategy.m_strSignalSource);
+    const std::string tmpPath = source + kTmpSuffix;
+    if (!isGuarded) {
+        ::unlink(tmpPath.c_str());
+        return true;
+    }
+    struct stat status {};
+    // A folder there makes the rename fail, which says so.
+    if (::lstat(tmpPath.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return true;
+    const CPutAside kept = putAside(tmpPath, source, rejectedPath());
+    if (!kept.m_bMoved) {
+        tellLeftWaiting(channel, strategy, "a file is left under its .tmp name, and " + kept.m_strTrouble);
         return false;
     }
-    m_leftWaiting.erase(tmpPath);
-    stream = openRegularFile(tmpPath);
-    if (!stream) deleteFile(tmpPath);
-    return stream != nullptr;
+    CIntakeReport report = makeReport(channel, strategy);
+    report.m_strSource += QLatin1String(kTmpSuffix);
+    report.m_bRejected = true;
+    report.m_strCause = QStringLiteral(
+        "an earlier run left it there, and its orders may have gone out already: see the journal");
+    noteKept(kept, report);
+    tellAudit(report);
+    return true;
 }
 
 } // namespace TC

@@ -7,7 +7,9 @@ namespace TC {
 
 bool CLineReader::fill() {
     m_nPosition = 0;
-    m_nSize = std::fread(m_buffer.data(), 1, m_buffer.size(), m_pStream);
+    const auto most = std::min(m_nBytesLeft, static_cast<long long>(m_buffer.size()));
+    m_nSize = std::fread(m_buffer.data(), 1, static_cast<std::size_t>(most), m_pStream);
+    m_nBytesLeft -= static_cast<long long>(m_nSize);
     return m_nSize > 0;
 }
 

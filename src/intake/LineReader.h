@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdio>
+#include <limits>
 #include <string>
 
 namespace TC {
@@ -15,8 +16,9 @@ public:
     /// Most bytes of one piece, the line feed counted.
     static constexpr std::size_t kMaxPiece = 2047;
 
-    /// The stream stays the caller's and open while the reader lives.
-    explicit CLineReader(std::FILE* stream) : m_pStream(stream) {}
+    /// The stream stays the caller's and open while the reader lives. No more than that many bytes are read.
+    explicit CLineReader(std::FILE* stream, long long bytes = std::numeric_limits<long long>::max())
+        : m_pStream(stream), m_nBytesLeft(bytes) {}
 
     /// The next line or piece, with its line feed where it has one. False at the end of the file, and where
     /// reading fails.
@@ -30,6 +32,7 @@ private:
     void appendRun(std::string& line);
 
     std::FILE* m_pStream;
+    long long m_nBytesLeft;
     std::array<char, 65536> m_buffer;
     std::size_t m_nPosition = 0;
     std::size_t m_nSize = 0;

@@ -1,5 +1,6 @@
 #include "intake/OrderFileParser.h"
 
+#include "base/Reserve.h"
 #include "base/StrictNumber.h"
 #include "base/Text.h"
 #include "records/OrderTypes.h"
@@ -20,6 +21,22 @@ constexpr char kBar = '|';
 constexpr std::string_view kCancelWord = "cancel";
 constexpr std::string_view kCancelOrderWord = "cancel_order";
 constexpr std::string_view kTradeParamWord = "orderparam";
+
+const QString kBadCancel = QStringLiteral("cancel takes one word, the number of the task");
+const QString kBadCancelOrder = QStringLiteral("cancel_order takes two words or more");
+const QString kTooFewFields = QStringLiteral("it has fewer than two fields");
+const QString kBadListRow = QStringLiteral("a row of a list has two fields");
+const QString kBadBasketRow = QStringLiteral("the row has too few fields");
+const QString kBehindNamedBasket = QStringLiteral("behind a named basket only orderParam lines count");
+const QString kBehindWholeBasket = QStringLiteral("behind a basket taken whole no line counts");
+
+QString foreignChannel(int channel) {
+    return utils::fillText(QStringLiteral("it is for channel %1"), {QString::number(channel)});
+}
+
+bool isBlank(std::string_view line) {
+    return line.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
 
 /// No operation of its own for the rows of a named basket: they keep theirs.
 constexpr int kOwnOperation = -1;
@@ -60,18 +77,42 @@ COrderFileParser::COrderFileParser(const COrderStrategyParam& strategy, int chan
 
 void COrderFileParser::expectBytes(long long bytes) {
     constexpr long long kShortLine = 16;
-    constexpr long long kMostReserved = 1 << 20;
-    m_orders.reserve(static_cast<int>(std::min(bytes / kShortLine + 1, kMostReserved)));
+    // About 18 MB. A file says little about its orders by its size: it may be one long line.
+    constexpr long long kMostReserved = 1 << 16;
+    utils::reserveIfPossible(m_orders,
+                             static_cast<int>(std::clamp(bytes / kShortLine + 1, 1LL, kMostReserved)));
 }
 
 bool COrderFileParser::takeLine(std::string& line, int rowPosition) {
-    if (m_bSettled) {
+    ++m_nLine;
+    switch (m_eRest) {
+    case ERest::Nothing:
+        ignoreLine(line, kBehindWholeBasket);
+        return false;
+    case ERest::TradeParams:
         parseComposeTradeParam(line);
         return true;
+    case ERest::Grammar:
+        break;
     }
     const TypeReturn result = parseLineParam(line, rowPosition);
-    m_bSettled = result == TR_BASKET_HEADER;
-    return result != TR_STOP_READING;
+    if (result == TR_BASKET_HEADER) m_eRest = ERest::TradeParams;
+    if (result == TR_STOP_READING) m_eRest = ERest::Nothing;
+    return m_eRest != ERest::Nothing;
+}
+
+/// Gives the result of a line without effect.
+TypeReturn COrderFileParser::ignoreLine(const std::string& line, const QString& reason) {
+    if (!isBlank(line)) countIgnored(1, m_nLine, reason);
+    return TR_LINE_DONE;
+}
+
+void COrderFileParser::countIgnored(int lines, int first, const QString& reason) {
+    if (m_ignored.m_nCount == 0 || first < m_ignored.m_nFirst) {
+        m_ignored.m_nFirst = first;
+        m_ignored.m_strFirstReason = reason;
+    }
+    m_ignored.m_nCount += lines;
 }
 
 TypeReturn COrderFileParser::parseLineParam(std::string& line, int rowPosition) {
@@ -97,8 +138,14 @@ bool COrderFileParser::parseCancel(const std::string& line) {
     if (word != kCancelWord && word != kCancelOrderWord) return false;
     const CFields fields(line, kBlank);
     if (word == kCancelWord) {
-        if (fields.size() == 2) m_port.terminateTask(strictInt(fields[1]));
-    } else if (fields.size() >= 3) {
+        if (fields.size() == 2) {
+            m_port.terminateTask(strictInt(fields[1]));
+        } else {
+            ignoreLine(line, kBadCancel);
+        }
+    } else if (fields.size() < 3) {
+        ignoreLine(line, kBadCancelOrder);
+    } else {
         std::vector<std::string> texts;
         for (std::size_t i = 0; i < fields.size(); ++i)
             texts.emplace_back(fields[i]);
@@ -108,6 +155,7 @@ bool COrderFileParser::parseCancel(const std::string& line) {
 }
 
 void COrderFileParser::startHeader(int orderType, std::string_view channelField) {
+    m_nHeaderLine = m_nLine;
     m_order.m_nOrderType = orderType;
     const int channel = strictInt(channelField);
     m_order.m_nChannel = isUniversal(channel) ? m_nChannel : channel;
@@ -115,7 +163,7 @@ void COrderFileParser::startHeader(int orderType, std::string_view channelField)
 
 TypeReturn COrderFileParser::parseFirstLineParam(const std::string& line) {
     const CFields fields(line, kComma);
-    if (fields.size() < 2) return TR_LINE_DONE;
+    if (fields.size() < 2) return ignoreLine(line, kTooFewFields);
     const int orderType = strictInt(fields[0]);
     if (orderType == kOrderBasketList) {
         startHeader(orderType, fields[1]);
@@ -163,7 +211,11 @@ void COrderFileParser::appendBasket(const CBasketSetting& basket, int fixedOpera
 void COrderFileParser::parseComposeTradeParam(std::string& line) {
     utils::string_replace(line, '\n');
     int filledOrders = 0;
-    if (parserTradeParam(line)) applyTradeParam(filledOrders);
+    if (parserTradeParam(line)) {
+        applyTradeParam(filledOrders);
+    } else {
+        ignoreLine(line, kBehindNamedBasket);
+    }
 }
 
 /// True when the line is one of trade parameters, whether or not the host understands them.
@@ -194,7 +246,7 @@ void COrderFileParser::applyTradeParam(int& filledOrders) {
 
 TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosition) {
     const CFields fields(line, kComma);
-    if (fields.size() < 2) return TR_LINE_DONE;
+    if (fields.size() < 2) return ignoreLine(line, kTooFewFields);
     const bool isTableRow = m_strategy.m_nAccountMode == COrderStrategyParam::kTableMode;
     const CLineSource source{m_nChannel, isTableRow, rowPosition};
     COrderParam parsed = parsePlainOrder(fields, source);
@@ -204,6 +256,7 @@ TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosi
         m_orders.push_back(std::move(parsed));
         return TR_PLAIN_LINE;
     }
+    ignoreLine(line, foreignChannel(parsed.m_nChannel));
     m_port.showNote(m_port.sourceTitle(m_strategy.m_eStrategyType) +
                     utils::fillText(QStringLiteral("　通道号: %1, 中间文件中指定的通道号为 %2, 忽略!"),
                                     {QString::number(m_nChannel), QString::number(parsed.m_nChannel)}));
@@ -226,7 +279,7 @@ bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineSource&
 TypeReturn COrderFileParser::parseListLine(const std::string& line) {
     const char separator = line.find(kBar) != std::string::npos ? kBar : kTab;
     const CFields fields(line, separator);
-    if (fields.size() != 2) return TR_LINE_DONE;
+    if (fields.size() != 2) return ignoreLine(line, kBadListRow);
     COrderSingleParam row;
     readListRow(fields, row);
     m_order.m_orders.push_back(std::move(row));
@@ -237,7 +290,7 @@ TypeReturn COrderFileParser::parseBasketLine(const std::string& line) {
     const CFields fields(line, kTab);
     const EPriceType priceType = m_strategy.setting(ESettingSlot::StockBasket).m_ePriceType;
     const bool needsPrice = priceType == EPriceType::Specified || priceType == EPriceType::SpecifiedByRow;
-    if (fields.size() < (needsPrice ? 3u : 2u)) return TR_LINE_DONE;
+    if (fields.size() < (needsPrice ? 3u : 2u)) return ignoreLine(line, kBadBasketRow);
     COrderSingleParam row;
     readBasketRow(fields, row);
     m_order.m_orders.push_back(std::move(row));
@@ -245,7 +298,10 @@ TypeReturn COrderFileParser::parseBasketLine(const std::string& line) {
 }
 
 QVector<COrderParam> COrderFileParser::takeOrders() {
-    const bool isOwnList = m_order.m_nChannel == m_nChannel && m_order.m_nOrderType == kOrderBasketList;
+    const bool isList = m_order.m_nOrderType == kOrderBasketList;
+    const bool isOwnList = isList && m_order.m_nChannel == m_nChannel;
+    if (isList && !isOwnList)
+        countIgnored(1 + m_order.m_orders.size(), m_nHeaderLine, foreignChannel(m_order.m_nChannel));
     if (m_bCompose || isOwnList) m_orders.push_back(std::move(m_order));
     return std::move(m_orders);
 }

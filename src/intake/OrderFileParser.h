@@ -12,6 +12,13 @@
 
 namespace TC {
 
+/// Lines of a file that gave nothing. Blank lines do not count.
+struct CIgnoredLines {
+    int m_nCount = 0;
+    int m_nFirst = 0;         ///< position of the first one, counted from 1; 0: there is none
+    QString m_strFirstReason; ///< for people: why the first one gave nothing
+};
+
 /// The grammar of order files, one object for each file. Lines go in one after the other, orders are
 /// collected, and what a line asks for at once goes to the port. No I/O, no lock, no state beyond the file.
 ///
@@ -23,11 +30,12 @@ public:
     COrderFileParser(const COrderStrategyParam& strategy, int channel, ILinePort& port);
 
     /// Makes room for the orders of a file of so many bytes, so that a large batch is not moved again and
-    /// again.
+    /// again. Best effort: bounded, and without effect if the memory is not there.
     void expectBytes(long long bytes);
 
-    /// Takes the next line of a source. Changes the text. False when the rest of it does not matter.
-    /// rowPosition: the position of a table row, counted from 1, unused for files.
+    /// Takes the next line of a source. Changes the text. False when the rest of it does not matter; lines
+    /// that come all the same are counted as ignored. rowPosition: the position of a table row, counted from
+    /// 1, unused for files.
     bool takeLine(std::string& line, int rowPosition = 0);
 
     /// Reads one line, with or without its line end. Changes the text.
@@ -44,7 +52,16 @@ public:
     /// had and count as served.
     int unreadTradeParams() const { return m_nUnreadTradeParams; }
 
+    /// Complete after takeOrders, which drops a list of another channel.
+    const CIgnoredLines& ignoredLines() const { return m_ignored; }
+
 private:
+    /// Where the file is.
+    enum class ERest {
+        Grammar,     ///< every line counts
+        TradeParams, ///< the header settled the basket: only trade parameters count
+        Nothing,     ///< a basket taken whole: no line counts
+    };
     TypeReturn parseFirstLineParam(const std::string& line);
     bool parseComposeInfo(const CFields& fields);
     bool parserTradeParam(const std::string& line);
@@ -56,6 +73,8 @@ private:
     TypeReturn parseListLine(const std::string& line);
     TypeReturn parseBasketLine(const std::string& line);
     void appendBasket(const CBasketSetting& basket, int fixedOperation);
+    TypeReturn ignoreLine(const std::string& line, const QString& reason);
+    void countIgnored(int lines, int first, const QString& reason);
 
     const COrderStrategyParam& m_strategy;
     const int m_nChannel;
@@ -68,7 +87,10 @@ private:
     QVector<COrderParam> m_orders;
     int m_nFilledOrders = 0; ///< of m_orders, those that have their trade parameters
     int m_nUnreadTradeParams = 0;
-    bool m_bSettled = false; ///< the header settled the basket
+    ERest m_eRest = ERest::Grammar;
+    int m_nLine = 0;       ///< position of the line in hand, counted from 1
+    int m_nHeaderLine = 0; ///< position of the header
+    CIgnoredLines m_ignored;
 };
 
 } // namespace TC

@@ -2,6 +2,8 @@
 
 #include "net/NetManager.h"
 
+#include <poll.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <utility>
@@ -49,7 +51,7 @@ bool NetConnection::isCrowded() const {
 }
 
 void NetConnection::waitForData() {
-    if (m_bReading || !isOpen() || isCrowded()) return;
+    if (m_bReading || m_bHeld || !isOpen() || isCrowded()) return;
     m_bReading = true;
     // Reading rather than waiting to read: a busy peer's next line is there already and costs no look at
     // what is ready.
@@ -73,6 +75,27 @@ void NetConnection::onRead(const error_code& error, std::size_t length) {
     m_bHandling = false;
     flush();
     if (!m_bFinishing) waitForData();
+}
+
+void NetConnection::hold() {
+    m_bHeld = !m_bFinishing;
+}
+
+void NetConnection::release() {
+    if (!m_bHeld) return;
+    m_bHeld = false;
+    const NetConnectionPtr self = shared_from_this();
+    m_bHandling = true;
+    m_manager.resume(self);
+    m_bHandling = false;
+    flush();
+    if (!m_bFinishing) waitForData();
+}
+
+bool NetConnection::isPeerGone() {
+    if (!isOpen()) return true;
+    pollfd state{m_socket.native_handle(), POLLRDHUP, 0};
+    return ::poll(&state, 1, 0) > 0;
 }
 
 /// Hands the system as much as it takes.
@@ -122,10 +145,12 @@ void NetConnection::waitForRoom() {
 void NetConnection::finish() {
     if (m_bFinishing || !isOpen()) return;
     m_bFinishing = true;
+    m_bHeld = false;
     m_lastEnd = std::chrono::steady_clock::now() + kSlowEndLimit;
     m_endLimit = std::make_unique<asio::steady_timer>(m_socket.get_executor());
     limitTheEnd();
     flush();
+    m_manager.boundEnding(shared_from_this());
 }
 
 void NetConnection::drain() {

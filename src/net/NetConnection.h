@@ -41,6 +41,17 @@ public:
     /// Sends now what has gathered while data of this connection is handled.
     void flush();
 
+    /// Reads nothing more from the peer until release is called: what it sends waits in the system's buffers,
+    /// and then at the peer. Replies still go out. Only while the manager handles data of this connection.
+    void hold();
+    /// Ends a hold: calls onReleased of the manager and then reads on, unless the connection was held again.
+    void release();
+    bool isHeld() const { return m_bHeld; }
+
+    /// Whether the peer has closed or reset the connection, as far as the system knows. Reads nothing, so it
+    /// can be asked of a connection that is held.
+    bool isPeerGone();
+
     /// The peer's address as text and its port, as they were when the connection was made.
     const std::string& peerAddress() const { return m_strPeerAddress; }
     int peerPort() const { return m_nPeerPort; }
@@ -69,6 +80,7 @@ private:
     std::vector<unsigned char> m_unsent;     ///< bytes to send, gone out up to m_nSent
     std::size_t m_nSent = 0;
     bool m_bHandling = false;  ///< data is being handled: what is sent waits for the end of that
+    bool m_bHeld = false;      ///< nothing is read until release
     bool m_bReading = false;   ///< waits for data of the peer
     bool m_bWriting = false;   ///< waits for the peer to make room
     bool m_bFinishing = false; ///< to be closed: sends what waits and takes nothing more

@@ -19,6 +19,8 @@ NetManager::NetManager(boost::asio::io_service& io) : m_io(io), m_received(kRece
 
 NetManager::~NetManager() = default;
 
+void NetManager::onReleased(NetConnectionPtr) {}
+
 void NetManager::onPackageReceived(const std::vector<unsigned char>&, NetConnectionPtr) {}
 
 void NetManager::onDataSend(int, NetConnectionPtr) {}
@@ -58,6 +60,8 @@ void NetManager::receive(const NetConnectionPtr& conn, error_code error, std::si
     try {
         if (length > 0) onDataReceived(m_received, static_cast<int>(length), conn);
         if (!error || conn->m_bFinishing) return;
+        // The end of the stream is seen again once the connection is released.
+        if (conn->m_bPeerEnded && conn->isHeld()) return;
         if (!conn->m_bPeerEnded) return fail(conn, error.value());
         onDisconnected(0, conn);
     } catch (...) {
@@ -65,6 +69,34 @@ void NetManager::receive(const NetConnectionPtr& conn, error_code error, std::si
         onDisconnected(boost::system::errc::not_enough_memory, conn);
     }
     conn->finish();
+}
+
+void NetManager::resume(const NetConnectionPtr& conn) {
+    try {
+        onReleased(conn);
+    } catch (...) {
+        onDisconnected(boost::system::errc::not_enough_memory, conn);
+        conn->finish();
+    }
+}
+
+/// A peer that never closes its side must not keep a socket for long. One with replies on their way goes
+/// last.
+void NetManager::boundEnding(const NetConnectionPtr& conn) {
+    if (m_nMaxEnding == 0) return;
+    const auto ofWeak = [](const boost::weak_ptr<NetConnection>& weak) { return weak.lock(); };
+    m_ending.remove_if([&](const auto& weak) {
+        const NetConnectionPtr other = ofWeak(weak);
+        return !other || !other->isOpen();
+    });
+    if (!conn->isOpen()) return;
+    m_ending.push_back(conn);
+    if (m_ending.size() <= m_nMaxEnding) return;
+    const auto sent = std::find_if(m_ending.begin(), m_ending.end(),
+                                   [&](const auto& weak) { return !ofWeak(weak)->hasUnsent(); });
+    const auto victim = sent != m_ending.end() ? sent : m_ending.begin();
+    ofWeak(*victim)->close();
+    m_ending.erase(victim);
 }
 
 void NetManager::fail(const NetConnectionPtr& conn, int code) {

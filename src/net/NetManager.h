@@ -4,7 +4,10 @@
 
 #include <boost/asio/io_service.hpp>
 
+#include <boost/weak_ptr.hpp>
+
 #include <cstddef>
+#include <list>
 #include <vector>
 
 namespace net {
@@ -27,6 +30,9 @@ public:
     /// `length` new bytes stand at the front of `data`, which is the manager's and valid during the call.
     virtual void onDataReceived(const std::vector<unsigned char>& data, int length,
                                 NetConnectionPtr conn) = 0;
+    /// A connection that was held goes on. Comes before anything more is read from it, and also for one whose
+    /// peer has gone meanwhile.
+    virtual void onReleased(NetConnectionPtr conn);
     /// A whole package of a protocol that has such; plain streams never call it.
     virtual void onPackageReceived(const std::vector<unsigned char>& package, NetConnectionPtr conn);
     /// So many bytes were handed to the system.
@@ -43,6 +49,10 @@ protected:
     /// Begins the life of a connection: onConnected, then its data.
     void open(const NetConnectionPtr& conn);
 
+    /// Bounds how many connections may wait for their peers to close after removeConnection. Beyond that the
+    /// oldest one whose last bytes have left is cut off. 0, the default, is no bound.
+    void limitEnding(std::size_t count) { m_nMaxEnding = count; }
+
 private:
     friend class NetConnection;
 
@@ -50,9 +60,13 @@ private:
     virtual boost::shared_ptr<void> keepAlive() = 0;
     std::size_t readInto(NetConnection& conn, std::size_t begin, boost::system::error_code& error);
     void receive(const NetConnectionPtr& conn, boost::system::error_code error, std::size_t length);
+    void resume(const NetConnectionPtr& conn);
     void fail(const NetConnectionPtr& conn, int code);
+    void boundEnding(const NetConnectionPtr& conn);
 
     boost::asio::io_service& m_io;
+    std::size_t m_nMaxEnding = 0;
+    std::list<boost::weak_ptr<NetConnection>> m_ending; ///< the oldest first; empty without a bound
     std::vector<unsigned char> m_received; ///< shared by all connections: they are served one at a time
 };
 

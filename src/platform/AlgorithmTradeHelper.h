@@ -15,7 +15,8 @@ class CAlgorithmTradeHelper : public CHostService<CAlgorithmTradeHelper> {
 public:
     static constexpr const char* kServiceName = "CAlgorithmTradeHelper";
 
-    /// Reads a setting text into a new setting; false, and the pointer untouched, where it cannot.
+    /// Reads a setting text; false if it cannot. `setting` comes as an empty record of the base class, never
+    /// null: the host fills it or puts a record of its own in its place. After false it is not used.
     virtual bool getAlgOrderSettingFromString(const std::string& text,
                                               CAlgorithmOrderSettingPtr& setting) = 0;
     /// The parameter text of the order kind for these codes.

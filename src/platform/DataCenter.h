@@ -18,21 +18,23 @@ inline constexpr int kPortfolioTable = 594;
 /// Number under which an account's data serves its positions by instrument, as CPositionStatics.
 inline constexpr int kPositionTable = 547;
 
-/// The live data of one account, or of all together, in tables by number. Any thread.
+/// The live data of one account, or of all together, in tables by number. Every operation may be called from
+/// any thread and does not throw.
 class CAccountData {
 public:
     virtual ~CAccountData() = default;
 
-    /// A copy of the table's records by key text; empty where there is no such table. The records stay the
-    /// host's and do not change once they are given out.
+    /// The table's records by key text; empty if there is no such table. The map is a copy; the records are
+    /// shared and do not change.
     virtual std::map<std::string, boost::shared_ptr<IData>> getMapData(int table) = 0;
 
-    /// Appends the table's records in the host's order.
+    /// Appends the table's records in the host's order; nothing if there is no such table. The records are
+    /// shared and do not change. Called with Lock held.
     virtual void getVector(int table, std::vector<boost::shared_ptr<IData>>& out) = 0;
 
-    /// Holds the data still while it lives. The host decides whether others wait meanwhile. A basket of all
-    /// positions holds it while it works them off one by one: quotes are asked for, waited for (up to two
-    /// seconds each) and failures shown under it, so none of that may need the lock on another thread.
+    /// Locks the data as long as it lives. `26` with `all` holds it while it sells the positions one by one:
+    /// it asks for quotes, waits for them (up to two seconds each) and shows failures meanwhile. None of that
+    /// may need the same lock on another thread.
     class Lock {
     public:
         explicit Lock(CAccountData& data) : m_data(data) { TC::hostCall<&CAccountData::lock>.on(m_data); }
@@ -49,16 +51,19 @@ public:
     };
 
 protected:
+    /// Keep the data unchanged from one to the other; called on one thread. A host whose data never change
+    /// leaves the defaults, which do nothing.
     virtual void lock() {}
     virtual void unlock() {}
 };
 
-/// The trading layer's data by account. Any thread.
+/// The trading layer's data by account. Every operation may be called from any thread, answers at once and
+/// does not throw.
 class CDataCenter {
 public:
     virtual ~CDataCenter() = default;
 
-    /// The data of the account of that key, or null where there is none.
+    /// The data of the account of that key (UTF-8), or null if there is none.
     virtual boost::shared_ptr<CAccountData> getAccountData(const std::string& key) = 0;
     /// What belongs to all accounts together, such as portfolios; null while there is none.
     virtual boost::shared_ptr<CAccountData> getGlobalAccountData() = 0;

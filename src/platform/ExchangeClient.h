@@ -10,17 +10,18 @@
 
 namespace TC {
 
-/// The client's instruments and trading days. Every operation may be called from any thread and answers at
-/// once.
+/// The client's instruments and trading days. Every operation may be called from any thread, answers at once
+/// and does not throw.
 class CExchangeClient : public QObject, public CHostService<CExchangeClient> {
     Q_OBJECT
 public:
     static constexpr const char* kServiceName = "CExchangeClient";
 
-    /// Whether the full instrument key (market and code joined by qdStockKey) exists.
+    /// Whether a stock of that full key (market and code joined by qdStockKey) exists. If it does,
+    /// getCodeInfo must know it too.
     virtual bool hasStock(const QString& stockKey) = 0;
-    /// Whether the code or key is a known instrument of the market. A host without the market need not
-    /// answer.
+    /// Whether the code or key is a known instrument of the market. A host without the market leaves the
+    /// default: no.
     virtual bool hasFuture(const QString&) { return false; }
     virtual bool hasOption(const QString&) { return false; }
     virtual bool hasFutureOption(const QString&) { return false; }
@@ -28,13 +29,14 @@ public:
     virtual bool hasHkstock(const QString&) { return false; } ///< Shanghai-Hong Kong connect
     virtual bool hasGold(const QString&) { return false; }
     virtual bool hasNeeq(const QString&) { return false; } ///< share-transfer market
-    /// The instrument's record, or an empty pointer where the key is unknown.
+    /// The instrument's record, or an empty pointer if the key is unknown. It is shared and never changes.
+    /// Its market and code go into the commands, so neither may be empty.
     virtual CInstrumentDetailPtr getCodeInfo(const QString& stockKey) = 0;
-    /// The latest trading day as text, "yyyyMMdd".
+    /// The latest trading day, "yyyyMMdd".
     virtual std::string getMaxTradingDay() = 0;
 
 signals:
-    /// A new trading day has begun. The host may emit it on any thread and registers std::string.
+    /// A new trading day has begun, "yyyyMMdd". The host may emit it on any thread.
     void sigNewTradingDate(std::string date);
 };
 

@@ -45,8 +45,25 @@ void tellAudit(const CDoorReport& report) {
     tellSafely<&CIntakeAudit::recordDoor>(report);
 }
 
+void tellAudit(const CDiscardReport& report) {
+    tellSafely<&CIntakeAudit::recordDiscard>(report);
+}
+
 void tellAudit(const CIncidentReport& report) {
     tellSafely<&CIntakeAudit::recordIncident>(report);
+}
+
+void tellAuditOfUnplaced(const QVector<COrderParam>& orders) {
+    tellSafely<&CIntakeAudit::recordUnplaced>(orders);
+}
+
+QString rejectedFolder() {
+    try {
+        return hostCall<&CIntakeAudit::rejectedFolder>();
+    } catch (...) {
+        reportFailure(QStringLiteral("被拒文件目录未知, 文件留在原目录"));
+        return {};
+    }
 }
 
 void tellOrdersDropped(int channel, int orders, const QString& cause) {

@@ -25,7 +25,7 @@ class CTradeClient;
 class CTradingRules;
 class CUserManager;
 
-/// All services of a host. Each stays the host's, which keeps it alive until releaseHost.
+/// All services of a host. Each belongs to the host, which keeps it alive until releaseHost.
 struct CHost {
     CUserManager* userManager = nullptr;
     COrderClient* orderClient = nullptr;
@@ -43,15 +43,14 @@ struct CHost {
     luawrapper::LuaModuleCtrl* luaModuleCtrl = nullptr;
 };
 
-/// Puts the host's services in place, on the main thread, before anything else of the library is used. Fails,
-/// and installs nothing, where a service is missing or a host is installed already; the text names what is
-/// wrong.
+/// Installs the host's services. Main thread, before anything else of the library is used. If a service is
+/// missing or a host is installed already, installs nothing and fails with a text that names what is wrong.
 [[nodiscard]] utils::KNError installHost(const CHost& host);
 
-/// Forgets the services, after COrderService is gone. Without a host it does nothing.
+/// Forgets the services. Main thread, after COrderService::release. Does nothing without a host.
 void releaseHost();
 
-/// Whether a host is installed.
+/// Whether a host is installed. Main thread.
 bool isHostInstalled();
 
 } // namespace TC

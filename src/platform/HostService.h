@@ -4,12 +4,11 @@ namespace TC {
 
 /// Base of every abstract host service: gives each its instance(), which installHost sets and releaseHost
 /// clears.
-///
-/// instance() may be called only between the two; an access outside is a bug of the host's and ends the
-/// process with the service's name rather than with a null pointer on the order road.
 template<typename T>
 class CHostService {
 public:
+    /// The installed service; it stays the host's. Any thread, between installHost and releaseHost. A call
+    /// outside of that is a bug of the host's: it ends the process with the service's name.
     static T& instance();
 
     CHostService(const CHostService&) = delete;

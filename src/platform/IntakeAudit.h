@@ -3,8 +3,10 @@
 #include "base/Unset.h"
 #include "platform/HostService.h"
 #include "records/Enums.h"
+#include "records/OrderParam.h"
 
 #include <QString>
+#include <QVector>
 
 namespace TC {
 
@@ -19,9 +21,17 @@ struct CIntakeReport {
     int m_nUnreadTradeParams = 0;
     /// A line that could not be read ended the source; what stood behind it is lost.
     bool m_bCutShort = false;
-    /// The source could not be taken away from its writer and waits unread. Told once, not at every look.
+    /// The source could not be taken away from its writer and waits unread. Told once, not at every look;
+    /// told again when the source was gone in the meantime.
     bool m_bLeftWaiting = false;
-    QString m_strCause; ///< for people: which line ended the source or what holds it, and why
+    /// The source was refused whole: this reading carried out none of its orders and cancels.
+    bool m_bRejected = false;
+    QString m_strCause; ///< for people: which line ended the source, what holds it, or why it was refused
+    /// Where a file lies that was not deleted after it was taken; empty: it was deleted.
+    QString m_strKeptAs;
+    /// Lines without effect, such as a cancel with too few words. Blank lines do not count.
+    int m_nIgnoredLines = 0;
+    QString m_strFirstIgnored; ///< for people: which line is the first of them, and why it had no effect
 };
 
 /// What happened at a door that listens.
@@ -39,6 +49,15 @@ struct CDoorReport {
     QString m_strSource; ///< ip:port
     QString m_strPeer;   ///< ip:port of the connection that it is about; empty where it is about none
     QString m_strCause;  ///< for people; empty where there is nothing to explain
+};
+
+/// A file that is deleted unread: it lay at a strategy's path when the strategy was started.
+struct CDiscardReport {
+    EOrderStrategyType m_eStrategyType = EOrderStrategyType::File;
+    int m_nChannel = 0;
+    QString m_strSource;    ///< path
+    long long m_nLines = 0; ///< a last line without a line end counts; -1: the file cannot be read
+    long long m_nBytes = 0; ///< -1: the file cannot be read
 };
 
 /// What comes to nothing without a message to the user.
@@ -67,6 +86,18 @@ public:
     /// On the thread of the door, or with the registry locked on the thread that starts or stops a strategy.
     virtual void recordDoor(const CDoorReport& report) = 0;
 
+    /// A file is about to be deleted unread. With the registry locked on the thread that starts a strategy.
+    /// Empty files are not reported. Does nothing unless the host overrides it.
+    virtual void recordDiscard(const CDiscardReport& /*report*/) {}
+
+    /// The orders of one batch that were accepted and are not worked off, because the host called
+    /// COrderService::dropBacklog. On the service's thread. Does nothing unless the host overrides it.
+    virtual void recordUnplaced(const QVector<COrderParam>& /*orders*/) {}
+
+    /// The folder where refused order files are kept; it is made when it is needed. Empty, the default: they
+    /// are kept beside their paths. Called on the file thread with the registry locked; must not throw.
+    virtual QString rejectedFolder() { return {}; }
+
     /// On any thread, also with the registry locked. A host that keeps no journal leaves it.
     virtual void recordIncident(const CIncidentReport&) {}
 };
@@ -74,9 +105,14 @@ public:
 /// Tells the installed audit. If it throws, its record is lost, with a report, and no order.
 void tellAudit(const CIntakeReport& report);
 void tellAudit(const CDoorReport& report);
+void tellAudit(const CDiscardReport& report);
+void tellAuditOfUnplaced(const QVector<COrderParam>& orders);
 void tellAudit(const CIncidentReport& report);
 
 /// Orders that nothing goes out for and no message tells of. channel: of the first of them.
 void tellOrdersDropped(int channel, int orders, const QString& cause);
+
+/// The folder that the installed audit names; empty if it names none or throws.
+QString rejectedFolder();
 
 } // namespace TC

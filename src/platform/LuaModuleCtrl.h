@@ -12,13 +12,14 @@ class LuaModuleCtrl : public TC::CHostService<LuaModuleCtrl> {
 public:
     static constexpr const char* kServiceName = "LuaModuleCtrl";
 
-    /// Whether a switch is on. `path` is the module and the switch, such as "mdl_order" and
-    /// "mdl_order_service_force_confirm". Read at the moment of use: a host may change a switch at any time.
-    /// Any thread.
+    /// Whether a switch is on; false for one that the host does not know. `path` is the module and the
+    /// switch, such as "mdl_order" and "mdl_order_service_force_confirm". Asked at the moment of use: the
+    /// host may change a switch at any time. Any thread, also with the registry locked; answers at once and
+    /// does not throw.
     virtual bool checkModule(const std::vector<std::string>& path) = 0;
 };
 
-/// Whether a switch of the order module is on.
+/// Whether a switch of the order module is on. Any thread.
 bool isOrderSwitchOn(const char* name);
 
 } // namespace luawrapper

@@ -7,19 +7,19 @@
 
 namespace TC {
 
-/// The client's message panel. Any thread; the library calls it from the file thread with its mutex held, so
-/// showMsg must not wait for a thread that may want a strategy.
+/// The client's message panel.
 class CMsgService : public CHostService<CMsgService> {
 public:
     static constexpr const char* kServiceName = "CMsgService";
 
-    /// Shows one message. The two flags are the user's settings for the message type.
+    /// Shows one message. Any thread. The file thread and the start and stop of a strategy call it with the
+    /// registry locked: it must not wait for a thread that may want a strategy, such as the main thread. Does
+    /// not throw. Any text may come, of any length. The two flags are the user's settings for the type.
     virtual void showMsg(const QString& text, EMsgTypeDef type, MsgLevel level, bool flag1, bool flag2,
                          const QString& extra) = 0;
 };
 
-/// A note of the order service to the user's panel: a general message at note level, with the user's flags
-/// for such.
+/// Shows a general message at note level, with the user's flags for that type. Any thread.
 void showServiceMsg(const QString& text);
 
 } // namespace TC

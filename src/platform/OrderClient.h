@@ -7,19 +7,21 @@
 
 namespace TC {
 
-/// Takes finished commands and trade errors. Service thread; with function trading later also other threads,
-/// so both operations must be safe from any thread.
+/// Takes finished commands, and the reasons of refused orders. Both operations are called on the service
+/// thread today; function trading will call them on others, so both must be safe from any thread.
 class COrderClient : public CHostService<COrderClient> {
 public:
     static constexpr const char* kServiceName = "COrderClient";
 
-    /// Takes one finished command over; the library keeps no reference. A command without codes can arrive
-    /// and must not be taken for an error of the library's. m_bForceConfirm asks the host to confirm with the
-    /// user first. There is no answer: what becomes of the command is the host's business from here on.
+    /// Takes over one finished command; the library keeps no reference. With m_bForceConfirm the host must
+    /// ask the user first. A command without records is no error: nothing was left to trade. While the
+    /// operation waits, all orders and cancels behind it wait. There is no answer: from here on the host
+    /// tells the user what becomes of the command. Volumes are shares or lots, prices are currency units.
     virtual void orderCommands(const COrderComandParamPtr& command) = 0;
 
-    /// Shows why an order was refused, or what a basket leaves out: a basket can bring several calls, for its
-    /// rows, and go out all the same. Any other order brings one at most.
+    /// Shows why an order was refused, or which rows a basket leaves out. A basket can bring several calls
+    /// and still go out; any other order brings at most one, and is refused with it. Can be called with the
+    /// lock of an account's data held (CAccountData::Lock).
     virtual void showTradeError(const QString& text, const QString& title) = 0;
 };
 

@@ -15,16 +15,18 @@ class CTask {
 public:
     virtual ~CTask() = default;
 
-    /// Asks the task to act on the record. Any thread; does not wait for the outcome.
+    /// Asks the task to act on the record. File thread, with the registry locked; does not wait for the
+    /// outcome, of which the host tells the user. Does not throw.
     virtual void operate(const TC::CTaskOpRecord& record) = 0;
 };
 
-/// The tasks of the trading layer. Any thread.
+/// The tasks of the trading layer.
 class CTaskCenter {
 public:
     virtual ~CTaskCenter() = default;
 
-    /// The tasks that belong to the id; empty where there are none.
+    /// The tasks that belong to the id; empty if there are none. No entry is null. File thread, with the
+    /// registry locked; answers at once and does not throw.
     virtual std::vector<boost::shared_ptr<CTask>> findTasks(int taskId) = 0;
 };
 
@@ -33,7 +35,7 @@ class TraderCenter : public TC::CHostService<TraderCenter> {
 public:
     static constexpr const char* kServiceName = "TraderCenter";
 
-    /// Both are alive as long as the host. Any thread.
+    /// Both belong to the host and live as long as it. Any thread.
     virtual CTaskCenter& getTaskCenter() = 0;
     virtual CDataCenter& getDataCenter() = 0;
 };

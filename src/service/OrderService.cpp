@@ -77,17 +77,17 @@ void cancelTask(int taskId) {
 }
 
 /// Keeps what it found in the pointer and puts it back at its end.
+template<typename T>
 class CRestored {
 public:
-    CRestored(COrderStrategyMap*& pointer, COrderStrategyMap* value)
-        : m_pointer(pointer), m_pBefore(std::exchange(pointer, value)) {}
+    CRestored(T*& pointer, T* value) : m_pointer(pointer), m_pBefore(std::exchange(pointer, value)) {}
     ~CRestored() { m_pointer = m_pBefore; }
     CRestored(const CRestored&) = delete;
     CRestored& operator=(const CRestored&) = delete;
 
 private:
-    COrderStrategyMap*& m_pointer;
-    COrderStrategyMap* const m_pBefore;
+    T*& m_pointer;
+    T* const m_pBefore;
 };
 
 } // namespace
@@ -181,6 +181,10 @@ void COrderService::shutdown() {
     m_threads->service.wait();
 }
 
+void COrderService::dropBacklog() {
+    m_bDropping = true;
+}
+
 void COrderService::loadFromConfig(bool showMsg) {
     const utils::CLibraryCall call;
     const std::lock_guard lock(m_registry->mutex());
@@ -215,7 +219,7 @@ void COrderService::chooseVariant(const CUserConfig& user) {
     if (m_orderService) return;
     if (hostCall<&CUserConfig::hasOrderService>.on(user)) {
         m_orderService =
-            std::make_unique<COrderServiceUnion>([this](int channel) { renewStrategy(channel); });
+            std::make_unique<COrderServiceUnion>([this](int channel) { return beginOrder(channel); });
         m_pVariant = m_orderService.get();
     } else if (isSplitUser(&user)) {
         reportUnbuiltVariant();
@@ -271,6 +275,10 @@ void COrderService::cancelOrder(int taskId) {
     runGuarded(QStringLiteral("sigCancelOrder的接收者异常"), [&] { emit sigCancelOrder(taskId); });
 }
 
+void COrderService::holdUntilWorkedOff(std::shared_ptr<const void> ticket) {
+    (void)m_threads->queue->post([ticket = std::move(ticket)]() mutable { ticket.reset(); });
+}
+
 void COrderService::cancelOrders(std::vector<std::string>& fields) {
     const utils::CLibraryCall call;
     try {
@@ -302,6 +310,11 @@ QString COrderService::getStatusBarTip() const {
 
 COrderServiceBase* COrderService::getOrderService() const {
     return m_pVariant;
+}
+
+void COrderService::setStrategyGuard(
+    std::function<QString(const COrderStrategyParam&, const QMap<int, COrderStrategyParam>&)> guard) {
+    m_registry->setGuard(std::move(guard));
 }
 
 int COrderService::addOrderStrategy(EOrderStrategyType type) {
@@ -372,10 +385,11 @@ void COrderService::slotNewTradingDate(std::string date) {
 void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
     const utils::CLibraryCall call;
     if (orders.isEmpty()) return;
-    runGuarded(QStringLiteral("批次中断"), [&] { workOff(std::move(orders)); });
+    if (m_bDropping) return tellAuditOfUnplaced(orders);
+    runGuarded(QStringLiteral("批次中断"), [&] { workOff(orders); });
 }
 
-void COrderService::workOff(QVector<COrderParam> orders) {
+void COrderService::workOff(const QVector<COrderParam>& orders) {
     COrderServiceBase* variant = getOrderService();
     const bool isBound = m_registry->isBound();
     if (variant == nullptr && isBound && isSplitUser(getUserConfig())) return reportUnbuiltVariant();
@@ -385,18 +399,28 @@ void COrderService::workOff(QVector<COrderParam> orders) {
     }
     // The variant works on copies, since checks can wait for quotes and the registry must stay open
     // meanwhile. Each order renews the copy of its strategy. A batch can come while another is in hand.
-    COrderStrategyMap strategies;
-    const CRestored inHand(m_pInHand, &strategies);
-    variant->placeOrders(std::move(orders), &strategies);
+    CBatch batch;
+    {
+        const CRestored inHand(m_pInHand, &batch);
+        variant->placeOrders(orders, &batch.strategies);
+    }
+    if (batch.isCut) tellAuditOfUnplaced(orders.mid(batch.begun));
 }
 
-void COrderService::renewStrategy(int channel) {
-    if (m_pInHand == nullptr) return;
-    if (const auto strategy = m_registry->copyOne(channel)) {
-        m_pInHand->insert(channel, *strategy);
-    } else {
-        m_pInHand->remove(channel);
+/// False once the backlog is dropped; otherwise brings the batch's copy of the strategy up to date.
+bool COrderService::beginOrder(int channel) {
+    if (m_pInHand == nullptr) return true;
+    if (m_bDropping) {
+        m_pInHand->isCut = true;
+        return false;
     }
+    ++m_pInHand->begun;
+    if (const auto strategy = m_registry->copyOne(channel)) {
+        m_pInHand->strategies.insert(channel, *strategy);
+    } else {
+        m_pInHand->strategies.remove(channel);
+    }
+    return true;
 }
 
 void COrderService::slotCancelOrder(int taskId) {

@@ -70,6 +70,11 @@ public:
     /// service that waits for the thread that calls shutdown never lets it return.
     void shutdown();
 
+    /// For a user who does not want to wait for shutdown any longer. The service finishes the order in hand
+    /// and drops all orders behind it; CIntakeAudit::recordUnplaced gets each batch that is dropped. Cancels
+    /// are still carried out. Any thread, before or while shutdown waits; cannot be undone.
+    void dropBacklog();
+
     /// The interfaces of the trade framework in the host's settings document. The host calls these three on
     /// one thread at a time, and links Qt Xml for the document.
 
@@ -92,6 +97,7 @@ public:
     /// Hands checked orders to the variant on the caller's thread; without a variant does nothing.
     void placeLegalOrders(QVector<orderParamForOrderService> orders);
     void cancelOrder(int taskId) override;
+    void holdUntilWorkedOff(std::shared_ptr<const void> ticket) override;
     /// Emits sigCancelOrders on the calling thread. Throws CHostError if a receiver throws; an order file is
     /// not read further then.
     void cancelOrders(std::vector<std::string>& fields) override;
@@ -109,6 +115,14 @@ public:
 
     /// Strategies. 0 for success and -1 for failure unless stated; any thread; a call can wait for a pass of
     /// the file loop to end.
+
+    /// A test of the host's own, called before each change and each start of a strategy with the strategy as
+    /// it would be and all strategies as they are. It gives the reason to refuse it, for people, or an empty
+    /// text. A refused change gives -1 after a message, a refused start the reason as its error. Called on
+    /// the thread of the operation with the registry locked: it must not wait for a thread that wants a
+    /// strategy. Set it before loadFromConfig, which starts strategies; without one nothing is refused.
+    void setStrategyGuard(
+        std::function<QString(const COrderStrategyParam&, const QMap<int, COrderStrategyParam>& all)> guard);
 
     /// The new strategy's id, or -1 while no user is bound. The id of a strategy that loadFromConfig left out
     /// over the user's limit is not given: the user's configuration still has that one.
@@ -163,14 +177,20 @@ private:
     void connectOwnSignals();
     void connectHost();
     void bindUser(bool showMsg);
-    void workOff(QVector<COrderParam> orders);
+    void workOff(const QVector<COrderParam>& orders);
     void announceStatus(bool isAnyRunning);
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();
-    void renewStrategy(int channel);
+    bool beginOrder(int channel);
 
     struct CThreads;
+    /// A batch that the variant is working on.
+    struct CBatch {
+        COrderStrategyMap strategies;
+        int begun = 0;      ///< orders that the variant has begun with
+        bool isCut = false; ///< the rest was dropped
+    };
 
     std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
@@ -179,7 +199,8 @@ private:
     std::unique_ptr<CFileService> m_fileService;
     std::unique_ptr<CThreads> m_threads;
     std::vector<QMetaObject::Connection> m_hostConnections;
-    COrderStrategyMap* m_pInHand = nullptr; ///< strategies of the batch in hand; the service's thread alone
+    CBatch* m_pInHand = nullptr; ///< the innermost one; the service's thread alone
+    std::atomic<bool> m_bDropping{false};
     knservice::TradeInterfaceList m_interfaces;
 };
 

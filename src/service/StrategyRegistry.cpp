@@ -1,9 +1,11 @@
 #include "service/StrategyRegistry.h"
 
+#include "base/FileCount.h"
 #include "base/Text.h"
 #include "check/AccountLookup.h"
 #include "platform/HostCall.h"
 #include "platform/HostReports.h"
+#include "platform/IntakeAudit.h"
 #include "platform/TradeClient.h"
 #include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
@@ -65,6 +67,19 @@ bool isRegularFile(const std::string& path) {
     return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+/// Tells the audit of a file that is to be deleted unread. An empty one holds nothing that could be missed.
+void tellDiscard(const COrderStrategyParam& strategy, const std::string& path) {
+    const auto count = utils::countFile(path);
+    if (count && count->bytes == 0) return;
+    CDiscardReport report;
+    report.m_eStrategyType = strategy.m_eStrategyType;
+    report.m_nChannel = strategy.m_nChannel;
+    report.m_strSource = strategy.m_strSignalSource;
+    report.m_nLines = count ? count->lines : -1;
+    report.m_nBytes = count ? count->bytes : -1;
+    tellAudit(report);
+}
+
 /// Orders that lie at the path when the strategy starts are old: the file goes unread.
 bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
     const std::string path = utils::toPathBytes(strategy.m_strSignalSource);
@@ -72,6 +87,7 @@ bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
         error = QStringLiteral("信号来源必须为文件");
         return false;
     }
+    tellDiscard(strategy, path);
     if (::unlink(path.c_str()) != 0 && isRegularFile(path)) {
         error = QStringLiteral("信号来源文件无法删除");
         return false;
@@ -102,6 +118,21 @@ QString messageHead(const COrderStrategyParam& strategy) {
 }
 
 } // namespace
+
+void CStrategyRegistry::setGuard(CGuard guard) {
+    const std::lock_guard lock(m_mutex);
+    m_guard = std::move(guard);
+}
+
+/// A guard that fails refuses.
+QString CStrategyRegistry::whyRefused(const COrderStrategyParam& strategy) {
+    if (!m_guard) return {};
+    try {
+        return m_guard(strategy, copy());
+    } catch (...) {
+        return QStringLiteral("setStrategyGuard: ") + exceptionText();
+    }
+}
 
 void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
@@ -163,6 +194,10 @@ int CStrategyRegistry::update(const COrderStrategyParam& param) {
     const std::lock_guard lock(m_mutex);
     COrderStrategyParam* stored = find(param.m_nChannel);
     if (stored == nullptr || stored->isRunning()) return kFailure;
+    if (const QString reason = whyRefused(param); !reason.isEmpty()) {
+        reportSafely(messageHead(param) + QStringLiteral(": 修改失败! ") + reason);
+        return kFailure;
+    }
     change([&] {
         *stored = param;
         stored->m_nStartCount = 0;
@@ -240,6 +275,10 @@ bool CStrategyRegistry::startChecked(COrderStrategyParam& strategy, QString& err
         error = QStringLiteral("合约代码为空");
     if (strategy.m_strSignalSource.isEmpty()) {
         error = QStringLiteral("信号来源为空");
+        return false;
+    }
+    if (const QString reason = whyRefused(strategy); !reason.isEmpty()) {
+        error = reason;
         return false;
     }
     return openSource(*user, strategy, error);

@@ -22,12 +22,19 @@ public:
     /// Called with the mutex held after each start and stop; the argument is hasRunning().
     using CStatusListener = std::function<void(bool)>;
 
+    /// Why a strategy must not be like this, for people; empty if it may. Called with the mutex held; `all`
+    /// are the strategies as they are.
+    using CGuard = std::function<QString(const COrderStrategyParam&, const COrderStrategyMap& all)>;
+
     CStrategyRegistry(CStatusListener listener, CSocketListeners& listeners)
         : m_onStatus(std::move(listener)), m_listeners(listeners) {}
 
     /// Keeps the strategies still: held for the whole of every operation and of a pass of the file loop.
     /// Recursive: who holds it may call every operation here.
     std::recursive_mutex& mutex() { return m_mutex; }
+
+    /// The host's own test of each change and start; none unless set.
+    void setGuard(CGuard guard);
 
     void bind(COrderStrategyMap* strategies);
     bool isBound() const;
@@ -58,6 +65,7 @@ public:
 
 private:
     int nextId() const;
+    QString whyRefused(const COrderStrategyParam& strategy);
     void leaveListener(const COrderStrategyParam& strategy);
     bool startGuarded(COrderStrategyParam& strategy, QString& error);
     bool startChecked(COrderStrategyParam& strategy, QString& error);
@@ -78,6 +86,7 @@ private:
     const COrderStrategyMap* m_pLastStrategies = nullptr; ///< of the last user; compared only
     std::set<int> m_leftOut; ///< numbers of that user's strategies that were filtered out
     CStatusListener m_onStatus;
+    CGuard m_guard;
     CSocketListeners& m_listeners;
     bool m_bClosing = false;
 };

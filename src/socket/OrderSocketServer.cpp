@@ -8,16 +8,18 @@
 #include "platform/HostCall.h"
 #include "platform/HostReports.h"
 #include "socket/OrderCommandParser.h"
+#include "socket/SocketText.h"
 
 #include <boost/format.hpp>
 #include <boost/make_shared.hpp>
+#include <boost/weak_ptr.hpp>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
-#include <locale>
+#include <utility>
 
 namespace TC {
 namespace {
@@ -48,30 +50,6 @@ void sendText(net::NetConnection& conn, const std::vector<unsigned char>& text) 
     conn.send(text, static_cast<int>(end - text.begin()), true);
 }
 
-/// The text behind a verb: up to the first zero byte, without white space at both ends.
-std::string_view trimArgument(std::string_view text) {
-    // Looked up once: std::isspace would search the locale for every character.
-    static const auto& kinds = std::use_facet<std::ctype<char>>(std::locale::classic());
-    const auto isBlank = [](char c) { return kinds.is(std::ctype_base::space, c); };
-    text = text.substr(0, text.find('\0'));
-    while (!text.empty() && isBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
-/// Compares in a time that depends on the length of `given` alone, so that a stranger who measures learns
-/// nothing of the expected text.
-bool isSameSecret(std::string_view given, std::string_view expected) {
-    unsigned difference = given.size() == expected.size() ? 0 : 1;
-    for (std::size_t i = 0; i < given.size(); ++i) {
-        const char other = expected.empty() ? '\0' : expected[i % expected.size()];
-        difference |= static_cast<unsigned char>(given[i]) ^ static_cast<unsigned char>(other);
-    }
-    return difference == 0;
-}
-
 QString peerOf(const net::NetConnection& conn) {
     return QString::fromStdString(conn.peerAddress()) + QStringLiteral(":") +
            QString::number(conn.peerPort());
@@ -91,11 +69,13 @@ void logLine(const void* server, std::string_view line, const std::vector<unsign
 
 } // namespace
 
-/// A verb and what serves it. A line counts as the first verb that it begins with.
+/// A verb, what serves it, and what decides under the guard whether it is served now or later. A line counts
+/// as the first verb that it begins with.
 struct CSocketVerb {
     std::string_view word;
     void (COrderSocketServer::*serve)(std::string_view argument, ConnData& data,
                                       std::vector<unsigned char>& reply);
+    COrderSocketServer::ENext (COrderSocketServer::*admit)(const net::NetConnectionPtr& conn, ConnData& data);
 
     static const CSocketVerb* find(std::string_view line);
 };
@@ -103,11 +83,14 @@ struct CSocketVerb {
 /// Null for a line that is no command.
 const CSocketVerb* CSocketVerb::find(std::string_view line) {
     // Quitting is served apart: it ends the connection.
-    static constexpr CSocketVerb kVerbs[] = {{"user", &COrderSocketServer::onUser},
-                                             {"pass", &COrderSocketServer::onPass},
-                                             {"placeorder", &COrderSocketServer::onPlaceOrder},
-                                             {"cancel", &COrderSocketServer::onCancel},
-                                             {kQuitWord, nullptr}};
+    using CServer = COrderSocketServer;
+    static constexpr CSocketVerb kVerbs[] = {
+        {"user", &CServer::onUser, nullptr},
+        {"pass", &CServer::onPass, &CServer::admitPass},
+        {"placeorder", &CServer::onPlaceOrder, &CServer::admitOrder},
+        {"cancel", &CServer::onCancel, &CServer::admitOrder},
+        {kQuitWord, nullptr, nullptr},
+    };
     const auto verb = std::find_if(std::begin(kVerbs), std::end(kVerbs), [&](const CSocketVerb& row) {
         return line.compare(0, row.word.size(), row.word) == 0;
     });
@@ -116,18 +99,27 @@ const CSocketVerb* CSocketVerb::find(std::string_view line) {
 
 COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string ip, unsigned short port,
                                        std::string user, std::string pass, IOrderGate& gate,
-                                       IStrategyRegistry& registry, QString source)
+                                       IStrategyRegistry& registry, QString source,
+                                       std::shared_ptr<COrderCredit> credit)
     : net::NetServer(io, ip, port, false, false), m_strUser(std::move(user)), m_strPass(std::move(pass)),
       m_gate(gate), m_registry(registry), m_strSource(std::move(source)), m_guard(!m_strUser.empty()),
-      m_loginWatch(io) {}
+      m_loginWatch(io), m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
+      m_loop(std::make_shared<CLoopPost>(io)), m_delayWatch(io) {
+    if (m_guard.isOn()) limitEnding(CSocketGuard::kMaxEnding);
+}
 
 /// Connections may be refused until the listener's thread has ended, so also behind the stop.
 COrderSocketServer::~COrderSocketServer() {
+    m_loop->close();
+    for (const auto& [conn, data] : m_connections) {
+        if (data->m_account) m_credit->close(*data->m_account);
+    }
     tellUntoldRefusals();
 }
 
 int COrderSocketServer::stop() {
     const int result = net::NetServer::stop();
+    m_loop->close();
     tellUntoldRefusals();
     return result;
 }
@@ -138,6 +130,8 @@ void COrderSocketServer::onConnected(net::NetConnectionPtr conn) {
         return;
     }
     const auto data = boost::make_shared<ConnData>();
+    data->m_strAddress = conn->peerAddress();
+    if (m_guard.isOn()) data->m_account = openAccount(conn);
     m_connections[conn] = data;
     startLoginClock(*data);
     std::vector<unsigned char> greeting(kGreetingSize);
@@ -146,8 +140,16 @@ void COrderSocketServer::onConnected(net::NetConnectionPtr conn) {
     closeSilent();
 }
 
-void COrderSocketServer::onDisconnected(int, net::NetConnectionPtr conn) {
-    m_connections.erase(conn);
+/// A connection that is held has lines that came whole: they are served as if it had never been held. A
+/// handler that failed for want of memory may have served some of them already, so then they are lost.
+void COrderSocketServer::onDisconnected(int code, net::NetConnectionPtr conn) {
+    const auto found = m_connections.find(conn);
+    if (found == m_connections.end()) return;
+    if (conn->isHeld() && code != boost::system::errc::not_enough_memory) {
+        found->second->m_bPeerGone = true;
+    } else {
+        forget(conn);
+    }
 }
 
 void COrderSocketServer::onDataReceived(const std::vector<unsigned char>& data, int length,
@@ -159,6 +161,28 @@ void COrderSocketServer::onDataReceived(const std::vector<unsigned char>& data, 
     connection->m_nBuffered += length;
     takeLines(conn, *connection);
     closeSilent();
+}
+
+void COrderSocketServer::onReleased(net::NetConnectionPtr conn) {
+    const auto found = m_connections.find(conn);
+    if (found == m_connections.end()) return;
+    const ConnDataPtr connection = found->second;
+    takeLines(conn, *connection);
+    if (connection->m_bPeerGone && !conn->isHeld()) forget(conn);
+    closeSilent();
+}
+
+void COrderSocketServer::forget(const net::NetConnectionPtr& conn) {
+    const auto found = m_connections.find(conn);
+    if (found == m_connections.end()) return;
+    const ConnDataPtr data = found->second;
+    m_connections.erase(found);
+    if (data->m_account) m_credit->close(*data->m_account);
+    if (!data->m_passAt) return;
+    m_failedLogins.endDelay(conn->peerAddress());
+    const auto [first, last] = m_delayed.equal_range(*data->m_passAt);
+    const auto delayed = std::find_if(first, last, [&](const auto& row) { return row.second == conn; });
+    if (delayed != last) m_delayed.erase(delayed);
 }
 
 /// Serves the lines that are whole, as long as the listener is not stopped: what came in behind that is lost
@@ -175,18 +199,22 @@ void COrderSocketServer::takeLines(const net::NetConnectionPtr& conn, ConnData& 
         const bool isLineEnd = feed > begin && bytes[feed - 1] == '\r';
         if (!isLineEnd && checkLineEnd(conn) == ENext::Closed) return;
         scan = feed + 1;
-        if (takeLine(bytes.substr(begin, scan - begin), conn, data) == ENext::Closed) return;
+        const ENext next = takeLine(bytes.substr(begin, scan - begin), conn, data);
+        if (next == ENext::Closed) return;
+        if (next == ENext::Held) break;
         begin = scan;
     }
     const int left = static_cast<int>(bytes.size() - begin);
-    if (const char* word = m_guard.refuseLine(left)) {
+    if (data.m_account) m_credit->endTurn(*data.m_account);
+    const char* word = conn->isHeld() ? nullptr : m_guard.refuseLine(left);
+    if (word != nullptr) {
         refuse(conn, word);
         return;
     }
     data.m_buffer.remove(0, static_cast<int>(begin));
     if (data.m_buffer.capacity() > kKept && data.m_buffer.size() < kKept) data.m_buffer.squeeze();
     data.m_nBuffered = data.m_buffer.size();
-    data.m_nScanned = left;
+    data.m_nScanned = conn->isHeld() ? 0 : left;
 }
 
 /// A line feed without a carriage return is never consumed, so nobody on this listener is served any more
@@ -204,14 +232,18 @@ COrderSocketServer::ENext COrderSocketServer::takeLine(std::string_view line,
                                                        const net::NetConnectionPtr& conn, ConnData& data) {
     if (const char* word = m_guard.refuseLine(static_cast<int>(line.size()))) return refuse(conn, word);
     CReply reply(kReplySize);
-    const CSocketVerb* verb = CSocketVerb::find(line);
+    const CSocketVerb* verb = m_guard.isNoText(line) ? nullptr : CSocketVerb::find(line);
+    if (m_guard.isOn() && verb != nullptr && verb->admit != nullptr) {
+        const ENext next = (this->*verb->admit)(conn, data);
+        if (next != ENext::GoOn) return next;
+    }
     if (verb == nullptr) {
         writeError(reply, kBadCommand);
     } else if (verb->serve == nullptr) {
         writeOk(reply);
         sendText(*conn, reply);
         removeConnection(conn);
-        m_connections.erase(conn);
+        forget(conn);
         return ENext::Closed;
     } else {
         (this->*verb->serve)(trimArgument(line.substr(verb->word.size())), data, reply);
@@ -233,8 +265,93 @@ COrderSocketServer::ENext COrderSocketServer::refuse(const net::NetConnectionPtr
     sendText(*conn, reply);
     tellRefusal(*conn, word);
     removeConnection(conn);
-    m_connections.erase(conn);
+    forget(conn);
     return ENext::Closed;
+}
+
+/// The account's call-back may come at any time and long after the listener has gone.
+COrderCredit::CAccountPtr COrderSocketServer::openAccount(const net::NetConnectionPtr& conn) {
+    const boost::weak_ptr<net::NetServer> server = shared_from_this();
+    const boost::weak_ptr<net::NetConnection> weak = conn;
+    return m_credit->open([loop = m_loop, server, weak] {
+        loop->post([server, weak] {
+            const auto self = server.lock();
+            const auto waiting = weak.lock();
+            if (self && waiting) waiting->release();
+        });
+    });
+}
+
+/// An order waits, and all that the client sends behind it, while too much stands in the service's queue.
+COrderSocketServer::ENext COrderSocketServer::admitOrder(const net::NetConnectionPtr& conn, ConnData& data) {
+    const bool isStranger = data.m_eLoginState != ELoginState::LoggedIn && !m_strUser.empty();
+    if (isStranger || m_credit->mayPlace(*data.m_account)) return ENext::GoOn;
+    conn->hold();
+    return ENext::Held;
+}
+
+/// A `pass` of an address whose logins fail is looked at later, a right one too: otherwise nobody would wait
+/// for the answer to a wrong one.
+COrderSocketServer::ENext COrderSocketServer::admitPass(const net::NetConnectionPtr& conn, ConnData& data) {
+    if (m_strUser.empty() || std::exchange(data.m_bPassWaited, false)) return ENext::GoOn;
+    const std::string& address = conn->peerAddress();
+    const double now = utils::getTime();
+    const double delay = m_failedLogins.delay(address, now);
+    if (delay <= 0) return ENext::GoOn;
+    if (!m_failedLogins.mayDelay(address)) dropGoneLogins();
+    if (const char* word = m_guard.refuseDelay(!m_failedLogins.mayDelay(address))) return refuse(conn, word);
+    m_delayed.emplace(now + delay, conn);
+    data.m_passAt = now + delay;
+    m_failedLogins.beginDelay(address);
+    conn->hold();
+    watchDelays();
+    return ENext::Held;
+}
+
+/// Peers that have gone without waiting for their answer leave their places to others.
+void COrderSocketServer::dropGoneLogins() {
+    const double now = utils::getTime();
+    if (now - m_dLastSweep < kSweepSeconds) return;
+    m_dLastSweep = now;
+    std::vector<net::NetConnectionPtr> gone;
+    for (const auto& [when, conn] : m_delayed) {
+        if (conn->isPeerGone()) gone.push_back(conn);
+    }
+    for (const net::NetConnectionPtr& conn : gone)
+        refuse(conn, m_guard.refuseDelay(true));
+}
+
+void COrderSocketServer::releaseLogins() {
+    const double now = utils::getTime();
+    while (!m_delayed.empty() && m_delayed.begin()->first <= now) {
+        const net::NetConnectionPtr conn = m_delayed.begin()->second;
+        m_delayed.erase(m_delayed.begin());
+        const ConnDataPtr data = m_connections.at(conn);
+        data->m_passAt.reset();
+        data->m_bPassWaited = true;
+        m_failedLogins.endDelay(conn->peerAddress());
+        conn->release();
+    }
+}
+
+void COrderSocketServer::watchDelays() {
+    if (m_delayed.empty()) return;
+    const double seconds = std::max(m_delayed.begin()->first - utils::getTime(), 0.0);
+    m_delayWatch.expires_after(std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+        std::chrono::duration<double>(seconds)));
+    m_delayWatch.async_wait([this, self = shared_from_this()](const boost::system::error_code& error) {
+        if (!error) lookAtClock();
+    });
+}
+
+void COrderSocketServer::clockMoved() {
+    m_loop->post([this, self = shared_from_this()] { lookAtClock(); });
+}
+
+void COrderSocketServer::lookAtClock() {
+    releaseLogins();
+    watchDelays();
+    closeSilent();
 }
 
 /// The connection is a stranger's from now on: it has its time to log in.
@@ -267,6 +384,7 @@ void COrderSocketServer::onPass(std::string_view argument, ConnData& data, CRepl
     }
     logOut(data);
     ++data.m_nFailedLogins;
+    if (m_guard.isOn()) m_failedLogins.countFailure(data.m_strAddress, utils::getTime());
     writeError(reply, kBadLogin);
 }
 
@@ -280,7 +398,7 @@ bool COrderSocketServer::mustLogIn(const ConnData& data, CReply& reply) const {
 void COrderSocketServer::onPlaceOrder(std::string_view argument, ConnData& data, CReply& reply) {
     if (mustLogIn(data, reply)) return;
     try {
-        placeOrder(argument, reply);
+        placeOrder(argument, data, reply);
     } catch (const CHostError&) {
         reportFailure(m_strSource);
         writeError(reply, kBadParam);
@@ -289,7 +407,7 @@ void COrderSocketServer::onPlaceOrder(std::string_view argument, ConnData& data,
     }
 }
 
-void COrderSocketServer::placeOrder(std::string_view argument, CReply& reply) {
+void COrderSocketServer::placeOrder(std::string_view argument, const ConnData& data, CReply& reply) {
     COrderParam order;
     std::string error;
     if (!parseSocketOrder(argument, m_registry, order, error))
@@ -301,8 +419,23 @@ void COrderSocketServer::placeOrder(std::string_view argument, CReply& reply) {
     report.m_nLines = 1;
     report.m_nOrders = 1;
     tellAudit(report);
+    COrderCredit::CTicket ticket = charge(data, order.m_orders.size());
     m_gate.placeorder(std::move(order));
+    holdTicket(std::move(ticket));
     writeOk(reply);
+}
+
+/// Null without the guard.
+COrderCredit::CTicket COrderSocketServer::charge(const ConnData& data, int lines) const {
+    return data.m_account ? m_credit->charge(data.m_account, lines) : nullptr;
+}
+
+/// The order is queued: whatever fails here costs its place in the count and not its reply.
+void COrderSocketServer::holdTicket(COrderCredit::CTicket ticket) noexcept {
+    try {
+        if (ticket) m_gate.holdUntilWorkedOff(std::move(ticket));
+    } catch (...) {
+    }
 }
 
 void COrderSocketServer::onCancel(std::string_view argument, ConnData& data, CReply& reply) {
@@ -310,7 +443,10 @@ void COrderSocketServer::onCancel(std::string_view argument, ConnData& data, CRe
     try {
         const CFields fields(argument, ' ');
         if (fields.size() != 1 || fields[0].empty()) return writeError(reply, kBadParam);
-        m_gate.cancelOrder(utils::strictInt(fields[0]));
+        const int task = utils::strictInt(fields[0]);
+        COrderCredit::CTicket ticket = charge(data, 1);
+        m_gate.cancelOrder(task);
+        holdTicket(std::move(ticket));
         writeOk(reply);
     } catch (...) {
         writeError(reply, kBadParam);
@@ -341,7 +477,9 @@ void COrderSocketServer::closeSilent() {
         if (m_guard.refuseSilence(*data, now) != nullptr) {
             silent.push_back(conn);
         } else {
-            m_dNextDeadline = std::min(m_dNextDeadline, data->m_dStrangerSince + CSocketGuard::kLoginSeconds);
+            // One whose `pass` waits can be beyond its time; a look in a second is early enough.
+            const double due = std::max(data->m_dStrangerSince + CSocketGuard::kLoginSeconds, now + 1);
+            m_dNextDeadline = std::min(m_dNextDeadline, due);
         }
     }
     for (const net::NetConnectionPtr& conn : silent)

@@ -5,6 +5,9 @@
 #include "net/NetServer.h"
 #include "platform/IntakeAudit.h"
 #include "socket/ConnData.h"
+#include "socket/FailedLogins.h"
+#include "socket/LoopPost.h"
+#include "socket/OrderCredit.h"
 #include "socket/RefusalTally.h"
 #include "socket/SocketGuard.h"
 
@@ -15,6 +18,7 @@
 
 #include <limits>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,18 +35,26 @@ struct CSocketVerb;
 class COrderSocketServer : public net::NetServer {
 public:
     /// An empty user means that no login is needed. User and password are UTF-8 and compared byte for byte.
-    /// source: the address as the strategy names it, for the audit.
+    /// source: the address as the strategy names it, for the audit. credit: shared with the listeners that
+    /// hand their orders to the same service; null: none do.
     COrderSocketServer(boost::asio::io_service& io, std::string ip, unsigned short port, std::string user,
-                       std::string pass, IOrderGate& gate, IStrategyRegistry& registry, QString source);
+                       std::string pass, IOrderGate& gate, IStrategyRegistry& registry, QString source,
+                       std::shared_ptr<COrderCredit> credit = nullptr);
     ~COrderSocketServer() override;
 
-    /// Tells the audit of the refusals that were only counted, too.
+    /// Tells the audit of the refusals that were only counted, too. What held connections have sent is not
+    /// served any more.
     int stop() override;
+
+    /// Makes the listener look at utils::getTime() soon, as its timers do when they run out. For whoever
+    /// moves that clock. Any thread.
+    void clockMoved();
 
     void onConnected(net::NetConnectionPtr conn) override;
     void onDisconnected(int code, net::NetConnectionPtr conn) override;
     void onDataReceived(const std::vector<unsigned char>& data, int length,
                         net::NetConnectionPtr conn) override;
+    void onReleased(net::NetConnectionPtr conn) override;
 
     /// Ids of the strategies on this listener. Guarded by the registry's mutex; the listener's own thread
     /// never looks at them.
@@ -56,13 +68,28 @@ private:
     using ConnDataPtr = boost::shared_ptr<ConnData>;
     using CReply = std::vector<unsigned char>;
 
-    enum class ENext { GoOn, Closed };
+    enum class ENext {
+        GoOn,
+        Held, ///< the line stays in the buffer until the connection is released
+        Closed
+    };
     static constexpr double kNoDeadline = std::numeric_limits<double>::max();
+    static constexpr double kSweepSeconds = 0.1;
 
     void takeLines(const net::NetConnectionPtr& conn, ConnData& data);
     ENext takeLine(std::string_view line, const net::NetConnectionPtr& conn, ConnData& data);
     ENext checkLineEnd(const net::NetConnectionPtr& conn);
     ENext refuse(const net::NetConnectionPtr& conn, const char* word);
+    void forget(const net::NetConnectionPtr& conn);
+    COrderCredit::CAccountPtr openAccount(const net::NetConnectionPtr& conn);
+    ENext admitOrder(const net::NetConnectionPtr& conn, ConnData& data);
+    ENext admitPass(const net::NetConnectionPtr& conn, ConnData& data);
+    void dropGoneLogins();
+    void lookAtClock();
+    void releaseLogins();
+    void watchDelays();
+    COrderCredit::CTicket charge(const ConnData& data, int lines) const;
+    void holdTicket(COrderCredit::CTicket ticket) noexcept;
     void startLoginClock(ConnData& data);
     void logOut(ConnData& data);
     void watchLogins();
@@ -75,7 +102,7 @@ private:
     void onPass(std::string_view argument, ConnData& data, CReply& reply);
     void onPlaceOrder(std::string_view argument, ConnData& data, CReply& reply);
     void onCancel(std::string_view argument, ConnData& data, CReply& reply);
-    void placeOrder(std::string_view argument, CReply& reply);
+    void placeOrder(std::string_view argument, const ConnData& data, CReply& reply);
     bool mustLogIn(const ConnData& data, CReply& reply) const;
 
     const std::string m_strUser;
@@ -92,6 +119,13 @@ private:
     CRefusalTally m_refusals;
     bool m_bStuck = false; ///< serves nobody any more, also in the moments between its stop and its end
     double m_dNextDeadline = kNoDeadline; ///< the earliest at which somebody may have been silent too long
+
+    const std::shared_ptr<COrderCredit> m_credit;
+    const std::shared_ptr<CLoopPost> m_loop;
+    CFailedLogins m_failedLogins;
+    std::multimap<double, net::NetConnectionPtr> m_delayed; ///< whose `pass` waits, by when it is looked at
+    boost::asio::steady_timer m_delayWatch;                 ///< runs while m_delayed has any
+    double m_dLastSweep = -kSweepSeconds;                   ///< when dropGoneLogins last looked
 };
 
 } // namespace TC

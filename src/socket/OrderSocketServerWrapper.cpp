@@ -9,10 +9,12 @@ namespace TC {
 
 COrderSocketServerWrapper::COrderSocketServerWrapper(std::string ip, unsigned short port, std::string user,
                                                      std::string pass, IOrderGate& gate,
-                                                     IStrategyRegistry& registry, QString source)
+                                                     IStrategyRegistry& registry, QString source,
+                                                     std::shared_ptr<COrderCredit> credit)
     : m_ioService(1),
       m_pServer(boost::make_shared<COrderSocketServer>(m_ioService, std::move(ip), port, std::move(user),
-                                                       std::move(pass), gate, registry, std::move(source))) {}
+                                                       std::move(pass), gate, registry, std::move(source),
+                                                       std::move(credit))) {}
 
 COrderSocketServerWrapper::~COrderSocketServerWrapper() = default;
 

@@ -5,6 +5,7 @@
 #include <boost/asio/io_service.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <memory>
 #include <string>
 
 namespace TC {
@@ -13,7 +14,8 @@ namespace TC {
 class COrderSocketServerWrapper {
 public:
     COrderSocketServerWrapper(std::string ip, unsigned short port, std::string user, std::string pass,
-                              IOrderGate& gate, IStrategyRegistry& registry, QString source);
+                              IOrderGate& gate, IStrategyRegistry& registry, QString source,
+                              std::shared_ptr<COrderCredit> credit = nullptr);
     ~COrderSocketServerWrapper();
     COrderSocketServerWrapper(const COrderSocketServerWrapper&) = delete;
     COrderSocketServerWrapper& operator=(const COrderSocketServerWrapper&) = delete;

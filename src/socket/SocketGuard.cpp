@@ -3,6 +3,11 @@
 #include "platform/LuaModuleCtrl.h"
 
 namespace TC {
+namespace {
+
+constexpr const char* kTooManyLogins = "Too Many Failed Logins";
+
+} // namespace
 
 CSocketGuard::CSocketGuard(bool needsLogin)
     : m_bOn(luawrapper::isOrderSwitchOn(kSwitch)), m_bNeedsLogin(needsLogin) {}
@@ -19,12 +24,22 @@ const char* CSocketGuard::refuseLineFeed() const {
     return m_bOn ? "Line Not Ended By CR LF" : nullptr;
 }
 
+bool CSocketGuard::isNoText(std::string_view line) const {
+    return m_bOn && line.find('\0') != std::string_view::npos;
+}
+
 const char* CSocketGuard::refuseLogins(const ConnData& connection) const {
-    return m_bOn && connection.m_nFailedLogins >= kMaxFailedLogins ? "Too Many Failed Logins" : nullptr;
+    return m_bOn && connection.m_nFailedLogins >= kMaxFailedLogins ? kTooManyLogins : nullptr;
+}
+
+const char* CSocketGuard::refuseDelay(bool others) const {
+    return m_bOn && others ? kTooManyLogins : nullptr;
 }
 
 const char* CSocketGuard::refuseSilence(const ConnData& connection, double now) const {
-    const bool isWaiting = m_bNeedsLogin && connection.m_eLoginState != ELoginState::LoggedIn;
+    // One whose `pass` waits has said what it has to say.
+    const bool isWaiting =
+        m_bNeedsLogin && connection.m_eLoginState != ELoginState::LoggedIn && !connection.m_passAt;
     return m_bOn && isWaiting && now - connection.m_dStrangerSince >= kLoginSeconds ? "No Login In Time"
                                                                                     : nullptr;
 }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <limits>
+#include <string_view>
 
 namespace TC {
 
@@ -13,7 +14,8 @@ namespace TC {
 class CSocketGuard {
 public:
     static constexpr std::size_t kMaxConnections = 1000;
-    static constexpr int kMaxLine = 64 * 1024; ///< bytes, CR LF counted
+    static constexpr std::size_t kMaxEnding = 100; ///< that have been closed and wait for their peers
+    static constexpr int kMaxLine = 64 * 1024;     ///< bytes, CR LF counted
     static constexpr int kMaxFailedLogins = 10;
     static constexpr double kLoginSeconds = 60;
 
@@ -28,7 +30,11 @@ public:
     const char* refuseConnection(std::size_t others) const;
     const char* refuseLine(int length) const;
     const char* refuseLineFeed() const;
+    /// Whether the line has a zero byte, behind which its argument would be cut off without a word.
+    bool isNoText(std::string_view line) const;
     const char* refuseLogins(const ConnData& connection) const;
+    /// `others`: whether as many connections of the address as may wait for their login do so already.
+    const char* refuseDelay(bool others) const;
     /// `now` as utils::getTime() gives it.
     const char* refuseSilence(const ConnData& connection, double now) const;
 

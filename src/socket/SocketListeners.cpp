@@ -5,6 +5,7 @@
 #include "platform/HostCall.h"
 #include "platform/HostReports.h"
 #include "platform/IntakeAudit.h"
+#include "socket/OrderCredit.h"
 #include "socket/OrderSocketServerWrapper.h"
 
 #include <boost/make_shared.hpp>
@@ -28,6 +29,16 @@ void tellDoor(EDoorEvent event, const QString& source) {
     tellAudit(report);
 }
 
+void logLoopFailure(const COrderSocketServerWrapper& wrapper) noexcept {
+    try {
+        if (!utils::CLogCenter::logEnabled()) return;
+        utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, &wrapper,
+                               "TC::COrderSocketServerWrapper::run", "the event loop failed and goes on");
+    } catch (...) {
+        // A log that fails must not end the listener.
+    }
+}
+
 /// The listener's thread: an exception of the loop is logged, and the loop goes on.
 void serve(COrderSocketServerWrapper& wrapper) {
     const utils::CLibraryCall call;
@@ -37,9 +48,7 @@ void serve(COrderSocketServerWrapper& wrapper) {
             wrapper.run();
             isDone = true;
         } catch (...) {
-            if (!utils::CLogCenter::logEnabled()) continue;
-            utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, &wrapper,
-                                   "TC::COrderSocketServerWrapper::run", "the event loop failed and goes on");
+            logLoopFailure(wrapper);
         }
     }
 }
@@ -51,14 +60,16 @@ bool splitSource(const QString& source, std::string& ip, unsigned short& port) {
     bool isNumber = false;
     port = static_cast<unsigned short>(parts[1].toInt(&isNumber, 10));
     ip = parts[0].toStdString();
-    // Nobody could find the listener of a port that the system chose.
+    // Stricter than reading a number: a text that is not one counts as 0 otherwise, and then the system
+    // chooses the port. Such a listener runs, but no client can find it, so the strategy is refused instead.
+    // A number above 65535 is still narrowed.
     return isNumber && port != 0;
 }
 
 } // namespace
 
 CSocketListeners::CSocketListeners(IOrderGate& gate, IStrategyRegistry& registry)
-    : m_gate(gate), m_registry(registry) {}
+    : m_gate(gate), m_registry(registry), m_credit(std::make_shared<COrderCredit>()) {}
 
 CSocketListeners::~CSocketListeners() {
     closeAll();
@@ -106,7 +117,7 @@ void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error)
     }
     auto wrapper = boost::make_shared<COrderSocketServerWrapper>(ip, port, strategy.m_strUser.toStdString(),
                                                                  strategy.m_strPass.toStdString(), m_gate,
-                                                                 m_registry, source);
+                                                                 m_registry, source, m_credit);
     wrapper->server()->strategyIds().insert(strategy.m_nChannel);
     wrapper->server()->start(false);
     joinFinished();

@@ -17,6 +17,7 @@
 
 namespace TC {
 
+class COrderCredit;
 class COrderSocketServerWrapper;
 
 /// The listeners of the socket strategies, by the ip:port text exactly as entered. Strategies that name the
@@ -55,6 +56,7 @@ private:
 
     IOrderGate& m_gate;
     IStrategyRegistry& m_registry;
+    const std::shared_ptr<COrderCredit> m_credit; ///< of all listeners: they share one queue
     QMap<QString, boost::shared_ptr<COrderSocketServerWrapper>> m_socketServers;
     QMap<QString, CFutrueSocketServerParam> m_socketParams;
 

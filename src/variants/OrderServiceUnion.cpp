@@ -7,7 +7,6 @@
 #include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/MsgService.h"
-#include "platform/OrderClient.h"
 #include "platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
@@ -178,7 +177,7 @@ bool COrderServiceUnion::placeOrder(const COrderParam& order, const COrderStrate
     if (utils::CLogCenter::logEnabled()) {
         logInfo(this, "TC::COrderServiceUnion::placeOrders", "param = " + order.toQString().toStdString());
     }
-    if (m_beforeOrder) m_beforeOrder(order.m_nChannel);
+    if (m_beforeOrder && !m_beforeOrder(order.m_nChannel)) return false;
     const COrderStrategyParam* strategy = getStrategy(order.m_nChannel, strategies, order.m_eStrategyType);
     if (strategy == nullptr || !checkOrderParamValid(order, strategy)) return false;
     announce(order, *strategy);
@@ -242,7 +241,7 @@ void COrderServiceUnion::issueBareCommand(const CFamilyOperation& family, const 
     command->m_bForceConfirm = isOrderSwitchOn(kForceConfirm);
     command->m_eStrategyType = checked.order.m_eStrategyType;
     command->m_strRemark = checked.order.m_strRemark;
-    hostCall<&COrderClient::orderCommands>(command);
+    sendCommand(command, checked.order);
 }
 
 void COrderServiceUnion::orderCompose(COrderParam order, const COrderStrategyParam& strategy) const {

@@ -13,7 +13,8 @@ class COrderServiceUnion : public COrderServiceBase {
 public:
     /// Called before each order of a batch with its channel, so that the owner of the strategies can bring
     /// the map that the batch is worked on up to date: a strategy that is stopped takes no further order.
-    using CBeforeOrder = std::function<void(int channel)>;
+    /// False ends the batch before this order.
+    using CBeforeOrder = std::function<bool(int channel)>;
 
     explicit COrderServiceUnion(CBeforeOrder beforeOrder = {}, QObject* parent = nullptr);
 

@@ -380,6 +380,8 @@ std::map<std::string, CRoad::CAction> CRoad::marketStatements() {
         {"instrument", [this](const auto& s) { addInstrument(s); }},
         {"reference", [this](const auto& s) { setReference(s); }},
         {"quote", [this](const auto& s) { setQuote(s); }},
+        // A stock that the host lists and cannot describe.
+        {"undescribed", [this](const auto& s) { m_host.exchange.stocks.at(qs(s.rest)) = nullptr; }},
         {"suspended", [this](const auto& s) { m_host.quotes.quotes.at(qs(s.rest))->m_nDayCount = 0; }},
         {"market", [this](const auto& s) { m_host.rules.marketPrices.insert(numberAs<EPriceType>(s.rest)); }},
         {"outofbaskets",

@@ -1,9 +1,14 @@
 #include "base/Clock.h"
+#include "base/StopRequest.h"
 #include "tests/support/FakeClock.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
+#include <future>
+#include <memory>
+#include <thread>
 
 namespace {
 
@@ -51,6 +56,43 @@ TEST(Clock, MachineClockSleepsAtLeastAsLongAsAsked) {
     utils::sleep(0.0);
     utils::sleep(1e-6);
     EXPECT_GE(utils::getTime() - before, 1e-6 - 1e-9);
+}
+
+TEST(Clock, InstalledClockTakesSleepsThatCanBeStopped) {
+    CFakeClock clock;
+    utils::CStopRequest stop;
+    utils::sleepUnlessStopped(1.5, stop);
+    EXPECT_EQ(clock.sleeps(), std::vector<double>{1.5});
+    stop.make();
+    utils::sleepUnlessStopped(3, stop);
+    EXPECT_EQ(clock.sleeps(), std::vector<double>{1.5}); // not even begun
+}
+
+TEST(Clock, MachineClockWakesUpAtARequestToStop) {
+    constexpr double kDay = 86400;
+    // Kept by the sleeper too: a failure must not leave it with a request that is gone.
+    const auto stop = std::make_shared<utils::CStopRequest>();
+    std::packaged_task<void()> sleep([stop] { utils::sleepUnlessStopped(kDay, *stop); });
+    std::future<void> woken = sleep.get_future();
+    std::thread(std::move(sleep)).detach();
+    stop->make();
+    EXPECT_EQ(woken.wait_for(std::chrono::minutes(1)), std::future_status::ready);
+}
+
+TEST(Clock, MachineClockSleepsOutWithoutARequest) {
+    const utils::CStopRequest stop;
+    const double before = utils::getTime();
+    utils::sleepUnlessStopped(1e-6, stop);
+    EXPECT_GE(utils::getTime() - before, 1e-6 - 1e-9);
+}
+
+TEST(StopRequest, StaysMade) {
+    utils::CStopRequest stop;
+    EXPECT_FALSE(stop.isMade());
+    stop.make();
+    stop.make();
+    EXPECT_TRUE(stop.isMade());
+    stop.waitFor(86400);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "records/Portfolio.h"
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -93,9 +94,15 @@ TEST_F(BasketPositions, MissingQuoteIsWaitedForAndThePositionSoldAllTheSame) {
 
 TEST_F(BasketPositions, NothingToSellGoesOutAsNothing) {
     hold("600001", 700)->m_nAvailableVolume = 0; // bought today
-    hold("600002", 700)->m_nAvailableVolume = -1;
     ASSERT_TRUE(check(all()));
-    EXPECT_EQ(records(), "A1 19 0 600001, A1 19 -1 600002, ");
+    EXPECT_EQ(records(), "A1 19 0 600001, ");
+}
+
+TEST_F(BasketPositions, LessThanNothingIsNotSold) {
+    hold("600001", 700)->m_nAvailableVolume = -1;
+    hold("600002", 700)->m_nAvailableVolume = std::numeric_limits<std::int64_t>::min();
+    ASSERT_TRUE(check(all()));
+    EXPECT_TRUE(codes.empty());
 }
 
 TEST_F(BasketPositions, MoreThanAnOrderCanNameIsNotSold) {
@@ -213,6 +220,80 @@ TEST_F(BasketPositions, TargetByMoneyWithoutPriceAndVolumeKeepsWhatIsHeld) {
         basket(35, {{"600001", kUnsetInt}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
     ASSERT_TRUE(check(order, strategy().amount(5000)));
     EXPECT_TRUE(codes.empty());
+}
+
+TEST_F(BasketPositions, TargetByMoneyAtAPriceBelowZeroSellsNoMoreThanIsHeld) {
+    hold("600001", 1000);
+    for (const double price : {-1e-5, -5e-6, -1e-300, 0.0}) {
+        host.quotes.quotes.at(QStringLiteral("SH600001"))->m_dLastPrice = price;
+        const COrderParam order =
+            basket(34, {{"600001", 900}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
+        ASSERT_TRUE(check(order, strategy(EPriceType::Sell1).amount(1000))) << price;
+        EXPECT_EQ(records(), "A1 19 60 600001, A2 19 40 600001, ") << price; // down to the row's own 900
+    }
+}
+
+TEST_F(BasketPositions, TargetBelowZeroIsRefused) {
+    hold("600001", 1000);
+    const auto refused = [&](const COrderParam& order, const COrderStrategyParam& with) {
+        host.orders.errors.clear();
+        EXPECT_FALSE(check(order, with));
+        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单参数不合法!"));
+        EXPECT_TRUE(host.trade.splitCalls.empty());
+    };
+    refused(basket(35, {{"600001", -100}}), strategy());
+    refused(basket(35, {{"600001", 100}}), strategy().volume(-1));
+    const auto weighted = basket(34, {{"600001", 7}, {"600002", 7}}).set([](auto& o) {
+        o.m_orders[0].m_dWeight = -1;
+        o.m_orders[1].m_dWeight = 3;
+    });
+    refused(weighted, strategy().amount(100000));
+    refused(basket(34, {{"600001", 7}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; }),
+            strategy().amount(-100000));
+    EXPECT_TRUE(check(basket(35, {{"600001", 0}}), strategy()));
+}
+
+TEST_F(BasketPositions, TargetsByMoneyNeedFiniteWeightsAndAmounts) {
+    hold("600001", 1000);
+    hold("600002", 1000);
+    const auto refused = [&](int number, double weight, double amount) {
+        host.orders.errors.clear();
+        const COrderParam order = basket(number, {{"600001", 100}, {"600002", 100}}).set([=](auto& o) {
+            o.m_orders[0].m_dWeight = weight;
+            o.m_orders[1].m_dWeight = 1;
+        });
+        EXPECT_FALSE(check(order, strategy().amount(amount))) << number << ' ' << weight << ' ' << amount;
+        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单参数不合法!"));
+    };
+    for (const int number : {25, 26, 33, 34, 35}) {
+        for (const double value : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+            refused(number, value, 1e5);
+            refused(number, 1, value);
+        }
+        refused(number, 1, kUnsetDouble);
+    }
+    EXPECT_TRUE(host.trade.splitCalls.empty());
+}
+
+TEST_F(BasketPositions, LastPriceThatIsNotFiniteIsNone) {
+    hold("600001", 1000);
+    for (const double price : {std::nan(""), HUGE_VAL}) {
+        host.quotes.quotes.at(QStringLiteral("SH600001"))->m_dLastPrice = price;
+        const COrderParam order =
+            basket(34, {{"600001", 900}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
+        ASSERT_TRUE(check(order, strategy(EPriceType::Sell1).amount(1000))) << price;
+        EXPECT_EQ(records(), "A1 19 60 600001, A2 19 40 600001, ") << price;
+    }
+}
+
+TEST_F(BasketPositions, CommandGuardTellsTargetsWithoutAVolume) {
+    host.switches.on.insert("mdl_order_command_guard");
+    hold("600001", 1000);
+    hold("600002", 50);
+    ASSERT_TRUE(check(basket(35, {{"600001", kUnsetInt}, {"600002", 20}})));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 调仓合约 [600001] 没有目标数量, 未下单!"));
+    EXPECT_EQ(records(), "A1 19 18 600002, A2 19 12 600002, ");
+    EXPECT_EQ(host.trade.splitCalls.size(), 1u);
 }
 
 TEST_F(BasketPositions, TargetByMoneyWithoutAPriceIsTheVolumeOfTheRow) {

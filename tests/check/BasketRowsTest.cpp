@@ -175,7 +175,20 @@ TEST_F(BasketRows, PriceOfTheRowMustBeANumber) {
         ASSERT_TRUE(check(priced(price), strategy(EPriceType::Specified))) << price;
         EXPECT_EQ(onlyError(), unpriced(11)) << price;
         EXPECT_EQ(splitVolume(), 0) << price;
+        EXPECT_TRUE(std::isfinite(host.trade.splitCalls.back().price)) << price;
         EXPECT_TRUE(codes.empty()) << price;
+    }
+}
+
+TEST_F(BasketRows, PricesOfTheQuoteThatAreNotFiniteAreNone) {
+    for (const double price : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        host.orders.errors.clear();
+        quote()->all(price);
+        quote()->m_dLastPrice = price;
+        ASSERT_TRUE(check(basket(25, {{"600001", 100}}))) << price;
+        EXPECT_EQ(onlyError(), unpriced(5)) << price;
+        EXPECT_TRUE(codes.empty()) << price;
+        EXPECT_EQ(host.trade.splitCalls.back().price, kUnsetDouble) << price;
     }
 }
 

@@ -134,6 +134,17 @@ TEST_F(CommandIssue, FinalAlgorithmTextPassesAsItStands) {
     EXPECT_EQ(service.get3rdAlgoParam(order, codes, CStrategyBuilder()), "");
 }
 
+TEST_F(CommandIssue, AlgorithmParserFillsASettingThatIsThere) {
+    bool isThere = false;
+    host.algorithms.onRead = [&](const CAlgorithmOrderSettingPtr& setting) { isThere = setting != nullptr; };
+    const COrderParam order = COrderBuilder(23).set([](COrderParam& o) {
+        o.m_eOrderType = kAlgo;
+        o.m_strOrderSetting = "s";
+    });
+    EXPECT_EQ(service.get3rdAlgoParam(order, codes, CStrategyBuilder()), "algo 7 s x2");
+    EXPECT_TRUE(isThere);
+}
+
 TEST_F(CommandIssue, StrategysAlgorithmSettingStandsInForTheOrders) {
     const auto setting = boost::make_shared<fake::CAlgorithms::CSetting>();
     setting->text = "strategy's";

@@ -331,6 +331,63 @@ TEST_F(CreditCheck, AmountThatIsNoNumberIsRefusedByTheSplit) {
     }
 }
 
+TEST_F(CreditCheck, AmountOfTheStrategyThatIsNoNumberIsRefusedByTheSplit) {
+    repayMoney();
+    for (const double amount : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        host.orders.errors.clear();
+        EXPECT_FALSE(check(COrderBuilder(32).line(QString(), 5), strategy().amount(amount))) << amount;
+        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　分单失败: 没有金额")) << amount;
+        EXPECT_EQ(host.trade.moneySplits.back().amount, kUnsetDouble) << amount;
+    }
+}
+
+TEST_F(CreditCheck, PartsOfMoneyMustBeNumbersOfTheAmountsSign) {
+    repayMoney();
+    for (const double part : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        host.orders.errors.clear();
+        host.trade.moneyOverride = {10, part};
+        EXPECT_FALSE(check(money(1000))) << part;
+        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　分单失败: 没有金额")) << part;
+        EXPECT_TRUE(codes.empty()) << part;
+    }
+    host.trade.moneyOverride = {10, -1010};
+    EXPECT_FALSE(check(money(-1000)));
+    EXPECT_TRUE(codes.empty());
+}
+
+TEST_F(CreditCheck, PartsOfAVolumeBelowZeroAreRefused) {
+    host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{3, -8}; };
+    ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 5, -5)));
+    EXPECT_TRUE(codes.empty());
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 5, -5)));
+    EXPECT_TRUE(codes.empty());
+}
+
+TEST_F(CreditCheck, EveryRouteReadsTheQuoteAtItsBeginning) {
+    for (const int number : {29, 32, 37, 38}) {
+        host.quotes.reads.clear();
+        ASSERT_TRUE(check(COrderBuilder(number).line(kCode, 5, 100))) << number;
+        EXPECT_EQ(host.quotes.reads[QStringLiteral("SH600000")], 1) << number;
+    }
+    host.quotes.reads.clear();
+    ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 5, 100)));
+    EXPECT_EQ(host.quotes.reads[QStringLiteral("SH600000")], 2);
+}
+
+TEST_F(CreditCheck, ContractNeedsAVolumeThatIsNotBelowZero) {
+    EXPECT_FALSE(check(COrderBuilder(37).line(kCode, 1, 5), strategy().volume(-1)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单参数不合法!"));
+    EXPECT_TRUE(codes.empty());
+}
+
+TEST_F(CreditCheck, ReferencePriceThatIsNoNumberIsNone) {
+    const auto detail = boost::make_shared<CInstrumentDetail>();
+    detail->m_dReferencePrice = HUGE_VAL;
+    host.exchange.others[QStringLiteral("SH600000")] = detail;
+    ASSERT_TRUE(check(COrderBuilder(37).line(kCode, 1, 5)));
+    EXPECT_EQ(codes.at(0).m_dPrice, kUnsetDouble);
+}
+
 TEST_F(CreditCheck, MoneyBeyondAnIntHasAQuantityAndNoVolume) {
     repayMoney();
     ASSERT_TRUE(check(money(1e10)));

@@ -171,6 +171,36 @@ TEST_P(FutureCheck, LimitsThatAreNoNumbersAreOff) {
     }
 }
 
+TEST_P(FutureCheck, LimitsOfTheStrategyThatAreNoNumbersAreOff) {
+    for (const double limit : {std::nan(""), kInfinity, -kInfinity}) {
+        ASSERT_TRUE(check(order(), priced(EPriceType::Latest).set([&](auto& s) {
+            COrderSetting& setting = s.setting(ESettingSlot::Future);
+            setting.m_dFirstLimit = setting.m_dSecondLimit = limit;
+            setting.m_bFirstLimitOn = setting.m_bSecondLimitOn = true;
+        })));
+        const COrderSetting setting = host.rules.settingCalls.all().back().setting;
+        EXPECT_FALSE(setting.m_bFirstLimitOn || setting.m_bSecondLimitOn) << limit;
+        EXPECT_EQ(setting.m_dFirstLimit, kUnsetDouble) << limit;
+        EXPECT_EQ(setting.m_dSecondLimit, kUnsetDouble) << limit;
+    }
+}
+
+TEST_P(FutureCheck, PriceOfTheQuoteMustBeANumber) {
+    for (const double price : {std::nan(""), kInfinity, -kInfinity}) {
+        host.orders.errors.clear();
+        host.quotes.quotes[kCode]->all(price);
+        EXPECT_FALSE(check(order(), priced(EPriceType::Latest))) << price;
+        EXPECT_EQ(onlyError(), unusable(5)) << price;
+        EXPECT_TRUE(host.trade.splitCalls.empty());
+        // Where the quote's price is not asked for, it does not reach the host either.
+        host.quotes.quotes[kCode]->m_dFallbackPrice = price;
+        EXPECT_TRUE(check(order(), priced(EPriceType::NoQuote))) << price;
+        EXPECT_EQ(host.trade.splitCalls.back().price, kUnsetDouble) << price;
+        EXPECT_EQ(host.rules.settingCalls.all().back().price, kUnsetDouble) << price;
+        host.trade.splitCalls.clear();
+    }
+}
+
 TEST_P(FutureCheck, SettingTextHasTheLastWordOnTheLimits) {
     ASSERT_TRUE(check(limits(3490, 3600).set([](auto& o) { o.m_strOrderSetting = "limit=3400"; })));
     const COrderSetting setting = host.rules.settingCalls.all().back().setting;

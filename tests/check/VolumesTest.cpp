@@ -75,11 +75,22 @@ TEST_F(WeightedVolumes, WeightsOfAHundredThousandthInAllAreNone) {
     EXPECT_EQ(volumes({row("600001", 1.0 / 65536)}, 1e6), std::vector<int>{100000}); // 1.5e-5
 }
 
-TEST_F(WeightedVolumes, PriceALittleBelowZeroStillDivides) {
-    setLast("SH600001", -5e-6);
-    EXPECT_EQ(volumes({row("600001", 1)}, 1e-4), std::vector<int>{0}); // less than a unit
-    setLast("SH600001", -2e-5);
-    EXPECT_EQ(volumes({row("600001", 1)}, 1e-4), std::vector<int>{7});
+TEST_F(WeightedVolumes, WithoutAPriceAboveZeroTheVolumeIsKept) {
+    for (const double price :
+         {0.0, -0.0, -1e-300, -5e-6, -1e-5, -2e-5, -10.0, std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        setLast("SH600001", price);
+        EXPECT_EQ(volumes({row("600001", 1)}, 1000), std::vector<int>{7}) << price;
+    }
+    setLast("SH600001", 1e-5);
+    EXPECT_EQ(volumes({row("600001", 1)}, 1000),
+              std::vector<int>{99999900}); // 1000 divided by 1e-5 is a hair less
+}
+
+TEST_F(WeightedVolumes, WeightsThatAreNotFiniteLeaveEveryRow) {
+    for (const double weight : {std::nan(""), HUGE_VAL, -HUGE_VAL}) {
+        EXPECT_EQ(volumes({row("600001", weight), row("600002", 1)}, 1e6), (std::vector<int>{7, 7}))
+            << weight;
+    }
 }
 
 TEST_F(WeightedVolumes, AmountIsMultipliedBeforeItIsDivided) {
@@ -98,7 +109,11 @@ TEST_F(WeightedVolumes, CodesAreLookedUpByMarketAndCodeWithNothingBetween) {
 TEST_F(WeightedVolumes, SharesBeyondAnIntKeepTheirVolume) {
     setLast("SH600001", 1);
     EXPECT_EQ(volumes({row("600001", 1)}, 2147483600.0), std::vector<int>{2147483600});
-    EXPECT_EQ(volumes({row("600001", 1)}, 2147483648.0), std::vector<int>{7});
+    EXPECT_EQ(volumes({row("600001", 1)}, 2147483650.0), std::vector<int>{2147483600}); // rounded first
+    EXPECT_EQ(volumes({row("600001", 1)}, 2147483699.0), std::vector<int>{2147483600});
+    EXPECT_EQ(volumes({row("600001", 1)}, 2147483700.0), std::vector<int>{7});
+    EXPECT_EQ(volumes({row("600001", -1), row("600002", 2)}, 2147483700.0)[0], 7);
+    EXPECT_EQ(volumes({row("600001", 1)}, 1e300), std::vector<int>{7});
 }
 
 TEST_F(WeightedVolumes, StarMarketGoesByTheUnitThatIsShown) {

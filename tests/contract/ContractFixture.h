@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/contract/ContractHost.h"
+#include "contract/ContractHost.h"
 
 #include <gtest/gtest.h>
 
@@ -9,15 +9,27 @@
 #include <thread>
 #include <vector>
 
+namespace contract {
+
+/// The kind that runHostContract was given: alone in a list, or no kind if `trait` does not fit.
+std::vector<CContractHostKind> allHosts();
+std::vector<CContractHostKind> hostsWith(EHostTrait trait);
+std::vector<CContractHostKind> hostsWithout(EHostTrait trait);
+
 /// How test output names the kind.
 inline void PrintTo(const CContractHostKind& kind, std::ostream* out) {
     *out << kind.name;
+}
+
+inline std::string contractHostName(const testing::TestParamInfo<CContractHostKind>& info) {
+    return info.param.name;
 }
 
 /// A suite's fixture: a host of the kind, installed for the test.
 class CContractTest : public testing::TestWithParam<CContractHostKind> {
 protected:
     const CContractWorld& world() const { return m_host->world(); }
+    bool has(EHostTrait trait) const { return GetParam().lacks.count(trait) == 0; }
 
     /// Runs the work on another thread, to its end.
     template<typename Work>
@@ -45,10 +57,12 @@ private:
     std::unique_ptr<IContractHost> m_host = GetParam().make();
 };
 
-inline std::string contractHostName(const testing::TestParamInfo<CContractHostKind>& info) {
-    return info.param.name;
-}
+} // namespace contract
 
-/// Runs a suite against every kind of host of the program.
-#define CONTRACT_SUITE(Suite)                                                                                \
-    INSTANTIATE_TEST_SUITE_P(Hosts, Suite, testing::ValuesIn(contractHosts()), contractHostName)
+/// Runs a suite against every host, against those with something, or against those without it.
+#define CONTRACT_SUITE_OF(Suite, hosts)                                                                      \
+    GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Suite);                                                    \
+    INSTANTIATE_TEST_SUITE_P(Hosts, Suite, testing::ValuesIn(hosts), contract::contractHostName)
+#define CONTRACT_SUITE(Suite) CONTRACT_SUITE_OF(Suite, contract::allHosts())
+#define CONTRACT_SUITE_WITH(Suite, trait) CONTRACT_SUITE_OF(Suite, contract::hostsWith(trait))
+#define CONTRACT_SUITE_WITHOUT(Suite, trait) CONTRACT_SUITE_OF(Suite, contract::hostsWithout(trait))

@@ -5,15 +5,21 @@
 #include "platform/TimeService.h"
 #include "platform/TradeFrameworkSource.h"
 
-#include "tests/contract/ContractFixture.h"
+#include "contract/ContractFixture.h"
+#include "contract/Suites.h"
+
+#include <QDir>
 
 #include <atomic>
+
+void contract::linkEnvironmentSuites() {}
 
 namespace {
 
 using namespace TC;
+using contract::EHostTrait;
 
-class MsgServiceContract : public CContractTest {};
+class MsgServiceContract : public contract::CContractTest {};
 CONTRACT_SUITE(MsgServiceContract);
 
 TEST_P(MsgServiceContract, MessageFromAnotherThreadReturnsWhileTheMainThreadWaits) {
@@ -43,7 +49,7 @@ TEST_P(MsgServiceContract, AnyTextMayBeShown) {
         EXPECT_NO_THROW(showServiceMsg(text));
 }
 
-class IntakeAuditContract : public CContractTest {};
+class IntakeAuditContract : public contract::CContractTest {};
 CONTRACT_SUITE(IntakeAuditContract);
 
 TEST_P(IntakeAuditContract, ReportsNeverThrow) {
@@ -57,7 +63,27 @@ TEST_P(IntakeAuditContract, ReportsNeverThrow) {
     onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordIntake(report)); });
 }
 
-class TimeServiceContract : public CContractTest {};
+TEST_P(IntakeAuditContract, RejectedFolderIsAnAbsolutePathOrNone) {
+    onAnotherThread([] {
+        const QString folder = CIntakeAudit::instance().rejectedFolder();
+        EXPECT_TRUE(folder.isEmpty() || QDir::isAbsolutePath(folder)) << folder.toStdString();
+    });
+}
+
+TEST_P(IntakeAuditContract, ReportsOfDoorsNeverThrow) {
+    for (const EDoorEvent event :
+         {EDoorEvent::Opened, EDoorEvent::Closed, EDoorEvent::Stuck, EDoorEvent::Refused}) {
+        CDoorReport report;
+        report.m_eEvent = event;
+        EXPECT_NO_THROW(CIntakeAudit::instance().recordDoor(report));
+        report.m_strSource = QStringLiteral("127.0.0.1:9000");
+        report.m_strPeer = QStringLiteral("10.0.0.7:1234");
+        report.m_strCause = QStringLiteral("原因");
+        onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordDoor(report)); });
+    }
+}
+
+class TimeServiceContract : public contract::CContractTest {};
 CONTRACT_SUITE(TimeServiceContract);
 
 TEST_P(TimeServiceContract, TimeIsInSeconds) {
@@ -70,7 +96,7 @@ TEST_P(TimeServiceContract, TimeIsInSeconds) {
     EXPECT_GE(CTimeService::instance().currentTime(), seen);
 }
 
-class TradeFrameworkContract : public CContractTest {};
+class TradeFrameworkContract : public contract::CContractTest {};
 CONTRACT_SUITE(TradeFrameworkContract);
 
 TEST_P(TradeFrameworkContract, TradingDayMayBeToldTwice) {
@@ -95,7 +121,7 @@ TEST_P(TradeFrameworkContract, InterfacesHaveATextOfTheirOwnOrAreNull) {
     }
 }
 
-class SwitchesContract : public CContractTest {};
+class SwitchesContract : public contract::CContractTest {};
 CONTRACT_SUITE(SwitchesContract);
 
 TEST_P(SwitchesContract, UnknownSwitchIsOff) {

@@ -2,33 +2,38 @@
 #include "platform/InstrumentTypes.h"
 
 #include "base/Unset.h"
-#include "tests/contract/ContractFixture.h"
+#include "contract/ContractFixture.h"
+#include "contract/Suites.h"
 
 #include <QDate>
 
 #include <atomic>
 #include <vector>
 
+void contract::linkExchangeSuites() {}
+
 namespace {
 
 using namespace TC;
+using contract::EHostTrait;
 
-class ExchangeContract : public CContractTest {
+class ExchangeContract : public contract::CContractTest {
 protected:
     CExchangeClient& exchange() const { return CExchangeClient::instance(); }
     /// Each list with the host's instrument on it.
     struct CList {
         bool (CExchangeClient::*isKnown)(const QString&);
         QString key;
+        EHostTrait trait;
     };
     std::vector<CList> lists() const {
-        return {{&CExchangeClient::hasFuture, world().futureKey},
-                {&CExchangeClient::hasOption, world().optionKey},
-                {&CExchangeClient::hasFutureOption, world().futureOptionKey},
-                {&CExchangeClient::hasSkstock, world().sgtKey},
-                {&CExchangeClient::hasHkstock, world().hgtKey},
-                {&CExchangeClient::hasGold, world().goldKey},
-                {&CExchangeClient::hasNeeq, world().neeqKey}};
+        return {{&CExchangeClient::hasFuture, world().futureKey, EHostTrait::Futures},
+                {&CExchangeClient::hasOption, world().optionKey, EHostTrait::StockOptions},
+                {&CExchangeClient::hasFutureOption, world().futureOptionKey, EHostTrait::FutureOptions},
+                {&CExchangeClient::hasSkstock, world().sgtKey, EHostTrait::ShenzhenConnect},
+                {&CExchangeClient::hasHkstock, world().hgtKey, EHostTrait::ShanghaiConnect},
+                {&CExchangeClient::hasGold, world().goldKey, EHostTrait::Gold},
+                {&CExchangeClient::hasNeeq, world().neeqKey, EHostTrait::ShareTransfer}};
     }
 };
 CONTRACT_SUITE(ExchangeContract);
@@ -46,6 +51,12 @@ TEST_P(ExchangeContract, UnknownStockHasNone) {
         EXPECT_FALSE(exchange().hasStock(key)) << key.toStdString();
         EXPECT_EQ(exchange().getCodeInfo(key), nullptr) << key.toStdString();
     }
+}
+
+TEST_P(ExchangeContract, MarketHasAnInstrumentUnlessTheHostLacksIt) {
+    const auto all = lists();
+    for (std::size_t i = 0; i < all.size(); ++i)
+        EXPECT_EQ(all[i].key.isEmpty(), !has(all[i].trait)) << "list " << i;
 }
 
 TEST_P(ExchangeContract, InstrumentStandsOnItsOwnListAloneAndHasARecord) {
@@ -89,7 +100,7 @@ TEST_P(ExchangeContract, ManyThreadsMayAskAtOnce) {
     EXPECT_EQ(wrong.load(), 0);
 }
 
-class InstrumentTypesContract : public CContractTest {};
+class InstrumentTypesContract : public contract::CContractTest {};
 CONTRACT_SUITE(InstrumentTypesContract);
 
 TEST_P(InstrumentTypesContract, StockIsTradable) {

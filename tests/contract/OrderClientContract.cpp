@@ -1,24 +1,28 @@
 #include "platform/OrderClient.h"
 
+#include "contract/ContractFixture.h"
+#include "contract/Suites.h"
 #include "platform/UserConfig.h"
-#include "tests/contract/ContractFixture.h"
 
 #include <boost/make_shared.hpp>
 
 #include <atomic>
 
+void contract::linkOrderClientSuites() {}
+
 namespace {
 
 using namespace TC;
+using contract::EHostTrait;
 
-class OrderClientContract : public CContractTest {
+class OrderClientContract : public contract::CContractTest {
 protected:
-    /// A small buy of the known stock on the first account of the group.
+    /// A small buy of the known stock on the known account.
     COrderComandParamPtr command() const {
         std::vector<CAccountInfoPtr> accounts;
         std::vector<double> ratios;
-        getUserConfig()->getAccountsWeights(world().broker, ESelectedAccountType::Group, world().group,
-                                            accounts, ratios, false);
+        getUserConfig()->getAccountsWeights(world().broker, ESelectedAccountType::Account,
+                                            QString::fromStdString(world().account), accounts, ratios, false);
         CCodeOrderParam code;
         code.m_account = accounts.at(0);
         code.m_stock.m_strMarket = world().market;

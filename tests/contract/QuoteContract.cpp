@@ -1,14 +1,18 @@
 #include "platform/Quote.h"
 
-#include "tests/contract/ContractFixture.h"
+#include "contract/ContractFixture.h"
+#include "contract/Suites.h"
 
 #include <atomic>
+
+void contract::linkQuoteSuites() {}
 
 namespace {
 
 using namespace TC;
+using contract::EHostTrait;
 
-class QuoteContract : public CContractTest {
+class QuoteContract : public contract::CContractTest {
 protected:
     CPriceDataPtr quote() const { return CQuoteClient::instance().getStockPrice(world().stockKey); }
 };

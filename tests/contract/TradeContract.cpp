@@ -1,12 +1,13 @@
 #include "platform/TradeClient.h"
 #include "platform/TraderCenter.h"
 
+#include "contract/ContractFixture.h"
+#include "contract/Suites.h"
 #include "platform/ExchangeClient.h"
 #include "platform/InstrumentTypes.h"
 #include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
 #include "records/Portfolio.h"
-#include "tests/contract/ContractFixture.h"
 
 #include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
@@ -15,94 +16,133 @@
 #include <atomic>
 #include <numeric>
 
+void contract::linkTradeSuites() {}
+
 namespace {
 
 using namespace TC;
+using contract::EHostTrait;
 
-class TradeContract : public CContractTest {
-protected:
-    TradeContract() {
-        getUserConfig()->getAccountsWeights(world().broker, ESelectedAccountType::Group, world().group,
-                                            accounts, ratios, false);
-        unit = knservice::getTradeMinUnit(world().market, world().code, EOperationType::Buy);
+/// Over which accounts something is divided.
+struct CWay {
+    QString name;
+    std::vector<CAccountInfoPtr> accounts;
+    std::vector<double> ratios;
+    boost::shared_ptr<utils::KNError> error = boost::make_shared<utils::KNError>();
+
+    CWay(EQDBrokerType broker, ESelectedAccountType kind, const QString& which) : name(which) {
+        getUserConfig()->getAccountsWeights(broker, kind, name, accounts, ratios, false);
     }
+};
 
-    std::vector<int> split(int volume, double price, const boost::shared_ptr<utils::KNError>& failure) const {
+class TradeContract : public contract::CContractTest {
+protected:
+    TradeContract()
+        : unit(knservice::getTradeMinUnit(world().market, world().code, EOperationType::Buy)),
+          alone(world().broker, ESelectedAccountType::Account, QString::fromStdString(world().account)) {}
+
+    /// The account alone and, if the host has groups, the accounts of the group.
+    std::vector<CWay> ways() const {
+        std::vector<CWay> result{alone};
+        if (has(EHostTrait::AccountGroups))
+            result.emplace_back(world().broker, ESelectedAccountType::Group, world().group);
+        return result;
+    }
+    std::vector<int> split(const CWay& way, int volume, double price = 10.5) const {
+        return split(way, volume, price, world().market, world().code);
+    }
+    static std::vector<int> split(const CWay& way, int volume, double price, const std::string& market,
+                                  const std::string& code) {
         return CTradeClient::instance().splitEntrusts(
-            volume, price, EPriceType::Specified, accounts, ratios, EPositionType{}, world().market,
-            world().code, EOperationType::Buy, EHedge_Flag_Type::Speculation, failure);
+            volume, price, EPriceType::Specified, way.accounts, way.ratios, EPositionType{}, market, code,
+            EOperationType::Buy, EHedge_Flag_Type::Speculation, way.error);
+    }
+    static std::vector<double> splitMoney(const CWay& way, double amount) {
+        return CTradeClient::instance().splitMoney(amount, way.accounts, way.ratios, EPositionType{},
+                                                   EOperationType::Buy, way.error);
     }
     /// Whether each account has its share, none below nothing, and all of it is given out.
-    bool isWhole(const std::vector<int>& volumes, int volume) const {
+    static bool isWhole(const CWay& way, const std::vector<int>& volumes, int volume) {
         const bool negative = std::any_of(volumes.begin(), volumes.end(), [](int v) { return v < 0; });
-        return volumes.size() == accounts.size() && !negative &&
+        return !volumes.empty() && volumes.size() == way.accounts.size() && !negative &&
                std::accumulate(volumes.begin(), volumes.end(), 0) == volume;
     }
 
-    std::vector<CAccountInfoPtr> accounts;
-    std::vector<double> ratios;
-    int unit = 0;
-    boost::shared_ptr<utils::KNError> error = boost::make_shared<utils::KNError>();
+    const int unit;
+    const CWay alone;
 };
 CONTRACT_SUITE(TradeContract);
 
-TEST_P(TradeContract, AccountsOfTheGroupAreLoggedIn) {
-    for (const std::string& key : world().groupAccounts) {
-        EXPECT_EQ(CTradeClient::instance().getLoginStatus(key), EBROKER_LOGIN_STATUS::LoggedIn) << key;
+class PositionContract : public contract::CContractTest {};
+CONTRACT_SUITE_WITH(PositionContract, EHostTrait::Positions);
+
+class NoPositionContract : public contract::CContractTest {};
+CONTRACT_SUITE_WITHOUT(NoPositionContract, EHostTrait::Positions);
+
+TEST_P(TradeContract, AccountsAreLoggedIn) {
+    for (const CWay& way : ways()) {
+        ASSERT_FALSE(way.accounts.empty()) << way.name.toStdString();
+        for (const CAccountInfoPtr& account : way.accounts) {
+            EXPECT_EQ(CTradeClient::instance().getLoginStatus(account->getKey()),
+                      EBROKER_LOGIN_STATUS::LoggedIn)
+                << account->getKey();
+        }
     }
 }
 
 TEST_P(TradeContract, SplitGivesOutTheWholeVolume) {
-    for (const int units : {1, 2, 3, 7, 10, 101}) {
-        const int volume = units * unit;
-        EXPECT_TRUE(isWhole(split(volume, 10.5, error), volume)) << volume;
-        EXPECT_TRUE(error->isSuccess()) << error->errorMsg();
+    for (const CWay& way : ways()) {
+        for (const int units : {1, 2, 3, 7, 10, 101}) {
+            const int volume = units * unit;
+            EXPECT_TRUE(isWhole(way, split(way, volume), volume)) << way.name.toStdString() << volume;
+            EXPECT_TRUE(way.error->isSuccess()) << way.error->errorMsg();
+        }
     }
 }
 
 TEST_P(TradeContract, SplitNeedsNoPrice) {
-    EXPECT_TRUE(isWhole(split(10 * unit, kUnsetDouble, error), 10 * unit));
-    EXPECT_TRUE(error->isSuccess()) << error->errorMsg();
+    for (const CWay& way : ways()) {
+        EXPECT_TRUE(isWhole(way, split(way, 10 * unit, kUnsetDouble), 10 * unit)) << way.name.toStdString();
+        EXPECT_TRUE(way.error->isSuccess()) << way.error->errorMsg();
+    }
 }
 
 TEST_P(TradeContract, SplitNeedsNoInstrument) {
-    const std::vector<int> volumes = CTradeClient::instance().splitEntrusts(
-        10 * unit, 10.5, EPriceType::Specified, accounts, ratios, EPositionType{}, "", "",
-        EOperationType::Buy, EHedge_Flag_Type::Speculation, error);
-    EXPECT_TRUE(isWhole(volumes, 10 * unit));
+    for (const CWay& way : ways())
+        EXPECT_TRUE(isWhole(way, split(way, 10 * unit, 10.5, "", ""), 10 * unit)) << way.name.toStdString();
 }
 
 TEST_P(TradeContract, OneAccountGetsEverything) {
-    accounts.resize(1);
-    ratios.resize(1);
-    EXPECT_EQ(split(5 * unit, 10.5, error), std::vector<int>{5 * unit});
+    EXPECT_EQ(split(alone, 5 * unit), std::vector<int>{5 * unit});
 }
 
 TEST_P(TradeContract, UnsetVolumeFailsWithAText) {
-    const std::vector<int> volumes = split(kUnsetInt, 10.5, error);
-    EXPECT_NE(volumes.size(), accounts.size());
-    EXPECT_FALSE(error->isSuccess());
-    EXPECT_NE(error->errorMsg(), "");
+    for (const CWay& way : ways()) {
+        EXPECT_NE(split(way, kUnsetInt).size(), way.accounts.size()) << way.name.toStdString();
+        EXPECT_FALSE(way.error->isSuccess());
+        EXPECT_NE(way.error->errorMsg(), "");
+    }
 }
 
 TEST_P(TradeContract, MoneyIsGivenOutWhole) {
-    const std::vector<double> amounts = CTradeClient::instance().splitMoney(
-        100000.01, accounts, ratios, EPositionType{}, EOperationType::Buy, error);
-    ASSERT_EQ(amounts.size(), accounts.size());
-    EXPECT_NEAR(std::accumulate(amounts.begin(), amounts.end(), 0.0), 100000.01, 1e-6);
-    EXPECT_TRUE(std::all_of(amounts.begin(), amounts.end(), [](double amount) { return amount >= 0; }));
-    EXPECT_TRUE(error->isSuccess()) << error->errorMsg();
+    for (const CWay& way : ways()) {
+        const std::vector<double> amounts = splitMoney(way, 100000.01);
+        ASSERT_EQ(amounts.size(), way.accounts.size());
+        EXPECT_NEAR(std::accumulate(amounts.begin(), amounts.end(), 0.0), 100000.01, 1e-6);
+        EXPECT_TRUE(std::all_of(amounts.begin(), amounts.end(), [](double amount) { return amount >= 0; }));
+        EXPECT_TRUE(way.error->isSuccess()) << way.error->errorMsg();
+    }
 }
 
 TEST_P(TradeContract, MissingMoneyFailsWithAText) {
-    const std::vector<double> amounts = CTradeClient::instance().splitMoney(
-        kUnsetDouble, accounts, ratios, EPositionType{}, EOperationType::Buy, error);
-    EXPECT_NE(amounts.size(), accounts.size());
-    EXPECT_FALSE(error->isSuccess());
-    EXPECT_NE(error->errorMsg(), "");
+    for (const CWay& way : ways()) {
+        EXPECT_NE(splitMoney(way, kUnsetDouble).size(), way.accounts.size()) << way.name.toStdString();
+        EXPECT_FALSE(way.error->isSuccess());
+        EXPECT_NE(way.error->errorMsg(), "");
+    }
 }
 
-TEST_P(TradeContract, PositionsBelongToTheirAccount) {
+TEST_P(PositionContract, PositionsBelongToTheirAccount) {
     const std::string& key = world().holder;
     const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(key);
     ASSERT_TRUE(data);
@@ -122,7 +162,7 @@ TEST_P(TradeContract, PositionsBelongToTheirAccount) {
     }
 }
 
-TEST_P(TradeContract, TableThatIsNotKeptAddsNothing) {
+TEST_P(PositionContract, TableThatIsNotKeptAddsNothing) {
     constexpr int kNoTable = 1;
     const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(world().holder);
     ASSERT_TRUE(data);
@@ -132,6 +172,13 @@ TEST_P(TradeContract, TableThatIsNotKeptAddsNothing) {
     EXPECT_TRUE(data->getMapData(kNoTable).empty());
 }
 
+TEST_P(NoPositionContract, AccountHoldsNothing) {
+    const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(world().account);
+    std::vector<boost::shared_ptr<knservice::IData>> records;
+    if (data) data->getVector(knservice::kPositionTable, records);
+    EXPECT_TRUE(records.empty());
+}
+
 TEST_P(TradeContract, UnknownAccountHasNoData) {
     auto& center = knservice::TraderCenter::instance().getDataCenter();
     EXPECT_FALSE(center.getAccountData(world().unknownName.toStdString()));
@@ -139,9 +186,12 @@ TEST_P(TradeContract, UnknownAccountHasNoData) {
 
 TEST_P(TradeContract, ManyThreadsMaySplitAtOnce) {
     std::atomic<int> wrong{0};
+    const std::vector<CWay> shared = ways();
     onManyThreads([&] {
-        const auto own = boost::make_shared<utils::KNError>();
-        if (!isWhole(split(10 * unit, 10.5, own), 10 * unit)) ++wrong;
+        for (CWay way : shared) {
+            way.error = boost::make_shared<utils::KNError>();
+            if (!isWhole(way, split(way, 10 * unit), 10 * unit)) ++wrong;
+        }
     });
     EXPECT_EQ(wrong.load(), 0);
 }

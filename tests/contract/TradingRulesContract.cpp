@@ -1,20 +1,43 @@
 #include "platform/TradingRules.h"
 
+#include "contract/ContractFixture.h"
+#include "contract/Suites.h"
+#include "platform/UserConfig.h"
 #include "records/Families.h"
 #include "records/OrderTypes.h"
-#include "tests/contract/ContractFixture.h"
 
 #include <boost/make_shared.hpp>
 
 #include <atomic>
 #include <set>
 
+void contract::linkTradingRulesSuites() {}
+
 namespace {
 
 using namespace TC;
+using contract::EHostTrait;
 
-class TradingRulesContract : public CContractTest {};
+class TradingRulesContract : public contract::CContractTest {};
 CONTRACT_SUITE(TradingRulesContract);
+
+class TradeParametersContract : public TradingRulesContract {};
+CONTRACT_SUITE_WITH(TradeParametersContract, EHostTrait::TradeParameters);
+
+class NoTradeParametersContract : public TradingRulesContract {};
+CONTRACT_SUITE_WITHOUT(NoTradeParametersContract, EHostTrait::TradeParameters);
+
+class SettingTextsContract : public TradingRulesContract {};
+CONTRACT_SUITE_WITH(SettingTextsContract, EHostTrait::SettingTexts);
+
+class NoSettingTextsContract : public TradingRulesContract {};
+CONTRACT_SUITE_WITHOUT(NoSettingTextsContract, EHostTrait::SettingTexts);
+
+class FutureRulesContract : public TradingRulesContract {};
+CONTRACT_SUITE_WITH(FutureRulesContract, EHostTrait::Futures);
+
+class CreditRulesContract : public TradingRulesContract {};
+CONTRACT_SUITE_WITH(CreditRulesContract, EHostTrait::Credit);
 
 /// A record in which every field holds something.
 COrderTradeParam usedTradeParam() {
@@ -55,14 +78,14 @@ TEST_P(TradingRulesContract, EveryFamilyHasItsKindOfAccount) {
     }
 }
 
-TEST_P(TradingRulesContract, TwoHalvesNameAnAccount) {
+TEST_P(TradeParametersContract, TwoHalvesNameAnAccount) {
     const QString first = getAccountFromOrderParam(QStringLiteral("1"), QStringLiteral("2"));
     EXPECT_FALSE(first.isEmpty());
     EXPECT_NE(getAccountFromOrderParam(QStringLiteral("2"), QStringLiteral("2")), first);
     EXPECT_EQ(getAccountFromOrderParam(QStringLiteral("1"), QStringLiteral("2")), first);
 }
 
-TEST_P(TradingRulesContract, TradeParametersSetEveryField) {
+TEST_P(TradeParametersContract, TextSetsEveryField) {
     COrderTradeParam fresh, used = usedTradeParam();
     ASSERT_TRUE(parserOrderTradeParam(world().tradeParam, fresh));
     ASSERT_TRUE(parserOrderTradeParam(world().tradeParam, used));
@@ -70,7 +93,7 @@ TEST_P(TradingRulesContract, TradeParametersSetEveryField) {
     expectSame(used, fresh);
 }
 
-TEST_P(TradingRulesContract, TradeParametersNotUnderstoodLeaveTheRecord) {
+TEST_P(TradeParametersContract, TextThatIsNotUnderstoodLeavesTheRecord) {
     COrderTradeParam used = usedTradeParam();
     EXPECT_FALSE(parserOrderTradeParam(world().unreadableTradeParam, used));
     expectSame(used, usedTradeParam());
@@ -86,13 +109,39 @@ TEST_P(TradingRulesContract, TradeParametersMayBeAnyBytes) {
     if (!understood) expectSame(used, usedTradeParam());
 }
 
-TEST_P(TradingRulesContract, SettingTextChangesWhatItNames) {
+TEST_P(SettingTextsContract, TextChangesWhatItNames) {
     COrderSetting setting;
     setting.m_ePriceType = EPriceType::NoQuote;
     setting.m_strCmdLog = "kept";
     orderSettingFromString(setting, world().settingText);
     EXPECT_EQ(setting.m_ePriceType, world().settingPriceType);
     EXPECT_EQ(setting.m_strCmdLog, "kept");
+}
+
+TEST_P(NoTradeParametersContract, OrderWithThemIsNotForAnyAccount) {
+    COrderTradeParam param;
+    ASSERT_TRUE(parserOrderTradeParam("remark", param)) << "its orders would go out without them";
+    ASSERT_FALSE(param.m_strAccountKeyPart1.isEmpty());
+    ASSERT_FALSE(param.m_strAccountKeyPart2.isEmpty());
+    const QString key = getAccountFromOrderParam(param.m_strAccountKeyPart1, param.m_strAccountKeyPart2);
+    for (const auto kind : {ESelectedAccountType::Account, ESelectedAccountType::Group}) {
+        std::vector<CAccountInfoPtr> accounts;
+        std::vector<double> ratios;
+        getUserConfig()->getAccountsWeights(world().broker, kind, key, accounts, ratios, false);
+        EXPECT_TRUE(accounts.empty()) << key.toStdString();
+    }
+}
+
+TEST_P(NoSettingTextsContract, OrderWithOneIsNotTradedByTheStrategysSetting) {
+    for (const EPriceType before : {EPriceType::Specified, EPriceType::Latest}) {
+        COrderSetting setting;
+        setting.m_ePriceType = before;
+        orderSettingFromString(setting, QStringLiteral("price_type:6"));
+        EXPECT_NE(setting.m_ePriceType, before);
+        EXPECT_FALSE(getUserConfig()->isPriceTypeValid(setting.m_ePriceType, EOperationType::Buy,
+                                                       world().broker, world().market, world().code,
+                                                       setting.m_eOrderType));
+    }
 }
 
 TEST_P(TradingRulesContract, EmptySettingTextChangesNothing) {
@@ -136,20 +185,29 @@ TEST_P(TradingRulesContract, TimeRangeLeavesTheOrderAlone) {
     EXPECT_EQ(record.m_eOperationType, EOperationType::Sell);
 }
 
-TEST_P(TradingRulesContract, OperationsAreToldApart) {
-    const auto operationOf = [](int orderType) { return orderTypeToOperationType(orderType); };
-    constexpr int kOpenLong = 0;
-    constexpr int kCloseLong = 1;
+TEST_P(TradingRulesContract, PurchasesAreToldFromSales) {
     EXPECT_TRUE(isBuy(EOperationType::Buy));
     EXPECT_FALSE(isBuy(EOperationType::Sell));
     EXPECT_FALSE(isBuy(unsetEnum<EOperationType>()));
-    EXPECT_FALSE(isClose(operationOf(kOpenLong)));
-    EXPECT_TRUE(isClose(operationOf(kCloseLong)));
-    EXPECT_TRUE(isDirectRepay(operationOf(kOrderCreditAmount)));
     EXPECT_FALSE(isDirectRepay(EOperationType::Buy));
 }
 
-TEST_P(TradingRulesContract, CreditOperationsAreBookedApart) {
+TEST_P(FutureRulesContract, ClosingIsToldFromOpening) {
+    constexpr int kOpenLong = 0;
+    constexpr int kCloseLong = 1;
+    EXPECT_FALSE(isClose(orderTypeToOperationType(kOpenLong)));
+    EXPECT_TRUE(isClose(orderTypeToOperationType(kCloseLong)));
+}
+
+// Otherwise an order for an amount of money would repay the strategy's volume instead.
+TEST_P(CreditRulesContract, NumbersWithAnAmountRepayMoneyAndNoOthers) {
+    for (const int number : {kOrderCreditAmount, kOrderCreditFurther})
+        EXPECT_TRUE(isDirectRepay(orderTypeToOperationType(number))) << number;
+    for (const int number : {23, 24, 27, 28, 29, 30, 31, 37, 38})
+        EXPECT_FALSE(isDirectRepay(orderTypeToOperationType(number))) << number;
+}
+
+TEST_P(CreditRulesContract, OperationsAreBookedApart) {
     std::set<EEntrustTypes> kinds;
     for (const int orderType : {23, 27, 28, 29, 31})
         kinds.insert(operationTypeToEntrustType(orderTypeToOperationType(orderType)));
@@ -198,7 +256,7 @@ TEST_P(TradingRulesContract, ManyThreadsMayAskAtOnce) {
     std::atomic<int> wrong{0};
     onManyThreads([&] {
         COrderTradeParam param;
-        if (!parserOrderTradeParam(world().tradeParam, param)) ++wrong;
+        if (has(EHostTrait::TradeParameters) && !parserOrderTradeParam(world().tradeParam, param)) ++wrong;
         CCodeOrderParam record;
         orderSettingToParam(COrderSetting(), record, EOperationType::Buy, 100, 10.5, {});
         if (record.m_ePriceType != EPriceType::Latest) ++wrong;

@@ -1,15 +1,19 @@
 #include "platform/UserConfig.h"
 
-#include "tests/contract/ContractFixture.h"
+#include "contract/ContractFixture.h"
+#include "contract/Suites.h"
 
 #include <algorithm>
 #include <atomic>
 
+void contract::linkUserConfigSuites() {}
+
 namespace {
 
 using namespace TC;
+using contract::EHostTrait;
 
-class UserConfigContract : public CContractTest {
+class UserConfigContract : public contract::CContractTest {
 protected:
     CUserConfig& user() const { return *getUserConfig(); }
 
@@ -24,6 +28,21 @@ protected:
     }
 };
 CONTRACT_SUITE(UserConfigContract);
+
+class AccountGroupContract : public UserConfigContract {};
+CONTRACT_SUITE_WITH(AccountGroupContract, EHostTrait::AccountGroups);
+
+class NoAccountGroupContract : public UserConfigContract {};
+CONTRACT_SUITE_WITHOUT(NoAccountGroupContract, EHostTrait::AccountGroups);
+
+class NoCreditContract : public UserConfigContract {};
+CONTRACT_SUITE_WITHOUT(NoCreditContract, EHostTrait::Credit);
+
+class BasketContract : public UserConfigContract {};
+CONTRACT_SUITE_WITH(BasketContract, EHostTrait::NamedBaskets);
+
+class NoBasketContract : public UserConfigContract {};
+CONTRACT_SUITE_WITHOUT(NoBasketContract, EHostTrait::NamedBaskets);
 
 TEST_P(UserConfigContract, SomebodyIsLoggedIn) {
     ASSERT_NE(getUserConfig(), nullptr);
@@ -43,7 +62,7 @@ TEST_P(UserConfigContract, LimitsAreNoNegativeNumbers) {
     EXPECT_GE(user().getMinFileServiceInterval(), 0);
 }
 
-TEST_P(UserConfigContract, GroupIsFoundUnderItsNameAndBroker) {
+TEST_P(AccountGroupContract, GroupIsFoundUnderItsNameAndBroker) {
     const CAccountGroup* group = user().getAccountGroupConst(world().broker, world().group);
     ASSERT_NE(group, nullptr);
     EXPECT_EQ(group->m_strName, world().group.toStdString());
@@ -55,18 +74,43 @@ TEST_P(UserConfigContract, GroupIsFoundUnderItsNameAndBroker) {
 TEST_P(UserConfigContract, UnknownGroupIsNull) {
     EXPECT_EQ(user().getAccountGroupConst(world().broker, world().unknownName), nullptr);
     EXPECT_EQ(user().getAccountGroupConst(world().broker, QString()), nullptr);
+}
+
+TEST_P(AccountGroupContract, GroupIsUnknownUnderAnotherBroker) {
     EXPECT_EQ(user().getAccountGroupConst(static_cast<EQDBrokerType>(999), world().group), nullptr);
 }
 
-TEST_P(UserConfigContract, MembersAreAccounts) {
+TEST_P(NoAccountGroupContract, AccountIsNoGroup) {
+    const QString name = QString::fromStdString(world().account);
+    EXPECT_EQ(user().getAccountGroupConst(world().broker, name), nullptr);
+    EXPECT_TRUE(find(ESelectedAccountType::Group, name).accounts.empty());
+}
+
+TEST_P(NoCreditContract, AccountDoesNotTradeOnCredit) {
+    std::vector<CAccountInfoPtr> accounts;
+    std::vector<double> ratios;
+    user().getAccountsWeights(EQDBrokerType::Credit, ESelectedAccountType::Account,
+                              QString::fromStdString(world().account), accounts, ratios, false);
+    EXPECT_TRUE(accounts.empty());
+}
+
+TEST_P(AccountGroupContract, MembersAreAccounts) {
+    ASSERT_GT(world().groupAccounts.size(), 1u);
     for (const std::string& key : world().groupAccounts) {
         EXPECT_TRUE(user().hasAccount(QString::fromStdString(key))) << key;
+        const CFound alone = find(ESelectedAccountType::Account, QString::fromStdString(key));
+        ASSERT_EQ(alone.accounts.size(), 1u) << key;
+        EXPECT_EQ(alone.accounts[0]->getKey(), key);
     }
+}
+
+TEST_P(UserConfigContract, NamesAreAccountsOrUnknown) {
+    EXPECT_TRUE(user().hasAccount(QString::fromStdString(world().account)));
     EXPECT_FALSE(user().hasAccount(world().unknownName));
     EXPECT_FALSE(user().hasSimpleAccount(world().unknownName));
 }
 
-TEST_P(UserConfigContract, GroupGivesItsAccountsAndOneRatioForEach) {
+TEST_P(AccountGroupContract, GroupGivesItsAccountsAndOneRatioForEach) {
     const CFound found = find(ESelectedAccountType::Group, world().group);
     ASSERT_EQ(found.accounts.size(), world().groupAccounts.size());
     ASSERT_EQ(found.ratios.size(), found.accounts.size());
@@ -79,7 +123,7 @@ TEST_P(UserConfigContract, GroupGivesItsAccountsAndOneRatioForEach) {
 }
 
 TEST_P(UserConfigContract, AccountGivesItselfAlone) {
-    const std::string& key = world().groupAccounts.front();
+    const std::string& key = world().account;
     const CFound found = find(ESelectedAccountType::Account, QString::fromStdString(key));
     ASSERT_EQ(found.accounts.size(), 1u);
     ASSERT_EQ(found.ratios.size(), 1u);
@@ -88,11 +132,13 @@ TEST_P(UserConfigContract, AccountGivesItselfAlone) {
 }
 
 TEST_P(UserConfigContract, AccountsAreAppended) {
-    CFound found = find(ESelectedAccountType::Group, world().group);
+    const QString account = QString::fromStdString(world().account);
+    CFound found = find(ESelectedAccountType::Account, account);
+    ASSERT_EQ(found.accounts.size(), 1u);
     const auto first = found.accounts.front();
-    user().getAccountsWeights(world().broker, ESelectedAccountType::Group, world().group, found.accounts,
+    user().getAccountsWeights(world().broker, ESelectedAccountType::Account, account, found.accounts,
                               found.ratios, false);
-    EXPECT_EQ(found.accounts.size(), 2 * world().groupAccounts.size());
+    EXPECT_EQ(found.accounts.size(), 2u);
     EXPECT_EQ(found.ratios.size(), found.accounts.size());
     EXPECT_EQ(found.accounts.front(), first);
 }
@@ -120,7 +166,7 @@ TEST_P(UserConfigContract, DefaultSettingsNameAPriceType) {
     }
 }
 
-TEST_P(UserConfigContract, BasketsAreACopy) {
+TEST_P(BasketContract, BasketsAreACopy) {
     CBasketMap baskets = user().getBaskets();
     ASSERT_TRUE(baskets.contains(world().basket));
     const int rows = baskets[world().basket].m_rows.size();
@@ -129,14 +175,16 @@ TEST_P(UserConfigContract, BasketsAreACopy) {
     EXPECT_EQ(user().getBaskets()[world().basket].m_rows.size(), rows);
 }
 
+TEST_P(NoBasketContract, ThereAreNone) {
+    EXPECT_TRUE(user().getBaskets().isEmpty());
+}
+
 TEST_P(UserConfigContract, AccountTellsWhoItIs) {
-    for (const std::string& key : world().groupAccounts) {
-        const CAccountPtr account = user().getAccountData(QString::fromStdString(key));
-        ASSERT_TRUE(account) << key;
-        ASSERT_TRUE(account->toInfo()) << key;
-        EXPECT_EQ(account->toInfo()->getKey(), key);
-        EXPECT_EQ(account->toInfo()->m_nBrokerType, static_cast<int>(world().broker));
-    }
+    const CAccountPtr account = user().getAccountData(QString::fromStdString(world().account));
+    ASSERT_TRUE(account);
+    ASSERT_TRUE(account->toInfo());
+    EXPECT_EQ(account->toInfo()->getKey(), world().account);
+    EXPECT_EQ(account->toInfo()->m_nBrokerType, static_cast<int>(world().broker));
     EXPECT_FALSE(user().getAccountData(world().unknownName));
 }
 
@@ -156,10 +204,11 @@ TEST_P(UserConfigContract, StrategyMapStaysWhereItIs) {
 TEST_P(UserConfigContract, ManyThreadsMayAskAtOnce) {
     std::atomic<int> wrong{0};
     onManyThreads([&] {
-        const CFound found = find(ESelectedAccountType::Group, world().group);
-        if (found.accounts.size() != world().groupAccounts.size()) ++wrong;
-        if (user().getAccountGroupConst(world().broker, world().group) == nullptr) ++wrong;
-        if (!user().getBaskets().contains(world().basket)) ++wrong;
+        const CFound found = find(ESelectedAccountType::Account, QString::fromStdString(world().account));
+        if (found.accounts.size() != 1) ++wrong;
+        const bool hasGroup = user().getAccountGroupConst(world().broker, world().group) != nullptr;
+        if (hasGroup != has(EHostTrait::AccountGroups)) ++wrong;
+        if (user().getBaskets().contains(world().basket) != has(EHostTrait::NamedBaskets)) ++wrong;
         if (user().getUserName().empty()) ++wrong;
     });
     EXPECT_EQ(wrong.load(), 0);

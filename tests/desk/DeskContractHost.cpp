@@ -1,8 +1,8 @@
 // The host services' promises, kept by the desk: the contract suites on a copy of its demo folder.
+#include "contract/ContractHost.h"
 #include "desk/commands/NewFolder.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/Desk.h"
-#include "tests/contract/ContractHost.h"
 #include "tests/support/TempFolder.h"
 
 #include <sstream>
@@ -10,7 +10,7 @@
 
 namespace {
 
-class CDeskContractHost : public IContractHost {
+class CDeskContractHost : public contract::IContractHost {
 public:
     CDeskContractHost() {
         if (desk::runNew(m_folder.path("desk"), m_out, m_out) != 0) throw std::runtime_error(m_out.str());
@@ -30,6 +30,7 @@ public:
         m_world.hgtKey = QStringLiteral("HGT00700");
         m_world.goldKey = QStringLiteral("GOLDAU99");
         m_world.neeqKey = QStringLiteral("NEEQ430001");
+        m_world.account = "A1";
         m_world.group = QStringLiteral("main");
         m_world.groupAccounts = {"A1", "A2"};
         m_world.unknownName = QStringLiteral("nobody");
@@ -45,18 +46,22 @@ public:
     }
     ~CDeskContractHost() override { TC::releaseHost(); }
 
-    const CContractWorld& world() const override { return m_world; }
+    const contract::CContractWorld& world() const override { return m_world; }
 
 private:
     CTempFolder m_folder;
     std::ostringstream m_out;
     desk::CTextSink m_sink{m_out};
     std::unique_ptr<desk::CDesk> m_desk;
-    CContractWorld m_world;
+    contract::CContractWorld m_world;
 };
 
 } // namespace
 
-std::vector<CContractHostKind> contractHosts() {
-    return {{"Desk", [] { return std::unique_ptr<IContractHost>(std::make_unique<CDeskContractHost>()); }}};
+int main(int argc, char** argv) {
+    contract::CContractHostKind kind;
+    kind.name = "Desk";
+    kind.make = [] { return std::make_unique<CDeskContractHost>(); };
+    kind.lacks = {contract::EHostTrait::Algorithms};
+    return contract::runHostContract(argc, argv, kind);
 }

@@ -5,3 +5,6 @@ file(GLOB desk_config_test_sources CONFIGURE_DEPENDS
 orderservice_test(desk_config_tests
     SOURCES ${desk_config_test_sources}
     LINKS desk_commands desk_config desk_host desk_market)
+# Some tests run the desk as a process of its own.
+target_compile_definitions(desk_config_tests PRIVATE ORDERDESK_PROGRAM="$<TARGET_FILE:orderdesk>")
+add_dependencies(desk_config_tests orderdesk)

@@ -1,3 +1,3 @@
-orderservice_test(desk_contract_tests
+orderservice_contract_test(desk_contract_tests
     SOURCES DeskContractHost.cpp
-    LINKS contract_suites desk_commands desk_host)
+    LINKS desk_commands desk_host)

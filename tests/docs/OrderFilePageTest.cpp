@@ -3,6 +3,7 @@
 #include "tests/docs/FamilyRoad.h"
 #include "tests/docs/FencedBlocks.h"
 #include "tests/docs/NumberTable.h"
+#include "tests/docs/PageTable.h"
 #include "tests/intake/FakeLinePort.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -76,6 +77,23 @@ TEST(OrderFilePage, EveryExampleGivesTheOrdersBelowIt) {
         ++examples;
     }
     EXPECT_GE(examples, 11);
+}
+
+TEST(OrderFilePage, EveryLineWithoutEffectHasItsReason) {
+    const std::vector<CTableRow> rows = readTable(kPage, "## Lines without effect");
+    for (const CTableRow& row : rows) {
+        const COrderStrategyParam strategy;
+        CPagePort port;
+        COrderFileParser parser(strategy, 3, port);
+        for (std::string line : codeSpans(row.at("Lines")))
+            parser.takeLine(line);
+        parser.takeOrders();
+        const CIgnoredLines& ignored = parser.ignoredLines();
+        EXPECT_EQ("line " + std::to_string(ignored.m_nFirst) + ": " + ignored.m_strFirstReason.toStdString(),
+                  row.at("Reason"))
+            << row.at("Lines");
+    }
+    EXPECT_EQ(rows.size(), 9u);
 }
 
 TEST(OrderFilePage, EveryNumberGivesItsOrder) {

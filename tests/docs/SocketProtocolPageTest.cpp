@@ -54,7 +54,7 @@ protected:
     }
 
     /// Sends the client's lines and gives the conversation as it went, in the bytes of the wire.
-    std::string talk(const std::string& conversation) const {
+    std::string talk(const std::string& conversation) {
         CTestSocket client(m_nPort);
         std::istringstream lines(conversation);
         std::string went;
@@ -66,6 +66,9 @@ protected:
                 went += line;
             } else {
                 dropPrefix(line, "S: ");
+                // A reply that the guard delays comes once enough time has passed.
+                while (!client.waitForData(std::chrono::milliseconds(1)))
+                    passTime(0.1);
                 went += "S: " + dropLineEnd(client.readLine());
             }
             went += '\n';

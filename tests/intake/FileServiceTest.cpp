@@ -1,5 +1,7 @@
 #include "intake/FileService.h"
 
+#include "base/Clock.h"
+#include "base/StopRequest.h"
 #include "gates/IntakePause.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
@@ -12,6 +14,7 @@
 
 #include <atomic>
 #include <functional>
+#include <future>
 #include <memory>
 #include <stdexcept>
 #include <thread>
@@ -48,6 +51,20 @@ TEST_F(FileService, FileIsTakenReadAndDeleted) {
     EXPECT_EQ(report().m_nChannel, 3);
     EXPECT_EQ(report().m_strSource, QString::fromStdString(folder.path("a.txt")));
     EXPECT_FALSE(report().m_bCutShort);
+}
+
+TEST_F(FileService, FileIsReportedThenHandedOverAndThenDeleted) {
+    addStrategy(3, "a.txt");
+    std::vector<std::string> steps;
+    const auto note = [&](const std::string& step) {
+        steps.push_back(step + (folder.exists("a.txt.tmp") ? " with the file" : " without the file"));
+    };
+    host.audit.onRecord = [&] { note("report"); };
+    gate.onPlace = [&] { note("gate"); };
+    folder.write("a.txt", "23,0,10.5,600000,100\n");
+    service.tryOrder();
+    EXPECT_EQ(steps, (std::vector<std::string>{"report with the file", "gate with the file"}));
+    EXPECT_FALSE(folder.exists("a.txt.tmp"));
 }
 
 TEST_F(FileService, MissingFileIsSkippedSilently) {
@@ -137,12 +154,28 @@ TEST_F(FileService, LeftOverTemporaryFileAloneIsNotRead) {
     EXPECT_TRUE(folder.exists("a.txt.tmp"));
 }
 
-TEST_F(FileService, FolderAtThePathStaysWhereItIs) {
+TEST_F(FileService, FolderAtThePathStaysAndIsReportedOnce) {
     addStrategy(3, "a.txt");
     std::filesystem::create_directory(folder.path("a.txt"));
     service.tryOrder();
+    service.tryOrder();
     EXPECT_TRUE(gate.batches.empty());
     EXPECT_TRUE(folder.exists("a.txt"));
+    ASSERT_EQ(host.audit.reports.size(), 1u);
+    EXPECT_TRUE(report().m_bLeftWaiting);
+    EXPECT_EQ(report().m_strSource, QString::fromStdString(folder.path("a.txt")));
+    EXPECT_EQ(report().m_strCause, QStringLiteral("it is a folder"));
+}
+
+TEST_F(FileService, WhatComesBackToThePathIsReportedAgain) {
+    addStrategy(3, "a.txt");
+    std::filesystem::create_directory(folder.path("a.txt"));
+    service.tryOrder();
+    std::filesystem::remove(folder.path("a.txt"));
+    service.tryOrder();
+    std::filesystem::create_directory(folder.path("a.txt"));
+    service.tryOrder();
+    EXPECT_EQ(host.audit.reports.size(), 2u);
 }
 
 TEST_F(FileService, PipeAtThePathDoesNotBlockTheLoop) {
@@ -151,6 +184,48 @@ TEST_F(FileService, PipeAtThePathDoesNotBlockTheLoop) {
     service.tryOrder();
     EXPECT_TRUE(gate.batches.empty());
     EXPECT_TRUE(folder.exists("a.txt"));
+    EXPECT_EQ(report().m_strCause, QStringLiteral("it is not a regular file"));
+}
+
+/// Also the case of a file that the system does not let the service read.
+TEST_F(FileService, FileThatCannotBeOpenedIsReportedOnce) {
+    addStrategy(3, "a.txt");
+    std::filesystem::create_symlink("a.txt", folder.path("a.txt"));
+    service.tryOrder();
+    service.tryOrder();
+    ASSERT_EQ(host.audit.reports.size(), 1u);
+    EXPECT_TRUE(report().m_bLeftWaiting);
+    EXPECT_EQ(report().m_strCause, QStringLiteral("it cannot be opened: Too many levels of symbolic links"));
+}
+
+TEST_F(FileService, PathBelowAFileIsAMissingFile) {
+    addStrategy(3, "a.txt/b.txt");
+    folder.write("a.txt", "");
+    service.tryOrder();
+    EXPECT_TRUE(host.audit.reports.empty());
+}
+
+/// The link's target is the .tmp file itself, which is gone when the link has taken its name.
+TEST_F(FileService, FileThatCannotBeOpenedAnyMoreIsReportedAndDeleted) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt.tmp", "23,0,10.5,600000,100\n");
+    std::filesystem::create_symlink("a.txt.tmp", folder.path("a.txt"));
+    service.tryOrder();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_TRUE(report().m_bRejected);
+    EXPECT_EQ(report().m_strCause, QStringLiteral("it cannot be opened: Too many levels of symbolic links"));
+    EXPECT_TRUE(report().m_strKeptAs.isEmpty());
+    EXPECT_FALSE(std::filesystem::is_symlink(folder.path("a.txt.tmp")));
+}
+
+/// The system refuses to read the beginning of this file.
+TEST_F(FileService, ErrorWhileReadingCutsTheFileShort) {
+    addStrategy(3, "a.txt");
+    std::filesystem::create_symlink("/proc/self/mem", folder.path("a.txt"));
+    service.tryOrder();
+    EXPECT_EQ(gate.batches.at(0).size(), 0);
+    EXPECT_TRUE(report().m_bCutShort);
+    EXPECT_EQ(report().m_strCause, QStringLiteral("line 0: the file cannot be read further"));
 }
 
 TEST_F(FileService, FolderAtTheTemporaryPathLeavesTheFileWaiting) {
@@ -315,7 +390,7 @@ TEST_F(FileService, LoopSleepsTheIntervalBetweenPasses) {
     gate.onPlace = [this] { service.stop(); };
     service.startFileServer();
     // The first look comes when more than one interval has gone by.
-    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05}));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05}));
     EXPECT_EQ(gate.batches.size(), 1u);
 }
 
@@ -330,7 +405,7 @@ TEST_F(FileService, LoopReadsTheIntervalAnewAndCountsFromTheLastPass) {
     };
     service.startFileServer();
     // The pass ends its own round with the interval that was read before it.
-    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05, 0.02}));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05}));
     EXPECT_EQ(registry.visits, 2);
 }
 
@@ -344,7 +419,7 @@ TEST_F(FileService, PausedLoopLooksAgainAfterItsPauseAndTheInterval) {
     };
     gate.onPlace = [this] { service.stop(); };
     service.startFileServer();
-    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.8, 0.05, 0.05}));
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.8, 0.05}));
     EXPECT_EQ(registry.visits, 1);
 }
 
@@ -356,6 +431,7 @@ TEST_F(FileService, AnExceptionEndsThePassForTheStrategiesBehindIt) {
     gate.onPlace = [] { throw std::runtime_error("refused"); };
     EXPECT_THROW(service.tryOrder(), std::runtime_error);
     EXPECT_EQ(gate.batches.size(), 1u);
+    EXPECT_FALSE(folder.exists("a.txt.tmp")); // not to be read twice
     EXPECT_TRUE(folder.exists("b.txt"));
 }
 
@@ -374,6 +450,26 @@ TEST_F(FileService, TradeParametersThatAreNotUnderstoodAreCountedForTheAudit) {
     service.tryOrder();
     EXPECT_EQ(report().m_nUnreadTradeParams, 1);
     EXPECT_EQ(report().m_nOrders, 1);
+}
+
+TEST_F(FileService, LinesWithoutEffectAreCountedForTheAudit) {
+    addStrategy(3, "a.txt");
+    host.user.baskets[QStringLiteral("b")].m_rows = {CBasketStockData()};
+    folder.write("a.txt", "\ncancel 1 2\n34,0,b\n23,0\n");
+    service.tryOrder();
+    EXPECT_EQ(report().m_nLines, 3); // reading ends there
+    EXPECT_EQ(report().m_nOrders, 1);
+    EXPECT_EQ(report().m_nIgnoredLines, 2);
+    EXPECT_EQ(report().m_strFirstIgnored,
+              QStringLiteral("line 2: cancel takes one word, the number of the task"));
+}
+
+TEST_F(FileService, FileWithoutIgnoredLinesNamesNone) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "23,0\n");
+    service.tryOrder();
+    EXPECT_EQ(report().m_nIgnoredLines, 0);
+    EXPECT_TRUE(report().m_strFirstIgnored.isEmpty());
 }
 
 TEST_F(FileService, FilesOfALoggedOutUserWait) {
@@ -398,6 +494,59 @@ TEST_F(FileService, LoopOutlivesAnExceptionOfAPass) {
     service.startFileServer();
     EXPECT_EQ(gate.batches.size(), 2u);
     EXPECT_FALSE(folder.exists("b.txt"));
+}
+
+TEST_F(FileService, AStopBeforeASleepIsNotSleptOut) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "");
+    host.user.interval = 15000;
+    gate.onPlace = [this] { service.stop(); };
+    service.startFileServer();
+    // The two sleeps lie before the pass; the one behind it does not begin.
+    EXPECT_EQ(clock.sleeps(), (std::vector<double>{15, 15}));
+}
+
+/// A clock whose sleeps last until they are stopped.
+class CLastingClock : public utils::IClock {
+public:
+    CLastingClock() { utils::installClock(this); }
+    ~CLastingClock() override { utils::installClock(nullptr); }
+    double time() override { return m_dNow += 1000; }
+    void sleep(double) override { throw std::logic_error("a sleep that cannot be stopped"); }
+    void sleepUnlessStopped(double seconds, const utils::CStopRequest& stop) override {
+        if (seconds != lastingSeconds) return;
+        asleep.set_value();
+        stop.waitFor(60);
+        EXPECT_TRUE(stop.isMade());
+    }
+    QDateTime currentDateTime() override { return {}; }
+
+    double lastingSeconds = 0;
+    std::promise<void> asleep;
+
+private:
+    double m_dNow = 0;
+};
+
+/// Runs the loop until it is in a sleep of that length, and stops it there.
+void stopAsleep(CFileService& service, double seconds) {
+    CLastingClock clock;
+    clock.lastingSeconds = seconds;
+    std::thread loop([&] { service.startFileServer(); });
+    clock.asleep.get_future().wait();
+    service.stop();
+    loop.join();
+}
+
+TEST_F(FileService, AStopWakesTheLoopFromItsInterval) {
+    host.user.interval = 15000;
+    stopAsleep(service, 15);
+}
+
+TEST_F(FileService, AStopWakesAPausedLoop) {
+    const CIntakePause pause;
+    host.user.interval = 50;
+    stopAsleep(service, 0.8);
 }
 
 TEST_F(FileService, ShortIntervalSpinsOnTheClock) {

@@ -3,17 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <limits>
 #include <memory>
 #include <vector>
 
 namespace {
 
 /// All lines of the bytes, as the reader gives them.
-std::vector<std::string> readAll(const std::string& bytes) {
+std::vector<std::string> readAll(const std::string& bytes,
+                                 long long most = std::numeric_limits<long long>::max()) {
     std::FILE* stream = std::tmpfile();
     std::fwrite(bytes.data(), 1, bytes.size(), stream);
     std::rewind(stream);
-    const auto reader = std::make_unique<TC::CLineReader>(stream);
+    const auto reader = std::make_unique<TC::CLineReader>(stream, most);
     std::vector<std::string> lines;
     for (std::string line; reader->readLine(line);)
         lines.push_back(line);
@@ -71,6 +73,14 @@ TEST(LineReader, LinesCrossTheBufferBoundary) {
     ASSERT_EQ(lines.size(), 20000u);
     for (const std::string& line : lines)
         ASSERT_EQ(line, "0123456789\n");
+}
+
+TEST(LineReader, ReadsNoMoreBytesThanItMay) {
+    EXPECT_EQ(readAll("a\nb\nc\n", 4), (Lines{"a\n", "b\n"}));
+    EXPECT_EQ(readAll("a\nb\nc\n", 6), (Lines{"a\n", "b\n", "c\n"}));
+    EXPECT_TRUE(readAll("a\n", 0).empty());
+    const std::string line(70000, 'x'); // more than one filling of the buffer
+    EXPECT_EQ(readAll(line + "\n" + line, 70001).back(), line.substr(0, 70000 % 2047) + "\n");
 }
 
 } // namespace

@@ -10,8 +10,10 @@
 #include <sys/socket.h>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
@@ -33,10 +35,23 @@ public:
     void onDataReceived(const std::vector<unsigned char>& data, int length,
                         net::NetConnectionPtr conn) override {
         const std::string text(data.begin(), data.begin() + length);
+        if (text == "hold") return hold(conn);
         if (text == "throw") throw std::runtime_error("of the handler");
         conn->send(data, length, true);
         if (text == "quit") removeConnection(conn);
     }
+
+    void onReleased(net::NetConnectionPtr) override { note("released"); }
+
+    void hold(const net::NetConnectionPtr& conn) {
+        conn->hold();
+        held = conn;
+        note("held");
+    }
+    void releaseHeld() {
+        boost::asio::post(ioService(), [this] { held->release(); });
+    }
+    using NetServer::limitEnding;
 
     void note(const std::string& event) {
         const std::lock_guard lock(m_mutex);
@@ -51,6 +66,7 @@ public:
     }
 
     std::string greeting;
+    net::NetConnectionPtr held; ///< the last one; on the server's thread
 
 private:
     std::mutex m_mutex;
@@ -219,6 +235,60 @@ TEST_F(NetServer, ConnectionMayBreakWhileItsRepliesWait) {
     server->stop();
     io.stop();
     thread.join();
+}
+
+TEST_F(NetServer, HeldConnectionIsReadAgainAfterItsRelease) {
+    CTestSocket client(port()), other(port());
+    client.send("hold");
+    m_server->waitForEvents(3);
+    client.send("more\n");
+    other.send("x\n");
+    EXPECT_EQ(other.readLine(), "x\n");
+    EXPECT_FALSE(client.waitForData(std::chrono::milliseconds(0)));
+    m_server->releaseHeld();
+    EXPECT_EQ(client.readLine(), "more\n");
+    EXPECT_EQ(m_server->waitForEvents(4).back(), "released");
+}
+
+TEST_F(NetServer, EndOfAHeldConnectionIsToldAfterItsRelease) {
+    CTestSocket client(port());
+    client.send("hold");
+    m_server->waitForEvents(2);
+    client.send("last words");
+    client.finishSending();
+    m_server->releaseHeld();
+    EXPECT_EQ(client.readAll(), "last words");
+    EXPECT_EQ(m_server->waitForEvents(4),
+              (std::vector<std::string>{"connected", "held", "released", "ended"}));
+}
+
+TEST_F(NetServer, ConnectionsThatWaitForTheirPeersToCloseAreBounded) {
+    constexpr int kMost = 5, kClients = 20;
+    m_server->limitEnding(kMost);
+    const std::ptrdiff_t before = openSockets();
+    std::vector<std::unique_ptr<CTestSocket>> clients;
+    for (int i = 0; i < kClients; ++i) {
+        clients.push_back(std::make_unique<CTestSocket>(port()));
+        clients.back()->send("quit");
+        EXPECT_EQ(clients.back()->readAll(), "quit"); // and does not close its own side
+    }
+    CTestSocket other(port());
+    other.send("x\n");
+    EXPECT_EQ(other.readLine(), "x\n");
+    EXPECT_EQ(openSockets() - before, kClients + kMost + 2);
+}
+
+TEST_F(NetServer, WhatIsLeftToSendIsNotCutOffForOthersThatEnd) {
+    m_server->greeting = std::string(16 << 20, 'x'); // more than the system's buffers take
+    m_server->limitEnding(1);
+    CTestSocket slow(port());
+    slow.send("quit");
+    for (int i = 0; i < 2; ++i) {
+        CTestSocket other(port());
+        other.send("quit");
+        EXPECT_EQ(other.readAll().size(), m_server->greeting.size() + 4);
+    }
+    EXPECT_EQ(slow.readAll().size(), m_server->greeting.size() + 4);
 }
 
 TEST_F(NetServer, TakenAddressThrows) {

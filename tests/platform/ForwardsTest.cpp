@@ -201,6 +201,10 @@ TEST_F(Forwards, AnAuditThatThrowsIsNobodysHarm) {
     EXPECT_NO_THROW(tellAudit(CDoorReport()));
     EXPECT_EQ(host.audit.reports.size(), 1u);
     EXPECT_EQ(host.audit.doors.size(), 1u);
+    host.audit.rejected = QStringLiteral("/rejected");
+    EXPECT_EQ(rejectedFolder(), QStringLiteral("/rejected"));
+    host.audit.onRejectedFolder = [] { throw 1; };
+    EXPECT_EQ(rejectedFolder(), QString());
 }
 
 } // namespace

@@ -361,6 +361,14 @@ TEST_F(OrderService, ShutdownWorksOffWhatWasTaken) {
     EXPECT_EQ(threadsNamed("orderservice"), 0);
 }
 
+/// Without the wake-up this test would last a day.
+TEST_F(OrderService, ShutdownDoesNotWaitOutThePollingInterval) {
+    host.user.interval = 24 * 60 * 60 * 1000;
+    service().loadFromConfig(false);
+    service().shutdown();
+    EXPECT_EQ(threadsNamed("orderservice"), 0);
+}
+
 TEST_F(OrderService, CancelGoesToTheTradeClientWithTheUsersWord) {
     service().loadFromConfig(false);
     service().cancelOrder(42);

@@ -7,6 +7,8 @@
 #include "tests/support/DoorFakes.h"
 #include "tests/support/TestSocket.h"
 
+#include <chrono>
+#include <future>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -300,6 +302,70 @@ TEST_F(SocketStrategy, OrdersFlowWhileTheRegistryIsHeld) {
         EXPECT_EQ(client->ask("placeorder 23,3,10.5,600000,100"), "+OK\r\n");
         EXPECT_TRUE(host.waitForCommands(1));
     });
+}
+
+/// A ticket, and when its last copy went.
+class CTicket {
+public:
+    std::shared_ptr<const void> make() {
+        return {this, [this](const void*) { m_gone.set_value(); }};
+    }
+    bool isGone() { return m_future.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }
+    bool waitUntilGone() { return m_future.wait_for(std::chrono::seconds(60)) == std::future_status::ready; }
+
+private:
+    std::promise<void> m_gone;
+    std::future<void> m_future = m_gone.get_future();
+};
+
+TEST_F(SocketStrategy, TicketGoesWhenWhatWasQueuedBeforeItIsWorkedOff) {
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0) << error.toStdString();
+    std::promise<void> mayGoOn;
+    const auto goOn = mayGoOn.get_future().share();
+    std::promise<void> inHand;
+    host.orders.onCommand = [&](const COrderComandParamPtr&) {
+        inHand.set_value();
+        goOn.wait();
+    };
+    CTicket ticket;
+    service().placeorder(
+        COrderBuilder(23).source(EOrderStrategyType::Signal).line(QStringLiteral("600000"), 10.5, 100));
+    service().holdUntilWorkedOff(ticket.make());
+    inHand.get_future().wait();
+    EXPECT_FALSE(ticket.isGone());
+    mayGoOn.set_value();
+    EXPECT_TRUE(ticket.waitUntilGone());
+    EXPECT_EQ(host.commands().size(), 1u);
+}
+
+TEST_F(SocketStrategy, TicketGoesAtOnceBehindTheEnd) {
+    service().shutdown();
+    CTicket ticket;
+    service().holdUntilWorkedOff(ticket.make());
+    EXPECT_TRUE(ticket.isGone());
+}
+
+TEST_F(SocketStrategy, HeldBackFloodBecomesCommandsInItsOrder) {
+    constexpr int kOrders = 500;
+    host.switches.on.insert("mdl_order_socket_guard");
+    add(onPort(3, port));
+    ASSERT_EQ(start(), 0) << error.toStdString();
+    const auto client = logIn();
+    std::string lines;
+    for (int i = 1; i <= kOrders; ++i)
+        lines += "placeorder 23,3,10.5,600000," + std::to_string(i * 100) + "\r\n";
+    client->send(lines + "quit\r\n");
+    EXPECT_EQ(client->readAll().size(), (kOrders + 1) * std::string("+OK\r\n").size());
+    service().shutdown();
+    const auto commands = host.commands();
+    ASSERT_EQ(commands.size(), std::size_t{kOrders});
+    for (int i = 1; i <= kOrders; ++i) {
+        int sum = 0;
+        for (const auto& code : commands[static_cast<std::size_t>(i) - 1]->m_codes)
+            sum += code.m_nVolume;
+        EXPECT_EQ(sum, i * 100);
+    }
 }
 
 } // namespace

@@ -93,6 +93,49 @@ TEST_F(StrategyRegistry, NumberThatWasLeftOutIsFreeOnceItsStrategyIsRemoved) {
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 2);
 }
 
+TEST_F(StrategyRegistry, GuardOfTheHostRefusesAStartAndTheFileStays) {
+    int strategies = 0;
+    service().setStrategyGuard([&](const COrderStrategyParam& strategy, const COrderStrategyMap& all) {
+        strategies = all.size();
+        return strategy.m_nChannel == 3 ? QStringLiteral("not this one") : QString();
+    });
+    add(stoppedFile());
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("not this one"));
+    EXPECT_FALSE(isRunning());
+    EXPECT_EQ(folder.read("a.txt"), "old orders");
+    EXPECT_EQ(strategies, 1);
+    EXPECT_TRUE(host.messages.messages.empty());
+}
+
+TEST_F(StrategyRegistry, GuardOfTheHostThatThrowsRefusesAndIsNamed) {
+    service().setStrategyGuard(
+        [](const COrderStrategyParam&, const COrderStrategyMap&) -> QString { throw 7; });
+    add(stoppedFile());
+    EXPECT_EQ(start(), -1);
+    EXPECT_TRUE(error.startsWith(QStringLiteral("setStrategyGuard: "))) << error.toStdString();
+    EXPECT_EQ(folder.read("a.txt"), "old orders");
+    EXPECT_EQ(service().updateOrderStrategy(3, service().getStrategyMap()[3]), -1);
+    ASSERT_EQ(host.messages.messages.size(), 1u);
+    EXPECT_TRUE(host.messages.messages[0].text.contains(QStringLiteral("setStrategyGuard")));
+}
+
+TEST_F(StrategyRegistry, GuardOfTheHostRefusesAChangeWithAMessage) {
+    add(stoppedFile());
+    service().setStrategyGuard([](const COrderStrategyParam& strategy, const COrderStrategyMap&) {
+        return strategy.m_strCode.startsWith(QStringLiteral("SH")) ? QString() : QStringLiteral("no market");
+    });
+    COrderStrategyParam changed = service().getStrategyMap()[3];
+    changed.m_strCode = QStringLiteral("600000");
+    EXPECT_EQ(service().updateOrderStrategy(3, changed), -1);
+    EXPECT_EQ(service().getStrategyMap()[3].m_strCode, QStringLiteral("SH600000"));
+    ASSERT_EQ(host.messages.messages.size(), 1u);
+    EXPECT_EQ(host.messages.messages[0].text, QStringLiteral("[标题2]　策略3: 修改失败! no market"));
+    changed.m_strCode = QStringLiteral("SH600001");
+    EXPECT_EQ(service().updateOrderStrategy(3, changed), 0);
+    EXPECT_EQ(start(), 0);
+}
+
 TEST_F(StrategyRegistry, NewStrategyHasItsNameSourceAndVolumes) {
     load();
     const int id = service().addOrderStrategy(EOrderStrategyType::Signal);
@@ -230,6 +273,29 @@ TEST_F(StrategyRegistry, FileMustExistAtTheStart) {
     add(CStrategyBuilder().stopped().file(folder.path()));
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(error, QStringLiteral("信号来源必须为文件"));
+}
+
+TEST_F(StrategyRegistry, FileIsReportedBeforeItIsDeletedUnread) {
+    add(stoppedFile());
+    folder.write("a.txt", "23,0,10.5,600000,100\n24,0");
+    bool wasThere = false;
+    host.audit.onRecord = [&] { wasThere = folder.exists("a.txt"); };
+    EXPECT_EQ(start(3), 0);
+    EXPECT_FALSE(folder.exists("a.txt"));
+    ASSERT_EQ(host.audit.discards.size(), 1u);
+    EXPECT_TRUE(wasThere);
+    EXPECT_EQ(host.audit.discards[0].m_nChannel, 3);
+    EXPECT_EQ(host.audit.discards[0].m_strSource, QString::fromStdString(folder.path("a.txt")));
+    EXPECT_EQ(host.audit.discards[0].m_nLines, 2);
+    EXPECT_EQ(host.audit.discards[0].m_nBytes, 25);
+}
+
+TEST_F(StrategyRegistry, EmptyFileIsDeletedWithoutAReport) {
+    add(stoppedFile());
+    folder.write("a.txt", "");
+    EXPECT_EQ(start(3), 0);
+    EXPECT_FALSE(folder.exists("a.txt"));
+    EXPECT_TRUE(host.audit.discards.empty());
 }
 
 TEST_F(StrategyRegistry, StartDropsTheFileThatWaitsUnread) {

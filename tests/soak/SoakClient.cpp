@@ -14,6 +14,7 @@ using boost::system::error_code;
 
 constexpr int kMaxRestMs = 250;
 constexpr int kMaxBurst = 8;
+constexpr int kFlood = 300; ///< lines of a burst that the guard holds back
 const std::string kOk = "+OK\r\n";
 
 std::string orderLine(const COrderLedger::CMark& mark) {
@@ -68,7 +69,8 @@ CSoakClient::CLine CSoakClient::makeLine() {
 }
 
 std::vector<CSoakClient::CLine> CSoakClient::makeBurst() {
-    std::vector<CLine> burst(static_cast<std::size_t>(pick(1, kMaxBurst)));
+    const int count = pick(1, 100) == 1 ? kFlood : pick(1, kMaxBurst);
+    std::vector<CLine> burst(static_cast<std::size_t>(count));
     for (CLine& line : burst)
         line = makeLine();
     return burst;

@@ -15,8 +15,9 @@
 #include <vector>
 
 /// A client of the order socket that never rests: it logs in, sends bursts of orders, cancels and nonsense,
-/// whole or in two pieces, checks every reply, leaves in order or drops the connection anywhere within a
-/// burst, and comes back. What it does follows from the seed; all on the io_service's thread.
+/// now and then a flood of them, whole or in two pieces, checks every reply, leaves in order or drops the
+/// connection anywhere within a burst, and comes back. What it does follows from the seed; all on the
+/// io_service's thread.
 class CSoakClient {
 public:
     /// number: which of `clients` it is, so that its orders and cancels are

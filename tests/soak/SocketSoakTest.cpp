@@ -46,15 +46,6 @@ std::ptrdiff_t openDescriptors() {
     return std::distance(begin, end);
 }
 
-std::ptrdiff_t openSockets() {
-    std::ptrdiff_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code ignored; // the listing's own descriptor is gone by now
-        if (std::filesystem::read_symlink(entry, ignored).string().rfind("socket:", 0) == 0) ++count;
-    }
-    return count;
-}
-
 /// All clients on a thread of their own.
 class CSoakCrowd {
 public:
@@ -131,6 +122,9 @@ order_service = true
 rights = ["signal_orders"]
 max_strategies = 1
 max_socket_strategies = 1
+
+[switches]
+mdl_order_socket_guard = true
 
 [[account]]
 key = "A1"

@@ -216,6 +216,41 @@ TEST_F(OrderSocketServer, GateThatThrowsIsAnsweredAsABadParameter) {
     EXPECT_EQ(client->ask("cancel 1"), kOk);
 }
 
+/// A registry of a host that errs.
+class CThrowingRegistry final : public IStrategyRegistry {
+public:
+    void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>&) override { throw 1; }
+    std::optional<COrderStrategyParam> copyStrategy(int) override { throw 1; }
+};
+
+TEST_F(OrderSocketServer, WhateverIsThrownTheListenerGoesOn) {
+    start();
+    const auto client = logIn();
+    gate.onPlace = [] { throw 1; };
+    EXPECT_EQ(client->ask("placeorder 23,3,10.5"), kBadParam);
+    gate.onPlace = nullptr;
+    host.audit.onRecord = [] { throw "an audit that errs"; };
+    EXPECT_EQ(client->ask("placeorder 23,3,10.5"), kOk);
+    EXPECT_EQ(client->ask("cancel 1"), kOk);
+}
+
+TEST_F(OrderSocketServer, RegistryThatThrowsIsAnsweredAsABadParameter) {
+    CThrowingRegistry throwing;
+    const auto wrapper = std::make_unique<COrderSocketServerWrapper>("127.0.0.1", 0, "", "", gate, throwing,
+                                                                     QStringLiteral("here:0"));
+    wrapper->server()->start(false);
+    m_nPort = wrapper->server()->port();
+    std::thread thread([&] { wrapper->run(); });
+    {
+        const auto client = connect();
+        EXPECT_EQ(client->ask("placeorder 25,3,600000|100"), kBadParam);
+        EXPECT_EQ(client->ask("placeorder 26,3,all"), kBadParam);
+        EXPECT_EQ(client->ask("placeorder 23,3,10.5"), kOk);
+    }
+    wrapper->stop();
+    thread.join();
+}
+
 TEST_F(OrderSocketServer, CancelTakesOneNumber) {
     start();
     const auto client = logIn();

@@ -13,6 +13,7 @@
 #include <time.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -28,7 +29,7 @@ protected:
     void TearDown() override { stop(); }
 
     void start(const std::string& user = "trader", const std::string& pass = "secret") {
-        m_wrapper = std::make_unique<TC::COrderSocketServerWrapper>("127.0.0.1", 0, user, pass, gate,
+        m_wrapper = std::make_unique<TC::COrderSocketServerWrapper>("127.0.0.1", 0, user, pass, gateInUse(),
                                                                     registry, QStringLiteral("here:0"));
         m_wrapper->server()->start(false);
         m_nPort = m_wrapper->server()->port();
@@ -42,6 +43,19 @@ protected:
         m_wrapper.reset();
     }
     TC::COrderSocketServer& server() { return *m_wrapper->server(); }
+    /// Moves the clock and makes the listener look at it.
+    void passTime(double seconds) {
+        clock.sleep(seconds);
+        server().clockMoved();
+    }
+    /// The reply to a line that the guard may answer later: time passes until it is there.
+    std::string askWaiting(CTestSocket& client, const std::string& line) {
+        client.send(line + "\r\n");
+        while (!client.waitForData(std::chrono::milliseconds(1)))
+            passTime(0.1);
+        return client.readLine();
+    }
+    virtual TC::IOrderGate& gateInUse() { return gate; }
     void guard() { host.switches.on.insert("mdl_order_socket_guard"); }
 
     /// A connection that has read its greeting.

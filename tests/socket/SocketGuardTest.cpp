@@ -140,14 +140,42 @@ TEST_F(SocketGuard, TenFailedLoginsInARowEndTheConnection) {
     client->ask("user trader");
     for (int round = 0; round < 2; ++round) {
         for (int i = 0; i < 9; ++i)
-            ASSERT_EQ(client->ask("pass wrong"), "-ERR User or Pass is Not Right\r\n");
+            ASSERT_EQ(askWaiting(*client, "pass wrong"), "-ERR User or Pass is Not Right\r\n");
         if (round == 0) {
-            ASSERT_EQ(client->ask("pass secret"), "+OK\r\n"); // a good one counts afresh
+            ASSERT_EQ(askWaiting(*client, "pass secret"), "+OK\r\n"); // a good one counts afresh
         }
     }
-    client->send("pass wrong\r\n");
-    EXPECT_EQ(client->readAll(), "-ERR Too Many Failed Logins\r\n");
+    EXPECT_EQ(askWaiting(*client, "pass wrong"), "-ERR Too Many Failed Logins\r\n");
+    EXPECT_TRUE(client->isClosedByServer());
     EXPECT_EQ(refusals(), std::vector<std::string>{"Too Many Failed Logins"});
+}
+
+TEST_F(SocketGuard, LineWithAZeroByteIsNoCommand) {
+    start();
+    const auto client = logIn();
+    const std::string zero(1, '\0');
+    for (const std::string& line : {"placeorder 23,3,10.5,600000,100" + zero + "000", "cancel 1" + zero + "2",
+                                    "user trader" + zero, "pass secret" + zero, "quit" + zero, zero})
+        EXPECT_EQ(client->ask(line), "-ERR Bad Command\r\n") << line;
+    EXPECT_EQ(client->ask("cancel 3"), "+OK\r\n"); // still logged in
+    stop();
+    EXPECT_TRUE(gate.batches.empty());
+    EXPECT_EQ(gate.cancelledTasks, std::vector<int>{3});
+}
+
+TEST_F(SocketGuard, RefusedConnectionsThatDoNotCloseAreBounded) {
+    constexpr std::ptrdiff_t kMost = CSocketGuard::kMaxEnding, kStrangers = kMost + 30;
+    start();
+    const auto trader = logIn();
+    const std::ptrdiff_t before = openSockets();
+    std::vector<std::unique_ptr<CTestSocket>> strangers;
+    for (std::ptrdiff_t i = 0; i < kStrangers; ++i) {
+        strangers.push_back(connect());
+        strangers.back()->send("\n");
+        EXPECT_EQ(strangers.back()->readAll(), "-ERR Line Not Ended By CR LF\r\n");
+    }
+    EXPECT_EQ(trader->ask("cancel 1"), "+OK\r\n");
+    EXPECT_EQ(openSockets() - before, kStrangers + kMost);
 }
 
 TEST_F(SocketGuard, AThousandConnectionsFit) {
@@ -203,6 +231,8 @@ TEST(SocketGuardSwitch, OffNothingIsRefused) {
     ConnData data;
     data.m_nFailedLogins = 1000;
     EXPECT_EQ(guard.refuseLogins(data), nullptr);
+    EXPECT_EQ(guard.refuseDelay(true), nullptr);
+    EXPECT_FALSE(guard.isNoText(std::string_view("\0", 1)));
     EXPECT_EQ(guard.refuseSilence(data, 1e9), nullptr);
 }
 

@@ -205,6 +205,7 @@ QString CRules::knPriceTypeToString(TC::EPriceType type, const std::string& code
 
 bool CAlgorithms::getAlgOrderSettingFromString(const std::string& text,
                                                TC::CAlgorithmOrderSettingPtr& setting) {
+    if (onRead) onRead(setting);
     if (unreadable.count(text) > 0) return false;
     const auto read = boost::make_shared<CSetting>();
     read->text = text;
@@ -241,6 +242,16 @@ void CAudit::recordDoor(const TC::CDoorReport& report) {
         doors.push_back(report);
         m_records.log.push_back(describe(report));
     });
+    if (onRecord) onRecord();
+}
+
+void CAudit::recordDiscard(const TC::CDiscardReport& report) {
+    m_records.record([&] { discards.push_back(report); });
+    if (onRecord) onRecord();
+}
+
+void CAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
+    m_records.record([&] { unplaced.push_back(orders); });
     if (onRecord) onRecord();
 }
 

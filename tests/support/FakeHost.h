@@ -286,6 +286,8 @@ public:
     std::string getAlgParamsStr(TC::EOrderType type, const TC::CAlgorithmOrderSettingPtr& setting,
                                 const std::vector<TC::CCodeOrderParam>& codes) override;
 
+    /// Called with the setting that a text is read into, as it came.
+    std::function<void(const TC::CAlgorithmOrderSettingPtr&)> onRead;
     std::set<std::string> unreadable;
     CCalls<std::vector<TC::CCodeOrderParam>> codesCalls; ///< the records that getAlgParamsStr was asked with
 };
@@ -307,10 +309,20 @@ public:
     explicit CAudit(CRecords& records) : m_records(records) {}
     void recordIntake(const TC::CIntakeReport& report) override;
     void recordDoor(const TC::CDoorReport& report) override;
+    void recordDiscard(const TC::CDiscardReport& report) override;
+    void recordUnplaced(const QVector<TC::COrderParam>& orders) override;
+    QString rejectedFolder() override {
+        if (onRejectedFolder) onRejectedFolder();
+        return rejected;
+    }
     void recordIncident(const TC::CIncidentReport& report) override;
 
+    QString rejected;
+    std::function<void()> onRejectedFolder;
     std::vector<TC::CIntakeReport> reports;
     std::vector<TC::CDoorReport> doors;
+    std::vector<TC::CDiscardReport> discards;
+    std::vector<QVector<TC::COrderParam>> unplaced;
     std::vector<TC::CIncidentReport> incidents;
     std::function<void()> onRecord;
 

@@ -8,7 +8,13 @@
 #include <boost/asio/streambuf.hpp>
 #include <boost/asio/write.hpp>
 
+#include <poll.h>
+
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 /// A client's end of a TCP connection, with calls that wait. What should arrive is waited for without a
 /// clock; a server that never answers is stopped by the test run's own time limit.
@@ -37,6 +43,12 @@ public:
     std::string ask(const std::string& line) {
         send(line + "\r\n");
         return readLine();
+    }
+    /// Whether there is something to read, or the end of the stream, at the latest after the time.
+    bool waitForData(std::chrono::milliseconds time) {
+        if (m_received.size() > 0) return true;
+        pollfd state{m_socket.native_handle(), POLLIN, 0};
+        return ::poll(&state, 1, static_cast<int>(time.count())) > 0;
     }
     /// True once the server has closed the connection with nothing more to read.
     bool isClosedByServer() { return readAll().empty(); }
@@ -68,4 +80,14 @@ inline unsigned short freePort() {
     boost::asio::io_service io;
     const boost::asio::ip::tcp::acceptor acceptor(io, {boost::asio::ip::address_v4::loopback(), 0});
     return acceptor.local_endpoint().port();
+}
+
+/// How many sockets this process has open.
+inline std::ptrdiff_t openSockets() {
+    std::ptrdiff_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code ignored; // the listing's own descriptor is gone by now
+        if (std::filesystem::read_symlink(entry, ignored).string().rfind("socket:", 0) == 0) ++count;
+    }
+    return count;
 }

@@ -99,6 +99,8 @@ TEST_F(DemoFolder, ListensForThisMachineBehindALoginAndTheGuard) {
         EXPECT_TRUE(socket.isRunning());
     }
     EXPECT_EQ(m_config.switches.count("mdl_order_socket_guard"), 1u);
+    EXPECT_EQ(m_config.switches.count("mdl_order_command_guard"), 1u);
+    EXPECT_EQ(m_config.switches.count("mdl_order_file_guard"), 1u);
     EXPECT_FALSE(m_config.allowRemoteSocket);
 }
 
@@ -161,7 +163,7 @@ TEST_F(DemoFolder, MarginsBeyondTheFundsAreToldByTheCheckAndNotStarted) {
         "its funds of 500000.0000\n";
     std::ostringstream checked, run;
     EXPECT_EQ(runCheck(m_folder.path("desk"), checked), 2);
-    EXPECT_EQ(checked.str(), mistake + m_folder.path("desk") + ": 1 mistakes\n");
+    EXPECT_EQ(checked.str(), mistake + m_folder.path("desk") + ": 1 mistake\n");
     EXPECT_EQ(runDesk(m_folder.path("desk"), 0.0, run, [] { return true; }), 2);
     EXPECT_EQ(run.str(), mistake + m_folder.path("desk") + ": not started, because of the mistakes above\n");
     EXPECT_FALSE(m_folder.exists("desk/paper.db"));

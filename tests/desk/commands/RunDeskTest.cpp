@@ -7,15 +7,25 @@
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 
+#include <filesystem>
 #include <future>
 #include <sstream>
 #include <utility>
+#include <vector>
 
 namespace desk {
 namespace {
 
-class RunDesk : public CRunningFolder {};
+class RunDesk : public CRunningFolder {
+protected:
+    /// Puts something at an order file's path that no check refuses and no strategy can start with: a pipe.
+    void block(const char* name) const {
+        std::filesystem::create_directories(std::filesystem::path(folder.path(name)).parent_path());
+        ASSERT_EQ(::mkfifo(folder.path(name).c_str(), 0600), 0);
+    }
+};
 
 TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
     const int code = run({
@@ -32,6 +42,37 @@ TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
     const std::string before = journal();
     EXPECT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":4"); }}), 0);
     EXPECT_EQ(journal().compare(0, before.size(), before), 0); // never rewritten
+}
+
+TEST_F(RunDesk, DamagedOrderFileIsRefusedShownAndKept) {
+    const std::string damaged = "23,0,11.02,600101,7100\n23,0,11.02,600101,200\r23,0,11.02,600101,100\n";
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":4"); },
+        [&] {
+            folder.handOver("desk/orders/group.txt", damaged);
+            return true;
+        },
+        [this] { return has("\"rejected\":true"); },
+        [this] {
+            folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,300\n");
+            return true;
+        },
+        [this] { return has("\"kind\":\"fill\""); },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(has("\"cause\":\"line 2: a carriage return without a line feed\""));
+    const std::string command = "\"kind\":\"command\"";
+    EXPECT_EQ(journal().find(command), journal().rfind(command)) << "only that of the good file";
+    const std::string shown =
+        "group.txt was refused whole: line 2: a carriage return without a line feed; the "
+        "file is kept as ";
+    EXPECT_NE(out.str().find(shown + folder.path("desk/rejected/group.txt.")), std::string::npos)
+        << out.str();
+    std::vector<std::filesystem::path> kept;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path("desk/rejected")))
+        kept.push_back(entry.path().filename());
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_EQ(folder.read("desk/rejected/" + kept[0].string()), damaged);
 }
 
 TEST_F(RunDesk, OrdersOfACreditGroupAreSplitToTheShare) {
@@ -139,7 +180,7 @@ TEST_F(RunDesk, FolderWithMistakesIsNotStarted) {
 }
 
 TEST_F(RunDesk, StrategyThatDoesNotStartIsNamedWithTheReason) {
-    std::filesystem::create_directories(folder.path("desk/orders/group.txt"));
+    block("desk/orders/group.txt");
     const int code = run({[this] { return has("does not run"); }});
     EXPECT_EQ(code, 0);
     EXPECT_TRUE(has("group does not run: 信号来源必须为文件"));
@@ -164,8 +205,8 @@ private:
 
 TEST_F(RunDesk, StrategyThatStartsAtTheSecondAttemptIsToldAsStarted) {
     const std::string single = folder.path("desk/orders/single.txt");
-    std::filesystem::create_directories(folder.path("desk/orders/group.txt"));
-    std::filesystem::create_directories(single);
+    block("desk/orders/group.txt");
+    block("desk/orders/single.txt");
     // Once the first strategy's reason is known, what was in the second one's way is gone.
     CHookedBuffer buffer("group does not run", [&] {
         std::filesystem::remove(single);
@@ -291,6 +332,111 @@ TEST_F(RunDesk, AsManyFilesMayBeOpenAsTheSystemAllows) {
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &after), 0);
     EXPECT_EQ(after.rlim_cur, before.rlim_max);
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+}
+
+/// The demo's futures accounts hold 4 and 2 lots of earlier days. The second has the larger weight here, so
+/// one lot goes to it by weight, and the order service refuses a closing that leaves the first account out.
+TEST_F(RunDesk, OneLotIsClosedOnAGroupWhoseSecondAccountHasTheWeight) {
+    change("desk/desk.toml", "{ account = \"F1\", weight = 2 }, { account = \"F2\", weight = 1 }",
+           "{ account = \"F1\", weight = 1 }, { account = \"F2\", weight = 2 }");
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":16"); },
+        [this] {
+            folder.handOver("desk/orders/future.txt", "1,0,3999.8,IF2609,1\n");
+            return true;
+        },
+        [this] { return has("\"kind\":\"fill\"") || has("\"kind\":\"trade_error\""); },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_FALSE(has("平仓仓位不足"));
+    EXPECT_TRUE(
+        has("\"account\":\"F1\",\"stock\":\"CFIF2609\",\"operation_type\":1,\"price\":3999.8,\"volume\":1"));
+}
+
+TEST_F(RunDesk, AClosingVolumeIsSplitOverWhatCanBeClosed) {
+    change("desk/positions.csv", "F2,IF2609,long,2,2,3960", "F2,IF2609,long,1,1,3960");
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":16"); },
+        [this] {
+            folder.handOver("desk/orders/future.txt", "1,0,3999.8,IF2609,5\n");
+            return true;
+        },
+        [this] { return has("\"account\":\"F2\"") && has("\"kind\":\"fill\""); },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_FALSE(has("\"status\":\"rejected\""));
+    EXPECT_TRUE(
+        has("\"account\":\"F1\",\"stock\":\"CFIF2609\",\"operation_type\":1,\"price\":3999.8,\"volume\":4"));
+    EXPECT_TRUE(
+        has("\"account\":\"F2\",\"stock\":\"CFIF2609\",\"operation_type\":1,\"price\":3999.8,\"volume\":1"));
+}
+
+/// The file system has changed since the folder was read.
+TEST_F(RunDesk, AStrategyWhosePathHasBecomeTheDesksOwnFileIsNotStarted) {
+    const std::string before = folder.read("desk/desk.toml");
+    QString error;
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":16"); },
+        [&] {
+            TC::COrderService& service = *TC::COrderService::instance();
+            service.stopOrderStrategy(2, error);
+            std::filesystem::remove(folder.path("desk/orders/single.txt"));
+            std::filesystem::create_hard_link(folder.path("desk/desk.toml"),
+                                              folder.path("desk/orders/single.txt"));
+            error.clear();
+            EXPECT_EQ(service.startOrderStrategy(2, error, true), -1);
+            return true;
+        },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(error.endsWith(QStringLiteral("is the desk's own desk.toml, which it would delete")))
+        << error.toStdString();
+    EXPECT_EQ(folder.read("desk/desk.toml"), before);
+    EXPECT_TRUE(folder.exists("desk/orders/single.txt"));
+}
+
+TEST_F(RunDesk, AStrategyIsNotChangedToWhatCheckRefuses) {
+    std::vector<int> results;
+    const auto update = [&](const auto& changeOf) {
+        TC::COrderService& service = *TC::COrderService::instance();
+        TC::COrderStrategyParam strategy = service.getStrategyMap().value(2);
+        changeOf(strategy);
+        results.push_back(service.updateOrderStrategy(2, strategy));
+    };
+    const QString own = QString::fromStdString(folder.path("desk/paper.db"));
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":16"); },
+        [&] {
+            QString error;
+            TC::COrderService::instance()->stopOrderStrategy(2, error);
+            update([&](TC::COrderStrategyParam& strategy) { strategy.m_strSignalSource = own; });
+            update([](TC::COrderStrategyParam& strategy) { strategy.m_strCode = QStringLiteral("600102"); });
+            update([](TC::COrderStrategyParam& strategy) { strategy.m_nVolume = 300; });
+            return true;
+        },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_EQ(results, (std::vector<int>{-1, -1, 0}));
+    EXPECT_TRUE(has("修改失败! path"));
+    EXPECT_TRUE(has("修改失败! code \\\"600102\\\" has no market; expected \\\"SH600102\\\""));
+    EXPECT_TRUE(folder.exists("desk/paper.db"));
+}
+
+TEST_F(RunDesk, WarningsAreToldAndHoldNothingUp) {
+    change("desk/desk.toml", "kind = 100 ", "kind = 102 ");
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
+    EXPECT_NE(out.str().find("desk.toml:7: warning: user: users of kind 102 issue no commands"),
+              std::string::npos)
+        << out.str();
+}
+
+TEST_F(RunDesk, AFolderWhoseStrategyWouldDeleteItsFilesIsNotStarted) {
+    change("desk/strategies.toml", "orders/single.txt", "desk.toml");
+    const std::string before = folder.read("desk/desk.toml");
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 2);
+    EXPECT_NE(out.str().find("path \"desk.toml\" is the desk's own desk.toml"), std::string::npos)
+        << out.str();
+    EXPECT_EQ(folder.read("desk/desk.toml"), before);
 }
 
 } // namespace

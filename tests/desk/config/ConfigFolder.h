@@ -60,7 +60,7 @@ group = "main"
 family = "stock"
 )");
         m_folder.write("instruments.csv", "market,code,name,types,unit,upper_limit,lower_limit\n"
-                                          "SH,600000,浦江,100028,100,11,9\n"
+                                          "SH,600000,浦江,100028 100003,100,11,9\n"
                                           "SZ,000001,平原,100028 1172,100,22,18\n");
         m_folder.write("quotes.csv", "instrument,last,bid1,bid1_volume,bid2,bid2_volume,ask1,ask1_volume\n"
                                      "SH600000,10,9.99,100,9.98,300,10.01,200\n"

@@ -120,7 +120,7 @@ TEST(ConfigLoader, APortfolioOfOneKindAndIdStandsOnce) {
     const std::string portfolio = "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SZ\", "
                                   "code = \"000001\", volume = 1 }]\n";
     folder.replace("desk.toml", "[[basket]]", portfolio + portfolio + "[[basket]]");
-    EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:25: portfolio: portfolio 12_a stands twice"});
+    EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:27: portfolio: portfolio 12_a stands twice"});
 }
 
 TEST(ConfigLoader, APortfolioHasAKind) {
@@ -130,7 +130,9 @@ TEST(ConfigLoader, APortfolioHasAKind) {
 id = "a"
 rows = [{ market = "SZ", code = "000001", volume = 1 }]
 [[basket]])");
-    EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:21: portfolio: key \"kind\" is missing"});
+    EXPECT_EQ(
+        folder.mistakes(),
+        Mistakes{"desk.toml:22: portfolio: key \"kind\" is missing in the table that begins on line 21"});
 }
 
 /// The row would buy the instrument of SH.
@@ -280,7 +282,7 @@ TEST(ConfigLoader, MistakesOfAllFilesAreToldAtOnce) {
     EXPECT_EQ(folder.mistakes(),
               (Mistakes{"desk.toml:3: user: kind is true; expected a whole number of at least 0",
                         "quotes.csv:2: last is \"ten\"; expected a number",
-                        "strategies.toml:10: strategy: channel 1 stands twice"}));
+                        "strategies.toml:11: strategy: channel 1 stands twice"}));
 }
 
 TEST(PrepareOrderFiles, MakesTheFilesOfRunningStrategiesOnly) {

@@ -150,17 +150,17 @@ const CSpoiled kRows[] = {
     {"UnknownPayment", "positions.csv", "long,2,full", "long,2,cash",
      "positions.csv:6: paid is \"cash\"; expected one of full, margin"},
     {"NegativeLimit", "desk.toml", "500.5", "-500.5",
-     "desk.toml:11: account: credit_limit must not be negative"},
+     "desk.toml:14: account: credit_limit must not be negative"},
     {"LimitOfAnotherKind", "desk.toml", "funds = 1000.0", "funds = 1000.0\ncredit_limit = 1",
-     "desk.toml:6: account: credit_limit is for accounts of broker \"credit\" only"},
+     "desk.toml:10: account: credit_limit is for accounts of broker \"credit\" only"},
     {"BasketOfAFuture", "desk.toml", "market = \"SH\", code = \"600000\"",
      "market = \"CF\", code = \"IF2609\"",
      "desk.toml:36: basket.rows: instrument \"CFIF2609\" is unknown; expected market and code of a stock in "
      "instruments.csv"},
     {"AccountOfAnotherFamily", "strategies.toml", "\"F1\"", "\"O1\"",
-     "strategies.toml:10: strategy: account \"O1\" is of a broker type that the family does not trade on"},
+     "strategies.toml:14: strategy: account \"O1\" is of a broker type that the family does not trade on"},
     {"CodeOfAnotherFamily", "strategies.toml", "\"IF2609\"", "\"10005001\"",
-     "strategies.toml:10: strategy: code \"10005001\" is of a kind that the family does not trade"},
+     "strategies.toml:16: strategy: code \"10005001\" is of a kind that the family does not trade"},
 };
 std::string nameOf(const testing::TestParamInfo<CSpoiled>& row) {
     return row.param.name;

@@ -162,7 +162,7 @@ TEST_F(SettingsFile, CheckNamesFileLineAndWhatWasExpected) {
     EXPECT_EQ(out.str(),
               "settings.xml:3: interface \"a\": wrong type for field (m_nPeroid) 2 != 16; expected "
               "a whole number of 32 bits\n" +
-                  folder.path() + ": 1 mistakes\n");
+                  folder.path() + ": 1 mistake\n");
 }
 
 TEST_F(SettingsFile, SavedForItsOwnerAloneAndWithoutADraftLeft) {

@@ -352,23 +352,30 @@ TEST(StrategyFile, ASocketWithoutAPortIsAMistake) {
         const CConfigFolder folder;
         listenOn(folder, address);
         EXPECT_EQ(folder.mistakes(),
-                  std::vector<std::string>{"strategies.toml:10: strategy: path \"" + address +
+                  std::vector<std::string>{"strategies.toml:13: strategy: path \"" + address +
                                            "\" is no address; expected \"ip:port\" with a port of 1 to "
                                            "65535"});
     }
 }
 
 TEST(StrategyFile, ASocketWithoutALoginIsAMistake) {
-    const std::string user = "strategies.toml:10: strategy: key \"user\" is missing or empty; a strategy of "
-                             "source \"signal\" needs a login";
-    const std::string pass = "strategies.toml:10: strategy: key \"pass\" is missing or empty; a strategy of "
-                             "source \"signal\" needs a login";
+    const auto missing = [](int line, const char* key) {
+        return "strategies.toml:" + std::to_string(line) + ": strategy: key \"" + key +
+               "\" is missing in the table that begins on line 10; a strategy of source \"signal\" needs a "
+               "login";
+    };
+    const auto empty = [](int line, const char* key) {
+        return "strategies.toml:" + std::to_string(line) + ": strategy: key \"" + key +
+               "\" is missing or empty; a strategy of source \"signal\" needs a login";
+    };
     const std::pair<const char*, std::vector<std::string>> rows[] = {
-        {"", {user, pass}},
-        {"user = \"u\"\n", {pass}},
-        {"pass = \"p\"\n", {user}},
-        {"user = \"u\"\npass = \"\"\n", {pass}},
-        {"user = \"\"\npass = \"p\"\nrunning = true\n", {user}},
+        {"", {missing(15, "user"), missing(15, "pass")}},
+        {"user = \"u\"\n", {missing(16, "pass")}},
+        {"pass = \"p\"\n", {missing(16, "user")}},
+        {"user = \"u\"\npass = \"\"\n", {empty(15, "pass")}},
+        {"user = \"\"\npass = \"p\"\nrunning = true\n", {empty(14, "user")}},
+        {"user = 1\npass = \"p\"\n",
+         {"strategies.toml:14: strategy: user is no text; expected a text in quotes"}},
     };
     for (const auto& [login, mistakes] : rows) {
         const CConfigFolder folder;
@@ -390,7 +397,7 @@ TEST(StrategyFile, ASocketForOtherMachinesIsAMistake) {
         const CConfigFolder folder;
         listenOn(folder, address);
         EXPECT_EQ(folder.mistakes(), std::vector<std::string>{
-                                         "strategies.toml:10: strategy: path \"" + address +
+                                         "strategies.toml:13: strategy: path \"" + address +
                                          "\" is open to other machines; expected an address of "
                                          "127.0.0.0/8, or allow_remote = true under [socket] in desk.toml"});
     }

@@ -1,9 +1,7 @@
-#include "desk/host/DeskAlgorithmTradeHelper.h"
 #include "desk/host/DeskExchangeClient.h"
 #include "desk/host/DeskInstrumentTypes.h"
 #include "desk/host/DeskLuaModuleCtrl.h"
 #include "desk/host/DeskQuoteClient.h"
-#include "desk/host/DeskTimeService.h"
 #include "desk/market/Market.h"
 #include "tests/support/FakeClock.h"
 
@@ -103,11 +101,6 @@ TEST_F(MarketServices, TheTradingDayIsTheClocksDate) {
     EXPECT_EQ(exchange.getMaxTradingDay(), "20260105");
 }
 
-TEST_F(MarketServices, TimeIsTheClocksInSeconds) {
-    CDeskTimeService time;
-    EXPECT_EQ(time.currentTime(), m_clock.currentDateTime().toSecsSinceEpoch());
-}
-
 TEST_F(MarketServices, TypesAndUnitsAreTheInstruments) {
     const CMarket market({makeInstrument()}, {}, {});
     CDeskInstrumentTypes types(market);
@@ -151,13 +144,6 @@ TEST_F(MarketServices, OnlyTheFoldersSwitchesAreOn) {
     EXPECT_FALSE(switches.checkModule({"mdl_other", "one"}));
     EXPECT_FALSE(switches.checkModule({"mdl_order", "one", "more"}));
     EXPECT_FALSE(switches.checkModule({}));
-}
-
-TEST_F(MarketServices, NoAlgorithmTextIsUnderstood) {
-    CDeskAlgorithmTradeHelper helper;
-    TC::CAlgorithmOrderSettingPtr setting;
-    EXPECT_FALSE(helper.getAlgOrderSettingFromString("anything", setting));
-    EXPECT_FALSE(setting);
 }
 
 } // namespace

@@ -54,19 +54,21 @@ private:
     std::string m_strPath;
 };
 
-/// A clock that stands still at 2026-01-05 09:30:00.123 and runs a hook in place of sleeping.
+/// A clock that, unless a test moves m_dNow, stands still at 2026-01-05 09:30:00.123 and runs a hook in place
+/// of sleeping.
 class CStillClock : public utils::IClock {
 public:
     CStillClock() { utils::installClock(this); }
     ~CStillClock() override { utils::installClock(nullptr); }
 
-    double time() override { return 0; }
+    double time() override { return m_dNow; }
     void sleep(double) override {
         if (m_onSleep) m_onSleep();
     }
     QDateTime currentDateTime() override { return {QDate(2026, 1, 5), QTime(9, 30, 0, 123)}; }
 
     std::function<void()> m_onSleep;
+    double m_dNow = 0;
 };
 
 /// No file of this process grows beyond so many bytes while it lives: a disk that is full there. A write

@@ -64,8 +64,8 @@ TEST(JournalEvents, IncidentNamesItsEventAndLeavesOutWhatItIsNotAbout) {
 
 TEST(JournalEvents, CommandCarriesEveryFieldUnderItsName) {
     EXPECT_EQ(
-        commandFields(fullCommand()).dump(),
-        R"({"trader_type":1,"hedge_type":0,"btn_type":0,"codes":[{"account":"A1","hedge_flag":49,)"
+        commandFields(fullCommand(), 7).dump(),
+        R"({"task":7,"trader_type":1,"hedge_type":0,"btn_type":0,"codes":[{"account":"A1","hedge_flag":49,)"
         R"("operation_type":18,"order_type":0,"position_type":2,"stock":{"market":"SH","code":"600000",)"
         R"("name":"浦发银行","product_id":"P"},"price_type":11,"price":10.01,"volume":300,"user_id":"user",)"
         R"("entrust_type":3,"contract_text":"contract","repay_text":"repay","quantity_kind":48,"quantity":300.5,)"
@@ -78,7 +78,7 @@ TEST(JournalEvents, CommandCarriesEveryFieldUnderItsName) {
 TEST(JournalEvents, WhatNobodySetInACommandIsNull) {
     TC::COrderComandParam command;
     command.m_codes.emplace_back();
-    const CJson fields = commandFields(command);
+    const CJson fields = commandFields(command, {});
     EXPECT_TRUE(fields["trader_type"].is_null());
     EXPECT_TRUE(fields["strategy_type"].is_null());
     const CJson& code = fields["codes"][0];
@@ -89,15 +89,20 @@ TEST(JournalEvents, WhatNobodySetInACommandIsNull) {
     }
 }
 
+TEST(JournalEvents, CommandThatWasRefusedHasNoTask) {
+    const CJson fields = commandFields({}, {});
+    EXPECT_TRUE(fields.contains("task") && fields["task"].is_null());
+}
+
 TEST(JournalEvents, CommandWithoutCodesHasAnEmptyList) {
-    EXPECT_EQ(commandFields({})["codes"].dump(), "[]");
+    EXPECT_EQ(commandFields({}, {})["codes"].dump(), "[]");
 }
 
 TEST(JournalEvents, ExtraOfACommandIsAnObject) {
     TC::COrderComandParam command;
     // {"a": 1} as a document: length, int32 field "a", value, end.
     command.m_extra = bson::BSONObj({12, 0, 0, 0, 0x10, 'a', 0, 1, 0, 0, 0, 0});
-    const CJson extra = commandFields(command)["extra"];
+    const CJson extra = commandFields(command, {})["extra"];
     ASSERT_TRUE(extra.is_object()) << extra.dump();
     EXPECT_TRUE(extra.contains("a"));
 }
@@ -105,10 +110,10 @@ TEST(JournalEvents, ExtraOfACommandIsAnObject) {
 TEST(JournalEvents, NumberThatIsNoneIsNull) {
     TC::COrderComandParam command;
     command.m_codes.emplace_back().m_dPrice = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_NE(commandFields(command).dump().find("\"price\":null"), std::string::npos);
+    EXPECT_NE(commandFields(command, {}).dump().find("\"price\":null"), std::string::npos);
 }
 
-TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhereItWasCutShort) {
+TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhatBecameOfIt) {
     TC::CIntakeReport report;
     report.m_nChannel = 3;
     report.m_strSource = QStringLiteral("/orders/a.txt");
@@ -117,9 +122,15 @@ TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhereItWasCutShort) {
     report.m_nUnreadTradeParams = 2;
     report.m_bCutShort = true;
     report.m_strCause = QStringLiteral("line 7: bad");
-    EXPECT_EQ(intakeFields(report).dump(),
-              R"({"source":"/orders/a.txt","channel":3,"strategy_type":2,"lines":7,)"
-              R"("orders":5,"unread_params":2,"cut_short":true,"left_waiting":false,"cause":"line 7: bad"})");
+    report.m_bRejected = true;
+    report.m_strKeptAs = QStringLiteral("/rejected/a.txt");
+    report.m_nIgnoredLines = 1;
+    report.m_strFirstIgnored = QStringLiteral("line 2: short");
+    EXPECT_EQ(
+        intakeFields(report).dump(),
+        R"({"source":"/orders/a.txt","channel":3,"strategy_type":2,"lines":7,)"
+        R"("orders":5,"unread_params":2,"cut_short":true,"left_waiting":false,"cause":"line 7: bad",)"
+        R"("rejected":true,"kept_as":"/rejected/a.txt","ignored_lines":1,"first_ignored":"line 2: short"})");
 }
 
 TEST(JournalEvents, DoorTellsWhatHappenedWhereToWhomAndWhy) {

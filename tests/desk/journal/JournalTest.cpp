@@ -38,9 +38,125 @@ TEST_F(JournalTest, KindStandsFirstThenTimeThenSeqThenTheEventsOwnKeysInTheirOrd
 
 TEST_F(JournalTest, OpeningWritesStarted) {
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
-    EXPECT_EQ(m_folder.read(kJournalFileName),
-              R"({"kind":"started","time":"2026-01-05T09:30:00.123","seq":1,"recovered":false,"pid":)" +
-                  std::to_string(::getpid()) + "}\n");
+    EXPECT_EQ(
+        m_folder.read(kJournalFileName),
+        R"({"kind":"started","time":"2026-01-05T09:30:00.123","seq":1,"recovered":false,"after_crash":false,"pid":)" +
+            std::to_string(::getpid()) + "}\n");
+}
+
+TEST_F(JournalTest, StartTellsThatTheRunBeforeWasCutOff) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    EXPECT_FALSE(m_journal.isAfterCrash());
+    CJournal second;
+    ASSERT_TRUE(second.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(lastRecord()["recovered"], false) << "no line was half written";
+    EXPECT_EQ(lastRecord()["after_crash"], true);
+    EXPECT_TRUE(second.isAfterCrash());
+    ASSERT_TRUE(second.close("signal").isSuccess());
+    CJournal third;
+    ASSERT_TRUE(third.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(lastRecord()["after_crash"], false);
+    ASSERT_TRUE(third.close("signal").isSuccess());
+    m_folder.append(kJournalFileName, "half");
+    CJournal fourth;
+    ASSERT_TRUE(fourth.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(lastRecord()["after_crash"], true);
+}
+
+TEST_F(JournalTest, RecordBehindATornLineCountsAtTheStart) {
+    m_folder.append(kJournalFileName, R"({"kind":"fill","time":"x","seq":4,"event":7})"
+                                      "\n"
+                                      R"({"kind":"ord{"kind":"fill","time":"x","seq":6,"event":9})"
+                                      "\n");
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(m_journal.lastSeq(), 7);
+    EXPECT_EQ(m_journal.lastBrokerEvent(), 9);
+}
+
+TEST_F(JournalTest, FileThatStaysAsItIsIsLeftAlone) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    const std::uintmax_t before = size();
+    EXPECT_EQ(m_journal.checkFile(), "");
+    EXPECT_EQ(size(), before);
+}
+
+TEST_F(JournalTest, DeletedFileIsMadeAnewWithTheLinesSinceTheLastLook) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(m_journal.checkFile(), "");
+    ASSERT_TRUE(m_journal.append("fill", CJson{{"event", 5}}).isSuccess());
+    std::filesystem::remove(m_folder.file(kJournalFileName));
+    ASSERT_TRUE(m_journal.append("message", kNote).isSuccess());
+    const std::string cause = m_journal.checkFile();
+    EXPECT_NE(cause.find("was deleted while the desk ran; its lines up to #1 are gone"), std::string::npos)
+        << cause;
+    const auto lines = m_folder.lines(kJournalFileName);
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(CJson::parse(lines[0])["seq"], 2);
+    EXPECT_EQ(CJson::parse(lines[1])["seq"], 3);
+    EXPECT_EQ(CJson::parse(lines[2])["kind"], "continued");
+    EXPECT_EQ(CJson::parse(lines[2])["cause"], cause);
+    EXPECT_EQ(CJson::parse(lines[2])["event"], 5);
+    EXPECT_EQ(m_journal.checkFile(), "");
+    ASSERT_TRUE(m_journal.append("message", kNote).isSuccess());
+    EXPECT_EQ(lastRecord()["seq"], 5);
+}
+
+TEST_F(JournalTest, FileThatWasMovedKeepsItsLinesAndANewOneGoesOn) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    ASSERT_TRUE(m_journal.append("order", CJson{{"event", 8}}).isSuccess());
+    std::filesystem::rename(m_folder.file(kJournalFileName), m_folder.file("journal.1"));
+    ASSERT_TRUE(m_journal.append("message", kNote).isSuccess());
+    EXPECT_NE(m_journal.checkFile().find("was moved away while the desk ran; lines up to #3"),
+              std::string::npos);
+    EXPECT_EQ(m_folder.lines("journal.1").size(), 3u);
+    EXPECT_EQ(m_folder.lines(kJournalFileName).size(), 1u);
+    EXPECT_EQ(lastRecord()["seq"], 4);
+    CJournal next;
+    ASSERT_TRUE(next.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(next.lastBrokerEvent(), 8) << "events in the file that was moved do not come again";
+}
+
+TEST_F(JournalTest, AnotherFileInTheJournalsPlaceIsAppendedTo) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    std::filesystem::rename(m_folder.file(kJournalFileName), m_folder.file("journal.1"));
+    m_folder.append(kJournalFileName, "half a line of an editor");
+    EXPECT_NE(m_journal.checkFile(), "");
+    EXPECT_EQ(m_folder.lines(kJournalFileName).size(), 2u);
+    EXPECT_EQ(lastRecord()["kind"], "continued");
+}
+
+TEST_F(JournalTest, FileThatWasCutIsReportedAndItsLastLineClosed) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    const std::uintmax_t before = size();
+    std::filesystem::resize_file(m_folder.file(kJournalFileName), 20);
+    const std::string cause = m_journal.checkFile();
+    EXPECT_NE(cause.find("was cut from " + std::to_string(before) + " to 20 bytes"), std::string::npos)
+        << cause;
+    EXPECT_EQ(m_folder.lines(kJournalFileName).size(), 2u);
+    EXPECT_EQ(lastRecord()["kind"], "continued");
+    EXPECT_EQ(lastRecord()["seq"], 2);
+    EXPECT_EQ(m_journal.checkFile(), "");
+}
+
+TEST_F(JournalTest, FileThatCannotBeMadeAnewIsAFailureUntilItCan) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    std::filesystem::remove(m_folder.file(kJournalFileName));
+    std::filesystem::create_directory(m_folder.file(kJournalFileName));
+    EXPECT_NE(m_journal.checkFile(), "");
+    EXPECT_TRUE(m_journal.isFailed());
+    EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
+    EXPECT_FALSE(m_journal.probe().isSuccess()) << "the deleted file takes bytes, but nobody could read them";
+    std::filesystem::remove(m_folder.file(kJournalFileName));
+    EXPECT_TRUE(m_journal.probe().isSuccess());
+    ASSERT_TRUE(m_journal.append("message", kNote).isSuccess());
+    EXPECT_EQ(m_folder.lines(kJournalFileName).size(), 4u) << "started, resumed, continued, message";
+}
+
+TEST_F(JournalTest, EndIsWrittenToTheFileAtThePath) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    std::filesystem::remove(m_folder.file(kJournalFileName));
+    ASSERT_TRUE(m_journal.close("signal").isSuccess());
+    EXPECT_EQ(lastRecord()["kind"], "stopped");
 }
 
 TEST_F(JournalTest, ClosingWritesStoppedAndEndsTheJournal) {
@@ -85,6 +201,18 @@ TEST_F(JournalTest, OpeningRemembersTheLastWholeBrokerEvent) {
                                       "{\"kind\":\"order\",\"seq\":5,\"event\":44");
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
     EXPECT_EQ(m_journal.lastBrokerEvent(), 42);
+}
+
+TEST_F(JournalTest, OpeningRemembersTheLastTaskThatACommandHas) {
+    m_folder.append(kJournalFileName,
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":1,\"task\":41}\n"
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":2,\"task\":42}\n"
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":3,\"task\":null}\n"
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":4,\"remark\":\"as older desks wrote it\"}\n"
+                    "{\"kind\":\"cancel_task\",\"time\":\"t\",\"seq\":5,\"task\":99}\n"
+                    "{\"kind\":\"command\",\"time\":\"t\",\"seq\":6,\"task\":43");
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(m_journal.lastTask(), 42);
 }
 
 TEST_F(JournalTest, BytesThatAreNoUtf8AreReplacedAndTheRecordIsKept) {

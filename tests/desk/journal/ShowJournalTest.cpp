@@ -19,6 +19,9 @@ std::string shown(const std::string& kind, const std::string& rest) {
     return journalText({"{\"kind\":\"" + kind + "\"," + kHead + rest + "}", false});
 }
 
+const std::string kDiscarded =
+    R"("source":"a.txt","channel":1,"lines":3,"bytes":60,"cause":"it waited when the strategy was started")";
+
 class ShowJournalTest : public testing::Test {
 protected:
     int show(
@@ -46,6 +49,15 @@ TEST(JournalText, CommandShowsEachOrderOnALineOfItsOwn) {
                  "    A2  sell 100 SZ000001 at market (price type 12)\n");
 }
 
+TEST(JournalText, CommandTellsTheTaskThatCancelsIt) {
+    EXPECT_EQ(shown("command", R"("task":9,"trader_type":1,"codes":[])"),
+              kShown + "command  task 9, family stock, 0 orders\n");
+    EXPECT_EQ(shown("command", R"("task":null,"trader_type":1,"codes":[])"),
+              kShown + "command  no task, family stock, 0 orders\n");
+    EXPECT_EQ(shown("trade_error", R"("text":"x","title":"command refused","command":5)"),
+              kShown + "trade_error  x (command refused), command #5\n");
+}
+
 TEST(JournalText, FamiliesAndOperationsHaveTheirWords) {
     EXPECT_EQ(shown("command",
                     R"("trader_type":8,"codes":[{"account":"C1","operation_type":25,"price_type":11,)"
@@ -61,12 +73,31 @@ TEST(JournalText, FamiliesAndOperationsHaveTheirWords) {
 TEST(JournalText, EachKindReadsAsOneLine) {
     EXPECT_EQ(shown("started", R"("recovered":true,"pid":9)"),
               kShown + "started  process 9, after a crash\n");
+    EXPECT_EQ(shown("started", R"("recovered":false,"after_crash":true,"pid":9)"),
+              kShown + "started  process 9, after a crash\n");
+    EXPECT_EQ(shown("continued", R"("cause":"it was cut","event":3)"),
+              kShown + "continued  THE FILE CHANGED: it was cut\n");
+    EXPECT_EQ(
+        shown("discarded", kDiscarded),
+        kShown + "discarded  channel 1: NOT READ: a.txt, 3 lines: it waited when the strategy was started\n");
+    EXPECT_EQ(shown("unplaced", R"("channel":2,"order":"order_type=23 channel=2")"),
+              kShown + "unplaced  channel 2: NOT WORKED OFF: order_type=23 channel=2\n");
     EXPECT_EQ(shown("stopped", R"("reason":"signal 15")"), kShown + "stopped  reason signal 15\n");
     EXPECT_EQ(shown("message", R"("text":"无法下单","type":4,"level":2)"), kShown + "message  无法下单\n");
     EXPECT_EQ(shown("trade_error", R"("text":"x","title":"t")"), kShown + "trade_error  x (t)\n");
     EXPECT_EQ(shown("intake",
                     R"("source":"a.txt","channel":1,"lines":3,"orders":2,"cut_short":true,"cause":"line 3")"),
               kShown + "intake  channel 1: 2 orders in 3 lines of a.txt, CUT SHORT at line 3\n");
+    EXPECT_EQ(shown("intake", R"("source":"a.txt","channel":1,"lines":3,"orders":0,"ignored_lines":2,)"
+                              R"("first_ignored":"line 1: short","kept_as":"")"),
+              kShown +
+                  "intake  channel 1: 0 orders in 3 lines of a.txt, 2 lines WITHOUT EFFECT, the first is "
+                  "line 1: short\n");
+    EXPECT_EQ(shown("intake", R"("source":"a.txt","channel":1,"lines":0,"orders":0,"rejected":true,)"
+                              R"("cause":"line 1: a zero byte","kept_as":"/rejected/a.txt.1")"),
+              kShown +
+                  "intake  channel 1: 0 orders in 0 lines of a.txt, REFUSED: line 1: a zero byte, kept as "
+                  "/rejected/a.txt.1\n");
     EXPECT_EQ(shown("strategy", R"("action":"start","channel":1,"name":"s","signal_source":"a.txt")"),
               kShown + "strategy  start channel 1 s, source a.txt\n");
     EXPECT_EQ(shown("cancel_task", R"("task":7,"operation":3,"user_name":"u","remark":"终止任务")"),
@@ -164,4 +195,28 @@ TEST(JournalReader, DamagedIsWhatHoldsNoObjectWithAKind) {
         damaged.push_back(line->m_bDamaged);
     EXPECT_EQ(damaged, (std::vector<bool>{true, true, true, false}));
     EXPECT_FALSE(reader.rest());
+}
+
+TEST_F(ShowJournalTest, RecordBehindATornLineIsShownAsARecord) {
+    m_folder.append(kJournalFileName, R"({"kind":"ord{"kind":"stopped","time":"t","seq":6,"reason":"signal"})"
+                                      "\n");
+    EXPECT_EQ(show(false), 0);
+    EXPECT_EQ(m_out.str(), "DAMAGED  {\"kind\":\"ord\nt  #6  stopped  reason signal\n");
+}
+
+TEST_F(ShowJournalTest, FollowingGoesOnInTheFileThatTakesTheJournalsPlace) {
+    m_folder.append(kJournalFileName, R"({"kind":"stopped","time":"t","seq":1,"reason":"a"})"
+                                      "\n");
+    int sleeps = 0;
+    m_clock.m_onSleep = [&] {
+        ++sleeps;
+        if (sleeps == 1) std::filesystem::remove(m_folder.file(kJournalFileName));
+        if (sleeps == 2)
+            m_folder.append(kJournalFileName, R"({"kind":"stopped","time":"t","seq":2,"reason":"b"})"
+                                              "\n");
+    };
+    EXPECT_EQ(show(true, [&] { return sleeps < 5; }), 0);
+    EXPECT_EQ(m_out.str(), "t  #1  stopped  reason a\n"
+                           "-- another file is at the journal's path, or it was cut; from its beginning:\n"
+                           "t  #2  stopped  reason b\n");
 }

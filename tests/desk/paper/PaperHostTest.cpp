@@ -8,11 +8,14 @@
 #include "desk/host/PaperTradeClient.h"
 #include "desk/host/PaperTraderCenter.h"
 
+#include "desk/journal/JournalEvents.h"
 #include "gates/IntakePause.h"
 #include "tests/desk/paper/PaperDesk.h"
 
 #include <nlohmann/json.hpp>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -65,11 +68,45 @@ TEST_F(PaperHost, CommandIsJournalledBeforeItsOrders) {
     EXPECT_EQ(kinds(), (CTexts{"started", "command", "order", "fill", "order"}));
     const CJson order = record(4);
     EXPECT_EQ(order["command"], 2) << "the order names its command";
+    EXPECT_EQ(record(1)["task"], 1) << "the command names the task of its orders";
+    EXPECT_EQ(order["task"], 1);
     EXPECT_EQ(order["event"], 3);
     EXPECT_EQ(order["status"], "filled");
     EXPECT_EQ(order["price"], 10.0);
     EXPECT_EQ(record(3)["volume"], 200);
     EXPECT_EQ(m_shown.str(), "");
+}
+
+TEST_F(PaperHost, TasksOfCommandsAreThoseOfTheirOrdersWhateverWasRefusedBetween) {
+    CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
+    client.orderCommands(command({buy(100, 9.50)}));
+    {
+        // The journal is far from this size.
+        const CFullDisk disk(std::filesystem::file_size(m_folder.file("paper.db-wal")));
+        client.orderCommands(command({buy(100, 9.60)}));
+    }
+    client.orderCommands(command({buy(100, 9.70)}));
+    EXPECT_EQ(kinds(), (CTexts{"started", "command", "order", "command", "trade_error", "command", "order"}));
+    EXPECT_EQ(record(1)["task"], 1);
+    EXPECT_EQ(record(3)["task"], 2);
+    EXPECT_EQ(record(4)["command"], record(3)["seq"]) << "the error names the command that failed";
+    EXPECT_EQ(record(5)["task"], 3) << "a number is never given to two commands";
+    EXPECT_EQ(record(6)["task"], 3);
+    EXPECT_FALSE(m_broker->hasTask(2));
+}
+
+TEST_F(PaperHost, TaskOfARecordedCommandIsNotGivenAgainAfterACrash) {
+    std::int64_t seq = 0;
+    const int recorded = m_broker->reserveTask();
+    ASSERT_TRUE(m_journal.append("command", commandFields({}, recorded), &seq).isSuccess());
+    CJournal journal; // the process was killed here, before the command was stored
+    ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
+    CPaperBroker broker(m_quotes, {});
+    ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent(), journal.lastTask())
+                    .isSuccess());
+    CPaperOrderClient(journal, broker, m_sink, false).orderCommands(command({buy(100, 9.50)}));
+    ASSERT_EQ(broker.tasks().size(), 1U);
+    EXPECT_EQ(broker.tasks().front().m_nId, recorded + 1);
 }
 
 TEST_F(PaperHost, CommandWithoutCodesIsTakenAndNoCommandIsNothing) {
@@ -97,6 +134,7 @@ TEST_F(PaperHost, CommandToBeConfirmedIsDeclinedUnlessTheDeskTakesSuch) {
     EXPECT_EQ(kinds(), (CTexts{"started", "command", "trade_error"}));
     EXPECT_EQ(record(2)["command"], 2);
     EXPECT_EQ(record(2)["text"], "it must be confirmed and nobody can be asked");
+    EXPECT_TRUE(record(1)["task"].is_null()) << "what was declined has no task";
     EXPECT_EQ(m_shown.str(), "command refused: it must be confirmed and nobody can be asked\n");
 
     CPaperOrderClient(m_journal, *m_broker, m_sink, true).orderCommands(forced);
@@ -228,6 +266,35 @@ TEST_F(PaperHost, MessagesAndIntakeAreJournalled) {
     EXPECT_EQ(m_shown.str(), "启动\na.txt was cut short at line 3; what stood behind it is lost\n");
 }
 
+TEST_F(PaperHost, WhatBecomesOfAFileIsShown) {
+    CDeskIntakeAudit audit(m_journal, m_sink, QStringLiteral("/desk/rejected"));
+    EXPECT_EQ(audit.rejectedFolder(), QStringLiteral("/desk/rejected"));
+    EXPECT_EQ(CDeskIntakeAudit(m_journal, m_sink).rejectedFolder(), QString());
+
+    TC::CIntakeReport report;
+    report.m_strSource = QStringLiteral("a.txt");
+    report.m_nIgnoredLines = 2;
+    report.m_strFirstIgnored = QStringLiteral("line 3: it is for channel 5");
+    audit.recordIntake(report);
+    report = {};
+    report.m_strSource = QStringLiteral("b.txt");
+    report.m_bRejected = true;
+    report.m_strCause = QStringLiteral("line 1: a zero byte");
+    report.m_strKeptAs = QStringLiteral("rejected/b.txt.1");
+    audit.recordIntake(report);
+    report.m_strKeptAs.clear();
+    audit.recordIntake(report);
+    report.m_bRejected = false;
+    report.m_bCutShort = true;
+    report.m_strKeptAs = QStringLiteral("rejected/b.txt.2");
+    audit.recordIntake(report);
+    EXPECT_EQ(m_shown.str(),
+              "a.txt has 2 lines without effect; the first is line 3: it is for channel 5\n"
+              "b.txt was refused whole: line 1: a zero byte; the file is kept as rejected/b.txt.1\n"
+              "b.txt was refused whole: line 1: a zero byte; the file was deleted\n"
+              "b.txt was cut short at line 1: a zero byte; the file is kept as rejected/b.txt.2\n");
+}
+
 TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
     CJournalGuard guard(m_journal, m_sink, [this] { m_broker->deliverEvents(); });
     guard.poll();
@@ -247,6 +314,20 @@ TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
     EXPECT_FALSE(guard.isHolding());
     EXPECT_FALSE(TC::CIntakePause::isPaused());
     EXPECT_NE(m_shown.str().find("The journal works again"), std::string::npos);
+}
+
+TEST_F(PaperHost, JournalsFileIsLookedAtOnceASecond) {
+    CJournalGuard guard(m_journal, m_sink, {});
+    guard.poll();
+    std::filesystem::remove(m_folder.file(kJournalFileName));
+    m_clock.m_dNow = 0.9;
+    guard.poll();
+    EXPECT_EQ(m_shown.str(), "");
+    m_clock.m_dNow = 1.0;
+    guard.poll();
+    EXPECT_EQ(m_shown.str().find("WARNING: journal "), 0u) << m_shown.str();
+    EXPECT_EQ(kinds(), CTexts{"continued"});
+    EXPECT_FALSE(guard.isHolding());
 }
 
 TEST_F(PaperHost, FillsWhileTheJournalCannotBeWrittenReachItLater) {
@@ -305,6 +386,27 @@ TEST(FolderLock, FolderIsHeldByOneProcessAtATime) {
     EXPECT_TRUE(lock.acquire(folder.path()).isSuccess()) << "the lock goes with its process";
     for (const int descriptor : {ready[0], ready[1], done[0], done[1]})
         ::close(descriptor);
+}
+
+TEST(FolderLock, RemovingTheFileLetsNobodyIn) {
+    const CDeskFolder folder;
+    CFolderLock first, second;
+    ASSERT_TRUE(first.acquire(folder.path()).isSuccess());
+    std::filesystem::remove(folder.file(".lock"));
+    EXPECT_EQ(second.acquire(folder.path()).errorMsg(),
+              "cannot use desk folder " + folder.path() + ": it is in use by another process");
+}
+
+TEST(FolderLock, DeskThatLocksOnlyTheFileIsKeptOutAndKeepsOut) {
+    const CDeskFolder folder;
+    const int descriptor = ::open(folder.file(".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_EQ(::flock(descriptor, LOCK_EX | LOCK_NB), 0);
+    CFolderLock lock;
+    EXPECT_FALSE(lock.acquire(folder.path()).isSuccess());
+    ::flock(descriptor, LOCK_UN);
+    EXPECT_TRUE(lock.acquire(folder.path()).isSuccess());
+    EXPECT_NE(::flock(descriptor, LOCK_EX | LOCK_NB), 0);
+    ::close(descriptor);
 }
 
 TEST(FolderLock, FolderThatIsNotThereIsAnError) {

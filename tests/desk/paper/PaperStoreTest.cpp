@@ -46,6 +46,11 @@ protected:
         return text + '\n';
     }
 
+    utils::KNError openAgain() {
+        CPaperBroker broker(m_quotes, {});
+        return broker.open(m_folder.path(), deskAccounts(), 0);
+    }
+
     void tradeSomething() {
         place({buy(1000, 10.01), sell(350, 9.99), buy(150, 9.5), buy(100, TC::kUnsetDouble, kMarket)});
         place({sell(100, 10.5)});
@@ -60,7 +65,11 @@ public:
         EXPECT_EQ(sqlite3_open(path.c_str(), &m_pDatabase), SQLITE_OK);
         EXPECT_EQ(sqlite3_exec(m_pDatabase, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
     }
-    ~CForeignWriter() { sqlite3_close(m_pDatabase); }
+    ~CForeignWriter() { letGo(); }
+    void letGo() {
+        sqlite3_close(m_pDatabase);
+        m_pDatabase = nullptr;
+    }
     CForeignWriter(const CForeignWriter&) = delete;
     CForeignWriter& operator=(const CForeignWriter&) = delete;
 
@@ -130,7 +139,9 @@ TEST_F(PaperStore, CommandThatCannotBeStoredIsRefusedAndNothingHasHappened) {
         const CForeignWriter writer(m_folder.file(kPaperStoreName));
         const utils::KNError error = m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId);
         EXPECT_EQ(error.errorId(), kPaperStoreFailed);
-        EXPECT_EQ(error.errorMsg(), "the paper broker's store failed: database is locked");
+        EXPECT_EQ(error.errorMsg(),
+                  "the paper broker's store failed: database is locked; another program has paper.db "
+                  "open for writing: close that program");
         EXPECT_FALSE(m_broker->cancelTask(1, "").isSuccess());
     }
     EXPECT_EQ(taskId, 0);
@@ -138,6 +149,73 @@ TEST_F(PaperStore, CommandThatCannotBeStoredIsRefusedAndNothingHasHappened) {
     EXPECT_EQ(m_events.size(), events);
     EXPECT_EQ(placed(buy(1000, 10.05)).m_nFilled, 900)
         << "what the refused order would have taken is still there";
+}
+
+TEST_F(PaperStore, LockHeldForAMomentRefusesNothing) {
+    CForeignWriter writer(m_folder.file(kPaperStoreName));
+    int sleeps = 0;
+    m_clock.m_onSleep = [&] {
+        if (++sleeps == 100) writer.letGo();
+    };
+    place({buy(100, 10.05)});
+    EXPECT_EQ(sleeps, 100);
+    EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Filled);
+}
+
+TEST_F(PaperStore, LockThatLastsHoldsUpOneCommandAndNotThoseBehindIt) {
+    int sleeps = 0;
+    m_clock.m_onSleep = [&] { ++sleeps; };
+    int taskId = 0;
+    {
+        const CForeignWriter writer(m_folder.file(kPaperStoreName));
+        EXPECT_FALSE(m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId).isSuccess());
+        EXPECT_EQ(sleeps, 500) << "five seconds";
+        EXPECT_FALSE(m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId).isSuccess());
+        EXPECT_EQ(sleeps, 500);
+    }
+    place({buy(100, 10.05)});
+    CForeignWriter writer(m_folder.file(kPaperStoreName));
+    m_clock.m_onSleep = [&] { writer.letGo(); };
+    place({buy(100, 10.05)}); // waits again
+}
+
+TEST_F(PaperStore, LockAtTheStartIsWaitedForAndThenRefusedWithTheRemedy) {
+    m_broker.reset();
+    CForeignWriter writer(m_folder.file(kPaperStoreName));
+    const utils::KNError error = openAgain();
+    EXPECT_EQ(error.errorId(), kPaperStoreFailed);
+    EXPECT_NE(error.errorMsg().find("another program has paper.db open for writing"), std::string::npos)
+        << error.errorMsg();
+    m_clock.m_onSleep = [&] { writer.letGo(); };
+    EXPECT_TRUE(openAgain().isSuccess());
+}
+
+TEST_F(PaperStore, DamagedPagesAreFoundAtTheStartAndStayAsTheyAre) {
+    tradeSomething();
+    m_broker.reset();
+    const std::string whole = m_folder.read(kPaperStoreName);
+    constexpr std::size_t kPage = 4096;
+    ASSERT_GT(whole.size(), 3 * kPage);
+    int found = 0;
+    for (std::size_t page = 1; page < whole.size() / kPage; ++page) {
+        std::string damaged = whole;
+        damaged.replace(page * kPage, 64, std::string(64, '\xa5'));
+        std::ofstream(m_folder.file(kPaperStoreName), std::ios::binary | std::ios::trunc) << damaged;
+        const utils::KNError error = openAgain();
+        EXPECT_EQ(error.errorId(), kPaperStoreFailed) << "page " << page;
+        if (error.errorMsg().find("Put back a copy of paper.db, or move paper.db") != std::string::npos)
+            ++found;
+        EXPECT_EQ(m_folder.read(kPaperStoreName), damaged) << "page " << page;
+    }
+    EXPECT_EQ(found, static_cast<int>(whole.size() / kPage) - 1);
+}
+
+TEST_F(PaperStore, FileThatIsNoDatabaseIsRefusedWithTheRemedy) {
+    m_broker.reset();
+    std::ofstream(m_folder.file(kPaperStoreName), std::ios::binary | std::ios::trunc)
+        << std::string(8192, 'x');
+    const utils::KNError error = openAgain();
+    EXPECT_NE(error.errorMsg().find("Put back a copy of paper.db"), std::string::npos) << error.errorMsg();
 }
 
 TEST_F(PaperStore, FullDiskRefusesCommandsUntilThereIsRoom) {

@@ -137,3 +137,87 @@ TEST(VolumeSplit, NobodyIsFurtherThanAUnitFromTheExactShare) {
         }
     }
 }
+
+namespace {
+
+using CClosable = std::vector<std::int64_t>;
+
+std::vector<int> closing(int volume, const std::vector<double>& weights, const CClosable& closable,
+                         desk::EFirstAccount first = desk::EFirstAccount::MayBeLeftOut, int unit = 1) {
+    return desk::splitClosing(volume, weights, unit, closable, first).m_volumes;
+}
+
+constexpr auto kMustClose = desk::EFirstAccount::MustClose;
+
+} // namespace
+
+TEST(ClosingSplit, WeightsCountWhileEverybodyCanCloseHisPart) {
+    EXPECT_EQ(closing(3, {2, 1}, {2, 1}), (std::vector<int>{2, 1}));
+    EXPECT_EQ(closing(30, {2, 1}, {50, 50}), (std::vector<int>{20, 10}));
+    EXPECT_EQ(closing(1, {1, 2}, {5, 5}), (std::vector<int>{0, 1}));
+}
+
+TEST(ClosingSplit, WhatAnAccountCannotCloseTheOthersClose) {
+    EXPECT_EQ(closing(6, {1, 1, 1}, {0, 9, 9}), (std::vector<int>{0, 3, 3}));
+    EXPECT_EQ(closing(6, {1, 1, 1}, {1, 9, 9}), (std::vector<int>{1, 3, 2}));
+    EXPECT_EQ(closing(10, {9, 1}, {4, 9}), (std::vector<int>{4, 6}));
+    EXPECT_EQ(closing(1, {2, 1}, {0, 1}), (std::vector<int>{0, 1}));
+}
+
+TEST(ClosingSplit, MoreThanCanBeClosedGoesByWeight) {
+    EXPECT_EQ(closing(6, {1, 1}, {0, 5}), (std::vector<int>{3, 3}));
+    EXPECT_EQ(closing(2, {1, 1}, {0, 0}), (std::vector<int>{1, 1}));
+}
+
+TEST(ClosingSplit, OddLotsCloseWholeOrNotAtAll) {
+    EXPECT_EQ(closing(200, {1, 1}, {150, 50}, {}, 100), (std::vector<int>{150, 50}));
+    EXPECT_EQ(closing(200, {1, 1}, {250, 50}, {}, 100), (std::vector<int>{200, 0}));
+    EXPECT_EQ(closing(200, {1, 1}, {150, 60}, {}, 100), (std::vector<int>{100, 100})) << "by weight";
+}
+
+TEST(ClosingSplit, FirstAccountThatMustCloseGetsAUnitIfItHasOne) {
+    EXPECT_EQ(closing(1, {1, 2}, {5, 5}, kMustClose), (std::vector<int>{1, 0}));
+    EXPECT_EQ(closing(2, {1, 9}, {5, 5}, kMustClose), (std::vector<int>{1, 1}));
+    EXPECT_EQ(closing(1, {1, 2}, {0, 5}, kMustClose), (std::vector<int>{0, 1}));
+    EXPECT_EQ(closing(3, {2, 1}, {2, 1}, kMustClose), (std::vector<int>{2, 1}));
+    EXPECT_EQ(closing(0, {1, 2}, {5, 5}, kMustClose), (std::vector<int>{0, 0}));
+}
+
+TEST(ClosingSplit, FailuresAreThoseOfTheSplitByWeight) {
+    EXPECT_TRUE(closing(-1, {1, 2}, {5, 5}).empty());
+    EXPECT_TRUE(closing(TC::kUnsetInt, {1, 2}, {5, 5}).empty());
+    EXPECT_TRUE(closing(1, {0, 0}, {5, 5}).empty());
+}
+
+TEST(ClosingSplit, SumIsAlwaysTheVolumeAndWhatFitsIsNotChanged) {
+    std::mt19937 random(20260106);
+    for (int round = 0; round < 20000; ++round) {
+        std::vector<double> weights(1 + random() % 6);
+        CClosable closable;
+        for (double& weight : weights) {
+            weight = randomWeight(random);
+            closable.push_back(static_cast<std::int64_t>(random() % 20));
+        }
+        weights[random() % weights.size()] = 1;
+        const int unit = round % 4 == 0 ? 5 : 1;
+        const int volume = static_cast<int>(random() % 40);
+        const auto first = round % 2 == 0 ? kMustClose : desk::EFirstAccount::MayBeLeftOut;
+
+        const std::vector<int> byWeight = split(volume, weights, unit);
+        const std::vector<int> volumes = closing(volume, weights, closable, first, unit);
+        ASSERT_EQ(volumes.size(), weights.size());
+        ASSERT_EQ(std::accumulate(volumes.begin(), volumes.end(), 0LL), volume);
+        bool fits = true;
+        bool isCovered = true;
+        for (std::size_t i = 0; i < weights.size(); ++i) {
+            ASSERT_GE(volumes[i], 0);
+            fits = fits && byWeight[i] <= closable[i];
+            isCovered = isCovered && volumes[i] <= closable[i];
+        }
+        if (!fits) continue;
+        ASSERT_TRUE(isCovered);
+        if (first != kMustClose || byWeight[0] > 0) {
+            ASSERT_EQ(volumes, byWeight);
+        }
+    }
+}

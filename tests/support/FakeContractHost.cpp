@@ -1,9 +1,10 @@
-#include "tests/contract/ContractHost.h"
+#include "contract/ContractHost.h"
+#include "records/OrderTypes.h"
 #include "tests/support/FakeHost.h"
 
 namespace {
 
-class CFakeContractHost : public IContractHost {
+class CFakeContractHost : public contract::IContractHost {
 public:
     CFakeContractHost() {
         m_world.market = "SH";
@@ -17,6 +18,7 @@ public:
         m_world.hgtKey = list("hgt", "HGT00700");
         m_world.goldKey = list("gold", "GOLDAU9999");
         m_world.neeqKey = list("neeq", "NEEQ430001");
+        m_world.account = "A1";
         m_world.group = QStringLiteral("G");
         m_world.groupAccounts = {"A1", "A2"};
         m_world.unknownName = QStringLiteral("nobody");
@@ -39,10 +41,12 @@ public:
         TC::COrderTradeParam param;
         param.m_strRemark = m_world.tradeParamRemark;
         m_host.rules.tradeParams[m_world.tradeParam] = param;
+        for (const int number : {TC::kOrderCreditAmount, TC::kOrderCreditFurther})
+            m_host.rules.directRepays.insert(static_cast<int>(TC::orderTypeToOperationType(number)));
         m_host.algorithms.unreadable = {m_world.unreadableAlgorithmText};
     }
 
-    const CContractWorld& world() const override { return m_world; }
+    const contract::CContractWorld& world() const override { return m_world; }
 
 private:
     QString list(const char* name, const char* key) {
@@ -51,11 +55,14 @@ private:
     }
 
     CFakeHost m_host;
-    CContractWorld m_world;
+    contract::CContractWorld m_world;
 };
 
 } // namespace
 
-std::vector<CContractHostKind> contractHosts() {
-    return {{"Fake", [] { return std::unique_ptr<IContractHost>(std::make_unique<CFakeContractHost>()); }}};
+int main(int argc, char** argv) {
+    contract::CContractHostKind kind;
+    kind.name = "Fake";
+    kind.make = [] { return std::make_unique<CFakeContractHost>(); };
+    return contract::runHostContract(argc, argv, kind);
 }

@@ -2,10 +2,11 @@
 
 #include "platform/AlgorithmTradeHelper.h"
 
-namespace desk {
+namespace kit {
 
-/// The desk has no algorithm orders: it understands no setting text of one.
-class CDeskAlgorithmTradeHelper : public TC::CAlgorithmTradeHelper {
+/// No algorithm orders: no setting text is understood, and there is no parameter text. A host with algorithms
+/// overrides both, and isAlgoOrderType and getPlatformTypeByOrderType of its rules. Any thread.
+class CAlgorithmTradeHelperBase : public TC::CAlgorithmTradeHelper {
 public:
     bool getAlgOrderSettingFromString(const std::string&, TC::CAlgorithmOrderSettingPtr&) override {
         return false;
@@ -16,4 +17,4 @@ public:
     }
 };
 
-} // namespace desk
+} // namespace kit

@@ -1,0 +1,46 @@
+#include "desk/commands/BacklogWatch.h"
+
+#include "base/Clock.h"
+#include "base/Thread.h"
+#include "service/OrderService.h"
+
+#include <utility>
+
+namespace desk {
+namespace {
+
+constexpr double kLookSeconds = 0.02;
+/// A backlog that is worked off sooner is not worth a line.
+constexpr double kSilentSeconds = 1.0;
+
+} // namespace
+
+CBacklogWatch::CBacklogWatch(TC::COrderService& service, CTextSink& sink, std::function<bool()> keepWaiting)
+    : m_service(service), m_sink(sink), m_keepWaiting(std::move(keepWaiting)) {
+    if (m_keepWaiting) m_thread = std::thread([this] { watch(); });
+}
+
+CBacklogWatch::~CBacklogWatch() {
+    m_bEnded = true;
+    if (m_thread.joinable()) m_thread.join();
+}
+
+void CBacklogWatch::watch() {
+    utils::setThreadName("backlogWatch");
+    const double begin = utils::getTime();
+    bool isTold = false;
+    while (!m_bEnded) {
+        if (!m_keepWaiting()) {
+            m_service.dropBacklog();
+            m_sink.writeLine("The orders that wait are dropped; the one in hand is finished.");
+            return;
+        }
+        if (!isTold && utils::getTime() - begin > kSilentSeconds) {
+            isTold = true;
+            m_sink.writeLine("Working off the orders that were accepted. Ctrl-C drops them.");
+        }
+        utils::sleep(kLookSeconds);
+    }
+}
+
+} // namespace desk

@@ -1,0 +1,49 @@
+#include "desk/host/Leftovers.h"
+
+#include "base/FileCount.h"
+#include "base/Text.h"
+#include "desk/journal/JournalEvents.h"
+
+#include <nlohmann/json.hpp>
+
+namespace desk {
+namespace {
+
+constexpr const char* kTmpSuffix = ".tmp"; ///< of a file that the order service is reading
+constexpr const char* kLeftOver =
+    "a run that was cut off had taken it; look for its orders among the commands before you send them again; "
+    "the file is deleted when the next one comes";
+
+} // namespace
+
+void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, CJournal& journal,
+                   CTextSink& sink) {
+    // The sink tells the user also if the journal refuses.
+    (void)journal.append("discarded", discardFields(report, cause));
+    const std::string lines =
+        report.m_nLines < 0 ? "cannot be read" : std::to_string(report.m_nLines) + " lines";
+    sink.writeLine("NOT READ: " + report.m_strSource.toStdString() + " (" + lines + ") of channel " +
+                   std::to_string(report.m_nChannel) + ": " + cause);
+}
+
+void reportLeftovers(const TC::COrderStrategyMap& strategies, CJournal& journal, CTextSink& sink) {
+    for (const TC::COrderStrategyParam& strategy : strategies) {
+        if (!strategy.comesFromFile()) continue;
+        TC::CDiscardReport report;
+        report.m_strSource = strategy.m_strSignalSource + QLatin1String(kTmpSuffix);
+        const auto count = utils::countFile(utils::toPathBytes(report.m_strSource));
+        if (!count || count->bytes == 0) continue;
+        report.m_eStrategyType = strategy.m_eStrategyType;
+        report.m_nChannel = strategy.m_nChannel;
+        report.m_nLines = count->lines;
+        report.m_nBytes = count->bytes;
+        reportDiscard(report, kLeftOver, journal, sink);
+    }
+}
+
+std::string crashText(std::int64_t seq) {
+    return "The run before was cut off: the journal has no end of it before line #" + std::to_string(seq) +
+           ". Orders of its last \"intake\" lines that have no \"command\" line did not go out.";
+}
+
+} // namespace desk

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "desk/host/TextSink.h"
+#include "desk/journal/Journal.h"
+#include "platform/IntakeAudit.h"
+#include "records/StrategyParam.h"
+
+#include <cstdint>
+#include <string>
+
+namespace desk {
+
+/// Journals a file that is deleted unread, and tells the user its name and number of lines. Any thread.
+void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, CJournal& journal,
+                   CTextSink& sink);
+
+/// Reports the ".tmp" files that a run left at the paths of the strategies when it was cut off. The order
+/// service deletes such a file when the next one comes to the same path. Main thread, before strategies
+/// start.
+void reportLeftovers(const TC::COrderStrategyMap& strategies, CJournal& journal, CTextSink& sink);
+
+/// Tells people that the run before was cut off; `seq` is the number of this run's first journal line.
+std::string crashText(std::int64_t seq);
+
+} // namespace desk

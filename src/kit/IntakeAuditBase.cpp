@@ -1,0 +1,91 @@
+#include "kit/IntakeAuditBase.h"
+
+#include "base/Text.h"
+#include "platform/MsgService.h"
+#include "platform/TradingRules.h"
+#include "platform/UserConfig.h"
+
+#include <initializer_list>
+#include <map>
+
+namespace kit {
+namespace {
+
+void warn(TC::EOrderStrategyType source, const QString& pattern, std::initializer_list<QString> arguments) {
+    TC::CMsgFlags flags;
+    if (const TC::CUserConfig* user = TC::getUserConfig())
+        flags = user->getMsgFlags(TC::EMsgTypeDef::General);
+    const QString text = TC::orderStrategyTypeToOrderTitle(source) + QStringLiteral("　") +
+                         utils::fillText(pattern, arguments);
+    TC::CMsgService::instance().showMsg(text, TC::EMsgTypeDef::General, TC::MsgLevel::Warning, flags.m_bFirst,
+                                        flags.m_bSecond, QString());
+}
+
+} // namespace
+
+void CIntakeAuditBase::recordIntake(const TC::CIntakeReport& report) {
+    if (report.m_bLeftWaiting) {
+        warn(report.m_eStrategyType, QStringLiteral("%1 未读取, 仍在等待: %2"),
+             {report.m_strSource, report.m_strCause});
+    }
+    if (report.m_bCutShort) {
+        warn(report.m_eStrategyType, QStringLiteral("%1 读取中断, 其后内容未执行: %2"),
+             {report.m_strSource, report.m_strCause});
+    }
+    if (report.m_bRejected) {
+        warn(report.m_eStrategyType, QStringLiteral("%1 已拒绝, 其内容未执行: %2; 文件保存为 [%3]"),
+             {report.m_strSource, report.m_strCause, report.m_strKeptAs});
+    }
+    if (report.m_nIgnoredLines != 0) {
+        warn(report.m_eStrategyType, QStringLiteral("%1 有%2行未生效, 首行为 %3"),
+             {report.m_strSource, QString::number(report.m_nIgnoredLines), report.m_strFirstIgnored});
+    }
+    if (report.m_nUnreadTradeParams != 0) {
+        warn(report.m_eStrategyType, QStringLiteral("%1 有%2行交易参数无法识别, 其指令未带这些参数!"),
+             {report.m_strSource, QString::number(report.m_nUnreadTradeParams)});
+    }
+}
+
+void CIntakeAuditBase::recordDoor(const TC::CDoorReport& report) {
+    const auto source = TC::EOrderStrategyType::Signal;
+    if (report.m_eEvent == TC::EDoorEvent::Stuck) {
+        warn(source, QStringLiteral("%1 已停止服务: %2, 请重新启动策略"),
+             {report.m_strSource, report.m_strCause});
+    }
+    if (report.m_eEvent == TC::EDoorEvent::Refused) {
+        warn(source, QStringLiteral("%1 拒绝连接 %2: %3"),
+             {report.m_strSource, report.m_strPeer, report.m_strCause});
+    }
+}
+
+void CIntakeAuditBase::recordDiscard(const TC::CDiscardReport& report) {
+    warn(report.m_eStrategyType, QStringLiteral("%1 未读取即删除, 共%2行"),
+         {report.m_strSource, QString::number(report.m_nLines)});
+}
+
+void CIntakeAuditBase::recordUnplaced(const QVector<TC::COrderParam>& orders) {
+    std::map<int, int> ordersOf;
+    for (const TC::COrderParam& order : orders)
+        ++ordersOf[order.m_nChannel];
+    for (const auto& [channel, count] : ordersOf) {
+        warn(orders.first().m_eStrategyType, QStringLiteral("通道号: %1, %2条指令未执行!"),
+             {QString::number(channel), QString::number(count)});
+    }
+}
+
+void CIntakeAuditBase::recordIncident(const TC::CIncidentReport& report) {
+    const auto source = TC::EOrderStrategyType::Interface;
+    switch (report.m_eIncident) {
+    case TC::EIncident::OrdersDropped:
+        return warn(
+            source, QStringLiteral("通道号: %1, %2条指令未执行: %3"),
+            {QString::number(report.m_nChannel), QString::number(report.m_nOrders), report.m_strCause});
+    case TC::EIncident::CancelNotDone:
+        return warn(source, QStringLiteral("任务 %1 未撤销: %2"),
+                    {QString::number(report.m_nTaskId), report.m_strCause});
+    case TC::EIncident::HostFailed:
+        return; // the message panel has just failed
+    }
+}
+
+} // namespace kit

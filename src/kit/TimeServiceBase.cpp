@@ -1,0 +1,11 @@
+#include "kit/TimeServiceBase.h"
+
+#include "base/Clock.h"
+
+namespace kit {
+
+std::int64_t CTimeServiceBase::currentTime() {
+    return utils::currentDateTime().toSecsSinceEpoch();
+}
+
+} // namespace kit

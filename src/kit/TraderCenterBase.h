@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/TraderCenter.h"
+
+namespace kit {
+
+/// No running tasks that lines of order files could end, no positions and no portfolios: baskets by position
+/// are refused. A host with tasks overrides findTasks; a host with positions overrides getAccountData. Any
+/// thread.
+class CTraderCenterBase : public knservice::TraderCenter,
+                          public knservice::CTaskCenter,
+                          public knservice::CDataCenter {
+public:
+    knservice::CTaskCenter& getTaskCenter() override { return *this; }
+    knservice::CDataCenter& getDataCenter() override { return *this; }
+    std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int) override { return {}; }
+    boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string&) override { return nullptr; }
+    boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return nullptr; }
+};
+
+} // namespace kit

@@ -1,0 +1,74 @@
+#include "kit/TradingRulesBase.h"
+
+#include "base/Unset.h"
+#include "kit/TradingWords.h"
+#include "platform/MsgService.h"
+#include "records/Families.h"
+#include "records/OrderTypes.h"
+
+namespace kit {
+namespace {
+
+/// Both halves of an account key that no account has.
+const QString& noAccountHalf() {
+    static const QString half = QStringLiteral("?");
+    return half;
+}
+
+} // namespace
+
+TC::EQDBrokerType
+CTradingRulesBase::orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType tradeType) {
+    const TC::CFamily* family = TC::findFamily(tradeType);
+    return family != nullptr ? family->m_eBrokerType : TC::EQDBrokerType::Stock;
+}
+
+bool CTradingRulesBase::parserOrderTradeParam(const std::string&, TC::COrderTradeParam& param) {
+    param = {};
+    param.m_strAccountKeyPart1 = noAccountHalf();
+    param.m_strAccountKeyPart2 = noAccountHalf();
+    TC::showServiceMsg(QStringLiteral("[文件单]　此客户端不支持交易参数(orderParam), 其指令将被拒绝!"));
+    return true;
+}
+
+void CTradingRulesBase::orderSettingFromString(TC::COrderSetting& setting, const QString& text) {
+    if (!text.isEmpty()) setting.m_ePriceType = TC::unsetEnum<TC::EPriceType>();
+}
+
+void CTradingRulesBase::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
+                                            TC::EOperationType, int, double price, const TC::CPriceDataPtr&) {
+    record.m_ePriceType = setting.m_ePriceType;
+    record.m_eOrderType = TC::isUnset(setting.m_eOrderType) ? TC::EOrderType::Plain : setting.m_eOrderType;
+    record.m_dPrice = price;
+}
+
+bool CTradingRulesBase::isDirectRepay(TC::EOperationType operation) {
+    return operation == TC::orderTypeToOperationType(TC::kOrderCreditAmount) ||
+           operation == TC::orderTypeToOperationType(TC::kOrderCreditFurther);
+}
+
+TC::EEntrustTypes CTradingRulesBase::operationTypeToEntrustType(TC::EOperationType) {
+    return TC::unsetEnum<TC::EEntrustTypes>();
+}
+
+QString CTradingRulesBase::orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) {
+    return QStringLiteral("[") + orderStrategyTypeToString(type) + QStringLiteral("]");
+}
+
+QString CTradingRulesBase::orderStrategyTypeToString(TC::EOrderStrategyType type) {
+    return sourceWord(type);
+}
+
+QString CTradingRulesBase::orderStrategyOrderTypeToString(int orderType) {
+    return orderWord(orderType);
+}
+
+QString CTradingRulesBase::orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType tradeType) {
+    return familyWord(tradeType);
+}
+
+QString CTradingRulesBase::knPriceTypeToString(TC::EPriceType priceType, const std::string&, bool) {
+    return priceWord(priceType);
+}
+
+} // namespace kit

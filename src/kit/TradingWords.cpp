@@ -1,0 +1,72 @@
+#include "kit/TradingWords.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
+namespace kit {
+namespace {
+
+/// A number and its word.
+struct CWord {
+    int number;
+    const char* word;
+};
+
+constexpr CWord kSourceWords[] = {{0, "接口单"}, {1, "信号单"}, {2, "文件单"}, {4, "批量埋单"}};
+constexpr CWord kFamilyWords[] = {{0, "股票"},     {1, "期货"},     {2, "组合"},     {3, "信用"},
+                                  {4, "股票期权"}, {5, "期货期权"}, {6, "期货组合"}, {9, "深港通"},
+                                  {10, "沪港通"},  {11, "股转"},    {12, "黄金"}};
+constexpr CWord kOrderWords[] = {
+    {0, "开多"},      {1, "平昨多"},    {2, "平今多"},    {3, "开空"},      {4, "平昨空"},
+    {5, "平今空"},    {23, "买入"},     {24, "卖出"},     {25, "组合买入"}, {26, "组合卖出"},
+    {27, "融资买入"}, {28, "融券卖出"}, {29, "买券还券"}, {30, "现券还券"}, {31, "卖券还款"},
+    {32, "直接还款"}, {33, "组合买卖"}, {34, "组合调仓"}, {35, "列表调仓"}, {48, "买入开仓"},
+    {49, "卖出平仓"}, {50, "卖出开仓"}, {51, "买入平仓"}, {52, "备兑开仓"}, {53, "备兑平仓"},
+    {54, "认购行权"}, {55, "认沽行权"}, {56, "锁定"},     {57, "解锁"},     {100, "行权"}};
+/// What orders without a word of their own are called: the run of numbers they belong to, and the number.
+struct COrderGroup {
+    int first, last;
+    const char* word;
+};
+
+constexpr COrderGroup kOrderGroups[] = {{0, 15, "期货指令"},  {27, 32, "信用指令"}, {37, 39, "信用指令"},
+                                        {48, 57, "期权指令"}, {66, 85, "股转指令"}, {86, 92, "基金指令"}};
+
+constexpr CWord kPriceWords[] = {
+    {0, "卖五价"},  {1, "卖四价"},  {2, "卖三价"},  {3, "卖二价"},  {4, "卖一价"},  {5, "最新价"},
+    {6, "买一价"},  {7, "买二价"},  {8, "买三价"},  {9, "买四价"},  {10, "买五价"}, {11, "指定价"},
+    {30, "卖六价"}, {31, "卖七价"}, {32, "卖八价"}, {33, "卖九价"}, {34, "卖十价"}, {35, "买六价"},
+    {36, "买七价"}, {37, "买八价"}, {38, "买九价"}, {39, "买十价"}};
+
+/// The number's word; a number without one with the general word before it.
+template<std::size_t N>
+QString wordOf(const CWord (&words)[N], int number, const char* general) {
+    const auto found = std::find_if(std::begin(words), std::end(words),
+                                    [&](const CWord& row) { return row.number == number; });
+    if (found != std::end(words)) return QString::fromUtf8(found->word);
+    return QString::fromUtf8(general) + QString::number(number);
+}
+
+} // namespace
+
+QString sourceWord(TC::EOrderStrategyType type) {
+    return wordOf(kSourceWords, static_cast<int>(type), "来源");
+}
+
+QString familyWord(TC::EOrderStrategyTradeType type) {
+    return wordOf(kFamilyWords, static_cast<int>(type), "品种");
+}
+
+QString orderWord(int orderType) {
+    const auto group =
+        std::find_if(std::begin(kOrderGroups), std::end(kOrderGroups),
+                     [&](const COrderGroup& row) { return orderType >= row.first && orderType <= row.last; });
+    return wordOf(kOrderWords, orderType, group != std::end(kOrderGroups) ? group->word : "指令");
+}
+
+QString priceWord(TC::EPriceType type) {
+    return wordOf(kPriceWords, static_cast<int>(type), "价格类型");
+}
+
+} // namespace kit

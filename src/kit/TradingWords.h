@@ -1,0 +1,17 @@
+#pragma once
+
+#include "records/Enums.h"
+
+#include <QString>
+
+namespace kit {
+
+/// The usual Chinese words for sources, families, orders and prices. A number without a word comes with a
+/// general word before it. Any thread.
+QString sourceWord(TC::EOrderStrategyType type);
+QString familyWord(TC::EOrderStrategyTradeType type);
+/// orderType: an order-type number of records/OrderTypes.h.
+QString orderWord(int orderType);
+QString priceWord(TC::EPriceType type);
+
+} // namespace kit

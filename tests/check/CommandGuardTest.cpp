@@ -1,0 +1,166 @@
+// Which commands the guard lets out, and what it says of the others.
+#include "check/CommandGuard.h"
+
+#include "tests/check/CheckFixture.h"
+
+#include <boost/make_shared.hpp>
+
+#include <cmath>
+
+namespace {
+
+using namespace TC;
+
+class CommandGuard : public CheckFixture {
+protected:
+    CommandGuard() { host.switches.on.insert(kCommandGuardSwitch); }
+
+    /// A record that lacks nothing.
+    CCodeOrderParam record() {
+        CCodeOrderParam good;
+        good.m_account = host.user.accounts.at("A1");
+        good.m_stock = {"SH", "600000", {}, {}};
+        good.m_eOperationType = EOperationType::Buy;
+        good.m_ePriceType = EPriceType::Specified;
+        good.m_dPrice = 10.5;
+        good.m_nVolume = 100;
+        return good;
+    }
+    void send(const COrderParam& order, std::vector<CCodeOrderParam> records) {
+        const auto command = boost::make_shared<COrderComandParam>();
+        command->m_codes = std::move(records);
+        service.sendCommand(command, order);
+    }
+    bool goesOut(const CCodeOrderParam& one, int number = 23) {
+        const std::size_t before = host.commands().size();
+        send(COrderBuilder(number), {one});
+        return host.commands().size() > before;
+    }
+    QString refused(const QString& reason, int number = 23) const {
+        return QStringLiteral(
+                   "[文件单]　通道号: 3, 下单类型: 下单%1 (%1), 账号 [A1] 合约 [SH600000] %2, 指令未发出!")
+            .arg(number)
+            .arg(reason);
+    }
+};
+
+TEST_F(CommandGuard, IsOffUnlessItsSwitchIsOn) {
+    host.switches.on.clear();
+    EXPECT_TRUE(goesOut(CCodeOrderParam()));
+    EXPECT_TRUE(host.errorTexts().empty());
+    host.switches.on.insert("mdl_order_command_guard");
+    EXPECT_FALSE(goesOut(CCodeOrderParam()));
+}
+
+TEST_F(CommandGuard, EveryCommandPassesIt) {
+    service.doOrderCommand(EQdTraderType::Stock, EQdHedgeType::None, EFtSpecBtnBarType::None,
+                           {CCodeOrderParam()}, {}, EQdStopLossType::None, true, {}, {}, {},
+                           ETradePlatform::Plain, {}, false, false, {}, COrderBuilder(23),
+                           CStrategyBuilder());
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(host.errorTexts().size(), 1u);
+}
+
+TEST_F(CommandGuard, GoodRecordsAndNoRecordsGoOut) {
+    EXPECT_TRUE(goesOut(record()));
+    send(COrderBuilder(66), {});
+    EXPECT_EQ(host.commands().size(), 2u);
+    EXPECT_TRUE(host.errorTexts().empty());
+}
+
+TEST_F(CommandGuard, MarketAndCodeAreNeeded) {
+    for (const bool hasMarket : {false, true}) {
+        CCodeOrderParam one = record();
+        (hasMarket ? one.m_stock.m_strCode : one.m_stock.m_strMarket).clear();
+        EXPECT_FALSE(goesOut(one));
+        ASSERT_FALSE(host.errorTexts().empty());
+        EXPECT_TRUE(host.errorTexts().back().endsWith(QStringLiteral("没有市场和代码, 指令未发出!")));
+    }
+}
+
+TEST_F(CommandGuard, ASpecifiedPriceIsNeeded) {
+    for (const double price : {kUnsetDouble, std::nan(""), HUGE_VAL, -HUGE_VAL, 0.0, 1e-6}) {
+        host.orders.errors.clear();
+        CCodeOrderParam one = record();
+        one.m_dPrice = price;
+        EXPECT_FALSE(goesOut(one)) << price;
+        EXPECT_EQ(onlyError(), refused(QStringLiteral("没有价格"))) << price;
+        one.m_ePriceType = EPriceType::Latest; // the price comes from the quote
+        EXPECT_TRUE(goesOut(one)) << price;
+    }
+}
+
+TEST_F(CommandGuard, AVolumeIsNeeded) {
+    for (const int volume : {0, -1, -100, kUnsetInt}) {
+        host.orders.errors.clear();
+        CCodeOrderParam one = record();
+        one.m_nVolume = volume;
+        EXPECT_FALSE(goesOut(one)) << volume;
+        EXPECT_EQ(onlyError(), refused(QStringLiteral("没有数量"))) << volume;
+    }
+}
+
+TEST_F(CommandGuard, OneBadRecordRefusesTheOrderWithOneReport) {
+    CCodeOrderParam bad = record();
+    bad.m_nVolume = 0;
+    send(COrderBuilder(25), {record(), bad, record(), bad});
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(onlyError(), refused(QStringLiteral("没有数量"), 25));
+}
+
+TEST_F(CommandGuard, WhatIsNoTradeNeedsNoPrice) {
+    CCodeOrderParam one = record();
+    one.m_dPrice = kUnsetDouble;
+    for (const int number : {30, 37, 38, 54, 55, 56, 57, 100})
+        EXPECT_TRUE(goesOut(one, number)) << number;
+    for (const int number : {0, 15, 23, 24, 25, 26, 27, 28, 29, 31, 34, 36, 48, 53, 86, 90})
+        EXPECT_FALSE(goesOut(one, number)) << number;
+}
+
+TEST_F(CommandGuard, MoneyIsRepaidByItsAmount) {
+    const int operation = 25;
+    CCodeOrderParam money;
+    money.m_account = host.user.accounts.at("A1");
+    money.m_eOperationType = static_cast<EOperationType>(operation);
+    money.m_ePriceType = EPriceType::Specified;
+    money.m_nVolume = 0; // the whole part of the amount
+    money.m_dQuantity = 0.5;
+    host.rules.directRepays.clear();
+    EXPECT_FALSE(goesOut(money, 32)); // shares, as far as the host says
+    host.rules.directRepays = {operation};
+    EXPECT_TRUE(goesOut(money, 32));
+    money.m_nVolume = kUnsetInt;
+    money.m_dQuantity = 1e10;
+    EXPECT_TRUE(goesOut(money, 32));
+    EXPECT_FALSE(goesOut(money, 23)); // no repayment
+    for (const double amount : {0.0, -5.0, std::nan(""), HUGE_VAL, kUnsetDouble}) {
+        money.m_dQuantity = amount;
+        EXPECT_FALSE(goesOut(money, 32)) << amount;
+        ASSERT_FALSE(host.errorTexts().empty());
+        EXPECT_TRUE(host.errorTexts().back().contains(QStringLiteral("没有金额"))) << amount;
+    }
+}
+
+TEST_F(CommandGuard, AContractNeedsItsNameOrAnInstrument) {
+    CCodeOrderParam contract = record();
+    contract.m_stock = {};
+    EXPECT_FALSE(goesOut(contract, 37));
+    contract.m_strContractText = "contract7";
+    EXPECT_TRUE(goesOut(contract, 37));
+    EXPECT_FALSE(goesOut(contract, 23));
+    contract.m_nVolume = 0;
+    EXPECT_FALSE(goesOut(contract, 37));
+}
+
+TEST_F(CommandGuard, ASaleOfAllLeavesOutWhatCannotBeSoldToday) {
+    CCodeOrderParam none = record();
+    none.m_nVolume = 0;
+    const COrderParam all = COrderBuilder(26).set([](COrderParam& o) { o.m_bAll = true; });
+    send(all, {none, record(), none});
+    ASSERT_EQ(host.commands().size(), 1u);
+    ASSERT_EQ(host.commands()[0]->m_codes.size(), 1u);
+    EXPECT_EQ(host.commands()[0]->m_codes[0].m_nVolume, 100);
+    EXPECT_EQ(host.errorTexts(), (std::vector<QString>(2, refused(QStringLiteral("没有可卖数量"), 26))));
+}
+
+} // namespace

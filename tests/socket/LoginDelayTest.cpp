@@ -1,0 +1,176 @@
+// Failed logins slow their address down; nobody else waits for that.
+#include "socket/FailedLogins.h"
+#include "tests/socket/SocketFixture.h"
+
+#include <sys/resource.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace TC;
+
+const std::string kOk = "+OK\r\n";
+const std::string kBadLogin = "-ERR User or Pass is Not Right\r\n";
+constexpr std::chrono::milliseconds kNow{0};
+
+class LoginDelay : public SocketFixture {
+protected:
+    LoginDelay() { guard(); }
+
+    /// A named connection that has its wrong password on the way.
+    std::unique_ptr<CTestSocket> guess(const std::string& pass = "wrong") {
+        auto client = connect();
+        EXPECT_EQ(client->ask("user trader"), kOk);
+        client->send("pass " + pass + "\r\n");
+        return client;
+    }
+    /// So many failed logins, each on a connection of its own, while time passes.
+    void fail(int count) {
+        for (int i = 0; i < count; ++i) {
+            const auto client = connect();
+            EXPECT_EQ(askWaiting(*client, "pass wrong"), kBadLogin);
+        }
+    }
+    /// Whether the listener, having seen all that was sent before, has nothing for the client.
+    static bool isQuiet(CTestSocket& client, CTestSocket& bystander) {
+        EXPECT_EQ(bystander.ask("cancel 1"), kOk);
+        return !client.waitForData(kNow);
+    }
+};
+
+TEST_F(LoginDelay, FourthFailureOfAnAddressIsAnsweredLater) {
+    start();
+    const auto trader = logIn();
+    for (int i = 0; i < CFailedLogins::kFree; ++i)
+        EXPECT_EQ(guess()->readLine(), kBadLogin);
+    const auto client = guess();
+    EXPECT_TRUE(isQuiet(*client, *trader));
+    passTime(0.4);
+    EXPECT_TRUE(isQuiet(*client, *trader));
+    passTime(0.11);
+    EXPECT_EQ(client->readLine(), kBadLogin);
+}
+
+TEST_F(LoginDelay, TimerOfTheListenerEndsTheDelay) {
+    start();
+    const auto trader = logIn();
+    fail(CFailedLogins::kFree);
+    const auto client = guess();
+    EXPECT_TRUE(isQuiet(*client, *trader));
+    passTime(0.4999); // the timer is set anew for what is left
+    EXPECT_TRUE(isQuiet(*client, *trader));
+    clock.sleep(0.001);
+    EXPECT_EQ(client->readLine(), kBadLogin);
+}
+
+TEST_F(LoginDelay, RightPasswordWaitsAsLongAsAWrongOneAndNotLonger) {
+    start();
+    const auto trader = logIn();
+    fail(20);
+    const auto wrong = guess();
+    const auto right = guess("secret");
+    EXPECT_TRUE(isQuiet(*wrong, *trader));
+    passTime(3.9);
+    EXPECT_TRUE(isQuiet(*wrong, *trader));
+    EXPECT_TRUE(isQuiet(*right, *trader));
+    passTime(0.11);
+    EXPECT_EQ(wrong->readLine(), kBadLogin);
+    EXPECT_EQ(right->readLine(), kOk);
+    EXPECT_EQ(right->ask("cancel 2"), kOk);
+}
+
+TEST_F(LoginDelay, GoodLoginDoesNotSpeedUpItsAddress) {
+    start();
+    fail(20);
+    const auto right = connect();
+    right->ask("user trader");
+    EXPECT_EQ(askWaiting(*right, "pass secret"), kOk);
+    const auto client = guess();
+    EXPECT_TRUE(isQuiet(*client, *right));
+    passTime(3.9);
+    EXPECT_TRUE(isQuiet(*client, *right));
+}
+
+TEST_F(LoginDelay, AddressRecoversAfterAMinute) {
+    start();
+    fail(20);
+    passTime(60);
+    EXPECT_EQ(guess()->readLine(), kBadLogin);
+    logIn();
+}
+
+TEST_F(LoginDelay, LinesBehindAPasswordWaitForIt) {
+    start();
+    const auto trader = logIn();
+    fail(CFailedLogins::kFree);
+    const auto client = connect();
+    client->send("user trader\r\npass secret\r\ncancel 8\r\nquit\r\n");
+    EXPECT_EQ(client->readLine(), kOk);
+    EXPECT_TRUE(isQuiet(*client, *trader));
+    passTime(0.51);
+    EXPECT_EQ(client->readAll(), kOk + kOk + kOk);
+    stop();
+    EXPECT_EQ(gate.cancelledTasks.back(), 8);
+}
+
+TEST_F(LoginDelay, WhoseLoginWaitsIsNotSilent) {
+    start();
+    const auto trader = logIn();
+    fail(20);
+    const auto client = connect();
+    client->ask("user trader");
+    passTime(58);
+    client->send("pass secret\r\n");
+    EXPECT_TRUE(isQuiet(*client, *trader));
+    passTime(3); // more than a minute since it connected
+    EXPECT_TRUE(isQuiet(*client, *trader));
+    passTime(1.1);
+    EXPECT_EQ(client->readLine(), kOk);
+}
+
+TEST_F(LoginDelay, ListenerWithoutALoginSlowsNobody) {
+    start("", "secret");
+    for (int i = 0; i < 8; ++i)
+        EXPECT_EQ(connect()->ask("pass wrong"), kBadLogin);
+}
+
+TEST_F(LoginDelay, SeveralGuessesOfOneConnectionWaitOneByOne) {
+    start();
+    const auto trader = logIn();
+    fail(20);
+    const auto client = guess();
+    client->send("pass secret\r\n");
+    EXPECT_TRUE(isQuiet(*client, *trader));
+    passTime(4.1);
+    EXPECT_EQ(client->readLine(), kBadLogin);
+    EXPECT_TRUE(isQuiet(*client, *trader));
+    passTime(4.1);
+    EXPECT_EQ(client->readLine(), kOk);
+}
+
+TEST_F(LoginDelay, AsManyAsMayWaitDoAndThoseWhoHaveGoneMakeRoom) {
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+    start();
+    const auto trader = logIn();
+    fail(20);
+    std::vector<std::unique_ptr<CTestSocket>> waiting;
+    for (int i = 0; i < CFailedLogins::kMaxDelayed; ++i)
+        waiting.push_back(guess());
+    EXPECT_TRUE(isQuiet(*waiting.back(), *trader));
+    EXPECT_EQ(guess("secret")->readAll(), "-ERR Too Many Failed Logins\r\n");
+    waiting.resize(waiting.size() - 10);
+    passTime(1);
+    const auto late = guess("secret");
+    EXPECT_TRUE(isQuiet(*late, *trader));
+    passTime(4);
+    EXPECT_EQ(waiting.front()->readLine(), kBadLogin);
+    EXPECT_EQ(late->readLine(), kOk);
+}
+
+} // namespace

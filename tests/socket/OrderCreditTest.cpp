@@ -1,0 +1,220 @@
+#include "socket/OrderCredit.h"
+
+#include "tests/support/FakeClock.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using TC::COrderCredit;
+using CTickets = std::vector<COrderCredit::CTicket>;
+
+constexpr int kRoom = COrderCredit::kMostRoom;
+constexpr int kShare = kRoom / 2;
+constexpr int kTurn = kRoom / 4;
+
+class OrderCredit : public testing::Test {
+protected:
+    COrderCredit::CAccountPtr open(const std::string& name) {
+        return credit->open([this, name] { woken.push_back(name); });
+    }
+    /// Places orders of one line until the account has to wait; gives how many.
+    int placeAll(const COrderCredit::CAccountPtr& account, CTickets& tickets, int most = 1000) {
+        int count = 0;
+        for (; count < most && credit->mayPlace(*account); ++count)
+            tickets.push_back(credit->charge(account, 1));
+        return count;
+    }
+    /// Takes all the room with two accounts that want no more.
+    void fillRoom(CTickets& one, CTickets& other) {
+        EXPECT_EQ(placeAll(open("one"), one, kShare) + placeAll(open("other"), other, kRoom - kShare), kRoom);
+    }
+    static void giveBack(CTickets& tickets, int count) {
+        tickets.erase(tickets.begin(), tickets.begin() + count);
+    }
+
+    /// Works off so many orders of one line, each of which takes so many seconds.
+    void workOff(int count, double seconds) {
+        const auto account = open("worked off");
+        for (int i = 0; i < count; ++i) {
+            const auto ticket = credit->charge(account, 1);
+            clock.sleep(seconds);
+        }
+    }
+    /// What new accounts can put into the queue in all.
+    int room() {
+        CTickets tickets;
+        int lines = 0;
+        std::vector<COrderCredit::CAccountPtr> accounts;
+        for (int i = 0; i < kRoom; ++i) {
+            accounts.push_back(open("room"));
+            lines += placeAll(accounts.back(), tickets, 1);
+        }
+        for (const auto& account : accounts)
+            credit->close(*account);
+        return lines;
+    }
+
+    CFakeClock clock;
+    const std::shared_ptr<COrderCredit> credit = std::make_shared<COrderCredit>();
+    std::vector<std::string> woken;
+};
+
+TEST_F(OrderCredit, AccountHasItsShareAndLeavesRoomToOthers) {
+    const auto a = open("a"), b = open("b"), c = open("c");
+    CTickets tickets;
+    EXPECT_EQ(placeAll(a, tickets), kShare);
+    EXPECT_EQ(placeAll(b, tickets), kRoom - kShare);
+    EXPECT_EQ(placeAll(c, tickets), 0);
+}
+
+TEST_F(OrderCredit, AccountOverItsShareIsWokenForAWholeTurn) {
+    const auto a = open("a");
+    CTickets tickets;
+    placeAll(a, tickets);
+    giveBack(tickets, kTurn - 1);
+    EXPECT_TRUE(woken.empty());
+    EXPECT_FALSE(credit->mayPlace(*a));
+    giveBack(tickets, 1);
+    EXPECT_EQ(woken, std::vector<std::string>{"a"});
+    EXPECT_EQ(placeAll(a, tickets), kTurn);
+}
+
+TEST_F(OrderCredit, WaitingAccountsTakeTurnsInTheirOrder) {
+    const auto c = open("c"), d = open("d");
+    CTickets ofA, ofB, ofC, ofD;
+    fillRoom(ofA, ofB);
+    EXPECT_EQ(placeAll(c, ofC), 0);
+    EXPECT_EQ(placeAll(d, ofD), 0);
+    giveBack(ofA, kTurn);
+    // Two wait, so c has half a turn.
+    EXPECT_EQ(woken, std::vector<std::string>{"c"});
+    EXPECT_EQ(placeAll(c, ofC), kTurn / 2);
+    giveBack(ofB, kTurn);
+    EXPECT_EQ(woken, (std::vector<std::string>{"c", "d", "c"}));
+}
+
+TEST_F(OrderCredit, NobodyOvertakesThoseWhoWait) {
+    const auto late = open("late"), later = open("later");
+    CTickets ofA, ofB;
+    fillRoom(ofA, ofB);
+    EXPECT_FALSE(credit->mayPlace(*late));
+    giveBack(ofA, 1); // room for one, and not yet for a turn
+    EXPECT_FALSE(credit->mayPlace(*later));
+    EXPECT_TRUE(woken.empty());
+}
+
+TEST_F(OrderCredit, UnusedTurnGoesToTheNext) {
+    const auto c = open("c"), d = open("d");
+    CTickets ofA, ofB;
+    fillRoom(ofA, ofB);
+    EXPECT_FALSE(credit->mayPlace(*c));
+    giveBack(ofB, kTurn);
+    EXPECT_EQ(woken, std::vector<std::string>{"c"});
+    EXPECT_FALSE(credit->mayPlace(*d));
+    credit->endTurn(*c);
+    EXPECT_EQ(woken, (std::vector<std::string>{"c", "d"}));
+}
+
+TEST_F(OrderCredit, TurnOfAnEndedAccountGoesToTheNext) {
+    const auto c = open("c"), d = open("d");
+    CTickets ofA, ofB;
+    fillRoom(ofA, ofB);
+    EXPECT_FALSE(credit->mayPlace(*c));
+    giveBack(ofB, kTurn);
+    EXPECT_FALSE(credit->mayPlace(*d));
+    credit->close(*c);
+    EXPECT_EQ(woken, (std::vector<std::string>{"c", "d"}));
+}
+
+TEST_F(OrderCredit, EndedAccountIsNotWoken) {
+    auto a = open("a");
+    CTickets tickets;
+    placeAll(a, tickets);
+    credit->close(*a);
+    a.reset();
+    tickets.clear(); // its room comes back all the same
+    EXPECT_TRUE(woken.empty());
+    const auto b = open("b"), c = open("c");
+    EXPECT_EQ(placeAll(b, tickets) + placeAll(c, tickets), kRoom);
+}
+
+TEST_F(OrderCredit, LongOrderGoesOutWholeAndCountsWithItsLines) {
+    const auto a = open("a"), b = open("b");
+    ASSERT_TRUE(credit->mayPlace(*a));
+    auto basket = credit->charge(a, 10 * kRoom);
+    EXPECT_FALSE(credit->mayPlace(*a));
+    EXPECT_FALSE(credit->mayPlace(*b));
+    basket.reset();
+    EXPECT_EQ(woken, (std::vector<std::string>{"b", "a"}));
+}
+
+TEST_F(OrderCredit, OrderWithoutLinesCountsAsOne) {
+    const auto a = open("a");
+    CTickets tickets;
+    for (int i = 0; i < kShare; ++i)
+        tickets.push_back(credit->charge(a, 0));
+    EXPECT_FALSE(credit->mayPlace(*a));
+}
+
+TEST_F(OrderCredit, AccountThatCannotBeWokenIsTriedAgain) {
+    bool isFull = true;
+    int wakes = 0;
+    const auto a = credit->open([&] {
+        if (isFull) throw std::bad_alloc();
+        ++wakes;
+    });
+    CTickets tickets;
+    placeAll(a, tickets);
+    giveBack(tickets, kTurn);
+    isFull = false;
+    giveBack(tickets, 1);
+    EXPECT_EQ(wakes, 1);
+}
+
+TEST_F(OrderCredit, RoomIsWhatTheServiceWorksOffInAMoment) {
+    workOff(100, 0.0001);
+    EXPECT_EQ(room(), kRoom);
+    workOff(100, 0.002);
+    EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.002, 1);
+    workOff(100, 2);
+    EXPECT_EQ(room(), COrderCredit::kLeastRoom);
+    workOff(100, 0.0001);
+    EXPECT_EQ(room(), kRoom);
+}
+
+TEST_F(OrderCredit, TimeWithoutOrdersIsNoWork) {
+    workOff(100, 0.0001);
+    clock.sleep(3600);
+    workOff(1, 0.0001);
+    EXPECT_EQ(room(), kRoom);
+}
+
+TEST_F(OrderCredit, OrdersThatWaitInTheQueueAreMeasuredOneByOne) {
+    const auto a = open("a");
+    for (int round = 0; round < 10; ++round) {
+        CTickets tickets;
+        for (int i = 0; i < 20; ++i)
+            tickets.push_back(credit->charge(a, 1));
+        for (int i = 0; i < 20; ++i) {
+            clock.sleep(0.001);
+            giveBack(tickets, 1);
+        }
+    }
+    EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.001, 1);
+}
+
+TEST_F(OrderCredit, RowsOfABasketAreMeasuredLikeOrders) {
+    const auto a = open("a");
+    for (int i = 0; i < 100; ++i) {
+        const auto basket = credit->charge(a, 100);
+        clock.sleep(0.2);
+    }
+    EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.002, 1);
+}
+
+} // namespace

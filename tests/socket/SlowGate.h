@@ -1,0 +1,118 @@
+#pragma once
+
+#include "gates/OrderGate.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+/// A gate in front of a service that works nothing off until the test says so. Orders are known by the volume
+/// of their first line, cancels by "cancel" and the task. Any thread.
+class CSlowGate final : public TC::IOrderGate {
+public:
+    ~CSlowGate() { workOff(m_queue.size()); }
+
+    void placeorder(TC::COrderParam order) override {
+        add({std::to_string(order.m_orders.isEmpty() ? 0 : order.m_orders[0].m_nVolume), nullptr});
+    }
+    void placeOrders(QVector<TC::COrderParam> orders) override {
+        for (const TC::COrderParam& order : orders)
+            placeorder(order);
+    }
+    void cancelOrder(int taskId) override { add({"cancel " + std::to_string(taskId), nullptr}); }
+    void cancelOrders(std::vector<std::string>&) override {}
+    void holdUntilWorkedOff(std::shared_ptr<const void> ticket) override { add({"", std::move(ticket)}); }
+    QString getOrderStrategyText(TC::EOrderStrategyType) const override { return {}; }
+    std::string defaultRemark(const TC::COrderStrategyParam&) const override { return {}; }
+
+    /// Works off so many orders and cancels, or all if there are fewer; gives how many.
+    std::size_t workOff(std::size_t count) {
+        std::size_t done = 0;
+        while (const auto entry = take(done < count)) {
+            if (entry->name.empty()) continue;
+            const std::lock_guard lock(m_mutex);
+            m_done.push_back(entry->name);
+            ++done;
+        }
+        return done;
+    }
+    /// Works off one at a time, as soon as there is one, until so many have been.
+    void workOffUntil(std::size_t done) {
+        while (workedOff().size() < done) {
+            waitForQueue(1);
+            workOff(1);
+        }
+    }
+    /// What waits now, in its order.
+    std::vector<std::string> queue() {
+        const std::lock_guard lock(m_mutex);
+        std::vector<std::string> names;
+        for (const CEntry& entry : m_queue) {
+            if (!entry.name.empty()) names.push_back(entry.name);
+        }
+        return names;
+    }
+    std::vector<std::string> workedOff() {
+        const std::lock_guard lock(m_mutex);
+        return m_done;
+    }
+    std::size_t longestQueue() {
+        const std::lock_guard lock(m_mutex);
+        return m_nLongest;
+    }
+    void waitForQueue(std::size_t count) {
+        std::unique_lock lock(m_mutex);
+        if (!m_changed.wait_for(lock, std::chrono::seconds(60), [&] { return waiting() >= count; }))
+            throw std::runtime_error("the queue stays short");
+    }
+    /// How many stand in front of the entry, which is waited for.
+    std::size_t placeOf(const std::string& name) {
+        std::unique_lock lock(m_mutex);
+        const auto find = [&] {
+            return std::find_if(m_queue.begin(), m_queue.end(),
+                                [&](const CEntry& e) { return e.name == name; });
+        };
+        if (!m_changed.wait_for(lock, std::chrono::seconds(60), [&] { return find() != m_queue.end(); }))
+            throw std::runtime_error(name + " does not come");
+        const auto isNamed = [](const CEntry& entry) { return !entry.name.empty(); };
+        return static_cast<std::size_t>(std::count_if(m_queue.begin(), find(), isNamed));
+    }
+
+private:
+    struct CEntry {
+        std::string name; ///< empty for a ticket
+        std::shared_ptr<const void> ticket;
+    };
+
+    void add(CEntry entry) {
+        const std::lock_guard lock(m_mutex);
+        m_queue.push_back(std::move(entry));
+        m_nLongest = std::max(m_nLongest, waiting());
+        m_changed.notify_all();
+    }
+    /// The first entry; past the count tickets alone. A ticket goes without the lock held.
+    std::unique_ptr<CEntry> take(bool mayBeOrder) {
+        const std::lock_guard lock(m_mutex);
+        if (m_queue.empty() || (!mayBeOrder && !m_queue.front().name.empty())) return nullptr;
+        auto entry = std::make_unique<CEntry>(std::move(m_queue.front()));
+        m_queue.pop_front();
+        return entry;
+    }
+    std::size_t waiting() const {
+        const auto isNamed = [](const CEntry& entry) { return !entry.name.empty(); };
+        return static_cast<std::size_t>(std::count_if(m_queue.begin(), m_queue.end(), isNamed));
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<CEntry> m_queue;
+    std::vector<std::string> m_done;
+    std::size_t m_nLongest = 0;
+};
