@@ -105,6 +105,7 @@ void showIntake(std::ostream& out, const CJson& record) {
     if (number(record, "ignored_lines") != 0)
         out << ", " << word(record, "ignored_lines") << " lines WITHOUT EFFECT, the first is "
             << word(record, "first_ignored");
+    if (word(record, "left_over") == "true") out << ", LEFT OVER: " << word(record, "cause");
     if (word(record, "rejected") == "true") out << ", REFUSED: " << word(record, "cause");
     if (word(record, "left_waiting") == "true") out << ", LEFT WAITING: " << word(record, "cause");
     if (word(record, "cut_short") == "true") out << ", CUT SHORT at " << word(record, "cause");

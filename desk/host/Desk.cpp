@@ -86,7 +86,8 @@ void CDesk::startTrading() {
     service.setStrategyGuard([this](const TC::COrderStrategyParam& strategy,
                                     const TC::COrderStrategyMap& all) { return whyRefused(strategy, all); });
     m_interfaces.load();
-    reportLeftovers(m_config.strategies, m_journal, m_sink);
+    reportLeftovers(m_config.strategies, m_config.switches.count("mdl_order_file_guard") > 0, m_journal,
+                    m_sink);
     service.loadFromConfig(true);
     const TC::COrderStrategyMap started = service.getStrategyMap();
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {

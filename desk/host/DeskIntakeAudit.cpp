@@ -54,6 +54,9 @@ void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     if (report.m_bRejected)
         m_sink.writeLine(source + " was refused whole: " + report.m_strCause.toStdString() +
                          whereabouts(report, "; the file was deleted"));
+    if (report.m_bLeftOver)
+        m_sink.writeLine(source + " was moved away unread: " + report.m_strCause.toStdString() +
+                         whereabouts(report, ""));
     if (report.m_bLeftWaiting) m_sink.writeLine(source + " waits unread: " + report.m_strCause.toStdString());
     if (report.m_bCutShort)
         m_sink.writeLine(source + " was cut short at " + report.m_strCause.toStdString() +

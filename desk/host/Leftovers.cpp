@@ -10,9 +10,10 @@ namespace desk {
 namespace {
 
 constexpr const char* kTmpSuffix = ".tmp"; ///< of a file that the order service is reading
-constexpr const char* kLeftOver =
-    "a run that was cut off had taken it; look for its orders among the commands before you send them again; "
-    "the file is deleted when the next one comes";
+constexpr const char* kLeftOver = "a run that was cut off had taken it; look for its orders among the "
+                                  "commands before you send them again; ";
+constexpr const char* kDeletedLater = "the file is deleted when the next one comes";
+constexpr const char* kKeptLater = "the file is moved to rejected/ when the next one comes";
 
 } // namespace
 
@@ -26,7 +27,9 @@ void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, C
                    std::to_string(report.m_nChannel) + ": " + cause);
 }
 
-void reportLeftovers(const TC::COrderStrategyMap& strategies, CJournal& journal, CTextSink& sink) {
+void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJournal& journal,
+                     CTextSink& sink) {
+    const std::string cause = std::string(kLeftOver) + (isKept ? kKeptLater : kDeletedLater);
     for (const TC::COrderStrategyParam& strategy : strategies) {
         if (!strategy.comesFromFile()) continue;
         TC::CDiscardReport report;
@@ -37,7 +40,7 @@ void reportLeftovers(const TC::COrderStrategyMap& strategies, CJournal& journal,
         report.m_nChannel = strategy.m_nChannel;
         report.m_nLines = count->lines;
         report.m_nBytes = count->bytes;
-        reportDiscard(report, kLeftOver, journal, sink);
+        reportDiscard(report, cause, journal, sink);
     }
 }
 

@@ -14,10 +14,11 @@ namespace desk {
 void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, CJournal& journal,
                    CTextSink& sink);
 
-/// Reports the ".tmp" files that a run left at the paths of the strategies when it was cut off. The order
-/// service deletes such a file when the next one comes to the same path. Main thread, before strategies
-/// start.
-void reportLeftovers(const TC::COrderStrategyMap& strategies, CJournal& journal, CTextSink& sink);
+/// Reports the ".tmp" files that a run left at the paths of the strategies when it was cut off. When
+/// the next file comes to the same path, the order service deletes such a file or, if `isKept`, moves it to
+/// rejected/. Main thread, before strategies start.
+void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJournal& journal,
+                     CTextSink& sink);
 
 /// Tells people that the run before was cut off; `seq` is the number of this run's first journal line.
 std::string crashText(std::int64_t seq);

@@ -39,6 +39,7 @@ CJson intakeFields(const TC::CIntakeReport& report) {
                  {"left_waiting", report.m_bLeftWaiting},
                  {"cause", textValue(report.m_strCause)},
                  {"rejected", report.m_bRejected},
+                 {"left_over", report.m_bLeftOver},
                  {"kept_as", textValue(report.m_strKeptAs)},
                  {"ignored_lines", report.m_nIgnoredLines},
                  {"first_ignored", textValue(report.m_strFirstIgnored)}};

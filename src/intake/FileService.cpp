@@ -253,7 +253,8 @@ bool CFileService::isOrderFileThere(int channel, const COrderStrategyParam& stra
     return false;
 }
 
-/// Takes the file away from its writer. Null: it waits, or it could not be opened any more and is gone.
+/// Takes the file away from its writer. Null: it waits, or it could not be opened any more and was deleted
+/// or, with the guard, kept.
 std::unique_ptr<CTakenFile> CFileService::takeOrderFile(int channel, const COrderStrategyParam& strategy,
                                                         bool isGuarded) {
     const std::string source = utils::toPathBytes(strategy.m_strSignalSource);
@@ -295,14 +296,14 @@ bool CFileService::clearTmpPath(int channel, const COrderStrategyParam& strategy
     struct stat status {};
     // A folder there makes the rename fail, which says so.
     if (::lstat(tmpPath.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return true;
-    const CPutAside kept = putAside(tmpPath, source, rejectedPath());
+    const CPutAside kept = putAside(tmpPath, tmpPath, rejectedPath());
     if (!kept.m_bMoved) {
         tellLeftWaiting(channel, strategy, "a file is left under its .tmp name, and " + kept.m_strTrouble);
         return false;
     }
     CIntakeReport report = makeReport(channel, strategy);
     report.m_strSource += QLatin1String(kTmpSuffix);
-    report.m_bRejected = true;
+    report.m_bLeftOver = true;
     report.m_strCause = QStringLiteral(
         "an earlier run left it there, and its orders may have gone out already: see the journal");
     noteKept(kept, report);

@@ -21,6 +21,11 @@ void warn(TC::EOrderStrategyType source, const QString& pattern, std::initialize
                                         flags.m_bSecond, QString());
 }
 
+QString whereabouts(const TC::CIntakeReport& report) {
+    if (report.m_strKeptAs.isEmpty()) return QStringLiteral("文件已删除");
+    return utils::fillText(QStringLiteral("文件保存为 [%1]"), {report.m_strKeptAs});
+}
+
 } // namespace
 
 void CIntakeAuditBase::recordIntake(const TC::CIntakeReport& report) {
@@ -33,8 +38,12 @@ void CIntakeAuditBase::recordIntake(const TC::CIntakeReport& report) {
              {report.m_strSource, report.m_strCause});
     }
     if (report.m_bRejected) {
-        warn(report.m_eStrategyType, QStringLiteral("%1 已拒绝, 其内容未执行: %2; 文件保存为 [%3]"),
-             {report.m_strSource, report.m_strCause, report.m_strKeptAs});
+        warn(report.m_eStrategyType, QStringLiteral("%1 已拒绝, 其内容未执行: %2; %3"),
+             {report.m_strSource, report.m_strCause, whereabouts(report)});
+    }
+    if (report.m_bLeftOver) {
+        warn(report.m_eStrategyType, QStringLiteral("%1 为上次运行遗留, 未读取, 其指令可能已执行: %2; %3"),
+             {report.m_strSource, report.m_strCause, whereabouts(report)});
     }
     if (report.m_nIgnoredLines != 0) {
         warn(report.m_eStrategyType, QStringLiteral("%1 有%2行未生效, 首行为 %3"),
@@ -59,8 +68,10 @@ void CIntakeAuditBase::recordDoor(const TC::CDoorReport& report) {
 }
 
 void CIntakeAuditBase::recordDiscard(const TC::CDiscardReport& report) {
-    warn(report.m_eStrategyType, QStringLiteral("%1 未读取即删除, 共%2行"),
-         {report.m_strSource, QString::number(report.m_nLines)});
+    const QString lines = report.m_nLines < 0
+                              ? QStringLiteral("行数未知")
+                              : utils::fillText(QStringLiteral("共%1行"), {QString::number(report.m_nLines)});
+    warn(report.m_eStrategyType, QStringLiteral("%1 未读取即删除, %2"), {report.m_strSource, lines});
 }
 
 void CIntakeAuditBase::recordUnplaced(const QVector<TC::COrderParam>& orders) {

@@ -26,6 +26,9 @@ struct CIntakeReport {
     bool m_bLeftWaiting = false;
     /// The source was refused whole: this reading carried out none of its orders and cancels.
     bool m_bRejected = false;
+    /// A file that an earlier run left under its .tmp name was moved away unread: its orders may have gone
+    /// out already.
+    bool m_bLeftOver = false;
     QString m_strCause; ///< for people: which line ended the source, what holds it, or why it was refused
     /// Where a file lies that was not deleted after it was taken; empty: it was deleted.
     QString m_strKeptAs;
@@ -75,12 +78,14 @@ struct CIncidentReport {
     QString m_strCause;         ///< for people
 };
 
-/// Wants to know what came in, so that a journal can tell how many orders a file held. Called on the thread
-/// of the door, before the orders are handed on; must not throw. A host without a journal does nothing here.
+/// Wants to know what came in and what came to nothing, so that a journal can tell, and answers where refused
+/// files are kept. Each operation names its thread; none may throw. A host without a journal does nothing
+/// here.
 class CIntakeAudit : public CHostService<CIntakeAudit> {
 public:
     static constexpr const char* kServiceName = "CIntakeAudit";
 
+    /// On the thread of the door, before the orders are handed on.
     virtual void recordIntake(const CIntakeReport& report) = 0;
 
     /// On the thread of the door, or with the registry locked on the thread that starts or stops a strategy.

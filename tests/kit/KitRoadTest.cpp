@@ -173,11 +173,23 @@ TEST_F(KitAudit, RefusedFileAndLinesWithoutEffectAreShown) {
     EXPECT_TRUE(
         shows("/orders/a.txt 已拒绝, 其内容未执行: line 3: a zero byte; 文件保存为 [/orders/a.txt.rejected]"))
         << screen.str();
+    report.m_strKeptAs.clear();
+    tellAudit(report);
+    EXPECT_TRUE(shows("line 3: a zero byte; 文件已删除")) << screen.str();
     CIntakeReport ignored;
     ignored.m_nIgnoredLines = 2;
     ignored.m_strFirstIgnored = QStringLiteral("line 1: too few fields");
     tellAudit(ignored);
     EXPECT_TRUE(shows("有2行未生效, 首行为 line 1: too few fields")) << screen.str();
+}
+
+TEST_F(KitAudit, FileOfAnEarlierRunIsNotSaidToBeUntraded) {
+    CIntakeReport report;
+    report.m_strSource = QStringLiteral("/orders/a.txt.tmp");
+    report.m_bLeftOver = true;
+    tellAudit(report);
+    EXPECT_TRUE(shows("/orders/a.txt.tmp 为上次运行遗留, 未读取, 其指令可能已执行")) << screen.str();
+    EXPECT_FALSE(shows("未执行")) << screen.str();
 }
 
 TEST_F(KitAudit, FileThatIsDeletedUnreadIsShown) {
@@ -186,6 +198,9 @@ TEST_F(KitAudit, FileThatIsDeletedUnreadIsShown) {
     report.m_nLines = 7;
     tellAudit(report);
     EXPECT_TRUE(shows("/orders/a.txt 未读取即删除, 共7行")) << screen.str();
+    report.m_nLines = -1;
+    tellAudit(report);
+    EXPECT_TRUE(shows("/orders/a.txt 未读取即删除, 行数未知")) << screen.str();
 }
 
 TEST_F(KitAudit, OrdersThatAreNotWorkedOffAreShownByChannel) {

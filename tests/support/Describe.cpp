@@ -62,6 +62,7 @@ std::string describe(const TC::CIntakeReport& report) {
         << " orders";
     if (report.m_nUnreadTradeParams != 0)
         out << ", " << report.m_nUnreadTradeParams << " parameters not understood";
+    if (report.m_bLeftOver) out << ", left over: " << report.m_strCause.toStdString();
     if (report.m_bRejected) out << ", refused: " << report.m_strCause.toStdString();
     if (report.m_bCutShort) out << ", cut short at " << report.m_strCause.toStdString();
     return out.str();

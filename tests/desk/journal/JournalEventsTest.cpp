@@ -130,7 +130,7 @@ TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhatBecameOfIt) {
         intakeFields(report).dump(),
         R"({"source":"/orders/a.txt","channel":3,"strategy_type":2,"lines":7,)"
         R"("orders":5,"unread_params":2,"cut_short":true,"left_waiting":false,"cause":"line 7: bad",)"
-        R"("rejected":true,"kept_as":"/rejected/a.txt","ignored_lines":1,"first_ignored":"line 2: short"})");
+        R"("rejected":true,"left_over":false,"kept_as":"/rejected/a.txt","ignored_lines":1,"first_ignored":"line 2: short"})");
 }
 
 TEST(JournalEvents, DoorTellsWhatHappenedWhereToWhomAndWhy) {
