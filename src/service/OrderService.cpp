@@ -160,12 +160,25 @@ COrderService::~COrderService() {
 }
 
 void COrderService::release() {
-    if (instance() != nullptr && utils::CLibraryCall::isInProgress()) return reportNoEndHere();
+    if (instance() != nullptr && instance()->isInside()) return reportNoEndHere();
     utils::CManualSingletonT<COrderService>::release();
 }
 
+/// The service's thread also runs what the host posts to it with the service as receiver.
+bool COrderService::isInside() const {
+    return utils::CLibraryCall::isInProgress() || m_threads->queue->isOnOwnThread();
+}
+
+/// An exception that left the event loop would end the process.
+bool COrderService::event(QEvent* event) {
+    const utils::CLibraryCall call;
+    bool isHandled = true;
+    runGuarded(QStringLiteral("下单服务线程中的调用异常"), [&] { isHandled = QObject::event(event); });
+    return isHandled;
+}
+
 void COrderService::shutdown() {
-    if (utils::CLibraryCall::isInProgress()) return reportNoEndHere();
+    if (isInside()) return reportNoEndHere();
     const utils::CLibraryCall call;
     const std::lock_guard lock(m_threads->end);
     if (!m_threads->service.isRunning()) return;

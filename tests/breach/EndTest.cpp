@@ -18,8 +18,8 @@ protected:
     void SetUp() override { road.load(); }
 
     template<typename Signal, typename Receiver>
-    void onSignal(Signal signal, Receiver receiver) {
-        QObject::connect(&road.service(), signal, &road.service(), receiver, Qt::DirectConnection);
+    void onSignal(Signal signal, Receiver receiver, Qt::ConnectionType type = Qt::DirectConnection) {
+        QObject::connect(&road.service(), signal, &road.service(), receiver, type);
     }
     void endHere() {
         COrderService::instance()->shutdown();
@@ -48,6 +48,30 @@ TEST_F(BreachEnd, IsRefusedInAReceiverOfTheStatus) {
     road.start(5);
     EXPECT_EQ(road.startResult, 0);
     EXPECT_TRUE(road.host.waitForReport(kNoEndHere));
+    expectGoodOrder();
+}
+
+/// Such a receiver runs on the service's thread, outside of its slots.
+TEST_F(BreachEnd, IsRefusedInAReceiverThatIsConnectedAutomatically) {
+    onSignal(
+        &COrderService::sigSetStatus, [this] { endHere(); }, Qt::AutoConnection);
+    road.start(5);
+    EXPECT_TRUE(road.host.waitForReport(kNoEndHere));
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, IsRefusedInACallThatTheHostPostsToTheService) {
+    QMetaObject::invokeMethod(
+        &road.service(), [this] { endHere(); }, Qt::QueuedConnection);
+    EXPECT_TRUE(road.host.waitForReport(kNoEndHere));
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, ReceiverOnTheServicesThreadThatThrowsIsReported) {
+    onSignal(
+        &COrderService::sigSetStatus, [] { throw CForeign(); }, Qt::AutoConnection);
+    road.start(5);
+    EXPECT_TRUE(road.host.waitForReport("下单服务线程中的调用异常"));
     expectGoodOrder();
 }
 
