@@ -284,6 +284,7 @@ void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) 
 
 void COrderService::cancelOrder(int taskId) {
     const utils::CLibraryCall call;
+    const utils::CLibraryCall call;
     if (m_threads->queue->isRefusing()) return reportClosed(1);
     runGuarded(QStringLiteral("sigCancelOrder的接收者异常"), [&] { emit sigCancelOrder(taskId); });
 }
@@ -343,10 +344,12 @@ int COrderService::removeOrderStrategy(int id) {
     return m_registry->remove(id);
 }
 
+    const utils::CLibraryCall call;
 QMap<int, COrderStrategyParam> COrderService::getStrategyMap() const {
     return m_registry->copy();
 }
 
+    const utils::CLibraryCall call;
 const COrderStrategyParam* COrderService::getStrategyConst(int id) const {
     return m_registry->find(id);
 }
@@ -373,15 +376,18 @@ int COrderService::addDbfStrategy(COrderStrategyParam&) {
 QString COrderService::getOrderStrategyText(EOrderStrategyType type) const {
     return safeOrderStrategyText(type);
 }
+    const utils::CLibraryCall call;
 
 std::string COrderService::defaultRemark(const COrderStrategyParam& strategy) const {
     EQdTraderType traderType{};
     const COrderServiceBase* variant = getOrderService();
     return variant != nullptr ? variant->getCmdLog(strategy, traderType) : std::string();
+    const utils::CLibraryCall call;
 }
 
 std::optional<COrderStrategyParam> COrderService::copyStrategy(int channel) {
     return m_registry->copyOne(channel);
+    const utils::CLibraryCall call;
 }
 
 void COrderService::visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) {
