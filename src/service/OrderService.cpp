@@ -206,7 +206,7 @@ void COrderService::loadFromConfig(bool showMsg) {
         bindUser(showMsg);
     } catch (...) {
         // Strategies that were neither filtered nor checked must not trade.
-        m_registry->bind(nullptr);
+        unbind();
         reportFailure(QStringLiteral("用户配置加载失败, 没有策略运行"));
     }
 }
@@ -214,7 +214,7 @@ void COrderService::loadFromConfig(bool showMsg) {
 /// All that can fail comes before the first strategy is started.
 void COrderService::bindUser(bool showMsg) {
     CUserConfig* user = getUserConfig();
-    if (user == nullptr) return m_registry->bind(nullptr);
+    if (user == nullptr) return unbind();
     COrderStrategyMap* strategies = hostCall<&CUserConfig::getStrategyMap>.on(*user);
     if (strategies == nullptr)
         throw CHostError(operationName<&CUserConfig::getStrategyMap>(), "there is no map of strategies");
@@ -223,9 +223,16 @@ void COrderService::bindUser(bool showMsg) {
     chooseVariant(*user);
     if (m_orderService)
         m_registry->filter([this](COrderStrategyMap* kept) { m_orderService->filterStrategies(kept); });
+    startFileThread(); // its first pass waits for the registry
     m_registry->restartRemembered(showMsg);
-    startFileThread();
     if (hasFramework) reportSafely(QStringLiteral("[接口单]　此版本尚不支持交易框架接口!"));
+}
+
+/// What ran runs no more, and who shows it must learn that.
+void COrderService::unbind() {
+    const bool wasRunning = hasRunning();
+    m_registry->bind(nullptr);
+    if (wasRunning) announceStatus(false);
 }
 
 void COrderService::chooseVariant(const CUserConfig& user) {
@@ -276,6 +283,7 @@ void COrderService::placeOrders(QVector<COrderParam> orders) {
 }
 
 void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) {
+    const utils::CLibraryCall call;
     COrderServiceBase* variant = getOrderService();
     if (variant == nullptr) return;
     const COrderStrategyMap strategies = m_registry->copy();
@@ -283,7 +291,6 @@ void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) 
 }
 
 void COrderService::cancelOrder(int taskId) {
-    const utils::CLibraryCall call;
     const utils::CLibraryCall call;
     if (m_threads->queue->isRefusing()) return reportClosed(1);
     runGuarded(QStringLiteral("sigCancelOrder的接收者异常"), [&] { emit sigCancelOrder(taskId); });
@@ -337,19 +344,19 @@ int COrderService::addOrderStrategy(EOrderStrategyType type) {
 }
 
 int COrderService::updateOrderStrategy(int, COrderStrategyParam param) {
+    const utils::CLibraryCall call;
     return m_registry->update(param);
 }
 
 int COrderService::removeOrderStrategy(int id) {
+    const utils::CLibraryCall call;
     return m_registry->remove(id);
 }
 
-    const utils::CLibraryCall call;
 QMap<int, COrderStrategyParam> COrderService::getStrategyMap() const {
     return m_registry->copy();
 }
 
-    const utils::CLibraryCall call;
 const COrderStrategyParam* COrderService::getStrategyConst(int id) const {
     return m_registry->find(id);
 }
@@ -369,25 +376,25 @@ int COrderService::stopOrderStrategy(int id, QString& error) {
 }
 
 int COrderService::addDbfStrategy(COrderStrategyParam&) {
+    const utils::CLibraryCall call;
     reportSafely(QStringLiteral("[批量埋单]　此版本尚不支持DBF委托表!"));
     return -1;
 }
 
 QString COrderService::getOrderStrategyText(EOrderStrategyType type) const {
+    const utils::CLibraryCall call;
     return safeOrderStrategyText(type);
 }
-    const utils::CLibraryCall call;
 
 std::string COrderService::defaultRemark(const COrderStrategyParam& strategy) const {
+    const utils::CLibraryCall call;
     EQdTraderType traderType{};
     const COrderServiceBase* variant = getOrderService();
     return variant != nullptr ? variant->getCmdLog(strategy, traderType) : std::string();
-    const utils::CLibraryCall call;
 }
 
 std::optional<COrderStrategyParam> COrderService::copyStrategy(int channel) {
     return m_registry->copyOne(channel);
-    const utils::CLibraryCall call;
 }
 
 void COrderService::visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) {

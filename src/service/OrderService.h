@@ -3,6 +3,7 @@
 #include "base/ManualSingleton.h"
 #include "gates/OrderGate.h"
 #include "gates/StrategyRegistry.h"
+#include "platform/Host.h"
 #include "records/Account.h"
 #include "records/CommandParam.h"
 #include "records/OrderParam.h"
@@ -184,6 +185,7 @@ private:
     void connectOwnSignals();
     void connectHost();
     void bindUser(bool showMsg);
+    void unbind();
     void workOff(const QVector<COrderParam>& orders);
     void announceStatus(bool isAnyRunning);
     void chooseVariant(const CUserConfig& user);
@@ -199,6 +201,7 @@ private:
         bool isCut = false; ///< the rest was dropped
     };
 
+    const CHostLease m_hostLease; ///< first: the host goes last
     std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
     std::unique_ptr<COrderServiceBase> m_orderService;

@@ -2,6 +2,10 @@
 
 #include <QDomDocument>
 
+#include <chrono>
+#include <future>
+#include <memory>
+
 namespace breach {
 namespace {
 
@@ -108,7 +112,22 @@ void save(CBreachRoad& road) {
 void exchange(CBreachRoad& road) {
     road.exchange();
 }
+void startOverOldOrders(CBreachRoad& road) {
+    road.folder.write("5.txt", "23,0,10.5,600000,100\n");
+    road.start(kStopped);
+}
+void dropRefused(CBreachRoad& road) {
+    road.drop("23,0,10.5,600000,100"); // without its line end
+}
+void dropBacklog(CBreachRoad& road) {
+    road.service().dropBacklog();
+    road.place(CBreachRoad::order(kStock));
+}
 void nothing(CBreachRoad&) {}
+
+void prepareFileGuard(CBreachRoad& road) {
+    road.host.switches.on.insert("mdl_order_file_guard");
+}
 
 void prepareSplitLimits(CBreachRoad& road) {
     road.host.switches.on.insert("mdl_order_split_orderNum");
@@ -203,6 +222,9 @@ const std::vector<CBreachRow> kBreachRows = {
     {"LuaModuleCtrl::checkModule", stock},
     {"CIntakeAudit::recordIntake", dropOrder},
     {"CIntakeAudit::recordDoor", startSocket},
+    {"CIntakeAudit::recordDiscard", startOverOldOrders},
+    {"CIntakeAudit::recordUnplaced", dropBacklog, nullptr, false, true},
+    {"CIntakeAudit::rejectedFolder", dropRefused, prepareFileGuard},
     {"CIntakeAudit::recordIncident", batchThatEnds},
     {"CTradeFrameworkSource::switchTradingDate", newDay},
     {"CTradeFrameworkSource::getAllInterfaces", save},
@@ -314,10 +336,19 @@ void CBreachRoad::exchange() {
     EXPECT_EQ(rows.at(0).m_nVolume, 300);
 }
 
+void CBreachRoad::renewService() {
+    TC::COrderService::release();
+    TC::COrderService::initInstance(new TC::COrderService);
+    load();
+}
+
 void CBreachRoad::waitForService() {
-    const std::size_t before = host.records.snapshot([this] { return host.framework.dates.size(); });
-    emit host.exchange.sigNewTradingDate("barrier");
-    EXPECT_TRUE(host.records.waitUntil([&] { return host.framework.dates.size() > before; }));
+    constexpr std::chrono::seconds kDeadline{60};
+    const auto workedOff = std::make_shared<std::promise<void>>();
+    auto done = workedOff->get_future();
+    service().holdUntilWorkedOff(
+        std::shared_ptr<const void>(workedOff.get(), [workedOff](const void*) { workedOff->set_value(); }));
+    EXPECT_EQ(done.wait_for(kDeadline), std::future_status::ready);
 }
 
 std::size_t CBreachRoad::commandCount() const {
