@@ -5,6 +5,7 @@
 #include <chrono>
 #include <future>
 #include <memory>
+#include <utility>
 
 namespace breach {
 namespace {
@@ -289,10 +290,17 @@ void CBreachRoad::addStrategy(int channel, TC::EOrderStrategyTradeType family, b
 
 /// With a file for each strategy: a start asks for it, and deletes it.
 void CBreachRoad::load() {
-    for (const int channel : host.user.strategies.keys()) {
-        if (channel != kSocket) folder.write(std::to_string(channel) + ".txt", "");
-    }
-    service().loadFromConfig(true);
+    bool isLoaded = false;
+    const auto writeAndLoad = [&](int = 0, const TC::COrderStrategyParam& = {}) {
+        if (std::exchange(isLoaded, true)) return;
+        for (const int channel : host.user.strategies.keys()) {
+            if (channel != kSocket) folder.write(std::to_string(channel) + ".txt", "");
+        }
+        service().loadFromConfig(true);
+    };
+    // With the registry held: a pass of the file loop would take the files before the start asks for them.
+    service().visitStrategies(writeAndLoad);
+    writeAndLoad(); // nothing is bound yet: no pass takes files
 }
 
 TC::COrderParam CBreachRoad::order(int channel, int number, double price, int volume) {
