@@ -57,6 +57,8 @@ void CIntakeAuditBase::recordIntake(const TC::CIntakeReport& report) {
 
 void CIntakeAuditBase::recordDoor(const TC::CDoorReport& report) {
     const auto source = TC::EOrderStrategyType::Signal;
+    if (report.m_eEvent == TC::EDoorEvent::Opened && !report.m_strCause.isEmpty())
+        warn(source, QStringLiteral("%1 端口已改变: %2"), {report.m_strSource, report.m_strCause});
     if (report.m_eEvent == TC::EDoorEvent::Stuck) {
         warn(source, QStringLiteral("%1 已停止服务: %2, 请重新启动策略"),
              {report.m_strSource, report.m_strCause});

@@ -1,7 +1,9 @@
 #include "platform/Host.h"
 
+#include "base/Thread.h"
 #include "platform/AlgorithmTradeHelper.h"
 #include "platform/ExchangeClient.h"
+#include "platform/HostReports.h"
 #include "platform/InstrumentTypes.h"
 #include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
@@ -15,6 +17,7 @@
 #include "platform/TradingRules.h"
 #include "platform/UserConfig.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -32,7 +35,8 @@ public:
 
 namespace {
 
-bool s_installed = false;
+std::atomic<bool> s_installed{false};
+std::atomic<int> s_leases{0};
 
 /// Calls `visit` with each service of the host: one list for checking, installing and releasing.
 template<typename Visitor>
@@ -84,8 +88,19 @@ utils::KNError installHost(const CHost& host) {
 }
 
 void releaseHost() {
+    if (!s_installed) return;
+    if (s_leases > 0 || utils::CLibraryCall::isInProgress())
+        return reportSafely(QStringLiteral("[接口单]　下单服务仍在使用主机服务, 请先在主线程释放下单服务!"));
     forEachService(CHost{}, CSetService{});
     s_installed = false;
+}
+
+CHostLease::CHostLease() {
+    ++s_leases;
+}
+
+CHostLease::~CHostLease() {
+    --s_leases;
 }
 
 bool isHostInstalled() {

@@ -47,8 +47,19 @@ struct CHost {
 /// missing or a host is installed already, installs nothing and fails with a text that names what is wrong.
 [[nodiscard]] utils::KNError installHost(const CHost& host);
 
-/// Forgets the services. Main thread, after COrderService::release. Does nothing without a host.
+/// Forgets the services. Main thread, after COrderService::release. Does nothing without a host. Refused with
+/// a message, and the host stays, in a call-back of the library and while a COrderService lives: the next
+/// call of a service would end the process.
 void releaseHost();
+
+/// Keeps the host installed for as long as it lives; the order service has one. Any thread.
+class CHostLease {
+public:
+    CHostLease();
+    ~CHostLease();
+    CHostLease(const CHostLease&) = delete;
+    CHostLease& operator=(const CHostLease&) = delete;
+};
 
 /// Whether a host is installed. Main thread.
 bool isHostInstalled();

@@ -13,6 +13,17 @@
 namespace TC {
 namespace {
 
+thread_local bool t_isReporting = false;
+
+/// Marks the thread as being inside a report for as long as it lives.
+class CReporting {
+public:
+    CReporting() { t_isReporting = true; }
+    ~CReporting() { t_isReporting = false; }
+    CReporting(const CReporting&) = delete;
+    CReporting& operator=(const CReporting&) = delete;
+};
+
 constexpr const char* kUnknownType = "an exception of an unknown type";
 
 std::string hostErrorText(std::string_view operation, const char* cause) {
@@ -88,6 +99,9 @@ QString exceptionText() noexcept {
 }
 
 void reportSafely(const QString& text) noexcept {
+    // A panel that brings about a report at each message would be called without end.
+    if (t_isReporting) return logFailure(text);
+    const CReporting reporting;
     try {
         const CMsgFlags flags = noteFlags();
         hostCall<&CMsgService::showMsg>(text, EMsgTypeDef::General, MsgLevel::Note, flags.m_bFirst,

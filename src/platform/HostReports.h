@@ -9,7 +9,8 @@
 namespace TC {
 
 /// Shows the text as a note to the user. If the message panel fails, the audit gets text and cause; if that
-/// fails as well, the log, or the standard error stream while logging is off.
+/// fails as well, the log, or the standard error stream while logging is off. A report that the host brings
+/// about while it takes another one on the same thread goes there at once.
 void reportSafely(const QString& text) noexcept;
 
 /// What the exception in hand says; one of the host's names its service and operation. In a catch block only.

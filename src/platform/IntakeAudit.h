@@ -39,7 +39,7 @@ struct CIntakeReport {
 
 /// What happened at a door that listens.
 enum class EDoorEvent {
-    Opened, ///< it listens
+    Opened, ///< it listens; the cause names its port if that differs from the one entered
     Closed, ///< it does not listen any more
     Stuck,  ///< it serves nobody until it is closed
     /// One connection was closed, the others are served on. In a flood not each is told: where there is no

@@ -160,12 +160,25 @@ COrderService::~COrderService() {
 }
 
 void COrderService::release() {
-    if (instance() != nullptr && utils::CLibraryCall::isInProgress()) return reportNoEndHere();
+    if (instance() != nullptr && instance()->isInside()) return reportNoEndHere();
     utils::CManualSingletonT<COrderService>::release();
 }
 
+/// The service's thread also runs what the host posts to it with the service as receiver.
+bool COrderService::isInside() const {
+    return utils::CLibraryCall::isInProgress() || m_threads->queue->isOnOwnThread();
+}
+
+/// An exception that left the event loop would end the process.
+bool COrderService::event(QEvent* event) {
+    const utils::CLibraryCall call;
+    bool isHandled = true;
+    runGuarded(QStringLiteral("下单服务线程中的调用异常"), [&] { isHandled = QObject::event(event); });
+    return isHandled;
+}
+
 void COrderService::shutdown() {
-    if (utils::CLibraryCall::isInProgress()) return reportNoEndHere();
+    if (isInside()) return reportNoEndHere();
     const utils::CLibraryCall call;
     const std::lock_guard lock(m_threads->end);
     if (!m_threads->service.isRunning()) return;
@@ -193,7 +206,7 @@ void COrderService::loadFromConfig(bool showMsg) {
         bindUser(showMsg);
     } catch (...) {
         // Strategies that were neither filtered nor checked must not trade.
-        m_registry->bind(nullptr);
+        unbind();
         reportFailure(QStringLiteral("用户配置加载失败, 没有策略运行"));
     }
 }
@@ -201,7 +214,7 @@ void COrderService::loadFromConfig(bool showMsg) {
 /// All that can fail comes before the first strategy is started.
 void COrderService::bindUser(bool showMsg) {
     CUserConfig* user = getUserConfig();
-    if (user == nullptr) return m_registry->bind(nullptr);
+    if (user == nullptr) return unbind();
     COrderStrategyMap* strategies = hostCall<&CUserConfig::getStrategyMap>.on(*user);
     if (strategies == nullptr)
         throw CHostError(operationName<&CUserConfig::getStrategyMap>(), "there is no map of strategies");
@@ -210,9 +223,16 @@ void COrderService::bindUser(bool showMsg) {
     chooseVariant(*user);
     if (m_orderService)
         m_registry->filter([this](COrderStrategyMap* kept) { m_orderService->filterStrategies(kept); });
+    startFileThread(); // its first pass waits for the registry
     m_registry->restartRemembered(showMsg);
-    startFileThread();
     if (hasFramework) reportSafely(QStringLiteral("[接口单]　此版本尚不支持交易框架接口!"));
+}
+
+/// What ran runs no more, and who shows it must learn that.
+void COrderService::unbind() {
+    const bool wasRunning = hasRunning();
+    m_registry->bind(nullptr);
+    if (wasRunning) announceStatus(false);
 }
 
 void COrderService::chooseVariant(const CUserConfig& user) {
@@ -263,6 +283,7 @@ void COrderService::placeOrders(QVector<COrderParam> orders) {
 }
 
 void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) {
+    const utils::CLibraryCall call;
     COrderServiceBase* variant = getOrderService();
     if (variant == nullptr) return;
     const COrderStrategyMap strategies = m_registry->copy();
@@ -323,10 +344,12 @@ int COrderService::addOrderStrategy(EOrderStrategyType type) {
 }
 
 int COrderService::updateOrderStrategy(int, COrderStrategyParam param) {
+    const utils::CLibraryCall call;
     return m_registry->update(param);
 }
 
 int COrderService::removeOrderStrategy(int id) {
+    const utils::CLibraryCall call;
     return m_registry->remove(id);
 }
 
@@ -353,15 +376,18 @@ int COrderService::stopOrderStrategy(int id, QString& error) {
 }
 
 int COrderService::addDbfStrategy(COrderStrategyParam&) {
+    const utils::CLibraryCall call;
     reportSafely(QStringLiteral("[批量埋单]　此版本尚不支持DBF委托表!"));
     return -1;
 }
 
 QString COrderService::getOrderStrategyText(EOrderStrategyType type) const {
+    const utils::CLibraryCall call;
     return safeOrderStrategyText(type);
 }
 
 std::string COrderService::defaultRemark(const COrderStrategyParam& strategy) const {
+    const utils::CLibraryCall call;
     EQdTraderType traderType{};
     const COrderServiceBase* variant = getOrderService();
     return variant != nullptr ? variant->getCmdLog(strategy, traderType) : std::string();

@@ -3,6 +3,7 @@
 #include "base/ManualSingleton.h"
 #include "gates/OrderGate.h"
 #include "gates/StrategyRegistry.h"
+#include "platform/Host.h"
 #include "records/Account.h"
 #include "records/CommandParam.h"
 #include "records/OrderParam.h"
@@ -52,7 +53,8 @@ public:
 
     /// Deletes the service that initInstance stored and forgets it; shuts it down first. Refused with a
     /// message, and the service stays, inside a call-back of the library: on one of its own threads, or in a
-    /// service or receiver of the host that an operation of the library has called.
+    /// service or receiver of the host that an operation of the library has called. An automatic connection
+    /// with the service as receiver runs on the service's thread.
     static void release();
 
     /// Binds the service to the logged-in user: chooses the variant, filters the strategies over the user's
@@ -173,10 +175,17 @@ public slots:
     void slotCancelOrder(int taskId);
     void slotDbfCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
 
+protected:
+    /// Runs on the service's thread. What the host has posted there, by a connection with the service as
+    /// receiver or by QMetaObject::invokeMethod, may throw: it is reported, and the thread goes on.
+    bool event(QEvent* event) override;
+
 private:
+    bool isInside() const;
     void connectOwnSignals();
     void connectHost();
     void bindUser(bool showMsg);
+    void unbind();
     void workOff(const QVector<COrderParam>& orders);
     void announceStatus(bool isAnyRunning);
     void chooseVariant(const CUserConfig& user);
@@ -192,6 +201,7 @@ private:
         bool isCut = false; ///< the rest was dropped
     };
 
+    const CHostLease m_hostLease; ///< first: the host goes last
     std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
     std::unique_ptr<COrderServiceBase> m_orderService;

@@ -62,6 +62,10 @@ bool lacksCode(const COrderStrategyParam& strategy) {
     }
 }
 
+QString notThere(int id) {
+    return QStringLiteral("策略%1不存在").arg(id);
+}
+
 bool isRegularFile(const std::string& path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
@@ -109,8 +113,9 @@ bool fillDefaults(COrderStrategyParam& strategy) {
 }
 
 /// The head of the messages about a strategy. Made before the host hears of the change: it may remove the
-/// strategy there and then. Without its title if the host fails: the change is done by then.
-QString messageHead(const COrderStrategyParam& strategy) {
+/// strategy there and then. By value: it may remove it here as well. Without its title if the host fails: the
+/// change is done by then.
+QString messageHead(COrderStrategyParam strategy) {
     QString title;
     runGuarded(QStringLiteral("策略标题未知"),
                [&] { title = orderStrategyTypeToOrderTitle(strategy.m_eStrategyType); });
@@ -124,12 +129,14 @@ void CStrategyRegistry::setGuard(CGuard guard) {
     m_guard = std::move(guard);
 }
 
-/// A guard that fails refuses.
+/// A guard that fails refuses, with a report: a start in loadFromConfig shows no error.
 QString CStrategyRegistry::whyRefused(const COrderStrategyParam& strategy) {
-    if (!m_guard) return {};
+    const CGuard guard = m_guard; // it may set another one
+    if (!guard) return {};
     try {
-        return m_guard(strategy, copy());
+        return guard(strategy, copy());
     } catch (...) {
+        reportFailure(QStringLiteral("策略%1: setStrategyGuard").arg(strategy.m_nChannel));
         return QStringLiteral("setStrategyGuard: ") + exceptionText();
     }
 }
@@ -158,13 +165,15 @@ bool CStrategyRegistry::isBound() const {
 void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& filter) {
     const std::lock_guard lock(m_mutex);
     COrderStrategyMap kept = copy();
+    const QList<int> channels = kept.keys(); // not what the host adds in the filter
     filter(&kept);
-    const QList<int> channels = m_pStrategies->keys();
     for (const int channel : channels) {
         if (kept.contains(channel)) continue;
         m_leftOut.insert(channel);
-        leaveListener(*find(channel));
-        change([&] { m_pStrategies->remove(channel); });
+        leaveListener(channel);
+        change([&] {
+            if (m_pStrategies != nullptr) m_pStrategies->remove(channel);
+        });
     }
 }
 
@@ -192,19 +201,25 @@ int CStrategyRegistry::add(EOrderStrategyType type) {
 
 int CStrategyRegistry::update(const COrderStrategyParam& param) {
     const std::lock_guard lock(m_mutex);
-    COrderStrategyParam* stored = find(param.m_nChannel);
-    if (stored == nullptr || stored->isRunning()) return kFailure;
+    if (!isStopped(param.m_nChannel)) return kFailure;
     if (const QString reason = whyRefused(param); !reason.isEmpty()) {
         reportSafely(messageHead(param) + QStringLiteral(": 修改失败! ") + reason);
         return kFailure;
     }
+    if (!isStopped(param.m_nChannel)) return kFailure; // the guard may have removed or started it
     change([&] {
-        *stored = param;
-        stored->m_nStartCount = 0;
+        COrderStrategyParam& stored = (*m_pStrategies)[param.m_nChannel];
+        stored = param;
+        stored.m_nStartCount = 0;
         // Only a start, with its checks, makes a strategy run.
-        stored->m_nStatus = COrderStrategyParam::kStopped;
+        stored.m_nStatus = COrderStrategyParam::kStopped;
     });
     return kSuccess;
+}
+
+bool CStrategyRegistry::isStopped(int id) const {
+    const auto strategy = copyOne(id);
+    return strategy && !strategy->isRunning();
 }
 
 int CStrategyRegistry::remove(int id) {
@@ -224,41 +239,39 @@ COrderStrategyParam* CStrategyRegistry::find(int id) {
 
 int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
     const std::lock_guard lock(m_mutex);
-    COrderStrategyParam* strategy = find(id);
-    if (strategy == nullptr) {
-        error = QStringLiteral("策略%1不存在").arg(id);
+    // A copy: any service of the host may remove the strategy.
+    const auto asked = copyOne(id);
+    if (!asked) {
+        error = notThere(id);
         return kFailure;
     }
     if (m_bClosing) {
         error = QStringLiteral("下单服务已关闭");
         return kFailure;
     }
-    const bool wasRunning = strategy->isRunning();
-    if (!startGuarded(*strategy, error)) return kFailure;
-    // The host has heard of the source by now and may have removed the strategy.
-    strategy = find(id);
+    if (!startGuarded(*asked, error)) return kFailure;
+    COrderStrategyParam* strategy = find(id);
     if (strategy == nullptr) return kSuccess;
     change([&] { strategy->m_nStatus = COrderStrategyParam::kRunning; });
     const QString head = messageHead(*strategy);
     m_onStatus(hasRunning());
-    if (showMsg && !wasRunning) reportSafely(head + QStringLiteral(": 启动成功!"));
+    if (showMsg && !asked->isRunning()) reportSafely(head + QStringLiteral(": 启动成功!"));
     return kSuccess;
 }
 
 /// A service of the host that fails fails the start.
-bool CStrategyRegistry::startGuarded(COrderStrategyParam& strategy, QString& error) {
-    const int id = strategy.m_nChannel; // the host may remove the strategy
+bool CStrategyRegistry::startGuarded(const COrderStrategyParam& strategy, QString& error) {
     try {
         return startChecked(strategy, error);
     } catch (...) {
         error = QStringLiteral("启动异常: ") + exceptionText();
-        reportFailure(QStringLiteral("策略%1未启动").arg(id));
+        reportFailure(QStringLiteral("策略%1未启动").arg(strategy.m_nChannel));
         return false;
     }
 }
 
 /// The tests of a start, in their order; a strategy that runs already passes once its accounts do.
-bool CStrategyRegistry::startChecked(COrderStrategyParam& strategy, QString& error) {
+bool CStrategyRegistry::startChecked(const COrderStrategyParam& strategy, QString& error) {
     const CUserConfig* user = getUserConfig();
     if (user == nullptr || !hasSelectedAccounts(*user, strategy, EAccountLookup::ByAccount)) {
         error = QStringLiteral("选择的账号组或账号不存在");
@@ -279,6 +292,10 @@ bool CStrategyRegistry::startChecked(COrderStrategyParam& strategy, QString& err
     }
     if (const QString reason = whyRefused(strategy); !reason.isEmpty()) {
         error = reason;
+        return false;
+    }
+    if (!copyOne(strategy.m_nChannel)) {
+        error = notThere(strategy.m_nChannel);
         return false;
     }
     return openSource(*user, strategy, error);
@@ -302,14 +319,14 @@ bool CStrategyRegistry::openSource(const CUserConfig& user, const COrderStrategy
 
 int CStrategyRegistry::stop(int id, QString& error) {
     const std::lock_guard lock(m_mutex);
-    COrderStrategyParam* strategy = find(id);
-    if (strategy == nullptr || !strategy->isRunning()) {
+    const auto asked = copyOne(id); // the host may remove the strategy
+    if (!asked || !asked->isRunning()) {
         m_onStatus(hasRunning());
         return kSuccess;
     }
-    const bool isSignal = strategy->m_eStrategyType == EOrderStrategyType::Signal;
-    if (isSignal && !m_listeners.leave(*strategy, error)) return kFailure;
-    strategy = find(id);
+    const bool isSignal = asked->m_eStrategyType == EOrderStrategyType::Signal;
+    if (isSignal && !m_listeners.leave(*asked, error)) return kFailure;
+    COrderStrategyParam* strategy = find(id);
     if (strategy == nullptr) return kSuccess;
     change([&] {
         strategy->m_nStatus = COrderStrategyParam::kStopped;
@@ -332,13 +349,15 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
         QString dropped;
         if (start(channel, dropped, showMsg) == kSuccess) continue;
         // One that listened before and may not go on must not be left with an open door.
-        if (const COrderStrategyParam* failed = find(channel)) leaveListener(*failed);
+        leaveListener(channel);
     }
 }
 
-void CStrategyRegistry::leaveListener(const COrderStrategyParam& strategy) {
+void CStrategyRegistry::leaveListener(int id) {
+    const auto strategy = copyOne(id); // the host may remove the strategy
     QString dropped;
-    if (strategy.m_eStrategyType == EOrderStrategyType::Signal) (void)m_listeners.leave(strategy, dropped);
+    if (strategy && strategy->m_eStrategyType == EOrderStrategyType::Signal)
+        (void)m_listeners.leave(*strategy, dropped);
 }
 
 COrderStrategyMap CStrategyRegistry::copy() {

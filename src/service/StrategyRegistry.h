@@ -66,9 +66,10 @@ public:
 private:
     int nextId() const;
     QString whyRefused(const COrderStrategyParam& strategy);
-    void leaveListener(const COrderStrategyParam& strategy);
-    bool startGuarded(COrderStrategyParam& strategy, QString& error);
-    bool startChecked(COrderStrategyParam& strategy, QString& error);
+    bool isStopped(int id) const;
+    void leaveListener(int id);
+    bool startGuarded(const COrderStrategyParam& strategy, QString& error);
+    bool startChecked(const COrderStrategyParam& strategy, QString& error);
     bool openSource(const CUserConfig& user, const COrderStrategyParam& strategy, QString& error);
 
     /// Changes what the map holds, while nobody copies a strategy.

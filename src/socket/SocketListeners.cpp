@@ -22,20 +22,20 @@ namespace {
 
 constexpr const char* kStartFailed = "启动socket服务失败（可能因为端口被占用或其它原因）";
 
-void tellDoor(EDoorEvent event, const QString& source) {
+void tellDoor(EDoorEvent event, const QString& source, const QString& cause = {}) {
     CDoorReport report;
     report.m_eEvent = event;
     report.m_strSource = source;
+    report.m_strCause = cause;
     tellAudit(report);
 }
 
-void logLoopFailure(const COrderSocketServerWrapper& wrapper) noexcept {
+void logFailure(const void* object, const char* function, const char* text) noexcept {
     try {
         if (!utils::CLogCenter::logEnabled()) return;
-        utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, &wrapper,
-                               "TC::COrderSocketServerWrapper::run", "the event loop failed and goes on");
+        utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, object, function, text);
     } catch (...) {
-        // A log that fails must not end the listener.
+        // A log that fails must end neither a listener nor a destructor.
     }
 }
 
@@ -48,7 +48,7 @@ void serve(COrderSocketServerWrapper& wrapper) {
             wrapper.run();
             isDone = true;
         } catch (...) {
-            logLoopFailure(wrapper);
+            logFailure(&wrapper, "TC::COrderSocketServerWrapper::run", "the event loop failed and goes on");
         }
     }
 }
@@ -64,6 +64,12 @@ bool splitSource(const QString& source, std::string& ip, unsigned short& port) {
     // chooses the port. Such a listener runs, but no client can find it, so the strategy is refused instead.
     // A number above 65535 is still narrowed.
     return isNumber && port != 0;
+}
+
+/// What is worth telling of an open listener: a port that was narrowed; empty otherwise.
+QString openingNote(const QString& source, unsigned short port) {
+    const QString asEntered = source.section(QLatin1Char(':'), 1);
+    return asEntered.toInt() == port ? QString() : QStringLiteral("listens on port %1").arg(port);
 }
 
 } // namespace
@@ -134,7 +140,7 @@ void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error)
         m_socketParams.remove(source);
         throw;
     }
-    tellDoor(EDoorEvent::Opened, source);
+    tellDoor(EDoorEvent::Opened, source, openingNote(source, port));
 }
 
 /// The last step of a start: nobody could stop a thread whose listener is not on the list.
@@ -168,7 +174,7 @@ bool CSocketListeners::leave(const COrderStrategyParam& strategy, QString& error
 }
 
 /// A listener that fails to stop stays known, so that it can be stopped later.
-void CSocketListeners::close(const QString& source) {
+void CSocketListeners::close(QString source) {
     const auto wrapper = m_socketServers.value(source);
     if (!wrapper) return;
     stopListener(*wrapper);
@@ -197,8 +203,7 @@ void CSocketListeners::closeAll() {
         try {
             close(source);
         } catch (...) {
-            utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, this,
-                                   "TC::CSocketListeners::closeAll", "a listener does not stop");
+            logFailure(this, "TC::CSocketListeners::closeAll", "a listener does not stop");
         }
     }
 }

@@ -51,7 +51,7 @@ private:
     void open(const COrderStrategyParam& strategy, QString& error);
     void startThread(boost::shared_ptr<COrderSocketServerWrapper> wrapper);
     void share(const COrderStrategyParam& strategy, QString& error);
-    void close(const QString& source);
+    void close(QString source); ///< by value: it outlives the record that the caller has it from
     void joinFinished();
 
     IOrderGate& m_gate;

@@ -156,7 +156,9 @@ void COrderServiceUnion::filterStrategies(COrderStrategyMap* strategies) {
 void COrderServiceUnion::placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) {
     if (strategies == nullptr) return;
     for (int i = 0; i < orders.size(); ++i) {
-        if (placeGuarded(orders.at(i), strategies)) continue;
+        const EBatch batch = placeGuarded(orders.at(i), strategies);
+        if (batch == EBatch::GoesOn) continue;
+        if (batch == EBatch::Cut) return;
         const int rest = orders.size() - i - 1;
         if (rest > 0) tellOrdersDropped(orders.at(i + 1).m_nChannel, rest, QString::fromUtf8(kBatchEnded));
         return;
@@ -164,25 +166,27 @@ void COrderServiceUnion::placeOrders(QVector<COrderParam> orders, const COrderSt
 }
 
 /// An exception drops the order that it came over, with a report; the batch goes on.
-bool COrderServiceUnion::placeGuarded(const COrderParam& order, const COrderStrategyMap* strategies) {
+COrderServiceUnion::EBatch COrderServiceUnion::placeGuarded(const COrderParam& order,
+                                                            const COrderStrategyMap* strategies) {
     try {
         return placeOrder(order, strategies);
     } catch (...) {
         reportOrderFailure(order.m_eStrategyType, order.m_nChannel);
     }
-    return true;
+    return EBatch::GoesOn;
 }
 
-bool COrderServiceUnion::placeOrder(const COrderParam& order, const COrderStrategyMap* strategies) {
+COrderServiceUnion::EBatch COrderServiceUnion::placeOrder(const COrderParam& order,
+                                                          const COrderStrategyMap* strategies) {
     if (utils::CLogCenter::logEnabled()) {
         logInfo(this, "TC::COrderServiceUnion::placeOrders", "param = " + order.toQString().toStdString());
     }
-    if (m_beforeOrder && !m_beforeOrder(order.m_nChannel)) return false;
+    if (m_beforeOrder && !m_beforeOrder(order.m_nChannel)) return EBatch::Cut;
     const COrderStrategyParam* strategy = getStrategy(order.m_nChannel, strategies, order.m_eStrategyType);
-    if (strategy == nullptr || !checkOrderParamValid(order, strategy)) return false;
+    if (strategy == nullptr || !checkOrderParamValid(order, strategy)) return EBatch::Ended;
     announce(order, *strategy);
     dispatch(order, *strategy);
-    return true;
+    return EBatch::GoesOn;
 }
 
 void COrderServiceUnion::announce(const COrderParam& order, const COrderStrategyParam& strategy) const {

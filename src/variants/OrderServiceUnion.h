@@ -13,7 +13,7 @@ class COrderServiceUnion : public COrderServiceBase {
 public:
     /// Called before each order of a batch with its channel, so that the owner of the strategies can bring
     /// the map that the batch is worked on up to date: a strategy that is stopped takes no further order.
-    /// False ends the batch before this order.
+    /// False cuts the batch before this order: its owner drops the rest, and tells of it.
     using CBeforeOrder = std::function<bool(int channel)>;
 
     explicit COrderServiceUnion(CBeforeOrder beforeOrder = {}, QObject* parent = nullptr);
@@ -24,9 +24,14 @@ public:
     void placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) override;
 
 private:
-    /// False where the batch ends here.
-    bool placeGuarded(const COrderParam& order, const COrderStrategyMap* strategies);
-    bool placeOrder(const COrderParam& order, const COrderStrategyMap* strategies);
+    /// What becomes of a batch behind an order of it.
+    enum class EBatch {
+        GoesOn,
+        Ended, ///< by the rules: the order has no strategy or fails the frame check
+        Cut,   ///< by the owner, before the order
+    };
+    EBatch placeGuarded(const COrderParam& order, const COrderStrategyMap* strategies);
+    EBatch placeOrder(const COrderParam& order, const COrderStrategyMap* strategies);
     void announce(const COrderParam& order, const COrderStrategyParam& strategy) const;
     void dispatch(const COrderParam& order, const COrderStrategyParam& strategy);
 

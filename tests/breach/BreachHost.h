@@ -278,6 +278,11 @@ public:
         : fake::CAudit(records), m_breaches(breaches) {}
     BREACHABLE(fake::CAudit, CIntakeAudit, void, recordIntake, (const TC::CIntakeReport& report), , (report))
     BREACHABLE(fake::CAudit, CIntakeAudit, void, recordDoor, (const TC::CDoorReport& report), , (report))
+    BREACHABLE(fake::CAudit, CIntakeAudit, void, recordDiscard, (const TC::CDiscardReport& report), ,
+               (report))
+    BREACHABLE(fake::CAudit, CIntakeAudit, void, recordUnplaced, (const QVector<TC::COrderParam>& orders), ,
+               (orders))
+    BREACHABLE(fake::CAudit, CIntakeAudit, QString, rejectedFolder, (), , ())
     BREACHABLE(fake::CAudit, CIntakeAudit, void, recordIncident, (const TC::CIncidentReport& report), ,
                (report))
 private:

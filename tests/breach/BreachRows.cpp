@@ -2,6 +2,11 @@
 
 #include <QDomDocument>
 
+#include <chrono>
+#include <future>
+#include <memory>
+#include <utility>
+
 namespace breach {
 namespace {
 
@@ -108,7 +113,22 @@ void save(CBreachRoad& road) {
 void exchange(CBreachRoad& road) {
     road.exchange();
 }
+void startOverOldOrders(CBreachRoad& road) {
+    road.folder.write("5.txt", "23,0,10.5,600000,100\n");
+    road.start(kStopped);
+}
+void dropRefused(CBreachRoad& road) {
+    road.drop("23,0,10.5,600000,100"); // without its line end
+}
+void dropBacklog(CBreachRoad& road) {
+    road.service().dropBacklog();
+    road.place(CBreachRoad::order(kStock));
+}
 void nothing(CBreachRoad&) {}
+
+void prepareFileGuard(CBreachRoad& road) {
+    road.host.switches.on.insert("mdl_order_file_guard");
+}
 
 void prepareSplitLimits(CBreachRoad& road) {
     road.host.switches.on.insert("mdl_order_split_orderNum");
@@ -203,6 +223,9 @@ const std::vector<CBreachRow> kBreachRows = {
     {"LuaModuleCtrl::checkModule", stock},
     {"CIntakeAudit::recordIntake", dropOrder},
     {"CIntakeAudit::recordDoor", startSocket},
+    {"CIntakeAudit::recordDiscard", startOverOldOrders},
+    {"CIntakeAudit::recordUnplaced", dropBacklog, nullptr, false, true},
+    {"CIntakeAudit::rejectedFolder", dropRefused, prepareFileGuard},
     {"CIntakeAudit::recordIncident", batchThatEnds},
     {"CTradeFrameworkSource::switchTradingDate", newDay},
     {"CTradeFrameworkSource::getAllInterfaces", save},
@@ -267,10 +290,17 @@ void CBreachRoad::addStrategy(int channel, TC::EOrderStrategyTradeType family, b
 
 /// With a file for each strategy: a start asks for it, and deletes it.
 void CBreachRoad::load() {
-    for (const int channel : host.user.strategies.keys()) {
-        if (channel != kSocket) folder.write(std::to_string(channel) + ".txt", "");
-    }
-    service().loadFromConfig(true);
+    bool isLoaded = false;
+    const auto writeAndLoad = [&](int = 0, const TC::COrderStrategyParam& = {}) {
+        if (std::exchange(isLoaded, true)) return;
+        for (const int channel : host.user.strategies.keys()) {
+            if (channel != kSocket) folder.write(std::to_string(channel) + ".txt", "");
+        }
+        service().loadFromConfig(true);
+    };
+    // With the registry held: a pass of the file loop would take the files before the start asks for them.
+    service().visitStrategies(writeAndLoad);
+    writeAndLoad(); // nothing is bound yet: no pass takes files
 }
 
 TC::COrderParam CBreachRoad::order(int channel, int number, double price, int volume) {
@@ -314,10 +344,19 @@ void CBreachRoad::exchange() {
     EXPECT_EQ(rows.at(0).m_nVolume, 300);
 }
 
+void CBreachRoad::renewService() {
+    TC::COrderService::release();
+    TC::COrderService::initInstance(new TC::COrderService);
+    load();
+}
+
 void CBreachRoad::waitForService() {
-    const std::size_t before = host.records.snapshot([this] { return host.framework.dates.size(); });
-    emit host.exchange.sigNewTradingDate("barrier");
-    EXPECT_TRUE(host.records.waitUntil([&] { return host.framework.dates.size() > before; }));
+    constexpr std::chrono::seconds kDeadline{60};
+    const auto workedOff = std::make_shared<std::promise<void>>();
+    auto done = workedOff->get_future();
+    service().holdUntilWorkedOff(
+        std::shared_ptr<const void>(workedOff.get(), [workedOff](const void*) { workedOff->set_value(); }));
+    EXPECT_EQ(done.wait_for(kDeadline), std::future_status::ready);
 }
 
 std::size_t CBreachRoad::commandCount() const {

@@ -33,7 +33,9 @@ public:
     void saveSettings();
     void exchange();
 
-    /// Waits until the service's thread has worked off what was queued.
+    /// Ends the service and begins with a new one.
+    void renewService();
+    /// Waits until the service's thread has worked off what was queued. Calls nothing of the host.
     void waitForService();
     std::size_t commandCount() const;
     bool waitForCommands(std::size_t count);
@@ -58,6 +60,7 @@ struct CBreachRow {
     /// Sets the host up before the first load; may be null.
     void (*m_pfnPrepare)(CBreachRoad& road) = nullptr;
     bool m_bLoads = false; ///< the first load itself reaches the operation
+    bool m_bDrops = false; ///< the service drops all orders from then on
 };
 
 extern const std::vector<CBreachRow> kBreachRows;

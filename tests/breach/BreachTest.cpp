@@ -7,6 +7,7 @@
 #include <fstream>
 #include <future>
 #include <iterator>
+#include <memory>
 #include <regex>
 #include <set>
 #include <stdexcept>
@@ -36,6 +37,7 @@ protected:
         road.host.breaches.disarm();
         road.waitForService();
         if (row().m_bLoads) road.load();
+        if (row().m_bDrops) road.renewService();
         const std::size_t before = road.commandCount();
         road.place(CBreachRoad::order(3));
         EXPECT_TRUE(road.waitForCommands(before + 1));
@@ -45,8 +47,9 @@ protected:
     void expectReported(const std::function<void()>& act) {
         reachWith(act);
         EXPECT_TRUE(road.host.waitForReport(row().m_pszOperation));
-        road.host.breaches.disarm();
+        // Another thread may have reported first: the order must meet the failure as well.
         road.waitForService();
+        road.host.breaches.disarm();
         EXPECT_EQ(road.commandCount(), 0u);
         expectGoodOrder();
     }
@@ -65,13 +68,15 @@ TEST_P(Breach, ThrowsAnExceptionOfAnotherType) {
 
 /// The host ends the service, asks for strategies and places orders there and then.
 TEST_P(Breach, CallsBack) {
-    std::atomic<bool> hasCalled{false};
-    std::promise<void> called;
-    reachWith([&] {
-        if (hasCalled.exchange(true)) return;
+    // Shared: a thread of the service may look at it when the test is over.
+    const auto hasCalled = std::make_shared<std::atomic<bool>>(false);
+    const auto called = std::make_shared<std::promise<void>>();
+    reachWith([this, hasCalled, called] {
+        if (hasCalled->exchange(true)) return;
         auto& service = road.service();
         service.shutdown();
         TC::COrderService::release();
+        TC::releaseHost();
         const int id = service.addOrderStrategy(TC::EOrderStrategyType::File);
         QString error;
         EXPECT_EQ(service.startOrderStrategy(999, error, true), -1);
@@ -81,27 +86,29 @@ TEST_P(Breach, CallsBack) {
         (void)service.getStatusBarTip();
         service.placeorder(CBreachRoad::order(999));
         service.cancelOrder(999);
-        called.set_value();
+        called->set_value();
     });
-    EXPECT_EQ(called.get_future().wait_for(kDeadline), std::future_status::ready);
+    EXPECT_EQ(called->get_future().wait_for(kDeadline), std::future_status::ready);
     ASSERT_NE(TC::COrderService::instance(), nullptr);
+    ASSERT_TRUE(TC::isHostInstalled());
     EXPECT_TRUE(road.host.waitForReport("不能在下单服务的线程或回调中关闭下单服务"));
     expectGoodOrder();
 }
 
 /// Other threads go on meanwhile, and the operation goes on when the host does.
 TEST_P(Breach, WaitsForAnotherThread) {
-    std::atomic<bool> hasWaited{false};
-    std::promise<void> entered, goOn;
+    const auto hasWaited = std::make_shared<std::atomic<bool>>(false);
+    const auto entered = std::make_shared<std::promise<void>>();
+    std::promise<void> goOn;
     std::shared_future<void> released = goOn.get_future();
     auto reaching = std::async(std::launch::async, [&] {
-        reachWith([&] {
-            if (hasWaited.exchange(true)) return;
-            entered.set_value();
+        reachWith([hasWaited, entered, released] {
+            if (hasWaited->exchange(true)) return;
+            entered->set_value();
             released.wait_for(kDeadline);
         });
     });
-    EXPECT_EQ(entered.get_future().wait_for(kDeadline), std::future_status::ready);
+    EXPECT_EQ(entered->get_future().wait_for(kDeadline), std::future_status::ready);
     road.service().placeorder(CBreachRoad::order(999));
     (void)road.service().hasRunning();
     (void)road.service().copyStrategy(3);

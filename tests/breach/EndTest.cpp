@@ -18,12 +18,18 @@ protected:
     void SetUp() override { road.load(); }
 
     template<typename Signal, typename Receiver>
-    void onSignal(Signal signal, Receiver receiver) {
-        QObject::connect(&road.service(), signal, &road.service(), receiver, Qt::DirectConnection);
+    void onSignal(Signal signal, Receiver receiver, Qt::ConnectionType type = Qt::DirectConnection) {
+        QObject::connect(&road.service(), signal, &road.service(), receiver, type);
     }
     void endHere() {
         COrderService::instance()->shutdown();
         COrderService::release();
+    }
+    void endAtTheNextMessage() {
+        road.host.breaches.arm("CMsgService::showMsg", [this] {
+            road.host.breaches.disarm();
+            endHere();
+        });
     }
     void expectGoodOrder() {
         ASSERT_NE(COrderService::instance(), nullptr);
@@ -51,6 +57,30 @@ TEST_F(BreachEnd, IsRefusedInAReceiverOfTheStatus) {
     expectGoodOrder();
 }
 
+/// Such a receiver runs on the service's thread, outside of its slots.
+TEST_F(BreachEnd, IsRefusedInAReceiverThatIsConnectedAutomatically) {
+    onSignal(
+        &COrderService::sigSetStatus, [this] { endHere(); }, Qt::AutoConnection);
+    road.start(5);
+    EXPECT_TRUE(road.host.waitForReport(kNoEndHere));
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, IsRefusedInACallThatTheHostPostsToTheService) {
+    QMetaObject::invokeMethod(
+        &road.service(), [this] { endHere(); }, Qt::QueuedConnection);
+    EXPECT_TRUE(road.host.waitForReport(kNoEndHere));
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, ReceiverOnTheServicesThreadThatThrowsIsReported) {
+    onSignal(
+        &COrderService::sigSetStatus, [] { throw CForeign(); }, Qt::AutoConnection);
+    road.start(5);
+    EXPECT_TRUE(road.host.waitForReport("下单服务线程中的调用异常"));
+    expectGoodOrder();
+}
+
 TEST_F(BreachEnd, IsRefusedInAReceiverOfOrders) {
     onSignal(&COrderService::sigPlaceOrders, [this] { endHere(); });
     expectGoodOrder();
@@ -60,6 +90,34 @@ TEST_F(BreachEnd, IsRefusedInAReceiverOfOrders) {
 TEST_F(BreachEnd, IsRefusedWhileStrategiesAreVisited) {
     road.service().visitStrategies([this](int, const TC::COrderStrategyParam&) { endHere(); });
     EXPECT_TRUE(road.host.waitForReport(kNoEndHere));
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, IsRefusedInTheGuardOfAChange) {
+    road.service().setStrategyGuard([this](const auto&, const auto&) {
+        endHere();
+        return QString();
+    });
+    EXPECT_EQ(road.service().updateOrderStrategy(5, road.service().getStrategyMap()[5]), 0);
+    EXPECT_TRUE(road.host.waitForReport(kNoEndHere));
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, IsRefusedInTheMessageOfARefusedChange) {
+    road.service().setStrategyGuard([](const auto&, const auto&) { return QStringLiteral("refused"); });
+    endAtTheNextMessage();
+    EXPECT_EQ(road.service().updateOrderStrategy(5, road.service().getStrategyMap()[5]), -1);
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, IsRefusedInTheMessagesOfOtherOperations) {
+    endAtTheNextMessage();
+    TC::COrderStrategyParam table;
+    EXPECT_EQ(road.service().addDbfStrategy(table), -1);
+    expectGoodOrder();
+    road.host.breaches.arm("CUserManager::getUserConfig", [this] { endHere(); }); // asked for the right
+    (void)road.service().getOrderStrategyText(TC::EOrderStrategyType::File);
+    road.host.breaches.disarm();
     expectGoodOrder();
 }
 
@@ -73,6 +131,26 @@ TEST_F(BreachEnd, IsRefusedInsideTheEndItself) {
     road.service().shutdown();
     EXPECT_EQ(calls, 1);
     EXPECT_TRUE(road.host.waitForReport(kNoEndHere));
+}
+
+/// The next call of a service would end the process.
+TEST_F(BreachEnd, HostStaysInstalledWhileTheServiceLives) {
+    TC::releaseHost();
+    EXPECT_TRUE(TC::isHostInstalled());
+    EXPECT_TRUE(road.host.waitForReport("下单服务仍在使用主机服务"));
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, HostStaysInstalledInACallBackOfTheServicesEnd) {
+    road.start(4);
+    std::atomic<int> calls{0};
+    road.host.breaches.arm("CIntakeAudit::recordDoor", [&] {
+        ++calls;
+        TC::releaseHost();
+    });
+    COrderService::release();
+    EXPECT_EQ(calls, 1);
+    EXPECT_TRUE(TC::isHostInstalled());
 }
 
 TEST_F(BreachEnd, ReceiversThatThrowUndoNothing) {
@@ -142,6 +220,84 @@ TEST_F(BreachEnd, AStartThatFailsNamesTheServiceAndLeavesTheStrategyStopped) {
     road.host.breaches.disarm();
     road.start(5);
     EXPECT_EQ(road.startResult, 0);
+}
+
+/// What a start or stop asks the host for, and the strategy that the host removes there.
+struct CRemoval {
+    const char* m_pszOperation;
+    int m_nChannel;
+};
+
+class BreachRemoval : public BreachEnd, public testing::WithParamInterface<CRemoval> {};
+
+TEST_P(BreachRemoval, HostMayRemoveTheStrategyThatIsStartedOrStopped) {
+    const CRemoval removal = GetParam();
+    std::atomic<int> removed{0};
+    const auto remove = [&] {
+        if (road.service().removeOrderStrategy(removal.m_nChannel) == 0) ++removed;
+    };
+    road.host.breaches.arm(removal.m_pszOperation, remove);
+    road.start(removal.m_nChannel);
+    QString error;
+    EXPECT_EQ(road.service().stopOrderStrategy(removal.m_nChannel, error), 0);
+    EXPECT_EQ(removed, 1);
+    EXPECT_FALSE(road.service().getStrategyMap().contains(removal.m_nChannel));
+    road.host.breaches.disarm();
+    expectGoodOrder();
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, BreachRemoval,
+                         testing::Values(CRemoval{"CUserManager::getUserConfig", 5},
+                                         CRemoval{"CUserConfig::getAccountGroupConst", 5},
+                                         CRemoval{"CTradeClient::getLoginStatus", 5},
+                                         CRemoval{"CUserConfig::hasOrderEncryptionService", 5},
+                                         CRemoval{"CTradingRules::orderStrategyTypeToOrderTitle", 5},
+                                         CRemoval{"LuaModuleCtrl::checkModule", 4},
+                                         CRemoval{"CIntakeAudit::recordDoor", 4}),
+                         [](const auto& row) {
+                             const std::string name = row.param.m_pszOperation;
+                             return name.substr(name.rfind(':') + 1);
+                         });
+
+TEST_F(BreachEnd, StrategyThatIsGoneIsNotStartedAndItsFileStays) {
+    road.folder.write("5.txt", "old");
+    road.host.breaches.arm("CTradeClient::getLoginStatus", [this] { road.service().removeOrderStrategy(5); });
+    road.start(5);
+    EXPECT_EQ(road.startResult, -1);
+    EXPECT_EQ(road.startError, QStringLiteral("策略5不存在"));
+    EXPECT_EQ(road.folder.read("5.txt"), "old");
+}
+
+TEST_F(BreachEnd, HostMayRemoveASocketStrategyWhenItsDoorIsClosed) {
+    road.start(4);
+    road.host.breaches.arm("CIntakeAudit::recordDoor", [this] { road.service().removeOrderStrategy(4); });
+    QString error;
+    EXPECT_EQ(road.service().stopOrderStrategy(4, error), 0);
+    EXPECT_FALSE(road.service().getStrategyMap().contains(4));
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, HostMayRemoveStrategiesThatTheLimitLeavesOut) {
+    road.start(4);
+    road.host.user.maxStrategies = 1;
+    road.host.breaches.arm("CIntakeAudit::recordDoor", [this] { // its door is closed
+        road.service().removeOrderStrategy(4);
+        road.service().removeOrderStrategy(5);
+    });
+    road.load();
+    EXPECT_EQ(road.service().getStrategyMap().keys(), QList<int>{3});
+    expectGoodOrder();
+}
+
+TEST_F(BreachEnd, StrategyThatTheHostAddsWhileOthersAreLeftOutStays) {
+    road.host.user.maxStrategies = 1;
+    std::atomic<int> added{-1};
+    road.host.breaches.arm("CUserConfig::getMaxOrderServerNum",
+                           [&] { added = road.service().addOrderStrategy(TC::EOrderStrategyType::File); });
+    road.load();
+    EXPECT_TRUE(road.service().getStrategyMap().contains(added));
+    EXPECT_EQ(road.service().getStrategyMap().size(), 2);
+    expectGoodOrder();
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // The channels of a report, one behind the other, and what the audit learns of silent ends.
+#include "base/Thread.h"
 #include "platform/HostReports.h"
 #include "tests/breach/BreachRows.h"
 
@@ -33,6 +34,37 @@ TEST_F(BreachReports, APanelThatFailsLeavesTheReportToTheAudit) {
     ASSERT_EQ(road.host.audit.incidents.size(), 1u);
     EXPECT_EQ(road.host.audit.incidents[0].m_eIncident, TC::EIncident::HostFailed);
     EXPECT_EQ(road.host.audit.incidents[0].m_strCause, QStringLiteral("words (CMsgService::showMsg: dark)"));
+}
+
+/// The refusal of the end is a report itself.
+TEST_F(BreachReports, AReportInsideAReportGoesToTheLog) {
+    const utils::CLibraryCall call; // the end is refused here
+    for (const bool isPanelDark : {false, true}) {
+        std::atomic<int> calls{0};
+        const auto end = [&] {
+            if (++calls < 100) road.service().shutdown(); // an end, also of an endless one
+        };
+        road.host.breaches.arm("CMsgService::showMsg", [&] {
+            if (isPanelDark) throw std::runtime_error("dark");
+            end();
+        });
+        road.host.audit.onRecord = end;
+        testing::internal::CaptureStderr();
+        TC::reportSafely(QStringLiteral("words"));
+        EXPECT_NE(testing::internal::GetCapturedStderr().find("不能在下单服务的线程或回调中关闭下单服务"),
+                  std::string::npos);
+        EXPECT_EQ(calls, 1);
+        EXPECT_TRUE(road.host.waitForReport("words"));
+        road.host.audit.onRecord = nullptr;
+        road.host.breaches.disarm();
+    }
+}
+
+TEST_F(BreachReports, APanelThatEndsTheServiceAtEachMessageStopsNoOrder) {
+    road.load();
+    road.host.breaches.arm("CMsgService::showMsg", [&] { road.service().shutdown(); });
+    road.place(CBreachRoad::order(3));
+    EXPECT_TRUE(road.waitForCommands(1));
 }
 
 TEST_F(BreachReports, FlagsThatCannotBeReadDoNotKeepTheReportBack) {
@@ -104,8 +136,12 @@ TEST_F(BreachReports, APollingThatFailsIsToldOnce) {
         });
         EXPECT_TRUE(road.host.records.waitUntil([&] { return looks > 3; }));
         road.host.breaches.disarm();
-        road.drop("23,0,10.5,600000,100\n");
-        EXPECT_TRUE(road.waitForCommands(static_cast<std::size_t>(times)));
+        // The pass that reads the second file begins behind the end of the one that reads the first.
+        for (std::size_t file = 1; file <= 2; ++file) {
+            const std::size_t before = road.commandCount();
+            road.drop("23,0,10.5,600000,100\n");
+            EXPECT_TRUE(road.waitForCommands(before + 1));
+        }
         const auto reports = road.host.reports();
         EXPECT_EQ(std::count_if(reports.begin(), reports.end(),
                                 [](const std::string& text) {

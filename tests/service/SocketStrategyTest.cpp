@@ -247,6 +247,18 @@ TEST_F(SocketStrategy, HostMayRemoveTheStrategyWhenItHearsOfTheDoor) {
     host.audit.onRecord = nullptr;
 }
 
+TEST_F(SocketStrategy, PortThatIsNarrowedIsNamedToTheAudit) {
+    add(onPort(3, port).set(
+        [this](auto& s) { s.m_strSignalSource = QStringLiteral("127.0.0.1:%1").arg(65536 + port); }));
+    ASSERT_EQ(start(), 0);
+    logIn();
+    ASSERT_EQ(host.audit.doors.size(), 1u);
+    EXPECT_EQ(host.audit.doors[0].m_strCause, QStringLiteral("listens on port %1").arg(port));
+    add(onPort(4, freePort()));
+    ASSERT_EQ(start(4), 0);
+    EXPECT_TRUE(host.audit.doors.back().m_strCause.isEmpty());
+}
+
 TEST_F(SocketStrategy, StuckListenerStillStops) {
     add(onPort(3, port));
     ASSERT_EQ(start(), 0);

@@ -116,8 +116,54 @@ TEST_F(StrategyRegistry, GuardOfTheHostThatThrowsRefusesAndIsNamed) {
     EXPECT_TRUE(error.startsWith(QStringLiteral("setStrategyGuard: "))) << error.toStdString();
     EXPECT_EQ(folder.read("a.txt"), "old orders");
     EXPECT_EQ(service().updateOrderStrategy(3, service().getStrategyMap()[3]), -1);
+    ASSERT_EQ(host.messages.messages.size(), 3u); // the failure of each call, and the refused change
+    for (const fake::CMessage& message : host.messages.messages)
+        EXPECT_TRUE(message.text.contains(QStringLiteral("setStrategyGuard")));
+}
+
+TEST_F(StrategyRegistry, GuardThatThrowsWhileStrategiesAreLoadedIsReported) {
+    service().setStrategyGuard(
+        [](const COrderStrategyParam&, const COrderStrategyMap&) -> QString { throw 7; });
+    host.user.addStrategy(stoppedFile());
+    host.user.strategies[3].m_nStatus = COrderStrategyParam::kRunning;
+    load();
+    EXPECT_FALSE(isRunning());
     ASSERT_EQ(host.messages.messages.size(), 1u);
-    EXPECT_TRUE(host.messages.messages[0].text.contains(QStringLiteral("setStrategyGuard")));
+    EXPECT_EQ(host.messages.messages[0].text,
+              QStringLiteral("[接口单]　策略3: setStrategyGuard: an exception of an unknown type"));
+}
+
+TEST_F(StrategyRegistry, GuardMaySetAnotherGuard) {
+    add(stoppedFile());
+    const auto held = std::make_shared<QString>(QStringLiteral("the first guard"));
+    service().setStrategyGuard([this, held](const COrderStrategyParam&, const COrderStrategyMap&) {
+        service().setStrategyGuard({});
+        return *held;
+    });
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("the first guard"));
+    EXPECT_EQ(start(), 0);
+}
+
+TEST_F(StrategyRegistry, GuardMayRemoveTheStrategyThatIsStarted) {
+    add(stoppedFile());
+    service().setStrategyGuard([this](const COrderStrategyParam& strategy, const COrderStrategyMap&) {
+        service().removeOrderStrategy(strategy.m_nChannel);
+        return QString();
+    });
+    EXPECT_EQ(start(), -1);
+    EXPECT_EQ(error, QStringLiteral("策略3不存在"));
+    EXPECT_EQ(folder.read("a.txt"), "old orders");
+}
+
+TEST_F(StrategyRegistry, GuardMayRemoveTheStrategyThatIsChanged) {
+    add(stoppedFile());
+    service().setStrategyGuard([this](const COrderStrategyParam& strategy, const COrderStrategyMap&) {
+        service().removeOrderStrategy(strategy.m_nChannel);
+        return QString();
+    });
+    EXPECT_EQ(service().updateOrderStrategy(3, service().getStrategyMap()[3]), -1);
+    EXPECT_TRUE(service().getStrategyMap().isEmpty());
 }
 
 TEST_F(StrategyRegistry, GuardOfTheHostRefusesAChangeWithAMessage) {
@@ -452,6 +498,17 @@ TEST_F(StrategyRegistry, ListenerOfTheStatusMayRemoveTheStrategy) {
     EXPECT_EQ(start(3, true), 0);
     EXPECT_TRUE(service().getStrategyMap().isEmpty());
     EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[标题2]　策略3: 启动成功!")});
+}
+
+TEST_F(StrategyRegistry, LogOutWithARunningStrategyTellsTheStatus) {
+    add(stoppedFile());
+    ASSERT_EQ(start(), 0);
+    statuses.clear();
+    host.user.loggedIn = false;
+    service().loadFromConfig(false);
+    EXPECT_EQ(statuses, std::vector<bool>{false});
+    service().loadFromConfig(false);
+    EXPECT_EQ(statuses, std::vector<bool>{false});
 }
 
 TEST_F(StrategyRegistry, OperationsWithoutAUserFail) {

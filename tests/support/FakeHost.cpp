@@ -257,6 +257,7 @@ void CAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
 
 void CAudit::recordIncident(const TC::CIncidentReport& report) {
     m_records.record([&] { incidents.push_back(report); });
+    if (onRecord) onRecord();
 }
 
 } // namespace fake
