@@ -130,7 +130,7 @@ void COrderSocketServer::onConnected(net::NetConnectionPtr conn) {
         return;
     }
     const auto data = boost::make_shared<ConnData>();
-    data->m_strAddress = conn->peerAddress();
+    data->m_strAddress = CFailedLogins::groupOf(conn->peerAddress());
     if (m_guard.isOn()) data->m_account = openAccount(conn);
     m_connections[conn] = data;
     startLoginClock(*data);
@@ -179,7 +179,7 @@ void COrderSocketServer::forget(const net::NetConnectionPtr& conn) {
     m_connections.erase(found);
     if (data->m_account) m_credit->close(*data->m_account);
     if (!data->m_passAt) return;
-    m_failedLogins.endDelay(conn->peerAddress());
+    m_failedLogins.endDelay(data->m_strAddress);
     const auto [first, last] = m_delayed.equal_range(*data->m_passAt);
     const auto delayed = std::find_if(first, last, [&](const auto& row) { return row.second == conn; });
     if (delayed != last) m_delayed.erase(delayed);
@@ -294,7 +294,7 @@ COrderSocketServer::ENext COrderSocketServer::admitOrder(const net::NetConnectio
 /// for the answer to a wrong one.
 COrderSocketServer::ENext COrderSocketServer::admitPass(const net::NetConnectionPtr& conn, ConnData& data) {
     if (m_strUser.empty() || std::exchange(data.m_bPassWaited, false)) return ENext::GoOn;
-    const std::string& address = conn->peerAddress();
+    const std::string& address = data.m_strAddress;
     const double now = utils::getTime();
     const double delay = m_failedLogins.delay(address, now);
     if (delay <= 0) return ENext::GoOn;
@@ -329,7 +329,7 @@ void COrderSocketServer::releaseLogins() {
         const ConnDataPtr data = m_connections.at(conn);
         data->m_passAt.reset();
         data->m_bPassWaited = true;
-        m_failedLogins.endDelay(conn->peerAddress());
+        m_failedLogins.endDelay(data->m_strAddress);
         conn->release();
     }
 }

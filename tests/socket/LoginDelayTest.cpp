@@ -66,6 +66,19 @@ TEST_F(LoginDelay, TimerOfTheListenerEndsTheDelay) {
     EXPECT_EQ(client->readLine(), kBadLogin);
 }
 
+TEST_F(LoginDelay, AnotherLoopbackAddressWaitsToo) {
+    start();
+    const auto trader = logIn();
+    fail(CFailedLogins::kFree);
+    CTestSocket client(m_nPort, "127.0.0.2");
+    EXPECT_EQ(client.readLine(), kGreeting);
+    EXPECT_EQ(client.ask("user trader"), kOk);
+    client.send("pass secret\r\n");
+    EXPECT_TRUE(isQuiet(client, *trader));
+    passTime(0.51);
+    EXPECT_EQ(client.readLine(), kOk);
+}
+
 TEST_F(LoginDelay, RightPasswordWaitsAsLongAsAWrongOneAndNotLonger) {
     start();
     const auto trader = logIn();
