@@ -84,7 +84,9 @@ private:
     COrderCredit::CAccountPtr openAccount(const net::NetConnectionPtr& conn);
     ENext admitOrder(const net::NetConnectionPtr& conn, ConnData& data);
     ENext admitPass(const net::NetConnectionPtr& conn, ConnData& data);
+    bool hasPlaceForDelay(const ConnData& data);
     void dropGoneLogins();
+    void endDelay(const net::NetConnectionPtr& conn, ConnData& data);
     void lookAtClock();
     void releaseLogins();
     void watchDelays();
