@@ -28,7 +28,7 @@ constexpr const char* kGreeting = "+OK Welcom to Lumo Order Server Version 0.0.3
 constexpr std::size_t kGreetingSize = 500;
 constexpr std::size_t kReplySize = 1024;
 constexpr std::string_view kQuitWord = "quit";
-constexpr std::chrono::seconds kLoginWatch{1};
+constexpr std::chrono::seconds kWatch{1};
 /// Room for unfinished lines that a connection keeps between reads.
 constexpr int kKept = 128 * 1024;
 
@@ -103,7 +103,7 @@ COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string 
                                        std::shared_ptr<COrderCredit> credit)
     : net::NetServer(io, ip, port, false, false), m_strUser(std::move(user)), m_strPass(std::move(pass)),
       m_gate(gate), m_registry(registry), m_strSource(std::move(source)), m_guard(!m_strUser.empty()),
-      m_loginWatch(io), m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
+      m_watch(io), m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
       m_loop(std::make_shared<CLoopPost>(io)), m_delayWatch(io) {
     if (m_guard.isOn()) limitEnding(CSocketGuard::kMaxEnding);
 }
@@ -283,6 +283,7 @@ COrderSocketServer::ENext COrderSocketServer::admitOrder(const net::NetConnectio
     const bool isStranger = data.m_eLoginState != ELoginState::LoggedIn && !m_strUser.empty();
     if (isStranger || m_credit->mayPlace(*data.m_account)) return ENext::GoOn;
     conn->hold();
+    watchConnections();
     return ENext::Held;
 }
 
@@ -309,7 +310,6 @@ COrderSocketServer::ENext COrderSocketServer::admitPass(const net::NetConnection
     return ENext::Held;
 }
 
-/// Peers that have gone without waiting for their answer leave their places to others.
 /// Whether the connection may wait. If all places of its address are taken, it gets the place of the one with
 /// the most failed logins, if that has more of them: so a guesser that keeps its connections does not lock
 /// out others of its address.
@@ -341,6 +341,7 @@ void COrderSocketServer::endDelay(const net::NetConnectionPtr& conn, ConnData& d
     data.m_passAt.reset();
 }
 
+/// Peers that have gone without waiting for their answer leave their places to others.
 void COrderSocketServer::dropGoneLogins() {
     const double now = utils::getTime();
     if (now - m_dLastSweep < kSweepSeconds) return;
@@ -388,7 +389,7 @@ void COrderSocketServer::startLoginClock(ConnData& data) {
     if (!m_guard.isOn() || m_strUser.empty()) return;
     data.m_dStrangerSince = utils::getTime();
     m_dNextDeadline = std::min(m_dNextDeadline, data.m_dStrangerSince + CSocketGuard::kLoginSeconds);
-    watchLogins();
+    watchConnections();
 }
 
 void COrderSocketServer::logOut(ConnData& data) {
@@ -482,16 +483,18 @@ void COrderSocketServer::onCancel(std::string_view argument, ConnData& data, CRe
     }
 }
 
-/// Looks after those who have yet to log in, once a second while there may be any.
-void COrderSocketServer::watchLogins() {
-    if (m_bWatching || m_dNextDeadline == kNoDeadline) return;
+/// Looks once a second after those who have yet to log in and those whose orders wait, while there may be
+/// any.
+void COrderSocketServer::watchConnections() {
+    if (m_bWatching || (m_dNextDeadline == kNoDeadline && !m_credit->hasWaiting())) return;
     m_bWatching = true;
-    m_loginWatch.expires_after(kLoginWatch);
-    m_loginWatch.async_wait([this, self = shared_from_this()](const boost::system::error_code& error) {
+    m_watch.expires_after(kWatch);
+    m_watch.async_wait([this, self = shared_from_this()](const boost::system::error_code& error) {
         m_bWatching = false;
         if (error) return;
+        m_credit->wakeWaiting();
         closeSilent();
-        watchLogins();
+        watchConnections();
     });
 }
 
