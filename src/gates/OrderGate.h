@@ -20,9 +20,8 @@ public:
     virtual void placeorder(COrderParam order) = 0;
     virtual void placeOrders(QVector<COrderParam> orders) = 0;
     virtual void cancelOrder(int taskId) = 0;
-    /// Lets go of `ticket` when all orders and cancels that the calling thread handed over before have been
-    /// worked off. A door learns by that how much of its own still waits. The last copy may go on any thread,
-    /// so what it brings about must only post. A gate that lets nothing wait lets go at once.
+    /// Releases `ticket` once all orders and cancels that this thread handed over before are done. The ticket
+    /// may be destroyed on any thread, so its destructor must not block. The default releases it at once.
     virtual void holdUntilWorkedOff(std::shared_ptr<const void> ticket) { ticket.reset(); }
     /// Hands the fields of a cancel by order to the host, on the calling thread. The host may change them.
     virtual void cancelOrders(std::vector<std::string>& fields) = 0;

@@ -109,17 +109,28 @@ std::string rejectedPath() {
     return utils::toPathBytes(rejectedFolder());
 }
 
-void noteKept(const CPutAside& kept, CIntakeReport& report) {
-    report.m_strKeptAs = QString::fromStdString(kept.m_strPath);
-    if (!kept.m_strTrouble.empty())
-        report.m_strCause += QStringLiteral("; ") + QString::fromLocal8Bit(kept.m_strTrouble.c_str());
+/// What the name of a kept file has behind its writer's name. A crash between the move and the report hides
+/// nothing by that: the name alone tells whether orders of the file may have gone out.
+const char* markOf(EKeptFile kind) {
+    switch (kind) {
+    case EKeptFile::CutShort:
+        return ".cut";
+    case EKeptFile::LeftOver:
+        return kTmpSuffix;
+    case EKeptFile::Refused:
+        break;
+    }
+    return "";
 }
 
-void refuse(CTakenFile& file, const QString& cause, CIntakeReport& report) {
-    report.m_bRejected = true;
-    report.m_strCause = cause;
-    noteKept(file.keep(rejectedPath()), report);
-    tellAudit(report);
+/// What is reported of a file that is found under its .tmp name.
+QString causeOfFound(EKeptFile kind) {
+    if (kind == EKeptFile::Refused)
+        return QStringLiteral("it was refused before and could not be moved then");
+    if (kind == EKeptFile::CutShort)
+        return QStringLiteral("a part of it was carried out before, and it could not be moved then");
+    return QStringLiteral(
+        "an earlier run left it there, and its orders may have gone out already: see the journal");
 }
 
 } // namespace
@@ -197,14 +208,30 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
         if (!cause.isEmpty()) return refuse(*file, cause, report);
     }
     QVector<COrderParam> orders = readOrders(*file, bytes, channel, strategy, report);
-    if (isGuarded && file->size() > bytes) {
-        cutShort(report, QStringLiteral("its writer went on writing while it was read"));
-        noteKept(file->keep(rejectedPath()), report);
-    }
+    if (isGuarded && file->size() > bytes) cutAndKeep(*file, report);
     // The file is deleted behind the gate: what the gate has not taken still lies under the .tmp name after a
     // crash. It is not read again there, so a crash between the two does not place the orders twice.
     tellAudit(report);
     m_gate.placeOrders(std::move(orders));
+}
+
+void CFileService::refuse(CTakenFile& file, const QString& cause, CIntakeReport& report) {
+    report.m_bRejected = true;
+    report.m_strCause = cause;
+    noteKept(file.keep(markOf(EKeptFile::Refused), rejectedPath()), EKeptFile::Refused, report);
+    tellAudit(report);
+}
+
+void CFileService::cutAndKeep(CTakenFile& file, CIntakeReport& report) {
+    cutShort(report, QStringLiteral("its writer went on writing while it was read"));
+    noteKept(file.keep(markOf(EKeptFile::CutShort), rejectedPath()), EKeptFile::CutShort, report);
+}
+
+void CFileService::noteKept(const CPutAside& kept, EKeptFile kind, CIntakeReport& report) {
+    report.m_strKeptAs = QString::fromStdString(kept.m_strPath);
+    if (!kept.m_strTrouble.empty())
+        report.m_strCause += QStringLiteral("; ") + QString::fromLocal8Bit(kept.m_strTrouble.c_str());
+    if (!kept.m_bMoved) m_unmoved[kept.m_strPath] = kind;
 }
 
 QVector<COrderParam> CFileService::readOrders(CTakenFile& file, long long bytes, int channel,
@@ -284,29 +311,32 @@ std::unique_ptr<CTakenFile> CFileService::takeOrderFile(int channel, const COrde
     return nullptr;
 }
 
-/// Makes the .tmp name free of a file that an earlier run left there. With the guard the file is kept, and
-/// the next one waits if that fails.
+/// Makes the .tmp name free of a file that was left there. With the guard the file is kept, and the next one
+/// waits if that fails.
 bool CFileService::clearTmpPath(int channel, const COrderStrategyParam& strategy, bool isGuarded) {
     const std::string source = utils::toPathBytes(strategy.m_strSignalSource);
     const std::string tmpPath = source + kTmpSuffix;
-    if (!isGuarded) {
-        ::unlink(tmpPath.c_str());
-        return true;
-    }
     struct stat status {};
     // A folder there makes the rename fail, which says so.
-    if (::lstat(tmpPath.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return true;
-    const CPutAside kept = putAside(tmpPath, tmpPath, rejectedPath());
+    if (!isGuarded || ::lstat(tmpPath.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
+        if (!isGuarded) ::unlink(tmpPath.c_str());
+        m_unmoved.erase(tmpPath);
+        return true;
+    }
+    const auto unmoved = m_unmoved.find(tmpPath);
+    const EKeptFile kind = unmoved != m_unmoved.end() ? unmoved->second : EKeptFile::LeftOver;
+    const CPutAside kept = putAside(tmpPath, source + markOf(kind), rejectedPath());
     if (!kept.m_bMoved) {
         tellLeftWaiting(channel, strategy, "a file is left under its .tmp name, and " + kept.m_strTrouble);
         return false;
     }
+    m_unmoved.erase(tmpPath);
     CIntakeReport report = makeReport(channel, strategy);
     report.m_strSource += QLatin1String(kTmpSuffix);
-    report.m_bLeftOver = true;
-    report.m_strCause = QStringLiteral(
-        "an earlier run left it there, and its orders may have gone out already: see the journal");
-    noteKept(kept, report);
+    report.m_bRejected = kind == EKeptFile::Refused;
+    report.m_bLeftOver = !report.m_bRejected;
+    report.m_strCause = causeOfFound(kind);
+    noteKept(kept, kind, report);
     tellAudit(report);
     return true;
 }

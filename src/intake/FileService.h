@@ -7,6 +7,7 @@
 #include "intake/TakenFile.h"
 #include "records/StrategyParam.h"
 
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -14,6 +15,13 @@
 namespace TC {
 
 struct CIntakeReport;
+
+/// Why the guard keeps a file.
+enum class EKeptFile {
+    Refused,  ///< nothing of it was carried out
+    CutShort, ///< its writer went on writing: what the guard had looked at was carried out
+    LeftOver, ///< an earlier run left it under its .tmp name: its orders may have gone out
+};
 
 /// Polls the files of the running file strategies and takes each away from its writer by renaming it. Each is
 /// read to the end, reported to the audit, handed to the gate as one batch, and then deleted. So a file is
@@ -46,6 +54,9 @@ private:
     bool clearTmpPath(int channel, const COrderStrategyParam& strategy, bool isGuarded);
     QVector<COrderParam> readOrders(CTakenFile& file, long long bytes, int channel,
                                     const COrderStrategyParam& strategy, CIntakeReport& report);
+    void refuse(CTakenFile& file, const QString& cause, CIntakeReport& report);
+    void cutAndKeep(CTakenFile& file, CIntakeReport& report);
+    void noteKept(const CPutAside& kept, EKeptFile kind, CIntakeReport& report);
     int readInterval();
     void reportOnce(const QString& text);
     void tellLeftWaiting(int channel, const COrderStrategyParam& strategy, const std::string& cause);
@@ -54,7 +65,9 @@ private:
     IStrategyRegistry& m_registry;
     CHostLinePort m_port;
     std::set<QString> m_leftWaiting; ///< paths of files that cannot be taken, already told
-    QString m_strLastFailure;        ///< of the last pass, as reported; empty after a good one
+    /// .tmp paths where a file of this run lies that could not be moved away.
+    std::map<std::string, EKeptFile> m_unmoved;
+    QString m_strLastFailure; ///< of the last pass, as reported; empty after a good one
     bool m_bIntervalFailed = false;
     utils::CStopRequest m_stop;
 };

@@ -35,11 +35,11 @@ CPutAside moveWithTime(const std::string& path, const std::string& stem) {
     return {true, target, {}};
 }
 
-CPutAside moveToFolder(const std::string& path, const std::string& source, const std::string& folder) {
+CPutAside moveToFolder(const std::string& path, const std::string& name, const std::string& folder) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     // If the folder could not be made, the move says why.
-    return moveWithTime(path, folder + '/' + std::filesystem::path(source).filename().string() + '.');
+    return moveWithTime(path, folder + '/' + std::filesystem::path(name).filename().string() + '.');
 }
 
 } // namespace
@@ -68,14 +68,14 @@ COpenedFile openRegularFile(const std::string& path) {
     return {nullptr, std::string("it cannot be opened: ") + std::strerror(error)};
 }
 
-CPutAside putAside(const std::string& path, const std::string& source, const std::string& folder) {
+CPutAside putAside(const std::string& path, const std::string& name, const std::string& folder) {
     std::string trouble;
     if (!folder.empty()) {
-        CPutAside moved = moveToFolder(path, source, folder);
+        CPutAside moved = moveToFolder(path, name, folder);
         if (moved.m_bMoved) return moved;
         trouble = "it cannot be moved to " + folder + ": " + moved.m_strTrouble;
     }
-    CPutAside beside = moveWithTime(path, source + ".rejected-");
+    CPutAside beside = moveWithTime(path, name + ".rejected-");
     if (!beside.m_bMoved)
         trouble += (trouble.empty() ? "" : "; ") + ("it cannot be renamed: " + beside.m_strTrouble);
     beside.m_strTrouble = trouble;
@@ -92,9 +92,9 @@ long long CTakenFile::size() const {
     return ::fstat(::fileno(m_stream.get()), &status) == 0 ? status.st_size : 0;
 }
 
-CPutAside CTakenFile::keep(const std::string& folder) {
+CPutAside CTakenFile::keep(const std::string& mark, const std::string& folder) {
     m_bKept = true; // also if the move fails or throws
-    return putAside(m_strPath, m_strSource, folder);
+    return putAside(m_strPath, m_strSource + mark, folder);
 }
 
 } // namespace TC

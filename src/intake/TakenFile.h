@@ -30,10 +30,10 @@ struct CPutAside {
     std::string m_strTrouble; ///< what went wrong on the way, in the local encoding; empty: nothing
 };
 
-/// Moves the file at `path`, which came from `source`, to `folder` under the name of `source` with the time
-/// behind it. The folder is made if it is missing. If it is empty, or the file cannot be moved there, the
-/// file goes beside `source`, with ".rejected-" and the time behind its name. No other file is overwritten.
-CPutAside putAside(const std::string& path, const std::string& source, const std::string& folder);
+/// Moves the file at `path` to `folder`, under the file name of `name` with the time behind it. The folder is
+/// made if it is missing. If it is empty, or the file cannot be moved there, the file goes to the path `name`
+/// with ".rejected-" and the time behind it. No other file is overwritten.
+CPutAside putAside(const std::string& path, const std::string& name, const std::string& folder);
 
 /// An order file that was taken away from its writer: it lies under its .tmp name, open for reading. It is
 /// deleted with this object, however the reading ends, unless it was kept. One thread.
@@ -49,8 +49,9 @@ public:
     /// Bytes of the file at this moment.
     long long size() const;
 
-    /// Puts the file aside instead of deleting it, see putAside. It is not deleted if that fails either.
-    CPutAside keep(const std::string& folder);
+    /// Puts the file aside instead of deleting it, see putAside, under its writer's name with `mark` behind
+    /// it. It is not deleted if that fails either.
+    CPutAside keep(const std::string& mark, const std::string& folder);
 
 private:
     const std::string m_strPath;

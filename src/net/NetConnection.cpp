@@ -14,7 +14,8 @@ namespace {
 namespace asio = boost::asio;
 using boost::system::error_code;
 
-/// With more unsent bytes than that nothing is read from the peer. So many that have gone out are given back.
+/// With more unsent bytes than that nothing is read from the peer. Compacts the buffer once this many bytes
+/// have been sent.
 constexpr std::size_t kCrowded = 256 * 1024;
 
 /// How long a connection that is to end waits for a peer that takes nothing, and how long for one that does.

@@ -24,8 +24,7 @@ public:
     /// A connection is there; nothing has been read from it.
     virtual void onConnected(NetConnectionPtr conn) = 0;
     /// The connection has ended by the peer's hand or an error; `code` is the system's error number, 0 for an
-    /// orderly end. Not called for
-    /// connections that removeConnection closed.
+    /// orderly end. Not called for connections that removeConnection closed.
     virtual void onDisconnected(int code, NetConnectionPtr conn) = 0;
     /// `length` new bytes stand at the front of `data`, which is the manager's and valid during the call.
     virtual void onDataReceived(const std::vector<unsigned char>& data, int length,

@@ -183,8 +183,8 @@ void COrderService::shutdown() {
     const std::lock_guard lock(m_threads->end);
     if (!m_threads->service.isRunning()) return;
     disconnectHost();
-    m_registry->closeDoors();
     m_fileService->stop();
+    m_registry->closeDoors();
     if (m_threads->file.joinable()) m_threads->file.join();
     m_listeners->joinAll();
     std::promise<void> workedOff;

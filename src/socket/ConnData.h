@@ -35,12 +35,11 @@ struct ConnData {
     int m_nFailedLogins = 0;     ///< failed `pass` lines since the last good one
     double m_dStrangerSince = 0; ///< utils::getTime() when it connected or was last logged out, seconds
 
-    std::string m_strAddress;            ///< of the peer, without its port
+    std::string m_strAddress;            ///< of the peer, as CFailedLogins counts it
     COrderCredit::CAccountPtr m_account; ///< its part of the room in the service's queue; null without guard
-    /// While its `pass` has to wait: when that is looked at, as utils::getTime() gives it.
-    std::optional<double> m_passAt;
-    bool m_bPassWaited = false; ///< its `pass` has waited and is looked at now
-    bool m_bPeerGone = false;   ///< broken; lines that came whole before are still served
+    /// While its `pass` has to wait: since when, and when it is looked at next. utils::getTime().
+    std::optional<double> m_passSince, m_passAt;
+    bool m_bPeerGone = false; ///< broken; lines that came whole before are still served
 };
 
 } // namespace TC

@@ -1,9 +1,37 @@
 #include "socket/FailedLogins.h"
 
+#include <boost/asio/ip/address.hpp>
+
 #include <algorithm>
 #include <cmath>
 
 namespace TC {
+namespace {
+
+namespace ip = boost::asio::ip;
+
+constexpr const char* kLoopback = "loopback";
+
+std::string networkOf(ip::address_v6 address) {
+    ip::address_v6::bytes_type bytes = address.to_bytes();
+    std::fill(bytes.begin() + bytes.size() / 2, bytes.end(), 0);
+    return ip::address_v6(bytes).to_string() + "/64";
+}
+
+} // namespace
+
+std::string CFailedLogins::groupOf(const std::string& address) {
+    boost::system::error_code error;
+    const ip::address parsed = ip::make_address(address, error);
+    if (error) return address;
+    const bool isMapped = parsed.is_v6() && parsed.to_v6().is_v4_mapped();
+    if (parsed.is_v4() || isMapped) {
+        const ip::address_v4 v4 =
+            isMapped ? ip::make_address_v4(ip::v4_mapped, parsed.to_v6()) : parsed.to_v4();
+        return v4.is_loopback() ? kLoopback : v4.to_string();
+    }
+    return parsed.is_loopback() ? kLoopback : networkOf(parsed.to_v6());
+}
 
 double CFailedLogins::delay(const std::string& address, double now) const {
     const auto found = m_failures.find(address);

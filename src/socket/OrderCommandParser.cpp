@@ -101,6 +101,7 @@ bool readPortfolioPosition(const CReading& reading) {
         reading.error = kBadPortfolioKey;
         return false;
     }
+    // Stricter than reading a number: `12x` would sell from portfolio 12.
     const std::string key = knservice::portfolioKey(strictInt(parts[0]), parts[1]);
     bool isKnown = false;
     const knservice::CPositionDetailPtr position = findFirstPosition(key, isKnown);

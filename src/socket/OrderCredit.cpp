@@ -24,25 +24,27 @@ public:
     };
 
     std::function<void()> m_wake; ///< empty once the account is closed
-    int m_nTaken = 0;             ///< lines in the queue
-    int m_nTurn = 0;              ///< lines that its turn may still add
+    int m_nTaken = 0;             ///< rows in the queue
+    int m_nTurn = 0;              ///< rows that its turn may still add
     EWait m_eWait = EWait::None;
+    /// The account's element of m_waiting while it is not there: so lining up needs no memory.
+    std::list<CAccount*> m_place{this};
 };
 
 /// What a ticket holds: the room of one order.
 class COrderCredit::CRoom {
 public:
-    CRoom(std::shared_ptr<COrderCredit> credit, CAccountPtr account, int lines)
-        : m_credit(std::move(credit)), m_account(std::move(account)), m_nLines(lines),
+    CRoom(std::shared_ptr<COrderCredit> credit, CAccountPtr account, int rows)
+        : m_credit(std::move(credit)), m_account(std::move(account)), m_nRows(rows),
           m_dSince(utils::getTime()) {}
-    ~CRoom() { m_credit->giveBack(*m_account, m_nLines, m_dSince); }
+    ~CRoom() { m_credit->giveBack(*m_account, m_nRows, m_dSince); }
     CRoom(const CRoom&) = delete;
     CRoom& operator=(const CRoom&) = delete;
 
 private:
     const std::shared_ptr<COrderCredit> m_credit;
     const CAccountPtr m_account;
-    const int m_nLines;
+    const int m_nRows;
     const double m_dSince; ///< when it was taken
 };
 
@@ -54,7 +56,7 @@ void COrderCredit::close(CAccount& account) {
     const std::lock_guard lock(m_mutex);
     account.m_wake = nullptr;
     account.m_eWait = CAccount::EWait::None;
-    m_line.erase(std::remove(m_line.begin(), m_line.end(), &account), m_line.end());
+    m_waiting.remove(&account);
     dropTurn(account);
 }
 
@@ -66,20 +68,20 @@ bool COrderCredit::mayPlace(CAccount& account) {
         account.m_eWait = CAccount::EWait::ForShare;
         return false;
     }
-    if (m_line.empty() && m_nTaken + m_nGranted < m_nRoom) return true;
+    if (m_waiting.empty() && m_nTaken + m_nGranted < m_nRoom) return true;
     lineUp(account);
     return false;
 }
 
-COrderCredit::CTicket COrderCredit::charge(const CAccountPtr& account, int lines) {
-    lines = std::max(lines, 1);
-    auto room = std::make_shared<CRoom>(shared_from_this(), account, lines);
+COrderCredit::CTicket COrderCredit::charge(const CAccountPtr& account, int rows) {
+    rows = std::max(rows, 1);
+    auto room = std::make_shared<CRoom>(shared_from_this(), account, rows);
     const std::lock_guard lock(m_mutex);
-    const int ofTurn = std::min(account->m_nTurn, lines);
+    const int ofTurn = std::min(account->m_nTurn, rows);
     account->m_nTurn -= ofTurn;
     m_nGranted -= ofTurn;
-    account->m_nTaken += lines;
-    m_nTaken += lines;
+    account->m_nTaken += rows;
+    m_nTaken += rows;
     return room;
 }
 
@@ -88,46 +90,58 @@ void COrderCredit::endTurn(CAccount& account) {
     dropTurn(account);
 }
 
-void COrderCredit::giveBack(CAccount& account, int lines, double since) {
+bool COrderCredit::hasWaiting() {
+    const std::lock_guard lock(m_mutex);
+    return !m_waiting.empty();
+}
+
+void COrderCredit::wakeWaiting() {
+    const std::lock_guard lock(m_mutex);
+    grantTurns();
+}
+
+/// Runs where the last copy of a ticket goes, so it must not fail.
+void COrderCredit::giveBack(CAccount& account, int rows, double since) noexcept {
     const std::lock_guard lock(m_mutex);
     // The service began with this order when it had done the one before, or else when this one came.
     const double now = utils::getTime();
-    measure((now - std::max(since, std::exchange(m_dLastBack, now))) / lines);
-    account.m_nTaken -= lines;
-    m_nTaken -= lines;
+    measure((now - std::max(since, std::exchange(m_dLastBack, now))) / rows);
+    account.m_nTaken -= rows;
+    m_nTaken -= rows;
     const bool hasShare = account.m_nTaken <= share() - turn();
     if (account.m_eWait == CAccount::EWait::ForShare && hasShare) lineUp(account);
     grantTurns();
 }
 
-void COrderCredit::measure(double secondsOfALine) {
-    m_dLine += (secondsOfALine - m_dLine) * kNewest;
-    m_nRoom = m_dLine * kMostRoom <= kSeconds ? kMostRoom
-                                              : std::max(kLeastRoom, static_cast<int>(kSeconds / m_dLine));
+void COrderCredit::measure(double secondsPerRow) {
+    m_dSecondsPerRow += (secondsPerRow - m_dSecondsPerRow) * kNewest;
+    m_nRoom = m_dSecondsPerRow * kMostRoom <= kSeconds
+                  ? kMostRoom
+                  : std::max(kLeastRoom, static_cast<int>(kSeconds / m_dSecondsPerRow));
 }
 
-void COrderCredit::dropTurn(CAccount& account) {
+void COrderCredit::dropTurn(CAccount& account) noexcept {
     m_nGranted -= std::exchange(account.m_nTurn, 0);
     grantTurns();
 }
 
-void COrderCredit::lineUp(CAccount& account) {
-    m_line.push_back(&account);
+void COrderCredit::lineUp(CAccount& account) noexcept {
+    m_waiting.splice(m_waiting.end(), account.m_place);
     account.m_eWait = CAccount::EWait::InLine;
 }
 
 /// The more wait, the shorter the turns: so the last of them does not wait for long. An account that cannot
-/// be woken, for want of memory, stays the first and is tried again with the next room.
-void COrderCredit::grantTurns() try {
-    while (!m_line.empty()) {
-        const int lines = std::max(1, turn() / static_cast<int>(m_line.size()));
-        if (m_nTaken + m_nGranted + lines > m_nRoom) return;
-        CAccount& account = *m_line.front();
+/// be woken, for want of memory, stays the first and is tried again.
+void COrderCredit::grantTurns() noexcept try {
+    while (!m_waiting.empty()) {
+        const int rows = std::max(1, turn() / static_cast<int>(m_waiting.size()));
+        if (m_nTaken + m_nGranted + rows > m_nRoom) return;
+        CAccount& account = *m_waiting.front();
         account.m_wake();
-        m_line.pop_front();
+        account.m_place.splice(account.m_place.end(), m_waiting, m_waiting.begin());
         account.m_eWait = CAccount::EWait::None;
-        account.m_nTurn = lines;
-        m_nGranted += lines;
+        account.m_nTurn = rows;
+        m_nGranted += rows;
     }
 } catch (...) {
 }

@@ -28,7 +28,7 @@ constexpr const char* kGreeting = "+OK Welcom to Lumo Order Server Version 0.0.3
 constexpr std::size_t kGreetingSize = 500;
 constexpr std::size_t kReplySize = 1024;
 constexpr std::string_view kQuitWord = "quit";
-constexpr std::chrono::seconds kLoginWatch{1};
+constexpr std::chrono::seconds kWatch{1};
 /// Room for unfinished lines that a connection keeps between reads.
 constexpr int kKept = 128 * 1024;
 
@@ -103,7 +103,7 @@ COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string 
                                        std::shared_ptr<COrderCredit> credit)
     : net::NetServer(io, ip, port, false, false), m_strUser(std::move(user)), m_strPass(std::move(pass)),
       m_gate(gate), m_registry(registry), m_strSource(std::move(source)), m_guard(!m_strUser.empty()),
-      m_loginWatch(io), m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
+      m_watch(io), m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
       m_loop(std::make_shared<CLoopPost>(io)), m_delayWatch(io) {
     if (m_guard.isOn()) limitEnding(CSocketGuard::kMaxEnding);
 }
@@ -130,7 +130,7 @@ void COrderSocketServer::onConnected(net::NetConnectionPtr conn) {
         return;
     }
     const auto data = boost::make_shared<ConnData>();
-    data->m_strAddress = conn->peerAddress();
+    data->m_strAddress = CFailedLogins::groupOf(conn->peerAddress());
     if (m_guard.isOn()) data->m_account = openAccount(conn);
     m_connections[conn] = data;
     startLoginClock(*data);
@@ -178,11 +178,7 @@ void COrderSocketServer::forget(const net::NetConnectionPtr& conn) {
     const ConnDataPtr data = found->second;
     m_connections.erase(found);
     if (data->m_account) m_credit->close(*data->m_account);
-    if (!data->m_passAt) return;
-    m_failedLogins.endDelay(conn->peerAddress());
-    const auto [first, last] = m_delayed.equal_range(*data->m_passAt);
-    const auto delayed = std::find_if(first, last, [&](const auto& row) { return row.second == conn; });
-    if (delayed != last) m_delayed.erase(delayed);
+    endDelay(conn, *data);
 }
 
 /// Serves the lines that are whole, as long as the listener is not stopped: what came in behind that is lost
@@ -232,7 +228,7 @@ COrderSocketServer::ENext COrderSocketServer::takeLine(std::string_view line,
                                                        const net::NetConnectionPtr& conn, ConnData& data) {
     if (const char* word = m_guard.refuseLine(static_cast<int>(line.size()))) return refuse(conn, word);
     CReply reply(kReplySize);
-    const CSocketVerb* verb = m_guard.isNoText(line) ? nullptr : CSocketVerb::find(line);
+    const CSocketVerb* verb = m_guard.hasZeroByte(line) ? nullptr : CSocketVerb::find(line);
     if (m_guard.isOn() && verb != nullptr && verb->admit != nullptr) {
         const ENext next = (this->*verb->admit)(conn, data);
         if (next != ENext::GoOn) return next;
@@ -287,25 +283,62 @@ COrderSocketServer::ENext COrderSocketServer::admitOrder(const net::NetConnectio
     const bool isStranger = data.m_eLoginState != ELoginState::LoggedIn && !m_strUser.empty();
     if (isStranger || m_credit->mayPlace(*data.m_account)) return ENext::GoOn;
     conn->hold();
+    watchConnections();
     return ENext::Held;
 }
 
 /// A `pass` of an address whose logins fail is looked at later, a right one too: otherwise nobody would wait
-/// for the answer to a wrong one.
+/// for the answer to a wrong one. One that has waited is asked again, and waits on if others of its address
+/// have failed meanwhile: otherwise a wave of connections would share the first, short delay.
 COrderSocketServer::ENext COrderSocketServer::admitPass(const net::NetConnectionPtr& conn, ConnData& data) {
-    if (m_strUser.empty() || std::exchange(data.m_bPassWaited, false)) return ENext::GoOn;
-    const std::string& address = conn->peerAddress();
+    if (m_strUser.empty()) return ENext::GoOn;
     const double now = utils::getTime();
-    const double delay = m_failedLogins.delay(address, now);
-    if (delay <= 0) return ENext::GoOn;
-    if (!m_failedLogins.mayDelay(address)) dropGoneLogins();
-    if (const char* word = m_guard.refuseDelay(!m_failedLogins.mayDelay(address))) return refuse(conn, word);
-    m_delayed.emplace(now + delay, conn);
-    data.m_passAt = now + delay;
-    m_failedLogins.beginDelay(address);
+    const double at = data.m_passSince.value_or(now) + m_failedLogins.delay(data.m_strAddress, now);
+    if (at <= now) {
+        endDelay(conn, data);
+        return ENext::GoOn;
+    }
+    if (!data.m_passSince) {
+        if (const char* word = m_guard.refuseDelay(!hasPlaceForDelay(data))) return refuse(conn, word);
+        m_failedLogins.beginDelay(data.m_strAddress);
+        data.m_passSince = now;
+    }
+    m_delayed.emplace(at, conn);
+    data.m_passAt = at;
     conn->hold();
     watchDelays();
     return ENext::Held;
+}
+
+/// Whether the connection may wait. If all places of its address are taken, it gets the place of the one with
+/// the most failed logins, if that has more of them: so a guesser that keeps its connections does not lock
+/// out others of its address.
+bool COrderSocketServer::hasPlaceForDelay(const ConnData& data) {
+    if (m_failedLogins.mayDelay(data.m_strAddress)) return true;
+    dropGoneLogins();
+    if (m_failedLogins.mayDelay(data.m_strAddress)) return true;
+    net::NetConnectionPtr worst;
+    int most = data.m_nFailedLogins;
+    for (const auto& [when, conn] : m_delayed) {
+        const ConnData& other = *m_connections.at(conn);
+        if (other.m_strAddress != data.m_strAddress || other.m_nFailedLogins <= most) continue;
+        worst = conn;
+        most = other.m_nFailedLogins;
+    }
+    if (worst) refuse(worst, m_guard.refuseDelay(true));
+    return worst != nullptr;
+}
+
+/// The connection does not wait any more: its place is free for another.
+void COrderSocketServer::endDelay(const net::NetConnectionPtr& conn, ConnData& data) {
+    if (!data.m_passSince) return;
+    m_failedLogins.endDelay(data.m_strAddress);
+    data.m_passSince.reset();
+    if (!data.m_passAt) return;
+    const auto [first, last] = m_delayed.equal_range(*data.m_passAt);
+    const auto delayed = std::find_if(first, last, [&](const auto& row) { return row.second == conn; });
+    if (delayed != last) m_delayed.erase(delayed);
+    data.m_passAt.reset();
 }
 
 /// Peers that have gone without waiting for their answer leave their places to others.
@@ -326,10 +359,7 @@ void COrderSocketServer::releaseLogins() {
     while (!m_delayed.empty() && m_delayed.begin()->first <= now) {
         const net::NetConnectionPtr conn = m_delayed.begin()->second;
         m_delayed.erase(m_delayed.begin());
-        const ConnDataPtr data = m_connections.at(conn);
-        data->m_passAt.reset();
-        data->m_bPassWaited = true;
-        m_failedLogins.endDelay(conn->peerAddress());
+        m_connections.at(conn)->m_passAt.reset();
         conn->release();
     }
 }
@@ -359,7 +389,7 @@ void COrderSocketServer::startLoginClock(ConnData& data) {
     if (!m_guard.isOn() || m_strUser.empty()) return;
     data.m_dStrangerSince = utils::getTime();
     m_dNextDeadline = std::min(m_dNextDeadline, data.m_dStrangerSince + CSocketGuard::kLoginSeconds);
-    watchLogins();
+    watchConnections();
 }
 
 void COrderSocketServer::logOut(ConnData& data) {
@@ -453,16 +483,18 @@ void COrderSocketServer::onCancel(std::string_view argument, ConnData& data, CRe
     }
 }
 
-/// Looks after those who have yet to log in, once a second while there may be any.
-void COrderSocketServer::watchLogins() {
-    if (m_bWatching || m_dNextDeadline == kNoDeadline) return;
+/// Looks once a second after those who have yet to log in and those whose orders wait, while there may be
+/// any.
+void COrderSocketServer::watchConnections() {
+    if (m_bWatching || (m_dNextDeadline == kNoDeadline && !m_credit->hasWaiting())) return;
     m_bWatching = true;
-    m_loginWatch.expires_after(kLoginWatch);
-    m_loginWatch.async_wait([this, self = shared_from_this()](const boost::system::error_code& error) {
+    m_watch.expires_after(kWatch);
+    m_watch.async_wait([this, self = shared_from_this()](const boost::system::error_code& error) {
         m_bWatching = false;
         if (error) return;
+        m_credit->wakeWaiting();
         closeSilent();
-        watchLogins();
+        watchConnections();
     });
 }
 

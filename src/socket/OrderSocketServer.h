@@ -84,7 +84,9 @@ private:
     COrderCredit::CAccountPtr openAccount(const net::NetConnectionPtr& conn);
     ENext admitOrder(const net::NetConnectionPtr& conn, ConnData& data);
     ENext admitPass(const net::NetConnectionPtr& conn, ConnData& data);
+    bool hasPlaceForDelay(const ConnData& data);
     void dropGoneLogins();
+    void endDelay(const net::NetConnectionPtr& conn, ConnData& data);
     void lookAtClock();
     void releaseLogins();
     void watchDelays();
@@ -92,7 +94,7 @@ private:
     void holdTicket(COrderCredit::CTicket ticket) noexcept;
     void startLoginClock(ConnData& data);
     void logOut(ConnData& data);
-    void watchLogins();
+    void watchConnections();
     void closeSilent();
     void tellRefusal(const net::NetConnection& conn, const char* word);
     void tellUntoldRefusals() noexcept;
@@ -114,7 +116,7 @@ private:
     IStrategyRegistry& m_registry;
     const QString m_strSource;
     const CSocketGuard m_guard;
-    boost::asio::steady_timer m_loginWatch; ///< runs while somebody has yet to log in
+    boost::asio::steady_timer m_watch; ///< runs while somebody has yet to log in, or an order waits
     bool m_bWatching = false;
     CRefusalTally m_refusals;
     bool m_bStuck = false; ///< serves nobody any more, also in the moments between its stop and its end

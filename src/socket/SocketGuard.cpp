@@ -24,7 +24,7 @@ const char* CSocketGuard::refuseLineFeed() const {
     return m_bOn ? "Line Not Ended By CR LF" : nullptr;
 }
 
-bool CSocketGuard::isNoText(std::string_view line) const {
+bool CSocketGuard::hasZeroByte(std::string_view line) const {
     return m_bOn && line.find('\0') != std::string_view::npos;
 }
 
@@ -32,14 +32,14 @@ const char* CSocketGuard::refuseLogins(const ConnData& connection) const {
     return m_bOn && connection.m_nFailedLogins >= kMaxFailedLogins ? kTooManyLogins : nullptr;
 }
 
-const char* CSocketGuard::refuseDelay(bool others) const {
-    return m_bOn && others ? kTooManyLogins : nullptr;
+const char* CSocketGuard::refuseDelay(bool isFull) const {
+    return m_bOn && isFull ? kTooManyLogins : nullptr;
 }
 
 const char* CSocketGuard::refuseSilence(const ConnData& connection, double now) const {
-    // One whose `pass` waits has said what it has to say.
+    // A connection whose `pass` is delayed is not silent.
     const bool isWaiting =
-        m_bNeedsLogin && connection.m_eLoginState != ELoginState::LoggedIn && !connection.m_passAt;
+        m_bNeedsLogin && connection.m_eLoginState != ELoginState::LoggedIn && !connection.m_passSince;
     return m_bOn && isWaiting && now - connection.m_dStrangerSince >= kLoginSeconds ? "No Login In Time"
                                                                                     : nullptr;
 }

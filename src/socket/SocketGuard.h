@@ -31,10 +31,10 @@ public:
     const char* refuseLine(int length) const;
     const char* refuseLineFeed() const;
     /// Whether the line has a zero byte, behind which its argument would be cut off without a word.
-    bool isNoText(std::string_view line) const;
+    bool hasZeroByte(std::string_view line) const;
     const char* refuseLogins(const ConnData& connection) const;
-    /// `others`: whether as many connections of the address as may wait for their login do so already.
-    const char* refuseDelay(bool others) const;
+    /// `isFull`: whether as many connections of the address as may wait for their login do so already.
+    const char* refuseDelay(bool isFull) const;
     /// `now` as utils::getTime() gives it.
     const char* refuseSilence(const ConnData& connection, double now) const;
 

@@ -12,6 +12,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -41,6 +43,10 @@ protected:
     void give(const std::string& bytes) {
         folder.handOver("orders/stock.txt", bytes);
         service.tryOrder();
+    }
+    static std::string readPage() {
+        std::ifstream stream(kPage);
+        return {std::istreambuf_iterator<char>(stream), {}};
     }
     /// Runs a block of the page in the folder that holds orders/.
     int runShell(const std::string& block) const {
@@ -76,6 +82,29 @@ TEST_F(OrderFileGuardPage, WithoutTheGuardTheFirstFileIsOneOrder) {
     const QVector<COrderParam> orders = gate.batches.at(0);
     ASSERT_EQ(orders.size(), 1);
     EXPECT_EQ(orders[0].m_orders.at(0).m_nVolume, 10024);
+}
+
+/// The names that tell whether orders of a kept file may have gone out.
+TEST_F(OrderFileGuardPage, KeptFilesHaveTheNamesOfThePage) {
+    const std::string page = readPage();
+    give("23,0");
+    folder.write("orders/stock.txt.tmp", "23,0\n");
+    give("23,0\ncancel_order A1 1\n");
+    gate.onCancel = [this] { std::ofstream(folder.path("orders/stock.txt.tmp"), std::ios::app) << "23,0\n"; };
+    give("23,0\ncancel_order A1 1\n");
+    for (const char* mark : {"", ".tmp", ".cut"}) {
+        const std::string kept = std::string("rejected/stock.txt") + mark + ".20260105-093000-000";
+        EXPECT_TRUE(folder.exists(kept)) << kept;
+        EXPECT_NE(page.find('`' + kept + '`'), std::string::npos) << kept;
+    }
+}
+
+TEST_F(OrderFileGuardPage, SymbolicLinkIsMovedAndNotTheFileItLeadsTo) {
+    folder.write("orders/target", "23,0");
+    std::filesystem::create_symlink("target", folder.path("orders/stock.txt"));
+    service.tryOrder();
+    EXPECT_EQ(std::filesystem::read_symlink(folder.path("rejected/stock.txt.20260105-093000-000")), "target");
+    EXPECT_EQ(folder.read("orders/target"), "23,0");
 }
 
 /// Each shell block of the page, run as a reader would: the first hands a file over, the second one that was

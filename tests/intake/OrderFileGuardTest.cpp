@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <fstream>
 #include <stdexcept>
 
@@ -29,6 +31,8 @@ protected:
 
     static constexpr const char* kTime = "20260105-093000-000";
     static constexpr const char* kKept = "rejected/a.txt.20260105-093000-000";
+    static constexpr const char* kKeptCut = "rejected/a.txt.cut.20260105-093000-000";
+    static constexpr const char* kKeptLeftOver = "rejected/a.txt.tmp.20260105-093000-000";
 
     CTempFolder folder;
     CFakeClock clock;
@@ -98,8 +102,8 @@ TEST_F(OrderFileGuard, FileThatGrowsWhileItIsReadIsKept) {
     EXPECT_EQ(report().m_nLines, 2);
     EXPECT_TRUE(report().m_bCutShort);
     EXPECT_EQ(report().m_strCause, QStringLiteral("line 2: its writer went on writing while it was read"));
-    EXPECT_EQ(report().m_strKeptAs, QString::fromStdString(folder.path(kKept)));
-    EXPECT_EQ(folder.read(kKept), "23,0,10.5,600000,100\ncancel_order A1 1\n23,0,10.6,600000,200\n");
+    EXPECT_EQ(report().m_strKeptAs, QString::fromStdString(folder.path(kKeptCut)));
+    EXPECT_EQ(folder.read(kKeptCut), "23,0,10.5,600000,100\ncancel_order A1 1\n23,0,10.6,600000,200\n");
 }
 
 TEST_F(OrderFileGuard, ErrorWhileReadingRefusesTheFile) {
@@ -120,8 +124,8 @@ TEST_F(OrderFileGuard, FileThatCannotBeOpenedAnyMoreIsKept) {
     service.tryOrder();
     ASSERT_EQ(host.audit.reports.size(), 2u);
     EXPECT_EQ(report(1).m_strCause, QStringLiteral("it cannot be opened: Too many levels of symbolic links"));
-    EXPECT_EQ(report(1).m_strKeptAs, QString::fromStdString(folder.path(kKept)) + QStringLiteral("-2"));
-    EXPECT_TRUE(std::filesystem::is_symlink(folder.path(std::string(kKept) + "-2")));
+    EXPECT_EQ(report(1).m_strKeptAs, QString::fromStdString(folder.path(kKept)));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path(kKept)));
 }
 
 TEST_F(OrderFileGuard, FileOfARunThatWasCutOffIsKeptUnread) {
@@ -131,10 +135,45 @@ TEST_F(OrderFileGuard, FileOfARunThatWasCutOffIsKeptUnread) {
     ASSERT_EQ(gate.batches.size(), 1u);
     EXPECT_EQ(gate.batches[0].at(0).m_nOrderType, 24);
     ASSERT_EQ(host.audit.reports.size(), 2u);
-    EXPECT_TRUE(report().m_bRejected);
+    EXPECT_FALSE(report().m_bRejected);
+    EXPECT_TRUE(report().m_bLeftOver);
     EXPECT_EQ(report().m_strSource, QString::fromStdString(folder.path("a.txt.tmp")));
-    EXPECT_EQ(report().m_strKeptAs, QString::fromStdString(folder.path(kKept)));
-    EXPECT_EQ(folder.read(kKept), "23,0,10.5,600000,100\n");
+    EXPECT_EQ(report().m_strKeptAs, QString::fromStdString(folder.path(kKeptLeftOver)));
+    EXPECT_EQ(folder.read(kKeptLeftOver), "23,0,10.5,600000,100\n");
+}
+
+/// The name of a kept file tells whether its orders may have gone out, also if the process ends before it has
+/// reported the file.
+class OrderFileGuardDeathTest : public OrderFileGuard {
+protected:
+    /// Another process makes a pass and ends at its first report.
+    void endAtTheReport() {
+        host.audit.onRecord = [] { ::_exit(7); };
+        EXPECT_EXIT(service.tryOrder(), testing::ExitedWithCode(7), "");
+        EXPECT_FALSE(folder.exists("a.txt.tmp"));
+    }
+};
+
+TEST_F(OrderFileGuardDeathTest, RefusedFileHasItsOwnName) {
+    folder.write("a.txt", "23,0");
+    endAtTheReport();
+    EXPECT_EQ(folder.read(kKept), "23,0");
+}
+
+TEST_F(OrderFileGuardDeathTest, LeftOverFileHasTmpInItsName) {
+    folder.write("a.txt.tmp", "23,0,10.5,600000,100\n");
+    folder.write("a.txt", "24,0,10.5,600000,100\n");
+    endAtTheReport();
+    EXPECT_EQ(folder.read(kKeptLeftOver), "23,0,10.5,600000,100\n");
+    EXPECT_FALSE(folder.exists(kKept));
+}
+
+TEST_F(OrderFileGuardDeathTest, FileThatWasCarriedOutInPartHasCutInItsName) {
+    folder.write("a.txt", "23,0,10.5,600000,100\ncancel_order A1 1\n");
+    gate.onCancel = [this] { std::ofstream(folder.path("a.txt.tmp"), std::ios::app) << "23,0\n"; };
+    endAtTheReport();
+    EXPECT_EQ(folder.read(kKeptCut), "23,0,10.5,600000,100\ncancel_order A1 1\n23,0\n");
+    EXPECT_FALSE(folder.exists(kKept));
 }
 
 TEST_F(OrderFileGuard, HostWithoutAFolderKeepsTheFileBesideItsPath) {
@@ -189,6 +228,62 @@ TEST_F(OrderFileGuard, RefusedFileThatCannotBeMovedHoldsTheNextOnes) {
     std::filesystem::remove(folder.path(name + ".tmp"));
     service.tryOrder();
     EXPECT_EQ(gate.batches.size(), 1u);
+}
+
+/// A file of this run that could not be moved is not taken for one of an earlier run when it can be moved.
+class OrderFileGuardUnmoved : public OrderFileGuard {
+protected:
+    OrderFileGuardUnmoved() { folder.write("rejected", "a file"); }
+
+    /// A pass over a file that can be moved neither to the folder nor to a name beside it, which is too long,
+    /// and then one that can move it.
+    void moveLate(const std::string& text) {
+        addStrategy(name);
+        folder.write(name, text);
+        service.tryOrder();
+        EXPECT_EQ(report().m_strKeptAs, QString::fromStdString(folder.path(name + ".tmp")));
+        std::filesystem::remove(folder.path("rejected"));
+        folder.write(name, "24,0\n");
+        service.tryOrder();
+        ASSERT_EQ(host.audit.reports.size(), 3u);
+        EXPECT_EQ(report(1).m_strSource, QString::fromStdString(folder.path(name + ".tmp")));
+    }
+    const std::string name = std::string(230, 'a');
+};
+
+TEST_F(OrderFileGuardUnmoved, RefusedFileIsStillARefusedOne) {
+    moveLate("23,0");
+    EXPECT_TRUE(report(1).m_bRejected);
+    EXPECT_FALSE(report(1).m_bLeftOver);
+    EXPECT_EQ(report(1).m_strCause, QStringLiteral("it was refused before and could not be moved then"));
+    EXPECT_EQ(folder.read("rejected/" + name + "." + kTime), "23,0");
+}
+
+TEST_F(OrderFileGuardUnmoved, FileThatWasCarriedOutInPartIsStillOne) {
+    gate.onCancel = [this] { std::ofstream(folder.path(name + ".tmp"), std::ios::app) << "23,0\n"; };
+    moveLate("23,0\ncancel_order A1 1\n");
+    EXPECT_EQ(gate.batches.size(), 2u);
+    EXPECT_FALSE(report(1).m_bRejected);
+    EXPECT_TRUE(report(1).m_bLeftOver);
+    EXPECT_EQ(report(1).m_strCause,
+              QStringLiteral("a part of it was carried out before, and it could not be moved then"));
+    EXPECT_EQ(folder.read("rejected/" + name + ".cut." + kTime), "23,0\ncancel_order A1 1\n23,0\n");
+}
+
+/// What lies there later is another file.
+TEST_F(OrderFileGuardUnmoved, PathThatWasFreeInTheMeantimeIsForgotten) {
+    addStrategy(name);
+    folder.write(name, "23,0");
+    service.tryOrder();
+    std::filesystem::remove(folder.path(name + ".tmp"));
+    std::filesystem::remove(folder.path("rejected"));
+    folder.write(name, "24,0\n");
+    service.tryOrder();
+    folder.write(name + ".tmp", "23,0\n");
+    folder.write(name, "24,0\n");
+    service.tryOrder();
+    EXPECT_TRUE(report(2).m_bLeftOver);
+    EXPECT_EQ(folder.read("rejected/" + name + ".tmp." + kTime), "23,0\n");
 }
 
 TEST_F(OrderFileGuard, FolderAtTheTemporaryPathLeavesTheFileWaiting) {

@@ -98,7 +98,7 @@ TEST_F(TakenFile, IsDeletedUnlessItWasKept) {
     folder.write(name + ".tmp", "2");
     {
         CTakenFile file(folder.path(name + ".tmp"), folder.path(name), nullptr);
-        EXPECT_FALSE(file.keep("").m_bMoved);
+        EXPECT_FALSE(file.keep("", "").m_bMoved);
     }
     EXPECT_TRUE(folder.exists(name + ".tmp")); // not deleted though it could not be moved
 }

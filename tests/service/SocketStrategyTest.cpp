@@ -1,10 +1,12 @@
 // Socket strategies through the service: their start and stop with every message, and the whole road of an
 // order line.
+#include "base/StopRequest.h"
 #include "service/StrategyRegistry.h"
 #include "socket/OrderSocketServerWrapper.h"
 #include "socket/SocketListeners.h"
 #include "tests/service/ServiceFixture.h"
 #include "tests/support/DoorFakes.h"
+#include "tests/support/FakeClock.h"
 #include "tests/support/TestSocket.h"
 
 #include <chrono>
@@ -378,6 +380,50 @@ TEST_F(SocketStrategy, HeldBackFloodBecomesCommandsInItsOrder) {
             sum += code.m_nVolume;
         EXPECT_EQ(sum, i * 100);
     }
+}
+
+/// Two seconds of waiting for a quote pass at once; the file loop sleeps until it is stopped.
+class CQuoteClock final : public CFakeClock {
+public:
+    void sleepUnlessStopped(double, const utils::CStopRequest& stop) override { stop.waitFor(60); }
+};
+
+class SocketStrategyQuotes : public SocketStrategy {
+protected:
+    CQuoteClock clock;
+};
+
+TEST_F(SocketStrategyQuotes, FewOrdersWithoutAQuoteAreInFrontOfAnotherClients) {
+    constexpr int kReadsOfAnOrder = 3;
+    constexpr int kMostOfOneClient = 4;
+    const QString unquoted = QStringLiteral("SH600001");
+    host.switches.on.insert("mdl_order_socket_guard");
+    host.addStock("SH", "600001", 10);
+    host.quotes.quotes.erase(unquoted);
+    std::promise<void> firstInHand, mayGoOn;
+    std::promise<int> readsInFront;
+    const auto goOn = mayGoOn.get_future().share();
+    int reads = 0;
+    host.quotes.onRead = [&](const QString& key, int) {
+        if (key != unquoted) return readsInFront.set_value(reads);
+        if (reads++ == 0) {
+            firstInHand.set_value();
+            goOn.wait();
+        }
+    };
+    add(onPort(3, port).price(EPriceType::Latest));
+    ASSERT_EQ(start(), 0) << error.toStdString();
+    const auto flooder = logIn();
+    std::string lines;
+    for (int i = 0; i < 200; ++i)
+        lines += "placeorder 23,3,10.5,600001,100\r\n";
+    flooder->send(lines);
+    firstInHand.get_future().wait();
+    const auto other = logIn();
+    EXPECT_EQ(other->ask("placeorder 23,3,10.5,600000,100"), "+OK\r\n");
+    mayGoOn.set_value();
+    EXPECT_EQ(readsInFront.get_future().get(), kMostOfOneClient * kReadsOfAnOrder);
+    service().shutdown();
 }
 
 } // namespace

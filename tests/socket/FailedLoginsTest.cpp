@@ -29,6 +29,24 @@ TEST(FailedLogins, AddressesAreTheirOwn) {
     EXPECT_EQ(logins.delay("10.0.0.2", 0), 0);
 }
 
+TEST(FailedLogins, LoopbackAddressesAreOne) {
+    for (const char* address : {"127.0.0.1", "127.0.0.2", "127.255.255.254", "::1", "::ffff:127.0.0.9"})
+        EXPECT_EQ(CFailedLogins::groupOf(address), "loopback") << address;
+}
+
+TEST(FailedLogins, OtherAddressesOfTheFourthVersionAreTheirOwn) {
+    EXPECT_EQ(CFailedLogins::groupOf("10.0.0.1"), "10.0.0.1");
+    EXPECT_EQ(CFailedLogins::groupOf("::ffff:10.0.0.1"), "10.0.0.1");
+    EXPECT_EQ(CFailedLogins::groupOf("no address"), "no address");
+}
+
+TEST(FailedLogins, AddressesOfTheSixthVersionCountByTheirNetwork) {
+    EXPECT_EQ(CFailedLogins::groupOf("2001:db8:1:2::5"), "2001:db8:1:2::/64");
+    EXPECT_EQ(CFailedLogins::groupOf("2001:db8:1:2:ffff::6"), "2001:db8:1:2::/64");
+    EXPECT_EQ(CFailedLogins::groupOf("2001:db8:1:3::5"), "2001:db8:1:3::/64");
+    EXPECT_EQ(CFailedLogins::groupOf("fe80::1%lo"), "fe80::/64");
+}
+
 TEST(FailedLogins, MinuteWithoutAFailureForgets) {
     CFailedLogins logins;
     for (int i = 0; i < 10; ++i)

@@ -2,8 +2,7 @@
 #include "socket/FailedLogins.h"
 #include "tests/socket/SocketFixture.h"
 
-#include <sys/resource.h>
-
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -64,6 +63,19 @@ TEST_F(LoginDelay, TimerOfTheListenerEndsTheDelay) {
     EXPECT_TRUE(isQuiet(*client, *trader));
     clock.sleep(0.001);
     EXPECT_EQ(client->readLine(), kBadLogin);
+}
+
+TEST_F(LoginDelay, AnotherLoopbackAddressWaitsToo) {
+    start();
+    const auto trader = logIn();
+    fail(CFailedLogins::kFree);
+    CTestSocket client(m_nPort, "127.0.0.2");
+    EXPECT_EQ(client.readLine(), kGreeting);
+    EXPECT_EQ(client.ask("user trader"), kOk);
+    client.send("pass secret\r\n");
+    EXPECT_TRUE(isQuiet(client, *trader));
+    passTime(0.51);
+    EXPECT_EQ(client.readLine(), kOk);
 }
 
 TEST_F(LoginDelay, RightPasswordWaitsAsLongAsAWrongOneAndNotLonger) {
@@ -151,11 +163,67 @@ TEST_F(LoginDelay, SeveralGuessesOfOneConnectionWaitOneByOne) {
     EXPECT_EQ(client->readLine(), kOk);
 }
 
+/// The delays of a wave grow as if its guesses had come one after the other.
+TEST_F(LoginDelay, ConnectionsThatWaitAtOnceDoNotShareTheFirstDelay) {
+    start();
+    const auto trader = logIn();
+    fail(CFailedLogins::kFree);
+    std::vector<std::unique_ptr<CTestSocket>> wave;
+    for (int i = 0; i < 6; ++i)
+        wave.push_back(guess());
+    EXPECT_TRUE(isQuiet(*wave.back(), *trader));
+    for (const double seconds : {0.501, 0.5, 1.0}) {
+        passTime(seconds);
+        EXPECT_EQ(wave.front()->readLine(), kBadLogin);
+        wave.erase(wave.begin());
+        EXPECT_TRUE(isQuiet(*wave.front(), *trader));
+    }
+    passTime(1.9);
+    EXPECT_TRUE(isQuiet(*wave.front(), *trader));
+    passTime(0.1);
+    for (const auto& client : wave)
+        EXPECT_EQ(client->readLine(), kBadLogin);
+}
+
+TEST_F(LoginDelay, GuesserThatKeepsItsConnectionsMakesRoomForANewOne) {
+    start();
+    const auto trader = logIn();
+    fail(20);
+    std::vector<std::unique_ptr<CTestSocket>> guessers;
+    for (int i = 0; i < CFailedLogins::kMaxDelayed; ++i)
+        guessers.push_back(guess());
+    EXPECT_TRUE(isQuiet(*guessers.back(), *trader));
+    passTime(4.1);
+    for (const auto& client : guessers) {
+        EXPECT_EQ(client->readLine(), kBadLogin);
+        client->send("pass wrong\r\n");
+    }
+    EXPECT_TRUE(isQuiet(*guessers.back(), *trader));
+    const auto right = guess("secret");
+    EXPECT_TRUE(isQuiet(*right, *trader));
+    const auto isRefused = [](const auto& client) { return client->waitForData(kNow); };
+    EXPECT_EQ(std::count_if(guessers.begin(), guessers.end(), isRefused), 1);
+    const auto refused = std::find_if(guessers.begin(), guessers.end(), isRefused);
+    ASSERT_NE(refused, guessers.end());
+    EXPECT_EQ((*refused)->readAll(), "-ERR Too Many Failed Logins\r\n");
+    passTime(4.1);
+    EXPECT_EQ(right->readLine(), kOk);
+}
+
+TEST_F(LoginDelay, OrdersOfThoseWhoAreLoggedInDoNotWaitAndTheirNextPassDoes) {
+    start();
+    const auto trader = logIn();
+    fail(20);
+    EXPECT_EQ(trader->ask("cancel 1"), kOk);
+    trader->send("pass secret\r\n");
+    const auto other = connect();
+    EXPECT_EQ(other->ask("nonsense"), "-ERR Bad Command\r\n");
+    EXPECT_FALSE(trader->waitForData(kNow));
+    passTime(4.1);
+    EXPECT_EQ(trader->readLine(), kBadLogin); // nothing named it since its login
+}
+
 TEST_F(LoginDelay, AsManyAsMayWaitDoAndThoseWhoHaveGoneMakeRoom) {
-    rlimit limit{};
-    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
-    limit.rlim_cur = limit.rlim_max;
-    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
     start();
     const auto trader = logIn();
     fail(20);

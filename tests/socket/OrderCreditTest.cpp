@@ -176,11 +176,33 @@ TEST_F(OrderCredit, AccountThatCannotBeWokenIsTriedAgain) {
     EXPECT_EQ(wakes, 1);
 }
 
+/// No ticket is out whose end would bring the next try.
+TEST_F(OrderCredit, LastAccountThatCannotBeWokenIsTriedAgainByTheListener) {
+    bool isFull = true;
+    int wakes = 0;
+    const auto a = credit->open([&] {
+        if (isFull) throw std::bad_alloc();
+        ++wakes;
+    });
+    CTickets tickets;
+    EXPECT_EQ(placeAll(a, tickets), kShare);
+    EXPECT_FALSE(credit->hasWaiting()); // it waits for its share
+    tickets.clear();
+    EXPECT_TRUE(credit->hasWaiting());
+    credit->wakeWaiting();
+    EXPECT_EQ(wakes, 0);
+    isFull = false;
+    credit->wakeWaiting();
+    EXPECT_EQ(wakes, 1);
+    EXPECT_FALSE(credit->hasWaiting());
+    EXPECT_EQ(placeAll(a, tickets), kShare);
+}
+
 TEST_F(OrderCredit, RoomIsWhatTheServiceWorksOffInAMoment) {
     workOff(100, 0.0001);
     EXPECT_EQ(room(), kRoom);
-    workOff(100, 0.002);
-    EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.002, 1);
+    workOff(100, 0.006);
+    EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.006, 1);
     workOff(100, 2);
     EXPECT_EQ(room(), COrderCredit::kLeastRoom);
     workOff(100, 0.0001);
@@ -201,20 +223,20 @@ TEST_F(OrderCredit, OrdersThatWaitInTheQueueAreMeasuredOneByOne) {
         for (int i = 0; i < 20; ++i)
             tickets.push_back(credit->charge(a, 1));
         for (int i = 0; i < 20; ++i) {
-            clock.sleep(0.001);
+            clock.sleep(0.006);
             giveBack(tickets, 1);
         }
     }
-    EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.001, 1);
+    EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.006, 1);
 }
 
 TEST_F(OrderCredit, RowsOfABasketAreMeasuredLikeOrders) {
     const auto a = open("a");
     for (int i = 0; i < 100; ++i) {
         const auto basket = credit->charge(a, 100);
-        clock.sleep(0.2);
+        clock.sleep(0.6);
     }
-    EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.002, 1);
+    EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.006, 1);
 }
 
 } // namespace

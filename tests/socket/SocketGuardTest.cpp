@@ -232,7 +232,7 @@ TEST(SocketGuardSwitch, OffNothingIsRefused) {
     data.m_nFailedLogins = 1000;
     EXPECT_EQ(guard.refuseLogins(data), nullptr);
     EXPECT_EQ(guard.refuseDelay(true), nullptr);
-    EXPECT_FALSE(guard.isNoText(std::string_view("\0", 1)));
+    EXPECT_FALSE(guard.hasZeroByte(std::string_view("\0", 1)));
     EXPECT_EQ(guard.refuseSilence(data, 1e9), nullptr);
 }
 

@@ -20,7 +20,8 @@
 /// clock; a server that never answers is stopped by the test run's own time limit.
 class CTestSocket {
 public:
-    explicit CTestSocket(unsigned short port) : m_socket(m_io) {
+    explicit CTestSocket(unsigned short port, const char* ownAddress = "127.0.0.1")
+        : m_socket(m_io, {boost::asio::ip::make_address_v4(ownAddress), 0}) {
         m_socket.connect({boost::asio::ip::address_v4::loopback(), port});
         m_socket.set_option(boost::asio::ip::tcp::no_delay(true));
     }
