@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "check/Reports.h"
+#include "platform/HostCall.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/TradingRules.h"
 #include "records/OrderTypes.h"
@@ -45,7 +46,8 @@ QString reportHead(const COrderParam& order) {
 /// The outcome tells what became of the rest of the command.
 void report(const CCodeOrderParam& record, const COrderParam& order, const QString& reason,
             const QString& outcome) {
-    const std::string account = record.m_account ? record.m_account->getKey() : std::string();
+    const std::string account =
+        record.m_account ? hostCall<&CAccountInfo::getKey>.on(*record.m_account) : std::string();
     const QString code = QString::fromStdString(record.m_stock.m_strMarket + record.m_stock.m_strCode);
     showCheckFailure(reportHead(order) +
                      utils::fillText(QStringLiteral("账号 [%1] 合约 [%2] %3, %4!"),

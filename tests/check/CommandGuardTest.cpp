@@ -1,6 +1,7 @@
 // Which commands the guard lets out, and what it says of the others.
 #include "check/CommandGuard.h"
 
+#include "platform/HostCall.h"
 #include "tests/check/CheckFixture.h"
 
 #include <boost/make_shared.hpp>
@@ -200,6 +201,24 @@ TEST_F(CommandGuard, NoReportPromisesARestThatIsRefused) {
     issue(saleOfAll(), {unsellable(), bad});
     EXPECT_TRUE(host.commands().empty());
     EXPECT_EQ(onlyError(), refused(QStringLiteral("没有价格"), 26));
+}
+
+/// Every exception of the host arrives as one that names the operation.
+TEST_F(CommandGuard, AnAccountThatThrowsIsNamed) {
+    struct CThrowing : CAccountInfo {
+        std::string getKey() const override { throw 7; }
+    };
+    CCodeOrderParam bad = record();
+    bad.m_account = boost::make_shared<CThrowing>();
+    bad.m_nVolume = 0;
+    try {
+        goesOut(bad);
+        FAIL() << "nothing was thrown";
+    } catch (const CHostError& error) {
+        EXPECT_TRUE(QString::fromUtf8(error.what()).startsWith(QStringLiteral("CAccountInfo::getKey: ")))
+            << error.what();
+    }
+    EXPECT_TRUE(host.commands().empty());
 }
 
 TEST_F(CommandGuard, WithoutTheGuardASaleOfAllGoesOutWhole) {
