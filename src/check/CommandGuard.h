@@ -27,11 +27,9 @@ namespace TC {
 /// left out, with a report each, and the rest goes out. If all are left out, nothing goes out.
 ///
 /// A command without records passes: the share-transfer market has no others, and a basket or a repayment of
-/// which nothing is left has none either. A target position without a volume is left out of its basket.
+/// which nothing is left has none either. A target position without a volume, or with one
+/// that no order can hold, is left out of its basket.
 inline constexpr const char* kCommandGuardSwitch = "mdl_order_command_guard";
-
-/// The report of a target position that is left out.
-inline constexpr char kUnsetTarget[] = "[%1]　通道号: %2, 调仓合约 [%3] 没有目标数量, 未下单!";
 
 bool isCommandGuardOn();
 
