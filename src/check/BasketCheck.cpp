@@ -26,6 +26,10 @@
 namespace TC {
 namespace {
 
+/// The reports of target positions that are left out with the command guard on.
+constexpr char kUnsetTarget[] = "[%1]　通道号: %2, 调仓合约 [%3] 没有目标数量, 未下单!";
+constexpr char kTargetTooLarge[] = "[%1]　通道号: %2, 调仓合约 [%3] 数量超出范围, 未下单!";
+
 /// The star market has a least volume; told for each account.
 bool isBelowStarLeast(const CCheckRun& run, int volume) {
     constexpr int kStarLeast = 200;
@@ -117,19 +121,20 @@ QSet<QString> unsetTargets(const QVector<COrderSingleParam>& rows) {
     return codes;
 }
 
-/// The exchange takes the not-set volume of a target for a number of shares, and would buy what is missing to
-/// it. Such rows get no volume instead, so that the split refuses them: what is held stays. The command guard
-/// leaves them out, with a report.
-void leaveUnset(CBasket& basket, const QSet<QString>& codes) {
-    QVector<COrderSingleParam>& rows = basket.order.m_orders;
-    const auto isUnsetTarget = [&](const COrderSingleParam& row) { return codes.contains(row.m_strCode); };
-    for (COrderSingleParam& row : rows) {
-        if (isUnsetTarget(row)) row.m_nVolume = kUnsetInt;
-    }
+/// With the command guard on: takes out the rows that have no volume which an order could name, with a report
+/// each. These are the targets without a volume, for which the exchange would buy up to the not-set number,
+/// and differences beyond an int. Without the guard the not-set volume of a target counts as its number.
+void leaveOutUnset(CBasket& basket, const QSet<QString>& unsetCodes) {
     if (!isCommandGuardOn()) return;
-    for (const QString& code : codes)
-        failCheck(basket.run, QString::fromUtf8(kUnsetTarget), code);
-    rows.erase(std::remove_if(rows.begin(), rows.end(), isUnsetTarget), rows.end());
+    const auto isLeftOut = [&](const COrderSingleParam& row) {
+        const bool isUnsetTarget = unsetCodes.contains(row.m_strCode);
+        if (!isUnsetTarget && !isUnset(row.m_nVolume)) return false;
+        failCheck(basket.run, QString::fromUtf8(isUnsetTarget ? kUnsetTarget : kTargetTooLarge),
+                  row.m_strCode);
+        return true;
+    };
+    QVector<COrderSingleParam>& rows = basket.order.m_orders;
+    rows.erase(std::remove_if(rows.begin(), rows.end(), isLeftOut), rows.end());
 }
 
 bool takeTargets(CBasket& basket) {
@@ -142,7 +147,7 @@ bool takeTargets(CBasket& basket) {
     if (!checkTargets(basket)) return false;
     const QSet<QString> unset = unsetTargets(basket.order.m_orders);
     exchangePosition(basket.run.accounts.front(), basket.order.m_orders, basket.multiplier);
-    leaveUnset(basket, unset);
+    leaveOutUnset(basket, unset);
     return true;
 }
 

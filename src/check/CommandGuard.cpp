@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "check/Reports.h"
+#include "platform/HostCall.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/TradingRules.h"
 #include "records/OrderTypes.h"
@@ -30,19 +31,27 @@ bool isPriceGiven(double price) {
     return std::isfinite(price) && !isInvalidPrice(price) && !isZero(price);
 }
 
-/// Of what cannot be sold today there is a record of no volume.
 bool isSaleOfAll(const COrderParam& order) {
     return order.m_bAll && order.m_nOrderType == kOrderBasketSell;
 }
 
-void report(const CCodeOrderParam& record, const COrderParam& order, const QString& reason) {
-    const std::string account = record.m_account ? record.m_account->getKey() : std::string();
-    showCheckFailure(utils::fillText(
-        QStringLiteral("[%1]　通道号: %2, 下单类型: %3 (%4), 账号 [%5] 合约 [%6] %7, 指令未发出!"),
-        {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel),
-         orderStrategyOrderTypeToString(order.m_nOrderType), QString::number(order.m_nOrderType),
-         QString::fromStdString(account),
-         QString::fromStdString(record.m_stock.m_strMarket + record.m_stock.m_strCode), reason}));
+/// What all reports of the guard begin with: source, channel and order type.
+QString reportHead(const COrderParam& order) {
+    return utils::fillText(QStringLiteral("[%1]　通道号: %2, 下单类型: %3 (%4), "),
+                           {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel),
+                            orderStrategyOrderTypeToString(order.m_nOrderType),
+                            QString::number(order.m_nOrderType)});
+}
+
+/// The outcome tells what became of the rest of the command.
+void report(const CCodeOrderParam& record, const COrderParam& order, const QString& reason,
+            const QString& outcome) {
+    const std::string account =
+        record.m_account ? hostCall<&CAccountInfo::getKey>.on(*record.m_account) : std::string();
+    const QString code = QString::fromStdString(record.m_stock.m_strMarket + record.m_stock.m_strCode);
+    showCheckFailure(reportHead(order) +
+                     utils::fillText(QStringLiteral("账号 [%1] 合约 [%2] %3, %4!"),
+                                     {QString::fromStdString(account), code, reason, outcome}));
 }
 
 } // namespace
@@ -65,18 +74,36 @@ std::optional<QString> missingOf(const CCodeOrderParam& record, const COrderPara
     return std::nullopt;
 }
 
-bool passesCommandGuard(COrderComandParam& command, const COrderParam& order) {
-    std::vector<CCodeOrderParam>& records = command.m_codes;
-    const auto isLeftOut = [&](const CCodeOrderParam& record) {
-        if (!isSaleOfAll(order) || record.m_nVolume != 0) return false;
-        report(record, order, QStringLiteral("没有可卖数量"));
-        return true;
-    };
-    records.erase(std::remove_if(records.begin(), records.end(), isLeftOut), records.end());
-    for (const CCodeOrderParam& record : records) {
+bool leaveOutUnsellable(std::vector<CCodeOrderParam>& records, const COrderParam& order) {
+    if (!isSaleOfAll(order)) return true;
+    const auto hasVolume = [](const CCodeOrderParam& record) { return record.m_nVolume != 0; };
+    const auto leftOut = std::stable_partition(records.begin(), records.end(), hasVolume);
+    if (leftOut == records.begin() && leftOut != records.end()) {
+        showCheckFailure(reportHead(order) +
+                         utils::fillText(QStringLiteral("全部持仓(%1条)没有可卖数量, 指令未发出!"),
+                                         {QString::number(records.size())}));
+        return false;
+    }
+    // The report says that the rest goes out. If it will be refused, the report of that is enough.
+    const bool isRestGood = std::none_of(records.begin(), leftOut, [&](const CCodeOrderParam& record) {
+        return missingOf(record, order).has_value();
+    });
+    if (isRestGood) {
+        std::for_each(leftOut, records.end(), [&](const CCodeOrderParam& record) {
+            report(record, order, QStringLiteral("没有可卖数量"),
+                   QStringLiteral("此合约未下单, 其余照常发出"));
+        });
+    }
+    records.erase(leftOut, records.end());
+    return true;
+}
+
+bool passesCommandGuard(const COrderComandParam& command, const COrderParam& order) {
+    for (const CCodeOrderParam& record : command.m_codes) {
         const std::optional<QString> missing = missingOf(record, order);
         if (!missing) continue;
-        report(record, order, *missing);
+        const QString count = QString::number(command.m_codes.size());
+        report(record, order, *missing, QStringLiteral("整个指令(%1条)未发出").arg(count));
         return false;
     }
     return true;

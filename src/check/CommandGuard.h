@@ -24,14 +24,12 @@ namespace TC {
 ///  - a volume of at least 1, and one that is set. A repayment of money needs an amount above zero instead:
 ///    its volume is the whole part of it.
 /// A sale of all positions (26 with `all`) has records of volume 0 for what cannot be sold today. Those are
-/// left out, with a report each, and the rest goes out.
+/// left out, with a report each, and the rest goes out. If all are left out, nothing goes out.
 ///
 /// A command without records passes: the share-transfer market has no others, and a basket or a repayment of
-/// which nothing is left has none either. A target position without a volume is left out of its basket.
+/// which nothing is left has none either. A target position without a volume, or with one
+/// that no order can hold, is left out of its basket.
 inline constexpr const char* kCommandGuardSwitch = "mdl_order_command_guard";
-
-/// The report of a target position that is left out.
-inline constexpr char kUnsetTarget[] = "[%1]　通道号: %2, 调仓合约 [%3] 没有目标数量, 未下单!";
 
 bool isCommandGuardOn();
 
@@ -39,8 +37,12 @@ bool isCommandGuardOn();
 /// isDirectRepay.
 std::optional<QString> missingOf(const CCodeOrderParam& record, const COrderParam& order);
 
-/// Whether the order's command may go out. Leaves out the records of a sale of all that have no volume.
-/// Reports what it refuses or leaves out, as a failed check.
-bool passesCommandGuard(COrderComandParam& command, const COrderParam& order);
+/// Takes out of a sale of all the records that have no volume, and reports them. False if none is left: then
+/// there is nothing to trade, and one report says so. All other orders keep their records. To be called
+/// before an algorithm's text is made, since that text refers to the records by their place.
+bool leaveOutUnsellable(std::vector<CCodeOrderParam>& records, const COrderParam& order);
+
+/// Whether the order's command may go out. Reports the first record that lacks something, as a failed check.
+bool passesCommandGuard(const COrderComandParam& command, const COrderParam& order);
 
 } // namespace TC

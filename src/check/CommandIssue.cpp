@@ -65,6 +65,7 @@ void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType he
                                        const COrderParam& order, const COrderStrategyParam& strategy) const {
     const auto command = boost::make_shared<COrderComandParam>();
     command->m_codes = codes;
+    if (isCommandGuardOn() && !leaveOutUnsellable(command->m_codes, order)) return;
     command->m_ePlatform = platform;
     command->m_strAlgoParam = std::move(algoParam);
     const EOrderType orderType = chosenOrderType(order, strategy);

@@ -117,8 +117,8 @@ public:
     /// market, code, price or volume is refused instead, with a report (check/CommandGuard.h). Any thread;
     /// the command is not null.
     void sendCommand(const COrderComandParamPtr& command, const COrderParam& order) const;
-    /// Makes one command of checked records and sends it with sendCommand. The remark that
-    /// reaches the command is the order's own: `remark` and `callback` are taken and dropped.
+    /// Makes one command of checked records and sends it with sendCommand; the guard first leaves out what a
+    /// sale of all cannot sell. The remark is the order's own: `remark` and `callback` are taken and dropped.
     void doOrderCommand(EQdTraderType traderType, EQdHedgeType hedgeType, EFtSpecBtnBarType btnType,
                         const std::vector<CCodeOrderParam>& codes, std::map<std::string, double> weights,
                         EQdStopLossType stopLossType, bool unionCommand, CCommandCallback callback,

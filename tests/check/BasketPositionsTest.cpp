@@ -207,19 +207,60 @@ TEST_F(BasketPositions, KeyOfAPositionIsJoinedAsTheHostJoinsIt) {
 
 // Target positions.
 
-TEST_F(BasketPositions, TargetWithoutAVolumeTradesNothing) {
+/// Held is 1000, the target 2147483647: the number of the not-set volume.
+TEST_F(BasketPositions, TargetWithoutAVolumeCountsAsItsNumber) {
     hold("600001", 1000);
-    ASSERT_TRUE(check(basket(35, {{"600001", kUnsetInt}}), strategy().volume(2)));
-    EXPECT_TRUE(codes.empty());
+    ASSERT_TRUE(check(basket(35, {{"600001", kUnsetInt}})));
+    ASSERT_EQ(host.trade.splitCalls.size(), 1u);
+    EXPECT_EQ(host.trade.splitCalls[0].volume, 2147482647);
+    EXPECT_EQ(host.trade.splitCalls[0].operation, EOperationType::Buy);
 }
 
-TEST_F(BasketPositions, TargetByMoneyWithoutPriceAndVolumeKeepsWhatIsHeld) {
+TEST_F(BasketPositions, TargetByMoneyWithoutPriceAndVolumeCountsAsItsNumber) {
     hold("600001", 1000);
     host.quotes.quotes.at(QStringLiteral("SH600001"))->m_dLastPrice = 0;
     const COrderParam order =
         basket(35, {{"600001", kUnsetInt}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
     ASSERT_TRUE(check(order, strategy().amount(5000)));
+    ASSERT_EQ(host.trade.splitCalls.size(), 1u);
+    EXPECT_EQ(host.trade.splitCalls[0].volume, 2147482647);
+}
+
+TEST_F(BasketPositions, WithTheCommandGuardTargetsWithoutAVolumeTradeNothing) {
+    host.switches.on.insert("mdl_order_command_guard");
+    hold("600001", 1000);
+    const QString report = QStringLiteral("[文件单]　通道号: 3, 调仓合约 [600001] 没有目标数量, 未下单!");
+    for (const int multiplier : {0, 1, 2}) {
+        host.orders.errors.clear();
+        ASSERT_TRUE(check(basket(35, {{"600001", kUnsetInt}}), strategy().volume(multiplier))) << multiplier;
+        EXPECT_EQ(onlyError(), report) << multiplier;
+    }
+    host.quotes.quotes.at(QStringLiteral("SH600001"))->m_dLastPrice = 0;
+    host.orders.errors.clear();
+    const COrderParam order =
+        basket(35, {{"600001", kUnsetInt}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
+    ASSERT_TRUE(check(order, strategy().amount(5000)));
+    EXPECT_EQ(onlyError(), report);
     EXPECT_TRUE(codes.empty());
+    EXPECT_TRUE(host.trade.splitCalls.empty());
+}
+
+TEST_F(BasketPositions, CommandGuardTellsTargetsBeyondAnOrderInTheOrderOfTheRows) {
+    addInstrument("600003", 10);
+    hold("600004", 10000); // as much as its target
+    const COrderParam order =
+        basket(35, {{"600003", 2000000}, {"600002", kUnsetInt}, {"600001", 2000000}, {"600004", 5}});
+    const COrderStrategyParam times2000 = strategy().volume(2000);
+    host.switches.on.insert("mdl_order_command_guard");
+    ASSERT_TRUE(check(order, times2000));
+    const auto report = [](const char* code, const char* why) {
+        return QStringLiteral("[文件单]　通道号: 3, 调仓合约 [%1] %2, 未下单!")
+            .arg(QString::fromUtf8(code), QString::fromUtf8(why));
+    };
+    EXPECT_EQ(host.errorTexts(),
+              (std::vector<QString>{report("600001", "数量超出范围"), report("600002", "没有目标数量"),
+                                    report("600003", "数量超出范围")}));
+    EXPECT_TRUE(host.trade.splitCalls.empty());
 }
 
 TEST_F(BasketPositions, TargetByMoneyAtAPriceBelowZeroSellsNoMoreThanIsHeld) {

@@ -1,6 +1,7 @@
 // Which commands the guard lets out, and what it says of the others.
 #include "check/CommandGuard.h"
 
+#include "platform/HostCall.h"
 #include "tests/check/CheckFixture.h"
 
 #include <boost/make_shared.hpp>
@@ -36,11 +37,26 @@ protected:
         send(COrderBuilder(number), {one});
         return host.commands().size() > before;
     }
-    QString refused(const QString& reason, int number = 23) const {
-        return QStringLiteral(
-                   "[文件单]　通道号: 3, 下单类型: 下单%1 (%1), 账号 [A1] 合约 [SH600000] %2, 指令未发出!")
-            .arg(number)
-            .arg(reason);
+    static QString reported(const QString& what, int number) {
+        return QStringLiteral("[文件单]　通道号: 3, 下单类型: 下单%1 (%1), %2").arg(number).arg(what);
+    }
+    static QString refused(const QString& reason, int number = 23, int records = 1) {
+        return reported(
+            QStringLiteral("账号 [A1] 合约 [SH600000] %1, 整个指令(%2条)未发出!").arg(reason).arg(records),
+            number);
+    }
+    static COrderParam saleOfAll() {
+        return COrderBuilder(26).set([](COrderParam& o) { o.m_bAll = true; });
+    }
+    CCodeOrderParam unsellable() {
+        CCodeOrderParam none = record();
+        none.m_nVolume = 0;
+        return none;
+    }
+    void issue(const COrderParam& order, const std::vector<CCodeOrderParam>& records) {
+        service.doOrderCommand(EQdTraderType::Basket, EQdHedgeType::None, EFtSpecBtnBarType::None, records,
+                               {}, EQdStopLossType::None, true, {}, {}, {}, ETradePlatform::Plain, {}, false,
+                               false, {}, order, CStrategyBuilder());
     }
 };
 
@@ -53,10 +69,7 @@ TEST_F(CommandGuard, IsOffUnlessItsSwitchIsOn) {
 }
 
 TEST_F(CommandGuard, EveryCommandPassesIt) {
-    service.doOrderCommand(EQdTraderType::Stock, EQdHedgeType::None, EFtSpecBtnBarType::None,
-                           {CCodeOrderParam()}, {}, EQdStopLossType::None, true, {}, {}, {},
-                           ETradePlatform::Plain, {}, false, false, {}, COrderBuilder(23),
-                           CStrategyBuilder());
+    issue(COrderBuilder(23), {CCodeOrderParam()});
     EXPECT_TRUE(host.commands().empty());
     EXPECT_EQ(host.errorTexts().size(), 1u);
 }
@@ -74,7 +87,8 @@ TEST_F(CommandGuard, MarketAndCodeAreNeeded) {
         (hasMarket ? one.m_stock.m_strCode : one.m_stock.m_strMarket).clear();
         EXPECT_FALSE(goesOut(one));
         ASSERT_FALSE(host.errorTexts().empty());
-        EXPECT_TRUE(host.errorTexts().back().endsWith(QStringLiteral("没有市场和代码, 指令未发出!")));
+        EXPECT_TRUE(
+            host.errorTexts().back().endsWith(QStringLiteral("没有市场和代码, 整个指令(1条)未发出!")));
     }
 }
 
@@ -105,7 +119,7 @@ TEST_F(CommandGuard, OneBadRecordRefusesTheOrderWithOneReport) {
     bad.m_nVolume = 0;
     send(COrderBuilder(25), {record(), bad, record(), bad});
     EXPECT_TRUE(host.commands().empty());
-    EXPECT_EQ(onlyError(), refused(QStringLiteral("没有数量"), 25));
+    EXPECT_EQ(onlyError(), refused(QStringLiteral("没有数量"), 25, 4));
 }
 
 TEST_F(CommandGuard, WhatIsNoTradeNeedsNoPrice) {
@@ -153,14 +167,67 @@ TEST_F(CommandGuard, AContractNeedsItsNameOrAnInstrument) {
 }
 
 TEST_F(CommandGuard, ASaleOfAllLeavesOutWhatCannotBeSoldToday) {
-    CCodeOrderParam none = record();
-    none.m_nVolume = 0;
-    const COrderParam all = COrderBuilder(26).set([](COrderParam& o) { o.m_bAll = true; });
-    send(all, {none, record(), none});
+    issue(saleOfAll(), {unsellable(), record(), unsellable()});
     ASSERT_EQ(host.commands().size(), 1u);
     ASSERT_EQ(host.commands()[0]->m_codes.size(), 1u);
     EXPECT_EQ(host.commands()[0]->m_codes[0].m_nVolume, 100);
-    EXPECT_EQ(host.errorTexts(), (std::vector<QString>(2, refused(QStringLiteral("没有可卖数量"), 26))));
+    const QString leftOut =
+        reported(QStringLiteral("账号 [A1] 合约 [SH600000] 没有可卖数量, 此合约未下单, 其余照常发出!"), 26);
+    EXPECT_EQ(host.errorTexts(), std::vector<QString>(2, leftOut));
+}
+
+/// The text has a group of parameters for each record, by its place.
+TEST_F(CommandGuard, TextOfAnAlgorithmIsMadeOfTheRecordsThatGoOut) {
+    constexpr auto kAlgo = static_cast<EOrderType>(7);
+    host.rules.algoPlatforms[kAlgo] = static_cast<ETradePlatform>(12);
+    COrderParam order = saleOfAll();
+    order.m_eOrderType = kAlgo;
+    order.m_strOrderSetting = "s";
+    issue(order, {unsellable(), record()});
+    ASSERT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.commands()[0]->m_strAlgoParam, "algo 7 s x1");
+    EXPECT_EQ(host.commands()[0]->m_codes.size(), 1u);
+}
+
+TEST_F(CommandGuard, ASaleOfAllThatCanSellNothingDoesNotGoOut) {
+    issue(saleOfAll(), {unsellable(), unsellable()});
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(onlyError(), reported(QStringLiteral("全部持仓(2条)没有可卖数量, 指令未发出!"), 26));
+}
+
+TEST_F(CommandGuard, NoReportPromisesARestThatIsRefused) {
+    CCodeOrderParam bad = record();
+    bad.m_dPrice = kUnsetDouble;
+    issue(saleOfAll(), {unsellable(), bad});
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(onlyError(), refused(QStringLiteral("没有价格"), 26));
+}
+
+/// Every exception of the host arrives as one that names the operation.
+TEST_F(CommandGuard, AnAccountThatThrowsIsNamed) {
+    struct CThrowing : CAccountInfo {
+        std::string getKey() const override { throw 7; }
+    };
+    CCodeOrderParam bad = record();
+    bad.m_account = boost::make_shared<CThrowing>();
+    bad.m_nVolume = 0;
+    try {
+        goesOut(bad);
+        FAIL() << "nothing was thrown";
+    } catch (const CHostError& error) {
+        EXPECT_TRUE(QString::fromUtf8(error.what()).startsWith(QStringLiteral("CAccountInfo::getKey: ")))
+            << error.what();
+    }
+    EXPECT_TRUE(host.commands().empty());
+}
+
+TEST_F(CommandGuard, WithoutTheGuardASaleOfAllGoesOutWhole) {
+    host.switches.on.clear();
+    issue(saleOfAll(), {unsellable(), record()});
+    issue(saleOfAll(), {unsellable()});
+    ASSERT_EQ(host.commands().size(), 2u);
+    EXPECT_EQ(host.commands()[0]->m_codes.size(), 2u);
+    EXPECT_TRUE(host.errorTexts().empty());
 }
 
 } // namespace
