@@ -94,6 +94,8 @@ void CIntakeAuditBase::recordIncident(const TC::CIncidentReport& report) {
             source, QStringLiteral("通道号: %1, %2条指令未执行: %3"),
             {QString::number(report.m_nChannel), QString::number(report.m_nOrders), report.m_strCause});
     case TC::EIncident::CancelNotDone:
+        if (report.m_nTaskId == TC::kUnsetInt)
+            return warn(source, QStringLiteral("撤单未成功: %1"), {report.m_strCause});
         return warn(source, QStringLiteral("任务 %1 未撤销: %2"),
                     {QString::number(report.m_nTaskId), report.m_strCause});
     case TC::EIncident::HostFailed:

@@ -66,7 +66,7 @@ struct CDiscardReport {
 /// What comes to nothing without a message to the user.
 enum class EIncident {
     OrdersDropped, ///< orders were accepted, and nothing goes out for them
-    CancelNotDone, ///< a cancel found no task
+    CancelNotDone, ///< a cancel found no task, or the cancel of an order failed
     HostFailed,    ///< a service of the host failed, and the message panel could not show it
 };
 

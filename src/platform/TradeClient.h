@@ -58,8 +58,8 @@ public:
                             const std::string& tradingDay, const CCancelCallback& callback, int flag) = 0;
 
 signals:
-    /// What became of a cancel of one order. The host may emit it on any thread. The library takes it and, as
-    /// tables are not built, does nothing with it.
+    /// What became of a cancel of one order. The host may emit it on any thread. The library tells the audit
+    /// of one that failed, and as tables are not built does no more with it.
     void sigCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
 };
 

@@ -455,6 +455,14 @@ void COrderService::slotCancelOrder(int taskId) {
 }
 
 // Cancels that did not come from a row of a table pass through without effect, and tables are not read yet.
-void COrderService::slotDbfCancelOrder(knservice::COrderInfoPtr, bool, std::string) {}
+// One that failed is told to the audit.
+void COrderService::slotDbfCancelOrder(knservice::COrderInfoPtr, bool success, std::string message) {
+    const utils::CLibraryCall call;
+    if (success) return;
+    CIncidentReport report;
+    report.m_eIncident = EIncident::CancelNotDone;
+    report.m_strCause = QString::fromStdString(message);
+    tellAudit(report);
+}
 
 } // namespace TC

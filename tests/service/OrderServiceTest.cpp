@@ -410,6 +410,15 @@ TEST_F(OrderService, AnswerToACancelThatNoTableAskedForHasNoEffect) {
     EXPECT_TRUE(host.messageTexts().empty());
 }
 
+TEST_F(OrderService, CancelOfAnOrderThatFailedGoesToTheAudit) {
+    emit host.trade.sigCancelOrder({}, false, "no such order");
+    service().shutdown();
+    EXPECT_TRUE(host.messageTexts().empty());
+    ASSERT_EQ(host.audit.incidents.size(), 1u);
+    EXPECT_EQ(host.audit.incidents[0].m_eIncident, EIncident::CancelNotDone);
+    EXPECT_EQ(host.audit.incidents[0].m_strCause, QStringLiteral("no such order"));
+}
+
 TEST_F(OrderService, StatusBarNamesTheRunningStrategiesInKeyOrder) {
     EXPECT_EQ(service().getStatusBarTip(), QStringLiteral("没有正在运行的策略"));
     addFileStrategy(2);
