@@ -1,7 +1,10 @@
 // Holds the conversations of docs/socket-protocol.md with a real listener, and reads its order lines.
 #include "base/Text.h"
 #include "records/Portfolio.h"
+#include "socket/FailedLogins.h"
 #include "socket/OrderCommandParser.h"
+#include "socket/OrderCredit.h"
+#include "socket/SocketGuard.h"
 #include "tests/docs/FamilyRoad.h"
 #include "tests/docs/FencedBlocks.h"
 #include "tests/docs/NumberTable.h"
@@ -10,6 +13,7 @@
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 #include <boost/make_shared.hpp>
 
+#include <fstream>
 #include <map>
 #include <sstream>
 
@@ -175,6 +179,72 @@ void expectNumbersOf(const std::string& family, const std::string& number) {
 TEST(SocketProtocolNumbers, GoOutWhereThePageSaysSo) {
     for (const auto& [family, number] : familyNumbers())
         expectNumbersOf(family, number);
+}
+
+/// A page as one line, since its own lines break anywhere.
+std::string readText(const std::string& path) {
+    std::ifstream page(SOURCE_DIR + path);
+    std::string text;
+    for (std::string word; page >> word;)
+        text += word + ' ';
+    return text;
+}
+
+/// A figure as a page writes it.
+template<typename Number>
+std::string figure(Number number) {
+    std::ostringstream text;
+    text << number;
+    return text.str();
+}
+
+void expectTexts(const std::string& path, const std::vector<std::string>& texts) {
+    const std::string page = readText(path);
+    for (const std::string& text : texts)
+        EXPECT_NE(page.find(text), std::string::npos) << path << ": " << text;
+}
+
+TEST(SocketProtocolFigures, ArePrintedOnThePageAsTheyAre) {
+    constexpr int room = COrderCredit::kMostRoom;
+    constexpr int share = room / 2;
+    constexpr double quoteSeconds = 2;
+    const std::string delayed = figure(CFailedLogins::kMaxDelayed);
+    ASSERT_EQ(CSocketGuard::kMaxFailedLogins, 10);
+    ASSERT_EQ(CFailedLogins::kFree, 3);
+    expectTexts(kPage, {"of more than " + figure(CSocketGuard::kMaxLine) + " bytes with CR LF",
+                        "where " + figure(CSocketGuard::kMaxConnections) + " connections are open",
+                        "instead of the tenth failed reply in a row",
+                        "if " + delayed + " connections of one address already",
+                        figure(CSocketGuard::kLoginSeconds) + " seconds after connecting",
+                        "At most " + figure(CSocketGuard::kMaxEnding) + " closed connections",
+                        "If more than " + figure(CSocketGuard::kMaxEnding) + " wait",
+                        "After three failed logins from one address",
+                        "after " + figure(CFailedLogins::kFirstDelay) + " seconds, then 1, 2 and at most " +
+                            figure(CFailedLogins::kLastDelay) + ".",
+                        "take up to " + figure(CFailedLogins::kLastDelay) + " seconds",
+                        "At most " + delayed + " connections of an address wait",
+                        "about " + figure(CFailedLogins::kMaxDelayed / CFailedLogins::kLastDelay) +
+                            " passwords a second",
+                        "If all " + delayed + " places are taken",
+                        "At most " + figure(room) + " orders and cancels of the other connections",
+                        "at most " + figure(share) + " of any one connection",
+                        "so " + figure(room) + " orders of others without a quote hold yours up for " +
+                            figure(room * quoteSeconds) + " seconds"});
+}
+
+TEST(SocketProtocolFigures, ArePrintedOnTheDesksPageAsTheyAre) {
+    expectTexts(
+        "/docs/desk.md",
+        {"| open connections of a listener | " + figure(CSocketGuard::kMaxConnections) + ", and " +
+             figure(CSocketGuard::kMaxEnding) + " more",
+         "| length of a line | " + figure(CSocketGuard::kMaxLine) + " bytes",
+         "| failed logins of a connection in a row | " + figure(CSocketGuard::kMaxFailedLogins) + " |",
+         figure(CFailedLogins::kFirstDelay) + " to " + figure(CFailedLogins::kLastDelay) + " seconds, for " +
+             figure(CFailedLogins::kMaxDelayed) + " connections at once",
+         "| time until the login | " + figure(CSocketGuard::kLoginSeconds) + " seconds |",
+         "in " + figure(COrderCredit::kSeconds * 1000) + " milliseconds, " +
+             figure(COrderCredit::kLeastRoom) + " to " + figure(COrderCredit::kMostRoom) +
+             " order rows in all"});
 }
 
 /// The greeting has the length that the page tells.
