@@ -145,9 +145,6 @@ void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
     // Nobody stays logged in from one user to the next.
     if (m_pStrategies != nullptr && m_pStrategies != strategies) m_listeners.closeAll();
-    // Without a user nothing is forgotten: the same one may come back.
-    if (strategies != nullptr && strategies != std::exchange(m_pLastStrategies, strategies))
-        m_leftOut.clear();
     change([&] { m_pStrategies = strategies; });
 }
 
@@ -169,7 +166,7 @@ void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& fi
     filter(&kept);
     for (const int channel : channels) {
         if (kept.contains(channel)) continue;
-        m_leftOut.insert(channel);
+        m_leftOut[m_pStrategies].insert(channel);
         leaveListener(channel);
         change([&] {
             if (m_pStrategies != nullptr) m_pStrategies->remove(channel);
@@ -180,8 +177,12 @@ void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& fi
 /// The smallest number that no strategy has. One that the limit left out still has its own: the user's
 /// configuration keeps it, and a new strategy of that number would be saved in its place.
 int CStrategyRegistry::nextId() const {
+    const auto leftOut = m_leftOut.find(m_pStrategies);
+    const auto isTaken = [&](int id) {
+        return m_pStrategies->contains(id) || (leftOut != m_leftOut.end() && leftOut->second.count(id) > 0);
+    };
     int id = 1;
-    while (m_pStrategies->contains(id) || m_leftOut.count(id) > 0)
+    while (isTaken(id))
         ++id;
     return id;
 }
@@ -226,7 +227,7 @@ int CStrategyRegistry::remove(int id) {
     const std::lock_guard lock(m_mutex);
     int count = 0;
     change([&] { count = m_pStrategies != nullptr ? m_pStrategies->remove(id) : 0; });
-    if (count > 0) m_leftOut.erase(id);
+    if (count > 0) m_leftOut[m_pStrategies].erase(id);
     return count > 0 ? kSuccess : kFailure;
 }
 

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -84,8 +85,9 @@ private:
     /// both are; nothing of the host is called under it.
     mutable std::mutex m_dataMutex;
     COrderStrategyMap* m_pStrategies = nullptr;
-    const COrderStrategyMap* m_pLastStrategies = nullptr; ///< of the last user; compared only
-    std::set<int> m_leftOut; ///< numbers of that user's strategies that were filtered out
+    /// Numbers of the strategies that were filtered out, for each user's map: the map has lost them when its
+    /// user comes back. Only the address is used.
+    std::map<const COrderStrategyMap*, std::set<int>> m_leftOut;
     CStatusListener m_onStatus;
     CGuard m_guard;
     CSocketListeners& m_listeners;

@@ -64,7 +64,7 @@ TEST_F(StrategyRegistry, NumberOfAStrategyThatTheLimitLeftOutIsNotGiven) {
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 5);
 }
 
-TEST_F(StrategyRegistry, NumbersLeftOutAreKeptOverALogOutAndForgottenWithAnotherUser) {
+TEST_F(StrategyRegistry, NumbersLeftOutAreKeptForTheirUserAlone) {
     for (const int channel : {1, 2})
         host.user.addStrategy(CStrategyBuilder().channel(channel).stopped());
     host.user.maxStrategies = 1;
@@ -79,6 +79,9 @@ TEST_F(StrategyRegistry, NumbersLeftOutAreKeptOverALogOutAndForgottenWithAnother
     load();
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 1);
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 2);
+    host.user.strategyMap = &host.user.strategies; // the first user comes back, without strategy 2
+    load();                                        // the limit leaves strategy 3 out as well
+    EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 4);
 }
 
 TEST_F(StrategyRegistry, NumberThatWasLeftOutIsFreeOnceItsStrategyIsRemoved) {
