@@ -104,7 +104,9 @@ COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string 
     : net::NetServer(io, ip, port, false, false), m_strUser(std::move(user)), m_strPass(std::move(pass)),
       m_gate(gate), m_registry(registry), m_strSource(std::move(source)), m_guard(!m_strUser.empty()),
       m_watch(io), m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
-      m_loop(std::make_shared<CLoopPost>(io)), m_delayWatch(io) {
+      m_loop(std::make_shared<CLoopPost>(io)),
+      m_loginDelays([this](const net::NetConnectionPtr& conn) { refuse(conn, m_guard.refuseDelay(true)); }),
+      m_delayWatch(io) {
     if (m_guard.isOn()) limitEnding(CSocketGuard::kMaxEnding);
 }
 
@@ -178,7 +180,7 @@ void COrderSocketServer::forget(const net::NetConnectionPtr& conn) {
     const ConnDataPtr data = found->second;
     m_connections.erase(found);
     if (data->m_account) m_credit->close(*data->m_account);
-    endDelay(conn, *data);
+    m_loginDelays.end(conn, *data);
 }
 
 /// Serves the lines that are whole, as long as the listener is not stopped: what came in behind that is lost
@@ -287,88 +289,20 @@ COrderSocketServer::ENext COrderSocketServer::admitOrder(const net::NetConnectio
     return ENext::Held;
 }
 
-/// A `pass` of an address whose logins fail is looked at later, a right one too: otherwise nobody would wait
-/// for the answer to a wrong one. One that has waited is asked again, and waits on if others of its address
-/// have failed meanwhile: otherwise a wave of connections would share the first, short delay.
 COrderSocketServer::ENext COrderSocketServer::admitPass(const net::NetConnectionPtr& conn, ConnData& data) {
     if (m_strUser.empty()) return ENext::GoOn;
-    const double now = utils::getTime();
-    const double at = data.m_passSince.value_or(now) + m_failedLogins.delay(data.m_strAddress, now);
-    if (at <= now) {
-        endDelay(conn, data);
-        return ENext::GoOn;
-    }
-    if (!data.m_passSince) {
-        if (const char* word = m_guard.refuseDelay(!hasPlaceForDelay(data))) return refuse(conn, word);
-        m_failedLogins.beginDelay(data.m_strAddress);
-        data.m_passSince = now;
-    }
-    m_delayed.emplace(at, conn);
-    data.m_passAt = at;
-    conn->hold();
+    const CLoginDelays::EAnswer answer = m_loginDelays.admit(conn, data);
+    if (answer == CLoginDelays::EAnswer::GoOn) return ENext::GoOn;
+    if (answer == CLoginDelays::EAnswer::Refused) return refuse(conn, m_guard.refuseDelay(true));
     watchDelays();
     return ENext::Held;
 }
 
-/// Whether the connection may wait. If all places of its address are taken, it gets the place of the one with
-/// the most failed logins, if that has more of them: so a guesser that keeps its connections does not lock
-/// out others of its address.
-bool COrderSocketServer::hasPlaceForDelay(const ConnData& data) {
-    if (m_failedLogins.mayDelay(data.m_strAddress)) return true;
-    dropGoneLogins();
-    if (m_failedLogins.mayDelay(data.m_strAddress)) return true;
-    net::NetConnectionPtr worst;
-    int most = data.m_nFailedLogins;
-    for (const auto& [when, conn] : m_delayed) {
-        const ConnData& other = *m_connections.at(conn);
-        if (other.m_strAddress != data.m_strAddress || other.m_nFailedLogins <= most) continue;
-        worst = conn;
-        most = other.m_nFailedLogins;
-    }
-    if (worst) refuse(worst, m_guard.refuseDelay(true));
-    return worst != nullptr;
-}
-
-/// The connection does not wait any more: its place is free for another.
-void COrderSocketServer::endDelay(const net::NetConnectionPtr& conn, ConnData& data) {
-    if (!data.m_passSince) return;
-    m_failedLogins.endDelay(data.m_strAddress);
-    data.m_passSince.reset();
-    if (!data.m_passAt) return;
-    const auto [first, last] = m_delayed.equal_range(*data.m_passAt);
-    const auto delayed = std::find_if(first, last, [&](const auto& row) { return row.second == conn; });
-    if (delayed != last) m_delayed.erase(delayed);
-    data.m_passAt.reset();
-}
-
-/// Peers that have gone without waiting for their answer leave their places to others.
-void COrderSocketServer::dropGoneLogins() {
-    const double now = utils::getTime();
-    if (now - m_dLastSweep < kSweepSeconds) return;
-    m_dLastSweep = now;
-    std::vector<net::NetConnectionPtr> gone;
-    for (const auto& [when, conn] : m_delayed) {
-        if (conn->isPeerGone()) gone.push_back(conn);
-    }
-    for (const net::NetConnectionPtr& conn : gone)
-        refuse(conn, m_guard.refuseDelay(true));
-}
-
-void COrderSocketServer::releaseLogins() {
-    const double now = utils::getTime();
-    while (!m_delayed.empty() && m_delayed.begin()->first <= now) {
-        const net::NetConnectionPtr conn = m_delayed.begin()->second;
-        m_delayed.erase(m_delayed.begin());
-        m_connections.at(conn)->m_passAt.reset();
-        conn->release();
-    }
-}
-
 void COrderSocketServer::watchDelays() {
-    if (m_delayed.empty()) return;
-    const double seconds = std::max(m_delayed.begin()->first - utils::getTime(), 0.0);
+    const std::optional<double> seconds = m_loginDelays.secondsToNext();
+    if (!seconds) return;
     m_delayWatch.expires_after(std::chrono::duration_cast<std::chrono::steady_clock::duration>(
-        std::chrono::duration<double>(seconds)));
+        std::chrono::duration<double>(*seconds)));
     m_delayWatch.async_wait([this, self = shared_from_this()](const boost::system::error_code& error) {
         if (!error) lookAtClock();
     });
@@ -379,7 +313,7 @@ void COrderSocketServer::clockMoved() {
 }
 
 void COrderSocketServer::lookAtClock() {
-    releaseLogins();
+    m_loginDelays.release();
     watchDelays();
     closeSilent();
 }
@@ -414,7 +348,7 @@ void COrderSocketServer::onPass(std::string_view argument, ConnData& data, CRepl
     }
     logOut(data);
     ++data.m_nFailedLogins;
-    if (m_guard.isOn()) m_failedLogins.countFailure(data.m_strAddress, utils::getTime());
+    if (m_guard.isOn()) m_loginDelays.countFailure(data);
     writeError(reply, kBadLogin);
 }
 

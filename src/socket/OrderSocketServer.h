@@ -5,7 +5,7 @@
 #include "net/NetServer.h"
 #include "platform/IntakeAudit.h"
 #include "socket/ConnData.h"
-#include "socket/FailedLogins.h"
+#include "socket/LoginDelays.h"
 #include "socket/LoopPost.h"
 #include "socket/OrderCredit.h"
 #include "socket/RefusalTally.h"
@@ -74,7 +74,6 @@ private:
         Closed
     };
     static constexpr double kNoDeadline = std::numeric_limits<double>::max();
-    static constexpr double kSweepSeconds = 0.1;
 
     void takeLines(const net::NetConnectionPtr& conn, ConnData& data);
     ENext takeLine(std::string_view line, const net::NetConnectionPtr& conn, ConnData& data);
@@ -84,11 +83,7 @@ private:
     COrderCredit::CAccountPtr openAccount(const net::NetConnectionPtr& conn);
     ENext admitOrder(const net::NetConnectionPtr& conn, ConnData& data);
     ENext admitPass(const net::NetConnectionPtr& conn, ConnData& data);
-    bool hasPlaceForDelay(const ConnData& data);
-    void dropGoneLogins();
-    void endDelay(const net::NetConnectionPtr& conn, ConnData& data);
     void lookAtClock();
-    void releaseLogins();
     void watchDelays();
     COrderCredit::CTicket charge(const ConnData& data, int lines) const;
     void holdTicket(COrderCredit::CTicket ticket) noexcept;
@@ -124,10 +119,8 @@ private:
 
     const std::shared_ptr<COrderCredit> m_credit;
     const std::shared_ptr<CLoopPost> m_loop;
-    CFailedLogins m_failedLogins;
-    std::multimap<double, net::NetConnectionPtr> m_delayed; ///< whose `pass` waits, by when it is looked at
-    boost::asio::steady_timer m_delayWatch;                 ///< runs while m_delayed has any
-    double m_dLastSweep = -kSweepSeconds;                   ///< when dropGoneLogins last looked
+    CLoginDelays m_loginDelays;
+    boost::asio::steady_timer m_delayWatch; ///< runs while a `pass` waits
 };
 
 } // namespace TC
