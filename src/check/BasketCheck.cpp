@@ -12,6 +12,7 @@
 #include "platform/HostCall.h"
 #include "platform/InstrumentTypes.h"
 #include "platform/LuaModuleCtrl.h"
+#include "platform/Switches.h"
 #include "platform/TradingRules.h"
 #include "records/Portfolio.h"
 
@@ -76,7 +77,7 @@ bool sharesMoney(const CBasket& basket) {
 bool checkSwitch(const CBasket& basket) {
     const int number = basket.order.m_nOrderType;
     const bool needsSwitch = number == kOrderBasketHeader || number == kOrderBasketWhole;
-    if (!needsSwitch || luawrapper::isOrderSwitchOn("mdl_order_compose_basket_buy_sell")) return true;
+    if (!needsSwitch || luawrapper::isOrderSwitchOn(kComposeTradeSwitch)) return true;
     return failCheck(basket.run, QStringLiteral("[%1]　通道号: %2, 下单指令不合法，一键买卖授权已关闭!"));
 }
 

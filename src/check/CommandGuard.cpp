@@ -4,6 +4,7 @@
 #include "check/Reports.h"
 #include "platform/HostCall.h"
 #include "platform/LuaModuleCtrl.h"
+#include "platform/Switches.h"
 #include "platform/TradingRules.h"
 #include "records/OrderTypes.h"
 
