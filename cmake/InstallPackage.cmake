@@ -10,7 +10,12 @@ install(EXPORT OrderServiceTargets NAMESPACE OrderService::
 # Public: what a host includes. The other floors stay inside the library.
 foreach(floor base records platform gates kit)
     install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h"
-        PATTERN "BsonExtended.h" EXCLUDE) # needs libbson's headers
+        PATTERN "BsonExtended.h" EXCLUDE # needs libbson's headers
+        # Tools of the library's own; no public header includes them.
+        PATTERN "FileCount.h" EXCLUDE
+        PATTERN "Reserve.h" EXCLUDE
+        PATTERN "StopRequest.h" EXCLUDE
+        PATTERN "Thread.h" EXCLUDE)
 endforeach()
 foreach(header check/OrderServiceBase.h service/OrderService.h service/OrderServiceAdapter.h)
     get_filename_component(folder "${header}" DIRECTORY)

@@ -3,6 +3,7 @@
 //
 // The first byte chooses the listener (1: guard on, 2: a login is needed), the second how many lengths
 // follow; the lengths cut what stands behind them, over and over.
+#include "platform/Switches.h"
 #include "socket/OrderSocketServer.h"
 #include "tests/support/DoorFakes.h"
 #include "tests/support/FakeClock.h"
@@ -158,7 +159,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         cuts.push_back(std::size_t{data[2 + i]} + 1);
     const std::string_view stream(reinterpret_cast<const char*>(data) + 2 + count, size - 2 - count);
     host.switches.on.clear();
-    if (choice.isGuarded) host.switches.on.insert(TC::CSocketGuard::kSwitch);
+    if (choice.isGuarded) host.switches.on.insert(TC::kSocketGuardSwitch);
     const COutcome whole = converse(choice, host, clock, stream, {std::max(stream.size(), std::size_t{1})});
     check(whole, choice, stream);
     if (!cuts.empty()) require(converse(choice, host, clock, stream, cuts) == whole);

@@ -4,6 +4,7 @@
 #include "desk/config/MarketTables.h"
 #include "desk/config/SettingsFile.h"
 #include "desk/config/StrategyFile.h"
+#include "platform/Switches.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -36,7 +37,7 @@ void warnOfStrategies(const CDeskConfig& config, const CUserLines& lines, CDiagn
         return [type](const TC::COrderStrategyParam& strategy) { return strategy.m_eStrategyType == type; };
     };
     const CUserEntry& user = config.user;
-    if (config.switches.count("mdl_order_split_orderNum") == 0) {
+    if (config.switches.count(TC::kSplitOrderNumSwitch) == 0) {
         const auto any = [](const TC::COrderStrategyParam&) { return true; };
         return warnOfLimit(config, user.maxStrategies, lines.maxStrategies, "max_strategies", any,
                            diagnostics);

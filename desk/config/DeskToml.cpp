@@ -5,6 +5,7 @@
 #include "desk/config/TomlSection.h"
 #include "desk/config/Words.h"
 #include "platform/InstrumentTypes.h"
+#include "platform/Switches.h"
 
 #include <algorithm>
 #include <charconv>
@@ -19,7 +20,7 @@ namespace {
 constexpr ESubject kAllOfDesk = ESubject::Desk | ESubject::Accounts | ESubject::Groups;
 constexpr std::string_view kTables[] = {"user",    "desk",  "socket", "switches", "settings",
                                         "account", "group", "basket", "portfolio"};
-constexpr const char* kForceConfirm = "mdl_order_service_force_confirm";
+using TC::kForceConfirmSwitch;
 /// The users whose commands the order service issues.
 const std::set<int> kCommandKinds = {80, 90, 91, 92, 100, 101};
 
@@ -169,14 +170,15 @@ private:
         for (const auto& [name, on] : switches) {
             if (on) m_config.switches.insert(name);
         }
-        if (m_config.switches.count(kForceConfirm) != 0) m_forcedConfirm = section.lineOfKey(kForceConfirm);
+        if (m_config.switches.count(kForceConfirmSwitch) != 0)
+            m_forcedConfirm = section.lineOfKey(kForceConfirmSwitch);
     }
 
     /// The answer may stand in a table behind the switches.
     void warnOfConfirm() {
         if (m_forcedConfirm != 0 && !m_config.acceptForcedConfirm)
             m_diagnostics.warn(kDeskFile, m_forcedConfirm,
-                               std::string("switches: ") + kForceConfirm +
+                               std::string("switches: ") + kForceConfirmSwitch +
                                    " is on and accept_forced_confirm under [desk] is not: every command is "
                                    "declined");
     }

@@ -3,6 +3,7 @@
 #include "desk/config/StrategyChecks.h"
 #include "desk/config/Words.h"
 #include "platform/InstrumentTypes.h"
+#include "platform/Switches.h"
 #include "records/Families.h"
 
 #include <algorithm>
@@ -89,7 +90,7 @@ void warnOfSource(const CTomlSection& section, const TC::COrderStrategyParam& st
 
 void warnOfHedge(const CTomlSection& section, const CDeskConfig& config,
                  const TC::COrderStrategyParam& strategy) {
-    if (strategy.m_bHedgeBasket && config.switches.count("mdl_order_compose_hedge") != 0)
+    if (strategy.m_bHedgeBasket && config.switches.count(TC::kComposeHedgeSwitch) != 0)
         section.warnAt("hedge_basket",
                        "the paper broker rejects hedged baskets, and mdl_order_compose_hedge is on");
 }

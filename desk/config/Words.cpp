@@ -1,9 +1,11 @@
 #include "desk/config/Words.h"
 
 #include "desk/config/DeskConfig.h"
+#include "platform/Switches.h"
 #include "records/Enums.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -112,15 +114,7 @@ const std::map<std::string, int>& paidWords() {
 }
 
 const std::set<std::string>& switchNames() {
-    static const std::set<std::string> names = {"mdl_order_command_remark",
-                                                "mdl_order_compose_basket_buy_sell",
-                                                "mdl_order_compose_hedge",
-                                                "mdl_order_command_guard",
-                                                "mdl_order_file_guard",
-                                                "mdl_order_pb_display",
-                                                "mdl_order_service_force_confirm",
-                                                "mdl_order_socket_guard",
-                                                "mdl_order_split_orderNum"};
+    static const std::set<std::string> names(std::begin(TC::kOrderSwitches), std::end(TC::kOrderSwitches));
     return names;
 }
 

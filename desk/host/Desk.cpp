@@ -4,6 +4,7 @@
 #include "desk/host/DeskPortfolios.h"
 #include "desk/host/Leftovers.h"
 #include "desk/journal/JournalEvents.h"
+#include "platform/Switches.h"
 #include "service/OrderService.h"
 
 #include <nlohmann/json.hpp>
@@ -86,7 +87,7 @@ void CDesk::startTrading() {
     service.setStrategyGuard([this](const TC::COrderStrategyParam& strategy,
                                     const TC::COrderStrategyMap& all) { return whyRefused(strategy, all); });
     m_interfaces.load();
-    reportLeftovers(m_config.strategies, m_config.switches.count("mdl_order_file_guard") > 0, m_journal,
+    reportLeftovers(m_config.strategies, m_config.switches.count(TC::kFileGuardSwitch) > 0, m_journal,
                     m_sink);
     service.loadFromConfig(true);
     const TC::COrderStrategyMap started = service.getStrategyMap();

@@ -157,6 +157,9 @@ BSONObjBuilder& BSONObjBuilder::append(const char* key, const std::vector<std::s
 }
 
 BSONObjBuilder& BSONObjBuilder::append(const char* key, const BSONObj& value) {
+    // The value is one level down.
+    if (isDeeperThan(BSONObj::kMaxDepth - 1, value.bytes().data(), value.bytes().size()))
+        throw CError(std::string("field (") + key + ") would be nested too deep");
     bson_t view;
     bson_init_static(&view, value.bytes().data(), value.bytes().size());
     expect(bson_append_document(&m_pDocument->get(), key, -1, &view), key);

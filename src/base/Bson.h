@@ -93,7 +93,7 @@ private:
 /// costs no stack.
 BSONObj fromjson(const std::string& text);
 
-/// Makes a document key by key. Throws CError where it grows above the 2 GB of a document.
+/// Makes a document key by key. Throws CError if it would have more than 2 GB or BSONObj::kMaxDepth levels.
 class BSONObjBuilder {
 public:
     BSONObjBuilder();

@@ -12,6 +12,7 @@
 #include "platform/HostCall.h"
 #include "platform/InstrumentTypes.h"
 #include "platform/LuaModuleCtrl.h"
+#include "platform/Switches.h"
 #include "platform/TradingRules.h"
 #include "records/Portfolio.h"
 
@@ -76,7 +77,7 @@ bool sharesMoney(const CBasket& basket) {
 bool checkSwitch(const CBasket& basket) {
     const int number = basket.order.m_nOrderType;
     const bool needsSwitch = number == kOrderBasketHeader || number == kOrderBasketWhole;
-    if (!needsSwitch || luawrapper::isOrderSwitchOn("mdl_order_compose_basket_buy_sell")) return true;
+    if (!needsSwitch || luawrapper::isOrderSwitchOn(kComposeTradeSwitch)) return true;
     return failCheck(basket.run, QStringLiteral("[%1]　通道号: %2, 下单指令不合法，一键买卖授权已关闭!"));
 }
 
@@ -89,13 +90,16 @@ bool failParams(const CBasket& basket) {
     return failCheck(basket.run, QString::fromUtf8(kBadParams));
 }
 
-/// Whether there is an amount, and weights to share it out by; reports if not. An infinite weight would leave
-/// nothing to the other rows: as targets, all that is held of them would be sold.
+/// Whether there is an amount, and weights to share it out by; reports if not. The number of an amount that
+/// is not set would be shared out like money: each row would get a volume that nobody asked for. An infinite
+/// weight would leave nothing to the other rows: as targets, all that is held of them would be sold. An order
+/// without rows has nothing to share out.
 bool checkMoney(const CBasket& basket) {
     const int number = basket.order.m_nOrderType;
     const COrderStrategyParam& strategy = basket.run.strategy;
     const bool isShared = isBasketHeaderOrder(number) || isTargetOrder(number);
-    if (!strategy.m_bUseAmount || !isShared || basket.order.m_bAll) return true;
+    if (!strategy.m_bUseAmount || !isShared || basket.order.m_bAll || basket.order.m_orders.isEmpty())
+        return true;
     double sum = 0;
     for (const COrderSingleParam& row : qAsConst(basket.order.m_orders))
         sum += row.m_dWeight;
@@ -292,6 +296,7 @@ bool sellPosition(CCheckRun& run, const CAccountInfoPtr& account,
     if (isSuspended(run)) return true;
     run.orderPrice = kUnsetDouble;
     const int volume = truncateToInt(static_cast<double>(position.m_nAvailableVolume));
+    // A trading layer may take a sale of less than nothing for a purchase.
     if (volume < 0) return true;
     CCodeOrderParam record = makeRecord(run, op, account, volume);
     if (!checkRecordPrice(run, record)) return false;

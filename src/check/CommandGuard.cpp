@@ -4,6 +4,7 @@
 #include "check/Reports.h"
 #include "platform/HostCall.h"
 #include "platform/LuaModuleCtrl.h"
+#include "platform/Switches.h"
 #include "platform/TradingRules.h"
 #include "records/OrderTypes.h"
 
@@ -15,11 +16,7 @@ namespace {
 
 /// Orders that are no trade at a price: they give back, end, exercise or lock something.
 bool isTrade(int orderType) {
-    constexpr int kReturnShares = 30;
-    constexpr int kExerciseCall = 54, kExercisePut = 55, kExerciseFutureOption = 100;
-    const bool isExercise =
-        orderType == kExerciseCall || orderType == kExercisePut || orderType == kExerciseFutureOption;
-    return orderType != kReturnShares && !isExercise && !isContractEndOrder(orderType) &&
+    return orderType != kOrderReturnShares && !isExerciseOrder(orderType) && !isContractEndOrder(orderType) &&
            !isStockLockOrder(orderType);
 }
 

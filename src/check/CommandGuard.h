@@ -10,7 +10,7 @@
 namespace TC {
 
 /// The last look at a command before it leaves the library. Off unless the deployment switch
-/// "mdl_order_command_guard" is on, which is read for each command. The checks let some orders pass that no
+/// kCommandGuardSwitch is on, which is read for each command. The checks let some orders pass that no
 /// trading layer can trade: an instrument that the host lists but cannot describe, a strategy whose code
 /// lacks its market, an order without any code at a price of its own.
 ///
@@ -27,10 +27,8 @@ namespace TC {
 /// left out, with a report each, and the rest goes out. If all are left out, nothing goes out.
 ///
 /// A command without records passes: the share-transfer market has no others, and a basket or a repayment of
-/// which nothing is left has none either. A target position without a volume, or with one
-/// that no order can hold, is left out of its basket.
-inline constexpr const char* kCommandGuardSwitch = "mdl_order_command_guard";
-
+/// which nothing is left has none either. A target position without a volume, or with one that no order
+/// can hold, is left out of its basket.
 bool isCommandGuardOn();
 
 /// What the record lacks, in the words of the report; nothing if it may go out. Pure but for the host's

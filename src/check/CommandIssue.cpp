@@ -7,6 +7,7 @@
 #include "platform/HostCall.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/OrderClient.h"
+#include "platform/Switches.h"
 #include "platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
@@ -120,7 +121,7 @@ void COrderServiceBase::saveOrderCommand(COrderComandParamPtr) const {}
 
 QString COrderServiceBase::getTitle() const {
     const CUserConfig* user = getUserConfig();
-    if (user != nullptr && luawrapper::isOrderSwitchOn("mdl_order_pb_display")) {
+    if (user != nullptr && luawrapper::isOrderSwitchOn(kPbDisplaySwitch)) {
         const int kind = hostCall<&CUserConfig::getUserKind>.on(*user);
         if (kind == kProposingUserKind) return QStringLiteral("下达投资建议");
         if (isInList(kind, kDecidingUserKinds)) return QStringLiteral("下达投资决策");

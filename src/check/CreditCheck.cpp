@@ -71,7 +71,9 @@ CCodeOrderParam makeRepayment(const CCheckRun& run, const CAccountInfoPtr& accou
 bool checkParts(const CCheckRun& run, double quantity, const std::vector<double>& values,
                 const utils::KNError& error) {
     const auto isGood = [&](double value) { return std::isfinite(value) && (quantity >= 0 || value <= 0); };
-    return std::all_of(values.begin(), values.end(), isGood) || failSplit(run, error);
+    if (std::all_of(values.begin(), values.end(), isGood)) return true;
+    // A host that gives such parts may believe that all is well, and then it gives no reason.
+    return failSplit(run, error.isSuccess() ? utils::KNError(1, "金额无效") : error);
 }
 
 bool repay(CCheckRun& run) {
@@ -99,6 +101,7 @@ bool repay(CCheckRun& run) {
 
 /// One contract on the account that the order names. No wait for a quote, no split, no test of the price.
 bool endContract(CCheckRun& run) {
+    // This route has no split, which would refuse a volume below zero. The host would get it as it is.
     if (run.strategy.m_nVolume < 0) return failCheck(run, QString::fromUtf8(kBadParams));
     CCodeOrderParam record;
     const QString key =

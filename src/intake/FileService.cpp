@@ -10,6 +10,7 @@
 #include "platform/HostReports.h"
 #include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
+#include "platform/Switches.h"
 #include "platform/UserConfig.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -197,7 +198,7 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     if (!strategy.isRunning() || !strategy.comesFromFile()) return;
     if (!isOrderFileThere(channel, strategy)) return;
     // Asked while the file still waits: an exception of the host leaves it there.
-    const bool isGuarded = luawrapper::isOrderSwitchOn("mdl_order_file_guard");
+    const bool isGuarded = luawrapper::isOrderSwitchOn(kFileGuardSwitch);
     const std::unique_ptr<CTakenFile> file = takeOrderFile(channel, strategy, isGuarded);
     if (!file) return;
 

@@ -4,6 +4,7 @@
 #include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/MsgService.h"
+#include "platform/Switches.h"
 #include "platform/TimeService.h"
 #include "platform/TraderCenter.h"
 #include "platform/TradingRules.h"
@@ -63,7 +64,7 @@ std::string CHostLinePort::defaultRemark(const COrderStrategyParam& strategy) {
 }
 
 bool CHostLinePort::areRemarksAllowed() {
-    return luawrapper::isOrderSwitchOn("mdl_order_command_remark");
+    return luawrapper::isOrderSwitchOn(kCommandRemarkSwitch);
 }
 
 std::optional<CBasketSetting> CHostLinePort::findBasket(std::string_view name) {

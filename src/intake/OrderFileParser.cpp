@@ -22,13 +22,14 @@ constexpr std::string_view kCancelWord = "cancel";
 constexpr std::string_view kCancelOrderWord = "cancel_order";
 constexpr std::string_view kTradeParamWord = "orderparam";
 
-const QString kBadCancel = QStringLiteral("cancel takes one word, the number of the task");
-const QString kBadCancelOrder = QStringLiteral("cancel_order takes two words or more");
-const QString kTooFewFields = QStringLiteral("it has fewer than two fields");
-const QString kBadListRow = QStringLiteral("a row of a list has two fields");
-const QString kBadBasketRow = QStringLiteral("the row has too few fields");
-const QString kBehindNamedBasket = QStringLiteral("behind a named basket only orderParam lines count");
-const QString kBehindWholeBasket = QStringLiteral("behind a basket taken whole no line counts");
+// Why a line gave nothing, for people.
+constexpr const char* kBadCancel = "cancel takes one word, the number of the task";
+constexpr const char* kBadCancelOrder = "cancel_order takes two words or more";
+constexpr const char* kTooFewFields = "it has fewer than two fields";
+constexpr const char* kBadListRow = "a row of a list has two fields";
+constexpr const char* kBadBasketRow = "the row has too few fields";
+constexpr const char* kBehindNamedBasket = "behind a named basket only orderParam lines count";
+constexpr const char* kBehindWholeBasket = "behind a basket taken whole no line counts";
 
 QString foreignChannel(int channel) {
     return utils::fillText(QStringLiteral("it is for channel %1"), {QString::number(channel)});
@@ -87,7 +88,7 @@ bool COrderFileParser::takeLine(std::string& line, int rowPosition) {
     ++m_nLine;
     switch (m_eRest) {
     case ERest::Nothing:
-        ignoreLine(line, kBehindWholeBasket);
+        ignoreLine(line, QString::fromUtf8(kBehindWholeBasket));
         return false;
     case ERest::TradeParams:
         parseComposeTradeParam(line);
@@ -141,10 +142,10 @@ bool COrderFileParser::parseCancel(const std::string& line) {
         if (fields.size() == 2) {
             m_port.terminateTask(strictInt(fields[1]));
         } else {
-            ignoreLine(line, kBadCancel);
+            ignoreLine(line, QString::fromUtf8(kBadCancel));
         }
     } else if (fields.size() < 3) {
-        ignoreLine(line, kBadCancelOrder);
+        ignoreLine(line, QString::fromUtf8(kBadCancelOrder));
     } else {
         std::vector<std::string> texts;
         for (std::size_t i = 0; i < fields.size(); ++i)
@@ -163,7 +164,7 @@ void COrderFileParser::startHeader(int orderType, std::string_view channelField)
 
 TypeReturn COrderFileParser::parseFirstLineParam(const std::string& line) {
     const CFields fields(line, kComma);
-    if (fields.size() < 2) return ignoreLine(line, kTooFewFields);
+    if (fields.size() < 2) return ignoreLine(line, QString::fromUtf8(kTooFewFields));
     const int orderType = strictInt(fields[0]);
     if (orderType == kOrderBasketList) {
         startHeader(orderType, fields[1]);
@@ -214,7 +215,7 @@ void COrderFileParser::parseComposeTradeParam(std::string& line) {
     if (parserTradeParam(line)) {
         applyTradeParam(filledOrders);
     } else {
-        ignoreLine(line, kBehindNamedBasket);
+        ignoreLine(line, QString::fromUtf8(kBehindNamedBasket));
     }
 }
 
@@ -246,7 +247,7 @@ void COrderFileParser::applyTradeParam(int& filledOrders) {
 
 TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosition) {
     const CFields fields(line, kComma);
-    if (fields.size() < 2) return ignoreLine(line, kTooFewFields);
+    if (fields.size() < 2) return ignoreLine(line, QString::fromUtf8(kTooFewFields));
     const bool isTableRow = m_strategy.m_nAccountMode == COrderStrategyParam::kTableMode;
     const CLineSource source{m_nChannel, isTableRow, rowPosition};
     COrderParam parsed = parsePlainOrder(fields, source);
@@ -279,7 +280,7 @@ bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineSource&
 TypeReturn COrderFileParser::parseListLine(const std::string& line) {
     const char separator = line.find(kBar) != std::string::npos ? kBar : kTab;
     const CFields fields(line, separator);
-    if (fields.size() != 2) return ignoreLine(line, kBadListRow);
+    if (fields.size() != 2) return ignoreLine(line, QString::fromUtf8(kBadListRow));
     COrderSingleParam row;
     readListRow(fields, row);
     m_order.m_orders.push_back(std::move(row));
@@ -290,7 +291,7 @@ TypeReturn COrderFileParser::parseBasketLine(const std::string& line) {
     const CFields fields(line, kTab);
     const EPriceType priceType = m_strategy.setting(ESettingSlot::StockBasket).m_ePriceType;
     const bool needsPrice = priceType == EPriceType::Specified || priceType == EPriceType::SpecifiedByRow;
-    if (fields.size() < (needsPrice ? 3u : 2u)) return ignoreLine(line, kBadBasketRow);
+    if (fields.size() < (needsPrice ? 3u : 2u)) return ignoreLine(line, QString::fromUtf8(kBadBasketRow));
     COrderSingleParam row;
     readBasketRow(fields, row);
     m_order.m_orders.push_back(std::move(row));

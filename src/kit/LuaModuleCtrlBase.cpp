@@ -1,9 +1,11 @@
 #include "kit/LuaModuleCtrlBase.h"
 
+#include "platform/Switches.h"
+
 namespace kit {
 
 bool CLuaModuleCtrlBase::checkModule(const std::vector<std::string>& path) {
-    return path.size() == 2 && path[0] == "mdl_order" && path[1] == "mdl_order_command_guard";
+    return path.size() == 2 && path[0] == "mdl_order" && path[1] == TC::kCommandGuardSwitch;
 }
 
 } // namespace kit

@@ -78,6 +78,11 @@ bool isStockLockOrder(int orderType) {
     return orderType == kOrderLockStock || orderType == kOrderUnlockStock;
 }
 
+bool isExerciseOrder(int orderType) {
+    constexpr int kStockOptionCall = 54, kStockOptionPut = 55, kFutureOption = 100;
+    return orderType == kStockOptionCall || orderType == kStockOptionPut || orderType == kFutureOption;
+}
+
 bool isFundOrder(int orderType) {
     return isWithin(orderType, 86, 92);
 }

@@ -13,6 +13,7 @@ enum EOrderNumber : int {
     kOrderSell = 24,
     kOrderBasketBuy = 25,
     kOrderBasketSell = 26,
+    kOrderReturnShares = 30,
     kOrderCreditAmount = 32,
     kOrderBasketHeader = 33,
     kOrderBasketWhole = 34,
@@ -62,6 +63,8 @@ bool isRepayOrder(int orderType);
 bool isContractEndOrder(int orderType);
 /// 56 and 57: the stock under an option is locked and unlocked.
 bool isStockLockOrder(int orderType);
+/// 54, 55 and 100: options on stocks and on futures are exercised.
+bool isExerciseOrder(int orderType);
 /// 86 to 92: operations of funds, whose records carry a quantity beside the volume; of them 90 and 91 go out
 /// at a price of 1 whatever the setting says.
 bool isFundOrder(int orderType);

@@ -1,6 +1,7 @@
 #include "socket/SocketGuard.h"
 
 #include "platform/LuaModuleCtrl.h"
+#include "platform/Switches.h"
 
 namespace TC {
 namespace {
@@ -10,7 +11,7 @@ constexpr const char* kTooManyLogins = "Too Many Failed Logins";
 } // namespace
 
 CSocketGuard::CSocketGuard(bool needsLogin)
-    : m_bOn(luawrapper::isOrderSwitchOn(kSwitch)), m_bNeedsLogin(needsLogin) {}
+    : m_bOn(luawrapper::isOrderSwitchOn(kSocketGuardSwitch)), m_bNeedsLogin(needsLogin) {}
 
 const char* CSocketGuard::refuseConnection(std::size_t others) const {
     return m_bOn && others >= kMaxConnections ? "Too Many Connections" : nullptr;

@@ -19,8 +19,6 @@ public:
     static constexpr int kMaxFailedLogins = 10;
     static constexpr double kLoginSeconds = 60;
 
-    static constexpr const char* kSwitch = "mdl_order_socket_guard";
-
     /// Reads the switch. `needsLogin`: whether the listener has a login name at all.
     explicit CSocketGuard(bool needsLogin);
 

@@ -7,6 +7,7 @@
 #include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/MsgService.h"
+#include "platform/Switches.h"
 #include "platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
@@ -42,8 +43,6 @@ EOrderStrategyTradeType tradeTypeOf(const COrderParam& order, const COrderStrate
 constexpr const char* kBatchEnded =
     "an order before them has no strategy, or one that may not trade, and ends its batch";
 constexpr const char* kNoCommandUser = "this kind of user may not issue commands";
-
-constexpr const char* kForceConfirm = "mdl_order_service_force_confirm";
 
 /// The button of the trading panel that a futures order stands for.
 EFtSpecBtnBarType buttonOf(int orderType) {
@@ -139,7 +138,7 @@ COrderServiceUnion::COrderServiceUnion(CBeforeOrder beforeOrder, QObject* parent
 void COrderServiceUnion::filterStrategies(COrderStrategyMap* strategies) {
     const CUserConfig* user = getUserConfig();
     if (strategies == nullptr || user == nullptr) return;
-    if (!isOrderSwitchOn("mdl_order_split_orderNum")) {
+    if (!isOrderSwitchOn(kSplitOrderNumSwitch)) {
         keepFirst(*strategies, hostCall<&CUserConfig::getMaxOrderServerNum>.on(*user),
                   [](const COrderStrategyParam&) { return true; });
         return;
@@ -228,7 +227,7 @@ void COrderServiceUnion::issueCommand(const CFamilyOperation& family, const CChe
     doOrderCommand(getStrategyTradeType(family.m_eTradeType), EQdHedgeType::None, button, checked.codes,
                    checked.weights, EQdStopLossType::None, true, {}, {},
                    std::to_string(checked.strategy.m_nChannel), ETradePlatform::Plain, {}, false,
-                   isOrderSwitchOn(kForceConfirm), checked.order.m_strRemark, checked.order,
+                   isOrderSwitchOn(kForceConfirmSwitch), checked.order.m_strRemark, checked.order,
                    checked.strategy);
 }
 
@@ -242,7 +241,7 @@ void COrderServiceUnion::issueBareCommand(const CFamilyOperation& family, const 
     command->m_weights = checked.weights;
     command->m_eStopLossType = EQdStopLossType::None;
     command->m_bUnion = true;
-    command->m_bForceConfirm = isOrderSwitchOn(kForceConfirm);
+    command->m_bForceConfirm = isOrderSwitchOn(kForceConfirmSwitch);
     command->m_eStrategyType = checked.order.m_eStrategyType;
     command->m_strRemark = checked.order.m_strRemark;
     sendCommand(command, checked.order);
@@ -252,7 +251,7 @@ void COrderServiceUnion::orderCompose(COrderParam order, const COrderStrategyPar
     std::vector<CCodeOrderParam> codes;
     std::map<std::string, double> weights;
     if (!checkAndFillOrderCompose(order, strategy, codes, weights) || !mayIssue(order)) return;
-    const bool isHedged = isOrderSwitchOn("mdl_order_compose_hedge") && strategy.m_bHedgeBasket;
+    const bool isHedged = isOrderSwitchOn(kComposeHedgeSwitch) && strategy.m_bHedgeBasket;
     std::string algoParam = get3rdAlgoParam(order, codes, strategy);
     if (algoParam.empty()) algoParam = order.m_strBasketText;
     if (utils::CLogCenter::logEnabled()) {
@@ -265,7 +264,7 @@ void COrderServiceUnion::orderCompose(COrderParam order, const COrderStrategyPar
                    isHedged ? hedgeLeg(order.m_nOrderType, strategy) : bson::BSONObj(),
                    isHedged ? std::string() : std::to_string(strategy.m_nChannel), ETradePlatform::Plain,
                    std::move(algoParam), strategy.m_bCommandFlag && mayCarryFlag(order.m_nOrderType),
-                   isOrderSwitchOn(kForceConfirm), order.m_strRemark, order, strategy);
+                   isOrderSwitchOn(kForceConfirmSwitch), order.m_strRemark, order, strategy);
 }
 
 } // namespace TC

@@ -99,6 +99,17 @@ TEST(Bson, DocumentsMayBeNestedToTheLimit) {
     EXPECT_EQ(object.jsonString().substr(0, 14), "{ \"a\" : { \"a\" ");
 }
 
+TEST(Bson, BuilderNestsToTheLimitAndNoFurther) {
+    bson::BSONObj inner;
+    for (int level = 1; level < bson::BSONObj::kMaxDepth; ++level)
+        inner = bson::BSONObjBuilder().append("a", inner).obj();
+    EXPECT_EQ(inner, bson::BSONObj(nested(bson::BSONObj::kMaxDepth)));
+    bson::BSONObjBuilder outer;
+    outer.append("kept", 1);
+    EXPECT_THROW(outer.append("a", inner), bson::CError);
+    EXPECT_EQ(outer.obj().jsonString(), "{ \"kept\" : 1 }");
+}
+
 struct CMalformedRow {
     const char* meaning;
     Bytes bytes;

@@ -30,6 +30,7 @@ TEST_F(BasketCheck, RowsAreNeededButForSales) {
     EXPECT_FALSE(check(basket(25, {})));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单指令不合法!"));
     EXPECT_TRUE(check(basket(26, {})));
+    EXPECT_TRUE(check(basket(26, {}), strategy().amount(kUnsetDouble))); // nothing to share out
     EXPECT_TRUE(codes.empty());
 }
 

@@ -2,6 +2,7 @@
 #include "check/CommandGuard.h"
 
 #include "platform/HostCall.h"
+#include "platform/Switches.h"
 #include "tests/check/CheckFixture.h"
 
 #include <boost/make_shared.hpp>

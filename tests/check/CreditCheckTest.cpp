@@ -355,6 +355,19 @@ TEST_F(CreditCheck, PartsOfMoneyMustBeNumbersOfTheAmountsSign) {
     EXPECT_TRUE(codes.empty());
 }
 
+TEST_F(CreditCheck, BadPartsOfMoneyHaveAReasonThoughTheHostGivesNone) {
+    repayMoney();
+    host.trade.moneyOverrideFails = false;
+    const std::vector<std::vector<double>> splits{{10, std::nan("")}, {HUGE_VAL, 10}, {10, -1010}};
+    for (const std::vector<double>& parts : splits) {
+        host.orders.errors.clear();
+        host.trade.moneyOverride = parts;
+        EXPECT_FALSE(check(money(parts.back() < 0 ? -1000 : 1000)));
+        EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　分单失败: 金额无效"));
+        EXPECT_TRUE(codes.empty());
+    }
+}
+
 TEST_F(CreditCheck, PartsOfAVolumeBelowZeroAreRefused) {
     host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{3, -8}; };
     ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 5, -5)));

@@ -81,7 +81,7 @@ std::vector<double> CTrade::splitMoney(double amount, const std::vector<TC::CAcc
         moneySplits.push_back({amount, keysOf(accounts), ratios, positionType, operation});
     });
     if (!moneyOverride.empty() || TC::isInvalidPrice(amount)) {
-        *error = utils::KNError(1, "没有金额");
+        if (moneyOverrideFails || moneyOverride.empty()) *error = utils::KNError(1, "没有金额");
         return moneyOverride;
     }
     std::vector<double> values;

@@ -83,6 +83,7 @@ public:
 
     std::vector<CMoneySplitCall> moneySplits; ///< what came to splitMoney, which divides by ratio
     std::vector<double> moneyOverride;        ///< what splitMoney gives where it is not empty
+    bool moneyOverrideFails = true;           ///< whether splitMoney then sets the error
     std::map<std::string, int> loginStatus;   ///< accounts that are not logged in
     /// Replaces the split; by default the volume goes by ratio, with what is left over to the first account.
     std::function<std::vector<int>(const CSplitCall&, utils::KNError&)> split;
