@@ -19,9 +19,9 @@ namespace desk {
 namespace {
 
 constexpr const char* kInstruments = kInstrumentFile;
-constexpr const char* kQuotes = "quotes.csv";
-constexpr const char* kQuoteChanges = "quote_changes.csv";
-constexpr const char* kPositions = "positions.csv";
+constexpr const char* kQuotes = kQuoteFile;
+constexpr const char* kQuoteChanges = kQuoteChangeFile;
+constexpr const char* kPositions = kPositionFile;
 
 /// The paper broker counts in ten-thousandths.
 bool isTooFine(double price) {

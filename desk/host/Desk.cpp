@@ -1,5 +1,6 @@
 #include "desk/host/Desk.h"
 
+#include "desk/config/FolderFiles.h"
 #include "desk/host/BrokerJournal.h"
 #include "desk/host/DeskPortfolios.h"
 #include "desk/host/Leftovers.h"
@@ -12,8 +13,6 @@
 
 namespace desk {
 namespace {
-
-constexpr const char* kRejectedFolder = "rejected";
 
 QString rejectedFolder(const std::string& folder) {
     const std::filesystem::path path = std::filesystem::absolute(folder) / kRejectedFolder;

@@ -1,5 +1,7 @@
 #include "desk/host/FolderLock.h"
 
+#include "desk/config/FolderFiles.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -10,7 +12,6 @@
 namespace desk {
 namespace {
 
-constexpr const char* kLockFileName = ".lock";
 constexpr mode_t kFileMode = 0600;
 enum EFolderLockError : int { kFolderInUse = 1, kFolderUnusable = 2 };
 

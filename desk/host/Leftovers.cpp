@@ -2,6 +2,8 @@
 
 #include "base/FileCount.h"
 #include "base/Text.h"
+#include "desk/config/FolderFiles.h"
+#include "desk/host/Counted.h"
 #include "desk/journal/JournalEvents.h"
 
 #include <nlohmann/json.hpp>
@@ -9,7 +11,6 @@
 namespace desk {
 namespace {
 
-constexpr const char* kTmpSuffix = ".tmp"; ///< of a file that the order service is reading
 constexpr const char* kLeftOver = "a run that was cut off had taken it; look for its orders among the "
                                   "commands before you send them again; ";
 constexpr const char* kDeletedLater = "the file is deleted when the next one comes";
@@ -33,7 +34,7 @@ void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJour
     for (const TC::COrderStrategyParam& strategy : strategies) {
         if (!strategy.comesFromFile()) continue;
         TC::CDiscardReport report;
-        report.m_strSource = strategy.m_strSignalSource + QLatin1String(kTmpSuffix);
+        report.m_strSource = strategy.m_strSignalSource + QLatin1String(kTakenSuffix);
         const auto count = utils::countFile(utils::toPathBytes(report.m_strSource));
         if (!count || count->bytes == 0) continue;
         report.m_eStrategyType = strategy.m_eStrategyType;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/KNError.h"
+#include "desk/config/FolderFiles.h"
 #include "desk/journal/Json.h"
 
 #include <cstdint>
@@ -8,9 +9,6 @@
 #include <string>
 
 namespace desk {
-
-/// Name of the journal in a desk folder.
-inline constexpr const char* kJournalFileName = "journal.jsonl";
 
 /// Error numbers of the journal's operations.
 enum EJournalError : int { kJournalOpenFailed = 1, kJournalWriteFailed = 2, kJournalClosed = 3 };

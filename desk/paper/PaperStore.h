@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/KNError.h"
+#include "desk/config/FolderFiles.h"
 #include "desk/paper/PaperBook.h"
 
 #include <cstdint>
@@ -12,8 +13,8 @@
 
 namespace desk {
 
-/// Name of the broker's store in a desk folder.
-inline constexpr const char* kPaperStoreName = "paper.db";
+/// Whether FOLDER/paper.db is there, or cannot be asked for.
+bool hasPaperStore(const std::string& folder);
 
 /// Error numbers of the store's and the broker's operations.
 enum EPaperError : int { kPaperStoreFailed = 1, kPaperBadRequest = 2, kPaperNothingOpen = 3 };
