@@ -54,7 +54,7 @@ utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<C
                                   std::int64_t lastEventTaken, int lastTask) {
     const std::lock_guard lock(m_mutex);
     std::vector<CBrokerEvent> stored;
-    utils::KNError error = m_store.open(folder, m_book, stored);
+    utils::KNError error = m_store.open(folder, m_book, stored, lastEventTaken > 0);
     if (!error.isSuccess()) return error;
     for (CBrokerEvent& event : stored) {
         if (event.m_nNumber > lastEventTaken) m_pending.push_back(std::move(event));
