@@ -64,7 +64,7 @@ void readTail(std::string_view text, CJournalTail& tail) {
     for (bool isLast = !tail.m_bHalfLine; !text.empty() && !isComplete(); isLast = false) {
         const std::size_t newline = text.rfind('\n');
         std::string_view line = newline == std::string_view::npos ? text : text.substr(newline + 1);
-        line.remove_prefix(lastRecordOf(line));
+        line.remove_prefix(recordBehindTornLine(line));
         if (isLast && beginsWith(line, kStoppedHead)) tail.m_bCutOff = false;
         if (tail.m_nLastSeq == 0) tail.m_nLastSeq = numberIn(line, "seq");
         if (tail.m_nLastBrokerEvent == 0 && hasBrokerEvent(line))
