@@ -38,9 +38,13 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
     if (m_journal.isAfterCrash()) m_sink.writeLine(crashText(m_journal.lastSeq()));
+    if (m_journal.lastBrokerEvent() > 0 && !hasPaperStore(m_strFolder))
+        m_sink.writeLine(
+            "WARNING: there is no paper.db, but the journal tells of orders. The books begin anew "
+            "with the folder's funds and positions.");
     if (result.isSuccess())
-        result =
-            m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(), m_journal.lastTask());
+        result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(),
+                               {m_journal.lastTask(), m_journal.lastOrder(), m_journal.lastFill()});
     m_strTradingDay = m_exchange.getMaxTradingDay();
     if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
     // Without an end in the journal the next start would take this one for cut off.

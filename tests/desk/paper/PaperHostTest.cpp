@@ -102,7 +102,7 @@ TEST_F(PaperHost, TaskOfARecordedCommandIsNotGivenAgainAfterACrash) {
     CJournal journal; // the process was killed here, before the command was stored
     ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
     CPaperBroker broker(m_quotes, {});
-    ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent(), journal.lastTask())
+    ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent(), {journal.lastTask()})
                     .isSuccess());
     CPaperOrderClient(journal, broker, m_sink, false).orderCommands(command({buy(100, 9.50)}));
     ASSERT_EQ(broker.tasks().size(), 1U);
