@@ -137,6 +137,12 @@ std::int64_t CDesk::activity() const {
 }
 
 utils::KNError CDesk::close(const std::string& reason) {
+    m_guard.checkFile();
+    // The journal may be moved away before the next start, and could not tell it which events it has.
+    const utils::KNError stored = m_broker.storeDelivered();
+    if (!stored.isSuccess())
+        m_sink.writeLine("Leave the journal where it is until the desk has started again: " +
+                         stored.errorMsg());
     return m_journal.close(reason);
 }
 

@@ -266,6 +266,12 @@ void CPaperBroker::deliverEvents() {
     deliverPending();
 }
 
+utils::KNError CPaperBroker::storeDelivered() {
+    const std::lock_guard lock(m_mutex);
+    deliverPending();
+    return finishChange();
+}
+
 void CPaperBroker::deliverPending() {
     while (!m_pending.empty() && m_listener && m_listener(m_pending.front())) {
         m_nDeliveredEvent = m_pending.front().m_nNumber;

@@ -114,6 +114,10 @@ public:
     /// Delivers what the listener has not taken yet, until it refuses.
     void deliverEvents();
 
+    /// Stores which events the listener has taken, so that they do not come again, whatever the next open is
+    /// told. For an orderly end; a failure changes nothing but that.
+    [[nodiscard]] utils::KNError storeDelivered();
+
     /// What each of the accounts could close now of the instrument by an operation that closes positions
     /// (futures, options, gold), less what waiting orders will close. None where the operation is no such.
     std::vector<std::int64_t> closableVolumes(const std::vector<std::string>& accounts,
