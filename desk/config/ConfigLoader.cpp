@@ -92,7 +92,7 @@ std::vector<std::string> prepareOrderFiles(const CDeskConfig& config) {
             const std::filesystem::file_status status = std::filesystem::status(path);
             if (std::filesystem::is_regular_file(status)) continue;
             if (std::filesystem::exists(status)) {
-                problems.push_back(path.string() + ": is no file; expected a place for an order file");
+                problems.push_back(path.string() + ": is not a file; expected a place for an order file");
             } else if (!std::ofstream(path, std::ios::app)) {
                 problems.push_back(path.string() + ": cannot be made");
             }

@@ -338,7 +338,7 @@ private:
         checkKind(cells, *account, position);
         for (const CPositionEntry& other : account->positions) {
             if (other.stockKey == position.stockKey && other.side == position.side)
-                return cells.mistake("the position stands twice");
+                return cells.mistake("the position is defined twice");
         }
         account->positions.push_back(position);
     }

@@ -112,7 +112,7 @@ void warnOfSetting(const CTomlSection& section, const TC::COrderSetting& setting
                                                      {"second_limit", setting.m_dSecondLimit}};
     for (const auto& [key, limit] : limits) {
         if (section.has(key) && !TC::isInvalidPrice(limit))
-            section.warnAt(key, std::string(key) + " has no effect on the desk; it is no stop");
+            section.warnAt(key, std::string(key) + " has no effect on the desk; it is not a stop order");
     }
 }
 
@@ -120,7 +120,7 @@ void warnOfUnit(const CTomlSection& section, int volume, const CInstrumentEntry&
     const bool isStar = instrument.types.count(knservice::kTypeStarMarket) != 0;
     const int unit = std::max(1, isStar ? instrument.uiUnit : instrument.unit);
     if (TC::isUnset(volume) || volume % unit == 0 || !section.isNumber("volume", volume)) return;
-    section.warnAt("volume", "volume is " + std::to_string(volume) + ", no multiple of " +
+    section.warnAt("volume", "volume is " + std::to_string(volume) + ", not a multiple of " +
                                  std::to_string(unit) + ", the unit of \"" + instrument.key() + "\"");
 }
 

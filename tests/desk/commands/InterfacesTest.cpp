@@ -148,7 +148,7 @@ TEST_F(DeskInterfaces, ABadTextIsToldAndNotStarted) {
                                       "</interfaceTrade></settings>");
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
     EXPECT_NE(
-        out.str().find("settings.xml:3: interface \"a\": the text is no JSON object: Incomplete JSON\n"),
+        out.str().find("settings.xml:3: interface \"a\": the text is not a JSON object: Incomplete JSON\n"),
         std::string::npos)
         << out.str();
     EXPECT_FALSE(folder.exists("desk/journal.jsonl"));

@@ -165,8 +165,8 @@ TEST_F(RunDesk, OrdersOfACreditGroupAreSplitToTheShare) {
         [this] { return has("\"kind\":\"fill\"") && has("\"volume\":400"); },
     });
     EXPECT_EQ(code, 0);
-    EXPECT_TRUE(has("volume 60 is no multiple of 100"));
-    EXPECT_TRUE(has("volume 40 is no multiple of 100"));
+    EXPECT_TRUE(has("volume 60 is not a multiple of 100"));
+    EXPECT_TRUE(has("volume 40 is not a multiple of 100"));
     EXPECT_TRUE(has("\"volume\":600"));
 }
 
@@ -230,7 +230,7 @@ TEST_F(RunDesk, FolderIsReadOnlyOnceItIsHeld) {
 
 TEST_F(RunDesk, WhatIsNoFolderIsToldAsThat) {
     EXPECT_EQ(runDesk(folder.path("none"), std::nullopt, out, [] { return true; }), 2);
-    EXPECT_NE(out.str().find("none: is no folder; make one with: orderdesk new"), std::string::npos);
+    EXPECT_NE(out.str().find("none: is not a folder; make one with: orderdesk new"), std::string::npos);
     EXPECT_FALSE(folder.exists("none"));
 }
 

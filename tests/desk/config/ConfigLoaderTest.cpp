@@ -120,7 +120,7 @@ TEST(ConfigLoader, APortfolioOfOneKindAndIdStandsOnce) {
     const std::string portfolio = "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SZ\", "
                                   "code = \"000001\", volume = 1 }]\n";
     folder.replace("desk.toml", "[[basket]]", portfolio + portfolio + "[[basket]]");
-    EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:27: portfolio: portfolio 12_a stands twice"});
+    EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:27: portfolio: portfolio 12_a is defined twice"});
 }
 
 TEST(ConfigLoader, APortfolioHasAKind) {
@@ -304,9 +304,9 @@ TEST(PrepareOrderFiles, LeavesAFileThatIsThere) {
 TEST(PrepareOrderFiles, TellsAFolderAtTheFilesPlace) {
     const CConfigFolder folder;
     std::filesystem::create_directories(folder.files().path("orders/one.txt"));
-    EXPECT_EQ(
-        prepareOrderFiles(folder.load().config),
-        Mistakes{folder.files().path("orders/one.txt") + ": is no file; expected a place for an order file"});
+    EXPECT_EQ(prepareOrderFiles(folder.load().config),
+              Mistakes{folder.files().path("orders/one.txt") +
+                       ": is not a file; expected a place for an order file"});
 }
 
 TEST(PrepareOrderFiles, TellsWhatCannotBeMade) {
