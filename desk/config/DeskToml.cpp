@@ -255,6 +255,10 @@ private:
             {"name", "broker", "members"});
         group.broker = static_cast<TC::EQDBrokerType>(broker);
         if (group.name.empty() && section.isText("name")) section.mistakeAt("name", "name must not be empty");
+        const toml::array* members = table["members"].as_array();
+        if (members != nullptr && members->empty())
+            section.mistakeAt("members",
+                              "group \"" + group.name + "\" has no accounts; expected at least one");
         checkMembers(section, group);
         for (const CGroupEntry& other : m_config.groups) {
             if (other.name == group.name && other.broker == group.broker) {
@@ -289,10 +293,6 @@ private:
 
     /// A group's orders go to all of its accounts, so each must be of the group's kind.
     void checkMembers(const CTomlSection& section, const CGroupEntry& group) const {
-        if (group.members.empty())
-            section.mistakeAt("members",
-                              "group \"" + group.name + "\" has no accounts; expected at least one",
-                              ESubject::Groups);
         for (const CGroupMember& member : group.members) {
             const CAccountEntry* account = findAccount(member.accountKey);
             if (account == nullptr || account->broker == group.broker) continue;

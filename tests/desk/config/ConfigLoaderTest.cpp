@@ -282,7 +282,23 @@ TEST(ConfigLoader, MistakesOfAllFilesAreToldAtOnce) {
     EXPECT_EQ(folder.mistakes(),
               (Mistakes{"desk.toml:3: user: kind is true; expected a whole number of at least 0",
                         "quotes.csv:2: last is \"ten\"; expected a number",
-                        "strategies.toml:11: strategy: channel 1 stands twice"}));
+                        "strategies.toml:11: strategy: channel 1 is defined twice"}));
+}
+
+TEST(ConfigLoader, AGroupWithoutAccountsIsToldBesideAnotherMistakeInIt) {
+    const CConfigFolder folder;
+    folder.replace("desk.toml",
+                   "name = \"main\"\nbroker = \"stock\"\nmembers = [{ account = \"A1\", weight = 6 }]",
+                   "name = \"\"\nbroker = \"stock\"\nmembers = []");
+    EXPECT_EQ(folder.mistakes(),
+              (Mistakes{"desk.toml:17: group: name must not be empty",
+                        "desk.toml:19: group: group \"\" has no accounts; expected at least one"}));
+}
+
+TEST(ConfigLoader, AGroupWhoseOnlyMemberIsAMistakeIsNotToldAsEmpty) {
+    const CConfigFolder folder;
+    folder.replace("desk.toml", "members = [{ account = \"A1\", weight = 6 }]", "members = [{ weight = 2 }]");
+    EXPECT_EQ(folder.mistakes(), (Mistakes{"desk.toml:19: group.members: key \"account\" is missing"}));
 }
 
 TEST(PrepareOrderFiles, MakesTheFilesOfRunningStrategiesOnly) {
