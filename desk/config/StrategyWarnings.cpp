@@ -22,8 +22,11 @@ const CInstrumentEntry* findInstrument(const CDeskConfig& config, const std::str
 
 void warnOfVolume(const CTomlSection& section, const CDeskConfig& config,
                   const TC::COrderStrategyParam& strategy) {
-    if (strategy.m_nVolume == 0)
-        section.warnAt("volume", "volume is 0: orders that name none are for nothing");
+    if (strategy.m_nVolume == 0 && !strategy.m_bUseAmount)
+        section.warnAt("volume", "volume is 0: orders that name no volume trade nothing");
+    const bool isMultiplier = strategy.m_eTradeType == TC::EOrderStrategyTradeType::Basket ||
+                              strategy.m_eTradeType == TC::EOrderStrategyTradeType::FutureBasket;
+    if (isMultiplier) return; // how many times the basket is traded
     const CInstrumentEntry* instrument = findInstrument(config, strategy.m_strCode.toStdString());
     if (instrument != nullptr) warnOfUnit(section, strategy.m_nVolume, *instrument);
 }

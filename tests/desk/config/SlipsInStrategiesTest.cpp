@@ -79,7 +79,7 @@ const std::vector<CSlip> kStrategySlips = {
     {"CodeNoText", "strategies.toml", "code = \"SH600102\"", "code = 600102",
      "strategies.toml:24: strategy: code is not a text; expected a text in quotes"},
     {"VolumeZero", "strategies.toml", "volume = 200\n", "volume = 0\n",
-     "strategies.toml:25: warning: strategy: volume is 0: orders that name none are for nothing"},
+     "strategies.toml:25: warning: strategy: volume is 0: orders that name no volume trade nothing"},
     {"VolumeNegative", "strategies.toml", "volume = 200\n", "volume = -200\n",
      "strategies.toml:25: strategy: volume is -200; expected a whole number of at least 0"},
     {"VolumeOddLot", "strategies.toml", "volume = 200\n", "volume = 250\n",
