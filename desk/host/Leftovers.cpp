@@ -22,8 +22,7 @@ void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, C
                    CTextSink& sink) {
     // The sink tells the user also if the journal refuses.
     (void)journal.append("discarded", discardFields(report, cause));
-    const std::string lines =
-        report.m_nLines < 0 ? "cannot be read" : std::to_string(report.m_nLines) + " lines";
+    const std::string lines = report.m_nLines < 0 ? "cannot be read" : counted(report.m_nLines, "line");
     sink.writeLine("NOT READ: " + report.m_strSource.toStdString() + " (" + lines + ") of channel " +
                    std::to_string(report.m_nChannel) + ": " + cause);
 }
