@@ -17,8 +17,8 @@ public:
     CFolderLock(const CFolderLock&) = delete;
     CFolderLock& operator=(const CFolderLock&) = delete;
 
-    /// Fails where another process holds the folder, naming it if the file is
-    /// there, or where folder or file cannot be locked.
+    /// Fails if another process holds the folder, and names that process if the file is there. Fails too if
+    /// folder or file cannot be locked.
     [[nodiscard]] utils::KNError acquire(const std::string& folder);
 
 private:

@@ -45,7 +45,8 @@ void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJour
 }
 
 std::string crashText(std::int64_t seq) {
-    return "The run before was cut off: the journal has no end of it before line #" + std::to_string(seq) +
+    return "The previous run did not end properly: the journal has no \"stopped\" line before line #" +
+           std::to_string(seq) +
            ". Orders of its last \"intake\" lines that have no \"command\" line did not go out.";
 }
 

@@ -188,7 +188,10 @@ TEST_F(DeskLife, StartAfterAKillSaysSoAndNamesTheFilesThatWait) {
     process.send(SIGTERM);
     EXPECT_EQ(process.wait(), 0);
     output.hasShown("");
-    EXPECT_NE(output.shown().find("The run before was cut off"), std::string::npos) << output.shown();
+    EXPECT_NE(
+        output.shown().find("The previous run did not end properly: the journal has no \"stopped\" line"),
+        std::string::npos)
+        << output.shown();
     EXPECT_NE(output.shown().find("orders/group.txt (2 lines) of channel 1"), std::string::npos);
     EXPECT_NE(output.shown().find("orders/single.txt.tmp (1 line) of channel 2"), std::string::npos);
     EXPECT_TRUE(has("\"after_crash\":true"));
