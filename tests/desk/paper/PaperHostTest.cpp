@@ -19,6 +19,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <sstream>
 
 using namespace desk;
@@ -355,6 +356,13 @@ TEST_F(PaperHost, JournalOfAnEarlierRunTellsWhichEventsAreMissing) {
     ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent()).isSuccess());
     EXPECT_EQ(kinds(), (CTexts{"started", "order", "started", "order"}));
     EXPECT_EQ(record(3)["status"], "cancelled");
+}
+
+TEST(FolderLock, FileSystemWithoutLocksIsToldWithWhatToDo) {
+    for (const int reason : {ENOLCK, EBADF, EOPNOTSUPP, ENOSYS, EINVAL})
+        EXPECT_EQ(lockFailureText(reason),
+                  "this file system cannot lock the folder; put the desk folder on a local disk");
+    EXPECT_EQ(lockFailureText(EACCES), "Permission denied");
 }
 
 TEST(FolderLock, FolderIsHeldByOneProcessAtATime) {
