@@ -68,7 +68,7 @@ CLoadedConfig loadDeskConfig(const std::string& folder) {
     CDiagnostics diagnostics;
     std::error_code unreadable;
     if (!std::filesystem::is_directory(folder, unreadable)) {
-        diagnostics.add(folder, 0, "is no folder; make one with: orderdesk new " + folder);
+        diagnostics.add(folder, 0, "is not a folder; make one with: orderdesk new " + folder);
     } else {
         const CInstrumentLines instruments = readInstruments(folder, loaded.config, diagnostics);
         const CUserLines lines = readDeskToml(folder, loaded.config, diagnostics);

@@ -26,8 +26,10 @@ protected:
 
     /// Runs the desk for one round, in which the test does its part.
     int run(const std::function<void(CDeskTradeFrameworkSource&)>& part) {
+        bool isStarting = true;
         bool done = false;
         return runDesk(folder.path("desk"), std::nullopt, out, [&] {
+            if (std::exchange(isStarting, false)) return true; // asked once before it trades
             if (!done) part(framework());
             return !std::exchange(done, true);
         });

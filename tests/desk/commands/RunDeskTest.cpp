@@ -76,6 +76,7 @@ TEST_F(RunDesk, JournalOfAStoppedDeskIsRotatedWithoutDoubledLines) {
 }
 
 TEST_F(RunDesk, DeskThatIsEndedDuringItsStartStartsNoStrategy) {
+    std::filesystem::create_directories(folder.path("desk/orders"));
     folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,1000\n");
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return false; }), 0);
     EXPECT_FALSE(has("\"kind\":\"strategy\"")) << journal();

@@ -269,7 +269,7 @@ TEST(ConfigLoader, AFolderThatIsNoneIsTheOnlyMistake) {
     const CTempFolder folder;
     const auto mistakes = loadDeskConfig(folder.path("none")).mistakes;
     ASSERT_EQ(mistakes.size(), 1U);
-    EXPECT_EQ(mistakes[0].message, "is no folder; make one with: orderdesk new " + folder.path("none"));
+    EXPECT_EQ(mistakes[0].message, "is not a folder; make one with: orderdesk new " + folder.path("none"));
     EXPECT_EQ(loadDeskConfig("").mistakes.size(), 1U);
     EXPECT_EQ(loadDeskConfig(std::string(5000, 'x')).mistakes.size(), 1U) << "a name too long for any system";
 }
