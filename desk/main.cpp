@@ -25,8 +25,8 @@ constexpr int kUsageError = 2;
 
 constexpr const char* kUsage =
     "usage: orderdesk new FOLDER                              write a desk folder that works as it is\n"
-    "       orderdesk check FOLDER                            name every mistake in it\n"
-    "       orderdesk run FOLDER [--exit-when-idle SECONDS]   run it until SIGINT or SIGTERM\n"
+    "       orderdesk check FOLDER                            name every mistake in it, and warnings\n"
+    "       orderdesk run FOLDER [--exit-when-idle SECONDS]   run it until SIGINT, SIGTERM or SIGHUP\n"
     "       orderdesk journal FOLDER [--follow]               print what happened\n";
 
 /// Closed standard descriptors lead to nowhere afterwards. Otherwise the next file that is opened, such as

@@ -74,8 +74,11 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
     }
     TC::COrderService::initInstance(new TC::COrderService);
     TC::COrderServiceAdapter::initInstance(new TC::COrderServiceAdapter);
-    desk.startTrading();
-    const std::string reason = runLoop(desk, exitWhenIdle, keepGoing);
+    std::string reason = "signal";
+    if (keepGoing()) { // the user may have ended it while the folder and the books were read
+        desk.startTrading();
+        reason = runLoop(desk, exitWhenIdle, keepGoing);
+    }
     const bool isWorkedOff = endTrading(desk, sink, keepWaiting);
     const utils::KNError saved = desk.saveInterfaces();
     if (!saved.isSuccess()) sink.writeLine("the interfaces cannot be saved: " + saved.errorMsg());

@@ -69,7 +69,7 @@ CLoadedConfig loadDeskConfig(const std::string& folder) {
     CDiagnostics diagnostics;
     std::error_code unreadable;
     if (!std::filesystem::is_directory(folder, unreadable)) {
-        diagnostics.add(folder, 0, "is no folder; make one with: orderdesk new " + folder);
+        diagnostics.add(folder, 0, "is not a folder; make one with: orderdesk new " + folder);
     } else {
         const CInstrumentLines instruments = readInstruments(folder, loaded.config, diagnostics);
         const CUserLines lines = readDeskToml(folder, loaded.config, diagnostics);
@@ -93,7 +93,7 @@ std::vector<std::string> prepareOrderFiles(const CDeskConfig& config) {
             const std::filesystem::file_status status = std::filesystem::status(path);
             if (std::filesystem::is_regular_file(status)) continue;
             if (std::filesystem::exists(status)) {
-                problems.push_back(path.string() + ": is no file; expected a place for an order file");
+                problems.push_back(path.string() + ": is not a file; expected a place for an order file");
             } else if (!std::ofstream(path, std::ios::app)) {
                 problems.push_back(path.string() + ": cannot be made");
             }

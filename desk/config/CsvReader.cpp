@@ -62,7 +62,7 @@ private:
                                   "unknown column \"" + cells[i] + "\"; expected one of " + joined(m_known));
             } else if (std::find(cells.begin(), cells.begin() + static_cast<std::ptrdiff_t>(i), cells[i]) !=
                        cells.begin() + static_cast<std::ptrdiff_t>(i)) {
-                m_diagnostics.add(m_strFile, number, "column \"" + cells[i] + "\" stands twice");
+                m_diagnostics.add(m_strFile, number, "column \"" + cells[i] + "\" is defined twice");
             }
         }
         for (const std::string& column : m_required) {

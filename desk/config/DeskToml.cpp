@@ -234,7 +234,7 @@ private:
             {"key", "broker", "funds"});
         account.broker = static_cast<TC::EQDBrokerType>(broker);
         if (findAccount(account.key) != nullptr)
-            return section.mistakeAt("key", "account \"" + account.key + "\" stands twice");
+            return section.mistakeAt("key", "account \"" + account.key + "\" is defined twice");
         if (account.key.empty() && section.isText("key")) section.mistakeAt("key", "key must not be empty");
         if (account.funds < 0) section.mistakeAt("funds", "funds must not be negative");
         if (account.creditLimit < 0) section.mistakeAt("credit_limit", "credit_limit must not be negative");
@@ -257,10 +257,14 @@ private:
             {"name", "broker", "members"});
         group.broker = static_cast<TC::EQDBrokerType>(broker);
         if (group.name.empty() && section.isText("name")) section.mistakeAt("name", "name must not be empty");
+        const toml::array* members = table["members"].as_array();
+        if (members != nullptr && members->empty())
+            section.mistakeAt("members",
+                              "group \"" + group.name + "\" has no accounts; expected at least one");
         checkMembers(section, group);
         for (const CGroupEntry& other : m_config.groups) {
             if (other.name == group.name && other.broker == group.broker) {
-                return section.mistakeAt("name", "group \"" + group.name + "\" stands twice");
+                return section.mistakeAt("name", "group \"" + group.name + "\" is defined twice");
             }
         }
         m_config.groups.push_back(group);
@@ -282,8 +286,8 @@ private:
         if (!(member.weight > 0)) section.mistakeAt("weight", "weight must be above 0");
         for (const CGroupMember& other : group.members) {
             if (other.accountKey == member.accountKey) {
-                return section.mistakeAt("account",
-                                         "account \"" + member.accountKey + "\" stands twice in the group");
+                return section.mistakeAt("account", "account \"" + member.accountKey +
+                                                        "\" is defined twice in the group");
             }
         }
         group.members.push_back(member);
@@ -291,10 +295,6 @@ private:
 
     /// A group's orders go to all of its accounts, so each must be of the group's kind.
     void checkMembers(const CTomlSection& section, const CGroupEntry& group) const {
-        if (group.members.empty())
-            section.mistakeAt("members",
-                              "group \"" + group.name + "\" has no accounts; expected at least one",
-                              ESubject::Groups);
         for (const CGroupMember& member : group.members) {
             const CAccountEntry* account = findAccount(member.accountKey);
             if (account == nullptr || account->broker == group.broker) continue;
@@ -321,7 +321,7 @@ private:
         const QString key = QString::fromStdString(name);
         if (name.empty() && section.isText("name")) section.mistakeAt("name", "name must not be empty");
         if (m_config.baskets.contains(key))
-            return section.mistakeAt("name", "basket \"" + name + "\" stands twice");
+            return section.mistakeAt("name", "basket \"" + name + "\" is defined twice");
         if (basket.m_rows.empty() && table.contains("rows"))
             section.warnAt("rows", "the basket has no rows; orders that name it are refused");
         m_config.baskets.insert(key, basket);
@@ -428,7 +428,7 @@ private:
         };
         if (std::any_of(m_config.portfolios.begin(), m_config.portfolios.end(), isSame)) {
             return section.mistakeAt("id", "portfolio " + std::to_string(portfolio.kind) + "_" +
-                                               portfolio.id + " stands twice");
+                                               portfolio.id + " is defined twice");
         }
         m_config.portfolios.push_back(portfolio);
     }

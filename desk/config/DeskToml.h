@@ -2,12 +2,11 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/config/Diagnostics.h"
+#include "desk/config/FolderFiles.h"
 
 #include <string>
 
 namespace desk {
-
-inline constexpr const char* kDeskFile = "desk.toml";
 
 /// Where keys of [user] stand that strategies are counted against; 0: nowhere.
 struct CUserLines {

@@ -19,9 +19,9 @@ namespace desk {
 namespace {
 
 constexpr const char* kInstruments = kInstrumentFile;
-constexpr const char* kQuotes = "quotes.csv";
-constexpr const char* kQuoteChanges = "quote_changes.csv";
-constexpr const char* kPositions = "positions.csv";
+constexpr const char* kQuotes = kQuoteFile;
+constexpr const char* kQuoteChanges = kQuoteChangeFile;
+constexpr const char* kPositions = kPositionFile;
 
 /// The paper broker counts in ten-thousandths.
 bool isTooFine(double price) {
@@ -338,7 +338,7 @@ private:
         checkKind(cells, *account, position);
         for (const CPositionEntry& other : account->positions) {
             if (other.stockKey == position.stockKey && other.side == position.side)
-                return cells.mistake("the position stands twice");
+                return cells.mistake("the position is defined twice");
         }
         account->positions.push_back(position);
     }

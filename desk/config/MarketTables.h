@@ -2,13 +2,12 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/config/Diagnostics.h"
+#include "desk/config/FolderFiles.h"
 
 #include <map>
 #include <string>
 
 namespace desk {
-
-inline constexpr const char* kInstrumentFile = "instruments.csv";
 
 /// The line of each instrument in its table, by each of the instrument's names.
 using CInstrumentLines = std::map<std::string, int>;

@@ -1,5 +1,7 @@
 #include "desk/config/OrderPaths.h"
 
+#include "desk/config/FolderFiles.h"
+
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -7,21 +9,23 @@
 #include <iterator>
 #include <optional>
 #include <system_error>
+#include <vector>
 
 namespace desk {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kTemporary = ".tmp";
-/// Files that the desk reads, writes or makes in its folder, the drafts of those that it replaces, and what
-/// the paper broker's store puts beside its file.
-constexpr const char* kOwnFiles[] = {
-    "desk.toml",       "strategies.toml", "strategies.toml.new", "settings.xml",     "settings.xml.new",
-    "instruments.csv", "quotes.csv",      "quote_changes.csv",   "positions.csv",    "journal.jsonl",
-    "paper.db",        "paper.db-wal",    "paper.db-shm",        "paper.db-journal", ".lock"};
-/// Folder of the order files that were refused whole.
-constexpr const char* kRejectedFolder = "rejected";
+/// The desk's own files, the drafts of those that it replaces, and what the paper broker's store puts beside
+/// its file.
+std::vector<std::string> ownFiles() {
+    std::vector<std::string> names(std::begin(kOwnFiles), std::end(kOwnFiles));
+    for (const char* replaced : {kStrategyFile, kSettingsFile})
+        names.push_back(std::string(replaced) + kDraftSuffix);
+    for (const char* suffix : kStoreSuffixes)
+        names.push_back(std::string(kPaperStoreName) + suffix);
+    return names;
+}
 
 /// The place that a path names once every link on the way is followed, also where nothing is there yet.
 fs::path realPlace(fs::path path) {
@@ -74,7 +78,7 @@ std::string whyNotTaken(const fs::path& folder, const fs::path& path, const std:
     if (!path.has_filename() || fs::is_directory(path, unreadable))
         return head + " is a folder; expected a place for an order file";
     const CNamed named(path);
-    for (const char* name : kOwnFiles) {
+    for (const std::string& name : ownFiles()) {
         if (named.isSame(CNamed(folder / name)))
             return head + " is the desk's own " + name + ", which it would delete";
     }
@@ -90,7 +94,7 @@ std::string whyNoOrderPath(const fs::path& folder, const std::string& path, cons
         return "path holds a zero byte; expected the name of an order file";
     const std::string head = "path \"" + shown + "\"";
     std::string reason = whyNotTaken(folder, path, head);
-    if (reason.empty()) reason = whyNotTaken(folder, path + kTemporary, head + " with \".tmp\"");
+    if (reason.empty()) reason = whyNotTaken(folder, path + kTakenSuffix, head + " with \".tmp\"");
     return reason;
 }
 
@@ -103,8 +107,8 @@ std::string whyPathsMeet(const std::string& path, const std::string& shown,
     const CNamed mine(path);
     const CNamed placeOfOther(theirs);
     if (mine.isSame(placeOfOther)) return head + " is the path of " + channel + " too";
-    const CNamed mineWhenTaken(path + kTemporary);
-    const CNamed otherWhenTaken(theirs + kTemporary);
+    const CNamed mineWhenTaken(path + kTakenSuffix);
+    const CNamed otherWhenTaken(theirs + kTakenSuffix);
     if (!mineWhenTaken.isSame(placeOfOther) && !mine.isSame(otherWhenTaken) &&
         !mineWhenTaken.isSame(otherWhenTaken))
         return {};

@@ -62,7 +62,7 @@ std::vector<std::string> mistakesOfKeys(const bson::BSONObj& object) {
         if (std::find(known.begin(), known.end(), key) == known.end()) {
             mistakes.push_back("unknown key \"" + key + "\"; expected one of " + listOf(known));
         } else if (++times[key] == 2) {
-            mistakes.push_back("key \"" + key + "\" stands twice");
+            mistakes.push_back("key \"" + key + "\" is defined twice");
         }
     }
     return mistakes;
@@ -75,7 +75,8 @@ std::string mistakeOfWhitelist(const bson::BSONObj& object) {
     try {
         bson::readField(object, "whitelist", entries);
     } catch (const bson::CTypeError& error) {
-        return nameOf(std::stoul(error.key())) + " is no text; expected the JSON text of an entry in quotes";
+        return nameOf(std::stoul(error.key())) +
+               " is not a text; expected the JSON text of an entry in quotes";
     }
     for (std::size_t place = 0; place < entries.size(); ++place) {
         try {

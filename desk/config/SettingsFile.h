@@ -3,13 +3,12 @@
 #include "base/KNError.h"
 #include "desk/config/DeskConfig.h"
 #include "desk/config/Diagnostics.h"
+#include "desk/config/FolderFiles.h"
 #include "records/TradeInterface.h"
 
 #include <string>
 
 namespace desk {
-
-inline constexpr const char* kSettingsFile = "settings.xml";
 
 /// What a new settings.xml is before the order service has put the interfaces into it.
 inline constexpr const char* kEmptySettings = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

@@ -128,7 +128,7 @@ bool isLoopback(const std::string& address) {
 CFinding findingOfAddress(const CDeskConfig& config, const std::string& address) {
     if (portOf(address) == 0) {
         return {"path",
-                "path \"" + address + "\" is no address; expected \"ip:port\" with a port of 1 to 65535"};
+                "path \"" + address + "\" is not an address; expected \"ip:port\" with a port of 1 to 65535"};
     }
     if (config.allowRemoteSocket || isLoopback(address)) return {};
     return {"path",
@@ -209,7 +209,7 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config,
                    const std::filesystem::path& folder, const TC::COrderStrategyParam& strategy,
                    const std::string& path) {
     if (config.strategies.contains(strategy.m_nChannel))
-        section.mistakeAt("channel", "channel " + std::to_string(strategy.m_nChannel) + " stands twice");
+        section.mistakeAt("channel", "channel " + std::to_string(strategy.m_nChannel) + " is defined twice");
     const std::string account = strategy.m_strSelectedAccount.toStdString();
     const bool isAccount = strategy.m_eSelectedAccountType == TC::ESelectedAccountType::Account;
     if (!account.empty()) (isAccount ? checkAccount : checkGroup)(section, config, strategy, account);

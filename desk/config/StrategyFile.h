@@ -3,13 +3,12 @@
 #include "base/KNError.h"
 #include "desk/config/DeskConfig.h"
 #include "desk/config/Diagnostics.h"
+#include "desk/config/FolderFiles.h"
 #include "desk/config/StrategyStore.h"
 
 #include <string>
 
 namespace desk {
-
-inline constexpr const char* kStrategyFile = "strategies.toml";
 
 /// Reads strategies.toml of the folder. Settings start from the user's defaults; the keys of a strategy go to
 /// its family's slot, those of its setting tables to the slot that they name. Needs the instruments and what

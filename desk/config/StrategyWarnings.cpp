@@ -23,8 +23,11 @@ const CInstrumentEntry* findInstrument(const CDeskConfig& config, const std::str
 
 void warnOfVolume(const CTomlSection& section, const CDeskConfig& config,
                   const TC::COrderStrategyParam& strategy) {
-    if (strategy.m_nVolume == 0)
-        section.warnAt("volume", "volume is 0: orders that name none are for nothing");
+    if (strategy.m_nVolume == 0 && !strategy.m_bUseAmount)
+        section.warnAt("volume", "volume is 0: orders that name no volume trade nothing");
+    const bool isMultiplier = strategy.m_eTradeType == TC::EOrderStrategyTradeType::Basket ||
+                              strategy.m_eTradeType == TC::EOrderStrategyTradeType::FutureBasket;
+    if (isMultiplier) return; // how many times the basket is traded
     const CInstrumentEntry* instrument = findInstrument(config, strategy.m_strCode.toStdString());
     if (instrument != nullptr) warnOfUnit(section, strategy.m_nVolume, *instrument);
 }
@@ -113,7 +116,7 @@ void warnOfSetting(const CTomlSection& section, const TC::COrderSetting& setting
                                                      {"second_limit", setting.m_dSecondLimit}};
     for (const auto& [key, limit] : limits) {
         if (section.has(key) && !TC::isInvalidPrice(limit))
-            section.warnAt(key, std::string(key) + " has no effect on the desk; it is no stop");
+            section.warnAt(key, std::string(key) + " has no effect on the desk; it is not a stop order");
     }
 }
 
@@ -121,7 +124,7 @@ void warnOfUnit(const CTomlSection& section, int volume, const CInstrumentEntry&
     const bool isStar = instrument.types.count(knservice::kTypeStarMarket) != 0;
     const int unit = std::max(1, isStar ? instrument.uiUnit : instrument.unit);
     if (TC::isUnset(volume) || volume % unit == 0 || !section.isNumber("volume", volume)) return;
-    section.warnAt("volume", "volume is " + std::to_string(volume) + ", no multiple of " +
+    section.warnAt("volume", "volume is " + std::to_string(volume) + ", not a multiple of " +
                                  std::to_string(unit) + ", the unit of \"" + instrument.key() + "\"");
 }
 

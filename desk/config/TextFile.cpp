@@ -1,5 +1,7 @@
 #include "desk/config/TextFile.h"
 
+#include "desk/config/FolderFiles.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -54,7 +56,7 @@ EFileRead readTextFile(const std::string& path, std::string& text) {
 utils::KNError replaceTextFile(const std::string& folder, const std::string& name, const std::string& text) {
     constexpr int kCannotWrite = 1;
     const std::string path = folder + "/" + name;
-    const std::string draft = path + ".new";
+    const std::string draft = path + kDraftSuffix;
     if (!writeSynced(draft, text) || ::rename(draft.c_str(), path.c_str()) != 0) {
         const std::string reason = std::strerror(errno);
         ::unlink(draft.c_str());

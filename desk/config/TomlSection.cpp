@@ -107,7 +107,7 @@ CTomlSetter CTomlSection::text(std::string& target) const {
             target = *value;
         } else {
             // What stands there instead may be a password without its quotes.
-            mistake(node, keyOf(node) + " is no text; expected a text in quotes");
+            mistake(node, keyOf(node) + " is not a text; expected a text in quotes");
         }
     };
 }

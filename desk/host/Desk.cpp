@@ -1,5 +1,6 @@
 #include "desk/host/Desk.h"
 
+#include "desk/config/FolderFiles.h"
 #include "desk/host/BrokerJournal.h"
 #include "desk/host/DeskPortfolios.h"
 #include "desk/host/Leftovers.h"
@@ -13,8 +14,6 @@
 
 namespace desk {
 namespace {
-
-constexpr const char* kRejectedFolder = "rejected";
 
 QString rejectedFolder(const std::string& folder) {
     const std::filesystem::path path = std::filesystem::absolute(folder) / kRejectedFolder;
@@ -40,9 +39,13 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
     if (m_journal.isAfterCrash()) m_sink.writeLine(crashText(m_journal.lastSeq()));
+    if (m_journal.lastBrokerEvent() > 0 && !hasPaperStore(m_strFolder))
+        m_sink.writeLine(
+            "WARNING: there is no paper.db, but the journal tells of orders. The books begin anew "
+            "with the folder's funds and positions.");
     if (result.isSuccess())
-        result =
-            m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(), m_journal.lastTask());
+        result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(),
+                               {m_journal.lastTask(), m_journal.lastOrder(), m_journal.lastFill()});
     m_strTradingDay = m_exchange.getMaxTradingDay();
     if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
     // Without an end in the journal the next start would take this one for cut off.
@@ -135,6 +138,12 @@ std::int64_t CDesk::activity() const {
 }
 
 utils::KNError CDesk::close(const std::string& reason) {
+    m_guard.checkFile();
+    // The journal may be moved away before the next start, and could not tell it which events it has.
+    const utils::KNError stored = m_broker.storeDelivered();
+    if (!stored.isSuccess())
+        m_sink.writeLine("Leave the journal where it is until the desk has started again: " +
+                         stored.errorMsg());
     return m_journal.close(reason);
 }
 

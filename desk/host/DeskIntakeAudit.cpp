@@ -1,5 +1,6 @@
 #include "desk/host/DeskIntakeAudit.h"
 
+#include "desk/host/Counted.h"
 #include "desk/host/Leftovers.h"
 #include "desk/journal/JournalEvents.h"
 
@@ -22,7 +23,7 @@ void noteIncident(CJournal& journal, CTextSink& sink, const TC::CIncidentReport&
     switch (report.m_eIncident) {
     case TC::EIncident::OrdersDropped:
         sink.writeLine("channel " + std::to_string(report.m_nChannel) + ": " +
-                       std::to_string(report.m_nOrders) + " orders not sent: " + cause);
+                       counted(report.m_nOrders, "order") + " not sent: " + cause);
         break;
     case TC::EIncident::CancelNotDone:
         sink.writeLine("cancel of task " + std::to_string(report.m_nTaskId) + " not done: " + cause);
@@ -46,11 +47,13 @@ void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     (void)m_journal.append("intake", intakeFields(report));
     const std::string source = report.m_strSource.toStdString();
     if (report.m_nUnreadTradeParams != 0)
-        m_sink.writeLine(source + " has " + std::to_string(report.m_nUnreadTradeParams) +
-                         " orderParam lines that are not understood; their orders go out without them");
+        m_sink.writeLine(source + " has " + counted(report.m_nUnreadTradeParams, "orderParam line") +
+                         (report.m_nUnreadTradeParams == 1
+                              ? " that is not understood; its orders go out without it"
+                              : " that are not understood; their orders go out without them"));
     if (report.m_nIgnoredLines != 0)
-        m_sink.writeLine(source + " has " + std::to_string(report.m_nIgnoredLines) +
-                         " lines without effect; the first is " + report.m_strFirstIgnored.toStdString());
+        m_sink.writeLine(source + " has " + counted(report.m_nIgnoredLines, "line") +
+                         " without effect; the first is " + report.m_strFirstIgnored.toStdString());
     if (report.m_bRejected)
         m_sink.writeLine(source + " was refused whole: " + report.m_strCause.toStdString() +
                          whereabouts(report, "; the file was deleted"));
@@ -93,8 +96,9 @@ std::string CDeskIntakeAudit::unplacedText() const {
         channels += (channels.empty() ? "channel " : ", channel ") + std::to_string(channel) + ": " +
                     std::to_string(count);
     }
-    return "Not worked off: " + std::to_string(sum) + " orders in " + std::to_string(m_nUnplacedBatches) +
-           " batches (" + channels + "). The journal names each of them as \"unplaced\".";
+    return "Not worked off: " + counted(sum, "order") + " in " +
+           counted(m_nUnplacedBatches, "batch", "batches") + " (" + channels +
+           "). The journal names each of them as \"unplaced\".";
 }
 
 void CDeskIntakeAudit::recordIncident(const TC::CIncidentReport& report) {

@@ -1,5 +1,7 @@
 #include "desk/host/FolderLock.h"
 
+#include "desk/config/FolderFiles.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -10,8 +12,9 @@
 namespace desk {
 namespace {
 
-constexpr const char* kLockFileName = ".lock";
 constexpr mode_t kFileMode = 0600;
+/// What flock gives on a network file system: some have no locks, some lock no folder that is open to read.
+constexpr int kCannotLock[] = {ENOLCK, EBADF, EOPNOTSUPP, ENOSYS, EINVAL};
 enum EFolderLockError : int { kFolderInUse = 1, kFolderUnusable = 2 };
 
 std::string holderOf(const std::string& path) {
@@ -42,6 +45,14 @@ int openLocked(const std::string& path, int flags) {
 
 } // namespace
 
+std::string lockFailureText(int reason) {
+    for (const int unable : kCannotLock) {
+        if (reason == unable)
+            return "this file system cannot lock the folder; put the desk folder on a local disk";
+    }
+    return std::strerror(reason);
+}
+
 CFolderLock::~CFolderLock() {
     release();
 }
@@ -61,8 +72,9 @@ utils::KNError CFolderLock::acquire(const std::string& folder) {
         writeHolder(m_nFile);
         return {};
     }
-    const bool isHeld = errno == EWOULDBLOCK;
-    const std::string cause = isHeld ? "it is in use" + holderOf(path) : std::strerror(errno);
+    const int reason = errno;
+    const bool isHeld = reason == EWOULDBLOCK;
+    const std::string cause = isHeld ? "it is in use" + holderOf(path) : lockFailureText(reason);
     release();
     return {isHeld ? kFolderInUse : kFolderUnusable, "cannot use desk folder " + folder + ": " + cause};
 }

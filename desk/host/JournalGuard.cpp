@@ -17,15 +17,16 @@ CJournalGuard::CJournalGuard(CJournal& journal, CTextSink& sink, std::function<v
 CJournalGuard::~CJournalGuard() = default;
 
 void CJournalGuard::checkFile() {
-    const double now = utils::getTime();
-    if (now < m_dNextLook) return;
-    m_dNextLook = now + kLookSeconds;
     const std::string cause = m_journal.checkFile();
     if (!cause.empty()) m_sink.writeLine("WARNING: " + cause);
 }
 
 void CJournalGuard::poll() {
-    checkFile();
+    const double now = utils::getTime();
+    if (now >= m_dNextLook) {
+        m_dNextLook = now + kLookSeconds;
+        checkFile();
+    }
     if (!m_pause) {
         const utils::KNError failure = m_journal.failure();
         if (failure.isSuccess()) return;

@@ -29,11 +29,12 @@ public:
     /// the journal; when a probe succeeds, tells that too and lets the intake go on.
     void poll();
 
+    /// Looks at once whether the journal's file was deleted, moved or cut, and tells the user.
+    void checkFile();
+
     bool isHolding() const { return m_pause != nullptr; }
 
 private:
-    void checkFile();
-
     CJournal& m_journal;
     CTextSink& m_sink;
     std::function<void()> m_onRecovered;

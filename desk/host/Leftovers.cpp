@@ -2,6 +2,8 @@
 
 #include "base/FileCount.h"
 #include "base/Text.h"
+#include "desk/config/FolderFiles.h"
+#include "desk/host/Counted.h"
 #include "desk/journal/JournalEvents.h"
 
 #include <nlohmann/json.hpp>
@@ -9,7 +11,6 @@
 namespace desk {
 namespace {
 
-constexpr const char* kTmpSuffix = ".tmp"; ///< of a file that the order service is reading
 constexpr const char* kLeftOver = "a run that was cut off had taken it; look for its orders among the "
                                   "commands before you send them again; ";
 constexpr const char* kDeletedLater = "the file is deleted when the next one comes";
@@ -21,8 +22,7 @@ void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, C
                    CTextSink& sink) {
     // The sink tells the user also if the journal refuses.
     (void)journal.append("discarded", discardFields(report, cause));
-    const std::string lines =
-        report.m_nLines < 0 ? "cannot be read" : std::to_string(report.m_nLines) + " lines";
+    const std::string lines = report.m_nLines < 0 ? "cannot be read" : counted(report.m_nLines, "line");
     sink.writeLine("NOT READ: " + report.m_strSource.toStdString() + " (" + lines + ") of channel " +
                    std::to_string(report.m_nChannel) + ": " + cause);
 }
@@ -33,7 +33,7 @@ void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJour
     for (const TC::COrderStrategyParam& strategy : strategies) {
         if (!strategy.comesFromFile()) continue;
         TC::CDiscardReport report;
-        report.m_strSource = strategy.m_strSignalSource + QLatin1String(kTmpSuffix);
+        report.m_strSource = strategy.m_strSignalSource + QLatin1String(kTakenSuffix);
         const auto count = utils::countFile(utils::toPathBytes(report.m_strSource));
         if (!count || count->bytes == 0) continue;
         report.m_eStrategyType = strategy.m_eStrategyType;
@@ -45,7 +45,8 @@ void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJour
 }
 
 std::string crashText(std::int64_t seq) {
-    return "The run before was cut off: the journal has no end of it before line #" + std::to_string(seq) +
+    return "The previous run did not end properly: the journal has no \"stopped\" line before line #" +
+           std::to_string(seq) +
            ". Orders of its last \"intake\" lines that have no \"command\" line did not go out.";
 }
 

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <type_traits>
 
 namespace desk {
 namespace {
@@ -85,6 +86,8 @@ utils::KNError CJournal::open(const std::string& folder) {
     m_nLastSeq = tail.m_nLastSeq;
     m_nLastBrokerEvent = tail.m_nLastBrokerEvent;
     m_nLastTask = tail.m_nLastTask;
+    m_nLastOrder = tail.m_nLastOrder;
+    m_nLastFill = tail.m_nLastFill;
     m_bHalfLine = tail.m_bHalfLine;
     m_bAfterCrash = tail.m_bCutOff;
     m_bElsewhere = false;
@@ -110,8 +113,20 @@ utils::KNError CJournal::append(const std::string& kind, const CJson& fields, st
         return error;
     }
     if (seq != nullptr) *seq = m_nLastSeq;
-    if (kind == "order" || kind == "fill") m_nLastBrokerEvent = fields.value("event", m_nLastBrokerEvent);
+    keepNumbers(kind, fields);
     return error;
+}
+
+void CJournal::keepNumbers(const std::string& kind, const CJson& fields) {
+    const auto keep = [&fields](const char* key, auto& last) {
+        const auto value = fields.find(key);
+        using CNumber = std::decay_t<decltype(last)>;
+        if (value != fields.end() && value->is_number_integer()) last = std::max(last, value->get<CNumber>());
+    };
+    if (kind == "command") keep("task", m_nLastTask);
+    if (kind == "order" || kind == "fill") keep("event", m_nLastBrokerEvent);
+    if (kind == "order") keep("order", m_nLastOrder);
+    if (kind == "fill") keep("fill", m_nLastFill);
 }
 
 std::string CJournal::checkFile() {
@@ -170,10 +185,15 @@ utils::KNError CJournal::moveToPath() {
     return error;
 }
 
-/// The event number lets the next start know what the broker's listener has taken.
+/// The numbers let the next start know what the broker's listener has taken, and what is not to be given
+/// again: the lines that tell it may be in another file.
 void CJournal::noteContinued(const std::string& cause) {
     if (m_failure.isSuccess())
-        (void)writeRecord("continued", CJson{{"cause", cause}, {"event", m_nLastBrokerEvent}});
+        (void)writeRecord("continued", CJson{{"cause", cause},
+                                             {"event", m_nLastBrokerEvent},
+                                             {"task", m_nLastTask},
+                                             {"order", m_nLastOrder},
+                                             {"fill", m_nLastFill}});
 }
 
 utils::KNError CJournal::probe() {
@@ -217,6 +237,16 @@ std::int64_t CJournal::lastBrokerEvent() const {
 int CJournal::lastTask() const {
     const std::lock_guard lock(m_mutex);
     return m_nLastTask;
+}
+
+int CJournal::lastOrder() const {
+    const std::lock_guard lock(m_mutex);
+    return m_nLastOrder;
+}
+
+int CJournal::lastFill() const {
+    const std::lock_guard lock(m_mutex);
+    return m_nLastFill;
 }
 
 utils::KNError CJournal::close(const std::string& reason) {

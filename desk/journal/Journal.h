@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/KNError.h"
+#include "desk/config/FolderFiles.h"
 #include "desk/journal/Json.h"
 
 #include <cstdint>
@@ -8,9 +9,6 @@
 #include <string>
 
 namespace desk {
-
-/// Name of the journal in a desk folder.
-inline constexpr const char* kJournalFileName = "journal.jsonl";
 
 /// Error numbers of the journal's operations.
 enum EJournalError : int { kJournalOpenFailed = 1, kJournalWriteFailed = 2, kJournalClosed = 3 };
@@ -70,9 +68,11 @@ public:
     /// none. The paper broker delivers again what comes after it.
     std::int64_t lastBrokerEvent() const;
 
-    /// Number of the last task that a `command` record of the file named when it was opened; 0 if there was
-    /// none. The paper broker gives no task a number up to it.
+    /// Largest number of a task, an order and a fill that the journal has; 0 if it has none. The paper broker
+    /// gives no number up to it again.
     int lastTask() const;
+    int lastOrder() const;
+    int lastFill() const;
 
     /// Whether the file held lines when it was opened, and the last was not `stopped`.
     bool isAfterCrash() const;
@@ -86,6 +86,7 @@ public:
 
 private:
     utils::KNError writeRecord(const std::string& kind, const CJson& fields);
+    void keepNumbers(const std::string& kind, const CJson& fields);
     utils::KNError writeBytes(const std::string& bytes);
     utils::KNError closeHalfLine();
     utils::KNError fail(const std::string& cause);
@@ -100,6 +101,8 @@ private:
     std::int64_t m_nLastSeq = 0;
     std::int64_t m_nLastBrokerEvent = 0;
     int m_nLastTask = 0;
+    int m_nLastOrder = 0;
+    int m_nLastFill = 0;
     std::int64_t m_nRefused = 0;
     bool m_bHalfLine = false; ///< the file ends within a line
     bool m_bAfterCrash = false;

@@ -1,26 +1,36 @@
 #include "desk/journal/JournalReader.h"
 
+#include "base/Clock.h"
 #include "desk/journal/Journal.h"
 #include "desk/journal/TornLine.h"
 
-#include <nlohmann/json.hpp>
-
 #include <sys/stat.h>
 
+#include <string_view>
 #include <utility>
 
 namespace desk {
 namespace {
 
-bool isRecord(const std::string& text) {
-    const CJson record = CJson::parse(text, nullptr, false);
-    return record.is_object() && record.contains("kind") && record["kind"].is_string();
+/// The desk looks once a second whether its file is still at the path, and writes into the old one until
+/// then.
+constexpr double kMostLookSeconds = 1.0;
+constexpr std::string_view kContinuedHead = R"({"kind":"continued",)";
+
+/// Whether a desk has gone over to the file.
+bool hasContinued(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    for (std::string line; std::getline(stream, line);) {
+        if (!stream.eof() && std::string_view(line).substr(0, kContinuedHead.size()) == kContinuedHead)
+            return true;
+    }
+    return false;
 }
 
 /// Moves the record that follows a torn line in the same line to `behind`.
 void splitOffRecord(CJournalLine& line, std::optional<CJournalLine>& behind) {
-    const std::size_t place = lastRecordOf(line.m_strText);
-    if (place == 0 || !isRecord(line.m_strText.substr(place))) return;
+    const std::size_t place = recordBehindTornLine(line.m_strText);
+    if (place == 0) return;
     behind = CJournalLine{line.m_strText.substr(place), false};
     line.m_strText.resize(place);
 }
@@ -44,6 +54,8 @@ bool CJournalReader::openPath() {
     m_nInode = status.st_ino;
     m_nRead = 0;
     m_strHalfLine.clear();
+    m_changeSeen.reset();
+    m_bLastLines = false;
     return true;
 }
 
@@ -52,8 +64,22 @@ bool CJournalReader::reopenIfChanged() {
     // No file: the desk makes a new one when it next looks.
     if (::stat(m_strPath.c_str(), &status) != 0) return false;
     const bool isSame = status.st_dev == m_nDevice && status.st_ino == m_nInode;
-    if (isSame && static_cast<std::uint64_t>(status.st_size) >= m_nRead) return false;
-    return openPath();
+    const bool isCut = isSame && static_cast<std::uint64_t>(status.st_size) < m_nRead;
+    if (isSame && !isCut) {
+        m_changeSeen.reset();
+        m_bLastLines = false;
+        return false;
+    }
+    return (isCut || isOldFileRead()) && openPath();
+}
+
+/// Whether no line can come to the old file any more, and next was asked since that is so.
+bool CJournalReader::isOldFileRead() {
+    if (m_bLastLines) return true;
+    const double now = utils::getTime();
+    if (!m_changeSeen) m_changeSeen = now;
+    m_bLastLines = now - *m_changeSeen > kMostLookSeconds || hasContinued(m_strPath);
+    return false;
 }
 
 std::optional<CJournalLine> CJournalReader::next() {

@@ -26,7 +26,10 @@ public:
     std::optional<CJournalLine> next();
 
     /// Whether another file is at the journal's path by now, or the file is shorter than what was read. Then
-    /// next goes on at the beginning of what is there. For a reader that waits, once next has nothing more.
+    /// next goes on at the beginning of what is there. A desk writes into the old file until it notices the
+    /// change, so another file is gone over to only once it has a `continued` line, or more than a second
+    /// after the change was seen by the clock of base/Clock.h, and one call later. For a reader that waits,
+    /// once next has nothing more; to be called again and again.
     bool reopenIfChanged();
 
     /// What stands behind the last newline, as a damaged line; empty where nothing does. For a reader that
@@ -35,12 +38,15 @@ public:
 
 private:
     bool openPath();
+    bool isOldFileRead();
 
     std::string m_strPath;
     std::ifstream m_stream;
     std::uint64_t m_nDevice = 0, m_nInode = 0; ///< of the open file
     std::uint64_t m_nRead = 0;                 ///< bytes of it
     std::string m_strHalfLine;
+    std::optional<double> m_changeSeen; ///< when another file was first seen at the path
+    bool m_bLastLines = false;          ///< nothing more is written to the open file
     std::optional<CJournalLine> m_next; ///< the record behind a torn line
 };
 

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string_view>
@@ -17,10 +18,11 @@
 namespace desk {
 namespace {
 
-/// How the lines begin that carry the number of a broker event. Asked first, so that a search for the last
-/// event through a long day of other records parses none of them.
-constexpr std::string_view kEventHeads[] = {R"({"kind":"order",)", R"({"kind":"fill",)",
-                                            R"({"kind":"continued",)"};
+/// How the lines begin that carry numbers. Asked first, so that a search through a long day of other records
+/// parses none of them.
+constexpr std::string_view kOrderHead = R"({"kind":"order",)";
+constexpr std::string_view kFillHead = R"({"kind":"fill",)";
+constexpr std::string_view kContinuedHead = R"({"kind":"continued",)";
 constexpr std::string_view kStoppedHead = R"({"kind":"stopped",)";
 
 constexpr std::string_view kCommandHead = R"({"kind":"command",)";
@@ -33,44 +35,86 @@ bool beginsWith(std::string_view line, std::string_view head) {
     return line.substr(0, head.size()) == head;
 }
 
-bool hasBrokerEvent(std::string_view line) {
-    for (const std::string_view head : kEventHeads) {
-        if (beginsWith(line, head)) return true;
-    }
-    return false;
-}
-
 bool isCommandWithTask(std::string_view line) {
     return beginsWith(line, kCommandHead) &&
            line.substr(0, kTaskEnd).find(kTaskKey) != std::string_view::npos;
 }
 
-/// The number under the key, or 0 where the line is damaged or has none.
-std::int64_t numberIn(std::string_view line, const char* key) {
-    const CJson record = CJson::parse(line, nullptr, false);
+CJson parsed(std::string_view line) {
+    return CJson::parse(line, nullptr, false);
+}
+
+/// The number under the key, or 0 where the record is damaged or has none.
+std::int64_t numberIn(const CJson& record, const char* key) {
     if (!record.is_object()) return 0;
     const auto value = record.find(key);
     return value != record.end() && value->is_number_integer() ? value->get<std::int64_t>() : 0;
 }
+
+int smallNumberIn(const CJson& record, const char* key) {
+    return static_cast<int>(numberIn(record, key));
+}
+
+/// Takes the records of a journal from the last to the first, until all numbers are known.
+class CTailNumbers {
+public:
+    explicit CTailNumbers(CJournalTail& tail) : m_tail(tail) {}
+
+    bool isComplete() const {
+        return m_tail.m_nLastSeq != 0 && m_tail.m_nLastBrokerEvent != 0 && m_tail.m_nLastTask != 0 &&
+               m_bOrdersKnown && m_tail.m_nLastFill != 0;
+    }
+
+    void take(std::string_view line) {
+        if (m_tail.m_nLastSeq == 0) m_tail.m_nLastSeq = numberIn(parsed(line), "seq");
+        if (beginsWith(line, kOrderHead)) takeOrder(parsed(line));
+        if (beginsWith(line, kFillHead)) takeFill(parsed(line));
+        if (beginsWith(line, kContinuedHead)) takeContinued(parsed(line));
+        if (m_tail.m_nLastTask == 0 && isCommandWithTask(line))
+            m_tail.m_nLastTask = smallNumberIn(parsed(line), "task");
+    }
+
+private:
+    /// An order that is new is `working` or `rejected`, or filled at once if it does not trade; those before
+    /// it have smaller numbers. Later lines of an order have other words, so the search goes on there.
+    void takeOrder(const CJson& record) {
+        takeEvent(record);
+        if (m_bOrdersKnown || !record.is_object()) return;
+        m_tail.m_nLastOrder = std::max(m_tail.m_nLastOrder, smallNumberIn(record, "order"));
+        const auto status = record.find("status");
+        m_bOrdersKnown = status != record.end() && (*status == "working" || *status == "rejected");
+    }
+    void takeFill(const CJson& record) {
+        takeEvent(record);
+        if (m_tail.m_nLastFill == 0) m_tail.m_nLastFill = smallNumberIn(record, "fill");
+    }
+    void takeContinued(const CJson& record) {
+        takeEvent(record);
+        if (m_tail.m_nLastTask == 0) m_tail.m_nLastTask = smallNumberIn(record, "task");
+        if (m_tail.m_nLastFill == 0) m_tail.m_nLastFill = smallNumberIn(record, "fill");
+        m_tail.m_nLastOrder = std::max(m_tail.m_nLastOrder, smallNumberIn(record, "order"));
+        m_bOrdersKnown = m_bOrdersKnown || numberIn(record, "order") != 0;
+    }
+    void takeEvent(const CJson& record) {
+        if (m_tail.m_nLastBrokerEvent == 0) m_tail.m_nLastBrokerEvent = numberIn(record, "event");
+    }
+
+    CJournalTail& m_tail;
+    bool m_bOrdersKnown = false; ///< what is further ahead has no larger number
+};
 
 void readTail(std::string_view text, CJournalTail& tail) {
     tail.m_bHalfLine = text.back() != '\n';
     tail.m_bCutOff = true;
     const std::size_t end = text.rfind('\n');
     text = end == std::string_view::npos ? std::string_view() : text.substr(0, end);
-    const auto isComplete = [&] {
-        return tail.m_nLastSeq != 0 && tail.m_nLastBrokerEvent != 0 && tail.m_nLastTask != 0;
-    };
-    for (bool isLast = !tail.m_bHalfLine; !text.empty() && !isComplete(); isLast = false) {
+    CTailNumbers numbers(tail);
+    for (bool isLast = !tail.m_bHalfLine; !text.empty() && !numbers.isComplete(); isLast = false) {
         const std::size_t newline = text.rfind('\n');
         std::string_view line = newline == std::string_view::npos ? text : text.substr(newline + 1);
-        line.remove_prefix(lastRecordOf(line));
+        line.remove_prefix(recordBehindTornLine(line));
         if (isLast && beginsWith(line, kStoppedHead)) tail.m_bCutOff = false;
-        if (tail.m_nLastSeq == 0) tail.m_nLastSeq = numberIn(line, "seq");
-        if (tail.m_nLastBrokerEvent == 0 && hasBrokerEvent(line))
-            tail.m_nLastBrokerEvent = numberIn(line, "event");
-        if (tail.m_nLastTask == 0 && isCommandWithTask(line))
-            tail.m_nLastTask = static_cast<int>(numberIn(line, "task"));
+        numbers.take(line);
         text = newline == std::string_view::npos ? std::string_view() : text.substr(0, newline);
     }
 }

@@ -97,7 +97,7 @@ std::string checkUnit(const CAcceptance& a) {
     const std::int64_t available = closable(a);
     if (odd == 0 || (available != kNoVolume && odd == available % unit)) return {};
     const std::string text =
-        "volume " + std::to_string(a.m_order.m_nVolume) + " is no multiple of " + std::to_string(unit);
+        "volume " + std::to_string(a.m_order.m_nVolume) + " is not a multiple of " + std::to_string(unit);
     return available == kNoVolume ? text : text + " and does not close the odd lot";
 }
 

@@ -74,7 +74,7 @@ std::string checkAccount(const CAcceptance& a) {
     if (!a.m_record.m_account) return "the order has no account";
     if (a.m_account == nullptr) return "unknown account " + a.m_order.m_strAccount;
     if (!familyOf(a)->accepts(a.m_account->broker))
-        return a.m_account->key + " is no " + familyOf(a)->m_pszBrokers;
+        return a.m_account->key + " is not a " + familyOf(a)->m_pszBrokers;
     if (a.m_account->loginStatus != 0) return a.m_account->key + " is not logged in";
     return {};
 }
@@ -83,7 +83,7 @@ std::string checkInstrument(const CAcceptance& a) {
     if (isMoneyOnly(a.m_order)) return {};
     if (!a.m_instrument) return "unknown instrument " + a.m_order.m_strStock;
     if (a.m_instrument->kind == familyOf(a)->m_eInstrumentKind) return {};
-    return a.m_order.m_strStock + " is no " + familyOf(a)->m_pszInstrumentKind;
+    return a.m_order.m_strStock + " is not a " + familyOf(a)->m_pszInstrumentKind;
 }
 
 std::string checkVolume(const CAcceptance& a) {

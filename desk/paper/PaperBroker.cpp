@@ -51,10 +51,10 @@ CPaperBroker::CPaperBroker(const IQuoteSource& quotes, CListener listener)
     : m_quotes(quotes), m_listener(std::move(listener)) {}
 
 utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<CAccountEntry>& accounts,
-                                  std::int64_t lastEventTaken, int lastTask) {
+                                  std::int64_t lastEventTaken, const CKnownNumbers& known) {
     const std::lock_guard lock(m_mutex);
     std::vector<CBrokerEvent> stored;
-    utils::KNError error = m_store.open(folder, m_book, stored);
+    utils::KNError error = m_store.open(folder, m_book, stored, lastEventTaken > 0);
     if (!error.isSuccess()) return error;
     for (CBrokerEvent& event : stored) {
         if (event.m_nNumber > lastEventTaken) m_pending.push_back(std::move(event));
@@ -66,8 +66,11 @@ utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<C
     }
     // A listener that remembers more than the store, as after the store was removed, must not take new events
     // for old.
-    m_book.m_counters.m_nLastEvent = std::max(m_book.m_counters.m_nLastEvent, lastEventTaken);
-    m_book.m_counters.m_nLastTask = std::max(m_book.m_counters.m_nLastTask, lastTask);
+    CPaperBook::CCounters& counters = m_book.m_counters;
+    counters.m_nLastEvent = std::max(counters.m_nLastEvent, lastEventTaken);
+    counters.m_nLastTask = std::max(counters.m_nLastTask, known.m_nTask);
+    counters.m_nLastOrder = std::max(counters.m_nLastOrder, known.m_nOrder);
+    counters.m_nLastFill = std::max(counters.m_nLastFill, known.m_nFill);
     error = reviewBook(m_book, m_quotes, accounts);
     for (const CAccountEntry& account : accounts) {
         if (error.isSuccess() && m_book.m_funds.find(account.key) == nullptr)
@@ -261,6 +264,12 @@ utils::KNError CPaperBroker::finishChange() {
 void CPaperBroker::deliverEvents() {
     const std::lock_guard lock(m_mutex);
     deliverPending();
+}
+
+utils::KNError CPaperBroker::storeDelivered() {
+    const std::lock_guard lock(m_mutex);
+    deliverPending();
+    return finishChange();
 }
 
 void CPaperBroker::deliverPending() {

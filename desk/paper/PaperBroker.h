@@ -19,6 +19,13 @@
 
 namespace desk {
 
+/// The largest numbers that a record outside the store names (CJournal); 0: none.
+struct CKnownNumbers {
+    int m_nTask = 0;
+    int m_nOrder = 0;
+    int m_nFill = 0;
+};
+
 /// A broker on paper: takes finished commands of every product family as a real one would, checks funds,
 /// positions and debts, trades against the quotes that the desk shows, and keeps all of it in a store. What
 /// it models of each family stands in the tables of PaperFamilies, what it accepts at rejectionReason
@@ -72,10 +79,10 @@ public:
     /// (CJournal::lastBrokerEvent); those after it are delivered again. Fails where the store cannot be used,
     /// where an account's funds or positions make no sense, and where what the books hold does not fit the
     /// instruments any more (BookReview.h). The store is then as it was, also where an older desk made it.
-    /// `lastTask` is the largest task number that a record outside the store names (CJournal::lastTask): new
-    /// tasks get numbers above it, so that no number ever means two commands.
+    /// `known` are numbers that a record outside the store names: new ones are above them, so that no number
+    /// ever means two things, also after the store was lost or an older copy was put in its place.
     [[nodiscard]] utils::KNError open(const std::string& folder, const std::vector<CAccountEntry>& accounts,
-                                      std::int64_t lastEventTaken, int lastTask = 0);
+                                      std::int64_t lastEventTaken, const CKnownNumbers& known = {});
 
     /// Tells the trading day, "yyyyMMdd". A day after the one known ends every waiting order and makes all
     /// that was bought sellable; the same day or an earlier one changes nothing.
@@ -106,6 +113,10 @@ public:
 
     /// Delivers what the listener has not taken yet, until it refuses.
     void deliverEvents();
+
+    /// Stores which events the listener has taken, so that they do not come again, whatever the next open is
+    /// told. For an orderly end; a failure changes nothing but that.
+    [[nodiscard]] utils::KNError storeDelivered();
 
     /// What each of the accounts could close now of the instrument by an operation that closes positions
     /// (futures, options, gold), less what waiting orders will close. None where the operation is no such.

@@ -15,6 +15,7 @@ namespace desk {
 namespace {
 
 constexpr mode_t kFileMode = 0600; // orders and accounts are nobody else's business
+constexpr const char* kLogSuffix = kStoreSuffixes[0];
 
 // Each takes a store from the version of its place in kUpgrades to the next. They never change.
 constexpr const char* kFirstSchema = R"(
@@ -88,25 +89,55 @@ void checkPages(sqlite3* database) {
     sqlite3_db_config(database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
 }
 
-/// What the user can do; empty for other failures.
-std::string remedyOf(ESqlFailure failure) {
+constexpr const char* kCloseOtherProgram =
+    "; another program has paper.db open for writing: close that program";
+
+/// What the user can do about a store that cannot be opened; empty for other failures. The log is named
+/// because SQLite would replay a left-over one over another copy of the store: wrong books.
+std::string remedyAtOpen(ESqlFailure failure) {
     switch (failure) {
     case ESqlFailure::Damaged:
-        return ". The file is damaged, and the desk has changed nothing. Put back a copy of paper.db, or "
-               "move "
-               "paper.db, paper.db-wal and paper.db-shm out of the folder: the desk then begins anew with "
-               "the "
-               "folder's funds and positions, and the journal still tells what was traded";
+        return ". The file is damaged, and the desk has changed nothing. Stop the desk. Move paper.db, "
+               "paper.db-wal and paper.db-shm away. Then either put back a copy of paper.db that was made "
+               "while the desk was off (it knows nothing of later fills and cancels; its waiting orders "
+               "trade again), or start without one: the desk then begins anew with the folder's funds and "
+               "positions, and the journal still tells what was traded";
     case ESqlFailure::Locked:
-        return "; another program has paper.db open for writing: close that program";
+        return kCloseOtherProgram;
     case ESqlFailure::Other:
         break;
     }
     return {};
 }
 
+/// The same while the desk runs. Each command fails with it, so it is short.
+std::string remedyAtSave(ESqlFailure failure) {
+    switch (failure) {
+    case ESqlFailure::Damaged:
+        return "; stop the desk first; its next start names the remedy";
+    case ESqlFailure::Locked:
+        return kCloseOtherProgram;
+    case ESqlFailure::Other:
+        break;
+    }
+    return {};
+}
+
+/// SQLite takes an empty file for a new store and throws away its log. So an empty file is refused if the
+/// journal knows of earlier events or a log is there, and so is a log without its store.
+void checkIsWhole(const std::string& path, bool isKnown) {
+    std::error_code missing, noLog;
+    const std::uintmax_t size = std::filesystem::file_size(path, missing);
+    if (!missing && size > 0) return;
+    const std::uintmax_t log = std::filesystem::file_size(path + kLogSuffix, noLog);
+    const bool hasLog = !noLog && log > 0;
+    if (!missing && (isKnown || hasLog)) throw CSqlError("the file is empty", ESqlFailure::Damaged);
+    if (hasLog) throw CSqlError("the file is gone and its log is there", ESqlFailure::Damaged);
+}
+
 /// Leaves a transaction open where it brings the store up to date.
-CSqlDatabase openStore(const std::string& path) {
+CSqlDatabase openStore(const std::string& path, bool isKnown) {
+    checkIsWhole(path, isKnown);
     makeFile(path);
     CSqlDatabase database = openDatabase(path);
     checkPages(database.get());
@@ -250,12 +281,15 @@ std::string storePath(const std::string& folder) {
 
 } // namespace
 
-std::optional<std::set<std::string>> storedAccounts(const std::string& folder) {
-    const std::string path = storePath(folder);
+bool hasPaperStore(const std::string& folder) {
     std::error_code unreadable;
-    if (!std::filesystem::exists(path, unreadable) && !unreadable) return std::set<std::string>();
+    return std::filesystem::exists(storePath(folder), unreadable) || unreadable;
+}
+
+std::optional<std::set<std::string>> storedAccounts(const std::string& folder) {
+    if (!hasPaperStore(folder)) return std::set<std::string>();
     try {
-        return accountsOf(openDatabaseToRead(path).get());
+        return accountsOf(openDatabaseToRead(storePath(folder)).get());
     } catch (const CSqlError&) {
         return {};
     }
@@ -291,10 +325,10 @@ CPaperStore::CPaperStore() = default;
 CPaperStore::~CPaperStore() = default;
 
 utils::KNError CPaperStore::open(const std::string& folder, CPaperBook& book,
-                                 std::vector<CBrokerEvent>& events) {
+                                 std::vector<CBrokerEvent>& events, bool isKnown) {
     const std::string path = storePath(folder);
     try {
-        auto connection = std::make_unique<CConnection>(openStore(path));
+        auto connection = std::make_unique<CConnection>(openStore(path, isKnown));
         sqlite3* database = connection->raw;
         loadCounters(database, book);
         loadFunds(database, book);
@@ -310,7 +344,7 @@ utils::KNError CPaperStore::open(const std::string& folder, CPaperBook& book,
     } catch (const CSqlError& error) {
         book.rollBack();
         return {kPaperStoreFailed, "cannot use the paper broker's store " + path + ": " + error.what() +
-                                       remedyOf(error.m_eFailure)};
+                                       remedyAtOpen(error.m_eFailure)};
     }
 }
 
@@ -327,7 +361,7 @@ utils::KNError CPaperStore::save(const CPaperBook& book, std::int64_t deliveredE
         waitForLocks(m_connection->raw, true);
         return {};
     } catch (const CSqlError& error) {
-        const utils::KNError result = storeError(error.what() + remedyOf(error.m_eFailure));
+        const utils::KNError result = storeError(error.what() + remedyAtSave(error.m_eFailure));
         // A lock that outlasted one wait does not hold up every order behind it as well.
         if (error.m_eFailure == ESqlFailure::Locked) waitForLocks(m_connection->raw, false);
         // After some failures SQLite has rolled back by itself.

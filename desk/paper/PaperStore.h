@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/KNError.h"
+#include "desk/config/FolderFiles.h"
 #include "desk/paper/PaperBook.h"
 
 #include <cstdint>
@@ -12,8 +13,8 @@
 
 namespace desk {
 
-/// Name of the broker's store in a desk folder.
-inline constexpr const char* kPaperStoreName = "paper.db";
+/// Whether FOLDER/paper.db is there, or cannot be asked for.
+bool hasPaperStore(const std::string& folder);
 
 /// Error numbers of the store's and the broker's operations.
 enum EPaperError : int { kPaperStoreFailed = 1, kPaperBadRequest = 2, kPaperNothingOpen = 3 };
@@ -39,9 +40,10 @@ public:
     /// Opens or makes FOLDER/paper.db and loads all of it into an empty book; the events that it still holds
     /// go to `events`, oldest first. A store of an older version is brought up to this one, which the first
     /// save makes last: until then close or a crash leaves it as it was. Fails where the database cannot be
-    /// used or a newer version made it.
+    /// used or a newer version made it. `isKnown`: something outside the store tells of events that it had.
+    /// An empty file is damaged then; a file that is missing is made in any case, unless its log is there.
     [[nodiscard]] utils::KNError open(const std::string& folder, CPaperBook& book,
-                                      std::vector<CBrokerEvent>& events);
+                                      std::vector<CBrokerEvent>& events, bool isKnown = false);
 
     /// Writes what the book's change touched, and its events, in one transaction, and drops the events up to
     /// `deliveredEvent`. On failure the database is as it was. While another program has locked it, waits for

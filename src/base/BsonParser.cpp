@@ -166,7 +166,7 @@ bool CDocumentReader::parse_error(std::size_t position, const std::string& lastT
     constexpr int kNumberOverflow = 406;
     if (error.id == kNumberOverflow) refuseValue("the number " + shortened(lastToken));
     const bool isCut = position > m_nTextSize;
-    throw CJsonError("the text is no JSON object: " +
+    throw CJsonError("the text is not a JSON object: " +
                      (isCut ? std::string("Incomplete JSON") : reasonOf(error.what())));
 }
 

@@ -42,7 +42,7 @@ void CIntakeAuditBase::recordIntake(const TC::CIntakeReport& report) {
              {report.m_strSource, report.m_strCause, whereabouts(report)});
     }
     if (report.m_bLeftOver) {
-        warn(report.m_eStrategyType, QStringLiteral("%1 为上次运行遗留, 未读取, 其指令可能已执行: %2; %3"),
+        warn(report.m_eStrategyType, QStringLiteral("%1 为遗留文件, 本次未读取, 其指令可能已执行: %2; %3"),
              {report.m_strSource, report.m_strCause, whereabouts(report)});
     }
     if (report.m_nIgnoredLines != 0) {

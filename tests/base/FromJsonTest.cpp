@@ -44,18 +44,18 @@ TEST(FromJson, OtherTextsAreRefusedWithTheReason) {
         {"[1,2]", "the text does not begin with {; expected a JSON object"},
         {"1", "the text does not begin with {; expected a JSON object"},
         {"null}", "the text does not begin with {; expected a JSON object"},
-        {"{}x", "the text is no JSON object: line 1, column 3: syntax error while parsing value - invalid "
+        {"{}x", "the text is not a JSON object: line 1, column 3: syntax error while parsing value - invalid "
                 "literal; last read: '{}x'; expected end of input"},
-        {"{\"a\":1} ,", "the text is no JSON object: line 1, column 9: syntax error while parsing value - "
+        {"{\"a\":1} ,", "the text is not a JSON object: line 1, column 9: syntax error while parsing value - "
                         "unexpected ','; expected end of input"},
-        {"{", "the text is no JSON object: Incomplete JSON"},
-        {"{} , {}", "the text is no JSON object: line 1, column 4: syntax error while parsing value - "
+        {"{", "the text is not a JSON object: Incomplete JSON"},
+        {"{} , {}", "the text is not a JSON object: line 1, column 4: syntax error while parsing value - "
                     "unexpected ','; expected end of input"},
-        {"{}{}", "the text is no JSON object: line 1, column 3: syntax error while parsing value - "
+        {"{}{}", "the text is not a JSON object: line 1, column 3: syntax error while parsing value - "
                  "unexpected '{'; expected end of input"},
         {"\xEF\xBB\xBF{}", "the text does not begin with {; expected a JSON object"},
         {std::string("{}\0", 3), "the text has a NUL byte"},
-        {"{\"a\":{}", "the text is no JSON object: Incomplete JSON"},
+        {"{\"a\":{}", "the text is not a JSON object: Incomplete JSON"},
         {"{\"a\":\"\xD6\xD0\"}", "the text is not UTF-8"},
         {"{\"a\":\"\xC0\x80\"}", "the text is not UTF-8"},
     };

@@ -188,7 +188,7 @@ TEST_F(KitAudit, FileOfAnEarlierRunIsNotSaidToBeUntraded) {
     report.m_strSource = QStringLiteral("/orders/a.txt.tmp");
     report.m_bLeftOver = true;
     tellAudit(report);
-    EXPECT_TRUE(shows("/orders/a.txt.tmp 为上次运行遗留, 未读取, 其指令可能已执行")) << screen.str();
+    EXPECT_TRUE(shows("/orders/a.txt.tmp 为遗留文件, 本次未读取, 其指令可能已执行")) << screen.str();
     EXPECT_FALSE(shows("未执行")) << screen.str();
 }
 

@@ -221,7 +221,7 @@ TEST(TradeInterface, TextsThatAreNoObjectAreRefused) {
         {"", "the text is empty; expected a JSON object"},
         {"[]", "the text does not begin with {; expected a JSON object"},
         {"{\"m_nMaxLoss\":}",
-         "the text is no JSON object: line 1, column 15: syntax error while parsing value - "
+         "the text is not a JSON object: line 1, column 15: syntax error while parsing value - "
          "unexpected '}'; expected '[', '{', or a literal"},
         {R"({"whitelist":["{}",""]})", "the text is empty; expected a JSON object"},
         {R"({"whitelist":["[]"]})", "the text does not begin with {; expected a JSON object"},

@@ -99,7 +99,7 @@ TEST_F(Settings, LoadingStopsAtABadChildAndKeepsThoseBefore) {
     const CBadChildRow rows[] = {
         {"<b/>", "the text is empty; expected a JSON object"},
         {"<b interfacedata=''/>", "the text is empty; expected a JSON object"},
-        {"<b interfacedata='{'/>", "the text is no JSON object: Incomplete JSON"},
+        {"<b interfacedata='{'/>", "the text is not a JSON object: Incomplete JSON"},
         {"<b interfacedata='{\"m_bAutoStoploss\":1}'/>", "wrong type for field (m_bAutoStoploss) 16 != 8"},
         {"<b interfacedata='{\"m_nMaxLoss\":0.5}'/>", "wrong type for field (m_nMaxLoss) 1 != 16"},
     };

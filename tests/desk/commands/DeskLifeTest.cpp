@@ -138,7 +138,7 @@ TEST_F(DeskLife, SecondCtrlCEndsTheWaitAndTheJournalHasEachOrder) {
         << "each order was begun, with a message, or is among those that were dropped";
     EXPECT_TRUE(has("volume=10000 ")) << "the last of them by its volume";
     EXPECT_NE(output.shown().find("Not worked off: " + std::to_string(unplaced) +
-                                  " orders in 1 batches (channel 2: " + std::to_string(unplaced) + ")"),
+                                  " orders in 1 batch (channel 2: " + std::to_string(unplaced) + ")"),
               std::string::npos)
         << output.shown();
     EXPECT_TRUE(has("\"kind\":\"stopped\""));
@@ -188,9 +188,12 @@ TEST_F(DeskLife, StartAfterAKillSaysSoAndNamesTheFilesThatWait) {
     process.send(SIGTERM);
     EXPECT_EQ(process.wait(), 0);
     output.hasShown("");
-    EXPECT_NE(output.shown().find("The run before was cut off"), std::string::npos) << output.shown();
+    EXPECT_NE(
+        output.shown().find("The previous run did not end properly: the journal has no \"stopped\" line"),
+        std::string::npos)
+        << output.shown();
     EXPECT_NE(output.shown().find("orders/group.txt (2 lines) of channel 1"), std::string::npos);
-    EXPECT_NE(output.shown().find("orders/single.txt.tmp (1 lines) of channel 2"), std::string::npos);
+    EXPECT_NE(output.shown().find("orders/single.txt.tmp (1 line) of channel 2"), std::string::npos);
     EXPECT_TRUE(has("\"after_crash\":true"));
     EXPECT_EQ(count("\"kind\":\"discarded\""), 2);
     EXPECT_FALSE(folder.exists("desk/orders/group.txt"));

@@ -26,8 +26,10 @@ protected:
 
     /// Runs the desk for one round, in which the test does its part.
     int run(const std::function<void(CDeskTradeFrameworkSource&)>& part) {
+        bool isStarting = true;
         bool done = false;
         return runDesk(folder.path("desk"), std::nullopt, out, [&] {
+            if (std::exchange(isStarting, false)) return true; // asked once before it trades
             if (!done) part(framework());
             return !std::exchange(done, true);
         });
@@ -148,7 +150,7 @@ TEST_F(DeskInterfaces, ABadTextIsToldAndNotStarted) {
                                       "</interfaceTrade></settings>");
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
     EXPECT_NE(
-        out.str().find("settings.xml:3: interface \"a\": the text is no JSON object: Incomplete JSON\n"),
+        out.str().find("settings.xml:3: interface \"a\": the text is not a JSON object: Incomplete JSON\n"),
         std::string::npos)
         << out.str();
     EXPECT_FALSE(folder.exists("desk/journal.jsonl"));

@@ -20,6 +20,17 @@ namespace {
 
 class RunDesk : public CRunningFolder {
 protected:
+    /// Runs the desk until an order of a file is filled.
+    int tradeOnce() {
+        return run({
+            [this] { return has("\"action\":\"start\",\"channel\":4"); },
+            [this] {
+                folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,1000\n");
+                return true;
+            },
+            [this] { return has("\"kind\":\"fill\""); },
+        });
+    }
     /// Puts something at an order file's path that no check refuses and no strategy can start with: a pipe.
     void block(const char* name) const {
         std::filesystem::create_directories(std::filesystem::path(folder.path(name)).parent_path());
@@ -42,6 +53,66 @@ TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
     const std::string before = journal();
     EXPECT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":4"); }}), 0);
     EXPECT_EQ(journal().compare(0, before.size(), before), 0); // never rewritten
+}
+
+TEST_F(RunDesk, RemovedBooksBeginAnewAndTheScreenSaysSo) {
+    EXPECT_EQ(tradeOnce(), 0);
+    EXPECT_EQ(out.str().find("there is no paper.db"), std::string::npos) << out.str();
+    for (const char* name : {"desk/paper.db", "desk/paper.db-wal", "desk/paper.db-shm"})
+        std::filesystem::remove(folder.path(name));
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
+    EXPECT_NE(out.str().find("WARNING: there is no paper.db, but the journal tells of orders."),
+              std::string::npos)
+        << out.str();
+}
+
+TEST_F(RunDesk, JournalOfAStoppedDeskIsRotatedWithoutDoubledLines) {
+    EXPECT_EQ(tradeOnce(), 0);
+    EXPECT_TRUE(has("\"kind\":\"fill\""));
+    std::filesystem::rename(folder.path("desk/journal.jsonl"), folder.path("desk/journal.old"));
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
+    EXPECT_FALSE(has("\"kind\":\"order\"")) << journal();
+    EXPECT_FALSE(has("\"kind\":\"fill\""));
+}
+
+TEST_F(RunDesk, DeskThatIsEndedDuringItsStartStartsNoStrategy) {
+    std::filesystem::create_directories(folder.path("desk/orders"));
+    folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,1000\n");
+    EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return false; }), 0);
+    EXPECT_FALSE(has("\"kind\":\"strategy\"")) << journal();
+    EXPECT_TRUE(has("\"kind\":\"stopped\""));
+    EXPECT_TRUE(folder.exists("desk/orders/group.txt")) << "a strategy that starts would delete it";
+}
+
+TEST_F(RunDesk, JournalThatIsRemovedInTheLastSecondIsToldAtTheEnd) {
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":4"); },
+        [this] { return std::filesystem::remove(folder.path("desk/journal.jsonl")); },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(has("\"kind\":\"continued\""));
+    EXPECT_TRUE(has("\"kind\":\"stopped\""));
+    EXPECT_NE(out.str().find("was deleted while the desk ran"), std::string::npos) << out.str();
+}
+
+TEST_F(RunDesk, OrderNumbersGoOnAfterTheBooksWereRemoved) {
+    EXPECT_EQ(tradeOnce(), 0);
+    for (const char* name : {"desk/paper.db", "desk/paper.db-wal", "desk/paper.db-shm"})
+        std::filesystem::remove(folder.path(name));
+    const std::string before = journal();
+    EXPECT_EQ(run({
+                  [&] {
+                      return journal().find("\"action\":\"start\",\"channel\":4", before.size()) !=
+                             std::string::npos;
+                  },
+                  [this] {
+                      folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,1000\n");
+                      return true;
+                  },
+                  [&] { return journal().find("\"kind\":\"fill\"", before.size()) != std::string::npos; },
+              }),
+              0);
+    EXPECT_EQ(journal().find("\"order\":1,", before.size()), std::string::npos) << journal();
 }
 
 TEST_F(RunDesk, DamagedOrderFileIsRefusedShownAndKept) {
@@ -95,8 +166,8 @@ TEST_F(RunDesk, OrdersOfACreditGroupAreSplitToTheShare) {
         [this] { return has("\"kind\":\"fill\"") && has("\"volume\":400"); },
     });
     EXPECT_EQ(code, 0);
-    EXPECT_TRUE(has("volume 60 is no multiple of 100"));
-    EXPECT_TRUE(has("volume 40 is no multiple of 100"));
+    EXPECT_TRUE(has("volume 60 is not a multiple of 100"));
+    EXPECT_TRUE(has("volume 40 is not a multiple of 100"));
     EXPECT_TRUE(has("\"volume\":600"));
 }
 
@@ -160,7 +231,7 @@ TEST_F(RunDesk, FolderIsReadOnlyOnceItIsHeld) {
 
 TEST_F(RunDesk, WhatIsNoFolderIsToldAsThat) {
     EXPECT_EQ(runDesk(folder.path("none"), std::nullopt, out, [] { return true; }), 2);
-    EXPECT_NE(out.str().find("none: is no folder; make one with: orderdesk new"), std::string::npos);
+    EXPECT_NE(out.str().find("none: is not a folder; make one with: orderdesk new"), std::string::npos);
     EXPECT_FALSE(folder.exists("none"));
 }
 

@@ -13,6 +13,7 @@
 #include <regex>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace desk {
@@ -45,7 +46,9 @@ protected:
     int run(std::vector<std::function<bool()>> steps) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
         std::size_t next = 0;
+        bool isStarting = true;
         return runDesk(folder.path("desk"), std::nullopt, out, [&] {
+            if (std::exchange(isStarting, false)) return true; // asked once before it trades
             if (next < steps.size() && steps[next]()) ++next;
             return next < steps.size() && std::chrono::steady_clock::now() < end;
         });

@@ -120,7 +120,7 @@ TEST(ConfigLoader, APortfolioOfOneKindAndIdStandsOnce) {
     const std::string portfolio = "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SZ\", "
                                   "code = \"000001\", volume = 1 }]\n";
     folder.replace("desk.toml", "[[basket]]", portfolio + portfolio + "[[basket]]");
-    EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:27: portfolio: portfolio 12_a stands twice"});
+    EXPECT_EQ(folder.mistakes(), Mistakes{"desk.toml:27: portfolio: portfolio 12_a is defined twice"});
 }
 
 TEST(ConfigLoader, APortfolioHasAKind) {
@@ -269,7 +269,7 @@ TEST(ConfigLoader, AFolderThatIsNoneIsTheOnlyMistake) {
     const CTempFolder folder;
     const auto mistakes = loadDeskConfig(folder.path("none")).mistakes;
     ASSERT_EQ(mistakes.size(), 1U);
-    EXPECT_EQ(mistakes[0].message, "is no folder; make one with: orderdesk new " + folder.path("none"));
+    EXPECT_EQ(mistakes[0].message, "is not a folder; make one with: orderdesk new " + folder.path("none"));
     EXPECT_EQ(loadDeskConfig("").mistakes.size(), 1U);
     EXPECT_EQ(loadDeskConfig(std::string(5000, 'x')).mistakes.size(), 1U) << "a name too long for any system";
 }
@@ -282,7 +282,23 @@ TEST(ConfigLoader, MistakesOfAllFilesAreToldAtOnce) {
     EXPECT_EQ(folder.mistakes(),
               (Mistakes{"desk.toml:3: user: kind is true; expected a whole number of at least 0",
                         "quotes.csv:2: last is \"ten\"; expected a number",
-                        "strategies.toml:11: strategy: channel 1 stands twice"}));
+                        "strategies.toml:11: strategy: channel 1 is defined twice"}));
+}
+
+TEST(ConfigLoader, AGroupWithoutAccountsIsToldBesideAnotherMistakeInIt) {
+    const CConfigFolder folder;
+    folder.replace("desk.toml",
+                   "name = \"main\"\nbroker = \"stock\"\nmembers = [{ account = \"A1\", weight = 6 }]",
+                   "name = \"\"\nbroker = \"stock\"\nmembers = []");
+    EXPECT_EQ(folder.mistakes(),
+              (Mistakes{"desk.toml:17: group: name must not be empty",
+                        "desk.toml:19: group: group \"\" has no accounts; expected at least one"}));
+}
+
+TEST(ConfigLoader, AGroupWhoseOnlyMemberIsAMistakeIsNotToldAsEmpty) {
+    const CConfigFolder folder;
+    folder.replace("desk.toml", "members = [{ account = \"A1\", weight = 6 }]", "members = [{ weight = 2 }]");
+    EXPECT_EQ(folder.mistakes(), (Mistakes{"desk.toml:19: group.members: key \"account\" is missing"}));
 }
 
 TEST(PrepareOrderFiles, MakesTheFilesOfRunningStrategiesOnly) {
@@ -304,9 +320,9 @@ TEST(PrepareOrderFiles, LeavesAFileThatIsThere) {
 TEST(PrepareOrderFiles, TellsAFolderAtTheFilesPlace) {
     const CConfigFolder folder;
     std::filesystem::create_directories(folder.files().path("orders/one.txt"));
-    EXPECT_EQ(
-        prepareOrderFiles(folder.load().config),
-        Mistakes{folder.files().path("orders/one.txt") + ": is no file; expected a place for an order file"});
+    EXPECT_EQ(prepareOrderFiles(folder.load().config),
+              Mistakes{folder.files().path("orders/one.txt") +
+                       ": is not a file; expected a place for an order file"});
 }
 
 TEST(PrepareOrderFiles, TellsWhatCannotBeMade) {

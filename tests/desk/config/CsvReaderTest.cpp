@@ -84,7 +84,7 @@ TEST_F(CsvReader, AnOpenQuoteIsToldAndTheOtherRowsAreRead) {
 TEST_F(CsvReader, ColumnsThatAreUnknownTwiceOrMissingAreAllTold) {
     read("b,x,b\n");
     EXPECT_EQ(mistakes(), (Mistakes{"1: unknown column \"x\"; expected one of a, b, c",
-                                    "1: column \"b\" stands twice", "1: column \"a\" is missing"}));
+                                    "1: column \"b\" is defined twice", "1: column \"a\" is missing"}));
 }
 
 TEST_F(CsvReader, ARowWithMoreCellsThanColumnsIsTold) {

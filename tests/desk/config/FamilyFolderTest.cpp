@@ -138,7 +138,7 @@ const CSpoiled kRows[] = {
     {"ShortStock", "positions.csv", "A1,SH600000,", "A1,SH600000,short",
      "positions.csv:2: side is short; expected a future, an option or gold for that"},
     {"OneSideTwice", "positions.csv", "CFIF2609,short", "CFIF2609,long",
-     "positions.csv:4: the position stands twice"},
+     "positions.csv:4: the position is defined twice"},
     {"FutureOnAStockAccount", "positions.csv", "F1,IF2609", "A1,IF2609",
      "positions.csv:3: account \"A1\" is of a broker type that does not hold instruments of kind future"},
     {"StockToLock", "positions.csv", "O1,10005001", "O1,SH600000",

@@ -159,7 +159,7 @@ TEST_F(OrderPaths, WhatMayNotBeStartedAtRunTime) {
     };
     EXPECT_EQ(listen("127.0.0.1:9000"), "");
     EXPECT_EQ(listen("127.0.0.1:74536"),
-              "path \"127.0.0.1:74536\" is no address; expected \"ip:port\" with a port of 1 to 65535");
+              "path \"127.0.0.1:74536\" is not an address; expected \"ip:port\" with a port of 1 to 65535");
     EXPECT_NE(listen("0.0.0.0:9000").find("is open to other machines"), std::string::npos);
 }
 

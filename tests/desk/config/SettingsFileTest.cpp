@@ -91,7 +91,7 @@ TEST_F(SettingsFile, EveryBadInterfaceIsToldByItsLineAndWhatWasExpected) {
         (Lines{
             "settings.xml:3: interface \"a\": expected the one attribute \"interfacedata\" and no more",
             "settings.xml:4: interface \"b\": the text is empty; expected a JSON object",
-            "settings.xml:5: interface \"c\": the text is no JSON object: Incomplete JSON",
+            "settings.xml:5: interface \"c\": the text is not a JSON object: Incomplete JSON",
             "settings.xml:6: interface \"d\": wrong type for field (m_nMaxLoss) 1 != 16; expected a whole "
             "number of 32 bits",
             "settings.xml:8: interface \"f\": wrong type for field (m_bAutoBalance) 16 != 8; expected true "
@@ -133,7 +133,7 @@ TEST_F(SettingsFile, UnknownKeysAndThoseThatStandTwiceAreMistakes) {
             "settings.xml:3: interface \"a\": unknown key \"m_nPeriod\"; expected one of " + keys,
             "settings.xml:3: interface \"a\": wrong type for field (m_nMaxLoss) 8 != 16; expected a whole "
             "number of 32 bits",
-            "settings.xml:4: interface \"b\": key \"m_nMaxLoss\" stands twice",
+            "settings.xml:4: interface \"b\": key \"m_nMaxLoss\" is defined twice",
         }));
 }
 
@@ -145,7 +145,7 @@ TEST_F(SettingsFile, ABadEntryOfAWhiteListIsNamed) {
         (Lines{
             "settings.xml:3: interface \"a\": whitelist entry 2: the text does not begin with {; expected "
             "a JSON object",
-            "settings.xml:4: interface \"b\": whitelist entry 3 is no text; expected the JSON text of an "
+            "settings.xml:4: interface \"b\": whitelist entry 3 is not a text; expected the JSON text of an "
             "entry in quotes",
         }));
 }

@@ -11,7 +11,7 @@ const std::vector<CSlip> kTableSlips = {
     {"UnitColumnMisspelt", "instruments.csv", ",unit,", ",units,",
      "instruments.csv:3: unknown column \"units\""},
     {"ColumnTwice", "instruments.csv", "upper_limit,lower_limit", "upper_limit,upper_limit",
-     "instruments.csv:3: column \"upper_limit\" stands twice"},
+     "instruments.csv:3: column \"upper_limit\" is defined twice"},
     {"MarketEmpty", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", ",600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00",
      "instruments.csv:4: expected a market and a code"},
     {"CodeEmpty", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00",
@@ -133,7 +133,7 @@ const std::vector<CSlip> kTableSlips = {
     {"PositionPaidOfAStock", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,1000,1000,19.50,full",
      "positions.csv:7: paid is for long positions in gold; all else is paid as its kind is"},
     {"PositionTwice", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,1000,1000,19.50\nA3,SH600102,,1000,1000,19.50",
-     "positions.csv:8: the position stands twice"},
+     "positions.csv:8: the position is defined twice"},
     {"PositionBeyondTheFunds", "positions.csv", "F1,IF2609,long,4,4,3950", "F1,IF2609,long,400,4,3950",
      "positions.csv: account F1: its positions hold 56880000.0000 as margin, more than its funds of 2000000.0000"},
 };

@@ -353,7 +353,7 @@ TEST(StrategyFile, ASocketWithoutAPortIsAMistake) {
         listenOn(folder, address);
         EXPECT_EQ(folder.mistakes(),
                   std::vector<std::string>{"strategies.toml:13: strategy: path \"" + address +
-                                           "\" is no address; expected \"ip:port\" with a port of 1 to "
+                                           "\" is not an address; expected \"ip:port\" with a port of 1 to "
                                            "65535"});
     }
 }
@@ -375,7 +375,7 @@ TEST(StrategyFile, ASocketWithoutALoginIsAMistake) {
         {"user = \"u\"\npass = \"\"\n", {empty(15, "pass")}},
         {"user = \"\"\npass = \"p\"\nrunning = true\n", {empty(14, "user")}},
         {"user = 1\npass = \"p\"\n",
-         {"strategies.toml:14: strategy: user is no text; expected a text in quotes"}},
+         {"strategies.toml:14: strategy: user is not a text; expected a text in quotes"}},
     };
     for (const auto& [login, mistakes] : rows) {
         const CConfigFolder folder;

@@ -215,6 +215,46 @@ TEST_F(JournalTest, OpeningRemembersTheLastTaskThatACommandHas) {
     EXPECT_EQ(m_journal.lastTask(), 42);
 }
 
+TEST_F(JournalTest, OpeningRemembersTheLargestOrderAndFillNumbers) {
+    m_folder.append(kJournalFileName,
+                    "{\"kind\":\"order\",\"seq\":1,\"event\":1,\"order\":4,\"status\":\"working\"}\n"
+                    "{\"kind\":\"order\",\"seq\":2,\"event\":2,\"order\":15,\"status\":\"working\"}\n"
+                    "{\"kind\":\"fill\",\"seq\":3,\"event\":3,\"fill\":8,\"order\":15}\n"
+                    "{\"kind\":\"order\",\"seq\":4,\"event\":4,\"order\":16,\"status\":\"filled\"}\n"
+                    "{\"kind\":\"order\",\"seq\":5,\"event\":5,\"order\":4,\"status\":\"cancelled\"}\n");
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(m_journal.lastOrder(), 16);
+    EXPECT_EQ(m_journal.lastFill(), 8);
+}
+
+TEST_F(JournalTest, FileThatGoesOnElsewhereRemembersAllNumbers) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    ASSERT_TRUE(m_journal.append("command", CJson{{"task", 7}}).isSuccess());
+    ASSERT_TRUE(m_journal.append("command", CJson{{"task", nullptr}}).isSuccess());
+    ASSERT_TRUE(m_journal.append("order", CJson{{"event", 8}, {"order", 15}}).isSuccess());
+    ASSERT_TRUE(m_journal.append("fill", CJson{{"event", 9}, {"fill", 5}, {"order", 15}}).isSuccess());
+    ASSERT_TRUE(m_journal.append("order", CJson{{"event", 10}, {"order", 4}}).isSuccess());
+    std::filesystem::rename(m_folder.file(kJournalFileName), m_folder.file("journal.1"));
+    EXPECT_NE(m_journal.checkFile(), "");
+    CJournal next;
+    ASSERT_TRUE(next.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(next.lastTask(), 7);
+    EXPECT_EQ(next.lastOrder(), 15);
+    EXPECT_EQ(next.lastFill(), 5);
+    EXPECT_EQ(next.lastBrokerEvent(), 10);
+}
+
+TEST_F(JournalTest, RecordWithAnObjectThatHasAKindIsOneRecord) {
+    const std::string strategy = R"({"kind":"strategy","time":"x","seq":6,"hedge_param":{"kind":"IF"}})";
+    m_folder.append(kJournalFileName, strategy + '\n');
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(lastRecord()["seq"], 7);
+    m_folder.append(kJournalFileName, R"({"kind":"ord)" + strategy + '\n');
+    CJournal next;
+    ASSERT_TRUE(next.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(lastRecord()["seq"], 7) << "the record behind the torn line has number 6";
+}
+
 TEST_F(JournalTest, BytesThatAreNoUtf8AreReplacedAndTheRecordIsKept) {
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
     ASSERT_TRUE(m_journal.append("message", CJson{{"text", "a\xff z"}}).isSuccess());

@@ -204,19 +204,76 @@ TEST_F(ShowJournalTest, RecordBehindATornLineIsShownAsARecord) {
     EXPECT_EQ(m_out.str(), "DAMAGED  {\"kind\":\"ord\nt  #6  stopped  reason signal\n");
 }
 
-TEST_F(ShowJournalTest, FollowingGoesOnInTheFileThatTakesTheJournalsPlace) {
-    m_folder.append(kJournalFileName, R"({"kind":"stopped","time":"t","seq":1,"reason":"a"})"
-                                      "\n");
+TEST_F(ShowJournalTest, RecordWithAnObjectThatHasAKindIsNotCut) {
+    const std::string record =
+        R"({"kind":"strategy","time":"t","seq":6,"action":"add","channel":1,"hedge_param":{"kind":"IF"}})";
+    m_folder.append(kJournalFileName, record + '\n' + R"({"kind":"ord)" + record + '\n');
+    EXPECT_EQ(show(false), 0);
+    const std::string text = "t  #6  strategy  add channel 1";
+    EXPECT_EQ(m_out.str().compare(0, text.size(), text), 0) << m_out.str();
+    EXPECT_NE(m_out.str().find("DAMAGED  {\"kind\":\"ord\n" + text), std::string::npos) << m_out.str();
+}
+
+std::string stoppedLine(int seq) {
+    return R"({"kind":"stopped","time":"t","seq":)" + std::to_string(seq) + ",\"reason\":\"a\"}\n";
+}
+
+constexpr const char* kShownReopened =
+    "-- another file is at the journal's path, or it was cut; from its beginning:\n";
+
+TEST_F(ShowJournalTest, FollowingReadsWhatTheDeskStillWritesIntoAFileThatWasMoved) {
+    m_folder.append(kJournalFileName, stoppedLine(1));
+    int sleeps = 0;
+    m_clock.m_onSleep = [&] {
+        switch (++sleeps) {
+        case 1:
+            std::filesystem::rename(m_folder.file(kJournalFileName), m_folder.file("old"));
+            m_folder.append(kJournalFileName, "");
+            break;
+        case 3: // the desk has not looked yet
+            m_folder.append("old", stoppedLine(2));
+            break;
+        case 4: // between the two, it writes the last line of the old file
+            m_folder.append("old", stoppedLine(3));
+            m_folder.append(kJournalFileName,
+                            R"({"kind":"continued","time":"t","seq":4,"cause":"moved","event":0})"
+                            "\n");
+            break;
+        default:
+            break;
+        }
+    };
+    EXPECT_EQ(show(true, [&] { return sleeps < 8; }), 0);
+    EXPECT_EQ(m_out.str(), "t  #1  stopped  reason a\nt  #2  stopped  reason a\nt  #3  stopped  reason a\n" +
+                               std::string(kShownReopened) + "t  #4  continued  THE FILE CHANGED: moved\n");
+}
+
+TEST_F(ShowJournalTest, FollowingWaitsForMoreThanASecondForAFileThatNoDeskGoesOnIn) {
+    m_folder.append(kJournalFileName, stoppedLine(1));
+    bool wasReopenedEarly = true;
     int sleeps = 0;
     m_clock.m_onSleep = [&] {
         ++sleeps;
         if (sleeps == 1) std::filesystem::remove(m_folder.file(kJournalFileName));
-        if (sleeps == 2)
-            m_folder.append(kJournalFileName, R"({"kind":"stopped","time":"t","seq":2,"reason":"b"})"
-                                              "\n");
+        if (sleeps == 2) m_folder.append(kJournalFileName, stoppedLine(2));
+        if (sleeps == 9) wasReopenedEarly = m_out.str().find(kShownReopened) != std::string::npos;
+        if (sleeps == 10) m_clock.m_dNow = 1.1;
     };
-    EXPECT_EQ(show(true, [&] { return sleeps < 5; }), 0);
-    EXPECT_EQ(m_out.str(), "t  #1  stopped  reason a\n"
-                           "-- another file is at the journal's path, or it was cut; from its beginning:\n"
-                           "t  #2  stopped  reason b\n");
+    EXPECT_EQ(show(true, [&] { return sleeps < 14; }), 0);
+    EXPECT_FALSE(wasReopenedEarly);
+    EXPECT_EQ(m_out.str(),
+              "t  #1  stopped  reason a\n" + std::string(kShownReopened) + "t  #2  stopped  reason a\n");
+}
+
+TEST_F(ShowJournalTest, FollowingGoesToTheBeginningOfAFileThatWasCutAtOnce) {
+    m_folder.append(kJournalFileName, stoppedLine(1));
+    int sleeps = 0;
+    m_clock.m_onSleep = [&] {
+        ++sleeps;
+        if (sleeps == 1) std::filesystem::resize_file(m_folder.file(kJournalFileName), 0);
+        if (sleeps == 2) m_folder.append(kJournalFileName, stoppedLine(2));
+    };
+    EXPECT_EQ(show(true, [&] { return sleeps < 4; }), 0);
+    EXPECT_EQ(m_out.str(),
+              "t  #1  stopped  reason a\n" + std::string(kShownReopened) + "t  #2  stopped  reason a\n");
 }

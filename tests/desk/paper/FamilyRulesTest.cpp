@@ -138,13 +138,14 @@ TEST_F(FamilyRules, EveryFamilyTakesItsOwnAccountsAndInstrumentsOnly) {
             SCOPED_TRACE(std::string(known->m_pszBrokers) + " and " + other.m_pszAccount);
             TC::CCodeOrderParam code = recordOf(family, operation, 1, rowOf(family).m_dPrice);
             code.m_account = account(other.m_pszAccount);
-            const std::string foreign = std::string(other.m_pszAccount) + " is no " + kinds.at(family).first;
+            const std::string foreign =
+                std::string(other.m_pszAccount) + " is not a " + kinds.at(family).first;
             EXPECT_EQ(outcome(orderOf(family, code)), known->accepts(other.m_eBroker) ? "filled" : foreign);
 
             code.m_account = account(rowOf(family).m_pszAccount);
             code.m_stock = {other.m_pszMarket, other.m_pszCode, "", ""};
             code.m_dPrice = other.m_dPrice;
-            const std::string wrong = keyOf(other.m_eFamily) + " is no " + kinds.at(family).second;
+            const std::string wrong = keyOf(other.m_eFamily) + " is not a " + kinds.at(family).second;
             EXPECT_EQ(outcome(orderOf(family, code)),
                       other.m_eKind == known->m_eInstrumentKind ? "filled" : wrong);
         }
@@ -185,13 +186,13 @@ TEST_F(FamilyRules, LotsOfDerivativesComeInUnitsAndMayCloseTheOddLot) {
     entry.unit = 5;
     m_quotes.addInstrument(entry);
     const EFamily f = EFamily::FutureSpeculation;
-    EXPECT_EQ(outcomeOf(f, 0, 3, 100), "volume 3 is no multiple of 5");
+    EXPECT_EQ(outcomeOf(f, 0, 3, 100), "volume 3 is not a multiple of 5");
     offer(f, 100, 7);
     EXPECT_EQ(outcomeOf(f, 0, 10, 100), "part_filled");
     offer(f, 101);
-    EXPECT_EQ(outcomeOf(f, 2, 3, 100), "volume 3 is no multiple of 5 and does not close the odd lot");
+    EXPECT_EQ(outcomeOf(f, 2, 3, 100), "volume 3 is not a multiple of 5 and does not close the odd lot");
     EXPECT_EQ(outcomeOf(f, 2, 2, 100), "filled");
-    EXPECT_EQ(outcomeOf(f, 10, 2, 100), "volume 2 is no multiple of 5") << "it might open";
+    EXPECT_EQ(outcomeOf(f, 10, 2, 100), "volume 2 is not a multiple of 5") << "it might open";
 }
 
 TEST_F(FamilyRules, AmountBeyondAnyAccountIsRejected) {

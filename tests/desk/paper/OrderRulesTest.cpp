@@ -48,7 +48,7 @@ TEST_F(OrderRules, AccountMustBeALoggedInStockAccountOfTheDesk) {
     code.m_account = account("nobody");
     EXPECT_EQ(rejection(code), "unknown account nobody");
     code.m_account = account("F1");
-    EXPECT_EQ(rejection(code), "F1 is no stock account");
+    EXPECT_EQ(rejection(code), "F1 is not a stock account");
     code.m_account = account("X1");
     EXPECT_EQ(rejection(code), "X1 is not logged in");
 }
@@ -66,15 +66,16 @@ TEST_F(OrderRules, VolumeMustBeSetAndPositive) {
 }
 
 TEST_F(OrderRules, BuysComeInWholeUnits) {
-    EXPECT_EQ(rejection(buy(150, 9.5)), "volume 150 is no multiple of 100");
+    EXPECT_EQ(rejection(buy(150, 9.5)), "volume 150 is not a multiple of 100");
     EXPECT_EQ(rejection(buy(200, 9.5)), "accepted");
 }
 
 TEST_F(OrderRules, SellsMayCloseTheOddLotButNotSplitIt) {
     // 1050 can be sold today.
-    EXPECT_EQ(rejection(sell(130, 10.5)), "volume 130 is no multiple of 100 and does not close the odd lot");
+    EXPECT_EQ(rejection(sell(130, 10.5)),
+              "volume 130 is not a multiple of 100 and does not close the odd lot");
     EXPECT_EQ(rejection(sell(150, 10.5)), "accepted");
-    EXPECT_EQ(rejection(sell(50, 10.5)), "volume 50 is no multiple of 100 and does not close the odd lot")
+    EXPECT_EQ(rejection(sell(50, 10.5)), "volume 50 is not a multiple of 100 and does not close the odd lot")
         << "the odd lot is on its way";
     EXPECT_EQ(rejection(sell(900, 10.5)), "accepted");
 }

@@ -19,6 +19,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <sstream>
 
 using namespace desk;
@@ -102,7 +103,7 @@ TEST_F(PaperHost, TaskOfARecordedCommandIsNotGivenAgainAfterACrash) {
     CJournal journal; // the process was killed here, before the command was stored
     ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
     CPaperBroker broker(m_quotes, {});
-    ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent(), journal.lastTask())
+    ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent(), {journal.lastTask()})
                     .isSuccess());
     CPaperOrderClient(journal, broker, m_sink, false).orderCommands(command({buy(100, 9.50)}));
     ASSERT_EQ(broker.tasks().size(), 1U);
@@ -355,6 +356,13 @@ TEST_F(PaperHost, JournalOfAnEarlierRunTellsWhichEventsAreMissing) {
     ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent()).isSuccess());
     EXPECT_EQ(kinds(), (CTexts{"started", "order", "started", "order"}));
     EXPECT_EQ(record(3)["status"], "cancelled");
+}
+
+TEST(FolderLock, FileSystemWithoutLocksIsToldWithWhatToDo) {
+    for (const int reason : {ENOLCK, EBADF, EOPNOTSUPP, ENOSYS, EINVAL})
+        EXPECT_EQ(lockFailureText(reason),
+                  "this file system cannot lock the folder; put the desk folder on a local disk");
+    EXPECT_EQ(lockFailureText(EACCES), "Permission denied");
 }
 
 TEST(FolderLock, FolderIsHeldByOneProcessAtATime) {

@@ -14,8 +14,24 @@ using namespace desk::test;
 
 namespace {
 
+constexpr const char* kMoveAway = "Move paper.db, paper.db-wal and paper.db-shm away. Then either put back a "
+                                  "copy of paper.db that was made while the desk was off";
+constexpr const char* kStoreFiles[] = {"paper.db", "paper.db-wal", "paper.db-shm"};
+
 class PaperStore : public PaperDesk {
 protected:
+    void copyStore(const std::string& from, const std::string& to) const {
+        for (const char* name : kStoreFiles) {
+            if (std::filesystem::exists(from + '/' + name))
+                std::filesystem::copy_file(from + '/' + name, to + '/' + name,
+                                           std::filesystem::copy_options::overwrite_existing);
+        }
+    }
+    void removeStore() const {
+        for (const char* name : kStoreFiles)
+            std::filesystem::remove(m_folder.file(name));
+    }
+
     /// All that a query can see, as one text.
     std::string snapshot() const {
         std::string text;
@@ -46,9 +62,9 @@ protected:
         return text + '\n';
     }
 
-    utils::KNError openAgain() {
+    utils::KNError openAgain(std::int64_t lastEventTaken = 0) {
         CPaperBroker broker(m_quotes, {});
-        return broker.open(m_folder.path(), deskAccounts(), 0);
+        return broker.open(m_folder.path(), deskAccounts(), lastEventTaken);
     }
 
     void tradeSomething() {
@@ -203,11 +219,36 @@ TEST_F(PaperStore, DamagedPagesAreFoundAtTheStartAndStayAsTheyAre) {
         std::ofstream(m_folder.file(kPaperStoreName), std::ios::binary | std::ios::trunc) << damaged;
         const utils::KNError error = openAgain();
         EXPECT_EQ(error.errorId(), kPaperStoreFailed) << "page " << page;
-        if (error.errorMsg().find("Put back a copy of paper.db, or move paper.db") != std::string::npos)
-            ++found;
+        if (error.errorMsg().find(kMoveAway) != std::string::npos) ++found;
         EXPECT_EQ(m_folder.read(kPaperStoreName), damaged) << "page " << page;
     }
     EXPECT_EQ(found, static_cast<int>(whole.size() / kPage) - 1);
+}
+
+/// Follows the text that a start with a damaged store shows.
+TEST_F(PaperStore, CopyThatTakesTheDamagedStoresPlaceHasTheBooksOfItsTime) {
+    const CDeskFolder copy, killed;
+    tradeSomething();
+    const std::string before = snapshot();
+    m_broker.reset();
+    copyStore(m_folder.path(), copy.path());
+    open();
+    place({buy(100, 10.05)});
+    copyStore(m_folder.path(), killed.path()); // as a desk that is killed leaves it: changes in the log
+    m_broker.reset();
+    copyStore(killed.path(), m_folder.path());
+    ASSERT_GT(std::filesystem::file_size(m_folder.file("paper.db-wal")), 0u);
+    std::filesystem::resize_file(m_folder.file(kPaperStoreName), 5000);
+    m_folder.append(kPaperStoreName, std::string(3192, '\xa5'));
+    std::filesystem::resize_file(m_folder.file("paper.db-wal"), 100);
+    const std::string damaged = m_folder.read(kPaperStoreName);
+    EXPECT_NE(openAgain().errorMsg().find(kMoveAway), std::string::npos) << openAgain().errorMsg();
+    EXPECT_EQ(m_folder.read(kPaperStoreName), damaged);
+
+    removeStore();
+    copyStore(copy.path(), m_folder.path());
+    open();
+    EXPECT_EQ(snapshot(), before);
 }
 
 TEST_F(PaperStore, FileThatIsNoDatabaseIsRefusedWithTheRemedy) {
@@ -215,7 +256,73 @@ TEST_F(PaperStore, FileThatIsNoDatabaseIsRefusedWithTheRemedy) {
     std::ofstream(m_folder.file(kPaperStoreName), std::ios::binary | std::ios::trunc)
         << std::string(8192, 'x');
     const utils::KNError error = openAgain();
-    EXPECT_NE(error.errorMsg().find("Put back a copy of paper.db"), std::string::npos) << error.errorMsg();
+    EXPECT_NE(error.errorMsg().find(kMoveAway), std::string::npos) << error.errorMsg();
+}
+
+TEST_F(PaperStore, EmptyFileIsRefusedIfTheJournalKnowsOfEvents) {
+    m_broker.reset();
+    std::filesystem::resize_file(m_folder.file(kPaperStoreName), 0);
+    const utils::KNError error = openAgain(1);
+    EXPECT_NE(error.errorMsg().find("the file is empty"), std::string::npos) << error.errorMsg();
+    EXPECT_NE(error.errorMsg().find(kMoveAway), std::string::npos) << error.errorMsg();
+    EXPECT_EQ(std::filesystem::file_size(m_folder.file(kPaperStoreName)), 0u);
+    EXPECT_TRUE(openAgain(0).isSuccess()) << "a start that was cut off may have left it";
+}
+
+TEST_F(PaperStore, LogWithoutItsStoreIsRefusedAndStays) {
+    m_broker.reset();
+    const std::string log = std::string(kPaperStoreName) + "-wal";
+    m_folder.append(log, "changes");
+    std::filesystem::resize_file(m_folder.file(kPaperStoreName), 0);
+    EXPECT_NE(openAgain().errorMsg().find("the file is empty"), std::string::npos);
+    std::filesystem::remove(m_folder.file(kPaperStoreName));
+    const utils::KNError error = openAgain();
+    EXPECT_NE(error.errorMsg().find(kMoveAway), std::string::npos) << error.errorMsg();
+    EXPECT_EQ(m_folder.read(log), "changes");
+    EXPECT_FALSE(std::filesystem::exists(m_folder.file(kPaperStoreName)));
+}
+
+TEST_F(PaperStore, DamageWhileItRunsNamesTheNextStartAndNotTheRemedy) {
+    place({buy(100, 9.50)});
+    const std::string store = m_folder.file(kPaperStoreName);
+    {
+        sqlite3* database = nullptr; // brings the log into the store, so that its pages are read from there
+        ASSERT_EQ(sqlite3_open(store.c_str(), &database), SQLITE_OK);
+        ASSERT_EQ(sqlite3_exec(database, "PRAGMA wal_checkpoint(TRUNCATE)", nullptr, nullptr, nullptr),
+                  SQLITE_OK);
+        sqlite3_close(database);
+    }
+    std::fstream pages(store, std::ios::binary | std::ios::in | std::ios::out);
+    constexpr std::size_t kPage = 4096;
+    for (std::size_t page = 1; page < std::filesystem::file_size(store) / kPage; ++page) {
+        pages.seekp(static_cast<std::streamoff>(page * kPage));
+        pages << std::string(kPage, '\xa5');
+    }
+    pages.close();
+    // The connection keeps pages that nobody has changed; another writer makes it read them again.
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(store.c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "PRAGMA application_id = 7", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(other);
+    int taskId = 0;
+    const std::string error = m_broker->placeCommand(stockCommand({buy(100, 9.50)}), 0, taskId).errorMsg();
+    EXPECT_NE(error.find("malformed; stop the desk first; its next start names the remedy"),
+              std::string::npos)
+        << error;
+    EXPECT_EQ(error.find("away"), std::string::npos) << error;
+}
+
+TEST_F(PaperStore, NumbersThatTheJournalKnowsAreNotGivenAgainByAStoreThatIsNew) {
+    place({buy(200, 10.00)});
+    m_broker.reset();
+    removeStore();
+    m_broker = std::make_unique<CPaperBroker>(m_quotes, [](const CBrokerEvent&) { return true; });
+    ASSERT_TRUE(m_broker->open(m_folder.path(), deskAccounts(), 3, {7, 15, 9}).isSuccess());
+    place({buy(100, 10.00)});
+    EXPECT_EQ(m_broker->tasks().at(0).m_nId, 8);
+    EXPECT_EQ(m_broker->orders().at(0).m_nId, 16);
+    EXPECT_EQ(m_broker->fills().at(0).m_nId, 10);
+    EXPECT_FALSE(m_broker->cancelOrders({"cancel_order", "A1", "15"}).isSuccess());
 }
 
 TEST_F(PaperStore, FullDiskRefusesCommandsUntilThereIsRoom) {
@@ -294,8 +401,7 @@ TEST_F(PaperStore, EventsThatTheListenerNeverSawComeAfterARestartAsTheyWere) {
 
 TEST_F(PaperStore, EventsNumberOnAfterTheListenersLastWhenTheStoreIsNew) {
     m_broker.reset();
-    for (const char* name : {"paper.db", "paper.db-wal", "paper.db-shm"})
-        std::filesystem::remove(m_folder.file(name));
+    removeStore();
     open(500);
     place({buy(200, 10.00)});
     EXPECT_EQ(m_events.at(0).m_nNumber, 501);
