@@ -133,12 +133,17 @@ TEST(KitDoors, DoorThatServesNobodyAndRefusedConnectionsAreShown) {
     CDoorReport report;
     report.m_strSource = QStringLiteral("127.0.0.1:9000");
     report.m_strPeer = QStringLiteral("10.0.0.7:1234");
-    report.m_strCause = QStringLiteral("too many");
     for (const EDoorEvent event : {EDoorEvent::Opened, EDoorEvent::Closed}) {
         report.m_eEvent = event;
         tellAudit(report);
     }
     EXPECT_EQ(screen.str(), "");
+    report.m_eEvent = EDoorEvent::Opened;
+    report.m_strCause = QStringLiteral("it listens on port 9000");
+    tellAudit(report);
+    EXPECT_NE(screen.str().find("127.0.0.1:9000 端口已改变: it listens on port 9000"), std::string::npos)
+        << screen.str();
+    report.m_strCause = QStringLiteral("too many");
     report.m_eEvent = EDoorEvent::Stuck;
     tellAudit(report);
     EXPECT_NE(screen.str().find("127.0.0.1:9000 已停止服务"), std::string::npos) << screen.str();
