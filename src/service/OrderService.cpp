@@ -107,8 +107,9 @@ COrderService::COrderService(QObject*)
     registerMetaTypes();
     m_fileService = std::make_unique<CFileService>(*this, *this);
     connectOwnSignals();
-    m_threads->service.start(QThread::InheritPriority);
+    // Before the thread starts: its start is what orders the queue's making and its first use.
     m_threads->queue = std::make_unique<COrderQueue>(*this, m_threads->service);
+    m_threads->service.start(QThread::InheritPriority);
     connectHost(); // last: the host may emit at once, on any thread, and the queue must be there
 }
 
