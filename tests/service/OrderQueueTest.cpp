@@ -16,8 +16,8 @@ using TC::COrderQueue;
 class OrderQueue : public testing::Test {
 protected:
     void SetUp() override {
-        thread.start();
         queue = std::make_unique<COrderQueue>(receiver, thread);
+        thread.start();
     }
     void TearDown() override {
         thread.quit();

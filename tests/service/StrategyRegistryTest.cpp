@@ -21,9 +21,18 @@ protected:
         service().loadFromConfig(false);
         statuses.clear();
     }
-    void add(const COrderStrategyParam& strategy) {
-        host.user.addStrategy(strategy);
+    /// Changes the host's map while no user is bound, so that the file loop of an earlier load does not look
+    /// at it meanwhile.
+    template<typename Change>
+    void changeMap(const Change& change) {
+        host.user.loggedIn = false;
         load();
+        change();
+        host.user.loggedIn = true;
+        load();
+    }
+    void add(const COrderStrategyParam& strategy) {
+        changeMap([&] { host.user.addStrategy(strategy); });
     }
     CStrategyBuilder stoppedFile() {
         folder.write("a.txt", "old orders");
@@ -43,10 +52,11 @@ TEST_F(StrategyRegistry, IdsFillTheFirstGap) {
     const std::vector<std::pair<std::vector<int>, int>> cases{
         {{}, 1}, {{1, 2, 4}, 3}, {{1, 2, 3}, 4}, {{10000, 10001}, 1}, {{2}, 1}, {{-1, 0}, 1}, {{0, 1}, 2}};
     for (const auto& [keys, expected] : cases) {
-        host.user.strategies.clear();
-        for (const int key : keys)
-            host.user.addStrategy(CStrategyBuilder().channel(key).stopped());
-        load();
+        changeMap([&, &keys = keys] {
+            host.user.strategies.clear();
+            for (const int key : keys)
+                host.user.addStrategy(CStrategyBuilder().channel(key).stopped());
+        });
         EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), expected);
     }
 }
@@ -270,7 +280,7 @@ TEST_F(StrategyRegistry, StartNeedsTheNamedAccounts) {
         stoppedFile().account(QStringLiteral("none")),
         stoppedFile().set([](auto& s) { s.m_eSelectedAccountType = static_cast<ESelectedAccountType>(7); })};
     for (const COrderStrategyParam& strategy : strategies) {
-        host.user.strategies.clear();
+        changeMap([&] { host.user.strategies.clear(); });
         add(strategy);
         EXPECT_EQ(start(), -1);
         EXPECT_EQ(error, QStringLiteral("选择的账号组或账号不存在"));
@@ -299,11 +309,11 @@ TEST_F(StrategyRegistry, StartNeedsLoggedInAccounts) {
     host.trade.loginStatus["A2"] = 3;
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(error, QStringLiteral("选择的账号登录失败"));
-    host.user.strategies.clear();
+    changeMap([&] { host.user.strategies.clear(); });
     add(stoppedFile().account(QStringLiteral("A2")));
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(error, QStringLiteral("选择的账号登录失败"));
-    host.user.strategies.clear();
+    changeMap([&] { host.user.strategies.clear(); });
     add(stoppedFile().account(QStringLiteral("A1")));
     EXPECT_EQ(start(), 0);
 }
@@ -318,7 +328,7 @@ TEST_F(StrategyRegistry, FileMustExistAtTheStart) {
     add(CStrategyBuilder().stopped().file(folder.path("missing.txt")));
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(error, QStringLiteral("信号来源必须为文件"));
-    host.user.strategies.clear();
+    changeMap([&] { host.user.strategies.clear(); });
     add(CStrategyBuilder().stopped().file(folder.path()));
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(error, QStringLiteral("信号来源必须为文件"));
@@ -393,7 +403,7 @@ TEST_F(StrategyRegistry, EmptyCodeOfAFutureHasItsOwnNoteAndOfCreditNone) {
     EXPECT_EQ(start(), 0);
     EXPECT_EQ(error, QStringLiteral("合约代码为空"));
     host.user.addGroup(EQDBrokerType::Credit, "G", {{"A1", 1.0}});
-    host.user.strategies.clear();
+    changeMap([&] { host.user.strategies.clear(); });
     add(stoppedFile().code(QString()).family(EOrderStrategyTradeType::Credit));
     EXPECT_EQ(start(), 0);
     EXPECT_EQ(error, QString());
@@ -426,7 +436,7 @@ TEST_F(StrategyRegistry, SourcesThatAreNotBuiltAreRefused) {
     add(stoppedFile().account(QStringLiteral("A1")).tableMode());
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(error, QStringLiteral("此版本尚不支持DBF委托表"));
-    host.user.strategies.clear();
+    changeMap([&] { host.user.strategies.clear(); });
     host.user.encryption = true;
     add(stoppedFile());
     EXPECT_EQ(start(), -1);
