@@ -1,10 +1,12 @@
 #pragma once
 
+#include <atomic>
+
 namespace utils {
 
 /// A singleton whose owner decides when it lives. The host creates the object, hands it to initInstance and
-/// calls release at the end of the process. Not thread safe: init and release belong to the main thread,
-/// before the first and after the last reader.
+/// calls release at the end of the process. Init and release belong to the main thread. Any thread may ask
+/// for the object, but must not use it while it is released.
 template<typename T>
 class CManualSingletonT {
 public:
@@ -14,12 +16,13 @@ public:
     /// Stores the object and takes it over, unless one is stored already; then the argument stays the
     /// caller's.
     static void initInstance(T* object) {
-        if (s_pInstance == nullptr) s_pInstance = object;
+        T* none = nullptr;
+        s_pInstance.compare_exchange_strong(none, object);
     }
 
     /// Deletes the stored object and forgets it.
     static void release() {
-        delete s_pInstance;
+        delete s_pInstance.load();
         s_pInstance = nullptr;
     }
 
@@ -30,7 +33,7 @@ protected:
     CManualSingletonT& operator=(const CManualSingletonT&) = delete;
 
 private:
-    inline static T* s_pInstance = nullptr;
+    inline static std::atomic<T*> s_pInstance{nullptr};
 };
 
 } // namespace utils
