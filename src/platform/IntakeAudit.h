@@ -26,8 +26,8 @@ struct CIntakeReport {
     bool m_bLeftWaiting = false;
     /// The source was refused whole: this reading carried out none of its orders and cancels.
     bool m_bRejected = false;
-    /// A file that was left under its .tmp name, by an earlier run or because it could not be moved, was moved
-    /// away now and not read: its orders may have gone out already.
+    /// A file that was left under its .tmp name, by an earlier run or because it could not be moved, was
+    /// moved away now and not read: its orders may have gone out already.
     bool m_bLeftOver = false;
     QString m_strCause; ///< for people: which line ended the source, what holds it, or why it was refused
     /// Where a file lies that was not deleted after it was taken; empty: it was deleted.
