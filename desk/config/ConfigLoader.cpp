@@ -19,7 +19,7 @@ namespace {
 
 using CStrategyTest = std::function<bool(const TC::COrderStrategyParam&)>;
 
-/// The order service leaves those beyond the limit out, the highest channels, without a word.
+/// The order service does not load the strategies beyond the limit: those with the highest channels.
 void warnOfLimit(const CDeskConfig& config, int most, int line, const char* key,
                  const CStrategyTest& isCounted, CDiagnostics& diagnostics) {
     const auto count = std::count_if(config.strategies.begin(), config.strategies.end(), isCounted);
