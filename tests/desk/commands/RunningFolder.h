@@ -6,8 +6,10 @@
 #include "tests/support/TestSocket.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <regex>
@@ -36,6 +38,12 @@ protected:
         std::string text = folder.read(file);
         ASSERT_NE(text.find(from), std::string::npos) << file;
         folder.write(file, text.replace(text.find(from), from.size(), to));
+    }
+
+    /// Puts a pipe at an order file's path: no check refuses it, and no strategy can start with it.
+    void block(const char* name) const {
+        std::filesystem::create_directories(std::filesystem::path(folder.path(name)).parent_path());
+        ASSERT_EQ(::mkfifo(folder.path(name).c_str(), 0600), 0);
     }
 
     std::string journal() const { return folder.read("desk/journal.jsonl"); }

@@ -1,0 +1,46 @@
+// The ground of the tests that add, start, stop and change strategies.
+#pragma once
+
+#include "tests/service/ServiceFixture.h"
+
+#include <vector>
+
+class CRegistryFixture : public ServiceFixture {
+protected:
+    void SetUp() override {
+        ServiceFixture::SetUp();
+        QObject::connect(
+            &service(), &TC::COrderService::sigSetStatus, &service(),
+            [this](bool running) { statuses.push_back(running); }, Qt::DirectConnection);
+    }
+    /// Binds the service; the strategies stay as they are.
+    void load() {
+        service().loadFromConfig(false);
+        statuses.clear();
+    }
+    /// Changes the host's map while no user is bound, so that the file loop of an earlier load does not look
+    /// at it meanwhile.
+    template<typename Change>
+    void changeMap(const Change& change) {
+        host.user.loggedIn = false;
+        load();
+        change();
+        host.user.loggedIn = true;
+        load();
+    }
+    void add(const TC::COrderStrategyParam& strategy) {
+        changeMap([&] { host.user.addStrategy(strategy); });
+    }
+    CStrategyBuilder stoppedFile() {
+        folder.write("a.txt", "old orders");
+        return CStrategyBuilder().file(folder.path("a.txt")).code(QStringLiteral("SH600000")).stopped();
+    }
+    int start(int id = 3, bool showMsg = false) {
+        error.clear();
+        return service().startOrderStrategy(id, error, showMsg);
+    }
+    bool isRunning(int id = 3) { return service().getStrategyMap()[id].isRunning(); }
+
+    QString error;
+    std::vector<bool> statuses;
+};
