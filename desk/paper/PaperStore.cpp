@@ -123,8 +123,15 @@ std::string remedyAtSave(ESqlFailure failure) {
     return {};
 }
 
-/// SQLite takes an empty file for a new store and throws away its log. So an empty file is refused if the
-/// journal knows of earlier events or a log is there, and so is a log without its store.
+/// Whether the file is there and has no bytes.
+bool isEmptyFile(const std::string& path) {
+    std::error_code missing;
+    return std::filesystem::file_size(path, missing) == 0 && !missing;
+}
+
+/// SQLite takes an empty file for a new store and deletes its log at the first read, even if it may only
+/// read. So an empty file is refused if the journal knows of earlier events or a log is there, and so is a
+/// log without its store.
 void checkIsWhole(const std::string& path, bool isKnown) {
     std::error_code missing, noLog;
     const std::uintmax_t size = std::filesystem::file_size(path, missing);
@@ -287,9 +294,11 @@ bool hasPaperStore(const std::string& folder) {
 }
 
 std::optional<std::set<std::string>> storedAccounts(const std::string& folder) {
-    if (!hasPaperStore(folder)) return std::set<std::string>();
+    const std::string path = storePath(folder);
     try {
-        return accountsOf(openDatabaseToRead(storePath(folder)).get());
+        checkIsWhole(path, false);
+        if (!hasPaperStore(folder) || isEmptyFile(path)) return std::set<std::string>();
+        return accountsOf(openDatabaseToRead(path).get());
     } catch (const CSqlError&) {
         return {};
     }

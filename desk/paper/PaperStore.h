@@ -19,8 +19,9 @@ bool hasPaperStore(const std::string& folder);
 /// Error numbers of the store's and the broker's operations.
 enum EPaperError : int { kPaperStoreFailed = 1, kPaperBadRequest = 2, kPaperNothingOpen = 3 };
 
-/// Keys of the accounts that FOLDER/paper.db holds, of whatever version it is; none where there is no store
-/// yet. Empty where the store cannot be read: whoever opens it learns why.
+/// Keys of the accounts that FOLDER/paper.db holds, of whatever version it is; none if there is no store yet
+/// or its file is new and empty. Not set if the store cannot be read, or if it is empty or gone and its log
+/// is there: CPaperStore::open reports why. Changes nothing in the store and its log.
 std::optional<std::set<std::string>> storedAccounts(const std::string& folder);
 
 /// The broker's state on disk: one SQLite database, one transaction for each change. Not thread safe: the

@@ -167,6 +167,9 @@ TEST_F(DemoFolder, MarginsBeyondTheFundsAreToldByTheCheckAndNotStarted) {
     EXPECT_EQ(runDesk(m_folder.path("desk"), 0.0, run, [] { return true; }), 2);
     EXPECT_EQ(run.str(), mistake + m_folder.path("desk") + ": not started, because of the mistakes above\n");
     EXPECT_FALSE(m_folder.exists("desk/paper.db"));
+    m_folder.write("desk/paper.db", "");
+    EXPECT_EQ(runDesk(m_folder.path("desk"), 0.0, run, [] { return true; }), 2) << "it holds no account yet";
+    EXPECT_EQ(m_folder.read("desk/paper.db"), "");
 }
 
 TEST_F(DemoFolder, AccountThatTheBooksHoldStartsWhateverTheFolderSaysOfItsFunds) {

@@ -1,4 +1,6 @@
 #include "base/Log.h"
+#include "desk/commands/CheckFolder.h"
+#include "desk/commands/ShowJournal.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/FolderLock.h"
 #include "service/OrderService.h"
@@ -30,6 +32,18 @@ protected:
             [this] { return has("\"kind\":\"fill\""); },
         });
     }
+
+    /// Leaves an empty paper.db with a log, as a crash can leave them.
+    void emptyTheBooks() const {
+        folder.write("desk/paper.db", "");
+        folder.write("desk/paper.db-wal", kLog);
+    }
+    void expectLogIsKept() const {
+        EXPECT_EQ(folder.read("desk/paper.db-wal"), kLog);
+        EXPECT_EQ(folder.read("desk/paper.db"), "");
+    }
+
+    const std::string kLog = "changes that are not in paper.db yet";
 };
 
 TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
@@ -58,6 +72,35 @@ TEST_F(RunDesk, RemovedBooksBeginAnewAndTheScreenSaysSo) {
     EXPECT_NE(out.str().find("WARNING: there is no paper.db, but the journal tells of orders."),
               std::string::npos)
         << out.str();
+}
+
+TEST_F(RunDesk, EmptyBooksWithALogAreRefusedAndTheLogIsKept) {
+    EXPECT_EQ(tradeOnce(), 0);
+    emptyTheBooks();
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 1);
+    EXPECT_NE(out.str().find("the file is empty"), std::string::npos) << out.str();
+    expectLogIsKept();
+}
+
+TEST_F(RunDesk, EmptyBooksWithALogAreRefusedWithoutAJournalToo) {
+    emptyTheBooks();
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 1);
+    EXPECT_NE(out.str().find("the file is empty"), std::string::npos) << out.str();
+    expectLogIsKept();
+}
+
+TEST_F(RunDesk, CheckAndJournalLeaveTheLogOfEmptyBooks) {
+    EXPECT_EQ(tradeOnce(), 0);
+    emptyTheBooks();
+    EXPECT_EQ(runCheck(folder.path("desk"), out), 0);
+    EXPECT_EQ(runJournal(folder.path("desk"), false, out, out, [] { return false; }), 0);
+    expectLogIsKept();
+}
+
+TEST_F(RunDesk, EmptyBooksWithoutALogBeginAnewIfTheJournalKnowsNoOrders) {
+    folder.write("desk/paper.db", "");
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
+    EXPECT_NE(folder.read("desk/paper.db"), "");
 }
 
 TEST_F(RunDesk, JournalOfAStoppedDeskIsRotatedWithoutDoubledLines) {
