@@ -93,6 +93,8 @@ utils::KNError CJournal::open(const std::string& folder) {
     m_bElsewhere = false;
     m_nSize = m_nCheckedSize = sizeOf(descriptor);
     m_nCheckedSeq = m_nLastSeq;
+    m_strContinued.clear();
+    m_strUnwritten.clear();
     m_failure = {};
     const CJson fields{{"recovered", tail.m_bHalfLine},
                        {"after_crash", tail.m_bCutOff},
@@ -153,8 +155,10 @@ std::string CJournal::lookAtFile() {
         m_nSize = open.st_size;
         m_bHalfLine = endsInHalfLine(m_nDescriptor, m_nSize);
     }
-    if (!cause.empty() && (!m_bElsewhere || moveToPath().isSuccess())) noteContinued(cause);
-    if (m_bElsewhere) return cause;
+    if (!cause.empty()) m_strContinued += (m_strContinued.empty() ? "" : "; ") + cause;
+    if (m_bElsewhere) (void)moveToPath();
+    if (m_failure.isSuccess()) (void)noteContinued();
+    if (m_bElsewhere || !m_strUnwritten.empty()) return cause;
     m_nCheckedSize = m_nSize;
     m_nCheckedSeq = m_nLastSeq;
     return cause;
@@ -173,44 +177,54 @@ utils::KNError CJournal::moveToPath() {
         return m_failure = {kJournalWriteFailed, error.errorMsg()};
     struct stat before {};
     const bool isDeleted = ::fstat(m_nDescriptor, &before) == 0 && before.st_nlink == 0;
-    const std::string lines = isDeleted ? bytesFrom(m_nDescriptor, m_nCheckedSize) : std::string();
+    std::string lines = isDeleted ? bytesFrom(m_nDescriptor, m_nCheckedSize) : std::string();
+    if (!lines.empty() && lines.back() != '\n') lines += '\n';
+    m_strUnwritten.insert(0, lines);
     ::close(m_nDescriptor);
     m_nDescriptor = descriptor;
     m_bElsewhere = false;
-    m_nSize = sizeOf(descriptor);
+    m_nSize = m_nCheckedSize = sizeOf(descriptor);
     m_bHalfLine = endsInHalfLine(descriptor, m_nSize);
-    utils::KNError error = closeHalfLine();
-    if (error.isSuccess() && !lines.empty()) error = writeBytes(lines);
-    m_bHalfLine = endsInHalfLine(descriptor, m_nSize);
+    return writeUnwritten();
+}
+
+/// A line that was written in part stays in m_strUnwritten as a whole: the part is closed as any half line.
+utils::KNError CJournal::writeUnwritten() {
+    if (m_strUnwritten.empty()) return {};
+    if (utils::KNError error = closeHalfLine(); !error.isSuccess()) return error;
+    const std::int64_t before = m_nSize;
+    const utils::KNError error = writeBytes(m_strUnwritten);
+    auto count = static_cast<std::size_t>(m_nSize - before);
+    // Closing the half line adds a line end that alone is missing.
+    if (count < m_strUnwritten.size() && m_strUnwritten[count] == '\n') ++count;
+    m_strUnwritten.erase(0, m_strUnwritten.substr(0, count).rfind('\n') + 1);
     return error;
 }
 
 /// The numbers let the next start know what the broker's listener has taken, and what is not to be given
 /// again: the lines that tell it may be in another file.
-void CJournal::noteContinued(const std::string& cause) {
-    if (m_failure.isSuccess())
-        (void)writeRecord("continued", CJson{{"cause", cause},
-                                             {"event", m_nLastBrokerEvent},
-                                             {"task", m_nLastTask},
-                                             {"order", m_nLastOrder},
-                                             {"fill", m_nLastFill}});
+utils::KNError CJournal::noteContinued() {
+    if (m_strContinued.empty()) return {};
+    const utils::KNError error = writeRecord("continued", CJson{{"cause", m_strContinued},
+                                                                {"event", m_nLastBrokerEvent},
+                                                                {"task", m_nLastTask},
+                                                                {"order", m_nLastOrder},
+                                                                {"fill", m_nLastFill}});
+    if (error.isSuccess()) m_strContinued.clear();
+    return error;
 }
 
 utils::KNError CJournal::probe() {
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
     if (m_failure.isSuccess()) return {};
-    const bool wasElsewhere = m_bElsewhere;
-    if (wasElsewhere) {
-        if (utils::KNError error = moveToPath(); !error.isSuccess()) return error;
-    }
-    const CJson fields{{"cause", m_failure.errorMsg()}, {"refused", m_nRefused}};
-    utils::KNError error = writeRecord("resumed", fields);
-    if (error.isSuccess()) {
-        m_failure = {};
-        m_nRefused = 0;
-        if (wasElsewhere) noteContinued("journal " + m_strPath + " goes on in this file");
-    }
+    const std::string cause = m_failure.errorMsg();
+    utils::KNError error = m_bElsewhere ? moveToPath() : writeUnwritten();
+    if (error.isSuccess()) error = writeRecord("resumed", CJson{{"cause", cause}, {"refused", m_nRefused}});
+    if (!error.isSuccess()) return error;
+    m_nRefused = 0;
+    error = noteContinued();
+    if (error.isSuccess()) m_failure = {};
     return error;
 }
 
@@ -277,16 +291,13 @@ utils::KNError CJournal::writeBytes(const std::string& bytes) {
     } while (written < 0 && errno == EINTR);
     if (written < 0) return fail(systemError());
     m_nSize += written;
+    if (written > 0) m_bHalfLine = bytes[static_cast<std::size_t>(written) - 1] != '\n';
     if (static_cast<std::size_t>(written) == bytes.size()) return {};
-    m_bHalfLine = m_bHalfLine || written > 0;
     return fail("no room for a whole line");
 }
 
 utils::KNError CJournal::closeHalfLine() {
-    if (!m_bHalfLine) return {};
-    utils::KNError error = writeBytes("\n");
-    if (error.isSuccess()) m_bHalfLine = false;
-    return error;
+    return m_bHalfLine ? writeBytes("\n") : utils::KNError();
 }
 
 utils::KNError CJournal::fail(const std::string& cause) {

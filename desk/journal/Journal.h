@@ -50,14 +50,16 @@ public:
     /// Looks whether the open file is still the one at the path, and as long as it was written. If another
     /// file or none is at the path, goes on in the file there, which it makes if need be. Of a file that was
     /// deleted, the lines since the look before are written again, so that they are not lost with it. In any
-    /// case a `continued` record with the cause follows. Gives the cause for people; empty: nothing changed.
-    /// If the file at the path cannot be used, the journal is in the failed state afterwards. Two system
-    /// calls if nothing changed: meant for once a second.
+    /// case a `continued` record with the cause and the largest numbers follows. Gives the cause for people;
+    /// empty: nothing changed. If the file at the path cannot be used, the journal is in the failed state
+    /// afterwards. In the failed state, the lines and the `continued` record that cannot be written wait for
+    /// a probe. Two system calls if nothing changed: meant for once a second.
     std::string checkFile();
 
-    /// In the failed state: goes on in the file at the path if checkFile could not, closes a half line and
-    /// writes a `resumed` record with the cause and the number of records refused meanwhile; success ends the
-    /// state. Otherwise it does nothing and succeeds.
+    /// In the failed state: goes on in the file at the path if checkFile could not, closes a half line,
+    /// writes the lines that wait since checkFile, a `resumed` record with the cause and the number of
+    /// records refused meanwhile, and the `continued` record that waits. If all of it is written, the state
+    /// ends. Outside the failed state it does nothing and succeeds.
     [[nodiscard]] utils::KNError probe();
 
     bool isFailed() const { return !failure().isSuccess(); }
@@ -93,7 +95,8 @@ private:
     std::string lookAtFile();
     utils::KNError openPath(int& descriptor) const;
     utils::KNError moveToPath();
-    void noteContinued(const std::string& cause);
+    utils::KNError writeUnwritten();
+    utils::KNError noteContinued();
 
     mutable std::mutex m_mutex;
     int m_nDescriptor = -1;
@@ -108,8 +111,10 @@ private:
     bool m_bAfterCrash = false;
     bool m_bElsewhere = false;       ///< another file, or none, is at the path
     std::int64_t m_nSize = 0;        ///< bytes of the file, as far as this journal knows
-    std::int64_t m_nCheckedSize = 0; ///< m_nSize when checkFile found all in order
+    std::int64_t m_nCheckedSize = 0; ///< m_nSize at the opening, or when checkFile found all in order
     std::int64_t m_nCheckedSeq = 0;  ///< m_nLastSeq at the same time
+    std::string m_strContinued; ///< cause of the `continued` record that could not be written yet, or empty
+    std::string m_strUnwritten; ///< whole lines of a deleted file that no file has yet
     utils::KNError m_failure;
 };
 
