@@ -1,39 +1,60 @@
 #include "desk/commands/StopSignals.h"
 
+#include "base/Clock.h"
+
 #include <atomic>
 #include <csignal>
+#include <limits>
 
 namespace desk {
 namespace {
 
-std::atomic<bool> s_isStopAsked{false};
-std::atomic<int> s_interrupts{0};
+/// Nobody presses Ctrl-C as often as that, but some senders, such as timeout(1), send a signal twice.
+constexpr double kOnePressSeconds = 0.1;
+constexpr int kNoWaiting = 2; ///< the request that ends the wait for the backlog
+constexpr int kAtOnce = 3;    ///< the request that ends the process
 
-extern "C" void onStop(int signal) {
-    if (signal == SIGINT) ++s_interrupts;
-    s_isStopAsked = true;
+std::atomic<int> s_requests{0};
+std::atomic<double> s_lastPress{0};
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<double>::is_always_lock_free,
+              "a signal handler uses them");
+
+bool isNewPress() {
+    const double now = utils::getTime();
+    double last = s_lastPress;
+    return now - last >= kOnePressSeconds && s_lastPress.compare_exchange_strong(last, now);
+}
+
+extern "C" void onInterrupt(int) {
+    if (!isNewPress() || ++s_requests < kAtOnce) return;
+    std::signal(SIGINT, SIG_DFL);
+    std::raise(SIGINT);
+}
+
+extern "C" void onStop(int) {
+    int none = 0;
+    s_requests.compare_exchange_strong(none, 1);
 }
 
 } // namespace
 
 CStopSignals::CStopSignals() {
-    std::signal(SIGINT, onStop);
+    // The first call makes the machine's clock, which a signal handler must not do.
+    (void)utils::getTime();
+    s_requests = 0;
+    s_lastPress = -std::numeric_limits<double>::infinity();
+    std::signal(SIGINT, onInterrupt);
     std::signal(SIGTERM, onStop);
     if (std::signal(SIGHUP, onStop) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-bool CStopSignals::keepGoing() {
-    if (!s_isStopAsked) return true;
-    // Some senders, such as timeout(1), send the first signal twice; both have come by now.
-    m_nInterruptsBefore = s_interrupts;
-    return false;
+bool CStopSignals::keepGoing() const {
+    return s_requests == 0;
 }
 
 bool CStopSignals::keepWaiting() const {
-    if (s_interrupts == m_nInterruptsBefore) return true;
-    std::signal(SIGINT, SIG_DFL);
-    return false;
+    return s_requests < kNoWaiting;
 }
 
 } // namespace desk

@@ -13,6 +13,23 @@ namespace {
 constexpr const char* kCtrlC = "\x03";
 constexpr const char* kCtrlS = "\x13";
 
+/// Locks a file as another program does that uses it.
+class CFileLock {
+public:
+    explicit CFileLock(const std::string& path) : m_nDescriptor(::open(path.c_str(), O_RDWR | O_CLOEXEC)) {
+        struct flock whole {};
+        whole.l_type = F_WRLCK;
+        whole.l_whence = SEEK_SET;
+        EXPECT_EQ(::fcntl(m_nDescriptor, F_SETLK, &whole), 0);
+    }
+    ~CFileLock() { ::close(m_nDescriptor); }
+    CFileLock(const CFileLock&) = delete;
+    CFileLock& operator=(const CFileLock&) = delete;
+
+private:
+    int m_nDescriptor;
+};
+
 class DeskLife : public CRunningFolder {
 protected:
     /// An order that the quotes of the folder fill.
@@ -142,6 +159,20 @@ TEST_F(DeskLife, SecondCtrlCEndsTheWaitAndTheJournalHasEachOrder) {
               std::string::npos)
         << output.shown();
     EXPECT_TRUE(has("\"kind\":\"stopped\""));
+}
+
+TEST_F(DeskLife, ThirdCtrlCEndsAStartThatWaits) {
+    ASSERT_EQ(runDesk(path(), 0.0, out, [] { return true; }), 0);
+    std::filesystem::remove(folder.path("desk/.lock"));
+    const CFileLock books(folder.path("desk/paper.db"));
+    CDeskOutput output = CDeskOutput::pipe();
+    CDeskProcess process(path(), output);
+    ASSERT_TRUE(waitUntil([this] { return folder.exists("desk/.lock"); })) << "the start has begun";
+    EXPECT_TRUE(waitUntil([&] {
+        if (!process.hasEnded()) process.send(SIGINT); // one press each tenth of a second
+        return process.hasEnded();
+    }));
+    EXPECT_TRUE(process.wasEndedBy(SIGINT)) << "not by the end of the wait for the books";
 }
 
 TEST_F(DeskLife, SecondDeskIsNotLetInByRemovingTheLockFile) {

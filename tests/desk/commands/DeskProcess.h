@@ -121,6 +121,11 @@ public:
         return WIFEXITED(m_nStatus) ? WEXITSTATUS(m_nStatus) : -1;
     }
 
+    /// Whether this signal ended it.
+    bool wasEndedBy(int signal) {
+        return hasEnded() && WIFSIGNALED(m_nStatus) && WTERMSIG(m_nStatus) == signal;
+    }
+
 private:
     [[noreturn]] static void runChild(const std::string& folder, const CDeskOutput& output, EStart start) {
         if (output.isTerminal()) {

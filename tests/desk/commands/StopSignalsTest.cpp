@@ -1,5 +1,7 @@
 #include "desk/commands/StopSignals.h"
 
+#include "tests/support/FakeClock.h"
+
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -11,24 +13,63 @@ namespace {
 /// Each test runs in a process of its own: signals are the process's.
 constexpr int kAsExpected = 7;
 
+void press(CFakeClock& clock) {
+    clock.sleep(0.2);
+    std::raise(SIGINT);
+}
+
+/// What a sender does that sends each signal twice.
+void pressTwiceAtOnce(CFakeClock& clock) {
+    press(clock);
+    clock.sleep(0.05);
+    std::raise(SIGINT);
+}
+
 TEST(StopSignalsDeathTest, ThirdCtrlCEndsTheProcessAtOnce) {
     EXPECT_EXIT(
         {
-            CStopSignals stop;
-            std::raise(SIGINT);
-            if (stop.keepGoing() || !stop.keepWaiting()) std::_Exit(1);
-            std::raise(SIGINT);
-            if (stop.keepWaiting()) std::_Exit(2);
-            std::raise(SIGINT);
-            std::_Exit(3);
+            CFakeClock clock;
+            const CStopSignals stop;
+            if (!stop.keepGoing() || !stop.keepWaiting()) std::_Exit(1);
+            press(clock);
+            if (stop.keepGoing() || !stop.keepWaiting()) std::_Exit(2);
+            press(clock);
+            if (stop.keepGoing() || stop.keepWaiting()) std::_Exit(3);
+            press(clock);
+            std::_Exit(4);
         },
         testing::KilledBySignal(SIGINT), "");
+}
+
+TEST(StopSignalsDeathTest, ThirdCtrlCEndsTheProcessWhileNobodyAsks) {
+    EXPECT_EXIT(
+        {
+            CFakeClock clock;
+            const CStopSignals stop;
+            for (int i = 0; i < 3; ++i)
+                press(clock);
+            std::_Exit(1);
+        },
+        testing::KilledBySignal(SIGINT), "");
+}
+
+TEST(StopSignalsDeathTest, CtrlCThatIsSentTwiceIsOneRequest) {
+    EXPECT_EXIT(
+        {
+            CFakeClock clock;
+            const CStopSignals stop;
+            pressTwiceAtOnce(clock);
+            if (stop.keepGoing() || !stop.keepWaiting()) std::_Exit(1);
+            pressTwiceAtOnce(clock);
+            std::_Exit(stop.keepWaiting() ? 2 : kAsExpected);
+        },
+        testing::ExitedWithCode(kAsExpected), "");
 }
 
 TEST(StopSignalsDeathTest, OneCtrlCAfterSigtermEndsTheWait) {
     EXPECT_EXIT(
         {
-            CStopSignals stop;
+            const CStopSignals stop;
             std::raise(SIGTERM);
             if (stop.keepGoing() || !stop.keepWaiting()) std::_Exit(1);
             std::raise(SIGINT);
@@ -40,10 +81,10 @@ TEST(StopSignalsDeathTest, OneCtrlCAfterSigtermEndsTheWait) {
 TEST(StopSignalsDeathTest, SigtermOnceMoreDoesNotEndTheWait) {
     EXPECT_EXIT(
         {
-            CStopSignals stop;
-            std::raise(SIGTERM);
+            const CStopSignals stop;
+            for (int i = 0; i < 3; ++i)
+                std::raise(SIGTERM);
             if (stop.keepGoing()) std::_Exit(1);
-            std::raise(SIGTERM);
             std::_Exit(stop.keepWaiting() ? kAsExpected : 2);
         },
         testing::ExitedWithCode(kAsExpected), "");
