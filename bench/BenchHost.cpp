@@ -68,9 +68,9 @@ CBenchHost::CBenchHost(int strategies, int intervalMs, const std::string& folder
         strategy.m_nChannel = i;
         strategy.m_nStatus = TC::COrderStrategyParam::kRunning;
         strategy.m_eSelectedAccountType = TC::ESelectedAccountType::Account;
-        strategy.m_strSelectedAccount = QLatin1String(minimal::kAccount);
+        strategy.m_strSelectedAccount = minimal::kAccount;
         strategy.m_strSignalSource = QString::fromStdString(path(i));
-        strategy.m_strCode = QLatin1String(minimal::kCode);
+        strategy.m_strCode = minimal::kStockKey;
         m_user.getStrategyMap()->insert(i, strategy);
         std::ofstream(path(i)).put('\n'); // a strategy starts on an existing file only
     }
@@ -102,7 +102,7 @@ void CBenchHost::dropOrders(int count) {
 std::string stockLines(int count) {
     std::string bytes;
     for (int i = 0; i < count; ++i)
-        bytes += "23,0,10.5,600000,100\n";
+        bytes += "23,0,10.5,SH600000,100\n";
     return bytes;
 }
 

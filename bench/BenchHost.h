@@ -1,9 +1,10 @@
 #pragma once
 
-#include "MinimalHost.h"
+#include "examples/minimal_host/MinimalHost.h"
 
 #include <condition_variable>
 #include <mutex>
+#include <ostream>
 #include <string>
 
 namespace bench {
@@ -60,10 +61,15 @@ private:
         int interval = 1;
         int getMinFileServiceInterval() const override { return interval; }
         int getMaxOrderServerNum() const override { return 1000; }
+        bool isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC::EQDBrokerType, const std::string&,
+                              const std::string&, TC::EOrderType) const override {
+            return true;
+        }
     };
 
     std::string m_strFolder;
-    minimal::CMinimalHost m_host;
+    std::ostream m_nowhere{nullptr};
+    minimal::CMinimalHost m_host{m_nowhere};
     CUser m_user;
     CCountingOrders m_orders;
     CSilentMessages m_messages;

@@ -173,7 +173,7 @@ void CCheckHost::CRules::orderSettingToParam(const TC::COrderSetting& setting, T
                                              TC::EOperationType operation, int volume, double price,
                                              const TC::CPriceDataPtr& quote) {
     ++calls.of(EHostCall::SettingToParam);
-    minimal::CRules::orderSettingToParam(setting, record, operation, volume, price, quote);
+    kit::CTradingRulesBase::orderSettingToParam(setting, record, operation, volume, price, quote);
 }
 
 void CCheckHost::CRules::fixTimeRange(TC::CCodeOrderParam&) {

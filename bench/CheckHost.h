@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MinimalHost.h"
+#include "examples/minimal_host/MinimalHost.h"
 
 #include "check/OrderServiceBase.h"
 #include "records/Portfolio.h"
@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -89,7 +90,7 @@ private:
     };
 
     struct CTrading : minimal::CTrading {
-        explicit CTrading(CCalls& counted) : calls(counted) {}
+        CTrading(CCalls& counted, minimal::CScreen& screen) : minimal::CTrading(screen), calls(counted) {}
         std::vector<int> splitEntrusts(int volume, double, TC::EPriceType,
                                        const std::vector<TC::CAccountInfoPtr>& accounts,
                                        const std::vector<double>&, TC::EPositionType, const std::string&,
@@ -118,7 +119,7 @@ private:
         QHash<QString, TC::CPriceDataPtr> quotes;
     };
 
-    struct CRules : minimal::CRules {
+    struct CRules : kit::CTradingRulesBase {
         explicit CRules(CCalls& counted) : calls(counted) {}
         QString qdStockKey(const QString& market, const QString& code) override;
         TC::EQDBrokerType orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeType type) override;
@@ -137,7 +138,7 @@ private:
         CCalls& calls;
     };
 
-    struct CTasks : minimal::CTasks, knservice::CAccountData {
+    struct CTasks : kit::CTraderCenterBase, knservice::CAccountData {
         boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string&) override;
         std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
         void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override;
@@ -148,9 +149,10 @@ private:
                        const QString& code);
 
     CCalls m_calls;
-    minimal::CMinimalHost m_host;
+    std::ostream m_nowhere{nullptr};
+    minimal::CMinimalHost m_host{m_nowhere};
     CUser m_user{m_calls};
-    CTrading m_trading{m_calls};
+    CTrading m_trading{m_calls, m_host.screen};
     CExchange m_exchange{m_calls};
     CQuotes m_quotes{m_calls};
     CRules m_rules{m_calls};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MinimalHost.h"
+#include "examples/minimal_host/MinimalHost.h"
 
 #include "gates/OrderGate.h"
 #include "gates/StrategyRegistry.h"
@@ -61,7 +61,8 @@ public:
     CDoorHost& operator=(const CDoorHost&) = delete;
 
 private:
-    minimal::CMinimalHost m_host;
+    std::ostream m_nowhere{nullptr};
+    minimal::CMinimalHost m_host{m_nowhere};
 };
 
 /// A listener without a login, on a thread of its own.

@@ -39,8 +39,8 @@ public:
 
     void bind(COrderStrategyMap* strategies);
     bool isBound() const;
-    /// Erases the strategies that `filter` takes out of the map it is given. Their numbers stay taken until
-    /// another user is bound.
+    /// Erases the strategies that `filter` takes out of the map it is given. Their numbers stay taken for
+    /// this map, also if another user is bound in between, until the strategy is removed.
     void filter(const std::function<void(COrderStrategyMap*)>& filter);
 
     int add(EOrderStrategyType type);
