@@ -33,6 +33,27 @@ TEST_F(RunStrategies, StrategyOverTheLimitIsNamed) {
         << out.str();
 }
 
+/// A failed cancel of one order has no task; the screen tells of it once, with account and order.
+TEST_F(RunStrategies, FailedCancelOfAnOrderIsToldOnceAndWithoutATask) {
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":16"); },
+        [this] {
+            folder.handOver("desk/orders/group.txt", "cancel_order A1 7\n");
+            return true;
+        },
+        [this] { return has("cancel_not_done"); },
+    });
+    EXPECT_EQ(code, 0);
+    const std::string cause = "cancel_order A1 7: account A1 has no order 7";
+    EXPECT_TRUE(has("\"event\":\"cancel_not_done\",\"channel\":null,\"orders\":0,\"task\":null,"
+                    "\"cause\":\"" +
+                    cause + "\""));
+    const std::string screen = out.str();
+    EXPECT_NE(screen.find("cancel not done: " + cause + "\n"), std::string::npos) << screen;
+    EXPECT_EQ(screen.find("has no order 7"), screen.rfind("has no order 7")) << screen;
+    EXPECT_EQ(screen.find(std::to_string(TC::kUnsetInt)), std::string::npos) << screen;
+}
+
 TEST_F(RunStrategies, RowsThatABasketLeavesOutAreNamed) {
     const int code = run({
         [this] { return has("\"action\":\"start\",\"channel\":16"); },
