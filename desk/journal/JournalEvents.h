@@ -28,7 +28,8 @@ CJson discardFields(const TC::CDiscardReport& report, const std::string& cause);
 /// Kind `unplaced`; `order` is all of the order as one text.
 CJson unplacedFields(const TC::COrderParam& order);
 
-/// Kind `incident`: `event` is orders_dropped, cancel_not_done or host_failed.
+/// Kind `incident`: `event` is orders_dropped, cancel_not_done, host_failed, rows_left_out,
+/// strategy_not_loaded or strategy_not_started. Only rows_left_out has `rows` and `code`.
 CJson incidentFields(const TC::CIncidentReport& report);
 
 /// Kind `message`.
