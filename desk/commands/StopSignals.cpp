@@ -9,20 +9,20 @@
 namespace desk {
 namespace {
 
-/// Nobody presses Ctrl-C as often as that, but some senders, such as timeout(1), send a signal twice.
+/// Signals in shorter intervals than this are one press: some senders, such as timeout(1), send a signal
+/// twice, and a key that is held down repeats about every 30 ms.
 constexpr double kOnePressSeconds = 0.1;
 constexpr int kNoWaiting = 2; ///< the request that ends the wait for the backlog
 constexpr int kAtOnce = 3;    ///< the request that ends the process
 
 std::atomic<int> s_requests{0};
-std::atomic<double> s_lastPress{0};
+std::atomic<double> s_lastSignal{0};
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<double>::is_always_lock_free,
               "a signal handler uses them");
 
 bool isNewPress() {
     const double now = utils::getTime();
-    double last = s_lastPress;
-    return now - last >= kOnePressSeconds && s_lastPress.compare_exchange_strong(last, now);
+    return now - s_lastSignal.exchange(now) >= kOnePressSeconds;
 }
 
 extern "C" void onInterrupt(int) {
@@ -42,7 +42,7 @@ CStopSignals::CStopSignals() {
     // The first call makes the machine's clock, which a signal handler must not do.
     (void)utils::getTime();
     s_requests = 0;
-    s_lastPress = -std::numeric_limits<double>::infinity();
+    s_lastSignal = -std::numeric_limits<double>::infinity();
     std::signal(SIGINT, onInterrupt);
     std::signal(SIGTERM, onStop);
     if (std::signal(SIGHUP, onStop) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);

@@ -217,7 +217,10 @@ utils::KNError CJournal::noteContinued() {
 utils::KNError CJournal::probe() {
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
-    if (m_failure.isSuccess()) return {};
+    return m_failure.isSuccess() ? utils::KNError() : resume();
+}
+
+utils::KNError CJournal::resume() {
     const std::string cause = m_failure.errorMsg();
     utils::KNError error = m_bElsewhere ? moveToPath() : writeUnwritten();
     if (error.isSuccess()) error = writeRecord("resumed", CJson{{"cause", cause}, {"refused", m_nRefused}});
@@ -267,6 +270,7 @@ utils::KNError CJournal::close(const std::string& reason) {
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
     (void)lookAtFile(); // so that the end is in the file at the path
+    if (!m_failure.isSuccess()) (void)resume();
     utils::KNError error =
         m_failure.isSuccess() ? writeRecord("stopped", CJson{{"reason", reason}}) : m_failure;
     if (::fdatasync(m_nDescriptor) != 0 && error.isSuccess()) error = fail(systemError());
@@ -279,9 +283,14 @@ utils::KNError CJournal::close(const std::string& reason) {
 utils::KNError CJournal::writeRecord(const std::string& kind, const CJson& fields) {
     utils::KNError error = closeHalfLine();
     if (!error.isSuccess()) return error;
-    error = writeBytes(recordLine(kind, m_nLastSeq + 1, fields));
-    if (error.isSuccess()) ++m_nLastSeq;
-    return error;
+    const std::string line = recordLine(kind, m_nLastSeq + 1, fields);
+    const std::int64_t before = m_nSize;
+    error = writeBytes(line);
+    // If only the line end found no room, the record is whole, and the next write closes its line. To refuse
+    // it would bring it into the journal twice.
+    if (m_nSize - before < static_cast<std::int64_t>(line.size()) - 1) return error;
+    ++m_nLastSeq;
+    return {};
 }
 
 utils::KNError CJournal::writeBytes(const std::string& bytes) {

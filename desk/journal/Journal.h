@@ -82,8 +82,8 @@ public:
     /// Number of the last record written.
     std::int64_t lastSeq() const;
 
-    /// Writes a `stopped` record with the reason, brings the file to the disk and closes it. The file is
-    /// closed whatever comes back.
+    /// Writes a `stopped` record with the reason, brings the file to the disk and closes it. In the failed
+    /// state it first does what a probe does. The file is closed whatever comes back.
     [[nodiscard]] utils::KNError close(const std::string& reason);
 
 private:
@@ -97,6 +97,7 @@ private:
     utils::KNError moveToPath();
     utils::KNError writeUnwritten();
     utils::KNError noteContinued();
+    utils::KNError resume();
 
     mutable std::mutex m_mutex;
     int m_nDescriptor = -1;

@@ -303,14 +303,13 @@ void startRow(CCheckRun& run, EOperationType op, CStockInfo stock) {
     startRecord(run, op, std::move(stock));
 }
 
-/// Whether the row's instrument can be traded by a basket now; notes for the audit if not.
-bool mayTradeRow(CBasket& basket) {
-    if (isSuspended(basket.run)) {
-        basket.leaveOut(kSuspended);
-        return false;
-    }
-    if (mayStandInABasket(basket.run.stock())) return true;
-    basket.leaveOut(kWrongType);
+/// Whether the row's instrument can be traded by a basket now. If not, it is noted for the audit, unless the
+/// row has nothing to trade.
+bool mayTradeRow(CBasket& basket, const CBasketRow& row) {
+    const bool isOff = isSuspended(basket.run);
+    if (!isOff && mayStandInABasket(basket.run.stock())) return true;
+    const bool isReached = row.volume == 0 && isTargetOrder(basket.order.m_nOrderType);
+    if (!isReached) basket.leaveOut(isOff ? kSuspended : kWrongType);
     return false;
 }
 
@@ -333,7 +332,7 @@ bool placeRow(CBasket& basket, const CBasketRow& row) {
     const EOperationType op = row.op;
     startRow(run, op, {row.detail->m_strMarket, row.detail->m_strCode, row.detail->m_strName, {}});
     run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, run.family.m_eQuoteWait);
-    if (!mayTradeRow(basket)) return true;
+    if (!mayTradeRow(basket, row)) return true;
     takeRowPrices(run, row);
     const double volume = std::trunc(rowVolume(basket, row));
     if (volume < 0) {
@@ -360,7 +359,7 @@ bool sellPosition(CBasket& basket, const CAccountInfoPtr& account,
     startRow(run, op, {position.m_strMarket, position.m_strCode, position.m_strName, {}});
     run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, run.family.m_eQuoteWait);
     if (isSuspended(run)) {
-        basket.leaveOut(kSuspended);
+        if (position.m_nAvailableVolume > 0) basket.leaveOut(kSuspended);
         return true;
     }
     run.orderPrice = kUnsetDouble;

@@ -65,10 +65,10 @@ struct CDiscardReport {
 
 /// What is not done without a message to the user.
 enum class EIncident {
-    OrdersDropped, ///< orders were accepted, and nothing goes out for them
-    CancelNotDone, ///< a cancel found no task, or the cancel of an order failed
-    HostFailed,    ///< a service of the host failed, and the message panel could not show it
-    RowsLeftOut,   ///< a basket goes on without some of its rows, or without some of the positions to sell
+    OrdersDropped,      ///< orders were accepted, and nothing goes out for them
+    CancelNotDone,      ///< a cancel found no task, or the cancel of an order failed
+    HostFailed,         ///< a service of the host failed, and the message panel could not show it
+    RowsLeftOut,        ///< a basket passed the check without some of its rows, or of the positions to sell
     StrategyNotLoaded,  ///< loadFromConfig left out a strategy that is over the user's limit
     StrategyNotStarted, ///< a strategy that should run could not be started by loadFromConfig
 };

@@ -129,14 +129,16 @@ void COrderService::connectOwnSignals() {
     connect(this, &COrderService::sigCancelOrder, this, queueCancel, Qt::DirectConnection);
 }
 
-/// What arrives after the end concerns nobody any more.
+/// A date that arrives after the end concerns nobody any more. An answer to a cancel still does: the host
+/// may answer while the backlog is worked off.
 void COrderService::connectHost() {
     const auto queueDate = [this](const std::string& date) {
         (void)m_threads->queue->post([this, date] { slotNewTradingDate(date); });
     };
     const auto queueAnswer = [this](const knservice::COrderInfoPtr& info, bool success,
                                     const std::string& message) {
-        (void)m_threads->queue->post([=] { slotDbfCancelOrder(info, success, message); });
+        if (!m_threads->queue->post([=] { slotDbfCancelOrder(info, success, message); }))
+            slotDbfCancelOrder(info, success, message);
     };
     m_hostConnections.push_back(connect(&CExchangeClient::instance(), &CExchangeClient::sigNewTradingDate,
                                         this, queueDate, Qt::DirectConnection));
@@ -187,10 +189,10 @@ void COrderService::shutdown() {
     m_registry->closeDoors();
     if (m_threads->file.joinable()) m_threads->file.join();
     m_listeners->joinAll();
-    disconnectHost(); // behind the last pass: the audit gets the answers to its cancels
     std::promise<void> workedOff;
     m_threads->queue->close([&workedOff] { workedOff.set_value(); });
     workedOff.get_future().wait();
+    disconnectHost(); // last: until here the audit gets the answers to cancels
     m_threads->service.quit();
     m_threads->service.wait();
 }

@@ -1,8 +1,13 @@
 // The end of the service, asked for where it cannot be, and receivers of signals that fail.
 #include "tests/breach/BreachRows.h"
 
+#include <algorithm>
 #include <atomic>
+#include <future>
+#include <mutex>
 #include <stdexcept>
+#include <string>
+#include <thread>
 
 namespace {
 
@@ -321,6 +326,33 @@ TEST_F(BreachEnd, AnswersToCancelsAreTakenUntilTheFileThreadHasEnded) {
     road.service().shutdown();
     EXPECT_TRUE(hadEnded);
     road.host.trade.onDisconnect = nullptr;
+}
+
+/// A trading layer answers when it can, also after the service takes nothing more.
+TEST_F(BreachEnd, AnswerToACancelIsTakenWhileTheBacklogIsWorkedOff) {
+    std::once_flag first;
+    std::promise<void> isHeld;
+    const auto isClosed = [this] {
+        const auto reports = road.host.reports();
+        return std::any_of(reports.begin(), reports.end(), [](const std::string& report) {
+            return report.find("下单服务已关闭") != std::string::npos;
+        });
+    };
+    const auto answerAfterTheEnd = [&] {
+        while (!isClosed())
+            road.service().cancelOrder(7);
+        emit road.host.trade.sigCancelOrder(nullptr, false, "the answer came late");
+    };
+    road.host.breaches.arm("COrderClient::orderCommands", [&] {
+        std::call_once(first, [&] {
+            isHeld.set_value();
+            std::thread(answerAfterTheEnd).join();
+        });
+    });
+    road.drop("23,0,10.5,600000,100\n");
+    isHeld.get_future().wait();
+    road.service().shutdown();
+    EXPECT_TRUE(road.host.waitForReport("the answer came late"));
 }
 
 } // namespace

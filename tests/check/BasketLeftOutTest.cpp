@@ -48,6 +48,15 @@ TEST_F(BasketLeftOut, RightOrdersBringNoReport) {
     EXPECT_EQ(incidents(), std::vector<std::string>());
 }
 
+TEST_F(BasketLeftOut, InstrumentsWithNothingToTradeAreNotReported) {
+    suspend("SH600001");
+    suspend("SH600002");
+    hold("600002", 0);
+    EXPECT_TRUE(check(basket(34, {{"600001", 0}}), strategy().amount(5000)));
+    EXPECT_TRUE(check(all()));
+    EXPECT_EQ(incidents(), std::vector<std::string>());
+}
+
 TEST_F(BasketLeftOut, CodesThatNameNoStockAreCountedAndTheFirstIsNamed) {
     EXPECT_EQ(onlyIncident(basket(25, {{"600001", 100}, {"600009", 100}, {"x", 100}})),
               "2 600009: the code is not a stock that can be traded");

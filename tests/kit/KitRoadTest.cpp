@@ -228,6 +228,9 @@ TEST_F(KitAudit, WhatComesToNothingIsShown) {
     cancel.m_strCause = QStringLiteral("no such task");
     tellAudit(cancel);
     EXPECT_TRUE(shows("任务 12 未撤销: no such task")) << screen.str();
+    cancel.m_nTaskId = kUnsetInt; // the cancel of an order
+    tellAudit(cancel);
+    EXPECT_TRUE(shows("撤单未成功: no such task")) << screen.str();
 }
 
 TEST_F(KitAudit, WhatIsLeftOutIsShown) {

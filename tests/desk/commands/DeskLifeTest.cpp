@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <sstream>
 
@@ -168,8 +169,12 @@ TEST_F(DeskLife, ThirdCtrlCEndsAStartThatWaits) {
     CDeskOutput output = CDeskOutput::pipe();
     CDeskProcess process(path(), output);
     ASSERT_TRUE(waitUntil([this] { return folder.exists("desk/.lock"); })) << "the start has begun";
+    auto pressed = std::chrono::steady_clock::time_point();
     EXPECT_TRUE(waitUntil([&] {
-        if (!process.hasEnded()) process.send(SIGINT); // one press each tenth of a second
+        const auto now = std::chrono::steady_clock::now();
+        if (now - pressed < std::chrono::milliseconds(200)) return process.hasEnded();
+        pressed = now;
+        if (!process.hasEnded()) process.send(SIGINT);
         return process.hasEnded();
     }));
     EXPECT_TRUE(process.wasEndedBy(SIGINT)) << "not by the end of the wait for the books";

@@ -66,6 +66,23 @@ TEST(StopSignalsDeathTest, CtrlCThatIsSentTwiceIsOneRequest) {
         testing::ExitedWithCode(kAsExpected), "");
 }
 
+/// The first repeat of a held key comes after a pause, so it is a request of its own; the others are not.
+TEST(StopSignalsDeathTest, CtrlCThatIsHeldDownDoesNotEndTheProcess) {
+    EXPECT_EXIT(
+        {
+            CFakeClock clock;
+            const CStopSignals stop;
+            press(clock);
+            press(clock);
+            for (int i = 0; i < 100; ++i) {
+                clock.sleep(0.03);
+                std::raise(SIGINT);
+            }
+            std::_Exit(stop.keepWaiting() ? 2 : kAsExpected);
+        },
+        testing::ExitedWithCode(kAsExpected), "");
+}
+
 TEST(StopSignalsDeathTest, OneCtrlCAfterSigtermEndsTheWait) {
     EXPECT_EXIT(
         {

@@ -88,6 +88,22 @@ TEST_F(JournalFileChanges, DeletedWhileTheDiskIsFullItGoesOnWithCauseAndNumbers)
     expectNumbersAtTheNextStart();
 }
 
+TEST_F(JournalFileChanges, EndWritesWhatWaitsOnceThereIsRoom) {
+    writeNumbers();
+    {
+        const CFullDisk disk(0);
+        EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
+        remove();
+    }
+    EXPECT_TRUE(m_journal.close("test").isSuccess());
+    const CTexts all = lines();
+    ASSERT_GE(all.size(), 3u);
+    EXPECT_EQ(kindOf(all[all.size() - 3]), "resumed");
+    EXPECT_EQ(kindOf(all[all.size() - 2]), "continued");
+    EXPECT_EQ(kindOf(all.back()), "stopped");
+    expectNumbersAtTheNextStart();
+}
+
 TEST_F(JournalFileChanges, MovedWhileTheDiskIsFullItGoesOnWithCauseAndNumbers) {
     writeNumbers();
     {

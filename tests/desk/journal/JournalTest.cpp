@@ -289,6 +289,25 @@ TEST_F(JournalTest, ShortWriteFailsTheJournalUntilAProbeSucceeds) {
     EXPECT_TRUE(m_journal.append("message", kNote).isSuccess());
 }
 
+TEST_F(JournalTest, RecordThatLacksOnlyItsLineEndIsTaken) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    std::int64_t seq = 0;
+    ASSERT_TRUE(m_journal.append("message", kNote, &seq).isSuccess());
+    const std::uintmax_t line = m_folder.lines(kJournalFileName).back().size(); // as long as the next
+    {
+        const CFullDisk disk(size() + line);
+        EXPECT_TRUE(m_journal.append("message", kNote, &seq).isSuccess());
+        EXPECT_TRUE(m_journal.isFailed());
+        EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
+    }
+    ASSERT_TRUE(m_journal.probe().isSuccess());
+    const auto lines = m_folder.lines(kJournalFileName);
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(CJson::parse(lines[2])["seq"], seq);
+    EXPECT_EQ(lastRecord()["kind"], "resumed");
+    EXPECT_EQ(lastRecord()["seq"], seq + 1);
+}
+
 TEST_F(JournalTest, WriteWithoutRoomForAByteLeavesNoTrace) {
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
     const std::string before = m_folder.read(kJournalFileName);
