@@ -11,8 +11,6 @@ namespace {
 
 using namespace TC;
 
-const std::string kOk = "+OK\r\n";
-const std::string kBadLogin = "-ERR User or Pass is Not Right\r\n";
 constexpr std::chrono::milliseconds kNow{0};
 
 class LoginDelay : public SocketFixture {
