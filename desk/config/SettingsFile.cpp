@@ -174,7 +174,7 @@ TradeInterfaceList readText(const std::string& text, CDiagnostics& diagnostics) 
 }
 
 /// Whether what was read back is the record, and not a text in which bytes had to be replaced.
-bool isSame(const TradeInterfaceData& record, const TradeInterfaceData& again) {
+bool isSameInterface(const TradeInterfaceData& record, const TradeInterfaceData& again) {
     const auto isWhole = [](const boost::shared_ptr<knservice::IData>& entry) {
         return entry == nullptr || entry->toBson().isUtf8();
     };
@@ -188,8 +188,9 @@ bool isSame(const TradeInterfaceData& record, const TradeInterfaceData& again) {
 std::string differenceOf(TradeInterfaceList interfaces, const TradeInterfaceList& again) {
     interfaces.remove(nullptr);
     if (interfaces.size() != again.size()) return "an interface has no name that can stand in XML";
-    const auto [found, other] = std::mismatch(interfaces.begin(), interfaces.end(), again.begin(),
-                                              [](const auto& a, const auto& b) { return isSame(*a, *b); });
+    const auto [found, other] =
+        std::mismatch(interfaces.begin(), interfaces.end(), again.begin(),
+                      [](const auto& a, const auto& b) { return isSameInterface(*a, *b); });
     if (found == interfaces.end()) return {};
     return "interface " + inQuotes((*found)->m_strInterface) + " would be read back as something else";
 }

@@ -2,6 +2,7 @@
 
 #include "base/Clock.h"
 #include "desk/journal/Journal.h"
+#include "desk/journal/RecordHeads.h"
 #include "desk/journal/TornLine.h"
 
 #include <sys/stat.h>
@@ -15,7 +16,6 @@ namespace {
 /// The desk looks once a second whether its file is still at the path, and writes into the old one until
 /// then.
 constexpr double kMostLookSeconds = 1.0;
-constexpr std::string_view kContinuedHead = R"({"kind":"continued",)";
 
 /// Whether a desk has gone over to the file.
 bool hasContinued(const std::string& path) {

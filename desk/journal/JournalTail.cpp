@@ -1,6 +1,7 @@
 #include "desk/journal/JournalTail.h"
 
 #include "desk/journal/Json.h"
+#include "desk/journal/RecordHeads.h"
 #include "desk/journal/TornLine.h"
 
 #include <nlohmann/json.hpp>
@@ -18,14 +19,6 @@
 namespace desk {
 namespace {
 
-/// How the lines begin that carry numbers. Asked first, so that a search through a long day of other records
-/// parses none of them.
-constexpr std::string_view kOrderHead = R"({"kind":"order",)";
-constexpr std::string_view kFillHead = R"({"kind":"fill",)";
-constexpr std::string_view kContinuedHead = R"({"kind":"continued",)";
-constexpr std::string_view kStoppedHead = R"({"kind":"stopped",)";
-
-constexpr std::string_view kCommandHead = R"({"kind":"command",)";
 /// The task follows the keys that every line has. Commands without one are not parsed: those that were
 /// refused, and all that older desks wrote.
 constexpr std::string_view kTaskKey = R"("task":)";

@@ -137,7 +137,7 @@ std::string checkRepayment(const CAcceptance& a) {
 }
 
 /// In this order: a rule may rely on those above it.
-constexpr std::string (*kRules[])(const CAcceptance&) = {
+constexpr std::string (*kCoverRules[])(const CAcceptance&) = {
     checkMultiplier, checkOwedMultiplier, checkPosition, checkSharesOwed,
     checkMoneyOwed,  checkUnit,           checkNeeds,    checkRepayment,
 };
@@ -145,7 +145,7 @@ constexpr std::string (*kRules[])(const CAcceptance&) = {
 } // namespace
 
 std::string coverRejection(const CAcceptance& acceptance) {
-    for (const auto rule : kRules) {
+    for (const auto rule : kCoverRules) {
         std::string reason = rule(acceptance);
         if (!reason.empty()) return reason;
     }

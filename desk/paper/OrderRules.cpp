@@ -110,7 +110,7 @@ std::string checkPrice(const CAcceptance& a) {
 }
 
 /// In this order: a rule may rely on those above it.
-constexpr std::string (*kRules[])(const CAcceptance&) = {
+constexpr std::string (*kOrderRules[])(const CAcceptance&) = {
     checkFamily,     checkOperation, checkPlainOrder, checkAccount,
     checkInstrument, checkVolume,    checkPrice,      coverRejection,
 };
@@ -118,7 +118,7 @@ constexpr std::string (*kRules[])(const CAcceptance&) = {
 } // namespace
 
 std::string rejectionReason(const CAcceptance& acceptance) {
-    for (const auto rule : kRules) {
+    for (const auto rule : kOrderRules) {
         std::string reason = rule(acceptance);
         if (!reason.empty()) return reason;
     }

@@ -24,7 +24,7 @@ bool isMoneyRepayment(const CCodeOrderParam& record, const COrderParam& order) {
     return isRepayOrder(order.m_nOrderType) && isDirectRepay(record.m_eOperationType);
 }
 
-bool isPriceGiven(double price) {
+bool isCommandPriceGiven(double price) {
     return std::isfinite(price) && !isInvalidPrice(price) && !isZero(price);
 }
 
@@ -59,14 +59,14 @@ bool isCommandGuardOn() {
 
 std::optional<QString> missingOf(const CCodeOrderParam& record, const COrderParam& order) {
     if (isMoneyRepayment(record, order)) {
-        const bool hasAmount = isPriceGiven(record.m_dQuantity) && record.m_dQuantity > 0;
+        const bool hasAmount = isCommandPriceGiven(record.m_dQuantity) && record.m_dQuantity > 0;
         return hasAmount ? std::nullopt : std::make_optional(QStringLiteral("没有金额"));
     }
     const bool isNamed = !record.m_stock.m_strMarket.empty() && !record.m_stock.m_strCode.empty();
     const bool isContract = isContractEndOrder(order.m_nOrderType) && !record.m_strContractText.empty();
     if (!isNamed && !isContract) return QStringLiteral("没有市场和代码");
     const bool needsPrice = record.m_ePriceType == EPriceType::Specified && isTrade(order.m_nOrderType);
-    if (needsPrice && !isPriceGiven(record.m_dPrice)) return QStringLiteral("没有价格");
+    if (needsPrice && !isCommandPriceGiven(record.m_dPrice)) return QStringLiteral("没有价格");
     if (record.m_nVolume < 1 || isUnset(record.m_nVolume)) return QStringLiteral("没有数量");
     return std::nullopt;
 }

@@ -14,17 +14,17 @@
 namespace TC {
 namespace {
 
-bool resolveCode(CCheckRun& run) {
+bool resolveCreditCode(CCheckRun& run) {
     const bool isFound = resolveStockCode(run.code, EKeyJoin::Plain);
     // Money is repaid without an instrument: whatever stands there is taken along.
     return isFound || run.order.m_nOrderType == kOrderCreditAmount || failCode(run);
 }
 
-bool checkPrice(const CCheckRun& run) {
+bool checkCreditPrice(const CCheckRun& run) {
     return checkPriceType(run) || failPrice(run, QString::fromUtf8(kBadStockPrice), {});
 }
 
-int unitVolumeOfAmount(const CCheckRun& run) {
+int creditVolumeOfAmount(const CCheckRun& run) {
     return roundToUnit(run, volumeOfAmount(run));
 }
 
@@ -37,9 +37,9 @@ constexpr CFamilyCheck creditCheck(ESettingText settingText) {
     family.m_pszTooManyLines = kBadOrderNumber;
     family.m_eSettingText = settingText;
     family.m_eSplitInstrument = ESplitInstrument::Unnamed;
-    family.m_pfnResolveCode = resolveCode;
-    family.m_pfnCheckPrice = checkPrice;
-    family.m_pfnVolumeOfAmount = unitVolumeOfAmount;
+    family.m_pfnResolveCode = resolveCreditCode;
+    family.m_pfnCheckPrice = checkCreditPrice;
+    family.m_pfnVolumeOfAmount = creditVolumeOfAmount;
     family.m_pfnFinishRecord = finishRecord;
     return family;
 }

@@ -31,7 +31,7 @@ bool checkCode(const CCheckRun& run) {
 
 /// Futures go by the quote alone: without one even an order that brings its price is refused, and the user's
 /// price types have no say.
-bool checkPrice(const CCheckRun& run) {
+bool checkFuturePrice(const CCheckRun& run) {
     const EPriceType priceType = run.setting.m_ePriceType;
     const bool isNoNumber =
         priceType == EPriceType::Specified && run.line() != nullptr && !std::isfinite(run.line()->m_dPrice);
@@ -54,7 +54,7 @@ constexpr CFamilyCheck futureCheck(EOrderStrategyTradeType tradeType, ESettingTe
     family.m_eQuoteWait = EQuoteWait::AlsoSpecified;
     family.m_pfnLineIntoSetting = takeLimits;
     family.m_pfnCheckCode = checkCode;
-    family.m_pfnCheckPrice = checkPrice;
+    family.m_pfnCheckPrice = checkFuturePrice;
     family.m_pfnVolumeOfAmount = nullptr;
     family.m_pfnCheckVolumes = checkVolumes;
     return family;

@@ -9,7 +9,7 @@ namespace {
 
 /// Resolves the code of a stock, which locking and unlocking name, and tests it here as well, since only
 /// codes that come with the order are tested. Any other code stays as it came.
-bool resolveCode(CCheckRun& run) {
+bool resolveOptionCode(CCheckRun& run) {
     (void)resolveStockCode(run.code, EKeyJoin::Plain);
     const bool isKnown = isStockLockOrder(run.order.m_nOrderType)
                              ? hostCall<&CExchangeClient::hasStock>(run.code)
@@ -19,7 +19,7 @@ bool resolveCode(CCheckRun& run) {
 
 constexpr CFamilyCheck optionCheck() {
     CFamilyCheck family{EOrderStrategyTradeType::StockOption};
-    family.m_pfnResolveCode = resolveCode;
+    family.m_pfnResolveCode = resolveOptionCode;
     return family;
 }
 

@@ -9,16 +9,16 @@ namespace {
 /// What one unit of the par-priced instruments on SH costs.
 constexpr double kParPrice = 100.0;
 
-bool resolveCode(CCheckRun& run) {
+bool resolveKeyedStockCode(CCheckRun& run) {
     return resolveStockCode(run.code, EKeyJoin::StockKey) || failCode(run);
 }
 
-bool checkPrice(const CCheckRun& run) {
+bool checkStockOrFundPrice(const CCheckRun& run) {
     if (!run.code.isEmpty()) return checkStockPrice(run);
     return checkPriceType(run) || failCheck(run, QStringLiteral("[%1]　证券代码为空, 无法下单!"));
 }
 
-int unitVolumeOfAmount(const CCheckRun& run) {
+int stockVolumeOfAmount(const CCheckRun& run) {
     const CStockInfo& stock = run.stock();
     // The type is kept for SH alone, and the same six digits on SZ are another instrument with a real price.
     const bool isParPriced = stock.m_strMarket == "SH" &&
@@ -39,9 +39,9 @@ void finishFundRecord(const CCheckRun& run, int volume, CCodeOrderParam& record)
 constexpr CFamilyCheck stockCheck() {
     CFamilyCheck family{EOrderStrategyTradeType::Stock};
     family.m_eSettingText = ESettingText::OrderKindThenPlain;
-    family.m_pfnResolveCode = resolveCode;
-    family.m_pfnCheckPrice = checkPrice;
-    family.m_pfnVolumeOfAmount = unitVolumeOfAmount;
+    family.m_pfnResolveCode = resolveKeyedStockCode;
+    family.m_pfnCheckPrice = checkStockOrFundPrice;
+    family.m_pfnVolumeOfAmount = stockVolumeOfAmount;
     family.m_pfnFinishRecord = finishFundRecord;
     return family;
 }

@@ -155,13 +155,13 @@ TEST(BsonText, BytesThatAreNotUtf8BecomeTheReplacementCharacter) {
     EXPECT_EQ(object.jsonString(), "{ \"a\" : \"x\xEF\xBF\xBDy\" }");
 }
 
-struct CDoubleRow {
+struct CDoubleText {
     double value;
     const char* text;
 };
 
 TEST(BsonText, DoublesHaveTheShortestTextThatReadsBackEqual) {
-    const CDoubleRow rows[] = {
+    const CDoubleText rows[] = {
         {0, "0"},
         {-0.0, "0"},
         {5, "5"},
@@ -178,7 +178,7 @@ TEST(BsonText, DoublesHaveTheShortestTextThatReadsBackEqual) {
         {std::numeric_limits<double>::max(), "1.7976931348623157e+308"},
         {std::numeric_limits<double>::denorm_min(), "5e-324"},
     };
-    for (const CDoubleRow& row : rows) {
+    for (const CDoubleText& row : rows) {
         const std::string text = bson::BSONObjBuilder().append("d", row.value).obj().jsonString();
         EXPECT_EQ(text, std::string("{ \"d\" : ") + row.text + " }");
         EXPECT_EQ(rewritten(text), text);

@@ -6,11 +6,11 @@ namespace {
 
 using namespace TC;
 
-const QString kCode = QStringLiteral("SH600000");
-
 /// A family of its own, with the stock family's numbers and setting and with no step that may be left out.
 class CheckFrame : public CheckFixture {
 protected:
+    inline static const QString kCode = QStringLiteral("SH600000");
+
     bool check(const COrderParam& order, const COrderStrategyParam& strategy = CStrategyBuilder()) {
         CCheckRun run{family, service, order, strategy, codes, weights};
         return runFamilyCheck(run);

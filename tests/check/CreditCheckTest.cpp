@@ -7,10 +7,10 @@ namespace {
 
 using namespace TC;
 
-const QString kCode = QStringLiteral("600000");
-
 class CreditCheck : public FamilyFixture {
 protected:
+    inline static const QString kCode = QStringLiteral("600000");
+
     CreditCheck()
         : FamilyFixture(EOrderStrategyTradeType::Credit, &COrderServiceBase::checkAndFillOrderCredit) {}
 

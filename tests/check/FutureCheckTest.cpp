@@ -8,7 +8,6 @@ namespace {
 
 using namespace TC;
 
-const QString kCode = QStringLiteral("IF2601");
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// The two families of contracts that are opened and closed.
@@ -28,6 +27,8 @@ void PrintTo(const CContractCase& contract, std::ostream* out) {
 
 class FutureCheck : public FamilyFixture, public testing::WithParamInterface<CContractCase> {
 protected:
+    inline static const QString kCode = QStringLiteral("IF2601");
+
     FutureCheck() : FamilyFixture(GetParam().family, GetParam().check) {
         host.exchange.addOther(GetParam().list, kCode);
         addQuote(kCode, 3500);

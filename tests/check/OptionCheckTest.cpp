@@ -4,10 +4,10 @@ namespace {
 
 using namespace TC;
 
-const QString kCode = QStringLiteral("10000001");
-
 class OptionCheck : public FamilyFixture {
 protected:
+    inline static const QString kCode = QStringLiteral("10000001");
+
     OptionCheck()
         : FamilyFixture(EOrderStrategyTradeType::StockOption, &COrderServiceBase::checkAndFillOrderOption) {
         host.exchange.addOther("option", kCode);

@@ -10,6 +10,4 @@ target_include_directories(desk_paper_tests PRIVATE "${PROJECT_SOURCE_DIR}")
 target_link_libraries(desk_paper_tests PRIVATE desk_commands desk_host desk_journal desk_paper OrderService::gates
     PkgConfig::sqlite3 GTest::gtest GTest::gtest_main)
 orderservice_own_code(desk_paper_tests)
-
-include(GoogleTest)
-gtest_discover_tests(desk_paper_tests DISCOVERY_TIMEOUT 60)
+orderservice_add_tests(desk_paper_tests)

@@ -17,7 +17,7 @@ namespace {
 
 using CKeys = std::set<std::string>;
 
-const std::string kPage = std::string(SOURCE_DIR) + "/docs/desk.md";
+const std::string kDeskPage = std::string(SOURCE_DIR) + "/docs/desk.md";
 
 /// A folder with a key that no table knows in each of its tables, so that the mistakes name those that are.
 const char* const kDeskToml = R"(no_key = 1
@@ -57,7 +57,7 @@ void insertSpans(const std::string& cell, CKeys& keys) {
 /// The code spans of a column.
 CKeys column(const std::string& heading, const std::string& head) {
     CKeys keys;
-    for (const CTableRow& row : readTable(kPage, heading))
+    for (const CTableRow& row : readTable(kDeskPage, heading))
         insertSpans(row.at(head), keys);
     return keys;
 }
@@ -67,7 +67,7 @@ CKeys column(const std::string& heading, const std::string& head) {
 std::map<std::string, CKeys> keysOfThePage() {
     std::map<std::string, CKeys> keys;
     std::string table;
-    for (const CTableRow& row : readTable(kPage, "### desk.toml")) {
+    for (const CTableRow& row : readTable(kDeskPage, "### desk.toml")) {
         if (!row.at("Table").empty()) table = codeSpans(row.at("Table")).at(0);
         insertSpans(row.at("Key"), keys[table]);
     }
@@ -97,7 +97,7 @@ TEST(DeskPage, HasTheKeysOfDeskToml) {
 TEST(DeskPage, HasTheKeysOfRows) {
     const std::map<std::string, CKeys> code = keysOfTheCode();
     CKeys basket, portfolio;
-    for (const CTableRow& row : readTable(kPage, "### Baskets and portfolios")) {
+    for (const CTableRow& row : readTable(kDeskPage, "### Baskets and portfolios")) {
         if (!row.at("Of a basket").empty()) insertSpans(row.at("Key of a row"), basket);
         if (!row.at("Of a portfolio").empty()) insertSpans(row.at("Key of a row"), portfolio);
     }
@@ -129,7 +129,7 @@ std::string startOf(const std::string& family, TC::EOrderStrategyTradeType trade
 
 TEST(DeskPage, HasTheSettingsThatFamiliesStartFrom) {
     std::map<std::string, std::string> onPage, inCode;
-    for (const CTableRow& row : readTable(kPage, "### Settings of the families")) {
+    for (const CTableRow& row : readTable(kDeskPage, "### Settings of the families")) {
         for (const std::string& family : codeSpans(row.at("`family`")))
             onPage[family] = row.at("Starts from");
     }
@@ -160,7 +160,7 @@ std::vector<std::string> wordsOfCell(const std::string& cell) {
 
 TEST(DeskPage, HasThePriceTypesWithTheirNumbers) {
     std::map<std::string, int> onPage;
-    for (const CTableRow& row : readTable(kPage, "### Price types")) {
+    for (const CTableRow& row : readTable(kDeskPage, "### Price types")) {
         const std::vector<std::string> words = wordsOfCell(row.at("Word"));
         const std::vector<int> numbers = numbersOfCell(row.at("Number"));
         ASSERT_EQ(words.size(), numbers.size()) << row.at("Word");

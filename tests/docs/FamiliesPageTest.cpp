@@ -3,7 +3,7 @@
 #include "records/Families.h"
 #include "tests/docs/FamilyProbe.h"
 #include "tests/docs/FamilyRoad.h"
-#include "tests/docs/PageTable.h"
+#include "tests/docs/Pages.h"
 
 #include <gtest/gtest.h>
 
@@ -20,14 +20,8 @@ namespace {
 
 using namespace TC;
 
-const std::string kPage = std::string(SOURCE_DIR) + "/docs/families.md";
-
-std::vector<CTableRow> familyRows() {
-    return readTable(kPage, "## Side by side");
-}
-
 std::vector<CTableRow> texts() {
-    return readTable(kPage, "## Texts");
+    return readTable(kFamiliesPage, "## Texts");
 }
 
 const CFamily& familyOf(const std::string& number) {
@@ -208,7 +202,7 @@ std::set<QString> textsOfTheCode() {
 
 TEST(FamiliesPage, EveryTextOfTheCodeIsOnThePage) {
     std::vector<CTableRow> all = texts();
-    const std::vector<CTableRow> special = readTable(kPage, "## Texts of special cases");
+    const std::vector<CTableRow> special = readTable(kFamiliesPage, "## Texts of special cases");
     all.insert(all.end(), special.begin(), special.end());
     const std::set<QString> ofTheCode = textsOfTheCode();
     EXPECT_GE(ofTheCode.size(), 15u);

@@ -1,6 +1,6 @@
 // Compares the words of docs/families.md with what the family checks do when they are driven.
 #include "tests/docs/FamilyProbe.h"
-#include "tests/docs/PageTable.h"
+#include "tests/docs/Pages.h"
 
 #include <gtest/gtest.h>
 
@@ -11,12 +11,6 @@
 namespace {
 
 using namespace TC;
-
-const std::string kPage = std::string(SOURCE_DIR) + "/docs/families.md";
-
-std::vector<CTableRow> familyRows() {
-    return readTable(kPage, "## Side by side");
-}
 
 /// The parts of "word; 3-4, 7 other word; ...".
 std::vector<std::string> partsOf(const std::string& cell) {
@@ -53,7 +47,7 @@ std::set<int> numbersIn(const std::string& cell) {
 /// The words of a section's table: each with its row, without the column of the word itself.
 std::map<std::string, CTableRow> vocabulary(const std::string& heading) {
     std::map<std::string, CTableRow> words;
-    for (CTableRow row : readTable(kPage, heading)) {
+    for (CTableRow row : readTable(kFamiliesPage, heading)) {
         const std::string word = row.at("Word");
         row.erase("Word");
         EXPECT_TRUE(words.emplace(word, row).second) << word << " stands twice under " << heading;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/docs/PageTable.h"
+#include "tests/docs/Pages.h"
 
 #include <set>
 
@@ -42,7 +42,7 @@ inline std::set<int> grammarNumbers() {
 /// The trade types of the families that families.md names.
 inline std::map<std::string, std::string> familyNumbers() {
     std::map<std::string, std::string> numbers;
-    for (const CTableRow& row : readTable(std::string(SOURCE_DIR) + "/docs/families.md", "## Side by side"))
+    for (const CTableRow& row : familyRows())
         numbers[row.at("Family")] = listOf(row.at("Number")).at(0);
     return numbers;
 }

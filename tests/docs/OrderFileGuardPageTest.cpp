@@ -1,7 +1,7 @@
 // Does what docs/order-file.md tells about damaged and incomplete files, with the file service itself.
 #include "intake/FileService.h"
 #include "tests/docs/FencedBlocks.h"
-#include "tests/docs/PageTable.h"
+#include "tests/docs/Pages.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
 #include "tests/support/FakeClock.h"
@@ -20,8 +20,6 @@
 namespace {
 
 using namespace TC;
-
-const std::string kPage = std::string(SOURCE_DIR) + "/docs/order-file.md";
 
 /// The bytes that a cell of the page's table stands for.
 std::string bytesOf(std::string text) {
@@ -45,7 +43,7 @@ protected:
         service.tryOrder();
     }
     static std::string readPage() {
-        std::ifstream stream(kPage);
+        std::ifstream stream(kOrderFilePage);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
     /// Runs a block of the page in the folder that holds orders/.
@@ -62,7 +60,7 @@ protected:
 };
 
 TEST_F(OrderFileGuardPage, EveryFileOfTheTableIsRefusedForItsReason) {
-    const std::vector<CTableRow> rows = readTable(kPage, "## Damaged and incomplete files");
+    const std::vector<CTableRow> rows = readTable(kOrderFilePage, "## Damaged and incomplete files");
     for (const CTableRow& row : rows) {
         const std::vector<std::string> spans = codeSpans(row.at("File"));
         const std::string bytes = spans.empty() ? "" : bytesOf(spans[0]);
@@ -78,7 +76,8 @@ TEST_F(OrderFileGuardPage, EveryFileOfTheTableIsRefusedForItsReason) {
 
 TEST_F(OrderFileGuardPage, WithoutTheGuardTheFirstFileIsOneOrder) {
     host.switches.on.erase("mdl_order_file_guard");
-    give(bytesOf(codeSpans(readTable(kPage, "## Damaged and incomplete files").at(0).at("File")).at(0)));
+    give(bytesOf(
+        codeSpans(readTable(kOrderFilePage, "## Damaged and incomplete files").at(0).at("File")).at(0)));
     const QVector<COrderParam> orders = gate.batches.at(0);
     ASSERT_EQ(orders.size(), 1);
     EXPECT_EQ(orders[0].m_orders.at(0).m_nVolume, 10024);
@@ -111,7 +110,7 @@ TEST_F(OrderFileGuardPage, SymbolicLinkIsMovedAndNotTheFileItLeadsTo) {
 /// refused and has been corrected.
 TEST_F(OrderFileGuardPage, ShellBlocksHandFilesOver) {
     std::vector<std::string> blocks;
-    for (const CFencedBlock& block : readFencedBlocks(kPage)) {
+    for (const CFencedBlock& block : readFencedBlocks(kOrderFilePage)) {
         if (block.info == "sh") blocks.push_back(block.text);
     }
     ASSERT_EQ(blocks.size(), 2u);

@@ -3,7 +3,7 @@
 #include "tests/docs/FamilyRoad.h"
 #include "tests/docs/FencedBlocks.h"
 #include "tests/docs/NumberTable.h"
-#include "tests/docs/PageTable.h"
+#include "tests/docs/Pages.h"
 #include "tests/intake/FakeLinePort.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -61,14 +61,12 @@ std::string outcomeOf(const std::string& lines) {
     return port.log.str();
 }
 
-const std::string kPage = std::string(SOURCE_DIR) + "/docs/order-file.md";
-
-std::vector<CNumberExample> numberExamples() {
-    return readNumbers(kPage, "## All numbers", "2");
+std::vector<CNumberExample> fileExamples() {
+    return readNumbers(kOrderFilePage, "## All numbers", "2");
 }
 
 TEST(OrderFilePage, EveryExampleGivesTheOrdersBelowIt) {
-    const auto blocks = readFencedBlocks(kPage);
+    const auto blocks = readFencedBlocks(kOrderFilePage);
     int examples = 0;
     for (std::size_t i = 0; i + 1 < blocks.size(); ++i) {
         if (blocks[i].info != "order-file") continue;
@@ -80,7 +78,7 @@ TEST(OrderFilePage, EveryExampleGivesTheOrdersBelowIt) {
 }
 
 TEST(OrderFilePage, EveryLineWithoutEffectHasItsReason) {
-    const std::vector<CTableRow> rows = readTable(kPage, "## Lines without effect");
+    const std::vector<CTableRow> rows = readTable(kOrderFilePage, "## Lines without effect");
     for (const CTableRow& row : rows) {
         const COrderStrategyParam strategy;
         CPagePort port;
@@ -98,7 +96,7 @@ TEST(OrderFilePage, EveryLineWithoutEffectHasItsReason) {
 
 TEST(OrderFilePage, EveryNumberGivesItsOrder) {
     std::set<int> numbers;
-    for (const CNumberExample& example : numberExamples()) {
+    for (const CNumberExample& example : fileExamples()) {
         EXPECT_EQ(outcomeOf(example.lines), example.order) << example.lines;
         numbers.insert(example.number);
     }
@@ -114,7 +112,7 @@ TEST(OrderFilePage, EveryNumberGoesOutWhereThePageSaysSo) {
         road.addStrategy(++channel, number, CFamilyRoad::wordsOf(family));
         channels[family] = channel;
     }
-    for (const CNumberExample& example : numberExamples()) {
+    for (const CNumberExample& example : fileExamples()) {
         const auto log = road.drop(channels.at(example.family), example.lines);
         const std::string command = findLine(log, "command ");
         EXPECT_EQ(!command.empty(), example.goesOut) << example.family << ": " << example.lines;

@@ -21,7 +21,7 @@ namespace {
 
 using namespace TC;
 
-constexpr const char* kPage = "/docs/socket-protocol.md";
+constexpr const char* kSocketPage = "/docs/socket-protocol.md";
 constexpr const char* kServerCloses = "S closes";
 
 std::string dropPrefix(const std::string& text, const std::string& prefix) {
@@ -41,7 +41,9 @@ protected:
         }));
     }
 
-    static std::vector<CFencedBlock> blocks() { return readFencedBlocks(std::string(SOURCE_DIR) + kPage); }
+    static std::vector<CFencedBlock> blocks() {
+        return readFencedBlocks(std::string(SOURCE_DIR) + kSocketPage);
+    }
 
     /// A listener of the kind that the words behind `conversation` name.
     void startFor(const std::string& words) {
@@ -149,13 +151,13 @@ TEST_F(SocketProtocolPage, EveryLineGivesTheOrderBelowIt) {
     EXPECT_GE(examples, 40);
 }
 
-std::vector<CNumberExample> numberExamples() {
-    return readNumbers(std::string(SOURCE_DIR) + kPage, "### All numbers", "1");
+std::vector<CNumberExample> socketExamples() {
+    return readNumbers(std::string(SOURCE_DIR) + kSocketPage, "### All numbers", "1");
 }
 
 TEST_F(SocketProtocolPage, EveryNumberGivesItsOrder) {
     std::set<int> numbers;
-    for (const CNumberExample& example : numberExamples()) {
+    for (const CNumberExample& example : socketExamples()) {
         const std::string line = example.lines.substr(0, example.lines.size() - 1);
         EXPECT_EQ(outcomeOf("placeorder " + line) + "\n", example.order) << line;
         numbers.insert(example.number);
@@ -167,7 +169,7 @@ TEST_F(SocketProtocolPage, EveryNumberGivesItsOrder) {
 void expectNumbersOf(const std::string& family, const std::string& number) {
     CFamilyRoad road;
     road.addStrategy(3, number, "socket " + CFamilyRoad::wordsOf(family));
-    for (const CNumberExample& example : numberExamples()) {
+    for (const CNumberExample& example : socketExamples()) {
         if (example.family != family) continue;
         const std::string line = example.lines.substr(0, example.lines.size() - 1);
         const auto log = road.send(3, "placeorder " + line);
@@ -211,25 +213,26 @@ TEST(SocketProtocolFigures, ArePrintedOnThePageAsTheyAre) {
     const std::string delayed = figure(CFailedLogins::kMaxDelayed);
     ASSERT_EQ(CSocketGuard::kMaxFailedLogins, 10);
     ASSERT_EQ(CFailedLogins::kFree, 3);
-    expectTexts(kPage, {"of more than " + figure(CSocketGuard::kMaxLine) + " bytes with CR LF",
-                        "where " + figure(CSocketGuard::kMaxConnections) + " connections are open",
-                        "instead of the tenth failed reply in a row",
-                        "if " + delayed + " connections of one address already",
-                        figure(CSocketGuard::kLoginSeconds) + " seconds after connecting",
-                        "At most " + figure(CSocketGuard::kMaxEnding) + " closed connections",
-                        "If more than " + figure(CSocketGuard::kMaxEnding) + " wait",
-                        "After three failed logins from one address",
-                        "after " + figure(CFailedLogins::kFirstDelay) + " seconds, then 1, 2 and at most " +
-                            figure(CFailedLogins::kLastDelay) + ".",
-                        "take up to " + figure(CFailedLogins::kLastDelay) + " seconds",
-                        "At most " + delayed + " connections of an address wait",
-                        "about " + figure(CFailedLogins::kMaxDelayed / CFailedLogins::kLastDelay) +
-                            " passwords a second",
-                        "If all " + delayed + " places are taken",
-                        "At most " + figure(room) + " orders and cancels of the other connections",
-                        "at most " + figure(share) + " of any one connection",
-                        "so " + figure(room) + " orders of others without a quote hold yours up for " +
-                            figure(room * quoteSeconds) + " seconds"});
+    expectTexts(
+        kSocketPage,
+        {"of more than " + figure(CSocketGuard::kMaxLine) + " bytes with CR LF",
+         "where " + figure(CSocketGuard::kMaxConnections) + " connections are open",
+         "instead of the tenth failed reply in a row",
+         "if " + delayed + " connections of one address already",
+         figure(CSocketGuard::kLoginSeconds) + " seconds after connecting",
+         "At most " + figure(CSocketGuard::kMaxEnding) + " closed connections",
+         "If more than " + figure(CSocketGuard::kMaxEnding) + " wait",
+         "After three failed logins from one address",
+         "after " + figure(CFailedLogins::kFirstDelay) + " seconds, then 1, 2 and at most " +
+             figure(CFailedLogins::kLastDelay) + ".",
+         "take up to " + figure(CFailedLogins::kLastDelay) + " seconds",
+         "At most " + delayed + " connections of an address wait",
+         "about " + figure(CFailedLogins::kMaxDelayed / CFailedLogins::kLastDelay) + " passwords a second",
+         "If all " + delayed + " places are taken",
+         "At most " + figure(room) + " orders and cancels of the other connections",
+         "at most " + figure(share) + " of any one connection",
+         "so " + figure(room) + " orders of others without a quote hold yours up for " +
+             figure(room * quoteSeconds) + " seconds"});
 }
 
 TEST(SocketProtocolFigures, ArePrintedOnTheDesksPageAsTheyAre) {

@@ -13,12 +13,12 @@ namespace {
 using TC::COrderCredit;
 using CTickets = std::vector<COrderCredit::CTicket>;
 
-constexpr int kRoom = COrderCredit::kMostRoom;
-constexpr int kShare = kRoom / 2;
-constexpr int kTurn = kRoom / 4;
-
 class OrderCredit : public testing::Test {
 protected:
+    static constexpr int kRoom = COrderCredit::kMostRoom;
+    static constexpr int kShare = kRoom / 2;
+    static constexpr int kTurn = kRoom / 4;
+
     COrderCredit::CAccountPtr open(const std::string& name) {
         return credit->open([this, name] { woken.push_back(name); });
     }

@@ -15,7 +15,6 @@ using namespace TC;
 
 constexpr std::size_t kRoom = COrderCredit::kMostRoom;
 constexpr std::size_t kShare = kRoom / 2;
-const std::string kOk = "+OK\r\n";
 
 std::string orderLine(int volume) {
     return "placeorder 23,3,10.5,600000," + std::to_string(volume) + "\r\n";

@@ -12,11 +12,8 @@ namespace {
 
 using namespace TC;
 
-const std::string kOk = "+OK\r\n";
 const std::string kBadCommand = "-ERR Bad Command\r\n";
 const std::string kBadParam = "-ERR Bad Param\r\n";
-const std::string kBadLogin = "-ERR User or Pass is Not Right\r\n";
-const std::string kNoLogin = "-ERR User Not Login\r\n";
 
 class OrderSocketServer : public SocketFixture {};
 

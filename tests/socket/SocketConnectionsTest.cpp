@@ -9,10 +9,6 @@
 
 namespace {
 
-const std::string kOk = "+OK\r\n";
-const std::string kBadLogin = "-ERR User or Pass is Not Right\r\n";
-const std::string kNoLogin = "-ERR User Not Login\r\n";
-
 class SocketConnections : public SocketFixture {};
 
 TEST_F(SocketConnections, ConnectionsMayBreakAtAnyByte) {

@@ -21,6 +21,10 @@
 
 /// The reply that every connection begins with.
 inline const std::string kGreeting = "+OK Welcom to Lumo Order Server Version 0.0.3\r\n";
+/// The replies that most tests wait for.
+inline const std::string kOk = "+OK\r\n";
+inline const std::string kBadLogin = "-ERR User or Pass is Not Right\r\n";
+inline const std::string kNoLogin = "-ERR User Not Login\r\n";
 
 /// A listener on a port of the system's choice, with the login "trader", "secret" unless a test says
 /// otherwise.

@@ -2,6 +2,7 @@
 #include "desk/config/Kinds.h"
 #include "records/Families.h"
 #include "tests/desk/config/ConfigFolder.h"
+#include "tests/desk/config/Spoiled.h"
 
 #include <gtest/gtest.h>
 
@@ -92,20 +93,7 @@ TEST(FamilyFolder, ACreditAccountHasItsLimit) {
     EXPECT_EQ(config.accounts.at(1).creditLimit, 500.5);
 }
 
-/// One way to spoil the folder, and the one line that must tell it.
-struct CSpoiled {
-    const char* name;
-    const char* file;
-    const char* what;
-    const char* by;
-    const char* expected;
-};
-
-void PrintTo(const CSpoiled& row, std::ostream* out) {
-    *out << row.name;
-}
-
-class FamilyMistake : public testing::TestWithParam<CSpoiled> {};
+class FamilyMistake : public testing::TestWithParam<test::CSpoiled> {};
 
 TEST_P(FamilyMistake, IsToldByFileAndLine) {
     const CFamilyFolder folder;
@@ -113,7 +101,7 @@ TEST_P(FamilyMistake, IsToldByFileAndLine) {
     EXPECT_EQ(folder.mistakes(), Mistakes{GetParam().expected});
 }
 
-const CSpoiled kRows[] = {
+const test::CSpoiled kFamilyRows[] = {
     {"UnknownKind", "instruments.csv", ",100,stock", ",100,share",
      "instruments.csv:3: kind is \"share\"; expected one of future, future_option, gold, hgt, neeq, sgt, "
      "stock, "
@@ -162,11 +150,8 @@ const CSpoiled kRows[] = {
     {"CodeOfAnotherFamily", "strategies.toml", "\"IF2609\"", "\"10005001\"",
      "strategies.toml:16: strategy: code \"10005001\" is of a kind that the family does not trade"},
 };
-std::string nameOf(const testing::TestParamInfo<CSpoiled>& row) {
-    return row.param.name;
-}
 
-INSTANTIATE_TEST_SUITE_P(InAFolder, FamilyMistake, testing::ValuesIn(kRows), nameOf);
+INSTANTIATE_TEST_SUITE_P(InAFolder, FamilyMistake, testing::ValuesIn(kFamilyRows), test::nameOf);
 
 TEST(Kinds, EveryFamilyTradesSomethingAndItsAccountsHoldNothingElse) {
     for (std::size_t i = 0; i < TC::kFamilyCount; ++i) {

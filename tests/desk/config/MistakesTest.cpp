@@ -1,4 +1,5 @@
 #include "tests/desk/config/ConfigFolder.h"
+#include "tests/desk/config/Spoiled.h"
 
 #include <gtest/gtest.h>
 
@@ -9,20 +10,7 @@
 namespace desk {
 namespace {
 
-/// One way to spoil a folder, and the one line that must tell it.
-struct CSpoiled {
-    const char* name;
-    const char* file;
-    const char* what;
-    const char* by;
-    const char* expected;
-};
-
-void PrintTo(const CSpoiled& row, std::ostream* out) {
-    *out << row.name;
-}
-
-class DeskMistake : public testing::TestWithParam<CSpoiled> {};
+class DeskMistake : public testing::TestWithParam<test::CSpoiled> {};
 
 TEST_P(DeskMistake, IsToldByFileLineAndWhatWasExpected) {
     const test::CConfigFolder folder;
@@ -30,11 +18,7 @@ TEST_P(DeskMistake, IsToldByFileLineAndWhatWasExpected) {
     EXPECT_EQ(folder.mistakes(), std::vector<std::string>{GetParam().expected});
 }
 
-std::string nameOf(const testing::TestParamInfo<CSpoiled>& info) {
-    return info.param.name;
-}
-
-const CSpoiled kDeskRows[] = {
+const test::CSpoiled kDeskRows[] = {
     {"UnknownTable", "desk.toml", "[settings.stock]", "[setings]\n[settings.stock]",
      "desk.toml:25: desk.toml: unknown key \"setings\"; expected one of account, basket, desk, group, "
      "portfolio, settings, socket, switches, user"},
@@ -156,9 +140,9 @@ const CSpoiled kDeskRows[] = {
      "desk.toml:23: basket.rows: instrument \"SH600009\" is unknown; expected market and code of a stock in "
      "instruments.csv"},
 };
-INSTANTIATE_TEST_SUITE_P(InDeskToml, DeskMistake, testing::ValuesIn(kDeskRows), nameOf);
+INSTANTIATE_TEST_SUITE_P(InDeskToml, DeskMistake, testing::ValuesIn(kDeskRows), test::nameOf);
 
-const CSpoiled kStrategyRows[] = {
+const test::CSpoiled kStrategyRows[] = {
     {"UnknownKey", "strategies.toml", "running = true", "runing = true",
      "strategies.toml:8: strategy: unknown key \"runing\"; expected one of account, account_mode, "
      "amount, by_percent, channel, code, command_flag, family, first_limit, first_limit_on, further1, "
@@ -229,9 +213,9 @@ const CSpoiled kStrategyRows[] = {
     {"NoTables", "strategies.toml", "[[strategy]]\nchannel = 1\n", "[other]\nchannel = 1\n",
      "strategies.toml:1: strategies.toml: unknown key \"other\"; expected one of strategy"},
 };
-INSTANTIATE_TEST_SUITE_P(InStrategies, DeskMistake, testing::ValuesIn(kStrategyRows), nameOf);
+INSTANTIATE_TEST_SUITE_P(InStrategies, DeskMistake, testing::ValuesIn(kStrategyRows), test::nameOf);
 
-const CSpoiled kTableRows[] = {
+const test::CSpoiled kTableRows[] = {
     {"NoMarket", "instruments.csv", "SZ,000001", ",SZ000001",
      "instruments.csv:3: expected a market and a code"},
     {"InstrumentTwice", "instruments.csv", "SH,600000,", "SZ,000001,甲,,100,,\nSH,600000,",
@@ -280,7 +264,7 @@ const CSpoiled kTableRows[] = {
      "positions.csv:2: available is more than volume"},
     {"NegativeCost", "positions.csv", "9.5", "-9.5", "positions.csv:2: cost must not be negative"},
 };
-INSTANTIATE_TEST_SUITE_P(InTables, DeskMistake, testing::ValuesIn(kTableRows), nameOf);
+INSTANTIATE_TEST_SUITE_P(InTables, DeskMistake, testing::ValuesIn(kTableRows), test::nameOf);
 
 TEST(DeskMistakes, MalformedTomlIsToldByItsLine) {
     const test::CConfigFolder folder;

@@ -80,8 +80,8 @@ TEST(Market, TheListenerSeesTheNewQuoteAndMayAskForIt) {
 
 TEST(Market, QuotesAreWholeWhileTheyChange) {
     std::vector<CQuoteChange> changes;
-    constexpr int kChanges = 2000;
-    for (int i = 1; i <= kChanges; ++i) {
+    constexpr int kChangeCount = 2000;
+    for (int i = 1; i <= kChangeCount; ++i) {
         CQuoteEntry entry = quote("SH600000", i);
         entry.previousClose = i;
         changes.push_back({static_cast<double>(i), entry});
@@ -91,11 +91,11 @@ TEST(Market, QuotesAreWholeWhileTheyChange) {
     CMarket market({instrument("SH", "600000")}, {first}, changes);
     int torn = 0;
     std::thread reader([&] {
-        for (auto now = market.quote("SH600000"); now->last < kChanges; now = market.quote("SH600000")) {
+        for (auto now = market.quote("SH600000"); now->last < kChangeCount; now = market.quote("SH600000")) {
             if (now->last != now->previousClose) ++torn;
         }
     });
-    for (int i = 1; i <= kChanges; ++i)
+    for (int i = 1; i <= kChangeCount; ++i)
         market.applyChanges(i, [](const std::string&) {});
     reader.join();
     EXPECT_EQ(torn, 0);

@@ -9,7 +9,6 @@ using namespace desk::test;
 
 namespace {
 
-constexpr EFamily kCredit = EFamily::Credit;
 constexpr double kSmallFunds = 300;
 constexpr double kSmallLimit = 1200;
 constexpr double kPrice = 10;

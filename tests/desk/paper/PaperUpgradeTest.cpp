@@ -178,7 +178,6 @@ TEST_F(PaperUpgrade, MultiplierThatChangesWhileTheDeskRunsBooksNothing) {
 }
 
 TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderSharesOwedIsRefused) {
-    constexpr EFamily kCredit = EFamily::Credit;
     setMultiplier(kCredit, 10);
     openFamilies();
     ASSERT_EQ(outcomeOf(kCredit, 21, 10, 10), "filled");
@@ -199,7 +198,6 @@ TEST_F(PaperUpgrade, MultiplierThatHasChangedUnderSharesOwedIsRefused) {
 }
 
 TEST_F(PaperUpgrade, MultiplierThatChangesUnderSharesOwedRejectsWhatMovesThem) {
-    constexpr EFamily kCredit = EFamily::Credit;
     outcomeOf(kCredit, 18, 100, 10);
     startDay("20260105");
     startDay("20260106");

@@ -13,6 +13,7 @@ namespace desk::test {
 class StoredDesk : public FamilyDesk {
 protected:
     static constexpr EFamily kFuture = EFamily::FutureSpeculation;
+    static constexpr EFamily kCredit = EFamily::Credit;
 
     template<typename... A>
     static std::string join(const std::string& head, A... numbers) {
