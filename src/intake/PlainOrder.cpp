@@ -2,7 +2,7 @@
 
 #include "base/StrictNumber.h"
 #include "base/Text.h"
-#include "records/OrderTypes.h"
+#include "records/OrderNumbers.h"
 #include "records/PriceCommands.h"
 
 namespace TC {
@@ -74,10 +74,9 @@ std::size_t readPriceCommand(const CFields& fields, std::size_t next, const CLin
     return next + 1;
 }
 
-void parseOptionForm(const CFields& fields, std::size_t next, const CLineSource& source, COrderParam& order) {
-    // 56 and 57 lock and unlock the underlying and may come without any field.
-    constexpr int kLastWithFields = 55;
-    if (order.m_nOrderType <= kLastWithFields && !fields.has(next)) return;
+void parseOptionForm(const CFields& fields, std::size_t next, const CLineSource& source, bool mayLackFields,
+                     COrderParam& order) {
+    if (!mayLackFields && !fields.has(next)) return;
     COrderSingleParam& line = addLine(order);
     const std::size_t price = readPriceCommand(fields, next, source, line);
     if (fields.has(price)) line.m_dPrice = strictDouble(fields[price]);
@@ -115,11 +114,11 @@ COrderParam parsePlainOrder(const CFields& fields, const CLineSource& source) {
         const int channel = strictInt(fields[1]);
         if (!isUniversal(channel)) order.m_nChannel = channel;
     }
-    const COrderTypeRow* row = findOrderTypeRow(order.m_nOrderType);
+    const COrderNumber* row = findOrderNumber(order.m_nOrderType);
     if (row == nullptr) return order;
-    if (row->m_nTradeTypeOverride != -1) order.m_nTradeTypeOverride = row->m_nTradeTypeOverride;
+    order.m_nTradeTypeOverride = static_cast<int>(row->m_eLineFamily);
     const std::size_t next = firstOrderField(source);
-    switch (row->m_eForm) {
+    switch (row->m_eLineForm) {
     case EOrderLineForm::Future:
         parseFutureForm(fields, next, order);
         break;
@@ -130,7 +129,7 @@ COrderParam parsePlainOrder(const CFields& fields, const CLineSource& source) {
         parseAmountForm(fields, next, order);
         break;
     case EOrderLineForm::Option:
-        parseOptionForm(fields, next, source, order);
+        parseOptionForm(fields, next, source, row->has(kFlagMayLackFields), order);
         break;
     case EOrderLineForm::Whole:
     case EOrderLineForm::None:

@@ -7,25 +7,16 @@
 
 namespace TC {
 
-/// An inclusive run of order-type numbers.
-struct COrderNumberRange {
-    int m_nFirst;
-    int m_nLast;
-};
-
 /// What is known of a product family apart from its check.
 struct CFamily {
-    static constexpr std::size_t kMaxRanges = 4;
-
     EOrderStrategyTradeType m_eTradeType;
     const char* m_pszName; ///< English name, for messages that developers read
     EQdTraderType m_eTraderType;
     EQDBrokerType
         m_eBrokerType;    ///< kind of account that the family trades on; baskets also try credit accounts
     ESettingSlot m_eSlot; ///< setting that the family's orders take
-    std::size_t m_nRanges;
-    COrderNumberRange m_ranges[kMaxRanges]; ///< order-type numbers that the family's check accepts
 
+    /// Whether the family's check accepts the order-type number; records/OrderNumbers.h has the numbers.
     bool accepts(int orderType) const;
 };
 
