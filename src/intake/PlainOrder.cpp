@@ -58,7 +58,7 @@ void parseAmountForm(const CFields& fields, std::size_t next, COrderParam& order
 }
 
 /// Account and, in a table row, the remark behind it.
-void readAccount(const CFields& fields, std::size_t index, const CLineSource& source, COrderSingleParam& line,
+void readAccount(const CFields& fields, std::size_t index, const CLineOrigin& source, COrderSingleParam& line,
                  COrderParam& order) {
     if (fields.has(index)) line.m_strAccount = text(fields[index]);
     if (!source.m_bTableRow) return;
@@ -67,14 +67,14 @@ void readAccount(const CFields& fields, std::size_t index, const CLineSource& so
 }
 
 /// A table row has the price command before the price; gives the index of the price.
-std::size_t readPriceCommand(const CFields& fields, std::size_t next, const CLineSource& source,
+std::size_t readPriceCommand(const CFields& fields, std::size_t next, const CLineOrigin& source,
                              COrderSingleParam& line) {
     if (!source.m_bTableRow) return next;
     if (fields.has(next)) line.m_ePriceType = getPriceTypeByCmd(std::string(fields[next]));
     return next + 1;
 }
 
-void parseOptionForm(const CFields& fields, std::size_t next, const CLineSource& source, bool mayLackFields,
+void parseOptionForm(const CFields& fields, std::size_t next, const CLineOrigin& source, bool mayLackFields,
                      COrderParam& order) {
     if (!mayLackFields && !fields.has(next)) return;
     COrderSingleParam& line = addLine(order);
@@ -85,7 +85,7 @@ void parseOptionForm(const CFields& fields, std::size_t next, const CLineSource&
     readAccount(fields, price + 3, source, line, order);
 }
 
-void parseGeneralForm(const CFields& fields, std::size_t next, const CLineSource& source,
+void parseGeneralForm(const CFields& fields, std::size_t next, const CLineOrigin& source,
                       COrderParam& order) {
     COrderSingleParam& line = addLine(order);
     const std::size_t price = readPriceCommand(fields, next, source, line);
@@ -101,11 +101,11 @@ bool isUniversal(int channel) {
     return channel == 0;
 }
 
-std::size_t firstOrderField(const CLineSource& source) {
+std::size_t firstOrderField(const CLineOrigin& source) {
     return source.m_bTableRow ? 1 : 2;
 }
 
-COrderParam parsePlainOrder(const CFields& fields, const CLineSource& source) {
+COrderParam parsePlainOrder(const CFields& fields, const CLineOrigin& source) {
     COrderParam order;
     order.m_nOrderType = strictInt(fields[0]);
     order.m_nChannel = source.m_nChannel;
