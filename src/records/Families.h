@@ -12,12 +12,15 @@ struct CFamily {
     EOrderStrategyTradeType m_eTradeType;
     const char* m_pszName; ///< English name, for messages that developers read
     EQdTraderType m_eTraderType;
-    EQDBrokerType
-        m_eBrokerType;    ///< kind of account that the family trades on; baskets also try credit accounts
+    EQDBrokerType m_eBrokerType; ///< kind of account that the family trades on
+    /// A further kind, which is tried if the group or account is not of the first; the same if there is none.
+    EQDBrokerType m_eSecondBrokerType;
     ESettingSlot m_eSlot; ///< setting that the family's orders take
 
     /// Whether the family's check accepts the order-type number; records/OrderNumbers.h has the numbers.
     bool accepts(int orderType) const;
+    /// Whether the family trades on accounts of that kind.
+    bool tradesOn(EQDBrokerType broker) const;
 };
 
 extern const CFamily kFamilies[];

@@ -67,6 +67,22 @@ TEST(Families, EveryFamilyAcceptsItsNumbersOnly) {
     }
 }
 
+/// A basket is traded on credit accounts, too; a futures basket is not.
+TEST(Families, EveryFamilyTradesOnItsAccountsOnly) {
+    constexpr int kBasket = 2, kCreditBroker = 3;
+    for (const CRow& row : kRows) {
+        const CFamily* family = findFamily(static_cast<EOrderStrategyTradeType>(row.tradeType));
+        ASSERT_NE(family, nullptr) << row.tradeType;
+        const int second = row.tradeType == kBasket ? kCreditBroker : row.broker;
+        EXPECT_EQ(static_cast<int>(family->m_eSecondBrokerType), second) << row.tradeType;
+        for (int broker = -1; broker <= 12; ++broker) {
+            EXPECT_EQ(family->tradesOn(static_cast<EQDBrokerType>(broker)),
+                      broker == row.broker || broker == second)
+                << row.tradeType << ' ' << broker;
+        }
+    }
+}
+
 TEST(Families, OtherTradeTypesHaveNone) {
     for (const int tradeType : {-1, 7, 8, 13, 14, 100, 0x7fffffff}) {
         EXPECT_EQ(findFamily(static_cast<EOrderStrategyTradeType>(tradeType)), nullptr) << tradeType;
