@@ -1,5 +1,6 @@
 #include "records/Families.h"
 
+#include "base/Unset.h"
 #include "records/OrderNumbers.h"
 
 #include <algorithm>
@@ -9,28 +10,32 @@ namespace TC {
 
 using EFamily = EOrderStrategyTradeType;
 using EBroker = EQDBrokerType;
+using ETrader = EQdTraderType;
+
+constexpr auto kNoRemark = unsetEnum<EQdTraderType>();
 
 const CFamily kFamilies[] = {
-    {EFamily::Stock, "stock", EQdTraderType::Stock, EBroker::Stock, EBroker::Stock, ESettingSlot::Stock},
-    {EFamily::Future, "futures speculation", EQdTraderType::FutureSpeculation, EBroker::Future,
-     EBroker::Future, ESettingSlot::Future},
-    {EFamily::Basket, "basket", EQdTraderType::Basket, EBroker::Stock, EBroker::Credit,
-     ESettingSlot::StockBasket},
-    {EFamily::Credit, "credit", EQdTraderType::Credit, EBroker::Credit, EBroker::Credit,
-     ESettingSlot::Credit},
-    {EFamily::StockOption, "stock option", EQdTraderType::Option, EBroker::StockOption, EBroker::StockOption,
-     ESettingSlot::StockOption},
-    {EFamily::FutureOption, "futures option", EQdTraderType::FutureOption, EBroker::FutureOption,
-     EBroker::FutureOption, ESettingSlot::Future},
-    {EFamily::FutureBasket, "basket", EQdTraderType::Basket, EBroker::Stock, EBroker::Stock,
-     ESettingSlot::StockBasket},
-    {EFamily::SGT, "Shenzhen-Hong Kong connect", EQdTraderType::SGT, EBroker::SGT, EBroker::SGT,
-     ESettingSlot::SGT},
-    {EFamily::HGT, "Shanghai-Hong Kong connect", EQdTraderType::HGT, EBroker::HGT, EBroker::HGT,
-     ESettingSlot::HGT},
-    {EFamily::Neeq, "share-transfer market", EQdTraderType::Neeq, EBroker::Neeq, EBroker::Neeq,
-     ESettingSlot::Neeq},
-    {EFamily::Gold, "gold", EQdTraderType::Gold, EBroker::Gold, EBroker::Gold, ESettingSlot::Gold},
+    {EFamily::Stock, "stock", ETrader::Stock, EBroker::Stock, EBroker::Stock, ESettingSlot::Stock,
+     ETrader::Stock},
+    {EFamily::Future, "futures speculation", ETrader::FutureSpeculation, EBroker::Future, EBroker::Future,
+     ESettingSlot::Future, ETrader::FutureSpeculation},
+    {EFamily::Basket, "basket", ETrader::Basket, EBroker::Stock, EBroker::Credit, ESettingSlot::StockBasket,
+     ETrader::Basket},
+    {EFamily::Credit, "credit", ETrader::Credit, EBroker::Credit, EBroker::Credit, ESettingSlot::Credit,
+     ETrader::Credit},
+    {EFamily::StockOption, "stock option", ETrader::Option, EBroker::StockOption, EBroker::StockOption,
+     ESettingSlot::StockOption, ETrader::Option},
+    {EFamily::FutureOption, "futures option", ETrader::FutureOption, EBroker::FutureOption,
+     EBroker::FutureOption, ESettingSlot::Future, kNoRemark},
+    {EFamily::FutureBasket, "basket", ETrader::Basket, EBroker::Stock, EBroker::Stock,
+     ESettingSlot::StockBasket, kNoRemark},
+    {EFamily::SGT, "Shenzhen-Hong Kong connect", ETrader::SGT, EBroker::SGT, EBroker::SGT, ESettingSlot::SGT,
+     ETrader::SGT},
+    {EFamily::HGT, "Shanghai-Hong Kong connect", ETrader::HGT, EBroker::HGT, EBroker::HGT, ESettingSlot::HGT,
+     ETrader::HGT},
+    {EFamily::Neeq, "share-transfer market", ETrader::Neeq, EBroker::Neeq, EBroker::Neeq, ESettingSlot::Neeq,
+     ETrader::SGT},
+    {EFamily::Gold, "gold", ETrader::Gold, EBroker::Gold, EBroker::Gold, ESettingSlot::Gold, ETrader::Gold},
 };
 const std::size_t kFamilyCount = std::size(kFamilies);
 
@@ -47,6 +52,15 @@ const CFamily* findFamily(EOrderStrategyTradeType tradeType) {
     const auto family = std::find_if(std::begin(kFamilies), std::end(kFamilies),
                                      [&](const CFamily& f) { return f.m_eTradeType == tradeType; });
     return family != std::end(kFamilies) ? family : nullptr;
+}
+
+ESettingSlot settingSlotOf(EOrderStrategyTradeType tradeType) {
+    const CFamily* family = findFamily(tradeType);
+    return family != nullptr ? family->m_eSlot : ESettingSlot::Stock;
+}
+
+const COrderSetting& settingOfFamily(const COrderStrategyParam& strategy) {
+    return strategy.setting(settingSlotOf(strategy.m_eTradeType));
 }
 
 EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType) {
