@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -75,7 +76,7 @@ TEST(OrderNumbers, PropertiesBelongToTheirNumbersOnly) {
         const char* name;
         bool (*has)(int);
         std::set<int> numbers;
-    } kRows[] = {
+    } kProperties[] = {
         {"basket header", isBasketHeaderOrder, {25, 26, 33}},
         {"target", isTargetOrder, {34, 35}},
         {"close first", isCloseFirstButton, numbersFrom(6, 9)},
@@ -90,7 +91,7 @@ TEST(OrderNumbers, PropertiesBelongToTheirNumbersOnly) {
          [](int n) { return findOrderNumber(n) && findOrderNumber(n)->has(kFlagMayLackFields); },
          {56, 57}},
     };
-    for (const auto& row : kRows) {
+    for (const auto& row : kProperties) {
         for (int number = kFirstSwept; number <= kLastSwept; ++number)
             EXPECT_EQ(row.has(number), row.numbers.count(number) > 0) << row.name << ' ' << number;
     }
