@@ -249,7 +249,7 @@ TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosi
     const CFields fields(line, kComma);
     if (fields.size() < 2) return ignoreLine(line, QString::fromUtf8(kTooFewFields));
     const bool isTableRow = m_strategy.m_nAccountMode == COrderStrategyParam::kTableMode;
-    const CLineSource source{m_nChannel, isTableRow, rowPosition};
+    const CLineOrigin source{m_nChannel, isTableRow, rowPosition};
     COrderParam parsed = parsePlainOrder(fields, source);
     if (parsed.m_nOrderType == kOrderBasketWhole && takeWholeBasket(fields, source, parsed))
         return TR_STOP_READING;
@@ -265,7 +265,7 @@ TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosi
 }
 
 /// Takes the named basket as the whole order of the file. False where the line names none that the user has.
-bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineSource& source,
+bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineOrigin& source,
                                        const COrderParam& parsed) {
     startHeader(parsed.m_nOrderType, fields[1]);
     constexpr std::size_t kFieldCount = 3;

@@ -69,7 +69,7 @@ private:
     bool parseCancel(const std::string& line);
     void startHeader(int orderType, std::string_view channelField);
     TypeReturn parsePlainLine(const std::string& line, int rowPosition);
-    bool takeWholeBasket(const CFields& fields, const CLineSource& source, const COrderParam& parsed);
+    bool takeWholeBasket(const CFields& fields, const CLineOrigin& source, const COrderParam& parsed);
     TypeReturn parseListLine(const std::string& line);
     TypeReturn parseBasketLine(const std::string& line);
     void appendBasket(const CBasketSetting& basket, int fixedOperation);

@@ -2,7 +2,7 @@
 
 #include "base/StrictNumber.h"
 #include "base/Text.h"
-#include "records/OrderTypes.h"
+#include "records/OrderNumbers.h"
 #include "records/PriceCommands.h"
 
 namespace TC {
@@ -58,7 +58,7 @@ void parseAmountForm(const CFields& fields, std::size_t next, COrderParam& order
 }
 
 /// Account and, in a table row, the remark behind it.
-void readAccount(const CFields& fields, std::size_t index, const CLineSource& source, COrderSingleParam& line,
+void readAccount(const CFields& fields, std::size_t index, const CLineOrigin& source, COrderSingleParam& line,
                  COrderParam& order) {
     if (fields.has(index)) line.m_strAccount = text(fields[index]);
     if (!source.m_bTableRow) return;
@@ -67,17 +67,16 @@ void readAccount(const CFields& fields, std::size_t index, const CLineSource& so
 }
 
 /// A table row has the price command before the price; gives the index of the price.
-std::size_t readPriceCommand(const CFields& fields, std::size_t next, const CLineSource& source,
+std::size_t readPriceCommand(const CFields& fields, std::size_t next, const CLineOrigin& source,
                              COrderSingleParam& line) {
     if (!source.m_bTableRow) return next;
     if (fields.has(next)) line.m_ePriceType = getPriceTypeByCmd(std::string(fields[next]));
     return next + 1;
 }
 
-void parseOptionForm(const CFields& fields, std::size_t next, const CLineSource& source, COrderParam& order) {
-    // 56 and 57 lock and unlock the underlying and may come without any field.
-    constexpr int kLastWithFields = 55;
-    if (order.m_nOrderType <= kLastWithFields && !fields.has(next)) return;
+void parseOptionForm(const CFields& fields, std::size_t next, const CLineOrigin& source, bool mayLackFields,
+                     COrderParam& order) {
+    if (!mayLackFields && !fields.has(next)) return;
     COrderSingleParam& line = addLine(order);
     const std::size_t price = readPriceCommand(fields, next, source, line);
     if (fields.has(price)) line.m_dPrice = strictDouble(fields[price]);
@@ -86,7 +85,7 @@ void parseOptionForm(const CFields& fields, std::size_t next, const CLineSource&
     readAccount(fields, price + 3, source, line, order);
 }
 
-void parseGeneralForm(const CFields& fields, std::size_t next, const CLineSource& source,
+void parseGeneralForm(const CFields& fields, std::size_t next, const CLineOrigin& source,
                       COrderParam& order) {
     COrderSingleParam& line = addLine(order);
     const std::size_t price = readPriceCommand(fields, next, source, line);
@@ -102,11 +101,11 @@ bool isUniversal(int channel) {
     return channel == 0;
 }
 
-std::size_t firstOrderField(const CLineSource& source) {
+std::size_t firstOrderField(const CLineOrigin& source) {
     return source.m_bTableRow ? 1 : 2;
 }
 
-COrderParam parsePlainOrder(const CFields& fields, const CLineSource& source) {
+COrderParam parsePlainOrder(const CFields& fields, const CLineOrigin& source) {
     COrderParam order;
     order.m_nOrderType = strictInt(fields[0]);
     order.m_nChannel = source.m_nChannel;
@@ -115,11 +114,11 @@ COrderParam parsePlainOrder(const CFields& fields, const CLineSource& source) {
         const int channel = strictInt(fields[1]);
         if (!isUniversal(channel)) order.m_nChannel = channel;
     }
-    const COrderTypeRow* row = findOrderTypeRow(order.m_nOrderType);
+    const COrderNumber* row = findOrderNumber(order.m_nOrderType);
     if (row == nullptr) return order;
-    if (row->m_nTradeTypeOverride != -1) order.m_nTradeTypeOverride = row->m_nTradeTypeOverride;
+    order.m_nTradeTypeOverride = static_cast<int>(row->m_eLineFamily);
     const std::size_t next = firstOrderField(source);
-    switch (row->m_eForm) {
+    switch (row->m_eLineForm) {
     case EOrderLineForm::Future:
         parseFutureForm(fields, next, order);
         break;
@@ -130,7 +129,7 @@ COrderParam parsePlainOrder(const CFields& fields, const CLineSource& source) {
         parseAmountForm(fields, next, order);
         break;
     case EOrderLineForm::Option:
-        parseOptionForm(fields, next, source, order);
+        parseOptionForm(fields, next, source, row->has(kFlagMayLackFields), order);
         break;
     case EOrderLineForm::Whole:
     case EOrderLineForm::None:

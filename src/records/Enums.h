@@ -58,9 +58,77 @@ enum class ETradePlatform : int { Plain = 0 };
 /// Order kind. 0 is the plain order; the numbers of algorithm orders are the host's.
 enum class EOrderType : int { Plain = 0 };
 
-/// What an order does. The trading layer knows all numbers; these are the ones that this code writes or
-/// compares.
-enum class EOperationType : int { Buy = 18, Sell = 19 };
+/// What an order does. The trading layer may know further numbers.
+enum class EOperationType : int {
+    // Futures, options on futures and gold. What closes names the position that goes, or goes first:
+    // of today or of earlier days.
+    OpenLong = 0,
+    CloseLongEarlier = 1,
+    CloseLongToday = 2,
+    OpenShort = 3,
+    CloseShortEarlier = 4,
+    CloseShortToday = 5,
+    CloseLongTodayFirst = 6,
+    CloseLongEarlierFirst = 7,
+    CloseShortTodayFirst = 8,
+    CloseShortEarlierFirst = 9,
+    CloseLongTodayFirstThenOpenShort = 10,
+    CloseLongEarlierFirstThenOpenShort = 11,
+    CloseShortTodayFirstThenOpenLong = 12,
+    CloseShortEarlierFirstThenOpenLong = 13,
+    ExerciseFutureOption = 50,
+
+    // Shares, the connects and gold.
+    Buy = 18,
+    Sell = 19,
+
+    // Margin trading; the last three are orders on one contract.
+    MarginBuy = 20,
+    ShortSell = 21,
+    BuyToReturn = 22,
+    ReturnShares = 23,
+    SellToRepay = 24,
+    RepayMoney = 25,
+    EndMoneyContract = 55,
+    EndShareContract = 56,
+    RepayMoneyContract = 1021,
+
+    // Funds.
+    SubscribeFund = 26,
+    RedeemFund = 27,
+    CreateFund = 30,
+    DissolveFund = 31,
+    BuyFund = 1025,
+    SellFund = 1026,
+
+    // Options on stocks.
+    OptionBuyOpen = 32,
+    OptionSellClose = 33,
+    OptionSellOpen = 34,
+    OptionBuyClose = 35,
+    OptionCoveredOpen = 36,
+    OptionCoveredClose = 37,
+    OptionExerciseCall = 38,
+    OptionExercisePut = 39,
+    OptionLock = 40,
+    OptionUnlock = 41,
+
+    // The share-transfer market: a pair for each way of transfer.
+    TransferBuy1 = 42,
+    TransferSell1 = 43,
+    TransferBuy2 = 44,
+    TransferSell2 = 45,
+    TransferBuy3 = 46,
+    TransferSell3 = 47,
+    TransferBuy4 = 48,
+    TransferSell4 = 49,
+    TransferBuy5 = 1013,
+    TransferSell5 = 1014,
+    TransferBuy6 = 1027,
+    TransferSell6 = 1028,
+    TransferBuy7 = 1029,
+    TransferSell7 = 1030,
+};
 
 /// Which price an order uses.
 enum class EPriceType : int {

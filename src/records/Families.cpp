@@ -1,103 +1,66 @@
 #include "records/Families.h"
 
+#include "base/Unset.h"
+#include "records/OrderNumbers.h"
+
 #include <algorithm>
 #include <iterator>
 
 namespace TC {
 
 using EFamily = EOrderStrategyTradeType;
+using EBroker = EQDBrokerType;
+using ETrader = EQdTraderType;
+
+constexpr auto kNoRemark = unsetEnum<EQdTraderType>();
 
 const CFamily kFamilies[] = {
-    {EFamily::Stock,
-     "stock",
-     EQdTraderType::Stock,
-     EQDBrokerType::Stock,
-     ESettingSlot::Stock,
-     2,
-     {{23, 24}, {86, 92}}},
-    {EFamily::Future,
-     "futures speculation",
-     EQdTraderType::FutureSpeculation,
-     EQDBrokerType::Future,
-     ESettingSlot::Future,
-     1,
-     {{0, 15}}},
-    {EFamily::Basket,
-     "basket",
-     EQdTraderType::Basket,
-     EQDBrokerType::Stock,
-     ESettingSlot::StockBasket,
-     3,
-     {{25, 26}, {33, 36}, {110, 119}}},
-    {EFamily::Credit,
-     "credit",
-     EQdTraderType::Credit,
-     EQDBrokerType::Credit,
-     ESettingSlot::Credit,
-     3,
-     {{23, 24}, {27, 32}, {37, 39}}},
-    {EFamily::StockOption,
-     "stock option",
-     EQdTraderType::Option,
-     EQDBrokerType::StockOption,
-     ESettingSlot::StockOption,
-     1,
-     {{48, 57}}},
-    {EFamily::FutureOption,
-     "futures option",
-     EQdTraderType::FutureOption,
-     EQDBrokerType::FutureOption,
-     ESettingSlot::Future,
-     2,
-     {{0, 15}, {100, 100}}},
-    {EFamily::FutureBasket,
-     "basket",
-     EQdTraderType::Basket,
-     EQDBrokerType::Stock,
-     ESettingSlot::StockBasket,
-     3,
-     {{25, 26}, {33, 36}, {110, 119}}},
-    {EFamily::SGT,
-     "Shenzhen-Hong Kong connect",
-     EQdTraderType::SGT,
-     EQDBrokerType::SGT,
-     ESettingSlot::SGT,
-     1,
-     {{23, 24}}},
-    {EFamily::HGT,
-     "Shanghai-Hong Kong connect",
-     EQdTraderType::HGT,
-     EQDBrokerType::HGT,
-     ESettingSlot::HGT,
-     1,
-     {{23, 24}}},
-    {EFamily::Neeq,
-     "share-transfer market",
-     EQdTraderType::Neeq,
-     EQDBrokerType::Neeq,
-     ESettingSlot::Neeq,
-     2,
-     {{23, 24}, {66, 91}}},
-    {EFamily::Gold,
-     "gold",
-     EQdTraderType::Gold,
-     EQDBrokerType::Gold,
-     ESettingSlot::Gold,
-     3,
-     {{0, 1}, {3, 4}, {23, 24}}},
+    {EFamily::Stock, "stock", ETrader::Stock, EBroker::Stock, EBroker::Stock, ESettingSlot::Stock,
+     ETrader::Stock},
+    {EFamily::Future, "futures speculation", ETrader::FutureSpeculation, EBroker::Future, EBroker::Future,
+     ESettingSlot::Future, ETrader::FutureSpeculation},
+    {EFamily::Basket, "basket", ETrader::Basket, EBroker::Stock, EBroker::Credit, ESettingSlot::StockBasket,
+     ETrader::Basket},
+    {EFamily::Credit, "credit", ETrader::Credit, EBroker::Credit, EBroker::Credit, ESettingSlot::Credit,
+     ETrader::Credit},
+    {EFamily::StockOption, "stock option", ETrader::Option, EBroker::StockOption, EBroker::StockOption,
+     ESettingSlot::StockOption, ETrader::Option},
+    {EFamily::FutureOption, "futures option", ETrader::FutureOption, EBroker::FutureOption,
+     EBroker::FutureOption, ESettingSlot::Future, kNoRemark},
+    {EFamily::FutureBasket, "basket", ETrader::Basket, EBroker::Stock, EBroker::Stock,
+     ESettingSlot::StockBasket, kNoRemark},
+    {EFamily::SGT, "Shenzhen-Hong Kong connect", ETrader::SGT, EBroker::SGT, EBroker::SGT, ESettingSlot::SGT,
+     ETrader::SGT},
+    {EFamily::HGT, "Shanghai-Hong Kong connect", ETrader::HGT, EBroker::HGT, EBroker::HGT, ESettingSlot::HGT,
+     ETrader::HGT},
+    {EFamily::Neeq, "share-transfer market", ETrader::Neeq, EBroker::Neeq, EBroker::Neeq, ESettingSlot::Neeq,
+     ETrader::SGT},
+    {EFamily::Gold, "gold", ETrader::Gold, EBroker::Gold, EBroker::Gold, ESettingSlot::Gold, ETrader::Gold},
 };
 const std::size_t kFamilyCount = std::size(kFamilies);
 
 bool CFamily::accepts(int orderType) const {
-    return std::any_of(m_ranges, m_ranges + m_nRanges, [&](const COrderNumberRange& range) {
-        return orderType >= range.m_nFirst && orderType <= range.m_nLast;
-    });
+    const COrderNumber* row = findOrderNumber(orderType);
+    return row != nullptr && (row->m_nFamilies & familyBit(m_eTradeType)) != 0;
+}
+
+bool CFamily::tradesOn(EQDBrokerType broker) const {
+    return broker == m_eBrokerType || broker == m_eSecondBrokerType;
 }
 
 const CFamily* findFamily(EOrderStrategyTradeType tradeType) {
     const auto family = std::find_if(std::begin(kFamilies), std::end(kFamilies),
                                      [&](const CFamily& f) { return f.m_eTradeType == tradeType; });
     return family != std::end(kFamilies) ? family : nullptr;
+}
+
+ESettingSlot settingSlotOf(EOrderStrategyTradeType tradeType) {
+    const CFamily* family = findFamily(tradeType);
+    return family != nullptr ? family->m_eSlot : ESettingSlot::Stock;
+}
+
+const COrderSetting& settingOfFamily(const COrderStrategyParam& strategy) {
+    return strategy.setting(settingSlotOf(strategy.m_eTradeType));
 }
 
 EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType) {

@@ -2,9 +2,7 @@
 
 #include "records/Enums.h"
 
-#include <cstddef>
-
-/// Order-type numbers: the grammar of order files and of the socket protocol.
+/// Order-type numbers in code: names and properties. The table is in records/OrderNumbers.h.
 namespace TC {
 
 /// Numbers that code compares one by one.
@@ -23,31 +21,6 @@ enum EOrderNumber : int {
     kOrderLockStock = 56,
     kOrderUnlockStock = 57,
 };
-
-/// What the fields of a plain line of the number are. Basket forms have no plain line.
-enum class EOrderLineForm : int {
-    None,    ///< the line gives no order line at all
-    Future,  ///< price, code, volume, two further prices
-    General, ///< price, code, volume
-    Amount,  ///< amount
-    Option,  ///< price, code, volume, account
-    Whole,   ///< a basket taken whole from the settings
-};
-
-/// One run of order-type numbers that are treated alike.
-struct COrderTypeRow {
-    int m_nFirst;
-    int m_nLast;
-    EOrderLineForm m_eForm;
-    int m_nTradeTypeOverride; ///< family that the line grammar recognises in the number; -1: none
-};
-
-/// The table, by ascending numbers, and its length.
-extern const COrderTypeRow kOrderTypeRows[];
-extern const std::size_t kOrderTypeRowCount;
-
-/// The row of a number, or null where the number has no plain line form.
-const COrderTypeRow* findOrderTypeRow(int orderType);
 
 /// 25, 26 and 33: a first line of such a number is a basket header.
 bool isBasketHeaderOrder(int orderType);

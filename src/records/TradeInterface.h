@@ -21,6 +21,11 @@ public:
     bson::BSONObj m_object;
 };
 
+/// The element of a settings document that has a child for each interface, and the attribute of such a child
+/// that holds the interface's JSON text.
+inline constexpr const char* kInterfacesTag = "interfaceTrade";
+inline constexpr const char* kInterfaceDataAttribute = "interfacedata";
+
 /// One interface of the trade framework: which strategy library runs on which account, with its automatic
 /// settings. Fields called reserved are the framework's, and are not stored.
 class TradeInterfaceData {

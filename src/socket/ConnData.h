@@ -1,5 +1,6 @@
 #pragma once
 
+#include "socket/LineFraming.h"
 #include "socket/OrderCredit.h"
 
 #include <QByteArray>
@@ -31,7 +32,7 @@ struct ConnData {
     ELoginState m_eLoginState = ELoginState::Fresh;
     std::string m_strUser; ///< the last name given by `user`
 
-    int m_nScanned = 0;          ///< bytes of m_buffer that hold no line feed
+    CLineFraming m_framing;      ///< cuts m_buffer into lines
     int m_nFailedLogins = 0;     ///< failed `pass` lines since the last good one
     double m_dStrangerSince = 0; ///< utils::getTime() when it connected or was last logged out, seconds
 

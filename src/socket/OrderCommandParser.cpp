@@ -6,13 +6,12 @@
 #include "platform/HostCall.h"
 #include "platform/TraderCenter.h"
 #include "platform/UserConfig.h"
+#include "records/OrderNumbers.h"
 #include "records/OrderTypes.h"
 #include "records/Portfolio.h"
 
 #include <boost/pointer_cast.hpp>
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 
 namespace TC {
@@ -32,14 +31,8 @@ struct CReading {
     std::string& error;
 };
 
-using CReader = bool (*)(const CReading&);
-
 QString text(std::string_view field) {
     return UW::sToQs(field.data(), field.size());
-}
-
-bool readNothing(const CReading&) {
-    return true;
 }
 
 /// Price, code and volume from the third field on, each where the field exists.
@@ -178,32 +171,29 @@ bool readBasket(const CReading& reading) {
     return true;
 }
 
-/// A run of order numbers, the fewest fields that make an order line, and what reads them.
-struct CForm {
-    int first;
-    int last;
-    std::size_t fewestFields;
-    CReader read;
-};
+bool readForm(ESocketForm form, const CReading& reading) {
+    switch (form) {
+    case ESocketForm::Future:
+        return readFuture(reading);
+    case ESocketForm::Plain:
+        return readPlain(reading);
+    case ESocketForm::Reversed:
+        return readReversed(reading);
+    case ESocketForm::Position:
+        return readPortfolioPosition(reading);
+    case ESocketForm::Basket:
+        return readBasket(reading);
+    case ESocketForm::Nothing:
+        break;
+    }
+    return true;
+}
 
-constexpr int kLastNumber = 92;
-
-constexpr CForm kForms[] = {
-    {0, 15, 3, readFuture},    {36, 36, 3, readPortfolioPosition},
-    {23, 24, 3, readPlain},    {27, 32, 3, readPlain},
-    {37, 39, 3, readPlain},    {66, kLastNumber, 3, readPlain},
-    {48, 55, 3, readReversed}, {56, 57, 2, readReversed},
-    {40, 47, 0, readNothing},  {58, 65, 0, readNothing},
-};
-
-/// Numbers above the table make no line; what else the table leaves out is a basket.
-CForm formOf(int orderType) {
-    const auto row = std::find_if(std::begin(kForms), std::end(kForms), [&](const CForm& form) {
-        return orderType >= form.first && orderType <= form.last;
-    });
-    if (row != std::end(kForms)) return *row;
-    if (orderType > kLastNumber) return {orderType, orderType, 0, readNothing};
-    return {orderType, orderType, 3, readBasket};
+/// Whether the order has a line at all. Its first field is the third, and most forms need it.
+bool hasLine(int orderType, std::size_t fields) {
+    constexpr std::size_t kFewestFields = 3;
+    const COrderNumber* row = findOrderNumber(orderType);
+    return fields >= kFewestFields || (row != nullptr && row->has(kFlagMayLackFields));
 }
 
 bool hasEmptyField(const CFields& fields) {
@@ -223,9 +213,8 @@ bool parseSocketOrder(std::string_view argument, IStrategyRegistry& registry, CO
     order.m_nChannel = strictInt(fields[1]);
     order.m_eStrategyType = EOrderStrategyType::Signal;
     order.m_orders.clear();
-    const CForm form = formOf(order.m_nOrderType);
-    if (fields.size() < form.fewestFields) return true;
-    return form.read({fields, registry, order, error});
+    if (!hasLine(order.m_nOrderType, fields.size())) return true;
+    return readForm(socketFormOf(order.m_nOrderType), {fields, registry, order, error});
 }
 
 } // namespace TC

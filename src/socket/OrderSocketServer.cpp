@@ -29,8 +29,6 @@ constexpr std::size_t kGreetingSize = 500;
 constexpr std::size_t kReplySize = 1024;
 constexpr std::string_view kQuitWord = "quit";
 constexpr std::chrono::seconds kWatch{1};
-/// Room for unfinished lines that a connection keeps between reads.
-constexpr int kKept = 128 * 1024;
 
 constexpr const char* kBadCommand = "Bad Command";
 constexpr const char* kBadParam = "Bad Param";
@@ -184,46 +182,40 @@ void COrderSocketServer::forget(const net::NetConnectionPtr& conn) {
 }
 
 /// Serves the lines that are whole, as long as the listener is not stopped: what came in behind that is lost
-/// with its connection and has no reply. What is consumed leaves the buffer in one go at the end, so that
-/// many short lines cost no more than one long one.
+/// with its connection and has no reply.
 void COrderSocketServer::takeLines(const net::NetConnectionPtr& conn, ConnData& data) {
     const std::string_view bytes(data.m_buffer.constData(), static_cast<std::size_t>(data.m_nBuffered));
-    std::size_t begin = 0;
-    std::size_t scan = static_cast<std::size_t>(data.m_nScanned);
-    for (std::size_t feed = bytes.find('\n', scan); feed != std::string_view::npos;
-         feed = bytes.find('\n', scan)) {
+    CLineFraming& framing = data.m_framing;
+    for (EFrame frame = framing.next(bytes); frame != EFrame::NeedsMore; frame = framing.next(bytes)) {
         if (isStopped()) return;
-        // A line feed ends a line only behind a carriage return of the same line.
-        const bool isLineEnd = feed > begin && bytes[feed - 1] == '\r';
-        if (!isLineEnd && checkLineEnd(conn) == ENext::Closed) return;
-        scan = feed + 1;
-        const ENext next = takeLine(bytes.substr(begin, scan - begin), conn, data);
+        if (frame == EFrame::LoneFeed) return stopAtLineFeed(conn);
+        const ENext next = takeLine(framing.line(bytes), conn, data);
         if (next == ENext::Closed) return;
         if (next == ENext::Held) break;
-        begin = scan;
+        framing.take();
     }
-    const int left = static_cast<int>(bytes.size() - begin);
     if (data.m_account) m_credit->endTurn(*data.m_account);
+    const int left = static_cast<int>(framing.left(bytes));
     const char* word = conn->isHeld() ? nullptr : m_guard.refuseLine(left);
     if (word != nullptr) {
         refuse(conn, word);
         return;
     }
-    data.m_buffer.remove(0, static_cast<int>(begin));
-    if (data.m_buffer.capacity() > kKept && data.m_buffer.size() < kKept) data.m_buffer.squeeze();
+    framing.compact(data.m_buffer);
     data.m_nBuffered = data.m_buffer.size();
-    data.m_nScanned = conn->isHeld() ? 0 : left;
 }
 
 /// A line feed without a carriage return is never consumed, so nobody on this listener is served any more
-/// until it is stopped. With the guard on only the connection that sent it goes.
-COrderSocketServer::ENext COrderSocketServer::checkLineEnd(const net::NetConnectionPtr& conn) {
-    if (const char* word = m_guard.refuseLineFeed()) return refuse(conn, word);
+/// until it is stopped. With the guard on only the connection that sent it is closed.
+void COrderSocketServer::stopAtLineFeed(const net::NetConnectionPtr& conn) {
+    if (const char* word = m_guard.refuseLineFeed()) {
+        refuse(conn, word);
+        return;
+    }
     conn->flush();
     tellDoor(EDoorEvent::Stuck, peerOf(*conn), "a line feed without a carriage return");
     m_bStuck = true;
     waitForStop();
-    return ENext::Closed;
 }
 
 COrderSocketServer::ENext COrderSocketServer::takeLine(std::string_view line,

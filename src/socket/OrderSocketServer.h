@@ -77,7 +77,7 @@ private:
 
     void takeLines(const net::NetConnectionPtr& conn, ConnData& data);
     ENext takeLine(std::string_view line, const net::NetConnectionPtr& conn, ConnData& data);
-    ENext checkLineEnd(const net::NetConnectionPtr& conn);
+    void stopAtLineFeed(const net::NetConnectionPtr& conn);
     ENext refuse(const net::NetConnectionPtr& conn, const char* word);
     void forget(const net::NetConnectionPtr& conn);
     COrderCredit::CAccountPtr openAccount(const net::NetConnectionPtr& conn);

@@ -220,6 +220,19 @@ TEST_F(FileService, FolderAtTheTemporaryPathLeavesTheFileWaiting) {
     EXPECT_EQ(gate.batches.size(), 1u);
 }
 
+TEST_F(FileService, FileThatWaitsAgainAfterOneWasTakenIsReportedAgain) {
+    addStrategy(3, "a.txt");
+    for (int i = 0; i < 2; ++i) {
+        std::filesystem::create_directory(folder.path("a.txt.tmp"));
+        folder.write("a.txt", "23,0,10.5,600000,100");
+        service.tryOrder();
+        EXPECT_TRUE(host.audit.reports.back().m_bLeftWaiting);
+        std::filesystem::remove(folder.path("a.txt.tmp"));
+        service.tryOrder();
+    }
+    EXPECT_EQ(host.audit.reports.size(), 4u);
+}
+
 TEST_F(FileService, FileOfTheNextWriterWaitsForTheNextPass) {
     addStrategy(3, "a.txt");
     folder.write("a.txt", "23,0,10.5,600000,100");

@@ -286,6 +286,16 @@ TEST_F(OrderFileGuardUnmoved, PathThatWasFreeInTheMeantimeIsForgotten) {
     EXPECT_EQ(folder.read("rejected/" + name + ".tmp." + kTime), "23,0\n");
 }
 
+/// The refused file was moved, so the next file under its .tmp name is one that was left over.
+TEST_F(OrderFileGuardUnmoved, AFileThatWasMovedLateIsForgotten) {
+    moveLate("23,0");
+    folder.write(name + ".tmp", "23,0\n");
+    folder.write(name, "24,0\n");
+    service.tryOrder();
+    EXPECT_TRUE(report(3).m_bLeftOver);
+    EXPECT_EQ(folder.read("rejected/" + name + ".tmp." + kTime), "23,0\n");
+}
+
 TEST_F(OrderFileGuard, FolderAtTheTemporaryPathLeavesTheFileWaiting) {
     std::filesystem::create_directory(folder.path("a.txt.tmp"));
     folder.write("a.txt", "23,0\n");

@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <map>
 #include <set>
+#include <string>
 #include <utility>
 
 namespace {
@@ -67,6 +68,22 @@ TEST(Families, EveryFamilyAcceptsItsNumbersOnly) {
     }
 }
 
+/// A basket is traded on credit accounts, too; a futures basket is not.
+TEST(Families, EveryFamilyTradesOnItsAccountsOnly) {
+    constexpr int kBasket = 2, kCreditBroker = 3;
+    for (const CRow& row : kRows) {
+        const CFamily* family = findFamily(static_cast<EOrderStrategyTradeType>(row.tradeType));
+        ASSERT_NE(family, nullptr) << row.tradeType;
+        const int second = row.tradeType == kBasket ? kCreditBroker : row.broker;
+        EXPECT_EQ(static_cast<int>(family->m_eSecondBrokerType), second) << row.tradeType;
+        for (int broker = -1; broker <= 12; ++broker) {
+            EXPECT_EQ(family->tradesOn(static_cast<EQDBrokerType>(broker)),
+                      broker == row.broker || broker == second)
+                << row.tradeType << ' ' << broker;
+        }
+    }
+}
+
 TEST(Families, OtherTradeTypesHaveNone) {
     for (const int tradeType : {-1, 7, 8, 13, 14, 100, 0x7fffffff}) {
         EXPECT_EQ(findFamily(static_cast<EOrderStrategyTradeType>(tradeType)), nullptr) << tradeType;
@@ -81,6 +98,37 @@ TEST(Families, CommandBitIsTheFamilysOrStock) {
         EXPECT_EQ(static_cast<int>(getStrategyTradeType(static_cast<EOrderStrategyTradeType>(tradeType))),
                   bit)
             << tradeType;
+    }
+}
+
+TEST(Families, SettingSlotIsTheFamilysOrStock) {
+    for (const CRow& row : kRows)
+        EXPECT_EQ(static_cast<int>(settingSlotOf(static_cast<EOrderStrategyTradeType>(row.tradeType))),
+                  row.slot);
+    for (const int tradeType : {-1, 7, 8, 13, 99})
+        EXPECT_EQ(settingSlotOf(static_cast<EOrderStrategyTradeType>(tradeType)), ESettingSlot::Stock);
+}
+
+TEST(Families, SettingOfAStrategyIsThatOfItsSlot) {
+    COrderStrategyParam strategy;
+    for (int slot = 0; slot < kSettingSlots; ++slot)
+        strategy.setting(static_cast<ESettingSlot>(slot)).m_strCmdLog = std::to_string(slot);
+    for (const CRow& row : kRows) {
+        strategy.m_eTradeType = static_cast<EOrderStrategyTradeType>(row.tradeType);
+        EXPECT_EQ(settingOfFamily(strategy).m_strCmdLog, std::to_string(row.slot)) << row.tradeType;
+    }
+    strategy.m_eTradeType = static_cast<EOrderStrategyTradeType>(99);
+    EXPECT_EQ(&settingOfFamily(strategy), &strategy.m_stockSetting);
+}
+
+/// The trader type of the command that a default remark is for; -1: the family has none.
+TEST(Families, DefaultRemarksAreForTheirCommands) {
+    const std::map<int, int> types = {{0, 1},  {1, 2},     {2, 4},    {3, 8},      {4, 32}, {5, -1},
+                                      {6, -1}, {9, 16384}, {10, 128}, {11, 16384}, {12, 16}};
+    for (const auto& [tradeType, type] : types) {
+        const CFamily* family = findFamily(static_cast<EOrderStrategyTradeType>(tradeType));
+        ASSERT_NE(family, nullptr) << tradeType;
+        EXPECT_EQ(static_cast<int>(family->m_eRemarkTraderType), type) << tradeType;
     }
 }
 

@@ -259,4 +259,10 @@ TEST(TradeInterface, ARecordThatIsNotStoredHasNoDocument) {
     EXPECT_NO_THROW(plain.bsonValueFromObj(bson::fromjson("{\"a\":1}")));
 }
 
+/// Settings documents that were saved before must be read again.
+TEST(TradeInterface, NamesInASettingsDocumentStayTheSame) {
+    EXPECT_STREQ(knservice::kInterfacesTag, "interfaceTrade");
+    EXPECT_STREQ(knservice::kInterfaceDataAttribute, "interfacedata");
+}
+
 } // namespace
