@@ -1,5 +1,6 @@
 #include "desk/journal/JournalEvents.h"
 
+#include "base/Address.h"
 #include "desk/journal/JsonValues.h"
 #include "records/Families.h"
 
@@ -19,11 +20,6 @@ CJson settingFields(const TC::COrderSetting& setting) {
 const TC::COrderSetting& familySetting(const TC::COrderStrategyParam& strategy) {
     const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
     return strategy.setting(family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock);
-}
-
-/// 127.0.0.0/8 reaches no further than this machine.
-bool isLoopbackSource(const QString& source) {
-    return source.startsWith(QStringLiteral("127."));
 }
 
 } // namespace
@@ -49,7 +45,7 @@ CJson doorFields(const TC::CDoorReport& report) {
     static constexpr const char* kEvents[] = {"opened", "closed", "stuck", "refused"};
     return CJson{{"event", kEvents[static_cast<int>(report.m_eEvent)]},
                  {"source", textValue(report.m_strSource)},
-                 {"loopback", isLoopbackSource(report.m_strSource)},
+                 {"loopback", utils::isLoopbackListener(report.m_strSource.toStdString())},
                  {"peer", textValue(report.m_strPeer)},
                  {"cause", textValue(report.m_strCause)}};
 }
