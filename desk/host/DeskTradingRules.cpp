@@ -4,8 +4,8 @@
 #include "base/Text.h"
 #include "base/Unset.h"
 #include "desk/config/Words.h"
-#include "desk/market/Operations.h"
 #include "desk/paper/OrderRules.h"
+#include "kit/Operations.h"
 #include "platform/Quote.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -151,23 +151,23 @@ void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC
 }
 
 bool CDeskTradingRules::isBuy(TC::EOperationType operation) {
-    const COperation* known = findOperation(operation);
-    return known != nullptr && known->m_eSide == ETradeSide::Buy;
+    const kit::COperation* known = kit::findOperation(operation);
+    return known != nullptr && known->m_eSide == kit::ETradeSide::Buy;
 }
 
 bool CDeskTradingRules::isClose(TC::EOperationType operation) {
-    const COperation* known = findOperation(operation);
-    return known != nullptr && known->m_eEffect == EOperationEffect::Close;
+    const kit::COperation* known = kit::findOperation(operation);
+    return known != nullptr && known->m_eEffect == kit::EOperationEffect::Close;
 }
 
 bool CDeskTradingRules::isDirectRepay(TC::EOperationType operation) {
-    const COperation* known = findOperation(operation);
-    return known != nullptr && known->m_eEffect == EOperationEffect::RepayMoney;
+    const kit::COperation* known = kit::findOperation(operation);
+    return known != nullptr && known->m_eEffect == kit::EOperationEffect::RepayMoney;
 }
 
 TC::EEntrustTypes CDeskTradingRules::operationTypeToEntrustType(TC::EOperationType operation) {
-    const COperation* known = findOperation(operation);
-    return static_cast<TC::EEntrustTypes>(known != nullptr ? known->m_eBooking : EBooking::Own);
+    const kit::COperation* known = kit::findOperation(operation);
+    return static_cast<TC::EEntrustTypes>(known != nullptr ? known->m_eBooking : kit::EBooking::Own);
 }
 
 } // namespace desk

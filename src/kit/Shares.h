@@ -7,7 +7,7 @@
 #include <vector>
 
 /// What the splits of a volume and of money share: largest remainders by weight. Pure.
-namespace desk {
+namespace kit {
 
 inline bool isUsableWeight(double weight) {
     return std::isfinite(weight) && weight > 0;
@@ -62,4 +62,4 @@ std::vector<Count> divideByWeight(Count parts, const std::vector<Real>& weights,
     return given;
 }
 
-} // namespace desk
+} // namespace kit

@@ -1,14 +1,14 @@
-#include "desk/paper/VolumeSplit.h"
+#include "kit/VolumeSplit.h"
 
 #include "base/Unset.h"
-#include "desk/paper/Shares.h"
+#include "kit/Shares.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
 
-namespace desk {
+namespace kit {
 namespace {
 
 /// Shares are compared in steps of this size, so that the noise of dividing makes no rank of its own: three
@@ -98,4 +98,4 @@ CSplitResult splitClosing(int volume, const std::vector<double>& weights, int un
     return result;
 }
 
-} // namespace desk
+} // namespace kit

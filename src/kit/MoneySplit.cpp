@@ -1,13 +1,13 @@
-#include "desk/host/MoneySplit.h"
+#include "kit/MoneySplit.h"
 
 #include "base/Unset.h"
-#include "desk/paper/Shares.h"
+#include "kit/Shares.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 
-namespace desk {
+namespace kit {
 namespace {
 
 constexpr double kCentsPerUnit = 100;
@@ -34,4 +34,4 @@ CMoneySplit splitMoneyOverAccounts(double amount, const std::vector<double>& wei
     return {{}, amounts};
 }
 
-} // namespace desk
+} // namespace kit
