@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-/// The journal's own keys of each kind of event. A key is the record's field name in snake_case without the
-/// type letter; enumerations are their numbers; values that nobody has set are null. Pure; any thread.
+/// The keys of each kind of event in the journal. Records are written as in kit/RecordJson.h; the journal
+/// adds keys of its own. Pure; any thread.
 namespace desk {
 
-/// Kind `command`: the task, then every field of the command and of its codes; an account is its key.
-/// `task` is the number that cancels the command; none: it was refused, and the key is null.
+/// Kind `command`: the task, then the command. `task` is the number that cancels the command; none: it was
+/// refused, and the key is null.
 CJson commandFields(const TC::COrderComandParam& command, std::optional<int> task);
 
 /// Kind `intake`.
