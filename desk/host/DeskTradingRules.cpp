@@ -5,7 +5,6 @@
 #include "base/Unset.h"
 #include "desk/config/Words.h"
 #include "desk/paper/OrderRules.h"
-#include "kit/Operations.h"
 #include "platform/Quote.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
@@ -148,26 +147,6 @@ void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC
     const bool isQuoted = setting.m_ePriceType != TC::EPriceType::Specified;
     if (quote && isQuoted && TC::isInvalidPrice(price))
         record.m_dPrice = quote->getPriceForOrder(setting.m_ePriceType, operation, 0, {});
-}
-
-bool CDeskTradingRules::isBuy(TC::EOperationType operation) {
-    const kit::COperation* known = kit::findOperation(operation);
-    return known != nullptr && known->m_eSide == kit::ETradeSide::Buy;
-}
-
-bool CDeskTradingRules::isClose(TC::EOperationType operation) {
-    const kit::COperation* known = kit::findOperation(operation);
-    return known != nullptr && known->m_eEffect == kit::EOperationEffect::Close;
-}
-
-bool CDeskTradingRules::isDirectRepay(TC::EOperationType operation) {
-    const kit::COperation* known = kit::findOperation(operation);
-    return known != nullptr && known->m_eEffect == kit::EOperationEffect::RepayMoney;
-}
-
-TC::EEntrustTypes CDeskTradingRules::operationTypeToEntrustType(TC::EOperationType operation) {
-    const kit::COperation* known = kit::findOperation(operation);
-    return static_cast<TC::EEntrustTypes>(known != nullptr ? known->m_eBooking : kit::EBooking::Own);
 }
 
 } // namespace desk
