@@ -41,6 +41,11 @@ void fileToCommandsBaseline(benchmark::State& state) {
     roadTime(state, kFewOrders);
 }
 
+/// No figure: shows that the host of the figures takes orders at all. Quick also in a debug build.
+void someOrders(benchmark::State& state) {
+    roadTime(state, 100);
+}
+
 double residentBytes() {
     long pages = 0;
     long resident = 0;
@@ -76,6 +81,7 @@ void memoryPerOrderBaseline(benchmark::State& state) {
     bench::report(state, static_cast<double>(bench::stockLines(1).size()), "bytes");
 }
 
+BENCHMARK(someOrders)->Name("some_orders")->Iterations(1);
 BENCHMARK(memoryPerOrder)->Name("memory_per_order")->Iterations(1)->Repetitions(3);
 BENCHMARK(memoryPerOrderBaseline)->Name("memory_per_order/baseline")->Iterations(1)->Repetitions(3);
 BENCHMARK(fileToCommands)->Name("file_to_commands")->Iterations(3)->Repetitions(5);

@@ -122,7 +122,8 @@ void showDoor(std::ostream& out, const CJson& record) {
 void showIncident(std::ostream& out, const CJson& record) {
     out << word(record, "event") << optional(", channel ", record, "channel");
     if (number(record, "orders") != 0) out << ", " << word(record, "orders") << " orders";
-    out << optional(", task ", record, "task") << optional(": ", record, "cause");
+    out << optional(", task ", record, "task") << optional(", rows ", record, "rows")
+        << optional(", first ", record, "code") << optional(": ", record, "cause");
 }
 
 void showMessage(std::ostream& out, const CJson& record) {

@@ -130,7 +130,9 @@ struct CDeskConfig {
     CUserEntry user;
     bool acceptForcedConfirm = false; ///< stands for the user's word where a command must be confirmed
     bool allowRemoteSocket = false;   ///< order sockets may listen for other machines
-    std::set<std::string> switches;   ///< names of the switches of "mdl_order" that are on
+    /// Names of the switches of "mdl_order" that are on. A folder has the command guard on unless it turns it
+    /// off.
+    std::set<std::string> switches;
     std::vector<CAccountEntry> accounts;
     std::vector<CGroupEntry> groups;
     TC::CBasketMap baskets;

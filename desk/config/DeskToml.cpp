@@ -20,6 +20,7 @@ namespace {
 constexpr ESubject kAllOfDesk = ESubject::Desk | ESubject::Accounts | ESubject::Groups;
 constexpr std::string_view kTables[] = {"user",    "desk",  "socket", "switches", "settings",
                                         "account", "group", "basket", "portfolio"};
+using TC::kCommandGuardSwitch;
 using TC::kForceConfirmSwitch;
 /// The users whose commands the order service issues.
 const std::set<int> kCommandKinds = {80, 90, 91, 92, 100, 101};
@@ -49,6 +50,7 @@ public:
         : m_config(config), m_diagnostics(diagnostics) {}
 
     CUserLines read(const toml::table& root) {
+        m_config.switches.insert(kCommandGuardSwitch); // also without a table of switches
         const CTomlSection section(kDeskFile, root, kDeskFile, m_diagnostics);
         section.read(
             {
@@ -162,14 +164,19 @@ private:
 
     void readSwitches(const toml::table& table) {
         const CTomlSection section = sectionOf(table, "switches");
-        std::map<std::string, bool> switches;
+        std::map<std::string, bool> switches{{kCommandGuardSwitch, true}};
         std::map<std::string, CTomlSetter> setters;
         for (const std::string& name : switchNames())
             setters[name] = section.flag(switches[name]);
         section.read(setters);
+        m_config.switches.clear();
         for (const auto& [name, on] : switches) {
             if (on) m_config.switches.insert(name);
         }
+        if (!switches[kCommandGuardSwitch])
+            section.warnAt(kCommandGuardSwitch,
+                           std::string(kCommandGuardSwitch) +
+                               " is off: orders without a market, code, price or volume go out");
         if (m_config.switches.count(kForceConfirmSwitch) != 0)
             m_forcedConfirm = section.lineOfKey(kForceConfirmSwitch);
     }

@@ -93,10 +93,6 @@ void CDesk::startTrading() {
     reportLeftovers(m_config.strategies, m_config.switches.count(TC::kFileGuardSwitch) > 0, m_journal,
                     m_sink);
     service.loadFromConfig(true);
-    const TC::COrderStrategyMap started = service.getStrategyMap();
-    for (const TC::COrderStrategyParam& strategy : qAsConst(m_config.strategies)) {
-        if (strategy.isRunning() && !started.value(strategy.m_nChannel).isRunning()) startAgain(strategy);
-    }
     m_keeper.begin(service);
 }
 
@@ -108,18 +104,6 @@ QString CDesk::whyRefused(const TC::COrderStrategyParam& strategy, const TC::COr
         if (other.isRunning()) running.insert(other.m_nChannel, other);
     }
     return QString::fromStdString(m_strategyFile.whyRefused(strategy, running));
-}
-
-/// The order service keeps the reason to itself when it takes the user over, so the strategy is started once
-/// more. What was in its way may be gone by then; the order service tells of that start itself.
-void CDesk::startAgain(const TC::COrderStrategyParam& strategy) {
-    constexpr int kStarted = 0;
-    QString error = QStringLiteral("over the user's limit of strategies");
-    TC::COrderService& service = *TC::COrderService::instance();
-    const bool isThere = service.getStrategyConst(strategy.m_nChannel) != nullptr;
-    if (isThere && service.startOrderStrategy(strategy.m_nChannel, error, true) == kStarted) return;
-    m_messages.showMsg(strategy.m_strName + QStringLiteral(" does not run: ") + error,
-                       TC::EMsgTypeDef::General, TC::MsgLevel::Warning, false, false, QString());
 }
 
 void CDesk::tick(double secondsSinceStart) {

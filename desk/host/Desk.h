@@ -69,7 +69,6 @@ public:
 
 private:
     QString whyRefused(const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& all) const;
-    void startAgain(const TC::COrderStrategyParam& strategy);
     void followTradingDay();
 
     std::string m_strFolder;

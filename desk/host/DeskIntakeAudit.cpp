@@ -15,23 +15,34 @@ std::string whereabouts(const TC::CIntakeReport& report, const char* ifDeleted) 
     return "; the file is kept as " + report.m_strKeptAs.toStdString();
 }
 
+/// What happened, in front of the cause.
+std::string incidentHead(const TC::CIncidentReport& report) {
+    const std::string channel = "channel " + std::to_string(report.m_nChannel) + ": ";
+    switch (report.m_eIncident) {
+    case TC::EIncident::OrdersDropped:
+        return channel + counted(report.m_nOrders, "order") + " not sent";
+    case TC::EIncident::CancelNotDone:
+        // A cancel of one order has no task; its cause names account and order.
+        if (TC::isUnset(report.m_nTaskId)) return "cancel not done";
+        return "cancel of task " + std::to_string(report.m_nTaskId) + " not done";
+    case TC::EIncident::HostFailed:
+        break;
+    case TC::EIncident::RowsLeftOut:
+        return channel + counted(report.m_nRows, "row") + " of a basket left out; the first is " +
+               report.m_strCode.toStdString();
+    case TC::EIncident::StrategyNotLoaded:
+        return channel + "the strategy is not loaded";
+    case TC::EIncident::StrategyNotStarted:
+        return channel + "the strategy does not run";
+    }
+    return "a message could not be shown";
+}
+
 } // namespace
 
 void noteIncident(CJournal& journal, CTextSink& sink, const TC::CIncidentReport& report) {
     (void)journal.append("incident", incidentFields(report));
-    const std::string cause = report.m_strCause.toStdString();
-    switch (report.m_eIncident) {
-    case TC::EIncident::OrdersDropped:
-        sink.writeLine("channel " + std::to_string(report.m_nChannel) + ": " +
-                       counted(report.m_nOrders, "order") + " not sent: " + cause);
-        break;
-    case TC::EIncident::CancelNotDone:
-        sink.writeLine("cancel of task " + std::to_string(report.m_nTaskId) + " not done: " + cause);
-        break;
-    case TC::EIncident::HostFailed:
-        sink.writeLine("a message could not be shown: " + cause);
-        break;
-    }
+    sink.writeLine(incidentHead(report) + ": " + report.m_strCause.toStdString());
 }
 
 void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std::string& cause) {

@@ -6,7 +6,8 @@
 
 namespace desk {
 
-/// The switches of "mdl_order" that desk.toml turns on; all others are off. Any thread.
+/// The switches of "mdl_order" that are on for the folder (CDeskConfig::switches); all others are off. Any
+/// thread.
 class CDeskLuaModuleCtrl : public luawrapper::LuaModuleCtrl {
 public:
     explicit CDeskLuaModuleCtrl(std::set<std::string> switches) : m_switches(std::move(switches)) {}

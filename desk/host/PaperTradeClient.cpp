@@ -9,6 +9,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+
 namespace desk {
 namespace {
 
@@ -23,6 +25,15 @@ utils::KNError ratioCountError() {
 kit::EFirstAccount firstAccountOf(EInstrumentKind kind) {
     const bool isFuture = kind == EInstrumentKind::Future || kind == EInstrumentKind::FutureOption;
     return isFuture ? kit::EFirstAccount::MustClose : kit::EFirstAccount::MayBeLeftOut;
+}
+
+/// The line as it was given, without the line end of a CRLF file.
+std::string lineOf(const std::vector<std::string>& words) {
+    std::string line;
+    for (const std::string& word : words)
+        line += (line.empty() ? "" : " ") + word;
+    line.erase(std::remove(line.begin(), line.end(), '\r'), line.end());
+    return line;
 }
 
 std::string wordAt(const std::vector<std::string>& words, std::size_t place) {
@@ -99,11 +110,11 @@ void CPaperTradeClient::cancelTask(int taskId, int operation, const std::string&
 void CPaperTradeClient::cancelOrders(const std::vector<std::string>& words) {
     (void)m_journal.append("cancel_orders", cancelOrdersFields(words));
     const utils::KNError error = m_broker.cancelOrders(words);
-    if (!error.isSuccess()) m_sink.writeLine("cancel_order: " + error.errorMsg());
     const auto info = boost::make_shared<CPaperOrderInfo>();
     info->m_strAccount = wordAt(words, 1);
     info->m_strOrderId = wordAt(words, 2);
-    emit sigCancelOrder(info, error.isSuccess(), error.errorMsg());
+    const std::string cause = error.isSuccess() ? std::string() : lineOf(words) + ": " + error.errorMsg();
+    emit sigCancelOrder(info, error.isSuccess(), cause);
 }
 
 } // namespace desk

@@ -52,7 +52,8 @@ public:
                     const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
 
     /// Takes the words of a `cancel_order` line (CPaperBroker::cancelOrders) and emits sigCancelOrder with
-    /// the outcome on the calling thread. What fails is also told to the user.
+    /// the outcome on the calling thread. The message of a failure has the line and the reason; the order
+    /// service hands it to the audit, which shows it to the user.
     void cancelOrders(const std::vector<std::string>& words);
 
 private:

@@ -28,7 +28,7 @@ CJson discardFields(const TC::CDiscardReport& report, const std::string& cause);
 /// Kind `unplaced`; `order` is all of the order as one text.
 CJson unplacedFields(const TC::COrderParam& order);
 
-/// Kind `incident`: `event` is orders_dropped, cancel_not_done or host_failed.
+/// Kind `incident`.
 CJson incidentFields(const TC::CIncidentReport& report);
 
 /// Kind `message`.

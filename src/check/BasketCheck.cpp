@@ -11,6 +11,7 @@
 #include "platform/ExchangeClient.h"
 #include "platform/HostCall.h"
 #include "platform/InstrumentTypes.h"
+#include "platform/IntakeAudit.h"
 #include "platform/LuaModuleCtrl.h"
 #include "platform/Switches.h"
 #include "platform/TradingRules.h"
@@ -30,6 +31,14 @@ namespace {
 /// The reports of target positions that are left out with the command guard on.
 constexpr char kUnsetTarget[] = "[%1]　通道号: %2, 调仓合约 [%3] 没有目标数量, 未下单!";
 constexpr char kTargetTooLarge[] = "[%1]　通道号: %2, 调仓合约 [%3] 数量超出范围, 未下单!";
+
+/// Why a row is left out without a message. For the audit.
+constexpr char kNotTradable[] = "the code is not a stock that can be traded";
+constexpr char kUnknownInstrument[] = "the instrument is unknown";
+constexpr char kSuspended[] = "the instrument is suspended: its quote has no figures of today";
+constexpr char kWrongType[] = "a basket cannot have an instrument of this type";
+constexpr char kNegativeVolume[] = "the volume is below zero";
+constexpr char kHeldTooLarge[] = "the position is larger than an order can be";
 
 /// The star market has a least volume; told for each account.
 bool isBelowStarLeast(const CCheckRun& run, int volume) {
@@ -60,6 +69,20 @@ struct CBasketRow {
     boost::shared_ptr<CQuoteRequest> quoteRequest; ///< held to the end of the check
 };
 
+/// The rows of one order that are left out without a message.
+struct CLeftOut {
+    int rows = 0;
+    QString code;  ///< of the first
+    QString cause; ///< of the first
+
+    void add(const QString& rowCode, const QString& rowCause) {
+        if (rows++ > 0) return;
+        code = rowCode;
+        cause = rowCause;
+    }
+    void add(const QString& rowCode, const char* rowCause) { add(rowCode, QString::fromUtf8(rowCause)); }
+};
+
 /// A basket on its way through the check.
 struct CBasket {
     COrderParam& order;
@@ -67,6 +90,10 @@ struct CBasket {
     int multiplier;
     double totalWeight = 0.0;
     std::vector<CBasketRow> rows{};
+    CLeftOut leftOut{};
+
+    /// Leaves out the row that the run is at.
+    void leaveOut(const char* cause) { leftOut.add(run.code, cause); }
 };
 
 /// Numbers whose money is shared out over the rows here; a target position has its volumes by then.
@@ -155,16 +182,30 @@ bool takeTargets(CBasket& basket) {
     return true;
 }
 
+/// Null, after a note for the audit, if the row names no instrument to trade. Completes the code.
+CInstrumentDetailPtr findInstrument(CBasket& basket, QString& code) {
+    const QString named = code;
+    if (!resolveStockCode(code, EKeyJoin::Plain)) {
+        basket.leftOut.add(named, kNotTradable);
+        return nullptr;
+    }
+    CInstrumentDetailPtr detail = hostCall<&CExchangeClient::getCodeInfo>(code);
+    if (!detail) basket.leftOut.add(named, kUnknownInstrument);
+    return detail;
+}
+
 /// The rows that name a known instrument, each with its quotes on the way, so that those of later rows arrive
 /// while earlier ones are worked on.
 void collectRows(CBasket& basket) {
     CCheckRun& run = basket.run;
     basket.rows.reserve(static_cast<std::size_t>(basket.order.m_orders.size()));
     for (const COrderSingleParam& row : qAsConst(basket.order.m_orders)) {
-        if (row.m_nVolume < 1 && !run.strategy.m_bUseAmount) continue;
+        if (row.m_nVolume < 1 && !run.strategy.m_bUseAmount) {
+            if (row.m_nVolume < 0) basket.leftOut.add(row.m_strCode, kNegativeVolume);
+            continue;
+        }
         QString code = row.m_strCode;
-        if (!resolveStockCode(code, EKeyJoin::Plain)) continue;
-        const CInstrumentDetailPtr detail = hostCall<&CExchangeClient::getCodeInfo>(code);
+        const CInstrumentDetailPtr detail = findInstrument(basket, code);
         if (!detail) continue;
         CBasketRow known;
         known.detail = detail;
@@ -262,23 +303,47 @@ void startRow(CCheckRun& run, EOperationType op, CStockInfo stock) {
     startRecord(run, op, std::move(stock));
 }
 
+/// Whether the row's instrument can be traded by a basket now; notes for the audit if not.
+bool mayTradeRow(CBasket& basket) {
+    if (isSuspended(basket.run)) {
+        basket.leaveOut(kSuspended);
+        return false;
+    }
+    if (mayStandInABasket(basket.run.stock())) return true;
+    basket.leaveOut(kWrongType);
+    return false;
+}
+
+/// Splits the row's volume. False, after a note for the audit, if the split failed: no message tells of it. A
+/// volume of zero leaves nothing to note.
+bool splitRow(CBasket& basket, EOperationType op) {
+    CCheckRun& run = basket.run;
+    const auto error = splitVolumes(run, op);
+    if (run.volumes.size() == run.accounts.size()) return true;
+    if (run.volume > 0) {
+        basket.leftOut.add(run.code, QStringLiteral("the split over the accounts failed: ") +
+                                         QString::fromStdString(error->errorMsg()));
+    }
+    return false;
+}
+
 /// One row from its quote to its records. False ends the check.
 bool placeRow(CBasket& basket, const CBasketRow& row) {
     CCheckRun& run = basket.run;
     const EOperationType op = row.op;
     startRow(run, op, {row.detail->m_strMarket, row.detail->m_strCode, row.detail->m_strName, {}});
     run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, run.family.m_eQuoteWait);
-    if (isSuspended(run) || !mayStandInABasket(run.stock())) return true;
+    if (!mayTradeRow(basket)) return true;
     takeRowPrices(run, row);
     const double volume = std::trunc(rowVolume(basket, row));
-    if (volume < 0) return true;
+    if (volume < 0) {
+        basket.leaveOut(kNegativeVolume);
+        return true;
+    }
     run.volume = truncateToInt(volume);
     dropUnpricedVolume(run, row);
     if (isInvalidPrice(run.calcPrice)) run.calcPrice = calcPriceOf(run, op);
-    splitVolumes(run, op);
-    // A split that failed leaves the row without a record and without a word.
-    if (run.volumes.size() != run.accounts.size()) return true;
-    return buildRecords(run, op);
+    return !splitRow(basket, op) || buildRecords(run, op);
 }
 
 bool placeRows(CBasket& basket) {
@@ -288,33 +353,44 @@ bool placeRows(CBasket& basket) {
 }
 
 /// Sells one position. False ends the check.
-bool sellPosition(CCheckRun& run, const CAccountInfoPtr& account,
+bool sellPosition(CBasket& basket, const CAccountInfoPtr& account,
                   const knservice::CPositionStatics& position) {
+    CCheckRun& run = basket.run;
     const EOperationType op = EOperationType::Sell;
     startRow(run, op, {position.m_strMarket, position.m_strCode, position.m_strName, {}});
     run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, op, run.family.m_eQuoteWait);
-    if (isSuspended(run)) return true;
+    if (isSuspended(run)) {
+        basket.leaveOut(kSuspended);
+        return true;
+    }
     run.orderPrice = kUnsetDouble;
     const int volume = truncateToInt(static_cast<double>(position.m_nAvailableVolume));
     // A trading layer may take a sale of less than nothing for a purchase.
-    if (volume < 0) return true;
+    if (volume < 0) {
+        basket.leaveOut(kNegativeVolume);
+        return true;
+    }
     CCodeOrderParam record = makeRecord(run, op, account, volume);
     if (!checkRecordPrice(run, record)) return false;
     // More than an order can name is not sold: half of it would be another order than the user's. What was
     // bought today goes out at a volume of nothing, which is the host's to refuse.
-    if (!isUnset(volume)) run.codes.push_back(std::move(record));
+    if (isUnset(volume))
+        basket.leaveOut(kHeldTooLarge);
+    else
+        run.codes.push_back(std::move(record));
     return true;
 }
 
-bool sellAccount(CCheckRun& run, const CAccountInfoPtr& account) {
+bool sellAccount(CBasket& basket, const CAccountInfoPtr& account) {
     const CPositions positions(*account);
     const auto all = positions.all();
     return std::all_of(all.begin(), all.end(),
-                       [&](const auto& position) { return sellPosition(run, account, *position); });
+                       [&](const auto& position) { return sellPosition(basket, account, *position); });
 }
 
 bool sellAll(CBasket& basket) {
     CCheckRun& run = basket.run;
+    basket.leftOut = {}; // rows of the order itself are not used
     QString accountKey = preparedAccountKey(basket.order, run.strategy);
     std::vector<CAccountInfoPtr> accounts;
     std::vector<double> ratios;
@@ -323,8 +399,21 @@ bool sellAll(CBasket& basket) {
                                      false)) {
         return false;
     }
-    return std::all_of(accounts.begin(), accounts.end(),
-                       [&](const CAccountInfoPtr& account) { return !account || sellAccount(run, account); });
+    return std::all_of(accounts.begin(), accounts.end(), [&](const CAccountInfoPtr& account) {
+        return !account || sellAccount(basket, account);
+    });
+}
+
+/// Once for an order that goes on. No lock of the host is held any more.
+void tellLeftOut(const CBasket& basket) {
+    if (basket.leftOut.rows == 0) return;
+    CIncidentReport report;
+    report.m_eIncident = EIncident::RowsLeftOut;
+    report.m_nChannel = basket.order.m_nChannel;
+    report.m_nRows = basket.leftOut.rows;
+    report.m_strCode = basket.leftOut.code;
+    report.m_strCause = basket.leftOut.cause;
+    tellAudit(report);
 }
 
 /// Prices on the far side of the book are not allowed; only the first record is looked at.
@@ -354,7 +443,9 @@ bool COrderServiceBase::checkAndFillOrderCompose(COrderParam& order, COrderStrat
     takeSetting(basket.run);
     collectRows(basket);
     const bool isPlaced = order.m_bAll ? sellAll(basket) : placeRows(basket);
-    return isPlaced && checkFirstPrice(basket.run);
+    if (!isPlaced || !checkFirstPrice(basket.run)) return false;
+    tellLeftOut(basket);
+    return true;
 }
 
 } // namespace TC

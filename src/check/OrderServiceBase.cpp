@@ -7,7 +7,7 @@
 #include "check/Reports.h"
 #include "check/Volumes.h"
 #include "platform/HostCall.h"
-#include "platform/MsgService.h"
+#include "platform/HostReports.h"
 #include "platform/TradingRules.h"
 
 #include <cmath>
@@ -15,9 +15,14 @@
 namespace TC {
 namespace {
 
-QString missingStrategyText(EOrderStrategyType type, int channel) {
-    return utils::fillText(QStringLiteral("[%1]　通道号: %2, 找不到对应的策略!"),
-                           {orderStrategyText(type), QString::number(channel)});
+/// These refusals end their batch. They are reported without an exception, so that a message panel that fails
+/// does not let the rest of the batch trade.
+void reportRefusal(EOrderStrategyType type, int channel, const QString& pattern) {
+    reportSafely(utils::fillText(pattern, {safeOrderStrategyText(type), QString::number(channel)}));
+}
+
+void reportMissingStrategy(EOrderStrategyType type, int channel) {
+    reportRefusal(type, channel, QStringLiteral("[%1]　通道号: %2, 找不到对应的策略!"));
 }
 
 /// The frame's own idea of a price: exactly DBL_MAX means none here, without the tolerance of isInvalidPrice.
@@ -41,7 +46,7 @@ const COrderStrategyParam* COrderServiceBase::getStrategy(int channel, const COr
         const auto found = strategies->constFind(channel);
         if (found != strategies->constEnd()) return &found.value();
     }
-    showServiceMsg(missingStrategyText(type, channel));
+    reportMissingStrategy(type, channel);
     return nullptr;
 }
 
@@ -54,12 +59,11 @@ bool COrderServiceBase::checkAccount(const COrderStrategyParam* strategy) const 
 bool COrderServiceBase::checkOrderParamValid(const COrderParam& order,
                                              const COrderStrategyParam* strategy) const {
     const auto refuse = [&](const QString& pattern) {
-        showServiceMsg(utils::fillText(
-            pattern, {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel)}));
+        reportRefusal(order.m_eStrategyType, order.m_nChannel, pattern);
         return false;
     };
     if (strategy == nullptr) {
-        showServiceMsg(missingStrategyText(order.m_eStrategyType, order.m_nChannel));
+        reportMissingStrategy(order.m_eStrategyType, order.m_nChannel);
         return false;
     }
     if (!checkAccount(strategy))

@@ -16,7 +16,7 @@ public:
     void recordDiscard(const TC::CDiscardReport& report) override;
     /// One warning for each channel.
     void recordUnplaced(const QVector<TC::COrderParam>& orders) override;
-    /// Says nothing if the message panel itself failed: there is no other place to show it.
+    /// Shows nothing if the message panel itself failed: the library writes that to its log.
     void recordIncident(const TC::CIncidentReport& report) override;
 };
 

@@ -126,12 +126,19 @@ CJson discardJson(const TC::CDiscardReport& report) {
 }
 
 CJson incidentJson(const TC::CIncidentReport& report) {
-    static constexpr const char* kEvents[] = {"orders_dropped", "cancel_not_done", "host_failed"};
-    return CJson{{"event", kEvents[static_cast<int>(report.m_eIncident)]},
+    static constexpr const char* kEvents[] = {"orders_dropped",      "cancel_not_done",
+                                              "host_failed",         "rows_left_out",
+                                              "strategy_not_loaded", "strategy_not_started"};
+    CJson fields{{"event", kEvents[static_cast<int>(report.m_eIncident)]},
                  {"channel", numberValue(report.m_nChannel)},
                  {"orders", report.m_nOrders},
-                 {"task", numberValue(report.m_nTaskId)},
-                 {"cause", textValue(report.m_strCause)}};
+                 {"task", numberValue(report.m_nTaskId)}};
+    if (report.m_eIncident == TC::EIncident::RowsLeftOut) {
+        fields["rows"] = report.m_nRows;
+        fields["code"] = textValue(report.m_strCode);
+    }
+    fields["cause"] = textValue(report.m_strCause);
+    return fields;
 }
 
 CJson orderJson(const TC::COrderParam& order) {

@@ -25,7 +25,8 @@ CJson doorJson(const TC::CDoorReport& report);
 /// A file that is deleted unread; `lines` and `bytes` are null if they could not be counted.
 CJson discardJson(const TC::CDiscardReport& report);
 
-/// Something that failed without a message: `event` is orders_dropped, cancel_not_done or host_failed.
+/// Something that failed without a message: `event` is orders_dropped, cancel_not_done, host_failed,
+/// rows_left_out, strategy_not_loaded or strategy_not_started. Only rows_left_out has `rows` and `code`.
 CJson incidentJson(const TC::CIncidentReport& report);
 
 /// Where an order came from, and all of it as one text, in `order`.

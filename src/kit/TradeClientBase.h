@@ -6,7 +6,7 @@ namespace kit {
 
 /// A trading layer whose orders are for one account at a time. It looks at neither funds nor positions: that
 /// is left to whoever takes the command. An order for several accounts fails with a text, which the user
-/// sees.
+/// sees. Of a basket for several accounts every row is left out, and the audit gets the text.
 ///
 /// The host answers getLoginStatus and cancelTask. Any thread, like CTradeClient.
 class CTradeClientBase : public TC::CTradeClient {

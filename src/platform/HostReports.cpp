@@ -25,10 +25,16 @@ public:
 };
 
 constexpr const char* kUnknownType = "an exception of an unknown type";
+constexpr const char* kNoText = "an exception without a text";
+
+/// A host's own exception may have no text at all.
+const char* textOf(const char* what) noexcept {
+    return what != nullptr ? what : kNoText;
+}
 
 std::string hostErrorText(std::string_view operation, const char* cause) {
     std::string text(operation);
-    return text.append(": ").append(cause);
+    return text.append(": ").append(textOf(cause));
 }
 
 /// The user's flags for a note, or none if they cannot be had: the text matters more.
@@ -55,7 +61,7 @@ void logFailure(const QString& text) noexcept {
     }
 }
 
-/// What the panel does not show. Not by way of tellAudit, which reports here.
+/// Records what the panel did not show. Does not use tellAudit, which reports its own failures here.
 void recordFailure(const QString& text) noexcept {
     try {
         CIncidentReport report;
@@ -63,8 +69,14 @@ void recordFailure(const QString& text) noexcept {
         report.m_strCause = text;
         hostCall<&CIntakeAudit::recordIncident>(report);
     } catch (...) {
-        logFailure(text);
+        // The log has the text in any case.
     }
+}
+
+/// An audit may keep nothing, so the log gets the text too.
+void keepFailure(const QString& text) noexcept {
+    recordFailure(text);
+    logFailure(text);
 }
 
 } // namespace
@@ -89,7 +101,7 @@ QString exceptionText() noexcept {
         try {
             throw;
         } catch (const std::exception& error) {
-            return QString::fromUtf8(error.what());
+            return QString::fromUtf8(textOf(error.what()));
         } catch (...) {
             return QString::fromUtf8(kUnknownType);
         }
@@ -107,7 +119,7 @@ void reportSafely(const QString& text) noexcept {
         hostCall<&CMsgService::showMsg>(text, EMsgTypeDef::General, MsgLevel::Note, flags.m_bFirst,
                                         flags.m_bSecond, QString());
     } catch (...) {
-        recordFailure(text + QStringLiteral(" (") + exceptionText() + QStringLiteral(")"));
+        keepFailure(text + QStringLiteral(" (") + exceptionText() + QStringLiteral(")"));
     }
 }
 

@@ -8,9 +8,9 @@
 /// threads and its public operations. None of them throws, and any thread may call them.
 namespace TC {
 
-/// Shows the text as a note to the user. If the message panel fails, the audit gets text and cause; if that
-/// fails as well, the log, or the standard error stream while logging is off. A report that the host brings
-/// about while it takes another one on the same thread goes there at once.
+/// Shows the text as a note to the user. If the message panel fails, the audit and the log both get text and
+/// cause, since an audit may keep nothing. While logging is off, the standard error stream takes the place of
+/// the log. A report that the host causes while it takes another one on the same thread goes only there.
 void reportSafely(const QString& text) noexcept;
 
 /// What the exception in hand says; one of the host's names its service and operation. In a catch block only.

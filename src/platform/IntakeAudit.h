@@ -63,19 +63,24 @@ struct CDiscardReport {
     long long m_nBytes = 0; ///< -1: the file cannot be read
 };
 
-/// What comes to nothing without a message to the user.
+/// What is not done without a message to the user.
 enum class EIncident {
     OrdersDropped, ///< orders were accepted, and nothing goes out for them
     CancelNotDone, ///< a cancel found no task, or the cancel of an order failed
     HostFailed,    ///< a service of the host failed, and the message panel could not show it
+    RowsLeftOut,   ///< a basket goes on without some of its rows, or without some of the positions to sell
+    StrategyNotLoaded,  ///< loadFromConfig left out a strategy that is over the user's limit
+    StrategyNotStarted, ///< a strategy that should run could not be started by loadFromConfig
 };
 
 struct CIncidentReport {
     EIncident m_eIncident = EIncident::HostFailed;
-    int m_nChannel = kUnsetInt; ///< of the first order; unset if it is about no channel
+    int m_nChannel = kUnsetInt; ///< of the first order, or of the strategy; unset if it is about no channel
     int m_nOrders = 0;          ///< orders that were dropped
     int m_nTaskId = kUnsetInt;  ///< unset if it is about no task
-    QString m_strCause;         ///< for people
+    int m_nRows = 0;            ///< rows that were left out, of one order
+    QString m_strCode;          ///< the first row that was left out
+    QString m_strCause;         ///< for people; of rows: why the first was left out
 };
 
 /// Wants to know what came in and what came to nothing, so that a journal can tell, and answers where refused

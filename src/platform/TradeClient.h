@@ -35,7 +35,9 @@ public:
     /// family passes none. error: never null.
     ///
     /// Gives one volume for each account, in their order, and 0 for an account that gets nothing. The sum is
-    /// the volume. On failure gives another number of volumes and sets the error; its text is shown.
+    /// the volume. On failure gives another number of volumes and sets the error. Its text is shown to the
+    /// user. For a row of a basket it goes to CIntakeAudit::recordIncident instead, and the basket goes on
+    /// without the row.
     virtual std::vector<int> splitEntrusts(int volume, double price, EPriceType priceType,
                                            const std::vector<CAccountInfoPtr>& accounts,
                                            const std::vector<double>& ratios, EPositionType positionType,

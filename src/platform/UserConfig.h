@@ -78,7 +78,8 @@ public:
     virtual CAccountPtr getAccountData(const QString& key) const = 0;
 
     /// Whether the user may use this price type for this operation on this instrument. market and code are
-    /// UTF-8. Not asked for specified prices.
+    /// UTF-8. Not asked for specified prices, for an instrument without a quote, for baskets, futures and
+    /// futures options, on the share-transfer market, and for the credit order numbers 29 to 32 and 37 to 39.
     virtual bool isPriceTypeValid(EPriceType priceType, EOperationType operation, EQDBrokerType broker,
                                   const std::string& market, const std::string& code,
                                   EOrderType orderType) const = 0;

@@ -183,11 +183,11 @@ void COrderService::shutdown() {
     const utils::CLibraryCall call;
     const std::lock_guard lock(m_threads->end);
     if (!m_threads->service.isRunning()) return;
-    disconnectHost();
     m_fileService->stop();
     m_registry->closeDoors();
     if (m_threads->file.joinable()) m_threads->file.join();
     m_listeners->joinAll();
+    disconnectHost(); // behind the last pass: the audit gets the answers to its cancels
     std::promise<void> workedOff;
     m_threads->queue->close([&workedOff] { workedOff.set_value(); });
     workedOff.get_future().wait();

@@ -62,6 +62,15 @@ bool lacksCode(const COrderStrategyParam& strategy) {
     }
 }
 
+/// A strategy that the user expects and that does not run after the load. The user gets no message of it.
+void tellNotRunning(EIncident incident, int channel, const QString& cause) {
+    CIncidentReport report;
+    report.m_eIncident = incident;
+    report.m_nChannel = channel;
+    report.m_strCause = cause;
+    tellAudit(report);
+}
+
 QString notThere(int id) {
     return QStringLiteral("策略%1不存在").arg(id);
 }
@@ -171,6 +180,7 @@ void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& fi
         change([&] {
             if (m_pStrategies != nullptr) m_pStrategies->remove(channel);
         });
+        tellNotRunning(EIncident::StrategyNotLoaded, channel, QStringLiteral("over the limit of strategies"));
     }
 }
 
@@ -347,10 +357,11 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
         COrderStrategyParam* strategy = find(channel);
         if (strategy == nullptr || !strategy->isRunning()) continue;
         change([&] { strategy->m_nStatus = COrderStrategyParam::kStopped; });
-        QString dropped;
-        if (start(channel, dropped, showMsg) == kSuccess) continue;
+        QString error;
+        if (start(channel, error, showMsg) == kSuccess) continue;
         // One that listened before and may not go on must not be left with an open door.
         leaveListener(channel);
+        tellNotRunning(EIncident::StrategyNotStarted, channel, error);
     }
 }
 

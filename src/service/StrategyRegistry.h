@@ -39,8 +39,9 @@ public:
 
     void bind(COrderStrategyMap* strategies);
     bool isBound() const;
-    /// Erases the strategies that `filter` takes out of the map it is given. Their numbers stay taken for
-    /// this map, also if another user is bound in between, until the strategy is removed.
+    /// Erases the strategies that `filter` takes out of the map it is given, and tells the audit of each.
+    /// Their numbers stay taken for this map, also if another user is bound in between, until the strategy
+    /// is removed.
     void filter(const std::function<void(COrderStrategyMap*)>& filter);
 
     int add(EOrderStrategyType type);
@@ -49,7 +50,8 @@ public:
     int start(int id, QString& error, bool showMsg);
     int stop(int id, QString& error);
     COrderStrategyParam* find(int id);
-    /// Starts what the configuration remembers as running; what fails stays stopped.
+    /// Starts what the configuration remembers as running. A strategy whose start fails stays stopped; the
+    /// audit gets the reason.
     void restartRemembered(bool showMsg);
 
     /// Closes the listeners for good: no strategy starts any more.

@@ -2,11 +2,14 @@
 
 #include "tests/support/FakeHost.h"
 
+#include <QMetaMethod>
+
 #include <boost/make_shared.hpp>
 
 #include <atomic>
 #include <functional>
 #include <mutex>
+#include <set>
 #include <string>
 
 /// A host in memory that breaks its contract in one operation at a time.
@@ -24,16 +27,33 @@ public:
     void disarm() { arm({}, {}); }
 
     void operator()(const char* operation) const {
+        const std::string name(operation);
         std::function<void()> act;
         {
             const std::lock_guard lock(m_mutex);
-            if (m_strOperation == operation) act = m_act;
+            if (m_strOperation == name) act = m_act;
+            if (name == "CAccountData::unlock") --dataLocks();
+            if (dataLocks() > 0) m_underDataLock.insert(name.substr(name.rfind(':') + 1));
         }
         if (act) act();
+        if (name == "CAccountData::lock") ++dataLocks();
+    }
+
+    /// The operations that were called on a thread which held the lock of an account's data.
+    std::set<std::string> underDataLock() const {
+        const std::lock_guard lock(m_mutex);
+        return m_underDataLock;
     }
 
 private:
+    /// How often the calling thread holds the lock.
+    static int& dataLocks() {
+        thread_local int count = 0;
+        return count;
+    }
+
     mutable std::mutex m_mutex;
+    mutable std::set<std::string> m_underDataLock;
     std::string m_strOperation;
     std::function<void()> m_act;
 };
@@ -140,6 +160,13 @@ public:
                (int task, int operation, const std::string& text, const std::string& remark,
                 const std::string& day, const CCancelCallback& callback, int flag),
                , (task, operation, text, remark, day, callback, flag))
+    std::function<void()> onDisconnect; ///< called when a receiver of its signals is taken off
+
+protected:
+    void disconnectNotify(const QMetaMethod&) override {
+        if (onDisconnect) onDisconnect();
+    }
+
 private:
     const CBreaches& m_breaches;
 };
@@ -308,11 +335,12 @@ private:
 
 class CAccountData : public knservice::CAccountData {
 public:
-    explicit CAccountData(const CBreaches& breaches) : m_breaches(breaches) {}
+    CAccountData(const CBreaches& breaches, knservice::CPositionStaticsPtr position)
+        : m_breaches(breaches), m_position(std::move(position)) {}
     std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
     void getVector(int, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
         m_breaches("CAccountData::getVector");
-        out.push_back({}); // an entry that is none
+        out.push_back(m_position);
     }
 
 protected:
@@ -321,6 +349,7 @@ protected:
 
 private:
     const CBreaches& m_breaches;
+    const knservice::CPositionStaticsPtr m_position;
 };
 
 /// Every task and every account is there. A null task comes in front.
@@ -336,7 +365,7 @@ public:
     BREACHABLE(fake::CTasks, CAccountData, CRecordMap, getMapData, (int table), , (table))
     boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string&) override {
         m_breaches("CDataCenter::getAccountData");
-        return boost::make_shared<breach::CAccountData>(m_breaches);
+        return boost::make_shared<breach::CAccountData>(m_breaches, position);
     }
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int) override {
         m_breaches("CTaskCenter::findTasks");
@@ -345,6 +374,9 @@ public:
     }
 
     std::atomic<bool> hasOnlyNullTasks{false};
+    /// What every account holds; null, the default, is an entry that is none. Set while no order is worked
+    /// off.
+    knservice::CPositionStaticsPtr position;
 
 private:
     const CBreaches& m_breaches;

@@ -300,4 +300,27 @@ TEST_F(BreachEnd, StrategyThatTheHostAddsWhileOthersAreLeftOutStays) {
     expectGoodOrder();
 }
 
+/// Set at the end of the thread that it was made on.
+class CAtThreadEnd {
+public:
+    explicit CAtThreadEnd(std::atomic<bool>& flag) : m_flag(flag) {}
+    ~CAtThreadEnd() { m_flag = true; }
+
+private:
+    std::atomic<bool>& m_flag;
+};
+
+/// The last pass may have a cancel that fails, and its answer must reach the audit.
+TEST_F(BreachEnd, AnswersToCancelsAreTakenUntilTheFileThreadHasEnded) {
+    std::atomic<bool> hasEnded{false};
+    onSignal(&COrderService::sigCancelOrders, [&] { thread_local const CAtThreadEnd end(hasEnded); });
+    bool hadEnded = false;
+    road.host.trade.onDisconnect = [&] { hadEnded = hasEnded; };
+    road.drop("cancel_order A1 7\n23,0,10.5,600000,100\n");
+    EXPECT_TRUE(road.waitForCommands(1));
+    road.service().shutdown();
+    EXPECT_TRUE(hadEnded);
+    road.host.trade.onDisconnect = nullptr;
+}
+
 } // namespace

@@ -1,10 +1,12 @@
 // The channels of a report, one behind the other, and what the audit learns of silent ends.
 #include "base/Thread.h"
+#include "platform/HostCall.h"
 #include "platform/HostReports.h"
 #include "tests/breach/BreachRows.h"
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -34,6 +36,35 @@ TEST_F(BreachReports, APanelThatFailsLeavesTheReportToTheAudit) {
     ASSERT_EQ(road.host.audit.incidents.size(), 1u);
     EXPECT_EQ(road.host.audit.incidents[0].m_eIncident, TC::EIncident::HostFailed);
     EXPECT_EQ(road.host.audit.incidents[0].m_strCause, QStringLiteral("words (CMsgService::showMsg: dark)"));
+}
+
+/// An audit may do nothing with the report, which is the default.
+TEST_F(BreachReports, APanelThatFailsLeavesTheReportToTheLogToo) {
+    for (const bool isAuditBroken : {false, true}) {
+        road.host.audit.onRecord = [&] {
+            if (isAuditBroken) throw std::runtime_error("broken");
+        };
+        road.host.breaches.arm("CMsgService::showMsg", [] { throw std::runtime_error("dark"); });
+        testing::internal::CaptureStderr();
+        TC::reportSafely(QStringLiteral("words"));
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  "order service: words (CMsgService::showMsg: dark)\n")
+            << isAuditBroken;
+    }
+}
+
+TEST_F(BreachReports, AnExceptionWithoutATextIsNamedAsSuch) {
+    struct CSilent : std::exception {
+        const char* what() const noexcept override { return nullptr; }
+    };
+    EXPECT_FALSE(TC::runGuarded(QStringLiteral("bad"), [] { throw CSilent(); }));
+    EXPECT_EQ(road.host.reports(), std::vector<std::string>{"[接口单]　bad: an exception without a text"});
+    road.load();
+    road.host.breaches.arm("CTradeClient::cancelTask", [] { throw CSilent(); });
+    road.cancel();
+    EXPECT_TRUE(road.host.waitForReport("CTradeClient::cancelTask: an exception without a text"));
+    EXPECT_EQ(TC::CHostError("CService::operation", nullptr).what(),
+              std::string("CService::operation: an exception without a text"));
 }
 
 /// The refusal of the end is a report itself.
@@ -97,6 +128,28 @@ TEST_F(BreachReports, TheRestOfABatchThatEndsGoesToTheAudit) {
     road.waitForService();
     EXPECT_EQ(incidents(), std::vector<std::string>{"0 11 2 " + unset});
     EXPECT_EQ(road.commandCount(), 1u);
+}
+
+/// Whatever fails while a refusal is reported, the refusal ends its batch.
+TEST_F(BreachReports, ARefusalThatCannotBeShownEndsItsBatch) {
+    road.load();
+    std::size_t batches = 0;
+    for (const char* operation :
+         {"CMsgService::showMsg", "CUserConfig::getMsgFlags", "CUserConfig::hasUserAuth"}) {
+        for (const int refused : {99, 5}) { // no strategy, and one that is stopped
+            bool hasFailed = false;
+            road.host.breaches.arm(operation, [&] {
+                if (!std::exchange(hasFailed, true)) throw std::runtime_error("dark");
+            });
+            road.service().placeOrders({CBreachRoad::order(refused), CBreachRoad::order(3)});
+            road.waitForService();
+            road.host.breaches.disarm();
+            EXPECT_TRUE(hasFailed) << operation;
+            EXPECT_EQ(road.commandCount(), 0u) << operation << ' ' << refused;
+            const auto all = incidents();
+            EXPECT_EQ(std::count(all.begin(), all.end(), "0 3 1 " + unset), ++batches) << operation;
+        }
+    }
 }
 
 TEST_F(BreachReports, OrdersOfAUserWhoMayNotIssueCommandsGoToTheAudit) {

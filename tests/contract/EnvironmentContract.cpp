@@ -4,6 +4,7 @@
 #include "platform/MsgService.h"
 #include "platform/TimeService.h"
 #include "platform/TradeFrameworkSource.h"
+#include "records/OrderTypes.h"
 
 #include "contract/ContractFixture.h"
 #include "contract/Suites.h"
@@ -80,6 +81,57 @@ TEST_P(IntakeAuditContract, ReportsOfDoorsNeverThrow) {
         report.m_strPeer = QStringLiteral("10.0.0.7:1234");
         report.m_strCause = QStringLiteral("原因");
         onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordDoor(report)); });
+    }
+}
+
+TEST_P(IntakeAuditContract, ReportsOfDiscardedFilesNeverThrow) {
+    CDiscardReport full;
+    full.m_nChannel = 3;
+    full.m_strSource = QStringLiteral("/订单/a.txt");
+    full.m_nLines = 2;
+    full.m_nBytes = 40;
+    CDiscardReport unset = full;
+    unset.m_nLines = unset.m_nBytes = -1;
+    for (const CDiscardReport& report : {CDiscardReport(), full, unset}) {
+        EXPECT_NO_THROW(CIntakeAudit::instance().recordDiscard(report));
+        onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordDiscard(report)); });
+    }
+}
+
+TEST_P(IntakeAuditContract, ReportsOfUnplacedOrdersNeverThrow) {
+    COrderParam full;
+    full.m_nChannel = 3;
+    full.m_nOrderType = kOrderBuy;
+    full.m_strRemark = "备注";
+    full.m_orders.resize(2);
+    full.m_orders[0].m_strCode = QStringLiteral("600000");
+    COrderParam unset;
+    unset.m_nChannel = kUnsetInt;
+    unset.m_nOrderType = kUnsetInt;
+    unset.m_eStrategyType = unsetEnum<EOrderStrategyType>();
+    for (const QVector<COrderParam>& orders :
+         {QVector<COrderParam>(), QVector<COrderParam>(1), QVector<COrderParam>{full, full, unset}}) {
+        EXPECT_NO_THROW(CIntakeAudit::instance().recordUnplaced(orders));
+        onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordUnplaced(orders)); });
+    }
+}
+
+TEST_P(IntakeAuditContract, ReportsOfIncidentsNeverThrow) {
+    CIncidentReport full;
+    full.m_nChannel = 3;
+    full.m_nOrders = 2;
+    full.m_nTaskId = 7;
+    full.m_nRows = 4;
+    full.m_strCode = QStringLiteral("600000");
+    full.m_strCause = QStringLiteral("原因");
+    for (const EIncident event :
+         {EIncident::OrdersDropped, EIncident::CancelNotDone, EIncident::HostFailed, EIncident::RowsLeftOut,
+          EIncident::StrategyNotLoaded, EIncident::StrategyNotStarted}) {
+        for (CIncidentReport report : {CIncidentReport(), full}) {
+            report.m_eIncident = event;
+            EXPECT_NO_THROW(CIntakeAudit::instance().recordIncident(report));
+            onAnotherThread([&] { EXPECT_NO_THROW(CIntakeAudit::instance().recordIncident(report)); });
+        }
     }
 }
 

@@ -19,11 +19,26 @@ public:
     }
 };
 
+/// Throws at reports that it does not expect.
+class CBrokenAudit : public kit::CIntakeAuditBase {
+public:
+    void recordDiscard(const TC::CDiscardReport& report) override {
+        if (report.m_nLines < 0) throw std::runtime_error("no lines");
+    }
+    void recordUnplaced(const QVector<TC::COrderParam>& orders) override {
+        if (orders.isEmpty()) throw std::runtime_error("no orders");
+    }
+    void recordIncident(const TC::CIncidentReport& report) override {
+        if (report.m_nTaskId == TC::kUnsetInt) throw std::runtime_error("no task");
+    }
+};
+
 class CBrokenContractHost : public contract::IContractHost {
 public:
     CBrokenContractHost() {
         TC::CHost services = m_host.services();
         services.quoteClient = &m_quotes;
+        services.intakeAudit = &m_audit;
         const utils::KNError installed = TC::installHost(services);
         if (!installed.isSuccess()) throw std::runtime_error(installed.errorMsg());
         m_world.market = "SH";
@@ -40,6 +55,7 @@ private:
     std::ostream m_nowhere{nullptr};
     minimal::CMinimalHost m_host{m_nowhere};
     CBrokenQuotes m_quotes;
+    CBrokenAudit m_audit;
     contract::CContractWorld m_world;
 };
 
@@ -68,6 +84,9 @@ int main(int argc, char** argv) {
     for (const char* name :
          {"Hosts/QuoteContract.SubscriptionIsNeverEmpty/Broken",
           "Hosts/AccountGroupContract.GroupIsFoundUnderItsNameAndBroker/Broken",
+          "Hosts/IntakeAuditContract.ReportsOfDiscardedFilesNeverThrow/Broken",
+          "Hosts/IntakeAuditContract.ReportsOfUnplacedOrdersNeverThrow/Broken",
+          "Hosts/IntakeAuditContract.ReportsOfIncidentsNeverThrow/Broken",
           "Hosts/BasketContract.BasketsAreACopy/Broken",
           "Hosts/PositionContract.PositionsBelongToTheirAccount/Broken",
           "Hosts/ExchangeContract.MarketHasAnInstrumentUnlessTheHostLacksIt/Broken",

@@ -1,5 +1,6 @@
 // The minimal host on the real road: what its user sees of the orders that the kit's answers refuse.
 #include "examples/minimal_host/MinimalHost.h"
+#include "platform/HostReports.h"
 #include "service/OrderService.h"
 #include "tests/support/TempFolder.h"
 
@@ -7,6 +8,7 @@
 
 #include <condition_variable>
 #include <sstream>
+#include <stdexcept>
 
 namespace {
 
@@ -226,6 +228,44 @@ TEST_F(KitAudit, WhatComesToNothingIsShown) {
     cancel.m_strCause = QStringLiteral("no such task");
     tellAudit(cancel);
     EXPECT_TRUE(shows("任务 12 未撤销: no such task")) << screen.str();
+}
+
+TEST_F(KitAudit, WhatIsLeftOutIsShown) {
+    CIncidentReport report;
+    report.m_eIncident = EIncident::RowsLeftOut;
+    report.m_nChannel = 5;
+    report.m_nRows = 2;
+    report.m_strCode = QStringLiteral("600009");
+    report.m_strCause = QStringLiteral("why");
+    tellAudit(report);
+    EXPECT_TRUE(shows("通道号: 5, 组合中2行未下单, 首行 [600009]: why")) << screen.str();
+    report.m_eIncident = EIncident::StrategyNotLoaded;
+    tellAudit(report);
+    EXPECT_TRUE(shows("通道号: 5, 策略未加载: why")) << screen.str();
+    report.m_eIncident = EIncident::StrategyNotStarted;
+    tellAudit(report);
+    EXPECT_TRUE(shows("通道号: 5, 策略未启动: why")) << screen.str();
+}
+
+class CBrokenPanel : public CMsgService {
+public:
+    void showMsg(const QString&, EMsgTypeDef, MsgLevel, bool, bool, const QString&) override {
+        throw std::runtime_error("dark");
+    }
+};
+
+/// The kit's audit has no other place than the panel.
+TEST(KitPanel, ReportThatThePanelCannotShowIsInTheLog) {
+    std::ostringstream screen;
+    minimal::CMinimalHost host(screen);
+    CBrokenPanel panel;
+    CHost services = host.services();
+    services.msgService = &panel;
+    ASSERT_TRUE(installHost(services).isSuccess());
+    testing::internal::CaptureStderr();
+    reportSafely(QStringLiteral("words"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "order service: words (CMsgService::showMsg: dark)\n");
+    releaseHost();
 }
 
 } // namespace

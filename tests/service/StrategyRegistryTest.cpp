@@ -35,6 +35,21 @@ TEST_F(StrategyRegistry, NumberOfAStrategyThatTheLimitLeftOutIsNotGiven) {
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 5);
 }
 
+TEST_F(StrategyRegistry, StrategiesThatTheLimitLeavesOutGoToTheAuditOnce) {
+    for (const int channel : {1, 2, 3})
+        host.user.addStrategy(CStrategyBuilder().channel(channel).stopped());
+    host.user.maxStrategies = 1;
+    load();
+    load();
+    ASSERT_EQ(host.audit.incidents.size(), 2u);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(host.audit.incidents[i].m_eIncident, EIncident::StrategyNotLoaded);
+        EXPECT_EQ(host.audit.incidents[i].m_nChannel, i + 2);
+        EXPECT_EQ(host.audit.incidents[i].m_strCause, QStringLiteral("over the limit of strategies"));
+    }
+    EXPECT_TRUE(host.messages.messages.empty());
+}
+
 TEST_F(StrategyRegistry, NumbersLeftOutAreKeptForTheirUserAlone) {
     for (const int channel : {1, 2})
         host.user.addStrategy(CStrategyBuilder().channel(channel).stopped());

@@ -49,6 +49,19 @@ TEST_F(StrategyStart, GuardThatThrowsWhileStrategiesAreLoadedIsReported) {
               QStringLiteral("[接口单]　策略3: setStrategyGuard: an exception of an unknown type"));
 }
 
+TEST_F(StrategyStart, StartThatFailsWhileStrategiesAreLoadedGoesToTheAudit) {
+    host.user.addStrategy(CStrategyBuilder().channel(3).file(folder.path("none.txt")));
+    host.user.addStrategy(CStrategyBuilder(stoppedFile()).channel(4));
+    load();
+    ASSERT_EQ(host.audit.incidents.size(), 1u);
+    EXPECT_EQ(host.audit.incidents[0].m_eIncident, EIncident::StrategyNotStarted);
+    EXPECT_EQ(host.audit.incidents[0].m_nChannel, 3);
+    EXPECT_EQ(host.audit.incidents[0].m_strCause, QStringLiteral("信号来源必须为文件"));
+    EXPECT_TRUE(host.messages.messages.empty());
+    EXPECT_EQ(start(), -1); // one that is asked for answers to its caller
+    EXPECT_EQ(host.audit.incidents.size(), 1u);
+}
+
 TEST_F(StrategyStart, GuardMaySetAnotherGuard) {
     add(stoppedFile());
     const auto held = std::make_shared<QString>(QStringLiteral("the first guard"));

@@ -14,9 +14,62 @@ class RunStrategies : public CRunningFolder {};
 
 TEST_F(RunStrategies, StrategyThatDoesNotStartIsNamedWithTheReason) {
     block("desk/orders/group.txt");
-    const int code = run({[this] { return has("does not run"); }});
+    const int code = run({[this] { return has("strategy_not_started"); }});
     EXPECT_EQ(code, 0);
-    EXPECT_TRUE(has("group does not run: 信号来源必须为文件"));
+    EXPECT_TRUE(has("\"event\":\"strategy_not_started\",\"channel\":1,\"orders\":0,\"task\":null,"
+                    "\"cause\":\"信号来源必须为文件\""));
+    const std::string line = "channel 1: the strategy does not run: 信号来源必须为文件\n";
+    EXPECT_NE(out.str().find(line), std::string::npos) << out.str();
+    EXPECT_EQ(out.str().find("does not run"), out.str().rfind("does not run")) << out.str();
+}
+
+TEST_F(RunStrategies, StrategyOverTheLimitIsNamed) {
+    change("desk/desk.toml", "max_strategies = 20", "max_strategies = 15");
+    const int code = run({[this] { return has("strategy_not_loaded"); }});
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(has("\"event\":\"strategy_not_loaded\",\"channel\":16,"));
+    EXPECT_NE(out.str().find("channel 16: the strategy is not loaded: over the limit of strategies\n"),
+              std::string::npos)
+        << out.str();
+}
+
+/// A failed cancel of one order has no task; the screen tells of it once, with account and order.
+TEST_F(RunStrategies, FailedCancelOfAnOrderIsToldOnceAndWithoutATask) {
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":16"); },
+        [this] {
+            folder.handOver("desk/orders/group.txt", "cancel_order A1 7\n");
+            return true;
+        },
+        [this] { return has("cancel_not_done"); },
+    });
+    EXPECT_EQ(code, 0);
+    const std::string cause = "cancel_order A1 7: account A1 has no order 7";
+    EXPECT_TRUE(has("\"event\":\"cancel_not_done\",\"channel\":null,\"orders\":0,\"task\":null,"
+                    "\"cause\":\"" +
+                    cause + "\""));
+    const std::string screen = out.str();
+    EXPECT_NE(screen.find("cancel not done: " + cause + "\n"), std::string::npos) << screen;
+    EXPECT_EQ(screen.find("has no order 7"), screen.rfind("has no order 7")) << screen;
+    EXPECT_EQ(screen.find(std::to_string(TC::kUnsetInt)), std::string::npos) << screen;
+}
+
+TEST_F(RunStrategies, RowsThatABasketLeavesOutAreNamed) {
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":16"); },
+        [this] {
+            folder.handOver("desk/orders/basket.txt", "25,0\n600102\t100\n699999\t100\n");
+            return true;
+        },
+        [this] { return has("\"kind\":\"command\""); },
+    });
+    EXPECT_EQ(code, 0);
+    EXPECT_TRUE(has("\"event\":\"rows_left_out\",\"channel\":4,\"orders\":0,\"task\":null,\"rows\":1,"
+                    "\"code\":\"699999\",\"cause\":\"the code is not a stock that can be traded\""));
+    EXPECT_NE(out.str().find("channel 4: 1 row of a basket left out; the first is 699999: the code is not a "
+                             "stock that can be traded\n"),
+              std::string::npos)
+        << out.str();
 }
 
 TEST_F(RunStrategies, StrategiesThatOthersCanReadAreRefused) {

@@ -53,8 +53,26 @@ accept_forced_confirm = true
     EXPECT_EQ(user.fileIntervalMs, 70);
     EXPECT_EQ(user.hintBits, 9);
     EXPECT_EQ(user.msgFlags.at(4), std::make_pair(true, false));
-    EXPECT_EQ(loaded.config.switches, std::set<std::string>{"mdl_order_command_remark"});
+    EXPECT_EQ(loaded.config.switches,
+              (std::set<std::string>{"mdl_order_command_guard", "mdl_order_command_remark"}));
     EXPECT_TRUE(loaded.config.acceptForcedConfirm);
+}
+
+TEST(ConfigLoader, CommandGuardIsOnUnlessItIsTurnedOff) {
+    const std::set<std::string> guard{"mdl_order_command_guard"};
+    const CConfigFolder folder;
+    CLoadedConfig loaded = folder.load();
+    ASSERT_TRUE(loaded.mistakes.empty()) << loaded.mistakes[0].message;
+    EXPECT_EQ(loaded.config.switches, guard) << "without a table of switches";
+    folder.replace("desk.toml", "[settings.stock]", "[switches]\n[settings.stock]");
+    EXPECT_EQ(folder.load().config.switches, guard) << "with an empty table";
+    folder.replace("desk.toml", "[switches]\n", "[switches]\nmdl_order_command_guard = true\n");
+    loaded = folder.load();
+    EXPECT_EQ(loaded.config.switches, guard);
+    for (const CDiagnostic& warning : loaded.warnings)
+        EXPECT_EQ(warning.message.find("guard"), std::string::npos) << warning.message;
+    folder.replace("desk.toml", "mdl_order_command_guard = true", "mdl_order_command_guard = false");
+    EXPECT_EQ(folder.load().config.switches, std::set<std::string>());
 }
 
 TEST(ConfigLoader, PortfoliosKeepTheirRowsByKey) {

@@ -76,6 +76,8 @@ const std::vector<CSlip> kDeskSlips = {
      "desk.toml:14: desk.toml: unknown key \"switch\""},
     {"ForceConfirmDeclinesAll", "desk.toml", "# mdl_order_service_force_confirm = true ", "mdl_order_service_force_confirm = true ",
      "desk.toml:20: warning: switches: mdl_order_service_force_confirm is on and accept_forced_confirm under [desk] is not: every command is declined"},
+    {"CommandGuardOff", "desk.toml", "mdl_order_command_guard = true ", "mdl_order_command_guard = false ",
+     "desk.toml:21: warning: switches: mdl_order_command_guard is off: orders without a market, code, price or volume go out"},
     {"SocketKeyUnknown", "desk.toml", "allow_remote = false", "allow_remotes = false",
      "desk.toml:27: socket: unknown key \"allow_remotes\""},
     {"SocketNoFlag", "desk.toml", "allow_remote = false", "allow_remote = \"no\"",

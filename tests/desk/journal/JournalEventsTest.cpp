@@ -62,6 +62,23 @@ TEST(JournalEvents, IncidentNamesItsEventAndLeavesOutWhatItIsNotAbout) {
     EXPECT_EQ(incidentFields({})["event"], "host_failed");
 }
 
+TEST(JournalEvents, RowsLeftOutHaveTheirNumberAndTheFirstCode) {
+    TC::CIncidentReport report;
+    report.m_eIncident = TC::EIncident::RowsLeftOut;
+    report.m_nChannel = 3;
+    report.m_nRows = 2;
+    report.m_strCode = QStringLiteral("600009");
+    report.m_strCause = QStringLiteral("why");
+    EXPECT_EQ(incidentFields(report).dump(),
+              R"({"event":"rows_left_out","channel":3,"orders":0,"task":null,"rows":2,"code":"600009",)"
+              R"("cause":"why"})");
+    report.m_eIncident = TC::EIncident::StrategyNotLoaded;
+    EXPECT_EQ(incidentFields(report).dump(),
+              R"({"event":"strategy_not_loaded","channel":3,"orders":0,"task":null,"cause":"why"})");
+    report.m_eIncident = TC::EIncident::StrategyNotStarted;
+    EXPECT_EQ(incidentFields(report)["event"], "strategy_not_started");
+}
+
 TEST(JournalEvents, CommandCarriesEveryFieldUnderItsName) {
     EXPECT_EQ(
         commandFields(fullCommand(), 7).dump(),

@@ -126,6 +126,9 @@ TEST(JournalText, DoorTellsWhoCanReachItAndWhoWasRefused) {
     EXPECT_EQ(
         shown("incident", R"("event":"cancel_not_done","channel":null,"orders":0,"task":7,"cause":"x")"),
         kShown + "incident  cancel_not_done, task 7: x\n");
+    EXPECT_EQ(shown("incident", R"("event":"rows_left_out","channel":3,"orders":0,"task":null,"rows":2,)"
+                                R"("code":"600009","cause":"x")"),
+              kShown + "incident  rows_left_out, channel 3, rows 2, first 600009: x\n");
     EXPECT_EQ(shown("door", R"("event":"closed","source":"0.0.0.0:1","loopback":false,"peer":"","cause":"")"),
               kShown + "door  0.0.0.0:1 closed\n");
     EXPECT_EQ(shown("door", R"("event":"refused","source":"127.0.0.1:1","peer":"127.0.0.1:2","cause":"why")"),

@@ -210,9 +210,12 @@ TEST_F(PaperHost, CancelByOrderAnswersBySignal) {
         Qt::DirectConnection);
     client.cancelOrders({"cancel_order", "A1", "1"});
     client.cancelOrders({"cancel_order", "A1", "7"});
-    EXPECT_EQ(answers, (CTexts{"A1 1 ok", "A1 7 account A1 has no order 7"}));
-    EXPECT_EQ(m_shown.str(), "cancel_order: account A1 has no order 7\n");
-    EXPECT_EQ(kinds(), (CTexts{"started", "order", "cancel_orders", "order", "cancel_orders"}));
+    client.cancelOrders({"cancel_order", "A1", "1\r"});
+    EXPECT_EQ(answers, (CTexts{"A1 1 ok", "A1 7 cancel_order A1 7: account A1 has no order 7",
+                               "A1 1\r cancel_order A1 1: order 1 does not wait: cancelled"}));
+    EXPECT_EQ(m_shown.str(), "") << "the order service hands the reason to the audit";
+    EXPECT_EQ(kinds(),
+              (CTexts{"started", "order", "cancel_orders", "order", "cancel_orders", "cancel_orders"}));
 }
 
 TEST_F(PaperHost, TasksOfTheCentreEndTheirOrders) {
@@ -244,13 +247,36 @@ TEST_F(PaperHost, IncidentsAreJournalledAndShown) {
     report.m_nTaskId = 7;
     report.m_strCause = QStringLiteral("there is no such task");
     audit.recordIncident(report);
+    report.m_nTaskId = TC::kUnsetInt;
+    report.m_strCause = QStringLiteral("cancel_order A1 7: account A1 has no order 7");
+    audit.recordIncident(report);
     report = {};
     report.m_strCause = QStringLiteral("broken");
     audit.recordIncident(report);
-    EXPECT_EQ(kinds(), (CTexts{"started", "incident", "incident", "incident"}));
+    EXPECT_EQ(kinds(), (CTexts{"started", "incident", "incident", "incident", "incident"}));
     EXPECT_EQ(m_shown.str(), "channel 3: 2 orders not sent: why\n"
                              "cancel of task 7 not done: there is no such task\n"
+                             "cancel not done: cancel_order A1 7: account A1 has no order 7\n"
                              "a message could not be shown: broken\n");
+}
+
+TEST_F(PaperHost, RowsAndStrategiesLeftOutAreJournalledAndShown) {
+    CDeskIntakeAudit audit(m_journal, m_sink);
+    TC::CIncidentReport report;
+    report.m_eIncident = TC::EIncident::RowsLeftOut;
+    report.m_nChannel = 3;
+    report.m_nRows = 2;
+    report.m_strCode = QStringLiteral("600009");
+    report.m_strCause = QStringLiteral("why");
+    audit.recordIncident(report);
+    report.m_eIncident = TC::EIncident::StrategyNotLoaded;
+    audit.recordIncident(report);
+    report.m_eIncident = TC::EIncident::StrategyNotStarted;
+    audit.recordIncident(report);
+    EXPECT_EQ(kinds(), (CTexts{"started", "incident", "incident", "incident"}));
+    EXPECT_EQ(m_shown.str(), "channel 3: 2 rows of a basket left out; the first is 600009: why\n"
+                             "channel 3: the strategy is not loaded: why\n"
+                             "channel 3: the strategy does not run: why\n");
 }
 
 TEST_F(PaperHost, MessagesAndIntakeAreJournalled) {

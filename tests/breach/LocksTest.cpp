@@ -1,0 +1,88 @@
+// The operations that the library calls while it holds the lock of an account's data, compared with the page.
+#include "tests/breach/BreachRows.h"
+#include "tests/docs/PageTable.h"
+
+#include <limits>
+
+namespace {
+
+using namespace breach;
+
+class BreachLocks : public testing::Test {
+protected:
+    static constexpr int kBasketChannel = 12;
+
+    void SetUp() override {
+        const auto position = boost::make_shared<knservice::CPositionStatics>();
+        position->m_account = road.host.user.accounts.at("A1");
+        position->m_strMarket = "SH";
+        position->m_strCode = "600000";
+        position->m_nPositionVolume = position->m_nAvailableVolume = 700;
+        road.host.tasks.position = position;
+    }
+    /// Loads the strategies with that price type of baskets.
+    void load(TC::EPriceType priceType) {
+        road.host.user.strategies[kBasketChannel].setting(TC::ESettingSlot::StockBasket).m_ePriceType =
+            priceType;
+        road.load();
+    }
+    /// Sells all positions; the host makes the price of the record.
+    void sellAllAt(double price) {
+        road.host.rules.onFixTimeRange = [=](TC::CCodeOrderParam& record) { record.m_dPrice = price; };
+        TC::COrderParam order = COrderBuilder(26).channel(kBasketChannel);
+        order.m_bAll = true;
+        road.place(order);
+        road.waitForService();
+    }
+    void expectOnThePage() {
+        const std::set<std::string> onPage = operationsWithTheDataOnThePage();
+        for (const std::string& operation : road.host.breaches.underDataLock())
+            EXPECT_EQ(onPage.count(operation), 1u) << operation;
+    }
+    static std::set<std::string> operationsWithTheDataOnThePage() {
+        std::set<std::string> operations;
+        for (const CTableRow& row : readTable(std::string(ORDERSERVICE_SOURCE_DIR) + "/docs/host.md",
+                                              "## Threads, locks and call-backs")) {
+            if (row.at("Locks held").find("data") == std::string::npos) continue;
+            for (const std::string& operation : codeSpans(row.at("Operations")))
+                operations.insert(operation);
+        }
+        return operations;
+    }
+    bool isCalled(const char* operation) { return road.host.breaches.underDataLock().count(operation) == 1; }
+
+    CBreachRoad road;
+};
+
+TEST_F(BreachLocks, SaleOfAllPositionsAtAQuotesPrice) {
+    load(TC::EPriceType::Latest);
+    sellAllAt(10.5);
+    EXPECT_EQ(road.commandCount(), 1u);
+    EXPECT_TRUE(isCalled("getOriginPrice"));
+    EXPECT_TRUE(isCalled("orderSettingToParam"));
+    expectOnThePage();
+}
+
+TEST_F(BreachLocks, SaleOfAllPositionsThatIsRefusedForItsPrice) {
+    load(TC::EPriceType::Specified);
+    sellAllAt(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(road.commandCount(), 0u);
+    EXPECT_TRUE(isCalled("knPriceTypeToString"));
+    sellAllAt(0.0);
+    EXPECT_EQ(road.commandCount(), 0u);
+    EXPECT_TRUE(isCalled("showTradeError"));
+    EXPECT_TRUE(isCalled("hasUserAuth"));
+    expectOnThePage();
+}
+
+TEST_F(BreachLocks, TargetPositions) {
+    road.host.switches.on.insert("mdl_order_compose_basket_buy_sell");
+    load(TC::EPriceType::Latest);
+    road.place(CBreachRoad::order(kBasketChannel, 34, 10.5, 300));
+    road.waitForService();
+    EXPECT_EQ(road.commandCount(), 1u);
+    EXPECT_TRUE(isCalled("getVector"));
+    expectOnThePage();
+}
+
+} // namespace
