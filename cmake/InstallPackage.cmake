@@ -14,6 +14,7 @@ foreach(floor base records platform gates kit)
         # Tools of the library's own; no public header includes them.
         PATTERN "FileCount.h" EXCLUDE
         PATTERN "Reserve.h" EXCLUDE
+        PATTERN "Shares.h" EXCLUDE
         PATTERN "StopRequest.h" EXCLUDE
         PATTERN "Thread.h" EXCLUDE)
 endforeach()
@@ -21,6 +22,11 @@ foreach(header check/OrderServiceBase.h service/OrderService.h service/OrderServ
     get_filename_component(folder "${header}" DIRECTORY)
     install(FILES "${CMAKE_SOURCE_DIR}/src/${header}" DESTINATION "include/orderservice/${folder}")
 endforeach()
+
+# The kit is a component: its headers need nlohmann-json, which the library alone does not need.
+install(TARGETS orderservice_kit EXPORT OrderServiceKitTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(EXPORT OrderServiceKitTargets NAMESPACE OrderService::
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
 
 # The contract suites are a component: only who asks for it needs GoogleTest.
 if(TARGET orderservice_contract)

@@ -1,5 +1,6 @@
 // orderdesk: the desk's commands.
 #include "desk/commands/CheckFolder.h"
+#include "desk/commands/CommandLine.h"
 #include "desk/commands/NewFolder.h"
 #include "desk/commands/RunDesk.h"
 #include "desk/commands/ShowJournal.h"
@@ -17,17 +18,9 @@
 #include <iostream>
 #include <optional>
 #include <string>
-#include <vector>
+#include <variant>
 
 namespace {
-
-constexpr int kUsageError = 2;
-
-constexpr const char* kUsage =
-    "usage: orderdesk new FOLDER                              write a desk folder that works as it is\n"
-    "       orderdesk check FOLDER                            name every mistake in it, and warnings\n"
-    "       orderdesk run FOLDER [--exit-when-idle SECONDS]   run it until SIGINT, SIGTERM or SIGHUP\n"
-    "       orderdesk journal FOLDER [--follow]               print what happened\n";
 
 /// Closed standard descriptors lead to nowhere afterwards. Otherwise the next file that is opened, such as
 /// the journal, would take their place, and what the process prints would be written into it.
@@ -36,18 +29,6 @@ void occupyStandardDescriptors() {
         // The lowest free number is given: those below are in use by now.
         if (::fcntl(standard, F_GETFD) < 0) (void)::open("/dev/null", O_RDWR);
     }
-}
-
-int usageError() {
-    std::cerr << kUsage;
-    return kUsageError;
-}
-
-std::optional<double> readSeconds(const std::string& text) {
-    char* end = nullptr;
-    const double seconds = std::strtod(text.c_str(), &end);
-    const bool isNumber = !text.empty() && *end == '\0' && seconds >= 0;
-    return isNumber ? std::optional(seconds) : std::nullopt;
 }
 
 int runOnScreen(const std::string& folder, std::optional<double> exitWhenIdle) {
@@ -69,20 +50,23 @@ int showJournal(const std::string& folder, bool follow) {
     return desk::runJournal(folder, follow, std::cout, std::cerr, [] { return s_isJournalEnded == 0; });
 }
 
-int runCommand(const std::vector<std::string>& words) {
-    const std::string& command = words[0];
-    const std::string& folder = words[1];
-    const bool isPlain = words.size() == 2;
-    if (command == "new" && isPlain) return desk::runNew(folder, std::cout, std::cerr);
-    if (command == "check" && isPlain) return desk::runCheck(folder, std::cout);
-    if (command == "run" && isPlain) return runOnScreen(folder, std::nullopt);
-    if (command == "run" && words.size() == 4 && words[2] == "--exit-when-idle") {
-        const auto seconds = readSeconds(words[3]);
-        return seconds ? runOnScreen(folder, seconds) : usageError();
+int runCommand(const desk::CCommandLine& line) {
+    switch (line.m_eCommand) {
+    case desk::ECommand::New:
+        return desk::runNew(line.m_strFolder, std::cout, std::cerr);
+    case desk::ECommand::Check:
+        return desk::runCheck(line.m_strFolder, std::cout);
+    case desk::ECommand::Run:
+        return runOnScreen(line.m_strFolder, line.m_exitWhenIdle);
+    case desk::ECommand::Journal:
+        return showJournal(line.m_strFolder, line.m_bFollow);
     }
-    const bool follow = words.size() == 3 && words[2] == "--follow";
-    if (command == "journal" && (isPlain || follow)) return showJournal(folder, follow);
-    return usageError();
+    return EXIT_FAILURE; // there is no other command
+}
+
+int endWith(const desk::CLineEnd& end) {
+    (end.m_bToError ? std::cerr : std::cout) << end.m_strText;
+    return end.m_nExitCode;
 }
 
 } // namespace
@@ -93,6 +77,7 @@ int main(int argc, char** argv) {
     const QCoreApplication app(argc, argv);
     // The application has taken the locale of the environment; numbers have a point on every machine.
     std::setlocale(LC_NUMERIC, "C");
-    const std::vector<std::string> words(argv + 1, argv + argc);
-    return words.size() >= 2 ? runCommand(words) : usageError();
+    const auto line = desk::readCommandLine(argc, argv);
+    if (const auto* end = std::get_if<desk::CLineEnd>(&line)) return endWith(*end);
+    return runCommand(std::get<desk::CCommandLine>(line));
 }

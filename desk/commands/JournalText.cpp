@@ -1,7 +1,7 @@
 #include "desk/commands/JournalText.h"
 
 #include "desk/journal/Json.h"
-#include "desk/market/Operations.h"
+#include "kit/Operations.h"
 #include "records/Families.h"
 
 #include <nlohmann/json.hpp>
@@ -33,14 +33,14 @@ std::int64_t number(const CJson& object, const char* key, std::int64_t other = 0
     return value != object.end() && value->is_number_integer() ? value->get<std::int64_t>() : other;
 }
 
-const COperation* operationOf(const CJson& object) {
+const kit::COperation* operationOf(const CJson& object) {
     constexpr std::int64_t kNone = -1;
     const auto operation = static_cast<int>(number(object, "operation_type", kNone));
-    return findOperation(static_cast<TC::EOperationType>(operation));
+    return kit::findOperation(static_cast<TC::EOperationType>(operation));
 }
 
 std::string operationWord(const CJson& object) {
-    const COperation* known = operationOf(object);
+    const kit::COperation* known = operationOf(object);
     return known != nullptr ? known->m_pszWord : "operation " + word(object, "operation_type");
 }
 
@@ -62,8 +62,8 @@ std::string optional(const char* lead, const CJson& object, const char* key) {
 /// With a blank in front; empty where nothing is bought or sold.
 std::string priceText(const CJson& object) {
     const std::string price = word(object, "price");
-    const COperation* known = operationOf(object);
-    if (known != nullptr && known->m_eSide == ETradeSide::None) return {};
+    const kit::COperation* known = operationOf(object);
+    if (known != nullptr && known->m_eSide == kit::ETradeSide::None) return {};
     return price == "-" ? " at market" : " @ " + price;
 }
 

@@ -1,10 +1,9 @@
 #include "desk/config/StrategyChecks.h"
 
+#include "base/Address.h"
 #include "desk/config/Kinds.h"
 #include "desk/config/OrderPaths.h"
 #include "records/Families.h"
-
-#include <arpa/inet.h>
 
 #include <algorithm>
 #include <charconv>
@@ -114,15 +113,6 @@ std::uint16_t portOf(const std::string& address) {
     return parsed.ec == std::errc() && parsed.ptr == end ? port : 0;
 }
 
-/// 127.0.0.0/8 reaches no further than this machine.
-bool isLoopback(const std::string& address) {
-    constexpr std::uint32_t kLoopbackNet = 127;
-    constexpr int kNetShift = 24;
-    in_addr ip{};
-    const std::string host = address.substr(0, address.rfind(':'));
-    return ::inet_pton(AF_INET, host.c_str(), &ip) == 1 && ntohl(ip.s_addr) >> kNetShift == kLoopbackNet;
-}
-
 /// The order socket's address: a host and a port. Logins cross the net in the clear, so other machines get in
 /// only where the folder says so.
 CFinding findingOfAddress(const CDeskConfig& config, const std::string& address) {
@@ -130,7 +120,7 @@ CFinding findingOfAddress(const CDeskConfig& config, const std::string& address)
         return {"path",
                 "path \"" + address + "\" is not an address; expected \"ip:port\" with a port of 1 to 65535"};
     }
-    if (config.allowRemoteSocket || isLoopback(address)) return {};
+    if (config.allowRemoteSocket || utils::isLoopbackListener(address)) return {};
     return {"path",
             "path \"" + address +
                 "\" is open to other machines; expected an address of 127.0.0.0/8, or "

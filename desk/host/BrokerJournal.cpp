@@ -1,9 +1,12 @@
 #include "desk/host/BrokerJournal.h"
 
-#include "desk/journal/JsonValues.h"
+#include "kit/JsonValues.h"
 
 namespace desk {
 namespace {
+
+using kit::enumValue;
+using kit::numberValue;
 
 CJson referenceValue(const CBrokerEvent& event) {
     return event.m_nReference != 0 ? CJson(event.m_nReference) : CJson();

@@ -1,6 +1,6 @@
 #include "desk/host/DeskPortfolios.h"
 
-#include "desk/host/TableData.h"
+#include "kit/TableData.h"
 #include "records/Portfolio.h"
 
 #include <boost/make_shared.hpp>
@@ -35,10 +35,10 @@ boost::shared_ptr<knservice::CPortfolio> portfolioOf(const CPortfolioEntry& entr
 
 boost::shared_ptr<knservice::CAccountData> portfolioData(const std::vector<CPortfolioEntry>& portfolios) {
     if (portfolios.empty()) return nullptr;
-    CTableData::CRecords records;
+    kit::CTableData::CRecords records;
     for (const CPortfolioEntry& entry : portfolios)
         records[knservice::portfolioKey(entry.kind, entry.id)] = portfolioOf(entry);
-    return boost::make_shared<CTableData>(knservice::kPortfolioTable, std::move(records));
+    return boost::make_shared<kit::CTableData>(knservice::kPortfolioTable, std::move(records));
 }
 
 } // namespace desk

@@ -4,7 +4,6 @@
 #include "base/Text.h"
 #include "base/Unset.h"
 #include "desk/config/Words.h"
-#include "desk/market/Operations.h"
 #include "desk/paper/OrderRules.h"
 #include "platform/Quote.h"
 
@@ -148,26 +147,6 @@ void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC
     const bool isQuoted = setting.m_ePriceType != TC::EPriceType::Specified;
     if (quote && isQuoted && TC::isInvalidPrice(price))
         record.m_dPrice = quote->getPriceForOrder(setting.m_ePriceType, operation, 0, {});
-}
-
-bool CDeskTradingRules::isBuy(TC::EOperationType operation) {
-    const COperation* known = findOperation(operation);
-    return known != nullptr && known->m_eSide == ETradeSide::Buy;
-}
-
-bool CDeskTradingRules::isClose(TC::EOperationType operation) {
-    const COperation* known = findOperation(operation);
-    return known != nullptr && known->m_eEffect == EOperationEffect::Close;
-}
-
-bool CDeskTradingRules::isDirectRepay(TC::EOperationType operation) {
-    const COperation* known = findOperation(operation);
-    return known != nullptr && known->m_eEffect == EOperationEffect::RepayMoney;
-}
-
-TC::EEntrustTypes CDeskTradingRules::operationTypeToEntrustType(TC::EOperationType operation) {
-    const COperation* known = findOperation(operation);
-    return static_cast<TC::EEntrustTypes>(known != nullptr ? known->m_eBooking : EBooking::Own);
 }
 
 } // namespace desk

@@ -1,6 +1,6 @@
 #include "desk/host/PaperPositions.h"
 
-#include "desk/host/TableData.h"
+#include "kit/TableData.h"
 #include "records/Portfolio.h"
 
 #include <boost/make_shared.hpp>
@@ -32,14 +32,14 @@ knservice::CPositionStaticsPtr makePosition(const CPaperPosition& held, const CI
 boost::shared_ptr<knservice::CAccountData> CPaperPositions::of(const std::string& accountKey) const {
     const TC::CAccountPtr account = m_user.getAccountData(QString::fromStdString(accountKey));
     if (!account) return nullptr;
-    CTableData::CRecords records;
+    kit::CTableData::CRecords records;
     for (const CPaperPosition& held : m_broker.positions()) {
         if (held.m_strAccount != accountKey || held.m_nVolume <= 0) continue;
         if (held.m_eSide == EPositionSide::Short) continue; // nothing of it could be sold
         const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(held.m_strStock);
         if (instrument) records.emplace(held.m_strStock, makePosition(held, *instrument, account->toInfo()));
     }
-    return boost::make_shared<CTableData>(knservice::kPositionTable, std::move(records));
+    return boost::make_shared<kit::CTableData>(knservice::kPositionTable, std::move(records));
 }
 
 } // namespace desk

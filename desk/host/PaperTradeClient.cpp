@@ -1,9 +1,9 @@
 #include "desk/host/PaperTradeClient.h"
 
 #include "desk/host/DeskIntakeAudit.h"
-#include "desk/host/MoneySplit.h"
 #include "desk/journal/JournalEvents.h"
 #include "desk/paper/OrderRules.h"
+#include "kit/MoneySplit.h"
 
 #include <nlohmann/json.hpp>
 
@@ -22,9 +22,9 @@ utils::KNError ratioCountError() {
 }
 
 /// The order service refuses a closing order of futures and their options whose first account gets nothing.
-EFirstAccount firstAccountOf(EInstrumentKind kind) {
+kit::EFirstAccount firstAccountOf(EInstrumentKind kind) {
     const bool isFuture = kind == EInstrumentKind::Future || kind == EInstrumentKind::FutureOption;
-    return isFuture ? EFirstAccount::MustClose : EFirstAccount::MayBeLeftOut;
+    return isFuture ? kit::EFirstAccount::MustClose : kit::EFirstAccount::MayBeLeftOut;
 }
 
 /// The line as it was given, without the line end of a CRLF file.
@@ -61,7 +61,7 @@ std::vector<int> CPaperTradeClient::splitEntrusts(int volume, double, TC::EPrice
                                                   const std::string& market, const std::string& code,
                                                   TC::EOperationType operation, TC::EHedge_Flag_Type,
                                                   const boost::shared_ptr<utils::KNError>& error) {
-    CSplitResult result;
+    kit::CSplitResult result;
     if (ratios.size() == accounts.size())
         result = split(volume, accounts, ratios, market + code, operation);
     else
@@ -70,18 +70,18 @@ std::vector<int> CPaperTradeClient::splitEntrusts(int volume, double, TC::EPrice
     return result.m_volumes;
 }
 
-CSplitResult CPaperTradeClient::split(int volume, const std::vector<TC::CAccountInfoPtr>& accounts,
-                                      const std::vector<double>& ratios, const std::string& stockKey,
-                                      TC::EOperationType operation) const {
+kit::CSplitResult CPaperTradeClient::split(int volume, const std::vector<TC::CAccountInfoPtr>& accounts,
+                                           const std::vector<double>& ratios, const std::string& stockKey,
+                                           TC::EOperationType operation) const {
     const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(stockKey);
-    if (!instrument) return splitOverAccounts(volume, ratios, 1);
+    if (!instrument) return kit::splitOverAccounts(volume, ratios, 1);
     const int unit = tradingUnit(*instrument);
     std::vector<std::string> keys;
     for (const TC::CAccountInfoPtr& account : accounts)
         keys.push_back(account ? account->getKey() : std::string());
     const std::vector<std::int64_t> closable = m_broker.closableVolumes(keys, *instrument, operation);
-    if (closable.empty()) return splitOverAccounts(volume, ratios, unit);
-    return splitClosing(volume, ratios, unit, closable, firstAccountOf(instrument->kind));
+    if (closable.empty()) return kit::splitOverAccounts(volume, ratios, unit);
+    return kit::splitClosing(volume, ratios, unit, closable, firstAccountOf(instrument->kind));
 }
 
 std::vector<double> CPaperTradeClient::splitMoney(double amount,
@@ -89,9 +89,9 @@ std::vector<double> CPaperTradeClient::splitMoney(double amount,
                                                   const std::vector<double>& ratios, TC::EPositionType,
                                                   TC::EOperationType,
                                                   const boost::shared_ptr<utils::KNError>& error) {
-    CMoneySplit result;
+    kit::CMoneySplit result;
     if (ratios.size() == accounts.size())
-        result = splitMoneyOverAccounts(amount, ratios);
+        result = kit::splitMoneyOverAccounts(amount, ratios);
     else
         result.m_error = ratioCountError();
     if (error && !result.m_error.isSuccess()) *error = result.m_error;

@@ -4,7 +4,7 @@
 #include "desk/journal/Journal.h"
 #include "desk/market/QuoteSource.h"
 #include "desk/paper/PaperBroker.h"
-#include "desk/paper/VolumeSplit.h"
+#include "kit/VolumeSplit.h"
 #include "platform/TradeClient.h"
 
 #include <map>
@@ -57,9 +57,9 @@ public:
     void cancelOrders(const std::vector<std::string>& words);
 
 private:
-    CSplitResult split(int volume, const std::vector<TC::CAccountInfoPtr>& accounts,
-                       const std::vector<double>& ratios, const std::string& stockKey,
-                       TC::EOperationType operation) const;
+    kit::CSplitResult split(int volume, const std::vector<TC::CAccountInfoPtr>& accounts,
+                            const std::vector<double>& ratios, const std::string& stockKey,
+                            TC::EOperationType operation) const;
 
     CJournal& m_journal;
     CPaperBroker& m_broker;

@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-/// The journal's own keys of each kind of event. A key is the record's field name in snake_case without the
-/// type letter; enumerations are their numbers; values that nobody has set are null. Pure; any thread.
+/// The keys of each kind of event in the journal. Records are written as in kit/RecordJson.h; the journal
+/// adds keys of its own. Pure; any thread.
 namespace desk {
 
-/// Kind `command`: the task, then every field of the command and of its codes; an account is its key.
-/// `task` is the number that cancels the command; none: it was refused, and the key is null.
+/// Kind `command`: the task, then the command. `task` is the number that cancels the command; none: it was
+/// refused, and the key is null.
 CJson commandFields(const TC::COrderComandParam& command, std::optional<int> task);
 
 /// Kind `intake`.
@@ -28,8 +28,7 @@ CJson discardFields(const TC::CDiscardReport& report, const std::string& cause);
 /// Kind `unplaced`; `order` is all of the order as one text.
 CJson unplacedFields(const TC::COrderParam& order);
 
-/// Kind `incident`: `event` is orders_dropped, cancel_not_done, host_failed, rows_left_out,
-/// strategy_not_loaded or strategy_not_started. Only rows_left_out has `rows` and `code`.
+/// Kind `incident`.
 CJson incidentFields(const TC::CIncidentReport& report);
 
 /// Kind `message`.

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
+#include "kit/Json.h"
 
 namespace desk {
 
-/// JSON that keeps its keys in the order in which they were written. Whoever makes or reads one includes
-/// <nlohmann/json.hpp>.
-using CJson = nlohmann::ordered_json;
+using CJson = kit::CJson;
 
 } // namespace desk

@@ -36,7 +36,7 @@ constexpr CClosingWords kClosingWords[] = {
 };
 
 const char* availableWord(const CAcceptance& a) {
-    if (operationOf(a.m_order).m_eEffect != EOperationEffect::Close) return " available today";
+    if (operationOf(a.m_order).m_eEffect != kit::EOperationEffect::Close) return " available today";
     for (const CClosingWords& words : kClosingWords) {
         if (words.m_eClosing == closingOf(a.m_order)) return words.m_pszAvailable;
     }
@@ -44,8 +44,8 @@ const char* availableWord(const CAcceptance& a) {
 }
 
 const char* closingVerb(const CAcceptance& a) {
-    if (operationOf(a.m_order).m_eEffect == EOperationEffect::Close) return "close";
-    return operationOf(a.m_order).m_eSide == ETradeSide::Sell ? "sell" : "return";
+    if (operationOf(a.m_order).m_eEffect == kit::EOperationEffect::Close) return "close";
+    return operationOf(a.m_order).m_eSide == kit::ETradeSide::Sell ? "sell" : "return";
 }
 
 /// Both sides: what the order closes, and what it would add to.
@@ -86,7 +86,7 @@ std::string checkSharesOwed(const CAcceptance& a) {
 }
 
 std::string checkMoneyOwed(const CAcceptance& a) {
-    if (operationOf(a.m_order).m_eBooking != EBooking::MoneyRepaid) return {};
+    if (operationOf(a.m_order).m_eBooking != kit::EBooking::MoneyRepaid) return {};
     return owedMoney(a.m_book, a.m_order.m_strAccount) > 0 ? "" : a.m_order.m_strAccount + " owes no money";
 }
 

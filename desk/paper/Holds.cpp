@@ -93,7 +93,7 @@ CNeeds needsAtLimit(const CPaperOrder& order, int volume) {
 }
 
 CPaperDebt& editCredit(CPaperBook& book, const CPaperOrder& order) {
-    const bool isMoney = operationOf(order).m_eBooking == EBooking::BorrowedMoney;
+    const bool isMoney = operationOf(order).m_eBooking == kit::EBooking::BorrowedMoney;
     return book.editDebt(order.m_strAccount, isMoney ? std::string() : order.m_strStock);
 }
 

@@ -140,8 +140,9 @@ void takePrice(const TC::CCodeOrderParam& record, CPaperOrder& order) {
 
 void takeTerms(const CInstrumentEntry& instrument, CPaperOrder& order) {
     const EPayment payment = paymentOf(order);
-    const EOperationEffect effect = operationOf(order).m_eEffect;
-    const bool opens = effect == EOperationEffect::Open || effect == EOperationEffect::CloseThenOpen;
+    const kit::EOperationEffect effect = operationOf(order).m_eEffect;
+    const bool opens =
+        effect == kit::EOperationEffect::Open || effect == kit::EOperationEffect::CloseThenOpen;
     order.m_nMultiplier = std::max(1, instrument.multiplier);
     if (opens && (payment == EPayment::Margin || (payment == EPayment::Premium && !order.isBuy())))
         order.m_nMarginRate = marginRateOf(instrument);

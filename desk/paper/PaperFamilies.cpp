@@ -180,8 +180,8 @@ const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTra
 }
 
 const CPaperFamily* findClosingFamily(EKind kind, TC::EOperationType operation) {
-    const COperation* known = findOperation(operation);
-    if (known == nullptr || known->m_eEffect != EOperationEffect::Close) return nullptr;
+    const kit::COperation* known = kit::findOperation(operation);
+    if (known == nullptr || known->m_eEffect != kit::EOperationEffect::Close) return nullptr;
     const auto found = std::find_if(std::begin(kFamilies), std::end(kFamilies), [&](const CPaperFamily& row) {
         const COperationRule* rule = findOperationRule(operation, row.m_eType);
         return row.m_eInstrumentKind == kind && rule != nullptr && rule->m_eClosing != EClosing::None;
@@ -194,9 +194,10 @@ bool isOperationOfAnyFamily(TC::EOperationType operation) {
                        [&](const COperationRule& rule) { return covers(rule, operation); });
 }
 
-const COperation& operationOf(const CPaperOrder& order) {
-    static constexpr COperation kNothing{-1, ETradeSide::None, EOperationEffect::None, EBooking::Own};
-    const COperation* found = findOperation(order.m_eOperation);
+const kit::COperation& operationOf(const CPaperOrder& order) {
+    static constexpr kit::COperation kNothing{-1, kit::ETradeSide::None, kit::EOperationEffect::None,
+                                              kit::EBooking::Own};
+    const kit::COperation* found = kit::findOperation(order.m_eOperation);
     return found != nullptr ? *found : kNothing;
 }
 
@@ -207,7 +208,7 @@ EClosing closingOf(const CPaperOrder& order) {
 
 EPayment paymentOf(const CPaperOrder& order) {
     const CPaperFamily* family = findPaperFamily(order.m_eFamily);
-    const bool isPlain = operationOf(order).m_eEffect == EOperationEffect::Trade;
+    const bool isPlain = operationOf(order).m_eEffect == kit::EOperationEffect::Trade;
     return family == nullptr || isPlain ? EPayment::Full : family->m_ePayment;
 }
 
@@ -216,17 +217,17 @@ std::optional<CMoney> worthOf(const CPaperOrder& order, CMoney price, std::int64
 }
 
 bool isDirect(const CPaperOrder& order) {
-    const COperation* operation = findOperation(order.m_eOperation);
-    return operation != nullptr && operation->m_eSide == ETradeSide::None;
+    const kit::COperation* operation = kit::findOperation(order.m_eOperation);
+    return operation != nullptr && operation->m_eSide == kit::ETradeSide::None;
 }
 
 bool isMoneyOnly(const CPaperOrder& order) {
-    return operationOf(order).m_eEffect == EOperationEffect::RepayMoney;
+    return operationOf(order).m_eEffect == kit::EOperationEffect::RepayMoney;
 }
 
 bool closesOnly(const CPaperOrder& order) {
     return closingOf(order) != EClosing::None &&
-           operationOf(order).m_eEffect != EOperationEffect::CloseThenOpen;
+           operationOf(order).m_eEffect != kit::EOperationEffect::CloseThenOpen;
 }
 
 bool paysForClosing(const CPaperOrder& order) {
@@ -234,16 +235,16 @@ bool paysForClosing(const CPaperOrder& order) {
 }
 
 bool returnsShares(const CPaperOrder& order) {
-    return operationOf(order).m_eBooking == EBooking::SharesReturned;
+    return operationOf(order).m_eBooking == kit::EBooking::SharesReturned;
 }
 
 bool movesOwedShares(const CPaperOrder& order) {
-    return returnsShares(order) || operationOf(order).m_eBooking == EBooking::BorrowedShares;
+    return returnsShares(order) || operationOf(order).m_eBooking == kit::EBooking::BorrowedShares;
 }
 
 bool takesCredit(const CPaperOrder& order) {
-    const EBooking booking = operationOf(order).m_eBooking;
-    return booking == EBooking::BorrowedMoney || booking == EBooking::BorrowedShares;
+    const kit::EBooking booking = operationOf(order).m_eBooking;
+    return booking == kit::EBooking::BorrowedMoney || booking == kit::EBooking::BorrowedShares;
 }
 
 } // namespace desk

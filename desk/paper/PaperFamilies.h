@@ -1,8 +1,8 @@
 #pragma once
 
 #include "desk/config/DeskConfig.h"
-#include "desk/market/Operations.h"
 #include "desk/paper/PaperRecords.h"
+#include "kit/Operations.h"
 #include "records/Enums.h"
 
 #include <cstdint>
@@ -74,7 +74,7 @@ const CPaperFamily* findClosingFamily(EInstrumentKind kind, TC::EOperationType o
 bool isOperationOfAnyFamily(TC::EOperationType operation);
 
 /// What an order does, from the tables.
-const COperation& operationOf(const CPaperOrder& order);
+const kit::COperation& operationOf(const CPaperOrder& order);
 EClosing closingOf(const CPaperOrder& order);
 EPayment paymentOf(const CPaperOrder& order);
 

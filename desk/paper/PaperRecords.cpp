@@ -1,6 +1,6 @@
 #include "desk/paper/PaperRecords.h"
 
-#include "desk/market/Operations.h"
+#include "kit/Operations.h"
 
 #include <iterator>
 
@@ -17,8 +17,8 @@ const char* statusWord(EOrderStatus status) {
 }
 
 bool CPaperOrder::isBuy() const {
-    const COperation* operation = findOperation(m_eOperation);
-    return operation != nullptr && operation->m_eSide == ETradeSide::Buy;
+    const kit::COperation* operation = kit::findOperation(m_eOperation);
+    return operation != nullptr && operation->m_eSide == kit::ETradeSide::Buy;
 }
 
 } // namespace desk

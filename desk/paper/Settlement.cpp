@@ -69,7 +69,7 @@ void open(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
     position.m_nVolume += volume;
     position.m_nToday += volume;
     // Only what is plainly bought waits for the next day.
-    if (operationOf(order).m_eEffect != EOperationEffect::Trade) position.m_nSellable += volume;
+    if (operationOf(order).m_eEffect != kit::EOperationEffect::Trade) position.m_nSellable += volume;
     position.m_nCost += amount;
     position.m_nPaid += paid;
     position.m_nMargin += margin;
@@ -109,28 +109,28 @@ void returnOwn(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
     bookReturn(book, order, deal.m_nVolume, deal.m_released.m_nProceeds);
 }
 
-using EEffect = EOperationEffect;
+using EEffect = kit::EOperationEffect;
 
 struct CSettler {
     EEffect m_eEffect;
-    EBooking m_eBooking;
+    kit::EBooking m_eBooking;
     void (*m_pSettle)(CPaperBook&, CPaperOrder&, const CDeal&);
 };
 
 constexpr CSettler kSettlers[] = {
-    {EEffect::Trade, EBooking::Own, closeAndOpen},
-    {EEffect::Open, EBooking::Own, closeAndOpen},
-    {EEffect::Close, EBooking::Own, closeAndOpen},
-    {EEffect::CloseThenOpen, EBooking::Own, closeAndOpen},
-    {EEffect::Trade, EBooking::BorrowedMoney, buyOnCredit},
-    {EEffect::Trade, EBooking::BorrowedShares, sellShort},
-    {EEffect::Trade, EBooking::MoneyRepaid, sellToRepay},
-    {EEffect::RepayMoney, EBooking::MoneyRepaid, repay},
-    {EEffect::Trade, EBooking::SharesReturned, buyToReturn},
-    {EEffect::ReturnShares, EBooking::SharesReturned, returnOwn},
+    {EEffect::Trade, kit::EBooking::Own, closeAndOpen},
+    {EEffect::Open, kit::EBooking::Own, closeAndOpen},
+    {EEffect::Close, kit::EBooking::Own, closeAndOpen},
+    {EEffect::CloseThenOpen, kit::EBooking::Own, closeAndOpen},
+    {EEffect::Trade, kit::EBooking::BorrowedMoney, buyOnCredit},
+    {EEffect::Trade, kit::EBooking::BorrowedShares, sellShort},
+    {EEffect::Trade, kit::EBooking::MoneyRepaid, sellToRepay},
+    {EEffect::RepayMoney, kit::EBooking::MoneyRepaid, repay},
+    {EEffect::Trade, kit::EBooking::SharesReturned, buyToReturn},
+    {EEffect::ReturnShares, kit::EBooking::SharesReturned, returnOwn},
 };
 
-const CSettler* settlerOf(const COperation& operation) {
+const CSettler* settlerOf(const kit::COperation& operation) {
     const auto found = std::find_if(std::begin(kSettlers), std::end(kSettlers), [&](const CSettler& row) {
         return row.m_eEffect == operation.m_eEffect && row.m_eBooking == operation.m_eBooking;
     });
@@ -146,7 +146,7 @@ void settle(CPaperBook& book, CPaperOrder& order, CDeal deal) {
 
 } // namespace
 
-bool canSettle(const COperation& operation) {
+bool canSettle(const kit::COperation& operation) {
     return settlerOf(operation) != nullptr;
 }
 

@@ -5,7 +5,7 @@
 namespace kit {
 
 /// The rules of a host that trades stocks only, and words for all families. A stock host need not override
-/// anything. A host with more families overrides isBuy, isClose and, for credit, operationTypeToEntrustType.
+/// anything. A host with more families derives from CFamilyTradingRulesBase.
 /// Any thread; no state.
 class CTradingRulesBase : public TC::CTradingRules {
 public:

@@ -1,5 +1,7 @@
 #include "socket/FailedLogins.h"
 
+#include "base/Address.h"
+
 #include <boost/asio/ip/address.hpp>
 
 #include <algorithm>
@@ -21,6 +23,7 @@ std::string networkOf(ip::address_v6 address) {
 } // namespace
 
 std::string CFailedLogins::groupOf(const std::string& address) {
+    if (utils::isLoopbackAddress(address)) return kLoopback;
     boost::system::error_code error;
     const ip::address parsed = ip::make_address(address, error);
     if (error) return address;
@@ -28,9 +31,9 @@ std::string CFailedLogins::groupOf(const std::string& address) {
     if (parsed.is_v4() || isMapped) {
         const ip::address_v4 v4 =
             isMapped ? ip::make_address_v4(ip::v4_mapped, parsed.to_v6()) : parsed.to_v4();
-        return v4.is_loopback() ? kLoopback : v4.to_string();
+        return v4.to_string();
     }
-    return parsed.is_loopback() ? kLoopback : networkOf(parsed.to_v6());
+    return networkOf(parsed.to_v6());
 }
 
 double CFailedLogins::delay(const std::string& address, double now) const {

@@ -1,5 +1,7 @@
 #include "tests/breach/BreachHost.h"
 
+#include "tests/support/HostServices.h"
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -24,22 +26,7 @@ CBreachHost::CBreachHost() {
     quote->all(10.5);
     quotes.quotes[QStringLiteral("SH600000")] = quote;
 
-    TC::CHost host;
-    host.userManager = &user;
-    host.orderClient = &orders;
-    host.tradeClient = &trade;
-    host.quoteClient = &quotes;
-    host.exchangeClient = &exchange;
-    host.msgService = &messages;
-    host.timeService = &time;
-    host.tradingRules = &rules;
-    host.algorithmTradeHelper = &algorithms;
-    host.intakeAudit = &audit;
-    host.instrumentTypes = &types;
-    host.traderCenter = &tasks;
-    host.tradeFrameworkSource = &framework;
-    host.luaModuleCtrl = &switches;
-    const utils::KNError installed = TC::installHost(host);
+    const utils::KNError installed = TC::installHost(fake::servicesOf(*this));
     if (!installed.isSuccess()) throw std::logic_error(installed.errorMsg());
 }
 

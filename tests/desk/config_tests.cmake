@@ -6,5 +6,6 @@ orderservice_test(desk_config_tests
     SOURCES ${desk_config_test_sources}
     LINKS desk_commands desk_config desk_host desk_market)
 # Some tests run the desk as a process of its own.
-target_compile_definitions(desk_config_tests PRIVATE ORDERDESK_PROGRAM="$<TARGET_FILE:orderdesk>")
+target_compile_definitions(desk_config_tests PRIVATE
+    ORDERDESK_PROGRAM="$<TARGET_FILE:orderdesk>" ORDERDESK_VERSION="${PROJECT_VERSION}")
 add_dependencies(desk_config_tests orderdesk)

@@ -1,6 +1,6 @@
 // The contract suites against a host that breaks its promises: they must say so.
 #include "contract/ContractHost.h"
-#include "examples/minimal_host/MinimalHost.h"
+#include "examples/minimal_host/MinimalContractHost.h"
 
 #include <gtest/gtest.h>
 
@@ -33,30 +33,19 @@ public:
     }
 };
 
-class CBrokenContractHost : public contract::IContractHost {
-public:
-    CBrokenContractHost() {
-        TC::CHost services = m_host.services();
-        services.quoteClient = &m_quotes;
-        services.intakeAudit = &m_audit;
-        const utils::KNError installed = TC::installHost(services);
-        if (!installed.isSuccess()) throw std::runtime_error(installed.errorMsg());
-        m_world.market = "SH";
-        m_world.code = "600000";
-        m_world.stockKey = minimal::kStockKey;
-        m_world.unknownStockKey = QStringLiteral("SH999999");
-        m_world.account = minimal::kAccount.toStdString();
-        m_world.unknownName = QStringLiteral("nobody");
-    }
-    ~CBrokenContractHost() override { TC::releaseHost(); }
-    const contract::CContractWorld& world() const override { return m_world; }
+struct CBrokenServices {
+    CBrokenQuotes brokenQuotes;
+    CBrokenAudit brokenAudit;
+};
 
-private:
-    std::ostream m_nowhere{nullptr};
-    minimal::CMinimalHost m_host{m_nowhere};
-    CBrokenQuotes m_quotes;
-    CBrokenAudit m_audit;
-    contract::CContractWorld m_world;
+/// The services are the first base: they live longer than the host that uses them.
+class CBrokenContractHost : private CBrokenServices, public minimal::CMinimalContractHost {
+public:
+    CBrokenContractHost()
+        : CMinimalContractHost([this](TC::CHost& host) {
+              host.quoteClient = &brokenQuotes;
+              host.intakeAudit = &brokenAudit;
+          }) {}
 };
 
 std::set<std::string> failedTests() {

@@ -2,6 +2,7 @@
 
 #include "records/Families.h"
 #include "tests/support/Describe.h"
+#include "tests/support/HostServices.h"
 
 #include <boost/make_shared.hpp>
 
@@ -277,22 +278,7 @@ CFakeHost::~CFakeHost() {
 }
 
 TC::CHost CFakeHost::services() {
-    TC::CHost host;
-    host.userManager = &user;
-    host.orderClient = &orders;
-    host.tradeClient = &trade;
-    host.quoteClient = &quotes;
-    host.exchangeClient = &exchange;
-    host.msgService = &messages;
-    host.timeService = &time;
-    host.tradingRules = &rules;
-    host.algorithmTradeHelper = &algorithms;
-    host.intakeAudit = &audit;
-    host.instrumentTypes = &types;
-    host.traderCenter = &tasks;
-    host.tradeFrameworkSource = &framework;
-    host.luaModuleCtrl = &switches;
-    return host;
+    return fake::servicesOf(*this);
 }
 
 void CFakeHost::addStock(const std::string& market, const std::string& code, double price, int unit) {

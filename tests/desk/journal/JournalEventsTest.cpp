@@ -174,8 +174,11 @@ TEST(JournalEvents, EveryEventOfADoorHasItsWord) {
 
 TEST(JournalEvents, DoorToOtherMachinesIsNoLoopback) {
     TC::CDoorReport report;
-    const std::pair<const char*, bool> sources[] = {
-        {"127.0.0.1:1", true}, {"127.9.9.9:1", true}, {"0.0.0.0:1", false}, {"10.0.0.7:127", false}};
+    const std::pair<const char*, bool> sources[] = {{"127.0.0.1:1", true},
+                                                    {"127.9.9.9:1", true},
+                                                    {"0.0.0.0:1", false},
+                                                    {"10.0.0.7:127", false},
+                                                    {"127.evil.example:1", false}};
     for (const auto& [source, isLoopback] : sources) {
         report.m_strSource = QString::fromLatin1(source);
         EXPECT_EQ(doorFields(report)["loopback"], isLoopback) << source;

@@ -1,7 +1,7 @@
 #include "desk/config/Kinds.h"
-#include "desk/market/Operations.h"
 #include "desk/paper/PaperFamilies.h"
 #include "desk/paper/Settlement.h"
+#include "kit/Operations.h"
 
 #include "tests/desk/paper/FamilyDesk.h"
 
@@ -70,7 +70,7 @@ TEST_F(FamilyRules, EveryOperationIsModelledOrRefusedWithItsReason) {
             ASSERT_EQ(isModelled, row.m_modelled.count(operation) != 0)
                 << operation << " of family " << static_cast<int>(row.m_eFamily);
             if (isModelled) {
-                EXPECT_NE(findOperation(type), nullptr) << operation;
+                EXPECT_NE(kit::findOperation(type), nullptr) << operation;
             }
         }
     }
@@ -79,10 +79,11 @@ TEST_F(FamilyRules, EveryOperationIsModelledOrRefusedWithItsReason) {
 TEST_F(FamilyRules, WhatIsModelledCanBeBookedAndWhatIsNotCannot) {
     for (const COperations& row : kOperations) {
         for (const int operation : row.m_modelled)
-            EXPECT_TRUE(canSettle(*findOperation(static_cast<TC::EOperationType>(operation)))) << operation;
+            EXPECT_TRUE(canSettle(*kit::findOperation(static_cast<TC::EOperationType>(operation))))
+                << operation;
     }
     for (const int operation : {38, 39, 40, 41, 50, 55, 56})
-        EXPECT_FALSE(canSettle(*findOperation(static_cast<TC::EOperationType>(operation)))) << operation;
+        EXPECT_FALSE(canSettle(*kit::findOperation(static_cast<TC::EOperationType>(operation)))) << operation;
     CPaperOrder unknown;
     unknown.m_eOperation = static_cast<TC::EOperationType>(-1);
     EXPECT_FALSE(canSettle(operationOf(unknown)));

@@ -2,7 +2,7 @@
 
 #include "base/Bson.h"
 #include "base/Unset.h"
-#include "desk/journal/Json.h"
+#include "kit/Json.h"
 
 #include <nlohmann/json.hpp>
 
@@ -10,8 +10,9 @@
 
 #include <string>
 
-/// Values of the journal: what nobody has set is null.
-namespace desk {
+/// Values of a record as JSON: what is not set is null, and what is not finite is written as null. Pure; any
+/// thread.
+namespace kit {
 
 template<typename E>
 CJson enumValue(E value) {
@@ -30,7 +31,7 @@ inline CJson textValue(const QString& text) {
     return text.toStdString();
 }
 
-/// The document as an object; its text where a host put something into it that is no JSON.
+/// The document as an object; its text if it cannot be written as JSON.
 inline CJson documentValue(const bson::BSONObj& document) {
     if (document.isEmpty()) return CJson::object();
     const std::string text = document.jsonString();
@@ -38,4 +39,4 @@ inline CJson documentValue(const bson::BSONObj& document) {
     return object.is_discarded() ? CJson(text) : object;
 }
 
-} // namespace desk
+} // namespace kit

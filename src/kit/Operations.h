@@ -2,9 +2,9 @@
 
 #include "records/Enums.h"
 
-namespace desk {
+namespace kit {
 
-/// What trading at the book does to an operation: which side it takes.
+/// Which side of the order book an operation takes.
 enum class ETradeSide : int { None = 0, Buy = 1, Sell = 2 };
 
 /// What an operation does to positions and debts.
@@ -32,7 +32,7 @@ enum class EBooking : int {
     ContractEnded = 5,
 };
 
-/// One operation as the desk understands it.
+/// One operation: what trading, booking and reading the journal need to know of it.
 struct COperation {
     int m_nNumber; ///< a TC::EOperationType
     ETradeSide m_eSide;
@@ -41,7 +41,7 @@ struct COperation {
     const char* m_pszWord = ""; ///< for people
 };
 
-/// What the desk knows of an operation, or null where it does not know the number. Any thread.
+/// The row of an operation, or null if the table does not have the number. Any thread.
 const COperation* findOperation(TC::EOperationType operation);
 
-} // namespace desk
+} // namespace kit

@@ -1,4 +1,4 @@
-#include "desk/host/MoneySplit.h"
+#include "kit/MoneySplit.h"
 
 #include "base/Unset.h"
 
@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace desk {
+namespace kit {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -67,4 +67,4 @@ TEST(MoneySplit, FailsWithAReason) {
 }
 
 } // namespace
-} // namespace desk
+} // namespace kit

@@ -1,4 +1,4 @@
-#include "desk/market/Operations.h"
+#include "kit/Operations.h"
 
 #include "base/Unset.h"
 #include "records/Families.h"
@@ -8,7 +8,7 @@
 
 #include <set>
 
-namespace desk {
+namespace kit {
 namespace {
 
 TEST(Operations, EveryOperationOfAnAcceptedOrderIsKnown) {
@@ -40,4 +40,4 @@ TEST(Operations, ClosingIsTheOtherSideOfOpening) {
 }
 
 } // namespace
-} // namespace desk
+} // namespace kit

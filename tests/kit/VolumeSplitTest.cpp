@@ -1,4 +1,4 @@
-#include "desk/paper/VolumeSplit.h"
+#include "kit/VolumeSplit.h"
 
 #include "base/Unset.h"
 
@@ -10,7 +10,7 @@
 #include <numeric>
 #include <random>
 
-using desk::splitOverAccounts;
+using kit::splitOverAccounts;
 
 namespace {
 
@@ -143,11 +143,11 @@ namespace {
 using CClosable = std::vector<std::int64_t>;
 
 std::vector<int> closing(int volume, const std::vector<double>& weights, const CClosable& closable,
-                         desk::EFirstAccount first = desk::EFirstAccount::MayBeLeftOut, int unit = 1) {
-    return desk::splitClosing(volume, weights, unit, closable, first).m_volumes;
+                         kit::EFirstAccount first = kit::EFirstAccount::MayBeLeftOut, int unit = 1) {
+    return kit::splitClosing(volume, weights, unit, closable, first).m_volumes;
 }
 
-constexpr auto kMustClose = desk::EFirstAccount::MustClose;
+constexpr auto kMustClose = kit::EFirstAccount::MustClose;
 
 } // namespace
 
@@ -201,7 +201,7 @@ TEST(ClosingSplit, SumIsAlwaysTheVolumeAndWhatFitsIsNotChanged) {
         weights[random() % weights.size()] = 1;
         const int unit = round % 4 == 0 ? 5 : 1;
         const int volume = static_cast<int>(random() % 40);
-        const auto first = round % 2 == 0 ? kMustClose : desk::EFirstAccount::MayBeLeftOut;
+        const auto first = round % 2 == 0 ? kMustClose : kit::EFirstAccount::MayBeLeftOut;
 
         const std::vector<int> byWeight = split(volume, weights, unit);
         const std::vector<int> volumes = closing(volume, weights, closable, first, unit);

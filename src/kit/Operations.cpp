@@ -1,9 +1,9 @@
-#include "desk/market/Operations.h"
+#include "kit/Operations.h"
 
 #include <algorithm>
 #include <iterator>
 
-namespace desk {
+namespace kit {
 namespace {
 
 using ESide = ETradeSide;
@@ -89,4 +89,4 @@ const COperation* findOperation(TC::EOperationType operation) {
     return found != std::end(kOperations) ? found : nullptr;
 }
 
-} // namespace desk
+} // namespace kit

@@ -9,9 +9,10 @@
 #include <utility>
 #include <vector>
 
-namespace desk {
+namespace kit {
 
-/// One table of records that do not change, and no other.
+/// An account's data with one table, such as knservice::kPositionTable, of records that do not change. Every
+/// other table is empty. Any thread.
 class CTableData : public knservice::CAccountData {
 public:
     using CRecords = std::map<std::string, boost::shared_ptr<knservice::IData>>;
@@ -30,4 +31,4 @@ private:
     const CRecords m_records;
 };
 
-} // namespace desk
+} // namespace kit

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace desk {
+namespace kit {
 
 struct CMoneySplit {
     utils::KNError m_error;
@@ -14,11 +14,11 @@ struct CMoneySplit {
 /// Divides an amount of money over accounts by weight, in whole cents. Pure.
 ///
 /// Each account gets its share rounded down to cents; the cents left over go out one each, largest fraction
-/// first, ties to the earlier account. The amounts add up to the amount, which counts rounded to the cent.
+/// first, ties to the earlier account. The amounts sum to the amount, rounded to the cent.
 ///
-/// A weight that is not a positive finite number counts as zero: the account gets nothing. Fails where the
-/// amount is not set, negative or above 1e13, and where money is to be divided but no weight is positive; the
-/// error's text is for users.
+/// An account whose weight is not a positive finite number gets nothing. Fails if the amount is not set,
+/// negative or above 1e13, or if money is to be divided and no weight is positive; the error's text is for
+/// users.
 CMoneySplit splitMoneyOverAccounts(double amount, const std::vector<double>& weights);
 
-} // namespace desk
+} // namespace kit

@@ -1,0 +1,40 @@
+#pragma once
+
+// The minimal host as the contract suites want it: installed as long as it lives, with the names of what it
+// holds.
+
+#include "MinimalHost.h"
+
+#include <contract/ContractHost.h>
+
+#include <functional>
+#include <ostream>
+#include <stdexcept>
+
+namespace minimal {
+
+class CMinimalContractHost : public contract::IContractHost {
+public:
+    /// `change` may put other services in their places; they must outlive this object.
+    explicit CMinimalContractHost(const std::function<void(TC::CHost&)>& change = {}) {
+        TC::CHost services = m_host.services();
+        if (change) change(services);
+        const utils::KNError installed = TC::installHost(services);
+        if (!installed.isSuccess()) throw std::runtime_error(installed.errorMsg());
+        m_world.market = "SH";
+        m_world.code = "600000";
+        m_world.stockKey = kStockKey;
+        m_world.unknownStockKey = QStringLiteral("SH999999");
+        m_world.account = kAccount.toStdString();
+        m_world.unknownName = QStringLiteral("nobody");
+    }
+    ~CMinimalContractHost() override { TC::releaseHost(); }
+    const contract::CContractWorld& world() const override { return m_world; }
+
+private:
+    std::ostream m_nowhere{nullptr}; // the suites send thousands of commands and messages
+    CMinimalHost m_host{m_nowhere};
+    contract::CContractWorld m_world;
+};
+
+} // namespace minimal

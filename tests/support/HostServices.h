@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/Host.h"
+
+namespace fake {
+
+/// The services of a host in memory, which has a member of the usual name for each of them. The host must
+/// outlive what is returned.
+template<typename Host>
+TC::CHost servicesOf(Host& host) {
+    TC::CHost services;
+    services.userManager = &host.user;
+    services.orderClient = &host.orders;
+    services.tradeClient = &host.trade;
+    services.quoteClient = &host.quotes;
+    services.exchangeClient = &host.exchange;
+    services.msgService = &host.messages;
+    services.timeService = &host.time;
+    services.tradingRules = &host.rules;
+    services.algorithmTradeHelper = &host.algorithms;
+    services.intakeAudit = &host.audit;
+    services.instrumentTypes = &host.types;
+    services.traderCenter = &host.tasks;
+    services.tradeFrameworkSource = &host.framework;
+    services.luaModuleCtrl = &host.switches;
+    return services;
+}
+
+} // namespace fake
