@@ -63,7 +63,7 @@ protected:
     CJournal m_journal;
 };
 
-const CJson kNote{{"text", "hello"}};
+const CJson kRefused{{"text", "hello"}};
 
 } // namespace
 
@@ -73,7 +73,7 @@ TEST_F(JournalFileChanges, DeletedWhileTheDiskIsFullItGoesOnWithCauseAndNumbers)
     std::string cause;
     {
         const CFullDisk disk(0);
-        EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
+        EXPECT_FALSE(m_journal.append("message", kRefused).isSuccess());
         remove();
         cause = m_journal.checkFile();
         EXPECT_NE(cause.find("was deleted while the desk ran"), std::string::npos) << cause;
@@ -92,7 +92,7 @@ TEST_F(JournalFileChanges, EndWritesWhatWaitsOnceThereIsRoom) {
     writeNumbers();
     {
         const CFullDisk disk(0);
-        EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
+        EXPECT_FALSE(m_journal.append("message", kRefused).isSuccess());
         remove();
     }
     EXPECT_TRUE(m_journal.close("test").isSuccess());
@@ -108,7 +108,7 @@ TEST_F(JournalFileChanges, MovedWhileTheDiskIsFullItGoesOnWithCauseAndNumbers) {
     writeNumbers();
     {
         const CFullDisk disk(0);
-        EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
+        EXPECT_FALSE(m_journal.append("message", kRefused).isSuccess());
     }
     std::filesystem::rename(m_folder.file(kJournalFileName), m_folder.file("journal.1"));
     const std::string cause = m_journal.checkFile();
@@ -157,7 +157,7 @@ TEST_F(JournalFileChanges, StateEndsOnlyOnceTheContinuedRecordIsWritten) {
 TEST_F(JournalFileChanges, BothCausesAreKeptIfTheFileChangesTwice) {
     {
         const CFullDisk disk(0);
-        EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
+        EXPECT_FALSE(m_journal.append("message", kRefused).isSuccess());
     }
     std::filesystem::rename(m_folder.file(kJournalFileName), m_folder.file("journal.1"));
     const std::string first = m_journal.checkFile();
