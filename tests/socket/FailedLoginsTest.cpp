@@ -69,6 +69,16 @@ TEST(FailedLogins, ConnectionsThatWaitAreBounded) {
     EXPECT_TRUE(logins.mayDelay("10.0.0.1"));
 }
 
+TEST(FailedLogins, IfAddressesHaveRunOutNoOtherIsForgotten) {
+    CFailedLogins logins;
+    for (std::size_t i = 1; i < CFailedLogins::kMaxAddresses; ++i)
+        logins.countFailure(std::to_string(i), 0);
+    for (int i = 0; i < 10; ++i)
+        logins.countFailure("10.0.0.1", 30);
+    logins.countFailure("10.0.0.2", 61); // one too many, but all of time 0 have run out
+    EXPECT_EQ(logins.delay("10.0.0.1", 61), 4);
+}
+
 TEST(FailedLogins, AddressesAreBoundedAndTheOldestIsForgotten) {
     CFailedLogins logins;
     const auto failFor = [&](const std::string& address, double now) {
