@@ -36,9 +36,10 @@ bool isCommandGuardOn();
 /// except that it calls the host's isDirectRepay.
 std::optional<QString> missingOf(const CCodeOrderParam& record, const COrderParam& order);
 
-/// For a sale of all positions: removes the records that have no volume, and reports them. If no record is
-/// left, it reports once that there is nothing to trade, and returns false. Other orders are not changed.
-/// Call it before the text of an algorithm is made, because that text refers to the records by their index.
+/// For a sale of all positions: removes the records that have no volume, and reports each of them if the
+/// others can be sent. If no record is left, it reports once that there is nothing to trade, and returns
+/// false. Other orders are not changed. Call it before the text of an algorithm is made, because that text
+/// refers to the records by their index.
 bool leaveOutUnsellable(std::vector<CCodeOrderParam>& records, const COrderParam& order);
 
 /// Whether the order's command may be sent. If not, reports the first record that lacks a value as a failed

@@ -44,7 +44,8 @@ public:
                                            EOrderStrategyType type) const;
     /// Whether the strategy's group or account exists.
     bool checkAccount(const COrderStrategyParam* strategy) const;
-    /// The frame check of one order against its strategy.
+    /// The frame check of an order: its strategy exists and runs, the strategy's account exists, and the
+    /// source kind of the strategy is that of the order.
     bool checkOrderParamValid(const COrderParam& order, const COrderStrategyParam* strategy) const;
     /// Finds the accounts of an order. `accountKey` is the caller's choice; it is replaced if the order names
     /// an account itself. Appends to `accounts` and `ratios`. If `fillWeights` is true, also fills `weights`
