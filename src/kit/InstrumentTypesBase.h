@@ -5,11 +5,11 @@
 
 namespace kit {
 
-/// Units of a host that shows the unit it trades in. The host answers isTypedStock and getTradeMinUnit. Any
-/// thread, like CInstrumentTypes.
+/// Units of a host that shows the same unit to the user as it trades in. The host implements isTypedStock and
+/// getTradeMinUnit. Any thread, like CInstrumentTypes.
 class CInstrumentTypesBase : public knservice::CInstrumentTypes {
 public:
-    /// The trading unit of any operation.
+    /// Returns the trading unit for an operation that is not set.
     int getUiMinUnit(const std::string& market, const std::string& code, bool) override {
         return getTradeMinUnit(market, code, TC::unsetEnum<TC::EOperationType>());
     }
