@@ -1,5 +1,5 @@
-// Baskets: many instruments in one order, by volume, by target position, or by money and weight. One basket
-// order sells all that the accounts hold.
+// Baskets: many instruments in one order, by volume, by target position, or by money and weight. A basket can
+// also sell all that the accounts hold.
 #include "base/Text.h"
 #include "check/CheckFrame.h"
 #include "check/CodeLookup.h"
@@ -153,10 +153,10 @@ QSet<QString> unsetTargets(const QVector<COrderSingleParam>& rows) {
     return codes;
 }
 
-/// If the command guard is on, removes the rows that have no volume an order can have, with one report each.
-/// These are targets without a volume, for which the exchange would buy up to the not-set number, and
-/// differences that do not fit an int. Without the guard, the not-set volume of a target is treated as its
-/// number.
+/// If the command guard is on, removes the rows whose volume is not one that an order can have, with one
+/// report each. These are targets without a volume, for which exchangePosition would buy up to the not-set
+/// number, and differences that do not fit an int. Without the guard, the not-set volume of a target is
+/// treated as its number.
 void leaveOutUnset(CBasket& basket, const QSet<QString>& unsetCodes) {
     if (!isCommandGuardOn()) return;
     const auto isLeftOut = [&](const COrderSingleParam& row) {
@@ -374,8 +374,9 @@ bool sellPosition(CBasket& basket, const CAccountInfoPtr& account,
     }
     CCodeOrderParam record = makeRecord(run, op, account, volume);
     if (!checkRecordPrice(run, record)) return false;
-    // A position that is too large for one order is not sold: selling a part of it is not what the user
-    // ordered. Shares bought today give a record of volume 0, which the host must refuse.
+    // A position that is too large for one order is not sold, because selling a part of it is not what the
+    // user ordered. Shares bought today give a record of volume 0. The host must refuse it, unless the
+    // command guard removes it.
     if (isUnset(volume))
         basket.leaveOut(kHeldTooLarge);
     else

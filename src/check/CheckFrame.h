@@ -105,7 +105,7 @@ struct CCheckRun {
     std::vector<int> volumes{};
 
     const CStockInfo& stock() const { return record.m_stock; }
-    /// The order's only line, or null.
+    /// The order's only line, or null if it has no line.
     const COrderSingleParam* line() const {
         return order.m_orders.isEmpty() ? nullptr : &order.m_orders.first();
     }
@@ -133,8 +133,8 @@ bool splitOverAccounts(CCheckRun& run);
 /// Builds a record of the operation for each account whose volume is above zero. run.volumes must have one
 /// volume for each account.
 bool buildRecords(CCheckRun& run, EOperationType op);
-/// The first steps, which all families share: order number, line count, accounts, setting, code and
-/// instrument.
+/// The first steps, which all families except baskets share: order number, line count, accounts, setting,
+/// code and instrument.
 bool beginCheck(CCheckRun& run);
 /// The remaining steps after beginCheck.
 bool finishCheck(CCheckRun& run);

@@ -23,6 +23,7 @@ namespace TC {
 ///    quotes or are market prices, so the record's price is not checked.
 ///  - A volume that is set and at least 1. A repayment of money instead requires an amount above zero,
 ///    because its volume is only the whole part of the amount.
+///
 /// A sale of all positions (26 with `all`) has records of volume 0 for positions that cannot be sold today.
 /// These records are left out with one report each, and the others are sent. If all records are left out,
 /// nothing is sent.

@@ -32,8 +32,8 @@ bool isInList(int value, const int (&list)[N]) {
 }
 
 /// The setting slot of a family's default remark, and its trader type. The row of the share-transfer market
-/// intentionally has the bit of the Shenzhen connect instead of its own. getStrategyTradeType therefore uses
-/// a different table.
+/// intentionally has the trader type of the Shenzhen connect. So this table differs from the one of
+/// getStrategyTradeType on purpose.
 struct CCmdLogRow {
     EOrderStrategyTradeType m_eTradeType;
     ESettingSlot m_eSlot;

@@ -25,9 +25,9 @@ void reportMissingStrategy(EOrderStrategyType type, int channel) {
     reportRefusal(type, channel, QStringLiteral("[%1]　通道号: %2, 找不到对应的策略!"));
 }
 
-/// Whether the price is given. Only exactly DBL_MAX means "not set" here, without the tolerance of
-/// isInvalidPrice. Files may contain "nan" or "inf" as a number. Neither is a price, and an order with it is
-/// refused: no order can be filled at an infinite price, and the host could treat it as a market price.
+/// Whether the price is given and not zero. Only exactly DBL_MAX means "not set" here, without the tolerance
+/// of isInvalidPrice. Files may contain "nan" or "inf" as a number. Neither is a price, and an order with it
+/// is refused: no order can be filled at an infinite price, and the host could treat it as a market price.
 bool isPriceGiven(double price) {
     return price != kUnsetDouble && std::isfinite(price) && std::fabs(price) > kPriceTolerance;
 }

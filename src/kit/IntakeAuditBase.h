@@ -4,8 +4,9 @@
 
 namespace kit {
 
-/// Shows orders that were not read or served to the user, as warnings of CMsgService. Keeps no record. A host
-/// with a journal overrides the functions and may also call these. Any thread, like CIntakeAudit.
+/// Shows warnings of CMsgService about orders that were not read and about clients that were not served.
+/// Keeps no record. A host with a journal overrides the functions and may also call these. Any thread, like
+/// CIntakeAudit.
 class CIntakeAuditBase : public TC::CIntakeAudit {
 public:
     /// Warns about a file that was refused or cut short, that waits unread, that has lines without effect, or

@@ -13,9 +13,9 @@ struct CMoneySplit {
 
 /// Divides an amount of money over accounts by weight, in whole cents. Pure.
 ///
-/// Each account gets its share rounded down to cents. The remaining cents are given out one by one, first to
-/// the account with the largest fraction; of equal fractions the earlier account is first. The sum of the
-/// parts is the amount, rounded to the cent.
+/// Each account gets its share rounded down to cents. The remaining cents are given out one by one, to the
+/// account with the largest fraction first. If fractions are equal, the earlier account comes first. The sum
+/// of the parts is the amount, rounded to the cent.
 ///
 /// An account whose weight is not a positive finite number gets nothing. Fails if the amount is not set,
 /// negative or above 1e13. Also fails if there is money to divide and no weight is positive. The error's text

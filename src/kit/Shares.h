@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-/// Code that the splits of volumes and of money share: division by weight, with the remainders given out by
-/// their size. Pure.
+/// Common code for splitting volumes and money: division by weight, in which the largest fractions get the
+/// remaining parts. Pure.
 namespace kit {
 
 inline bool isUsableWeight(double weight) {
@@ -29,8 +29,8 @@ std::vector<Real> scaledWeights(const std::vector<double>& weights) {
 }
 
 /// Divides a number of parts by scaled weights, of which at least one must be above 0. Each account gets its
-/// share rounded down. The remaining parts are given out one by one, first to the account with the largest
-/// fraction; of equal fractions the earlier account is first.
+/// share rounded down. The remaining parts are given out one by one, to the account with the largest fraction
+/// first. If fractions are equal, the earlier account comes first.
 ///
 /// Fractions are compared in steps of fractionStep, which must be larger than the rounding errors of the
 /// division. So equal weights have equal fractions, and a whole share is not rounded down because of a

@@ -15,9 +15,9 @@ struct CSplitResult {
 /// Divides a volume over accounts by weight, in whole units. Pure.
 ///
 /// Each account's share is the volume times its weight, divided by the sum of the weights. It gets this share
-/// rounded down to whole units. The remaining units are given out one by one, first to the account with the
-/// largest fraction; of equal fractions the earlier account is first. A remainder smaller than a unit goes to
-/// the account with the largest weight; of several, the earliest.
+/// rounded down to whole units. The remaining units are given out one by one, to the account with the largest
+/// fraction first. If fractions are equal, the earlier account comes first. A remainder smaller than a unit
+/// goes to the account with the largest weight; of several, the earliest.
 ///
 /// An account whose weight is not a positive finite number gets nothing. A unit below 1 is treated as 1.
 /// Fails if the volume is not set or negative. Also fails if there is a volume to divide and no weight is

@@ -15,13 +15,13 @@ namespace TC {
 /// The queue makes a safe shutdown possible. close() queues an end marker, and nothing is queued after the
 /// marker. When the marker runs, every accepted call has run. The caller of each refused call got false.
 ///
-/// A lock orders the posts. It is held only while an event is put into the queue of the receiver: no posted
-/// call and no code of the host runs under it. The event filter takes the same lock before each event. Qt's
-/// queue orders memory already, but a thread sanitizer cannot see into Qt. The lock lets it check the whole
-/// path of an order for races.
+/// A lock makes the posts run one at a time. It is held only while an event is put into the queue of the
+/// receiver: no posted call and no code of the host runs under it. The event filter takes the same lock
+/// before each event. Qt's queue already synchronizes the threads, but a thread sanitizer does not see this
+/// inside Qt. With the lock, the sanitizer can check the whole path of an order for races.
 class COrderQueue : public QObject {
 public:
-    /// Moves the receiver and itself to the thread. The receiver and the thread must outlive the queue.
+    /// Moves the receiver and this queue to the thread. The receiver and the thread must outlive the queue.
     COrderQueue(QObject& receiver, QThread& thread) : m_receiver(receiver), m_thread(thread) {
         m_receiver.installEventFilter(this);
         m_receiver.moveToThread(&m_thread);

@@ -51,10 +51,10 @@ public:
     /// Calls shutdown first if it was not called yet. Only release may delete the object.
     ~COrderService() override;
 
-    /// Shuts the service down, deletes it and clears the singleton. Inside a call-back of the library it is
-    /// refused with a message, and the service is kept. That is the case on one of the service's own threads,
-    /// and in a service or receiver of the host that an operation of the library has called. An automatic
-    /// connection with the service as receiver runs on the service's thread.
+    /// Shuts the service down, deletes it and clears the singleton. If it is called inside a call-back of the
+    /// library, it is refused with a message, and the service is kept. A call-back runs on one of the
+    /// service's own threads, or in a service or receiver of the host that an operation of the library has
+    /// called. An automatic connection with the service as receiver runs on the service's thread.
     static void release();
 
     /// Binds the service to the logged-in user. Chooses the variant, removes the strategies over the user's
@@ -116,8 +116,8 @@ public:
     /// The variant, or null.
     COrderServiceBase* getOrderService() const;
 
-    /// Strategies. Functions return 0 for success and -1 for failure unless stated otherwise. Any thread; a
-    /// call can wait until the file thread has finished reading once through the files.
+    /// Functions for strategies. They return 0 for success and -1 for failure unless stated otherwise. Any
+    /// thread. A call can wait until the file thread has finished its current pass over the files.
 
     /// Sets the host's own test, which is called before each change and each start of a strategy. It gets the
     /// new version of the strategy and all strategies as they are now. It returns the reason to refuse, for

@@ -40,7 +40,7 @@ bool areAccountsLoggedIn(const CUserConfig& user, const COrderStrategyParam& str
     return true;
 }
 
-/// Whether the strategy must name an instrument but does not. Credit strategies need no code. For families
+/// Whether the strategy should name an instrument but does not. Credit strategies need no code. For families
 /// that are not listed, such as baskets, this is always true, even if the strategy has a code.
 bool lacksCode(const COrderStrategyParam& strategy) {
     switch (strategy.m_eTradeType) {
