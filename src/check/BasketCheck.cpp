@@ -1,5 +1,5 @@
-// Baskets: many instruments in one order, by volume, by target position or by money and weight; or all that
-// the accounts hold, to be sold.
+// Baskets: many instruments in one order, by volume, by target position, or by money and weight. A basket can
+// also sell all that the accounts hold.
 #include "base/Text.h"
 #include "check/CheckFrame.h"
 #include "check/CodeLookup.h"
@@ -28,11 +28,11 @@
 namespace TC {
 namespace {
 
-/// The reports of target positions that are left out with the command guard on.
+/// The reports of target positions that are left out if the command guard is on.
 constexpr char kUnsetTarget[] = "[%1]　通道号: %2, 调仓合约 [%3] 没有目标数量, 未下单!";
 constexpr char kTargetTooLarge[] = "[%1]　通道号: %2, 调仓合约 [%3] 数量超出范围, 未下单!";
 
-/// Why a row is left out without a message. For the audit.
+/// The reasons for rows that are left out without a message, for the audit.
 constexpr char kNotTradable[] = "the code is not a stock that can be traded";
 constexpr char kUnknownInstrument[] = "the instrument is unknown";
 constexpr char kSuspended[] = "the instrument is suspended: its quote has no figures of today";
@@ -40,7 +40,7 @@ constexpr char kWrongType[] = "a basket cannot have an instrument of this type";
 constexpr char kNegativeVolume[] = "the volume is below zero";
 constexpr char kHeldTooLarge[] = "the position is larger than an order can be";
 
-/// The star market has a least volume; told for each account.
+/// Orders on the star market have a minimum volume. A volume below it is reported for each account.
 bool isBelowStarLeast(const CCheckRun& run, int volume) {
     constexpr int kStarLeast = 200;
     if (volume >= kStarLeast || !isStarMarket(run.stock())) return false;
@@ -49,7 +49,7 @@ bool isBelowStarLeast(const CCheckRun& run, int volume) {
     return true;
 }
 
-/// Baskets have a course of their own, which uses some of the frame's steps.
+/// Baskets have their own sequence of steps, which includes some of the shared steps.
 constexpr CFamilyCheck basketCheck() {
     CFamilyCheck family{EOrderStrategyTradeType::Basket};
     family.m_eQuoteWait = EQuoteWait::AlsoSpecified;
@@ -64,16 +64,16 @@ struct CBasketRow {
     CInstrumentDetailPtr detail;
     int volume = kUnsetInt;
     double weight = 0.0;
-    double price = kUnsetDouble; ///< set where the prices stand in the order
+    double price = kUnsetDouble; ///< set if the order specifies its prices
     EOperationType op = unsetEnum<EOperationType>();
-    boost::shared_ptr<CQuoteRequest> quoteRequest; ///< held to the end of the check
+    boost::shared_ptr<CQuoteRequest> quoteRequest; ///< held until the end of the check
 };
 
 /// The rows of one order that are left out without a message.
 struct CLeftOut {
     int rows = 0;
-    QString code;  ///< of the first
-    QString cause; ///< of the first
+    QString code;  ///< of the first row
+    QString cause; ///< of the first row
 
     void add(const QString& rowCode, const QString& rowCause) {
         if (rows++ > 0) return;
@@ -83,7 +83,7 @@ struct CLeftOut {
     void add(const QString& rowCode, const char* rowCause) { add(rowCode, QString::fromUtf8(rowCause)); }
 };
 
-/// A basket on its way through the check.
+/// The state of a basket during its check.
 struct CBasket {
     COrderParam& order;
     CCheckRun run;
@@ -92,11 +92,12 @@ struct CBasket {
     std::vector<CBasketRow> rows{};
     CLeftOut leftOut{};
 
-    /// Leaves out the row that the run is at.
+    /// Leaves out the current row of the run.
     void leaveOut(const char* cause) { leftOut.add(run.code, cause); }
 };
 
-/// Numbers whose money is shared out over the rows here; a target position has its volumes by then.
+/// Whether the order's money is divided over the rows in this file. For a target position the volumes were
+/// already calculated in takeTargets.
 bool sharesMoney(const CBasket& basket) {
     return basket.run.strategy.m_bUseAmount && isBasketHeaderOrder(basket.order.m_nOrderType);
 }
@@ -117,10 +118,10 @@ bool failParams(const CBasket& basket) {
     return failCheck(basket.run, QString::fromUtf8(kBadParams));
 }
 
-/// Whether there is an amount, and weights to share it out by; reports if not. The number of an amount that
-/// is not set would be shared out like money: each row would get a volume that nobody asked for. An infinite
-/// weight would leave nothing to the other rows: as targets, all that is held of them would be sold. An order
-/// without rows has nothing to share out.
+/// Whether there is an amount, and weights to divide it by; reports if not. An amount that is not set must
+/// not be divided, because its number would give each row an unwanted volume. With an infinite weight the
+/// other rows would get nothing; if they are targets, all their holdings would be sold. An order without rows
+/// has nothing to divide.
 bool checkMoney(const CBasket& basket) {
     const int number = basket.order.m_nOrderType;
     const COrderStrategyParam& strategy = basket.run.strategy;
@@ -134,7 +135,7 @@ bool checkMoney(const CBasket& basket) {
     return isGood || failParams(basket);
 }
 
-/// A target below zero would sell more than is held.
+/// Refuses targets below zero, because they would sell more than is held.
 bool checkTargets(const CBasket& basket) {
     const auto isGood = [&](const COrderSingleParam& row) {
         return static_cast<std::int64_t>(row.m_nVolume) * basket.multiplier >= 0;
@@ -152,9 +153,10 @@ QSet<QString> unsetTargets(const QVector<COrderSingleParam>& rows) {
     return codes;
 }
 
-/// With the command guard on: takes out the rows that have no volume which an order could name, with a report
-/// each. These are the targets without a volume, for which the exchange would buy up to the not-set number,
-/// and differences beyond an int. Without the guard the not-set volume of a target counts as its number.
+/// If the command guard is on, removes the rows whose volume is not one that an order can have, with one
+/// report each. These are targets without a volume, for which exchangePosition would buy up to the not-set
+/// number, and differences that do not fit an int. Without the guard, the not-set volume of a target is
+/// treated as its number.
 void leaveOutUnset(CBasket& basket, const QSet<QString>& unsetCodes) {
     if (!isCommandGuardOn()) return;
     const auto isLeftOut = [&](const COrderSingleParam& row) {
@@ -182,7 +184,8 @@ bool takeTargets(CBasket& basket) {
     return true;
 }
 
-/// Null, after a note for the audit, if the row names no instrument to trade. Completes the code.
+/// Returns the row's instrument and replaces the code by the full code. If the row names no tradable
+/// instrument, notes it for the audit and returns null.
 CInstrumentDetailPtr findInstrument(CBasket& basket, QString& code) {
     const QString named = code;
     if (!resolveStockCode(code, EKeyJoin::Plain)) {
@@ -194,8 +197,8 @@ CInstrumentDetailPtr findInstrument(CBasket& basket, QString& code) {
     return detail;
 }
 
-/// The rows that name a known instrument, each with its quotes on the way, so that those of later rows arrive
-/// while earlier ones are worked on.
+/// Collects the rows that name a known instrument. Subscribes to the quotes of all rows first, so that quotes
+/// of later rows arrive while earlier rows are processed.
 void collectRows(CBasket& basket) {
     CCheckRun& run = basket.run;
     basket.rows.reserve(static_cast<std::size_t>(basket.order.m_orders.size()));
@@ -238,7 +241,7 @@ double calcPriceOf(const CCheckRun& run, EOperationType op) {
                        static_cast<int>(run.setting.m_eOrderType));
 }
 
-/// Calculation and order price go by the order's operation, also where the row has another.
+/// Calculation price and order price use the order's operation, even if the row has another operation.
 void takeRowPrices(CCheckRun& run, const CBasketRow& row) {
     if (run.setting.m_ePriceType == EPriceType::Specified) {
         run.calcPrice = run.orderPrice = finiteOrUnset(row.price);
@@ -249,7 +252,7 @@ void takeRowPrices(CCheckRun& run, const CBasketRow& row) {
                                   static_cast<int>(run.setting.m_eOrderType));
 }
 
-/// With its fraction, and of any size.
+/// The row's volume, not rounded and not limited to an int.
 double rowVolume(const CBasket& basket, const CBasketRow& row) {
     const CCheckRun& run = basket.run;
     if (run.priceData && sharesMoney(basket)) {
@@ -272,7 +275,7 @@ bool isRowPriceUsable(const CCheckRun& run, const CBasketRow& row) {
     return !isInvalidPrice(price) && !isZero(price);
 }
 
-/// A row without a usable price is told and goes on with nothing to trade.
+/// If the row has no usable price, reports it and sets the volume to 0.
 void dropUnpricedVolume(CCheckRun& run, const CBasketRow& row) {
     if (isRowPriceUsable(run, row)) return;
     showCheckFailure(utils::fillText(
@@ -282,7 +285,7 @@ void dropUnpricedVolume(CCheckRun& run, const CBasketRow& row) {
     run.volume = 0;
 }
 
-/// The part of a position order's key that names a sub-account: kind and id, joined by "_".
+/// Reads the sub-account from the account key of a position order: kind and id, joined by "_".
 void takeSubAccount(const COrderParam& order, CCodeOrderParam& record) {
     if (order.m_nOrderType != kOrderPosition) return;
     const QStringList parts =
@@ -292,8 +295,8 @@ void takeSubAccount(const COrderParam& order, CCodeOrderParam& record) {
     record.m_strSubAccountId = parts[1].toStdString();
 }
 
-/// Turns the run to the next instrument. Hedge flag and position type stand in a basket's record already when
-/// the host puts the setting into it; other families get them behind that.
+/// Prepares the run for the next instrument. In a basket's record, hedge flag and position type are already
+/// set when the host copies the setting into the record. For other families they are set after that.
 void startRow(CCheckRun& run, EOperationType op, CStockInfo stock) {
     run.code = qdStockKey(QString::fromStdString(stock.m_strMarket), QString::fromStdString(stock.m_strCode));
     run.record = CCodeOrderParam();
@@ -303,8 +306,8 @@ void startRow(CCheckRun& run, EOperationType op, CStockInfo stock) {
     startRecord(run, op, std::move(stock));
 }
 
-/// Whether the row's instrument can be traded by a basket now. If not, it is noted for the audit, unless the
-/// row has nothing to trade.
+/// Whether a basket can trade the row's instrument now. If not, it is noted for the audit, unless the row has
+/// nothing to trade.
 bool mayTradeRow(CBasket& basket, const CBasketRow& row) {
     const bool isOff = isSuspended(basket.run);
     if (!isOff && mayStandInABasket(basket.run.stock())) return true;
@@ -313,8 +316,8 @@ bool mayTradeRow(CBasket& basket, const CBasketRow& row) {
     return false;
 }
 
-/// Splits the row's volume. False, after a note for the audit, if the split failed: no message tells of it. A
-/// volume of zero leaves nothing to note.
+/// Splits the row's volume. If the split fails, notes it for the audit, because no message is shown, and
+/// returns false. A volume of zero is not noted.
 bool splitRow(CBasket& basket, EOperationType op) {
     CCheckRun& run = basket.run;
     const auto error = splitVolumes(run, op);
@@ -326,7 +329,7 @@ bool splitRow(CBasket& basket, EOperationType op) {
     return false;
 }
 
-/// One row from its quote to its records. False ends the check.
+/// Processes one row from the quote to the records. False ends the check.
 bool placeRow(CBasket& basket, const CBasketRow& row) {
     CCheckRun& run = basket.run;
     const EOperationType op = row.op;
@@ -364,15 +367,16 @@ bool sellPosition(CBasket& basket, const CAccountInfoPtr& account,
     }
     run.orderPrice = kUnsetDouble;
     const int volume = truncateToInt(static_cast<double>(position.m_nAvailableVolume));
-    // A trading layer may take a sale of less than nothing for a purchase.
+    // A trading layer could treat a sale with a volume below zero as a purchase.
     if (volume < 0) {
         basket.leaveOut(kNegativeVolume);
         return true;
     }
     CCodeOrderParam record = makeRecord(run, op, account, volume);
     if (!checkRecordPrice(run, record)) return false;
-    // More than an order can name is not sold: half of it would be another order than the user's. What was
-    // bought today goes out at a volume of nothing, which is the host's to refuse.
+    // A position that is too large for one order is not sold, because selling a part of it is not what the
+    // user ordered. Shares bought today give a record of volume 0. The host must refuse it, unless the
+    // command guard removes it.
     if (isUnset(volume))
         basket.leaveOut(kHeldTooLarge);
     else
@@ -389,7 +393,7 @@ bool sellAccount(CBasket& basket, const CAccountInfoPtr& account) {
 
 bool sellAll(CBasket& basket) {
     CCheckRun& run = basket.run;
-    basket.leftOut = {}; // rows of the order itself are not used
+    basket.leftOut = {}; // the rows of the order are not used, so their notes are discarded
     QString accountKey = preparedAccountKey(basket.order, run.strategy);
     std::vector<CAccountInfoPtr> accounts;
     std::vector<double> ratios;
@@ -403,7 +407,7 @@ bool sellAll(CBasket& basket) {
     });
 }
 
-/// Once for an order that goes on. No lock of the host is held any more.
+/// Called once for an order that passed. The host's locks are no longer held then.
 void tellLeftOut(const CBasket& basket) {
     if (basket.leftOut.rows == 0) return;
     CIncidentReport report;
@@ -415,7 +419,8 @@ void tellLeftOut(const CBasket& basket) {
     tellAudit(report);
 }
 
-/// Prices on the far side of the book are not allowed; only the first record is looked at.
+/// A sale must not use the second to fifth sell price, and a purchase must not use the second to fifth buy
+/// price. Only the first record is checked.
 bool checkFirstPrice(const CCheckRun& run) {
     if (run.codes.empty()) return true;
     const CCodeOrderParam& first = run.codes.front();

@@ -20,14 +20,15 @@ namespace {
 constexpr int kQuoteRetries = 2;
 constexpr double kQuoteRetrySeconds = 1.0;
 
-/// Takes what the order's line says about its instrument; the line has a code.
+/// Copies the line's code, and the values that it sets, to the run. The line must have a code.
 void takeLine(CCheckRun& run, const COrderSingleParam& line) {
     run.code = line.m_strCode;
     if (!isUnset(line.m_nOverFreqMode)) run.record.m_nOverFreqMode = line.m_nOverFreqMode;
     if (!isUnset(line.m_ePriceType)) run.setting.m_ePriceType = line.m_ePriceType;
 }
 
-/// An algorithm order keeps its text for the command's parameter text, unless the family reads every text.
+/// For an algorithm order the text becomes the command's parameter text, so it is not read as a setting,
+/// unless the family reads every text.
 bool isSettingTextRead(ESettingText rule, EOrderType orderType) {
     return rule == ESettingText::Always || !knservice::DataHelper::isAlgoOrderType(orderType);
 }
@@ -44,20 +45,21 @@ QString sourceHead(const CCheckRun& run) {
     return QStringLiteral("[") + orderStrategyText(run.order.m_eStrategyType) + QStringLiteral("]　");
 }
 
-/// A limit that is not finite is as if not given, wherever it comes from.
+/// A limit that is not finite is treated as not set, whatever its source.
 void takeFiniteLimit(double& limit, bool& isOn) {
     if (std::isfinite(limit)) return;
     limit = kUnsetDouble;
     isOn = false;
 }
 
-/// True unless the amount is missing; an amount whose whole part is the not-set int counts as missing too.
-/// Greater ones are good: what must fit an int is the volume that they buy.
+/// False if the amount is missing. An amount whose whole part is the not-set int is treated as missing too.
+/// Larger amounts are allowed, because only the volume that they buy must fit an int.
 bool isAmountUsable(double amount) {
     return !isInvalidPrice(amount) && std::trunc(amount) != static_cast<double>(kUnsetInt);
 }
 
-/// The price that turns the amount into a volume: the order's own, or a calculation price read anew.
+/// The price that converts the amount into a volume: the order's specified price, or otherwise a calculation
+/// price that is read again.
 double priceOfAmount(const CCheckRun& run) {
     if (run.setting.m_ePriceType != EPriceType::Specified)
         return calcPriceOf(run.priceData, run.setting.m_ePriceType, run.op, 0);
@@ -251,7 +253,7 @@ boost::shared_ptr<utils::KNError> splitVolumes(CCheckRun& run, EOperationType op
         run.volume, run.calcPrice, run.setting.m_ePriceType, run.accounts, run.ratios,
         run.strategy.m_ePositionType, isNamed ? run.stock().m_strMarket : unnamed,
         isNamed ? run.stock().m_strCode : unnamed, op, EHedge_Flag_Type::Speculation, error);
-    // A host that rounds its shares may give single accounts a part above zero of a total below it.
+    // A host that rounds the parts may return a part above zero for a volume below zero.
     if (run.volume < 0) {
         for (int& volume : run.volumes)
             volume = std::min(volume, 0);
@@ -285,7 +287,7 @@ CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccou
 
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record) {
     if (record.m_ePriceType != EPriceType::Specified) return true;
-    if (!std::isfinite(record.m_dPrice)) // what the host made of a good price
+    if (!std::isfinite(record.m_dPrice)) // orderSettingToParam of the host may have changed a valid price
         return failPrice(run, QString::fromUtf8(kBadStockPrice), record.m_stock.m_strCode);
     if (!isZero(record.m_dPrice)) return true;
     showCheckFailure(sourceHead(run) + QStringLiteral("不能以0为模型价报单!"));

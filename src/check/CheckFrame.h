@@ -17,68 +17,71 @@ namespace TC {
 
 struct CCheckRun;
 
-/// What is said about parameters that make no order. Nearly all families say it about an order of several
-/// lines.
+/// Message for parameters from which no order can be made. Nearly all families also use it for an order of
+/// several lines.
 inline constexpr char kBadParams[] = "[%1]　通道号: %2, 下单参数不合法!";
-/// What all say about a number that is none of theirs, and some about lines that do not fit it.
+/// Message for an order number outside the family. Some families also use it for lines that do not fit the
+/// order number.
 inline constexpr char kBadOrderNumber[] = "[%1]　通道号: %2, 下单指令不合法!";
-/// What nearly all say about a price that cannot be used, through failPrice: %2 is the code, %3 the price
-/// type.
+/// Message of nearly all families for a price that cannot be used, for failPrice: %2 is the code, %3 the
+/// price type.
 inline constexpr char kBadStockPrice[] = "[%1]　证券 [%2] %3无效, 无法下单!";
 
-/// What happens to a non-empty setting text of an order.
+/// How a non-empty setting text of an order is used.
 enum class ESettingText {
-    OrderKindThenPlain, ///< the setting takes the order's order kind; the text is read unless that is an
-                        ///< algorithm's
-    PlainOnly, ///< the text is read unless the order's kind is an algorithm's; the setting keeps its own kind
-    Always,    ///< the text is read whatever the kind; the setting keeps its own
+    OrderKindThenPlain, ///< the setting gets the order's kind; the text is read unless that kind is an
+                        ///< algorithm
+    PlainOnly, ///< the text is read unless the order's kind is an algorithm; the setting keeps its own kind
+    Always,    ///< the text is read for every kind; the setting keeps its own kind
 };
 
-/// Whether an order whose price stands in it waits for a quote.
+/// Whether an order that specifies its price waits for a quote.
 enum class EQuoteWait {
-    UnlessSpecified, ///< it does not
-    AlsoSpecified,   ///< it does until there is any quote
+    UnlessSpecified, ///< it does not wait
+    AlsoSpecified,   ///< it waits until there is any quote
 };
 
-/// Whether the split learns the instrument.
+/// Whether the instrument is passed to the host's split of the volume.
 enum class ESplitInstrument { Named, Unnamed };
 
-/// Whether the price can be used; reports where not, with the words that nearly all families have.
+/// Whether the price can be used. If not, it is reported with the message that nearly all families share.
 bool checkStockPrice(const CCheckRun& run);
-/// The volume that the run's amount of money buys, for families that round nothing.
+/// The volume that the run's amount of money buys, without rounding to units.
 int plainVolumeOfAmount(const CCheckRun& run);
 
-/// One product family as the check frame sees it. What is set here holds for most; a family sets what it does
-/// otherwise, as far as its route goes through the steps that ask. Order-type numbers and the setting slot
-/// stand in records/Families.h. Texts: %1 source, %2 channel, and behind them what their places say. Of the
-/// functions, one that is null means that the family has no such step.
+/// The rules of one product family for the shared check. The defaults are right for most families; a family
+/// sets only the members that differ. A member has an effect only if the family's check runs the step that
+/// uses it. Order-type numbers and the setting slot are in records/Families.h. In message texts %1 is the
+/// source and %2 the channel; further arguments are documented at each text. A null function means that the
+/// family does not have this step.
 struct CFamilyCheck {
     EOrderStrategyTradeType m_eTradeType;
-    /// Report where an order has more lines than the family takes.
+    /// The message if an order has more lines than the family allows.
     const char* m_pszTooManyLines = kBadParams;
     ESettingText m_eSettingText = ESettingText::Always;
     EQuoteWait m_eQuoteWait = EQuoteWait::UnlessSpecified;
     ESplitInstrument m_eSplitInstrument = ESplitInstrument::Named;
-    /// Puts what the line says of the setting into it, before the setting text is read.
+    /// Copies the line's values into the setting, before the setting text is read.
     void (*m_pfnLineIntoSetting)(const COrderSingleParam& line, COrderSetting& setting) = nullptr;
-    /// Resolves run.code, which came with the order; reports and returns false where it cannot. Null: such a
-    /// code is taken as it stands.
+    /// Resolves run.code, which comes from the order's line. If it cannot, it reports and returns false.
+    /// Null: the code is used unchanged.
     bool (*m_pfnResolveCode)(CCheckRun& run) = nullptr;
-    /// Whether run.code, wherever it came from, can be traded; reports where not.
+    /// Whether run.code can be traded, no matter whether it comes from the order or the strategy. If not, it
+    /// reports.
     bool (*m_pfnCheckCode)(const CCheckRun& run) = nullptr;
-    /// Whether the price can be used; reports where not. Null: any price goes on, a missing one too.
+    /// Whether the price can be used; if not, it reports. Null: every price is accepted, also a missing one.
     bool (*m_pfnCheckPrice)(const CCheckRun& run) = checkStockPrice;
     /// The volume that an amount of money buys. Null: an amount has no effect.
     int (*m_pfnVolumeOfAmount)(const CCheckRun& run) = plainVolumeOfAmount;
-    /// A look at the volumes as the split gave them; reports and returns false where they will not do.
+    /// Checks the volumes that the split returned. If they are not acceptable, it reports and returns false.
     bool (*m_pfnCheckVolumes)(const CCheckRun& run) = nullptr;
-    /// Whether a volume is left out of the records; reports why.
+    /// Whether a volume is left out of the records; if so, it reports the reason.
     bool (*m_pfnIsLeftOut)(const CCheckRun& run, int volume) = nullptr;
-    /// Last touches to a record of that volume, before the test of its price.
+    /// Final changes to a record of that volume, before its price is checked.
     void (*m_pfnFinishRecord)(const CCheckRun& run, int volume, CCodeOrderParam& record) = nullptr;
 };
 
-/// One order on its way through the check. The steps below fill it from top to bottom.
+/// The state of one order during its check. The steps below fill the members from top to bottom.
 struct CCheckRun {
     const CFamilyCheck& family;
     const COrderServiceBase& service;
@@ -92,9 +95,9 @@ struct CCheckRun {
     EOperationType op = unsetEnum<EOperationType>();
     COrderSetting setting{};
     QString code{};
-    CInstrumentDetailPtr detail{};                   ///< null where the instrument is unknown
-    boost::shared_ptr<CQuoteRequest> quoteRequest{}; ///< held so that quotes keep coming
-    CCodeOrderParam record{};                        ///< what all records of the order have in common
+    CInstrumentDetailPtr detail{};                   ///< null if the instrument is unknown
+    boost::shared_ptr<CQuoteRequest> quoteRequest{}; ///< held so that quotes continue to arrive
+    CCodeOrderParam record{};                        ///< the values that all records of the order share
     CPriceDataPtr priceData{};
     double calcPrice = kUnsetDouble;
     double orderPrice = kUnsetDouble;
@@ -102,18 +105,18 @@ struct CCheckRun {
     std::vector<int> volumes{};
 
     const CStockInfo& stock() const { return record.m_stock; }
-    /// The order's only line, or null.
+    /// The order's only line, or null if it has no line.
     const COrderSingleParam* line() const {
         return order.m_orders.isEmpty() ? nullptr : &order.m_orders.first();
     }
 };
 
-/// The course that the single-instrument families share, step by step. True means that run.codes got what
-/// could be built, which can be nothing; false comes after one report.
+/// Runs all steps of the check for a family that trades single instruments. True: run.codes got the records
+/// that could be built, possibly none. False: one failure was reported.
 bool runFamilyCheck(CCheckRun run);
 
-/// The steps of the course; a family with a route of its own calls those that it shares. Those that can fail
-/// report once and return false.
+/// The steps of the check. A family with its own sequence calls the steps that it shares. A step that fails
+/// reports once and returns false.
 
 bool checkOrderNumber(const CCheckRun& run);
 bool checkLineCount(const CCheckRun& run);
@@ -121,67 +124,70 @@ bool resolveAccounts(CCheckRun& run);
 void takeSetting(CCheckRun& run);
 bool resolveCode(CCheckRun& run);
 void loadInstrument(CCheckRun& run);
-/// Reads the quote, and waits up to two seconds for a usable one as the family's rule says. A price that
-/// stays away is no failure here.
+/// Reads the quote. Waits up to two seconds for a usable one, depending on the family's EQuoteWait. A missing
+/// price is not a failure here.
 void waitForQuote(CCheckRun& run);
 void takePrices(CCheckRun& run);
 void takeVolume(CCheckRun& run);
 bool splitOverAccounts(CCheckRun& run);
-/// A record of the operation for each account that gets a volume; the volumes are as many as the accounts.
+/// Builds a record of the operation for each account whose volume is above zero. run.volumes must have one
+/// volume for each account.
 bool buildRecords(CCheckRun& run, EOperationType op);
-/// Number, line count, accounts, setting, code and instrument: what all routes begin with.
+/// The first steps, which all families except baskets share: order number, line count, accounts, setting,
+/// code and instrument.
 bool beginCheck(CCheckRun& run);
-/// Everything behind the beginning.
+/// The remaining steps after beginCheck.
 bool finishCheck(CCheckRun& run);
 
-/// Parts of the steps for routes that put them together otherwise.
+/// Parts of the steps, for families that combine them differently.
 
-/// Puts instrument, operation and the user's name into run.record, which all records of the order start from.
+/// Sets instrument, operation and the user's name in run.record, which is copied for each record of the
+/// order.
 void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock);
-/// The prices of a quote as the checks use them: unset if there is no quote, and finite otherwise.
+/// The prices of a quote for the checks: not set if there is no quote or if the price is not finite.
 double originPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);
 double calcPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType);
 double orderPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType);
 double fallbackPriceOf(const CPriceDataPtr& quote);
-/// Whether the quote has a price of the type; types whose price stands elsewhere need a quote alone.
+/// Whether the quote has a price of the type. For the types Specified and NoQuote, which do not take the
+/// price from the quote, any quote is usable.
 bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);
-/// The quote of a key, waited for up to two seconds until it has a price of the type.
+/// Returns the quote of a key. Waits up to two seconds until it has a price of the type.
 CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOperationType op, EQuoteWait rule);
-/// Splits the run's volume; the volumes may be of any number. The error tells why. None is above 0 if the
-/// run's volume is below 0.
+/// Splits the run's volume. The number of resulting volumes is not checked. The returned error gives the
+/// reason of a failure. If the run's volume is below 0, no resulting volume is above 0.
 boost::shared_ptr<utils::KNError> splitVolumes(CCheckRun& run, EOperationType op);
-/// Whether there is one volume for each account; reports a failed split where not.
+/// Whether there is one volume for each account; if not, reports a failed split.
 bool checkSplitCount(const CCheckRun& run, std::size_t count, const utils::KNError& error);
-/// The report of a failed split. Always false.
+/// Reports a failed split. Always returns false.
 bool failSplit(const CCheckRun& run, const utils::KNError& error);
-/// A copy of the run's record stamped with setting, price, account and volume.
+/// Returns a copy of the run's record, with setting, price, account and volume filled in.
 CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
                            int volume);
-/// False, after a report, if the record would go out at a specified price of zero or at one that is not
-/// finite.
+/// Returns false, after a report, if the record has a specified price that is zero or not finite.
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record);
 
 /// Whether the price can be used; reports nothing.
 bool checkPriceType(const CCheckRun& run);
-/// Reports a price that cannot be used: %1 of the pattern is the source's label, %2 the code, %3 the price
-/// type's word, made for codeForWord. Always false.
+/// Reports a price that cannot be used. %1 of the pattern is the source's label, %2 the code, %3 the name of
+/// the price type for codeForWord. Always returns false.
 bool failPrice(const CCheckRun& run, const QString& pattern, const std::string& codeForWord);
 
-/// The volume that the strategy's amount buys at the run's price, not rounded to any unit; unset where amount
-/// or price cannot be used. fixedPrice: stands in for the price where it is set, which must be usable all the
-/// same.
+/// The volume that the strategy's amount buys at the run's price, not rounded to units. Not set if the amount
+/// or the price cannot be used. fixedPrice: if set, it replaces the price in the division; the run's price
+/// must still be usable.
 int volumeOfAmount(const CCheckRun& run, double fixedPrice = kUnsetDouble);
-/// Down to whole trading units of the run's instrument; an unset volume stays so.
+/// Rounds down to whole trading units of the run's instrument. A volume that is not set stays not set.
 int roundToUnit(const CCheckRun& run, int volume);
 
-/// Reports a failure of the run: %1 of the pattern is the source's label, %2 the channel, %3 the argument.
-/// Always false.
+/// Reports a failure of the run. %1 of the pattern is the source's label, %2 the channel, %3 the argument.
+/// Always returns false.
 bool failCheck(const CCheckRun& run, const QString& pattern, const QString& argument = {});
-/// The report of a code that names nothing to trade.
+/// Reports a code that is not a tradable instrument. Always returns false.
 bool failCode(const CCheckRun& run);
 
-/// The name under which the accounts of an order are looked up: the strategy's, or the first line's own in
-/// table mode.
+/// The name used to look up the accounts of an order: the strategy's account name, or in table mode the
+/// account of the first line.
 QString preparedAccountKey(const COrderParam& order, const COrderStrategyParam& strategy);
 
 } // namespace TC

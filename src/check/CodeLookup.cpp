@@ -19,7 +19,7 @@ using knservice::StockTypeCenter;
 
 constexpr int kMarketLength = 2;
 
-/// A market in both forms that the host's services ask for, made once.
+/// A market as both string types that the host's services need. Each market is created once.
 struct CMarket {
     QString m_name;
     std::string m_strName;
@@ -35,7 +35,8 @@ const CMarket& shenzhen() {
     return market;
 }
 
-/// A code in UTF-8. Codes are digits and letters: those go over one by one, without a buffer in between.
+/// Converts a code to UTF-8. Codes normally have only ASCII characters, which are copied one by one without a
+/// temporary buffer.
 std::string narrow(const QString& code) {
     std::string text(static_cast<std::size_t>(code.size()), '\0');
     const auto isAscii = [](QChar letter) { return letter.unicode() < 0x80; };
@@ -49,7 +50,7 @@ bool isTradable(const std::string& market, const QString& code) {
 }
 
 bool resolveOnMarket(QString& code, const CMarket& market, EKeyJoin join) {
-    QString full = market.m_name % code; // one allocation: every row of a basket comes through here
+    QString full = market.m_name % code; // one allocation: this runs for every row of a basket
     const bool isKnown = hostCall<&CExchangeClient::hasStock>(
         join == EKeyJoin::StockKey ? qdStockKey(market.m_name, code) : full);
     if (!isKnown || !isTradable(market.m_strName, code)) return false;

@@ -4,20 +4,21 @@
 
 namespace TC {
 
-/// A full code, market first: two letters and six digits on the exchanges, three and five on the connects.
+/// Length of a full code: the market, then the code. That is two letters and six digits for the exchanges, or
+/// three letters and five digits for the connects.
 inline constexpr int kFullCodeLength = 8;
 
-/// How market and code become the key that a look-up asks for.
+/// How market and code are joined to the key of a look-up.
 enum class EKeyJoin {
-    StockKey, ///< as the host joins them, qdStockKey
-    Plain,    ///< one behind the other
+    StockKey, ///< joined by the host's qdStockKey
+    Plain,    ///< the market directly followed by the code
 };
 
-/// Whether a code of eight characters, market first, is understood as well.
+/// Whether a full code, of eight characters with the market first, is accepted as well.
 enum class EFullCode { Accepted, Refused };
 
-/// Makes a full code of one that names a stock: on SH, on SZ, or full already. False leaves the code as it
-/// came. Reports nothing.
+/// Replaces the code of a stock by its full code. It looks on SH first, then on SZ, then for a code that is
+/// already full. If it finds no stock, it returns false and does not change the code. Reports nothing.
 bool resolveStockCode(QString& code, EKeyJoin join, EFullCode fullCode = EFullCode::Accepted);
 
 } // namespace TC

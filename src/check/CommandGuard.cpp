@@ -14,7 +14,7 @@
 namespace TC {
 namespace {
 
-/// Orders that are no trade at a price: they give back, end, exercise or lock something.
+/// Whether the order is a trade at a price. Orders that return, end, exercise or lock something are not.
 bool isTrade(int orderType) {
     return orderType != kOrderReturnShares && !isExerciseOrder(orderType) && !isContractEndOrder(orderType) &&
            !isStockLockOrder(orderType);
@@ -32,7 +32,7 @@ bool isSaleOfAll(const COrderParam& order) {
     return order.m_bAll && order.m_nOrderType == kOrderBasketSell;
 }
 
-/// What all reports of the guard begin with: source, channel and order type.
+/// The start of each report of the guard: source, channel and order type.
 QString reportHead(const COrderParam& order) {
     return utils::fillText(QStringLiteral("[%1]　通道号: %2, 下单类型: %3 (%4), "),
                            {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel),
@@ -40,7 +40,7 @@ QString reportHead(const COrderParam& order) {
                             QString::number(order.m_nOrderType)});
 }
 
-/// The outcome tells what became of the rest of the command.
+/// `outcome` is a text about the rest of the command: sent or not sent.
 void report(const CCodeOrderParam& record, const COrderParam& order, const QString& reason,
             const QString& outcome) {
     const std::string account =
@@ -81,7 +81,8 @@ bool leaveOutUnsellable(std::vector<CCodeOrderParam>& records, const COrderParam
                                          {QString::number(records.size())}));
         return false;
     }
-    // The report says that the rest goes out. If it will be refused, the report of that is enough.
+    // The report of a left-out record says that the other records are sent. If they will be refused, only the
+    // report of that refusal is shown.
     const bool isRestGood = std::none_of(records.begin(), leftOut, [&](const CCodeOrderParam& record) {
         return missingOf(record, order).has_value();
     });

@@ -20,7 +20,8 @@ namespace {
 
 using knservice::DataHelper;
 
-/// Kinds of user that may issue commands, and those whose commands are proposals or decisions.
+/// The kinds of user that may send commands, the kind whose commands are proposals, and the kinds whose
+/// commands are decisions.
 constexpr int kCommandUserKinds[] = {90, 91, 101, 100, 80, 92};
 constexpr int kProposingUserKind = 100;
 constexpr int kDecidingUserKinds[] = {101, 200, 102};
@@ -30,8 +31,9 @@ bool isInList(int value, const int (&list)[N]) {
     return std::find(std::begin(list), std::end(list), value) != std::end(list);
 }
 
-/// Where a family keeps its default remark. The share-transfer row names the Shenzhen connect's bit, not the
-/// family's own: getStrategyTradeType is a table of its own on purpose.
+/// The setting slot of a family's default remark, and its trader type. The row of the share-transfer market
+/// intentionally has the trader type of the Shenzhen connect. So this table differs from the one of
+/// getStrategyTradeType on purpose.
 struct CCmdLogRow {
     EOrderStrategyTradeType m_eTradeType;
     ESettingSlot m_eSlot;
@@ -106,7 +108,7 @@ std::string COrderServiceBase::get3rdAlgoParam(const COrderParam& order,
     if (!order.m_strOrderSetting.empty()) {
         constexpr int kFinalText = 1;
         if (order.m_nSettingKind == kFinalText) return order.m_strOrderSetting;
-        // Made here: a host may fill this one or put its own record in its place.
+        // The record is created here. The host may fill it or replace it with its own record.
         CAlgorithmOrderSettingPtr setting = boost::make_shared<CAlgorithmOrderSetting>();
         if (!hostCall<&CAlgorithmTradeHelper::getAlgOrderSettingFromString>(order.m_strOrderSetting, setting))
             return {};

@@ -16,7 +16,7 @@ namespace {
 
 bool resolveCreditCode(CCheckRun& run) {
     const bool isFound = resolveStockCode(run.code, EKeyJoin::Plain);
-    // Money is repaid without an instrument: whatever stands there is taken along.
+    // A repayment of money needs no instrument, so its code is used unchanged.
     return isFound || run.order.m_nOrderType == kOrderCreditAmount || failCode(run);
 }
 
@@ -47,7 +47,8 @@ constexpr CFamilyCheck creditCheck(ESettingText settingText) {
 constexpr CFamilyCheck kTradeCheck = creditCheck(ESettingText::Always);
 constexpr CFamilyCheck kOtherCheck = creditCheck(ESettingText::OrderKindThenPlain);
 
-/// What is to be repaid, in money or in shares: the order's own, or the strategy's.
+/// The amount of money or the number of shares to repay: from the order's line if it is set there, otherwise
+/// from the strategy.
 double repaymentOf(const CCheckRun& run, bool isDirect) {
     const COrderSingleParam* line = run.line();
     if (line != nullptr && isDirect && !isInvalidPrice(line->m_dAmount))
@@ -66,13 +67,13 @@ CCodeOrderParam makeRepayment(const CCheckRun& run, const CAccountInfoPtr& accou
     return record;
 }
 
-/// Whether the host's parts are amounts that can be repaid; reports a failed split if not. Nothing is repaid
-/// of an amount below zero.
+/// Whether the parts that the host returned can be repaid; if not, reports a failed split. For a quantity
+/// below zero no part may be above zero.
 bool checkParts(const CCheckRun& run, double quantity, const std::vector<double>& values,
                 const utils::KNError& error) {
     const auto isGood = [&](double value) { return std::isfinite(value) && (quantity >= 0 || value <= 0); };
     if (std::all_of(values.begin(), values.end(), isGood)) return true;
-    // A host that gives such parts may believe that all is well, and then it gives no reason.
+    // If the host returns such parts without an error, it gives no reason, so the report needs its own text.
     return failSplit(run, error.isSuccess() ? utils::KNError(1, "金额无效") : error);
 }
 
@@ -99,9 +100,11 @@ bool repay(CCheckRun& run) {
     return true;
 }
 
-/// One contract on the account that the order names. No wait for a quote, no split, no test of the price.
+/// Ends one contract on the account that the order names. It does not wait for a quote, split a volume or
+/// check the price.
 bool endContract(CCheckRun& run) {
-    // This route has no split, which would refuse a volume below zero. The host would get it as it is.
+    // Other orders fail in the split if their volume is below zero. There is no split here, so the volume is
+    // checked before it reaches the host.
     if (run.strategy.m_nVolume < 0) return failCheck(run, QString::fromUtf8(kBadParams));
     CCodeOrderParam record;
     const QString key =
@@ -131,10 +134,10 @@ bool COrderServiceBase::checkAndFillOrderCredit(COrderParam order, COrderStrateg
     const bool isTrade = !isRepayOrder(order.m_nOrderType) && !isContractEndOrder(order.m_nOrderType);
     CCheckRun run{isTrade ? kTradeCheck : kOtherCheck, *this, order, strategy, codes, weights};
     if (!beginCheck(run)) return false;
-    // All routes read the quote once here; trades read it again, and wait for it.
+    // All kinds of credit orders read the quote once here. Trades read it again and wait for it.
     run.priceData = hostCall<&CQuoteClient::getStockPrice>(run.code);
     if (isTrade) {
-        // The strategy's setting anew: a price type of the line does not count for trades.
+        // Takes the strategy's setting again: for trades the price type of the line is ignored.
         takeSetting(run);
         return finishCheck(run);
     }

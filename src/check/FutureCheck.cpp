@@ -25,12 +25,13 @@ void takeLimits(const COrderSingleParam& line, COrderSetting& setting) {
 template<bool (CExchangeClient::*kIsKnown)(const QString&)>
 bool checkCode(const CCheckRun& run) {
     if (hostCall<kIsKnown>(run.code)) return true;
-    // The text names the channel in both places and the code nowhere; users know the message as it is.
+    // The text shows the channel in both places and never the code. It stays so because users know this
+    // message.
     return failCheck(run, QStringLiteral("[%1]　通道号: %2, 下单代码 [%2] 不合法!"));
 }
 
-/// Futures go by the quote alone: without one even an order that brings its price is refused, and the user's
-/// price types have no say.
+/// Futures always need a quote: without a quote even an order with a specified price is refused. The user's
+/// list of allowed price types is not checked.
 bool checkFuturePrice(const CCheckRun& run) {
     const EPriceType priceType = run.setting.m_ePriceType;
     const bool isNoNumber =
@@ -39,7 +40,7 @@ bool checkFuturePrice(const CCheckRun& run) {
     return failPrice(run, QStringLiteral("[%1]　合约 [%2] %3无效, 无法下单!"), run.stock().m_strCode);
 }
 
-/// Closing what the first account does not hold is told as such, not as a failed split.
+/// If the first account has nothing to close, the report says so, instead of reporting a failed split.
 bool checkVolumes(const CCheckRun& run) {
     const bool hasVolume = !run.volumes.empty() && run.volumes.front() > 0;
     if (hasVolume || !isClose(run.op)) return true;

@@ -1,4 +1,4 @@
-// The markets with instrument lists of their own: both connects, gold and the share-transfer market.
+// The markets that have their own instrument lists: both connects, gold and the share-transfer market.
 #include "check/CheckFrame.h"
 #include "check/CodeLookup.h"
 #include "platform/ExchangeClient.h"
@@ -11,7 +11,8 @@
 namespace TC {
 namespace {
 
-/// Makes a key of the market of a code, with the word in front, or of one that is a key already.
+/// Replaces the code by the market's key: the market word joined with the code. A code that is already a key
+/// is only changed to upper case. If neither key is known, it reports and returns false.
 template<bool (CExchangeClient::*kIsKnown)(const QString&)>
 bool resolveMarketCode(CCheckRun& run, const QString& word) {
     const QString key = qdStockKey(word, run.code);
@@ -38,7 +39,7 @@ bool resolveGold(CCheckRun& run) {
     return resolveMarketCode<&CExchangeClient::hasGold>(run, QStringLiteral("GOLD"));
 }
 
-/// Buying and selling on the share-transfer market name the stocks of the two exchanges.
+/// On the share-transfer market, the plain buy and sell orders name stocks of the two exchanges.
 bool resolveNeeq(CCheckRun& run) {
     if (run.order.m_nOrderType == kOrderBuy || run.order.m_nOrderType == kOrderSell)
         return resolveStockCode(run.code, EKeyJoin::Plain, EFullCode::Refused) || failCode(run);
@@ -54,15 +55,15 @@ constexpr CFamilyCheck marketCheck(EOrderStrategyTradeType tradeType, bool (*res
 constexpr CFamilyCheck kSgtCheck = marketCheck(EOrderStrategyTradeType::SGT, resolveSgt);
 constexpr CFamilyCheck kHgtCheck = marketCheck(EOrderStrategyTradeType::HGT, resolveHgt);
 constexpr CFamilyCheck kGoldCheck = marketCheck(EOrderStrategyTradeType::Gold, resolveGold);
-// Of the course only the beginning: the family tells whether the order may go out, and builds no records.
+// This family only runs the first steps: it checks whether the order may be sent, and builds no records.
 constexpr CFamilyCheck kNeeqCheck = marketCheck(EOrderStrategyTradeType::Neeq, resolveNeeq);
 
-/// The ways of transfer that some orders belong to, as the instruments of the share-transfer market have
-/// them.
+/// The kinds of transfer that some orders require, numbered as in the instruments of the share-transfer
+/// market.
 constexpr int kTransferKind2 = 2;
 constexpr int kTransferKind4 = 4;
 
-/// Order numbers that are for instruments of some ways of transfer only.
+/// A range of order numbers that is allowed only for instruments of certain kinds of transfer.
 struct CTransferRule {
     int m_nFirst;
     int m_nLast;

@@ -7,8 +7,8 @@
 namespace TC {
 namespace {
 
-/// Resolves the code of a stock, which locking and unlocking name, and tests it here as well, since only
-/// codes that come with the order are tested. Any other code stays as it came.
+/// Resolves the code. Locking and unlocking name a stock; the code of an option is not changed. The result is
+/// checked here, because only codes from the order are checked, not those from the strategy.
 bool resolveOptionCode(CCheckRun& run) {
     (void)resolveStockCode(run.code, EKeyJoin::Plain);
     const bool isKnown = isStockLockOrder(run.order.m_nOrderType)

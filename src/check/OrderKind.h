@@ -5,7 +5,7 @@
 
 namespace TC {
 
-/// The order's own order kind, or the strategy's where the order has none; may be unset.
+/// The kind of the order; if the order has none, the strategy's kind. May be not set.
 inline EOrderType chosenOrderType(const COrderParam& order, const COrderStrategyParam& strategy) {
     return isUnset(order.m_eOrderType) ? strategy.m_eOrderType : order.m_eOrderType;
 }

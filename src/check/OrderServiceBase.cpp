@@ -15,8 +15,8 @@
 namespace TC {
 namespace {
 
-/// These refusals end their batch. They are reported without an exception, so that a message panel that fails
-/// does not let the rest of the batch trade.
+/// Reports a refusal that ends its batch. It must not throw: if the message panel failed with an exception,
+/// the rest of the batch would still be traded.
 void reportRefusal(EOrderStrategyType type, int channel, const QString& pattern) {
     reportSafely(utils::fillText(pattern, {safeOrderStrategyText(type), QString::number(channel)}));
 }
@@ -25,9 +25,9 @@ void reportMissingStrategy(EOrderStrategyType type, int channel) {
     reportRefusal(type, channel, QStringLiteral("[%1]　通道号: %2, 找不到对应的策略!"));
 }
 
-/// The frame's own idea of a price: exactly DBL_MAX means none here, without the tolerance of isInvalidPrice.
-/// Files may say "nan" or "inf" for a number. Neither is a price, and an order at it is refused: at an
-/// infinite price no order can be filled, and the host could take it for a market price.
+/// Whether the price is given and not zero. Only exactly DBL_MAX means "not set" here, without the tolerance
+/// of isInvalidPrice. Files may contain "nan" or "inf" as a number. Neither is a price, and an order with it
+/// is refused: no order can be filled at an infinite price, and the host could treat it as a market price.
 bool isPriceGiven(double price) {
     return price != kUnsetDouble && std::isfinite(price) && std::fabs(price) > kPriceTolerance;
 }
@@ -70,7 +70,8 @@ bool COrderServiceBase::checkOrderParamValid(const COrderParam& order,
         return refuse(QStringLiteral("[%1]　通道号: %2, 账号组或账号为空, 请重新设置策略!"));
     if (!strategy->isRunning()) return refuse(QStringLiteral("[%1]　通道号: %2, 对应的策略未启动!"));
     if (strategy->m_eStrategyType != order.m_eStrategyType) {
-        // The text names the source in both places and the channel nowhere; users know the message as it is.
+        // The text shows the source in both places and never the channel. It stays so because users know this
+        // message.
         return refuse(QStringLiteral("[%1]　通道号: %1, 对应的策略类型不匹配!"));
     }
     return true;

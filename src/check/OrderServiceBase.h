@@ -19,13 +19,12 @@
 
 namespace TC {
 
-/// The abstract order checker. COrderService owns one of its variants, which decides how batches are worked
-/// through; the lookups, the checks of the product families and the issue of commands stand here.
+/// The abstract order checker. COrderService owns one of its variants. The variant decides how batches are
+/// processed. The look-ups, the checks of the product families and the sending of commands are in this class.
 ///
-/// Keeps no data: what it works on comes in as arguments, and the strategy map stays its caller's, who keeps
-/// it unchanged during a call. All operations run on the caller's thread, may block it for up to two seconds
-/// for each instrument that waits for its quote, and report a failure once, in words, before they return
-/// false or null.
+/// The class has no state. The caller owns the strategy map and must not change it during a call. All
+/// operations run on the caller's thread, and may block it for up to two seconds for each instrument that
+/// waits for its quote. A failure is reported once with a message before the operation returns false or null.
 class COrderServiceBase : public QObject {
     Q_OBJECT
 public:
@@ -34,22 +33,23 @@ public:
 
     /// Erases the strategies that are over the user's limits. A null map is left alone.
     virtual void filterStrategies(COrderStrategyMap* strategies) = 0;
-    /// Works through a batch.
+    /// Processes a batch.
     virtual void placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) = 0;
-    /// Issues checked orders; here it does nothing.
+    /// Sends checked orders. This base class does nothing.
     virtual void placeLegalOrders(QVector<orderParamForOrderService> orders,
                                   const COrderStrategyMap* strategies);
 
-    /// The strategy of the channel, or null after a message that names the source kind.
+    /// Returns the strategy of the channel, or null after a message that names the source kind.
     const COrderStrategyParam* getStrategy(int channel, const COrderStrategyMap* strategies,
                                            EOrderStrategyType type) const;
     /// Whether the strategy's group or account exists.
     bool checkAccount(const COrderStrategyParam* strategy) const;
-    /// The frame check of one order against its strategy.
+    /// The frame check of an order: its strategy exists and runs, the strategy's account exists, and the
+    /// source kind of the strategy is that of the order.
     bool checkOrderParamValid(const COrderParam& order, const COrderStrategyParam* strategy) const;
-    /// Resolves the accounts that an order goes to. `accountKey` comes in as the caller's choice and is
-    /// replaced where the order names an account itself. Appends to accounts and ratios; fills weights by
-    /// account key on request.
+    /// Finds the accounts of an order. `accountKey` is the caller's choice; it is replaced if the order names
+    /// an account itself. Appends to `accounts` and `ratios`. If `fillWeights` is true, also fills `weights`
+    /// by account key.
     bool checkAccountKey(const COrderParam& order, const COrderStrategyParam& strategy, QString& accountKey,
                          std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                          std::map<std::string, double>& weights, bool fillWeights) const;
@@ -60,16 +60,17 @@ public:
     EOrderType getOrderType(const COrderParam& order, const COrderStrategyParam& strategy) const;
     ETradePlatform getTradePlatform(const COrderParam& order, const COrderStrategyParam& strategy) const;
     EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType) const;
-    /// The label of a source kind at the head of every message; depends on the user's rights.
+    /// The label of a source kind at the start of every message; depends on the user's rights.
     QString getOrderStrategyText(EOrderStrategyType type) const;
 
-    /// Starts the quotes of an instrument. The caller holds the result until it is done with the order.
+    /// Subscribes to the quotes of an instrument. The caller keeps the result until it has finished with the
+    /// order.
     boost::shared_ptr<CQuoteRequest> prepareCode(const QString& code,
                                                  std::vector<CAccountInfoPtr>& accounts) const;
 
-    /// The family checks. Each appends one record for each account that gets a volume; true can come with
-    /// none. The end of a single credit contract has one record, for the account that the order names. A
-    /// check also fills the weights by account key, whatever records come of it.
+    /// The family checks. Each appends one record for each account that gets a volume; it can return true
+    /// without any record. The end of a single credit contract has one record, for the account that the order
+    /// names. Each check also fills the weights by account key, even if there are no records.
     bool checkAndFillOrderStock(COrderParam order, COrderStrategyParam strategy,
                                 std::vector<CCodeOrderParam>& codes,
                                 std::map<std::string, double>& weights) const;
@@ -94,31 +95,33 @@ public:
     bool checkAndFillOrderCredit(COrderParam order, COrderStrategyParam strategy,
                                  std::vector<CCodeOrderParam>& codes,
                                  std::map<std::string, double>& weights) const;
-    /// Only tells whether the order may go out: appends no record.
+    /// Checks only whether the order may be sent; appends no record.
     bool checkAndFillOrderNeeq(COrderParam order, COrderStrategyParam strategy,
                                std::vector<CCodeOrderParam>& codes,
                                std::map<std::string, double>& weights) const;
-    /// A target position in the order is rewritten into the orders that lead to it.
+    /// Target positions in the order are replaced by the orders that change the holdings to the targets.
     bool checkAndFillOrderCompose(COrderParam& order, COrderStrategyParam strategy,
                                   std::vector<CCodeOrderParam>& codes,
                                   std::map<std::string, double>& weights) const;
 
-    /// Turns target volumes, times the multiplier, into the orders that lead to them from what the account
-    /// holds.
+    /// Replaces target volumes, times the multiplier, by the orders that change the account's stock positions
+    /// to them.
     void exchangePositionStock(boost::shared_ptr<CAccountInfo> account, QVector<COrderSingleParam>& rows,
                                int multiplier) const;
-    /// Shares an amount of money out over the rows by weight, as volumes in whole units.
+    /// Divides an amount of money over the rows by weight, and writes the volumes that the parts buy, in
+    /// whole units.
     void calcVolumnByWeight(QVector<COrderSingleParam>& rows, double amount) const;
 
     using CCommandCallback = boost::function<void(utils::KNError, int)>;
 
-    /// Hands a finished command of the order to COrderClient::orderCommands. Every command leaves the library
-    /// here. With the deployment switch "mdl_order_command_guard" on, a command with a record that lacks its
-    /// market, code, price or volume is refused instead, with a report (check/CommandGuard.h). Any thread;
-    /// the command is not null.
+    /// Passes a finished command of the order to COrderClient::orderCommands. Every command leaves the
+    /// library here. If the deployment switch "mdl_order_command_guard" is on, a command is refused with a
+    /// report if a record has no market, code, price or volume (check/CommandGuard.h). Any thread; the
+    /// command must not be null.
     void sendCommand(const COrderComandParamPtr& command, const COrderParam& order) const;
-    /// Makes one command of checked records and sends it with sendCommand; the guard first leaves out what a
-    /// sale of all cannot sell. The remark is the order's own: `remark` and `callback` are taken and dropped.
+    /// Makes one command of checked records and sends it with sendCommand. If the guard is on, it first
+    /// leaves out records of a sale of all positions that cannot be sold. The remark is taken from the order;
+    /// `remark` and `callback` are ignored.
     void doOrderCommand(EQdTraderType traderType, EQdHedgeType hedgeType, EFtSpecBtnBarType btnType,
                         const std::vector<CCodeOrderParam>& codes, std::map<std::string, double> weights,
                         EQdStopLossType stopLossType, bool unionCommand, CCommandCallback callback,
@@ -130,10 +133,10 @@ public:
                                 const COrderStrategyParam& strategy) const;
     /// Stores nothing in this version.
     void saveOrderCommand(COrderComandParamPtr command) const;
-    /// Title of the confirmation dialog.
+    /// The title of the confirmation dialog.
     QString getTitle() const;
-    /// The strategy's default command remark, UTF-8; writes the trader type that the strategy's family stands
-    /// for, or leaves it where the family has none.
+    /// Returns the strategy's default command remark, UTF-8. Writes the trader type of the strategy's family
+    /// to `traderType`, or leaves it unchanged if the family has none.
     std::string getCmdLog(const COrderStrategyParam& strategy, EQdTraderType& traderType) const;
 
 signals:
@@ -141,7 +144,7 @@ signals:
                              const QMap<int, TC::COrderStrategyParam>* strategies);
 };
 
-/// Whether the user's kind may issue commands. For any other kind orders are checked and nothing goes out.
+/// Whether the user's kind may send commands. For users of other kinds, orders are checked but not sent.
 bool isCmdUser();
 
 } // namespace TC

@@ -19,7 +19,8 @@ COrderSingleParam makeRow(const QString& code, std::int64_t volume, EOperationTy
     return row;
 }
 
-/// What leads from so much held to the target. The not-set volume counts as its number.
+/// Returns the order that changes the held volume to the target. A volume that is not set is treated as its
+/// number.
 COrderSingleParam rowTo(const COrderSingleParam& target, int multiplier, std::int64_t held) {
     const std::int64_t more = static_cast<std::int64_t>(target.m_nVolume) * multiplier - held;
     const bool isSale = held > 0 && more < 0;
@@ -27,14 +28,14 @@ COrderSingleParam rowTo(const COrderSingleParam& target, int multiplier, std::in
                    isSale ? EOperationType::Sell : EOperationType::Buy);
 }
 
-/// Targets by code, each of which can be used up once.
+/// Targets sorted by code. Each target can be used once.
 class CTargets {
 public:
     explicit CTargets(QVector<COrderSingleParam> targets) : m_targets(std::move(targets)) {
         std::stable_sort(m_targets.begin(), m_targets.end(), codeSingleParamLessThan);
         m_used.resize(static_cast<std::size_t>(m_targets.size()));
     }
-    /// The first target of that code that is not used up, which is then; null where there is none.
+    /// Returns the first unused target of the code and marks it as used; null if there is none.
     const COrderSingleParam* take(const QString& code) {
         COrderSingleParam key;
         key.m_strCode = code;

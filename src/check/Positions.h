@@ -11,15 +11,15 @@
 
 namespace TC {
 
-/// The positions of one account. The account's data is held still while this lives.
+/// The positions of one account. The account's data is locked while this object exists.
 class CPositions {
 public:
     explicit CPositions(const CAccountInfo& account);
 
-    /// False where the host has no data of the account, which is not the same as no position.
+    /// False if the host has no data of the account. This differs from an account without positions.
     bool isKnown() const { return m_pData != nullptr; }
 
-    /// In the host's order, none of them null.
+    /// The positions in the host's order; none of them is null.
     std::vector<boost::shared_ptr<knservice::CPositionStatics>> all() const;
 
 private:

@@ -9,7 +9,7 @@
 namespace TC {
 namespace {
 
-/// The right to a source kind has the kind's number plus this.
+/// The number of the user right for a source kind is the number of the kind plus this offset.
 constexpr int kRightOffset = 6;
 
 bool hasRightTo(EOrderStrategyType type) {

@@ -6,22 +6,22 @@
 
 namespace TC {
 
-/// Reports of the checks. Each failed order is reported once, in the words that stand beside the rule: by
-/// showCheckFailure or, for the frame checks, by showServiceMsg. Baskets also report rows that they leave
-/// out, and go on.
+/// Reports of the checks. Each failed order is reported once, with the text that is defined beside its rule.
+/// Most checks report with showCheckFailure, the frame checks with showServiceMsg. Baskets also report rows
+/// that they leave out, and continue.
 
-/// The label of a source kind at the head of every message; file and signal orders keep the plain label for
-/// users without the right to them.
+/// The label of a source kind at the start of every message. Users without the right to file or signal orders
+/// see the general label for these orders.
 QString orderStrategyText(EOrderStrategyType type);
 
-/// The same for reports of failures: a user whose rights cannot be read gets the plain label.
+/// The same, for reports of failures. If the user's rights cannot be read, it returns the general label.
 QString safeOrderStrategyText(EOrderStrategyType type) noexcept;
 
-/// In a catch block: reports the order that the exception in hand has ended. A report that the order client
-/// does not take goes to the message panel. Never throws.
+/// Call it in a catch block: reports that the current exception has ended the order. If the order client
+/// throws, the report is shown on the message panel instead. Never throws.
 void reportOrderFailure(EOrderStrategyType type, int channel) noexcept;
 
-/// A refused order, or a row that a basket leaves out, under the title of wrong parameters.
+/// Shows the text under the title of wrong parameters, for a refused order or a row that a basket leaves out.
 void showCheckFailure(const QString& text);
 
 } // namespace TC

@@ -1,4 +1,4 @@
-// The stock family: buying and selling, and the fund operations that share its course.
+// The stock family: buying and selling, and the operations on funds that use the same steps.
 #include "check/CheckFrame.h"
 #include "check/CodeLookup.h"
 #include "platform/InstrumentTypes.h"
@@ -6,7 +6,7 @@
 namespace TC {
 namespace {
 
-/// What one unit of the par-priced instruments on SH costs.
+/// The price of one unit of the par-priced instruments on SH.
 constexpr double kParPrice = 100.0;
 
 bool resolveKeyedStockCode(CCheckRun& run) {
@@ -20,7 +20,8 @@ bool checkStockOrFundPrice(const CCheckRun& run) {
 
 int stockVolumeOfAmount(const CCheckRun& run) {
     const CStockInfo& stock = run.stock();
-    // The type is kept for SH alone, and the same six digits on SZ are another instrument with a real price.
+    // Only instruments on SH can be par-priced. The same six digits on SZ are another instrument, which has a
+    // market price.
     const bool isParPriced = stock.m_strMarket == "SH" &&
                              knservice::isTypedStock(knservice::kTypeParPriced, "SH", stock.m_strCode, {});
     return roundToUnit(run, volumeOfAmount(run, isParPriced ? kParPrice : kUnsetDouble));

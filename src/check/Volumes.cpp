@@ -13,20 +13,21 @@
 namespace TC {
 namespace {
 
-/// What the share of a row buys: its amount is weight times amount, divided by the sum and then by the price,
-/// in this order, so that no two roads round differently. Nothing where the row cannot be priced.
+/// The volume that the row's part of the amount buys, or nothing if the row cannot be priced. The order of
+/// the operations is fixed, so that all callers round in the same way: weight times amount, divided by the
+/// sum, divided by the price.
 std::optional<int> volumeOfRow(const COrderSingleParam& row, double amount, double sum) {
     QString code = row.m_strCode;
     if (!resolveStockCode(code, EKeyJoin::Plain)) return std::nullopt;
     const CPriceDataPtr quote = hostCall<&CQuoteClient::getStockPrice>(code);
     const CInstrumentDetailPtr detail = hostCall<&CExchangeClient::getCodeInfo>(code);
     if (!quote || !detail) return std::nullopt;
-    // Without a price above zero there is no share. A volume of 0 or less would be a target, and more than is
-    // held could be sold for it.
+    // The price must be above zero. Otherwise the volume would be 0 or less, and as a target it could sell
+    // more than is held.
     const double price = finiteOrUnset(quote->m_dLastPrice);
     if (price == kUnsetDouble || price <= 0) return std::nullopt;
     const double shares = std::trunc(amount * row.m_dWeight / sum / price);
-    constexpr double kMostShares = 9e18; // what 64 bits hold
+    constexpr double kMostShares = 9e18; // below the largest 64-bit integer
     if (!std::isfinite(shares) || std::fabs(shares) > kMostShares) return std::nullopt;
     const std::int64_t unit = tradingUnit({detail->m_strMarket, detail->m_strCode, {}, {}});
     const std::int64_t volume = static_cast<std::int64_t>(shares) / unit * unit;

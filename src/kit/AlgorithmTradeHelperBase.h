@@ -4,8 +4,9 @@
 
 namespace kit {
 
-/// No algorithm orders: no setting text is understood, and there is no parameter text. A host with algorithms
-/// overrides both, and isAlgoOrderType and getPlatformTypeByOrderType of its rules. Any thread.
+/// For a host without algorithm orders: no setting text is understood, and there is no parameter text. A host
+/// with algorithms overrides both functions here, and isAlgoOrderType and getPlatformTypeByOrderType of its
+/// trading rules. Any thread.
 class CAlgorithmTradeHelperBase : public TC::CAlgorithmTradeHelper {
 public:
     bool getAlgOrderSettingFromString(const std::string&, TC::CAlgorithmOrderSettingPtr&) override {

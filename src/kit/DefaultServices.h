@@ -11,7 +11,8 @@
 
 namespace kit {
 
-/// The services that a plain stock host takes as they are. The host keeps the object alive until releaseHost.
+/// The services that a simple stock host can use unchanged. The host keeps this object alive until
+/// releaseHost.
 struct CDefaultServices {
     CTradingRulesBase tradingRules;
     CAlgorithmTradeHelperBase algorithmTradeHelper;
@@ -21,8 +22,8 @@ struct CDefaultServices {
     CTradeFrameworkSourceBase tradeFrameworkSource;
     CLuaModuleCtrlBase luaModuleCtrl;
 
-    /// A host with these services in their places. The caller puts in the others, and may replace any of
-    /// these, before TC::installHost.
+    /// Returns a CHost that points to these services. The caller adds the other services, and may replace any
+    /// of these, before it calls TC::installHost.
     TC::CHost services();
 };
 

@@ -4,13 +4,13 @@
 
 namespace kit {
 
-/// Instruments of a host that trades stocks only: a key that has a record is a stock. The other markets stay
-/// empty, as CExchangeClient leaves them; a host that adds one also overrides hasStock.
+/// The instruments of a host that trades stocks only: every key that has a record is a stock. The other
+/// markets are empty, as in CExchangeClient. A host that adds a market also overrides hasStock.
 ///
-/// The host answers getCodeInfo and getMaxTradingDay. Any thread, like CExchangeClient.
+/// The host implements getCodeInfo and getMaxTradingDay. Any thread, like CExchangeClient.
 class CExchangeClientBase : public TC::CExchangeClient {
 public:
-    /// Whether getCodeInfo has a record for the key: so no order passes whose instrument is unknown.
+    /// Whether getCodeInfo has a record for the key. So an order with an unknown instrument is refused.
     bool hasStock(const QString& stockKey) override { return getCodeInfo(stockKey) != nullptr; }
 };
 

@@ -5,11 +5,11 @@
 
 namespace kit {
 
-/// Units of a host that shows the unit it trades in. The host answers isTypedStock and getTradeMinUnit. Any
-/// thread, like CInstrumentTypes.
+/// The units of a host that shows the user the trading unit. The host implements isTypedStock and
+/// getTradeMinUnit. Any thread, like CInstrumentTypes.
 class CInstrumentTypesBase : public knservice::CInstrumentTypes {
 public:
-    /// The trading unit of any operation.
+    /// Returns getTradeMinUnit without an operation: the unit that is valid for any operation.
     int getUiMinUnit(const std::string& market, const std::string& code, bool) override {
         return getTradeMinUnit(market, code, TC::unsetEnum<TC::EOperationType>());
     }

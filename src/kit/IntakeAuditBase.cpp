@@ -99,7 +99,7 @@ void CIntakeAuditBase::recordIncident(const TC::CIncidentReport& report) {
         return warn(source, QStringLiteral("任务 %1 未撤销: %2"),
                     {QString::number(report.m_nTaskId), report.m_strCause});
     case TC::EIncident::HostFailed:
-        return; // the message panel has just failed; the log has it
+        return; // the message panel has just failed; the failure is in the log
     case TC::EIncident::RowsLeftOut:
         return warn(source, QStringLiteral("通道号: %1, 组合中%2行未下单, 首行 [%3]: %4"),
                     {QString::number(report.m_nChannel), QString::number(report.m_nRows), report.m_strCode,

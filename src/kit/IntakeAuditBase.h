@@ -4,19 +4,20 @@
 
 namespace kit {
 
-/// Shows the user what was not read or served, as warnings of CMsgService; keeps no record. A host with a
-/// journal overrides the operations and may call these as well. Any thread, like CIntakeAudit.
+/// Shows warnings of CMsgService about orders that were not read and about clients that were not served.
+/// Keeps no record. A host with a journal overrides the functions and may also call these. Any thread, like
+/// CIntakeAudit.
 class CIntakeAuditBase : public TC::CIntakeAudit {
 public:
-    /// A file that was refused or cut short, that waits unread, that has lines without effect, or whose trade
-    /// parameters were not understood.
+    /// Warns about a file that was refused or cut short, that waits unread, that has lines without effect, or
+    /// whose trade parameters were not understood.
     void recordIntake(const TC::CIntakeReport& report) override;
-    /// A listener that serves nobody any more, and connections that were refused.
+    /// Warns about a listener that no longer serves clients, and about refused connections.
     void recordDoor(const TC::CDoorReport& report) override;
     void recordDiscard(const TC::CDiscardReport& report) override;
-    /// One warning for each channel.
+    /// Shows one warning for each channel.
     void recordUnplaced(const QVector<TC::COrderParam>& orders) override;
-    /// Shows nothing if the message panel itself failed: the library writes that to its log.
+    /// Shows nothing if the message panel itself failed; the library writes that failure to its log.
     void recordIncident(const TC::CIncidentReport& report) override;
 };
 

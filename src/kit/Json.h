@@ -4,8 +4,8 @@
 
 namespace kit {
 
-/// JSON that keeps its keys in the order in which they were written. Include <nlohmann/json.hpp> to make or
-/// read one.
+/// JSON that keeps its keys in the order in which they were written. Include <nlohmann/json.hpp> to create or
+/// read a value.
 using CJson = nlohmann::ordered_json;
 
 } // namespace kit

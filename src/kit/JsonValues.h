@@ -10,8 +10,7 @@
 
 #include <string>
 
-/// Values of a record as JSON: what is not set is null, and what is not finite is written as null. Pure; any
-/// thread.
+/// Values of a record as JSON. A value that is not set or not finite becomes null. Pure; any thread.
 namespace kit {
 
 template<typename E>
@@ -31,7 +30,7 @@ inline CJson textValue(const QString& text) {
     return text.toStdString();
 }
 
-/// The document as an object; its text if it cannot be written as JSON.
+/// The document as an object. If it cannot be written as JSON, its text is returned as a JSON string.
 inline CJson documentValue(const bson::BSONObj& document) {
     if (document.isEmpty()) return CJson::object();
     const std::string text = document.jsonString();

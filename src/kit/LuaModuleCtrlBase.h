@@ -4,9 +4,9 @@
 
 namespace kit {
 
-/// The switches of a host that configures none: the command guard is on, which refuses what no trading layer
-/// can trade; all others are off. A host that overrides checkModule asks this one for the switches that it
-/// does not know. Any thread.
+/// The switches of a host that configures none. The command guard is on; it refuses orders that no trading
+/// layer can trade. All other switches are off. A host that overrides checkModule calls this implementation
+/// for the switches that it does not know. Any thread.
 class CLuaModuleCtrlBase : public luawrapper::LuaModuleCtrl {
 public:
     bool checkModule(const std::vector<std::string>& path) override;

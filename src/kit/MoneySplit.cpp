@@ -12,8 +12,8 @@ namespace {
 
 constexpr double kCentsPerUnit = 100;
 constexpr double kMostMoney = 1e13;
-/// Fractions of a cent are compared in steps of this size, which is above the noise of dividing the largest
-/// amount: equal weights have equal fractions.
+/// Fractions of a cent are compared in steps of this size. It is larger than the rounding errors when the
+/// largest amount is divided, so that equal weights have equal fractions.
 constexpr long double kCentStep = 1e-3L;
 
 } // namespace

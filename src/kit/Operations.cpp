@@ -10,8 +10,8 @@ using ESide = ETradeSide;
 using EEffect = EOperationEffect;
 
 constexpr COperation kOperations[] = {
-    // Futures, options on futures and gold. A position is of today or of earlier days; the operations that
-    // close differ in which of them goes, or goes first.
+    // Futures, options on futures and gold. A position is from today or from earlier days. The closing
+    // operations differ in which of the two they close, or close first.
     {0, ESide::Buy, EEffect::Open, EBooking::Own, "open long"},
     {1, ESide::Sell, EEffect::Close, EBooking::Own, "close long of earlier days"},
     {2, ESide::Sell, EEffect::Close, EBooking::Own, "close long of today"},
@@ -63,7 +63,7 @@ constexpr COperation kOperations[] = {
     {40, ESide::None, EEffect::LockUnderlying, EBooking::Own, "lock shares"},
     {41, ESide::None, EEffect::UnlockUnderlying, EBooking::Own, "unlock shares"},
 
-    // The share-transfer market: in pairs of buy and sell, one pair for each way of transfer.
+    // The share-transfer market: pairs of buy and sell, one pair for each way of transfer.
     {42, ESide::Buy, EEffect::Trade, EBooking::Own, "transfer buy"},
     {43, ESide::Sell, EEffect::Trade, EBooking::Own, "transfer sell"},
     {44, ESide::Buy, EEffect::Trade, EBooking::Own, "transfer buy"},

@@ -9,39 +9,39 @@ enum class ETradeSide : int { None = 0, Buy = 1, Sell = 2 };
 
 /// What an operation does to positions and debts.
 enum class EOperationEffect : int {
-    Trade,         ///< stocks, funds and the like: buys add, sells take away
-    Open,          ///< opens a derivative's position
-    Close,         ///< closes one
-    CloseThenOpen, ///< closes what is there, and opens what is left
+    Trade,         ///< of stocks, funds and similar: a buy adds to the position, a sale reduces it
+    Open,          ///< opens a position of a derivative
+    Close,         ///< closes a position of a derivative
+    CloseThenOpen, ///< closes the existing position, and opens a new one with the remaining volume
     Exercise,
     LockUnderlying,
     UnlockUnderlying,
-    RepayMoney,   ///< with money of the account's own
-    ReturnShares, ///< with shares of the account's own
-    EndContract,  ///< of margin trading, one by one
-    None,         ///< of an operation that is not known
+    RepayMoney,   ///< with the account's own money
+    ReturnShares, ///< with the account's own shares
+    EndContract,  ///< ends a single contract of margin trading
+    None,         ///< for an unknown operation
 };
 
-/// How an operation of margin trading is booked; also the number that its records carry.
+/// How an operation of margin trading is booked. The number is also written to the operation's records.
 enum class EBooking : int {
     Own = 0,           ///< with the account's own money and shares
     BorrowedMoney = 1, ///< the broker lends the money
     BorrowedShares = 2,
-    MoneyRepaid = 3, ///< by selling, or with the account's money
+    MoneyRepaid = 3, ///< by selling shares, or with the account's money
     SharesReturned = 4,
     ContractEnded = 5,
 };
 
-/// One operation: what trading, booking and reading the journal need to know of it.
+/// The properties of one operation that trading, booking and reading the journal need.
 struct COperation {
-    int m_nNumber; ///< a TC::EOperationType
+    int m_nNumber; ///< number of the TC::EOperationType
     ETradeSide m_eSide;
     EOperationEffect m_eEffect;
     EBooking m_eBooking;
-    const char* m_pszWord = ""; ///< for people
+    const char* m_pszWord = ""; ///< name, for users
 };
 
-/// The row of an operation, or null if the table does not have the number. Any thread.
+/// Returns the row of an operation, or null if the number is not in the table. Any thread.
 const COperation* findOperation(TC::EOperationType operation);
 
 } // namespace kit

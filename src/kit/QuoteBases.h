@@ -6,8 +6,8 @@
 
 namespace kit {
 
-/// A quote whose prices go out as they are quoted. The host answers getOriginPrice, and sets the figures of
-/// the day: while all three are zero, baskets take the instrument for suspended.
+/// A quote whose prices are used for orders without change. The host implements getOriginPrice and sets the
+/// three figures of the day. While all three are zero, baskets treat the instrument as suspended.
 class CPriceDataBase : public TC::CPriceData {
 public:
     double getPriceForCalc(TC::EPriceType priceType, TC::EOperationType operation, int,
@@ -20,11 +20,11 @@ public:
     }
 };
 
-/// Quotes that are there without being asked for: a subscription does nothing, and its call-back is never
-/// called. A host whose quotes must be subscribed to overrides subscribe; if it forgets, orders that need a
+/// Quotes that are available without a subscription: subscribe does nothing, and its call-back is never
+/// called. A host whose quotes need a subscription overrides subscribe. If it does not, orders that need a
 /// quote are refused.
 ///
-/// The host answers getStockPrice. Any thread, like CQuoteClient.
+/// The host implements getStockPrice. Any thread, like CQuoteClient.
 class CQuoteClientBase : public TC::CQuoteClient {
 public:
     boost::shared_ptr<TC::CQuoteRequest> subscribe(const QString&, const TC::CQuoteRequest::CCallback&,

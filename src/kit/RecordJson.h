@@ -8,34 +8,34 @@
 #include "records/Task.h"
 
 /// The library's records as JSON objects, for a host's journal or log. A key is the record's field name in
-/// snake_case without the type letter; the keys are in the order of the fields. Enumerations are their
-/// numbers; values that are not set are null. Pure; any thread.
+/// snake_case without the type letter. The keys are in the order of the fields. Enumerations are written as
+/// numbers, and values that are not set as null. Pure; any thread.
 namespace kit {
 
-/// Every field of a command and of its codes; an account is its key.
+/// Every field of a command and of its codes. An account is written as its key.
 CJson commandJson(const TC::COrderComandParam& command);
 
-/// What a source gave.
+/// The report about one source of orders.
 CJson intakeJson(const TC::CIntakeReport& report);
 
-/// What happened at an order socket: `event` is opened, closed, stuck or refused; `loopback` tells whether
+/// The report about an order socket. `event` is opened, closed, stuck or refused. `loopback` tells whether
 /// only this machine can reach the listener.
 CJson doorJson(const TC::CDoorReport& report);
 
-/// A file that is deleted unread; `lines` and `bytes` are null if they could not be counted.
+/// A file that is deleted unread. `lines` and `bytes` are null if they could not be counted.
 CJson discardJson(const TC::CDiscardReport& report);
 
-/// Something that failed without a message: `event` is orders_dropped, cancel_not_done, host_failed,
+/// A failure that was not shown as a message. `event` is orders_dropped, cancel_not_done, host_failed,
 /// rows_left_out, strategy_not_loaded or strategy_not_started. Only rows_left_out has `rows` and `code`.
 CJson incidentJson(const TC::CIncidentReport& report);
 
-/// Where an order came from, and all of it as one text, in `order`.
+/// The source of an order, and the whole order as one text in `order`.
 CJson orderJson(const TC::COrderParam& order);
 
 /// A strategy with the setting of its family. The socket's password is left out.
 CJson strategyJson(const TC::COrderStrategyParam& strategy);
 
-/// What was done to a task, such as a cancel.
+/// An operation on a task, such as a cancel.
 CJson taskOperationJson(const TC::CTaskOpRecord& record);
 
 } // namespace kit

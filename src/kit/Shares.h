@@ -6,15 +6,16 @@
 #include <cstdint>
 #include <vector>
 
-/// What the splits of a volume and of money share: largest remainders by weight. Pure.
+/// Common code for splitting volumes and money: division by weight, in which the largest fractions get the
+/// remaining parts. Pure.
 namespace kit {
 
 inline bool isUsableWeight(double weight) {
     return std::isfinite(weight) && weight > 0;
 }
 
-/// Weights as parts of the largest one, so that their sum cannot overflow. Unusable weights become 0; all are
-/// 0 if none can be used.
+/// Divides all weights by the largest one, so that their sum cannot overflow. Unusable weights become 0. If
+/// no weight is usable, all are 0.
 template<typename Real>
 std::vector<Real> scaledWeights(const std::vector<double>& weights) {
     double largest = 0;
@@ -27,19 +28,21 @@ std::vector<Real> scaledWeights(const std::vector<double>& weights) {
     return scaled;
 }
 
-/// Divides a number of parts by scaled weights, of which at least one is above 0. Each account gets its share
-/// rounded down; the parts left over go out one each, largest fraction first, ties to the earlier account.
+/// Divides a number of parts by scaled weights, of which at least one must be above 0. Each account gets its
+/// share rounded down. The remaining parts are given out one by one, to the account with the largest fraction
+/// first. If fractions are equal, the earlier account comes first.
 ///
-/// Fractions are compared in steps of fractionStep, which must be above the noise of dividing: equal weights
-/// have equal fractions, and a share that is whole but for that noise is not rounded down.
+/// Fractions are compared in steps of fractionStep, which must be larger than the rounding errors of the
+/// division. So equal weights have equal fractions, and a whole share is not rounded down because of a
+/// rounding error.
 ///
-/// The result always sums to the parts: rounding down never hands out more, since each step gives at most
-/// what is left, and what is left is handed out one by one.
+/// The sum of the result is always `parts`. Rounding down never gives out too much, since each step gives at
+/// most the parts that are left. The rest is then given out one by one.
 template<typename Count, typename Real>
 std::vector<Count> divideByWeight(Count parts, const std::vector<Real>& weights, Real fractionStep) {
     struct CShare {
         std::size_t account;
-        long long fraction; ///< what rounding down left, in steps
+        long long fraction; ///< remainder after rounding down, in steps
     };
     Real sum = 0;
     for (const Real weight : weights)

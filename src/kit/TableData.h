@@ -11,8 +11,8 @@
 
 namespace kit {
 
-/// An account's data with one table, such as knservice::kPositionTable, of records that do not change. Every
-/// other table is empty. Any thread.
+/// An account's data with a single table, such as knservice::kPositionTable. Its records do not change. All
+/// other tables are empty. Any thread.
 class CTableData : public knservice::CAccountData {
 public:
     using CRecords = std::map<std::string, boost::shared_ptr<knservice::IData>>;

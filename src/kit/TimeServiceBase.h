@@ -4,7 +4,7 @@
 
 namespace kit {
 
-/// The machine's clock stands for the trading layer's. Any thread.
+/// Uses the machine's clock as the trading layer's clock. Any thread.
 class CTimeServiceBase : public TC::CTimeService {
 public:
     std::int64_t currentTime() override;

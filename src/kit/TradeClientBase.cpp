@@ -13,7 +13,7 @@ void refuse(const boost::shared_ptr<utils::KNError>& error, const char* text) {
     if (error) *error = utils::KNError(kSplitRefused, text);
 }
 
-/// Gives all of it to the one account, or fails with a text.
+/// Gives the whole number to the one account, or fails with a text.
 template<typename Number>
 std::vector<Number> giveToOne(Number number, bool isUsable, const char* unusableText,
                               const std::vector<TC::CAccountInfoPtr>& accounts,

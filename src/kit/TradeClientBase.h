@@ -4,15 +4,15 @@
 
 namespace kit {
 
-/// A trading layer whose orders are for one account at a time. It looks at neither funds nor positions: that
-/// is left to whoever takes the command. An order for several accounts fails with a text, which the user
-/// sees. Of a basket for several accounts every row is left out, and the audit gets the text.
+/// A trading layer whose orders are for one account only. It does not check funds or positions; the receiver
+/// of the command must do that. An order for several accounts fails with a text, which the user sees. In a
+/// basket for several accounts every row is left out, and the audit gets the text.
 ///
-/// The host answers getLoginStatus and cancelTask. Any thread, like CTradeClient.
+/// The host implements getLoginStatus and cancelTask. Any thread, like CTradeClient.
 class CTradeClientBase : public TC::CTradeClient {
 public:
-    /// The whole volume for the one account. Fails for several accounts and for a volume that is unset or
-    /// below 1.
+    /// Gives the whole volume to the one account. Fails for several accounts, and for a volume that is not
+    /// set or below 1.
     std::vector<int> splitEntrusts(int volume, double price, TC::EPriceType priceType,
                                    const std::vector<TC::CAccountInfoPtr>& accounts,
                                    const std::vector<double>& ratios, TC::EPositionType positionType,
@@ -20,8 +20,8 @@ public:
                                    TC::EOperationType operation, TC::EHedge_Flag_Type hedge,
                                    const boost::shared_ptr<utils::KNError>& error) override;
 
-    /// The whole amount for the one account. Fails for several accounts and for an amount that is unset, not
-    /// finite or not above zero.
+    /// Gives the whole amount to the one account. Fails for several accounts, and for an amount that is not
+    /// set, not finite or not above zero.
     std::vector<double> splitMoney(double amount, const std::vector<TC::CAccountInfoPtr>& accounts,
                                    const std::vector<double>& ratios, TC::EPositionType positionType,
                                    TC::EOperationType operation,

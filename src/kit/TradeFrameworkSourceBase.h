@@ -4,7 +4,7 @@
 
 namespace kit {
 
-/// No trade framework: nobody needs to know the trading day, and there are no interfaces to save.
+/// For a host without a trade framework: a new trading day is ignored, and there are no interfaces to save.
 class CTradeFrameworkSourceBase : public knservice::CTradeFrameworkSource {
 public:
     void switchTradingDate(const std::string&) override {}

@@ -4,9 +4,9 @@
 
 namespace kit {
 
-/// No running tasks that lines of order files could end, no positions and no portfolios: baskets by position
-/// are refused. A host with tasks overrides findTasks; a host with positions overrides getAccountData. Any
-/// thread.
+/// For a host without tasks, positions and portfolios. Lines of order files find no running task to end, and
+/// baskets by position are refused. A host with tasks overrides findTasks; a host with positions overrides
+/// getAccountData. Any thread.
 class CTraderCenterBase : public knservice::TraderCenter,
                           public knservice::CTaskCenter,
                           public knservice::CDataCenter {

@@ -9,7 +9,7 @@
 namespace kit {
 namespace {
 
-/// Both halves of an account key that no account has.
+/// The text for both parts of an account key. No account has this key.
 const QString& noAccountHalf() {
     static const QString half = QStringLiteral("?");
     return half;

@@ -24,7 +24,8 @@ constexpr CWord kOrderWords[] = {
     {32, "直接还款"}, {33, "组合买卖"}, {34, "组合调仓"}, {35, "列表调仓"}, {48, "买入开仓"},
     {49, "卖出平仓"}, {50, "卖出开仓"}, {51, "买入平仓"}, {52, "备兑开仓"}, {53, "备兑平仓"},
     {54, "认购行权"}, {55, "认沽行权"}, {56, "锁定"},     {57, "解锁"},     {100, "行权"}};
-/// What orders without a word of their own are called: the run of numbers they belong to, and the number.
+/// A range of order numbers and its general word. It is used for orders that have no word of their own,
+/// followed by the number.
 struct COrderGroup {
     int first, last;
     const char* word;
@@ -39,7 +40,7 @@ constexpr CWord kPriceWords[] = {
     {30, "卖六价"}, {31, "卖七价"}, {32, "卖八价"}, {33, "卖九价"}, {34, "卖十价"}, {35, "买六价"},
     {36, "买七价"}, {37, "买八价"}, {38, "买九价"}, {39, "买十价"}};
 
-/// The number's word; a number without one with the general word before it.
+/// The word of the number. If it has none, the general word followed by the number.
 template<std::size_t N>
 QString wordOf(const CWord (&words)[N], int number, const char* general) {
     const auto found = std::find_if(std::begin(words), std::end(words),

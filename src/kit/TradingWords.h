@@ -6,8 +6,8 @@
 
 namespace kit {
 
-/// The usual Chinese words for sources, families, orders and prices. A number without a word comes with a
-/// general word before it. Any thread.
+/// The usual Chinese words for sources, families, orders and prices. A number without its own word is shown
+/// after a general word. Any thread.
 QString sourceWord(TC::EOrderStrategyType type);
 QString familyWord(TC::EOrderStrategyTradeType type);
 /// orderType: an order-type number of records/OrderTypes.h.

@@ -6,7 +6,7 @@
 
 namespace kit {
 
-/// An account that is nothing but its record.
+/// An account that consists only of its record.
 class CPlainAccount : public TC::CAccount {
 public:
     /// key: UTF-8, unique among the user's accounts.
@@ -17,48 +17,49 @@ private:
     TC::CAccountInfoPtr m_info;
 };
 
-/// A user with single accounts: no groups, no baskets, no table rows. Orders must name their price, since no
-/// other price type is allowed or set by default; a host that quotes more overrides isPriceTypeValid and
-/// getDefaultOrderSetting.
+/// A user with single accounts: no groups, no baskets, no table rows. Orders must specify their price,
+/// because no other price type is allowed or set by default. A host that provides other price types overrides
+/// isPriceTypeValid and getDefaultOrderSetting.
 ///
-/// The host answers hasOrderService, getUserName, getUserKind, getMaxOrderServerNum and getAccountData. Any
-/// thread, like CUserConfig.
+/// The host implements hasOrderService, getUserName, getUserKind, getMaxOrderServerNum and getAccountData.
+/// Any thread, like CUserConfig.
 class CUserConfigBase : public TC::CUserConfig {
 public:
-    /// No rights. They only choose words in messages as long as hasOrderService() is true.
+    /// The user has no rights. Rights only affect words in messages as long as hasOrderService() is true.
     bool hasUserAuth(TC::EUserAuth) const override { return false; }
     bool hasShowTradeFrameworkPermission() const override { return false; }
     bool hasOrderEncryptionService() const override { return false; }
 
-    /// None. Asked only with the switch "mdl_order_split_orderNum" on.
+    /// 0. Only called if the switch "mdl_order_split_orderNum" is on.
     int getMaxOrderServerNumSocket() const override { return 0; }
     /// 50 milliseconds.
     int getMinFileServiceInterval() const override;
-    /// Both flags off.
+    /// Both flags are off.
     TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef) const override { return {}; }
 
-    /// No groups: null.
+    /// There are no groups: always null.
     const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType, const QString&) const override {
         return nullptr;
     }
     /// Whether getAccountData knows the key.
     bool hasAccount(const QString& name) const override;
-    /// No accounts of table rows.
+    /// There are no accounts of table rows.
     bool hasSimpleAccount(const QString&) const override { return false; }
-    /// The account of that key alone, with the ratio 1, if it is of the broker type. Nothing for a group.
+    /// Appends the account of that key with the ratio 1, if it has this broker type. Appends nothing for a
+    /// group.
     void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
                             std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                             bool simple) const override;
 
-    /// Specified prices only.
+    /// True only for specified prices.
     bool isPriceTypeValid(TC::EPriceType priceType, TC::EOperationType operation, TC::EQDBrokerType broker,
                           const std::string& market, const std::string& code,
                           TC::EOrderType orderType) const override;
     /// A plain order at a specified price.
     TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting which) const override;
-    /// No baskets.
+    /// There are no baskets.
     TC::CBasketMap getBaskets() const override { return {}; }
-    /// A map of this object's own. The host may fill it before COrderService::loadFromConfig.
+    /// A map that this object owns. The host may fill it before COrderService::loadFromConfig.
     TC::COrderStrategyMap* getStrategyMap() override { return &m_strategies; }
 
 private:

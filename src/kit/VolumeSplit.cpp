@@ -11,11 +11,11 @@
 namespace kit {
 namespace {
 
-/// Shares are compared in steps of this size, so that the noise of dividing makes no rank of its own: three
-/// equal weights have three equal fractions.
+/// Fractions of units are compared in steps of this size, so that rounding errors do not change the order:
+/// three equal weights have three equal fractions.
 constexpr double kUnitStep = 1e-9;
 
-/// What each account can still take, counted in units. An account without a usable weight takes nothing.
+/// The volume that each account can still take, in units. An account without a usable weight takes nothing.
 std::vector<std::int64_t> roomOf(const std::vector<double>& weights,
                                  const std::vector<std::int64_t>& closable, int unit) {
     std::vector<std::int64_t> room;
@@ -28,8 +28,8 @@ std::int64_t sumOf(const std::vector<std::int64_t>& numbers) {
     return std::accumulate(numbers.begin(), numbers.end(), std::int64_t{0});
 }
 
-/// Gives out units by weight, to each account at most its room; all rooms together hold them. Each round
-/// fills an account or is the last.
+/// Gives out units by weight, to each account at most its room. The sum of all rooms must be at least
+/// `units`. The loop ends: each round fills an account or is the last round.
 std::vector<int> fillRooms(int units, std::vector<double> weights, std::vector<std::int64_t> room) {
     std::vector<int> given(weights.size(), 0);
     while (units > 0) {

@@ -9,29 +9,28 @@
 
 namespace TC {
 
-/// The queue in front of the service's thread. Calls that are posted run on the receiver's thread, one after
-/// the other, in the order of the posts.
+/// The queue in front of the service's thread. Posted calls run on the receiver's thread, one after the
+/// other, in the order in which they were posted.
 ///
-/// Its purpose is the end: close() queues an end marker, and nothing is queued behind the end marker. Whoever
-/// has seen the marker's turn knows that every call that was accepted has been worked off, and the caller of
-/// each call that was not accepted has been told.
+/// The queue makes a safe shutdown possible. close() queues an end marker, and nothing is queued after the
+/// marker. When the marker runs, every accepted call has run. The caller of each refused call got false.
 ///
-/// A lock orders the posts, and is held only while an event is put into the queue of the receiver: no posted
-/// call and no code of the host ever runs under it. The event filter takes the same lock before each event.
-/// Qt's queue orders memory already, but inside a library that a thread sanitizer cannot see into; with the
-/// lock the whole order road can be checked for races.
+/// A lock makes the posts run one at a time. It is held only while an event is put into the queue of the
+/// receiver: no posted call and no code of the host runs under it. The event filter takes the same lock
+/// before each event. Qt's queue already synchronizes the threads, but a thread sanitizer does not see this
+/// inside Qt. With the lock, the sanitizer can check the whole path of an order for races.
 class COrderQueue : public QObject {
 public:
-    /// Moves the receiver and itself to the thread. Both outlive the queue.
+    /// Moves the receiver and this queue to the thread. The receiver and the thread must outlive the queue.
     COrderQueue(QObject& receiver, QThread& thread) : m_receiver(receiver), m_thread(thread) {
         m_receiver.installEventFilter(this);
         m_receiver.moveToThread(&m_thread);
         moveToThread(&m_thread);
     }
 
-    /// Queues the call; false, and the call is dropped, after close. Any thread. On the receiver's own thread
-    /// the call runs before post returns, also after close: what the last batches bring about there is worked
-    /// off with them.
+    /// Queues the call. After close it returns false and drops the call. Any thread. On the receiver's own
+    /// thread the call runs before post returns, also after close: calls that the last batches make there
+    /// still run.
     template<typename Call>
     [[nodiscard]] bool post(Call call) {
         if (isOnOwnThread()) {
@@ -43,8 +42,8 @@ public:
         return !m_bClosed;
     }
 
-    /// Queues the end marker: runs `last` when every call before it has been worked off, and refuses what
-    /// comes later. Once; not on the receiver's own thread.
+    /// Queues the end marker, which runs `last` after every call before it. Later posts are refused. May be
+    /// called once, and not on the receiver's own thread.
     template<typename Call>
     void close(Call last) {
         const std::lock_guard lock(m_mutex);
@@ -52,7 +51,7 @@ public:
         enqueue(std::move(last));
     }
 
-    /// Whether a post on this thread would be refused now.
+    /// Whether a post from the calling thread would be refused now.
     bool isRefusing() const {
         if (isOnOwnThread()) return false;
         const std::lock_guard lock(m_mutex);

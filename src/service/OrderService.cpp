@@ -64,7 +64,7 @@ void reportNoEndHere() {
     reportSafely(QStringLiteral("[接口单]　不能在下单服务的线程或回调中关闭下单服务, 请在主线程调用!"));
 }
 
-/// Asks the trading layer to cancel the task. There is no answer.
+/// Asks the trading layer to cancel the task. The call returns no result.
 void cancelTask(int taskId) {
     const CUserConfig* user = getUserConfig();
     const bool isSignalUser =
@@ -76,7 +76,7 @@ void cancelTask(int taskId) {
     hostCall<&CTradeClient::cancelTask>(taskId, kTaskOpCancel, {}, remark, tradingDay, {}, 0);
 }
 
-/// Keeps what it found in the pointer and puts it back at its end.
+/// Sets the pointer to a value, and restores the previous value in the destructor.
 template<typename T>
 class CRestored {
 public:
@@ -93,10 +93,10 @@ private:
 } // namespace
 
 struct COrderService::CThreads {
-    std::mutex end; ///< one shutdown at a time
+    std::mutex end; ///< held by shutdown: only one runs at a time
     QThread service;
     std::thread file;
-    std::unique_ptr<COrderQueue> queue; ///< in front of `service`
+    std::unique_ptr<COrderQueue> queue; ///< posts calls to `service`
 };
 
 COrderService::COrderService(QObject*)
@@ -107,14 +107,15 @@ COrderService::COrderService(QObject*)
     registerMetaTypes();
     m_fileService = std::make_unique<CFileService>(*this, *this);
     connectOwnSignals();
-    // Before the thread starts: its start is what orders the queue's making and its first use.
+    // Created before the thread starts: the start of the thread makes the queue visible to it.
     m_threads->queue = std::make_unique<COrderQueue>(*this, m_threads->service);
     m_threads->service.start(QThread::InheritPriority);
-    connectHost(); // last: the host may emit at once, on any thread, and the queue must be there
+    connectHost(); // last: the host may emit at once, on any thread, and then needs the queue
 }
 
-/// Every signal goes to its slot by way of the queue, as an automatic connection would bring it. Before the
-/// host can connect anything, so that a batch is queued before the host's own receivers hear of it.
+/// Each signal reaches its slot through the queue, like a signal of an automatic connection. These
+/// connections are made before the host can connect its receivers. So a batch is queued before the host's
+/// receivers get it.
 void COrderService::connectOwnSignals() {
     const auto queueBatch = [this](QVector<COrderParam> orders) {
         const int count = orders.size();
@@ -129,8 +130,8 @@ void COrderService::connectOwnSignals() {
     connect(this, &COrderService::sigCancelOrder, this, queueCancel, Qt::DirectConnection);
 }
 
-/// A date that arrives after the end concerns nobody any more. An answer to a cancel still does: the host
-/// may answer while the backlog is worked off.
+/// A date that arrives after shutdown is ignored, since nobody needs it. An answer to a cancel is still
+/// reported, because the host may answer while the backlog is processed.
 void COrderService::connectHost() {
     const auto queueDate = [this](const std::string& date) {
         (void)m_threads->queue->post([this, date] { slotNewTradingDate(date); });
@@ -155,7 +156,7 @@ void COrderService::disconnectHost() {
 COrderService::~COrderService() {
     shutdown();
     if (m_threads->service.isRunning()) {
-        // Deleted past release, inside a call of its own: whatever comes next is broken.
+        // It was deleted without release, inside one of its own calls. The process cannot continue safely.
         std::fputs("order service: COrderService was deleted inside a call-back\n", stderr);
         std::abort();
     }
@@ -167,12 +168,12 @@ void COrderService::release() {
     utils::CManualSingletonT<COrderService>::release();
 }
 
-/// The service's thread also runs what the host posts to it with the service as receiver.
+/// The service's thread also runs calls that the host posts to the service as receiver.
 bool COrderService::isInside() const {
     return utils::CLibraryCall::isInProgress() || m_threads->queue->isOnOwnThread();
 }
 
-/// An exception that left the event loop would end the process.
+/// An exception that leaves the event loop would end the process.
 bool COrderService::event(QEvent* event) {
     const utils::CLibraryCall call;
     bool isHandled = true;
@@ -192,7 +193,7 @@ void COrderService::shutdown() {
     std::promise<void> workedOff;
     m_threads->queue->close([&workedOff] { workedOff.set_value(); });
     workedOff.get_future().wait();
-    disconnectHost(); // last: until here the audit gets the answers to cancels
+    disconnectHost(); // late: until here the audit gets the answers to cancels
     m_threads->service.quit();
     m_threads->service.wait();
 }
@@ -214,7 +215,7 @@ void COrderService::loadFromConfig(bool showMsg) {
     }
 }
 
-/// All that can fail comes before the first strategy is started.
+/// Every step that can fail comes before the first strategy is started.
 void COrderService::bindUser(bool showMsg) {
     CUserConfig* user = getUserConfig();
     if (user == nullptr) return unbind();
@@ -226,12 +227,12 @@ void COrderService::bindUser(bool showMsg) {
     chooseVariant(*user);
     if (m_orderService)
         m_registry->filter([this](COrderStrategyMap* kept) { m_orderService->filterStrategies(kept); });
-    startFileThread(); // its first pass waits for the registry
+    startFileThread(); // its first pass waits until the registry is unlocked
     m_registry->restartRemembered(showMsg);
     if (hasFramework) reportSafely(QStringLiteral("[接口单]　此版本尚不支持交易框架接口!"));
 }
 
-/// What ran runs no more, and who shows it must learn that.
+/// Strategies that were running are now stopped, so receivers of the status must be told.
 void COrderService::unbind() {
     const bool wasRunning = hasRunning();
     m_registry->bind(nullptr);
@@ -312,8 +313,8 @@ void COrderService::cancelOrders(std::vector<std::string>& fields) {
     }
 }
 
-/// Emitted with the registry locked, when the start or stop is done: nothing that a receiver throws undoes
-/// it.
+/// Emitted with the registry locked, after the start or stop is complete. An exception of a receiver does not
+/// undo it.
 void COrderService::announceStatus(bool isAnyRunning) {
     runGuarded(QStringLiteral("sigSetStatus的接收者异常"), [&] { emit sigSetStatus(isAnyRunning); });
 }
@@ -426,8 +427,9 @@ void COrderService::workOff(const QVector<COrderParam>& orders) {
         const char* cause = isBound ? "the user has no right to an order service" : "no user is loaded";
         return tellOrdersDropped(orders.first().m_nChannel, orders.size(), QString::fromUtf8(cause));
     }
-    // The variant works on copies, since checks can wait for quotes and the registry must stay open
-    // meanwhile. Each order renews the copy of its strategy. A batch can come while another is in hand.
+    // The variant works on copies of the strategies: checks can wait for quotes, and the registry must not be
+    // locked meanwhile. The copy of a strategy is updated before each order. A batch can arrive while another
+    // one is being processed.
     CBatch batch;
     {
         const CRestored inHand(m_pInHand, &batch);
@@ -436,7 +438,7 @@ void COrderService::workOff(const QVector<COrderParam>& orders) {
     if (batch.isCut) tellAuditOfUnplaced(orders.mid(batch.begun));
 }
 
-/// False once the backlog is dropped; otherwise brings the batch's copy of the strategy up to date.
+/// Returns false once the backlog is dropped. Otherwise updates the batch's copy of the strategy.
 bool COrderService::beginOrder(int channel) {
     if (m_pInHand == nullptr) return true;
     if (m_bDropping) {
@@ -457,8 +459,8 @@ void COrderService::slotCancelOrder(int taskId) {
     runGuarded(QStringLiteral("任务%1未撤销").arg(taskId), [taskId] { cancelTask(taskId); });
 }
 
-// Cancels that did not come from a row of a table pass through without effect, and tables are not read yet.
-// One that failed is told to the audit.
+// Only cancels from a row of a table would need more work here, and tables are not supported yet. A cancel
+// that failed is reported to the audit.
 void COrderService::slotDbfCancelOrder(knservice::COrderInfoPtr, bool success, std::string message) {
     const utils::CLibraryCall call;
     if (success) return;

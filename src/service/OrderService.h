@@ -32,80 +32,81 @@ class COrderServiceBase;
 class CStrategyRegistry;
 class CUserConfig;
 
-/// The order service: everything reaches the order checkers through this singleton. Chooses the variant that
-/// the user gets, owns the threads of the order path, keeps the strategies, and turns calls from any thread
-/// into queued work on its own thread.
+/// The order service. All orders reach the order checkers through this singleton. It chooses the variant of
+/// the checker for the user, owns the threads of the order path, keeps the strategies, and queues calls from
+/// any thread to its own thread.
 ///
-/// The host creates it on its main thread after installHost and stores it with initInstance, creates the
-/// COrderServiceAdapter after it, and calls loadFromConfig once the user is logged in. At the end of the
-/// process it calls shutdown and release, in that order, before releaseHost.
+/// The host creates it on its main thread after installHost and stores it with initInstance. Then the host
+/// creates the COrderServiceAdapter. It calls loadFromConfig once the user is logged in. At the end of the
+/// process it calls shutdown and release, in this order, before releaseHost.
 class COrderService : public QObject,
                       public utils::CManualSingletonT<COrderService>,
                       public IOrderGate,
                       public IStrategyRegistry {
     Q_OBJECT
 public:
-    /// Starts the service's thread and moves to it. An object with a parent cannot move, so `parent` is not
-    /// kept: the host deletes the service through release.
+    /// Starts the service's thread and moves this object to it. An object with a parent cannot be moved, so
+    /// `parent` is ignored. The host deletes the service with release.
     explicit COrderService(QObject* parent = nullptr);
-    /// Shuts down first if shutdown was not called. Through release only.
+    /// Calls shutdown first if it was not called yet. Only release may delete the object.
     ~COrderService() override;
 
-    /// Deletes the service that initInstance stored and forgets it; shuts it down first. Refused with a
-    /// message, and the service stays, inside a call-back of the library: on one of its own threads, or in a
-    /// service or receiver of the host that an operation of the library has called. An automatic connection
-    /// with the service as receiver runs on the service's thread.
+    /// Shuts the service down, deletes it and clears the singleton. If it is called inside a call-back of the
+    /// library, it is refused with a message, and the service is kept. A call-back runs on one of the
+    /// service's own threads, or in a service or receiver of the host that an operation of the library has
+    /// called. An automatic connection with the service as receiver runs on the service's thread.
     static void release();
 
-    /// Binds the service to the logged-in user: chooses the variant, filters the strategies over the user's
-    /// limits, starts those that the configuration remembers as running, and starts the file thread. Without
-    /// a user it lets go of the former one's strategies and does no more. A repeated call keeps variant and
-    /// thread and starts again what is remembered as running. showMsg: whether each started strategy is
-    /// announced. If a service of the host throws or gives no map of strategies, no strategy is bound or
-    /// runs, and a message says why.
+    /// Binds the service to the logged-in user. Chooses the variant, removes the strategies over the user's
+    /// limits, starts those that the configuration remembers as running, and starts the file thread. If no
+    /// user is logged in, it only unbinds the strategies of the previous user. A repeated call keeps variant
+    /// and thread, and starts the remembered strategies again. showMsg: whether a message is shown for each
+    /// started strategy. If a service of the host throws or returns no map of strategies, no strategy is
+    /// bound or runs, and a message gives the reason.
     void loadFromConfig(bool showMsg);
 
-    /// Ends the intake, works off every batch that was accepted, and ends the service's threads. Nothing that
-    /// was taken from a file is lost. Afterwards the object accepts nothing more: orders are refused with a
-    /// message, strategies do not start, and a second call does nothing. Refused with a message inside a
-    /// call-back of the library, as release is. Waits for the services that the library's threads are in: a
-    /// service that waits for the thread that calls shutdown never lets it return.
+    /// Stops reading orders, processes every accepted batch, and ends the service's threads. Nothing that was
+    /// taken from a file is lost. Afterwards the service refuses orders with a message and starts no
+    /// strategy; a second call does nothing. Like release, it is refused with a message inside a call-back of
+    /// the library. It waits until the host's services that run on the library's threads have returned. If
+    /// such a service waits for the thread that calls shutdown, shutdown never returns.
     void shutdown();
 
-    /// For a user who does not want to wait for shutdown any longer. The service finishes the order in hand
-    /// and drops all orders behind it; CIntakeAudit::recordUnplaced gets each batch that is dropped. Cancels
-    /// are still carried out. Any thread, before or while shutdown waits; cannot be undone.
+    /// For a user who does not want to wait for shutdown any longer. The service finishes the current order
+    /// and drops all orders after it. CIntakeAudit::recordUnplaced gets each dropped batch. Cancels are still
+    /// carried out. Any thread, before or during shutdown; cannot be undone.
     void dropBacklog();
 
-    /// The interfaces of the trade framework in the host's settings document. The host calls these three on
-    /// one thread at a time, and links Qt Xml for the document.
+    /// The interfaces of the trade framework in the host's settings document. The host calls the next three
+    /// functions on one thread at a time, and links Qt Xml for the document.
 
-    /// Reads the interfaces below the first element "interfaceTrade" that stands anywhere below `element` and
-    /// adds them to those read before; without one does nothing. Throws bson::CError at an interface whose
-    /// text is bad or missing; those before it have been added then.
+    /// Finds the first element "interfaceTrade" at any depth below `element`, reads its interfaces and adds
+    /// them to those read before. Does nothing if there is no such element. Throws bson::CError at an
+    /// interface whose text is malformed or missing; the interfaces before it have been added by then.
     void loadSettings(QDomElement& element);
-    /// Appends what CTradeFrameworkSource::getAllInterfaces gives, and not what was loaded, to `element`,
-    /// which is an "interfaceTrade" of the document that the host has made: one child for each interface,
-    /// with its name as tag. The document does not hold names to what XML allows, and an interface with an
-    /// empty name is not in it. Throws what getAllInterfaces and the records throw, after a message; nothing
-    /// has been appended then.
+    /// Appends the interfaces that CTradeFrameworkSource::getAllInterfaces returns, not the loaded ones, to
+    /// `element`. That is an "interfaceTrade" element that the host has made in the document. Each interface
+    /// becomes one child with its name as tag. The names are not checked against the rules of XML, and an
+    /// interface with an empty name is skipped. Rethrows exceptions of getAllInterfaces and of the records
+    /// after a message; nothing has been appended then.
     void saveSettings(QDomElement& element, QDomDocument& document);
-    /// What loadSettings has read, in that order.
+    /// The interfaces that loadSettings has read, in the order of the document.
     const knservice::TradeInterfaceList& interfaces() const { return m_interfaces; }
 
-    /// Any thread; queued. On the service's own thread the orders are worked off before the call returns.
+    /// Any thread; queued. On the service's own thread the orders are processed before the call returns.
     void placeorder(COrderParam order) override;
     void placeOrders(QVector<COrderParam> orders) override;
-    /// Hands checked orders to the variant on the caller's thread; without a variant does nothing.
+    /// Passes checked orders to the variant on the caller's thread. Does nothing if there is no variant.
     void placeLegalOrders(QVector<orderParamForOrderService> orders);
     void cancelOrder(int taskId) override;
     void holdUntilWorkedOff(std::shared_ptr<const void> ticket) override;
-    /// Emits sigCancelOrders on the calling thread. Throws CHostError if a receiver throws; an order file is
-    /// not read further then.
+    /// Emits sigCancelOrders on the calling thread. Throws CHostError if a receiver throws; the order file is
+    /// then not read further.
     void cancelOrders(std::vector<std::string>& fields) override;
 
-    /// Rewrites target volumes into the orders that lead to them from the account's stock positions; without
-    /// data of the account the rows stay as they are. Any thread; holds the account's data still meanwhile.
+    /// Replaces target volumes by the orders that change the account's stock positions to the targets. If the
+    /// host has no data of the account, the rows do not change. Any thread; locks the account's data during
+    /// the call.
     void exchangePosition(boost::shared_ptr<CAccountInfo> account, QVector<COrderSingleParam>& rows) const;
 
     /// Whether any strategy runs.
@@ -115,35 +116,37 @@ public:
     /// The variant, or null.
     COrderServiceBase* getOrderService() const;
 
-    /// Strategies. 0 for success and -1 for failure unless stated; any thread; a call can wait for a pass of
-    /// the file loop to end.
+    /// Functions for strategies. They return 0 for success and -1 for failure unless stated otherwise. Any
+    /// thread. A call can wait until the file thread has finished its current pass over the files.
 
-    /// A test of the host's own, called before each change and each start of a strategy with the strategy as
-    /// it would be and all strategies as they are. It gives the reason to refuse it, for people, or an empty
-    /// text. A refused change gives -1 after a message, a refused start the reason as its error. Called on
-    /// the thread of the operation with the registry locked: it must not wait for a thread that wants a
-    /// strategy. Set it before loadFromConfig, which starts strategies; without one nothing is refused.
+    /// Sets the host's own test, which is called before each change and each start of a strategy. It gets the
+    /// new version of the strategy and all strategies as they are now. It returns the reason to refuse, for
+    /// users, or an empty text to accept. A refused change shows a message and returns -1; a refused start
+    /// returns the reason as its error. The test runs on the thread of the operation with the registry
+    /// locked, so it must not wait for a thread that needs a strategy. Set it before loadFromConfig, which
+    /// starts strategies. Without a test nothing is refused.
     void setStrategyGuard(
         std::function<QString(const COrderStrategyParam&, const QMap<int, COrderStrategyParam>& all)> guard);
 
-    /// The new strategy's id, or -1 while no user is bound. The id of a strategy that loadFromConfig left out
-    /// over the user's limit is not given: the user's configuration still has that one.
+    /// Returns the new strategy's id, or -1 if no user is bound. The id of a strategy that loadFromConfig
+    /// removed because of the user's limit is not used again, because the user's configuration still has that
+    /// strategy.
     int addOrderStrategy(EOrderStrategyType type);
-    /// Replaces the stopped strategy that has param.m_nChannel. `id` plays no part in the search.
+    /// Replaces the stopped strategy that has the id param.m_nChannel. `id` is not used.
     int updateOrderStrategy(int id, COrderStrategyParam param);
-    /// A running strategy can be removed: it drops out of the file loop.
+    /// A running strategy can be removed: its files are no longer read.
     int removeOrderStrategy(int id);
-    /// A copy that shares nothing with the host's map.
+    /// Returns a copy that shares no data with the host's map.
     QMap<int, COrderStrategyParam> getStrategyMap() const;
-    /// The record itself or null. The pointer holds as long as nothing removes the record and is read without
-    /// a lock: only for callers that keep the registry still.
+    /// The record itself or null. The pointer is valid until the record is removed, and the record is read
+    /// without a lock. Use it only while no other thread changes the strategies.
     const COrderStrategyParam* getStrategyConst(int id) const;
     COrderStrategyParam* getStrategy(int id);
-    /// Starts a strategy; a file strategy's waiting file is deleted unread. `error` gets the reason of a
-    /// failure, and can hold a note after a success.
+    /// Starts a strategy. For a file strategy, a file that already waits is deleted unread. `error` gets the
+    /// reason of a failure, and can contain a note after a success.
     int startOrderStrategy(int id, QString& error, bool showMsg);
     int stopOrderStrategy(int id, QString& error);
-    /// DBF order tables are not built yet: refuses with a message and -1.
+    /// DBF order tables are not supported yet: shows a message and returns -1.
     int addDbfStrategy(COrderStrategyParam& param);
 
     QString getOrderStrategyText(EOrderStrategyType type) const override;
@@ -152,21 +155,21 @@ public:
     void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) override;
 
 signals:
-    /// Checked orders on their way to the main thread.
+    /// Checked orders for the main thread.
     void sigPlaceLegalOrders(QVector<TC::orderParamForOrderService> orders,
                              const QMap<int, TC::COrderStrategyParam>* strategies);
     /// A strategy was started or stopped; the argument is hasRunning(). Emitted with the registry locked.
     void sigSetStatus(bool running);
-    /// Orders, or the cancel of a task, on their way to the service's thread: queued before the host's own
-    /// receivers are called. Those that are connected directly are called on the thread that placed the
-    /// order, with no lock of the library held but what that thread held already: on the file thread that is
-    /// the registry.
+    /// Orders, or the cancel of a task, for the service's thread. They are queued before the host's own
+    /// receivers are called. A directly connected receiver is called on the thread that placed the order. The
+    /// library holds no lock of its own during this call, except those that the thread held before: the file
+    /// thread holds the registry's lock.
     void sigPlaceOrders(QVector<TC::COrderParam> orders);
     void sigCancelOrder(int taskId);
-    /// For the host; nothing here emits it.
+    /// For the host. The library never emits it.
     void sigStopStrategy(int id, int reason);
-    /// A `cancel_order` line: the word and its fields. Emitted on the file thread with the registry locked.
-    /// Connect with Qt::DirectConnection: the reference cannot be queued.
+    /// The fields of a `cancel_order` line, the word included. Emitted on the file thread with the registry
+    /// locked. Connect with Qt::DirectConnection: the reference cannot be queued.
     void sigCancelOrders(std::vector<std::string>& fields);
 
 public slots:
@@ -176,8 +179,9 @@ public slots:
     void slotDbfCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
 
 protected:
-    /// Runs on the service's thread. What the host has posted there, by a connection with the service as
-    /// receiver or by QMetaObject::invokeMethod, may throw: it is reported, and the thread goes on.
+    /// Runs on the service's thread. The host can post calls there, by a connection with the service as
+    /// receiver or by QMetaObject::invokeMethod. If such a call throws, the exception is reported and the
+    /// thread continues.
     bool event(QEvent* event) override;
 
 private:
@@ -194,22 +198,22 @@ private:
     bool beginOrder(int channel);
 
     struct CThreads;
-    /// A batch that the variant is working on.
+    /// A batch that the variant is processing.
     struct CBatch {
         COrderStrategyMap strategies;
-        int begun = 0;      ///< orders that the variant has begun with
-        bool isCut = false; ///< the rest was dropped
+        int begun = 0;      ///< number of orders that the variant has started
+        bool isCut = false; ///< the remaining orders were dropped
     };
 
-    const CHostLease m_hostLease; ///< first: the host goes last
+    const CHostLease m_hostLease; ///< first member, so that it is destroyed last
     std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
     std::unique_ptr<COrderServiceBase> m_orderService;
-    std::atomic<COrderServiceBase*> m_pVariant{nullptr}; ///< m_orderService, once it is chosen
+    std::atomic<COrderServiceBase*> m_pVariant{nullptr}; ///< m_orderService after it is chosen; null before
     std::unique_ptr<CFileService> m_fileService;
     std::unique_ptr<CThreads> m_threads;
     std::vector<QMetaObject::Connection> m_hostConnections;
-    CBatch* m_pInHand = nullptr; ///< the innermost one; the service's thread alone
+    CBatch* m_pInHand = nullptr; ///< the innermost batch; used on the service's thread only
     std::atomic<bool> m_bDropping{false};
     knservice::TradeInterfaceList m_interfaces;
 };

@@ -9,12 +9,13 @@
 
 namespace TC {
 
-/// Lives on the client's main thread and brings checked orders back there, where the user can be asked.
+/// Lives on the client's main thread. It brings checked orders back to this thread, because only there the
+/// user can be asked.
 class COrderServiceAdapter : public QObject, public utils::CManualSingletonT<COrderServiceAdapter> {
     Q_OBJECT
 public:
-    /// Connects to the COrderService singleton where there is one by now; otherwise stays unconnected for
-    /// good.
+    /// Connects to the COrderService singleton. If the singleton does not exist yet, the adapter is never
+    /// connected.
     explicit COrderServiceAdapter(QObject* parent = nullptr);
 
 public slots:

@@ -27,11 +27,11 @@ void loadInterfaces(const QDomElement& element, knservice::TradeInterfaceList& i
 
 void saveInterfaces(const knservice::TradeInterfaceList& interfaces, QDomElement& element,
                     QDomDocument& document) {
-    std::vector<QDomElement> children; // all are made before the first is appended: making one can throw
+    std::vector<QDomElement> children; // filled before the first child is appended, because toJson can throw
     for (const knservice::TradeInterfaceDataPtr& record : interfaces) {
         if (record == nullptr) continue;
-        // A name that is no tag name stays what the document makes of it; an empty one leaves nothing to
-        // append.
+        // The name is not checked against the rules of XML. For an empty name the document creates no
+        // element, and appendChild then does nothing.
         QDomElement child = document.createElement(QString::fromStdString(record->m_strInterface));
         child.setAttribute(kDataAttribute, QString::fromStdString(record->toJson()));
         children.push_back(child);

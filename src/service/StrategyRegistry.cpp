@@ -23,8 +23,7 @@ namespace {
 constexpr int kSuccess = 0;
 constexpr int kFailure = -1;
 
-/// Whether the accounts that the strategy names are logged in. Without accounts there is nothing to refuse
-/// here.
+/// Whether the accounts that the strategy names are logged in. True if there are no accounts.
 bool areAccountsLoggedIn(const CUserConfig& user, const COrderStrategyParam& strategy) {
     const auto isLoggedIn = [](const std::string& key) {
         return hostCall<&CTradeClient::getLoginStatus>(key) == EBROKER_LOGIN_STATUS::LoggedIn;
@@ -41,9 +40,8 @@ bool areAccountsLoggedIn(const CUserConfig& user, const COrderStrategyParam& str
     return true;
 }
 
-/// Whether the strategy should name an instrument and does not. Credit may leave it open. Families that are
-/// not on the list, baskets among them, are asked like all others, but the code that theirs have does not
-/// count.
+/// Whether the strategy should name an instrument but does not. Credit strategies need no code. For families
+/// that are not listed, such as baskets, this is always true, even if the strategy has a code.
 bool lacksCode(const COrderStrategyParam& strategy) {
     switch (strategy.m_eTradeType) {
     case EOrderStrategyTradeType::Credit:
@@ -62,7 +60,8 @@ bool lacksCode(const COrderStrategyParam& strategy) {
     }
 }
 
-/// A strategy that the user expects and that does not run after the load. The user gets no message of it.
+/// Reports to the audit a strategy that should run after the load but does not. The user gets no message
+/// about it.
 void tellNotRunning(EIncident incident, int channel, const QString& cause) {
     CIncidentReport report;
     report.m_eIncident = incident;
@@ -80,7 +79,8 @@ bool isRegularFile(const std::string& path) {
     return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// Tells the audit of a file that is to be deleted unread. An empty one holds nothing that could be missed.
+/// Reports to the audit a file that will be deleted unread. An empty file is not reported, since nothing is
+/// lost with it.
 void tellDiscard(const COrderStrategyParam& strategy, const std::string& path) {
     const auto count = utils::countFile(path);
     if (count && count->bytes == 0) return;
@@ -93,7 +93,7 @@ void tellDiscard(const COrderStrategyParam& strategy, const std::string& path) {
     tellAudit(report);
 }
 
-/// Orders that lie at the path when the strategy starts are old: the file goes unread.
+/// Orders that are in the file when the strategy starts are old, so the file is deleted unread.
 bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
     const std::string path = utils::toPathBytes(strategy.m_strSignalSource);
     if (!isRegularFile(path)) {
@@ -108,7 +108,7 @@ bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
     return true;
 }
 
-/// Copies the user's default settings into the slots; false without a user.
+/// Copies the user's default settings into the slots. False if no user is logged in.
 bool fillDefaults(COrderStrategyParam& strategy) {
     const CUserConfig* user = getUserConfig();
     if (user == nullptr) return false;
@@ -121,9 +121,9 @@ bool fillDefaults(COrderStrategyParam& strategy) {
     return true;
 }
 
-/// The head of the messages about a strategy. Made before the host hears of the change: it may remove the
-/// strategy there and then. By value: it may remove it here as well. Without its title if the host fails: the
-/// change is done by then.
+/// The start of the messages about a strategy. It is made before the host learns of the change, because the
+/// host may then remove the strategy. The argument is a copy, because the host may also remove the strategy
+/// during this function. If the host fails, the title is missing: the change is already done.
 QString messageHead(COrderStrategyParam strategy) {
     QString title;
     runGuarded(QStringLiteral("策略标题未知"),
@@ -138,9 +138,10 @@ void CStrategyRegistry::setGuard(CGuard guard) {
     m_guard = std::move(guard);
 }
 
-/// A guard that fails refuses, with a report: a start in loadFromConfig shows no error.
+/// If the guard throws, the change or start is refused and reported. The report is needed because a start in
+/// loadFromConfig shows no error.
 QString CStrategyRegistry::whyRefused(const COrderStrategyParam& strategy) {
-    const CGuard guard = m_guard; // it may set another one
+    const CGuard guard = m_guard; // a copy: the guard may set another guard
     if (!guard) return {};
     try {
         return guard(strategy, copy());
@@ -152,7 +153,7 @@ QString CStrategyRegistry::whyRefused(const COrderStrategyParam& strategy) {
 
 void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
-    // Nobody stays logged in from one user to the next.
+    // Socket clients of one user must not stay logged in under the next user.
     if (m_pStrategies != nullptr && m_pStrategies != strategies) m_listeners.closeAll();
     change([&] { m_pStrategies = strategies; });
 }
@@ -171,7 +172,7 @@ bool CStrategyRegistry::isBound() const {
 void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& filter) {
     const std::lock_guard lock(m_mutex);
     COrderStrategyMap kept = copy();
-    const QList<int> channels = kept.keys(); // not what the host adds in the filter
+    const QList<int> channels = kept.keys(); // without strategies that the host adds during the filter
     filter(&kept);
     for (const int channel : channels) {
         if (kept.contains(channel)) continue;
@@ -184,8 +185,8 @@ void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& fi
     }
 }
 
-/// The smallest number that no strategy has. One that the limit left out still has its own: the user's
-/// configuration keeps it, and a new strategy of that number would be saved in its place.
+/// Returns the smallest id that is free. The id of a strategy that was filtered out is not free: the user's
+/// configuration still has that strategy, and a new one with its id would overwrite it.
 int CStrategyRegistry::nextId() const {
     const auto leftOut = m_leftOut.find(m_pStrategies);
     const auto isTaken = [&](int id) {
@@ -217,12 +218,12 @@ int CStrategyRegistry::update(const COrderStrategyParam& param) {
         reportSafely(messageHead(param) + QStringLiteral(": 修改失败! ") + reason);
         return kFailure;
     }
-    if (!isStopped(param.m_nChannel)) return kFailure; // the guard may have removed or started it
+    if (!isStopped(param.m_nChannel)) return kFailure; // the guard may have removed or started the strategy
     change([&] {
         COrderStrategyParam& stored = (*m_pStrategies)[param.m_nChannel];
         stored = param;
         stored.m_nStartCount = 0;
-        // Only a start, with its checks, makes a strategy run.
+        // Only start, which checks the strategy, may set it to running.
         stored.m_nStatus = COrderStrategyParam::kStopped;
     });
     return kSuccess;
@@ -250,7 +251,7 @@ COrderStrategyParam* CStrategyRegistry::find(int id) {
 
 int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
     const std::lock_guard lock(m_mutex);
-    // A copy: any service of the host may remove the strategy.
+    // A copy, because any service of the host may remove the strategy.
     const auto asked = copyOne(id);
     if (!asked) {
         error = notThere(id);
@@ -270,7 +271,7 @@ int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
     return kSuccess;
 }
 
-/// A service of the host that fails fails the start.
+/// If a service of the host throws, the start fails.
 bool CStrategyRegistry::startGuarded(const COrderStrategyParam& strategy, QString& error) {
     try {
         return startChecked(strategy, error);
@@ -281,7 +282,7 @@ bool CStrategyRegistry::startGuarded(const COrderStrategyParam& strategy, QStrin
     }
 }
 
-/// The tests of a start, in their order; a strategy that runs already passes once its accounts do.
+/// The tests of a start, in their required order. A strategy that is already running only needs its accounts.
 bool CStrategyRegistry::startChecked(const COrderStrategyParam& strategy, QString& error) {
     const CUserConfig* user = getUserConfig();
     if (user == nullptr || !hasSelectedAccounts(*user, strategy, EAccountLookup::ByAccount)) {
@@ -292,7 +293,7 @@ bool CStrategyRegistry::startChecked(const COrderStrategyParam& strategy, QStrin
         error = QStringLiteral("选择的账号登录失败");
         return false;
     }
-    // Both texts on an empty code are notes: the start goes on.
+    // The two texts about an empty code are only notes: the start continues.
     if (lacksCode(strategy)) error = QStringLiteral("代码不能为空");
     if (strategy.isRunning()) return true;
     if (lacksCode(strategy) && strategy.m_eTradeType == EOrderStrategyTradeType::Future)
@@ -324,7 +325,7 @@ bool CStrategyRegistry::openSource(const CUserConfig& user, const COrderStrategy
         error = QStringLiteral("此版本尚不支持加密的文件单");
         return false;
     }
-    // Only file strategies insist on a file at their start.
+    // Only strategies of the type File need an existing file at their start.
     return strategy.m_eStrategyType != EOrderStrategyType::File || dropWaitingFile(strategy, error);
 }
 
@@ -359,7 +360,7 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
         change([&] { strategy->m_nStatus = COrderStrategyParam::kStopped; });
         QString error;
         if (start(channel, error, showMsg) == kSuccess) continue;
-        // One that listened before and may not go on must not be left with an open door.
+        // A signal strategy may already be listening. If it must not run, its listener must not stay open.
         leaveListener(channel);
         tellNotRunning(EIncident::StrategyNotStarted, channel, error);
     }
@@ -375,8 +376,8 @@ void CStrategyRegistry::leaveListener(int id) {
 COrderStrategyMap CStrategyRegistry::copy() {
     const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return {};
-    // Detached at once: the host's map must stay unshared, or its next change would move the records that
-    // getStrategy has given out.
+    // Detached now, because the host's map must not share its data with the copy. Otherwise the next change
+    // of the host's map would move the records that getStrategy returned pointers to.
     COrderStrategyMap result = *m_pStrategies;
     result.detach();
     return result;
@@ -409,7 +410,7 @@ QString CStrategyRegistry::statusBarTip() {
 void CStrategyRegistry::visit(const std::function<void(int, const COrderStrategyParam&)>& visitor) {
     const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return;
-    // By copies: what a visitor brings about can reach the host, which may remove strategies.
+    // Works on copies: the visitor can cause calls to the host, which may remove strategies.
     const QList<int> channels = m_pStrategies->keys();
     for (const int channel : channels) {
         if (const auto strategy = copyOne(channel)) visitor(channel, *strategy);

@@ -15,33 +15,33 @@ namespace TC {
 class CSocketListeners;
 class CUserConfig;
 
-/// The user's strategies behind one mutex: adding, changing, removing, starting and stopping them. The map is
-/// the host's; it is bound once a user is logged in, and what changes here is saved with the user's
-/// configuration. Any thread; results as COrderService documents them.
+/// The user's strategies, guarded by one mutex: adds, changes, removes, starts and stops them. The host owns
+/// the map, which is bound once a user is logged in. The changes are saved with the user's configuration. Any
+/// thread; results as documented in COrderService.
 class CStrategyRegistry {
 public:
-    /// Called with the mutex held after each start and stop; the argument is hasRunning().
+    /// Called after each start and stop, with the mutex held. The argument is hasRunning().
     using CStatusListener = std::function<void(bool)>;
 
-    /// Why a strategy must not be like this, for people; empty if it may. Called with the mutex held; `all`
-    /// are the strategies as they are.
+    /// Returns the reason to refuse this version of a strategy, for users; empty if it is accepted. Called
+    /// with the mutex held. `all` are the strategies as they are now.
     using CGuard = std::function<QString(const COrderStrategyParam&, const COrderStrategyMap& all)>;
 
     CStrategyRegistry(CStatusListener listener, CSocketListeners& listeners)
         : m_onStatus(std::move(listener)), m_listeners(listeners) {}
 
-    /// Keeps the strategies still: held for the whole of every operation and of a pass of the file loop.
-    /// Recursive: who holds it may call every operation here.
+    /// Protects the strategies from changes: it is held during every operation and during each pass of the
+    /// file thread. Recursive: the thread that holds it may call every operation here.
     std::recursive_mutex& mutex() { return m_mutex; }
 
-    /// The host's own test of each change and start; none unless set.
+    /// Sets the host's own test of each change and start. There is none by default.
     void setGuard(CGuard guard);
 
     void bind(COrderStrategyMap* strategies);
     bool isBound() const;
-    /// Erases the strategies that `filter` takes out of the map it is given, and tells the audit of each.
-    /// Their numbers stay taken for this map, also if another user is bound in between, until the strategy
-    /// is removed.
+    /// Erases the strategies that `filter` removes from the map it is given, and reports each to the audit.
+    /// Their ids stay reserved for this map until the strategy is removed, even if another user is bound in
+    /// between.
     void filter(const std::function<void(COrderStrategyMap*)>& filter);
 
     int add(EOrderStrategyType type);
@@ -50,17 +50,18 @@ public:
     int start(int id, QString& error, bool showMsg);
     int stop(int id, QString& error);
     COrderStrategyParam* find(int id);
-    /// Starts what the configuration remembers as running. A strategy whose start fails stays stopped; the
-    /// audit gets the reason.
+    /// Starts the strategies that the configuration remembers as running. If a start fails, the strategy
+    /// stays stopped, and the audit gets the reason.
     void restartRemembered(bool showMsg);
 
-    /// Closes the listeners for good: no strategy starts any more.
+    /// Closes the listeners. After that no strategy can be started.
     void closeDoors();
-    /// With the mutex held.
+    /// Call it with the mutex held.
     bool isClosing() const { return m_bClosing; }
 
     COrderStrategyMap copy();
-    /// A copy of one strategy as it is now. Does not wait for operations and passes.
+    /// A copy of the strategy in its current state. Does not wait for operations or for passes of the file
+    /// thread.
     std::optional<COrderStrategyParam> copyOne(int id) const;
     bool hasRunning() const;
     QString statusBarTip();
@@ -75,7 +76,7 @@ private:
     bool startChecked(const COrderStrategyParam& strategy, QString& error);
     bool openSource(const CUserConfig& user, const COrderStrategyParam& strategy, QString& error);
 
-    /// Changes what the map holds, while nobody copies a strategy.
+    /// Changes the map's content while no thread copies a strategy.
     template<typename Change>
     void change(const Change& change) {
         const std::lock_guard lock(m_dataMutex);
@@ -83,12 +84,12 @@ private:
     }
 
     std::recursive_mutex m_mutex;
-    /// Guards the map's content for those who do not hold m_mutex. Taken for moments, behind m_mutex where
-    /// both are; nothing of the host is called under it.
+    /// Guards the map's content for threads that do not hold m_mutex. It is held only briefly. A thread that
+    /// needs both locks m_mutex first. No code of the host is called while it is held.
     mutable std::mutex m_dataMutex;
     COrderStrategyMap* m_pStrategies = nullptr;
-    /// Numbers of the strategies that were filtered out, for each user's map: the map has lost them when its
-    /// user comes back. Only the address is used.
+    /// Ids of the strategies that were filtered out, for each user's map. The map no longer has them when its
+    /// user is bound again. Only the address of the map is used.
     std::map<const COrderStrategyMap*, std::set<int>> m_leftOut;
     CStatusListener m_onStatus;
     CGuard m_guard;

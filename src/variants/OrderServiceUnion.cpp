@@ -21,8 +21,8 @@ namespace {
 
 using luawrapper::isOrderSwitchOn;
 
-/// Erases the strategies of one kind that come after the first `limit`, in key order. `counts` says which are
-/// of it.
+/// Keeps the first `limit` strategies of one kind, in key order, and erases the others of this kind. `counts`
+/// tells whether a strategy is of the kind.
 template<typename Predicate>
 void keepFirst(COrderStrategyMap& strategies, int limit, const Predicate& counts) {
     int count = 0;
@@ -32,7 +32,7 @@ void keepFirst(COrderStrategyMap& strategies, int limit, const Predicate& counts
     }
 }
 
-/// Only a batch pending order can leave its strategy's family.
+/// Only an order of the source BatchPending can have a family that differs from its strategy's.
 EOrderStrategyTradeType tradeTypeOf(const COrderParam& order, const COrderStrategyParam& strategy) {
     const bool isOverridden =
         order.m_nTradeTypeOverride != -1 && order.m_eStrategyType == EOrderStrategyType::BatchPending;
@@ -44,19 +44,20 @@ constexpr const char* kBatchEnded =
     "an order before them has no strategy, or one that may not trade, and ends its batch";
 constexpr const char* kNoCommandUser = "this kind of user may not issue commands";
 
-/// The button of the trading panel that a futures order stands for.
+/// The button of the trading panel that corresponds to a futures order.
 EFtSpecBtnBarType buttonOf(int orderType) {
     if (isCloseFirstButton(orderType)) return EFtSpecBtnBarType::CloseFirst;
     if (isOpenOrCloseButton(orderType)) return EFtSpecBtnBarType::OpenOrClose;
     return EFtSpecBtnBarType::OpenClose;
 }
 
-/// Sales of a basket, target positions and single positions never carry the strategy's flag.
+/// Whether the command may have the strategy's command flag. Basket sales, target positions and single
+/// positions never have it.
 bool mayCarryFlag(int orderType) {
     return orderType != kOrderBasketSell && !isTargetOrder(orderType) && orderType != kOrderPosition;
 }
 
-/// The hedge leg's own price choice: one for buying, another for all else.
+/// The parameters of the hedge leg, with its price kind: one for buying, another for all other operations.
 bson::BSONObj hedgeLeg(int orderType, const COrderStrategyParam& strategy) {
     constexpr int kPriceWhenBuying = 3;
     constexpr int kPriceOtherwise = 9;
@@ -69,7 +70,7 @@ bson::BSONObj hedgeLeg(int orderType, const COrderStrategyParam& strategy) {
     return hedge.toBson();
 }
 
-/// The user sees nothing of it; the audit tells.
+/// Whether the user may send commands. If not, only the audit is told; the user sees no message.
 bool mayIssue(const COrderParam& order) {
     if (isCmdUser()) return true;
     tellOrdersDropped(order.m_nChannel, 1, QString::fromUtf8(kNoCommandUser));
@@ -82,13 +83,13 @@ void logInfo(const void* object, const char* function, const std::string& text) 
 
 } // namespace
 
-/// What a family does with an order that passed: its check, and how its command is made.
+/// The functions of one family: the check of an order, and how its command is made.
 struct COrderServiceUnion::CFamilyOperation {
     EOrderStrategyTradeType m_eTradeType;
     const char* m_pszFunction; ///< name in the log
     bool (COrderServiceBase::*m_pfnCheck)(COrderParam, COrderStrategyParam, std::vector<CCodeOrderParam>&,
                                           std::map<std::string, double>&) const;
-    EFtSpecBtnBarType (*m_pfnButtonOf)(int orderType); ///< null: none
+    EFtSpecBtnBarType (*m_pfnButtonOf)(int orderType); ///< null: no button
     const char* m_pszLog;
     void (COrderServiceUnion::*m_pfnIssue)(const CFamilyOperation& family, const CChecked& checked) const;
 };
@@ -101,7 +102,7 @@ struct COrderServiceUnion::CChecked {
     std::map<std::string, double> weights{};
 };
 
-// Most families' log lines name stock speculation; who greps the log knows them as they are.
+// The log lines of most families say "stock speculation". They stay so because users search the log for them.
 const COrderServiceUnion::CFamilyOperation COrderServiceUnion::s_operations[] = {
     {EOrderStrategyTradeType::Stock, "TC::COrderServiceUnion::orderStock",
      &COrderServiceBase::checkAndFillOrderStock, nullptr, "placeCommands: [orderservice] stock speculation.",
@@ -164,7 +165,7 @@ void COrderServiceUnion::placeOrders(QVector<COrderParam> orders, const COrderSt
     }
 }
 
-/// An exception drops the order that it came over, with a report; the batch goes on.
+/// If an order throws an exception, this order is dropped with a report, and the batch continues.
 COrderServiceUnion::EBatch COrderServiceUnion::placeGuarded(const COrderParam& order,
                                                             const COrderStrategyMap* strategies) {
     try {
@@ -210,7 +211,7 @@ void COrderServiceUnion::dispatch(const COrderParam& order, const COrderStrategy
                         {orderStrategyText(order.m_eStrategyType), QString::number(order.m_nChannel)}));
 }
 
-/// Nothing goes out for a user who may not issue commands; a check that gave no codes does go out.
+/// Nothing is sent for a user who may not send commands. A command is sent even if the check gave no codes.
 void COrderServiceUnion::orderFamily(const CFamilyOperation& family, const COrderParam& order,
                                      const COrderStrategyParam& strategy) const {
     CChecked checked{order, strategy};
@@ -231,7 +232,7 @@ void COrderServiceUnion::issueCommand(const CFamilyOperation& family, const CChe
                    checked.strategy);
 }
 
-/// These commands carry no time, tag, algorithm text or platform.
+/// These commands have no time, tag, algorithm text or platform.
 void COrderServiceUnion::issueBareCommand(const CFamilyOperation& family, const CChecked& checked) const {
     const auto command = boost::make_shared<COrderComandParam>();
     command->m_eTraderType = getStrategyTradeType(family.m_eTradeType);

@@ -6,29 +6,30 @@
 
 namespace TC {
 
-/// The one-pass variant: takes a batch order by order through frame check, family check and command. Nothing
-/// is shown before a command goes out; whether the host must ask the user travels in the command.
+/// The one-pass variant: processes a batch order by order through frame check, family check and command. It
+/// asks the user nothing before a command is sent. The command tells the host whether the host must ask the
+/// user.
 class COrderServiceUnion : public COrderServiceBase {
     Q_OBJECT
 public:
-    /// Called before each order of a batch with its channel, so that the owner of the strategies can bring
-    /// the map that the batch is worked on up to date: a strategy that is stopped takes no further order.
-    /// False cuts the batch before this order: its owner drops the rest, and tells of it.
+    /// Called before each order of a batch with the order's channel. The owner of the strategies can then
+    /// update the map that the batch uses, so that a stopped strategy takes no further order. If it returns
+    /// false, the batch ends before this order; the owner drops the remaining orders and reports them.
     using CBeforeOrder = std::function<bool(int channel)>;
 
     explicit COrderServiceUnion(CBeforeOrder beforeOrder = {}, QObject* parent = nullptr);
 
     void filterStrategies(COrderStrategyMap* strategies) override;
-    /// A missing strategy or an order that fails the frame check ends the batch; what fails its family check
-    /// drops alone.
+    /// A missing strategy or an order that fails the frame check ends the batch. An order that fails its
+    /// family check is dropped, and the batch continues.
     void placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) override;
 
 private:
-    /// What becomes of a batch behind an order of it.
+    /// How a batch continues after an order.
     enum class EBatch {
         GoesOn,
-        Ended, ///< by the rules: the order has no strategy or fails the frame check
-        Cut,   ///< by the owner, before the order
+        Ended, ///< the order has no strategy or fails the frame check
+        Cut,   ///< the owner ended the batch before the order
     };
     EBatch placeGuarded(const COrderParam& order, const COrderStrategyMap* strategies);
     EBatch placeOrder(const COrderParam& order, const COrderStrategyMap* strategies);
