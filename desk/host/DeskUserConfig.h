@@ -9,8 +9,8 @@
 
 namespace desk {
 
-/// The user of a desk folder. Any thread; what it answers is fixed when it is made, but for the strategies,
-/// which the order service keeps from loadFromConfig on.
+/// The user of a desk folder. Any thread. The answers do not change after construction, except for the
+/// strategies, which the order service manages from loadFromConfig on.
 class CDeskUserConfig : public TC::CUserConfig {
 public:
     explicit CDeskUserConfig(const CDeskConfig& config);
@@ -61,7 +61,7 @@ private:
     TC::COrderStrategyMap m_strategies;
 };
 
-/// The desk's user is logged in from beginning to end.
+/// The desk's user is always logged in.
 class CDeskUserManager : public TC::CUserManager {
 public:
     explicit CDeskUserManager(CDeskUserConfig& user) : m_user(user) {}

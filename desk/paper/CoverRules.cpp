@@ -17,8 +17,8 @@ std::int64_t returnable(const CAcceptance& a) {
     return debt != nullptr ? debt->returnable() : 0;
 }
 
-/// The volume that is available to close or to return. kNoVolume if the order neither only closes nor returns
-/// shares.
+/// The volume that is available to close or to return. kNoVolume for an order that does neither, or that may
+/// also open.
 std::int64_t closable(const CAcceptance& a) {
     if (closesOnly(a.m_order)) return closableVolume(a.m_book, a.m_order);
     return returnsShares(a.m_order) ? returnable(a) : kNoVolume;
