@@ -30,8 +30,8 @@
 
 namespace desk {
 
-/// The whole desk: journal, market, paper broker, and the host services that use them. Main thread, except
-/// where a service itself allows any thread.
+/// The whole desk: journal, market, paper broker, and the host services that use them. Main thread only; each
+/// service names its own threads.
 class CDesk {
 public:
     /// The sink receives the messages for the user. It must outlive the desk.
@@ -48,7 +48,7 @@ public:
     void startTrading();
 
     /// One round of the main loop: applies due quote changes, checks for a new day, checks the journal, and
-    /// saves changed strategies.
+    /// journals and saves changed strategies.
     void tick(double secondsSinceStart);
 
     /// A number that changes whenever something happens.

@@ -9,15 +9,15 @@
 
 namespace desk {
 
-/// Journals an order or a cancel that failed without a message of the order service, and tells the user. Any
-/// thread.
+/// Journals a failure for which the order service shows no message, such as orders that were not sent or a
+/// cancel that was not done. Also tells the user. Any thread.
 void noteIncident(CJournal& journal, CTextSink& sink, const TC::CIncidentReport& report);
 /// Does the same for a cancel that the paper broker has not carried out.
 void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std::string& cause);
 
-/// Journals the orders that a door (order file or socket) received. Shows the user what is lost or still
-/// waits: files that were refused, cut short, deleted unread or left waiting, ignored lines, and orders that
-/// were not processed. Any thread. Journal and sink must outlive it.
+/// Journals the reports of the order doors (files and sockets). Shows the user the orders that are lost or
+/// still wait: files that were refused, cut short, deleted unread or left waiting, ignored lines, and orders
+/// that were not processed. Any thread. Journal and sink must outlive it.
 class CDeskIntakeAudit : public TC::CIntakeAudit {
 public:
     /// Refused order files are kept in `rejectedFolder`. If it is empty, they are kept beside their paths.

@@ -122,8 +122,8 @@ bool CDeskTradingRules::parserOrderTradeParam(const std::string& text, TC::COrde
     const bool isRead = pairs && applyPairs(*pairs, paramSetters(), read) && completeAccount(read);
     param = isRead ? read : TC::COrderTradeParam{};
     const auto orderType = static_cast<TC::EOrderType>(param.m_eOrderType);
-    // Refuses the order through the setting text: the order type of a setting reaches the records of all
-    // product families. An algorithm or a return value of false does not.
+    // The setting text carries a refusal and the order type, because a setting's order type reaches the
+    // records of all product families. An algorithm or a return value of false would not.
     if (!isRead) {
         param.m_strOrderSetting = QString::fromUtf8(kUnreadText);
     } else if (!TC::isUnset(orderType) && orderType != TC::EOrderType::Plain) {
@@ -135,7 +135,8 @@ bool CDeskTradingRules::parserOrderTradeParam(const std::string& text, TC::COrde
 void CDeskTradingRules::orderSettingFromString(TC::COrderSetting& setting, const QString& text) {
     if (text.isEmpty()) return;
     const auto pairs = readPairs(text.toStdString(), ',');
-    // No order is better than an order at another price than the text asks for. So the broker must reject it.
+    // Sending no order is better than sending it at a price that differs from the text. So the broker must
+    // reject it.
     if (!pairs || !applyPairs(*pairs, settingSetters(), setting)) setting.m_eOrderType = kUnreadTradeParams;
 }
 

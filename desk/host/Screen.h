@@ -12,7 +12,7 @@ namespace desk {
 /// paused pager or a full pipe.
 ///
 /// When the queue is full, the oldest lines are dropped, and the screen shows their number instead. If the
-/// descriptor fails, such as a closed pipe or terminal, the output ends and the desk goes on.
+/// descriptor fails, for example because a pipe or terminal was closed, the output ends and the desk goes on.
 class CScreen {
 public:
     static constexpr std::size_t kQueueBytes = 1 << 20;

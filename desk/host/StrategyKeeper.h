@@ -24,7 +24,7 @@ public:
     CStrategyKeeper(CJournal& journal, CTextSink& sink, TC::COrderStrategyMap configured,
                     const IStrategyStore& store);
 
-    /// Journals the strategies that run now. The present state is the one with which update compares.
+    /// Journals the strategies that run now. update later compares with this state.
     void begin(TC::IStrategyRegistry& registry);
 
     /// Journals and saves what has changed since the last call.

@@ -290,7 +290,7 @@ utils::KNError CJournal::writeRecord(const std::string& kind, const CJson& field
     const std::int64_t before = m_nSize;
     error = writeBytes(line);
     // If only the newline could not be written, the record is complete, and the next write adds the newline.
-    // If the record were refused, it would be in the journal twice.
+    // If the record were refused here, it could be written again and be in the journal twice.
     if (m_nSize - before < static_cast<std::int64_t>(line.size()) - 1) return error;
     ++m_nLastSeq;
     return {};

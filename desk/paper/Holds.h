@@ -23,10 +23,10 @@ struct CNeeds {
     CMoney m_nCredit = 0;
 };
 
-/// What the order needs; it must not hold anything yet. Counts the larger of two amounts: at the order's
-/// limit, or at the prices that the book offers now. An order without a limit counts only the book's prices.
-/// If such an order returns shares, only the proceeds of the shares that the book offers pay for it. Empty if
-/// the amount is beyond kMaxMoney.
+/// The money and the credit that the order needs. The order must not hold anything yet. Counts the larger of
+/// two amounts: at the order's limit, or at the prices that the book offers now. An order without a limit
+/// counts only the book's prices. If such an order returns shares, only the proceeds of the shares that the
+/// book offers pay for it. Empty if the amount is beyond kMaxMoney.
 std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order);
 
 /// Holds what the accepted order needs at its limit. An order that returns shares also claims its part of the
