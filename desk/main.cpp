@@ -1,4 +1,4 @@
-// orderdesk: the desk's commands.
+// orderdesk: runs one command of the desk.
 #include "desk/commands/CheckFolder.h"
 #include "desk/commands/CommandLine.h"
 #include "desk/commands/NewFolder.h"
@@ -22,11 +22,11 @@
 
 namespace {
 
-/// Closed standard descriptors lead to nowhere afterwards. Otherwise the next file that is opened, such as
-/// the journal, would take their place, and what the process prints would be written into it.
+/// Opens /dev/null on each closed standard descriptor. Otherwise the next opened file, such as the journal,
+/// would get that descriptor, and the output of the process would be written into it.
 void occupyStandardDescriptors() {
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        // The lowest free number is given: those below are in use by now.
+        // open returns the lowest free number. The lower standard descriptors are already open.
         if (::fcntl(standard, F_GETFD) < 0) (void)::open("/dev/null", O_RDWR);
     }
 }
@@ -61,7 +61,7 @@ int runCommand(const desk::CCommandLine& line) {
     case desk::ECommand::Journal:
         return showJournal(line.m_strFolder, line.m_bFollow);
     }
-    return EXIT_FAILURE; // there is no other command
+    return EXIT_FAILURE;
 }
 
 int endWith(const desk::CLineEnd& end) {
@@ -75,7 +75,8 @@ int main(int argc, char** argv) {
     occupyStandardDescriptors();
     std::setlocale(LC_ALL, "C.UTF-8");
     const QCoreApplication app(argc, argv);
-    // The application has taken the locale of the environment; numbers have a point on every machine.
+    // The application has set the locale of the environment. Numbers must have a decimal point on every
+    // machine.
     std::setlocale(LC_NUMERIC, "C");
     const auto line = desk::readCommandLine(argc, argv);
     if (const auto* end = std::get_if<desk::CLineEnd>(&line)) return endWith(*end);

@@ -48,13 +48,12 @@ utils::KNError CDesk::open() {
                                {m_journal.lastTask(), m_journal.lastOrder(), m_journal.lastFill()});
     m_strTradingDay = m_exchange.getMaxTradingDay();
     if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
-    // Without an end in the journal the next start would take this one for cut off.
+    // Without a `stopped` record in the journal, the next start would report that this run was interrupted.
     if (!result.isSuccess()) (void)m_journal.close("not started: " + result.errorMsg());
     return result;
 }
 
-/// Tells broker and order service when the date has changed. What the store refuses is tried again in the
-/// next round.
+/// Tells broker and order service that the date has changed. If the store fails, the next round tries again.
 void CDesk::followTradingDay() {
     const std::string day = m_exchange.getMaxTradingDay();
     if (day == m_strTradingDay || !m_broker.startTradingDay(day).isSuccess()) return;
@@ -96,8 +95,8 @@ void CDesk::startTrading() {
     m_keeper.begin(service);
 }
 
-/// Between reading the folder and a start, the file system or a strategy may have changed. Stopped strategies
-/// do not count: their files are left alone until they start.
+/// Checks again at a start, because the file system or a strategy may have changed since the folder was read.
+/// Stopped strategies are ignored: the desk does not use their files until they start.
 QString CDesk::whyRefused(const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& all) const {
     TC::COrderStrategyMap running;
     for (const TC::COrderStrategyParam& other : all) {
@@ -123,7 +122,7 @@ std::int64_t CDesk::activity() const {
 
 utils::KNError CDesk::close(const std::string& reason) {
     m_guard.checkFile();
-    // The journal may be moved away before the next start, and could not tell it which events it has.
+    // If the journal is moved away before the next start, it cannot tell the broker which events it has.
     const utils::KNError stored = m_broker.storeDelivered();
     if (!stored.isSuccess())
         m_sink.writeLine("Leave the journal where it is until the desk has started again: " +

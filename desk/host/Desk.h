@@ -30,41 +30,41 @@
 
 namespace desk {
 
-/// The desk put together: journal, market and paper broker, and the host services over them. Main thread, but
-/// for what the services themselves allow.
+/// The whole desk: journal, market, paper broker, and the host services that use them. Main thread only; each
+/// service names its own threads.
 class CDesk {
 public:
-    /// The sink takes what people should see; it outlives the desk.
+    /// The sink receives the messages for the user. It must outlive the desk.
     CDesk(std::string folder, CDeskConfig config, CTextSink& sink);
 
-    /// Opens journal and store. Once, first; a failure names the cause.
+    /// Opens journal and store. Must be called once, before all other calls. A failure names the cause.
     [[nodiscard]] utils::KNError open();
 
-    /// The host services, ready for TC::installHost. They live as long as the desk.
+    /// The host services, to be passed to TC::installHost. They live as long as the desk.
     TC::CHost services();
 
-    /// Connects to the order service, loads the interfaces of the folder and starts the strategies that the
-    /// folder remembers as running. After installHost and the creation of COrderService.
+    /// Connects to the order service, loads the folder's interfaces and starts the strategies that the folder
+    /// marks as running. Call it after installHost and after the creation of COrderService.
     void startTrading();
 
-    /// One round of the main loop: quote changes that are due, a new day, the journal's health, changed
-    /// strategies.
+    /// One round of the main loop: applies due quote changes, checks for a new day, checks the journal, and
+    /// journals and saves changed strategies.
     void tick(double secondsSinceStart);
 
-    /// A number that changes with everything that happens.
+    /// A number that changes whenever something happens.
     std::int64_t activity() const;
-    /// Whether quote changes are still to come.
+    /// Whether more quote changes will come.
     bool hasQuotesToCome() const { return m_bQuotesToCome; }
 
-    /// Saves the interfaces where they have changed; a failure names the file. After COrderService::shutdown
-    /// and before its release.
+    /// Saves the interfaces if they have changed; a failure names the file. Call it after
+    /// COrderService::shutdown and before the release of COrderService.
     [[nodiscard]] utils::KNError saveInterfaces() { return m_interfaces.save(); }
 
-    /// The number of orders that were accepted and not worked off, by channel, for people; empty if all were
-    /// worked off. After COrderService::shutdown.
+    /// The number of orders that were accepted but not processed, by channel, as a text for the user. Empty
+    /// if all were processed. Call it after COrderService::shutdown.
     std::string unplacedText() const { return m_audit.unplacedText(); }
 
-    /// Ends the journal; last, after COrderService::shutdown.
+    /// Closes the journal. The last call, after COrderService::shutdown.
     [[nodiscard]] utils::KNError close(const std::string& reason);
 
 private:
@@ -79,7 +79,7 @@ private:
     CPaperBroker m_broker;
     CJournalGuard m_guard;
     bool m_bQuotesToCome = true;
-    std::string m_strTradingDay; ///< the one that the broker was told
+    std::string m_strTradingDay; ///< the day that the broker was told
 
     CDeskUserConfig m_user;
     CDeskUserManager m_userManager;

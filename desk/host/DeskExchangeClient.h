@@ -7,9 +7,9 @@
 
 namespace desk {
 
-/// The instruments of a desk folder. Any thread; fixed when it is made. Each market knows the instruments of
-/// its kind alone; derivatives are known by their plain code as well as by their key. The trading day is the
-/// machine's date.
+/// The instruments of a desk folder. Any thread; the content does not change. Each "has" function finds only
+/// instruments of its own kind. A derivative is found by its plain code and by its key. The trading day is
+/// the machine's date.
 class CDeskExchangeClient : public TC::CExchangeClient {
 public:
     explicit CDeskExchangeClient(const std::vector<CInstrumentEntry>& instruments);
@@ -32,7 +32,7 @@ private:
     };
     bool has(EInstrumentKind kind, const QString& name) const;
 
-    std::map<QString, CKnown> m_known; ///< by each of their names
+    std::map<QString, CKnown> m_known; ///< by key and, for derivatives, by plain code
 };
 
 } // namespace desk

@@ -5,11 +5,11 @@
 
 namespace desk {
 
-/// Types and units as the folder's instruments have them. Any thread; an unknown instrument has no type and a
-/// unit of 1.
+/// Types and units of the folder's instruments. Any thread. An unknown instrument has no type and a unit of
+/// 1.
 class CDeskInstrumentTypes : public knservice::CInstrumentTypes {
 public:
-    /// The source outlives the object.
+    /// The source must outlive the object.
     explicit CDeskInstrumentTypes(const IQuoteSource& source) : m_source(source) {}
 
     bool isTypedStock(int type, const std::string& market, const std::string& code) override;

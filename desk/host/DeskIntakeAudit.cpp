@@ -9,20 +9,20 @@
 namespace desk {
 namespace {
 
-/// What became of the file, behind why.
+/// The end of a message: what happened to the file.
 std::string whereabouts(const TC::CIntakeReport& report, const char* ifDeleted) {
     if (report.m_strKeptAs.isEmpty()) return ifDeleted;
     return "; the file is kept as " + report.m_strKeptAs.toStdString();
 }
 
-/// What happened, in front of the cause.
+/// The start of a message: what happened. The cause follows it.
 std::string incidentHead(const TC::CIncidentReport& report) {
     const std::string channel = "channel " + std::to_string(report.m_nChannel) + ": ";
     switch (report.m_eIncident) {
     case TC::EIncident::OrdersDropped:
         return channel + counted(report.m_nOrders, "order") + " not sent";
     case TC::EIncident::CancelNotDone:
-        // A cancel of one order has no task; its cause names account and order.
+        // A cancel of one order has no task. Its cause names account and order.
         if (TC::isUnset(report.m_nTaskId)) return "cancel not done";
         return "cancel of task " + std::to_string(report.m_nTaskId) + " not done";
     case TC::EIncident::HostFailed:
@@ -54,7 +54,7 @@ void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std:
 }
 
 void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
-    // Where the journal refuses, the commands of these orders are refused too, and told one by one.
+    // If the journal refuses this record, it also refuses the commands of these orders, and each is reported.
     (void)m_journal.append("intake", intakeFields(report));
     const std::string source = report.m_strSource.toStdString();
     if (report.m_nUnreadTradeParams != 0)

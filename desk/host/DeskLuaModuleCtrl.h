@@ -6,7 +6,7 @@
 
 namespace desk {
 
-/// The switches of "mdl_order" that are on for the folder (CDeskConfig::switches); all others are off. Any
+/// The "mdl_order" switches that are on in the folder (CDeskConfig::switches). All others are off. Any
 /// thread.
 class CDeskLuaModuleCtrl : public luawrapper::LuaModuleCtrl {
 public:

@@ -6,8 +6,8 @@
 
 namespace desk {
 
-/// The desk's message panel: the journal, and a line on the sink also where the journal refuses. Any thread;
-/// waits for nobody but other writers. Journal and sink outlive it.
+/// The desk's message panel. Writes each message to the journal, and as a line to the sink even if the
+/// journal refuses it. Any thread; waits only for other writers. Journal and sink must outlive it.
 class CDeskMsgService : public TC::CMsgService {
 public:
     CDeskMsgService(CJournal& journal, CTextSink& sink) : m_journal(journal), m_sink(sink) {}

@@ -13,7 +13,7 @@
 namespace desk {
 namespace {
 
-/// The places of the rows are the keys, so that the first row is the first position.
+/// A position's key is its row number, so that the first row is the first position.
 std::string keyOf(std::size_t place) {
     char text[16];
     std::snprintf(text, sizeof text, "%08zu", place);
@@ -24,7 +24,7 @@ boost::shared_ptr<knservice::CPortfolio> portfolioOf(const CPortfolioEntry& entr
     auto portfolio = boost::make_shared<knservice::CPortfolio>();
     for (const CPortfolioEntry::CRow& row : entry.rows) {
         const auto position = boost::make_shared<knservice::CPositionDetail>();
-        position->m_strCode = row.stockKey; // a code alone could mean another market's instrument
+        position->m_strCode = row.stockKey; // the code alone may also exist in another market
         position->m_nVolume = row.volume;
         portfolio->m_positions[keyOf(portfolio->m_positions.size())] = position;
     }

@@ -9,8 +9,8 @@
 
 namespace desk {
 
-/// The folder's portfolios as the order road reads them, by kind and id of their sub-accounts, the positions
-/// in the folder's order. They do not change: what is sold of one stays in it. Null where there is none.
+/// The folder's portfolios, for the order service, by kind and id of their sub-accounts. Positions are in the
+/// folder's order. They do not change: a sale does not reduce them. Null if the folder has no portfolio.
 boost::shared_ptr<knservice::CAccountData> portfolioData(const std::vector<CPortfolioEntry>& portfolios);
 
 } // namespace desk

@@ -5,11 +5,11 @@
 
 namespace desk {
 
-/// The desk's quotes. Any thread. All quotes are there from the start, so a subscription has nothing to
-/// begin; its call-back is never called.
+/// The desk's quotes. Any thread. All quotes are available from the start, so a subscription has nothing to
+/// do and its callback is never called.
 class CDeskQuoteClient : public TC::CQuoteClient {
 public:
-    /// The source outlives the client.
+    /// The source must outlive the client.
     explicit CDeskQuoteClient(const IQuoteSource& source) : m_source(source) {}
 
     TC::CPriceDataPtr getStockPrice(const QString& stockKey) override;

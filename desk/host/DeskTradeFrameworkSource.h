@@ -4,8 +4,8 @@
 
 namespace desk {
 
-/// The desk has no trade framework: nobody needs to know the trading day, and interfaces are only kept. Main
-/// thread.
+/// A trade framework for a desk that has none: it ignores the trading day and only stores the interfaces.
+/// Main thread.
 class CDeskTradeFrameworkSource : public knservice::CTradeFrameworkSource {
 public:
     void switchTradingDate(const std::string&) override {}

@@ -17,14 +17,14 @@
 namespace desk {
 namespace {
 
-/// Behind an account that has no second half.
+/// The second part of an account that has none.
 constexpr const char* kNoSecondHalf = "-";
-/// A setting text that is none of pairs.
+/// A setting text that is not a list of pairs.
 constexpr const char* kUnreadText = "?";
 
 using CPairs = std::map<std::string, std::string>;
 
-/// The pairs of a text, or nothing where it is none of pairs.
+/// The pairs of a text. Not set if the text is not a list of pairs.
 std::optional<CPairs> readPairs(const std::string& text, char separator) {
     CPairs pairs;
     for (std::size_t begin = 0; begin <= text.size();) {
@@ -40,7 +40,7 @@ std::optional<CPairs> readPairs(const std::string& text, char separator) {
     return pairs;
 }
 
-/// Gives each pair to its setter; false where a key has none or a number cannot be read.
+/// Passes each pair to its setter. Returns false if a key has no setter or a number is invalid.
 template<typename Record>
 bool applyPairs(const CPairs& pairs,
                 const std::map<std::string, std::function<void(Record&, const std::string&)>>& setters,
@@ -61,7 +61,7 @@ bool applyPairs(const CPairs& pairs,
 
 using CParamSetter = std::function<void(TC::COrderTradeParam&, const std::string&)>;
 
-// Values are GBK bytes; the remark goes back as it came.
+// Values are GBK bytes. The remark is not converted.
 const std::map<std::string, CParamSetter>& paramSetters() {
     static const std::map<std::string, CParamSetter> setters = {
         {"remark", [](auto& p, const auto& v) { p.m_strRemark = v; }},
@@ -77,7 +77,8 @@ const std::map<std::string, CParamSetter>& paramSetters() {
     return setters;
 }
 
-/// An account alone has no second half, and a second half of "-" alone no account; false for any other half.
+/// Completes the two parts of an account. If only the first part is given, the second becomes "-". If only a
+/// second part of "-" is given, it is cleared. Returns false for any other second part alone.
 bool completeAccount(TC::COrderTradeParam& param) {
     const QString none = QString::fromUtf8(kNoSecondHalf);
     if (param.m_strAccountKeyPart1.isEmpty()) {
@@ -89,7 +90,7 @@ bool completeAccount(TC::COrderTradeParam& param) {
     return true;
 }
 
-/// A word of the desk's files or a number.
+/// Reads a word of the desk's files or a number.
 int readPriceType(const std::string& text) {
     const auto word = priceTypeWords().find(text);
     return word != priceTypeWords().end() ? word->second : utils::strictInt(text);
@@ -121,7 +122,8 @@ bool CDeskTradingRules::parserOrderTradeParam(const std::string& text, TC::COrde
     const bool isRead = pairs && applyPairs(*pairs, paramSetters(), read) && completeAccount(read);
     param = isRead ? read : TC::COrderTradeParam{};
     const auto orderType = static_cast<TC::EOrderType>(param.m_eOrderType);
-    // A setting's kind reaches the records of all families, other than an algorithm or a word to the caller.
+    // The setting text carries a refusal and the order type, because a setting's order type reaches the
+    // records of all product families. An algorithm or a return value of false would not.
     if (!isRead) {
         param.m_strOrderSetting = QString::fromUtf8(kUnreadText);
     } else if (!TC::isUnset(orderType) && orderType != TC::EOrderType::Plain) {
@@ -133,7 +135,8 @@ bool CDeskTradingRules::parserOrderTradeParam(const std::string& text, TC::COrde
 void CDeskTradingRules::orderSettingFromString(TC::COrderSetting& setting, const QString& text) {
     if (text.isEmpty()) return;
     const auto pairs = readPairs(text.toStdString(), ',');
-    // Trading on at another price than the text asks for would be worse than not at all.
+    // Sending no order is better than sending it at a price that differs from the text. So the broker must
+    // reject it.
     if (!pairs || !applyPairs(*pairs, settingSetters(), setting)) setting.m_eOrderType = kUnreadTradeParams;
 }
 
@@ -143,7 +146,7 @@ void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC
     record.m_ePriceType = setting.m_ePriceType;
     record.m_eOrderType = TC::isUnset(setting.m_eOrderType) ? TC::EOrderType::Plain : setting.m_eOrderType;
     record.m_dPrice = price;
-    // A sale of all that is held brings no price: what the quote says of the setting's price type stands in.
+    // A sale of the whole position has no price. It uses the quote's price for the setting's price type.
     const bool isQuoted = setting.m_ePriceType != TC::EPriceType::Specified;
     if (quote && isQuoted && TC::isInvalidPrice(price))
         record.m_dPrice = quote->getPriceForOrder(setting.m_ePriceType, operation, 0, {});

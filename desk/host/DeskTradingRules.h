@@ -4,22 +4,23 @@
 
 namespace desk {
 
-/// The desk's rules; its words, keys, kinds of account and answers about operations are the kit's. Any
-/// thread; no state.
+/// The desk's trading rules. The kit provides words, keys, account kinds and the answers about operations.
+/// Any thread; no state.
 ///
-/// Both texts that order files may carry are pairs `key:value`, separated by semicolons, a value without
-/// semicolons:
-/// - behind `orderParam=`: remark, account, sub, order_type, setting, kind, text1, text2, text3;
-/// - a setting text: price_type, order_type, remark; the pairs separated by commas, so that it can stand
-/// behind `setting:`; price_type is a word of the desk's files or a number.
+/// Order files may contain two texts. Both consist of pairs `key:value`:
+/// - After `orderParam=`: pairs separated by semicolons, so a value has no semicolon. Keys: remark, account,
+///   sub, order_type, setting, kind, text1, text2, text3.
+/// - A setting text: pairs separated by commas, so that the text can be the value of `setting:`. Keys:
+///   price_type (a word of the desk's files or a number), order_type, remark.
 ///
-/// An account without a sub is that account. Orders must not go out otherwise than their texts say: those
-/// with an unknown key, a key twice, a number that is none or an algorithm, of which the desk has none, get
-/// an order kind that the broker rejects. A text without any pair is not understood at all.
+/// `account` without `sub` names the account itself. An order must not be sent if it differs from its text.
+/// So an order gets an order type that the broker rejects if its text has an unknown key, a key twice, an
+/// invalid number or an algorithm (the desk has no algorithms). A text without any pair is not understood at
+/// all.
 class CDeskTradingRules : public kit::CFamilyTradingRulesBase {
 public:
-    /// The account is named by its key in the first part; the second part says which of several it is and is
-    /// put behind the first with an underscore, unless it is "-".
+    /// The first part is the account key. The second part tells which of several accounts is meant and is
+    /// appended with an underscore, unless it is "-".
     QString getAccountFromOrderParam(const QString& part1, const QString& part2) override;
     bool parserOrderTradeParam(const std::string& text, TC::COrderTradeParam& param) override;
     void orderSettingFromString(TC::COrderSetting& setting, const QString& text) override;

@@ -73,7 +73,7 @@ void CDeskUserConfig::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelected
             ratios.insert(ratios.end(), found->second.weights.begin(), found->second.weights.end());
             return;
         }
-        // An order of a group's strategy may name one account of its own.
+        // The strategy of a group may have an order that names a single account.
     }
     const CAccount* account = findAccount(name);
     const bool fits = account != nullptr && account->info->m_nBrokerType == static_cast<int>(broker);

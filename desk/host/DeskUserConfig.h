@@ -9,8 +9,8 @@
 
 namespace desk {
 
-/// The user of a desk folder. Any thread; what it answers is fixed when it is made, but for the strategies,
-/// which the order service keeps from loadFromConfig on.
+/// The user of a desk folder. Any thread. The answers do not change after construction, except for the
+/// strategies, which the order service manages from loadFromConfig on.
 class CDeskUserConfig : public TC::CUserConfig {
 public:
     explicit CDeskUserConfig(const CDeskConfig& config);
@@ -35,7 +35,7 @@ public:
                             std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                             bool simple) const override;
     TC::CAccountPtr getAccountData(const QString& key) const override;
-    /// The desk lets the user use specified prices and every price type that its quotes know.
+    /// The user may use specified prices and every price type that the desk's quotes have.
     bool isPriceTypeValid(TC::EPriceType type, TC::EOperationType, TC::EQDBrokerType, const std::string&,
                           const std::string&, TC::EOrderType) const override;
     TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting which) const override;
@@ -45,7 +45,7 @@ public:
 private:
     struct CGroup {
         TC::CAccountGroup group;
-        std::vector<double> weights; ///< one for each account, as the folder says
+        std::vector<double> weights; ///< one for each account, from the folder
     };
     struct CAccount {
         TC::CAccountInfoPtr info;
@@ -61,7 +61,7 @@ private:
     TC::COrderStrategyMap m_strategies;
 };
 
-/// The desk's user is logged in from beginning to end.
+/// The desk's user is always logged in.
 class CDeskUserManager : public TC::CUserManager {
 public:
     explicit CDeskUserManager(CDeskUserConfig& user) : m_user(user) {}

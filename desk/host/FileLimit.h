@@ -4,8 +4,8 @@
 
 namespace desk {
 
-/// Raises the number of files that the process may have open as far as it is allowed to: each connection of
-/// an order socket is one. A failure names the cause and leaves the limit as it was.
+/// Raises the number of files that the process may have open to the allowed maximum, because each connection
+/// of an order socket needs one. A failure names the cause and leaves the limit unchanged.
 [[nodiscard]] utils::KNError raiseFileLimit();
 
 } // namespace desk

@@ -13,7 +13,8 @@ namespace desk {
 namespace {
 
 constexpr mode_t kFileMode = 0600;
-/// What flock gives on a network file system: some have no locks, some lock no folder that is open to read.
+/// Errors of flock on network file systems. Some have no locks; some cannot lock a folder that is open for
+/// reading.
 constexpr int kCannotLock[] = {ENOLCK, EBADF, EOPNOTSUPP, ENOSYS, EINVAL};
 enum EFolderLockError : int { kFolderInUse = 1, kFolderUnusable = 2 };
 
@@ -33,7 +34,7 @@ void writeHolder(int descriptor) {
     if (::pwrite(descriptor, text.data(), text.size(), 0) < 0) return;
 }
 
-/// A locked descriptor of the path, or -1 with errno.
+/// Opens and locks the path. Returns the descriptor, or -1 with errno set.
 int openLocked(const std::string& path, int flags) {
     const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC, kFileMode);
     if (descriptor < 0 || ::flock(descriptor, LOCK_EX | LOCK_NB) == 0) return descriptor;

@@ -6,13 +6,14 @@
 
 namespace desk {
 
-/// Why a folder or a file in it cannot be locked, for people. `reason` is the errno of the attempt.
+/// The reason why a folder or a file in it cannot be locked, as a text for the user. `reason` is the errno of
+/// the attempt.
 std::string lockFailureText(int reason);
 
-/// Holds a desk folder for one process, by locks on the folder itself and on FOLDER/.lock. The system drops
-/// them with the process, whatever ends it. Removing the file lets nobody in: the folder stays locked. The
-/// file keeps out desks of before the folder was locked too, and holds the process id of its last holder, for
-/// messages. One thread.
+/// Holds a desk folder for one process, with a lock on the folder itself and a lock on FOLDER/.lock. The
+/// system releases both locks when the process ends for any reason. If the file is removed, the lock on the
+/// folder still keeps other desks out. The file also keeps out older desks, which lock only the file. It
+/// contains the process id of the last holder, for messages. Not thread-safe.
 class CFolderLock {
 public:
     CFolderLock() = default;

@@ -8,22 +8,23 @@
 
 namespace desk {
 
-/// Brings the interfaces of settings.xml to the trade framework by way of the order service, and those that
-/// the framework has at the end back into the file. Main thread, while COrderService lives.
+/// Passes the interfaces of settings.xml to the trade framework through the order service. At the end it
+/// saves the framework's interfaces to the file. Main thread, while COrderService lives.
 class CInterfaceKeeper {
 public:
-    /// settings: the text of settings.xml, found good, or empty. The framework outlives the keeper.
+    /// `settings` is the text of settings.xml, already validated, or empty. The framework must outlive the
+    /// keeper.
     CInterfaceKeeper(std::string folder, std::string settings, CDeskTradeFrameworkSource& framework);
 
-    /// Once, at the start.
+    /// Call it once, at the start.
     void load();
 
-    /// Writes settings.xml anew where the interfaces are not those that were loaded; a file that nobody has
-    /// changed keeps its owner's layout.
+    /// Rewrites settings.xml if the interfaces have changed since the load. An unchanged file keeps its
+    /// owner's layout.
     [[nodiscard]] utils::KNError save();
 
 private:
-    /// A text for each interface; the same texts are the same interfaces.
+    /// One text for each interface. Equal texts mean equal interfaces.
     std::vector<std::string> current() const;
 
     std::string m_strFolder;

@@ -12,24 +12,25 @@ class CIntakePause;
 
 namespace desk {
 
-/// Keeps order files waiting at their paths while the journal cannot be written. The desk's main loop polls
-/// it; main thread only. Journal and sink outlive it.
+/// Keeps order files waiting at their paths while the journal cannot be written. The desk's main loop calls
+/// poll. Main thread only. Journal and sink must outlive it.
 class CJournalGuard {
 public:
-    /// onRecovered is called when the journal works again, before the files go on: the moment to deliver what
-    /// the broker kept back (CPaperBroker::deliverEvents). May be empty.
+    /// `onRecovered` is called when the journal works again, before the intake of files continues. It should
+    /// deliver the events that the broker has kept (CPaperBroker::deliverEvents). It may be empty.
     CJournalGuard(CJournal& journal, CTextSink& sink, std::function<void()> onRecovered);
     /// Ends the pause.
     ~CJournalGuard();
     CJournalGuard(const CJournalGuard&) = delete;
     CJournalGuard& operator=(const CJournalGuard&) = delete;
 
-    /// Once a second by the clock of base/Clock.h, looks whether the journal's file was deleted, moved or
-    /// cut, and tells the user. Holds the intake from the first failure on, tells the user once, and probes
-    /// the journal; when a probe succeeds, tells that too and lets the intake go on.
+    /// Once a second by the clock of base/Clock.h, checks whether the journal's file was deleted, moved or
+    /// cut, and tells the user. At the first journal failure it pauses the intake and tells the user once.
+    /// Then it probes the journal at each call. When a probe succeeds, it tells the user and lets the intake
+    /// continue.
     void poll();
 
-    /// Looks at once whether the journal's file was deleted, moved or cut, and tells the user.
+    /// Checks at once whether the journal's file was deleted, moved or cut, and tells the user.
     void checkFile();
 
     bool isHolding() const { return m_pause != nullptr; }
@@ -39,7 +40,7 @@ private:
     CTextSink& m_sink;
     std::function<void()> m_onRecovered;
     std::unique_ptr<TC::CIntakePause> m_pause;
-    double m_dNextLook = 0; ///< seconds of the clock
+    double m_dNextLook = 0; ///< clock time in seconds
 };
 
 } // namespace desk

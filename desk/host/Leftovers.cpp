@@ -20,7 +20,7 @@ constexpr const char* kKeptLater = "the file is moved to rejected/ when the next
 
 void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, CJournal& journal,
                    CTextSink& sink) {
-    // The sink tells the user also if the journal refuses.
+    // The sink tells the user even if the journal refuses the record.
     (void)journal.append("discarded", discardFields(report, cause));
     const std::string lines = report.m_nLines < 0 ? "cannot be read" : counted(report.m_nLines, "line");
     sink.writeLine("NOT READ: " + report.m_strSource.toStdString() + " (" + lines + ") of channel " +

@@ -10,17 +10,18 @@
 
 namespace desk {
 
-/// Journals a file that is deleted unread, and tells the user its name and number of lines. Any thread.
+/// Journals a file that is deleted unread, and tells the user its name and its number of lines. Any thread.
 void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, CJournal& journal,
                    CTextSink& sink);
 
-/// Reports the ".tmp" files that a run left at the paths of the strategies when it was cut off. When
-/// the next file comes to the same path, the order service deletes such a file or, if `isKept`, moves it to
-/// rejected/. Main thread, before strategies start.
+/// Reports the ".tmp" files that an interrupted run left at the paths of the strategies. When the next file
+/// comes to the same path, the order service deletes such a file or, if `isKept`, moves it to rejected/. Main
+/// thread, before strategies start.
 void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJournal& journal,
                      CTextSink& sink);
 
-/// Tells people that the run before was cut off; `seq` is the number of this run's first journal line.
+/// The text that tells the user that the previous run was interrupted. `seq` is the number of this run's
+/// first journal line.
 std::string crashText(std::int64_t seq);
 
 } // namespace desk

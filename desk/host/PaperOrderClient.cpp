@@ -41,7 +41,7 @@ void CPaperOrderClient::decline(const TC::COrderComandParam& command) {
 }
 
 void CPaperOrderClient::showTradeError(const QString& text, const QString& title) {
-    // The sink tells the user in any case; a failed journal is the guard's affair.
+    // The sink always tells the user. CJournalGuard handles a failed journal.
     (void)m_journal.append("trade_error", tradeErrorFields(text, title));
     m_sink.writeLine(title.toStdString() + ": " + text.toStdString());
 }

@@ -35,7 +35,7 @@ boost::shared_ptr<knservice::CAccountData> CPaperPositions::of(const std::string
     kit::CTableData::CRecords records;
     for (const CPaperPosition& held : m_broker.positions()) {
         if (held.m_strAccount != accountKey || held.m_nVolume <= 0) continue;
-        if (held.m_eSide == EPositionSide::Short) continue; // nothing of it could be sold
+        if (held.m_eSide == EPositionSide::Short) continue; // a short position cannot be sold
         const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(held.m_strStock);
         if (instrument) records.emplace(held.m_strStock, makePosition(held, *instrument, account->toInfo()));
     }

@@ -11,15 +11,15 @@
 
 namespace desk {
 
-/// The paper broker's positions as the order road reads them. Any thread. Broker, quotes and user outlive it.
+/// The paper broker's positions, for the order service. Any thread. Broker, quotes and user must outlive it.
 class CPaperPositions {
 public:
     CPaperPositions(const CPaperBroker& broker, const IQuoteSource& quotes, const TC::CUserConfig& user)
         : m_broker(broker), m_quotes(quotes), m_user(user) {}
 
-    /// What the account has at this moment, null for one that the user does not have. It is a copy, so
-    /// holding its lock keeps nobody waiting. A position in an instrument that has left the folder is left
-    /// out: nothing could trade it.
+    /// The account's positions at this moment, or null if the user does not have the account. The result is a
+    /// copy, so nobody waits for its lock. A position in an instrument that is no longer in the folder is
+    /// left out, because it cannot be traded. Short positions are left out too.
     boost::shared_ptr<knservice::CAccountData> of(const std::string& accountKey) const;
 
 private:

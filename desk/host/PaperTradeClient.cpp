@@ -21,13 +21,14 @@ utils::KNError ratioCountError() {
     return {kRatioCountWrong, "there is not one weight for each account"};
 }
 
-/// The order service refuses a closing order of futures and their options whose first account gets nothing.
+/// The order service refuses a closing order of futures or futures options if the first account gets no
+/// volume.
 kit::EFirstAccount firstAccountOf(EInstrumentKind kind) {
     const bool isFuture = kind == EInstrumentKind::Future || kind == EInstrumentKind::FutureOption;
     return isFuture ? kit::EFirstAccount::MustClose : kit::EFirstAccount::MayBeLeftOut;
 }
 
-/// The line as it was given, without the line end of a CRLF file.
+/// The original line, without the line end of a CRLF file.
 std::string lineOf(const std::vector<std::string>& words) {
     std::string line;
     for (const std::string& word : words)

@@ -11,7 +11,7 @@
 namespace desk {
 namespace {
 
-/// A running task of the paper broker.
+/// A task of the paper broker, open or ended.
 class CPaperTaskHandle : public knservice::CTask {
 public:
     CPaperTaskHandle(CJournal& journal, CPaperBroker& broker, CTextSink& sink, int taskId)

@@ -8,15 +8,15 @@
 
 namespace desk {
 
-/// The paper broker's tasks and positions. Tasks, as a `cancel` line of an order file finds them: each
-/// operation is journalled and ends the task's waiting orders. As with CPaperTradeClient, a refusing journal
-/// does not hold a cancel back. Any thread. Journal, broker, sink and positions outlive the centre and its
-/// tasks.
+/// The paper broker's tasks and positions. A `cancel` line of an order file finds its task here. Each
+/// operation on a task is journalled. The operations terminate and cancel then cancel the task's waiting
+/// orders; other operations fail. As in CPaperTradeClient, a cancel is carried out even if the journal
+/// refuses it. Any thread. Journal, broker, sink and positions must outlive the centre and its tasks.
 class CPaperTraderCenter : public knservice::TraderCenter,
                            private knservice::CTaskCenter,
                            private knservice::CDataCenter {
 public:
-    /// `portfolios`: what belongs to all accounts together; null for none.
+    /// `portfolios` is the data that belongs to all accounts together; null if there is none.
     CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
                        const CPaperPositions& positions,
                        boost::shared_ptr<knservice::CAccountData> portfolios = nullptr);
@@ -29,7 +29,7 @@ private:
         return m_positions.of(key);
     }
     boost::shared_ptr<knservice::CAccountData> getGlobalAccountData() override { return m_portfolios; }
-    /// One task, or none where the broker does not know the id.
+    /// The task with this id, or none if the broker does not know it.
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
 
     CJournal& m_journal;

@@ -17,7 +17,7 @@
 namespace desk {
 namespace {
 
-/// Waits without limit: whoever writes to the screen's descriptor may.
+/// Waits without a time limit. Only the screen's own thread calls it, so nobody else waits.
 void waitUntilWritable(int descriptor) {
     struct pollfd writable {
         descriptor, POLLOUT, 0
@@ -46,7 +46,7 @@ std::string noticeOf(std::size_t dropped) {
 
 } // namespace
 
-/// The lines on their way to the descriptor. Any thread.
+/// The lines that wait for the descriptor. Any thread.
 struct CScreen::CQueue {
     CQueue(int target, std::size_t limit) : descriptor(target), maxBytes(limit) {
         if (::pipe2(finished, O_CLOEXEC) != 0) finished[0] = finished[1] = -1;
@@ -59,21 +59,21 @@ struct CScreen::CQueue {
 
     void post(std::string line);
     void close();
-    /// Gives the next text, or an empty one when there will be none.
+    /// Waits for the next text and returns it. Returns an empty text when no more will come.
     std::string take();
     /// The body of the writer's thread.
     void writeOut();
 
     const int descriptor;
     const std::size_t maxBytes;
-    int finished[2]; ///< a pipe; closing its second end says that the writer has finished
+    int finished[2]; ///< a pipe; the writer closes the second end when it has finished
 
     std::mutex mutex;
     std::condition_variable changed;
     std::deque<std::string> lines;
     std::size_t bytes = 0;
-    std::size_t dropped = 0; ///< lines that are missing before the first of `lines`
-    bool isClosed = false;   ///< nobody posts any more
+    std::size_t dropped = 0; ///< number of lines dropped before the first of `lines`
+    bool isClosed = false;   ///< no more lines are posted
     bool isBroken = false;   ///< the descriptor has failed
 };
 
@@ -120,7 +120,7 @@ void CScreen::CQueue::writeOut() {
     finished[1] = -1;
 }
 
-/// Collects what is written and posts its whole lines at a flush.
+/// Collects the written text and posts its whole lines at a flush.
 class CScreen::CBuffer : public std::streambuf {
 public:
     explicit CBuffer(CQueue& queue) : m_queue(queue) {}
@@ -153,8 +153,8 @@ CScreen::CScreen(int descriptor, std::size_t queueBytes, int patienceMs)
     : m_nPatienceMs(patienceMs),
       m_queue(std::make_shared<CQueue>(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0), queueBytes)),
       m_buffer(std::make_unique<CBuffer>(*m_queue)), m_stream(m_buffer.get()) {
-    // The writer takes no signals: a closed pipe and a terminal that stops background writers must not reach
-    // the process through it.
+    // The writer thread blocks all signals. Otherwise a closed pipe, or a terminal that stops background
+    // writers, would send the process a signal through this thread.
     sigset_t all, before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
@@ -171,7 +171,7 @@ CScreen::~CScreen() {
     struct pollfd finished {
         m_queue->finished[0], POLLIN, 0
     };
-    // The end of the pipe counts as an event. A writer that does not finish ends with the process.
+    // poll also reports the closed end of the pipe. A writer that does not finish ends with the process.
     if (::poll(&finished, 1, m_nPatienceMs) > 0)
         m_writer.join();
     else

@@ -18,7 +18,7 @@ void CStrategyKeeper::begin(TC::IStrategyRegistry& registry) {
     registry.visitStrategies(
         [this](int channel, const TC::COrderStrategyParam& strategy) { m_known.insert(channel, strategy); });
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_known)) {
-        // A refusal of the journal is its guard's business.
+        // CJournalGuard handles a failed journal.
         if (strategy.isRunning()) (void)m_journal.append("strategy", strategyFields("start", strategy));
     }
 }
@@ -31,7 +31,7 @@ void CStrategyKeeper::update(TC::IStrategyRegistry& registry) {
     if (m_bUnsaved) save();
 }
 
-/// Looks at every strategy where it lies and copies the changed ones alone: the order doors wait meanwhile.
+/// Compares the strategies in place and copies only the changed ones, because the order doors wait meanwhile.
 std::vector<CStrategyKeeper::CChange> CStrategyKeeper::findChanges(TC::IStrategyRegistry& registry) const {
     std::vector<CChange> changes;
     std::set<int> seen;
@@ -65,7 +65,8 @@ void CStrategyKeeper::note(const CChange& change) {
     m_refused.erase(channel);
 }
 
-/// Takes the changed strategies over together: two of them may have changed places.
+/// Moves all changed strategies to m_saved in one step, because two of them may have swapped values that must
+/// be unique, such as a file path.
 void CStrategyKeeper::keepPending() {
     TC::COrderStrategyMap kept = m_saved;
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_pending))
@@ -85,8 +86,8 @@ void CStrategyKeeper::keepPending() {
     m_saved = kept;
 }
 
-/// What the store had of the strategy stays, but stopped: started by itself, it would trade otherwise than
-/// its owner has set since.
+/// The store keeps its older record of the strategy, but stopped. If that record started automatically, it
+/// would trade with settings that its owner has changed since.
 void CStrategyKeeper::refuse(const TC::COrderStrategyParam& strategy, const std::string& reason,
                              TC::COrderStrategyMap& kept) {
     const int channel = strategy.m_nChannel;

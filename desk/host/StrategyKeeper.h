@@ -11,20 +11,20 @@
 
 namespace desk {
 
-/// Journals what happens to strategies at run time, and has them kept so that they survive a restart. Main
-/// thread.
+/// Journals the changes of strategies at run time and saves the strategies, so that they survive a restart.
+/// Main thread.
 ///
-/// What the order service does when it takes the user over is not saved: a strategy that could not be
-/// started, or that is over the user's limit, stays in the store as its owner wrote it. A strategy that the
-/// store cannot hold whole is refused, journalled and told; the store goes on with what it had of it,
-/// stopped.
+/// Changes that the order service makes at the start are not saved. So a strategy that could not be started,
+/// or that exceeds the user's limit, stays in the store as its owner wrote it. If the store cannot hold a
+/// strategy completely, the strategy is refused: this is journalled and the user is told. The store then
+/// keeps its older record of the strategy, marked as stopped.
 class CStrategyKeeper {
 public:
-    /// configured: the strategies as the store has them. Journal, sink and store outlive the keeper.
+    /// `configured` are the strategies in the store. Journal, sink and store must outlive the keeper.
     CStrategyKeeper(CJournal& journal, CTextSink& sink, TC::COrderStrategyMap configured,
                     const IStrategyStore& store);
 
-    /// Journals the strategies that run now and takes this as the state to compare with.
+    /// Journals the strategies that run now. update later compares with this state.
     void begin(TC::IStrategyRegistry& registry);
 
     /// Journals and saves what has changed since the last call.
@@ -46,10 +46,10 @@ private:
     CJournal& m_journal;
     CTextSink& m_sink;
     const IStrategyStore& m_store;
-    TC::COrderStrategyMap m_saved;   ///< what the store has, or gets with the next save
-    TC::COrderStrategyMap m_known;   ///< the registry at the last look
-    TC::COrderStrategyMap m_pending; ///< changed and not taken over into m_saved: new ones, and refused ones
-    std::map<int, std::string> m_refused; ///< the reasons that were told
+    TC::COrderStrategyMap m_saved;        ///< content of the store after the next save
+    TC::COrderStrategyMap m_known;        ///< the registry at the last comparison
+    TC::COrderStrategyMap m_pending;      ///< changed, but not in m_saved yet: new and refused ones
+    std::map<int, std::string> m_refused; ///< reasons that the user was told
     std::string m_strToldFailure;
     bool m_bUnsaved = false;
 };

@@ -6,12 +6,13 @@
 
 namespace desk {
 
-/// Where the desk speaks to its user: whole lines to a stream, from any thread. The stream outlives the sink.
+/// Messages of the desk to its user: whole lines to a stream, from any thread. The stream must outlive the
+/// sink.
 class CTextSink {
 public:
     explicit CTextSink(std::ostream& stream) : m_stream(stream) {}
 
-    /// Writes the text, UTF-8, and a newline, and flushes.
+    /// Writes the text (UTF-8) and a newline, and flushes.
     void writeLine(const std::string& text);
 
 private:

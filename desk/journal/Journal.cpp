@@ -17,7 +17,7 @@
 namespace desk {
 namespace {
 
-constexpr mode_t kFileMode = 0600; // orders and accounts are nobody else's business
+constexpr mode_t kFileMode = 0600; // only the owner may read orders and accounts
 
 std::string systemError() {
     return std::strerror(errno);
@@ -27,7 +27,8 @@ std::string recordTime() {
     return utils::currentDateTime().toString(Qt::ISODateWithMs).toStdString();
 }
 
-/// One line with its newline. Bytes that are no UTF-8 become U+FFFD: a record is never lost over a text.
+/// One line with its newline. Bytes that are not UTF-8 become U+FFFD, so that a bad text never causes the
+/// loss of a record.
 std::string recordLine(const std::string& kind, std::int64_t seq, const CJson& fields) {
     CJson record;
     record["kind"] = kind;
@@ -170,7 +171,8 @@ utils::KNError CJournal::openPath(int& descriptor) const {
     return {kJournalOpenFailed, "cannot open journal " + m_strPath + ": " + systemError()};
 }
 
-/// Goes on in the file at the path. Lines of a deleted file that only this journal can still read go with it.
+/// Continues in the file at the path. Lines of a deleted file, which only this journal can still read, are
+/// written there again.
 utils::KNError CJournal::moveToPath() {
     int descriptor = -1;
     if (const utils::KNError error = openPath(descriptor); !error.isSuccess())
@@ -188,21 +190,22 @@ utils::KNError CJournal::moveToPath() {
     return writeUnwritten();
 }
 
-/// A line that was written in part stays in m_strUnwritten as a whole: the part is closed as any half line.
+/// If a line was written only in part, the whole line stays in m_strUnwritten. The part in the file is ended
+/// with a newline like any half line.
 utils::KNError CJournal::writeUnwritten() {
     if (m_strUnwritten.empty()) return {};
     if (utils::KNError error = closeHalfLine(); !error.isSuccess()) return error;
     const std::int64_t before = m_nSize;
     const utils::KNError error = writeBytes(m_strUnwritten);
     auto count = static_cast<std::size_t>(m_nSize - before);
-    // Closing the half line adds a line end that alone is missing.
+    // If only the newline is missing, the line is complete: closing the half line adds the newline.
     if (count < m_strUnwritten.size() && m_strUnwritten[count] == '\n') ++count;
     m_strUnwritten.erase(0, m_strUnwritten.substr(0, count).rfind('\n') + 1);
     return error;
 }
 
-/// The numbers let the next start know what the broker's listener has taken, and what is not to be given
-/// again: the lines that tell it may be in another file.
+/// The next start may not find these numbers in the file, because their lines may be in another one. It needs
+/// them to know which events the listener has taken and which numbers are used.
 utils::KNError CJournal::noteContinued() {
     if (m_strContinued.empty()) return {};
     const utils::KNError error = writeRecord("continued", CJson{{"cause", m_strContinued},
@@ -269,7 +272,7 @@ int CJournal::lastFill() const {
 utils::KNError CJournal::close(const std::string& reason) {
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
-    (void)lookAtFile(); // so that the end is in the file at the path
+    (void)lookAtFile(); // so that the `stopped` record is in the file at the path
     if (!m_failure.isSuccess()) (void)resume();
     utils::KNError error =
         m_failure.isSuccess() ? writeRecord("stopped", CJson{{"reason", reason}}) : m_failure;
@@ -286,8 +289,8 @@ utils::KNError CJournal::writeRecord(const std::string& kind, const CJson& field
     const std::string line = recordLine(kind, m_nLastSeq + 1, fields);
     const std::int64_t before = m_nSize;
     error = writeBytes(line);
-    // If only the line end found no room, the record is whole, and the next write closes its line. To refuse
-    // it would bring it into the journal twice.
+    // If only the newline could not be written, the record is complete, and the next write adds the newline.
+    // If the record were refused here, it could be written again and be in the journal twice.
     if (m_nSize - before < static_cast<std::int64_t>(line.size()) - 1) return error;
     ++m_nLastSeq;
     return {};

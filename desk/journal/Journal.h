@@ -13,77 +13,78 @@ namespace desk {
 /// Error numbers of the journal's operations.
 enum EJournalError : int { kJournalOpenFailed = 1, kJournalWriteFailed = 2, kJournalClosed = 3 };
 
-/// The desk's memory and its proof: an append-only file, one JSON object a line, UTF-8, never rewritten.
+/// The desk's permanent record: an append-only file with one JSON object per line, UTF-8. Lines are never
+/// rewritten.
 ///
 /// Keys of a line: `kind` first, then `time` (local, ISO 8601 with milliseconds), `seq` (1, 2, 3 and so on
-/// through the whole file), then the event's own. Any thread; lines stand in the order of their seq.
+/// through the whole file), then the event's own keys. Any thread. Lines are in the order of their seq.
 ///
-/// Durability: each line is one write(2) on a descriptor in append mode, so that a line whose append
-/// succeeded outlives the process, kill -9 included. fdatasync runs at close only: a power cut may cost the
-/// last moments. That is the same promise that the paper broker's store gives.
+/// Durability: each line is one write(2) on a descriptor in append mode. So a line whose append succeeded
+/// survives the process, even after kill -9. fdatasync runs only at close, so a power cut may lose the last
+/// moments. The paper broker's store gives the same guarantee.
 ///
-/// A file that is deleted, moved or cut while it is open is noticed by checkFile; the journal then goes on in
+/// checkFile notices if the file was deleted, moved or cut while it is open. The journal then continues in
 /// the file at the path.
 ///
-/// A write that fails or comes out short puts the journal in the failed state: every append is refused with
-/// the cause until a probe succeeds. What a short write left behind is closed with a newline before anything
-/// else is written, and readers show it as damaged.
+/// If a write fails or is incomplete, the journal is in the failed state: every append is refused with the
+/// cause until a probe succeeds. After an incomplete write, the partial line is ended with a newline before
+/// anything else is written. Readers show it as damaged.
 class CJournal {
 public:
     CJournal() = default;
-    /// Closes the file without a record: an orderly end is a call of close.
+    /// Closes the file without writing a record. For an orderly end call close first.
     ~CJournal();
     CJournal(const CJournal&) = delete;
     CJournal& operator=(const CJournal&) = delete;
 
-    /// Opens or makes FOLDER/journal.jsonl and writes a `started` record with `recovered`, `after_crash` and
-    /// `pid`. A last line without newline, as a crash leaves it, is closed with one, and `recovered` is true.
-    /// On failure nothing is open.
+    /// Opens or creates FOLDER/journal.jsonl and writes a `started` record with `recovered`, `after_crash`
+    /// and `pid`. If the last line has no newline, as after a crash, one is added and `recovered` is true.
+    /// After a failure the journal is not open.
     [[nodiscard]] utils::KNError open(const std::string& folder);
 
-    /// Writes one record. `fields` is an object with the event's own keys. On success the record's number
-    /// goes to `seq` where one is given. In the failed state it writes nothing and gives the cause of that
-    /// state.
+    /// Writes one record. `fields` is an object with the event's own keys. On success the record's number is
+    /// stored in `seq`, if given. In the failed state it writes nothing and returns the cause of that state.
     [[nodiscard]] utils::KNError append(const std::string& kind, const CJson& fields,
                                         std::int64_t* seq = nullptr);
 
-    /// Looks whether the open file is still the one at the path, and as long as it was written. If another
-    /// file or none is at the path, goes on in the file there, which it makes if need be. Of a file that was
-    /// deleted, the lines since the look before are written again, so that they are not lost with it. In any
-    /// case a `continued` record with the cause and the largest numbers follows. Gives the cause for people;
-    /// empty: nothing changed. If the file at the path cannot be used, the journal is in the failed state
-    /// afterwards. In the failed state, the lines and the `continued` record that cannot be written wait for
-    /// a probe. Two system calls if nothing changed: meant for once a second.
+    /// Checks whether the open file is still at the path and still has its written length. If the path has
+    /// another file or none, the journal continues in the file at the path and creates it if needed. If the
+    /// old file was deleted, its lines since the previous check are written again, so that they are not lost.
+    /// After every change a `continued` record with the cause and the largest numbers is written. Returns the
+    /// cause as a text for the user; empty if nothing changed. If the file at the path cannot be used, the
+    /// journal is in the failed state afterwards. In the failed state, the lines and the `continued` record
+    /// wait for a probe. It needs two system calls if nothing changed, and is meant to be called once a
+    /// second.
     std::string checkFile();
 
-    /// In the failed state: goes on in the file at the path if checkFile could not, closes a half line,
-    /// writes the lines that wait since checkFile, a `resumed` record with the cause and the number of
-    /// records refused meanwhile, and the `continued` record that waits. If all of it is written, the state
-    /// ends. Outside the failed state it does nothing and succeeds.
+    /// Tries to end the failed state. Continues in the file at the path if checkFile could not, and ends a
+    /// partial line. Then it writes the lines that wait since checkFile, a `resumed` record with the cause
+    /// and the number of records refused meanwhile, and the waiting `continued` record. If all of it is
+    /// written, the failed state ends. Outside the failed state it does nothing and succeeds.
     [[nodiscard]] utils::KNError probe();
 
     bool isFailed() const { return !failure().isSuccess(); }
-    /// The cause of the failed state; success outside it.
+    /// The cause of the failed state. Success if the journal is not in that state.
     utils::KNError failure() const;
 
-    /// Number of the last broker event (`order` and `fill` records) that was journalled; 0 where there was
-    /// none. The paper broker delivers again what comes after it.
+    /// Number of the last broker event (`order` and `fill` records) in the journal; 0 if there is none. The
+    /// paper broker delivers later events again.
     std::int64_t lastBrokerEvent() const;
 
-    /// Largest number of a task, an order and a fill that the journal has; 0 if it has none. The paper broker
-    /// gives no number up to it again.
+    /// Largest number of a task, an order and a fill in the journal; 0 if there is none. The paper broker
+    /// uses only larger numbers for new ones.
     int lastTask() const;
     int lastOrder() const;
     int lastFill() const;
 
-    /// Whether the file held lines when it was opened, and the last was not `stopped`.
+    /// Whether the file had lines when it was opened and the last one was not `stopped`.
     bool isAfterCrash() const;
 
     /// Number of the last record written.
     std::int64_t lastSeq() const;
 
-    /// Writes a `stopped` record with the reason, brings the file to the disk and closes it. In the failed
-    /// state it first does what a probe does. The file is closed whatever comes back.
+    /// Writes a `stopped` record with the reason, flushes the file to disk and closes it. In the failed state
+    /// it first does the work of a probe. The file is closed even if an error is returned.
     [[nodiscard]] utils::KNError close(const std::string& reason);
 
 private:
@@ -110,12 +111,12 @@ private:
     std::int64_t m_nRefused = 0;
     bool m_bHalfLine = false; ///< the file ends within a line
     bool m_bAfterCrash = false;
-    bool m_bElsewhere = false;       ///< another file, or none, is at the path
-    std::int64_t m_nSize = 0;        ///< bytes of the file, as far as this journal knows
-    std::int64_t m_nCheckedSize = 0; ///< m_nSize at the opening, or when checkFile found all in order
-    std::int64_t m_nCheckedSeq = 0;  ///< m_nLastSeq at the same time
-    std::string m_strContinued; ///< cause of the `continued` record that could not be written yet, or empty
-    std::string m_strUnwritten; ///< whole lines of a deleted file that no file has yet
+    bool m_bElsewhere = false;       ///< the path has another file or none
+    std::int64_t m_nSize = 0;        ///< known size of the file in bytes
+    std::int64_t m_nCheckedSize = 0; ///< m_nSize at the opening or at the last successful check
+    std::int64_t m_nCheckedSeq = 0;  ///< m_nLastSeq at that moment
+    std::string m_strContinued;      ///< cause of the `continued` record that still must be written, or empty
+    std::string m_strUnwritten;      ///< whole lines of a deleted file that still must be written
     utils::KNError m_failure;
 };
 

@@ -13,7 +13,7 @@ namespace {
 using kit::enumValue;
 using kit::textValue;
 
-/// The first object with the keys of the second behind its own.
+/// Appends the keys of the second object to the first.
 CJson followedBy(CJson first, CJson second) {
     for (auto& [key, value] : second.get_ref<CJson::object_t&>())
         first[key] = std::move(value);
@@ -23,7 +23,7 @@ CJson followedBy(CJson first, CJson second) {
 } // namespace
 
 CJson commandFields(const TC::COrderComandParam& command, std::optional<int> task) {
-    // The task is first: JournalTail looks for it there.
+    // The task must be the first key, because JournalTail searches for it there.
     return followedBy(CJson{{"task", task ? CJson(*task) : CJson()}}, kit::commandJson(command));
 }
 

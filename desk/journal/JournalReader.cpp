@@ -13,11 +13,11 @@
 namespace desk {
 namespace {
 
-/// The desk looks once a second whether its file is still at the path, and writes into the old one until
-/// then.
+/// The desk checks once a second whether its file is still at the path. Until it notices a change, it writes
+/// into the old file.
 constexpr double kMostLookSeconds = 1.0;
 
-/// Whether a desk has gone over to the file.
+/// Whether a desk already writes to this file.
 bool hasContinued(const std::string& path) {
     std::ifstream stream(path, std::ios::binary);
     for (std::string line; std::getline(stream, line);) {
@@ -27,7 +27,7 @@ bool hasContinued(const std::string& path) {
     return false;
 }
 
-/// Moves the record that follows a torn line in the same line to `behind`.
+/// If a record follows a torn line in the same line, moves that record to `behind`.
 void splitOffRecord(CJournalLine& line, std::optional<CJournalLine>& behind) {
     const std::size_t place = recordBehindTornLine(line.m_strText);
     if (place == 0) return;
@@ -61,7 +61,7 @@ bool CJournalReader::openPath() {
 
 bool CJournalReader::reopenIfChanged() {
     struct stat status {};
-    // No file: the desk makes a new one when it next looks.
+    // If there is no file, the desk creates one at its next check.
     if (::stat(m_strPath.c_str(), &status) != 0) return false;
     const bool isSame = status.st_dev == m_nDevice && status.st_ino == m_nInode;
     const bool isCut = isSame && static_cast<std::uint64_t>(status.st_size) < m_nRead;
@@ -73,7 +73,7 @@ bool CJournalReader::reopenIfChanged() {
     return (isCut || isOldFileRead()) && openPath();
 }
 
-/// Whether no line can come to the old file any more, and next was asked since that is so.
+/// Whether nothing more will be written to the old file and next was called since then.
 bool CJournalReader::isOldFileRead() {
     if (m_bLastLines) return true;
     const double now = utils::getTime();
@@ -84,7 +84,7 @@ bool CJournalReader::isOldFileRead() {
 
 std::optional<CJournalLine> CJournalReader::next() {
     if (m_next) return std::exchange(m_next, std::nullopt);
-    m_stream.clear(); // an end of file met earlier is no end: the file may have grown
+    m_stream.clear(); // the file may have grown since its end was reached
     std::string part;
     while (std::getline(m_stream, part)) {
         m_strHalfLine += part;

@@ -9,31 +9,32 @@
 
 namespace desk {
 
-/// One line of a journal as it stands in the file, without its newline.
+/// One line of a journal as it is in the file, without its newline.
 struct CJournalLine {
     std::string m_strText;
-    bool m_bDamaged = false; ///< no JSON object with a `kind`: what a crash or a full disk cut short
+    bool m_bDamaged = false; ///< not a JSON object with a `kind`; cut by a crash or a full disk
 };
 
-/// Reads a journal line by line, also while it is being written. One thread.
+/// Reads a journal line by line, even while a desk writes it. Not thread-safe.
 class CJournalReader {
 public:
-    /// Fails where the folder holds no journal that can be read.
+    /// Fails if the folder has no readable journal.
     [[nodiscard]] utils::KNError open(const std::string& folder);
 
-    /// The next whole line, or empty while there is none; a later call sees what was appended since. A record
-    /// that follows a torn line without a line end comes as a line of its own.
+    /// The next whole line, or not set if there is none yet. A later call also returns lines that were
+    /// appended since. If a record follows a torn line without a newline, it is returned as a separate line.
     std::optional<CJournalLine> next();
 
-    /// Whether another file is at the journal's path by now, or the file is shorter than what was read. Then
-    /// next goes on at the beginning of what is there. A desk writes into the old file until it notices the
-    /// change, so another file is gone over to only once it has a `continued` line, or more than a second
-    /// after the change was seen by the clock of base/Clock.h, and one call later. For a reader that waits,
-    /// once next has nothing more; to be called again and again.
+    /// Checks whether another file is at the journal's path, or whether the file is shorter than the bytes
+    /// already read. If so, it opens the present file and returns true; next then starts at its beginning. A
+    /// desk writes into the old file until it notices the change. So the reader first waits until the other
+    /// file has a `continued` line, or until more than a second has passed since it saw the change, by the
+    /// clock of base/Clock.h. It opens the other file one call later, so that next can read the last lines of
+    /// the old file. A reader that waits for lines calls it repeatedly, when next has no more lines.
     bool reopenIfChanged();
 
-    /// What stands behind the last newline, as a damaged line; empty where nothing does. For a reader that
-    /// does not wait.
+    /// The text after the last newline, as a damaged line; not set if there is none. For a reader that does
+    /// not wait for more lines.
     std::optional<CJournalLine> rest() const;
 
 private:
@@ -42,12 +43,12 @@ private:
 
     std::string m_strPath;
     std::ifstream m_stream;
-    std::uint64_t m_nDevice = 0, m_nInode = 0; ///< of the open file
-    std::uint64_t m_nRead = 0;                 ///< bytes of it
+    std::uint64_t m_nDevice = 0, m_nInode = 0; ///< device and inode of the open file
+    std::uint64_t m_nRead = 0;                 ///< bytes read from the open file
     std::string m_strHalfLine;
-    std::optional<double> m_changeSeen; ///< when another file was first seen at the path
-    bool m_bLastLines = false;          ///< nothing more is written to the open file
-    std::optional<CJournalLine> m_next; ///< the record behind a torn line
+    std::optional<double> m_changeSeen; ///< clock time at which another file was first seen at the path
+    bool m_bLastLines = false;          ///< nothing more will be written to the open file
+    std::optional<CJournalLine> m_next; ///< the record after a torn line
 };
 
 } // namespace desk

@@ -19,8 +19,8 @@
 namespace desk {
 namespace {
 
-/// The task follows the keys that every line has. Commands without one are not parsed: those that were
-/// refused, and all that older desks wrote.
+/// The task key follows the keys that every line has. A command without a task is not parsed: it was refused,
+/// or an older desk wrote it.
 constexpr std::string_view kTaskKey = R"("task":)";
 constexpr std::size_t kTaskEnd = 128;
 
@@ -37,7 +37,7 @@ CJson parsed(std::string_view line) {
     return CJson::parse(line, nullptr, false);
 }
 
-/// The number under the key, or 0 where the record is damaged or has none.
+/// The number with this key, or 0 if the record is damaged or has none.
 std::int64_t numberIn(const CJson& record, const char* key) {
     if (!record.is_object()) return 0;
     const auto value = record.find(key);
@@ -48,7 +48,7 @@ int smallNumberIn(const CJson& record, const char* key) {
     return static_cast<int>(numberIn(record, key));
 }
 
-/// Takes the records of a journal from the last to the first, until all numbers are known.
+/// Takes the records of a journal from the last to the first until all numbers are known.
 class CTailNumbers {
 public:
     explicit CTailNumbers(CJournalTail& tail) : m_tail(tail) {}
@@ -68,8 +68,9 @@ public:
     }
 
 private:
-    /// An order that is new is `working` or `rejected`, or filled at once if it does not trade; those before
-    /// it have smaller numbers. Later lines of an order have other words, so the search goes on there.
+    /// The first record of an order has the status `working` or `rejected`, or `filled` if the order does not
+    /// trade. All orders before it have smaller numbers. A record with any other status may be a later record
+    /// of an older order, so the search continues.
     void takeOrder(const CJson& record) {
         takeEvent(record);
         if (m_bOrdersKnown || !record.is_object()) return;
@@ -93,7 +94,7 @@ private:
     }
 
     CJournalTail& m_tail;
-    bool m_bOrdersKnown = false; ///< what is further ahead has no larger number
+    bool m_bOrdersKnown = false; ///< earlier lines have no larger order number
 };
 
 void readTail(std::string_view text, CJournalTail& tail) {
@@ -112,7 +113,7 @@ void readTail(std::string_view text, CJournalTail& tail) {
     }
 }
 
-/// A file's bytes without reading them all: of a long journal only the last pages are touched.
+/// Maps a file into memory, so that only the last pages of a long journal are read.
 class CFileView {
 public:
     explicit CFileView(const std::string& path) {

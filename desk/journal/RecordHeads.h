@@ -4,8 +4,8 @@
 
 namespace desk {
 
-/// How lines of the journal begin. A search through a long day compares these first and parses only the lines
-/// that it needs.
+/// The beginnings of journal lines. A search compares them first and parses only the lines that it needs,
+/// because a journal may be long.
 inline constexpr std::string_view kOrderHead = R"({"kind":"order",)";
 inline constexpr std::string_view kFillHead = R"({"kind":"fill",)";
 inline constexpr std::string_view kContinuedHead = R"({"kind":"continued",)";

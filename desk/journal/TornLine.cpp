@@ -18,7 +18,7 @@ bool isRecord(std::string_view text) {
 
 std::size_t recordBehindTornLine(std::string_view line) {
     std::size_t place = line.find(kRecordHead, 1);
-    // Nearly all lines end here, and none of them is parsed.
+    // Nearly all lines return here without being parsed.
     if (place == std::string_view::npos || isRecord(line)) return 0;
     while (place != std::string_view::npos && !isRecord(line.substr(place)))
         place = line.find(kRecordHead, place + 1);

@@ -8,9 +8,9 @@ namespace desk {
 /// Whether the text is a journal record: a JSON object whose `kind` is a text.
 bool isRecord(std::string_view text);
 
-/// Where the record begins that a line of a journal holds behind a torn line; 0 if there is none. A torn line
-/// without a line end, as a file that was cut leaves it, has the next record in the same line. A line that is
-/// a record as a whole is never cut: objects within it may begin with a `kind` of their own.
+/// The position of a record that follows a torn line in the same journal line; 0 if there is none. A torn
+/// line without a newline, as in a file that was cut, is followed by the next record in the same line. A line
+/// that is one whole record is never split, because objects inside it may also begin with a `kind`.
 std::size_t recordBehindTornLine(std::string_view line);
 
 } // namespace desk

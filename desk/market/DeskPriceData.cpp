@@ -5,8 +5,8 @@
 namespace desk {
 namespace {
 
-/// A run of price types and the book levels that they name, the first level counted from 0; `step` is the
-/// direction.
+/// A range of price types and the book levels that they name. Levels are counted from 0. `step` is 1 or -1:
+/// the change of the level from one type to the next.
 struct CLevelRow {
     int firstType;
     int lastType;

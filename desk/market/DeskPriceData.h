@@ -5,14 +5,15 @@
 
 namespace desk {
 
-/// A quote of the desk as the order road asks for it. Immutable.
+/// A quote of the desk, for the order service. Immutable.
 ///
-/// A level's price type gives the level's price, the latest type the last price. A level that is empty, and
-/// every type that no quote has, is unset. The price for calculations is the one for orders; where there is
-/// none the road takes the fallback, which is the previous close or, without one, the last price.
+/// A price type that names a level gives the level's price; the latest type gives the last price. The price
+/// is unset if the level is empty or if quotes do not have the price type. The price for calculations equals
+/// the price for orders. If it is unset, the order service uses the fallback: the previous close, or, if that
+/// is missing too, the last price.
 ///
-/// The desk counts no trades of the day. An instrument is shown as traded while its book has a price; one
-/// with an empty book is suspended.
+/// The desk does not count the trades of the day. An instrument is reported as traded if its book has a
+/// price. An instrument with an empty book is reported as suspended.
 class CDeskPriceData : public TC::CPriceData {
 public:
     explicit CDeskPriceData(const CQuoteEntry& quote);

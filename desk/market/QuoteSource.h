@@ -8,15 +8,15 @@
 
 namespace desk {
 
-/// Where the paper broker learns instruments and quotes. Any thread. A derivative is found by its plain code
-/// as well as by its key.
+/// The source of instruments and quotes for the paper broker. Any thread. A derivative is found by its plain
+/// code and by its key.
 class IQuoteSource {
 public:
     virtual ~IQuoteSource() = default;
 
-    /// The instrument, or empty where the key is unknown.
+    /// The instrument, or empty if the key is unknown.
     virtual std::optional<CInstrumentEntry> instrument(const std::string& stockKey) const = 0;
-    /// The latest quote, or empty while there is none.
+    /// The latest quote, or empty if there is none yet.
     virtual std::optional<CQuoteEntry> quote(const std::string& stockKey) const = 0;
 };
 

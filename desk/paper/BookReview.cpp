@@ -10,7 +10,7 @@
 namespace desk {
 namespace {
 
-/// The instrument of something in the book; empty where the folder has no account that could trade it.
+/// The instrument of a record in the book. Empty if the folder has no account that could trade it.
 std::optional<CInstrumentEntry> tradableBy(const IQuoteSource& quotes,
                                            const std::vector<CAccountEntry>& accounts,
                                            const std::string& account, const std::string& stock) {
@@ -34,7 +34,7 @@ std::string multiplierMistake(const char* verb, int before, int now, const char*
            "; set it back in instruments.csv until nothing of it is " + until;
 }
 
-/// What is wrong, or an empty text.
+/// The text of the mistake, or an empty text.
 std::string mistakeOf(const CPaperPosition& held, const CInstrumentEntry& instrument) {
     if (!isPaidAsItsKind(held, instrument.kind)) {
         return std::string("was not paid for as instruments of its kind are; take the account out of the "

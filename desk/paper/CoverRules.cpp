@@ -6,7 +6,7 @@
 
 #include <iterator>
 
-/// The rules that look at what an account has and owes.
+/// The rules about what an account has and owes.
 namespace desk {
 namespace {
 
@@ -17,7 +17,8 @@ std::int64_t returnable(const CAcceptance& a) {
     return debt != nullptr ? debt->returnable() : 0;
 }
 
-/// How much of what is closed is there; kNoVolume where the order does not only close.
+/// The volume that is available to close or to return. kNoVolume for an order that does neither, or that may
+/// also open.
 std::int64_t closable(const CAcceptance& a) {
     if (closesOnly(a.m_order)) return closableVolume(a.m_book, a.m_order);
     return returnsShares(a.m_order) ? returnable(a) : kNoVolume;
@@ -48,7 +49,7 @@ const char* closingVerb(const CAcceptance& a) {
     return operationOf(a.m_order).m_eSide == kit::ETradeSide::Sell ? "sell" : "return";
 }
 
-/// Both sides: what the order closes, and what it would add to.
+/// Checks both sides: the position that the order closes and the position that it would add to.
 std::string checkMultiplier(const CAcceptance& a) {
     for (const EPositionSide side : {closedSide(a.m_order), openedSide(a.m_order)}) {
         const CPaperPosition* held =
@@ -61,7 +62,7 @@ std::string checkMultiplier(const CAcceptance& a) {
     return {};
 }
 
-/// What is lent and given back must be shares of the same size.
+/// Shares that are borrowed and returned must have the same multiplier.
 std::string checkOwedMultiplier(const CAcceptance& a) {
     const CPaperDebt* debt = a.m_book.m_debts.find({a.m_order.m_strAccount, a.m_order.m_strStock});
     if (!movesOwedShares(a.m_order) || debt == nullptr || debt->m_nVolume == 0 ||
@@ -120,7 +121,7 @@ std::string checkNeeds(const CAcceptance& a) {
     if (needs->m_nCredit != 0)
         return shortage("credit", needs->m_nCredit, creditLeft(a.m_book, a.m_order.m_strAccount));
     const std::string text = shortage("funds", needs->m_nMoney, availableFunds(a));
-    // An order that takes no money is never short of it, even on an account that has lost all of its own.
+    // An order that needs no money is accepted even if the account's available money is negative.
     if (text.empty() || needs->m_nMoney == 0) return {};
     return isMarket ? "not enough funds for what the book has" : text;
 }
@@ -136,7 +137,7 @@ std::string checkRepayment(const CAcceptance& a) {
     return shortage("funds", *amount, availableFunds(a));
 }
 
-/// In this order: a rule may rely on those above it.
+/// The order matters: a rule may rely on the rules above it.
 constexpr std::string (*kCoverRules[])(const CAcceptance&) = {
     checkMultiplier, checkOwedMultiplier, checkPosition, checkSharesOwed,
     checkMoneyOwed,  checkUnit,           checkNeeds,    checkRepayment,

@@ -6,8 +6,8 @@
 
 namespace desk {
 
-/// The rules of positions, debts, credit and money: why an order is rejected, or an empty text. They come
-/// last: they rely on those of the order itself.
+/// The rules about positions, debts, credit and money. Returns why the order is rejected, or an empty text.
+/// These rules run last because they rely on the rules about the order itself.
 std::string coverRejection(const CAcceptance& acceptance);
 
 } // namespace desk

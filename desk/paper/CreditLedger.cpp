@@ -5,7 +5,7 @@
 namespace desk {
 namespace {
 
-const std::string kMoneyDebt; // stands where other debts have their instrument
+const std::string kMoneyDebt; // a debt of money has this key instead of an instrument
 
 } // namespace
 

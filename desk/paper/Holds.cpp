@@ -8,7 +8,7 @@
 namespace desk {
 namespace {
 
-/// Parts of a position that an order may close.
+/// The parts of a position that an order may close.
 struct CParts {
     std::int64_t m_nEarlier = 0;
     std::int64_t m_nToday = 0;
@@ -24,18 +24,19 @@ CParts closableParts(const CPaperBook& book, const CPaperOrder& order) {
     parts.m_nEarlier = position->m_nVolume - position->m_nFrozen - parts.m_nToday;
     if (closing == EClosing::Earlier) parts.m_nToday = 0;
     if (closing == EClosing::Today) parts.m_nEarlier = 0;
-    // Shares bought today are part of the volume, but not of what can be closed.
+    // Shares bought today are part of the volume but cannot be closed today.
     parts.m_nEarlier = std::min(parts.m_nEarlier, position->available());
     parts.m_nToday = std::min(parts.m_nToday, position->available() - parts.m_nEarlier);
     return parts;
 }
 
-/// How much of a volume that trades next takes the order's money. What the order closes trades first.
+/// The part of a volume, traded next, for which the order needs money. The order's closing part trades first.
 int unitsInMoney(const CPaperOrder& order, int volume) {
     return paysForClosing(order) ? volume : std::max(0, volume - order.closing());
 }
 
-/// Of what the order's shares were sold for, what no other return has claimed.
+/// The order's part of the money for which the shares owed were sold, without the money that other returns
+/// have claimed.
 CMoney unclaimedProceeds(const CPaperBook& book, const CPaperOrder& order) {
     const CPaperDebt* debt = book.m_debts.find({order.m_strAccount, order.m_strStock});
     if (debt == nullptr || debt->returnable() <= 0) return 0;
@@ -43,8 +44,8 @@ CMoney unclaimedProceeds(const CPaperBook& book, const CPaperOrder& order) {
     return partOf(debt->m_nAmount - debt->m_nClaimed, volume, debt->returnable());
 }
 
-/// What the book offers the order now: the worth of the units that take money, their number, and what
-/// returning them frees.
+/// What the book offers the order now: the worth and the number of the units that need money, and the
+/// proceeds that returning the shares frees.
 struct COffer {
     CMoney m_nWorth = 0;
     int m_nUnits = 0;
@@ -62,7 +63,7 @@ std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order) 
         if (!isWithinLimit(order, level.m_nPrice)) continue;
         std::int64_t volume = std::min(rest, level.m_nVolume);
         if (volume == 0) break;
-        // Level by level as they are freed: every part is rounded.
+        // Counts level by level, because proceeds are freed per level and each part is rounded.
         const CMoney freed = partOf(proceeds, volume, rest);
         offer.m_nProceeds += freed;
         proceeds -= freed;
@@ -78,7 +79,7 @@ std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order) 
     return offer;
 }
 
-/// proceeds: what the order frees of its account's money, which pays for buying back.
+/// `proceeds` is the held money that the order frees. It pays for buying the shares back.
 CNeeds needsOfWorth(const CPaperOrder& order, CMoney amount, CMoney proceeds) {
     if (takesCredit(order)) return {0, amount};
     if (returnsShares(order)) return {order.isBuy() ? std::max<CMoney>(0, amount - proceeds) : 0, 0};
@@ -86,7 +87,8 @@ CNeeds needsOfWorth(const CPaperOrder& order, CMoney amount, CMoney proceeds) {
     return {rateOf(amount, order.m_nMarginRate), 0};
 }
 
-/// What a volume of the order holds at its limit. Orders without one hold nothing: they do not wait.
+/// The money and credit that a volume of the order holds at its limit. An order without a limit holds
+/// nothing, because it does not wait.
 CNeeds needsAtLimit(const CPaperOrder& order, int volume) {
     const std::optional<CMoney> amount = worthOf(order, order.m_nPrice, unitsInMoney(order, volume));
     return needsOfWorth(order, amount.value_or(0), order.m_nProceeds);
@@ -120,7 +122,7 @@ void claim(CPaperBook& book, CPaperOrder& order, int volume, CMoney proceeds) {
     order.m_nProceeds += proceeds;
 }
 
-/// What closes of a volume is taken from the part of the position that its operation closes first.
+/// The closing part of a volume is first taken from the part of the position that the operation closes first.
 CReleased takeFromPlan(CPaperOrder& order, int volume) {
     CReleased released;
     if (order.closing() == 0) return released;
@@ -143,7 +145,7 @@ CReleased releaseVolume(CPaperBook& book, CPaperOrder& order, int volume) {
     return released;
 }
 
-/// The credit that the order can take: its own, and what the account has left.
+/// The credit that the order can use: the credit that it holds, and the unused credit of the account.
 CMoney creditWithin(const CPaperBook& book, const CPaperOrder& order) {
     return order.m_nCredit + std::max<CMoney>(0, creditLeft(book, order.m_strAccount));
 }
@@ -174,11 +176,11 @@ std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order) 
     const std::optional<CMoney> atLimit = worthOf(order, order.m_nPrice, unitsInMoney(order, order.rest()));
     const std::optional<COffer> offer = offerOf(book, order);
     if (!atLimit || !offer) return {};
-    // A sale that opens may find better prices than its limit, and then takes more.
+    // A sale that opens may trade at better prices than its limit, and then needs a larger margin.
     const int waiting = order.m_bMarket ? 0 : unitsInMoney(order, order.rest()) - offer->m_nUnits;
     const std::optional<CMoney> later = worthOf(order, order.m_nPrice, waiting);
     if (!later || offer->m_nWorth + *later > kMaxMoney) return {};
-    // What an order without a limit does not find is cancelled, and frees nothing.
+    // The rest of an order without a limit is cancelled and frees nothing.
     const CMoney proceeds = order.m_bMarket ? offer->m_nProceeds : unclaimedProceeds(book, order);
     return needsOfWorth(order, std::max(*atLimit, offer->m_nWorth + *later), proceeds);
 }

@@ -5,52 +5,55 @@
 #include <cstdint>
 #include <optional>
 
-/// What waiting orders hold of an account: money, credit, positions, and shares that they will return. All of
-/// it is taken and given back here.
+/// What waiting orders hold of an account: money, credit, positions, and shares that they will return. All
+/// holds are made and released here.
 namespace desk {
 
-/// What the order could close now of the position that it points at, by its operation.
+/// The volume that the order could close now. Account, instrument and operation of the order select the
+/// position.
 std::int64_t closableVolume(const CPaperBook& book, const CPaperOrder& order);
 
-/// Divides the order: what it closes of today's volume and of the earlier one, at most what can be closed.
-/// What is left of it opens.
+/// Divides the order's volume into the part that closes volume opened today, the part that closes earlier
+/// volume, and the rest, which opens. Closes at most what can be closed.
 void planClosing(const CPaperBook& book, CPaperOrder& order);
 
-/// What an order takes when it trades.
+/// The money and the credit that an order takes when it trades.
 struct CNeeds {
     CMoney m_nMoney = 0;
     CMoney m_nCredit = 0;
 };
 
-/// What the order, which holds nothing yet, needs: at its limit, or at the prices that the book offers it now
-/// where they take more. Without a limit only the book's prices count, and of shares that go back only the
-/// proceeds of those that it offers. Empty where it is beyond kMaxMoney.
+/// The money and the credit that the order needs. The order must not hold anything yet. Counts the larger of
+/// two amounts: at the order's limit, or at the prices that the book offers now. An order without a limit
+/// counts only the book's prices. If such an order returns shares, only the proceeds of the shares that the
+/// book offers pay for it. Empty if the amount is beyond kMaxMoney.
 std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order);
 
-/// Holds what the accepted order needs at its limit. A return of shares also claims its part of what they
-/// were sold for, so that later sales and returns do not change what it counts on.
+/// Holds what the accepted order needs at its limit. An order that returns shares also claims its part of the
+/// money for which they were sold. So later sales and returns do not change the money that it relies on.
 void hold(CPaperBook& book, CPaperOrder& order);
 
-/// How much of a volume the order may trade at a price: what it borrows must find room in its own credit and
-/// in what is left of the account's, so that a price above its limit does not take the account beyond its
-/// own.
+/// The part of `volume` that the order may trade at a price. An order that borrows must pay with its own held
+/// credit and with the unused credit of the account. So a trade at a price above its limit does not take the
+/// account over its credit limit.
 int tradableVolume(const CPaperBook& book, const CPaperOrder& order, CMoney price, int volume);
 
-/// What a volume that is about to trade, or to be returned, takes out of the order's plan.
+/// The part of an order's plan that belongs to a volume which is about to be traded or returned.
 struct CReleased {
-    int m_nClosed = 0;      ///< this much of it closes
-    int m_nClosedToday = 0; ///< of which was opened today
-    CMoney m_nProceeds = 0; ///< of the shares returned: what they were sold for
+    int m_nClosed = 0;      ///< volume that closes a position
+    int m_nClosedToday = 0; ///< part of m_nClosed that was opened today
+    CMoney m_nProceeds = 0; ///< money for which the returned shares were sold
 };
 
-/// Gives back what the order held for a volume, at most tradableVolume; its rest goes on holding what it
-/// needs at its limit, or what the price leaves of its credit.
+/// Releases what the order held for a volume, which is at most tradableVolume. Afterwards the rest of the
+/// order holds what it needs at its limit. If the trade left less credit than that, the rest holds the credit
+/// that is left.
 CReleased releaseTraded(CPaperBook& book, CPaperOrder& order, CMoney price, int volume);
 
-/// Gives back all that the rest of the order holds.
+/// Releases everything that the rest of the order holds.
 void releaseRest(CPaperBook& book, CPaperOrder& order);
 
-/// Whether the order trades at a price.
+/// Whether the order's limit allows a trade at this price.
 bool isWithinLimit(const CPaperOrder& order, CMoney price);
 
 } // namespace desk

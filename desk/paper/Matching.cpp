@@ -33,7 +33,7 @@ void match(CPaperBook& book, CPaperOrder& order) {
         const int volume = tradableVolume(book, order, level.m_nPrice, offered);
         isShortOfCredit = volume < offered;
         const std::optional<CMoney> amount = worthOf(order, level.m_nPrice, volume);
-        if (amount && volume != 0) { // nobody trades at a price beyond all money
+        if (amount && volume != 0) { // no amount: the worth is beyond kMaxMoney
             level.m_nVolume -= volume;
             fill(book, order, level.m_nPrice, *amount, volume);
         }

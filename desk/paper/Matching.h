@@ -4,15 +4,15 @@
 
 #include <string>
 
-/// How the paper broker trades: steps on the book, each within a change. None fails.
+/// How the paper broker trades. Each function changes the book within the caller's change. None fails.
 namespace desk {
 
-/// Fills the order against what the instrument's quote still offers, level by level at the level's price, up
-/// to its limit, and announces the new state where it changed. What a better price leaves without credit is
-/// cancelled.
+/// Fills the order from the volumes that the instrument's quote still offers: level by level, each at its own
+/// price, up to the order's limit. Announces the new state if it changed. If the credit is too small for a
+/// better price, the rest of the order is cancelled.
 void match(CPaperBook& book, CPaperOrder& order);
 
-/// Ends an open order, gives back what it holds, and announces it.
+/// Cancels an open order, releases what it holds, and announces it.
 void cancel(CPaperBook& book, CPaperOrder& order, const std::string& reason);
 
 } // namespace desk

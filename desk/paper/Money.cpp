@@ -20,8 +20,7 @@ std::optional<CMoney> toMoney(double amount) {
 
 std::optional<CMoney> toPrice(double price) {
     const std::optional<CMoney> money = toMoney(price);
-    // Large prices cannot hold the step exactly any more; the tolerance grows with what a double can tell
-    // apart.
+    // A double cannot represent a large price exactly to the step, so the tolerance grows with the price.
     const double tolerance = TC::kPriceTolerance + std::fabs(price) * 1e-15;
     if (!money || std::fabs(fromMoney(*money) - price) > tolerance) return {};
     return money;

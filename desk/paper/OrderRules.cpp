@@ -15,7 +15,7 @@ namespace {
 using TC::EOperationType;
 using TC::EPriceType;
 
-/// Runs of price types whose limit stands in the record.
+/// A range of price types for which the record contains the limit.
 struct CPriceTypeRange {
     EPriceType m_eFirst;
     EPriceType m_eLast;
@@ -32,7 +32,7 @@ std::string numberText(E value) {
     return std::to_string(static_cast<int>(value));
 }
 
-/// The family's row, which every rule behind checkFamily may rely on.
+/// The family's row. Not null in the rules after checkFamily.
 const CPaperFamily* familyOf(const CAcceptance& a) {
     return findPaperFamily(a.m_order.m_eFamily);
 }
@@ -52,7 +52,7 @@ std::string checkOperation(const CAcceptance& a) {
     return name + " does not belong to product family " + numberText(a.m_order.m_eFamily);
 }
 
-/// Commands of options carry the mark of hedging too; it says nothing there.
+/// Commands for options have the hedge mark too, but it has no meaning there.
 bool isHedged(const TC::COrderComandParam& command) {
     return command.m_eHedgeType == TC::EQdHedgeType::Hedge &&
            command.m_eTraderType != TC::EQdTraderType::Option;
@@ -109,7 +109,7 @@ std::string checkPrice(const CAcceptance& a) {
     return {};
 }
 
-/// In this order: a rule may rely on those above it.
+/// The order matters: a rule may rely on the rules above it.
 constexpr std::string (*kOrderRules[])(const CAcceptance&) = {
     checkFamily,     checkOperation, checkPlainOrder, checkAccount,
     checkInstrument, checkVolume,    checkPrice,      coverRejection,

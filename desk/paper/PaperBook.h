@@ -14,23 +14,23 @@
 
 namespace desk {
 
-/// One price of a quote and what is still to be had at it.
+/// One price level of a quote and the volume that is still available at it.
 struct CBookLevel {
     CMoney m_nPrice = 0;
     std::int64_t m_nVolume = 0;
 };
 
-/// What the latest quote of an instrument still offers.
+/// The volume that the latest quote of an instrument still offers.
 struct CBookSides {
     std::vector<CBookLevel> m_buy;  ///< best first
     std::vector<CBookLevel> m_sell; ///< best first
 };
 
-/// Empty levels, and levels without a usable price, are left out.
+/// The usable levels of a quote. Levels without a volume or without a usable price are left out.
 CBookSides sidesOf(const CQuoteEntry& quote);
 
-/// The broker's state in memory. A change edits it and ends with keep or rollBack; what stands between is
-/// what one store transaction writes. Not thread safe: the broker's mutex guards it.
+/// The broker's state in memory. A change edits it and ends with keep or rollBack. One store transaction
+/// writes the edits of one change. Not thread-safe: the broker's mutex guards it.
 class CPaperBook {
 public:
     using CPositionKey = std::tuple<std::string, std::string, EPositionSide>; ///< account, instrument
@@ -41,7 +41,7 @@ public:
         int m_nLastOrder = 0;
         int m_nLastFill = 0;
         std::int64_t m_nLastEvent = 0;
-        std::string m_strTradingDay; ///< "yyyyMMdd"; empty: not told yet
+        std::string m_strTradingDay; ///< "yyyyMMdd"; empty: not known yet
     };
 
     CTrackedMap<std::string, CPaperFunds> m_funds;
@@ -51,25 +51,26 @@ public:
     CTrackedMap<int, CPaperOrder> m_orders;
     CTrackedMap<int, CPaperFill> m_fills;
     CTrackedMap<std::string, CBookSides> m_sides; ///< in memory only
-    std::map<std::string, CMoney> m_creditLimits; ///< of the configuration, by account; in memory only
+    std::map<std::string, CMoney> m_creditLimits; ///< from the configuration, by account; in memory only
     CCounters m_counters;
-    std::vector<CBrokerEvent> m_events; ///< of the change that is going on
+    std::vector<CBrokerEvent> m_events; ///< events of the current change
 
-    /// Takes the number of the next task. It is used up, also if the task never comes about. Between changes.
+    /// Reserves the number of the next task. The number is used up even if no task is created. Call it only
+    /// between changes.
     int reserveTask();
-    /// id: a reserved number.
+    /// `id` must be a reserved number.
     CPaperTask& newTask(int id, std::int64_t reference, const std::string& remark);
     CPaperOrder& newOrder(int task);
-    /// The position of the order's account and instrument on a side, made where there is none.
+    /// The position of the order's account and instrument on a side. Created if missing.
     CPaperPosition& editPosition(const CPaperOrder& order, EPositionSide side);
-    /// The account's debt in the instrument, or in money where stock is empty; made where there is none.
+    /// The account's debt in the instrument, or in money if `stock` is empty. Created if missing.
     CPaperDebt& editDebt(const std::string& account, const std::string& stock);
     /// Adds a fill and its event.
     void addFill(const CPaperOrder& order, CMoney price, int volume);
-    /// Stamps the order and adds an event of its state.
+    /// Sets the order's time and adds an event with its state.
     void announce(CPaperOrder& order);
 
-    /// Ids of the resting orders of an instrument, in time priority, as of the last keep.
+    /// Ids of the waiting orders of an instrument, in time priority, as of the last keep.
     std::vector<int> resting(const std::string& stockKey) const;
     /// Ids of a task's orders as of the last keep.
     std::vector<int> ordersOfTask(int task) const;

@@ -29,7 +29,7 @@ std::vector<V> valuesOf(const CTrackedMap<K, V>& map) {
     return values;
 }
 
-/// The words of a `cancel_order` line, read. Account empty: they make no sense.
+/// The parsed words of a `cancel_order` line. The account is empty if they are not valid.
 struct COrderAddress {
     std::string m_strAccount;
     int m_nOrder = 0;
@@ -64,8 +64,8 @@ utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<C
         m_accounts[account.key] = account;
         m_book.m_creditLimits[account.key] = toMoney(account.creditLimit).value_or(0);
     }
-    // A listener that remembers more than the store, as after the store was removed, must not take new events
-    // for old.
+    // The listener may know more events than the store, for example after the store was removed. New events
+    // then need larger numbers, or the listener would take them for old ones.
     CPaperBook::CCounters& counters = m_book.m_counters;
     counters.m_nLastEvent = std::max(counters.m_nLastEvent, lastEventTaken);
     counters.m_nLastTask = std::max(counters.m_nLastTask, known.m_nTask);
@@ -90,7 +90,7 @@ utils::KNError CPaperBroker::startTradingDay(const std::string& day) {
     if (day <= known) return {};
     const bool isFirst = known.empty();
     known = day;
-    if (isFirst) return finishChange(); // the accounts came as they stand on this day
+    if (isFirst) return finishChange(); // the accounts were taken in on this day
     for (const CPaperOrder& order : valuesOf(m_book.m_orders)) {
         if (order.isOpen()) cancel(m_book, m_book.m_orders.edit(order.m_nId), "the trading day ended");
     }
@@ -217,7 +217,7 @@ utils::KNError CPaperBroker::onQuote(const std::string& stockKey) {
         m_book.m_sides.erase(stockKey);
     matchResting(stockKey);
     if (!m_book.m_events.empty()) return finishChange();
-    m_book.keep(); // the quote alone: a later change that fails must not bring an older one back
+    m_book.keep(); // so that a later change that fails does not bring the older quote back
     return {};
 }
 
@@ -229,8 +229,8 @@ void CPaperBroker::ensureQuote(const std::string& stockKey) {
     matchResting(stockKey);
 }
 
-/// What waits for an account or an instrument that the folder no longer has, or has as another kind, is left
-/// alone: nobody has compared it with the folder.
+/// False if the account or the instrument of a waiting order is no longer in the folder, or is now of another
+/// kind. Such an order was not compared with the folder (reviewBook), so it is not matched.
 bool CPaperBroker::mayTrade(const CPaperOrder& order, EInstrumentKind kind) const {
     const auto account = m_accounts.find(order.m_strAccount);
     const CPaperFamily* family = findPaperFamily(order.m_eFamily);

@@ -19,107 +19,111 @@
 
 namespace desk {
 
-/// The largest numbers that a record outside the store names (CJournal); 0: none.
+/// The largest numbers that a record outside the store (the journal, see CJournal) contains; 0 if it has
+/// none.
 struct CKnownNumbers {
     int m_nTask = 0;
     int m_nOrder = 0;
     int m_nFill = 0;
 };
 
-/// A broker on paper: takes finished commands of every product family as a real one would, checks funds,
-/// positions and debts, trades against the quotes that the desk shows, and keeps all of it in a store. What
-/// it models of each family stands in the tables of PaperFamilies, what it accepts at rejectionReason
-/// (OrderRules.h).
+/// A simulated broker. It takes finished commands of every product family, checks funds, positions and debts,
+/// trades against the desk's quotes, and keeps everything in a store. The tables of PaperFamilies list what
+/// it models of each family. rejectionReason (OrderRules.h) describes the orders that it accepts.
 ///
-/// Money. Plain buys and sells, and options, are paid in full. A future, gold that is opened, and an option
-/// that is sold hold a margin from opening to closing: the price of the trade, times volume and multiplier,
-/// times the instrument's margin rate. What a future has gained or lost is booked to cash when it is closed,
-/// against the average cost of the position, so an account can end below zero; there are no margin calls. A
-/// waiting sale that opens may find a better price in a later quote than its limit: it then holds more margin
-/// than it had frozen.
+/// Money. Plain buys and sells, and options, are paid in full. A future, gold that is opened, and a sold
+/// option hold a margin from opening to closing. The margin is price times volume times multiplier times the
+/// instrument's margin rate. The gain or loss of a future is booked to cash when it is closed, against the
+/// average cost of the position. So an account can end below zero; there are no margin calls. A waiting sale
+/// that opens a position may trade at a price above its limit in a later quote. Its margin is then larger
+/// than the money that it had frozen.
 ///
-/// Credit. An account has one debt of money and one of shares for each instrument; repayments name no
-/// contract. Financed buys and short sales use the account's credit limit: money, and shares at what they
-/// were sold for. A waiting short sale that finds a better price than its limit trades as far as its own
-/// credit and what is left of the account's pay for; a rest without credit is cancelled. The proceeds of a
-/// short sale are held until the shares are returned, and pay for buying them back; a waiting return counts
-/// on those that it found when it was accepted.
+/// Credit. An account has one debt of money, and one debt of shares for each instrument. A repayment does not
+/// name a contract. Financed buys and short sales use the account's credit limit. A financed buy uses the
+/// money borrowed, a short sale the money for which the shares were sold. A waiting short sale may find a
+/// price above its limit. It then trades as much as its own credit and the unused credit of the account
+/// allow, and the rest is cancelled. The proceeds of a short sale are held until the shares are returned, and
+/// they pay for buying the shares back. An order that returns shares claims its part of the proceeds when it
+/// is accepted.
 ///
-/// Trading. An order trades at once with the opposite levels of the quote, each at the level's price, as far
-/// as its limit allows; the rest waits with its money or volume frozen. Each quote update offers its
-/// displayed volumes once: what orders take is gone until the next onQuote of the instrument. onQuote matches
-/// the waiting orders in the order of their ids, again at the levels' prices, so an order may get a better
-/// price than its limit, never a worse one. Between two calls of onQuote the quote source is asked only where
-/// the broker has no quote of the instrument yet. An order without limit takes what the book has; the rest is
-/// cancelled at once, all of it while there is no quote. A limit order without a quote waits. Orders are good
-/// for the trading day.
+/// Trading. An order trades at once with the opposite levels of the quote, each at the level's price, within
+/// its limit. The rest waits with its money or volume frozen. Each quote update offers its displayed volumes
+/// once: a volume that an order has taken is not offered again until the next onQuote of the instrument.
+/// onQuote matches the waiting orders in the order of their ids, also at the prices of the levels. So an
+/// order may get a better price than its limit, but never a worse one. Between two calls of onQuote the
+/// broker asks the quote source only if it has no quote of the instrument yet. An order without a limit
+/// trades with what the book has, and its rest is cancelled at once. If there is no quote, all of it is
+/// cancelled. A limit order without a quote waits. Orders are valid for the trading day.
 ///
-/// Store. Every call that changes something has stored all of it in one transaction before it returns. If the
-/// store fails, the call fails with the reason, nothing has happened, and the broker goes on as it was. The
-/// funds and positions of the configuration are taken only for an account that is new to the store; later the
-/// store's count alone.
+/// Store. A call that changes something stores the whole change in one transaction before it returns. If the
+/// store fails, the call fails with the reason, the change is undone, and the broker goes on. The funds and
+/// positions of the configuration are used only for an account that is new to the store. Afterwards only the
+/// store is used.
 ///
-/// Events. Changes of orders, and fills, are numbered and kept in the store until the listener has taken
-/// them, so that a journal that was full or a process that was killed leaves no gap: they come again, in
-/// order, each once.
+/// Events. Changes of orders and fills are numbered. The store keeps them until the listener has taken them.
+/// So a full journal or a killed process leaves no gap: the events are delivered later, in order, each once.
 ///
-/// Threads. Every operation may be called from any thread; one mutex guards all. The quote source and the
-/// listener are called with the mutex held: neither may call the broker, and the source must not hold a lock
-/// of its own while it calls onQuote.
+/// Threads. Every operation is thread-safe; one mutex guards all. The quote source and the listener are
+/// called with the mutex held, so neither may call the broker. The quote source must not hold its own lock
+/// while it calls onQuote.
 class CPaperBroker {
 public:
-    /// Takes one event; false: not now, it stays in line. Must not throw.
+    /// Takes one event. Returns false to refuse it for now; the event is then delivered again later. Must not
+    /// throw.
     using CListener = std::function<bool(const CBrokerEvent&)>;
 
-    /// The source outlives the broker.
+    /// The quote source must outlive the broker.
     CPaperBroker(const IQuoteSource& quotes, CListener listener);
 
-    /// Opens the store in the desk folder and takes in new accounts, once, before any other call.
-    /// `lastEventTaken` is the number of the last event that the listener took in its life
-    /// (CJournal::lastBrokerEvent); those after it are delivered again. Fails where the store cannot be used,
-    /// where an account's funds or positions make no sense, and where what the books hold does not fit the
-    /// instruments any more (BookReview.h). The store is then as it was, also where an older desk made it.
-    /// `known` are numbers that a record outside the store names: new ones are above them, so that no number
-    /// ever means two things, also after the store was lost or an older copy was put in its place.
+    /// Opens the store in the desk folder and takes in new accounts. Must be called once, before any other
+    /// call. `lastEventTaken` is the number of the last event that the listener ever took
+    /// (CJournal::lastBrokerEvent); later events are delivered again. Fails if the store cannot be used, if
+    /// the funds or positions of an account are invalid, or if the loaded book no longer fits the instruments
+    /// (BookReview.h). After a failure the store is unchanged, even if it has an older version. `known` are
+    /// numbers that a record outside the store contains. New numbers are larger than them. So no number is
+    /// used twice, even if the store was lost or replaced by an older copy.
     [[nodiscard]] utils::KNError open(const std::string& folder, const std::vector<CAccountEntry>& accounts,
                                       std::int64_t lastEventTaken, const CKnownNumbers& known = {});
 
-    /// Tells the trading day, "yyyyMMdd". A day after the one known ends every waiting order and makes all
-    /// that was bought sellable; the same day or an earlier one changes nothing.
+    /// Sets the trading day, "yyyyMMdd". A later day than the known one cancels every waiting order and makes
+    /// all bought volumes sellable. If no day is known yet, the day is only recorded. The same day or an
+    /// earlier one changes nothing.
     [[nodiscard]] utils::KNError startTradingDay(const std::string& day);
 
-    /// Takes the number of the next task, so that the caller can record the command with it before it places
-    /// the command. The number is used up, also if no command is placed under it.
+    /// Reserves the number of the next task, so that the caller can record the command with it before it
+    /// places the command. The number is used up even if no command is placed with it.
     int reserveTask();
 
-    /// Takes one command: a task with one order for each code, in their order. An order that is refused is an
-    /// order with state rejected; the call fails only where the store does. `reference` is the caller's
-    /// number for the command and comes back in its events. `taskId` is a number from reserveTask, or 0 for
-    /// the next one, which it then gets on success. A command without codes is a task without orders.
+    /// Takes one command and makes one task with one order for each code, in their order. A refused order
+    /// becomes an order with the state rejected; the call fails only if the store fails. `reference` is the
+    /// caller's number for the command and is repeated in its events. `taskId` is a number from reserveTask,
+    /// or 0; if it is 0, it is set to the next number on success. A command without codes becomes a task
+    /// without orders.
     [[nodiscard]] utils::KNError placeCommand(const TC::COrderComandParam& command, std::int64_t reference,
                                               int& taskId);
 
-    /// Cancels the waiting orders of a task. Fails where the task is unknown or nothing of it waits.
+    /// Cancels the waiting orders of a task. Fails if the task is unknown or has no waiting order.
     [[nodiscard]] utils::KNError cancelTask(int taskId, const std::string& reason);
 
-    /// Cancels one order by the words of a `cancel_order` line: the word itself, account key, order id.
-    /// Blanks around a word do not count. Fails where there are not three words, the id is no number, the
-    /// order is not the account's, or it does not wait any more.
+    /// Cancels one order. `words` are the words of a `cancel_order` line: the word itself, the account key
+    /// and the order id. Blanks around a word are ignored. Fails if there are not three words, the id is not
+    /// a number, the account has no such order, or the order does not wait any more.
     [[nodiscard]] utils::KNError cancelOrders(const std::vector<std::string>& words);
 
-    /// The instrument has a new quote: reads it and matches what waits. If the store fails, what waits goes
-    /// on waiting for the next quote.
+    /// Call it when the instrument has a new quote. Reads the quote and matches the waiting orders. If the
+    /// store fails, they go on waiting for the next quote.
     [[nodiscard]] utils::KNError onQuote(const std::string& stockKey);
 
-    /// Delivers what the listener has not taken yet, until it refuses.
+    /// Delivers the events that the listener has not taken yet, until it refuses one.
     void deliverEvents();
 
-    /// Stores which events the listener has taken, so that they do not come again, whatever the next open is
-    /// told. For an orderly end; a failure changes nothing but that.
+    /// Stores which events the listener has taken, so that they are not delivered again, whatever number the
+    /// next open gets. Meant for an orderly end. If it fails, only this information is missing.
     [[nodiscard]] utils::KNError storeDelivered();
 
-    /// What each of the accounts could close now of the instrument by an operation that closes positions
-    /// (futures, options, gold), less what waiting orders will close. None where the operation is no such.
+    /// The volume that each account could close now of the instrument by this operation, without the volume
+    /// that waiting orders will close. For operations that close positions (futures, options, gold). Empty
+    /// for any other operation.
     std::vector<std::int64_t> closableVolumes(const std::vector<std::string>& accounts,
                                               const CInstrumentEntry& instrument,
                                               TC::EOperationType operation) const;
@@ -131,7 +135,7 @@ public:
     std::vector<CPaperFill> fills() const;
     std::vector<CPaperFunds> funds() const;
     std::vector<CPaperPosition> positions() const;
-    /// What accounts owe, or will owe when their waiting orders trade; by account, money first.
+    /// What accounts owe, or will owe when their waiting orders trade. Sorted by account, money first.
     std::vector<CPaperDebt> debts() const;
 
 private:
@@ -142,7 +146,7 @@ private:
     std::string reasonToReject(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
                                const std::optional<CInstrumentEntry>& instrument,
                                const CPaperOrder& order) const;
-    /// Puts an accepted order to the book.
+    /// Matches an accepted order against the book; the rest of an order without a limit is cancelled.
     void trade(CPaperOrder& order);
     /// Carries out an accepted order that does not trade.
     void carryOut(const TC::CCodeOrderParam& record, CPaperOrder& order);
@@ -157,7 +161,7 @@ private:
     CListener m_listener;
     CPaperStore m_store;
     CPaperBook m_book;
-    std::map<std::string, CAccountEntry> m_accounts; ///< of the configuration, by key
+    std::map<std::string, CAccountEntry> m_accounts; ///< from the configuration, by key
     std::deque<CBrokerEvent> m_pending;              ///< stored, not yet taken by the listener
     std::int64_t m_nDeliveredEvent = 0;
 };

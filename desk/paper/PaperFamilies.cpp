@@ -10,7 +10,7 @@ using TC::EQDBrokerType;
 using EFamily = TC::EQdTraderType;
 using EKind = EInstrumentKind;
 
-// The share-transfer market is not here: its commands name no instrument.
+// The share-transfer market is missing because its commands name no instrument.
 constexpr CPaperFamily kFamilies[] = {
     {EFamily::Stock,
      EKind::Stock,
@@ -85,7 +85,7 @@ constexpr const char* kNoCover = "covered options are not modelled";
 constexpr const char* kNoLock = "locking of stocks is not modelled";
 constexpr const char* kNoContract = "single credit contracts are not modelled";
 
-// Side, effect and booking of each number stand in the table of desk/market/Operations.
+// Side, effect and booking of each number are in the table of kit/Operations.
 constexpr COperationRule kOperationRules[] = {
     {18, 18, kPlain, EClosing::None, nullptr},
     {19, 19, kPlain, EClosing::EarlierFirst, nullptr},
@@ -106,7 +106,7 @@ constexpr COperationRule kOperationRules[] = {
     {13, 13, kFutures, EClosing::EarlierFirst, nullptr},
     {50, 50, kFutureOption, EClosing::None, kNoExercise},
 
-    // Gold has no operation of its own for what was opened today.
+    // Gold has no separate operation for volume opened today.
     {1, 1, kGold, EClosing::EarlierFirst, nullptr},
     {4, 4, kGold, EClosing::EarlierFirst, nullptr},
 
@@ -130,7 +130,7 @@ bool covers(const COperationRule& rule, TC::EOperationType operation) {
     return number >= rule.m_nFirst && number <= rule.m_nLast;
 }
 
-/// Families that share a kind of instrument pay it alike.
+/// The first family of this kind. All families with the same instrument kind have the same payment.
 const CPaperFamily* familyOfKind(EKind kind) {
     const auto found = std::find_if(std::begin(kFamilies), std::end(kFamilies),
                                     [&](const CPaperFamily& row) { return row.m_eInstrumentKind == kind; });
@@ -156,7 +156,7 @@ std::optional<EPayment> paymentOf(EKind kind, EPositionSide side) {
     if (family == nullptr) return {};
     const bool isLong = side == EPositionSide::Long;
     if (family->m_ePayment == EPayment::Full && !isLong) return {};
-    // The buyer of an option owes nothing more.
+    // The buyer of an option pays in full and owes nothing more.
     return family->m_ePayment == EPayment::Premium && isLong ? EPayment::Full : family->m_ePayment;
 }
 

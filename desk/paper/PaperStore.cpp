@@ -14,10 +14,11 @@
 namespace desk {
 namespace {
 
-constexpr mode_t kFileMode = 0600; // orders and accounts are nobody else's business
+constexpr mode_t kFileMode = 0600; // only the owner may read orders and accounts
 constexpr const char* kLogSuffix = kStoreSuffixes[0];
 
-// Each takes a store from the version of its place in kUpgrades to the next. They never change.
+// Each schema upgrades a store from the version that equals its index in kUpgrades to the next one. A schema
+// must never change, because stores of that version exist.
 constexpr const char* kFirstSchema = R"(
     CREATE TABLE desk (only INTEGER PRIMARY KEY CHECK (only = 1), last_event INTEGER NOT NULL, trading_day TEXT NOT NULL);
     CREATE TABLE funds (account TEXT PRIMARY KEY, cash INTEGER NOT NULL, frozen INTEGER NOT NULL);
@@ -37,8 +38,8 @@ constexpr const char* kFirstSchema = R"(
     PRAGMA user_version = 1;
 )";
 
-// Version 1 knew only stocks: positions were long and paid in full, money was price times volume whatever the
-// instrument's multiplier, and only sales (operation 19) held volume.
+// Version 1 knew only stocks. Positions were long and paid in full. Money was price times volume, without the
+// instrument's multiplier. Only sales (operation 19) froze volume.
 constexpr const char* kFamilySchema = R"(
     ALTER TABLE funds ADD COLUMN margin INTEGER NOT NULL DEFAULT 0;
     ALTER TABLE positions RENAME TO stock_positions;
@@ -66,7 +67,8 @@ constexpr const char* kFamilySchema = R"(
 constexpr const char* kUpgrades[] = {kFirstSchema, kFamilySchema};
 constexpr int kSchemaVersion = static_cast<int>(std::size(kUpgrades));
 
-/// Makes the file before SQLite does, readable for its owner only; SQLite gives its side files the same mode.
+/// Creates the file before SQLite does, readable only by its owner. SQLite gives its side files the same
+/// mode.
 void makeFile(const std::string& path) {
     const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode);
     if (descriptor >= 0) ::close(descriptor);
@@ -78,10 +80,11 @@ int versionOf(sqlite3* database) {
     return query.number(0);
 }
 
-/// Reads all pages: a damaged one that nobody reads at the start could make a later change fail, or be
-/// taken for the account's state.
+/// Reads all pages. Otherwise a damaged page that is not read at the start could make a later change fail, or
+/// wrong data could be used as the account's state.
 void checkPages(sqlite3* database) {
-    // Closing a store writes its log into it; a damaged one must stay as it is.
+    // Closing a store writes its log into it. A damaged store must stay unchanged, so this is switched off
+    // until the check has succeeded.
     sqlite3_db_config(database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     CSqlStatement check(database, "PRAGMA integrity_check(1)");
     const std::string found = check.step() ? check.text(0) : "ok";
@@ -92,8 +95,8 @@ void checkPages(sqlite3* database) {
 constexpr const char* kCloseOtherProgram =
     "; another program has paper.db open for writing: close that program";
 
-/// What the user can do about a store that cannot be opened; empty for other failures. The log is named
-/// because SQLite would replay a left-over one over another copy of the store: wrong books.
+/// What the user can do about a store that cannot be opened; empty for other failures. The text names the
+/// log, because SQLite would replay an old log over another copy of the store, and the books would be wrong.
 std::string remedyAtOpen(ESqlFailure failure) {
     switch (failure) {
     case ESqlFailure::Damaged:
@@ -110,7 +113,8 @@ std::string remedyAtOpen(ESqlFailure failure) {
     return {};
 }
 
-/// The same while the desk runs. Each command fails with it, so it is short.
+/// What the user can do about a store that fails while the desk runs. The text is short because each failed
+/// command shows it.
 std::string remedyAtSave(ESqlFailure failure) {
     switch (failure) {
     case ESqlFailure::Damaged:
@@ -123,15 +127,15 @@ std::string remedyAtSave(ESqlFailure failure) {
     return {};
 }
 
-/// Whether the file is there and has no bytes.
+/// Whether the file exists and has no bytes.
 bool isEmptyFile(const std::string& path) {
     std::error_code missing;
     return std::filesystem::file_size(path, missing) == 0 && !missing;
 }
 
-/// SQLite takes an empty file for a new store and deletes its log at the first read, even if it may only
-/// read. So an empty file is refused if the journal knows of earlier events or a log is there, and so is a
-/// log without its store.
+/// SQLite treats an empty file as a new store and deletes its log at the first read, even if the database is
+/// opened for reading only. So an empty file is refused if the journal knows earlier events or if a log
+/// exists. A log without its store is refused too.
 void checkIsWhole(const std::string& path, bool isKnown) {
     std::error_code missing, noLog;
     const std::uintmax_t size = std::filesystem::file_size(path, missing);
@@ -142,7 +146,7 @@ void checkIsWhole(const std::string& path, bool isKnown) {
     if (hasLog) throw CSqlError("the file is gone and its log is there", ESqlFailure::Damaged);
 }
 
-/// Leaves a transaction open where it brings the store up to date.
+/// If the store needs an upgrade, the transaction of the upgrade is left open. The first save commits it.
 CSqlDatabase openStore(const std::string& path, bool isKnown) {
     checkIsWhole(path, isKnown);
     makeFile(path);
@@ -245,7 +249,7 @@ void loadCounters(sqlite3* database, CPaperBook& book) {
     book.m_counters.m_strTradingDay = row.text(1);
 }
 
-/// Events hold what changes of an order; the rest is the order's own.
+/// An event row has only the fields of an order that change. The other fields are read from the order.
 std::vector<CBrokerEvent> loadEvents(sqlite3* database, const CPaperBook& book) {
     std::vector<CBrokerEvent> events;
     CSqlStatement rows(database,
@@ -275,7 +279,7 @@ utils::KNError storeError(const std::string& what) {
 
 std::set<std::string> accountsOf(sqlite3* database) {
     std::set<std::string> accounts;
-    if (versionOf(database) == 0) return accounts; // made, but never saved
+    if (versionOf(database) == 0) return accounts; // created, but never saved
     CSqlStatement rows(database, "SELECT account FROM funds");
     while (rows.step())
         accounts.insert(rows.text(0));
@@ -371,9 +375,9 @@ utils::KNError CPaperStore::save(const CPaperBook& book, std::int64_t deliveredE
         return {};
     } catch (const CSqlError& error) {
         const utils::KNError result = storeError(error.what() + remedyAtSave(error.m_eFailure));
-        // A lock that outlasted one wait does not hold up every order behind it as well.
+        // If one wait for the lock has failed, later orders must not wait for it too.
         if (error.m_eFailure == ESqlFailure::Locked) waitForLocks(m_connection->raw, false);
-        // After some failures SQLite has rolled back by itself.
+        // SQLite itself rolls back after some failures.
         if (m_connection->isInTransaction())
             sqlite3_exec(m_connection->raw, "ROLLBACK", nullptr, nullptr, nullptr);
         return result;

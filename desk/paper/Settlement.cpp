@@ -11,11 +11,11 @@
 namespace desk {
 namespace {
 
-/// What is booked of an order at once.
+/// The part of an order that is booked in one step.
 struct CDeal {
-    CMoney m_nPrice = 0; ///< 0: nothing is traded
+    CMoney m_nPrice = 0; ///< 0 if nothing is traded
     int m_nVolume = 0;
-    CMoney m_nMoney = 0; ///< of a trade its worth, of a repayment its amount
+    CMoney m_nMoney = 0; ///< the worth of a trade, or the amount of a repayment
     CReleased m_released;
 };
 
@@ -23,7 +23,7 @@ CMoney valueOf(const CPaperOrder& order, const CDeal& deal, int volume) {
     return worthOf(order, deal.m_nPrice, volume).value_or(0);
 }
 
-/// The parts of a position's money that fall on a volume.
+/// The parts of a position's money that belong to a volume.
 struct CMoneyParts {
     CMoney m_nCost = 0;
     CMoney m_nPaid = 0;
@@ -50,7 +50,7 @@ void close(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
     const CMoneyParts parts = takeOut(position, deal.m_released);
     const CMoney rise = amountOf(deal.m_nPrice, units).value_or(0) - parts.m_nCost;
     CPaperFunds& funds = book.m_funds.edit(order.m_strAccount);
-    // What was paid comes back with what was gained; for a short position both have the other sign.
+    // The money paid comes back, plus the gain. For a short position both have the opposite sign.
     funds.m_nCash += parts.m_nPaid + (position.m_eSide == EPositionSide::Long ? rise : -rise);
     funds.m_nMargin -= parts.m_nMargin;
 }
@@ -68,7 +68,7 @@ void open(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
     if (position.m_nVolume == 0) position.m_nMultiplier = order.m_nMultiplier;
     position.m_nVolume += volume;
     position.m_nToday += volume;
-    // Only what is plainly bought waits for the next day.
+    // Only volume from plain buys becomes sellable on the next day.
     if (operationOf(order).m_eEffect != kit::EOperationEffect::Trade) position.m_nSellable += volume;
     position.m_nCost += amount;
     position.m_nPaid += paid;
@@ -103,7 +103,7 @@ void buyToReturn(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
     bookReturn(book, order, deal.m_nVolume, deal.m_released.m_nProceeds);
 }
 
-/// The shares leave the account without money, at whatever they had cost.
+/// The shares leave the account without payment; their cost does not matter.
 void returnOwn(CPaperBook& book, CPaperOrder& order, const CDeal& deal) {
     takeOut(book.editPosition(order, closedSide(order)), deal.m_released);
     bookReturn(book, order, deal.m_nVolume, deal.m_released.m_nProceeds);
@@ -139,7 +139,7 @@ const CSettler* settlerOf(const kit::COperation& operation) {
 
 void settle(CPaperBook& book, CPaperOrder& order, CDeal deal) {
     const CSettler* settler = settlerOf(operationOf(order));
-    assert(settler != nullptr); // such an order is not accepted
+    assert(settler != nullptr); // orders without a settler are rejected earlier
     deal.m_released = releaseTraded(book, order, deal.m_nPrice, deal.m_nVolume);
     settler->m_pSettle(book, order, deal);
 }

@@ -3,18 +3,19 @@
 #include "desk/paper/PaperBook.h"
 #include "kit/Operations.h"
 
-/// What trades and direct repayments do to money, positions and debts. None fails.
+/// How trades and direct repayments change money, positions and debts. None of the functions fails.
 namespace desk {
 
-/// Whether there is a rule by which such an operation is booked. Orders of any other must not be accepted.
+/// Whether a rule books such an operation. Orders with other operations must not be accepted.
 bool canSettle(const kit::COperation& operation);
 
-/// Books a volume of the order, at most its rest, traded at a price whose worth is within kMaxMoney. What the
-/// order closes comes first; the rest opens. The order's own counters of what is filled are the caller's.
+/// Books a trade of the order at a price. `volume` is at most the order's rest, and its worth must be within
+/// kMaxMoney. The volume closes first and the remainder opens. The caller updates the order's counters of
+/// filled volume and amount.
 void settleTrade(CPaperBook& book, CPaperOrder& order, CMoney price, int volume);
 
-/// Carries out an accepted order that does not trade: `money` of its account goes back to the broker, or its
-/// volume of shares does.
+/// Carries out an accepted order that does not trade: the account pays `money` back to the broker, or it
+/// returns the order's volume of shares.
 void settleDirectly(CPaperBook& book, CPaperOrder& order, CMoney money);
 
 } // namespace desk

@@ -9,7 +9,7 @@ namespace {
 
 constexpr double kLockLookSeconds = 0.01;
 
-/// Called by SQLite while another program holds a lock; 0 gives up.
+/// SQLite calls this while another program holds a lock. Returns 0 to give up.
 int tryAgain(void*, int tries) {
     if (tries * kLockLookSeconds >= kLockPatienceSeconds) return 0;
     utils::sleep(kLockLookSeconds);

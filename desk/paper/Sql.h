@@ -13,7 +13,7 @@ namespace desk {
 /// What a user can do about a failure of SQLite.
 enum class ESqlFailure { Other, Damaged, Locked };
 
-/// A failure of SQLite, with its text. Stops at the store's operations.
+/// A failure of SQLite, with its text. The store's operations catch it.
 struct CSqlError : std::runtime_error {
     explicit CSqlError(const std::string& text, ESqlFailure failure = ESqlFailure::Other)
         : std::runtime_error(text), m_eFailure(failure) {}
@@ -21,7 +21,7 @@ struct CSqlError : std::runtime_error {
     ESqlFailure m_eFailure;
 };
 
-/// The last failure of the database.
+/// The last failure of the database, as a value to throw.
 CSqlError lastError(sqlite3* database);
 
 /// How long an operation waits for a lock that another program holds.
@@ -34,24 +34,24 @@ struct CSqlCloser {
 
 using CSqlDatabase = std::unique_ptr<sqlite3, CSqlCloser>;
 
-/// Opens or makes a database file. Where another program has locked it, its operations try again for up to
+/// Opens or creates a database file. If another program has locked it, operations on it retry for up to
 /// kLockPatienceSeconds by the clock of base/Clock.h. Throws CSqlError.
 CSqlDatabase openDatabase(const std::string& path);
-/// Opens a database file that is there, to read it. Throws CSqlError.
+/// Opens an existing database file for reading. Throws CSqlError.
 CSqlDatabase openDatabaseToRead(const std::string& path);
 
-/// Whether operations wait for locks, or fail at once.
+/// Sets whether operations wait for locks or fail at once.
 void waitForLocks(sqlite3* database, bool wait);
 
-/// Runs statements without arguments or results. Throws CSqlError.
+/// Runs statements that have no arguments and whose rows are not needed. Throws CSqlError.
 void execute(sqlite3* database, const char* sql);
 
-/// One prepared statement. One thread at a time; every operation throws CSqlError.
+/// One prepared statement. Not thread-safe. The constructor, run and step throw CSqlError.
 class CSqlStatement {
 public:
     CSqlStatement(sqlite3* database, const char* sql);
 
-    /// Runs a statement that gives no rows, with its arguments in order: integers and texts.
+    /// Runs a statement that returns no rows. The arguments, integers and texts, are bound in order.
     template<typename... A>
     void run(const A&... arguments) {
         reset();
@@ -61,7 +61,7 @@ public:
         reset();
     }
 
-    /// Moves to the next row of a query; false at its end.
+    /// Moves to the next row of a query. Returns false at its end.
     bool step();
     std::int64_t integer(int column) const;
     int number(int column) const { return static_cast<int>(integer(column)); }

@@ -16,8 +16,8 @@ bool isSound(const CPositionEntry& entry) {
            entry.available <= entry.volume;
 }
 
-/// Gold may have been bought outright or opened on margin, and the folder tells which; on margin unless it
-/// does. All else is paid as its kind is.
+/// Gold may have been paid in full or opened on margin. The folder tells which; the default is margin. All
+/// other kinds have only one way of payment.
 std::optional<EPayment> paymentOf(const CPositionEntry& entry, EInstrumentKind kind) {
     if (!entry.paidInFull) return paymentOf(kind, entry.side);
     return canBePaidEitherWay(kind, entry.side) ? std::optional(EPayment::Full) : std::nullopt;

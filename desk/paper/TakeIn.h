@@ -10,18 +10,18 @@
 
 namespace desk {
 
-/// Whether the folder's funds of an account are an amount that it may begin with.
+/// Whether the account's funds in the folder are a valid initial amount.
 bool hasSoundFunds(const CAccountEntry& account);
 
-/// A position of the folder as the book keeps it: paid, or on a margin of its cost, as if it had been opened
-/// at its cost. Empty where it makes no sense.
+/// Converts a position of the folder to a position of the book: paid in full or on margin, as if it had been
+/// opened at its cost. Empty if the position is invalid.
 std::optional<CPaperPosition> takeInPosition(const std::string& account, const CPositionEntry& entry,
                                              const CInstrumentEntry& instrument);
 
-/// Takes funds and positions of an account that is new to the book. A position whose instrument is not known
-/// counts as stock. Fails with kPaperBadRequest where funds or positions make no sense, where nothing could
-/// ever trade a position on the account, and where the positions hold more margin than the account has funds;
-/// the book's change is then the caller's to take back.
+/// Takes over funds and positions of an account that is new to the book. A position whose instrument is
+/// unknown is treated as stock. Fails with kPaperBadRequest if funds or positions are invalid, if the account
+/// could never trade one of the positions, or if the positions need more margin than the account has funds.
+/// After a failure the caller must roll the book's change back.
 [[nodiscard]] utils::KNError takeInAccount(CPaperBook& book, const IQuoteSource& quotes,
                                            const CAccountEntry& account);
 

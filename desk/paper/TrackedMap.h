@@ -5,11 +5,11 @@
 
 namespace desk {
 
-/// A map that can take back what was done to it since the last keep. Not thread safe.
+/// A map that can undo the changes made since the last keep. Not thread-safe.
 template<typename K, typename V>
 class CTrackedMap {
 public:
-    /// The value for changing, made anew where the key is new. The reference holds until rollBack or erase.
+    /// The value, to be changed. Created if the key is new. The reference is valid until rollBack or erase.
     V& edit(const K& key) {
         const auto found = m_values.find(key);
         m_before.try_emplace(key, found != m_values.end() ? std::optional<V>(found->second) : std::nullopt);
@@ -23,11 +23,12 @@ public:
 
     const std::map<K, V>& values() const { return m_values; }
 
-    /// Puts a value in place, or takes it away, beyond the reach of rollBack.
+    /// Set or erase a value directly. rollBack does not undo this.
     void set(const K& key, V value) { m_values[key] = std::move(value); }
     void erase(const K& key) { m_values.erase(key); }
 
-    /// Visits what was edited since the last keep: the value as it was (null: the key is new) and as it is.
+    /// Visits each value that was edited since the last keep, with its old value (null if the key is new) and
+    /// its present value.
     template<typename F>
     void visitChanged(F visit) const {
         for (const auto& [key, before] : m_before) {
