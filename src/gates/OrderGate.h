@@ -11,9 +11,9 @@
 
 namespace TC {
 
-/// The interface of the service for doors. Doors use no other part of the service. Every operation may be
-/// called from any thread and returns at once. Orders are checked and issued on the service thread, in the
-/// order of the calls.
+/// The interface of the service for doors, such as order files and the order socket. Doors use no other part
+/// of the service. Every operation may be called from any thread and returns at once. Orders are checked and
+/// issued on the service thread, in the order of the calls.
 class IOrderGate {
 public:
     /// Places one order as a separate batch.

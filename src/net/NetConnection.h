@@ -25,10 +25,10 @@ class NetManager;
 /// together afterwards. Bytes that the peer does not accept yet are buffered here. If too many bytes are
 /// buffered, nothing is read from the peer, so a slow reader delays only itself.
 ///
-/// To end a connection, the buffered bytes are sent first. Then the sending side is shut down. Further data
-/// from the peer is read and discarded, because closing a socket with unread bytes would discard replies that
-/// are still on their way. If the peer accepts nothing, the connection is closed after a few seconds. If the
-/// peer is slow, it is closed after a minute.
+/// When a connection is ended, its buffered bytes are sent first. Then its sending side is shut down. Further
+/// data from the peer is read and discarded, because closing a socket with unread bytes would discard replies
+/// that are still on their way. If the peer accepts nothing, the connection is closed after a few seconds. If
+/// the peer is slow, it is closed after a minute.
 class NetConnection : public boost::enable_shared_from_this<NetConnection> {
 public:
     /// Takes an accepted socket. The manager must outlive the connection's last callback.

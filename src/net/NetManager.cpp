@@ -104,7 +104,7 @@ void NetManager::fail(const NetConnectionPtr& conn, int code) {
     if (!conn->isOpen()) return;
     const bool isKnown = !conn->m_bFinishing;
     conn->close();
-    // If the connection is already ending, its end was reported before or must not be reported.
+    // An ending connection was removed, or its end was reported already. So its end is not reported here.
     if (isKnown) onDisconnected(code, conn);
 }
 

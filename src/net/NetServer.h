@@ -24,8 +24,8 @@ public:
     /// Starts to listen. The flag is ignored; all callers pass false. Throws boost::system::system_error if
     /// the address is not valid or is in use. Returns 0.
     virtual int start(bool reuse);
-    /// Stops listening at once, so the address is free again. Connections stay open until the io_service
-    /// ends. May be called from any thread and more than once. Returns 0.
+    /// Stops listening at once, so the address is free again. Existing connections stay open until the
+    /// io_service ends. May be called from any thread and more than once. Returns 0.
     virtual int stop();
     /// A connection was accepted.
     virtual void onAccept(NetConnectionPtr conn);

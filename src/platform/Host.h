@@ -48,8 +48,8 @@ struct CHost {
 [[nodiscard]] utils::KNError installHost(const CHost& host);
 
 /// Uninstalls the services. Main thread, after COrderService::release. Does nothing if no host is installed.
-/// It must not be called inside a callback of the library or while a COrderService exists. Then it shows a
-/// message and the host stays installed, because the next call of a service would end the process.
+/// A call inside a callback of the library or while a COrderService exists is refused: it shows a message and
+/// the host stays installed. Otherwise the next call of a service would end the process.
 void releaseHost();
 
 /// Keeps the host installed during its lifetime. The order service holds a lease. Any thread.

@@ -61,7 +61,7 @@ struct CHostCall<Operation, Result (Service::*)(Args...) const>
 /// The library calls every operation of the host in this way:
 ///
 ///     hostCall<&CTradeClient::getLoginStatus>(key)      an installed service
-///     hostCall<&CUserConfig::getUserName>.on(*user)     an object that the host handed out
+///     hostCall<&CUserConfig::getUserName>.on(*user)     an object that the host returned
 ///
 /// Any exception of the operation reaches the caller as a CHostError that names the operation. There is no
 /// cost unless the operation throws.

@@ -113,7 +113,7 @@ QString exceptionText() noexcept {
 }
 
 void reportSafely(const QString& text) noexcept {
-    // If the panel causes a report for each message, it would be called in an endless recursion.
+    // If the panel causes a report for each message, the reports would recurse without end.
     if (t_isReporting) return logFailure(text);
     const CReporting reporting;
     try {

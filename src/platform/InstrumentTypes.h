@@ -12,7 +12,7 @@ inline constexpr int kTypeTradableStock = 100028; ///< instruments that a code w
 inline constexpr int kTypeStarMarket = 1172;      ///< its unit is getUiMinUnit, not getTradeMinUnit
 /// Types of instruments that a basket may contain. Instruments of other types are left out.
 inline constexpr int kBasketTypes[] = {100003, 100016, 100004, 100024, 100013};
-/// On SH, an amount is converted at a price of 100, not at the quote
+/// On SH, an amount is converted to a volume at a price of 100, not at the quote.
 inline constexpr int kTypeParPriced = 126;
 
 /// Which types an instrument has, and its units. Every operation may be called from any thread, returns at

@@ -10,7 +10,7 @@
 
 namespace TC {
 
-/// The result of one read of a source.
+/// The result of reading a source once.
 struct CIntakeReport {
     EOrderStrategyType m_eStrategyType = EOrderStrategyType::File;
     int m_nChannel = 0;
@@ -31,7 +31,7 @@ struct CIntakeReport {
     /// A file with the .tmp name was left by an earlier run or because it could not be moved. It was now
     /// moved away and not read, because its orders may have been sent already.
     bool m_bLeftOver = false;
-    /// For people: which line ended the read, what blocks the source, or why it was refused
+    /// For people: which line ended the read, what blocks the source, or why it was refused.
     QString m_strCause;
     /// Path of the file if it was not deleted after it was taken; empty if it was deleted.
     QString m_strKeptAs;
@@ -88,7 +88,7 @@ struct CIncidentReport {
 
 /// Receives reports on all input and on orders that were not carried out, for example for a journal. It also
 /// names the folder for refused files. Each operation names its thread. No operation may throw. A host
-/// without a journal implements the operations empty.
+/// without a journal implements the operations with empty bodies.
 class CIntakeAudit : public CHostService<CIntakeAudit> {
 public:
     static constexpr const char* kServiceName = "CIntakeAudit";
@@ -117,8 +117,8 @@ public:
     virtual void recordIncident(const CIncidentReport&) {}
 };
 
-/// Pass the report to the installed audit. If the audit throws, the record is lost and the failure is
-/// reported. No order is lost.
+/// These functions pass a report to the installed audit. If the audit throws, the record is lost and the
+/// failure is reported. No order is lost.
 void tellAudit(const CIntakeReport& report);
 void tellAudit(const CDoorReport& report);
 void tellAudit(const CDiscardReport& report);

@@ -28,7 +28,7 @@ public:
     /// so it must return at once.
     virtual EBROKER_LOGIN_STATUS getLoginStatus(const std::string& accountKey) = 0;
 
-    /// Divides a volume over accounts. Service thread.
+    /// Divides a volume among accounts. Service thread.
     ///
     /// volume: shares or lots. kUnsetInt means that the volume could not be calculated; the call must fail
     /// then, or the value of kUnsetInt would be traded. price: currency units, used to calculate the funds
@@ -36,7 +36,7 @@ public:
     /// them. market and code: UTF-8, empty if the family does not pass them. error: never null.
     ///
     /// Returns one volume for each account, in the order of the accounts; 0 for an account that gets nothing.
-    /// The sum of the volumes is the volume. On failure it returns a different number of volumes and sets the
+    /// Their sum must be equal to `volume`. On failure it returns a different number of volumes and sets the
     /// error. The error text is shown to the user. For a row of a basket the error text goes to
     /// CIntakeAudit::recordIncident instead, and the basket continues without the row.
     virtual std::vector<int> splitEntrusts(int volume, double price, EPriceType priceType,
@@ -46,7 +46,7 @@ public:
                                            EOperationType operation, EHedge_Flag_Type hedge,
                                            const boost::shared_ptr<utils::KNError>& error) = 0;
 
-    /// Divides an amount of money, in currency units, over accounts, in the same way as splitEntrusts. The
+    /// Divides an amount of money, in currency units, among accounts, in the same way as splitEntrusts. The
     /// call must fail if the amount is unset.
     virtual std::vector<double> splitMoney(double amount, const std::vector<CAccountInfoPtr>& accounts,
                                            const std::vector<double>& ratios, EPositionType positionType,
@@ -55,7 +55,7 @@ public:
 
     /// Asks the trading layer to cancel a task. Service thread; does not wait for the outcome. operation:
     /// kTaskOpCancel. text: empty. remark: UTF-8, for the record. tradingDay: as
-    /// CExchangeClient::getMaxTradingDay gives it. callback: receives the outcome; the library passes an
+    /// CExchangeClient::getMaxTradingDay returns it. callback: receives the outcome; the library passes an
     /// empty callback because it needs no answer. flag: 0. An unknown task is not an error; the host tells
     /// the user about it.
     virtual void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,

@@ -26,14 +26,14 @@ struct CCodeOrderParam : knservice::IData {
     CStockInfo m_stock;
     EPriceType m_ePriceType = unsetEnum<EPriceType>();
     double m_dPrice = kUnsetDouble; ///< currency units
-    /// shares or lots; not set if an amount of money to repay does not fit an int
+    /// Shares or lots. Not set if an amount of money to repay does not fit an int.
     int m_nVolume = kUnsetInt;
     std::string m_strUserId;
     EEntrustTypes m_eEntrustType = unsetEnum<EEntrustTypes>();
     std::string m_strContractText;
     std::string m_strRepayText;
     int m_nQuantityKind = kUnsetInt;
-    double m_dQuantity = kUnsetDouble; ///< if set, it replaces m_nVolume, which is its integer part
+    double m_dQuantity = kUnsetDouble; ///< if set, it is the exact volume, and m_nVolume its integer part
     int m_nSubAccountKind = kUnsetInt;
     std::string m_strSubAccountId;
     int m_nOverFreqMode = kUnsetInt;
@@ -57,8 +57,8 @@ struct COrderComandParam : knservice::IData {
     bool m_bForceConfirm = false; ///< the host must ask the user before it acts
     EOrderStrategyType m_eStrategyType = unsetEnum<EOrderStrategyType>();
     std::string m_strRemark;
-    /// local time, "yyyy-MM-dd hh:mm:ss:zzz". Empty for futures options, both connects, the share-transfer
-    /// market and gold
+    /// Local time, "yyyy-MM-dd hh:mm:ss:zzz". Empty for futures options, both connects, the share-transfer
+    /// market and gold.
     std::string m_strCreateTime;
 };
 

@@ -44,7 +44,7 @@ enum EOrderFlag : unsigned {
 /// The properties of one order number. The functions of records/OrderTypes.h read them.
 struct COrderNumber {
     int m_nNumber;
-    /// not set: each row of the order names its operation, or the number has no operation
+    /// Not set if each row of the order names its operation, or if the number has no operation.
     EOperationType m_eOperation;
     EOrderLineForm m_eLineForm;
     ESocketForm m_eSocketForm;
