@@ -33,7 +33,8 @@ struct CCodeOrderParam : knservice::IData {
     std::string m_strContractText;
     std::string m_strRepayText;
     int m_nQuantityKind = kUnsetInt;
-    double m_dQuantity = kUnsetDouble; ///< if set, it is the exact volume, and m_nVolume its integer part
+    /// If set, it is the exact volume or amount of money, and m_nVolume is its integer part.
+    double m_dQuantity = kUnsetDouble;
     int m_nSubAccountKind = kUnsetInt;
     std::string m_strSubAccountId;
     int m_nOverFreqMode = kUnsetInt;
