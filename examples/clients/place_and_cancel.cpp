@@ -1,13 +1,13 @@
-// Places one order over the order socket, cancels a task where asked to, and quits. C++17 and POSIX, no
-// libraries.
+// Places one order over the order socket, cancels a task if --cancel is given, and quits. It uses C++17 and
+// POSIX and no libraries.
 //
 //     place_and_cancel [--user NAME] [--cancel TASK] [--timeout SECONDS] HOST PORT ORDER
 //
-// ORDER is what stands behind "placeorder", such as 23,9,10.5,600000,100. The password is taken from the
-// environment variable ORDER_SOCKET_PASS, since other users of the machine can see a command line. Without
-// --user nobody logs in.
+// ORDER is the argument of "placeorder", such as 23,9,10.5,600000,100. The password is read from the
+// environment variable ORDER_SOCKET_PASS, because other users of the machine can see the command line.
+// Without --user the program does not log in.
 //
-// Exit codes: 0 done, 1 refused by the server, 2 usage or connection.
+// Exit codes: 0 success, 1 refused by the server, 2 wrong usage or connection failure.
 #include <iconv.h>
 #include <netdb.h>
 #include <netinet/in.h>
@@ -38,7 +38,7 @@ struct CRefused : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// The connection cannot be made, broke, or gave no answer in time.
+/// Connecting failed, the connection broke, or no reply arrived in time.
 struct CBroken : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -47,7 +47,7 @@ struct CUsage : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// Replies are GBK. Bytes that fit no encoding become question marks.
+/// Replies are GBK. Invalid bytes become question marks.
 std::string gbkToUtf8(std::string gbk) {
     const iconv_t converter = ::iconv_open("UTF-8", "GBK");
     if (converter == reinterpret_cast<iconv_t>(-1)) return gbk;
@@ -73,7 +73,7 @@ std::string gbkToUtf8(std::string gbk) {
 /// A connection to an order socket. Each call sends one line and waits for its one reply.
 class COrderSocket {
 public:
-    /// Connects and reads the greeting. `timeout` is for connecting and for each reply.
+    /// Connects and reads the greeting. `timeout` applies to connecting and to each reply.
     COrderSocket(const std::string& host, const std::string& port, std::chrono::milliseconds timeout)
         : m_timeout(timeout) {
         connect(host, port);
@@ -90,19 +90,20 @@ public:
 
     const std::string& greeting() const { return m_strGreeting; }
 
-    /// For once only: a second `pass` would log out again. Both are UTF-8.
+    /// Call this only once, because a second `pass` would log out again. Both texts are UTF-8.
     void logIn(const std::string& user, const std::string& password) {
         ask("user", user);
         ask("pass", password);
     }
-    /// What comes back tells that the order was queued, not that it was accepted.
+    /// The reply means that the order was queued. It does not mean that the order was accepted.
     std::string placeOrder(const std::string& fields) { return ask("placeorder", fields); }
     std::string cancel(int task) { return ask("cancel", std::to_string(task)); }
     void quit() { ask("quit", ""); }
 
-    /// Sends a line and gives its reply. Throws CRefused where that is -ERR.
+    /// Sends a line and returns its reply. Throws CRefused if the reply is -ERR.
     std::string ask(const std::string& verb, const std::string& argument) {
-        // A lone line feed stops the listener for everybody, so no line end may come from outside.
+        // A line feed without a carriage return stops the listener for all clients. So the argument must not
+        // contain a line end.
         if (argument.find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos)
             throw CUsage("the argument of " + verb + " holds a line end or a zero byte");
         sendAll(verb, argument.empty() ? verb + "\r\n" : verb + " " + argument + "\r\n");
@@ -128,7 +129,7 @@ private:
         throw CBroken(where + std::strerror(error));
     }
 
-    /// Gives 0, or the system's error number.
+    /// Returns 0 or the system's error number.
     int tryAddress(const addrinfo& address) {
         m_nSocket = ::socket(address.ai_family, address.ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC,
                              address.ai_protocol);
@@ -152,7 +153,7 @@ private:
         return error;
     }
 
-    /// False when the time is over.
+    /// Returns false if the deadline has passed.
     bool waitFor(short event, CClock::time_point deadline) const {
         for (;;) {
             const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - CClock::now());
@@ -176,7 +177,8 @@ private:
         }
     }
 
-    /// One reply without its CR LF, in UTF-8. It can come in pieces, and replies can come together.
+    /// Reads one reply and returns it in UTF-8 without CR LF. A reply can arrive in pieces, and several
+    /// replies can arrive together.
     std::string readReply(const std::string& verb) {
         const auto deadline = CClock::now() + m_timeout;
         std::size_t end = m_strReceived.find('\n');
@@ -198,7 +200,7 @@ private:
         return reply;
     }
 
-    /// After a call that gave nothing: waits until it may be tried again, or throws.
+    /// Called after a system call failed. Waits until the call can be repeated, or throws.
     void waitAfter(const std::string& verb, const char* what, short event,
                    CClock::time_point deadline) const {
         if (errno == EINTR) return;
@@ -210,7 +212,7 @@ private:
 
     const std::chrono::milliseconds m_timeout;
     int m_nSocket = -1;
-    std::string m_strReceived; ///< bytes behind the last reply that was taken
+    std::string m_strReceived; ///< received bytes after the last reply that was returned
     std::string m_strGreeting;
 };
 
@@ -272,7 +274,7 @@ void place(COrderSocket& connection, const std::string& order) {
     try {
         std::cout << "placeorder: " << connection.placeOrder(order) << std::endl;
     } catch (const CBroken& error) {
-        // Sending it again could place it twice.
+        // If the order is sent again, it could be placed twice.
         throw CBroken(std::string(error.what()) +
                       "; the order may have been taken: look before you send it again");
     }

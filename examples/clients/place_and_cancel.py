@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
-"""Places one order over the order socket, cancels a task where asked to, and quits.
+"""Places one order over the order socket, cancels a task if --cancel is given, and quits.
 
     place_and_cancel.py [--user NAME] [--cancel TASK] [--timeout SECONDS] HOST PORT ORDER
 
-ORDER is what stands behind "placeorder", such as 23,9,10.5,600000,100. The password is taken from the environment
-variable ORDER_SOCKET_PASS, since other users of the machine can see a command line. Without --user nobody logs in.
+ORDER is the argument of "placeorder", such as 23,9,10.5,600000,100. The password is read from the environment
+variable ORDER_SOCKET_PASS, because other users of the machine can see the command line. Without --user the program
+does not log in.
 
-Exit codes: 0 done, 1 refused by the server, 2 usage or connection.
+Exit codes: 0 success, 1 refused by the server, 2 wrong usage or connection failure.
 """
 import argparse
 import os
@@ -22,7 +23,7 @@ class Refused(Exception):
 
 
 class Broken(Exception):
-    """The connection cannot be made, broke, or gave no answer in time."""
+    """Connecting failed, the connection broke, or no reply arrived in time."""
 
 
 class OrderSocket:
@@ -42,12 +43,12 @@ class OrderSocket:
         self._socket.close()
 
     def log_in(self, user, password):
-        # Names and passwords go as UTF-8. A second `pass` would log out again, so this is for once only.
+        # Both texts are sent as UTF-8. Call this only once, because a second `pass` would log out again.
         self.ask("user", user)
         self.ask("pass", password)
 
     def place_order(self, fields):
-        """Sends an order. What comes back tells that it was queued, not that it was accepted."""
+        """Sends an order. The reply means that the order was queued. It does not mean that it was accepted."""
         return self.ask("placeorder", fields)
 
     def cancel(self, task):
@@ -57,8 +58,8 @@ class OrderSocket:
         return self.ask("quit", "")
 
     def ask(self, verb, argument):
-        """Sends a line and gives its reply; raises Refused where that is -ERR."""
-        # A lone line feed stops the listener for everybody, so no line end may come from outside.
+        """Sends a line and returns its reply. Raises Refused if the reply is -ERR."""
+        # A line feed without a carriage return stops the listener for all clients. So no line end is allowed here.
         if any(mark in argument for mark in "\r\n\0"):
             raise ValueError(f"the argument of {verb} holds a line end or a zero byte")
         line = f"{verb} {argument}\r\n" if argument else f"{verb}\r\n"
@@ -69,7 +70,7 @@ class OrderSocket:
         return self._read_reply(verb)
 
     def _read_reply(self, verb):
-        """One reply without its CR LF. It can come in pieces, and replies can come together."""
+        """Reads one reply and returns it without CR LF. A reply can arrive in pieces, and several replies together."""
         deadline = time.monotonic() + self._timeout
         while b"\n" not in self._received:
             try:
@@ -112,7 +113,7 @@ def read_arguments():
     parser.add_argument("host", metavar="HOST")
     parser.add_argument("port", metavar="PORT", type=number_between(1, 65535, int))
     parser.add_argument("order", metavar="ORDER", type=plain_text, help="such as 23,9,10.5,600000,100")
-    return parser.parse_args()  # ends the program with code 2 where they are wrong
+    return parser.parse_args()  # exits with code 2 if the arguments are wrong
 
 
 def talk(arguments, password):
@@ -124,7 +125,7 @@ def talk(arguments, password):
         try:
             print("placeorder:", connection.place_order(arguments.order))
         except Broken as error:
-            # Sending it again could place it twice.
+            # If the order is sent again, it could be placed twice.
             raise Broken(f"{error}; the order may have been taken: look before you send it again") from error
         if arguments.cancel is not None:
             print("cancel:", connection.cancel(arguments.cancel))

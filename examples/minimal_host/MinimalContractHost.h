@@ -1,7 +1,7 @@
 #pragma once
 
-// The minimal host as the contract suites want it: installed as long as it lives, with the names of what it
-// holds.
+// The minimal host as a contract host. The host is installed during its lifetime. world() contains the names
+// of its instrument and its account.
 
 #include "MinimalHost.h"
 
@@ -15,7 +15,7 @@ namespace minimal {
 
 class CMinimalContractHost : public contract::IContractHost {
 public:
-    /// `change` may put other services in their places; they must outlive this object.
+    /// `change` may replace services. The replacements must outlive this object.
     explicit CMinimalContractHost(const std::function<void(TC::CHost&)>& change = {}) {
         TC::CHost services = m_host.services();
         if (change) change(services);

@@ -1,7 +1,7 @@
 #pragma once
 
-// The least that a stock host must bring: one user with one account, one stock with a fixed price, and an
-// order client that prints what it is given. All else is left to the kit's default answers.
+// The minimum that a stock host must implement: one user with one account, one stock with a fixed price, and
+// an order client that prints the commands. All other services use the defaults of the kit.
 
 #include <kit/DefaultServices.h>
 #include <kit/ExchangeClientBase.h>
@@ -21,7 +21,7 @@
 namespace minimal {
 
 inline const QString kAccount = QStringLiteral("A1");
-inline const QString kStockKey = QStringLiteral("SH600000"); // full code: market and code
+inline const QString kStockKey = QStringLiteral("SH600000"); // full key: market and code
 inline constexpr double kPrice = 10.5;
 
 /// Prints whole lines from any thread.
@@ -40,7 +40,7 @@ private:
 
 class CUser : public kit::CUserConfigBase, public TC::CUserManager {
 public:
-    TC::CUserConfig* getUserConfig() override { return this; } // logged in from beginning to end
+    TC::CUserConfig* getUserConfig() override { return this; } // the user is always logged in
     bool hasOrderService() const override { return true; }
     std::string getUserName() const override { return "demo"; }
     int getUserKind() const override { return 100; } // may issue commands
@@ -51,7 +51,7 @@ public:
     }
 };
 
-/// Where a real host sends the command to its trading layer. `ordered` becomes ready with the first answer:
+/// Prints commands. A real host sends them to its trading layer here. `ordered` is set by the first call:
 /// true for a command, false for a refusal.
 class COrders : public TC::COrderClient {
 public:
@@ -118,7 +118,7 @@ class CQuote : public kit::CPriceDataBase {
 public:
     CQuote() {
         m_dLastPrice = m_dFallbackPrice = kPrice;
-        m_nDayCount = 1; // it trades
+        m_nDayCount = 1; // not suspended
     }
     double getOriginPrice(TC::EPriceType, TC::EOperationType) const override { return kPrice; }
 };

@@ -1,4 +1,4 @@
-// Runs the contract suites against the minimal host: what a host author does with a host of his own.
+// Runs the contract suites against the minimal host. The author of a host does the same with the new host.
 #include "MinimalContractHost.h"
 
 #include <contract/ContractHost.h>
@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     contract::CContractHostKind kind;
     kind.name = "Minimal";
     kind.make = [] { return std::make_unique<minimal::CMinimalContractHost>(); };
-    // A plain stock host. Whatever is not in this list is tested.
+    // This is a plain stock host. All traits that are not in this list are tested.
     kind.lacks = {EHostTrait::AccountGroups,
                   EHostTrait::NamedBaskets,
                   EHostTrait::Positions,

@@ -1,4 +1,4 @@
-// Places one order through the order service and waits for the command that comes out of it.
+// Places one order through the order service and waits for the resulting command.
 #include "MinimalHost.h"
 
 #include <service/OrderService.h>
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A strategy that takes orders by a call, not from a file; gives its channel, or -1.
+/// Starts a strategy that takes orders by a call, not from a file. Returns its channel, or -1 on failure.
 int startStrategy(TC::COrderService& service) {
     const int channel = service.addOrderStrategy(TC::EOrderStrategyType::Interface);
     TC::COrderStrategyParam strategy = service.getStrategyMap().value(channel);

@@ -16,11 +16,11 @@ namespace {
 
 using CBytes = std::vector<std::uint8_t>;
 
-// A document without elements is its length and the closing zero: five bytes.
+// A document without elements has five bytes: its length and the closing zero.
 constexpr std::size_t kEmptyDocumentSize = 5;
 
-/// Whether documents stand in each other further than so many levels down. Asked before anything of the
-/// library walks them, since it does so by recursion without a limit.
+/// Whether documents are nested more than `levels` deep. This is checked before libbson walks a document,
+/// because libbson recurses without a limit.
 bool isDeeperThan(int levels, const std::uint8_t* bytes, std::size_t size) {
     bson_iter_t iter;
     if (!bson_iter_init_from_data(&iter, bytes, size)) return false;
@@ -42,14 +42,14 @@ bool isDeeperThan(int levels, const std::uint8_t* bytes, std::size_t size) {
 
 bool isDocument(const CBytes& bytes) {
     bson_t view;
-    // libbson ends the process over fewer bytes than it can read a length from.
+    // libbson aborts the process if there are too few bytes for the length field.
     return bytes.size() >= kEmptyDocumentSize &&
            !isDeeperThan(BSONObj::kMaxDepth, bytes.data(), bytes.size()) &&
            bson_init_static(&view, bytes.data(), bytes.size()) &&
            bson_validate(&view, BSON_VALIDATE_NONE, nullptr);
 }
 
-/// Finds the key and holds it to its type; false where it is absent.
+/// Finds the key. Returns false if it is absent and throws CTypeError if the field has another type.
 bool find(const BSONObj& object, const char* key, EType wanted, bson_iter_t& iter) {
     if (!bson_iter_init_from_data(&iter, object.bytes().data(), object.bytes().size())) return false;
     if (!bson_iter_find(&iter, key)) return false;
@@ -157,7 +157,7 @@ BSONObjBuilder& BSONObjBuilder::append(const char* key, const std::vector<std::s
 }
 
 BSONObjBuilder& BSONObjBuilder::append(const char* key, const BSONObj& value) {
-    // The value is one level down.
+    // The value is one level deeper than the document.
     if (isDeeperThan(BSONObj::kMaxDepth - 1, value.bytes().data(), value.bytes().size()))
         throw CError(std::string("field (") + key + ") would be nested too deep");
     bson_t view;

@@ -9,28 +9,28 @@
 #include <string>
 #include <vector>
 
-/// BSON documents and their JSON text. Everything here is pure and may be called from any thread; texts are
-/// UTF-8.
+/// BSON documents and their JSON text. Everything here is pure and thread-safe. Texts are UTF-8.
 namespace bson {
 
-/// What all failures of this namespace are, but for the constructor of BSONObj.
+/// Base of all exceptions of this namespace. Only the constructor of BSONObj throws something else:
+/// std::invalid_argument.
 class CError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// A text that is not a JSON object, or one that a document cannot hold. what() tells the reason and, if it
-/// is known, the place.
+/// Thrown for a text that is not a JSON object, or that a document cannot store. what() contains the reason
+/// and, if known, the position.
 class CJsonError : public CError {
 public:
     using CError::CError;
 };
 
-/// The types that the readers below know, with their numbers in a document.
+/// The types that the readers below support, with their BSON type numbers.
 enum class EType { Double = 1, String = 2, Array = 4, Bool = 8, Int32 = 16, Int64 = 18 };
 
-/// A field of another type than its reader takes: "wrong type for field (KEY) FOUND != WANTED", the types as
-/// their numbers.
+/// Thrown if a field has a different type than the reader expects. The text is "wrong type for field (KEY)
+/// FOUND != WANTED" with the type numbers.
 class CTypeError : public CError {
 public:
     CTypeError(const std::string& key, int found, EType wanted);
@@ -42,35 +42,35 @@ private:
     EType m_eWanted;
 };
 
-/// One BSON document, shared by reference count and never changed once made. A default object is the empty
+/// One immutable BSON document, shared by reference count. A default-constructed object is the empty
 /// document.
 class BSONObj {
 public:
-    /// Documents are nested no deeper.
+    /// Maximum nesting depth of a document.
     static constexpr int kMaxDepth = 100;
 
     BSONObj() = default;
 
-    /// Takes the bytes of one document. Throws std::invalid_argument where they are none, or are nested too
-    /// deep.
+    /// Takes the bytes of one document. Throws std::invalid_argument if they are not a valid document or are
+    /// nested too deep.
     explicit BSONObj(std::vector<std::uint8_t> bytes);
 
     bool isEmpty() const;
 
-    /// The document as bytes; they live as long as the object.
+    /// The bytes of the document. They are valid as long as the object exists.
     const std::vector<std::uint8_t>& bytes() const;
 
-    /// The document as JSON text on one line, keys in their order, blanks around colons and inside of
-    /// brackets. Never throws for what a document can hold:
+    /// The document as JSON text on one line. Keys keep their order. There are blanks around colons and
+    /// inside brackets. Every valid document can be written, and nothing is thrown for its content:
     ///  - integers of both widths are plain digits;
-    ///  - a double without a fraction is plain digits too, below 1e16, and so is read back as an integer;
-    ///    others have the shortest text that reads back equal;
-    ///  - text that is not UTF-8 has U+FFFD in the places of its bad bytes;
-    ///  - what JSON has no form for, such as a date or a number that is not finite, is an object with one
-    ///    "$" key, which fromjson reads back.
+    ///  - a double below 1e16 without a fraction is plain digits too, so it is read back as an integer; other
+    ///    doubles have the shortest text that is read back as the same value;
+    ///  - in text that is not UTF-8, the invalid bytes are replaced by U+FFFD;
+    ///  - a value that JSON cannot express, such as a date or a number that is not finite, is an object with
+    ///    one "$" key. fromjson reads it back.
     std::string jsonString() const;
 
-    /// Whether jsonString writes every text as it is: whether all of them are UTF-8.
+    /// Whether all texts are valid UTF-8, so that jsonString writes them unchanged.
     bool isUtf8() const;
 
     friend bool operator==(const BSONObj& a, const BSONObj& b);
@@ -80,20 +80,22 @@ private:
     boost::shared_ptr<const std::vector<std::uint8_t>> m_pBytes; // null: the empty document
 };
 
-/// Reads the text of one JSON object, exactly as RFC 8259 has it: UTF-8 without a byte order mark, blanks and
-/// nothing else around it. Keys keep their order, and a key that comes twice stays twice; the readers below
-/// take the first.
+/// Reads the text of one JSON object strictly by RFC 8259. The text is UTF-8 without a byte order mark. Only
+/// blanks may be before and after the object. Keys keep their order. A duplicate key is kept; the readers
+/// below use the first one.
 ///  - An integer is an int32 if it fits one, otherwise an int64. -0 is the integer 0.
-///  - What has a point or an exponent is the nearest double, so one that is too small becomes 0.
-///  - An object that jsonString writes for a value that JSON has no form for is read as that value. Every
-///    other object stays an object, whatever its keys.
-/// Throws CJsonError if the text is not such an object, and if a document cannot hold it: a NUL character in
-/// a key (in a text it is kept), an escaped half of a surrogate pair, an integer beyond 64 bits, a number
-/// beyond the range of a double, more than BSONObj::kMaxDepth levels, more than 2 GB. The depth of a text
-/// costs no stack.
+///  - A number with a point or an exponent becomes the nearest double. So a number that is too small becomes
+///    0.
+///  - jsonString writes some values as an object with a "$" key. Such an object is read as that value. Every
+///    other object stays an object, also with a "$" key.
+/// Throws CJsonError if the text is not such an object. Also throws it if a document cannot store the object:
+/// a NUL character in a key (it is allowed in a text value), an escaped single surrogate, an integer beyond
+/// 64 bits, a number beyond the range of a double, more than BSONObj::kMaxDepth levels, more than 2 GB. The
+/// parser does not recurse, so deep nesting needs no stack.
 BSONObj fromjson(const std::string& text);
 
-/// Makes a document key by key. Throws CError if it would have more than 2 GB or BSONObj::kMaxDepth levels.
+/// Builds a document key by key. Throws CError if the document would have more than 2 GB or more than
+/// BSONObj::kMaxDepth levels.
 class BSONObjBuilder {
 public:
     BSONObjBuilder();
@@ -110,10 +112,10 @@ public:
     BSONObjBuilder& append(const char* key, const std::vector<std::string>& values);
     BSONObjBuilder& append(const char* key, const BSONObj& value);
 
-    /// Appends all fields of the document but the one of that key.
+    /// Appends all fields of the document except those with this key.
     BSONObjBuilder& appendAllBut(const char* key, const BSONObj& document);
 
-    /// The document so far.
+    /// A copy of the document built so far.
     BSONObj obj() const;
 
 private:
@@ -121,21 +123,22 @@ private:
     std::unique_ptr<CDocument> m_pDocument;
 };
 
-/// The keys of the document itself in their order; one that stands there twice comes twice.
+/// The top-level keys of the document in their order. A duplicate key is listed twice.
 std::vector<std::string> keysOf(const BSONObj& object);
 
-/// Strict readers of one key, the first of that name. An absent key leaves the value as it is and gives
-/// false; a key of another type, null among them, throws CTypeError and leaves the value too.
+/// Strict readers of one key. They read the first field with this key. If the key is absent, they return
+/// false and do not change the value. If the field has another type, including null, they throw CTypeError
+/// and do not change the value.
 bool readField(const BSONObj& object, const char* key, std::string& value);
 bool readField(const BSONObj& object, const char* key, std::int32_t& value);
 bool readField(const BSONObj& object, const char* key, std::int64_t& value);
 bool readField(const BSONObj& object, const char* key, bool& value);
 bool readField(const BSONObj& object, const char* key, double& value);
-/// An entry of another type is told under its place in the array, counted from 0.
+/// If an entry has another type, the key in the CTypeError is the index of the entry, counted from 0.
 bool readField(const BSONObj& object, const char* key, std::vector<std::string>& values);
 
-/// Reads an int32, an int64 or a double, which loses its fraction. What is absent, or is no number that an
-/// int32 can hold, leaves the value as it is and gives false.
+/// Reads an int32, an int64 or a double; the fraction of a double is cut off. Returns false and does not
+/// change the value if the key is absent, or if the field is not a number or does not fit an int32.
 bool readNumber(const BSONObj& object, const char* key, std::int32_t& value);
 
 } // namespace bson

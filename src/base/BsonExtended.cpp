@@ -22,7 +22,7 @@ std::string writtenByLibrary(const bson_t& document) {
     return result;
 }
 
-/// The text of a document that has the value under kKey.
+/// The text of a document with the value under kKey.
 std::string wrappedText(const bson_iter_t& value) {
     CBsonDocument document;
     bson_append_iter(&document.get(), kKey, -1, &value);
@@ -33,7 +33,8 @@ struct CDestroyReader {
     void operator()(bson_json_reader_t* reader) const { bson_json_reader_destroy(reader); }
 };
 
-/// Reads one document by libbson, which understands the "$" keys; the text is one that libbson wrote.
+/// Reads one document with libbson, which understands the "$" keys. The text must have been written by
+/// libbson.
 bool readByLibrary(const std::string& text, bson_t& document) {
     constexpr std::size_t kDefaultBuffer = 0;
     const std::unique_ptr<bson_json_reader_t, CDestroyReader> reader(
@@ -49,8 +50,9 @@ bool hasDollarKey(const bson_iter_t& object) {
     return bson_iter_recurse(&object, &child) && bson_iter_next(&child) && bson_iter_key(&child)[0] == '$';
 }
 
-/// Reads the object as a value of another type into the document. False if it is none, or if the value would
-/// be written as another text: reading a document may change nothing in it.
+/// Reads the object as a value of another type into the document. Returns false if the object is not the text
+/// of such a value. Also returns false if the value would be written as a different text, because reading
+/// must not change a document.
 bool readValue(const bson_iter_t& object, bson_t& document, bson_iter_t& value) {
     const std::string text = wrappedText(object);
     return readByLibrary(text, document) && bson_iter_init_find(&value, &document, kKey) &&

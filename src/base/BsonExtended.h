@@ -7,8 +7,8 @@
 
 namespace bson {
 
-/// While this lives, numbers have a point in the texts of its thread, whatever the locale of the process:
-/// libbson and the JSON parser ask the thread's locale.
+/// Sets the "C" locale for the calling thread during its lifetime. libbson and the JSON parser use the
+/// thread's locale for numbers; in some locales the decimal separator is not a point.
 class CClassicLocale {
 public:
     CClassicLocale();
@@ -20,7 +20,7 @@ private:
     locale_t m_previous;
 };
 
-/// A document of libbson that is destroyed with its owner.
+/// Owns a libbson document and destroys it in the destructor.
 class CBsonDocument {
 public:
     CBsonDocument() { bson_init(&m_document); }
@@ -33,15 +33,15 @@ private:
     bson_t m_document;
 };
 
-/// The values that JSON has no form for, such as a date or a number that is not finite. Their text is an
-/// object with a "$" key; libbson writes and reads it.
+/// The functions below are for values that JSON cannot express, such as a date or a number that is not
+/// finite. The text of such a value is an object with a "$" key. libbson writes and reads it.
 
-/// The text of the value; empty if it holds bytes that are not UTF-8.
+/// The text of the value. Empty if the value contains bytes that are not UTF-8.
 std::string extendedText(const bson_iter_t& value);
 
-/// A copy of the document in which each object that is exactly the text of such a value has become that
-/// value. Other objects with "$" keys stay objects. The document is nested no deeper than
-/// BSONObj::kMaxDepth; the copy is empty before. False if the copy has no room.
+/// Copies the document and converts each object that is exactly the text of such a value into that value.
+/// Other objects with "$" keys stay objects. The document must not be nested deeper than BSONObj::kMaxDepth.
+/// `copy` must be empty before the call. Returns false if the result is too large for a document.
 bool readExtended(const bson_t& plain, bson_t& copy);
 
 } // namespace bson

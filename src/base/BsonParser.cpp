@@ -1,5 +1,6 @@
-// fromjson: one JSON object (RFC 8259) as a document. nlohmann's parser has the grammar. What it lets pass
-// beyond the grammar and what a document cannot hold is refused here.
+// fromjson: reads one JSON object (RFC 8259) into a document. The parser of nlohmann implements the grammar.
+// This file also refuses texts that the parser accepts although the grammar does not allow them, and values
+// that a document cannot store.
 #include "base/Bson.h"
 #include "base/BsonExtended.h"
 #include "base/Text.h"
@@ -25,7 +26,7 @@ using nlohmann::json;
     throw CJsonError("a document cannot hold " + what);
 }
 
-/// Not longer than a message may be; a text of many megabytes can be one token.
+/// Shortens the text for an error message, because one token may have many megabytes.
 std::string shortened(std::string text) {
     constexpr std::size_t kMost = 300;
     constexpr unsigned char kContinuationBits = 0xC0, kContinuation = 0x80;
@@ -36,7 +37,7 @@ std::string shortened(std::string text) {
     return text.substr(0, end) + "...";
 }
 
-/// What the parser says, without the names of its classes.
+/// The parser's error message without the names of the parser's classes.
 std::string reasonOf(const std::string& what) {
     constexpr std::string_view kBeforePlace = "parse error at ";
     const std::size_t classEnd = what.find("] ");
@@ -45,8 +46,8 @@ std::string reasonOf(const std::string& what) {
     return shortened(what.substr(begin));
 }
 
-/// Builds the document from the parser's events. The parser does not recurse, so the depth of a text costs no
-/// stack. What goes deeper than a document may is refused at its bracket. Throws CJsonError.
+/// Builds the document from the parser's events. The parser does not recurse, so deep nesting needs no stack.
+/// If the nesting is too deep for a document, the opening bracket is refused. Throws CJsonError.
 class CDocumentReader : public json::json_sax_t {
 public:
     explicit CDocumentReader(std::size_t textSize) : m_nTextSize(textSize) {}
@@ -60,7 +61,7 @@ public:
     bool number_unsigned(number_unsigned_t value) override;
     bool number_float(number_float_t value, const string_t& text) override;
     bool string(string_t& value) override;
-    bool binary(binary_t&) override { return false; } // JSON texts have none
+    bool binary(binary_t&) override { return false; } // JSON has no binary values
     bool start_object(std::size_t) override { return begin(EKind::Object); }
     bool key(string_t& name) override;
     bool end_object() override { return end(); }
@@ -69,19 +70,20 @@ public:
     bool parse_error(std::size_t position, const std::string& lastToken,
                      const nlohmann::detail::exception& error) override;
 
-    /// The document, once the parser has come to the end of the text.
+    /// The document. It is complete after the parser has read the whole text.
     const bson_t& document() const { return m_root; }
     bool hasDollarKeys() const { return m_hasDollarKeys; }
 
 private:
     enum class EKind { Object, Array };
-    /// An object or array that is still open. Each document is written inside its parent's, so none may move.
+    /// An object or array that is still open. Its document points into the parent's document, so a level must
+    /// not move in memory.
     struct CLevel {
         EKind kind;
         bson_t* document;
-        bson_t own{};          ///< of all levels but the first
-        std::string key{};     ///< of the element that comes next
-        std::size_t count = 0; ///< elements of an array so far
+        bson_t own{};          ///< used by all levels except the first
+        std::string key{};     ///< key of the next element
+        std::size_t count = 0; ///< number of array elements so far
     };
 
     bool begin(EKind kind);
@@ -97,7 +99,7 @@ private:
     std::vector<std::unique_ptr<CLevel>> m_levels;
 };
 
-/// The key of the next element; an array counts its own. Valid until the next call.
+/// The key of the next element. In an array it is the index of the element. Valid until the next call.
 const char* CDocumentReader::nextKey() {
     CLevel& level = *m_levels.back();
     if (level.kind == EKind::Array) level.key = std::to_string(level.count++);
@@ -122,7 +124,8 @@ bool CDocumentReader::appendInteger(std::int64_t value) {
     return expect(bson_append_int64(&top(), nextKey(), -1, value));
 }
 
-/// The parser also gives integers beyond 64 bits as doubles, which would be other numbers.
+/// The parser also reports integers beyond 64 bits as doubles. They are refused, because a double would
+/// change the number.
 bool CDocumentReader::number_float(number_float_t value, const string_t& text) {
     if (text.find_first_of(".eE") == string_t::npos) refuseValue("the number " + shortened(text));
     return expect(bson_append_double(&top(), nextKey(), -1, value));
@@ -170,8 +173,9 @@ bool CDocumentReader::parse_error(std::size_t position, const std::string& lastT
                      (isCut ? std::string("Incomplete JSON") : reasonOf(error.what())));
 }
 
-/// What the parser would let pass: a document is an object, a NUL byte would end the text, and a text may not
-/// begin with a byte order mark. BSON counts its bytes in 31 bits.
+/// Refuses texts that the parser would accept: a text that is not an object, a text with a NUL byte, which
+/// would end it early, and a text with a byte order mark. It also refuses a text that is too long for the
+/// 31-bit length of BSON.
 void checkFrame(const std::string& text) {
     constexpr const char* kBlanks = " \t\r\n";
     const std::size_t first = text.find_first_not_of(kBlanks);

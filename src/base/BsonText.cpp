@@ -16,10 +16,10 @@
 namespace bson {
 namespace {
 
-/// From here on doubles hold no fraction, and are written with an exponent: plain digits would be read as an
-/// integer, and could be too long for one.
+/// Doubles from this value on have no fraction. They are written with an exponent, because plain digits would
+/// be read as an integer and could be too long for an integer.
 constexpr double kPlainDigitsBelow = 1e16;
-/// Above the longest shortest form of a double.
+/// Buffer size. It is larger than the longest text of a double.
 constexpr std::size_t kNumberSize = 32;
 
 class CJsonWriter {
@@ -132,7 +132,8 @@ void CJsonWriter::writeEscaped(std::string_view text) {
     }
 }
 
-/// libbson writes the types that JSON lacks. It gives nothing for bytes that are not UTF-8.
+/// libbson writes the types that JSON lacks. It writes nothing if the value contains bytes that are not
+/// UTF-8.
 void CJsonWriter::writeExtended(const bson_iter_t& iter) {
     const std::string text = extendedText(iter);
     if (text.empty()) m_json.isRepaired = true;

@@ -7,8 +7,8 @@ namespace bson {
 class BSONObj;
 
 struct CJsonText {
-    std::string text;        ///< as BSONObj::jsonString tells
-    bool isRepaired = false; ///< holds something else in the place of bytes that are not UTF-8
+    std::string text;        ///< the format is described at BSONObj::jsonString
+    bool isRepaired = false; ///< bytes that are not UTF-8 were replaced in the text
 };
 
 CJsonText jsonText(const BSONObj& object);

@@ -8,7 +8,8 @@
 
 namespace TC {
 
-/// The fields of a line as views into it; empty fields are kept, so a line always has at least one.
+/// The fields of a line as views into the line. The caller keeps the line alive. Empty fields are kept, so a
+/// line always has at least one field.
 class CFields {
 public:
     CFields(std::string_view line, char separator) {
@@ -26,7 +27,7 @@ public:
     std::string_view operator[](std::size_t index) const { return m_fields[index]; }
 
 private:
-    // The longest form, a table row, has ten fields.
+    // The longest line, a table row, has ten fields.
     boost::container::small_vector<std::string_view, 12> m_fields;
 };
 

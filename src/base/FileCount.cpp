@@ -31,7 +31,7 @@ std::optional<CFileCount> countDescriptor(int descriptor) {
 } // namespace
 
 std::optional<CFileCount> countFile(const std::string& path) {
-    // A pipe at the path must not block.
+    // If the path is a pipe, opening it must not block.
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) return std::nullopt;
     struct stat status {};

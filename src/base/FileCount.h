@@ -5,13 +5,14 @@
 
 namespace utils {
 
-/// The size of a file, for a report to people.
+/// The size of a file, for reports to people.
 struct CFileCount {
     long long bytes = 0;
-    long long lines = 0; ///< a last line without a line end counts
+    long long lines = 0; ///< a last line without a line end is counted
 };
 
-/// Counts the file from its beginning to its end. None if it is not a regular file or cannot be read.
+/// Counts the bytes and lines of the whole file. Returns nothing if it is not a regular file or cannot be
+/// read.
 std::optional<CFileCount> countFile(const std::string& path);
 
 } // namespace utils

@@ -5,8 +5,8 @@
 
 namespace utils {
 
-/// What became of an operation: an id, 0 for success, and a text in UTF-8 for people. A plain value; a host
-/// sets it, the library reads it.
+/// The result of an operation: an id, which is 0 for success, and a UTF-8 text for people. It is a plain
+/// value. The host and the library both create it.
 class KNError {
 public:
     KNError() = default;

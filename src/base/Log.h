@@ -4,24 +4,24 @@
 
 namespace utils {
 
-/// Log levels of the client, least to gravest. The numbers that reach the log are 5000, 10000, 20000, 30000,
-/// 40000 and 50000.
+/// Log levels of the client, from the least to the most severe. In the log they have the numbers 5000, 10000,
+/// 20000, 30000, 40000 and 50000.
 enum class ELogLevel { Trace = 0, Debug = 1, Info = 2, Warn = 3, Error = 4, Fatal = 5 };
 
 /// Name of the logger that the order service writes to.
 inline constexpr const char* kStdFileLogger = "KNStdFile";
 
-/// Front of the client's log. How and where lines end up is configured by the host.
+/// Access to the client's log. The host configures the format and the destination of the lines.
 class CLogCenter {
 public:
-    /// Switches the service's logging on or off as a whole; off at first. Any thread.
+    /// Switches all logging of the service on or off. It is off at the start. Any thread.
     static void setLogEnabled(bool enabled);
 
-    /// Whether anybody wants lines at all. Callers ask before they format. Any thread.
+    /// Whether logging is on. Callers check this before they format a line. Any thread.
     static bool logEnabled();
 
-    /// Writes one line, headed by the object's address and the function's full name. `text` is UTF-8. Any
-    /// thread.
+    /// Writes one line. The line begins with the object's address and the function's full name. `text` is
+    /// UTF-8. Any thread.
     static void log(ELogLevel level, const char* logger, const void* object, const char* function,
                     const std::string& text);
 };

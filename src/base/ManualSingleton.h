@@ -4,23 +4,23 @@
 
 namespace utils {
 
-/// A singleton whose owner decides when it lives. The host creates the object, hands it to initInstance and
-/// calls release at the end of the process. Init and release belong to the main thread. Any thread may ask
-/// for the object, but must not use it while it is released.
+/// A singleton whose owner controls its lifetime. The host creates the object, passes it to initInstance and
+/// calls release at the end of the process. initInstance and release are called on the main thread. Any
+/// thread may get the object, but no thread may use it during or after release.
 template<typename T>
 class CManualSingletonT {
 public:
-    /// The stored object, or null when there is none.
+    /// The stored object, or null if there is none.
     static T* instance() { return s_pInstance; }
 
-    /// Stores the object and takes it over, unless one is stored already; then the argument stays the
-    /// caller's.
+    /// Stores the object and takes ownership. If an object is stored already, nothing changes and the caller
+    /// still owns the argument.
     static void initInstance(T* object) {
         T* none = nullptr;
         s_pInstance.compare_exchange_strong(none, object);
     }
 
-    /// Deletes the stored object and forgets it.
+    /// Deletes the stored object. Then instance() returns null.
     static void release() {
         delete s_pInstance.load();
         s_pInstance = nullptr;

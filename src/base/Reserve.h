@@ -4,14 +4,14 @@
 
 namespace utils {
 
-/// Reserves room for that many elements if the memory is there. A reservation only saves moves: without it
-/// the container grows as elements are added, so a failure is no error.
+/// Reserves space for the elements if there is enough memory. A failure is not an error: the reservation only
+/// saves reallocations, and without it the container grows when elements are added.
 template<typename Container>
 void reserveIfPossible(Container& container, int elements) {
     try {
         container.reserve(elements);
     } catch (const std::exception&) {
-        // No memory for so many: fewer may still fit.
+        // Out of memory for this number of elements. The real number may be smaller.
     }
 }
 

@@ -5,15 +5,15 @@
 
 namespace utils {
 
-/// One thread's request that another one stops. It also ends that thread's sleep, see sleepUnlessStopped.
-/// Once made, a request stays. Every operation may be called from any thread.
+/// A request from one thread that another thread stops. It also ends the other thread's sleep, see
+/// sleepUnlessStopped. A request cannot be withdrawn. All operations are thread-safe.
 class CStopRequest {
 public:
     void make();
     bool isMade() const;
 
-    /// Blocks until the request is made, at most that many seconds of real time. Only clocks call it; all
-    /// other code sleeps through base/Clock.h.
+    /// Blocks until the request is made, but not longer than the given seconds of real time. Only clocks call
+    /// it. All other code sleeps through base/Clock.h.
     void waitFor(double seconds) const;
 
 private:

@@ -18,8 +18,8 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// An integer of at most 15 digits and a power of ten up to 10^15 are both exact doubles, so that one division
-// rounds correctly: the result is the very double that strtod gives.
+// An integer of at most 15 digits and a power of ten up to 10^15 are both exact doubles. So one division
+// rounds correctly, and the result is the same double as that of strtod.
 constexpr std::size_t kFastDoubleDigits = 15;
 constexpr std::array<double, kFastDoubleDigits + 1> kPowersOfTen = {
     1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
@@ -44,21 +44,22 @@ std::optional<double> fastDouble(std::string_view text) {
     return static_cast<double>(mantissa) / kPowersOfTen[fraction];
 }
 
-/// The value of a text that is a number to its end, with a point in every locale: lexical_cast would ask the
-/// process's.
+/// The value of a text if the whole text is a number. The decimal separator is always a point; lexical_cast
+/// would use the locale of the process.
 std::optional<double> streamedDouble(std::string_view text) {
     std::istringstream stream{std::string(text)};
     stream.imbue(std::locale::classic());
     double value = 0;
     const bool isRead =
         stream >> std::noskipws >> value && stream.get() == std::istringstream::traits_type::eof();
-    // The stream takes a number that ends within its exponent.
+    // The stream accepts a number with an incomplete exponent.
     const bool isWhole =
         !text.empty() && std::string_view("eE+-").find(text.back()) == std::string_view::npos;
     return isRead && isWhole ? std::optional(value) : std::nullopt;
 }
 
-/// Whether the text is "inf", "nan" or the like, with or without a sign, or no number at all.
+/// Whether the first character after the signs is a letter of "inf" or "nan". The text may still be no
+/// number.
 bool isWord(std::string_view text) {
     const std::size_t first = text.find_first_not_of("+-");
     return first != std::string_view::npos &&
@@ -68,7 +69,7 @@ bool isWord(std::string_view text) {
 } // namespace
 
 int strictInt(std::string_view text) {
-    // A plus sign is all that from_chars does not know.
+    // from_chars does not accept a plus sign; otherwise it accepts the same texts.
     const bool hasPlus = !text.empty() && text.front() == '+';
     if (hasPlus) text.remove_prefix(1);
     const bool isPlain = !hasPlus || (!text.empty() && isDigit(text.front()));

@@ -4,16 +4,16 @@
 
 #include <string_view>
 
-/// Numbers of order files and of the socket protocol. A text is a number exactly where boost::lexical_cast
-/// says so under the classic locale, whatever the locale of the process: no blanks, no empty text, signs
-/// allowed, "inf" and "nan" allowed for doubles, no trailing exponent mark or sign. Plain decimal texts take
-/// a faster way to the same value.
+/// Parses numbers in order files and in the socket protocol. The result is the same as that of
+/// boost::lexical_cast under the classic locale; the locale of the process has no effect. Blanks and empty
+/// texts are not allowed. Signs are allowed, and for doubles also "inf" and "nan". An exponent mark or a sign
+/// at the end is not allowed. Plain decimal texts use a faster parser that gives the same value.
 namespace utils {
 
-/// Throws boost::bad_lexical_cast where the text is not an int or does not fit one.
+/// Throws boost::bad_lexical_cast if the text is not an integer or does not fit an int.
 int strictInt(std::string_view text);
 
-/// Throws boost::bad_lexical_cast where the text is not a double or is too large for one.
+/// Throws boost::bad_lexical_cast if the text is not a number or is too large for a double.
 double strictDouble(std::string_view text);
 
 } // namespace utils

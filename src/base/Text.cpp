@@ -12,8 +12,9 @@ const QTextCodec* gbkCodec() {
     return codec;
 }
 
-/// Reads GBK. Half a pair at the end is shown as U+FFFD: Qt would drop it without a trace, so a blank, which
-/// is never the second byte of a pair, stands behind the bytes while they are read.
+/// Reads GBK. If the last character is incomplete, it becomes U+FFFD. Qt would drop it silently, so a blank
+/// is added while the bytes are read and removed afterwards. A blank is never the second byte of a GBK
+/// character.
 QString fromGbk(const char* bytes, std::size_t size) {
     QString text = gbkCodec()->toUnicode(QByteArray(bytes, static_cast<int>(size)) + ' ');
     text.chop(1);
@@ -24,7 +25,8 @@ bool isAscii(const char* bytes, std::size_t size) {
     return std::none_of(bytes, bytes + size, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
-/// Length of the well-formed sequence that begins at `s`, of at most `left` bytes, or 0.
+/// Length of the well-formed UTF-8 sequence at `s`, or 0 if there is none. `left` is the number of bytes from
+/// `s` to the end of the text.
 std::size_t utf8SequenceLength(const unsigned char* s, std::size_t left) {
     const auto isTail = [&](std::size_t i) { return i < left && s[i] >= 0x80 && s[i] <= 0xBF; };
     if (s[0] < 0x80) return 1;

@@ -2,12 +2,13 @@
 
 namespace utils {
 
-/// Names the calling thread for debuggers and process listings; the system keeps the first 15 bytes.
+/// Sets the name of the calling thread for debuggers and process listings. The system uses the first 15
+/// bytes.
 void setThreadName(const char* name);
 
-/// Marks the calling thread as being inside the library for as long as the object lives: in the body of one
-/// of the library's threads, or in an operation that may call the host. May nest. What the host does in a
-/// call-back it does inside the library, where the library cannot be ended.
+/// Marks the calling thread as being inside the library during the object's lifetime. The library's thread
+/// functions use it, and so do the operations that may call the host. It may be nested. Code of the host that
+/// runs in a callback is inside the library too, and the library must not be released there.
 class CLibraryCall {
 public:
     CLibraryCall();

@@ -5,24 +5,24 @@
 #include <limits>
 #include <type_traits>
 
-/// The not-set values that every order record shares, and the near-zero rule for prices and amounts.
+/// The not-set values of all order records, and the tolerance for prices and amounts.
 namespace TC {
 
-/// An int that nobody has set. Records cross the boundary with this number in them, so it is fixed.
+/// An int that is not set. Records with this number are exchanged with the host, so it must not change.
 inline constexpr int kUnsetInt = 0x7fffffff;
 
-/// A price or amount that nobody has set.
+/// A price or amount that is not set.
 inline constexpr double kUnsetDouble = DBL_MAX;
 
-/// Two prices or amounts that lie no further apart than this count as equal. The finest price step of the
-/// markets served is 0.0001, ten times as much.
+/// Two prices or amounts are treated as equal if their difference is not greater than this. The smallest
+/// price step of the supported markets is 0.0001, which is ten times this value.
 inline constexpr double kPriceTolerance = 1e-5;
 
 inline bool isUnset(int value) {
     return value == kUnsetInt;
 }
 
-/// An enumeration is not set when its number is -1.
+/// An enumeration is not set if its number is -1.
 template<typename E, typename = std::enable_if_t<std::is_enum<E>::value>>
 constexpr bool isUnset(E value) {
     return static_cast<int>(value) == -1;
@@ -34,12 +34,12 @@ constexpr E unsetEnum() {
     return static_cast<E>(-1);
 }
 
-/// True when nobody has set the price: it lies within the tolerance of DBL_MAX.
+/// True if the price is not set: its difference to DBL_MAX is within the tolerance.
 inline bool isInvalidPrice(double price) {
     return kPriceTolerance >= std::fabs(price - kUnsetDouble);
 }
 
-/// True when the number counts as zero.
+/// True if the number is treated as zero.
 inline bool isZero(double value) {
     return kPriceTolerance >= std::fabs(value);
 }

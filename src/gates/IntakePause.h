@@ -2,8 +2,9 @@
 
 namespace TC {
 
-/// Holds the file intake still for as long as it lives: files wait at their paths. Held while a confirmation
-/// dialog is up, and by a host that cannot record what it would do. Several may live at once, on any threads.
+/// Pauses the file intake during its lifetime; the files wait at their paths. It is used while a confirmation
+/// dialog is open, and by a host that cannot record its actions. Several pauses may exist at the same time,
+/// on any threads.
 class CIntakePause {
 public:
     CIntakePause();
@@ -11,7 +12,7 @@ public:
     CIntakePause(const CIntakePause&) = delete;
     CIntakePause& operator=(const CIntakePause&) = delete;
 
-    /// Whether any pause is held in this process.
+    /// Whether any pause exists in this process. Any thread.
     static bool isPaused();
 };
 

@@ -11,24 +11,25 @@
 
 namespace TC {
 
-/// What a door may ask of the service. Doors know this and nothing else of it. Every operation may be called
-/// from any thread and returns at once: orders are checked and issued on the service's own thread, in the
-/// order of the calls.
+/// The interface of the service for doors, such as order files and the order socket. Doors use no other part
+/// of the service. Every operation may be called from any thread and returns at once. Orders are checked and
+/// issued on the service thread, in the order of the calls.
 class IOrderGate {
 public:
-    /// One order as a batch of its own.
+    /// Places one order as a separate batch.
     virtual void placeorder(COrderParam order) = 0;
     virtual void placeOrders(QVector<COrderParam> orders) = 0;
     virtual void cancelOrder(int taskId) = 0;
-    /// Releases `ticket` once all orders and cancels that this thread handed over before are done. The ticket
+    /// Releases `ticket` when all orders and cancels that this thread passed in earlier are done. The ticket
     /// may be destroyed on any thread, so its destructor must not block. The default releases it at once.
     virtual void holdUntilWorkedOff(std::shared_ptr<const void> ticket) { ticket.reset(); }
-    /// Hands the fields of a cancel by order to the host, on the calling thread. The host may change them.
+    /// Passes the fields of a cancel by order to the host, on the calling thread. The host may change the
+    /// fields.
     virtual void cancelOrders(std::vector<std::string>& fields) = 0;
-    /// The label of a source kind at the head of messages.
+    /// The label of a source kind. Messages begin with it.
     virtual QString getOrderStrategyText(EOrderStrategyType type) const = 0;
-    /// The remark that a strategy's commands carry where the order brings none, UTF-8; empty where there is
-    /// none.
+    /// The default remark of a strategy's commands, in UTF-8. It is used if the order has no remark. Empty if
+    /// there is no default remark.
     virtual std::string defaultRemark(const COrderStrategyParam& strategy) const = 0;
 
 protected:

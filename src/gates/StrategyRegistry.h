@@ -7,17 +7,17 @@
 
 namespace TC {
 
-/// What a door or the framework may ask of the registry. Any thread.
+/// The interface of the registry for doors and the framework. Any thread.
 class IStrategyRegistry {
 public:
-    /// Visits every strategy in key order with the registry locked for the whole walk: nothing is added,
-    /// changed, started or stopped meanwhile. An exception of the visitor ends the walk, releases the lock
-    /// and goes on to the caller.
+    /// Calls the visitor for every strategy in key order. The registry is locked during the whole call, so no
+    /// strategy is added, changed, started or stopped meanwhile. If the visitor throws, the lock is released
+    /// and the caller gets the exception.
     virtual void
     visitStrategies(const std::function<void(int channel, const COrderStrategyParam&)>& visit) = 0;
 
-    /// A copy of the strategy as it is now, or none where the channel has none. Waits for no pass of the file
-    /// loop.
+    /// A copy of the current strategy, or nothing if the channel has no strategy. It does not wait for the
+    /// file loop.
     virtual std::optional<COrderStrategyParam> copyStrategy(int channel) = 0;
 
 protected:

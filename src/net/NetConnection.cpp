@@ -14,17 +14,17 @@ namespace {
 namespace asio = boost::asio;
 using boost::system::error_code;
 
-/// With more unsent bytes than that nothing is read from the peer. Compacts the buffer once this many bytes
-/// have been sent.
+/// If there are more unsent bytes than this, nothing is read from the peer. Sent bytes are removed from the
+/// buffer when there are this many of them.
 constexpr std::size_t kCrowded = 256 * 1024;
 
-/// How long a connection that is to end waits for a peer that takes nothing, and how long for one that does.
+/// How long an ending connection waits for a peer that accepts nothing, and how long for a slow peer.
 constexpr std::chrono::seconds kEndLimit{5};
 constexpr std::chrono::seconds kSlowEndLimit{60};
 
 constexpr int kReadsPerTurn = 16;
 
-/// Room for replies that a connection keeps between reads.
+/// Buffer size for replies that a connection keeps between reads, in bytes.
 constexpr std::size_t kKept = 4096;
 
 } // namespace
@@ -54,8 +54,8 @@ bool NetConnection::isCrowded() const {
 void NetConnection::waitForData() {
     if (m_bReading || m_bHeld || !isOpen() || isCrowded()) return;
     m_bReading = true;
-    // Reading rather than waiting to read: a busy peer's next line is there already and costs no look at
-    // what is ready.
+    // This reads directly instead of waiting for readiness first. If the peer is busy, its next line is
+    // available already, and the extra wait would only cost time.
     m_socket.async_read_some(asio::buffer(m_first), [self = shared_from_this(), keep = m_manager.keepAlive()](
                                                         const error_code& error, std::size_t length) {
         self->m_bReading = false;
@@ -99,7 +99,7 @@ bool NetConnection::isPeerGone() {
     return ::poll(&state, 1, 0) > 0;
 }
 
-/// Hands the system as much as it takes.
+/// Passes as many bytes to the system as it accepts.
 void NetConnection::flush() {
     if (m_bWriting) return;
     error_code error;
@@ -119,12 +119,13 @@ void NetConnection::flush() {
     if (error) return m_manager.fail(shared_from_this(), error.value());
     m_nSent = 0;
     m_unsent.clear();
-    // An idle connection keeps little.
+    // An idle connection must not keep a large buffer.
     if (m_unsent.capacity() > kKept) std::vector<unsigned char>().swap(m_unsent);
     if (m_bFinishing) drain();
 }
 
-/// A peer that never takes all of it must not make the buffer hold all that it ever took.
+/// Removes sent bytes from the buffer. Otherwise the buffer would grow without limit if the peer never
+/// accepts all of it.
 void NetConnection::dropSent() {
     if (m_nSent < kCrowded) return;
     m_unsent.erase(m_unsent.begin(), m_unsent.begin() + static_cast<std::ptrdiff_t>(m_nSent));
@@ -142,7 +143,7 @@ void NetConnection::waitForRoom() {
                         });
 }
 
-/// Ends the connection behind what is left to send.
+/// Ends the connection after the buffered bytes are sent.
 void NetConnection::finish() {
     if (m_bFinishing || !isOpen()) return;
     m_bFinishing = true;
@@ -161,7 +162,7 @@ void NetConnection::drain() {
     discard();
 }
 
-/// Takes what the peer still sends, without a look.
+/// Reads and discards the data that the peer still sends.
 void NetConnection::discard() {
     error_code error;
     for (int i = 0; i < kReadsPerTurn && !m_bPeerEnded && !error; ++i)
@@ -170,11 +171,11 @@ void NetConnection::discard() {
     close();
 }
 
-/// Gives the peer its time anew, as long as the last end allows.
+/// Restarts the time limit for the peer. The limit never exceeds m_lastEnd.
 void NetConnection::limitTheEnd() {
     m_endLimit->expires_at(std::min(std::chrono::steady_clock::now() + kEndLimit, m_lastEnd));
     m_endLimit->async_wait([self = shared_from_this()](const error_code& error) {
-        // A wait that had run out already is not cancelled by a new end.
+        // If the timer has expired already, setting a new time does not cancel this callback.
         const bool isOver = self->m_endLimit->expiry() <= std::chrono::steady_clock::now();
         if (!error && isOver) self->close();
     });

@@ -42,7 +42,7 @@ void NetManager::open(const NetConnectionPtr& conn) {
     }
 }
 
-/// Reads into the shared buffer from `begin` on, without waiting, and marks the end of the stream.
+/// Reads into the shared buffer at `begin` without waiting. Sets m_bPeerEnded at the end of the stream.
 std::size_t NetManager::readInto(NetConnection& conn, std::size_t begin, error_code& error) {
     const auto room = boost::asio::buffer(m_received) + begin;
     const std::size_t length = conn.m_socket.read_some(room, error);
@@ -50,8 +50,9 @@ std::size_t NetManager::readInto(NetConnection& conn, std::size_t begin, error_c
     return length;
 }
 
-/// Hands on what was read, with what stands behind it. The end of the stream and errors end the connection;
-/// what the peer has not read yet is still sent where it has only closed its own side.
+/// Passes on the bytes that were read, together with further bytes that are available. The end of the stream
+/// and errors end the connection. If the peer has closed only its own side, the buffered replies are still
+/// sent.
 void NetManager::receive(const NetConnectionPtr& conn, error_code error, std::size_t length) {
     std::copy_n(conn->m_first.begin(), length, m_received.begin());
     if (length == conn->m_first.size()) length += readInto(*conn, length, error);
@@ -60,12 +61,12 @@ void NetManager::receive(const NetConnectionPtr& conn, error_code error, std::si
     try {
         if (length > 0) onDataReceived(m_received, static_cast<int>(length), conn);
         if (!error || conn->m_bFinishing) return;
-        // The end of the stream is seen again once the connection is released.
+        // The end of the stream is detected again when the connection is released.
         if (conn->m_bPeerEnded && conn->isHeld()) return;
         if (!conn->m_bPeerEnded) return fail(conn, error.value());
         onDisconnected(0, conn);
     } catch (...) {
-        // What was answered up to here still goes out.
+        // The replies up to this point are still sent.
         onDisconnected(boost::system::errc::not_enough_memory, conn);
     }
     conn->finish();
@@ -80,8 +81,8 @@ void NetManager::resume(const NetConnectionPtr& conn) {
     }
 }
 
-/// A peer that never closes its side must not keep a socket for long. One with replies on their way goes
-/// last.
+/// Without this limit, peers that never close their side would keep many sockets open. Connections with
+/// unsent replies are closed last.
 void NetManager::boundEnding(const NetConnectionPtr& conn) {
     if (m_nMaxEnding == 0) return;
     const auto ofWeak = [](const boost::weak_ptr<NetConnection>& weak) { return weak.lock(); };
@@ -103,7 +104,7 @@ void NetManager::fail(const NetConnectionPtr& conn, int code) {
     if (!conn->isOpen()) return;
     const bool isKnown = !conn->m_bFinishing;
     conn->close();
-    // One that was removed or has told its end is only being emptied.
+    // An ending connection was removed, or its end was reported already. So its end is not reported here.
     if (isKnown) onDisconnected(code, conn);
 }
 

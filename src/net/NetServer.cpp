@@ -12,7 +12,7 @@ namespace asio = boost::asio;
 using asio::ip::tcp;
 using boost::system::error_code;
 
-/// How long taking connections rests when the process has no descriptors or memory for another one.
+/// How long accepting pauses if the process has no descriptor or memory for another connection.
 constexpr std::chrono::milliseconds kAcceptPause{100};
 
 constexpr int kAcceptsPerTurn = 16;
@@ -29,7 +29,7 @@ int NetServer::start(bool /*reuse*/) {
     const tcp::endpoint endpoint(asio::ip::make_address(m_strIp), m_nPort);
     const std::lock_guard lock(m_mutex);
     m_acceptor.open(endpoint.protocol());
-    // Connections of an earlier listener that are still closing do not hold the address.
+    // Without this option, connections of an earlier listener that are still closing would block the address.
     m_acceptor.set_option(tcp::acceptor::reuse_address(true));
     m_acceptor.bind(endpoint);
     m_acceptor.listen(tcp::acceptor::max_listen_connections);
@@ -62,7 +62,7 @@ void NetServer::waitForStop() {
     m_stopSignal.wait(lock, [this] { return isStopped(); });
 }
 
-/// The mutex is held.
+/// The caller holds m_mutex.
 void NetServer::waitForClient() {
     if (m_bStopped) return;
     m_acceptor.async_wait(tcp::acceptor::wait_read, [self = shared_from_this()](const error_code& error) {
@@ -70,7 +70,8 @@ void NetServer::waitForClient() {
     });
 }
 
-/// Takes some of the connections that wait, so that a crowd at the door leaves the others their turn.
+/// Accepts a limited number of the waiting connections, so that many new connections do not delay the
+/// existing ones.
 void NetServer::acceptSome() {
     for (int i = 0; i < kAcceptsPerTurn; ++i) {
         if (!acceptOne()) return;
@@ -79,7 +80,8 @@ void NetServer::acceptSome() {
     waitForClient();
 }
 
-/// Takes one connection; false where none waits, and then the next wait is on its way.
+/// Accepts one connection. Returns false if accepting must stop for now: no connection is waiting, the server
+/// is stopped, or accepting is paused. The next wait has been started, unless the server is stopped.
 bool NetServer::acceptOne() {
     tcp::socket socket(ioService());
     error_code error;
@@ -96,7 +98,7 @@ bool NetServer::acceptOne() {
     try {
         onAccept(createConnection(std::move(socket)));
     } catch (...) {
-        // No memory for this one; the next may come.
+        // Out of memory for this connection. The next one may succeed.
     }
     return true;
 }

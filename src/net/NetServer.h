@@ -12,25 +12,25 @@
 
 namespace net {
 
-/// Listens on one address and takes connections. Held by shared pointer.
+/// Listens on one address and accepts connections. It must be owned by a shared pointer.
 class NetServer : public NetManager, public boost::enable_shared_from_this<NetServer> {
 public:
-    /// `ip` is a numeric address. The two flags of the client's own servers choose framings that are not
-    /// served here; both are false.
+    /// `ip` is a numeric address. The two flags select framings that are not supported here; both must be
+    /// false.
     NetServer(boost::asio::io_service& io, std::string ip, unsigned short port, bool isFramed,
               bool isCompressed);
     ~NetServer() override;
 
-    /// Listens from now on. The flag is false at all callers. Throws boost::system::system_error where the
-    /// address is none or is taken. Gives 0.
+    /// Starts to listen. The flag is ignored; all callers pass false. Throws boost::system::system_error if
+    /// the address is not valid or is in use. Returns 0.
     virtual int start(bool reuse);
-    /// Stops listening at once, so that the address is free again; connections stay until the io_service
-    /// ends. Any thread, any number of times. Gives 0.
+    /// Stops listening at once, so the address is free again. Existing connections stay open until the
+    /// io_service ends. May be called from any thread and more than once. Returns 0.
     virtual int stop();
-    /// A connection was taken.
+    /// A connection was accepted.
     virtual void onAccept(NetConnectionPtr conn);
 
-    /// The port that is listened on; where 0 was asked for, the one that the system chose.
+    /// The port of the listener. If port 0 was requested, it is the port that the system chose.
     unsigned short port() const;
 
 protected:
@@ -48,12 +48,12 @@ private:
     const std::string m_strIp;
     const unsigned short m_nPort;
 
-    mutable std::mutex m_mutex; ///< guards what stands below: stop comes from other threads
+    mutable std::mutex m_mutex; ///< guards the members below, because stop is called on other threads
     std::condition_variable m_stopSignal;
     boost::asio::ip::tcp::acceptor m_acceptor;
-    std::atomic<bool> m_bStopped{false}; ///< read without the mutex too
+    std::atomic<bool> m_bStopped{false}; ///< is also read without the mutex
 
-    boost::asio::steady_timer m_pause; ///< runs while the process has no descriptors left
+    boost::asio::steady_timer m_pause; ///< runs while the process has no free descriptors
 };
 
 } // namespace net

@@ -10,16 +10,17 @@
 
 namespace TC {
 
-/// Parameter texts of algorithm orders. Any thread. Texts are UTF-8.
+/// Reads and writes the parameter texts of algorithm orders. Any thread. Texts are UTF-8.
 class CAlgorithmTradeHelper : public CHostService<CAlgorithmTradeHelper> {
 public:
     static constexpr const char* kServiceName = "CAlgorithmTradeHelper";
 
-    /// Reads a setting text; false if it cannot. `setting` comes as an empty record of the base class, never
-    /// null: the host fills it or puts a record of its own in its place. After false it is not used.
+    /// Reads a setting text. Returns false if it cannot read the text; then `setting` is not used. On entry
+    /// `setting` points to an empty record of the base class and is never null. The host fills this record or
+    /// replaces it with its own record.
     virtual bool getAlgOrderSettingFromString(const std::string& text,
                                               CAlgorithmOrderSettingPtr& setting) = 0;
-    /// The parameter text of the order kind for these codes.
+    /// Returns the parameter text for the order kind, the setting and the codes.
     virtual std::string getAlgParamsStr(EOrderType orderType, const CAlgorithmOrderSettingPtr& setting,
                                         const std::vector<CCodeOrderParam>& codes) = 0;
 };

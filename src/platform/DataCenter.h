@@ -12,33 +12,34 @@
 
 namespace knservice {
 
-/// Number under which the data of all accounts together serves its portfolios, as CPortfolio, by
-/// portfolioKey.
+/// Table number of the portfolios in the global account data. The records are CPortfolio, their keys are made
+/// by portfolioKey.
 inline constexpr int kPortfolioTable = 594;
-/// Number under which an account's data serves its positions by instrument, as CPositionStatics.
+/// Table number of the positions in an account's data. There is one CPositionStatics for each instrument.
 inline constexpr int kPositionTable = 547;
 
-/// The live data of one account, or of all together, in tables by number. Every operation may be called from
-/// any thread and does not throw.
+/// The live data of one account, or of all accounts together, in numbered tables. Every operation may be
+/// called from any thread and does not throw.
 class CAccountData {
 public:
     virtual ~CAccountData() = default;
 
-    /// The table's records by key text; empty if there is no such table. The map is a copy; the records are
-    /// shared and do not change.
+    /// Returns the table's records by key text; empty if there is no such table. The map is a copy; the
+    /// records are shared and do not change.
     virtual std::map<std::string, boost::shared_ptr<IData>> getMapData(int table) = 0;
 
-    /// Appends the table's records in the host's order; nothing if there is no such table. The records are
-    /// shared and do not change. Called with Lock held.
+    /// Appends the table's records in the host's order. Appends nothing if there is no such table. The
+    /// records are shared and do not change. Called while a Lock is held.
     virtual void getVector(int table, std::vector<boost::shared_ptr<IData>>& out) = 0;
 
-    /// Locks the data as long as it lives. `26` with `all` holds it while it sells the positions one by one:
-    /// it asks for quotes, waits for them (up to two seconds each) and shows failures meanwhile. None of that
-    /// may need the same lock on another thread.
+    /// Locks the data during its lifetime. An order 26 with `all` holds the lock while it sells the positions
+    /// one by one. During this time it requests quotes, waits up to two seconds for each quote and shows
+    /// failures. The host must not need the same lock on another thread for these operations, or the two
+    /// threads deadlock.
     class Lock {
     public:
         explicit Lock(CAccountData& data) : m_data(data) { TC::hostCall<&CAccountData::lock>.on(m_data); }
-        /// An unlock that throws is reported and goes no further.
+        /// If unlock throws, the exception is reported and does not leave the destructor.
         ~Lock() {
             TC::runGuarded(QStringLiteral("账号数据未能解锁"),
                            [this] { TC::hostCall<&CAccountData::unlock>.on(m_data); });
@@ -51,21 +52,21 @@ public:
     };
 
 protected:
-    /// Keep the data unchanged from one to the other; called on one thread. A host whose data never change
-    /// leaves the defaults, which do nothing.
+    /// The data must not change between lock and unlock. Both are called on the same thread. The defaults do
+    /// nothing, which is right for a host whose data never change.
     virtual void lock() {}
     virtual void unlock() {}
 };
 
-/// The trading layer's data by account. Every operation may be called from any thread, answers at once and
+/// The trading layer's data by account. Every operation may be called from any thread, returns at once and
 /// does not throw.
 class CDataCenter {
 public:
     virtual ~CDataCenter() = default;
 
-    /// The data of the account of that key (UTF-8), or null if there is none.
+    /// The data of the account with this key (UTF-8), or null if there is no such account.
     virtual boost::shared_ptr<CAccountData> getAccountData(const std::string& key) = 0;
-    /// What belongs to all accounts together, such as portfolios; null while there is none.
+    /// The data of all accounts together, such as portfolios; null while there is no such data.
     virtual boost::shared_ptr<CAccountData> getGlobalAccountData() = 0;
 };
 

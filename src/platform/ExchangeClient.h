@@ -10,18 +10,18 @@
 
 namespace TC {
 
-/// The client's instruments and trading days. Every operation may be called from any thread, answers at once
+/// The client's instruments and trading days. Every operation may be called from any thread, returns at once
 /// and does not throw.
 class CExchangeClient : public QObject, public CHostService<CExchangeClient> {
     Q_OBJECT
 public:
     static constexpr const char* kServiceName = "CExchangeClient";
 
-    /// Whether a stock of that full key (market and code joined by qdStockKey) exists. If it does,
+    /// Whether a stock with this full key exists (market and code joined by qdStockKey). If it exists,
     /// getCodeInfo must know it too.
     virtual bool hasStock(const QString& stockKey) = 0;
-    /// Whether the code or key is a known instrument of the market. A host without the market leaves the
-    /// default: no.
+    /// Whether the code or key is a known instrument of the market. The default is no, for a host without the
+    /// market.
     virtual bool hasFuture(const QString&) { return false; }
     virtual bool hasOption(const QString&) { return false; }
     virtual bool hasFutureOption(const QString&) { return false; }
@@ -30,7 +30,7 @@ public:
     virtual bool hasGold(const QString&) { return false; }
     virtual bool hasNeeq(const QString&) { return false; } ///< share-transfer market
     /// The instrument's record, or an empty pointer if the key is unknown. It is shared and never changes.
-    /// Its market and code go into the commands, so neither may be empty.
+    /// Its market and code are copied into the commands, so neither may be empty.
     virtual CInstrumentDetailPtr getCodeInfo(const QString& stockKey) = 0;
     /// The latest trading day, "yyyyMMdd".
     virtual std::string getMaxTradingDay() = 0;

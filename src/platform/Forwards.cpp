@@ -1,4 +1,5 @@
-// The free functions and static look-ups of the boundary, each a call of the installed service.
+// The free functions and static member functions of the host interface. Most of them only call the installed
+// service.
 #include "base/Text.h"
 #include "platform/HostCall.h"
 #include "platform/HostReports.h"

@@ -24,7 +24,7 @@
 
 namespace TC {
 
-/// The one place that sets the instances.
+/// Only this class sets the service instances.
 class CHostInstaller {
 public:
     template<typename T>
@@ -38,7 +38,7 @@ namespace {
 std::atomic<bool> s_installed{false};
 std::atomic<int> s_leases{0};
 
-/// Calls `visit` with each service of the host: one list for checking, installing and releasing.
+/// Calls `visit` with each service of the host. Checking, installing and releasing use this one list.
 template<typename Visitor>
 void forEachService(const CHost& host, const Visitor& visit) {
     visit(host.userManager);

@@ -25,7 +25,7 @@ class CTradeClient;
 class CTradingRules;
 class CUserManager;
 
-/// All services of a host. Each belongs to the host, which keeps it alive until releaseHost.
+/// All services of a host. The host owns each service and keeps it alive until releaseHost.
 struct CHost {
     CUserManager* userManager = nullptr;
     COrderClient* orderClient = nullptr;
@@ -43,16 +43,16 @@ struct CHost {
     luawrapper::LuaModuleCtrl* luaModuleCtrl = nullptr;
 };
 
-/// Installs the host's services. Main thread, before anything else of the library is used. If a service is
-/// missing or a host is installed already, installs nothing and fails with a text that names what is wrong.
+/// Installs the host's services. Main thread, before any other use of the library. If a service is missing or
+/// a host is installed already, it installs nothing and returns an error with the reason.
 [[nodiscard]] utils::KNError installHost(const CHost& host);
 
-/// Forgets the services. Main thread, after COrderService::release. Does nothing without a host. Refused with
-/// a message, and the host stays, in a call-back of the library and while a COrderService lives: the next
-/// call of a service would end the process.
+/// Uninstalls the services. Main thread, after COrderService::release. Does nothing if no host is installed.
+/// A call inside a callback of the library or while a COrderService exists is refused: it shows a message and
+/// the host stays installed. Otherwise the next call of a service would end the process.
 void releaseHost();
 
-/// Keeps the host installed for as long as it lives; the order service has one. Any thread.
+/// Keeps the host installed during its lifetime. The order service holds a lease. Any thread.
 class CHostLease {
 public:
     CHostLease();

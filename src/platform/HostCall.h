@@ -8,22 +8,24 @@
 
 namespace TC {
 
-/// What an operation of the host threw, whatever its type: the text begins with the service and the
-/// operation, such as "CTradeClient::cancelTask: no line". Derived from std::runtime_error, so that every
-/// place that expects the library's own exceptions expects these, too.
+/// Replaces any exception that a host operation throws. The text begins with the service and the operation,
+/// such as "CTradeClient::cancelTask: no line". It derives from std::runtime_error, so code that catches the
+/// library's own exceptions also catches this one.
 class CHostError : public std::runtime_error {
 public:
     CHostError(std::string_view operation, const char* cause);
 };
 
-/// In a catch block: throws what is in hand as a CHostError of the operation. One that is a CHostError
-/// already goes on as it is.
+/// Throws the current exception again as a CHostError of the operation. If it is a CHostError already, it is
+/// thrown unchanged. Call it in a catch block only.
 [[noreturn]] void throwHostError(std::string_view operation);
 
-/// Name of a member function without its namespaces, such as "CTradeClient::cancelTask". Lives for ever.
+/// Name of a member function without its namespaces, such as "CTradeClient::cancelTask". The view points to
+/// static storage.
 template<auto Operation>
 constexpr std::string_view operationName() {
-    // Both compilers write "... Operation = &TC::CTradeClient::cancelTask]" or the same up to a semicolon.
+    // GCC and Clang write "... Operation = &TC::CTradeClient::cancelTask]". The name may also end with a
+    // semicolon instead of the bracket.
     constexpr std::string_view text = __PRETTY_FUNCTION__;
     constexpr std::size_t begin = text.find("Operation = &") + std::string_view("Operation = &").size();
     constexpr std::string_view name = text.substr(begin, text.find_first_of(";]", begin) - begin);
@@ -37,7 +39,7 @@ struct CHostCallOf {
     /// Calls the installed service.
     Result operator()(Args... args) const { return on(Service::instance(), std::forward<Args>(args)...); }
 
-    /// Calls an object that the host handed out.
+    /// Calls an object that the host returned.
     Result on(Service& object, Args... args) const {
         try {
             return (object.*Operation)(std::forward<Args>(args)...);
@@ -56,13 +58,13 @@ template<auto Operation, typename Result, typename Service, typename... Args>
 struct CHostCall<Operation, Result (Service::*)(Args...) const>
     : CHostCallOf<Operation, Result, const Service, Args...> {};
 
-/// The library's only way to call an operation of the host:
+/// The library calls every operation of the host in this way:
 ///
 ///     hostCall<&CTradeClient::getLoginStatus>(key)      an installed service
-///     hostCall<&CUserConfig::getUserName>.on(*user)     an object that the host handed out
+///     hostCall<&CUserConfig::getUserName>.on(*user)     an object that the host returned
 ///
-/// Whatever the operation throws arrives as one CHostError that names it. Costs nothing while nothing is
-/// thrown.
+/// Any exception of the operation reaches the caller as a CHostError that names the operation. There is no
+/// cost unless the operation throws.
 template<auto Operation>
 inline constexpr CHostCall<Operation> hostCall{};
 

@@ -15,7 +15,7 @@ namespace {
 
 thread_local bool t_isReporting = false;
 
-/// Marks the thread as being inside a report for as long as it lives.
+/// Marks the calling thread as being inside a report during its lifetime.
 class CReporting {
 public:
     CReporting() { t_isReporting = true; }
@@ -27,7 +27,7 @@ public:
 constexpr const char* kUnknownType = "an exception of an unknown type";
 constexpr const char* kNoText = "an exception without a text";
 
-/// A host's own exception may have no text at all.
+/// what() of a host's exception may return null.
 const char* textOf(const char* what) noexcept {
     return what != nullptr ? what : kNoText;
 }
@@ -37,7 +37,8 @@ std::string hostErrorText(std::string_view operation, const char* cause) {
     return text.append(": ").append(textOf(cause));
 }
 
-/// The user's flags for a note, or none if they cannot be had: the text matters more.
+/// The user's flags for a note. Returns the defaults if the host fails, because the text must be shown
+/// anyway.
 CMsgFlags noteFlags() noexcept {
     try {
         CUserConfig* user = getUserConfig();
@@ -61,7 +62,8 @@ void logFailure(const QString& text) noexcept {
     }
 }
 
-/// Records what the panel did not show. Does not use tellAudit, which reports its own failures here.
+/// Records in the audit the text that the panel did not show. It does not use tellAudit, because tellAudit
+/// reports its own failures to this file.
 void recordFailure(const QString& text) noexcept {
     try {
         CIncidentReport report;
@@ -69,11 +71,11 @@ void recordFailure(const QString& text) noexcept {
         report.m_strCause = text;
         hostCall<&CIntakeAudit::recordIncident>(report);
     } catch (...) {
-        // The log has the text in any case.
+        // keepFailure writes the text to the log too.
     }
 }
 
-/// An audit may keep nothing, so the log gets the text too.
+/// Writes the text to the log too, because an audit may store nothing.
 void keepFailure(const QString& text) noexcept {
     recordFailure(text);
     logFailure(text);
@@ -106,12 +108,12 @@ QString exceptionText() noexcept {
             return QString::fromUtf8(kUnknownType);
         }
     } catch (...) {
-        return {}; // no memory for the words
+        return {}; // out of memory
     }
 }
 
 void reportSafely(const QString& text) noexcept {
-    // A panel that brings about a report at each message would be called without end.
+    // If the panel causes a report for each message, the reports would recurse without end.
     if (t_isReporting) return logFailure(text);
     const CReporting reporting;
     try {

@@ -4,22 +4,25 @@
 
 #include <utility>
 
-/// Reports for the edges of the library, where an exception of the host must go no further: the bodies of its
-/// threads and its public operations. None of them throws, and any thread may call them.
+/// Reports for the places where an exception of the host must be stopped: the library's thread functions and
+/// its public operations. None of the functions throws. Any thread may call them.
 namespace TC {
 
-/// Shows the text as a note to the user. If the message panel fails, the audit and the log both get text and
-/// cause, since an audit may keep nothing. While logging is off, the standard error stream takes the place of
-/// the log. A report that the host causes while it takes another one on the same thread goes only there.
+/// Shows the text as a note to the user. If the message panel fails, the text and the cause go to the audit
+/// and also to the log, because an audit may store nothing. If logging is off, the standard error stream
+/// replaces the log. While the host handles a report, it may cause another report on the same thread. That
+/// second report goes to the log only.
 void reportSafely(const QString& text) noexcept;
 
-/// What the exception in hand says; one of the host's names its service and operation. In a catch block only.
+/// The text of the current exception. For a CHostError it names the service and the operation. Call it in a
+/// catch block only.
 QString exceptionText() noexcept;
 
-/// Reports the exception in hand behind the text, which says what was not done. In a catch block only.
+/// Reports the text, followed by the current exception. The text says what was not done. Call it in a catch
+/// block only.
 void reportFailure(const QString& text) noexcept;
 
-/// Runs the body; false, after a report behind `text`, if it throws.
+/// Runs the body. If it throws, reports `text` and the exception and returns false.
 template<typename Body>
 bool runGuarded(const QString& text, Body&& body) noexcept {
     try {

@@ -2,13 +2,14 @@
 
 namespace TC {
 
-/// Base of every abstract host service: gives each its instance(), which installHost sets and releaseHost
-/// clears.
+/// Base of every abstract host service. It provides instance(). installHost sets the instance and releaseHost
+/// clears it.
 template<typename T>
 class CHostService {
 public:
-    /// The installed service; it stays the host's. Any thread, between installHost and releaseHost. A call
-    /// outside of that is a bug of the host's: it ends the process with the service's name.
+    /// The installed service; the host owns it. Any thread, between installHost and releaseHost. A call at
+    /// another time is a bug in the host. It ends the process, and the name of the service is written to the
+    /// standard error stream.
     static T& instance();
 
     CHostService(const CHostService&) = delete;
@@ -23,7 +24,8 @@ private:
     inline static T* s_pInstance = nullptr;
 };
 
-/// Ends the process: `service` was used while no host is installed.
+/// Writes to the standard error stream that `service` was used while no host is installed, and ends the
+/// process.
 [[noreturn]] void reportMissingHost(const char* service);
 
 template<typename T>

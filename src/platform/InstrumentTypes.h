@@ -7,24 +7,26 @@
 
 namespace knservice {
 
-/// Numbers of the host's table of instrument types that the order road asks for.
-inline constexpr int kTypeTradableStock = 100028; ///< instruments that a bare code may mean
-inline constexpr int kTypeStarMarket = 1172;      ///< getUiMinUnit counts, not getTradeMinUnit
-/// What a basket may hold: an instrument of none of these types is left out.
+/// Numbers in the host's table of instrument types that the order checks use.
+inline constexpr int kTypeTradableStock = 100028; ///< instruments that a code without a market may name
+inline constexpr int kTypeStarMarket = 1172;      ///< its unit is getUiMinUnit, not getTradeMinUnit
+/// Types of instruments that a basket may contain. Instruments of other types are left out.
 inline constexpr int kBasketTypes[] = {100003, 100016, 100004, 100024, 100013};
-inline constexpr int kTypeParPriced = 126; ///< on SH: an amount buys at 100 a piece, not at the quote
+/// On SH, an amount is converted to a volume at a price of 100, not at the quote.
+inline constexpr int kTypeParPriced = 126;
 
-/// Which types an instrument has, and its units. Every operation may be called from any thread, answers at
+/// Which types an instrument has, and its units. Every operation may be called from any thread, returns at
 /// once and does not throw. market and code are UTF-8.
 class CInstrumentTypes : public TC::CHostService<CInstrumentTypes> {
 public:
     static constexpr const char* kServiceName = "CInstrumentTypes";
 
-    /// Whether the instrument is of the type. False for an unknown instrument or type. A stock that is not of
-    /// type kTypeTradableStock cannot be named in an order.
+    /// Whether the instrument has the type. False for an unknown instrument or type. An order can name a
+    /// stock only if the stock has the type kTypeTradableStock.
     virtual bool isTypedStock(int type, const std::string& market, const std::string& code) = 0;
-    /// The trading unit in shares or lots, at least 1, also for an unknown instrument. Volumes that follow
-    /// from money are rounded down to it. An unset operation asks for the unit of any.
+    /// The trading unit in shares or lots, at least 1, also for an unknown instrument. Volumes that are
+    /// calculated from money are rounded down to this unit. If the operation is unset, return the unit that
+    /// is valid for any operation.
     virtual int getTradeMinUnit(const std::string& market, const std::string& code,
                                 TC::EOperationType operation) = 0;
     /// The unit that the client shows, in shares or lots, at least 1, also for an unknown instrument.
@@ -32,13 +34,12 @@ public:
     virtual int getUiMinUnit(const std::string& market, const std::string& code, bool forTrade) = 0;
 };
 
-/// CInstrumentTypes::isTypedStock of the installed host, under the name that code resolution uses. Any
-/// thread.
+/// Calls CInstrumentTypes::isTypedStock of the installed host. Code resolution uses this name. Any thread.
 struct StockTypeCenter {
     static bool isTypedStock(int type, const std::string& market, const std::string& code);
 };
 
-/// The operations of the installed host under the names that unit rules use; productId is not used. Any
+/// Call the operations of the installed host. The unit rules use these names. productId is not used. Any
 /// thread.
 bool isTypedStock(int type, const std::string& market, const std::string& code, const std::string& productId);
 int getTradeMinUnit(const std::string& market, const std::string& code, TC::EOperationType operation);

@@ -10,119 +10,126 @@
 
 namespace TC {
 
-/// What one reading of a source gave.
+/// The result of reading a source once.
 struct CIntakeReport {
     EOrderStrategyType m_eStrategyType = EOrderStrategyType::File;
     int m_nChannel = 0;
     QString m_strSource; ///< path or ip:port
-    int m_nLines = 0;    ///< lines read, whatever became of them
-    int m_nOrders = 0;   ///< orders handed on to the checks
-    /// Lines of trade parameters that the host did not understand: their orders went on without them.
+    int m_nLines = 0;    ///< all lines that were read, also ignored lines
+    int m_nOrders = 0;   ///< orders passed on to the checks
+    /// Lines of trade parameters that the host did not understand. Their orders were passed on without the
+    /// parameters.
     int m_nUnreadTradeParams = 0;
-    /// A line that could not be read ended the source; what stood behind it is lost.
+    /// Reading ended at a line that could not be read. The rest of the source is lost.
     bool m_bCutShort = false;
-    /// The source could not be taken away from its writer and waits unread. Told once, not at every look;
-    /// told again when the source was gone in the meantime.
+    /// The source could not be taken from its writer, so it was not read and stays at its path. This is
+    /// reported once, not at every poll. It is reported again if the source disappeared in the meantime and
+    /// came back.
     bool m_bLeftWaiting = false;
-    /// The source was refused whole: this reading carried out none of its orders and cancels.
+    /// The whole source was refused: none of its orders and cancels was carried out by this read.
     bool m_bRejected = false;
-    /// A file that was left under its .tmp name, by an earlier run or because it could not be moved, was
-    /// moved away now and not read: its orders may have gone out already.
+    /// A file with the .tmp name was left by an earlier run or because it could not be moved. It was now
+    /// moved away and not read, because its orders may have been sent already.
     bool m_bLeftOver = false;
-    QString m_strCause; ///< for people: which line ended the source, what holds it, or why it was refused
-    /// Where a file lies that was not deleted after it was taken; empty: it was deleted.
+    /// For people: which line ended the read, what blocks the source, or why it was refused.
+    QString m_strCause;
+    /// Path of the file if it was not deleted after it was taken; empty if it was deleted.
     QString m_strKeptAs;
-    /// Lines without effect, such as a cancel with too few words. Blank lines do not count.
+    /// Number of lines without effect, such as a cancel with too few words. Blank lines are not counted.
     int m_nIgnoredLines = 0;
-    QString m_strFirstIgnored; ///< for people: which line is the first of them, and why it had no effect
+    QString m_strFirstIgnored; ///< for people: the first ignored line, and why it had no effect
 };
 
-/// What happened at a door that listens.
+/// What happened at a listening door.
 enum class EDoorEvent {
-    Opened, ///< it listens; the cause names its port if that differs from the one entered
+    Opened, ///< it listens; the cause names its port if it differs from the configured port
     Closed, ///< it does not listen any more
-    Stuck,  ///< it serves nobody until it is closed
-    /// One connection was closed, the others are served on. In a flood not each is told: where there is no
-    /// peer, the cause tells how many others there were.
+    Stuck,  ///< it serves no connection until it is closed
+    /// One connection was closed; the other connections continue. In a flood not every closed connection is
+    /// reported by itself. If the peer is empty, the cause says how many more were closed.
     Refused,
 };
 
 struct CDoorReport {
     EDoorEvent m_eEvent = EDoorEvent::Opened;
     QString m_strSource; ///< ip:port
-    QString m_strPeer;   ///< ip:port of the connection that it is about; empty where it is about none
-    QString m_strCause;  ///< for people; empty where there is nothing to explain
+    QString m_strPeer;   ///< ip:port of the connection; empty if the event is not about one connection
+    QString m_strCause;  ///< for people; empty if there is nothing to explain
 };
 
-/// A file that is deleted unread: it lay at a strategy's path when the strategy was started.
+/// A file that is deleted unread because it was at a strategy's path when the strategy was started.
 struct CDiscardReport {
     EOrderStrategyType m_eStrategyType = EOrderStrategyType::File;
     int m_nChannel = 0;
     QString m_strSource;    ///< path
-    long long m_nLines = 0; ///< a last line without a line end counts; -1: the file cannot be read
+    long long m_nLines = 0; ///< a last line without a line end is counted; -1: the file cannot be read
     long long m_nBytes = 0; ///< -1: the file cannot be read
 };
 
-/// What is not done without a message to the user.
+/// Failures for which the user gets no message.
 enum class EIncident {
-    OrdersDropped,      ///< orders were accepted, and nothing goes out for them
+    OrdersDropped,      ///< orders were accepted, but nothing is sent for them
     CancelNotDone,      ///< a cancel found no task, or the cancel of an order failed
     HostFailed,         ///< a service of the host failed, and the message panel could not show it
-    RowsLeftOut,        ///< a basket passed the check without some of its rows, or of the positions to sell
-    StrategyNotLoaded,  ///< loadFromConfig left out a strategy that is over the user's limit
+    RowsLeftOut,        ///< a basket passed the check without some of its rows or positions to sell
+    StrategyNotLoaded,  ///< loadFromConfig left out a strategy above the user's limit
     StrategyNotStarted, ///< a strategy that should run could not be started by loadFromConfig
 };
 
 struct CIncidentReport {
     EIncident m_eIncident = EIncident::HostFailed;
-    int m_nChannel = kUnsetInt; ///< of the first order, or of the strategy; unset if it is about no channel
+    int m_nChannel = kUnsetInt; ///< of the first order or of the strategy; unset if no channel is involved
     int m_nOrders = 0;          ///< orders that were dropped
-    int m_nTaskId = kUnsetInt;  ///< unset if it is about no task
-    int m_nRows = 0;            ///< rows that were left out, of one order
+    int m_nTaskId = kUnsetInt;  ///< unset if no task is involved
+    int m_nRows = 0;            ///< rows of one order that were left out
     QString m_strCode;          ///< the first row that was left out
-    QString m_strCause;         ///< for people; of rows: why the first was left out
+    QString m_strCause;         ///< for people; for rows: why the first row was left out
 };
 
-/// Wants to know what came in and what came to nothing, so that a journal can tell, and answers where refused
-/// files are kept. Each operation names its thread; none may throw. A host without a journal does nothing
-/// here.
+/// Receives reports on all input and on orders that were not carried out, for example for a journal. It also
+/// names the folder for refused files. Each operation names its thread. No operation may throw. A host
+/// without a journal implements the operations with empty bodies.
 class CIntakeAudit : public CHostService<CIntakeAudit> {
 public:
     static constexpr const char* kServiceName = "CIntakeAudit";
 
-    /// On the thread of the door, before the orders are handed on.
+    /// Called on the thread of the door, before the orders are passed on.
     virtual void recordIntake(const CIntakeReport& report) = 0;
 
-    /// On the thread of the door, or with the registry locked on the thread that starts or stops a strategy.
+    /// Called on the thread of the door, or on the thread that starts or stops a strategy. In the second case
+    /// the registry is locked.
     virtual void recordDoor(const CDoorReport& report) = 0;
 
-    /// A file is about to be deleted unread. With the registry locked on the thread that starts a strategy.
-    /// Empty files are not reported. Does nothing unless the host overrides it.
+    /// Called before a file is deleted unread, on the thread that starts a strategy, with the registry
+    /// locked. Empty files are not reported. The default does nothing.
     virtual void recordDiscard(const CDiscardReport& /*report*/) {}
 
-    /// The orders of one batch that were accepted and are not worked off, because the host called
-    /// COrderService::dropBacklog. On the service's thread. Does nothing unless the host overrides it.
+    /// Receives the orders of one batch that were accepted but are not processed, because the host called
+    /// COrderService::dropBacklog. Called on the service thread. The default does nothing.
     virtual void recordUnplaced(const QVector<COrderParam>& /*orders*/) {}
 
-    /// The folder where refused order files are kept; it is made when it is needed. Empty, the default: they
-    /// are kept beside their paths. Called on the file thread with the registry locked; must not throw.
+    /// The folder for refused order files; the library creates it when it is needed. The default is empty:
+    /// then a refused file stays in its own folder. Called on the file thread with the registry locked; must
+    /// not throw.
     virtual QString rejectedFolder() { return {}; }
 
-    /// On any thread, also with the registry locked. A host that keeps no journal leaves it.
+    /// Called on any thread, also with the registry locked. The default does nothing.
     virtual void recordIncident(const CIncidentReport&) {}
 };
 
-/// Tells the installed audit. If it throws, its record is lost, with a report, and no order.
+/// These functions pass a report to the installed audit. If the audit throws, the record is lost and the
+/// failure is reported. No order is lost.
 void tellAudit(const CIntakeReport& report);
 void tellAudit(const CDoorReport& report);
 void tellAudit(const CDiscardReport& report);
 void tellAuditOfUnplaced(const QVector<COrderParam>& orders);
 void tellAudit(const CIncidentReport& report);
 
-/// Orders that nothing goes out for and no message tells of. channel: of the first of them.
+/// Reports orders to the audit that are dropped without a message to the user. channel: channel of the first
+/// order.
 void tellOrdersDropped(int channel, int orders, const QString& cause);
 
-/// The folder that the installed audit names; empty if it names none or throws.
+/// The folder that the installed audit names. Empty if the audit names no folder or throws.
 QString rejectedFolder();
 
 } // namespace TC

@@ -12,10 +12,10 @@ class LuaModuleCtrl : public TC::CHostService<LuaModuleCtrl> {
 public:
     static constexpr const char* kServiceName = "LuaModuleCtrl";
 
-    /// Whether a switch is on; false for one that the host does not know. `path` is the module and the
-    /// switch, such as "mdl_order" and "mdl_order_service_force_confirm". Asked at the moment of use: the
-    /// host may change a switch at any time. Any thread, also with the registry locked; answers at once and
-    /// does not throw.
+    /// Whether a switch is on; false if the host does not know the switch. `path` is the module and the
+    /// switch, such as "mdl_order" and "mdl_order_service_force_confirm". The library asks each time it needs
+    /// the switch, so the host may change a switch at any time. Any thread, also with the registry locked.
+    /// Returns at once and does not throw.
     virtual bool checkModule(const std::vector<std::string>& path) = 0;
 };
 

@@ -12,9 +12,10 @@ class CMsgService : public CHostService<CMsgService> {
 public:
     static constexpr const char* kServiceName = "CMsgService";
 
-    /// Shows one message. Any thread. The file thread and the start and stop of a strategy call it with the
-    /// registry locked: it must not wait for a thread that may want a strategy, such as the main thread. Does
-    /// not throw. Any text may come, of any length. The two flags are the user's settings for the type.
+    /// Shows one message. Any thread; does not throw. The file thread calls it with the registry locked, and
+    /// so do the start and the stop of a strategy. So it must not wait for a thread that may use the
+    /// registry, such as the main thread. The text may have any content and any length. The two flags are the
+    /// user's settings for the message type.
     virtual void showMsg(const QString& text, EMsgTypeDef type, MsgLevel level, bool flag1, bool flag2,
                          const QString& extra) = 0;
 };

@@ -7,21 +7,22 @@
 
 namespace TC {
 
-/// Takes finished commands, and the reasons of refused orders. Both operations are called on the service
-/// thread today; function trading will call them on others, so both must be safe from any thread.
+/// Receives finished commands and the reasons of refused orders. Both operations must be thread-safe. Today
+/// they are called on the service thread; function trading will call them on other threads.
 class COrderClient : public CHostService<COrderClient> {
 public:
     static constexpr const char* kServiceName = "COrderClient";
 
-    /// Takes over one finished command; the library keeps no reference. With m_bForceConfirm the host must
-    /// ask the user first. A command without records is no error: nothing was left to trade. While the
-    /// operation waits, all orders and cancels behind it wait. There is no answer: from here on the host
-    /// tells the user what becomes of the command. Volumes are shares or lots, prices are currency units.
+    /// Receives one finished command; the library keeps no reference to it. If m_bForceConfirm is set, the
+    /// host must ask the user first. A command without records is not an error; it means that nothing was
+    /// left to trade. While the operation waits, all later orders and cancels wait too. There is no return
+    /// value: the host tells the user about the progress of the command. Volumes are shares or lots, prices
+    /// are currency units.
     virtual void orderCommands(const COrderComandParamPtr& command) = 0;
 
-    /// Shows why an order was refused, or which rows a basket leaves out. A basket can bring several calls
-    /// and still go out; any other order brings at most one, and is refused with it. Can be called with the
-    /// lock of an account's data held (CAccountData::Lock).
+    /// Shows why an order was refused, or which rows are left out of a basket. For a basket there can be
+    /// several calls, and the basket may still be sent. For any other order there is at most one call, and
+    /// that order is refused. May be called while the lock of an account's data is held (CAccountData::Lock).
     virtual void showTradeError(const QString& text, const QString& title) = 0;
 };
 

@@ -14,27 +14,28 @@ namespace TC {
 /// Settings of automatic prices; the host defines them. The library always passes an empty pointer.
 class CAutoPriceParam;
 
-/// One quote. The host makes it, and never changes it once it is shared. Prices are currency units, above 0;
-/// a price that does not exist is kUnsetDouble. The operations may be called from any thread, answer at once
-/// and do not throw. autoPrice is always empty.
+/// One quote. The host creates it and never changes it after it is shared. Prices are in currency units and
+/// above 0; a price that does not exist is kUnsetDouble. The operations may be called from any thread, return
+/// at once and do not throw. autoPrice is always empty.
 class CPriceData {
 public:
     virtual ~CPriceData() = default;
 
-    /// The price of the type as quoted: whether the quote is good enough for the order.
+    /// The quoted price of the price type. The library uses it to decide whether the quote is sufficient for
+    /// the order.
     virtual double getOriginPrice(EPriceType priceType, EOperationType operation) const = 0;
-    /// The price to work out volumes and funds with. orderType is 0.
+    /// The price used to calculate volumes and funds. orderType is 0.
     virtual double getPriceForCalc(EPriceType priceType, EOperationType operation, int orderType,
                                    const boost::shared_ptr<CAutoPriceParam>& autoPrice) const = 0;
-    /// The price to put on the order. orderType is 0.
+    /// The price that is put into the order. orderType is 0.
     virtual double getPriceForOrder(EPriceType priceType, EOperationType operation, int orderType,
                                     const boost::shared_ptr<CAutoPriceParam>& autoPrice) const = 0;
 
     double m_dLastPrice = kUnsetDouble;
     double m_dFallbackPrice = kUnsetDouble; ///< used if there is no price for calculation
 
-    /// Figures of the day's trading. If all three are zero, the instrument counts as suspended, and baskets
-    /// leave it out.
+    /// Figures of the day's trading. If all three are zero, the instrument is treated as suspended and is
+    /// left out of baskets.
     double m_dDayFigure1 = 0;
     double m_dDayFigure2 = 0;
     int m_nDayCount = 0;
@@ -42,17 +43,17 @@ public:
 
 using CPriceDataPtr = boost::shared_ptr<const CPriceData>;
 
-/// Kind of a quote subscription; 0 is the plain one.
+/// Kind of a quote subscription; 0 is the plain kind.
 enum class ESubscribeType : int { Plain = 0 };
 
-/// A running quote subscription. It ends when the last pointer to it goes, on any thread.
+/// A running quote subscription. It ends when the last pointer to it is destroyed, on any thread.
 class CQuoteRequest {
 public:
     virtual ~CQuoteRequest() = default;
 
     using CCallback = boost::function<void(const CPriceDataPtr&)>;
 
-    /// CQuoteClient::subscribe of the installed host. Any thread.
+    /// Calls CQuoteClient::subscribe of the installed host. Any thread.
     static boost::shared_ptr<CQuoteRequest> makeRequest(const QString& stockKey, const CCallback& callback,
                                                         ESubscribeType type);
 };
@@ -62,13 +63,13 @@ class CQuoteClient : public CHostService<CQuoteClient> {
 public:
     static constexpr const char* kServiceName = "CQuoteClient";
 
-    /// The latest quote of an instrument, or an empty pointer while there is none. Does not wait: the library
-    /// asks again, for up to two seconds.
+    /// The latest quote of an instrument, or an empty pointer while there is none. Does not wait; the library
+    /// repeats the call for up to two seconds.
     virtual CPriceDataPtr getStockPrice(const QString& stockKey) = 0;
 
-    /// Starts a subscription: getStockPrice has quotes as long as the request is held. Does not wait. The
-    /// call-back takes each quote, on a thread of the host's; the library passes an empty one. Never gives an
-    /// empty pointer, also for an unknown instrument. The request belongs to the caller.
+    /// Starts a subscription. getStockPrice has quotes as long as the caller holds the request. Does not
+    /// wait. The callback receives each quote on a thread of the host; the library passes an empty callback.
+    /// Never returns an empty pointer, even for an unknown instrument. The caller owns the request.
     virtual boost::shared_ptr<CQuoteRequest>
     subscribe(const QString& stockKey, const CQuoteRequest::CCallback& callback, ESubscribeType type) = 0;
 };

@@ -11,8 +11,8 @@ class CTimeService : public CHostService<CTimeService> {
 public:
     static constexpr const char* kServiceName = "CTimeService";
 
-    /// Seconds since 1970-01-01 UTC by the trading layer's clock. Any thread, also with the registry locked;
-    /// answers at once and does not throw.
+    /// Seconds since 1970-01-01 UTC on the trading layer's clock. Any thread, also with the registry locked.
+    /// Returns at once and does not throw.
     virtual std::int64_t currentTime() = 0;
 };
 

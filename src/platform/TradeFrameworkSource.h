@@ -12,12 +12,12 @@ class CTradeFrameworkSource : public TC::CHostService<CTradeFrameworkSource> {
 public:
     static constexpr const char* kServiceName = "CTradeFrameworkSource";
 
-    /// Tells the framework the new trading day, "yyyyMMdd", as the exchange client gave it. May be told the
-    /// same day twice. Service thread; does not throw.
+    /// Tells the framework the new trading day, "yyyyMMdd", as the exchange client reported it. May be called
+    /// twice for the same day. Service thread; does not throw.
     virtual void switchTradingDate(const std::string& date) = 0;
 
-    /// The interfaces that the framework has now, in its order; null entries are ignored. The list belongs to
-    /// the caller; the records are shared and only read. Called on the thread that calls
+    /// The current interfaces of the framework, in its order. Null entries are ignored. The caller owns the
+    /// list. The records are shared and read-only. Called on the thread that calls
     /// COrderService::saveSettings.
     virtual knservice::TradeInterfaceList getAllInterfaces() = 0;
 };

@@ -15,8 +15,8 @@ class CTask {
 public:
     virtual ~CTask() = default;
 
-    /// Asks the task to act on the record. File thread, with the registry locked; does not wait for the
-    /// outcome, of which the host tells the user. Does not throw.
+    /// Asks the task to perform the operation of the record. File thread, with the registry locked. Does not
+    /// wait for the outcome; the host tells the user about it. Does not throw.
     virtual void operate(const TC::CTaskOpRecord& record) = 0;
 };
 
@@ -25,8 +25,8 @@ class CTaskCenter {
 public:
     virtual ~CTaskCenter() = default;
 
-    /// The tasks that belong to the id; empty if there are none. No entry is null. File thread, with the
-    /// registry locked; answers at once and does not throw.
+    /// The tasks with this id; empty if there are none. No entry is null. File thread, with the registry
+    /// locked. Returns at once and does not throw.
     virtual std::vector<boost::shared_ptr<CTask>> findTasks(int taskId) = 0;
 };
 
@@ -35,7 +35,7 @@ class TraderCenter : public TC::CHostService<TraderCenter> {
 public:
     static constexpr const char* kServiceName = "TraderCenter";
 
-    /// Both belong to the host and live as long as it. Any thread.
+    /// The host owns both objects and keeps them alive until releaseHost. Any thread.
     virtual CTaskCenter& getTaskCenter() = 0;
     virtual CDataCenter& getDataCenter() = 0;
 };

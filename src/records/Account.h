@@ -10,7 +10,7 @@
 
 namespace TC {
 
-/// One account. The host makes it and keeps it alive by shared pointer.
+/// One account. The host creates it and shares it by shared pointer.
 struct CAccountInfo : knservice::IData {
     int m_nBrokerType = -1; ///< an EQDBrokerType
     std::string m_strKey;   ///< UTF-8
@@ -19,7 +19,7 @@ struct CAccountInfo : knservice::IData {
 
 using CAccountInfoPtr = boost::shared_ptr<CAccountInfo>;
 
-/// A user's account as the configuration keeps it.
+/// A user's account in the configuration.
 class CAccount {
 public:
     virtual ~CAccount() = default;
@@ -28,7 +28,7 @@ public:
 
 using CAccountPtr = boost::shared_ptr<CAccount>;
 
-/// A named group of accounts; the weights of its members stay with the host.
+/// A named group of accounts. The host keeps the weights of the members.
 struct CAccountGroup {
     EQDBrokerType m_eBrokerType = EQDBrokerType::Stock;
     std::string m_strName;               ///< UTF-8

@@ -6,7 +6,8 @@
 
 namespace TC {
 
-/// Settings of an algorithm order. Their content is the host's, which derives its own record from this one.
+/// Settings of an algorithm order. The host defines their content in its own record, which it derives from
+/// this class.
 class CAlgorithmOrderSetting : public knservice::IData {};
 
 using CAlgorithmOrderSettingPtr = boost::shared_ptr<CAlgorithmOrderSetting>;

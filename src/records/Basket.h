@@ -27,12 +27,12 @@ struct CBasketSetting {
 
 using CBasketMap = QMap<QString, CBasketSetting>;
 
-/// The settings of a basket's hedge leg. Of them this system knows the price choice; the rest is the host's
-/// and goes through as it came.
+/// The settings of a basket's hedge leg. The library knows only the price choice. The other fields belong to
+/// the host and are passed on unchanged.
 struct CBasketHedgeParam : knservice::IData {
     int m_nPriceKind = 0; ///< 3 when buying, 9 when selling; key "m_nPriceKind"
 
-    /// The document as it was read, with the price choice as it is now, at its end.
+    /// The document that was read, with the current price choice as the last field.
     bson::BSONObj toBson() const override;
     void bsonValueFromObj(const bson::BSONObj& obj) override;
 

@@ -26,19 +26,22 @@ struct CCodeOrderParam : knservice::IData {
     CStockInfo m_stock;
     EPriceType m_ePriceType = unsetEnum<EPriceType>();
     double m_dPrice = kUnsetDouble; ///< currency units
-    int m_nVolume = kUnsetInt;      ///< shares or lots; not set where a repayment of money is no int
+    /// Shares or lots. Not set if an amount of money to repay does not fit an int.
+    int m_nVolume = kUnsetInt;
     std::string m_strUserId;
     EEntrustTypes m_eEntrustType = unsetEnum<EEntrustTypes>();
     std::string m_strContractText;
     std::string m_strRepayText;
     int m_nQuantityKind = kUnsetInt;
-    double m_dQuantity = kUnsetDouble; ///< where set it counts, and m_nVolume is its whole part
+    /// If set, it is the exact volume or amount of money, and m_nVolume is its integer part.
+    double m_dQuantity = kUnsetDouble;
     int m_nSubAccountKind = kUnsetInt;
     std::string m_strSubAccountId;
     int m_nOverFreqMode = kUnsetInt;
 };
 
-/// One command for the trading layer. The host's order client takes over a reference. Texts are UTF-8.
+/// One command for the trading layer. The host's order client receives a shared pointer to it. Texts are
+/// UTF-8.
 struct COrderComandParam : knservice::IData {
     EQdTraderType m_eTraderType = unsetEnum<EQdTraderType>();
     EQdHedgeType m_eHedgeType = EQdHedgeType::None;
@@ -55,12 +58,14 @@ struct COrderComandParam : knservice::IData {
     bool m_bForceConfirm = false; ///< the host must ask the user before it acts
     EOrderStrategyType m_eStrategyType = unsetEnum<EOrderStrategyType>();
     std::string m_strRemark;
-    std::string m_strCreateTime; ///< local time, "yyyy-MM-dd hh:mm:ss:zzz"; empty where the road sets none
+    /// Local time, "yyyy-MM-dd hh:mm:ss:zzz". Empty for futures options, both connects, the share-transfer
+    /// market and gold.
+    std::string m_strCreateTime;
 };
 
 using COrderComandParamPtr = boost::shared_ptr<COrderComandParam>;
 
-/// An order that passed the checks, with their results.
+/// An order that passed the checks, with the results of the checks.
 struct orderParamForOrderService : COrderParam {
     std::vector<CCodeOrderParam> m_codes;
     std::map<std::string, double> m_weights; ///< account key to weight
@@ -77,7 +82,7 @@ struct orderParamForOrderService : COrderParam {
 
 namespace knservice {
 
-/// What became of one order at the broker, as the trade client reports it; its content is the host's.
+/// State of one order at the broker. The trade client reports it; the host defines its content.
 struct COrderInfo : IData {};
 
 using COrderInfoPtr = boost::shared_ptr<COrderInfo>;

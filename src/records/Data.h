@@ -6,21 +6,21 @@
 
 namespace knservice {
 
-/// Base of the records that cross to the host by shared pointer.
+/// Base of the records that the library and the host exchange by shared pointer.
 class IData {
 public:
     virtual ~IData() = default;
 
-    /// The text under which the host keeps the record; empty where it has none.
+    /// The key under which the host keeps the record; empty if the record has no key.
     virtual std::string getKey() const { return {}; }
 
-    /// The record as a document; a record that is not stored gives the empty one.
+    /// The record as a document. A record that is not stored returns the empty document.
     virtual bson::BSONObj toBson() const { return {}; }
 
-    /// Fills the record from a document that toBson gave, perhaps by way of its JSON text: integers are then
-    /// as narrow as they fit, and a double without a fraction has become an integer (5.0 comes as the int32
-    /// 5), so a number is read whatever its type. Throws bson::CError for a document that is not the
-    /// record's. A record that is not stored stays as it is.
+    /// Fills the record from a document that toBson returned. The document may have been converted to JSON
+    /// text and back. Then integers have the smallest type that fits, and a double without a fraction is an
+    /// integer (5.0 becomes the int32 5). So the reader must accept every number type. Throws bson::CError if
+    /// the document does not belong to this kind of record. A record that is not stored does not change.
     virtual void bsonValueFromObj(const bson::BSONObj&) {}
 
 protected:

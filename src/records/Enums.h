@@ -1,19 +1,19 @@
 #pragma once
 
-/// Enumerations of the order records. Their numbers cross to the host, to files and to sockets unchanged:
-/// each stands here once, and -1 means not set (see base/Unset.h). Where only some numbers of an enumeration
-/// have a name, the others belong to the trading layer and are passed on as they come.
+/// Enumerations of the order records. The host, files and sockets use the same numbers, so a number must not
+/// change. -1 means not set (see base/Unset.h). If only some numbers of an enumeration have a name, the other
+/// numbers belong to the trading layer and are passed on unchanged.
 namespace TC {
 
 /// Kind of source that an order came from, and kind of source that a strategy listens to.
 enum class EOrderStrategyType : int {
-    Interface = 0,    ///< a call of the client's own
+    Interface = 0,    ///< a call from the client itself
     Signal = 1,       ///< the order socket
     File = 2,         ///< an order file
     BatchPending = 4, ///< a DBF table
 };
 
-/// Product family of a strategy; records/Families.h holds what is known of each.
+/// Product family of a strategy. The properties of the families are in records/Families.h.
 enum class EOrderStrategyTradeType : int {
     Stock = 0,
     Future = 1,
@@ -28,7 +28,7 @@ enum class EOrderStrategyTradeType : int {
     Gold = 12,
 };
 
-/// What m_strSelectedAccount of a strategy names.
+/// Meaning of m_strSelectedAccount of a strategy.
 enum class ESelectedAccountType : int { Group = 0, Account = 1 };
 
 /// Product family of a command, as bits.
@@ -47,21 +47,21 @@ enum class EQdTraderType : int {
 
 enum class EQdHedgeType : int { None = 0, Compose = 1, Hedge = 2 };
 
-/// Button of the futures panel that a command stands for.
+/// Button of the futures panel that matches the command.
 enum class EFtSpecBtnBarType : int { None = 0, OpenClose = 1, CloseFirst = 2, OpenOrClose = 3 };
 
 enum class EQdStopLossType : int { None = 0 };
 
-/// Platform that executes a command; algorithm order kinds name others than the plain one.
+/// Platform that executes a command. Algorithm order kinds use other platforms than the plain platform.
 enum class ETradePlatform : int { Plain = 0 };
 
-/// Order kind. 0 is the plain order; the numbers of algorithm orders are the host's.
+/// Order kind. 0 is the plain order. The host defines the numbers of algorithm orders.
 enum class EOrderType : int { Plain = 0 };
 
-/// What an order does. The trading layer may know further numbers.
+/// Operation of an order. The trading layer may know further numbers.
 enum class EOperationType : int {
-    // Futures, options on futures and gold. What closes names the position that goes, or goes first:
-    // of today or of earlier days.
+    // Futures, options on futures and gold. The name of a closing operation says which position is closed, or
+    // closed first: the position of today or of earlier days.
     OpenLong = 0,
     CloseLongEarlier = 1,
     CloseLongToday = 2,
@@ -82,7 +82,7 @@ enum class EOperationType : int {
     Buy = 18,
     Sell = 19,
 
-    // Margin trading; the last three are orders on one contract.
+    // Margin trading. The last three operate on one contract.
     MarginBuy = 20,
     ShortSell = 21,
     BuyToReturn = 22,
@@ -113,7 +113,7 @@ enum class EOperationType : int {
     OptionLock = 40,
     OptionUnlock = 41,
 
-    // The share-transfer market: a pair for each way of transfer.
+    // The share-transfer market: one pair for each transfer method.
     TransferBuy1 = 42,
     TransferSell1 = 43,
     TransferBuy2 = 44,
@@ -130,21 +130,21 @@ enum class EOperationType : int {
     TransferSell7 = 1030,
 };
 
-/// Which price an order uses.
+/// Price that an order uses.
 enum class EPriceType : int {
     Sell5 = 0,
     Sell4 = 1,
     Sell3 = 2,
     Sell2 = 3,
     Sell1 = 4,
-    Latest = 5, ///< also what an unknown price command of a table row means
+    Latest = 5, ///< also used for an unknown price command of a table row
     Buy1 = 6,
     Buy2 = 7,
     Buy3 = 8,
     Buy4 = 9,
     Buy5 = 10,
-    Specified = 11, ///< the price stands in the order
-    NoQuote = 12,   ///< a further kind that needs no quote
+    Specified = 11, ///< the order contains the price
+    NoQuote = 12,   ///< another price type that needs no quote
     Sell6 = 30,
     Sell7 = 31,
     Sell8 = 32,
@@ -155,18 +155,18 @@ enum class EPriceType : int {
     Buy8 = 37,
     Buy9 = 38,
     Buy10 = 39,
-    SpecifiedByRow = 49, ///< like 11, basket rows need a price of their own
+    SpecifiedByRow = 49, ///< as for 11, each basket row needs its own price
 };
 
-/// Passed on to the splitting of volumes; its numbers are the trading layer's.
+/// Passed on to CTradeClient when volumes are split. The trading layer defines the numbers.
 enum class EPositionType : int {};
 
-/// Hedge flag of the trading layer: the code of the character '1'.
+/// Hedge flag of the trading layer. The number is the code of the character '1'.
 enum class EHedge_Flag_Type : int { Speculation = 49 };
 
 enum class EEntrustTypes : int {};
 
-/// Kind of account at a broker, by which account groups are kept.
+/// Kind of account at a broker. Each account group has one kind.
 enum class EQDBrokerType : int {
     Future = 1,
     Stock = 2,
@@ -179,30 +179,30 @@ enum class EQDBrokerType : int {
     SGT = 11,
 };
 
-/// Login status of an account at its broker; every number but 0 means not usable.
+/// Login status of an account at its broker. Every number except 0 means that the account is not usable.
 enum class EBROKER_LOGIN_STATUS : int { LoggedIn = 0 };
 
-/// Rights of a user. A source kind's right is its EOrderStrategyType plus 6.
+/// Rights of a user. The right for a source kind is its EOrderStrategyType plus 6.
 enum class EUserAuth : int { SignalOrders = 7, FileOrders = 8 };
 
-/// Kinds of message to the user; each has display settings of its own.
+/// Types of messages to the user. Each type has its own display settings.
 enum class EMsgTypeDef : int { General = 0, OrderFailure = 4 };
 
 enum class MsgLevel : int { Note = 1, Warning = 2 };
 
-/// What m_nQuantityKind of a code record says of m_dQuantity: the code of the character '0'.
+/// Value of m_nQuantityKind for a plain m_dQuantity in a code record. It is the code of the character '0'.
 inline constexpr int kQuantityKindPlain = 48;
 
 /// Operation numbers of CTaskOpRecord and of CTradeClient::cancelTask.
 inline constexpr int kTaskOpTerminate = 3;
 inline constexpr int kTaskOpCancel = 5;
 
-/// Result of the two line parsers, and what the read loop does with it.
+/// Result of the two line parsers. It tells the read loop what to do next.
 enum TypeReturn : int {
-    TR_STOP_READING = -1, ///< a whole basket was taken from the settings: stop reading
-    TR_LINE_DONE = 0,     ///< the line was consumed or ignored: read the next
-    TR_PLAIN_LINE = 1,    ///< an ordinary order line; from the first-line parser: not a header
-    TR_BASKET_HEADER = 2, ///< the header named a basket: the rest of the file only holds trade parameters
+    TR_STOP_READING = -1, ///< a whole basket was read from the settings: stop reading
+    TR_LINE_DONE = 0,     ///< the line was consumed or ignored: read the next line
+    TR_PLAIN_LINE = 1,    ///< an ordinary order line; the first-line parser means: not a header
+    TR_BASKET_HEADER = 2, ///< the header named a basket: the rest of the file contains only trade parameters
 };
 
 } // namespace TC

@@ -8,34 +8,36 @@
 
 namespace TC {
 
-/// What is known of a product family apart from its check.
+/// The properties of a product family, without its check.
 struct CFamily {
     EOrderStrategyTradeType m_eTradeType;
     const char* m_pszName; ///< English name, for messages that developers read
     EQdTraderType m_eTraderType;
     EQDBrokerType m_eBrokerType; ///< kind of account that the family trades on
-    /// A further kind, which is tried if the group or account is not of the first; the same if there is none.
+    /// Second kind of account. It is tried if the group or account does not have the first kind. Equal to the
+    /// first kind if the family has only one.
     EQDBrokerType m_eSecondBrokerType;
-    ESettingSlot m_eSlot; ///< setting that the family's orders take
-    /// Trader type of the command whose default remark the setting holds; not set: the family has none. The
-    /// share-transfer market names the Shenzhen connect's type and not its own.
+    ESettingSlot m_eSlot; ///< setting that the family's orders use
+    /// Trader type of the command whose default remark is in the setting; not set if the family has no
+    /// default remark. For the share-transfer market it is the type of the Shenzhen connect, not its own
+    /// type.
     EQdTraderType m_eRemarkTraderType;
 
-    /// Whether the family's check accepts the order-type number; records/OrderNumbers.h has the numbers.
+    /// Whether the family's check accepts the order-type number. The numbers are in records/OrderNumbers.h.
     bool accepts(int orderType) const;
-    /// Whether the family trades on accounts of that kind.
+    /// Whether the family trades on accounts of this kind.
     bool tradesOn(EQDBrokerType broker) const;
 };
 
 extern const CFamily kFamilies[];
 extern const std::size_t kFamilyCount;
 
-/// The family of a trade type, or null for a number without one.
+/// The family of a trade type, or null for a number without a family.
 const CFamily* findFamily(EOrderStrategyTradeType tradeType);
 
-/// The setting that orders of a trade type take; the stock slot for a number without a family.
+/// The setting slot that orders of a trade type use; the stock slot for a number without a family.
 ESettingSlot settingSlotOf(EOrderStrategyTradeType tradeType);
-/// The setting that the strategy's orders take. A part of the strategy.
+/// The setting that the strategy's orders use. The reference is to a member of the strategy.
 const COrderSetting& settingOfFamily(const COrderStrategyParam& strategy);
 
 /// The command's family bit; the stock bit for numbers without a family.

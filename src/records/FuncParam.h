@@ -9,16 +9,16 @@
 
 namespace TC {
 
-/// What a call of function trading asks for; the numbers are those of the function's parameter text.
+/// Operation of a function-trading call. The numbers are the same as in the function's parameter text.
 enum class PassorderFunOrderType : int {};
 
 /// One call of function trading. Texts are UTF-8.
 struct COrderFuncParam {
     int m_nOpType = -1;    ///< a PassorderFunOrderType
-    int m_nOrderType = -1; ///< which accounts and which unit
+    int m_nOrderType = -1; ///< selects the accounts and the unit
     std::string m_strAccountID;
     std::string m_strOrderCode;
-    int m_nPrType = -1; ///< an EPriceType; -1: not given
+    int m_nPrType = -1; ///< an EPriceType; -1: not set
     double m_dModelPrice = 0.0;
     double m_dModelVolume = 0.0;
     int m_nTradeType = -1; ///< an EOrderStrategyTradeType derived from m_nOpType

@@ -16,7 +16,7 @@ struct CStockInfo {
     std::string m_strProductId;
 };
 
-/// What the exchange client knows of an instrument. The host fills it and shares it read-only.
+/// The data of an instrument from the exchange client. The host fills it and shares it read-only.
 struct CInstrumentDetail {
     struct CTradeInfo {
         int m_nTransferKind = 0; ///< transfer method of a share-transfer instrument

@@ -25,14 +25,14 @@ constexpr unsigned kFutureOption = familyBit(Family::FutureOption);
 constexpr unsigned kFutures = familyBit(Family::Future) | kFutureOption;
 constexpr unsigned kNeeq = familyBit(Family::Neeq);
 constexpr unsigned kGold = familyBit(Family::Gold);
-/// The families that buy and sell by 23 and 24.
+/// The families that use 23 to buy and 24 to sell.
 constexpr unsigned kShares =
     kStock | kCredit | familyBit(Family::SGT) | familyBit(Family::HGT) | kNeeq | kGold;
 
 } // namespace
 
-// 14 repeats the operation of 0, and 15 that of 3. 80 to 85 are accepted by the share-transfer market and
-// name no operation.
+// 14 has the same operation as 0, and 15 has the same operation as 3. The share-transfer market accepts 80 to
+// 85, but they have no operation.
 const COrderNumber kOrderNumbers[] = {
     {0, Op::OpenLong, Line::Future, Sock::Future, kNoFamily, kFutures | kGold, 0},
     {1, Op::CloseLongEarlier, Line::Future, Sock::Future, kNoFamily, kFutures | kGold, 0},

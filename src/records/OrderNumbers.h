@@ -8,17 +8,17 @@ namespace TC {
 
 /// The fields of a plain line of an order file or of a table. Basket lines have no plain form.
 enum class EOrderLineForm : int {
-    None,    ///< the line gives no order line at all
+    None,    ///< the line adds no order line to the order
     Future,  ///< price, code, volume, two further prices
     General, ///< price, code, volume
     Amount,  ///< amount
     Option,  ///< price, code, volume, account
-    Whole,   ///< a basket taken whole from the settings
+    Whole,   ///< a whole basket from the settings
 };
 
-/// The fields of the argument of the socket's `placeorder`, behind number and channel.
+/// The fields of the socket command `placeorder` after number and channel.
 enum class ESocketForm : int {
-    Nothing,  ///< further fields are not read; the order has no line
+    Nothing,  ///< further fields are ignored; the order has no line
     Future,   ///< price, code, volume, two further prices
     Plain,    ///< price, code, volume
     Reversed, ///< code, volume, price
@@ -38,17 +38,18 @@ enum EOrderFlag : unsigned {
     kFlagExercise = 1U << 7U,
     kFlagFund = 1U << 8U,
     kFlagFixedPriceFund = 1U << 9U,
-    kFlagMayLackFields = 1U << 10U, ///< a line with number and channel alone gives an order line, too
+    kFlagMayLackFields = 1U << 10U, ///< a line with only number and channel makes an order line too
 };
 
-/// All that is known of one order number. The predicates of records/OrderTypes.h read it.
+/// The properties of one order number. The functions of records/OrderTypes.h read them.
 struct COrderNumber {
     int m_nNumber;
-    EOperationType m_eOperation; ///< not set: each row of the order names its own, or the number has none
+    /// Not set if each row of the order names its operation, or if the number has no operation.
+    EOperationType m_eOperation;
     EOrderLineForm m_eLineForm;
     ESocketForm m_eSocketForm;
     EOrderStrategyTradeType
-        m_eLineFamily;    ///< family that the line grammar recognises in the number; or not set
+        m_eLineFamily;    ///< family that the line parser derives from the number; may be not set
     unsigned m_nFamilies; ///< families whose check accepts the number, see familyBit
     unsigned m_nFlags;    ///< EOrderFlag
 
@@ -62,15 +63,15 @@ constexpr unsigned familyBit(EOrderStrategyTradeType family) {
     return number >= 0 && number < kBits ? 1U << static_cast<unsigned>(number) : 0U;
 }
 
-/// The table of order numbers, ascending, and its length. Each number that a family accepts or that has a
-/// form of its own has one row.
+/// The table of order numbers in ascending order, and its length. A number has one row if a family accepts it
+/// or if it has its own form.
 extern const COrderNumber kOrderNumbers[];
 extern const std::size_t kOrderNumberCount;
 
 /// The row of a number, or null if it has none.
 const COrderNumber* findOrderNumber(int orderType);
 
-/// What the socket reads for a number, also for one without a row.
+/// The form that the socket reads for a number. It is defined also for a number without a row.
 ESocketForm socketFormOf(int orderType);
 
 } // namespace TC

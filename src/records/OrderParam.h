@@ -13,9 +13,9 @@ namespace TC {
 
 /// One line of an order.
 struct COrderSingleParam {
-    QString m_strCode;              ///< empty: none, the strategy's applies
+    QString m_strCode;              ///< empty: the strategy's code applies
     QString m_strAccount;           ///< read only for strategies in table mode
-    int m_nVolume = kUnsetInt;      ///< shares or lots; unset: the strategy's applies
+    int m_nVolume = kUnsetInt;      ///< shares or lots; unset: the strategy's volume applies
     double m_dPrice = kUnsetDouble; ///< currency units, used with EPriceType::Specified
     bool m_bHasFirstLimit = false;
     double m_dFirstLimit = kUnsetDouble;
@@ -29,33 +29,33 @@ struct COrderSingleParam {
     EPriceType m_ePriceType = unsetEnum<EPriceType>(); ///< unset: the strategy's setting applies
 };
 
-/// One order as it came in by any door.
+/// One order as a door received it.
 struct COrderParam {
     int m_nOrderType = kUnsetInt; ///< order-type number, see records/OrderTypes.h
     int m_nChannel = kUnsetInt;   ///< id of the strategy that the order is meant for
     EOrderStrategyType m_eStrategyType = unsetEnum<EOrderStrategyType>();
-    bool m_bAll = false; ///< the word `all` resolved to at least one account
+    bool m_bAll = false; ///< the order used the word `all` and it matched at least one account
     QVector<COrderSingleParam> m_orders;
-    QString m_strAccountKeyPart1; ///< both parts set: an explicit account
+    QString m_strAccountKeyPart1; ///< if both parts are set, the order names its account
     QString m_strAccountKeyPart2;
     std::string m_strBasketText;
     std::string m_strAccountKey;
     std::string m_strRemark;                           ///< UTF-8
-    EOrderType m_eOrderType = unsetEnum<EOrderType>(); ///< unset: the strategy's applies
+    EOrderType m_eOrderType = unsetEnum<EOrderType>(); ///< unset: the strategy's order kind applies
     std::string m_strOrderSetting;                     ///< setting or algorithm text, UTF-8; empty: none
     int m_nSettingKind = 0;                            ///< 1: m_strOrderSetting is the final algorithm text
     std::string m_strTradeText1;
     std::string m_strTradeText2;
     std::string m_strTradeText3;
-    int m_nTradeTypeOverride = -1; ///< an EOrderStrategyTradeType as the line grammar recognised it
+    int m_nTradeTypeOverride = -1; ///< an EOrderStrategyTradeType that the line parser recognised
 
     /// The order as one line of text for the log.
     QString toQString() const;
 };
 
-/// What one `orderParam=` line of an order file gives. The host's parser fills it.
+/// The content of one `orderParam=` line of an order file. The host's parser fills it.
 struct COrderTradeParam {
-    std::string m_strRemark; ///< GBK from the host's parser, UTF-8 afterwards
+    std::string m_strRemark; ///< GBK from the host's parser, converted to UTF-8 afterwards
     int m_eOrderType = -1;
     QString m_strOrderSetting;
     QString m_strAccountKeyPart1;
@@ -66,14 +66,14 @@ struct COrderTradeParam {
     std::string m_strTradeText3;
 };
 
-/// The order of rows by code, and the same as a three-way comparison: below, at or above zero.
+/// Sort order of rows by code. `compare` is the same as a three-way comparison: negative, zero or positive.
 bool codeSingleParamLessThan(const COrderSingleParam& a, const COrderSingleParam& b);
 
 struct COrderSingleParamCompareTraits {
     static int compare(const COrderSingleParam& a, const COrderSingleParam& b);
 };
 
-/// The code of a field that came from outside, in GBK or UTF-8; "0" stands for no code.
+/// The code in an external field in GBK or UTF-8. "0" means no code.
 QString codeOfField(std::string_view field);
 
 } // namespace TC

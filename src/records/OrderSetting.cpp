@@ -5,7 +5,7 @@
 namespace TC {
 namespace {
 
-// By slot number.
+// The index is the slot number.
 constexpr std::array<EDefaultSetting, kSettingSlots> kDefaults = {
     EDefaultSetting::Stock,  EDefaultSetting::Future, EDefaultSetting::Future, EDefaultSetting::Future,
     EDefaultSetting::Future, EDefaultSetting::Future, EDefaultSetting::Basket, EDefaultSetting::None,

@@ -7,7 +7,8 @@
 
 namespace TC {
 
-/// How one product family of a strategy places its orders, as far as this system reads it.
+/// How one product family of a strategy places its orders. It contains only the fields that this library
+/// reads.
 struct COrderSetting {
     EPriceType m_ePriceType = EPriceType::Latest;
     EOrderType m_eOrderType = EOrderType::Plain;
@@ -18,8 +19,8 @@ struct COrderSetting {
     std::string m_strCmdLog; ///< default command remark, UTF-8
 };
 
-/// Slots of COrderSetting in a strategy. Both connects have two: the strategy path reads HGT and SGT,
-/// function trading the other pair.
+/// Slots of COrderSetting in a strategy. Both connects have two slots: strategies use HGT and SGT, function
+/// trading uses FunctionHGT and FunctionSGT.
 enum class ESettingSlot : int {
     Stock = 0,
     Future = 1,
@@ -41,10 +42,10 @@ enum class ESettingSlot : int {
 
 inline constexpr int kSettingSlots = 16;
 
-/// The default settings that a user keeps, from which new strategies are filled.
+/// The user's default settings. New strategies are filled from them.
 enum class EDefaultSetting : int { None, Stock, Future, Basket, Option, Neeq, HGT, Gold };
 
-/// The default that a new strategy copies into the slot; None leaves the slot as it was made.
+/// The default setting that a new strategy copies into the slot. None means that the slot is not changed.
 EDefaultSetting defaultForSlot(ESettingSlot slot);
 
 } // namespace TC

@@ -2,10 +2,10 @@
 
 #include "records/Enums.h"
 
-/// Order-type numbers in code: names and properties. The table is in records/OrderNumbers.h.
+/// Names and properties of order-type numbers. The table is in records/OrderNumbers.h.
 namespace TC {
 
-/// Numbers that code compares one by one.
+/// Order-type numbers that the code compares directly.
 enum EOrderNumber : int {
     kOrderBuy = 23,
     kOrderSell = 24,
@@ -22,28 +22,29 @@ enum EOrderNumber : int {
     kOrderUnlockStock = 57,
 };
 
-/// 25, 26 and 33: a first line of such a number is a basket header.
+/// 25, 26 and 33: a first line with such a number is a basket header.
 bool isBasketHeaderOrder(int orderType);
-/// 34 and 35: the rows are positions to reach.
+/// 34 and 35: the rows are target positions.
 bool isTargetOrder(int orderType);
-/// 6 to 9 and 10 to 15: orders of the futures panel's buttons "close first" and "open or close". 14 and 15
-/// stand behind that button too, though they open only.
+/// 6 to 9: orders of the button "close first" of the futures panel. 10 to 15: orders of its button "open or
+/// close". 14 and 15 only open a position, but they belong to that button too.
 bool isCloseFirstButton(int orderType);
 bool isOpenOrCloseButton(int orderType);
-/// 29 to 32 and 39: shares or money of a credit account are given back.
+/// 29 to 32 and 39: shares or money of a credit account are repaid.
 bool isRepayOrder(int orderType);
 /// 37 and 38: one contract of a credit account is ended.
 bool isContractEndOrder(int orderType);
-/// 56 and 57: the stock under an option is locked and unlocked.
+/// 56 and 57: the underlying stock of an option is locked and unlocked.
 bool isStockLockOrder(int orderType);
 /// 54, 55 and 100: options on stocks and on futures are exercised.
 bool isExerciseOrder(int orderType);
-/// 86 to 92: operations of funds, whose records carry a quantity beside the volume; of them 90 and 91 go out
-/// at a price of 1 whatever the setting says.
+/// 86 to 92: operations of funds. Their records have a quantity in addition to the volume. 90 and 91 are sent
+/// at a price of 1 and ignore the setting.
 bool isFundOrder(int orderType);
 bool isFixedPriceFundOrder(int orderType);
 
-/// A number's operation for the trading layer; unset for 33, 34, 35 and for numbers without one.
+/// The operation of a number for the trading layer. Unset for 33, 34, 35 and for numbers without an
+/// operation.
 EOperationType orderTypeToOperationType(int orderType);
 
 } // namespace TC

@@ -7,16 +7,17 @@
 
 namespace TC {
 
-/// A price command of a table row and the price type it stands for.
+/// A price command of a table row and its price type.
 struct CPriceCommand {
     const char* m_pszCommand;
-    int m_nPriceType; ///< an EPriceType; the numbers without a name there are the quote service's
+    int m_nPriceType; ///< an EPriceType; numbers without a name belong to the quote service
 };
 
 extern const CPriceCommand kPriceCommands[];
 extern const std::size_t kPriceCommandCount;
 
-/// Exact look-up, case kept. A command that is not in the table means EPriceType::Latest.
+/// Returns the price type of a command; case-sensitive. A command that is not in the table means
+/// EPriceType::Latest.
 EPriceType getPriceTypeByCmd(const std::string& cmd);
 
 } // namespace TC

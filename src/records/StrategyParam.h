@@ -12,13 +12,13 @@
 
 namespace TC {
 
-/// One strategy: a channel through which orders of one kind enter, with the accounts and the product family
-/// they are for. Kept in the host's map under its channel number. Large: code on the order road makes one
-/// copy per order.
+/// One strategy: a channel for orders from one kind of source, with their accounts and their product family.
+/// It is stored in the host's map under its channel number. The record is large, so the order processing
+/// makes only one copy per order.
 struct COrderStrategyParam {
     static constexpr int kRunning = 0;
     static constexpr int kStopped = 1;
-    static constexpr int kTableMode = 1; ///< m_nAccountMode: rows of a DBF table name their accounts
+    static constexpr int kTableMode = 1; ///< value of m_nAccountMode: rows of a DBF table name their accounts
 
     int m_nStatus = kStopped;
     int m_nChannel = kUnsetInt; ///< the strategy's id, the key of the map
@@ -30,7 +30,7 @@ struct COrderStrategyParam {
     EOrderStrategyType m_eStrategyType = EOrderStrategyType::File;
     int m_nAccountMode = 0;
     QString m_strSignalSource; ///< path of a file or table, or "ip:port" of a socket
-    QString m_strUser;         ///< login of the socket, or first argument of the decryption library
+    QString m_strUser;         ///< login name of the socket, or first argument of the decryption library
     QString m_strPass;
     QString m_strCode; ///< instrument that the strategy trades; empty for baskets
 
@@ -40,7 +40,7 @@ struct COrderStrategyParam {
     int m_nVolume = 1; ///< shares or lots
     int m_nFurther1 = 1;
     int m_nFurther2 = 1;
-    bool m_bUseAmount = false;       ///< the volume follows from m_dAmount
+    bool m_bUseAmount = false;       ///< the volume is calculated from m_dAmount
     double m_dAmount = kUnsetDouble; ///< currency units
     bool m_bByPercent = false;
     double m_dPercent = kUnsetDouble; ///< 0 to 1
@@ -62,7 +62,7 @@ struct COrderStrategyParam {
 
     bool isRunning() const { return m_nStatus == kRunning; }
 
-    /// Whether the orders come from a file of the system, be it of lines or a table.
+    /// Whether the orders come from a file: an order file or a DBF table.
     bool comesFromFile() const {
         return m_eStrategyType == EOrderStrategyType::File ||
                m_eStrategyType == EOrderStrategyType::BatchPending;

@@ -5,7 +5,7 @@
 
 namespace TC {
 
-/// What is to be done with a running task, and on whose word.
+/// A request to operate on a running task, and the user who made it.
 struct CTaskOpRecord {
     int m_nOperation = 0;      ///< kTaskOpTerminate
     std::int64_t m_nTime = 0;  ///< CTimeService::currentTime at the time of the request

@@ -9,7 +9,7 @@ namespace {
 
 using CRecord = TradeInterfaceData;
 
-/// A stored field: its key and the member behind it, whose type is that of the written value.
+/// A stored field: its key and its member. The member's type is the type of the written value.
 struct CStoredField {
     const char* key;
     std::variant<std::string CRecord::*, std::int64_t CRecord::*, int CRecord::*, bool CRecord::*,
@@ -17,7 +17,7 @@ struct CStoredField {
         member;
 };
 
-/// In the order in which they are written and read.
+/// The fields are written and read in this order.
 const CStoredField kStoredFields[] = {
     {"m_strInterface", &CRecord::m_strInterface},
     {"m_strAccount", &CRecord::m_strAccount},
@@ -43,7 +43,7 @@ void readValue(const bson::BSONObj& object, const char* key, bool& value) {
     bson::readField(object, key, value);
 }
 
-/// Numbers are read as 32-bit integers, whatever they are written as.
+/// Numbers are always read as 32-bit integers, although they may be written with another type.
 template<typename Number>
 void readValue(const bson::BSONObj& object, const char* key, Number& value) {
     std::int32_t number = 0;

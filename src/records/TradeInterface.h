@@ -11,8 +11,8 @@
 
 namespace knservice {
 
-/// One entry of an interface's white list. Which fields it has is the host's business; here it is kept whole,
-/// as it came.
+/// One entry of an interface's white list. The host defines its fields; the library stores the document
+/// unchanged.
 class CFrameWorkInstrumentWhiteList : public IData {
 public:
     bson::BSONObj toBson() const override { return m_object; }
@@ -21,27 +21,28 @@ public:
     bson::BSONObj m_object;
 };
 
-/// The element of a settings document that has a child for each interface, and the attribute of such a child
-/// that holds the interface's JSON text.
+/// Names in a settings document: the element that has one child for each interface, and the attribute of a
+/// child that contains the interface's JSON text.
 inline constexpr const char* kInterfacesTag = "interfaceTrade";
 inline constexpr const char* kInterfaceDataAttribute = "interfacedata";
 
 /// One interface of the trade framework: which strategy library runs on which account, with its automatic
-/// settings. Fields called reserved are the framework's, and are not stored.
+/// settings. The reserved fields belong to the framework and are not stored.
 class TradeInterfaceData {
 public:
-    /// The keys of the stored fields, in the order in which they are written; the white list's is the last.
+    /// The keys of the stored fields in the order in which they are written. The key of the white list is the
+    /// last.
     static std::vector<std::string> storedKeys();
 
-    /// The stored fields as JSON text in UTF-8, on one line: strings, numbers and flags under the names of
-    /// their members, and the white list as a list of JSON texts, without its null entries.
+    /// The stored fields as JSON text in UTF-8, on one line. Strings, numbers and flags have the names of
+    /// their members as keys. The white list is a list of JSON texts without its null entries.
     std::string toJson() const;
 
-    /// Reads the stored fields from the text; a field that is absent there keeps its value. Integers and
-    /// m_nMaxLoss must stand there as integers of 32 bits: a loss with a fraction is written and not read.
-    /// White list entries come behind those that the record has. Throws bson::CJsonError where the text or
-    /// that of an entry is no JSON object, and bson::CTypeError for a field of another type; the fields
-    /// before it have been read then.
+    /// Reads the stored fields from the text. A field that is absent in the text keeps its value. Integers
+    /// and m_nMaxLoss must be 32-bit integers in the text. So a loss with a fraction can be written but not
+    /// read. White list entries are appended to the entries of the record. Throws bson::CJsonError if the
+    /// text, or the text of an entry, is not a JSON object. Throws bson::CTypeError if a field has the wrong
+    /// type; the fields before it have been read then.
     void fillFromJson(const std::string& text);
 
     int m_nReserved = 0;
@@ -49,7 +50,7 @@ public:
     std::string m_strAccount;
     std::string m_strAccountKey;
     std::string m_strStock = "SH000300"; ///< instrument
-    std::int64_t m_nPeroid = 0;          ///< period; stored under this very spelling
+    std::int64_t m_nPeroid = 0;          ///< period; stored with this spelling
     std::uint64_t m_reservedWords[3] = {};
     bool m_bAutoBalance = false;
     int m_nBalanceTime = -1;
@@ -60,8 +61,7 @@ public:
     bool m_bAutoStoploss = false;
     double m_nMaxLoss = 0;
     std::uint64_t m_reservedTail[2] = {};
-    std::vector<boost::shared_ptr<IData>>
-        whitelist; ///< CFrameWorkInstrumentWhiteList each; entries may be null
+    std::vector<boost::shared_ptr<IData>> whitelist; ///< entries are CFrameWorkInstrumentWhiteList or null
 };
 
 using TradeInterfaceDataPtr = boost::shared_ptr<TradeInterfaceData>;
