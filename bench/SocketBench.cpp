@@ -1,9 +1,8 @@
-// Figures of the order socket over the loopback. Their baselines use an echo server that gets the same lines.
-// socket_rtt: microseconds from one order line to its reply, one at a time.
-// socket_pipelined: order lines per second on one connection with 64 lines in flight.
-// socket_50: microseconds per order of 50 connections with one line in flight each.
-// connection_memory: bytes that an idle connection uses in the process. Its baseline is the size of the
-// scratch buffer in each connection's record.
+// Figures of the order socket over the loopback. The baselines use an echo server that gets the same lines.
+// socket_rtt: microseconds from one order line to its reply, one at a time. socket_pipelined: order lines per
+// second on one connection with 64 lines in flight. socket_50: microseconds per order of 50 connections with
+// one line in flight each. connection_memory: bytes that an idle connection uses in the process. Its baseline
+// is the size of the scratch buffer in each connection's record.
 #include "bench/Figure.h"
 #include "bench/SocketPeers.h"
 

@@ -39,8 +39,8 @@ public:
 };
 
 /// Keeps this thread, and the threads that it starts, on one processor while the object exists. The two ends
-/// of a connection take turns, so they need only one. The time that one processor needs to wake another must
-/// not be measured.
+/// of a connection take turns, so one processor is enough. The time that one processor needs to wake another
+/// must not be measured.
 class COneProcessor {
 public:
     COneProcessor();

@@ -12,6 +12,7 @@ namespace desk {
 /// thread, with a QCoreApplication. Returns the process's exit code: 0 after a normal end; 2 if the folder
 /// cannot be used for trading; 1 if the journal or the store cannot be opened or closed, if the interfaces
 /// cannot be saved, or if orders were discarded at the end.
+///
 /// At the end the accepted orders are finished. Meanwhile keepWaiting is called on another thread. When it
 /// returns false, the other orders are discarded; each of them is written to the journal, and their number is
 /// printed to `out`. An empty keepWaiting means to wait always.

@@ -7,6 +7,7 @@ namespace desk {
 /// request means not to wait for the backlog. The next SIGINT ends the process at once, whatever it is doing:
 /// the signal handler itself ends it. SIGINTs less than a tenth of a second apart, by the clock of
 /// base/Clock.h, are treated as one request, because some senders send each signal twice. SIGPIPE is ignored.
+///
 /// Only one object in a process, because signals belong to the process. Create it on the main thread. The
 /// signal handler reads the clock, which is safe with the machine's clock.
 class CStopSignals {

@@ -24,6 +24,7 @@ struct CCsvRow {
 /// Reads a comma separated table. The text is UTF-8 with or without a byte order mark; lines end in LF or CR
 /// LF. The first line names the columns. A cell that contains a comma is in double quotes, and "" inside
 /// means one quote. Lines that begin with # and empty lines are skipped. Blanks around a cell are removed.
+///
 /// `columns` are the allowed column names; those in `required` must be present. Mistakes go to the
 /// diagnostics, and the rows that can be read are returned. A missing file is a mistake only if it is
 /// `mandatory`. A file that exists and cannot be read is always a mistake.

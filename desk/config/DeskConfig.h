@@ -77,8 +77,8 @@ struct CInstrumentEntry {
     double referencePrice = TC::kUnsetDouble;
     int transferKind = 0;
     EInstrumentKind kind = EInstrumentKind::Stock;
-    int multiplier = 1;    ///< units of the underlying in one lot; money is price times volume times this
-    double marginRate = 1; ///< part of that money held as margin for an open future or a sold option
+    int multiplier = 1;    ///< units of the underlying in one lot; money = price * volume * multiplier
+    double marginRate = 1; ///< margin of an open future or a sold option, as a fraction of that money
 
     std::string key() const { return market + code; }
     /// Derivatives are traded under their plain code, so the code finds them like their key does. Instruments
@@ -103,7 +103,7 @@ struct CQuoteEntry {
 
     std::string stockKey;
     double last = TC::kUnsetDouble;
-    double previousClose = TC::kUnsetDouble; ///< the fallback for prices
+    double previousClose = TC::kUnsetDouble; ///< the fallback price; if it is not set, `last` is used
     std::array<CQuoteLevel, kDepth> buy;     ///< best first
     std::array<CQuoteLevel, kDepth> sell;    ///< best first
 };
@@ -129,7 +129,7 @@ struct CPortfolioEntry {
 struct CDeskConfig {
     CUserEntry user;
     bool acceptForcedConfirm = false; ///< answer used instead of the user's if a command must be confirmed
-    bool allowRemoteSocket = false;   ///< order sockets may accept other machines
+    bool allowRemoteSocket = false;   ///< order sockets may accept connections from other machines
     /// Names of the switches of "mdl_order" that are on. The command guard is on unless the folder turns it
     /// off.
     std::set<std::string> switches;

@@ -25,6 +25,7 @@ constexpr bool hasCommon(ESubject a, ESubject b) {
 }
 
 /// Collects the mistakes and warnings that the readers find.
+///
 /// A folder with a mistake is not started. A warning is about something that is allowed but probably not
 /// intended: orders that will be rejected, a strategy that will not start, a key that looks like protection
 /// and has no effect.

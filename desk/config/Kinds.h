@@ -10,8 +10,8 @@ namespace desk {
 /// Whether orders for accounts of this kind may name instruments of this kind.
 bool tradesKind(TC::EQDBrokerType broker, EInstrumentKind kind);
 /// Whether accounts of this kind may have positions in instruments of this kind. False if orders for such
-/// instruments are never filled, such as stocks to lock and shares of the share-transfer market: the
-/// positions would stay in the books forever.
+/// instruments are never filled: the positions would stay in the books forever. Examples are the stocks that
+/// option accounts lock and shares of the share-transfer market.
 bool holdsKind(TC::EQDBrokerType broker, EInstrumentKind kind);
 /// Whether positions in instruments of this kind may be short.
 bool canBeShort(EInstrumentKind kind);

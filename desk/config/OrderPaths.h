@@ -10,10 +10,12 @@
 namespace desk {
 
 /// Returns the reason why the desk must not take order files at the path, for people; empty if it may.
-/// `folder` and `path` are absolute; `shown` is the path for the message. The path and the path plus ".tmp"
-/// must not be: a file of the desk itself, a place in the folder for refused order files, or a folder. A file
-/// of the desk is also recognized through a linked folder, a symbolic link or a hard link. A path with a zero
-/// byte is refused too, because the system would not read the part after it.
+/// `folder` and `path` are absolute; `shown` is the path for the message.
+///
+/// The path and the path plus ".tmp" must not be: a file of the desk itself, a place in the folder for
+/// refused order files, or a folder. A file of the desk is also recognized through a linked folder, a
+/// symbolic link or a hard link. A path with a zero byte is refused too, because the system would not read
+/// the part after it.
 std::string whyNoOrderPath(const std::filesystem::path& folder, const std::string& path,
                            const std::string& shown);
 

@@ -195,8 +195,7 @@ const CRecordKeys<COrderSetting>& settingKeys() {
             enumKey("order_kind", &COrderSetting::m_eOrderType),
             {"remark", plainKey("remark", &COrderSetting::m_strCmdLog).m_setter,
              [](toml::table& table, const COrderSetting& setting, const COrderSetting&) {
-                 // Always written, because an empty remark differs from a missing one, which means the
-                 // default.
+                 // Always written: a missing remark means the default's remark, not an empty one.
                  insertValue(table, "remark", setting.m_strCmdLog);
              }},
         },
@@ -277,7 +276,7 @@ TC::ESettingSlot slotOf(TC::EOrderStrategyTradeType tradeType) {
     return family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock;
 }
 
-/// Returns the same slot before the keys are read, because the slot depends on the key "family".
+/// Returns the same slot before the keys are read: their target slot depends on the key "family".
 TC::ESettingSlot ownSlot(const toml::table& table) {
     const auto word = table["family"].value<std::string>();
     const auto found = word ? familyWords().find(*word) : familyWords().end();

@@ -43,7 +43,7 @@ public:
               const std::vector<std::string>& required = {}) const;
 
     void mistake(const toml::node& node, const std::string& message) const;
-    /// Adds a mistake on the line of the key, or of the table if the key is missing.
+    /// mistakeAt and warnAt report on the line of the key, or of the table if the key is missing.
     void mistakeAt(const std::string& key, const std::string& message, ESubject about = ESubject::None) const;
     void warnAt(const std::string& key, const std::string& message) const;
     /// Reports that a required key is missing. The line is the last line of the table's own keys, because the

@@ -29,7 +29,7 @@ public:
     virtual std::string defaultRemark(const COrderStrategyParam& strategy) = 0;
     /// Whether this deployment allows remarks on commands.
     virtual bool areRemarksAllowed() = 0;
-    /// Finds the user's basket with this name. The name is GBK or UTF-8; upper and lower case differ.
+    /// Finds the user's basket with this name. The name is GBK or UTF-8; the comparison is case-sensitive.
     virtual std::optional<CBasketSetting> findBasket(std::string_view name) = 0;
     /// Whether the strategy's group or account setting yields at least one account.
     virtual bool hasAccounts(const COrderStrategyParam& strategy) = 0;

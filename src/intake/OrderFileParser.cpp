@@ -227,8 +227,7 @@ bool COrderFileParser::parserTradeParam(const std::string& line) {
     // Without an equals sign the whole line is used as the text.
     const QString text = UW::sToQsGBK(line);
     const QString param = text.mid(text.indexOf(u'=') + 1);
-    COrderTradeParam read =
-        m_tradeParam; // a copy: a text that is not understood must not change the parameters
+    COrderTradeParam read = m_tradeParam; // a copy: an unknown text must not change m_tradeParam
     if (param.isEmpty()) return true;
     if (!m_port.readTradeParam(utils::toLocal8Bit(param), read)) {
         ++m_nUnreadTradeParams;

@@ -22,6 +22,7 @@ struct CIgnoredLines {
 /// The grammar of order files, one object for each file. It takes the lines one after the other and collects
 /// the orders. Requests that are carried out at once, like a cancel, go to the port. No I/O, no lock, no
 /// state beyond the file.
+///
 /// A number that cannot be read throws boost::bad_lexical_cast and ends the file. The orders collected before
 /// stay valid.
 class COrderFileParser {

@@ -109,7 +109,7 @@ std::unique_ptr<ILineSource> COrderFileSourceKind::take(int channel, const COrde
     // Created before the file is taken. So if memory runs out, the file stays where it is.
     auto file = std::make_unique<COrderFileSource>(m_kept, isGuarded);
     // A file that cannot be renamed is not read: reading it in place would place its orders again and again.
-    // A file that is already under the .tmp name is not read either: this pass did not take it, and its
+    // A file that is already under the .tmp name is not read either: no pass of this process took it, and its
     // orders may have been placed before a crash.
     if (::rename(source.c_str(), (source + kTmpSuffix).c_str()) != 0) {
         tellLeftWaiting(channel, strategy, std::string("it cannot be renamed: ") + std::strerror(errno));

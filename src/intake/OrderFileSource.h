@@ -14,6 +14,7 @@ namespace TC {
 /// Order files. A file is taken away from its writer by renaming it to its .tmp name. It is deleted when its
 /// source is destroyed. So no file is read twice. After a crash, a file whose orders were not handed over is
 /// still there under its .tmp name. No file stays open between passes.
+///
 /// If the switch "mdl_order_file_guard" is on, a damaged or incomplete file is refused completely and kept,
 /// see COrderFileScan. A file that was left under a .tmp name is also kept instead of being deleted. Used on
 /// the file thread.

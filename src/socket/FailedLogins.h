@@ -10,14 +10,12 @@ namespace TC {
 /// only.
 class CFailedLogins {
 public:
-    static constexpr int kFree = 3;            ///< after this many failures the delays begin
+    static constexpr int kFree = 3;            ///< number of failures before the delays begin
     static constexpr double kFirstDelay = 0.5; ///< first delay, in seconds
     static constexpr double kLastDelay = 4;    ///< in seconds; each delay is twice the one before, up to this
-    static constexpr double kForgetSeconds =
-        60; ///< after this time without a failed login the count starts again at 0
+    static constexpr double kForgetSeconds = 60; ///< the count starts again after this time without a failure
     static constexpr int kMaxDelayed = 20; ///< connections of one address that may wait at the same time
-    static constexpr std::size_t kMaxAddresses =
-        1000; ///< remembered at the same time; the oldest is forgotten first
+    static constexpr std::size_t kMaxAddresses = 1000; ///< remembered; the oldest is forgotten first
 
     /// Maps an address to its group: all loopback addresses are one group, an IPv6 network of 64 bits is one
     /// group, and any other address is its own group. Without groups, somebody who guesses passwords could

@@ -11,7 +11,7 @@ namespace TC {
 enum class EFrame {
     Line,     ///< a line that ends in CR LF
     LoneFeed, ///< a line feed without a carriage return before it in the same line
-    NeedsMore ///< no line feed was received yet
+    NeedsMore ///< the line feed of the next line was not received yet
 };
 
 /// Cuts the bytes of one connection into lines; the bytes may arrive in pieces of any size. Pure: the caller

@@ -11,11 +11,13 @@ namespace TC {
 /// room from the moment when it is handed over until the service has finished it. Room is counted in rows: a
 /// basket of 300 rows takes 300, a single order or a cancel takes one. An order without room is not read from
 /// the client yet. So no client can put more than a moment of work before another client's order.
+///
 /// The total room is the number of rows that the service finishes in kSeconds, measured from its recent work.
 /// The share of a connection is half of the room. A connection below its share places orders at once if there
 /// is room and no connection waits for a turn. Otherwise it waits. Waiting connections get turns of a few
 /// rows each, in the order in which they began to wait. An order that needs more room than is left is still
 /// placed whole.
+///
 /// Must be held by a shared pointer, because tickets may return room after the listeners are destroyed.
 /// Thread-safe.
 class COrderCredit : public std::enable_shared_from_this<COrderCredit> {

@@ -390,7 +390,7 @@ COrderCredit::CTicket COrderSocketServer::charge(const ConnData& data, int lines
     return data.m_account ? m_credit->charge(data.m_account, lines) : nullptr;
 }
 
-/// The order is already queued. If this fails, only its room is counted wrong; the reply does not change.
+/// The order is already queued. If this fails, its room is given back too early; the reply does not change.
 void COrderSocketServer::holdTicket(COrderCredit::CTicket ticket) noexcept {
     try {
         if (ticket) m_gate.holdUntilWorkedOff(std::move(ticket));

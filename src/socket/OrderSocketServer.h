@@ -29,6 +29,7 @@ struct CSocketVerb;
 
 /// Serves the order protocol on one listener: greeting, lines, login, and the two order commands, whose
 /// orders go to the gate. docs/socket-protocol.md describes the protocol byte by byte.
+///
 /// All callbacks run on the listener's thread, one at a time. So the commands of all connections are served
 /// strictly one after the other. Must be held by a shared pointer. Gate and registry must outlive the
 /// listener's thread.
@@ -114,8 +115,7 @@ private:
     boost::asio::steady_timer m_watch; ///< runs while a client is not logged in yet or an order waits
     bool m_bWatching = false;
     CRefusalTally m_refusals;
-    bool m_bStuck =
-        false; ///< no connection is served any more, even after stop until the listener is destroyed
+    bool m_bStuck = false;                ///< no connection is served any more, also not after stop
     double m_dNextDeadline = kNoDeadline; ///< earliest time when a login may be overdue
 
     const std::shared_ptr<COrderCredit> m_credit;

@@ -32,8 +32,7 @@ public:
 
 private:
     boost::asio::io_service m_ioService;
-    boost::shared_ptr<COrderSocketServer>
-        m_pServer; ///< declared after its event loop, so it is destroyed first
+    boost::shared_ptr<COrderSocketServer> m_pServer; ///< after the loop, so that it is destroyed first
 };
 
 } // namespace TC

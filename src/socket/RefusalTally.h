@@ -6,7 +6,7 @@
 namespace TC {
 
 /// Decides which refused connections are reported one by one. Above a limit per second they are only counted,
-/// because many of them must not fill the host's records. Thread-safe.
+/// so that they cannot fill the host's records. Thread-safe.
 class CRefusalTally {
 public:
     static constexpr int kToldPerSecond = 10;
