@@ -1,10 +1,10 @@
 // check_basket: microseconds per row of a basket of 5,000 rows over three accounts, on a host that answers at
-// once; the baseline is the same rows cut into baskets of 50. All records are kept to the end of a round, as
-// the host keeps its commands: both fill the same memory.
-// position_exchange: nanoseconds per target of 5,000 against 5,000 positions, half of them the same
-// instruments; the baseline is the figure of 500 against 500 times log(5000) / log(500).
-// weighted_volume: nanoseconds per row of 5,000 that share money by weight; the baseline makes the host calls
-// alone.
+// once. The baseline is the same rows in baskets of 50. All records are kept until the end of a round, like a
+// host keeps its commands, so both use the same amount of memory.
+// position_exchange: nanoseconds per target, for 5,000 targets and 5,000 positions; half of them are the same
+// instruments. The baseline is the time for 500 targets and 500 positions times log(5000) / log(500).
+// weighted_volume: nanoseconds per row, for 5,000 rows that share money by weight. The baseline makes only
+// the host calls.
 #include "bench/CheckHost.h"
 #include "bench/Figure.h"
 
@@ -29,7 +29,7 @@ constexpr int kRounds = 20;
 constexpr int kRepetitions = 15;
 constexpr double kAmount = 1e9;
 
-/// Rows for as many stocks, in no order.
+/// Makes one row for each of `count` stocks, in random order.
 QVector<COrderSingleParam> makeRows(int count, int firstStock = 0) {
     QVector<COrderSingleParam> rows(count);
     for (int i = 0; i < count; ++i) {
@@ -48,7 +48,7 @@ double nanoseconds(const Step& step) {
     return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - begin).count();
 }
 
-/// The rows as orders of so many rows each.
+/// Makes basket orders with `rowsEach` rows each.
 std::vector<COrderParam> makeBaskets(int rowsEach) {
     constexpr int kBasketBuy = 25;
     const QVector<COrderSingleParam> rows = makeRows(kManyRows);
@@ -130,7 +130,7 @@ void weightedVolume(benchmark::State& state) {
     if (rows.front().m_nVolume == 900) state.SkipWithError("a row was not priced");
 }
 
-/// One row's host calls for a volume by weight.
+/// The host calls that one row needs for a volume by weight.
 struct CWeightedRow {
     explicit CWeightedRow(const QString& shortCode)
         : fullCode(QStringLiteral("SH") + shortCode), code(shortCode.toStdString()) {}

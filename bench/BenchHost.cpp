@@ -72,7 +72,7 @@ CBenchHost::CBenchHost(int strategies, int intervalMs, const std::string& folder
         strategy.m_strSignalSource = QString::fromStdString(path(i));
         strategy.m_strCode = minimal::kStockKey;
         m_user.getStrategyMap()->insert(i, strategy);
-        std::ofstream(path(i)).put('\n'); // a strategy starts on an existing file only
+        std::ofstream(path(i)).put('\n'); // a strategy starts only if its file exists
     }
     TC::CHost host = m_host.services();
     host.userManager = &m_user;

@@ -9,18 +9,18 @@
 
 namespace bench {
 
-/// Counts commands, and can hold the service's thread at the first of them.
+/// Counts commands, and can block the service's thread at the first of them.
 class CCountingOrders : public TC::COrderClient {
 public:
     void orderCommands(const TC::COrderComandParamPtr& command) override;
     void showTradeError(const QString& text, const QString& title) override;
 
-    /// Lets the next command wait until release.
+    /// Makes the next command block until release is called.
     void hold();
     void release();
-    /// Blocks until so many commands or refusals have arrived since the last reset.
+    /// Blocks until this many commands or refusals have arrived since the last reset.
     void waitFor(int count);
-    /// Blocks until the service's thread is held.
+    /// Blocks until a command blocks the service's thread.
     void waitUntilHeld();
     void reset();
     int refusals();
@@ -42,16 +42,16 @@ public:
     void showMsg(const QString&, TC::EMsgTypeDef, TC::MsgLevel, bool, bool, const QString&) override {}
 };
 
-/// The order service on a host that answers at once and prints nothing, with one or more file strategies
-/// running. Lives once in a process at a time.
+/// The order service on a host that answers at once and prints nothing. One or more file strategies are
+/// running. Only one object may exist in a process at a time.
 class CBenchHost {
 public:
-    /// intervalMs: the polling interval. folder: an existing folder for the order files.
+    /// intervalMs: the polling interval in milliseconds. folder: an existing folder for the order files.
     CBenchHost(int strategies, int intervalMs, const std::string& folder);
     ~CBenchHost();
 
     CCountingOrders& orders() { return m_orders; }
-    /// Hands a file of so many stock orders over to the first strategy, complete at once.
+    /// Gives the first strategy a file of this many stock orders. The file appears complete.
     void dropOrders(int count);
     std::string path(int strategy) const;
 
@@ -75,10 +75,10 @@ private:
     CSilentMessages m_messages;
 };
 
-/// The bytes of a file of plain stock lines.
+/// Returns the bytes of a file of plain stock lines.
 std::string stockLines(int count);
 
-/// A fresh folder for one benchmark; the caller removes it.
+/// Creates a new folder for one benchmark; the caller removes it.
 std::string makeFolder();
 void removeFolder(const std::string& folder);
 

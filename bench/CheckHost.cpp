@@ -196,7 +196,7 @@ int CCheckHost::CTypes::getTradeMinUnit(const std::string&, const std::string&, 
 }
 
 boost::shared_ptr<knservice::CAccountData> CCheckHost::CTasks::getAccountData(const std::string&) {
-    // The host outlives whoever holds its data.
+    // The pointer does not own the host, because the host outlives all users of its data.
     return boost::shared_ptr<knservice::CAccountData>(this, [](auto*) {});
 }
 

@@ -16,14 +16,14 @@
 
 namespace bench {
 
-/// The checks alone; batches go nowhere.
+/// Only the checks; batches are discarded.
 class CBareChecks : public TC::COrderServiceBase {
 public:
     void filterStrategies(TC::COrderStrategyMap*) override {}
     void placeOrders(QVector<TC::COrderParam>, const TC::COrderStrategyMap*) override {}
 };
 
-/// The operations of the services and their quotes that are counted, each for itself.
+/// The host operations that are counted separately.
 enum class EHostCall : int {
     UserConfig,
     UserName,
@@ -43,22 +43,22 @@ enum class EHostCall : int {
     MarketPrice,
     TypedStock,
     TradeMinUnit,
-    Count, ///< how many there are
+    Count, ///< number of operations
 };
 
-/// How often each has been called.
+/// Number of calls of each operation.
 using CCallCounts = std::array<long, static_cast<std::size_t>(EHostCall::Count)>;
 
-/// Where two stretches differ in what was called, by kind: from before to between, and from there to after.
-/// Empty where they do not.
+/// Compares the calls in two periods: from `before` to `between`, and from `between` to `after`. Returns the
+/// operations whose numbers of calls differ; empty if there are none.
 std::string differenceOf(const CCallCounts& before, const CCallCounts& between, const CCallCounts& after);
 
-/// A host that answers the checks at once from memory: some accounts, and as many stocks on SH, futures and
-/// options as are asked for, all with a price of 10.5. Counts what it is asked. Lives once in a process at a
-/// time, on one thread.
+/// A host that answers the checks at once from memory. It has accounts, stocks on SH, futures and options;
+/// all prices are 10.5. Counts its calls. Only one object may exist in a process at a time. Not thread-safe.
 class CCheckHost {
 public:
-    /// accounts: how many every account name stands for. instruments: how many there are of each kind.
+    /// accounts: number of accounts behind every account name. instruments: number of instruments of each
+    /// kind.
     CCheckHost(int accounts, int instruments);
     ~CCheckHost();
 
@@ -66,7 +66,7 @@ public:
     static QString futureCode(int index) { return QStringLiteral("F") + QString::number(10000 + index); }
     static QString optionCode(int index) { return QString::number(10000001 + index); }
 
-    /// What the first account holds of the stock of that index.
+    /// Gives the first account a position in the stock with this index.
     void hold(int index, int volume);
     const TC::CAccountInfoPtr& firstAccount() const { return m_user.accounts.front(); }
     const CCallCounts& calls() const { return m_calls.counts; }

@@ -1,6 +1,6 @@
-// check_stock, check_future, check_option: microseconds per order that brings its price, from the record to
-// the checked code records, on a host that answers at once; the orders go through 5,000 instruments. The
-// baseline makes the host calls of the same orders, with the same arguments, and nothing else.
+// check_stock, check_future, check_option: microseconds per order with its own price, from the record to the
+// checked code records, on a host that answers at once. The orders use 5,000 instruments. The baseline makes
+// only the host calls of the same orders, with the same arguments.
 #include "bench/CheckHost.h"
 #include "bench/Figure.h"
 
@@ -34,7 +34,7 @@ struct CRoad {
     ESettingSlot slot;
     int number;
     QString (*code)(int index);
-    const char* market; ///< stands before the code in the host's key
+    const char* market; ///< prefix of the code in the host's key
     bool (COrderServiceBase::*check)(COrderParam, COrderStrategyParam, std::vector<CCodeOrderParam>&,
                                      std::map<std::string, double>&) const;
     void (CHostCalls::*calls)();
@@ -50,7 +50,7 @@ COrderStrategyParam makeStrategy(const CRoad& road) {
     return strategy;
 }
 
-/// The codes of all instruments, in no order.
+/// Returns the codes of all instruments, in random order.
 std::vector<QString> makeCodes(const CRoad& road) {
     std::vector<QString> codes;
     for (int i = 0; i < kInstruments; ++i)
@@ -76,8 +76,8 @@ std::vector<COrderParam> makeOrders(const CRoad& road) {
     return orders;
 }
 
-/// The host calls of a road for one instrument. Arguments are made once, but for the lists that the host
-/// appends to.
+/// The host calls of one family's check for one instrument. The arguments are made once, except for the lists
+/// to which the host appends.
 class CHostCalls {
 public:
     CHostCalls(const CRoad& road, const COrderStrategyParam& strategy, const QString& code)
@@ -178,7 +178,7 @@ constexpr CRoad kOptionRoad = {EOrderStrategyTradeType::StockOption,
                                &COrderServiceBase::checkAndFillOrderOption,
                                &CHostCalls::callOption};
 
-/// One order through its check, into lists of its own as on the service's thread.
+/// Checks one order. It uses new lists for each order, like the service's thread does.
 bool checkOnce(const bench::CBareChecks& checks, const CRoad& road, const COrderParam& order,
                const COrderStrategyParam& strategy) {
     std::vector<CCodeOrderParam> codes;
@@ -186,7 +186,7 @@ bool checkOnce(const bench::CBareChecks& checks, const CRoad& road, const COrder
     return (checks.*road.check)(order, strategy, codes, weights) && codes.size() == 1;
 }
 
-/// Takes the time of the step over all items, again and again, and reports the best round per item.
+/// Measures the step over all items in several rounds and reports the time per item of the best round.
 template<typename Items, typename Step>
 void reportMicroseconds(benchmark::State& state, Items& items, const Step& step) {
     double best = HUGE_VAL;

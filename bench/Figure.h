@@ -6,8 +6,8 @@
 
 namespace bench {
 
-/// A figure is a benchmark named `name` beside one named `name/baseline`. What it measured goes into a
-/// counter of this name, in the unit that the label tells.
+/// A figure is a pair of benchmarks named `name` and `name/baseline`. The measured value is in a counter with
+/// this name. The label holds its unit.
 inline constexpr const char* kValue = "value";
 
 /// Stores a figure's value and unit.

@@ -1,6 +1,6 @@
-// idle_cost: share of one processor, in percent, that the service takes with 50 running strategies, no files
-// and a polling interval of 50 ms. The baseline opens the same absent files at the same pace and does nothing
-// else.
+// idle_cost: share of one processor, in percent, that the service uses with 50 running strategies, no files
+// and a polling interval of 50 ms. The baseline only tries to open the same missing files at the same
+// interval.
 #include "bench/BenchHost.h"
 #include "bench/Figure.h"
 

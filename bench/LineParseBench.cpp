@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kLines = 100000;
 
-/// The grammar's world for a file that asks nothing of it.
+/// A port for the grammar that does nothing, because the file does not need it.
 class CNoPort : public TC::ILinePort {
 public:
     void terminateTask(int) override {}

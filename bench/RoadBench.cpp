@@ -1,6 +1,7 @@
 // file_to_commands: microseconds per order of a large file through loop, queue, check and issue, to a host
-// that answers at once; the baseline is the same for a file of 1,000 lines. memory_per_order: resident bytes
-// for each order of that file while it waits in the queue; the baseline is the bytes of its line.
+// that answers at once. The baseline is the same figure for a file of 1,000 lines.
+// memory_per_order: resident bytes for each order of the large file while it waits in the queue. The baseline
+// is the size of its line in bytes.
 #include "bench/BenchHost.h"
 #include "bench/Figure.h"
 
@@ -41,7 +42,8 @@ void fileToCommandsBaseline(benchmark::State& state) {
     roadTime(state, kFewOrders);
 }
 
-/// No figure: shows that the host of the figures takes orders at all. Quick also in a debug build.
+/// This is not a figure. It only tests that the benchmark host accepts orders, and is quick even in a debug
+/// build.
 void someOrders(benchmark::State& state) {
     roadTime(state, 100);
 }

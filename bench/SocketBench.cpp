@@ -1,8 +1,8 @@
-// The order socket over the loopback, beside an echo server that gets the same lines:
-// socket_rtt: microseconds from one order line to its reply, one at a time. socket_pipelined: order lines a
-// second on one connection with 64 of them on the way. socket_50: microseconds per order of 50 connections
-// with one on the way each. connection_memory: bytes that an idle connection takes in the process; the
-// baseline is the size of the room that each keeps for extensions.
+// Figures of the order socket over the loopback. The baselines use an echo server that gets the same lines.
+// socket_rtt: microseconds from one order line to its reply, one at a time. socket_pipelined: order lines per
+// second on one connection with 64 lines in flight. socket_50: microseconds per order of 50 connections with
+// one line in flight each. connection_memory: bytes that an idle connection uses in the process. Its baseline
+// is the size of the scratch buffer in each connection's record.
 #include "bench/Figure.h"
 #include "bench/SocketPeers.h"
 
@@ -30,7 +30,7 @@ constexpr int kRoundsEach = 200;
 constexpr int kIdle = 500;
 constexpr int kRepetitions = 31;
 
-/// What a server's clients have to know of it.
+/// The properties of a server that its clients need.
 struct CPeer {
     unsigned short port;
     std::size_t greeting;
@@ -51,7 +51,7 @@ void roundTrips(const bench::CClient& client, const CPeer& peer, int count) {
     }
 }
 
-/// Sends a new line for each reply that comes, so that kInFlight stay on the way up to the end.
+/// Sends a new line for each reply, so that kInFlight lines stay in flight until the end.
 void pipeline(const bench::CClient& client, const CPeer& peer, int count) {
     std::string lines;
     for (int i = 0; i < kInFlight; ++i)
@@ -69,7 +69,7 @@ void pipeline(const bench::CClient& client, const CPeer& peer, int count) {
     }
 }
 
-/// Many connections in one thread, each with one line on the way.
+/// Many connections in one thread, each with one line in flight.
 class CCrowd {
 public:
     explicit CCrowd(const CPeer& peer) : m_peer(peer), m_nEpoll(::epoll_create1(EPOLL_CLOEXEC)) {
@@ -85,7 +85,7 @@ public:
     CCrowd(const CCrowd&) = delete;
     CCrowd& operator=(const CCrowd&) = delete;
 
-    /// Ends when each connection had so many replies.
+    /// Returns when each connection has received `each` replies.
     void exchange(int each) {
         std::vector<CState> states(m_clients.size(), CState{each - 1, 0});
         for (const bench::CClient& client : m_clients)
@@ -104,7 +104,7 @@ private:
         std::size_t received;
     };
 
-    /// True where that was the connection's last reply.
+    /// True if this was the connection's last reply.
     bool serve(const bench::CClient& client, CState& state) const {
         state.received += client.receive();
         if (state.received < m_peer.reply) return false;
@@ -170,7 +170,7 @@ double usedBytes() {
     return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
 }
 
-/// The clients are bare descriptors: what the heap has more of belongs to the door's connections.
+/// The clients are only descriptors, so all additional heap memory belongs to the server's connections.
 void connectionMemory(benchmark::State& state) {
     for (auto _ : state) {
         const bench::CDoor door;
@@ -180,7 +180,7 @@ void connectionMemory(benchmark::State& state) {
         const double before = usedBytes();
         for (int i = 0; i < kIdle; ++i)
             clients.emplace_back(peer.port, peer.greeting);
-        // A reply to the first shows that the door has done with the last.
+        // A reply to the first client shows that the server has accepted the last one.
         roundTrips(first, peer, 1);
         bench::report(state, (usedBytes() - before) / kIdle, "bytes");
     }
@@ -191,7 +191,7 @@ void connectionMemoryBaseline(benchmark::State& state) {
         bench::report(state, static_cast<double>(TC::ConnData::kScratchSize), "bytes");
 }
 
-/// One round is long enough to be measured; the repetitions make the median.
+/// One round is long enough to be measured. The median is taken over the repetitions.
 void once(benchmark::internal::Benchmark* figure) {
     figure->Iterations(1)->Repetitions(kRepetitions);
 }

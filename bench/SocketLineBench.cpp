@@ -18,7 +18,7 @@ const std::string kLine = "placeorder 23,3,10.5,600000,100\r\n";
 constexpr int kLines = 100000;
 constexpr int kRepetitions = 31;
 
-/// Keeps what the server sends.
+/// Stores the bytes that the server sends.
 class CStoringConnection : public net::NetConnection {
 public:
     CStoringConnection(boost::asio::io_service& io, net::NetManager& manager)

@@ -19,7 +19,7 @@ namespace {
 using boost::asio::ip::tcp;
 using boost::system::error_code;
 
-/// One connection of the echo: reads, writes that back, reads again.
+/// One connection of the echo server: it reads bytes, writes them back, and reads again.
 class CEchoSession : public std::enable_shared_from_this<CEchoSession> {
 public:
     explicit CEchoSession(tcp::socket socket) : m_socket(std::move(socket)) {

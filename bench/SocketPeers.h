@@ -19,7 +19,7 @@
 
 namespace bench {
 
-/// Counts the orders and does nothing with them, so that the door alone is measured.
+/// Counts the orders and discards them, so that only the order socket is measured.
 class CCountingGate final : public TC::IOrderGate {
 public:
     void placeorder(TC::COrderParam) override { ++orders; }
@@ -38,9 +38,9 @@ public:
     std::optional<TC::COrderStrategyParam> copyStrategy(int) override { return std::nullopt; }
 };
 
-/// Keeps this thread, and those that it starts, on one processor for as long as the object lives: the two
-/// ends of a connection take turns anyhow, and how long one processor takes to wake another is not the door's
-/// doing.
+/// Keeps this thread, and the threads that it starts, on one processor while the object exists. The two ends
+/// of a connection take turns, so one processor is enough. The time that one processor needs to wake another
+/// must not be measured.
 class COneProcessor {
 public:
     COneProcessor();
@@ -52,7 +52,7 @@ private:
     cpu_set_t m_before{};
 };
 
-/// A host for as long as the object lives: the door asks it for its switches and tells its audit.
+/// Installs a host while the object exists. The order socket reads its switches and reports to its audit.
 class CDoorHost {
 public:
     CDoorHost();
@@ -65,14 +65,14 @@ private:
     minimal::CMinimalHost m_host{m_nowhere};
 };
 
-/// A listener without a login, on a thread of its own.
+/// A listener without a login, on its own thread.
 class CDoor {
 public:
     CDoor();
     ~CDoor();
     unsigned short port() const { return m_nPort; }
 
-    /// What a connection says first, and what it says to an accepted order.
+    /// Sizes in bytes of the greeting and of the reply to an accepted order.
     static constexpr std::size_t kGreetingSize = 47;
     static constexpr std::size_t kReplySize = 5;
 
@@ -85,8 +85,8 @@ private:
     std::thread m_thread;
 };
 
-/// The baseline of all that crosses the network: a server that sends back what it gets, with the plain means
-/// of Boost.Asio, on a thread of its own.
+/// The baseline for all figures over the network: a simple Boost.Asio server on its own thread that sends
+/// back all bytes that it receives.
 class CEcho {
 public:
     CEcho();
@@ -101,8 +101,8 @@ private:
     std::thread m_thread;
 };
 
-/// A client's end: a bare descriptor, so that it costs the same beside either server and takes no memory of
-/// the process's own.
+/// A client connection. It is only a socket descriptor, so it costs the same with both servers and uses no
+/// heap memory.
 class CClient {
 public:
     /// Connects and reads `greeting` bytes.
@@ -113,7 +113,7 @@ public:
 
     int descriptor() const { return m_nSocket; }
     void send(const char* bytes, std::size_t count) const;
-    /// Takes what has arrived, waiting for the first of it; gives how many bytes that were.
+    /// Waits until bytes arrive and reads them. Returns the number of bytes.
     std::size_t receive() const;
     void receiveAll(std::size_t count) const;
 

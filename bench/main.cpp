@@ -1,5 +1,5 @@
-// Runs every figure and prints one line for each: name, value, unit, baseline, ratio. Exit code 1 where a
-// figure could not be taken.
+// Runs every figure and prints one line for each: name, value, unit, baseline, ratio. Exit code 1 if a figure
+// could not be measured.
 #include "bench/Figure.h"
 
 #include <QCoreApplication>
@@ -62,7 +62,7 @@ private:
 
 int main(int argc, char** argv) {
     const QCoreApplication app(argc, argv);
-    // A figure and its baseline take turns, so that a busy machine slows both.
+    // All repetitions run in random order, so that a busy machine slows a figure and its baseline alike.
     char interleave[] = "--benchmark_enable_random_interleaving=true";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, interleave);

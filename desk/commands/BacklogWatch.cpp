@@ -10,7 +10,7 @@ namespace desk {
 namespace {
 
 constexpr double kLookSeconds = 0.02;
-/// A backlog that is worked off sooner is not worth a line.
+/// If the backlog is finished sooner, no line is printed.
 constexpr double kSilentSeconds = 1.0;
 
 } // namespace

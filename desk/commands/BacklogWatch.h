@@ -12,12 +12,13 @@ class COrderService;
 
 namespace desk {
 
-/// Watches whether the user still wants to wait while COrderService::shutdown works off the backlog, and
-/// makes the service drop the backlog if not. Lives around the call of shutdown, on the main thread.
+/// Checks whether the user still wants to wait while COrderService::shutdown finishes the backlog. If not, it
+/// makes the service discard the backlog. Create it on the main thread before shutdown is called, and destroy
+/// it after shutdown returns.
 class CBacklogWatch {
 public:
-    /// keepWaiting is asked on the watch's own thread; an empty one always waits. Service and sink outlive
-    /// the watch.
+    /// keepWaiting is called on the watch's own thread; an empty function means to wait always. Service and
+    /// sink must outlive the watch.
     CBacklogWatch(TC::COrderService& service, CTextSink& sink, std::function<bool()> keepWaiting);
     ~CBacklogWatch();
     CBacklogWatch(const CBacklogWatch&) = delete;

@@ -11,7 +11,7 @@
 namespace desk {
 namespace {
 
-/// Adds the mistakes of chosen accounts that the paper broker would make of their funds and positions.
+/// Adds a mistake for each chosen account whose funds or positions the paper broker would refuse.
 void tryTakeIn(CLoadedConfig& loaded, const std::function<bool(const CAccountEntry&)>& isChosen) {
     constexpr int kNoLine = 0;
     const CDeskConfig& config = loaded.config;
@@ -29,7 +29,7 @@ std::string placeOf(const CDiagnostic& diagnostic) {
     return diagnostic.file + ':' + (diagnostic.line > 0 ? std::to_string(diagnostic.line) + ':' : "") + ' ';
 }
 
-/// "1 warning" or "2 warnings"; with none, nothing.
+/// Returns "1 warning" or "2 warnings"; an empty text if there are none.
 std::string countText(std::size_t count, const std::string& word) {
     return count == 0 ? std::string() : std::to_string(count) + ' ' + word + (count == 1 ? "" : "s");
 }
@@ -49,8 +49,8 @@ CLoadedConfig readDeskFolder(const std::string& folder) {
     CLoadedConfig loaded = loadDeskConfig(folder);
     if (!loaded.mistakes.empty()) return loaded;
     const std::optional<std::set<std::string>> stored = storedAccounts(folder);
-    // Without a readable store nobody knows whom the broker would take in; it says itself why it cannot read
-    // it.
+    // If the store cannot be read, the accounts in its books are not known. The paper broker reports later
+    // why it cannot read the store.
     if (!stored) return loaded;
     tryTakeIn(loaded, [&](const CAccountEntry& account) { return stored->count(account.key) == 0; });
     return loaded;

@@ -8,7 +8,7 @@
 namespace desk {
 namespace {
 
-constexpr int kMistake = 2; // the parser's own codes are 100 and more
+constexpr int kMistake = 2; // used instead of the parser's own codes, which are 100 and more
 constexpr const char* kVersion = "orderdesk " ORDERDESK_VERSION;
 
 std::optional<double> readSeconds(const std::string& text) {
@@ -18,7 +18,7 @@ std::optional<double> readSeconds(const std::string& text) {
     return isNumber ? std::optional(seconds) : std::nullopt;
 }
 
-/// The message for a value that is not a number of seconds; empty for one that is.
+/// Returns the message for a value that is not a number of seconds; empty if it is one.
 std::string secondsMistake(std::string& text) {
     return readSeconds(text) ? std::string() : text + " is not a number of seconds, 0 or more";
 }
@@ -48,7 +48,7 @@ void addCommands(CLI::App& app, CCommandLine& line) {
     journal->add_flag("--follow", line.m_bFollow, "Go on with what is appended, until SIGINT or SIGTERM");
 }
 
-/// The message; below it the commands if the line has none of them.
+/// Returns the message. If the line has no command, the help with the list of commands follows.
 std::string mistakeText(const CLI::App* app, const CLI::Error& error) {
     if (!app->get_subcommands().empty()) return CLI::FailureMessage::simple(app, error);
     return std::string(error.what()) + "\n\n" + app->help();

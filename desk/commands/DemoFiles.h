@@ -7,7 +7,7 @@ namespace desk {
 
 /// One file of desk/demo, built into the program.
 struct CDemoFile {
-    std::string name; ///< path below the folder
+    std::string name; ///< path relative to the folder
     std::string text;
 };
 

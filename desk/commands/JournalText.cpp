@@ -19,15 +19,15 @@ std::string withoutControls(std::string text) {
     return text;
 }
 
-/// A value as a word: texts bare, null and what is missing as "-", the rest as JSON. All outside text passes
-/// here.
+/// Returns a value as a word: a text without quotes, "-" for null or a missing value, otherwise JSON. All
+/// values from the journal must go through this function, because it removes control characters.
 std::string word(const CJson& object, const char* key) {
     const auto value = object.is_object() ? object.find(key) : object.end();
     if (value == object.end() || value->is_null()) return "-";
     return withoutControls(value->is_string() ? value->get<std::string>() : value->dump());
 }
 
-/// What is missing or no number counts as the other.
+/// Returns `other` if the value is missing or is not an integer.
 std::int64_t number(const CJson& object, const char* key, std::int64_t other = 0) {
     const auto value = object.is_object() ? object.find(key) : object.end();
     return value != object.end() && value->is_number_integer() ? value->get<std::int64_t>() : other;
@@ -44,7 +44,7 @@ std::string operationWord(const CJson& object) {
     return known != nullptr ? known->m_pszWord : "operation " + word(object, "operation_type");
 }
 
-/// A command's product family by name, or its number where it has none.
+/// Returns the name of a command's product family, or its number if it has no name.
 std::string familyWord(const CJson& object) {
     const auto family =
         std::find_if(TC::kFamilies, TC::kFamilies + TC::kFamilyCount, [&](const TC::CFamily& row) {
@@ -53,13 +53,13 @@ std::string familyWord(const CJson& object) {
     return family != TC::kFamilies + TC::kFamilyCount ? family->m_pszName : word(object, "trader_type");
 }
 
-/// A text in front of it, where there is one.
+/// Returns the value with `lead` before it; empty if there is no value.
 std::string optional(const char* lead, const CJson& object, const char* key) {
     const std::string text = word(object, key);
     return text.empty() || text == "-" ? std::string() : lead + text;
 }
 
-/// With a blank in front; empty where nothing is bought or sold.
+/// Returns the price with a leading blank; empty if nothing is bought or sold.
 std::string priceText(const CJson& object) {
     const std::string price = word(object, "price");
     const kit::COperation* known = operationOf(object);
@@ -180,7 +180,7 @@ constexpr CKindText kKindTexts[] = {
     {"unplaced", showUnplaced},   {"incident", showIncident},
 };
 
-/// For kinds without a text of their own: every key but those that stand at the head of the line.
+/// For record kinds without their own text: shows every key except those at the start of the line.
 void showKeys(std::ostream& out, const CJson& record) {
     const char* separator = "";
     for (const auto& [key, value] : record.items()) {

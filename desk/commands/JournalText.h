@@ -6,8 +6,8 @@
 
 namespace desk {
 
-/// One journal line for people, with a newline at its end; a command brings an indented line for each of its
-/// orders. Control characters come out as blanks, so that a text in the journal cannot play with the
+/// Formats one journal line for people, with a newline at the end. A command gets an additional indented line
+/// for each of its orders. Control characters become blanks, so that a text in the journal cannot control the
 /// terminal. Pure.
 std::string journalText(const CJournalLine& line);
 

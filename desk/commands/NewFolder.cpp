@@ -15,7 +15,7 @@ void writeFile(const std::filesystem::path& path, const std::string& text) {
     std::filesystem::create_directories(path.parent_path());
     std::ofstream file(path, std::ios::binary);
     file.exceptions(std::ios::failbit | std::ios::badbit);
-    // Some hold passwords: they are closed to others before anything stands in them.
+    // Some files hold passwords, so the permissions are set before anything is written.
     std::filesystem::permissions(path,
                                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     file << text;

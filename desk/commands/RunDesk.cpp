@@ -24,7 +24,7 @@ constexpr int kCannotWork = 1;
 constexpr int kBadFolder = 2;
 constexpr double kTickSeconds = 0.02;
 
-/// Runs the main loop; gives the reason why it ended.
+/// Runs the main loop; returns the reason why it ended.
 std::string runLoop(CDesk& desk, std::optional<double> exitWhenIdle, const std::function<bool()>& keepGoing) {
     const double start = utils::getTime();
     double lastActive = start;
@@ -41,7 +41,7 @@ std::string runLoop(CDesk& desk, std::optional<double> exitWhenIdle, const std::
     return "signal";
 }
 
-/// Whether there is a desk to hold: a lock file would be litter in any other folder.
+/// Whether the folder has a desk. In other folders no lock file must be created.
 bool hasDesk(const std::string& folder) {
     std::error_code unreadable;
     return std::filesystem::exists(std::filesystem::path(folder) / kDeskFile, unreadable);
@@ -53,8 +53,7 @@ int refuse(const std::string& folder, const std::vector<CDiagnostic>& mistakes, 
     return kBadFolder;
 }
 
-/// Works off what was taken; then nothing is left that could want to be recorded. False if orders were
-/// dropped.
+/// Finishes the accepted orders. After that nothing is left to be recorded. False if orders were discarded.
 bool endTrading(const CDesk& desk, CTextSink& sink, const std::function<bool()>& keepWaiting) {
     {
         const CBacklogWatch watch(*TC::COrderService::instance(), sink, keepWaiting);
@@ -75,7 +74,7 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
     TC::COrderService::initInstance(new TC::COrderService);
     TC::COrderServiceAdapter::initInstance(new TC::COrderServiceAdapter);
     std::string reason = "signal";
-    if (keepGoing()) { // the user may have ended it while the folder and the books were read
+    if (keepGoing()) { // the user may have requested the end while the folder and the books were read
         desk.startTrading();
         reason = runLoop(desk, exitWhenIdle, keepGoing);
     }
@@ -96,7 +95,8 @@ int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::
             const std::function<bool()>& keepGoing, const std::function<bool()>& keepWaiting) {
     CTextSink sink(out);
     if (!hasDesk(folder)) return refuse(folder, loadDeskConfig(folder).mistakes, out);
-    // A desk that is just ending may still write files of the folder, so the lock comes before the reading.
+    // Another desk that is just ending may still write files of the folder, so the lock is taken before
+    // reading.
     CFolderLock lock;
     const utils::KNError locked = lock.acquire(folder);
     if (!locked.isSuccess()) {

@@ -9,11 +9,11 @@
 namespace desk {
 namespace {
 
-/// Signals in shorter intervals than this are one press: some senders, such as timeout(1), send a signal
-/// twice, and a key that is held down repeats about every 30 ms.
+/// Signals less than this time apart are treated as one key press. Some senders, such as timeout(1), send a
+/// signal twice, and a key that is held down repeats about every 30 ms.
 constexpr double kOnePressSeconds = 0.1;
-constexpr int kNoWaiting = 2; ///< the request that ends the wait for the backlog
-constexpr int kAtOnce = 3;    ///< the request that ends the process
+constexpr int kNoWaiting = 2; ///< number of the request that ends the wait for the backlog
+constexpr int kAtOnce = 3;    ///< number of the request that ends the process
 
 std::atomic<int> s_requests{0};
 std::atomic<double> s_lastSignal{0};
@@ -39,7 +39,7 @@ extern "C" void onStop(int) {
 } // namespace
 
 CStopSignals::CStopSignals() {
-    // The first call makes the machine's clock, which a signal handler must not do.
+    // The first call creates the clock object, which a signal handler must not do.
     (void)utils::getTime();
     s_requests = 0;
     s_lastSignal = -std::numeric_limits<double>::infinity();

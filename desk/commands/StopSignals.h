@@ -2,21 +2,21 @@
 
 namespace desk {
 
-/// How the user ends a desk. SIGINT (Ctrl-C), SIGTERM and SIGHUP (the terminal was closed) ask for the end;
-/// SIGHUP only if the process did not start with it ignored, as under nohup. A SIGINT after that asks not to
-/// wait for the backlog. The next SIGINT ends the process at once, whatever the process does at that moment:
-/// the signal handler itself ends it. SIGINTs within a tenth of a second by the clock of base/Clock.h are one
-/// request, since some senders send each of them twice. SIGPIPE is ignored.
+/// Handles the signals that end a desk. SIGINT (Ctrl-C), SIGTERM and SIGHUP (the terminal was closed) request
+/// the end. SIGHUP stays ignored if the process started with it ignored, as under nohup. A SIGINT after the
+/// request means not to wait for the backlog. The next SIGINT ends the process at once, whatever it is doing:
+/// the signal handler itself ends it. SIGINTs less than a tenth of a second apart, by the clock of
+/// base/Clock.h, are treated as one request, because some senders send each signal twice. SIGPIPE is ignored.
 ///
-/// One object in a process, since signals are the process's. The main thread makes it. The signal handler
-/// reads the clock, which the machine's clock allows.
+/// Only one object in a process, because signals belong to the process. Create it on the main thread. The
+/// signal handler reads the clock, which is safe with the machine's clock.
 class CStopSignals {
 public:
     CStopSignals();
 
-    /// Whether nobody has asked for the end. Any thread.
+    /// True until the end is requested. Any thread.
     bool keepGoing() const;
-    /// Whether the end may wait for the backlog. Any thread.
+    /// True while the end may wait for the backlog. Any thread.
     bool keepWaiting() const;
 };
 

@@ -19,7 +19,8 @@ namespace {
 
 using CStrategyTest = std::function<bool(const TC::COrderStrategyParam&)>;
 
-/// The order service does not load the strategies beyond the limit: those with the highest channels.
+/// Warns if there are more strategies than the limit. The order service does not load the extra ones, which
+/// are those with the highest channels.
 void warnOfLimit(const CDeskConfig& config, int most, int line, const char* key,
                  const CStrategyTest& isCounted, CDiagnostics& diagnostics) {
     const auto count = std::count_if(config.strategies.begin(), config.strategies.end(), isCounted);
@@ -48,7 +49,8 @@ void warnOfStrategies(const CDeskConfig& config, const CUserLines& lines, CDiagn
                 isOfType(TC::EOrderStrategyType::Signal), diagnostics);
 }
 
-/// Warnings about a file that holds a mistake, or builds on one that does, may only follow from it.
+/// Returns the warnings that do not depend on a mistake. A warning about a file with a mistake, or about a
+/// file that depends on such a file, may only be a result of the mistake.
 std::vector<CDiagnostic> soundWarnings(const std::vector<CDiagnostic>& warnings,
                                        const std::vector<CDiagnostic>& mistakes) {
     std::set<std::string> spoiled;

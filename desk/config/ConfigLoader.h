@@ -8,8 +8,9 @@
 
 namespace desk {
 
-/// What a desk folder says, and everything that is wrong with it. With mistakes the configuration is what
-/// could be read, and must not be traded on. Warnings hold nothing up.
+/// The configuration of a desk folder, and all mistakes and warnings. If there are mistakes, the
+/// configuration holds only what could be read and must not be used for trading. Warnings do not prevent a
+/// start.
 struct CLoadedConfig {
     CDeskConfig config;
     std::vector<CDiagnostic> mistakes;
@@ -20,8 +21,8 @@ struct CLoadedConfig {
 /// settings.xml of the folder. The last three may be missing. Reads only; never throws.
 CLoadedConfig loadDeskConfig(const std::string& folder);
 
-/// Makes the folders and empty order files that strategies need to start: a file strategy starts only where
-/// its file exists, and then deletes it. Gives what could not be made.
+/// Creates the folders and the empty order files that file strategies need to start: such a strategy starts
+/// only if its file exists, and then deletes it. Returns one text for each file that could not be created.
 std::vector<std::string> prepareOrderFiles(const CDeskConfig& config);
 
 } // namespace desk

@@ -27,7 +27,7 @@ public:
         : m_strFile(std::move(file)), m_known(known), m_required(required), m_diagnostics(diagnostics) {}
 
     void addLine(int number, const std::string& line) {
-        // Spreadsheets on Chinese desktops like to write GBK, and names would arrive broken.
+        // Spreadsheet programs on Chinese desktops often write GBK, and names would be read wrong.
         if (!utils::isValidUtf8(line.data(), line.size())) {
             if (std::exchange(m_bIsUtf8, false))
                 m_diagnostics.add(m_strFile, number, "is not UTF-8; expected the table saved as UTF-8");
@@ -43,7 +43,7 @@ public:
         }
     }
 
-    /// No rows without their required columns: each would bring a mistake of its own.
+    /// Returns no rows if a required column is missing, because each row would then cause another mistake.
     std::vector<CCsvRow> take() {
         if (m_columns.empty())
             m_diagnostics.add(m_strFile, 1, "no line with column names; expected " + joined(m_required));
@@ -97,7 +97,7 @@ private:
     std::vector<std::string> m_columns;
     std::vector<CCsvRow> m_rows;
     bool m_bHasAllColumns = true;
-    bool m_bIsUtf8 = true; ///< a table in another encoding is told once
+    bool m_bIsUtf8 = true; ///< a wrong encoding is reported once for a table
 };
 
 } // namespace

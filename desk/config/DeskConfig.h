@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-/// What a desk folder says, as plain records. Texts are UTF-8, prices and money in currency units, volumes in
-/// shares or lots. An instrument key is market and code joined, such as "SH600000".
+/// The configuration of a desk folder as plain records. Texts are UTF-8. Prices and money are in currency
+/// units, volumes in shares or lots. An instrument key is market and code joined, such as "SH600000".
 namespace desk {
 
 struct CUserEntry {
@@ -34,9 +34,9 @@ struct CPositionEntry {
     std::string stockKey;
     EPositionSide side = EPositionSide::Long;
     long long volume = 0;
-    long long available = 0; ///< of which can be sold today
+    long long available = 0; ///< part of the volume that can be sold today
     double cost = 0;         ///< average price paid
-    bool paidInFull = false; ///< of gold: bought outright; otherwise it was opened on margin
+    bool paidInFull = false; ///< gold only: bought outright; false: opened on margin
 };
 
 struct CAccountEntry {
@@ -44,10 +44,9 @@ struct CAccountEntry {
     std::string displayId;
     TC::EQDBrokerType broker = TC::EQDBrokerType::Stock;
     int loginStatus = 0; ///< 0: logged in
-    bool simple = false; ///< may be named by rows of a table
+    bool simple = false; ///< rows of a table may name the account
     double funds = 0;
-    double creditLimit =
-        0; ///< a credit account's: how much it may owe, in money and in shares at their price
+    double creditLimit = 0; ///< credit account: largest debt, in money and in shares at their price
     std::vector<CPositionEntry> positions;
 };
 
@@ -62,7 +61,7 @@ struct CGroupEntry {
     std::vector<CGroupMember> members;
 };
 
-/// Which of the markets an instrument belongs to.
+/// The kind of market that an instrument belongs to.
 enum class EInstrumentKind : int { Stock, Future, FutureOption, StockOption, Sgt, Hgt, Neeq, Gold };
 
 struct CInstrumentEntry {
@@ -78,17 +77,17 @@ struct CInstrumentEntry {
     double referencePrice = TC::kUnsetDouble;
     int transferKind = 0;
     EInstrumentKind kind = EInstrumentKind::Stock;
-    int multiplier = 1;    ///< units of the underlying in one lot; money is price times volume times this
-    double marginRate = 1; ///< part of that money which an open future or a sold option holds
+    int multiplier = 1;    ///< units of the underlying in one lot; money = price * volume * multiplier
+    double marginRate = 1; ///< margin of an open future or a sold option, as a fraction of that money
 
     std::string key() const { return market + code; }
-    /// Derivatives are traded under their plain code; it finds them wherever their key does. Other markets
-    /// may share a code.
+    /// Derivatives are traded under their plain code, so the code finds them like their key does. Instruments
+    /// of other markets may share a code.
     bool isDerivative() const {
         return kind == EInstrumentKind::Future || kind == EInstrumentKind::FutureOption ||
                kind == EInstrumentKind::StockOption;
     }
-    /// What the instrument is known by: its key first.
+    /// All names of the instrument; its key is the first.
     std::vector<std::string> names() const {
         return isDerivative() ? std::vector<std::string>{key(), code} : std::vector<std::string>{key()};
     }
@@ -104,18 +103,19 @@ struct CQuoteEntry {
 
     std::string stockKey;
     double last = TC::kUnsetDouble;
-    double previousClose = TC::kUnsetDouble; ///< what prices fall back to
+    double previousClose = TC::kUnsetDouble; ///< the fallback price; if it is not set, `last` is used
     std::array<CQuoteLevel, kDepth> buy;     ///< best first
     std::array<CQuoteLevel, kDepth> sell;    ///< best first
 };
 
-/// A quote that replaces the instrument's one some time after the desk has started.
+/// A quote that replaces the instrument's quote some time after the desk has started.
 struct CQuoteChange {
     double offsetSeconds = 0;
     CQuoteEntry quote;
 };
 
-/// A portfolio that order 36 can name: what a sub-account holds, as the folder says once and for all.
+/// A portfolio that order 36 can name: the holdings of a sub-account. The folder sets them, and they do not
+/// change while the desk runs.
 struct CPortfolioEntry {
     struct CRow {
         std::string stockKey;
@@ -128,9 +128,9 @@ struct CPortfolioEntry {
 
 struct CDeskConfig {
     CUserEntry user;
-    bool acceptForcedConfirm = false; ///< stands for the user's word where a command must be confirmed
-    bool allowRemoteSocket = false;   ///< order sockets may listen for other machines
-    /// Names of the switches of "mdl_order" that are on. A folder has the command guard on unless it turns it
+    bool acceptForcedConfirm = false; ///< answer used instead of the user's if a command must be confirmed
+    bool allowRemoteSocket = false;   ///< order sockets may accept connections from other machines
+    /// Names of the switches of "mdl_order" that are on. The command guard is on unless the folder turns it
     /// off.
     std::set<std::string> switches;
     std::vector<CAccountEntry> accounts;
@@ -139,10 +139,10 @@ struct CDeskConfig {
     std::vector<CPortfolioEntry> portfolios;
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaultSettings;
     TC::COrderStrategyMap strategies; ///< m_nStatus running: start it when the desk starts
-    std::string settings;             ///< text of settings.xml, found good; empty without the file
+    std::string settings;             ///< checked text of settings.xml; empty without the file
     std::vector<CInstrumentEntry> instruments;
     std::vector<CQuoteEntry> quotes;
-    std::vector<CQuoteChange> quoteChanges; ///< by ascending offset
+    std::vector<CQuoteChange> quoteChanges; ///< sorted by ascending offset
 };
 
 } // namespace desk

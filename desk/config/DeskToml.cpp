@@ -16,13 +16,13 @@
 namespace desk {
 namespace {
 
-/// What a misspelt table may have been meant to define.
+/// All subjects that a table with a misspelt name may have been meant to define.
 constexpr ESubject kAllOfDesk = ESubject::Desk | ESubject::Accounts | ESubject::Groups;
 constexpr std::string_view kTables[] = {"user",    "desk",  "socket", "switches", "settings",
                                         "account", "group", "basket", "portfolio"};
 using TC::kCommandGuardSwitch;
 using TC::kForceConfirmSwitch;
-/// The users whose commands the order service issues.
+/// Kinds of users whose commands the order service issues.
 const std::set<int> kCommandKinds = {80, 90, 91, 92, 100, 101};
 
 bool tradesUnderItsCode(const CInstrumentEntry& entry) {
@@ -34,7 +34,8 @@ bool isBasketStock(const CInstrumentEntry& stock) {
                        [&](int type) { return stock.types.count(type) > 0; });
 }
 
-/// Portfolios sell by the whole key, which orders know at this length and in capitals only.
+/// Orders from a portfolio name the stock by its whole key. They only accept keys of this length in capital
+/// letters.
 bool sellsFromAPortfolio(const CInstrumentEntry& stock) {
     constexpr std::size_t kKeyLength = 8;
     const std::string key = stock.key();
@@ -50,7 +51,7 @@ public:
         : m_config(config), m_diagnostics(diagnostics) {}
 
     CUserLines read(const toml::table& root) {
-        m_config.switches.insert(kCommandGuardSwitch); // also without a table of switches
+        m_config.switches.insert(kCommandGuardSwitch); // on even if the file has no [switches] table
         const CTomlSection section(kDeskFile, root, kDeskFile, m_diagnostics);
         section.read(
             {
@@ -101,7 +102,7 @@ private:
         m_lines = {section.lineOfKey("max_strategies"), section.lineOfKey("max_socket_strategies")};
     }
 
-    /// What lets a folder pass and its orders not.
+    /// Warns about user settings that are allowed but make the orders fail.
     static void warnOfUser(const CTomlSection& section, const CUserEntry& user) {
         constexpr int kLeastPause = 11; // below it the file loop does not sleep
         constexpr int kLongestPause = 60000;
@@ -131,7 +132,7 @@ private:
         }
     }
 
-    /// Message type number to the two display flags.
+    /// Reads the two display flags of each message type number.
     void readMessages(const toml::table& table) {
         const CTomlSection section = sectionOf(table, "user.messages");
         for (const auto& [key, node] : table) {
@@ -181,7 +182,7 @@ private:
             m_forcedConfirm = section.lineOfKey(kForceConfirmSwitch);
     }
 
-    /// The answer may stand in a table behind the switches.
+    /// Called after all tables are read, because the answer may be in a table after the switches.
     void warnOfConfirm() {
         if (m_forcedConfirm != 0 && !m_config.acceptForcedConfirm)
             m_diagnostics.warn(kDeskFile, m_forcedConfirm,
@@ -300,7 +301,7 @@ private:
         group.members.push_back(member);
     }
 
-    /// A group's orders go to all of its accounts, so each must be of the group's kind.
+    /// A group's orders go to all of its accounts, so each account must be of the group's kind.
     void checkMembers(const CTomlSection& section, const CGroupEntry& group) const {
         for (const CGroupMember& member : group.members) {
             const CAccountEntry* account = findAccount(member.accountKey);
@@ -362,7 +363,7 @@ private:
         basket.m_rows.push_back(row);
     }
 
-    /// Rows that the order service passes over, or whose orders the broker rejects.
+    /// Warns about rows that the order service skips, or whose orders the broker rejects.
     static void warnOfBasketRow(const CTomlSection& section, const TC::CBasketSetting& basket,
                                 const TC::CBasketStockData& row, const CInstrumentEntry& stock) {
         if (!isBasketStock(stock))
@@ -380,7 +381,7 @@ private:
         if (isThere) section.warnAt("code", "instrument \"" + stock.key() + "\" is in the basket twice");
     }
 
-    /// The stock of a row; null after a mistake.
+    /// Returns the stock of a row; null if it is unknown, which is reported.
     const CInstrumentEntry* checkStock(const CTomlSection& section, const std::string& market,
                                        const std::string& code) const {
         const auto stock = std::find_if(
@@ -396,8 +397,8 @@ private:
         return nullptr;
     }
 
-    /// Orders read the codes of a basket without their markets: they mean the stock of SH that trades under
-    /// its code, or else the one of SZ.
+    /// Orders use the codes of a basket without their markets. A code then means the SH stock that trades
+    /// under this code. If there is none, it means the SZ stock.
     void checkBareCode(const CTomlSection& section, const std::string& market,
                        const std::string& code) const {
         const auto means = [&](const char* name) {
@@ -421,7 +422,8 @@ private:
                       {"id", section.text(portfolio.id)},
                       {"rows", section.tables([&](const auto& t) { readPortfolioRow(t, portfolio); })}},
                      {"kind", "id", "rows"});
-        // Order lines name it between their separators, and lose blanks at their end.
+        // An order line has the id between separators, and blanks at the end of the line are removed. So the
+        // id must not contain separators or end in a blank.
         const bool isNamed = !portfolio.id.empty() &&
                              portfolio.id.find_first_of("_,\r\n") == std::string::npos &&
                              std::string_view(" \t\v\f").find(portfolio.id.back()) == std::string_view::npos;

@@ -8,13 +8,14 @@
 
 namespace desk {
 
-/// Where keys of [user] stand that strategies are counted against; 0: nowhere.
+/// Line numbers of the [user] keys that limit the number of strategies; 0: the key is missing.
 struct CUserLines {
     int maxStrategies = 0;
     int maxSocketStrategies = 0;
 };
 
-/// Reads desk.toml of the folder into the configuration. Needs the instruments, which baskets name.
+/// Reads desk.toml of the folder into the configuration. The instruments must be read before, because baskets
+/// name them.
 CUserLines readDeskToml(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics);
 
 } // namespace desk

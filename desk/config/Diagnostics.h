@@ -6,15 +6,15 @@
 
 namespace desk {
 
-/// One mistake or warning about a desk folder, in words that tell what was expected.
+/// One mistake or warning about a desk folder. The message says what was expected.
 struct CDiagnostic {
-    std::string file; ///< name below the folder
+    std::string file; ///< name relative to the folder
     int line = 0;     ///< 0: the file as a whole
     std::string message;
 };
 
-/// What other parts of the folder refer to. If its definition holds a mistake, what refers to it is not told
-/// as a mistake too: one slip must not bring a list of lines that follow from it.
+/// Subjects that other parts of the folder refer to. If the definition of a subject has a mistake, references
+/// to it are not reported as mistakes: one mistake must not cause a list of other reports.
 enum class ESubject : unsigned { None = 0, Desk = 1, Accounts = 2, Groups = 4, Instruments = 8, Quotes = 16 };
 
 constexpr ESubject operator|(ESubject a, ESubject b) {
@@ -24,13 +24,15 @@ constexpr bool hasCommon(ESubject a, ESubject b) {
     return (static_cast<unsigned>(a) & static_cast<unsigned>(b)) != 0;
 }
 
-/// Where readers put the mistakes and warnings that they find.
+/// Collects the mistakes and warnings that the readers find.
 ///
-/// A folder with a mistake is not started. A warning is about what is allowed and probably not meant: orders
-/// that will be rejected, a strategy that will not start, a key without effect that looks like protection.
+/// A folder with a mistake is not started. A warning is about something that is allowed but probably not
+/// intended: orders that will be rejected, a strategy that will not start, a key that looks like protection
+/// and has no effect.
 class CDiagnostics {
 public:
-    /// `about`: the mistake is that something does not fit a definition of one of these subjects.
+    /// `about`: the subjects whose definitions the mistake depends on. If one of them has a mistake itself,
+    /// take leaves this mistake out.
     void add(const std::string& file, int line, const std::string& message, ESubject about = ESubject::None) {
         m_mistakes.push_back({{file, line, message}, about});
     }
@@ -38,13 +40,14 @@ public:
         m_warnings.push_back({file, line, message});
     }
 
-    /// The definitions of the subject hold a mistake, which is told already.
+    /// Notes that the definitions of these subjects have a mistake that is already reported.
     void spoil(ESubject subjects) { m_eSpoiled = m_eSpoiled | subjects; }
 
-    /// Number of mistakes so far, those that take leaves out included.
+    /// Number of mistakes so far, including those that take leaves out.
     std::size_t count() const { return m_mistakes.size(); }
 
-    /// The mistakes without those that only follow from others; never none where there was one.
+    /// Returns the mistakes without those that only follow from others. If there was any mistake, returns at
+    /// least one.
     std::vector<CDiagnostic> take() {
         std::vector<CDiagnostic> taken;
         for (const CMistake& mistake : m_mistakes) {
@@ -66,7 +69,7 @@ private:
     ESubject m_eSpoiled = ESubject::None;
 };
 
-/// Spoils the subject if a mistake is found while this lives.
+/// Calls spoil for the subject if a mistake is found while this object exists.
 class CDefinition {
 public:
     CDefinition(CDiagnostics& diagnostics, ESubject subject)

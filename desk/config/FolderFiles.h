@@ -2,8 +2,8 @@
 
 namespace desk {
 
-// Names of what the desk reads, writes or makes in its folder. Whatever is new belongs into kOwnFiles too: no
-// order file may have its place (OrderPaths.h).
+// Names of all files that the desk reads or writes in its folder. Add each new name to kOwnFiles too, because
+// an order file must not have the same path (OrderPaths.h).
 inline constexpr const char* kDeskFile = "desk.toml";
 inline constexpr const char* kStrategyFile = "strategies.toml";
 inline constexpr const char* kSettingsFile = "settings.xml";
@@ -19,14 +19,14 @@ inline constexpr const char* kOwnFiles[] = {
     kDeskFile,        kStrategyFile, kSettingsFile,    kInstrumentFile, kQuoteFile,
     kQuoteChangeFile, kPositionFile, kJournalFileName, kPaperStoreName, kLockFileName};
 
-/// Behind the name of a file that is written anew, while it is written.
+/// Suffix of a file's new version while it is being written.
 inline constexpr const char* kDraftSuffix = ".new";
-/// Behind kPaperStoreName: what SQLite puts beside its file. The first is the log.
+/// Suffixes after kPaperStoreName: files that SQLite creates next to its file. The first is the log.
 inline constexpr const char* kStoreSuffixes[] = {"-wal", "-shm", "-journal"};
 
-/// Behind the name of an order file that the order service has taken.
+/// Suffix of an order file that the order service has taken.
 inline constexpr const char* kTakenSuffix = ".tmp";
-/// Folder of the order files that were refused whole.
+/// Folder of the order files that were refused completely.
 inline constexpr const char* kRejectedFolder = "rejected";
 
 } // namespace desk

@@ -10,7 +10,7 @@ namespace {
 using EKind = EInstrumentKind;
 using EBroker = TC::EQDBrokerType;
 
-/// Several kinds, as bits.
+/// Returns several kinds as a bit set.
 constexpr unsigned bits(std::initializer_list<EKind> kinds) {
     unsigned result = 0;
     for (const EKind kind : kinds)
@@ -21,7 +21,7 @@ constexpr unsigned bits(std::initializer_list<EKind> kinds) {
 struct CBrokerKinds {
     EBroker m_eBroker;
     unsigned m_nHeld;
-    unsigned m_nNamedToo; ///< orders may name them, but nobody fills those orders
+    unsigned m_nNamedToo; ///< orders may name them, but the desk does not fill such orders
 };
 
 constexpr CBrokerKinds kBrokerKinds[] = {

@@ -4,21 +4,21 @@
 
 #include <string>
 
-/// Which instruments belong to which accounts and families.
+/// Rules about which instruments belong to which kinds of accounts.
 namespace desk {
 
-/// Whether orders for accounts of that kind may name such instruments.
+/// Whether orders for accounts of this kind may name instruments of this kind.
 bool tradesKind(TC::EQDBrokerType broker, EInstrumentKind kind);
-/// Whether accounts of that kind may have positions in such instruments. Those that nothing could ever trade
-/// are left out, such as stocks to lock and shares of the share-transfer market: they would stand in the
-/// books for good.
+/// Whether accounts of this kind may have positions in instruments of this kind. False if orders for such
+/// instruments are never filled: the positions would stay in the books forever. Examples are the stocks that
+/// option accounts lock and shares of the share-transfer market.
 bool holdsKind(TC::EQDBrokerType broker, EInstrumentKind kind);
-/// Whether positions in such instruments may be short.
+/// Whether positions in instruments of this kind may be short.
 bool canBeShort(EInstrumentKind kind);
 
-/// The market word that goes before the codes of a kind, which checks put there; empty: any.
+/// The market word that checks put before the codes of this kind; empty: any market.
 std::string marketOfKind(EInstrumentKind kind);
-/// The kind that instruments of that market have unless the folder says otherwise.
+/// The default kind of instruments of this market, used if the folder does not set another.
 EInstrumentKind kindOfMarket(const std::string& market);
 
 } // namespace desk

@@ -23,16 +23,16 @@ constexpr const char* kQuotes = kQuoteFile;
 constexpr const char* kQuoteChanges = kQuoteChangeFile;
 constexpr const char* kPositions = kPositionFile;
 
-/// The paper broker counts in ten-thousandths.
+/// Whether the price has too many digits: the paper broker calculates in units of 0.0001.
 bool isTooFine(double price) {
     constexpr double kSteps = 10000;
-    constexpr double kNoise = 1e-9; // of the price's own size, as parsing leaves it
+    constexpr double kNoise = 1e-9; // relative rounding error of parsing
     if (TC::isInvalidPrice(price)) return false;
     const double steps = price * kSteps;
     return std::fabs(steps - std::round(steps)) > std::max(1e-6, steps * kNoise);
 }
 
-/// Reads the cells of a row as numbers and tells those that are none.
+/// Reads the cells of a row and reports those that cannot be read.
 class CCells {
 public:
     CCells(std::string file, const CCsvRow& row, CDiagnostics& diagnostics)
@@ -45,7 +45,7 @@ public:
         readInto(
             column, target, [](const std::string& text) { return utils::strictDouble(text); }, "a number");
     }
-    /// A cell without a price is empty; 0 would be traded at.
+    /// A cell without a price must be empty, because orders would be traded at a price of 0.
     void price(const std::string& column, double& target) const {
         number(column, target);
         if (!(target > 0)) {
@@ -65,7 +65,7 @@ public:
         if (value < 0) mistake(column + " must not be negative");
         target = std::max(value, 0);
     }
-    /// One of the words; an empty cell leaves the target as it is.
+    /// Reads one of the words. An empty cell leaves the target as it is.
     template<typename E>
     void choice(const std::string& column, E& target, const std::map<std::string, int>& words) const {
         const std::string cell = text(column);
@@ -117,7 +117,7 @@ std::vector<std::string> quoteColumns() {
     return columns;
 }
 
-/// The prices from the lowest bid up to the highest ask must rise: orders are filled level by level.
+/// The prices must rise from the lowest bid to the highest ask, because orders are filled level by level.
 void checkBook(const CCells& cells, const CQuoteEntry& quote) {
     std::string lower;
     double lowest = 0;
@@ -133,7 +133,7 @@ void checkBook(const CCells& cells, const CQuoteEntry& quote) {
         check("ask" + std::to_string(level), quote.sell[static_cast<std::size_t>(level - 1)].price);
 }
 
-/// A level needs both to be traded at.
+/// Warns if a level has only a price or only a volume: it needs both to be traded.
 void warnOfLevel(const CCells& cells, const std::string& column, const CQuoteLevel& level) {
     const bool hasPrice = !TC::isInvalidPrice(level.price);
     if (hasPrice && level.volume == 0)
@@ -160,7 +160,7 @@ CQuoteEntry readQuote(const CCells& cells) {
     return quote;
 }
 
-/// The readers of the four tables, with the lines of the instruments kept for later mistakes.
+/// Reads the four tables. Keeps the line numbers of the instruments for later messages.
 class CMarketReader {
 public:
     CMarketReader(const std::string& folder, CInstrumentLines instruments, CDeskConfig& config,
@@ -288,7 +288,7 @@ private:
             cells.mistake("margin_rate must be above 0 and at most 1");
     }
 
-    /// Each name stands for one instrument only.
+    /// Registers the names of an instrument. Each name may belong to one instrument only.
     bool takeNames(const CCells& cells, const CInstrumentEntry& instrument, int line) {
         for (const std::string& name : instrument.names()) {
             const auto known = m_instrumentLines.find(name);
@@ -302,7 +302,7 @@ private:
         return true;
     }
 
-    /// Numbers separated by blanks.
+    /// Reads type numbers separated by blanks.
     void readTypes(const CCells& cells, CInstrumentEntry& instrument) {
         std::istringstream words(cells.text("types"));
         for (std::string word; words >> word;) {
@@ -363,7 +363,7 @@ private:
                           ESubject::Instruments);
     }
 
-    /// Orders at such a price are rejected.
+    /// Warns about prices outside the limits, because orders at such a price are rejected.
     void warnOfLimits(const CCells& cells, const CQuoteEntry& quote) const {
         const auto found = m_instruments.find(quote.stockKey);
         if (found == m_instruments.end()) return;
@@ -377,7 +377,7 @@ private:
                            " of \"" + instrument.key() + "\"");
             return isAbove || isBelow;
         };
-        // One warning a row: limits that are wrong make all of its prices wrong.
+        // One warning for each row is enough: if the limits are wrong, all of its prices look wrong.
         bool isTold = check("last", quote.last);
         for (std::size_t level = 0; level < CQuoteEntry::kDepth && !isTold; ++level) {
             isTold = check("bid" + std::to_string(level + 1), quote.buy[level].price) ||
@@ -391,11 +391,12 @@ private:
                std::find(std::begin(kBasketTypes), std::end(kBasketTypes), type) != std::end(kBasketTypes);
     }
 
-    /// The key of the instrument that the cell names; one that is unknown is told and stays as it is.
+    /// Returns the key of the instrument that the cell names. An unknown name is reported and returned
+    /// unchanged.
     std::string instrumentKey(const CCells& cells, const std::string& name) const {
         const auto found = m_instruments.find(name);
         if (found != m_instruments.end()) return found->second->key();
-        // A row that is a mistake by itself still stands for its instrument.
+        // An instrument row with a mistake still defines its names, so references to them are not reported.
         if (m_instrumentLines.count(name) == 0) {
             cells.mistake("instrument \"" + name + "\" is unknown; expected market and code of a row in " +
                               kInstruments,
@@ -408,7 +409,7 @@ private:
     CDeskConfig& m_config;
     CDiagnostics& m_diagnostics;
     CInstrumentLines m_instrumentLines;
-    std::map<std::string, const CInstrumentEntry*> m_instruments; ///< by each of their names
+    std::map<std::string, const CInstrumentEntry*> m_instruments; ///< each name of an instrument is a key
 };
 
 } // namespace

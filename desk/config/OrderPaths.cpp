@@ -16,8 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The desk's own files, the drafts of those that it replaces, and what the paper broker's store puts beside
-/// its file.
+/// Returns the names of the desk's own files, of the drafts of the files that it replaces, and of the files
+/// that the paper broker's store creates next to its file.
 std::vector<std::string> ownFiles() {
     std::vector<std::string> names(std::begin(kOwnFiles), std::end(kOwnFiles));
     for (const char* replaced : {kStrategyFile, kSettingsFile})
@@ -27,7 +27,7 @@ std::vector<std::string> ownFiles() {
     return names;
 }
 
-/// The place that a path names once every link on the way is followed, also where nothing is there yet.
+/// Returns the path with all links resolved, even if no file exists there yet.
 fs::path realPlace(fs::path path) {
     constexpr int kMostLinks = 40;
     std::error_code unreadable;
@@ -53,7 +53,7 @@ std::optional<CFileId> idOf(const fs::path& path) {
     return CFileId{status.st_dev, status.st_ino};
 }
 
-/// A name of a file, and what it stands for.
+/// A path, its resolved place, and the file that it names.
 struct CNamed {
     explicit CNamed(const fs::path& path) : m_place(realPlace(path)), m_id(idOf(path)) {}
 
@@ -72,7 +72,7 @@ bool isBelow(const fs::path& place, const fs::path& folder) {
     return std::mismatch(root.begin(), root.end(), place.begin(), place.end()).first == root.end();
 }
 
-/// Why this one name cannot be taken; `head` begins the sentence.
+/// Returns the reason why this path cannot be used; `head` is the start of the message.
 std::string whyNotTaken(const fs::path& folder, const fs::path& path, const std::string& head) {
     std::error_code unreadable;
     if (!path.has_filename() || fs::is_directory(path, unreadable))

@@ -5,25 +5,26 @@
 #include <filesystem>
 #include <string>
 
-/// Where order files may lie. A strategy that starts deletes the file at its path, and each order file is
-/// renamed to the path with ".tmp" and deleted. So neither name may be a file that the desk lives on.
+/// Checks of the paths of order files. A strategy that starts deletes the file at its path. Each order file
+/// is renamed to its path plus ".tmp" and then deleted. So neither name may be a file that the desk needs.
 namespace desk {
 
-/// Why the desk must not take order files at the path, for people; empty if it may. `folder` and `path` are
-/// absolute; `shown` is the path as people know it.
+/// Returns the reason why the desk must not take order files at the path, for people; empty if it may.
+/// `folder` and `path` are absolute; `shown` is the path for the message.
 ///
-/// Refused, for the path and for the path with ".tmp": a file of the desk folder (by name, also through
-/// folders that are links; by a symbolic or a hard link), a place in the folder for refused order files, and
-/// a folder. Refused too: a zero byte, behind which the system would not read.
+/// The path and the path plus ".tmp" must not be: a file of the desk itself, a place in the folder for
+/// refused order files, or a folder. A file of the desk is also recognized through a linked folder, a
+/// symbolic link or a hard link. A path with a zero byte is refused too, because the system would not read
+/// the part after it.
 std::string whyNoOrderPath(const std::filesystem::path& folder, const std::string& path,
                            const std::string& shown);
 
-/// Why two strategies cannot have these paths, for people; empty if they can. They must not meet, with or
-/// without ".tmp": each would take or delete the other's files.
+/// Returns the reason why two strategies cannot have these paths, for people; empty if they can. The paths
+/// must not be the same file, with or without ".tmp": each strategy would take or delete the other's files.
 std::string whyPathsMeet(const std::string& path, const std::string& shown,
                          const TC::COrderStrategyParam& other);
 
-/// Whether the path looks like one of another system, such as C:\orders\a.txt.
+/// Whether the path looks like a path of another operating system, such as C:\orders\a.txt.
 bool isForeignPath(const std::string& path);
 
 } // namespace desk

@@ -2,8 +2,8 @@
 
 namespace desk {
 
-/// Which way a position points. Short ones are of derivatives that were opened by selling. Its numbers stand
-/// in the paper broker's store.
+/// The direction of a position. Short positions were opened by selling. The numbers are saved in the paper
+/// broker's store and must not change.
 enum class EPositionSide : int { Long = 0, Short = 1 };
 
 } // namespace desk

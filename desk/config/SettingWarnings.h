@@ -8,12 +8,13 @@
 /// Warnings that several tables share.
 namespace desk {
 
-/// Of a setting whose orders the desk rejects, or that has limits: they have no effect. `orderTypeKey` is the
-/// key of the setting's order type.
+/// Warns about a setting whose orders the desk rejects, and about a setting with limits, because limits have
+/// no effect. `orderTypeKey` is the key of the setting's order type.
 void warnOfSetting(const CTomlSection& section, const TC::COrderSetting& setting,
                    const std::string& orderTypeKey);
 
-/// Of a volume that is no multiple of the instrument's trading unit. On the line of the key `volume`.
+/// Warns about a volume that is not a multiple of the instrument's trading unit. The warning is on the line
+/// of the key `volume`.
 void warnOfUnit(const CTomlSection& section, int volume, const CInstrumentEntry& instrument);
 
 } // namespace desk

@@ -19,7 +19,7 @@ const QString kRootTag = QStringLiteral("settings");
 const QString kInterfacesTag = QStringLiteral("interfaceTrade");
 const QString kDataAttribute = QStringLiteral("interfacedata");
 
-/// In whose words a person is told what a field must be.
+/// Words for each field type, for messages about what a field must be.
 const std::map<bson::EType, const char*> kExpected = {
     {bson::EType::String, "a text in quotes"},
     {bson::EType::Bool, "true or false"},
@@ -42,7 +42,7 @@ using knservice::TradeInterfaceData;
 using knservice::TradeInterfaceDataPtr;
 using knservice::TradeInterfaceList;
 
-/// One reading of the file: where its mistakes go, and the interfaces that could be read.
+/// State of one reading of the file: the target of its mistakes, and the interfaces that could be read.
 struct CReading {
     CDiagnostics& diagnostics;
     TradeInterfaceList interfaces;
@@ -52,8 +52,8 @@ struct CReading {
     }
 };
 
-/// The order service passes over keys that it does not know, and takes the first of those that stand twice.
-/// In a file that a person writes both are slips.
+/// Finds unknown keys and keys that are defined twice. The order service ignores unknown keys and uses the
+/// first of two equal keys. In a file that a person writes, both are mistakes.
 std::vector<std::string> mistakesOfKeys(const bson::BSONObj& object) {
     const std::vector<std::string> known = TradeInterfaceData::storedKeys();
     std::vector<std::string> mistakes;
@@ -68,7 +68,8 @@ std::vector<std::string> mistakesOfKeys(const bson::BSONObj& object) {
     return mistakes;
 }
 
-/// Tells the entry of the white list, counted from 1, that is no text or whose text is no JSON object.
+/// Describes the entry of the white list, counted from 1, that is not a text or whose text is not a JSON
+/// object.
 std::string mistakeOfWhitelist(const bson::BSONObj& object) {
     std::vector<std::string> entries;
     const auto nameOf = [](std::size_t place) { return "whitelist entry " + std::to_string(place + 1); };
@@ -98,8 +99,8 @@ std::string mistakeOfField(const bson::BSONObj& object, const bson::CError& erro
     return std::string(error.what()) + "; expected " + kExpected.at(wrongType->wanted());
 }
 
-/// An element is written anew under the name in its record, so the two must agree, and an empty one cannot be
-/// written.
+/// An element is later written under the name in its record. So the element and the record must have the same
+/// name, and the name must not be empty.
 std::string mistakeOfName(const std::string& tag, const TradeInterfaceData& record) {
     if (record.m_strInterface == tag) return {};
     const std::string found =
@@ -107,7 +108,7 @@ std::string mistakeOfName(const std::string& tag, const TradeInterfaceData& reco
     return "m_strInterface is " + found + "; expected " + inQuotes(tag) + ", like the element";
 }
 
-/// Everything that is wrong with an interface; fills the record where nothing is.
+/// Returns all mistakes of an interface. Fills the record if there are none.
 std::vector<std::string> fillRecord(const QDomElement& element, TradeInterfaceData& record) {
     const std::string text = element.attribute(kDataAttribute).toStdString();
     bson::BSONObj object;
@@ -173,7 +174,7 @@ TradeInterfaceList readText(const std::string& text, CDiagnostics& diagnostics) 
     return reading.interfaces;
 }
 
-/// Whether what was read back is the record, and not a text in which bytes had to be replaced.
+/// Whether the record that was read back is the same, and no bytes of its texts had to be replaced.
 bool isSameInterface(const TradeInterfaceData& record, const TradeInterfaceData& again) {
     const auto isWhole = [](const boost::shared_ptr<knservice::IData>& entry) {
         return entry == nullptr || entry->toBson().isUtf8();
@@ -184,7 +185,7 @@ bool isSameInterface(const TradeInterfaceData& record, const TradeInterfaceData&
            std::all_of(record.whitelist.begin(), record.whitelist.end(), isWhole);
 }
 
-/// Why what was read back is not the interfaces; empty where it is.
+/// Returns how the interfaces that were read back differ; empty if they are the same.
 std::string differenceOf(TradeInterfaceList interfaces, const TradeInterfaceList& again) {
     interfaces.remove(nullptr);
     if (interfaces.size() != again.size()) return "an interface has no name that can stand in XML";

@@ -10,20 +10,20 @@
 
 namespace desk {
 
-/// What a new settings.xml is before the order service has put the interfaces into it.
+/// Content of a new settings.xml, before the order service has written the interfaces into it.
 inline constexpr const char* kEmptySettings = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                                               "<!-- The trade framework's interfaces. Edit this while the "
                                               "desk is off; the desk writes it anew when they "
                                               "have changed. -->\n"
                                               "<settings><interfaceTrade/></settings>";
 
-/// Reads settings.xml of the folder, which may be missing, and holds it to what the order service can load
-/// and the desk can write again.
+/// Reads settings.xml of the folder; the file may be missing. Checks that the order service can load it and
+/// that the desk can write it again.
 void readSettings(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics);
 
-/// Puts the text in the place of settings.xml, whole or not at all. A text that could not be read at the next
-/// start, or that would be read as others than the interfaces (null ones do not count), leaves the file as it
-/// was.
+/// Replaces settings.xml with the text, completely or not at all. The file is not changed if the next start
+/// could not read the text, or would read other interfaces than `interfaces` from it. Null interfaces are
+/// ignored.
 [[nodiscard]] utils::KNError saveSettings(const std::string& folder, const std::string& text,
                                           const knservice::TradeInterfaceList& interfaces);
 

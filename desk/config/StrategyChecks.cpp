@@ -15,7 +15,7 @@
 namespace desk {
 namespace {
 
-/// Whether the family trades on accounts of that kind.
+/// Whether the family trades on accounts of this kind.
 bool tradesOn(TC::EOrderStrategyTradeType tradeType, TC::EQDBrokerType broker) {
     const TC::CFamily* family = TC::findFamily(tradeType);
     const bool isBasket = tradeType == TC::EOrderStrategyTradeType::Basket;
@@ -25,7 +25,7 @@ bool tradesOn(TC::EOrderStrategyTradeType tradeType, TC::EQDBrokerType broker) {
 
 constexpr const char* kLoginNote = "; a strategy of source \"signal\" needs a login";
 
-/// What is wrong, and the key that holds it; no message: nothing.
+/// A mistake and the key that has it; an empty message means no mistake.
 struct CFinding {
     const char* m_pszKey = "";
     std::string m_strMessage;
@@ -36,7 +36,7 @@ struct CFinding {
 
 void tell(const CTomlSection& section, const CFinding& finding) {
     const std::string key = finding.m_pszKey;
-    // A login of another type is told by its reader.
+    // A login value of a wrong type was already reported by its reader.
     const bool isLogin = key == "user" || key == "pass";
     if (finding.isGood() || (isLogin && section.has(key) && !section.isText(key))) return;
     if (isLogin && !section.has(key)) return section.tellMissing(key, kLoginNote);
@@ -69,7 +69,7 @@ void checkGroup(const CTomlSection& section, const CDeskConfig& config,
                           ESubject::Groups);
 }
 
-/// The key of the instrument that the bare code of a strategy could mean; empty: there is none.
+/// Returns the key of an instrument that a code without a market could mean; empty: there is none.
 std::string keyOfBareCode(const CDeskConfig& config, const std::string& code) {
     const auto found = std::find_if(config.instruments.begin(), config.instruments.end(),
                                     [&](const CInstrumentEntry& entry) { return entry.code == code; });
@@ -86,7 +86,8 @@ CFinding unknownCode(const CDeskConfig& config, const std::string& code) {
     return {"code", "code \"" + code + reason, ESubject::Instruments};
 }
 
-/// A strategy's code is taken as it stands: a key such as "SH600000", or the plain code of a derivative.
+/// A strategy's code is used unchanged. It must be a key such as "SH600000", or the plain code of a
+/// derivative.
 CFinding findingOfCode(const CDeskConfig& config, const TC::COrderStrategyParam& strategy) {
     const std::string code = strategy.m_strCode.toStdString();
     if (code.empty()) return {};
@@ -103,7 +104,7 @@ CFinding findingOfCode(const CDeskConfig& config, const TC::COrderStrategyParam&
             ESubject::Instruments};
 }
 
-/// The port behind the last colon; 0 where there is none.
+/// Returns the port after the last colon; 0 if there is none.
 std::uint16_t portOf(const std::string& address) {
     const std::size_t colon = address.rfind(':');
     if (colon == std::string::npos || colon == 0) return 0;
@@ -113,8 +114,8 @@ std::uint16_t portOf(const std::string& address) {
     return parsed.ec == std::errc() && parsed.ptr == end ? port : 0;
 }
 
-/// The order socket's address: a host and a port. Logins cross the net in the clear, so other machines get in
-/// only where the folder says so.
+/// Checks the order socket's address: a host and a port. Logins are sent over the network without encryption,
+/// so other machines may connect only if the folder allows it.
 CFinding findingOfAddress(const CDeskConfig& config, const std::string& address) {
     if (portOf(address) == 0) {
         return {"path",
@@ -128,8 +129,8 @@ CFinding findingOfAddress(const CDeskConfig& config, const std::string& address)
             ESubject::Desk};
 }
 
-/// A listener without a login would trade for everybody who reaches its port; one without a password almost
-/// so.
+/// Checks that a login is set. A listener without a login would trade for everybody who can reach its port. A
+/// listener without a password would be almost as open.
 CFinding findingOfLogin(const char* key, const QString& text) {
     if (!text.isEmpty()) return {};
     return {key, std::string("key \"") + key + "\" is missing or empty" + kLoginNote};
@@ -146,7 +147,7 @@ CFinding findingOfPath(const std::filesystem::path& folder, const TC::COrderStra
     return {"path", reason};
 }
 
-/// All findings about where the orders come from. A source without a path has none.
+/// Returns all findings about the source of the orders. A source without a path has none.
 std::vector<CFinding> findingsOfSource(const CDeskConfig& config, const std::filesystem::path& folder,
                                        const TC::COrderStrategyParam& strategy,
                                        const TC::COrderStrategyMap& others, const std::string& shown) {
@@ -171,7 +172,7 @@ void checkSource(const CTomlSection& section, const CDeskConfig& config, const s
         tell(section, finding);
 }
 
-/// Whether the number is still to be filled in.
+/// Whether the number is not set yet, which is allowed while the strategy is stopped.
 bool isOpen(const TC::COrderStrategyParam& strategy, double number) {
     return TC::isInvalidPrice(number) && !strategy.isRunning();
 }
@@ -185,7 +186,8 @@ void checkVolume(const CTomlSection& section, const TC::COrderStrategyParam& str
                           "volumes by a percent of the account are not traded; expected volume or amount");
 }
 
-/// Families whose commands do not carry an algorithm would trade such orders at once, as plain ones.
+/// Other order types are refused: families whose commands do not carry an algorithm would trade such orders
+/// at once, as plain orders.
 void checkOrderType(const CTomlSection& section, const TC::COrderStrategyParam& strategy) {
     if (TC::isUnset(strategy.m_eOrderType) || strategy.m_eOrderType == TC::EOrderType::Plain) return;
     section.mistakeAt("order_type", "order_type is " +

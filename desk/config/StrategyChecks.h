@@ -8,22 +8,22 @@
 
 namespace desk {
 
-/// Tells what is wrong with a strategy that was read: accounts, instruments and paths that are not there, and
-/// what the strategies read before it have already. `folder` is the absolute desk folder, `path` the path as
-/// it stands in the file. A stopped strategy may be unfinished: one that was added at run time is saved
-/// before it is filled in.
+/// Reports the mistakes of a strategy that was read: unknown accounts and instruments, unusable paths, and
+/// conflicts with the strategies read before it. `folder` is the absolute desk folder, `path` is the path as
+/// written in the file. A stopped strategy may be incomplete, because a strategy that is added at run time is
+/// saved before its values are filled in.
 void checkStrategy(const CTomlSection& section, const CDeskConfig& config,
                    const std::filesystem::path& folder, const TC::COrderStrategyParam& strategy,
                    const std::string& path);
 
-/// Warns of what a strategy that was read has, and what will not work as its owner may think. See
-/// CDiagnostics.
+/// Warns about values of a strategy that will not work as its owner may expect. See CDiagnostics.
 void warnOfStrategy(const CTomlSection& section, const CDeskConfig& config,
                     const TC::COrderStrategyParam& strategy, const std::string& path);
 
-/// Why a strategy must not be changed to this or started like this while the desk runs, for people; empty if
-/// it may: a path that is not safe, also beside `others`, an address or a login that `check` refuses, and a
-/// code that is no instrument's. Looks at the file system as it is now. Any thread.
+/// Returns the reason why a strategy must not be changed to these values, or started with them, while the
+/// desk runs; for people, empty if it may. Reasons are an unsafe path, a path that meets one of `others`, an
+/// address or a login that `check` refuses, and a code without an instrument. Reads the current state of the
+/// file system. Any thread.
 std::string whyRefused(const CDeskConfig& config, const std::filesystem::path& folder,
                        const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& others);
 

@@ -10,8 +10,8 @@
 namespace desk {
 namespace {
 
-// Both records are taken apart by structured bindings, which name every member: a member that is new does not
-// compile here until it has got its place.
+// Both records are split by structured bindings that name every member. So a new member causes a compile
+// error here until it is added.
 
 auto settingFields(const TC::COrderSetting& setting) {
     const auto& [priceType, orderType, first, second, firstOn, secondOn, cmdLog] = setting;

@@ -7,12 +7,12 @@
 
 namespace desk {
 
-/// The key of the first thing that differs between two strategies, null where all is the same. Whether a
-/// strategy runs and how often it was started do not count: both belong to the run, not to what its owner
-/// set. Pure, and cheap enough for every round of the main loop.
+/// Returns the key of the first field that differs between two strategies; null if all fields are the same.
+/// The running status and the number of starts are not compared: they belong to the run and are not set by
+/// the owner. Pure, and cheap enough to be called in every round of the main loop.
 const char* firstDifference(const TC::COrderStrategyParam& a, const TC::COrderStrategyParam& b);
 
-/// Whether both settings say the same; what is no number equals itself.
+/// Whether both settings have the same values. NaN is treated as equal to NaN.
 bool isSame(const TC::COrderSetting& a, const TC::COrderSetting& b);
 bool isSame(double a, double b);
 

@@ -21,7 +21,7 @@ std::filesystem::path rootOf(const std::string& folder) {
     return std::filesystem::absolute(folder).lexically_normal();
 }
 
-/// Reads the strategies of the file's table into the configuration, each checked against those before it.
+/// Reads the strategies into the configuration. Each strategy is checked against those before it.
 void readTables(const std::filesystem::path& folder, const toml::table& root, CDeskConfig& config,
                 CDiagnostics& diagnostics) {
     const CTomlSection top(kStrategyFile, root, kStrategyFile, diagnostics);
@@ -47,7 +47,8 @@ std::string fileText(const std::filesystem::path& folder, const CDeskConfig& con
     return text.str();
 }
 
-/// Whoever reads the password of an order socket can trade, and whoever writes the file sets it.
+/// Other users must not have access to the file: a user who can read the password of an order socket can
+/// trade, and a user who can write the file can set the password.
 void checkSecrecy(const std::filesystem::path& folder, const CDeskConfig& config, CDiagnostics& diagnostics) {
     using std::filesystem::perms;
     const bool hasPass =
@@ -93,7 +94,7 @@ std::string CStrategyFile::whyNotKept(const TC::COrderStrategyParam& strategy,
                                               std::string(kStrategyFile));
         readTables(root, table, again, diagnostics);
     } catch (const toml::parse_error&) {
-        // What the parser has to say may quote a password.
+        // The parser's message is not shown because it may quote a password.
         return "it holds a text that the file cannot hold";
     }
     const std::vector<CDiagnostic> mistakes = diagnostics.take();

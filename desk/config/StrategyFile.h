@@ -10,26 +10,26 @@
 
 namespace desk {
 
-/// Reads strategies.toml of the folder. Settings start from the user's defaults; the keys of a strategy go to
-/// its family's slot, those of its setting tables to the slot that they name. Needs the instruments and what
-/// desk.toml says.
+/// Reads strategies.toml of the folder. Settings start from the user's defaults. The keys of a strategy set
+/// the slot of its family, and the keys of its setting tables set the slot that the table names. The
+/// instruments and desk.toml must be read before.
 void readStrategies(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics);
 
-/// strategies.toml of a folder as the place where strategies are kept. Paths below the folder are written
-/// relative to it, settings as far as they differ from the user's defaults. What is kept is what
-/// readStrategies reads back without a mistake and without a difference.
+/// Keeps strategies in strategies.toml of a folder. Paths below the folder are written relative to it.
+/// Settings are written only if they differ from the user's defaults. A strategy can be kept only if
+/// readStrategies reads it back without a mistake and without a difference.
 class CStrategyFile : public IStrategyStore {
 public:
-    /// The configuration that the folder was loaded with.
+    /// `config`: the configuration that was loaded from the folder.
     CStrategyFile(std::string folder, CDeskConfig config);
 
     std::string whyNotKept(const TC::COrderStrategyParam& strategy,
                            const TC::COrderStrategyMap& others) const override;
-    /// Why the strategy must not be changed to this or started like this now, for people; empty if it may.
-    /// `others`: the strategies whose files it must not meet. Any thread.
+    /// Returns the reason why the strategy must not be changed to these values, or started with them, now;
+    /// for people, empty if it may. `others`: the strategies whose files it must not share. Any thread.
     std::string whyRefused(const TC::COrderStrategyParam& strategy,
                            const TC::COrderStrategyMap& others) const;
-    /// Writes the file anew, whole or not at all, for its owner alone.
+    /// Replaces the file, completely or not at all. Only the file's owner can read or write it.
     [[nodiscard]] utils::KNError save(const TC::COrderStrategyMap& strategies) const override;
 
 private:

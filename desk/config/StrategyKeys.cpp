@@ -18,15 +18,15 @@ namespace {
 using TC::COrderSetting;
 using TC::COrderStrategyParam;
 
-/// Stands for a value that nobody has set, where the default has one.
+/// The word for a value that is not set although the default has a value.
 constexpr const char* kUnsetWord = "unset";
 
 bool isUnsetWord(const toml::node& node) {
     return node.value_exact<std::string>() == kUnsetWord;
 }
 
-/// One key of a record: how it is read, and how it is written where it differs from the record that reading
-/// starts from.
+/// One key of a record: how it is read, and how it is written if it differs from the record from which
+/// reading starts.
 template<typename R>
 struct CRecordKey {
     std::string m_strName;
@@ -70,7 +70,7 @@ CTomlSetter setterOf(const CTomlSection& section, int& target) {
     };
 }
 
-/// A document as the text of one JSON object.
+/// Reads a document from the text of one JSON object.
 CTomlSetter setterOf(const CTomlSection& section, bson::BSONObj& target) {
     return [&](const toml::node& node) {
         std::string text = target.jsonString();
@@ -83,7 +83,7 @@ CTomlSetter setterOf(const CTomlSection& section, bson::BSONObj& target) {
     };
 }
 
-/// An enumeration through its number; `words`: null where it has none.
+/// Reads an enumeration by its number or a word; `words` is null if it has no words.
 template<typename E>
 CTomlSetter enumSetter(const CTomlSection& section, E& target, const std::map<std::string, int>* words,
                        bool numberToo) {
@@ -154,7 +154,7 @@ CRecordKey<R> enumKey(const char* name, E R::*member) {
             }};
 }
 
-/// Always written, so that the file tells it.
+/// A key that is always written, so that a reader of the file sees its value.
 template<typename R, typename E>
 CRecordKey<R> wordKey(const char* name, E R::*member, const std::map<std::string, int>& words,
                       bool numberToo) {
@@ -173,7 +173,7 @@ CRecordKey<R> wordKey(const char* name, E R::*member, const std::map<std::string
             }};
 }
 
-/// A number with a switch: a number without a word about its switch switches it on.
+/// A number with an on/off switch. If only the number is given, its switch is on.
 template<typename R>
 struct CSwitchedNumber {
     const char* m_pszNumber;
@@ -195,7 +195,7 @@ const CRecordKeys<COrderSetting>& settingKeys() {
             enumKey("order_kind", &COrderSetting::m_eOrderType),
             {"remark", plainKey("remark", &COrderSetting::m_strCmdLog).m_setter,
              [](toml::table& table, const COrderSetting& setting, const COrderSetting&) {
-                 // Always written: an empty remark is not the default's.
+                 // Always written: a missing remark means the default's remark, not an empty one.
                  insertValue(table, "remark", setting.m_strCmdLog);
              }},
         },
@@ -270,13 +270,13 @@ void insertKeys(const CRecordKeys<R>& keys, toml::table& table, const R& record,
     }
 }
 
-/// The slot that a strategy's own settings go to.
+/// Returns the slot for a strategy's own settings.
 TC::ESettingSlot slotOf(TC::EOrderStrategyTradeType tradeType) {
     const TC::CFamily* family = TC::findFamily(tradeType);
     return family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock;
 }
 
-/// The same, before the keys have been read: where they go depends on one of them.
+/// Returns the same slot before the keys are read: their target slot depends on the key "family".
 TC::ESettingSlot ownSlot(const toml::table& table) {
     const auto word = table["family"].value<std::string>();
     const auto found = word ? familyWords().find(*word) : familyWords().end();
@@ -284,7 +284,7 @@ TC::ESettingSlot ownSlot(const toml::table& table) {
                                         : TC::ESettingSlot::Stock;
 }
 
-/// Reads one [[strategy.setting]] table; `taken`: the slots that have their settings already.
+/// Reads one [[strategy.setting]] table. `taken`: the slots that already have their settings.
 void readSlot(const CTomlSection& section, const toml::table& table, COrderStrategyParam& strategy,
               std::set<int>& taken) {
     const int slot = static_cast<int>(table["slot"].value<std::int64_t>().value_or(-1));

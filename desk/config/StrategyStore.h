@@ -7,16 +7,17 @@
 
 namespace desk {
 
-/// Where strategies are kept from one run to the next.
+/// Keeps strategies from one run to the next.
 class IStrategyStore {
 public:
     virtual ~IStrategyStore() = default;
 
-    /// Why the strategy cannot be kept whole beside the others, for people; empty where it can.
+    /// Returns the reason why the strategy cannot be kept completely together with the others, for people;
+    /// empty if it can.
     virtual std::string whyNotKept(const TC::COrderStrategyParam& strategy,
                                    const TC::COrderStrategyMap& others) const = 0;
 
-    /// Keeps these strategies in place of all that were kept. A failure names place and cause.
+    /// Replaces all kept strategies with these. An error names the place and the cause.
     [[nodiscard]] virtual utils::KNError save(const TC::COrderStrategyMap& strategies) const = 0;
 };
 

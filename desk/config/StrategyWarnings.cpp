@@ -27,12 +27,13 @@ void warnOfVolume(const CTomlSection& section, const CDeskConfig& config,
         section.warnAt("volume", "volume is 0: orders that name no volume trade nothing");
     const bool isMultiplier = strategy.m_eTradeType == TC::EOrderStrategyTradeType::Basket ||
                               strategy.m_eTradeType == TC::EOrderStrategyTradeType::FutureBasket;
-    if (isMultiplier) return; // how many times the basket is traded
+    if (isMultiplier) return; // here the volume says how many times the basket is traded
     const CInstrumentEntry* instrument = findInstrument(config, strategy.m_strCode.toStdString());
     if (instrument != nullptr) warnOfUnit(section, strategy.m_nVolume, *instrument);
 }
 
-/// The order service compares addresses as texts; a listener has one login, and a port one listener.
+/// Warns if two strategies name the same listener with different logins. A listener has one login, so only
+/// one of them starts. Addresses are compared as texts, like the order service does.
 void warnOfListener(const CTomlSection& section, const CDeskConfig& config,
                     const TC::COrderStrategyParam& strategy) {
     if (strategy.m_eStrategyType != TC::EOrderStrategyType::Signal) return;

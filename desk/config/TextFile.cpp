@@ -15,7 +15,7 @@
 namespace desk {
 namespace {
 
-/// Writes all the bytes, in as many steps as the system takes.
+/// Writes all bytes. The system may need several steps.
 bool writeAll(int descriptor, const std::string& bytes) {
     for (std::size_t done = 0; done < bytes.size();) {
         const ssize_t count = ::write(descriptor, bytes.data() + done, bytes.size() - done);
@@ -25,9 +25,9 @@ bool writeAll(int descriptor, const std::string& bytes) {
     return true;
 }
 
-/// Writes and syncs a new file, and gives it to its owner alone. errno tells why it failed.
+/// Writes and syncs a new file that only its owner can access. If it fails, errno has the reason.
 bool writeSynced(const std::string& path, const std::string& bytes) {
-    // A draft that an end of power left behind may be open to others.
+    // After a power failure an old draft may exist with access for other users.
     ::unlink(path.c_str());
     const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (descriptor < 0) return false;
@@ -47,7 +47,7 @@ EFileRead readTextFile(const std::string& path, std::string& text) {
     std::ifstream stream(path, std::ios::binary);
     if (!std::filesystem::is_regular_file(status) || !stream) return EFileRead::Unreadable;
     std::ostringstream bytes;
-    // Copying nothing at all counts as a failure of the target, so an empty file is asked for first.
+    // Copying zero bytes would set the failure bit of the target stream, so an empty file is handled first.
     if (stream.peek() != std::ifstream::traits_type::eof()) bytes << stream.rdbuf();
     text = bytes.str();
     return stream.bad() || bytes.fail() ? EFileRead::Unreadable : EFileRead::Whole;

@@ -6,15 +6,16 @@
 
 namespace desk {
 
-/// What became of reading a file.
+/// Result of reading a file.
 enum class EFileRead { Whole, Missing, Unreadable };
 
-/// Reads the whole file into `text`. A folder at the file's place, a file without the right to read it and a
-/// disk that fails halfway are Unreadable: half a file must never pass for a whole one.
+/// Reads the whole file into `text`. Unreadable: the path is a folder, there is no permission, or the disk
+/// fails while reading. So half a file is never treated as a whole file.
 EFileRead readTextFile(const std::string& path, std::string& text);
 
-/// Puts the text in the place of the folder's file, whole or not at all, by way of a draft beside it. The
-/// file is its owner's alone afterwards: it can hold passwords and accounts.
+/// Replaces the folder's file with the text, completely or not at all: it writes a draft file next to it and
+/// renames the draft. Afterwards only the owner can read and write the file, because it can hold passwords
+/// and accounts.
 [[nodiscard]] utils::KNError replaceTextFile(const std::string& folder, const std::string& name,
                                              const std::string& text);
 

@@ -10,7 +10,7 @@
 
 namespace desk {
 
-/// The tables of a TOML file; nothing, and a mistake, where it is missing or malformed.
+/// Reads the tables of a TOML file. If it is missing or malformed, adds a mistake and returns nothing.
 inline std::optional<toml::table> readTomlFile(const std::string& folder, const std::string& file,
                                                CDiagnostics& diagnostics) {
     std::string text;

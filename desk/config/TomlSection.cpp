@@ -17,7 +17,7 @@ int lineOf(const toml::node& node) {
     return static_cast<int>(node.source().begin.line);
 }
 
-/// A value for a message.
+/// Describes a value for a message.
 std::string shown(const toml::node& node) {
     if (node.is_table()) return "a table";
     if (node.is_array()) return "a list";
@@ -69,7 +69,8 @@ int CTomlSection::lineOfKey(const std::string& key) const {
     return node != nullptr ? lineOf(*node) : line();
 }
 
-/// Of the keys that stand in the table itself; tables below it may follow much later.
+/// Last line of the table's own keys. Tables below it are left out, because they may follow much later in the
+/// file.
 int CTomlSection::lastLine() const {
     int last = line();
     for (const auto& [key, node] : m_table) {
@@ -88,7 +89,8 @@ void CTomlSection::expected(const toml::node& node, const std::string& what) con
     mistake(node, keyOf(node) + " is " + shown(node) + "; expected " + what);
 }
 
-/// The key that holds the node, also as an entry of a list. Only mistakes look for it.
+/// Returns the key that has the node as its value or as an entry of its list. Used only for mistakes, so a
+/// search is fast enough.
 std::string CTomlSection::keyOf(const toml::node& node) const {
     for (const auto& [key, value] : m_table) {
         const auto* list = value.as_array();
@@ -106,7 +108,7 @@ CTomlSetter CTomlSection::text(std::string& target) const {
         if (const auto value = node.value_exact<std::string>()) {
             target = *value;
         } else {
-            // What stands there instead may be a password without its quotes.
+            // The value is not shown, because it may be a password without quotes.
             mistake(node, keyOf(node) + " is not a text; expected a text in quotes");
         }
     };

@@ -4,7 +4,7 @@
 #include <set>
 #include <string>
 
-/// The words of the desk's files for numbers of the records.
+/// The words that the desk's files use for the numbers in the records.
 namespace desk {
 
 const std::map<std::string, int>& brokerWords();
@@ -16,13 +16,13 @@ const std::map<std::string, int>& kindWords(); ///< EInstrumentKind
 const std::map<std::string, int>& sideWords(); ///< EPositionSide
 const std::map<std::string, int>& paidWords(); ///< 1: in full, 0: on margin
 
-/// The switches that the order service asks for.
+/// Names of the switches that the order service reads.
 const std::set<std::string>& switchNames();
 
-/// Whether one word is a slip of the other: at most two letters added, left out or changed.
+/// Whether one word looks like a typing mistake of the other: at most two letters added, left out or changed.
 bool isLike(const std::string& a, const std::string& b);
 
-/// The word of a number, or the number itself in digits.
+/// Returns the word of a number, or the number in digits if it has no word.
 std::string wordFor(const std::map<std::string, int>& words, int number);
 
 } // namespace desk

@@ -23,8 +23,8 @@ constexpr double kPausedSleepSeconds = 0.8;
 /// Below this interval, in milliseconds, the loop spins on the clock instead of sleeping.
 constexpr int kShortestSleep = 11;
 
-/// Reads the batch to its end. The parser sees the lines behind one that ends the batch, too: it counts those
-/// without effect.
+/// Reads the batch to its end. The parser also gets the lines after the one that ends the batch, because it
+/// counts the lines without effect.
 void readLines(ILineSource& source, COrderFileParser& parser, CIntakeReport& report) {
     std::string line;
     int rowPosition = 0;
@@ -35,7 +35,7 @@ void readLines(ILineSource& source, COrderFileParser& parser, CIntakeReport& rep
     }
 }
 
-/// Takes a step of the reading; an exception of it cuts the batch short.
+/// Runs one step of the reading. An exception cuts the batch short.
 template<typename Step>
 void takeStep(CIntakeReport& report, const Step& step) {
     try {
@@ -86,7 +86,7 @@ void CFileService::startFileServer() {
                 tryOrder();
                 m_strLastFailure.clear();
             } catch (...) {
-                // The strategies behind the one that failed have their turn in the next pass.
+                // The strategies after the failed one are served in the next pass.
                 reportOnce(QStringLiteral("文件单轮询中断"));
             }
         }
@@ -94,7 +94,7 @@ void CFileService::startFileServer() {
     }
 }
 
-/// The interval that the host gives, or a calm one while it cannot.
+/// Returns the host's polling interval in milliseconds, or one second if the host call fails.
 int CFileService::readInterval() {
     constexpr int kWhileUnknown = 1000;
     try {
@@ -109,8 +109,8 @@ int CFileService::readInterval() {
     }
 }
 
-/// In a catch block. A pass that fails fails again at every look: the same words are shown once, until a
-/// pass succeeds.
+/// Must be called in a catch block. A failed pass usually fails again each time. So the same text is shown
+/// only once until a pass succeeds.
 void CFileService::reportOnce(const QString& text) {
     const QString failure = text + exceptionText();
     if (std::exchange(m_strLastFailure, failure) != failure) reportFailure(text);
@@ -139,8 +139,9 @@ void CFileService::orderStrategyParamPair(int channel, const COrderStrategyParam
     }
 }
 
-/// The source lets the batch go behind the gate: what the gate has not taken is still there after a crash. It
-/// is not read again, so a crash between the two does not place the orders twice.
+/// The source is destroyed after the gate has the orders, so a batch that the gate has not taken is still
+/// there after a crash. A left batch is not read again, so a crash in between does not place its orders
+/// twice.
 void CFileService::placeBatch(ILineSource& source, int channel, const COrderStrategyParam& strategy) {
     CIntakeReport report = makeIntakeReport(channel, strategy);
     QVector<COrderParam> orders = readOrders(source, channel, strategy, report);

@@ -16,24 +16,25 @@
 namespace TC {
 
 /// Polls the sources of the running file strategies and takes each batch of lines away from its writer. Each
-/// is read to the end, reported to the audit, handed to the gate as one batch, and then let go, see
-/// ILineSource. Order files are such a source, see COrderFileSourceKind.
+/// batch is read to the end, reported to the audit, handed to the gate as one batch, and then destroyed, see
+/// ILineSource. Order files are one kind of source, see COrderFileSourceKind.
 class CFileService {
 public:
-    /// Reads order files. Gate and registry outlive the object.
+    /// Reads order files. Gate and registry must outlive the object.
     CFileService(IOrderGate& gate, IStrategyRegistry& registry);
-    /// Reads from these kinds of sources; a strategy is for the first that serves it.
+    /// Reads from these kinds of sources. Each strategy is read by the first kind that serves it.
     CFileService(IOrderGate& gate, IStrategyRegistry& registry,
                  std::vector<std::unique_ptr<ILineSourceKind>> kinds);
 
-    /// The body of the file thread: a pass every polling interval until stop is called. A pass is skipped
-    /// while intake is paused, and what an exception leaves of a pass waits for the next.
+    /// The body of the file thread: runs one pass per polling interval until stop is called. A pass is
+    /// skipped while intake is paused. If an exception ends a pass, the remaining strategies wait for the
+    /// next pass.
     void startFileServer();
-    /// Lets startFileServer return: after the pass in hand, or at once if it sleeps. Any thread.
+    /// Makes startFileServer return: after the current pass, or at once if it sleeps. Any thread.
     void stop();
 
-    /// One pass over all strategies, with the registry locked for the whole of it. While intake is paused it
-    /// sleeps instead, at most until stop is called.
+    /// Runs one pass over all strategies and holds the registry's lock during the whole pass. While intake is
+    /// paused it sleeps for a moment instead; stop ends the sleep.
     void tryOrder();
 
 private:
@@ -48,7 +49,7 @@ private:
     IStrategyRegistry& m_registry;
     const std::vector<std::unique_ptr<ILineSourceKind>> m_kinds;
     CHostLinePort m_port;
-    QString m_strLastFailure; ///< of the last pass, as reported; empty after a good one
+    QString m_strLastFailure; ///< failure of the last pass, as reported; empty after a good pass
     bool m_bIntervalFailed = false;
     utils::CStopRequest m_stop;
 };

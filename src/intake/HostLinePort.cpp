@@ -17,7 +17,7 @@
 namespace TC {
 namespace {
 
-/// Every task has its turn, also if an earlier one throws; the first exception goes on to the caller then.
+/// Operates on every task, even if an earlier one throws. Rethrows the first exception at the end.
 void operateAll(const std::vector<boost::shared_ptr<knservice::CTask>>& tasks, const CTaskOpRecord& record) {
     std::exception_ptr first;
     for (const auto& task : tasks) {

@@ -5,7 +5,7 @@
 
 namespace TC {
 
-/// The line grammar's world as the installed host and the order service make it.
+/// Serves the line grammar with the installed host and the order service.
 class CHostLinePort : public ILinePort {
 public:
     explicit CHostLinePort(IOrderGate& gate) : m_gate(gate) {}

@@ -9,8 +9,8 @@ std::string rejectedPath() {
     return utils::toPathBytes(rejectedFolder());
 }
 
-/// The part of a kept file's name behind its writer's name. So a crash between the move and the report hides
-/// nothing: the name alone says whether orders of the file may have gone out.
+/// The part of a kept file's name that follows its writer's name. The name alone shows whether orders of the
+/// file may have been placed. This matters if a crash comes between the move and the report.
 const char* markOf(EKeptFile kind) {
     switch (kind) {
     case EKeptFile::CutShort:
@@ -23,7 +23,7 @@ const char* markOf(EKeptFile kind) {
     return "";
 }
 
-/// What is reported of a file that is found under its .tmp name.
+/// The cause that is reported for a file found under its .tmp name.
 QString causeOfFound(EKeptFile kind) {
     if (kind == EKeptFile::Refused)
         return QStringLiteral("it was refused before and could not be moved then");

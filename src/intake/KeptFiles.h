@@ -8,35 +8,35 @@
 
 namespace TC {
 
-/// The end of the names under which files lie that were taken and not yet deleted.
+/// File name suffix of files that were taken and are not deleted yet.
 inline constexpr const char* kTmpSuffix = ".tmp";
 
 /// Why a file is kept instead of being deleted.
 enum class EKeptFile {
-    Refused,  ///< nothing of it was carried out
-    CutShort, ///< its writer went on writing: what the guard had looked at was carried out
-    LeftOver, ///< an earlier run left it under its .tmp name: its orders may have gone out
+    Refused,  ///< no line of it was carried out
+    CutShort, ///< its writer went on writing: only the bytes checked by the guard were carried out
+    LeftOver, ///< an earlier run left it under its .tmp name: its orders may have been placed
 };
 
-/// Puts files aside for people to look at, in the folder that the audit names or beside their paths. One
-/// thread.
+/// Moves files aside so that people can look at them: to the folder that the audit names, or next to their
+/// original paths. Not thread-safe.
 class CKeptFiles {
 public:
-    /// Keeps a file that was taken, and reports where it lies.
+    /// Keeps a file that was taken, and reports where it is now.
     void keep(CTakenFile& file, EKeptFile kind, CIntakeReport& report);
 
-    /// Moves away the file that lies under the .tmp name of `source`, the path of its writer, and reports it.
-    /// What could not be moved when it was kept keeps its kind. If the file cannot be moved now, the report
-    /// stays as it was.
+    /// Moves away the file under the .tmp name of `source` and reports it. `source` is the path that the
+    /// writer uses. If this run kept the file earlier but could not move it, the file has the kind that it
+    /// had then; otherwise it is LeftOver. If the file cannot be moved now, the report is not changed.
     CPutAside moveLeftOver(const std::string& source, CIntakeReport& report);
 
-    /// No file lies under the .tmp name of `source` any more.
+    /// Call this when no file is under the .tmp name of `source` any more.
     void forget(const std::string& source) { m_unmoved.erase(source + kTmpSuffix); }
 
 private:
     void note(const CPutAside& kept, EKeptFile kind, CIntakeReport& report);
 
-    /// .tmp paths under which a file of this run lies that could not be moved away.
+    /// .tmp paths of files that this run kept but could not move away.
     std::map<std::string, EKeptFile> m_unmoved;
 };
 

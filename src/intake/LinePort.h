@@ -13,27 +13,27 @@
 
 namespace TC {
 
-/// What the line grammar asks of the world. The parser itself reads and writes nothing else, so that it can
-/// be run on any bytes. Called on the thread that parses.
+/// Everything that the line grammar needs from outside. The parser has no other input or output, so tests can
+/// run it on any bytes. Called on the thread that parses.
 class ILinePort {
 public:
     virtual ~ILinePort() = default;
 
-    /// Ends the tasks of the id on the user's word.
+    /// Terminates all tasks with this id, as a user request.
     virtual void terminateTask(int taskId) = 0;
-    /// Hands on the fields of a `cancel_order` line.
+    /// Passes on the fields of a `cancel_order` line.
     virtual void cancelOrders(std::vector<std::string>& fields) = 0;
-    /// The host's reader of trade parameters; the text is GBK.
+    /// Calls the host's reader of trade parameters. The text is GBK. False: the host does not understand it.
     virtual bool readTradeParam(const std::string& text, COrderTradeParam& param) = 0;
-    /// The strategy's default command remark, UTF-8.
+    /// Returns the strategy's default command remark in UTF-8.
     virtual std::string defaultRemark(const COrderStrategyParam& strategy) = 0;
-    /// Whether this deployment lets commands carry remarks at all.
+    /// Whether this deployment allows remarks on commands.
     virtual bool areRemarksAllowed() = 0;
-    /// The user's basket of that name, given in GBK or UTF-8; the comparison keeps case.
+    /// Finds the user's basket with this name. The name is GBK or UTF-8; the comparison is case-sensitive.
     virtual std::optional<CBasketSetting> findBasket(std::string_view name) = 0;
-    /// Whether the strategy's group or account gives any account.
+    /// Whether the strategy's group or account setting yields at least one account.
     virtual bool hasAccounts(const COrderStrategyParam& strategy) = 0;
-    /// Label of a source kind at the head of a message, and the kind's title.
+    /// The label of a source kind at the start of a message, and the title of the kind.
     virtual QString sourceLabel(EOrderStrategyType type) = 0;
     virtual QString sourceTitle(EOrderStrategyType type) = 0;
     /// Shows a note to the user.

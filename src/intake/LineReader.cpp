@@ -13,7 +13,7 @@ bool CLineReader::fill() {
     return m_nSize > 0;
 }
 
-/// Appends bytes up to and with the next line feed, as far as the buffer and the piece reach.
+/// Appends bytes up to and including the next line feed, or until the buffer is used up or the piece is full.
 void CLineReader::appendRun(std::string& line) {
     const char* begin = m_buffer.data() + m_nPosition;
     const std::size_t room = std::min(m_nSize - m_nPosition, kMaxPiece - line.size());
@@ -31,7 +31,7 @@ bool CLineReader::readLine(std::string& line) {
         const std::size_t size = line.size();
         if (size >= 2 && line[size - 1] == '\n' && line[size - 2] == '\r') line.erase(size - 2, 1);
     }
-    // A carriage return that fills the piece belongs to a line feed that may follow.
+    // The last byte of a full piece is a carriage return: if a line feed follows, both are one line end.
     if (line.size() == kMaxPiece && line.back() == '\r' && (m_nPosition < m_nSize || fill()) &&
         m_buffer[m_nPosition] == '\n') {
         line.back() = '\n';

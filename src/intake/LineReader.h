@@ -8,23 +8,23 @@
 
 namespace TC {
 
-/// Reads an order file line by line, the way a text-mode fgets with a buffer of 2048 bytes does: CR LF counts
-/// as one line feed, and a line of 2047 bytes or more arrives in pieces of 2047. Of each piece the bytes from
-/// the first zero byte on are lost.
+/// Reads an order file line by line, like a text-mode fgets with a buffer of 2048 bytes. CR LF is read as one
+/// line feed. A line of 2047 bytes or more arrives in pieces of 2047 bytes. In each piece, the first zero
+/// byte and all bytes after it are lost.
 class CLineReader {
 public:
-    /// Most bytes of one piece, the line feed counted.
+    /// Largest size of one piece in bytes, including the line feed.
     static constexpr std::size_t kMaxPiece = 2047;
 
-    /// The stream stays the caller's and open while the reader lives. No more than that many bytes are read.
+    /// The caller owns the stream and keeps it open while the reader exists. At most `bytes` bytes are read.
     explicit CLineReader(std::FILE* stream, long long bytes = std::numeric_limits<long long>::max())
         : m_pStream(stream), m_nBytesLeft(bytes) {}
 
-    /// The next line or piece, with its line feed where it has one. False at the end of the file, and where
+    /// Reads the next line or piece, with its line feed if it has one. False at the end of the file, or if
     /// reading fails.
     bool readLine(std::string& line);
 
-    /// Whether reading ended by an error of the file system rather than at the end of the file.
+    /// Whether reading ended because of a file system error and not at the end of the file.
     bool failed() const { return std::ferror(m_pStream) != 0; }
 
 private:

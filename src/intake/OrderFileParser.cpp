@@ -22,7 +22,7 @@ constexpr std::string_view kCancelWord = "cancel";
 constexpr std::string_view kCancelOrderWord = "cancel_order";
 constexpr std::string_view kTradeParamWord = "orderparam";
 
-// Why a line gave nothing, for people.
+// Reasons why a line has no effect, for people.
 constexpr const char* kBadCancel = "cancel takes one word, the number of the task";
 constexpr const char* kBadCancelOrder = "cancel_order takes two words or more";
 constexpr const char* kTooFewFields = "it has fewer than two fields";
@@ -39,15 +39,16 @@ bool isBlank(std::string_view line) {
     return line.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
-/// No operation of its own for the rows of a named basket: they keep theirs.
+/// Means that the rows of a named basket keep their own operation.
 constexpr int kOwnOperation = -1;
 
 std::string_view firstWord(std::string_view line) {
     return line.substr(0, line.find(kBlank));
 }
 
-/// The word in any case. Its letters fold to no others, and no byte of a GBK pair can stand for the first of
-/// them, so the bytes can be compared as they are.
+/// Compares the word without regard to case. Comparing single bytes is safe. No character outside ASCII is
+/// another case of its letters. The word is at the start of the line, so its first byte cannot be the second
+/// half of a GBK pair.
 bool isTradeParamLine(std::string_view line) {
     const auto sameLetter = [](char a, char b) {
         return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b);
@@ -78,7 +79,8 @@ COrderFileParser::COrderFileParser(const COrderStrategyParam& strategy, int chan
 
 void COrderFileParser::expectBytes(long long bytes) {
     constexpr long long kShortLine = 16;
-    // About 18 MB. A file says little about its orders by its size: it may be one long line.
+    // About 18 MB. The limit is needed because the size of a file says little about its number of orders: it
+    // may be one long line.
     constexpr long long kMostReserved = 1 << 16;
     utils::reserveIfPossible(m_orders,
                              static_cast<int>(std::clamp(bytes / kShortLine + 1, 1LL, kMostReserved)));
@@ -102,7 +104,7 @@ bool COrderFileParser::takeLine(std::string& line, int rowPosition) {
     return m_eRest != ERest::Nothing;
 }
 
-/// Gives the result of a line without effect.
+/// Counts a line that has no effect, unless it is blank.
 TypeReturn COrderFileParser::ignoreLine(const std::string& line, const QString& reason) {
     if (!isBlank(line)) countIgnored(1, m_nLine, reason);
     return TR_LINE_DONE;
@@ -179,7 +181,7 @@ TypeReturn COrderFileParser::parseFirstLineParam(const std::string& line) {
     return TR_PLAIN_LINE;
 }
 
-/// True when rows will follow in the file, false when the header settled the basket.
+/// True if rows will follow in the file, false if the header already names the whole basket.
 bool COrderFileParser::parseComposeInfo(const CFields& fields) {
     if (fields.size() < 3) return true;
     const QString name = UW::sToQs(fields[2].data(), fields[2].size());
@@ -219,13 +221,13 @@ void COrderFileParser::parseComposeTradeParam(std::string& line) {
     }
 }
 
-/// True when the line is one of trade parameters, whether or not the host understands them.
+/// True if the line holds trade parameters, even if the host does not understand them.
 bool COrderFileParser::parserTradeParam(const std::string& line) {
     if (!isTradeParamLine(line)) return false;
-    // Without an equals sign the whole line is the text.
+    // Without an equals sign the whole line is used as the text.
     const QString text = UW::sToQsGBK(line);
     const QString param = text.mid(text.indexOf(u'=') + 1);
-    COrderTradeParam read = m_tradeParam; // a text that is not understood leaves the parameters as they are
+    COrderTradeParam read = m_tradeParam; // a copy: an unknown text must not change m_tradeParam
     if (param.isEmpty()) return true;
     if (!m_port.readTradeParam(utils::toLocal8Bit(param), read)) {
         ++m_nUnreadTradeParams;
@@ -238,7 +240,7 @@ bool COrderFileParser::parserTradeParam(const std::string& line) {
     return true;
 }
 
-/// Gives the parameters to the orders from that index on and to the basket or list order.
+/// Sets the trade parameters of the orders from index `filledOrders` on, and of the basket or list order.
 void COrderFileParser::applyTradeParam(int& filledOrders) {
     for (; filledOrders < m_orders.size(); ++filledOrders)
         fillOrderParam(m_tradeParam, m_orders[filledOrders]);
@@ -264,7 +266,8 @@ TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosi
     return TR_PLAIN_LINE;
 }
 
-/// Takes the named basket as the whole order of the file. False where the line names none that the user has.
+/// Takes the named basket as the basket order of the file. False if the line does not name a basket of the
+/// user.
 bool COrderFileParser::takeWholeBasket(const CFields& fields, const CLineOrigin& source,
                                        const COrderParam& parsed) {
     startHeader(parsed.m_nOrderType, fields[1]);

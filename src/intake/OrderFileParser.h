@@ -12,55 +12,56 @@
 
 namespace TC {
 
-/// Lines of a file that gave nothing. Blank lines do not count.
+/// The lines of a file that had no effect. Blank lines are not counted.
 struct CIgnoredLines {
     int m_nCount = 0;
-    int m_nFirst = 0;         ///< position of the first one, counted from 1; 0: there is none
-    QString m_strFirstReason; ///< for people: why the first one gave nothing
+    int m_nFirst = 0;         ///< position of the first such line, counted from 1; 0: there is none
+    QString m_strFirstReason; ///< why the first such line had no effect, for people
 };
 
-/// The grammar of order files, one object for each file. Lines go in one after the other, orders are
-/// collected, and what a line asks for at once goes to the port. No I/O, no lock, no state beyond the file.
+/// The grammar of order files, one object for each file. It takes the lines one after the other and collects
+/// the orders. Requests that are carried out at once, like a cancel, go to the port. No I/O, no lock, no
+/// state beyond the file.
 ///
-/// A number that cannot be read leaves as boost::bad_lexical_cast and ends the file: the orders collected by
-/// then stand.
+/// A number that cannot be read throws boost::bad_lexical_cast and ends the file. The orders collected before
+/// stay valid.
 class COrderFileParser {
 public:
-    /// `channel` is the key under which the strategy is kept. The strategy and the port outlive the parser.
+    /// `channel` is the strategy's key in the registry. The strategy and the port must outlive the parser.
     COrderFileParser(const COrderStrategyParam& strategy, int channel, ILinePort& port);
 
-    /// Makes room for the orders of a file of so many bytes, so that a large batch is not moved again and
-    /// again. Best effort: bounded, and without effect if the memory is not there.
+    /// Reserves memory for the orders of a file of this many bytes, so that a large batch is not moved again
+    /// and again. Best effort: the amount is bounded, and nothing happens if there is not enough memory.
     void expectBytes(long long bytes);
 
-    /// Takes the next line of a source. Changes the text. False when the rest of it does not matter; lines
-    /// that come all the same are counted as ignored. rowPosition: the position of a table row, counted from
-    /// 1, unused for files.
+    /// Takes the next line of a source. Changes the text. False if the rest of the source does not matter;
+    /// later lines are only counted as ignored. rowPosition: the position of a table row, counted from 1,
+    /// unused for files.
     bool takeLine(std::string& line, int rowPosition = 0);
 
     /// Reads one line, with or without its line end. Changes the text.
     TypeReturn parseLineParam(std::string& line, int rowPosition = 0);
 
-    /// Reads one line of the rest of a file whose header settled the basket: only trade parameters count, and
-    /// they go to all orders of the file. Changes the text.
+    /// Reads one line after a header that already names the whole basket. Only trade parameters have an
+    /// effect, and they are given to all orders of the file. Changes the text.
     void parseComposeTradeParam(std::string& line);
 
-    /// The batch of the file, the basket or list order last. Call once, at the end.
+    /// Returns the batch of the file; the basket or list order is the last one. Call once, at the end.
     QVector<COrderParam> takeOrders();
 
-    /// Lines of trade parameters that the host did not understand. The orders in front of them keep what they
-    /// had and count as served.
+    /// Number of trade parameter lines that the host did not understand. The orders before such a line get
+    /// the last parameters that the host understood, or the defaults.
     int unreadTradeParams() const { return m_nUnreadTradeParams; }
 
-    /// Complete after takeOrders, which drops a list of another channel.
+    /// Complete only after takeOrders, because that call discards a list of another channel.
     const CIgnoredLines& ignoredLines() const { return m_ignored; }
 
 private:
-    /// Where the file is.
+    /// Which lines are still read.
     enum class ERest {
-        Grammar,     ///< every line counts
-        TradeParams, ///< the header settled the basket: only trade parameters count
-        Nothing,     ///< a basket taken whole: no line counts
+        Grammar,     ///< all lines
+        TradeParams, ///< only trade parameters: the header names the whole basket
+        Nothing,     ///< no line: a plain line has taken a whole basket
     };
     TypeReturn parseFirstLineParam(const std::string& line);
     bool parseComposeInfo(const CFields& fields);
@@ -80,15 +81,15 @@ private:
     const int m_nChannel;
     ILinePort& m_port;
 
-    bool m_bFirstLine = true; ///< until the first line that is no cancel and no trade parameters
+    bool m_bFirstLine = true; ///< true until the first line that is neither a cancel nor trade parameters
     bool m_bCompose = false;  ///< the file is a basket with a header
     COrderParam m_order;      ///< the basket or list order of the file
     COrderTradeParam m_tradeParam;
     QVector<COrderParam> m_orders;
-    int m_nFilledOrders = 0; ///< of m_orders, those that have their trade parameters
+    int m_nFilledOrders = 0; ///< number of orders in m_orders that have their trade parameters
     int m_nUnreadTradeParams = 0;
     ERest m_eRest = ERest::Grammar;
-    int m_nLine = 0;       ///< position of the line in hand, counted from 1
+    int m_nLine = 0;       ///< position of the current line, counted from 1
     int m_nHeaderLine = 0; ///< position of the header
     CIgnoredLines m_ignored;
 };

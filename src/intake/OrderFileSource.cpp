@@ -23,8 +23,8 @@
 namespace TC {
 namespace {
 
-/// Looks through the whole file before any line of it is carried out, and goes back to its beginning. Gives
-/// the reason to refuse it; empty: there is none. `bytes` becomes how many were looked at.
+/// Checks the whole file before any line of it is carried out, and rewinds it. Returns the reason to refuse
+/// it; empty: it is good. `bytes` becomes the number of bytes that were checked.
 QString whyRefused(std::FILE* stream, long long& bytes) {
     COrderFileScan scan;
     std::array<char, 65536> buffer;
@@ -41,13 +41,13 @@ QString whyRefused(std::FILE* stream, long long& bytes) {
     return verdict.isGood() ? QString() : verdict.toText();
 }
 
-/// One file, from the moment it has its .tmp name.
+/// One file, from the moment when it has its .tmp name.
 class COrderFileSource final : public ILineSource {
 public:
-    /// `kept` outlives the object.
+    /// `kept` must outlive the object.
     COrderFileSource(CKeptFiles& kept, bool isGuarded) : m_kept(kept), m_bGuarded(isGuarded) {}
 
-    /// Takes over the file that was renamed. Gives the reason to refuse it, or nothing if it can be read.
+    /// Opens the renamed file. Returns the reason to refuse it, or nothing if it can be read.
     std::optional<QString> open(const std::string& source) {
         const std::string path = source + kTmpSuffix;
         COpenedFile taken = openRegularFile(path);
@@ -61,7 +61,7 @@ public:
         return std::nullopt;
     }
 
-    /// Without the guard the file is deleted with the object, like any other.
+    /// Without the guard a refused file is not kept: it is deleted with the object, like any other file.
     void refuse(const QString& cause, CIntakeReport& report) {
         report.m_bRejected = true;
         report.m_strCause = cause;
@@ -77,7 +77,7 @@ public:
 
     long long bytes() const override { return m_file->size(); }
 
-    /// Bytes that the guard has not looked at are not carried out.
+    /// With the guard, bytes that were written after its check are not carried out.
     void finish(CIntakeReport& report) override {
         if (!m_bGuarded || m_file->size() <= m_nBytes) return;
         cutShort(report, QStringLiteral("its writer went on writing while it was read"));
@@ -88,7 +88,7 @@ private:
     CKeptFiles& m_kept;
     const bool m_bGuarded;
     std::optional<CTakenFile> m_file;
-    /// Most bytes that are read; with the guard those that it has looked at.
+    /// Most bytes that are read. With the guard: the number of bytes that it checked.
     long long m_nBytes = std::numeric_limits<long long>::max();
     std::optional<CLineReader> m_reader;
 };
@@ -102,15 +102,15 @@ bool COrderFileSourceKind::serves(const COrderStrategyParam& strategy) const {
 
 std::unique_ptr<ILineSource> COrderFileSourceKind::take(int channel, const COrderStrategyParam& strategy) {
     if (!isFileThere(channel, strategy)) return nullptr;
-    // Asked while the file still waits: an exception of the host leaves it there.
+    // The switch is read before the file is taken. So if the host throws, the file stays where it is.
     const bool isGuarded = luawrapper::isOrderSwitchOn(kFileGuardSwitch);
     if (!clearTmpPath(channel, strategy, isGuarded)) return nullptr;
     const std::string source = utils::toPathBytes(strategy.m_strSignalSource);
-    // Made before the file is taken: for want of memory the file waits.
+    // Created before the file is taken. So if memory runs out, the file stays where it is.
     auto file = std::make_unique<COrderFileSource>(m_kept, isGuarded);
-    // A file that cannot be renamed waits: reading it where it lies would place its orders again and again.
-    // What lies under the .tmp name is not read in its place: no pass of this process has taken it, and its
-    // orders may have gone out before a crash.
+    // A file that cannot be renamed is not read: reading it in place would place its orders again and again.
+    // A file that is already under the .tmp name is not read either: no pass of this process took it, and its
+    // orders may have been placed before a crash.
     if (::rename(source.c_str(), (source + kTmpSuffix).c_str()) != 0) {
         tellLeftWaiting(channel, strategy, std::string("it cannot be renamed: ") + std::strerror(errno));
         return nullptr;
@@ -125,10 +125,10 @@ std::unique_ptr<ILineSource> COrderFileSourceKind::take(int channel, const COrde
     return nullptr;
 }
 
-/// Whether a regular file waits that can be read. Anything else at its path must neither be taken away nor
-/// block the loop.
+/// Whether there is a regular file that can be read. Anything else at the path must not be taken away and
+/// must not block the loop.
 bool COrderFileSourceKind::isFileThere(int channel, const COrderStrategyParam& strategy) {
-    // Enciphered files are not read yet; the registry refuses to start such strategies.
+    // Encrypted files are not read yet; the registry refuses to start such strategies.
     const CUserConfig* user = getUserConfig();
     if (user == nullptr || hostCall<&CUserConfig::hasOrderEncryptionService>.on(*user)) return false;
 
@@ -142,13 +142,13 @@ bool COrderFileSourceKind::isFileThere(int channel, const COrderStrategyParam& s
     return false;
 }
 
-/// Makes the .tmp name free of a file that was left there. With the guard the file is kept, and the next one
-/// waits if that fails.
+/// Removes a file that was left under the .tmp name. With the guard the left file is moved aside. If that
+/// fails, the next file waits.
 bool COrderFileSourceKind::clearTmpPath(int channel, const COrderStrategyParam& strategy, bool isGuarded) {
     const std::string source = utils::toPathBytes(strategy.m_strSignalSource);
     const std::string tmpPath = source + kTmpSuffix;
     struct stat status {};
-    // A folder there makes the rename fail, which says so.
+    // A folder under the .tmp name makes the later rename fail, and that failure is reported.
     if (!isGuarded || ::lstat(tmpPath.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
         if (!isGuarded) ::unlink(tmpPath.c_str());
         m_kept.forget(source);
@@ -164,7 +164,7 @@ bool COrderFileSourceKind::clearTmpPath(int channel, const COrderStrategyParam& 
     return kept.m_bMoved;
 }
 
-/// Says what keeps a file waiting at the first look only.
+/// Reports why a file has to wait, but only the first time.
 void COrderFileSourceKind::tellLeftWaiting(int channel, const COrderStrategyParam& strategy,
                                            const std::string& cause) {
     if (!m_leftWaiting.insert(strategy.m_strSignalSource).second) return;

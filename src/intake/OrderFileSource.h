@@ -11,16 +11,16 @@
 
 namespace TC {
 
-/// Order files. A file is taken away from its writer by renaming it to its .tmp name, and deleted when the
-/// source lets go of it. So a file is never read twice, and one whose orders have not been handed over still
-/// lies under its .tmp name after a crash. Nothing stays open between passes.
+/// Order files. A file is taken away from its writer by renaming it to its .tmp name. It is deleted when its
+/// source is destroyed. So no file is read twice. After a crash, a file whose orders were not handed over is
+/// still there under its .tmp name. No file stays open between passes.
 ///
-/// With the switch "mdl_order_file_guard" on, a file that is damaged or not complete is refused whole and
-/// kept, see COrderFileScan, and a file that is left under a .tmp name is kept as well instead of being
-/// deleted. File thread.
+/// If the switch "mdl_order_file_guard" is on, a damaged or incomplete file is refused completely and kept,
+/// see COrderFileScan. A file that was left under a .tmp name is also kept instead of being deleted. Used on
+/// the file thread.
 class COrderFileSourceKind final : public ILineSourceKind {
 public:
-    /// File strategies with a path; tables are not read yet.
+    /// Serves file strategies that have a path. Tables are not read yet.
     bool serves(const COrderStrategyParam& strategy) const override;
     std::unique_ptr<ILineSource> take(int channel, const COrderStrategyParam& strategy) override;
 

@@ -15,8 +15,8 @@ QString text(std::string_view field) {
     return UW::sToQs(field.data(), field.size());
 }
 
-/// Gives the order its one line. A vector made with its size takes no more memory than it needs; an appended
-/// one would.
+/// Gives the order its only line. The vector is created with its size, because appending would reserve more
+/// memory than needed.
 COrderSingleParam& addLine(COrderParam& order) {
     order.m_orders = QVector<COrderSingleParam>(1);
     return order.m_orders.first();
@@ -34,7 +34,7 @@ void readCode(const CFields& fields, std::size_t index, COrderSingleParam& line)
     if (fields.has(index)) line.m_strCode = codeOfField(fields[index]);
 }
 
-/// A further price counts as given as soon as its field exists, also where it is empty.
+/// A limit price is treated as given if its field exists, even if the field is empty.
 void readLimit(const CFields& fields, std::size_t index, bool& given, double& limit) {
     if (!fields.has(index)) return;
     given = true;
@@ -57,7 +57,7 @@ void parseAmountForm(const CFields& fields, std::size_t next, COrderParam& order
     line.m_dAmount = strictDouble(fields[next]);
 }
 
-/// Account and, in a table row, the remark behind it.
+/// Reads the account and, in a table row, the remark after it and the row's position.
 void readAccount(const CFields& fields, std::size_t index, const CLineOrigin& source, COrderSingleParam& line,
                  COrderParam& order) {
     if (fields.has(index)) line.m_strAccount = text(fields[index]);
@@ -66,7 +66,7 @@ void readAccount(const CFields& fields, std::size_t index, const CLineOrigin& so
     line.m_nOverFreqMode = source.m_nRowPosition;
 }
 
-/// A table row has the price command before the price; gives the index of the price.
+/// Reads the price command, which only a table row has, before its price. Returns the index of the price.
 std::size_t readPriceCommand(const CFields& fields, std::size_t next, const CLineOrigin& source,
                              COrderSingleParam& line) {
     if (!source.m_bTableRow) return next;

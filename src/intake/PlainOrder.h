@@ -5,7 +5,7 @@
 
 namespace TC {
 
-/// A channel of 0 stands for the strategy that reads the file.
+/// Channel 0 means the strategy that reads the file.
 bool isUniversal(int channel);
 
 /// Where a plain order line comes from.
@@ -15,14 +15,16 @@ struct CLineOrigin {
     int m_nRowPosition = 0;   ///< position of the row in its table, counted from 1
 };
 
-/// Reads the fields of a plain order line; there are at least two. Pure. Throws boost::bad_lexical_cast where
-/// a number cannot be read or a required field is empty. The form of number 34 gives no order line here.
+/// Reads the fields of a plain order line; the caller passes at least two. Pure. Throws
+/// boost::bad_lexical_cast if a number cannot be read or a required field is empty. Order number 34, a whole
+/// basket, gets no order line here.
 COrderParam parsePlainOrder(const CFields& fields, const CLineOrigin& source);
 
-/// Index of the first field behind order number and channel.
+/// Index of the first field after the order number and, in a file line, the channel.
 std::size_t firstOrderField(const CLineOrigin& source);
 
-/// A row of a basket or list file, see parseBasketRow and parseListRow of the line parser.
+/// Reads a row of a basket or list file; the caller passes at least two fields. Throws
+/// boost::bad_lexical_cast if a number cannot be read.
 void readBasketRow(const CFields& fields, COrderSingleParam& row);
 void readListRow(const CFields& fields, COrderSingleParam& row);
 

@@ -14,13 +14,14 @@
 namespace TC {
 namespace {
 
-/// As renameAfterLooking, but no other process can take the name in between.
+/// Like renameAfterLooking, but no other process can take the name in between, if the file system supports
+/// it.
 int renameToNewName(const std::string& from, const std::string& to) {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
     return errno == EINVAL || errno == ENOSYS ? renameAfterLooking(from, to) : errno;
 }
 
-/// Renames the file to `stem` and the time, and a number if there is such a file already.
+/// Renames the file to `stem` plus the time, and plus a number if that name is already taken.
 CPutAside moveWithTime(const std::string& path, const std::string& stem) {
     constexpr int kMostTries = 1000;
     const std::string name =
@@ -38,7 +39,7 @@ CPutAside moveWithTime(const std::string& path, const std::string& stem) {
 CPutAside moveToFolder(const std::string& path, const std::string& name, const std::string& folder) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
-    // If the folder could not be made, the move says why.
+    // The error is not checked here: if the folder could not be created, the move fails and says why.
     return moveWithTime(path, folder + '/' + std::filesystem::path(name).filename().string() + '.');
 }
 

@@ -5,23 +5,25 @@
 
 namespace TC {
 
-/// How often logins failed lately, address by address, and how long the next one must wait for that. An
-/// address is the text that groupOf gives. Times are seconds of utils::getTime(). On the listener's thread.
+/// Counts recent failed logins for each address and gives the delay of the next login from there. An address
+/// is the text that groupOf returns. Times are seconds of utils::getTime(). Used on the listener's thread
+/// only.
 class CFailedLogins {
 public:
-    static constexpr int kFree = 3;                    ///< so many cost no time
-    static constexpr double kFirstDelay = 0.5;         ///< the next one waits so long, in seconds
-    static constexpr double kLastDelay = 4;            ///< each further one twice as long, up to this
-    static constexpr double kForgetSeconds = 60;       ///< without a failed login the count begins anew
-    static constexpr int kMaxDelayed = 20;             ///< connections of one address that may wait at once
-    static constexpr std::size_t kMaxAddresses = 1000; ///< remembered at once; the oldest is forgotten first
+    static constexpr int kFree = 3;            ///< number of failures before the delays begin
+    static constexpr double kFirstDelay = 0.5; ///< first delay, in seconds
+    static constexpr double kLastDelay = 4;    ///< in seconds; each delay is twice the one before, up to this
+    static constexpr double kForgetSeconds = 60; ///< the count starts again after this time without a failure
+    static constexpr int kMaxDelayed = 20; ///< connections of one address that may wait at the same time
+    static constexpr std::size_t kMaxAddresses = 1000; ///< remembered; the oldest is forgotten first
 
-    /// What counts as one address: all loopback addresses, an IPv6 network of 64 bits, and else the address
-    /// itself. Otherwise a guesser could take a new address for each password. `address` as a listener gives
-    /// it, without the port; a text that is no address stays as it is.
+    /// Maps an address to its group: all loopback addresses are one group, an IPv6 network of 64 bits is one
+    /// group, and any other address is its own group. Without groups, somebody who guesses passwords could
+    /// use a new address for each guess. `address` is the listener's text without the port. A text that is
+    /// not an address is returned unchanged.
     static std::string groupOf(const std::string& address);
 
-    /// How long the next login of the address must wait; 0 if it need not.
+    /// Returns how long the next login of the address must wait, in seconds; 0 if it need not wait.
     double delay(const std::string& address, double now) const;
     void countFailure(const std::string& address, double now);
 
@@ -32,7 +34,7 @@ public:
 private:
     struct CFailures {
         int count = 0;
-        double last = 0; ///< when the last one was
+        double last = 0; ///< time of the last failure
     };
 
     void forgetSome(double now);

@@ -54,9 +54,9 @@ std::optional<double> CLoginDelays::secondsToNext() const {
     return std::max(m_waiting.begin()->first - utils::getTime(), 0.0);
 }
 
-/// Whether the connection may wait. If all places of its address are taken, it gets the place of the one with
-/// the most failed logins, if that has more of them: so a guesser that keeps its connections does not lock
-/// out others of its address.
+/// Whether the connection may wait. If all places of its address are taken, the waiting connection with the
+/// most failed logins is refused, but only if it has more of them than this connection. So a password guesser
+/// with many connections does not lock out other clients of its address.
 bool CLoginDelays::hasPlace(const ConnData& data) {
     if (m_failedLogins.mayDelay(data.m_strAddress)) return true;
     dropGone();
@@ -73,7 +73,7 @@ bool CLoginDelays::hasPlace(const ConnData& data) {
     return worst != nullptr;
 }
 
-/// Peers that have gone without waiting for their answer leave their places to others.
+/// Refuses waiting connections whose peers have gone, so that others get their places.
 void CLoginDelays::dropGone() {
     const double now = utils::getTime();
     if (now - m_dLastSweep < kSweepSeconds) return;

@@ -11,39 +11,41 @@
 
 namespace TC {
 
-/// Holds connections back whose `pass` has to wait because logins of their address failed. Owns nothing of
-/// them: a connection that ends must be given to end(). On the listener's thread.
+/// Holds connections whose `pass` has to wait because logins of their address failed. It keeps a pointer to
+/// their data and does not own it, so end() must be called for a connection that ends. Used on the listener's
+/// thread only.
 class CLoginDelays {
 public:
-    /// Answers a connection that may not wait, and closes it.
+    /// Sends the refusal to a connection that may not wait, and closes it.
     using CRefuse = std::function<void(const net::NetConnectionPtr&)>;
 
     enum class EAnswer {
         GoOn,
         Held,
-        Refused ///< by the caller: all places of the address are taken
+        Refused ///< all places of the address are taken; the caller refuses the connection
     };
 
     explicit CLoginDelays(CRefuse refuse) : m_refuse(std::move(refuse)) {}
 
     void countFailure(const ConnData& data);
 
-    /// Asked before a `pass` is looked at, and again when the connection is released. A right one waits too:
-    /// otherwise nobody would wait for the answer to a wrong one. One that has waited waits on if others of
-    /// its address have failed meanwhile: otherwise a wave of connections would share the first, short delay.
+    /// Called before a `pass` is checked, and again when the connection is released. A correct password waits
+    /// too: otherwise a guesser would see a missing answer as a wrong password and would not wait for it. A
+    /// connection that has waited waits longer if other logins of its address failed meanwhile: otherwise
+    /// many connections at the same time would share the first, short delay.
     EAnswer admit(const net::NetConnectionPtr& conn, ConnData& data);
-    /// The connection does not wait any more: its place is free for another.
+    /// Ends the connection's wait, if it waits. Its place is free for another connection.
     void end(const net::NetConnectionPtr& conn, ConnData& data);
 
-    /// Releases the connections whose time has come.
+    /// Releases the connections whose delay is over.
     void release();
-    /// Seconds until release has something to do; empty if nobody waits.
+    /// Seconds until release must be called next; empty if no connection waits.
     std::optional<double> secondsToNext() const;
 
 private:
     struct CWaiting {
         net::NetConnectionPtr conn;
-        ConnData* data; ///< the connection's, valid until end()
+        ConnData* data; ///< owned by the connection, valid until end()
     };
     static constexpr double kSweepSeconds = 0.1;
 
@@ -52,8 +54,8 @@ private:
 
     const CRefuse m_refuse;
     CFailedLogins m_failedLogins;
-    std::multimap<double, CWaiting> m_waiting; ///< by when their `pass` is looked at next
-    double m_dLastSweep = -kSweepSeconds;      ///< when dropGone last looked
+    std::multimap<double, CWaiting> m_waiting; ///< key: when the `pass` is checked next
+    double m_dLastSweep = -kSweepSeconds;      ///< when dropGone last checked the connections
 };
 
 } // namespace TC

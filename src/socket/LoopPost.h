@@ -8,20 +8,20 @@
 
 namespace TC {
 
-/// Posts calls to a listener's event loop for as long as the loop is there. Whoever holds one may outlive the
-/// listener. Any thread.
+/// Posts calls to a listener's event loop as long as the loop exists. This object may outlive the listener.
+/// Thread-safe.
 class CLoopPost {
 public:
     explicit CLoopPost(boost::asio::io_service& io) : m_pIo(&io) {}
 
-    /// Runs the call on the listener's thread, soon; drops it after close.
+    /// Runs the call on the listener's thread soon. After close the call is discarded.
     template<typename Call>
     void post(Call call) {
         const std::lock_guard lock(m_mutex);
         if (m_pIo != nullptr) boost::asio::post(*m_pIo, std::move(call));
     }
 
-    /// The loop may end once this has returned.
+    /// After this returns, the loop may be destroyed.
     void close() {
         const std::lock_guard lock(m_mutex);
         m_pIo = nullptr;

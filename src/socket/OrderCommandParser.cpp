@@ -35,7 +35,7 @@ QString text(std::string_view field) {
     return UW::sToQs(field.data(), field.size());
 }
 
-/// Price, code and volume from the third field on, each where the field exists.
+/// Reads price, code and volume from the third field on. Code and volume are read only if their fields exist.
 COrderSingleParam readCommonLine(const CFields& fields) {
     COrderSingleParam line;
     line.m_dPrice = strictDouble(fields[2]);
@@ -72,7 +72,7 @@ bool readReversed(const CReading& reading) {
     return true;
 }
 
-/// The first position of a portfolio, or null where the portfolio is unknown or empty.
+/// Returns the first position of a portfolio, or null if the portfolio is unknown or empty.
 knservice::CPositionDetailPtr findFirstPosition(const std::string& key, bool& isKnown) {
     const auto data = hostCall<&knservice::CDataCenter::getGlobalAccountData>.on(
         hostCall<&knservice::TraderCenter::getDataCenter>());
@@ -94,7 +94,7 @@ bool readPortfolioPosition(const CReading& reading) {
         reading.error = kBadPortfolioKey;
         return false;
     }
-    // Stricter than reading a number: `12x` would sell from portfolio 12.
+    // The number is read strictly: otherwise `12x` would sell from portfolio 12.
     const std::string key = knservice::portfolioKey(strictInt(parts[0]), parts[1]);
     bool isKnown = false;
     const knservice::CPositionDetailPtr position = findFirstPosition(key, isKnown);
@@ -108,9 +108,9 @@ bool readPortfolioPosition(const CReading& reading) {
     return true;
 }
 
-/// Members "code|volume" or "code|volume|price", with a semicolon between them.
+/// Reads members "code|volume" or "code|volume|price", separated by semicolons.
 bool readMemberList(const CReading& reading) {
-    // Without its strategy nobody knows whether the members need prices.
+    // Only the strategy says whether the members need prices.
     const auto strategy = reading.registry.copyStrategy(reading.order.m_nChannel);
     if (!strategy) return false;
     const bool needsPrice =
@@ -189,7 +189,7 @@ bool readForm(ESocketForm form, const CReading& reading) {
     return true;
 }
 
-/// Whether the order has a line at all. Its first field is the third, and most forms need it.
+/// Whether the order has an order line. The line begins with the third field, and most forms need that field.
 bool hasLine(int orderType, std::size_t fields) {
     constexpr std::size_t kFewestFields = 3;
     const COrderNumber* row = findOrderNumber(orderType);

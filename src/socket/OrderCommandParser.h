@@ -8,10 +8,10 @@
 
 namespace TC {
 
-/// Reads the argument of `placeorder` into the record. True where it was understood. False leaves a text for
-/// the reply behind "Bad Param", UTF-8 and often empty. Throws boost::bad_lexical_cast where a number cannot
-/// be read. On the listener's thread; asks the registry and the host's baskets, accounts and portfolios only
-/// where the order needs them.
+/// Reads the argument of `placeorder` into the record. True if it was understood. If false, `error` is the
+/// text that follows "Bad Param" in the reply; it is UTF-8 and often empty. Throws boost::bad_lexical_cast if
+/// a number cannot be read. Called on the listener's thread. Uses the registry and the host's baskets,
+/// accounts and portfolios only if the order needs them.
 bool parseSocketOrder(std::string_view argument, IStrategyRegistry& registry, COrderParam& order,
                       std::string& error);
 

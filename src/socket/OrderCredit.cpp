@@ -8,7 +8,7 @@
 namespace TC {
 namespace {
 
-/// How much a new measurement counts against those before it.
+/// Weight of a new measurement in the moving average.
 constexpr double kNewest = 0.125;
 
 } // namespace
@@ -19,19 +19,20 @@ public:
 
     enum class EWait {
         None,
-        ForShare, ///< for orders of its own to be worked off
-        InLine    ///< for its turn
+        ForShare, ///< until enough of its own orders are finished
+        InLine    ///< until it gets its turn
     };
 
-    std::function<void()> m_wake; ///< empty once the account is closed
+    std::function<void()> m_wake; ///< empty after the account is closed
     int m_nTaken = 0;             ///< rows in the queue
-    int m_nTurn = 0;              ///< rows that its turn may still add
+    int m_nTurn = 0;              ///< rows that its current turn may still add
     EWait m_eWait = EWait::None;
-    /// The account's element of m_waiting while it is not there: so lining up needs no memory.
+    /// Holds the account's list element while it is not in m_waiting. So joining m_waiting allocates no
+    /// memory.
     std::list<CAccount*> m_place{this};
 };
 
-/// What a ticket holds: the room of one order.
+/// The content of a ticket: the room of one order.
 class COrderCredit::CRoom {
 public:
     CRoom(std::shared_ptr<COrderCredit> credit, CAccountPtr account, int rows)
@@ -45,7 +46,7 @@ private:
     const std::shared_ptr<COrderCredit> m_credit;
     const CAccountPtr m_account;
     const int m_nRows;
-    const double m_dSince; ///< when it was taken
+    const double m_dSince; ///< when the room was taken, in utils::getTime()
 };
 
 COrderCredit::CAccountPtr COrderCredit::open(std::function<void()> wake) {
@@ -100,10 +101,11 @@ void COrderCredit::wakeWaiting() {
     grantTurns();
 }
 
-/// Runs where the last copy of a ticket goes, so it must not fail.
+/// Called by the destructor of a ticket's content, so it must not throw.
 void COrderCredit::giveBack(CAccount& account, int rows, double since) noexcept {
     const std::lock_guard lock(m_mutex);
-    // The service began with this order when it had done the one before, or else when this one came.
+    // The service began this order when it had finished the previous one, or when this order was handed over,
+    // whichever is later.
     const double now = utils::getTime();
     measure((now - std::max(since, std::exchange(m_dLastBack, now))) / rows);
     account.m_nTaken -= rows;
@@ -130,8 +132,8 @@ void COrderCredit::lineUp(CAccount& account) noexcept {
     account.m_eWait = CAccount::EWait::InLine;
 }
 
-/// The more wait, the shorter the turns: so the last of them does not wait for long. An account that cannot
-/// be woken, for want of memory, stays the first and is tried again.
+/// The more accounts wait, the shorter the turns are, so that the last account does not wait long. If an
+/// account cannot be woken because memory ran out, it stays the first and is tried again later.
 void COrderCredit::grantTurns() noexcept try {
     while (!m_waiting.empty()) {
         const int rows = std::max(1, turn() / static_cast<int>(m_waiting.size()));

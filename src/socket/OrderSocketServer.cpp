@@ -55,7 +55,7 @@ QString peerOf(const net::NetConnection& conn) {
 
 void logLine(const void* server, std::string_view line, const std::vector<unsigned char>& reply) {
     if (!utils::CLogCenter::logEnabled()) return;
-    // The log is UTF-8, the line whatever the client sent.
+    // The log is UTF-8, but the client may have sent any bytes.
     const auto utf8 = [](const char* bytes, std::size_t size) {
         return UW::sToQs(bytes, size).toStdString();
     };
@@ -67,8 +67,8 @@ void logLine(const void* server, std::string_view line, const std::vector<unsign
 
 } // namespace
 
-/// A verb, what serves it, and what decides under the guard whether it is served now or later. A line counts
-/// as the first verb that it begins with.
+/// A verb, the function that serves it, and the function that decides, with the guard on, whether it is
+/// served now. A line is treated as the first verb in the table that it begins with.
 struct CSocketVerb {
     std::string_view word;
     void (COrderSocketServer::*serve)(std::string_view argument, ConnData& data,
@@ -78,9 +78,9 @@ struct CSocketVerb {
     static const CSocketVerb* find(std::string_view line);
 };
 
-/// Null for a line that is no command.
+/// Returns null if the line is not a command.
 const CSocketVerb* CSocketVerb::find(std::string_view line) {
-    // Quitting is served apart: it ends the connection.
+    // `quit` has no function here: takeLine serves it, because it ends the connection.
     using CServer = COrderSocketServer;
     static constexpr CSocketVerb kVerbs[] = {
         {"user", &CServer::onUser, nullptr},
@@ -108,7 +108,8 @@ COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string 
     if (m_guard.isOn()) limitEnding(CSocketGuard::kMaxEnding);
 }
 
-/// Connections may be refused until the listener's thread has ended, so also behind the stop.
+/// Connections may be refused after stop, until the listener's thread has ended. So the counted refusals are
+/// reported here again.
 COrderSocketServer::~COrderSocketServer() {
     m_loop->close();
     for (const auto& [conn, data] : m_connections) {
@@ -140,8 +141,9 @@ void COrderSocketServer::onConnected(net::NetConnectionPtr conn) {
     closeSilent();
 }
 
-/// A connection that is held has lines that came whole: they are served as if it had never been held. A
-/// handler that failed for want of memory may have served some of them already, so then they are lost.
+/// A held connection may have complete lines that are not served yet. They are served later, as if it had not
+/// been held. After a handler failed because memory ran out, these lines are discarded: it may have served
+/// some of them already.
 void COrderSocketServer::onDisconnected(int code, net::NetConnectionPtr conn) {
     const auto found = m_connections.find(conn);
     if (found == m_connections.end()) return;
@@ -181,8 +183,8 @@ void COrderSocketServer::forget(const net::NetConnectionPtr& conn) {
     m_loginDelays.end(conn, *data);
 }
 
-/// Serves the lines that are whole, as long as the listener is not stopped: what came in behind that is lost
-/// with its connection and has no reply.
+/// Serves the complete lines until the listener is stopped. Lines after that are lost with the connection and
+/// get no reply.
 void COrderSocketServer::takeLines(const net::NetConnectionPtr& conn, ConnData& data) {
     const std::string_view bytes(data.m_buffer.constData(), static_cast<std::size_t>(data.m_nBuffered));
     CLineFraming& framing = data.m_framing;
@@ -205,8 +207,8 @@ void COrderSocketServer::takeLines(const net::NetConnectionPtr& conn, ConnData& 
     data.m_nBuffered = data.m_buffer.size();
 }
 
-/// A line feed without a carriage return is never consumed, so nobody on this listener is served any more
-/// until it is stopped. With the guard on only the connection that sent it is closed.
+/// A line feed without a carriage return is never consumed, so no connection of this listener is served any
+/// more until it is stopped. With the guard on, only the connection that sent it is closed.
 void COrderSocketServer::stopAtLineFeed(const net::NetConnectionPtr& conn) {
     if (const char* word = m_guard.refuseLineFeed()) {
         refuse(conn, word);
@@ -243,12 +245,13 @@ COrderSocketServer::ENext COrderSocketServer::takeLine(std::string_view line,
     try {
         if (verb != nullptr) logLine(this, line, reply);
     } catch (...) {
-        // A log that fails costs its line; the reply stands.
+        // If logging fails, only the log line is lost. The reply was already sent.
     }
     return ENext::GoOn;
 }
 
-/// Answers with the word, closes the connection and tells the audit; the others are served on.
+/// Sends the text as an error reply, reports the refusal to the audit and closes the connection. Other
+/// connections are still served.
 COrderSocketServer::ENext COrderSocketServer::refuse(const net::NetConnectionPtr& conn, const char* word) {
     CReply reply(kReplySize);
     writeError(reply, word);
@@ -259,7 +262,8 @@ COrderSocketServer::ENext COrderSocketServer::refuse(const net::NetConnectionPtr
     return ENext::Closed;
 }
 
-/// The account's call-back may come at any time and long after the listener has gone.
+/// The account's callback may be called at any time, even long after the listener was destroyed. So it holds
+/// only weak pointers to the listener and the connection.
 COrderCredit::CAccountPtr COrderSocketServer::openAccount(const net::NetConnectionPtr& conn) {
     const boost::weak_ptr<net::NetServer> server = shared_from_this();
     const boost::weak_ptr<net::NetConnection> weak = conn;
@@ -272,7 +276,7 @@ COrderCredit::CAccountPtr COrderSocketServer::openAccount(const net::NetConnecti
     });
 }
 
-/// An order waits, and all that the client sends behind it, while too much stands in the service's queue.
+/// While the service's queue has too much work, the order waits, and so do all later lines of the client.
 COrderSocketServer::ENext COrderSocketServer::admitOrder(const net::NetConnectionPtr& conn, ConnData& data) {
     const bool isStranger = data.m_eLoginState != ELoginState::LoggedIn && !m_strUser.empty();
     if (isStranger || m_credit->mayPlace(*data.m_account)) return ENext::GoOn;
@@ -310,7 +314,7 @@ void COrderSocketServer::lookAtClock() {
     closeSilent();
 }
 
-/// The connection is a stranger's from now on: it has its time to log in.
+/// From now on the connection is not logged in, and its time limit to log in starts.
 void COrderSocketServer::startLoginClock(ConnData& data) {
     if (!m_guard.isOn() || m_strUser.empty()) return;
     data.m_dStrangerSince = utils::getTime();
@@ -330,7 +334,7 @@ void COrderSocketServer::onUser(std::string_view argument, ConnData& data, CRepl
 }
 
 void COrderSocketServer::onPass(std::string_view argument, ConnData& data, CReply& reply) {
-    // Both are compared whatever the other gave.
+    // Both are always compared, so that the time of the reply does not show which of them is wrong.
     const bool isPass = isSameSecret(argument, m_strPass);
     const bool isUser = isSameSecret(data.m_strUser, m_strUser);
     if (data.m_eLoginState == ELoginState::Named && isPass && isUser) {
@@ -344,7 +348,7 @@ void COrderSocketServer::onPass(std::string_view argument, ConnData& data, CRepl
     writeError(reply, kBadLogin);
 }
 
-/// Writes the reply of a connection that has yet to log in.
+/// If the connection must log in first, writes the error reply and returns true.
 bool COrderSocketServer::mustLogIn(const ConnData& data, CReply& reply) const {
     if (data.m_eLoginState == ELoginState::LoggedIn || m_strUser.empty()) return false;
     writeError(reply, kNotLoggedIn);
@@ -381,12 +385,12 @@ void COrderSocketServer::placeOrder(std::string_view argument, const ConnData& d
     writeOk(reply);
 }
 
-/// Null without the guard.
+/// Returns null without the guard.
 COrderCredit::CTicket COrderSocketServer::charge(const ConnData& data, int lines) const {
     return data.m_account ? m_credit->charge(data.m_account, lines) : nullptr;
 }
 
-/// The order is queued: whatever fails here costs its place in the count and not its reply.
+/// The order is already queued. If this fails, its room is given back too early; the reply does not change.
 void COrderSocketServer::holdTicket(COrderCredit::CTicket ticket) noexcept {
     try {
         if (ticket) m_gate.holdUntilWorkedOff(std::move(ticket));
@@ -409,8 +413,7 @@ void COrderSocketServer::onCancel(std::string_view argument, ConnData& data, CRe
     }
 }
 
-/// Looks once a second after those who have yet to log in and those whose orders wait, while there may be
-/// any.
+/// Checks once a second for overdue logins and waiting orders, as long as there may be any.
 void COrderSocketServer::watchConnections() {
     if (m_bWatching || (m_dNextDeadline == kNoDeadline && !m_credit->hasWaiting())) return;
     m_bWatching = true;
@@ -435,7 +438,8 @@ void COrderSocketServer::closeSilent() {
         if (m_guard.refuseSilence(*data, now) != nullptr) {
             silent.push_back(conn);
         } else {
-            // One whose `pass` waits can be beyond its time; a look in a second is early enough.
+            // A connection whose `pass` waits can be past its time limit. Checking it again in a second is
+            // early enough.
             const double due = std::max(data->m_dStrangerSince + CSocketGuard::kLoginSeconds, now + 1);
             m_dNextDeadline = std::min(m_dNextDeadline, due);
         }
@@ -452,7 +456,7 @@ void COrderSocketServer::tellRefusal(const net::NetConnection& conn, const char*
     tellDoor(EDoorEvent::Refused, peerOf(conn), cause);
 }
 
-/// A stop is no less done for a count that cannot be told.
+/// If the count cannot be reported, the stop still succeeds.
 void COrderSocketServer::tellUntoldRefusals() noexcept {
     try {
         const int others = m_refusals.takeUntold();

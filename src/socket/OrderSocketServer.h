@@ -27,27 +27,28 @@ namespace TC {
 
 struct CSocketVerb;
 
-/// The order protocol on one listener: greeting, lines, login, and the two order commands, whose orders go to
-/// the gate. docs/socket-protocol.md tells the conversation byte for byte.
+/// Serves the order protocol on one listener: greeting, lines, login, and the two order commands, whose
+/// orders go to the gate. docs/socket-protocol.md describes the protocol byte by byte.
 ///
-/// All call-backs come on the listener's thread, one at a time, so commands of all connections are served
-/// strictly one after the other. Held by shared pointer. Gate and registry outlive the listener's thread.
+/// All callbacks run on the listener's thread, one at a time. So the commands of all connections are served
+/// strictly one after the other. Must be held by a shared pointer. Gate and registry must outlive the
+/// listener's thread.
 class COrderSocketServer : public net::NetServer {
 public:
-    /// An empty user means that no login is needed. User and password are UTF-8 and compared byte for byte.
-    /// source: the address as the strategy names it, for the audit. credit: shared with the listeners that
-    /// hand their orders to the same service; null: none do.
+    /// An empty user means that no login is needed. User and password are UTF-8 and compared byte by byte.
+    /// source: the address as entered in the strategy, for the audit. credit: shared with all listeners that
+    /// hand their orders to the same service; null: there are no other listeners.
     COrderSocketServer(boost::asio::io_service& io, std::string ip, unsigned short port, std::string user,
                        std::string pass, IOrderGate& gate, IStrategyRegistry& registry, QString source,
                        std::shared_ptr<COrderCredit> credit = nullptr);
     ~COrderSocketServer() override;
 
-    /// Tells the audit of the refusals that were only counted, too. What held connections have sent is not
-    /// served any more.
+    /// Also reports to the audit the refusals that were only counted. Bytes that held connections have sent
+    /// are not served any more.
     int stop() override;
 
-    /// Makes the listener look at utils::getTime() soon, as its timers do when they run out. For whoever
-    /// moves that clock. Any thread.
+    /// Makes the listener check utils::getTime() soon, like its timers do when they expire. Call it after
+    /// that clock was set to another time. Any thread.
     void clockMoved();
 
     void onConnected(net::NetConnectionPtr conn) override;
@@ -56,11 +57,11 @@ public:
                         net::NetConnectionPtr conn) override;
     void onReleased(net::NetConnectionPtr conn) override;
 
-    /// Ids of the strategies on this listener. Guarded by the registry's mutex; the listener's own thread
-    /// never looks at them.
+    /// Ids of the strategies on this listener. Guarded by the registry's mutex. The listener's own thread
+    /// never uses them.
     QSet<int>& strategyIds() { return m_strategyIds; }
 
-    /// Open connections; on the listener's thread.
+    /// Number of open connections. Call on the listener's thread.
     std::size_t connectionCount() const { return m_connections.size(); }
 
 private:
@@ -111,11 +112,11 @@ private:
     IStrategyRegistry& m_registry;
     const QString m_strSource;
     const CSocketGuard m_guard;
-    boost::asio::steady_timer m_watch; ///< runs while somebody has yet to log in, or an order waits
+    boost::asio::steady_timer m_watch; ///< runs while a client is not logged in yet or an order waits
     bool m_bWatching = false;
     CRefusalTally m_refusals;
-    bool m_bStuck = false; ///< serves nobody any more, also in the moments between its stop and its end
-    double m_dNextDeadline = kNoDeadline; ///< the earliest at which somebody may have been silent too long
+    bool m_bStuck = false;                ///< no connection is served any more, also not after stop
+    double m_dNextDeadline = kNoDeadline; ///< earliest time when a login may be overdue
 
     const std::shared_ptr<COrderCredit> m_credit;
     const std::shared_ptr<CLoopPost> m_loop;

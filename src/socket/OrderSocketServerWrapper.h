@@ -20,11 +20,11 @@ public:
     COrderSocketServerWrapper(const COrderSocketServerWrapper&) = delete;
     COrderSocketServerWrapper& operator=(const COrderSocketServerWrapper&) = delete;
 
-    /// The body of the listener's thread; returns after stop. Throws where the event loop fails.
+    /// The body of the listener's thread; returns after stop. Throws if the event loop fails.
     void run();
 
-    /// Closes the listener at once and lets run return; its connections close with the wrapper. Any thread
-    /// but the listener's own; does not wait for that thread.
+    /// Closes the listener at once and makes run return. The connections are closed when the wrapper is
+    /// destroyed. May be called on any thread except the listener's own. Does not wait for that thread.
     void stop();
 
     /// Null after stop.
@@ -32,7 +32,7 @@ public:
 
 private:
     boost::asio::io_service m_ioService;
-    boost::shared_ptr<COrderSocketServer> m_pServer; ///< declared behind the loop that it lives on
+    boost::shared_ptr<COrderSocketServer> m_pServer; ///< after the loop, so that it is destroyed first
 };
 
 } // namespace TC

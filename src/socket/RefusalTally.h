@@ -5,23 +5,23 @@
 
 namespace TC {
 
-/// Decides which refused connections are told one by one: a crowd of them must not fill the records of a
-/// host. Beyond some in a second they are only counted. Any thread.
+/// Decides which refused connections are reported one by one. Above a limit per second they are only counted,
+/// so that they cannot fill the host's records. Thread-safe.
 class CRefusalTally {
 public:
     static constexpr int kToldPerSecond = 10;
 
-    /// Counts one refusal. Gives how many were only counted before it where this one is to be told, and
-    /// nothing where it is only counted itself. `now` as utils::getTime() gives it.
+    /// Counts one refusal. If it must be reported, returns how many unreported refusals were counted before
+    /// it. Otherwise returns nothing. `now` is utils::getTime().
     std::optional<int> count(double now);
 
-    /// How many were only counted and have been told by nobody; from then on they count as told.
+    /// Returns how many refusals were counted and not reported, and sets that count to 0.
     int takeUntold();
 
 private:
     std::mutex m_mutex;
-    double m_dSecond = 0; ///< when the second began in which refusals are told
-    int m_nTold = 0;      ///< in that second
+    double m_dSecond = 0; ///< start of the current second, in utils::getTime()
+    int m_nTold = 0;      ///< refusals reported in that second
     int m_nUntold = 0;
 };
 

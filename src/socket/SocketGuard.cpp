@@ -38,7 +38,7 @@ const char* CSocketGuard::refuseDelay(bool isFull) const {
 }
 
 const char* CSocketGuard::refuseSilence(const ConnData& connection, double now) const {
-    // A connection whose `pass` is delayed is not silent.
+    // A connection whose `pass` is delayed is not treated as silent.
     const bool isWaiting =
         m_bNeedsLogin && connection.m_eLoginState != ELoginState::LoggedIn && !connection.m_passSince;
     return m_bOn && isWaiting && now - connection.m_dStrangerSince >= kLoginSeconds ? "No Login In Time"

@@ -8,14 +8,15 @@
 
 namespace TC {
 
-/// What makes a listener safe against strangers. Off unless the deployment switch "mdl_order_socket_guard" is
-/// on: the plain protocol has no limits. Gives a word for the refusal, or null where all is well; who is
-/// refused gets "-ERR", the word, and is closed. The switch is read when the listener starts.
+/// The limits that protect a listener against unknown clients. Off unless the deployment switch
+/// "mdl_order_socket_guard" is on: the plain protocol has no limits. The refuse functions return the text of
+/// a refusal, or null if there is none. A refused client receives "-ERR" and the text, and its connection is
+/// closed. The switch is read when the listener is created.
 class CSocketGuard {
 public:
     static constexpr std::size_t kMaxConnections = 1000;
-    static constexpr std::size_t kMaxEnding = 100; ///< that have been closed and wait for their peers
-    static constexpr int kMaxLine = 64 * 1024;     ///< bytes, CR LF counted
+    static constexpr std::size_t kMaxEnding = 100; ///< closed connections that still wait for their peers
+    static constexpr int kMaxLine = 64 * 1024;     ///< bytes, including CR LF
     static constexpr int kMaxFailedLogins = 10;
     static constexpr double kLoginSeconds = 60;
 
@@ -28,12 +29,12 @@ public:
     const char* refuseConnection(std::size_t others) const;
     const char* refuseLine(int length) const;
     const char* refuseLineFeed() const;
-    /// Whether the line has a zero byte, behind which its argument would be cut off without a word.
+    /// Whether the line has a zero byte. Without this check its argument would silently end there.
     bool hasZeroByte(std::string_view line) const;
     const char* refuseLogins(const ConnData& connection) const;
-    /// `isFull`: whether as many connections of the address as may wait for their login do so already.
+    /// `isFull`: whether the largest allowed number of connections of the address already waits for a login.
     const char* refuseDelay(bool isFull) const;
-    /// `now` as utils::getTime() gives it.
+    /// `now` is utils::getTime().
     const char* refuseSilence(const ConnData& connection, double now) const;
 
 private:

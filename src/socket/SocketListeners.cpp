@@ -35,11 +35,11 @@ void logFailure(const void* object, const char* function, const char* text) noex
         if (!utils::CLogCenter::logEnabled()) return;
         utils::CLogCenter::log(utils::ELogLevel::Error, utils::kStdFileLogger, object, function, text);
     } catch (...) {
-        // A log that fails must end neither a listener nor a destructor.
+        // A failed log must not end a listener or a destructor.
     }
 }
 
-/// The listener's thread: an exception of the loop is logged, and the loop goes on.
+/// The listener's thread. An exception of the event loop is logged, and the loop continues.
 void serve(COrderSocketServerWrapper& wrapper) {
     const utils::CLibraryCall call;
     utils::setThreadName("orderSocketWrapper");
@@ -53,20 +53,20 @@ void serve(COrderSocketServerWrapper& wrapper) {
     }
 }
 
-/// The two parts of "ip:port"; false where the text has others.
+/// Splits "ip:port" into its two parts. False if the text has another form.
 bool splitSource(const QString& source, std::string& ip, unsigned short& port) {
     const QStringList parts = source.split(QLatin1Char(':'));
     if (parts.size() != 2) return false;
     bool isNumber = false;
     port = static_cast<unsigned short>(parts[1].toInt(&isNumber, 10));
     ip = parts[0].toStdString();
-    // Stricter than reading a number: a text that is not one counts as 0 otherwise, and then the system
-    // chooses the port. Such a listener runs, but no client can find it, so the strategy is refused instead.
-    // A number above 65535 is still narrowed.
+    // The port is checked because a text that is not a number would become 0, and the system would then
+    // choose a port. Such a listener runs, but no client can find it. So the strategy is refused. A number
+    // above 65535 is still narrowed to 16 bits.
     return isNumber && port != 0;
 }
 
-/// What is worth telling of an open listener: a port that was narrowed; empty otherwise.
+/// Returns a note if the port number was narrowed; otherwise an empty text.
 QString openingNote(const QString& source, unsigned short port) {
     const QString asEntered = source.section(QLatin1Char(':'), 1);
     return asEntered.toInt() == port ? QString() : QStringLiteral("listens on port %1").arg(port);
@@ -108,7 +108,7 @@ void CSocketListeners::share(const COrderStrategyParam& strategy, QString& error
         return;
     }
     QSet<int>& ids = m_socketServers[source]->server()->strategyIds();
-    if (ids.contains(strategy.m_nChannel)) return; // started anew without a stop: it counts already
+    if (ids.contains(strategy.m_nChannel)) return; // started again without a stop: it is already counted
     ids.insert(strategy.m_nChannel);
     ++param.m_nRefCount;
 }
@@ -143,7 +143,7 @@ void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error)
     tellDoor(EDoorEvent::Opened, source, openingNote(source, port));
 }
 
-/// The last step of a start: nobody could stop a thread whose listener is not on the list.
+/// Must be the last step of a start: a thread whose listener is not on the list could not be stopped.
 void CSocketListeners::startThread(boost::shared_ptr<COrderSocketServerWrapper> wrapper) {
     const auto isDone = std::make_shared<std::atomic<bool>>(false);
     m_threads.reserve(m_threads.size() + 1);
@@ -173,7 +173,7 @@ bool CSocketListeners::leave(const COrderStrategyParam& strategy, QString& error
     }
 }
 
-/// A listener that fails to stop stays known, so that it can be stopped later.
+/// A listener that fails to stop stays on the list, so that it can be stopped later.
 void CSocketListeners::close(QString source) {
     const auto wrapper = m_socketServers.value(source);
     if (!wrapper) return;
@@ -186,7 +186,7 @@ void CSocketListeners::stopListener(COrderSocketServerWrapper& wrapper) {
     wrapper.stop();
 }
 
-/// Lets go of the threads that have ended; waits for none.
+/// Joins the threads that have ended. Does not wait for the others.
 void CSocketListeners::joinFinished() {
     const auto isRunning = [](CListenerThread& listener) {
         if (!*listener.isDone) return true;
@@ -196,7 +196,7 @@ void CSocketListeners::joinFinished() {
     m_threads.erase(std::stable_partition(m_threads.begin(), m_threads.end(), isRunning), m_threads.end());
 }
 
-/// One that does not stop stays on the list, and keeps none of the others open.
+/// A listener that does not stop stays on the list. The others are still closed.
 void CSocketListeners::closeAll() {
     const QStringList sources = m_socketServers.keys();
     for (const QString& source : sources) {

@@ -20,43 +20,43 @@ namespace TC {
 class COrderCredit;
 class COrderSocketServerWrapper;
 
-/// The listeners of the socket strategies, by the ip:port text exactly as entered. Strategies that name the
-/// same text with the same login share one. Every operation but joinAll is called with the registry's mutex
-/// held, and none but joinAll waits for a listener's thread.
+/// The listeners of the socket strategies. The key is the ip:port text exactly as entered. Strategies with
+/// the same text and the same login share one listener. All operations except joinAll are called with the
+/// registry's mutex held. Only joinAll waits for a running listener's thread.
 class CSocketListeners {
 public:
-    /// Gate and registry outlive the listeners' threads, which closeAll and joinAll end.
+    /// Gate and registry must outlive the listeners' threads. closeAll and joinAll end these threads.
     CSocketListeners(IOrderGate& gate, IStrategyRegistry& registry);
     virtual ~CSocketListeners();
     CSocketListeners(const CSocketListeners&) = delete;
     CSocketListeners& operator=(const CSocketListeners&) = delete;
 
-    /// Puts the strategy on the listener of its source and starts that where there is none. False leaves the
-    /// reason.
+    /// Adds the strategy to the listener of its source; starts the listener if there is none. If false,
+    /// `error` has the reason.
     bool join(const COrderStrategyParam& strategy, QString& error);
-    /// Takes the strategy off its listener; the last one closes it. False leaves the reason.
+    /// Removes the strategy from its listener; the last strategy closes it. If false, `error` has the reason.
     bool leave(const COrderStrategyParam& strategy, QString& error);
 
     /// Closes all listeners.
     void closeAll();
-    /// Waits for the threads of closed listeners. Without the registry's mutex, which a thread may want, and
-    /// only where nothing joins any more.
+    /// Waits for the threads of closed listeners. The caller must not hold the registry's mutex, because a
+    /// thread may wait for it. Call it only when join is not called any more.
     void joinAll();
 
 protected:
-    /// The step of leave and closeAll that ends a listener. One that throws leaves it as it was.
+    /// The step of leave and closeAll that stops a listener. If it throws, the listener stays on the list.
     virtual void stopListener(COrderSocketServerWrapper& wrapper);
 
 private:
     void open(const COrderStrategyParam& strategy, QString& error);
     void startThread(boost::shared_ptr<COrderSocketServerWrapper> wrapper);
     void share(const COrderStrategyParam& strategy, QString& error);
-    void close(QString source); ///< by value: it outlives the record that the caller has it from
+    void close(QString source); ///< by value: the caller's text may be destroyed during the call
     void joinFinished();
 
     IOrderGate& m_gate;
     IStrategyRegistry& m_registry;
-    const std::shared_ptr<COrderCredit> m_credit; ///< of all listeners: they share one queue
+    const std::shared_ptr<COrderCredit> m_credit; ///< shared by all listeners: they use one queue
     QMap<QString, boost::shared_ptr<COrderSocketServerWrapper>> m_socketServers;
     QMap<QString, CFutrueSocketServerParam> m_socketParams;
 
@@ -64,7 +64,7 @@ private:
         std::thread thread;
         std::shared_ptr<std::atomic<bool>> isDone;
     };
-    std::vector<CListenerThread> m_threads; ///< also of listeners that were closed and are still ending
+    std::vector<CListenerThread> m_threads; ///< includes closed listeners that are still ending
 };
 
 } // namespace TC

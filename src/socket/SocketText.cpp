@@ -6,7 +6,7 @@
 namespace TC {
 
 std::string_view trimArgument(std::string_view text) {
-    // Looked up once: std::isspace would search the locale for every character.
+    // The facet is looked up once, because std::isspace would search the locale for every character.
     static const auto& kinds = std::use_facet<std::ctype<char>>(std::locale::classic());
     const auto isBlank = [](char c) { return kinds.is(std::ctype_base::space, c); };
     text = text.substr(0, text.find('\0'));

@@ -4,11 +4,11 @@
 
 namespace TC {
 
-/// The text behind a verb: up to the first zero byte, without white space at both ends.
+/// Returns the argument after a verb: the text up to the first zero byte, without white space at both ends.
 std::string_view trimArgument(std::string_view text);
 
-/// Compares in a time that depends on the length of `given` alone, so that a stranger who measures learns
-/// nothing of the expected text.
+/// Compares two texts. The time depends only on the length of `given`, so a client that measures the time
+/// learns nothing about the expected text.
 bool isSameSecret(std::string_view given, std::string_view expected);
 
 } // namespace TC
