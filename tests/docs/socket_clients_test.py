@@ -21,10 +21,10 @@ IDLE = 120  # the desk ends by itself where this test cannot end it
 GREETING = "+OK Welcom to Lumo Order Server Version 0.0.3"
 USER, PASSWORD = "trader", "a secret"
 
-# The price lies below the book of the demo's quotes: the order rests and can be cancelled.
+# The price is below the book of the demo's quotes, so the order waits and can be cancelled.
 ORDER = "23,99,{price},600101,1000"
 
-# The demo's order socket, as it stands in strategies.toml, and as the test wants it.
+# Changes to the demo's order socket: the text in strategies.toml, and its replacement for the test.
 SOCKET = {
     "channel = 5": "channel = 99",
     'path = "127.0.0.1:15150"': 'path = "127.0.0.1:{port}"',
@@ -72,7 +72,8 @@ class Desk:
         raise AssertionError(f"no {what} within {DEADLINE} s:\n{self.output()}")
 
     def is_listening(self):
-        # Trying a free port again and again could, by chance, connect a socket to itself.
+        # Wait for the journal first. Repeated connects to a free port could, by chance, connect a socket to
+        # itself.
         if not self.journal("door"):
             return False
         try:
