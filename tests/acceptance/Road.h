@@ -12,7 +12,7 @@
 #include <vector>
 
 /// The complete path of an order: file or socket, queue, check, command, the host's order client. The service
-/// and its threads are real; the host is the one in memory. Statements set up the host and send orders.
+/// and its threads are real; the host is the fake one in memory. Statements set up the host and send orders.
 /// Road.cpp has the table of the statements. A wait for a quote ends at once and is only recorded.
 class CRoad {
 public:

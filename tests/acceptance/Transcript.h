@@ -10,8 +10,7 @@ struct CTalkLine {
     std::string bytes;
 };
 
-/// One statement of a transcript: a word and the rest of its line; for a file or a conversation also its
-/// lines.
+/// One statement of a transcript: a word and the rest of its line. A file or a conversation also has lines.
 struct CStatement {
     std::string word;
     std::string rest;

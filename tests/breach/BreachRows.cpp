@@ -288,7 +288,7 @@ void CBreachRoad::addStrategy(int channel, TC::EOrderStrategyTradeType family, b
     host.user.addStrategy(builder);
 }
 
-/// Writes a file for each strategy: a start asks whether the file exists, and deletes it.
+/// Before the load it writes a file for each strategy, because a start looks for the file and deletes it.
 void CBreachRoad::load() {
     bool isLoaded = false;
     const auto writeAndLoad = [&](int = 0, const TC::COrderStrategyParam& = {}) {

@@ -32,8 +32,8 @@ protected:
         row().m_pfnReach(road);
     }
 
-    /// Expects that the next valid order goes out. Strategies that the failure removed are loaded again
-    /// first.
+    /// Expects that the next valid order goes out. First repeats a failed load and replaces a service that
+    /// drops its orders.
     void expectGoodOrder() {
         road.host.breaches.disarm();
         road.waitForService();

@@ -1,4 +1,5 @@
-// Compares the operations that the library calls while it holds the lock of an account's data with the page.
+// Finds the operations that the library calls while it holds the lock of an account's data. docs/host.md must
+// list them.
 #include "tests/breach/BreachRows.h"
 #include "tests/docs/PageTable.h"
 

@@ -14,7 +14,7 @@ protected:
     CreditCheck()
         : FamilyFixture(EOrderStrategyTradeType::Credit, &COrderServiceBase::checkAndFillOrderCredit) {}
 
-    /// Gives each kind of price of the stock another value, and lets the operation of number 32 repay money.
+    /// Gives each kind of price a different value, and lets the operation of number 32 repay money.
     boost::shared_ptr<fake::CQuote> quoteInParts() {
         const auto quote = addQuote(QStringLiteral("SH600000"), 10);
         quote->otherCalc = 11;

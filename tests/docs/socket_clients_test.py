@@ -1,4 +1,4 @@
-"""Runs the clients of examples/clients against a desk of its own and checks what the desk's journal says of them.
+"""Runs the clients of examples/clients against a new desk and checks their records in the desk's journal.
 
 Usage: socket_clients_test.py ORDERDESK PYTHON_CLIENT CPP_CLIENT
 """
@@ -58,7 +58,7 @@ class Desk:
                                          stdout=self._output, stderr=subprocess.STDOUT)
 
     def wait_for(self, what, condition):
-        """What the condition gives, once that is something."""
+        """Waits until the condition returns a true value and returns this value."""
         end = time.monotonic() + DEADLINE
         while time.monotonic() < end:
             found = condition()
@@ -83,7 +83,7 @@ class Desk:
             return False
 
     def journal(self, kind):
-        """The journal's whole lines of that kind."""
+        """The complete lines of this kind in the journal."""
         path = self.folder / "journal.jsonl"
         if not path.exists():
             return []
@@ -200,7 +200,7 @@ class ClientsAlone(unittest.TestCase):
                     self.assertNotIn(b"quit", done[1])
 
     def serve(self, server, client, port, order):
-        """The exit code of a client that a bare greeting is sent to, and all that it sent."""
+        """Sends only a greeting to a client. Returns its exit code and all that it sent."""
         server.settimeout(0.02)
         process = subprocess.Popen([*CLIENTS[client], "127.0.0.1", port, order], stdout=subprocess.DEVNULL,
                                    stderr=subprocess.DEVNULL)

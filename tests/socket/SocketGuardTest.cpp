@@ -11,7 +11,7 @@ namespace {
 
 using namespace TC;
 
-/// This process has both ends of a thousand connections, so it needs many descriptors.
+/// Raises the limit of descriptors. Both ends of a thousand connections are in this process.
 void allowManyDescriptors() {
     rlimit limit{};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);

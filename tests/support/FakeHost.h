@@ -153,7 +153,7 @@ public:
     std::set<std::string> simple;
     std::map<std::pair<TC::EQDBrokerType, std::string>, TC::CAccountGroup> groups;
     std::map<std::pair<TC::EQDBrokerType, std::string>, std::vector<double>> groupRatios;
-    bool dropRatios = false;  ///< groups give accounts without ratios
+    bool dropRatios = false;  ///< groups have no ratios
     bool nullAccount = false; ///< groups have a null pointer after their accounts
     std::set<TC::EPriceType> invalidPriceTypes;
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaults;

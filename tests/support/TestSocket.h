@@ -16,8 +16,8 @@
 #include <string>
 #include <system_error>
 
-/// The client's end of a TCP connection. All calls block, and no wait has a timeout: if a server never
-/// answers, the time limit of the test run stops the test.
+/// The client's end of a TCP connection. The calls block. Reads have no timeout: if a server never answers,
+/// the time limit of the test run stops the test.
 class CTestSocket {
 public:
     explicit CTestSocket(unsigned short port, const char* ownAddress = "127.0.0.1")

@@ -1,4 +1,4 @@
-// The commands of the ten families: the fields that each has, and the fields that it has not.
+// The commands of the ten families: the fields that each must have or must not have.
 #include "variants/OrderServiceUnion.h"
 
 #include "tests/support/Builders.h"

@@ -125,7 +125,7 @@ boost::shared_ptr<TradeInterfaceData> interfaceOfEntry(const std::string& text) 
     return record;
 }
 
-/// The next start could not read these interfaces. A start with the folder must stay possible.
+/// The next start could not read these interfaces, so they must not be saved. The folder must still start.
 TEST_F(DeskInterfaces, WhatCouldNotBeReadAgainIsToldAndNotSaved) {
     const std::string before = settings();
     for (const auto& interface :

@@ -118,7 +118,7 @@ TEST(ConfigLoader, APortfolioRowThatNoOrderCouldSellIsAMistake) {
     }
 }
 
-/// In an order line, commas enclose the portfolio, its kind comes first, and blanks at its end are removed.
+/// In an order line the portfolio is between commas, after its kind. Blanks at its end are removed.
 TEST(ConfigLoader, PortfoliosThatNoLineCanNameAreMistakes) {
     for (const char* id : {"", "a_b", "a,b", "a ", "a\\t", "a\\nb"}) {
         const CConfigFolder folder;

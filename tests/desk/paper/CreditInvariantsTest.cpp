@@ -65,8 +65,8 @@ protected:
         orderOf(kCredit, code);
     }
 
-    /// Returns all that is owed. The book has only a part of it, and the account has no other money. In this
-    /// case it is easy to overrate the proceeds of the sold shares.
+    /// Makes the order return all owed shares, and freezes all money of the account with another order. The
+    /// book often has only a part of the shares. Then it is easy to overestimate the proceeds of their sale.
     void returnAllWithoutFunds(TC::CCodeOrderParam& code) {
         code.m_nVolume = static_cast<int>(std::max<std::int64_t>(1, returnable(code.m_stock.m_strCode)));
         constexpr double kLow = 1;

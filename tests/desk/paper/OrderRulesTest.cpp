@@ -147,7 +147,7 @@ TEST_F(OrderRules, PriceTypesWithALimitAreTheSpecifiedOnesTheLevelsAndTheLatest)
     }
 }
 
-/// As a market order it could trade at any price.
+/// If it were treated as a market order, it could trade at any price.
 TEST_F(OrderRules, LimitWithoutANumberIsRejected) {
     for (const TC::EPriceType type :
          {TC::EPriceType::Sell1, TC::EPriceType::Latest, TC::EPriceType::Specified}) {
