@@ -1,5 +1,6 @@
-// Any bytes as the text of a JSON object: fromjson takes what a second strict reader takes, with the same
-// keys and values in the same order, and refuses everything else but for what a document cannot hold.
+// Reads any bytes as the text of a JSON object. fromjson must accept what a second strict reader accepts,
+// with the same keys and values in the same order. It must refuse everything else, and also text that a
+// document cannot hold.
 #include "base/Bson.h"
 
 #include <bson/bson.h>
@@ -20,7 +21,8 @@ namespace {
 
 constexpr const char* kBlanks = " \t\r\n";
 
-/// Builds a document from the other reader's events. It gets numbers as their texts and reads them itself.
+/// Builds a document from the events of the other reader. It receives numbers as text and converts them
+/// itself.
 class CReference : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, CReference> {
 public:
     CReference() = default;
@@ -46,7 +48,7 @@ public:
     /// False if a document cannot hold the text.
     bool isHoldable = true;
     bool hasDollarKey = false;
-    std::string bytes; ///< of the whole document
+    std::string bytes; ///< bytes of the whole document
 
 private:
     struct CLevel {
@@ -65,7 +67,7 @@ private:
         return true;
     }
 
-    std::deque<CLevel> m_levels; ///< each with a document of its own, appended when it ends
+    std::deque<CLevel> m_levels; ///< each level has a document, appended to its parent at the end
 };
 
 const std::string& CReference::next() {
@@ -122,8 +124,8 @@ bool CReference::end() {
     return true;
 }
 
-/// Whether an escape names half of a surrogate pair alone. The grammar allows it, but it has no UTF-8; the
-/// other reader takes a second half alone.
+/// Whether an escape is only one half of a surrogate pair. The grammar allows this, but such a half has no
+/// UTF-8 form. The other reader accepts a second half alone.
 bool hasHalfPair(std::string_view text) {
     bool isFirstBefore = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -145,8 +147,8 @@ bool hasHalfPair(std::string_view text) {
 
 enum class EVerdict { Object, Other, Unknown };
 
-/// What the other reader says of the text. It takes a NUL byte for the end of the text, and refuses some
-/// large exponents also of numbers that are 0.
+/// The verdict of the other reader. It treats a NUL byte as the end of the text. It refuses some large
+/// exponents, even if the number is 0.
 EVerdict verdictOf(const std::string& text, CReference& reference) {
     constexpr unsigned kFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag |
                                 rapidjson::kParseNumbersAsStringsFlag;
@@ -165,7 +167,7 @@ void check(const std::string& text, const CReference& reference, bool isRead, co
     if (isRead != isDue) std::abort();
     if (!isRead) return;
     const bson::BSONObj expected(std::vector<std::uint8_t>(reference.bytes.begin(), reference.bytes.end()));
-    // An object that stands for another type is written as it came.
+    // An object with a "$" key may represent another type. So only the written texts are compared.
     const bool isSame =
         reference.hasDollarKey ? object.jsonString() == expected.jsonString() : object == expected;
     if (!isSame && text.find("$code") == std::string::npos) std::abort();

@@ -1,8 +1,8 @@
-// Any bytes cut into any pieces, through the framing of the order socket: the lines are those of the whole
-// stream, whether each is taken at once or left for the next piece.
+// Cuts any bytes into any pieces and sends them through the framing of the order socket. The result must be
+// the lines of the whole stream, whether each line is taken at once or left for the next piece.
 //
-// The first byte says which lines wait for the next piece, the second how many lengths follow; the lengths
-// cut the bytes behind them, over and over.
+// The first byte chooses the lines that wait for the next piece. The second byte is the number of lengths
+// that follow. The lengths are used repeatedly to cut the remaining bytes.
 #include "socket/LineFraming.h"
 
 #include <algorithm>
@@ -21,7 +21,7 @@ void require(bool condition) {
     if (!condition) std::abort();
 }
 
-/// The lines of a stream, and what follows the last of them.
+/// The lines of a stream, and the bytes after the last line.
 struct CFrames {
     std::vector<std::string> lines;
     std::string rest;

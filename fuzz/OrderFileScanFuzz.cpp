@@ -1,5 +1,5 @@
-// Any bytes through the scan of the order file guard: the verdict is that of a plain reading of the rules,
-// and does not depend on how the bytes are cut.
+// Sends any bytes through the scan of the order file guard. The verdict must equal that of a simple
+// implementation of the rules. It must not depend on how the bytes are cut.
 #include "intake/OrderFileScan.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ TC::CFileVerdict scan(std::string_view bytes, std::size_t piece) {
     return scan.verdict();
 }
 
-/// The fault of one line without its LF; `isLast` if it has none.
+/// The fault of one line, given without its LF. `isLast` means that the line has no LF.
 EFileFault faultOfLine(std::string_view line, bool isLast) {
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     const std::size_t bad = line.find_first_of(std::string_view("\r\0\x1A", 3));

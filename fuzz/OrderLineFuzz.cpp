@@ -1,5 +1,6 @@
-// Any bytes as an order file, through the line reader and the grammar: no crash, no undefined behaviour, and
-// every order that comes out belongs to the file's channel or is a basket or list of several lines.
+// Reads any bytes as an order file, with the line reader and the grammar. There must be no crash and no
+// undefined behaviour. Every order must belong to the file's channel, or be a basket or list of several
+// lines.
 #include "intake/LineReader.h"
 #include "intake/OrderFileParser.h"
 #include "records/OrderTypes.h"
@@ -43,15 +44,15 @@ public:
     }
 };
 
-/// Reads on where the rest does not matter, as the file service does to count.
+/// Also reads the lines that have no effect, like the file service, which counts them.
 void readAll(TC::COrderFileParser& parser, std::FILE* stream, int rowPosition) {
     TC::CLineReader reader(stream);
     for (std::string line; reader.readLine(line);)
         parser.takeLine(line, rowPosition);
 }
 
-/// Only the last order can be the basket or list of the file, and only such may be of another channel or have
-/// several lines.
+/// Only the last order can be the basket or list of the file. Only a basket or list may have another channel
+/// or several lines.
 void checkOrders(const QVector<TC::COrderParam>& orders) {
     for (int i = 0; i < orders.size(); ++i) {
         const TC::COrderParam& order = orders[i];
@@ -67,7 +68,7 @@ void checkOrders(const QVector<TC::COrderParam>& orders) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size < 2) return 0; // fmemopen takes no empty buffer
+    if (size < 2) return 0; // fmemopen does not accept an empty buffer
     TC::COrderStrategyParam strategy;
     const bool isTable = (data[0] & 1) != 0;
     if (isTable) strategy.m_nAccountMode = TC::COrderStrategyParam::kTableMode;
@@ -81,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         readAll(parser, stream, isTable ? 1 : 0);
     } catch (const boost::bad_lexical_cast&) {
-        // The way a file ends at a number that cannot be read.
+        // A number that cannot be read ends the file with this exception.
     }
     std::fclose(stream);
     checkOrders(parser.takeOrders());

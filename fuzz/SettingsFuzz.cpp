@@ -1,5 +1,5 @@
-// Any bytes as the JSON text of an interface: no crash, and what can be read is written as a text that reads
-// back to the same.
+// Reads any bytes as the JSON text of an interface. There must be no crash. If the text can be read, it must
+// be written as a text that reads back to the same value.
 #include "records/TradeInterface.h"
 
 #include <cstddef>
@@ -18,8 +18,8 @@ std::optional<bson::BSONObj> parse(const std::string& text) {
     }
 }
 
-/// Whether the text of a document can be read and is written the same once more. The first writing may narrow
-/// a number or leave out what JSON has no form for; the second may change nothing.
+/// Checks that the text of a document can be read and is then written unchanged. The first write may narrow a
+/// number or leave out a value without a JSON form. The second write may change nothing.
 void checkDocument(const bson::BSONObj& object) {
     const std::string text = object.jsonString();
     if (text.find('\n') != std::string::npos) std::abort();

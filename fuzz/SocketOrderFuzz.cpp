@@ -1,6 +1,6 @@
-// Any bytes as the argument of `placeorder`: no crash, no undefined behaviour, nothing thrown but the bad
-// number, a refusal tells one of its texts, and what is understood is an order of the line's own number and
-// channel that has several lines only as a basket.
+// Reads any bytes as the argument of `placeorder`. There must be no crash and no undefined behaviour, and
+// only the exception for a bad number may be thrown. A refusal must have one of the known texts. An accepted
+// order must have the number and channel of the line. It may have several lines only if it is a basket.
 #include "records/OrderTypes.h"
 #include "records/Portfolio.h"
 #include "socket/OrderCommandParser.h"
@@ -20,11 +20,11 @@
 
 namespace {
 
-constexpr int kPricedChannel = 3; ///< its strategy wants a price for each member of a basket
+constexpr int kPricedChannel = 3; ///< its strategy needs a price for each member of a basket
 constexpr int kPlainChannel = 4;
 constexpr int kBasketRows = 3;
 
-/// Host and registry, set up once: parsing changes neither.
+/// Host and registry, set up only once because parsing changes neither.
 struct CWorld {
     CWorld() {
         registry.strategies.insert(
@@ -67,7 +67,7 @@ void require(bool condition) {
     if (!condition) std::abort();
 }
 
-/// Baskets, and the numbers below 93 that mean nothing and are read like them.
+/// Baskets, and the unused numbers below 93, which are read like baskets.
 bool isBasketNumber(int number) {
     const bool isUnused = number < 0 || (number >= 16 && number <= 22);
     return isUnused || number == TC::kOrderBasketBuy || number == TC::kOrderBasketSell ||

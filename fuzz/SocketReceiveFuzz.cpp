@@ -1,8 +1,9 @@
-// Any bytes cut into any pieces, through the receive loop of the order socket: every line gets one reply that
-// ends in CR LF, an order line reaches the gate once at most, and how the bytes were cut makes no difference.
+// Cuts any bytes into any pieces and sends them through the receive loop of the order socket. Every line must
+// get one reply that ends in CR LF. An order line must reach the gate at most once. The cuts must not change
+// the result.
 //
-// The first byte chooses the listener (1: guard on, 2: a login is needed), the second how many lengths
-// follow; the lengths cut what stands behind them, over and over.
+// The first byte chooses the listener (1: guard on, 2: login needed). The second byte is the number of
+// lengths that follow. The lengths are used repeatedly to cut the remaining bytes.
 #include "platform/Switches.h"
 #include "socket/OrderSocketServer.h"
 #include "tests/support/DoorFakes.h"
@@ -27,7 +28,7 @@ void require(bool condition) {
     if (!condition) std::abort();
 }
 
-/// A connection without a peer that keeps what it is given to send.
+/// A connection without a peer. It stores the bytes that it should send.
 class CStoringConnection : public net::NetConnection {
 public:
     CStoringConnection(boost::asio::io_service& io, net::NetManager& manager)
@@ -45,9 +46,9 @@ struct CChoice {
     bool needsLogin;
 };
 
-/// What a conversation came to.
+/// The result of a conversation.
 struct COutcome {
-    std::vector<std::string> replies; ///< the greeting first
+    std::vector<std::string> replies; ///< the first is the greeting
     std::size_t orders = 0;
     std::vector<int> cancelled;
     bool isOpen = false;
@@ -67,7 +68,8 @@ public:
                                                                m_registry, QStringLiteral("127.0.0.1:0"))),
           m_pConnection(boost::make_shared<CStoringConnection>(m_io, *m_pServer)) {
         m_audit.doors.clear();
-        // A listener that is stuck waits for its stop, and a stopped one serves nobody: so not before.
+        // A stuck listener waits until it is stopped. It must not be stopped earlier, because then it serves
+        // nobody.
         m_audit.onRecord = [this] {
             const std::vector<TC::CDoorReport>& doors = m_audit.doors;
             if (!doors.empty() && doors.back().m_eEvent == TC::EDoorEvent::Stuck) m_pServer->stop();
@@ -77,7 +79,7 @@ public:
     void receive(std::string_view piece) {
         m_pServer->onDataReceived({piece.begin(), piece.end()}, static_cast<int>(piece.size()),
                                   m_pConnection);
-        // A login that has to wait: time passes, but less than a silent connection has for its login.
+        // The login is delayed. Advance the time, but by less than the limit for a silent connection.
         while (m_pConnection->isHeld()) {
             m_clock.sleep(TC::CFailedLogins::kLastDelay);
             m_pServer->clockMoved();
@@ -115,7 +117,7 @@ COutcome converse(CChoice choice, CFakeHost& host, CFakeClock& clock, std::strin
     return conversation.finish();
 }
 
-/// The lines that a listener takes, up to a line feed without a carriage return.
+/// The lines that a listener accepts. They end at the first line feed without a carriage return.
 std::vector<std::string_view> linesOf(std::string_view stream, bool& hasLoneFeed) {
     std::vector<std::string_view> lines;
     for (std::size_t feed = stream.find('\n'); feed != std::string_view::npos; feed = stream.find('\n')) {
@@ -163,7 +165,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const COutcome whole = converse(choice, host, clock, stream, {std::max(stream.size(), std::size_t{1})});
     check(whole, choice, stream);
     if (!cuts.empty()) require(converse(choice, host, clock, stream, cuts) == whole);
-    // A fuzzer runs for long: the records of the host would grow with it.
+    // A fuzzer runs for a long time. Without this the records of the host would grow.
     host.audit.reports.clear();
     host.audit.doors.clear();
     host.records.log.clear();

@@ -1,5 +1,5 @@
-// Any bytes as a number: the strict readers accept what boost::lexical_cast accepts, and give the same value
-// to the last bit.
+// Reads any bytes as a number. The strict readers must accept exactly the texts that boost::lexical_cast
+// accepts, and return the same value to the last bit.
 #include "base/StrictNumber.h"
 
 #include <boost/lexical_cast.hpp>

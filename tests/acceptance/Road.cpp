@@ -20,7 +20,7 @@ namespace {
 
 using CWords = std::map<std::string, std::string>;
 
-/// "a=1 b c=2" as words; one without a value has an empty one.
+/// Splits "a=1 b c=2" into words with their values. A word without a value has an empty one.
 CWords splitWords(const std::string& text) {
     CWords words;
     std::istringstream stream(text);
@@ -31,7 +31,7 @@ CWords splitWords(const std::string& text) {
     return words;
 }
 
-/// What stands behind the first blanks-separated words that the stream has given.
+/// The words that are left in the stream, with their values.
 CWords restWords(std::istringstream& stream) {
     std::string rest;
     std::getline(stream, rest);
@@ -61,7 +61,7 @@ COrderSetting& settingOf(COrderStrategyParam& strategy) {
     return strategy.setting(family != nullptr ? family->m_eSlot : ESettingSlot::Stock);
 }
 
-/// A row "code:volume:weight:operation" of a basket; all but the code may be missing.
+/// Reads a basket row "code:volume:weight:operation". All fields but the code are optional.
 CBasketStockData readBasketRow(const std::string& text) {
     std::istringstream stream(text);
     std::vector<std::string> fields;
@@ -75,7 +75,7 @@ CBasketStockData readBasketRow(const std::string& text) {
     return row;
 }
 
-/// Strategies are known by then: they start with the service.
+/// Starts the service at the first call. The service reads the strategies when it starts.
 COrderService& service() {
     if (COrderService::instance() == nullptr) {
         COrderService::initInstance(new COrderService);
@@ -84,7 +84,7 @@ COrderService& service() {
     return *COrderService::instance();
 }
 
-/// Returns when the service has worked off what is queued.
+/// Returns when the service has processed its queue.
 void settle() {
     QMetaObject::invokeMethod(
         &service(), [] {}, Qt::BlockingQueuedConnection);
@@ -136,7 +136,7 @@ void CRoad::addStrategy(const CStatement& statement) {
     const int channel = std::stoi(statement.rest);
     COrderStrategyParam strategy =
         CStrategyBuilder().channel(channel).file(m_folder.path(std::to_string(channel)));
-    // "family" comes before the words that go by it.
+    // A map is sorted, so "family" is set before the words that depend on it.
     for (const auto& [word, value] :
          splitWords(statement.rest.substr(statement.rest.find_first_of(" \n") + 1))) {
         const auto setter = m_strategyWords.find(word);
@@ -146,7 +146,7 @@ void CRoad::addStrategy(const CStatement& statement) {
     m_host.user.addStrategy(strategy);
 }
 
-/// Makes it a socket strategy with a listener of its own, or on that of the channel `share`.
+/// Makes it a socket strategy. It has its own listener, or uses the listener of the channel `share` if given.
 void CRoad::makeSocket(COrderStrategyParam& strategy, const std::string& share) {
     unsigned short& port = m_ports[strategy.m_nChannel];
     port = share.empty() ? freePort() : m_ports.at(std::stoi(share));
@@ -162,14 +162,14 @@ void CRoad::stopStrategy(const CStatement& statement) {
     if (!error.isEmpty()) throw std::runtime_error(error.toStdString());
 }
 
-/// Hands the file over and returns when all of it has been worked off.
+/// Writes the file and returns when the service has processed all of it.
 void CRoad::dropFile(const CStatement& statement) {
     COrderService& running = service();
     const std::size_t before = m_host.records.snapshot([this] { return m_host.audit.reports.size(); });
     m_folder.handOver(std::to_string(std::stoi(statement.rest)), statement.bytes);
     m_clock.wake();
     if (!m_host.waitForIntakes(before + 1)) throw std::runtime_error("the file was not taken");
-    running.getStrategyMap(); // comes back when the pass is over
+    running.getStrategyMap(); // returns when the pass is over
     settle();
 }
 
@@ -188,7 +188,7 @@ void CRoad::addBasket(const CStatement& statement) {
 }
 
 /// `param TEXT => remark=... kind=... setting=... part1=... part2=... text1=... text3=...`: a text that the
-/// host understands.
+/// host understands, and the values that it reads from it.
 void CRoad::addParam(const CStatement& statement) {
     const std::size_t arrow = statement.rest.find(" => ");
     CWords words = splitWords(statement.rest.substr(arrow + 4));
@@ -204,7 +204,7 @@ void CRoad::addParam(const CStatement& statement) {
     m_host.rules.tradeParams[utils::toLocal8Bit(qs(statement.rest.substr(0, arrow)))] = param;
 }
 
-/// `group BROKER NAME A1=0.6 A2=0.4`: the accounts must be there.
+/// `group BROKER NAME A1=0.6 A2=0.4`. The accounts must exist.
 void CRoad::addGroup(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string broker, name;
@@ -231,7 +231,8 @@ void CRoad::addStock(const CStatement& statement) {
     makeTraded(qs(market + code));
 }
 
-/// `instrument LIST KEY [market=...] [code=...] [price=...] [transfer=...]`: one that is no stock.
+/// `instrument LIST KEY [market=...] [code=...] [price=...] [transfer=...]`: an instrument that is not a
+/// stock.
 void CRoad::addInstrument(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string list, key;
@@ -257,8 +258,7 @@ void CRoad::setReference(const CStatement& statement) {
     stored = detail;
 }
 
-/// `quote KEY PRICE`; `quote KEY none` takes the quote away, and `quote KEY empty` leaves one without any
-/// price.
+/// `quote KEY PRICE`. `quote KEY none` removes the quote. `quote KEY empty` leaves a quote without any price.
 void CRoad::setQuote(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string key, price;
@@ -291,7 +291,7 @@ void CRoad::addPortfolio(const CStatement& statement) {
     m_host.tasks.tables[knservice::kPortfolioTable][key] = portfolio;
 }
 
-/// `split VOLUME ...`: what every split of a volume gives from now on.
+/// `split VOLUME ...`: the result of every volume split from now on.
 void CRoad::setSplit(const CStatement& statement) {
     const std::vector<double> numbers = numbersOf(statement.rest);
     m_host.trade.split = [volumes = std::vector<int>(numbers.begin(), numbers.end())](const fake::CSplitCall&,
@@ -301,7 +301,7 @@ void CRoad::setSplit(const CStatement& statement) {
     };
 }
 
-/// `record TYPE PRICE`: the price type and price that the host's setting puts on every record from now on.
+/// `record TYPE PRICE`: from now on the host's setting puts this price type and price on every record.
 void CRoad::setRecord(const CStatement& statement) {
     const std::vector<double> numbers = numbersOf(statement.rest);
     m_host.rules.onFixTimeRange = [numbers](CCodeOrderParam& record) {
@@ -380,7 +380,7 @@ std::map<std::string, CRoad::CAction> CRoad::marketStatements() {
         {"instrument", [this](const auto& s) { addInstrument(s); }},
         {"reference", [this](const auto& s) { setReference(s); }},
         {"quote", [this](const auto& s) { setQuote(s); }},
-        // A stock that the host lists and cannot describe.
+        // The host lists this stock but has no details of it.
         {"undescribed", [this](const auto& s) { m_host.exchange.stocks.at(qs(s.rest)) = nullptr; }},
         {"suspended", [this](const auto& s) { m_host.quotes.quotes.at(qs(s.rest))->m_nDayCount = 0; }},
         {"market", [this](const auto& s) { m_host.rules.marketPrices.insert(numberAs<EPriceType>(s.rest)); }},

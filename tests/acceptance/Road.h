@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-/// The real road from a door to the host's order client: file or socket, queue, check, command. The host is
-/// the one in memory, the threads are the service's own. Statements set the host up and send orders in;
-/// Road.cpp has the table of their words. Waits for quotes are not waited out but told.
+/// The complete path of an order: file or socket, queue, check, command, the host's order client. The service
+/// and its threads are real; the host is the fake one in memory. Statements set up the host and send orders.
+/// Road.cpp has the table of the statements. A wait for a quote ends at once and is only recorded.
 class CRoad {
 public:
     CRoad();
@@ -21,9 +21,9 @@ public:
     CRoad(const CRoad&) = delete;
     CRoad& operator=(const CRoad&) = delete;
 
-    /// Throws std::runtime_error where the statement is unknown or its file is not taken.
+    /// Throws std::runtime_error if the statement is unknown or if the service does not take its file.
     void apply(const CStatement& statement);
-    /// All that reached the host since the last call, a line each.
+    /// Returns what reached the host since the last call, one line for each event.
     std::vector<std::string> takeLog();
 
 private:
@@ -54,13 +54,13 @@ private:
     void setSplit(const CStatement& statement);
     void setRecord(const CStatement& statement);
     void setMoneySplit(const CStatement& statement);
-    /// Makes what a stock of the host is to baskets: it trades, and may stand in one.
+    /// Lets baskets use this stock: it is tradable and allowed in baskets.
     void makeTraded(const QString& key);
     void tell(const std::string& line);
 
     CRoadClock m_clock;
     CTempFolder m_folder;
-    std::map<int, unsigned short> m_ports; ///< of the socket strategies, by channel
+    std::map<int, unsigned short> m_ports; ///< ports of the socket strategies, by channel
     CFakeHost m_host;
     const std::map<std::string, CSetter> m_strategyWords;
     std::map<std::string, CAction> m_statements;

@@ -7,9 +7,9 @@
 #include <functional>
 #include <mutex>
 
-/// The road's time: every day is the same morning, and seconds go by as they do. The naps between two looks
-/// for files last as long as they say, or until wake(); longer sleeps, which are waits for quotes, are told
-/// and end at once.
+/// The clock of the road. The date and time of day never change, but seconds pass as usual. The pauses
+/// between two looks for files last their real time, or until wake(). Longer sleeps are waits for quotes:
+/// they are reported to onLongSleep and end at once.
 class CRoadClock : public utils::IClock {
 public:
     CRoadClock() { utils::installClock(this); }
@@ -29,14 +29,14 @@ public:
         m_bAwake = false;
         m_woken.wait_for(lock, std::chrono::duration<double>(seconds), [this] { return m_bAwake; });
     }
-    /// Ends a nap, if there is one: there is a file.
+    /// Ends the current pause, if any, because there is a file.
     void wake() {
         const std::lock_guard lock(m_mutex);
         m_bAwake = true;
         m_woken.notify_all();
     }
 
-    /// Called on the thread that sleeps. Set before other threads are there.
+    /// Called on the thread that sleeps. Set it before other threads are started.
     std::function<void(double seconds)> onLongSleep;
 
 private:

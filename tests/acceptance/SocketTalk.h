@@ -4,7 +4,7 @@
 
 #include <functional>
 
-/// Holds a conversation with the listener on that port, as a client of its own, and compares each reply
-/// whole. `settle` is called behind each reply: it returns when the service has worked off what is queued, so
-/// that what comes out stands in the order of the lines.
+/// Connects to the listener on this port as a new client, sends the lines and compares each whole reply.
+/// `settle` is called after each reply. It must return when the service has processed its queue, so that the
+/// results have the order of the lines.
 void holdTalk(unsigned short port, const std::vector<CTalkLine>& lines, const std::function<void()>& settle);

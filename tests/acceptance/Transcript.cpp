@@ -80,7 +80,7 @@ private:
 
     CStatement& statement() { return m_transcript.steps.back().statements.back(); }
 
-    /// The bytes that the statement's text stands for.
+    /// Converts the statement's text to the bytes that it describes.
     std::string encode(const std::string& text) {
         const bool isGbk = statement().rest.find("gbk") != std::string::npos;
         return unescape(isGbk ? utils::safeUtf82Gbk(text) : text);
@@ -98,7 +98,7 @@ private:
 
     CTranscript m_transcript;
     bool m_bExpecting = false;
-    bool m_bStepDone = false; ///< the next statement begins another step
+    bool m_bStepDone = false; ///< the next statement starts another step
 };
 
 } // namespace

@@ -1,4 +1,4 @@
-// Takes the order files and conversations of each transcript down the real road: file or socket, queue,
+// Sends the order files and conversations of each transcript through the real service: file or socket, queue,
 // check, command.
 #include "tests/acceptance/Transcript.h"
 #include "tests/acceptance/Road.h"
@@ -20,7 +20,7 @@ std::vector<std::string> transcriptNames() {
     return names;
 }
 
-/// What came out of a transcript's steps, and what was expected.
+/// The actual and the expected results of a transcript's steps.
 struct CPlayed {
     std::vector<std::string> came;
     std::vector<std::string> expected;
@@ -55,7 +55,7 @@ TEST_P(Transcript, ComesOutAsWritten) {
         EXPECT_EQ(played.came[i], played.expected[i]);
 }
 
-/// Transcripts with orders that the command guard refuses, and what these orders lack.
+/// Transcripts with orders that the command guard refuses, and the reason.
 const std::map<std::string, const char*>& refusedByTheGuard() {
     static const std::map<std::string, const char*> reasons{
         {"command_guard", "its first step has an order without a code, while the guard is off"},
@@ -64,7 +64,7 @@ const std::map<std::string, const char*>& refusedByTheGuard() {
     return reasons;
 }
 
-/// The guard must not change what a right order does.
+/// The guard must not change the result of a valid order.
 TEST_P(Transcript, IsTheSameWithTheCommandGuard) {
     CRoad road;
     road.apply({"switch", "mdl_order_command_guard", {}, {}});

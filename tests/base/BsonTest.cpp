@@ -81,7 +81,7 @@ TEST(Bson, EqualMeansTheSameBytes) {
     EXPECT_NE(bson::BSONObj(), bson::BSONObj(kOne));
 }
 
-/// Empty documents in each other, so many of them.
+/// Empty documents, nested to this number of levels.
 Bytes nested(int levels) {
     Bytes bytes = kEmpty;
     for (int level = 1; level < levels; ++level) {

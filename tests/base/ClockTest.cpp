@@ -65,12 +65,12 @@ TEST(Clock, InstalledClockTakesSleepsThatCanBeStopped) {
     EXPECT_EQ(clock.sleeps(), std::vector<double>{1.5});
     stop.make();
     utils::sleepUnlessStopped(3, stop);
-    EXPECT_EQ(clock.sleeps(), std::vector<double>{1.5}); // not even begun
+    EXPECT_EQ(clock.sleeps(), std::vector<double>{1.5}); // the second sleep does not start
 }
 
 TEST(Clock, MachineClockWakesUpAtARequestToStop) {
     constexpr double kDay = 86400;
-    // Kept by the sleeper too: a failure must not leave it with a request that is gone.
+    // The sleeping thread shares the ownership. If the test fails, it must not use a destroyed request.
     const auto stop = std::make_shared<utils::CStopRequest>();
     std::packaged_task<void()> sleep([stop] { utils::sleepUnlessStopped(kDay, *stop); });
     std::future<void> woken = sleep.get_future();

@@ -1,4 +1,4 @@
-// What fromjson reads and what it refuses.
+// The texts that fromjson reads, and the texts that it refuses.
 #include "base/Bson.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The number of the type under which the value is read.
+/// The number of the type that fromjson gives the value.
 int typeOf(const std::string& value) {
     bson::BSONObj object = bson::fromjson("{\"k\":" + value + "}");
     return object.bytes().at(4);

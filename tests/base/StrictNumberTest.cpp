@@ -33,7 +33,7 @@ std::uint64_t bitsOf(double value) {
     return bits;
 }
 
-/// Compares both ways of reading the text, to the last bit.
+/// Reads the text in both ways and compares the results to the last bit.
 void expectSameAsLexicalCast(const std::string& text) {
     const auto ownInt = readOrNone([&] { return utils::strictInt(text); });
     const auto castInt = readOrNone([&] { return boost::lexical_cast<int>(text); });

@@ -107,7 +107,7 @@ TEST(Text, CommandsCarryUtf8AndFilesGbk) {
 }
 
 TEST(Text, WhatGbkCannotWriteBecomesAQuestionMark) {
-    EXPECT_EQ(utils::safeUtf82Gbk("a\xE0\xB8\x81z"), "a?z"); // a letter of the Thai alphabet
+    EXPECT_EQ(utils::safeUtf82Gbk("a\xE0\xB8\x81z"), "a?z"); // a Thai letter
 }
 
 TEST(Text, LocalBytesAreGbkAndPathsUtf8) {
@@ -197,7 +197,8 @@ TEST(Text, ByteThatBeginsNoPairCostsNoNeighbour) {
     EXPECT_TRUE(UW::sToQsGBK("\xB2\xFF" + kStrategyGbk).endsWith(kStrategy));
 }
 
-/// Every text of up to four of these bytes reads the same whether or not it is the end.
+/// Bytes that follow must not change how the bytes before them are read. Tries all texts of up to four of
+/// these bytes.
 TEST(Text, EndOfTheBytesChangesNothingBeforeIt) {
     const std::string alphabet("\x20\x40\x7F\x80\x81\xB2\xDF\xFE\xFF", 9);
     std::vector<std::string> texts{""};

@@ -34,7 +34,7 @@ CBreachHost::~CBreachHost() {
     TC::releaseHost();
 }
 
-/// The records' mutex is held.
+/// The caller holds the mutex of the records.
 std::vector<std::string> CBreachHost::collectReports() const {
     std::vector<std::string> texts;
     for (const fake::CMessage& message : messages.messages)

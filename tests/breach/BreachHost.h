@@ -15,10 +15,10 @@
 /// A host in memory that breaks its contract in one operation at a time.
 namespace breach {
 
-/// What happens when an operation is called. Any thread.
+/// Decides what happens when an operation is called. Thread-safe.
 class CBreaches {
 public:
-    /// From now on a call of the operation, such as "CTradeClient::cancelTask", acts first.
+    /// From now on each call of the operation, such as "CTradeClient::cancelTask", runs `act` first.
     void arm(const std::string& operation, std::function<void()> act) {
         const std::lock_guard lock(m_mutex);
         m_strOperation = operation;
@@ -39,14 +39,14 @@ public:
         if (name == "CAccountData::lock") ++dataLocks();
     }
 
-    /// The operations that were called on a thread which held the lock of an account's data.
+    /// The operations that were called on a thread that held the lock of an account's data.
     std::set<std::string> underDataLock() const {
         const std::lock_guard lock(m_mutex);
         return m_underDataLock;
     }
 
 private:
-    /// How often the calling thread holds the lock.
+    /// How many times the calling thread holds the lock.
     static int& dataLocks() {
         thread_local int count = 0;
         return count;
@@ -58,7 +58,7 @@ private:
     std::function<void()> m_act;
 };
 
-/// The operation of a fake, which may act first.
+/// Overrides an operation of a fake: it runs the armed act first, if there is one.
 #define BREACHABLE(Base, Service, Result, operation, params, qualifier, args)                                \
     Result operation params qualifier override {                                                             \
         m_breaches(#Service "::" #operation);                                                                \
@@ -160,7 +160,7 @@ public:
                (int task, int operation, const std::string& text, const std::string& remark,
                 const std::string& day, const CCancelCallback& callback, int flag),
                , (task, operation, text, remark, day, callback, flag))
-    std::function<void()> onDisconnect; ///< called when a receiver of its signals is taken off
+    std::function<void()> onDisconnect; ///< called when a receiver of its signals is disconnected
 
 protected:
     void disconnectNotify(const QMetaMethod&) override {
@@ -352,7 +352,7 @@ private:
     const knservice::CPositionStaticsPtr m_position;
 };
 
-/// Every task and every account is there. A null task comes in front.
+/// Finds every task and every account. Each list of tasks starts with a null task.
 class CTasks : public fake::CTasks {
 public:
     CTasks(fake::CRecords& records, const CBreaches& breaches)
@@ -374,8 +374,7 @@ public:
     }
 
     std::atomic<bool> hasOnlyNullTasks{false};
-    /// What every account holds; null, the default, is an entry that is none. Set while no order is worked
-    /// off.
+    /// The position of every account. The default is a null entry. Set it only while no order is processed.
     knservice::CPositionStaticsPtr position;
 
 private:
@@ -405,14 +404,14 @@ private:
 
 #undef BREACHABLE
 
-/// All of them, installed for as long as the object lives. The account A1 is the only one, and in the group
-/// "G" of every kind; the instruments are those of the fake host.
+/// All fakes of this file, installed for as long as the object lives. A1 is the only account; it is in the
+/// group "G" of every kind. The instruments are those of the fake host.
 class CBreachHost {
 public:
     CBreachHost();
     ~CBreachHost();
 
-    /// Waits until a message, a trade error or a record of the audit holds the text.
+    /// Waits until a message, a trade error or an audit record contains the text.
     bool waitForReport(const std::string& text);
     std::vector<std::string> reports() const;
 

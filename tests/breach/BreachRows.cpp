@@ -118,7 +118,7 @@ void startOverOldOrders(CBreachRoad& road) {
     road.start(kStopped);
 }
 void dropRefused(CBreachRoad& road) {
-    road.drop("23,0,10.5,600000,100"); // without its line end
+    road.drop("23,0,10.5,600000,100"); // an incomplete file: its line end is missing
 }
 void dropBacklog(CBreachRoad& road) {
     road.service().dropBacklog();
@@ -288,7 +288,7 @@ void CBreachRoad::addStrategy(int channel, TC::EOrderStrategyTradeType family, b
     host.user.addStrategy(builder);
 }
 
-/// With a file for each strategy: a start asks for it, and deletes it.
+/// Before the load it writes a file for each strategy, because a start looks for the file and deletes it.
 void CBreachRoad::load() {
     bool isLoaded = false;
     const auto writeAndLoad = [&](int = 0, const TC::COrderStrategyParam& = {}) {
@@ -298,9 +298,10 @@ void CBreachRoad::load() {
         }
         service().loadFromConfig(true);
     };
-    // With the registry held: a pass of the file loop would take the files before the start asks for them.
+    // This holds the registry lock. Otherwise a pass of the file loop takes the files before the start looks
+    // for them.
     service().visitStrategies(writeAndLoad);
-    writeAndLoad(); // nothing is bound yet: no pass takes files
+    writeAndLoad(); // if there are no strategies yet, no pass takes files
 }
 
 TC::COrderParam CBreachRoad::order(int channel, int number, double price, int volume) {

@@ -12,7 +12,7 @@
 
 namespace breach {
 
-/// The real service on a host that breaks its contract, with a strategy for each family.
+/// The real service with a strategy for each family, on a host that breaks its contract.
 class CBreachRoad {
 public:
     CBreachRoad();
@@ -20,32 +20,32 @@ public:
 
     static TC::COrderService& service() { return *TC::COrderService::instance(); }
 
-    // What reaches the operations of the host, one way each.
+    // Each of these makes the library call other operations of the host.
     void load();
     void place(const TC::COrderParam& order) { service().placeorder(order); }
-    /// A buying order with the given number.
+    /// A buy order with the given number.
     static TC::COrderParam order(int channel, int number = 23, double price = 10.5, int volume = 100);
     void start(int channel);
     void drop(const std::string& bytes);
-    /// Starts the socket strategy and sends it a line, which is answered.
+    /// Starts the socket strategy, sends it a line and stores the answer in `reply`.
     void ask(const std::string& line);
     void cancel() { service().cancelOrder(7); }
     void saveSettings();
     void exchange();
 
-    /// Ends the service and begins with a new one.
+    /// Ends the service and starts a new one.
     void renewService();
-    /// Waits until the service's thread has worked off what was queued. Calls nothing of the host.
+    /// Waits until the service's thread has processed its queue. Calls no operation of the host.
     void waitForService();
     std::size_t commandCount() const;
     bool waitForCommands(std::size_t count);
 
     CTempFolder folder;
     CBreachHost host;
-    std::string reply;      ///< the last one of the socket
-    QString startError;     ///< of the last start
-    int startResult = 0;    ///< of the last start
-    bool hasThrown = false; ///< saveSettings let an exception out
+    std::string reply;      ///< the last reply of the socket
+    QString startError;     ///< error of the last start
+    int startResult = 0;    ///< result of the last start
+    bool hasThrown = false; ///< saveSettings threw an exception
 
 private:
     void addStrategy(int channel, TC::EOrderStrategyTradeType family, bool isRunning = true);
@@ -53,14 +53,14 @@ private:
     const unsigned short m_nPort = freePort();
 };
 
-/// An operation of the host, and what makes the library call it.
+/// An operation of the host, and how to make the library call it.
 struct CBreachRow {
     const char* m_pszOperation;
     void (*m_pfnReach)(CBreachRoad& road);
     /// Sets the host up before the first load; may be null.
     void (*m_pfnPrepare)(CBreachRoad& road) = nullptr;
-    bool m_bLoads = false; ///< the first load itself reaches the operation
-    bool m_bDrops = false; ///< the service drops all orders from then on
+    bool m_bLoads = false; ///< the first load already calls the operation
+    bool m_bDrops = false; ///< afterwards the service drops all orders
 };
 
 extern const std::vector<CBreachRow> kBreachRows;

@@ -1,4 +1,4 @@
-// Each operation of the host breaks its contract, in each way, on the road that calls it.
+// Breaks each operation of the host in each possible way, while the library calls it.
 #include "tests/breach/BreachRows.h"
 
 #include <atomic>
@@ -26,13 +26,14 @@ protected:
     }
     const CBreachRow& row() const { return GetParam(); }
 
-    /// The operation acts until it is told to stop; then the host is itself again.
+    /// Arms the operation and makes the library call it. The operation stays armed until it is disarmed.
     void reachWith(const std::function<void()>& act) {
         road.host.breaches.arm(row().m_pszOperation, act);
         row().m_pfnReach(road);
     }
 
-    /// The next good order goes out. What was unbound is bound again first.
+    /// Expects that the next valid order goes out. First repeats a failed load and replaces a service that
+    /// drops its orders.
     void expectGoodOrder() {
         road.host.breaches.disarm();
         road.waitForService();
@@ -43,11 +44,11 @@ protected:
         EXPECT_TRUE(road.waitForCommands(before + 1));
     }
 
-    /// The operation throws: a report names it, nothing goes out, and the road goes on.
+    /// The operation fails: a report names it, no command goes out, and the service continues to work.
     void expectReported(const std::function<void()>& act) {
         reachWith(act);
         EXPECT_TRUE(road.host.waitForReport(row().m_pszOperation));
-        // Another thread may have reported first: the order must meet the failure as well.
+        // Another thread may have reported the failure first. The order must meet the failure too.
         road.waitForService();
         road.host.breaches.disarm();
         EXPECT_EQ(road.commandCount(), 0u);
@@ -66,9 +67,9 @@ TEST_P(Breach, ThrowsAnExceptionOfAnotherType) {
     expectReported([] { throw CForeign(); });
 }
 
-/// The host ends the service, asks for strategies and places orders there and then.
+/// Inside the operation the host ends the service, asks for strategies and places orders.
 TEST_P(Breach, CallsBack) {
-    // Shared: a thread of the service may look at it when the test is over.
+    // Shared ownership: a thread of the service may read it after the test is over.
     const auto hasCalled = std::make_shared<std::atomic<bool>>(false);
     const auto called = std::make_shared<std::promise<void>>();
     reachWith([this, hasCalled, called] {
@@ -95,7 +96,7 @@ TEST_P(Breach, CallsBack) {
     expectGoodOrder();
 }
 
-/// Other threads go on meanwhile, and the operation goes on when the host does.
+/// Other threads continue to work meanwhile, and the operation returns when the host allows it.
 TEST_P(Breach, WaitsForAnotherThread) {
     const auto hasWaited = std::make_shared<std::atomic<bool>>(false);
     const auto entered = std::make_shared<std::promise<void>>();
@@ -123,7 +124,7 @@ std::string rowName(const testing::TestParamInfo<CBreachRow>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Operations, Breach, testing::ValuesIn(kBreachRows), rowName);
 
-/// The operations of a header's classes: every virtual function that is no destructor.
+/// Collects the operations of the classes in a header: every virtual function except destructors.
 void collectOperations(const std::filesystem::path& header, std::set<std::string>& operations) {
     std::ifstream file(header);
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
@@ -137,14 +138,14 @@ void collectOperations(const std::filesystem::path& header, std::set<std::string
     }
 }
 
-/// An operation without a row is one whose failure nobody has tried.
+/// An operation without a row has no test of its failure.
 TEST(BreachTable, EveryOperationOfTheBoundaryHasARow) {
     std::set<std::string> operations;
     for (const auto& entry : std::filesystem::directory_iterator(ORDERSERVICE_SOURCE_DIR "/src/platform")) {
         if (entry.path().extension() == ".h") collectOperations(entry.path(), operations);
     }
     collectOperations(ORDERSERVICE_SOURCE_DIR "/src/records/Account.h", operations);
-    operations.insert("CAccountInfo::getKey"); // of every record; accounts are asked for it
+    operations.insert("CAccountInfo::getKey"); // declared for every record; the library calls it on accounts
     std::set<std::string> rows;
     for (const CBreachRow& row : kBreachRows)
         EXPECT_TRUE(rows.insert(row.m_pszOperation).second) << row.m_pszOperation;

@@ -1,4 +1,4 @@
-// The end of the service, asked for where it cannot be, and receivers of signals that fail.
+// Calls that end the service at a forbidden moment, and receivers of signals that fail.
 #include "tests/breach/BreachRows.h"
 
 #include <algorithm>
@@ -62,7 +62,7 @@ TEST_F(BreachEnd, IsRefusedInAReceiverOfTheStatus) {
     expectGoodOrder();
 }
 
-/// Such a receiver runs on the service's thread, outside of its slots.
+/// Such a receiver runs on the service's thread, but not inside one of its slots.
 TEST_F(BreachEnd, IsRefusedInAReceiverThatIsConnectedAutomatically) {
     onSignal(
         &COrderService::sigSetStatus, [this] { endHere(); }, Qt::AutoConnection);
@@ -120,7 +120,7 @@ TEST_F(BreachEnd, IsRefusedInTheMessagesOfOtherOperations) {
     TC::COrderStrategyParam table;
     EXPECT_EQ(road.service().addDbfStrategy(table), -1);
     expectGoodOrder();
-    road.host.breaches.arm("CUserManager::getUserConfig", [this] { endHere(); }); // asked for the right
+    road.host.breaches.arm("CUserManager::getUserConfig", [this] { endHere(); }); // called to check the right
     (void)road.service().getOrderStrategyText(TC::EOrderStrategyType::File);
     road.host.breaches.disarm();
     expectGoodOrder();
@@ -129,7 +129,7 @@ TEST_F(BreachEnd, IsRefusedInTheMessagesOfOtherOperations) {
 TEST_F(BreachEnd, IsRefusedInsideTheEndItself) {
     road.start(4);
     std::atomic<int> calls{0};
-    road.host.breaches.arm("CIntakeAudit::recordDoor", [&] { // the listener is closed
+    road.host.breaches.arm("CIntakeAudit::recordDoor", [&] { // called when the listener is closed
         ++calls;
         endHere();
     });
@@ -138,7 +138,7 @@ TEST_F(BreachEnd, IsRefusedInsideTheEndItself) {
     EXPECT_TRUE(road.host.waitForReport(kNoEndHere));
 }
 
-/// The next call of a service would end the process.
+/// Otherwise the next call of a host service would end the process.
 TEST_F(BreachEnd, HostStaysInstalledWhileTheServiceLives) {
     TC::releaseHost();
     EXPECT_TRUE(TC::isHostInstalled());
@@ -177,7 +177,7 @@ TEST_F(BreachEnd, ReceiversThatThrowUndoNothing) {
     EXPECT_EQ(road.host.trade.cancelled.size(), 1u);
 }
 
-/// The orders behind a cancel that failed may rely on it.
+/// The orders after a failed cancel may depend on it.
 TEST_F(BreachEnd, CancelByOrderThatFailsEndsItsFile) {
     onSignal(&COrderService::sigCancelOrders, [] { throw CForeign(); });
     road.drop("23,0,10.5,600000,100\ncancel_order A1 7\n23,0,10.5,600000,200\n");
@@ -227,7 +227,7 @@ TEST_F(BreachEnd, AStartThatFailsNamesTheServiceAndLeavesTheStrategyStopped) {
     EXPECT_EQ(road.startResult, 0);
 }
 
-/// What a start or stop asks the host for, and the strategy that the host removes there.
+/// An operation that a start or stop calls, and the strategy that the host removes inside this call.
 struct CRemoval {
     const char* m_pszOperation;
     int m_nChannel;
@@ -285,7 +285,7 @@ TEST_F(BreachEnd, HostMayRemoveASocketStrategyWhenItsDoorIsClosed) {
 TEST_F(BreachEnd, HostMayRemoveStrategiesThatTheLimitLeavesOut) {
     road.start(4);
     road.host.user.maxStrategies = 1;
-    road.host.breaches.arm("CIntakeAudit::recordDoor", [this] { // its door is closed
+    road.host.breaches.arm("CIntakeAudit::recordDoor", [this] { // called when the strategy's door is closed
         road.service().removeOrderStrategy(4);
         road.service().removeOrderStrategy(5);
     });
@@ -305,7 +305,7 @@ TEST_F(BreachEnd, StrategyThatTheHostAddsWhileOthersAreLeftOutStays) {
     expectGoodOrder();
 }
 
-/// Set at the end of the thread that it was made on.
+/// Sets the flag at the end of the thread that created the object.
 class CAtThreadEnd {
 public:
     explicit CAtThreadEnd(std::atomic<bool>& flag) : m_flag(flag) {}
@@ -315,7 +315,7 @@ private:
     std::atomic<bool>& m_flag;
 };
 
-/// The last pass may have a cancel that fails, and its answer must reach the audit.
+/// The last pass may contain a cancel that fails. Its answer must reach the audit.
 TEST_F(BreachEnd, AnswersToCancelsAreTakenUntilTheFileThreadHasEnded) {
     std::atomic<bool> hasEnded{false};
     onSignal(&COrderService::sigCancelOrders, [&] { thread_local const CAtThreadEnd end(hasEnded); });
@@ -328,7 +328,7 @@ TEST_F(BreachEnd, AnswersToCancelsAreTakenUntilTheFileThreadHasEnded) {
     road.host.trade.onDisconnect = nullptr;
 }
 
-/// A trading layer answers when it can, also after the service takes nothing more.
+/// The trading layer may answer late, even when the service accepts no more orders.
 TEST_F(BreachEnd, AnswerToACancelIsTakenWhileTheBacklogIsWorkedOff) {
     std::once_flag first;
     std::promise<void> isHeld;

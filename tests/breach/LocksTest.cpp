@@ -1,4 +1,5 @@
-// The operations that the library calls while it holds the lock of an account's data, compared with the page.
+// Finds the operations that the library calls while it holds the lock of an account's data. docs/host.md must
+// list them.
 #include "tests/breach/BreachRows.h"
 #include "tests/docs/PageTable.h"
 
@@ -20,13 +21,13 @@ protected:
         position->m_nPositionVolume = position->m_nAvailableVolume = 700;
         road.host.tasks.position = position;
     }
-    /// Loads the strategies with that price type of baskets.
+    /// Loads the strategies; the basket strategy uses this price type.
     void load(TC::EPriceType priceType) {
         road.host.user.strategies[kBasketChannel].setting(TC::ESettingSlot::StockBasket).m_ePriceType =
             priceType;
         road.load();
     }
-    /// Sells all positions; the host makes the price of the record.
+    /// Sells all positions. The host sets this price on each record.
     void sellAllAt(double price) {
         road.host.rules.onFixTimeRange = [=](TC::CCodeOrderParam& record) { record.m_dPrice = price; };
         TC::COrderParam order = COrderBuilder(26).channel(kBasketChannel);

@@ -1,4 +1,4 @@
-// A host that answers with nothing where something is due.
+// A host that returns null or nothing although a value is expected.
 #include "tests/breach/BreachRows.h"
 
 #include <atomic>
@@ -85,19 +85,19 @@ TEST_F(NullAnswers, EntriesOfTablesThatAreNoneArePassedOver) {
     road.load();
     road.ask("placeorder 36,4,1_x");
     EXPECT_EQ(road.reply, "+OK\r\n");
-    road.host.breaches.arm("CAccountData::getVector", [] {}); // its only entry is none
+    road.host.breaches.arm("CAccountData::getVector", [] {}); // the only entry is null
     TC::COrderSingleParam target;
     target.m_strCode = QStringLiteral("600000");
     target.m_nVolume = 300;
     QVector<TC::COrderSingleParam> rows{target};
     road.service().exchangePosition(road.host.user.accounts.at("A1"), rows);
     ASSERT_EQ(rows.size(), 1);
-    EXPECT_EQ(rows.at(0).m_nVolume, 300); // nothing is held
+    EXPECT_EQ(rows.at(0).m_nVolume, 300); // unchanged, because no position is held
     road.waitForService();
     EXPECT_EQ(road.commandCount(), 0u);
 }
 
-/// The socket's portfolio order has no data to look into.
+/// The portfolio order of the socket needs the global account data to find its positions.
 TEST_F(NullAnswers, WithoutGlobalDataAPortfolioOrderHasNoLine) {
     road.host.tasks.hasGlobalData = false;
     road.load();

@@ -1,4 +1,5 @@
-// The channels of a report, one behind the other, and what the audit learns of silent ends.
+// If a channel of reports fails, the next one is used. The audit is told about orders that end without a
+// report.
 #include "base/Thread.h"
 #include "platform/HostCall.h"
 #include "platform/HostReports.h"
@@ -14,7 +15,7 @@ using namespace breach;
 
 class BreachReports : public testing::Test {
 protected:
-    /// The incidents that the audit has, as "event channel orders task".
+    /// The incidents in the audit, as "event channel orders task".
     std::vector<std::string> incidents() {
         return road.host.records.snapshot([this] {
             std::vector<std::string> texts;
@@ -38,7 +39,7 @@ TEST_F(BreachReports, APanelThatFailsLeavesTheReportToTheAudit) {
     EXPECT_EQ(road.host.audit.incidents[0].m_strCause, QStringLiteral("words (CMsgService::showMsg: dark)"));
 }
 
-/// An audit may do nothing with the report, which is the default.
+/// By default an audit ignores the report, so the log must get it too.
 TEST_F(BreachReports, APanelThatFailsLeavesTheReportToTheLogToo) {
     for (const bool isAuditBroken : {false, true}) {
         road.host.audit.onRecord = [&] {
@@ -67,13 +68,13 @@ TEST_F(BreachReports, AnExceptionWithoutATextIsNamedAsSuch) {
               std::string("CService::operation: an exception without a text"));
 }
 
-/// The refusal of the end is a report itself.
+/// The refusal to end the service is itself a report.
 TEST_F(BreachReports, AReportInsideAReportGoesToTheLog) {
-    const utils::CLibraryCall call; // the end is refused here
+    const utils::CLibraryCall call; // inside such a call the service refuses to end
     for (const bool isPanelDark : {false, true}) {
         std::atomic<int> calls{0};
         const auto end = [&] {
-            if (++calls < 100) road.service().shutdown(); // an end, also of an endless one
+            if (++calls < 100) road.service().shutdown(); // the limit stops an endless recursion
         };
         road.host.breaches.arm("CMsgService::showMsg", [&] {
             if (isPanelDark) throw std::runtime_error("dark");
@@ -124,19 +125,19 @@ TEST_F(BreachReports, TheRestOfABatchThatEndsGoesToTheAudit) {
     road.load();
     road.service().placeOrders(
         {CBreachRoad::order(3), CBreachRoad::order(99), CBreachRoad::order(11), CBreachRoad::order(3)});
-    road.service().placeOrders({CBreachRoad::order(99)}); // the message tells of this one
+    road.service().placeOrders({CBreachRoad::order(99)}); // a single order: only the message reports it
     road.waitForService();
     EXPECT_EQ(incidents(), std::vector<std::string>{"0 11 2 " + unset});
     EXPECT_EQ(road.commandCount(), 1u);
 }
 
-/// Whatever fails while a refusal is reported, the refusal ends its batch.
+/// A refusal ends its batch even if an operation fails while the refusal is reported.
 TEST_F(BreachReports, ARefusalThatCannotBeShownEndsItsBatch) {
     road.load();
     std::size_t batches = 0;
     for (const char* operation :
          {"CMsgService::showMsg", "CUserConfig::getMsgFlags", "CUserConfig::hasUserAuth"}) {
-        for (const int refused : {99, 5}) { // no strategy, and one that is stopped
+        for (const int refused : {99, 5}) { // 99: unknown channel; 5: stopped strategy
             bool hasFailed = false;
             road.host.breaches.arm(operation, [&] {
                 if (!std::exchange(hasFailed, true)) throw std::runtime_error("dark");
@@ -178,7 +179,7 @@ TEST_F(BreachReports, CancelOfAnUnknownTaskByFileGoesToTheAudit) {
     EXPECT_EQ(incidents(), std::vector<std::string>{"1 " + unset + " 0 7"});
 }
 
-/// A pass that fails at every look is told once, and again behind a good one.
+/// A failure that repeats in every pass is reported once. After a good pass it is reported again.
 TEST_F(BreachReports, APollingThatFailsIsToldOnce) {
     road.load();
     for (int times = 1; times <= 2; ++times) {
@@ -189,7 +190,7 @@ TEST_F(BreachReports, APollingThatFailsIsToldOnce) {
         });
         EXPECT_TRUE(road.host.records.waitUntil([&] { return looks > 3; }));
         road.host.breaches.disarm();
-        // The pass that reads the second file begins behind the end of the one that reads the first.
+        // The pass that reads the second file starts after the pass that reads the first file has ended.
         for (std::size_t file = 1; file <= 2; ++file) {
             const std::size_t before = road.commandCount();
             road.drop("23,0,10.5,600000,100\n");

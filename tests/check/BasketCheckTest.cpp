@@ -30,7 +30,7 @@ TEST_F(BasketCheck, RowsAreNeededButForSales) {
     EXPECT_FALSE(check(basket(25, {})));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单指令不合法!"));
     EXPECT_TRUE(check(basket(26, {})));
-    EXPECT_TRUE(check(basket(26, {}), strategy().amount(kUnsetDouble))); // nothing to share out
+    EXPECT_TRUE(check(basket(26, {}), strategy().amount(kUnsetDouble))); // there is nothing to divide
     EXPECT_TRUE(codes.empty());
 }
 
@@ -67,7 +67,7 @@ TEST_F(BasketCheck, VolumesAreMultipliedButForTargets) {
     ASSERT_TRUE(check(basket(25, {{"600001", 100}}), strategy().volume(3)));
     EXPECT_EQ(host.trade.splitCalls.back().volume, 300);
     ASSERT_TRUE(check(basket(35, {{"600001", 100}}), strategy().volume(3)));
-    EXPECT_EQ(host.trade.splitCalls.back().volume, 100); // no account data: the rows stay as they came
+    EXPECT_EQ(host.trade.splitCalls.back().volume, 100); // without account data the rows stay unchanged
 }
 
 TEST_F(BasketCheck, TargetsBecomeDifferencesOfTheFirstAccount) {
@@ -88,7 +88,7 @@ TEST_F(BasketCheck, MoneyIsSharedByWeightOrEqually) {
     order.m_orders[0].m_dWeight = 1;
     order.m_orders[1].m_dWeight = 3;
     ASSERT_TRUE(check(order, strategy().amount(10010)));
-    EXPECT_EQ(host.trade.splitCalls[0].volume, 250); // 10010 / 4 / 10, and no rounding to units
+    EXPECT_EQ(host.trade.splitCalls[0].volume, 250); // 10010 / 4 / 10, not rounded to units
     EXPECT_EQ(host.trade.splitCalls[1].volume, 375);
     order.m_orders[0].m_dWeight = order.m_orders[1].m_dWeight = 0;
     host.trade.splitCalls.clear();
@@ -98,7 +98,7 @@ TEST_F(BasketCheck, MoneyIsSharedByWeightOrEqually) {
 }
 
 TEST_F(BasketCheck, RowsOfNothingUnknownOrOtherTypesAreDroppedSilently) {
-    host.addStock("SH", "600009", 10, 100); // of none of the types that a basket may hold
+    host.addStock("SH", "600009", 10, 100); // its type is not allowed in baskets
     host.quotes.quotes.at(QStringLiteral("SH600009"))->m_nDayCount = 1;
     ASSERT_TRUE(check(basket(25, {{"nobody", 100}, {"600009", 100}, {"600001", 0}, {"600002", 100}})));
     EXPECT_EQ(records(), "A1 18 60 600002, A2 18 40 600002, ");
@@ -116,7 +116,7 @@ TEST_F(BasketCheck, SuspendedInstrumentsAreDroppedUnlessThePriceIsGiven) {
     EXPECT_EQ(codes.size(), 2u);
     EXPECT_EQ(codes[0].m_dPrice, 9);
     for (double* figure : {&quote->m_dDayFigure1, &quote->m_dDayFigure2}) {
-        *figure = 1; // either says that there was trade
+        *figure = 1; // each figure alone shows that there were trades
         ASSERT_TRUE(check(basket(25, {{"600001", 100}})));
         EXPECT_EQ(codes.size(), 2u);
         *figure = 0;
@@ -252,7 +252,7 @@ TEST_F(BasketCheck, NearSideOfTheBookIsAllowed) {
     EXPECT_TRUE(host.errorTexts().empty());
 }
 
-// All that the accounts hold.
+// Sale of all positions.
 
 TEST_F(BasketCheck, AllPositionsOfAllAccountsAreSold) {
     host.tasks.addPosition(host.user.accounts.at("A1"), "SH", "600001", 700);

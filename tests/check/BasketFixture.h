@@ -2,7 +2,7 @@
 
 #include "tests/check/FamilyFixture.h"
 
-/// The basket check on the fake host: two stocks that trade, at 10 and 20, and all switches on.
+/// The basket check on the fake host: two tradable stocks with prices 10 and 20, and all switches on.
 class BasketFixture : public CheckFixture {
 protected:
     BasketFixture() {
@@ -36,8 +36,8 @@ protected:
         return service.checkAndFillOrderCompose(order, with, codes, weights);
     }
     bool check(const TC::COrderParam& order) { return check(order, strategy()); }
-    /// Hedge flag, position type, operation, user and key of each record as the host saw it, first when it
-    /// set the times and then when it put in the setting.
+    /// Hedge flag, position type, operation, user and key of each record as the host receives it: first in
+    /// the call that sets the times, then in the call that adds the setting.
     std::vector<std::string> seenByHost(const TC::COrderParam& order) {
         std::vector<std::string> seen;
         const auto see = [&](const TC::CCodeOrderParam& record) {

@@ -1,4 +1,4 @@
-// The rows that a basket leaves out without a message: what the audit learns of them.
+// Rows that a basket leaves out without a message: the reports of them in the audit.
 #include "tests/check/BasketFixture.h"
 
 #include <limits>
@@ -18,7 +18,7 @@ protected:
                             report.m_strCode.toStdString() + ": " + report.m_strCause.toStdString());
         return texts;
     }
-    /// The only incident of an order that goes on, behind the event and the channel.
+    /// The only incident of an order that is not refused, without its event and channel.
     std::string onlyIncident(const COrderParam& order, const COrderStrategyParam& with) {
         host.audit.incidents.clear();
         EXPECT_TRUE(check(order, with));
@@ -43,7 +43,7 @@ protected:
 TEST_F(BasketLeftOut, RightOrdersBringNoReport) {
     hold("600001", 300);
     EXPECT_TRUE(check(basket(25, {{"600001", 100}, {"SH600002", 200}, {"600002", 0}})));
-    EXPECT_TRUE(check(basket(34, {{"600001", 300}, {"600002", 0}}))); // the targets are reached
+    EXPECT_TRUE(check(basket(34, {{"600001", 300}, {"600002", 0}}))); // already at the targets
     EXPECT_TRUE(check(all()));
     EXPECT_EQ(incidents(), std::vector<std::string>());
 }
@@ -103,7 +103,7 @@ TEST_F(BasketLeftOut, FailedSplitBringsTheHostsText) {
     EXPECT_EQ(records(), "A1 18 60 600002, A2 18 40 600002, ");
 }
 
-/// The message about the missing price is enough, also if the host refuses to split nothing.
+/// The message about the missing price is enough, even if the host refuses to split a volume of zero.
 TEST_F(BasketLeftOut, RowWithoutAPriceBringsNoReport) {
     host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{}; };
     host.quotes.quotes.at(QStringLiteral("SH600001"))->all(0);

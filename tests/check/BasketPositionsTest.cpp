@@ -1,4 +1,4 @@
-// Baskets that sell all that the accounts hold, and those that lead to a target position.
+// Baskets that sell all positions of the accounts, and baskets with target positions.
 #include "tests/check/BasketFixture.h"
 
 #include "records/Portfolio.h"
@@ -150,7 +150,7 @@ TEST_F(BasketPositions, OddLotsOfTheStarMarketAreSold) {
 }
 
 TEST_F(BasketPositions, PositionsOfEveryTypeAreSold) {
-    host.types.types.clear(); // none that a row of a basket may have
+    host.types.types.clear(); // no stock has a type that baskets allow
     hold("600001", 700);
     ASSERT_TRUE(check(all()));
     EXPECT_EQ(records(), "A1 19 700 600001, ");
@@ -207,7 +207,7 @@ TEST_F(BasketPositions, KeyOfAPositionIsJoinedAsTheHostJoinsIt) {
 
 // Target positions.
 
-/// Held is 1000, the target 2147483647: the number of the not-set volume.
+/// The held volume is 1000. The target is 2147483647, the number that means "not set".
 TEST_F(BasketPositions, TargetWithoutAVolumeCountsAsItsNumber) {
     hold("600001", 1000);
     ASSERT_TRUE(check(basket(35, {{"600001", kUnsetInt}})));
@@ -247,7 +247,7 @@ TEST_F(BasketPositions, WithTheCommandGuardTargetsWithoutAVolumeTradeNothing) {
 
 TEST_F(BasketPositions, CommandGuardTellsTargetsBeyondAnOrderInTheOrderOfTheRows) {
     addInstrument("600003", 10);
-    hold("600004", 10000); // as much as its target
+    hold("600004", 10000); // already equal to its target
     const COrderParam order =
         basket(35, {{"600003", 2000000}, {"600002", kUnsetInt}, {"600001", 2000000}, {"600004", 5}});
     const COrderStrategyParam times2000 = strategy().volume(2000);
@@ -270,7 +270,7 @@ TEST_F(BasketPositions, TargetByMoneyAtAPriceBelowZeroSellsNoMoreThanIsHeld) {
         const COrderParam order =
             basket(34, {{"600001", 900}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
         ASSERT_TRUE(check(order, strategy(EPriceType::Sell1).amount(1000))) << price;
-        EXPECT_EQ(records(), "A1 19 60 600001, A2 19 40 600001, ") << price; // down to the row's own 900
+        EXPECT_EQ(records(), "A1 19 60 600001, A2 19 40 600001, ") << price; // down to the target of 900
     }
 }
 
@@ -339,7 +339,7 @@ TEST_F(BasketPositions, CommandGuardTellsTargetsWithoutAVolume) {
 
 TEST_F(BasketPositions, TargetByMoneyWithoutAPriceIsTheVolumeOfTheRow) {
     hold("600001", 5000);
-    // The book is there before the day's first trade is.
+    // Before the first trade of the day, a quote may have a book but no last price.
     host.quotes.quotes.at(QStringLiteral("SH600001"))->m_dLastPrice = kUnsetDouble;
     const COrderParam order = basket(35, {{"600001", 100}}).set([](auto& o) { o.m_orders[0].m_dWeight = 1; });
     ASSERT_TRUE(check(order, strategy(EPriceType::Sell1).amount(50000).volume(9)));

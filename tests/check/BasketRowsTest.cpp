@@ -1,4 +1,4 @@
-// What a basket asks for each of its rows, and what its records carry.
+// The host calls for each row of a basket, and the contents of its records.
 #include "tests/check/BasketFixture.h"
 
 #include <cmath>
@@ -13,7 +13,7 @@ protected:
     boost::shared_ptr<fake::CQuote> quote(const char* key = "SH600001") {
         return host.quotes.quotes.at(QString::fromLatin1(key));
     }
-    /// A basket whose only row sells, under a number that names no operation.
+    /// A basket whose only row sells. The order's number names no operation.
     static COrderBuilder ownSale() {
         return basket(33, {{"600001", 100}}).set([](auto& o) { o.m_orders[0].m_eOperationType = 19; });
     }
@@ -44,7 +44,7 @@ protected:
             .arg(priceType);
     }
     int splitVolume() { return host.trade.splitCalls.at(host.trade.splitCalls.size() - 1).volume; }
-    /// Volume of each row of the order that reached the split.
+    /// The volumes that the order's rows have when they reach the split.
     std::vector<int> splitVolumes(const COrderParam& order, const COrderStrategyParam& with) {
         host.trade.splitCalls.clear();
         EXPECT_TRUE(check(order, with));
@@ -68,7 +68,7 @@ TEST_F(BasketRows, PricesGoByTheOrdersOperationAndAllElseByTheRows) {
         EXPECT_FALSE(calls[0].hasAutoPrice) << kind;
     }
     const auto origin = asked("origin");
-    ASSERT_EQ(origin.size(), 2u); // the wait's, and the test of the price
+    ASSERT_EQ(origin.size(), 2u); // one for the wait, one for the test of the price
     for (const fake::CPriceCall& call : origin)
         EXPECT_EQ(call.operation, EOperationType::Sell);
     EXPECT_EQ(host.trade.splitCalls.at(0).operation, EOperationType::Sell);
@@ -125,7 +125,7 @@ TEST_F(BasketRows, MoneyBuysAtTheLastPriceWhereTheRowHasNone) {
 }
 
 TEST_F(BasketRows, NegativeVolumeIsDroppedSilently) {
-    quote()->otherOrigin = 0; // a row that went on would be told
+    quote()->otherOrigin = 0; // a row that is not dropped would cause a message
     ASSERT_TRUE(check(basket(25, {{"600001", 100}}), strategy().volume(-1)));
     EXPECT_TRUE(host.trade.splitCalls.empty());
     EXPECT_TRUE(codes.empty());
@@ -211,7 +211,7 @@ TEST_F(BasketRows, QuotesAreWaitedForByTheRowsOfTheOrder) {
 }
 
 TEST_F(BasketRows, PriceOfZeroLeavesLaterRowsAlone) {
-    host.quotes.quotes.erase(QStringLiteral("SH600002")); // a row that went on would be waited for and told
+    host.quotes.quotes.erase(QStringLiteral("SH600002")); // a check of this row would wait and report
     COrderParam order = basket(25, {{"600001", 100}, {"600002", 100}});
     order.m_orders[0].m_dPrice = 0;
     order.m_orders[1].m_dPrice = 9;
@@ -301,7 +301,7 @@ TEST_F(BasketRows, SubscriptionsAreAllMadeBeforeTheFirstWaitAndHeldToTheEnd) {
     std::vector<int> alive;
     host.quotes.onRead = [&](const QString&, int) { alive.push_back(host.quotes.liveSubscriptions); };
     ASSERT_TRUE(check(basket(25, {{"600001", 100}, {"600002", 100}})));
-    EXPECT_EQ(alive, std::vector<int>(6, 2)); // three readings for each row
+    EXPECT_EQ(alive, std::vector<int>(6, 2)); // three reads for each row
     EXPECT_EQ(host.quotes.liveSubscriptions, 0);
 }
 
@@ -320,7 +320,7 @@ TEST_F(BasketRows, SettingTextIsReadWhateverTheKindAndTheSettingKeepsItsOwn) {
     }
 }
 
-// Volumes that are no int.
+// Volumes outside the range of int.
 
 TEST_F(BasketRows, VolumeBeyondAnIntIsNone) {
     ASSERT_TRUE(check(basket(25, {{"600001", 2000000}}), strategy().volume(2000)));
@@ -328,7 +328,7 @@ TEST_F(BasketRows, VolumeBeyondAnIntIsNone) {
     EXPECT_TRUE(codes.empty());
     host.trade.splitCalls.clear();
     ASSERT_TRUE(check(basket(25, {{"600001", 2000000}}), strategy().volume(-2000)));
-    EXPECT_TRUE(host.trade.splitCalls.empty()); // negative, however far
+    EXPECT_TRUE(host.trade.splitCalls.empty()); // dropped as negative, although outside the range of int
 }
 
 TEST_F(BasketRows, WeightsThatNearlyCancelGiveNoVolume) {
@@ -394,7 +394,7 @@ TEST_F(BasketRows, SharesOfRowsThatAreDroppedAreNotSpentOnOthers) {
 }
 
 TEST_F(BasketRows, MoneyIsWeightedThenSharedThenPriced) {
-    // Whole numbers in this order of steps; any other is one short in one of them.
+    // Each case gives a whole number with this order of steps. Any other order is one too low in some case.
     struct CCase {
         double amount, weight, otherWeight, price;
         int volume;
@@ -410,7 +410,7 @@ TEST_F(BasketRows, MoneyIsWeightedThenSharedThenPriced) {
 
 TEST_F(BasketRows, EqualShareIsTakenBeforeItIsPriced) {
     addInstrument("600003", 10);
-    quote()->otherCalc = 2.7; // priced first, or by the price of three, it would be 9999
+    quote()->otherCalc = 2.7; // another order of the steps would give 9999
     EXPECT_EQ(splitVolumes(weighted({{"600001", 0}, {"600002", 0}, {"600003", 0}}), strategy().amount(81000)),
               (std::vector<int>{10000, 1350, 2700}));
 }

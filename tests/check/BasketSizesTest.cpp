@@ -1,4 +1,4 @@
-// Baskets of no row, of one and of thousands, with rows among them that come twice or cannot be traded.
+// Baskets with no row, one row and thousands of rows. Some rows are repeated or cannot be traded.
 #include "tests/check/CheckFixture.h"
 
 namespace {
@@ -77,7 +77,7 @@ TEST_F(BasketSizes, ThousandsOfRowsKeepTheirOrderAndTheirQuotes) {
         EXPECT_EQ(codes[first + 1].m_account->getKey(), "A2");
         EXPECT_EQ(codes[first].m_nVolume + codes[first + 1].m_nVolume, 100 * (i % 9 + 1));
     }
-    EXPECT_EQ(fewest, kRows); // all quotes are on their way before the first row asks for its own
+    EXPECT_EQ(fewest, kRows); // all quotes are subscribed before the first row reads its quote
     EXPECT_EQ(host.quotes.liveSubscriptions, 0);
 }
 
@@ -92,7 +92,7 @@ TEST_F(BasketSizes, RepeatedCodesAreRowsOfTheirOwn) {
     ASSERT_TRUE(check(both(25), strategy().account(QStringLiteral("A1"))));
     EXPECT_EQ(records(),
               (std::vector<std::pair<std::string, int>>{{"600100", 100}, {"600101", 10}, {"600100", 200}}));
-    // As targets they add up: the first goes against what is held, the second is bought.
+    // As targets, repeated codes add up: the first is compared with the held volume, the second is bought.
     host.tasks.addPosition(host.user.accounts.at("A1"), "SH", "600100", 150);
     ASSERT_TRUE(check(both(35), strategy().account(QStringLiteral("A1"))));
     EXPECT_EQ(records(),

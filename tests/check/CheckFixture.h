@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-/// The base class with its three operations left empty: the checks themselves are what is tested.
+/// The base class with its three operations empty, because the tests are about its checks only.
 class CPlainService : public TC::COrderServiceBase {
 public:
     void filterStrategies(TC::COrderStrategyMap*) override {}

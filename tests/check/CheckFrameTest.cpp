@@ -6,7 +6,7 @@ namespace {
 
 using namespace TC;
 
-/// A family of its own, with the stock family's numbers and setting and with no step that may be left out.
+/// A test family with the order numbers and the setting of stocks, and without any optional step.
 class CheckFrame : public CheckFixture {
 protected:
     inline static const QString kCode = QStringLiteral("SH600000");
@@ -83,7 +83,7 @@ protected:
     static constexpr ESettingText kRules[] = {ESettingText::OrderKindThenPlain, ESettingText::PlainOnly,
                                               ESettingText::Always};
 
-    /// Sends an order with a setting text through the check; its record tells what became of the setting.
+    /// Sends an order with a setting text through the check. The returned record shows the resulting setting.
     CCodeOrderParam send(ESettingText rule, EOrderType orderKind = kOrderKind, const char* text = "price=5") {
         family.m_eSettingText = rule;
         codes.clear();

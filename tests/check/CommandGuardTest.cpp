@@ -1,4 +1,4 @@
-// Which commands the guard lets out, and what it says of the others.
+// The commands that the guard lets pass, and its messages about the others.
 #include "check/CommandGuard.h"
 
 #include "platform/HostCall.h"
@@ -17,7 +17,7 @@ class CommandGuard : public CheckFixture {
 protected:
     CommandGuard() { host.switches.on.insert(kCommandGuardSwitch); }
 
-    /// A record that lacks nothing.
+    /// A complete record.
     CCodeOrderParam record() {
         CCodeOrderParam good;
         good.m_account = host.user.accounts.at("A1");
@@ -138,16 +138,16 @@ TEST_F(CommandGuard, MoneyIsRepaidByItsAmount) {
     money.m_account = host.user.accounts.at("A1");
     money.m_eOperationType = static_cast<EOperationType>(operation);
     money.m_ePriceType = EPriceType::Specified;
-    money.m_nVolume = 0; // the whole part of the amount
+    money.m_nVolume = 0; // the amount without its fraction
     money.m_dQuantity = 0.5;
     host.rules.directRepays.clear();
-    EXPECT_FALSE(goesOut(money, 32)); // shares, as far as the host says
+    EXPECT_FALSE(goesOut(money, 32)); // the host says that this operation repays shares
     host.rules.directRepays = {operation};
     EXPECT_TRUE(goesOut(money, 32));
     money.m_nVolume = kUnsetInt;
     money.m_dQuantity = 1e10;
     EXPECT_TRUE(goesOut(money, 32));
-    EXPECT_FALSE(goesOut(money, 23)); // no repayment
+    EXPECT_FALSE(goesOut(money, 23)); // number 23 is not a repayment
     for (const double amount : {0.0, -5.0, std::nan(""), HUGE_VAL, kUnsetDouble}) {
         money.m_dQuantity = amount;
         EXPECT_FALSE(goesOut(money, 32)) << amount;
@@ -177,7 +177,7 @@ TEST_F(CommandGuard, ASaleOfAllLeavesOutWhatCannotBeSoldToday) {
     EXPECT_EQ(host.errorTexts(), std::vector<QString>(2, leftOut));
 }
 
-/// The text has a group of parameters for each record, by its place.
+/// The text contains one group of parameters for each record, in the order of the records.
 TEST_F(CommandGuard, TextOfAnAlgorithmIsMadeOfTheRecordsThatGoOut) {
     constexpr auto kAlgo = static_cast<EOrderType>(7);
     host.rules.algoPlatforms[kAlgo] = static_cast<ETradePlatform>(12);
@@ -204,7 +204,7 @@ TEST_F(CommandGuard, NoReportPromisesARestThatIsRefused) {
     EXPECT_EQ(onlyError(), refused(QStringLiteral("没有价格"), 26));
 }
 
-/// Every exception of the host arrives as one that names the operation.
+/// Every exception of the host is turned into one that names the operation.
 TEST_F(CommandGuard, AnAccountThatThrowsIsNamed) {
     struct CThrowing : CAccountInfo {
         std::string getKey() const override { throw 7; }

@@ -64,7 +64,7 @@ TEST_F(CommandIssue, CommandIsStampedToTheMillisecond) {
 }
 
 TEST_F(CommandIssue, CommandIsStampedWithTheClocksLocalTime) {
-    // Eight hours ahead of UTC wherever the test runs.
+    // Eight hours ahead of UTC, whatever the time zone of the machine is.
     class CShanghaiClock : public CFakeClock {
         QDateTime currentDateTime() override {
             QDateTime now = CFakeClock::currentDateTime();

@@ -14,7 +14,7 @@ protected:
     CreditCheck()
         : FamilyFixture(EOrderStrategyTradeType::Credit, &COrderServiceBase::checkAndFillOrderCredit) {}
 
-    /// Lets the stock's prices differ, and the operation of number 32 repay money.
+    /// Gives each kind of price a different value, and lets the operation of number 32 repay money.
     boost::shared_ptr<fake::CQuote> quoteInParts() {
         const auto quote = addQuote(QStringLiteral("SH600000"), 10);
         quote->otherCalc = 11;
@@ -81,7 +81,7 @@ TEST_F(CreditCheck, SettingOfATradeIsTakenAnew) {
     })));
     EXPECT_FALSE(host.rules.settingTexts.empty());
     EXPECT_NE(seen.m_eOrderType, algo);
-    EXPECT_EQ(seen.m_ePriceType, EPriceType::Specified); // the line's price type does not count
+    EXPECT_EQ(seen.m_ePriceType, EPriceType::Specified); // the line's price type is ignored
 }
 
 TEST_F(CreditCheck, TextOfATradeHasTheLastWordOnThePriceType) {
@@ -100,7 +100,7 @@ TEST_F(CreditCheck, UnusablePriceNamesTheCodeAlsoWhereItIsEmpty) {
     host.orders.errors.clear();
     EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 1, 1), priced(EPriceType::Latest)));
     EXPECT_EQ(onlyError(),
-              QStringLiteral("[文件单]　证券 [SH600000] 价5()无效, 无法下单!")); // no code in the word
+              QStringLiteral("[文件单]　证券 [SH600000] 价5()无效, 无法下单!")); // empty parentheses
 }
 
 TEST_F(CreditCheck, QuotedPricesOfATradeAreWaitedFor) {
@@ -236,7 +236,7 @@ TEST_F(CreditCheck, OtherRepaymentsSplitVolumes) {
 
 TEST_F(CreditCheck, RepaymentOfNothingDropsTheAccountSilently) {
     host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{0, 5}; };
-    ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 0, 5))); // and no test of a price of zero
+    ASSERT_TRUE(check(COrderBuilder(29).line(kCode, 0, 5))); // a price of zero is not refused either
     ASSERT_EQ(codes.size(), 1u);
     EXPECT_EQ(codes[0].m_account->getKey(), "A2");
     EXPECT_TRUE(host.errorTexts().empty());
@@ -251,7 +251,7 @@ TEST_F(CreditCheck, RepaymentKeepsItsOperationWhateverTheHostWrites) {
     EXPECT_EQ(codes[0].m_eOperationType, orderTypeToOperationType(29));
 }
 
-/// The route tests no price, so a file's "nan" would reach split and record.
+/// Repayments have no test of the price, so "nan" from a file could reach the split and the record.
 TEST_F(CreditCheck, RepaymentAtAPriceThatIsNoNumberHasNone) {
     for (const double price : {std::nan(""), HUGE_VAL}) {
         codes.clear();
@@ -317,7 +317,7 @@ TEST_F(CreditCheck, SettingOfARepaymentTakesTheOrdersKindAndTheLinesPriceType) {
     EXPECT_EQ(host.rules.settingTexts.size(), 1u);
     ASSERT_TRUE(check(order(7)));
     EXPECT_EQ(static_cast<int>(codes.at(0).m_eOrderType), 7);
-    EXPECT_EQ(host.rules.settingTexts.size(), 1u); // an algorithm's text is not read
+    EXPECT_EQ(host.rules.settingTexts.size(), 1u); // the text of an algorithm is not read
 }
 
 TEST_F(CreditCheck, AmountThatIsNoNumberIsRefusedByTheSplit) {

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-/// The checks of all product families in one form, each with an order number and an instrument of its own.
+/// The checks of all product families in one form. Each has an example order number and instrument.
 namespace families {
 
 using CCheck = bool (*)(const TC::COrderServiceBase&, TC::COrderParam, const TC::COrderStrategyParam&,
@@ -30,9 +30,9 @@ struct CFamilyUnderTest {
     TC::EOrderStrategyTradeType family;
     CCheck check;
     int number;         ///< an order number that opens or buys
-    const char* list;   ///< that its instruments stand on; null: they are stocks
-    const char* market; ///< word in front of the code in the key; empty: the key is the code
-    const char* code;   ///< as an order gives it
+    const char* list;   ///< list of its instruments; null: its instruments are stocks
+    const char* market; ///< prefix of the code in the key; empty: the key is the code
+    const char* code;   ///< the code as an order contains it
 
     std::string key() const { return std::string(market) + code; }
 };
@@ -63,7 +63,7 @@ inline const CFamilyUnderTest& find(TC::EOrderStrategyTradeType family) {
     throw std::runtime_error("no family of the trade type " + std::to_string(static_cast<int>(family)));
 }
 
-/// Puts an instrument of the family on the host; it trades, at that price. Stocks may stand in baskets.
+/// Adds an instrument of the family to the host. It is tradable at this price; stocks are allowed in baskets.
 inline void addInstrument(CFakeHost& host, const CFamilyUnderTest& family, const std::string& code,
                           double price) {
     const std::string key = family.market + code;
@@ -82,14 +82,15 @@ inline void addInstrument(CFakeHost& host, const CFamilyUnderTest& family, const
     host.quotes.quotes.at(QString::fromStdString(key))->m_nDayCount = 1;
 }
 
-/// The group "G" of the accounts A1 and A2, as the host has it for stocks, under the family's broker kind.
+/// Adds the group "G" with the accounts A1 and A2 under the family's broker kind, as the host has it for
+/// stocks.
 inline void addGroup(CFakeHost& host, const CFamilyUnderTest& family) {
     const TC::EQDBrokerType broker = host.rules.orderStrategyTradeTypeToBrokerType(family.family);
     if (host.user.groups.count({broker, "G"}) == 0)
         host.user.addGroup(broker, "G", {{"A1", 0.6}, {"A2", 0.4}});
 }
 
-/// A strategy of the family for the accounts of the group "G", whose setting has that price type.
+/// A strategy of the family for the accounts of the group "G". Its setting has this price type.
 inline CStrategyBuilder strategyOf(const CFamilyUnderTest& family, TC::EPriceType priceType) {
     return CStrategyBuilder().family(family.family).set([&](auto& s) {
         s.setting(TC::findFamily(family.family)->m_eSlot).m_ePriceType = priceType;

@@ -4,8 +4,8 @@
 
 #include <boost/make_shared.hpp>
 
-/// One family's check on the fake host: the group "G" of accounts A1 and A2, at 0.6 and 0.4, also exists
-/// under the family's own broker type.
+/// The check of one family on the fake host. The group "G" with the accounts A1 (0.6) and A2 (0.4) also
+/// exists under the family's broker type.
 class FamilyFixture : public CheckFixture {
 protected:
     using CCheck = bool (TC::COrderServiceBase::*)(TC::COrderParam, TC::COrderStrategyParam,
@@ -44,7 +44,7 @@ protected:
         return quote;
     }
     int splitVolume() const { return host.trade.splitCalls.back().volume; }
-    /// The numbers from -1 to 130 that the check does not take for their number.
+    /// The numbers from -1 to 130 that the check does not refuse as an invalid number.
     std::vector<int> acceptedNumbers(const QString& code) {
         std::vector<int> accepted;
         for (int number = -1; number <= 130; ++number) {

@@ -1,4 +1,4 @@
-// What holds for every split, position exchange and sharing of money, tried on random cases.
+// Properties of every split, position exchange and division of money, tested with random cases.
 #include "check/PositionExchange.h"
 #include "records/Portfolio.h"
 #include "tests/check/BasketFixture.h"
@@ -18,7 +18,7 @@ using namespace TC;
 
 constexpr int kRounds = 400;
 
-/// Random numbers that are the same in every run and with every standard library.
+/// Random numbers. The sequence is the same in every run and with every standard library.
 class CRandom {
 public:
     explicit CRandom(unsigned seed) : m_engine(seed) {}
@@ -55,7 +55,7 @@ int change(EOperationType operation, int volume) {
 
 // Splits.
 
-/// A family's check with one of its order numbers whose volume is split.
+/// A family and one of its order numbers whose volume is split.
 struct CSplitFamily {
     const char* name;
     EOrderStrategyTradeType family;
@@ -70,7 +70,7 @@ class SplitProperties : public CheckFixture, public testing::WithParamInterface<
 protected:
     SplitProperties() { families::addInstrument(host, tested(), tested().code, 10.5); }
     const families::CFamilyUnderTest& tested() const { return families::find(GetParam().family); }
-    /// A group of up to eight accounts, some with no share, under a name of its own.
+    /// Adds a group of up to eight accounts with a new name. Some accounts have a share of zero.
     QString addGroup(CRandom& random, int round) {
         const EQDBrokerType broker = host.rules.orderStrategyTradeTypeToBrokerType(GetParam().family);
         std::vector<std::pair<std::string, double>> members;
@@ -136,7 +136,8 @@ TEST_P(SplitProperties, RecordsAreTheVolumesThatTheHostGave) {
     }
 }
 
-// Orders of the share-transfer market have no split; so do money and single contracts of credit accounts.
+// The share-transfer market does not split volumes. Amounts of money and single contracts of credit accounts
+// are not split either.
 INSTANTIATE_TEST_SUITE_P(Families, SplitProperties,
                          testing::Values(CSplitFamily{"Stock", EOrderStrategyTradeType::Stock, 23},
                                          CSplitFamily{"Future", EOrderStrategyTradeType::Future, 0},
@@ -180,7 +181,7 @@ std::multiset<CRowKey> contentOf(const QVector<COrderSingleParam>& rows) {
 
 class PositionProperties : public CheckFixture {
 protected:
-    /// Positions in some of the first codes, and targets in some of the same and others.
+    /// Positions in some of the first codes, and targets in some of these codes and in others.
     struct CCase {
         CPositions positions;
         QVector<COrderSingleParam> targets;
@@ -277,13 +278,13 @@ TEST_F(PositionProperties, OrderOfTheListsChangesNoOrderOfDistinctCodes) {
     }
 }
 
-// Target lists through the whole check, with instruments that cannot be traded among them.
+// Target lists in the complete check. Some of their instruments cannot be traded.
 
 class TargetListProperties : public PositionProperties {
 protected:
     TargetListProperties() {
         for (int i = 0; i < 35; ++i) {
-            if (i % 9 == 3) continue; // nobody knows these
+            if (i % 9 == 3) continue; // the host does not know these codes
             host.addStock("SH", codeOf(i).toStdString(), 10 + i);
             host.types.types.insert({knservice::kBasketTypes[0], "SH" + codeOf(i).toStdString()});
             quote(i).m_nDayCount = 1;
@@ -338,10 +339,10 @@ TEST_F(TargetListProperties, WhatCanBeTradedEndsAtItsTargetAndNothingElseMoves) 
 class WeightProperties : public CheckFixture {
 protected:
     static constexpr int kCodes = 40;
-    static constexpr int kKept = 7; ///< what a row that cannot be priced still says afterwards
+    static constexpr int kKept = 7; ///< initial volume; rows that cannot be priced must keep it
 
-    /// Instruments at random prices and units; some have a price of about zero, none, or a negative one, some
-    /// have no quote, and some nobody knows.
+    /// Replaces the instruments. Prices and units are random. Some prices are missing, negative or almost
+    /// zero. Some instruments have no quote, and some codes are unknown to the host.
     void renewInstruments(CRandom& random) {
         host.exchange.stocks.clear();
         host.quotes.quotes.clear();
@@ -355,7 +356,7 @@ protected:
         }
     }
     static QString keyOf(int index) { return QStringLiteral("SH") + codeOf(index); }
-    /// Rows of random codes, which may come twice, with random weights; none of them negative.
+    /// Rows of random codes with random weights. A code may be repeated. No weight is negative.
     static QVector<COrderSingleParam> makeRows(CRandom& random) {
         QVector<COrderSingleParam> rows;
         const int count = 1 + random.upTo(60);
@@ -365,7 +366,7 @@ protected:
         }
         return rows;
     }
-    /// The latest price of a row, or 0 where it has none that buys anything.
+    /// The latest price of a row, or 0 if nothing can be bought at this price.
     double priceOf(const COrderSingleParam& row) const {
         const auto found = host.quotes.quotes.find(QStringLiteral("SH") + row.m_strCode);
         if (found == host.quotes.quotes.end()) return 0;
@@ -392,7 +393,7 @@ TEST_F(WeightProperties, NoMoreThanTheAmountIsSpentAndUnitsStayWhole) {
             if (sum == 0 || price == 0) continue;
             EXPECT_GE(row.m_nVolume, 0) << round;
             EXPECT_EQ(row.m_nVolume % unitOf(row), 0) << round;
-            // One unit more would not have been paid for.
+            // The money must not suffice for one more unit.
             EXPECT_GT((row.m_nVolume + unitOf(row)) * price, row.m_dWeight / sum * amount - 1e-6) << round;
             spent += row.m_nVolume * price;
         }
@@ -409,7 +410,7 @@ TEST_F(WeightProperties, RowsThatCannotBePricedAreLeftAlone) {
         rows.front().m_dWeight = 1;
         service.calcVolumnByWeight(rows, 1000000);
         for (const COrderSingleParam& row : qAsConst(rows)) {
-            // A weight of zero buys zero at any price but zero itself.
+            // With a weight of zero the volume is zero, unless the price is zero.
             if (priceOf(row) > 0 || row.m_dWeight == 0) continue;
             EXPECT_EQ(row.m_nVolume, kKept) << round << " " << row.m_strCode.toStdString();
             ++left;

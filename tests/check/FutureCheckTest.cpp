@@ -10,7 +10,7 @@ using namespace TC;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-/// The two families of contracts that are opened and closed.
+/// The two families whose contracts are opened and closed.
 struct CContractCase {
     const char* name;
     EOrderStrategyTradeType family;
@@ -34,7 +34,7 @@ protected:
         addQuote(kCode, 3500);
     }
     static COrderParam order() { return COrderBuilder(0).line(kCode, 3501, 10); }
-    /// An order with both limits in its line.
+    /// An order whose line has both limits.
     static COrderBuilder limits(double first, double second) {
         return COrderBuilder(0).line(kCode, 3500, 1).set([=](auto& o) {
             o.m_orders[0].m_bHasFirstLimit = o.m_orders[0].m_bHasSecondLimit = true;
@@ -87,7 +87,7 @@ TEST_P(FutureCheck, LimitsOfTheLineGoIntoTheSetting) {
         setting.m_dFirstLimit = 5;
     })));
     EXPECT_FALSE(seen.m_bFirstLimitOn);
-    EXPECT_EQ(seen.m_dFirstLimit, kUnsetDouble); // overwritten all the same
+    EXPECT_EQ(seen.m_dFirstLimit, kUnsetDouble); // overwritten although the limit is off
     EXPECT_TRUE(seen.m_bSecondLimitOn);
 }
 
@@ -193,7 +193,7 @@ TEST_P(FutureCheck, PriceOfTheQuoteMustBeANumber) {
         EXPECT_FALSE(check(order(), priced(EPriceType::Latest))) << price;
         EXPECT_EQ(onlyError(), unusable(5)) << price;
         EXPECT_TRUE(host.trade.splitCalls.empty());
-        // Where the quote's price is not asked for, it does not reach the host either.
+        // This price type does not read the quote, so the quote's price must not reach the host either.
         host.quotes.quotes[kCode]->m_dFallbackPrice = price;
         EXPECT_TRUE(check(order(), priced(EPriceType::NoQuote))) << price;
         EXPECT_EQ(host.trade.splitCalls.back().price, kUnsetDouble) << price;

@@ -6,7 +6,7 @@ namespace {
 
 using namespace TC;
 
-/// A market with a list of instruments of its own.
+/// A market with its own list of instruments.
 struct CMarketCase {
     const char* name;
     EOrderStrategyTradeType family;
@@ -181,7 +181,7 @@ TEST_F(NeeqCheck, OnlyValidates) {
 
 TEST_F(NeeqCheck, TradesNameTheStocksOfTheExchanges) {
     EXPECT_TRUE(check(COrderBuilder(23).line(QStringLiteral("600000"), 1, 100)));
-    EXPECT_FALSE(check(COrderBuilder(23).line(QStringLiteral("SH600000"), 1, 100))); // no full codes here
+    EXPECT_FALSE(check(COrderBuilder(23).line(QStringLiteral("SH600000"), 1, 100))); // full codes are refused
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　通道号: 3, 下单代码 [SH600000] 不合法!"));
     EXPECT_FALSE(place(24));
     EXPECT_FALSE(check(COrderBuilder(66).line(QStringLiteral("600000"), 1, 100)));

@@ -1,4 +1,4 @@
-// Which orders ask the user's configuration whether their price type is allowed.
+// The orders for which the check asks the user's configuration whether the price type is allowed.
 #include "tests/check/CheckFixture.h"
 #include "tests/check/FamilyChecks.h"
 
@@ -9,7 +9,7 @@ namespace {
 using namespace TC;
 using families::CFamilyUnderTest;
 
-/// The order numbers of a family whose checks ask; all others of the family do not.
+/// The order numbers of a family whose check asks. The other numbers of the family do not ask.
 struct CAskingNumbers {
     families::EFamily family;
     std::vector<int> numbers;
@@ -39,8 +39,8 @@ protected:
         families::addGroup(host, GetParam());
         host.switches.on.insert("mdl_order_compose_basket_buy_sell");
     }
-    /// How often an order of the number asks. Locks of options and the plain numbers of the share-transfer
-    /// market name a stock.
+    /// How often the check of an order with this number asks. Option locks and the plain numbers of the
+    /// share-transfer market need the code of a stock.
     std::size_t callsOf(int number, EPriceType priceType) {
         const bool isStock = isStockLockOrder(number) ||
                              (GetParam().family == families::EFamily::Neeq && number <= kOrderSell);
@@ -79,7 +79,7 @@ TEST_P(PriceTypeCalls, NoOrderAsksAtASpecifiedPrice) {
 INSTANTIATE_TEST_SUITE_P(Families, PriceTypeCalls, testing::ValuesIn(families::kFamilies),
                          [](const auto& test) { return std::string(test.param.name); });
 
-/// The sale of all positions, which a basket's strategy takes.
+/// Basket strategies accept the sale of all positions.
 TEST_F(CheckFixture, SaleOfAllPositionsDoesNotAskForThePriceType) {
     const CFamilyUnderTest& basket = families::find(families::EFamily::Basket);
     families::addInstrument(host, basket, basket.code, 10.5);

@@ -1,4 +1,4 @@
-// The kind of an order where its setting text names one, in every family whose check makes records.
+// The kind of an order whose setting text names a kind, in every family whose check makes records.
 #include "tests/check/CheckFixture.h"
 #include "tests/check/FamilyChecks.h"
 

@@ -1,5 +1,5 @@
-// An order of several lines: only baskets take one. Neither files nor sockets can make it for another family,
-// so the checks are asked themselves.
+// Orders with several lines: only baskets accept them. Files and sockets cannot create such orders for other
+// families, so the tests call the checks directly.
 #include "tests/check/CheckFixture.h"
 #include "tests/check/FamilyChecks.h"
 

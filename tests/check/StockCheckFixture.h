@@ -2,13 +2,13 @@
 
 #include "tests/check/CheckFixture.h"
 
-/// Orders on their way through the stock family's check.
+/// Sends orders through the check of the stock family.
 class StockCheckFixture : public CheckFixture {
 protected:
     bool check(const TC::COrderParam& order, const TC::COrderStrategyParam& strategy = CStrategyBuilder()) {
         return service.checkAndFillOrderStock(order, strategy, codes, weights);
     }
-    /// Volume that reached the split.
+    /// The volume that the split received.
     int splitVolume() const { return host.trade.splitCalls.at(0).volume; }
     boost::shared_ptr<fake::CQuote> quote() { return host.quotes.quotes.at(QStringLiteral("SH600000")); }
     static CStrategyBuilder latestPrice() { return CStrategyBuilder().price(TC::EPriceType::Latest); }

@@ -408,7 +408,7 @@ TEST_F(StockCheck, NullAccountIsPassedOver) {
 }
 
 TEST_F(StockCheck, ZeroPriceOnARecordRefusesTheOrder) {
-    // The order's price is fine, but the trading layer stamps the record with another.
+    // The order's price is valid, but the trading layer sets another price on the record.
     host.rules.onFixTimeRange = [](CCodeOrderParam& record) { record.m_dPrice = 0; };
     EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, 100)));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
@@ -420,7 +420,7 @@ TEST_F(StockCheck, ZeroPriceOnALaterRecordRefusesTheOrderToo) {
     };
     EXPECT_FALSE(check(COrderBuilder(23).line(kCode, 10.5, 1000)));
     EXPECT_EQ(onlyError(), QStringLiteral("[文件单]　不能以0为模型价报单!"));
-    ASSERT_EQ(codes.size(), 1u); // what is left is for the caller to throw away
+    ASSERT_EQ(codes.size(), 1u); // the caller must discard the remaining record
     EXPECT_EQ(codes[0].m_nVolume, 600);
 }
 

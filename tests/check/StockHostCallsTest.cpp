@@ -1,5 +1,5 @@
-// What the host is asked on the way of a stock order: each argument has a value of its own, so that none can
-// stand in for another.
+// The arguments of the host calls for a stock order. Each argument has a different value, so that a mix-up is
+// detected.
 #include "tests/check/StockCheckFixture.h"
 
 namespace {
@@ -10,7 +10,7 @@ class StockHostCalls : public StockCheckFixture {
 protected:
     StockHostCalls() { host.user.addGroup(EQDBrokerType::Credit, "G", {{"A1", 0.6}, {"A2", 0.4}}); }
 
-    /// A strategy whose family has another broker type than stocks, and whose setting has a kind.
+    /// A strategy of a family whose broker type is not that of stocks. Its setting has an order kind.
     static CStrategyBuilder otherFamily() {
         return latestPrice().family(EOrderStrategyTradeType::Credit).set([](auto& s) {
             s.m_stockSetting.m_eOrderType = static_cast<EOrderType>(4);
@@ -43,7 +43,7 @@ TEST_F(StockHostCalls, PriceTypeIsAskedForWithTheWholeOrder) {
 TEST_F(StockHostCalls, EveryPriceIsReadForTheOrdersOperation) {
     const std::map<int, EOperationType> operations{{23, EOperationType::Buy}, {24, EOperationType::Sell}};
     for (const auto& [number, operation] : operations) {
-        host.setPrice(QStringLiteral("SH600000"), 10.5); // a fresh quote that nobody has asked yet
+        host.setPrice(QStringLiteral("SH600000"), 10.5); // a new quote without recorded requests
         ASSERT_TRUE(check(COrderBuilder(number).line(kCode), latestPrice().amount(100000)));
         std::set<std::string> kinds;
         for (const fake::CPriceCall& call : quote()->calls.all()) {

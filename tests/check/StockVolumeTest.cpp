@@ -86,7 +86,7 @@ TEST_F(StockVolume, AmountNeverBuysAtTheFallbackPriceWhereTheQuoteHasNone) {
     quote()->m_dFallbackPrice = 9.9;
     EXPECT_FALSE(check(COrderBuilder(23).line(kCode), latestPrice().amount(100000)));
     EXPECT_EQ(splitVolume(), kUnsetInt);
-    EXPECT_EQ(host.trade.splitCalls.at(0).price, 9.9); // the split itself may use it
+    EXPECT_EQ(host.trade.splitCalls.at(0).price, 9.9); // only the split may use this price
 }
 
 TEST_F(StockVolume, AmountAboveTheRangeOfIntIsUsable) {

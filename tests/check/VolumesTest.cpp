@@ -72,7 +72,7 @@ TEST_F(WeightedVolumes, ShareThatIsNoNumberOfSharesIsNone) {
 TEST_F(WeightedVolumes, WeightsOfAHundredThousandthInAllAreNone) {
     EXPECT_EQ(volumes({row("600001", 4e-6), row("600002", 6e-6)}, 1e6), (std::vector<int>{0, 0}));
     EXPECT_EQ(volumes({row("600001", -1e-6)}, 1e6), std::vector<int>{0});
-    EXPECT_EQ(volumes({row("600001", 1.0 / 65536)}, 1e6), std::vector<int>{100000}); // 1.5e-5
+    EXPECT_EQ(volumes({row("600001", 1.0 / 65536)}, 1e6), std::vector<int>{100000}); // weight 1.5e-5
 }
 
 TEST_F(WeightedVolumes, WithoutAPriceAboveZeroTheVolumeIsKept) {
@@ -83,7 +83,7 @@ TEST_F(WeightedVolumes, WithoutAPriceAboveZeroTheVolumeIsKept) {
     }
     setLast("SH600001", 1e-5);
     EXPECT_EQ(volumes({row("600001", 1)}, 1000),
-              std::vector<int>{99999900}); // 1000 divided by 1e-5 is a hair less
+              std::vector<int>{99999900}); // in double, 1000 / 1e-5 is slightly less than 1e8
 }
 
 TEST_F(WeightedVolumes, WeightsThatAreNotFiniteLeaveEveryRow) {
@@ -96,7 +96,7 @@ TEST_F(WeightedVolumes, WeightsThatAreNotFiniteLeaveEveryRow) {
 TEST_F(WeightedVolumes, AmountIsMultipliedBeforeItIsDivided) {
     setLast("SH600001", 1);
     setLast("SH600002", 1);
-    // One forty-ninth first would leave the first share a hair short of its unit.
+    // If 1 were divided by 49 first, rounding errors would make the first share too small for its unit.
     EXPECT_EQ(volumes({row("600001", 1), row("600002", 48)}, 4900), (std::vector<int>{100, 4800}));
 }
 

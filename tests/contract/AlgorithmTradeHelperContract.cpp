@@ -30,7 +30,7 @@ TEST_P(AlgorithmTradeHelperContract, TextThatIsNotUnderstoodIsRefused) {
     EXPECT_FALSE(helper().getAlgOrderSettingFromString(world().unreadableAlgorithmText, setting));
 }
 
-// A host fills the setting that it is given, or puts one of its own in the place.
+// A host may fill the setting that it receives, or replace it with its own.
 TEST_P(AlgorithmOrdersContract, TextThatIsUnderstoodGivesASettingOfItsOwn) {
     ASSERT_FALSE(world().algorithmTexts.empty());
     for (const std::string& text : world().algorithmTexts) {

@@ -11,12 +11,12 @@
 
 namespace contract {
 
-/// The kind that runHostContract was given: alone in a list, or no kind if `trait` does not fit.
+/// The kind that runHostContract received, as a list with one element. Empty if `trait` does not fit.
 std::vector<CContractHostKind> allHosts();
 std::vector<CContractHostKind> hostsWith(EHostTrait trait);
 std::vector<CContractHostKind> hostsWithout(EHostTrait trait);
 
-/// How test output names the kind.
+/// Prints the name of the kind in test output.
 inline void PrintTo(const CContractHostKind& kind, std::ostream* out) {
     *out << kind.name;
 }
@@ -25,19 +25,19 @@ inline std::string contractHostName(const testing::TestParamInfo<CContractHostKi
     return info.param.name;
 }
 
-/// A suite's fixture: a host of the kind, installed for the test.
+/// The fixture of a suite: a host of the kind, installed for the test.
 class CContractTest : public testing::TestWithParam<CContractHostKind> {
 protected:
     const CContractWorld& world() const { return m_host->world(); }
     bool has(EHostTrait trait) const { return GetParam().lacks.count(trait) == 0; }
 
-    /// Runs the work on another thread, to its end.
+    /// Runs the work on another thread and waits for its end.
     template<typename Work>
     static void onAnotherThread(const Work& work) {
         std::thread(work).join();
     }
 
-    /// Runs the work many times on several threads at once.
+    /// Runs the work many times on several threads at the same time.
     template<typename Work>
     static void onManyThreads(const Work& work) {
         constexpr int kThreads = 4;
@@ -59,7 +59,7 @@ private:
 
 } // namespace contract
 
-/// Runs a suite against every host, against those with something, or against those without it.
+/// Runs a suite against every host, only against hosts with a trait, or only against hosts without it.
 #define CONTRACT_SUITE_OF(Suite, hosts)                                                                      \
     GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Suite);                                                    \
     INSTANTIATE_TEST_SUITE_P(Hosts, Suite, testing::ValuesIn(hosts), contract::contractHostName)

@@ -11,18 +11,18 @@
 #include <string>
 #include <vector>
 
-/// The promises of the host services as a program that any host can run: link OrderService::contract and call
-/// runHostContract from main. Needs GoogleTest.
+/// Tests that a host keeps the promises of the host services. Any host can run them: link
+/// OrderService::contract and call runHostContract from main. Needs GoogleTest.
 namespace contract {
 
-/// What a host may do without. Whatever a host does not list among the things that it lacks is tested, and
-/// must be in its CContractWorld. Of what it lacks, the suites test that it says so: an empty answer or a
-/// refusal, and never an order that goes out on other terms.
+/// The optional abilities of a host. A host lists those that it lacks. All others are tested, and
+/// CContractWorld must describe them. For a missing ability the suites test that the host reports it: with an
+/// empty answer or a refusal, and never with an order that goes out on other terms.
 enum class EHostTrait {
-    AccountGroups,   ///< several accounts under one name, with a weight each
+    AccountGroups,   ///< several accounts under one name, each with a weight
     NamedBaskets,    ///< CUserConfig::getBaskets
     Positions,       ///< the accounts' positions in the data centre
-    TradeParameters, ///< the text behind `orderParam=`, and accounts named in it
+    TradeParameters, ///< the text after `orderParam=`, and accounts that it names
     SettingTexts,    ///< setting texts of single orders
     Algorithms,      ///< algorithm orders
     Credit,          ///< margin trading
@@ -35,47 +35,48 @@ enum class EHostTrait {
     ShareTransfer,
 };
 
-/// What the host under test holds, as far as the suites must know it. Texts in std::string are UTF-8 unless
-/// they say otherwise. Fields of what the host lacks stay empty.
+/// What the suites must know about the host under test. Texts in std::string are UTF-8 unless stated
+/// otherwise. Fields for missing abilities stay empty.
 struct CContractWorld {
-    /// A stock that trades, of type kTypeTradableStock, with a quote, and its key as qdStockKey makes it.
+    /// A tradable stock of type kTypeTradableStock with a quote, and its key as qdStockKey returns it.
     std::string market, code;
     QString stockKey;
     QString unknownStockKey;
 
-    /// An account that is logged in, rich enough for any volume that the suites split, and its kind.
+    /// An account that is logged in, and its kind. It must have enough money for every volume that the suites
+    /// split.
     std::string account;
     TC::EQDBrokerType broker = TC::EQDBrokerType::Stock;
-    QString unknownName; ///< no group and no account
+    QString unknownName; ///< neither a group nor an account
 
-    /// AccountGroups: a group of that kind and its members, each as good as `account`.
+    /// AccountGroups: a group of that kind and its members. Each member must be as usable as `account`.
     QString group;
     std::vector<std::string> groupAccounts;
 
     /// NamedBaskets: a basket with rows.
     QString basket;
 
-    /// Positions: an account that holds some.
+    /// Positions: an account that holds at least one position.
     std::string holder;
 
-    /// The markets beside stocks: an instrument of each, as orders ask for it.
+    /// Markets other than stocks: one instrument key of each, as orders use it.
     QString futureKey, optionKey, futureOptionKey, sgtKey, hgtKey, goldKey, neeqKey;
 
-    /// TradeParameters: texts behind `orderParam=`, GBK. The remark of the first is given as it must come
-    /// back, in GBK.
+    /// TradeParameters: texts after `orderParam=`, in GBK. The remark is what the host must return for the
+    /// first text, in GBK.
     std::string tradeParam, tradeParamRemark;
     std::string unreadableTradeParam;
 
-    /// SettingTexts: one that names a price type and no command remark.
+    /// SettingTexts: a text with a price type and without a command remark.
     QString settingText;
     TC::EPriceType settingPriceType = TC::unsetEnum<TC::EPriceType>();
 
     /// Algorithms: setting texts of algorithm orders that the host understands.
     std::vector<std::string> algorithmTexts;
-    /// One that it does not understand.
+    /// A setting text that the host does not understand.
     std::string unreadableAlgorithmText = "?";
 
-    int unknownTask = 404; ///< an id without tasks
+    int unknownTask = 404; ///< an id that has no tasks
 };
 
 /// The host under test, installed with TC::installHost for as long as the object lives.
@@ -86,15 +87,15 @@ public:
 };
 
 struct CContractHostKind {
-    std::string name; ///< letters only: part of the tests' names
-    /// Makes and installs the host. Called once for each test, on the main thread; throws if it cannot.
+    std::string name; ///< letters only, because test names contain it
+    /// Creates and installs the host. Called once for each test, on the main thread. Throws on failure.
     std::function<std::unique_ptr<IContractHost>()> make;
     std::set<EHostTrait> lacks;
 };
 
-/// Runs all suites against the host, and says first what it lacks. Takes GoogleTest's arguments. Makes a
-/// QCoreApplication unless there is one. Once in a process, from main; gives main's result: 0 if the host
-/// keeps every promise.
+/// First prints which abilities the host lacks, then runs all suites against it. Takes GoogleTest's
+/// arguments. Creates a QCoreApplication if there is none. Call it once in a process, from main. Returns the
+/// result for main: 0 if the host keeps every promise.
 int runHostContract(int argc, char** argv, CContractHostKind kind);
 
 } // namespace contract

@@ -20,7 +20,7 @@ using contract::EHostTrait;
 class ExchangeContract : public contract::CContractTest {
 protected:
     CExchangeClient& exchange() const { return CExchangeClient::instance(); }
-    /// Each list with the host's instrument on it.
+    /// A list of the host and the instrument on it.
     struct CList {
         bool (CExchangeClient::*isKnown)(const QString&);
         QString key;

@@ -17,7 +17,7 @@ using contract::EHostTrait;
 
 class OrderClientContract : public contract::CContractTest {
 protected:
-    /// A small buy of the known stock on the known account.
+    /// A small buy order for the known stock and the known account.
     COrderComandParamPtr command() const {
         std::vector<CAccountInfoPtr> accounts;
         std::vector<double> ratios;

@@ -44,7 +44,7 @@ void linkSuites() {
     linkUserConfigSuites();
 }
 
-/// Told before and after the tests, so that nobody takes a pass for more than it is.
+/// Printed before and after the tests. A passed run does not cover the missing abilities.
 void tellWhatIsLacking() {
     const CContractHostKind& kind = kindUnderTest();
     std::cout << "host " << kind.name << (kind.lacks.empty() ? " lacks nothing\n" : " says that it lacks:\n");
@@ -74,7 +74,7 @@ int runHostContract(int argc, char** argv, CContractHostKind kind) {
         throw std::invalid_argument("runHostContract: the kind needs a name and a way to make the host");
     kindUnderTest() = std::move(kind);
     linkSuites();
-    // GoogleTest makes the tests of the kind here, so the kind must be known by now.
+    // GoogleTest creates the tests for the kind here, so the kind must be set before.
     testing::InitGoogleTest(&argc, argv);
     std::unique_ptr<QCoreApplication> app;
     if (QCoreApplication::instance() == nullptr) app = std::make_unique<QCoreApplication>(argc, argv);

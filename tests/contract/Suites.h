@@ -2,8 +2,8 @@
 
 namespace contract {
 
-// One function for each file of suites. Calling it makes the linker take the file out of the static library;
-// without that its tests would be missing without a word.
+/// One function for each file of suites. Calling it makes the linker include that file of the static library.
+/// Otherwise its tests would be missing without any message.
 void linkAlgorithmSuites();
 void linkEnvironmentSuites();
 void linkExchangeSuites();

@@ -23,7 +23,7 @@ namespace {
 using namespace TC;
 using contract::EHostTrait;
 
-/// Over which accounts something is divided.
+/// The accounts over which a volume or an amount is divided.
 struct CWay {
     QString name;
     std::vector<CAccountInfoPtr> accounts;
@@ -41,7 +41,7 @@ protected:
         : unit(knservice::getTradeMinUnit(world().market, world().code, EOperationType::Buy)),
           alone(world().broker, ESelectedAccountType::Account, QString::fromStdString(world().account)) {}
 
-    /// The account alone and, if the host has groups, the accounts of the group.
+    /// The account alone and, if the host has groups, also the accounts of the group.
     std::vector<CWay> ways() const {
         std::vector<CWay> result{alone};
         if (has(EHostTrait::AccountGroups))
@@ -61,7 +61,7 @@ protected:
         return CTradeClient::instance().splitMoney(amount, way.accounts, way.ratios, EPositionType{},
                                                    EOperationType::Buy, way.error);
     }
-    /// Whether each account has its share, none below nothing, and all of it is given out.
+    /// Whether each account has a share, no share is negative, and the shares add up to the volume.
     static bool isWhole(const CWay& way, const std::vector<int>& volumes, int volume) {
         const bool negative = std::any_of(volumes.begin(), volumes.end(), [](int v) { return v < 0; });
         return !volumes.empty() && volumes.size() == way.accounts.size() && !negative &&

@@ -39,7 +39,7 @@ CONTRACT_SUITE_WITH(FutureRulesContract, EHostTrait::Futures);
 class CreditRulesContract : public TradingRulesContract {};
 CONTRACT_SUITE_WITH(CreditRulesContract, EHostTrait::Credit);
 
-/// A record in which every field holds something.
+/// A record with a value in every field.
 COrderTradeParam usedTradeParam() {
     COrderTradeParam param;
     param.m_strRemark = "used";
@@ -199,7 +199,7 @@ TEST_P(FutureRulesContract, ClosingIsToldFromOpening) {
     EXPECT_TRUE(isClose(orderTypeToOperationType(kCloseLong)));
 }
 
-// Otherwise an order for an amount of money would repay the strategy's volume instead.
+// If this is wrong, an order for an amount of money repays the strategy's volume instead.
 TEST_P(CreditRulesContract, NumbersWithAnAmountRepayMoneyAndNoOthers) {
     for (const int number : {kOrderCreditAmount, kOrderCreditFurther})
         EXPECT_TRUE(isDirectRepay(orderTypeToOperationType(number))) << number;

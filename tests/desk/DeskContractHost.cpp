@@ -1,4 +1,4 @@
-// The host services' promises, kept by the desk: the contract suites on a copy of its demo folder.
+// Runs the contract suites of the host services against the desk, on a copy of its demo folder.
 #include "contract/ContractHost.h"
 #include "desk/commands/NewFolder.h"
 #include "desk/config/ConfigLoader.h"

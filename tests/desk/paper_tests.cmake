@@ -1,4 +1,4 @@
-# Tests of the desk's paper broker, its journal and the host services over them.
+# Tests of the desk's paper broker, its journal and the host services that use them.
 find_package(GTest REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(sqlite3 REQUIRED IMPORTED_TARGET sqlite3)

@@ -1,4 +1,5 @@
-// Cancels as the pages say: reads where the number is found, runs the desk, and looks at what was cancelled.
+// Cancels orders as the pages describe: finds the number in the described place, runs the desk, and checks
+// the cancelled orders.
 #include "tests/desk/commands/RunningFolder.h"
 
 #include <nlohmann/json.hpp>
@@ -12,13 +13,13 @@ namespace {
 
 using CRecord = nlohmann::json;
 
-/// A key of a kind of journal line.
+/// A key in one kind of journal line.
 struct CPlaceInJournal {
     std::string key;
     std::string kind;
 };
 
-/// The page's text on one line, without the line breaks within sentences.
+/// The page's text as one line, because sentences continue over line breaks.
 std::string pageText(const std::string& name) {
     std::ifstream page(std::string(SOURCE_DIR) + "/docs/" + name);
     std::string text;
@@ -27,8 +28,8 @@ std::string pageText(const std::string& name) {
     return text;
 }
 
-/// What follows "`WORD` is" or "it is" on the page, in the first such sentence behind `lead`: "the `key` of
-/// the `kind` line".
+/// Finds the first sentence after `lead` with "`WORD` is" or "it is". Returns the place that follows: "the
+/// `key` of the `kind` line".
 CPlaceInJournal placeOnPage(const std::string& page, const std::string& lead) {
     const std::string text = pageText(page);
     const std::size_t begin = text.find(lead);
@@ -53,7 +54,7 @@ protected:
         return found;
     }
 
-    /// The number for the order of that price, from the place that the page names.
+    /// The number of the order with this price, read from the place that the page names.
     std::string numberFor(double price, const CPlaceInJournal& place) const {
         for (const CRecord& record : records(place.kind)) {
             const CRecord& order = record.contains("codes") ? record["codes"].at(0) : record;
@@ -63,7 +64,7 @@ protected:
         return {};
     }
 
-    /// The last state of each order, by its price.
+    /// The last state of each order. The key is the order's price.
     std::map<double, std::string> states() const {
         std::map<double, std::string> states;
         for (const CRecord& record : records("order"))
@@ -72,7 +73,7 @@ protected:
     }
     bool isAnyCancelled() const { return has("\"status\":\"cancelled\""); }
 
-    /// Three orders of one account that wait.
+    /// Places three orders of one account. All of them wait.
     bool placeThree() const {
         folder.handOver("desk/orders/single.txt", "23,0,7.20,600104,100\n23,0,7.30,600104,100\n"
                                                   "23,0,7.40,600104,100\n");
@@ -82,7 +83,7 @@ protected:
 
     void SetUp() override {
         CRunningFolder::SetUp();
-        // The price stands in the orders, so that it tells them apart.
+        // The orders contain different prices, so that the price identifies the order.
         change("desk/strategies.toml", "volume = 200\nprice_type = \"latest\"",
                "volume = 200\nprice_type = \"specified\"");
     }

@@ -19,7 +19,7 @@ using CKeys = std::set<std::string>;
 
 const std::string kDeskPage = std::string(SOURCE_DIR) + "/docs/desk.md";
 
-/// A folder with a key that no table knows in each of its tables, so that the mistakes name those that are.
+/// A folder with an unknown key in each table. The resulting mistakes list the known keys.
 const char* const kDeskToml = R"(no_key = 1
 user = { no_key = 1 }
 desk = { no_key = 1 }
@@ -33,7 +33,7 @@ portfolio = [{ no_key = 1, rows = [{ no_key = 1 }] }]
 )";
 const char* const kStrategiesToml = "strategy = [{ no_key = 1, setting = [{ no_key = 1 }] }]\n";
 
-/// The keys that the desk knows, by the names of their tables.
+/// The keys that the desk knows, grouped by the name of their table.
 std::map<std::string, CKeys> keysOfTheCode() {
     const CTempFolder folder;
     folder.write("desk.toml", kDeskToml);
@@ -54,7 +54,7 @@ void insertSpans(const std::string& cell, CKeys& keys) {
         keys.insert(key);
 }
 
-/// The code spans of a column.
+/// The code spans in a column.
 CKeys column(const std::string& heading, const std::string& head) {
     CKeys keys;
     for (const CTableRow& row : readTable(kDeskPage, heading))
@@ -62,8 +62,8 @@ CKeys column(const std::string& heading, const std::string& head) {
     return keys;
 }
 
-/// The keys of desk.toml on the page, by their tables as they are written; an empty cell repeats the table
-/// above it.
+/// The keys of desk.toml on the page, grouped by their table as the page writes it. An empty cell means the
+/// table of the row above.
 std::map<std::string, CKeys> keysOfThePage() {
     std::map<std::string, CKeys> keys;
     std::string table;
@@ -113,7 +113,7 @@ TEST(DeskPage, HasTheSwitches) {
     EXPECT_EQ(column("### Switches", "Switch"), desk::switchNames());
 }
 
-/// The page's words for what a family's setting starts from.
+/// The page's words for the initial values of a family's setting.
 std::string startOf(const std::string& family, TC::EOrderStrategyTradeType tradeType) {
     static const std::map<TC::EDefaultSetting, std::string> tables = {
         {TC::EDefaultSetting::Stock, "`[settings.stock]`"},
@@ -138,13 +138,13 @@ TEST(DeskPage, HasTheSettingsThatFamiliesStartFrom) {
     EXPECT_EQ(onPage, inCode);
 }
 
-/// "4, 3" as they stand, and "30 to 34" as the whole run.
+/// The numbers of a cell. "4, 3" gives these two, "30 to 34" gives all numbers of the range.
 std::vector<int> numbersOfCell(const std::string& cell) {
     const std::size_t to = cell.find(" to ");
     return numbersOf(to == std::string::npos ? cell : cell.substr(0, to) + "-" + cell.substr(to + 4));
 }
 
-/// "`sell6` to `sell10`" as the whole run.
+/// The words of a cell. "`sell6` to `sell10`" gives all words of the range.
 std::vector<std::string> wordsOfCell(const std::string& cell) {
     std::vector<std::string> words = codeSpans(cell);
     if (words.size() < 2) return words;

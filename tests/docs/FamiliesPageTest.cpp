@@ -1,5 +1,5 @@
-// Compares docs/families.md with the tables of the code, and takes the lines beside its texts down the real
-// road.
+// Compares docs/families.md with the tables of the code. Sends the line next to each text of the page to the
+// real service.
 #include "records/Families.h"
 #include "tests/docs/FamilyProbe.h"
 #include "tests/docs/FamilyRoad.h"
@@ -66,7 +66,7 @@ TEST(FamiliesPage, TraderAndSlotAreThoseOfTheCode) {
     }
 }
 
-/// How the order comes to a text: words of its strategy, and what is set up behind the host's own.
+/// How to provoke a text: words of the strategy, and statements that set up the host after its default setup.
 struct CCause {
     std::string words;
     std::vector<std::pair<std::string, std::string>> statements;
@@ -94,7 +94,7 @@ const std::map<std::string, CCause>& causes() {
     return kCauses;
 }
 
-/// One family of the page, with the fields of its line.
+/// One family of the page and the fields of its example line.
 struct CExample {
     explicit CExample(const CTableRow& row)
         : line(codeSpans(row.at("Line")).at(0)), number(listOf(line).at(0)) {
@@ -113,7 +113,7 @@ struct CExample {
     std::string line, number, code, key;
 };
 
-/// A text of the page as a pattern, with the words that the host or the trading layer adds left open.
+/// A text of the page as a pattern. The words that the host or the trading layer adds match anything.
 QRegularExpression patternOf(const std::string& text, const std::vector<const char*>& openHoles) {
     QString pattern = QRegularExpression::escape(QString::fromStdString("error 参数错误: " + text));
     for (const char* hole : openHoles)
@@ -125,18 +125,19 @@ bool isSaid(const QRegularExpression& pattern, const std::string& said) {
     return pattern.match(QString::fromStdString(said)).hasMatch();
 }
 
-/// The text as it is said for the example's line.
+/// The pattern of the text, with the values of the example's line.
 QRegularExpression patternFor(const CExample& example, const CTableRow& text) {
     return patternOf(example.fill(codeSpans(text.at("Said")).at(0)), {"{price}", "{reason}"});
 }
 
-/// The text for any line.
+/// The pattern of the text, with any values of the line.
 QRegularExpression anyPatternOf(const CTableRow& text) {
     return patternOf(codeSpans(text.at("Said")).at(0),
                      {"{channel}", "{code}", "{key}", "{price}", "{reason}", "999999"});
 }
 
-/// What the family says where a text is provoked; for orders of several lines its check is asked itself.
+/// The family's message when a text is provoked. For an order with several lines the check is called
+/// directly.
 std::string saidFor(const CExample& example, const std::string& family, const CTableRow& text) {
     const std::string& name = text.at("Text");
     if (name == "lines") {
@@ -154,7 +155,7 @@ std::string saidFor(const CExample& example, const std::string& family, const CT
     return findLine(road.drop(3, lines), "error ");
 }
 
-/// Whether one of these texts of the page was said, for whatever line.
+/// Whether the message is one of these texts of the page, for any line.
 bool isOneOf(const std::vector<CTableRow>& all, const std::vector<std::string>& names,
              const std::string& said) {
     return std::any_of(all.begin(), all.end(), [&](const CTableRow& text) {
@@ -163,8 +164,8 @@ bool isOneOf(const std::vector<CTableRow>& all, const std::vector<std::string>& 
     });
 }
 
-/// Each family is provoked to each text of the page: it says those that are listed for it, and whatever it
-/// says to the others is among its own.
+/// Provokes each text of the page in each family. If the text is listed for the family, the family must
+/// report it. Otherwise its message must be one of its own texts.
 TEST(FamiliesPage, EveryTextIsSaidByItsFamiliesAndByNoOther) {
     const std::vector<CTableRow> all = texts();
     std::set<std::string> used, known;
@@ -184,7 +185,7 @@ TEST(FamiliesPage, EveryTextIsSaidByItsFamiliesAndByNoOther) {
     EXPECT_EQ(used, known);
 }
 
-/// The texts that stand in the code of the checks, with their places (%1 and so on) left open.
+/// The texts in the code of the checks, with their placeholders (%1 and so on).
 std::set<QString> textsOfTheCode() {
     static const QRegularExpression kLiteral(QStringLiteral("\"([^\"]*\\p{Han}[^\"]*)\""));
     static const std::regex kFile(".*Checks?\\.cpp|CheckFrame\\.(cpp|h)");

@@ -17,11 +17,11 @@ constexpr double kAmount = 50000;
 constexpr int kStrategyVolume = 300;
 constexpr int kOrderVolume = 150;
 constexpr auto kMarketPrice = static_cast<EPriceType>(44);
-constexpr auto kOtherKind = static_cast<EOrderType>(3); ///< neither plain nor an algorithm's
+constexpr auto kOtherKind = static_cast<EOrderType>(3); ///< neither plain nor an algorithm
 constexpr auto kPositionType = static_cast<EPositionType>(2);
-constexpr const char* kLockedStock = "600999"; ///< known, and not to be traded
+constexpr const char* kLockedStock = "600999"; ///< known to the host, but not tradable
 
-/// A code that makes, behind the family's word, a key of that many characters.
+/// A code whose key has this number of characters, including the family's prefix.
 std::string codeOfKeyLength(const CFamilyUnderTest& family, std::size_t length) {
     return std::string("123456789").substr(0, length - std::string(family.market).size());
 }
@@ -30,7 +30,7 @@ bool hasWordedKeys(const CFamilyUnderTest& family) {
     return family.list != nullptr && family.market[0] != '\0';
 }
 
-/// A field of a record by its word on the page, and whether it is set.
+/// A field of a record: its word on the page, and whether it is set.
 struct CField {
     const char* word;
     bool (*isSet)(const CCodeOrderParam&);
@@ -58,7 +58,7 @@ constexpr CField kFields[] = {
     {"frequency mode", [](const auto& record) { return !isUnset(record.m_nOverFreqMode); }},
 };
 
-/// One order of a family on a host that has instruments of all of them.
+/// One order of a family, on a host that has instruments of all families.
 struct CTrial {
     CTrial(const CFamilyUnderTest& tested, int number, const std::string& code)
         : family(tested), strategy(families::strategyOf(tested, EPriceType::Specified)),
@@ -66,10 +66,10 @@ struct CTrial {
         families::addGroup(host, tested);
         host.switches.on.insert("mdl_order_compose_basket_buy_sell");
         host.rules.marketPrices.insert(kMarketPrice);
-        host.tasks.positions["A1"]; // known, and empty
+        host.tasks.positions["A1"]; // known to the host, but without positions
         strategy.m_nVolume = kStrategyVolume;
         addInstruments();
-        // 74 is for the transfer kind 2 alone, and the other numbers that look at it allow 4.
+        // 74 allows only the transfer kind 2. The other numbers that check the kind allow 4.
         finishDetails(number == 74 ? 2 : 4);
     }
     void addInstruments() {
@@ -96,7 +96,7 @@ struct CTrial {
         for (auto& entry : host.exchange.others)
             finish(entry.second);
     }
-    /// An account of the order's own, which is found as a group as well.
+    /// Gives the order its own account. The account is also found as a group.
     void nameAnAccount() {
         order.m_strAccountKeyPart1 = QStringLiteral("part");
         order.m_strAccountKeyPart2 = QStringLiteral("other");
@@ -117,7 +117,7 @@ struct CTrial {
             return text.contains(QStringLiteral("下单代码 [")) && text.endsWith(QStringLiteral("不合法!"));
         });
     }
-    /// The share-transfer market has no records to look at.
+    /// The share-transfer market makes no records, so they cannot be checked.
     bool comesOut() const { return !records.empty() || family.family == EOrderStrategyTradeType::Neeq; }
 
     const CFamilyUnderTest& family;
@@ -130,7 +130,8 @@ struct CTrial {
     std::map<std::string, double> weights;
 };
 
-/// Whether the code was taken: refused for itself, refused otherwise, or left without a record and a word.
+/// Whether the code was accepted, refused as a code, refused for another reason, or dropped without a record
+/// and without a message.
 std::string outcomeOfCode(CTrial& trial) {
     const bool isTaken = trial.check();
     if (trial.isCodeRefused()) return "no";
@@ -145,7 +146,8 @@ std::string outcomeOfPrice(CTrial& trial) {
     return (trial.comesOut() ? "goes out" : "dropped") + late;
 }
 
-/// The volume of all records: the quantity where they have one, and their volumes otherwise.
+/// The total volume of all records. A record with a quantity adds its quantity, other records add their
+/// volume.
 std::string outcomeOfVolume(CTrial& trial) {
     if (!trial.check()) return "refused";
     if (trial.records.empty()) return "none";
@@ -184,7 +186,7 @@ std::string CFamilyProbe::ownKeyOutcome(std::size_t length, bool isLower) const 
     return codeOutcome(key.toStdString());
 }
 
-/// What becomes of the codes of all other lists; told one by one where it is not the same for all.
+/// What happens to the codes of all other lists. If the outcomes differ, the text names the lists of each.
 std::string CFamilyProbe::foreignCodeOutcome() const {
     std::map<std::string, std::string> listsByOutcome;
     for (const CFamilyUnderTest& other : families::kFamilies) {
@@ -244,7 +246,7 @@ CFamilyProbe::CAnswers CFamilyProbe::prices() const {
             {"record: latest", priceOfRecord(EPriceType::Latest)}};
 }
 
-/// Whether the trading layer learns what is split; nothing where no volume is.
+/// Whether the trading layer receives the instrument of the split. "-" if no volume is split.
 std::string CFamilyProbe::splitByInstrument() const {
     CTrial trial(m_family, m_nNumber, m_strCode);
     trial.check();
@@ -253,7 +255,7 @@ std::string CFamilyProbe::splitByInstrument() const {
     return splits.back().code.empty() ? "no" : "yes";
 }
 
-/// What the host is asked for in front of a code that has no market, until the order has its instrument.
+/// The prefix that is added to a code without a market when its quote is requested. "-" if there is none.
 std::string CFamilyProbe::wordInFront() const {
     CTrial trial(m_family, m_nNumber, m_strCode);
     trial.check();
@@ -263,7 +265,7 @@ std::string CFamilyProbe::wordInFront() const {
     return key == m_strCode ? "-" : "`" + key.substr(0, key.size() - m_strCode.size()) + "`";
 }
 
-/// Which price stands in the record: the order's, one of the quote's, or the instrument's.
+/// The source of the record's price: the order, one of the quote's prices, or the instrument.
 std::string CFamilyProbe::priceOfRecord(EPriceType type) const {
     CTrial trial(m_family, m_nNumber, m_strCode);
     trial.setting().m_ePriceType = type;
@@ -292,7 +294,7 @@ CFamilyProbe::CAnswers CFamilyProbe::volumes() const {
         trial.line().m_dAmount = isUnset(volume) ? kUnsetDouble : volume;
         trial.strategy.m_bUseAmount = usesAmount;
         trial.strategy.m_dAmount = kAmount;
-        // Rows of a basket are shared out by weight, and there is one.
+        // A basket divides the volume over its rows by weight. This basket has one row.
         trial.line().m_dWeight = 1;
         trial.forAllQuotes([](auto& quote) { quote.m_dLastPrice = kPrice; });
         return outcomeOfVolume(trial);
@@ -328,7 +330,7 @@ std::vector<std::string> CFamilyProbe::record() const {
 
 namespace {
 
-/// The broker kind of the account that an order goes to; 0 where there is none.
+/// The broker kind of the account that receives the order, or 0 if there is none.
 int kindOfAccount(const CFamilyUnderTest& family, const std::vector<int>& kinds) {
     CFakeHost host;
     CPlainService service;

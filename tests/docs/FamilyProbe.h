@@ -6,26 +6,26 @@
 #include <string>
 #include <vector>
 
-/// What a family's check does with one order number, found out by driving it on a host of its own for each
-/// question. The answers go by the heads of the columns of docs/families.md.
+/// Finds out what a family's check does with one order number. Each question calls the check on a new host.
+/// The keys of the answers are the column heads of docs/families.md.
 class CFamilyProbe {
 public:
     using CAnswers = std::map<std::string, std::string>;
 
     CFamilyProbe(const families::CFamilyUnderTest& family, int number);
 
-    /// Which codes are taken.
+    /// Which codes are accepted.
     CAnswers codes() const;
-    /// What becomes of an order by its price.
+    /// What happens to an order, depending on its price.
     CAnswers prices() const;
-    /// What volume comes out.
+    /// The resulting volumes.
     CAnswers volumes() const;
-    /// What the first record holds, a word for each field; nothing where there is no record.
+    /// The fields that are set in the first record, one word each. Empty if there is no record.
     std::vector<std::string> record() const;
 
-    /// The broker kinds in which the group of a strategy is looked up, one after the other.
+    /// The broker kinds in which the group of a strategy is looked up, in this order.
     static std::vector<int> brokerKinds(const families::CFamilyUnderTest& family);
-    /// What is said to an order of two lines.
+    /// The message for an order with two lines.
     static std::string saidToTwoLines(const families::CFamilyUnderTest& family);
 
 private:
@@ -39,5 +39,5 @@ private:
 
     const families::CFamilyUnderTest& m_family;
     const int m_nNumber;
-    std::string m_strCode; ///< one that the number takes: the family's own, or a stock's
+    std::string m_strCode; ///< a code that the number accepts, of the family or of a stock
 };

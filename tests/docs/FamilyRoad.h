@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// The real road on a host that has an instrument and a group "G" for every family.
+/// The real service on a host that has an instrument and a group "G" for every family.
 class CFamilyRoad {
 public:
     CFamilyRoad() {
@@ -33,17 +33,17 @@ public:
     void addStrategy(int channel, const std::string& family, const std::string& words = {}) {
         set("strategy", std::to_string(channel) + " family=" + family + " " + words);
     }
-    /// What a strategy needs beside its family, so that every number of the family can go out.
+    /// The words that a strategy needs besides its family, so that every number of the family can go out.
     static std::string wordsOf(const std::string& family) {
         return family == "futures option" ? "volume=1 code=IO1712" : "volume=1";
     }
-    /// What reaches the host for a file of those lines, each with its line feed.
+    /// Drops a file with these lines, each with its line feed. Returns what reaches the host.
     std::vector<std::string> drop(int channel, const std::string& lines) {
         m_road.takeLog();
         m_road.apply({"file", std::to_string(channel), lines, {}});
         return m_road.takeLog();
     }
-    /// What reaches the host for one order of a client that logs in, and is told that it was understood.
+    /// Logs in and sends one order line, which must be accepted. Returns what reaches the host.
     std::vector<std::string> send(int channel, const std::string& line) {
         using EWho = CTalkLine::EWho;
         m_road.takeLog();
@@ -64,7 +64,7 @@ private:
     CRoad m_road;
 };
 
-/// The first line that begins so, or an empty one.
+/// The first line that starts with `head`, or an empty text.
 inline std::string findLine(const std::vector<std::string>& log, const std::string& head) {
     for (const std::string& line : log) {
         if (line.compare(0, head.size(), head) == 0) return line;

@@ -1,4 +1,4 @@
-// Compares the words of docs/families.md with what the family checks do when they are driven.
+// Compares the words of docs/families.md with the results of the family checks.
 #include "tests/docs/FamilyProbe.h"
 #include "tests/docs/Pages.h"
 
@@ -21,7 +21,8 @@ std::vector<std::string> partsOf(const std::string& cell) {
     return parts;
 }
 
-/// The word of a cell for an order number: that of the part which names the number, or the first part's.
+/// The word of a cell for an order number. It is in the part that names the number, otherwise in the first
+/// part.
 std::string wordFor(const std::string& cell, int number) {
     const std::vector<std::string> parts = partsOf(cell);
     for (std::size_t i = 1; i < parts.size(); ++i) {
@@ -32,7 +33,7 @@ std::string wordFor(const std::string& cell, int number) {
     return parts.at(0);
 }
 
-/// The numbers that a cell names beside its first word.
+/// The numbers that a cell names after its first word.
 std::set<int> numbersIn(const std::string& cell) {
     std::set<int> all;
     const std::vector<std::string> parts = partsOf(cell);
@@ -44,7 +45,7 @@ std::set<int> numbersIn(const std::string& cell) {
     return all;
 }
 
-/// The words of a section's table: each with its row, without the column of the word itself.
+/// The words in a section's table. Each word has its row, without the column of the word.
 std::map<std::string, CTableRow> vocabulary(const std::string& heading) {
     std::map<std::string, CTableRow> words;
     for (CTableRow row : readTable(kFamiliesPage, heading)) {
@@ -64,7 +65,7 @@ std::string textOf(const CTableRow& row) {
 
 using CProbed = std::function<CTableRow(const CFamilyProbe&)>;
 
-/// Every number of every family does what the row of its word says, and no word is left over.
+/// Every number of every family must do what the row of its word says, and every word must be used.
 void expectWords(const std::string& column, const std::string& heading, const CProbed& probed) {
     const std::map<std::string, CTableRow> words = vocabulary(heading);
     std::set<std::string> used;
@@ -108,7 +109,7 @@ TEST(FamilyWords, OfRecordsAreTheirFields) {
     });
 }
 
-/// "2, then 3; 6: 2": of the trade type 6 it is 2.
+/// In "2, then 3; 6: 2" the trade type 6 has the text "2".
 std::string accountsFor(const std::string& cell, const std::string& family) {
     const std::vector<std::string> parts = partsOf(cell);
     for (std::size_t i = 1; i < parts.size(); ++i) {

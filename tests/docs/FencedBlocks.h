@@ -7,12 +7,12 @@
 
 /// One fenced block of a page.
 struct CFencedBlock {
-    std::string info; ///< the word behind the opening fence
+    std::string info; ///< the word after the opening fence
     std::string text; ///< the lines between the fences, each with its line feed
-    int line = 0;     ///< where the opening fence stands
+    int line = 0;     ///< line number of the opening fence
 };
 
-/// All fenced blocks of a page, in their order. Throws where the page cannot be read.
+/// All fenced blocks of a page, in their order. Throws if the page cannot be read.
 inline std::vector<CFencedBlock> readFencedBlocks(const std::string& path) {
     std::ifstream page(path);
     if (!page) throw std::runtime_error("cannot read " + path);

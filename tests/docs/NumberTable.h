@@ -4,16 +4,17 @@
 
 #include <set>
 
-/// One order number of a page's table of all numbers: an example, and what comes of it.
+/// An example of one order number from a page's table of all numbers, and its result.
 struct CNumberExample {
     int number;
-    std::string family; ///< as families.md names it
+    std::string family; ///< the name in families.md
     std::string lines;  ///< each with its line feed
     std::string order;  ///< the order as text
     bool goesOut;
 };
 
-/// The table, a row for each number of each of its rows. source: the kind of source that the order names.
+/// Reads the table. Each number of each row gives one example. source: the kind of source that the order
+/// names.
 inline std::vector<CNumberExample> readNumbers(const std::string& page, const std::string& heading,
                                                const std::string& source) {
     std::vector<CNumberExample> examples;
@@ -33,7 +34,7 @@ inline std::vector<CNumberExample> readNumbers(const std::string& page, const st
     return examples;
 }
 
-/// All numbers that the grammar takes.
+/// All numbers that the grammar accepts.
 inline std::set<int> grammarNumbers() {
     const std::vector<int> numbers = numbersOf("0-15, 23-39, 48-57, 66-92, 100, 110-119");
     return {numbers.begin(), numbers.end()};

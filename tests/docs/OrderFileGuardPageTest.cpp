@@ -1,4 +1,4 @@
-// Does what docs/order-file.md tells about damaged and incomplete files, with the file service itself.
+// Does what docs/order-file.md says about damaged and incomplete files, with the real file service.
 #include "intake/FileService.h"
 #include "tests/docs/FencedBlocks.h"
 #include "tests/docs/Pages.h"
@@ -21,7 +21,7 @@ namespace {
 
 using namespace TC;
 
-/// The bytes that a cell of the page's table stands for.
+/// The bytes that a cell of the page's table describes.
 std::string bytesOf(std::string text) {
     text = replaced(text, "x{65537}", std::string(65537, 'x'));
     text = replaced(text, "\\r", "\r");
@@ -46,7 +46,7 @@ protected:
         std::ifstream stream(kOrderFilePage);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
-    /// Runs a block of the page in the folder that holds orders/.
+    /// Runs a block of the page in the folder that contains orders/.
     int runShell(const std::string& block) const {
         return std::system(("cd '" + folder.path() + "' && set -e\n" + block).c_str());
     }
@@ -83,7 +83,7 @@ TEST_F(OrderFileGuardPage, WithoutTheGuardTheFirstFileIsOneOrder) {
     EXPECT_EQ(orders[0].m_orders.at(0).m_nVolume, 10024);
 }
 
-/// The names that tell whether orders of a kept file may have gone out.
+/// The names show whether orders of a kept file may have gone out.
 TEST_F(OrderFileGuardPage, KeptFilesHaveTheNamesOfThePage) {
     const std::string page = readPage();
     give("23,0");
@@ -106,8 +106,8 @@ TEST_F(OrderFileGuardPage, SymbolicLinkIsMovedAndNotTheFileItLeadsTo) {
     EXPECT_EQ(folder.read("orders/target"), "23,0");
 }
 
-/// Each shell block of the page, run as a reader would: the first hands a file over, the second one that was
-/// refused and has been corrected.
+/// Runs each shell block of the page like a reader. The first block hands over a file. The second block hands
+/// over a file that was refused and then corrected.
 TEST_F(OrderFileGuardPage, ShellBlocksHandFilesOver) {
     std::vector<std::string> blocks;
     for (const CFencedBlock& block : readFencedBlocks(kOrderFilePage)) {

@@ -15,7 +15,7 @@ namespace {
 
 using namespace TC;
 
-/// Writes down what lines ask for, in their order.
+/// Records what the lines ask for, in their order.
 class CPagePort : public CFakeLinePort {
 public:
     CPagePort() {
@@ -54,7 +54,7 @@ std::string outcomeOf(const std::string& lines) {
         for (std::string line; std::getline(input, line) && parser.takeLine(line);) {
         }
     } catch (const boost::bad_lexical_cast&) {
-        // The file ends here; what stood before goes on.
+        // The file ends here. The orders before this line are kept.
     }
     for (const COrderParam& order : parser.takeOrders())
         port.log << order.toQString().toStdString() << '\n';

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// One row of a page's table: its cells by the heads of their columns.
+/// One row of a page's table. The keys are the column heads.
 using CTableRow = std::map<std::string, std::string>;
 
 inline std::string trimmed(const std::string& text) {
@@ -16,7 +16,7 @@ inline std::string trimmed(const std::string& text) {
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-/// The cells of "| a | b |"; a bar behind a backslash is part of its cell.
+/// The cells of "| a | b |". A bar after a backslash belongs to its cell.
 inline std::vector<std::string> readCells(const std::string& line) {
     std::vector<std::string> cells;
     std::string cell;
@@ -33,7 +33,7 @@ inline std::vector<std::string> readCells(const std::string& line) {
     return cells;
 }
 
-/// The rows of the first table behind the line `heading`. Throws where there is none.
+/// The rows of the first table after the line `heading`. Throws if there is no table.
 inline std::vector<CTableRow> readTable(const std::string& path, const std::string& heading) {
     std::ifstream page(path);
     std::string line;
@@ -43,7 +43,7 @@ inline std::vector<CTableRow> readTable(const std::string& path, const std::stri
     }
     if (!page) throw std::runtime_error("no table behind \"" + heading + "\" in " + path);
     const std::vector<std::string> heads = readCells(line);
-    std::getline(page, line); // the rule below the heads
+    std::getline(page, line); // the separator line below the heads
     std::vector<CTableRow> rows;
     while (std::getline(page, line) && line.compare(0, 1, "|") == 0) {
         const std::vector<std::string> cells = readCells(line);
@@ -55,7 +55,7 @@ inline std::vector<CTableRow> readTable(const std::string& path, const std::stri
     return rows;
 }
 
-/// What stands between the backquotes of a cell, one after the other.
+/// All texts between backquotes in a cell, in their order.
 inline std::vector<std::string> codeSpans(const std::string& cell) {
     std::vector<std::string> spans;
     std::istringstream stream(cell);
@@ -66,7 +66,7 @@ inline std::vector<std::string> codeSpans(const std::string& cell) {
     return spans;
 }
 
-/// "a, b" as its parts.
+/// The parts of "a, b".
 inline std::vector<std::string> listOf(const std::string& cell) {
     std::vector<std::string> parts;
     std::istringstream stream(cell);
@@ -75,7 +75,7 @@ inline std::vector<std::string> listOf(const std::string& cell) {
     return parts;
 }
 
-/// "0-15, 100" as all its numbers.
+/// All numbers of "0-15, 100".
 inline std::vector<int> numbersOf(const std::string& cell) {
     std::vector<int> numbers;
     for (const std::string& run : listOf(cell)) {

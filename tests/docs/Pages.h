@@ -2,7 +2,7 @@
 
 #include "tests/docs/PageTable.h"
 
-// The pages that more than one test reads.
+// Pages that more than one test reads.
 inline const std::string kFamiliesPage = std::string(SOURCE_DIR) + "/docs/families.md";
 inline const std::string kOrderFilePage = std::string(SOURCE_DIR) + "/docs/order-file.md";
 

@@ -1,4 +1,4 @@
-// Holds the conversations of docs/socket-protocol.md with a real listener, and reads its order lines.
+// Replays the conversations of docs/socket-protocol.md with a real listener, and reads its order lines.
 #include "base/Text.h"
 #include "records/Portfolio.h"
 #include "socket/FailedLogins.h"
@@ -45,7 +45,7 @@ protected:
         return readFencedBlocks(std::string(SOURCE_DIR) + kSocketPage);
     }
 
-    /// A listener of the kind that the words behind `conversation` name.
+    /// Starts a listener of the kind that the page names at the head of the conversation.
     void startFor(const std::string& words) {
         const std::map<std::string, std::function<void()>> kinds{
             {"conversation", [this] { start(); }},
@@ -59,7 +59,7 @@ protected:
         kinds.at(words)();
     }
 
-    /// Sends the client's lines and gives the conversation as it went, in the bytes of the wire.
+    /// Sends the client's lines and returns the resulting conversation, as bytes on the wire.
     std::string talk(const std::string& conversation) {
         CTestSocket client(m_nPort);
         std::istringstream lines(conversation);
@@ -72,7 +72,7 @@ protected:
                 went += line;
             } else {
                 dropPrefix(line, "S: ");
-                // A reply that the guard delays comes once enough time has passed.
+                // If the guard delays the reply, time must pass until the reply arrives.
                 while (!client.waitForData(std::chrono::milliseconds(1)))
                     passTime(0.1);
                 went += "S: " + dropLineEnd(client.readLine());
@@ -82,7 +82,7 @@ protected:
         return went;
     }
 
-    /// What a line gives: the order, or the refusal.
+    /// The result of a line: the order or the refusal.
     std::string outcomeOf(const std::string& line) {
         std::string argument = dropPrefix(line, "placeorder");
         argument.erase(0, argument.find_first_not_of(' '));
@@ -91,13 +91,13 @@ protected:
         try {
             if (parseSocketOrder(argument, registry, order, error)) return order.toQString().toStdString();
         } catch (const boost::bad_lexical_cast&) {
-            // Refused like a line with too few fields.
+            // Refused, like a line with too few fields.
         }
         return "-ERR Bad Param" + error;
     }
 
 private:
-    /// A reply without its CR LF; one that does not end in that is told apart.
+    /// The reply without its CR LF. A reply with another ending is marked.
     static std::string dropLineEnd(const std::string& reply) {
         const std::size_t end = reply.find("\r\n");
         return end + 2 == reply.size() ? reply.substr(0, end) : reply + "(not ended by one CR LF)";
@@ -165,7 +165,7 @@ TEST_F(SocketProtocolPage, EveryNumberGivesItsOrder) {
     EXPECT_EQ(numbers, grammarNumbers());
 }
 
-/// Sends the examples of one family on a road of its own; the channel of the lines is its strategy.
+/// Sends the examples of one family to a new service. The channel of the lines is a strategy of this family.
 void expectNumbersOf(const std::string& family, const std::string& number) {
     CFamilyRoad road;
     road.addStrategy(3, number, "socket " + CFamilyRoad::wordsOf(family));
@@ -183,7 +183,7 @@ TEST(SocketProtocolNumbers, GoOutWhereThePageSaysSo) {
         expectNumbersOf(family, number);
 }
 
-/// A page as one line, since its own lines break anywhere.
+/// The page as one line, because its line breaks have no meaning.
 std::string readText(const std::string& path) {
     std::ifstream page(SOURCE_DIR + path);
     std::string text;
@@ -192,7 +192,7 @@ std::string readText(const std::string& path) {
     return text;
 }
 
-/// A figure as a page writes it.
+/// A number as a page writes it.
 template<typename Number>
 std::string figure(Number number) {
     std::ostringstream text;
@@ -250,7 +250,7 @@ TEST(SocketProtocolFigures, ArePrintedOnTheDesksPageAsTheyAre) {
              " order rows in all"});
 }
 
-/// The greeting has the length that the page tells.
+/// The greeting must have the length that the page states.
 TEST_F(SocketProtocolPage, GreetingHas47Bytes) {
     start();
     CTestSocket client(m_nPort);

@@ -1,4 +1,4 @@
-"""Fails where README.md or a page of docs/ names a path of this project that does not exist."""
+"""Fails if README.md or a page of docs/ names a path of this project that does not exist."""
 import re
 import sys
 from pathlib import Path

@@ -1,4 +1,4 @@
-"""Holds the tables of docs/host.md to the headers, the sources and the minimal host.
+"""Compares the tables of docs/host.md with the headers, the sources and the minimal host.
 
 Usage: host_page_test.py ROOT
 """
@@ -22,7 +22,7 @@ def section(heading):
 
 
 def rows_of(text):
-    """The first table's rows as lists of cells, without head and rule."""
+    """The rows of the first table as lists of cells, without the head and the line below it."""
     table = re.search(r"(?:^\|.*\n)+", text, re.M).group(0).splitlines()
     return [[cell.strip() for cell in row.strip("|").split("|")] for row in table[2:]]
 

@@ -1,4 +1,4 @@
-"""Runs the clients of examples/clients against a desk of its own and checks what the desk's journal says of them.
+"""Runs the clients of examples/clients against a new desk and checks their records in the desk's journal.
 
 Usage: socket_clients_test.py ORDERDESK PYTHON_CLIENT CPP_CLIENT
 """
@@ -21,10 +21,10 @@ IDLE = 120  # the desk ends by itself where this test cannot end it
 GREETING = "+OK Welcom to Lumo Order Server Version 0.0.3"
 USER, PASSWORD = "trader", "a secret"
 
-# The price lies below the book of the demo's quotes: the order rests and can be cancelled.
+# The price is below the book of the demo's quotes, so the order waits and can be cancelled.
 ORDER = "23,99,{price},600101,1000"
 
-# The demo's order socket, as it stands in strategies.toml, and as the test wants it.
+# Changes to the demo's order socket: the text in strategies.toml, and its replacement for the test.
 SOCKET = {
     "channel = 5": "channel = 99",
     'path = "127.0.0.1:15150"': 'path = "127.0.0.1:{port}"',
@@ -58,7 +58,7 @@ class Desk:
                                          stdout=self._output, stderr=subprocess.STDOUT)
 
     def wait_for(self, what, condition):
-        """What the condition gives, once that is something."""
+        """Waits until the condition returns a true value and returns this value."""
         end = time.monotonic() + DEADLINE
         while time.monotonic() < end:
             found = condition()
@@ -72,7 +72,8 @@ class Desk:
         raise AssertionError(f"no {what} within {DEADLINE} s:\n{self.output()}")
 
     def is_listening(self):
-        # Trying a free port again and again could, by chance, connect a socket to itself.
+        # Wait for the journal first. Repeated connects to a free port could, by chance, connect a socket to
+        # itself.
         if not self.journal("door"):
             return False
         try:
@@ -82,7 +83,7 @@ class Desk:
             return False
 
     def journal(self, kind):
-        """The journal's whole lines of that kind."""
+        """The complete lines of this kind in the journal."""
         path = self.folder / "journal.jsonl"
         if not path.exists():
             return []
@@ -199,7 +200,7 @@ class ClientsAlone(unittest.TestCase):
                     self.assertNotIn(b"quit", done[1])
 
     def serve(self, server, client, port, order):
-        """The exit code of a client that a bare greeting is sent to, and all that it sent."""
+        """Sends only a greeting to a client. Returns its exit code and all that it sent."""
         server.settimeout(0.02)
         process = subprocess.Popen([*CLIENTS[client], "127.0.0.1", port, order], stdout=subprocess.DEVNULL,
                                    stderr=subprocess.DEVNULL)

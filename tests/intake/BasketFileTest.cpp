@@ -67,7 +67,7 @@ TEST_F(BasketFile, ABadNumberKeepsTheRowsBeforeIt) {
 
 TEST_F(BasketFile, HeaderWhoseChannelIsNoNumberEndsTheFile) {
     EXPECT_THROW(parse("25,x"), boost::bad_lexical_cast);
-    // The order type stood before the channel, so the basket is there, and empty.
+    // The order type was read before the channel, so there is already an empty basket.
     EXPECT_TRUE(parser().takeOrders()[0].m_orders.isEmpty());
 }
 
@@ -165,11 +165,11 @@ TEST_F(BasketFile, AllAccountsWithoutAccountsIsNotSet) {
     port.accounts = false;
     const auto orders = read({"26,0,all", "600000\t100"});
     EXPECT_FALSE(orders[0].m_bAll);
-    EXPECT_TRUE(orders[0].m_orders.isEmpty()); // the header settled the basket all the same
+    EXPECT_TRUE(orders[0].m_orders.isEmpty()); // nevertheless the row after the header is not used
     EXPECT_TRUE(port.notes.empty());
 }
 
-// A basket taken whole.
+// Whole baskets.
 
 TEST_F(BasketFile, WholeBasketBuysEveryRowAndEndsTheFile) {
     addBasket(QStringLiteral("abc"));

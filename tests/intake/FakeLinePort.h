@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// A world for the line grammar that records what lines ask for.
+/// A line port for the grammar. It records what the lines ask for.
 class CFakeLinePort : public TC::ILinePort {
 public:
     void terminateTask(int taskId) override { terminated.push_back(taskId); }

@@ -35,7 +35,7 @@ TEST_F(FileLoop, LoopSleepsTheIntervalBetweenPasses) {
     host.user.interval = 50;
     gate.onPlace = [this] { service.stop(); };
     service.startFileServer();
-    // The first look comes when more than one interval has gone by.
+    // The first look comes after more than one interval.
     EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05}));
     EXPECT_EQ(gate.batches.size(), 1u);
 }
@@ -50,7 +50,7 @@ TEST_F(FileLoop, LoopReadsTheIntervalAnewAndCountsFromTheLastPass) {
         folder.write("a.txt", "");
     };
     service.startFileServer();
-    // The pass ends its own round with the interval that was read before it.
+    // The pass ends its own round with the old interval, which was read before the pass.
     EXPECT_EQ(clock.sleeps(), (std::vector<double>{0.05, 0.05, 0.05}));
     EXPECT_EQ(registry.visits, 2);
 }
@@ -90,7 +90,7 @@ TEST_F(FileLoop, AStopBeforeASleepIsNotSleptOut) {
     host.user.interval = 15000;
     gate.onPlace = [this] { service.stop(); };
     service.startFileServer();
-    // The two sleeps lie before the pass; the one behind it does not begin.
+    // Both sleeps are before the pass. The sleep after the pass does not start.
     EXPECT_EQ(clock.sleeps(), (std::vector<double>{15, 15}));
 }
 
@@ -135,7 +135,7 @@ private:
     double m_dNow = 0;
 };
 
-/// Runs the loop until it is in a sleep of that length, and stops it there.
+/// Runs the loop until it sleeps for this number of seconds, and stops it there.
 void stopAsleep(CFileService& service, double seconds) {
     CLastingClock clock;
     clock.lastingSeconds = seconds;

@@ -1,4 +1,4 @@
-// The ground of the tests of the file service: a fake host, a gate that records and a folder for the files.
+// The fixture of the file service's tests: a fake host, a gate that records, and a folder for the files.
 #pragma once
 
 #include "intake/FileService.h"

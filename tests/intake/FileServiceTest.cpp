@@ -161,7 +161,7 @@ TEST_F(FileService, PipeAtThePathDoesNotBlockTheLoop) {
     EXPECT_EQ(report().m_strCause, QStringLiteral("it is not a regular file"));
 }
 
-/// Also the case of a file that the system does not let the service read.
+/// A file that the service has no permission to read is treated in the same way.
 TEST_F(FileService, FileThatCannotBeOpenedIsReportedOnce) {
     addStrategy(3, "a.txt");
     std::filesystem::create_symlink("a.txt", folder.path("a.txt"));
@@ -179,7 +179,7 @@ TEST_F(FileService, PathBelowAFileIsAMissingFile) {
     EXPECT_TRUE(host.audit.reports.empty());
 }
 
-/// The link's target is the .tmp file itself, which is gone when the link has taken its name.
+/// The link's target is the .tmp file itself. It no longer exists when the link is renamed to this name.
 TEST_F(FileService, FileThatCannotBeOpenedAnyMoreIsReportedAndDeleted) {
     addStrategy(3, "a.txt");
     folder.write("a.txt.tmp", "23,0,10.5,600000,100\n");
@@ -192,7 +192,7 @@ TEST_F(FileService, FileThatCannotBeOpenedAnyMoreIsReportedAndDeleted) {
     EXPECT_FALSE(std::filesystem::is_symlink(folder.path("a.txt.tmp")));
 }
 
-/// The system refuses to read the beginning of this file.
+/// The system does not allow reading the start of this file.
 TEST_F(FileService, ErrorWhileReadingCutsTheFileShort) {
     addStrategy(3, "a.txt");
     std::filesystem::create_symlink("/proc/self/mem", folder.path("a.txt"));
@@ -211,7 +211,7 @@ TEST_F(FileService, FolderAtTheTemporaryPathLeavesTheFileWaiting) {
     EXPECT_TRUE(gate.batches.empty());
     EXPECT_TRUE(folder.exists("a.txt"));
     EXPECT_TRUE(folder.exists("a.txt.tmp"));
-    ASSERT_EQ(host.audit.reports.size(), 1u); // told once
+    ASSERT_EQ(host.audit.reports.size(), 1u); // reported once
     EXPECT_TRUE(report().m_bLeftWaiting);
     EXPECT_EQ(report().m_strCause, QStringLiteral("it cannot be renamed: Is a directory"));
 
@@ -363,7 +363,7 @@ TEST_F(FileService, AnExceptionEndsThePassForTheStrategiesBehindIt) {
     gate.onPlace = [] { throw std::runtime_error("refused"); };
     EXPECT_THROW(service.tryOrder(), std::runtime_error);
     EXPECT_EQ(gate.batches.size(), 1u);
-    EXPECT_FALSE(folder.exists("a.txt.tmp")); // not to be read twice
+    EXPECT_FALSE(folder.exists("a.txt.tmp")); // it must not be read twice
     EXPECT_TRUE(folder.exists("b.txt"));
 }
 
@@ -389,7 +389,7 @@ TEST_F(FileService, LinesWithoutEffectAreCountedForTheAudit) {
     host.user.baskets[QStringLiteral("b")].m_rows = {CBasketStockData()};
     folder.write("a.txt", "\ncancel 1 2\n34,0,b\n23,0\n");
     service.tryOrder();
-    EXPECT_EQ(report().m_nLines, 3); // reading ends there
+    EXPECT_EQ(report().m_nLines, 3); // reading ends at line 3
     EXPECT_EQ(report().m_nOrders, 1);
     EXPECT_EQ(report().m_nIgnoredLines, 2);
     EXPECT_EQ(report().m_strFirstIgnored,

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// All lines of the bytes, as the reader gives them.
+/// All lines of the bytes, as the reader returns them.
 std::vector<std::string> readAll(const std::string& bytes,
                                  long long most = std::numeric_limits<long long>::max()) {
     std::FILE* stream = std::tmpfile();
@@ -79,7 +79,7 @@ TEST(LineReader, ReadsNoMoreBytesThanItMay) {
     EXPECT_EQ(readAll("a\nb\nc\n", 4), (Lines{"a\n", "b\n"}));
     EXPECT_EQ(readAll("a\nb\nc\n", 6), (Lines{"a\n", "b\n", "c\n"}));
     EXPECT_TRUE(readAll("a\n", 0).empty());
-    const std::string line(70000, 'x'); // more than one filling of the buffer
+    const std::string line(70000, 'x'); // longer than the buffer
     EXPECT_EQ(readAll(line + "\n" + line, 70001).back(), line.substr(0, 70000 % 2047) + "\n");
 }
 

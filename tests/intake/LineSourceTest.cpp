@@ -1,4 +1,4 @@
-// What the file service does with any source of lines, shown by one in memory.
+// The behaviour of the file service with any source of lines, tested with a source in memory.
 #include "intake/FileService.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
@@ -19,7 +19,7 @@ using namespace TC;
 
 using CSteps = std::vector<std::string>;
 
-/// A batch in memory, whose rows have positions from 1.
+/// A batch in memory. The positions of its rows start at 1.
 struct CBatch {
     CSteps lines;
     bool failsAtEnd = false;
@@ -80,7 +80,7 @@ protected:
         host.audit.onRecord = [this] { steps.emplace_back("report"); };
         gate.onPlace = [this] { steps.emplace_back("gate"); };
     }
-    /// A strategy of a table, with a kind of its own.
+    /// Adds a table strategy with its own kind of source.
     CMemoryKind& add(int channel) {
         registry.strategies.insert(channel, CStrategyBuilder().channel(channel).file("table"));
         registry.strategies[channel].m_nAccountMode = COrderStrategyParam::kTableMode;

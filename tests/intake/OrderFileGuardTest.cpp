@@ -1,4 +1,4 @@
-// The switch "mdl_order_file_guard": damaged files are refused whole and kept.
+// The switch "mdl_order_file_guard": damaged files are refused as a whole and kept.
 #include "intake/FileService.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
@@ -83,7 +83,7 @@ TEST_F(OrderFileGuard, WithoutTheSwitchDamagedFilesAreReadAsEver) {
 
 TEST_F(OrderFileGuard, WhatASlowWriterStillWritesGoesIntoTheKeptFile) {
     std::ofstream writer(folder.path("a.txt"), std::ios::binary);
-    service.tryOrder(); // before the first byte
+    service.tryOrder(); // before the first byte is written
     writer << "23,0,10.5,600000,100\n" << std::flush;
     writer.close();
     service.tryOrder();
@@ -98,7 +98,7 @@ TEST_F(OrderFileGuard, FileThatGrowsWhileItIsReadIsKept) {
         std::ofstream(folder.path("a.txt.tmp"), std::ios::app) << "23,0,10.6,600000,200\n";
     };
     service.tryOrder();
-    EXPECT_EQ(gate.batches.at(0).size(), 1); // what was looked at, and no more
+    EXPECT_EQ(gate.batches.at(0).size(), 1); // only the line that was checked
     EXPECT_EQ(report().m_nLines, 2);
     EXPECT_TRUE(report().m_bCutShort);
     EXPECT_EQ(report().m_strCause, QStringLiteral("line 2: its writer went on writing while it was read"));
@@ -118,7 +118,7 @@ TEST_F(OrderFileGuard, ErrorWhileReadingRefusesTheFile) {
 TEST_F(OrderFileGuard, FileThatCannotBeOpenedAnyMoreIsKept) {
     folder.write("b.txt", "");
     addStrategy("a.txt");
-    // The .tmp file that the link leads to is kept first; then the link leads to itself.
+    // The .tmp file, which is the link's target, is kept first. Then the link points to itself.
     folder.write("a.txt.tmp", "23,0\n");
     std::filesystem::create_symlink("a.txt.tmp", folder.path("a.txt"));
     service.tryOrder();
@@ -142,11 +142,11 @@ TEST_F(OrderFileGuard, FileOfARunThatWasCutOffIsKeptUnread) {
     EXPECT_EQ(folder.read(kKeptLeftOver), "23,0,10.5,600000,100\n");
 }
 
-/// The name of a kept file tells whether its orders may have gone out, also if the process ends before it has
+/// The name of a kept file shows whether its orders may have gone out, even if the process ends before it has
 /// reported the file.
 class OrderFileGuardDeathTest : public OrderFileGuard {
 protected:
-    /// Another process makes a pass and ends at its first report.
+    /// Runs a pass in another process, which ends at its first report.
     void endAtTheReport() {
         host.audit.onRecord = [] { ::_exit(7); };
         EXPECT_EXIT(service.tryOrder(), testing::ExitedWithCode(7), "");
@@ -204,8 +204,8 @@ TEST_F(OrderFileGuard, FolderThatCannotBeUsedIsNamed) {
                   ": Not a directory");
 }
 
-/// The worst case: the refused file cannot be moved at all. It stays under its .tmp name, and the files
-/// behind it wait for a person.
+/// The worst case: the refused file cannot be moved at all. It keeps its .tmp name. Later files wait until a
+/// person acts.
 TEST_F(OrderFileGuard, RefusedFileThatCannotBeMovedHoldsTheNextOnes) {
     const std::string name(240, 'a');
     addStrategy(name);
@@ -219,7 +219,7 @@ TEST_F(OrderFileGuard, RefusedFileThatCannotBeMovedHoldsTheNextOnes) {
     service.tryOrder();
     service.tryOrder();
     EXPECT_TRUE(gate.batches.empty());
-    ASSERT_EQ(host.audit.reports.size(), 2u); // told once
+    ASSERT_EQ(host.audit.reports.size(), 2u); // reported once
     EXPECT_TRUE(report(1).m_bLeftWaiting);
     EXPECT_TRUE(report(1).m_strCause.startsWith(
         QStringLiteral("a file is left under its .tmp name, and it cannot be moved to ")));
@@ -230,13 +230,13 @@ TEST_F(OrderFileGuard, RefusedFileThatCannotBeMovedHoldsTheNextOnes) {
     EXPECT_EQ(gate.batches.size(), 1u);
 }
 
-/// A file of this run that could not be moved is not taken for one of an earlier run when it can be moved.
+/// If a file of this run can only be moved later, it must not be treated as a file of an earlier run.
 class OrderFileGuardUnmoved : public OrderFileGuard {
 protected:
     OrderFileGuardUnmoved() { folder.write("rejected", "a file"); }
 
-    /// A pass over a file that can be moved neither to the folder nor to a name beside it, which is too long,
-    /// and then one that can move it.
+    /// First a pass cannot move the file: the folder cannot be used, and the name next to the file is too
+    /// long. Then a second pass can move it.
     void moveLate(const std::string& text) {
         addStrategy(name);
         folder.write(name, text);
@@ -270,7 +270,7 @@ TEST_F(OrderFileGuardUnmoved, FileThatWasCarriedOutInPartIsStillOne) {
     EXPECT_EQ(folder.read("rejected/" + name + ".cut." + kTime), "23,0\ncancel_order A1 1\n23,0\n");
 }
 
-/// What lies there later is another file.
+/// A later file at this path is a different file.
 TEST_F(OrderFileGuardUnmoved, PathThatWasFreeInTheMeantimeIsForgotten) {
     addStrategy(name);
     folder.write(name, "23,0");
@@ -286,7 +286,7 @@ TEST_F(OrderFileGuardUnmoved, PathThatWasFreeInTheMeantimeIsForgotten) {
     EXPECT_EQ(folder.read("rejected/" + name + ".tmp." + kTime), "23,0\n");
 }
 
-/// The refused file was moved, so the next file under its .tmp name is one that was left over.
+/// The refused file was moved. So the next file with its .tmp name is a leftover.
 TEST_F(OrderFileGuardUnmoved, AFileThatWasMovedLateIsForgotten) {
     moveLate("23,0");
     folder.write(name + ".tmp", "23,0\n");

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-/// The strategy that reads.
+/// The channel of the strategy that reads the file.
 inline constexpr int kChannel = 3;
 
-/// The grammar of one file, read for the strategy of that channel.
+/// The grammar of one file, for the strategy of this channel.
 class OrderFileParserFixture : public testing::Test {
 protected:
     TC::TypeReturn parse(const std::string& line) {
@@ -20,7 +20,7 @@ protected:
         return parser().parseLineParam(copy);
     }
 
-    /// Parses the lines, stopping as the read loop does, and gives the batch.
+    /// Parses the lines, stops when the read loop would stop, and returns the batch.
     QVector<TC::COrderParam> read(const std::vector<std::string>& lines) {
         for (std::string line : lines) {
             if (!parser().takeLine(line)) break;
@@ -28,7 +28,7 @@ protected:
         return parser().takeOrders();
     }
 
-    /// The batch of one line that gives one order.
+    /// Parses one line and returns its only order.
     TC::COrderParam readOne(const std::string& line) {
         const QVector<TC::COrderParam> orders = read({line});
         EXPECT_EQ(orders.size(), 1);

@@ -293,7 +293,7 @@ TEST_F(OrderFileParser, CancelBeforeAHeaderDoesNotUseTheFirstLineUp) {
 TEST_F(OrderFileParser, ABlankLineBeforeAHeaderUsesTheFirstLineUp) {
     const auto orders = read({"", "35,0", "600000\t100"});
     ASSERT_EQ(orders.size(), 1);
-    EXPECT_TRUE(orders[0].m_orders.isEmpty()); // 35 as a plain order has no line form
+    EXPECT_TRUE(orders[0].m_orders.isEmpty()); // 35 has no line form as a plain order
 }
 
 // Trade parameters.
@@ -374,7 +374,7 @@ TEST_F(OrderFileParser, TradeParametersThatAreNotUnderstoodLeaveTheParametersAsT
     const auto orders =
         read({"23,0,1,600000,1", "orderParam=known", "23,0,2,600000,1", "orderParam=unknown"});
     EXPECT_EQ(orders[0].m_strRemark, "known");
-    EXPECT_EQ(orders[1].m_strRemark, "known"); // the last parameters that were understood still stand
+    EXPECT_EQ(orders[1].m_strRemark, "known"); // the last valid parameters are still used
 }
 
 TEST_F(OrderFileParser, OrdersBeforeTradeParametersThatAreNotUnderstoodAreServed) {
@@ -437,7 +437,7 @@ void PrintTo(const CIgnoredCase& c, std::ostream* out) {
 
 class IgnoredLines : public OrderFileParserFixture, public testing::WithParamInterface<CIgnoredCase> {};
 
-/// Reads on where the rest does not matter, as the read loop does to count.
+/// Also reads the lines that have no effect, like the read loop, which counts them.
 TEST_P(IgnoredLines, AreCountedAndTheFirstIsExplained) {
     addBasket(QStringLiteral("b"));
     for (std::string line : GetParam().lines)

@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Files, OrderFileScan, testing::ValuesIn(kCases),
 TEST(OrderFileScanState, IsOverAtTheFirstFault) {
     COrderFileScan scan;
     scan.takeBytes("23,0");
-    EXPECT_FALSE(scan.isOver()); // the line may go on
+    EXPECT_FALSE(scan.isOver()); // the line may continue
     scan.takeBytes("\x1A");
     EXPECT_TRUE(scan.isOver());
     scan.takeBytes("\n");

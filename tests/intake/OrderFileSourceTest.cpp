@@ -80,7 +80,7 @@ TEST_F(OrderFileSource, GivesTheLinesOfTheFileAndDeletesItWhenItLetsGo) {
     EXPECT_TRUE(host.audit.reports.empty());
 }
 
-/// Its orders may have gone out already.
+/// The orders of the batch may have gone out already.
 TEST_F(OrderFileSource, ABatchThatIsNotReadToItsEndIsNotOfferedAgain) {
     folder.write("a.txt", "23,0,10.5,600000,100\n");
     take().reset();
@@ -129,7 +129,7 @@ TEST_F(OrderFileSource, WhatIsWrittenBehindTheLookOfTheGuardIsNotRead) {
     EXPECT_TRUE(std::filesystem::exists(told.m_strKeptAs.toStdString()));
 }
 
-/// The link's target is deleted between the look at the file and the taking of it.
+/// The link's target is deleted after the file was checked and before it is taken.
 TEST_F(OrderFileSource, AFileThatIsGoneWhenItIsTakenIsReportedAsRefused) {
     turnGuardOn();
     folder.write("a.txt.tmp", "left over");

@@ -13,7 +13,7 @@ using namespace TC;
 
 class TakenFile : public testing::Test {
 protected:
-    /// Puts a file of that text aside.
+    /// Puts aside a file with this text.
     CPutAside put(const std::string& text, const std::string& to) const {
         folder.write("a.txt.tmp", text);
         return putAside(folder.path("a.txt.tmp"), folder.path("a.txt"), to);
@@ -57,14 +57,14 @@ TEST_F(TakenFile, GoesBesideItsPathIfTheFolderCannotBeMade) {
     EXPECT_EQ(folder.read("rejected"), "a file");
 }
 
-/// A rename does not leave its file system: /proc is another one.
+/// A file cannot be renamed to another file system. /proc is another file system.
 TEST_F(TakenFile, GoesBesideItsPathIfTheFolderIsOnAnotherFileSystem) {
     const CPutAside aside = put("1", "/proc/self");
     EXPECT_TRUE(aside.m_bMoved);
     EXPECT_EQ(aside.m_strTrouble, "it cannot be moved to /proc/self: Invalid cross-device link");
 }
 
-/// The name grows too long for the file system.
+/// The new name is too long for the file system.
 TEST_F(TakenFile, StaysWhereItIsIfNoMoveSucceeds) {
     const std::string name(240, 'a');
     folder.write(name + ".tmp", "1");
@@ -100,7 +100,7 @@ TEST_F(TakenFile, IsDeletedUnlessItWasKept) {
         CTakenFile file(folder.path(name + ".tmp"), folder.path(name), nullptr);
         EXPECT_FALSE(file.keep("", "").m_bMoved);
     }
-    EXPECT_TRUE(folder.exists(name + ".tmp")); // not deleted though it could not be moved
+    EXPECT_TRUE(folder.exists(name + ".tmp")); // not deleted, although it could not be moved
 }
 
 } // namespace

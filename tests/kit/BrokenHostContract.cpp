@@ -1,4 +1,4 @@
-// The contract suites against a host that breaks its promises: they must say so.
+// Runs the contract suites against a host that breaks its promises. The suites must report it.
 #include "contract/ContractHost.h"
 #include "examples/minimal_host/MinimalContractHost.h"
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Gives an empty pointer for a subscription.
+/// Returns a null pointer for a subscription.
 class CBrokenQuotes : public minimal::CQuotes {
 public:
     boost::shared_ptr<TC::CQuoteRequest> subscribe(const QString&, const TC::CQuoteRequest::CCallback&,
@@ -19,7 +19,7 @@ public:
     }
 };
 
-/// Throws at reports that it does not expect.
+/// Throws on reports that it does not expect.
 class CBrokenAudit : public kit::CIntakeAuditBase {
 public:
     void recordDiscard(const TC::CDiscardReport& report) override {
@@ -38,7 +38,7 @@ struct CBrokenServices {
     CBrokenAudit brokenAudit;
 };
 
-/// The services are the first base: they live longer than the host that uses them.
+/// The services are the first base class, so that they live longer than the host that uses them.
 class CBrokenContractHost : private CBrokenServices, public minimal::CMinimalContractHost {
 public:
     CBrokenContractHost()
@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     contract::CContractHostKind kind;
     kind.name = "Broken";
     kind.make = [] { return std::make_unique<CBrokenContractHost>(); };
-    kind.lacks = {}; // it lacks nearly everything and does not say so
+    kind.lacks = {}; // it lacks nearly everything but lists nothing
     if (contract::runHostContract(argc, argv, kind) == 0) return 1;
     const std::set<std::string> failed = failedTests();
     for (const char* name :

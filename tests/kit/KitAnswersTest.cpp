@@ -1,4 +1,4 @@
-// What the kit answers for a host that does not: nothing that could move money.
+// The answers of the kit for a host without its own answers. No answer may move money.
 #include "kit/DefaultServices.h"
 #include "kit/ExchangeClientBase.h"
 #include "kit/InstrumentTypesBase.h"

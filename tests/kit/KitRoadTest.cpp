@@ -1,4 +1,4 @@
-// The minimal host on the real road: what its user sees of the orders that the kit's answers refuse.
+// The minimal host with the real service: what its user sees when answers of the kit refuse orders.
 #include "examples/minimal_host/MinimalHost.h"
 #include "platform/HostReports.h"
 #include "service/OrderService.h"
@@ -14,7 +14,7 @@ namespace {
 
 using namespace TC;
 
-/// Counts the commands and refusals, for a test to wait for.
+/// Counts the commands and refusals, so that a test can wait for them.
 class CCountedOrders : public COrderClient {
 public:
     void orderCommands(const COrderComandParamPtr& command) override {
@@ -64,7 +64,7 @@ protected:
         end();
         releaseHost();
     }
-    /// Ends the service, so that everything has been said.
+    /// Ends the service. After that all messages have been shown.
     void end() {
         if (COrderService::instance() != nullptr) COrderService::instance()->shutdown();
         COrderService::release();
@@ -156,7 +156,7 @@ TEST(KitDoors, DoorThatServesNobodyAndRefusedConnectionsAreShown) {
     releaseHost();
 }
 
-/// The minimal host without the road: what its audit shows.
+/// The output of the minimal host's audit, tested without the service.
 class KitAudit : public testing::Test {
 protected:
     KitAudit() { EXPECT_TRUE(installHost(host.services()).isSuccess()); }
@@ -228,7 +228,7 @@ TEST_F(KitAudit, WhatComesToNothingIsShown) {
     cancel.m_strCause = QStringLiteral("no such task");
     tellAudit(cancel);
     EXPECT_TRUE(shows("任务 12 未撤销: no such task")) << screen.str();
-    cancel.m_nTaskId = kUnsetInt; // the cancel of an order
+    cancel.m_nTaskId = kUnsetInt; // now the cancel of an order
     tellAudit(cancel);
     EXPECT_TRUE(shows("撤单未成功: no such task")) << screen.str();
 }
@@ -257,7 +257,7 @@ public:
     }
 };
 
-/// The kit's audit has no other place than the panel.
+/// The kit's audit shows its reports only on the panel.
 TEST(KitPanel, ReportThatThePanelCannotShowIsInTheLog) {
     std::ostringstream screen;
     minimal::CMinimalHost host(screen);

@@ -26,7 +26,7 @@ TEST(Operations, OthersAreNot) {
         EXPECT_EQ(findOperation(static_cast<TC::EOperationType>(number)), nullptr) << number;
 }
 
-/// What closes a position trades against what opened it.
+/// An operation that closes a position has the opposite side of the operation that opens it.
 TEST(Operations, ClosingIsTheOtherSideOfOpening) {
     const auto sideOf = [](int number) {
         return findOperation(static_cast<TC::EOperationType>(number))->m_eSide;

@@ -51,7 +51,7 @@ TEST(VolumeSplit, DividesByWeightInWholeUnits) {
 }
 
 TEST(VolumeSplit, UnitsLeftOverGoToTheLargestFractions) {
-    EXPECT_EQ(split(1000, {1, 2, 4}, 100), (std::vector<int>{100, 300, 600})); // shares 1.43, 2.86, 5.71
+    EXPECT_EQ(split(1000, {1, 2, 4}, 100), (std::vector<int>{100, 300, 600})); // units: 1.43, 2.86, 5.71
 }
 
 TEST(VolumeSplit, EqualFractionsGoToTheEarlierAccount) {
@@ -84,7 +84,7 @@ TEST(VolumeSplit, NoPositiveWeightFailsWhereThereIsSomethingToDivide) {
     EXPECT_EQ(split(0, {0, kNaN}, 100), (std::vector<int>{0, 0}));
 }
 
-/// They end the report of a split that failed, which is Chinese up to there.
+/// These texts end the report of a failed split, which is in Chinese.
 TEST(VolumeSplit, ReasonsAreInTheUsersLanguage) {
     EXPECT_EQ(failure(TC::kUnsetInt, {1}), "没有数量");
     EXPECT_EQ(failure(-1, {1}), "数量为负数");

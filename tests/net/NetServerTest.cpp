@@ -20,7 +20,7 @@
 
 namespace {
 
-/// Sends back what it gets, and writes down what happens.
+/// Sends back what it receives, and records the events.
 class CEchoServer : public net::NetServer {
 public:
     using net::NetServer::NetServer;
@@ -58,7 +58,7 @@ public:
         m_events.push_back(event);
         m_changed.notify_all();
     }
-    /// Waits until so many events have been seen and gives them.
+    /// Waits for this number of events and returns all events.
     std::vector<std::string> waitForEvents(std::size_t count) {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [&] { return m_events.size() >= count; });
@@ -66,7 +66,7 @@ public:
     }
 
     std::string greeting;
-    net::NetConnectionPtr held; ///< the last one; on the server's thread
+    net::NetConnectionPtr held; ///< the last connection; used on the server's thread
 
 private:
     std::mutex m_mutex;
@@ -171,7 +171,7 @@ TEST_F(NetServer, HandlerThatThrowsCostsItsConnectionOnly) {
 
 TEST_F(NetServer, SlowReaderHoldsUpItselfOnly) {
     CTestSocket slow(port());
-    // Far more than the system's buffers of both directions take: the sender is held up in the end.
+    // Far more than the system's buffers of both directions can hold, so the sender is blocked in the end.
     const std::string block(1 << 20, 'x');
     std::thread sender([&] {
         for (int i = 0; i < 32; ++i)
@@ -187,7 +187,7 @@ TEST_F(NetServer, SlowReaderHoldsUpItselfOnly) {
     sender.join();
 }
 
-/// The socket of this process whose peer is the client.
+/// The socket of this process that is connected to the client.
 int acceptedSocketOf(CTestSocket& client) {
     const auto endpoint = client.socket().local_endpoint();
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
@@ -216,7 +216,7 @@ TEST_F(NetServer, ConnectionMayBreakWhileItsRepliesWait) {
     stop();
     boost::asio::io_service io;
     const auto server = boost::make_shared<CEchoServer>(io, "127.0.0.1", 0, false, false);
-    server->greeting = std::string(64 << 20, 'x'); // far more than the system's buffers take
+    server->greeting = std::string(64 << 20, 'x'); // far more than the system's buffers hold
     server->start(false);
     std::thread thread([&] { io.run(); });
     const auto readByte = [](CTestSocket& client) {
@@ -226,7 +226,7 @@ TEST_F(NetServer, ConnectionMayBreakWhileItsRepliesWait) {
     };
     CTestSocket broken(server->port());
     EXPECT_EQ(readByte(broken), 'x');
-    // Once another one is served, the first one's bytes wait for room.
+    // When the server serves another client, the first client's bytes already wait for room.
     CTestSocket other(server->port());
     EXPECT_EQ(readByte(other), 'x');
     broken.reset();
@@ -270,7 +270,7 @@ TEST_F(NetServer, ConnectionsThatWaitForTheirPeersToCloseAreBounded) {
     for (int i = 0; i < kClients; ++i) {
         clients.push_back(std::make_unique<CTestSocket>(port()));
         clients.back()->send("quit");
-        EXPECT_EQ(clients.back()->readAll(), "quit"); // and does not close its own side
+        EXPECT_EQ(clients.back()->readAll(), "quit"); // the client does not close its side
     }
     CTestSocket other(port());
     other.send("x\n");
@@ -279,7 +279,7 @@ TEST_F(NetServer, ConnectionsThatWaitForTheirPeersToCloseAreBounded) {
 }
 
 TEST_F(NetServer, WhatIsLeftToSendIsNotCutOffForOthersThatEnd) {
-    m_server->greeting = std::string(16 << 20, 'x'); // more than the system's buffers take
+    m_server->greeting = std::string(16 << 20, 'x'); // more than the system's buffers hold
     m_server->limitEnding(1);
     CTestSocket slow(port());
     slow.send("quit");

@@ -1,4 +1,4 @@
-// Each free function of the boundary is a word to the installed service, with its arguments and its answer
+// Each free function of the boundary calls the installed service. It passes the arguments and the answer on
 // unchanged.
 #include "base/Text.h"
 #include "tests/support/FakeHost.h"
@@ -13,7 +13,7 @@ namespace {
 
 using namespace TC;
 
-/// Rules that answer with what they were asked.
+/// Rules that return their arguments.
 class CEchoRules : public fake::CRules {
 public:
     QString qdStockKey(const QString& market, const QString& code) override {
@@ -34,7 +34,7 @@ public:
     CPriceDataPtr lastQuote;
 };
 
-/// Types that answer with what they were asked.
+/// Types that return their arguments.
 class CEchoTypes : public fake::CTypes {
 public:
     int getTradeMinUnit(const std::string& market, const std::string& code,
@@ -185,7 +185,7 @@ TEST_F(Forwards, SwitchesOfTheOrderModule) {
 }
 
 TEST_F(Forwards, BasketsAreFoundUnderBothReadingsOfTheirNames) {
-    // 医药 in GBK is well-formed UTF-8 for another word.
+    // The GBK bytes of 医药 are also valid UTF-8 for another word.
     for (const QString& name : {QStringLiteral("医药"), QStringLiteral("蓝筹")}) {
         host.user.baskets.clear();
         host.user.baskets[name].m_rows.resize(2);

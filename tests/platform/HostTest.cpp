@@ -10,7 +10,7 @@ namespace {
 
 using namespace TC;
 
-/// The fakes' services, installed by the test and not by themselves.
+/// The services of the fakes. The test installs them, not the fakes.
 class Host : public testing::Test {
 protected:
     Host() { releaseHost(); }

@@ -1,4 +1,4 @@
-// The numbers cross to the host, to files and to sockets. They are typed here a second time on purpose.
+// The host, files and sockets use these numbers. The test repeats them on purpose.
 #include "records/Enums.h"
 
 #include "base/Unset.h"

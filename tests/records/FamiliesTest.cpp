@@ -1,4 +1,4 @@
-// The families are typed here a second time on purpose.
+// The test repeats the table of the families on purpose.
 #include "records/Families.h"
 
 #include <gtest/gtest.h>
@@ -68,7 +68,7 @@ TEST(Families, EveryFamilyAcceptsItsNumbersOnly) {
     }
 }
 
-/// A basket is traded on credit accounts, too; a futures basket is not.
+/// Baskets are also traded on credit accounts. Futures baskets are not.
 TEST(Families, EveryFamilyTradesOnItsAccountsOnly) {
     constexpr int kBasket = 2, kCreditBroker = 3;
     for (const CRow& row : kRows) {
@@ -121,7 +121,7 @@ TEST(Families, SettingOfAStrategyIsThatOfItsSlot) {
     EXPECT_EQ(&settingOfFamily(strategy), &strategy.m_stockSetting);
 }
 
-/// The trader type of the command that a default remark is for; -1: the family has none.
+/// The trader type of the commands that get a default remark. -1: the family has no default remark.
 TEST(Families, DefaultRemarksAreForTheirCommands) {
     const std::map<int, int> types = {{0, 1},  {1, 2},     {2, 4},    {3, 8},      {4, 32}, {5, -1},
                                       {6, -1}, {9, 16384}, {10, 128}, {11, 16384}, {12, 16}};

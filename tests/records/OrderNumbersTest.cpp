@@ -1,4 +1,4 @@
-// The tables are typed here a second time on purpose.
+// The test repeats the tables on purpose.
 #include "records/OrderNumbers.h"
 
 #include "base/Unset.h"
@@ -44,7 +44,7 @@ TEST(OrderNumbers, NumbersOutsideTheTableHaveNoRow) {
     EXPECT_EQ(findOrderNumber(-0x7fffffff - 1), nullptr);
 }
 
-/// 33 to 35 leave the operation to their rows; 80 to 85 and 110 to 119 have none.
+/// 33 to 35 take the operation from their rows. 80 to 85 and 110 to 119 have no operation.
 TEST(OrderNumbers, OtherNumbersHaveAnOperation) {
     for (std::size_t i = 0; i < kOrderNumberCount; ++i) {
         const int number = kOrderNumbers[i].m_nNumber;
@@ -54,7 +54,7 @@ TEST(OrderNumbers, OtherNumbersHaveAnOperation) {
     }
 }
 
-/// What the socket reads for each number, and the fewest fields that make an order line.
+/// How the socket reads each number, and the least number of fields of an order line.
 TEST(OrderNumbers, EveryNumberHasItsSocketForm) {
     const auto formOf = [](int number) {
         const auto in = [&](int first, int last) { return number >= first && number <= last; };

@@ -1,4 +1,4 @@
-// The tables are typed here a second time on purpose.
+// The test repeats the tables on purpose.
 #include "records/OrderTypes.h"
 
 #include "records/OrderNumbers.h"

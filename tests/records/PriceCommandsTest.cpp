@@ -1,4 +1,4 @@
-// The table is typed here a second time on purpose.
+// The test repeats the table on purpose.
 #include "records/PriceCommands.h"
 
 #include <gtest/gtest.h>

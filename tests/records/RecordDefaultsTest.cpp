@@ -1,4 +1,4 @@
-// What the smaller records hold before anybody has set them.
+// The initial values of the smaller records.
 #include "records/Account.h"
 #include "records/AlgorithmOrderSetting.h"
 #include "records/Basket.h"

@@ -16,7 +16,7 @@ boost::shared_ptr<IData> entryOf(const std::string& json) {
     return entry;
 }
 
-/// A record in which no stored field has its default.
+/// A record in which every stored field differs from its default.
 TradeInterfaceData full() {
     TradeInterfaceData record;
     record.m_strInterface = "动量";
@@ -174,7 +174,7 @@ TEST(TradeInterface, EntriesBeforeABadOneStay) {
     EXPECT_EQ(record.whitelist[1]->toBson(), bson::fromjson("{\"a\":2}"));
 }
 
-/// What one refused text says, and the account that was read before it.
+/// A text that must be refused, and the message of its error.
 struct CRefusedRow {
     const char* text;
     const char* message;
@@ -259,7 +259,7 @@ TEST(TradeInterface, ARecordThatIsNotStoredHasNoDocument) {
     EXPECT_NO_THROW(plain.bsonValueFromObj(bson::fromjson("{\"a\":1}")));
 }
 
-/// Settings documents that were saved before must be read again.
+/// Settings documents that were saved earlier must stay readable.
 TEST(TradeInterface, NamesInASettingsDocumentStayTheSame) {
     EXPECT_STREQ(knservice::kInterfacesTag, "interfaceTrade");
     EXPECT_STREQ(knservice::kInterfaceDataAttribute, "interfacedata");

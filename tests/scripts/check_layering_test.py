@@ -1,4 +1,4 @@
-"""Lets scripts/check-layering loose on made-up trees, good and bad."""
+"""Runs scripts/check-layering on small example trees, correct and wrong."""
 import subprocess
 import sys
 import tempfile

@@ -1,5 +1,5 @@
-// Baskets whose quotes stay away, on the service's thread: how long they hold it, and what becomes of the
-// orders behind them.
+// Baskets whose quotes do not arrive: how long they block the service's thread, and what happens to the
+// orders after them.
 #include "platform/InstrumentTypes.h"
 #include "tests/service/ServiceFixture.h"
 #include "tests/support/FakeClock.h"
@@ -49,7 +49,7 @@ protected:
     }
 
     static std::string codeOf(int index) { return std::to_string(600100 + index); }
-    /// Instruments that a basket may hold, with quotes or without.
+    /// Adds instruments that are allowed in baskets, with or without quotes.
     void addInstruments(int first, int count, bool hasQuotes) {
         for (int i = first; i < first + count; ++i) {
             host.addStock("SH", codeOf(i), 10);
@@ -71,15 +71,15 @@ protected:
             .source(EOrderStrategyType::Interface)
             .line(QStringLiteral("600000"), 10.5, volume);
     }
-    /// Returns once all that was dropped before stands in the service's queue: the file thread hands one file
-    /// on before it tells of the next.
+    /// Returns when all files that were dropped before are in the service's queue. The file thread queues the
+    /// orders of one file before it reports the next file.
     void waitForQueue() { drop(kSpareChannel, ""); }
     void waitUntilHeld() { held.get_future().wait(); }
     void release() {
         if (!isReleased) released.set_value();
         isReleased = true;
     }
-    /// Channel, number of records and volume of every command.
+    /// The channel, number of records and volume of every command.
     std::vector<std::string> commandTexts() const {
         std::vector<std::string> texts;
         for (const COrderComandParamPtr& command : host.commands()) {
@@ -91,7 +91,7 @@ protected:
         }
         return texts;
     }
-    /// Waits for quotes, on whatever thread.
+    /// The number of waits for quotes on all threads.
     int quoteWaits() {
         const std::vector<double> sleeps = clock.sleeps();
         return static_cast<int>(std::count(sleeps.begin(), sleeps.end(), kQuoteWait));
@@ -181,7 +181,8 @@ TEST_F(BasketQueue, StrategiesCanBeStoppedWhileABasketWaits) {
     drop(kStockChannel, "23,0,10.5,600000,200\n");
     release();
     service().shutdown();
-    // The order of the stopped strategy is refused in words when its turn comes, and the next one goes on.
+    // The order of the stopped strategy is refused with a message when its turn comes. The next order is
+    // executed.
     EXPECT_EQ(commandTexts(),
               (std::vector<std::string>{"4: 0 records, volume 0", "3: 2 records, volume 200"}));
     const QString refusal = QStringLiteral("[接口单]　通道号: 5, 对应的策略未启动!");

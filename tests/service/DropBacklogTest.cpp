@@ -7,7 +7,7 @@ namespace {
 
 using namespace TC;
 
-/// The host holds the first command until the test lets it go, so that all else is a backlog.
+/// The host blocks the first command until the test releases it. All later orders form a backlog.
 class DropBacklog : public ServiceFixture {
 protected:
     void SetUp() override {
@@ -28,7 +28,7 @@ protected:
     void waitForTheFirst() { m_inHand.get_future().wait(); }
     void letGo() { m_go.set_value(); }
 
-    /// Volumes of the orders that the audit got, by batch.
+    /// Volumes of the orders that the audit received, grouped by batch.
     std::vector<std::vector<int>> unplaced() {
         std::vector<std::vector<int>> batches;
         for (const QVector<COrderParam>& orders : host.audit.unplaced) {
@@ -40,7 +40,7 @@ protected:
     }
 
 private:
-    int m_calls = 0; ///< the service's thread alone
+    int m_calls = 0; ///< used only on the service's thread
     std::promise<void> m_inHand, m_go;
 };
 
@@ -93,7 +93,7 @@ TEST_F(DropBacklog, BatchThatWasWorkedOffIsNotReported) {
     EXPECT_TRUE(host.audit.unplaced.empty());
 }
 
-/// The rest of such a batch is dropped by the rules, whatever is asked for at the same time.
+/// The missing strategy ends its batch without a report, even if the backlog is dropped at the same time.
 TEST_F(DropBacklog, BatchThatEndedByAMissingStrategyIsNotReported) {
     service().placeOrders({order(3, 100)});
     service().placeOrders({order(9, 200), order(3, 300)});

@@ -12,7 +12,7 @@ namespace {
 
 using TC::COrderQueue;
 
-/// A queue in front of a thread that runs, and is ended with the test.
+/// A queue for a running thread. The thread ends with the test.
 class OrderQueue : public testing::Test {
 protected:
     void SetUp() override {
@@ -24,7 +24,7 @@ protected:
         thread.wait();
     }
 
-    /// Closes the queue and returns when all that was accepted has been worked off.
+    /// Closes the queue and returns when all accepted calls have run.
     void closeAndWait() {
         std::promise<void> workedOff;
         queue->close([&] { workedOff.set_value(); });
@@ -34,7 +34,7 @@ protected:
     QObject receiver;
     QThread thread;
     std::unique_ptr<COrderQueue> queue;
-    std::vector<int> ran; ///< on the thread; read when it is known to have done with it
+    std::vector<int> ran; ///< written on the thread; read it only after the thread has finished its calls
 };
 
 TEST_F(OrderQueue, CallsRunOnTheReceiversThreadInTheOrderOfThePosts) {
@@ -83,7 +83,7 @@ TEST_F(OrderQueue, CallsOfTheReceiversOwnThreadRunAtOnceAlsoBehindTheEndMarker) 
     EXPECT_EQ(ran, (std::vector<int>{1, 2}));
 }
 
-/// Many threads and an end in between: what was accepted has run when the end marker has its turn.
+/// Many threads post calls while the queue is closed. All accepted calls must run before the end marker.
 TEST_F(OrderQueue, EveryCallIsEitherWorkedOffBeforeTheEndOrRefused) {
     std::atomic<int> accepted{0};
     std::promise<void> isBusy;

@@ -26,15 +26,15 @@ protected:
     }
 };
 
-/// Threads of this process that bear the name. One that is ending does not count: a thread that was joined
-/// can be listed for a moment more.
+/// The number of threads of this process with this name. Ending threads are not counted: the system may list
+/// a thread for a moment after it was joined.
 int threadsNamed(const std::string& name) {
-    constexpr unsigned kExiting = 4; // the system's flag of a thread that ends, set before a join returns
+    constexpr unsigned kExiting = 4; // the kernel's flag of an ending thread, set before a join returns
     int count = 0;
     for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
         std::ifstream file(task.path() / "stat");
         std::string line;
-        if (!std::getline(file, line)) continue; // gone meanwhile
+        if (!std::getline(file, line)) continue; // this thread has ended meanwhile
         const std::size_t begin = line.find('(') + 1, end = line.rfind(')');
         if (line.substr(begin, end - begin) != name) continue;
         std::istringstream rest(line.substr(end + 1));
@@ -81,7 +81,7 @@ TEST_F(OrderService, PositionsAreExchangedWithoutAMultiplier) {
     target.m_strCode = QStringLiteral("600000");
     target.m_nVolume = 300;
     QVector<COrderSingleParam> rows{target};
-    service().exchangePosition(account, rows); // no data of the account yet
+    service().exchangePosition(account, rows); // the account has no data yet
     EXPECT_EQ(rows.at(0).m_nVolume, 300);
     EXPECT_EQ(rows.at(0).m_eOperationType, -1);
     host.tasks.addPosition(account, "SH", "600000", 1000);
@@ -118,8 +118,8 @@ TEST_F(OrderService, OrdersMayComeFromAnyThread) {
 TEST_F(OrderService, DirectReceiversOfOrdersAndCancelsAreCalledWithoutALock) {
     addFileStrategy(3);
     service().loadFromConfig(false);
-    // Another thread places an order with the registry locked, as a pass of the file loop does; the receiver
-    // waits for it, as it would for a strategy that the pass keeps locked.
+    // Another thread places an order while it holds the registry lock, like a pass of the file loop. The
+    // receiver waits for that thread, as if it needed a strategy that the pass has locked.
     const auto waitForAPass = [this] {
         auto passed = std::async(std::launch::async, [this] {
             service().visitStrategies([this](int, const COrderStrategyParam&) {
@@ -156,7 +156,7 @@ TEST_F(OrderService, StrategyMayChangeWhileItsOrdersWaitForAQuote) {
     service().loadFromConfig(false);
     service().placeOrders({good(), good()});
     service().shutdown();
-    EXPECT_EQ(host.commands().size(), 1u); // the order in hand goes on, the next one meets the stop
+    EXPECT_EQ(host.commands().size(), 1u); // the current order is finished, the next one is refused
     EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[文件单]　通道号: 3, 对应的策略未启动!"));
     EXPECT_FALSE(service().hasRunning());
 }
@@ -255,7 +255,7 @@ TEST_F(OrderService, UserMayComeAndGoBetweenLoads) {
 TEST_F(OrderService, SecondLoadStartsAgainWhatRuns) {
     addFileStrategy(3);
     service().loadFromConfig(false);
-    drop(3, ""); // the file is gone now
+    drop(3, ""); // afterwards the file no longer exists
     service().loadFromConfig(false);
     EXPECT_FALSE(service().hasRunning());
 }
@@ -344,7 +344,7 @@ TEST_F(OrderService, LoadStartsWhatIsRememberedAsRunningAndDropsErrors) {
     EXPECT_TRUE(strategies[1].isRunning());
     EXPECT_FALSE(strategies[2].isRunning());
     EXPECT_FALSE(strategies[4].isRunning());
-    EXPECT_FALSE(folder.exists(fileOf(1))); // what lay there at the start goes unread
+    EXPECT_FALSE(folder.exists(fileOf(1))); // a file from before the start is deleted unread
     EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[标题2]　策略1: 启动成功!")});
 }
 
@@ -361,7 +361,7 @@ TEST_F(OrderService, ShutdownWorksOffWhatWasTaken) {
     EXPECT_EQ(threadsNamed("orderservice"), 0);
 }
 
-/// Without the wake-up this test would last a day.
+/// Without the wake-up this test would take a day.
 TEST_F(OrderService, ShutdownDoesNotWaitOutThePollingInterval) {
     host.user.interval = 24 * 60 * 60 * 1000;
     service().loadFromConfig(false);

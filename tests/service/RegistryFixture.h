@@ -1,4 +1,4 @@
-// The ground of the tests that add, start, stop and change strategies.
+// The fixture of the tests that add, start, stop and change strategies.
 #pragma once
 
 #include "tests/service/ServiceFixture.h"
@@ -13,13 +13,13 @@ protected:
             &service(), &TC::COrderService::sigSetStatus, &service(),
             [this](bool running) { statuses.push_back(running); }, Qt::DirectConnection);
     }
-    /// Binds the service; the strategies stay as they are.
+    /// Binds the service to its user. The strategies stay unchanged.
     void load() {
         service().loadFromConfig(false);
         statuses.clear();
     }
-    /// Changes the host's map while no user is bound, so that the file loop of an earlier load does not look
-    /// at it meanwhile.
+    /// Changes the host's map while no user is bound. Otherwise the file loop of an earlier load could read
+    /// the map at the same time.
     template<typename Change>
     void changeMap(const Change& change) {
         host.user.loggedIn = false;

@@ -9,7 +9,7 @@
 
 #include <memory>
 
-/// The real service on a host in memory. Order files lie in a folder of the test's own.
+/// The real service on a host in memory. The order files are in the test's own folder.
 class ServiceFixture : public testing::Test {
 protected:
     void SetUp() override { TC::COrderService::initInstance(new TC::COrderService); }
@@ -20,7 +20,7 @@ protected:
 
     TC::COrderService& service() { return *TC::COrderService::instance(); }
 
-    /// Adds a stock strategy on the file of the channel, which exists afterwards.
+    /// Adds a stock strategy that reads the channel's file, and creates the file.
     void addFileStrategy(int channel, bool running = true) {
         CStrategyBuilder builder;
         builder.channel(channel).file(folder.path(fileOf(channel)));
@@ -30,7 +30,7 @@ protected:
     }
     static std::string fileOf(int channel) { return std::to_string(channel) + ".txt"; }
 
-    /// Hands the bytes over to the channel's strategy and returns once they have been read.
+    /// Writes the bytes to the order file of the channel and returns when the service has read them.
     void drop(int channel, const std::string& bytes) {
         const std::size_t before = host.records.snapshot([this] { return host.audit.reports.size(); });
         folder.handOver(fileOf(channel), bytes);

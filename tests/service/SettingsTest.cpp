@@ -29,7 +29,7 @@ protected:
             names.push_back(record->m_strInterface);
         return names;
     }
-    /// The children of an "interfaceTrade" that the host's interfaces were saved to.
+    /// Saves the host's interfaces and returns the "interfaceTrade" element with them.
     QDomElement save() {
         m_saved = documentOf(QStringLiteral("<settings><interfaceTrade/></settings>"));
         QDomElement element = m_saved.documentElement().firstChildElement();
@@ -89,7 +89,7 @@ TEST_F(Settings, ASecondLoadAddsToTheFirst) {
     EXPECT_EQ(service().interfaces().front(), first);
 }
 
-/// A child that cannot be read, behind one that can and before another.
+/// A child that cannot be read, between two that can.
 struct CBadChildRow {
     const char* child;
     const char* message;

@@ -1,4 +1,4 @@
-// Socket strategies through the service: their start and stop with every message, and the whole road of an
+// Socket strategies in the service: their start and stop with every message, and the complete path of an
 // order line.
 #include "base/StopRequest.h"
 #include "service/StrategyRegistry.h"
@@ -49,7 +49,7 @@ protected:
         return service().startOrderStrategy(id, error, true);
     }
     bool isRunning(int id = 3) { return service().getStrategyMap()[id].isRunning(); }
-    /// A logged-in connection. Names and passwords are compared in UTF-8.
+    /// Connects and logs in. Names and passwords are compared in UTF-8.
     std::unique_ptr<CTestSocket> logIn() {
         auto client = std::make_unique<CTestSocket>(port);
         client->readLine();
@@ -156,7 +156,7 @@ TEST_F(SocketStrategy, RememberedAsRunningItListensFromTheLoadOn) {
     host.user.addStrategy(onPort(3, port).set([](auto& s) { s.m_nStatus = COrderStrategyParam::kRunning; }));
     service().loadFromConfig(false);
     EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
-    // A second load starts it anew on the listener that it has.
+    // A second load restarts the strategy on its existing listener.
     service().loadFromConfig(false);
     EXPECT_TRUE(isRunning());
     EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
@@ -223,7 +223,7 @@ TEST_F(SocketStrategy, EveryAcknowledgedOrderIsWorkedOff) {
     for (int i = 0; i < 500; ++i)
         lines += "placeorder 23,3,10.5,600000,100\r\n";
     std::thread sender([&] {
-        boost::system::error_code ended; // the door may close in the middle
+        boost::system::error_code ended; // the server may close the connection during this write
         boost::asio::write(client->socket(), boost::asio::buffer(lines), ended);
     });
     client->readLine();
@@ -272,7 +272,7 @@ TEST_F(SocketStrategy, StuckListenerStillStops) {
     EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
 }
 
-/// Listeners that cannot be stopped for a while.
+/// Listeners that cannot be stopped while isHolding is set.
 class CHoldingListeners : public CSocketListeners {
 public:
     using CSocketListeners::CSocketListeners;
@@ -297,7 +297,7 @@ TEST_F(SocketStrategy, StopThatFailsLeavesTheStrategyRunningUntilTheNext) {
     EXPECT_EQ(registry.stop(3, error), -1);
     EXPECT_EQ(error, QStringLiteral("停止socket服务失败"));
     EXPECT_TRUE(registry.find(3)->isRunning());
-    EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n"); // it listens on
+    EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n"); // the listener still works
     listeners.isHolding = false;
     EXPECT_EQ(registry.stop(3, error), 0);
     EXPECT_FALSE(registry.find(3)->isRunning());
@@ -312,13 +312,13 @@ TEST_F(SocketStrategy, OrdersFlowWhileTheRegistryIsHeld) {
     const auto client = logIn();
     service().visitStrategies([&](int channel, const COrderStrategyParam&) {
         if (channel != 5) return;
-        EXPECT_EQ(client->ask("placeorder 26,3,all"), "+OK\r\n"); // needs a copy of the strategy
+        EXPECT_EQ(client->ask("placeorder 26,3,all"), "+OK\r\n"); // this order needs a copy of the strategy
         EXPECT_EQ(client->ask("placeorder 23,3,10.5,600000,100"), "+OK\r\n");
         EXPECT_TRUE(host.waitForCommands(1));
     });
 }
 
-/// A ticket, and when its last copy went.
+/// Makes a ticket and tells when its last copy is destroyed.
 class CTicket {
 public:
     std::shared_ptr<const void> make() {
@@ -382,7 +382,7 @@ TEST_F(SocketStrategy, HeldBackFloodBecomesCommandsInItsOrder) {
     }
 }
 
-/// Two seconds of waiting for a quote pass at once; the file loop sleeps until it is stopped.
+/// The waits of two seconds for a quote end at once. The file loop sleeps until it is stopped.
 class CQuoteClock final : public CFakeClock {
 public:
     void sleepUnlessStopped(double, const utils::CStopRequest& stop) override { stop.waitFor(60); }

@@ -29,7 +29,7 @@ TEST_F(StrategyRegistry, NumberOfAStrategyThatTheLimitLeftOutIsNotGiven) {
     load();
     ASSERT_EQ(service().getStrategyMap().keys(), (QList<int>{1, 2}));
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 4);
-    load(); // the limit leaves the new one out, too
+    load(); // the limit leaves out the new strategy too
     EXPECT_EQ(service().removeOrderStrategy(1), 0);
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 1);
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 5);
@@ -65,8 +65,8 @@ TEST_F(StrategyRegistry, NumbersLeftOutAreKeptForTheirUserAlone) {
     load();
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 1);
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 2);
-    host.user.strategyMap = &host.user.strategies; // the first user comes back, without strategy 2
-    load();                                        // the limit leaves strategy 3 out as well
+    host.user.strategyMap = &host.user.strategies; // the first user is back, without strategy 2
+    load();                                        // the limit leaves out strategy 3 too
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 4);
 }
 
@@ -76,7 +76,7 @@ TEST_F(StrategyRegistry, NumberThatWasLeftOutIsFreeOnceItsStrategyIsRemoved) {
     host.user.maxStrategies = 1;
     load();
     host.user.maxStrategies = 2;
-    host.user.addStrategy(CStrategyBuilder().channel(2).stopped()); // the host brings it back
+    host.user.addStrategy(CStrategyBuilder().channel(2).stopped()); // the host adds it again
     load();
     EXPECT_EQ(service().removeOrderStrategy(2), 0);
     EXPECT_EQ(service().addOrderStrategy(EOrderStrategyType::File), 2);
@@ -255,7 +255,7 @@ TEST_F(StrategyRegistry, StoppedStrategyLeavesItsFileAlone) {
     add(stoppedFile());
     addFileStrategy(4);
     ASSERT_EQ(service().startOrderStrategy(4, error, false), 0);
-    drop(4, ""); // a pass has gone over both by now
+    drop(4, ""); // by now a pass has looked at both strategies
     EXPECT_TRUE(folder.exists("a.txt"));
 }
 

@@ -32,7 +32,7 @@ TEST_F(StrategyStart, GuardOfTheHostThatThrowsRefusesAndIsNamed) {
     EXPECT_TRUE(error.startsWith(QStringLiteral("setStrategyGuard: "))) << error.toStdString();
     EXPECT_EQ(folder.read("a.txt"), "old orders");
     EXPECT_EQ(service().updateOrderStrategy(3, service().getStrategyMap()[3]), -1);
-    ASSERT_EQ(host.messages.messages.size(), 3u); // the failure of each call, and the refused change
+    ASSERT_EQ(host.messages.messages.size(), 3u); // one for each failed call, one for the refused change
     for (const fake::CMessage& message : host.messages.messages)
         EXPECT_TRUE(message.text.contains(QStringLiteral("setStrategyGuard")));
 }
@@ -58,7 +58,7 @@ TEST_F(StrategyStart, StartThatFailsWhileStrategiesAreLoadedGoesToTheAudit) {
     EXPECT_EQ(host.audit.incidents[0].m_nChannel, 3);
     EXPECT_EQ(host.audit.incidents[0].m_strCause, QStringLiteral("信号来源必须为文件"));
     EXPECT_TRUE(host.messages.messages.empty());
-    EXPECT_EQ(start(), -1); // one that is asked for answers to its caller
+    EXPECT_EQ(start(), -1); // a requested start reports to its caller only
     EXPECT_EQ(host.audit.incidents.size(), 1u);
 }
 
@@ -145,7 +145,7 @@ TEST_F(StrategyStart, BasketGroupMayBeOfCreditAccounts) {
     host.user.addGroup(EQDBrokerType::Credit, "CG", {{"C1", 1.0}});
     add(stoppedFile().family(EOrderStrategyTradeType::Basket).group(QStringLiteral("CG")).code(QString()));
     EXPECT_EQ(start(), 0);
-    EXPECT_EQ(error, QStringLiteral("代码不能为空")); // a note only: baskets have no code
+    EXPECT_EQ(error, QStringLiteral("代码不能为空")); // only a note: baskets have no code
 }
 
 TEST_F(StrategyStart, StartNeedsLoggedInAccounts) {
@@ -269,7 +269,7 @@ TEST_F(StrategyStart, InterfaceStrategyNeedsNoFile) {
 }
 
 TEST_F(StrategyStart, OnlyFileStrategiesInsistOnAFile) {
-    const CIntakePause pause; // the strategy reads the file as soon as it runs
+    const CIntakePause pause; // otherwise the running strategy reads the file at once
     folder.write("a.txt", "old");
     add(stoppedFile().source(EOrderStrategyType::BatchPending));
     EXPECT_EQ(start(), 0);
@@ -300,7 +300,7 @@ TEST_F(StrategyStart, RunningStrategyWhoseAccountWentStaysAsItIs) {
 }
 
 TEST_F(StrategyStart, FileThatCannotBeDroppedKeepsTheStrategyStopped) {
-    // A regular file that nobody can delete.
+    // A regular file that cannot be deleted.
     add(CStrategyBuilder().file("/proc/self/status").stopped());
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(error, QStringLiteral("信号来源文件无法删除"));

@@ -5,18 +5,18 @@
 #include <utility>
 #include <vector>
 
-/// What became of the orders and cancels of a soak, as their senders know it. One thread at a time.
+/// The fate of a soak's orders and cancels, as their senders know it. Not thread-safe.
 class COrderLedger {
 public:
-    /// What a sender knows of an order or a cancel.
+    /// What a sender knows about an order or a cancel.
     enum class EFate {
-        Unanswered, ///< sent whole; its reply is on the way or was lost
-        Accepted,   ///< "+OK" came
-        Cut         ///< its line never left whole
+        Unanswered, ///< sent completely; the reply is not here yet or was lost
+        Accepted,   ///< the reply was "+OK"
+        Cut         ///< the line was not sent completely
     };
 
-    /// By what a line and the record of it are known as the same: of an order its volume in shares and its
-    /// price in cents, of a cancel its task and kCancel. No two orders and no two cancels have the same.
+    /// Identifies an order or a cancel in its line and in its journal record. An order: its volume in shares
+    /// and its price in cents. A cancel: its task and kCancel. All marks are different.
     using CMark = std::pair<int, int>;
     static constexpr int kCancel = 0;
     static CMark markOfOrder(int order) {

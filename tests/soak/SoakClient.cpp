@@ -14,7 +14,7 @@ using boost::system::error_code;
 
 constexpr int kMaxRestMs = 250;
 constexpr int kMaxBurst = 8;
-constexpr int kFlood = 300; ///< lines of a burst that the guard holds back
+constexpr int kFlood = 300; ///< lines of a burst that the guard delays
 const std::string kOk = "+OK\r\n";
 
 std::string orderLine(const COrderLedger::CMark& mark) {
@@ -88,7 +88,7 @@ void CSoakClient::sendBurst() {
     send(bytes.substr(0, cut), bytes.substr(cut));
 }
 
-/// Sends the burst up to a random byte and hangs up without a look at the replies.
+/// Sends the burst up to a random byte and closes the connection without reading the replies.
 void CSoakClient::dropWithin(const std::vector<CLine>& burst) {
     std::string bytes;
     for (const CLine& line : burst)
@@ -130,7 +130,7 @@ void CSoakClient::await() {
     boost::asio::async_read_until(
         m_socket, m_received, '\n', [this](const error_code& error, std::size_t length) {
             if (m_awaited.empty()) {
-                // Behind the reply to `quit` nothing comes but the end.
+                // After the reply to `quit` only the end of the stream may follow.
                 return error == boost::asio::error::eof ? close()
                                                         : fail("no end of stream: " + error.message());
             }
@@ -151,7 +151,7 @@ void CSoakClient::takeReply(const std::string& reply) {
     await();
 }
 
-/// Ends this connection and comes back, unless the soak is over.
+/// Closes this connection and connects again, unless the soak is over.
 void CSoakClient::close() {
     error_code ignored;
     m_socket.close(ignored);
@@ -167,7 +167,7 @@ void CSoakClient::rest(void (CSoakClient::*next)()) {
     });
 }
 
-/// A client that met something wrong stays away.
+/// Reports the error. The client does not connect again.
 void CSoakClient::fail(const std::string& text) {
     m_ledger.fail("client " + std::to_string(m_nNumber) + ": " + text);
     error_code ignored;

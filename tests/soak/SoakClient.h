@@ -14,22 +14,21 @@
 #include <string>
 #include <vector>
 
-/// A client of the order socket that never rests: it logs in, sends bursts of orders, cancels and nonsense,
-/// now and then a flood of them, whole or in two pieces, checks every reply, leaves in order or drops the
-/// connection anywhere within a burst, and comes back. What it does follows from the seed; all on the
-/// io_service's thread.
+/// A client of the order socket that works without a pause. It logs in and sends bursts of orders, cancels
+/// and invalid lines, sometimes a very long burst. A burst is sent whole or in two pieces. It checks every
+/// reply. It leaves with `quit` or drops the connection anywhere in a burst, and then connects again. The
+/// seed decides all its actions. Everything runs on the io_service's thread.
 class CSoakClient {
 public:
-    /// number: which of `clients` it is, so that its orders and cancels are
-    /// its own. isOver: it leaves for good as soon
-    /// as that is true.
+    /// number: the index of this client among `clients`. It keeps the orders and cancels of the clients
+    /// different. isOver: the client ends as soon as this is true.
     CSoakClient(boost::asio::io_service& io, unsigned short port, COrderLedger& ledger, const bool& isOver,
                 unsigned seed, int number, int clients);
 
     void join();
 
 private:
-    /// One line of a burst, what it must be answered with, and its mark where a record must come of it.
+    /// One line of a burst and its expected reply. It has a mark if a journal record must follow.
     struct CLine {
         std::string text;
         std::string reply;
@@ -63,6 +62,6 @@ private:
     int m_nOrders = 0;
     int m_nCancels = 0;
     bool m_bLeaving = false;
-    std::string m_bytes; ///< on their way out
+    std::string m_bytes; ///< bytes that are being sent
     std::deque<CLine> m_awaited;
 };

@@ -1,8 +1,8 @@
-// Fifty clients against the desk's order socket for some seconds, and then: every order and every cancel that
-// was accepted is in the journal once, none that was not sent whole is there, and no descriptor is left open.
+// Fifty clients use the desk's order socket for some seconds. Afterwards every accepted order and cancel must
+// be in the journal once. Lines that were not sent completely must not be there. No descriptor may stay open.
 //
-// ORDERSERVICE_SOAK_SECONDS is how long it runs, 5 where it is not set; ORDERSERVICE_SOAK_SEED repeats what
-// the clients do.
+// ORDERSERVICE_SOAK_SECONDS is the duration in seconds, 5 if not set. ORDERSERVICE_SOAK_SEED repeats the
+// actions of the clients.
 #include "desk/commands/RunDesk.h"
 #include "desk/journal/Journal.h"
 #include "desk/journal/JournalReader.h"
@@ -34,7 +34,7 @@
 namespace {
 
 constexpr int kClients = 50;
-constexpr std::chrono::seconds kForgetLimit{20}; ///< for the listener to see that its last client has gone
+constexpr std::chrono::seconds kForgetLimit{20}; ///< for the listener to notice that all clients left
 
 unsigned fromEnvironment(const char* name, unsigned otherwise) {
     const char* text = std::getenv(name);
@@ -46,7 +46,7 @@ std::ptrdiff_t openDescriptors() {
     return std::distance(begin, end);
 }
 
-/// All clients on a thread of their own.
+/// All clients, on one separate thread.
 class CSoakCrowd {
 public:
     CSoakCrowd(unsigned short port, std::chrono::seconds length, unsigned seed) : m_end(m_io, length) {
@@ -70,7 +70,7 @@ public:
         });
     }
     bool isDone() const { return m_isDone; }
-    /// Once it is done.
+    /// Call it only after isDone() returns true.
     const COrderLedger& ledger() const { return m_ledger; }
 
 private:
@@ -83,16 +83,16 @@ private:
     std::atomic<bool> m_isDone{false};
 };
 
-/// How often a journal has each order's and each cancel's mark.
+/// How often the journal has the mark of each order and cancel.
 using CMarkCounts = std::map<COrderLedger::CMark, int>;
 
-/// What the clients know against what the journal has.
+/// Compares what the clients know with the journal.
 struct CTally {
     int accepted = 0, unanswered = 0, cut = 0;
-    int cancels = 0;  ///< of those that were accepted
-    int lost = 0;     ///< accepted and not in the journal
+    int cancels = 0;  ///< accepted cancels
+    int lost = 0;     ///< accepted, but not in the journal
     int doubled = 0;  ///< more than once in the journal
-    int invented = 0; ///< in the journal and never sent whole
+    int invented = 0; ///< in the journal, but never sent completely
 };
 
 CTally compare(const COrderLedger& ledger, CMarkCounts marks) {
@@ -149,7 +149,7 @@ running = true
 )");
     }
 
-    /// Runs the desk until the crowd has gone and is forgotten.
+    /// Runs the desk until all clients have left and the listener has noticed it.
     int runDesk() {
         return desk::runDesk(folder.path(), std::nullopt, out, [this] { return goOn(); });
     }
@@ -164,7 +164,7 @@ running = true
         }
         if (!crowd->isDone()) return true;
         if (!gone) gone = std::chrono::steady_clock::now();
-        isForgotten = openSockets() == socketsBefore + 1; // the listener's own
+        isForgotten = openSockets() == socketsBefore + 1; // the socket of the listener
         return !isForgotten && std::chrono::steady_clock::now() - *gone < kForgetLimit;
     }
 

@@ -18,7 +18,7 @@ protected:
     EFrame next() { return framing.next(bytes()); }
     std::string line() { return std::string(framing.line(bytes())); }
 
-    /// Takes each whole line of the buffer and compacts it.
+    /// Takes all whole lines of the buffer, then compacts it.
     std::vector<std::string> takeAll() {
         std::vector<std::string> lines;
         for (; next() == EFrame::Line; framing.take())
@@ -70,7 +70,7 @@ TEST_F(LineFraming, ALineFeedNeedsACarriageReturnOfTheSameLine) {
     EXPECT_EQ(line(), "a\n");
 }
 
-/// The carriage return before the second line feed belongs to no line any more.
+/// The carriage return before the second line feed belongs to the previous line.
 TEST_F(LineFraming, TheCarriageReturnOfTheLineBeforeDoesNotEndALine) {
     append("a\r\n\n");
     ASSERT_EQ(next(), EFrame::Line);

@@ -1,4 +1,4 @@
-// Failed logins slow their address down; nobody else waits for that.
+// Failed logins delay their own address. Other addresses do not wait.
 #include "socket/FailedLogins.h"
 #include "tests/socket/SocketFixture.h"
 
@@ -17,21 +17,21 @@ class LoginDelay : public SocketFixture {
 protected:
     LoginDelay() { guard(); }
 
-    /// A named connection that has its wrong password on the way.
+    /// A connection with a user name that has just sent a wrong password.
     std::unique_ptr<CTestSocket> guess(const std::string& pass = "wrong") {
         auto client = connect();
         EXPECT_EQ(client->ask("user trader"), kOk);
         client->send("pass " + pass + "\r\n");
         return client;
     }
-    /// So many failed logins, each on a connection of its own, while time passes.
+    /// Fails this number of logins, each on a new connection, while time passes.
     void fail(int count) {
         for (int i = 0; i < count; ++i) {
             const auto client = connect();
             EXPECT_EQ(askWaiting(*client, "pass wrong"), kBadLogin);
         }
     }
-    /// Whether the listener, having seen all that was sent before, has nothing for the client.
+    /// Whether the client has received nothing after the listener has read everything that was sent before.
     static bool isQuiet(CTestSocket& client, CTestSocket& bystander) {
         EXPECT_EQ(bystander.ask("cancel 1"), kOk);
         return !client.waitForData(kNow);
@@ -57,7 +57,7 @@ TEST_F(LoginDelay, TimerOfTheListenerEndsTheDelay) {
     fail(CFailedLogins::kFree);
     const auto client = guess();
     EXPECT_TRUE(isQuiet(*client, *trader));
-    passTime(0.4999); // the timer is set anew for what is left
+    passTime(0.4999); // the timer is set again for the remaining time
     EXPECT_TRUE(isQuiet(*client, *trader));
     clock.sleep(0.001);
     EXPECT_EQ(client->readLine(), kBadLogin);
@@ -107,7 +107,7 @@ TEST_F(LoginDelay, GoodLoginDoesNotSpeedUpItsAddress) {
 TEST_F(LoginDelay, AddressRecoversAfterAMinute) {
     start();
     fail(20);
-    passTime(60.05); // sums of steps of 0.1 are not exact
+    passTime(60.05); // the sum of steps of 0.1 is not exact
     EXPECT_EQ(guess()->readLine(), kBadLogin);
     logIn();
 }
@@ -161,7 +161,7 @@ TEST_F(LoginDelay, SeveralGuessesOfOneConnectionWaitOneByOne) {
     EXPECT_EQ(client->readLine(), kOk);
 }
 
-/// The delays of a wave grow as if its guesses had come one after the other.
+/// The delays of simultaneous guesses grow as if the guesses came one after the other.
 TEST_F(LoginDelay, ConnectionsThatWaitAtOnceDoNotShareTheFirstDelay) {
     start();
     const auto trader = logIn();
@@ -218,7 +218,7 @@ TEST_F(LoginDelay, OrdersOfThoseWhoAreLoggedInDoNotWaitAndTheirNextPassDoes) {
     EXPECT_EQ(other->ask("nonsense"), "-ERR Bad Command\r\n");
     EXPECT_FALSE(trader->waitForData(kNow));
     passTime(4.1);
-    EXPECT_EQ(trader->readLine(), kBadLogin); // nothing named it since its login
+    EXPECT_EQ(trader->readLine(), kBadLogin); // no `user` line since its login
 }
 
 TEST_F(LoginDelay, AsManyAsMayWaitDoAndThoseWhoHaveGoneMakeRoom) {

@@ -23,7 +23,7 @@ protected:
         error.clear();
         return parseSocketOrder(argument, registry, order, error);
     }
-    /// The one line of an order that is understood.
+    /// Parses a valid order and returns its only line.
     COrderSingleParam lineOf(const std::string& argument) {
         EXPECT_TRUE(parse(argument)) << argument;
         EXPECT_EQ(order.m_orders.size(), 1) << argument;
@@ -96,11 +96,11 @@ TEST_F(OrderCommandParser, FutureFieldsMayBeLeftOutFromTheEnd) {
     EXPECT_TRUE(isInvalidPrice(first.m_dSecondLimit));
 }
 
-/// Every number, and what a line of three fields of it is.
+/// A range of numbers, and the result of a line with three fields.
 struct CNumbers {
     int first, last;
-    int lines;         ///< order lines of "N,3,1"
-    bool takesTwoOnly; ///< a line even of "N,3"
+    int lines;         ///< number of order lines of "N,3,1"
+    bool takesTwoOnly; ///< "N,3" is also accepted
 };
 
 void PrintTo(const CNumbers& numbers, std::ostream* out) {
@@ -120,7 +120,7 @@ TEST_P(EveryNumber, HasItsForm) {
     }
 }
 
-// Baskets are the ones with the four rows of the basket called "1".
+// Baskets give four lines: the rows of the basket named "1".
 INSTANTIATE_TEST_SUITE_P(Numbers, EveryNumber,
                          testing::Values(CNumbers{-2, -1, 4, false}, CNumbers{0, 15, 1, false},
                                          CNumbers{16, 22, 4, false}, CNumbers{23, 24, 1, false},
@@ -223,7 +223,7 @@ TEST_F(OrderCommandParser, MemberListHasCodeVolumeAndMaybePrice) {
     EXPECT_EQ(order.m_orders[0].m_strCode, QStringLiteral("600000"));
     EXPECT_EQ(order.m_orders[0].m_nVolume, 100);
     EXPECT_TRUE(isInvalidPrice(order.m_orders[0].m_dPrice));
-    EXPECT_EQ(order.m_orders[1].m_strCode, QStringLiteral("0")); // stays a code here
+    EXPECT_EQ(order.m_orders[1].m_strCode, QStringLiteral("0")); // here it stays a code
     EXPECT_EQ(order.m_orders[1].m_nVolume, -300);
     EXPECT_EQ(order.m_orders[1].m_dPrice, 11);
     EXPECT_EQ(order.m_orders[2].m_dPrice, 7);
@@ -268,7 +268,7 @@ TEST_F(OrderCommandParser, NamedBasketGivesItsRows) {
         EXPECT_EQ(order.m_orders[0].m_nVolume, 200);
         EXPECT_EQ(order.m_orders[0].m_eOperationType, 19);
         EXPECT_EQ(order.m_orders[0].m_dWeight, 0.5);
-        EXPECT_EQ(order.m_strBasketText, ""); // 25 and 26 alone have one
+        EXPECT_EQ(order.m_strBasketText, ""); // only 25 and 26 have one
     }
     EXPECT_FALSE(parse("25,3,蓝"));
     EXPECT_EQ(error, " 指定的篮子不存在");

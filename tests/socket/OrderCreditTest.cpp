@@ -22,14 +22,14 @@ protected:
     COrderCredit::CAccountPtr open(const std::string& name) {
         return credit->open([this, name] { woken.push_back(name); });
     }
-    /// Places orders of one line until the account has to wait; gives how many.
+    /// Places orders of one line until the account has to wait. Returns the number of orders.
     int placeAll(const COrderCredit::CAccountPtr& account, CTickets& tickets, int most = 1000) {
         int count = 0;
         for (; count < most && credit->mayPlace(*account); ++count)
             tickets.push_back(credit->charge(account, 1));
         return count;
     }
-    /// Takes all the room with two accounts that want no more.
+    /// Fills all the room with two accounts that need no more.
     void fillRoom(CTickets& one, CTickets& other) {
         EXPECT_EQ(placeAll(open("one"), one, kShare) + placeAll(open("other"), other, kRoom - kShare), kRoom);
     }
@@ -37,7 +37,7 @@ protected:
         tickets.erase(tickets.begin(), tickets.begin() + count);
     }
 
-    /// Works off so many orders of one line, each of which takes so many seconds.
+    /// Processes this number of orders of one line. Each order takes this many seconds.
     void workOff(int count, double seconds) {
         const auto account = open("worked off");
         for (int i = 0; i < count; ++i) {
@@ -45,7 +45,7 @@ protected:
             clock.sleep(seconds);
         }
     }
-    /// What new accounts can put into the queue in all.
+    /// The total number of order lines that new accounts can put into the queue.
     int room() {
         CTickets tickets;
         int lines = 0;
@@ -91,7 +91,7 @@ TEST_F(OrderCredit, WaitingAccountsTakeTurnsInTheirOrder) {
     EXPECT_EQ(placeAll(c, ofC), 0);
     EXPECT_EQ(placeAll(d, ofD), 0);
     giveBack(ofA, kTurn);
-    // Two wait, so c has half a turn.
+    // Two accounts wait, so c gets half a turn.
     EXPECT_EQ(woken, std::vector<std::string>{"c"});
     EXPECT_EQ(placeAll(c, ofC), kTurn / 2);
     giveBack(ofB, kTurn);
@@ -103,7 +103,7 @@ TEST_F(OrderCredit, NobodyOvertakesThoseWhoWait) {
     CTickets ofA, ofB;
     fillRoom(ofA, ofB);
     EXPECT_FALSE(credit->mayPlace(*late));
-    giveBack(ofA, 1); // room for one, and not yet for a turn
+    giveBack(ofA, 1); // room for one order, but not for a turn
     EXPECT_FALSE(credit->mayPlace(*later));
     EXPECT_TRUE(woken.empty());
 }
@@ -137,7 +137,7 @@ TEST_F(OrderCredit, EndedAccountIsNotWoken) {
     placeAll(a, tickets);
     credit->close(*a);
     a.reset();
-    tickets.clear(); // its room comes back all the same
+    tickets.clear(); // its room is returned nevertheless
     EXPECT_TRUE(woken.empty());
     const auto b = open("b"), c = open("c");
     EXPECT_EQ(placeAll(b, tickets) + placeAll(c, tickets), kRoom);
@@ -176,7 +176,7 @@ TEST_F(OrderCredit, AccountThatCannotBeWokenIsTriedAgain) {
     EXPECT_EQ(wakes, 1);
 }
 
-/// No ticket is out whose end would bring the next try.
+/// There is no ticket whose end would start the next try.
 TEST_F(OrderCredit, LastAccountThatCannotBeWokenIsTriedAgainByTheListener) {
     bool isFull = true;
     int wakes = 0;
@@ -186,7 +186,7 @@ TEST_F(OrderCredit, LastAccountThatCannotBeWokenIsTriedAgainByTheListener) {
     });
     CTickets tickets;
     EXPECT_EQ(placeAll(a, tickets), kShare);
-    EXPECT_FALSE(credit->hasWaiting()); // it waits for its share
+    EXPECT_FALSE(credit->hasWaiting()); // it waits for its own share
     tickets.clear();
     EXPECT_TRUE(credit->hasWaiting());
     credit->wakeWaiting();

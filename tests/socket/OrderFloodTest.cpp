@@ -1,4 +1,4 @@
-// A client that sends orders faster than the service works them off, and what the others see of that.
+// A client that sends orders faster than the service processes them, and the effect on other clients.
 #include "socket/OrderCredit.h"
 #include "socket/SocketListeners.h"
 #include "tests/socket/SlowGate.h"
@@ -34,12 +34,12 @@ std::string orderLines(int first, int count) {
     return lines;
 }
 
-/// A client that sends all at once, on a thread of its own, since the listener may take it slowly.
+/// A client that sends everything at once. It uses its own thread, because the listener may read slowly.
 class CFlooder {
 public:
     CFlooder(std::unique_ptr<CTestSocket> client, std::string lines)
         : m_client(std::move(client)), m_sender([this, bytes = std::move(lines)] {
-              boost::system::error_code ignored; // of a listener that stops
+              boost::system::error_code ignored; // the listener may stop meanwhile
               boost::asio::write(m_client->socket(), boost::asio::buffer(bytes), ignored);
           }) {}
     ~CFlooder() {
@@ -69,7 +69,7 @@ protected:
     }
     IOrderGate& gateInUse() override { return slow; }
 
-    /// Returns when the listener has seen all that was sent before.
+    /// Returns when the listener has read everything that was sent before.
     void settle(CTestSocket& bystander) { EXPECT_EQ(bystander.ask("nonsense"), "-ERR Bad Command\r\n"); }
 
     CSlowGate slow;
@@ -140,7 +140,8 @@ TEST_F(OrderFlood, ManyFloodersShareTheRoom) {
         }
         EXPECT_EQ(other->readLine(), kOk);
         const std::size_t place = slow.workedOff().size() - before + slow.placeOf(name);
-        // What was queued, and a turn of one order for each of the others; some may end theirs twice.
+        // The queued orders, and a turn of one order for each other client. Some clients may end a turn
+        // twice.
         EXPECT_LE(place, kRoom + 2 * kFlooders);
     }
     EXPECT_LE(slow.longestQueue(), kRoom + 1);
@@ -192,7 +193,8 @@ TEST_F(OrderFlood, HalfClosedClientGetsAllItsReplies) {
     EXPECT_EQ(client->readAll().size(), 1000 * kOk.size());
 }
 
-/// The server reads 1024 bytes at first: with as many it can see the end of the stream in the same go.
+/// The server's first read takes 1024 bytes. After exactly 1024 bytes it may see the end of the stream at
+/// once.
 TEST_F(OrderFlood, EndOfTheStreamThatComesWithTheOrdersWaitsForThem) {
     constexpr std::size_t kFirstRead = 1024;
     constexpr int kOrders = 40, kRounds = 30;
@@ -236,7 +238,7 @@ TEST_F(OrderFlood, ListenerStopsWhileConnectionsAreHeld) {
     EXPECT_EQ(flooder.readReplies(kShare), kShare);
     stop();
     EXPECT_EQ(flooder.client().readAll(), "");
-    slow.workOff(1000); // room that comes back behind the end of the listener
+    slow.workOff(1000); // room that is returned after the end of the listener
     EXPECT_EQ(slow.workedOff().size(), kShare);
 }
 
@@ -273,7 +275,7 @@ TEST_F(OrderFlood, ListenersShareTheRoom) {
     }
     slow.waitForQueue(kRoom);
     slow.workOffUntil(2000);
-    // Two listeners may both see the last free place.
+    // Two listeners may both see the last free place and use it.
     EXPECT_LE(slow.longestQueue(), kRoom + 1);
     flooders.clear();
     listeners.closeAll();

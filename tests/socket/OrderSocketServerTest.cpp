@@ -93,7 +93,7 @@ TEST_F(OrderSocketServer, PassWithoutUserFailsAndCountsAsAName) {
     start("", "secret");
     const auto client = connect();
     EXPECT_EQ(client->ask("pass secret"), kBadLogin);
-    EXPECT_EQ(client->ask("pass secret"), kOk); // the empty name is the right one here
+    EXPECT_EQ(client->ask("pass secret"), kOk); // here the correct name is empty
 }
 
 TEST_F(OrderSocketServer, PassMayBeTriedAgainWithoutTheName) {
@@ -213,7 +213,7 @@ TEST_F(OrderSocketServer, GateThatThrowsIsAnsweredAsABadParameter) {
     EXPECT_EQ(client->ask("cancel 1"), kOk);
 }
 
-/// A registry of a host that errs.
+/// A registry that throws, as a faulty host may do.
 class CThrowingRegistry final : public IStrategyRegistry {
 public:
     void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>&) override { throw 1; }
@@ -350,7 +350,7 @@ TEST_F(OrderSocketServer, LoneLineFeedStopsTheListenerUntilItIsStopped) {
     const auto other = logIn();
     const auto client = logIn();
     client->send("user trader\r\nfoo\ncancel 1\r\n");
-    EXPECT_EQ(client->readLine(), kOk); // what stood in front of it was served
+    EXPECT_EQ(client->readLine(), kOk); // the line before it was served
     stuck.get_future().wait();
     other->send("cancel 2\r\n");
     stop();
@@ -383,7 +383,7 @@ TEST_F(OrderSocketServer, QuitOfACrowdedConnectionStillAnswersEverything) {
         lines += "x\r\n";
     std::thread sender([&] {
         client->send(lines + "quit\r\n");
-        client->send(lines); // behind the end: taken without a look
+        client->send(lines); // after the end: read, but ignored
         client->finishSending();
     });
     const std::string replies = client->readAll();

@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-/// A gate in front of a service that works nothing off until the test says so. Orders are known by the volume
-/// of their first line, cancels by "cancel" and the task. Any thread.
+/// A gate in front of a service that processes orders only when the test asks for it. An order is named by
+/// the volume of its first line, a cancel by "cancel" and the task. Thread-safe.
 class CSlowGate final : public TC::IOrderGate {
 public:
     ~CSlowGate() { workOff(m_queue.size()); }
@@ -32,7 +32,7 @@ public:
     QString getOrderStrategyText(TC::EOrderStrategyType) const override { return {}; }
     std::string defaultRemark(const TC::COrderStrategyParam&) const override { return {}; }
 
-    /// Works off so many orders and cancels, or all if there are fewer; gives how many.
+    /// Processes this number of orders and cancels, or all if there are fewer. Returns the number.
     std::size_t workOff(std::size_t count) {
         std::size_t done = 0;
         while (const auto entry = take(done < count)) {
@@ -43,14 +43,14 @@ public:
         }
         return done;
     }
-    /// Works off one at a time, as soon as there is one, until so many have been.
+    /// Processes the orders and cancels one by one as they arrive, until this number is reached.
     void workOffUntil(std::size_t done) {
         while (workedOff().size() < done) {
             waitForQueue(1);
             workOff(1);
         }
     }
-    /// What waits now, in its order.
+    /// The names of the waiting orders and cancels, in their order.
     std::vector<std::string> queue() {
         const std::lock_guard lock(m_mutex);
         std::vector<std::string> names;
@@ -72,7 +72,7 @@ public:
         if (!m_changed.wait_for(lock, std::chrono::seconds(60), [&] { return waiting() >= count; }))
             throw std::runtime_error("the queue stays short");
     }
-    /// How many stand in front of the entry, which is waited for.
+    /// Waits for the entry. Returns the number of orders and cancels before it.
     std::size_t placeOf(const std::string& name) {
         std::unique_lock lock(m_mutex);
         const auto find = [&] {
@@ -97,7 +97,8 @@ private:
         m_nLongest = std::max(m_nLongest, waiting());
         m_changed.notify_all();
     }
-    /// The first entry; past the count tickets alone. A ticket goes without the lock held.
+    /// Takes the first entry. If mayBeOrder is false, it takes only a ticket. The caller destroys the ticket
+    /// without holding the lock.
     std::unique_ptr<CEntry> take(bool mayBeOrder) {
         const std::lock_guard lock(m_mutex);
         if (m_queue.empty() || (!mayBeOrder && !m_queue.front().name.empty())) return nullptr;

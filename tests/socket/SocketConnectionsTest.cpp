@@ -1,4 +1,4 @@
-// Connections that break, many at once, and a listener that stands still.
+// Connections that break, many simultaneous connections, and a listener that hangs.
 #include "tests/socket/SocketFixture.h"
 
 #include <algorithm>
@@ -44,8 +44,8 @@ TEST_F(SocketConnections, ConnectionMayBreakWithinALineOfMegabytes) {
         EXPECT_EQ(batch[0].toQString(), QStringLiteral("order_type=23 channel=3 strategy_type=1"));
 }
 
-/// Many connections on some threads at once: those of the even numbers have the right password, the others a
-/// wrong one, and every step of a login is taken by all of a thread's before the next one is.
+/// Many simultaneous connections on some threads. Connections with even numbers have the right password, the
+/// others a wrong one. All connections of a thread take one step of the login before any takes the next step.
 class CLoginCrowd {
 public:
     CLoginCrowd(unsigned short port, int first, int count) : m_nFirst(first) {
@@ -103,7 +103,7 @@ double threadTime(clockid_t id = CLOCK_THREAD_CPUTIME_ID) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
-/// Keeps a processor busy for so many seconds of this thread's time.
+/// Uses the processor for this many seconds of the thread's processor time.
 void workFor(double seconds) {
     for (const double end = threadTime() + seconds; threadTime() < end;) {
     }

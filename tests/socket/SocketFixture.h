@@ -19,15 +19,14 @@
 #include <string>
 #include <thread>
 
-/// The reply that every connection begins with.
+/// The first reply on every connection.
 inline const std::string kGreeting = "+OK Welcom to Lumo Order Server Version 0.0.3\r\n";
 /// The replies that most tests wait for.
 inline const std::string kOk = "+OK\r\n";
 inline const std::string kBadLogin = "-ERR User or Pass is Not Right\r\n";
 inline const std::string kNoLogin = "-ERR User Not Login\r\n";
 
-/// A listener on a port of the system's choice, with the login "trader", "secret" unless a test says
-/// otherwise.
+/// A listener on a port that the system chooses. The login is "trader", "secret" unless a test changes it.
 class SocketFixture : public testing::Test {
 protected:
     void TearDown() override { stop(); }
@@ -39,7 +38,7 @@ protected:
         m_nPort = m_wrapper->server()->port();
         m_thread = std::thread([this] { m_wrapper->run(); });
     }
-    /// Ends the listener; what it handed to the gate may be read afterwards.
+    /// Ends the listener. After that the records of the gate may be read.
     void stop() {
         if (!m_thread.joinable()) return;
         m_wrapper->stop();
@@ -47,12 +46,13 @@ protected:
         m_wrapper.reset();
     }
     TC::COrderSocketServer& server() { return *m_wrapper->server(); }
-    /// Moves the clock and makes the listener look at it.
+    /// Advances the clock and makes the listener look at it.
     void passTime(double seconds) {
         clock.sleep(seconds);
         server().clockMoved();
     }
-    /// The reply to a line that the guard may answer later: time passes until it is there.
+    /// Sends a line and returns the reply. Advances the time until the reply arrives, as the guard may delay
+    /// it.
     std::string askWaiting(CTestSocket& client, const std::string& line) {
         client.send(line + "\r\n");
         while (!client.waitForData(std::chrono::milliseconds(1)))
@@ -62,7 +62,7 @@ protected:
     virtual TC::IOrderGate& gateInUse() { return gate; }
     void guard() { host.switches.on.insert("mdl_order_socket_guard"); }
 
-    /// A connection that has read its greeting.
+    /// Connects and reads the greeting.
     std::unique_ptr<CTestSocket> connect() {
         auto client = std::make_unique<CTestSocket>(m_nPort);
         EXPECT_EQ(client->readLine(), kGreeting);
@@ -75,8 +75,8 @@ protected:
         return client;
     }
 
-    /// How many connections the listener has, the one that asks among them: asks over and over until there
-    /// are no more than `few`, or a time that no healthy listener needs to see them go.
+    /// The listener's number of connections, including the connection that asks. Asks again until the number
+    /// is at most `few`, but gives up after more questions than a correct listener needs.
     std::size_t waitForConnections(std::size_t few) {
         constexpr int kQuestions = 20000;
         std::atomic<std::size_t> count{0};
@@ -87,7 +87,7 @@ protected:
         gate.onPlace = nullptr;
         return count;
     }
-    /// Counts the processor time of the listener's thread.
+    /// The clock of the processor time of the listener's thread.
     clockid_t listenerClock() {
         clockid_t id{};
         EXPECT_EQ(::pthread_getcpuclockid(m_thread.native_handle(), &id), 0);

@@ -11,7 +11,7 @@ namespace {
 
 using namespace TC;
 
-/// Both ends of a thousand connections are in this process.
+/// Raises the limit of descriptors. Both ends of a thousand connections are in this process.
 void allowManyDescriptors() {
     rlimit limit{};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
@@ -23,7 +23,7 @@ class SocketGuard : public SocketFixture {
 protected:
     SocketGuard() { guard(); }
 
-    /// What the audit heard of refused connections, once the listener has stopped.
+    /// Stops the listener and returns the audit's reports of refused connections.
     std::vector<std::string> refusals() {
         stop();
         std::vector<std::string> causes;
@@ -36,7 +36,7 @@ protected:
         }
         return causes;
     }
-    /// Strangers who are refused one after the other.
+    /// Connects this number of strangers, one after the other. Each is refused.
     void refuse(int strangers) {
         for (int i = 0; i < strangers; ++i) {
             CTestSocket stranger(m_nPort);
@@ -119,7 +119,7 @@ TEST_F(SocketGuard, LongLineCostsItsConnectionOnly) {
     start();
     const auto other = logIn();
     const auto client = logIn();
-    // Verb, argument and line end make 64 KiB exactly.
+    // The verb, the argument and the line end have 64 KiB in total.
     EXPECT_EQ(client->ask("cancel " + std::string(64 * 1024 - 9, ' ')), "-ERR Bad Param\r\n");
     client->send(std::string(64 * 1024 + 1, 'x'));
     EXPECT_EQ(client->readAll(), "-ERR Line Too Long\r\n");
@@ -142,7 +142,7 @@ TEST_F(SocketGuard, TenFailedLoginsInARowEndTheConnection) {
         for (int i = 0; i < 9; ++i)
             ASSERT_EQ(askWaiting(*client, "pass wrong"), "-ERR User or Pass is Not Right\r\n");
         if (round == 0) {
-            ASSERT_EQ(askWaiting(*client, "pass secret"), "+OK\r\n"); // a good one counts afresh
+            ASSERT_EQ(askWaiting(*client, "pass secret"), "+OK\r\n"); // a successful login resets the count
         }
     }
     EXPECT_EQ(askWaiting(*client, "pass wrong"), "-ERR Too Many Failed Logins\r\n");

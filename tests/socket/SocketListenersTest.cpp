@@ -67,7 +67,7 @@ TEST_F(SocketListeners, OtherCredentialsAreRefused) {
     COrderStrategyParam user = onPort(2, port);
     user.m_strUser = QStringLiteral("U");
     EXPECT_FALSE(join(user));
-    EXPECT_TRUE(listeners.leave(onPort(1, port), error)); // the refused ones did not count
+    EXPECT_TRUE(listeners.leave(onPort(1, port), error)); // refused strategies are not counted
     EXPECT_FALSE(isListening(port));
 }
 
@@ -104,7 +104,7 @@ TEST_F(SocketListeners, TextsThatDifferAreListenersOfTheirOwn) {
     ASSERT_TRUE(join(onPort(1, port)));
     COrderStrategyParam same = onPort(2, port);
     same.m_strSignalSource = QStringLiteral("127.0.0.1:0%1").arg(port);
-    EXPECT_FALSE(join(same)); // the same address in other letters is taken
+    EXPECT_FALSE(join(same)); // another spelling of an address in use
     EXPECT_EQ(error, kPortTaken);
 }
 

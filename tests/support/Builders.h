@@ -5,8 +5,8 @@
 
 #include <string>
 
-/// A strategy in one line: `CStrategyBuilder().channel(3).volume(300)`. Starts as a running stock strategy on
-/// channel 3 over order files, for the group "G", with the price standing in the order.
+/// Makes a strategy in one line: `CStrategyBuilder().channel(3).volume(300)`. The default is a running stock
+/// strategy on channel 3 with order files, for the group "G". Its price comes from the order.
 class CStrategyBuilder {
 public:
     explicit CStrategyBuilder(const TC::COrderStrategyParam& strategy) : m_strategy(strategy) {}
@@ -76,7 +76,8 @@ private:
     TC::COrderStrategyParam m_strategy;
 };
 
-/// An order in one line: `COrderBuilder(23).line("600000", 10.5, 100)`. Starts as a file order for channel 3.
+/// Makes an order in one line: `COrderBuilder(23).line("600000", 10.5, 100)`. The default is a file order for
+/// channel 3.
 class COrderBuilder {
 public:
     explicit COrderBuilder(int orderType) {

@@ -11,14 +11,15 @@
 #include <string>
 #include <string_view>
 
-/// Lets the process write numbers as much of Europe does, 1.234,5, for as long as it lives: in the streams of
-/// C++ and, by setlocale, in strtod and printf. Other threads must not start or end meanwhile.
+/// While it lives, the process writes numbers as 1.234,5, like much of Europe. This affects C++ streams and,
+/// through setlocale, strtod and printf. No other thread may start or end while it lives.
 class CCommaLocale {
 public:
     CCommaLocale()
         : m_strBefore(std::setlocale(LC_ALL, nullptr)),
           m_before(std::locale::global(std::locale(std::locale::classic(), new CCommaNumbers))) {
-        // The machine need not have any such locale, so it comes along, in the form that the C library loads.
+        // The machine may have no such locale. So the data of one is here, in the format that the C library
+        // loads.
         constexpr std::string_view kNumeric(
             "\x14\x11\x03\x20\x06\0\0\0\x20\0\0\0\x22\0\0\0\x24\0\0\0\x28\0\0\0"
             "\x2c\0\0\0\x30\0\0\0,\0.\0\x03\x03\0\0,\0\0\0.\0\0\0UTF-8\0",
@@ -31,7 +32,7 @@ public:
         EXPECT_EQ(std::strtod("10,5", nullptr), 10.5);
     }
     ~CCommaLocale() {
-        std::locale::global(m_before); // sets the C library's too
+        std::locale::global(m_before); // sets the locale of the C library too
         std::setlocale(LC_ALL, m_strBefore.c_str());
     }
     CCommaLocale(const CCommaLocale&) = delete;

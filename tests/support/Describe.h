@@ -5,9 +5,9 @@
 
 #include <string>
 
-/// What reached a host, as one line for transcripts.
+/// Describes a command that reached the host, as one line for transcripts.
 std::string describe(const TC::COrderComandParam& command);
-/// The fields that the line above leaves out: they are the same for most commands.
+/// The fields that describe() leaves out because most commands have the same values.
 std::string describeDetails(const TC::COrderComandParam& command);
 std::string describe(const TC::CIntakeReport& report);
 std::string describe(const TC::CDoorReport& report);

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// A gate that keeps what doors hand it. The calls come on the doors' threads; read the records once those
-/// are known to have called.
+/// A gate that stores what the doors pass to it. The doors call it on their own threads. Read the records
+/// only after these calls are known to be over.
 class CRecordingGate final : public TC::IOrderGate {
 public:
     void placeorder(TC::COrderParam order) override { placeOrders({std::move(order)}); }
@@ -31,7 +31,7 @@ public:
     std::vector<std::vector<std::string>> cancelled;
 };
 
-/// Strategies in a plain map, without a lock.
+/// Strategies in a plain map. Not thread-safe.
 class CPlainRegistry final : public TC::IStrategyRegistry {
 public:
     void visitStrategies(const std::function<void(int, const TC::COrderStrategyParam&)>& visit) override {

@@ -6,8 +6,8 @@
 #include <mutex>
 #include <vector>
 
-/// A clock that a test moves, installed for as long as it lives. Sleeping moves it on at once and is
-/// recorded.
+/// A clock that a test moves, installed for as long as it lives. A sleep returns at once: it advances the
+/// clock and is recorded.
 class CFakeClock : public utils::IClock {
 public:
     CFakeClock() { utils::installClock(this); }
@@ -35,7 +35,7 @@ public:
         return m_sleeps;
     }
 
-    /// Called behind every sleep, on the thread that sleeps. Set before the clock is used.
+    /// Called after every sleep, on the thread that sleeps. Set it before the clock is used.
     std::function<void()> onSleep;
 
 private:

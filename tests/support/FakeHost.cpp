@@ -160,7 +160,7 @@ bool CRules::parserOrderTradeParam(const std::string& text, TC::COrderTradeParam
 void CRules::orderSettingFromString(TC::COrderSetting& setting, const QString& text) {
     const std::lock_guard lock(m_mutex);
     settingTexts.push_back(text);
-    // "price=N", "kind=N" and, of the first limit, "limit=N" are all that this host's setting texts can say.
+    // The setting texts of this host know only "price=N", "kind=N" and "limit=N" (the first limit).
     const int number = text.section(QLatin1Char('='), 1).toInt();
     if (text.startsWith(QStringLiteral("price="))) setting.m_ePriceType = static_cast<TC::EPriceType>(number);
     if (text.startsWith(QStringLiteral("kind="))) setting.m_eOrderType = static_cast<TC::EOrderType>(number);

@@ -21,8 +21,8 @@
 #include <string>
 #include <vector>
 
-/// A host in memory for tests: what it answers is set up by the test, and all that reaches it is recorded.
-/// Set up before other threads use it; the records may be read at any time through their snapshots.
+/// A host in memory for tests. The test sets up the answers, and every call that reaches the host is
+/// recorded. Set it up before other threads use it. Snapshots of the records are thread-safe.
 namespace fake {
 
 struct CMessage {
@@ -48,7 +48,7 @@ struct CPriceTypeCall {
     TC::EOrderType orderType;
 };
 
-/// One question to a quote for a price: "origin", "calc" or "order".
+/// One request to a quote for a price: "origin", "calc" or "order".
 struct CPriceCall {
     std::string kind;
     TC::EPriceType type;
@@ -63,10 +63,10 @@ struct CSettingCall {
     int volume;
     double price;
     TC::CPriceDataPtr quote;
-    TC::CCodeOrderParam record; ///< as it came
+    TC::CCodeOrderParam record; ///< as the host received it
 };
 
-/// One quote: each price type has its price, others the default.
+/// One quote. A price type without its own price has the default price.
 class CQuote : public TC::CPriceData {
 public:
     double getOriginPrice(TC::EPriceType type, TC::EOperationType operation) const override {
@@ -84,7 +84,7 @@ public:
         return find(order, type);
     }
 
-    /// Every kind of price, of every type.
+    /// Sets this price for every kind of price and every price type.
     CQuote& all(double price);
 
     std::map<TC::EPriceType, double> origin, calc, order;
@@ -153,13 +153,13 @@ public:
     std::set<std::string> simple;
     std::map<std::pair<TC::EQDBrokerType, std::string>, TC::CAccountGroup> groups;
     std::map<std::pair<TC::EQDBrokerType, std::string>, std::vector<double>> groupRatios;
-    bool dropRatios = false;  ///< groups give accounts without ratios
-    bool nullAccount = false; ///< groups give an empty pointer behind their accounts
+    bool dropRatios = false;  ///< groups have no ratios
+    bool nullAccount = false; ///< groups have a null pointer after their accounts
     std::set<TC::EPriceType> invalidPriceTypes;
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaults;
     TC::CBasketMap baskets;
     TC::COrderStrategyMap strategies;
-    TC::COrderStrategyMap* strategyMap = &strategies; ///< what the service gets
+    TC::COrderStrategyMap* strategyMap = &strategies; ///< returned to the service
     mutable CCalls<CAccountsCall> accountsCalls;
     mutable CCalls<CPriceTypeCall> priceTypeCalls;
 };
@@ -182,8 +182,8 @@ public:
     void addOther(const std::string& list, const QString& key);
 
     std::map<QString, TC::CInstrumentDetailPtr> stocks;
-    std::map<QString, TC::CInstrumentDetailPtr> others; ///< instruments that are no stocks
-    std::set<std::pair<std::string, QString>> lists;    ///< which of them stands on which list
+    std::map<QString, TC::CInstrumentDetailPtr> others; ///< instruments that are not stocks
+    std::set<std::pair<std::string, QString>> lists;    ///< list name and key of each listed instrument
     std::string tradingDay = "20260105";
 
 private:
@@ -198,7 +198,7 @@ public:
                                                    const TC::CQuoteRequest::CCallback& callback,
                                                    TC::ESubscribeType type) override;
 
-    /// Called before each answer, with the number of the request for a quote counted from 1.
+    /// Called before each answer. The number counts the requests for the quote, from 1.
     std::function<void(const QString&, int)> onRead;
     std::map<QString, boost::shared_ptr<CQuote>> quotes;
     std::map<QString, int> reads;
@@ -220,7 +220,7 @@ public:
 
     std::set<std::pair<int, std::string>> types;
     std::map<std::string, int> units, uiUnits;
-    std::vector<int> unitOperations; ///< what getTradeMinUnit was asked with
+    std::vector<int> unitOperations; ///< operations that getTradeMinUnit was called with
 
 private:
     std::mutex m_mutex;
@@ -263,12 +263,12 @@ public:
     QString knPriceTypeToString(TC::EPriceType type, const std::string& code, bool shortForm) override;
 
     std::map<std::string, TC::COrderTradeParam> tradeParams; ///< texts that the host understands
-    QString keySeparator; ///< stands in instrument keys between the market and the code
+    QString keySeparator; ///< separates the market and the code in instrument keys
     std::set<TC::EPriceType> marketPrices;
     std::set<int> buys{18}, closes{1, 2, 4, 5}, directRepays{25}; ///< operations
     std::map<TC::EOrderType, TC::ETradePlatform> algoPlatforms;
     std::vector<QString> settingTexts;
-    CCalls<CSettingCall> settingCalls; ///< what orderSettingToParam was asked with
+    CCalls<CSettingCall> settingCalls; ///< arguments of orderSettingToParam
     std::function<void(TC::CCodeOrderParam&)> onFixTimeRange;
     std::function<void(const TC::COrderSetting&)> onSetting; ///< called with the setting of each record
 
@@ -286,10 +286,10 @@ public:
     std::string getAlgParamsStr(TC::EOrderType type, const TC::CAlgorithmOrderSettingPtr& setting,
                                 const std::vector<TC::CCodeOrderParam>& codes) override;
 
-    /// Called with the setting that a text is read into, as it came.
+    /// Called with the setting that the host is asked to fill, before it is changed.
     std::function<void(const TC::CAlgorithmOrderSettingPtr&)> onRead;
     std::set<std::string> unreadable;
-    CCalls<std::vector<TC::CCodeOrderParam>> codesCalls; ///< the records that getAlgParamsStr was asked with
+    CCalls<std::vector<TC::CCodeOrderParam>> codesCalls; ///< records that getAlgParamsStr was called with
 };
 
 class CMessages : public TC::CMsgService {
@@ -346,15 +346,15 @@ public:
 
 } // namespace fake
 
-/// All fakes, installed for as long as the object lives: accounts A1 and A2 in the stock group "G" at 0.6 and
-/// 0.4, and the instruments SH600000 and SZ000001 at 10.5 with a unit of 100.
+/// All fakes, installed for as long as the object lives. The stock group "G" has the accounts A1 (0.6) and A2
+/// (0.4). The instruments are SH600000 and SZ000001, with price 10.5 and unit 100.
 class CFakeHost {
 public:
     CFakeHost();
     ~CFakeHost();
 
     TC::CHost services();
-    /// An instrument that trades, with a quote of that price for every price type.
+    /// Adds an instrument that trades. Its quote has this price for every price type.
     void addStock(const std::string& market, const std::string& code, double price, int unit = 100);
     void setPrice(const QString& key, double price);
 

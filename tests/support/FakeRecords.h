@@ -8,7 +8,7 @@
 
 namespace fake {
 
-/// What all fakes share: one mutex for the records and one condition for those who wait for more of them.
+/// Shared by all fakes: one mutex for the records and one condition to wait for more records.
 class CRecords {
 public:
     template<typename Change>
@@ -22,12 +22,12 @@ public:
         const std::lock_guard lock(m_mutex);
         return read();
     }
-    /// Everything that reached the host, in order, one line each: what describe() of tests/support/Describe.h
-    /// gives.
+    /// Everything that reached the host, in order, one line each. describe() of tests/support/Describe.h
+    /// writes the lines of commands.
     std::vector<std::string> log;
 
-    /// Blocks until the condition on the records holds; false when it has not after a time that no healthy
-    /// run needs.
+    /// Blocks until the condition on the records is true. Returns false after a timeout that is longer than
+    /// any correct run needs.
     bool waitUntil(const std::function<bool()>& condition);
 
 private:
@@ -35,7 +35,7 @@ private:
     std::condition_variable m_changed;
 };
 
-/// The calls of one operation, kept for arguments that do not change what the fake answers.
+/// Records the calls of one operation. Used for arguments that the fake's answers do not depend on.
 template<typename Call>
 class CCalls {
 public:

@@ -120,7 +120,7 @@ public:
     std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
     void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
         if (m_liveLocks == 0) m_isReadUnlocked = true;
-        constexpr int kPositions = 547; // the host's own number, not the library's name for it
+        constexpr int kPositions = 547; // a literal on purpose: not the library's constant
         if (table != kPositions) return;
         out.insert(out.end(), m_positions.begin(), m_positions.end());
     }
@@ -160,7 +160,7 @@ knservice::CPositionStaticsPtr CTasks::addPosition(const TC::CAccountInfoPtr& ac
 }
 
 boost::shared_ptr<knservice::CAccountData> CTasks::getGlobalAccountData() {
-    // The fake outlives whoever holds its data.
+    // The deleter does nothing: the fake outlives every holder of its data.
     return hasGlobalData ? boost::shared_ptr<knservice::CAccountData>(this, [](auto*) {}) : nullptr;
 }
 

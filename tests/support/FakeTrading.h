@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-/// The trading side of the host in memory: what takes commands, splits volumes and money, and keeps accounts.
+/// The trading side of the host in memory: it takes commands, splits volumes and money, and keeps accounts.
 namespace fake {
 
 struct CTradeError {
@@ -55,7 +55,7 @@ public:
     void orderCommands(const TC::COrderComandParamPtr& command) override;
     void showTradeError(const QString& text, const QString& title) override;
 
-    std::function<void(const TC::COrderComandParamPtr&)> onCommand; ///< called on the thread that issues
+    std::function<void(const TC::COrderComandParamPtr&)> onCommand; ///< called on the issuing thread
     std::vector<TC::COrderComandParamPtr> commands;
     std::vector<CTradeError> errors;
 
@@ -81,11 +81,12 @@ public:
     void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                     const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
 
-    std::vector<CMoneySplitCall> moneySplits; ///< what came to splitMoney, which divides by ratio
-    std::vector<double> moneyOverride;        ///< what splitMoney gives where it is not empty
-    bool moneyOverrideFails = true;           ///< whether splitMoney then sets the error
+    std::vector<CMoneySplitCall> moneySplits; ///< calls of splitMoney, which divides by ratio
+    std::vector<double> moneyOverride;        ///< if not empty, the result of splitMoney
+    bool moneyOverrideFails = true;           ///< whether splitMoney also sets the error in this case
     std::map<std::string, int> loginStatus;   ///< accounts that are not logged in
-    /// Replaces the split; by default the volume goes by ratio, with what is left over to the first account.
+    /// Replaces the split. By default the volume is divided by ratio, and the first account gets the
+    /// remainder.
     std::function<std::vector<int>(const CSplitCall&, utils::KNError&)> split;
     std::vector<CSplitCall> splitCalls;
     std::vector<CCancelledTask> cancelled;
@@ -111,12 +112,12 @@ public:
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
     void addOperation(int taskId, const TC::CTaskOpRecord& record);
 
-    std::map<int, int> tasks; ///< tasks found under an id
+    std::map<int, int> tasks; ///< number of tasks for each id
     std::vector<std::pair<int, TC::CTaskOpRecord>> operations;
     bool hasGlobalData = true;
     std::map<std::string, std::vector<boost::shared_ptr<knservice::IData>>> positions; ///< by account
-    std::atomic<int> liveLocks{0}; ///< locks of account data that are held
-    bool readUnlocked = false;     ///< positions were read outside any lock
+    std::atomic<int> liveLocks{0}; ///< locks of account data that are held now
+    bool readUnlocked = false;     ///< positions were read without the lock
     std::map<int, std::map<std::string, boost::shared_ptr<knservice::IData>>> tables;
 
 private:

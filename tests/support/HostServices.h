@@ -4,8 +4,8 @@
 
 namespace fake {
 
-/// The services of a host in memory, which has a member of the usual name for each of them. The host must
-/// outlive what is returned.
+/// The services of a host in memory. The host must have a member with the usual name for each service, and
+/// must outlive the result.
 template<typename Host>
 TC::CHost servicesOf(Host& host) {
     TC::CHost services;

@@ -17,8 +17,8 @@ struct CLogLine {
     std::string logger, text;
 };
 
-/// Collects what reaches the service's logger while it lives. Logging itself stays as the test sets it, and
-/// is off afterwards.
+/// Collects the lines of the service's logger while it lives. It does not change whether logging is on. Its
+/// destructor turns logging off.
 class CLogCapture {
 public:
     CLogCapture()

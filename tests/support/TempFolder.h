@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-/// A folder of its own for a test, gone with the object.
+/// A new folder for one test. The destructor deletes it.
 class CTempFolder {
 public:
     CTempFolder() {
@@ -26,13 +26,13 @@ public:
     void write(const std::string& name, const std::string& bytes) const {
         std::ofstream(path(name), std::ios::binary) << bytes;
     }
-    /// Writes a file that its owner alone can read.
+    /// Writes a file that only its owner can read.
     void writeSecret(const std::string& name, const std::string& bytes) const {
         write(name, bytes);
         std::filesystem::permissions(path(name), std::filesystem::perms::owner_read |
                                                      std::filesystem::perms::owner_write);
     }
-    /// Writes the file under another name and renames it, so that a reader finds it whole.
+    /// Writes the file under another name and then renames it, so that a reader never sees a part of it.
     void handOver(const std::string& name, const std::string& bytes) const {
         write(name + ".draft", bytes);
         std::filesystem::rename(path(name + ".draft"), path(name));

@@ -16,8 +16,8 @@
 #include <string>
 #include <system_error>
 
-/// A client's end of a TCP connection, with calls that wait. What should arrive is waited for without a
-/// clock; a server that never answers is stopped by the test run's own time limit.
+/// The client's end of a TCP connection. The calls block. Reads have no timeout: if a server never answers,
+/// the time limit of the test run stops the test.
 class CTestSocket {
 public:
     explicit CTestSocket(unsigned short port, const char* ownAddress = "127.0.0.1")
@@ -28,34 +28,34 @@ public:
 
     void send(const std::string& bytes) { boost::asio::write(m_socket, boost::asio::buffer(bytes)); }
 
-    /// The next line with its line feed; what came before the end of the stream where that comes first.
+    /// Returns the next line with its line feed. If the stream ends first, returns what was received before.
     std::string readLine() {
         boost::system::error_code error;
         const std::size_t length = boost::asio::read_until(m_socket, m_received, '\n', error);
         return take(error ? m_received.size() : length);
     }
-    /// Everything up to the end of the stream.
+    /// Returns everything up to the end of the stream.
     std::string readAll() {
         boost::system::error_code error;
         boost::asio::read(m_socket, m_received, error);
         return take(m_received.size());
     }
-    /// The reply to a line of a connection that has read its greeting.
+    /// Sends a line and returns the reply. The greeting must have been read before.
     std::string ask(const std::string& line) {
         send(line + "\r\n");
         return readLine();
     }
-    /// Whether there is something to read, or the end of the stream, at the latest after the time.
+    /// Waits at most this time. Returns whether there is data to read or the end of the stream.
     bool waitForData(std::chrono::milliseconds time) {
         if (m_received.size() > 0) return true;
         pollfd state{m_socket.native_handle(), POLLIN, 0};
         return ::poll(&state, 1, static_cast<int>(time.count())) > 0;
     }
-    /// True once the server has closed the connection with nothing more to read.
+    /// Waits until the server closes the connection. Returns whether nothing more was received.
     bool isClosedByServer() { return readAll().empty(); }
 
     void finishSending() { m_socket.shutdown(boost::asio::ip::tcp::socket::shutdown_send); }
-    /// Ends the connection the hard way: the peer sees a reset.
+    /// Closes the connection abruptly: the peer gets a reset.
     void reset() {
         m_socket.set_option(boost::asio::socket_base::linger(true, 0));
         m_socket.close();
@@ -76,18 +76,18 @@ private:
     boost::asio::streambuf m_received;
 };
 
-/// A port that nobody listened on a moment ago.
+/// A port without a listener at the time of the call.
 inline unsigned short freePort() {
     boost::asio::io_service io;
     const boost::asio::ip::tcp::acceptor acceptor(io, {boost::asio::ip::address_v4::loopback(), 0});
     return acceptor.local_endpoint().port();
 }
 
-/// How many sockets this process has open.
+/// The number of open sockets of this process.
 inline std::ptrdiff_t openSockets() {
     std::ptrdiff_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code ignored; // the listing's own descriptor is gone by now
+        std::error_code ignored; // the descriptor of this listing may be gone by now
         if (std::filesystem::read_symlink(entry, ignored).string().rfind("socket:", 0) == 0) ++count;
     }
     return count;

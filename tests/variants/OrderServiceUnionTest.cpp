@@ -139,7 +139,7 @@ TEST_F(OrderServiceUnion, OnlyBatchPendingOrdersLeaveTheStrategysFamily) {
     ASSERT_EQ(host.commands().size(), 1u);
     EXPECT_EQ(host.commands()[0]->m_eTraderType, EQdTraderType::FutureSpeculation);
     EXPECT_EQ(host.commands()[0]->m_codes.size(), 2u);
-    EXPECT_EQ(host.messageTexts().back(), // named by the strategy's family, not by its own
+    EXPECT_EQ(host.messageTexts().back(), // the family of the strategy, not of the order
               QStringLiteral("[批量埋单]　通道号: 3, 通道类型: 品种0, 下单类型: 下单0, 策略类型: 来源4"));
 }
 
@@ -164,7 +164,7 @@ TEST_F(OrderServiceUnion, BatchPendingOrderOfNoFamilyIsReportedThoughTheStrategy
             << family;
     }
     EXPECT_TRUE(host.commands().empty());
-    EXPECT_EQ(host.messageTexts().size(), 6u); // each behind its announcement
+    EXPECT_EQ(host.messageTexts().size(), 6u); // each follows its announcement
 }
 
 TEST_F(OrderServiceUnion, DroppedOrdersAreLoggedToo) {

@@ -1,4 +1,4 @@
-// The commands of the ten families: what each carries and what it does not.
+// The commands of the ten families: the fields that each must have or must not have.
 #include "variants/OrderServiceUnion.h"
 
 #include "tests/support/Builders.h"
@@ -18,17 +18,17 @@ namespace {
 
 using namespace TC;
 
-/// One family: an order that it takes, and the command that must come of it.
+/// One family: an order that it accepts, and the expected command.
 struct CFamilyCase {
     const char* name;
     EOrderStrategyTradeType family;
     int orderType;
     const char* code;
     EQdTraderType traderType;
-    bool isBare; ///< the command carries neither time nor tag
+    bool isBare; ///< the command has neither time nor tag
     const char* function;
     const char* logLine;
-    std::size_t records; ///< over the two accounts of the group
+    std::size_t records; ///< for both accounts of the group
 };
 
 void PrintTo(const CFamilyCase& family, std::ostream* out) {
@@ -60,7 +60,7 @@ const CFamilyCase kCases[] = {
      2},
 };
 
-/// The fake host with an instrument for each family; the quotes have traded today.
+/// The fake host with an instrument for each family. All quotes have trades of today.
 class UnionHost : public testing::Test {
 protected:
     UnionHost() {
@@ -258,7 +258,7 @@ protected:
             s.m_hedgeParam = bson::fromjson(R"({"m_nPriceKind": 1, "contract": "IF2609", "lots": 2})");
         });
     }
-    /// The parameters of hedged() with another choice of price.
+    /// The parameters of hedged() with another kind of price.
     static std::string hedgeText(int priceKind) {
         return bson::fromjson(R"({"contract": "IF2609", "lots": 2, "m_nPriceKind": )" +
                               std::to_string(priceKind) + "}")

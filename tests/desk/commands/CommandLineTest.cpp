@@ -26,7 +26,7 @@ std::string textOf(const std::vector<const char*>& words) {
     return text;
 }
 
-/// What the shell command prints on standard output, and its exit code.
+/// The standard output of the shell command and its exit code.
 std::pair<std::string, int> runInShell(const std::string& command) {
     FILE* output = ::popen(command.c_str(), "r");
     if (output == nullptr) return {"no shell", -1};

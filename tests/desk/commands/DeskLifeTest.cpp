@@ -1,4 +1,4 @@
-// The desk as a process: what ends it, and what does not hold it up.
+// The desk as a process: what ends it, and what must not block it.
 #include "tests/desk/commands/DeskProcess.h"
 #include "tests/desk/commands/RunningFolder.h"
 
@@ -14,7 +14,7 @@ namespace {
 constexpr const char* kCtrlC = "\x03";
 constexpr const char* kCtrlS = "\x13";
 
-/// Locks a file as another program does that uses it.
+/// Locks a file, like another program that uses it.
 class CFileLock {
 public:
     explicit CFileLock(const std::string& path) : m_nDescriptor(::open(path.c_str(), O_RDWR | O_CLOEXEC)) {
@@ -33,7 +33,7 @@ private:
 
 class DeskLife : public CRunningFolder {
 protected:
-    /// An order that the quotes of the folder fill.
+    /// Places an order that is filled with the quotes of the folder.
     void tradeOnce() { tradeLines("23,0,11.02,600101,100\n", 1); }
     void tradeLines(const std::string& lines, int fills) {
         ASSERT_TRUE(waitUntil([this] { return has("\"action\":\"start\",\"channel\":1,"); }));
@@ -51,7 +51,7 @@ protected:
         return found;
     }
 
-    /// Far more text on the screen than the pipe of a test takes.
+    /// Makes the desk print far more text than the pipe of a test can hold.
     void fillTheScreen() {
         std::string lines;
         for (int i = 0; i < 200; ++i)
@@ -132,7 +132,7 @@ TEST_F(DeskLife, DeskThatIsToOutliveItsTerminalDoes) {
 }
 
 TEST_F(DeskLife, SecondCtrlCEndsTheWaitAndTheJournalHasEachOrder) {
-    // Orders at the latest price wait for two seconds each, because there is none.
+    // Each order at the latest price waits for two seconds, because there is no latest price.
     change("desk/quotes.csv", "SH600102,20,20,", "SH600102,,20,");
     constexpr int kOrders = 100;
     CDeskOutput output = CDeskOutput::terminal();

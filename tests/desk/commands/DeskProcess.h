@@ -18,7 +18,7 @@
 
 namespace desk {
 
-/// Waits until the condition holds, for up to a minute; false if it never did.
+/// Waits for the condition for up to a minute. Returns whether it became true.
 inline bool waitUntil(const std::function<bool()>& condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     while (!condition()) {
@@ -28,10 +28,10 @@ inline bool waitUntil(const std::function<bool()>& condition) {
     return true;
 }
 
-/// What a desk writes to and the test reads from: a pipe or a terminal.
+/// The desk's output, which the test reads: a pipe or a terminal.
 class CDeskOutput {
 public:
-    /// A pipe of one page, which a desk fills soon.
+    /// A pipe of one page, which the desk fills quickly.
     static CDeskOutput pipe() {
         int ends[2] = {-1, -1};
         EXPECT_EQ(::pipe2(ends, O_CLOEXEC), 0);
@@ -55,13 +55,13 @@ public:
     int deskSide() const { return m_nDeskSide; }
     bool isTerminal() const { return m_bTerminal; }
     void closeDeskSide() { close(m_nDeskSide); }
-    /// What a user does who closes the window, or ends the program that reads.
+    /// Acts like a user who closes the window or ends the program that reads.
     void closeTestSide() { close(m_nTestSide); }
-    /// Keys that the user presses.
+    /// Types keys, like a user.
     void type(const std::string& keys) const {
         EXPECT_EQ(::write(m_nTestSide, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
     }
-    /// Whether the desk has shown the text by now; reads what is there.
+    /// Reads what is available. Returns whether the desk has printed the text so far.
     bool hasShown(const std::string& text) {
         struct pollfd readable {
             m_nTestSide, POLLIN, 0
@@ -89,10 +89,10 @@ private:
     std::string m_strShown;
 };
 
-/// `orderdesk run` as a process of its own.
+/// `orderdesk run` as a separate process.
 class CDeskProcess {
 public:
-    /// How the process begins.
+    /// The state in which the process starts.
     enum class EStart { Plain, IgnoringHangup, WithoutStandardDescriptors };
 
     CDeskProcess(const std::string& folder, CDeskOutput& output, EStart start = EStart::Plain) {
@@ -115,13 +115,13 @@ public:
         m_bEnded = m_bEnded || ::waitpid(m_nPid, &m_nStatus, WNOHANG) == m_nPid;
         return m_bEnded;
     }
-    /// The exit code; -1 if a signal ended it or it does not end.
+    /// Returns the exit code, or -1 if a signal ended the process or if it does not end.
     int wait() {
         if (!waitUntil([this] { return hasEnded(); })) return -1;
         return WIFEXITED(m_nStatus) ? WEXITSTATUS(m_nStatus) : -1;
     }
 
-    /// Whether this signal ended it.
+    /// Whether this signal ended the process.
     bool wasEndedBy(int signal) {
         return hasEnded() && WIFSIGNALED(m_nStatus) && WTERMSIG(m_nStatus) == signal;
     }

@@ -1,4 +1,4 @@
-// Orders of every product family from order files down to the paper broker's books.
+// Orders of every product family, from the order files to the books of the paper broker.
 #include "desk/paper/PaperBook.h"
 #include "desk/paper/PaperStore.h"
 #include "tests/desk/commands/RunningFolder.h"
@@ -15,18 +15,17 @@ namespace {
 
 struct CFamilyOrders {
     const char* name;
-    int traderType; ///< of the family's commands
+    int traderType; ///< trader type of the family's commands
     const char* file;
     const char* lines;
-    std::set<std::string> accounts; ///< no other family's orders touch them
+    std::set<std::string> accounts; ///< no orders of other families use them
     int commands;
-    int orders; ///< at the broker
-    /// The fills, and what is different in the accounts' books afterwards.
+    int orders; ///< number of orders at the broker
+    /// The fills, and the changes in the accounts' books.
     const char* changes;
 };
 
-/// No two families take from the same side of the same instrument, so it does not matter which file is read
-/// first.
+/// No two families trade on the same side of the same instrument. So the files may be read in any order.
 const CFamilyOrders kRows[] = {
     {"Stock",
      1,
@@ -163,7 +162,7 @@ int commandsOf(int traderType) {
     return count;
 }
 
-/// What the accounts have and owe, by a name for it.
+/// The assets and debts of the accounts. Each value has a name.
 using CBooks = std::map<std::string, double>;
 
 CBooks booksOf(const CPaperBook& book) {
@@ -196,7 +195,7 @@ class FamilyTrades : public CRunningFolder {
 protected:
     void SetUp() override {
         CRunningFolder::SetUp();
-        // Quotes that change would make fills depend on the machine's speed.
+        // With changing quotes, the fills would depend on the speed of the machine.
         std::filesystem::remove(folder.path("desk/quote_changes.csv"));
         folder.write("desk/positions.csv", "account,instrument,side,volume,available,cost\n"
                                            "A1,SH600101,,5000,5000,10.20\n"
@@ -228,7 +227,7 @@ protected:
         }
         return count("\"kind\":\"command\"") == commands && count("\"status\":\"filled\"") == orders;
     }
-    /// Hands all files over and returns when every order is filled.
+    /// Writes all order files and returns when every order is filled.
     int trade() {
         return run({[this] { return has("\"action\":\"start\",\"channel\":14"); },
                     [this] {
@@ -279,7 +278,7 @@ TEST_F(FamilyTrades, OrdersOfEveryFamilyReachTheBooks) {
     }
 }
 
-/// The end of a share-transfer order: a task that names no instrument.
+/// A share-transfer order ends as a task without an instrument.
 TEST_F(FamilyTrades, AShareTransferOrderIsATaskWithoutOrders) {
     const int code = run({[this] { return has("\"action\":\"start\",\"channel\":14"); },
                           [this] {
@@ -294,8 +293,8 @@ TEST_F(FamilyTrades, AShareTransferOrderIsATaskWithoutOrders) {
     EXPECT_TRUE(book.m_orders.values().empty());
 }
 
-/// An order must not go out otherwise than its trade parameters say: not at once for an algorithm's sake, not
-/// on another account, and not at another price.
+/// An order must follow its trade parameters. It must not go out at once when they name an algorithm, nor on
+/// another account or at another price.
 TEST_F(FamilyTrades, OrdersGoOutAsTheirParametersSayOrAreRejected) {
     const std::map<std::string, std::string> files = {
         {"group", "23,0,11.02,600101,100\norderParam=account:A2\n"},
@@ -325,7 +324,7 @@ TEST_F(FamilyTrades, OrdersGoOutAsTheirParametersSayOrAreRejected) {
     EXPECT_EQ(count("\"kind\":\"fill\""), 1);
 }
 
-/// The same six digits stand on both markets: what is sold is the portfolio's.
+/// Both markets have this code of six digits. The order must sell the instrument of the portfolio.
 TEST_F(FamilyTrades, APortfolioSellsItsOwnInstrument) {
     change("desk/instruments.csv", "SZ,000202,",
            "SH,000202,同码,STOCK,100028 100003,100,100,33.00,27.00,30.00\nSZ,000202,");

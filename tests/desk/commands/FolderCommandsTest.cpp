@@ -60,7 +60,7 @@ TEST_F(NewFolder, RefusesAFileInThePlaceOfTheFolder) {
     EXPECT_EQ(m_err.str().rfind(m_folder.path("desk") + ": cannot be written: ", 0), 0U) << m_err.str();
 }
 
-/// What `new` writes, loaded.
+/// The folder that `new` writes, loaded.
 class DemoFolder : public NewFolder {
 protected:
     void SetUp() override {
@@ -119,7 +119,7 @@ TEST_F(DemoFolder, StartsAFileStrategyOfEachKind) {
     EXPECT_GE(count([](const COrderStrategyParam& s) { return s.m_bUseAmount; }), 1);
     for (const auto& [word, number] : familyWords()) {
         const auto family = static_cast<TC::EOrderStrategyTradeType>(number);
-        if (family == TC::EOrderStrategyTradeType::FutureBasket) continue; // checked as a basket is
+        if (family == TC::EOrderStrategyTradeType::FutureBasket) continue; // checked like a basket
         EXPECT_GE(count([&](const COrderStrategyParam& s) { return s.m_eTradeType == family; }), 1) << word;
     }
 }

@@ -1,4 +1,4 @@
-// The interfaces of the trade framework through whole runs of the desk.
+// The interfaces of the trade framework in complete runs of the desk.
 #include "desk/commands/NewFolder.h"
 #include "desk/commands/RunDesk.h"
 #include "desk/host/DeskTradeFrameworkSource.h"
@@ -24,12 +24,12 @@ class DeskInterfaces : public testing::Test {
 protected:
     void SetUp() override { ASSERT_EQ(runNew(folder.path("desk"), out, out), 0); }
 
-    /// Runs the desk for one round, in which the test does its part.
+    /// Runs the desk for one round, in which it calls `part`.
     int run(const std::function<void(CDeskTradeFrameworkSource&)>& part) {
         bool isStarting = true;
         bool done = false;
         return runDesk(folder.path("desk"), std::nullopt, out, [&] {
-            if (std::exchange(isStarting, false)) return true; // asked once before it trades
+            if (std::exchange(isStarting, false)) return true; // the desk asks once before it trades
             if (!done) part(framework());
             return !std::exchange(done, true);
         });
@@ -125,7 +125,7 @@ boost::shared_ptr<TradeInterfaceData> interfaceOfEntry(const std::string& text) 
     return record;
 }
 
-/// Interfaces that could not be read at the next start: the folder must stay one that starts.
+/// The next start could not read these interfaces, so they must not be saved. The folder must still start.
 TEST_F(DeskInterfaces, WhatCouldNotBeReadAgainIsToldAndNotSaved) {
     const std::string before = settings();
     for (const auto& interface :

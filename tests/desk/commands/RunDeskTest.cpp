@@ -21,7 +21,7 @@ namespace {
 
 class RunDesk : public CRunningFolder {
 protected:
-    /// Runs the desk until an order of a file is filled.
+    /// Runs the desk until an order from a file is filled.
     int tradeOnce() {
         return run({
             [this] { return has("\"action\":\"start\",\"channel\":4"); },
@@ -33,7 +33,7 @@ protected:
         });
     }
 
-    /// Leaves an empty paper.db with a log, as a crash can leave them.
+    /// Leaves an empty paper.db and a log, as a crash may do.
     void emptyTheBooks() const {
         folder.write("desk/paper.db", "");
         folder.write("desk/paper.db-wal", kLog);
@@ -289,7 +289,7 @@ TEST_F(RunDesk, OrderSocketTakesOrdersAndItsDoorIsJournalled) {
     EXPECT_TRUE(has("\"event\":\"closed\",\"source\":\"" + source + "\""));
 }
 
-/// A folder whose socket strategy cannot have its port still trades by its files.
+/// If a socket strategy cannot get its port, the file strategies of the folder still trade.
 TEST_F(RunDesk, ATakenPortIsToldAndTheOthersTrade) {
     boost::asio::io_service io;
     const boost::asio::ip::tcp::acceptor other(io, {boost::asio::ip::address_v4::loopback(), socketPort});
@@ -310,7 +310,7 @@ TEST_F(RunDesk, ATakenPortIsToldAndTheOthersTrade) {
     EXPECT_FALSE(has("\"action\":\"start\",\"channel\":5"));
 }
 
-/// Ten wrong passwords and the end of that connection, and a login with the right one that places an order.
+/// Sends ten wrong passwords until the connection is closed. Then logs in correctly and places an order.
 std::string talkOfPasswords(unsigned short port) {
     CTestSocket stranger(port);
     stranger.readLine();
@@ -350,7 +350,7 @@ TEST_F(RunDesk, PasswordsReachNeitherJournalNorLogNorScreen) {
         expected += "-ERR User or Pass is Not Right\r\n";
     expected += "-ERR Too Many Failed Logins\r\n+OK\r\n+OK\r\n+OK\r\n";
     EXPECT_EQ(replies.get(), expected);
-    // What the logins led to is recorded.
+    // The results of the logins are recorded.
     EXPECT_TRUE(has("\"cause\":\"Too Many Failed Logins\""));
     EXPECT_TRUE(has("\"kind\":\"intake\"")) << "the order of the good login";
     EXPECT_TRUE(has("\"user\":\"demo\""));
@@ -372,8 +372,9 @@ TEST_F(RunDesk, AsManyFilesMayBeOpenAsTheSystemAllows) {
     ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
 }
 
-/// The demo's futures accounts hold 4 and 2 lots of earlier days. The second has the larger weight here, so
-/// one lot goes to it by weight, and the order service refuses a closing that leaves the first account out.
+/// The demo's futures accounts hold 4 and 2 lots from earlier days. Here the second account has the larger
+/// weight, so it would get the single lot. But the order service refuses a close order that skips the first
+/// account, so the desk closes the lot on the first account.
 TEST_F(RunDesk, OneLotIsClosedOnAGroupWhoseSecondAccountHasTheWeight) {
     change("desk/desk.toml", "{ account = \"F1\", weight = 2 }, { account = \"F2\", weight = 1 }",
            "{ account = \"F1\", weight = 1 }, { account = \"F2\", weight = 2 }");

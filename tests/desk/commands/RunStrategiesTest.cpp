@@ -33,7 +33,7 @@ TEST_F(RunStrategies, StrategyOverTheLimitIsNamed) {
         << out.str();
 }
 
-/// A failed cancel of one order has no task; the screen tells of it once, with account and order.
+/// A failed cancel of an order has no task. The screen reports it once, with account and order.
 TEST_F(RunStrategies, FailedCancelOfAnOrderIsToldOnceAndWithoutATask) {
     const int code = run({
         [this] { return has("\"action\":\"start\",\"channel\":16"); },
@@ -80,7 +80,7 @@ TEST_F(RunStrategies, StrategiesThatOthersCanReadAreRefused) {
     EXPECT_FALSE(folder.exists("desk/journal.jsonl"));
 }
 
-/// The file system has changed since the folder was read.
+/// The file system has changed after the folder was read.
 TEST_F(RunStrategies, AStrategyWhosePathHasBecomeTheDesksOwnFileIsNotStarted) {
     const std::string before = folder.read("desk/desk.toml");
     QString error;

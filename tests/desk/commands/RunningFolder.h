@@ -20,12 +20,12 @@
 
 namespace desk {
 
-/// A copy of the demo folder, run in this process. The steps of a test are taken from within the main loop.
+/// A copy of the demo folder, run in this process. The main loop calls the steps of a test.
 class CRunningFolder : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_EQ(runNew(folder.path("desk"), out, out), 0);
-        // The demo's port may be another test's at the same time.
+        // Another test may use the demo's port at the same time.
         const std::string strategies = folder.read("desk/strategies.toml");
         ASSERT_NE(strategies.find(":15150"), std::string::npos);
         static const std::regex kPort(":15150");
@@ -33,14 +33,14 @@ protected:
                      std::regex_replace(strategies, kPort, ":" + std::to_string(socketPort)));
     }
 
-    /// Puts a text of a file in the place of another, the first.
+    /// Replaces the first occurrence of a text in a file.
     void change(const char* file, const std::string& from, const std::string& to) const {
         std::string text = folder.read(file);
         ASSERT_NE(text.find(from), std::string::npos) << file;
         folder.write(file, text.replace(text.find(from), from.size(), to));
     }
 
-    /// Puts a pipe at an order file's path: no check refuses it, and no strategy can start with it.
+    /// Creates a pipe at an order file's path. No check refuses it, but no strategy can start with it.
     void block(const char* name) const {
         std::filesystem::create_directories(std::filesystem::path(folder.path(name)).parent_path());
         ASSERT_EQ(::mkfifo(folder.path(name).c_str(), 0600), 0);
@@ -49,14 +49,14 @@ protected:
     std::string journal() const { return folder.read("desk/journal.jsonl"); }
     bool has(const std::string& text) const { return journal().find(text) != std::string::npos; }
 
-    /// Runs the desk; each step is taken once the one before it has returned true. Ends after a minute in any
-    /// case, so that a step that never comes about fails the test rather than stops it.
+    /// Runs the desk. Each step is called until it returns true; then the next step follows. Ends after one
+    /// minute at the latest, so that a step that never succeeds makes the test fail instead of hang.
     int run(std::vector<std::function<bool()>> steps) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
         std::size_t next = 0;
         bool isStarting = true;
         return runDesk(folder.path("desk"), std::nullopt, out, [&] {
-            if (std::exchange(isStarting, false)) return true; // asked once before it trades
+            if (std::exchange(isStarting, false)) return true; // the desk asks once before it trades
             if (next < steps.size() && steps[next]()) ++next;
             return next < steps.size() && std::chrono::steady_clock::now() < end;
         });

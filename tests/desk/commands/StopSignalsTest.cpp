@@ -10,7 +10,7 @@
 namespace desk {
 namespace {
 
-/// Each test runs in a process of its own: signals are the process's.
+/// Each test runs in a separate process, because signals affect the whole process.
 constexpr int kAsExpected = 7;
 
 void press(CFakeClock& clock) {
@@ -18,7 +18,7 @@ void press(CFakeClock& clock) {
     std::raise(SIGINT);
 }
 
-/// What a sender does that sends each signal twice.
+/// Acts like a sender that sends each signal twice.
 void pressTwiceAtOnce(CFakeClock& clock) {
     press(clock);
     clock.sleep(0.05);
@@ -66,7 +66,8 @@ TEST(StopSignalsDeathTest, CtrlCThatIsSentTwiceIsOneRequest) {
         testing::ExitedWithCode(kAsExpected), "");
 }
 
-/// The first repeat of a held key comes after a pause, so it is a request of its own; the others are not.
+/// The first repeat of a held key comes after a pause, so it is a separate request. The other repeats are
+/// not.
 TEST(StopSignalsDeathTest, CtrlCThatIsHeldDownDoesNotEndTheProcess) {
     EXPECT_EXIT(
         {

@@ -11,7 +11,7 @@
 
 namespace desk::test {
 
-/// A small desk folder without mistakes, which a test then spoils.
+/// A small desk folder without mistakes. A test then adds mistakes to it.
 class CConfigFolder {
 public:
     CConfigFolder() {
@@ -75,7 +75,7 @@ family = "stock"
     const CTempFolder& files() const { return m_folder; }
     std::string path() const { return m_folder.path(); }
 
-    /// Replaces the one place where the text stands.
+    /// Replaces the text, which must occur exactly once.
     void replace(const std::string& file, const std::string& what, const std::string& by) const {
         std::string text = m_folder.read(file);
         const std::size_t place = text.find(what);
@@ -84,7 +84,7 @@ family = "stock"
         m_folder.write(file, text.replace(place, what.size(), by));
     }
 
-    /// Closes the file to everybody but its owner, or opens it to all.
+    /// Makes the file readable only by its owner, or by everybody.
     void setSecret(const std::string& file, bool isSecret) const {
         using std::filesystem::perms;
         const perms others = isSecret ? perms::none : perms::group_read | perms::others_read;

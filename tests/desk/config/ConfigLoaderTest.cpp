@@ -99,7 +99,7 @@ rows = [{ market = "SZ", code = "000001", volume = 1 }]
     EXPECT_EQ(loaded.config.portfolios[1].kind, 13);
 }
 
-/// Orders know keys of eight characters in capitals, and baskets instruments of certain types.
+/// An order needs a key of eight characters in capitals. A basket needs an instrument of certain types.
 TEST(ConfigLoader, APortfolioRowThatNoOrderCouldSellIsAMistake) {
     for (const char* instrument : {"SZ,0000011,平原,100028 100003", "sz,000001,平原,100028 100003",
                                    "SZ,000001,平原,100003", "SZ,000001,平原,100028"}) {
@@ -118,7 +118,7 @@ TEST(ConfigLoader, APortfolioRowThatNoOrderCouldSellIsAMistake) {
     }
 }
 
-/// Lines name a portfolio between commas, behind its kind, and lose blanks at their end.
+/// In an order line the portfolio is between commas, after its kind. Blanks at its end are removed.
 TEST(ConfigLoader, PortfoliosThatNoLineCanNameAreMistakes) {
     for (const char* id : {"", "a_b", "a,b", "a ", "a\\t", "a\\nb"}) {
         const CConfigFolder folder;
@@ -153,7 +153,7 @@ rows = [{ market = "SZ", code = "000001", volume = 1 }]
         Mistakes{"desk.toml:22: portfolio: key \"kind\" is missing in the table that begins on line 21"});
 }
 
-/// The row would buy the instrument of SH.
+/// The row would buy the SH instrument with the same code.
 TEST(ConfigLoader, ABasketRowWhoseCodeMeansAnotherInstrumentIsAMistake) {
     const CConfigFolder folder;
     folder.replace("instruments.csv", "SZ,000001,平原", "SH,000001,同码,100028,100,22,18\nSZ,000001,平原");

@@ -1,4 +1,4 @@
-// A folder with the product families beside stocks: kinds of instruments, and accounts and positions in them.
+// A folder with families other than stocks: kinds of instruments, and accounts and positions in them.
 #include "desk/config/Kinds.h"
 #include "records/Families.h"
 #include "tests/desk/config/ConfigFolder.h"
@@ -13,7 +13,7 @@ namespace {
 
 using Mistakes = std::vector<std::string>;
 
-/// The small folder with a future, an option, a connect's stock and gold.
+/// The small folder with a future, an option, a connect stock and gold.
 class CFamilyFolder : public test::CConfigFolder {
 public:
     CFamilyFolder() {

@@ -19,7 +19,7 @@ protected:
     }
     fs::path place(const std::string& name) const { return m_folder.files().path(name); }
 
-    /// What the folder's check says of channel 1 at this path.
+    /// The mistakes that the folder's check reports if channel 1 has this path.
     std::vector<std::string> mistakesAt(const std::string& path) const {
         m_folder.replace("strategies.toml", "orders/one.txt", path);
         return m_folder.mistakes();

@@ -15,12 +15,12 @@ namespace {
 using test::CConfigFolder;
 using Lines = std::vector<std::string>;
 
-/// Interfaces as they stand in a good file.
+/// A correct settings file with these interfaces.
 std::string settingsWith(const std::string& interfaces) {
     return "<settings>\n<interfaceTrade>\n" + interfaces + "\n</interfaceTrade>\n</settings>\n";
 }
 
-/// One interface of that name whose JSON has these members behind the name.
+/// One interface with this name. Its JSON has these members after the name.
 std::string interfaceWith(const std::string& name, const std::string& members = "") {
     return "<" + name + " interfacedata='{\"m_strInterface\":\"" + name + "\"" +
            (members.empty() ? "" : ",") + members + "}'/>\n";
@@ -204,7 +204,7 @@ TEST_F(SettingsFile, WhatWouldBeReadAsSomethingElseLeavesTheOldOne) {
                                 " stays as it was: interface \"b\" would be read back as something else";
     EXPECT_EQ(save("\"m_nPeroid\":1"), refused);
     EXPECT_EQ(save("\"whitelist\":[\"{}\"]"), refused);
-    interfaces.back()->m_strAccount = "\xD5\xCB"; // no UTF-8: written as another text
+    interfaces.back()->m_strAccount = "\xD5\xCB"; // not UTF-8: it is written as another text
     EXPECT_EQ(save("\"m_strAccount\":\"\xEF\xBF\xBD\xEF\xBF\xBD\""), refused);
     EXPECT_EQ(folder.files().read("settings.xml"), old);
     interfaces.back()->m_strAccount = "账";

@@ -1,4 +1,4 @@
-// Slips that the check cannot see, each with the reason.
+// Mistakes that the check cannot detect, each with the reason.
 #include "tests/desk/config/SingleMistakes.h"
 
 namespace desk::test {

@@ -13,8 +13,9 @@
 
 namespace desk::test {
 
-/// One slip in the demo folder: the first place of a text is replaced by another. `told` has the beginnings
-/// of the lines that the check must print for it, and no others; empty: it cannot be seen, for the reason.
+/// One mistake in the demo folder: the first occurrence of a text is replaced. `told` has the beginnings of
+/// all lines that the check must print for it. If it is empty, the check cannot detect the mistake, for the
+/// given reason.
 struct CSlip {
     const char* name;
     const char* file;
@@ -32,7 +33,7 @@ inline std::vector<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
-/// What the check prints for a slip, without its last line.
+/// The output of the check for a mistake, without its last line.
 inline std::vector<std::string> checkOf(const CSlip& slip) {
     const CTempFolder folder;
     std::ostringstream out;
@@ -50,7 +51,7 @@ inline std::vector<std::string> checkOf(const CSlip& slip) {
     return lines;
 }
 
-/// Runs every slip; gives the names of those that pass in silence.
+/// Tests every mistake. Returns the names of the mistakes that the check does not report.
 inline std::vector<std::string> expectTold(const std::vector<CSlip>& slips) {
     std::vector<std::string> silent;
     for (const CSlip& slip : slips) {

@@ -1,4 +1,4 @@
-// Every slip in desk.toml is told on its own line, and nothing else with it.
+// Every mistake in desk.toml must be reported on its own line, and nothing else.
 #include "tests/desk/config/SingleMistakes.h"
 
 namespace desk::test {

@@ -1,4 +1,4 @@
-// Every slip in strategies.toml is told on its own line, and nothing else with it.
+// Every mistake in strategies.toml must be reported on its own line, and nothing else.
 #include "tests/desk/config/SingleMistakes.h"
 
 namespace desk::test {

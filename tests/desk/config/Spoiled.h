@@ -7,11 +7,11 @@
 
 namespace desk::test {
 
-/// One way to spoil a folder, and the one mistake that the desk must report.
+/// One change that makes a folder wrong, and the only mistake that the desk must report.
 struct CSpoiled {
-    const char* name; ///< of the test
+    const char* name; ///< name of the test
     const char* file;
-    const char* what; ///< the text that is replaced, once
+    const char* what; ///< the text to replace, once
     const char* by;
     const char* expected;
 };

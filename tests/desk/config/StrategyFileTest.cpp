@@ -95,7 +95,7 @@ TEST(StrategyFile, StoppedStrategyMayBeUnfinished) {
     EXPECT_EQ(onlyStrategy(folder).m_nChannel, 4);
 }
 
-/// A strategy in which nothing that the desk trades has the value that a new one has.
+/// A strategy in which every field that the desk trades with differs from a new strategy.
 TC::COrderStrategyParam strategyOfEveryField(const CConfigFolder& folder) {
     TC::COrderStrategyParam strategy;
     strategy.m_nStatus = TC::COrderStrategyParam::kRunning;
@@ -134,7 +134,7 @@ TC::COrderStrategyParam strategyOfEveryField(const CConfigFolder& folder) {
     return strategy;
 }
 
-/// What keeps the strategy from being saved; empty where it was saved and read back.
+/// The reason why the strategy cannot be saved. Empty if it was saved and read back.
 std::string keep(const CConfigFolder& folder, const TC::COrderStrategyParam& strategy) {
     const CStrategyFile file(folder.path(), folder.load().config);
     const std::string reason = file.whyNotKept(strategy, {});
@@ -151,7 +151,7 @@ TEST(StrategyFile, EveryFieldSurvivesSavingAndReading) {
     EXPECT_EQ(keep(folder, strategyOfEveryField(folder)), "");
 }
 
-/// Where the user's defaults say more than the strategy does, the file must say "nothing".
+/// If the user's defaults set a field that the strategy does not set, the file must say that it is not set.
 TEST(StrategyFile, FieldsThatNobodySetSurviveToo) {
     const CConfigFolder folder;
     folder.replace("desk.toml", "price_type = \"buy1\"",
@@ -232,7 +232,7 @@ TEST(StrategyFile, APathThatAnotherStrategyHasIsNotKept) {
               "strategy: path \"orders/one.txt\" is the path of channel 1 too");
 }
 
-/// Every source and family that the service can hold.
+/// Saves and reads every source and family that the service can hold.
 TEST(StrategyFile, WhatTheServiceCanHoldIsReadAgain) {
     const CConfigFolder folder;
     TC::COrderStrategyMap strategies;
@@ -331,7 +331,7 @@ TEST(StrategyFile, PathsBelowTheFolderAreWrittenRelativeToIt) {
     }
 }
 
-/// The base folder with an order socket on channel 2, which has the login keys.
+/// Changes channel 2 of the base folder to an order socket with the login keys.
 void listenOn(const CConfigFolder& folder, const std::string& address,
               const std::string& login = "user = \"u\"\npass = \"p\"\n") {
     folder.replace("strategies.toml", "channel = 2\nsource = \"file\"\npath = \"orders/two.txt\"\n",
@@ -475,7 +475,7 @@ TEST(StrategyFile, SavedForItsOwnerAloneAndWithoutADraftLeft) {
 TEST(StrategyFile, AFailedSaveNamesTheFileAndLeavesNothingBehind) {
     const CConfigFolder folder;
     const CDeskConfig config = folder.load().config;
-    // A folder at the file's place can be opened by nobody and replaced by no file.
+    // A folder at this path cannot be opened as a file, and no file can replace it.
     std::filesystem::remove(folder.files().path("strategies.toml"));
     std::filesystem::create_directory(folder.files().path("strategies.toml"));
     const utils::KNError saved = CStrategyFile(folder.path(), config).save(config.strategies);

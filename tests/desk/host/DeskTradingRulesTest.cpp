@@ -54,7 +54,7 @@ TEST(DeskTradingRules, TextsWithoutPairsLeaveTheRecord) {
     }
 }
 
-/// Without its parameters an order could trade on another account, at another price, or at once.
+/// If its parameters were ignored, an order could trade on another account, at another price, or at once.
 TEST(DeskTradingRules, OrdersOfParametersThatAreNotUnderstoodAreRejected) {
     CDeskTradingRules rules;
     for (const char* text :

@@ -59,7 +59,7 @@ CInstrumentEntry makeKind(EInstrumentKind kind, const std::string& market, const
     return entry;
 }
 
-/// Every question of the exchange client about a name, one letter for each yes.
+/// Calls every query of the exchange client with the name. Returns one letter for each query that is true.
 std::string marketsOf(CDeskExchangeClient& exchange, const char* name) {
     const QString text = QString::fromLatin1(name);
     std::string markets;

@@ -13,7 +13,7 @@ namespace {
 
 class PaperTradeClient : public testing::Test {
 protected:
-    /// The money of each account; the error's text where there is none.
+    /// The money of each account, or the text of the error.
     std::string splitMoney(double amount, const std::vector<double>& ratios) {
         const std::vector<TC::CAccountInfoPtr> accounts(2, boost::make_shared<TC::CAccountInfo>());
         const auto error = boost::make_shared<utils::KNError>();

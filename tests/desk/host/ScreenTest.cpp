@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kMinuteMs = 60000;
 
-/// A pipe as a screen that the test reads, or does not read.
+/// A pipe is the screen. The test may read it or not.
 class Screen : public testing::Test {
 protected:
     void SetUp() override { ASSERT_EQ(::pipe2(m_ends, O_CLOEXEC), 0); }
@@ -34,7 +34,7 @@ protected:
         m_ends[0] = -1;
     }
 
-    /// What a reader gets until it has seen the line, or until the screen is gone.
+    /// Reads until the line appears or the screen is closed. Returns all text that was read.
     std::string readUntil(const std::string& line) {
         std::string text;
         char bytes[4096];
@@ -75,7 +75,7 @@ TEST_F(Screen, SeveralLinesMayBeFlushedTogether) {
 }
 
 TEST_F(Screen, UnreadScreenHoldsNobodyUpAndSaysHowManyLinesItDropped) {
-    constexpr int kLines = 100000; // far more than pipe and queue hold
+    constexpr int kLines = 100000; // far more than the pipe and the queue can hold
     CScreen screen(descriptor(), 10000);
     for (int i = 0; i < kLines; ++i)
         screen.stream() << numbered(i) << std::flush;

@@ -15,7 +15,7 @@
 namespace desk {
 namespace {
 
-/// The registry as a map; the service's own is tested with it.
+/// The registry as a plain map. Other tests test the service's own registry.
 class CMapRegistry final : public TC::IStrategyRegistry {
 public:
     void visitStrategies(const std::function<void(int, const TC::COrderStrategyParam&)>& visit) override {
@@ -30,7 +30,7 @@ public:
     TC::COrderStrategyMap m_strategies;
 };
 
-/// Remembers what it was given; two strategies with one source do not go together.
+/// Remembers what it received. It refuses two strategies with the same source.
 class CMemoryStore : public IStrategyStore {
 public:
     std::string whyNotKept(const TC::COrderStrategyParam& strategy,
@@ -50,14 +50,14 @@ public:
     bool m_bRefuses = false;
 };
 
-/// A journal in a folder of its own, and what would have been saved.
+/// A journal in its own folder, and a store that records what is saved.
 class StrategyKeeper : public testing::Test {
 protected:
     StrategyKeeper() {
         EXPECT_TRUE(journal.open(folder.path()).isSuccess());
         configured.insert(1, CStrategyBuilder().channel(1).file("1"));
         configured.insert(2, CStrategyBuilder().channel(2).file("2").stopped());
-        // Over the user's limit: the order service erased it.
+        // Above the user's limit, so the order service has removed it.
         configured.insert(9, CStrategyBuilder().channel(9).file("9"));
         current = configured;
         current.remove(9);
@@ -65,7 +65,7 @@ protected:
 
     CStrategyKeeper make() { return {journal, sink, configured, store}; }
 
-    /// "action channel" of every strategy record.
+    /// "action channel" for every strategy record.
     std::vector<std::string> records() const {
         std::vector<std::string> result;
         std::ifstream file(folder.path("journal.jsonl"));

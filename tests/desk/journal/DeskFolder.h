@@ -17,7 +17,7 @@
 
 namespace desk::test {
 
-/// A folder of its own for one test, removed at its end.
+/// A new folder for one test, removed at its end.
 class CDeskFolder {
 public:
     CDeskFolder() {
@@ -54,8 +54,8 @@ private:
     std::string m_strPath;
 };
 
-/// A clock that, unless a test moves m_dNow, stands still at 2026-01-05 09:30:00.123 and runs a hook in place
-/// of sleeping.
+/// A clock that stands still at 2026-01-05 09:30:00.123 unless a test changes m_dNow. Instead of sleeping it
+/// calls a hook.
 class CStillClock : public utils::IClock {
 public:
     CStillClock() { utils::installClock(this); }
@@ -71,8 +71,8 @@ public:
     double m_dNow = 0;
 };
 
-/// No file of this process grows beyond so many bytes while it lives: a disk that is full there. A write
-/// across the limit comes out short, one beyond it fails.
+/// Simulates a full disk: while it lives, no file of this process can grow beyond this number of bytes. A
+/// write that crosses the limit is cut short. A write that starts beyond the limit fails.
 class CFullDisk {
 public:
     explicit CFullDisk(std::uintmax_t bytes) {

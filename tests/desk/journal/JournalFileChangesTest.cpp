@@ -1,4 +1,4 @@
-// The journal's file is deleted or moved away while the journal cannot be written.
+// The journal's file is deleted or moved while the journal cannot be written.
 #include "desk/journal/Journal.h"
 
 #include "tests/desk/journal/DeskFolder.h"
@@ -33,8 +33,8 @@ protected:
         EXPECT_EQ(next.lastFill(), 5);
     }
 
-    /// Writes two messages, deletes the file, and has a look find it on a disk with room for some bytes less
-    /// than both. Gives the lines of the messages.
+    /// Writes two messages and deletes the file. Then checks the file on a disk whose room is too small for
+    /// both messages by this number of bytes. Returns the lines of the messages.
     CTexts deleteWithTooLittleRoom(std::size_t tooLittle) {
         EXPECT_EQ(m_journal.checkFile(), "");
         write("message", CJson{{"text", "first"}});
@@ -142,7 +142,7 @@ TEST_F(JournalFileChanges, StateEndsOnlyOnceTheContinuedRecordIsWritten) {
         EXPECT_NE(m_journal.checkFile(), "");
     }
     {
-        // Each record names the path; there is room for `resumed` alone.
+        // Every record contains the path. There is room for the record `resumed` only.
         const CFullDisk disk(m_folder.file(kJournalFileName).size() + 200);
         EXPECT_FALSE(m_journal.probe().isSuccess());
         ASSERT_FALSE(lines().empty());

@@ -293,7 +293,7 @@ TEST_F(JournalTest, RecordThatLacksOnlyItsLineEndIsTaken) {
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
     std::int64_t seq = 0;
     ASSERT_TRUE(m_journal.append("message", kNote, &seq).isSuccess());
-    const std::uintmax_t line = m_folder.lines(kJournalFileName).back().size(); // as long as the next
+    const std::uintmax_t line = m_folder.lines(kJournalFileName).back().size(); // the next has this size too
     {
         const CFullDisk disk(size() + line);
         EXPECT_TRUE(m_journal.append("message", kNote, &seq).isSuccess());

@@ -233,10 +233,10 @@ TEST_F(ShowJournalTest, FollowingReadsWhatTheDeskStillWritesIntoAFileThatWasMove
             std::filesystem::rename(m_folder.file(kJournalFileName), m_folder.file("old"));
             m_folder.append(kJournalFileName, "");
             break;
-        case 3: // the desk has not looked yet
+        case 3: // the desk has not checked its file yet
             m_folder.append("old", stoppedLine(2));
             break;
-        case 4: // between the two, it writes the last line of the old file
+        case 4: // meanwhile the desk writes the last line of the old file
             m_folder.append("old", stoppedLine(3));
             m_folder.append(kJournalFileName,
                             R"({"kind":"continued","time":"t","seq":4,"cause":"moved","event":0})"

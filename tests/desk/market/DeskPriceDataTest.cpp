@@ -5,7 +5,7 @@
 namespace desk {
 namespace {
 
-/// Buy prices 99 down to 90, sell prices 101 up to 110.
+/// A quote with buy prices from 99 down to 90 and sell prices from 101 up to 110.
 CQuoteEntry fullQuote() {
     CQuoteEntry quote;
     quote.last = 100;

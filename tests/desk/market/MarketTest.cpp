@@ -21,7 +21,7 @@ CQuoteEntry quote(const std::string& key, double last) {
     return entry;
 }
 
-/// Two instruments, of which one has no quote yet, and three changes.
+/// Two instruments, one of them without a quote so far, and three changes.
 CMarket makeMarket() {
     return {{instrument("SH", "600000"), instrument("SZ", "000001")},
             {quote("SH600000", 10)},

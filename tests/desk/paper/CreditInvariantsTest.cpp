@@ -14,8 +14,8 @@ constexpr double kSmallLimit = 1200;
 constexpr double kPrice = 10;
 const char* const kCodes[] = {"600001", "600002"};
 
-/// A credit account with little money and credit, positions from the start, and two stocks whose prices move
-/// while its orders wait.
+/// A credit account with little money and credit and some initial positions, and two stocks. Their prices
+/// move while the account's orders wait.
 class CreditInvariants : public StoredDesk, public testing::WithParamInterface<unsigned> {
 protected:
     CreditInvariants() {
@@ -41,7 +41,8 @@ protected:
 
     int draw(int from, int to) { return std::uniform_int_distribution<int>(from, to)(m_random); }
 
-    /// A book with a gap between its prices, so that orders wait. Those that trade have held what they need.
+    /// Sets a book with a gap between its prices, so that some orders wait. Orders that trade have frozen the
+    /// amounts that they need.
     void quote(const char* code) {
         const double middle = kPrice + draw(-50, 50) / 10.0;
         const double step = draw(1, 10) / 10.0;
@@ -64,13 +65,13 @@ protected:
         orderOf(kCredit, code);
     }
 
-    /// Returns of all that is owed, where the book has a part of it and the account nothing else to pay with,
-    /// easily overrate what the shares were sold for.
+    /// Makes the order return all owed shares, and freezes all money of the account with another order. The
+    /// book often has only a part of the shares. Then it is easy to overestimate the proceeds of their sale.
     void returnAllWithoutFunds(TC::CCodeOrderParam& code) {
         code.m_nVolume = static_cast<int>(std::max<std::int64_t>(1, returnable(code.m_stock.m_strCode)));
         constexpr double kLow = 1;
         const int most = static_cast<int>(fromMoney(funds("CR").available()) / kLow);
-        if (most > 0) orderOf(kCredit, 18, most, kLow); // waits and holds the money
+        if (most > 0) orderOf(kCredit, 18, most, kLow); // this order waits and freezes the money
     }
 
     std::int64_t returnable(const std::string& code) const {
@@ -94,7 +95,7 @@ protected:
             reopen();
     }
 
-    /// What waiting orders of an account hold must be what its debts say that they hold.
+    /// The amounts frozen by the account's waiting orders. They must equal the frozen amounts of its debts.
     struct CHeld {
         std::int64_t m_nReturning = 0;
         CMoney m_nProceeds = 0;
@@ -135,7 +136,7 @@ protected:
         EXPECT_EQ(account.m_nMargin, proceeds);
     }
 
-    /// Money, positions and debts at one price, whatever the quotes say.
+    /// Money, positions and debts, valued at one fixed price instead of the quotes.
     CMoney worth() const {
         const CMoney price = toMoney(kPrice).value();
         CMoney sum = funds("CR").m_nCash;
@@ -157,7 +158,7 @@ protected:
         return sum;
     }
 
-    /// Fills of an operation at another price than the order's limit.
+    /// The number of fills of an operation at another price than the order's limit.
     int betterFills(int operation) const {
         const std::vector<CPaperOrder> orders = m_broker->orders();
         int count = 0;
@@ -169,7 +170,7 @@ protected:
         return count;
     }
 
-    /// Returns without a limit that the book had only a part of.
+    /// The number of returns without a limit for which the book had only a part.
     std::ptrdiff_t returnsCutShort() const {
         const std::vector<CPaperOrder> orders = m_broker->orders();
         return std::count_if(orders.begin(), orders.end(), [](const CPaperOrder& order) {

@@ -5,7 +5,7 @@ using namespace desk::test;
 
 namespace {
 
-constexpr EFamily kCredit = EFamily::Credit; // at 10, may owe 5000
+constexpr EFamily kCredit = EFamily::Credit; // price 10, may owe 5000
 constexpr int kBuyOnCredit = 20;
 constexpr int kSellShort = 21;
 constexpr int kBuyToReturn = 22;
@@ -31,7 +31,7 @@ protected:
         }
         return {};
     }
-    /// A book with two prices.
+    /// Sets a book with one buy price and one sell price.
     void bid(double buy, double sell) {
         m_quotes.setQuote(keyOf(kCredit), {{buy, 1000}}, {{sell, 1000}});
         ASSERT_TRUE(m_broker->onQuote(keyOf(kCredit)).isSuccess());

@@ -16,7 +16,7 @@ inline constexpr EFamily kFamiliesWithOrders[] = {
     EFamily::SGT,
 };
 
-/// An instrument with a book of one price and much volume, and an account that may trade it.
+/// An instrument with a book of one price and a large volume, and an account that may trade it.
 struct CFamilyRow {
     EFamily m_eFamily;
     const char* m_pszAccount;
@@ -56,8 +56,8 @@ inline std::string keyOf(EFamily family) {
     return std::string(rowOf(family).m_pszMarket) + rowOf(family).m_pszCode;
 }
 
-/// A paper broker that has an account and an instrument of every family. Every account has 100000 in cash and
-/// nothing else; the credit account may owe 5000.
+/// A paper broker with an account and an instrument for every family. Every account has 100000 in cash and
+/// nothing else. The credit account may owe 5000.
 class FamilyDesk : public PaperDesk {
 protected:
     static constexpr double kFunds = 100000;
@@ -89,14 +89,14 @@ protected:
         return accounts;
     }
 
-    /// Opens the desk's store anew, as after a restart.
+    /// Opens the desk's store again, as after a restart.
     void openFamilies(const std::vector<CAccountEntry>& accounts = familyAccounts()) {
         m_broker = std::make_unique<CPaperBroker>(m_quotes, nullptr);
         const utils::KNError error = m_broker->open(m_folder.path(), accounts, 0);
         ASSERT_TRUE(error.isSuccess()) << error.errorMsg();
     }
 
-    /// Puts a book of one price for both sides into place.
+    /// Sets a book with the same price on both sides.
     void offer(EFamily family, double price, long long volume = 1'000'000) {
         m_quotes.setQuote(keyOf(family), {{price, volume}}, {{price, volume}});
         if (m_broker) {
@@ -127,7 +127,7 @@ protected:
         code.m_ePriceType = kMarket;
         return orderOf(family, code);
     }
-    /// What became of an order: its state, or why it was rejected.
+    /// The result of an order: its state, or the reason why it was rejected.
     static std::string outcome(const CPaperOrder& order) {
         return order.m_eStatus == EOrderStatus::Rejected ? order.m_strReason : statusWord(order.m_eStatus);
     }

@@ -14,7 +14,7 @@ namespace {
 
 class FamilyRules : public FamilyDesk {};
 
-/// The operations of a family that are modelled, and those that are refused with a reason of their own.
+/// The supported operations of a family, and the operations that are refused with their own reason.
 struct COperations {
     EFamily m_eFamily;
     std::set<int> m_modelled;
@@ -49,7 +49,7 @@ std::string foreignReason(int operation, EFamily family) {
     return name + " does not belong to product family " + std::to_string(static_cast<int>(family));
 }
 
-/// The operation by which a family gets into a position.
+/// The operation that opens a position in the family.
 int openingOf(EFamily family) {
     for (const int operation : {18, 0, 32}) {
         if (findOperationRule(static_cast<TC::EOperationType>(operation), family) != nullptr)

@@ -7,7 +7,7 @@ namespace {
 
 constexpr EFamily kFuture = EFamily::FutureSpeculation; // multiplier 10, margin rate 0.1, price 100
 constexpr EFamily kGold = EFamily::Gold;                // multiplier 100, margin rate 0.2, price 5
-constexpr double kMargin = 100;                         // of one lot of the future at 100
+constexpr double kMargin = 100;                         // for one lot of the future at 100
 
 class FutureOrders : public FamilyDesk {};
 
@@ -225,7 +225,7 @@ TEST_F(FutureOrders, GoldOfTheConfigurationIsOnMarginUnlessItWasBoughtOutright) 
     EXPECT_EQ(fromMoney(funds("MARGIN").m_nMargin), 0);
 }
 
-/// An account of the folder that is refused, and why.
+/// An account of the folder that must be refused, and the reason.
 struct CRefusedRow {
     const char* m_pszName;
     TC::EQDBrokerType m_eBroker;

@@ -15,8 +15,8 @@ struct COptionCase {
     int m_nSellOpen;
     int m_nBuyClose;
     double m_dPrice;
-    double m_dPremium; ///< of a lot at the price
-    double m_dMargin;  ///< of a lot that is sold at the price
+    double m_dPremium; ///< for one lot at the price
+    double m_dMargin;  ///< for one sold lot at the price
 };
 
 void PrintTo(const COptionCase& options, std::ostream* out) {

@@ -71,7 +71,7 @@ TEST_F(OrderRules, BuysComeInWholeUnits) {
 }
 
 TEST_F(OrderRules, SellsMayCloseTheOddLotButNotSplitIt) {
-    // 1050 can be sold today.
+    // 1050 shares can be sold today.
     EXPECT_EQ(rejection(sell(130, 10.5)),
               "volume 130 is not a multiple of 100 and does not close the odd lot");
     EXPECT_EQ(rejection(sell(150, 10.5)), "accepted");
@@ -147,7 +147,7 @@ TEST_F(OrderRules, PriceTypesWithALimitAreTheSpecifiedOnesTheLevelsAndTheLatest)
     }
 }
 
-/// At the market it could cost any price.
+/// If it were treated as a market order, it could trade at any price.
 TEST_F(OrderRules, LimitWithoutANumberIsRejected) {
     for (const TC::EPriceType type :
          {TC::EPriceType::Sell1, TC::EPriceType::Latest, TC::EPriceType::Specified}) {

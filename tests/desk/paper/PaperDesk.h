@@ -17,7 +17,7 @@ namespace desk::test {
 
 using CLevels = std::vector<std::pair<double, long long>>;
 
-/// Instruments and quotes as a test sets them.
+/// Instruments and quotes that a test sets.
 class CScriptedQuotes : public IQuoteSource {
 public:
     void addInstrument(CInstrumentEntry entry) { m_instruments[entry.key()] = std::move(entry); }
@@ -51,7 +51,7 @@ inline TC::CAccountInfoPtr account(const std::string& key) {
     return info;
 }
 
-/// A record for A1 on SH600000; `price` unset: without one.
+/// A record for A1 on SH600000. If `price` is unset, the record has no price.
 inline TC::CCodeOrderParam record(TC::EOperationType operation, int volume, double price,
                                   TC::EPriceType priceType = TC::EPriceType::Specified) {
     TC::CCodeOrderParam code;
@@ -100,8 +100,8 @@ inline std::vector<CAccountEntry> deskAccounts() {
 constexpr TC::EPriceType kMarket = TC::EPriceType::NoQuote;
 inline const std::string kStock = "SH600000";
 
-/// A paper broker over a folder of its own, with the book 9.99 x 300, 9.98 x 500 / 10.00 x 200, 10.01 x
-/// 400, 10.05 x 1000.
+/// A paper broker in a new folder. Its book has 9.99 x 300 and 9.98 x 500 to buy, and 10.00 x 200, 10.01 x
+/// 400 and 10.05 x 1000 to sell.
 class PaperDesk : public testing::Test {
 protected:
     PaperDesk() {
@@ -137,7 +137,7 @@ protected:
         EXPECT_TRUE(error.isSuccess()) << error.errorMsg();
         return taskId;
     }
-    /// Places one record and gives what became of it.
+    /// Places one record and returns the resulting order.
     CPaperOrder placed(const TC::CCodeOrderParam& code) {
         place({code});
         return m_broker->orders().back();
@@ -154,7 +154,7 @@ protected:
         return {};
     }
     CPaperPosition position() const { return m_broker->positions().at(0); }
-    /// Fills as "order: volume @ price".
+    /// The fills as "order: volume @ price".
     std::vector<std::string> fills() const {
         std::vector<std::string> texts;
         for (const CPaperFill& fill : m_broker->fills()) {

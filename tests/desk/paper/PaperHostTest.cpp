@@ -27,7 +27,7 @@ using namespace desk::test;
 
 namespace {
 
-/// Host services over a broker whose events go to the journal.
+/// Host services with a broker whose events are written to the journal.
 class PaperHost : public PaperDesk {
 protected:
     PaperHost() {
@@ -50,7 +50,7 @@ protected:
     }
     CJson record(std::size_t place) const { return CJson::parse(m_folder.lines(kJournalFileName).at(place)); }
 
-    /// Breaks the journal for good until a probe.
+    /// Breaks the journal. It stays broken until a probe.
     void failJournal() {
         const CFullDisk disk(journalSize());
         EXPECT_FALSE(m_journal.append("message", CJson::object()).isSuccess());
@@ -82,7 +82,7 @@ TEST_F(PaperHost, TasksOfCommandsAreThoseOfTheirOrdersWhateverWasRefusedBetween)
     CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
     client.orderCommands(command({buy(100, 9.50)}));
     {
-        // The journal is far from this size.
+        // The journal is much smaller than this limit, so only the broker's log meets it.
         const CFullDisk disk(std::filesystem::file_size(m_folder.file("paper.db-wal")));
         client.orderCommands(command({buy(100, 9.60)}));
     }
@@ -100,7 +100,7 @@ TEST_F(PaperHost, TaskOfARecordedCommandIsNotGivenAgainAfterACrash) {
     std::int64_t seq = 0;
     const int recorded = m_broker->reserveTask();
     ASSERT_TRUE(m_journal.append("command", commandFields({}, recorded), &seq).isSuccess());
-    CJournal journal; // the process was killed here, before the command was stored
+    CJournal journal; // as if the process was killed before it stored the command
     ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
     CPaperBroker broker(m_quotes, {});
     ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent(), {journal.lastTask()})

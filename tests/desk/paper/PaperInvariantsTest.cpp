@@ -10,7 +10,7 @@ using namespace desk::test;
 
 namespace {
 
-/// Operations that a random sequence draws from, and those that close everything at its end.
+/// The operations of a random sequence, and the operations that close everything at its end.
 struct CGame {
     EFamily m_eFamily;
     std::vector<int> m_operations;
@@ -31,7 +31,7 @@ const CGame kGames[] = {
     {EFamily::Credit, {18, 19, 20, 20, 21, 21, 22, 23, 24, 25}, 19, 0},
 };
 
-/// Every account begins with positions at another price than the family's.
+/// Every account starts with positions that were bought at another price than the family's.
 class PaperInvariants : public StoredDesk, public testing::WithParamInterface<CGame> {
 protected:
     PaperInvariants() {
@@ -53,7 +53,7 @@ protected:
 
     int draw(int from, int to) { return std::uniform_int_distribution<int>(from, to)(random); }
 
-    /// A price some steps around the family's.
+    /// A random price near the family's price.
     double drawPrice() { return fromMoney(price * (100 + draw(-5, 5)) / 100); }
 
     void drawOrder() {
@@ -66,7 +66,7 @@ protected:
         orderOf(f, code);
     }
 
-    /// One step of the world: mostly an order, sometimes a quote, a cancel, a new day or a restart.
+    /// One random event: mostly an order, sometimes a quote, a cancel, a new day or a restart.
     template<typename Quote>
     void step(int number, Quote quote) {
         const int kind = draw(0, 19);
@@ -117,7 +117,7 @@ protected:
         return sum;
     }
 
-    /// Money, and positions and debts at the family's price.
+    /// Money, positions and debts, valued at the family's price.
     CMoney worth() const {
         CMoney sum = fundsOf(f).m_nCash;
         const CMoney lot = price * rowOf(f).m_nMultiplier;
@@ -131,7 +131,7 @@ protected:
         return sum;
     }
 
-    /// What the fills were worth beyond the family's price to the account.
+    /// The account's gains from fills at other prices than the family's.
     CMoney gains() const {
         const std::vector<CPaperOrder> orders = m_broker->orders();
         CMoney sum = 0;

@@ -32,7 +32,7 @@ protected:
             std::filesystem::remove(m_folder.file(name));
     }
 
-    /// All that a query can see, as one text.
+    /// All data that queries return, as one text.
     std::string snapshot() const {
         std::string text;
         for (const CPaperFunds& f : m_broker->funds())
@@ -74,7 +74,7 @@ protected:
     }
 };
 
-/// Another program that has the database in its hands, so that the broker cannot write.
+/// Another program that locks the database, so that the broker cannot write.
 class CForeignWriter {
 public:
     explicit CForeignWriter(const std::string& path) {
@@ -192,7 +192,7 @@ TEST_F(PaperStore, LockThatLastsHoldsUpOneCommandAndNotThoseBehindIt) {
     place({buy(100, 10.05)});
     CForeignWriter writer(m_folder.file(kPaperStoreName));
     m_clock.m_onSleep = [&] { writer.letGo(); };
-    place({buy(100, 10.05)}); // waits again
+    place({buy(100, 10.05)}); // this waits again
 }
 
 TEST_F(PaperStore, LockAtTheStartIsWaitedForAndThenRefusedWithTheRemedy) {
@@ -225,7 +225,7 @@ TEST_F(PaperStore, DamagedPagesAreFoundAtTheStartAndStayAsTheyAre) {
     EXPECT_EQ(found, static_cast<int>(whole.size() / kPage) - 1);
 }
 
-/// Follows the text that a start with a damaged store shows.
+/// Follows the instructions that a start with a damaged store prints.
 TEST_F(PaperStore, CopyThatTakesTheDamagedStoresPlaceHasTheBooksOfItsTime) {
     const CDeskFolder copy, killed;
     tradeSomething();
@@ -234,7 +234,7 @@ TEST_F(PaperStore, CopyThatTakesTheDamagedStoresPlaceHasTheBooksOfItsTime) {
     copyStore(m_folder.path(), copy.path());
     open();
     place({buy(100, 10.05)});
-    copyStore(m_folder.path(), killed.path()); // as a desk that is killed leaves it: changes in the log
+    copyStore(m_folder.path(), killed.path()); // the state after the desk was killed: the log has changes
     m_broker.reset();
     copyStore(killed.path(), m_folder.path());
     ASSERT_GT(std::filesystem::file_size(m_folder.file("paper.db-wal")), 0u);
@@ -286,7 +286,7 @@ TEST_F(PaperStore, DamageWhileItRunsNamesTheNextStartAndNotTheRemedy) {
     place({buy(100, 9.50)});
     const std::string store = m_folder.file(kPaperStoreName);
     {
-        sqlite3* database = nullptr; // brings the log into the store, so that its pages are read from there
+        sqlite3* database = nullptr; // moves the log into the store, so that pages are read from the store
         ASSERT_EQ(sqlite3_open(store.c_str(), &database), SQLITE_OK);
         ASSERT_EQ(sqlite3_exec(database, "PRAGMA wal_checkpoint(TRUNCATE)", nullptr, nullptr, nullptr),
                   SQLITE_OK);
@@ -299,7 +299,7 @@ TEST_F(PaperStore, DamageWhileItRunsNamesTheNextStartAndNotTheRemedy) {
         pages << std::string(kPage, '\xa5');
     }
     pages.close();
-    // The connection keeps pages that nobody has changed; another writer makes it read them again.
+    // The connection caches unchanged pages. A write by another connection makes it read them again.
     sqlite3* other = nullptr;
     ASSERT_EQ(sqlite3_open(store.c_str(), &other), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(other, "PRAGMA application_id = 7", nullptr, nullptr, nullptr), SQLITE_OK);

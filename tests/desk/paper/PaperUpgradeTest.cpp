@@ -7,7 +7,7 @@ namespace {
 
 class PaperUpgrade : public StoredDesk {
 protected:
-    /// Why the store cannot be used, or an empty text.
+    /// The reason why the store cannot be used, or an empty text.
     std::string refusal(const std::vector<CAccountEntry>& accounts = familyAccounts()) {
         m_broker.reset();
         CPaperBroker broker(m_quotes, nullptr);
@@ -43,7 +43,8 @@ protected:
     }
 };
 
-/// A store as the desk made it while it knew stocks alone: A1 with a position and two waiting orders.
+/// A store in the format of the time when the desk only knew stocks: A1 has a position and two waiting
+/// orders.
 constexpr const char* kStockStore = R"(
     CREATE TABLE desk (only INTEGER PRIMARY KEY CHECK (only = 1), last_event INTEGER NOT NULL, trading_day TEXT NOT NULL);
     CREATE TABLE funds (account TEXT PRIMARY KEY, cash INTEGER NOT NULL, frozen INTEGER NOT NULL);
@@ -121,7 +122,7 @@ TEST_F(PaperUpgrade, FutureOfTheFirstStoreIsRefusedAndTheStoreLeftAlone) {
 TEST_F(PaperUpgrade, FirstStoreBookedEverythingWithAMultiplierOfOne) {
     removeStore();
     runSql(kStockStore);
-    // 3 lots at 0.1, as the folder still has them.
+    // 3 lots at 0.1, equal to the position in the folder.
     runSql("INSERT INTO funds VALUES ('OP', 1000000000, 0);"
            "INSERT INTO positions VALUES ('OP', 'SHO10000001', 3, 3, 0, 3000);");
     const CAccountEntry account =

@@ -18,7 +18,7 @@ class StoredAccounts : public PaperDesk {};
 TEST_F(StoredAccounts, ReadingThemChangesNeitherTheStoreNorItsLog) {
     const CDeskFolder killed;
     place({buy(100, 9.50)});
-    for (const char* name : {kPaperStoreName, kLogName}) // as a desk that is killed leaves them
+    for (const char* name : {kPaperStoreName, kLogName}) // the files of a killed desk
         std::filesystem::copy_file(m_folder.file(name), killed.file(name));
     const std::string store = killed.read(kPaperStoreName), log = killed.read(kLogName);
     ASSERT_FALSE(log.empty());

@@ -9,7 +9,7 @@
 
 namespace desk::test {
 
-/// A desk of every family whose store a test reads as text, edits and replaces.
+/// A desk with every family. The test reads its store as text, edits it and replaces it.
 class StoredDesk : public FamilyDesk {
 protected:
     static constexpr EFamily kFuture = EFamily::FutureSpeculation;
@@ -22,7 +22,7 @@ protected:
         return text + '\n';
     }
 
-    /// What the families added to the books, as one text.
+    /// The books as one text, with the fields that only families other than stocks use.
     std::string books() const {
         std::string text;
         for (const CPaperFunds& f : m_broker->funds())
