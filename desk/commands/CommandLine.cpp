@@ -41,7 +41,7 @@ void addCommands(CLI::App& app, CCommandLine& line) {
         addCommand(app, "run", "Run a desk folder until SIGINT, SIGTERM or SIGHUP", ECommand::Run, line);
     run->add_option_function<std::string>(
            "--exit-when-idle", [&line](const std::string& text) { line.m_exitWhenIdle = readSeconds(text); },
-           "End when nothing has happened for so long and no quote change is to come")
+           "End when nothing has happened for SECONDS and no quote change is still to come")
         ->check(CLI::Validator(secondsMistake, ""))
         ->type_name("SECONDS");
     CLI::App* journal = addCommand(app, "journal", "Print what happened", ECommand::Journal, line);
