@@ -398,7 +398,7 @@ private:
     }
 
     /// Orders use the codes of a basket without their markets. A code then means the SH stock that trades
-    /// under this code. If there is none, it means the SZ stock.
+    /// under this code. If SH has no such stock, the code means the SZ stock.
     void checkBareCode(const CTomlSection& section, const std::string& market,
                        const std::string& code) const {
         const auto means = [&](const char* name) {

@@ -16,8 +16,8 @@ namespace desk {
 namespace {
 
 const QString kRootTag = QStringLiteral("settings");
-const QString kInterfacesTag = QStringLiteral("interfaceTrade");
-const QString kDataAttribute = QStringLiteral("interfacedata");
+const QString kInterfacesTag = QString::fromLatin1(knservice::kInterfacesTag);
+const QString kDataAttribute = QString::fromLatin1(knservice::kInterfaceDataAttribute);
 
 /// Words for each field type, for messages about what a field must be.
 const std::map<bson::EType, const char*> kExpected = {

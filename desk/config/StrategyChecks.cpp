@@ -69,7 +69,8 @@ void checkGroup(const CTomlSection& section, const CDeskConfig& config,
                           ESubject::Groups);
 }
 
-/// Returns the key of an instrument that a code without a market could mean; empty: there is none.
+/// Returns the key of an instrument that a code without a market can mean. The key is empty if no such
+/// instrument exists.
 std::string keyOfBareCode(const CDeskConfig& config, const std::string& code) {
     const auto found = std::find_if(config.instruments.begin(), config.instruments.end(),
                                     [&](const CInstrumentEntry& entry) { return entry.code == code; });
@@ -104,7 +105,7 @@ CFinding findingOfCode(const CDeskConfig& config, const TC::COrderStrategyParam&
             ESubject::Instruments};
 }
 
-/// Returns the port after the last colon; 0 if there is none.
+/// Returns the port after the last colon, or 0 if the text has no port.
 std::uint16_t portOf(const std::string& address) {
     const std::size_t colon = address.rfind(':');
     if (colon == std::string::npos || colon == 0) return 0;

@@ -79,7 +79,7 @@ private:
     CPaperBroker m_broker;
     CJournalGuard m_guard;
     bool m_bQuotesToCome = true;
-    std::string m_strTradingDay; ///< the day that the broker was told
+    std::string m_strTradingDay; ///< the last day that was passed to the broker
 
     CDeskUserConfig m_user;
     CDeskUserManager m_userManager;

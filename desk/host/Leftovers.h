@@ -15,8 +15,8 @@ void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, C
                    CTextSink& sink);
 
 /// Reports the ".tmp" files that an interrupted run left at the paths of the strategies. When the next file
-/// comes to the same path, the order service deletes such a file or, if `isKept`, moves it to rejected/. Main
-/// thread, before strategies start.
+/// appears at the same path, the order service deletes such a file or, if `isKept`, moves it to rejected/.
+/// Main thread, before strategies start.
 void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJournal& journal,
                      CTextSink& sink);
 

@@ -16,7 +16,7 @@ class CPaperTraderCenter : public knservice::TraderCenter,
                            private knservice::CTaskCenter,
                            private knservice::CDataCenter {
 public:
-    /// `portfolios` is the data that belongs to all accounts together; null if there is none.
+    /// `portfolios` holds the data that all accounts share. It may be null.
     CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
                        const CPaperPositions& positions,
                        boost::shared_ptr<knservice::CAccountData> portfolios = nullptr);

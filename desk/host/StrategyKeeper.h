@@ -49,7 +49,7 @@ private:
     TC::COrderStrategyMap m_saved;        ///< content of the store after the next save
     TC::COrderStrategyMap m_known;        ///< the registry at the last comparison
     TC::COrderStrategyMap m_pending;      ///< changed, but not in m_saved yet: new and refused ones
-    std::map<int, std::string> m_refused; ///< reasons that the user was told
+    std::map<int, std::string> m_refused; ///< reasons that were reported to the user
     std::string m_strToldFailure;
     bool m_bUnsaved = false;
 };

@@ -67,12 +67,12 @@ public:
     /// The cause of the failed state. Success if the journal is not in that state.
     utils::KNError failure() const;
 
-    /// Number of the last broker event (`order` and `fill` records) in the journal; 0 if there is none. The
-    /// paper broker delivers later events again.
+    /// Number of the last broker event (`order` and `fill` records) in the journal; 0 without such a record.
+    /// The paper broker delivers later events again.
     std::int64_t lastBrokerEvent() const;
 
-    /// Largest number of a task, an order and a fill in the journal; 0 if there is none. The paper broker
-    /// uses only larger numbers for new ones.
+    /// Largest number of a task, an order and a fill in the journal; 0 without such a record. The paper
+    /// broker uses only larger numbers for new ones.
     int lastTask() const;
     int lastOrder() const;
     int lastFill() const;

@@ -33,8 +33,8 @@ public:
     /// the old file. A reader that waits for lines calls it repeatedly, when next has no more lines.
     bool reopenIfChanged();
 
-    /// The text after the last newline, as a damaged line; not set if there is none. For a reader that does
-    /// not wait for more lines.
+    /// The text after the last newline, as a damaged line; not set if the file ends with a newline. For a
+    /// reader that does not wait for more lines.
     std::optional<CJournalLine> rest() const;
 
 private:

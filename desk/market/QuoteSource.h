@@ -16,7 +16,7 @@ public:
 
     /// The instrument, or empty if the key is unknown.
     virtual std::optional<CInstrumentEntry> instrument(const std::string& stockKey) const = 0;
-    /// The latest quote, or empty if there is none yet.
+    /// The latest quote. Empty until the first quote arrives.
     virtual std::optional<CQuoteEntry> quote(const std::string& stockKey) const = 0;
 };
 

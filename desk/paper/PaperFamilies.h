@@ -63,7 +63,8 @@ struct COperationRule {
     const char* m_pszRefusal; ///< why it is not modelled; null if it is modelled
 };
 
-/// The rule of an operation in a family, or null if there is none. Any thread.
+/// Returns the rule of an operation in a family, or null if the family does not have the operation. Any
+/// thread.
 const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTraderType family);
 
 /// The family in which the operation closes positions in instruments of this kind, or null. For derivatives

@@ -10,8 +10,8 @@
 namespace TC {
 namespace {
 
-const QString kInterfacesTag = QStringLiteral("interfaceTrade");
-const QString kDataAttribute = QStringLiteral("interfacedata");
+const QString kInterfacesTag = QString::fromLatin1(knservice::kInterfacesTag);
+const QString kDataAttribute = QString::fromLatin1(knservice::kInterfaceDataAttribute);
 
 } // namespace
 
