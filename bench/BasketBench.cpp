@@ -8,8 +8,8 @@
 #include "bench/CheckHost.h"
 #include "bench/Figure.h"
 
-#include "platform/InstrumentTypes.h"
-#include "platform/TradingRules.h"
+#include "orderservice/platform/InstrumentTypes.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "bench/BenchHost.h"
 
-#include "service/OrderService.h"
+#include "orderservice/service/OrderService.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "bench/CheckHost.h"
 
-#include "platform/Quote.h"
+#include "orderservice/platform/Quote.h"
 
 #include <boost/make_shared.hpp>
 

@@ -2,8 +2,8 @@
 
 #include "examples/minimal_host/MinimalHost.h"
 
-#include "check/OrderServiceBase.h"
-#include "records/Portfolio.h"
+#include "orderservice/check/OrderServiceBase.h"
+#include "orderservice/records/Portfolio.h"
 
 #include <QHash>
 #include <QVector>

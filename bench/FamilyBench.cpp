@@ -4,8 +4,8 @@
 #include "bench/CheckHost.h"
 #include "bench/Figure.h"
 
-#include "base/KNError.h"
-#include "platform/TradingRules.h"
+#include "orderservice/base/KNError.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
 

@@ -2,8 +2,8 @@
 // the same file with fgets, splits it and converts its numbers, and builds no record.
 #include "bench/BenchHost.h"
 #include "bench/Figure.h"
-#include "intake/LineReader.h"
-#include "intake/OrderFileParser.h"
+#include "orderservice/intake/LineReader.h"
+#include "orderservice/intake/OrderFileParser.h"
 
 #include <chrono>
 #include <cstdio>

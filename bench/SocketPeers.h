@@ -2,9 +2,9 @@
 
 #include "examples/minimal_host/MinimalHost.h"
 
-#include "gates/OrderGate.h"
-#include "gates/StrategyRegistry.h"
-#include "socket/OrderSocketServerWrapper.h"
+#include "orderservice/gates/OrderGate.h"
+#include "orderservice/gates/StrategyRegistry.h"
+#include "orderservice/socket/OrderSocketServerWrapper.h"
 
 #include <boost/asio/io_service.hpp>
 #include <boost/asio/ip/tcp.hpp>

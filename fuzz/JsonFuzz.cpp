@@ -1,7 +1,7 @@
 // Reads any bytes as the text of a JSON object. fromjson must accept what a second strict reader accepts,
 // with the same keys and values in the same order. It must refuse everything else, and also text that a
 // document cannot hold.
-#include "base/Bson.h"
+#include "orderservice/base/Bson.h"
 
 #include <bson/bson.h>
 #include <rapidjson/memorystream.h>

@@ -3,7 +3,7 @@
 //
 // The first byte chooses the lines that wait for the next piece. The second byte is the number of lengths
 // that follow. The lengths are used repeatedly to cut the remaining bytes.
-#include "socket/LineFraming.h"
+#include "orderservice/socket/LineFraming.h"
 
 #include <algorithm>
 #include <cstddef>

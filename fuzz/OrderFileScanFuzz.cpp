@@ -1,6 +1,6 @@
 // Sends any bytes through the scan of the order file guard. The verdict must equal that of a simple
 // implementation of the rules. It must not depend on how the bytes are cut.
-#include "intake/OrderFileScan.h"
+#include "orderservice/intake/OrderFileScan.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,9 +1,9 @@
 // Reads any bytes as an order file, with the line reader and the grammar. There must be no crash and no
 // undefined behaviour. Every order must belong to the file's channel, or be a basket or list of several
 // lines.
-#include "intake/LineReader.h"
-#include "intake/OrderFileParser.h"
-#include "records/OrderTypes.h"
+#include "orderservice/intake/LineReader.h"
+#include "orderservice/intake/OrderFileParser.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 

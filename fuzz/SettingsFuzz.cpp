@@ -1,6 +1,6 @@
 // Reads any bytes as the JSON text of an interface. There must be no crash. If the text can be read, it must
 // be written as a text that reads back to the same value.
-#include "records/TradeInterface.h"
+#include "orderservice/records/TradeInterface.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,9 +1,9 @@
 // Reads any bytes as the argument of `placeorder`. There must be no crash and no undefined behaviour, and
 // only the exception for a bad number may be thrown. A refusal must have one of the known texts. An accepted
 // order must have the number and channel of the line. It may have several lines only if it is a basket.
-#include "records/OrderTypes.h"
-#include "records/Portfolio.h"
-#include "socket/OrderCommandParser.h"
+#include "orderservice/records/OrderTypes.h"
+#include "orderservice/records/Portfolio.h"
+#include "orderservice/socket/OrderCommandParser.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
 #include "tests/support/FakeHost.h"

@@ -4,8 +4,8 @@
 //
 // The first byte chooses the listener (1: guard on, 2: login needed). The second byte is the number of
 // lengths that follow. The lengths are used repeatedly to cut the remaining bytes.
-#include "platform/Switches.h"
-#include "socket/OrderSocketServer.h"
+#include "orderservice/platform/Switches.h"
+#include "orderservice/socket/OrderSocketServer.h"
 #include "tests/support/DoorFakes.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeHost.h"

@@ -1,6 +1,6 @@
 // Reads any bytes as a number. The strict readers must accept exactly the texts that boost::lexical_cast
 // accepts, and return the same value to the last bit.
-#include "base/StrictNumber.h"
+#include "orderservice/base/StrictNumber.h"
 
 #include <boost/lexical_cast.hpp>
 

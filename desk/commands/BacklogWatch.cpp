@@ -1,8 +1,8 @@
 #include "desk/commands/BacklogWatch.h"
 
-#include "base/Clock.h"
-#include "base/Thread.h"
-#include "service/OrderService.h"
+#include "orderservice/base/Clock.h"
+#include "orderservice/base/Thread.h"
+#include "orderservice/service/OrderService.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 #include "desk/commands/JournalText.h"
 
 #include "desk/journal/Json.h"
-#include "kit/Operations.h"
-#include "records/Families.h"
+#include "orderservice/kit/Operations.h"
+#include "orderservice/records/Families.h"
 
 #include <nlohmann/json.hpp>
 

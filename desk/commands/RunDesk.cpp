@@ -1,6 +1,5 @@
 #include "desk/commands/RunDesk.h"
 
-#include "base/Clock.h"
 #include "desk/commands/BacklogWatch.h"
 #include "desk/commands/CheckFolder.h"
 #include "desk/config/ConfigLoader.h"
@@ -8,8 +7,9 @@
 #include "desk/host/Desk.h"
 #include "desk/host/FileLimit.h"
 #include "desk/host/FolderLock.h"
-#include "service/OrderService.h"
-#include "service/OrderServiceAdapter.h"
+#include "orderservice/base/Clock.h"
+#include "orderservice/service/OrderService.h"
+#include "orderservice/service/OrderServiceAdapter.h"
 
 #include <QCoreApplication>
 

@@ -1,8 +1,8 @@
 #include "desk/commands/ShowJournal.h"
 
-#include "base/Clock.h"
 #include "desk/commands/JournalText.h"
 #include "desk/journal/JournalReader.h"
+#include "orderservice/base/Clock.h"
 
 #include <ostream>
 

@@ -1,6 +1,6 @@
 #include "desk/commands/StopSignals.h"
 
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
 #include <atomic>
 #include <csignal>

@@ -4,7 +4,7 @@
 #include "desk/config/MarketTables.h"
 #include "desk/config/SettingsFile.h"
 #include "desk/config/StrategyFile.h"
-#include "platform/Switches.h"
+#include "orderservice/platform/Switches.h"
 
 #include <algorithm>
 #include <filesystem>

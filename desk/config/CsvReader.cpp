@@ -1,8 +1,8 @@
 #include "desk/config/CsvReader.h"
 
-#include "base/Text.h"
 #include "desk/config/TextFile.h"
 #include "desk/config/Words.h"
+#include "orderservice/base/Text.h"
 
 #include <boost/algorithm/string.hpp>
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "desk/config/PositionSide.h"
-#include "records/Basket.h"
-#include "records/Enums.h"
-#include "records/OrderSetting.h"
-#include "records/StrategyParam.h"
+#include "orderservice/records/Basket.h"
+#include "orderservice/records/Enums.h"
+#include "orderservice/records/OrderSetting.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <array>
 #include <map>

@@ -4,8 +4,8 @@
 #include "desk/config/TomlFile.h"
 #include "desk/config/TomlSection.h"
 #include "desk/config/Words.h"
-#include "platform/InstrumentTypes.h"
-#include "platform/Switches.h"
+#include "orderservice/platform/InstrumentTypes.h"
+#include "orderservice/platform/Switches.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,10 +1,10 @@
 #include "desk/config/MarketTables.h"
 
-#include "base/StrictNumber.h"
 #include "desk/config/CsvReader.h"
 #include "desk/config/Kinds.h"
 #include "desk/config/Words.h"
-#include "platform/InstrumentTypes.h"
+#include "orderservice/base/StrictNumber.h"
+#include "orderservice/platform/InstrumentTypes.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "base/KNError.h"
 #include "desk/config/DeskConfig.h"
 #include "desk/config/Diagnostics.h"
 #include "desk/config/FolderFiles.h"
-#include "records/TradeInterface.h"
+#include "orderservice/base/KNError.h"
+#include "orderservice/records/TradeInterface.h"
 
 #include <string>
 

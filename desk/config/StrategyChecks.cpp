@@ -1,9 +1,9 @@
 #include "desk/config/StrategyChecks.h"
 
-#include "base/Address.h"
 #include "desk/config/Kinds.h"
 #include "desk/config/OrderPaths.h"
-#include "records/Families.h"
+#include "orderservice/base/Address.h"
+#include "orderservice/records/Families.h"
 
 #include <algorithm>
 #include <charconv>

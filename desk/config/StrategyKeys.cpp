@@ -3,7 +3,7 @@
 #include "desk/config/SettingWarnings.h"
 #include "desk/config/StrategyCompare.h"
 #include "desk/config/Words.h"
-#include "records/Families.h"
+#include "orderservice/records/Families.h"
 
 #include <functional>
 #include <map>

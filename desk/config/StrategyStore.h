@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/KNError.h"
-#include "records/StrategyParam.h"
+#include "orderservice/base/KNError.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <string>
 

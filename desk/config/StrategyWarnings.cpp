@@ -2,9 +2,9 @@
 #include "desk/config/SettingWarnings.h"
 #include "desk/config/StrategyChecks.h"
 #include "desk/config/Words.h"
-#include "platform/InstrumentTypes.h"
-#include "platform/Switches.h"
-#include "records/Families.h"
+#include "orderservice/platform/InstrumentTypes.h"
+#include "orderservice/platform/Switches.h"
+#include "orderservice/records/Families.h"
 
 #include <algorithm>
 #include <string>

@@ -1,8 +1,8 @@
 #include "desk/config/Words.h"
 
 #include "desk/config/DeskConfig.h"
-#include "platform/Switches.h"
-#include "records/Enums.h"
+#include "orderservice/platform/Switches.h"
+#include "orderservice/records/Enums.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #include "desk/host/BrokerJournal.h"
 
-#include "kit/JsonValues.h"
+#include "orderservice/kit/JsonValues.h"
 
 namespace desk {
 namespace {

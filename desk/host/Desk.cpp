@@ -5,8 +5,8 @@
 #include "desk/host/DeskPortfolios.h"
 #include "desk/host/Leftovers.h"
 #include "desk/journal/JournalEvents.h"
-#include "platform/Switches.h"
-#include "service/OrderService.h"
+#include "orderservice/platform/Switches.h"
+#include "orderservice/service/OrderService.h"
 
 #include <nlohmann/json.hpp>
 

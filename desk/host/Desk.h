@@ -21,9 +21,9 @@
 #include "desk/journal/Journal.h"
 #include "desk/market/Market.h"
 #include "desk/paper/PaperBroker.h"
-#include "kit/AlgorithmTradeHelperBase.h"
-#include "kit/TimeServiceBase.h"
-#include "platform/Host.h"
+#include "orderservice/kit/AlgorithmTradeHelperBase.h"
+#include "orderservice/kit/TimeServiceBase.h"
+#include "orderservice/platform/Host.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #include "desk/host/DeskExchangeClient.h"
 
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desk/config/DeskConfig.h"
-#include "platform/ExchangeClient.h"
+#include "orderservice/platform/ExchangeClient.h"
 
 #include <map>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desk/market/QuoteSource.h"
-#include "platform/InstrumentTypes.h"
+#include "orderservice/platform/InstrumentTypes.h"
 
 namespace desk {
 

@@ -2,7 +2,7 @@
 
 #include "desk/host/TextSink.h"
 #include "desk/journal/Journal.h"
-#include "platform/IntakeAudit.h"
+#include "orderservice/platform/IntakeAudit.h"
 
 #include <map>
 #include <string>

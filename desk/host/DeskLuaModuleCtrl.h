@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/LuaModuleCtrl.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
 
 #include <set>
 

@@ -2,7 +2,7 @@
 
 #include "desk/host/TextSink.h"
 #include "desk/journal/Journal.h"
-#include "platform/MsgService.h"
+#include "orderservice/platform/MsgService.h"
 
 namespace desk {
 

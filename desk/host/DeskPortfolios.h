@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desk/config/DeskConfig.h"
-#include "platform/DataCenter.h"
+#include "orderservice/platform/DataCenter.h"
 
 #include <boost/shared_ptr.hpp>
 

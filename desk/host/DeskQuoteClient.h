@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desk/market/QuoteSource.h"
-#include "platform/Quote.h"
+#include "orderservice/platform/Quote.h"
 
 namespace desk {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/TradeFrameworkSource.h"
+#include "orderservice/platform/TradeFrameworkSource.h"
 
 namespace desk {
 

@@ -1,11 +1,11 @@
 #include "desk/host/DeskTradingRules.h"
 
-#include "base/StrictNumber.h"
-#include "base/Text.h"
-#include "base/Unset.h"
 #include "desk/config/Words.h"
 #include "desk/paper/OrderRules.h"
-#include "platform/Quote.h"
+#include "orderservice/base/StrictNumber.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/platform/Quote.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/FamilyTradingRulesBase.h"
+#include "orderservice/kit/FamilyTradingRulesBase.h"
 
 namespace desk {
 

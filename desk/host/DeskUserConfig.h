@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desk/config/DeskConfig.h"
-#include "platform/UserConfig.h"
+#include "orderservice/platform/UserConfig.h"
 
 #include <map>
 #include <string>

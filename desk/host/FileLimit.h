@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/KNError.h"
+#include "orderservice/base/KNError.h"
 
 namespace desk {
 

@@ -1,7 +1,7 @@
 #include "desk/host/InterfaceKeeper.h"
 
 #include "desk/config/SettingsFile.h"
-#include "service/OrderService.h"
+#include "orderservice/service/OrderService.h"
 
 #include <QDomDocument>
 

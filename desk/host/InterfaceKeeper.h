@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/KNError.h"
 #include "desk/host/DeskTradeFrameworkSource.h"
+#include "orderservice/base/KNError.h"
 
 #include <string>
 #include <vector>

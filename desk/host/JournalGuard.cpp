@@ -1,7 +1,7 @@
 #include "desk/host/JournalGuard.h"
 
-#include "base/Clock.h"
-#include "gates/IntakePause.h"
+#include "orderservice/base/Clock.h"
+#include "orderservice/gates/IntakePause.h"
 
 namespace desk {
 

@@ -1,10 +1,10 @@
 #include "desk/host/Leftovers.h"
 
-#include "base/FileCount.h"
-#include "base/Text.h"
 #include "desk/config/FolderFiles.h"
 #include "desk/host/Counted.h"
 #include "desk/journal/JournalEvents.h"
+#include "orderservice/base/FileCount.h"
+#include "orderservice/base/Text.h"
 
 #include <nlohmann/json.hpp>
 

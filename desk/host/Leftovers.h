@@ -2,8 +2,8 @@
 
 #include "desk/host/TextSink.h"
 #include "desk/journal/Journal.h"
-#include "platform/IntakeAudit.h"
-#include "records/StrategyParam.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <cstdint>
 #include <string>

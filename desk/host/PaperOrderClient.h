@@ -3,7 +3,7 @@
 #include "desk/host/TextSink.h"
 #include "desk/journal/Journal.h"
 #include "desk/paper/PaperBroker.h"
-#include "platform/OrderClient.h"
+#include "orderservice/platform/OrderClient.h"
 
 #include <mutex>
 

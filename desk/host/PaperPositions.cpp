@@ -1,7 +1,7 @@
 #include "desk/host/PaperPositions.h"
 
-#include "kit/TableData.h"
-#include "records/Portfolio.h"
+#include "orderservice/kit/TableData.h"
+#include "orderservice/records/Portfolio.h"
 
 #include <boost/make_shared.hpp>
 

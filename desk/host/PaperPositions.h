@@ -2,8 +2,8 @@
 
 #include "desk/market/QuoteSource.h"
 #include "desk/paper/PaperBroker.h"
-#include "platform/DataCenter.h"
-#include "platform/UserConfig.h"
+#include "orderservice/platform/DataCenter.h"
+#include "orderservice/platform/UserConfig.h"
 
 #include <boost/shared_ptr.hpp>
 

@@ -3,7 +3,7 @@
 #include "desk/host/DeskIntakeAudit.h"
 #include "desk/journal/JournalEvents.h"
 #include "desk/paper/OrderRules.h"
-#include "kit/MoneySplit.h"
+#include "orderservice/kit/MoneySplit.h"
 
 #include <nlohmann/json.hpp>
 

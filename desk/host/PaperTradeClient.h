@@ -4,8 +4,8 @@
 #include "desk/journal/Journal.h"
 #include "desk/market/QuoteSource.h"
 #include "desk/paper/PaperBroker.h"
-#include "kit/VolumeSplit.h"
-#include "platform/TradeClient.h"
+#include "orderservice/kit/VolumeSplit.h"
+#include "orderservice/platform/TradeClient.h"
 
 #include <map>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "desk/host/DeskIntakeAudit.h"
 #include "desk/journal/JournalEvents.h"
-#include "records/Enums.h"
+#include "orderservice/records/Enums.h"
 
 #include <nlohmann/json.hpp>
 

@@ -4,7 +4,7 @@
 #include "desk/host/TextSink.h"
 #include "desk/journal/Journal.h"
 #include "desk/paper/PaperBroker.h"
-#include "platform/TraderCenter.h"
+#include "orderservice/platform/TraderCenter.h"
 
 namespace desk {
 

@@ -1,6 +1,6 @@
 #include "desk/host/Screen.h"
 
-#include "base/Thread.h"
+#include "orderservice/base/Thread.h"
 
 #include <fcntl.h>
 #include <poll.h>

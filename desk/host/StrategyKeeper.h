@@ -3,7 +3,7 @@
 #include "desk/config/StrategyStore.h"
 #include "desk/host/TextSink.h"
 #include "desk/journal/Journal.h"
-#include "gates/StrategyRegistry.h"
+#include "orderservice/gates/StrategyRegistry.h"
 
 #include <map>
 #include <string>

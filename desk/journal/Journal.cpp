@@ -1,7 +1,7 @@
 #include "desk/journal/Journal.h"
 
-#include "base/Clock.h"
 #include "desk/journal/JournalTail.h"
+#include "orderservice/base/Clock.h"
 
 #include <nlohmann/json.hpp>
 

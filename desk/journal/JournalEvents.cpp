@@ -1,7 +1,7 @@
 #include "desk/journal/JournalEvents.h"
 
-#include "kit/JsonValues.h"
-#include "kit/RecordJson.h"
+#include "orderservice/kit/JsonValues.h"
+#include "orderservice/kit/RecordJson.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "desk/journal/Json.h"
-#include "platform/IntakeAudit.h"
-#include "records/CommandParam.h"
-#include "records/StrategyParam.h"
-#include "records/Task.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/StrategyParam.h"
+#include "orderservice/records/Task.h"
 
 #include <optional>
 #include <string>

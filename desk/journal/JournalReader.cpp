@@ -1,9 +1,9 @@
 #include "desk/journal/JournalReader.h"
 
-#include "base/Clock.h"
 #include "desk/journal/Journal.h"
 #include "desk/journal/RecordHeads.h"
 #include "desk/journal/TornLine.h"
+#include "orderservice/base/Clock.h"
 
 #include <sys/stat.h>
 

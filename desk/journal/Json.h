@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/Json.h"
+#include "orderservice/kit/Json.h"
 
 namespace desk {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "base/KNError.h"
 #include "desk/config/DeskConfig.h"
 #include "desk/market/QuoteSource.h"
 #include "desk/paper/PaperBook.h"
+#include "orderservice/base/KNError.h"
 
 #include <vector>
 

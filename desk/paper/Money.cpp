@@ -1,6 +1,6 @@
 #include "desk/paper/Money.h"
 
-#include "base/Unset.h"
+#include "orderservice/base/Unset.h"
 
 #include <cmath>
 #include <cstdio>

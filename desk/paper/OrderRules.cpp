@@ -3,7 +3,7 @@
 #include "desk/paper/CoverRules.h"
 #include "desk/paper/PaperFamilies.h"
 #include "desk/paper/Settlement.h"
-#include "platform/InstrumentTypes.h"
+#include "orderservice/platform/InstrumentTypes.h"
 
 #include <algorithm>
 #include <cmath>

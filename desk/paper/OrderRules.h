@@ -2,7 +2,7 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/paper/PaperBook.h"
-#include "records/CommandParam.h"
+#include "orderservice/records/CommandParam.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "desk/paper/PaperBook.h"
 
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
 namespace desk {
 namespace {

@@ -1,6 +1,5 @@
 #include "desk/paper/PaperBroker.h"
 
-#include "base/StrictNumber.h"
 #include "desk/paper/BookReview.h"
 #include "desk/paper/Holds.h"
 #include "desk/paper/Matching.h"
@@ -8,6 +7,7 @@
 #include "desk/paper/PaperFamilies.h"
 #include "desk/paper/Settlement.h"
 #include "desk/paper/TakeIn.h"
+#include "orderservice/base/StrictNumber.h"
 
 #include <boost/algorithm/string/trim.hpp>
 

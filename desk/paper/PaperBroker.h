@@ -1,12 +1,12 @@
 #pragma once
 
-#include "base/KNError.h"
 #include "desk/config/DeskConfig.h"
 #include "desk/market/QuoteSource.h"
 #include "desk/paper/PaperBook.h"
 #include "desk/paper/PaperRecords.h"
 #include "desk/paper/PaperStore.h"
-#include "records/CommandParam.h"
+#include "orderservice/base/KNError.h"
+#include "orderservice/records/CommandParam.h"
 
 #include <cstdint>
 #include <deque>

@@ -2,8 +2,8 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/paper/PaperRecords.h"
-#include "kit/Operations.h"
-#include "records/Enums.h"
+#include "orderservice/kit/Operations.h"
+#include "orderservice/records/Enums.h"
 
 #include <cstdint>
 #include <optional>

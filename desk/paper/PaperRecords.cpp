@@ -1,6 +1,6 @@
 #include "desk/paper/PaperRecords.h"
 
-#include "kit/Operations.h"
+#include "orderservice/kit/Operations.h"
 
 #include <iterator>
 

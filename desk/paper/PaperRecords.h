@@ -2,7 +2,7 @@
 
 #include "desk/config/PositionSide.h"
 #include "desk/paper/Money.h"
-#include "records/Enums.h"
+#include "orderservice/records/Enums.h"
 
 #include <cstdint>
 #include <string>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/KNError.h"
 #include "desk/config/FolderFiles.h"
 #include "desk/paper/PaperBook.h"
+#include "orderservice/base/KNError.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desk/paper/PaperBook.h"
-#include "kit/Operations.h"
+#include "orderservice/kit/Operations.h"
 
 /// How trades and direct repayments change money, positions and debts. None of the functions fails.
 namespace desk {

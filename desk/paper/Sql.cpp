@@ -1,6 +1,6 @@
 #include "desk/paper/Sql.h"
 
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
 #include <sqlite3.h>
 

@@ -5,7 +5,7 @@
 
 #include "MinimalHost.h"
 
-#include <contract/ContractHost.h>
+#include <orderservice/contract/ContractHost.h>
 
 #include <functional>
 #include <ostream>

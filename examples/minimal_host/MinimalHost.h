@@ -3,14 +3,14 @@
 // The minimum that a stock host must implement: one user with one account, one stock with a fixed price, and
 // an order client that prints the commands. All other services use the defaults of the kit.
 
-#include <kit/DefaultServices.h>
-#include <kit/ExchangeClientBase.h>
-#include <kit/InstrumentTypesBase.h>
-#include <kit/QuoteBases.h>
-#include <kit/TradeClientBase.h>
-#include <kit/UserConfigBase.h>
-#include <platform/MsgService.h>
-#include <platform/OrderClient.h>
+#include <orderservice/kit/DefaultServices.h>
+#include <orderservice/kit/ExchangeClientBase.h>
+#include <orderservice/kit/InstrumentTypesBase.h>
+#include <orderservice/kit/QuoteBases.h>
+#include <orderservice/kit/TradeClientBase.h>
+#include <orderservice/kit/UserConfigBase.h>
+#include <orderservice/platform/MsgService.h>
+#include <orderservice/platform/OrderClient.h>
 
 #include <boost/make_shared.hpp>
 

@@ -1,7 +1,7 @@
 // Runs the contract suites against the minimal host. The author of a host does the same with the new host.
 #include "MinimalContractHost.h"
 
-#include <contract/ContractHost.h>
+#include <orderservice/contract/ContractHost.h>
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 // Places one order through the order service and waits for the resulting command.
 #include "MinimalHost.h"
 
-#include <service/OrderService.h>
-#include <service/OrderServiceAdapter.h>
+#include <orderservice/service/OrderService.h>
+#include <orderservice/service/OrderServiceAdapter.h>
 
 #include <QCoreApplication>
 

@@ -1,7 +1,7 @@
-#include "base/Bson.h"
+#include "orderservice/base/Bson.h"
 
-#include "base/BsonExtended.h"
-#include "base/BsonText.h"
+#include "orderservice/base/BsonExtended.h"
+#include "orderservice/base/BsonText.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,4 +1,4 @@
-#include "base/BsonExtended.h"
+#include "orderservice/base/BsonExtended.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,9 +1,9 @@
 // fromjson: reads one JSON object (RFC 8259) into a document. The parser of nlohmann implements the grammar.
 // This file also refuses texts that the parser accepts although the grammar does not allow them, and values
 // that a document cannot store.
-#include "base/Bson.h"
-#include "base/BsonExtended.h"
-#include "base/Text.h"
+#include "orderservice/base/Bson.h"
+#include "orderservice/base/BsonExtended.h"
+#include "orderservice/base/Text.h"
 
 #include <bson/bson.h>
 #include <nlohmann/json.hpp>

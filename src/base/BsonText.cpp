@@ -1,8 +1,8 @@
-#include "base/BsonText.h"
+#include "orderservice/base/BsonText.h"
 
-#include "base/Bson.h"
-#include "base/BsonExtended.h"
-#include "base/Text.h"
+#include "orderservice/base/Bson.h"
+#include "orderservice/base/BsonExtended.h"
+#include "orderservice/base/Text.h"
 
 #include <QString>
 

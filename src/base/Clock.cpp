@@ -1,6 +1,6 @@
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
-#include "base/StopRequest.h"
+#include "orderservice/base/StopRequest.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "base/FileCount.h"
+#include "orderservice/base/FileCount.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

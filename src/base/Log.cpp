@@ -1,4 +1,4 @@
-#include "base/Log.h"
+#include "orderservice/base/Log.h"
 
 #include <log4cxx/level.h>
 #include <log4cxx/logger.h>

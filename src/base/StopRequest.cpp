@@ -1,4 +1,4 @@
-#include "base/StopRequest.h"
+#include "orderservice/base/StopRequest.h"
 
 #include <chrono>
 

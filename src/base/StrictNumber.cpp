@@ -1,4 +1,4 @@
-#include "base/StrictNumber.h"
+#include "orderservice/base/StrictNumber.h"
 
 #include <boost/lexical_cast.hpp>
 

@@ -1,4 +1,4 @@
-#include "base/Text.h"
+#include "orderservice/base/Text.h"
 
 #include <QTextCodec>
 

@@ -1,7 +1,7 @@
-#include "check/AccountLookup.h"
+#include "orderservice/check/AccountLookup.h"
 
-#include "platform/HostCall.h"
-#include "platform/TradingRules.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/TradingRules.h"
 
 namespace TC {
 

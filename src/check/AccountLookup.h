@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/UserConfig.h"
-#include "records/StrategyParam.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <vector>
 

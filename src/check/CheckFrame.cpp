@@ -1,13 +1,13 @@
-#include "check/CheckFrame.h"
+#include "orderservice/check/CheckFrame.h"
 
-#include "base/Clock.h"
-#include "base/Text.h"
-#include "check/Reports.h"
-#include "check/Volumes.h"
-#include "platform/ExchangeClient.h"
-#include "platform/HostCall.h"
-#include "platform/TradeClient.h"
-#include "platform/TradingRules.h"
+#include "orderservice/base/Clock.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/check/Reports.h"
+#include "orderservice/check/Volumes.h"
+#include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/TradeClient.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
 

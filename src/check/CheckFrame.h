@@ -1,11 +1,11 @@
 #pragma once
 
-#include "check/OrderServiceBase.h"
-#include "platform/Quote.h"
-#include "records/CommandParam.h"
-#include "records/Families.h"
-#include "records/OrderParam.h"
-#include "records/StrategyParam.h"
+#include "orderservice/check/OrderServiceBase.h"
+#include "orderservice/platform/Quote.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/Families.h"
+#include "orderservice/records/OrderParam.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <QString>
 

@@ -1,9 +1,9 @@
-#include "check/CodeLookup.h"
+#include "orderservice/check/CodeLookup.h"
 
-#include "platform/ExchangeClient.h"
-#include "platform/HostCall.h"
-#include "platform/InstrumentTypes.h"
-#include "platform/TradingRules.h"
+#include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/InstrumentTypes.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <QStringBuilder>
 

@@ -1,12 +1,12 @@
-#include "check/CommandGuard.h"
+#include "orderservice/check/CommandGuard.h"
 
-#include "base/Text.h"
-#include "check/Reports.h"
-#include "platform/HostCall.h"
-#include "platform/LuaModuleCtrl.h"
-#include "platform/Switches.h"
-#include "platform/TradingRules.h"
-#include "records/OrderTypes.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/check/Reports.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/Switches.h"
+#include "orderservice/platform/TradingRules.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <algorithm>
 #include <cmath>

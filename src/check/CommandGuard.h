@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/CommandParam.h"
+#include "orderservice/records/CommandParam.h"
 
 #include <QString>
 

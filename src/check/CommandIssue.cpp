@@ -1,14 +1,14 @@
-#include "check/OrderServiceBase.h"
+#include "orderservice/check/OrderServiceBase.h"
 
-#include "base/Clock.h"
-#include "check/CommandGuard.h"
-#include "check/OrderKind.h"
-#include "platform/AlgorithmTradeHelper.h"
-#include "platform/HostCall.h"
-#include "platform/LuaModuleCtrl.h"
-#include "platform/OrderClient.h"
-#include "platform/Switches.h"
-#include "platform/TradingRules.h"
+#include "orderservice/base/Clock.h"
+#include "orderservice/check/CommandGuard.h"
+#include "orderservice/check/OrderKind.h"
+#include "orderservice/platform/AlgorithmTradeHelper.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/OrderClient.h"
+#include "orderservice/platform/Switches.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,10 +1,10 @@
 // Margin trading and securities lending: trades, repayments, and the end of a single contract.
-#include "check/CheckFrame.h"
-#include "check/CodeLookup.h"
-#include "check/Volumes.h"
-#include "platform/HostCall.h"
-#include "platform/TradeClient.h"
-#include "platform/TradingRules.h"
+#include "orderservice/check/CheckFrame.h"
+#include "orderservice/check/CodeLookup.h"
+#include "orderservice/check/Volumes.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/TradeClient.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
 

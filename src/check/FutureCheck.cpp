@@ -1,10 +1,10 @@
 // Futures, and options on futures: opening and closing contracts of one instrument.
-#include "check/CheckFrame.h"
-#include "check/Reports.h"
-#include "check/Volumes.h"
-#include "platform/ExchangeClient.h"
-#include "platform/HostCall.h"
-#include "platform/TradingRules.h"
+#include "orderservice/check/CheckFrame.h"
+#include "orderservice/check/Reports.h"
+#include "orderservice/check/Volumes.h"
+#include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <cmath>
 

@@ -1,9 +1,9 @@
 // The markets that have their own instrument lists: both connects, gold and the share-transfer market.
-#include "check/CheckFrame.h"
-#include "check/CodeLookup.h"
-#include "platform/ExchangeClient.h"
-#include "platform/HostCall.h"
-#include "platform/TradingRules.h"
+#include "orderservice/check/CheckFrame.h"
+#include "orderservice/check/CodeLookup.h"
+#include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,8 +1,8 @@
 // Stock options, with the locking and unlocking of their underlying stocks.
-#include "check/CheckFrame.h"
-#include "check/CodeLookup.h"
-#include "platform/ExchangeClient.h"
-#include "platform/HostCall.h"
+#include "orderservice/check/CheckFrame.h"
+#include "orderservice/check/CodeLookup.h"
+#include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/HostCall.h"
 
 namespace TC {
 namespace {

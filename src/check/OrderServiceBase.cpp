@@ -1,14 +1,14 @@
-#include "check/OrderServiceBase.h"
+#include "orderservice/check/OrderServiceBase.h"
 
-#include "base/Text.h"
-#include "check/AccountLookup.h"
-#include "check/OrderKind.h"
-#include "check/PositionExchange.h"
-#include "check/Reports.h"
-#include "check/Volumes.h"
-#include "platform/HostCall.h"
-#include "platform/HostReports.h"
-#include "platform/TradingRules.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/check/AccountLookup.h"
+#include "orderservice/check/OrderKind.h"
+#include "orderservice/check/PositionExchange.h"
+#include "orderservice/check/Reports.h"
+#include "orderservice/check/Volumes.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <cmath>
 

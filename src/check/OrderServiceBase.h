@@ -1,12 +1,12 @@
 #pragma once
 
-#include "base/KNError.h"
-#include "platform/Quote.h"
-#include "platform/UserConfig.h"
-#include "records/CommandParam.h"
-#include "records/Families.h"
-#include "records/OrderTypes.h"
-#include "records/StrategyParam.h"
+#include "orderservice/base/KNError.h"
+#include "orderservice/platform/Quote.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/Families.h"
+#include "orderservice/records/OrderTypes.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <QObject>
 #include <QVector>

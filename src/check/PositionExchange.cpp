@@ -1,7 +1,7 @@
-#include "check/PositionExchange.h"
+#include "orderservice/check/PositionExchange.h"
 
-#include "check/Positions.h"
-#include "records/Portfolio.h"
+#include "orderservice/check/Positions.h"
+#include "orderservice/records/Portfolio.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "records/Account.h"
-#include "records/OrderParam.h"
+#include "orderservice/records/Account.h"
+#include "orderservice/records/OrderParam.h"
 
 #include <QVector>
 

@@ -1,7 +1,7 @@
-#include "check/Positions.h"
+#include "orderservice/check/Positions.h"
 
-#include "platform/HostCall.h"
-#include "platform/TraderCenter.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/TraderCenter.h"
 
 #include <boost/pointer_cast.hpp>
 

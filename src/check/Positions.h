@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/DataCenter.h"
-#include "records/Account.h"
-#include "records/Portfolio.h"
+#include "orderservice/platform/DataCenter.h"
+#include "orderservice/records/Account.h"
+#include "orderservice/records/Portfolio.h"
 
 #include <boost/shared_ptr.hpp>
 

@@ -1,10 +1,10 @@
-#include "check/Reports.h"
+#include "orderservice/check/Reports.h"
 
-#include "base/Text.h"
-#include "platform/HostCall.h"
-#include "platform/HostReports.h"
-#include "platform/OrderClient.h"
-#include "platform/UserConfig.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/OrderClient.h"
+#include "orderservice/platform/UserConfig.h"
 
 namespace TC {
 namespace {

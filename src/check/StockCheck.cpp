@@ -1,7 +1,7 @@
 // The stock family: buying and selling, and the operations on funds that use the same steps.
-#include "check/CheckFrame.h"
-#include "check/CodeLookup.h"
-#include "platform/InstrumentTypes.h"
+#include "orderservice/check/CheckFrame.h"
+#include "orderservice/check/CodeLookup.h"
+#include "orderservice/platform/InstrumentTypes.h"
 
 namespace TC {
 namespace {

@@ -1,10 +1,10 @@
-#include "check/Volumes.h"
+#include "orderservice/check/Volumes.h"
 
-#include "check/CodeLookup.h"
-#include "platform/ExchangeClient.h"
-#include "platform/HostCall.h"
-#include "platform/InstrumentTypes.h"
-#include "platform/Quote.h"
+#include "orderservice/check/CodeLookup.h"
+#include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/InstrumentTypes.h"
+#include "orderservice/platform/Quote.h"
 
 #include <cmath>
 #include <limits>

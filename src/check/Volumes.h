@@ -1,7 +1,7 @@
 #pragma once
 
-#include "records/Instrument.h"
-#include "records/OrderParam.h"
+#include "orderservice/records/Instrument.h"
+#include "orderservice/records/OrderParam.h"
 
 #include <QVector>
 

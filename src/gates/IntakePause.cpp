@@ -1,4 +1,4 @@
-#include "gates/IntakePause.h"
+#include "orderservice/gates/IntakePause.h"
 
 #include <atomic>
 

@@ -1,13 +1,13 @@
-#include "intake/FileService.h"
+#include "orderservice/intake/FileService.h"
 
-#include "base/Clock.h"
-#include "base/Text.h"
-#include "gates/IntakePause.h"
-#include "intake/OrderFileParser.h"
-#include "intake/OrderFileSource.h"
-#include "platform/HostCall.h"
-#include "platform/HostReports.h"
-#include "platform/UserConfig.h"
+#include "orderservice/base/Clock.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/gates/IntakePause.h"
+#include "orderservice/intake/OrderFileParser.h"
+#include "orderservice/intake/OrderFileSource.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/UserConfig.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "base/StopRequest.h"
-#include "gates/OrderGate.h"
-#include "gates/StrategyRegistry.h"
-#include "intake/HostLinePort.h"
-#include "intake/LineSource.h"
-#include "records/StrategyParam.h"
+#include "orderservice/base/StopRequest.h"
+#include "orderservice/gates/OrderGate.h"
+#include "orderservice/gates/StrategyRegistry.h"
+#include "orderservice/intake/HostLinePort.h"
+#include "orderservice/intake/LineSource.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <QString>
 #include <QVector>

@@ -1,14 +1,14 @@
-#include "intake/HostLinePort.h"
+#include "orderservice/intake/HostLinePort.h"
 
-#include "platform/HostCall.h"
-#include "platform/IntakeAudit.h"
-#include "platform/LuaModuleCtrl.h"
-#include "platform/MsgService.h"
-#include "platform/Switches.h"
-#include "platform/TimeService.h"
-#include "platform/TraderCenter.h"
-#include "platform/TradingRules.h"
-#include "platform/UserConfig.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/MsgService.h"
+#include "orderservice/platform/Switches.h"
+#include "orderservice/platform/TimeService.h"
+#include "orderservice/platform/TraderCenter.h"
+#include "orderservice/platform/TradingRules.h"
+#include "orderservice/platform/UserConfig.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "gates/OrderGate.h"
-#include "intake/LinePort.h"
+#include "orderservice/gates/OrderGate.h"
+#include "orderservice/intake/LinePort.h"
 
 namespace TC {
 

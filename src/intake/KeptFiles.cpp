@@ -1,6 +1,6 @@
-#include "intake/KeptFiles.h"
+#include "orderservice/intake/KeptFiles.h"
 
-#include "base/Text.h"
+#include "orderservice/base/Text.h"
 
 namespace TC {
 namespace {

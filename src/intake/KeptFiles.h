@@ -1,7 +1,7 @@
 #pragma once
 
-#include "intake/TakenFile.h"
-#include "platform/IntakeAudit.h"
+#include "orderservice/intake/TakenFile.h"
+#include "orderservice/platform/IntakeAudit.h"
 
 #include <map>
 #include <string>

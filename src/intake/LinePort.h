@@ -1,8 +1,8 @@
 #pragma once
 
-#include "records/Basket.h"
-#include "records/OrderParam.h"
-#include "records/StrategyParam.h"
+#include "orderservice/records/Basket.h"
+#include "orderservice/records/OrderParam.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <QString>
 

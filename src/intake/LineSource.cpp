@@ -1,6 +1,6 @@
-#include "intake/LineSource.h"
+#include "orderservice/intake/LineSource.h"
 
-#include "base/Text.h"
+#include "orderservice/base/Text.h"
 
 namespace TC {
 

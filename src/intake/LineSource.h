@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/IntakeAudit.h"
-#include "records/StrategyParam.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <memory>
 #include <string>

@@ -1,9 +1,9 @@
-#include "intake/OrderFileParser.h"
+#include "orderservice/intake/OrderFileParser.h"
 
-#include "base/Reserve.h"
-#include "base/StrictNumber.h"
-#include "base/Text.h"
-#include "records/OrderTypes.h"
+#include "orderservice/base/Reserve.h"
+#include "orderservice/base/StrictNumber.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "intake/LinePort.h"
-#include "intake/PlainOrder.h"
-#include "records/OrderParam.h"
-#include "records/StrategyParam.h"
+#include "orderservice/intake/LinePort.h"
+#include "orderservice/intake/PlainOrder.h"
+#include "orderservice/records/OrderParam.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <QVector>
 

@@ -1,6 +1,6 @@
-#include "intake/OrderFileScan.h"
+#include "orderservice/intake/OrderFileScan.h"
 
-#include "base/Text.h"
+#include "orderservice/base/Text.h"
 
 namespace TC {
 namespace {

@@ -1,12 +1,12 @@
-#include "intake/OrderFileSource.h"
+#include "orderservice/intake/OrderFileSource.h"
 
-#include "base/Text.h"
-#include "intake/LineReader.h"
-#include "intake/OrderFileScan.h"
-#include "platform/HostCall.h"
-#include "platform/LuaModuleCtrl.h"
-#include "platform/Switches.h"
-#include "platform/UserConfig.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/intake/LineReader.h"
+#include "orderservice/intake/OrderFileScan.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/Switches.h"
+#include "orderservice/platform/UserConfig.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "intake/KeptFiles.h"
-#include "intake/LineSource.h"
+#include "orderservice/intake/KeptFiles.h"
+#include "orderservice/intake/LineSource.h"
 
 #include <QString>
 

@@ -1,9 +1,9 @@
-#include "intake/PlainOrder.h"
+#include "orderservice/intake/PlainOrder.h"
 
-#include "base/StrictNumber.h"
-#include "base/Text.h"
-#include "records/OrderNumbers.h"
-#include "records/PriceCommands.h"
+#include "orderservice/base/StrictNumber.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/records/OrderNumbers.h"
+#include "orderservice/records/PriceCommands.h"
 
 namespace TC {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Fields.h"
-#include "records/OrderParam.h"
+#include "orderservice/base/Fields.h"
+#include "orderservice/records/OrderParam.h"
 
 namespace TC {
 

@@ -1,6 +1,6 @@
-#include "intake/TakenFile.h"
+#include "orderservice/intake/TakenFile.h"
 
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

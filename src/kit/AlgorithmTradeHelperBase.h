@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/AlgorithmTradeHelper.h"
+#include "orderservice/platform/AlgorithmTradeHelper.h"
 
 namespace kit {
 

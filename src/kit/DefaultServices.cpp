@@ -1,4 +1,4 @@
-#include "kit/DefaultServices.h"
+#include "orderservice/kit/DefaultServices.h"
 
 namespace kit {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "kit/AlgorithmTradeHelperBase.h"
-#include "kit/IntakeAuditBase.h"
-#include "kit/LuaModuleCtrlBase.h"
-#include "kit/TimeServiceBase.h"
-#include "kit/TradeFrameworkSourceBase.h"
-#include "kit/TraderCenterBase.h"
-#include "kit/TradingRulesBase.h"
-#include "platform/Host.h"
+#include "orderservice/kit/AlgorithmTradeHelperBase.h"
+#include "orderservice/kit/IntakeAuditBase.h"
+#include "orderservice/kit/LuaModuleCtrlBase.h"
+#include "orderservice/kit/TimeServiceBase.h"
+#include "orderservice/kit/TradeFrameworkSourceBase.h"
+#include "orderservice/kit/TraderCenterBase.h"
+#include "orderservice/kit/TradingRulesBase.h"
+#include "orderservice/platform/Host.h"
 
 namespace kit {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ExchangeClient.h"
+#include "orderservice/platform/ExchangeClient.h"
 
 namespace kit {
 

@@ -1,6 +1,6 @@
-#include "kit/FamilyTradingRulesBase.h"
+#include "orderservice/kit/FamilyTradingRulesBase.h"
 
-#include "kit/Operations.h"
+#include "orderservice/kit/Operations.h"
 
 namespace kit {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/TradingRulesBase.h"
+#include "orderservice/kit/TradingRulesBase.h"
 
 namespace kit {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Unset.h"
-#include "platform/InstrumentTypes.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/platform/InstrumentTypes.h"
 
 namespace kit {
 

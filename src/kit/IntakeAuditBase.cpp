@@ -1,9 +1,9 @@
-#include "kit/IntakeAuditBase.h"
+#include "orderservice/kit/IntakeAuditBase.h"
 
-#include "base/Text.h"
-#include "platform/MsgService.h"
-#include "platform/TradingRules.h"
-#include "platform/UserConfig.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/platform/MsgService.h"
+#include "orderservice/platform/TradingRules.h"
+#include "orderservice/platform/UserConfig.h"
 
 #include <initializer_list>
 #include <map>

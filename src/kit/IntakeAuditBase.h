@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/IntakeAudit.h"
+#include "orderservice/platform/IntakeAudit.h"
 
 namespace kit {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/Bson.h"
-#include "base/Unset.h"
-#include "kit/Json.h"
+#include "orderservice/base/Bson.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/kit/Json.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,6 +1,6 @@
-#include "kit/LuaModuleCtrlBase.h"
+#include "orderservice/kit/LuaModuleCtrlBase.h"
 
-#include "platform/Switches.h"
+#include "orderservice/platform/Switches.h"
 
 namespace kit {
 

@@ -1,7 +1,7 @@
-#include "kit/MoneySplit.h"
+#include "orderservice/kit/MoneySplit.h"
 
-#include "base/Unset.h"
-#include "kit/Shares.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/kit/Shares.h"
 
 #include <algorithm>
 #include <cmath>

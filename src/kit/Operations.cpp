@@ -1,4 +1,4 @@
-#include "kit/Operations.h"
+#include "orderservice/kit/Operations.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Quote.h"
+#include "orderservice/platform/Quote.h"
 
 #include <boost/make_shared.hpp>
 

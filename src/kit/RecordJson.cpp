@@ -1,8 +1,8 @@
-#include "kit/RecordJson.h"
+#include "orderservice/kit/RecordJson.h"
 
-#include "base/Address.h"
-#include "kit/JsonValues.h"
-#include "records/Families.h"
+#include "orderservice/base/Address.h"
+#include "orderservice/kit/JsonValues.h"
+#include "orderservice/records/Families.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "kit/Json.h"
-#include "platform/IntakeAudit.h"
-#include "records/CommandParam.h"
-#include "records/OrderParam.h"
-#include "records/StrategyParam.h"
-#include "records/Task.h"
+#include "orderservice/kit/Json.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/OrderParam.h"
+#include "orderservice/records/StrategyParam.h"
+#include "orderservice/records/Task.h"
 
 /// The library's records as JSON objects, for a host's journal or log. A key is the record's field name in
 /// snake_case without the type letter. The keys are in the order of the fields. Enumerations are written as

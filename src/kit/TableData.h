@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DataCenter.h"
+#include "orderservice/platform/DataCenter.h"
 
 #include <boost/shared_ptr.hpp>
 

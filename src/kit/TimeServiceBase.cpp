@@ -1,6 +1,6 @@
-#include "kit/TimeServiceBase.h"
+#include "orderservice/kit/TimeServiceBase.h"
 
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
 namespace kit {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/TimeService.h"
+#include "orderservice/platform/TimeService.h"
 
 namespace kit {
 

@@ -1,6 +1,6 @@
-#include "kit/TradeClientBase.h"
+#include "orderservice/kit/TradeClientBase.h"
 
-#include "base/Unset.h"
+#include "orderservice/base/Unset.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/TradeClient.h"
+#include "orderservice/platform/TradeClient.h"
 
 namespace kit {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/TraderCenter.h"
+#include "orderservice/platform/TraderCenter.h"
 
 namespace kit {
 

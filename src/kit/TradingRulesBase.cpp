@@ -1,10 +1,10 @@
-#include "kit/TradingRulesBase.h"
+#include "orderservice/kit/TradingRulesBase.h"
 
-#include "base/Unset.h"
-#include "kit/TradingWords.h"
-#include "platform/MsgService.h"
-#include "records/Families.h"
-#include "records/OrderTypes.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/kit/TradingWords.h"
+#include "orderservice/platform/MsgService.h"
+#include "orderservice/records/Families.h"
+#include "orderservice/records/OrderTypes.h"
 
 namespace kit {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/TradingRules.h"
+#include "orderservice/platform/TradingRules.h"
 
 namespace kit {
 

@@ -1,4 +1,4 @@
-#include "kit/TradingWords.h"
+#include "orderservice/kit/TradingWords.h"
 
 #include <algorithm>
 #include <cstddef>

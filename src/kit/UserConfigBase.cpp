@@ -1,4 +1,4 @@
-#include "kit/UserConfigBase.h"
+#include "orderservice/kit/UserConfigBase.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UserConfig.h"
+#include "orderservice/platform/UserConfig.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
-#include "kit/VolumeSplit.h"
+#include "orderservice/kit/VolumeSplit.h"
 
-#include "base/Unset.h"
-#include "kit/Shares.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/kit/Shares.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,6 @@
-#include "net/NetConnection.h"
+#include "orderservice/net/NetConnection.h"
 
-#include "net/NetManager.h"
+#include "orderservice/net/NetManager.h"
 
 #include <poll.h>
 

@@ -1,4 +1,4 @@
-#include "net/NetManager.h"
+#include "orderservice/net/NetManager.h"
 
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/error.hpp>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/NetConnection.h"
+#include "orderservice/net/NetConnection.h"
 
 #include <boost/asio/io_service.hpp>
 

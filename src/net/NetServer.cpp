@@ -1,4 +1,4 @@
-#include "net/NetServer.h"
+#include "orderservice/net/NetServer.h"
 
 #include <boost/asio/ip/address.hpp>
 

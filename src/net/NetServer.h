@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/NetManager.h"
+#include "orderservice/net/NetManager.h"
 
 #include <boost/asio/steady_timer.hpp>
 #include <boost/enable_shared_from_this.hpp>

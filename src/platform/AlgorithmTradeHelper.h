@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/HostService.h"
-#include "records/AlgorithmOrderSetting.h"
-#include "records/CommandParam.h"
-#include "records/Enums.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/AlgorithmOrderSetting.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/Enums.h"
 
 #include <string>
 #include <vector>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/HostCall.h"
-#include "platform/HostReports.h"
-#include "records/Data.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/records/Data.h"
 
 #include <boost/shared_ptr.hpp>
 

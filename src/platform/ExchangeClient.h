@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/HostService.h"
-#include "records/Instrument.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/Instrument.h"
 
 #include <QObject>
 #include <QString>

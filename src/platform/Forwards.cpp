@@ -1,15 +1,15 @@
 // The free functions and static member functions of the host interface. Most of them only call the installed
 // service.
-#include "base/Text.h"
-#include "platform/HostCall.h"
-#include "platform/HostReports.h"
-#include "platform/InstrumentTypes.h"
-#include "platform/IntakeAudit.h"
-#include "platform/LuaModuleCtrl.h"
-#include "platform/MsgService.h"
-#include "platform/Quote.h"
-#include "platform/TradingRules.h"
-#include "platform/UserConfig.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/InstrumentTypes.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/MsgService.h"
+#include "orderservice/platform/Quote.h"
+#include "orderservice/platform/TradingRules.h"
+#include "orderservice/platform/UserConfig.h"
 
 namespace TC {
 

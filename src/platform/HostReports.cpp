@@ -1,11 +1,11 @@
-#include "platform/HostReports.h"
+#include "orderservice/platform/HostReports.h"
 
-#include "base/Log.h"
-#include "base/Text.h"
-#include "platform/HostCall.h"
-#include "platform/IntakeAudit.h"
-#include "platform/MsgService.h"
-#include "platform/UserConfig.h"
+#include "orderservice/base/Log.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/platform/MsgService.h"
+#include "orderservice/platform/UserConfig.h"
 
 #include <cstdio>
 #include <exception>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/HostService.h"
-#include "records/Enums.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/Enums.h"
 
 #include <string>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "base/Unset.h"
-#include "platform/HostService.h"
-#include "records/Enums.h"
-#include "records/OrderParam.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/Enums.h"
+#include "orderservice/records/OrderParam.h"
 
 #include <QString>
 #include <QVector>

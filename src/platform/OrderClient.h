@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/HostService.h"
-#include "records/CommandParam.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/CommandParam.h"
 
 #include <QString>
 

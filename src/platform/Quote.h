@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/Unset.h"
-#include "platform/HostService.h"
-#include "records/Enums.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/Enums.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/HostService.h"
+#include "orderservice/platform/HostService.h"
 
 #include <cstdint>
 

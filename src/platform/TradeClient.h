@@ -1,10 +1,10 @@
 #pragma once
 
-#include "base/KNError.h"
-#include "platform/HostService.h"
-#include "records/Account.h"
-#include "records/CommandParam.h"
-#include "records/Enums.h"
+#include "orderservice/base/KNError.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/Account.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/Enums.h"
 
 #include <QObject>
 

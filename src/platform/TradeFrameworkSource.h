@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/HostService.h"
-#include "records/TradeInterface.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/TradeInterface.h"
 
 #include <string>
 

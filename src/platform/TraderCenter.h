@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/DataCenter.h"
-#include "platform/HostService.h"
-#include "records/Task.h"
+#include "orderservice/platform/DataCenter.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/Task.h"
 
 #include <boost/shared_ptr.hpp>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/HostService.h"
-#include "platform/Quote.h"
-#include "records/CommandParam.h"
-#include "records/Enums.h"
-#include "records/OrderParam.h"
-#include "records/OrderSetting.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/platform/Quote.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/Enums.h"
+#include "orderservice/records/OrderParam.h"
+#include "orderservice/records/OrderSetting.h"
 
 #include <QString>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/HostService.h"
-#include "records/Account.h"
-#include "records/Basket.h"
-#include "records/Enums.h"
-#include "records/OrderSetting.h"
-#include "records/StrategyParam.h"
+#include "orderservice/platform/HostService.h"
+#include "orderservice/records/Account.h"
+#include "orderservice/records/Basket.h"
+#include "orderservice/records/Enums.h"
+#include "orderservice/records/OrderSetting.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <QString>
 

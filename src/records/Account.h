@@ -1,7 +1,7 @@
 #pragma once
 
-#include "records/Data.h"
-#include "records/Enums.h"
+#include "orderservice/records/Data.h"
+#include "orderservice/records/Enums.h"
 
 #include <boost/shared_ptr.hpp>
 

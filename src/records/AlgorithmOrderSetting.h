@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/Data.h"
+#include "orderservice/records/Data.h"
 
 #include <boost/shared_ptr.hpp>
 

@@ -1,4 +1,4 @@
-#include "records/Basket.h"
+#include "orderservice/records/Basket.h"
 
 namespace TC {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Unset.h"
-#include "records/Data.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/Data.h"
 
 #include <QMap>
 #include <QString>

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "base/Bson.h"
-#include "base/Unset.h"
-#include "records/Account.h"
-#include "records/Data.h"
-#include "records/Enums.h"
-#include "records/Instrument.h"
-#include "records/OrderParam.h"
+#include "orderservice/base/Bson.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/Account.h"
+#include "orderservice/records/Data.h"
+#include "orderservice/records/Enums.h"
+#include "orderservice/records/Instrument.h"
+#include "orderservice/records/OrderParam.h"
 
 #include <boost/shared_ptr.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Bson.h"
+#include "orderservice/base/Bson.h"
 
 #include <string>
 

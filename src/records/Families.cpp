@@ -1,7 +1,7 @@
-#include "records/Families.h"
+#include "orderservice/records/Families.h"
 
-#include "base/Unset.h"
-#include "records/OrderNumbers.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/OrderNumbers.h"
 
 #include <algorithm>
 #include <iterator>

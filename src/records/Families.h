@@ -1,8 +1,8 @@
 #pragma once
 
-#include "records/Enums.h"
-#include "records/OrderSetting.h"
-#include "records/StrategyParam.h"
+#include "orderservice/records/Enums.h"
+#include "orderservice/records/OrderSetting.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <cstddef>
 

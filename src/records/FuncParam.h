@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/OrderParam.h"
+#include "orderservice/records/OrderParam.h"
 
 #include <QString>
 #include <QVector>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Unset.h"
+#include "orderservice/base/Unset.h"
 
 #include <boost/shared_ptr.hpp>
 

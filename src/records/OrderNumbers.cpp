@@ -1,6 +1,6 @@
-#include "records/OrderNumbers.h"
+#include "orderservice/records/OrderNumbers.h"
 
-#include "base/Unset.h"
+#include "orderservice/base/Unset.h"
 
 #include <algorithm>
 #include <iterator>

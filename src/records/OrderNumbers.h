@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/Enums.h"
+#include "orderservice/records/Enums.h"
 
 #include <cstddef>
 

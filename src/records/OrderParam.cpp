@@ -1,6 +1,6 @@
-#include "records/OrderParam.h"
+#include "orderservice/records/OrderParam.h"
 
-#include "base/Text.h"
+#include "orderservice/base/Text.h"
 
 #include <QStringList>
 

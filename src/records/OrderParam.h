@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Unset.h"
-#include "records/Enums.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/Enums.h"
 
 #include <QString>
 #include <QVector>

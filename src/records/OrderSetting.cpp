@@ -1,4 +1,4 @@
-#include "records/OrderSetting.h"
+#include "orderservice/records/OrderSetting.h"
 
 #include <array>
 

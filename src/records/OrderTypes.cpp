@@ -1,7 +1,7 @@
-#include "records/OrderTypes.h"
+#include "orderservice/records/OrderTypes.h"
 
-#include "base/Unset.h"
-#include "records/OrderNumbers.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/OrderNumbers.h"
 
 namespace TC {
 namespace {

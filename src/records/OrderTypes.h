@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/Enums.h"
+#include "orderservice/records/Enums.h"
 
 /// Names and properties of order-type numbers. The table is in records/OrderNumbers.h.
 namespace TC {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "records/Account.h"
-#include "records/Data.h"
+#include "orderservice/records/Account.h"
+#include "orderservice/records/Data.h"
 
 #include <boost/shared_ptr.hpp>
 

@@ -1,4 +1,4 @@
-#include "records/PriceCommands.h"
+#include "orderservice/records/PriceCommands.h"
 
 #include <algorithm>
 #include <iterator>

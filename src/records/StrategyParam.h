@@ -1,9 +1,9 @@
 #pragma once
 
-#include "base/Bson.h"
-#include "base/Unset.h"
-#include "records/AlgorithmOrderSetting.h"
-#include "records/OrderSetting.h"
+#include "orderservice/base/Bson.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/AlgorithmOrderSetting.h"
+#include "orderservice/records/OrderSetting.h"
 
 #include <QMap>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "records/TradeInterface.h"
+#include "orderservice/records/TradeInterface.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "base/ManualSingleton.h"
-#include "gates/OrderGate.h"
-#include "gates/StrategyRegistry.h"
-#include "platform/Host.h"
-#include "records/Account.h"
-#include "records/CommandParam.h"
-#include "records/OrderParam.h"
-#include "records/StrategyParam.h"
-#include "records/TradeInterface.h"
+#include "orderservice/base/ManualSingleton.h"
+#include "orderservice/gates/OrderGate.h"
+#include "orderservice/gates/StrategyRegistry.h"
+#include "orderservice/platform/Host.h"
+#include "orderservice/records/Account.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/OrderParam.h"
+#include "orderservice/records/StrategyParam.h"
+#include "orderservice/records/TradeInterface.h"
 
 #include <QMap>
 #include <QObject>

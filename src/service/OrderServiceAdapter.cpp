@@ -1,7 +1,7 @@
-#include "service/OrderServiceAdapter.h"
+#include "orderservice/service/OrderServiceAdapter.h"
 
-#include "check/OrderServiceBase.h"
-#include "service/OrderService.h"
+#include "orderservice/check/OrderServiceBase.h"
+#include "orderservice/service/OrderService.h"
 
 namespace TC {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/ManualSingleton.h"
-#include "records/CommandParam.h"
-#include "records/StrategyParam.h"
+#include "orderservice/base/ManualSingleton.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <QObject>
 #include <QVector>

@@ -1,4 +1,4 @@
-#include "service/Settings.h"
+#include "orderservice/service/Settings.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/TradeInterface.h"
+#include "orderservice/records/TradeInterface.h"
 
 class QDomDocument;
 class QDomElement;

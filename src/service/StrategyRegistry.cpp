@@ -1,15 +1,15 @@
-#include "service/StrategyRegistry.h"
+#include "orderservice/service/StrategyRegistry.h"
 
-#include "base/FileCount.h"
-#include "base/Text.h"
-#include "check/AccountLookup.h"
-#include "platform/HostCall.h"
-#include "platform/HostReports.h"
-#include "platform/IntakeAudit.h"
-#include "platform/TradeClient.h"
-#include "platform/TradingRules.h"
-#include "platform/UserConfig.h"
-#include "socket/SocketListeners.h"
+#include "orderservice/base/FileCount.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/check/AccountLookup.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/platform/TradeClient.h"
+#include "orderservice/platform/TradingRules.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/socket/SocketListeners.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/StrategyParam.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "socket/LineFraming.h"
-#include "socket/OrderCredit.h"
+#include "orderservice/socket/LineFraming.h"
+#include "orderservice/socket/OrderCredit.h"
 
 #include <QByteArray>
 

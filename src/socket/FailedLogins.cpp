@@ -1,6 +1,6 @@
-#include "socket/FailedLogins.h"
+#include "orderservice/socket/FailedLogins.h"
 
-#include "base/Address.h"
+#include "orderservice/base/Address.h"
 
 #include <boost/asio/ip/address.hpp>
 

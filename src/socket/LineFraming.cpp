@@ -1,4 +1,4 @@
-#include "socket/LineFraming.h"
+#include "orderservice/socket/LineFraming.h"
 
 namespace TC {
 

@@ -1,6 +1,6 @@
-#include "socket/LoginDelays.h"
+#include "orderservice/socket/LoginDelays.h"
 
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
 #include <algorithm>
 

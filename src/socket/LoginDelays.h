@@ -1,8 +1,8 @@
 #pragma once
 
-#include "net/NetConnection.h"
-#include "socket/ConnData.h"
-#include "socket/FailedLogins.h"
+#include "orderservice/net/NetConnection.h"
+#include "orderservice/socket/ConnData.h"
+#include "orderservice/socket/FailedLogins.h"
 
 #include <functional>
 #include <map>

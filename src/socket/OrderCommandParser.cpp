@@ -1,14 +1,14 @@
-#include "socket/OrderCommandParser.h"
+#include "orderservice/socket/OrderCommandParser.h"
 
-#include "base/Fields.h"
-#include "base/StrictNumber.h"
-#include "base/Text.h"
-#include "platform/HostCall.h"
-#include "platform/TraderCenter.h"
-#include "platform/UserConfig.h"
-#include "records/OrderNumbers.h"
-#include "records/OrderTypes.h"
-#include "records/Portfolio.h"
+#include "orderservice/base/Fields.h"
+#include "orderservice/base/StrictNumber.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/TraderCenter.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/records/OrderNumbers.h"
+#include "orderservice/records/OrderTypes.h"
+#include "orderservice/records/Portfolio.h"
 
 #include <boost/pointer_cast.hpp>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "gates/StrategyRegistry.h"
-#include "records/OrderParam.h"
+#include "orderservice/gates/StrategyRegistry.h"
+#include "orderservice/records/OrderParam.h"
 
 #include <string>
 #include <string_view>

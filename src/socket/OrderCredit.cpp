@@ -1,6 +1,6 @@
-#include "socket/OrderCredit.h"
+#include "orderservice/socket/OrderCredit.h"
 
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,14 +1,14 @@
-#include "socket/OrderSocketServer.h"
+#include "orderservice/socket/OrderSocketServer.h"
 
-#include "base/Clock.h"
-#include "base/Fields.h"
-#include "base/Log.h"
-#include "base/StrictNumber.h"
-#include "base/Text.h"
-#include "platform/HostCall.h"
-#include "platform/HostReports.h"
-#include "socket/OrderCommandParser.h"
-#include "socket/SocketText.h"
+#include "orderservice/base/Clock.h"
+#include "orderservice/base/Fields.h"
+#include "orderservice/base/Log.h"
+#include "orderservice/base/StrictNumber.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/socket/OrderCommandParser.h"
+#include "orderservice/socket/SocketText.h"
 
 #include <boost/format.hpp>
 #include <boost/make_shared.hpp>

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "gates/OrderGate.h"
-#include "gates/StrategyRegistry.h"
-#include "net/NetServer.h"
-#include "platform/IntakeAudit.h"
-#include "socket/ConnData.h"
-#include "socket/LoginDelays.h"
-#include "socket/LoopPost.h"
-#include "socket/OrderCredit.h"
-#include "socket/RefusalTally.h"
-#include "socket/SocketGuard.h"
+#include "orderservice/gates/OrderGate.h"
+#include "orderservice/gates/StrategyRegistry.h"
+#include "orderservice/net/NetServer.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/socket/ConnData.h"
+#include "orderservice/socket/LoginDelays.h"
+#include "orderservice/socket/LoopPost.h"
+#include "orderservice/socket/OrderCredit.h"
+#include "orderservice/socket/RefusalTally.h"
+#include "orderservice/socket/SocketGuard.h"
 
 #include <boost/asio/steady_timer.hpp>
 #include <boost/smart_ptr/owner_less.hpp>

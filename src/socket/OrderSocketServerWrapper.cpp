@@ -1,4 +1,4 @@
-#include "socket/OrderSocketServerWrapper.h"
+#include "orderservice/socket/OrderSocketServerWrapper.h"
 
 #include <boost/make_shared.hpp>
 #include <boost/system/system_error.hpp>

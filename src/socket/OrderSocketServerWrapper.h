@@ -1,6 +1,6 @@
 #pragma once
 
-#include "socket/OrderSocketServer.h"
+#include "orderservice/socket/OrderSocketServer.h"
 
 #include <boost/asio/io_service.hpp>
 #include <boost/shared_ptr.hpp>

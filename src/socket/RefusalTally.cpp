@@ -1,4 +1,4 @@
-#include "socket/RefusalTally.h"
+#include "orderservice/socket/RefusalTally.h"
 
 #include <utility>
 

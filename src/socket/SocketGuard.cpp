@@ -1,7 +1,7 @@
-#include "socket/SocketGuard.h"
+#include "orderservice/socket/SocketGuard.h"
 
-#include "platform/LuaModuleCtrl.h"
-#include "platform/Switches.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/Switches.h"
 
 namespace TC {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "socket/ConnData.h"
+#include "orderservice/socket/ConnData.h"
 
 #include <cstddef>
 #include <limits>

@@ -1,12 +1,12 @@
-#include "socket/SocketListeners.h"
+#include "orderservice/socket/SocketListeners.h"
 
-#include "base/Log.h"
-#include "base/Thread.h"
-#include "platform/HostCall.h"
-#include "platform/HostReports.h"
-#include "platform/IntakeAudit.h"
-#include "socket/OrderCredit.h"
-#include "socket/OrderSocketServerWrapper.h"
+#include "orderservice/base/Log.h"
+#include "orderservice/base/Thread.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/socket/OrderCredit.h"
+#include "orderservice/socket/OrderSocketServerWrapper.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "gates/OrderGate.h"
-#include "gates/StrategyRegistry.h"
-#include "records/SocketServerParam.h"
-#include "records/StrategyParam.h"
+#include "orderservice/gates/OrderGate.h"
+#include "orderservice/gates/StrategyRegistry.h"
+#include "orderservice/records/SocketServerParam.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <QMap>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "socket/SocketText.h"
+#include "orderservice/socket/SocketText.h"
 
 #include <cstddef>
 #include <locale>

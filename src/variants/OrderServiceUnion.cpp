@@ -1,14 +1,14 @@
-#include "variants/OrderServiceUnion.h"
+#include "orderservice/variants/OrderServiceUnion.h"
 
-#include "base/Log.h"
-#include "base/Text.h"
-#include "check/Reports.h"
-#include "platform/HostCall.h"
-#include "platform/IntakeAudit.h"
-#include "platform/LuaModuleCtrl.h"
-#include "platform/MsgService.h"
-#include "platform/Switches.h"
-#include "platform/TradingRules.h"
+#include "orderservice/base/Log.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/check/Reports.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/MsgService.h"
+#include "orderservice/platform/Switches.h"
+#include "orderservice/platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "check/OrderServiceBase.h"
+#include "orderservice/check/OrderServiceBase.h"
 
 #include <functional>
 

@@ -1,9 +1,9 @@
 #include "tests/acceptance/Road.h"
 
-#include "base/Text.h"
-#include "records/Families.h"
-#include "records/Portfolio.h"
-#include "service/OrderService.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/records/Families.h"
+#include "orderservice/records/Portfolio.h"
+#include "orderservice/service/OrderService.h"
 #include "tests/acceptance/SocketTalk.h"
 #include "tests/support/Builders.h"
 #include "tests/support/Describe.h"

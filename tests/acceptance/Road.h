@@ -1,6 +1,6 @@
 #pragma once
 
-#include "records/StrategyParam.h"
+#include "orderservice/records/StrategyParam.h"
 #include "tests/acceptance/RoadClock.h"
 #include "tests/acceptance/Transcript.h"
 #include "tests/support/FakeHost.h"

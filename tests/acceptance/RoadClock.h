@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Clock.h"
+#include "orderservice/base/Clock.h"
 
 #include <chrono>
 #include <condition_variable>

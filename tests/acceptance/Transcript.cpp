@@ -1,6 +1,6 @@
 #include "tests/acceptance/Transcript.h"
 
-#include "base/Text.h"
+#include "orderservice/base/Text.h"
 
 #include <fstream>
 #include <stdexcept>

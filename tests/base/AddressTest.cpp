@@ -1,4 +1,4 @@
-#include "base/Address.h"
+#include "orderservice/base/Address.h"
 
 #include <gtest/gtest.h>
 

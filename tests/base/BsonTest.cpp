@@ -1,4 +1,4 @@
-#include "base/Bson.h"
+#include "orderservice/base/Bson.h"
 
 #include "tests/support/CommaLocale.h"
 

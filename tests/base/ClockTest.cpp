@@ -1,5 +1,5 @@
-#include "base/Clock.h"
-#include "base/StopRequest.h"
+#include "orderservice/base/Clock.h"
+#include "orderservice/base/StopRequest.h"
 #include "tests/support/FakeClock.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // The texts that fromjson reads, and the texts that it refuses.
-#include "base/Bson.h"
+#include "orderservice/base/Bson.h"
 
 #include <gtest/gtest.h>
 

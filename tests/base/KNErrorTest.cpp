@@ -1,4 +1,4 @@
-#include "base/KNError.h"
+#include "orderservice/base/KNError.h"
 
 #include <gtest/gtest.h>
 

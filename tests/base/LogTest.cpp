@@ -1,4 +1,4 @@
-#include "base/Log.h"
+#include "orderservice/base/Log.h"
 
 #include "tests/support/LogCapture.h"
 

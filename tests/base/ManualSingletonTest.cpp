@@ -1,4 +1,4 @@
-#include "base/ManualSingleton.h"
+#include "orderservice/base/ManualSingleton.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "base/Reserve.h"
+#include "orderservice/base/Reserve.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "base/StrictNumber.h"
+#include "orderservice/base/StrictNumber.h"
 
 #include "tests/support/CommaLocale.h"
 

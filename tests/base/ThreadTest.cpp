@@ -1,4 +1,4 @@
-#include "base/Thread.h"
+#include "orderservice/base/Thread.h"
 
 #include <gtest/gtest.h>
 

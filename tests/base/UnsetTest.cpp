@@ -1,4 +1,4 @@
-#include "base/Unset.h"
+#include "orderservice/base/Unset.h"
 
 #include <gtest/gtest.h>
 

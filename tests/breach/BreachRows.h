@@ -1,6 +1,6 @@
 #pragma once
 
-#include "service/OrderService.h"
+#include "orderservice/service/OrderService.h"
 #include "tests/breach/BreachHost.h"
 #include "tests/support/Builders.h"
 #include "tests/support/TempFolder.h"

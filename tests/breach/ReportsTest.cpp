@@ -1,8 +1,8 @@
 // If a channel of reports fails, the next one is used. The audit is told about orders that end without a
 // report.
-#include "base/Thread.h"
-#include "platform/HostCall.h"
-#include "platform/HostReports.h"
+#include "orderservice/base/Thread.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
 #include "tests/breach/BreachRows.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Baskets that sell all positions of the accounts, and baskets with target positions.
 #include "tests/check/BasketFixture.h"
 
-#include "records/Portfolio.h"
+#include "orderservice/records/Portfolio.h"
 
 #include <cmath>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "check/CheckFrame.h"
+#include "orderservice/check/CheckFrame.h"
 
 #include "tests/check/CheckFixture.h"
 

@@ -1,8 +1,8 @@
 // The commands that the guard lets pass, and its messages about the others.
-#include "check/CommandGuard.h"
+#include "orderservice/check/CommandGuard.h"
 
-#include "platform/HostCall.h"
-#include "platform/Switches.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/Switches.h"
 #include "tests/check/CheckFixture.h"
 
 #include <boost/make_shared.hpp>

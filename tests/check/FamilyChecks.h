@@ -1,7 +1,7 @@
 #pragma once
 
-#include "check/OrderServiceBase.h"
-#include "records/Families.h"
+#include "orderservice/check/OrderServiceBase.h"
+#include "orderservice/records/Families.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 

@@ -1,6 +1,6 @@
 // Properties of every split, position exchange and division of money, tested with random cases.
-#include "check/PositionExchange.h"
-#include "records/Portfolio.h"
+#include "orderservice/check/PositionExchange.h"
+#include "orderservice/records/Portfolio.h"
 #include "tests/check/BasketFixture.h"
 #include "tests/check/FamilyChecks.h"
 #include "tests/check/FamilyFixture.h"

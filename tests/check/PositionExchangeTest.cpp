@@ -1,6 +1,6 @@
-#include "check/PositionExchange.h"
+#include "orderservice/check/PositionExchange.h"
 
-#include "records/Portfolio.h"
+#include "orderservice/records/Portfolio.h"
 #include "tests/check/CheckFixture.h"
 
 #include <boost/make_shared.hpp>

@@ -1,4 +1,4 @@
-#include "check/Volumes.h"
+#include "orderservice/check/Volumes.h"
 
 #include "tests/check/CheckFixture.h"
 

@@ -1,8 +1,8 @@
-#include "platform/AlgorithmTradeHelper.h"
-#include "platform/TradingRules.h"
+#include "orderservice/platform/AlgorithmTradeHelper.h"
+#include "orderservice/platform/TradingRules.h"
 
-#include "contract/ContractFixture.h"
-#include "contract/Suites.h"
+#include "orderservice/contract/ContractFixture.h"
+#include "orderservice/contract/Suites.h"
 
 #include <boost/make_shared.hpp>
 

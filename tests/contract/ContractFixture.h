@@ -1,6 +1,6 @@
 #pragma once
 
-#include "contract/ContractHost.h"
+#include "orderservice/contract/ContractHost.h"
 
 #include <gtest/gtest.h>
 

@@ -1,13 +1,13 @@
 // Messages, audit, time, framework and switches.
-#include "platform/IntakeAudit.h"
-#include "platform/LuaModuleCtrl.h"
-#include "platform/MsgService.h"
-#include "platform/TimeService.h"
-#include "platform/TradeFrameworkSource.h"
-#include "records/OrderTypes.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/MsgService.h"
+#include "orderservice/platform/TimeService.h"
+#include "orderservice/platform/TradeFrameworkSource.h"
+#include "orderservice/records/OrderTypes.h"
 
-#include "contract/ContractFixture.h"
-#include "contract/Suites.h"
+#include "orderservice/contract/ContractFixture.h"
+#include "orderservice/contract/Suites.h"
 
 #include <QDir>
 

@@ -1,9 +1,9 @@
-#include "platform/ExchangeClient.h"
-#include "platform/InstrumentTypes.h"
+#include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/InstrumentTypes.h"
 
-#include "base/Unset.h"
-#include "contract/ContractFixture.h"
-#include "contract/Suites.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/contract/ContractFixture.h"
+#include "orderservice/contract/Suites.h"
 
 #include <QDate>
 

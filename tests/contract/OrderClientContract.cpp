@@ -1,8 +1,8 @@
-#include "platform/OrderClient.h"
+#include "orderservice/platform/OrderClient.h"
 
-#include "contract/ContractFixture.h"
-#include "contract/Suites.h"
-#include "platform/UserConfig.h"
+#include "orderservice/contract/ContractFixture.h"
+#include "orderservice/contract/Suites.h"
+#include "orderservice/platform/UserConfig.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,7 +1,7 @@
-#include "platform/Quote.h"
+#include "orderservice/platform/Quote.h"
 
-#include "contract/ContractFixture.h"
-#include "contract/Suites.h"
+#include "orderservice/contract/ContractFixture.h"
+#include "orderservice/contract/Suites.h"
 
 #include <atomic>
 

@@ -1,5 +1,5 @@
-#include "contract/ContractFixture.h"
-#include "contract/Suites.h"
+#include "orderservice/contract/ContractFixture.h"
+#include "orderservice/contract/Suites.h"
 
 #include <QCoreApplication>
 

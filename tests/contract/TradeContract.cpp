@@ -1,13 +1,13 @@
-#include "platform/TradeClient.h"
-#include "platform/TraderCenter.h"
+#include "orderservice/platform/TradeClient.h"
+#include "orderservice/platform/TraderCenter.h"
 
-#include "contract/ContractFixture.h"
-#include "contract/Suites.h"
-#include "platform/ExchangeClient.h"
-#include "platform/InstrumentTypes.h"
-#include "platform/TradingRules.h"
-#include "platform/UserConfig.h"
-#include "records/Portfolio.h"
+#include "orderservice/contract/ContractFixture.h"
+#include "orderservice/contract/Suites.h"
+#include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/InstrumentTypes.h"
+#include "orderservice/platform/TradingRules.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/records/Portfolio.h"
 
 #include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>

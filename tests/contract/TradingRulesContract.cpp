@@ -1,10 +1,10 @@
-#include "platform/TradingRules.h"
+#include "orderservice/platform/TradingRules.h"
 
-#include "contract/ContractFixture.h"
-#include "contract/Suites.h"
-#include "platform/UserConfig.h"
-#include "records/Families.h"
-#include "records/OrderTypes.h"
+#include "orderservice/contract/ContractFixture.h"
+#include "orderservice/contract/Suites.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/records/Families.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <boost/make_shared.hpp>
 

@@ -1,7 +1,7 @@
-#include "platform/UserConfig.h"
+#include "orderservice/platform/UserConfig.h"
 
-#include "contract/ContractFixture.h"
-#include "contract/Suites.h"
+#include "orderservice/contract/ContractFixture.h"
+#include "orderservice/contract/Suites.h"
 
 #include <algorithm>
 #include <atomic>

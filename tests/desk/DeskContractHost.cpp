@@ -1,8 +1,8 @@
 // Runs the contract suites of the host services against the desk, on a copy of its demo folder.
-#include "contract/ContractHost.h"
 #include "desk/commands/NewFolder.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/Desk.h"
+#include "orderservice/contract/ContractHost.h"
 #include "tests/support/TempFolder.h"
 
 #include <sstream>

@@ -1,8 +1,8 @@
 // Compares the tables of docs/desk.md with the keys and words that the desk reads.
 #include "desk/config/ConfigLoader.h"
 #include "desk/config/Words.h"
-#include "records/Families.h"
-#include "records/OrderSetting.h"
+#include "orderservice/records/Families.h"
+#include "orderservice/records/OrderSetting.h"
 #include "tests/docs/PageTable.h"
 #include "tests/support/TempFolder.h"
 

@@ -1,6 +1,6 @@
 // Compares docs/families.md with the tables of the code. Sends the line next to each text of the page to the
 // real service.
-#include "records/Families.h"
+#include "orderservice/records/Families.h"
 #include "tests/docs/FamilyProbe.h"
 #include "tests/docs/FamilyRoad.h"
 #include "tests/docs/Pages.h"

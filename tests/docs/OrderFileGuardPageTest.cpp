@@ -1,5 +1,5 @@
 // Does what docs/order-file.md says about damaged and incomplete files, with the real file service.
-#include "intake/FileService.h"
+#include "orderservice/intake/FileService.h"
 #include "tests/docs/FencedBlocks.h"
 #include "tests/docs/Pages.h"
 #include "tests/support/Builders.h"

@@ -1,5 +1,5 @@
 // Reads the examples of docs/order-file.md from the page itself.
-#include "intake/OrderFileParser.h"
+#include "orderservice/intake/OrderFileParser.h"
 #include "tests/docs/FamilyRoad.h"
 #include "tests/docs/FencedBlocks.h"
 #include "tests/docs/NumberTable.h"

@@ -1,6 +1,6 @@
 // Files whose first line is a header: lists and baskets.
-#include "base/Text.h"
-#include "records/OrderTypes.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/records/OrderTypes.h"
 #include "tests/intake/OrderFileParserFixture.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>

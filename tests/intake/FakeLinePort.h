@@ -1,6 +1,6 @@
 #pragma once
 
-#include "intake/LinePort.h"
+#include "orderservice/intake/LinePort.h"
 
 #include <map>
 #include <string>

@@ -1,7 +1,7 @@
 // The fixture of the file service's tests: a fake host, a gate that records, and a folder for the files.
 #pragma once
 
-#include "intake/FileService.h"
+#include "orderservice/intake/FileService.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
 #include "tests/support/FakeClock.h"

@@ -1,4 +1,4 @@
-#include "intake/LineReader.h"
+#include "orderservice/intake/LineReader.h"
 
 #include <gtest/gtest.h>
 

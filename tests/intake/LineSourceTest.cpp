@@ -1,5 +1,5 @@
 // The behaviour of the file service with any source of lines, tested with a source in memory.
-#include "intake/FileService.h"
+#include "orderservice/intake/FileService.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
 #include "tests/support/FakeClock.h"

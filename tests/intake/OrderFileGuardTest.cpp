@@ -1,5 +1,5 @@
 // The switch "mdl_order_file_guard": damaged files are refused as a whole and kept.
-#include "intake/FileService.h"
+#include "orderservice/intake/FileService.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
 #include "tests/support/FakeClock.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "intake/OrderFileParser.h"
+#include "orderservice/intake/OrderFileParser.h"
 #include "tests/intake/FakeLinePort.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "intake/OrderFileParser.h"
+#include "orderservice/intake/OrderFileParser.h"
 
-#include "base/Text.h"
-#include "records/OrderTypes.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/records/OrderTypes.h"
 #include "tests/intake/OrderFileParserFixture.h"
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>

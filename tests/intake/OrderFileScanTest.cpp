@@ -1,4 +1,4 @@
-#include "intake/OrderFileScan.h"
+#include "orderservice/intake/OrderFileScan.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "intake/OrderFileSource.h"
+#include "orderservice/intake/OrderFileSource.h"
 
 #include "tests/support/Builders.h"
 #include "tests/support/FakeClock.h"

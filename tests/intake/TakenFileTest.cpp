@@ -1,4 +1,4 @@
-#include "intake/TakenFile.h"
+#include "orderservice/intake/TakenFile.h"
 
 #include "tests/support/FakeClock.h"
 #include "tests/support/TempFolder.h"

@@ -1,6 +1,6 @@
 // Runs the contract suites against a host that breaks its promises. The suites must report it.
-#include "contract/ContractHost.h"
 #include "examples/minimal_host/MinimalContractHost.h"
+#include "orderservice/contract/ContractHost.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "kit/FamilyTradingRulesBase.h"
+#include "orderservice/kit/FamilyTradingRulesBase.h"
 
 #include <gtest/gtest.h>
 

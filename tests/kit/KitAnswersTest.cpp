@@ -1,11 +1,11 @@
 // The answers of the kit for a host without its own answers. No answer may move money.
-#include "kit/DefaultServices.h"
-#include "kit/ExchangeClientBase.h"
-#include "kit/InstrumentTypesBase.h"
-#include "kit/QuoteBases.h"
-#include "kit/TradeClientBase.h"
-#include "kit/UserConfigBase.h"
-#include "records/OrderTypes.h"
+#include "orderservice/kit/DefaultServices.h"
+#include "orderservice/kit/ExchangeClientBase.h"
+#include "orderservice/kit/InstrumentTypesBase.h"
+#include "orderservice/kit/QuoteBases.h"
+#include "orderservice/kit/TradeClientBase.h"
+#include "orderservice/kit/UserConfigBase.h"
+#include "orderservice/records/OrderTypes.h"
 #include "tests/support/FakeClock.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The minimal host with the real service: what its user sees when answers of the kit refuse orders.
 #include "examples/minimal_host/MinimalHost.h"
-#include "platform/HostReports.h"
-#include "service/OrderService.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/service/OrderService.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "kit/MoneySplit.h"
+#include "orderservice/kit/MoneySplit.h"
 
-#include "base/Unset.h"
+#include "orderservice/base/Unset.h"
 
 #include <gtest/gtest.h>
 

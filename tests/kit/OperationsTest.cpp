@@ -1,8 +1,8 @@
-#include "kit/Operations.h"
+#include "orderservice/kit/Operations.h"
 
-#include "base/Unset.h"
-#include "records/Families.h"
-#include "records/OrderTypes.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/Families.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "kit/RecordJson.h"
+#include "orderservice/kit/RecordJson.h"
 
-#include "kit/JsonValues.h"
+#include "orderservice/kit/JsonValues.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,6 +1,6 @@
-#include "kit/VolumeSplit.h"
+#include "orderservice/kit/VolumeSplit.h"
 
-#include "base/Unset.h"
+#include "orderservice/base/Unset.h"
 
 #include <gtest/gtest.h>
 

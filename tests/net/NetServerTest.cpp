@@ -1,4 +1,4 @@
-#include "net/NetServer.h"
+#include "orderservice/net/NetServer.h"
 
 #include "tests/support/TestSocket.h"
 

@@ -1,6 +1,6 @@
 // Each free function of the boundary calls the installed service. It passes the arguments and the answer on
 // unchanged.
-#include "base/Text.h"
+#include "orderservice/base/Text.h"
 #include "tests/support/FakeHost.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/Host.h"
+#include "orderservice/platform/Host.h"
 
 #include "tests/support/FakeHost.h"
 

@@ -1,4 +1,4 @@
-#include "platform/Quote.h"
+#include "orderservice/platform/Quote.h"
 
 #include "tests/support/FakeHost.h"
 

@@ -1,4 +1,4 @@
-#include "records/CommandParam.h"
+#include "orderservice/records/CommandParam.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // The host, files and sockets use these numbers. The test repeats them on purpose.
-#include "records/Enums.h"
+#include "orderservice/records/Enums.h"
 
-#include "base/Unset.h"
-#include "records/OrderSetting.h"
-#include "records/OrderTypes.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/OrderSetting.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The test repeats the table of the families on purpose.
-#include "records/Families.h"
+#include "orderservice/records/Families.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The test repeats the tables on purpose.
-#include "records/OrderNumbers.h"
+#include "orderservice/records/OrderNumbers.h"
 
-#include "base/Unset.h"
-#include "records/OrderTypes.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <gtest/gtest.h>
 

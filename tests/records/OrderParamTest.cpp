@@ -1,4 +1,4 @@
-#include "records/OrderParam.h"
+#include "orderservice/records/OrderParam.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The test repeats the tables on purpose.
-#include "records/OrderTypes.h"
+#include "orderservice/records/OrderTypes.h"
 
-#include "records/OrderNumbers.h"
+#include "orderservice/records/OrderNumbers.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The test repeats the table on purpose.
-#include "records/PriceCommands.h"
+#include "orderservice/records/PriceCommands.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // The initial values of the smaller records.
-#include "records/Account.h"
-#include "records/AlgorithmOrderSetting.h"
-#include "records/Basket.h"
-#include "records/CommandParam.h"
-#include "records/FuncParam.h"
-#include "records/Instrument.h"
-#include "records/SocketServerParam.h"
-#include "records/Task.h"
+#include "orderservice/records/Account.h"
+#include "orderservice/records/AlgorithmOrderSetting.h"
+#include "orderservice/records/Basket.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/FuncParam.h"
+#include "orderservice/records/Instrument.h"
+#include "orderservice/records/SocketServerParam.h"
+#include "orderservice/records/Task.h"
 
 #include <gtest/gtest.h>
 

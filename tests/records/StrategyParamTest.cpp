@@ -1,4 +1,4 @@
-#include "records/StrategyParam.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <gtest/gtest.h>
 

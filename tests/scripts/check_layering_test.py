@@ -29,21 +29,28 @@ class Layering(unittest.TestCase):
             return done.returncode, done.stdout
 
     def test_good_tree_passes(self):
-        code, out = self.run_on({"src/base/A.h": "#include <QString>\n", "src/ui/U.cpp": '#include "base/A.h"\n#include <QDialog>\n'})
+        code, out = self.run_on({"src/base/A.h": "#include <QString>\n", "src/ui/U.cpp": '#include "orderservice/base/A.h"\n#include <QDialog>\n'})
         self.assertEqual((code, out), (0, "2 files, 0 mistakes\n"))
 
     def test_upward_include_fails(self):
-        code, out = self.run_on({"src/base/A.h": '#include "check/B.h"\n', "src/check/B.h": ""})
+        code, out = self.run_on({"src/base/A.h": '#include "orderservice/check/B.h"\n', "src/check/B.h": ""})
         self.assertEqual(code, 1)
         self.assertIn("src/base/A.h:1: base may not include check/B.h", out)
 
     def test_host_may_not_include_the_inside(self):
-        code, out = self.run_on({"desk/main.cpp": '#include "ui/U.h"\n', "src/ui/U.h": ""})
+        code, out = self.run_on({"desk/main.cpp": '#include "orderservice/ui/U.h"\n', "src/ui/U.h": ""})
         self.assertEqual(code, 1)
         self.assertIn("desk may not include ui/U.h", out)
 
+    def test_include_of_a_floor_without_the_prefix_fails(self):
+        code, out = self.run_on({"src/base/A.h": "", "src/check/C.h": '#include "base/A.h"\n',
+                                 "desk/main.cpp": '#include <check/C.h>\n'})
+        self.assertEqual(code, 1)
+        self.assertIn("src/check/C.h:1: the prefix orderservice/ is missing before base/A.h", out)
+        self.assertIn("desk/main.cpp:1: the prefix orderservice/ is missing before check/C.h", out)
+
     def test_cycle_inside_a_folder_fails(self):
-        code, out = self.run_on({"src/base/A.h": '#include "base/B.h"\n', "src/base/B.h": '#include "base/A.h"\n'})
+        code, out = self.run_on({"src/base/A.h": '#include "orderservice/base/B.h"\n', "src/base/B.h": '#include "orderservice/base/A.h"\n'})
         self.assertEqual(code, 1)
         self.assertIn("include cycle: src/base/A.h -> src/base/B.h -> src/base/A.h", out)
 

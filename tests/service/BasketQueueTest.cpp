@@ -1,6 +1,6 @@
 // Baskets whose quotes do not arrive: how long they block the service's thread, and what happens to the
 // orders after them.
-#include "platform/InstrumentTypes.h"
+#include "orderservice/platform/InstrumentTypes.h"
 #include "tests/service/ServiceFixture.h"
 #include "tests/support/FakeClock.h"
 

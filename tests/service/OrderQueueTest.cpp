@@ -1,4 +1,4 @@
-#include "service/OrderQueue.h"
+#include "orderservice/service/OrderQueue.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "service/OrderService.h"
+#include "orderservice/service/OrderService.h"
 
-#include "check/OrderServiceBase.h"
-#include "service/OrderServiceAdapter.h"
+#include "orderservice/check/OrderServiceBase.h"
+#include "orderservice/service/OrderServiceAdapter.h"
 #include "tests/service/ServiceFixture.h"
 
 #include <QMetaMethod>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "service/OrderService.h"
+#include "orderservice/service/OrderService.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"

@@ -1,9 +1,9 @@
 // Socket strategies in the service: their start and stop with every message, and the complete path of an
 // order line.
-#include "base/StopRequest.h"
-#include "service/StrategyRegistry.h"
-#include "socket/OrderSocketServerWrapper.h"
-#include "socket/SocketListeners.h"
+#include "orderservice/base/StopRequest.h"
+#include "orderservice/service/StrategyRegistry.h"
+#include "orderservice/socket/OrderSocketServerWrapper.h"
+#include "orderservice/socket/SocketListeners.h"
 #include "tests/service/ServiceFixture.h"
 #include "tests/support/DoorFakes.h"
 #include "tests/support/FakeClock.h"

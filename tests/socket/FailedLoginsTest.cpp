@@ -1,4 +1,4 @@
-#include "socket/FailedLogins.h"
+#include "orderservice/socket/FailedLogins.h"
 
 #include <gtest/gtest.h>
 

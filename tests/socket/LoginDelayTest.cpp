@@ -1,5 +1,5 @@
 // Failed logins delay their own address. Other addresses do not wait.
-#include "socket/FailedLogins.h"
+#include "orderservice/socket/FailedLogins.h"
 #include "tests/socket/SocketFixture.h"
 
 #include <algorithm>

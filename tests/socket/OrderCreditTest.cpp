@@ -1,4 +1,4 @@
-#include "socket/OrderCredit.h"
+#include "orderservice/socket/OrderCredit.h"
 
 #include "tests/support/FakeClock.h"
 

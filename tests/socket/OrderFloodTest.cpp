@@ -1,6 +1,6 @@
 // A client that sends orders faster than the service processes them, and the effect on other clients.
-#include "socket/OrderCredit.h"
-#include "socket/SocketListeners.h"
+#include "orderservice/socket/OrderCredit.h"
+#include "orderservice/socket/SocketListeners.h"
 #include "tests/socket/SlowGate.h"
 #include "tests/socket/SocketFixture.h"
 

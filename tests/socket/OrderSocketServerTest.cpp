@@ -1,6 +1,6 @@
-#include "socket/OrderSocketServer.h"
+#include "orderservice/socket/OrderSocketServer.h"
 
-#include "base/Text.h"
+#include "orderservice/base/Text.h"
 #include "tests/socket/SocketFixture.h"
 #include "tests/support/CommaLocale.h"
 #include "tests/support/LogCapture.h"

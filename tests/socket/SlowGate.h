@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gates/OrderGate.h"
+#include "orderservice/gates/OrderGate.h"
 
 #include <algorithm>
 #include <chrono>

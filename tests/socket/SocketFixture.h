@@ -1,6 +1,6 @@
 #pragma once
 
-#include "socket/OrderSocketServerWrapper.h"
+#include "orderservice/socket/OrderSocketServerWrapper.h"
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"
 #include "tests/support/FakeClock.h"

@@ -1,4 +1,4 @@
-#include "socket/SocketGuard.h"
+#include "orderservice/socket/SocketGuard.h"
 
 #include "tests/socket/SocketFixture.h"
 

@@ -1,4 +1,4 @@
-#include "socket/SocketListeners.h"
+#include "orderservice/socket/SocketListeners.h"
 
 #include "tests/support/Builders.h"
 #include "tests/support/DoorFakes.h"

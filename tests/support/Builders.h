@@ -1,7 +1,7 @@
 #pragma once
 
-#include "records/OrderParam.h"
-#include "records/StrategyParam.h"
+#include "orderservice/records/OrderParam.h"
+#include "orderservice/records/StrategyParam.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/IntakeAudit.h"
-#include "records/CommandParam.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/records/CommandParam.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "gates/OrderGate.h"
-#include "gates/StrategyRegistry.h"
+#include "orderservice/gates/OrderGate.h"
+#include "orderservice/gates/StrategyRegistry.h"
 
 #include <functional>
 #include <optional>

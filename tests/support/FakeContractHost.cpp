@@ -1,5 +1,5 @@
-#include "contract/ContractHost.h"
-#include "records/OrderTypes.h"
+#include "orderservice/contract/ContractHost.h"
+#include "orderservice/records/OrderTypes.h"
 #include "tests/support/FakeHost.h"
 
 namespace {

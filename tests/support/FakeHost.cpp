@@ -1,6 +1,6 @@
 #include "tests/support/FakeHost.h"
 
-#include "records/Families.h"
+#include "orderservice/records/Families.h"
 #include "tests/support/Describe.h"
 #include "tests/support/HostServices.h"
 

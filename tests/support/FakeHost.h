@@ -1,16 +1,16 @@
 #pragma once
 
-#include "platform/AlgorithmTradeHelper.h"
-#include "platform/ExchangeClient.h"
-#include "platform/Host.h"
-#include "platform/InstrumentTypes.h"
-#include "platform/IntakeAudit.h"
-#include "platform/LuaModuleCtrl.h"
-#include "platform/MsgService.h"
-#include "platform/Quote.h"
-#include "platform/TimeService.h"
-#include "platform/TradingRules.h"
-#include "platform/UserConfig.h"
+#include "orderservice/platform/AlgorithmTradeHelper.h"
+#include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/Host.h"
+#include "orderservice/platform/InstrumentTypes.h"
+#include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/MsgService.h"
+#include "orderservice/platform/Quote.h"
+#include "orderservice/platform/TimeService.h"
+#include "orderservice/platform/TradingRules.h"
+#include "orderservice/platform/UserConfig.h"
 #include "tests/support/FakeTrading.h"
 
 #include <atomic>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/DataCenter.h"
-#include "platform/OrderClient.h"
-#include "platform/TradeClient.h"
-#include "platform/TradeFrameworkSource.h"
-#include "platform/TraderCenter.h"
-#include "records/Portfolio.h"
+#include "orderservice/platform/DataCenter.h"
+#include "orderservice/platform/OrderClient.h"
+#include "orderservice/platform/TradeClient.h"
+#include "orderservice/platform/TradeFrameworkSource.h"
+#include "orderservice/platform/TraderCenter.h"
+#include "orderservice/records/Portfolio.h"
 #include "tests/support/FakeRecords.h"
 
 #include <atomic>

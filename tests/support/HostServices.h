@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Host.h"
+#include "orderservice/platform/Host.h"
 
 namespace fake {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Log.h"
+#include "orderservice/base/Log.h"
 
 #include <log4cxx/appenderskeleton.h>
 #include <log4cxx/level.h>

@@ -1,4 +1,4 @@
-#include "variants/OrderServiceUnion.h"
+#include "orderservice/variants/OrderServiceUnion.h"
 
 #include "tests/support/Builders.h"
 #include "tests/support/FakeClock.h"

@@ -1,5 +1,5 @@
 // The commands of the ten families: the fields that each must have or must not have.
-#include "variants/OrderServiceUnion.h"
+#include "orderservice/variants/OrderServiceUnion.h"
 
 #include "tests/support/Builders.h"
 #include "tests/support/FakeClock.h"

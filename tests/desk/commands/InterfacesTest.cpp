@@ -2,7 +2,7 @@
 #include "desk/commands/NewFolder.h"
 #include "desk/commands/RunDesk.h"
 #include "desk/host/DeskTradeFrameworkSource.h"
-#include "service/OrderService.h"
+#include "orderservice/service/OrderService.h"
 #include "tests/support/TempFolder.h"
 
 #include <boost/make_shared.hpp>

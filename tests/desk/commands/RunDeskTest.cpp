@@ -1,9 +1,9 @@
-#include "base/Log.h"
 #include "desk/commands/CheckFolder.h"
 #include "desk/commands/ShowJournal.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/FolderLock.h"
-#include "service/OrderService.h"
+#include "orderservice/base/Log.h"
+#include "orderservice/service/OrderService.h"
 #include "tests/desk/commands/RunningFolder.h"
 
 #include <gtest/gtest.h>

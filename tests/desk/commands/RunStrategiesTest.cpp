@@ -1,5 +1,5 @@
 #include "desk/config/ConfigLoader.h"
-#include "service/OrderService.h"
+#include "orderservice/service/OrderService.h"
 #include "tests/desk/commands/RunningFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // A folder with families other than stocks: kinds of instruments, and accounts and positions in them.
 #include "desk/config/Kinds.h"
-#include "records/Families.h"
+#include "orderservice/records/Families.h"
 #include "tests/desk/config/ConfigFolder.h"
 #include "tests/desk/config/Spoiled.h"
 

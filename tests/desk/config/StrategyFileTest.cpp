@@ -1,7 +1,7 @@
 #include "desk/config/StrategyFile.h"
 
 #include "desk/config/StrategyCompare.h"
-#include "records/Families.h"
+#include "orderservice/records/Families.h"
 #include "tests/desk/config/ConfigFolder.h"
 #include "tests/support/CommaLocale.h"
 

@@ -1,6 +1,6 @@
 #include "desk/host/DeskPortfolios.h"
 
-#include "records/Portfolio.h"
+#include "orderservice/records/Portfolio.h"
 
 #include <boost/pointer_cast.hpp>
 

@@ -1,10 +1,10 @@
 #include "desk/host/DeskTradingRules.h"
 
-#include "base/Unset.h"
+#include "orderservice/base/Unset.h"
 
-#include "base/Text.h"
 #include "desk/market/DeskPriceData.h"
 #include "desk/paper/OrderRules.h"
+#include "orderservice/base/Text.h"
 
 #include <boost/make_shared.hpp>
 

@@ -2,7 +2,7 @@
 
 #include "desk/host/DeskUserConfig.h"
 #include "desk/market/Market.h"
-#include "records/Portfolio.h"
+#include "orderservice/records/Portfolio.h"
 #include "tests/support/TempFolder.h"
 
 #include <boost/pointer_cast.hpp>

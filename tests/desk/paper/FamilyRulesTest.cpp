@@ -1,7 +1,7 @@
 #include "desk/config/Kinds.h"
 #include "desk/paper/PaperFamilies.h"
 #include "desk/paper/Settlement.h"
-#include "kit/Operations.h"
+#include "orderservice/kit/Operations.h"
 
 #include "tests/desk/paper/FamilyDesk.h"
 

@@ -1,6 +1,6 @@
 #include "desk/paper/OrderRules.h"
 
-#include "platform/InstrumentTypes.h"
+#include "orderservice/platform/InstrumentTypes.h"
 #include "tests/desk/paper/PaperDesk.h"
 
 #include <limits>

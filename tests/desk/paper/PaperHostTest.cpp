@@ -9,7 +9,7 @@
 #include "desk/host/PaperTraderCenter.h"
 
 #include "desk/journal/JournalEvents.h"
-#include "gates/IntakePause.h"
+#include "orderservice/gates/IntakePause.h"
 #include "tests/desk/paper/PaperDesk.h"
 
 #include <nlohmann/json.hpp>
