@@ -1,9 +1,8 @@
-# The installed package: one static library per floor, the public headers, and find_package(OrderService).
+# The installed package: the shared library, the kit, the public headers, and find_package(OrderService).
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-get_property(floors GLOBAL PROPERTY ORDERSERVICE_FLOORS)
-install(TARGETS ${floors} EXPORT OrderServiceTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS orderservice EXPORT OrderServiceTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT OrderServiceTargets NAMESPACE OrderService::
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
 
@@ -12,11 +11,9 @@ foreach(floor base records platform gates kit)
     install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h"
         PATTERN "BsonExtended.h" EXCLUDE # needs libbson's headers
         # Tools of the library's own; no public header includes them.
-        PATTERN "FileCount.h" EXCLUDE
         PATTERN "Reserve.h" EXCLUDE
         PATTERN "Shares.h" EXCLUDE
-        PATTERN "StopRequest.h" EXCLUDE
-        PATTERN "Thread.h" EXCLUDE)
+        PATTERN "StopRequest.h" EXCLUDE)
 endforeach()
 foreach(header check/OrderServiceBase.h service/OrderService.h service/OrderServiceAdapter.h)
     get_filename_component(folder "${header}" DIRECTORY)
@@ -24,7 +21,7 @@ foreach(header check/OrderServiceBase.h service/OrderService.h service/OrderServ
 endforeach()
 
 # The kit is a component: its headers need nlohmann-json, which the library alone does not need.
-install(TARGETS orderservice_kit EXPORT OrderServiceKitTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS orderservice_kit EXPORT OrderServiceKitTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT OrderServiceKitTargets NAMESPACE OrderService::
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
 

@@ -15,6 +15,8 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# Asio marks its classes as visible; the shared library would export them all.
+add_compile_definitions(BOOST_ASIO_DISABLE_VISIBILITY)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)

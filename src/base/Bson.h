@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <cstddef>
@@ -14,14 +16,14 @@ namespace bson {
 
 /// Base of all exceptions of this namespace. Only the constructor of BSONObj throws something else:
 /// std::invalid_argument.
-class CError : public std::runtime_error {
+class ORDERSERVICE_EXPORT CError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
 /// Thrown for a text that is not a JSON object, or that a document cannot store. what() contains the reason
 /// and, if known, the position.
-class CJsonError : public CError {
+class ORDERSERVICE_EXPORT CJsonError : public CError {
 public:
     using CError::CError;
 };
@@ -31,7 +33,7 @@ enum class EType { Double = 1, String = 2, Array = 4, Bool = 8, Int32 = 16, Int6
 
 /// Thrown if a field has a different type than the reader expects. The text is "wrong type for field (KEY)
 /// FOUND != WANTED" with the type numbers.
-class CTypeError : public CError {
+class ORDERSERVICE_EXPORT CTypeError : public CError {
 public:
     CTypeError(const std::string& key, int found, EType wanted);
     const std::string& key() const { return m_strKey; }
@@ -44,7 +46,7 @@ private:
 
 /// One immutable BSON document, shared by reference count. A default-constructed object is the empty
 /// document.
-class BSONObj {
+class ORDERSERVICE_EXPORT BSONObj {
 public:
     /// Maximum nesting depth of a document.
     static constexpr int kMaxDepth = 100;
@@ -73,7 +75,7 @@ public:
     /// Whether all texts are valid UTF-8, so that jsonString writes them unchanged.
     bool isUtf8() const;
 
-    friend bool operator==(const BSONObj& a, const BSONObj& b);
+    friend ORDERSERVICE_EXPORT bool operator==(const BSONObj& a, const BSONObj& b);
     friend bool operator!=(const BSONObj& a, const BSONObj& b) { return !(a == b); }
 
 private:
@@ -92,11 +94,11 @@ private:
 /// a NUL character in a key (it is allowed in a text value), an escaped single surrogate, an integer beyond
 /// 64 bits, a number beyond the range of a double, more than BSONObj::kMaxDepth levels, more than 2 GB. The
 /// parser does not recurse, so deep nesting needs no stack.
-BSONObj fromjson(const std::string& text);
+ORDERSERVICE_EXPORT BSONObj fromjson(const std::string& text);
 
 /// Builds a document key by key. Throws CError if the document would have more than 2 GB or more than
 /// BSONObj::kMaxDepth levels.
-class BSONObjBuilder {
+class ORDERSERVICE_EXPORT BSONObjBuilder {
 public:
     BSONObjBuilder();
     ~BSONObjBuilder();
@@ -124,21 +126,21 @@ private:
 };
 
 /// The top-level keys of the document in their order. A duplicate key is listed twice.
-std::vector<std::string> keysOf(const BSONObj& object);
+ORDERSERVICE_EXPORT std::vector<std::string> keysOf(const BSONObj& object);
 
 /// Strict readers of one key. They read the first field with this key. If the key is absent, they return
 /// false and do not change the value. If the field has another type, including null, they throw CTypeError
 /// and do not change the value.
-bool readField(const BSONObj& object, const char* key, std::string& value);
-bool readField(const BSONObj& object, const char* key, std::int32_t& value);
-bool readField(const BSONObj& object, const char* key, std::int64_t& value);
-bool readField(const BSONObj& object, const char* key, bool& value);
-bool readField(const BSONObj& object, const char* key, double& value);
+ORDERSERVICE_EXPORT bool readField(const BSONObj& object, const char* key, std::string& value);
+ORDERSERVICE_EXPORT bool readField(const BSONObj& object, const char* key, std::int32_t& value);
+ORDERSERVICE_EXPORT bool readField(const BSONObj& object, const char* key, std::int64_t& value);
+ORDERSERVICE_EXPORT bool readField(const BSONObj& object, const char* key, bool& value);
+ORDERSERVICE_EXPORT bool readField(const BSONObj& object, const char* key, double& value);
 /// If an entry has another type, the key in the CTypeError is the index of the entry, counted from 0.
-bool readField(const BSONObj& object, const char* key, std::vector<std::string>& values);
+ORDERSERVICE_EXPORT bool readField(const BSONObj& object, const char* key, std::vector<std::string>& values);
 
 /// Reads an int32, an int64 or a double; the fraction of a double is cut off. Returns false and does not
 /// change the value if the key is absent, or if the field is not a number or does not fit an int32.
-bool readNumber(const BSONObj& object, const char* key, std::int32_t& value);
+ORDERSERVICE_EXPORT bool readNumber(const BSONObj& object, const char* key, std::int32_t& value);
 
 } // namespace bson

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <QDateTime>
 
 namespace utils {
@@ -8,7 +10,7 @@ class CStopRequest;
 
 /// The only source of time. Library code reads the time and sleeps only through the functions below, so that
 /// a test can install its own clock.
-class IClock {
+class ORDERSERVICE_EXPORT IClock {
 public:
     virtual ~IClock() = default;
 
@@ -28,11 +30,11 @@ public:
 
 /// Replaces the system clock by `clock`; null restores the system clock. The caller owns the clock and keeps
 /// it alive while it is installed. Call this only while no other thread uses the library.
-void installClock(IClock* clock);
+ORDERSERVICE_EXPORT void installClock(IClock* clock);
 
-double getTime();
-void sleep(double seconds);
-void sleepUnlessStopped(double seconds, const CStopRequest& stop);
-QDateTime currentDateTime();
+ORDERSERVICE_EXPORT double getTime();
+ORDERSERVICE_EXPORT void sleep(double seconds);
+ORDERSERVICE_EXPORT void sleepUnlessStopped(double seconds, const CStopRequest& stop);
+ORDERSERVICE_EXPORT QDateTime currentDateTime();
 
 } // namespace utils

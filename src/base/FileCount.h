@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <optional>
 #include <string>
 
@@ -13,6 +15,6 @@ struct CFileCount {
 
 /// Counts the bytes and lines of the whole file. Returns nothing if it is not a regular file or cannot be
 /// read.
-std::optional<CFileCount> countFile(const std::string& path);
+ORDERSERVICE_EXPORT std::optional<CFileCount> countFile(const std::string& path);
 
 } // namespace utils

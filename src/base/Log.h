@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <string>
 
 namespace utils {
@@ -12,7 +14,7 @@ enum class ELogLevel { Trace = 0, Debug = 1, Info = 2, Warn = 3, Error = 4, Fata
 inline constexpr const char* kStdFileLogger = "KNStdFile";
 
 /// Access to the client's log. The host configures the format and the destination of the lines.
-class CLogCenter {
+class ORDERSERVICE_EXPORT CLogCenter {
 public:
     /// Switches all logging of the service on or off. It is off at the start. Any thread.
     static void setLogEnabled(bool enabled);

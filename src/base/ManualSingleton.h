@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <atomic>
 
 namespace utils {
@@ -8,7 +10,7 @@ namespace utils {
 /// calls release at the end of the process. initInstance and release are called on the main thread. Any
 /// thread may get the object, but no thread may use it during or after release.
 template<typename T>
-class CManualSingletonT {
+class ORDERSERVICE_EXPORT CManualSingletonT {
 public:
     /// The stored object, or null if there is none.
     static T* instance() { return s_pInstance; }

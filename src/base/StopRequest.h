@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <condition_variable>
 #include <mutex>
 
@@ -7,7 +9,7 @@ namespace utils {
 
 /// A request from one thread that another thread stops. It also ends the other thread's sleep, see
 /// sleepUnlessStopped. A request cannot be withdrawn. All operations are thread-safe.
-class CStopRequest {
+class ORDERSERVICE_EXPORT CStopRequest {
 public:
     void make();
     bool isMade() const;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 
 #include <string_view>
@@ -11,9 +13,9 @@
 namespace utils {
 
 /// Throws boost::bad_lexical_cast if the text is not an integer or does not fit an int.
-int strictInt(std::string_view text);
+ORDERSERVICE_EXPORT int strictInt(std::string_view text);
 
 /// Throws boost::bad_lexical_cast if the text is not a number or is too large for a double.
-double strictDouble(std::string_view text);
+ORDERSERVICE_EXPORT double strictDouble(std::string_view text);
 
 } // namespace utils

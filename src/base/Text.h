@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <QString>
 
 #include <cstddef>
@@ -12,35 +14,35 @@ namespace UW {
 
 /// Reads the bytes as UTF-8 if they are valid UTF-8, otherwise as GBK. So both a GBK basket name and a UTF-8
 /// table row are read correctly.
-QString sToQs(const char* bytes, std::size_t size);
-QString sToQs(const std::string& bytes);
+ORDERSERVICE_EXPORT QString sToQs(const char* bytes, std::size_t size);
+ORDERSERVICE_EXPORT QString sToQs(const std::string& bytes);
 
 /// Always reads the bytes as GBK.
-QString sToQsGBK(const std::string& bytes);
+ORDERSERVICE_EXPORT QString sToQsGBK(const std::string& bytes);
 
 } // namespace UW
 
 namespace utils {
 
 /// True if the bytes are well-formed UTF-8: no overlong forms, no surrogates, no code point above U+10FFFF.
-bool isValidUtf8(const char* bytes, std::size_t size);
+ORDERSERVICE_EXPORT bool isValidUtf8(const char* bytes, std::size_t size);
 
-std::string safeGbk2Utf8(const std::string& gbk);
-std::string safeUtf82Gbk(const std::string& utf8);
+ORDERSERVICE_EXPORT std::string safeGbk2Utf8(const std::string& gbk);
+ORDERSERVICE_EXPORT std::string safeUtf82Gbk(const std::string& utf8);
 
 /// Encodes a text for the host's parser of trade parameters. The encoding is always GBK, the local encoding
 /// of the desktops that run this service. The locale of the machine has no effect.
-std::string toLocal8Bit(const QString& text);
+ORDERSERVICE_EXPORT std::string toLocal8Bit(const QString& text);
 
 /// The bytes of a path for the file system. They are UTF-8, also under the "C" locale.
-std::string toPathBytes(const QString& path);
+ORDERSERVICE_EXPORT std::string toPathBytes(const QString& path);
 
 /// Replaces every "%1" in the pattern by the first argument, every "%2" by the second argument, and so on.
 /// Unlike with QString::arg, a pattern may use an argument several times or not at all, and a "%1" inside an
 /// argument is not replaced. A placeholder without an argument does not change.
-QString fillText(const QString& pattern, std::initializer_list<QString> arguments);
+ORDERSERVICE_EXPORT QString fillText(const QString& pattern, std::initializer_list<QString> arguments);
 
 /// Removes every occurrence of the character from the text.
-void string_replace(std::string& text, char unwanted);
+ORDERSERVICE_EXPORT void string_replace(std::string& text, char unwanted);
 
 } // namespace utils

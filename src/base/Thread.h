@@ -1,15 +1,17 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 namespace utils {
 
 /// Sets the name of the calling thread for debuggers and process listings. The system uses the first 15
 /// bytes.
-void setThreadName(const char* name);
+ORDERSERVICE_EXPORT void setThreadName(const char* name);
 
 /// Marks the calling thread as being inside the library during the object's lifetime. The library's thread
 /// functions use it, and so do the operations that may call the host. It may be nested. Code of the host that
 /// runs in a callback is inside the library too, and the library must not be released there.
-class CLibraryCall {
+class ORDERSERVICE_EXPORT CLibraryCall {
 public:
     CLibraryCall();
     ~CLibraryCall();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/KNError.h"
 #include "orderservice/platform/Quote.h"
 #include "orderservice/platform/UserConfig.h"
@@ -25,7 +26,7 @@ namespace TC {
 /// The class has no state. The caller owns the strategy map and must not change it during a call. All
 /// operations run on the caller's thread, and may block it for up to two seconds for each instrument that
 /// waits for its quote. A failure is reported once with a message before the operation returns false or null.
-class COrderServiceBase : public QObject {
+class ORDERSERVICE_EXPORT COrderServiceBase : public QObject {
     Q_OBJECT
 public:
     explicit COrderServiceBase(QObject* parent = nullptr);
@@ -145,6 +146,6 @@ signals:
 };
 
 /// Whether the user's kind may send commands. For users of other kinds, orders are checked but not sent.
-bool isCmdUser();
+ORDERSERVICE_EXPORT bool isCmdUser();
 
 } // namespace TC

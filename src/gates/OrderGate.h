@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/OrderParam.h"
 #include "orderservice/records/StrategyParam.h"
 
@@ -14,7 +15,7 @@ namespace TC {
 /// The interface of the service for doors, such as order files and the order socket. Doors use no other part
 /// of the service. Every operation may be called from any thread and returns at once. Orders are checked and
 /// issued on the service thread, in the order of the calls.
-class IOrderGate {
+class ORDERSERVICE_EXPORT IOrderGate {
 public:
     /// Places one order as a separate batch.
     virtual void placeorder(COrderParam order) = 0;

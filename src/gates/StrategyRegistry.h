@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/StrategyParam.h"
 
 #include <functional>
@@ -8,7 +9,7 @@
 namespace TC {
 
 /// The interface of the registry for doors and the framework. Any thread.
-class IStrategyRegistry {
+class ORDERSERVICE_EXPORT IStrategyRegistry {
 public:
     /// Calls the visitor for every strategy in key order. The registry is locked during the whole call, so no
     /// strategy is added, changed, started or stopped meanwhile. If the visitor throws, the lock is released

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/kit/AlgorithmTradeHelperBase.h"
 #include "orderservice/kit/IntakeAuditBase.h"
 #include "orderservice/kit/LuaModuleCtrlBase.h"
@@ -13,7 +14,7 @@ namespace kit {
 
 /// The services that a simple stock host can use unchanged. The host keeps this object alive until
 /// releaseHost.
-struct CDefaultServices {
+struct ORDERSERVICE_EXPORT CDefaultServices {
     CTradingRulesBase tradingRules;
     CAlgorithmTradeHelperBase algorithmTradeHelper;
     CIntakeAuditBase intakeAudit;

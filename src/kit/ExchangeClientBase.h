@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/ExchangeClient.h"
 
 namespace kit {
@@ -8,7 +9,7 @@ namespace kit {
 /// markets are empty, as in CExchangeClient. A host that adds a market also overrides hasStock.
 ///
 /// The host implements getCodeInfo and getMaxTradingDay. Any thread, like CExchangeClient.
-class CExchangeClientBase : public TC::CExchangeClient {
+class ORDERSERVICE_EXPORT CExchangeClientBase : public TC::CExchangeClient {
 public:
     /// Whether getCodeInfo has a record for the key. So an order with an unknown instrument is refused.
     bool hasStock(const QString& stockKey) override { return getCodeInfo(stockKey) != nullptr; }

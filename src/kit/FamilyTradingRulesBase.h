@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/kit/TradingRulesBase.h"
 
 namespace kit {
@@ -7,7 +8,7 @@ namespace kit {
 /// The rules of a host that trades more families than stocks. The four functions about operations use the
 /// table of kit/Operations.h. An operation that is not in the table does not buy, close or repay, and is
 /// booked with the account's own money and shares. Any thread; no state.
-class CFamilyTradingRulesBase : public CTradingRulesBase {
+class ORDERSERVICE_EXPORT CFamilyTradingRulesBase : public CTradingRulesBase {
 public:
     /// Whether the operation takes the buying side of the order book, also if it closes a position.
     bool isBuy(TC::EOperationType operation) override;

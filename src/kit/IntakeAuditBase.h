@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/IntakeAudit.h"
 
 namespace kit {
@@ -7,7 +8,7 @@ namespace kit {
 /// Shows warnings of CMsgService about orders that were not read and about clients that were not served.
 /// Keeps no record. A host with a journal overrides the functions and may also call these. Any thread, like
 /// CIntakeAudit.
-class CIntakeAuditBase : public TC::CIntakeAudit {
+class ORDERSERVICE_EXPORT CIntakeAuditBase : public TC::CIntakeAudit {
 public:
     /// Warns about a file that was refused or cut short, that waits unread, that has lines without effect, or
     /// whose trade parameters were not understood.

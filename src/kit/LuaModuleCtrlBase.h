@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/LuaModuleCtrl.h"
 
 namespace kit {
@@ -7,7 +8,7 @@ namespace kit {
 /// The switches of a host that configures none. The command guard is on; it refuses orders that no trading
 /// layer can trade. All other switches are off. A host that overrides checkModule calls this implementation
 /// for the switches that it does not know. Any thread.
-class CLuaModuleCtrlBase : public luawrapper::LuaModuleCtrl {
+class ORDERSERVICE_EXPORT CLuaModuleCtrlBase : public luawrapper::LuaModuleCtrl {
 public:
     bool checkModule(const std::vector<std::string>& path) override;
 };

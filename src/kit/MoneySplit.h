@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/KNError.h"
 
 #include <vector>
@@ -20,6 +21,6 @@ struct CMoneySplit {
 /// An account whose weight is not a positive finite number gets nothing. Fails if the amount is not set,
 /// negative or above 1e13. Also fails if there is money to divide and no weight is positive. The error's text
 /// is for users.
-CMoneySplit splitMoneyOverAccounts(double amount, const std::vector<double>& weights);
+ORDERSERVICE_EXPORT CMoneySplit splitMoneyOverAccounts(double amount, const std::vector<double>& weights);
 
 } // namespace kit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Enums.h"
 
 namespace kit {
@@ -42,6 +43,6 @@ struct COperation {
 };
 
 /// Returns the row of an operation, or null if the number is not in the table. Any thread.
-const COperation* findOperation(TC::EOperationType operation);
+ORDERSERVICE_EXPORT const COperation* findOperation(TC::EOperationType operation);
 
 } // namespace kit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/Quote.h"
 
 #include <boost/make_shared.hpp>
@@ -8,7 +9,7 @@ namespace kit {
 
 /// A quote whose prices are used for orders without change. The host implements getOriginPrice and sets the
 /// three figures of the day. While all three are zero, baskets treat the instrument as suspended.
-class CPriceDataBase : public TC::CPriceData {
+class ORDERSERVICE_EXPORT CPriceDataBase : public TC::CPriceData {
 public:
     double getPriceForCalc(TC::EPriceType priceType, TC::EOperationType operation, int,
                            const boost::shared_ptr<TC::CAutoPriceParam>&) const override {
@@ -25,7 +26,7 @@ public:
 /// quote are refused.
 ///
 /// The host implements getStockPrice. Any thread, like CQuoteClient.
-class CQuoteClientBase : public TC::CQuoteClient {
+class ORDERSERVICE_EXPORT CQuoteClientBase : public TC::CQuoteClient {
 public:
     boost::shared_ptr<TC::CQuoteRequest> subscribe(const QString&, const TC::CQuoteRequest::CCallback&,
                                                    TC::ESubscribeType) override {

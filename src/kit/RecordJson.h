@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/kit/Json.h"
 #include "orderservice/platform/IntakeAudit.h"
 #include "orderservice/records/CommandParam.h"
@@ -13,29 +14,29 @@
 namespace kit {
 
 /// Every field of a command and of its codes. An account is written as its key.
-CJson commandJson(const TC::COrderComandParam& command);
+ORDERSERVICE_EXPORT CJson commandJson(const TC::COrderComandParam& command);
 
 /// The report about one source of orders.
-CJson intakeJson(const TC::CIntakeReport& report);
+ORDERSERVICE_EXPORT CJson intakeJson(const TC::CIntakeReport& report);
 
 /// The report about an order socket. `event` is opened, closed, stuck or refused. `loopback` tells whether
 /// only this machine can reach the listener.
-CJson doorJson(const TC::CDoorReport& report);
+ORDERSERVICE_EXPORT CJson doorJson(const TC::CDoorReport& report);
 
 /// A file that is deleted unread. `lines` and `bytes` are null if they could not be counted.
-CJson discardJson(const TC::CDiscardReport& report);
+ORDERSERVICE_EXPORT CJson discardJson(const TC::CDiscardReport& report);
 
 /// A failure that was not shown as a message. `event` is orders_dropped, cancel_not_done, host_failed,
 /// rows_left_out, strategy_not_loaded or strategy_not_started. Only rows_left_out has `rows` and `code`.
-CJson incidentJson(const TC::CIncidentReport& report);
+ORDERSERVICE_EXPORT CJson incidentJson(const TC::CIncidentReport& report);
 
 /// The source of an order, and the whole order as one text in `order`.
-CJson orderJson(const TC::COrderParam& order);
+ORDERSERVICE_EXPORT CJson orderJson(const TC::COrderParam& order);
 
 /// A strategy with the setting of its family. The socket's password is left out.
-CJson strategyJson(const TC::COrderStrategyParam& strategy);
+ORDERSERVICE_EXPORT CJson strategyJson(const TC::COrderStrategyParam& strategy);
 
 /// An operation on a task, such as a cancel.
-CJson taskOperationJson(const TC::CTaskOpRecord& record);
+ORDERSERVICE_EXPORT CJson taskOperationJson(const TC::CTaskOpRecord& record);
 
 } // namespace kit

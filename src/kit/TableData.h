@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/DataCenter.h"
 
 #include <boost/shared_ptr.hpp>
@@ -13,7 +14,7 @@ namespace kit {
 
 /// An account's data with a single table, such as knservice::kPositionTable. Its records do not change. All
 /// other tables are empty. Any thread.
-class CTableData : public knservice::CAccountData {
+class ORDERSERVICE_EXPORT CTableData : public knservice::CAccountData {
 public:
     using CRecords = std::map<std::string, boost::shared_ptr<knservice::IData>>;
 

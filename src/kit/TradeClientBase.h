@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/TradeClient.h"
 
 namespace kit {
@@ -9,7 +10,7 @@ namespace kit {
 /// basket for several accounts every row is left out, and the audit gets the text.
 ///
 /// The host implements getLoginStatus and cancelTask. Any thread, like CTradeClient.
-class CTradeClientBase : public TC::CTradeClient {
+class ORDERSERVICE_EXPORT CTradeClientBase : public TC::CTradeClient {
 public:
     /// Gives the whole volume to the one account. Fails for several accounts, and for a volume that is not
     /// set or below 1.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/TraderCenter.h"
 
 namespace kit {
@@ -7,9 +8,9 @@ namespace kit {
 /// For a host without tasks, positions and portfolios. Lines of order files find no running task to end, and
 /// baskets by position are refused. A host with tasks overrides findTasks; a host with positions overrides
 /// getAccountData. Any thread.
-class CTraderCenterBase : public knservice::TraderCenter,
-                          public knservice::CTaskCenter,
-                          public knservice::CDataCenter {
+class ORDERSERVICE_EXPORT CTraderCenterBase : public knservice::TraderCenter,
+                                              public knservice::CTaskCenter,
+                                              public knservice::CDataCenter {
 public:
     knservice::CTaskCenter& getTaskCenter() override { return *this; }
     knservice::CDataCenter& getDataCenter() override { return *this; }

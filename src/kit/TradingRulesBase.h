@@ -1,12 +1,13 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/TradingRules.h"
 
 namespace kit {
 
 /// The rules of a host that trades stocks only, with display words for all families. A stock host need not
 /// override anything. A host with more families derives from CFamilyTradingRulesBase. Any thread; no state.
-class CTradingRulesBase : public TC::CTradingRules {
+class ORDERSERVICE_EXPORT CTradingRulesBase : public TC::CTradingRules {
 public:
     /// The market followed by the code: "SH600000".
     QString qdStockKey(const QString& market, const QString& code) override { return market + code; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Enums.h"
 
 #include <QString>
@@ -8,10 +9,10 @@ namespace kit {
 
 /// The usual Chinese words for sources, families, orders and prices. A number without its own word is shown
 /// after a general word. Any thread.
-QString sourceWord(TC::EOrderStrategyType type);
-QString familyWord(TC::EOrderStrategyTradeType type);
+ORDERSERVICE_EXPORT QString sourceWord(TC::EOrderStrategyType type);
+ORDERSERVICE_EXPORT QString familyWord(TC::EOrderStrategyTradeType type);
 /// orderType: an order-type number of records/OrderTypes.h.
-QString orderWord(int orderType);
-QString priceWord(TC::EPriceType type);
+ORDERSERVICE_EXPORT QString orderWord(int orderType);
+ORDERSERVICE_EXPORT QString priceWord(TC::EPriceType type);
 
 } // namespace kit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/UserConfig.h"
 
 #include <string>
@@ -7,7 +8,7 @@
 namespace kit {
 
 /// An account that consists only of its record.
-class CPlainAccount : public TC::CAccount {
+class ORDERSERVICE_EXPORT CPlainAccount : public TC::CAccount {
 public:
     /// key: UTF-8, unique among the user's accounts.
     CPlainAccount(const std::string& key, TC::EQDBrokerType broker);
@@ -23,7 +24,7 @@ private:
 ///
 /// The host implements hasOrderService, getUserName, getUserKind, getMaxOrderServerNum and getAccountData.
 /// Any thread, like CUserConfig.
-class CUserConfigBase : public TC::CUserConfig {
+class ORDERSERVICE_EXPORT CUserConfigBase : public TC::CUserConfig {
 public:
     /// The user has no rights. Rights only affect words in messages as long as hasOrderService() is true.
     bool hasUserAuth(TC::EUserAuth) const override { return false; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/KNError.h"
 
 #include <cstdint>
@@ -29,7 +30,7 @@ struct CSplitResult {
 /// U, and R is added once: U * unit + R = volume. This holds without exact arithmetic with weights.
 ///
 /// Funds and positions are not checked: the trading layer rejects an order that exceeds them.
-CSplitResult splitOverAccounts(int volume, const std::vector<double>& weights, int unit);
+ORDERSERVICE_EXPORT CSplitResult splitOverAccounts(int volume, const std::vector<double>& weights, int unit);
 
 /// Whether the first account of a closing order may get nothing.
 enum class EFirstAccount { MayBeLeftOut, MustClose };
@@ -45,7 +46,7 @@ enum class EFirstAccount { MayBeLeftOut, MustClose };
 ///
 /// MustClose: if the first account can close a unit and would get nothing, it gets a unit from the account
 /// that has the most. The parts always sum to the volume.
-CSplitResult splitClosing(int volume, const std::vector<double>& weights, int unit,
-                          const std::vector<std::int64_t>& closable, EFirstAccount first);
+ORDERSERVICE_EXPORT CSplitResult splitClosing(int volume, const std::vector<double>& weights, int unit,
+                                              const std::vector<std::int64_t>& closable, EFirstAccount first);
 
 } // namespace kit

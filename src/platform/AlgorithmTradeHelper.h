@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/AlgorithmOrderSetting.h"
 #include "orderservice/records/CommandParam.h"
@@ -11,7 +12,7 @@
 namespace TC {
 
 /// Reads and writes the parameter texts of algorithm orders. Any thread. Texts are UTF-8.
-class CAlgorithmTradeHelper : public CHostService<CAlgorithmTradeHelper> {
+class ORDERSERVICE_EXPORT CAlgorithmTradeHelper : public CHostService<CAlgorithmTradeHelper> {
 public:
     static constexpr const char* kServiceName = "CAlgorithmTradeHelper";
 

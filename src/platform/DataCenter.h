@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
 #include "orderservice/records/Data.h"
@@ -20,7 +21,7 @@ inline constexpr int kPositionTable = 547;
 
 /// The live data of one account, or of all accounts together, in numbered tables. Every operation may be
 /// called from any thread and does not throw.
-class CAccountData {
+class ORDERSERVICE_EXPORT CAccountData {
 public:
     virtual ~CAccountData() = default;
 
@@ -60,7 +61,7 @@ protected:
 
 /// The trading layer's data by account. Every operation may be called from any thread, returns at once and
 /// does not throw.
-class CDataCenter {
+class ORDERSERVICE_EXPORT CDataCenter {
 public:
     virtual ~CDataCenter() = default;
 

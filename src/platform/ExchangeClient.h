@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Instrument.h"
 
@@ -12,7 +13,7 @@ namespace TC {
 
 /// The client's instruments and trading days. Every operation may be called from any thread, returns at once
 /// and does not throw.
-class CExchangeClient : public QObject, public CHostService<CExchangeClient> {
+class ORDERSERVICE_EXPORT CExchangeClient : public QObject, public CHostService<CExchangeClient> {
     Q_OBJECT
 public:
     static constexpr const char* kServiceName = "CExchangeClient";

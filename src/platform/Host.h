@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/KNError.h"
 
 namespace knservice {
@@ -45,15 +46,15 @@ struct CHost {
 
 /// Installs the host's services. Main thread, before any other use of the library. If a service is missing or
 /// a host is installed already, it installs nothing and returns an error with the reason.
-[[nodiscard]] utils::KNError installHost(const CHost& host);
+[[nodiscard]] ORDERSERVICE_EXPORT utils::KNError installHost(const CHost& host);
 
 /// Uninstalls the services. Main thread, after COrderService::release. Does nothing if no host is installed.
 /// A call inside a callback of the library or while a COrderService exists is refused: it shows a message and
 /// the host stays installed. Otherwise the next call of a service would end the process.
-void releaseHost();
+ORDERSERVICE_EXPORT void releaseHost();
 
 /// Keeps the host installed during its lifetime. The order service holds a lease. Any thread.
-class CHostLease {
+class ORDERSERVICE_EXPORT CHostLease {
 public:
     CHostLease();
     ~CHostLease();
@@ -62,6 +63,6 @@ public:
 };
 
 /// Whether a host is installed. Main thread.
-bool isHostInstalled();
+ORDERSERVICE_EXPORT bool isHostInstalled();
 
 } // namespace TC

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <cstddef>
 #include <stdexcept>
 #include <string>
@@ -11,14 +13,14 @@ namespace TC {
 /// Replaces any exception that a host operation throws. The text begins with the service and the operation,
 /// such as "CTradeClient::cancelTask: no line". It derives from std::runtime_error, so code that catches the
 /// library's own exceptions also catches this one.
-class CHostError : public std::runtime_error {
+class ORDERSERVICE_EXPORT CHostError : public std::runtime_error {
 public:
     CHostError(std::string_view operation, const char* cause);
 };
 
 /// Throws the current exception again as a CHostError of the operation. If it is a CHostError already, it is
 /// thrown unchanged. Call it in a catch block only.
-[[noreturn]] void throwHostError(std::string_view operation);
+[[noreturn]] ORDERSERVICE_EXPORT void throwHostError(std::string_view operation);
 
 /// Name of a member function without its namespaces, such as "CTradeClient::cancelTask". The view points to
 /// static storage.

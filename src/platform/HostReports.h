@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 #include <QString>
 
 #include <utility>
@@ -12,15 +14,15 @@ namespace TC {
 /// and also to the log, because an audit may store nothing. If logging is off, the standard error stream
 /// replaces the log. While the host handles a report, it may cause another report on the same thread. That
 /// second report goes to the log only.
-void reportSafely(const QString& text) noexcept;
+ORDERSERVICE_EXPORT void reportSafely(const QString& text) noexcept;
 
 /// The text of the current exception. For a CHostError it names the service and the operation. Call it in a
 /// catch block only.
-QString exceptionText() noexcept;
+ORDERSERVICE_EXPORT QString exceptionText() noexcept;
 
 /// Reports the text, followed by the current exception. The text says what was not done. Call it in a catch
 /// block only.
-void reportFailure(const QString& text) noexcept;
+ORDERSERVICE_EXPORT void reportFailure(const QString& text) noexcept;
 
 /// Runs the body. If it throws, reports `text` and the exception and returns false.
 template<typename Body>

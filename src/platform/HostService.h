@@ -1,11 +1,13 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
+
 namespace TC {
 
 /// Base of every abstract host service. It provides instance(). installHost sets the instance and releaseHost
 /// clears it.
 template<typename T>
-class CHostService {
+class ORDERSERVICE_EXPORT CHostService {
 public:
     /// The installed service; the host owns it. Any thread, between installHost and releaseHost. A call at
     /// another time is a bug in the host. It ends the process, and the name of the service is written to the
@@ -26,7 +28,7 @@ private:
 
 /// Writes to the standard error stream that `service` was used while no host is installed, and ends the
 /// process.
-[[noreturn]] void reportMissingHost(const char* service);
+[[noreturn]] ORDERSERVICE_EXPORT void reportMissingHost(const char* service);
 
 template<typename T>
 T& CHostService<T>::instance() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Enums.h"
 
@@ -17,7 +18,7 @@ inline constexpr int kTypeParPriced = 126;
 
 /// Which types an instrument has, and its units. Every operation may be called from any thread, returns at
 /// once and does not throw. market and code are UTF-8.
-class CInstrumentTypes : public TC::CHostService<CInstrumentTypes> {
+class ORDERSERVICE_EXPORT CInstrumentTypes : public TC::CHostService<CInstrumentTypes> {
 public:
     static constexpr const char* kServiceName = "CInstrumentTypes";
 
@@ -35,14 +36,16 @@ public:
 };
 
 /// Calls CInstrumentTypes::isTypedStock of the installed host. Code resolution uses this name. Any thread.
-struct StockTypeCenter {
+struct ORDERSERVICE_EXPORT StockTypeCenter {
     static bool isTypedStock(int type, const std::string& market, const std::string& code);
 };
 
 /// Call the operations of the installed host. The unit rules use these names. productId is not used. Any
 /// thread.
-bool isTypedStock(int type, const std::string& market, const std::string& code, const std::string& productId);
-int getTradeMinUnit(const std::string& market, const std::string& code, TC::EOperationType operation);
-int getUiMinUnit(const std::string& market, const std::string& code, bool forTrade);
+ORDERSERVICE_EXPORT bool isTypedStock(int type, const std::string& market, const std::string& code,
+                                      const std::string& productId);
+ORDERSERVICE_EXPORT int getTradeMinUnit(const std::string& market, const std::string& code,
+                                        TC::EOperationType operation);
+ORDERSERVICE_EXPORT int getUiMinUnit(const std::string& market, const std::string& code, bool forTrade);
 
 } // namespace knservice

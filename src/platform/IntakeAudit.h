@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/Unset.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Enums.h"
@@ -89,7 +90,7 @@ struct CIncidentReport {
 /// Receives reports on all input and on orders that were not carried out, for example for a journal. It also
 /// names the folder for refused files. Each operation names its thread. No operation may throw. A host
 /// without a journal implements the operations with empty bodies.
-class CIntakeAudit : public CHostService<CIntakeAudit> {
+class ORDERSERVICE_EXPORT CIntakeAudit : public CHostService<CIntakeAudit> {
 public:
     static constexpr const char* kServiceName = "CIntakeAudit";
 
@@ -119,17 +120,17 @@ public:
 
 /// These functions pass a report to the installed audit. If the audit throws, the record is lost and the
 /// failure is reported. No order is lost.
-void tellAudit(const CIntakeReport& report);
-void tellAudit(const CDoorReport& report);
-void tellAudit(const CDiscardReport& report);
-void tellAuditOfUnplaced(const QVector<COrderParam>& orders);
-void tellAudit(const CIncidentReport& report);
+ORDERSERVICE_EXPORT void tellAudit(const CIntakeReport& report);
+ORDERSERVICE_EXPORT void tellAudit(const CDoorReport& report);
+ORDERSERVICE_EXPORT void tellAudit(const CDiscardReport& report);
+ORDERSERVICE_EXPORT void tellAuditOfUnplaced(const QVector<COrderParam>& orders);
+ORDERSERVICE_EXPORT void tellAudit(const CIncidentReport& report);
 
 /// Reports orders to the audit that are dropped without a message to the user. channel: channel of the first
 /// order.
-void tellOrdersDropped(int channel, int orders, const QString& cause);
+ORDERSERVICE_EXPORT void tellOrdersDropped(int channel, int orders, const QString& cause);
 
 /// The folder that the installed audit names. Empty if the audit names no folder or throws.
-QString rejectedFolder();
+ORDERSERVICE_EXPORT QString rejectedFolder();
 
 } // namespace TC

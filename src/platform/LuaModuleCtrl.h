@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 
 #include <string>
@@ -8,7 +9,7 @@
 namespace luawrapper {
 
 /// Feature switches of a deployment.
-class LuaModuleCtrl : public TC::CHostService<LuaModuleCtrl> {
+class ORDERSERVICE_EXPORT LuaModuleCtrl : public TC::CHostService<LuaModuleCtrl> {
 public:
     static constexpr const char* kServiceName = "LuaModuleCtrl";
 
@@ -20,6 +21,6 @@ public:
 };
 
 /// Whether a switch of the order module is on. Any thread.
-bool isOrderSwitchOn(const char* name);
+ORDERSERVICE_EXPORT bool isOrderSwitchOn(const char* name);
 
 } // namespace luawrapper

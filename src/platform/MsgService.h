@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Enums.h"
 
@@ -8,7 +9,7 @@
 namespace TC {
 
 /// The client's message panel.
-class CMsgService : public CHostService<CMsgService> {
+class ORDERSERVICE_EXPORT CMsgService : public CHostService<CMsgService> {
 public:
     static constexpr const char* kServiceName = "CMsgService";
 
@@ -21,6 +22,6 @@ public:
 };
 
 /// Shows a general message at note level, with the user's flags for that type. Any thread.
-void showServiceMsg(const QString& text);
+ORDERSERVICE_EXPORT void showServiceMsg(const QString& text);
 
 } // namespace TC

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/CommandParam.h"
 
@@ -9,7 +10,7 @@ namespace TC {
 
 /// Receives finished commands and the reasons of refused orders. Both operations must be thread-safe. Today
 /// they are called on the service thread; function trading will call them on other threads.
-class COrderClient : public CHostService<COrderClient> {
+class ORDERSERVICE_EXPORT COrderClient : public CHostService<COrderClient> {
 public:
     static constexpr const char* kServiceName = "COrderClient";
 

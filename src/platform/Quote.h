@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/Unset.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Enums.h"
@@ -17,7 +18,7 @@ class CAutoPriceParam;
 /// One quote. The host creates it and never changes it after it is shared. Prices are in currency units and
 /// above 0; a price that does not exist is kUnsetDouble. The operations may be called from any thread, return
 /// at once and do not throw. autoPrice is always empty.
-class CPriceData {
+class ORDERSERVICE_EXPORT CPriceData {
 public:
     virtual ~CPriceData() = default;
 
@@ -47,7 +48,7 @@ using CPriceDataPtr = boost::shared_ptr<const CPriceData>;
 enum class ESubscribeType : int { Plain = 0 };
 
 /// A running quote subscription. It ends when the last pointer to it is destroyed, on any thread.
-class CQuoteRequest {
+class ORDERSERVICE_EXPORT CQuoteRequest {
 public:
     virtual ~CQuoteRequest() = default;
 
@@ -59,7 +60,7 @@ public:
 };
 
 /// The client's quotes. Every operation may be called from any thread and does not throw.
-class CQuoteClient : public CHostService<CQuoteClient> {
+class ORDERSERVICE_EXPORT CQuoteClient : public CHostService<CQuoteClient> {
 public:
     static constexpr const char* kServiceName = "CQuoteClient";
 

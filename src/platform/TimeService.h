@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 
 #include <cstdint>
@@ -7,7 +8,7 @@
 namespace TC {
 
 /// The trading layer's time.
-class CTimeService : public CHostService<CTimeService> {
+class ORDERSERVICE_EXPORT CTimeService : public CHostService<CTimeService> {
 public:
     static constexpr const char* kServiceName = "CTimeService";
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/KNError.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Account.h"
@@ -17,7 +18,7 @@
 namespace TC {
 
 /// The client's link to its trading layer. Every operation may be called from any thread and does not throw.
-class CTradeClient : public QObject, public CHostService<CTradeClient> {
+class ORDERSERVICE_EXPORT CTradeClient : public QObject, public CHostService<CTradeClient> {
     Q_OBJECT
 public:
     static constexpr const char* kServiceName = "CTradeClient";

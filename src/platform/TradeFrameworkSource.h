@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/TradeInterface.h"
 
@@ -8,7 +9,7 @@
 namespace knservice {
 
 /// The trade framework, which runs customers' strategy libraries.
-class CTradeFrameworkSource : public TC::CHostService<CTradeFrameworkSource> {
+class ORDERSERVICE_EXPORT CTradeFrameworkSource : public TC::CHostService<CTradeFrameworkSource> {
 public:
     static constexpr const char* kServiceName = "CTradeFrameworkSource";
 

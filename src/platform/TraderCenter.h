@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/DataCenter.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Task.h"
@@ -11,7 +12,7 @@
 namespace knservice {
 
 /// One running task of the trading layer.
-class CTask {
+class ORDERSERVICE_EXPORT CTask {
 public:
     virtual ~CTask() = default;
 
@@ -21,7 +22,7 @@ public:
 };
 
 /// The tasks of the trading layer.
-class CTaskCenter {
+class ORDERSERVICE_EXPORT CTaskCenter {
 public:
     virtual ~CTaskCenter() = default;
 
@@ -31,7 +32,7 @@ public:
 };
 
 /// The trading layer's data.
-class TraderCenter : public TC::CHostService<TraderCenter> {
+class ORDERSERVICE_EXPORT TraderCenter : public TC::CHostService<TraderCenter> {
 public:
     static constexpr const char* kServiceName = "TraderCenter";
 

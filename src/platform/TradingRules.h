@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/platform/Quote.h"
 #include "orderservice/records/CommandParam.h"
@@ -15,7 +16,7 @@ namespace TC {
 
 /// The trading layer's rules and display texts. Every operation may be called from any thread, returns at
 /// once and does not throw. A number that the host does not know is not an error.
-class CTradingRules : public CHostService<CTradingRules> {
+class ORDERSERVICE_EXPORT CTradingRules : public CHostService<CTradingRules> {
 public:
     static constexpr const char* kServiceName = "CTradingRules";
 
@@ -73,31 +74,33 @@ public:
 };
 
 /// These functions call the operations of the same name of the installed host. Any thread.
-QString qdStockKey(const QString& market, const QString& code);
-EQDBrokerType orderStrategyTradeTypeToBrokerType(EOrderStrategyTradeType tradeType);
-QString getAccountFromOrderParam(const QString& part1, const QString& part2);
-bool parserOrderTradeParam(const std::string& text, COrderTradeParam& param);
-void orderSettingFromString(COrderSetting& setting, const QString& text);
-void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record, EOperationType operation,
-                         int volume, double price, const CPriceDataPtr& quote);
-void fixTimeRange(CCodeOrderParam& record);
-bool isBuy(EOperationType operation);
-bool isClose(EOperationType operation);
-bool isDirectRepay(EOperationType operation);
-EEntrustTypes operationTypeToEntrustType(EOperationType operation);
-QString orderStrategyTypeToOrderTitle(EOrderStrategyType type);
-QString orderStrategyTypeToString(EOrderStrategyType type);
-QString orderStrategyOrderTypeToString(int orderType);
-QString orderStrategyTradeTypeToString(EOrderStrategyTradeType tradeType);
-QString knPriceTypeToString(EPriceType priceType, const std::string& code, bool shortForm);
+ORDERSERVICE_EXPORT QString qdStockKey(const QString& market, const QString& code);
+ORDERSERVICE_EXPORT EQDBrokerType orderStrategyTradeTypeToBrokerType(EOrderStrategyTradeType tradeType);
+ORDERSERVICE_EXPORT QString getAccountFromOrderParam(const QString& part1, const QString& part2);
+ORDERSERVICE_EXPORT bool parserOrderTradeParam(const std::string& text, COrderTradeParam& param);
+ORDERSERVICE_EXPORT void orderSettingFromString(COrderSetting& setting, const QString& text);
+ORDERSERVICE_EXPORT void orderSettingToParam(const COrderSetting& setting, CCodeOrderParam& record,
+                                             EOperationType operation, int volume, double price,
+                                             const CPriceDataPtr& quote);
+ORDERSERVICE_EXPORT void fixTimeRange(CCodeOrderParam& record);
+ORDERSERVICE_EXPORT bool isBuy(EOperationType operation);
+ORDERSERVICE_EXPORT bool isClose(EOperationType operation);
+ORDERSERVICE_EXPORT bool isDirectRepay(EOperationType operation);
+ORDERSERVICE_EXPORT EEntrustTypes operationTypeToEntrustType(EOperationType operation);
+ORDERSERVICE_EXPORT QString orderStrategyTypeToOrderTitle(EOrderStrategyType type);
+ORDERSERVICE_EXPORT QString orderStrategyTypeToString(EOrderStrategyType type);
+ORDERSERVICE_EXPORT QString orderStrategyOrderTypeToString(int orderType);
+ORDERSERVICE_EXPORT QString orderStrategyTradeTypeToString(EOrderStrategyTradeType tradeType);
+ORDERSERVICE_EXPORT QString knPriceTypeToString(EPriceType priceType, const std::string& code,
+                                                bool shortForm);
 
 } // namespace TC
 
 namespace knservice {
 
-bool isMarketPrice(TC::EPriceType priceType);
+ORDERSERVICE_EXPORT bool isMarketPrice(TC::EPriceType priceType);
 
-struct DataHelper {
+struct ORDERSERVICE_EXPORT DataHelper {
     static bool isAlgoOrderType(TC::EOrderType orderType);
     static TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType orderType);
 };

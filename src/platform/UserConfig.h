@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Account.h"
 #include "orderservice/records/Basket.h"
@@ -27,7 +28,7 @@ struct CMsgFlags {
 /// The logged-in user: rights, limits, accounts, settings and strategies. Owned by the host, which keeps it
 /// alive from log-in until releaseHost. Every operation may be called from any thread, also with the registry
 /// locked. It returns at once, waits neither for a network nor for another thread, and does not throw.
-class CUserConfig {
+class ORDERSERVICE_EXPORT CUserConfig {
 public:
     virtual ~CUserConfig() = default;
 
@@ -99,7 +100,7 @@ public:
 };
 
 /// Knows who is logged in.
-class CUserManager : public CHostService<CUserManager> {
+class ORDERSERVICE_EXPORT CUserManager : public CHostService<CUserManager> {
 public:
     static constexpr const char* kServiceName = "CUserManager";
 
@@ -109,15 +110,15 @@ public:
 };
 
 /// Calls CUserManager::getUserConfig of the installed host. Any thread.
-CUserConfig* getUserConfig();
+ORDERSERVICE_EXPORT CUserConfig* getUserConfig();
 
 /// The user's basket with this name, or nothing if there is none. The name is external input in UTF-8 or GBK
 /// and is case-sensitive. It is decoded like any external text first, see UW::sToQs. If no basket has the
 /// decoded name, it is decoded as GBK. Any thread.
-std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_view name);
+ORDERSERVICE_EXPORT std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_view name);
 
 /// Whether the strategy's group or account contains at least one account of the family's broker type. Any
 /// thread.
-bool hasAnyAccount(const CUserConfig& user, const COrderStrategyParam& strategy);
+ORDERSERVICE_EXPORT bool hasAnyAccount(const CUserConfig& user, const COrderStrategyParam& strategy);
 
 } // namespace TC

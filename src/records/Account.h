@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Data.h"
 #include "orderservice/records/Enums.h"
 
@@ -11,7 +12,7 @@
 namespace TC {
 
 /// One account. The host creates it and shares it by shared pointer.
-struct CAccountInfo : knservice::IData {
+struct ORDERSERVICE_EXPORT CAccountInfo : knservice::IData {
     int m_nBrokerType = -1; ///< an EQDBrokerType
     std::string m_strKey;   ///< UTF-8
     std::string getKey() const override { return m_strKey; }
@@ -20,7 +21,7 @@ struct CAccountInfo : knservice::IData {
 using CAccountInfoPtr = boost::shared_ptr<CAccountInfo>;
 
 /// A user's account in the configuration.
-class CAccount {
+class ORDERSERVICE_EXPORT CAccount {
 public:
     virtual ~CAccount() = default;
     virtual CAccountInfoPtr toInfo() const = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Data.h"
 
 #include <boost/shared_ptr.hpp>
@@ -8,7 +9,7 @@ namespace TC {
 
 /// Settings of an algorithm order. The host defines their content in its own record, which it derives from
 /// this class.
-class CAlgorithmOrderSetting : public knservice::IData {};
+class ORDERSERVICE_EXPORT CAlgorithmOrderSetting : public knservice::IData {};
 
 using CAlgorithmOrderSettingPtr = boost::shared_ptr<CAlgorithmOrderSetting>;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/Unset.h"
 #include "orderservice/records/Data.h"
 
@@ -29,7 +30,7 @@ using CBasketMap = QMap<QString, CBasketSetting>;
 
 /// The settings of a basket's hedge leg. The library knows only the price choice. The other fields belong to
 /// the host and are passed on unchanged.
-struct CBasketHedgeParam : knservice::IData {
+struct ORDERSERVICE_EXPORT CBasketHedgeParam : knservice::IData {
     int m_nPriceKind = 0; ///< 3 when buying, 9 when selling; key "m_nPriceKind"
 
     /// The document that was read, with the current price choice as the last field.

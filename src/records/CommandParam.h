@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orderservice/base/Bson.h"
+#include "orderservice/base/Export.h"
 #include "orderservice/base/Unset.h"
 #include "orderservice/records/Account.h"
 #include "orderservice/records/Data.h"
@@ -17,7 +18,7 @@
 namespace TC {
 
 /// One order line of a command: one instrument on one account. Texts are UTF-8.
-struct CCodeOrderParam : knservice::IData {
+struct ORDERSERVICE_EXPORT CCodeOrderParam : knservice::IData {
     CAccountInfoPtr m_account;
     EHedge_Flag_Type m_eHedgeFlag = EHedge_Flag_Type::Speculation;
     EOperationType m_eOperationType = unsetEnum<EOperationType>();
@@ -42,7 +43,7 @@ struct CCodeOrderParam : knservice::IData {
 
 /// One command for the trading layer. The host's order client receives a shared pointer to it. Texts are
 /// UTF-8.
-struct COrderComandParam : knservice::IData {
+struct ORDERSERVICE_EXPORT COrderComandParam : knservice::IData {
     EQdTraderType m_eTraderType = unsetEnum<EQdTraderType>();
     EQdHedgeType m_eHedgeType = EQdHedgeType::None;
     EFtSpecBtnBarType m_eBtnType = EFtSpecBtnBarType::None;
@@ -83,7 +84,7 @@ struct orderParamForOrderService : COrderParam {
 namespace knservice {
 
 /// State of one order at the broker. The trade client reports it; the host defines its content.
-struct COrderInfo : IData {};
+struct ORDERSERVICE_EXPORT COrderInfo : IData {};
 
 using COrderInfoPtr = boost::shared_ptr<COrderInfo>;
 

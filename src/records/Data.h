@@ -1,13 +1,14 @@
 #pragma once
 
 #include "orderservice/base/Bson.h"
+#include "orderservice/base/Export.h"
 
 #include <string>
 
 namespace knservice {
 
 /// Base of the records that the library and the host exchange by shared pointer.
-class IData {
+class ORDERSERVICE_EXPORT IData {
 public:
     virtual ~IData() = default;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Enums.h"
 #include "orderservice/records/OrderSetting.h"
 #include "orderservice/records/StrategyParam.h"
@@ -9,7 +10,7 @@
 namespace TC {
 
 /// The properties of a product family, without its check.
-struct CFamily {
+struct ORDERSERVICE_EXPORT CFamily {
     EOrderStrategyTradeType m_eTradeType;
     const char* m_pszName; ///< English name, for messages that developers read
     EQdTraderType m_eTraderType;
@@ -29,18 +30,18 @@ struct CFamily {
     bool tradesOn(EQDBrokerType broker) const;
 };
 
-extern const CFamily kFamilies[];
-extern const std::size_t kFamilyCount;
+extern ORDERSERVICE_EXPORT const CFamily kFamilies[];
+extern ORDERSERVICE_EXPORT const std::size_t kFamilyCount;
 
 /// The family of a trade type, or null for a number without a family.
-const CFamily* findFamily(EOrderStrategyTradeType tradeType);
+ORDERSERVICE_EXPORT const CFamily* findFamily(EOrderStrategyTradeType tradeType);
 
 /// The setting slot that orders of a trade type use; the stock slot for a number without a family.
-ESettingSlot settingSlotOf(EOrderStrategyTradeType tradeType);
+ORDERSERVICE_EXPORT ESettingSlot settingSlotOf(EOrderStrategyTradeType tradeType);
 /// The setting that the strategy's orders use. The reference is to a member of the strategy.
-const COrderSetting& settingOfFamily(const COrderStrategyParam& strategy);
+ORDERSERVICE_EXPORT const COrderSetting& settingOfFamily(const COrderStrategyParam& strategy);
 
 /// The command's family bit; the stock bit for numbers without a family.
-EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType);
+ORDERSERVICE_EXPORT EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType);
 
 } // namespace TC

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Enums.h"
 
 #include <cstddef>
@@ -65,13 +66,13 @@ constexpr unsigned familyBit(EOrderStrategyTradeType family) {
 
 /// The table of order numbers in ascending order, and its length. A number has one row if a family accepts it
 /// or if it has its own form.
-extern const COrderNumber kOrderNumbers[];
-extern const std::size_t kOrderNumberCount;
+extern ORDERSERVICE_EXPORT const COrderNumber kOrderNumbers[];
+extern ORDERSERVICE_EXPORT const std::size_t kOrderNumberCount;
 
 /// The row of a number, or null if it has none.
-const COrderNumber* findOrderNumber(int orderType);
+ORDERSERVICE_EXPORT const COrderNumber* findOrderNumber(int orderType);
 
 /// The form that the socket reads for a number. It is defined also for a number without a row.
-ESocketForm socketFormOf(int orderType);
+ORDERSERVICE_EXPORT ESocketForm socketFormOf(int orderType);
 
 } // namespace TC

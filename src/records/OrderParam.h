@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/Unset.h"
 #include "orderservice/records/Enums.h"
 
@@ -30,7 +31,7 @@ struct COrderSingleParam {
 };
 
 /// One order as a door received it.
-struct COrderParam {
+struct ORDERSERVICE_EXPORT COrderParam {
     int m_nOrderType = kUnsetInt; ///< order-type number, see records/OrderTypes.h
     int m_nChannel = kUnsetInt;   ///< id of the strategy that the order is meant for
     EOrderStrategyType m_eStrategyType = unsetEnum<EOrderStrategyType>();
@@ -67,13 +68,13 @@ struct COrderTradeParam {
 };
 
 /// Sort order of rows by code. `compare` is the same as a three-way comparison: negative, zero or positive.
-bool codeSingleParamLessThan(const COrderSingleParam& a, const COrderSingleParam& b);
+ORDERSERVICE_EXPORT bool codeSingleParamLessThan(const COrderSingleParam& a, const COrderSingleParam& b);
 
 struct COrderSingleParamCompareTraits {
     static int compare(const COrderSingleParam& a, const COrderSingleParam& b);
 };
 
 /// The code in an external field in GBK or UTF-8. "0" means no code.
-QString codeOfField(std::string_view field);
+ORDERSERVICE_EXPORT QString codeOfField(std::string_view field);
 
 } // namespace TC

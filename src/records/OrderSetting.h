@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/Unset.h"
 #include "orderservice/records/Enums.h"
 
@@ -46,6 +47,6 @@ inline constexpr int kSettingSlots = 16;
 enum class EDefaultSetting : int { None, Stock, Future, Basket, Option, Neeq, HGT, Gold };
 
 /// The default setting that a new strategy copies into the slot. None means that the slot is not changed.
-EDefaultSetting defaultForSlot(ESettingSlot slot);
+ORDERSERVICE_EXPORT EDefaultSetting defaultForSlot(ESettingSlot slot);
 
 } // namespace TC

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Enums.h"
 
 /// Names and properties of order-type numbers. The table is in records/OrderNumbers.h.
@@ -23,28 +24,28 @@ enum EOrderNumber : int {
 };
 
 /// 25, 26 and 33: a first line with such a number is a basket header.
-bool isBasketHeaderOrder(int orderType);
+ORDERSERVICE_EXPORT bool isBasketHeaderOrder(int orderType);
 /// 34 and 35: the rows are target positions.
-bool isTargetOrder(int orderType);
+ORDERSERVICE_EXPORT bool isTargetOrder(int orderType);
 /// 6 to 9: orders of the button "close first" of the futures panel. 10 to 15: orders of its button "open or
 /// close". 14 and 15 only open a position, but they belong to that button too.
-bool isCloseFirstButton(int orderType);
-bool isOpenOrCloseButton(int orderType);
+ORDERSERVICE_EXPORT bool isCloseFirstButton(int orderType);
+ORDERSERVICE_EXPORT bool isOpenOrCloseButton(int orderType);
 /// 29 to 32 and 39: shares or money of a credit account are repaid.
-bool isRepayOrder(int orderType);
+ORDERSERVICE_EXPORT bool isRepayOrder(int orderType);
 /// 37 and 38: one contract of a credit account is ended.
-bool isContractEndOrder(int orderType);
+ORDERSERVICE_EXPORT bool isContractEndOrder(int orderType);
 /// 56 and 57: the underlying stock of an option is locked and unlocked.
-bool isStockLockOrder(int orderType);
+ORDERSERVICE_EXPORT bool isStockLockOrder(int orderType);
 /// 54, 55 and 100: options on stocks and on futures are exercised.
-bool isExerciseOrder(int orderType);
+ORDERSERVICE_EXPORT bool isExerciseOrder(int orderType);
 /// 86 to 92: operations of funds. Their records have a quantity in addition to the volume. 90 and 91 are sent
 /// at a price of 1 and ignore the setting.
-bool isFundOrder(int orderType);
-bool isFixedPriceFundOrder(int orderType);
+ORDERSERVICE_EXPORT bool isFundOrder(int orderType);
+ORDERSERVICE_EXPORT bool isFixedPriceFundOrder(int orderType);
 
 /// The operation of a number for the trading layer. Unset for 33, 34, 35 and for numbers without an
 /// operation.
-EOperationType orderTypeToOperationType(int orderType);
+ORDERSERVICE_EXPORT EOperationType orderTypeToOperationType(int orderType);
 
 } // namespace TC

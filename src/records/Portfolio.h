@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Account.h"
 #include "orderservice/records/Data.h"
 
@@ -13,7 +14,7 @@
 namespace knservice {
 
 /// A position in the data centre.
-struct CPositionDetail : IData {
+struct ORDERSERVICE_EXPORT CPositionDetail : IData {
     std::string m_strCode; ///< instrument code
     int m_nVolume = 0;     ///< shares or lots
     bool m_bFlag = false;  ///< the volume is ignored: a sell order uses 0 instead
@@ -21,7 +22,7 @@ struct CPositionDetail : IData {
 using CPositionDetailPtr = boost::shared_ptr<CPositionDetail>;
 
 /// The sum of an account's positions in one instrument.
-struct CPositionStatics : IData {
+struct ORDERSERVICE_EXPORT CPositionStatics : IData {
     TC::CAccountInfoPtr m_account;
     std::string m_strMarket;
     std::string m_strCode;
@@ -32,7 +33,7 @@ struct CPositionStatics : IData {
 using CPositionStaticsPtr = boost::shared_ptr<CPositionStatics>;
 
 /// A portfolio and its positions by key text. An order sells the position with the first key in byte order.
-struct CPortfolio : IData {
+struct ORDERSERVICE_EXPORT CPortfolio : IData {
     std::map<std::string, boost::shared_ptr<IData>> m_positions;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Enums.h"
 
 #include <cstddef>
@@ -13,11 +14,11 @@ struct CPriceCommand {
     int m_nPriceType; ///< an EPriceType; numbers without a name belong to the quote service
 };
 
-extern const CPriceCommand kPriceCommands[];
-extern const std::size_t kPriceCommandCount;
+extern ORDERSERVICE_EXPORT const CPriceCommand kPriceCommands[];
+extern ORDERSERVICE_EXPORT const std::size_t kPriceCommandCount;
 
 /// Returns the price type of a command; case-sensitive. A command that is not in the table means
 /// EPriceType::Latest.
-EPriceType getPriceTypeByCmd(const std::string& cmd);
+ORDERSERVICE_EXPORT EPriceType getPriceTypeByCmd(const std::string& cmd);
 
 } // namespace TC

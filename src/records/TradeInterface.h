@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/records/Data.h"
 
 #include <boost/shared_ptr.hpp>
@@ -13,7 +14,7 @@ namespace knservice {
 
 /// One entry of an interface's white list. The host defines its fields; the library stores the document
 /// unchanged.
-class CFrameWorkInstrumentWhiteList : public IData {
+class ORDERSERVICE_EXPORT CFrameWorkInstrumentWhiteList : public IData {
 public:
     bson::BSONObj toBson() const override { return m_object; }
     void bsonValueFromObj(const bson::BSONObj& object) override { m_object = object; }
@@ -28,7 +29,7 @@ inline constexpr const char* kInterfaceDataAttribute = "interfacedata";
 
 /// One interface of the trade framework: which strategy library runs on which account, with its automatic
 /// settings. The reserved fields belong to the framework and are not stored.
-class TradeInterfaceData {
+class ORDERSERVICE_EXPORT TradeInterfaceData {
 public:
     /// The keys of the stored fields in the order in which they are written. The key of the white list is the
     /// last.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/ManualSingleton.h"
 #include "orderservice/gates/OrderGate.h"
 #include "orderservice/gates/StrategyRegistry.h"
@@ -39,10 +40,10 @@ class CUserConfig;
 /// The host creates it on its main thread after installHost and stores it with initInstance. Then the host
 /// creates the COrderServiceAdapter. It calls loadFromConfig once the user is logged in. At the end of the
 /// process it calls shutdown and release, in this order, before releaseHost.
-class COrderService : public QObject,
-                      public utils::CManualSingletonT<COrderService>,
-                      public IOrderGate,
-                      public IStrategyRegistry {
+class ORDERSERVICE_EXPORT COrderService : public QObject,
+                                          public utils::CManualSingletonT<COrderService>,
+                                          public IOrderGate,
+                                          public IStrategyRegistry {
     Q_OBJECT
 public:
     /// Starts the service's thread and moves this object to it. An object with a parent cannot be moved, so

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/base/Export.h"
 #include "orderservice/base/ManualSingleton.h"
 #include "orderservice/records/CommandParam.h"
 #include "orderservice/records/StrategyParam.h"
@@ -11,7 +12,8 @@ namespace TC {
 
 /// Lives on the client's main thread. It brings checked orders back to this thread, because only there the
 /// user can be asked.
-class COrderServiceAdapter : public QObject, public utils::CManualSingletonT<COrderServiceAdapter> {
+class ORDERSERVICE_EXPORT COrderServiceAdapter : public QObject,
+                                                 public utils::CManualSingletonT<COrderServiceAdapter> {
     Q_OBJECT
 public:
     /// Connects to the COrderService singleton. If the singleton does not exist yet, the adapter is never
