@@ -59,6 +59,13 @@ class HostPage(unittest.TestCase):
         self.assertGreater(len(services), 10)
         self.assertEqual(services - on_page, set())
 
+    def test_headers_with_operations_of_a_service_are_in_its_row(self):
+        cells = {name: row[1] for row in rows_of(section("All services")) for name in names_in(row[0])}
+        themes = {header.name: match.group(1) for header in (ROOT / "src/platform").glob("*.h")
+                  for match in re.finditer(r"using CService = (\w+);", code_of(header))}
+        self.assertGreater(len(themes), 5)
+        self.assertEqual({name for name, service in themes.items() if f"`src/platform/{name}`" not in cells[service]}, set())
+
     def test_every_switch_is_told(self):
         on_page = {name for row in rows_of(section("Switches")) for name in names_in(row[0])}
         asked = {name for path in (ROOT / "src").rglob("*.cpp") for name in re.findall(r'"(mdl_order_\w+)"', code_of(path))}
