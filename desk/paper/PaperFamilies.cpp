@@ -1,5 +1,8 @@
 #include "desk/paper/PaperFamilies.h"
 
+#include "desk/config/Kinds.h"
+#include "orderservice/records/Families.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -12,59 +15,17 @@ using EKind = EInstrumentKind;
 
 // The share-transfer market is missing because its commands name no instrument.
 constexpr CPaperFamily kFamilies[] = {
-    {EFamily::Stock,
-     EKind::Stock,
-     "stock",
-     EPayment::Full,
-     {EQDBrokerType::Stock, EQDBrokerType::Stock},
-     "stock account"},
-    {EFamily::FutureSpeculation,
-     EKind::Future,
-     "future",
-     EPayment::Margin,
-     {EQDBrokerType::Future, EQDBrokerType::Future},
-     "futures account"},
-    {EFamily::Basket,
-     EKind::Stock,
-     "stock",
-     EPayment::Full,
-     {EQDBrokerType::Stock, EQDBrokerType::Credit},
-     "stock or credit account"},
-    {EFamily::Credit,
-     EKind::Stock,
-     "stock",
-     EPayment::Full,
-     {EQDBrokerType::Credit, EQDBrokerType::Credit},
-     "credit account"},
-    {EFamily::Gold,
-     EKind::Gold,
-     "gold contract",
-     EPayment::Margin,
-     {EQDBrokerType::Gold, EQDBrokerType::Gold},
-     "gold account"},
-    {EFamily::Option,
-     EKind::StockOption,
-     "stock option",
-     EPayment::Premium,
-     {EQDBrokerType::StockOption, EQDBrokerType::StockOption},
-     "stock option account"},
-    {EFamily::HGT,
-     EKind::Hgt,
-     "stock of the Shanghai connect",
-     EPayment::Full,
-     {EQDBrokerType::HGT, EQDBrokerType::HGT},
+    {EFamily::Stock, EKind::Stock, "stock", EPayment::Full, "stock account"},
+    {EFamily::FutureSpeculation, EKind::Future, "future", EPayment::Margin, "futures account"},
+    {EFamily::Basket, EKind::Stock, "stock", EPayment::Full, "stock or credit account"},
+    {EFamily::Credit, EKind::Stock, "stock", EPayment::Full, "credit account"},
+    {EFamily::Gold, EKind::Gold, "gold contract", EPayment::Margin, "gold account"},
+    {EFamily::Option, EKind::StockOption, "stock option", EPayment::Premium, "stock option account"},
+    {EFamily::HGT, EKind::Hgt, "stock of the Shanghai connect", EPayment::Full,
      "account of the Shanghai connect"},
-    {EFamily::FutureOption,
-     EKind::FutureOption,
-     "futures option",
-     EPayment::Premium,
-     {EQDBrokerType::FutureOption, EQDBrokerType::FutureOption},
+    {EFamily::FutureOption, EKind::FutureOption, "futures option", EPayment::Premium,
      "futures option account"},
-    {EFamily::SGT,
-     EKind::Sgt,
-     "stock of the Shenzhen connect",
-     EPayment::Full,
-     {EQDBrokerType::SGT, EQDBrokerType::SGT},
+    {EFamily::SGT, EKind::Sgt, "stock of the Shenzhen connect", EPayment::Full,
      "account of the Shenzhen connect"},
 };
 
@@ -145,10 +106,14 @@ const CPaperFamily* findPaperFamily(TC::EQdTraderType type) {
     return found != std::end(kFamilies) ? found : nullptr;
 }
 
-bool canTrade(EQDBrokerType broker, EKind kind) {
-    return std::any_of(std::begin(kFamilies), std::end(kFamilies), [&](const CPaperFamily& row) {
-        return row.m_eInstrumentKind == kind && row.accepts(broker);
+bool CPaperFamily::accepts(EQDBrokerType broker) const {
+    return std::any_of(TC::kFamilies, TC::kFamilies + TC::kFamilyCount, [&](const TC::CFamily& family) {
+        return family.m_eTraderType == m_eType && family.tradesOn(broker);
     });
+}
+
+bool canTrade(EQDBrokerType broker, EKind kind) {
+    return holdsKind(broker, kind) && familyOfKind(kind) != nullptr;
 }
 
 std::optional<EPayment> paymentOf(EKind kind, EPositionSide side) {

@@ -23,11 +23,11 @@ struct CPaperFamily {
     TC::EQdTraderType m_eType;
     EInstrumentKind m_eInstrumentKind;
     const char* m_pszInstrumentKind;
-    EPayment m_ePayment; ///< for opening and closing; plain buys and sells are always paid in full
-    TC::EQDBrokerType m_brokers[2];
-    const char* m_pszBrokers;
+    EPayment m_ePayment;      ///< for opening and closing; plain buys and sells are always paid in full
+    const char* m_pszBrokers; ///< the kinds of accounts, for messages
 
-    bool accepts(TC::EQDBrokerType broker) const { return broker == m_brokers[0] || broker == m_brokers[1]; }
+    /// Whether the family trades on accounts of this kind (records/Families.h).
+    bool accepts(TC::EQDBrokerType broker) const;
 };
 
 /// The family, or null if it is not modelled. Any thread.
