@@ -56,8 +56,7 @@ enum class EClosing : int {
 
 /// How the broker handles an operation in a family.
 struct COperationRule {
-    int m_nFirst; ///< TC::EOperationType numbers, first and last
-    int m_nLast;
+    TC::EOperationType m_eOperation;
     int m_nFamilies; ///< bits of TC::EQdTraderType
     EClosing m_eClosing;
     const char* m_pszRefusal; ///< why it is not modelled; null if it is modelled

@@ -4,7 +4,6 @@
 #include "orderservice/kit/TradingWords.h"
 #include "orderservice/platform/MsgService.h"
 #include "orderservice/records/Families.h"
-#include "orderservice/records/OrderTypes.h"
 
 namespace kit {
 namespace {
@@ -43,8 +42,7 @@ void CTradingRulesBase::orderSettingToParam(const TC::COrderSetting& setting, TC
 }
 
 bool CTradingRulesBase::isDirectRepay(TC::EOperationType operation) {
-    return operation == TC::orderTypeToOperationType(TC::kOrderCreditAmount) ||
-           operation == TC::orderTypeToOperationType(TC::kOrderCreditFurther);
+    return operation == TC::EOperationType::RepayMoney || operation == TC::EOperationType::RepayMoneyContract;
 }
 
 TC::EEntrustTypes CTradingRulesBase::operationTypeToEntrustType(TC::EOperationType) {
