@@ -18,9 +18,7 @@ namespace {
 /// Whether the family trades on accounts of this kind.
 bool tradesOn(TC::EOrderStrategyTradeType tradeType, TC::EQDBrokerType broker) {
     const TC::CFamily* family = TC::findFamily(tradeType);
-    const bool isBasket = tradeType == TC::EOrderStrategyTradeType::Basket;
-    return (family != nullptr && broker == family->m_eBrokerType) ||
-           (isBasket && broker == TC::EQDBrokerType::Credit);
+    return family != nullptr && family->tradesOn(broker);
 }
 
 constexpr const char* kLoginNote = "; a strategy of source \"signal\" needs a login";

@@ -270,18 +270,14 @@ void insertKeys(const CRecordKeys<R>& keys, toml::table& table, const R& record,
     }
 }
 
-/// Returns the slot for a strategy's own settings.
-TC::ESettingSlot slotOf(TC::EOrderStrategyTradeType tradeType) {
-    const TC::CFamily* family = TC::findFamily(tradeType);
-    return family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock;
-}
-
-/// Returns the same slot before the keys are read: their target slot depends on the key "family".
+/// Returns the slot for a strategy's own settings before the keys are read: their target slot depends on the
+/// key "family".
 TC::ESettingSlot ownSlot(const toml::table& table) {
     const auto word = table["family"].value<std::string>();
     const auto found = word ? familyWords().find(*word) : familyWords().end();
-    return found != familyWords().end() ? slotOf(static_cast<TC::EOrderStrategyTradeType>(found->second))
-                                        : TC::ESettingSlot::Stock;
+    return found != familyWords().end()
+               ? TC::settingSlotOf(static_cast<TC::EOrderStrategyTradeType>(found->second))
+               : TC::ESettingSlot::Stock;
 }
 
 /// Reads one [[strategy.setting]] table. `taken`: the slots that already have their settings.
@@ -372,7 +368,7 @@ COrderStrategyParam readStrategyKeys(const std::filesystem::path& folder, const 
 toml::table strategyTable(const std::filesystem::path& folder, const CDeskConfig& config,
                           const COrderStrategyParam& strategy) {
     const COrderStrategyParam start = freshStrategy(config);
-    const TC::ESettingSlot own = slotOf(strategy.m_eTradeType);
+    const TC::ESettingSlot own = TC::settingSlotOf(strategy.m_eTradeType);
     const bool isAccount = strategy.m_eSelectedAccountType == TC::ESelectedAccountType::Account;
     toml::table table;
     insertKeys(strategyKeys(), table, strategy, start);

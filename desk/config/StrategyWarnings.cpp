@@ -99,11 +99,6 @@ void warnOfHedge(const CTomlSection& section, const CDeskConfig& config,
                        "the paper broker rejects hedged baskets, and mdl_order_compose_hedge is on");
 }
 
-const TC::COrderSetting& ownSetting(const TC::COrderStrategyParam& strategy) {
-    const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
-    return strategy.setting(family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock);
-}
-
 } // namespace
 
 void warnOfSetting(const CTomlSection& section, const TC::COrderSetting& setting,
@@ -136,7 +131,7 @@ void warnOfStrategy(const CTomlSection& section, const CDeskConfig& config,
     warnOfLogin(section, config, strategy);
     warnOfSource(section, strategy, path);
     warnOfHedge(section, config, strategy);
-    warnOfSetting(section, ownSetting(strategy), "order_kind");
+    warnOfSetting(section, TC::settingOfFamily(strategy), "order_kind");
 }
 
 } // namespace desk

@@ -1,8 +1,12 @@
 #pragma once
 
 #include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/Switches.h"
 
 #include <set>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace desk {
 
@@ -13,7 +17,8 @@ public:
     explicit CDeskLuaModuleCtrl(std::set<std::string> switches) : m_switches(std::move(switches)) {}
 
     bool checkModule(const std::vector<std::string>& path) override {
-        return path.size() == 2 && path[0] == "mdl_order" && m_switches.count(path[1]) > 0;
+        const std::string* name = TC::orderSwitchOf(path);
+        return name != nullptr && m_switches.count(*name) > 0;
     }
 
 private:

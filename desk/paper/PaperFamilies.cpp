@@ -1,5 +1,9 @@
 #include "desk/paper/PaperFamilies.h"
 
+#include "desk/config/Kinds.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/records/Families.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -9,62 +13,21 @@ namespace {
 using TC::EQDBrokerType;
 using EFamily = TC::EQdTraderType;
 using EKind = EInstrumentKind;
+using EOperation = TC::EOperationType;
 
 // The share-transfer market is missing because its commands name no instrument.
 constexpr CPaperFamily kFamilies[] = {
-    {EFamily::Stock,
-     EKind::Stock,
-     "stock",
-     EPayment::Full,
-     {EQDBrokerType::Stock, EQDBrokerType::Stock},
-     "stock account"},
-    {EFamily::FutureSpeculation,
-     EKind::Future,
-     "future",
-     EPayment::Margin,
-     {EQDBrokerType::Future, EQDBrokerType::Future},
-     "futures account"},
-    {EFamily::Basket,
-     EKind::Stock,
-     "stock",
-     EPayment::Full,
-     {EQDBrokerType::Stock, EQDBrokerType::Credit},
-     "stock or credit account"},
-    {EFamily::Credit,
-     EKind::Stock,
-     "stock",
-     EPayment::Full,
-     {EQDBrokerType::Credit, EQDBrokerType::Credit},
-     "credit account"},
-    {EFamily::Gold,
-     EKind::Gold,
-     "gold contract",
-     EPayment::Margin,
-     {EQDBrokerType::Gold, EQDBrokerType::Gold},
-     "gold account"},
-    {EFamily::Option,
-     EKind::StockOption,
-     "stock option",
-     EPayment::Premium,
-     {EQDBrokerType::StockOption, EQDBrokerType::StockOption},
-     "stock option account"},
-    {EFamily::HGT,
-     EKind::Hgt,
-     "stock of the Shanghai connect",
-     EPayment::Full,
-     {EQDBrokerType::HGT, EQDBrokerType::HGT},
+    {EFamily::Stock, EKind::Stock, "stock", EPayment::Full, "stock account"},
+    {EFamily::FutureSpeculation, EKind::Future, "future", EPayment::Margin, "futures account"},
+    {EFamily::Basket, EKind::Stock, "stock", EPayment::Full, "stock or credit account"},
+    {EFamily::Credit, EKind::Stock, "stock", EPayment::Full, "credit account"},
+    {EFamily::Gold, EKind::Gold, "gold contract", EPayment::Margin, "gold account"},
+    {EFamily::Option, EKind::StockOption, "stock option", EPayment::Premium, "stock option account"},
+    {EFamily::HGT, EKind::Hgt, "stock of the Shanghai connect", EPayment::Full,
      "account of the Shanghai connect"},
-    {EFamily::FutureOption,
-     EKind::FutureOption,
-     "futures option",
-     EPayment::Premium,
-     {EQDBrokerType::FutureOption, EQDBrokerType::FutureOption},
+    {EFamily::FutureOption, EKind::FutureOption, "futures option", EPayment::Premium,
      "futures option account"},
-    {EFamily::SGT,
-     EKind::Sgt,
-     "stock of the Shenzhen connect",
-     EPayment::Full,
-     {EQDBrokerType::SGT, EQDBrokerType::SGT},
+    {EFamily::SGT, EKind::Sgt, "stock of the Shenzhen connect", EPayment::Full,
      "account of the Shenzhen connect"},
 };
 
@@ -85,50 +48,52 @@ constexpr const char* kNoCover = "covered options are not modelled";
 constexpr const char* kNoLock = "locking of stocks is not modelled";
 constexpr const char* kNoContract = "single credit contracts are not modelled";
 
-// Side, effect and booking of each number are in the table of kit/Operations.
+// Side, effect and booking of each operation are in the table of kit/Operations.
 constexpr COperationRule kOperationRules[] = {
-    {18, 18, kPlain, EClosing::None, nullptr},
-    {19, 19, kPlain, EClosing::EarlierFirst, nullptr},
+    {EOperation::Buy, kPlain, EClosing::None, nullptr},
+    {EOperation::Sell, kPlain, EClosing::EarlierFirst, nullptr},
 
-    {0, 0, kFutures | kGold, EClosing::None, nullptr},
-    {1, 1, kFutures, EClosing::Earlier, nullptr},
-    {2, 2, kFutures, EClosing::Today, nullptr},
-    {3, 3, kFutures | kGold, EClosing::None, nullptr},
-    {4, 4, kFutures, EClosing::Earlier, nullptr},
-    {5, 5, kFutures, EClosing::Today, nullptr},
-    {6, 6, kFutures, EClosing::TodayFirst, nullptr},
-    {7, 7, kFutures, EClosing::EarlierFirst, nullptr},
-    {8, 8, kFutures, EClosing::TodayFirst, nullptr},
-    {9, 9, kFutures, EClosing::EarlierFirst, nullptr},
-    {10, 10, kFutures, EClosing::TodayFirst, nullptr},
-    {11, 11, kFutures, EClosing::EarlierFirst, nullptr},
-    {12, 12, kFutures, EClosing::TodayFirst, nullptr},
-    {13, 13, kFutures, EClosing::EarlierFirst, nullptr},
-    {50, 50, kFutureOption, EClosing::None, kNoExercise},
+    {EOperation::OpenLong, kFutures | kGold, EClosing::None, nullptr},
+    {EOperation::CloseLongEarlier, kFutures, EClosing::Earlier, nullptr},
+    {EOperation::CloseLongToday, kFutures, EClosing::Today, nullptr},
+    {EOperation::OpenShort, kFutures | kGold, EClosing::None, nullptr},
+    {EOperation::CloseShortEarlier, kFutures, EClosing::Earlier, nullptr},
+    {EOperation::CloseShortToday, kFutures, EClosing::Today, nullptr},
+    {EOperation::CloseLongTodayFirst, kFutures, EClosing::TodayFirst, nullptr},
+    {EOperation::CloseLongEarlierFirst, kFutures, EClosing::EarlierFirst, nullptr},
+    {EOperation::CloseShortTodayFirst, kFutures, EClosing::TodayFirst, nullptr},
+    {EOperation::CloseShortEarlierFirst, kFutures, EClosing::EarlierFirst, nullptr},
+    {EOperation::CloseLongTodayFirstThenOpenShort, kFutures, EClosing::TodayFirst, nullptr},
+    {EOperation::CloseLongEarlierFirstThenOpenShort, kFutures, EClosing::EarlierFirst, nullptr},
+    {EOperation::CloseShortTodayFirstThenOpenLong, kFutures, EClosing::TodayFirst, nullptr},
+    {EOperation::CloseShortEarlierFirstThenOpenLong, kFutures, EClosing::EarlierFirst, nullptr},
+    {EOperation::ExerciseFutureOption, kFutureOption, EClosing::None, kNoExercise},
 
     // Gold has no separate operation for volume opened today.
-    {1, 1, kGold, EClosing::EarlierFirst, nullptr},
-    {4, 4, kGold, EClosing::EarlierFirst, nullptr},
+    {EOperation::CloseLongEarlier, kGold, EClosing::EarlierFirst, nullptr},
+    {EOperation::CloseShortEarlier, kGold, EClosing::EarlierFirst, nullptr},
 
-    {32, 32, kOption, EClosing::None, nullptr},
-    {33, 33, kOption, EClosing::EarlierFirst, nullptr},
-    {34, 34, kOption, EClosing::None, nullptr},
-    {35, 35, kOption, EClosing::EarlierFirst, nullptr},
-    {36, 37, kOption, EClosing::None, kNoCover},
-    {38, 39, kOption, EClosing::None, kNoExercise},
-    {40, 41, kOption, EClosing::None, kNoLock},
+    {EOperation::OptionBuyOpen, kOption, EClosing::None, nullptr},
+    {EOperation::OptionSellClose, kOption, EClosing::EarlierFirst, nullptr},
+    {EOperation::OptionSellOpen, kOption, EClosing::None, nullptr},
+    {EOperation::OptionBuyClose, kOption, EClosing::EarlierFirst, nullptr},
+    {EOperation::OptionCoveredOpen, kOption, EClosing::None, kNoCover},
+    {EOperation::OptionCoveredClose, kOption, EClosing::None, kNoCover},
+    {EOperation::OptionExerciseCall, kOption, EClosing::None, kNoExercise},
+    {EOperation::OptionExercisePut, kOption, EClosing::None, kNoExercise},
+    {EOperation::OptionLock, kOption, EClosing::None, kNoLock},
+    {EOperation::OptionUnlock, kOption, EClosing::None, kNoLock},
 
-    {20, 22, kCredit, EClosing::None, nullptr},
-    {23, 24, kCredit, EClosing::EarlierFirst, nullptr},
-    {25, 25, kCredit, EClosing::None, nullptr},
-    {55, 56, kCredit, EClosing::None, kNoContract},
-    {1021, 1021, kCredit, EClosing::None, kNoContract},
+    {EOperation::MarginBuy, kCredit, EClosing::None, nullptr},
+    {EOperation::ShortSell, kCredit, EClosing::None, nullptr},
+    {EOperation::BuyToReturn, kCredit, EClosing::None, nullptr},
+    {EOperation::ReturnShares, kCredit, EClosing::EarlierFirst, nullptr},
+    {EOperation::SellToRepay, kCredit, EClosing::EarlierFirst, nullptr},
+    {EOperation::RepayMoney, kCredit, EClosing::None, nullptr},
+    {EOperation::EndMoneyContract, kCredit, EClosing::None, kNoContract},
+    {EOperation::EndShareContract, kCredit, EClosing::None, kNoContract},
+    {EOperation::RepayMoneyContract, kCredit, EClosing::None, kNoContract},
 };
-
-bool covers(const COperationRule& rule, TC::EOperationType operation) {
-    const int number = static_cast<int>(operation);
-    return number >= rule.m_nFirst && number <= rule.m_nLast;
-}
 
 /// The first family of this kind. All families with the same instrument kind have the same payment.
 const CPaperFamily* familyOfKind(EKind kind) {
@@ -145,10 +110,14 @@ const CPaperFamily* findPaperFamily(TC::EQdTraderType type) {
     return found != std::end(kFamilies) ? found : nullptr;
 }
 
-bool canTrade(EQDBrokerType broker, EKind kind) {
-    return std::any_of(std::begin(kFamilies), std::end(kFamilies), [&](const CPaperFamily& row) {
-        return row.m_eInstrumentKind == kind && row.accepts(broker);
+bool CPaperFamily::accepts(EQDBrokerType broker) const {
+    return std::any_of(TC::kFamilies, TC::kFamilies + TC::kFamilyCount, [&](const TC::CFamily& family) {
+        return family.m_eTraderType == m_eType && family.tradesOn(broker);
     });
+}
+
+bool canTrade(EQDBrokerType broker, EKind kind) {
+    return holdsKind(broker, kind) && familyOfKind(kind) != nullptr;
 }
 
 std::optional<EPayment> paymentOf(EKind kind, EPositionSide side) {
@@ -174,7 +143,7 @@ CMoney paidFor(EPayment payment, CMoney cost) {
 const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTraderType family) {
     const auto found =
         std::find_if(std::begin(kOperationRules), std::end(kOperationRules), [&](const COperationRule& rule) {
-            return covers(rule, operation) && (rule.m_nFamilies & bit(family)) != 0;
+            return rule.m_eOperation == operation && (rule.m_nFamilies & bit(family)) != 0;
         });
     return found != std::end(kOperationRules) ? found : nullptr;
 }
@@ -191,12 +160,12 @@ const CPaperFamily* findClosingFamily(EKind kind, TC::EOperationType operation) 
 
 bool isOperationOfAnyFamily(TC::EOperationType operation) {
     return std::any_of(std::begin(kOperationRules), std::end(kOperationRules),
-                       [&](const COperationRule& rule) { return covers(rule, operation); });
+                       [&](const COperationRule& rule) { return rule.m_eOperation == operation; });
 }
 
 const kit::COperation& operationOf(const CPaperOrder& order) {
-    static constexpr kit::COperation kNothing{-1, kit::ETradeSide::None, kit::EOperationEffect::None,
-                                              kit::EBooking::Own};
+    static constexpr kit::COperation kNothing{TC::unsetEnum<TC::EOperationType>(), kit::ETradeSide::None,
+                                              kit::EOperationEffect::None, kit::EBooking::Own};
     const kit::COperation* found = kit::findOperation(order.m_eOperation);
     return found != nullptr ? *found : kNothing;
 }

@@ -23,11 +23,11 @@ struct CPaperFamily {
     TC::EQdTraderType m_eType;
     EInstrumentKind m_eInstrumentKind;
     const char* m_pszInstrumentKind;
-    EPayment m_ePayment; ///< for opening and closing; plain buys and sells are always paid in full
-    TC::EQDBrokerType m_brokers[2];
-    const char* m_pszBrokers;
+    EPayment m_ePayment;      ///< for opening and closing; plain buys and sells are always paid in full
+    const char* m_pszBrokers; ///< the kinds of accounts, for messages
 
-    bool accepts(TC::EQDBrokerType broker) const { return broker == m_brokers[0] || broker == m_brokers[1]; }
+    /// Whether the family trades on accounts of this kind (records/Families.h).
+    bool accepts(TC::EQDBrokerType broker) const;
 };
 
 /// The family, or null if it is not modelled. Any thread.
@@ -56,8 +56,7 @@ enum class EClosing : int {
 
 /// How the broker handles an operation in a family.
 struct COperationRule {
-    int m_nFirst; ///< TC::EOperationType numbers, first and last
-    int m_nLast;
+    TC::EOperationType m_eOperation;
     int m_nFamilies; ///< bits of TC::EQdTraderType
     EClosing m_eClosing;
     const char* m_pszRefusal; ///< why it is not modelled; null if it is modelled

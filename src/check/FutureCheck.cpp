@@ -22,7 +22,7 @@ void takeLimits(const COrderSingleParam& line, COrderSetting& setting) {
     }
 }
 
-template<bool (CExchangeClient::*kIsKnown)(const QString&)>
+template<auto kIsKnown>
 bool checkCode(const CCheckRun& run) {
     if (hostCall<kIsKnown>(run.code)) return true;
     // The text shows the channel in both places and never the code. It stays so because users know this

@@ -13,7 +13,7 @@ namespace {
 
 /// Replaces the code by the market's key: the market word joined with the code. A code that is already a key
 /// is only changed to upper case. If neither key is known, it reports and returns false.
-template<bool (CExchangeClient::*kIsKnown)(const QString&)>
+template<auto kIsKnown>
 bool resolveMarketCode(CCheckRun& run, const QString& word) {
     const QString key = qdStockKey(word, run.code);
     const QString upper = run.code.toUpper();

@@ -21,7 +21,7 @@ void warn(TC::EOrderStrategyType source, const QString& pattern, std::initialize
                                         flags.m_bSecond, QString());
 }
 
-QString whereabouts(const TC::CIntakeReport& report) {
+QString keptFileText(const TC::CIntakeReport& report) {
     if (report.m_strKeptAs.isEmpty()) return QStringLiteral("文件已删除");
     return utils::fillText(QStringLiteral("文件保存为 [%1]"), {report.m_strKeptAs});
 }
@@ -39,11 +39,11 @@ void CIntakeAuditBase::recordIntake(const TC::CIntakeReport& report) {
     }
     if (report.m_bRejected) {
         warn(report.m_eStrategyType, QStringLiteral("%1 已拒绝, 其内容未执行: %2; %3"),
-             {report.m_strSource, report.m_strCause, whereabouts(report)});
+             {report.m_strSource, report.m_strCause, keptFileText(report)});
     }
     if (report.m_bLeftOver) {
         warn(report.m_eStrategyType, QStringLiteral("%1 为遗留文件, 本次未读取, 其指令可能已执行: %2; %3"),
-             {report.m_strSource, report.m_strCause, whereabouts(report)});
+             {report.m_strSource, report.m_strCause, keptFileText(report)});
     }
     if (report.m_nIgnoredLines != 0) {
         warn(report.m_eStrategyType, QStringLiteral("%1 有%2行未生效, 首行为 %3"),

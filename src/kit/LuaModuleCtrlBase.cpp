@@ -5,7 +5,8 @@
 namespace kit {
 
 bool CLuaModuleCtrlBase::checkModule(const std::vector<std::string>& path) {
-    return path.size() == 2 && path[0] == "mdl_order" && path[1] == TC::kCommandGuardSwitch;
+    const std::string* name = TC::orderSwitchOf(path);
+    return name != nullptr && *name == TC::kCommandGuardSwitch;
 }
 
 } // namespace kit

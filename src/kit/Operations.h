@@ -35,7 +35,7 @@ enum class EBooking : int {
 
 /// The properties of one operation that trading, booking and reading the journal need.
 struct COperation {
-    int m_nNumber; ///< number of the TC::EOperationType
+    TC::EOperationType m_eOperation;
     ETradeSide m_eSide;
     EOperationEffect m_eEffect;
     EBooking m_eBooking;

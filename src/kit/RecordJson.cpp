@@ -65,11 +65,6 @@ CJson settingFields(const TC::COrderSetting& setting) {
                  {"cmd_log", setting.m_strCmdLog}};
 }
 
-const TC::COrderSetting& familySetting(const TC::COrderStrategyParam& strategy) {
-    const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
-    return strategy.setting(family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock);
-}
-
 } // namespace
 
 CJson commandJson(const TC::COrderComandParam& command) {
@@ -161,7 +156,7 @@ CJson strategyJson(const TC::COrderStrategyParam& strategy) {
                  {"signal_source", textValue(strategy.m_strSignalSource)},
                  {"user", textValue(strategy.m_strUser)},
                  {"code", textValue(strategy.m_strCode)},
-                 {"setting", settingFields(familySetting(strategy))},
+                 {"setting", settingFields(TC::settingOfFamily(strategy))},
                  {"volume", numberValue(strategy.m_nVolume)},
                  {"use_amount", strategy.m_bUseAmount},
                  {"amount", numberValue(strategy.m_dAmount)},

@@ -4,15 +4,14 @@
 #include "orderservice/kit/TradingWords.h"
 #include "orderservice/platform/MsgService.h"
 #include "orderservice/records/Families.h"
-#include "orderservice/records/OrderTypes.h"
 
 namespace kit {
 namespace {
 
 /// The text for both parts of an account key. No account has this key.
-const QString& noAccountHalf() {
-    static const QString half = QStringLiteral("?");
-    return half;
+const QString& keyPartOfNoAccount() {
+    static const QString part = QStringLiteral("?");
+    return part;
 }
 
 } // namespace
@@ -25,8 +24,8 @@ CTradingRulesBase::orderStrategyTradeTypeToBrokerType(TC::EOrderStrategyTradeTyp
 
 bool CTradingRulesBase::parserOrderTradeParam(const std::string&, TC::COrderTradeParam& param) {
     param = {};
-    param.m_strAccountKeyPart1 = noAccountHalf();
-    param.m_strAccountKeyPart2 = noAccountHalf();
+    param.m_strAccountKeyPart1 = keyPartOfNoAccount();
+    param.m_strAccountKeyPart2 = keyPartOfNoAccount();
     TC::showServiceMsg(QStringLiteral("[文件单]　此客户端不支持交易参数(orderParam), 其指令将被拒绝!"));
     return true;
 }
@@ -43,8 +42,7 @@ void CTradingRulesBase::orderSettingToParam(const TC::COrderSetting& setting, TC
 }
 
 bool CTradingRulesBase::isDirectRepay(TC::EOperationType operation) {
-    return operation == TC::orderTypeToOperationType(TC::kOrderCreditAmount) ||
-           operation == TC::orderTypeToOperationType(TC::kOrderCreditFurther);
+    return operation == TC::EOperationType::RepayMoney || operation == TC::EOperationType::RepayMoneyContract;
 }
 
 TC::EEntrustTypes CTradingRulesBase::operationTypeToEntrustType(TC::EOperationType) {

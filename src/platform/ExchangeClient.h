@@ -2,10 +2,9 @@
 
 #include "orderservice/base/Export.h"
 #include "orderservice/platform/HostService.h"
-#include "orderservice/records/Instrument.h"
+#include "orderservice/platform/InstrumentDirectory.h"
 
 #include <QObject>
-#include <QString>
 
 #include <string>
 
@@ -13,26 +12,15 @@ namespace TC {
 
 /// The client's instruments and trading days. Every operation may be called from any thread, returns at once
 /// and does not throw.
-class ORDERSERVICE_EXPORT CExchangeClient : public QObject, public CHostService<CExchangeClient> {
+///
+/// The operations on instruments are in the base class CInstrumentDirectory.
+class ORDERSERVICE_EXPORT CExchangeClient : public QObject,
+                                            public CHostService<CExchangeClient>,
+                                            public CInstrumentDirectory {
     Q_OBJECT
 public:
     static constexpr const char* kServiceName = "CExchangeClient";
 
-    /// Whether a stock with this full key exists (market and code joined by qdStockKey). If it exists,
-    /// getCodeInfo must know it too.
-    virtual bool hasStock(const QString& stockKey) = 0;
-    /// Whether the code or key is a known instrument of the market. The default is no, for a host without the
-    /// market.
-    virtual bool hasFuture(const QString&) { return false; }
-    virtual bool hasOption(const QString&) { return false; }
-    virtual bool hasFutureOption(const QString&) { return false; }
-    virtual bool hasSkstock(const QString&) { return false; } ///< Shenzhen-Hong Kong connect
-    virtual bool hasHkstock(const QString&) { return false; } ///< Shanghai-Hong Kong connect
-    virtual bool hasGold(const QString&) { return false; }
-    virtual bool hasNeeq(const QString&) { return false; } ///< share-transfer market
-    /// The instrument's record, or an empty pointer if the key is unknown. It is shared and never changes.
-    /// Its market and code are copied into the commands, so neither may be empty.
-    virtual CInstrumentDetailPtr getCodeInfo(const QString& stockKey) = 0;
     /// The latest trading day, "yyyyMMdd".
     virtual std::string getMaxTradingDay() = 0;
 

@@ -2,10 +2,12 @@
 
 #include "orderservice/base/Export.h"
 
+#include <array>
 #include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace TC {
@@ -22,10 +24,31 @@ public:
 /// thrown unchanged. Call it in a catch block only.
 [[noreturn]] ORDERSERVICE_EXPORT void throwHostError(std::string_view operation);
 
-/// Name of a member function without its namespaces, such as "CTradeClient::cancelTask". The view points to
-/// static storage.
+/// The service that an operation belongs to. `Class` is the class that declares the operation. A theme of a
+/// large service names the service as its CService. Every other class is the service itself.
+template<typename Class, typename = void>
+struct CServiceOf {
+    using Type = Class;
+    static constexpr bool kIsTheme = false;
+};
+template<typename Class>
+struct CServiceOf<Class, std::void_t<typename Class::CService>> {
+    using Type = typename Class::CService;
+    static constexpr bool kIsTheme = true;
+};
+
+/// The class of a pointer to a member.
+template<typename Pointer>
+struct CClassOf;
+template<typename Member, typename Class>
+struct CClassOf<Member Class::*> {
+    using Type = Class;
+};
+
+/// Name of a member function as the compiler writes it, without namespaces. Its first part is the class that
+/// declares the function.
 template<auto Operation>
-constexpr std::string_view operationName() {
+constexpr std::string_view declaredName() {
     // GCC and Clang write "... Operation = &TC::CTradeClient::cancelTask]". The name may also end with a
     // semicolon instead of the bracket.
     constexpr std::string_view text = __PRETTY_FUNCTION__;
@@ -36,12 +59,44 @@ constexpr std::string_view operationName() {
     return service == std::string_view::npos ? name : name.substr(service + 2);
 }
 
+/// Name of a theme's operation, with the service in place of the theme. The service must be complete.
+template<auto Operation, typename Service>
+struct CThemeOperationName {
+    static constexpr std::string_view kService = Service::kServiceName;
+    static constexpr std::string_view kFunction =
+        declaredName<Operation>().substr(declaredName<Operation>().find("::"));
+    static constexpr auto kText = [] {
+        std::array<char, kService.size() + kFunction.size()> text{};
+        std::size_t length = 0;
+        for (const char letter : kService)
+            text[length++] = letter;
+        for (const char letter : kFunction)
+            text[length++] = letter;
+        return text;
+    }();
+};
+
+/// Name of an operation: the service and the function without namespaces, such as "CTradeClient::cancelTask".
+/// The view points to static storage.
+template<auto Operation>
+constexpr std::string_view operationName() {
+    using CService = CServiceOf<typename CClassOf<decltype(Operation)>::Type>;
+    if constexpr (CService::kIsTheme) {
+        constexpr const auto& text = CThemeOperationName<Operation, typename CService::Type>::kText;
+        return {text.data(), text.size()};
+    } else {
+        return declaredName<Operation>();
+    }
+}
+
 template<auto Operation, typename Result, typename Service, typename... Args>
 struct CHostCallOf {
     /// Calls the installed service.
-    Result operator()(Args... args) const { return on(Service::instance(), std::forward<Args>(args)...); }
+    Result operator()(Args... args) const {
+        return on(CServiceOf<std::remove_const_t<Service>>::Type::instance(), std::forward<Args>(args)...);
+    }
 
-    /// Calls an object that the host returned.
+    /// Calls an object that the host returned. Service is the class that declares the operation.
     Result on(Service& object, Args... args) const {
         try {
             return (object.*Operation)(std::forward<Args>(args)...);

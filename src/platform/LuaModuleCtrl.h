@@ -14,9 +14,9 @@ public:
     static constexpr const char* kServiceName = "LuaModuleCtrl";
 
     /// Whether a switch is on; false if the host does not know the switch. `path` is the module and the
-    /// switch, such as "mdl_order" and "mdl_order_service_force_confirm". The library asks each time it needs
-    /// the switch, so the host may change a switch at any time. Any thread, also with the registry locked.
-    /// Returns at once and does not throw.
+    /// switch, such as "mdl_order" and "mdl_order_service_force_confirm" (see platform/Switches.h). The
+    /// library asks each time it needs the switch, so the host may change a switch at any time. Any thread,
+    /// also with the registry locked. Returns at once and does not throw.
     virtual bool checkModule(const std::vector<std::string>& path) = 0;
 };
 

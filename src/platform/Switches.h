@@ -1,8 +1,15 @@
 #pragma once
 
-/// Names of the deployment switches of the module "mdl_order", for luawrapper::isOrderSwitchOn. All are off
-/// unless the host's LuaModuleCtrl::checkModule says that they are on.
+#include <cstddef>
+#include <string>
+#include <vector>
+
+/// Names of the deployment switches of the order module, for luawrapper::isOrderSwitchOn. All are off unless
+/// the host's LuaModuleCtrl::checkModule says that they are on.
 namespace TC {
+
+/// The module, the first part of the path that LuaModuleCtrl::checkModule gets.
+inline constexpr const char* kOrderModule = "mdl_order";
 
 inline constexpr const char* kCommandGuardSwitch = "mdl_order_command_guard";
 inline constexpr const char* kCommandRemarkSwitch = "mdl_order_command_remark";
@@ -14,9 +21,16 @@ inline constexpr const char* kPbDisplaySwitch = "mdl_order_pb_display";
 inline constexpr const char* kSocketGuardSwitch = "mdl_order_socket_guard";
 inline constexpr const char* kSplitOrderNumSwitch = "mdl_order_split_orderNum";
 
-/// All of them.
+/// All switches of the module, for a host that lets its user set them.
 inline constexpr const char* kOrderSwitches[] = {
     kCommandGuardSwitch, kCommandRemarkSwitch, kComposeHedgeSwitch, kComposeTradeSwitch, kFileGuardSwitch,
     kForceConfirmSwitch, kPbDisplaySwitch,     kSocketGuardSwitch,  kSplitOrderNumSwitch};
+
+/// The name of the switch that a path of LuaModuleCtrl::checkModule asks for. Null if the path is not the
+/// order module and one switch. The pointer is into the path. Any thread.
+inline const std::string* orderSwitchOf(const std::vector<std::string>& path) {
+    constexpr std::size_t kModuleAndSwitch = 2;
+    return path.size() == kModuleAndSwitch && path[0] == kOrderModule ? &path[1] : nullptr;
+}
 
 } // namespace TC

@@ -124,17 +124,19 @@ std::string rowName(const testing::TestParamInfo<CBreachRow>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Operations, Breach, testing::ValuesIn(kBreachRows), rowName);
 
-/// Collects the operations of the classes in a header: every virtual function except destructors.
+/// Collects the operations of the classes in a header: every virtual function except destructors. The
+/// operations of a theme, a base class of a large service, belong to the service that it names.
 void collectOperations(const std::filesystem::path& header, std::set<std::string>& operations) {
     std::ifstream file(header);
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    const std::regex words(R"(\n(?:class|struct) (\w+)[^;{]*\{|\n\s*virtual [^;{(]*?(\w+)\()");
+    const std::regex words(
+        R"(\n(?:class|struct) (\w+)[^;{]*\{|\n\s*using CService = (\w+);|\n\s*virtual [^;{(]*?(\w+)\()");
     std::string service;
     for (std::sregex_iterator it(text.begin(), text.end(), words), end; it != end; ++it) {
-        if ((*it)[1].matched)
-            service = (*it)[1];
+        if ((*it)[1].matched || (*it)[2].matched)
+            service = (*it)[1].str() + (*it)[2].str();
         else if ((*it)[0].str().find('~') == std::string::npos)
-            operations.insert(service + "::" + (*it)[2].str());
+            operations.insert(service + "::" + (*it)[3].str());
     }
 }
 

@@ -31,7 +31,7 @@ TEST_P(AlgorithmTradeHelperContract, TextThatIsNotUnderstoodIsRefused) {
 }
 
 // A host may fill the setting that it receives, or replace it with its own.
-TEST_P(AlgorithmOrdersContract, TextThatIsUnderstoodGivesASettingOfItsOwn) {
+TEST_P(AlgorithmOrdersContract, EachUnderstoodTextGivesANewSetting) {
     ASSERT_FALSE(world().algorithmTexts.empty());
     for (const std::string& text : world().algorithmTexts) {
         auto first = boost::make_shared<CAlgorithmOrderSetting>();

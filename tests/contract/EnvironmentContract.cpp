@@ -151,13 +151,13 @@ TEST_P(TimeServiceContract, TimeIsInSeconds) {
 class TradeFrameworkContract : public contract::CContractTest {};
 CONTRACT_SUITE(TradeFrameworkContract);
 
-TEST_P(TradeFrameworkContract, TradingDayMayBeToldTwice) {
+TEST_P(TradeFrameworkContract, TradingDayMayBeReportedTwice) {
     EXPECT_NO_THROW(knservice::CTradeFrameworkSource::instance().switchTradingDate("20260105"));
     onAnotherThread(
         [] { EXPECT_NO_THROW(knservice::CTradeFrameworkSource::instance().switchTradingDate("20260105")); });
 }
 
-TEST_P(TradeFrameworkContract, ListOfInterfacesIsTheCallers) {
+TEST_P(TradeFrameworkContract, ListOfInterfacesIsACopy) {
     auto& framework = knservice::CTradeFrameworkSource::instance();
     knservice::TradeInterfaceList mine = framework.getAllInterfaces();
     const knservice::TradeInterfaceList before = mine;
@@ -165,7 +165,7 @@ TEST_P(TradeFrameworkContract, ListOfInterfacesIsTheCallers) {
     EXPECT_EQ(framework.getAllInterfaces(), before);
 }
 
-TEST_P(TradeFrameworkContract, InterfacesHaveATextOfTheirOwnOrAreNull) {
+TEST_P(TradeFrameworkContract, InterfaceIsNullOrItsTextCanBeRead) {
     knservice::CTradeFrameworkSource::instance().switchTradingDate("20260105");
     for (const auto& interface : knservice::CTradeFrameworkSource::instance().getAllInterfaces()) {
         if (interface == nullptr) continue;

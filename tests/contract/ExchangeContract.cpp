@@ -46,7 +46,7 @@ TEST_P(ExchangeContract, KnownStockHasARecord) {
     EXPECT_EQ(detail->m_strCode, world().code);
 }
 
-TEST_P(ExchangeContract, UnknownStockHasNone) {
+TEST_P(ExchangeContract, UnknownStockHasNoRecord) {
     for (const QString& key : {world().unknownStockKey, QString()}) {
         EXPECT_FALSE(exchange().hasStock(key)) << key.toStdString();
         EXPECT_EQ(exchange().getCodeInfo(key), nullptr) << key.toStdString();
@@ -59,7 +59,7 @@ TEST_P(ExchangeContract, MarketHasAnInstrumentUnlessTheHostLacksIt) {
         EXPECT_EQ(all[i].key.isEmpty(), !has(all[i].trait)) << "list " << i;
 }
 
-TEST_P(ExchangeContract, InstrumentStandsOnItsOwnListAloneAndHasARecord) {
+TEST_P(ExchangeContract, InstrumentIsOnlyOnItsOwnListAndHasARecord) {
     const auto all = lists();
     for (std::size_t own = 0; own < all.size(); ++own) {
         if (all[own].key.isEmpty()) continue;
@@ -70,7 +70,7 @@ TEST_P(ExchangeContract, InstrumentStandsOnItsOwnListAloneAndHasARecord) {
     }
 }
 
-TEST_P(ExchangeContract, UnknownKeysStandOnNoList) {
+TEST_P(ExchangeContract, UnknownKeyIsOnNoList) {
     for (const CList& list : lists()) {
         for (const QString& key : {world().unknownStockKey, world().stockKey, QString()})
             EXPECT_FALSE((exchange().*list.isKnown)(key)) << key.toStdString();
@@ -109,7 +109,7 @@ TEST_P(InstrumentTypesContract, StockIsTradable) {
     EXPECT_TRUE(knservice::isTypedStock(knservice::kTypeTradableStock, world().market, world().code, ""));
 }
 
-TEST_P(InstrumentTypesContract, UnknownInstrumentsAndTypesAreNot) {
+TEST_P(InstrumentTypesContract, UnknownInstrumentOrTypeIsNotTyped) {
     const std::string unknown = world().unknownStockKey.mid(2).toStdString();
     EXPECT_FALSE(knservice::isTypedStock(knservice::kTypeTradableStock, world().market, unknown, ""));
     EXPECT_FALSE(knservice::isTypedStock(knservice::kTypeTradableStock, "", "", ""));

@@ -41,7 +41,7 @@ protected:
 };
 CONTRACT_SUITE(OrderClientContract);
 
-TEST_P(OrderClientContract, CommandIsTakenAsItIs) {
+TEST_P(OrderClientContract, CommandIsNotChanged) {
     const COrderComandParamPtr taken = command();
     COrderClient::instance().orderCommands(taken);
     ASSERT_EQ(taken->m_codes.size(), 1u);
@@ -49,7 +49,7 @@ TEST_P(OrderClientContract, CommandIsTakenAsItIs) {
     EXPECT_EQ(taken->m_codes[0].m_dPrice, 10.5);
 }
 
-TEST_P(OrderClientContract, CommandWithoutCodesIsNoError) {
+TEST_P(OrderClientContract, CommandWithoutCodesIsNotAnError) {
     const auto empty = boost::make_shared<COrderComandParam>();
     EXPECT_NO_THROW(COrderClient::instance().orderCommands(empty));
 }

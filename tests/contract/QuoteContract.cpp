@@ -31,7 +31,7 @@ TEST_P(QuoteContract, KnownStockHasALatestPriceOfEachKind) {
     EXPECT_TRUE(isPrice(data->getPriceForOrder(EPriceType::Latest, EOperationType::Buy, 0, {})));
 }
 
-TEST_P(QuoteContract, APriceIsUnsetOrAboveNothing) {
+TEST_P(QuoteContract, PriceIsUnsetOrAboveZero) {
     const CPriceDataPtr data = quote();
     ASSERT_NE(data, nullptr);
     for (int type = 0; type <= 50; ++type) {
@@ -63,7 +63,7 @@ TEST_P(QuoteContract, SubscriptionMayEndOnAnotherThread) {
     EXPECT_NE(quote(), nullptr);
 }
 
-TEST_P(QuoteContract, QuoteStaysAliveAndAsItWas) {
+TEST_P(QuoteContract, QuoteDoesNotChangeAfterTheSubscriptionEnds) {
     const CPriceDataPtr data = quote();
     ASSERT_NE(data, nullptr);
     const double price = data->m_dLastPrice;

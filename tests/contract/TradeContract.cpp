@@ -24,13 +24,13 @@ using namespace TC;
 using contract::EHostTrait;
 
 /// The accounts over which a volume or an amount is divided.
-struct CWay {
+struct CAccountChoice {
     QString name;
     std::vector<CAccountInfoPtr> accounts;
     std::vector<double> ratios;
     boost::shared_ptr<utils::KNError> error = boost::make_shared<utils::KNError>();
 
-    CWay(EQDBrokerType broker, ESelectedAccountType kind, const QString& which) : name(which) {
+    CAccountChoice(EQDBrokerType broker, ESelectedAccountType kind, const QString& which) : name(which) {
         getUserConfig()->getAccountsWeights(broker, kind, name, accounts, ratios, false);
     }
 };
@@ -39,37 +39,37 @@ class TradeContract : public contract::CContractTest {
 protected:
     TradeContract()
         : unit(knservice::getTradeMinUnit(world().market, world().code, EOperationType::Buy)),
-          alone(world().broker, ESelectedAccountType::Account, QString::fromStdString(world().account)) {}
+          single(world().broker, ESelectedAccountType::Account, QString::fromStdString(world().account)) {}
 
-    /// The account alone and, if the host has groups, also the accounts of the group.
-    std::vector<CWay> ways() const {
-        std::vector<CWay> result{alone};
+    /// The single account and, if the host has groups, also the accounts of the group.
+    std::vector<CAccountChoice> accountChoices() const {
+        std::vector<CAccountChoice> result{single};
         if (has(EHostTrait::AccountGroups))
             result.emplace_back(world().broker, ESelectedAccountType::Group, world().group);
         return result;
     }
-    std::vector<int> split(const CWay& way, int volume, double price = 10.5) const {
-        return split(way, volume, price, world().market, world().code);
+    std::vector<int> split(const CAccountChoice& choice, int volume, double price = 10.5) const {
+        return split(choice, volume, price, world().market, world().code);
     }
-    static std::vector<int> split(const CWay& way, int volume, double price, const std::string& market,
-                                  const std::string& code) {
+    static std::vector<int> split(const CAccountChoice& choice, int volume, double price,
+                                  const std::string& market, const std::string& code) {
         return CTradeClient::instance().splitEntrusts(
-            volume, price, EPriceType::Specified, way.accounts, way.ratios, EPositionType{}, market, code,
-            EOperationType::Buy, EHedge_Flag_Type::Speculation, way.error);
+            volume, price, EPriceType::Specified, choice.accounts, choice.ratios, EPositionType{}, market,
+            code, EOperationType::Buy, EHedge_Flag_Type::Speculation, choice.error);
     }
-    static std::vector<double> splitMoney(const CWay& way, double amount) {
-        return CTradeClient::instance().splitMoney(amount, way.accounts, way.ratios, EPositionType{},
-                                                   EOperationType::Buy, way.error);
+    static std::vector<double> splitMoney(const CAccountChoice& choice, double amount) {
+        return CTradeClient::instance().splitMoney(amount, choice.accounts, choice.ratios, EPositionType{},
+                                                   EOperationType::Buy, choice.error);
     }
     /// Whether each account has a share, no share is negative, and the shares add up to the volume.
-    static bool isWhole(const CWay& way, const std::vector<int>& volumes, int volume) {
+    static bool isWhole(const CAccountChoice& choice, const std::vector<int>& volumes, int volume) {
         const bool negative = std::any_of(volumes.begin(), volumes.end(), [](int v) { return v < 0; });
-        return !volumes.empty() && volumes.size() == way.accounts.size() && !negative &&
+        return !volumes.empty() && volumes.size() == choice.accounts.size() && !negative &&
                std::accumulate(volumes.begin(), volumes.end(), 0) == volume;
     }
 
     const int unit;
-    const CWay alone;
+    const CAccountChoice single;
 };
 CONTRACT_SUITE(TradeContract);
 
@@ -80,9 +80,9 @@ class NoPositionContract : public contract::CContractTest {};
 CONTRACT_SUITE_WITHOUT(NoPositionContract, EHostTrait::Positions);
 
 TEST_P(TradeContract, AccountsAreLoggedIn) {
-    for (const CWay& way : ways()) {
-        ASSERT_FALSE(way.accounts.empty()) << way.name.toStdString();
-        for (const CAccountInfoPtr& account : way.accounts) {
+    for (const CAccountChoice& choice : accountChoices()) {
+        ASSERT_FALSE(choice.accounts.empty()) << choice.name.toStdString();
+        for (const CAccountInfoPtr& account : choice.accounts) {
             EXPECT_EQ(CTradeClient::instance().getLoginStatus(account->getKey()),
                       EBROKER_LOGIN_STATUS::LoggedIn)
                 << account->getKey();
@@ -90,55 +90,59 @@ TEST_P(TradeContract, AccountsAreLoggedIn) {
     }
 }
 
-TEST_P(TradeContract, SplitGivesOutTheWholeVolume) {
-    for (const CWay& way : ways()) {
+TEST_P(TradeContract, PartsOfASplitAddUpToTheVolume) {
+    for (const CAccountChoice& choice : accountChoices()) {
         for (const int units : {1, 2, 3, 7, 10, 101}) {
             const int volume = units * unit;
-            EXPECT_TRUE(isWhole(way, split(way, volume), volume)) << way.name.toStdString() << volume;
-            EXPECT_TRUE(way.error->isSuccess()) << way.error->errorMsg();
+            EXPECT_TRUE(isWhole(choice, split(choice, volume), volume))
+                << choice.name.toStdString() << volume;
+            EXPECT_TRUE(choice.error->isSuccess()) << choice.error->errorMsg();
         }
     }
 }
 
 TEST_P(TradeContract, SplitNeedsNoPrice) {
-    for (const CWay& way : ways()) {
-        EXPECT_TRUE(isWhole(way, split(way, 10 * unit, kUnsetDouble), 10 * unit)) << way.name.toStdString();
-        EXPECT_TRUE(way.error->isSuccess()) << way.error->errorMsg();
+    for (const CAccountChoice& choice : accountChoices()) {
+        EXPECT_TRUE(isWhole(choice, split(choice, 10 * unit, kUnsetDouble), 10 * unit))
+            << choice.name.toStdString();
+        EXPECT_TRUE(choice.error->isSuccess()) << choice.error->errorMsg();
     }
 }
 
 TEST_P(TradeContract, SplitNeedsNoInstrument) {
-    for (const CWay& way : ways())
-        EXPECT_TRUE(isWhole(way, split(way, 10 * unit, 10.5, "", ""), 10 * unit)) << way.name.toStdString();
+    for (const CAccountChoice& choice : accountChoices())
+        EXPECT_TRUE(isWhole(choice, split(choice, 10 * unit, 10.5, "", ""), 10 * unit))
+            << choice.name.toStdString();
 }
 
 TEST_P(TradeContract, OneAccountGetsEverything) {
-    EXPECT_EQ(split(alone, 5 * unit), std::vector<int>{5 * unit});
+    EXPECT_EQ(split(single, 5 * unit), std::vector<int>{5 * unit});
 }
 
 TEST_P(TradeContract, UnsetVolumeFailsWithAText) {
-    for (const CWay& way : ways()) {
-        EXPECT_NE(split(way, kUnsetInt).size(), way.accounts.size()) << way.name.toStdString();
-        EXPECT_FALSE(way.error->isSuccess());
-        EXPECT_NE(way.error->errorMsg(), "");
+    for (const CAccountChoice& choice : accountChoices()) {
+        EXPECT_NE(split(choice, kUnsetInt).size(), choice.accounts.size()) << choice.name.toStdString();
+        EXPECT_FALSE(choice.error->isSuccess());
+        EXPECT_NE(choice.error->errorMsg(), "");
     }
 }
 
-TEST_P(TradeContract, MoneyIsGivenOutWhole) {
-    for (const CWay& way : ways()) {
-        const std::vector<double> amounts = splitMoney(way, 100000.01);
-        ASSERT_EQ(amounts.size(), way.accounts.size());
+TEST_P(TradeContract, PartsOfMoneyAddUpToTheAmount) {
+    for (const CAccountChoice& choice : accountChoices()) {
+        const std::vector<double> amounts = splitMoney(choice, 100000.01);
+        ASSERT_EQ(amounts.size(), choice.accounts.size());
         EXPECT_NEAR(std::accumulate(amounts.begin(), amounts.end(), 0.0), 100000.01, 1e-6);
         EXPECT_TRUE(std::all_of(amounts.begin(), amounts.end(), [](double amount) { return amount >= 0; }));
-        EXPECT_TRUE(way.error->isSuccess()) << way.error->errorMsg();
+        EXPECT_TRUE(choice.error->isSuccess()) << choice.error->errorMsg();
     }
 }
 
-TEST_P(TradeContract, MissingMoneyFailsWithAText) {
-    for (const CWay& way : ways()) {
-        EXPECT_NE(splitMoney(way, kUnsetDouble).size(), way.accounts.size()) << way.name.toStdString();
-        EXPECT_FALSE(way.error->isSuccess());
-        EXPECT_NE(way.error->errorMsg(), "");
+TEST_P(TradeContract, UnsetAmountFailsWithAText) {
+    for (const CAccountChoice& choice : accountChoices()) {
+        EXPECT_NE(splitMoney(choice, kUnsetDouble).size(), choice.accounts.size())
+            << choice.name.toStdString();
+        EXPECT_FALSE(choice.error->isSuccess());
+        EXPECT_NE(choice.error->errorMsg(), "");
     }
 }
 
@@ -162,7 +166,7 @@ TEST_P(PositionContract, PositionsBelongToTheirAccount) {
     }
 }
 
-TEST_P(PositionContract, TableThatIsNotKeptAddsNothing) {
+TEST_P(PositionContract, UnknownTableAddsNothing) {
     constexpr int kNoTable = 1;
     const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(world().holder);
     ASSERT_TRUE(data);
@@ -172,7 +176,7 @@ TEST_P(PositionContract, TableThatIsNotKeptAddsNothing) {
     EXPECT_TRUE(data->getMapData(kNoTable).empty());
 }
 
-TEST_P(NoPositionContract, AccountHoldsNothing) {
+TEST_P(NoPositionContract, AccountHasNoPositions) {
     const auto data = knservice::TraderCenter::instance().getDataCenter().getAccountData(world().account);
     std::vector<boost::shared_ptr<knservice::IData>> records;
     if (data) data->getVector(knservice::kPositionTable, records);
@@ -186,11 +190,11 @@ TEST_P(TradeContract, UnknownAccountHasNoData) {
 
 TEST_P(TradeContract, ManyThreadsMaySplitAtOnce) {
     std::atomic<int> wrong{0};
-    const std::vector<CWay> shared = ways();
+    const std::vector<CAccountChoice> shared = accountChoices();
     onManyThreads([&] {
-        for (CWay way : shared) {
-            way.error = boost::make_shared<utils::KNError>();
-            if (!isWhole(way, split(way, 10 * unit), 10 * unit)) ++wrong;
+        for (CAccountChoice choice : shared) {
+            choice.error = boost::make_shared<utils::KNError>();
+            if (!isWhole(choice, split(choice, 10 * unit), 10 * unit)) ++wrong;
         }
     });
     EXPECT_EQ(wrong.load(), 0);
@@ -206,7 +210,7 @@ TEST_P(TradeContract, CancelOfAnUnknownTaskReturnsWithOrWithoutACallback) {
     });
 }
 
-TEST_P(TradeContract, UnknownTaskIsFoundNowhere) {
+TEST_P(TradeContract, UnknownTaskIsNotFound) {
     EXPECT_TRUE(knservice::TraderCenter::instance().getTaskCenter().findTasks(world().unknownTask).empty());
     knservice::CTaskCenter* seen = nullptr;
     onAnotherThread([&] { seen = &knservice::TraderCenter::instance().getTaskCenter(); });

@@ -78,7 +78,7 @@ TEST_P(TradingRulesContract, EveryFamilyHasItsKindOfAccount) {
     }
 }
 
-TEST_P(TradeParametersContract, TwoHalvesNameAnAccount) {
+TEST_P(TradeParametersContract, TwoKeyPartsNameAnAccount) {
     const QString first = getAccountFromOrderParam(QStringLiteral("1"), QStringLiteral("2"));
     EXPECT_FALSE(first.isEmpty());
     EXPECT_NE(getAccountFromOrderParam(QStringLiteral("2"), QStringLiteral("2")), first);
@@ -93,7 +93,7 @@ TEST_P(TradeParametersContract, TextSetsEveryField) {
     expectSame(used, fresh);
 }
 
-TEST_P(TradeParametersContract, TextThatIsNotUnderstoodLeavesTheRecord) {
+TEST_P(TradeParametersContract, TextThatIsNotUnderstoodDoesNotChangeTheRecord) {
     COrderTradeParam used = usedTradeParam();
     EXPECT_FALSE(parserOrderTradeParam(world().unreadableTradeParam, used));
     expectSame(used, usedTradeParam());
@@ -109,7 +109,7 @@ TEST_P(TradingRulesContract, TradeParametersMayBeAnyBytes) {
     if (!understood) expectSame(used, usedTradeParam());
 }
 
-TEST_P(SettingTextsContract, TextChangesWhatItNames) {
+TEST_P(SettingTextsContract, TextChangesOnlyTheFieldsThatItNames) {
     COrderSetting setting;
     setting.m_ePriceType = EPriceType::NoQuote;
     setting.m_strCmdLog = "kept";
@@ -118,7 +118,7 @@ TEST_P(SettingTextsContract, TextChangesWhatItNames) {
     EXPECT_EQ(setting.m_strCmdLog, "kept");
 }
 
-TEST_P(NoTradeParametersContract, OrderWithThemIsNotForAnyAccount) {
+TEST_P(NoTradeParametersContract, OrderWithTradeParametersHasNoAccount) {
     COrderTradeParam param;
     ASSERT_TRUE(parserOrderTradeParam("remark", param)) << "its orders would go out without them";
     ASSERT_FALSE(param.m_strAccountKeyPart1.isEmpty());
@@ -132,7 +132,7 @@ TEST_P(NoTradeParametersContract, OrderWithThemIsNotForAnyAccount) {
     }
 }
 
-TEST_P(NoSettingTextsContract, OrderWithOneIsNotTradedByTheStrategysSetting) {
+TEST_P(NoSettingTextsContract, SettingTextMakesThePriceTypeInvalid) {
     for (const EPriceType before : {EPriceType::Specified, EPriceType::Latest}) {
         COrderSetting setting;
         setting.m_ePriceType = before;
@@ -154,7 +154,7 @@ TEST_P(TradingRulesContract, EmptySettingTextChangesNothing) {
     EXPECT_EQ(setting.m_strCmdLog, "kept");
 }
 
-TEST_P(TradingRulesContract, RecordIsStampedWithTheSetting) {
+TEST_P(TradingRulesContract, SettingIsCopiedIntoTheRecord) {
     COrderSetting setting;
     setting.m_ePriceType = EPriceType::Specified;
     CCodeOrderParam record;
@@ -164,7 +164,7 @@ TEST_P(TradingRulesContract, RecordIsStampedWithTheSetting) {
     EXPECT_EQ(record.m_eOrderType, EOrderType::Plain);
 }
 
-TEST_P(TradingRulesContract, StampNeedsNeitherPriceNorQuote) {
+TEST_P(TradingRulesContract, CopyNeedsNeitherPriceNorQuote) {
     const COrderSetting setting;
     CCodeOrderParam record;
     EXPECT_NO_THROW(orderSettingToParam(setting, record, EOperationType::Sell, 100, kUnsetDouble, {}));
@@ -185,14 +185,14 @@ TEST_P(TradingRulesContract, TimeRangeLeavesTheOrderAlone) {
     EXPECT_EQ(record.m_eOperationType, EOperationType::Sell);
 }
 
-TEST_P(TradingRulesContract, PurchasesAreToldFromSales) {
+TEST_P(TradingRulesContract, BuyBuysAndSellDoesNot) {
     EXPECT_TRUE(isBuy(EOperationType::Buy));
     EXPECT_FALSE(isBuy(EOperationType::Sell));
     EXPECT_FALSE(isBuy(unsetEnum<EOperationType>()));
     EXPECT_FALSE(isDirectRepay(EOperationType::Buy));
 }
 
-TEST_P(FutureRulesContract, ClosingIsToldFromOpening) {
+TEST_P(FutureRulesContract, OnlyClosingOperationsClose) {
     constexpr int kOpenLong = 0;
     constexpr int kCloseLong = 1;
     EXPECT_FALSE(isClose(orderTypeToOperationType(kOpenLong)));
@@ -200,31 +200,31 @@ TEST_P(FutureRulesContract, ClosingIsToldFromOpening) {
 }
 
 // If this is wrong, an order for an amount of money repays the strategy's volume instead.
-TEST_P(CreditRulesContract, NumbersWithAnAmountRepayMoneyAndNoOthers) {
+TEST_P(CreditRulesContract, OnlyNumbersWithAnAmountRepayMoney) {
     for (const int number : {kOrderCreditAmount, kOrderCreditFurther})
         EXPECT_TRUE(isDirectRepay(orderTypeToOperationType(number))) << number;
     for (const int number : {23, 24, 27, 28, 29, 30, 31, 37, 38})
         EXPECT_FALSE(isDirectRepay(orderTypeToOperationType(number))) << number;
 }
 
-TEST_P(CreditRulesContract, OperationsAreBookedApart) {
+TEST_P(CreditRulesContract, OperationsHaveDifferentBookings) {
     std::set<EEntrustTypes> kinds;
     for (const int orderType : {23, 27, 28, 29, 31})
         kinds.insert(operationTypeToEntrustType(orderTypeToOperationType(orderType)));
     EXPECT_EQ(kinds.size(), 5u);
 }
 
-TEST_P(TradingRulesContract, PricesWithANumberAreNoMarketPrices) {
+TEST_P(TradingRulesContract, SpecifiedAndLatestAreNotMarketPrices) {
     EXPECT_FALSE(knservice::isMarketPrice(EPriceType::Specified));
     EXPECT_FALSE(knservice::isMarketPrice(EPriceType::Latest));
 }
 
-TEST_P(TradingRulesContract, PlainOrderIsNoAlgorithm) {
+TEST_P(TradingRulesContract, PlainOrderIsNotAnAlgorithm) {
     EXPECT_FALSE(knservice::DataHelper::isAlgoOrderType(EOrderType::Plain));
     EXPECT_FALSE(knservice::DataHelper::isAlgoOrderType(unsetEnum<EOrderType>()));
 }
 
-TEST_P(TradingRulesContract, EverythingHasAWord) {
+TEST_P(TradingRulesContract, SourcesFamiliesOrdersAndPricesHaveWords) {
     for (const int source : {0, 1, 2, 4}) {
         EXPECT_FALSE(orderStrategyTypeToOrderTitle(static_cast<EOrderStrategyType>(source)).isEmpty())
             << source;
@@ -241,7 +241,7 @@ TEST_P(TradingRulesContract, EverythingHasAWord) {
     EXPECT_FALSE(knPriceTypeToString(EPriceType::Specified, world().code, false).isEmpty());
 }
 
-TEST_P(TradingRulesContract, NumbersWithoutAWordAreNoError) {
+TEST_P(TradingRulesContract, NumberWithoutAWordIsNotAnError) {
     EXPECT_NO_THROW({
         orderStrategyTypeToOrderTitle(static_cast<EOrderStrategyType>(-1));
         orderStrategyTypeToString(static_cast<EOrderStrategyType>(99));

@@ -44,7 +44,7 @@ CONTRACT_SUITE_WITH(BasketContract, EHostTrait::NamedBaskets);
 class NoBasketContract : public UserConfigContract {};
 CONTRACT_SUITE_WITHOUT(NoBasketContract, EHostTrait::NamedBaskets);
 
-TEST_P(UserConfigContract, SomebodyIsLoggedIn) {
+TEST_P(UserConfigContract, UserIsLoggedIn) {
     ASSERT_NE(getUserConfig(), nullptr);
     EXPECT_EQ(getUserConfig(), CUserManager::instance().getUserConfig());
     EXPECT_NE(user().getUserName(), "");
@@ -56,7 +56,7 @@ TEST_P(UserConfigContract, ConfigurationIsTheSameOnEveryThread) {
     EXPECT_EQ(seen, getUserConfig());
 }
 
-TEST_P(UserConfigContract, LimitsAreNoNegativeNumbers) {
+TEST_P(UserConfigContract, LimitsAreNotNegative) {
     EXPECT_GE(user().getMaxOrderServerNum(), 0);
     EXPECT_GE(user().getMaxOrderServerNumSocket(), 0);
     EXPECT_GE(user().getMinFileServiceInterval(), 0);
@@ -80,7 +80,7 @@ TEST_P(AccountGroupContract, GroupIsUnknownUnderAnotherBroker) {
     EXPECT_EQ(user().getAccountGroupConst(static_cast<EQDBrokerType>(999), world().group), nullptr);
 }
 
-TEST_P(NoAccountGroupContract, AccountIsNoGroup) {
+TEST_P(NoAccountGroupContract, AccountIsNotAGroup) {
     const QString name = QString::fromStdString(world().account);
     EXPECT_EQ(user().getAccountGroupConst(world().broker, name), nullptr);
     EXPECT_TRUE(find(ESelectedAccountType::Group, name).accounts.empty());
@@ -104,7 +104,7 @@ TEST_P(AccountGroupContract, MembersAreAccounts) {
     }
 }
 
-TEST_P(UserConfigContract, NamesAreAccountsOrUnknown) {
+TEST_P(UserConfigContract, AccountIsKnownAndAnotherNameIsNot) {
     EXPECT_TRUE(user().hasAccount(QString::fromStdString(world().account)));
     EXPECT_FALSE(user().hasAccount(world().unknownName));
     EXPECT_FALSE(user().hasSimpleAccount(world().unknownName));
@@ -122,7 +122,7 @@ TEST_P(AccountGroupContract, GroupGivesItsAccountsAndOneRatioForEach) {
     }
 }
 
-TEST_P(UserConfigContract, AccountGivesItselfAlone) {
+TEST_P(UserConfigContract, AccountAppendsOnlyItself) {
     const std::string& key = world().account;
     const CFound found = find(ESelectedAccountType::Account, QString::fromStdString(key));
     ASSERT_EQ(found.accounts.size(), 1u);
@@ -175,11 +175,11 @@ TEST_P(BasketContract, BasketsAreACopy) {
     EXPECT_EQ(user().getBaskets()[world().basket].m_rows.size(), rows);
 }
 
-TEST_P(NoBasketContract, ThereAreNone) {
+TEST_P(NoBasketContract, UserHasNoBaskets) {
     EXPECT_TRUE(user().getBaskets().isEmpty());
 }
 
-TEST_P(UserConfigContract, AccountTellsWhoItIs) {
+TEST_P(UserConfigContract, AccountHasItsKeyAndBrokerType) {
     const CAccountPtr account = user().getAccountData(QString::fromStdString(world().account));
     ASSERT_TRUE(account);
     ASSERT_TRUE(account->toInfo());
@@ -188,7 +188,7 @@ TEST_P(UserConfigContract, AccountTellsWhoItIs) {
     EXPECT_FALSE(user().getAccountData(world().unknownName));
 }
 
-TEST_P(UserConfigContract, StrategyMapStaysWhereItIs) {
+TEST_P(UserConfigContract, EveryCallReturnsTheSameStrategyMap) {
     COrderStrategyMap* map = user().getStrategyMap();
     ASSERT_NE(map, nullptr);
     constexpr int kFreeChannel = 900001;

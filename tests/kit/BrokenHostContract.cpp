@@ -70,16 +70,15 @@ int main(int argc, char** argv) {
     kind.lacks = {}; // it lacks nearly everything but lists nothing
     if (contract::runHostContract(argc, argv, kind) == 0) return 1;
     const std::set<std::string> failed = failedTests();
-    for (const char* name :
-         {"Hosts/QuoteContract.SubscriptionIsNeverEmpty/Broken",
-          "Hosts/AccountGroupContract.GroupIsFoundUnderItsNameAndBroker/Broken",
-          "Hosts/IntakeAuditContract.ReportsOfDiscardedFilesNeverThrow/Broken",
-          "Hosts/IntakeAuditContract.ReportsOfUnplacedOrdersNeverThrow/Broken",
-          "Hosts/IntakeAuditContract.ReportsOfIncidentsNeverThrow/Broken",
-          "Hosts/BasketContract.BasketsAreACopy/Broken",
-          "Hosts/PositionContract.PositionsBelongToTheirAccount/Broken",
-          "Hosts/ExchangeContract.MarketHasAnInstrumentUnlessTheHostLacksIt/Broken",
-          "Hosts/AlgorithmOrdersContract.TextThatIsUnderstoodGivesASettingOfItsOwn/Broken"}) {
+    for (const char* name : {"Hosts/QuoteContract.SubscriptionIsNeverEmpty/Broken",
+                             "Hosts/AccountGroupContract.GroupIsFoundUnderItsNameAndBroker/Broken",
+                             "Hosts/IntakeAuditContract.ReportsOfDiscardedFilesNeverThrow/Broken",
+                             "Hosts/IntakeAuditContract.ReportsOfUnplacedOrdersNeverThrow/Broken",
+                             "Hosts/IntakeAuditContract.ReportsOfIncidentsNeverThrow/Broken",
+                             "Hosts/BasketContract.BasketsAreACopy/Broken",
+                             "Hosts/PositionContract.PositionsBelongToTheirAccount/Broken",
+                             "Hosts/ExchangeContract.MarketHasAnInstrumentUnlessTheHostLacksIt/Broken",
+                             "Hosts/AlgorithmOrdersContract.EachUnderstoodTextGivesANewSetting/Broken"}) {
         if (failed.count(name) > 0) continue;
         std::cerr << name << " should have failed" << std::endl;
         return 1;

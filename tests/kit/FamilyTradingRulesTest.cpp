@@ -16,22 +16,22 @@ std::set<int> operationsThat(bool (CFamilyTradingRulesBase::*answer)(TC::EOperat
     return found;
 }
 
-TEST(FamilyTradingRules, TheseBuy) {
+TEST(FamilyTradingRules, OperationsThatBuy) {
     EXPECT_EQ(operationsThat(&CFamilyTradingRulesBase::isBuy),
               (std::set<int>{0,  4,  5,  8,  9,  12, 13, 18,   20,   22,   26,  30,
                              32, 35, 37, 42, 44, 46, 48, 1013, 1025, 1027, 1029}));
 }
 
-TEST(FamilyTradingRules, TheseClose) {
+TEST(FamilyTradingRules, OperationsThatClose) {
     EXPECT_EQ(operationsThat(&CFamilyTradingRulesBase::isClose),
               (std::set<int>{1, 2, 4, 5, 6, 7, 8, 9, 33, 35, 37}));
 }
 
-TEST(FamilyTradingRules, TheseRepayAnAmountOfMoney) {
+TEST(FamilyTradingRules, OperationsThatRepayAnAmountOfMoney) {
     EXPECT_EQ(operationsThat(&CFamilyTradingRulesBase::isDirectRepay), (std::set<int>{25, 1021}));
 }
 
-TEST(FamilyTradingRules, MarginTradingHasItsBookings) {
+TEST(FamilyTradingRules, BookingsOfMarginTrading) {
     CFamilyTradingRulesBase rules;
     const std::pair<int, int> bookings[] = {{18, 0}, {20, 1}, {21, 2}, {24, 3}, {25, 3}, {1021, 3},
                                             {22, 4}, {23, 4}, {55, 5}, {56, 5}, {14, 0}, {-1, 0}};

@@ -71,7 +71,7 @@ TEST(KitUser, OnlySpecifiedPricesAreAllowedAndSetByDefault) {
     EXPECT_EQ(user.getDefaultOrderSetting(EDefaultSetting::Stock).m_ePriceType, EPriceType::Specified);
 }
 
-TEST(KitUser, HasNoRightsGroupsBasketsOrFurtherServices) {
+TEST(KitUser, HasNoRightsGroupsBasketsOrOptionalServices) {
     CUser user;
     EXPECT_FALSE(user.hasUserAuth(EUserAuth::SignalOrders));
     EXPECT_FALSE(user.hasShowTradeFrameworkPermission());
@@ -125,7 +125,7 @@ TEST_F(KitTrade, SeveralAccountsFailWithAText) {
     EXPECT_NE(error->errorMsg(), "");
 }
 
-TEST_F(KitTrade, NothingAndLessIsNotSplit) {
+TEST_F(KitTrade, VolumeOrAmountThatIsNotPositiveIsNotSplit) {
     for (const int volume : {kUnsetInt, 0, -100}) {
         error = boost::make_shared<utils::KNError>();
         EXPECT_TRUE(split(volume, 1).empty()) << volume;
@@ -140,7 +140,7 @@ TEST_F(KitTrade, NothingAndLessIsNotSplit) {
     }
 }
 
-TEST(KitExchange, StockIsWhatHasARecord) {
+TEST(KitExchange, KeyWithARecordIsAStock) {
     class CExchange : public kit::CExchangeClientBase {
     public:
         CInstrumentDetailPtr getCodeInfo(const QString& key) override {
@@ -154,7 +154,7 @@ TEST(KitExchange, StockIsWhatHasARecord) {
     EXPECT_FALSE(exchange.hasFuture(QStringLiteral("SH600000")));
 }
 
-TEST(KitQuotes, AllPricesAreTheQuotedOneAndASubscriptionIsNeverEmpty) {
+TEST(KitQuotes, AllPricesAreTheQuotedPriceAndASubscriptionIsNotNull) {
     class CQuote : public kit::CPriceDataBase {
     public:
         double getOriginPrice(EPriceType type, EOperationType) const override {
@@ -183,7 +183,7 @@ TEST(KitTypes, UnitShownIsTheTradingUnit) {
     EXPECT_EQ(types.getUiMinUnit("SH", "600000", false), 100);
 }
 
-TEST(KitRules, OnlyAPurchaseOfStockBuysAndNothingCloses) {
+TEST(KitRules, OnlyTheOperationBuyBuysAndNoOperationCloses) {
     kit::CTradingRulesBase rules;
     for (int operation = -1; operation <= 1100; ++operation) {
         const auto type = static_cast<EOperationType>(operation);
@@ -193,7 +193,7 @@ TEST(KitRules, OnlyAPurchaseOfStockBuysAndNothingCloses) {
     }
 }
 
-TEST(KitRules, MoneyIsRepaidByTheNumbers32And39Alone) {
+TEST(KitRules, OnlyOrderNumbers32And39RepayMoney) {
     kit::CTradingRulesBase rules;
     for (int number = 0; number <= 120; ++number) {
         EXPECT_EQ(rules.isDirectRepay(orderTypeToOperationType(number)), number == 32 || number == 39)
@@ -201,7 +201,7 @@ TEST(KitRules, MoneyIsRepaidByTheNumbers32And39Alone) {
     }
 }
 
-TEST(KitRules, SettingTextTakesThePriceTypeAwayAndAnEmptyOneNothing) {
+TEST(KitRules, SettingTextUnsetsThePriceTypeUnlessItIsEmpty) {
     kit::CTradingRulesBase rules;
     COrderSetting setting;
     rules.orderSettingFromString(setting, QString());
@@ -210,12 +210,12 @@ TEST(KitRules, SettingTextTakesThePriceTypeAwayAndAnEmptyOneNothing) {
     EXPECT_TRUE(isUnset(setting.m_ePriceType));
 }
 
-TEST(KitRules, NoAccountCanBeNamed) {
+TEST(KitRules, TradeParametersNameNoAccount) {
     kit::CTradingRulesBase rules;
     EXPECT_TRUE(rules.getAccountFromOrderParam(QStringLiteral("A1"), QStringLiteral("1")).isEmpty());
 }
 
-TEST(KitServices, AllAreInTheirPlacesAndSayNone) {
+TEST(KitServices, DefaultServicesAreSetAndAnswerThatThereIsNothing) {
     kit::CDefaultServices services;
     const CHost host = services.services();
     EXPECT_EQ(host.userManager, nullptr) << "who is logged in, only the host knows";
@@ -230,7 +230,7 @@ TEST(KitServices, AllAreInTheirPlacesAndSayNone) {
     EXPECT_TRUE(host.tradeFrameworkSource->getAllInterfaces().empty());
 }
 
-TEST(KitServices, TimeIsTheClocksInSeconds) {
+TEST(KitServices, TimeIsInSecondsOfTheMachinesClock) {
     CFakeClock clock;
     EXPECT_EQ(kit::CTimeServiceBase().currentTime(), clock.currentDateTime().toSecsSinceEpoch());
 }

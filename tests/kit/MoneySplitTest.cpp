@@ -21,7 +21,7 @@ std::int64_t cents(const Amounts& amounts) {
     return sum;
 }
 
-TEST(MoneySplit, GoesByWeightInWholeCents) {
+TEST(MoneySplit, DividesByWeightInWholeCents) {
     EXPECT_EQ(splitMoneyOverAccounts(1000, {6, 4}).m_amounts, (Amounts{600, 400}));
     EXPECT_EQ(splitMoneyOverAccounts(0.05, {1, 1}).m_amounts, (Amounts{0.03, 0.02}))
         << "a tie goes to the first";
@@ -43,12 +43,12 @@ TEST(MoneySplit, AddsUpToTheAmountExactly) {
     }
 }
 
-TEST(MoneySplit, WhatIsNoPositiveWeightGetsNothing) {
+TEST(MoneySplit, WeightThatIsNotPositiveGetsNothing) {
     const Amounts expected = {0, 10, 0, 0, 0};
     EXPECT_EQ(splitMoneyOverAccounts(10, {0, 2, -1, std::nan(""), kInfinity}).m_amounts, expected);
 }
 
-TEST(MoneySplit, AnAmountCountsRoundedToTheCent) {
+TEST(MoneySplit, AmountIsRoundedToTheCent) {
     EXPECT_EQ(splitMoneyOverAccounts(10.006, {1}).m_amounts, Amounts{10.01});
     EXPECT_EQ(splitMoneyOverAccounts(0.004, {1, 1}).m_amounts, (Amounts{0, 0}));
 }

@@ -21,13 +21,13 @@ TEST(Operations, EveryOperationOfAnAcceptedOrderIsKnown) {
     }
 }
 
-TEST(Operations, OthersAreNot) {
+TEST(Operations, UnknownNumberHasNoOperation) {
     for (const int number : {-1, 14, 28, 51, 1000})
         EXPECT_EQ(findOperation(static_cast<TC::EOperationType>(number)), nullptr) << number;
 }
 
 /// An operation that closes a position has the opposite side of the operation that opens it.
-TEST(Operations, ClosingIsTheOtherSideOfOpening) {
+TEST(Operations, ClosingHasTheOppositeSideOfOpening) {
     const auto sideOf = [](int number) {
         return findOperation(static_cast<TC::EOperationType>(number))->m_eSide;
     };

@@ -56,7 +56,7 @@ TEST(RecordJson, CommandHasItsValues) {
     EXPECT_EQ(row["volume"], 300);
 }
 
-TEST(RecordJson, WhatIsNotSetIsNull) {
+TEST(RecordJson, ValueThatIsNotSetIsNull) {
     EXPECT_TRUE(enumValue(TC::unsetEnum<TC::EPriceType>()).is_null());
     EXPECT_TRUE(numberValue(TC::kUnsetInt).is_null());
     EXPECT_TRUE(numberValue(TC::kUnsetDouble).is_null());
@@ -79,7 +79,7 @@ TEST(RecordJson, IntakeKeepsTheOrderOfItsFields) {
                                       "kept_as ignored_lines first_ignored");
 }
 
-TEST(RecordJson, DoorTellsWhoCanReachIt) {
+TEST(RecordJson, DoorSaysWhetherItsAddressIsLoopback) {
     TC::CDoorReport report;
     report.m_eEvent = TC::EDoorEvent::Stuck;
     report.m_strSource = QStringLiteral("127.0.0.1:15150");
@@ -91,7 +91,7 @@ TEST(RecordJson, DoorTellsWhoCanReachIt) {
     EXPECT_EQ(doorJson(report)["loopback"], false);
 }
 
-TEST(RecordJson, CountsOfADiscardedFileAreNullIfNobodyCounted) {
+TEST(RecordJson, CountsOfADiscardedFileAreNullIfUnknown) {
     TC::CDiscardReport report;
     report.m_nChannel = 3;
     report.m_strSource = QStringLiteral("/a.txt");
@@ -114,7 +114,7 @@ TEST(RecordJson, IncidentNamesItsEvent) {
               R"({"event":"cancel_not_done","channel":null,"orders":0,"task":7,"cause":"why"})");
 }
 
-TEST(RecordJson, OrderIsItsTextToo) {
+TEST(RecordJson, OrderHasItsNumbersAndItsText) {
     TC::COrderParam order;
     order.m_nChannel = 3;
     order.m_nOrderType = 23;
@@ -141,7 +141,7 @@ TEST(RecordJson, StrategyHasTheSettingOfItsFamilyAndNoPassword) {
               "by_percent percent start_count hedge_basket hedge_param command_flag order_type");
 }
 
-TEST(RecordJson, TaskOperationCarriesWhoAndWhen) {
+TEST(RecordJson, TaskOperationHasItsUserAndTime) {
     EXPECT_EQ(taskOperationJson(TC::CTaskOpRecord{3, 100, "user", "remark"}).dump(),
               R"({"operation":3,"op_time":100,"user_name":"user","remark":"remark"})");
 }

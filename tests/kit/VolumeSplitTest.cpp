@@ -65,7 +65,7 @@ TEST(VolumeSplit, LessThanAUnitGoesToTheLargestWeight) {
     EXPECT_EQ(split(50, {1, 2, 2}, 100), (std::vector<int>{0, 50, 0}));
 }
 
-TEST(VolumeSplit, WeightThatIsNoPositiveNumberGetsNothing) {
+TEST(VolumeSplit, WeightThatIsNotAPositiveNumberGetsNothing) {
     EXPECT_EQ(split(300, {0, 1, -5, kNaN, kInfinity, 2}, 100), (std::vector<int>{0, 100, 0, 0, 0, 200}));
 }
 
@@ -78,7 +78,7 @@ TEST(VolumeSplit, VolumeThatIsNotSetOrNegativeFails) {
     }
 }
 
-TEST(VolumeSplit, NoPositiveWeightFailsWhereThereIsSomethingToDivide) {
+TEST(VolumeSplit, VolumeWithoutAPositiveWeightFails) {
     EXPECT_FALSE(splitOverAccounts(100, {0, kNaN}, 100).m_error.isSuccess());
     EXPECT_FALSE(splitOverAccounts(100, {}, 100).m_error.isSuccess());
     EXPECT_EQ(split(0, {0, kNaN}, 100), (std::vector<int>{0, 0}));
@@ -91,7 +91,7 @@ TEST(VolumeSplit, ReasonsAreInTheUsersLanguage) {
     EXPECT_EQ(failure(100, {0}), "没有权重大于0的账号");
 }
 
-TEST(VolumeSplit, UnitBelowOneCountsAsOne) {
+TEST(VolumeSplit, UnitBelowOneIsTreatedAsOne) {
     EXPECT_EQ(split(3, {1, 2}, 0), (std::vector<int>{1, 2}));
     EXPECT_EQ(split(3, {1, 2}, -100), (std::vector<int>{1, 2}));
 }
@@ -123,7 +123,7 @@ TEST(VolumeSplit, SumIsAlwaysTheVolumeAndOnlyOneAccountHasAnOddLot) {
     }
 }
 
-TEST(VolumeSplit, NobodyIsFurtherThanAUnitFromTheExactShare) {
+TEST(VolumeSplit, EachPartIsWithinAUnitOfTheExactShare) {
     std::mt19937 random(7);
     for (int round = 0; round < 5000; ++round) {
         std::vector<double> weights(2 + random() % 8);
@@ -151,31 +151,31 @@ constexpr auto kMustClose = kit::EFirstAccount::MustClose;
 
 } // namespace
 
-TEST(ClosingSplit, WeightsCountWhileEverybodyCanCloseHisPart) {
+TEST(ClosingSplit, WeightsDecideIfEachAccountCanCloseItsPart) {
     EXPECT_EQ(closing(3, {2, 1}, {2, 1}), (std::vector<int>{2, 1}));
     EXPECT_EQ(closing(30, {2, 1}, {50, 50}), (std::vector<int>{20, 10}));
     EXPECT_EQ(closing(1, {1, 2}, {5, 5}), (std::vector<int>{0, 1}));
 }
 
-TEST(ClosingSplit, WhatAnAccountCannotCloseTheOthersClose) {
+TEST(ClosingSplit, VolumeThatAnAccountCannotCloseGoesToTheOthers) {
     EXPECT_EQ(closing(6, {1, 1, 1}, {0, 9, 9}), (std::vector<int>{0, 3, 3}));
     EXPECT_EQ(closing(6, {1, 1, 1}, {1, 9, 9}), (std::vector<int>{1, 3, 2}));
     EXPECT_EQ(closing(10, {9, 1}, {4, 9}), (std::vector<int>{4, 6}));
     EXPECT_EQ(closing(1, {2, 1}, {0, 1}), (std::vector<int>{0, 1}));
 }
 
-TEST(ClosingSplit, MoreThanCanBeClosedGoesByWeight) {
+TEST(ClosingSplit, VolumeAboveAllPositionsIsDividedByWeight) {
     EXPECT_EQ(closing(6, {1, 1}, {0, 5}), (std::vector<int>{3, 3}));
     EXPECT_EQ(closing(2, {1, 1}, {0, 0}), (std::vector<int>{1, 1}));
 }
 
-TEST(ClosingSplit, OddLotsCloseWholeOrNotAtAll) {
+TEST(ClosingSplit, OddLotIsClosedCompletelyOrNotAtAll) {
     EXPECT_EQ(closing(200, {1, 1}, {150, 50}, {}, 100), (std::vector<int>{150, 50}));
     EXPECT_EQ(closing(200, {1, 1}, {250, 50}, {}, 100), (std::vector<int>{200, 0}));
     EXPECT_EQ(closing(200, {1, 1}, {150, 60}, {}, 100), (std::vector<int>{100, 100})) << "by weight";
 }
 
-TEST(ClosingSplit, FirstAccountThatMustCloseGetsAUnitIfItHasOne) {
+TEST(ClosingSplit, FirstAccountThatMustCloseGetsAUnitIfItHoldsOne) {
     EXPECT_EQ(closing(1, {1, 2}, {5, 5}, kMustClose), (std::vector<int>{1, 0}));
     EXPECT_EQ(closing(2, {1, 9}, {5, 5}, kMustClose), (std::vector<int>{1, 1}));
     EXPECT_EQ(closing(1, {1, 2}, {0, 5}, kMustClose), (std::vector<int>{0, 1}));
@@ -183,13 +183,13 @@ TEST(ClosingSplit, FirstAccountThatMustCloseGetsAUnitIfItHasOne) {
     EXPECT_EQ(closing(0, {1, 2}, {5, 5}, kMustClose), (std::vector<int>{0, 0}));
 }
 
-TEST(ClosingSplit, FailuresAreThoseOfTheSplitByWeight) {
+TEST(ClosingSplit, FailsWithTheReasonsOfTheSplitByWeight) {
     EXPECT_TRUE(closing(-1, {1, 2}, {5, 5}).empty());
     EXPECT_TRUE(closing(TC::kUnsetInt, {1, 2}, {5, 5}).empty());
     EXPECT_TRUE(closing(1, {0, 0}, {5, 5}).empty());
 }
 
-TEST(ClosingSplit, SumIsAlwaysTheVolumeAndWhatFitsIsNotChanged) {
+TEST(ClosingSplit, SumIsAlwaysTheVolumeAndASplitThatFitsIsNotChanged) {
     std::mt19937 random(20260106);
     for (int round = 0; round < 20000; ++round) {
         std::vector<double> weights(1 + random() % 6);

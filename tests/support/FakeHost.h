@@ -8,6 +8,7 @@
 #include "orderservice/platform/LuaModuleCtrl.h"
 #include "orderservice/platform/MsgService.h"
 #include "orderservice/platform/Quote.h"
+#include "orderservice/platform/Switches.h"
 #include "orderservice/platform/TimeService.h"
 #include "orderservice/platform/TradingRules.h"
 #include "orderservice/platform/UserConfig.h"
@@ -338,7 +339,8 @@ public:
 class CSwitches : public luawrapper::LuaModuleCtrl {
 public:
     bool checkModule(const std::vector<std::string>& path) override {
-        return path.size() == 2 && path[0] == "mdl_order" && on.count(path[1]) > 0;
+        const std::string* name = TC::orderSwitchOf(path);
+        return name != nullptr && on.count(*name) > 0;
     }
 
     std::set<std::string> on{"mdl_order_command_remark"};

@@ -41,7 +41,7 @@ private:
     std::condition_variable m_changed;
 };
 
-class KitRoad : public testing::Test {
+class KitOrders : public testing::Test {
 protected:
     void SetUp() override {
         CHost services = host.services();
@@ -77,7 +77,7 @@ protected:
     CCountedOrders orders;
 };
 
-TEST_F(KitRoad, OrderWithAPriceBecomesACommand) {
+TEST_F(KitOrders, OrderWithAPriceBecomesACommand) {
     drop("23,1,10.5,SH600000,300\n");
     ASSERT_TRUE(orders.waitFor(1));
     end();
@@ -91,7 +91,7 @@ TEST_F(KitRoad, OrderWithAPriceBecomesACommand) {
     EXPECT_EQ(record.m_nVolume, 300);
 }
 
-TEST_F(KitRoad, OrderWithoutAPriceIsRefused) {
+TEST_F(KitOrders, OrderWithoutAPriceIsRefused) {
     drop("23,1,0,SH600000,300\n");
     ASSERT_TRUE(orders.waitFor(1));
     end();
@@ -99,7 +99,7 @@ TEST_F(KitRoad, OrderWithoutAPriceIsRefused) {
     EXPECT_EQ(orders.refusals.size(), 1u);
 }
 
-TEST_F(KitRoad, OrderWithTradeParametersIsRefusedAndTheReasonIsShown) {
+TEST_F(KitOrders, OrderWithTradeParametersIsRefusedAndTheReasonIsShown) {
     drop("23,1,10.5,SH600000,300\norderParam=account:A2\n");
     ASSERT_TRUE(orders.waitFor(1));
     end();
@@ -110,16 +110,16 @@ TEST_F(KitRoad, OrderWithTradeParametersIsRefusedAndTheReasonIsShown) {
     EXPECT_NE(screen.str().find("不支持交易参数(orderParam)"), std::string::npos) << screen.str();
 }
 
-TEST_F(KitRoad, FileThatIsCutShortIsShown) {
+TEST_F(KitOrders, FileThatIsCutShortIsShown) {
     drop("23,1,10.5,SH600000,300\n23,1,ten,SH600000,300\n23,1,10.5,SH600000,300\n");
     ASSERT_TRUE(orders.waitFor(1));
     end();
-    EXPECT_EQ(orders.commands.size(), 1u) << "what stood before the bad line goes on";
+    EXPECT_EQ(orders.commands.size(), 1u) << "the orders before the bad line go on";
     EXPECT_NE(screen.str().find("读取中断"), std::string::npos) << screen.str();
     EXPECT_NE(screen.str().find("line 2"), std::string::npos) << screen.str();
 }
 
-TEST_F(KitRoad, UnknownStockIsRefused) {
+TEST_F(KitOrders, UnknownStockIsRefused) {
     drop("23,1,10.5,SH600001,300\n");
     ASSERT_TRUE(orders.waitFor(1));
     end();
@@ -128,7 +128,7 @@ TEST_F(KitRoad, UnknownStockIsRefused) {
     EXPECT_TRUE(orders.refusals[0].contains(QStringLiteral("不合法"))) << orders.refusals[0].toStdString();
 }
 
-TEST(KitDoors, DoorThatServesNobodyAndRefusedConnectionsAreShown) {
+TEST(KitDoors, ChangedPortStuckDoorAndRefusedConnectionAreShown) {
     std::ostringstream screen;
     minimal::CMinimalHost host(screen);
     ASSERT_TRUE(installHost(host.services()).isSuccess());
@@ -190,7 +190,7 @@ TEST_F(KitAudit, RefusedFileAndLinesWithoutEffectAreShown) {
     EXPECT_TRUE(shows("有2行未生效, 首行为 line 1: too few fields")) << screen.str();
 }
 
-TEST_F(KitAudit, FileOfAnEarlierRunIsNotSaidToBeUntraded) {
+TEST_F(KitAudit, FileOfAnEarlierRunIsShownAsPossiblyTraded) {
     CIntakeReport report;
     report.m_strSource = QStringLiteral("/orders/a.txt.tmp");
     report.m_bLeftOver = true;
@@ -210,7 +210,7 @@ TEST_F(KitAudit, FileThatIsDeletedUnreadIsShown) {
     EXPECT_TRUE(shows("/orders/a.txt 未读取即删除, 行数未知")) << screen.str();
 }
 
-TEST_F(KitAudit, OrdersThatAreNotWorkedOffAreShownByChannel) {
+TEST_F(KitAudit, UnplacedOrdersAreShownByChannel) {
     QVector<COrderParam> orders(3);
     orders[0].m_nChannel = orders[2].m_nChannel = 4;
     orders[1].m_nChannel = 9;
@@ -219,7 +219,7 @@ TEST_F(KitAudit, OrdersThatAreNotWorkedOffAreShownByChannel) {
     EXPECT_TRUE(shows("通道号: 9, 1条指令未执行!")) << screen.str();
 }
 
-TEST_F(KitAudit, WhatComesToNothingIsShown) {
+TEST_F(KitAudit, DroppedOrdersAndFailedCancelsAreShown) {
     tellOrdersDropped(5, 2, QStringLiteral("no user is loaded"));
     EXPECT_TRUE(shows("通道号: 5, 2条指令未执行: no user is loaded")) << screen.str();
     CIncidentReport cancel;
@@ -233,7 +233,7 @@ TEST_F(KitAudit, WhatComesToNothingIsShown) {
     EXPECT_TRUE(shows("撤单未成功: no such task")) << screen.str();
 }
 
-TEST_F(KitAudit, WhatIsLeftOutIsShown) {
+TEST_F(KitAudit, LeftOutRowsAndStrategiesAreShown) {
     CIncidentReport report;
     report.m_eIncident = EIncident::RowsLeftOut;
     report.m_nChannel = 5;
@@ -258,7 +258,7 @@ public:
 };
 
 /// The kit's audit shows its reports only on the panel.
-TEST(KitPanel, ReportThatThePanelCannotShowIsInTheLog) {
+TEST(KitPanel, ReportIsLoggedIfThePanelThrows) {
     std::ostringstream screen;
     minimal::CMinimalHost host(screen);
     CBrokenPanel panel;

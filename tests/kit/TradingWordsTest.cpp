@@ -1,0 +1,30 @@
+#include "orderservice/kit/TradingWords.h"
+
+#include "orderservice/records/OrderNumbers.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace kit {
+namespace {
+
+// A new row of the table needs a word here, or its group's word. The numbers below have neither: users see
+// the number itself.
+TEST(TradingWords, EveryOrderNumberHasAWordOrAGroup) {
+    const std::set<int> withoutWord{36, 110, 111, 112, 113, 114, 115, 116, 117, 118, 119};
+    for (std::size_t row = 0; row < TC::kOrderNumberCount; ++row) {
+        const int number = TC::kOrderNumbers[row].m_nNumber;
+        const bool isGeneral = orderWord(number) == QStringLiteral("指令") + QString::number(number);
+        EXPECT_EQ(isGeneral, withoutWord.count(number) != 0) << number;
+    }
+}
+
+TEST(TradingWords, NumberOfAGroupFollowsTheGroupsWord) {
+    EXPECT_EQ(orderWord(23), QStringLiteral("买入"));
+    EXPECT_EQ(orderWord(6), QStringLiteral("期货指令6"));
+    EXPECT_EQ(orderWord(777), QStringLiteral("指令777"));
+}
+
+} // namespace
+} // namespace kit
