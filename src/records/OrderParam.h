@@ -73,6 +73,9 @@ struct COrderSingleParamCompareTraits {
     static int compare(const COrderSingleParam& a, const COrderSingleParam& b);
 };
 
+/// Whether the channel number means the strategy that reads the order line: channel 0.
+bool isUniversal(int channel);
+
 /// The code in an external field in GBK or UTF-8. "0" means no code.
 QString codeOfField(std::string_view field);
 

@@ -319,6 +319,10 @@ void COrderService::announceStatus(bool isAnyRunning) {
     runGuarded(QStringLiteral("sigSetStatus的接收者异常"), [&] { emit sigSetStatus(isAnyRunning); });
 }
 
+bool COrderService::isUniversal(int channel) const {
+    return TC::isUniversal(channel);
+}
+
 void COrderService::exchangePosition(boost::shared_ptr<CAccountInfo> account,
                                      QVector<COrderSingleParam>& rows) const {
     const utils::CLibraryCall call;

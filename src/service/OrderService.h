@@ -104,10 +104,9 @@ public:
     /// then not read further.
     void cancelOrders(std::vector<std::string>& fields) override;
 
-    /// Replaces target volumes by the orders that change the account's stock positions to the targets. If the
-    /// host has no data of the account, the rows do not change. Any thread; locks the account's data during
-    /// the call.
-    void exchangePosition(boost::shared_ptr<CAccountInfo> account, QVector<COrderSingleParam>& rows) const;
+    /// Whether the channel number of an order line means the strategy that reads the line: channel 0. Any
+    /// thread.
+    bool isUniversal(int channel) const;
 
     /// Whether any strategy runs.
     bool hasRunning() const;
@@ -185,6 +184,13 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    friend struct COrderServicePeer; ///< lets tests call exchangePosition
+
+    /// Replaces target volumes by the orders that change the account's stock positions to the targets. If the
+    /// host has no data of the account or fails, the rows do not change. Any thread; locks the account's data
+    /// during the call.
+    void exchangePosition(boost::shared_ptr<CAccountInfo> account, QVector<COrderSingleParam>& rows) const;
+
     bool isInside() const;
     void connectOwnSignals();
     void connectHost();
