@@ -97,10 +97,6 @@ void parseGeneralForm(const CFields& fields, std::size_t next, const CLineOrigin
 
 } // namespace
 
-bool isUniversal(int channel) {
-    return channel == 0;
-}
-
 std::size_t firstOrderField(const CLineOrigin& source) {
     return source.m_bTableRow ? 1 : 2;
 }

@@ -5,9 +5,6 @@
 
 namespace TC {
 
-/// Channel 0 means the strategy that reads the file.
-bool isUniversal(int channel);
-
 /// Where a plain order line comes from.
 struct CLineOrigin {
     int m_nChannel = 0;       ///< the strategy that reads it

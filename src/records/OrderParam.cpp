@@ -73,6 +73,10 @@ int COrderSingleParamCompareTraits::compare(const COrderSingleParam& a, const CO
     return a.m_strCode.compare(b.m_strCode);
 }
 
+bool isUniversal(int channel) {
+    return channel == 0;
+}
+
 QString codeOfField(std::string_view field) {
     return field == "0" ? QString() : UW::sToQs(field.data(), field.size());
 }

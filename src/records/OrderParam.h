@@ -74,6 +74,9 @@ struct COrderSingleParamCompareTraits {
     static int compare(const COrderSingleParam& a, const COrderSingleParam& b);
 };
 
+/// Whether the channel number means the strategy that reads the order line: channel 0.
+ORDERSERVICE_EXPORT bool isUniversal(int channel);
+
 /// The code in an external field in GBK or UTF-8. "0" means no code.
 ORDERSERVICE_EXPORT QString codeOfField(std::string_view field);
 

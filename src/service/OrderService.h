@@ -16,9 +16,9 @@
 #include <QVector>
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +32,7 @@ class CSocketListeners;
 class COrderServiceBase;
 class CStrategyRegistry;
 class CUserConfig;
+class IBatchVariant;
 
 /// The order service. All orders reach the order checkers through this singleton. It chooses the variant of
 /// the checker for the user, owns the threads of the order path, keeps the strategies, and queues calls from
@@ -105,10 +106,9 @@ public:
     /// then not read further.
     void cancelOrders(std::vector<std::string>& fields) override;
 
-    /// Replaces target volumes by the orders that change the account's stock positions to the targets. If the
-    /// host has no data of the account, the rows do not change. Any thread; locks the account's data during
-    /// the call.
-    void exchangePosition(boost::shared_ptr<CAccountInfo> account, QVector<COrderSingleParam>& rows) const;
+    /// Whether the channel number of an order line means the strategy that reads the line: channel 0. Any
+    /// thread.
+    bool isUniversal(int channel) const;
 
     /// Whether any strategy runs.
     bool hasRunning() const;
@@ -142,6 +142,9 @@ public:
     /// The record itself or null. The pointer is valid until the record is removed, and the record is read
     /// without a lock. Use it only while no other thread changes the strategies.
     const COrderStrategyParam* getStrategyConst(int id) const;
+    /// The same for a host that writes to the record. The next order uses what was written. After the first
+    /// call the strategy is copied for each of its orders, and revision does not include what was written.
+    /// So a host that only reads calls getStrategyConst, and updateOrderStrategy is the better way to write.
     COrderStrategyParam* getStrategy(int id);
     /// Starts a strategy. For a file strategy, a file that already waits is deleted unread. `error` gets the
     /// reason of a failure, and can contain a note after a success.
@@ -152,11 +155,14 @@ public:
 
     QString getOrderStrategyText(EOrderStrategyType type) const override;
     std::string defaultRemark(const COrderStrategyParam& strategy) const override;
-    std::optional<COrderStrategyParam> copyStrategy(int channel) override;
+    COrderStrategyPtr strategyOf(int channel) override;
     void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) override;
+    std::uint64_t revision() const override;
 
 signals:
-    /// Checked orders for the main thread.
+    /// Checked orders for the main thread; COrderServiceAdapter receives them. Emitted on the thread that
+    /// processed the batch. The map is the library's own. A receiver of the host connects directly, or it
+    /// must not use the map: the map ends when the adapter has placed the orders.
     void sigPlaceLegalOrders(QVector<TC::orderParamForOrderService> orders,
                              const QMap<int, TC::COrderStrategyParam>* strategies);
     /// A strategy was started or stopped; the argument is hasRunning(). Emitted with the registry locked.
@@ -186,6 +192,13 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    friend struct COrderServicePeer; ///< lets tests call exchangePosition
+
+    /// Replaces target volumes by the orders that change the account's stock positions to the targets. If the
+    /// host has no data of the account or fails, the rows do not change. Any thread; locks the account's data
+    /// during the call.
+    void exchangePosition(boost::shared_ptr<CAccountInfo> account, QVector<COrderSingleParam>& rows) const;
+
     bool isInside() const;
     void connectOwnSignals();
     void connectHost();
@@ -196,25 +209,18 @@ private:
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();
-    bool beginOrder(int channel);
 
     struct CThreads;
-    /// A batch that the variant is processing.
-    struct CBatch {
-        COrderStrategyMap strategies;
-        int begun = 0;      ///< number of orders that the variant has started
-        bool isCut = false; ///< the remaining orders were dropped
-    };
 
     const CHostLease m_hostLease; ///< first member, so that it is destroyed last
     std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
     std::unique_ptr<COrderServiceBase> m_orderService;
-    std::atomic<COrderServiceBase*> m_pVariant{nullptr}; ///< m_orderService after it is chosen; null before
+    std::atomic<COrderServiceBase*> m_pVariant{nullptr};  ///< m_orderService after it is chosen; null before
+    std::atomic<IBatchVariant*> m_pBatchVariant{nullptr}; ///< the same object
     std::unique_ptr<CFileService> m_fileService;
     std::unique_ptr<CThreads> m_threads;
     std::vector<QMetaObject::Connection> m_hostConnections;
-    CBatch* m_pInHand = nullptr; ///< the innermost batch; used on the service's thread only
     std::atomic<bool> m_bDropping{false};
     knservice::TradeInterfaceList m_interfaces;
 };

@@ -1,5 +1,7 @@
 #include "tests/breach/BreachRows.h"
 
+#include "tests/support/ServicePeer.h"
+
 #include <QDomDocument>
 
 #include <chrono>
@@ -340,7 +342,7 @@ void CBreachRoad::exchange() {
     target.m_strCode = QStringLiteral("600000");
     target.m_nVolume = 300;
     QVector<TC::COrderSingleParam> rows{target};
-    service().exchangePosition(host.user.accounts.at("A1"), rows);
+    TC::COrderServicePeer::exchangePosition(service(), host.user.accounts.at("A1"), rows);
     ASSERT_EQ(rows.size(), 1);
     EXPECT_EQ(rows.at(0).m_nVolume, 300);
 }

@@ -1,5 +1,6 @@
 // A host that returns null or nothing although a value is expected.
 #include "tests/breach/BreachRows.h"
+#include "tests/support/ServicePeer.h"
 
 #include <atomic>
 
@@ -90,7 +91,7 @@ TEST_F(NullAnswers, EntriesOfTablesThatAreNoneArePassedOver) {
     target.m_strCode = QStringLiteral("600000");
     target.m_nVolume = 300;
     QVector<TC::COrderSingleParam> rows{target};
-    road.service().exchangePosition(road.host.user.accounts.at("A1"), rows);
+    TC::COrderServicePeer::exchangePosition(road.service(), road.host.user.accounts.at("A1"), rows);
     ASSERT_EQ(rows.size(), 1);
     EXPECT_EQ(rows.at(0).m_nVolume, 300); // unchanged, because no position is held
     road.waitForService();

@@ -3,6 +3,7 @@
 #include "orderservice/check/OrderServiceBase.h"
 #include "orderservice/service/OrderServiceAdapter.h"
 #include "tests/service/ServiceFixture.h"
+#include "tests/support/ServicePeer.h"
 
 #include <QMetaMethod>
 #include <QThread>
@@ -14,6 +15,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <thread>
+#include <type_traits>
 
 namespace {
 
@@ -81,15 +83,27 @@ TEST_F(OrderService, PositionsAreExchangedWithoutAMultiplier) {
     target.m_strCode = QStringLiteral("600000");
     target.m_nVolume = 300;
     QVector<COrderSingleParam> rows{target};
-    service().exchangePosition(account, rows); // the account has no data yet
+    COrderServicePeer::exchangePosition(service(), account, rows); // the account has no data yet
     EXPECT_EQ(rows.at(0).m_nVolume, 300);
     EXPECT_EQ(rows.at(0).m_eOperationType, -1);
     host.tasks.addPosition(account, "SH", "600000", 1000);
-    service().exchangePosition(account, rows);
+    COrderServicePeer::exchangePosition(service(), account, rows);
     ASSERT_EQ(rows.size(), 1);
     EXPECT_EQ(rows.at(0).m_nVolume, 700);
     EXPECT_EQ(rows.at(0).m_eOperationType, static_cast<int>(EOperationType::Sell));
     EXPECT_FALSE(host.tasks.readUnlocked);
+}
+
+template<typename Service, typename = void>
+struct HasPublicExchange : std::false_type {};
+template<typename Service>
+struct HasPublicExchange<Service, std::void_t<decltype(&Service::exchangePosition)>> : std::true_type {};
+
+TEST_F(OrderService, PositionExchangeIsPrivateAndTheUniversalChannelPublic) {
+    EXPECT_FALSE(HasPublicExchange<COrderService>::value);
+    EXPECT_TRUE(service().isUniversal(0));
+    EXPECT_FALSE(service().isUniversal(1));
+    EXPECT_FALSE(service().isUniversal(-1));
 }
 
 TEST_F(OrderService, OrdersBeforeTheConfigurationAreDropped) {
