@@ -33,18 +33,7 @@ private:
     };
     EBatch placeGuarded(const COrderParam& order, const COrderStrategyMap* strategies);
     EBatch placeOrder(const COrderParam& order, const COrderStrategyMap* strategies);
-    void announce(const COrderParam& order, const COrderStrategyParam& strategy) const;
-    void dispatch(const COrderParam& order, const COrderStrategyParam& strategy);
-
-    struct CFamilyOperation;
-    struct CChecked;
-    void orderFamily(const CFamilyOperation& family, const COrderParam& order,
-                     const COrderStrategyParam& strategy) const;
-    void orderCompose(COrderParam order, const COrderStrategyParam& strategy) const;
-    void issueCommand(const CFamilyOperation& family, const CChecked& checked) const;
-    void issueBareCommand(const CFamilyOperation& family, const CChecked& checked) const;
-
-    static const CFamilyOperation s_operations[];
+    void dispatch(const COrderParam& order, const COrderStrategyParam& strategy) const;
 
     const CBeforeOrder m_beforeOrder;
 };
