@@ -1,6 +1,7 @@
 // Baskets: many instruments in one order, by volume, by target position, or by money and weight. A basket can
 // also sell all that the accounts hold.
 #include "orderservice/base/Text.h"
+#include "orderservice/check/AccountLookup.h"
 #include "orderservice/check/CheckFrame.h"
 #include "orderservice/check/CodeLookup.h"
 #include "orderservice/check/CommandGuard.h"
@@ -15,6 +16,8 @@
 #include "orderservice/platform/LuaModuleCtrl.h"
 #include "orderservice/platform/Switches.h"
 #include "orderservice/platform/TradingRules.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/records/OrderTypes.h"
 #include "orderservice/records/Portfolio.h"
 
 #include <QSet>
@@ -85,7 +88,7 @@ struct CLeftOut {
 
 /// The state of a basket during its check.
 struct CBasket {
-    COrderParam& order;
+    QVector<COrderSingleParam>& lines; ///< the rows that the order names
     CCheckRun run;
     int multiplier;
     double totalWeight = 0.0;
@@ -99,18 +102,18 @@ struct CBasket {
 /// Whether the order's money is divided over the rows in this file. For a target position the volumes were
 /// already calculated in takeTargets.
 bool sharesMoney(const CBasket& basket) {
-    return basket.run.strategy.m_bUseAmount && isBasketHeaderOrder(basket.order.m_nOrderType);
+    return basket.run.strategy.m_bUseAmount && isBasketHeaderOrder(basket.run.order.m_nOrderType);
 }
 
 bool checkSwitch(const CBasket& basket) {
-    const int number = basket.order.m_nOrderType;
+    const int number = basket.run.order.m_nOrderType;
     const bool needsSwitch = number == kOrderBasketHeader || number == kOrderBasketWhole;
     if (!needsSwitch || luawrapper::isOrderSwitchOn(kComposeTradeSwitch)) return true;
     return failCheck(basket.run, QStringLiteral("[%1]　通道号: %2, 下单指令不合法，一键买卖授权已关闭!"));
 }
 
 bool checkRowsGiven(const CBasket& basket) {
-    if (!basket.order.m_orders.isEmpty() || basket.order.m_nOrderType == kOrderBasketSell) return true;
+    if (!basket.lines.isEmpty() || basket.run.order.m_nOrderType == kOrderBasketSell) return true;
     return failCheck(basket.run, QString::fromUtf8(kBadOrderNumber));
 }
 
@@ -123,13 +126,12 @@ bool failParams(const CBasket& basket) {
 /// other rows would get nothing; if they are targets, all their holdings would be sold. An order without rows
 /// has nothing to divide.
 bool checkMoney(const CBasket& basket) {
-    const int number = basket.order.m_nOrderType;
+    const int number = basket.run.order.m_nOrderType;
     const COrderStrategyParam& strategy = basket.run.strategy;
     const bool isShared = isBasketHeaderOrder(number) || isTargetOrder(number);
-    if (!strategy.m_bUseAmount || !isShared || basket.order.m_bAll || basket.order.m_orders.isEmpty())
-        return true;
+    if (!strategy.m_bUseAmount || !isShared || basket.run.order.m_bAll || basket.lines.isEmpty()) return true;
     double sum = 0;
-    for (const COrderSingleParam& row : qAsConst(basket.order.m_orders))
+    for (const COrderSingleParam& row : qAsConst(basket.lines))
         sum += row.m_dWeight;
     const bool isGood = std::isfinite(sum) && !isInvalidPrice(finiteOrUnset(strategy.m_dAmount));
     return isGood || failParams(basket);
@@ -140,8 +142,8 @@ bool checkTargets(const CBasket& basket) {
     const auto isGood = [&](const COrderSingleParam& row) {
         return static_cast<std::int64_t>(row.m_nVolume) * basket.multiplier >= 0;
     };
-    const QVector<COrderSingleParam>& rows = basket.order.m_orders;
-    return basket.order.m_bAll || std::all_of(rows.begin(), rows.end(), isGood) || failParams(basket);
+    const QVector<COrderSingleParam>& rows = basket.lines;
+    return basket.run.order.m_bAll || std::all_of(rows.begin(), rows.end(), isGood) || failParams(basket);
 }
 
 /// The codes whose target has no volume.
@@ -166,20 +168,20 @@ void leaveOutUnset(CBasket& basket, const QSet<QString>& unsetCodes) {
                   row.m_strCode);
         return true;
     };
-    QVector<COrderSingleParam>& rows = basket.order.m_orders;
+    QVector<COrderSingleParam>& rows = basket.lines;
     rows.erase(std::remove_if(rows.begin(), rows.end(), isLeftOut), rows.end());
 }
 
 bool takeTargets(CBasket& basket) {
-    if (!isTargetOrder(basket.order.m_nOrderType)) return true;
+    if (!isTargetOrder(basket.run.order.m_nOrderType)) return true;
     const COrderStrategyParam& strategy = basket.run.strategy;
     if (strategy.m_bUseAmount) {
         basket.multiplier = 1;
-        calcVolumnByWeight(basket.order.m_orders, strategy.m_dAmount);
+        calcVolumnByWeight(basket.lines, strategy.m_dAmount);
     }
     if (!checkTargets(basket)) return false;
-    const QSet<QString> unset = unsetTargets(basket.order.m_orders);
-    exchangePosition(basket.run.accounts.front(), basket.order.m_orders, basket.multiplier);
+    const QSet<QString> unset = unsetTargets(basket.lines);
+    exchangePosition(basket.run.accounts.front(), basket.lines, basket.multiplier);
     leaveOutUnset(basket, unset);
     return true;
 }
@@ -201,8 +203,8 @@ CInstrumentDetailPtr findInstrument(CBasket& basket, QString& code) {
 /// of later rows arrive while earlier rows are processed.
 void collectRows(CBasket& basket) {
     CCheckRun& run = basket.run;
-    basket.rows.reserve(static_cast<std::size_t>(basket.order.m_orders.size()));
-    for (const COrderSingleParam& row : qAsConst(basket.order.m_orders)) {
+    basket.rows.reserve(static_cast<std::size_t>(basket.lines.size()));
+    for (const COrderSingleParam& row : qAsConst(basket.lines)) {
         if (row.m_nVolume < 1 && !run.strategy.m_bUseAmount) {
             if (row.m_nVolume < 0) basket.leftOut.add(row.m_strCode, kNegativeVolume);
             continue;
@@ -216,7 +218,7 @@ void collectRows(CBasket& basket) {
         known.weight = row.m_dWeight;
         if (run.setting.m_ePriceType == EPriceType::Specified) known.price = row.m_dPrice;
         known.op = isUnset(run.op) ? static_cast<EOperationType>(row.m_eOperationType) : run.op;
-        known.quoteRequest = run.service.prepareCode(code, run.accounts);
+        known.quoteRequest = requestQuotes(code);
         basket.rows.push_back(std::move(known));
     }
     if (!sharesMoney(basket)) return;
@@ -262,7 +264,7 @@ double rowVolume(const CBasket& basket, const CBasketRow& row) {
         if (basket.totalWeight == 0.0) return amount / static_cast<double>(basket.rows.size()) / price;
         return row.weight * amount / basket.totalWeight / price;
     }
-    if (isTargetOrder(basket.order.m_nOrderType)) return row.volume;
+    if (isTargetOrder(basket.run.order.m_nOrderType)) return row.volume;
     return static_cast<double>(row.volume) * basket.multiplier;
 }
 
@@ -311,7 +313,7 @@ void startRow(CCheckRun& run, EOperationType op, CStockInfo stock) {
 bool mayTradeRow(CBasket& basket, const CBasketRow& row) {
     const bool isOff = isSuspended(basket.run);
     if (!isOff && mayStandInABasket(basket.run.stock())) return true;
-    const bool isReached = row.volume == 0 && isTargetOrder(basket.order.m_nOrderType);
+    const bool isReached = row.volume == 0 && isTargetOrder(basket.run.order.m_nOrderType);
     if (!isReached) basket.leaveOut(isOff ? kSuspended : kWrongType);
     return false;
 }
@@ -394,14 +396,10 @@ bool sellAccount(CBasket& basket, const CAccountInfoPtr& account) {
 bool sellAll(CBasket& basket) {
     CCheckRun& run = basket.run;
     basket.leftOut = {}; // the rows of the order are not used, so their notes are discarded
-    QString accountKey = preparedAccountKey(basket.order, run.strategy);
+    QString accountKey = preparedAccountKey(basket.lines, run.strategy);
     std::vector<CAccountInfoPtr> accounts;
     std::vector<double> ratios;
-    std::map<std::string, double> noWeights;
-    if (!run.service.checkAccountKey(basket.order, run.strategy, accountKey, accounts, ratios, noWeights,
-                                     false)) {
-        return false;
-    }
+    if (!findOrderAccounts(run.order, run.strategy, accountKey, accounts, ratios, nullptr)) return false;
     return std::all_of(accounts.begin(), accounts.end(), [&](const CAccountInfoPtr& account) {
         return !account || sellAccount(basket, account);
     });
@@ -412,7 +410,7 @@ void tellLeftOut(const CBasket& basket) {
     if (basket.leftOut.rows == 0) return;
     CIncidentReport report;
     report.m_eIncident = EIncident::RowsLeftOut;
-    report.m_nChannel = basket.order.m_nChannel;
+    report.m_nChannel = basket.run.order.m_nChannel;
     report.m_nRows = basket.leftOut.rows;
     report.m_strCode = basket.leftOut.code;
     report.m_strCause = basket.leftOut.cause;
@@ -435,10 +433,10 @@ bool checkFirstPrice(const CCheckRun& run) {
 
 } // namespace
 
-bool COrderServiceBase::checkAndFillOrderCompose(COrderParam& order, COrderStrategyParam strategy,
-                                                 std::vector<CCodeOrderParam>& codes,
-                                                 std::map<std::string, double>& weights) const {
-    CBasket basket{order, {kBasketCheck, *this, order, strategy, codes, weights}, strategy.m_nVolume};
+bool checkBasketRows(const COrderParam& order, QVector<COrderSingleParam>& rows,
+                     const COrderStrategyParam& strategy, std::vector<CCodeOrderParam>& codes,
+                     std::map<std::string, double>& weights) {
+    CBasket basket{rows, {{}, kBasketCheck, order, strategy, codes, weights}, strategy.m_nVolume};
     if (!checkOrderNumber(basket.run) || !checkRowsGiven(basket) || !checkSwitch(basket) ||
         !resolveAccounts(basket.run)) {
         return false;
@@ -450,6 +448,12 @@ bool COrderServiceBase::checkAndFillOrderCompose(COrderParam& order, COrderStrat
     if (!isPlaced || !checkFirstPrice(basket.run)) return false;
     tellLeftOut(basket);
     return true;
+}
+
+bool checkBasket(const COrderParam& order, const COrderStrategyParam& strategy,
+                 std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    QVector<COrderSingleParam> rows = order.m_orders; // shared until target positions replace them
+    return checkBasketRows(order, rows, strategy, codes, weights);
 }
 
 } // namespace TC

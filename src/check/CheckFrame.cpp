@@ -1,13 +1,15 @@
 #include "orderservice/check/CheckFrame.h"
 
-#include "orderservice/base/Clock.h"
 #include "orderservice/base/Text.h"
+#include "orderservice/check/AccountLookup.h"
 #include "orderservice/check/Reports.h"
 #include "orderservice/check/Volumes.h"
-#include "orderservice/platform/ExchangeClient.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/TradeClient.h"
 #include "orderservice/platform/TradingRules.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/records/Families.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <boost/make_shared.hpp>
 
@@ -16,9 +18,6 @@
 
 namespace TC {
 namespace {
-
-constexpr int kQuoteRetries = 2;
-constexpr double kQuoteRetrySeconds = 1.0;
 
 /// Copies the line's code, and the values that it sets, to the run. The line must have a code.
 void takeLine(CCheckRun& run, const COrderSingleParam& line) {
@@ -45,67 +44,14 @@ QString sourceHead(const CCheckRun& run) {
     return QStringLiteral("[") + orderStrategyText(run.order.m_eStrategyType) + QStringLiteral("]　");
 }
 
-/// A limit that is not finite is treated as not set, whatever its source.
-void takeFiniteLimit(double& limit, bool& isOn) {
-    if (std::isfinite(limit)) return;
-    limit = kUnsetDouble;
-    isOn = false;
-}
-
-/// False if the amount is missing. An amount whose whole part is the not-set int is treated as missing too.
-/// Larger amounts are allowed, because only the volume that they buy must fit an int.
-bool isAmountUsable(double amount) {
-    return !isInvalidPrice(amount) && std::trunc(amount) != static_cast<double>(kUnsetInt);
-}
-
-/// The price that converts the amount into a volume: the order's specified price, or otherwise a calculation
-/// price that is read again.
-double priceOfAmount(const CCheckRun& run) {
-    if (run.setting.m_ePriceType != EPriceType::Specified)
-        return calcPriceOf(run.priceData, run.setting.m_ePriceType, run.op, 0);
-    return isInvalidPrice(run.calcPrice) ? fallbackPriceOf(run.priceData) : run.calcPrice;
-}
-
-void stampRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume,
-                 CCodeOrderParam& record) {
-    orderSettingToParam(run.setting, record, op, volume, run.orderPrice, run.priceData);
-    fixTimeRange(record);
-    record.m_account = account;
-    record.m_nVolume = volume;
-    record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
-    record.m_ePositionType = run.strategy.m_ePositionType;
-    record.m_stock = run.stock();
+/// Fills the values of one account in a record, which is a copy of the run's record.
+void fillRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account, int volume,
+                CCodeOrderParam& record) {
+    stampRecord(run, op, account, volume, run.strategy.m_ePositionType, record);
     if (run.family.m_pfnFinishRecord != nullptr) run.family.m_pfnFinishRecord(run, volume, record);
 }
 
 } // namespace
-
-double originPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
-    return quote ? finiteOrUnset(hostCall<&CPriceData::getOriginPrice>.on(*quote, priceType, op))
-                 : kUnsetDouble;
-}
-
-double calcPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType) {
-    return quote ? finiteOrUnset(
-                       hostCall<&CPriceData::getPriceForCalc>.on(*quote, priceType, op, orderType, {}))
-                 : kUnsetDouble;
-}
-
-double orderPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType) {
-    return quote ? finiteOrUnset(
-                       hostCall<&CPriceData::getPriceForOrder>.on(*quote, priceType, op, orderType, {}))
-                 : kUnsetDouble;
-}
-
-double fallbackPriceOf(const CPriceDataPtr& quote) {
-    return quote ? finiteOrUnset(quote->m_dFallbackPrice) : kUnsetDouble;
-}
-
-bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op) {
-    if (!quote) return false;
-    return priceType == EPriceType::NoQuote || priceType == EPriceType::Specified ||
-           !isInvalidPrice(originPriceOf(quote, priceType, op));
-}
 
 bool failCheck(const CCheckRun& run, const QString& pattern, const QString& argument) {
     showCheckFailure(utils::fillText(pattern, {orderStrategyText(run.order.m_eStrategyType),
@@ -113,9 +59,9 @@ bool failCheck(const CCheckRun& run, const QString& pattern, const QString& argu
     return false;
 }
 
-QString preparedAccountKey(const COrderParam& order, const COrderStrategyParam& strategy) {
+QString preparedAccountKey(const QVector<COrderSingleParam>& lines, const COrderStrategyParam& strategy) {
     if (strategy.m_nAccountMode != COrderStrategyParam::kTableMode) return strategy.m_strSelectedAccount;
-    return order.m_orders.isEmpty() ? QString() : order.m_orders.first().m_strAccount;
+    return lines.isEmpty() ? QString() : lines.first().m_strAccount;
 }
 
 bool failCode(const CCheckRun& run) {
@@ -129,9 +75,25 @@ bool failPrice(const CCheckRun& run, const QString& pattern, const std::string& 
     return false;
 }
 
+bool isPriceTypeUsable(const COrderSetting& setting, const COrderParam& order, const CPriceDataPtr& quote,
+                       EOperationType op, EQDBrokerType broker, const CStockInfo& stock) {
+    if (setting.m_ePriceType == EPriceType::Specified) {
+        return !order.m_orders.isEmpty() && isPriceGiven(order.m_orders.first().m_dPrice);
+    }
+    const CUserConfig* user = getUserConfig();
+    if (!quote || user == nullptr) return false;
+    if (!hostCall<&CUserConfig::isPriceTypeValid>.on(*user, setting.m_ePriceType, op, broker,
+                                                     stock.m_strMarket, stock.m_strCode,
+                                                     setting.m_eOrderType)) {
+        return false;
+    }
+    const double price = hostCall<&CPriceData::getPriceForOrder>.on(*quote, setting.m_ePriceType, op, 0, {});
+    return knservice::isMarketPrice(setting.m_ePriceType) || isPriceGiven(price);
+}
+
 bool checkPriceType(const CCheckRun& run) {
     const EQDBrokerType broker = orderStrategyTradeTypeToBrokerType(run.strategy.m_eTradeType);
-    return run.service.isPriceTypeVailed(run.setting, run.order, run.priceData, run.op, broker, run.stock());
+    return isPriceTypeUsable(run.setting, run.order, run.priceData, run.op, broker, run.stock());
 }
 
 bool checkStockPrice(const CCheckRun& run) {
@@ -139,18 +101,11 @@ bool checkStockPrice(const CCheckRun& run) {
 }
 
 int volumeOfAmount(const CCheckRun& run, double fixedPrice) {
-    const double amount = finiteOrUnset(run.strategy.m_dAmount);
-    const double price = priceOfAmount(run);
-    if (!isAmountUsable(amount) || isInvalidPrice(price) || isZero(price)) return kUnsetInt;
-    return truncateToInt(amount / (isInvalidPrice(fixedPrice) ? price : fixedPrice));
+    return volumeForMoney(run, run.strategy.m_dAmount, fixedPrice);
 }
 
 int plainVolumeOfAmount(const CCheckRun& run) {
     return volumeOfAmount(run);
-}
-
-int roundToUnit(const CCheckRun& run, int volume) {
-    return isUnset(volume) ? volume : volume - volume % tradingUnit(run.stock());
 }
 
 bool checkOrderNumber(const CCheckRun& run) {
@@ -165,20 +120,18 @@ bool checkLineCount(const CCheckRun& run) {
 }
 
 bool resolveAccounts(CCheckRun& run) {
-    QString accountKey = preparedAccountKey(run.order, run.strategy);
-    return run.service.checkAccountKey(run.order, run.strategy, accountKey, run.accounts, run.ratios,
-                                       run.weights, true);
+    QString accountKey = preparedAccountKey(run.order.m_orders, run.strategy);
+    return findOrderAccounts(run.order, run.strategy, accountKey, run.accounts, run.ratios, &run.weights);
 }
 
 void takeSetting(CCheckRun& run) {
     const COrderParam& order = run.order;
     run.op = orderTypeToOperationType(order.m_nOrderType);
-    run.setting = run.strategy.setting(findFamily(run.family.m_eTradeType)->m_eSlot);
+    run.setting = run.strategy.setting(settingSlotOf(run.family.m_eTradeType));
     if (run.line() != nullptr && run.family.m_pfnLineIntoSetting != nullptr)
         run.family.m_pfnLineIntoSetting(*run.line(), run.setting);
     if (!order.m_strOrderSetting.empty()) takeSettingText(run);
-    takeFiniteLimit(run.setting.m_dFirstLimit, run.setting.m_bFirstLimitOn);
-    takeFiniteLimit(run.setting.m_dSecondLimit, run.setting.m_bSecondLimitOn);
+    takeFiniteLimits(run.setting);
 }
 
 bool resolveCode(CCheckRun& run) {
@@ -191,37 +144,8 @@ bool resolveCode(CCheckRun& run) {
     return run.family.m_pfnCheckCode == nullptr || run.family.m_pfnCheckCode(run);
 }
 
-void loadInstrument(CCheckRun& run) {
-    run.quoteRequest = run.service.prepareCode(run.code, run.accounts);
-    run.detail = hostCall<&CExchangeClient::getCodeInfo>(run.code);
-    CStockInfo stock;
-    if (run.detail) {
-        stock = {run.detail->m_strMarket, run.detail->m_strCode, run.detail->m_strName,
-                 run.detail->m_strProductId};
-    }
-    startRecord(run, run.op, std::move(stock));
-}
-
-void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock) {
-    run.record.m_stock = std::move(stock);
-    run.record.m_eOperationType = op;
-    if (const CUserConfig* user = getUserConfig())
-        run.record.m_strUserId = hostCall<&CUserConfig::getUserName>.on(*user);
-}
-
 void waitForQuote(CCheckRun& run) {
     run.priceData = waitForQuote(run.code, run.setting.m_ePriceType, run.op, run.family.m_eQuoteWait);
-}
-
-CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOperationType op,
-                           EQuoteWait rule) {
-    CPriceDataPtr quote = hostCall<&CQuoteClient::getStockPrice>(stockKey);
-    if (priceType == EPriceType::Specified && rule == EQuoteWait::UnlessSpecified) return quote;
-    for (int retry = 0; retry < kQuoteRetries && !isQuoteUsable(quote, priceType, op); ++retry) {
-        utils::sleep(kQuoteRetrySeconds);
-        quote = hostCall<&CQuoteClient::getStockPrice>(stockKey);
-    }
-    return quote;
 }
 
 void takePrices(CCheckRun& run) {
@@ -281,7 +205,7 @@ bool splitOverAccounts(CCheckRun& run) {
 CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccountInfoPtr& account,
                            int volume) {
     CCodeOrderParam record = run.record;
-    stampRecord(run, op, account, volume, record);
+    fillRecord(run, op, account, volume, record);
     return record;
 }
 
@@ -299,7 +223,7 @@ bool buildRecords(CCheckRun& run, EOperationType op) {
     for (std::size_t i = 0; i < run.accounts.size(); ++i) {
         if (run.volumes[i] < 1 || !run.accounts[i]) continue;
         run.codes.push_back(run.record);
-        stampRecord(run, op, run.accounts[i], run.volumes[i], run.codes.back());
+        fillRecord(run, op, run.accounts[i], run.volumes[i], run.codes.back());
         const bool isDropped = isLeftOut != nullptr && isLeftOut(run, run.volumes[i]);
         const bool isGood = isDropped || checkRecordPrice(run, run.codes.back());
         if (isDropped || !isGood) run.codes.pop_back();
@@ -326,7 +250,9 @@ bool finishCheck(CCheckRun& run) {
     return buildRecords(run, run.op);
 }
 
-bool runFamilyCheck(CCheckRun run) {
+bool runFamilyCheck(const CFamilyCheck& family, const COrderParam& order, const COrderStrategyParam& strategy,
+                    std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    CCheckRun run{{}, family, order, strategy, codes, weights};
     return beginCheck(run) && finishCheck(run);
 }
 

@@ -1,14 +1,22 @@
 #pragma once
 
-#include "orderservice/check/OrderServiceBase.h"
-#include "orderservice/platform/Quote.h"
+#include "orderservice/base/KNError.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/check/FamilyRules.h"
+#include "orderservice/check/InstrumentSteps.h"
+#include "orderservice/records/Account.h"
 #include "orderservice/records/CommandParam.h"
-#include "orderservice/records/Families.h"
+#include "orderservice/records/Enums.h"
 #include "orderservice/records/OrderParam.h"
+#include "orderservice/records/OrderSetting.h"
 #include "orderservice/records/StrategyParam.h"
 
 #include <QString>
+#include <QVector>
 
+#include <boost/shared_ptr.hpp>
+
+#include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
@@ -33,12 +41,6 @@ enum class ESettingText {
                         ///< algorithm
     PlainOnly, ///< the text is read unless the order's kind is an algorithm; the setting keeps its own kind
     Always,    ///< the text is read for every kind; the setting keeps its own kind
-};
-
-/// Whether an order that specifies its price waits for a quote.
-enum class EQuoteWait {
-    UnlessSpecified, ///< it does not wait
-    AlsoSpecified,   ///< it waits until there is any quote
 };
 
 /// Whether the instrument is passed to the host's split of the volume.
@@ -81,10 +83,10 @@ struct CFamilyCheck {
     void (*m_pfnFinishRecord)(const CCheckRun& run, int volume, CCodeOrderParam& record) = nullptr;
 };
 
-/// The state of one order during its check. The steps below fill the members from top to bottom.
-struct CCheckRun {
+/// The state of one order during its check: the instrument that is traded, and what the order adds to it. The
+/// steps below fill the members from top to bottom.
+struct CCheckRun : CInstrumentRun {
     const CFamilyCheck& family;
-    const COrderServiceBase& service;
     const COrderParam& order;
     const COrderStrategyParam& strategy;
     std::vector<CCodeOrderParam>& codes;
@@ -92,28 +94,19 @@ struct CCheckRun {
 
     std::vector<CAccountInfoPtr> accounts{};
     std::vector<double> ratios{};
-    EOperationType op = unsetEnum<EOperationType>();
-    COrderSetting setting{};
-    QString code{};
-    CInstrumentDetailPtr detail{};                   ///< null if the instrument is unknown
-    boost::shared_ptr<CQuoteRequest> quoteRequest{}; ///< held so that quotes continue to arrive
-    CCodeOrderParam record{};                        ///< the values that all records of the order share
-    CPriceDataPtr priceData{};
-    double calcPrice = kUnsetDouble;
-    double orderPrice = kUnsetDouble;
     int volume = kUnsetInt;
     std::vector<int> volumes{};
 
-    const CStockInfo& stock() const { return record.m_stock; }
     /// The order's only line, or null if it has no line.
     const COrderSingleParam* line() const {
         return order.m_orders.isEmpty() ? nullptr : &order.m_orders.first();
     }
 };
 
-/// Runs all steps of the check for a family that trades single instruments. True: run.codes got the records
+/// Runs all steps of the check for a family that trades single instruments. True: codes got the records
 /// that could be built, possibly none. False: one failure was reported.
-bool runFamilyCheck(CCheckRun run);
+bool runFamilyCheck(const CFamilyCheck& family, const COrderParam& order, const COrderStrategyParam& strategy,
+                    std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights);
 
 /// The steps of the check. A family with its own sequence calls the steps that it shares. A step that fails
 /// reports once and returns false.
@@ -123,7 +116,6 @@ bool checkLineCount(const CCheckRun& run);
 bool resolveAccounts(CCheckRun& run);
 void takeSetting(CCheckRun& run);
 bool resolveCode(CCheckRun& run);
-void loadInstrument(CCheckRun& run);
 /// Reads the quote. Waits up to two seconds for a usable one, depending on the family's EQuoteWait. A missing
 /// price is not a failure here.
 void waitForQuote(CCheckRun& run);
@@ -141,19 +133,6 @@ bool finishCheck(CCheckRun& run);
 
 /// Parts of the steps, for families that combine them differently.
 
-/// Sets instrument, operation and the user's name in run.record, which is copied for each record of the
-/// order.
-void startRecord(CCheckRun& run, EOperationType op, CStockInfo stock);
-/// The prices of a quote for the checks: not set if there is no quote or if the price is not finite.
-double originPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);
-double calcPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType);
-double orderPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op, int orderType);
-double fallbackPriceOf(const CPriceDataPtr& quote);
-/// Whether the quote has a price of the type. For the types Specified and NoQuote, which do not take the
-/// price from the quote, any quote is usable.
-bool isQuoteUsable(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);
-/// Returns the quote of a key. Waits up to two seconds until it has a price of the type.
-CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOperationType op, EQuoteWait rule);
 /// Splits the run's volume. The number of resulting volumes is not checked. The returned error gives the
 /// reason of a failure. If the run's volume is below 0, no resulting volume is above 0.
 boost::shared_ptr<utils::KNError> splitVolumes(CCheckRun& run, EOperationType op);
@@ -167,18 +146,18 @@ CCodeOrderParam makeRecord(const CCheckRun& run, EOperationType op, const CAccou
 /// Returns false, after a report, if the record has a specified price that is zero or not finite.
 bool checkRecordPrice(const CCheckRun& run, const CCodeOrderParam& record);
 
-/// Whether the price can be used; reports nothing.
+/// Whether the order's price can be used; reports nothing. If the setting has the price type Specified, it is
+/// the price of the order's first line. Other price types need a quote and must be allowed for the user.
+bool isPriceTypeUsable(const COrderSetting& setting, const COrderParam& order, const CPriceDataPtr& quote,
+                       EOperationType op, EQDBrokerType broker, const CStockInfo& stock);
+/// The same for the run.
 bool checkPriceType(const CCheckRun& run);
 /// Reports a price that cannot be used. %1 of the pattern is the source's label, %2 the code, %3 the name of
 /// the price type for codeForWord. Always returns false.
 bool failPrice(const CCheckRun& run, const QString& pattern, const std::string& codeForWord);
 
-/// The volume that the strategy's amount buys at the run's price, not rounded to units. Not set if the amount
-/// or the price cannot be used. fixedPrice: if set, it replaces the price in the division; the run's price
-/// must still be usable.
+/// The volume that the strategy's amount buys, as volumeForMoney returns it.
 int volumeOfAmount(const CCheckRun& run, double fixedPrice = kUnsetDouble);
-/// Rounds down to whole trading units of the run's instrument. A volume that is not set stays not set.
-int roundToUnit(const CCheckRun& run, int volume);
 
 /// Reports a failure of the run. %1 of the pattern is the source's label, %2 the channel, %3 the argument.
 /// Always returns false.
@@ -188,6 +167,6 @@ bool failCode(const CCheckRun& run);
 
 /// The name used to look up the accounts of an order: the strategy's account name, or in table mode the
 /// account of the first line.
-QString preparedAccountKey(const COrderParam& order, const COrderStrategyParam& strategy);
+QString preparedAccountKey(const QVector<COrderSingleParam>& lines, const COrderStrategyParam& strategy);
 
 } // namespace TC

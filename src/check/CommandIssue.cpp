@@ -1,24 +1,19 @@
 #include "orderservice/check/OrderServiceBase.h"
 
-#include "orderservice/base/Clock.h"
-#include "orderservice/check/CommandGuard.h"
-#include "orderservice/check/OrderKind.h"
-#include "orderservice/platform/AlgorithmTradeHelper.h"
+#include "orderservice/base/Unset.h"
+#include "orderservice/check/CommandRequest.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/LuaModuleCtrl.h"
-#include "orderservice/platform/OrderClient.h"
 #include "orderservice/platform/Switches.h"
-#include "orderservice/platform/TradingRules.h"
-
-#include <boost/make_shared.hpp>
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/records/Families.h"
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace TC {
 namespace {
-
-using knservice::DataHelper;
 
 /// The kinds of user that may send commands, the kind whose commands are proposals, and the kinds whose
 /// commands are decisions.
@@ -30,27 +25,6 @@ template<std::size_t N>
 bool isInList(int value, const int (&list)[N]) {
     return std::find(std::begin(list), std::end(list), value) != std::end(list);
 }
-
-/// The setting slot of a family's default remark, and its trader type. The row of the share-transfer market
-/// intentionally has the trader type of the Shenzhen connect. So this table differs from the one of
-/// getStrategyTradeType on purpose.
-struct CCmdLogRow {
-    EOrderStrategyTradeType m_eTradeType;
-    ESettingSlot m_eSlot;
-    EQdTraderType m_eTraderType;
-};
-
-constexpr CCmdLogRow kCmdLogRows[] = {
-    {EOrderStrategyTradeType::Stock, ESettingSlot::Stock, EQdTraderType::Stock},
-    {EOrderStrategyTradeType::Future, ESettingSlot::Future, EQdTraderType::FutureSpeculation},
-    {EOrderStrategyTradeType::Basket, ESettingSlot::StockBasket, EQdTraderType::Basket},
-    {EOrderStrategyTradeType::Credit, ESettingSlot::Credit, EQdTraderType::Credit},
-    {EOrderStrategyTradeType::StockOption, ESettingSlot::StockOption, EQdTraderType::Option},
-    {EOrderStrategyTradeType::SGT, ESettingSlot::SGT, EQdTraderType::SGT},
-    {EOrderStrategyTradeType::HGT, ESettingSlot::HGT, EQdTraderType::HGT},
-    {EOrderStrategyTradeType::Neeq, ESettingSlot::Neeq, EQdTraderType::SGT},
-    {EOrderStrategyTradeType::Gold, ESettingSlot::Gold, EQdTraderType::Gold},
-};
 
 } // namespace
 
@@ -66,57 +40,31 @@ void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType he
                                        std::string tag, ETradePlatform platform, std::string algoParam,
                                        bool commandFlag, bool forceConfirm, std::string,
                                        const COrderParam& order, const COrderStrategyParam& strategy) const {
-    const auto command = boost::make_shared<COrderComandParam>();
-    command->m_codes = codes;
-    if (isCommandGuardOn() && !leaveOutUnsellable(command->m_codes, order)) return;
-    command->m_ePlatform = platform;
-    command->m_strAlgoParam = std::move(algoParam);
-    const EOrderType orderType = chosenOrderType(order, strategy);
-    if (DataHelper::isAlgoOrderType(orderType)) {
-        command->m_ePlatform = DataHelper::getPlatformTypeByOrderType(orderType);
-        for (CCodeOrderParam& code : command->m_codes)
-            code.m_eOrderType = orderType;
-        command->m_strAlgoParam = get3rdAlgoParam(order, command->m_codes, strategy);
-    }
-    command->m_eTraderType = traderType;
-    command->m_eHedgeType = hedgeType;
-    command->m_eBtnType = btnType;
-    command->m_weights = std::move(weights);
-    command->m_eStopLossType = stopLossType;
-    command->m_bUnion = unionCommand;
-    command->m_extra = std::move(extra);
-    command->m_strTag = std::move(tag);
-    command->m_bCommandFlag = commandFlag;
-    command->m_bForceConfirm = forceConfirm;
-    command->m_eStrategyType = strategy.m_eStrategyType;
-    command->m_strRemark = order.m_strRemark;
-    command->m_strCreateTime =
-        utils::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss:zzz")).toStdString();
-    sendCommand(command, order);
+    CCommandRequest request;
+    request.m_eTraderType = traderType;
+    request.m_eHedgeType = hedgeType;
+    request.m_eBtnType = btnType;
+    request.m_codes = codes;
+    request.m_weights = std::move(weights);
+    request.m_eStopLossType = stopLossType;
+    request.m_bUnion = unionCommand;
+    request.m_extra = std::move(extra);
+    request.m_strTag = std::move(tag);
+    request.m_ePlatform = platform;
+    request.m_strAlgoParam = std::move(algoParam);
+    request.m_bCommandFlag = commandFlag;
+    request.m_bForceConfirm = forceConfirm;
+    issueCommand(std::move(request), order, strategy);
 }
 
 void COrderServiceBase::sendCommand(const COrderComandParamPtr& command, const COrderParam& order) const {
-    if (isCommandGuardOn() && !passesCommandGuard(*command, order)) return;
-    hostCall<&COrderClient::orderCommands>(command);
+    TC::sendCommand(command, order);
 }
 
 std::string COrderServiceBase::get3rdAlgoParam(const COrderParam& order,
                                                const std::vector<CCodeOrderParam>& codes,
                                                const COrderStrategyParam& strategy) const {
-    const EOrderType orderType = chosenOrderType(order, strategy);
-    if (!DataHelper::isAlgoOrderType(orderType)) return {};
-    if (!order.m_strOrderSetting.empty()) {
-        constexpr int kFinalText = 1;
-        if (order.m_nSettingKind == kFinalText) return order.m_strOrderSetting;
-        // The record is created here. The host may fill it or replace it with its own record.
-        CAlgorithmOrderSettingPtr setting = boost::make_shared<CAlgorithmOrderSetting>();
-        if (!hostCall<&CAlgorithmTradeHelper::getAlgOrderSettingFromString>(order.m_strOrderSetting, setting))
-            return {};
-        return hostCall<&CAlgorithmTradeHelper::getAlgParamsStr>(orderType, setting, codes);
-    }
-    if (strategy.m_algoSetting)
-        return hostCall<&CAlgorithmTradeHelper::getAlgParamsStr>(orderType, strategy.m_algoSetting, codes);
-    return {};
+    return algoParamOf(order, codes, strategy);
 }
 
 void COrderServiceBase::saveOrderCommand(COrderComandParamPtr) const {}
@@ -133,12 +81,10 @@ QString COrderServiceBase::getTitle() const {
 
 std::string COrderServiceBase::getCmdLog(const COrderStrategyParam& strategy,
                                          EQdTraderType& traderType) const {
-    for (const CCmdLogRow& row : kCmdLogRows) {
-        if (row.m_eTradeType != strategy.m_eTradeType) continue;
-        traderType = row.m_eTraderType;
-        return strategy.setting(row.m_eSlot).m_strCmdLog;
-    }
-    return {};
+    const CFamily* family = findFamily(strategy.m_eTradeType);
+    if (family == nullptr || isUnset(family->m_eRemarkTraderType)) return {};
+    traderType = family->m_eRemarkTraderType;
+    return settingOfFamily(strategy).m_strCmdLog;
 }
 
 } // namespace TC

@@ -5,6 +5,8 @@
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/TradeClient.h"
 #include "orderservice/platform/TradingRules.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <boost/make_shared.hpp>
 
@@ -128,11 +130,10 @@ bool endContract(CCheckRun& run) {
 
 } // namespace
 
-bool COrderServiceBase::checkAndFillOrderCredit(COrderParam order, COrderStrategyParam strategy,
-                                                std::vector<CCodeOrderParam>& codes,
-                                                std::map<std::string, double>& weights) const {
+bool checkCredit(const COrderParam& order, const COrderStrategyParam& strategy,
+                 std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
     const bool isTrade = !isRepayOrder(order.m_nOrderType) && !isContractEndOrder(order.m_nOrderType);
-    CCheckRun run{isTrade ? kTradeCheck : kOtherCheck, *this, order, strategy, codes, weights};
+    CCheckRun run{{}, isTrade ? kTradeCheck : kOtherCheck, order, strategy, codes, weights};
     if (!beginCheck(run)) return false;
     // All kinds of credit orders read the quote once here. Trades read it again and wait for it.
     run.priceData = hostCall<&CQuoteClient::getStockPrice>(run.code);

@@ -69,16 +69,14 @@ constexpr CFamilyCheck kFutureOptionCheck =
 
 } // namespace
 
-bool COrderServiceBase::checkAndFillOrderSpec(COrderParam order, COrderStrategyParam strategy,
-                                              std::vector<CCodeOrderParam>& codes,
-                                              std::map<std::string, double>& weights) const {
-    return runFamilyCheck({kFutureCheck, *this, order, strategy, codes, weights});
+bool checkFuture(const COrderParam& order, const COrderStrategyParam& strategy,
+                 std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    return runFamilyCheck(kFutureCheck, order, strategy, codes, weights);
 }
 
-bool COrderServiceBase::checkAndFillOrderFutureOption(COrderParam order, COrderStrategyParam strategy,
-                                                      std::vector<CCodeOrderParam>& codes,
-                                                      std::map<std::string, double>& weights) const {
-    return runFamilyCheck({kFutureOptionCheck, *this, order, strategy, codes, weights});
+bool checkFutureOption(const COrderParam& order, const COrderStrategyParam& strategy,
+                       std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    return runFamilyCheck(kFutureOptionCheck, order, strategy, codes, weights);
 }
 
 } // namespace TC

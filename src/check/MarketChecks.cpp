@@ -4,6 +4,7 @@
 #include "orderservice/platform/ExchangeClient.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/TradingRules.h"
+#include "orderservice/records/OrderTypes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -85,28 +86,24 @@ bool isTransferAllowed(int orderType, int kind) {
 
 } // namespace
 
-bool COrderServiceBase::checkAndFillOrderSGT(COrderParam order, COrderStrategyParam strategy,
-                                             std::vector<CCodeOrderParam>& codes,
-                                             std::map<std::string, double>& weights) const {
-    return runFamilyCheck({kSgtCheck, *this, order, strategy, codes, weights});
+bool checkSgt(const COrderParam& order, const COrderStrategyParam& strategy,
+              std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    return runFamilyCheck(kSgtCheck, order, strategy, codes, weights);
 }
 
-bool COrderServiceBase::checkAndFillOrderHGT(COrderParam order, COrderStrategyParam strategy,
-                                             std::vector<CCodeOrderParam>& codes,
-                                             std::map<std::string, double>& weights) const {
-    return runFamilyCheck({kHgtCheck, *this, order, strategy, codes, weights});
+bool checkHgt(const COrderParam& order, const COrderStrategyParam& strategy,
+              std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    return runFamilyCheck(kHgtCheck, order, strategy, codes, weights);
 }
 
-bool COrderServiceBase::checkAndFillOrderGold(COrderParam order, COrderStrategyParam strategy,
-                                              std::vector<CCodeOrderParam>& codes,
-                                              std::map<std::string, double>& weights) const {
-    return runFamilyCheck({kGoldCheck, *this, order, strategy, codes, weights});
+bool checkGold(const COrderParam& order, const COrderStrategyParam& strategy,
+               std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    return runFamilyCheck(kGoldCheck, order, strategy, codes, weights);
 }
 
-bool COrderServiceBase::checkAndFillOrderNeeq(COrderParam order, COrderStrategyParam strategy,
-                                              std::vector<CCodeOrderParam>& codes,
-                                              std::map<std::string, double>& weights) const {
-    CCheckRun run{kNeeqCheck, *this, order, strategy, codes, weights};
+bool checkNeeq(const COrderParam& order, const COrderStrategyParam& strategy,
+               std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    CCheckRun run{{}, kNeeqCheck, order, strategy, codes, weights};
     if (!beginCheck(run)) return false;
     const int kind = run.detail ? run.detail->m_tradeInfo.m_nTransferKind : 0;
     if (isTransferAllowed(order.m_nOrderType, kind)) return true;

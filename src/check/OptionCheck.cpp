@@ -3,6 +3,7 @@
 #include "orderservice/check/CodeLookup.h"
 #include "orderservice/platform/ExchangeClient.h"
 #include "orderservice/platform/HostCall.h"
+#include "orderservice/records/OrderTypes.h"
 
 namespace TC {
 namespace {
@@ -27,10 +28,9 @@ constexpr CFamilyCheck kOptionCheck = optionCheck();
 
 } // namespace
 
-bool COrderServiceBase::checkAndFillOrderOption(COrderParam order, COrderStrategyParam strategy,
-                                                std::vector<CCodeOrderParam>& codes,
-                                                std::map<std::string, double>& weights) const {
-    return runFamilyCheck({kOptionCheck, *this, order, strategy, codes, weights});
+bool checkOption(const COrderParam& order, const COrderStrategyParam& strategy,
+                 std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    return runFamilyCheck(kOptionCheck, order, strategy, codes, weights);
 }
 
 } // namespace TC

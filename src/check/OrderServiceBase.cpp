@@ -2,15 +2,15 @@
 
 #include "orderservice/base/Text.h"
 #include "orderservice/check/AccountLookup.h"
+#include "orderservice/check/CheckFrame.h"
+#include "orderservice/check/FamilyRules.h"
+#include "orderservice/check/InstrumentSteps.h"
 #include "orderservice/check/OrderKind.h"
 #include "orderservice/check/PositionExchange.h"
 #include "orderservice/check/Reports.h"
 #include "orderservice/check/Volumes.h"
-#include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
 #include "orderservice/platform/TradingRules.h"
-
-#include <cmath>
 
 namespace TC {
 namespace {
@@ -23,13 +23,6 @@ void reportRefusal(EOrderStrategyType type, int channel, const QString& pattern)
 
 void reportMissingStrategy(EOrderStrategyType type, int channel) {
     reportRefusal(type, channel, QStringLiteral("[%1]　通道号: %2, 找不到对应的策略!"));
-}
-
-/// Whether the price is given and not zero. Only exactly DBL_MAX means "not set" here, without the tolerance
-/// of isInvalidPrice. Files may contain "nan" or "inf" as a number. Neither is a price, and an order with it
-/// is refused: no order can be filled at an infinite price, and the host could treat it as a market price.
-bool isPriceGiven(double price) {
-    return price != kUnsetDouble && std::isfinite(price) && std::fabs(price) > kPriceTolerance;
 }
 
 } // namespace
@@ -81,41 +74,13 @@ bool COrderServiceBase::checkAccountKey(const COrderParam& order, const COrderSt
                                         QString& accountKey, std::vector<CAccountInfoPtr>& accounts,
                                         std::vector<double>& ratios, std::map<std::string, double>& weights,
                                         bool fillWeights) const {
-    if (!order.m_strAccountKeyPart1.isEmpty() && !order.m_strAccountKeyPart2.isEmpty()) {
-        accountKey = getAccountFromOrderParam(order.m_strAccountKeyPart1, order.m_strAccountKeyPart2);
-    }
-    if (const CUserConfig* user = getUserConfig())
-        appendAccounts(*user, strategy, accountKey, accounts, ratios);
-    if (accounts.empty()) {
-        showCheckFailure(utils::fillText(
-            QStringLiteral("[%1]　通道号: %2, 指定账号不可用!"),
-            {orderStrategyText(order.m_eStrategyType), QString::number(strategy.m_nChannel)}));
-        return false;
-    }
-    if (fillWeights && ratios.size() == accounts.size()) {
-        for (std::size_t i = 0; i < accounts.size(); ++i) {
-            if (accounts[i]) weights[hostCall<&CAccountInfo::getKey>.on(*accounts[i])] = ratios[i];
-        }
-    }
-    return true;
+    return findOrderAccounts(order, strategy, accountKey, accounts, ratios, fillWeights ? &weights : nullptr);
 }
 
 bool COrderServiceBase::isPriceTypeVailed(const COrderSetting& setting, const COrderParam& order,
                                           const CPriceDataPtr& priceData, EOperationType op,
                                           EQDBrokerType broker, const CStockInfo& stock) const {
-    if (setting.m_ePriceType == EPriceType::Specified) {
-        return !order.m_orders.isEmpty() && isPriceGiven(order.m_orders.first().m_dPrice);
-    }
-    const CUserConfig* user = getUserConfig();
-    if (!priceData || user == nullptr) return false;
-    if (!hostCall<&CUserConfig::isPriceTypeValid>.on(*user, setting.m_ePriceType, op, broker,
-                                                     stock.m_strMarket, stock.m_strCode,
-                                                     setting.m_eOrderType)) {
-        return false;
-    }
-    const double price =
-        hostCall<&CPriceData::getPriceForOrder>.on(*priceData, setting.m_ePriceType, op, 0, {});
-    return knservice::isMarketPrice(setting.m_ePriceType) || isPriceGiven(price);
+    return isPriceTypeUsable(setting, order, priceData, op, broker, stock);
 }
 
 EOrderType COrderServiceBase::getOrderType(const COrderParam& order,
@@ -139,6 +104,66 @@ QString COrderServiceBase::getOrderStrategyText(EOrderStrategyType type) const {
     return orderStrategyText(type);
 }
 
+bool COrderServiceBase::checkAndFillOrderStock(COrderParam order, COrderStrategyParam strategy,
+                                               std::vector<CCodeOrderParam>& codes,
+                                               std::map<std::string, double>& weights) const {
+    return checkStock(order, strategy, codes, weights);
+}
+
+bool COrderServiceBase::checkAndFillOrderSpec(COrderParam order, COrderStrategyParam strategy,
+                                              std::vector<CCodeOrderParam>& codes,
+                                              std::map<std::string, double>& weights) const {
+    return checkFuture(order, strategy, codes, weights);
+}
+
+bool COrderServiceBase::checkAndFillOrderFutureOption(COrderParam order, COrderStrategyParam strategy,
+                                                      std::vector<CCodeOrderParam>& codes,
+                                                      std::map<std::string, double>& weights) const {
+    return checkFutureOption(order, strategy, codes, weights);
+}
+
+bool COrderServiceBase::checkAndFillOrderOption(COrderParam order, COrderStrategyParam strategy,
+                                                std::vector<CCodeOrderParam>& codes,
+                                                std::map<std::string, double>& weights) const {
+    return checkOption(order, strategy, codes, weights);
+}
+
+bool COrderServiceBase::checkAndFillOrderSGT(COrderParam order, COrderStrategyParam strategy,
+                                             std::vector<CCodeOrderParam>& codes,
+                                             std::map<std::string, double>& weights) const {
+    return checkSgt(order, strategy, codes, weights);
+}
+
+bool COrderServiceBase::checkAndFillOrderHGT(COrderParam order, COrderStrategyParam strategy,
+                                             std::vector<CCodeOrderParam>& codes,
+                                             std::map<std::string, double>& weights) const {
+    return checkHgt(order, strategy, codes, weights);
+}
+
+bool COrderServiceBase::checkAndFillOrderGold(COrderParam order, COrderStrategyParam strategy,
+                                              std::vector<CCodeOrderParam>& codes,
+                                              std::map<std::string, double>& weights) const {
+    return checkGold(order, strategy, codes, weights);
+}
+
+bool COrderServiceBase::checkAndFillOrderCredit(COrderParam order, COrderStrategyParam strategy,
+                                                std::vector<CCodeOrderParam>& codes,
+                                                std::map<std::string, double>& weights) const {
+    return checkCredit(order, strategy, codes, weights);
+}
+
+bool COrderServiceBase::checkAndFillOrderNeeq(COrderParam order, COrderStrategyParam strategy,
+                                              std::vector<CCodeOrderParam>& codes,
+                                              std::map<std::string, double>& weights) const {
+    return checkNeeq(order, strategy, codes, weights);
+}
+
+bool COrderServiceBase::checkAndFillOrderCompose(COrderParam& order, COrderStrategyParam strategy,
+                                                 std::vector<CCodeOrderParam>& codes,
+                                                 std::map<std::string, double>& weights) const {
+    return checkBasketRows(order, order.m_orders, strategy, codes, weights);
+}
+
 void COrderServiceBase::exchangePositionStock(boost::shared_ptr<CAccountInfo> account,
                                               QVector<COrderSingleParam>& rows, int multiplier) const {
     exchangePosition(account, rows, multiplier);
@@ -150,7 +175,7 @@ void COrderServiceBase::calcVolumnByWeight(QVector<COrderSingleParam>& rows, dou
 
 boost::shared_ptr<CQuoteRequest> COrderServiceBase::prepareCode(const QString& code,
                                                                 std::vector<CAccountInfoPtr>&) const {
-    return CQuoteRequest::makeRequest(code, {}, ESubscribeType::Plain);
+    return requestQuotes(code);
 }
 
 } // namespace TC

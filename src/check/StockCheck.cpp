@@ -2,6 +2,7 @@
 #include "orderservice/check/CheckFrame.h"
 #include "orderservice/check/CodeLookup.h"
 #include "orderservice/platform/InstrumentTypes.h"
+#include "orderservice/records/OrderTypes.h"
 
 namespace TC {
 namespace {
@@ -51,10 +52,9 @@ constexpr CFamilyCheck kStockCheck = stockCheck();
 
 } // namespace
 
-bool COrderServiceBase::checkAndFillOrderStock(COrderParam order, COrderStrategyParam strategy,
-                                               std::vector<CCodeOrderParam>& codes,
-                                               std::map<std::string, double>& weights) const {
-    return runFamilyCheck({kStockCheck, *this, order, strategy, codes, weights});
+bool checkStock(const COrderParam& order, const COrderStrategyParam& strategy,
+                std::vector<CCodeOrderParam>& codes, std::map<std::string, double>& weights) {
+    return runFamilyCheck(kStockCheck, order, strategy, codes, weights);
 }
 
 } // namespace TC

@@ -28,18 +28,7 @@ private:
     using CEnd = std::optional<EBatchEnd>;
     CEnd placeGuarded(const COrderParam& order, IStrategySource& strategies, IBatchOwner& owner);
     CEnd placeOrder(const COrderParam& order, IStrategySource& strategies, IBatchOwner& owner);
-    void announce(const COrderParam& order, const COrderStrategyParam& strategy) const;
-    void dispatch(const COrderParam& order, const COrderStrategyParam& strategy);
-
-    struct CFamilyOperation;
-    struct CChecked;
-    void orderFamily(const CFamilyOperation& family, const COrderParam& order,
-                     const COrderStrategyParam& strategy) const;
-    void orderCompose(COrderParam order, const COrderStrategyParam& strategy) const;
-    void issueCommand(const CFamilyOperation& family, const CChecked& checked) const;
-    void issueBareCommand(const CFamilyOperation& family, const CChecked& checked) const;
-
-    static const CFamilyOperation s_operations[];
+    void dispatch(const COrderParam& order, const COrderStrategyParam& strategy) const;
 };
 
 } // namespace TC

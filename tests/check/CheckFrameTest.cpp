@@ -12,8 +12,7 @@ protected:
     inline static const QString kCode = QStringLiteral("SH600000");
 
     bool check(const COrderParam& order, const COrderStrategyParam& strategy = CStrategyBuilder()) {
-        CCheckRun run{family, service, order, strategy, codes, weights};
-        return runFamilyCheck(run);
+        return runFamilyCheck(family, order, strategy, codes, weights);
     }
 
     CFamilyCheck family{EOrderStrategyTradeType::Stock,
