@@ -24,8 +24,8 @@ QString rejectedFolder(const std::string& folder) {
 
 CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
     : m_strFolder(std::move(folder)), m_config(std::move(config)), m_sink(sink),
-      m_market(m_config.instruments, m_config.quotes, m_config.quoteChanges),
-      m_broker(m_market, [this](const CBrokerEvent& event) { return journalBrokerEvent(m_journal, event); }),
+      m_market(m_config.instruments, m_config.quotes, m_config.quoteChanges), m_orderLines(sink),
+      m_broker(m_market, [this](const CBrokerEvent& event) { return takeEvent(event); }),
       m_guard(m_journal, sink, [this] { m_broker.deliverEvents(); }), m_user(m_config), m_userManager(m_user),
       m_orders(m_journal, m_broker, sink, m_config.acceptForcedConfirm),
       m_trade(m_journal, m_broker, m_market, sink, m_config.accounts),
@@ -51,6 +51,14 @@ utils::KNError CDesk::open() {
     // Without a `stopped` record in the journal, the next start would report that this run was interrupted.
     if (!result.isSuccess()) (void)m_journal.close("not started: " + result.errorMsg());
     return result;
+}
+
+/// Writes a broker event to the journal, and then to the screen. False if the journal refuses it: the broker
+/// delivers it again later.
+bool CDesk::takeEvent(const CBrokerEvent& event) {
+    if (!journalBrokerEvent(m_journal, event)) return false;
+    m_orderLines.take(event);
+    return true;
 }
 
 /// Tells broker and order service that the date has changed. If the store fails, the next round tries again.
@@ -114,6 +122,8 @@ void CDesk::tick(double secondsSinceStart) {
             m_sink.writeLine("the paper broker cannot match " + stockKey + ": " + matched.errorMsg());
     });
     m_keeper.update(*TC::COrderService::instance());
+    m_orderLines.show();
+    m_sink.poll();
 }
 
 std::int64_t CDesk::activity() const {
@@ -127,6 +137,7 @@ utils::KNError CDesk::close(const std::string& reason) {
     if (!stored.isSuccess())
         m_sink.writeLine("Leave the journal where it is until the desk has started again: " +
                          stored.errorMsg());
+    m_orderLines.finish();
     return m_journal.close(reason);
 }
 

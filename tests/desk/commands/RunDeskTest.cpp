@@ -2,6 +2,7 @@
 #include "desk/commands/ShowJournal.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/FolderLock.h"
+#include "desk/host/OrderLines.h"
 #include "orderservice/base/Log.h"
 #include "orderservice/service/OrderService.h"
 #include "tests/desk/commands/RunningFolder.h"
@@ -61,6 +62,68 @@ TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
     const std::string before = journal();
     EXPECT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":4"); }}), 0);
     EXPECT_EQ(journal().compare(0, before.size(), before), 0); // never rewritten
+}
+
+TEST_F(RunDesk, ScreenSaysWhatHappenedToEachOrder) {
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":4"); },
+        [this] {
+            folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,1000\n23,0,10.50,600101,2000\n"
+                                                     "23,0,11.02,600101,150\n");
+            return true;
+        },
+        [this] { return has("\"status\":\"rejected\""); },
+    });
+    EXPECT_EQ(code, 0);
+    const std::string shown = out.str();
+    for (const char* line :
+         {"order 1 of task 1: A1 buy 600 SH600101 @ 11.02: filled at 11.01\n",
+          "order 3 of task 2: A1 buy 1200 SH600101 @ 10.5: waits\n",
+          "order 5 of task 3: A1 buy 150 SH600101 @ 11.02: REJECTED: volume 150 is not a multiple of 100\n"})
+        EXPECT_NE(shown.find(line), std::string::npos) << line << shown;
+}
+
+TEST_F(RunDesk, ScreenSaysWhyAFileGaveNoOrder) {
+    const std::string path = folder.path("desk/orders/group.txt");
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":4"); },
+        [this] {
+            folder.handOver("desk/orders/group.txt", "23,9,11.02,600101,100\n23\n24,9,11.02,600101,100\n");
+            return true;
+        },
+        [this] { return has("\"lines\":3,\"orders\":0"); },
+    });
+    EXPECT_EQ(code, 0);
+    const std::string why = path + " gave no order from 3 lines; 3 lines without effect: 2 x \"it is for "
+                                   "channel 9\", 1 x \"it has fewer than two fields\", the first is line 1: "
+                                   "it is for channel 9\n";
+    EXPECT_NE(out.str().find(why), std::string::npos) << out.str();
+}
+
+/// One command of many orders, which the broker rejects within one call.
+TEST_F(RunDesk, FloodOfOrdersDoesNotFloodTheScreen) {
+    constexpr int kOrders = 400;
+    std::string lines = "25,0\n";
+    for (int i = 0; i < kOrders; ++i)
+        lines += "600102\t150\n";
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":4"); },
+        [&] {
+            folder.handOver("desk/orders/basket.txt", lines);
+            return true;
+        },
+        [this] { return has("\"order\":" + std::to_string(kOrders) + ","); },
+    });
+    EXPECT_EQ(code, 0);
+    const std::string shown = out.str();
+    int rejected = 0;
+    for (std::size_t at = 0; (at = shown.find(": REJECTED: ", at)) != std::string::npos; ++at)
+        ++rejected;
+    EXPECT_GE(rejected, COrderLines::kOrdersPerSecond);
+    EXPECT_LT(rejected, kOrders);
+    EXPECT_NE(shown.find(" like \"volume 150 is not a multiple of 100\"); the journal has each of them\n"),
+              std::string::npos)
+        << shown;
 }
 
 TEST_F(RunDesk, RemovedBooksBeginAnewAndTheScreenSaysSo) {

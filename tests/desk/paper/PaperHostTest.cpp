@@ -290,7 +290,10 @@ TEST_F(PaperHost, MessagesAndIntakeAreJournalled) {
     report.m_strCause = QStringLiteral("line 3");
     audit.recordIntake(report);
     EXPECT_EQ(kinds(), (CTexts{"started", "message", "intake", "intake"}));
-    EXPECT_EQ(m_shown.str(), "启动\na.txt was cut short at line 3; what stood behind it is lost\n");
+    EXPECT_EQ(m_shown.str(),
+              "启动\na.txt gave no order: the file is empty\n"
+              "a.txt gave no order from 0 lines; it was cut short at line 3; the lines after that "
+              "are lost\n");
 }
 
 TEST_F(PaperHost, WhatBecomesOfAFileIsShown) {
@@ -300,8 +303,11 @@ TEST_F(PaperHost, WhatBecomesOfAFileIsShown) {
 
     TC::CIntakeReport report;
     report.m_strSource = QStringLiteral("a.txt");
-    report.m_nIgnoredLines = 2;
-    report.m_strFirstIgnored = QStringLiteral("line 3: it is for channel 5");
+    report.m_bLeftWaiting = true;
+    report.m_strCause = QStringLiteral("why");
+    audit.recordIntake(report);
+    report.m_bLeftWaiting = false;
+    report.m_bLeftOver = true;
     audit.recordIntake(report);
     report = {};
     report.m_strSource = QStringLiteral("b.txt");
@@ -315,11 +321,70 @@ TEST_F(PaperHost, WhatBecomesOfAFileIsShown) {
     report.m_bCutShort = true;
     report.m_strKeptAs = QStringLiteral("rejected/b.txt.2");
     audit.recordIntake(report);
-    EXPECT_EQ(m_shown.str(),
-              "a.txt has 2 lines without effect; the first is line 3: it is for channel 5\n"
-              "b.txt was refused whole: line 1: a zero byte; the file is kept as rejected/b.txt.1\n"
-              "b.txt was refused whole: line 1: a zero byte; the file was deleted\n"
-              "b.txt was cut short at line 1: a zero byte; the file is kept as rejected/b.txt.2\n");
+    EXPECT_EQ(
+        m_shown.str(),
+        "a.txt waits unread: why\n"
+        "a.txt was moved away unread: why\n"
+        "b.txt was refused whole: line 1: a zero byte; the file is kept as rejected/b.txt.1\n"
+        "b.txt was refused whole: line 1: a zero byte; the file was deleted\n"
+        "b.txt gave no order from 0 lines; it was cut short at line 1: a zero byte; the file is kept as "
+        "rejected/b.txt.2\n");
+}
+
+TEST_F(PaperHost, FileThatGivesOrdersShowsNoLine) {
+    CDeskIntakeAudit audit(m_journal, m_sink);
+    TC::CIntakeReport report;
+    report.m_strSource = QStringLiteral("a.txt");
+    report.m_nLines = 2;
+    report.m_nOrders = 1;
+    audit.recordIntake(report);
+    report.m_nOrders = 0;
+    report.m_nCancels = 2;
+    audit.recordIntake(report);
+    EXPECT_EQ(m_shown.str(), "");
+}
+
+TEST_F(PaperHost, FileWithoutOrdersShowsWhyInOneLine) {
+    CDeskIntakeAudit audit(m_journal, m_sink);
+    TC::CIntakeReport report;
+    report.m_strSource = QStringLiteral("a.txt");
+    audit.recordIntake(report);
+    report.m_nLines = 3;
+    audit.recordIntake(report);
+    report.m_nIgnoredLines = 2;
+    report.m_strFirstIgnored = QStringLiteral("line 2: x");
+    report.m_ignoredReasons = {{QStringLiteral("x"), 2}};
+    audit.recordIntake(report);
+    report.m_nLines = 9;
+    report.m_nIgnoredLines = 9;
+    report.m_ignoredReasons = {{QStringLiteral("x"), 2}, {QStringLiteral("y"), 3}, {QString(), 4}};
+    audit.recordIntake(report);
+    EXPECT_EQ(
+        m_shown.str(),
+        "a.txt gave no order: the file is empty\n"
+        "a.txt gave no order from 3 lines, which are blank or have only trade parameters\n"
+        "a.txt gave no order from 3 lines, of which some are blank or have only trade parameters; 2 lines "
+        "without effect, the first is line 2: x\n"
+        "a.txt gave no order from 9 lines; 9 lines without effect: 2 x \"x\", 3 x \"y\", 4 x other "
+        "reasons, the first is line 2: x\n");
+}
+
+TEST_F(PaperHost, LinesThatAreLeftOutAreShownBesideTheOrders) {
+    CDeskIntakeAudit audit(m_journal, m_sink);
+    TC::CIntakeReport report;
+    report.m_strSource = QStringLiteral("a.txt");
+    report.m_nLines = 6;
+    report.m_nOrders = 2;
+    report.m_nCancels = 1;
+    report.m_nUnreadTradeParams = 1;
+    report.m_nIgnoredLines = 1;
+    report.m_strFirstIgnored = QStringLiteral("line 3: it is for channel 5");
+    report.m_ignoredReasons = {{QStringLiteral("it is for channel 5"), 1}};
+    audit.recordIntake(report);
+    EXPECT_EQ(
+        m_shown.str(),
+        "a.txt gave 2 orders and 1 cancel from 6 lines; 1 line without effect, the first is line 3: it is "
+        "for channel 5; 1 orderParam line is not understood, and its orders go out without it\n");
 }
 
 TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
