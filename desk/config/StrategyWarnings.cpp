@@ -99,6 +99,18 @@ void warnOfHedge(const CTomlSection& section, const CDeskConfig& config,
                        "the paper broker rejects hedged baskets, and mdl_order_compose_hedge is on");
 }
 
+/// Warns about keys that the order service keeps for other hosts.
+void warnOfUnusedKeys(const CTomlSection& section, const TC::COrderStrategyParam& strategy) {
+    const TC::COrderStrategyParam fresh;
+    const std::pair<const char*, bool> keys[] = {
+        {"position_type", strategy.m_ePositionType != fresh.m_ePositionType},
+        {"further1", strategy.m_nFurther1 != fresh.m_nFurther1},
+        {"further2", strategy.m_nFurther2 != fresh.m_nFurther2}};
+    for (const auto& [key, isSet] : keys) {
+        if (isSet) section.warnAt(key, std::string(key) + " has no effect on the desk");
+    }
+}
+
 const TC::COrderSetting& ownSetting(const TC::COrderStrategyParam& strategy) {
     const TC::CFamily* family = TC::findFamily(strategy.m_eTradeType);
     return strategy.setting(family != nullptr ? family->m_eSlot : TC::ESettingSlot::Stock);
@@ -136,6 +148,7 @@ void warnOfStrategy(const CTomlSection& section, const CDeskConfig& config,
     warnOfLogin(section, config, strategy);
     warnOfSource(section, strategy, path);
     warnOfHedge(section, config, strategy);
+    warnOfUnusedKeys(section, strategy);
     warnOfSetting(section, ownSetting(strategy), "order_kind");
 }
 

@@ -70,7 +70,7 @@ TEST(ConfigLoader, CommandGuardIsOnUnlessItIsTurnedOff) {
     loaded = folder.load();
     EXPECT_EQ(loaded.config.switches, guard);
     for (const CDiagnostic& warning : loaded.warnings)
-        EXPECT_EQ(warning.message.find("guard"), std::string::npos) << warning.message;
+        EXPECT_EQ(warning.message.find("mdl_order_command_guard"), std::string::npos) << warning.message;
     folder.replace("desk.toml", "mdl_order_command_guard = true", "mdl_order_command_guard = false");
     EXPECT_EQ(folder.load().config.switches, std::set<std::string>());
 }
