@@ -98,7 +98,8 @@ TEST_F(RunStrategies, AStrategyWhosePathHasBecomeTheDesksOwnFileIsNotStarted) {
         },
     });
     EXPECT_EQ(code, 0);
-    EXPECT_TRUE(error.endsWith(QStringLiteral("is the desk's own desk.toml, which it would delete")))
+    EXPECT_TRUE(
+        error.endsWith(QStringLiteral("is the desk's own desk.toml, which the strategy would delete")))
         << error.toStdString();
     EXPECT_EQ(folder.read("desk/desk.toml"), before);
     EXPECT_TRUE(folder.exists("desk/orders/single.txt"));
