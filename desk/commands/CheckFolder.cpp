@@ -1,5 +1,6 @@
 #include "desk/commands/CheckFolder.h"
 
+#include "desk/commands/FolderState.h"
 #include "desk/market/Market.h"
 #include "desk/paper/PaperStore.h"
 #include "desk/paper/TakeIn.h"
@@ -61,6 +62,10 @@ int runCheck(const std::string& folder, std::ostream& out) {
     constexpr int kMistakes = 2;
     CLoadedConfig loaded = loadDeskConfig(folder);
     if (loaded.mistakes.empty()) tryTakeIn(loaded, [](const CAccountEntry&) { return true; });
+    if (loaded.mistakes.empty()) {
+        const std::vector<CDiagnostic> found = stateWarnings(folder, loaded.config);
+        loaded.warnings.insert(loaded.warnings.end(), found.begin(), found.end());
+    }
     printMistakes(loaded.mistakes, out);
     for (const CDiagnostic& warning : loaded.warnings)
         out << warningText(warning) << '\n';

@@ -1,53 +1,20 @@
 #include "desk/config/ConfigLoader.h"
 
 #include "desk/config/DeskToml.h"
+#include "desk/config/FolderWarnings.h"
 #include "desk/config/MarketTables.h"
 #include "desk/config/SettingsFile.h"
 #include "desk/config/StrategyFile.h"
-#include "orderservice/platform/Switches.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <set>
 
 namespace desk {
 
 namespace {
-
-using CStrategyTest = std::function<bool(const TC::COrderStrategyParam&)>;
-
-/// Warns if there are more strategies than the limit. The order service does not load the extra ones, which
-/// are those with the highest channels.
-void warnOfLimit(const CDeskConfig& config, int most, int line, const char* key,
-                 const CStrategyTest& isCounted, CDiagnostics& diagnostics) {
-    const auto count = std::count_if(config.strategies.begin(), config.strategies.end(), isCounted);
-    if (count <= most) return;
-    diagnostics.warn(kDeskFile, line,
-                     std::string(key) + " under [user] is " + std::to_string(most) + " and " +
-                         std::to_string(count) + " strategies count; the highest channels are left out");
-}
-
-void warnOfStrategies(const CDeskConfig& config, const CUserLines& lines, CDiagnostics& diagnostics) {
-    const auto isRunning = [](const TC::COrderStrategyParam& strategy) { return strategy.isRunning(); };
-    if (std::none_of(config.strategies.begin(), config.strategies.end(), isRunning))
-        diagnostics.warn(kStrategyFile, 0, "no strategy runs; expected running = true in one");
-    const auto isOfType = [](TC::EOrderStrategyType type) {
-        return [type](const TC::COrderStrategyParam& strategy) { return strategy.m_eStrategyType == type; };
-    };
-    const CUserEntry& user = config.user;
-    if (config.switches.count(TC::kSplitOrderNumSwitch) == 0) {
-        const auto any = [](const TC::COrderStrategyParam&) { return true; };
-        return warnOfLimit(config, user.maxStrategies, lines.maxStrategies, "max_strategies", any,
-                           diagnostics);
-    }
-    warnOfLimit(config, user.maxStrategies, lines.maxStrategies, "max_strategies",
-                isOfType(TC::EOrderStrategyType::File), diagnostics);
-    warnOfLimit(config, user.maxSocketStrategies, lines.maxSocketStrategies, "max_socket_strategies",
-                isOfType(TC::EOrderStrategyType::Signal), diagnostics);
-}
 
 /// Returns the warnings that do not depend on a mistake. A warning about a file with a mistake, or about a
 /// file that depends on such a file, may only be a result of the mistake.
@@ -74,11 +41,11 @@ CLoadedConfig loadDeskConfig(const std::string& folder) {
         diagnostics.add(folder, 0, "is not a folder; make one with: orderdesk new " + folder);
     } else {
         const CInstrumentLines instruments = readInstruments(folder, loaded.config, diagnostics);
-        const CUserLines lines = readDeskToml(folder, loaded.config, diagnostics);
+        const CDeskLines lines = readDeskToml(folder, loaded.config, diagnostics);
         readMarketTables(folder, instruments, loaded.config, diagnostics);
         readStrategies(folder, loaded.config, diagnostics);
         readSettings(folder, loaded.config, diagnostics);
-        if (diagnostics.count() == 0) warnOfStrategies(loaded.config, lines, diagnostics);
+        if (diagnostics.count() == 0) warnOfFolder(loaded.config, lines, instruments, diagnostics);
     }
     loaded.mistakes = diagnostics.take();
     loaded.warnings = soundWarnings(diagnostics.takeWarnings(), loaded.mistakes);

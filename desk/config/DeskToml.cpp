@@ -1,10 +1,11 @@
 #include "desk/config/DeskToml.h"
 
+#include "desk/config/BasketWarnings.h"
+#include "desk/config/Kinds.h"
 #include "desk/config/SettingWarnings.h"
 #include "desk/config/TomlFile.h"
 #include "desk/config/TomlSection.h"
 #include "desk/config/Words.h"
-#include "orderservice/platform/InstrumentTypes.h"
 #include "orderservice/platform/Switches.h"
 
 #include <algorithm>
@@ -25,15 +26,6 @@ using TC::kForceConfirmSwitch;
 /// Kinds of users whose commands the order service issues.
 const std::set<int> kCommandKinds = {80, 90, 91, 92, 100, 101};
 
-bool tradesUnderItsCode(const CInstrumentEntry& entry) {
-    return entry.kind == EInstrumentKind::Stock && entry.types.count(knservice::kTypeTradableStock) > 0;
-}
-
-bool isBasketStock(const CInstrumentEntry& stock) {
-    return std::any_of(std::begin(knservice::kBasketTypes), std::end(knservice::kBasketTypes),
-                       [&](int type) { return stock.types.count(type) > 0; });
-}
-
 /// Orders from a portfolio name the stock by its whole key. They only accept keys of this length in capital
 /// letters.
 bool sellsFromAPortfolio(const CInstrumentEntry& stock) {
@@ -50,7 +42,7 @@ public:
     CDeskTomlReader(CDeskConfig& config, CDiagnostics& diagnostics)
         : m_config(config), m_diagnostics(diagnostics) {}
 
-    CUserLines read(const toml::table& root) {
+    CDeskLines read(const toml::table& root) {
         m_config.switches.insert(kCommandGuardSwitch); // on even if the file has no [switches] table
         const CTomlSection section(kDeskFile, root, kDeskFile, m_diagnostics);
         section.read(
@@ -99,7 +91,8 @@ private:
             },
             {"name", "kind"});
         warnOfUser(section, user);
-        m_lines = {section.lineOfKey("max_strategies"), section.lineOfKey("max_socket_strategies")};
+        m_lines.maxStrategies = section.lineOfKey("max_strategies");
+        m_lines.maxSocketStrategies = section.lineOfKey("max_socket_strategies");
     }
 
     /// Warns about user settings that are allowed but make the orders fail.
@@ -113,6 +106,12 @@ private:
             section.warnAt("order_service", "with order_service = false no order goes out");
         if (user.orderEncryption)
             section.warnAt("order_encryption", "with order_encryption = true no file strategy starts");
+        if (user.tradeFramework)
+            section.warnAt("trade_framework",
+                           "the desk has no trade framework; it only shows a message about that");
+        for (const char* key : {"hint_bits", "messages"}) {
+            if (section.has(key)) section.warnAt(key, std::string(key) + " has no effect on the desk");
+        }
         if (user.fileIntervalMs < kLeastPause)
             section.warnAt("file_interval_ms",
                            "the desk looks for files without a pause and keeps a core busy; "
@@ -161,6 +160,10 @@ private:
         const CDefinition definition(m_diagnostics, ESubject::Desk);
         const CTomlSection section = sectionOf(table, "socket");
         section.read({{"allow_remote", section.flag(m_config.allowRemoteSocket)}});
+        if (m_config.allowRemoteSocket)
+            section.warnAt("allow_remote",
+                           "other machines may connect to the order sockets; logins and orders "
+                           "are not encrypted");
     }
 
     void readSwitches(const toml::table& table) {
@@ -173,6 +176,7 @@ private:
         m_config.switches.clear();
         for (const auto& [name, on] : switches) {
             if (on) m_config.switches.insert(name);
+            m_lines.switches[name] = section.lineOfKey(name);
         }
         if (!switches[kCommandGuardSwitch])
             section.warnAt(kCommandGuardSwitch,
@@ -244,6 +248,7 @@ private:
         if (findAccount(account.key) != nullptr)
             return section.mistakeAt("key", "account \"" + account.key + "\" is defined twice");
         if (account.key.empty() && section.isText("key")) section.mistakeAt("key", "key must not be empty");
+        warnOfAccountKey(section, account.key);
         if (account.funds < 0) section.mistakeAt("funds", "funds must not be negative");
         if (account.creditLimit < 0) section.mistakeAt("credit_limit", "credit_limit must not be negative");
         if (account.creditLimit > 0 && account.broker != TC::EQDBrokerType::Credit)
@@ -330,8 +335,7 @@ private:
         if (name.empty() && section.isText("name")) section.mistakeAt("name", "name must not be empty");
         if (m_config.baskets.contains(key))
             return section.mistakeAt("name", "basket \"" + name + "\" is defined twice");
-        if (basket.m_rows.empty() && table.contains("rows"))
-            section.warnAt("rows", "the basket has no rows; orders that name it are refused");
+        if (table.contains("rows")) warnOfBasket(section, name, basket);
         m_config.baskets.insert(key, basket);
     }
 
@@ -352,7 +356,7 @@ private:
             {"market", "code"});
         if (row.m_dWeight < 0) section.mistakeAt("weight", "weight must not be negative");
         if (!(row.m_dPrice > 0))
-            section.mistakeAt("price", "price must be above 0; leave it out where there is no price");
+            section.mistakeAt("price", "price must be above 0; leave it out if there is no price");
         if (const CInstrumentEntry* stock = checkStock(section, market, code)) {
             checkBareCode(section, market, code);
             warnOfBasketRow(section, basket, row, *stock);
@@ -361,24 +365,6 @@ private:
         row.m_strCode = QString::fromStdString(code);
         row.m_strName = QString::fromStdString(name);
         basket.m_rows.push_back(row);
-    }
-
-    /// Warns about rows that the order service skips, or whose orders the broker rejects.
-    static void warnOfBasketRow(const CTomlSection& section, const TC::CBasketSetting& basket,
-                                const TC::CBasketStockData& row, const CInstrumentEntry& stock) {
-        if (!isBasketStock(stock))
-            section.warnAt("code", "instrument \"" + stock.key() +
-                                       "\" has none of a basket's types; the row is passed over");
-        constexpr int kBuy = static_cast<int>(TC::EOperationType::Buy);
-        constexpr int kSell = static_cast<int>(TC::EOperationType::Sell);
-        if (row.m_eOperationType >= 0 && row.m_eOperationType != kBuy && row.m_eOperationType != kSell)
-            section.warnAt("operation", "operation is " + std::to_string(row.m_eOperationType) +
-                                            "; expected 18 to buy or 19 to sell");
-        warnOfUnit(section, row.m_nVolume, stock);
-        const bool isThere = std::any_of(basket.m_rows.begin(), basket.m_rows.end(), [&](const auto& other) {
-            return other.m_strMarket.toStdString() + other.m_strCode.toStdString() == stock.key();
-        });
-        if (isThere) section.warnAt("code", "instrument \"" + stock.key() + "\" is in the basket twice");
     }
 
     /// Returns the stock of a row; null if it is unknown, which is reported.
@@ -430,6 +416,7 @@ private:
         if (!isNamed && section.isText("id"))
             section.mistakeAt("id", "id is \"" + portfolio.id +
                                         "\"; expected a text without \"_\", \",\" and a blank at its end");
+        warnOfPortfolioId(section, portfolio.id);
         if (portfolio.rows.empty() && table.contains("rows"))
             section.mistakeAt("rows", "there are no rows; expected at least one");
         const auto isSame = [&](const CPortfolioEntry& other) {
@@ -467,13 +454,13 @@ private:
 
     CDeskConfig& m_config;
     CDiagnostics& m_diagnostics;
-    CUserLines m_lines;
+    CDeskLines m_lines;
     int m_forcedConfirm = 0; ///< line of the switch that is on; 0: it is off
 };
 
 } // namespace
 
-CUserLines readDeskToml(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
+CDeskLines readDeskToml(const std::string& folder, CDeskConfig& config, CDiagnostics& diagnostics) {
     if (const auto root = readTomlFile(folder, kDeskFile, diagnostics)) {
         return CDeskTomlReader(config, diagnostics).read(*root);
     }

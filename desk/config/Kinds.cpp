@@ -1,5 +1,7 @@
 #include "desk/config/Kinds.h"
 
+#include "orderservice/platform/InstrumentTypes.h"
+
 #include <algorithm>
 #include <initializer_list>
 #include <iterator>
@@ -80,6 +82,15 @@ EKind kindOfMarket(const std::string& market) {
         if (row.m_pszMarket == market) return row.m_eKind;
     }
     return EKind::Stock;
+}
+
+bool tradesUnderItsCode(const CInstrumentEntry& entry) {
+    return entry.kind == EInstrumentKind::Stock && entry.types.count(knservice::kTypeTradableStock) > 0;
+}
+
+bool isBasketStock(const CInstrumentEntry& stock) {
+    return std::any_of(std::begin(knservice::kBasketTypes), std::end(knservice::kBasketTypes),
+                       [&](int type) { return stock.types.count(type) > 0; });
 }
 
 } // namespace desk

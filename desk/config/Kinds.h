@@ -21,4 +21,9 @@ std::string marketOfKind(EInstrumentKind kind);
 /// The default kind of instruments of this market, used if the folder does not set another.
 EInstrumentKind kindOfMarket(const std::string& market);
 
+/// Whether an order's line may name the stock by its bare code.
+bool tradesUnderItsCode(const CInstrumentEntry& entry);
+/// Whether the stock has a type that baskets take.
+bool isBasketStock(const CInstrumentEntry& stock);
+
 } // namespace desk

@@ -24,7 +24,7 @@ const CInstrumentEntry* findInstrument(const CDeskConfig& config, const std::str
 void warnOfVolume(const CTomlSection& section, const CDeskConfig& config,
                   const TC::COrderStrategyParam& strategy) {
     if (strategy.m_nVolume == 0 && !strategy.m_bUseAmount)
-        section.warnAt("volume", "volume is 0: orders that name no volume trade nothing");
+        section.warnAt("volume", "volume is 0: orders without a volume trade nothing");
     const bool isMultiplier = strategy.m_eTradeType == TC::EOrderStrategyTradeType::Basket ||
                               strategy.m_eTradeType == TC::EOrderStrategyTradeType::FutureBasket;
     if (isMultiplier) return; // here the volume says how many times the basket is traded
@@ -82,9 +82,9 @@ void warnOfSource(const CTomlSection& section, const TC::COrderStrategyParam& st
                   const std::string& path) {
     if (!strategy.comesFromFile()) return;
     if (isForeignPath(path))
-        section.warnAt("path",
-                       "path \"" + path +
-                           "\" looks like one of another system; here it names a file of that whole name");
+        section.warnAt(
+            "path", "path \"" + path +
+                        "\" looks like a path of another operating system; here it is the name of one file");
     if (strategy.m_nAccountMode != 0)
         section.warnAt("account_mode", "account_mode is for tables, which the desk cannot read; the strategy "
                                        "does not start");
@@ -99,6 +99,18 @@ void warnOfHedge(const CTomlSection& section, const CDeskConfig& config,
                        "the paper broker rejects hedged baskets, and mdl_order_compose_hedge is on");
 }
 
+/// Warns about keys that the order service keeps for other hosts.
+void warnOfUnusedKeys(const CTomlSection& section, const TC::COrderStrategyParam& strategy) {
+    const TC::COrderStrategyParam fresh;
+    const std::pair<const char*, bool> keys[] = {
+        {"position_type", strategy.m_ePositionType != fresh.m_ePositionType},
+        {"further1", strategy.m_nFurther1 != fresh.m_nFurther1},
+        {"further2", strategy.m_nFurther2 != fresh.m_nFurther2}};
+    for (const auto& [key, isSet] : keys) {
+        if (isSet) section.warnAt(key, std::string(key) + " has no effect on the desk");
+    }
+}
+
 } // namespace
 
 void warnOfSetting(const CTomlSection& section, const TC::COrderSetting& setting,
@@ -107,7 +119,7 @@ void warnOfSetting(const CTomlSection& section, const TC::COrderSetting& setting
     if (!isPlain && section.has(orderTypeKey))
         section.warnAt(orderTypeKey, orderTypeKey + " is " +
                                          std::to_string(static_cast<int>(setting.m_eOrderType)) +
-                                         "; the desk rejects orders of other kinds than 0");
+                                         "; the desk rejects orders of kinds other than 0");
     const std::pair<const char*, double> limits[] = {{"first_limit", setting.m_dFirstLimit},
                                                      {"second_limit", setting.m_dSecondLimit}};
     for (const auto& [key, limit] : limits) {
@@ -131,6 +143,7 @@ void warnOfStrategy(const CTomlSection& section, const CDeskConfig& config,
     warnOfLogin(section, config, strategy);
     warnOfSource(section, strategy, path);
     warnOfHedge(section, config, strategy);
+    warnOfUnusedKeys(section, strategy);
     warnOfSetting(section, TC::settingOfFamily(strategy), "order_kind");
 }
 

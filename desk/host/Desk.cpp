@@ -24,8 +24,8 @@ QString rejectedFolder(const std::string& folder) {
 
 CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
     : m_strFolder(std::move(folder)), m_config(std::move(config)), m_sink(sink),
-      m_market(m_config.instruments, m_config.quotes, m_config.quoteChanges),
-      m_broker(m_market, [this](const CBrokerEvent& event) { return journalBrokerEvent(m_journal, event); }),
+      m_market(m_config.instruments, m_config.quotes, m_config.quoteChanges), m_orderLines(sink),
+      m_broker(m_market, [this](const CBrokerEvent& event) { return takeEvent(event); }),
       m_guard(m_journal, sink, [this] { m_broker.deliverEvents(); }), m_user(m_config), m_userManager(m_user),
       m_orders(m_journal, m_broker, sink, m_config.acceptForcedConfirm),
       m_trade(m_journal, m_broker, m_market, sink, m_config.accounts),
@@ -40,9 +40,8 @@ utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
     if (m_journal.isAfterCrash()) m_sink.writeLine(crashText(m_journal.lastSeq()));
     if (m_journal.lastBrokerEvent() > 0 && !hasPaperStore(m_strFolder))
-        m_sink.writeLine(
-            "WARNING: there is no paper.db, but the journal tells of orders. The books begin anew "
-            "with the folder's funds and positions.");
+        m_sink.writeLine("WARNING: there is no paper.db, but the journal has orders. The books begin anew "
+                         "with the folder's funds and positions.");
     if (result.isSuccess())
         result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(),
                                {m_journal.lastTask(), m_journal.lastOrder(), m_journal.lastFill()});
@@ -51,6 +50,14 @@ utils::KNError CDesk::open() {
     // Without a `stopped` record in the journal, the next start would report that this run was interrupted.
     if (!result.isSuccess()) (void)m_journal.close("not started: " + result.errorMsg());
     return result;
+}
+
+/// Writes a broker event to the journal, and then to the screen. False if the journal refuses it: the broker
+/// delivers it again later.
+bool CDesk::takeEvent(const CBrokerEvent& event) {
+    if (!journalBrokerEvent(m_journal, event)) return false;
+    m_orderLines.take(event);
+    return true;
 }
 
 /// Tells broker and order service that the date has changed. If the store fails, the next round tries again.
@@ -111,9 +118,12 @@ void CDesk::tick(double secondsSinceStart) {
     m_bQuotesToCome = m_market.applyChanges(secondsSinceStart, [this](const std::string& stockKey) {
         const utils::KNError matched = m_broker.onQuote(stockKey);
         if (!matched.isSuccess())
-            m_sink.writeLine("the paper broker cannot match " + stockKey + ": " + matched.errorMsg());
+            m_sink.writeLine("the paper broker cannot match the waiting orders of " + stockKey + ": " +
+                             matched.errorMsg());
     });
     m_keeper.update(*TC::COrderService::instance());
+    m_orderLines.show();
+    m_sink.poll();
 }
 
 std::int64_t CDesk::activity() const {
@@ -125,8 +135,8 @@ utils::KNError CDesk::close(const std::string& reason) {
     // If the journal is moved away before the next start, it cannot tell the broker which events it has.
     const utils::KNError stored = m_broker.storeDelivered();
     if (!stored.isSuccess())
-        m_sink.writeLine("Leave the journal where it is until the desk has started again: " +
-                         stored.errorMsg());
+        m_sink.writeLine("Do not move the journal before the next start of the desk: " + stored.errorMsg());
+    m_orderLines.finish();
     return m_journal.close(reason);
 }
 

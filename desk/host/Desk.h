@@ -13,6 +13,7 @@
 #include "desk/host/DeskUserConfig.h"
 #include "desk/host/InterfaceKeeper.h"
 #include "desk/host/JournalGuard.h"
+#include "desk/host/OrderLines.h"
 #include "desk/host/PaperOrderClient.h"
 #include "desk/host/PaperTradeClient.h"
 #include "desk/host/PaperTraderCenter.h"
@@ -47,8 +48,8 @@ public:
     /// marks as running. Call it after installHost and after the creation of COrderService.
     void startTrading();
 
-    /// One round of the main loop: applies due quote changes, checks for a new day, checks the journal, and
-    /// journals and saves changed strategies.
+    /// One round of the main loop: applies due quote changes, checks for a new day, checks the journal,
+    /// journals and saves changed strategies, and shows what happened to the orders.
     void tick(double secondsSinceStart);
 
     /// A number that changes whenever something happens.
@@ -70,12 +71,14 @@ public:
 private:
     QString whyRefused(const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& all) const;
     void followTradingDay();
+    bool takeEvent(const CBrokerEvent& event);
 
     std::string m_strFolder;
     CDeskConfig m_config;
     CTextSink& m_sink;
     CJournal m_journal;
     CMarket m_market;
+    COrderLines m_orderLines;
     CPaperBroker m_broker;
     CJournalGuard m_guard;
     bool m_bQuotesToCome = true;

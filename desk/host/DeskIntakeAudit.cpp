@@ -38,11 +38,69 @@ std::string incidentHead(const TC::CIncidentReport& report) {
     return "a message could not be shown";
 }
 
+/// The lines that gave no order, by reason. The journal has the first reason, and the screen has all.
+std::string ignoredText(const TC::CIntakeReport& report) {
+    if (report.m_nIgnoredLines == 0) return {};
+    std::string text = "; " + counted(report.m_nIgnoredLines, "line") + " without effect";
+    if (report.m_ignoredReasons.size() > 1) {
+        const char* separator = ": ";
+        for (const auto& [reason, lines] : report.m_ignoredReasons) {
+            text += separator + std::to_string(lines) + " x " +
+                    (reason.isEmpty() ? "other reasons" : '"' + reason.toStdString() + '"');
+            separator = ", ";
+        }
+    }
+    return text + ", the first is " + report.m_strFirstIgnored.toStdString();
+}
+
+std::string unreadText(int lines) {
+    if (lines == 0) return {};
+    return "; " + counted(lines, "orderParam line") +
+           (lines == 1 ? " is not understood, and its orders go out without it"
+                       : " are not understood, and their orders go out without them");
+}
+
+/// Whether all lines of the file have a reason why they gave no order.
+bool isFullyExplained(const TC::CIntakeReport& report) {
+    return report.m_bCutShort || report.m_nLines <= report.m_nIgnoredLines;
+}
+
+/// What the file gave. Empty if there is nothing unusual: it gave orders, or its cancels are reported.
+std::string resultText(const TC::CIntakeReport& report) {
+    const bool isUnusual = report.m_bCutShort || report.m_nIgnoredLines != 0 ||
+                           report.m_nUnreadTradeParams != 0 || report.m_nOrders + report.m_nCancels == 0;
+    if (!isUnusual) return {};
+    if (report.m_nLines == 0 && !report.m_bCutShort) return " gave no order: the file is empty";
+    std::string text = " gave " + (report.m_nOrders == 0 ? "no order" : counted(report.m_nOrders, "order"));
+    if (report.m_nCancels != 0) text += " and " + counted(report.m_nCancels, "cancel");
+    text += " from " + counted(report.m_nLines, "line");
+    if (report.m_nOrders + report.m_nCancels == 0 && !isFullyExplained(report))
+        text += report.m_nIgnoredLines == 0 ? ", which are blank or have only trade parameters"
+                                            : ", of which some are blank or have only trade parameters";
+    text += ignoredText(report) + unreadText(report.m_nUnreadTradeParams);
+    if (report.m_bCutShort)
+        text += "; it was cut short at " + report.m_strCause.toStdString() +
+                whereabouts(report, "; the lines after that are lost");
+    return text;
+}
+
+/// What happened to an order file, as the rest of a message that begins with its path. Empty if there is
+/// nothing to tell.
+std::string fileText(const TC::CIntakeReport& report) {
+    const std::string cause = report.m_strCause.toStdString();
+    if (report.m_bRejected)
+        return " was refused whole: " + cause + whereabouts(report, "; the file was deleted");
+    if (report.m_bLeftOver) return " was moved away unread: " + cause + whereabouts(report, "");
+    if (report.m_bLeftWaiting) return " waits unread: " + cause;
+    return resultText(report);
+}
+
 } // namespace
 
 void noteIncident(CJournal& journal, CTextSink& sink, const TC::CIncidentReport& report) {
-    (void)journal.append("incident", incidentFields(report));
-    sink.writeLine(incidentHead(report) + ": " + report.m_strCause.toStdString());
+    const bool isRecorded = journal.append("incident", incidentFields(report)).isSuccess();
+    sink.writeFloodLine(EFloodLine::Incident, isRecorded,
+                        incidentHead(report) + ": " + report.m_strCause.toStdString());
 }
 
 void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std::string& cause) {
@@ -55,38 +113,22 @@ void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std:
 
 void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     // If the journal refuses this record, it also refuses the commands of these orders, and each is reported.
-    (void)m_journal.append("intake", intakeFields(report));
-    const std::string source = report.m_strSource.toStdString();
-    if (report.m_nUnreadTradeParams != 0)
-        m_sink.writeLine(source + " has " + counted(report.m_nUnreadTradeParams, "orderParam line") +
-                         (report.m_nUnreadTradeParams == 1
-                              ? " that is not understood; its orders go out without it"
-                              : " that are not understood; their orders go out without them"));
-    if (report.m_nIgnoredLines != 0)
-        m_sink.writeLine(source + " has " + counted(report.m_nIgnoredLines, "line") +
-                         " without effect; the first is " + report.m_strFirstIgnored.toStdString());
-    if (report.m_bRejected)
-        m_sink.writeLine(source + " was refused whole: " + report.m_strCause.toStdString() +
-                         whereabouts(report, "; the file was deleted"));
-    if (report.m_bLeftOver)
-        m_sink.writeLine(source + " was moved away unread: " + report.m_strCause.toStdString() +
-                         whereabouts(report, ""));
-    if (report.m_bLeftWaiting) m_sink.writeLine(source + " waits unread: " + report.m_strCause.toStdString());
-    if (report.m_bCutShort)
-        m_sink.writeLine(source + " was cut short at " + report.m_strCause.toStdString() +
-                         whereabouts(report, "; what stood behind it is lost"));
+    const bool isRecorded = m_journal.append("intake", intakeFields(report)).isSuccess();
+    const std::string text = fileText(report);
+    if (!text.empty())
+        m_sink.writeFloodLine(EFloodLine::File, isRecorded, report.m_strSource.toStdString() + text);
 }
 
 void CDeskIntakeAudit::recordDoor(const TC::CDoorReport& report) {
     (void)m_journal.append("door", doorFields(report));
     if (report.m_eEvent != TC::EDoorEvent::Stuck) return;
-    m_sink.writeLine("the listener on " + report.m_strSource.toStdString() +
-                     " serves nobody any more: " + report.m_strPeer.toStdString() + " sent " +
-                     report.m_strCause.toStdString() + "; stop the strategy and start it again");
+    m_sink.writeLine("the listener on " + report.m_strSource.toStdString() + " no longer answers, because " +
+                     report.m_strPeer.toStdString() + " sent " + report.m_strCause.toStdString() +
+                     "; stop the strategy and start it again");
 }
 
 void CDeskIntakeAudit::recordDiscard(const TC::CDiscardReport& report) {
-    reportDiscard(report, "it waited when the strategy was started", m_journal, m_sink);
+    reportDiscard(report, "it was there before the strategy started, and was deleted", m_journal, m_sink);
 }
 
 void CDeskIntakeAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
@@ -94,7 +136,7 @@ void CDeskIntakeAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
     for (const TC::COrderParam& order : orders) {
         ++m_unplaced[order.m_nChannel];
         const bool isRecorded = m_journal.append("unplaced", unplacedFields(order)).isSuccess();
-        if (!isRecorded) m_sink.writeLine("not worked off: " + order.toQString().toStdString());
+        if (!isRecorded) m_sink.writeLine("not processed: " + order.toQString().toStdString());
     }
 }
 
@@ -107,9 +149,9 @@ std::string CDeskIntakeAudit::unplacedText() const {
         channels += (channels.empty() ? "channel " : ", channel ") + std::to_string(channel) + ": " +
                     std::to_string(count);
     }
-    return "Not worked off: " + counted(sum, "order") + " in " +
+    return "Not processed: " + counted(sum, "order") + " in " +
            counted(m_nUnplacedBatches, "batch", "batches") + " (" + channels +
-           "). The journal names each of them as \"unplaced\".";
+           "). The journal has an \"unplaced\" line for each.";
 }
 
 void CDeskIntakeAudit::recordIncident(const TC::CIncidentReport& report) {

@@ -8,8 +8,8 @@ namespace desk {
 
 void CDeskMsgService::showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool, bool,
                               const QString&) {
-    (void)m_journal.append("message", messageFields(text, type, level));
-    m_sink.writeLine(text.toStdString());
+    const bool isRecorded = m_journal.append("message", messageFields(text, type, level)).isSuccess();
+    m_sink.writeFloodLine(EFloodLine::Message, isRecorded, text.toStdString());
 }
 
 } // namespace desk

@@ -23,7 +23,12 @@ void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
     if (const utils::KNError error = record(*command, task, seq); !error.isSuccess())
         return refuse("it cannot be recorded: " + error.errorMsg(), 0);
     const utils::KNError error = m_broker.placeCommand(*command, seq, task);
-    if (!error.isSuccess()) refuse(error.errorMsg(), seq);
+    if (!error.isSuccess()) return refuse(error.errorMsg(), seq);
+    if (command->m_codes.empty())
+        m_sink.writeFloodLine(EFloodLine::Message, true,
+                              "task " + std::to_string(task) +
+                                  ": the command names no instrument, so the "
+                                  "paper broker makes no order of it");
 }
 
 utils::KNError CPaperOrderClient::record(const TC::COrderComandParam& command, int& task, std::int64_t& seq) {
@@ -37,19 +42,20 @@ void CPaperOrderClient::decline(const TC::COrderComandParam& command) {
     if (const utils::KNError error = m_journal.append("command", commandFields(command, std::nullopt), &seq);
         !error.isSuccess())
         return refuse("it cannot be recorded: " + error.errorMsg(), 0);
-    refuse("it must be confirmed and nobody can be asked", seq);
+    refuse("it must be confirmed, but the desk cannot ask anybody", seq);
 }
 
 void CPaperOrderClient::showTradeError(const QString& text, const QString& title) {
-    // The sink always tells the user. CJournalGuard handles a failed journal.
-    (void)m_journal.append("trade_error", tradeErrorFields(text, title));
-    m_sink.writeLine(title.toStdString() + ": " + text.toStdString());
+    // CJournalGuard handles a failed journal.
+    const bool isRecorded = m_journal.append("trade_error", tradeErrorFields(text, title)).isSuccess();
+    m_sink.writeFloodLine(EFloodLine::Refusal, isRecorded, title.toStdString() + ": " + text.toStdString());
 }
 
 void CPaperOrderClient::refuse(const std::string& text, std::int64_t commandSeq) {
-    (void)m_journal.append("trade_error", tradeErrorFields(QString::fromStdString(text),
-                                                           QLatin1String(kRefusalTitle), commandSeq));
-    m_sink.writeLine(std::string(kRefusalTitle) + ": " + text);
+    const CJson fields =
+        tradeErrorFields(QString::fromStdString(text), QLatin1String(kRefusalTitle), commandSeq);
+    const bool isRecorded = m_journal.append("trade_error", fields).isSuccess();
+    m_sink.writeFloodLine(EFloodLine::Refusal, isRecorded, std::string(kRefusalTitle) + ": " + text);
 }
 
 } // namespace desk

@@ -24,7 +24,7 @@ public:
     CPaperOrderClient(CJournal& journal, CPaperBroker& broker, CTextSink& sink, bool acceptForcedConfirm);
 
     void orderCommands(const TC::COrderComandParamPtr& command) override;
-    /// Journals the text and writes it to the sink, even if the journal refuses it.
+    /// Journals the text and writes it to the sink, as a flood line, even if the journal refuses it.
     void showTradeError(const QString& text, const QString& title) override;
 
 private:

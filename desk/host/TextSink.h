@@ -1,23 +1,51 @@
 #pragma once
 
 #include <iosfwd>
+#include <map>
 #include <mutex>
 #include <string>
 
 namespace desk {
 
+/// Kinds of lines that many orders can repeat many times in a second.
+enum class EFloodLine { Refusal, Message, File, Incident };
+
 /// Messages of the desk to its user: whole lines to a stream, from any thread. The stream must outlive the
 /// sink.
 class CTextSink {
 public:
+    /// Number of flood lines of one kind that are shown in a second, by the clock of base/Clock.h.
+    static constexpr int kLinesPerSecond = 50;
+
     explicit CTextSink(std::ostream& stream) : m_stream(stream) {}
+    /// Reports the lines that were left out and not reported yet.
+    ~CTextSink();
+    CTextSink(const CTextSink&) = delete;
+    CTextSink& operator=(const CTextSink&) = delete;
 
     /// Writes the text (UTF-8) and a newline, and flushes.
     void writeLine(const std::string& text);
 
+    /// Does the same, but leaves the line out if the second has had its lines of this kind. The number of
+    /// lines that were left out is shown when the second is over. `isRecorded`: whether the journal has the
+    /// line. If not, it is always written.
+    void writeFloodLine(EFloodLine kind, bool isRecorded, const std::string& text);
+
+    /// Reports the lines that were left out in seconds that are over. Call it several times a second.
+    void poll();
+
 private:
+    struct CFlood {
+        double m_dEnd = 0; ///< end of the kind's current second, by the clock
+        int m_nShown = 0;
+        int m_nLeftOut = 0;
+    };
+    void write(const std::string& text);
+    void reportLeftOut(EFloodLine kind, CFlood& flood);
+
     std::mutex m_mutex;
     std::ostream& m_stream;
+    std::map<EFloodLine, CFlood> m_floods;
 };
 
 } // namespace desk

@@ -55,6 +55,7 @@ void takeStep(CIntakeReport& report, const Step& step) {
 
 void noteIgnored(const CIgnoredLines& ignored, CIntakeReport& report) {
     report.m_nIgnoredLines = ignored.m_nCount;
+    report.m_ignoredReasons = ignored.m_reasons;
     if (ignored.m_nCount == 0) return;
     report.m_strFirstIgnored = utils::fillText(QStringLiteral("line %1: %2"),
                                                {QString::number(ignored.m_nFirst), ignored.m_strFirstReason});
@@ -161,6 +162,7 @@ QVector<COrderParam> CFileService::readOrders(ILineSource& source, int channel,
     takeStep(report, [&] { orders = parser.takeOrders(); });
     report.m_nOrders = orders.size();
     report.m_nUnreadTradeParams = parser.unreadTradeParams();
+    report.m_nCancels = parser.cancels();
     noteIgnored(parser.ignoredLines(), report);
     return orders;
 }

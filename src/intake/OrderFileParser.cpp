@@ -6,6 +6,7 @@
 #include "orderservice/records/OrderTypes.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace TC {
@@ -37,6 +38,19 @@ QString foreignChannel(int channel) {
 
 bool isBlank(std::string_view line) {
     return line.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+void countReason(int lines, const QString& reason, CIgnoredLines& ignored) {
+    auto& reasons = ignored.m_reasons;
+    auto found = std::find_if(reasons.begin(), reasons.end(),
+                              [&](const std::pair<QString, int>& entry) { return entry.first == reason; });
+    if (found == reasons.end()) {
+        const bool isFull = reasons.size() >= CIgnoredLines::kMostReasons;
+        if (reasons.size() <= CIgnoredLines::kMostReasons)
+            reasons.push_back({isFull ? QString() : reason, 0});
+        found = std::prev(reasons.end());
+    }
+    found->second += lines;
 }
 
 /// Means that the rows of a named basket keep their own operation.
@@ -116,6 +130,7 @@ void COrderFileParser::countIgnored(int lines, int first, const QString& reason)
         m_ignored.m_strFirstReason = reason;
     }
     m_ignored.m_nCount += lines;
+    countReason(lines, reason, m_ignored);
 }
 
 TypeReturn COrderFileParser::parseLineParam(std::string& line, int rowPosition) {
@@ -143,6 +158,7 @@ bool COrderFileParser::parseCancel(const std::string& line) {
     if (word == kCancelWord) {
         if (fields.size() == 2) {
             m_port.terminateTask(strictInt(fields[1]));
+            ++m_nCancels;
         } else {
             ignoreLine(line, QString::fromUtf8(kBadCancel));
         }
@@ -153,6 +169,7 @@ bool COrderFileParser::parseCancel(const std::string& line) {
         for (std::size_t i = 0; i < fields.size(); ++i)
             texts.emplace_back(fields[i]);
         m_port.cancelOrders(texts);
+        ++m_nCancels;
     }
     return true;
 }

@@ -9,6 +9,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace TC {
 
@@ -17,6 +18,9 @@ struct CIgnoredLines {
     int m_nCount = 0;
     int m_nFirst = 0;         ///< position of the first such line, counted from 1; 0: there is none
     QString m_strFirstReason; ///< why the first such line had no effect, for people
+    /// Number of lines by reason. At most kMostReasons; an empty reason has the lines of all others.
+    QVector<std::pair<QString, int>> m_reasons;
+    static constexpr int kMostReasons = 8;
 };
 
 /// The grammar of order files, one object for each file. It takes the lines one after the other and collects
@@ -56,6 +60,9 @@ public:
     /// Complete only after takeOrders, because that call discards a list of another channel.
     const CIgnoredLines& ignoredLines() const { return m_ignored; }
 
+    /// Number of cancel lines that were passed to the port.
+    int cancels() const { return m_nCancels; }
+
 private:
     /// Which lines are still read.
     enum class ERest {
@@ -92,6 +99,7 @@ private:
     int m_nLine = 0;       ///< position of the current line, counted from 1
     int m_nHeaderLine = 0; ///< position of the header
     CIgnoredLines m_ignored;
+    int m_nCancels = 0;
 };
 
 } // namespace TC

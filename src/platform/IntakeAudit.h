@@ -9,6 +9,8 @@
 #include <QString>
 #include <QVector>
 
+#include <utility>
+
 namespace TC {
 
 /// The result of reading a source once.
@@ -39,6 +41,10 @@ struct CIntakeReport {
     /// Number of lines without effect, such as a cancel with too few words. Blank lines are not counted.
     int m_nIgnoredLines = 0;
     QString m_strFirstIgnored; ///< for people: the first ignored line, and why it had no effect
+    /// The reasons of all ignored lines with their numbers of lines; after many different reasons, an empty
+    /// reason has the rest.
+    QVector<std::pair<QString, int>> m_ignoredReasons;
+    int m_nCancels = 0; ///< cancel lines that were carried out
 };
 
 /// What happened at a listening door.

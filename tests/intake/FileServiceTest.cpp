@@ -396,6 +396,28 @@ TEST_F(FileService, LinesWithoutEffectAreCountedForTheAudit) {
               QStringLiteral("line 2: cancel takes one word, the number of the task"));
 }
 
+TEST_F(FileService, ReasonsOfIgnoredLinesAndCancelsAreCounted) {
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", "cancel 1\ncancel_order A1 2\n23\n23,5,,600000\n24\n23,5,,600000\n");
+    service.tryOrder();
+    EXPECT_EQ(report().m_nCancels, 2);
+    const QVector<std::pair<QString, int>> expected = {{QStringLiteral("it has fewer than two fields"), 2},
+                                                       {QStringLiteral("it is for channel 5"), 2}};
+    EXPECT_EQ(report().m_ignoredReasons, expected);
+}
+
+TEST_F(FileService, ManyReasonsOfIgnoredLinesAreCountedTogether) {
+    std::string lines;
+    for (int channel = 11; channel <= 22; ++channel)
+        lines += "23," + std::to_string(channel) + ",,600000\n";
+    addStrategy(3, "a.txt");
+    folder.write("a.txt", lines);
+    service.tryOrder();
+    ASSERT_EQ(report().m_ignoredReasons.size(), 9);
+    EXPECT_EQ(report().m_ignoredReasons.front(), std::make_pair(QStringLiteral("it is for channel 11"), 1));
+    EXPECT_EQ(report().m_ignoredReasons.back(), std::make_pair(QString(), 4));
+}
+
 TEST_F(FileService, FileWithoutIgnoredLinesNamesNone) {
     addStrategy(3, "a.txt");
     folder.write("a.txt", "23,0\n");

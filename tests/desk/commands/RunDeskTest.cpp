@@ -2,6 +2,7 @@
 #include "desk/commands/ShowJournal.h"
 #include "desk/config/ConfigLoader.h"
 #include "desk/host/FolderLock.h"
+#include "desk/host/OrderLines.h"
 #include "orderservice/base/Log.h"
 #include "orderservice/service/OrderService.h"
 #include "tests/desk/commands/RunningFolder.h"
@@ -63,14 +64,75 @@ TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
     EXPECT_EQ(journal().compare(0, before.size(), before), 0); // never rewritten
 }
 
+TEST_F(RunDesk, ScreenSaysWhatHappenedToEachOrder) {
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":4"); },
+        [this] {
+            folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,1000\n23,0,10.50,600101,2000\n"
+                                                     "23,0,11.02,600101,150\n");
+            return true;
+        },
+        [this] { return has("\"status\":\"rejected\""); },
+    });
+    EXPECT_EQ(code, 0);
+    const std::string shown = out.str();
+    for (const char* line :
+         {"order 1 of task 1: A1 buy 600 SH600101 @ 11.02: filled at 11.01\n",
+          "order 3 of task 2: A1 buy 1200 SH600101 @ 10.5: waits\n",
+          "order 5 of task 3: A1 buy 150 SH600101 @ 11.02: REJECTED: volume 150 is not a multiple of 100\n"})
+        EXPECT_NE(shown.find(line), std::string::npos) << line << shown;
+}
+
+TEST_F(RunDesk, ScreenSaysWhyAFileGaveNoOrder) {
+    const std::string path = folder.path("desk/orders/group.txt");
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":4"); },
+        [this] {
+            folder.handOver("desk/orders/group.txt", "23,9,11.02,600101,100\n23\n24,9,11.02,600101,100\n");
+            return true;
+        },
+        [this] { return has("\"lines\":3,\"orders\":0"); },
+    });
+    EXPECT_EQ(code, 0);
+    const std::string why = path + " gave no order from 3 lines; 3 lines without effect: 2 x \"it is for "
+                                   "channel 9\", 1 x \"it has fewer than two fields\", the first is line 1: "
+                                   "it is for channel 9\n";
+    EXPECT_NE(out.str().find(why), std::string::npos) << out.str();
+}
+
+/// One command of many orders, which the broker rejects within one call.
+TEST_F(RunDesk, FloodOfOrdersDoesNotFloodTheScreen) {
+    constexpr int kOrders = 400;
+    std::string lines = "25,0\n";
+    for (int i = 0; i < kOrders; ++i)
+        lines += "600102\t150\n";
+    const int code = run({
+        [this] { return has("\"action\":\"start\",\"channel\":4"); },
+        [&] {
+            folder.handOver("desk/orders/basket.txt", lines);
+            return true;
+        },
+        [this] { return has("\"order\":" + std::to_string(kOrders) + ","); },
+    });
+    EXPECT_EQ(code, 0);
+    const std::string shown = out.str();
+    int rejected = 0;
+    for (std::size_t at = 0; (at = shown.find(": REJECTED: ", at)) != std::string::npos; ++at)
+        ++rejected;
+    EXPECT_GE(rejected, COrderLines::kOrdersPerSecond);
+    EXPECT_LT(rejected, kOrders);
+    EXPECT_NE(shown.find(" like \"volume 150 is not a multiple of 100\"); the journal has each of them\n"),
+              std::string::npos)
+        << shown;
+}
+
 TEST_F(RunDesk, RemovedBooksBeginAnewAndTheScreenSaysSo) {
     EXPECT_EQ(tradeOnce(), 0);
     EXPECT_EQ(out.str().find("there is no paper.db"), std::string::npos) << out.str();
     for (const char* name : {"desk/paper.db", "desk/paper.db-wal", "desk/paper.db-shm"})
         std::filesystem::remove(folder.path(name));
     EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
-    EXPECT_NE(out.str().find("WARNING: there is no paper.db, but the journal tells of orders."),
-              std::string::npos)
+    EXPECT_NE(out.str().find("WARNING: there is no paper.db, but the journal has orders."), std::string::npos)
         << out.str();
 }
 
@@ -121,7 +183,7 @@ TEST_F(RunDesk, DeskThatIsEndedDuringItsStartStartsNoStrategy) {
     EXPECT_TRUE(folder.exists("desk/orders/group.txt")) << "a strategy that starts would delete it";
 }
 
-TEST_F(RunDesk, JournalThatIsRemovedInTheLastSecondIsToldAtTheEnd) {
+TEST_F(RunDesk, JournalThatIsRemovedInTheLastSecondIsReportedAtTheEnd) {
     const int code = run({
         [this] { return has("\"action\":\"start\",\"channel\":4"); },
         [this] { return std::filesystem::remove(folder.path("desk/journal.jsonl")); },
@@ -244,7 +306,7 @@ TEST_F(RunDesk, FolderIsReadOnlyOnceItIsHeld) {
     EXPECT_EQ(out.str().find("strategies.toml"), std::string::npos) << out.str();
 }
 
-TEST_F(RunDesk, WhatIsNoFolderIsToldAsThat) {
+TEST_F(RunDesk, PathThatIsNotAFolderIsReported) {
     EXPECT_EQ(runDesk(folder.path("none"), std::nullopt, out, [] { return true; }), 2);
     EXPECT_NE(out.str().find("none: is not a folder; make one with: orderdesk new"), std::string::npos);
     EXPECT_FALSE(folder.exists("none"));
@@ -290,7 +352,7 @@ TEST_F(RunDesk, OrderSocketTakesOrdersAndItsDoorIsJournalled) {
 }
 
 /// If a socket strategy cannot get its port, the file strategies of the folder still trade.
-TEST_F(RunDesk, ATakenPortIsToldAndTheOthersTrade) {
+TEST_F(RunDesk, ATakenPortIsReportedAndTheOthersTrade) {
     boost::asio::io_service io;
     const boost::asio::ip::tcp::acceptor other(io, {boost::asio::ip::address_v4::loopback(), socketPort});
     const std::string reason = "启动socket服务失败（可能因为端口被占用或其它原因）";
@@ -410,7 +472,7 @@ TEST_F(RunDesk, AClosingVolumeIsSplitOverWhatCanBeClosed) {
         has("\"account\":\"F2\",\"stock\":\"CFIF2609\",\"operation_type\":1,\"price\":3999.8,\"volume\":1"));
 }
 
-TEST_F(RunDesk, WarningsAreToldAndHoldNothingUp) {
+TEST_F(RunDesk, WarningsAreReportedAndTheDeskStarts) {
     change("desk/desk.toml", "kind = 100 ", "kind = 102 ");
     EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
     EXPECT_NE(out.str().find("desk.toml:7: warning: user: users of kind 102 issue no commands"),

@@ -34,7 +34,7 @@ TEST_F(RunStrategies, StrategyOverTheLimitIsNamed) {
 }
 
 /// A failed cancel of an order has no task. The screen reports it once, with account and order.
-TEST_F(RunStrategies, FailedCancelOfAnOrderIsToldOnceAndWithoutATask) {
+TEST_F(RunStrategies, FailedCancelOfAnOrderIsReportedOnceAndWithoutATask) {
     const int code = run({
         [this] { return has("\"action\":\"start\",\"channel\":16"); },
         [this] {
@@ -98,7 +98,8 @@ TEST_F(RunStrategies, AStrategyWhosePathHasBecomeTheDesksOwnFileIsNotStarted) {
         },
     });
     EXPECT_EQ(code, 0);
-    EXPECT_TRUE(error.endsWith(QStringLiteral("is the desk's own desk.toml, which it would delete")))
+    EXPECT_TRUE(
+        error.endsWith(QStringLiteral("is the desk's own desk.toml, which the strategy would delete")))
         << error.toStdString();
     EXPECT_EQ(folder.read("desk/desk.toml"), before);
     EXPECT_TRUE(folder.exists("desk/orders/single.txt"));

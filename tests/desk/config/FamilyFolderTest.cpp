@@ -62,7 +62,7 @@ TEST(FamilyFolder, KindsMultipliersAndMarginsArriveAndHaveDefaults) {
     EXPECT_EQ(entries[4].kind, EInstrumentKind::Sgt) << "the market tells the kind";
 }
 
-TEST(FamilyFolder, DerivativesMayGoByTheirPlainCodeAndAreKeptByTheirKey) {
+TEST(FamilyFolder, DerivativesMayBeNamedByPlainCodeAndAreStoredByKey) {
     const CDeskConfig config = CFamilyFolder().load().config;
     EXPECT_EQ(config.quotes.at(2).stockKey, "CFIF2609");
     EXPECT_EQ(config.quoteChanges.at(0).quote.stockKey, "CFIF2609");
@@ -95,7 +95,7 @@ TEST(FamilyFolder, ACreditAccountHasItsLimit) {
 
 class FamilyMistake : public testing::TestWithParam<test::CSpoiled> {};
 
-TEST_P(FamilyMistake, IsToldByFileAndLine) {
+TEST_P(FamilyMistake, IsReportedWithFileAndLine) {
     const CFamilyFolder folder;
     folder.replace(GetParam().file, GetParam().what, GetParam().by);
     EXPECT_EQ(folder.mistakes(), Mistakes{GetParam().expected});
@@ -117,14 +117,14 @@ const test::CSpoiled kFamilyRows[] = {
     {"MarginAboveTheWhole", "instruments.csv", "0.12", "12",
      "instruments.csv:4: margin_rate must be above 0 and at most 1"},
     {"PlainCodeTwice", "instruments.csv", "SGT,00001,,500\n", "SGT,00001,,500\nDC,IF2609,,1,future\n",
-     "instruments.csv:7: instrument \"IF2609\" stands on line 4 already"},
+     "instruments.csv:7: instrument \"IF2609\" is defined on line 4 already"},
     {"PlainCodeOfAStock", "positions.csv", "A1,SH600000", "A1,600000",
      "positions.csv:2: instrument \"600000\" is unknown; expected market and code of a row in "
      "instruments.csv"},
     {"UnknownSide", "positions.csv", "IF2609,long", "IF2609,up",
      "positions.csv:3: side is \"up\"; expected one of long, short"},
     {"ShortStock", "positions.csv", "A1,SH600000,", "A1,SH600000,short",
-     "positions.csv:2: side is short; expected a future, an option or gold for that"},
+     "positions.csv:2: side is short; only futures, options and gold can be short"},
     {"OneSideTwice", "positions.csv", "CFIF2609,short", "CFIF2609,long",
      "positions.csv:4: the position is defined twice"},
     {"FutureOnAStockAccount", "positions.csv", "F1,IF2609", "A1,IF2609",
@@ -132,9 +132,9 @@ const test::CSpoiled kFamilyRows[] = {
     {"StockToLock", "positions.csv", "O1,10005001", "O1,SH600000",
      "positions.csv:5: account \"O1\" is of a broker type that does not hold instruments of kind stock"},
     {"PaidStock", "positions.csv", "A1,SH600000,,500,", "A1,SH600000,,500,full",
-     "positions.csv:2: paid is for long positions in gold; all else is paid as its kind is"},
+     "positions.csv:2: paid is only for long positions in gold"},
     {"PaidShort", "positions.csv", "G1,GOLDAU99,short,1,", "G1,GOLDAU99,short,1,margin",
-     "positions.csv:7: paid is for long positions in gold; all else is paid as its kind is"},
+     "positions.csv:7: paid is only for long positions in gold"},
     {"UnknownPayment", "positions.csv", "long,2,full", "long,2,cash",
      "positions.csv:6: paid is \"cash\"; expected one of full, margin"},
     {"NegativeLimit", "desk.toml", "500.5", "-500.5",

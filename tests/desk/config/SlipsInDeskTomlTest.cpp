@@ -39,9 +39,9 @@ const std::vector<CSlip> kDeskSlips = {
     {"OrderServiceMisspelt", "desk.toml", "order_service = true", "order_services = true",
      "desk.toml:9: user: unknown key \"order_services\""},
     {"MaxStrategiesTooFew", "desk.toml", "max_strategies = 20", "max_strategies = 3",
-     "desk.toml:10: warning: max_strategies under [user] is 3 and 16 strategies count; the highest channels are left out"},
+     "desk.toml:10: warning: max_strategies under [user] is 3, but the limit is for 16 strategies; those with the highest channels are not loaded"},
     {"MaxStrategiesZero", "desk.toml", "max_strategies = 20", "max_strategies = 0",
-     "desk.toml:10: warning: max_strategies under [user] is 0 and 16 strategies count; the highest channels are left out"},
+     "desk.toml:10: warning: max_strategies under [user] is 0, but the limit is for 16 strategies; those with the highest channels are not loaded"},
     {"MaxStrategiesNegative", "desk.toml", "max_strategies = 20", "max_strategies = -1",
      "desk.toml:10: user: max_strategies is -1; expected a whole number of at least 0"},
     {"MaxStrategiesText", "desk.toml", "max_strategies = 20", "max_strategies = \"20\"",
@@ -165,7 +165,7 @@ const std::vector<CSlip> kDeskSlips = {
     {"BasketRowsMissing", "desk.toml", "rows = [{ market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0 }]\n", "",
      "desk.toml:161: basket: key \"rows\" is missing in the table that begins on line 160"},
     {"BasketRowsEmpty", "desk.toml", "rows = [{ market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0 }]", "rows = []",
-     "desk.toml:162: warning: basket: the basket has no rows; orders that name it are refused"},
+     "desk.toml:162: warning: basket: there are no rows; orders that name the basket are refused"},
     {"BasketMarketMissing", "desk.toml", "market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0", "code = \"300301\", volume = 100",
      "desk.toml:162: basket.rows: key \"market\" is missing"},
     {"BasketCodeMissing", "desk.toml", "market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0", "market = \"SZ\", volume = 100",
@@ -189,9 +189,9 @@ const std::vector<CSlip> kDeskSlips = {
     {"BasketOperationNegative", "desk.toml", "market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0", "market = \"SZ\", code = \"300301\", volume = 100, operation = -1",
      "desk.toml:162: basket.rows: operation is -1; expected a whole number of at least 0"},
     {"BasketPriceZero", "desk.toml", "market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0", "market = \"SZ\", code = \"300301\", volume = 100, price = 0",
-     "desk.toml:162: basket.rows: price must be above 0; leave it out where there is no price"},
+     "desk.toml:162: basket.rows: price must be above 0; leave it out if there is no price"},
     {"BasketOfAStockWithoutABasketsType", "desk.toml", "market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0", "market = \"SZ\", code = \"128401\", volume = 10",
-     "desk.toml:162: warning: basket.rows: instrument \"SZ128401\" has none of a basket's types; the row is passed over"},
+     "desk.toml:162: warning: basket.rows: instrument \"SZ128401\" has none of a basket's types; the row is left out"},
     {"BasketRowTwice", "desk.toml", "{ market = \"SH\", code = \"600103\", volume = 1000, weight = 0.2 }", "{ market = \"SH\", code = \"600102\", volume = 1000, weight = 0.2 }",
      "desk.toml:145: warning: basket.rows: instrument \"SH600102\" is in the basket twice"},
     {"BasketKeyUnknown", "desk.toml", "market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0", "market = \"SZ\", code = \"300301\", volumes = 100",
@@ -225,7 +225,7 @@ const std::vector<CSlip> kDeskSlips = {
     {"SettingPriceType40", "desk.toml", "[settings.stock]\nprice_type = \"latest\"", "[settings.stock]\nprice_type = 40",
      "desk.toml:173: warning: settings.stock: price_type is 40, which the desk does not know; expected one of \"buy1\""},
     {"SettingOrderType", "desk.toml", "[settings.stock]\nprice_type = \"latest\"", "[settings.stock]\norder_type = 5",
-     "desk.toml:173: warning: settings.stock: order_type is 5; the desk rejects orders of other kinds than 0"},
+     "desk.toml:173: warning: settings.stock: order_type is 5; the desk rejects orders of kinds other than 0"},
     {"SettingRemarkNoText", "desk.toml", "[settings.stock]\nprice_type = \"latest\"", "[settings.stock]\nremark = 5",
      "desk.toml:173: settings.stock: remark is not a text; expected a text in quotes"},
     {"SettingLimit", "desk.toml", "[settings.stock]\nprice_type = \"latest\"", "[settings.stock]\nfirst_limit = 5.0",
@@ -243,8 +243,8 @@ const std::vector<CSlip> kDeskSlips = {
 };
 // clang-format on
 
-TEST(SingleMistakes, InDeskTomlAreTold) {
-    EXPECT_EQ(expectTold(kDeskSlips), std::vector<std::string>{}) << "pass in silence";
+TEST(SingleMistakes, InDeskTomlAreReported) {
+    EXPECT_EQ(expectReported(kDeskSlips), std::vector<std::string>{}) << "pass in silence";
 }
 
 } // namespace

@@ -31,27 +31,27 @@ const std::vector<CSlip> kStrategySlips = {
     {"PathOfAnotherChannel", "strategies.toml", "path = \"orders/single.txt\"", "path = \"orders/group.txt\"",
      "strategies.toml:21: strategy: path \"orders/group.txt\" is the path of channel 1 too"},
     {"PathWithTmpOfAnotherChannel", "strategies.toml", "path = \"orders/single.txt\"", "path = \"orders/group.txt.tmp\"",
-     "strategies.toml:21: strategy: path \"orders/group.txt.tmp\" and the path of channel 1 meet with \".tmp\" behind one of them; each would delete the other's files"},
+     "strategies.toml:21: strategy: path \"orders/group.txt.tmp\" and the path of channel 1 are the same if \".tmp\" is added to one of them; each strategy would delete the other's files"},
     {"PathIsAFolder", "strategies.toml", "path = \"orders/single.txt\"", "path = \".\"",
      "strategies.toml:21: strategy: path \".\" is a folder; expected a place for an order file"},
     {"PathEndsInASlash", "strategies.toml", "path = \"orders/single.txt\"", "path = \"orders/\"",
      "strategies.toml:21: strategy: path \"orders/\" is a folder; expected a place for an order file"},
     {"PathIsDeskToml", "strategies.toml", "path = \"orders/single.txt\"", "path = \"desk.toml\"",
-     "strategies.toml:21: strategy: path \"desk.toml\" is the desk's own desk.toml, which it would delete"},
+     "strategies.toml:21: strategy: path \"desk.toml\" is the desk's own desk.toml, which the strategy would delete"},
     {"PathIsTheJournal", "strategies.toml", "path = \"orders/single.txt\"", "path = \"orders/../journal.jsonl\"",
-     "strategies.toml:21: strategy: path \"orders/../journal.jsonl\" is the desk's own journal.jsonl, which it would delete"},
+     "strategies.toml:21: strategy: path \"orders/../journal.jsonl\" is the desk's own journal.jsonl, which the strategy would delete"},
     {"PathIsTheStore", "strategies.toml", "path = \"orders/single.txt\"", "path = \"paper.db-wal\"",
-     "strategies.toml:21: strategy: path \"paper.db-wal\" is the desk's own paper.db-wal, which it would delete"},
+     "strategies.toml:21: strategy: path \"paper.db-wal\" is the desk's own paper.db-wal, which the strategy would delete"},
     {"PathIsTheLock", "strategies.toml", "path = \"orders/single.txt\"", "path = \".lock\"",
-     "strategies.toml:21: strategy: path \".lock\" is the desk's own .lock, which it would delete"},
+     "strategies.toml:21: strategy: path \".lock\" is the desk's own .lock, which the strategy would delete"},
     {"PathIsATable", "strategies.toml", "path = \"orders/single.txt\"", "path = \"quote_changes.csv\"",
-     "strategies.toml:21: strategy: path \"quote_changes.csv\" is the desk's own quote_changes.csv, which it would delete"},
+     "strategies.toml:21: strategy: path \"quote_changes.csv\" is the desk's own quote_changes.csv, which the strategy would delete"},
     {"PathInRejected", "strategies.toml", "path = \"orders/single.txt\"", "path = \"rejected/a.txt\"",
-     "strategies.toml:21: strategy: path \"rejected/a.txt\" lies in rejected/, where the desk keeps refused order files"},
+     "strategies.toml:21: strategy: path \"rejected/a.txt\" is in rejected/, where the desk keeps refused order files"},
     {"PathWithAZeroByte", "strategies.toml", "path = \"orders/single.txt\"", "path = \"orders/a\\u0000b.txt\"",
-     "strategies.toml:21: strategy: path holds a zero byte; expected the name of an order file"},
+     "strategies.toml:21: strategy: path contains a zero byte; expected the name of an order file"},
     {"PathOfAnotherSystem", "strategies.toml", "path = \"orders/single.txt\"", "path = \"C:\\\\orders\\\\single.txt\"",
-     "strategies.toml:21: warning: strategy: path \"C:\\orders\\single.txt\" looks like one of another system; here it names a file of that whole name"},
+     "strategies.toml:21: warning: strategy: path \"C:\\orders\\single.txt\" looks like a path of another operating system; here it is the name of one file"},
     {"PathNoText", "strategies.toml", "path = \"orders/single.txt\"", "path = 5",
      "strategies.toml:21: strategy: path is not a text; expected a text in quotes"},
     {"AccountUnknown", "strategies.toml", "account = \"A3\"\nfamily = \"stock\"", "account = \"A9\"\nfamily = \"stock\"",
@@ -79,7 +79,7 @@ const std::vector<CSlip> kStrategySlips = {
     {"CodeNoText", "strategies.toml", "code = \"SH600102\"", "code = 600102",
      "strategies.toml:24: strategy: code is not a text; expected a text in quotes"},
     {"VolumeZero", "strategies.toml", "volume = 200\n", "volume = 0\n",
-     "strategies.toml:25: warning: strategy: volume is 0: orders that name no volume trade nothing"},
+     "strategies.toml:25: warning: strategy: volume is 0: orders without a volume trade nothing"},
     {"VolumeNegative", "strategies.toml", "volume = 200\n", "volume = -200\n",
      "strategies.toml:25: strategy: volume is -200; expected a whole number of at least 0"},
     {"VolumeOddLot", "strategies.toml", "volume = 200\n", "volume = 250\n",
@@ -107,7 +107,7 @@ const std::vector<CSlip> kStrategySlips = {
     {"StrategyOrderType", "strategies.toml", "volume = 200\n", "volume = 200\norder_type = 7\n",
      "strategies.toml:26: strategy: order_type is 7; the desk trades plain orders (0) only"},
     {"StrategyOrderKind", "strategies.toml", "volume = 200\n", "volume = 200\norder_kind = 7\n",
-     "strategies.toml:26: warning: strategy: order_kind is 7; the desk rejects orders of other kinds than 0"},
+     "strategies.toml:26: warning: strategy: order_kind is 7; the desk rejects orders of kinds other than 0"},
     {"StrategyLimit", "strategies.toml", "volume = 200\n", "volume = 200\nfirst_limit = 7.5\n",
      "strategies.toml:26: warning: strategy: first_limit has no effect on the desk; it is not a stop order"},
     {"StrategyLimitNoFlag", "strategies.toml", "volume = 200\n", "volume = 200\nfirst_limit_on = 1\n",
@@ -123,7 +123,7 @@ const std::vector<CSlip> kStrategySlips = {
     {"SlotPriceType", "strategies.toml", "volume = 200\n", "volume = 200\nsetting = [{ slot = 12, price_type = 41 }]\n",
      "strategies.toml:26: warning: strategy.setting: price_type is 41, which the desk does not know; expected one of \"buy1\""},
     {"SlotOfTheFamily", "strategies.toml", "volume = 200\n", "volume = 200\nsetting = [{ slot = 0 }]\n",
-     "strategies.toml:26: strategy.setting: slot 0 has its settings already; those of the family's own slot stand in [[strategy]]"},
+     "strategies.toml:26: strategy.setting: slot 0 is defined twice; the settings of the family's own slot are in [[strategy]]"},
     {"RunningNoFlag", "strategies.toml", "running = true", "running = \"yes\"",
      "strategies.toml:14: strategy: running is \"yes\"; expected true or false"},
     {"RunningMisspelt", "strategies.toml", "running = true", "runing = true",
@@ -159,8 +159,8 @@ const std::vector<CSlip> kStrategySlips = {
 };
 // clang-format on
 
-TEST(SingleMistakes, InStrategiesAreTold) {
-    EXPECT_EQ(expectTold(kStrategySlips), std::vector<std::string>{}) << "pass in silence";
+TEST(SingleMistakes, InStrategiesAreReported) {
+    EXPECT_EQ(expectReported(kStrategySlips), std::vector<std::string>{}) << "pass in silence";
 }
 
 } // namespace

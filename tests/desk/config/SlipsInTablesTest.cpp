@@ -17,11 +17,11 @@ const std::vector<CSlip> kTableSlips = {
     {"CodeEmpty", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00",
      "instruments.csv:4: expected a market and a code"},
     {"InstrumentTwice", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600102,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00",
-     "instruments.csv:5: instrument \"SH600102\" stands on line 4 already"},
+     "instruments.csv:5: instrument \"SH600102\" is defined on line 4 already"},
     {"TypesNoNumbers", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,stock,100,100,12.10,9.90,11.00",
      "instruments.csv:4: types has \"stock\"; expected numbers separated by blanks"},
     {"TypeUnknown", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,10028 100003,100,100,12.10,9.90,11.00",
-     "instruments.csv:4: warning: types has 10028, which means nothing to the desk"},
+     "instruments.csv:4: warning: types has 10028, which the desk does not know"},
     {"UnitZero", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,0,100,12.10,9.90,11.00",
      "instruments.csv:4: units must be at least 1"},
     {"UnitText", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,x,100,12.10,9.90,11.00",
@@ -33,11 +33,11 @@ const std::vector<CSlip> kTableSlips = {
     {"UpperLimitText", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.1o,9.90,11.00",
      "instruments.csv:4: upper_limit is \"12.1o\"; expected a number"},
     {"LowerLimitZero", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,0,11.00",
-     "instruments.csv:4: lower_limit must be above 0; leave it empty where there is no price"},
+     "instruments.csv:4: lower_limit must be above 0; leave it empty if there is no price"},
     {"LimitTooFine", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90001,11.00",
      "instruments.csv:4: warning: lower_limit is 9.90001, finer than 0.0001; the paper broker rounds it"},
     {"ReferenceNegative", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,-1",
-     "instruments.csv:4: reference_price must be above 0; leave it empty where there is no price"},
+     "instruments.csv:4: reference_price must be above 0; leave it empty if there is no price"},
     {"InstrumentKindUnknown", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00,stok",
      "instruments.csv:4: kind is \"stok\"; expected one of future"},
     {"InstrumentKindOfAnotherMarket", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00,gold",
@@ -49,7 +49,7 @@ const std::vector<CSlip> kTableSlips = {
     {"MarginRateAboveOne", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00,stock,1,1.5",
      "instruments.csv:4: margin_rate must be above 0 and at most 1"},
     {"TransferKind", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00,stock,1,1,3",
-     "instruments.csv:4: warning: transfer_kind is 3, which means nothing; expected 2 or 4"},
+     "instruments.csv:4: warning: transfer_kind is 3; expected 2 or 4"},
     {"TooManyCells", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00,stock,1,1,2,9",
      "instruments.csv:4: 15 cells; expected at most 14, one for each column"},
     {"InstrumentQuoteOpen", "instruments.csv", "SH,600101,江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00", "SH,600101,\"江河重工,STOCK,100028 100003,100,100,12.10,9.90,11.00",
@@ -69,7 +69,7 @@ const std::vector<CSlip> kTableSlips = {
     {"LastText", "quotes.csv", "SH600101,11,11,10.99,1000,", "SH600101,eleven,11,10.99,1000,",
      "quotes.csv:4: last is \"eleven\"; expected a number"},
     {"LastZero", "quotes.csv", "SH600101,11,11,10.99,1000,", "SH600101,0,11,10.99,1000,",
-     "quotes.csv:4: last must be above 0; leave it empty where there is no price"},
+     "quotes.csv:4: last must be above 0; leave it empty if there is no price"},
     {"LastTooFine", "quotes.csv", "SH600101,11,11,10.99,1000,", "SH600101,11.00001,11,10.99,1000,",
      "quotes.csv:4: warning: last is 11.00001, finer than 0.0001; the paper broker rounds it"},
     {"LastAboveTheLimit", "quotes.csv", "SH600101,11,11,10.99,1000,", "SH600101,12.11,11,10.99,1000,",
@@ -77,7 +77,7 @@ const std::vector<CSlip> kTableSlips = {
     {"LastBelowTheLimit", "quotes.csv", "SH600101,11,11,10.99,1000,", "SH600101,9.89,11,10.99,1000,",
      "quotes.csv:4: warning: last is below the lower_limit of \"SH600101\""},
     {"BidNegative", "quotes.csv", "SH600101,11,11,10.99,1000,", "SH600101,11,11,-10.99,1000,",
-     "quotes.csv:4: bid1 must be above 0; leave it empty where there is no price"},
+     "quotes.csv:4: bid1 must be above 0; leave it empty if there is no price"},
     {"BidCrossesAsk", "quotes.csv", "SH600101,11,11,10.99,1000,", "SH600101,11,11,11.50,1000,",
      "quotes.csv:4: ask1 is not above bid1"},
     {"BidTooFine", "quotes.csv", "SH600101,11,11,10.99,1000,", "SH600101,11,11,10.99005,1000,",
@@ -115,13 +115,13 @@ const std::vector<CSlip> kTableSlips = {
     {"PositionSideUnknown", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,buy,1000,1000,19.50",
      "positions.csv:7: side is \"buy\"; expected one of long"},
     {"PositionShortStock", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,short,1000,1000,19.50",
-     "positions.csv:7: side is short; expected a future, an option or gold for that"},
+     "positions.csv:7: side is short; only futures, options and gold can be short"},
     {"PositionVolumeNegative", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,-1000,,19.50",
      "positions.csv:7: volume must not be negative"},
     {"PositionVolumeZero", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,0,0,19.50",
-     "positions.csv:7: warning: volume is 0: the row holds nothing"},
+     "positions.csv:7: warning: volume is 0: the row has no position"},
     {"PositionVolumeEmpty", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,,,19.50",
-     "positions.csv:7: warning: volume is 0: the row holds nothing"},
+     "positions.csv:7: warning: volume is 0: the row has no position"},
     {"PositionVolumeText", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,1k,,19.50",
      "positions.csv:7: volume is \"1k\"; expected a whole number"},
     {"PositionAvailableAboveVolume", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,1000,2000,19.50",
@@ -131,7 +131,7 @@ const std::vector<CSlip> kTableSlips = {
     {"PositionPaidUnknown", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,1000,1000,19.50,half",
      "positions.csv:7: paid is \"half\"; expected one of full"},
     {"PositionPaidOfAStock", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,1000,1000,19.50,full",
-     "positions.csv:7: paid is for long positions in gold; all else is paid as its kind is"},
+     "positions.csv:7: paid is only for long positions in gold"},
     {"PositionTwice", "positions.csv", "A3,SH600102,,1000,1000,19.50", "A3,SH600102,,1000,1000,19.50\nA3,SH600102,,1000,1000,19.50",
      "positions.csv:8: the position is defined twice"},
     {"PositionBeyondTheFunds", "positions.csv", "F1,IF2609,long,4,4,3950", "F1,IF2609,long,400,4,3950",
@@ -139,8 +139,8 @@ const std::vector<CSlip> kTableSlips = {
 };
 // clang-format on
 
-TEST(SingleMistakes, InTablesAreTold) {
-    EXPECT_EQ(expectTold(kTableSlips), std::vector<std::string>{}) << "pass in silence";
+TEST(SingleMistakes, InTablesAreReported) {
+    EXPECT_EQ(expectReported(kTableSlips), std::vector<std::string>{}) << "pass in silence";
 }
 
 } // namespace

@@ -20,7 +20,7 @@ std::string shown(const std::string& kind, const std::string& rest) {
 }
 
 const std::string kDiscarded =
-    R"("source":"a.txt","channel":1,"lines":3,"bytes":60,"cause":"it waited when the strategy was started")";
+    R"("source":"a.txt","channel":1,"lines":3,"bytes":60,"cause":"it was there before the strategy started, and was deleted")";
 
 class ShowJournalTest : public testing::Test {
 protected:
@@ -49,7 +49,7 @@ TEST(JournalText, CommandShowsEachOrderOnALineOfItsOwn) {
                  "    A2  sell 100 SZ000001 at market (price type 12)\n");
 }
 
-TEST(JournalText, CommandTellsTheTaskThatCancelsIt) {
+TEST(JournalText, CommandNamesTheTaskThatCancelsIt) {
     EXPECT_EQ(shown("command", R"("task":9,"trader_type":1,"codes":[])"),
               kShown + "command  task 9, family stock, 0 orders\n");
     EXPECT_EQ(shown("command", R"("task":null,"trader_type":1,"codes":[])"),
@@ -77,11 +77,11 @@ TEST(JournalText, EachKindReadsAsOneLine) {
               kShown + "started  process 9, after a crash\n");
     EXPECT_EQ(shown("continued", R"("cause":"it was cut","event":3)"),
               kShown + "continued  THE FILE CHANGED: it was cut\n");
-    EXPECT_EQ(
-        shown("discarded", kDiscarded),
-        kShown + "discarded  channel 1: NOT READ: a.txt, 3 lines: it waited when the strategy was started\n");
+    EXPECT_EQ(shown("discarded", kDiscarded),
+              kShown + "discarded  channel 1: NOT READ: a.txt, 3 lines: it was there before the strategy "
+                       "started, and was deleted\n");
     EXPECT_EQ(shown("unplaced", R"("channel":2,"order":"order_type=23 channel=2")"),
-              kShown + "unplaced  channel 2: NOT WORKED OFF: order_type=23 channel=2\n");
+              kShown + "unplaced  channel 2: NOT PROCESSED: order_type=23 channel=2\n");
     EXPECT_EQ(shown("stopped", R"("reason":"signal 15")"), kShown + "stopped  reason signal 15\n");
     EXPECT_EQ(shown("message", R"("text":"无法下单","type":4,"level":2)"), kShown + "message  无法下单\n");
     EXPECT_EQ(shown("trade_error", R"("text":"x","title":"t")"), kShown + "trade_error  x (t)\n");
@@ -114,7 +114,7 @@ TEST(JournalText, EachKindReadsAsOneLine) {
               kShown + "fill  3 of order 5: A1 buy 100 SH600000 @ 10.0\n");
 }
 
-TEST(JournalText, DoorTellsWhoCanReachItAndWhoWasRefused) {
+TEST(JournalText, DoorNamesWhoCanReachItAndWhoWasRefused) {
     EXPECT_EQ(
         shown("door", R"("event":"opened","source":"127.0.0.1:1","loopback":true,"peer":"","cause":"")"),
         kShown + "door  127.0.0.1:1 opened, for this machine only\n");
@@ -188,7 +188,7 @@ TEST_F(ShowJournalTest, FollowingPrintsWhatIsAppendedOnceItsLineIsWhole) {
     EXPECT_EQ(seen, (std::vector<std::string>{"", "", printed, printed + printed}));
 }
 
-TEST(JournalReader, DamagedIsWhatHoldsNoObjectWithAKind) {
+TEST(JournalReader, LineWithoutAnObjectWithAKindIsDamaged) {
     const CDeskFolder folder;
     folder.append(kJournalFileName, "[]\n{\"seq\":1}\n{\"kind\":5}\n\n{\"kind\":\"x\"}\n");
     CJournalReader reader;
@@ -221,8 +221,7 @@ std::string stoppedLine(int seq) {
     return R"({"kind":"stopped","time":"t","seq":)" + std::to_string(seq) + ",\"reason\":\"a\"}\n";
 }
 
-constexpr const char* kShownReopened =
-    "-- another file is at the journal's path, or it was cut; from its beginning:\n";
+constexpr const char* kShownReopened = "-- the journal was replaced or cut; the file from its beginning:\n";
 
 TEST_F(ShowJournalTest, FollowingReadsWhatTheDeskStillWritesIntoAFileThatWasMoved) {
     m_folder.append(kJournalFileName, stoppedLine(1));

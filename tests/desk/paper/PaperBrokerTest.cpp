@@ -88,7 +88,7 @@ TEST_F(PaperBroker, WaitingOrdersComeBeforeTheOrderThatBringsTheFirstQuote) {
 TEST_F(PaperBroker, MarketOrderTakesWhatTheBookHasAndTheRestIsCancelled) {
     const CPaperOrder bought = placed(buy(2000, TC::kUnsetDouble, kMarket));
     EXPECT_EQ(bought.m_eStatus, EOrderStatus::Cancelled);
-    EXPECT_EQ(bought.m_strReason, "the book has no more");
+    EXPECT_EQ(bought.m_strReason, "the book offers no more volume");
     EXPECT_EQ(bought.m_nFilled, 1600);
     EXPECT_EQ(funds().m_nFrozen, 0);
     const CPaperOrder sold = placed(sell(1000, TC::kUnsetDouble, kMarket));
@@ -110,7 +110,7 @@ TEST_F(PaperBroker, MarketBuyMustHaveTheMoneyForAllThatItWouldTake) {
     EXPECT_EQ(rejection(code), "not enough funds for what the book has");
 }
 
-TEST_F(PaperBroker, OrdersOfACommandShareItsTaskAndStandAloneOtherwise) {
+TEST_F(PaperBroker, OrdersOfACommandShareOnlyItsTask) {
     const int task = place({buy(150, 10.00), buy(100, 10.00), sell(100, 9.99)});
     const std::vector<CPaperOrder> orders = m_broker->orders();
     ASSERT_EQ(orders.size(), 3u);
@@ -132,7 +132,7 @@ TEST_F(PaperBroker, CommandWithoutCodesIsATaskWithoutOrders) {
     EXPECT_TRUE(m_broker->orders().empty());
 }
 
-TEST_F(PaperBroker, EventsTellEveryStepInOrderAndAreNumbered) {
+TEST_F(PaperBroker, EventsHaveEveryStepInOrderAndAreNumbered) {
     int taskId = 0;
     ASSERT_TRUE(
         m_broker->placeCommand(stockCommand({buy(800, 10.01), buy(10, 10.01)}), 77, taskId).isSuccess());
@@ -180,7 +180,7 @@ TEST_F(PaperBroker, CancelByOrderNamesAccountAndOrder) {
     ASSERT_TRUE(m_broker->cancelOrders({"cancel_order", "A1", "2\r"}).isSuccess());
     EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Working);
     EXPECT_EQ(order(2).m_eStatus, EOrderStatus::Cancelled);
-    EXPECT_EQ(order(2).m_strReason, "cancelled by order");
+    EXPECT_EQ(order(2).m_strReason, "cancelled by a cancel_order line");
 }
 
 TEST_F(PaperBroker, CancelByOrderFailsWithTheReason) {

@@ -110,7 +110,7 @@ TEST_F(PaperHost, TaskOfARecordedCommandIsNotGivenAgainAfterACrash) {
     EXPECT_EQ(broker.tasks().front().m_nId, recorded + 1);
 }
 
-TEST_F(PaperHost, CommandWithoutCodesIsTakenAndNoCommandIsNothing) {
+TEST_F(PaperHost, CommandWithoutCodesIsTakenAndNullIsIgnored) {
     CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
     client.orderCommands(command({}));
     client.orderCommands({});
@@ -118,7 +118,7 @@ TEST_F(PaperHost, CommandWithoutCodesIsTakenAndNoCommandIsNothing) {
     EXPECT_EQ(m_broker->tasks().size(), 1u);
 }
 
-TEST_F(PaperHost, CommandThatTheJournalRefusesIsNotExecutedAndTheUserIsTold) {
+TEST_F(PaperHost, CommandThatTheJournalRefusesIsNotExecutedAndIsReported) {
     CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
     failJournal();
     client.orderCommands(command({buy(200, 10.00)}));
@@ -134,9 +134,9 @@ TEST_F(PaperHost, CommandToBeConfirmedIsDeclinedUnlessTheDeskTakesSuch) {
     EXPECT_TRUE(m_broker->tasks().empty());
     EXPECT_EQ(kinds(), (CTexts{"started", "command", "trade_error"}));
     EXPECT_EQ(record(2)["command"], 2);
-    EXPECT_EQ(record(2)["text"], "it must be confirmed and nobody can be asked");
+    EXPECT_EQ(record(2)["text"], "it must be confirmed, but the desk cannot ask anybody");
     EXPECT_TRUE(record(1)["task"].is_null()) << "what was declined has no task";
-    EXPECT_EQ(m_shown.str(), "command refused: it must be confirmed and nobody can be asked\n");
+    EXPECT_EQ(m_shown.str(), "command refused: it must be confirmed, but the desk cannot ask anybody\n");
 
     CPaperOrderClient(m_journal, *m_broker, m_sink, true).orderCommands(forced);
     EXPECT_EQ(m_broker->tasks().size(), 1u);
@@ -170,7 +170,7 @@ TEST_F(PaperHost, VolumesAreSplitInTheInstrumentsUnit) {
     EXPECT_EQ(split(300, {1, 1}, "", error), (std::vector<int>{150, 150}));
     EXPECT_TRUE(error->isSuccess());
     EXPECT_TRUE(split(300, {1}, "600000", error).empty());
-    EXPECT_EQ(error->errorMsg(), "there is not one weight for each account");
+    EXPECT_EQ(error->errorMsg(), "the number of weights differs from the number of accounts");
     EXPECT_TRUE(split(TC::kUnsetInt, {1, 1}, "600000", error).empty());
     EXPECT_EQ(error->errorMsg(), "没有数量");
     EXPECT_TRUE(split(-1, {1, 1}, "600000", nullptr).empty());
@@ -290,18 +290,24 @@ TEST_F(PaperHost, MessagesAndIntakeAreJournalled) {
     report.m_strCause = QStringLiteral("line 3");
     audit.recordIntake(report);
     EXPECT_EQ(kinds(), (CTexts{"started", "message", "intake", "intake"}));
-    EXPECT_EQ(m_shown.str(), "启动\na.txt was cut short at line 3; what stood behind it is lost\n");
+    EXPECT_EQ(m_shown.str(),
+              "启动\na.txt gave no order: the file is empty\n"
+              "a.txt gave no order from 0 lines; it was cut short at line 3; the lines after that "
+              "are lost\n");
 }
 
-TEST_F(PaperHost, WhatBecomesOfAFileIsShown) {
+TEST_F(PaperHost, FateOfAFileIsShown) {
     CDeskIntakeAudit audit(m_journal, m_sink, QStringLiteral("/desk/rejected"));
     EXPECT_EQ(audit.rejectedFolder(), QStringLiteral("/desk/rejected"));
     EXPECT_EQ(CDeskIntakeAudit(m_journal, m_sink).rejectedFolder(), QString());
 
     TC::CIntakeReport report;
     report.m_strSource = QStringLiteral("a.txt");
-    report.m_nIgnoredLines = 2;
-    report.m_strFirstIgnored = QStringLiteral("line 3: it is for channel 5");
+    report.m_bLeftWaiting = true;
+    report.m_strCause = QStringLiteral("why");
+    audit.recordIntake(report);
+    report.m_bLeftWaiting = false;
+    report.m_bLeftOver = true;
     audit.recordIntake(report);
     report = {};
     report.m_strSource = QStringLiteral("b.txt");
@@ -315,11 +321,70 @@ TEST_F(PaperHost, WhatBecomesOfAFileIsShown) {
     report.m_bCutShort = true;
     report.m_strKeptAs = QStringLiteral("rejected/b.txt.2");
     audit.recordIntake(report);
-    EXPECT_EQ(m_shown.str(),
-              "a.txt has 2 lines without effect; the first is line 3: it is for channel 5\n"
-              "b.txt was refused whole: line 1: a zero byte; the file is kept as rejected/b.txt.1\n"
-              "b.txt was refused whole: line 1: a zero byte; the file was deleted\n"
-              "b.txt was cut short at line 1: a zero byte; the file is kept as rejected/b.txt.2\n");
+    EXPECT_EQ(
+        m_shown.str(),
+        "a.txt waits unread: why\n"
+        "a.txt was moved away unread: why\n"
+        "b.txt was refused whole: line 1: a zero byte; the file is kept as rejected/b.txt.1\n"
+        "b.txt was refused whole: line 1: a zero byte; the file was deleted\n"
+        "b.txt gave no order from 0 lines; it was cut short at line 1: a zero byte; the file is kept as "
+        "rejected/b.txt.2\n");
+}
+
+TEST_F(PaperHost, FileThatGivesOrdersShowsNoLine) {
+    CDeskIntakeAudit audit(m_journal, m_sink);
+    TC::CIntakeReport report;
+    report.m_strSource = QStringLiteral("a.txt");
+    report.m_nLines = 2;
+    report.m_nOrders = 1;
+    audit.recordIntake(report);
+    report.m_nOrders = 0;
+    report.m_nCancels = 2;
+    audit.recordIntake(report);
+    EXPECT_EQ(m_shown.str(), "");
+}
+
+TEST_F(PaperHost, FileWithoutOrdersShowsWhyInOneLine) {
+    CDeskIntakeAudit audit(m_journal, m_sink);
+    TC::CIntakeReport report;
+    report.m_strSource = QStringLiteral("a.txt");
+    audit.recordIntake(report);
+    report.m_nLines = 3;
+    audit.recordIntake(report);
+    report.m_nIgnoredLines = 2;
+    report.m_strFirstIgnored = QStringLiteral("line 2: x");
+    report.m_ignoredReasons = {{QStringLiteral("x"), 2}};
+    audit.recordIntake(report);
+    report.m_nLines = 9;
+    report.m_nIgnoredLines = 9;
+    report.m_ignoredReasons = {{QStringLiteral("x"), 2}, {QStringLiteral("y"), 3}, {QString(), 4}};
+    audit.recordIntake(report);
+    EXPECT_EQ(
+        m_shown.str(),
+        "a.txt gave no order: the file is empty\n"
+        "a.txt gave no order from 3 lines, which are blank or have only trade parameters\n"
+        "a.txt gave no order from 3 lines, of which some are blank or have only trade parameters; 2 lines "
+        "without effect, the first is line 2: x\n"
+        "a.txt gave no order from 9 lines; 9 lines without effect: 2 x \"x\", 3 x \"y\", 4 x other "
+        "reasons, the first is line 2: x\n");
+}
+
+TEST_F(PaperHost, LinesThatAreLeftOutAreShownBesideTheOrders) {
+    CDeskIntakeAudit audit(m_journal, m_sink);
+    TC::CIntakeReport report;
+    report.m_strSource = QStringLiteral("a.txt");
+    report.m_nLines = 6;
+    report.m_nOrders = 2;
+    report.m_nCancels = 1;
+    report.m_nUnreadTradeParams = 1;
+    report.m_nIgnoredLines = 1;
+    report.m_strFirstIgnored = QStringLiteral("line 3: it is for channel 5");
+    report.m_ignoredReasons = {{QStringLiteral("it is for channel 5"), 1}};
+    audit.recordIntake(report);
+    EXPECT_EQ(
+        m_shown.str(),
+        "a.txt gave 2 orders and 1 cancel from 6 lines; 1 line without effect, the first is line 3: it is "
+        "for channel 5; 1 orderParam line is not understood, and its orders go out without it\n");
 }
 
 TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
@@ -335,7 +400,7 @@ TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
     EXPECT_TRUE(guard.isHolding());
     EXPECT_TRUE(TC::CIntakePause::isPaused());
     EXPECT_EQ(m_shown.str().find("ERROR: cannot write journal"), 0u);
-    EXPECT_EQ(m_shown.str().rfind("ERROR"), 0u) << "told once";
+    EXPECT_EQ(m_shown.str().rfind("ERROR"), 0u) << "reported once";
 
     guard.poll();
     EXPECT_FALSE(guard.isHolding());
@@ -384,7 +449,7 @@ TEST_F(PaperHost, JournalOfAnEarlierRunTellsWhichEventsAreMissing) {
     EXPECT_EQ(record(3)["status"], "cancelled");
 }
 
-TEST(FolderLock, FileSystemWithoutLocksIsToldWithWhatToDo) {
+TEST(FolderLock, FileSystemWithoutLocksIsReportedWithARemedy) {
     for (const int reason : {ENOLCK, EBADF, EOPNOTSUPP, ENOSYS, EINVAL})
         EXPECT_EQ(lockFailureText(reason),
                   "this file system cannot lock the folder; put the desk folder on a local disk");
@@ -402,9 +467,9 @@ TEST(FolderLock, FolderIsHeldByOneProcessAtATime) {
     if (child == 0) {
         CFolderLock lock;
         char answer = lock.acquire(folder.path()).isSuccess() ? 'y' : 'n';
-        const bool told = ::write(ready[1], &answer, 1) == 1;
+        const bool reported = ::write(ready[1], &answer, 1) == 1;
         const bool ended = ::read(done[0], &answer, 1) == 1;
-        ::_exit(told && ended ? 0 : 1);
+        ::_exit(reported && ended ? 0 : 1);
     }
     char answer = 0;
     ASSERT_EQ(::read(ready[0], &answer, 1), 1);
