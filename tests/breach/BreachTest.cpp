@@ -130,7 +130,7 @@ void collectOperations(const std::filesystem::path& header, std::set<std::string
     std::ifstream file(header);
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     const std::regex words(
-        R"(\n(?:class|struct) (\w+)[^;{]*\{|\n\s*using CService = (\w+);|\n\s*virtual [^;{(]*?(\w+)\()");
+        R"(\n(?:class|struct) (?:ORDERSERVICE_EXPORT )?(\w+)[^;{]*\{|\n\s*using CService = (\w+);|\n\s*virtual [^;{(]*?(\w+)\()");
     std::string service;
     for (std::sregex_iterator it(text.begin(), text.end(), words), end; it != end; ++it) {
         if ((*it)[1].matched || (*it)[2].matched)
