@@ -9,6 +9,9 @@
 # One program must not link both forms: each singleton would exist twice. CMake then says that ORDERSERVICE_FORM "does not
 # agree".
 
+# Without this option an exported function could not be inlined or called directly inside the library.
+set(ORDERSERVICE_FLOOR_OPTIONS -fno-semantic-interposition)
+
 # The headers of a folder as the target orderservice_<name>_headers. LINKS: what a file that includes them needs.
 function(orderservice_headers name)
     cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
@@ -39,8 +42,7 @@ function(orderservice_floor name)
     add_library(${objects} OBJECT ${ARG_SOURCES} ${ARG_HEADERS})
     set_target_properties(${objects} PROPERTIES
         AUTOMOC ON CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON ORDERSERVICE_PRIVATE_LINKS "${ARG_PRIVATE_LINKS}")
-    # Without this flag an exported function could not be inlined or called directly inside the library.
-    target_compile_options(${objects} PRIVATE -fno-semantic-interposition)
+    target_compile_options(${objects} PRIVATE ${ORDERSERVICE_FLOOR_OPTIONS})
     target_link_libraries(${objects} PUBLIC orderservice_${name}_headers PRIVATE ${private_headers} ${ARG_PRIVATE_LINKS})
     orderservice_own_code(${objects})
     set_property(GLOBAL APPEND PROPERTY ORDERSERVICE_FLOORS ${objects})

@@ -8,6 +8,7 @@ option(ORDERSERVICE_BUILD_FUZZERS "Build the libFuzzer targets (needs clang)" OF
 option(ORDERSERVICE_UNITY "Compile several source files of a target as one: a full build takes less than half the time" OFF)
 option(ORDERSERVICE_TEST_PROGRAMS "Let ctest run each test program as a whole instead of each test as a process" OFF)
 option(ORDERSERVICE_TEST_THREADS_ONLY "Build only the test programs that start threads" OFF)
+option(ORDERSERVICE_PRECOMPILED "Precompile the headers of other libraries" OFF)
 set(ORDERSERVICE_SANITIZE "" CACHE STRING "Sanitizers for the whole tree, such as address,undefined or thread")
 
 set(CMAKE_CXX_STANDARD 17)
@@ -21,7 +22,7 @@ add_compile_definitions(BOOST_ASIO_DISABLE_VISIBILITY)
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
     # Paths below the source folder are hashed as relative ones, so that two clones share what one of them compiled.
-    set(CMAKE_CXX_COMPILER_LAUNCHER "env;CCACHE_BASEDIR=${CMAKE_SOURCE_DIR};CCACHE_NOHASHDIR=1;${CCACHE_PROGRAM}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER "env;CCACHE_BASEDIR=${CMAKE_SOURCE_DIR};CCACHE_NOHASHDIR=1;CCACHE_SLOPPINESS=pch_defines,time_macros;${CCACHE_PROGRAM}")
 endif()
 
 # mold links a test program in a fraction of the time; the installed package does not need it.
@@ -56,8 +57,14 @@ if(ORDERSERVICE_SANITIZE)
 endif()
 
 # Warnings are errors in our own code; code that moc writes is compiled in the same target and passes too.
-function(orderservice_own_code target)
+function(orderservice_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
         -Woverloaded-virtual -Werror)
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
+endfunction()
+
+# Call it when the target's libraries are known.
+function(orderservice_own_code target)
+    orderservice_warnings(${target})
+    orderservice_use_precompiled(${target})
 endfunction()

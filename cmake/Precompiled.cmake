@@ -1,0 +1,47 @@
+# Precompiled headers: those of other libraries that many of our files include. They never change, so they cost no rebuilds.
+# A source file still includes all that it uses; the release preset compiles without them and shows what is missing.
+#
+# orderservice_precompiled_floors serves the floors, which hide their names; orderservice_precompiled serves all other code of
+# ours; orderservice_precompiled_tests the tests, which include GoogleTest as well.
+set(common_headers
+    <algorithm> <atomic> <chrono> <cmath> <filesystem> <functional> <limits> <map> <memory> <mutex> <optional> <set> <sstream>
+    <stdexcept> <string> <string_view> <thread> <utility> <vector>
+    <QDateTime> <QMap> <QObject> <QString> <QVector> <boost/function.hpp> <boost/make_shared.hpp> <boost/shared_ptr.hpp>)
+
+function(orderservice_precompile name)
+    cmake_parse_arguments(ARG "" "" "HEADERS;LINKS;OPTIONS" ${ARGN})
+    file(WRITE "${CMAKE_BINARY_DIR}/${name}.cpp.new" "// A target needs a source file. This one has only precompiled headers.\n")
+    file(COPY_FILE "${CMAKE_BINARY_DIR}/${name}.cpp.new" "${CMAKE_BINARY_DIR}/${name}.cpp" ONLY_IF_DIFFERENT)
+    add_library(${name} OBJECT "${CMAKE_BINARY_DIR}/${name}.cpp")
+    target_link_libraries(${name} PRIVATE Qt5::Core Boost::boost ${ARG_LINKS})
+    target_compile_options(${name} PRIVATE ${ARG_OPTIONS})
+    target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+    orderservice_warnings(${name})
+endfunction()
+
+function(orderservice_precompile_all)
+    orderservice_precompile(orderservice_precompiled HEADERS ${common_headers})
+    orderservice_precompile(orderservice_precompiled_floors HEADERS ${common_headers} OPTIONS ${ORDERSERVICE_FLOOR_OPTIONS})
+    set_target_properties(orderservice_precompiled_floors PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+    if(ORDERSERVICE_BUILD_CONTRACT OR ORDERSERVICE_BUILD_TESTS)
+        find_package(GTest REQUIRED)
+        orderservice_precompile(orderservice_precompiled_tests HEADERS ${common_headers} <gtest/gtest.h> LINKS GTest::gtest)
+    endif()
+endfunction()
+
+# After the target's libraries are known.
+function(orderservice_use_precompiled target)
+    if(NOT ORDERSERVICE_PRECOMPILED)
+        return()
+    endif()
+    get_target_property(visibility ${target} CXX_VISIBILITY_PRESET)
+    get_target_property(links ${target} LINK_LIBRARIES)
+    if(visibility STREQUAL "hidden")
+        set(donor orderservice_precompiled_floors)
+    elseif(links MATCHES "GTest::gtest|test_main|OrderService::contract")
+        set(donor orderservice_precompiled_tests)
+    else()
+        set(donor orderservice_precompiled)
+    endif()
+    target_precompile_headers(${target} REUSE_FROM ${donor})
+endfunction()
