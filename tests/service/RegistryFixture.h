@@ -37,7 +37,7 @@ protected:
     }
     /// Writes to a record while no pass of the file loop reads it.
     template<typename Write>
-    void writeInPeace(const Write& write) {
+    void writeWhileLocked(const Write& write) {
         bool isWritten = false;
         service().visitStrategies([&](int, const TC::COrderStrategyParam&) {
             if (!isWritten) write();

@@ -77,7 +77,7 @@ TEST_F(SharedStrategy, LoadTakesWhatTheHostHasWrittenToItsMap) {
     EXPECT_EQ(volume(), 1000);
     changeMap([this] { host.user.strategies[3].m_nVolume = 77; });
     EXPECT_EQ(volume(), 77);
-    writeInPeace([this] {
+    writeWhileLocked([this] {
         host.user.strategies[3].m_nVolume = 78;
         load(); // the same map as before
     });
@@ -97,9 +97,9 @@ TEST_F(SharedStrategy, WriteThroughThePointerOfTheHostIsSeen) {
     add(stoppedFile());
     const COrderStrategyPtr before = shared();
     COrderStrategyParam* mine = service().getStrategy(3);
-    writeInPeace([&] { mine->m_nVolume = 77; });
+    writeWhileLocked([&] { mine->m_nVolume = 77; });
     EXPECT_EQ(volume(), 77);
-    writeInPeace([&] { mine->m_nVolume = 78; });
+    writeWhileLocked([&] { mine->m_nVolume = 78; });
     EXPECT_EQ(volume(), 78);
     EXPECT_EQ(before->m_nVolume, 1000);
 }
@@ -110,11 +110,11 @@ TEST_F(SharedStrategy, WriteThroughAnOlderPointerIsSeenToo) {
     COrderStrategyParam* mine = service().getStrategy(3);
     ASSERT_EQ(service().updateOrderStrategy(3, CStrategyBuilder().stopped().volume(77)), 0);
     EXPECT_EQ(volume(), 77);
-    writeInPeace([&] { mine->m_nVolume = 78; });
+    writeWhileLocked([&] { mine->m_nVolume = 78; });
     EXPECT_EQ(volume(), 78);
     load();
     EXPECT_EQ(volume(), 78);
-    writeInPeace([&] { mine->m_nVolume = 79; });
+    writeWhileLocked([&] { mine->m_nVolume = 79; });
     EXPECT_EQ(volume(), 79);
 }
 
@@ -132,7 +132,7 @@ TEST_F(SharedStrategy, EveryChangeRaisesTheRevision) {
     EXPECT_TRUE(isNewRevision([&] { load(); }));
 }
 
-TEST_F(SharedStrategy, LimitThatLeavesOutAStrategyRaisesTheRevision) {
+TEST_F(SharedStrategy, StrategyOverTheLimitLeavesNoRecord) {
     for (const int channel : {1, 2})
         host.user.addStrategy(CStrategyBuilder().channel(channel).stopped());
     load();

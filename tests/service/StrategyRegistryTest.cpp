@@ -157,7 +157,7 @@ TEST_F(StrategyRegistry, MapIsACopyThatLeavesThePointersGivenOutAlone) {
 TEST_F(StrategyRegistry, StopAnnouncesItself) {
     add(stoppedFile());
     ASSERT_EQ(start(), 0);
-    writeInPeace([this] { service().getStrategy(3)->m_nStartCount = 5; });
+    writeWhileLocked([this] { service().getStrategy(3)->m_nStartCount = 5; });
     statuses.clear();
     EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
     EXPECT_FALSE(isRunning());

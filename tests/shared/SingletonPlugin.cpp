@@ -50,5 +50,6 @@ bool connectsToService() {
 }
 
 bool castsRecord(const void* data) {
-    return dynamic_cast<const knservice::CPositionDetail*>(static_cast<const knservice::IData*>(data)) != nullptr;
+    return dynamic_cast<const knservice::CPositionDetail*>(static_cast<const knservice::IData*>(data)) !=
+           nullptr;
 }

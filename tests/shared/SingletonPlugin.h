@@ -2,13 +2,15 @@
 
 #include "orderservice/platform/Host.h"
 
-/// What the test asks a library that it loads with dlopen(RTLD_LOCAL). The answers are found by name with dlsym.
+/// What the test asks a library that it loads with dlopen(RTLD_LOCAL). The answers are found by name with
+/// dlsym.
 extern "C" {
 /// The addresses of the singletons as the loaded library sees them.
 __attribute__((visibility("default"))) const void* serviceInLibrary();
 __attribute__((visibility("default"))) const void* tradeClientInLibrary();
 __attribute__((visibility("default"))) const void* messagesInLibrary();
-/// Whether an exception of the order service that goes through the loaded library can be caught there by its type.
+/// Whether an exception of the order service that goes through the loaded library can be caught there by its
+/// type.
 __attribute__((visibility("default"))) bool catchesHostError();
 __attribute__((visibility("default"))) bool catchesJsonError();
 /// Whether the loaded library can connect a function of its own to a signal of the service.

@@ -1,5 +1,5 @@
-// A library that the process loads later sees the same singletons, types and signals as the program. Strategy libraries of
-// customers are loaded in this way.
+// A library that the process loads later sees the same singletons, types and signals as the program. Strategy
+// libraries of customers are loaded in this way.
 #include "orderservice/platform/MsgService.h"
 #include "orderservice/platform/TradeClient.h"
 #include "orderservice/records/Portfolio.h"

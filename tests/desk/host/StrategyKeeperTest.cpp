@@ -211,6 +211,7 @@ TEST_F(StrategyKeeper, ChangeDuringTheReadingIsSeenAtTheNextUpdate) {
     keeper.update(registry);
     keeper.update(registry);
     EXPECT_EQ(records(), (Texts{"start 1", "change 2", "change 2"}));
+    ASSERT_FALSE(saved.empty());
     EXPECT_EQ(saved.back()[2].m_nVolume, 78);
 }
 
