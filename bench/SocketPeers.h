@@ -35,7 +35,8 @@ public:
 class CNoStrategies final : public TC::IStrategyRegistry {
 public:
     void visitStrategies(const std::function<void(int, const TC::COrderStrategyParam&)>&) override {}
-    std::optional<TC::COrderStrategyParam> copyStrategy(int) override { return std::nullopt; }
+    TC::COrderStrategyPtr strategyOf(int) override { return nullptr; }
+    std::uint64_t revision() const override { return 0; }
 };
 
 /// Keeps this thread, and the threads that it starts, on one processor while the object exists. The two ends

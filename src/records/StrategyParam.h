@@ -9,12 +9,13 @@
 #include <QString>
 
 #include <array>
+#include <memory>
 
 namespace TC {
 
 /// One strategy: a channel for orders from one kind of source, with their accounts and their product family.
 /// It is stored in the host's map under its channel number. The record is large, so the order processing
-/// makes only one copy per order.
+/// shares one copy (COrderStrategyPtr) instead of copying it for each order.
 struct COrderStrategyParam {
     static constexpr int kRunning = 0;
     static constexpr int kStopped = 1;
@@ -68,6 +69,9 @@ struct COrderStrategyParam {
                m_eStrategyType == EOrderStrategyType::BatchPending;
     }
 };
+
+/// A strategy as it was at one moment. Threads may share it, because nobody changes it.
+using COrderStrategyPtr = std::shared_ptr<const COrderStrategyParam>;
 
 /// The host's map of strategies, by channel number.
 using COrderStrategyMap = QMap<int, COrderStrategyParam>;

@@ -370,7 +370,7 @@ const COrderStrategyParam* COrderService::getStrategyConst(int id) const {
 }
 
 COrderStrategyParam* COrderService::getStrategy(int id) {
-    return m_registry->find(id);
+    return m_registry->findWritable(id);
 }
 
 int COrderService::startOrderStrategy(int id, QString& error, bool showMsg) {
@@ -401,8 +401,12 @@ std::string COrderService::defaultRemark(const COrderStrategyParam& strategy) co
     return variant != nullptr ? variant->getCmdLog(strategy, traderType) : std::string();
 }
 
-std::optional<COrderStrategyParam> COrderService::copyStrategy(int channel) {
-    return m_registry->copyOne(channel);
+COrderStrategyPtr COrderService::strategyOf(int channel) {
+    return m_registry->strategyOf(channel);
+}
+
+std::uint64_t COrderService::revision() const {
+    return m_registry->revision();
 }
 
 void COrderService::visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) {
@@ -450,7 +454,7 @@ bool COrderService::beginOrder(int channel) {
         return false;
     }
     ++m_pInHand->begun;
-    if (const auto strategy = m_registry->copyOne(channel)) {
+    if (const COrderStrategyPtr strategy = m_registry->strategyOf(channel)) {
         m_pInHand->strategies.insert(channel, *strategy);
     } else {
         m_pInHand->strategies.remove(channel);

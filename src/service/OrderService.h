@@ -15,9 +15,9 @@
 #include <QVector>
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -140,6 +140,9 @@ public:
     /// The record itself or null. The pointer is valid until the record is removed, and the record is read
     /// without a lock. Use it only while no other thread changes the strategies.
     const COrderStrategyParam* getStrategyConst(int id) const;
+    /// The same for a host that writes to the record. The next order uses what was written. After the first
+    /// call the strategy is copied for each of its orders, and revision does not include what was written.
+    /// So a host that only reads calls getStrategyConst, and updateOrderStrategy is the better way to write.
     COrderStrategyParam* getStrategy(int id);
     /// Starts a strategy. For a file strategy, a file that already waits is deleted unread. `error` gets the
     /// reason of a failure, and can contain a note after a success.
@@ -150,8 +153,9 @@ public:
 
     QString getOrderStrategyText(EOrderStrategyType type) const override;
     std::string defaultRemark(const COrderStrategyParam& strategy) const override;
-    std::optional<COrderStrategyParam> copyStrategy(int channel) override;
+    COrderStrategyPtr strategyOf(int channel) override;
     void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>& visit) override;
+    std::uint64_t revision() const override;
 
 signals:
     /// Checked orders for the main thread.

@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace TC {
@@ -155,7 +156,12 @@ void CStrategyRegistry::bind(COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
     // Socket clients of one user must not stay logged in under the next user.
     if (m_pStrategies != nullptr && m_pStrategies != strategies) m_listeners.closeAll();
-    change([&] { m_pStrategies = strategies; });
+    CShared discarded; // declared before the lock, so that it is destroyed after the unlock
+    const std::lock_guard dataLock(m_dataMutex);
+    ++m_nRevision;
+    // The host may have changed the map since the last bind, also if it is the same map.
+    discarded.swap(m_shared);
+    m_pStrategies = strategies;
 }
 
 void CStrategyRegistry::closeDoors() {
@@ -178,7 +184,7 @@ void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& fi
         if (kept.contains(channel)) continue;
         m_leftOut[m_pStrategies].insert(channel);
         leaveListener(channel);
-        change([&] {
+        change(channel, [&] {
             if (m_pStrategies != nullptr) m_pStrategies->remove(channel);
         });
         tellNotRunning(EIncident::StrategyNotLoaded, channel, QStringLiteral("over the limit of strategies"));
@@ -207,7 +213,7 @@ int CStrategyRegistry::add(EOrderStrategyType type) {
     strategy.m_nChannel = nextId();
     strategy.m_strName = QStringLiteral("策略%1").arg(strategy.m_nChannel);
     strategy.m_eStrategyType = type;
-    change([&] { m_pStrategies->insert(strategy.m_nChannel, strategy); });
+    change(strategy.m_nChannel, [&] { m_pStrategies->insert(strategy.m_nChannel, strategy); });
     return strategy.m_nChannel;
 }
 
@@ -219,7 +225,7 @@ int CStrategyRegistry::update(const COrderStrategyParam& param) {
         return kFailure;
     }
     if (!isStopped(param.m_nChannel)) return kFailure; // the guard may have removed or started the strategy
-    change([&] {
+    change(param.m_nChannel, [&] {
         COrderStrategyParam& stored = (*m_pStrategies)[param.m_nChannel];
         stored = param;
         stored.m_nStartCount = 0;
@@ -229,31 +235,43 @@ int CStrategyRegistry::update(const COrderStrategyParam& param) {
     return kSuccess;
 }
 
-bool CStrategyRegistry::isStopped(int id) const {
-    const auto strategy = copyOne(id);
+bool CStrategyRegistry::isStopped(int id) {
+    const COrderStrategyPtr strategy = strategyOf(id);
     return strategy && !strategy->isRunning();
 }
 
 int CStrategyRegistry::remove(int id) {
     const std::lock_guard lock(m_mutex);
     int count = 0;
-    change([&] { count = m_pStrategies != nullptr ? m_pStrategies->remove(id) : 0; });
+    change(id, [&] { count = m_pStrategies != nullptr ? m_pStrategies->remove(id) : 0; });
     if (count > 0) m_leftOut[m_pStrategies].erase(id);
     return count > 0 ? kSuccess : kFailure;
 }
 
 COrderStrategyParam* CStrategyRegistry::find(int id) {
     const std::lock_guard lock(m_mutex);
+    const std::lock_guard dataLock(m_dataMutex); // the look-up moves the records if the host copied the map
     if (m_pStrategies == nullptr) return nullptr;
     const auto found = m_pStrategies->find(id);
     return found != m_pStrategies->end() ? &found.value() : nullptr;
 }
 
+COrderStrategyParam* CStrategyRegistry::findWritable(int id) {
+    const std::lock_guard lock(m_mutex);
+    COrderStrategyParam* strategy = find(id);
+    if (strategy == nullptr) return nullptr;
+    CShared::node_type discarded; // declared before the lock, so that it is destroyed after the unlock
+    const std::lock_guard dataLock(m_dataMutex);
+    m_writable.insert(id);
+    discarded = m_shared.extract(id);
+    return strategy;
+}
+
 int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
     const std::lock_guard lock(m_mutex);
-    // A copy, because any service of the host may remove the strategy.
-    const auto asked = copyOne(id);
-    if (!asked) {
+    // Not the record in the map: any service of the host may remove that.
+    const COrderStrategyPtr asked = strategyOf(id);
+    if (asked == nullptr) {
         error = notThere(id);
         return kFailure;
     }
@@ -264,7 +282,7 @@ int CStrategyRegistry::start(int id, QString& error, bool showMsg) {
     if (!startGuarded(*asked, error)) return kFailure;
     COrderStrategyParam* strategy = find(id);
     if (strategy == nullptr) return kSuccess;
-    change([&] { strategy->m_nStatus = COrderStrategyParam::kRunning; });
+    change(id, [&] { strategy->m_nStatus = COrderStrategyParam::kRunning; });
     const QString head = messageHead(*strategy);
     m_onStatus(hasRunning());
     if (showMsg && !asked->isRunning()) reportSafely(head + QStringLiteral(": 启动成功!"));
@@ -306,7 +324,7 @@ bool CStrategyRegistry::startChecked(const COrderStrategyParam& strategy, QStrin
         error = reason;
         return false;
     }
-    if (!copyOne(strategy.m_nChannel)) {
+    if (strategyOf(strategy.m_nChannel) == nullptr) {
         error = notThere(strategy.m_nChannel);
         return false;
     }
@@ -331,8 +349,8 @@ bool CStrategyRegistry::openSource(const CUserConfig& user, const COrderStrategy
 
 int CStrategyRegistry::stop(int id, QString& error) {
     const std::lock_guard lock(m_mutex);
-    const auto asked = copyOne(id); // the host may remove the strategy
-    if (!asked || !asked->isRunning()) {
+    const COrderStrategyPtr asked = strategyOf(id); // the host may remove the record in the map
+    if (asked == nullptr || !asked->isRunning()) {
         m_onStatus(hasRunning());
         return kSuccess;
     }
@@ -340,7 +358,7 @@ int CStrategyRegistry::stop(int id, QString& error) {
     if (isSignal && !m_listeners.leave(*asked, error)) return kFailure;
     COrderStrategyParam* strategy = find(id);
     if (strategy == nullptr) return kSuccess;
-    change([&] {
+    change(id, [&] {
         strategy->m_nStatus = COrderStrategyParam::kStopped;
         strategy->m_nStartCount = 0;
     });
@@ -357,7 +375,7 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
     for (const int channel : channels) {
         COrderStrategyParam* strategy = find(channel);
         if (strategy == nullptr || !strategy->isRunning()) continue;
-        change([&] { strategy->m_nStatus = COrderStrategyParam::kStopped; });
+        change(channel, [&] { strategy->m_nStatus = COrderStrategyParam::kStopped; });
         QString error;
         if (start(channel, error, showMsg) == kSuccess) continue;
         // A signal strategy may already be listening. If it must not run, its listener must not stay open.
@@ -367,9 +385,9 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
 }
 
 void CStrategyRegistry::leaveListener(int id) {
-    const auto strategy = copyOne(id); // the host may remove the strategy
+    const COrderStrategyPtr strategy = strategyOf(id); // the host may remove the record in the map
     QString dropped;
-    if (strategy && strategy->m_eStrategyType == EOrderStrategyType::Signal)
+    if (strategy != nullptr && strategy->m_eStrategyType == EOrderStrategyType::Signal)
         (void)m_listeners.leave(*strategy, dropped);
 }
 
@@ -383,11 +401,16 @@ COrderStrategyMap CStrategyRegistry::copy() {
     return result;
 }
 
-std::optional<COrderStrategyParam> CStrategyRegistry::copyOne(int id) const {
+COrderStrategyPtr CStrategyRegistry::strategyOf(int id) {
     const std::lock_guard lock(m_dataMutex);
-    if (m_pStrategies == nullptr) return std::nullopt;
+    const auto shared = m_shared.find(id);
+    if (shared != m_shared.end()) return shared->second;
+    if (m_pStrategies == nullptr) return nullptr;
     const auto found = m_pStrategies->constFind(id);
-    return found != m_pStrategies->constEnd() ? std::optional<COrderStrategyParam>(*found) : std::nullopt;
+    if (found == m_pStrategies->constEnd()) return nullptr;
+    auto copy = std::make_shared<const COrderStrategyParam>(*found);
+    if (m_writable.count(id) == 0) m_shared.emplace(id, copy);
+    return copy;
 }
 
 bool CStrategyRegistry::hasRunning() const {
@@ -410,10 +433,10 @@ QString CStrategyRegistry::statusBarTip() {
 void CStrategyRegistry::visit(const std::function<void(int, const COrderStrategyParam&)>& visitor) {
     const std::lock_guard lock(m_mutex);
     if (m_pStrategies == nullptr) return;
-    // Works on copies: the visitor can cause calls to the host, which may remove strategies.
+    // Not the records in the map: the visitor can cause calls to the host, which may remove them.
     const QList<int> channels = m_pStrategies->keys();
     for (const int channel : channels) {
-        if (const auto strategy = copyOne(channel)) visitor(channel, *strategy);
+        if (const COrderStrategyPtr strategy = strategyOf(channel)) visitor(channel, *strategy);
     }
 }
 

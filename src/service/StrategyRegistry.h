@@ -1,14 +1,16 @@
 #pragma once
 
-#include "orderservice/records/StrategyParam.h"
+#include "orderservice/gates/StrategySource.h"
 
 #include <QString>
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <mutex>
-#include <optional>
 #include <set>
+#include <utility>
 
 namespace TC {
 
@@ -18,7 +20,7 @@ class CUserConfig;
 /// The user's strategies, guarded by one mutex: adds, changes, removes, starts and stops them. The host owns
 /// the map, which is bound once a user is logged in. The changes are saved with the user's configuration. Any
 /// thread; results as documented in COrderService.
-class CStrategyRegistry {
+class CStrategyRegistry final : public IStrategySource {
 public:
     /// Called after each start and stop, with the mutex held. The argument is hasRunning().
     using CStatusListener = std::function<void(bool)>;
@@ -49,7 +51,11 @@ public:
     int remove(int id);
     int start(int id, QString& error, bool showMsg);
     int stop(int id, QString& error);
+    /// The record in the host's map, or null. The pointer is valid until the record is removed.
     COrderStrategyParam* find(int id);
+    /// The same for a caller that may write through the pointer at any later time. From then on strategyOf
+    /// copies this strategy at each call.
+    COrderStrategyParam* findWritable(int id);
     /// Starts the strategies that the configuration remembers as running. If a start fails, the strategy
     /// stays stopped, and the audit gets the reason.
     void restartRemembered(bool showMsg);
@@ -60,9 +66,10 @@ public:
     bool isClosing() const { return m_bClosing; }
 
     COrderStrategyMap copy();
-    /// A copy of the strategy in its current state. Does not wait for operations or for passes of the file
-    /// thread.
-    std::optional<COrderStrategyParam> copyOne(int id) const;
+    /// Does not wait for operations or for passes of the file thread.
+    COrderStrategyPtr strategyOf(int id) override;
+    /// As IStrategyRegistry::revision.
+    std::uint64_t revision() const { return m_nRevision; }
     bool hasRunning() const;
     QString statusBarTip();
     void visit(const std::function<void(int, const COrderStrategyParam&)>& visit);
@@ -70,16 +77,20 @@ public:
 private:
     int nextId() const;
     QString whyRefused(const COrderStrategyParam& strategy);
-    bool isStopped(int id) const;
+    bool isStopped(int id);
     void leaveListener(int id);
     bool startGuarded(const COrderStrategyParam& strategy, QString& error);
     bool startChecked(const COrderStrategyParam& strategy, QString& error);
     bool openSource(const CUserConfig& user, const COrderStrategyParam& strategy, QString& error);
 
-    /// Changes the map's content while no thread copies a strategy.
+    /// Changes one strategy of the map while no thread reads it, and discards its shared copy. Call it with
+    /// m_mutex held.
     template<typename Change>
-    void change(const Change& change) {
+    void change(int id, const Change& change) {
+        CShared::node_type discarded; // declared before the lock, so that it is destroyed after the unlock
         const std::lock_guard lock(m_dataMutex);
+        ++m_nRevision;
+        discarded = m_shared.extract(id);
         change();
     }
 
@@ -88,6 +99,12 @@ private:
     /// needs both locks m_mutex first. No code of the host is called while it is held.
     mutable std::mutex m_dataMutex;
     COrderStrategyMap* m_pStrategies = nullptr;
+    using CShared = std::map<int, COrderStrategyPtr>;
+    CShared m_shared; ///< copies of strategies that have not changed since; guarded by m_dataMutex
+    /// Strategies to which the host has a writable pointer; guarded by m_dataMutex. They stay here until the
+    /// end: the pointer stays valid after a change, and also while another user's map is bound.
+    std::set<int> m_writable;
+    std::atomic<std::uint64_t> m_nRevision{0}; ///< written with m_dataMutex held
     /// Ids of the strategies that were filtered out, for each user's map. The map no longer has them when its
     /// user is bound again. Only the address of the map is used.
     std::map<const COrderStrategyMap*, std::set<int>> m_leftOut;

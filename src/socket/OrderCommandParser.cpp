@@ -111,7 +111,7 @@ bool readPortfolioPosition(const CReading& reading) {
 /// Reads members "code|volume" or "code|volume|price", separated by semicolons.
 bool readMemberList(const CReading& reading) {
     // Only the strategy says whether the members need prices.
-    const auto strategy = reading.registry.copyStrategy(reading.order.m_nChannel);
+    const auto strategy = reading.registry.strategyOf(reading.order.m_nChannel);
     if (!strategy) return false;
     const bool needsPrice =
         strategy->setting(ESettingSlot::StockBasket).m_ePriceType == EPriceType::Specified;
@@ -154,7 +154,7 @@ bool readBasketMembers(const CReading& reading) {
     const std::string_view name = reading.fields[2];
     if (name.find('|') != std::string_view::npos) return readMemberList(reading);
     if (reading.order.m_nOrderType == kOrderBasketSell && text(name).toLower() == QStringLiteral("all")) {
-        if (const auto strategy = reading.registry.copyStrategy(reading.order.m_nChannel)) {
+        if (const auto strategy = reading.registry.strategyOf(reading.order.m_nChannel)) {
             const CUserConfig* user = getUserConfig();
             reading.order.m_bAll = user != nullptr && hasAnyAccount(*user, *strategy);
             return true;

@@ -112,7 +112,7 @@ TEST_P(Breach, WaitsForAnotherThread) {
     EXPECT_EQ(entered->get_future().wait_for(kDeadline), std::future_status::ready);
     road.service().placeorder(CBreachRoad::order(999));
     (void)road.service().hasRunning();
-    (void)road.service().copyStrategy(3);
+    (void)road.service().strategyOf(3);
     goOn.set_value();
     reaching.get();
     expectGoodOrder();

@@ -35,6 +35,16 @@ protected:
         folder.write("a.txt", "old orders");
         return CStrategyBuilder().file(folder.path("a.txt")).code(QStringLiteral("SH600000")).stopped();
     }
+    /// Writes to a record while no pass of the file loop reads it.
+    template<typename Write>
+    void writeWhileLocked(const Write& write) {
+        bool isWritten = false;
+        service().visitStrategies([&](int, const TC::COrderStrategyParam&) {
+            if (!isWritten) write();
+            isWritten = true;
+        });
+        ASSERT_TRUE(isWritten);
+    }
     int start(int id = 3, bool showMsg = false) {
         error.clear();
         return service().startOrderStrategy(id, error, showMsg);

@@ -157,7 +157,7 @@ TEST_F(StrategyRegistry, MapIsACopyThatLeavesThePointersGivenOutAlone) {
 TEST_F(StrategyRegistry, StopAnnouncesItself) {
     add(stoppedFile());
     ASSERT_EQ(start(), 0);
-    service().getStrategy(3)->m_nStartCount = 5;
+    writeWhileLocked([this] { service().getStrategy(3)->m_nStartCount = 5; });
     statuses.clear();
     EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
     EXPECT_FALSE(isRunning());
@@ -223,7 +223,7 @@ TEST_F(StrategyRegistry, OperationsWithoutAUserFail) {
     EXPECT_EQ(start(), -1);
     EXPECT_EQ(service().stopOrderStrategy(3, error), 0);
     EXPECT_EQ(service().getStrategy(3), nullptr);
-    EXPECT_FALSE(service().copyStrategy(3).has_value());
+    EXPECT_EQ(service().strategyOf(3), nullptr);
     service().visitStrategies([](int, const COrderStrategyParam&) { FAIL(); });
 }
 
@@ -244,7 +244,7 @@ TEST_F(StrategyRegistry, CopiesAreGivenWhileAPassHoldsTheRegistry) {
     load();
     service().visitStrategies([&](int, const COrderStrategyParam&) {
         std::thread other([this] {
-            EXPECT_TRUE(service().copyStrategy(1).has_value());
+            EXPECT_NE(service().strategyOf(1), nullptr);
             EXPECT_NE(service().getOrderService(), nullptr);
         });
         other.join();

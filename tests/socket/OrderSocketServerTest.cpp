@@ -217,7 +217,8 @@ TEST_F(OrderSocketServer, GateThatThrowsIsAnsweredAsABadParameter) {
 class CThrowingRegistry final : public IStrategyRegistry {
 public:
     void visitStrategies(const std::function<void(int, const COrderStrategyParam&)>&) override { throw 1; }
-    std::optional<COrderStrategyParam> copyStrategy(int) override { throw 1; }
+    COrderStrategyPtr strategyOf(int) override { throw 1; }
+    std::uint64_t revision() const override { throw 1; }
 };
 
 TEST_F(OrderSocketServer, WhateverIsThrownTheListenerGoesOn) {

@@ -3,8 +3,9 @@
 #include "orderservice/gates/OrderGate.h"
 #include "orderservice/gates/StrategyRegistry.h"
 
+#include <cstdint>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -39,10 +40,13 @@ public:
         for (auto it = strategies.cbegin(); it != strategies.cend(); ++it)
             visit(it.key(), it.value());
     }
-    std::optional<TC::COrderStrategyParam> copyStrategy(int channel) override {
+    TC::COrderStrategyPtr strategyOf(int channel) override {
         const auto found = strategies.constFind(channel);
-        return found != strategies.constEnd() ? std::optional<TC::COrderStrategyParam>(*found) : std::nullopt;
+        return found != strategies.constEnd() ? std::make_shared<const TC::COrderStrategyParam>(*found)
+                                              : nullptr;
     }
+    /// Not used by the doors.
+    std::uint64_t revision() const override { return 0; }
 
     TC::COrderStrategyMap strategies;
     int visits = 0;

@@ -22,10 +22,12 @@ public:
         for (auto it = m_strategies.cbegin(); it != m_strategies.cend(); ++it)
             visit(it.key(), it.value());
     }
-    std::optional<TC::COrderStrategyParam> copyStrategy(int channel) override {
+    TC::COrderStrategyPtr strategyOf(int channel) override {
         const auto found = m_strategies.constFind(channel);
-        return found != m_strategies.cend() ? std::optional(*found) : std::nullopt;
+        return found != m_strategies.cend() ? std::make_shared<const TC::COrderStrategyParam>(*found)
+                                            : nullptr;
     }
+    std::uint64_t revision() const override { return 0; }
 
     TC::COrderStrategyMap m_strategies;
 };
