@@ -17,6 +17,7 @@
 #include "orderservice/service/Settings.h"
 #include "orderservice/service/StrategyRegistry.h"
 #include "orderservice/socket/SocketListeners.h"
+#include "orderservice/variants/BatchVariant.h"
 #include "orderservice/variants/OrderServiceUnion.h"
 
 #include <QThread>
@@ -76,18 +77,14 @@ void cancelTask(int taskId) {
     hostCall<&CTradeClient::cancelTask>(taskId, kTaskOpCancel, {}, remark, tradingDay, {}, 0);
 }
 
-/// Sets the pointer to a value, and restores the previous value in the destructor.
-template<typename T>
-class CRestored {
+/// Ends every batch when the backlog is dropped.
+class CBacklogOwner final : public IBatchOwner {
 public:
-    CRestored(T*& pointer, T* value) : m_pointer(pointer), m_pBefore(std::exchange(pointer, value)) {}
-    ~CRestored() { m_pointer = m_pBefore; }
-    CRestored(const CRestored&) = delete;
-    CRestored& operator=(const CRestored&) = delete;
+    explicit CBacklogOwner(const std::atomic<bool>& isDropping) : m_isDropping(isDropping) {}
+    bool mayBegin() override { return !m_isDropping; }
 
 private:
-    T*& m_pointer;
-    T* const m_pBefore;
+    const std::atomic<bool>& m_isDropping;
 };
 
 } // namespace
@@ -242,8 +239,9 @@ void COrderService::unbind() {
 void COrderService::chooseVariant(const CUserConfig& user) {
     if (m_orderService) return;
     if (hostCall<&CUserConfig::hasOrderService>.on(user)) {
-        m_orderService =
-            std::make_unique<COrderServiceUnion>([this](int channel) { return beginOrder(channel); });
+        auto variant = std::make_unique<COrderServiceUnion>();
+        m_pBatchVariant = variant.get();
+        m_orderService = std::move(variant);
         m_pVariant = m_orderService.get();
     } else if (isSplitUser(&user)) {
         reportUnbuiltVariant();
@@ -428,38 +426,18 @@ void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
 }
 
 void COrderService::workOff(const QVector<COrderParam>& orders) {
-    COrderServiceBase* variant = getOrderService();
+    IBatchVariant* variant = m_pBatchVariant;
     const bool isBound = m_registry->isBound();
     if (variant == nullptr && isBound && isSplitUser(getUserConfig())) return reportUnbuiltVariant();
     if (variant == nullptr || !isBound) {
         const char* cause = isBound ? "the user has no right to an order service" : "no user is loaded";
         return tellOrdersDropped(orders.first().m_nChannel, orders.size(), QString::fromUtf8(cause));
     }
-    // The variant works on copies of the strategies: checks can wait for quotes, and the registry must not be
-    // locked meanwhile. The copy of a strategy is updated before each order. A batch can arrive while another
-    // one is being processed.
-    CBatch batch;
-    {
-        const CRestored inHand(m_pInHand, &batch);
-        variant->placeOrders(orders, &batch.strategies);
-    }
-    if (batch.isCut) tellAuditOfUnplaced(orders.mid(batch.begun));
-}
-
-/// Returns false once the backlog is dropped. Otherwise updates the batch's copy of the strategy.
-bool COrderService::beginOrder(int channel) {
-    if (m_pInHand == nullptr) return true;
-    if (m_bDropping) {
-        m_pInHand->isCut = true;
-        return false;
-    }
-    ++m_pInHand->begun;
-    if (const COrderStrategyPtr strategy = m_registry->strategyOf(channel)) {
-        m_pInHand->strategies.insert(channel, *strategy);
-    } else {
-        m_pInHand->strategies.remove(channel);
-    }
-    return true;
+    // The variant gets shared copies of the strategies: checks can wait for quotes, and the registry must not
+    // be locked meanwhile.
+    CBacklogOwner owner(m_bDropping);
+    const CBatchResult result = variant->workOff(orders, *m_registry, owner);
+    if (result.m_eEnd == EBatchEnd::CutByOwner) tellAuditOfUnplaced(orders.mid(result.m_nBegun));
 }
 
 void COrderService::slotCancelOrder(int taskId) {

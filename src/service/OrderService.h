@@ -31,6 +31,7 @@ class CSocketListeners;
 class COrderServiceBase;
 class CStrategyRegistry;
 class CUserConfig;
+class IBatchVariant;
 
 /// The order service. All orders reach the order checkers through this singleton. It chooses the variant of
 /// the checker for the user, owns the threads of the order path, keeps the strategies, and queues calls from
@@ -205,25 +206,18 @@ private:
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();
-    bool beginOrder(int channel);
 
     struct CThreads;
-    /// A batch that the variant is processing.
-    struct CBatch {
-        COrderStrategyMap strategies;
-        int begun = 0;      ///< number of orders that the variant has started
-        bool isCut = false; ///< the remaining orders were dropped
-    };
 
     const CHostLease m_hostLease; ///< first member, so that it is destroyed last
     std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
     std::unique_ptr<COrderServiceBase> m_orderService;
-    std::atomic<COrderServiceBase*> m_pVariant{nullptr}; ///< m_orderService after it is chosen; null before
+    std::atomic<COrderServiceBase*> m_pVariant{nullptr};  ///< m_orderService after it is chosen; null before
+    std::atomic<IBatchVariant*> m_pBatchVariant{nullptr}; ///< the same object
     std::unique_ptr<CFileService> m_fileService;
     std::unique_ptr<CThreads> m_threads;
     std::vector<QMetaObject::Connection> m_hostConnections;
-    CBatch* m_pInHand = nullptr; ///< the innermost batch; used on the service's thread only
     std::atomic<bool> m_bDropping{false};
     knservice::TradeInterfaceList m_interfaces;
 };

@@ -9,6 +9,7 @@
 #include "orderservice/platform/MsgService.h"
 #include "orderservice/platform/Switches.h"
 #include "orderservice/platform/TradingRules.h"
+#include "orderservice/variants/MapSource.h"
 
 #include <boost/make_shared.hpp>
 
@@ -77,6 +78,12 @@ bool mayIssue(const COrderParam& order) {
     return false;
 }
 
+/// The owner of a batch that is always processed to its end.
+class CPatientOwner final : public IBatchOwner {
+public:
+    bool mayBegin() override { return true; }
+};
+
 void logInfo(const void* object, const char* function, const std::string& text) {
     utils::CLogCenter::log(utils::ELogLevel::Info, utils::kStdFileLogger, object, function, text);
 }
@@ -133,8 +140,7 @@ const COrderServiceUnion::CFamilyOperation COrderServiceUnion::s_operations[] = 
      &COrderServiceUnion::issueBareCommand},
 };
 
-COrderServiceUnion::COrderServiceUnion(CBeforeOrder beforeOrder, QObject* parent)
-    : COrderServiceBase(parent), m_beforeOrder(std::move(beforeOrder)) {}
+COrderServiceUnion::COrderServiceUnion(QObject* parent) : COrderServiceBase(parent) {}
 
 void COrderServiceUnion::filterStrategies(COrderStrategyMap* strategies) {
     const CUserConfig* user = getUserConfig();
@@ -155,38 +161,47 @@ void COrderServiceUnion::filterStrategies(COrderStrategyMap* strategies) {
 
 void COrderServiceUnion::placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) {
     if (strategies == nullptr) return;
+    CMapSource source(*strategies);
+    CPatientOwner owner;
+    workOff(orders, source, owner);
+}
+
+CBatchResult COrderServiceUnion::workOff(const QVector<COrderParam>& orders, IStrategySource& strategies,
+                                         IBatchOwner& owner) {
     for (int i = 0; i < orders.size(); ++i) {
-        const EBatch batch = placeGuarded(orders.at(i), strategies);
-        if (batch == EBatch::GoesOn) continue;
-        if (batch == EBatch::Cut) return;
+        const CEnd end = placeGuarded(orders.at(i), strategies, owner);
+        if (!end) continue;
+        if (*end == EBatchEnd::CutByOwner) return {*end, i};
         const int rest = orders.size() - i - 1;
         if (rest > 0) tellOrdersDropped(orders.at(i + 1).m_nChannel, rest, QString::fromUtf8(kBatchEnded));
-        return;
+        return {*end, i + 1};
     }
+    return {EBatchEnd::WorkedOff, orders.size()};
 }
 
 /// If an order throws an exception, this order is dropped with a report, and the batch continues.
-COrderServiceUnion::EBatch COrderServiceUnion::placeGuarded(const COrderParam& order,
-                                                            const COrderStrategyMap* strategies) {
+COrderServiceUnion::CEnd COrderServiceUnion::placeGuarded(const COrderParam& order,
+                                                          IStrategySource& strategies, IBatchOwner& owner) {
     try {
-        return placeOrder(order, strategies);
+        return placeOrder(order, strategies, owner);
     } catch (...) {
         reportOrderFailure(order.m_eStrategyType, order.m_nChannel);
     }
-    return EBatch::GoesOn;
+    return std::nullopt;
 }
 
-COrderServiceUnion::EBatch COrderServiceUnion::placeOrder(const COrderParam& order,
-                                                          const COrderStrategyMap* strategies) {
+COrderServiceUnion::CEnd COrderServiceUnion::placeOrder(const COrderParam& order, IStrategySource& strategies,
+                                                        IBatchOwner& owner) {
     if (utils::CLogCenter::logEnabled()) {
         logInfo(this, "TC::COrderServiceUnion::placeOrders", "param = " + order.toQString().toStdString());
     }
-    if (m_beforeOrder && !m_beforeOrder(order.m_nChannel)) return EBatch::Cut;
-    const COrderStrategyParam* strategy = getStrategy(order.m_nChannel, strategies, order.m_eStrategyType);
-    if (strategy == nullptr || !checkOrderParamValid(order, strategy)) return EBatch::Ended;
+    if (!owner.mayBegin()) return EBatchEnd::CutByOwner;
+    const COrderStrategyPtr strategy = strategies.strategyOf(order.m_nChannel);
+    // The check reports a missing strategy too.
+    if (!checkOrderParamValid(order, strategy.get())) return EBatchEnd::EndedByRule;
     announce(order, *strategy);
     dispatch(order, *strategy);
-    return EBatch::GoesOn;
+    return std::nullopt;
 }
 
 void COrderServiceUnion::announce(const COrderParam& order, const COrderStrategyParam& strategy) const {

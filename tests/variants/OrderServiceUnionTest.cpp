@@ -7,6 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
 namespace {
 
 using namespace TC;
@@ -200,6 +206,130 @@ TEST_F(OrderServiceUnion, OrdersAndCommandsAreLoggedWhereLoggingIsOn) {
         EXPECT_EQ(line.level, 20000);
         EXPECT_EQ(line.logger, "KNStdFile");
     }
+}
+
+/// Gives the strategies of the test and remembers for which channels it was asked.
+class CAskedSource final : public IStrategySource {
+public:
+    explicit CAskedSource(COrderStrategyMap& strategies) : m_strategies(strategies) {}
+    COrderStrategyPtr strategyOf(int channel) override {
+        asked.push_back(channel);
+        if (onAsked) onAsked();
+        const auto found = m_strategies.constFind(channel);
+        if (found == m_strategies.constEnd()) return nullptr;
+        auto strategy = std::make_shared<const COrderStrategyParam>(*found);
+        last = strategy;
+        return strategy;
+    }
+
+    std::function<void()> onAsked;
+    std::vector<int> asked;
+    std::weak_ptr<const COrderStrategyParam> last;
+
+private:
+    COrderStrategyMap& m_strategies;
+};
+
+/// Lets a number of orders begin.
+class CCountingOwner final : public IBatchOwner {
+public:
+    bool mayBegin() override { return allowed-- > 0; }
+
+    int allowed = 1000;
+};
+
+class Batch : public OrderServiceUnion {
+protected:
+    CBatchResult workOff(const QVector<COrderParam>& orders) {
+        return service.workOff(orders, source, owner);
+    }
+    static COrderParam unknown() { return COrderBuilder(23).channel(9); }
+
+    CAskedSource source{strategies};
+    CCountingOwner owner;
+};
+
+TEST_F(Batch, EveryOrderAsksForItsStrategy) {
+    std::vector<std::size_t> askedBefore;
+    host.orders.onCommand = [&](const COrderComandParamPtr&) { askedBefore.push_back(source.asked.size()); };
+    const CBatchResult result = workOff({good(), good(), good()});
+    EXPECT_EQ(result.m_eEnd, EBatchEnd::WorkedOff);
+    EXPECT_EQ(result.m_nBegun, 3);
+    EXPECT_EQ(source.asked, (std::vector<int>{3, 3, 3}));
+    EXPECT_EQ(askedBefore, (std::vector<std::size_t>{1, 2, 3}));
+}
+
+TEST_F(Batch, StrategyThatStopsTakesNoFurtherOrder) {
+    host.orders.onCommand = [this](const COrderComandParamPtr&) {
+        strategies[3].m_nStatus = COrderStrategyParam::kStopped;
+    };
+    const CBatchResult result = workOff({good(), good(), good()});
+    EXPECT_EQ(result.m_eEnd, EBatchEnd::EndedByRule);
+    EXPECT_EQ(result.m_nBegun, 2);
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[文件单]　通道号: 3, 对应的策略未启动!"));
+}
+
+TEST_F(Batch, StrategyLivesUntilItsOrderEnds) {
+    host.orders.onCommand = [this](const COrderComandParamPtr&) {
+        strategies.clear();
+        EXPECT_FALSE(source.last.expired());
+    };
+    EXPECT_EQ(workOff({good()}).m_eEnd, EBatchEnd::WorkedOff);
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_TRUE(source.last.expired());
+}
+
+TEST_F(Batch, OwnerCutsTheBatchBeforeAnOrder) {
+    owner.allowed = 2;
+    const CBatchResult result = workOff({good(), good(), good(), good()});
+    EXPECT_EQ(result.m_eEnd, EBatchEnd::CutByOwner);
+    EXPECT_EQ(result.m_nBegun, 2);
+    EXPECT_EQ(host.commands().size(), 2u);
+    EXPECT_EQ(source.asked.size(), 2u);
+    EXPECT_TRUE(host.audit.incidents.empty()); // the owner reports the others
+}
+
+TEST_F(Batch, MissingStrategyEndsTheBatchAndTheRestIsReported) {
+    const CBatchResult result = workOff({good(), unknown(), good(), good()});
+    EXPECT_EQ(result.m_eEnd, EBatchEnd::EndedByRule);
+    EXPECT_EQ(result.m_nBegun, 2);
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(
+        host.messageTexts(),
+        (std::vector<QString>{kAnnouncement, QStringLiteral("[文件单]　通道号: 9, 找不到对应的策略!")}));
+    ASSERT_EQ(host.audit.incidents.size(), 1u);
+    EXPECT_EQ(host.audit.incidents[0].m_nOrders, 2);
+}
+
+TEST_F(Batch, SourceThatThrowsDropsThatOrderOnly) {
+    source.onAsked = [this] {
+        if (source.asked.size() == 1) throw std::runtime_error("no memory");
+    };
+    const CBatchResult result = workOff({good(), good()});
+    EXPECT_EQ(result.m_eEnd, EBatchEnd::WorkedOff);
+    EXPECT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(host.errorTexts().size(), 1u);
+}
+
+/// So a cut reports exactly the orders after it.
+TEST_F(Batch, OrderThatFailsIsBegunToo) {
+    source.onAsked = [this] {
+        if (source.asked.size() == 1) throw std::runtime_error("no memory");
+    };
+    owner.allowed = 2;
+    EXPECT_EQ(workOff({good(), good(), good()}).m_nBegun, 2);
+}
+
+TEST_F(Batch, BatchMayBeginInsideAnOrder) {
+    bool isNested = false;
+    host.orders.onCommand = [&](const COrderComandParamPtr&) {
+        if (std::exchange(isNested, true)) return;
+        EXPECT_EQ(workOff({unknown(), good()}).m_nBegun, 1);
+    };
+    EXPECT_EQ(workOff({good(), good()}).m_nBegun, 2);
+    EXPECT_EQ(host.commands().size(), 2u);
+    EXPECT_EQ(source.asked, (std::vector<int>{3, 9, 3}));
 }
 
 class Filter : public OrderServiceUnion {
