@@ -159,7 +159,9 @@ public:
     std::uint64_t revision() const override;
 
 signals:
-    /// Checked orders for the main thread.
+    /// Checked orders for the main thread; COrderServiceAdapter receives them. Emitted on the thread that
+    /// processed the batch. The map is the library's own. A receiver of the host connects directly, or it
+    /// must not use the map: the map ends when the adapter has placed the orders.
     void sigPlaceLegalOrders(QVector<TC::orderParamForOrderService> orders,
                              const QMap<int, TC::COrderStrategyParam>* strategies);
     /// A strategy was started or stopped; the argument is hasRunning(). Emitted with the registry locked.

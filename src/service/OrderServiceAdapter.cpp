@@ -1,7 +1,11 @@
 #include "orderservice/service/OrderServiceAdapter.h"
 
 #include "orderservice/check/OrderServiceBase.h"
+#include "orderservice/service/LegalBatches.h"
 #include "orderservice/service/OrderService.h"
+
+#include <memory>
+#include <utility>
 
 namespace TC {
 
@@ -14,6 +18,9 @@ COrderServiceAdapter::COrderServiceAdapter(QObject* parent) : QObject(parent) {
 
 void COrderServiceAdapter::slotPlaceLegalOrders(QVector<orderParamForOrderService> orders,
                                                 const QMap<int, COrderStrategyParam>* strategies) {
+    // The strategies end with this call, also if nobody places the orders or an exception leaves the call.
+    const auto release = [](const COrderStrategyMap* map) { CLegalBatches::instance().release(map); };
+    const std::unique_ptr<const COrderStrategyMap, decltype(release)> held(strategies, release);
     const COrderService* service = COrderService::instance();
     if (service == nullptr || service->getOrderService() == nullptr) return;
     service->getOrderService()->placeLegalOrders(std::move(orders), strategies);
