@@ -15,6 +15,7 @@ CStrategyKeeper::CStrategyKeeper(CJournal& journal, CTextSink& sink, TC::COrderS
     : m_journal(journal), m_sink(sink), m_store(store), m_saved(std::move(configured)) {}
 
 void CStrategyKeeper::begin(TC::IStrategyRegistry& registry) {
+    m_nSeen = registry.revision(); // before the strategies are read: a change during the reading is seen next
     registry.visitStrategies(
         [this](int channel, const TC::COrderStrategyParam& strategy) { m_known.insert(channel, strategy); });
     for (const TC::COrderStrategyParam& strategy : qAsConst(m_known)) {
@@ -24,11 +25,17 @@ void CStrategyKeeper::begin(TC::IStrategyRegistry& registry) {
 }
 
 void CStrategyKeeper::update(TC::IStrategyRegistry& registry) {
+    const std::uint64_t revision = registry.revision(); // before the strategies are read, as in begin
+    if (revision != m_nSeen) noteChanges(registry);
+    m_nSeen = revision;
+    if (m_bUnsaved) save();
+}
+
+void CStrategyKeeper::noteChanges(TC::IStrategyRegistry& registry) {
     const std::vector<CChange> changes = findChanges(registry);
     for (const CChange& change : changes)
         note(change);
     if (!changes.empty()) keepPending();
-    if (m_bUnsaved) save();
 }
 
 /// Compares the strategies in place and copies only the changed ones, because the order doors wait meanwhile.

@@ -5,6 +5,7 @@
 #include "desk/journal/Journal.h"
 #include "orderservice/gates/StrategyRegistry.h"
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -27,7 +28,8 @@ public:
     /// Journals the strategies that run now. update later compares with this state.
     void begin(TC::IStrategyRegistry& registry);
 
-    /// Journals and saves what has changed since the last call.
+    /// Journals and saves what has changed since the last call. If the registry's revision is still the same,
+    /// it does not lock the registry, so it does not wait for the order doors.
     void update(TC::IStrategyRegistry& registry);
 
 private:
@@ -36,6 +38,7 @@ private:
         TC::COrderStrategyParam m_strategy;
     };
 
+    void noteChanges(TC::IStrategyRegistry& registry);
     std::vector<CChange> findChanges(TC::IStrategyRegistry& registry) const;
     void note(const CChange& change);
     void keepPending();
@@ -48,6 +51,7 @@ private:
     const IStrategyStore& m_store;
     TC::COrderStrategyMap m_saved;        ///< content of the store after the next save
     TC::COrderStrategyMap m_known;        ///< the registry at the last comparison
+    std::uint64_t m_nSeen = 0;            ///< the registry's revision before the last comparison
     TC::COrderStrategyMap m_pending;      ///< changed, but not in m_saved yet: new and refused ones
     std::map<int, std::string> m_refused; ///< reasons that were reported to the user
     std::string m_strToldFailure;

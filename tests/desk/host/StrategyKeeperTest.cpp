@@ -19,17 +19,22 @@ namespace {
 class CMapRegistry final : public TC::IStrategyRegistry {
 public:
     void visitStrategies(const std::function<void(int, const TC::COrderStrategyParam&)>& visit) override {
+        ++m_nVisits;
         for (auto it = m_strategies.cbegin(); it != m_strategies.cend(); ++it)
             visit(it.key(), it.value());
+        if (m_onVisited) m_onVisited();
     }
     TC::COrderStrategyPtr strategyOf(int channel) override {
         const auto found = m_strategies.constFind(channel);
         return found != m_strategies.cend() ? std::make_shared<const TC::COrderStrategyParam>(*found)
                                             : nullptr;
     }
-    std::uint64_t revision() const override { return 0; }
+    std::uint64_t revision() const override { return m_nRevision; }
 
     TC::COrderStrategyMap m_strategies;
+    std::uint64_t m_nRevision = 5; ///< the tests count it up with each change
+    int m_nVisits = 0;
+    std::function<void()> m_onVisited;
 };
 
 /// Remembers what it received. It refuses two strategies with the same source.
@@ -61,8 +66,14 @@ protected:
         configured.insert(2, CStrategyBuilder().channel(2).file("2").stopped());
         // Above the user's limit, so the order service has removed it.
         configured.insert(9, CStrategyBuilder().channel(9).file("9"));
-        current = configured;
-        current.remove(9);
+        current() = configured;
+        current().remove(9);
+    }
+
+    /// The strategies of the registry, for a change.
+    TC::COrderStrategyMap& current() {
+        ++registry.m_nRevision;
+        return registry.m_strategies;
     }
 
     CStrategyKeeper make() { return {journal, sink, configured, store}; }
@@ -85,7 +96,6 @@ protected:
     CTextSink sink{told};
     TC::COrderStrategyMap configured;
     CMapRegistry registry;
-    TC::COrderStrategyMap& current = registry.m_strategies;
     CMemoryStore store;
     std::vector<TC::COrderStrategyMap>& saved = store.m_saved;
 };
@@ -103,17 +113,17 @@ TEST_F(StrategyKeeper, BeginningJournalsWhatRunsAndSavesNothing) {
 TEST_F(StrategyKeeper, EveryKindOfChangeIsJournalledAndSaved) {
     CStrategyKeeper keeper = make();
     keeper.begin(registry);
-    current[1].m_nStatus = TC::COrderStrategyParam::kStopped;
-    current[2].m_nVolume = 77;
-    current[2].m_nStatus = TC::COrderStrategyParam::kRunning;
-    current.insert(3, CStrategyBuilder().channel(3).file("3").stopped());
+    current()[1].m_nStatus = TC::COrderStrategyParam::kStopped;
+    current()[2].m_nVolume = 77;
+    current()[2].m_nStatus = TC::COrderStrategyParam::kRunning;
+    current().insert(3, CStrategyBuilder().channel(3).file("3").stopped());
     keeper.update(registry);
     EXPECT_EQ(records(), (Texts{"start 1", "stop 1", "change 2", "start 2", "add 3"}));
     ASSERT_EQ(saved.size(), 1u);
     EXPECT_EQ(saved[0].keys(), (QList<int>{1, 2, 3, 9}));
     EXPECT_FALSE(saved[0][1].isRunning());
     EXPECT_EQ(saved[0][2].m_nVolume, 77);
-    current.remove(1);
+    current().remove(1);
     keeper.update(registry);
     EXPECT_EQ(records().back(), "remove 1");
     EXPECT_EQ(saved.back().keys(), (QList<int>{2, 3, 9}));
@@ -121,9 +131,9 @@ TEST_F(StrategyKeeper, EveryKindOfChangeIsJournalledAndSaved) {
 
 TEST_F(StrategyKeeper, StrategyThatCouldNotBeStartedStaysAsItsOwnerWroteIt) {
     CStrategyKeeper keeper = make();
-    current[1].m_nStatus = TC::COrderStrategyParam::kStopped;
+    current()[1].m_nStatus = TC::COrderStrategyParam::kStopped;
     keeper.begin(registry);
-    current.insert(3, CStrategyBuilder().channel(3).file("3").stopped());
+    current().insert(3, CStrategyBuilder().channel(3).file("3").stopped());
     keeper.update(registry);
     ASSERT_EQ(saved.size(), 1u);
     EXPECT_TRUE(saved[0][1].isRunning());
@@ -132,7 +142,7 @@ TEST_F(StrategyKeeper, StrategyThatCouldNotBeStartedStaysAsItsOwnerWroteIt) {
 TEST_F(StrategyKeeper, FailedSavingIsToldOnceAndTriedAgain) {
     CStrategyKeeper keeper = make();
     keeper.begin(registry);
-    current.remove(2);
+    current().remove(2);
     store.m_bRefuses = true;
     keeper.update(registry);
     keeper.update(registry);
@@ -146,16 +156,16 @@ TEST_F(StrategyKeeper, FailedSavingIsToldOnceAndTriedAgain) {
 TEST_F(StrategyKeeper, StrategyThatCannotBeKeptIsToldOnceAndLeftStoppedAsItWas) {
     CStrategyKeeper keeper = make();
     keeper.begin(registry);
-    current[1].m_algoSetting = boost::make_shared<TC::CAlgorithmOrderSetting>();
+    current()[1].m_algoSetting = boost::make_shared<TC::CAlgorithmOrderSetting>();
     keeper.update(registry);
-    current[2].m_nVolume = 77;
+    current()[2].m_nVolume = 77;
     keeper.update(registry);
     EXPECT_EQ(records(), (Texts{"start 1", "change 1", "not_saved 1", "change 2"}));
     EXPECT_EQ(told.str(), "strategy 1 is not saved as it is: algorithm\n");
     EXPECT_EQ(saved.back()[1].m_algoSetting, nullptr);
     EXPECT_FALSE(saved.back()[1].isRunning());
     EXPECT_EQ(saved.back()[2].m_nVolume, 77);
-    current[1].m_algoSetting = nullptr;
+    current()[1].m_algoSetting = nullptr;
     keeper.update(registry);
     EXPECT_TRUE(saved.back()[1].isRunning());
 }
@@ -163,11 +173,46 @@ TEST_F(StrategyKeeper, StrategyThatCannotBeKeptIsToldOnceAndLeftStoppedAsItWas) 
 TEST_F(StrategyKeeper, StrategiesThatChangePlacesAreBothKept) {
     CStrategyKeeper keeper = make();
     keeper.begin(registry);
-    std::swap(current[1].m_strSignalSource, current[2].m_strSignalSource);
+    std::swap(current()[1].m_strSignalSource, current()[2].m_strSignalSource);
     keeper.update(registry);
     EXPECT_EQ(told.str(), "");
     EXPECT_EQ(saved.back()[1].m_strSignalSource, QStringLiteral("2"));
     EXPECT_EQ(saved.back()[2].m_strSignalSource, QStringLiteral("1"));
+}
+
+TEST_F(StrategyKeeper, UnchangedRegistryIsNotReadAgain) {
+    CStrategyKeeper keeper = make();
+    keeper.begin(registry);
+    EXPECT_EQ(registry.m_nVisits, 1);
+    keeper.update(registry);
+    keeper.update(registry);
+    EXPECT_EQ(registry.m_nVisits, 1);
+    current()[2].m_nVolume = 77;
+    store.m_bRefuses = true;
+    keeper.update(registry);
+    EXPECT_EQ(registry.m_nVisits, 2);
+    keeper.update(registry); // saves again what could not be saved
+    EXPECT_EQ(registry.m_nVisits, 2);
+    EXPECT_EQ(saved.size(), 2u);
+}
+
+/// The change comes after the strategies were read, so only the next update can see it.
+TEST_F(StrategyKeeper, ChangeDuringTheReadingIsSeenAtTheNextUpdate) {
+    CStrategyKeeper keeper = make();
+    registry.m_onVisited = [this] {
+        registry.m_onVisited = nullptr;
+        current()[2].m_nVolume = 77;
+    };
+    keeper.begin(registry);
+    registry.m_onVisited = [this] {
+        registry.m_onVisited = nullptr;
+        current()[2].m_nVolume = 78;
+    };
+    keeper.update(registry);
+    keeper.update(registry);
+    EXPECT_EQ(records(), (Texts{"start 1", "change 2", "change 2"}));
+    ASSERT_FALSE(saved.empty());
+    EXPECT_EQ(saved.back()[2].m_nVolume, 78);
 }
 
 } // namespace
