@@ -13,6 +13,7 @@ foreach(floor base records platform gates kit)
         PATTERN "BsonExtended.h" EXCLUDE # needs libbson's headers
         # Tools of the library's own; no public header includes them.
         PATTERN "FileCount.h" EXCLUDE
+        PATTERN "LocalTimestamp.h" EXCLUDE
         PATTERN "Reserve.h" EXCLUDE
         PATTERN "Shares.h" EXCLUDE
         PATTERN "StopRequest.h" EXCLUDE

@@ -2,6 +2,8 @@
 
 #include <QDateTime>
 
+#include <string>
+
 namespace utils {
 
 class CStopRequest;
@@ -34,5 +36,9 @@ double getTime();
 void sleep(double seconds);
 void sleepUnlessStopped(double seconds, const CStopRequest& stop);
 QDateTime currentDateTime();
+
+/// The local date and time as text, "yyyy-MM-dd hh:mm:ss:zzz". It is the text of currentDateTime, but it is
+/// cheap enough for every order: the system clock reads the machine's time zone once per second. Any thread.
+std::string currentTimestamp();
 
 } // namespace utils
