@@ -5,6 +5,7 @@
 #include "bench/Figure.h"
 
 #include "orderservice/base/KNError.h"
+#include "orderservice/check/FamilyRules.h"
 #include "orderservice/platform/TradingRules.h"
 
 #include <boost/make_shared.hpp>
@@ -35,8 +36,7 @@ struct CRoad {
     int number;
     QString (*code)(int index);
     const char* market; ///< prefix of the code in the host's key
-    bool (COrderServiceBase::*check)(COrderParam, COrderStrategyParam, std::vector<CCodeOrderParam>&,
-                                     std::map<std::string, double>&) const;
+    CCheckFn check;
     void (CHostCalls::*calls)();
 };
 
@@ -160,30 +160,26 @@ private:
     CCodeOrderParam m_record;
 };
 
-constexpr CRoad kStockRoad = {EOrderStrategyTradeType::Stock,
-                              ESettingSlot::Stock,
-                              23,
-                              &bench::CCheckHost::stockCode,
-                              "SH",
-                              &COrderServiceBase::checkAndFillOrderStock,
-                              &CHostCalls::callStock};
+constexpr CRoad kStockRoad = {
+    EOrderStrategyTradeType::Stock, ESettingSlot::Stock, 23, &bench::CCheckHost::stockCode, "SH", checkStock,
+    &CHostCalls::callStock};
 constexpr CRoad kFutureRoad = {
-    EOrderStrategyTradeType::Future,           ESettingSlot::Future,   0, &bench::CCheckHost::futureCode, "",
-    &COrderServiceBase::checkAndFillOrderSpec, &CHostCalls::callFuture};
+    EOrderStrategyTradeType::Future, ESettingSlot::Future, 0, &bench::CCheckHost::futureCode, "", checkFuture,
+    &CHostCalls::callFuture};
 constexpr CRoad kOptionRoad = {EOrderStrategyTradeType::StockOption,
                                ESettingSlot::StockOption,
                                48,
                                &bench::CCheckHost::optionCode,
                                "",
-                               &COrderServiceBase::checkAndFillOrderOption,
+                               checkOption,
                                &CHostCalls::callOption};
 
-/// Checks one order. It uses new lists for each order, like the service's thread does.
-bool checkOnce(const bench::CBareChecks& checks, const CRoad& road, const COrderParam& order,
-               const COrderStrategyParam& strategy) {
+/// Checks one order as the service's thread does: by the check that copies neither order nor strategy, with
+/// new lists for each order.
+bool checkOnce(const CRoad& road, const COrderParam& order, const COrderStrategyParam& strategy) {
     std::vector<CCodeOrderParam> codes;
     std::map<std::string, double> weights;
-    return (checks.*road.check)(order, strategy, codes, weights) && codes.size() == 1;
+    return road.check(order, strategy, codes, weights) && codes.size() == 1;
 }
 
 /// Measures the step over all items in several rounds and reports the time per item of the best round.
@@ -202,13 +198,12 @@ void reportMicroseconds(benchmark::State& state, Items& items, const Step& step)
 
 void checkOrders(benchmark::State& state, const CRoad& road) {
     const bench::CCheckHost host(1, kInstruments);
-    const bench::CBareChecks checks;
     const COrderStrategyParam strategy = makeStrategy(road);
     const std::vector<COrderParam> orders = makeOrders(road);
     bool isPassed = true;
     for (auto _ : state)
         reportMicroseconds(state, orders, [&](const COrderParam& order) {
-            isPassed = checkOnce(checks, road, order, strategy) && isPassed;
+            isPassed = checkOnce(road, order, strategy) && isPassed;
         });
     if (!isPassed) state.SkipWithError("an order was refused");
 }
@@ -221,7 +216,7 @@ void hostCallsOnly(benchmark::State& state, const CRoad& road) {
     for (const QString& code : makeCodes(road))
         calls.emplace_back(road, strategy, code);
     const bench::CCallCounts before = host.calls();
-    checkOnce(bench::CBareChecks(), road, makeOrders(road).front(), strategy);
+    checkOnce(road, makeOrders(road).front(), strategy);
     const bench::CCallCounts between = host.calls();
     (calls.front().*road.calls)();
     const std::string difference = bench::differenceOf(before, between, host.calls());

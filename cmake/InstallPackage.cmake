@@ -11,6 +11,7 @@ foreach(floor base records platform gates kit)
     install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h"
         PATTERN "BsonExtended.h" EXCLUDE # needs libbson's headers
         # Tools of the library's own; no public header includes them.
+        PATTERN "LocalTimestamp.h" EXCLUDE
         PATTERN "Reserve.h" EXCLUDE
         PATTERN "Shares.h" EXCLUDE
         PATTERN "StopRequest.h" EXCLUDE)

@@ -1,6 +1,9 @@
 #include "orderservice/base/Clock.h"
 
+#include "orderservice/base/LocalTimestamp.h"
 #include "orderservice/base/StopRequest.h"
+
+#include <QString>
 
 #include <atomic>
 #include <chrono>
@@ -57,6 +60,15 @@ void sleepUnlessStopped(double seconds, const CStopRequest& stop) {
 
 QDateTime currentDateTime() {
     return clock().currentDateTime();
+}
+
+std::string currentTimestamp() {
+    if (IClock* installed = s_installedClock.load())
+        return installed->currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss:zzz")).toStdString();
+    using CMilliseconds = std::chrono::milliseconds;
+    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+    thread_local CLocalTimestamp timestamp;
+    return timestamp.textOf(std::chrono::duration_cast<CMilliseconds>(sinceEpoch).count());
 }
 
 } // namespace utils

@@ -4,6 +4,8 @@
 
 #include <QDateTime>
 
+#include <string>
+
 namespace utils {
 
 class CStopRequest;
@@ -36,5 +38,9 @@ ORDERSERVICE_EXPORT double getTime();
 ORDERSERVICE_EXPORT void sleep(double seconds);
 ORDERSERVICE_EXPORT void sleepUnlessStopped(double seconds, const CStopRequest& stop);
 ORDERSERVICE_EXPORT QDateTime currentDateTime();
+
+/// The local date and time as text, "yyyy-MM-dd hh:mm:ss:zzz". It is the text of currentDateTime, but it is
+/// cheap enough for every order: the system clock reads the machine's time zone once per second. Any thread.
+ORDERSERVICE_EXPORT std::string currentTimestamp();
 
 } // namespace utils

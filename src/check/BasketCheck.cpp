@@ -305,7 +305,8 @@ void startRow(CCheckRun& run, EOperationType op, CStockInfo stock) {
     run.record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
     run.record.m_ePositionType = run.strategy.m_ePositionType;
     takeSubAccount(run.order, run.record);
-    startRecord(run, op, std::move(stock));
+    run.record.m_stock = std::move(stock);
+    startRecord(run, op);
 }
 
 /// Whether a basket can trade the row's instrument now. If not, it is noted for the audit, unless the row has

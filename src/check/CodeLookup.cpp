@@ -7,7 +7,6 @@
 
 #include <QStringBuilder>
 
-#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -38,19 +37,29 @@ const CMarket& shenzhen() {
 /// Converts a code to UTF-8. Codes normally have only ASCII characters, which are copied one by one without a
 /// temporary buffer.
 std::string narrow(const QString& code) {
+    constexpr unsigned kFirstBeyondAscii = 0x80;
     std::string text(static_cast<std::size_t>(code.size()), '\0');
-    const auto isAscii = [](QChar letter) { return letter.unicode() < 0x80; };
-    if (!std::all_of(code.begin(), code.end(), isAscii)) return code.toStdString();
-    std::transform(code.begin(), code.end(), text.begin(), [](QChar letter) { return letter.toLatin1(); });
-    return text;
+    unsigned all = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const unsigned letter = code.at(static_cast<int>(i)).unicode();
+        text[i] = static_cast<char>(letter);
+        all |= letter;
+    }
+    return all < kFirstBeyondAscii ? text : code.toStdString();
 }
 
 bool isTradable(const std::string& market, const QString& code) {
     return StockTypeCenter::isTypedStock(knservice::kTypeTradableStock, market, narrow(code));
 }
 
-bool resolveOnMarket(QString& code, const CMarket& market, EKeyJoin join) {
-    QString full = market.m_name % code; // one allocation: this runs for every row of a basket
+/// Looks the code up on one market. `full` is scratch space for the code with the market in front: all
+/// markets use the same one, because this runs for every order and for every row of a basket.
+bool resolveOnMarket(QString& code, const CMarket& market, EKeyJoin join, QString& full) {
+    if (full.isEmpty()) {
+        full = market.m_name % code;
+    } else {
+        full.replace(0, kMarketLength, market.m_name);
+    }
     const bool isKnown = hostCall<&CExchangeClient::hasStock>(
         join == EKeyJoin::StockKey ? qdStockKey(market.m_name, code) : full);
     if (!isKnown || !isTradable(market.m_strName, code)) return false;
@@ -61,7 +70,9 @@ bool resolveOnMarket(QString& code, const CMarket& market, EKeyJoin join) {
 } // namespace
 
 bool resolveStockCode(QString& code, EKeyJoin join, EFullCode fullCode) {
-    if (resolveOnMarket(code, shanghai(), join) || resolveOnMarket(code, shenzhen(), join)) return true;
+    QString full;
+    if (resolveOnMarket(code, shanghai(), join, full) || resolveOnMarket(code, shenzhen(), join, full))
+        return true;
     if (fullCode == EFullCode::Refused || code.size() != kFullCodeLength) return false;
     const QString upper = code.toUpper();
     if (!hostCall<&CExchangeClient::hasStock>(upper) ||

@@ -62,8 +62,7 @@ COrderComandParamPtr makeCommand(CCommandRequest request, const COrderParam& ord
     takeCommonFields(request, order, *command);
     command->m_strTag = std::move(request.m_strTag);
     command->m_eStrategyType = strategy.m_eStrategyType;
-    command->m_strCreateTime =
-        utils::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss:zzz")).toStdString();
+    command->m_strCreateTime = utils::currentTimestamp();
     return command;
 }
 

@@ -36,6 +36,13 @@ double priceOfAmount(const CInstrumentRun& run) {
     return isInvalidPrice(run.calcPrice) ? fallbackPriceOf(run.priceData) : run.calcPrice;
 }
 
+void takeStock(const CInstrumentDetail& detail, CStockInfo& stock) {
+    stock.m_strMarket = detail.m_strMarket;
+    stock.m_strCode = detail.m_strCode;
+    stock.m_strName = detail.m_strName;
+    stock.m_strProductId = detail.m_strProductId;
+}
+
 } // namespace
 
 void takeFiniteLimits(COrderSetting& setting) {
@@ -50,16 +57,15 @@ boost::shared_ptr<CQuoteRequest> requestQuotes(const QString& code) {
 void loadInstrument(CInstrumentRun& run) {
     run.quoteRequest = requestQuotes(run.code);
     run.detail = hostCall<&CExchangeClient::getCodeInfo>(run.code);
-    CStockInfo stock;
     if (run.detail) {
-        stock = {run.detail->m_strMarket, run.detail->m_strCode, run.detail->m_strName,
-                 run.detail->m_strProductId};
+        takeStock(*run.detail, run.record.m_stock);
+    } else {
+        run.record.m_stock = CStockInfo();
     }
-    startRecord(run, run.op, std::move(stock));
+    startRecord(run, run.op);
 }
 
-void startRecord(CInstrumentRun& run, EOperationType op, CStockInfo stock) {
-    run.record.m_stock = std::move(stock);
+void startRecord(CInstrumentRun& run, EOperationType op) {
     run.record.m_eOperationType = op;
     if (const CUserConfig* user = getUserConfig())
         run.record.m_strUserId = hostCall<&CUserConfig::getUserName>.on(*user);

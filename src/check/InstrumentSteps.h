@@ -48,8 +48,9 @@ void takeFiniteLimits(COrderSetting& setting);
 boost::shared_ptr<CQuoteRequest> requestQuotes(const QString& code);
 /// Subscribes to the quotes of run.code, reads its data and starts its record.
 void loadInstrument(CInstrumentRun& run);
-/// Sets instrument, operation and the user's name in run.record, which is copied for each record.
-void startRecord(CInstrumentRun& run, EOperationType op, CStockInfo stock);
+/// Sets operation and the user's name in run.record, which is copied for each record. The caller sets its
+/// instrument.
+void startRecord(CInstrumentRun& run, EOperationType op);
 
 /// The prices of a quote: not set if there is no quote or if the price is not finite.
 double originPriceOf(const CPriceDataPtr& quote, EPriceType priceType, EOperationType op);

@@ -2,7 +2,9 @@
 
 #include "orderservice/base/Unset.h"
 
-#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
 
 namespace TC {
@@ -33,7 +35,7 @@ constexpr unsigned kShares =
 
 // 14 has the same operation as 0, and 15 has the same operation as 3. The share-transfer market accepts 80 to
 // 85, but they have no operation.
-const COrderNumber kOrderNumbers[] = {
+constexpr COrderNumber kOrderNumbers[] = {
     {0, Op::OpenLong, Line::Future, Sock::Future, kNoFamily, kFutures | kGold, 0},
     {1, Op::CloseLongEarlier, Line::Future, Sock::Future, kNoFamily, kFutures | kGold, 0},
     {2, Op::CloseLongToday, Line::Future, Sock::Future, kNoFamily, kFutures, 0},
@@ -128,10 +130,30 @@ const COrderNumber kOrderNumbers[] = {
 };
 const std::size_t kOrderNumberCount = std::size(kOrderNumbers);
 
+namespace {
+
+constexpr std::size_t kNumbers = kOrderNumbers[std::size(kOrderNumbers) - 1].m_nNumber + 1;
+constexpr std::uint8_t kNoRow = 255;
+static_assert(std::size(kOrderNumbers) < kNoRow);
+
+/// The index of each number's row, because every order looks up its number several times.
+constexpr std::array<std::uint8_t, kNumbers> rowsByNumber() {
+    std::array<std::uint8_t, kNumbers> rows{};
+    for (std::uint8_t& row : rows)
+        row = kNoRow;
+    for (std::size_t i = 0; i < std::size(kOrderNumbers); ++i)
+        rows[static_cast<std::size_t>(kOrderNumbers[i].m_nNumber)] = static_cast<std::uint8_t>(i);
+    return rows;
+}
+
+constexpr std::array<std::uint8_t, kNumbers> kRowsByNumber = rowsByNumber();
+
+} // namespace
+
 const COrderNumber* findOrderNumber(int orderType) {
-    const auto row = std::lower_bound(std::begin(kOrderNumbers), std::end(kOrderNumbers), orderType,
-                                      [](const COrderNumber& r, int number) { return r.m_nNumber < number; });
-    return row != std::end(kOrderNumbers) && row->m_nNumber == orderType ? row : nullptr;
+    if (orderType < 0 || static_cast<std::size_t>(orderType) >= kNumbers) return nullptr;
+    const std::uint8_t row = kRowsByNumber[static_cast<std::size_t>(orderType)];
+    return row != kNoRow ? &kOrderNumbers[row] : nullptr;
 }
 
 ESocketForm socketFormOf(int orderType) {
