@@ -19,4 +19,9 @@ EDefaultSetting defaultForSlot(ESettingSlot slot) {
     return kDefaults.at(static_cast<std::size_t>(slot));
 }
 
+QVector<COrderSetting> defaultFurtherSettings() {
+    static const QVector<COrderSetting> settings(kSettingSlots - 1);
+    return settings;
+}
+
 } // namespace TC

@@ -3,6 +3,8 @@
 #include "orderservice/base/Unset.h"
 #include "orderservice/records/Enums.h"
 
+#include <QVector>
+
 #include <string>
 
 namespace TC {
@@ -41,6 +43,10 @@ enum class ESettingSlot : int {
 };
 
 inline constexpr int kSettingSlots = 16;
+
+/// The settings of slots 1 to 15 of a new strategy. All results share one memory block until they are
+/// changed.
+QVector<COrderSetting> defaultFurtherSettings();
 
 /// The user's default settings. New strategies are filled from them.
 enum class EDefaultSetting : int { None, Stock, Future, Basket, Option, Neeq, HGT, Gold };

@@ -7,14 +7,14 @@
 
 #include <QMap>
 #include <QString>
-
-#include <array>
+#include <QVector>
 
 namespace TC {
 
 /// One strategy: a channel for orders from one kind of source, with their accounts and their product family.
-/// It is stored in the host's map under its channel number. The record is large, so the order processing
-/// makes only one copy per order.
+/// It is stored in the host's map under its channel number. Copies share the settings of slots 1 to 15 until
+/// one of them is changed. So do not keep a reference from the changing setting() while the record is copied:
+/// a change through it would reach the copy too.
 struct COrderStrategyParam {
     static constexpr int kRunning = 0;
     static constexpr int kStopped = 1;
@@ -34,8 +34,8 @@ struct COrderStrategyParam {
     QString m_strPass;
     QString m_strCode; ///< instrument that the strategy trades; empty for baskets
 
-    COrderSetting m_stockSetting;                                     ///< slot 0
-    std::array<COrderSetting, kSettingSlots - 1> m_furtherSettings{}; ///< slots 1 to 15
+    COrderSetting m_stockSetting;                                        ///< slot 0
+    QVector<COrderSetting> m_furtherSettings = defaultFurtherSettings(); ///< slots 1 to 15
 
     int m_nVolume = 1; ///< shares or lots
     int m_nFurther1 = 1;
@@ -53,11 +53,10 @@ struct COrderStrategyParam {
 
     const COrderSetting& setting(ESettingSlot slot) const {
         return slot == ESettingSlot::Stock ? m_stockSetting
-                                           : m_furtherSettings.at(static_cast<std::size_t>(slot) - 1);
+                                           : m_furtherSettings.at(static_cast<int>(slot) - 1);
     }
     COrderSetting& setting(ESettingSlot slot) {
-        return slot == ESettingSlot::Stock ? m_stockSetting
-                                           : m_furtherSettings.at(static_cast<std::size_t>(slot) - 1);
+        return slot == ESettingSlot::Stock ? m_stockSetting : m_furtherSettings[static_cast<int>(slot) - 1];
     }
 
     bool isRunning() const { return m_nStatus == kRunning; }
