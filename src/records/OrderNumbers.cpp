@@ -2,7 +2,8 @@
 
 #include "orderservice/base/Unset.h"
 
-#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <iterator>
 
 namespace TC {
@@ -33,7 +34,7 @@ constexpr unsigned kShares =
 
 // 14 has the same operation as 0, and 15 has the same operation as 3. The share-transfer market accepts 80 to
 // 85, but they have no operation.
-const COrderNumber kOrderNumbers[] = {
+constexpr COrderNumber kOrderNumbers[] = {
     {0, Op::OpenLong, Line::Future, Sock::Future, kNoFamily, kFutures | kGold, 0},
     {1, Op::CloseLongEarlier, Line::Future, Sock::Future, kNoFamily, kFutures | kGold, 0},
     {2, Op::CloseLongToday, Line::Future, Sock::Future, kNoFamily, kFutures, 0},
@@ -128,10 +129,26 @@ const COrderNumber kOrderNumbers[] = {
 };
 const std::size_t kOrderNumberCount = std::size(kOrderNumbers);
 
+namespace {
+
+constexpr std::size_t kNumberEnd = static_cast<std::size_t>(std::rbegin(kOrderNumbers)->m_nNumber) + 1;
+
+/// The row of each number up to the last one in the table; null if it has none. Every order looks up its
+/// number several times.
+constexpr std::array<const COrderNumber*, kNumberEnd> makeRows() {
+    std::array<const COrderNumber*, kNumberEnd> rows{};
+    for (const COrderNumber& row : kOrderNumbers)
+        rows[static_cast<std::size_t>(row.m_nNumber)] = &row;
+    return rows;
+}
+
+constexpr std::array<const COrderNumber*, kNumberEnd> kRows = makeRows();
+
+} // namespace
+
 const COrderNumber* findOrderNumber(int orderType) {
-    const auto row = std::lower_bound(std::begin(kOrderNumbers), std::end(kOrderNumbers), orderType,
-                                      [](const COrderNumber& r, int number) { return r.m_nNumber < number; });
-    return row != std::end(kOrderNumbers) && row->m_nNumber == orderType ? row : nullptr;
+    const auto number = static_cast<std::size_t>(orderType); // a negative number becomes a very large one
+    return number < kRows.size() ? kRows[number] : nullptr;
 }
 
 ESocketForm socketFormOf(int orderType) {
