@@ -73,6 +73,11 @@ int COrderSingleParamCompareTraits::compare(const COrderSingleParam& a, const CO
     return a.m_strCode.compare(b.m_strCode);
 }
 
+COrderSingleParam& setOnlyLine(COrderParam& order) {
+    order.m_orders = QVector<COrderSingleParam>(1);
+    return order.m_orders.first();
+}
+
 QString codeOfField(std::string_view field) {
     return field == "0" ? QString() : UW::sToQs(field.data(), field.size());
 }
