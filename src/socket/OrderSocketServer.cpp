@@ -36,7 +36,8 @@ constexpr const char* kNotLoggedIn = "User Not Login";
 constexpr const char* kBadLogin = "User or Pass is Not Right";
 
 void writeOk(std::vector<unsigned char>& reply) {
-    std::snprintf(reinterpret_cast<char*>(reply.data()), reply.size(), "+OK\r\n");
+    constexpr std::string_view kOk("+OK\r\n\0", 6);
+    std::copy(kOk.begin(), kOk.end(), reply.begin());
 }
 
 void writeError(std::vector<unsigned char>& reply, const char* text) {
@@ -100,8 +101,9 @@ COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string 
                                        IStrategyRegistry& registry, QString source,
                                        std::shared_ptr<COrderCredit> credit)
     : net::NetServer(io, ip, port, false, false), m_strUser(std::move(user)), m_strPass(std::move(pass)),
-      m_gate(gate), m_registry(registry), m_strSource(std::move(source)), m_guard(!m_strUser.empty()),
-      m_watch(io), m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
+      m_reply(kReplySize), m_gate(gate), m_registry(registry), m_strSource(std::move(source)),
+      m_guard(!m_strUser.empty()), m_watch(io),
+      m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
       m_loop(std::make_shared<CLoopPost>(io)),
       m_loginDelays([this](const net::NetConnectionPtr& conn) { refuse(conn, m_guard.refuseDelay(true)); }),
       m_delayWatch(io) {
@@ -223,7 +225,9 @@ void COrderSocketServer::stopAtLineFeed(const net::NetConnectionPtr& conn) {
 COrderSocketServer::ENext COrderSocketServer::takeLine(std::string_view line,
                                                        const net::NetConnectionPtr& conn, ConnData& data) {
     if (const char* word = m_guard.refuseLine(static_cast<int>(line.size()))) return refuse(conn, word);
-    CReply reply(kReplySize);
+    CReply& reply = m_reply;
+    std::fill(reply.begin(), std::find(reply.begin(), reply.end(), 0),
+              0); // clears the reply to the line before
     const CSocketVerb* verb = m_guard.hasZeroByte(line) ? nullptr : CSocketVerb::find(line);
     if (m_guard.isOn() && verb != nullptr && verb->admit != nullptr) {
         const ENext next = (this->*verb->admit)(conn, data);

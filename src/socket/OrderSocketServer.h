@@ -105,6 +105,7 @@ private:
 
     const std::string m_strUser;
     const std::string m_strPass;
+    CReply m_reply; ///< for the current line: a line allocates no memory for its reply
     std::map<net::NetConnectionPtr, ConnDataPtr, boost::owner_less<net::NetConnectionPtr>> m_connections;
     QSet<int> m_strategyIds;
 

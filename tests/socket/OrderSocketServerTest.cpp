@@ -49,6 +49,18 @@ TEST_F(OrderSocketServer, LinesOfOnePacketAreServedInOrder) {
     EXPECT_EQ(gate.batches.size(), 1u);
 }
 
+TEST_F(OrderSocketServer, AReplyHasNothingOfALongerReplyBeforeIt) {
+    start("", "");
+    const auto client = connect();
+    client->send("placeorder 36,3,x\r\nuser a\r\nnonsense\r\nplaceorder 23,3,1\r\n");
+    EXPECT_EQ(client->readLine(), "-ERR Bad Param" + utils::safeUtf82Gbk("参数有误") + "\r\n");
+    EXPECT_EQ(client->readLine(), kOk);
+    EXPECT_EQ(client->readLine(), kBadCommand);
+    EXPECT_EQ(client->readLine(), kOk);
+    stop();
+    EXPECT_EQ(client->readAll(), "");
+}
+
 TEST_F(OrderSocketServer, LinesBehindAStopAreNotServed) {
     start("", "");
     gate.onPlace = [this] { server().stop(); };
