@@ -92,9 +92,9 @@ private:
     void logOut(ConnData& data);
     void watchConnections();
     void closeSilent();
-    void tellRefusal(const net::NetConnection& conn, const char* word);
-    void tellUntoldRefusals() noexcept;
-    void tellDoor(EDoorEvent event, const QString& peer, const std::string& cause) const;
+    void reportRefusal(const net::NetConnection& conn, const char* word);
+    void reportCountedRefusals() noexcept;
+    void reportDoor(EDoorEvent event, const QString& peer, const std::string& cause) const;
 
     void onUser(std::string_view argument, ConnData& data, CReply& reply);
     void onPass(std::string_view argument, ConnData& data, CReply& reply);

@@ -364,7 +364,7 @@ TEST_F(OrderFileParser, TradeParametersWithoutEqualsSignAreTheirOwnText) {
     EXPECT_EQ(port.paramTexts, std::vector<std::string>{"orderParamX"});
 }
 
-TEST_F(OrderFileParser, TextBehindTheFirstEqualsSignCounts) {
+TEST_F(OrderFileParser, TextAfterTheFirstEqualsSignIsUsed) {
     parse("orderParam=a=b");
     EXPECT_EQ(port.paramTexts, std::vector<std::string>{"a=b"});
 }

@@ -87,7 +87,7 @@ TEST_F(LineFraming, BytesBeforeTheFirstLineAreNotLookedAt) {
     EXPECT_EQ(framing.next(bytes.substr(1)), EFrame::LoneFeed);
 }
 
-TEST_F(LineFraming, ALineThatIsNotTakenComesAgain) {
+TEST_F(LineFraming, ALineThatIsNotTakenIsFoundAgain) {
     append("one\r\ntwo\r\n");
     ASSERT_EQ(next(), EFrame::Line);
     framing.take();

@@ -61,7 +61,7 @@ TEST_F(OrderSocketServer, AReplyHasNothingOfALongerReplyBeforeIt) {
     EXPECT_EQ(client->readAll(), "");
 }
 
-TEST_F(OrderSocketServer, LinesBehindAStopAreNotServed) {
+TEST_F(OrderSocketServer, LinesAfterAStopAreNotServed) {
     start("", "");
     gate.onPlace = [this] { server().stop(); };
     const auto client = connect();
@@ -80,7 +80,7 @@ TEST_F(OrderSocketServer, WhatIsNoCommandIsAnswered) {
         EXPECT_EQ(client->ask(line), kBadCommand) << line;
 }
 
-TEST_F(OrderSocketServer, VerbsNeedNoBlankBehindThem) {
+TEST_F(OrderSocketServer, VerbsNeedNoBlankAfterThem) {
     start();
     const auto client = connect();
     EXPECT_EQ(client->ask("usertrader"), kOk);
@@ -101,7 +101,7 @@ TEST_F(OrderSocketServer, ArgumentsAreTrimmedAndEndAtAZeroByte) {
 
 // Login.
 
-TEST_F(OrderSocketServer, PassWithoutUserFailsAndCountsAsAName) {
+TEST_F(OrderSocketServer, PassWithoutUserFailsAndSetsTheNamedState) {
     start("", "secret");
     const auto client = connect();
     EXPECT_EQ(client->ask("pass secret"), kBadLogin);
@@ -273,7 +273,7 @@ TEST_F(OrderSocketServer, CancelTakesOneNumber) {
 
 // The end of connections.
 
-TEST_F(OrderSocketServer, QuitDropsWhatStandsBehindIt) {
+TEST_F(OrderSocketServer, QuitDropsTheLinesAfterIt) {
     start();
     const auto client = logIn();
     client->send("quit\r\ncancel 1\r\n");
