@@ -2,8 +2,11 @@
 
 #include "orderservice/service/OrderService.h"
 
+#include <benchmark/benchmark.h>
+
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -61,24 +64,25 @@ int CCountingOrders::refusals() {
     return m_nRefused;
 }
 
-CBenchHost::CBenchHost(int strategies, int intervalMs, const std::string& folder) : m_strFolder(folder) {
+CBenchServices::CBenchServices(int intervalMs) {
     m_user.interval = intervalMs;
-    for (int i = 1; i <= strategies; ++i) {
-        TC::COrderStrategyParam strategy;
-        strategy.m_nChannel = i;
-        strategy.m_nStatus = TC::COrderStrategyParam::kRunning;
-        strategy.m_eSelectedAccountType = TC::ESelectedAccountType::Account;
-        strategy.m_strSelectedAccount = minimal::kAccount;
-        strategy.m_strSignalSource = QString::fromStdString(path(i));
-        strategy.m_strCode = minimal::kStockKey;
-        m_user.getStrategyMap()->insert(i, strategy);
-        std::ofstream(path(i)).put('\n'); // a strategy starts only if its file exists
-    }
     TC::CHost host = m_host.services();
     host.userManager = &m_user;
     host.orderClient = &m_orders;
     host.msgService = &m_messages;
     if (!TC::installHost(host).isSuccess()) std::abort();
+}
+
+CBenchServices::~CBenchServices() {
+    TC::releaseHost();
+}
+
+CBenchHost::CBenchHost(int strategies, int intervalMs, const std::string& folder)
+    : m_strFolder(folder), m_services(intervalMs) {
+    for (int i = 1; i <= strategies; ++i) {
+        m_services.strategies().insert(i, stockStrategy(i, path(i)));
+        std::ofstream(path(i)).put('\n'); // a strategy starts only if its file exists
+    }
     TC::COrderService::initInstance(new TC::COrderService);
     TC::COrderService::instance()->loadFromConfig(false);
 }
@@ -86,7 +90,6 @@ CBenchHost::CBenchHost(int strategies, int intervalMs, const std::string& folder
 CBenchHost::~CBenchHost() {
     TC::COrderService::instance()->shutdown();
     TC::COrderService::release();
-    TC::releaseHost();
 }
 
 std::string CBenchHost::path(int strategy) const {
@@ -94,9 +97,24 @@ std::string CBenchHost::path(int strategy) const {
 }
 
 void CBenchHost::dropOrders(int count) {
-    const std::string draft = path(1) + ".draft";
+    dropStockLines(path(1), count);
+}
+
+TC::COrderStrategyParam stockStrategy(int channel, const std::string& path) {
+    TC::COrderStrategyParam strategy;
+    strategy.m_nChannel = channel;
+    strategy.m_nStatus = TC::COrderStrategyParam::kRunning;
+    strategy.m_eSelectedAccountType = TC::ESelectedAccountType::Account;
+    strategy.m_strSelectedAccount = minimal::kAccount;
+    strategy.m_strSignalSource = QString::fromStdString(path);
+    strategy.m_strCode = minimal::kStockKey;
+    return strategy;
+}
+
+void dropStockLines(const std::string& path, int count) {
+    const std::string draft = path + ".draft";
     std::ofstream(draft, std::ios::binary) << stockLines(count);
-    std::rename(draft.c_str(), path(1).c_str());
+    std::rename(draft.c_str(), path.c_str());
 }
 
 std::string stockLines(int count) {
@@ -104,6 +122,26 @@ std::string stockLines(int count) {
     for (int i = 0; i < count; ++i)
         bytes += "23,0,10.5,SH600000,100\n";
     return bytes;
+}
+
+std::size_t splitLines(std::FILE* stream) {
+    char line[2048];
+    std::size_t lines = 0;
+    while (std::fgets(line, sizeof line, stream) != nullptr) {
+        char* rest = nullptr;
+        long type = std::strtol(strtok_r(line, ",", &rest), nullptr, 10);
+        long channel = std::strtol(strtok_r(nullptr, ",", &rest), nullptr, 10);
+        double price = std::strtod(strtok_r(nullptr, ",", &rest), nullptr);
+        char* code = strtok_r(nullptr, ",", &rest);
+        long volume = std::strtol(strtok_r(nullptr, ",", &rest), nullptr, 10);
+        benchmark::DoNotOptimize(type);
+        benchmark::DoNotOptimize(channel);
+        benchmark::DoNotOptimize(price);
+        benchmark::DoNotOptimize(code);
+        benchmark::DoNotOptimize(volume);
+        ++lines;
+    }
+    return lines;
 }
 
 std::string makeFolder() {

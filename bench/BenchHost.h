@@ -2,7 +2,11 @@
 
 #include "examples/minimal_host/MinimalHost.h"
 
+#include "orderservice/records/StrategyParam.h"
+
 #include <condition_variable>
+#include <cstddef>
+#include <cstdio>
 #include <mutex>
 #include <ostream>
 #include <string>
@@ -42,18 +46,17 @@ public:
     void showMsg(const QString&, TC::EMsgTypeDef, TC::MsgLevel, bool, bool, const QString&) override {}
 };
 
-/// The order service on a host that answers at once and prints nothing. One or more file strategies are
-/// running. Only one object may exist in a process at a time.
-class CBenchHost {
+/// A host that answers at once and prints nothing. Only one object may exist in a process at a time.
+class CBenchServices {
 public:
-    /// intervalMs: the polling interval in milliseconds. folder: an existing folder for the order files.
-    CBenchHost(int strategies, int intervalMs, const std::string& folder);
-    ~CBenchHost();
+    /// intervalMs: the polling interval for files in milliseconds.
+    explicit CBenchServices(int intervalMs);
+    ~CBenchServices();
+    CBenchServices(const CBenchServices&) = delete;
+    CBenchServices& operator=(const CBenchServices&) = delete;
 
     CCountingOrders& orders() { return m_orders; }
-    /// Gives the first strategy a file of this many stock orders. The file appears complete.
-    void dropOrders(int count);
-    std::string path(int strategy) const;
+    TC::COrderStrategyMap& strategies() { return *m_user.getStrategyMap(); }
 
 private:
     class CUser : public minimal::CUser {
@@ -67,7 +70,6 @@ private:
         }
     };
 
-    std::string m_strFolder;
     std::ostream m_nowhere{nullptr};
     minimal::CMinimalHost m_host{m_nowhere};
     CUser m_user;
@@ -75,8 +77,39 @@ private:
     CSilentMessages m_messages;
 };
 
+/// The order service on this host, with one or more running file strategies.
+class CBenchHost {
+public:
+    /// folder: an existing folder for the order files.
+    CBenchHost(int strategies, int intervalMs, const std::string& folder);
+    ~CBenchHost();
+
+    CCountingOrders& orders() { return m_services.orders(); }
+    /// Gives the first strategy a file of this many stock orders. The file appears complete.
+    void dropOrders(int count);
+    std::string path(int strategy) const;
+
+private:
+    std::string m_strFolder;
+    CBenchServices m_services;
+};
+
+/// A running file strategy that sends its orders to the account of the host.
+TC::COrderStrategyParam stockStrategy(int channel, const std::string& path);
+
+/// Writes a file of plain stock lines. It appears at the path complete.
+void dropStockLines(const std::string& path, int count);
+
+/// Number and volume of the plain stock lines; they buy minimal::kStockKey at minimal::kPrice.
+inline constexpr int kStockNumber = 23;
+inline constexpr int kStockVolume = 100;
+
 /// Returns the bytes of a file of plain stock lines.
 std::string stockLines(int count);
+
+/// Reads such lines with fgets, splits them and converts their numbers, and builds no record. Returns the
+/// number of lines.
+std::size_t splitLines(std::FILE* stream);
 
 /// Creates a new folder for one benchmark; the caller removes it.
 std::string makeFolder();

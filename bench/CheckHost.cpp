@@ -117,6 +117,12 @@ void CCheckHost::CUser::getAccountsWeights(TC::EQDBrokerType, TC::ESelectedAccou
     foundRatios.insert(foundRatios.end(), ratios.begin(), ratios.end());
 }
 
+bool CCheckHost::CUser::isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC::EQDBrokerType,
+                                         const std::string&, const std::string&, TC::EOrderType) const {
+    ++calls.of(EHostCall::PriceTypeValid);
+    return true;
+}
+
 std::vector<int> CCheckHost::CTrading::splitEntrusts(int volume, double, TC::EPriceType,
                                                      const std::vector<TC::CAccountInfoPtr>& accounts,
                                                      const std::vector<double>&, TC::EPositionType,

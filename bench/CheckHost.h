@@ -41,6 +41,7 @@ enum class EHostCall : int {
     SettingToParam,
     FixTimeRange,
     MarketPrice,
+    PriceTypeValid,
     TypedStock,
     TradeMinUnit,
     Count, ///< number of operations
@@ -84,6 +85,8 @@ private:
         void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
                                 std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                                 bool simple) const override;
+        bool isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC::EQDBrokerType, const std::string&,
+                              const std::string&, TC::EOrderType) const override;
         CCalls& calls;
         std::vector<TC::CAccountInfoPtr> accounts;
         std::vector<double> ratios;

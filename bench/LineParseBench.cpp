@@ -42,26 +42,6 @@ std::size_t parseFile(std::FILE* stream) {
     return static_cast<std::size_t>(parser.takeOrders().size());
 }
 
-std::size_t splitFile(std::FILE* stream) {
-    char line[2048];
-    std::size_t lines = 0;
-    while (std::fgets(line, sizeof line, stream) != nullptr) {
-        char* rest = nullptr;
-        long type = std::strtol(strtok_r(line, ",", &rest), nullptr, 10);
-        long channel = std::strtol(strtok_r(nullptr, ",", &rest), nullptr, 10);
-        double price = std::strtod(strtok_r(nullptr, ",", &rest), nullptr);
-        char* code = strtok_r(nullptr, ",", &rest);
-        long volume = std::strtol(strtok_r(nullptr, ",", &rest), nullptr, 10);
-        benchmark::DoNotOptimize(type);
-        benchmark::DoNotOptimize(channel);
-        benchmark::DoNotOptimize(price);
-        benchmark::DoNotOptimize(code);
-        benchmark::DoNotOptimize(volume);
-        ++lines;
-    }
-    return lines;
-}
-
 template<typename Read>
 void measure(benchmark::State& state, const Read& read) {
     const std::string folder = bench::makeFolder();
@@ -84,7 +64,7 @@ void lineParse(benchmark::State& state) {
     measure(state, parseFile);
 }
 void lineParseBaseline(benchmark::State& state) {
-    measure(state, splitFile);
+    measure(state, bench::splitLines);
 }
 
 BENCHMARK(lineParse)->Name("line_parse")->Repetitions(5);

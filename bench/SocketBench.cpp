@@ -4,16 +4,13 @@
 // one line in flight each. connection_memory: bytes that an idle connection uses in the process. Its baseline
 // is the size of the scratch buffer in each connection's record.
 #include "bench/Figure.h"
+#include "bench/SocketCrowd.h"
 #include "bench/SocketPeers.h"
-
-#include <sys/epoll.h>
-#include <unistd.h>
 
 #include <malloc.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdint>
 #include <deque>
 #include <string>
 #include <vector>
@@ -25,17 +22,9 @@ const std::string kLine = "placeorder 23,3,10.5,600000,100\r\n";
 constexpr int kRoundTrips = 4000;
 constexpr int kPipelined = 60000;
 constexpr int kInFlight = 64;
-constexpr int kConnections = 50;
 constexpr int kRoundsEach = 200;
 constexpr int kIdle = 500;
 constexpr int kRepetitions = 31;
-
-/// The properties of a server that its clients need.
-struct CPeer {
-    unsigned short port;
-    std::size_t greeting;
-    std::size_t reply;
-};
 
 template<typename Work>
 double secondsOf(const Work& work) {
@@ -44,7 +33,7 @@ double secondsOf(const Work& work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-void roundTrips(const bench::CClient& client, const CPeer& peer, int count) {
+void roundTrips(const bench::CClient& client, const bench::CPeer& peer, int count) {
     for (int i = 0; i < count; ++i) {
         client.send(kLine.data(), kLine.size());
         client.receiveAll(peer.reply);
@@ -52,7 +41,7 @@ void roundTrips(const bench::CClient& client, const CPeer& peer, int count) {
 }
 
 /// Sends a new line for each reply, so that kInFlight lines stay in flight until the end.
-void pipeline(const bench::CClient& client, const CPeer& peer, int count) {
+void pipeline(const bench::CClient& client, const bench::CPeer& peer, int count) {
     std::string lines;
     for (int i = 0; i < kInFlight; ++i)
         lines += kLine;
@@ -69,61 +58,10 @@ void pipeline(const bench::CClient& client, const CPeer& peer, int count) {
     }
 }
 
-/// Many connections in one thread, each with one line in flight.
-class CCrowd {
-public:
-    explicit CCrowd(const CPeer& peer) : m_peer(peer), m_nEpoll(::epoll_create1(EPOLL_CLOEXEC)) {
-        for (int i = 0; i < kConnections; ++i) {
-            m_clients.emplace_back(peer.port, peer.greeting);
-            epoll_event event{};
-            event.events = EPOLLIN;
-            event.data.u32 = static_cast<std::uint32_t>(i);
-            ::epoll_ctl(m_nEpoll, EPOLL_CTL_ADD, m_clients.back().descriptor(), &event);
-        }
-    }
-    ~CCrowd() { ::close(m_nEpoll); }
-    CCrowd(const CCrowd&) = delete;
-    CCrowd& operator=(const CCrowd&) = delete;
-
-    /// Returns when each connection has received `each` replies.
-    void exchange(int each) {
-        std::vector<CState> states(m_clients.size(), CState{each - 1, 0});
-        for (const bench::CClient& client : m_clients)
-            client.send(kLine.data(), kLine.size());
-        for (std::size_t busy = m_clients.size(); busy > 0;) {
-            epoll_event events[kConnections];
-            const int count = ::epoll_wait(m_nEpoll, events, kConnections, -1);
-            for (int i = 0; i < count; ++i)
-                busy -= serve(m_clients[events[i].data.u32], states[events[i].data.u32]) ? 1 : 0;
-        }
-    }
-
-private:
-    struct CState {
-        int left;
-        std::size_t received;
-    };
-
-    /// True if this was the connection's last reply.
-    bool serve(const bench::CClient& client, CState& state) const {
-        state.received += client.receive();
-        if (state.received < m_peer.reply) return false;
-        state.received = 0;
-        if (state.left == 0) return true;
-        --state.left;
-        client.send(kLine.data(), kLine.size());
-        return false;
-    }
-
-    const CPeer m_peer;
-    const int m_nEpoll;
-    std::deque<bench::CClient> m_clients;
-};
-
-CPeer peerOf(const bench::CDoor& door) {
-    return {door.port(), bench::CDoor::kGreetingSize, bench::CDoor::kReplySize};
+bench::CPeer peerOf(const bench::CDoor& door) {
+    return {door.port(), bench::kGreetingSize, bench::kReplySize};
 }
-CPeer peerOf(const bench::CEcho& echo) {
+bench::CPeer peerOf(const bench::CEcho& echo) {
     return {echo.port(), 0, kLine.size()};
 }
 
@@ -131,7 +69,7 @@ template<typename Server>
 void socketRtt(benchmark::State& state) {
     const bench::COneProcessor processor;
     const Server server;
-    const CPeer peer = peerOf(server);
+    const bench::CPeer peer = peerOf(server);
     const bench::CClient client(peer.port, peer.greeting);
     roundTrips(client, peer, kRoundTrips / 10);
     for (auto _ : state) {
@@ -144,7 +82,7 @@ template<typename Server>
 void socketPipelined(benchmark::State& state) {
     const bench::COneProcessor processor;
     const Server server;
-    const CPeer peer = peerOf(server);
+    const bench::CPeer peer = peerOf(server);
     const bench::CClient client(peer.port, peer.greeting);
     pipeline(client, peer, kPipelined / 10);
     for (auto _ : state) {
@@ -157,11 +95,11 @@ template<typename Server>
 void socket50(benchmark::State& state) {
     const bench::COneProcessor processor;
     const Server server;
-    CCrowd crowd(peerOf(server));
+    bench::CCrowd crowd(peerOf(server), kLine);
     crowd.exchange(kRoundsEach / 10);
     for (auto _ : state) {
         const double seconds = secondsOf([&] { crowd.exchange(kRoundsEach); });
-        bench::report(state, seconds * 1e6 / (kConnections * kRoundsEach), "us");
+        bench::report(state, seconds * 1e6 / (bench::CCrowd::kConnections * kRoundsEach), "us");
     }
 }
 
@@ -174,7 +112,7 @@ double usedBytes() {
 void connectionMemory(benchmark::State& state) {
     for (auto _ : state) {
         const bench::CDoor door;
-        const CPeer peer = peerOf(door);
+        const bench::CPeer peer = peerOf(door);
         const bench::CClient first(peer.port, peer.greeting);
         std::deque<bench::CClient> clients;
         const double before = usedBytes();

@@ -19,6 +19,17 @@
 
 namespace bench {
 
+/// Sizes in bytes of the order socket's greeting and of its reply to an accepted line.
+inline constexpr std::size_t kGreetingSize = 47;
+inline constexpr std::size_t kReplySize = 5;
+
+/// The properties of a server that its clients need.
+struct CPeer {
+    unsigned short port;
+    std::size_t greeting; ///< bytes that the server sends at the start
+    std::size_t reply;    ///< bytes of the reply to a line
+};
+
 /// Counts the orders and discards them, so that only the order socket is measured.
 class CCountingGate final : public TC::IOrderGate {
 public:
@@ -72,10 +83,6 @@ public:
     CDoor();
     ~CDoor();
     unsigned short port() const { return m_nPort; }
-
-    /// Sizes in bytes of the greeting and of the reply to an accepted order.
-    static constexpr std::size_t kGreetingSize = 47;
-    static constexpr std::size_t kReplySize = 5;
 
 private:
     CDoorHost m_host;

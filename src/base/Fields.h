@@ -13,13 +13,14 @@ namespace TC {
 class CFields {
 public:
     CFields(std::string_view line, char separator) {
+        // Fields are short: a loop over the bytes is faster than a search for each separator.
         std::size_t begin = 0;
-        for (std::size_t end = line.find(separator); end != std::string_view::npos;
-             end = line.find(separator, begin)) {
-            m_fields.push_back(line.substr(begin, end - begin));
-            begin = end + 1;
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            if (line[i] != separator) continue;
+            m_fields.push_back({line.data() + begin, i - begin});
+            begin = i + 1;
         }
-        m_fields.push_back(line.substr(begin));
+        m_fields.push_back({line.data() + begin, line.size() - begin});
     }
 
     std::size_t size() const { return m_fields.size(); }

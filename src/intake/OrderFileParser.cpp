@@ -53,6 +53,12 @@ void countReason(int lines, const QString& reason, CIgnoredLines& ignored) {
     found->second += lines;
 }
 
+/// Removes all blanks and carriage returns.
+void removeBlanks(std::string& line) {
+    line.erase(std::remove_if(line.begin(), line.end(), [](char c) { return c == kBlank || c == '\r'; }),
+               line.end());
+}
+
 /// Means that the rows of a named basket keep their own operation.
 constexpr int kOwnOperation = -1;
 
@@ -83,6 +89,26 @@ void fillOrderParam(const COrderTradeParam& tradeParam, COrderParam& order) {
     order.m_strTradeText2 = tradeParam.m_strTradeText2;
     order.m_strTradeText3 = tradeParam.m_strTradeText3;
 }
+
+/// Appends a new order to the list and removes it again unless it is kept. So an order is read in its place
+/// and is never moved. The list must not be changed by others meanwhile.
+class CNewOrder {
+public:
+    explicit CNewOrder(QVector<COrderParam>& orders) : m_orders(orders) { orders.resize(orders.size() + 1); }
+    ~CNewOrder() {
+        if (!m_bKept) m_orders.resize(m_orders.size() - 1);
+    }
+    CNewOrder(const CNewOrder&) = delete;
+    CNewOrder& operator=(const CNewOrder&) = delete;
+
+    COrderParam& operator*() const { return m_orders.last(); }
+    COrderParam* operator->() const { return &m_orders.last(); }
+    void keep() { m_bKept = true; }
+
+private:
+    QVector<COrderParam>& m_orders;
+    bool m_bKept = false;
+};
 
 } // namespace
 
@@ -140,8 +166,7 @@ TypeReturn COrderFileParser::parseLineParam(std::string& line, int rowPosition) 
         applyTradeParam(m_nFilledOrders);
         return TR_LINE_DONE;
     }
-    utils::string_replace(line, kBlank);
-    utils::string_replace(line, '\r');
+    removeBlanks(line);
     if (std::exchange(m_bFirstLine, false)) {
         const TypeReturn result = parseFirstLineParam(line);
         if (result != TR_PLAIN_LINE) return result;
@@ -152,6 +177,7 @@ TypeReturn COrderFileParser::parseLineParam(std::string& line, int rowPosition) 
 }
 
 bool COrderFileParser::parseCancel(const std::string& line) {
+    if (line.empty() || line.front() != kCancelWord.front()) return false; // the usual line, without a search
     const std::string_view word = firstWord(line);
     if (word != kCancelWord && word != kCancelOrderWord) return false;
     const CFields fields(line, kBlank);
@@ -269,17 +295,19 @@ TypeReturn COrderFileParser::parsePlainLine(const std::string& line, int rowPosi
     if (fields.size() < 2) return ignoreLine(line, QString::fromUtf8(kTooFewFields));
     const bool isTableRow = m_strategy.m_nAccountMode == COrderStrategyParam::kTableMode;
     const CLineOrigin source{m_nChannel, isTableRow, rowPosition};
-    COrderParam parsed = parsePlainOrder(fields, source);
-    if (parsed.m_nOrderType == kOrderBasketWhole && takeWholeBasket(fields, source, parsed))
+    CNewOrder parsed(m_orders);
+    parsePlainOrder(fields, source, m_codes, *parsed);
+    if (parsed->m_nOrderType == kOrderBasketWhole && takeWholeBasket(fields, source, *parsed))
         return TR_STOP_READING;
-    if (parsed.m_nChannel == m_nChannel) {
-        m_orders.push_back(std::move(parsed));
+    const int channel = parsed->m_nChannel;
+    if (channel == m_nChannel) {
+        parsed.keep();
         return TR_PLAIN_LINE;
     }
-    ignoreLine(line, foreignChannel(parsed.m_nChannel));
+    ignoreLine(line, foreignChannel(channel));
     m_port.showNote(m_port.sourceTitle(m_strategy.m_eStrategyType) +
                     utils::fillText(QStringLiteral("　通道号: %1, 中间文件中指定的通道号为 %2, 忽略!"),
-                                    {QString::number(m_nChannel), QString::number(parsed.m_nChannel)}));
+                                    {QString::number(m_nChannel), QString::number(channel)}));
     return TR_PLAIN_LINE;
 }
 

@@ -93,6 +93,7 @@ private:
     COrderParam m_order;      ///< the basket or list order of the file
     COrderTradeParam m_tradeParam;
     QVector<COrderParam> m_orders;
+    CRecentCodes m_codes;
     int m_nFilledOrders = 0; ///< number of orders in m_orders that have their trade parameters
     int m_nUnreadTradeParams = 0;
     ERest m_eRest = ERest::Grammar;

@@ -112,7 +112,7 @@ std::unique_ptr<ILineSource> COrderFileSourceKind::take(int channel, const COrde
     // A file that is already under the .tmp name is not read either: no pass of this process took it, and its
     // orders may have been placed before a crash.
     if (::rename(source.c_str(), (source + kTmpSuffix).c_str()) != 0) {
-        tellLeftWaiting(channel, strategy, std::string("it cannot be renamed: ") + std::strerror(errno));
+        reportLeftWaiting(channel, strategy, std::string("it cannot be renamed: ") + std::strerror(errno));
         return nullptr;
     }
     m_leftWaiting.erase(strategy.m_strSignalSource);
@@ -137,7 +137,7 @@ bool COrderFileSourceKind::isFileThere(int channel, const COrderStrategyParam& s
     if (waiting.m_strCause.empty()) {
         m_leftWaiting.erase(strategy.m_strSignalSource);
     } else {
-        tellLeftWaiting(channel, strategy, waiting.m_strCause);
+        reportLeftWaiting(channel, strategy, waiting.m_strCause);
     }
     return false;
 }
@@ -159,14 +159,14 @@ bool COrderFileSourceKind::clearTmpPath(int channel, const COrderStrategyParam& 
     if (kept.m_bMoved) {
         tellAudit(report);
     } else {
-        tellLeftWaiting(channel, strategy, "a file is left under its .tmp name, and " + kept.m_strTrouble);
+        reportLeftWaiting(channel, strategy, "a file is left under its .tmp name, and " + kept.m_strTrouble);
     }
     return kept.m_bMoved;
 }
 
 /// Reports why a file has to wait, but only the first time.
-void COrderFileSourceKind::tellLeftWaiting(int channel, const COrderStrategyParam& strategy,
-                                           const std::string& cause) {
+void COrderFileSourceKind::reportLeftWaiting(int channel, const COrderStrategyParam& strategy,
+                                             const std::string& cause) {
     if (!m_leftWaiting.insert(strategy.m_strSignalSource).second) return;
     CIntakeReport report = makeIntakeReport(channel, strategy);
     report.m_bLeftWaiting = true;

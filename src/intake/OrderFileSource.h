@@ -27,7 +27,7 @@ public:
 private:
     bool isFileThere(int channel, const COrderStrategyParam& strategy);
     bool clearTmpPath(int channel, const COrderStrategyParam& strategy, bool isGuarded);
-    void tellLeftWaiting(int channel, const COrderStrategyParam& strategy, const std::string& cause);
+    void reportLeftWaiting(int channel, const COrderStrategyParam& strategy, const std::string& cause);
 
     CKeptFiles m_kept;
     std::set<QString> m_leftWaiting; ///< paths of files that cannot be taken and were reported

@@ -15,13 +15,6 @@ QString text(std::string_view field) {
     return UW::sToQs(field.data(), field.size());
 }
 
-/// Gives the order its only line. The vector is created with its size, because appending would reserve more
-/// memory than needed.
-COrderSingleParam& addLine(COrderParam& order) {
-    order.m_orders = QVector<COrderSingleParam>(1);
-    return order.m_orders.first();
-}
-
 void readOptional(const CFields& fields, std::size_t index, int& value) {
     if (fields.has(index) && !fields[index].empty()) value = strictInt(fields[index]);
 }
@@ -30,8 +23,8 @@ void readOptional(const CFields& fields, std::size_t index, double& value) {
     if (fields.has(index) && !fields[index].empty()) value = strictDouble(fields[index]);
 }
 
-void readCode(const CFields& fields, std::size_t index, COrderSingleParam& line) {
-    if (fields.has(index)) line.m_strCode = codeOfField(fields[index]);
+void readCode(const CFields& fields, std::size_t index, CRecentCodes& codes, COrderSingleParam& line) {
+    if (fields.has(index)) line.m_strCode = codes.codeOf(fields[index]);
 }
 
 /// A limit price is treated as given if its field exists, even if the field is empty.
@@ -41,11 +34,11 @@ void readLimit(const CFields& fields, std::size_t index, bool& given, double& li
     limit = fields[index].empty() ? kUnsetDouble : strictDouble(fields[index]);
 }
 
-void parseFutureForm(const CFields& fields, std::size_t next, COrderParam& order) {
+void parseFutureForm(const CFields& fields, std::size_t next, CRecentCodes& codes, COrderParam& order) {
     if (!fields.has(next)) return;
-    COrderSingleParam& line = addLine(order);
+    COrderSingleParam& line = setOnlyLine(order);
     line.m_dPrice = strictDouble(fields[next]);
-    readCode(fields, next + 1, line);
+    readCode(fields, next + 1, codes, line);
     readOptional(fields, next + 2, line.m_nVolume);
     readLimit(fields, next + 3, line.m_bHasFirstLimit, line.m_dFirstLimit);
     readLimit(fields, next + 4, line.m_bHasSecondLimit, line.m_dSecondLimit);
@@ -53,7 +46,7 @@ void parseFutureForm(const CFields& fields, std::size_t next, COrderParam& order
 
 void parseAmountForm(const CFields& fields, std::size_t next, COrderParam& order) {
     if (!fields.has(next)) return;
-    COrderSingleParam& line = addLine(order);
+    COrderSingleParam& line = setOnlyLine(order);
     line.m_dAmount = strictDouble(fields[next]);
 }
 
@@ -75,22 +68,22 @@ std::size_t readPriceCommand(const CFields& fields, std::size_t next, const CLin
 }
 
 void parseOptionForm(const CFields& fields, std::size_t next, const CLineOrigin& source, bool mayLackFields,
-                     COrderParam& order) {
+                     CRecentCodes& codes, COrderParam& order) {
     if (!mayLackFields && !fields.has(next)) return;
-    COrderSingleParam& line = addLine(order);
+    COrderSingleParam& line = setOnlyLine(order);
     const std::size_t price = readPriceCommand(fields, next, source, line);
     if (fields.has(price)) line.m_dPrice = strictDouble(fields[price]);
-    readCode(fields, price + 1, line);
+    readCode(fields, price + 1, codes, line);
     if (fields.has(price + 2)) line.m_nVolume = strictInt(fields[price + 2]);
     readAccount(fields, price + 3, source, line, order);
 }
 
-void parseGeneralForm(const CFields& fields, std::size_t next, const CLineOrigin& source,
+void parseGeneralForm(const CFields& fields, std::size_t next, const CLineOrigin& source, CRecentCodes& codes,
                       COrderParam& order) {
-    COrderSingleParam& line = addLine(order);
+    COrderSingleParam& line = setOnlyLine(order);
     const std::size_t price = readPriceCommand(fields, next, source, line);
     readOptional(fields, price, line.m_dPrice);
-    readCode(fields, price + 1, line);
+    readCode(fields, price + 1, codes, line);
     readOptional(fields, price + 2, line.m_nVolume);
     if (source.m_bTableRow) readAccount(fields, price + 3, source, line, order);
 }
@@ -101,8 +94,20 @@ std::size_t firstOrderField(const CLineOrigin& source) {
     return source.m_bTableRow ? 1 : 2;
 }
 
-COrderParam parsePlainOrder(const CFields& fields, const CLineOrigin& source) {
-    COrderParam order;
+const QString& CRecentCodes::codeOf(std::string_view field) {
+    std::size_t hash = field.size();
+    for (const char byte : field)
+        hash = hash * 31 + static_cast<unsigned char>(byte);
+    CEntry& entry = m_entries[hash % m_entries.size()];
+    if (entry.m_strField != field) {
+        entry.m_code = codeOfField(field);
+        entry.m_strField = field;
+    }
+    return entry.m_code;
+}
+
+void parsePlainOrder(const CFields& fields, const CLineOrigin& source, CRecentCodes& codes,
+                     COrderParam& order) {
     order.m_nOrderType = strictInt(fields[0]);
     order.m_nChannel = source.m_nChannel;
     order.m_eStrategyType = source.m_bTableRow ? EOrderStrategyType::BatchPending : EOrderStrategyType::File;
@@ -111,27 +116,26 @@ COrderParam parsePlainOrder(const CFields& fields, const CLineOrigin& source) {
         if (!isUniversal(channel)) order.m_nChannel = channel;
     }
     const COrderNumber* row = findOrderNumber(order.m_nOrderType);
-    if (row == nullptr) return order;
+    if (row == nullptr) return;
     order.m_nTradeTypeOverride = static_cast<int>(row->m_eLineFamily);
     const std::size_t next = firstOrderField(source);
     switch (row->m_eLineForm) {
     case EOrderLineForm::Future:
-        parseFutureForm(fields, next, order);
+        parseFutureForm(fields, next, codes, order);
         break;
     case EOrderLineForm::General:
-        parseGeneralForm(fields, next, source, order);
+        parseGeneralForm(fields, next, source, codes, order);
         break;
     case EOrderLineForm::Amount:
         parseAmountForm(fields, next, order);
         break;
     case EOrderLineForm::Option:
-        parseOptionForm(fields, next, source, row->has(kFlagMayLackFields), order);
+        parseOptionForm(fields, next, source, row->has(kFlagMayLackFields), codes, order);
         break;
     case EOrderLineForm::Whole:
     case EOrderLineForm::None:
         break;
     }
-    return order;
 }
 
 void readBasketRow(const CFields& fields, COrderSingleParam& row) {

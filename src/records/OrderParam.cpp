@@ -77,6 +77,11 @@ bool isUniversal(int channel) {
     return channel == 0;
 }
 
+COrderSingleParam& setOnlyLine(COrderParam& order) {
+    order.m_orders = QVector<COrderSingleParam>(1);
+    return order.m_orders.first();
+}
+
 QString codeOfField(std::string_view field) {
     return field == "0" ? QString() : UW::sToQs(field.data(), field.size());
 }

@@ -32,9 +32,9 @@ struct ConnData {
     ELoginState m_eLoginState = ELoginState::Fresh;
     std::string m_strUser; ///< the last name given by `user`
 
-    CLineFraming m_framing;      ///< cuts m_buffer into lines
-    int m_nFailedLogins = 0;     ///< failed `pass` lines since the last successful one
-    double m_dStrangerSince = 0; ///< utils::getTime() when it connected or was last logged out, seconds
+    CLineFraming m_framing;         ///< cuts m_buffer into lines
+    int m_nFailedLogins = 0;        ///< failed `pass` lines since the last successful one
+    double m_dNotLoggedInSince = 0; ///< utils::getTime() when it connected or was last logged out, seconds
 
     std::string m_strAddress;            ///< the peer's address group, see CFailedLogins::groupOf
     COrderCredit::CAccountPtr m_account; ///< its share of the service's queue; null without the guard

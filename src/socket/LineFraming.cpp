@@ -18,7 +18,13 @@ std::string_view CLineFraming::line(std::string_view bytes) const {
 }
 
 void CLineFraming::compact(QByteArray& buffer) {
-    buffer.remove(0, static_cast<int>(m_nBegin));
+    const bool isAllTaken = m_nBegin == static_cast<std::size_t>(buffer.size());
+    if (isAllTaken && buffer.capacity() > kKeptWhenEmpty) {
+        buffer = QByteArray();
+    } else if (m_nBegin > 0) {
+        buffer.reserve(buffer.size()); // otherwise an empty buffer would be freed
+        buffer.remove(0, static_cast<int>(m_nBegin));
+    }
     if (buffer.capacity() > kKeptRoom && buffer.size() < kKeptRoom) buffer.squeeze();
     m_nLooked -= m_nBegin;
     m_nBegin = m_nEnd = 0;

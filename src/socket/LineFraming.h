@@ -21,6 +21,8 @@ class CLineFraming {
 public:
     /// Capacity that an almost empty buffer may keep, in bytes.
     static constexpr int kKeptRoom = 128 * 1024;
+    /// Capacity that an empty buffer may keep, in bytes. Most clients send one line at a time.
+    static constexpr int kKeptWhenEmpty = 1024;
 
     /// Looks for the end of the first line that was not taken. Finds the same line again until take() is
     /// called.

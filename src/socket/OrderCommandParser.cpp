@@ -36,8 +36,9 @@ QString text(std::string_view field) {
 }
 
 /// Reads price, code and volume from the third field on. Code and volume are read only if their fields exist.
-COrderSingleParam readCommonLine(const CFields& fields) {
-    COrderSingleParam line;
+COrderSingleParam& readCommonLine(const CReading& reading) {
+    const CFields& fields = reading.fields;
+    COrderSingleParam& line = setOnlyLine(reading.order);
     line.m_dPrice = strictDouble(fields[2]);
     if (fields.has(3)) line.m_strCode = codeOfField(fields[3]);
     if (fields.has(4)) line.m_nVolume = strictInt(fields[4]);
@@ -46,29 +47,26 @@ COrderSingleParam readCommonLine(const CFields& fields) {
 
 bool readFuture(const CReading& reading) {
     const CFields& fields = reading.fields;
-    COrderSingleParam line = readCommonLine(fields);
+    COrderSingleParam& line = readCommonLine(reading);
     line.m_bHasFirstLimit = fields.has(5);
     if (line.m_bHasFirstLimit) line.m_dFirstLimit = strictDouble(fields[5]);
     line.m_bHasSecondLimit = fields.has(6);
     if (line.m_bHasSecondLimit) line.m_dSecondLimit = strictDouble(fields[6]);
-    reading.order.m_orders.push_back(std::move(line));
     return true;
 }
 
 bool readPlain(const CReading& reading) {
-    COrderSingleParam line = readCommonLine(reading.fields);
+    COrderSingleParam& line = readCommonLine(reading);
     if (reading.order.m_nOrderType == kOrderCreditAmount) line.m_dAmount = line.m_dPrice;
-    reading.order.m_orders.push_back(std::move(line));
     return true;
 }
 
 bool readReversed(const CReading& reading) {
     const CFields& fields = reading.fields;
-    COrderSingleParam line;
+    COrderSingleParam& line = setOnlyLine(reading.order);
     if (fields.has(2)) line.m_strCode = codeOfField(fields[2]);
     if (fields.has(3)) line.m_nVolume = strictInt(fields[3]);
     if (fields.has(4)) line.m_dPrice = strictDouble(fields[4]);
-    reading.order.m_orders.push_back(std::move(line));
     return true;
 }
 

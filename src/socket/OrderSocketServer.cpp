@@ -36,7 +36,8 @@ constexpr const char* kNotLoggedIn = "User Not Login";
 constexpr const char* kBadLogin = "User or Pass is Not Right";
 
 void writeOk(std::vector<unsigned char>& reply) {
-    std::snprintf(reinterpret_cast<char*>(reply.data()), reply.size(), "+OK\r\n");
+    constexpr std::string_view kOk("+OK\r\n\0", 6);
+    std::copy(kOk.begin(), kOk.end(), reply.begin());
 }
 
 void writeError(std::vector<unsigned char>& reply, const char* text) {
@@ -100,8 +101,9 @@ COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string 
                                        IStrategyRegistry& registry, QString source,
                                        std::shared_ptr<COrderCredit> credit)
     : net::NetServer(io, ip, port, false, false), m_strUser(std::move(user)), m_strPass(std::move(pass)),
-      m_gate(gate), m_registry(registry), m_strSource(std::move(source)), m_guard(!m_strUser.empty()),
-      m_watch(io), m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
+      m_reply(kReplySize), m_gate(gate), m_registry(registry), m_strSource(std::move(source)),
+      m_guard(!m_strUser.empty()), m_watch(io),
+      m_credit(credit ? std::move(credit) : std::make_shared<COrderCredit>()),
       m_loop(std::make_shared<CLoopPost>(io)),
       m_loginDelays([this](const net::NetConnectionPtr& conn) { refuse(conn, m_guard.refuseDelay(true)); }),
       m_delayWatch(io) {
@@ -115,13 +117,13 @@ COrderSocketServer::~COrderSocketServer() {
     for (const auto& [conn, data] : m_connections) {
         if (data->m_account) m_credit->close(*data->m_account);
     }
-    tellUntoldRefusals();
+    reportCountedRefusals();
 }
 
 int COrderSocketServer::stop() {
     const int result = net::NetServer::stop();
     m_loop->close();
-    tellUntoldRefusals();
+    reportCountedRefusals();
     return result;
 }
 
@@ -215,7 +217,7 @@ void COrderSocketServer::stopAtLineFeed(const net::NetConnectionPtr& conn) {
         return;
     }
     conn->flush();
-    tellDoor(EDoorEvent::Stuck, peerOf(*conn), "a line feed without a carriage return");
+    reportDoor(EDoorEvent::Stuck, peerOf(*conn), "a line feed without a carriage return");
     m_bStuck = true;
     waitForStop();
 }
@@ -223,7 +225,9 @@ void COrderSocketServer::stopAtLineFeed(const net::NetConnectionPtr& conn) {
 COrderSocketServer::ENext COrderSocketServer::takeLine(std::string_view line,
                                                        const net::NetConnectionPtr& conn, ConnData& data) {
     if (const char* word = m_guard.refuseLine(static_cast<int>(line.size()))) return refuse(conn, word);
-    CReply reply(kReplySize);
+    CReply& reply = m_reply;
+    std::fill(reply.begin(), std::find(reply.begin(), reply.end(), 0),
+              0); // clears the reply to the line before
     const CSocketVerb* verb = m_guard.hasZeroByte(line) ? nullptr : CSocketVerb::find(line);
     if (m_guard.isOn() && verb != nullptr && verb->admit != nullptr) {
         const ENext next = (this->*verb->admit)(conn, data);
@@ -256,7 +260,7 @@ COrderSocketServer::ENext COrderSocketServer::refuse(const net::NetConnectionPtr
     CReply reply(kReplySize);
     writeError(reply, word);
     sendText(*conn, reply);
-    tellRefusal(*conn, word);
+    reportRefusal(*conn, word);
     removeConnection(conn);
     forget(conn);
     return ENext::Closed;
@@ -278,8 +282,8 @@ COrderCredit::CAccountPtr COrderSocketServer::openAccount(const net::NetConnecti
 
 /// While the service's queue has too much work, the order waits, and so do all later lines of the client.
 COrderSocketServer::ENext COrderSocketServer::admitOrder(const net::NetConnectionPtr& conn, ConnData& data) {
-    const bool isStranger = data.m_eLoginState != ELoginState::LoggedIn && !m_strUser.empty();
-    if (isStranger || m_credit->mayPlace(*data.m_account)) return ENext::GoOn;
+    const bool isNotLoggedIn = data.m_eLoginState != ELoginState::LoggedIn && !m_strUser.empty();
+    if (isNotLoggedIn || m_credit->mayPlace(*data.m_account)) return ENext::GoOn;
     conn->hold();
     watchConnections();
     return ENext::Held;
@@ -317,8 +321,8 @@ void COrderSocketServer::lookAtClock() {
 /// From now on the connection is not logged in, and its time limit to log in starts.
 void COrderSocketServer::startLoginClock(ConnData& data) {
     if (!m_guard.isOn() || m_strUser.empty()) return;
-    data.m_dStrangerSince = utils::getTime();
-    m_dNextDeadline = std::min(m_dNextDeadline, data.m_dStrangerSince + CSocketGuard::kLoginSeconds);
+    data.m_dNotLoggedInSince = utils::getTime();
+    m_dNextDeadline = std::min(m_dNextDeadline, data.m_dNotLoggedInSince + CSocketGuard::kLoginSeconds);
     watchConnections();
 }
 
@@ -440,7 +444,7 @@ void COrderSocketServer::closeSilent() {
         } else {
             // A connection whose `pass` waits can be past its time limit. Checking it again in a second is
             // early enough.
-            const double due = std::max(data->m_dStrangerSince + CSocketGuard::kLoginSeconds, now + 1);
+            const double due = std::max(data->m_dNotLoggedInSince + CSocketGuard::kLoginSeconds, now + 1);
             m_dNextDeadline = std::min(m_dNextDeadline, due);
         }
     }
@@ -448,24 +452,24 @@ void COrderSocketServer::closeSilent() {
         refuse(conn, m_guard.refuseSilence(*m_connections.at(conn), now));
 }
 
-void COrderSocketServer::tellRefusal(const net::NetConnection& conn, const char* word) {
+void COrderSocketServer::reportRefusal(const net::NetConnection& conn, const char* word) {
     const std::optional<int> others = m_refusals.count(utils::getTime());
     if (!others) return;
     std::string cause = word;
     if (*others > 0) cause += ", and " + std::to_string(*others) + " others before it";
-    tellDoor(EDoorEvent::Refused, peerOf(conn), cause);
+    reportDoor(EDoorEvent::Refused, peerOf(conn), cause);
 }
 
 /// If the count cannot be reported, the stop still succeeds.
-void COrderSocketServer::tellUntoldRefusals() noexcept {
+void COrderSocketServer::reportCountedRefusals() noexcept {
     try {
-        const int others = m_refusals.takeUntold();
-        if (others > 0) tellDoor(EDoorEvent::Refused, {}, std::to_string(others) + " others");
+        const int others = m_refusals.takeNotReported();
+        if (others > 0) reportDoor(EDoorEvent::Refused, {}, std::to_string(others) + " others");
     } catch (...) {
     }
 }
 
-void COrderSocketServer::tellDoor(EDoorEvent event, const QString& peer, const std::string& cause) const {
+void COrderSocketServer::reportDoor(EDoorEvent event, const QString& peer, const std::string& cause) const {
     CDoorReport report;
     report.m_eEvent = event;
     report.m_strSource = m_strSource;

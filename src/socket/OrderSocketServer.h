@@ -92,9 +92,9 @@ private:
     void logOut(ConnData& data);
     void watchConnections();
     void closeSilent();
-    void tellRefusal(const net::NetConnection& conn, const char* word);
-    void tellUntoldRefusals() noexcept;
-    void tellDoor(EDoorEvent event, const QString& peer, const std::string& cause) const;
+    void reportRefusal(const net::NetConnection& conn, const char* word);
+    void reportCountedRefusals() noexcept;
+    void reportDoor(EDoorEvent event, const QString& peer, const std::string& cause) const;
 
     void onUser(std::string_view argument, ConnData& data, CReply& reply);
     void onPass(std::string_view argument, ConnData& data, CReply& reply);
@@ -105,6 +105,7 @@ private:
 
     const std::string m_strUser;
     const std::string m_strPass;
+    CReply m_reply; ///< for the current line: a line allocates no memory for its reply
     std::map<net::NetConnectionPtr, ConnDataPtr, boost::owner_less<net::NetConnectionPtr>> m_connections;
     QSet<int> m_strategyIds;
 

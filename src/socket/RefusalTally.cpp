@@ -8,19 +8,19 @@ std::optional<int> CRefusalTally::count(double now) {
     const std::lock_guard lock(m_mutex);
     if (now - m_dSecond >= 1) {
         m_dSecond = now;
-        m_nTold = 0;
+        m_nReported = 0;
     }
-    if (m_nTold >= kToldPerSecond) {
-        ++m_nUntold;
+    if (m_nReported >= kReportsPerSecond) {
+        ++m_nNotReported;
         return std::nullopt;
     }
-    ++m_nTold;
-    return std::exchange(m_nUntold, 0);
+    ++m_nReported;
+    return std::exchange(m_nNotReported, 0);
 }
 
-int CRefusalTally::takeUntold() {
+int CRefusalTally::takeNotReported() {
     const std::lock_guard lock(m_mutex);
-    return std::exchange(m_nUntold, 0);
+    return std::exchange(m_nNotReported, 0);
 }
 
 } // namespace TC

@@ -9,20 +9,20 @@ namespace TC {
 /// so that they cannot fill the host's records. Thread-safe.
 class CRefusalTally {
 public:
-    static constexpr int kToldPerSecond = 10;
+    static constexpr int kReportsPerSecond = 10;
 
     /// Counts one refusal. If it must be reported, returns how many unreported refusals were counted before
     /// it. Otherwise returns nothing. `now` is utils::getTime().
     std::optional<int> count(double now);
 
     /// Returns how many refusals were counted and not reported, and sets that count to 0.
-    int takeUntold();
+    int takeNotReported();
 
 private:
     std::mutex m_mutex;
     double m_dSecond = 0; ///< start of the current second, in utils::getTime()
-    int m_nTold = 0;      ///< refusals reported in that second
-    int m_nUntold = 0;
+    int m_nReported = 0;  ///< refusals reported in that second
+    int m_nNotReported = 0;
 };
 
 } // namespace TC

@@ -41,8 +41,8 @@ const char* CSocketGuard::refuseSilence(const ConnData& connection, double now) 
     // A connection whose `pass` is delayed is not treated as silent.
     const bool isWaiting =
         m_bNeedsLogin && connection.m_eLoginState != ELoginState::LoggedIn && !connection.m_passSince;
-    return m_bOn && isWaiting && now - connection.m_dStrangerSince >= kLoginSeconds ? "No Login In Time"
-                                                                                    : nullptr;
+    return m_bOn && isWaiting && now - connection.m_dNotLoggedInSince >= kLoginSeconds ? "No Login In Time"
+                                                                                       : nullptr;
 }
 
 } // namespace TC

@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* kStartFailed = "启动socket服务失败（可能因为端口被占用或其它原因）";
 
-void tellDoor(EDoorEvent event, const QString& source, const QString& cause = {}) {
+void reportDoor(EDoorEvent event, const QString& source, const QString& cause = {}) {
     CDoorReport report;
     report.m_eEvent = event;
     report.m_strSource = source;
@@ -140,7 +140,7 @@ void CSocketListeners::open(const COrderStrategyParam& strategy, QString& error)
         m_socketParams.remove(source);
         throw;
     }
-    tellDoor(EDoorEvent::Opened, source, openingNote(source, port));
+    reportDoor(EDoorEvent::Opened, source, openingNote(source, port));
 }
 
 /// Must be the last step of a start: a thread whose listener is not on the list could not be stopped.
@@ -179,7 +179,7 @@ void CSocketListeners::close(QString source) {
     if (!wrapper) return;
     stopListener(*wrapper);
     m_socketServers.remove(source);
-    tellDoor(EDoorEvent::Closed, source);
+    reportDoor(EDoorEvent::Closed, source);
 }
 
 void CSocketListeners::stopListener(COrderSocketServerWrapper& wrapper) {

@@ -183,7 +183,7 @@ TEST_F(BasketFile, WholeBasketBuysEveryRowAndEndsTheFile) {
     EXPECT_EQ(orders[0].m_orders[0].m_dWeight, 0.5);
 }
 
-TEST_F(BasketFile, WholeBasketComesBehindTheOrdersBeforeIt) {
+TEST_F(BasketFile, WholeBasketFollowsTheOrdersBeforeIt) {
     addBasket(QStringLiteral("abc"));
     const auto orders = read({"23,0,1,600000,1", "34,0,abc", "23,0,2,600000,1"});
     ASSERT_EQ(orders.size(), 2);

@@ -40,7 +40,7 @@ TEST_F(FileLoop, LoopSleepsTheIntervalBetweenPasses) {
     EXPECT_EQ(gate.batches.size(), 1u);
 }
 
-TEST_F(FileLoop, LoopReadsTheIntervalAnewAndCountsFromTheLastPass) {
+TEST_F(FileLoop, LoopReadsTheIntervalAgainAndMeasuresFromTheLastPass) {
     addStrategy(3, "a.txt");
     folder.write("a.txt", "");
     host.user.interval = 50;

@@ -141,7 +141,7 @@ TEST_F(FileService, FolderAtThePathStaysAndIsReportedOnce) {
     EXPECT_EQ(report().m_strCause, QStringLiteral("it is a folder"));
 }
 
-TEST_F(FileService, WhatComesBackToThePathIsReportedAgain) {
+TEST_F(FileService, AnObstacleThatReturnsToThePathIsReportedAgain) {
     addStrategy(3, "a.txt");
     std::filesystem::create_directory(folder.path("a.txt"));
     service.tryOrder();
@@ -355,7 +355,7 @@ TEST_F(FileService, EncipheredFilesAndTablesStayUntouched) {
     EXPECT_TRUE(folder.exists("b.txt"));
 }
 
-TEST_F(FileService, AnExceptionEndsThePassForTheStrategiesBehindIt) {
+TEST_F(FileService, AnExceptionEndsThePassForTheStrategiesAfterIt) {
     addStrategy(3, "a.txt");
     addStrategy(4, "b.txt");
     folder.write("a.txt", "");

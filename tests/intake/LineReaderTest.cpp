@@ -48,7 +48,7 @@ TEST(LineReader, LineOf2046BytesIsWhole) {
     EXPECT_EQ(readAll(line + "\r\ny"), (Lines{line + "\n", "y"}));
 }
 
-TEST(LineReader, LineOf2047BytesLeavesItsLineFeedBehind) {
+TEST(LineReader, LineOf2047BytesLeavesItsLineFeedForTheNextLine) {
     const std::string line(2047, 'x');
     EXPECT_EQ(readAll(line + "\ny"), (Lines{line, "\n", "y"}));
     EXPECT_EQ(readAll(line + "\r\ny"), (Lines{line, "\n", "y"}));

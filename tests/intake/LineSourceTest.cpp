@@ -126,7 +126,7 @@ TEST_F(LineSource, WithoutABatchNothingIsReportedOrPlaced) {
     EXPECT_EQ(steps, CSteps{"take"});
 }
 
-TEST_F(LineSource, AFailureBehindTheLinesKeepsTheirOrders) {
+TEST_F(LineSource, AFailureAfterTheLinesKeepsTheirOrders) {
     add(3).waiting.push_back({{"23,1,10.5,600000,100"}, true});
     runPass();
     EXPECT_EQ(steps, (CSteps{"take", "end", "finish after 1 orders", "report", "gate", "let go"}));

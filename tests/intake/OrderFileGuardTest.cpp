@@ -81,7 +81,7 @@ TEST_F(OrderFileGuard, WithoutTheSwitchDamagedFilesAreReadAsEver) {
     EXPECT_FALSE(folder.exists("rejected"));
 }
 
-TEST_F(OrderFileGuard, WhatASlowWriterStillWritesGoesIntoTheKeptFile) {
+TEST_F(OrderFileGuard, BytesThatASlowWriterAddsAreInTheKeptFile) {
     std::ofstream writer(folder.path("a.txt"), std::ios::binary);
     service.tryOrder(); // before the first byte is written
     writer << "23,0,10.5,600000,100\n" << std::flush;

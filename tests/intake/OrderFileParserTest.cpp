@@ -364,7 +364,7 @@ TEST_F(OrderFileParser, TradeParametersWithoutEqualsSignAreTheirOwnText) {
     EXPECT_EQ(port.paramTexts, std::vector<std::string>{"orderParamX"});
 }
 
-TEST_F(OrderFileParser, TextBehindTheFirstEqualsSignCounts) {
+TEST_F(OrderFileParser, TextAfterTheFirstEqualsSignIsUsed) {
     parse("orderParam=a=b");
     EXPECT_EQ(port.paramTexts, std::vector<std::string>{"a=b"});
 }
@@ -411,6 +411,45 @@ TEST_F(OrderFileParser, ALineThatBeginsWithOrderParamIsNeverAnOrder) {
 TEST_F(OrderFileParser, ABlankBeforeOrderParamMakesItAPlainLine) {
     EXPECT_EQ(parse(" orderParam=x"), TR_LINE_DONE);
     EXPECT_TRUE(port.paramTexts.empty());
+}
+
+TEST_F(OrderFileParser, OrdersOfTheSameInstrumentShareTheTextOfItsCode) {
+    const auto orders = read({"23,0,1,600000,1", "0,0,1,600000,1,2,3", "23,0,1,600001,1", "48,0,1,600000,1"});
+    ASSERT_EQ(orders.size(), 4);
+    EXPECT_EQ(orders[2].m_orders[0].m_strCode, QStringLiteral("600001"));
+    for (const int i : {1, 3}) {
+        EXPECT_EQ(orders[i].m_orders[0].m_strCode, QStringLiteral("600000"));
+        EXPECT_EQ(orders[i].m_orders[0].m_strCode.constData(), orders[0].m_orders[0].m_strCode.constData());
+    }
+}
+
+TEST_F(OrderFileParser, EveryOrderOfManyInstrumentsHasItsOwnCode) {
+    constexpr int kInstruments = 1000;
+    std::vector<std::string> lines;
+    for (int i = 0; i < 2 * kInstruments; ++i)
+        lines.push_back("23,0,1," + std::to_string(600000 + i % kInstruments) + ",1");
+    const auto orders = read(lines);
+    ASSERT_EQ(orders.size(), 2 * kInstruments);
+    for (int i = 0; i < orders.size(); ++i)
+        EXPECT_EQ(orders[i].m_orders[0].m_strCode, QString::number(600000 + i % kInstruments));
+}
+
+TEST_F(OrderFileParser, CodesOfDifferentBytesAreDifferentCodes) {
+    const auto orders =
+        read({"23,0,1,0,1", "23,0,1,,1", "23,0,1,00,1", "23,0,1,sh600000,1", "23,0,1,SH600000,1"});
+    ASSERT_EQ(orders.size(), 5);
+    const char* expected[] = {"", "", "00", "sh600000", "SH600000"};
+    for (int i = 0; i < orders.size(); ++i)
+        EXPECT_EQ(orders[i].m_orders[0].m_strCode, QString::fromLatin1(expected[i]));
+}
+
+TEST_F(OrderFileParser, AnOrderThatCannotBeReadIsNotInTheBatch) {
+    EXPECT_EQ(parse("23,0,1,600000,1"), TR_PLAIN_LINE);
+    EXPECT_THROW(parse("23,0,1,600001,x"), boost::bad_lexical_cast);
+    EXPECT_EQ(parse("23,9,1,600002,1"), TR_PLAIN_LINE) << "an order of another channel";
+    const auto orders = parser().takeOrders();
+    ASSERT_EQ(orders.size(), 1);
+    EXPECT_EQ(orders[0].m_orders[0].m_strCode, QStringLiteral("600000"));
 }
 
 TEST_F(OrderFileParser, RoomForTheOrdersOfALargeFileIsBounded) {

@@ -71,12 +71,12 @@ TEST_F(OrderFileSource, GivesTheLinesOfTheFileAndDeletesItWhenItLetsGo) {
     EXPECT_TRUE(folder.exists("a.txt.tmp"));
     EXPECT_EQ(source->bytes(), 29);
     EXPECT_EQ(linesOf(*source), (CLines{"23,0,10.5,600000,100\n", "24,0\n", "25"}));
-    CIntakeReport told;
-    source->finish(told);
+    CIntakeReport reported;
+    source->finish(reported);
     EXPECT_TRUE(folder.exists("a.txt.tmp"));
     source.reset();
     EXPECT_FALSE(folder.exists("a.txt.tmp"));
-    EXPECT_FALSE(told.m_bCutShort);
+    EXPECT_FALSE(reported.m_bCutShort);
     EXPECT_TRUE(host.audit.reports.empty());
 }
 
@@ -94,7 +94,7 @@ TEST_F(OrderFileSource, NothingIsTakenOrReportedWithoutAFile) {
     EXPECT_TRUE(host.audit.reports.empty());
 }
 
-TEST_F(OrderFileSource, AnErrorWhileReadingIsThrownBehindTheLinesBeforeIt) {
+TEST_F(OrderFileSource, AnErrorWhileReadingIsThrownAfterTheLinesBeforeIt) {
     std::filesystem::create_symlink("/proc/self/mem", folder.path("a.txt"));
     const auto source = take();
     ASSERT_NE(source, nullptr);
@@ -114,19 +114,19 @@ TEST_F(OrderFileSource, ADamagedFileIsRefusedUnderTheGuardOnly) {
     EXPECT_FALSE(folder.exists("a.txt.tmp"));
 }
 
-TEST_F(OrderFileSource, WhatIsWrittenBehindTheLookOfTheGuardIsNotRead) {
+TEST_F(OrderFileSource, BytesWrittenAfterTheCheckOfTheGuardAreNotRead) {
     turnGuardOn();
     folder.write("a.txt", "23,0\n");
     auto source = take();
     ASSERT_NE(source, nullptr);
     folder.write("a.txt.tmp", "23,0\n24,0\n");
     EXPECT_EQ(linesOf(*source), CLines{"23,0\n"});
-    CIntakeReport told;
-    source->finish(told);
-    EXPECT_TRUE(told.m_bCutShort);
-    EXPECT_TRUE(told.m_strKeptAs.contains(QStringLiteral("a.txt.cut.")));
+    CIntakeReport reported;
+    source->finish(reported);
+    EXPECT_TRUE(reported.m_bCutShort);
+    EXPECT_TRUE(reported.m_strKeptAs.contains(QStringLiteral("a.txt.cut.")));
     source.reset();
-    EXPECT_TRUE(std::filesystem::exists(told.m_strKeptAs.toStdString()));
+    EXPECT_TRUE(std::filesystem::exists(reported.m_strKeptAs.toStdString()));
 }
 
 /// The link's target is deleted after the file was checked and before it is taken.

@@ -40,7 +40,7 @@ TEST_F(TakenFile, NeverOverwritesAnother) {
     EXPECT_EQ(folder.read("rejected/a.txt.20260105-093000-000-3"), "3");
 }
 
-TEST_F(TakenFile, GoesBesideItsPathWithoutAFolder) {
+TEST_F(TakenFile, IsMovedNextToItsPathWithoutAFolder) {
     const CPutAside aside = put("1", "");
     EXPECT_TRUE(aside.m_bMoved);
     EXPECT_EQ(aside.m_strPath, folder.path("a.txt.rejected-20260105-093000-000"));
@@ -48,7 +48,7 @@ TEST_F(TakenFile, GoesBesideItsPathWithoutAFolder) {
     EXPECT_EQ(folder.read("a.txt.rejected-20260105-093000-000"), "1");
 }
 
-TEST_F(TakenFile, GoesBesideItsPathIfTheFolderCannotBeMade) {
+TEST_F(TakenFile, IsMovedNextToItsPathIfTheFolderCannotBeCreated) {
     folder.write("rejected", "a file");
     const CPutAside aside = put("1", folder.path("rejected"));
     EXPECT_TRUE(aside.m_bMoved);
@@ -58,7 +58,7 @@ TEST_F(TakenFile, GoesBesideItsPathIfTheFolderCannotBeMade) {
 }
 
 /// A file cannot be renamed to another file system. /proc is another file system.
-TEST_F(TakenFile, GoesBesideItsPathIfTheFolderIsOnAnotherFileSystem) {
+TEST_F(TakenFile, IsMovedNextToItsPathIfTheFolderIsOnAnotherFileSystem) {
     const CPutAside aside = put("1", "/proc/self");
     EXPECT_TRUE(aside.m_bMoved);
     EXPECT_EQ(aside.m_strTrouble, "it cannot be moved to /proc/self: Invalid cross-device link");

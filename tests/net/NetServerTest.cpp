@@ -103,7 +103,7 @@ TEST_F(NetServer, ServesSeveralConnections) {
     EXPECT_EQ(a.readLine(), "first\n");
 }
 
-TEST_F(NetServer, GreetingGoesOutBeforeAnythingIsRead) {
+TEST_F(NetServer, GreetingIsSentBeforeAnythingIsRead) {
     stop();
     boost::asio::io_service io;
     const auto server = boost::make_shared<CEchoServer>(io, "127.0.0.1", 0, false, false);
@@ -117,7 +117,7 @@ TEST_F(NetServer, GreetingGoesOutBeforeAnythingIsRead) {
     thread.join();
 }
 
-TEST_F(NetServer, OrderlyEndAndBrokenConnectionAreTold) {
+TEST_F(NetServer, OrderlyEndAndBrokenConnectionAreReported) {
     {
         CTestSocket orderly(port());
         orderly.send("x\n");
@@ -250,7 +250,7 @@ TEST_F(NetServer, HeldConnectionIsReadAgainAfterItsRelease) {
     EXPECT_EQ(m_server->waitForEvents(4).back(), "released");
 }
 
-TEST_F(NetServer, EndOfAHeldConnectionIsToldAfterItsRelease) {
+TEST_F(NetServer, EndOfAHeldConnectionIsReportedAfterItsRelease) {
     CTestSocket client(port());
     client.send("hold");
     m_server->waitForEvents(2);

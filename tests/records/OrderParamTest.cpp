@@ -24,6 +24,24 @@ TEST(OrderParam, NewLineIsNotSet) {
     EXPECT_EQ(static_cast<int>(line.m_ePriceType), -1);
 }
 
+/// Many orders wait in the queue at once.
+TEST(OrderParam, RecordsHaveNoGapsBetweenTheirFields) {
+    constexpr std::size_t kLineFields = 3 * sizeof(QString) + 5 * sizeof(double) + 4 * sizeof(int) + 2;
+    EXPECT_LT(sizeof(COrderSingleParam), kLineFields + alignof(COrderSingleParam));
+    constexpr std::size_t kOrderFields = 6 * sizeof(int) + 1 + sizeof(QVector<COrderSingleParam>) +
+                                         2 * sizeof(QString) + 7 * sizeof(std::string);
+    EXPECT_LT(sizeof(COrderParam), kOrderFields + alignof(COrderParam));
+}
+
+TEST(OrderParam, TheOnlyLineReplacesAllLinesAndReservesNoMore) {
+    COrderParam order;
+    order.m_orders.resize(3);
+    setOnlyLine(order).m_nVolume = 7;
+    ASSERT_EQ(order.m_orders.size(), 1);
+    EXPECT_EQ(order.m_orders[0].m_nVolume, 7);
+    EXPECT_EQ(order.m_orders.capacity(), 1);
+}
+
 TEST(OrderParam, NewOrderIsNotSet) {
     const COrderParam order;
     EXPECT_EQ(order.m_nOrderType, 0x7fffffff);

@@ -64,4 +64,22 @@ TEST(StrategyParam, EverySlotIsASettingOfItsOwn) {
     }
 }
 
+TEST(StrategyParam, NewStrategyHasDefaultSettings) {
+    const COrderStrategyParam strategy;
+    for (int slot = 0; slot < kSettingSlots; ++slot) {
+        const COrderSetting& setting = strategy.setting(static_cast<ESettingSlot>(slot));
+        EXPECT_EQ(setting.m_ePriceType, EPriceType::Latest);
+        EXPECT_EQ(setting.m_strCmdLog, "");
+    }
+}
+
+TEST(StrategyParam, AChangedSettingDoesNotReachCopies) {
+    COrderStrategyParam strategy;
+    strategy.setting(ESettingSlot::Gold).m_strCmdLog = "first";
+    const COrderStrategyParam copy = strategy;
+    strategy.setting(ESettingSlot::Gold).m_strCmdLog = "second";
+    EXPECT_EQ(copy.setting(ESettingSlot::Gold).m_strCmdLog, "first");
+    EXPECT_EQ(COrderStrategyParam().setting(ESettingSlot::Gold).m_strCmdLog, "");
+}
+
 } // namespace

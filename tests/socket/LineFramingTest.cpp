@@ -87,7 +87,7 @@ TEST_F(LineFraming, BytesBeforeTheFirstLineAreNotLookedAt) {
     EXPECT_EQ(framing.next(bytes.substr(1)), EFrame::LoneFeed);
 }
 
-TEST_F(LineFraming, ALineThatIsNotTakenComesAgain) {
+TEST_F(LineFraming, ALineThatIsNotTakenIsFoundAgain) {
     append("one\r\ntwo\r\n");
     ASSERT_EQ(next(), EFrame::Line);
     framing.take();
@@ -139,6 +139,27 @@ TEST_F(LineFraming, ABufferKeepsTheRoomThatItsBytesNeed) {
     EXPECT_EQ(takeAll(), CLines{"one\r\n"});
     EXPECT_EQ(bytes(), rest);
     EXPECT_GE(buffer.capacity(), buffer.size());
+}
+
+TEST_F(LineFraming, AnEmptyBufferKeepsTheMemoryOfOneLine) {
+    append("placeorder 23,3,10.5,600000,100\r\n");
+    takeAll();
+    append("a"); // an own buffer from here on
+    const char* memory = buffer.constData();
+    append("bc\r\n");
+    takeAll();
+    ASSERT_TRUE(buffer.isEmpty());
+    EXPECT_GT(buffer.capacity(), 0);
+    append("abc\r\n");
+    EXPECT_EQ(static_cast<const void*>(buffer.constData()), memory);
+}
+
+TEST_F(LineFraming, AnEmptyBufferFreesTheMemoryOfManyLines) {
+    for (int i = 0; i < 2 * CLineFraming::kKeptWhenEmpty; ++i)
+        append("\r\n");
+    takeAll();
+    EXPECT_TRUE(buffer.isEmpty());
+    EXPECT_EQ(buffer.capacity(), 0);
 }
 
 } // namespace

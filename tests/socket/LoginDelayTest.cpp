@@ -112,7 +112,7 @@ TEST_F(LoginDelay, AddressRecoversAfterAMinute) {
     logIn();
 }
 
-TEST_F(LoginDelay, LinesBehindAPasswordWaitForIt) {
+TEST_F(LoginDelay, LinesAfterAPasswordWaitForIt) {
     start();
     const auto trader = logIn();
     fail(CFailedLogins::kFree);

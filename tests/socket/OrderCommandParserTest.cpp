@@ -139,7 +139,7 @@ TEST_F(OrderCommandParser, PlainLine) {
     EXPECT_TRUE(lineOf("23,3,10.5,0,100").m_strCode.isEmpty());
 }
 
-TEST_F(OrderCommandParser, AmountStandsWithNumber32Alone) {
+TEST_F(OrderCommandParser, OnlyNumber32HasAnAmount) {
     const COrderSingleParam line = lineOf("32,3,50000.5");
     EXPECT_EQ(line.m_dAmount, 50000.5);
     EXPECT_EQ(line.m_dPrice, 50000.5);

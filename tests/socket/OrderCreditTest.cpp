@@ -143,7 +143,7 @@ TEST_F(OrderCredit, EndedAccountIsNotWoken) {
     EXPECT_EQ(placeAll(b, tickets) + placeAll(c, tickets), kRoom);
 }
 
-TEST_F(OrderCredit, LongOrderGoesOutWholeAndCountsWithItsLines) {
+TEST_F(OrderCredit, LongOrderIsPlacedWholeAndNeedsRoomForItsLines) {
     const auto a = open("a"), b = open("b");
     ASSERT_TRUE(credit->mayPlace(*a));
     auto basket = credit->charge(a, 10 * kRoom);
@@ -153,7 +153,7 @@ TEST_F(OrderCredit, LongOrderGoesOutWholeAndCountsWithItsLines) {
     EXPECT_EQ(woken, (std::vector<std::string>{"b", "a"}));
 }
 
-TEST_F(OrderCredit, OrderWithoutLinesCountsAsOne) {
+TEST_F(OrderCredit, OrderWithoutLinesNeedsRoomForOne) {
     const auto a = open("a");
     CTickets tickets;
     for (int i = 0; i < kShare; ++i)

@@ -163,7 +163,7 @@ TEST_F(OrderFlood, CancelsAreHeldBackInTheirOrder) {
     EXPECT_EQ(slow.longestQueue(), kShare);
 }
 
-TEST_F(OrderFlood, LinesBehindAHeldOrderWaitForIt) {
+TEST_F(OrderFlood, LinesAfterAHeldOrderWaitForIt) {
     start();
     const auto bystander = logIn();
     CFlooder flooder(logIn(), orderLines(1, 100) + "nonsense\r\nquit\r\n");
@@ -195,7 +195,7 @@ TEST_F(OrderFlood, HalfClosedClientGetsAllItsReplies) {
 
 /// The server's first read takes 1024 bytes. After exactly 1024 bytes it may see the end of the stream at
 /// once.
-TEST_F(OrderFlood, EndOfTheStreamThatComesWithTheOrdersWaitsForThem) {
+TEST_F(OrderFlood, EndOfTheStreamWaitsForTheOrdersBeforeIt) {
     constexpr std::size_t kFirstRead = 1024;
     constexpr int kOrders = 40, kRounds = 30;
     start();
@@ -242,7 +242,7 @@ TEST_F(OrderFlood, ListenerStopsWhileConnectionsAreHeld) {
     EXPECT_EQ(slow.workedOff().size(), kShare);
 }
 
-TEST_F(OrderFlood, BasketCountsWithItsRows) {
+TEST_F(OrderFlood, BasketNeedsRoomForEachOfItsRows) {
     registry.strategies.insert(3, CStrategyBuilder());
     start();
     const auto bystander = logIn();

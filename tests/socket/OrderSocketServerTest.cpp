@@ -49,7 +49,19 @@ TEST_F(OrderSocketServer, LinesOfOnePacketAreServedInOrder) {
     EXPECT_EQ(gate.batches.size(), 1u);
 }
 
-TEST_F(OrderSocketServer, LinesBehindAStopAreNotServed) {
+TEST_F(OrderSocketServer, AReplyHasNothingOfALongerReplyBeforeIt) {
+    start("", "");
+    const auto client = connect();
+    client->send("placeorder 36,3,x\r\nuser a\r\nnonsense\r\nplaceorder 23,3,1\r\n");
+    EXPECT_EQ(client->readLine(), "-ERR Bad Param" + utils::safeUtf82Gbk("参数有误") + "\r\n");
+    EXPECT_EQ(client->readLine(), kOk);
+    EXPECT_EQ(client->readLine(), kBadCommand);
+    EXPECT_EQ(client->readLine(), kOk);
+    stop();
+    EXPECT_EQ(client->readAll(), "");
+}
+
+TEST_F(OrderSocketServer, LinesAfterAStopAreNotServed) {
     start("", "");
     gate.onPlace = [this] { server().stop(); };
     const auto client = connect();
@@ -68,7 +80,7 @@ TEST_F(OrderSocketServer, WhatIsNoCommandIsAnswered) {
         EXPECT_EQ(client->ask(line), kBadCommand) << line;
 }
 
-TEST_F(OrderSocketServer, VerbsNeedNoBlankBehindThem) {
+TEST_F(OrderSocketServer, VerbsNeedNoBlankAfterThem) {
     start();
     const auto client = connect();
     EXPECT_EQ(client->ask("usertrader"), kOk);
@@ -89,7 +101,7 @@ TEST_F(OrderSocketServer, ArgumentsAreTrimmedAndEndAtAZeroByte) {
 
 // Login.
 
-TEST_F(OrderSocketServer, PassWithoutUserFailsAndCountsAsAName) {
+TEST_F(OrderSocketServer, PassWithoutUserFailsAndSetsTheNamedState) {
     start("", "secret");
     const auto client = connect();
     EXPECT_EQ(client->ask("pass secret"), kBadLogin);
@@ -262,7 +274,7 @@ TEST_F(OrderSocketServer, CancelTakesOneNumber) {
 
 // The end of connections.
 
-TEST_F(OrderSocketServer, QuitDropsWhatStandsBehindIt) {
+TEST_F(OrderSocketServer, QuitDropsTheLinesAfterIt) {
     start();
     const auto client = logIn();
     client->send("quit\r\ncancel 1\r\n");

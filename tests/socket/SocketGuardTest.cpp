@@ -36,12 +36,12 @@ protected:
         }
         return causes;
     }
-    /// Connects this number of strangers, one after the other. Each is refused.
-    void refuse(int strangers) {
-        for (int i = 0; i < strangers; ++i) {
-            CTestSocket stranger(m_nPort);
-            stranger.send("\n");
-            stranger.readAll();
+    /// Connects this number of clients, one after the other. Each is refused.
+    void refuse(int clients) {
+        for (int i = 0; i < clients; ++i) {
+            CTestSocket client(m_nPort);
+            client.send("\n");
+            client.readAll();
         }
     }
 };
@@ -73,35 +73,35 @@ TEST_F(SocketGuard, RepliesOfOrdersInFrontOfARefusalArrive) {
     EXPECT_EQ(replies.size(), kOrders * 5 + std::string("-ERR Line Not Ended By CR LF\r\n").size());
 }
 
-TEST_F(SocketGuard, FloodOfRefusalsIsCountedRatherThanTold) {
+TEST_F(SocketGuard, FloodOfRefusalsIsCountedAndNotReportedOneByOne) {
     start();
     const auto trader = logIn();
     refuse(50);
     clock.sleep(2);
     refuse(1);
     EXPECT_EQ(trader->ask("cancel 1"), "+OK\r\n");
-    const auto told = refusals();
-    ASSERT_EQ(told.size(), 11u);
-    EXPECT_EQ(told.back(), "Line Not Ended By CR LF, and 40 others before it");
+    const auto reported = refusals();
+    ASSERT_EQ(reported.size(), 11u);
+    EXPECT_EQ(reported.back(), "Line Not Ended By CR LF, and 40 others before it");
 }
 
-TEST_F(SocketGuard, RefusalsThatWereOnlyCountedAreToldWhenTheListenerCloses) {
+TEST_F(SocketGuard, CountedRefusalsAreReportedWhenTheListenerCloses) {
     start();
     refuse(50);
-    const auto told = refusals();
-    ASSERT_EQ(told.size(), 11u);
-    EXPECT_EQ(told[9], "Line Not Ended By CR LF");
-    EXPECT_EQ(told.back(), "40 others");
+    const auto reported = refusals();
+    ASSERT_EQ(reported.size(), 11u);
+    EXPECT_EQ(reported[9], "Line Not Ended By CR LF");
+    EXPECT_EQ(reported.back(), "40 others");
 }
 
-TEST_F(SocketGuard, WhatWasToldOnceIsNotToldAgain) {
+TEST_F(SocketGuard, AReportedRefusalIsNotReportedAgain) {
     start();
     refuse(11);
     clock.sleep(1);
     refuse(1);
-    const auto told = refusals();
-    ASSERT_EQ(told.size(), 11u);
-    EXPECT_EQ(told.back(), "Line Not Ended By CR LF, and 1 others before it");
+    const auto reported = refusals();
+    ASSERT_EQ(reported.size(), 11u);
+    EXPECT_EQ(reported.back(), "Line Not Ended By CR LF, and 1 others before it");
 }
 
 TEST_F(SocketGuard, WhoLogsOutHasAMinuteAgain) {
@@ -164,18 +164,18 @@ TEST_F(SocketGuard, LineWithAZeroByteIsNoCommand) {
 }
 
 TEST_F(SocketGuard, RefusedConnectionsThatDoNotCloseAreBounded) {
-    constexpr std::ptrdiff_t kMost = CSocketGuard::kMaxEnding, kStrangers = kMost + 30;
+    constexpr std::ptrdiff_t kMost = CSocketGuard::kMaxEnding, kRefused = kMost + 30;
     start();
     const auto trader = logIn();
     const std::ptrdiff_t before = openSockets();
-    std::vector<std::unique_ptr<CTestSocket>> strangers;
-    for (std::ptrdiff_t i = 0; i < kStrangers; ++i) {
-        strangers.push_back(connect());
-        strangers.back()->send("\n");
-        EXPECT_EQ(strangers.back()->readAll(), "-ERR Line Not Ended By CR LF\r\n");
+    std::vector<std::unique_ptr<CTestSocket>> clients;
+    for (std::ptrdiff_t i = 0; i < kRefused; ++i) {
+        clients.push_back(connect());
+        clients.back()->send("\n");
+        EXPECT_EQ(clients.back()->readAll(), "-ERR Line Not Ended By CR LF\r\n");
     }
     EXPECT_EQ(trader->ask("cancel 1"), "+OK\r\n");
-    EXPECT_EQ(openSockets() - before, kStrangers + kMost);
+    EXPECT_EQ(openSockets() - before, kRefused + kMost);
 }
 
 TEST_F(SocketGuard, AThousandConnectionsFit) {

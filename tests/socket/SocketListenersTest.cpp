@@ -123,14 +123,14 @@ TEST_F(SocketListeners, LeavingWhatNeverListenedIsNoError) {
     EXPECT_TRUE(error.isEmpty());
 }
 
-TEST_F(SocketListeners, CountedRefusalsAreToldBeforeTheDoorCloses) {
+TEST_F(SocketListeners, CountedRefusalsAreReportedBeforeTheDoorCloses) {
     const CFakeClock clock;
     host.switches.on.insert("mdl_order_socket_guard");
     ASSERT_TRUE(join(onPort(1, port)));
     for (int i = 0; i < 15; ++i) {
-        CTestSocket stranger(port);
-        stranger.send("\n");
-        stranger.readAll();
+        CTestSocket client(port);
+        client.send("\n");
+        client.readAll();
     }
     EXPECT_TRUE(listeners.leave(onPort(1, port), error));
     listeners.joinAll();
