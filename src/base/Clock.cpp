@@ -1,13 +1,44 @@
 #include "orderservice/base/Clock.h"
 
 #include "orderservice/base/StopRequest.h"
+#include "orderservice/base/TimeText.h"
 
 #include <atomic>
 #include <chrono>
+#include <cstdio>
+#include <ctime>
 #include <thread>
 
 namespace utils {
 namespace {
+
+/// The text of one second. Each thread keeps its own, so no lock is needed.
+struct CSecondText {
+    std::time_t second = -1;
+    char text[64] = "";
+};
+
+const char* secondText(std::time_t second) {
+    thread_local CSecondText kept;
+    if (kept.second == second) return kept.text;
+    ::tzset(); // the user may have changed the time zone
+    std::tm local{};
+    ::localtime_r(&second, &local);
+    std::strftime(kept.text, sizeof kept.text, "%Y-%m-%dT%H:%M:%S", &local);
+    kept.second = second;
+    return kept.text;
+}
+
+std::string textOf(std::chrono::system_clock::time_point time) {
+    using namespace std::chrono;
+    const auto second = floor<seconds>(time);
+    const auto milliseconds =
+        static_cast<int>(duration_cast<std::chrono::milliseconds>(time - second).count());
+    char fraction[16];
+    std::snprintf(fraction, sizeof fraction, ".%03d", milliseconds);
+    return secondText(system_clock::to_time_t(time_point_cast<system_clock::duration>(second))) +
+           std::string(fraction);
+}
 
 class CMachineClock : public IClock {
 public:
@@ -57,6 +88,12 @@ void sleepUnlessStopped(double seconds, const CStopRequest& stop) {
 
 QDateTime currentDateTime() {
     return clock().currentDateTime();
+}
+
+std::string currentTimeText() {
+    if (IClock* installed = s_installedClock.load())
+        return installed->currentDateTime().toString(Qt::ISODateWithMs).toStdString();
+    return textOf(std::chrono::system_clock::now());
 }
 
 } // namespace utils
