@@ -36,6 +36,9 @@ class CDesk {
 public:
     /// The sink receives the messages for the user. It must outlive the desk.
     CDesk(std::string folder, CDeskConfig config, CTextSink& sink);
+    ~CDesk();
+    CDesk(const CDesk&) = delete;
+    CDesk& operator=(const CDesk&) = delete;
 
     /// Opens journal and store. Must be called once, before all other calls. A failure names the cause.
     [[nodiscard]] utils::KNError open();

@@ -55,7 +55,7 @@ void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std:
 
 void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     // If the journal refuses this record, it also refuses the commands of these orders, and each is reported.
-    (void)m_journal.append("intake", intakeFields(report));
+    (void)m_journal.append(intakeRecord(report));
     const std::string source = report.m_strSource.toStdString();
     if (report.m_nUnreadTradeParams != 0)
         m_sink.writeLine(source + " has " + counted(report.m_nUnreadTradeParams, "orderParam line") +

@@ -8,7 +8,7 @@ namespace desk {
 
 void CDeskMsgService::showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool, bool,
                               const QString&) {
-    (void)m_journal.append("message", messageFields(text, type, level));
+    m_journal.post(messageRecord(text, type, level));
     m_sink.writeLine(text.toStdString());
 }
 
