@@ -1,55 +1,66 @@
 #include "desk/host/BrokerJournal.h"
 
-#include "orderservice/kit/JsonValues.h"
+#include "desk/journal/FieldText.h"
 
 namespace desk {
 namespace {
 
-using kit::enumValue;
-using kit::numberValue;
-
-CJson referenceValue(const CBrokerEvent& event) {
-    return event.m_nReference != 0 ? CJson(event.m_nReference) : CJson();
+void addReference(const CBrokerEvent& event, CFieldText& fields) {
+    if (event.m_nReference != 0)
+        fields.add("command", event.m_nReference);
+    else
+        fields.addNull("command");
 }
 
-CJson orderFields(const CBrokerEvent& event) {
+CJournalRecord orderRecord(const CBrokerEvent& event) {
     const CPaperOrder& order = event.m_order;
-    return CJson{{"event", event.m_nNumber},
-                 {"command", referenceValue(event)},
-                 {"order", order.m_nId},
-                 {"task", order.m_nTask},
-                 {"account", order.m_strAccount},
-                 {"stock", order.m_strStock},
-                 {"operation_type", enumValue(order.m_eOperation)},
-                 {"price_type", enumValue(order.m_ePriceType)},
-                 {"price", order.m_nPrice == 0 ? CJson() : CJson(fromMoney(order.m_nPrice))},
-                 {"volume", numberValue(order.m_nVolume)},
-                 {"status", statusWord(order.m_eStatus)},
-                 {"filled", order.m_nFilled},
-                 {"filled_amount", fromMoney(order.m_nFilledAmount)},
-                 {"reason", order.m_strReason}};
+    CFieldText fields;
+    fields.add("event", event.m_nNumber);
+    addReference(event, fields);
+    fields.add("order", order.m_nId);
+    fields.add("task", order.m_nTask);
+    fields.add("account", order.m_strAccount);
+    fields.add("stock", order.m_strStock);
+    fields.add("operation_type", order.m_eOperation);
+    fields.add("price_type", order.m_ePriceType);
+    if (order.m_nPrice == 0)
+        fields.addNull("price");
+    else
+        fields.add("price", fromMoney(order.m_nPrice));
+    fields.add("volume", order.m_nVolume);
+    fields.add("status", statusWord(order.m_eStatus));
+    fields.add("filled", order.m_nFilled);
+    fields.add("filled_amount", fromMoney(order.m_nFilledAmount));
+    fields.add("reason", order.m_strReason);
+    return {"order", fields.text(), {event.m_nNumber, {}, order.m_nId, {}}};
 }
 
-CJson fillFields(const CBrokerEvent& event) {
+CJournalRecord fillRecord(const CBrokerEvent& event) {
     const CPaperOrder& order = event.m_order;
-    return CJson{{"event", event.m_nNumber},
-                 {"command", referenceValue(event)},
-                 {"fill", event.m_fill.m_nId},
-                 {"order", order.m_nId},
-                 {"task", order.m_nTask},
-                 {"account", order.m_strAccount},
-                 {"stock", order.m_strStock},
-                 {"operation_type", enumValue(order.m_eOperation)},
-                 {"price", fromMoney(event.m_fill.m_nPrice)},
-                 {"volume", event.m_fill.m_nVolume}};
+    CFieldText fields;
+    fields.add("event", event.m_nNumber);
+    addReference(event, fields);
+    fields.add("fill", event.m_fill.m_nId);
+    fields.add("order", order.m_nId);
+    fields.add("task", order.m_nTask);
+    fields.add("account", order.m_strAccount);
+    fields.add("stock", order.m_strStock);
+    fields.add("operation_type", order.m_eOperation);
+    fields.add("price", fromMoney(event.m_fill.m_nPrice));
+    fields.add("volume", event.m_fill.m_nVolume);
+    return {"fill", fields.text(), {event.m_nNumber, {}, {}, event.m_fill.m_nId}};
 }
 
 } // namespace
 
-bool journalBrokerEvent(CJournal& journal, const CBrokerEvent& event) {
-    const utils::KNError error = event.isFill() ? journal.append("fill", fillFields(event))
-                                                : journal.append("order", orderFields(event));
-    return error.isSuccess();
+std::size_t journalBrokerEvents(CJournal& journal, const std::vector<CBrokerEvent>& events) {
+    // While the journal fails, many events may wait for it. They must not be written as text at each attempt.
+    if (journal.isFailed()) return 0;
+    std::vector<CJournalRecord> records;
+    records.reserve(events.size());
+    for (const CBrokerEvent& event : events)
+        records.push_back(event.isFill() ? fillRecord(event) : orderRecord(event));
+    return journal.appendAll(records);
 }
 
 } // namespace desk

@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
+#include <vector>
 
 namespace desk {
 namespace {
@@ -25,7 +26,7 @@ QString rejectedFolder(const std::string& folder) {
 CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
     : m_strFolder(std::move(folder)), m_config(std::move(config)), m_sink(sink),
       m_market(m_config.instruments, m_config.quotes, m_config.quoteChanges), m_orderLines(sink),
-      m_broker(m_market, [this](const CBrokerEvent& event) { return takeEvent(event); }),
+      m_broker(m_market, [this](const std::vector<CBrokerEvent>& events) { return takeEvents(events); }),
       m_guard(m_journal, sink, [this] { m_broker.deliverEvents(); }), m_user(m_config), m_userManager(m_user),
       m_orders(m_journal, m_broker, sink, m_config.acceptForcedConfirm),
       m_trade(m_journal, m_broker, m_market, sink, m_config.accounts),
@@ -35,6 +36,10 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_switches(m_config.switches), m_audit(m_journal, sink, rejectedFolder(m_strFolder)),
       m_strategyFile(m_strFolder, m_config), m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
       m_interfaces(m_strFolder, m_config.settings, m_framework) {}
+
+CDesk::~CDesk() {
+    m_broker.stopWorker(); // it uses members that are destroyed before the broker
+}
 
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
@@ -49,15 +54,17 @@ utils::KNError CDesk::open() {
     if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
     // Without a `stopped` record in the journal, the next start would report that this run was interrupted.
     if (!result.isSuccess()) (void)m_journal.close("not started: " + result.errorMsg());
+    if (result.isSuccess()) m_broker.startWorker();
     return result;
 }
 
 /// Writes a broker event to the journal, and then to the screen. False if the journal refuses it: the broker
 /// delivers it again later.
-bool CDesk::takeEvent(const CBrokerEvent& event) {
-    if (!journalBrokerEvent(m_journal, event)) return false;
-    m_orderLines.take(event);
-    return true;
+std::size_t CDesk::takeEvents(const std::vector<CBrokerEvent>& events) {
+    const std::size_t taken = journalBrokerEvents(m_journal, events);
+    for (std::size_t i = 0; i < taken; ++i)
+        m_orderLines.take(events[i]);
+    return taken;
 }
 
 /// Tells broker and order service that the date has changed. If the store fails, the next round tries again.
@@ -131,6 +138,7 @@ std::int64_t CDesk::activity() const {
 }
 
 utils::KNError CDesk::close(const std::string& reason) {
+    m_broker.stopWorker();
     m_guard.checkFile();
     // If the journal is moved away before the next start, it cannot tell the broker which events it has.
     const utils::KNError stored = m_broker.storeDelivered();

@@ -37,6 +37,9 @@ class CDesk {
 public:
     /// The sink receives the messages for the user. It must outlive the desk.
     CDesk(std::string folder, CDeskConfig config, CTextSink& sink);
+    ~CDesk();
+    CDesk(const CDesk&) = delete;
+    CDesk& operator=(const CDesk&) = delete;
 
     /// Opens journal and store. Must be called once, before all other calls. A failure names the cause.
     [[nodiscard]] utils::KNError open();
@@ -71,7 +74,7 @@ public:
 private:
     QString whyRefused(const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& all) const;
     void followTradingDay();
-    bool takeEvent(const CBrokerEvent& event);
+    std::size_t takeEvents(const std::vector<CBrokerEvent>& events);
 
     std::string m_strFolder;
     CDeskConfig m_config;

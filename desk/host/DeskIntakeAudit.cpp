@@ -113,7 +113,7 @@ void noteFailedCancel(CJournal& journal, CTextSink& sink, int taskId, const std:
 
 void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     // If the journal refuses this record, it also refuses the commands of these orders, and each is reported.
-    const bool isRecorded = m_journal.append("intake", intakeFields(report)).isSuccess();
+    const bool isRecorded = m_journal.append(intakeRecord(report)).isSuccess();
     const std::string text = fileText(report);
     if (!text.empty())
         m_sink.writeFloodLine(EFloodLine::File, isRecorded, report.m_strSource.toStdString() + text);

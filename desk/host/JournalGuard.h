@@ -24,10 +24,10 @@ public:
     CJournalGuard(const CJournalGuard&) = delete;
     CJournalGuard& operator=(const CJournalGuard&) = delete;
 
-    /// Once a second by the clock of base/Clock.h, checks whether the journal's file was deleted, moved or
-    /// cut, and tells the user. At the first journal failure it pauses the intake and tells the user once.
-    /// Then it probes the journal at each call. When a probe succeeds, it tells the user and lets the intake
-    /// continue.
+    /// Writes the records that were only posted. Once a second by the clock of base/Clock.h, checks whether
+    /// the journal's file was deleted, moved or cut, and tells the user. At the first journal failure it
+    /// pauses the intake and tells the user once. Then it probes the journal at each call. When a probe
+    /// succeeds, it tells the user and lets the intake continue.
     void poll();
 
     /// Checks at once whether the journal's file was deleted, moved or cut, and tells the user.

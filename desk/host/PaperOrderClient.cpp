@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <utility>
+
 namespace desk {
 namespace {
 
@@ -19,11 +21,8 @@ void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
     if (!command) return;
     if (command->m_bForceConfirm && !m_bAcceptForcedConfirm) return decline(*command);
     int task = 0;
-    std::int64_t seq = 0;
-    if (const utils::KNError error = record(*command, task, seq); !error.isSuccess())
-        return refuse("it cannot be recorded: " + error.errorMsg(), 0);
-    const utils::KNError error = m_broker.placeCommand(*command, seq, task);
-    if (!error.isSuccess()) return refuse(error.errorMsg(), seq);
+    const utils::KNError error = pass(command, task);
+    if (!error.isSuccess()) return refuse("it cannot be recorded: " + error.errorMsg(), 0);
     if (command->m_codes.empty())
         m_sink.writeFloodLine(EFloodLine::Message, true,
                               "task " + std::to_string(task) +
@@ -31,15 +30,24 @@ void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
                                   "paper broker makes no order of it");
 }
 
-utils::KNError CPaperOrderClient::record(const TC::COrderComandParam& command, int& task, std::int64_t& seq) {
+utils::KNError CPaperOrderClient::pass(const TC::COrderComandParamPtr& command, int& task) {
     const std::lock_guard lock(m_mutex);
-    task = m_broker.reserveTask();
-    return m_journal.append("command", commandFields(command, task), &seq);
+    CQueuedCommand queued;
+    queued.m_command = command;
+    queued.m_nTask = task = m_broker.reserveTask();
+    const utils::KNError error =
+        m_journal.append(commandRecord(*command, queued.m_nTask), &queued.m_nReference);
+    if (!error.isSuccess()) return error;
+    queued.m_onRefused = [this, seq = queued.m_nReference](const utils::KNError& refusal) {
+        refuse(refusal.errorMsg(), seq);
+    };
+    m_broker.queueCommand(std::move(queued));
+    return {};
 }
 
 void CPaperOrderClient::decline(const TC::COrderComandParam& command) {
     std::int64_t seq = 0;
-    if (const utils::KNError error = m_journal.append("command", commandFields(command, std::nullopt), &seq);
+    if (const utils::KNError error = m_journal.append(commandRecord(command, std::nullopt), &seq);
         !error.isSuccess())
         return refuse("it cannot be recorded: " + error.errorMsg(), 0);
     refuse("it must be confirmed, but the desk cannot ask anybody", seq);

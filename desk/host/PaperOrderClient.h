@@ -28,12 +28,12 @@ public:
     void showTradeError(const QString& text, const QString& title) override;
 
 private:
-    /// Journals the command with the next task number.
-    utils::KNError record(const TC::COrderComandParam& command, int& task, std::int64_t& seq);
+    /// Journals the command with the next task number and queues it. Fails if the journal refuses it.
+    utils::KNError pass(const TC::COrderComandParamPtr& command, int& task);
     void decline(const TC::COrderComandParam& command);
     void refuse(const std::string& text, std::int64_t commandSeq);
 
-    std::mutex m_mutex; ///< so that commands are recorded in the order of their tasks
+    std::mutex m_mutex; ///< so that commands are recorded and queued in the order of their tasks
     CJournal& m_journal;
     CPaperBroker& m_broker;
     CTextSink& m_sink;

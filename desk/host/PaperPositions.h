@@ -14,7 +14,7 @@ namespace desk {
 /// The paper broker's positions, for the order service. Any thread. Broker, quotes and user must outlive it.
 class CPaperPositions {
 public:
-    CPaperPositions(const CPaperBroker& broker, const IQuoteSource& quotes, const TC::CUserConfig& user)
+    CPaperPositions(CPaperBroker& broker, const IQuoteSource& quotes, const TC::CUserConfig& user)
         : m_broker(broker), m_quotes(quotes), m_user(user) {}
 
     /// The account's positions at this moment, or null if the user does not have the account. The result is a
@@ -23,7 +23,7 @@ public:
     boost::shared_ptr<knservice::CAccountData> of(const std::string& accountKey) const;
 
 private:
-    const CPaperBroker& m_broker;
+    CPaperBroker& m_broker;
     const IQuoteSource& m_quotes;
     const TC::CUserConfig& m_user;
 };

@@ -1,8 +1,6 @@
 #include "desk/journal/Journal.h"
 
 #include "desk/journal/JournalTail.h"
-#include "orderservice/base/Clock.h"
-
 #include <nlohmann/json.hpp>
 
 #include <fcntl.h>
@@ -12,31 +10,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <type_traits>
 
 namespace desk {
 namespace {
 
 constexpr mode_t kFileMode = 0600; // only the owner may read orders and accounts
+constexpr std::size_t kMostWaitingBytes = 1 << 16;
 
 std::string systemError() {
     return std::strerror(errno);
-}
-
-std::string recordTime() {
-    return utils::currentDateTime().toString(Qt::ISODateWithMs).toStdString();
-}
-
-/// One line with its newline. Bytes that are not UTF-8 become U+FFFD, so that a bad text never causes the
-/// loss of a record.
-std::string recordLine(const std::string& kind, std::int64_t seq, const CJson& fields) {
-    CJson record;
-    record["kind"] = kind;
-    record["time"] = recordTime();
-    record["seq"] = seq;
-    for (const auto& [key, value] : fields.items())
-        record[key] = value;
-    return record.dump(-1, ' ', false, CJson::error_handler_t::replace) + '\n';
 }
 
 std::int64_t sizeOf(int descriptor) {
@@ -69,7 +51,9 @@ std::string bytesFrom(int descriptor, std::int64_t begin) {
 } // namespace
 
 CJournal::~CJournal() {
-    if (m_nDescriptor >= 0) ::close(m_nDescriptor);
+    if (m_nDescriptor < 0) return;
+    flushWaiting();
+    ::close(m_nDescriptor);
 }
 
 utils::KNError CJournal::open(const std::string& folder) {
@@ -108,33 +92,84 @@ utils::KNError CJournal::open(const std::string& folder) {
 }
 
 utils::KNError CJournal::append(const std::string& kind, const CJson& fields, std::int64_t* seq) {
-    const std::lock_guard lock(m_mutex);
-    if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
-    utils::KNError error = m_failure.isSuccess() ? writeRecord(kind, fields) : m_failure;
-    if (!error.isSuccess()) {
-        ++m_nRefused;
-        return error;
-    }
-    if (seq != nullptr) *seq = m_nLastSeq;
-    keepNumbers(kind, fields);
-    return error;
+    return append(makeRecord(kind, fields), seq);
 }
 
-void CJournal::keepNumbers(const std::string& kind, const CJson& fields) {
-    const auto keep = [&fields](const char* key, auto& last) {
-        const auto value = fields.find(key);
-        using CNumber = std::decay_t<decltype(last)>;
-        if (value != fields.end() && value->is_number_integer()) last = std::max(last, value->get<CNumber>());
+utils::KNError CJournal::append(const CJournalRecord& record, std::int64_t* seq) {
+    const std::lock_guard lock(m_mutex);
+    utils::KNError error;
+    if (write(&record, 1, error) == 0) return error;
+    if (seq != nullptr) *seq = m_nLastSeq;
+    return {};
+}
+
+std::size_t CJournal::appendAll(const std::vector<CJournalRecord>& records) {
+    const std::lock_guard lock(m_mutex);
+    utils::KNError error;
+    return write(records.data(), records.size(), error);
+}
+
+void CJournal::post(const CJournalRecord& record) {
+    const std::lock_guard lock(m_mutex);
+    if (m_nDescriptor < 0) return;
+    if (!m_failure.isSuccess()) {
+        ++m_nRefused;
+        return;
+    }
+    addWaiting(record);
+    if (m_waiting.bytes().size() >= kMostWaitingBytes) flushWaiting();
+}
+
+void CJournal::flush() {
+    const std::lock_guard lock(m_mutex);
+    if (m_nDescriptor >= 0) flushWaiting();
+}
+
+/// Writes the records behind those that wait. Returns how many of `records` are in the file. The error is set
+/// if one of them is not.
+std::size_t CJournal::write(const CJournalRecord* records, std::size_t count, utils::KNError& error) {
+    if (m_nDescriptor < 0) {
+        error = {kJournalClosed, "the journal is not open"};
+        return 0;
+    }
+    if (!m_failure.isSuccess()) {
+        m_nRefused += static_cast<std::int64_t>(count);
+        error = m_failure;
+        return 0;
+    }
+    const std::size_t before = m_waiting.count();
+    for (std::size_t i = 0; i < count; ++i)
+        addWaiting(records[i]);
+    const std::size_t written = writeWaiting(error);
+    m_nRefused += static_cast<std::int64_t>(before + count - written);
+    return written > before ? written - before : 0;
+}
+
+void CJournal::flushWaiting() {
+    utils::KNError error;
+    const std::size_t count = m_waiting.count();
+    m_nRefused += static_cast<std::int64_t>(count - writeWaiting(error));
+}
+
+void CJournal::addWaiting(const CJournalRecord& record) {
+    m_waiting.add(record, m_nLastSeq + static_cast<std::int64_t>(m_waiting.count()) + 1);
+}
+
+void CJournal::keepNumbers(const CJournalNumbers& numbers) {
+    const auto keep = [](const auto& number, auto& last) {
+        if (number) last = std::max(last, *number);
     };
-    if (kind == "command") keep("task", m_nLastTask);
-    if (kind == "order" || kind == "fill") keep("event", m_nLastBrokerEvent);
-    if (kind == "order") keep("order", m_nLastOrder);
-    if (kind == "fill") keep("fill", m_nLastFill);
+    keep(numbers.m_event, m_nLastBrokerEvent);
+    keep(numbers.m_task, m_nLastTask);
+    keep(numbers.m_order, m_nLastOrder);
+    keep(numbers.m_fill, m_nLastFill);
 }
 
 std::string CJournal::checkFile() {
     const std::lock_guard lock(m_mutex);
-    return m_nDescriptor >= 0 ? lookAtFile() : std::string();
+    if (m_nDescriptor < 0) return {};
+    flushWaiting();
+    return lookAtFile();
 }
 
 std::string CJournal::lookAtFile() {
@@ -241,7 +276,7 @@ utils::KNError CJournal::failure() const {
 
 std::int64_t CJournal::lastSeq() const {
     const std::lock_guard lock(m_mutex);
-    return m_nLastSeq;
+    return m_nLastSeq + static_cast<std::int64_t>(m_waiting.count());
 }
 
 bool CJournal::isAfterCrash() const {
@@ -272,6 +307,7 @@ int CJournal::lastFill() const {
 utils::KNError CJournal::close(const std::string& reason) {
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
+    flushWaiting();
     (void)lookAtFile(); // so that the `stopped` record is in the file at the path
     if (!m_failure.isSuccess()) (void)resume();
     utils::KNError error =
@@ -283,17 +319,28 @@ utils::KNError CJournal::close(const std::string& reason) {
     return error;
 }
 
+/// Writes a record of the journal itself. No other line waits then.
 utils::KNError CJournal::writeRecord(const std::string& kind, const CJson& fields) {
-    utils::KNError error = closeHalfLine();
-    if (!error.isSuccess()) return error;
-    const std::string line = recordLine(kind, m_nLastSeq + 1, fields);
+    addWaiting(makeRecord(kind, fields));
+    utils::KNError error;
+    return writeWaiting(error) == 1 ? utils::KNError() : error;
+}
+
+/// Writes all waiting lines with one write. None waits afterwards. Returns how many are in the file; the
+/// others are dropped.
+std::size_t CJournal::writeWaiting(utils::KNError& error) {
+    if (m_waiting.count() == 0) return 0;
+    error = closeHalfLine();
     const std::int64_t before = m_nSize;
-    error = writeBytes(line);
-    // If only the newline could not be written, the record is complete, and the next write adds the newline.
-    // If the record were refused here, it could be written again and be in the journal twice.
-    if (m_nSize - before < static_cast<std::int64_t>(line.size()) - 1) return error;
-    ++m_nLastSeq;
-    return {};
+    if (error.isSuccess()) error = writeBytes(m_waiting.bytes());
+    // If only the newline of a line could not be written, the record is complete, and the next write adds the
+    // newline. If the record were refused here, it could be written again and be in the journal twice.
+    const std::size_t written = m_waiting.completeLines(static_cast<std::size_t>(m_nSize - before));
+    for (std::size_t i = 0; i < written; ++i)
+        keepNumbers(m_waiting.numbers(i));
+    m_nLastSeq += static_cast<std::int64_t>(written);
+    m_waiting.clear();
+    return written;
 }
 
 utils::KNError CJournal::writeBytes(const std::string& bytes) {

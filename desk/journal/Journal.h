@@ -1,12 +1,16 @@
 #pragma once
 
 #include "desk/config/FolderFiles.h"
+#include "desk/journal/JournalRecord.h"
 #include "desk/journal/Json.h"
+#include "desk/journal/WaitingLines.h"
 #include "orderservice/base/KNError.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <vector>
 
 namespace desk {
 
@@ -19,20 +23,23 @@ enum EJournalError : int { kJournalOpenFailed = 1, kJournalWriteFailed = 2, kJou
 /// Keys of a line: `kind` first, then `time` (local, ISO 8601 with milliseconds), `seq` (1, 2, 3 and so on
 /// through the whole file), then the event's own keys. Any thread. Lines are in the order of their seq.
 ///
-/// Durability: each line is one write(2) on a descriptor in append mode. So a line whose append succeeded
-/// survives the process, even after kill -9. fdatasync runs only at close, so a power cut may lose the last
-/// moments. The paper broker's store gives the same guarantee.
+/// Durability: all lines that wait are written with one write(2) on a descriptor in append mode. An append
+/// writes before it returns. So a line whose append succeeded survives the process, even after kill -9. A
+/// line that was only posted waits in memory for the next append or flush, and kill -9 loses it until then.
+/// fdatasync runs only at close, so a power cut may lose the last moments. The paper broker's store gives the
+/// same guarantee.
 ///
 /// checkFile notices if the file was deleted, moved or cut while it is open. The journal then continues in
 /// the file at the path.
 ///
-/// If a write fails or is incomplete, the journal is in the failed state: every append is refused with the
-/// cause until a probe succeeds. After an incomplete write, the partial line is ended with a newline before
+/// If a write fails or is incomplete, the journal is in the failed state: every record is refused with the
+/// cause until a probe succeeds. The lines of that write that are in the file remain records, the others are
+/// refused. After an incomplete write, the partial line is ended with a newline before
 /// anything else is written. Readers show it as damaged.
 class CJournal {
 public:
     CJournal() = default;
-    /// Closes the file without writing a record. For an orderly end call close first.
+    /// Closes the file without writing a record of its own. For an orderly end call close first.
     ~CJournal();
     CJournal(const CJournal&) = delete;
     CJournal& operator=(const CJournal&) = delete;
@@ -46,6 +53,20 @@ public:
     /// stored in `seq`, if given. In the failed state it writes nothing and returns the cause of that state.
     [[nodiscard]] utils::KNError append(const std::string& kind, const CJson& fields,
                                         std::int64_t* seq = nullptr);
+    [[nodiscard]] utils::KNError append(const CJournalRecord& record, std::int64_t* seq = nullptr);
+
+    /// Writes several records with one write, in their order. Returns how many of them, from the first, are
+    /// in the file now; the others are refused.
+    [[nodiscard]] std::size_t appendAll(const std::vector<CJournalRecord>& records);
+
+    /// Takes a record that may be lost if the process is killed, such as a message. It gets its place among
+    /// the lines at once and is written by the next append, flush, checkFile or close, or when many bytes
+    /// wait. In the failed state, or if that write fails, the record is refused, and the next `resumed`
+    /// record counts it.
+    void post(const CJournalRecord& record);
+
+    /// Writes the posted records. The desk calls it in each round of its main loop.
+    void flush();
 
     /// Checks whether the open file is still at the path and still has its written length. If the path has
     /// another file or none, the journal continues in the file at the path and creates it if needed. If the
@@ -80,7 +101,7 @@ public:
     /// Whether the file had lines when it was opened and the last one was not `stopped`.
     bool isAfterCrash() const;
 
-    /// Number of the last record written.
+    /// Number of the last record, posted ones included.
     std::int64_t lastSeq() const;
 
     /// Writes a `stopped` record with the reason, flushes the file to disk and closes it. In the failed state
@@ -88,8 +109,12 @@ public:
     [[nodiscard]] utils::KNError close(const std::string& reason);
 
 private:
+    std::size_t write(const CJournalRecord* records, std::size_t count, utils::KNError& error);
     utils::KNError writeRecord(const std::string& kind, const CJson& fields);
-    void keepNumbers(const std::string& kind, const CJson& fields);
+    std::size_t writeWaiting(utils::KNError& error);
+    void flushWaiting();
+    void addWaiting(const CJournalRecord& record);
+    void keepNumbers(const CJournalNumbers& numbers);
     utils::KNError writeBytes(const std::string& bytes);
     utils::KNError closeHalfLine();
     utils::KNError fail(const std::string& cause);
@@ -103,7 +128,8 @@ private:
     mutable std::mutex m_mutex;
     int m_nDescriptor = -1;
     std::string m_strPath;
-    std::int64_t m_nLastSeq = 0;
+    CWaitingLines m_waiting;     ///< empty in the failed state
+    std::int64_t m_nLastSeq = 0; ///< of the last line in the file
     std::int64_t m_nLastBrokerEvent = 0;
     int m_nLastTask = 0;
     int m_nLastOrder = 0;

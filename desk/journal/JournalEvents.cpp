@@ -1,5 +1,6 @@
 #include "desk/journal/JournalEvents.h"
 
+#include "desk/journal/FieldText.h"
 #include "orderservice/kit/JsonValues.h"
 #include "orderservice/kit/RecordJson.h"
 
@@ -20,15 +21,96 @@ CJson followedBy(CJson first, CJson second) {
     return first;
 }
 
-} // namespace
-
-CJson commandFields(const TC::COrderComandParam& command, std::optional<int> task) {
-    // The task must be the first key, because JournalTail searches for it there.
-    return followedBy(CJson{{"task", task ? CJson(*task) : CJson()}}, kit::commandJson(command));
+void addStock(const TC::CStockInfo& stock, CFieldText& fields) {
+    fields.beginObject("stock");
+    fields.add("market", stock.m_strMarket);
+    fields.add("code", stock.m_strCode);
+    fields.add("name", stock.m_strName);
+    fields.add("product_id", stock.m_strProductId);
+    fields.endObject();
 }
 
-CJson intakeFields(const TC::CIntakeReport& report) {
-    return kit::intakeJson(report);
+void addCode(const TC::CCodeOrderParam& code, CFieldText& fields) {
+    fields.beginObject(nullptr);
+    if (code.m_account)
+        fields.add("account", code.m_account->getKey());
+    else
+        fields.addNull("account");
+    fields.add("hedge_flag", code.m_eHedgeFlag);
+    fields.add("operation_type", code.m_eOperationType);
+    fields.add("order_type", code.m_eOrderType);
+    fields.add("position_type", code.m_ePositionType);
+    addStock(code.m_stock, fields);
+    fields.add("price_type", code.m_ePriceType);
+    fields.add("price", code.m_dPrice);
+    fields.add("volume", code.m_nVolume);
+    fields.add("user_id", code.m_strUserId);
+    fields.add("entrust_type", code.m_eEntrustType);
+    fields.add("contract_text", code.m_strContractText);
+    fields.add("repay_text", code.m_strRepayText);
+    fields.add("quantity_kind", code.m_nQuantityKind);
+    fields.add("quantity", code.m_dQuantity);
+    fields.add("sub_account_kind", code.m_nSubAccountKind);
+    fields.add("sub_account_id", code.m_strSubAccountId);
+    fields.add("over_freq_mode", code.m_nOverFreqMode);
+    fields.endObject();
+}
+
+void addCodesAndWeights(const TC::COrderComandParam& command, CFieldText& fields) {
+    fields.beginList("codes");
+    for (const TC::CCodeOrderParam& code : command.m_codes)
+        addCode(code, fields);
+    fields.endList();
+    fields.beginObject("weights");
+    for (const auto& [account, weight] : command.m_weights)
+        fields.add(account, weight);
+    fields.endObject();
+}
+
+} // namespace
+
+CJournalRecord commandRecord(const TC::COrderComandParam& command, std::optional<int> task) {
+    CFieldText fields;
+    // The task must be the first key, because JournalTail searches for it there.
+    if (task)
+        fields.add("task", *task);
+    else
+        fields.addNull("task");
+    fields.add("trader_type", command.m_eTraderType);
+    fields.add("hedge_type", command.m_eHedgeType);
+    fields.add("btn_type", command.m_eBtnType);
+    addCodesAndWeights(command, fields);
+    fields.add("stop_loss_type", command.m_eStopLossType);
+    fields.add("union", command.m_bUnion);
+    fields.add("extra", kit::documentValue(command.m_extra));
+    fields.add("tag", command.m_strTag);
+    fields.add("algo_param", command.m_strAlgoParam);
+    fields.add("platform", command.m_ePlatform);
+    fields.add("command_flag", command.m_bCommandFlag);
+    fields.add("force_confirm", command.m_bForceConfirm);
+    fields.add("strategy_type", command.m_eStrategyType);
+    fields.add("remark", command.m_strRemark);
+    fields.add("create_time", command.m_strCreateTime);
+    return {"command", fields.text(), {{}, task, {}, {}}};
+}
+
+CJournalRecord intakeRecord(const TC::CIntakeReport& report) {
+    CFieldText fields;
+    fields.add("source", report.m_strSource.toStdString());
+    fields.add("channel", report.m_nChannel);
+    fields.add("strategy_type", report.m_eStrategyType);
+    fields.add("lines", std::int64_t{report.m_nLines});
+    fields.add("orders", std::int64_t{report.m_nOrders});
+    fields.add("unread_params", std::int64_t{report.m_nUnreadTradeParams});
+    fields.add("cut_short", report.m_bCutShort);
+    fields.add("left_waiting", report.m_bLeftWaiting);
+    fields.add("cause", report.m_strCause.toStdString());
+    fields.add("rejected", report.m_bRejected);
+    fields.add("left_over", report.m_bLeftOver);
+    fields.add("kept_as", report.m_strKeptAs.toStdString());
+    fields.add("ignored_lines", std::int64_t{report.m_nIgnoredLines});
+    fields.add("first_ignored", report.m_strFirstIgnored.toStdString());
+    return {"intake", fields.text(), {}};
 }
 
 CJson doorFields(const TC::CDoorReport& report) {
@@ -49,8 +131,12 @@ CJson incidentFields(const TC::CIncidentReport& report) {
     return kit::incidentJson(report);
 }
 
-CJson messageFields(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level) {
-    return CJson{{"text", textValue(text)}, {"type", enumValue(type)}, {"level", enumValue(level)}};
+CJournalRecord messageRecord(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level) {
+    CFieldText fields;
+    fields.add("text", text.toStdString());
+    fields.add("type", type);
+    fields.add("level", level);
+    return {"message", fields.text(), {}};
 }
 
 CJson tradeErrorFields(const QString& text, const QString& title, std::int64_t commandSeq) {

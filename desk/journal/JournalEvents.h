@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desk/journal/JournalRecord.h"
 #include "desk/journal/Json.h"
 #include "orderservice/platform/IntakeAudit.h"
 #include "orderservice/records/CommandParam.h"
@@ -15,11 +16,12 @@
 namespace desk {
 
 /// Kind `command`: the task, then the command. `task` is the number that cancels the command. If it is not
-/// set, the command was refused and the key is null.
-CJson commandFields(const TC::COrderComandParam& command, std::optional<int> task);
+/// set, the command was refused and the key is null. Kinds that each order has are made as texts at once,
+/// because that is faster; their keys are those of kit/RecordJson.h.
+CJournalRecord commandRecord(const TC::COrderComandParam& command, std::optional<int> task);
 
 /// Kind `intake`.
-CJson intakeFields(const TC::CIntakeReport& report);
+CJournalRecord intakeRecord(const TC::CIntakeReport& report);
 /// Kind `door`. The key `loopback` tells whether only this machine can reach the listener.
 CJson doorFields(const TC::CDoorReport& report);
 
@@ -32,7 +34,7 @@ CJson unplacedFields(const TC::COrderParam& order);
 CJson incidentFields(const TC::CIncidentReport& report);
 
 /// Kind `message`.
-CJson messageFields(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level);
+CJournalRecord messageRecord(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level);
 
 /// Kind `trade_error`. `commandSeq` is the journal number of the command that caused the error; 0 if there is
 /// none.

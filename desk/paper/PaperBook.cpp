@@ -5,10 +5,6 @@
 namespace desk {
 namespace {
 
-std::string timeNow() {
-    return utils::currentDateTime().toString(Qt::ISODateWithMs).toStdString();
-}
-
 std::vector<CBookLevel> levelsOf(const std::array<CQuoteLevel, CQuoteEntry::kDepth>& levels) {
     std::vector<CBookLevel> usable;
     for (const CQuoteLevel& level : levels) {
@@ -24,17 +20,12 @@ CBookSides sidesOf(const CQuoteEntry& quote) {
     return {levelsOf(quote.buy), levelsOf(quote.sell)};
 }
 
-int CPaperBook::reserveTask() {
-    m_kept.m_nLastTask = ++m_counters.m_nLastTask;
-    return m_counters.m_nLastTask;
-}
-
 CPaperTask& CPaperBook::newTask(int id, std::int64_t reference, const std::string& remark) {
     CPaperTask& task = m_tasks.edit(id);
     task.m_nId = id;
     task.m_nReference = reference;
     task.m_strRemark = remark;
-    task.m_strTime = timeNow();
+    task.m_strTime = utils::currentTimeText();
     return task;
 }
 
@@ -72,15 +63,19 @@ CBrokerEvent& CPaperBook::newEvent(const CPaperOrder& order) {
 void CPaperBook::addFill(const CPaperOrder& order, CMoney price, int volume) {
     const int id = ++m_counters.m_nLastFill;
     CPaperFill& fill = m_fills.edit(id);
-    fill = {id, order.m_nId, price, volume, timeNow()};
+    fill = {id, order.m_nId, price, volume, utils::currentTimeText()};
     CBrokerEvent& event = newEvent(order);
     event.m_fill = fill;
     event.m_order.m_strTime = fill.m_strTime;
 }
 
 void CPaperBook::announce(CPaperOrder& order) {
-    order.m_strTime = timeNow();
+    order.m_strTime = utils::currentTimeText();
     newEvent(order);
+}
+
+void CPaperBook::addResting(const CPaperOrder& order) {
+    if (order.isOpen()) m_resting[order.m_strStock].insert(order.m_nId);
 }
 
 std::vector<int> CPaperBook::resting(const std::string& stockKey) const {
@@ -114,6 +109,9 @@ void CPaperBook::keep() {
 }
 
 void CPaperBook::rollBack() {
+    m_orders.visitChanged([this](const CPaperOrder* before, const CPaperOrder& order) {
+        if (before == nullptr) m_resting[order.m_strStock].erase(order.m_nId);
+    });
     m_funds.rollBack();
     m_positions.rollBack();
     m_debts.rollBack();

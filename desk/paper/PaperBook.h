@@ -4,6 +4,8 @@
 #include "desk/paper/PaperRecords.h"
 #include "desk/paper/TrackedMap.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -30,14 +32,14 @@ struct CBookSides {
 CBookSides sidesOf(const CQuoteEntry& quote);
 
 /// The broker's state in memory. A change edits it and ends with keep or rollBack. One store transaction
-/// writes the edits of one change. Not thread-safe: the broker's mutex guards it.
+/// writes the edits of one change, which may be several commands. Not thread-safe: the broker's mutex guards
+/// it.
 class CPaperBook {
 public:
     using CPositionKey = std::tuple<std::string, std::string, EPositionSide>; ///< account, instrument
     using CDebtKey = std::pair<std::string, std::string>; ///< account, instrument or empty for money
 
     struct CCounters {
-        int m_nLastTask = 0;
         int m_nLastOrder = 0;
         int m_nLastFill = 0;
         std::int64_t m_nLastEvent = 0;
@@ -55,9 +57,10 @@ public:
     CCounters m_counters;
     std::vector<CBrokerEvent> m_events; ///< events of the current change
 
-    /// Reserves the number of the next task. The number is used up even if no task is created. Call it only
-    /// between changes.
-    int reserveTask();
+    /// Reserves the number of the next task. The number is used up even if no task is created. Any thread.
+    int reserveTask() { return ++m_nLastTask; }
+    /// New tasks get larger numbers than this one.
+    void knowTask(int id) { m_nLastTask = std::max(m_nLastTask.load(), id); }
     /// `id` must be a reserved number.
     CPaperTask& newTask(int id, std::int64_t reference, const std::string& remark);
     CPaperOrder& newOrder(int task);
@@ -70,7 +73,10 @@ public:
     /// Sets the order's time and adds an event with its state.
     void announce(CPaperOrder& order);
 
-    /// Ids of the waiting orders of an instrument, in time priority, as of the last keep.
+    /// Makes a waiting order of the present change known to resting().
+    void addResting(const CPaperOrder& order);
+    /// Ids of the waiting orders of an instrument, in time priority: those of the last keep and the added
+    /// ones. Some may not wait any more.
     std::vector<int> resting(const std::string& stockKey) const;
     /// Ids of a task's orders as of the last keep.
     std::vector<int> ordersOfTask(int task) const;
@@ -84,6 +90,7 @@ private:
     std::map<std::string, std::set<int>> m_resting;
     std::map<int, std::vector<int>> m_taskOrders;
     CCounters m_kept;
+    std::atomic<int> m_nLastTask{0};
 };
 
 } // namespace desk

@@ -8,10 +8,13 @@
 #include "desk/paper/Settlement.h"
 #include "desk/paper/TakeIn.h"
 #include "orderservice/base/StrictNumber.h"
+#include "orderservice/base/Thread.h"
 
 #include <boost/algorithm/string/trim.hpp>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace desk {
 namespace {
@@ -50,6 +53,10 @@ COrderAddress readAddress(const std::vector<std::string>& words) {
 CPaperBroker::CPaperBroker(const IQuoteSource& quotes, CListener listener)
     : m_quotes(quotes), m_listener(std::move(listener)) {}
 
+CPaperBroker::~CPaperBroker() {
+    stopWorker();
+}
+
 utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<CAccountEntry>& accounts,
                                   std::int64_t lastEventTaken, const CKnownNumbers& known) {
     const std::lock_guard lock(m_mutex);
@@ -68,7 +75,7 @@ utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<C
     // then need larger numbers, or the listener would take them for old ones.
     CPaperBook::CCounters& counters = m_book.m_counters;
     counters.m_nLastEvent = std::max(counters.m_nLastEvent, lastEventTaken);
-    counters.m_nLastTask = std::max(counters.m_nLastTask, known.m_nTask);
+    m_book.knowTask(known.m_nTask);
     counters.m_nLastOrder = std::max(counters.m_nLastOrder, known.m_nOrder);
     counters.m_nLastFill = std::max(counters.m_nLastFill, known.m_nFill);
     error = reviewBook(m_book, m_quotes, accounts);
@@ -85,7 +92,7 @@ utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<C
 }
 
 utils::KNError CPaperBroker::startTradingDay(const std::string& day) {
-    const std::lock_guard lock(m_mutex);
+    const auto lock = lockBooks();
     std::string& known = m_book.m_counters.m_strTradingDay;
     if (day <= known) return {};
     const bool isFirst = known.empty();
@@ -103,22 +110,77 @@ utils::KNError CPaperBroker::startTradingDay(const std::string& day) {
     return finishChange();
 }
 
-int CPaperBroker::reserveTask() {
-    const std::lock_guard lock(m_mutex);
-    return m_book.reserveTask();
+void CPaperBroker::startWorker() {
+    if (m_worker.joinable()) return;
+    m_queue.setServed(true);
+    m_worker = std::thread([this] {
+        utils::setThreadName("paper");
+        while (m_queue.waitForCommand())
+            finishQueued();
+    });
+}
+
+void CPaperBroker::stopWorker() {
+    m_queue.setServed(false);
+    if (m_worker.joinable()) m_worker.join();
+    finishQueued();
+}
+
+void CPaperBroker::queueCommand(CQueuedCommand command) {
+    if (!m_queue.push(std::move(command))) finishQueued();
+}
+
+void CPaperBroker::finishQueued() {
+    const auto lock = lockBooks();
+}
+
+/// Every operation that reads or changes the books begins with this.
+std::unique_lock<std::mutex> CPaperBroker::lockBooks() {
+    std::unique_lock lock(m_mutex);
+    carryOutQueued();
+    return lock;
+}
+
+/// Carries out the queued commands in one transaction.
+void CPaperBroker::carryOutQueued() {
+    const std::vector<CQueuedCommand> commands = m_queue.takeAll();
+    if (commands.empty()) return;
+    if (commands.size() > 1) {
+        for (const CQueuedCommand& command : commands)
+            place(*command.m_command, command.m_nReference, command.m_nTask);
+        if (finishChange().isSuccess()) return;
+    }
+    for (const CQueuedCommand& command : commands)
+        carryOutAlone(command);
+}
+
+void CPaperBroker::carryOutAlone(const CQueuedCommand& command) {
+    place(*command.m_command, command.m_nReference, command.m_nTask);
+    const utils::KNError error = finishChange();
+    if (!error.isSuccess() && command.m_onRefused) command.m_onRefused(error);
 }
 
 utils::KNError CPaperBroker::placeCommand(const TC::COrderComandParam& command, std::int64_t reference,
                                           int& taskId) {
-    const std::lock_guard lock(m_mutex);
+    const auto lock = lockBooks();
     const int id = taskId != 0 ? taskId : m_book.reserveTask();
-    CPaperTask& task = m_book.newTask(id, reference, command.m_strRemark);
-    task.m_nOrders = static_cast<int>(command.m_codes.size());
-    for (const TC::CCodeOrderParam& record : command.m_codes)
-        placeOrder(command, record, m_book.newOrder(id));
+    place(command, reference, id);
     utils::KNError error = finishChange();
     if (error.isSuccess()) taskId = id;
     return error;
+}
+
+/// Adds a command to the present change. The next command of the change finds its orders in the book.
+void CPaperBroker::place(const TC::COrderComandParam& command, std::int64_t reference, int task) {
+    m_book.newTask(task, reference, command.m_strRemark).m_nOrders = static_cast<int>(command.m_codes.size());
+    std::vector<const CPaperOrder*> orders;
+    for (const TC::CCodeOrderParam& record : command.m_codes) {
+        CPaperOrder& order = m_book.newOrder(task);
+        placeOrder(command, record, order);
+        orders.push_back(&order);
+    }
+    for (const CPaperOrder* order : orders)
+        m_book.addResting(*order);
 }
 
 void CPaperBroker::placeOrder(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
@@ -181,7 +243,7 @@ void CPaperBroker::carryOut(const TC::CCodeOrderParam& record, CPaperOrder& orde
 }
 
 utils::KNError CPaperBroker::cancelTask(int taskId, const std::string& reason) {
-    const std::lock_guard lock(m_mutex);
+    const auto lock = lockBooks();
     const std::string name = "task " + std::to_string(taskId);
     if (m_book.m_tasks.find(taskId) == nullptr) return badRequest(name + " is unknown");
     bool isAnyOpen = false;
@@ -195,7 +257,7 @@ utils::KNError CPaperBroker::cancelTask(int taskId, const std::string& reason) {
 }
 
 utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words) {
-    const std::lock_guard lock(m_mutex);
+    const auto lock = lockBooks();
     const COrderAddress address = readAddress(words);
     if (address.m_strAccount.empty()) return badRequest("cancel_order takes an account key and an order id");
     const std::string name = "order " + std::to_string(address.m_nOrder);
@@ -210,7 +272,7 @@ utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words)
 }
 
 utils::KNError CPaperBroker::onQuote(const std::string& stockKey) {
-    const std::lock_guard lock(m_mutex);
+    const auto lock = lockBooks();
     if (const std::optional<CQuoteEntry> quote = m_quotes.quote(stockKey))
         m_book.m_sides.set(stockKey, sidesOf(*quote));
     else
@@ -255,33 +317,35 @@ utils::KNError CPaperBroker::finishChange() {
         m_book.rollBack();
         return error;
     }
-    m_pending.insert(m_pending.end(), m_book.m_events.begin(), m_book.m_events.end());
+    m_pending.insert(m_pending.end(), std::make_move_iterator(m_book.m_events.begin()),
+                     std::make_move_iterator(m_book.m_events.end()));
     m_book.keep();
     deliverPending();
     return {};
 }
 
 void CPaperBroker::deliverEvents() {
-    const std::lock_guard lock(m_mutex);
+    const auto lock = lockBooks();
     deliverPending();
 }
 
 utils::KNError CPaperBroker::storeDelivered() {
-    const std::lock_guard lock(m_mutex);
+    const auto lock = lockBooks();
     deliverPending();
     return finishChange();
 }
 
 void CPaperBroker::deliverPending() {
-    while (!m_pending.empty() && m_listener && m_listener(m_pending.front())) {
-        m_nDeliveredEvent = m_pending.front().m_nNumber;
-        m_pending.pop_front();
-    }
+    if (m_pending.empty() || !m_listener) return;
+    const std::size_t taken = m_listener(m_pending);
+    if (taken == 0) return;
+    m_nDeliveredEvent = m_pending[taken - 1].m_nNumber;
+    m_pending.erase(m_pending.begin(), m_pending.begin() + static_cast<std::ptrdiff_t>(taken));
 }
 
 std::vector<std::int64_t> CPaperBroker::closableVolumes(const std::vector<std::string>& accounts,
                                                         const CInstrumentEntry& instrument,
-                                                        TC::EOperationType operation) const {
+                                                        TC::EOperationType operation) {
     const CPaperFamily* family = findClosingFamily(instrument.kind, operation);
     if (family == nullptr) return {};
     CPaperOrder order;
@@ -289,7 +353,7 @@ std::vector<std::int64_t> CPaperBroker::closableVolumes(const std::vector<std::s
     order.m_eOperation = operation;
     order.m_eFamily = family->m_eType;
     std::vector<std::int64_t> volumes;
-    const std::lock_guard lock(m_mutex);
+    const auto lock = lockBooks();
     for (const std::string& account : accounts) {
         order.m_strAccount = account;
         volumes.push_back(closableVolume(m_book, order));
@@ -297,38 +361,38 @@ std::vector<std::int64_t> CPaperBroker::closableVolumes(const std::vector<std::s
     return volumes;
 }
 
-bool CPaperBroker::hasTask(int taskId) const {
-    const std::lock_guard lock(m_mutex);
+bool CPaperBroker::hasTask(int taskId) {
+    const auto lock = lockBooks();
     return m_book.m_tasks.find(taskId) != nullptr;
 }
 
-std::vector<CPaperTask> CPaperBroker::tasks() const {
-    const std::lock_guard lock(m_mutex);
+std::vector<CPaperTask> CPaperBroker::tasks() {
+    const auto lock = lockBooks();
     return valuesOf(m_book.m_tasks);
 }
 
-std::vector<CPaperOrder> CPaperBroker::orders() const {
-    const std::lock_guard lock(m_mutex);
+std::vector<CPaperOrder> CPaperBroker::orders() {
+    const auto lock = lockBooks();
     return valuesOf(m_book.m_orders);
 }
 
-std::vector<CPaperFill> CPaperBroker::fills() const {
-    const std::lock_guard lock(m_mutex);
+std::vector<CPaperFill> CPaperBroker::fills() {
+    const auto lock = lockBooks();
     return valuesOf(m_book.m_fills);
 }
 
-std::vector<CPaperFunds> CPaperBroker::funds() const {
-    const std::lock_guard lock(m_mutex);
+std::vector<CPaperFunds> CPaperBroker::funds() {
+    const auto lock = lockBooks();
     return valuesOf(m_book.m_funds);
 }
 
-std::vector<CPaperPosition> CPaperBroker::positions() const {
-    const std::lock_guard lock(m_mutex);
+std::vector<CPaperPosition> CPaperBroker::positions() {
+    const auto lock = lockBooks();
     return valuesOf(m_book.m_positions);
 }
 
-std::vector<CPaperDebt> CPaperBroker::debts() const {
-    const std::lock_guard lock(m_mutex);
+std::vector<CPaperDebt> CPaperBroker::debts() {
+    const auto lock = lockBooks();
     std::vector<CPaperDebt> debts = valuesOf(m_book.m_debts);
     debts.erase(std::remove_if(debts.begin(), debts.end(),
                                [](const CPaperDebt& debt) {

@@ -2,19 +2,21 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/market/QuoteSource.h"
+#include "desk/paper/CommandQueue.h"
 #include "desk/paper/PaperBook.h"
 #include "desk/paper/PaperRecords.h"
 #include "desk/paper/PaperStore.h"
 #include "orderservice/base/KNError.h"
 #include "orderservice/records/CommandParam.h"
 
+#include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace desk {
@@ -60,20 +62,30 @@ struct CKnownNumbers {
 /// positions of the configuration are used only for an account that is new to the store. Afterwards only the
 /// store is used.
 ///
+/// Queue. queueCommand returns before the command is stored. The worker carries out all queued commands
+/// together, in their order and in one transaction, and delivers their events after it. A command that comes
+/// alone does not wait for others. If the transaction fails, the commands are tried again one by one, and
+/// each that fails is refused for its own reason. Every other call first carries out what is queued. So no
+/// call ever sees the books without a command that was queued before it, or with one that is not stored.
+///
 /// Events. Changes of orders and fills are numbered. The store keeps them until the listener has taken them.
 /// So a full journal or a killed process leaves no gap: the events are delivered later, in order, each once.
 ///
-/// Threads. Every operation is thread-safe; one mutex guards all. The quote source and the listener are
-/// called with the mutex held, so neither may call the broker. The quote source must not hold its own lock
-/// while it calls onQuote.
+/// Threads. Every operation is thread-safe; one mutex guards all but the queue. The quote source and the
+/// listener are called with the mutex held, so neither may call the broker. The quote source must not hold
+/// its own lock while it calls onQuote.
 class CPaperBroker {
 public:
-    /// Takes one event. Returns false to refuse it for now; the event is then delivered again later. Must not
-    /// throw.
-    using CListener = std::function<bool(const CBrokerEvent&)>;
+    /// Takes events, in their order. Returns how many of them, from the first, it has taken. The others are
+    /// delivered again later. Must not throw.
+    using CListener = std::function<std::size_t(const std::vector<CBrokerEvent>&)>;
 
     /// The quote source must outlive the broker.
     CPaperBroker(const IQuoteSource& quotes, CListener listener);
+    /// Stops the worker.
+    ~CPaperBroker();
+    CPaperBroker(const CPaperBroker&) = delete;
+    CPaperBroker& operator=(const CPaperBroker&) = delete;
 
     /// Opens the store in the desk folder and takes in new accounts. Must be called once, before any other
     /// call. `lastEventTaken` is the number of the last event that the listener ever took
@@ -90,9 +102,23 @@ public:
     /// earlier one changes nothing.
     [[nodiscard]] utils::KNError startTradingDay(const std::string& day);
 
+    /// Starts the thread that carries out queued commands. Without it, queueCommand carries them out itself.
+    void startWorker();
+    /// Ends that thread. All queued commands are carried out when it returns. Must not be called at the same
+    /// time as startWorker.
+    void stopWorker();
+
     /// Reserves the number of the next task, so that the caller can record the command with it before it
-    /// places the command. The number is used up even if no command is placed with it.
-    int reserveTask();
+    /// places the command. The number is used up even if no command is placed with it. Does not wait for the
+    /// store.
+    int reserveTask() { return m_book.reserveTask(); }
+
+    /// Queues a command. What placeCommand says of a command is true for it, too. Waits only if very many
+    /// orders are queued.
+    void queueCommand(CQueuedCommand command);
+
+    /// Carries out the commands that are queued now. When it returns, they are stored or refused.
+    void finishQueued();
 
     /// Takes one command and makes one task with one order for each code, in their order. A refused order
     /// becomes an order with the state rejected; the call fails only if the store fails. `reference` is the
@@ -126,19 +152,23 @@ public:
     /// for any other operation.
     std::vector<std::int64_t> closableVolumes(const std::vector<std::string>& accounts,
                                               const CInstrumentEntry& instrument,
-                                              TC::EOperationType operation) const;
+                                              TC::EOperationType operation);
 
-    bool hasTask(int taskId) const;
+    bool hasTask(int taskId);
     /// Snapshots, by id or by account.
-    std::vector<CPaperTask> tasks() const;
-    std::vector<CPaperOrder> orders() const;
-    std::vector<CPaperFill> fills() const;
-    std::vector<CPaperFunds> funds() const;
-    std::vector<CPaperPosition> positions() const;
+    std::vector<CPaperTask> tasks();
+    std::vector<CPaperOrder> orders();
+    std::vector<CPaperFill> fills();
+    std::vector<CPaperFunds> funds();
+    std::vector<CPaperPosition> positions();
     /// What accounts owe, or will owe when their waiting orders trade. Sorted by account, money first.
-    std::vector<CPaperDebt> debts() const;
+    std::vector<CPaperDebt> debts();
 
 private:
+    std::unique_lock<std::mutex> lockBooks();
+    void carryOutQueued();
+    void carryOutAlone(const CQueuedCommand& command);
+    void place(const TC::COrderComandParam& command, std::int64_t reference, int task);
     void placeOrder(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
                     CPaperOrder& order);
     static void fillOrder(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
@@ -156,13 +186,15 @@ private:
     utils::KNError finishChange();
     void deliverPending();
 
-    mutable std::mutex m_mutex;
+    CCommandQueue m_queue;
+    std::thread m_worker;
+    std::mutex m_mutex; ///< of everything below
     const IQuoteSource& m_quotes;
     CListener m_listener;
     CPaperStore m_store;
     CPaperBook m_book;
     std::map<std::string, CAccountEntry> m_accounts; ///< from the configuration, by key
-    std::deque<CBrokerEvent> m_pending;              ///< stored, not yet taken by the listener
+    std::vector<CBrokerEvent> m_pending;             ///< stored, not yet taken by the listener
     std::int64_t m_nDeliveredEvent = 0;
 };
 

@@ -196,7 +196,7 @@ void loadTasks(sqlite3* database, CPaperBook& book) {
     while (rows.step()) {
         const int id = rows.number(0);
         book.m_tasks.edit(id) = {id, rows.integer(1), rows.number(2), rows.text(3), rows.text(4)};
-        book.m_counters.m_nLastTask = id;
+        book.knowTask(id);
     }
 }
 

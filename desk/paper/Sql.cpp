@@ -104,8 +104,9 @@ void CSqlStatement::bind(int place, std::int64_t value) {
 }
 
 void CSqlStatement::bind(int place, const std::string& value) {
+    // The caller keeps the text until the statement has run.
     check(sqlite3_bind_text(m_statement.get(), place, value.data(), static_cast<int>(value.size()),
-                            SQLITE_TRANSIENT));
+                            SQLITE_STATIC));
 }
 
 void CSqlStatement::check(int result) const {

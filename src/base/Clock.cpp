@@ -71,4 +71,14 @@ std::string currentTimestamp() {
     return timestamp.textOf(std::chrono::duration_cast<CMilliseconds>(sinceEpoch).count());
 }
 
+std::string currentTimeText() {
+    constexpr std::size_t kBeforeTime = 10;         // "yyyy-MM-dd"
+    constexpr std::size_t kBeforeMilliseconds = 19; // "yyyy-MM-dd hh:mm:ss"
+    std::string text = currentTimestamp();
+    if (text.size() <= kBeforeMilliseconds) return text; // an installed clock has no valid time
+    text[kBeforeTime] = 'T';
+    text[kBeforeMilliseconds] = '.';
+    return text;
+}
+
 } // namespace utils

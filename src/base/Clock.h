@@ -43,4 +43,7 @@ ORDERSERVICE_EXPORT QDateTime currentDateTime();
 /// cheap enough for every order: the system clock reads the machine's time zone once per second. Any thread.
 ORDERSERVICE_EXPORT std::string currentTimestamp();
 
+/// The same moment as ISO 8601 writes it, with milliseconds: "2026-01-05T09:30:00.123". Any thread.
+ORDERSERVICE_EXPORT std::string currentTimeText();
+
 } // namespace utils

@@ -6,8 +6,10 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <future>
 #include <memory>
+#include <string>
 #include <thread>
 
 namespace {
@@ -40,6 +42,41 @@ TEST(Clock, MachineClockComesBack) {
     const QDateTime now = utils::currentDateTime();
     EXPECT_LE(before, now);
     EXPECT_LE(now, QDateTime::currentDateTime());
+}
+
+TEST(Clock, TimeTextIsTheLocalTimeWithMilliseconds) {
+    CFakeClock clock;
+    utils::sleep(1.5);
+    EXPECT_EQ(utils::currentTimeText(), "2026-01-05T09:30:01.500");
+}
+
+TEST(Clock, MachineClocksTimeTextIsThatOfItsDateTime) {
+    const auto textNow = [] { return utils::currentDateTime().toString(Qt::ISODateWithMs).toStdString(); };
+    std::string before, text, after;
+    for (int i = 0; i < 1000; ++i) {
+        before = textNow();
+        text = utils::currentTimeText();
+        after = textNow();
+        ASSERT_LE(before, text);
+        ASSERT_LE(text, after);
+    }
+}
+
+TEST(Clock, TimeTextFollowsAChangeOfTheZone) {
+    const char* old = std::getenv("TZ");
+    const std::string kept = old != nullptr ? old : "";
+    // Each thread keeps the text of a second. A new thread has none.
+    const auto inZone = [](const char* zone) {
+        ::setenv("TZ", zone, 1);
+        return std::async(std::launch::async, [] { return utils::currentTimeText(); }).get();
+    };
+    const std::string west = inZone("XXX11"), east = inZone("XXX-13");
+    if (old != nullptr)
+        ::setenv("TZ", kept.c_str(), 1);
+    else
+        ::unsetenv("TZ");
+    ::tzset();
+    EXPECT_NE(west.substr(0, 10), east.substr(0, 10)) << "the two zones never have the same date";
 }
 
 TEST(Clock, MachineClockNeverRunsBackwards) {

@@ -55,7 +55,7 @@ protected:
                            makePosition("SH600009", 100, 100)}),
         makeAccount("A2", {makePosition("SH600000", 700, 700)}), makeAccount("A3", {})};
     const CMarket m_market{{makeInstrument("SH", "600000"), makeInstrument("SZ", "000001")}, {}, {}};
-    CPaperBroker m_broker{m_market, [](const CBrokerEvent&) { return true; }};
+    CPaperBroker m_broker{m_market, [](const std::vector<CBrokerEvent>& events) { return events.size(); }};
     const CDeskUserConfig m_user{configOf(m_accounts)};
     const CPaperPositions m_positions{m_broker, m_market, m_user};
 };

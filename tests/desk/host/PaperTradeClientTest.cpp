@@ -26,7 +26,7 @@ protected:
 
     const CMarket m_market{{}, {}, {}};
     CJournal m_journal;
-    CPaperBroker m_broker{m_market, [](const CBrokerEvent&) { return true; }};
+    CPaperBroker m_broker{m_market, [](const std::vector<CBrokerEvent>& events) { return events.size(); }};
     std::ostringstream m_shown;
     CTextSink m_sink{m_shown};
     CPaperTradeClient m_client{m_journal, m_broker, m_market, m_sink, {}};

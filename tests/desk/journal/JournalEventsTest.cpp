@@ -1,5 +1,7 @@
 #include "desk/journal/JournalEvents.h"
 
+#include "orderservice/kit/RecordJson.h"
+
 #include <nlohmann/json.hpp>
 
 #include <boost/make_shared.hpp>
@@ -44,6 +46,14 @@ TC::COrderComandParam fullCommand() {
     return command;
 }
 
+std::string textOf(const CJournalRecord& record) {
+    return '{' + record.m_strFields + '}';
+}
+
+CJson objectOf(const CJournalRecord& record) {
+    return CJson::parse(textOf(record));
+}
+
 } // namespace
 
 TEST(JournalEvents, IncidentNamesItsEventAndLeavesOutWhatItIsNotAbout) {
@@ -81,7 +91,7 @@ TEST(JournalEvents, RowsLeftOutHaveTheirNumberAndTheFirstCode) {
 
 TEST(JournalEvents, CommandCarriesEveryFieldUnderItsName) {
     EXPECT_EQ(
-        commandFields(fullCommand(), 7).dump(),
+        textOf(commandRecord(fullCommand(), 7)),
         R"({"task":7,"trader_type":1,"hedge_type":0,"btn_type":0,"codes":[{"account":"A1","hedge_flag":49,)"
         R"("operation_type":18,"order_type":0,"position_type":2,"stock":{"market":"SH","code":"600000",)"
         R"("name":"浦发银行","product_id":"P"},"price_type":11,"price":10.01,"volume":300,"user_id":"user",)"
@@ -92,10 +102,32 @@ TEST(JournalEvents, CommandCarriesEveryFieldUnderItsName) {
         R"("create_time":"2026-01-05 09:30:00:000"})");
 }
 
+TEST(JournalEvents, CommandsAndIntakeAreThoseOfTheKit) {
+    TC::COrderComandParam command = fullCommand();
+    command.m_codes.emplace_back();
+    command.m_weights["停\"牌"] = 1.0 / 3;
+    command.m_extra = bson::BSONObj({12, 0, 0, 0, 0x10, 'a', 0, 1, 0, 0, 0, 0});
+    EXPECT_EQ(textOf(commandRecord(command, 7)),
+              R"({"task":7,)" + kit::commandJson(command).dump().substr(1));
+    EXPECT_EQ(textOf(commandRecord({}, {})), R"({"task":null,)" + kit::commandJson({}).dump().substr(1));
+    TC::CIntakeReport report;
+    EXPECT_EQ(textOf(intakeRecord(report)), kit::intakeJson(report).dump());
+    report.m_bLeftWaiting = report.m_bLeftOver = true;
+    report.m_strCause = QStringLiteral("\"停牌\"");
+    EXPECT_EQ(textOf(intakeRecord(report)), kit::intakeJson(report).dump());
+}
+
+TEST(JournalEvents, RecordOfACommandKnowsItsTask) {
+    EXPECT_EQ(commandRecord({}, 7).m_strKind, "command");
+    EXPECT_EQ(commandRecord({}, 7).m_numbers.m_task, 7);
+    EXPECT_FALSE(commandRecord({}, {}).m_numbers.m_task.has_value());
+    EXPECT_EQ(intakeRecord({}).m_strKind, "intake");
+}
+
 TEST(JournalEvents, WhatNobodySetInACommandIsNull) {
     TC::COrderComandParam command;
     command.m_codes.emplace_back();
-    const CJson fields = commandFields(command, {});
+    const CJson fields = objectOf(commandRecord(command, {}));
     EXPECT_TRUE(fields["trader_type"].is_null());
     EXPECT_TRUE(fields["strategy_type"].is_null());
     const CJson& code = fields["codes"][0];
@@ -107,19 +139,19 @@ TEST(JournalEvents, WhatNobodySetInACommandIsNull) {
 }
 
 TEST(JournalEvents, CommandThatWasRefusedHasNoTask) {
-    const CJson fields = commandFields({}, {});
+    const CJson fields = objectOf(commandRecord({}, {}));
     EXPECT_TRUE(fields.contains("task") && fields["task"].is_null());
 }
 
 TEST(JournalEvents, CommandWithoutCodesHasAnEmptyList) {
-    EXPECT_EQ(commandFields({}, {})["codes"].dump(), "[]");
+    EXPECT_EQ(objectOf(commandRecord({}, {}))["codes"].dump(), "[]");
 }
 
 TEST(JournalEvents, ExtraOfACommandIsAnObject) {
     TC::COrderComandParam command;
     // {"a": 1} as a document: length, int32 field "a", value, end.
     command.m_extra = bson::BSONObj({12, 0, 0, 0, 0x10, 'a', 0, 1, 0, 0, 0, 0});
-    const CJson extra = commandFields(command, {})["extra"];
+    const CJson extra = objectOf(commandRecord(command, {}))["extra"];
     ASSERT_TRUE(extra.is_object()) << extra.dump();
     EXPECT_TRUE(extra.contains("a"));
 }
@@ -127,7 +159,7 @@ TEST(JournalEvents, ExtraOfACommandIsAnObject) {
 TEST(JournalEvents, UnsetNumberIsNull) {
     TC::COrderComandParam command;
     command.m_codes.emplace_back().m_dPrice = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_NE(commandFields(command, {}).dump().find("\"price\":null"), std::string::npos);
+    EXPECT_NE(textOf(commandRecord(command, {})).find("\"price\":null"), std::string::npos);
 }
 
 TEST(JournalEvents, IntakeNamesSourceChannelLinesOrdersAndFate) {
@@ -144,7 +176,7 @@ TEST(JournalEvents, IntakeNamesSourceChannelLinesOrdersAndFate) {
     report.m_nIgnoredLines = 1;
     report.m_strFirstIgnored = QStringLiteral("line 2: short");
     EXPECT_EQ(
-        intakeFields(report).dump(),
+        textOf(intakeRecord(report)),
         R"({"source":"/orders/a.txt","channel":3,"strategy_type":2,"lines":7,)"
         R"("orders":5,"unread_params":2,"cut_short":true,"left_waiting":false,"cause":"line 7: bad",)"
         R"("rejected":true,"left_over":false,"kept_as":"/rejected/a.txt","ignored_lines":1,"first_ignored":"line 2: short"})");
@@ -186,8 +218,8 @@ TEST(JournalEvents, DoorToOtherMachinesIsNoLoopback) {
 }
 
 TEST(JournalEvents, MessageAndTradeErrorCarryTheirTexts) {
-    EXPECT_EQ(messageFields(QStringLiteral("无法下单"), TC::EMsgTypeDef::OrderFailure, TC::MsgLevel::Warning)
-                  .dump(),
+    EXPECT_EQ(textOf(messageRecord(QStringLiteral("无法下单"), TC::EMsgTypeDef::OrderFailure,
+                                   TC::MsgLevel::Warning)),
               R"({"text":"无法下单","type":4,"level":2})");
     EXPECT_EQ(tradeErrorFields(QStringLiteral("x"), QStringLiteral("t")).dump(),
               R"({"text":"x","title":"t"})");

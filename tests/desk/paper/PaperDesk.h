@@ -7,6 +7,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
@@ -117,10 +118,10 @@ protected:
     }
 
     void open(std::int64_t lastEventTaken = 0) {
-        m_broker = std::make_unique<CPaperBroker>(m_quotes, [this](const CBrokerEvent& event) {
-            if (!m_bTakeEvents) return false;
-            m_events.push_back(event);
-            return true;
+        m_broker = std::make_unique<CPaperBroker>(m_quotes, [this](const std::vector<CBrokerEvent>& events) {
+            if (!m_bTakeEvents) return std::size_t{0};
+            m_events.insert(m_events.end(), events.begin(), events.end());
+            return events.size();
         });
         const utils::KNError error = m_broker->open(m_folder.path(), deskAccounts(), lastEventTaken);
         ASSERT_TRUE(error.isSuccess()) << error.errorMsg();

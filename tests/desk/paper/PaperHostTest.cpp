@@ -33,8 +33,9 @@ protected:
     PaperHost() {
         EXPECT_TRUE(m_journal.open(m_folder.path()).isSuccess());
         m_broker.reset();
-        m_broker = std::make_unique<CPaperBroker>(
-            m_quotes, [this](const CBrokerEvent& event) { return journalBrokerEvent(m_journal, event); });
+        m_broker = std::make_unique<CPaperBroker>(m_quotes, [this](const std::vector<CBrokerEvent>& events) {
+            return journalBrokerEvents(m_journal, events);
+        });
         EXPECT_TRUE(m_broker->open(m_folder.path(), deskAccounts(), 0).isSuccess());
     }
 
@@ -99,7 +100,7 @@ TEST_F(PaperHost, TasksOfCommandsAreThoseOfTheirOrdersWhateverWasRefusedBetween)
 TEST_F(PaperHost, TaskOfARecordedCommandIsNotGivenAgainAfterACrash) {
     std::int64_t seq = 0;
     const int recorded = m_broker->reserveTask();
-    ASSERT_TRUE(m_journal.append("command", commandFields({}, recorded), &seq).isSuccess());
+    ASSERT_TRUE(m_journal.append(commandRecord({}, recorded), &seq).isSuccess());
     CJournal journal; // as if the process was killed before it stored the command
     ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
     CPaperBroker broker(m_quotes, {});
@@ -386,8 +387,9 @@ TEST_F(PaperHost, JournalOfAnEarlierRunTellsWhichEventsAreMissing) {
 
     CJournal journal;
     ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
-    CPaperBroker broker(m_quotes,
-                        [&](const CBrokerEvent& event) { return journalBrokerEvent(journal, event); });
+    CPaperBroker broker(m_quotes, [&](const std::vector<CBrokerEvent>& events) {
+        return journalBrokerEvents(journal, events);
+    });
     ASSERT_TRUE(broker.open(m_folder.path(), deskAccounts(), journal.lastBrokerEvent()).isSuccess());
     EXPECT_EQ(kinds(), (CTexts{"started", "order", "started", "order"}));
     EXPECT_EQ(record(3)["status"], "cancelled");

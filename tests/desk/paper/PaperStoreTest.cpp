@@ -315,7 +315,8 @@ TEST_F(PaperStore, NumbersThatTheJournalKnowsAreNotGivenAgainByAStoreThatIsNew) 
     place({buy(200, 10.00)});
     m_broker.reset();
     removeStore();
-    m_broker = std::make_unique<CPaperBroker>(m_quotes, [](const CBrokerEvent&) { return true; });
+    m_broker = std::make_unique<CPaperBroker>(
+        m_quotes, [](const std::vector<CBrokerEvent>& events) { return events.size(); });
     ASSERT_TRUE(m_broker->open(m_folder.path(), deskAccounts(), 3, {7, 15, 9}).isSuccess());
     place({buy(100, 10.00)});
     EXPECT_EQ(m_broker->tasks().at(0).m_nId, 8);

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "orderservice/base/KNError.h"
+#include "orderservice/records/CommandParam.h"
+
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <vector>
+
+namespace desk {
+
+/// A recorded command on its way to the paper broker.
+struct CQueuedCommand {
+    TC::COrderComandParamPtr m_command;
+    std::int64_t m_nReference = 0; ///< number of the command's record
+    int m_nTask = 0;               ///< a number from CPaperBroker::reserveTask
+    /// Is told why the store has refused the command. Called with the broker's mutex held, so it must not
+    /// call the broker.
+    std::function<void(const utils::KNError&)> m_onRefused;
+};
+
+/// The commands that wait for the paper broker, in their order, and the signals between the threads that
+/// queue them and the worker that carries them out. Thread-safe.
+class CCommandQueue {
+public:
+    /// Number of orders that may wait. A larger number would not make the store faster, but the orders that
+    /// wait have no entry in the books yet.
+    static constexpr std::size_t kMostOrders = 512;
+
+    /// Adds a command. While a worker serves the queue and too many orders wait, it waits for room. Returns
+    /// whether a worker serves the queue. If not, the caller must see to it that the command is carried out.
+    [[nodiscard]] bool push(CQueuedCommand command);
+
+    /// Takes all commands that wait. Does not wait for any.
+    std::vector<CQueuedCommand> takeAll();
+
+    /// A worker begins or ceases to serve the queue.
+    void setServed(bool isServed);
+
+    /// For the worker: waits for a command. Returns false if the worker must end.
+    bool waitForCommand();
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_hasCommand; ///< or the worker must end
+    std::condition_variable m_hasRoom;    ///< or no worker serves the queue any more
+    std::vector<CQueuedCommand> m_commands;
+    std::size_t m_nOrders = 0; ///< of m_commands
+    bool m_bServed = false;
+};
+
+} // namespace desk
