@@ -32,12 +32,12 @@ void CBacklogWatch::watch() {
     while (!m_bEnded) {
         if (!m_keepWaiting()) {
             m_service.dropBacklog();
-            m_sink.writeLine("The orders that wait are dropped; the one in hand is finished.");
+            m_sink.writeLine("The waiting orders are discarded; the current order is finished.");
             return;
         }
         if (!isTold && utils::getTime() - begin > kSilentSeconds) {
             isTold = true;
-            m_sink.writeLine("Working off the orders that were accepted. Ctrl-C drops them.");
+            m_sink.writeLine("Processing the orders that were accepted. Ctrl-C discards them.");
         }
         utils::sleep(kLookSeconds);
     }

@@ -35,8 +35,8 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description, E
 }
 
 void addCommands(CLI::App& app, CCommandLine& line) {
-    addCommand(app, "new", "Write a desk folder that works as it is", ECommand::New, line);
-    addCommand(app, "check", "Name every mistake in a desk folder, and warnings", ECommand::Check, line);
+    addCommand(app, "new", "Write a desk folder that works without changes", ECommand::New, line);
+    addCommand(app, "check", "Report the mistakes and warnings of a desk folder", ECommand::Check, line);
     CLI::App* run =
         addCommand(app, "run", "Run a desk folder until SIGINT, SIGTERM or SIGHUP", ECommand::Run, line);
     run->add_option_function<std::string>(
@@ -44,8 +44,8 @@ void addCommands(CLI::App& app, CCommandLine& line) {
            "End when nothing has happened for SECONDS and no quote change is still to come")
         ->check(CLI::Validator(secondsMistake, ""))
         ->type_name("SECONDS");
-    CLI::App* journal = addCommand(app, "journal", "Print what happened", ECommand::Journal, line);
-    journal->add_flag("--follow", line.m_bFollow, "Go on with what is appended, until SIGINT or SIGTERM");
+    CLI::App* journal = addCommand(app, "journal", "Print the journal", ECommand::Journal, line);
+    journal->add_flag("--follow", line.m_bFollow, "Also print new lines, until SIGINT or SIGTERM");
 }
 
 /// Returns the message. If the line has no command, the help with the list of commands follows.

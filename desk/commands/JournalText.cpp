@@ -162,7 +162,7 @@ void showDiscarded(std::ostream& out, const CJson& record) {
 }
 
 void showUnplaced(std::ostream& out, const CJson& record) {
-    out << "channel " << word(record, "channel") << ": NOT WORKED OFF: " << word(record, "order");
+    out << "channel " << word(record, "channel") << ": NOT PROCESSED: " << word(record, "order");
 }
 
 struct CKindText {

@@ -27,7 +27,7 @@ void writeFile(const std::filesystem::path& path, const std::string& text) {
 int runNew(const std::string& folder, std::ostream& out, std::ostream& err) {
     try {
         if (std::filesystem::exists(folder) && !std::filesystem::is_empty(folder)) {
-            err << folder << ": is there already and not empty\n";
+            err << folder << ": the folder exists and is not empty\n";
             return kRefused;
         }
         for (const CDemoFile& file : demoFiles())

@@ -10,8 +10,7 @@ namespace desk {
 namespace {
 
 constexpr double kFollowSeconds = 0.2;
-constexpr const char* kReopened =
-    "-- another file is at the journal's path, or it was cut; from its beginning:\n";
+constexpr const char* kReopened = "-- the journal was replaced or cut; the file from its beginning:\n";
 
 void printNew(CJournalReader& reader, std::ostream& out) {
     while (const std::optional<CJournalLine> line = reader.next())

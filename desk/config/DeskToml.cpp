@@ -356,7 +356,7 @@ private:
             {"market", "code"});
         if (row.m_dWeight < 0) section.mistakeAt("weight", "weight must not be negative");
         if (!(row.m_dPrice > 0))
-            section.mistakeAt("price", "price must be above 0; leave it out where there is no price");
+            section.mistakeAt("price", "price must be above 0; leave it out if there is no price");
         if (const CInstrumentEntry* stock = checkStock(section, market, code)) {
             checkBareCode(section, market, code);
             warnOfBasketRow(section, basket, row, *stock);

@@ -49,7 +49,7 @@ public:
     void price(const std::string& column, double& target) const {
         number(column, target);
         if (!(target > 0)) {
-            mistake(column + " must be above 0; leave it empty where there is no price");
+            mistake(column + " must be above 0; leave it empty if there is no price");
             target = TC::kUnsetDouble;
         } else if (isTooFine(target)) {
             warn(column + " is " + text(column) + ", finer than 0.0001; the paper broker rounds it");
@@ -267,8 +267,7 @@ private:
         constexpr int kTransferKinds[] = {0, 2, 4};
         if (std::find(std::begin(kTransferKinds), std::end(kTransferKinds), instrument.transferKind) ==
             std::end(kTransferKinds))
-            cells.warn("transfer_kind is " + cells.text("transfer_kind") +
-                       ", which means nothing; expected 2 or 4");
+            cells.warn("transfer_kind is " + cells.text("transfer_kind") + "; expected 2 or 4");
         if (instrument.market.empty() || instrument.code.empty())
             cells.mistake("expected a market and a code");
         readKind(cells, instrument);
@@ -293,7 +292,7 @@ private:
         for (const std::string& name : instrument.names()) {
             const auto known = m_instrumentLines.find(name);
             if (known == m_instrumentLines.end()) continue;
-            cells.mistake("instrument \"" + name + "\" stands on line " + std::to_string(known->second) +
+            cells.mistake("instrument \"" + name + "\" is defined on line " + std::to_string(known->second) +
                           " already");
             return false;
         }
@@ -309,7 +308,7 @@ private:
             try {
                 const int type = utils::strictInt(word);
                 instrument.types.insert(type);
-                if (!isKnownType(type)) cells.warn("types has " + word + ", which means nothing to the desk");
+                if (!isKnownType(type)) cells.warn("types has " + word + ", which the desk does not know");
             } catch (const boost::bad_lexical_cast&) {
                 cells.mistake("types has \"" + word + "\"; expected numbers separated by blanks");
             }
@@ -327,7 +326,7 @@ private:
         cells.choice("paid", position.paidInFull, paidWords());
         if (position.cost < 0) cells.mistake("cost must not be negative");
         if (position.volume == 0 && (cells.text("volume") == "0" || cells.text("volume").empty()))
-            cells.warn("volume is 0: the row holds nothing");
+            cells.warn("volume is 0: the row has no position");
         if (position.available > position.volume) cells.mistake("available is more than volume");
         const std::string key = cells.text("account");
         const auto account = std::find_if(m_config.accounts.begin(), m_config.accounts.end(),
@@ -355,12 +354,11 @@ private:
                           ESubject::Accounts | ESubject::Instruments);
         }
         if (position.side == EPositionSide::Short && !canBeShort(kind))
-            cells.mistake("side is short; expected a future, an option or gold for that",
+            cells.mistake("side is short; only futures, options and gold can be short",
                           ESubject::Instruments);
         const bool isLongGold = kind == EInstrumentKind::Gold && position.side == EPositionSide::Long;
         if (paidWords().count(cells.text("paid")) != 0 && !isLongGold)
-            cells.mistake("paid is for long positions in gold; all else is paid as its kind is",
-                          ESubject::Instruments);
+            cells.mistake("paid is only for long positions in gold", ESubject::Instruments);
     }
 
     /// Warns about prices outside the limits, because orders at such a price are rejected.

@@ -80,10 +80,10 @@ std::string whyNotTaken(const fs::path& folder, const fs::path& path, const std:
     const CNamed named(path);
     for (const std::string& name : ownFiles()) {
         if (named.isSame(CNamed(folder / name)))
-            return head + " is the desk's own " + name + ", which it would delete";
+            return head + " is the desk's own " + name + ", which the strategy would delete";
     }
     if (isBelow(named.m_place, folder / kRejectedFolder))
-        return head + " lies in " + kRejectedFolder + "/, where the desk keeps refused order files";
+        return head + " is in " + kRejectedFolder + "/, where the desk keeps refused order files";
     return {};
 }
 
@@ -91,7 +91,7 @@ std::string whyNotTaken(const fs::path& folder, const fs::path& path, const std:
 
 std::string whyNoOrderPath(const fs::path& folder, const std::string& path, const std::string& shown) {
     if (path.find('\0') != std::string::npos)
-        return "path holds a zero byte; expected the name of an order file";
+        return "path contains a zero byte; expected the name of an order file";
     const std::string head = "path \"" + shown + "\"";
     std::string reason = whyNotTaken(folder, path, head);
     if (reason.empty()) reason = whyNotTaken(folder, path + kTakenSuffix, head + " with \".tmp\"");
@@ -113,7 +113,7 @@ std::string whyPathsMeet(const std::string& path, const std::string& shown,
         !mineWhenTaken.isSame(otherWhenTaken))
         return {};
     return head + " and the path of " + channel +
-           " meet with \".tmp\" behind one of them; each would delete the other's files";
+           " are the same if \".tmp\" is added to one of them; each strategy would delete the other's files";
 }
 
 bool isForeignPath(const std::string& path) {

@@ -150,7 +150,7 @@ void readRoot(const QDomElement& root, CReading& reading) {
     for (QDomElement part = root.firstChildElement(); !part.isNull(); part = part.nextSiblingElement()) {
         if (part.tagName() != kInterfacesTag || !part.previousSiblingElement(kInterfacesTag).isNull()) {
             reading.mistake(part, "unexpected element " + inQuotes(part.tagName().toStdString()) +
-                                      "; expected one \"interfaceTrade\" alone");
+                                      "; expected exactly one \"interfaceTrade\"");
             continue;
         }
         for (QDomElement child = part.firstChildElement(); !child.isNull();
@@ -188,7 +188,7 @@ bool isSameInterface(const TradeInterfaceData& record, const TradeInterfaceData&
 /// Returns how the interfaces that were read back differ; empty if they are the same.
 std::string differenceOf(TradeInterfaceList interfaces, const TradeInterfaceList& again) {
     interfaces.remove(nullptr);
-    if (interfaces.size() != again.size()) return "an interface has no name that can stand in XML";
+    if (interfaces.size() != again.size()) return "an interface has a name that XML cannot contain";
     const auto [found, other] =
         std::mismatch(interfaces.begin(), interfaces.end(), again.begin(),
                       [](const auto& a, const auto& b) { return isSameInterface(*a, *b); });
@@ -218,11 +218,11 @@ utils::KNError saveSettings(const std::string& folder, const std::string& text,
     const TradeInterfaceList again = readText(text, diagnostics);
     const std::vector<CDiagnostic> mistakes = diagnostics.take();
     if (!mistakes.empty()) {
-        return {kCannotBeReadAgain,
-                path + " stays as it was, since the new one could not be read again: " + mistakes[0].message};
+        return {kCannotBeReadAgain, path + " is not changed, because the new file could not be read again: " +
+                                        mistakes[0].message};
     }
     const std::string difference = differenceOf(interfaces, again);
-    if (!difference.empty()) return {kCannotBeReadAgain, path + " stays as it was: " + difference};
+    if (!difference.empty()) return {kCannotBeReadAgain, path + " is not changed: " + difference};
     return replaceTextFile(std::filesystem::absolute(folder).lexically_normal().string(), kSettingsFile,
                            text);
 }

@@ -11,11 +11,11 @@
 namespace desk {
 
 /// Content of a new settings.xml, before the order service has written the interfaces into it.
-inline constexpr const char* kEmptySettings = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                              "<!-- The trade framework's interfaces. Edit this while the "
-                                              "desk is off; the desk writes it anew when they "
-                                              "have changed. -->\n"
-                                              "<settings><interfaceTrade/></settings>";
+inline constexpr const char* kEmptySettings =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!-- The trade framework's interfaces. Edit this while the "
+    "desk is off; the desk rewrites the file when they have changed. -->\n"
+    "<settings><interfaceTrade/></settings>";
 
 /// Reads settings.xml of the folder; the file may be missing. Checks that the order service can load it and
 /// that the desk can write it again.

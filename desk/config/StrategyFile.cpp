@@ -14,7 +14,7 @@ namespace desk {
 namespace {
 
 constexpr const char* kHeading =
-    "# The strategies of this desk folder. Edit it while the desk is off; the desk writes it anew when a\n"
+    "# The strategies of this desk folder. Edit it while the desk is off; the desk rewrites it when a\n"
     "# strategy is added, changed, started, stopped or removed at run time.\n";
 
 std::filesystem::path rootOf(const std::string& folder) {
@@ -57,9 +57,10 @@ void checkSecrecy(const std::filesystem::path& folder, const CDeskConfig& config
     std::error_code unreadable;
     const perms rights = std::filesystem::status(folder / kStrategyFile, unreadable).permissions();
     if (hasPass && (rights & (perms::group_all | perms::others_all)) != perms::none)
-        diagnostics.add(kStrategyFile, 0,
-                        "holds a password and is open to others; expected a file for its owner alone: "
-                        "chmod 600 strategies.toml");
+        diagnostics.add(
+            kStrategyFile, 0,
+            "contains a password, but other users have access to it; expected a file for its owner alone: "
+            "chmod 600 strategies.toml");
 }
 
 } // namespace
@@ -95,7 +96,7 @@ std::string CStrategyFile::whyNotKept(const TC::COrderStrategyParam& strategy,
         readTables(root, table, again, diagnostics);
     } catch (const toml::parse_error&) {
         // The parser's message is not shown because it may quote a password.
-        return "it holds a text that the file cannot hold";
+        return "it has a text that the file cannot hold";
     }
     const std::vector<CDiagnostic> mistakes = diagnostics.take();
     if (!mistakes.empty()) return mistakes.front().message;

@@ -300,9 +300,9 @@ void readSlot(const CTomlSection& section, const toml::table& table, COrderStrat
     switchOn(settingKeys(), table, setting);
     warnOfSetting(section, setting, "order_kind");
     if (isSlot && !taken.insert(slot).second)
-        section.mistakeAt(
-            "slot", "slot " + std::to_string(slot) +
-                        " has its settings already; those of the family's own slot stand in [[strategy]]");
+        section.mistakeAt("slot",
+                          "slot " + std::to_string(slot) +
+                              " is defined twice; the settings of the family's own slot are in [[strategy]]");
 }
 
 QString sourcePath(const std::filesystem::path& folder, const COrderStrategyParam& strategy,

@@ -24,7 +24,7 @@ const CInstrumentEntry* findInstrument(const CDeskConfig& config, const std::str
 void warnOfVolume(const CTomlSection& section, const CDeskConfig& config,
                   const TC::COrderStrategyParam& strategy) {
     if (strategy.m_nVolume == 0 && !strategy.m_bUseAmount)
-        section.warnAt("volume", "volume is 0: orders that name no volume trade nothing");
+        section.warnAt("volume", "volume is 0: orders without a volume trade nothing");
     const bool isMultiplier = strategy.m_eTradeType == TC::EOrderStrategyTradeType::Basket ||
                               strategy.m_eTradeType == TC::EOrderStrategyTradeType::FutureBasket;
     if (isMultiplier) return; // here the volume says how many times the basket is traded
@@ -82,9 +82,9 @@ void warnOfSource(const CTomlSection& section, const TC::COrderStrategyParam& st
                   const std::string& path) {
     if (!strategy.comesFromFile()) return;
     if (isForeignPath(path))
-        section.warnAt("path",
-                       "path \"" + path +
-                           "\" looks like one of another system; here it names a file of that whole name");
+        section.warnAt(
+            "path", "path \"" + path +
+                        "\" looks like a path of another operating system; here it is the name of one file");
     if (strategy.m_nAccountMode != 0)
         section.warnAt("account_mode", "account_mode is for tables, which the desk cannot read; the strategy "
                                        "does not start");
@@ -124,7 +124,7 @@ void warnOfSetting(const CTomlSection& section, const TC::COrderSetting& setting
     if (!isPlain && section.has(orderTypeKey))
         section.warnAt(orderTypeKey, orderTypeKey + " is " +
                                          std::to_string(static_cast<int>(setting.m_eOrderType)) +
-                                         "; the desk rejects orders of other kinds than 0");
+                                         "; the desk rejects orders of kinds other than 0");
     const std::pair<const char*, double> limits[] = {{"first_limit", setting.m_dFirstLimit},
                                                      {"second_limit", setting.m_dSecondLimit}};
     for (const auto& [key, limit] : limits) {

@@ -40,9 +40,8 @@ utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
     if (m_journal.isAfterCrash()) m_sink.writeLine(crashText(m_journal.lastSeq()));
     if (m_journal.lastBrokerEvent() > 0 && !hasPaperStore(m_strFolder))
-        m_sink.writeLine(
-            "WARNING: there is no paper.db, but the journal tells of orders. The books begin anew "
-            "with the folder's funds and positions.");
+        m_sink.writeLine("WARNING: there is no paper.db, but the journal has orders. The books begin anew "
+                         "with the folder's funds and positions.");
     if (result.isSuccess())
         result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(),
                                {m_journal.lastTask(), m_journal.lastOrder(), m_journal.lastFill()});
@@ -119,7 +118,8 @@ void CDesk::tick(double secondsSinceStart) {
     m_bQuotesToCome = m_market.applyChanges(secondsSinceStart, [this](const std::string& stockKey) {
         const utils::KNError matched = m_broker.onQuote(stockKey);
         if (!matched.isSuccess())
-            m_sink.writeLine("the paper broker cannot match " + stockKey + ": " + matched.errorMsg());
+            m_sink.writeLine("the paper broker cannot match the waiting orders of " + stockKey + ": " +
+                             matched.errorMsg());
     });
     m_keeper.update(*TC::COrderService::instance());
     m_orderLines.show();
@@ -135,8 +135,7 @@ utils::KNError CDesk::close(const std::string& reason) {
     // If the journal is moved away before the next start, it cannot tell the broker which events it has.
     const utils::KNError stored = m_broker.storeDelivered();
     if (!stored.isSuccess())
-        m_sink.writeLine("Leave the journal where it is until the desk has started again: " +
-                         stored.errorMsg());
+        m_sink.writeLine("Do not move the journal before the next start of the desk: " + stored.errorMsg());
     m_orderLines.finish();
     return m_journal.close(reason);
 }

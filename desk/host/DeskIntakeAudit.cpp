@@ -122,13 +122,13 @@ void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
 void CDeskIntakeAudit::recordDoor(const TC::CDoorReport& report) {
     (void)m_journal.append("door", doorFields(report));
     if (report.m_eEvent != TC::EDoorEvent::Stuck) return;
-    m_sink.writeLine("the listener on " + report.m_strSource.toStdString() +
-                     " serves nobody any more: " + report.m_strPeer.toStdString() + " sent " +
-                     report.m_strCause.toStdString() + "; stop the strategy and start it again");
+    m_sink.writeLine("the listener on " + report.m_strSource.toStdString() + " no longer answers, because " +
+                     report.m_strPeer.toStdString() + " sent " + report.m_strCause.toStdString() +
+                     "; stop the strategy and start it again");
 }
 
 void CDeskIntakeAudit::recordDiscard(const TC::CDiscardReport& report) {
-    reportDiscard(report, "it waited when the strategy was started", m_journal, m_sink);
+    reportDiscard(report, "it was there before the strategy started, and was deleted", m_journal, m_sink);
 }
 
 void CDeskIntakeAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
@@ -136,7 +136,7 @@ void CDeskIntakeAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
     for (const TC::COrderParam& order : orders) {
         ++m_unplaced[order.m_nChannel];
         const bool isRecorded = m_journal.append("unplaced", unplacedFields(order)).isSuccess();
-        if (!isRecorded) m_sink.writeLine("not worked off: " + order.toQString().toStdString());
+        if (!isRecorded) m_sink.writeLine("not processed: " + order.toQString().toStdString());
     }
 }
 
@@ -149,9 +149,9 @@ std::string CDeskIntakeAudit::unplacedText() const {
         channels += (channels.empty() ? "channel " : ", channel ") + std::to_string(channel) + ": " +
                     std::to_string(count);
     }
-    return "Not worked off: " + counted(sum, "order") + " in " +
+    return "Not processed: " + counted(sum, "order") + " in " +
            counted(m_nUnplacedBatches, "batch", "batches") + " (" + channels +
-           "). The journal names each of them as \"unplaced\".";
+           "). The journal has an \"unplaced\" line for each.";
 }
 
 void CDeskIntakeAudit::recordIncident(const TC::CIncidentReport& report) {

@@ -35,7 +35,7 @@ void CJournalGuard::poll() {
     }
     if (!m_journal.probe().isSuccess()) return;
     if (m_onRecovered) m_onRecovered();
-    m_sink.writeLine("The journal works again. Order files are read on.");
+    m_sink.writeLine("The journal works again. Order files are read again.");
     m_pause.reset();
 }
 

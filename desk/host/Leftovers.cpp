@@ -11,8 +11,8 @@
 namespace desk {
 namespace {
 
-constexpr const char* kLeftOver = "a run that was cut off had taken it; look for its orders among the "
-                                  "commands before you send them again; ";
+constexpr const char* kLeftOver = "an earlier run had taken it and did not end properly; look for its orders "
+                                  "in the journal before you send them again; ";
 constexpr const char* kDeletedLater = "the file is deleted when the next one comes";
 constexpr const char* kKeptLater = "the file is moved to rejected/ when the next one comes";
 

@@ -42,7 +42,7 @@ void CPaperOrderClient::decline(const TC::COrderComandParam& command) {
     if (const utils::KNError error = m_journal.append("command", commandFields(command, std::nullopt), &seq);
         !error.isSuccess())
         return refuse("it cannot be recorded: " + error.errorMsg(), 0);
-    refuse("it must be confirmed and nobody can be asked", seq);
+    refuse("it must be confirmed, but the desk cannot ask anybody", seq);
 }
 
 void CPaperOrderClient::showTradeError(const QString& text, const QString& title) {

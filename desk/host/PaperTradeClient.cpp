@@ -18,7 +18,7 @@ constexpr int kUnknownAccount = -1;
 constexpr int kRatioCountWrong = 4;
 
 utils::KNError ratioCountError() {
-    return {kRatioCountWrong, "there is not one weight for each account"};
+    return {kRatioCountWrong, "the number of weights differs from the number of accounts"};
 }
 
 /// The order service refuses a closing order of futures or futures options if the first account gets no

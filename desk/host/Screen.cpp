@@ -41,7 +41,7 @@ bool writeAll(int descriptor, const std::string& text) {
 
 std::string noticeOf(std::size_t dropped) {
     return "(" + std::to_string(dropped) + (dropped == 1 ? " line is" : " lines are") +
-           " missing here: the screen was not read; the journal has all that happened)\n";
+           " missing here, because nobody read the screen; the journal has everything)\n";
 }
 
 } // namespace

@@ -39,7 +39,7 @@ std::string mistakeOf(const CPaperPosition& held, const CInstrumentEntry& instru
     if (!isPaidAsItsKind(held, instrument.kind)) {
         return std::string("was not paid for as instruments of its kind are; take the account out of the "
                            "folder, and its books stay as they are; removing ") +
-               kPaperStoreName + " gives up the books of all accounts";
+               kPaperStoreName + " deletes the books of all accounts";
     }
     return multiplierMistake("opened", held.m_nMultiplier, instrument.multiplier, "held");
 }

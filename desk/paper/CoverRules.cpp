@@ -82,7 +82,7 @@ std::string checkPosition(const CAcceptance& a) {
 
 std::string checkSharesOwed(const CAcceptance& a) {
     if (!returnsShares(a.m_order) || a.m_order.m_nVolume <= returnable(a)) return {};
-    return "not so many shares are owed: " + std::to_string(a.m_order.m_nVolume) + " to return, " +
+    return "fewer shares are owed: " + std::to_string(a.m_order.m_nVolume) + " to return, " +
            std::to_string(returnable(a)) + " owed";
 }
 

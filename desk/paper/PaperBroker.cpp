@@ -168,7 +168,7 @@ void CPaperBroker::trade(CPaperOrder& order) {
     match(m_book, order);
     if (!order.m_bMarket || !order.isOpen()) return;
     const bool hasQuote = m_book.m_sides.find(order.m_strStock) != nullptr;
-    cancel(m_book, order, hasQuote ? "the book has no more" : "there is no quote");
+    cancel(m_book, order, hasQuote ? "the book offers no more volume" : "there is no quote");
 }
 
 void CPaperBroker::carryOut(const TC::CCodeOrderParam& record, CPaperOrder& order) {
@@ -205,7 +205,7 @@ utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words)
     }
     if (!order->isOpen())
         return {kPaperNothingOpen, name + " does not wait: " + statusWord(order->m_eStatus)};
-    cancel(m_book, m_book.m_orders.edit(address.m_nOrder), "cancelled by order");
+    cancel(m_book, m_book.m_orders.edit(address.m_nOrder), "cancelled by a cancel_order line");
     return finishChange();
 }
 

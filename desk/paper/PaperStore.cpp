@@ -104,7 +104,7 @@ std::string remedyAtOpen(ESqlFailure failure) {
                "paper.db-wal and paper.db-shm away. Then either put back a copy of paper.db that was made "
                "while the desk was off (it knows nothing of later fills and cancels; its waiting orders "
                "trade again), or start without one: the desk then begins anew with the folder's funds and "
-               "positions, and the journal still tells what was traded";
+               "positions, and the journal still shows what was traded";
     case ESqlFailure::Locked:
         return kCloseOtherProgram;
     case ESqlFailure::Other:
@@ -118,7 +118,7 @@ std::string remedyAtOpen(ESqlFailure failure) {
 std::string remedyAtSave(ESqlFailure failure) {
     switch (failure) {
     case ESqlFailure::Damaged:
-        return "; stop the desk first; its next start names the remedy";
+        return "; stop the desk first; its next start says what to do";
     case ESqlFailure::Locked:
         return kCloseOtherProgram;
     case ESqlFailure::Other:
@@ -143,7 +143,7 @@ void checkIsWhole(const std::string& path, bool isKnown) {
     const std::uintmax_t log = std::filesystem::file_size(path + kLogSuffix, noLog);
     const bool hasLog = !noLog && log > 0;
     if (!missing && (isKnown || hasLog)) throw CSqlError("the file is empty", ESqlFailure::Damaged);
-    if (hasLog) throw CSqlError("the file is gone and its log is there", ESqlFailure::Damaged);
+    if (hasLog) throw CSqlError("the file is missing, but its log is there", ESqlFailure::Damaged);
 }
 
 /// If the store needs an upgrade, the transaction of the upgrade is left open. The first save commits it.

@@ -147,7 +147,7 @@ TEST_F(DeskLife, SecondCtrlCEndsTheWaitAndTheJournalHasEachOrder) {
     ASSERT_TRUE(waitUntil([&] { return output.hasShown("Working off the orders that were accepted."); }))
         << output.shown();
     output.type(kCtrlC);
-    ASSERT_TRUE(waitUntil([&] { return output.hasShown("Not worked off: ") || process.hasEnded(); }));
+    ASSERT_TRUE(waitUntil([&] { return output.hasShown("Not processed: ") || process.hasEnded(); }));
     EXPECT_EQ(process.wait(), 1);
     output.hasShown("");
     const int unplaced = count("\"kind\":\"unplaced\"");
@@ -155,7 +155,7 @@ TEST_F(DeskLife, SecondCtrlCEndsTheWaitAndTheJournalHasEachOrder) {
     EXPECT_EQ(unplaced + count("\"kind\":\"message\"") - count("启动成功"), kOrders)
         << "each order was begun, with a message, or is among those that were dropped";
     EXPECT_TRUE(has("volume=10000 ")) << "the last of them by its volume";
-    EXPECT_NE(output.shown().find("Not worked off: " + std::to_string(unplaced) +
+    EXPECT_NE(output.shown().find("Not processed: " + std::to_string(unplaced) +
                                   " orders in 1 batch (channel 2: " + std::to_string(unplaced) + ")"),
               std::string::npos)
         << output.shown();

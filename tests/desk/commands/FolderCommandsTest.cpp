@@ -49,7 +49,7 @@ TEST_F(NewFolder, RefusesAFolderWithAnythingInIt) {
     std::filesystem::create_directory(m_folder.path("desk"));
     m_folder.write("desk/mine.txt", "mine");
     EXPECT_EQ(runIn("desk"), 2);
-    EXPECT_EQ(m_err.str(), m_folder.path("desk") + ": is there already and not empty\n");
+    EXPECT_EQ(m_err.str(), m_folder.path("desk") + ": the folder exists and is not empty\n");
     EXPECT_EQ(m_out.str(), "");
     EXPECT_FALSE(m_folder.exists("desk/desk.toml"));
 }

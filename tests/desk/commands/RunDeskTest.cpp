@@ -132,8 +132,7 @@ TEST_F(RunDesk, RemovedBooksBeginAnewAndTheScreenSaysSo) {
     for (const char* name : {"desk/paper.db", "desk/paper.db-wal", "desk/paper.db-shm"})
         std::filesystem::remove(folder.path(name));
     EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
-    EXPECT_NE(out.str().find("WARNING: there is no paper.db, but the journal tells of orders."),
-              std::string::npos)
+    EXPECT_NE(out.str().find("WARNING: there is no paper.db, but the journal has orders."), std::string::npos)
         << out.str();
 }
 

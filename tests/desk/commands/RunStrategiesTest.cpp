@@ -76,7 +76,7 @@ TEST_F(RunStrategies, StrategiesThatOthersCanReadAreRefused) {
     std::filesystem::permissions(folder.path("desk/strategies.toml"), std::filesystem::perms::others_read,
                                  std::filesystem::perm_options::add);
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
-    EXPECT_NE(out.str().find("strategies.toml: holds a password and is open to others"), std::string::npos);
+    EXPECT_NE(out.str().find("strategies.toml: contains a password, but other users have access to it"), std::string::npos);
     EXPECT_FALSE(folder.exists("desk/journal.jsonl"));
 }
 
@@ -98,7 +98,8 @@ TEST_F(RunStrategies, AStrategyWhosePathHasBecomeTheDesksOwnFileIsNotStarted) {
         },
     });
     EXPECT_EQ(code, 0);
-    EXPECT_TRUE(error.endsWith(QStringLiteral("is the desk's own desk.toml, which it would delete")))
+    EXPECT_TRUE(
+        error.endsWith(QStringLiteral("is the desk's own desk.toml, which the strategy would delete")))
         << error.toStdString();
     EXPECT_EQ(folder.read("desk/desk.toml"), before);
     EXPECT_TRUE(folder.exists("desk/orders/single.txt"));

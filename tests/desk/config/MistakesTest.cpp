@@ -132,7 +132,7 @@ const test::CSpoiled kDeskRows[] = {
     {"BasketWithNegativeWeight", "desk.toml", "weight = 1.0", "weight = -1.0",
      "desk.toml:23: basket.rows: weight must not be negative"},
     {"BasketPriceOfZero", "desk.toml", "weight = 1.0", "weight = 1.0, price = 0",
-     "desk.toml:23: basket.rows: price must be above 0; leave it out where there is no price"},
+     "desk.toml:23: basket.rows: price must be above 0; leave it out if there is no price"},
     {"DuplicateBasket", "desk.toml", "[settings.stock]",
      "[[basket]]\nname = \"蓝筹\"\nrows = []\n[settings.stock]",
      "desk.toml:26: basket: basket \"蓝筹\" is defined twice"},
@@ -158,8 +158,8 @@ const test::CSpoiled kStrategyRows[] = {
      "strategies.toml:8: strategy.setting: slot is 16; expected a slot's number, 0 to 15"},
     {"SettingOfTheFamilysOwnSlot", "strategies.toml", "family = \"stock\"\nrunning",
      "family = \"stock\"\nsetting = [{ slot = 0 }]\nrunning",
-     "strategies.toml:8: strategy.setting: slot 0 has its settings already; those of the family's own slot "
-     "stand in [[strategy]]"},
+     "strategies.toml:8: strategy.setting: slot 0 is defined twice; the settings of the family's own slot "
+     "are in [[strategy]]"},
     {"SettingWithoutSlot", "strategies.toml", "family = \"stock\"\nrunning",
      "family = \"stock\"\nsetting = [{ price_type = 4 }]\nrunning",
      "strategies.toml:8: strategy.setting: key \"slot\" is missing"},
@@ -219,7 +219,7 @@ const test::CSpoiled kTableRows[] = {
     {"NoMarket", "instruments.csv", "SZ,000001", ",SZ000001",
      "instruments.csv:3: expected a market and a code"},
     {"InstrumentTwice", "instruments.csv", "SH,600000,", "SZ,000001,甲,,100,,\nSH,600000,",
-     "instruments.csv:4: instrument \"SZ000001\" stands on line 2 already"},
+     "instruments.csv:4: instrument \"SZ000001\" is defined on line 2 already"},
     {"InstrumentWithoutQuote", "instruments.csv", "SZ,000001,", "SZ,000002,乙,,100,,\nSZ,000001,",
      "instruments.csv:3: instrument \"SZ000002\" has no quote; expected a row in quotes.csv"},
     {"BadType", "instruments.csv", "100028 1172", "100028;1172",
@@ -231,7 +231,7 @@ const test::CSpoiled kTableRows[] = {
     {"LimitsTheWrongWayRound", "instruments.csv", "11,9", "9,11",
      "instruments.csv:2: lower_limit is above upper_limit"},
     {"LimitOfZero", "instruments.csv", "11,9", "11,0",
-     "instruments.csv:2: lower_limit must be above 0; leave it empty where there is no price"},
+     "instruments.csv:2: lower_limit must be above 0; leave it empty if there is no price"},
     {"UnknownColumn", "instruments.csv", "lower_limit", "low_limit",
      "instruments.csv:1: unknown column \"low_limit\"; expected one of market, code, name, product, types, "
      "unit, ui_unit, upper_limit, lower_limit, reference_price, transfer_kind, kind, multiplier, "
@@ -246,7 +246,7 @@ const test::CSpoiled kTableRows[] = {
     {"EndlessPrice", "quotes.csv", "SH600000,10,", "SH600000,inf,",
      "quotes.csv:2: last is \"inf\"; expected a number"},
     {"PriceOfZero", "quotes.csv", "SH600000,10,", "SH600000,0,",
-     "quotes.csv:2: last must be above 0; leave it empty where there is no price"},
+     "quotes.csv:2: last must be above 0; leave it empty if there is no price"},
     {"NegativeVolume", "quotes.csv", "9.99,100,9.98", "9.99,-100,9.98",
      "quotes.csv:2: bid1_volume must not be negative"},
     {"CrossedBook", "quotes.csv", "10.01,200", "9.99,200", "quotes.csv:2: ask1 is not above bid1"},

@@ -39,8 +39,8 @@ TEST_F(OrderPaths, TheDesksOwnFilesAreRefusedAlsoThoseThatAreNotThereYet) {
          {"desk.toml", "strategies.toml", "strategies.toml.new", "settings.xml", "settings.xml.new",
           "instruments.csv", "quotes.csv", "quote_changes.csv", "positions.csv", "journal.jsonl", "paper.db",
           "paper.db-wal", "paper.db-shm", "paper.db-journal", ".lock"}) {
-        EXPECT_EQ(refusal(name),
-                  "path \"" + std::string(name) + "\" is the desk's own " + name + ", which it would delete");
+        EXPECT_EQ(refusal(name), "path \"" + std::string(name) + "\" is the desk's own " + name +
+                                     ", which the strategy would delete");
         EXPECT_NE(refusal("orders/../" + std::string(name)), "") << name;
     }
 }
@@ -54,17 +54,17 @@ TEST_F(OrderPaths, AFolderAndThePlaceOfRefusedFilesAreRefused) {
     EXPECT_EQ(refusal("orders/b.txt"),
               "path \"orders/b.txt\" with \".tmp\" is a folder; expected a place for an order file");
     EXPECT_EQ(refusal("rejected/a.txt"),
-              "path \"rejected/a.txt\" lies in rejected/, where the desk keeps refused order files");
+              "path \"rejected/a.txt\" is in rejected/, where the desk keeps refused order files");
     EXPECT_NE(refusal("rejected"), "");
 }
 
 TEST_F(OrderPaths, AZeroByteIsRefused) {
     EXPECT_EQ(refusal(std::string("desk.toml\0.txt", 14)),
-              "path holds a zero byte; expected the name of an order file");
+              "path contains a zero byte; expected the name of an order file");
 }
 
 TEST_F(OrderPaths, LinksToTheDesksOwnFilesAreRefused) {
-    const std::string own = " is the desk's own desk.toml, which it would delete";
+    const std::string own = " is the desk's own desk.toml, which the strategy would delete";
     fs::create_symlink("desk.toml", place("soft.txt"));
     fs::create_symlink("soft.txt", place("softer.txt"));
     fs::create_hard_link(place("desk.toml"), place("hard.txt"));
@@ -74,7 +74,8 @@ TEST_F(OrderPaths, LinksToTheDesksOwnFilesAreRefused) {
         EXPECT_EQ(refusal(name), "path \"" + std::string(name) + "\"" + own);
     EXPECT_EQ(refusal("taken.txt"), "path \"taken.txt\" with \".tmp\"" + own);
     fs::create_symlink("paper.db", place("later.txt"));
-    EXPECT_EQ(refusal("later.txt"), "path \"later.txt\" is the desk's own paper.db, which it would delete")
+    EXPECT_EQ(refusal("later.txt"),
+              "path \"later.txt\" is the desk's own paper.db, which the strategy would delete")
         << "a link to a file that is not there yet";
     fs::create_symlink("nowhere.txt", place("loose.txt"));
     EXPECT_EQ(refusal("loose.txt"), "");
@@ -97,9 +98,8 @@ TEST_F(OrderPaths, TwoStrategiesMustNotMeet) {
     };
     EXPECT_EQ(meeting("orders/y"), "");
     EXPECT_EQ(meeting("orders/x"), "path \"orders/x\" is the path of channel 7 too");
-    const std::string meets =
-        "\" and the path of channel 7 meet with \".tmp\" behind one of them; each would "
-        "delete the other's files";
+    const std::string meets = "\" and the path of channel 7 are the same if \".tmp\" is added to one of "
+                              "them; each strategy would delete the other's files";
     EXPECT_EQ(meeting("orders/x.tmp"), "path \"orders/x.tmp" + meets);
     other.m_strSignalSource += ".tmp";
     EXPECT_EQ(meeting("orders/x"), "path \"orders/x" + meets);
@@ -117,14 +117,14 @@ TEST_F(OrderPaths, CheckNamesTheLineOfThePath) {
     fs::create_symlink("desk.toml", place("soft.txt"));
     EXPECT_EQ(mistakesAt("soft.txt"),
               std::vector<std::string>{"strategies.toml:5: strategy: path \"soft.txt\" is the desk's own "
-                                       "desk.toml, which it would delete"});
+                                       "desk.toml, which the strategy would delete"});
 }
 
 TEST_F(OrderPaths, CheckRefusesPathsThatMeet) {
     EXPECT_EQ(mistakesAt("orders/two.txt.tmp"),
               std::vector<std::string>{
-                  "strategies.toml:13: strategy: path \"orders/two.txt\" and the path of channel 1 meet with "
-                  "\".tmp\" behind one of them; each would delete the other's files"});
+                  "strategies.toml:13: strategy: path \"orders/two.txt\" and the path of channel 1 are the "
+                  "same if \".tmp\" is added to one of them; each strategy would delete the other's files"});
 }
 
 TEST_F(OrderPaths, WhatMayNotBeStartedAtRunTime) {

@@ -73,11 +73,11 @@ TEST_F(SettingsFile, OtherElementsAreToldByTheirLine) {
     EXPECT_EQ(mistakesOf("\n<strategies/>"),
               Lines{"settings.xml:2: is a document of \"strategies\"; expected one of \"settings\""});
     EXPECT_EQ(mistakesOf("<settings>\n<interfacetrade/></settings>"),
-              Lines{"settings.xml:2: unexpected element \"interfacetrade\"; expected one \"interfaceTrade\" "
-                    "alone"});
+              Lines{"settings.xml:2: unexpected element \"interfacetrade\"; expected exactly one "
+                    "\"interfaceTrade\""});
     EXPECT_EQ(mistakesOf("<settings><interfaceTrade/>\n<interfaceTrade/></settings>"),
-              Lines{"settings.xml:2: unexpected element \"interfaceTrade\"; expected one \"interfaceTrade\" "
-                    "alone"});
+              Lines{"settings.xml:2: unexpected element \"interfaceTrade\"; expected exactly one "
+                    "\"interfaceTrade\""});
 }
 
 TEST_F(SettingsFile, EveryBadInterfaceIsToldByItsLineAndWhatWasExpected) {
@@ -179,14 +179,14 @@ TEST_F(SettingsFile, WhatCouldNotBeReadAgainLeavesTheOldOne) {
     const std::string old = settingsWith(interfaceWith("a"));
     folder.files().write("settings.xml", old);
     const std::string path = folder.files().path("settings.xml");
-    EXPECT_EQ(saveSettings(folder.path(), settingsWith(interfaceWith("a", "\"m_nMaxLoss\":0.5")),
-                           interfacesNamed({"a"}))
-                  .errorMsg(),
-              path +
-                  " stays as it was, since the new one could not be read again: interface \"a\": wrong type "
-                  "for field (m_nMaxLoss) 1 != 16; expected a whole number of 32 bits");
+    EXPECT_EQ(
+        saveSettings(folder.path(), settingsWith(interfaceWith("a", "\"m_nMaxLoss\":0.5")),
+                     interfacesNamed({"a"}))
+            .errorMsg(),
+        path + " is not changed, because the new file could not be read again: interface \"a\": wrong type "
+               "for field (m_nMaxLoss) 1 != 16; expected a whole number of 32 bits");
     EXPECT_EQ(saveSettings(folder.path(), old, interfacesNamed({"a", ""})).errorMsg(),
-              path + " stays as it was: an interface has no name that can stand in XML");
+              path + " is not changed: an interface has a name that XML cannot contain");
     EXPECT_EQ(folder.files().read("settings.xml"), old);
 }
 
@@ -201,7 +201,7 @@ TEST_F(SettingsFile, WhatWouldBeReadAsSomethingElseLeavesTheOldOne) {
             .errorMsg();
     };
     const std::string refused = folder.files().path("settings.xml") +
-                                " stays as it was: interface \"b\" would be read back as something else";
+                                " is not changed: interface \"b\" would be read back as something else";
     EXPECT_EQ(save("\"m_nPeroid\":1"), refused);
     EXPECT_EQ(save("\"whitelist\":[\"{}\"]"), refused);
     interfaces.back()->m_strAccount = "\xD5\xCB"; // not UTF-8: it is written as another text

@@ -62,9 +62,9 @@ TEST(SingleMistakes, AFolderWithoutARunningStrategyIsWarnedOf) {
 TEST(SingleMistakes, LimitsCountByKindIfTheyAreSplit) {
     const std::vector<std::string> told =
         checkOf({"", "desk.toml",
-                 "max_socket_strategies = 5                  # of order sockets; counts only with "
-                 "mdl_order_split_orderNum\nfile_interval_ms = 50                      # how often "
-                 "order files are looked for\n\n[switches]                                 # "
+                 "max_socket_strategies = 5                  # of order sockets; used only with "
+                 "mdl_order_split_orderNum\nfile_interval_ms = 50                      # milliseconds "
+                 "between two checks for order files\n\n[switches]                                 # "
                  "deployment switches that are on\n",
                  "max_socket_strategies = 1\n[switches]\nmdl_order_split_orderNum = true\n", ""});
     EXPECT_EQ(told,

@@ -431,8 +431,8 @@ TEST(StrategyFile, AnyRightOfOthersToAPasswordIsAMistake) {
                                      perms::owner_read | perms::owner_write | right);
         EXPECT_EQ(
             folder.mistakes(),
-            std::vector<std::string>{"strategies.toml:0: holds a password and is open to others; expected "
-                                     "a file for its owner alone: chmod 600 strategies.toml"})
+            std::vector<std::string>{"strategies.toml:0: contains a password, but other users have access to "
+                                     "it; expected a file for its owner alone: chmod 600 strategies.toml"})
             << static_cast<unsigned>(right);
     }
     folder.setSecret("strategies.toml", true);

@@ -38,7 +38,7 @@ TEST_F(PaperTradeClient, MoneyIsDividedByWeight) {
 
 TEST_F(PaperTradeClient, MoneyThatCannotBeDividedIsTold) {
     EXPECT_EQ(splitMoney(-1, {1, 3}), "金额为负数");
-    EXPECT_EQ(splitMoney(100, {1}), "there is not one weight for each account");
+    EXPECT_EQ(splitMoney(100, {1}), "the number of weights differs from the number of accounts");
 }
 
 TEST_F(PaperTradeClient, CancelOfAnUnknownTaskIsToldOnTheScreen) {

@@ -81,8 +81,8 @@ TEST_F(Screen, UnreadScreenHoldsNobodyUpAndSaysHowManyLinesItDropped) {
         screen.stream() << numbered(i) << std::flush;
     std::istringstream shown(readUntil(numbered(kLines - 1)));
     const std::regex notice(
-        "\\((\\d+) lines? (are|is) missing here: the screen was not read; the journal has all "
-        "that happened\\)");
+        "\\((\\d+) lines? (are|is) missing here, because nobody read the screen; the journal has "
+        "everything\\)");
     int next = 0;
     bool isAnyMissing = false;
     for (std::string line; std::getline(shown, line);) {

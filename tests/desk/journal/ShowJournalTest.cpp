@@ -20,7 +20,7 @@ std::string shown(const std::string& kind, const std::string& rest) {
 }
 
 const std::string kDiscarded =
-    R"("source":"a.txt","channel":1,"lines":3,"bytes":60,"cause":"it waited when the strategy was started")";
+    R"("source":"a.txt","channel":1,"lines":3,"bytes":60,"cause":"it was there before the strategy started, and was deleted")";
 
 class ShowJournalTest : public testing::Test {
 protected:
@@ -77,11 +77,11 @@ TEST(JournalText, EachKindReadsAsOneLine) {
               kShown + "started  process 9, after a crash\n");
     EXPECT_EQ(shown("continued", R"("cause":"it was cut","event":3)"),
               kShown + "continued  THE FILE CHANGED: it was cut\n");
-    EXPECT_EQ(
-        shown("discarded", kDiscarded),
-        kShown + "discarded  channel 1: NOT READ: a.txt, 3 lines: it waited when the strategy was started\n");
+    EXPECT_EQ(shown("discarded", kDiscarded),
+              kShown + "discarded  channel 1: NOT READ: a.txt, 3 lines: it was there before the strategy "
+                       "started, and was deleted\n");
     EXPECT_EQ(shown("unplaced", R"("channel":2,"order":"order_type=23 channel=2")"),
-              kShown + "unplaced  channel 2: NOT WORKED OFF: order_type=23 channel=2\n");
+              kShown + "unplaced  channel 2: NOT PROCESSED: order_type=23 channel=2\n");
     EXPECT_EQ(shown("stopped", R"("reason":"signal 15")"), kShown + "stopped  reason signal 15\n");
     EXPECT_EQ(shown("message", R"("text":"无法下单","type":4,"level":2)"), kShown + "message  无法下单\n");
     EXPECT_EQ(shown("trade_error", R"("text":"x","title":"t")"), kShown + "trade_error  x (t)\n");
@@ -221,8 +221,7 @@ std::string stoppedLine(int seq) {
     return R"({"kind":"stopped","time":"t","seq":)" + std::to_string(seq) + ",\"reason\":\"a\"}\n";
 }
 
-constexpr const char* kShownReopened =
-    "-- another file is at the journal's path, or it was cut; from its beginning:\n";
+constexpr const char* kShownReopened = "-- the journal was replaced or cut; the file from its beginning:\n";
 
 TEST_F(ShowJournalTest, FollowingReadsWhatTheDeskStillWritesIntoAFileThatWasMoved) {
     m_folder.append(kJournalFileName, stoppedLine(1));

@@ -103,9 +103,9 @@ TEST_F(CreditOrders, BuyingBackReturnsSharesAndFreesTheirProceeds) {
     EXPECT_EQ(sharesOwed(), 100);
     EXPECT_EQ(available(kCredit), kFunds + 200);
     EXPECT_EQ(margin(kCredit), 1000);
-    EXPECT_EQ(outcomeOf(kBuyToReturn, 200, 9), "not so many shares are owed: 200 to return, 100 owed");
+    EXPECT_EQ(outcomeOf(kBuyToReturn, 200, 9), "fewer shares are owed: 200 to return, 100 owed");
     EXPECT_EQ(outcomeOf(kBuyToReturn, 100, 8), "working");
-    EXPECT_EQ(outcomeOf(kBuyToReturn, 100, 9), "not so many shares are owed: 100 to return, 0 owed");
+    EXPECT_EQ(outcomeOf(kBuyToReturn, 100, 9), "fewer shares are owed: 100 to return, 0 owed");
     ASSERT_TRUE(m_broker->cancelTask(4, "").isSuccess());
     EXPECT_EQ(outcomeOf(kBuyToReturn, 100, 9), "filled");
     EXPECT_TRUE(m_broker->debts().empty());
@@ -229,7 +229,7 @@ TEST_F(CreditOrders, SharesAreReturnedFromThePosition) {
     outcomeOf(kSellShort, 200, 10);
     EXPECT_EQ(outcomeOf(kReturnShares, 100, 0), "not enough to return: 100 ordered, 0 available today");
     startDay("20260106");
-    EXPECT_EQ(outcomeOf(kReturnShares, 250, 0), "not so many shares are owed: 250 to return, 200 owed");
+    EXPECT_EQ(outcomeOf(kReturnShares, 250, 0), "fewer shares are owed: 250 to return, 200 owed");
     const CPaperOrder order = orderOf(kCredit, kReturnShares, 150, TC::kUnsetDouble);
     EXPECT_EQ(order.m_eStatus, EOrderStatus::Filled);
     EXPECT_EQ(order.m_nFilled, 150);

@@ -88,7 +88,7 @@ TEST_F(PaperBroker, WaitingOrdersComeBeforeTheOrderThatBringsTheFirstQuote) {
 TEST_F(PaperBroker, MarketOrderTakesWhatTheBookHasAndTheRestIsCancelled) {
     const CPaperOrder bought = placed(buy(2000, TC::kUnsetDouble, kMarket));
     EXPECT_EQ(bought.m_eStatus, EOrderStatus::Cancelled);
-    EXPECT_EQ(bought.m_strReason, "the book has no more");
+    EXPECT_EQ(bought.m_strReason, "the book offers no more volume");
     EXPECT_EQ(bought.m_nFilled, 1600);
     EXPECT_EQ(funds().m_nFrozen, 0);
     const CPaperOrder sold = placed(sell(1000, TC::kUnsetDouble, kMarket));
@@ -180,7 +180,7 @@ TEST_F(PaperBroker, CancelByOrderNamesAccountAndOrder) {
     ASSERT_TRUE(m_broker->cancelOrders({"cancel_order", "A1", "2\r"}).isSuccess());
     EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Working);
     EXPECT_EQ(order(2).m_eStatus, EOrderStatus::Cancelled);
-    EXPECT_EQ(order(2).m_strReason, "cancelled by order");
+    EXPECT_EQ(order(2).m_strReason, "cancelled by a cancel_order line");
 }
 
 TEST_F(PaperBroker, CancelByOrderFailsWithTheReason) {

@@ -134,9 +134,9 @@ TEST_F(PaperHost, CommandToBeConfirmedIsDeclinedUnlessTheDeskTakesSuch) {
     EXPECT_TRUE(m_broker->tasks().empty());
     EXPECT_EQ(kinds(), (CTexts{"started", "command", "trade_error"}));
     EXPECT_EQ(record(2)["command"], 2);
-    EXPECT_EQ(record(2)["text"], "it must be confirmed and nobody can be asked");
+    EXPECT_EQ(record(2)["text"], "it must be confirmed, but the desk cannot ask anybody");
     EXPECT_TRUE(record(1)["task"].is_null()) << "what was declined has no task";
-    EXPECT_EQ(m_shown.str(), "command refused: it must be confirmed and nobody can be asked\n");
+    EXPECT_EQ(m_shown.str(), "command refused: it must be confirmed, but the desk cannot ask anybody\n");
 
     CPaperOrderClient(m_journal, *m_broker, m_sink, true).orderCommands(forced);
     EXPECT_EQ(m_broker->tasks().size(), 1u);
@@ -170,7 +170,7 @@ TEST_F(PaperHost, VolumesAreSplitInTheInstrumentsUnit) {
     EXPECT_EQ(split(300, {1, 1}, "", error), (std::vector<int>{150, 150}));
     EXPECT_TRUE(error->isSuccess());
     EXPECT_TRUE(split(300, {1}, "600000", error).empty());
-    EXPECT_EQ(error->errorMsg(), "there is not one weight for each account");
+    EXPECT_EQ(error->errorMsg(), "the number of weights differs from the number of accounts");
     EXPECT_TRUE(split(TC::kUnsetInt, {1, 1}, "600000", error).empty());
     EXPECT_EQ(error->errorMsg(), "没有数量");
     EXPECT_TRUE(split(-1, {1, 1}, "600000", nullptr).empty());

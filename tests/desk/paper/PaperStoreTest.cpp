@@ -306,8 +306,7 @@ TEST_F(PaperStore, DamageWhileItRunsNamesTheNextStartAndNotTheRemedy) {
     sqlite3_close(other);
     int taskId = 0;
     const std::string error = m_broker->placeCommand(stockCommand({buy(100, 9.50)}), 0, taskId).errorMsg();
-    EXPECT_NE(error.find("malformed; stop the desk first; its next start names the remedy"),
-              std::string::npos)
+    EXPECT_NE(error.find("malformed; stop the desk first; its next start says what to do"), std::string::npos)
         << error;
     EXPECT_EQ(error.find("away"), std::string::npos) << error;
 }

@@ -73,7 +73,7 @@ constexpr const char* kStockStore = R"(
 
 const std::string kPaidOtherwise = "was not paid for as instruments of its kind are; take the account out of "
                                    "the folder, and its books stay as "
-                                   "they are; removing paper.db gives up the books of all accounts";
+                                   "they are; removing paper.db deletes the books of all accounts";
 
 } // namespace
 
