@@ -114,7 +114,7 @@ TEST_F(CancelPage, OrderSocketCancelsTheTaskThatItsPageNames) {
 }
 
 TEST_F(CancelPage, OrderFileCancelsTheTaskThatItsPageNames) {
-    const CPlaceInJournal place = placeOnPage("desk.md", "`cancel TASK` ends");
+    const CPlaceInJournal place = placeOnPage("desk-reference.md", "`cancel TASK` ends");
     EXPECT_EQ(run({
                   [this] { return has("\"action\":\"start\",\"channel\":16"); },
                   [this] { return placeThree(); },
@@ -130,7 +130,7 @@ TEST_F(CancelPage, OrderFileCancelsTheTaskThatItsPageNames) {
 }
 
 TEST_F(CancelPage, OrderFileCancelsTheOrderThatItsPageNames) {
-    const CPlaceInJournal place = placeOnPage("desk.md", "`cancel_order ACCOUNT ORDER` ends");
+    const CPlaceInJournal place = placeOnPage("desk-reference.md", "`cancel_order ACCOUNT ORDER` ends");
     EXPECT_EQ(run({
                   [this] { return has("\"action\":\"start\",\"channel\":16"); },
                   [this] { return placeThree(); },

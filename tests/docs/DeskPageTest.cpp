@@ -1,4 +1,4 @@
-// Compares the tables of docs/desk.md with the keys and words that the desk reads.
+// Compares the tables of docs/desk-reference.md with the keys and words that the desk reads.
 #include "desk/config/ConfigLoader.h"
 #include "desk/config/Words.h"
 #include "orderservice/records/Families.h"
@@ -17,7 +17,7 @@ namespace {
 
 using CKeys = std::set<std::string>;
 
-const std::string kDeskPage = std::string(SOURCE_DIR) + "/docs/desk.md";
+const std::string kDeskPage = std::string(SOURCE_DIR) + "/docs/desk-reference.md";
 
 /// A folder with an unknown key in each table. The resulting mistakes list the known keys.
 const char* const kDeskToml = R"(no_key = 1

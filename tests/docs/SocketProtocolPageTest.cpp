@@ -237,7 +237,7 @@ TEST(SocketProtocolFigures, ArePrintedOnThePageAsTheyAre) {
 
 TEST(SocketProtocolFigures, ArePrintedOnTheDesksPageAsTheyAre) {
     expectTexts(
-        "/docs/desk.md",
+        "/docs/desk-reference.md",
         {"| open connections of a listener | " + figure(CSocketGuard::kMaxConnections) + ", and " +
              figure(CSocketGuard::kMaxEnding) + " more",
          "| length of a line | " + figure(CSocketGuard::kMaxLine) + " bytes",
