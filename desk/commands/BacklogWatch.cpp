@@ -28,15 +28,15 @@ CBacklogWatch::~CBacklogWatch() {
 void CBacklogWatch::watch() {
     utils::setThreadName("backlogWatch");
     const double begin = utils::getTime();
-    bool isTold = false;
+    bool isReported = false;
     while (!m_bEnded) {
         if (!m_keepWaiting()) {
             m_service.dropBacklog();
             m_sink.writeLine("The waiting orders are discarded; the current order is finished.");
             return;
         }
-        if (!isTold && utils::getTime() - begin > kSilentSeconds) {
-            isTold = true;
+        if (!isReported && utils::getTime() - begin > kSilentSeconds) {
+            isReported = true;
             m_sink.writeLine("Processing the orders that were accepted. Ctrl-C discards them.");
         }
         utils::sleep(kLookSeconds);

@@ -376,10 +376,10 @@ private:
             return isAbove || isBelow;
         };
         // One warning for each row is enough: if the limits are wrong, all of its prices look wrong.
-        bool isTold = check("last", quote.last);
-        for (std::size_t level = 0; level < CQuoteEntry::kDepth && !isTold; ++level) {
-            isTold = check("bid" + std::to_string(level + 1), quote.buy[level].price) ||
-                     check("ask" + std::to_string(level + 1), quote.sell[level].price);
+        bool isReported = check("last", quote.last);
+        for (std::size_t level = 0; level < CQuoteEntry::kDepth && !isReported; ++level) {
+            isReported = check("bid" + std::to_string(level + 1), quote.buy[level].price) ||
+                         check("ask" + std::to_string(level + 1), quote.sell[level].price);
         }
     }
 

@@ -2,7 +2,7 @@
 // real service.
 #include "orderservice/records/Families.h"
 #include "tests/docs/FamilyProbe.h"
-#include "tests/docs/FamilyRoad.h"
+#include "tests/docs/FamilyService.h"
 #include "tests/docs/Pages.h"
 
 #include <gtest/gtest.h>
@@ -146,13 +146,13 @@ std::string saidFor(const CExample& example, const std::string& family, const CT
         return said.empty() ? said : "error 参数错误: " + said;
     }
     const CCause& cause = causes().at(name);
-    CFamilyRoad road;
+    CFamilyService run;
     for (const auto& [word, rest] : cause.statements)
-        road.set(word, example.fill(rest));
-    road.addStrategy(3, family, cause.words);
+        run.set(word, example.fill(rest));
+    run.addStrategy(3, family, cause.words);
     std::string lines = example.fill(codeSpans(text.at("Line")).at(0)) + "\n";
     if (name == "account") lines += "orderParam=where\n";
-    return findLine(road.drop(3, lines), "error ");
+    return findLine(run.drop(3, lines), "error ");
 }
 
 /// Whether the message is one of these texts of the page, for any line.
@@ -220,19 +220,19 @@ TEST(FamiliesPage, EveryTextOfTheCodeIsOnThePage) {
 TEST(FamiliesPage, EveryLineOfTheTableGoesOut) {
     for (const CTableRow& row : familyRows()) {
         for (const std::string& family : listOf(row.at("Number"))) {
-            CFamilyRoad road;
-            road.addStrategy(3, family);
-            const auto log = road.drop(3, CExample(row).line + "\n");
+            CFamilyService run;
+            run.addStrategy(3, family);
+            const auto log = run.drop(3, CExample(row).line + "\n");
             EXPECT_EQ(findLine(log, "command "), log.back()) << row.at("Family");
             EXPECT_NE(findLine(log, "command trader " + row.at("Trader") + " "), "") << row.at("Family");
         }
     }
 }
 
-TEST(FamiliesPage, OtherTradeTypesAreTold) {
-    CFamilyRoad road;
-    road.addStrategy(3, "7", "account=A1");
-    const auto log = road.drop(3, "23,0,10,600000,100\n");
+TEST(FamiliesPage, OtherTradeTypesAreReported) {
+    CFamilyService run;
+    run.addStrategy(3, "7", "account=A1");
+    const auto log = run.drop(3, "23,0,10,600000,100\n");
     EXPECT_EQ(log.back(), "message [文件单]　通道号: 3, 交易类型错误!");
 }
 

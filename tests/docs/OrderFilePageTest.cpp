@@ -1,6 +1,6 @@
 // Reads the examples of docs/order-file.md from the page itself.
 #include "orderservice/intake/OrderFileParser.h"
-#include "tests/docs/FamilyRoad.h"
+#include "tests/docs/FamilyService.h"
 #include "tests/docs/FencedBlocks.h"
 #include "tests/docs/NumberTable.h"
 #include "tests/docs/Pages.h"
@@ -105,15 +105,15 @@ TEST(OrderFilePage, EveryNumberGivesItsOrder) {
 
 TEST(OrderFilePage, EveryNumberGoesOutWhereThePageSaysSo) {
     const std::map<std::string, std::string> families = familyNumbers();
-    CFamilyRoad road;
+    CFamilyService run;
     int channel = 0;
     std::map<std::string, int> channels;
     for (const auto& [family, number] : families) {
-        road.addStrategy(++channel, number, CFamilyRoad::wordsOf(family));
+        run.addStrategy(++channel, number, CFamilyService::wordsOf(family));
         channels[family] = channel;
     }
     for (const CNumberExample& example : fileExamples()) {
-        const auto log = road.drop(channels.at(example.family), example.lines);
+        const auto log = run.drop(channels.at(example.family), example.lines);
         const std::string command = findLine(log, "command ");
         EXPECT_EQ(!command.empty(), example.goesOut) << example.family << ": " << example.lines;
         EXPECT_EQ(findLine(log, "error ").empty(), example.goesOut)

@@ -5,7 +5,7 @@
 #include "orderservice/socket/OrderCommandParser.h"
 #include "orderservice/socket/OrderCredit.h"
 #include "orderservice/socket/SocketGuard.h"
-#include "tests/docs/FamilyRoad.h"
+#include "tests/docs/FamilyService.h"
 #include "tests/docs/FencedBlocks.h"
 #include "tests/docs/NumberTable.h"
 #include "tests/socket/SocketFixture.h"
@@ -167,12 +167,12 @@ TEST_F(SocketProtocolPage, EveryNumberGivesItsOrder) {
 
 /// Sends the examples of one family to a new service. The channel of the lines is a strategy of this family.
 void expectNumbersOf(const std::string& family, const std::string& number) {
-    CFamilyRoad road;
-    road.addStrategy(3, number, "socket " + CFamilyRoad::wordsOf(family));
+    CFamilyService run;
+    run.addStrategy(3, number, "socket " + CFamilyService::wordsOf(family));
     for (const CNumberExample& example : socketExamples()) {
         if (example.family != family) continue;
         const std::string line = example.lines.substr(0, example.lines.size() - 1);
-        const auto log = road.send(3, "placeorder " + line);
+        const auto log = run.send(3, "placeorder " + line);
         EXPECT_EQ(!findLine(log, "command ").empty(), example.goesOut) << family << ": " << line;
         EXPECT_EQ(findLine(log, "error ").empty(), example.goesOut) << family << ": " << line;
     }

@@ -41,8 +41,8 @@ class HostPage(unittest.TestCase):
         on_page = [name for row in rows_of(section("What a plain stock host writes")) for name in names_in(row[2])]
         self.assertEqual(sorted(written), sorted(on_page))
         self.assertLess(len(written), MOST_OPERATIONS)
-        told = int(re.search(r"A plain stock\s+host writes (\d+) operations", PAGE).group(1))
-        self.assertEqual(len(written), told)
+        named = int(re.search(r"A plain stock\s+host writes (\d+) operations", PAGE).group(1))
+        self.assertEqual(len(written), named)
 
     def test_every_operation_of_the_boundary_has_its_thread_and_locks(self):
         on_page = {name for row in rows_of(section("Threads, locks and call-backs")) for name in names_in(row[0])}
@@ -59,7 +59,7 @@ class HostPage(unittest.TestCase):
         self.assertGreater(len(services), 10)
         self.assertEqual(services - on_page, set())
 
-    def test_every_switch_is_told(self):
+    def test_every_switch_is_on_the_page(self):
         on_page = {name for row in rows_of(section("Switches")) for name in names_in(row[0])}
         asked = {name for path in (ROOT / "src").rglob("*.cpp") for name in re.findall(r'"(mdl_order_\w+)"', code_of(path))}
         asked |= {name for path in (ROOT / "src").rglob("*.h") for name in re.findall(r'"(mdl_order_\w+)"', code_of(path))}
@@ -69,8 +69,8 @@ class HostPage(unittest.TestCase):
     def test_user_kinds_are_those_of_the_code(self):
         code = (ROOT / "src/check/CommandIssue.cpp").read_text(encoding="utf-8")
         kinds = re.search(r"kCommandUserKinds\[\] = \{([\d, ]+)\}", code).group(1)
-        told = re.search(r"`getUserKind` must be one of ([\d, and]+)", PAGE).group(1)
-        self.assertEqual(sorted(map(int, re.findall(r"\d+", told))), sorted(map(int, kinds.split(","))))
+        named = re.search(r"`getUserKind` must be one of ([\d, and]+)", PAGE).group(1)
+        self.assertEqual(sorted(map(int, re.findall(r"\d+", named))), sorted(map(int, kinds.split(","))))
 
     def test_options_are_those_of_the_build(self):
         options = set(re.findall(r"option\((\w+)", (ROOT / "cmake/ProjectOptions.cmake").read_text(encoding="utf-8")))

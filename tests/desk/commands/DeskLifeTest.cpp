@@ -144,7 +144,7 @@ TEST_F(DeskLife, SecondCtrlCEndsTheWaitAndTheJournalHasEachOrder) {
     folder.handOver("desk/orders/single.txt", lines);
     ASSERT_TRUE(waitUntil([this] { return has("\"kind\":\"intake\""); }));
     output.type(kCtrlC);
-    ASSERT_TRUE(waitUntil([&] { return output.hasShown("Working off the orders that were accepted."); }))
+    ASSERT_TRUE(waitUntil([&] { return output.hasShown("Processing the orders that were accepted."); }))
         << output.shown();
     output.type(kCtrlC);
     ASSERT_TRUE(waitUntil([&] { return output.hasShown("Not processed: ") || process.hasEnded(); }));

@@ -153,7 +153,7 @@ TEST(CheckFolder, PrintsEveryMistakeByFileAndLine) {
                              folder.path() + ": 2 mistakes\n");
 }
 
-TEST_F(DemoFolder, MarginsBeyondTheFundsAreToldByTheCheckAndNotStarted) {
+TEST_F(DemoFolder, MarginsBeyondTheFundsAreReportedByCheckAndNotStarted) {
     std::string text = m_folder.read("desk/desk.toml");
     const std::string funds = "funds = 2000000.0";
     ASSERT_NE(text.find(funds), std::string::npos);
@@ -193,7 +193,7 @@ TEST_F(DemoFolder, AccountThatTheBooksHoldStartsWhateverTheFolderSaysOfItsFunds)
     EXPECT_EQ(refused.str().find("account F1"), std::string::npos) << refused.str();
 }
 
-TEST_F(DemoFolder, StoreThatCannotBeReadIsToldByItsOwnName) {
+TEST_F(DemoFolder, StoreThatCannotBeReadIsReportedWithItsName) {
     m_folder.write("desk/paper.db", "not a database, but longer than nothing");
     std::ostringstream out;
     EXPECT_EQ(runDesk(m_folder.path("desk"), 0.0, out, [] { return true; }), 1);

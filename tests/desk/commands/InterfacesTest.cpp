@@ -126,7 +126,7 @@ boost::shared_ptr<TradeInterfaceData> interfaceOfEntry(const std::string& text) 
 }
 
 /// The next start could not read these interfaces, so they must not be saved. The folder must still start.
-TEST_F(DeskInterfaces, WhatCouldNotBeReadAgainIsToldAndNotSaved) {
+TEST_F(DeskInterfaces, InterfaceThatCannotBeReadAgainIsReportedAndNotSaved) {
     const std::string before = settings();
     for (const auto& interface :
          {interfaceOf(""), interfaceOf("two words"), interfaceOf("1"), interfaceOf("a><b"),
@@ -145,7 +145,7 @@ TEST_F(DeskInterfaces, WhatCouldNotBeReadAgainIsToldAndNotSaved) {
     EXPECT_EQ(textsOfNextRun().size(), 1U);
 }
 
-TEST_F(DeskInterfaces, ABadTextIsToldAndNotStarted) {
+TEST_F(DeskInterfaces, ABadTextIsReportedAndNotStarted) {
     folder.write("desk/settings.xml", "<settings>\n<interfaceTrade>\n<a interfacedata='{'/>\n"
                                       "</interfaceTrade></settings>");
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);

@@ -183,7 +183,7 @@ TEST_F(RunDesk, DeskThatIsEndedDuringItsStartStartsNoStrategy) {
     EXPECT_TRUE(folder.exists("desk/orders/group.txt")) << "a strategy that starts would delete it";
 }
 
-TEST_F(RunDesk, JournalThatIsRemovedInTheLastSecondIsToldAtTheEnd) {
+TEST_F(RunDesk, JournalThatIsRemovedInTheLastSecondIsReportedAtTheEnd) {
     const int code = run({
         [this] { return has("\"action\":\"start\",\"channel\":4"); },
         [this] { return std::filesystem::remove(folder.path("desk/journal.jsonl")); },
@@ -306,7 +306,7 @@ TEST_F(RunDesk, FolderIsReadOnlyOnceItIsHeld) {
     EXPECT_EQ(out.str().find("strategies.toml"), std::string::npos) << out.str();
 }
 
-TEST_F(RunDesk, WhatIsNoFolderIsToldAsThat) {
+TEST_F(RunDesk, PathThatIsNotAFolderIsReported) {
     EXPECT_EQ(runDesk(folder.path("none"), std::nullopt, out, [] { return true; }), 2);
     EXPECT_NE(out.str().find("none: is not a folder; make one with: orderdesk new"), std::string::npos);
     EXPECT_FALSE(folder.exists("none"));
@@ -352,7 +352,7 @@ TEST_F(RunDesk, OrderSocketTakesOrdersAndItsDoorIsJournalled) {
 }
 
 /// If a socket strategy cannot get its port, the file strategies of the folder still trade.
-TEST_F(RunDesk, ATakenPortIsToldAndTheOthersTrade) {
+TEST_F(RunDesk, ATakenPortIsReportedAndTheOthersTrade) {
     boost::asio::io_service io;
     const boost::asio::ip::tcp::acceptor other(io, {boost::asio::ip::address_v4::loopback(), socketPort});
     const std::string reason = "启动socket服务失败（可能因为端口被占用或其它原因）";
@@ -472,7 +472,7 @@ TEST_F(RunDesk, AClosingVolumeIsSplitOverWhatCanBeClosed) {
         has("\"account\":\"F2\",\"stock\":\"CFIF2609\",\"operation_type\":1,\"price\":3999.8,\"volume\":1"));
 }
 
-TEST_F(RunDesk, WarningsAreToldAndHoldNothingUp) {
+TEST_F(RunDesk, WarningsAreReportedAndTheDeskStarts) {
     change("desk/desk.toml", "kind = 100 ", "kind = 102 ");
     EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
     EXPECT_NE(out.str().find("desk.toml:7: warning: user: users of kind 102 issue no commands"),

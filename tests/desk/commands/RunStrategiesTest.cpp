@@ -34,7 +34,7 @@ TEST_F(RunStrategies, StrategyOverTheLimitIsNamed) {
 }
 
 /// A failed cancel of an order has no task. The screen reports it once, with account and order.
-TEST_F(RunStrategies, FailedCancelOfAnOrderIsToldOnceAndWithoutATask) {
+TEST_F(RunStrategies, FailedCancelOfAnOrderIsReportedOnceAndWithoutATask) {
     const int code = run({
         [this] { return has("\"action\":\"start\",\"channel\":16"); },
         [this] {

@@ -132,7 +132,7 @@ TEST(ConfigLoader, PortfoliosThatNoLineCanNameAreMistakes) {
     }
 }
 
-TEST(ConfigLoader, APortfolioOfOneKindAndIdStandsOnce) {
+TEST(ConfigLoader, APortfolioOfOneKindAndIdIsDefinedOnce) {
     const CConfigFolder folder;
     folder.replace("instruments.csv", "100028 1172", "100028 100003");
     const std::string portfolio = "[[portfolio]]\nkind = 12\nid = \"a\"\nrows = [{ market = \"SZ\", "
@@ -283,7 +283,7 @@ TEST(ConfigLoader, TheOtherFilesMayNot) {
               (std::vector<std::string>{"instruments.csv", "desk.toml", "quotes.csv", "strategies.toml"}));
 }
 
-TEST(ConfigLoader, AFolderThatIsNoneIsTheOnlyMistake) {
+TEST(ConfigLoader, AMissingFolderIsTheOnlyMistake) {
     const CTempFolder folder;
     const auto mistakes = loadDeskConfig(folder.path("none")).mistakes;
     ASSERT_EQ(mistakes.size(), 1U);
@@ -292,7 +292,7 @@ TEST(ConfigLoader, AFolderThatIsNoneIsTheOnlyMistake) {
     EXPECT_EQ(loadDeskConfig(std::string(5000, 'x')).mistakes.size(), 1U) << "a name too long for any system";
 }
 
-TEST(ConfigLoader, MistakesOfAllFilesAreToldAtOnce) {
+TEST(ConfigLoader, MistakesOfAllFilesAreReportedTogether) {
     const CConfigFolder folder;
     folder.replace("desk.toml", "kind = 100", "kind = true");
     folder.replace("quotes.csv", "SH600000,10,", "SH600000,ten,");
@@ -303,7 +303,7 @@ TEST(ConfigLoader, MistakesOfAllFilesAreToldAtOnce) {
                         "strategies.toml:11: strategy: channel 1 is defined twice"}));
 }
 
-TEST(ConfigLoader, AGroupWithoutAccountsIsToldBesideAnotherMistakeInIt) {
+TEST(ConfigLoader, AGroupWithoutAccountsIsReportedBesideAnotherMistakeInIt) {
     const CConfigFolder folder;
     folder.replace("desk.toml",
                    "name = \"main\"\nbroker = \"stock\"\nmembers = [{ account = \"A1\", weight = 6 }]",
@@ -313,7 +313,7 @@ TEST(ConfigLoader, AGroupWithoutAccountsIsToldBesideAnotherMistakeInIt) {
                         "desk.toml:19: group: group \"\" has no accounts; expected at least one"}));
 }
 
-TEST(ConfigLoader, AGroupWhoseOnlyMemberIsAMistakeIsNotToldAsEmpty) {
+TEST(ConfigLoader, AGroupWhoseOnlyMemberIsAMistakeIsNotReportedAsEmpty) {
     const CConfigFolder folder;
     folder.replace("desk.toml", "members = [{ account = \"A1\", weight = 6 }]", "members = [{ weight = 2 }]");
     EXPECT_EQ(folder.mistakes(), (Mistakes{"desk.toml:19: group.members: key \"account\" is missing"}));

@@ -74,30 +74,30 @@ TEST_F(CsvReader, QuotedCellsHoldCommasAndQuotes) {
     EXPECT_EQ(splitCsvLine("\"open"), std::nullopt);
 }
 
-TEST_F(CsvReader, AnOpenQuoteIsToldAndTheOtherRowsAreRead) {
+TEST_F(CsvReader, AnOpenQuoteIsReportedAndTheOtherRowsAreRead) {
     const auto rows = read("a\n\"open\n2\n");
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(rows[0].text("a"), "2");
     EXPECT_EQ(mistakes(), Mistakes{"2: a quote is not closed; expected a second \" on the same line"});
 }
 
-TEST_F(CsvReader, ColumnsThatAreUnknownTwiceOrMissingAreAllTold) {
+TEST_F(CsvReader, ColumnsThatAreUnknownTwiceOrMissingAreAllReported) {
     read("b,x,b\n");
     EXPECT_EQ(mistakes(), (Mistakes{"1: unknown column \"x\"; expected one of a, b, c",
                                     "1: column \"b\" is defined twice", "1: column \"a\" is missing"}));
 }
 
-TEST_F(CsvReader, ARowWithMoreCellsThanColumnsIsTold) {
+TEST_F(CsvReader, ARowWithMoreCellsThanColumnsIsReported) {
     EXPECT_TRUE(read("a,b\n1,2,3\n").empty());
     EXPECT_EQ(mistakes(), Mistakes{"2: 3 cells; expected at most 2, one for each column"});
 }
 
-TEST_F(CsvReader, BytesThatAreNotUtf8AreTold) {
+TEST_F(CsvReader, BytesThatAreNotUtf8AreReported) {
     read("a\n\xC6\xD6\xBD\xAD\n");
     EXPECT_EQ(mistakes(), Mistakes{"2: is not UTF-8; expected the table saved as UTF-8"});
 }
 
-TEST_F(CsvReader, AFileWithoutColumnNamesIsTold) {
+TEST_F(CsvReader, AFileWithoutColumnNamesIsReported) {
     EXPECT_TRUE(read("# nothing else\n").empty());
     EXPECT_EQ(mistakes(), Mistakes{"1: no line with column names; expected a"});
 }

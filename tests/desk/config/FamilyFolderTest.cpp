@@ -62,7 +62,7 @@ TEST(FamilyFolder, KindsMultipliersAndMarginsArriveAndHaveDefaults) {
     EXPECT_EQ(entries[4].kind, EInstrumentKind::Sgt) << "the market tells the kind";
 }
 
-TEST(FamilyFolder, DerivativesMayGoByTheirPlainCodeAndAreKeptByTheirKey) {
+TEST(FamilyFolder, DerivativesMayBeNamedByPlainCodeAndAreStoredByKey) {
     const CDeskConfig config = CFamilyFolder().load().config;
     EXPECT_EQ(config.quotes.at(2).stockKey, "CFIF2609");
     EXPECT_EQ(config.quoteChanges.at(0).quote.stockKey, "CFIF2609");
@@ -95,7 +95,7 @@ TEST(FamilyFolder, ACreditAccountHasItsLimit) {
 
 class FamilyMistake : public testing::TestWithParam<test::CSpoiled> {};
 
-TEST_P(FamilyMistake, IsToldByFileAndLine) {
+TEST_P(FamilyMistake, IsReportedWithFileAndLine) {
     const CFamilyFolder folder;
     folder.replace(GetParam().file, GetParam().what, GetParam().by);
     EXPECT_EQ(folder.mistakes(), Mistakes{GetParam().expected});

@@ -53,7 +53,7 @@ const std::vector<CSlip> kWarnedSlips = {
 };
 
 TEST(FolderWarnings, NameEachDangerousSetting) {
-    EXPECT_EQ(expectTold(kWarnedSlips), std::vector<std::string>{});
+    EXPECT_EQ(expectReported(kWarnedSlips), std::vector<std::string>{});
 }
 
 /// The demo folder with several changes. Each is a file, a text and its replacement.

@@ -12,7 +12,7 @@ namespace {
 
 class DeskMistake : public testing::TestWithParam<test::CSpoiled> {};
 
-TEST_P(DeskMistake, IsToldByFileLineAndWhatWasExpected) {
+TEST_P(DeskMistake, IsReportedWithFileLineAndWhatWasExpected) {
     const test::CConfigFolder folder;
     folder.replace(GetParam().file, GetParam().what, GetParam().by);
     EXPECT_EQ(folder.mistakes(), std::vector<std::string>{GetParam().expected});
@@ -266,7 +266,7 @@ const test::CSpoiled kTableRows[] = {
 };
 INSTANTIATE_TEST_SUITE_P(InTables, DeskMistake, testing::ValuesIn(kTableRows), test::nameOf);
 
-TEST(DeskMistakes, MalformedTomlIsToldByItsLine) {
+TEST(DeskMistakes, MalformedTomlIsReportedWithItsLine) {
     const test::CConfigFolder folder;
     folder.replace("strategies.toml", "channel = 2", "channel = ");
     const auto mistakes = folder.mistakes();
@@ -280,14 +280,14 @@ TEST(DeskMistakes, AFolderAtAFilesPlaceIsNoEmptyFile) {
         const test::CConfigFolder folder;
         std::filesystem::remove(folder.files().path(file));
         std::filesystem::create_directory(folder.files().path(file));
-        const auto told = folder.mistakes();
-        EXPECT_TRUE(std::any_of(told.begin(), told.end(), [&](const std::string& mistake) {
+        const auto reported = folder.mistakes();
+        EXPECT_TRUE(std::any_of(reported.begin(), reported.end(), [&](const std::string& mistake) {
             return mistake.rfind(std::string(file) + ":0: cannot be read", 0) == 0;
         })) << file;
     }
 }
 
-TEST(DeskMistakes, FilesSavedAsGbkAreTold) {
+TEST(DeskMistakes, FilesSavedAsGbkAreReported) {
     const test::CConfigFolder folder;
     folder.replace("instruments.csv", "浦江", "\xC6\xD6\xBD\xAD");
     EXPECT_EQ(folder.mistakes(),

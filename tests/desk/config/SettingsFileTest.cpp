@@ -50,7 +50,7 @@ TEST_F(SettingsFile, MayBeMissing) {
     EXPECT_EQ(folder.load().config.settings, "");
 }
 
-TEST_F(SettingsFile, GoodOnesAreKeptAsTheyStand) {
+TEST_F(SettingsFile, GoodInterfacesAreKeptUnchanged) {
     for (const std::string& text :
          {settingsWith(interfaceWith("a") + interfaceWith("动量", "\"m_strStock\":\"SZ000001\"")),
           settingsWith(""), std::string("<settings/>"), std::string(kEmptySettings),
@@ -60,7 +60,7 @@ TEST_F(SettingsFile, GoodOnesAreKeptAsTheyStand) {
     }
 }
 
-TEST_F(SettingsFile, WhatIsNoXmlIsToldByItsLine) {
+TEST_F(SettingsFile, TextThatIsNotXmlIsReportedWithItsLine) {
     EXPECT_EQ(mistakesOf("<settings>\n<interfaceTrade>\n</settings>\n"),
               Lines{"settings.xml:3: is not XML: tag mismatch; expected <settings> with <interfaceTrade> in "
                     "it"});
@@ -69,7 +69,7 @@ TEST_F(SettingsFile, WhatIsNoXmlIsToldByItsLine) {
     EXPECT_EQ(mistakesOf(settingsWith("<a b interfacedata='{}'/>")).size(), 1U);
 }
 
-TEST_F(SettingsFile, OtherElementsAreToldByTheirLine) {
+TEST_F(SettingsFile, OtherElementsAreReportedWithTheirLine) {
     EXPECT_EQ(mistakesOf("\n<strategies/>"),
               Lines{"settings.xml:2: is a document of \"strategies\"; expected one of \"settings\""});
     EXPECT_EQ(mistakesOf("<settings>\n<interfacetrade/></settings>"),
@@ -80,7 +80,7 @@ TEST_F(SettingsFile, OtherElementsAreToldByTheirLine) {
                     "\"interfaceTrade\""});
 }
 
-TEST_F(SettingsFile, EveryBadInterfaceIsToldByItsLineAndWhatWasExpected) {
+TEST_F(SettingsFile, EveryBadInterfaceIsReportedWithItsLineAndWhatWasExpected) {
     EXPECT_EQ(
         mistakesOf(settingsWith("<a/>\n<b interfacedata=''/>\n<c interfacedata='{'/>\n" +
                                 interfaceWith("d", "\"m_nMaxLoss\":0.5") + interfaceWith("e") +

@@ -34,8 +34,8 @@ const std::vector<CSlip> kSilentSlips = {
     {"Cost", "positions.csv", "19.50", "195.0", "", kSound},
 };
 
-TEST(SingleMistakes, ThatNobodyCanSeeHaveAReason) {
-    const std::vector<std::string> silent = expectTold(kSilentSlips);
+TEST(SingleMistakes, ThatCheckCannotFindHaveAReason) {
+    const std::vector<std::string> silent = expectReported(kSilentSlips);
     EXPECT_EQ(silent.size(), kSilentSlips.size());
     for (const CSlip& slip : kSilentSlips)
         EXPECT_STRNE(slip.reason, "") << slip.name;
@@ -60,14 +60,14 @@ TEST(SingleMistakes, AFolderWithoutARunningStrategyIsWarnedOf) {
 }
 
 TEST(SingleMistakes, LimitsCountByKindIfTheyAreSplit) {
-    const std::vector<std::string> told =
+    const std::vector<std::string> reported =
         checkOf({"", "desk.toml",
                  "max_socket_strategies = 5                  # of order sockets; used only with "
                  "mdl_order_split_orderNum\nfile_interval_ms = 50                      # milliseconds "
                  "between two checks for order files\n\n[switches]                                 # "
                  "deployment switches that are on\n",
                  "max_socket_strategies = 1\n[switches]\nmdl_order_split_orderNum = true\n", ""});
-    EXPECT_EQ(told,
+    EXPECT_EQ(reported,
               std::vector<std::string>{"desk.toml:11: warning: max_socket_strategies under [user] is 1, "
                                        "but the limit is for 2 strategies; those with the highest channels "
                                        "are not loaded"});

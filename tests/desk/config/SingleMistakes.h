@@ -13,15 +13,15 @@
 
 namespace desk::test {
 
-/// One mistake in the demo folder: the first occurrence of a text is replaced. `told` has the beginnings of
-/// all lines that the check must print for it. If it is empty, the check cannot detect the mistake, for the
-/// given reason.
+/// One mistake in the demo folder: the first occurrence of a text is replaced. `reported` has the beginnings
+/// of all lines that the check must print for it. If it is empty, the check cannot detect the mistake, for
+/// the given reason.
 struct CSlip {
     const char* name;
     const char* file;
     const char* what;
     const char* by;
-    const char* told;
+    const char* reported;
     const char* reason = "";
 };
 
@@ -52,16 +52,16 @@ inline std::vector<std::string> checkOf(const CSlip& slip) {
 }
 
 /// Tests every mistake. Returns the names of the mistakes that the check does not report.
-inline std::vector<std::string> expectTold(const std::vector<CSlip>& slips) {
+inline std::vector<std::string> expectReported(const std::vector<CSlip>& slips) {
     std::vector<std::string> silent;
     for (const CSlip& slip : slips) {
         SCOPED_TRACE(slip.name);
         const std::vector<std::string> printed = checkOf(slip);
-        const std::vector<std::string> told = linesOf(slip.told);
+        const std::vector<std::string> reported = linesOf(slip.reported);
         if (printed.empty()) silent.emplace_back(slip.name);
-        EXPECT_EQ(printed.size(), told.size()) << testing::PrintToString(printed);
-        for (std::size_t i = 0; i < std::min(printed.size(), told.size()); ++i)
-            EXPECT_EQ(printed[i].substr(0, told[i].size()), told[i]);
+        EXPECT_EQ(printed.size(), reported.size()) << testing::PrintToString(printed);
+        for (std::size_t i = 0; i < std::min(printed.size(), reported.size()); ++i)
+            EXPECT_EQ(printed[i].substr(0, reported[i].size()), reported[i]);
     }
     return silent;
 }

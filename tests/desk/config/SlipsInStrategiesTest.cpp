@@ -159,8 +159,8 @@ const std::vector<CSlip> kStrategySlips = {
 };
 // clang-format on
 
-TEST(SingleMistakes, InStrategiesAreTold) {
-    EXPECT_EQ(expectTold(kStrategySlips), std::vector<std::string>{}) << "pass in silence";
+TEST(SingleMistakes, InStrategiesAreReported) {
+    EXPECT_EQ(expectReported(kStrategySlips), std::vector<std::string>{}) << "pass in silence";
 }
 
 } // namespace

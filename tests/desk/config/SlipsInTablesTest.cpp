@@ -139,8 +139,8 @@ const std::vector<CSlip> kTableSlips = {
 };
 // clang-format on
 
-TEST(SingleMistakes, InTablesAreTold) {
-    EXPECT_EQ(expectTold(kTableSlips), std::vector<std::string>{}) << "pass in silence";
+TEST(SingleMistakes, InTablesAreReported) {
+    EXPECT_EQ(expectReported(kTableSlips), std::vector<std::string>{}) << "pass in silence";
 }
 
 } // namespace

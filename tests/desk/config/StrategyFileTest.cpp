@@ -403,7 +403,7 @@ TEST(StrategyFile, ASocketForOtherMachinesIsAMistake) {
     }
 }
 
-TEST(StrategyFile, ASocketForThisMachineIsNone) {
+TEST(StrategyFile, ASocketForThisMachineIsNoMistake) {
     for (const char* address : {"127.0.0.1:15150", "127.255.3.4:1"}) {
         const CConfigFolder folder;
         listenOn(folder, address);

@@ -113,7 +113,7 @@ TEST(DeskTradingRules, AnAccountAloneIsThatAccount) {
         << "with an empty half the order would ignore the other";
 }
 
-TEST(DeskTradingRules, ASecondHalfOfNoAccountIsNone) {
+TEST(DeskTradingRules, SecondPartWithoutAnAccountIsIgnored) {
     CDeskTradingRules rules;
     TC::COrderTradeParam param;
     for (const char* text : {"account:;sub:-;setting:price_type:sell1", "sub:-;setting:price_type:sell1"}) {
@@ -123,7 +123,7 @@ TEST(DeskTradingRules, ASecondHalfOfNoAccountIsNone) {
     }
 }
 
-TEST(DeskTradingRules, AnAlgorithmStandsInTheSettingTextToo) {
+TEST(DeskTradingRules, AnAlgorithmIsReadFromTheSettingTextToo) {
     CDeskTradingRules rules;
     TC::COrderTradeParam param;
     ASSERT_TRUE(rules.parserOrderTradeParam("account:A2;sub:-;order_type:7;setting:price_type:6", param));
@@ -170,7 +170,7 @@ TEST(DeskTradingRules, ARecordWithoutAPriceTakesTheQuotesOwn) {
     EXPECT_EQ(priceAt(TC::EPriceType::Buy1, TC::kUnsetDouble, nullptr), TC::kUnsetDouble);
 }
 
-TEST(DeskTradingRules, AnAccountIsNamedByItsKeyAndWhichOfSeveral) {
+TEST(DeskTradingRules, AnAccountIsNamedByItsKeyAndItsSecondPart) {
     CDeskTradingRules rules;
     EXPECT_EQ(rules.getAccountFromOrderParam(QStringLiteral("A1"), QStringLiteral("-")),
               QStringLiteral("A1"));

@@ -77,7 +77,7 @@ std::string marketsOf(CDeskExchangeClient& exchange, const char* name) {
     return markets;
 }
 
-TEST_F(MarketServices, EachMarketKnowsItsKindAloneAndDerivativesGoByTheirPlainCodeToo) {
+TEST_F(MarketServices, EachMarketHasOneKindAndDerivativesHaveTheirPlainCodeToo) {
     using Kind = EInstrumentKind;
     CDeskExchangeClient exchange(
         {makeInstrument(), makeKind(Kind::Future, "CF", "IF2609"),

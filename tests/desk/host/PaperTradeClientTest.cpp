@@ -36,12 +36,12 @@ TEST_F(PaperTradeClient, MoneyIsDividedByWeight) {
     EXPECT_EQ(splitMoney(100.01, {1, 3}), "25 75.01 ");
 }
 
-TEST_F(PaperTradeClient, MoneyThatCannotBeDividedIsTold) {
+TEST_F(PaperTradeClient, MoneyThatCannotBeDividedIsReported) {
     EXPECT_EQ(splitMoney(-1, {1, 3}), "金额为负数");
     EXPECT_EQ(splitMoney(100, {1}), "the number of weights differs from the number of accounts");
 }
 
-TEST_F(PaperTradeClient, CancelOfAnUnknownTaskIsToldOnTheScreen) {
+TEST_F(PaperTradeClient, CancelOfAnUnknownTaskIsReportedOnTheScreen) {
     m_client.cancelTask(7, 5, {}, "remark", "20260105", {}, 0);
     EXPECT_EQ(m_shown.str(), "cancel of task 7 not done: task 7 is unknown\n");
 }

@@ -124,13 +124,13 @@ TEST(JournalEvents, ExtraOfACommandIsAnObject) {
     EXPECT_TRUE(extra.contains("a"));
 }
 
-TEST(JournalEvents, NumberThatIsNoneIsNull) {
+TEST(JournalEvents, UnsetNumberIsNull) {
     TC::COrderComandParam command;
     command.m_codes.emplace_back().m_dPrice = std::numeric_limits<double>::quiet_NaN();
     EXPECT_NE(commandFields(command, {}).dump().find("\"price\":null"), std::string::npos);
 }
 
-TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhatBecameOfIt) {
+TEST(JournalEvents, IntakeNamesSourceChannelLinesOrdersAndFate) {
     TC::CIntakeReport report;
     report.m_nChannel = 3;
     report.m_strSource = QStringLiteral("/orders/a.txt");
@@ -150,7 +150,7 @@ TEST(JournalEvents, IntakeTellsSourceChannelLinesOrdersAndWhatBecameOfIt) {
         R"("rejected":true,"left_over":false,"kept_as":"/rejected/a.txt","ignored_lines":1,"first_ignored":"line 2: short"})");
 }
 
-TEST(JournalEvents, DoorTellsWhatHappenedWhereToWhomAndWhy) {
+TEST(JournalEvents, DoorNamesEventSourcePeerAndCause) {
     TC::CDoorReport report;
     report.m_eEvent = TC::EDoorEvent::Refused;
     report.m_strSource = QStringLiteral("127.0.0.1:15150");
@@ -210,7 +210,7 @@ TEST(JournalEvents, StrategyNamesTheActionAndKeepsThePasswordOut) {
     EXPECT_EQ(fields.dump().find("secret"), std::string::npos);
 }
 
-TEST(JournalEvents, CancelsCarryWhatTheyCameWith) {
+TEST(JournalEvents, CancelsHaveAllTheirFields) {
     EXPECT_EQ(cancelTaskFields(7, 5, "text", "remark", "20260105").dump(),
               R"({"task":7,"operation":5,"text":"text","remark":"remark","trading_day":"20260105"})");
     EXPECT_EQ(cancelTaskFields(7, TC::CTaskOpRecord{3, 100, "user", "remark"}).dump(),

@@ -27,7 +27,7 @@ const CJson kNote{{"text", "hello"}};
 
 } // namespace
 
-TEST_F(JournalTest, KindStandsFirstThenTimeThenSeqThenTheEventsOwnKeysInTheirOrder) {
+TEST_F(JournalTest, KindIsFirstThenTimeThenSeqThenTheEventsOwnKeysInTheirOrder) {
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
     ASSERT_TRUE(
         m_journal.append("message", CJson{{"text", "停牌"}, {"level", 1}, {"a", nullptr}}).isSuccess());
@@ -338,7 +338,7 @@ TEST_F(JournalTest, OpeningInAFolderThatIsNotThereFails) {
     EXPECT_EQ(m_journal.open(m_folder.file("nowhere")).errorId(), kJournalOpenFailed);
 }
 
-TEST_F(JournalTest, LinesOfSeveralThreadsStandWholeAndInTheOrderOfTheirSeq) {
+TEST_F(JournalTest, LinesOfSeveralThreadsAreWholeAndInTheOrderOfTheirSeq) {
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
     constexpr int kThreads = 4;
     constexpr int kRecords = 200;

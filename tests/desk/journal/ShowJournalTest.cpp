@@ -49,7 +49,7 @@ TEST(JournalText, CommandShowsEachOrderOnALineOfItsOwn) {
                  "    A2  sell 100 SZ000001 at market (price type 12)\n");
 }
 
-TEST(JournalText, CommandTellsTheTaskThatCancelsIt) {
+TEST(JournalText, CommandNamesTheTaskThatCancelsIt) {
     EXPECT_EQ(shown("command", R"("task":9,"trader_type":1,"codes":[])"),
               kShown + "command  task 9, family stock, 0 orders\n");
     EXPECT_EQ(shown("command", R"("task":null,"trader_type":1,"codes":[])"),
@@ -114,7 +114,7 @@ TEST(JournalText, EachKindReadsAsOneLine) {
               kShown + "fill  3 of order 5: A1 buy 100 SH600000 @ 10.0\n");
 }
 
-TEST(JournalText, DoorTellsWhoCanReachItAndWhoWasRefused) {
+TEST(JournalText, DoorNamesWhoCanReachItAndWhoWasRefused) {
     EXPECT_EQ(
         shown("door", R"("event":"opened","source":"127.0.0.1:1","loopback":true,"peer":"","cause":"")"),
         kShown + "door  127.0.0.1:1 opened, for this machine only\n");
@@ -188,7 +188,7 @@ TEST_F(ShowJournalTest, FollowingPrintsWhatIsAppendedOnceItsLineIsWhole) {
     EXPECT_EQ(seen, (std::vector<std::string>{"", "", printed, printed + printed}));
 }
 
-TEST(JournalReader, DamagedIsWhatHoldsNoObjectWithAKind) {
+TEST(JournalReader, LineWithoutAnObjectWithAKindIsDamaged) {
     const CDeskFolder folder;
     folder.append(kJournalFileName, "[]\n{\"seq\":1}\n{\"kind\":5}\n\n{\"kind\":\"x\"}\n");
     CJournalReader reader;

@@ -67,7 +67,7 @@ TEST_F(FutureOrders, ClosingAPartFreesItsPartOfTheMargin) {
     EXPECT_EQ(shortOf(kFuture), 3);
 }
 
-TEST_F(FutureOrders, LongAndShortStandBesideEachOther) {
+TEST_F(FutureOrders, LongAndShortPositionsExistSideBySide) {
     orderOf(kFuture, 0, 2, 100);
     orderOf(kFuture, 3, 3, 100);
     EXPECT_EQ(longOf(kFuture), 2);

@@ -110,7 +110,7 @@ TEST_F(PaperBroker, MarketBuyMustHaveTheMoneyForAllThatItWouldTake) {
     EXPECT_EQ(rejection(code), "not enough funds for what the book has");
 }
 
-TEST_F(PaperBroker, OrdersOfACommandShareItsTaskAndStandAloneOtherwise) {
+TEST_F(PaperBroker, OrdersOfACommandShareOnlyItsTask) {
     const int task = place({buy(150, 10.00), buy(100, 10.00), sell(100, 9.99)});
     const std::vector<CPaperOrder> orders = m_broker->orders();
     ASSERT_EQ(orders.size(), 3u);
@@ -132,7 +132,7 @@ TEST_F(PaperBroker, CommandWithoutCodesIsATaskWithoutOrders) {
     EXPECT_TRUE(m_broker->orders().empty());
 }
 
-TEST_F(PaperBroker, EventsTellEveryStepInOrderAndAreNumbered) {
+TEST_F(PaperBroker, EventsHaveEveryStepInOrderAndAreNumbered) {
     int taskId = 0;
     ASSERT_TRUE(
         m_broker->placeCommand(stockCommand({buy(800, 10.01), buy(10, 10.01)}), 77, taskId).isSuccess());

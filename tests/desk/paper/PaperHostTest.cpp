@@ -110,7 +110,7 @@ TEST_F(PaperHost, TaskOfARecordedCommandIsNotGivenAgainAfterACrash) {
     EXPECT_EQ(broker.tasks().front().m_nId, recorded + 1);
 }
 
-TEST_F(PaperHost, CommandWithoutCodesIsTakenAndNoCommandIsNothing) {
+TEST_F(PaperHost, CommandWithoutCodesIsTakenAndNullIsIgnored) {
     CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
     client.orderCommands(command({}));
     client.orderCommands({});
@@ -118,7 +118,7 @@ TEST_F(PaperHost, CommandWithoutCodesIsTakenAndNoCommandIsNothing) {
     EXPECT_EQ(m_broker->tasks().size(), 1u);
 }
 
-TEST_F(PaperHost, CommandThatTheJournalRefusesIsNotExecutedAndTheUserIsTold) {
+TEST_F(PaperHost, CommandThatTheJournalRefusesIsNotExecutedAndIsReported) {
     CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
     failJournal();
     client.orderCommands(command({buy(200, 10.00)}));
@@ -296,7 +296,7 @@ TEST_F(PaperHost, MessagesAndIntakeAreJournalled) {
               "are lost\n");
 }
 
-TEST_F(PaperHost, WhatBecomesOfAFileIsShown) {
+TEST_F(PaperHost, FateOfAFileIsShown) {
     CDeskIntakeAudit audit(m_journal, m_sink, QStringLiteral("/desk/rejected"));
     EXPECT_EQ(audit.rejectedFolder(), QStringLiteral("/desk/rejected"));
     EXPECT_EQ(CDeskIntakeAudit(m_journal, m_sink).rejectedFolder(), QString());
@@ -400,7 +400,7 @@ TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
     EXPECT_TRUE(guard.isHolding());
     EXPECT_TRUE(TC::CIntakePause::isPaused());
     EXPECT_EQ(m_shown.str().find("ERROR: cannot write journal"), 0u);
-    EXPECT_EQ(m_shown.str().rfind("ERROR"), 0u) << "told once";
+    EXPECT_EQ(m_shown.str().rfind("ERROR"), 0u) << "reported once";
 
     guard.poll();
     EXPECT_FALSE(guard.isHolding());
@@ -449,7 +449,7 @@ TEST_F(PaperHost, JournalOfAnEarlierRunTellsWhichEventsAreMissing) {
     EXPECT_EQ(record(3)["status"], "cancelled");
 }
 
-TEST(FolderLock, FileSystemWithoutLocksIsToldWithWhatToDo) {
+TEST(FolderLock, FileSystemWithoutLocksIsReportedWithARemedy) {
     for (const int reason : {ENOLCK, EBADF, EOPNOTSUPP, ENOSYS, EINVAL})
         EXPECT_EQ(lockFailureText(reason),
                   "this file system cannot lock the folder; put the desk folder on a local disk");
@@ -467,9 +467,9 @@ TEST(FolderLock, FolderIsHeldByOneProcessAtATime) {
     if (child == 0) {
         CFolderLock lock;
         char answer = lock.acquire(folder.path()).isSuccess() ? 'y' : 'n';
-        const bool told = ::write(ready[1], &answer, 1) == 1;
+        const bool reported = ::write(ready[1], &answer, 1) == 1;
         const bool ended = ::read(done[0], &answer, 1) == 1;
-        ::_exit(told && ended ? 0 : 1);
+        ::_exit(reported && ended ? 0 : 1);
     }
     char answer = 0;
     ASSERT_EQ(::read(ready[0], &answer, 1), 1);

@@ -114,7 +114,7 @@ TEST_F(PaperStore, WaitingOrdersTradeOnAfterARestart) {
     EXPECT_EQ(funds().m_nFrozen, 0);
 }
 
-TEST_F(PaperStore, ConfigurationCountsOnlyForAccountsThatAreNew) {
+TEST_F(PaperStore, ConfigurationIsUsedOnlyForNewAccounts) {
     place({buy(200, 10.00)});
     m_broker = std::make_unique<CPaperBroker>(m_quotes, nullptr);
     std::vector<CAccountEntry> accounts = deskAccounts();

@@ -6,9 +6,9 @@
 #include <vector>
 
 /// The real service on a host that has an instrument and a group "G" for every family.
-class CFamilyRoad {
+class CFamilyService {
 public:
-    CFamilyRoad() {
+    CFamilyService() {
         for (const char* group : {"1", "3", "4", "5", "6", "7", "10", "11"})
             set("group", std::string(group) + " G A1=0.6 A2=0.4");
         set("instrument", "future IF1712 market=CF price=3500");
@@ -29,7 +29,7 @@ public:
         set("portfolio", "12____main 600000 700");
         set("switch", "mdl_order_compose_basket_buy_sell");
     }
-    void set(const std::string& word, const std::string& rest) { m_road.apply({word, rest, "", {}}); }
+    void set(const std::string& word, const std::string& rest) { m_run.apply({word, rest, "", {}}); }
     void addStrategy(int channel, const std::string& family, const std::string& words = {}) {
         set("strategy", std::to_string(channel) + " family=" + family + " " + words);
     }
@@ -39,29 +39,29 @@ public:
     }
     /// Drops a file with these lines, each with its line feed. Returns what reaches the host.
     std::vector<std::string> drop(int channel, const std::string& lines) {
-        m_road.takeLog();
-        m_road.apply({"file", std::to_string(channel), lines, {}});
-        return m_road.takeLog();
+        m_run.takeLog();
+        m_run.apply({"file", std::to_string(channel), lines, {}});
+        return m_run.takeLog();
     }
     /// Logs in and sends one order line, which must be accepted. Returns what reaches the host.
     std::vector<std::string> send(int channel, const std::string& line) {
         using EWho = CTalkLine::EWho;
-        m_road.takeLog();
-        m_road.apply({"talk",
-                      std::to_string(channel),
-                      "",
-                      {{EWho::Server, "+OK Welcom to Lumo Order Server Version 0.0.3"},
-                       {EWho::Client, "user trader"},
-                       {EWho::Server, "+OK"},
-                       {EWho::Client, "pass secret"},
-                       {EWho::Server, "+OK"},
-                       {EWho::Client, line},
-                       {EWho::Server, "+OK"}}});
-        return m_road.takeLog();
+        m_run.takeLog();
+        m_run.apply({"talk",
+                     std::to_string(channel),
+                     "",
+                     {{EWho::Server, "+OK Welcom to Lumo Order Server Version 0.0.3"},
+                      {EWho::Client, "user trader"},
+                      {EWho::Server, "+OK"},
+                      {EWho::Client, "pass secret"},
+                      {EWho::Server, "+OK"},
+                      {EWho::Client, line},
+                      {EWho::Server, "+OK"}}});
+        return m_run.takeLog();
     }
 
 private:
-    CRoad m_road;
+    CRoad m_run;
 };
 
 /// The first line that starts with `head`, or an empty text.
