@@ -182,6 +182,9 @@ private:
             section.warnAt(kCommandGuardSwitch,
                            std::string(kCommandGuardSwitch) +
                                " is off: orders without a market, code, price or volume go out");
+        if (m_config.switches.count(TC::kPbDisplaySwitch) != 0)
+            section.warnAt(TC::kPbDisplaySwitch,
+                           std::string(TC::kPbDisplaySwitch) + " has no effect on the desk");
         if (m_config.switches.count(kForceConfirmSwitch) != 0)
             m_forcedConfirm = section.lineOfKey(kForceConfirmSwitch);
     }

@@ -37,7 +37,7 @@ std::vector<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
-TEST(DeskGuide, EveryCommandIsUnderstood) {
+TEST(DeskGuideTexts, EveryCommandIsUnderstood) {
     std::set<ECommand> commands;
     for (const CFencedBlock& block : blocksOf("sh")) {
         for (const std::string& line : linesOf(block.text)) {
@@ -97,7 +97,10 @@ TEST_F(DeskGuide, FirstHourShowsTheLinesOfThePage) {
     std::ostringstream shown;
     EXPECT_EQ(runJournal(folder.path("desk"), false, shown, shown, [] { return false; }), 0);
     EXPECT_NE(shown.str().find("rejected"), std::string::npos);
-    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0) << "it starts again";
+    // Daily work: it starts again, and a copy of the folder works too.
+    EXPECT_EQ(runDesk(folder.path("desk"), 0.0, out, [] { return true; }), 0);
+    std::filesystem::copy(folder.path("desk"), folder.path("copy"), std::filesystem::copy_options::recursive);
+    EXPECT_EQ(runDesk(folder.path("copy"), 0.0, out, [] { return true; }), 0) << out.str();
 }
 
 /// The texts of the desk's sources, joined as the compiler joins them.

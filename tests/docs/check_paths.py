@@ -1,4 +1,4 @@
-"""Fails if README.md or a page of docs/ names a path of this project that does not exist."""
+"""Fails if README.md or a page of docs/ names a path of this project, or links to a section, that does not exist."""
 import re
 import sys
 from pathlib import Path
@@ -18,10 +18,32 @@ def paths_of(page):
                 yield number, code, ROOT / code
 
 
+LINK = re.compile(r"\]\(([\w./-]*\.md)?#([\w-]+)\)")
+HEADING = re.compile(r"#+ (.*)")
+ANCHOR = re.compile(r'<a id="([\w-]+)">')
+
+
+def anchors_of(page):
+    """The names of a page's sections, as its links write them, and of its own anchors."""
+    text = page.read_text(encoding="utf-8")
+    headings = (HEADING.match(line) for line in text.splitlines())
+    names = {re.sub(r"[^\w -]", "", match[1]).lower().replace(" ", "-") for match in headings if match}
+    return names | set(ANCHOR.findall(text))
+
+
+def lost_links_of(page):
+    for number, line in enumerate(page.read_text(encoding="utf-8").splitlines(), 1):
+        for name, anchor in LINK.findall(line):
+            target = page.parent / name if name else page
+            if target.exists() and anchor not in anchors_of(target):
+                yield f"{page.relative_to(ROOT)}:{number}: {name}#{anchor} does not exist"
+
+
 pages = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]
 checked = 0
 missing = []
 for page in pages:
+    missing += lost_links_of(page)
     for number, name, path in paths_of(page):
         checked += 1
         if not path.exists():

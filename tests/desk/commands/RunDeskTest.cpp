@@ -64,12 +64,13 @@ TEST_F(RunDesk, OrderFileIsFilledJournalledAndSurvivesARestart) {
     EXPECT_EQ(journal().compare(0, before.size(), before), 0); // never rewritten
 }
 
+/// The demo folder never changes the quote of this stock.
 TEST_F(RunDesk, ScreenSaysWhatHappenedToEachOrder) {
     const int code = run({
         [this] { return has("\"action\":\"start\",\"channel\":4"); },
         [this] {
-            folder.handOver("desk/orders/group.txt", "23,0,11.02,600101,1000\n23,0,10.50,600101,2000\n"
-                                                     "23,0,11.02,600101,150\n");
+            folder.handOver("desk/orders/group.txt", "23,0,8.02,600104,1000\n23,0,7.50,600104,2000\n"
+                                                     "23,0,8.02,600104,150\n");
             return true;
         },
         [this] { return has("\"status\":\"rejected\""); },
@@ -77,9 +78,9 @@ TEST_F(RunDesk, ScreenSaysWhatHappenedToEachOrder) {
     EXPECT_EQ(code, 0);
     const std::string shown = out.str();
     for (const char* line :
-         {"order 1 of task 1: A1 buy 600 SH600101 @ 11.02: filled at 11.01\n",
-          "order 3 of task 2: A1 buy 1200 SH600101 @ 10.5: waits\n",
-          "order 5 of task 3: A1 buy 150 SH600101 @ 11.02: REJECTED: volume 150 is not a multiple of 100\n"})
+         {"order 1 of task 1: A1 buy 600 SH600104 @ 8.02: filled at 8.01\n",
+          "order 3 of task 2: A1 buy 1200 SH600104 @ 7.5: waits\n",
+          "order 5 of task 3: A1 buy 150 SH600104 @ 8.02: REJECTED: volume 150 is not a multiple of 100\n"})
         EXPECT_NE(shown.find(line), std::string::npos) << line << shown;
 }
 

@@ -33,6 +33,8 @@ const std::vector<CSlip> kWarnedSlips = {
     {"RemoteAllowed", "desk.toml", "allow_remote = false", "allow_remote = true",
      "desk.toml:27: warning: socket: other machines may connect to the order sockets; logins and orders are "
      "not encrypted"},
+    {"PbDisplay", "desk.toml", "mdl_order_command_remark = true", "mdl_order_pb_display = true",
+     "desk.toml:15: warning: switches: mdl_order_pb_display has no effect on the desk"},
     {"BasketAll", "desk.toml", "name = \"weighted\"", "name = \"All\"",
      "desk.toml:153: warning: basket: order 26 with the name \"all\" sells all positions, not this basket"},
     {"BasketBlank", "desk.toml", "name = \"weighted\"", "name = \"by weight\"",
