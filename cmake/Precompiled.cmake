@@ -8,6 +8,11 @@ set(common_headers
     <stdexcept> <string> <string_view> <thread> <utility> <vector>
     <QDateTime> <QMap> <QObject> <QString> <QVector> <boost/function.hpp> <boost/make_shared.hpp> <boost/shared_ptr.hpp>)
 
+# Some libraries bring this option. A precompiled header can only be used with the options that made it.
+if(ORDERSERVICE_PRECOMPILED)
+    add_compile_options(-pthread)
+endif()
+
 function(orderservice_precompile name)
     cmake_parse_arguments(ARG "" "" "HEADERS;LINKS;OPTIONS" ${ARGN})
     file(WRITE "${CMAKE_BINARY_DIR}/${name}.cpp.new" "// A target needs a source file. This one has only precompiled headers.\n")

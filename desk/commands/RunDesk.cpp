@@ -54,9 +54,16 @@ int refuse(const std::string& folder, const std::vector<CDiagnostic>& mistakes, 
 }
 
 /// Finishes the accepted orders. After that nothing is left to be recorded. False if orders were discarded.
-bool endTrading(const CDesk& desk, CTextSink& sink, const std::function<bool()>& keepWaiting) {
+bool endTrading(CDesk& desk, CTextSink& sink, const std::function<bool()>& keepWaiting) {
     {
-        const CBacklogWatch watch(*TC::COrderService::instance(), sink, keepWaiting);
+        std::function<bool()> look;
+        if (keepWaiting) {
+            look = [&] {
+                desk.showProgress();
+                return keepWaiting();
+            };
+        }
+        const CBacklogWatch watch(*TC::COrderService::instance(), sink, look);
         TC::COrderService::instance()->shutdown();
     }
     const std::string unplaced = desk.unplacedText();

@@ -378,15 +378,15 @@ toml::table strategyTable(const std::filesystem::path& folder, const CDeskConfig
     table.insert("running", strategy.isRunning());
     if (isAccount || !strategy.m_strSelectedAccount.isEmpty())
         insertValue(table, isAccount ? "account" : "group", strategy.m_strSelectedAccount);
-    toml::array slots;
+    toml::array otherSettings;
     for (int number = 0; number < TC::kSettingSlots; ++number) {
         const auto slot = static_cast<TC::ESettingSlot>(number);
         if (slot == own || isSame(strategy.setting(slot), start.setting(slot))) continue;
         toml::table further{{"slot", number}};
         insertKeys(settingKeys(), further, strategy.setting(slot), start.setting(slot));
-        slots.push_back(std::move(further));
+        otherSettings.push_back(std::move(further));
     }
-    if (!slots.empty()) table.insert("setting", std::move(slots));
+    if (!otherSettings.empty()) table.insert("setting", std::move(otherSettings));
     return table;
 }
 

@@ -133,6 +133,11 @@ void CDesk::tick(double secondsSinceStart) {
     m_sink.poll();
 }
 
+void CDesk::showProgress() {
+    m_journal.flush();
+    m_orderLines.show();
+}
+
 std::int64_t CDesk::activity() const {
     return m_journal.lastSeq();
 }

@@ -24,7 +24,7 @@ public:
     void take(const CBrokerEvent& event);
 
     /// Writes the lines of the orders that have changed since the last call. At the end of a second it also
-    /// writes the numbers of the other orders. Main thread, several times a second.
+    /// writes the numbers of the other orders. One thread at a time, several times a second.
     void show();
 
     /// Writes everything that was taken, before the end of the second. Main thread, at the end.
