@@ -24,7 +24,7 @@ public:
     void release();
     /// Blocks until this many commands or refusals have arrived since the last reset.
     void waitFor(int count);
-    /// Blocks until a command blocks the service's thread.
+    /// Waits until a command has blocked the service's thread.
     void waitUntilHeld();
     void reset();
     int refusals();
@@ -85,7 +85,7 @@ public:
     ~CBenchHost();
 
     CCountingOrders& orders() { return m_services.orders(); }
-    /// Gives the first strategy a file of this many stock orders. The file appears complete.
+    /// Gives the first strategy a file of this many stock orders. The file is complete when it appears.
     void dropOrders(int count);
     std::string path(int strategy) const;
 
@@ -97,7 +97,7 @@ private:
 /// A running file strategy that sends its orders to the account of the host.
 TC::COrderStrategyParam stockStrategy(int channel, const std::string& path);
 
-/// Writes a file of plain stock lines. It appears at the path complete.
+/// Writes a file of plain stock lines. The file is complete when it appears at the path.
 void dropStockLines(const std::string& path, int count);
 
 /// Number and volume of the plain stock lines; they buy minimal::kStockKey at minimal::kPrice.
@@ -107,8 +107,8 @@ inline constexpr int kStockVolume = 100;
 /// Returns the bytes of a file of plain stock lines.
 std::string stockLines(int count);
 
-/// Reads such lines with fgets, splits them and converts their numbers, and builds no record. Returns the
-/// number of lines.
+/// Reads such lines with fgets, splits them and converts their numbers. Builds no records. Returns the number
+/// of lines.
 std::size_t splitLines(std::FILE* stream);
 
 /// Creates a new folder for one benchmark; the caller removes it.

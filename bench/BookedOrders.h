@@ -4,8 +4,8 @@
 
 namespace bench {
 
-/// Throws std::runtime_error unless the books of an ended desk have exactly this many orders and all of them
-/// wait for their price.
+/// Throws std::runtime_error unless the books have exactly this many orders and all of them wait for their
+/// price. The desk must have ended.
 void checkBooks(const CDeskFolder& folder, int orders);
 
 /// The orders of a file that a desk has booked: its store and its journal.

@@ -1,4 +1,4 @@
-// Figures of the live desk: the program itself, on a folder of its own. Each order is shared by two accounts.
+// Figures of the desk program, on a folder that the benchmark writes. Each order is split over two accounts.
 // desk_file: microseconds per order of a file of 20,000 orders, from the file to the last line about them in
 // the journal, which the desk writes after they are stored in the books. The baseline stores the same rows
 // of tasks and orders and writes the same journal bytes, in one thread and in transactions of 100 commands.

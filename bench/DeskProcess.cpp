@@ -24,7 +24,7 @@ namespace bench {
 namespace {
 
 constexpr auto kPatience = std::chrono::seconds(120);
-/// Short against the time of a round. Counting the lines more often would take processor time from the desk.
+/// Much shorter than a round. Counting the lines more often would take processor time from the desk.
 constexpr auto kPollInterval = std::chrono::milliseconds(2);
 constexpr int kStrategies = 2;
 

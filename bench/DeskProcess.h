@@ -29,7 +29,7 @@ public:
     /// The orders that each accepted order becomes: one for each account.
     static constexpr int kAccounts = 2;
 
-    /// Gives the file strategy a file of this many orders. The file appears complete.
+    /// Gives the file strategy a file of this many orders. The file is complete when it appears.
     void dropOrders(int count) const;
 
 private:
@@ -52,7 +52,7 @@ private:
     const std::string m_strBegin; ///< the first bytes of such a line
     int m_nFile;
     long m_nCount = 0;
-    std::string m_strRest; ///< the begin of a line that was not complete
+    std::string m_strRest; ///< the beginning of a line that was not complete
 };
 
 /// The desk program, running on a folder. All failures are thrown as std::runtime_error.
@@ -69,7 +69,7 @@ public:
     /// its order was stored in the books.
     void waitForLines(CJournalCount& lines, long count);
 
-    /// Tells the program to stop, and waits for its end. It processes all accepted orders first.
+    /// Asks the program to stop, and waits for its end. The program first processes all accepted orders.
     void end();
 
 private:

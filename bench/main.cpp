@@ -62,7 +62,7 @@ private:
 
 int main(int argc, char** argv) {
     const QCoreApplication app(argc, argv);
-    // All repetitions run in random order, so that a busy machine slows a figure and its baseline alike.
+    // All repetitions run in random order, so that a busy machine slows a figure as much as its baseline.
     char interleave[] = "--benchmark_enable_random_interleaving=true";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, interleave);

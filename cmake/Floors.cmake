@@ -1,9 +1,9 @@
-# One folder under src/ is one floor and one include prefix, orderservice/<folder>/. Each floor sees, through a folder of
-# links, its own headers and those of the floors it names, and nothing else of src/: an include that its row of
-# docs/architecture.md does not allow fails to build.
+# One folder under src/ is one floor and one include prefix, orderservice/<folder>/. A floor sees only its own headers and
+# those of the floors that it names, through a folder of links. So a file does not compile if it includes a header that its
+# row of docs/architecture.md does not allow.
 #
 # A floor is compiled once, and then exists in two forms:
-#   - inside a shared library (orderservice_library below), which exports only what carries ORDERSERVICE_EXPORT;
+#   - inside a shared library (orderservice_library below), which exports only names marked with ORDERSERVICE_EXPORT;
 #   - as a static library floor::<name>, with everything in it, for tests of internals, benchmarks and fuzz targets. It is
 #     never installed.
 # One program must not link both forms: each singleton would exist twice. CMake then says that ORDERSERVICE_FORM "does not
@@ -12,7 +12,7 @@
 # Without this option an exported function could not be inlined or called directly inside the library.
 set(ORDERSERVICE_FLOOR_OPTIONS -fno-semantic-interposition)
 
-# The headers of a folder as the target orderservice_<name>_headers. LINKS: what a file that includes them needs.
+# The headers of a folder as the target orderservice_<name>_headers. LINKS: the libraries that these headers need.
 function(orderservice_headers name)
     cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
     set(root "${CMAKE_BINARY_DIR}/floors/${name}")
@@ -26,8 +26,9 @@ function(orderservice_headers name)
     target_link_libraries(orderservice_${name}_headers INTERFACE ${ARG_LINKS})
 endfunction()
 
-# FLOORS and PRIVATE_FLOORS name the floors that the headers, or only the sources, include; LINKS and PRIVATE_LINKS the
-# libraries of others. Options for the code of all floors: the global property ORDERSERVICE_FLOORS lists their targets.
+# FLOORS are the floors that the headers include, PRIVATE_FLOORS those that only the sources include. LINKS and PRIVATE_LINKS
+# are the libraries of other projects that they need. The global property ORDERSERVICE_FLOORS lists the targets of all floors,
+# so that options can be set for all of them.
 function(orderservice_floor name)
     cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;FLOORS;PRIVATE_FLOORS;LINKS;PRIVATE_LINKS" ${ARGN})
     set(headers ${ARG_FLOORS})
@@ -57,8 +58,8 @@ function(orderservice_floor name)
     target_link_libraries(${static} PUBLIC orderservice_${name}_headers ${floors} PRIVATE ${ARG_PRIVATE_LINKS})
 endfunction()
 
-# A shared library of floors, installed as OrderService::<export name>. HEADERS: the floors that a host may include; LINKS:
-# what these headers need of others.
+# A shared library of floors, installed as OrderService::<export name>. HEADERS: the floors that a host may include. LINKS:
+# the libraries of other projects that these headers need.
 function(orderservice_library target export_name)
     cmake_parse_arguments(ARG "" "" "FLOORS;HEADERS;LINKS" ${ARGN})
     add_library(${target} SHARED)

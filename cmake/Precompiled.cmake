@@ -1,8 +1,9 @@
-# Precompiled headers: those of other libraries that many of our files include. They never change, so they cost no rebuilds.
-# A source file still includes all that it uses; the release preset compiles without them and shows what is missing.
+# Precompiles headers of other projects that many of our files include. These headers never change, so they cause no rebuilds.
+# A source file must still include everything that it uses. The release preset compiles without precompiled headers, so it
+# shows a missing include.
 #
-# orderservice_precompiled_floors serves the floors, which hide their names; orderservice_precompiled serves all other code of
-# ours; orderservice_precompiled_tests the tests, which include GoogleTest as well.
+# orderservice_precompiled_floors is for the floors, which hide their names; orderservice_precompiled_tests is for the tests,
+# which also include GoogleTest; orderservice_precompiled is for all other code of this project.
 set(common_headers
     <algorithm> <atomic> <chrono> <cmath> <filesystem> <functional> <limits> <map> <memory> <mutex> <optional> <set> <sstream>
     <stdexcept> <string> <string_view> <thread> <utility> <vector>
@@ -34,7 +35,7 @@ function(orderservice_precompile_all)
     endif()
 endfunction()
 
-# After the target's libraries are known.
+# Call it after the libraries of the target are set.
 function(orderservice_use_precompiled target)
     if(NOT ORDERSERVICE_PRECOMPILED)
         return()

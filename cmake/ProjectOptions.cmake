@@ -16,7 +16,7 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-# Asio marks its classes as visible; the shared library would export them all.
+# Without this, Asio marks its classes as visible, and the shared library exports all of them.
 add_compile_definitions(BOOST_ASIO_DISABLE_VISIBILITY)
 
 find_program(CCACHE_PROGRAM ccache)
@@ -38,10 +38,10 @@ endif()
 if(ORDERSERVICE_UNITY)
     set(CMAKE_UNITY_BUILD ON)
     set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
-    # A unity file names its sources by absolute paths, which reach __FILE__; without the source folder in them two
-    # clones share compiled objects.
+    # A unity file includes its sources by absolute paths, and __FILE__ has these paths. The source folder is removed from
+    # them, so that two clones can share compiled objects.
     add_compile_options(-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
-    # gcc takes the sources in a unity file for headers and warns of their classes that use anonymous namespaces.
+    # gcc treats the sources in a unity file as headers, and warns if their classes use anonymous namespaces.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         add_compile_options(-Wno-subobject-linkage)
     endif()
@@ -50,7 +50,7 @@ endif()
 if(ORDERSERVICE_SANITIZE)
     add_compile_options(-fsanitize=${ORDERSERVICE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${ORDERSERVICE_SANITIZE})
-    # The thread sanitizer knows no fences; the mutexes of Boost.Asio order the same.
+    # The thread sanitizer does not support fences. The mutexes of Boost.Asio give the same order.
     if(ORDERSERVICE_SANITIZE MATCHES thread)
         add_compile_definitions(BOOST_ASIO_DISABLE_FENCED_BLOCK)
     endif()
@@ -63,7 +63,7 @@ function(orderservice_warnings target)
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
 endfunction()
 
-# Call it when the target's libraries are known.
+# Call it after the libraries of the target are set.
 function(orderservice_own_code target)
     orderservice_warnings(${target})
     orderservice_use_precompiled(${target})

@@ -53,7 +53,7 @@ public:
         if (const std::string reason = whyUnusable(path); !reason.empty()) return warn(path + reason);
         if (const auto waiting = utils::countFile(path); waiting && waiting->bytes != 0)
             warn(path + " waits with " + counted(waiting->lines, "line") +
-                 "; a desk that starts deletes it unread");
+                 "; the desk deletes it unread when it starts");
         const std::string taken = path + kTakenSuffix;
         if (const auto left = utils::countFile(taken); left && left->bytes != 0)
             warn(taken + " has " + counted(left->lines, "line") +
@@ -72,7 +72,7 @@ private:
     std::vector<CDiagnostic>& m_warnings;
 };
 
-/// Warns of books that the desk does not open, or that it begins anew although it has traded.
+/// Warns of books that the desk refuses to open, or that begin anew although the desk has traded.
 void checkStore(const fs::path& folder, std::vector<CDiagnostic>& warnings) {
     const fs::path store = folder / kPaperStoreName;
     std::error_code unreadable;

@@ -37,7 +37,7 @@ void warnOfBasketRow(const CTomlSection& section, const TC::CBasketSetting& bask
                      const TC::CBasketStockData& row, const CInstrumentEntry& stock) {
     if (!isBasketStock(stock))
         section.warnAt("code", "instrument \"" + stock.key() +
-                                   "\" has none of a basket's types; the row is left out");
+                                   "\" has no type that a basket can have; the row is left out");
     constexpr int kBuy = static_cast<int>(TC::EOperationType::Buy);
     constexpr int kSell = static_cast<int>(TC::EOperationType::Sell);
     if (row.m_eOperationType >= 0 && row.m_eOperationType != kBuy && row.m_eOperationType != kSell)

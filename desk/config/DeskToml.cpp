@@ -97,7 +97,7 @@ private:
 
     /// Warns about user settings that are allowed but make the orders fail.
     static void warnOfUser(const CTomlSection& section, const CUserEntry& user) {
-        constexpr int kLeastPause = 11; // below it the file loop does not sleep
+        constexpr int kLeastPause = 11; // milliseconds; with less, the file loop does not sleep
         constexpr int kLongestPause = 60000;
         if (kCommandKinds.count(user.kind) == 0)
             section.warnAt("kind", "users of kind " + std::to_string(user.kind) +

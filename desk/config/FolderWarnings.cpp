@@ -60,7 +60,7 @@ void warnOfGuard(const CDeskConfig& config, const CDeskLines& lines, const char*
 
 void warnOfGuards(const CDeskConfig& config, const CDeskLines& lines, CDiagnostics& diagnostics) {
     warnOfGuard(config, lines, TC::kFileGuardSwitch, TC::EOrderStrategyType::File,
-                "of a damaged or incomplete order file a part is carried out, and the file is deleted",
+                "a part of a damaged or incomplete order file is carried out, and the file is deleted",
                 diagnostics);
     warnOfGuard(config, lines, TC::kSocketGuardSwitch, TC::EOrderStrategyType::Signal,
                 "clients have no limits for connections, line lengths, logins and orders", diagnostics);
@@ -79,7 +79,8 @@ void warnOfRemarks(const CDeskConfig& config, CDiagnostics& diagnostics) {
                              " is off: the remarks of the settings do not reach the commands");
 }
 
-/// A volume of credit orders is divided without the instrument, so it is divided to the single share.
+/// Volumes of credit orders are split over the accounts without the trading unit of the instrument. So the
+/// parts may be any number of shares.
 void warnOfCreditGroups(const CDeskConfig& config, CDiagnostics& diagnostics) {
     for (const TC::COrderStrategyParam& strategy : config.strategies) {
         if (strategy.m_eTradeType != TC::EOrderStrategyTradeType::Credit) continue;
@@ -91,7 +92,7 @@ void warnOfCreditGroups(const CDeskConfig& config, CDiagnostics& diagnostics) {
             diagnostics.warn(
                 kStrategyFile, 0,
                 "channel " + std::to_string(strategy.m_nChannel) + ": group \"" + name +
-                    "\" has several credit accounts: volumes are divided to the single share, and "
+                    "\" has several credit accounts: volumes are not divided in whole units, and "
                     "parts that are not multiples of the unit are rejected");
         }
     }

@@ -27,7 +27,7 @@ void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
         m_sink.writeFloodLine(EFloodLine::Message, true,
                               "task " + std::to_string(task) +
                                   ": the command names no instrument, so the "
-                                  "paper broker makes no order of it");
+                                  "paper broker makes no order from it");
 }
 
 utils::KNError CPaperOrderClient::pass(const TC::COrderComandParamPtr& command, int& task) {

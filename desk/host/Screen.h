@@ -21,8 +21,8 @@ public:
     /// Writes to a duplicate of `descriptor`. The queue holds up to `queueBytes` bytes. `patienceMs` is the
     /// wait of the destructor in milliseconds.
     explicit CScreen(int descriptor, std::size_t queueBytes = kQueueBytes, int patienceMs = kPatienceMs);
-    /// Writes the rest, and waits up to the patience for the reader to take it. A signal ends that wait
-    /// early.
+    /// Writes the rest of the queue. Waits up to `patienceMs` until the reader has taken it; a signal ends
+    /// this wait early.
     ~CScreen();
     CScreen(const CScreen&) = delete;
     CScreen& operator=(const CScreen&) = delete;

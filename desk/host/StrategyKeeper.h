@@ -17,7 +17,7 @@ namespace desk {
 ///
 /// Changes that the order service makes at the start are not saved. So a strategy that could not be started,
 /// or that exceeds the user's limit, stays in the store as its owner wrote it. If the store cannot hold a
-/// strategy completely, the strategy is refused: this is journalled and the user is told. The store then
+/// strategy completely, the strategy is refused: this is journalled and shown to the user. The store then
 /// keeps its older record of the strategy, marked as stopped.
 class CStrategyKeeper {
 public:

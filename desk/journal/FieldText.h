@@ -10,8 +10,8 @@
 namespace desk {
 
 /// Writes the keys of a frequent record as JSON text, much faster than CJson. The text is the same as that of
-/// CJson, without the braces. Values that are not set become null. Keys are plain ASCII if nothing else is
-/// said. Not thread-safe.
+/// CJson, without the braces. Values that are not set become null. Keys are plain ASCII unless stated
+/// otherwise. Not thread-safe.
 class CFieldText {
 public:
     void add(const char* key, const std::string& text);

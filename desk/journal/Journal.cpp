@@ -125,8 +125,8 @@ void CJournal::flush() {
     if (m_nDescriptor >= 0) flushWaiting();
 }
 
-/// Writes the records behind those that wait. Returns how many of `records` are in the file. The error is set
-/// if one of them is not.
+/// Writes the waiting lines, and then these records. Returns how many of `records` are in the file. The error
+/// is set if one of them is not.
 std::size_t CJournal::write(const CJournalRecord* records, std::size_t count, utils::KNError& error) {
     if (m_nDescriptor < 0) {
         error = {kJournalClosed, "the journal is not open"};
@@ -319,15 +319,15 @@ utils::KNError CJournal::close(const std::string& reason) {
     return error;
 }
 
-/// Writes a record of the journal itself. No other line waits then.
+/// Writes a record of the journal itself. The caller makes sure that no other line waits.
 utils::KNError CJournal::writeRecord(const std::string& kind, const CJson& fields) {
     addWaiting(makeRecord(kind, fields));
     utils::KNError error;
     return writeWaiting(error) == 1 ? utils::KNError() : error;
 }
 
-/// Writes all waiting lines with one write. None waits afterwards. Returns how many are in the file; the
-/// others are dropped.
+/// Writes all waiting lines with one write. Returns how many are in the file; the others are dropped. So no
+/// line waits afterwards.
 std::size_t CJournal::writeWaiting(utils::KNError& error) {
     if (m_waiting.count() == 0) return 0;
     error = closeHalfLine();

@@ -17,8 +17,8 @@ struct CQueuedCommand {
     TC::COrderComandParamPtr m_command;
     std::int64_t m_nReference = 0; ///< number of the command's record
     int m_nTask = 0;               ///< a number from CPaperBroker::reserveTask
-    /// Is told why the store has refused the command. Called with the broker's mutex held, so it must not
-    /// call the broker.
+    /// Called with the reason if the store has refused the command. The broker's mutex is held during the
+    /// call, so the function must not call the broker.
     std::function<void(const utils::KNError&)> m_onRefused;
 };
 
@@ -31,13 +31,13 @@ public:
     static constexpr std::size_t kMostOrders = 512;
 
     /// Adds a command. While a worker serves the queue and too many orders wait, it waits for room. Returns
-    /// whether a worker serves the queue. If not, the caller must see to it that the command is carried out.
+    /// whether a worker serves the queue. If not, the caller must carry out the command.
     [[nodiscard]] bool push(CQueuedCommand command);
 
     /// Takes all commands that wait. Does not wait for any.
     std::vector<CQueuedCommand> takeAll();
 
-    /// A worker begins or ceases to serve the queue.
+    /// A worker starts or stops serving the queue.
     void setServed(bool isServed);
 
     /// For the worker: waits for a command. Returns false if the worker must end.
@@ -45,10 +45,10 @@ public:
 
 private:
     std::mutex m_mutex;
-    std::condition_variable m_hasCommand; ///< or the worker must end
-    std::condition_variable m_hasRoom;    ///< or no worker serves the queue any more
+    std::condition_variable m_hasCommand; ///< a command waits, or the worker must end
+    std::condition_variable m_hasRoom;    ///< there is room, or no worker serves the queue any more
     std::vector<CQueuedCommand> m_commands;
-    std::size_t m_nOrders = 0; ///< of m_commands
+    std::size_t m_nOrders = 0; ///< number of orders in m_commands
     bool m_bServed = false;
 };
 

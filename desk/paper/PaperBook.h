@@ -75,8 +75,8 @@ public:
 
     /// Makes a waiting order of the present change known to resting().
     void addResting(const CPaperOrder& order);
-    /// Ids of the waiting orders of an instrument, in time priority: those of the last keep and the added
-    /// ones. Some may not wait any more.
+    /// Ids of the waiting orders of an instrument, in time priority: the orders that waited at the last
+    /// keep, then the orders added since. Some may not wait any more.
     std::vector<int> resting(const std::string& stockKey) const;
     /// Ids of a task's orders as of the last keep.
     std::vector<int> ordersOfTask(int task) const;

@@ -65,8 +65,8 @@ struct CKnownNumbers {
 /// Queue. queueCommand returns before the command is stored. The worker carries out all queued commands
 /// together, in their order and in one transaction, and delivers their events after it. A command that comes
 /// alone does not wait for others. If the transaction fails, the commands are tried again one by one, and
-/// each that fails is refused for its own reason. Every other call first carries out what is queued. So no
-/// call ever sees the books without a command that was queued before it, or with one that is not stored.
+/// each that fails is refused with its reason. Every other call first carries out the queued commands. So a
+/// call sees all commands that were queued before it, and it never sees a command that is not stored.
 ///
 /// Events. Changes of orders and fills are numbered. The store keeps them until the listener has taken them.
 /// So a full journal or a killed process leaves no gap: the events are delivered later, in order, each once.
@@ -113,8 +113,8 @@ public:
     /// store.
     int reserveTask() { return m_book.reserveTask(); }
 
-    /// Queues a command. What placeCommand says of a command is true for it, too. Waits only if very many
-    /// orders are queued.
+    /// Queues a command. The rules of placeCommand apply to it, too. Waits only if very many orders are
+    /// queued.
     void queueCommand(CQueuedCommand command);
 
     /// Carries out the commands that are queued now. When it returns, they are stored or refused.
@@ -188,7 +188,7 @@ private:
 
     CCommandQueue m_queue;
     std::thread m_worker;
-    std::mutex m_mutex; ///< of everything below
+    std::mutex m_mutex; ///< guards all members below
     const IQuoteSource& m_quotes;
     CListener m_listener;
     CPaperStore m_store;

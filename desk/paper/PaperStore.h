@@ -41,9 +41,9 @@ public:
     /// Opens or creates FOLDER/paper.db and loads all of it into an empty book. The events that the store
     /// still holds are put into `events`, oldest first. An older version is upgraded to the present one. The
     /// first save commits the upgrade; until then, a close or a crash leaves the store as it was. Fails if
-    /// the database cannot be used or if a newer version created it. `isKnown` tells that a record outside
-    /// the store names events of this store: then a file without bytes is reported as damaged. A missing file
-    /// is always created, unless its log exists.
+    /// the database cannot be used or if a newer version created it. `isKnown`: a record outside the
+    /// store names events of this store. In this case an empty file is reported as damaged. A missing file is
+    /// always created, unless its log exists.
     [[nodiscard]] utils::KNError open(const std::string& folder, CPaperBook& book,
                                       std::vector<CBrokerEvent>& events, bool isKnown = false);
 

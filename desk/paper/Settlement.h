@@ -10,8 +10,8 @@ namespace desk {
 bool canSettle(const kit::COperation& operation);
 
 /// Books a trade of the order at a price. `volume` is at most the order's rest, and its worth must be within
-/// kMaxMoney. The volume closes first and the remainder opens. The caller updates the order's counters of
-/// filled volume and amount.
+/// kMaxMoney. First the closing part of the volume is booked, then the remainder opens a position. The caller
+/// updates the order's counters of filled volume and amount.
 void settleTrade(CPaperBook& book, CPaperOrder& order, CMoney price, int volume);
 
 /// Carries out an accepted order that does not trade: the account pays `money` back to the broker, or it

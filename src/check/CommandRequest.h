@@ -32,15 +32,15 @@ struct CCommandRequest {
     bool m_bUnion = false;
     bson::BSONObj m_extra{};
     std::string m_strTag{};
-    ETradePlatform m_ePlatform = ETradePlatform::Plain; ///< an algorithm order replaces it
-    std::string m_strAlgoParam{}; ///< an algorithm order replaces it, also by an empty text
+    ETradePlatform m_ePlatform = ETradePlatform::Plain; ///< replaced if an algorithm executes the order
+    std::string m_strAlgoParam{}; ///< replaced if an algorithm executes the order; may become empty
     bool m_bCommandFlag = false;
     bool m_bForceConfirm = false;
     ECommandForm m_eForm = ECommandForm::Full;
 };
 
-/// Makes the one command of an order. The remark is the order's. The source is the strategy's for a full
-/// command and the order's for a bare one. If the command guard is on, a full command first leaves out the
+/// Makes the one command of an order. The remark is the order's. A full command has the source of the
+/// strategy, a bare one that of the order. If the command guard is on, a full command first leaves out the
 /// records of a sale of all positions that cannot be sold. Returns null, after a report, if no record is left
 /// then. Does not send anything. Any thread.
 COrderComandParamPtr makeCommand(CCommandRequest request, const COrderParam& order,

@@ -24,8 +24,9 @@ public:
 /// thrown unchanged. Call it in a catch block only.
 [[noreturn]] ORDERSERVICE_EXPORT void throwHostError(std::string_view operation);
 
-/// The service that an operation belongs to. `Class` is the class that declares the operation. A theme of a
-/// large service names the service as its CService. Every other class is the service itself.
+/// The service that an operation belongs to. `Class` is the class that declares the operation. A large
+/// service has its operations in base classes, one for each theme. A theme has a member type CService, which
+/// is the service. Every other class is the service itself.
 template<typename Class, typename = void>
 struct CServiceOf {
     using Type = Class;
@@ -59,7 +60,8 @@ constexpr std::string_view declaredName() {
     return service == std::string_view::npos ? name : name.substr(service + 2);
 }
 
-/// Name of a theme's operation, with the service in place of the theme. The service must be complete.
+/// Name of a theme's operation. It begins with the name of the service instead of the theme. The service must
+/// be a complete type.
 template<auto Operation, typename Service>
 struct CThemeOperationName {
     static constexpr std::string_view kService = Service::kServiceName;

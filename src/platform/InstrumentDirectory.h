@@ -13,7 +13,7 @@ class CExchangeClient;
 /// operations are called.
 class ORDERSERVICE_EXPORT CInstrumentDirectory {
 public:
-    using CService = CExchangeClient; ///< reports use its name for these operations
+    using CService = CExchangeClient; ///< reports show these operations under its name
 
     /// Whether a stock with this full key exists (market and code joined by qdStockKey). If it exists,
     /// getCodeInfo must know it too.

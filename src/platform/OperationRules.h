@@ -11,7 +11,7 @@ class CTradingRules;
 /// comment says when the operations are called.
 class ORDERSERVICE_EXPORT COperationRules {
 public:
-    using CService = CTradingRules; ///< reports use its name for these operations
+    using CService = CTradingRules; ///< reports show these operations under its name
 
     /// Whether an operation buys.
     virtual bool isBuy(EOperationType operation) = 0;

@@ -19,7 +19,7 @@ class CTradingRules;
 /// of CTradingRules, whose comment says when the operations are called.
 class ORDERSERVICE_EXPORT COrderTexts {
 public:
-    using CService = CTradingRules; ///< reports use its name for these operations
+    using CService = CTradingRules; ///< reports show these operations under its name
 
     /// Market and code as one instrument key, such as "SH600000". Stock codes are also looked up under the
     /// market directly followed by the code.

@@ -14,7 +14,7 @@ class CTradingRules;
 /// Display texts for the user. A part of CTradingRules, whose comment says when the operations are called.
 class ORDERSERVICE_EXPORT CTradingTexts {
 public:
-    using CService = CTradingRules; ///< reports use its name for these operations
+    using CService = CTradingRules; ///< reports show these operations under its name
 
     /// Display texts for the user: the title of messages about a source, then the names of a source, an order
     /// number, a family and a price type. Never empty. The host chooses the text for an unknown number.

@@ -16,7 +16,7 @@ class CUserConfig;
 /// operations are called.
 class ORDERSERVICE_EXPORT CUserAccounts {
 public:
-    using CService = CUserConfig; ///< reports use its name for these operations
+    using CService = CUserConfig; ///< reports show these operations under its name
 
     /// The group with this name and broker type, or null if there is no such group. The host owns the group
     /// and keeps it alive and unchanged as long as the configuration.

@@ -13,7 +13,7 @@ class CUserConfig;
 /// CUserConfig, whose comment says when the operations are called.
 class ORDERSERVICE_EXPORT CUserRights {
 public:
-    using CService = CUserConfig; ///< reports use its name for these operations
+    using CService = CUserConfig; ///< reports show these operations under its name
 
     /// Whether the user's orders use the one-pass variant (COrderServiceUnion). If false, no order is sent,
     /// because the two-pass variant is not implemented.

@@ -22,7 +22,7 @@ struct CMsgFlags {
 /// operations are called.
 class ORDERSERVICE_EXPORT CUserSettings {
 public:
-    using CService = CUserConfig; ///< reports use its name for these operations
+    using CService = CUserConfig; ///< reports show these operations under its name
 
     /// Polling interval of order files in milliseconds. If it is below 11, the file thread does not sleep at
     /// all.

@@ -16,7 +16,7 @@ CLegalBatches& CLegalBatches::instance() {
 const COrderStrategyMap* CLegalBatches::hold(const COrderStrategyMap* strategies) {
     if (strategies == nullptr) return nullptr;
     auto copy = std::make_unique<COrderStrategyMap>(*strategies);
-    copy->detach(); // it may be the host's map, whose records must not move at its next change
+    copy->detach(); // a shared copy would make the next change of the host's map move its records
     const COrderStrategyMap* held = copy.get();
     const std::lock_guard lock(m_mutex);
     m_held.emplace(held, std::move(copy));
@@ -35,7 +35,7 @@ std::size_t CLegalBatches::size() const {
     return m_held.size();
 }
 
-// Direct: a queued connection would keep the bare pointer to the variant's map.
+// The connection must be direct. A queued one would use the pointer after the variant's map has ended.
 void forwardLegalOrders(const COrderServiceBase& variant, COrderService& service) {
     const auto forward = [&service](const QVector<orderParamForOrderService>& orders,
                                     const COrderStrategyMap* strategies) {

@@ -229,7 +229,7 @@ void COrderService::bindUser(bool showMsg) {
     if (hasFramework) reportSafely(QStringLiteral("[接口单]　此版本尚不支持交易框架接口!"));
 }
 
-/// Strategies that were running are now stopped, so receivers of the status must be told.
+/// Strategies that were running are now stopped, so the new status is emitted.
 void COrderService::unbind() {
     const bool wasRunning = hasRunning();
     m_registry->bind(nullptr);

@@ -161,8 +161,8 @@ public:
 
 signals:
     /// Checked orders for the main thread; COrderServiceAdapter receives them. Emitted on the thread that
-    /// processed the batch. The map is the library's own. A receiver of the host connects directly, or it
-    /// must not use the map: the map ends when the adapter has placed the orders.
+    /// processed the batch. The map belongs to the library, which destroys it when the adapter has placed the
+    /// orders. So a receiver of the host must use a direct connection, or must not use the map.
     void sigPlaceLegalOrders(QVector<TC::orderParamForOrderService> orders,
                              const QMap<int, TC::COrderStrategyParam>* strategies);
     /// A strategy was started or stopped; the argument is hasRunning(). Emitted with the registry locked.

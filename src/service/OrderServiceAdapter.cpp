@@ -18,7 +18,7 @@ COrderServiceAdapter::COrderServiceAdapter(QObject* parent) : QObject(parent) {
 
 void COrderServiceAdapter::slotPlaceLegalOrders(QVector<orderParamForOrderService> orders,
                                                 const QMap<int, COrderStrategyParam>* strategies) {
-    // The strategies end with this call, also if nobody places the orders or an exception leaves the call.
+    // The map is released at the end of this function, even if no order is placed or an exception is thrown.
     const auto release = [](const COrderStrategyMap* map) { CLegalBatches::instance().release(map); };
     const std::unique_ptr<const COrderStrategyMap, decltype(release)> held(strategies, release);
     const COrderService* service = COrderService::instance();

@@ -32,7 +32,7 @@ public:
     std::list<CAccount*> m_place{this};
 };
 
-/// The content of a ticket: the room of one order.
+/// What a ticket points to: the room of one order. Its destructor returns the room.
 class COrderCredit::CRoom {
 public:
     CRoom(std::shared_ptr<COrderCredit> credit, CAccountPtr account, int rows)

@@ -5,8 +5,8 @@
 
 namespace TC {
 
-/// What all variants do alike for the orders of one product family. Log lines, flags and the form of the
-/// command differ by variant; each variant has its own table of them.
+/// What is the same in all variants for the orders of one product family. Log lines, flags and the form of
+/// the command differ; each variant has its own table of them.
 struct CVariantFamily {
     EOrderStrategyTradeType m_eTradeType;
     CCheckFn m_pfnCheck;

@@ -4,7 +4,7 @@
 
 namespace TC {
 
-/// The strategies of a map, without copies. The map must not change or end before the source and the
+/// The strategies of a map, without copies. The map must not change, and must outlive the source and the
 /// pointers that it returned.
 class CMapSource final : public IStrategySource {
 public:

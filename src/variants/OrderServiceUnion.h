@@ -19,12 +19,12 @@ public:
     /// A missing strategy or an order that fails the frame check ends the batch. An order that fails its
     /// family check is dropped, and the batch continues.
     void placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) override;
-    /// The same course as placeOrders, with the strategies of a source.
+    /// Does the same as placeOrders with the strategies of a source. The owner can end the batch.
     CBatchResult workOff(const QVector<COrderParam>& orders, IStrategySource& strategies,
                          IBatchOwner& owner) override;
 
 private:
-    /// The end of a batch at an order. Nothing if the batch continues.
+    /// How an order ended its batch. Not set if the batch continues.
     using CEnd = std::optional<EBatchEnd>;
     CEnd placeGuarded(const COrderParam& order, IStrategySource& strategies, IBatchOwner& owner);
     CEnd placeOrder(const COrderParam& order, IStrategySource& strategies, IBatchOwner& owner);

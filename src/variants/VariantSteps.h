@@ -33,8 +33,8 @@ void announceOrder(const COrderParam& order, const COrderStrategyParam& strategy
 /// Shows the message for a trade type that has no family.
 void showUnknownFamily(const COrderParam& order);
 
-/// Whether the user may send commands. If not, only the audit is told how many orders of the channel were
-/// dropped; the user sees no message.
+/// Whether the user may send commands. If not, the audit gets the number of dropped orders of the channel;
+/// the user sees no message.
 bool mayIssue(int channel, int orders);
 
 /// Whether the command of a basket may have the strategy's command flag. Sales, target positions and single

@@ -7,8 +7,8 @@
 #include <functional>
 #include <mutex>
 
-/// The clock of the road. The date and time of day never change, but seconds pass as usual. The pauses
-/// between two looks for files last their real time, or until wake(). Longer sleeps are waits for quotes:
+/// The clock of CRoad. The date and time of day never change, but seconds pass as usual. The pauses between
+/// two checks for files last their real time, or until wake(). Longer sleeps are waits for quotes:
 /// they are reported to onLongSleep and end at once.
 class CRoadClock : public utils::IClock {
 public:

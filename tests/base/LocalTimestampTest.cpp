@@ -32,7 +32,7 @@ public:
             ::unsetenv("TZ");
         ::tzset();
     }
-    /// Does not call tzset: a moment must have the zone without the help of its caller.
+    /// Does not call tzset: the text of a moment must use the new zone even if nobody has called tzset.
     static void set(const char* zone) { ::setenv("TZ", zone, 1); }
 
 private:
@@ -40,8 +40,8 @@ private:
     bool m_bGiven = false;
 };
 
-/// The zone of each test: an offset of half hours, daylight saving time on both halves of the earth, and a
-/// rule that is not on a full hour or quarter hour.
+/// The tested zones: an offset of half hours, daylight saving time in the north and in the south, and changes
+/// that are not on a full hour or a quarter of an hour.
 const char* const kZones[] = {"UTC0",
                               "CST-8",
                               "IST-5:30",

@@ -303,7 +303,7 @@ void CBreachRoad::load() {
     // This holds the registry lock. Otherwise a pass of the file loop takes the files before the start looks
     // for them.
     service().visitStrategies(writeAndLoad);
-    writeAndLoad(); // if there are no strategies yet, no pass takes files
+    writeAndLoad(); // for the case without strategies: then no pass takes the files
 }
 
 TC::COrderParam CBreachRoad::order(int channel, int number, double price, int volume) {

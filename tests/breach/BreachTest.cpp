@@ -124,8 +124,8 @@ std::string rowName(const testing::TestParamInfo<CBreachRow>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Operations, Breach, testing::ValuesIn(kBreachRows), rowName);
 
-/// Collects the operations of the classes in a header: every virtual function except destructors. The
-/// operations of a theme, a base class of a large service, belong to the service that it names.
+/// Collects the operations of the classes in a header: every virtual function except destructors. A
+/// large service has its operations in base classes. They are listed under the service.
 void collectOperations(const std::filesystem::path& header, std::set<std::string>& operations) {
     std::ifstream file(header);
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

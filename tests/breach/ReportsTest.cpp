@@ -1,5 +1,5 @@
-// If a channel of reports fails, the next one is used. The audit is told about orders that end without a
-// report.
+// If a channel of reports fails, the next one is used. The audit gets the orders that end without a
+// message.
 #include "orderservice/base/Thread.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"

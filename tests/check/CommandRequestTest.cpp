@@ -1,4 +1,4 @@
-// The one builder of commands: from a request to the fields of a command.
+// makeCommand, which makes every command: the fields of the command for a given request.
 #include "orderservice/check/CommandRequest.h"
 
 #include "tests/check/CheckFixture.h"

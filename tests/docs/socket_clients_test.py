@@ -17,7 +17,7 @@ ORDERDESK, PYTHON_CLIENT, CPP_CLIENT = sys.argv[1:4]
 CLIENTS = {"python": [sys.executable, PYTHON_CLIENT], "c++": [CPP_CLIENT]}
 
 DEADLINE = 60  # seconds for any one thing to happen
-IDLE = 120  # the desk ends by itself where this test cannot end it
+IDLE = 120  # seconds; the desk ends by itself if this test cannot end it
 GREETING = "+OK Welcom to Lumo Order Server Version 0.0.3"
 USER, PASSWORD = "trader", "a secret"
 

@@ -9,8 +9,8 @@
 namespace kit {
 namespace {
 
-// A new row of the table needs a word here, or its group's word. The numbers below have neither: users see
-// the number itself.
+// A new row of the table needs its own word or the word of its group. The numbers below have neither: users
+// see the number itself.
 TEST(TradingWords, EveryOrderNumberHasAWordOrAGroup) {
     const std::set<int> withoutWord{36, 110, 111, 112, 113, 114, 115, 116, 117, 118, 119};
     for (std::size_t row = 0; row < TC::kOrderNumberCount; ++row) {

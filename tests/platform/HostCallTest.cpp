@@ -15,7 +15,7 @@ namespace {
 
 using namespace TC;
 
-// The name is a constant, so it costs nothing at run time.
+// The compiler computes the name, so no work is left for run time.
 static_assert(operationName<&CTradeClient::cancelTask>() == "CTradeClient::cancelTask");
 static_assert(operationName<&CUserConfig::hasUserAuth>() == "CUserConfig::hasUserAuth");
 
@@ -25,7 +25,7 @@ TEST(HostCall, OperationOfAServiceHasTheServicesName) {
     EXPECT_EQ(operationName<&CPriceData::getOriginPrice>(), "CPriceData::getOriginPrice");
 }
 
-// The base classes of a large service are not visible in reports: a reader of a report knows the service.
+// Reports do not show the base classes of a large service, because their readers know only the service.
 TEST(HostCall, OperationOfAThemeHasTheServicesName) {
     EXPECT_EQ(operationName<&CUserConfig::getUserName>(), "CUserConfig::getUserName");
     EXPECT_EQ(operationName<&CUserConfig::getAccountData>(), "CUserConfig::getAccountData");

@@ -2,7 +2,7 @@
 
 #include "orderservice/platform/Host.h"
 
-/// What the test asks a library that it loads with dlopen(RTLD_LOCAL). The answers are found by name with
+/// Functions of a library that the test loads with dlopen(RTLD_LOCAL). The test finds them by name with
 /// dlsym.
 extern "C" {
 /// The addresses of the singletons as the loaded library sees them.
@@ -13,7 +13,7 @@ __attribute__((visibility("default"))) const void* messagesInLibrary();
 /// type.
 __attribute__((visibility("default"))) bool catchesHostError();
 __attribute__((visibility("default"))) bool catchesJsonError();
-/// Whether the loaded library can connect a function of its own to a signal of the service.
+/// Whether the loaded library can connect one of its functions to a signal of the service.
 __attribute__((visibility("default"))) bool connectsToService();
 /// Whether a record that the program made can be cast to its own type in the loaded library.
 __attribute__((visibility("default"))) bool castsRecord(const void* data);

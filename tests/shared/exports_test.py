@@ -11,7 +11,7 @@ from pathlib import Path
 ROOT, LIBRARIES = Path(sys.argv[1]), sys.argv[2:]
 INSIDE = ("net", "intake", "socket", "variants")  # floors that export nothing
 PARTLY = ("check", "service")                     # floors with a few public headers
-# Libraries of others that we compile in from headers. Their symbols would meet those of the host.
+# Other projects' libraries that are compiled in from headers. Exported symbols of theirs would clash with those of the host.
 OTHERS = re.compile(r"\b(boost::asio|log4cxx|nlohmann)::")
 
 

@@ -144,7 +144,7 @@ TEST_F(LineFraming, ABufferKeepsTheRoomThatItsBytesNeed) {
 TEST_F(LineFraming, AnEmptyBufferKeepsTheMemoryOfOneLine) {
     append("placeorder 23,3,10.5,600000,100\r\n");
     takeAll();
-    append("a"); // an own buffer from here on
+    append("a"); // from here on the buffer has its own memory
     const char* memory = buffer.constData();
     append("bc\r\n");
     takeAll();

@@ -176,7 +176,7 @@ TEST_F(OrderCredit, AccountThatCannotBeWokenIsTriedAgain) {
     EXPECT_EQ(wakes, 1);
 }
 
-/// There is no ticket whose end would start the next try.
+/// No ticket is left. So no ticket that ends can start the next try.
 TEST_F(OrderCredit, LastAccountThatCannotBeWokenIsTriedAgainByTheListener) {
     bool isFull = true;
     int wakes = 0;

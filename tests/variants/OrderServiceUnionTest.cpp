@@ -312,7 +312,7 @@ TEST_F(Batch, SourceThatThrowsDropsThatOrderOnly) {
     EXPECT_EQ(host.errorTexts().size(), 1u);
 }
 
-/// So a cut reports exactly the orders after it.
+/// So if the batch is cut, exactly the orders after the failed one are reported.
 TEST_F(Batch, OrderThatFailsIsBegunToo) {
     source.onAsked = [this] {
         if (source.asked.size() == 1) throw std::runtime_error("no memory");

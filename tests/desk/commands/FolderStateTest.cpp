@@ -37,7 +37,7 @@ TEST_F(FolderState, WaitingOrderFileIsNamedWithItsLines) {
     m_folder.write("desk/orders/group.txt", "23,0,11.02,600101,100\n23,0\n");
     m_folder.write("desk/orders/single.txt", "");
     EXPECT_EQ(warnings(), "strategies.toml: warning: channel 1: " + order("group.txt") +
-                              " waits with 2 lines; a desk that starts deletes it unread\n");
+                              " waits with 2 lines; the desk deletes it unread when it starts\n");
     EXPECT_TRUE(m_folder.exists("desk/orders/group.txt"));
 }
 

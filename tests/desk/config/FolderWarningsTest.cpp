@@ -105,7 +105,7 @@ TEST(FolderWarnings, CreditGroupOfSeveralAccounts) {
                     "}]\n[[group]]"},
                    {"strategies.toml", "account = \"C1\"", "group = \"lent\""}}),
         CLines{"strategies.toml: warning: channel 7: group \"lent\" has several credit accounts: volumes "
-               "are divided to the single share, and parts that are not multiples of the unit are "
+               "are not divided in whole units, and parts that are not multiples of the unit are "
                "rejected"});
 }
 

@@ -191,7 +191,7 @@ const std::vector<CSlip> kDeskSlips = {
     {"BasketPriceZero", "desk.toml", "market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0", "market = \"SZ\", code = \"300301\", volume = 100, price = 0",
      "desk.toml:162: basket.rows: price must be above 0; leave it out if there is no price"},
     {"BasketOfAStockWithoutABasketsType", "desk.toml", "market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0", "market = \"SZ\", code = \"128401\", volume = 10",
-     "desk.toml:162: warning: basket.rows: instrument \"SZ128401\" has none of a basket's types; the row is left out"},
+     "desk.toml:162: warning: basket.rows: instrument \"SZ128401\" has no type that a basket can have; the row is left out"},
     {"BasketRowTwice", "desk.toml", "{ market = \"SH\", code = \"600103\", volume = 1000, weight = 0.2 }", "{ market = \"SH\", code = \"600102\", volume = 1000, weight = 0.2 }",
      "desk.toml:145: warning: basket.rows: instrument \"SH600102\" is in the basket twice"},
     {"BasketKeyUnknown", "desk.toml", "market = \"SZ\", code = \"300301\", volume = 100, weight = 1.0", "market = \"SZ\", code = \"300301\", volumes = 100",

@@ -54,7 +54,7 @@ private:
     std::string m_strPath;
 };
 
-/// A clock that stands still at 2026-01-05 09:30:00.123 unless a test changes m_dNow. Instead of sleeping it
+/// A clock that always shows 2026-01-05 09:30:00.123 unless a test changes m_dNow. Instead of sleeping it
 /// calls a hook.
 class CStillClock : public utils::IClock {
 public:

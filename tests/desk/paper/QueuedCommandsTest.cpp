@@ -22,7 +22,7 @@ using namespace desk::test;
 
 namespace {
 
-/// The quotes of another source, which come late: the first questions find none.
+/// The quotes of another source. The first m_nMissing requests get no quote.
 class CLateQuotes : public IQuoteSource {
 public:
     explicit CLateQuotes(const IQuoteSource& quotes) : m_quotes(quotes) {}
@@ -68,7 +68,7 @@ protected:
         m_broker->queueCommand(std::move(command));
     }
 
-    /// Starts the worker and lets it carry out one command. It is held behind the transaction of that command
+    /// Starts the worker and lets it carry out one command. After the transaction of that command it waits
     /// until release() is called.
     void holdWorker() {
         m_onDelivery = [this] {
@@ -204,7 +204,7 @@ TEST_F(QueuedCommands, OrderThatWaitsIsMatchedBeforeALaterOneOfTheSameTransactio
     m_quotes.setQuote(kStock, {}, {{9.50, 150}});
     m_source.m_nMissing = 2;
     holdWorker();            // the first order finds no quote
-    queue({buy(100, 9.50)}); // nor does the second
+    queue({buy(100, 9.50)}); // the second order does not find one either
     queue({buy(100, 9.50)});
     release();
     EXPECT_EQ(fills(), (CTexts{"1: 100 @ 95000", "2: 50 @ 95000"}));
@@ -257,7 +257,8 @@ TEST_F(QueuedCommands, CommandsOfSeveralThreadsBecomeOneTaskEach) {
     EXPECT_EQ(m_broker->orders().size(), std::size_t{kThreads * kCommands});
 }
 
-/// The child tells the numbers of its events, and is killed. Each event that it told is in the store.
+/// The child writes the numbers of its events to a pipe, and is killed. Each event that it reported must be
+/// in the store.
 TEST_F(QueuedCommands, WhatAnEventHasToldOutlivesAKilledProcess) {
     m_broker.reset();
     int told[2];
