@@ -16,8 +16,8 @@ endif()
 
 function(orderservice_precompile name)
     cmake_parse_arguments(ARG "" "" "HEADERS;LINKS;OPTIONS" ${ARGN})
-    file(WRITE "${CMAKE_BINARY_DIR}/${name}.cpp.new" "// A target needs a source file. This one has only precompiled headers.\n")
-    file(COPY_FILE "${CMAKE_BINARY_DIR}/${name}.cpp.new" "${CMAKE_BINARY_DIR}/${name}.cpp" ONLY_IF_DIFFERENT)
+    file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/${name}.cpp"
+        CONTENT "// A target needs a source file. This one has only precompiled headers.\n")
     add_library(${name} OBJECT "${CMAKE_BINARY_DIR}/${name}.cpp")
     target_link_libraries(${name} PRIVATE Qt5::Core Boost::boost ${ARG_LINKS})
     target_compile_options(${name} PRIVATE ${ARG_OPTIONS})

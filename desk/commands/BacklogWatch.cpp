@@ -29,13 +29,14 @@ void CBacklogWatch::watch() {
     utils::setThreadName("backlogWatch");
     const double begin = utils::getTime();
     bool isReported = false;
+    bool isDropped = false;
     while (!m_bEnded) {
-        if (!m_keepWaiting()) {
+        if (!m_keepWaiting() && !isDropped) {
+            isDropped = true;
             m_service.dropBacklog();
             m_sink.writeLine("The waiting orders are discarded; the current order is finished.");
-            return;
         }
-        if (!isReported && utils::getTime() - begin > kSilentSeconds) {
+        if (!isReported && !isDropped && utils::getTime() - begin > kSilentSeconds) {
             isReported = true;
             m_sink.writeLine("Processing the orders that were accepted. Ctrl-C discards them.");
         }

@@ -50,6 +50,8 @@ utils::KNError CDesk::open() {
     if (result.isSuccess())
         result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(),
                                {m_journal.lastTask(), m_journal.lastOrder(), m_journal.lastFill()});
+    if (const auto tasks = m_broker.unbookedTasks(); result.isSuccess() && tasks && m_journal.isAfterCrash())
+        m_sink.writeLine(unbookedText(tasks->first, tasks->second));
     m_strTradingDay = m_exchange.getMaxTradingDay();
     if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
     // Without a `stopped` record in the journal, the next start would report that this run was interrupted.
@@ -58,8 +60,8 @@ utils::KNError CDesk::open() {
     return result;
 }
 
-/// Writes a broker event to the journal, and then to the screen. False if the journal refuses it: the broker
-/// delivers it again later.
+/// Writes broker events to the journal, and then to the screen. The broker delivers those again later that
+/// the journal refuses.
 std::size_t CDesk::takeEvents(const std::vector<CBrokerEvent>& events) {
     const std::size_t taken = journalBrokerEvents(m_journal, events);
     for (std::size_t i = 0; i < taken; ++i)
@@ -134,8 +136,8 @@ void CDesk::tick(double secondsSinceStart) {
 }
 
 void CDesk::showProgress() {
-    m_journal.flush();
     m_orderLines.show();
+    m_sink.poll();
 }
 
 std::int64_t CDesk::activity() const {
@@ -145,6 +147,7 @@ std::int64_t CDesk::activity() const {
 utils::KNError CDesk::close(const std::string& reason) {
     m_broker.stopWorker();
     m_guard.checkFile();
+    if (m_journal.probe().isSuccess()) m_broker.deliverEvents(); // the disk may have room again
     // If the journal is moved away before the next start, it cannot tell the broker which events it has.
     const utils::KNError stored = m_broker.storeDelivered();
     if (!stored.isSuccess())

@@ -68,7 +68,7 @@ public:
     /// if all were processed. Call it after COrderService::shutdown.
     std::string unplacedText() const { return m_audit.unplacedText(); }
 
-    /// Writes what waits for the journal and the screen. For another thread, while the main thread waits in
+    /// Writes what waits for the screen. For another thread, while the main thread waits in
     /// COrderService::shutdown and therefore calls no tick.
     void showProgress();
 

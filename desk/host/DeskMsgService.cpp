@@ -8,8 +8,8 @@ namespace desk {
 
 void CDeskMsgService::showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool, bool,
                               const QString&) {
-    m_journal.post(messageRecord(text, type, level));
-    m_sink.writeFloodLine(EFloodLine::Message, !m_journal.isFailed(), text.toStdString());
+    const bool isRecorded = m_journal.append(messageRecord(text, type, level)).isSuccess();
+    m_sink.writeFloodLine(EFloodLine::Message, isRecorded, text.toStdString());
 }
 
 } // namespace desk

@@ -22,7 +22,6 @@ void CJournalGuard::checkFile() {
 }
 
 void CJournalGuard::poll() {
-    m_journal.flush();
     const double now = utils::getTime();
     if (now >= m_dNextLook) {
         m_dNextLook = now + kLookSeconds;

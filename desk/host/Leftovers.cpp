@@ -50,4 +50,13 @@ std::string crashText(std::int64_t seq) {
            ". Orders of its last \"intake\" lines that have no \"command\" line did not go out.";
 }
 
+std::string unbookedText(int firstTask, int lastTask) {
+    const bool isOne = firstTask == lastTask;
+    return (isOne ? "Task " + std::to_string(firstTask) + " has"
+                  : "Tasks " + std::to_string(firstTask) + " to " + std::to_string(lastTask) + " have") +
+           " a \"command\" line but " + (isOne ? "was" : "were") + " not carried out and " +
+           (isOne ? "has" : "have") + " no orders. Send " + (isOne ? "it" : "them") +
+           " again if you still want " + (isOne ? "it." : "them.");
+}
+
 } // namespace desk

@@ -24,4 +24,7 @@ void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJour
 /// first journal line.
 std::string crashText(std::int64_t seq);
 
+/// Tells the user which recorded commands of the previous run the paper broker does not have.
+std::string unbookedText(int firstTask, int lastTask);
+
 } // namespace desk

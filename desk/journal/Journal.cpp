@@ -15,7 +15,6 @@ namespace desk {
 namespace {
 
 constexpr mode_t kFileMode = 0600; // only the owner may read orders and accounts
-constexpr std::size_t kMostWaitingBytes = 1 << 16;
 
 std::string systemError() {
     return std::strerror(errno);
@@ -51,9 +50,7 @@ std::string bytesFrom(int descriptor, std::int64_t begin) {
 } // namespace
 
 CJournal::~CJournal() {
-    if (m_nDescriptor < 0) return;
-    flushWaiting();
-    ::close(m_nDescriptor);
+    if (m_nDescriptor >= 0) ::close(m_nDescriptor);
 }
 
 utils::KNError CJournal::open(const std::string& folder) {
@@ -109,23 +106,7 @@ std::size_t CJournal::appendAll(const std::vector<CJournalRecord>& records) {
     return write(records.data(), records.size(), error);
 }
 
-void CJournal::post(const CJournalRecord& record) {
-    const std::lock_guard lock(m_mutex);
-    if (m_nDescriptor < 0) return;
-    if (!m_failure.isSuccess()) {
-        ++m_nRefused;
-        return;
-    }
-    addWaiting(record);
-    if (m_waiting.bytes().size() >= kMostWaitingBytes) flushWaiting();
-}
-
-void CJournal::flush() {
-    const std::lock_guard lock(m_mutex);
-    if (m_nDescriptor >= 0) flushWaiting();
-}
-
-/// Writes the waiting lines, and then these records. Returns how many of `records` are in the file. The error
+/// Writes these records with one write. Returns how many of `records` are in the file. The error
 /// is set if one of them is not.
 std::size_t CJournal::write(const CJournalRecord* records, std::size_t count, utils::KNError& error) {
     if (m_nDescriptor < 0) {
@@ -137,18 +118,11 @@ std::size_t CJournal::write(const CJournalRecord* records, std::size_t count, ut
         error = m_failure;
         return 0;
     }
-    const std::size_t before = m_waiting.count();
     for (std::size_t i = 0; i < count; ++i)
         addWaiting(records[i]);
     const std::size_t written = writeWaiting(error);
-    m_nRefused += static_cast<std::int64_t>(before + count - written);
-    return written > before ? written - before : 0;
-}
-
-void CJournal::flushWaiting() {
-    utils::KNError error;
-    const std::size_t count = m_waiting.count();
-    m_nRefused += static_cast<std::int64_t>(count - writeWaiting(error));
+    m_nRefused += static_cast<std::int64_t>(count - written);
+    return written;
 }
 
 void CJournal::addWaiting(const CJournalRecord& record) {
@@ -168,7 +142,6 @@ void CJournal::keepNumbers(const CJournalNumbers& numbers) {
 std::string CJournal::checkFile() {
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {};
-    flushWaiting();
     return lookAtFile();
 }
 
@@ -307,7 +280,6 @@ int CJournal::lastFill() const {
 utils::KNError CJournal::close(const std::string& reason) {
     const std::lock_guard lock(m_mutex);
     if (m_nDescriptor < 0) return {kJournalClosed, "the journal is not open"};
-    flushWaiting();
     (void)lookAtFile(); // so that the `stopped` record is in the file at the path
     if (!m_failure.isSuccess()) (void)resume();
     utils::KNError error =

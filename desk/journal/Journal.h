@@ -59,15 +59,6 @@ public:
     /// in the file now; the others are refused.
     [[nodiscard]] std::size_t appendAll(const std::vector<CJournalRecord>& records);
 
-    /// Takes a record that may be lost if the process is killed, such as a message. It gets its place among
-    /// the lines at once and is written by the next append, flush, checkFile or close, or when many bytes
-    /// wait. In the failed state, or if that write fails, the record is refused, and the next `resumed`
-    /// record counts it.
-    void post(const CJournalRecord& record);
-
-    /// Writes the posted records. The desk calls it in each round of its main loop.
-    void flush();
-
     /// Checks whether the open file is still at the path and still has its written length. If the path has
     /// another file or none, the journal continues in the file at the path and creates it if needed. If the
     /// old file was deleted, its lines since the previous check are written again, so that they are not lost.
@@ -101,7 +92,7 @@ public:
     /// Whether the file had lines when it was opened and the last one was not `stopped`.
     bool isAfterCrash() const;
 
-    /// Number of the last record, posted ones included.
+    /// Number of the last record.
     std::int64_t lastSeq() const;
 
     /// Writes a `stopped` record with the reason, flushes the file to disk and closes it. In the failed state
@@ -112,7 +103,6 @@ private:
     std::size_t write(const CJournalRecord* records, std::size_t count, utils::KNError& error);
     utils::KNError writeRecord(const std::string& kind, const CJson& fields);
     std::size_t writeWaiting(utils::KNError& error);
-    void flushWaiting();
     void addWaiting(const CJournalRecord& record);
     void keepNumbers(const CJournalNumbers& numbers);
     utils::KNError writeBytes(const std::string& bytes);
@@ -128,7 +118,7 @@ private:
     mutable std::mutex m_mutex;
     int m_nDescriptor = -1;
     std::string m_strPath;
-    CWaitingLines m_waiting;     ///< empty in the failed state
+    CWaitingLines m_waiting;     ///< empty between two writes
     std::int64_t m_nLastSeq = 0; ///< of the last line in the file
     std::int64_t m_nLastBrokerEvent = 0;
     int m_nLastTask = 0;

@@ -94,8 +94,9 @@ void CPaperBook::keep() {
         if (before == nullptr) m_taskOrders[order.m_nTask].push_back(order.m_nId);
         if (order.isOpen())
             m_resting[order.m_strStock].insert(order.m_nId);
-        else if (before != nullptr)
-            m_resting[order.m_strStock].erase(order.m_nId);
+        else
+            m_resting[order.m_strStock].erase(
+                order.m_nId); // a later command of the change may have filled it
     });
     m_funds.keep();
     m_positions.keep();

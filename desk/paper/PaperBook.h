@@ -59,6 +59,8 @@ public:
 
     /// Reserves the number of the next task. The number is used up even if no task is created. Any thread.
     int reserveTask() { return ++m_nLastTask; }
+    /// The largest number of a task so far; 0 without one.
+    int lastTask() const { return m_nLastTask; }
     /// New tasks get larger numbers than this one.
     void knowTask(int id) { m_nLastTask = std::max(m_nLastTask.load(), id); }
     /// `id` must be a reserved number.

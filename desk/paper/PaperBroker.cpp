@@ -63,6 +63,9 @@ utils::KNError CPaperBroker::open(const std::string& folder, const std::vector<C
     std::vector<CBrokerEvent> stored;
     utils::KNError error = m_store.open(folder, m_book, stored, lastEventTaken > 0);
     if (!error.isSuccess()) return error;
+    // An older copy of the store lacks tasks that were carried out.
+    if (m_book.m_counters.m_nLastEvent >= lastEventTaken && m_book.lastTask() < known.m_nTask)
+        m_unbooked = std::pair(m_book.lastTask() + 1, known.m_nTask);
     for (CBrokerEvent& event : stored) {
         if (event.m_nNumber > lastEventTaken) m_pending.push_back(std::move(event));
     }
@@ -136,13 +139,19 @@ void CPaperBroker::finishQueued() {
 
 /// Every operation that reads or changes the books begins with this.
 std::unique_lock<std::mutex> CPaperBroker::lockBooks() {
-    std::unique_lock lock(m_mutex);
+    std::unique_lock<std::mutex> lock(m_mutex, std::defer_lock);
+    {
+        const std::lock_guard next(m_next);
+        lock.lock();
+    }
     carryOutQueued();
     return lock;
 }
 
-/// Carries out the queued commands in one transaction.
-void CPaperBroker::carryOutQueued() {
+/// Carries out the queued commands in one transaction. An exception means that memory is missing; then books
+/// and store may differ, and nothing may go on with them. So the process ends. The store has each command
+/// whole or not at all, and the next start reports the commands that it does not have.
+void CPaperBroker::carryOutQueued() noexcept {
     const std::vector<CQueuedCommand> commands = m_queue.takeAll();
     if (commands.empty()) return;
     if (commands.size() > 1) {

@@ -17,6 +17,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace desk {
@@ -97,6 +98,11 @@ public:
     [[nodiscard]] utils::KNError open(const std::string& folder, const std::vector<CAccountEntry>& accounts,
                                       std::int64_t lastEventTaken, const CKnownNumbers& known = {});
 
+    /// The first and the last task number that `known` of open names, but that the store did not have: their
+    /// commands were recorded, but the process ended before the store had them. Nothing if there are none, or
+    /// if the store is an older copy.
+    std::optional<std::pair<int, int>> unbookedTasks() const { return m_unbooked; }
+
     /// Sets the trading day, "yyyyMMdd". A later day than the known one cancels every waiting order and makes
     /// all bought volumes sellable. If no day is known yet, the day is only recorded. The same day or an
     /// earlier one changes nothing.
@@ -166,7 +172,7 @@ public:
 
 private:
     std::unique_lock<std::mutex> lockBooks();
-    void carryOutQueued();
+    void carryOutQueued() noexcept;
     void carryOutAlone(const CQueuedCommand& command);
     void place(const TC::COrderComandParam& command, std::int64_t reference, int task);
     void placeOrder(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
@@ -188,8 +194,12 @@ private:
 
     CCommandQueue m_queue;
     std::thread m_worker;
+    /// Held while a thread waits for m_mutex, and taken before it. So the worker, which takes m_mutex again
+    /// at once, does not overtake a thread that waits.
+    std::mutex m_next;
     std::mutex m_mutex; ///< guards all members below
     const IQuoteSource& m_quotes;
+    std::optional<std::pair<int, int>> m_unbooked;
     CListener m_listener;
     CPaperStore m_store;
     CPaperBook m_book;

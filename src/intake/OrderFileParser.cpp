@@ -29,8 +29,8 @@ constexpr const char* kBadCancelOrder = "cancel_order takes two words or more";
 constexpr const char* kTooFewFields = "it has fewer than two fields";
 constexpr const char* kBadListRow = "a row of a list has two fields";
 constexpr const char* kBadBasketRow = "the row has too few fields";
-constexpr const char* kBehindNamedBasket = "behind a named basket only orderParam lines count";
-constexpr const char* kBehindWholeBasket = "behind a basket taken whole no line counts";
+constexpr const char* kAfterNamedBasket = "after a named basket, only orderParam lines have an effect";
+constexpr const char* kAfterWholeBasket = "after a whole basket, no line has an effect";
 
 QString foreignChannel(int channel) {
     return utils::fillText(QStringLiteral("it is for channel %1"), {QString::number(channel)});
@@ -90,8 +90,8 @@ void fillOrderParam(const COrderTradeParam& tradeParam, COrderParam& order) {
     order.m_strTradeText3 = tradeParam.m_strTradeText3;
 }
 
-/// Appends a new order to the list and removes it again unless it is kept. So an order is read in its place
-/// and is never moved. The list must not be changed by others meanwhile.
+/// Appends a new order to the list and removes it again unless it is kept. So an order is read in its place,
+/// without a copy. Nothing else may change the list meanwhile.
 class CNewOrder {
 public:
     explicit CNewOrder(QVector<COrderParam>& orders) : m_orders(orders) { orders.resize(orders.size() + 1); }
@@ -130,7 +130,7 @@ bool COrderFileParser::takeLine(std::string& line, int rowPosition) {
     ++m_nLine;
     switch (m_eRest) {
     case ERest::Nothing:
-        ignoreLine(line, QString::fromUtf8(kBehindWholeBasket));
+        ignoreLine(line, QString::fromUtf8(kAfterWholeBasket));
         return false;
     case ERest::TradeParams:
         parseComposeTradeParam(line);
@@ -260,7 +260,7 @@ void COrderFileParser::parseComposeTradeParam(std::string& line) {
     if (parserTradeParam(line)) {
         applyTradeParam(filledOrders);
     } else {
-        ignoreLine(line, QString::fromUtf8(kBehindNamedBasket));
+        ignoreLine(line, QString::fromUtf8(kAfterNamedBasket));
     }
 }
 

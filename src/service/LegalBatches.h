@@ -36,8 +36,8 @@ private:
 
 /// From now on `service` emits each sigPlaceLegalOrders that `variant` emits, on the same thread and before
 /// the variant's emit returns. The map of the service's signal is held by CLegalBatches, so the variant's map
-/// may end after its emit. A null map stays null. If a receiver throws, the exception is reported. Both
-/// objects must live until the connection ends with one of them.
+/// may end after its emit. A null map stays null. If a receiver throws, the exception is reported. The
+/// connection ends when one of the two objects is destroyed. The one-pass variant does not need it.
 void forwardLegalOrders(const COrderServiceBase& variant, COrderService& service);
 
 } // namespace TC

@@ -216,7 +216,7 @@ TEST(SocketProtocolFigures, ArePrintedOnThePageAsTheyAre) {
     expectTexts(
         kSocketPage,
         {"of more than " + figure(CSocketGuard::kMaxLine) + " bytes with CR LF",
-         "where " + figure(CSocketGuard::kMaxConnections) + " connections are open",
+         "if " + figure(CSocketGuard::kMaxConnections) + " connections are open",
          "instead of the tenth failed reply in a row",
          "if " + delayed + " connections of one address already",
          figure(CSocketGuard::kLoginSeconds) + " seconds after connecting",
@@ -231,7 +231,7 @@ TEST(SocketProtocolFigures, ArePrintedOnThePageAsTheyAre) {
          "If all " + delayed + " places are taken",
          "At most " + figure(room) + " orders and cancels of the other connections",
          "at most " + figure(share) + " of any one connection",
-         "so " + figure(room) + " orders of others without a quote hold yours up for " +
+         "So " + figure(room) + " orders of others without a quote delay your order or cancel by " +
              figure(room * quoteSeconds) + " seconds"});
 }
 

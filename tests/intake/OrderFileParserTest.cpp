@@ -502,12 +502,12 @@ const CIgnoredCase kIgnoredCases[] = {
      {"25,0,b", "600000\t1", "", "orderParam=x"},
      1,
      2,
-     "behind a named basket only orderParam lines count"},
+     "after a named basket, only orderParam lines have an effect"},
     {"WholeBasket",
      {"23,0", "34,0,b", "23,0", "cancel 1", ""},
      2,
      3,
-     "behind a basket taken whole no line counts"},
+     "after a whole basket, no line has an effect"},
 };
 
 INSTANTIATE_TEST_SUITE_P(OrderFileParser, IgnoredLines, testing::ValuesIn(kIgnoredCases),

@@ -21,7 +21,11 @@ const void* messagesInLibrary() {
 
 bool catchesHostError() {
     try {
-        TC::throwHostError("operation");
+        try {
+            throw 1;
+        } catch (...) {
+            TC::throwHostError("operation");
+        }
     } catch (const TC::CHostError&) {
         return true;
     } catch (...) {

@@ -15,7 +15,6 @@ namespace {
 class LoadedLibrary : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(TC::installHost(m_host.services()).isSuccess());
         TC::COrderService::initInstance(new TC::COrderService);
         m_library = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(m_library, nullptr) << dlerror();
@@ -23,7 +22,6 @@ protected:
     void TearDown() override {
         if (m_library != nullptr) dlclose(m_library);
         TC::COrderService::release();
-        TC::releaseHost();
     }
     template<typename Function>
     Function* find(const char* name, Function*) {

@@ -204,13 +204,11 @@ protected:
                                            "F1,IF2609,long,4,4,3950\n"
                                            "F2,IF2609,long,2,2,3960\n");
     }
-    CPaperBook readBook() const {
-        CPaperBook book;
+    void readBook(CPaperBook& book) const {
         CPaperStore store;
         std::vector<CBrokerEvent> events;
         const utils::KNError opened = store.open(folder.path("desk"), book, events);
         EXPECT_TRUE(opened.isSuccess()) << opened.errorMsg();
-        return book;
     }
     int count(const std::string& text) const {
         const std::string lines = journal();
@@ -262,12 +260,15 @@ protected:
 
 TEST_F(FamilyTrades, OrdersOfEveryFamilyReachTheBooks) {
     ASSERT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":14"); }}), 0);
-    const CBooks before = booksOf(readBook());
+    CPaperBook firstBook;
+    readBook(firstBook);
+    const CBooks before = booksOf(firstBook);
     EXPECT_EQ(trade(), 0);
     EXPECT_TRUE(isDone()) << journal();
     EXPECT_FALSE(has("\"status\":\"rejected\"")) << journal();
     EXPECT_FALSE(has("\"kind\":\"trade_error\"")) << journal();
-    const CPaperBook book = readBook();
+    CPaperBook book;
+    readBook(book);
     const CBooks after = booksOf(book);
     for (const CFamilyOrders& row : kRows) {
         EXPECT_EQ(count("\"trader_type\":" + std::to_string(row.traderType) + ","),
@@ -287,7 +288,8 @@ TEST_F(FamilyTrades, AShareTransferOrderIsATaskWithoutOrders) {
                           },
                           [this] { return has("\"kind\":\"command\""); }});
     EXPECT_EQ(code, 0);
-    const CPaperBook book = readBook();
+    CPaperBook book;
+    readBook(book);
     ASSERT_EQ(book.m_tasks.values().size(), 1u);
     EXPECT_EQ(book.m_tasks.values().begin()->second.m_nOrders, 0);
     EXPECT_TRUE(book.m_orders.values().empty());
@@ -317,7 +319,8 @@ TEST_F(FamilyTrades, OrdersGoOutAsTheirParametersSayOrAreRejected) {
     for (const char* type : {"7", "20", "22", "23"})
         EXPECT_TRUE(has(std::string("order type ") + type + " is not modelled")) << type;
     EXPECT_EQ(count("the trade parameters are not understood"), 3);
-    const CPaperBook book = readBook();
+    CPaperBook book;
+    readBook(book);
     for (const auto& [id, order] : book.m_orders.values()) {
         EXPECT_TRUE(order.m_eStatus == EOrderStatus::Rejected || order.m_strAccount == "A2") << id;
     }

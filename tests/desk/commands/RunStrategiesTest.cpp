@@ -76,7 +76,8 @@ TEST_F(RunStrategies, StrategiesThatOthersCanReadAreRefused) {
     std::filesystem::permissions(folder.path("desk/strategies.toml"), std::filesystem::perms::others_read,
                                  std::filesystem::perm_options::add);
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, [] { return true; }), 2);
-    EXPECT_NE(out.str().find("strategies.toml: contains a password, but other users have access to it"), std::string::npos);
+    EXPECT_NE(out.str().find("strategies.toml: contains a password, but other users have access to it"),
+              std::string::npos);
     EXPECT_FALSE(folder.exists("desk/journal.jsonl"));
 }
 

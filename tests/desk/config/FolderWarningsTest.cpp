@@ -26,8 +26,8 @@ const std::vector<CSlip> kWarnedSlips = {
      "connections, "
      "line lengths, logins and orders"},
     {"FileGuardOff", "desk.toml", "mdl_order_file_guard = true", "mdl_order_file_guard = false",
-     "desk.toml:18: warning: switches: mdl_order_file_guard is off: of a damaged or incomplete order file a "
-     "part is carried out, and the file is deleted"},
+     "desk.toml:18: warning: switches: mdl_order_file_guard is off: a part of a damaged or "
+     "incomplete order file is carried out, and the file is deleted"},
     {"FileGuardLeftOut", "desk.toml", "mdl_order_file_guard = true", "#",
      "desk.toml:14: warning: switches: mdl_order_file_guard is off: "},
     {"RemoteAllowed", "desk.toml", "allow_remote = false", "allow_remote = true",

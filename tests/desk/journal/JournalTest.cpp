@@ -320,66 +320,19 @@ TEST_F(JournalTest, WriteWithoutRoomForAByteLeavesNoTrace) {
     EXPECT_EQ(m_folder.lines(kJournalFileName).size(), 2u);
 }
 
-TEST_F(JournalTest, PostedRecordsAreWrittenByTheNextAppendAndBeforeIt) {
-    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
-    const std::uintmax_t before = size();
-    m_journal.post(makeRecord("message", kNote));
-    m_journal.post(makeRecord("message", kNote));
-    EXPECT_EQ(size(), before);
-    EXPECT_EQ(m_journal.lastSeq(), 3);
-    std::int64_t seq = 0;
-    ASSERT_TRUE(m_journal.append("intake", CJson::object(), &seq).isSuccess());
-    EXPECT_EQ(seq, 4);
-    const auto lines = m_folder.lines(kJournalFileName);
-    ASSERT_EQ(lines.size(), 4u);
-    for (std::size_t i = 0; i < lines.size(); ++i)
-        EXPECT_EQ(CJson::parse(lines[i])["seq"], i + 1);
-    EXPECT_EQ(lastRecord()["kind"], "intake");
-}
-
-TEST_F(JournalTest, PostedRecordsAreWrittenByFlushCheckCloseAndIfManyBytesWait) {
-    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
-    m_journal.post(makeRecord("message", kNote));
-    m_journal.flush();
-    EXPECT_EQ(lastRecord()["seq"], 2);
-    m_journal.flush();
-    m_journal.post(makeRecord("message", kNote));
-    EXPECT_EQ(m_journal.checkFile(), "");
-    EXPECT_EQ(lastRecord()["seq"], 3);
-    m_journal.post(makeRecord("message", CJson{{"text", std::string(100000, 'x')}}));
-    EXPECT_EQ(lastRecord()["seq"], 4);
-    m_journal.post(makeRecord("message", kNote));
-    ASSERT_TRUE(m_journal.close("signal").isSuccess());
-    EXPECT_EQ(m_folder.lines(kJournalFileName).size(), 6u);
-    EXPECT_EQ(lastRecord()["seq"], 6);
-    m_journal.post(makeRecord("message", kNote));
-    m_journal.flush();
-    EXPECT_EQ(lastRecord()["seq"], 6);
-}
-
-TEST_F(JournalTest, PostedRecordsAreInTheFileThatIsMovedAway) {
-    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
-    m_journal.post(makeRecord("message", kNote));
-    std::filesystem::rename(m_folder.file(kJournalFileName), m_folder.file("journal.1"));
-    EXPECT_NE(m_journal.checkFile().find("lines up to #2 are in the file that was moved"), std::string::npos);
-    EXPECT_EQ(m_folder.lines("journal.1").size(), 2u);
-}
-
 TEST_F(JournalTest, WriteThatIsCutShortKeepsItsWholeLinesAndRefusesTheOthers) {
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
     const std::uintmax_t before = size();
-    m_journal.post(makeRecord("message", kNote));
-    m_journal.flush();
+    ASSERT_TRUE(m_journal.append("message", kNote).isSuccess());
     const std::uintmax_t line = size() - before; // the next lines have this size too
-    m_journal.post(makeRecord("message", kNote));
-    m_journal.post(makeRecord("message", kNote));
+    const std::vector<CJournalRecord> records(3, makeRecord("message", kNote));
     {
         const CFullDisk disk(size() + line + 20);
-        EXPECT_EQ(m_journal.append("message", kNote).errorId(), kJournalWriteFailed);
+        EXPECT_EQ(m_journal.appendAll(records), 1u);
     }
     EXPECT_TRUE(m_journal.isFailed());
     EXPECT_EQ(m_journal.lastSeq(), 3);
-    m_journal.post(makeRecord("message", kNote));
+    EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
     EXPECT_EQ(m_journal.lastSeq(), 3) << "a journal that failed takes nothing";
     ASSERT_TRUE(m_journal.probe().isSuccess());
     EXPECT_EQ(lastRecord()["kind"], "resumed");

@@ -120,6 +120,21 @@ TEST_F(QueuedCommands, WithoutAWorkerACommandIsStoredAtOnce) {
     EXPECT_EQ(m_events.back().m_nReference, 1001);
 }
 
+TEST_F(QueuedCommands, RecordedTasksThatTheStoreDoesNotHaveAreFoundAtTheStart) {
+    queue({buy(100, 9.50)});
+    queue({buy(100, 9.51)});
+    const std::int64_t lastEvent = m_events.back().m_nNumber;
+    const auto unbooked = [&](std::int64_t event, int task) {
+        m_broker = std::make_unique<CPaperBroker>(m_source, [](const auto& events) { return events.size(); });
+        EXPECT_TRUE(m_broker->open(m_folder.path(), deskAccounts(), event, {task, 0, 0}).isSuccess());
+        return m_broker->unbookedTasks();
+    };
+    EXPECT_EQ(unbooked(lastEvent, 2), std::nullopt);
+    EXPECT_EQ(unbooked(lastEvent, 5), std::pair(3, 5));
+    EXPECT_EQ(unbooked(lastEvent + 1, 5), std::nullopt)
+        << "an older copy of the store lacks other tasks, too";
+}
+
 TEST_F(QueuedCommands, CommandsThatWaitAreStoredTogetherAndInTheirOrder) {
     holdWorker();
     queue({buy(100, 9.51)});
