@@ -22,7 +22,7 @@ protected:
     CExchangeClient& exchange() const { return CExchangeClient::instance(); }
     /// A list of the host and the instrument on it.
     struct CList {
-        bool (CExchangeClient::*isKnown)(const QString&);
+        bool (CInstrumentDirectory::*isKnown)(const QString&);
         QString key;
         EHostTrait trait;
     };
