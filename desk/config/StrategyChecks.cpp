@@ -32,12 +32,12 @@ struct CFinding {
     bool isGood() const { return m_strMessage.empty(); }
 };
 
-void tell(const CTomlSection& section, const CFinding& finding) {
+void report(const CTomlSection& section, const CFinding& finding) {
     const std::string key = finding.m_pszKey;
     // A login value of a wrong type was already reported by its reader.
     const bool isLogin = key == "user" || key == "pass";
     if (finding.isGood() || (isLogin && section.has(key) && !section.isText(key))) return;
-    if (isLogin && !section.has(key)) return section.tellMissing(key, kLoginNote);
+    if (isLogin && !section.has(key)) return section.reportMissing(key, kLoginNote);
     section.mistakeAt(key, finding.m_strMessage, finding.m_eAbout);
 }
 
@@ -164,11 +164,11 @@ void checkSource(const CTomlSection& section, const CDeskConfig& config, const s
         if (strategy.isRunning() && section.isText("path"))
             section.mistakeAt("path", "path is empty; expected where the orders come from");
         if (strategy.isRunning() && !section.has("path"))
-            section.tellMissing("path", ": where the orders come from");
+            section.reportMissing("path", ": where the orders come from");
         return;
     }
     for (const CFinding& finding : findingsOfSource(config, folder, strategy, config.strategies, path))
-        tell(section, finding);
+        report(section, finding);
 }
 
 /// Whether the number is not set yet, which is allowed while the strategy is stopped.
@@ -204,7 +204,7 @@ void checkStrategy(const CTomlSection& section, const CDeskConfig& config,
     const std::string account = strategy.m_strSelectedAccount.toStdString();
     const bool isAccount = strategy.m_eSelectedAccountType == TC::ESelectedAccountType::Account;
     if (!account.empty()) (isAccount ? checkAccount : checkGroup)(section, config, strategy, account);
-    tell(section, findingOfCode(config, strategy));
+    report(section, findingOfCode(config, strategy));
     checkSource(section, config, folder, strategy, path);
     checkVolume(section, strategy);
     checkOrderType(section, strategy);

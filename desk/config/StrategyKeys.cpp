@@ -361,7 +361,7 @@ COrderStrategyParam readStrategyKeys(const std::filesystem::path& folder, const 
         section.mistakeAt(section.lineOfKey("group") > section.lineOfKey("account") ? "group" : "account",
                           "expected either \"group\" or \"account\"");
     else if (isEmpty && running)
-        section.tellMissing(group ? "group" : "account", "; expected either \"group\" or \"account\"");
+        section.reportMissing(group ? "group" : "account", "; expected either \"group\" or \"account\"");
     return strategy;
 }
 

@@ -79,7 +79,7 @@ int CTomlSection::lastLine() const {
     return last;
 }
 
-void CTomlSection::tellMissing(const std::string& key, const std::string& note) const {
+void CTomlSection::reportMissing(const std::string& key, const std::string& note) const {
     const std::string begin =
         lastLine() > line() ? " in the table that begins on line " + std::to_string(line()) : "";
     m_diagnostics.add(m_strFile, lastLine(), m_strName + ": key \"" + key + "\" is missing" + begin + note);
@@ -202,7 +202,7 @@ void CTomlSection::read(const std::map<std::string, CTomlSetter>& setters,
         mistake(node, "unknown key \"" + name + "\"; expected one of " + known);
     }
     for (const std::string& key : required) {
-        if (!m_table.contains(key) && misspelt.count(key) == 0) tellMissing(key);
+        if (!m_table.contains(key) && misspelt.count(key) == 0) reportMissing(key);
     }
 }
 

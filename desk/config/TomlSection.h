@@ -48,7 +48,7 @@ public:
     void warnAt(const std::string& key, const std::string& message) const;
     /// Reports that a required key is missing. The line is the last line of the table's own keys, because the
     /// key can be added there.
-    void tellMissing(const std::string& key, const std::string& note = {}) const;
+    void reportMissing(const std::string& key, const std::string& note = {}) const;
     /// Reports that the value of a key is not `what`. The message has the key, the value and what was
     /// expected.
     void expected(const toml::node& node, const std::string& what) const;

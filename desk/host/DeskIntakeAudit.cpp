@@ -10,7 +10,7 @@ namespace desk {
 namespace {
 
 /// The end of a message: what happened to the file.
-std::string whereabouts(const TC::CIntakeReport& report, const char* ifDeleted) {
+std::string keptAsText(const TC::CIntakeReport& report, const char* ifDeleted) {
     if (report.m_strKeptAs.isEmpty()) return ifDeleted;
     return "; the file is kept as " + report.m_strKeptAs.toStdString();
 }
@@ -80,7 +80,7 @@ std::string resultText(const TC::CIntakeReport& report) {
     text += ignoredText(report) + unreadText(report.m_nUnreadTradeParams);
     if (report.m_bCutShort)
         text += "; it was cut short at " + report.m_strCause.toStdString() +
-                whereabouts(report, "; the lines after that are lost");
+                keptAsText(report, "; the lines after that are lost");
     return text;
 }
 
@@ -89,8 +89,8 @@ std::string resultText(const TC::CIntakeReport& report) {
 std::string fileText(const TC::CIntakeReport& report) {
     const std::string cause = report.m_strCause.toStdString();
     if (report.m_bRejected)
-        return " was refused whole: " + cause + whereabouts(report, "; the file was deleted");
-    if (report.m_bLeftOver) return " was moved away unread: " + cause + whereabouts(report, "");
+        return " was refused whole: " + cause + keptAsText(report, "; the file was deleted");
+    if (report.m_bLeftOver) return " was moved away unread: " + cause + keptAsText(report, "");
     if (report.m_bLeftWaiting) return " waits unread: " + cause;
     return resultText(report);
 }

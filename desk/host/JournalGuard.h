@@ -33,7 +33,7 @@ public:
     /// Checks at once whether the journal's file was deleted, moved or cut, and tells the user.
     void checkFile();
 
-    bool isHolding() const { return m_pause != nullptr; }
+    bool isPausing() const { return m_pause != nullptr; }
 
 private:
     CJournal& m_journal;

@@ -113,9 +113,9 @@ void CStrategyKeeper::save() {
     const utils::KNError saved = m_store.save(m_saved);
     m_bUnsaved = !saved.isSuccess();
     const std::string failure = saved.isSuccess() ? std::string() : saved.errorMsg();
-    if (!failure.empty() && failure != m_strToldFailure)
+    if (!failure.empty() && failure != m_strReportedFailure)
         m_sink.writeLine("the strategies cannot be saved: " + failure);
-    m_strToldFailure = failure;
+    m_strReportedFailure = failure;
 }
 
 } // namespace desk

@@ -54,7 +54,7 @@ private:
     std::uint64_t m_nSeen = 0;            ///< the registry's revision before the last comparison
     TC::COrderStrategyMap m_pending;      ///< changed, but not in m_saved yet: new and refused ones
     std::map<int, std::string> m_refused; ///< reasons that were reported to the user
-    std::string m_strToldFailure;
+    std::string m_strReportedFailure;
     bool m_bUnsaved = false;
 };
 

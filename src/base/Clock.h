@@ -34,6 +34,7 @@ public:
 /// it alive while it is installed. Call this only while no other thread uses the library.
 ORDERSERVICE_EXPORT void installClock(IClock* clock);
 
+/// The operations of IClock, of the installed clock. Any thread.
 ORDERSERVICE_EXPORT double getTime();
 ORDERSERVICE_EXPORT void sleep(double seconds);
 ORDERSERVICE_EXPORT void sleepUnlessStopped(double seconds, const CStopRequest& stop);

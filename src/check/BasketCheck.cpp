@@ -407,7 +407,7 @@ bool sellAll(CBasket& basket) {
 }
 
 /// Called once for an order that passed. The host's locks are no longer held then.
-void tellLeftOut(const CBasket& basket) {
+void reportLeftOut(const CBasket& basket) {
     if (basket.leftOut.rows == 0) return;
     CIncidentReport report;
     report.m_eIncident = EIncident::RowsLeftOut;
@@ -415,7 +415,7 @@ void tellLeftOut(const CBasket& basket) {
     report.m_nRows = basket.leftOut.rows;
     report.m_strCode = basket.leftOut.code;
     report.m_strCause = basket.leftOut.cause;
-    tellAudit(report);
+    reportToAudit(report);
 }
 
 /// A sale must not use the second to fifth sell price, and a purchase must not use the second to fifth buy
@@ -447,7 +447,7 @@ bool checkBasketRows(const COrderParam& order, QVector<COrderSingleParam>& rows,
     collectRows(basket);
     const bool isPlaced = order.m_bAll ? sellAll(basket) : placeRows(basket);
     if (!isPlaced || !checkFirstPrice(basket.run)) return false;
-    tellLeftOut(basket);
+    reportLeftOut(basket);
     return true;
 }
 

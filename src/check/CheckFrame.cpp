@@ -131,7 +131,7 @@ void takeSetting(CCheckRun& run) {
     if (run.line() != nullptr && run.family.m_pfnLineIntoSetting != nullptr)
         run.family.m_pfnLineIntoSetting(*run.line(), run.setting);
     if (!order.m_strOrderSetting.empty()) takeSettingText(run);
-    takeFiniteLimits(run.setting);
+    clearInfiniteLimits(run.setting);
 }
 
 bool resolveCode(CCheckRun& run) {

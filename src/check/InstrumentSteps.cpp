@@ -45,7 +45,7 @@ void takeStock(const CInstrumentDetail& detail, CStockInfo& stock) {
 
 } // namespace
 
-void takeFiniteLimits(COrderSetting& setting) {
+void clearInfiniteLimits(COrderSetting& setting) {
     takeFiniteLimit(setting.m_dFirstLimit, setting.m_bFirstLimitOn);
     takeFiniteLimit(setting.m_dSecondLimit, setting.m_bSecondLimitOn);
 }

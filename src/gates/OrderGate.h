@@ -19,11 +19,14 @@ class ORDERSERVICE_EXPORT IOrderGate {
 public:
     /// Places one order as a separate batch.
     virtual void placeorder(COrderParam order) = 0;
+    /// Places the orders as one batch. An empty batch does nothing. After the service has shut down, the
+    /// orders are refused with a message.
     virtual void placeOrders(QVector<COrderParam> orders) = 0;
+    /// Cancels a task of the trading layer. There is no result; a failure is reported as a message.
     virtual void cancelOrder(int taskId) = 0;
     /// Releases `ticket` when all orders and cancels that this thread passed in earlier are done. The ticket
     /// may be destroyed on any thread, so its destructor must not block. The default releases it at once.
-    virtual void holdUntilWorkedOff(std::shared_ptr<const void> ticket) { ticket.reset(); }
+    virtual void holdUntilProcessed(std::shared_ptr<const void> ticket) { ticket.reset(); }
     /// Passes the fields of a cancel by order to the host, on the calling thread. The host may change the
     /// fields.
     virtual void cancelOrders(std::vector<std::string>& fields) = 0;

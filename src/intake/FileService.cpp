@@ -147,7 +147,7 @@ void CFileService::placeBatch(ILineSource& source, int channel, const COrderStra
     CIntakeReport report = makeIntakeReport(channel, strategy);
     QVector<COrderParam> orders = readOrders(source, channel, strategy, report);
     source.finish(report);
-    tellAudit(report);
+    reportToAudit(report);
     m_gate.placeOrders(std::move(orders));
 }
 

@@ -48,7 +48,7 @@ void CHostLinePort::terminateTask(int taskId) {
     report.m_eIncident = EIncident::CancelNotDone;
     report.m_nTaskId = taskId;
     report.m_strCause = QStringLiteral("there is no such task");
-    tellAudit(report);
+    reportToAudit(report);
 }
 
 void CHostLinePort::cancelOrders(std::vector<std::string>& fields) {

@@ -14,7 +14,7 @@ inline constexpr const char* kTmpSuffix = ".tmp";
 /// Why a file is kept instead of being deleted.
 enum class EKeptFile {
     Refused,  ///< no line of it was carried out
-    CutShort, ///< its writer went on writing: only the bytes checked by the guard were carried out
+    CutShort, ///< it was still being written: only the bytes checked by the guard were carried out
     LeftOver, ///< an earlier run left it under its .tmp name: its orders may have been placed
 };
 

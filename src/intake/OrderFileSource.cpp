@@ -80,7 +80,7 @@ public:
     /// With the guard, bytes that were written after its check are not carried out.
     void finish(CIntakeReport& report) override {
         if (!m_bGuarded || m_file->size() <= m_nBytes) return;
-        cutShort(report, QStringLiteral("its writer went on writing while it was read"));
+        cutShort(report, QStringLiteral("it was still being written while it was read"));
         m_kept.keep(*m_file, EKeptFile::CutShort, report);
     }
 
@@ -121,7 +121,7 @@ std::unique_ptr<ILineSource> COrderFileSourceKind::take(int channel, const COrde
 
     CIntakeReport report = makeIntakeReport(channel, strategy);
     file->refuse(*refusal, report);
-    tellAudit(report);
+    reportToAudit(report);
     return nullptr;
 }
 
@@ -157,7 +157,7 @@ bool COrderFileSourceKind::clearTmpPath(int channel, const COrderStrategyParam& 
     CIntakeReport report = makeIntakeReport(channel, strategy);
     const CPutAside kept = m_kept.moveLeftOver(source, report);
     if (kept.m_bMoved) {
-        tellAudit(report);
+        reportToAudit(report);
     } else {
         reportLeftWaiting(channel, strategy, "a file is left under its .tmp name, and " + kept.m_strTrouble);
     }
@@ -171,7 +171,7 @@ void COrderFileSourceKind::reportLeftWaiting(int channel, const COrderStrategyPa
     CIntakeReport report = makeIntakeReport(channel, strategy);
     report.m_bLeftWaiting = true;
     report.m_strCause = QString::fromLocal8Bit(cause.c_str());
-    tellAudit(report);
+    reportToAudit(report);
 }
 
 } // namespace TC

@@ -62,8 +62,8 @@ void logFailure(const QString& text) noexcept {
     }
 }
 
-/// Records in the audit the text that the panel did not show. It does not use tellAudit, because tellAudit
-/// reports its own failures to this file.
+/// Records in the audit the text that the panel did not show. It does not use reportToAudit, because
+/// reportToAudit reports its own failures to this file.
 void recordFailure(const QString& text) noexcept {
     try {
         CIncidentReport report;

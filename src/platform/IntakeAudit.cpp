@@ -7,7 +7,7 @@ namespace TC {
 namespace {
 
 template<auto Record, typename Report>
-void tellSafely(const Report& report) {
+void reportSafelyToAudit(const Report& report) {
     try {
         hostCall<Record>(report);
     } catch (...) {
@@ -17,24 +17,24 @@ void tellSafely(const Report& report) {
 
 } // namespace
 
-void tellAudit(const CIntakeReport& report) {
-    tellSafely<&CIntakeAudit::recordIntake>(report);
+void reportToAudit(const CIntakeReport& report) {
+    reportSafelyToAudit<&CIntakeAudit::recordIntake>(report);
 }
 
-void tellAudit(const CDoorReport& report) {
-    tellSafely<&CIntakeAudit::recordDoor>(report);
+void reportToAudit(const CDoorReport& report) {
+    reportSafelyToAudit<&CIntakeAudit::recordDoor>(report);
 }
 
-void tellAudit(const CDiscardReport& report) {
-    tellSafely<&CIntakeAudit::recordDiscard>(report);
+void reportToAudit(const CDiscardReport& report) {
+    reportSafelyToAudit<&CIntakeAudit::recordDiscard>(report);
 }
 
-void tellAudit(const CIncidentReport& report) {
-    tellSafely<&CIntakeAudit::recordIncident>(report);
+void reportToAudit(const CIncidentReport& report) {
+    reportSafelyToAudit<&CIntakeAudit::recordIncident>(report);
 }
 
-void tellAuditOfUnplaced(const QVector<COrderParam>& orders) {
-    tellSafely<&CIntakeAudit::recordUnplaced>(orders);
+void reportUnplaced(const QVector<COrderParam>& orders) {
+    reportSafelyToAudit<&CIntakeAudit::recordUnplaced>(orders);
 }
 
 QString rejectedFolder() {
@@ -46,13 +46,13 @@ QString rejectedFolder() {
     }
 }
 
-void tellOrdersDropped(int channel, int orders, const QString& cause) {
+void reportOrdersDropped(int channel, int orders, const QString& cause) {
     CIncidentReport report;
     report.m_eIncident = EIncident::OrdersDropped;
     report.m_nChannel = channel;
     report.m_nOrders = orders;
     report.m_strCause = cause;
-    tellAudit(report);
+    reportToAudit(report);
 }
 
 } // namespace TC

@@ -126,15 +126,15 @@ public:
 
 /// These functions pass a report to the installed audit. If the audit throws, the record is lost and the
 /// failure is reported. No order is lost.
-ORDERSERVICE_EXPORT void tellAudit(const CIntakeReport& report);
-ORDERSERVICE_EXPORT void tellAudit(const CDoorReport& report);
-ORDERSERVICE_EXPORT void tellAudit(const CDiscardReport& report);
-ORDERSERVICE_EXPORT void tellAuditOfUnplaced(const QVector<COrderParam>& orders);
-ORDERSERVICE_EXPORT void tellAudit(const CIncidentReport& report);
+ORDERSERVICE_EXPORT void reportToAudit(const CIntakeReport& report);
+ORDERSERVICE_EXPORT void reportToAudit(const CDoorReport& report);
+ORDERSERVICE_EXPORT void reportToAudit(const CDiscardReport& report);
+ORDERSERVICE_EXPORT void reportUnplaced(const QVector<COrderParam>& orders);
+ORDERSERVICE_EXPORT void reportToAudit(const CIncidentReport& report);
 
 /// Reports orders to the audit that are dropped without a message to the user. channel: channel of the first
 /// order.
-ORDERSERVICE_EXPORT void tellOrdersDropped(int channel, int orders, const QString& cause);
+ORDERSERVICE_EXPORT void reportOrdersDropped(int channel, int orders, const QString& cause);
 
 /// The folder that the installed audit names. Empty if the audit names no folder or throws.
 ORDERSERVICE_EXPORT QString rejectedFolder();

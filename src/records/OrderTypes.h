@@ -19,8 +19,6 @@ enum EOrderNumber : int {
     kOrderBasketList = 35,
     kOrderPosition = 36,
     kOrderCreditFurther = 39,
-    kOrderLockStock = 56,
-    kOrderUnlockStock = 57,
 };
 
 /// 25, 26 and 33: a first line with such a number is a basket header.

@@ -298,7 +298,7 @@ void COrderService::cancelOrder(int taskId) {
     runGuarded(QStringLiteral("sigCancelOrder的接收者异常"), [&] { emit sigCancelOrder(taskId); });
 }
 
-void COrderService::holdUntilWorkedOff(std::shared_ptr<const void> ticket) {
+void COrderService::holdUntilProcessed(std::shared_ptr<const void> ticket) {
     (void)m_threads->queue->post([ticket = std::move(ticket)]() mutable { ticket.reset(); });
 }
 
@@ -421,23 +421,23 @@ void COrderService::slotNewTradingDate(std::string date) {
 void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
     const utils::CLibraryCall call;
     if (orders.isEmpty()) return;
-    if (m_bDropping) return tellAuditOfUnplaced(orders);
-    runGuarded(QStringLiteral("批次中断"), [&] { workOff(orders); });
+    if (m_bDropping) return reportUnplaced(orders);
+    runGuarded(QStringLiteral("批次中断"), [&] { processBatch(orders); });
 }
 
-void COrderService::workOff(const QVector<COrderParam>& orders) {
+void COrderService::processBatch(const QVector<COrderParam>& orders) {
     IBatchVariant* variant = m_pBatchVariant;
     const bool isBound = m_registry->isBound();
     if (variant == nullptr && isBound && isSplitUser(getUserConfig())) return reportUnbuiltVariant();
     if (variant == nullptr || !isBound) {
         const char* cause = isBound ? "the user has no right to an order service" : "no user is loaded";
-        return tellOrdersDropped(orders.first().m_nChannel, orders.size(), QString::fromUtf8(cause));
+        return reportOrdersDropped(orders.first().m_nChannel, orders.size(), QString::fromUtf8(cause));
     }
     // The variant gets shared copies of the strategies: checks can wait for quotes, and the registry must not
     // be locked meanwhile.
     CBacklogOwner owner(m_bDropping);
-    const CBatchResult result = variant->workOff(orders, *m_registry, owner);
-    if (result.m_eEnd == EBatchEnd::CutByOwner) tellAuditOfUnplaced(orders.mid(result.m_nBegun));
+    const CBatchResult result = variant->processBatch(orders, *m_registry, owner);
+    if (result.m_eEnd == EBatchEnd::StoppedByOwner) reportUnplaced(orders.mid(result.m_nBegun));
 }
 
 void COrderService::slotCancelOrder(int taskId) {
@@ -453,7 +453,7 @@ void COrderService::slotDbfCancelOrder(knservice::COrderInfoPtr, bool success, s
     CIncidentReport report;
     report.m_eIncident = EIncident::CancelNotDone;
     report.m_strCause = QString::fromStdString(message);
-    tellAudit(report);
+    reportToAudit(report);
 }
 
 } // namespace TC

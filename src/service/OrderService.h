@@ -101,7 +101,7 @@ public:
     /// Passes checked orders to the variant on the caller's thread. Does nothing if there is no variant.
     void placeLegalOrders(QVector<orderParamForOrderService> orders);
     void cancelOrder(int taskId) override;
-    void holdUntilWorkedOff(std::shared_ptr<const void> ticket) override;
+    void holdUntilProcessed(std::shared_ptr<const void> ticket) override;
     /// Emits sigCancelOrders on the calling thread. Throws CHostError if a receiver throws; the order file is
     /// then not read further.
     void cancelOrders(std::vector<std::string>& fields) override;
@@ -204,7 +204,7 @@ private:
     void connectHost();
     void bindUser(bool showMsg);
     void unbind();
-    void workOff(const QVector<COrderParam>& orders);
+    void processBatch(const QVector<COrderParam>& orders);
     void announceStatus(bool isAnyRunning);
     void chooseVariant(const CUserConfig& user);
     void startFileThread();

@@ -63,12 +63,12 @@ bool lacksCode(const COrderStrategyParam& strategy) {
 
 /// Reports to the audit a strategy that should run after the load but does not. The user gets no message
 /// about it.
-void tellNotRunning(EIncident incident, int channel, const QString& cause) {
+void reportNotRunning(EIncident incident, int channel, const QString& cause) {
     CIncidentReport report;
     report.m_eIncident = incident;
     report.m_nChannel = channel;
     report.m_strCause = cause;
-    tellAudit(report);
+    reportToAudit(report);
 }
 
 QString notThere(int id) {
@@ -82,7 +82,7 @@ bool isRegularFile(const std::string& path) {
 
 /// Reports to the audit a file that will be deleted unread. An empty file is not reported, since nothing is
 /// lost with it.
-void tellDiscard(const COrderStrategyParam& strategy, const std::string& path) {
+void reportDiscard(const COrderStrategyParam& strategy, const std::string& path) {
     const auto count = utils::countFile(path);
     if (count && count->bytes == 0) return;
     CDiscardReport report;
@@ -91,7 +91,7 @@ void tellDiscard(const COrderStrategyParam& strategy, const std::string& path) {
     report.m_strSource = strategy.m_strSignalSource;
     report.m_nLines = count ? count->lines : -1;
     report.m_nBytes = count ? count->bytes : -1;
-    tellAudit(report);
+    reportToAudit(report);
 }
 
 /// Orders that are in the file when the strategy starts are old, so the file is deleted unread.
@@ -101,7 +101,7 @@ bool dropWaitingFile(const COrderStrategyParam& strategy, QString& error) {
         error = QStringLiteral("信号来源必须为文件");
         return false;
     }
-    tellDiscard(strategy, path);
+    reportDiscard(strategy, path);
     if (::unlink(path.c_str()) != 0 && isRegularFile(path)) {
         error = QStringLiteral("信号来源文件无法删除");
         return false;
@@ -187,7 +187,8 @@ void CStrategyRegistry::filter(const std::function<void(COrderStrategyMap*)>& fi
         change(channel, [&] {
             if (m_pStrategies != nullptr) m_pStrategies->remove(channel);
         });
-        tellNotRunning(EIncident::StrategyNotLoaded, channel, QStringLiteral("over the limit of strategies"));
+        reportNotRunning(EIncident::StrategyNotLoaded, channel,
+                         QStringLiteral("over the limit of strategies"));
     }
 }
 
@@ -380,7 +381,7 @@ void CStrategyRegistry::restartRemembered(bool showMsg) {
         if (start(channel, error, showMsg) == kSuccess) continue;
         // A signal strategy may already be listening. If it must not run, its listener must not stay open.
         leaveListener(channel);
-        tellNotRunning(EIncident::StrategyNotStarted, channel, error);
+        reportNotRunning(EIncident::StrategyNotStarted, channel, error);
     }
 }
 

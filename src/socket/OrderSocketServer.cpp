@@ -382,7 +382,7 @@ void COrderSocketServer::placeOrder(std::string_view argument, const ConnData& d
     report.m_strSource = m_strSource;
     report.m_nLines = 1;
     report.m_nOrders = 1;
-    tellAudit(report);
+    reportToAudit(report);
     COrderCredit::CTicket ticket = charge(data, order.m_orders.size());
     m_gate.placeorder(std::move(order));
     holdTicket(std::move(ticket));
@@ -397,7 +397,7 @@ COrderCredit::CTicket COrderSocketServer::charge(const ConnData& data, int lines
 /// The order is already queued. If this fails, its room is given back too early; the reply does not change.
 void COrderSocketServer::holdTicket(COrderCredit::CTicket ticket) noexcept {
     try {
-        if (ticket) m_gate.holdUntilWorkedOff(std::move(ticket));
+        if (ticket) m_gate.holdUntilProcessed(std::move(ticket));
     } catch (...) {
     }
 }
@@ -475,7 +475,7 @@ void COrderSocketServer::reportDoor(EDoorEvent event, const QString& peer, const
     report.m_strSource = m_strSource;
     report.m_strPeer = peer;
     report.m_strCause = QString::fromStdString(cause);
-    tellAudit(report);
+    reportToAudit(report);
 }
 
 } // namespace TC

@@ -27,7 +27,7 @@ void reportDoor(EDoorEvent event, const QString& source, const QString& cause = 
     report.m_eEvent = event;
     report.m_strSource = source;
     report.m_strCause = cause;
-    tellAudit(report);
+    reportToAudit(report);
 }
 
 void logFailure(const void* object, const char* function, const char* text) noexcept {

@@ -9,13 +9,13 @@ namespace TC {
 
 /// How the processing of a batch ended.
 enum class EBatchEnd {
-    WorkedOff,   ///< every order was processed
-    EndedByRule, ///< an order ended the batch; the variant has reported the orders after it as dropped
-    CutByOwner,  ///< the owner ended the batch; nobody has reported the remaining orders yet
+    Processed,      ///< every order was processed
+    EndedByRule,    ///< an order ended the batch; the variant has reported the orders after it as dropped
+    StoppedByOwner, ///< the owner ended the batch; nobody has reported the remaining orders yet
 };
 
 struct CBatchResult {
-    EBatchEnd m_eEnd = EBatchEnd::WorkedOff;
+    EBatchEnd m_eEnd = EBatchEnd::Processed;
     int m_nBegun = 0; ///< the orders before this index were begun, the others were not
 };
 
@@ -37,8 +37,8 @@ public:
     /// Processes the batch on the calling thread. For each order it calls mayBegin and then strategyOf, so an
     /// order never uses a strategy that was stopped before its turn. May be called again from inside the
     /// call. An exception of an order or of its strategy's source is reported and drops this order only.
-    virtual CBatchResult workOff(const QVector<COrderParam>& orders, IStrategySource& strategies,
-                                 IBatchOwner& owner) = 0;
+    virtual CBatchResult processBatch(const QVector<COrderParam>& orders, IStrategySource& strategies,
+                                      IBatchOwner& owner) = 0;
 
 protected:
     ~IBatchVariant() = default;

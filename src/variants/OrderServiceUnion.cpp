@@ -114,7 +114,7 @@ void issueFamily(const COrderServiceUnion* service, const CVariantFamily& family
 }
 
 /// The owner of a batch that is always processed to its end.
-class CPatientOwner final : public IBatchOwner {
+class CWholeBatchOwner final : public IBatchOwner {
 public:
     bool mayBegin() override { return true; }
 };
@@ -143,21 +143,21 @@ void COrderServiceUnion::filterStrategies(COrderStrategyMap* strategies) {
 void COrderServiceUnion::placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) {
     if (strategies == nullptr) return;
     CMapSource source(*strategies);
-    CPatientOwner owner;
-    workOff(orders, source, owner);
+    CWholeBatchOwner owner;
+    processBatch(orders, source, owner);
 }
 
-CBatchResult COrderServiceUnion::workOff(const QVector<COrderParam>& orders, IStrategySource& strategies,
-                                         IBatchOwner& owner) {
+CBatchResult COrderServiceUnion::processBatch(const QVector<COrderParam>& orders, IStrategySource& strategies,
+                                              IBatchOwner& owner) {
     for (int i = 0; i < orders.size(); ++i) {
         const CEnd end = placeGuarded(orders.at(i), strategies, owner);
         if (!end) continue;
-        if (*end == EBatchEnd::CutByOwner) return {*end, i};
+        if (*end == EBatchEnd::StoppedByOwner) return {*end, i};
         const int rest = orders.size() - i - 1;
-        if (rest > 0) tellOrdersDropped(orders.at(i + 1).m_nChannel, rest, QString::fromUtf8(kBatchEnded));
+        if (rest > 0) reportOrdersDropped(orders.at(i + 1).m_nChannel, rest, QString::fromUtf8(kBatchEnded));
         return {*end, i + 1};
     }
-    return {EBatchEnd::WorkedOff, orders.size()};
+    return {EBatchEnd::Processed, orders.size()};
 }
 
 /// If an order throws an exception, this order is dropped with a report, and the batch continues.
@@ -178,7 +178,7 @@ COrderServiceUnion::CEnd COrderServiceUnion::placeOrder(const COrderParam& order
                                "TC::COrderServiceUnion::placeOrders",
                                "param = " + order.toQString().toStdString());
     }
-    if (!owner.mayBegin()) return EBatchEnd::CutByOwner;
+    if (!owner.mayBegin()) return EBatchEnd::StoppedByOwner;
     const COrderStrategyPtr strategy = strategies.strategyOf(order.m_nChannel);
     // The check reports a missing strategy too.
     if (!checkOrderParamValid(order, strategy.get())) return EBatchEnd::EndedByRule;

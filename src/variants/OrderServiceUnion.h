@@ -20,8 +20,8 @@ public:
     /// family check is dropped, and the batch continues.
     void placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) override;
     /// Does the same as placeOrders with the strategies of a source. The owner can end the batch.
-    CBatchResult workOff(const QVector<COrderParam>& orders, IStrategySource& strategies,
-                         IBatchOwner& owner) override;
+    CBatchResult processBatch(const QVector<COrderParam>& orders, IStrategySource& strategies,
+                              IBatchOwner& owner) override;
 
 private:
     /// How an order ended its batch. Not set if the batch continues.

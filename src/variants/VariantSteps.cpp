@@ -41,11 +41,11 @@ void showUnknownFamily(const COrderParam& order) {
 
 bool mayIssue(int channel, int orders) {
     if (isCmdUser()) return true;
-    tellOrdersDropped(channel, orders, QStringLiteral("this kind of user may not issue commands"));
+    reportOrdersDropped(channel, orders, QStringLiteral("this kind of user may not issue commands"));
     return false;
 }
 
-bool isFlagCarrier(int orderType) {
+bool mayHaveCommandFlag(int orderType) {
     return orderType != kOrderBasketSell && !isTargetOrder(orderType) && orderType != kOrderPosition;
 }
 
@@ -59,7 +59,7 @@ CCommandRequest makeBasketRequest(const COrderParam& order, const COrderStrategy
     if (request.m_strAlgoParam.empty()) request.m_strAlgoParam = order.m_strBasketText;
     request.m_codes = std::move(codes);
     request.m_weights = std::move(weights);
-    request.m_bCommandFlag = strategy.m_bCommandFlag && isFlagCarrier(order.m_nOrderType);
+    request.m_bCommandFlag = strategy.m_bCommandFlag && mayHaveCommandFlag(order.m_nOrderType);
     return request;
 }
 

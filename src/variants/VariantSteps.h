@@ -39,7 +39,7 @@ bool mayIssue(int channel, int orders);
 
 /// Whether the command of a basket may have the strategy's command flag. Sales, target positions and single
 /// positions never have it.
-bool isFlagCarrier(int orderType);
+bool mayHaveCommandFlag(int orderType);
 /// The request for the command of a checked basket. It has everything except what differs by variant (union
 /// flag, tag and confirmation) and the parameters of the hedge leg. If its hedge type is Hedge, the caller
 /// sets these with hedgeLeg.

@@ -21,7 +21,7 @@ struct CStatement {
 /// A transcript in tests/acceptance/transcripts: the input of a door and the expected results.
 ///
 ///     # remarks
-///     strategy 3 price=latest volume=500     a file strategy; Road.cpp has all words
+///     strategy 3 price=latest volume=500     a file strategy; ServiceRun.cpp has all words
 ///     file 3                                 a file for channel 3; its lines follow, each after "> "
 ///     > 23,0,10.5,600000,100                 escapes: \t \r \\ \xHH; "file 3 gbk" converts the text to GBK
 ///     >> 24,0                                the same without a line feed at the end

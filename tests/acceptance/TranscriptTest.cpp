@@ -1,7 +1,7 @@
 // Sends the order files and conversations of each transcript through the real service: file or socket, queue,
 // check, command.
 #include "tests/acceptance/Transcript.h"
-#include "tests/acceptance/Road.h"
+#include "tests/acceptance/ServiceRun.h"
 
 #include <gtest/gtest.h>
 
@@ -33,13 +33,13 @@ std::string joined(const std::vector<std::string>& lines) {
     return text;
 }
 
-CPlayed play(CRoad& road, const std::string& name) {
+CPlayed play(CServiceRun& run, const std::string& name) {
     CPlayed played;
     for (const CTranscript::CStep& step :
          readTranscript(std::string(TRANSCRIPTS) + "/" + name + ".txt").steps) {
         for (const CStatement& statement : step.statements)
-            road.apply(statement);
-        played.came.push_back(joined(road.takeLog()));
+            run.apply(statement);
+        played.came.push_back(joined(run.takeLog()));
         played.expected.push_back(joined(step.expected));
     }
     return played;
@@ -48,8 +48,8 @@ CPlayed play(CRoad& road, const std::string& name) {
 class Transcript : public testing::TestWithParam<std::string> {};
 
 TEST_P(Transcript, ComesOutAsWritten) {
-    CRoad road;
-    const CPlayed played = play(road, GetParam());
+    CServiceRun run;
+    const CPlayed played = play(run, GetParam());
     ASSERT_FALSE(played.came.empty());
     for (std::size_t i = 0; i < played.came.size(); ++i)
         EXPECT_EQ(played.came[i], played.expected[i]);
@@ -66,9 +66,9 @@ const std::map<std::string, const char*>& refusedByTheGuard() {
 
 /// The guard must not change the result of a valid order.
 TEST_P(Transcript, IsTheSameWithTheCommandGuard) {
-    CRoad road;
-    road.apply({"switch", "mdl_order_command_guard", {}, {}});
-    const CPlayed played = play(road, GetParam());
+    CServiceRun run;
+    run.apply({"switch", "mdl_order_command_guard", {}, {}});
+    const CPlayed played = play(run, GetParam());
     const auto refused = refusedByTheGuard().find(GetParam());
     const bool isListed = refused != refusedByTheGuard().end();
     int refusals = 0;

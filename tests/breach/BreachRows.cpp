@@ -36,118 +36,118 @@ enum EChannel {
 
 constexpr auto kAlgorithm = static_cast<TC::EOrderType>(7);
 
-void stock(CBreachRoad& road) {
-    road.place(CBreachRoad::order(kStock));
+void stock(CBreachRun& run) {
+    run.place(CBreachRun::order(kStock));
 }
-void latest(CBreachRoad& road) {
-    road.place(CBreachRoad::order(kLatest));
+void latest(CBreachRun& run) {
+    run.place(CBreachRun::order(kLatest));
 }
-void amount(CBreachRoad& road) {
-    road.place(CBreachRoad::order(kAmount, 23, 10.5, TC::kUnsetInt));
+void amount(CBreachRun& run) {
+    run.place(CBreachRun::order(kAmount, 23, 10.5, TC::kUnsetInt));
 }
 template<int kChannel, int kNumber>
-void family(CBreachRoad& road) {
-    road.place(CBreachRoad::order(kChannel, kNumber));
+void family(CBreachRun& run) {
+    run.place(CBreachRun::order(kChannel, kNumber));
 }
-void badPrice(CBreachRoad& road) {
-    road.place(CBreachRoad::order(kStock, 23, 0.0));
+void badPrice(CBreachRun& run) {
+    run.place(CBreachRun::order(kStock, 23, 0.0));
 }
-void textOrder(CBreachRoad& road) {
-    auto order = CBreachRoad::order(kStock);
+void textOrder(CBreachRun& run) {
+    auto order = CBreachRun::order(kStock);
     order.m_strOrderSetting = "setting";
-    road.place(order);
+    run.place(order);
 }
-void algorithmOrder(CBreachRoad& road) {
-    auto order = CBreachRoad::order(kStock);
+void algorithmOrder(CBreachRun& run) {
+    auto order = CBreachRun::order(kStock);
     order.m_strOrderSetting = "setting";
     order.m_eOrderType = kAlgorithm;
-    road.place(order);
+    run.place(order);
 }
-void namedAccount(CBreachRoad& road) {
-    auto order = CBreachRoad::order(kStock);
+void namedAccount(CBreachRun& run) {
+    auto order = CBreachRun::order(kStock);
     order.m_strAccountKeyPart1 = order.m_strAccountKeyPart2 = QStringLiteral("A");
-    road.place(order);
+    run.place(order);
 }
-void repay(CBreachRoad& road) {
-    auto order = CBreachRoad::order(kCredit, 32);
+void repay(CBreachRun& run) {
+    auto order = CBreachRun::order(kCredit, 32);
     order.m_orders[0].m_dAmount = 1000;
-    road.place(order);
+    run.place(order);
 }
-void batchThatEnds(CBreachRoad& road) {
-    road.service().placeOrders({CBreachRoad::order(kUnknown), CBreachRoad::order(kStock)});
+void batchThatEnds(CBreachRun& run) {
+    run.service().placeOrders({CBreachRun::order(kUnknown), CBreachRun::order(kStock)});
 }
-void load(CBreachRoad& road) {
-    road.load();
+void load(CBreachRun& run) {
+    run.load();
 }
-void startStopped(CBreachRoad& road) {
-    road.start(kStopped);
+void startStopped(CBreachRun& run) {
+    run.start(kStopped);
 }
-void startSocket(CBreachRoad& road) {
-    road.start(kSocket);
+void startSocket(CBreachRun& run) {
+    run.start(kSocket);
 }
-void add(CBreachRoad& road) {
-    EXPECT_EQ(road.service().getStrategyMap().size(), road.host.user.strategies.size());
-    const int before = road.host.user.strategies.size();
-    const int id = road.service().addOrderStrategy(TC::EOrderStrategyType::File);
-    EXPECT_EQ(road.host.user.strategies.size(), id == -1 ? before : before + 1);
+void add(CBreachRun& run) {
+    EXPECT_EQ(run.service().getStrategyMap().size(), run.host.user.strategies.size());
+    const int before = run.host.user.strategies.size();
+    const int id = run.service().addOrderStrategy(TC::EOrderStrategyType::File);
+    EXPECT_EQ(run.host.user.strategies.size(), id == -1 ? before : before + 1);
 }
-void dropOrder(CBreachRoad& road) {
-    road.drop("orderParam=x\n");
+void dropOrder(CBreachRun& run) {
+    run.drop("orderParam=x\n");
 }
-void dropCancel(CBreachRoad& road) {
-    road.drop("cancel 7\n23,0,10.5,600000,100\n");
+void dropCancel(CBreachRun& run) {
+    run.drop("cancel 7\n23,0,10.5,600000,100\n");
 }
-void cancel(CBreachRoad& road) {
-    road.cancel();
+void cancel(CBreachRun& run) {
+    run.cancel();
 }
-void newDay(CBreachRoad& road) {
-    emit road.host.exchange.sigNewTradingDate("20260106");
+void newDay(CBreachRun& run) {
+    emit run.host.exchange.sigNewTradingDate("20260106");
 }
-void portfolio(CBreachRoad& road) {
-    road.ask("placeorder 36,4,1_x");
+void portfolio(CBreachRun& run) {
+    run.ask("placeorder 36,4,1_x");
 }
-void namedBasket(CBreachRoad& road) {
-    road.ask("placeorder 25,4,core");
+void namedBasket(CBreachRun& run) {
+    run.ask("placeorder 25,4,core");
 }
-void save(CBreachRoad& road) {
-    road.saveSettings();
+void save(CBreachRun& run) {
+    run.saveSettings();
 }
-void exchange(CBreachRoad& road) {
-    road.exchange();
+void exchange(CBreachRun& run) {
+    run.exchange();
 }
-void startOverOldOrders(CBreachRoad& road) {
-    road.folder.write("5.txt", "23,0,10.5,600000,100\n");
-    road.start(kStopped);
+void startOverOldOrders(CBreachRun& run) {
+    run.folder.write("5.txt", "23,0,10.5,600000,100\n");
+    run.start(kStopped);
 }
-void dropRefused(CBreachRoad& road) {
-    road.drop("23,0,10.5,600000,100"); // an incomplete file: its line end is missing
+void dropRefused(CBreachRun& run) {
+    run.drop("23,0,10.5,600000,100"); // an incomplete file: its line end is missing
 }
-void dropBacklog(CBreachRoad& road) {
-    road.service().dropBacklog();
-    road.place(CBreachRoad::order(kStock));
+void dropBacklog(CBreachRun& run) {
+    run.service().dropBacklog();
+    run.place(CBreachRun::order(kStock));
 }
-void nothing(CBreachRoad&) {}
+void nothing(CBreachRun&) {}
 
-void prepareFileGuard(CBreachRoad& road) {
-    road.host.switches.on.insert("mdl_order_file_guard");
+void prepareFileGuard(CBreachRun& run) {
+    run.host.switches.on.insert("mdl_order_file_guard");
 }
 
-void prepareSplitLimits(CBreachRoad& road) {
-    road.host.switches.on.insert("mdl_order_split_orderNum");
+void prepareSplitLimits(CBreachRun& run) {
+    run.host.switches.on.insert("mdl_order_split_orderNum");
 }
-void prepareHedge(CBreachRoad& road) {
-    road.host.switches.on.insert("mdl_order_compose_hedge");
-    road.host.user.strategies[kBasket].m_bHedgeBasket = true;
+void prepareHedge(CBreachRun& run) {
+    run.host.switches.on.insert("mdl_order_compose_hedge");
+    run.host.user.strategies[kBasket].m_bHedgeBasket = true;
 }
-void prepareStarMarket(CBreachRoad& road) {
-    road.host.types.types.insert({knservice::kTypeStarMarket, "SH600000"});
+void prepareStarMarket(CBreachRun& run) {
+    run.host.types.types.insert({knservice::kTypeStarMarket, "SH600000"});
 }
-void prepareAlgorithm(CBreachRoad& road) {
-    road.host.rules.algoPlatforms[kAlgorithm] = static_cast<TC::ETradePlatform>(2);
+void prepareAlgorithm(CBreachRun& run) {
+    run.host.rules.algoPlatforms[kAlgorithm] = static_cast<TC::ETradePlatform>(2);
 }
-void prepareFuture(CBreachRoad& road) {
-    road.host.exchange.addOther("future", QStringLiteral("600000"));
-    road.host.quotes.quotes[QStringLiteral("600000")] = road.host.quotes.quotes[QStringLiteral("SH600000")];
+void prepareFuture(CBreachRun& run) {
+    run.host.exchange.addOther("future", QStringLiteral("600000"));
+    run.host.quotes.quotes[QStringLiteral("600000")] = run.host.quotes.quotes[QStringLiteral("SH600000")];
 }
 } // namespace
 
@@ -206,7 +206,7 @@ const std::vector<CBreachRow> kBreachRows = {
     {"CTradingRules::orderSettingToParam", stock},
     {"CTradingRules::fixTimeRange", stock},
     {"CTradingRules::isBuy", family<kBasket, 25>, prepareHedge},
-    {"CTradingRules::isClose", [](CBreachRoad& road) { road.place(CBreachRoad::order(kFuture, 0, 10.5, 0)); },
+    {"CTradingRules::isClose", [](CBreachRun& run) { run.place(CBreachRun::order(kFuture, 0, 10.5, 0)); },
      prepareFuture},
     {"CTradingRules::isDirectRepay", repay},
     {"CTradingRules::operationTypeToEntrustType", family<kCredit, 23>},
@@ -243,7 +243,7 @@ const std::vector<CBreachRow> kBreachRows = {
     {"CAccountData::unlock", exchange},
 };
 
-CBreachRoad::CBreachRoad() {
+CBreachRun::CBreachRun() {
     using EFamily = EOrderStrategyTradeType;
     const std::pair<int, EFamily> strategies[] = {{kStock, EFamily::Stock},
                                                   {kFuture, EFamily::Future},
@@ -276,12 +276,12 @@ CBreachRoad::CBreachRoad() {
     TC::COrderService::initInstance(new TC::COrderService);
 }
 
-CBreachRoad::~CBreachRoad() {
+CBreachRun::~CBreachRun() {
     host.breaches.disarm();
     TC::COrderService::release();
 }
 
-void CBreachRoad::addStrategy(int channel, TC::EOrderStrategyTradeType family, bool isRunning) {
+void CBreachRun::addStrategy(int channel, TC::EOrderStrategyTradeType family, bool isRunning) {
     const std::string file = std::to_string(channel) + ".txt";
     folder.write(file, "");
     CStrategyBuilder builder;
@@ -291,7 +291,7 @@ void CBreachRoad::addStrategy(int channel, TC::EOrderStrategyTradeType family, b
 }
 
 /// Before the load it writes a file for each strategy, because a start looks for the file and deletes it.
-void CBreachRoad::load() {
+void CBreachRun::load() {
     bool isLoaded = false;
     const auto writeAndLoad = [&](int = 0, const TC::COrderStrategyParam& = {}) {
         if (std::exchange(isLoaded, true)) return;
@@ -306,27 +306,27 @@ void CBreachRoad::load() {
     writeAndLoad(); // for the case without strategies: then no pass takes the files
 }
 
-TC::COrderParam CBreachRoad::order(int channel, int number, double price, int volume) {
+TC::COrderParam CBreachRun::order(int channel, int number, double price, int volume) {
     return COrderBuilder(number).channel(channel).line(QStringLiteral("600000"), price, volume);
 }
 
-void CBreachRoad::start(int channel) {
+void CBreachRun::start(int channel) {
     startError.clear();
     startResult = service().startOrderStrategy(channel, startError, true);
 }
 
-void CBreachRoad::drop(const std::string& bytes) {
+void CBreachRun::drop(const std::string& bytes) {
     folder.handOver(std::to_string(kStock) + ".txt", bytes);
 }
 
-void CBreachRoad::ask(const std::string& line) {
+void CBreachRun::ask(const std::string& line) {
     start(kSocket);
     CTestSocket client(m_nPort);
     (void)client.readLine();
     reply = client.ask(line);
 }
 
-void CBreachRoad::saveSettings() {
+void CBreachRun::saveSettings() {
     QDomDocument document;
     QDomElement element = document.createElement(QStringLiteral("interfaceTrade"));
     try {
@@ -337,7 +337,7 @@ void CBreachRoad::saveSettings() {
     EXPECT_FALSE(element.hasChildNodes());
 }
 
-void CBreachRoad::exchange() {
+void CBreachRun::exchange() {
     TC::COrderSingleParam target;
     target.m_strCode = QStringLiteral("600000");
     target.m_nVolume = 300;
@@ -347,26 +347,26 @@ void CBreachRoad::exchange() {
     EXPECT_EQ(rows.at(0).m_nVolume, 300);
 }
 
-void CBreachRoad::renewService() {
+void CBreachRun::renewService() {
     TC::COrderService::release();
     TC::COrderService::initInstance(new TC::COrderService);
     load();
 }
 
-void CBreachRoad::waitForService() {
+void CBreachRun::waitForService() {
     constexpr std::chrono::seconds kDeadline{60};
     const auto workedOff = std::make_shared<std::promise<void>>();
     auto done = workedOff->get_future();
-    service().holdUntilWorkedOff(
+    service().holdUntilProcessed(
         std::shared_ptr<const void>(workedOff.get(), [workedOff](const void*) { workedOff->set_value(); }));
     EXPECT_EQ(done.wait_for(kDeadline), std::future_status::ready);
 }
 
-std::size_t CBreachRoad::commandCount() const {
+std::size_t CBreachRun::commandCount() const {
     return host.records.snapshot([this] { return host.orders.commands.size(); });
 }
 
-bool CBreachRoad::waitForCommands(std::size_t count) {
+bool CBreachRun::waitForCommands(std::size_t count) {
     return host.records.waitUntil([&] { return host.orders.commands.size() >= count; });
 }
 

@@ -13,10 +13,10 @@
 namespace breach {
 
 /// The real service with a strategy for each family, on a host that breaks its contract.
-class CBreachRoad {
+class CBreachRun {
 public:
-    CBreachRoad();
-    ~CBreachRoad();
+    CBreachRun();
+    ~CBreachRun();
 
     static TC::COrderService& service() { return *TC::COrderService::instance(); }
 
@@ -56,9 +56,9 @@ private:
 /// An operation of the host, and how to make the library call it.
 struct CBreachRow {
     const char* m_pszOperation;
-    void (*m_pfnReach)(CBreachRoad& road);
+    void (*m_pfnReach)(CBreachRun& run);
     /// Sets the host up before the first load; may be null.
-    void (*m_pfnPrepare)(CBreachRoad& road) = nullptr;
+    void (*m_pfnPrepare)(CBreachRun& run) = nullptr;
     bool m_bLoads = false; ///< the first load already calls the operation
     bool m_bDrops = false; ///< afterwards the service drops all orders
 };

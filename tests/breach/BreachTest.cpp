@@ -21,41 +21,41 @@ constexpr std::chrono::seconds kDeadline{60};
 class Breach : public testing::TestWithParam<CBreachRow> {
 protected:
     void SetUp() override {
-        if (row().m_pfnPrepare != nullptr) row().m_pfnPrepare(road);
-        if (!row().m_bLoads) road.load();
+        if (row().m_pfnPrepare != nullptr) row().m_pfnPrepare(run);
+        if (!row().m_bLoads) run.load();
     }
     const CBreachRow& row() const { return GetParam(); }
 
     /// Arms the operation and makes the library call it. The operation stays armed until it is disarmed.
     void reachWith(const std::function<void()>& act) {
-        road.host.breaches.arm(row().m_pszOperation, act);
-        row().m_pfnReach(road);
+        run.host.breaches.arm(row().m_pszOperation, act);
+        row().m_pfnReach(run);
     }
 
     /// Expects that the next valid order goes out. First repeats a failed load and replaces a service that
     /// drops its orders.
     void expectGoodOrder() {
-        road.host.breaches.disarm();
-        road.waitForService();
-        if (row().m_bLoads) road.load();
-        if (row().m_bDrops) road.renewService();
-        const std::size_t before = road.commandCount();
-        road.place(CBreachRoad::order(3));
-        EXPECT_TRUE(road.waitForCommands(before + 1));
+        run.host.breaches.disarm();
+        run.waitForService();
+        if (row().m_bLoads) run.load();
+        if (row().m_bDrops) run.renewService();
+        const std::size_t before = run.commandCount();
+        run.place(CBreachRun::order(3));
+        EXPECT_TRUE(run.waitForCommands(before + 1));
     }
 
     /// The operation fails: a report names it, no command goes out, and the service continues to work.
     void expectReported(const std::function<void()>& act) {
         reachWith(act);
-        EXPECT_TRUE(road.host.waitForReport(row().m_pszOperation));
+        EXPECT_TRUE(run.host.waitForReport(row().m_pszOperation));
         // Another thread may have reported the failure first. The order must meet the failure too.
-        road.waitForService();
-        road.host.breaches.disarm();
-        EXPECT_EQ(road.commandCount(), 0u);
+        run.waitForService();
+        run.host.breaches.disarm();
+        EXPECT_EQ(run.commandCount(), 0u);
         expectGoodOrder();
     }
 
-    CBreachRoad road;
+    CBreachRun run;
 };
 
 TEST_P(Breach, ThrowsAnExceptionOfTheStandardLibrary) {
@@ -74,7 +74,7 @@ TEST_P(Breach, CallsBack) {
     const auto called = std::make_shared<std::promise<void>>();
     reachWith([this, hasCalled, called] {
         if (hasCalled->exchange(true)) return;
-        auto& service = road.service();
+        auto& service = run.service();
         service.shutdown();
         TC::COrderService::release();
         TC::releaseHost();
@@ -85,14 +85,14 @@ TEST_P(Breach, CallsBack) {
         EXPECT_EQ(service.removeOrderStrategy(id), id != -1 ? 0 : -1);
         (void)service.getStrategyMap();
         (void)service.getStatusBarTip();
-        service.placeorder(CBreachRoad::order(999));
+        service.placeorder(CBreachRun::order(999));
         service.cancelOrder(999);
         called->set_value();
     });
     EXPECT_EQ(called->get_future().wait_for(kDeadline), std::future_status::ready);
     ASSERT_NE(TC::COrderService::instance(), nullptr);
     ASSERT_TRUE(TC::isHostInstalled());
-    EXPECT_TRUE(road.host.waitForReport("不能在下单服务的线程或回调中关闭下单服务"));
+    EXPECT_TRUE(run.host.waitForReport("不能在下单服务的线程或回调中关闭下单服务"));
     expectGoodOrder();
 }
 
@@ -110,9 +110,9 @@ TEST_P(Breach, WaitsForAnotherThread) {
         });
     });
     EXPECT_EQ(entered->get_future().wait_for(kDeadline), std::future_status::ready);
-    road.service().placeorder(CBreachRoad::order(999));
-    (void)road.service().hasRunning();
-    (void)road.service().strategyOf(3);
+    run.service().placeorder(CBreachRun::order(999));
+    (void)run.service().hasRunning();
+    (void)run.service().strategyOf(3);
     goOn.set_value();
     reaching.get();
     expectGoodOrder();

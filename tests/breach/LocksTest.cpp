@@ -15,29 +15,29 @@ protected:
 
     void SetUp() override {
         const auto position = boost::make_shared<knservice::CPositionStatics>();
-        position->m_account = road.host.user.accounts.at("A1");
+        position->m_account = run.host.user.accounts.at("A1");
         position->m_strMarket = "SH";
         position->m_strCode = "600000";
         position->m_nPositionVolume = position->m_nAvailableVolume = 700;
-        road.host.tasks.position = position;
+        run.host.tasks.position = position;
     }
     /// Loads the strategies; the basket strategy uses this price type.
     void load(TC::EPriceType priceType) {
-        road.host.user.strategies[kBasketChannel].setting(TC::ESettingSlot::StockBasket).m_ePriceType =
+        run.host.user.strategies[kBasketChannel].setting(TC::ESettingSlot::StockBasket).m_ePriceType =
             priceType;
-        road.load();
+        run.load();
     }
     /// Sells all positions. The host sets this price on each record.
     void sellAllAt(double price) {
-        road.host.rules.onFixTimeRange = [=](TC::CCodeOrderParam& record) { record.m_dPrice = price; };
+        run.host.rules.onFixTimeRange = [=](TC::CCodeOrderParam& record) { record.m_dPrice = price; };
         TC::COrderParam order = COrderBuilder(26).channel(kBasketChannel);
         order.m_bAll = true;
-        road.place(order);
-        road.waitForService();
+        run.place(order);
+        run.waitForService();
     }
     void expectOnThePage() {
         const std::set<std::string> onPage = operationsWithTheDataOnThePage();
-        for (const std::string& operation : road.host.breaches.underDataLock())
+        for (const std::string& operation : run.host.breaches.underDataLock())
             EXPECT_EQ(onPage.count(operation), 1u) << operation;
     }
     static std::set<std::string> operationsWithTheDataOnThePage() {
@@ -50,15 +50,15 @@ protected:
         }
         return operations;
     }
-    bool isCalled(const char* operation) { return road.host.breaches.underDataLock().count(operation) == 1; }
+    bool isCalled(const char* operation) { return run.host.breaches.underDataLock().count(operation) == 1; }
 
-    CBreachRoad road;
+    CBreachRun run;
 };
 
 TEST_F(BreachLocks, SaleOfAllPositionsAtAQuotesPrice) {
     load(TC::EPriceType::Latest);
     sellAllAt(10.5);
-    EXPECT_EQ(road.commandCount(), 1u);
+    EXPECT_EQ(run.commandCount(), 1u);
     EXPECT_TRUE(isCalled("getOriginPrice"));
     EXPECT_TRUE(isCalled("orderSettingToParam"));
     expectOnThePage();
@@ -67,21 +67,21 @@ TEST_F(BreachLocks, SaleOfAllPositionsAtAQuotesPrice) {
 TEST_F(BreachLocks, SaleOfAllPositionsThatIsRefusedForItsPrice) {
     load(TC::EPriceType::Specified);
     sellAllAt(std::numeric_limits<double>::quiet_NaN());
-    EXPECT_EQ(road.commandCount(), 0u);
+    EXPECT_EQ(run.commandCount(), 0u);
     EXPECT_TRUE(isCalled("knPriceTypeToString"));
     sellAllAt(0.0);
-    EXPECT_EQ(road.commandCount(), 0u);
+    EXPECT_EQ(run.commandCount(), 0u);
     EXPECT_TRUE(isCalled("showTradeError"));
     EXPECT_TRUE(isCalled("hasUserAuth"));
     expectOnThePage();
 }
 
 TEST_F(BreachLocks, TargetPositions) {
-    road.host.switches.on.insert("mdl_order_compose_basket_buy_sell");
+    run.host.switches.on.insert("mdl_order_compose_basket_buy_sell");
     load(TC::EPriceType::Latest);
-    road.place(CBreachRoad::order(kBasketChannel, 34, 10.5, 300));
-    road.waitForService();
-    EXPECT_EQ(road.commandCount(), 1u);
+    run.place(CBreachRun::order(kBasketChannel, 34, 10.5, 300));
+    run.waitForService();
+    EXPECT_EQ(run.commandCount(), 1u);
     EXPECT_TRUE(isCalled("getVector"));
     expectOnThePage();
 }

@@ -44,7 +44,7 @@ TEST_F(BasketCheck, SwitchGuardsTwoNumbers) {
     EXPECT_TRUE(check(basket(25, {{"600001", 100}})));
 }
 
-TEST_F(BasketCheck, FirstOfSeveralFaultsIsTold) {
+TEST_F(BasketCheck, FirstOfSeveralFaultsIsReported) {
     host.switches.on.clear();
     const auto noGroup = strategy().group(QStringLiteral("none"));
     for (const int number : {33, 34}) {
@@ -137,7 +137,7 @@ TEST_F(BasketCheck, DayFigureNearZeroIsNoTrade) {
     }
 }
 
-TEST_F(BasketCheck, RowWithoutAUsablePriceIsToldAndGoesOnWithNothing) {
+TEST_F(BasketCheck, RowWithoutAUsablePriceIsReportedAndTradesNothing) {
     const auto quote = host.quotes.quotes.at(QStringLiteral("SH600001"));
     quote->origin.clear();
     quote->otherOrigin = 0;

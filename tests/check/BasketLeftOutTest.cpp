@@ -128,7 +128,7 @@ TEST_F(BasketLeftOut, PositionsThatAreNotSoldAreNamed) {
     EXPECT_EQ(onlyIncident(all()), "1 SH600002: the position is larger than an order can be");
 }
 
-TEST_F(BasketLeftOut, AuditIsToldOutsideTheLockOfTheData) {
+TEST_F(BasketLeftOut, AuditGetsItsReportOutsideTheLockOfTheData) {
     hold("600001", 700);
     suspend("SH600001");
     int locks = -1;

@@ -192,7 +192,7 @@ TEST_F(BasketRows, PricesOfTheQuoteThatAreNotFiniteAreNone) {
     }
 }
 
-TEST_F(BasketRows, PriceWithoutAQuoteIsToldWithTheHostsKey) {
+TEST_F(BasketRows, PriceWithoutAQuoteIsReportedWithTheHostsKey) {
     host.rules.keySeparator = QStringLiteral(".");
     ASSERT_TRUE(check(basket(25, {{"600001", 100}})));
     EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600001")});

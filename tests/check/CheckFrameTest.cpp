@@ -31,7 +31,7 @@ protected:
     std::map<std::string, double> weights;
 };
 
-TEST_F(CheckFrame, FamilyWithoutCodeResolutionTakesTheCodeAsItStands) {
+TEST_F(CheckFrame, FamilyWithoutCodeResolutionUsesTheCodeUnchanged) {
     ASSERT_TRUE(check(COrderBuilder(23).line(QStringLiteral("600000"), 10.5, 100)));
     EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("600000")});
     EXPECT_EQ(codes.at(0).m_stock.m_strCode, "");
@@ -125,7 +125,7 @@ TEST_F(SettingText, OfAnOrderWithoutAKindIsReadThoughTheStrategysKindIsAnAlgorit
     }
 }
 
-TEST_F(SettingText, HasTheLastWordOnTheKindUnderEveryRule) {
+TEST_F(SettingText, OverridesTheKindUnderEveryRule) {
     for (const ESettingText rule : kRules)
         EXPECT_EQ(static_cast<int>(send(rule, kOrderKind, "kind=9").m_eOrderType), 9)
             << static_cast<int>(rule);

@@ -122,7 +122,7 @@ TEST_F(CommandIssue, AlgorithmTextOfAPlainOrderIsEmpty) {
     EXPECT_EQ(service.get3rdAlgoParam(order, codes, CStrategyBuilder()), "");
 }
 
-TEST_F(CommandIssue, FinalAlgorithmTextPassesAsItStands) {
+TEST_F(CommandIssue, FinalAlgorithmTextPassesUnchanged) {
     host.algorithms.unreadable.insert("raw");
     COrderParam order = COrderBuilder(23).set([](COrderParam& o) {
         o.m_eOrderType = kAlgo;
@@ -145,7 +145,7 @@ TEST_F(CommandIssue, AlgorithmParserFillsASettingThatIsThere) {
     EXPECT_TRUE(isThere);
 }
 
-TEST_F(CommandIssue, StrategysAlgorithmSettingStandsInForTheOrders) {
+TEST_F(CommandIssue, StrategysAlgorithmSettingReplacesTheOrders) {
     const auto setting = boost::make_shared<fake::CAlgorithms::CSetting>();
     setting->text = "strategy's";
     const COrderStrategyParam strategy = CStrategyBuilder().set([&](auto& s) {

@@ -84,7 +84,7 @@ TEST_F(CreditCheck, SettingOfATradeIsTakenAnew) {
     EXPECT_EQ(seen.m_ePriceType, EPriceType::Specified); // the line's price type is ignored
 }
 
-TEST_F(CreditCheck, TextOfATradeHasTheLastWordOnThePriceType) {
+TEST_F(CreditCheck, TextOfATradeOverridesThePriceType) {
     ASSERT_TRUE(check(COrderBuilder(23).line(kCode, 10.5, 100).set([](auto& o) {
         o.m_strOrderSetting = "price=5";
         o.m_orders[0].m_ePriceType = EPriceType::Buy1;

@@ -123,7 +123,7 @@ TEST_P(FutureCheck, AmountHasNoEffect) {
     EXPECT_EQ(splitVolume(), 4);
 }
 
-TEST_P(FutureCheck, ClosingWithoutPositionIsToldAsSuch) {
+TEST_P(FutureCheck, ClosingWithoutPositionIsReportedAsSuch) {
     host.rules.closes = {6};
     host.trade.split = [](const fake::CSplitCall&, utils::KNError&) { return std::vector<int>{0, 100}; };
     EXPECT_FALSE(check(COrderBuilder(6).line(kCode, 3500, 1)));
@@ -202,14 +202,14 @@ TEST_P(FutureCheck, PriceOfTheQuoteMustBeANumber) {
     }
 }
 
-TEST_P(FutureCheck, SettingTextHasTheLastWordOnTheLimits) {
+TEST_P(FutureCheck, SettingTextOverridesTheLimits) {
     ASSERT_TRUE(check(limits(3490, 3600).set([](auto& o) { o.m_strOrderSetting = "limit=3400"; })));
     const COrderSetting setting = host.rules.settingCalls.all().back().setting;
     EXPECT_EQ(setting.m_dFirstLimit, 3400);
     EXPECT_EQ(setting.m_dSecondLimit, 3600);
 }
 
-TEST_P(FutureCheck, LineHasTheLastWordOnThePriceType) {
+TEST_P(FutureCheck, LineOverridesThePriceType) {
     ASSERT_TRUE(check(COrderBuilder(0).line(kCode, 3500, 1).set([](auto& o) {
         o.m_strOrderSetting = "price=6";
         o.m_orders[0].m_ePriceType = EPriceType::Latest;

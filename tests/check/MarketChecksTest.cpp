@@ -116,7 +116,7 @@ TEST_P(MarketCheck, KeyGoesBeforeTheFullCode) {
     EXPECT_EQ(codes.at(0).m_stock.m_strCode, (word + full).toStdString());
 }
 
-TEST_P(MarketCheck, KeyOfAnotherLengthIsNotTakenAsItStands) {
+TEST_P(MarketCheck, KeyOfAnotherLengthIsNotUsedUnchanged) {
     const QString word = QString::fromLatin1(GetParam().word);
     for (const int length : {7, 9}) {
         const QString key = word + QStringLiteral("987654").left(length - word.size());

@@ -77,7 +77,7 @@ TEST_F(FrameCheck, AccountOfATableStrategyIsASimpleAccount) {
     EXPECT_FALSE(service.checkAccount(&strategy));
 }
 
-TEST_F(FrameCheck, ValidOrderPassesWithoutAWord) {
+TEST_F(FrameCheck, ValidOrderPassesWithoutAMessage) {
     const COrderStrategyParam strategy = CStrategyBuilder();
     EXPECT_TRUE(service.checkOrderParamValid(COrderBuilder(23), &strategy));
     EXPECT_TRUE(host.messages.messages.empty());

@@ -140,7 +140,7 @@ TEST_F(StockCheck, StrategyWithoutTableModeIgnoresTheAccountOfTheLine) {
 
 // The setting text.
 
-TEST_F(StockCheck, LineHasTheLastWordOnThePriceType) {
+TEST_F(StockCheck, LineOverridesThePriceType) {
     const COrderParam order = COrderBuilder(23).line(kCode, 10.5, 100).set([](COrderParam& o) {
         o.m_strOrderSetting = "price=6";
         o.m_orders[0].m_ePriceType = EPriceType::Latest;
@@ -229,7 +229,7 @@ TEST_F(StockCheck, BareCodeIsLookedUpUnderTheHostsKey) {
     EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600000")});
 }
 
-TEST_F(StockCheck, FullCodeIsLookedUpAsItStands) {
+TEST_F(StockCheck, FullCodeIsLookedUpUnchanged) {
     host.rules.keySeparator = QStringLiteral(".");
     ASSERT_TRUE(check(COrderBuilder(23).line(QStringLiteral("SH600000"), 10.5, 100)));
     EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600000")});
@@ -251,7 +251,7 @@ TEST_F(StockCheck, FullCodeOfAnotherTypeIsRefused) {
     EXPECT_FALSE(check(COrderBuilder(23).line(QStringLiteral("SH600000"), 10.5, 100)));
 }
 
-TEST_F(StockCheck, CodeOfTheStrategyIsTakenAsItStands) {
+TEST_F(StockCheck, CodeOfTheStrategyIsUsedUnchanged) {
     ASSERT_TRUE(check(COrderBuilder(23).line(QString(), 10.5, 100), CStrategyBuilder().code(kCode)));
     EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{kCode});
     EXPECT_EQ(codes.at(0).m_stock.m_strMarket, "");

@@ -116,7 +116,7 @@ TEST_F(WeightedVolumes, SharesBeyondAnIntKeepTheirVolume) {
     EXPECT_EQ(volumes({row("600001", 1)}, 1e300), std::vector<int>{7});
 }
 
-TEST_F(WeightedVolumes, StarMarketGoesByTheUnitThatIsShown) {
+TEST_F(WeightedVolumes, StarMarketUsesTheUnitThatIsShown) {
     host.types.types.insert({1172, "SH600001"});
     host.types.uiUnits["SH600001"] = 1;
     EXPECT_EQ(volumes({row("600001", 1)}, 12345), std::vector<int>{1234});

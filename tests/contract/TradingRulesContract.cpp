@@ -241,7 +241,7 @@ TEST_P(TradingRulesContract, SourcesFamiliesOrdersAndPricesHaveWords) {
     EXPECT_FALSE(knPriceTypeToString(EPriceType::Specified, world().code, false).isEmpty());
 }
 
-TEST_P(TradingRulesContract, NumberWithoutAWordIsNotAnError) {
+TEST_P(TradingRulesContract, NumberWithoutANameIsNotAnError) {
     EXPECT_NO_THROW({
         orderStrategyTypeToOrderTitle(static_cast<EOrderStrategyType>(-1));
         orderStrategyTypeToString(static_cast<EOrderStrategyType>(99));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/acceptance/Road.h"
+#include "tests/acceptance/ServiceRun.h"
 
 #include <string>
 #include <vector>
@@ -61,7 +61,7 @@ public:
     }
 
 private:
-    CRoad m_run;
+    CServiceRun m_run;
 };
 
 /// The first line that starts with `head`, or an empty text.

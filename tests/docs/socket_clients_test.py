@@ -154,7 +154,7 @@ class ClientsAgainstADesk(unittest.TestCase):
         self.assertEqual(sorted(placed), sorted((1, price) for price in prices.values() for _ in range(2)))
         self.assertEqual([cancel["task"] for cancel in self.desk.journal("cancel_task")], tasks)
 
-    def test_refusals_are_told_by_code_1(self):
+    def test_refusals_have_exit_code_1(self):
         for client in CLIENTS:
             with self.subTest(client):
                 wrong = self.place(client, 10.5, password="no secret")
@@ -171,7 +171,7 @@ class ClientsAgainstADesk(unittest.TestCase):
 
 
 class ClientsAlone(unittest.TestCase):
-    def test_usage_and_connection_are_told_by_code_2(self):
+    def test_usage_and_connection_have_exit_code_2(self):
         silent = socket.socket()
         self.addCleanup(silent.close)
         silent.bind(("127.0.0.1", 0))  # taken, and nobody listens

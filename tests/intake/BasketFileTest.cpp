@@ -151,7 +151,7 @@ TEST_F(BasketFile, BasketNamesKeepCase) {
     EXPECT_TRUE(read({"25,0,ABC"})[0].m_orders.isEmpty());
 }
 
-TEST_F(BasketFile, AllAccountsIsAWordOfSellingOnly) {
+TEST_F(BasketFile, AllAccountsIsOnlyForSelling) {
     EXPECT_TRUE(read({"26,0,ALL"})[0].m_bAll);
     EXPECT_TRUE(port.notes.empty());
     COrderFileParser other(strategy, kChannel, port);

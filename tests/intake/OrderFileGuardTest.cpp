@@ -101,7 +101,7 @@ TEST_F(OrderFileGuard, FileThatGrowsWhileItIsReadIsKept) {
     EXPECT_EQ(gate.batches.at(0).size(), 1); // only the line that was checked
     EXPECT_EQ(report().m_nLines, 2);
     EXPECT_TRUE(report().m_bCutShort);
-    EXPECT_EQ(report().m_strCause, QStringLiteral("line 2: its writer went on writing while it was read"));
+    EXPECT_EQ(report().m_strCause, QStringLiteral("line 2: it was still being written while it was read"));
     EXPECT_EQ(report().m_strKeptAs, QString::fromStdString(folder.path(kKeptCut)));
     EXPECT_EQ(folder.read(kKeptCut), "23,0,10.5,600000,100\ncancel_order A1 1\n23,0,10.6,600000,200\n");
 }

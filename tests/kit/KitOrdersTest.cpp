@@ -137,20 +137,20 @@ TEST(KitDoors, ChangedPortStuckDoorAndRefusedConnectionAreShown) {
     report.m_strPeer = QStringLiteral("10.0.0.7:1234");
     for (const EDoorEvent event : {EDoorEvent::Opened, EDoorEvent::Closed}) {
         report.m_eEvent = event;
-        tellAudit(report);
+        reportToAudit(report);
     }
     EXPECT_EQ(screen.str(), "");
     report.m_eEvent = EDoorEvent::Opened;
     report.m_strCause = QStringLiteral("it listens on port 9000");
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_NE(screen.str().find("127.0.0.1:9000 端口已改变: it listens on port 9000"), std::string::npos)
         << screen.str();
     report.m_strCause = QStringLiteral("too many");
     report.m_eEvent = EDoorEvent::Stuck;
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_NE(screen.str().find("127.0.0.1:9000 已停止服务"), std::string::npos) << screen.str();
     report.m_eEvent = EDoorEvent::Refused;
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_NE(screen.str().find("127.0.0.1:9000 拒绝连接 10.0.0.7:1234: too many"), std::string::npos)
         << screen.str();
     releaseHost();
@@ -173,20 +173,20 @@ TEST_F(KitAudit, RefusedFileAndLinesWithoutEffectAreShown) {
     report.m_strSource = QStringLiteral("/orders/a.txt");
     report.m_strCause = QStringLiteral("line 3: a zero byte");
     report.m_strKeptAs = QStringLiteral("/orders/a.txt.rejected");
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_EQ(screen.str(), "");
     report.m_bRejected = true;
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_TRUE(
         shows("/orders/a.txt 已拒绝, 其内容未执行: line 3: a zero byte; 文件保存为 [/orders/a.txt.rejected]"))
         << screen.str();
     report.m_strKeptAs.clear();
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_TRUE(shows("line 3: a zero byte; 文件已删除")) << screen.str();
     CIntakeReport ignored;
     ignored.m_nIgnoredLines = 2;
     ignored.m_strFirstIgnored = QStringLiteral("line 1: too few fields");
-    tellAudit(ignored);
+    reportToAudit(ignored);
     EXPECT_TRUE(shows("有2行未生效, 首行为 line 1: too few fields")) << screen.str();
 }
 
@@ -194,7 +194,7 @@ TEST_F(KitAudit, FileOfAnEarlierRunIsShownAsPossiblyTraded) {
     CIntakeReport report;
     report.m_strSource = QStringLiteral("/orders/a.txt.tmp");
     report.m_bLeftOver = true;
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_TRUE(shows("/orders/a.txt.tmp 为遗留文件, 本次未读取, 其指令可能已执行")) << screen.str();
     EXPECT_FALSE(shows("未执行")) << screen.str();
 }
@@ -203,10 +203,10 @@ TEST_F(KitAudit, FileThatIsDeletedUnreadIsShown) {
     CDiscardReport report;
     report.m_strSource = QStringLiteral("/orders/a.txt");
     report.m_nLines = 7;
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_TRUE(shows("/orders/a.txt 未读取即删除, 共7行")) << screen.str();
     report.m_nLines = -1;
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_TRUE(shows("/orders/a.txt 未读取即删除, 行数未知")) << screen.str();
 }
 
@@ -214,22 +214,22 @@ TEST_F(KitAudit, UnplacedOrdersAreShownByChannel) {
     QVector<COrderParam> orders(3);
     orders[0].m_nChannel = orders[2].m_nChannel = 4;
     orders[1].m_nChannel = 9;
-    tellAuditOfUnplaced(orders);
+    reportUnplaced(orders);
     EXPECT_TRUE(shows("通道号: 4, 2条指令未执行!")) << screen.str();
     EXPECT_TRUE(shows("通道号: 9, 1条指令未执行!")) << screen.str();
 }
 
 TEST_F(KitAudit, DroppedOrdersAndFailedCancelsAreShown) {
-    tellOrdersDropped(5, 2, QStringLiteral("no user is loaded"));
+    reportOrdersDropped(5, 2, QStringLiteral("no user is loaded"));
     EXPECT_TRUE(shows("通道号: 5, 2条指令未执行: no user is loaded")) << screen.str();
     CIncidentReport cancel;
     cancel.m_eIncident = EIncident::CancelNotDone;
     cancel.m_nTaskId = 12;
     cancel.m_strCause = QStringLiteral("no such task");
-    tellAudit(cancel);
+    reportToAudit(cancel);
     EXPECT_TRUE(shows("任务 12 未撤销: no such task")) << screen.str();
     cancel.m_nTaskId = kUnsetInt; // now the cancel of an order
-    tellAudit(cancel);
+    reportToAudit(cancel);
     EXPECT_TRUE(shows("撤单未成功: no such task")) << screen.str();
 }
 
@@ -240,13 +240,13 @@ TEST_F(KitAudit, LeftOutRowsAndStrategiesAreShown) {
     report.m_nRows = 2;
     report.m_strCode = QStringLiteral("600009");
     report.m_strCause = QStringLiteral("why");
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_TRUE(shows("通道号: 5, 组合中2行未下单, 首行 [600009]: why")) << screen.str();
     report.m_eIncident = EIncident::StrategyNotLoaded;
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_TRUE(shows("通道号: 5, 策略未加载: why")) << screen.str();
     report.m_eIncident = EIncident::StrategyNotStarted;
-    tellAudit(report);
+    reportToAudit(report);
     EXPECT_TRUE(shows("通道号: 5, 策略未启动: why")) << screen.str();
 }
 

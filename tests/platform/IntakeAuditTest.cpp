@@ -14,8 +14,8 @@ using IntakeAudit = echo::CEchoHost;
 
 TEST_F(IntakeAudit, ExceptionOfTheAuditStaysInTheFunction) {
     host.audit.onRecord = [] { throw std::runtime_error("no room"); };
-    EXPECT_NO_THROW(tellAudit(CIntakeReport()));
-    EXPECT_NO_THROW(tellAudit(CDoorReport()));
+    EXPECT_NO_THROW(reportToAudit(CIntakeReport()));
+    EXPECT_NO_THROW(reportToAudit(CDoorReport()));
     EXPECT_EQ(host.audit.reports.size(), 1u);
     EXPECT_EQ(host.audit.doors.size(), 1u);
     host.audit.rejected = QStringLiteral("/rejected");
@@ -25,7 +25,7 @@ TEST_F(IntakeAudit, ExceptionOfTheAuditStaysInTheFunction) {
 }
 
 TEST_F(IntakeAudit, DroppedOrdersAreAnIncident) {
-    tellOrdersDropped(3, 7, QStringLiteral("no user"));
+    reportOrdersDropped(3, 7, QStringLiteral("no user"));
     ASSERT_EQ(host.audit.incidents.size(), 1u);
     const CIncidentReport& report = host.audit.incidents[0];
     EXPECT_EQ(report.m_eIncident, EIncident::OrdersDropped);

@@ -55,7 +55,7 @@ TEST_F(DropBacklog, OrderInHandIsFinishedAndAllBehindItIsReported) {
     EXPECT_EQ(host.commands().size(), 1u);
     EXPECT_EQ(unplaced(), (std::vector<std::vector<int>>{{200, 300}, {400}}));
     EXPECT_EQ(host.audit.unplaced.at(0).at(1).m_nChannel, 4);
-    EXPECT_TRUE(host.audit.incidents.empty()) << "the same orders are not told twice";
+    EXPECT_TRUE(host.audit.incidents.empty()) << "the same orders are not reported twice";
     EXPECT_TRUE(host.messageTexts().size() <= 1) << "what is dropped is no failure of a check";
 }
 

@@ -299,7 +299,7 @@ TEST_F(OrderService, UserWithoutAnyRightGetsNoVariant) {
     EXPECT_TRUE(host.messageTexts().empty());
 }
 
-TEST_F(OrderService, UserOfTheTwoPassVariantIsToldThatItIsNotBuilt) {
+TEST_F(OrderService, UserOfTheTwoPassVariantGetsAMessageThatItIsNotBuilt) {
     const QString refusal = QStringLiteral("[接口单]　此版本尚不支持分步下单服务, 指令未执行!");
     addFileStrategy(3);
     host.user.orderService = false;
@@ -383,7 +383,7 @@ TEST_F(OrderService, ShutdownDoesNotWaitOutThePollingInterval) {
     EXPECT_EQ(threadsNamed("orderservice"), 0);
 }
 
-TEST_F(OrderService, CancelGoesToTheTradeClientWithTheUsersWord) {
+TEST_F(OrderService, CancelGoesToTheTradeClientWithTheUsersReason) {
     service().loadFromConfig(false);
     service().cancelOrder(42);
     host.records.waitUntil([this] { return !host.trade.cancelled.empty(); });

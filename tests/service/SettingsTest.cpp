@@ -141,7 +141,7 @@ TEST_F(Settings, NullInterfacesArePassedOver) {
     EXPECT_EQ(saved.lastChildElement().tagName(), QStringLiteral("b"));
 }
 
-TEST_F(Settings, WhatStandsInTheElementStays) {
+TEST_F(Settings, ContentOfTheElementIsKept) {
     m_saved = documentOf(QStringLiteral("<interfaceTrade><old/></interfaceTrade>"));
     addInterface("a");
     QDomElement element = m_saved.documentElement();

@@ -272,15 +272,15 @@ TEST_F(SocketStrategy, StuckListenerStillStops) {
     EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
 }
 
-/// Listeners that cannot be stopped while isHolding is set.
+/// Listeners that cannot be stopped while isPausing is set.
 class CHoldingListeners : public CSocketListeners {
 public:
     using CSocketListeners::CSocketListeners;
-    bool isHolding = false;
+    bool isPausing = false;
 
 protected:
     void stopListener(COrderSocketServerWrapper& wrapper) override {
-        if (isHolding) throw std::runtime_error("the listener does not stop");
+        if (isPausing) throw std::runtime_error("the listener does not stop");
         CSocketListeners::stopListener(wrapper);
     }
 };
@@ -293,12 +293,12 @@ TEST_F(SocketStrategy, StopThatFailsLeavesTheStrategyRunningUntilTheNext) {
     COrderStrategyMap map{{3, onPort(3, port)}};
     registry.bind(&map);
     ASSERT_EQ(registry.start(3, error, false), 0);
-    listeners.isHolding = true;
+    listeners.isPausing = true;
     EXPECT_EQ(registry.stop(3, error), -1);
     EXPECT_EQ(error, QStringLiteral("停止socket服务失败"));
     EXPECT_TRUE(registry.find(3)->isRunning());
     EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n"); // the listener still works
-    listeners.isHolding = false;
+    listeners.isPausing = false;
     EXPECT_EQ(registry.stop(3, error), 0);
     EXPECT_FALSE(registry.find(3)->isRunning());
     EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
@@ -345,7 +345,7 @@ TEST_F(SocketStrategy, TicketGoesWhenWhatWasQueuedBeforeItIsWorkedOff) {
     CTicket ticket;
     service().placeorder(
         COrderBuilder(23).source(EOrderStrategyType::Signal).line(QStringLiteral("600000"), 10.5, 100));
-    service().holdUntilWorkedOff(ticket.make());
+    service().holdUntilProcessed(ticket.make());
     inHand.get_future().wait();
     EXPECT_FALSE(ticket.isGone());
     mayGoOn.set_value();
@@ -356,7 +356,7 @@ TEST_F(SocketStrategy, TicketGoesWhenWhatWasQueuedBeforeItIsWorkedOff) {
 TEST_F(SocketStrategy, TicketGoesAtOnceBehindTheEnd) {
     service().shutdown();
     CTicket ticket;
-    service().holdUntilWorkedOff(ticket.make());
+    service().holdUntilProcessed(ticket.make());
     EXPECT_TRUE(ticket.isGone());
 }
 

@@ -114,7 +114,7 @@ TEST_F(StrategyRegistry, NewStrategyCopiesTheUsersDefaultsSlotBySlot) {
     }
 }
 
-TEST_F(StrategyRegistry, UpdateGoesByTheRecordsChannel) {
+TEST_F(StrategyRegistry, UpdateUsesTheRecordsChannel) {
     add(CStrategyBuilder().stopped().set([](auto& s) { s.m_nStartCount = 4; }));
     COrderStrategyParam changed =
         CStrategyBuilder().stopped().volume(77).set([](auto& s) { s.m_nStartCount = 9; });

@@ -276,7 +276,7 @@ TEST_F(OrderCommandParser, NamedBasketGivesItsRows) {
     EXPECT_FALSE(parse("25,3,蓝筹"));
 }
 
-TEST_F(OrderCommandParser, AllIsAWordOfSellingForAKnownStrategy) {
+TEST_F(OrderCommandParser, AllIsOnlyForSellingOfAKnownStrategy) {
     addStrategy();
     for (const char* word : {"all", "ALL", "aLl"}) {
         EXPECT_TRUE(parse(std::string("26,3,") + word + ",text"));

@@ -38,7 +38,7 @@ protected:
     }
 
     /// Processes this number of orders of one line. Each order takes this many seconds.
-    void workOff(int count, double seconds) {
+    void processBatch(int count, double seconds) {
         const auto account = open("worked off");
         for (int i = 0; i < count; ++i) {
             const auto ticket = credit->charge(account, 1);
@@ -199,20 +199,20 @@ TEST_F(OrderCredit, LastAccountThatCannotBeWokenIsTriedAgainByTheListener) {
 }
 
 TEST_F(OrderCredit, RoomIsWhatTheServiceWorksOffInAMoment) {
-    workOff(100, 0.0001);
+    processBatch(100, 0.0001);
     EXPECT_EQ(room(), kRoom);
-    workOff(100, 0.006);
+    processBatch(100, 0.006);
     EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.006, 1);
-    workOff(100, 2);
+    processBatch(100, 2);
     EXPECT_EQ(room(), COrderCredit::kLeastRoom);
-    workOff(100, 0.0001);
+    processBatch(100, 0.0001);
     EXPECT_EQ(room(), kRoom);
 }
 
 TEST_F(OrderCredit, TimeWithoutOrdersIsNoWork) {
-    workOff(100, 0.0001);
+    processBatch(100, 0.0001);
     clock.sleep(3600);
-    workOff(1, 0.0001);
+    processBatch(1, 0.0001);
     EXPECT_EQ(room(), kRoom);
 }
 

@@ -65,7 +65,7 @@ protected:
     OrderFlood() { guard(); }
     void TearDown() override {
         stop();
-        slow.workOff(1'000'000);
+        slow.processBatch(1'000'000);
     }
     IOrderGate& gateInUse() override { return slow; }
 
@@ -108,7 +108,7 @@ TEST_F(OrderFlood, OrderOfAnotherClientHasFewInFrontOfIt) {
         const std::string name = std::to_string(1'000'000 + round);
         EXPECT_EQ(other->ask("placeorder 23,3,10.5,600000," + name), kOk);
         EXPECT_LE(slow.placeOf(name), kShare);
-        slow.workOff(2 * kShare);
+        slow.processBatch(2 * kShare);
     }
 }
 
@@ -135,7 +135,7 @@ TEST_F(OrderFlood, ManyFloodersShareTheRoom) {
         other->send(orderLine(1'000'000 + round));
         settle(*bystander);
         while (!other->waitForData(std::chrono::milliseconds(0))) {
-            slow.workOff(1);
+            slow.processBatch(1);
             settle(*bystander);
         }
         EXPECT_EQ(other->readLine(), kOk);
@@ -238,7 +238,7 @@ TEST_F(OrderFlood, ListenerStopsWhileConnectionsAreHeld) {
     EXPECT_EQ(flooder.readReplies(kShare), kShare);
     stop();
     EXPECT_EQ(flooder.client().readAll(), "");
-    slow.workOff(1000); // room that is returned after the end of the listener
+    slow.processBatch(1000); // room that is returned after the end of the listener
     EXPECT_EQ(slow.workedOff().size(), kShare);
 }
 

@@ -17,7 +17,7 @@
 /// the volume of its first line, a cancel by "cancel" and the task. Thread-safe.
 class CSlowGate final : public TC::IOrderGate {
 public:
-    ~CSlowGate() { workOff(m_queue.size()); }
+    ~CSlowGate() { processBatch(m_queue.size()); }
 
     void placeorder(TC::COrderParam order) override {
         add({std::to_string(order.m_orders.isEmpty() ? 0 : order.m_orders[0].m_nVolume), nullptr});
@@ -28,12 +28,12 @@ public:
     }
     void cancelOrder(int taskId) override { add({"cancel " + std::to_string(taskId), nullptr}); }
     void cancelOrders(std::vector<std::string>&) override {}
-    void holdUntilWorkedOff(std::shared_ptr<const void> ticket) override { add({"", std::move(ticket)}); }
+    void holdUntilProcessed(std::shared_ptr<const void> ticket) override { add({"", std::move(ticket)}); }
     QString getOrderStrategyText(TC::EOrderStrategyType) const override { return {}; }
     std::string defaultRemark(const TC::COrderStrategyParam&) const override { return {}; }
 
     /// Processes this number of orders and cancels, or all if there are fewer. Returns the number.
-    std::size_t workOff(std::size_t count) {
+    std::size_t processBatch(std::size_t count) {
         std::size_t done = 0;
         while (const auto entry = take(done < count)) {
             if (entry->name.empty()) continue;
@@ -47,7 +47,7 @@ public:
     void workOffUntil(std::size_t done) {
         while (workedOff().size() < done) {
             waitForQueue(1);
-            workOff(1);
+            processBatch(1);
         }
     }
     /// The names of the waiting orders and cancels, in their order.

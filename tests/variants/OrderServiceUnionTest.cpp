@@ -103,7 +103,7 @@ TEST_F(OrderServiceUnion, EmptyResultOfACheckGoesOutAsACommandWithoutCodes) {
     EXPECT_TRUE(host.commands()[0]->m_codes.empty());
 }
 
-TEST_F(OrderServiceUnion, OtherKindsOfUserGetNoCommandAndNoWord) {
+TEST_F(OrderServiceUnion, OtherKindsOfUserGetNoCommandAndNoMessage) {
     host.user.kind = 5;
     service.placeOrders({good()}, &strategies);
     EXPECT_TRUE(host.commands().empty());
@@ -240,8 +240,8 @@ public:
 
 class Batch : public OrderServiceUnion {
 protected:
-    CBatchResult workOff(const QVector<COrderParam>& orders) {
-        return service.workOff(orders, source, owner);
+    CBatchResult processBatch(const QVector<COrderParam>& orders) {
+        return service.processBatch(orders, source, owner);
     }
     static COrderParam unknown() { return COrderBuilder(23).channel(9); }
 
@@ -252,8 +252,8 @@ protected:
 TEST_F(Batch, EveryOrderAsksForItsStrategy) {
     std::vector<std::size_t> askedBefore;
     host.orders.onCommand = [&](const COrderComandParamPtr&) { askedBefore.push_back(source.asked.size()); };
-    const CBatchResult result = workOff({good(), good(), good()});
-    EXPECT_EQ(result.m_eEnd, EBatchEnd::WorkedOff);
+    const CBatchResult result = processBatch({good(), good(), good()});
+    EXPECT_EQ(result.m_eEnd, EBatchEnd::Processed);
     EXPECT_EQ(result.m_nBegun, 3);
     EXPECT_EQ(source.asked, (std::vector<int>{3, 3, 3}));
     EXPECT_EQ(askedBefore, (std::vector<std::size_t>{1, 2, 3}));
@@ -263,7 +263,7 @@ TEST_F(Batch, StrategyThatStopsTakesNoFurtherOrder) {
     host.orders.onCommand = [this](const COrderComandParamPtr&) {
         strategies[3].m_nStatus = COrderStrategyParam::kStopped;
     };
-    const CBatchResult result = workOff({good(), good(), good()});
+    const CBatchResult result = processBatch({good(), good(), good()});
     EXPECT_EQ(result.m_eEnd, EBatchEnd::EndedByRule);
     EXPECT_EQ(result.m_nBegun, 2);
     EXPECT_EQ(host.commands().size(), 1u);
@@ -275,15 +275,15 @@ TEST_F(Batch, StrategyLivesUntilItsOrderEnds) {
         strategies.clear();
         EXPECT_FALSE(source.last.expired());
     };
-    EXPECT_EQ(workOff({good()}).m_eEnd, EBatchEnd::WorkedOff);
+    EXPECT_EQ(processBatch({good()}).m_eEnd, EBatchEnd::Processed);
     EXPECT_EQ(host.commands().size(), 1u);
     EXPECT_TRUE(source.last.expired());
 }
 
 TEST_F(Batch, OwnerCutsTheBatchBeforeAnOrder) {
     owner.allowed = 2;
-    const CBatchResult result = workOff({good(), good(), good(), good()});
-    EXPECT_EQ(result.m_eEnd, EBatchEnd::CutByOwner);
+    const CBatchResult result = processBatch({good(), good(), good(), good()});
+    EXPECT_EQ(result.m_eEnd, EBatchEnd::StoppedByOwner);
     EXPECT_EQ(result.m_nBegun, 2);
     EXPECT_EQ(host.commands().size(), 2u);
     EXPECT_EQ(source.asked.size(), 2u);
@@ -291,7 +291,7 @@ TEST_F(Batch, OwnerCutsTheBatchBeforeAnOrder) {
 }
 
 TEST_F(Batch, MissingStrategyEndsTheBatchAndTheRestIsReported) {
-    const CBatchResult result = workOff({good(), unknown(), good(), good()});
+    const CBatchResult result = processBatch({good(), unknown(), good(), good()});
     EXPECT_EQ(result.m_eEnd, EBatchEnd::EndedByRule);
     EXPECT_EQ(result.m_nBegun, 2);
     EXPECT_EQ(host.commands().size(), 1u);
@@ -306,8 +306,8 @@ TEST_F(Batch, SourceThatThrowsDropsThatOrderOnly) {
     source.onAsked = [this] {
         if (source.asked.size() == 1) throw std::runtime_error("no memory");
     };
-    const CBatchResult result = workOff({good(), good()});
-    EXPECT_EQ(result.m_eEnd, EBatchEnd::WorkedOff);
+    const CBatchResult result = processBatch({good(), good()});
+    EXPECT_EQ(result.m_eEnd, EBatchEnd::Processed);
     EXPECT_EQ(host.commands().size(), 1u);
     EXPECT_EQ(host.errorTexts().size(), 1u);
 }
@@ -318,16 +318,16 @@ TEST_F(Batch, OrderThatFailsIsBegunToo) {
         if (source.asked.size() == 1) throw std::runtime_error("no memory");
     };
     owner.allowed = 2;
-    EXPECT_EQ(workOff({good(), good(), good()}).m_nBegun, 2);
+    EXPECT_EQ(processBatch({good(), good(), good()}).m_nBegun, 2);
 }
 
 TEST_F(Batch, BatchMayBeginInsideAnOrder) {
     bool isNested = false;
     host.orders.onCommand = [&](const COrderComandParamPtr&) {
         if (std::exchange(isNested, true)) return;
-        EXPECT_EQ(workOff({unknown(), good()}).m_nBegun, 1);
+        EXPECT_EQ(processBatch({unknown(), good()}).m_nBegun, 1);
     };
-    EXPECT_EQ(workOff({good(), good()}).m_nBegun, 2);
+    EXPECT_EQ(processBatch({good(), good()}).m_nBegun, 2);
     EXPECT_EQ(host.commands().size(), 2u);
     EXPECT_EQ(source.asked, (std::vector<int>{3, 9, 3}));
 }

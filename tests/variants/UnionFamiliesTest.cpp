@@ -164,7 +164,7 @@ TEST_P(UnionFamily, CommandIsLoggedByItsOperation) {
     EXPECT_EQ(text.substr(text.find("] ") + 2), expected);
 }
 
-TEST_P(UnionFamily, OtherKindsOfUserGetNoCommandAndNoWord) {
+TEST_P(UnionFamily, OtherKindsOfUserGetNoCommandAndNoMessage) {
     const CLogCapture capture;
     utils::CLogCenter::setLogEnabled(true);
     host.user.kind = 1;
@@ -176,7 +176,7 @@ TEST_P(UnionFamily, OtherKindsOfUserGetNoCommandAndNoWord) {
     EXPECT_EQ(capture.lines()[0].text.find("placeCommands"), std::string::npos);
 }
 
-TEST_P(UnionFamily, FailedCheckIsToldToOtherKindsOfUserToo) {
+TEST_P(UnionFamily, FailedCheckIsReportedToOtherKindsOfUserToo) {
     host.user.kind = 1;
     strategies[3] = strategy();
     service.placeOrders({COrderBuilder(99).line(QStringLiteral("600000"), 10.5, 1000)}, &strategies);
@@ -281,7 +281,7 @@ TEST_F(UnionBasket, PlainBasketIsComposed) {
     EXPECT_TRUE(command.m_extra.isEmpty());
 }
 
-TEST_F(UnionBasket, HedgeNeedsTheSwitchAndTheStrategysWord) {
+TEST_F(UnionBasket, HedgeNeedsTheSwitchAndTheStrategysFlag) {
     host.switches.on.insert("mdl_order_compose_hedge");
     EXPECT_EQ(place(basket(25), strategy()).m_eHedgeType, EQdHedgeType::Compose);
     host.switches.on.erase("mdl_order_compose_hedge");
@@ -299,7 +299,7 @@ TEST_F(UnionBasket, HedgeLegKeepsTheStrategysParametersAndChoosesThePrice) {
     }
 }
 
-TEST_F(UnionBasket, HedgeLegsPriceGoesByWhatTheHostCallsBuying) {
+TEST_F(UnionBasket, HedgeLegsPriceUsesWhatTheHostCallsBuying) {
     struct CCase {
         int buying, number, kind;
     };
@@ -329,7 +329,7 @@ TEST_F(UnionBasket, FlagIsKeptFromSalesTargetsAndPositions) {
     }
 }
 
-TEST_F(UnionBasket, BasketTextStandsInForAMissingAlgorithmText) {
+TEST_F(UnionBasket, BasketTextReplacesAMissingAlgorithmText) {
     const auto order = basket(25).set([](COrderParam& o) { o.m_strBasketText = "basket text"; });
     EXPECT_EQ(place(order, strategy()).m_strAlgoParam, "basket text");
 }

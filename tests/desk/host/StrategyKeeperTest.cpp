@@ -92,8 +92,8 @@ protected:
 
     CTempFolder folder;
     CJournal journal;
-    std::ostringstream told;
-    CTextSink sink{told};
+    std::ostringstream shown;
+    CTextSink sink{shown};
     TC::COrderStrategyMap configured;
     CMapRegistry registry;
     CMemoryStore store;
@@ -139,21 +139,21 @@ TEST_F(StrategyKeeper, StrategyThatCouldNotBeStartedStaysAsItsOwnerWroteIt) {
     EXPECT_TRUE(saved[0][1].isRunning());
 }
 
-TEST_F(StrategyKeeper, FailedSavingIsToldOnceAndTriedAgain) {
+TEST_F(StrategyKeeper, FailedSavingIsReportedOnceAndTriedAgain) {
     CStrategyKeeper keeper = make();
     keeper.begin(registry);
     current().remove(2);
     store.m_bRefuses = true;
     keeper.update(registry);
     keeper.update(registry);
-    EXPECT_EQ(told.str(), "the strategies cannot be saved: full\n");
+    EXPECT_EQ(shown.str(), "the strategies cannot be saved: full\n");
     store.m_bRefuses = false;
     keeper.update(registry);
     keeper.update(registry);
     EXPECT_EQ(saved.size(), 3u);
 }
 
-TEST_F(StrategyKeeper, StrategyThatCannotBeKeptIsToldOnceAndLeftStoppedAsItWas) {
+TEST_F(StrategyKeeper, StrategyThatCannotBeKeptIsReportedOnceAndStaysStopped) {
     CStrategyKeeper keeper = make();
     keeper.begin(registry);
     current()[1].m_algoSetting = boost::make_shared<TC::CAlgorithmOrderSetting>();
@@ -161,7 +161,7 @@ TEST_F(StrategyKeeper, StrategyThatCannotBeKeptIsToldOnceAndLeftStoppedAsItWas) 
     current()[2].m_nVolume = 77;
     keeper.update(registry);
     EXPECT_EQ(records(), (Texts{"start 1", "change 1", "not_saved 1", "change 2"}));
-    EXPECT_EQ(told.str(), "strategy 1 is not saved as it is: algorithm\n");
+    EXPECT_EQ(shown.str(), "strategy 1 is not saved as it is: algorithm\n");
     EXPECT_EQ(saved.back()[1].m_algoSetting, nullptr);
     EXPECT_FALSE(saved.back()[1].isRunning());
     EXPECT_EQ(saved.back()[2].m_nVolume, 77);
@@ -175,7 +175,7 @@ TEST_F(StrategyKeeper, StrategiesThatChangePlacesAreBothKept) {
     keeper.begin(registry);
     std::swap(current()[1].m_strSignalSource, current()[2].m_strSignalSource);
     keeper.update(registry);
-    EXPECT_EQ(told.str(), "");
+    EXPECT_EQ(shown.str(), "");
     EXPECT_EQ(saved.back()[1].m_strSignalSource, QStringLiteral("2"));
     EXPECT_EQ(saved.back()[2].m_strSignalSource, QStringLiteral("1"));
 }

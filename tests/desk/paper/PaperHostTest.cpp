@@ -342,13 +342,13 @@ TEST_F(PaperHost, OrderFilesWaitWhileTheJournalCannotBeWritten) {
         guard.poll();
         guard.poll();
     }
-    EXPECT_TRUE(guard.isHolding());
+    EXPECT_TRUE(guard.isPausing());
     EXPECT_TRUE(TC::CIntakePause::isPaused());
     EXPECT_EQ(m_shown.str().find("ERROR: cannot write journal"), 0u);
     EXPECT_EQ(m_shown.str().rfind("ERROR"), 0u) << "reported once";
 
     guard.poll();
-    EXPECT_FALSE(guard.isHolding());
+    EXPECT_FALSE(guard.isPausing());
     EXPECT_FALSE(TC::CIntakePause::isPaused());
     EXPECT_NE(m_shown.str().find("The journal works again"), std::string::npos);
 }
@@ -364,7 +364,7 @@ TEST_F(PaperHost, JournalsFileIsLookedAtOnceASecond) {
     guard.poll();
     EXPECT_EQ(m_shown.str().find("WARNING: journal "), 0u) << m_shown.str();
     EXPECT_EQ(kinds(), CTexts{"continued"});
-    EXPECT_FALSE(guard.isHolding());
+    EXPECT_FALSE(guard.isPausing());
 }
 
 TEST_F(PaperHost, FillsWhileTheJournalCannotBeWrittenReachItLater) {

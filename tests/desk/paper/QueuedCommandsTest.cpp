@@ -274,16 +274,16 @@ TEST_F(QueuedCommands, CommandsOfSeveralThreadsBecomeOneTaskEach) {
 
 /// The child writes the numbers of its events to a pipe, and is killed. Each event that it reported must be
 /// in the store.
-TEST_F(QueuedCommands, WhatAnEventHasToldOutlivesAKilledProcess) {
+TEST_F(QueuedCommands, AReportedEventSurvivesAKilledProcess) {
     m_broker.reset();
-    int told[2];
-    ASSERT_EQ(::pipe(told), 0);
+    int pipeEnds[2];
+    ASSERT_EQ(::pipe(pipeEnds), 0);
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
         m_broker = std::make_unique<CPaperBroker>(m_quotes, [&](const std::vector<CBrokerEvent>& events) {
             const std::int64_t last = events.back().m_nNumber;
-            if (::write(told[1], &last, sizeof last) != static_cast<ssize_t>(sizeof last)) ::_exit(1);
+            if (::write(pipeEnds[1], &last, sizeof last) != static_cast<ssize_t>(sizeof last)) ::_exit(1);
             return events.size();
         });
         if (!m_broker->open(m_folder.path(), deskAccounts(), 0).isSuccess()) ::_exit(1);
@@ -292,21 +292,21 @@ TEST_F(QueuedCommands, WhatAnEventHasToldOutlivesAKilledProcess) {
             queue({buy(100, 9.50), buy(50, 9.50), buy(100, 10.00)});
         ::_exit(1);
     }
-    ::close(told[1]);
+    ::close(pipeEnds[1]);
     std::int64_t last = 0;
     for (int i = 0; i < 20; ++i)
-        ASSERT_EQ(::read(told[0], &last, sizeof last), static_cast<ssize_t>(sizeof last));
+        ASSERT_EQ(::read(pipeEnds[0], &last, sizeof last), static_cast<ssize_t>(sizeof last));
     ::kill(child, SIGKILL);
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status));
-    for (std::int64_t more = 0; ::read(told[0], &more, sizeof more) == static_cast<ssize_t>(sizeof more);)
+    for (std::int64_t more = 0; ::read(pipeEnds[0], &more, sizeof more) == static_cast<ssize_t>(sizeof more);)
         last = more;
-    ::close(told[0]);
+    ::close(pipeEnds[0]);
 
     open();
     EXPECT_EQ(m_broker->orders().size(), 3 * m_broker->tasks().size())
         << "a command is there whole or not at all";
     place({buy(100, 9.00)});
-    EXPECT_GT(m_events.back().m_nNumber, last) << "the store knows every number that was told";
+    EXPECT_GT(m_events.back().m_nNumber, last) << "the store knows every number that was reported";
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "orderservice/records/StrategyParam.h"
-#include "tests/acceptance/RoadClock.h"
+#include "tests/acceptance/ServiceRunClock.h"
 #include "tests/acceptance/Transcript.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TempFolder.h"
@@ -13,13 +13,13 @@
 
 /// The complete path of an order: file or socket, queue, check, command, the host's order client. The service
 /// and its threads are real; the host is the fake one in memory. Statements set up the host and send orders.
-/// Road.cpp has the table of the statements. A wait for a quote ends at once and is only recorded.
-class CRoad {
+/// ServiceRun.cpp has the table of the statements. A wait for a quote ends at once and is only recorded.
+class CServiceRun {
 public:
-    CRoad();
-    ~CRoad();
-    CRoad(const CRoad&) = delete;
-    CRoad& operator=(const CRoad&) = delete;
+    CServiceRun();
+    ~CServiceRun();
+    CServiceRun(const CServiceRun&) = delete;
+    CServiceRun& operator=(const CServiceRun&) = delete;
 
     /// Throws std::runtime_error if the statement is unknown or if the service does not take its file.
     void apply(const CStatement& statement);
@@ -31,7 +31,7 @@ private:
     using CAction = std::function<void(const CStatement&)>;
 
     std::map<std::string, CSetter> strategyWords();
-    std::map<std::string, CAction> roadStatements();
+    std::map<std::string, CAction> serviceStatements();
     std::map<std::string, CAction> userStatements();
     std::map<std::string, CAction> marketStatements();
     std::map<std::string, CAction> tradeStatements();
@@ -58,7 +58,7 @@ private:
     void makeTraded(const QString& key);
     void tell(const std::string& line);
 
-    CRoadClock m_clock;
+    CServiceRunClock m_clock;
     CTempFolder m_folder;
     std::map<int, unsigned short> m_ports; ///< ports of the socket strategies, by channel
     CFakeHost m_host;

@@ -1,4 +1,4 @@
-#include "tests/acceptance/Road.h"
+#include "tests/acceptance/ServiceRun.h"
 
 #include "orderservice/base/Text.h"
 #include "orderservice/records/Families.h"
@@ -94,8 +94,8 @@ constexpr int kBasketType = knservice::kBasketTypes[0];
 
 } // namespace
 
-CRoad::CRoad() : m_strategyWords(strategyWords()) {
-    for (auto table : {roadStatements(), userStatements(), marketStatements(), tradeStatements()})
+CServiceRun::CServiceRun() : m_strategyWords(strategyWords()) {
+    for (auto table : {serviceStatements(), userStatements(), marketStatements(), tradeStatements()})
         m_statements.merge(table);
     m_clock.onLongSleep = [this](double seconds) {
         tell("waits " + std::to_string(static_cast<int>(seconds)) + " s for a quote");
@@ -110,29 +110,29 @@ CRoad::CRoad() : m_strategyWords(strategyWords()) {
     makeTraded(QStringLiteral("SZ000001"));
 }
 
-CRoad::~CRoad() {
+CServiceRun::~CServiceRun() {
     if (COrderService::instance() == nullptr) return;
     COrderService::instance()->shutdown();
     COrderService::release();
 }
 
-void CRoad::apply(const CStatement& statement) {
+void CServiceRun::apply(const CStatement& statement) {
     const auto found = m_statements.find(statement.word);
     if (found == m_statements.end()) throw std::runtime_error("unknown statement: " + statement.word);
     found->second(statement);
 }
 
-std::vector<std::string> CRoad::takeLog() {
+std::vector<std::string> CServiceRun::takeLog() {
     std::vector<std::string> log;
     m_host.records.record([&] { log.swap(m_host.records.log); });
     return log;
 }
 
-void CRoad::tell(const std::string& line) {
+void CServiceRun::tell(const std::string& line) {
     m_host.records.record([&] { m_host.records.log.push_back(line); });
 }
 
-void CRoad::addStrategy(const CStatement& statement) {
+void CServiceRun::addStrategy(const CStatement& statement) {
     const int channel = std::stoi(statement.rest);
     COrderStrategyParam strategy =
         CStrategyBuilder().channel(channel).file(m_folder.path(std::to_string(channel)));
@@ -147,7 +147,7 @@ void CRoad::addStrategy(const CStatement& statement) {
 }
 
 /// Makes it a socket strategy. It has its own listener, or uses the listener of the channel `share` if given.
-void CRoad::makeSocket(COrderStrategyParam& strategy, const std::string& share) {
+void CServiceRun::makeSocket(COrderStrategyParam& strategy, const std::string& share) {
     unsigned short& port = m_ports[strategy.m_nChannel];
     port = share.empty() ? freePort() : m_ports.at(std::stoi(share));
     strategy.m_eStrategyType = EOrderStrategyType::Signal;
@@ -156,14 +156,14 @@ void CRoad::makeSocket(COrderStrategyParam& strategy, const std::string& share) 
     strategy.m_strPass = QStringLiteral("secret");
 }
 
-void CRoad::stopStrategy(const CStatement& statement) {
+void CServiceRun::stopStrategy(const CStatement& statement) {
     QString error;
     service().stopOrderStrategy(std::stoi(statement.rest), error);
     if (!error.isEmpty()) throw std::runtime_error(error.toStdString());
 }
 
 /// Writes the file and returns when the service has processed all of it.
-void CRoad::dropFile(const CStatement& statement) {
+void CServiceRun::dropFile(const CStatement& statement) {
     COrderService& running = service();
     const std::size_t before = m_host.records.snapshot([this] { return m_host.audit.reports.size(); });
     m_folder.handOver(std::to_string(std::stoi(statement.rest)), statement.bytes);
@@ -173,13 +173,13 @@ void CRoad::dropFile(const CStatement& statement) {
     settle();
 }
 
-void CRoad::talk(const CStatement& statement) {
+void CServiceRun::talk(const CStatement& statement) {
     service();
     holdTalk(m_ports.at(std::stoi(statement.rest)), statement.talk, settle);
 }
 
 /// `basket NAME CODE[:VOLUME[:WEIGHT[:OPERATION]]] ...`
-void CRoad::addBasket(const CStatement& statement) {
+void CServiceRun::addBasket(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string name;
     stream >> name;
@@ -189,7 +189,7 @@ void CRoad::addBasket(const CStatement& statement) {
 
 /// `param TEXT => remark=... kind=... setting=... part1=... part2=... text1=... text3=...`: a text that the
 /// host understands, and the values that it reads from it.
-void CRoad::addParam(const CStatement& statement) {
+void CServiceRun::addParam(const CStatement& statement) {
     const std::size_t arrow = statement.rest.find(" => ");
     CWords words = splitWords(statement.rest.substr(arrow + 4));
     COrderTradeParam param;
@@ -205,7 +205,7 @@ void CRoad::addParam(const CStatement& statement) {
 }
 
 /// `group BROKER NAME A1=0.6 A2=0.4`. The accounts must exist.
-void CRoad::addGroup(const CStatement& statement) {
+void CServiceRun::addGroup(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string broker, name;
     stream >> broker >> name;
@@ -215,13 +215,13 @@ void CRoad::addGroup(const CStatement& statement) {
     m_host.user.addGroup(numberAs<EQDBrokerType>(broker), name, members);
 }
 
-void CRoad::makeTraded(const QString& key) {
+void CServiceRun::makeTraded(const QString& key) {
     m_host.quotes.quotes.at(key)->m_nDayCount = 1;
     m_host.types.types.insert({kBasketType, key.toStdString()});
 }
 
 /// `stock MARKET CODE PRICE [UNIT]`
-void CRoad::addStock(const CStatement& statement) {
+void CServiceRun::addStock(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string market, code;
     double price = 0;
@@ -233,7 +233,7 @@ void CRoad::addStock(const CStatement& statement) {
 
 /// `instrument LIST KEY [market=...] [code=...] [price=...] [transfer=...]`: an instrument that is not a
 /// stock.
-void CRoad::addInstrument(const CStatement& statement) {
+void CServiceRun::addInstrument(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string list, key;
     stream >> list >> key;
@@ -248,7 +248,7 @@ void CRoad::addInstrument(const CStatement& statement) {
 }
 
 /// `reference KEY PRICE`: the reference price of a stock.
-void CRoad::setReference(const CStatement& statement) {
+void CServiceRun::setReference(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string key;
     stream >> key;
@@ -259,7 +259,7 @@ void CRoad::setReference(const CStatement& statement) {
 }
 
 /// `quote KEY PRICE`. `quote KEY none` removes the quote. `quote KEY empty` leaves a quote without any price.
-void CRoad::setQuote(const CStatement& statement) {
+void CServiceRun::setQuote(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string key, price;
     stream >> key >> price;
@@ -272,7 +272,7 @@ void CRoad::setQuote(const CStatement& statement) {
 }
 
 /// `position ACCOUNT MARKET CODE VOLUME`
-void CRoad::addPosition(const CStatement& statement) {
+void CServiceRun::addPosition(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string account, market, code;
     int volume = 0;
@@ -281,7 +281,7 @@ void CRoad::addPosition(const CStatement& statement) {
 }
 
 /// `portfolio KEY CODE VOLUME`: a portfolio with one position.
-void CRoad::addPortfolio(const CStatement& statement) {
+void CServiceRun::addPortfolio(const CStatement& statement) {
     std::istringstream stream(statement.rest);
     std::string key;
     const auto position = boost::make_shared<knservice::CPositionDetail>();
@@ -292,7 +292,7 @@ void CRoad::addPortfolio(const CStatement& statement) {
 }
 
 /// `split VOLUME ...`: the result of every volume split from now on.
-void CRoad::setSplit(const CStatement& statement) {
+void CServiceRun::setSplit(const CStatement& statement) {
     const std::vector<double> numbers = numbersOf(statement.rest);
     m_host.trade.split = [volumes = std::vector<int>(numbers.begin(), numbers.end())](const fake::CSplitCall&,
                                                                                       utils::KNError& error) {
@@ -302,7 +302,7 @@ void CRoad::setSplit(const CStatement& statement) {
 }
 
 /// `record TYPE PRICE`: from now on the host's setting puts this price type and price on every record.
-void CRoad::setRecord(const CStatement& statement) {
+void CServiceRun::setRecord(const CStatement& statement) {
     const std::vector<double> numbers = numbersOf(statement.rest);
     m_host.rules.onFixTimeRange = [numbers](CCodeOrderParam& record) {
         record.m_ePriceType = static_cast<EPriceType>(numbers.at(0));
@@ -310,11 +310,11 @@ void CRoad::setRecord(const CStatement& statement) {
     };
 }
 
-void CRoad::setMoneySplit(const CStatement& statement) {
+void CServiceRun::setMoneySplit(const CStatement& statement) {
     m_host.trade.moneyOverride = numbersOf(statement.rest);
 }
 
-std::map<std::string, CRoad::CSetter> CRoad::strategyWords() {
+std::map<std::string, CServiceRun::CSetter> CServiceRun::strategyWords() {
     return {
         {"price", [](auto& s, const auto& v) { settingOf(s).m_ePriceType = numberAs<EPriceType>(v); }},
         {"volume", [](auto& s, const auto& v) { s.m_nVolume = std::stoi(v); }},
@@ -344,7 +344,7 @@ std::map<std::string, CRoad::CSetter> CRoad::strategyWords() {
     };
 }
 
-std::map<std::string, CRoad::CAction> CRoad::roadStatements() {
+std::map<std::string, CServiceRun::CAction> CServiceRun::serviceStatements() {
     return {
         {"strategy", [this](const auto& s) { addStrategy(s); }},
         {"stop", [this](const auto& s) { stopStrategy(s); }},
@@ -361,7 +361,7 @@ std::map<std::string, CRoad::CAction> CRoad::roadStatements() {
     };
 }
 
-std::map<std::string, CRoad::CAction> CRoad::userStatements() {
+std::map<std::string, CServiceRun::CAction> CServiceRun::userStatements() {
     return {
         {"account", [this](const auto& s) { m_host.user.addAccount(s.rest); }},
         {"group", [this](const auto& s) { addGroup(s); }},
@@ -374,7 +374,7 @@ std::map<std::string, CRoad::CAction> CRoad::userStatements() {
     };
 }
 
-std::map<std::string, CRoad::CAction> CRoad::marketStatements() {
+std::map<std::string, CServiceRun::CAction> CServiceRun::marketStatements() {
     return {
         {"stock", [this](const auto& s) { addStock(s); }},
         {"instrument", [this](const auto& s) { addInstrument(s); }},
@@ -400,7 +400,7 @@ std::map<std::string, CRoad::CAction> CRoad::marketStatements() {
     };
 }
 
-std::map<std::string, CRoad::CAction> CRoad::tradeStatements() {
+std::map<std::string, CServiceRun::CAction> CServiceRun::tradeStatements() {
     return {
         {"logout", [this](const auto& s) { m_host.trade.loginStatus[s.rest] = 1; }},
         {"algo",

@@ -7,13 +7,13 @@
 #include <functional>
 #include <mutex>
 
-/// The clock of CRoad. The date and time of day never change, but seconds pass as usual. The pauses between
-/// two checks for files last their real time, or until wake(). Longer sleeps are waits for quotes:
+/// The clock of CServiceRun. The date and time of day never change, but seconds pass as usual. The pauses
+/// between two checks for files last their real time, or until wake(). Longer sleeps are waits for quotes:
 /// they are reported to onLongSleep and end at once.
-class CRoadClock : public utils::IClock {
+class CServiceRunClock : public utils::IClock {
 public:
-    CRoadClock() { utils::installClock(this); }
-    ~CRoadClock() override { utils::installClock(nullptr); }
+    CServiceRunClock() { utils::installClock(this); }
+    ~CServiceRunClock() override { utils::installClock(nullptr); }
 
     double time() override {
         return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
