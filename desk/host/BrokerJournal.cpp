@@ -32,7 +32,7 @@ CJournalRecord orderRecord(const CBrokerEvent& event) {
     fields.add("filled", order.m_nFilled);
     fields.add("filled_amount", fromMoney(order.m_nFilledAmount));
     fields.add("reason", order.m_strReason);
-    return {"order", fields.text(), {event.m_nNumber, {}, order.m_nId, {}}};
+    return {"order", fields.takeText(), {event.m_nNumber, {}, order.m_nId, {}}};
 }
 
 CJournalRecord fillRecord(const CBrokerEvent& event) {
@@ -48,7 +48,7 @@ CJournalRecord fillRecord(const CBrokerEvent& event) {
     fields.add("operation_type", order.m_eOperation);
     fields.add("price", fromMoney(event.m_fill.m_nPrice));
     fields.add("volume", event.m_fill.m_nVolume);
-    return {"fill", fields.text(), {event.m_nNumber, {}, {}, event.m_fill.m_nId}};
+    return {"fill", fields.takeText(), {event.m_nNumber, {}, {}, event.m_fill.m_nId}};
 }
 
 } // namespace

@@ -5,9 +5,22 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <iterator>
 
 namespace desk {
 namespace {
+
+/// A record of a command with two accounts has about this many characters.
+constexpr std::size_t kUsualSize = 2048;
+
+/// CJson writes numbers in this range without an exponent.
+constexpr double kSmallestFixed = 1e-4;
+constexpr double kLargestFixed = 1e15;
+/// Room for the sign, the digits before the point, the point, and the digits after it.
+constexpr std::size_t kFixedSize = 48;
 
 /// Whether the byte is written as it is. Other bytes need an escape, or belong to a character that must be
 /// checked.
@@ -18,6 +31,17 @@ bool isPlain(char byte) {
 
 } // namespace
 
+CFieldText::CFieldText() {
+    m_strText.reserve(kUsualSize);
+}
+
+/// Makes room for more characters, which the caller writes at the pointer.
+char* CFieldText::extend(std::size_t count) {
+    const std::size_t end = m_strText.size();
+    m_strText.resize(end + count);
+    return m_strText.data() + end;
+}
+
 void CFieldText::add(const char* key, const std::string& text) {
     addKey(key);
     addText(text);
@@ -25,9 +49,10 @@ void CFieldText::add(const char* key, const std::string& text) {
 
 void CFieldText::addText(const std::string& text) {
     if (std::all_of(text.begin(), text.end(), isPlain)) {
-        m_strText += '"';
-        m_strText += text;
-        m_strText += '"';
+        char* at = extend(text.size() + 2);
+        *at = '"';
+        text.copy(at + 1, text.size());
+        at[text.size() + 1] = '"';
     } else {
         m_strText += CJson(text).dump(-1, ' ', false, CJson::error_handler_t::replace);
     }
@@ -40,7 +65,9 @@ void CFieldText::add(const char* key, bool value) {
 
 void CFieldText::add(const char* key, std::int64_t value) {
     addKey(key);
-    m_strText += std::to_string(value);
+    char digits[24];
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), value).ptr;
+    m_strText.append(digits, end);
 }
 
 void CFieldText::add(const char* key, int value) {
@@ -63,10 +90,17 @@ void CFieldText::add(const std::string& key, double value) {
 }
 
 void CFieldText::addNumber(double value) {
-    if (TC::isInvalidPrice(value))
+    if (TC::isInvalidPrice(value)) {
         m_strText += "null";
-    else
+    } else if (const double size = std::fabs(value); size >= kSmallestFixed && size < kLargestFixed) {
+        char digits[kFixedSize];
+        const auto end =
+            std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed).ptr;
+        m_strText.append(digits, end);
+        if (value == std::trunc(value)) m_strText += ".0";
+    } else {
         m_strText += CJson(value).dump();
+    }
 }
 
 void CFieldText::add(const char* key, const CJson& value) {
@@ -92,9 +126,11 @@ void CFieldText::addComma() {
 void CFieldText::addKey(const char* key) {
     addComma();
     if (key == nullptr) return;
-    m_strText += '"';
-    m_strText += key;
-    m_strText += "\":";
+    const std::size_t size = std::strlen(key);
+    char* at = extend(size + 3);
+    *at = '"';
+    std::memcpy(at + 1, key, size);
+    std::memcpy(at + 1 + size, "\":", 2);
 }
 
 } // namespace desk

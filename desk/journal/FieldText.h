@@ -3,9 +3,11 @@
 #include "desk/journal/Json.h"
 #include "orderservice/base/Unset.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 namespace desk {
 
@@ -14,6 +16,8 @@ namespace desk {
 /// otherwise. Not thread-safe.
 class CFieldText {
 public:
+    CFieldText();
+
     void add(const char* key, const std::string& text);
     void add(const char* key, const char* text) { add(key, std::string(text)); }
     void add(const char* key, bool value);
@@ -42,8 +46,11 @@ public:
     void endList() { m_strText += ']'; }
 
     const std::string& text() const { return m_strText; }
+    /// Ends the writing.
+    std::string takeText() { return std::move(m_strText); }
 
 private:
+    char* extend(std::size_t count);
     void begin(const char* key, char bracket);
     void addComma();
     void addKey(const char* key);

@@ -67,6 +67,15 @@ void addCodesAndWeights(const TC::COrderComandParam& command, CFieldText& fields
     fields.endObject();
 }
 
+void addDocument(const char* key, const bson::BSONObj& document, CFieldText& fields) {
+    if (document.isEmpty()) {
+        fields.beginObject(key);
+        fields.endObject();
+    } else {
+        fields.add(key, kit::documentValue(document));
+    }
+}
+
 } // namespace
 
 CJournalRecord commandRecord(const TC::COrderComandParam& command, std::optional<int> task) {
@@ -82,7 +91,7 @@ CJournalRecord commandRecord(const TC::COrderComandParam& command, std::optional
     addCodesAndWeights(command, fields);
     fields.add("stop_loss_type", command.m_eStopLossType);
     fields.add("union", command.m_bUnion);
-    fields.add("extra", kit::documentValue(command.m_extra));
+    addDocument("extra", command.m_extra, fields);
     fields.add("tag", command.m_strTag);
     fields.add("algo_param", command.m_strAlgoParam);
     fields.add("platform", command.m_ePlatform);
@@ -91,7 +100,7 @@ CJournalRecord commandRecord(const TC::COrderComandParam& command, std::optional
     fields.add("strategy_type", command.m_eStrategyType);
     fields.add("remark", command.m_strRemark);
     fields.add("create_time", command.m_strCreateTime);
-    return {"command", fields.text(), {{}, task, {}, {}}};
+    return {"command", fields.takeText(), {{}, task, {}, {}}};
 }
 
 CJournalRecord intakeRecord(const TC::CIntakeReport& report) {
@@ -110,7 +119,7 @@ CJournalRecord intakeRecord(const TC::CIntakeReport& report) {
     fields.add("kept_as", report.m_strKeptAs.toStdString());
     fields.add("ignored_lines", std::int64_t{report.m_nIgnoredLines});
     fields.add("first_ignored", report.m_strFirstIgnored.toStdString());
-    return {"intake", fields.text(), {}};
+    return {"intake", fields.takeText(), {}};
 }
 
 CJson doorFields(const TC::CDoorReport& report) {
@@ -136,7 +145,7 @@ CJournalRecord messageRecord(const QString& text, TC::EMsgTypeDef type, TC::MsgL
     fields.add("text", text.toStdString());
     fields.add("type", type);
     fields.add("level", level);
-    return {"message", fields.text(), {}};
+    return {"message", fields.takeText(), {}};
 }
 
 CJson tradeErrorFields(const QString& text, const QString& title, std::int64_t commandSeq) {

@@ -31,7 +31,7 @@ ESqlFailure failureOf(int result) {
 
 CSqlDatabase openWith(const std::string& path, int flags) {
     sqlite3* raw = nullptr;
-    const int result = sqlite3_open_v2(path.c_str(), &raw, flags, nullptr);
+    const int result = sqlite3_open_v2(path.c_str(), &raw, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     CSqlDatabase database(raw);
     if (result != SQLITE_OK) throw CSqlError(raw != nullptr ? sqlite3_errmsg(raw) : sqlite3_errstr(result));
     waitForLocks(raw, true);

@@ -35,9 +35,10 @@ struct CSqlCloser {
 using CSqlDatabase = std::unique_ptr<sqlite3, CSqlCloser>;
 
 /// Opens or creates a database file. If another program has locked it, operations on it retry for up to
-/// kLockPatienceSeconds by the clock of base/Clock.h. Throws CSqlError.
+/// kLockPatienceSeconds by the clock of base/Clock.h. The caller guards the database and its statements:
+/// SQLite itself locks nothing for them, because it would do so for each argument. Throws CSqlError.
 CSqlDatabase openDatabase(const std::string& path);
-/// Opens an existing database file for reading. Throws CSqlError.
+/// Opens an existing database file for reading, with the same rule for threads. Throws CSqlError.
 CSqlDatabase openDatabaseToRead(const std::string& path);
 
 /// Sets whether operations wait for locks or fail at once.

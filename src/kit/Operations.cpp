@@ -1,7 +1,6 @@
 #include "orderservice/kit/Operations.h"
 
-#include <algorithm>
-#include <iterator>
+#include <unordered_map>
 
 namespace kit {
 namespace {
@@ -94,10 +93,16 @@ constexpr COperation kOperations[] = {
 
 } // namespace
 
+// Hosts call this several times for each order.
 const COperation* findOperation(TC::EOperationType operation) {
-    const auto found = std::find_if(std::begin(kOperations), std::end(kOperations),
-                                    [&](const COperation& row) { return row.m_eOperation == operation; });
-    return found != std::end(kOperations) ? found : nullptr;
+    static const auto rows = [] {
+        std::unordered_map<TC::EOperationType, const COperation*> byOperation;
+        for (const COperation& row : kOperations)
+            byOperation.emplace(row.m_eOperation, &row);
+        return byOperation;
+    }();
+    const auto found = rows.find(operation);
+    return found != rows.end() ? found->second : nullptr;
 }
 
 } // namespace kit

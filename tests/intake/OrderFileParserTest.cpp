@@ -454,7 +454,7 @@ TEST_F(OrderFileParser, AnOrderThatCannotBeReadIsNotInTheBatch) {
 
 TEST_F(OrderFileParser, RoomForTheOrdersOfALargeFileIsBounded) {
     parser().expectBytes(std::numeric_limits<long long>::max());
-    EXPECT_LE(parser().takeOrders().capacity(), 1 << 16);
+    EXPECT_LE(parser().takeOrders().capacity(), 1 << 17);
 }
 
 TEST_F(OrderFileParser, ASizeThatIsNotKnownTakesNoRoom) {
