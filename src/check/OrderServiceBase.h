@@ -141,6 +141,8 @@ public:
     std::string getCmdLog(const COrderStrategyParam& strategy, EQdTraderType& traderType) const;
 
 signals:
+    /// A variant with two passes emits the orders that it has checked, with a map of their strategies. The
+    /// map needs to live only until emit returns. COrderService passes the orders to the main thread.
     void sigPlaceLegalOrders(QVector<TC::orderParamForOrderService> orders,
                              const QMap<int, TC::COrderStrategyParam>* strategies);
 };

@@ -17,15 +17,19 @@ namespace TC {
 /// issued on the service thread, in the order of the calls.
 class ORDERSERVICE_EXPORT IOrderGate {
 public:
-    /// Places one order as a separate batch.
+    /// Places one order as a separate batch, like placeOrders.
     virtual void placeorder(COrderParam order) = 0;
-    /// Places the orders as one batch. An empty batch does nothing. After the service has shut down, the
-    /// orders are refused with a message.
+    /// Places the orders as one batch. An empty batch does nothing. There is no result: an order that fails
+    /// its check is reported. After the service has shut down, the orders are refused with a message.
     virtual void placeOrders(QVector<COrderParam> orders) = 0;
-    /// Cancels a task of the trading layer. There is no result; a failure is reported as a message.
+    /// Cancels a task of the trading layer. It is queued behind the orders that were passed in earlier. There
+    /// is no result; a failure is reported as a message. After the service has shut down, the cancel is
+    /// refused with a message.
     virtual void cancelOrder(int taskId) = 0;
     /// Releases `ticket` when all orders and cancels that this thread passed in earlier are done. The ticket
-    /// may be destroyed on any thread, so its destructor must not block. The default releases it at once.
+    /// may be destroyed on any thread, so its destructor must not block. An order is done when the service
+    /// thread has processed its batch; with a two-pass variant it may then still wait for the user. The
+    /// default releases the ticket at once.
     virtual void holdUntilProcessed(std::shared_ptr<const void> ticket) { ticket.reset(); }
     /// Passes the fields of a cancel by order to the host, on the calling thread. The host may change the
     /// fields.

@@ -73,9 +73,11 @@ struct CDiscardReport {
     long long m_nBytes = 0; ///< -1: the file cannot be read
 };
 
-/// Failures for which the user gets no message.
+/// Failures for which the user gets no message, unless stated otherwise.
 enum class EIncident {
-    OrdersDropped,      ///< orders were accepted, but nothing is sent for them
+    /// Orders were accepted, but nothing is sent for them. If they were lost between the two passes of a
+    /// two-pass variant, the user gets a message too.
+    OrdersDropped,
     CancelNotDone,      ///< a cancel found no task, or the cancel of an order failed
     HostFailed,         ///< a service of the host failed, and the message panel could not show it
     RowsLeftOut,        ///< a basket passed the check without some of its rows or positions to sell
@@ -132,8 +134,8 @@ ORDERSERVICE_EXPORT void reportToAudit(const CDiscardReport& report);
 ORDERSERVICE_EXPORT void reportUnplaced(const QVector<COrderParam>& orders);
 ORDERSERVICE_EXPORT void reportToAudit(const CIncidentReport& report);
 
-/// Reports orders to the audit that are dropped without a message to the user. channel: channel of the first
-/// order.
+/// Reports dropped orders to the audit. The user gets no message from this function. channel: channel of the
+/// first order.
 ORDERSERVICE_EXPORT void reportOrdersDropped(int channel, int orders, const QString& cause);
 
 /// The folder that the installed audit names. Empty if the audit names no folder or throws.

@@ -1,50 +1,228 @@
 #include "orderservice/service/LegalBatches.h"
 
-#include "orderservice/check/OrderServiceBase.h"
+#include "orderservice/base/Text.h"
+#include "orderservice/base/Thread.h"
+#include "orderservice/platform/Host.h"
 #include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/IntakeAudit.h"
 #include "orderservice/service/OrderService.h"
+#include "orderservice/service/OrderServiceAdapter.h"
 
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cstdio>
 #include <utility>
 
 namespace TC {
+namespace {
 
-CLegalBatches& CLegalBatches::instance() {
-    static CLegalBatches batches;
-    return batches;
+using CLegalOrders = QVector<orderParamForOrderService>;
+
+/// Why checked orders are dropped.
+struct CDropCause {
+    const char* m_pszMessage; ///< for the user
+    const char* m_pszAudit;
+};
+
+constexpr CDropCause kNoAdapter{"主线程未接收待确认指令", "no adapter received the checked orders"};
+constexpr CDropCause kAdapterEnded{"主线程已停止接收待确认指令",
+                                   "the adapter was deleted before it received the checked orders"};
+constexpr CDropCause kServiceEnded{"下单服务已关闭",
+                                   "the order service was deleted before the checked orders were placed"};
+constexpr CDropCause kNoService{"没有下单服务", "there is no order service that can place checked orders"};
+constexpr CDropCause kNoStrategies{"待确认指令没有策略", "the checked orders came without their strategies"};
+constexpr CDropCause kNotKept{"待确认指令无法保存", "the checked orders could not be kept"};
+constexpr const char* kInterrupted =
+    "an exception ended the placing of the checked orders; some of them may have been sent: ";
+
+void reportToUserAndAudit(const CLegalOrders& orders, const CDropCause& cause, const QString& auditCause) {
+    reportSafely(utils::fillText(QStringLiteral("[接口单]　%1, %2条指令未执行!"),
+                                 {QString::fromUtf8(cause.m_pszMessage), QString::number(orders.size())}));
+    reportOrdersDropped(orders.first().m_nChannel, orders.size(), auditCause);
 }
 
-const COrderStrategyMap* CLegalBatches::hold(const COrderStrategyMap* strategies) {
-    if (strategies == nullptr) return nullptr;
-    auto copy = std::make_unique<COrderStrategyMap>(*strategies);
-    copy->detach(); // a shared copy would make the next change of the host's map move its records
-    const COrderStrategyMap* held = copy.get();
+/// `detail` is appended to the cause for the audit.
+void reportDropped(const CLegalOrders& orders, const CDropCause& cause,
+                   const QString& detail = QString()) noexcept {
+    if (orders.isEmpty()) return;
+    if (!isHostInstalled()) { // somebody called the adapter without a host
+        std::fprintf(stderr, "order service: %d checked orders were dropped: %s\n", orders.size(),
+                     cause.m_pszAudit);
+        return;
+    }
+    const utils::CLibraryCall call;
+    runGuarded(QStringLiteral("待确认指令未执行"),
+               [&] { reportToUserAndAudit(orders, cause, QString::fromUtf8(cause.m_pszAudit) + detail); });
+}
+
+void dropWaiting(const COrderService* service, const CDropCause& cause) noexcept {
+    while (const std::optional<CLegalBatch> batch = CLegalBatches::instance().takeAny(service))
+        reportDropped(batch->m_orders, cause);
+}
+
+/// Keeps the batch. If this fails, reports it and returns null.
+const COrderStrategyMap* keepOrReport(COrderServiceBase& variant, const COrderService& service,
+                                      const CLegalOrders& orders,
+                                      const COrderStrategyMap& strategies) noexcept {
+    try {
+        return CLegalBatches::instance().keep({orders, strategies, &variant, &service});
+    } catch (...) {
+        reportDropped(orders, kNotKept, QStringLiteral(": ") + exceptionText());
+        return nullptr;
+    }
+}
+
+/// Queues the end of the batch behind all calls that the emission has queued on the main thread. If this is
+/// not possible, the batch ends now, on the emitting thread, where the adapter must not be called.
+void finishLater(const COrderStrategyMap* kept, bool isComplete) noexcept {
+    QCoreApplication* const app = QCoreApplication::instance();
+    const auto finish = [kept, isComplete] { CLegalBatches::instance().finish(kept, isComplete); };
+    const bool isQueued = app != nullptr && runGuarded(QStringLiteral("待确认指令无法排队"), [&] {
+                              QMetaObject::invokeMethod(app, finish, Qt::QueuedConnection);
+                          });
+    if (!isQueued) CLegalBatches::instance().finish(kept, true);
+}
+
+void forwardBatch(COrderServiceBase& variant, COrderService& service, const CLegalOrders& orders,
+                  const COrderStrategyMap* strategies) noexcept {
+    if (strategies == nullptr) return reportDropped(orders, kNoStrategies);
+    const COrderStrategyMap* const kept = keepOrReport(variant, service, orders, *strategies);
+    if (kept == nullptr) return;
+    const bool isComplete = runGuarded(QStringLiteral("sigPlaceLegalOrders的接收者异常"),
+                                       [&] { emit service.sigPlaceLegalOrders(orders, kept); });
+    finishLater(kept, isComplete);
+}
+
+/// Call it in a catch block.
+void reportInterrupted(const CLegalOrders& orders) noexcept {
+    if (orders.isEmpty()) return;
+    runGuarded(QStringLiteral("批次中断未记录"), [&] {
+        reportOrdersDropped(orders.first().m_nChannel, orders.size(),
+                            QString::fromUtf8(kInterrupted) + exceptionText());
+    });
+}
+
+/// The variant reports the failure of a single order itself. This report is for a failure of the variant.
+void placeBatch(COrderServiceBase& variant, const CLegalOrders& orders,
+                const COrderStrategyMap& strategies) noexcept {
+    try {
+        variant.placeLegalOrders(orders, &strategies);
+    } catch (...) {
+        reportFailure(QStringLiteral("批次中断"));
+        reportInterrupted(orders);
+    }
+}
+
+/// Orders of a host that calls the adapter with a map of its own.
+void placeByCurrentVariant(const CLegalOrders& orders, const COrderStrategyMap* strategies) noexcept {
+    const COrderService* const service = COrderService::instance();
+    COrderServiceBase* const variant = service != nullptr ? service->getOrderService() : nullptr;
+    if (variant == nullptr) return reportDropped(orders, kNoService);
+    if (strategies == nullptr) return reportDropped(orders, kNoStrategies);
+    placeBatch(*variant, orders, *strategies);
+}
+
+} // namespace
+
+CLegalBatches& CLegalBatches::instance() {
+    static auto* const batches = new CLegalBatches;
+    return *batches;
+}
+
+const COrderStrategyMap* CLegalBatches::keep(CLegalBatch batch) {
+    batch.m_strategies.detach(); // the next change of a shared map would move the records of the other one
     const std::lock_guard lock(m_mutex);
-    m_held.emplace(held, std::move(copy));
-    return held;
+    CPlace& place = freePlace();
+    place.m_batch = std::move(batch);
+    place.m_eState = EState::Waiting;
+    return &place.m_batch.m_strategies;
+}
+
+CLegalBatches::CPlace& CLegalBatches::freePlace() {
+    const auto found = std::find_if(m_places.begin(), m_places.end(),
+                                    [](const auto& entry) { return entry.second->m_eState == EState::Free; });
+    if (found != m_places.end()) return *found->second;
+    auto place = std::make_unique<CPlace>();
+    const COrderStrategyMap* const address = &place->m_batch.m_strategies;
+    return *m_places.emplace(address, std::move(place)).first->second;
+}
+
+bool CLegalBatches::isOwn(const COrderStrategyMap* strategies) const {
+    const std::lock_guard lock(m_mutex);
+    return m_places.count(strategies) > 0;
+}
+
+CLegalBatch CLegalBatches::takeFrom(CPlace& place) {
+    place.m_eState = EState::Taken;
+    return place.m_batch;
+}
+
+std::optional<CLegalBatch> CLegalBatches::take(const COrderStrategyMap* strategies) {
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_places.find(strategies);
+    if (found == m_places.end() || found->second->m_eState != EState::Waiting) return std::nullopt;
+    return takeFrom(*found->second);
+}
+
+std::optional<CLegalBatch> CLegalBatches::takeAny(const COrderService* service) {
+    const std::lock_guard lock(m_mutex);
+    for (const auto& [address, place] : m_places) {
+        const bool isOfService = service == nullptr || place->m_batch.m_pService == service;
+        if (place->m_eState == EState::Waiting && isOfService) return takeFrom(*place);
+    }
+    return std::nullopt;
 }
 
 void CLegalBatches::release(const COrderStrategyMap* strategies) {
-    decltype(m_held)::node_type
-        released; // declared before the lock, so that it is destroyed after the unlock
+    CLegalBatch released; // declared before the lock, so that it is destroyed after the unlock
     const std::lock_guard lock(m_mutex);
-    released = m_held.extract(strategies);
+    const auto found = m_places.find(strategies);
+    if (found == m_places.end()) return;
+    std::swap(released, found->second->m_batch);
+    found->second->m_eState = EState::Free;
+}
+
+void CLegalBatches::finish(const COrderStrategyMap* strategies, bool isComplete) {
+    const utils::CLibraryCall call;
+    const COrderServiceAdapter* const adapter = isComplete ? nullptr : COrderServiceAdapter::instance();
+    if (adapter != nullptr && adapter->m_connection) placeReceivedOrders({}, strategies);
+    if (const std::optional<CLegalBatch> batch = take(strategies)) reportDropped(batch->m_orders, kNoAdapter);
+    release(strategies);
 }
 
 std::size_t CLegalBatches::size() const {
     const std::lock_guard lock(m_mutex);
-    return m_held.size();
+    return static_cast<std::size_t>(std::count_if(m_places.begin(), m_places.end(), [](const auto& entry) {
+        return entry.second->m_eState != EState::Free;
+    }));
 }
 
 // The connection must be direct. A queued one would use the pointer after the variant's map has ended.
-void forwardLegalOrders(const COrderServiceBase& variant, COrderService& service) {
-    const auto forward = [&service](const QVector<orderParamForOrderService>& orders,
-                                    const COrderStrategyMap* strategies) {
-        runGuarded(QStringLiteral("sigPlaceLegalOrders的接收者异常"), [&] {
-            emit service.sigPlaceLegalOrders(orders, CLegalBatches::instance().hold(strategies));
-        });
+void forwardLegalOrders(COrderServiceBase& variant, COrderService& service) {
+    const auto receive = [&variant, &service](const CLegalOrders& orders,
+                                              const COrderStrategyMap* strategies) {
+        forwardBatch(variant, service, orders, strategies);
     };
-    QObject::connect(&variant, &COrderServiceBase::sigPlaceLegalOrders, &service, forward,
+    QObject::connect(&variant, &COrderServiceBase::sigPlaceLegalOrders, &service, receive,
                      Qt::DirectConnection);
+}
+
+void placeReceivedOrders(const CLegalOrders& orders, const COrderStrategyMap* strategies) noexcept {
+    const utils::CLibraryCall call;
+    if (!CLegalBatches::instance().isOwn(strategies)) return placeByCurrentVariant(orders, strategies);
+    const std::optional<CLegalBatch> batch = CLegalBatches::instance().take(strategies);
+    if (!batch) return; // it was placed or reported earlier
+    if (batch->m_variant == nullptr) return reportDropped(batch->m_orders, kServiceEnded);
+    placeBatch(*batch->m_variant, batch->m_orders, batch->m_strategies);
+}
+
+void dropAtEndOfAdapter() noexcept {
+    dropWaiting(nullptr, kAdapterEnded);
+}
+
+void dropAtEndOfService(const COrderService& service) noexcept {
+    dropWaiting(&service, kServiceEnded);
 }
 
 } // namespace TC

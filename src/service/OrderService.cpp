@@ -13,6 +13,7 @@
 #include "orderservice/platform/TradeClient.h"
 #include "orderservice/platform/TradeFrameworkSource.h"
 #include "orderservice/platform/UserConfig.h"
+#include "orderservice/service/LegalBatches.h"
 #include "orderservice/service/OrderQueue.h"
 #include "orderservice/service/Settings.h"
 #include "orderservice/service/StrategyRegistry.h"
@@ -157,6 +158,7 @@ COrderService::~COrderService() {
         std::fputs("order service: COrderService was deleted inside a call-back\n", stderr);
         std::abort();
     }
+    dropAtEndOfService(*this);
     disconnect();
 }
 
@@ -236,6 +238,7 @@ void COrderService::unbind() {
     if (wasRunning) announceStatus(false);
 }
 
+/// A variant with two passes also needs forwardLegalOrders (service/LegalBatches.h).
 void COrderService::chooseVariant(const CUserConfig& user) {
     if (m_orderService) return;
     if (hostCall<&CUserConfig::hasOrderService>.on(user)) {

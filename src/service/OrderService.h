@@ -72,6 +72,11 @@ public:
     /// strategy; a second call does nothing. Like release, it is refused with a message inside a call-back of
     /// the library. It waits until the host's services that run on the library's threads have returned. If
     /// such a service waits for the thread that calls shutdown, shutdown never returns.
+    ///
+    /// Batches of a two-pass variant that wait for the user's confirmation are not finished here: they are
+    /// delivered on the main thread, which usually waits in this call. After shutdown they are delivered if
+    /// the main thread runs its event loop before it releases the adapter. Batches that are left when the
+    /// adapter or the service is released are reported as dropped.
     void shutdown();
 
     /// For a user who does not want to wait for shutdown any longer. The service finishes the current order
@@ -95,12 +100,18 @@ public:
     /// The interfaces that loadSettings has read, in the order of the document.
     const knservice::TradeInterfaceList& interfaces() const { return m_interfaces; }
 
-    /// Any thread; queued. On the service's own thread the orders are processed before the call returns.
+    /// Any thread; queued. On the service's own thread the orders are processed before the call returns. The
+    /// call emits sigPlaceOrders; if a receiver throws, the exception is reported and the orders are still
+    /// placed.
     void placeorder(COrderParam order) override;
     void placeOrders(QVector<COrderParam> orders) override;
-    /// Passes checked orders to the variant on the caller's thread. Does nothing if there is no variant.
+    /// Passes checked orders of the host to the variant on the caller's thread, with a copy of the current
+    /// strategies. Does nothing if there is no variant. Exceptions of the variant reach the caller.
     void placeLegalOrders(QVector<orderParamForOrderService> orders);
+    /// Any thread; queued behind the orders that were placed before. The call emits sigCancelOrder; if a
+    /// receiver throws, the exception is reported and the task is still cancelled.
     void cancelOrder(int taskId) override;
+    /// Any thread. After shutdown the ticket is released at once.
     void holdUntilProcessed(std::shared_ptr<const void> ticket) override;
     /// Emits sigCancelOrders on the calling thread. Throws CHostError if a receiver throws; the order file is
     /// then not read further.
@@ -160,9 +171,10 @@ public:
     std::uint64_t revision() const override;
 
 signals:
-    /// Checked orders for the main thread; COrderServiceAdapter receives them. Emitted on the thread that
-    /// processed the batch. The map belongs to the library, which destroys it when the adapter has placed the
-    /// orders. So a receiver of the host must use a direct connection, or must not use the map.
+    /// Checked orders for the main thread; COrderServiceAdapter receives them and has them placed. Emitted on
+    /// the thread that processed the batch. The map belongs to the library. A receiver with a direct
+    /// connection may use it until it returns. A queued receiver on the main thread may use it too, but not
+    /// after it has run an event loop. Other receivers must not use the map.
     void sigPlaceLegalOrders(QVector<TC::orderParamForOrderService> orders,
                              const QMap<int, TC::COrderStrategyParam>* strategies);
     /// A strategy was started or stopped; the argument is hasRunning(). Emitted with the registry locked.
@@ -180,9 +192,18 @@ signals:
     void sigCancelOrders(std::vector<std::string>& fields);
 
 public slots:
+    /// The slots run on the service's thread and report every exception of the host. The library calls them
+    /// itself.
+
+    /// Passes the new trading day of CExchangeClient to the trade framework.
     void slotNewTradingDate(std::string date);
+    /// Processes a batch with the variant. Orders that cannot be processed are reported, for instance if no
+    /// user is bound or dropBacklog was called.
     void slotPlaceOrders(QVector<TC::COrderParam> orders);
+    /// Passes the cancel of a task to CTradeClient.
     void slotCancelOrder(int taskId);
+    /// Receives the answer to a cancel by order from CTradeClient. If the cancel failed, the audit gets
+    /// `message`, the text of the failure. Answers after shutdown are received on the thread of the host.
     void slotDbfCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
 
 protected:

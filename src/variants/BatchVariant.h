@@ -9,14 +9,18 @@ namespace TC {
 
 /// How the processing of a batch ended.
 enum class EBatchEnd {
-    Processed,      ///< every order was processed
-    EndedByRule,    ///< an order ended the batch; the variant has reported the orders after it as dropped
-    StoppedByOwner, ///< the owner ended the batch; nobody has reported the remaining orders yet
+    Processed,   ///< every order was processed
+    EndedByRule, ///< an order ended the batch; the variant has reported the orders after it as dropped
+    /// The owner ended the batch; nobody has reported the orders from m_nBegun on. The orders before m_nBegun
+    /// are the variant's: a variant with two passes still emits those of them that passed their check.
+    StoppedByOwner,
 };
 
 struct CBatchResult {
     EBatchEnd m_eEnd = EBatchEnd::Processed;
-    int m_nBegun = 0; ///< the orders before this index were begun, the others were not
+    /// The orders before this index were begun, the others were not. In a variant with two passes an order is
+    /// begun when its check begins.
+    int m_nBegun = 0;
 };
 
 /// Decides whether a batch continues. Called on the thread that processes the batch.
@@ -29,9 +33,21 @@ protected:
     ~IBatchOwner() = default;
 };
 
-/// A variant that asks for each strategy when it needs it. A variant with two passes also emits
-/// sigPlaceLegalOrders, with a map of the strategies that it used. That map needs to live only until emit
-/// returns: forwardLegalOrders (service/LegalBatches.h) copies it.
+/// A variant that asks for each strategy when it needs it. COrderService::chooseVariant makes the variant of
+/// a user; a new variant is added there.
+///
+/// A variant with two passes checks the whole batch in processBatch. Then it emits sigPlaceLegalOrders once,
+/// with the orders that passed and a map of their strategies. Its second pass is placeLegalOrders, on the
+/// main thread.
+/// - chooseVariant must also call forwardLegalOrders (service/LegalBatches.h) for it. Otherwise nobody
+///   receives its signal, and its orders are lost without a report.
+/// - The map must not be null. It needs to live only until emit returns: forwardLegalOrders copies it.
+/// - Each emitted batch is placed by placeLegalOrders of the same variant or reported as dropped, never both.
+/// - placeLegalOrders can be called again from inside the call, if it runs an event loop for a dialog. It
+///   reports an order that fails, and continues with the next one. An exception that leaves it is reported
+///   for the whole batch, because nobody knows which orders were sent.
+/// - A ticket of IOrderGate::holdUntilProcessed is released after the first pass. So it does not limit the
+///   number of batches that wait for the user.
 class IBatchVariant {
 public:
     /// Processes the batch on the calling thread. For each order it calls mayBegin and then strategyOf, so an

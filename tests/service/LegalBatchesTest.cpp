@@ -1,25 +1,68 @@
-// Checked orders on their way to the main thread, with the strategies that their signal points to.
+// Checked orders on their way from a variant to the main thread: each batch is placed by its variant or
+// reported as dropped.
 #include "orderservice/service/LegalBatches.h"
 
 #include "orderservice/check/OrderServiceBase.h"
+#include "orderservice/platform/Host.h"
 #include "orderservice/service/OrderServiceAdapter.h"
 #include "tests/service/ServiceFixture.h"
 
 #include <QCoreApplication>
+#include <QThread>
 
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <new>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
+
+namespace {
+
+thread_local bool t_failsNextNew = false;
+
+} // namespace
+
+/// Throws once on a thread that has set t_failsNextNew.
+void* operator new(std::size_t size) {
+    if (std::exchange(t_failsNextNew, false)) throw std::bad_alloc();
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
 
 namespace {
 
 using namespace TC;
 
-/// A variant whose signal the tests emit.
-class CEmittingVariant final : public COrderServiceBase {
+/// A variant whose signal the tests emit. It remembers the volume of the strategy of each placed batch.
+class CTwoPassVariant final : public COrderServiceBase {
 public:
     void filterStrategies(COrderStrategyMap*) override {}
     void placeOrders(QVector<COrderParam>, const COrderStrategyMap*) override {}
+    void placeLegalOrders(QVector<orderParamForOrderService> orders,
+                          const COrderStrategyMap* strategies) override {
+        EXPECT_EQ(orders.size(), 2);
+        EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
+        std::exchange(onPlace, [] {})();
+        placed.push_back(strategies->value(3).m_nVolume); // after onPlace: the map must still live
+    }
+
+    std::vector<int> placed;
+    std::function<void()> onPlace = [] {}; ///< called once
 };
 
 class LegalBatches : public ServiceFixture {
@@ -27,129 +70,402 @@ protected:
     void SetUp() override {
         ServiceFixture::SetUp();
         forwardLegalOrders(variant, service());
+        adapter = std::make_unique<COrderServiceAdapter>();
     }
+    void TearDown() override {
+        if (ownsSingleton) (void)adapter.release(); // the singleton deletes it
+        COrderServiceAdapter::release();
+        adapter.reset();
+        ServiceFixture::TearDown();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(CLegalBatches::instance().size(), 0u) << "a batch was not released";
+    }
+    void makeAdapterTheSingleton() {
+        COrderServiceAdapter::initInstance(adapter.get());
+        ownsSingleton = true;
+    }
+
     static COrderStrategyMap strategiesOf(int volume) {
         COrderStrategyMap strategies;
         strategies.insert(3, CStrategyBuilder().volume(volume));
         return strategies;
     }
     static QVector<orderParamForOrderService> orders() {
-        return {orderParamForOrderService(COrderBuilder(23).line(QStringLiteral("600000"), 10.5, 100))};
+        const orderParamForOrderService order(COrderBuilder(23).line(QStringLiteral("600000"), 10.5, 100));
+        return {order, order};
     }
     /// Emits on a thread that ends together with its map before the call returns.
-    void emitOnAThread(int volume) {
+    void emitOnAThread(int volume = 77) {
         std::thread([this, volume] {
             COrderStrategyMap own = strategiesOf(volume);
             emit variant.sigPlaceLegalOrders(orders(), &own);
             own[3].m_nVolume = -1;
         }).join();
     }
-    /// The number of maps that were held since the test began.
-    std::size_t heldMaps() const { return CLegalBatches::instance().size() - m_nBefore; }
+    template<typename Receiver>
+    void connectDirect(const Receiver& receiver) {
+        QObject::connect(&service(), &COrderService::sigPlaceLegalOrders, &service(), receiver,
+                         Qt::DirectConnection);
+    }
+    /// Expects that exactly one batch was dropped, for this reason, and that nothing was placed.
+    void expectDropped(const QString& message, const QString& auditCause) {
+        EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[接口单]　") + message +
+                                                            QStringLiteral(", 2条指令未执行!")});
+        expectIncident(auditCause);
+        EXPECT_TRUE(variant.placed.empty());
+    }
+    void expectIncident(const QString& cause) {
+        ASSERT_EQ(host.audit.incidents.size(), 1u);
+        EXPECT_EQ(host.audit.incidents[0].m_eIncident, EIncident::OrdersDropped);
+        EXPECT_EQ(host.audit.incidents[0].m_nChannel, 3);
+        EXPECT_EQ(host.audit.incidents[0].m_nOrders, 2);
+        EXPECT_EQ(host.audit.incidents[0].m_strCause, cause);
+    }
+    void expectPlaced(const std::vector<int>& volumes) {
+        EXPECT_EQ(variant.placed, volumes);
+        EXPECT_TRUE(host.audit.incidents.empty());
+    }
 
-    CEmittingVariant variant;
-
-private:
-    const std::size_t m_nBefore = CLegalBatches::instance().size();
+    CTwoPassVariant variant;
+    std::unique_ptr<COrderServiceAdapter> adapter;
+    bool ownsSingleton = false;
 };
 
-TEST_F(LegalBatches, QueuedStrategiesOutliveTheirEmitter) {
+TEST_F(LegalBatches, VariantThatCheckedTheOrdersPlacesThemOnTheMainThread) {
+    service().loadFromConfig(false);
+    emitOnAThread(77);
+    emitOnAThread(78);
+    EXPECT_TRUE(variant.placed.empty());
+    QCoreApplication::processEvents();
+    expectPlaced({77, 78});
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(LegalBatches, EmissionOnTheMainThreadIsPlacedAtOnce) {
+    const COrderStrategyMap strategies = strategiesOf(77);
+    emit variant.sigPlaceLegalOrders(orders(), &strategies);
+    expectPlaced({77});
+    QCoreApplication::processEvents();
+    expectPlaced({77});
+}
+
+TEST_F(LegalBatches, QueuedReceiverOfTheHostCanUseTheMap) {
     QObject receiver;
     std::vector<int> volumes;
     QObject::connect(
         &service(), &COrderService::sigPlaceLegalOrders, &receiver,
         [&](const QVector<orderParamForOrderService>& batch, const COrderStrategyMap* strategies) {
-            EXPECT_EQ(batch.size(), 1);
+            EXPECT_EQ(batch.size(), 2);
             volumes.push_back(strategies->value(3).m_nVolume);
         },
         Qt::QueuedConnection);
     emitOnAThread(77);
     emitOnAThread(78);
-    EXPECT_TRUE(volumes.empty());
     QCoreApplication::processEvents();
     EXPECT_EQ(volumes, (std::vector<int>{77, 78}));
+    expectPlaced({77, 78});
 }
 
-TEST_F(LegalBatches, StrategiesEndWhenTheAdapterHasPlacedTheOrders) {
-    service().loadFromConfig(false);
-    const COrderServiceAdapter adapter;
-    emitOnAThread(77);
-    emitOnAThread(78);
-    EXPECT_EQ(heldMaps(), 2u);
+TEST_F(LegalBatches, SeveralConnectionsToTheAdapterPlaceABatchOnce) {
+    QObject::connect(&service(), &COrderService::sigPlaceLegalOrders, adapter.get(),
+                     &COrderServiceAdapter::slotPlaceLegalOrders);
+    const COrderServiceAdapter second;
+    emitOnAThread();
     QCoreApplication::processEvents();
-    EXPECT_EQ(heldMaps(), 0u);
+    expectPlaced({77});
 }
 
-TEST_F(LegalBatches, StrategiesOutliveTheService) {
-    const COrderServiceAdapter adapter;
-    emitOnAThread(77);
+TEST_F(LegalBatches, AdapterThatTheHostConnectsItselfPlacesTheBatch) {
+    QObject::disconnect(&service(), nullptr, adapter.get(), nullptr);
+    QObject::connect(&service(), &COrderService::sigPlaceLegalOrders, adapter.get(),
+                     &COrderServiceAdapter::slotPlaceLegalOrders, Qt::QueuedConnection);
+    emitOnAThread();
+    QCoreApplication::processEvents();
+    expectPlaced({77});
+}
+
+TEST_F(LegalBatches, BatchWithoutAnAdapterIsReported) {
+    adapter.reset();
+    emitOnAThread();
+    QCoreApplication::processEvents();
+    expectDropped(QStringLiteral("主线程未接收待确认指令"),
+                  QStringLiteral("no adapter received the checked orders"));
+}
+
+TEST_F(LegalBatches, BatchOfABlockedSignalIsReported) {
+    service().blockSignals(true);
+    emitOnAThread();
+    QCoreApplication::processEvents();
+    expectDropped(QStringLiteral("主线程未接收待确认指令"),
+                  QStringLiteral("no adapter received the checked orders"));
+}
+
+TEST_F(LegalBatches, BatchThatWaitsWhenTheAdapterIsDeletedIsReported) {
+    emitOnAThread();
+    adapter.reset();
+    const QString message = QStringLiteral("主线程已停止接收待确认指令");
+    const QString cause = QStringLiteral("the adapter was deleted before it received the checked orders");
+    expectDropped(message, cause);
+    QCoreApplication::processEvents();
+    expectDropped(message, cause);
+}
+
+TEST_F(LegalBatches, EndOfAnAdapterWithoutAConnectionDropsNothing) {
+    auto other = std::make_unique<COrderServiceAdapter>();
+    QObject::disconnect(&service(), nullptr, other.get(), nullptr);
+    emitOnAThread();
+    other.reset();
+    QCoreApplication::processEvents();
+    expectPlaced({77});
+}
+
+TEST_F(LegalBatches, BatchIsPlacedAfterShutdownWhileTheAdapterLives) {
+    emitOnAThread();
     service().shutdown();
+    QCoreApplication::processEvents();
+    expectPlaced({77});
+}
+
+TEST_F(LegalBatches, BatchThatIsLeftAfterShutdownIsReported) {
+    emitOnAThread();
+    service().shutdown();
+    adapter.reset();
+    expectDropped(QStringLiteral("主线程已停止接收待确认指令"),
+                  QStringLiteral("the adapter was deleted before it received the checked orders"));
+}
+
+TEST_F(LegalBatches, BatchOfAReleasedServiceIsReportedAndNotPlacedByANewOne) {
+    emitOnAThread();
     COrderService::release();
-    EXPECT_EQ(heldMaps(), 1u);
-    COrderService::initInstance(new COrderService); // the orders of the old service must not disturb it
+    const QString cause =
+        QStringLiteral("the order service was deleted before the checked orders were placed");
+    expectDropped(QStringLiteral("下单服务已关闭"), cause);
+    COrderService::initInstance(new COrderService);
     service().loadFromConfig(false);
     QCoreApplication::processEvents();
-    EXPECT_EQ(heldMaps(), 0u);
+    expectDropped(QStringLiteral("下单服务已关闭"), cause);
 }
 
-TEST_F(LegalBatches, MissingMapStaysMissing) {
-    int calls = 0;
-    QObject::connect(
-        &service(), &COrderService::sigPlaceLegalOrders, &service(),
-        [&](const QVector<orderParamForOrderService>&, const COrderStrategyMap* strategies) {
-            ++calls;
-            EXPECT_EQ(strategies, nullptr);
-        },
-        Qt::DirectConnection);
-    emit variant.sigPlaceLegalOrders(orders(), nullptr);
-    EXPECT_EQ(calls, 1);
-    EXPECT_EQ(heldMaps(), 0u);
+TEST_F(LegalBatches, BatchOfADeletedVariantIsReported) {
+    auto other = std::make_unique<CTwoPassVariant>();
+    forwardLegalOrders(*other, service());
+    std::thread([&] {
+        const COrderStrategyMap strategies = strategiesOf(77);
+        emit other->sigPlaceLegalOrders(orders(), &strategies);
+    }).join();
+    other.reset();
+    QCoreApplication::processEvents();
+    expectDropped(QStringLiteral("下单服务已关闭"),
+                  QStringLiteral("the order service was deleted before the checked orders were placed"));
 }
 
-TEST_F(LegalBatches, ReceiverThatThrowsIsReported) {
-    QObject::connect(
-        &service(), &COrderService::sigPlaceLegalOrders, &service(),
-        [] { throw std::runtime_error("broken"); }, Qt::DirectConnection);
+TEST_F(LegalBatches, ReceiverThatThrowsBeforeTheAdapterDoesNotStopTheBatch) {
+    adapter.reset();
+    connectDirect([] { throw std::runtime_error("broken"); });
+    adapter = std::make_unique<COrderServiceAdapter>();
+    makeAdapterTheSingleton();
+    emitOnAThread();
+    QCoreApplication::processEvents();
+    expectPlaced({77});
+    EXPECT_EQ(host.messageTexts(),
+              std::vector<QString>{QStringLiteral("[接口单]　sigPlaceLegalOrders的接收者异常: broken")});
+}
+
+TEST_F(LegalBatches, ReceiverThatThrowsBehindTheAdapterDoesNotDoubleTheBatch) {
+    makeAdapterTheSingleton();
+    connectDirect([] { throw std::runtime_error("broken"); });
+    emitOnAThread();
+    QCoreApplication::processEvents();
+    expectPlaced({77});
+}
+
+/// The host has disconnected the adapter, perhaps because it places the batch itself.
+TEST_F(LegalBatches, ReceiverThatThrowsDoesNotBringTheBatchToADisconnectedAdapter) {
+    makeAdapterTheSingleton();
+    QObject::disconnect(&service(), nullptr, adapter.get(), nullptr);
+    connectDirect([] { throw std::runtime_error("broken"); });
+    emitOnAThread();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(variant.placed.empty());
+    expectIncident(QStringLiteral("no adapter received the checked orders"));
+}
+
+TEST_F(LegalBatches, BatchThatCannotBeKeptIsReported) {
+    const COrderStrategyMap strategies = strategiesOf(77);
+    const auto batch = orders();
+    t_failsNextNew = true;
+    emit variant.sigPlaceLegalOrders(batch, &strategies);
+    EXPECT_FALSE(t_failsNextNew);
+    expectDropped(QStringLiteral("待确认指令无法保存"),
+                  QStringLiteral("the checked orders could not be kept: std::bad_alloc"));
+    emit variant.sigPlaceLegalOrders(batch, &strategies);
+    EXPECT_EQ(variant.placed, std::vector<int>{77});
+}
+
+TEST_F(LegalBatches, BatchWhoseEndCannotBeQueuedIsReported) {
+    adapter.reset();
+    connectDirect([] { t_failsNextNew = true; });
+    emitOnAThread();
+    ASSERT_EQ(host.messageTexts().size(), 2u);
+    EXPECT_EQ(host.messageTexts()[0], QStringLiteral("[接口单]　待确认指令无法排队: std::bad_alloc"));
+    EXPECT_EQ(host.messageTexts()[1], QStringLiteral("[接口单]　主线程未接收待确认指令, 2条指令未执行!"));
+    expectIncident(QStringLiteral("no adapter received the checked orders"));
+}
+
+TEST_F(LegalBatches, BatchWithoutStrategiesIsReported) {
     emit variant.sigPlaceLegalOrders(orders(), nullptr);
-    ASSERT_EQ(host.messageTexts().size(), 1u);
-    EXPECT_TRUE(host.messageTexts()[0].contains(QStringLiteral("sigPlaceLegalOrders的接收者异常")));
+    expectDropped(QStringLiteral("待确认指令没有策略"),
+                  QStringLiteral("the checked orders came without their strategies"));
+}
+
+TEST_F(LegalBatches, ExceptionOfTheVariantStaysInTheSlotAndIsReported) {
+    variant.onPlace = [] { throw std::runtime_error("no dialog"); };
+    emitOnAThread();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[接口单]　批次中断: no dialog")});
+    expectIncident(
+        QStringLiteral("an exception ended the placing of the checked orders; some of them may have "
+                       "been sent: no dialog"));
+}
+
+TEST_F(LegalBatches, BatchesThatArriveDuringADialogArePlacedInsideIt) {
+    variant.onPlace = [this] {
+        emitOnAThread(78);
+        QCoreApplication::processEvents();
+    };
+    emitOnAThread(77);
+    QCoreApplication::processEvents();
+    expectPlaced({78, 77});
+}
+
+TEST_F(LegalBatches, ServiceCannotEndDuringADialog) {
+    variant.onPlace = [] {
+        COrderService::instance()->shutdown();
+        COrderService::release();
+    };
+    emitOnAThread();
+    QCoreApplication::processEvents();
+    expectPlaced({77});
+    ASSERT_NE(COrderService::instance(), nullptr);
+    EXPECT_EQ(host.messageTexts().size(), 2u);
+}
+
+TEST_F(LegalBatches, CallOfTheSlotWithoutAServiceIsReported) {
+    COrderService::release();
+    const COrderStrategyMap strategies = strategiesOf(77);
+    adapter->slotPlaceLegalOrders(orders(), &strategies);
+    expectDropped(QStringLiteral("没有下单服务"),
+                  QStringLiteral("there is no order service that can place checked orders"));
+    COrderService::initInstance(new COrderService);
+}
+
+TEST_F(LegalBatches, CallOfTheSlotWithoutAVariantIsReported) {
+    const COrderStrategyMap strategies = strategiesOf(77);
+    adapter->slotPlaceLegalOrders(orders(), &strategies);
+    expectDropped(QStringLiteral("没有下单服务"),
+                  QStringLiteral("there is no order service that can place checked orders"));
+}
+
+TEST_F(LegalBatches, CallOfTheSlotWithoutStrategiesIsReported) {
+    service().loadFromConfig(false);
+    adapter->slotPlaceLegalOrders(orders(), nullptr);
+    expectDropped(QStringLiteral("待确认指令没有策略"),
+                  QStringLiteral("the checked orders came without their strategies"));
+}
+
+TEST(LegalBatchesWithoutAHost, CallOfTheSlotIsReportedOnTheErrorStream) {
+    ASSERT_FALSE(isHostInstalled());
+    COrderServiceAdapter adapter;
+    const COrderStrategyMap strategies;
+    testing::internal::CaptureStderr();
+    adapter.slotPlaceLegalOrders({orderParamForOrderService(COrderBuilder(23))}, &strategies);
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(),
+        "order service: 1 checked orders were dropped: there is no order service that can place checked "
+        "orders\n");
+}
+
+/// Records of a host may need the host in their destructors. At the end of the process it does not exist any
+/// more.
+TEST(LegalBatchesWithoutAHost, LeftBatchIsNotDestroyedAtTheEndOfTheProcess) {
+    const auto endProcess = [] {
+        COrderStrategyMap strategies;
+        strategies[3].m_algoSetting = CAlgorithmOrderSettingPtr(
+            new CAlgorithmOrderSetting, [](const CAlgorithmOrderSetting*) { std::abort(); });
+        CLegalBatches::instance().keep({{}, strategies, {}, nullptr});
+        strategies.clear();
+        std::exit(0);
+    };
+    EXPECT_EXIT(endProcess(), testing::ExitedWithCode(0), "");
 }
 
 /// The host keeps pointers to the records of its map. A copy that shared the map's data would move them at
 /// the next change.
-TEST_F(LegalBatches, HeldMapSharesNothingWithTheOriginal) {
+TEST(LegalBatchesList, KeptMapSharesNothingWithTheOriginal) {
     CLegalBatches batches;
-    COrderStrategyMap original = strategiesOf(77);
+    COrderStrategyMap original;
+    original.insert(3, CStrategyBuilder().volume(77));
     const COrderStrategyParam* record = &original.find(3).value();
-    const COrderStrategyMap* held = batches.hold(&original);
-    ASSERT_NE(held, &original);
+    const COrderStrategyMap* kept = batches.keep({{}, original, {}, nullptr});
+    ASSERT_NE(kept, &original);
     original[3].m_nVolume = 78;
     EXPECT_EQ(&original.find(3).value(), record);
-    EXPECT_EQ(held->value(3).m_nVolume, 77);
+    EXPECT_EQ(kept->value(3).m_nVolume, 77);
 }
 
-TEST_F(LegalBatches, ReleaseIgnoresMapsThatAreNotHeld) {
+TEST(LegalBatchesList, BatchIsTakenOnceAndKeptUntilItsRelease) {
     CLegalBatches batches;
-    const COrderStrategyMap foreign = strategiesOf(1);
-    const COrderStrategyMap* held = batches.hold(&foreign);
-    batches.release(nullptr);
-    batches.release(&foreign);
+    COrderStrategyMap strategies;
+    strategies.insert(3, CStrategyBuilder());
+    const COrderStrategyMap* kept = batches.keep({{}, strategies, {}, nullptr});
+    EXPECT_TRUE(batches.take(kept));
+    EXPECT_FALSE(batches.take(kept));
+    EXPECT_FALSE(batches.takeAny(nullptr));
+    EXPECT_EQ(kept->size(), 1);
     EXPECT_EQ(batches.size(), 1u);
-    batches.release(held);
-    batches.release(held);
+    batches.release(kept);
+    batches.release(kept);
     EXPECT_EQ(batches.size(), 0u);
+    EXPECT_TRUE(batches.isOwn(kept)) << "a signal that comes late must still find its address";
+    EXPECT_EQ(batches.keep({}), kept);
 }
 
-TEST_F(LegalBatches, MapsAreHeldAndReleasedOnAnyThread) {
+TEST(LegalBatchesList, BatchesOfAnotherServiceAreNotTaken) {
+    CLegalBatches batches;
+    const char services[2] = {}; // the pointers are only compared
+    const auto* mine = reinterpret_cast<const COrderService*>(&services[0]);
+    const auto* other = reinterpret_cast<const COrderService*>(&services[1]);
+    batches.keep({{}, {}, {}, mine});
+    EXPECT_FALSE(batches.takeAny(other));
+    EXPECT_TRUE(batches.takeAny(mine));
+}
+
+TEST(LegalBatchesList, OtherMapsAreIgnored) {
+    CLegalBatches batches;
+    const COrderStrategyMap foreign;
+    batches.keep({});
+    for (const COrderStrategyMap* map : {&foreign, static_cast<const COrderStrategyMap*>(nullptr)}) {
+        EXPECT_FALSE(batches.isOwn(map));
+        EXPECT_FALSE(batches.take(map));
+        batches.release(map);
+    }
+    EXPECT_EQ(batches.size(), 1u);
+}
+
+TEST(LegalBatchesList, BatchesAreKeptAndReleasedOnAnyThread) {
     constexpr int kThreads = 4;
     constexpr int kMaps = 100;
     CLegalBatches batches;
-    const COrderStrategyMap original = strategiesOf(77);
+    COrderStrategyMap original;
+    original.insert(3, CStrategyBuilder());
     std::vector<std::thread> threads;
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&] {
-            for (int n = 0; n < kMaps; ++n)
-                batches.release(batches.hold(&original));
+            for (int n = 0; n < kMaps; ++n) {
+                const COrderStrategyMap* kept = batches.keep({{}, original, {}, nullptr});
+                EXPECT_TRUE(batches.take(kept));
+                batches.release(kept);
+            }
         });
     }
     for (std::thread& thread : threads)

@@ -84,6 +84,18 @@ TEST_F(SharedStrategy, LoadTakesWhatTheHostHasWrittenToItsMap) {
     EXPECT_EQ(volume(), 78);
 }
 
+/// A host must not do this: its change is visible in the map, but orders use the strategy as it was.
+TEST_F(SharedStrategy, ChangeOfTheHostInItsOwnMapIsNotSeenByOrders) {
+    add(stoppedFile());
+    EXPECT_EQ(volume(), 1000);
+    writeWhileLocked([this] { host.user.strategies[3].m_nVolume = 77; });
+    EXPECT_EQ(volume(), 1000);
+    EXPECT_EQ(service().getStrategyMap()[3].m_nVolume, 77);
+    writeWhileLocked([this] { host.user.strategies.remove(3); });
+    EXPECT_NE(shared(), nullptr);
+    EXPECT_TRUE(service().getStrategyMap().isEmpty());
+}
+
 TEST_F(SharedStrategy, UserThatIsUnboundLeavesNoRecord) {
     add(stoppedFile());
     const COrderStrategyPtr before = shared();
