@@ -115,14 +115,11 @@ public:
 
     using CCommandCallback = boost::function<void(utils::KNError, int)>;
 
-    /// Passes a finished command of the order to COrderClient::orderCommands. Every command leaves the
-    /// library here. If the deployment switch "mdl_order_command_guard" is on, a command is refused with a
-    /// report if a record has no market, code, price or volume (check/CommandGuard.h). Any thread; the
-    /// command must not be null.
-    void sendCommand(const COrderComandParamPtr& command, const COrderParam& order) const;
-    /// Makes one command of checked records and sends it with sendCommand. If the guard is on, it first
-    /// leaves out records of a sale of all positions that cannot be sold. The remark is taken from the order;
-    /// `remark` and `callback` are ignored.
+    /// Makes one command of checked records and passes it to COrderClient::orderCommands. The remark is taken
+    /// from the order; `remark` and `callback` are ignored. If the deployment switch
+    /// "mdl_order_command_guard" is on, it first leaves out records of a sale of all positions that cannot be
+    /// sold, and refuses the command with a report if a record has no market, code, price or volume
+    /// (check/CommandGuard.h). Any thread.
     void doOrderCommand(EQdTraderType traderType, EQdHedgeType hedgeType, EFtSpecBtnBarType btnType,
                         const std::vector<CCodeOrderParam>& codes, std::map<std::string, double> weights,
                         EQdStopLossType stopLossType, bool unionCommand, CCommandCallback callback,

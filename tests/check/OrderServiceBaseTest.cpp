@@ -1,3 +1,4 @@
+#include "orderservice/check/AccountLookup.h"
 #include "tests/check/CheckFixture.h"
 
 #include <boost/make_shared.hpp>
@@ -141,6 +142,15 @@ TEST_F(AccountKey, NullAccountKeepsItsPlaceButGetsNoWeight) {
     EXPECT_TRUE(check(COrderBuilder(23), CStrategyBuilder()));
     EXPECT_EQ(accounts.size(), 3u);
     EXPECT_EQ(weights.size(), 2u);
+}
+
+TEST_F(AccountKey, WeightsCanBeTakenWithoutAnOrder) {
+    const std::vector<CAccountInfoPtr> some{host.user.accounts.at("A1"), nullptr,
+                                            host.user.accounts.at("A2")};
+    takeWeights(some, {0.5, 0.3}, weights);
+    EXPECT_TRUE(weights.empty()); // a ratio is missing
+    takeWeights(some, {0.5, 0.3, 0.2}, weights);
+    EXPECT_EQ(weights, (std::map<std::string, double>{{"A1", 0.5}, {"A2", 0.2}}));
 }
 
 TEST_F(AccountKey, BothPartsOfTheOrderReplaceTheKey) {
