@@ -1,10 +1,9 @@
 #include "orderservice/kit/TradingWords.h"
 
+#include "orderservice/base/FindRow.h"
 #include "orderservice/records/OrderNumbers.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <iterator>
 
 namespace kit {
 namespace {
@@ -49,9 +48,8 @@ constexpr CWord kPriceWords[] = {
 /// The word of the number. If it has none, the general word followed by the number.
 template<std::size_t N>
 QString wordOf(const CWord (&words)[N], int number, const char* general) {
-    const auto found = std::find_if(std::begin(words), std::end(words),
-                                    [&](const CWord& row) { return row.number == number; });
-    if (found != std::end(words)) return QString::fromUtf8(found->word);
+    const CWord* found = utils::findRow(words, [&](const CWord& row) { return row.number == number; });
+    if (found != nullptr) return QString::fromUtf8(found->word);
     return QString::fromUtf8(general) + QString::number(number);
 }
 
@@ -59,10 +57,10 @@ QString wordOf(const CWord (&words)[N], int number, const char* general) {
 const char* generalWordOf(const TC::COrderNumber* number) {
     if (number == nullptr) return kOrderWord;
     if (number->has(TC::kFlagFund)) return kFundWord;
-    for (const CFamilyWord& row : kFamilyOrderWords) {
-        if ((number->m_nFamilies & TC::familyBit(row.family)) != 0) return row.word;
-    }
-    return kOrderWord;
+    const CFamilyWord* found = utils::findRow(kFamilyOrderWords, [&](const CFamilyWord& row) {
+        return (number->m_nFamilies & TC::familyBit(row.family)) != 0;
+    });
+    return found != nullptr ? found->word : kOrderWord;
 }
 
 } // namespace
