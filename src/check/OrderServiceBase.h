@@ -58,14 +58,18 @@ public:
     bool isPriceTypeVailed(const COrderSetting& setting, const COrderParam& order,
                            const CPriceDataPtr& priceData, EOperationType op, EQDBrokerType broker,
                            const CStockInfo& stock) const;
+    /// The kind of the order; if it has none, the strategy's kind; if it has none either, a plain order.
     EOrderType getOrderType(const COrderParam& order, const COrderStrategyParam& strategy) const;
+    /// The platform of the algorithm that executes the order; the plain platform without an algorithm. Asks
+    /// the host.
     ETradePlatform getTradePlatform(const COrderParam& order, const COrderStrategyParam& strategy) const;
+    /// The family bit that a command of this family has.
     EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType) const;
     /// The label of a source kind at the start of every message; depends on the user's rights.
     QString getOrderStrategyText(EOrderStrategyType type) const;
 
     /// Subscribes to the quotes of an instrument. The caller keeps the result until it has finished with the
-    /// order.
+    /// order. `accounts` is not used.
     boost::shared_ptr<CQuoteRequest> prepareCode(const QString& code,
                                                  std::vector<CAccountInfoPtr>& accounts) const;
 

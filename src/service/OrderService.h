@@ -180,9 +180,17 @@ signals:
     void sigCancelOrders(std::vector<std::string>& fields);
 
 public slots:
+    /// The library queues its own signals and those of the host for the service's thread, which calls these
+    /// slots. A failure of the host is reported as a message.
+
+    /// Tells the trade framework that a new trading day has begun; `date` is the text of the host's signal.
     void slotNewTradingDate(std::string date);
+    /// Checks the batch and sends its commands.
     void slotPlaceOrders(QVector<TC::COrderParam> orders);
+    /// Passes the cancel of the task to CTradeClient::cancelTask.
     void slotCancelOrder(int taskId);
+    /// The result of the cancel of an order. A failure is reported to CIntakeAudit. After shutdown it is
+    /// called on the thread of the host's signal. Rows of tables are not supported yet.
     void slotDbfCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
 
 protected:

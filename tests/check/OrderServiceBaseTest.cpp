@@ -107,6 +107,16 @@ TEST_F(FrameCheck, OtherSourceIsReportedWithoutTheChannel) {
     EXPECT_EQ(onlyMessage(), QStringLiteral("[文件单]　通道号: 文件单, 对应的策略类型不匹配!"));
 }
 
+TEST_F(FrameCheck, PreparedCodeIsSubscribedUntilTheCallerDropsTheResult) {
+    std::vector<CAccountInfoPtr> accounts{host.user.accounts.at("A1")};
+    auto request = service.prepareCode(QStringLiteral("SH600000"), accounts);
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600000")});
+    EXPECT_EQ(host.quotes.liveSubscriptions, 1);
+    EXPECT_EQ(accounts.size(), 1u);
+    request.reset();
+    EXPECT_EQ(host.quotes.liveSubscriptions, 0);
+}
+
 class AccountKey : public CheckFixture {
 protected:
     bool check(const COrderParam& order, const COrderStrategyParam& strategy, bool fillWeights = true) {
