@@ -1,13 +1,13 @@
 #include "desk/commands/JournalText.h"
 
 #include "desk/journal/Json.h"
+#include "orderservice/base/FindRow.h"
 #include "orderservice/kit/Operations.h"
 #include "orderservice/records/Families.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <iterator>
 #include <sstream>
 
 namespace desk {
@@ -195,9 +195,9 @@ void showRecord(std::ostream& out, const CJson& record) {
     std::string time = word(record, "time");
     std::replace(time.begin(), time.end(), 'T', ' ');
     out << time << "  #" << word(record, "seq") << "  " << kind << "  ";
-    const auto found = std::find_if(std::begin(kKindTexts), std::end(kKindTexts),
-                                    [&](const CKindText& row) { return kind == row.m_pszKind; });
-    (found != std::end(kKindTexts) ? found->m_pfnShow : showKeys)(out, record);
+    const CKindText* found =
+        utils::findRow(kKindTexts, [&](const CKindText& row) { return kind == row.m_pszKind; });
+    (found != nullptr ? found->m_pfnShow : showKeys)(out, record);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "desk/config/Kinds.h"
 
+#include "orderservice/base/FindRow.h"
 #include "orderservice/platform/InstrumentTypes.h"
 
 #include <algorithm>
@@ -47,9 +48,7 @@ constexpr CMarketWord kMarketWords[] = {
     {"SGT", EKind::Sgt}, {"HGT", EKind::Hgt}, {"NEEQ", EKind::Neeq}, {"GOLD", EKind::Gold}};
 
 const CBrokerKinds* kindsOf(EBroker broker) {
-    const auto found = std::find_if(std::begin(kBrokerKinds), std::end(kBrokerKinds),
-                                    [&](const CBrokerKinds& row) { return row.m_eBroker == broker; });
-    return found != std::end(kBrokerKinds) ? found : nullptr;
+    return utils::findRow(kBrokerKinds, [&](const CBrokerKinds& row) { return row.m_eBroker == broker; });
 }
 
 } // namespace

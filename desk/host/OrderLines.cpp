@@ -11,8 +11,6 @@
 namespace desk {
 namespace {
 
-constexpr double kSecond = 1.0;
-
 /// An amount without the zeros at its end: 11.02 instead of 11.0200.
 std::string shortMoney(CMoney money) {
     std::string text = moneyText(money);
@@ -84,8 +82,7 @@ void COrderLines::take(const CBrokerEvent& event) {
     const auto changed = m_changed.find(event.m_order.m_nId);
     if (changed != m_changed.end()) {
         changed->second = event.m_order;
-    } else if (m_nRoom > 0) {
-        --m_nRoom;
+    } else if (m_limit.pass()) {
         m_changed.emplace(event.m_order.m_nId, event.m_order);
     } else {
         count(event.m_order, m_unshown);
@@ -98,6 +95,7 @@ void COrderLines::count(const CPaperOrder& order, CUnshown& unshown) {
         ++unshown.m_nAccepted;
         break;
     case EOrderStatus::PartFilled:
+        ++unshown.m_nPartFilled;
         break;
     case EOrderStatus::Filled:
         ++unshown.m_nFilled;
@@ -132,10 +130,9 @@ void COrderLines::write(bool isSecondOver) {
         const std::lock_guard lock(m_mutex);
         changed.swap(m_changed);
         const double now = utils::getTime();
-        if (isSecondOver || now >= m_dSecondEnd) {
+        if (isSecondOver || m_limit.isOver(now)) {
             std::swap(unshown, m_unshown);
-            m_nRoom = kOrdersPerSecond;
-            m_dSecondEnd = now + kSecond;
+            m_limit.begin(now);
         }
     }
     for (const auto& [id, order] : changed)
@@ -164,6 +161,7 @@ std::string COrderLines::text(const CUnshown& unshown) {
         if (number != 0) numbers += (numbers.empty() ? "" : ", ") + std::to_string(number) + ' ' + word;
     };
     add(unshown.m_nAccepted, "accepted");
+    add(unshown.m_nPartFilled, "partly filled");
     add(unshown.m_nFilled, "filled");
     add(unshown.m_nCancelled, "CANCELLED");
     add(unshown.m_nRejected, "REJECTED");

@@ -2,6 +2,7 @@
 
 #include "desk/host/TextSink.h"
 #include "desk/paper/PaperRecords.h"
+#include "orderservice/base/SecondLimit.h"
 
 #include <map>
 #include <mutex>
@@ -39,11 +40,14 @@ private:
     /// Changes of the orders that got no line.
     struct CUnshown {
         int m_nAccepted = 0;
+        int m_nPartFilled = 0; ///< an order that is filled in several parts is counted several times
         int m_nFilled = 0;
         int m_nCancelled = 0;
         int m_nRejected = 0;
         std::map<std::string, CReason> m_reasons; ///< by the reason without its numbers
-        bool isEmpty() const { return m_nAccepted + m_nFilled + m_nCancelled + m_nRejected == 0; }
+        bool isEmpty() const {
+            return m_nAccepted + m_nPartFilled + m_nFilled + m_nCancelled + m_nRejected == 0;
+        }
     };
     static void count(const CPaperOrder& order, CUnshown& unshown);
     static void countReason(const std::string& reason, CUnshown& unshown);
@@ -54,8 +58,7 @@ private:
     CTextSink& m_sink;
     std::mutex m_mutex;
     std::map<int, CPaperOrder> m_changed; ///< the latest state of the orders that get a line, by order
-    int m_nRoom = kOrdersPerSecond;       ///< orders that still get a line in this second
-    double m_dSecondEnd = 0;
+    utils::CSecondLimit m_limit{kOrdersPerSecond}; ///< of orders that get a line
     CUnshown m_unshown;
 };
 

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <string>
 #include <utility>
 
 namespace desk {
@@ -32,14 +33,15 @@ void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
 
 utils::KNError CPaperOrderClient::pass(const TC::COrderComandParamPtr& command, int& task) {
     const std::lock_guard lock(m_mutex);
+    m_broker.waitForRoom();
     CQueuedCommand queued;
     queued.m_command = command;
     queued.m_nTask = task = m_broker.reserveTask();
     const utils::KNError error =
         m_journal.append(commandRecord(*command, queued.m_nTask), &queued.m_nReference);
     if (!error.isSuccess()) return error;
-    queued.m_onRefused = [this, seq = queued.m_nReference](const utils::KNError& refusal) {
-        refuse(refusal.errorMsg(), seq);
+    queued.m_onRefused = [this, task, seq = queued.m_nReference](const utils::KNError& refusal) {
+        refuse("task " + std::to_string(task) + " was not carried out: " + refusal.errorMsg(), seq);
     };
     m_broker.queueCommand(std::move(queued));
     return {};

@@ -16,8 +16,8 @@ namespace desk {
 /// command, it is not executed, because no order may exist without a record. A command that needs
 /// confirmation is declined, unless the configuration accepts such commands; its record has no task. If a
 /// command does not reach the broker, the reason goes to the sink and, as a trade_error, to the journal. If
-/// the broker's store refuses a command that is already recorded, the trade_error names the record, and the
-/// task's number is never used again.
+/// the broker's store refuses a command that is already recorded, the trade_error names the record and the
+/// task, and the task's number is never used again.
 class CPaperOrderClient : public TC::COrderClient {
 public:
     /// `acceptForcedConfirm`: the desk's configuration replaces the user's confirmation.
@@ -28,7 +28,8 @@ public:
     void showTradeError(const QString& text, const QString& title) override;
 
 private:
-    /// Journals the command with the next task number and queues it. Fails if the journal refuses it.
+    /// Waits for room in the broker's queue. Then journals the command with the next task number and queues
+    /// it. Fails if the journal refuses it.
     utils::KNError pass(const TC::COrderComandParamPtr& command, int& task);
     void decline(const TC::COrderComandParam& command);
     void refuse(const std::string& text, std::int64_t commandSeq);

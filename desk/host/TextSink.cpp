@@ -8,8 +8,6 @@
 namespace desk {
 namespace {
 
-constexpr double kSecond = 1.0;
-
 const char* nameOf(EFloodLine kind) {
     switch (kind) {
     case EFloodLine::Refusal:
@@ -39,25 +37,20 @@ void CTextSink::writeLine(const std::string& text) {
 void CTextSink::writeFloodLine(EFloodLine kind, bool isRecorded, const std::string& text) {
     const std::lock_guard lock(m_mutex);
     if (!isRecorded) return write(text);
-    CFlood& flood = m_floods[kind];
+    utils::CSecondLimit& flood = m_floods.try_emplace(kind, kLinesPerSecond).first->second;
     const double now = utils::getTime();
-    if (now >= flood.m_dEnd) {
+    if (flood.isOver(now)) {
         reportLeftOut(kind, flood);
-        flood = {now + kSecond, 0, 0};
+        flood.begin(now);
     }
-    if (flood.m_nShown == kLinesPerSecond) {
-        ++flood.m_nLeftOut;
-        return;
-    }
-    ++flood.m_nShown;
-    write(text);
+    if (flood.pass()) write(text);
 }
 
 void CTextSink::poll() {
     const std::lock_guard lock(m_mutex);
     const double now = utils::getTime();
     for (auto& [kind, flood] : m_floods) {
-        if (now >= flood.m_dEnd) reportLeftOut(kind, flood);
+        if (flood.isOver(now)) reportLeftOut(kind, flood);
     }
 }
 
@@ -65,11 +58,11 @@ void CTextSink::write(const std::string& text) {
     m_stream << text << '\n' << std::flush;
 }
 
-void CTextSink::reportLeftOut(EFloodLine kind, CFlood& flood) {
-    if (flood.m_nLeftOut == 0) return;
-    write("(" + std::string(nameOf(kind)) + ": " + counted(flood.m_nLeftOut, "more line") +
+void CTextSink::reportLeftOut(EFloodLine kind, utils::CSecondLimit& flood) {
+    const int leftOut = flood.takeLeftOut();
+    if (leftOut == 0) return;
+    write("(" + std::string(nameOf(kind)) + ": " + counted(leftOut, "more line") +
           " in one second; the journal has each of them)");
-    flood.m_nLeftOut = 0;
 }
 
 } // namespace desk

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/SecondLimit.h"
+
 #include <iosfwd>
 #include <map>
 #include <mutex>
@@ -35,17 +37,12 @@ public:
     void poll();
 
 private:
-    struct CFlood {
-        double m_dEnd = 0; ///< end of the kind's current second, by the clock
-        int m_nShown = 0;
-        int m_nLeftOut = 0;
-    };
     void write(const std::string& text);
-    void reportLeftOut(EFloodLine kind, CFlood& flood);
+    void reportLeftOut(EFloodLine kind, utils::CSecondLimit& flood);
 
     std::mutex m_mutex;
     std::ostream& m_stream;
-    std::map<EFloodLine, CFlood> m_floods;
+    std::map<EFloodLine, utils::CSecondLimit> m_floods; ///< the kinds that had lines
 };
 
 } // namespace desk

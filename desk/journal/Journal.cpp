@@ -95,7 +95,10 @@ utils::KNError CJournal::append(const std::string& kind, const CJson& fields, st
 utils::KNError CJournal::append(const CJournalRecord& record, std::int64_t* seq) {
     const std::lock_guard lock(m_mutex);
     utils::KNError error;
-    if (write(&record, 1, error) == 0) return error;
+    if (write(&record, 1, error) == 0) {
+        if (m_nDescriptor >= 0) ++m_nRefused;
+        return error;
+    }
     if (seq != nullptr) *seq = m_nLastSeq;
     return {};
 }
@@ -114,15 +117,12 @@ std::size_t CJournal::write(const CJournalRecord* records, std::size_t count, ut
         return 0;
     }
     if (!m_failure.isSuccess()) {
-        m_nRefused += static_cast<std::int64_t>(count);
         error = m_failure;
         return 0;
     }
     for (std::size_t i = 0; i < count; ++i)
         addWaiting(records[i]);
-    const std::size_t written = writeWaiting(error);
-    m_nRefused += static_cast<std::int64_t>(count - written);
-    return written;
+    return writeWaiting(error);
 }
 
 void CJournal::addWaiting(const CJournalRecord& record) {

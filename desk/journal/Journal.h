@@ -56,7 +56,8 @@ public:
     [[nodiscard]] utils::KNError append(const CJournalRecord& record, std::int64_t* seq = nullptr);
 
     /// Writes several records with one write, in their order. Returns how many of them, from the first, are
-    /// in the file now; the others are refused.
+    /// in the file now; the others are refused. The caller keeps those and appends them again later, so they
+    /// are not in the count of the `resumed` record.
     [[nodiscard]] std::size_t appendAll(const std::vector<CJournalRecord>& records);
 
     /// Checks whether the open file is still at the path and still has its written length. If the path has
@@ -71,7 +72,7 @@ public:
 
     /// Tries to end the failed state. Continues in the file at the path if checkFile could not, and ends a
     /// partial line. Then it writes the lines that wait since checkFile, a `resumed` record with the cause
-    /// and the number of records refused meanwhile, and the waiting `continued` record. If all of it is
+    /// and the number of records lost meanwhile, and the waiting `continued` record. If all of it is
     /// written, the failed state ends. Outside the failed state it does nothing and succeeds.
     [[nodiscard]] utils::KNError probe();
 
@@ -124,8 +125,8 @@ private:
     int m_nLastTask = 0;
     int m_nLastOrder = 0;
     int m_nLastFill = 0;
-    std::int64_t m_nRefused = 0;
-    bool m_bHalfLine = false; ///< the file ends within a line
+    std::int64_t m_nRefused = 0; ///< records that are lost; those of appendAll come again
+    bool m_bHalfLine = false;    ///< the file ends within a line
     bool m_bAfterCrash = false;
     bool m_bElsewhere = false;       ///< the path has another file or none
     std::int64_t m_nSize = 0;        ///< known size of the file in bytes

@@ -17,7 +17,7 @@ namespace desk {
 
 /// Kind `command`: the task, then the command. `task` is the number that cancels the command. If it is not
 /// set, the command was refused and the key is null. Kinds that each order has are made as texts at once,
-/// because that is faster; their keys are those of kit/RecordJson.h.
+/// because that is faster; their keys are in kit/RecordKeys.h.
 CJournalRecord commandRecord(const TC::COrderComandParam& command, std::optional<int> task);
 
 /// Kind `intake`.

@@ -4,9 +4,13 @@
 
 namespace desk {
 
-bool CCommandQueue::push(CQueuedCommand command) {
+void CCommandQueue::waitForRoom() {
     std::unique_lock lock(m_mutex);
     m_hasRoom.wait(lock, [this] { return !m_bServed || m_nOrders < kMostOrders; });
+}
+
+bool CCommandQueue::push(CQueuedCommand command) {
+    const std::lock_guard lock(m_mutex);
     // A command without orders takes room too.
     m_nOrders += command.m_command->m_codes.size() + 1;
     m_commands.push_back(std::move(command));

@@ -30,8 +30,12 @@ public:
     /// wait have no entry in the books yet.
     static constexpr std::size_t kMostOrders = 512;
 
-    /// Adds a command. While a worker serves the queue and too many orders wait, it waits for room. Returns
-    /// whether a worker serves the queue. If not, the caller must carry out the command.
+    /// While a worker serves the queue and too many orders wait, waits for room. Call it before push. Another
+    /// thread may take the room first; then the queue becomes longer than it should be, but nothing is lost.
+    void waitForRoom();
+
+    /// Adds a command. Returns whether a worker serves the queue. If not, the caller must carry out the
+    /// command.
     [[nodiscard]] bool push(CQueuedCommand command);
 
     /// Takes all commands that wait. Does not wait for any.

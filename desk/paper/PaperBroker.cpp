@@ -169,16 +169,6 @@ void CPaperBroker::carryOutAlone(const CQueuedCommand& command) {
     if (!error.isSuccess() && command.m_onRefused) command.m_onRefused(error);
 }
 
-utils::KNError CPaperBroker::placeCommand(const TC::COrderComandParam& command, std::int64_t reference,
-                                          int& taskId) {
-    const auto lock = lockBooks();
-    const int id = taskId != 0 ? taskId : m_book.reserveTask();
-    place(command, reference, id);
-    utils::KNError error = finishChange();
-    if (error.isSuccess()) taskId = id;
-    return error;
-}
-
 /// Adds a command to the present change. The next command of the change finds its orders in the book.
 void CPaperBroker::place(const TC::COrderComandParam& command, std::int64_t reference, int task) {
     m_book.newTask(task, reference, command.m_strRemark).m_nOrders = static_cast<int>(command.m_codes.size());

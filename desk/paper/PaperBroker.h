@@ -114,25 +114,22 @@ public:
     /// time as startWorker.
     void stopWorker();
 
+    /// Waits until the queue has room for another command. Call it before reserveTask: a command that is
+    /// recorded must not wait, because a cancel would not find it. Returns at once without the worker.
+    void waitForRoom() { m_queue.waitForRoom(); }
+
     /// Reserves the number of the next task, so that the caller can record the command with it before it
-    /// places the command. The number is used up even if no command is placed with it. Does not wait for the
+    /// queues the command. The number is used up even if no command is queued with it. Does not wait for the
     /// store.
     int reserveTask() { return m_book.reserveTask(); }
 
-    /// Queues a command. The rules of placeCommand apply to it, too. Waits only if very many orders are
-    /// queued.
+    /// Queues a command, which becomes one task with one order for each code, in their order. A refused order
+    /// becomes an order with the state rejected; a command is refused only if the store fails. A command
+    /// without codes becomes a task without orders. Does not wait; see waitForRoom.
     void queueCommand(CQueuedCommand command);
 
     /// Carries out the commands that are queued now. When it returns, they are stored or refused.
     void finishQueued();
-
-    /// Takes one command and makes one task with one order for each code, in their order. A refused order
-    /// becomes an order with the state rejected; the call fails only if the store fails. `reference` is the
-    /// caller's number for the command and is repeated in its events. `taskId` is a number from reserveTask,
-    /// or 0; if it is 0, it is set to the next number on success. A command without codes becomes a task
-    /// without orders.
-    [[nodiscard]] utils::KNError placeCommand(const TC::COrderComandParam& command, std::int64_t reference,
-                                              int& taskId);
 
     /// Cancels the waiting orders of a task. Fails if the task is unknown or has no waiting order.
     [[nodiscard]] utils::KNError cancelTask(int taskId, const std::string& reason);

@@ -1,6 +1,7 @@
 #include "desk/paper/PaperFamilies.h"
 
 #include "desk/config/Kinds.h"
+#include "orderservice/base/FindRow.h"
 #include "orderservice/base/Unset.h"
 #include "orderservice/records/Families.h"
 
@@ -97,17 +98,13 @@ constexpr COperationRule kOperationRules[] = {
 
 /// The first family of this kind. All families with the same instrument kind have the same payment.
 const CPaperFamily* familyOfKind(EKind kind) {
-    const auto found = std::find_if(std::begin(kFamilies), std::end(kFamilies),
-                                    [&](const CPaperFamily& row) { return row.m_eInstrumentKind == kind; });
-    return found != std::end(kFamilies) ? found : nullptr;
+    return utils::findRow(kFamilies, [&](const CPaperFamily& row) { return row.m_eInstrumentKind == kind; });
 }
 
 } // namespace
 
 const CPaperFamily* findPaperFamily(TC::EQdTraderType type) {
-    const auto found = std::find_if(std::begin(kFamilies), std::end(kFamilies),
-                                    [&](const CPaperFamily& row) { return row.m_eType == type; });
-    return found != std::end(kFamilies) ? found : nullptr;
+    return utils::findRow(kFamilies, [&](const CPaperFamily& row) { return row.m_eType == type; });
 }
 
 bool CPaperFamily::accepts(EQDBrokerType broker) const {
@@ -141,21 +138,18 @@ CMoney paidFor(EPayment payment, CMoney cost) {
 }
 
 const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTraderType family) {
-    const auto found =
-        std::find_if(std::begin(kOperationRules), std::end(kOperationRules), [&](const COperationRule& rule) {
-            return rule.m_eOperation == operation && (rule.m_nFamilies & bit(family)) != 0;
-        });
-    return found != std::end(kOperationRules) ? found : nullptr;
+    return utils::findRow(kOperationRules, [&](const COperationRule& rule) {
+        return rule.m_eOperation == operation && (rule.m_nFamilies & bit(family)) != 0;
+    });
 }
 
 const CPaperFamily* findClosingFamily(EKind kind, TC::EOperationType operation) {
     const kit::COperation* known = kit::findOperation(operation);
     if (known == nullptr || known->m_eEffect != kit::EOperationEffect::Close) return nullptr;
-    const auto found = std::find_if(std::begin(kFamilies), std::end(kFamilies), [&](const CPaperFamily& row) {
+    return utils::findRow(kFamilies, [&](const CPaperFamily& row) {
         const COperationRule* rule = findOperationRule(operation, row.m_eType);
         return row.m_eInstrumentKind == kind && rule != nullptr && rule->m_eClosing != EClosing::None;
     });
-    return found != std::end(kFamilies) ? found : nullptr;
 }
 
 bool isOperationOfAnyFamily(TC::EOperationType operation) {

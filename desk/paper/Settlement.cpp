@@ -3,10 +3,10 @@
 #include "desk/paper/CreditLedger.h"
 #include "desk/paper/Holds.h"
 #include "desk/paper/PaperFamilies.h"
+#include "orderservice/base/FindRow.h"
 
 #include <algorithm>
 #include <cassert>
-#include <iterator>
 
 namespace desk {
 namespace {
@@ -131,10 +131,9 @@ constexpr CSettler kSettlers[] = {
 };
 
 const CSettler* settlerOf(const kit::COperation& operation) {
-    const auto found = std::find_if(std::begin(kSettlers), std::end(kSettlers), [&](const CSettler& row) {
+    return utils::findRow(kSettlers, [&](const CSettler& row) {
         return row.m_eEffect == operation.m_eEffect && row.m_eBooking == operation.m_eBooking;
     });
-    return found != std::end(kSettlers) ? found : nullptr;
 }
 
 void settle(CPaperBook& book, CPaperOrder& order, CDeal deal) {

@@ -34,10 +34,16 @@ public:
 /// it alive while it is installed. Call this only while no other thread uses the library.
 ORDERSERVICE_EXPORT void installClock(IClock* clock);
 
-/// The operations of IClock, of the installed clock. Any thread.
+/// The next four functions call the installed clock. Any thread.
+
+/// Seconds on a monotonic clock. Use it for durations and deadlines.
 ORDERSERVICE_EXPORT double getTime();
+/// Blocks the calling thread for this many seconds.
 ORDERSERVICE_EXPORT void sleep(double seconds);
+/// Blocks the calling thread for this many seconds, or until the request is made. A clock of the host may
+/// ignore a request that is made during the sleep.
 ORDERSERVICE_EXPORT void sleepUnlessStopped(double seconds, const CStopRequest& stop);
+/// The local date and time.
 ORDERSERVICE_EXPORT QDateTime currentDateTime();
 
 /// The local date and time as text, "yyyy-MM-dd hh:mm:ss:zzz". It is the text of currentDateTime, but it is

@@ -27,6 +27,8 @@ namespace utils {
 /// True if the bytes are well-formed UTF-8: no overlong forms, no surrogates, no code point above U+10FFFF.
 ORDERSERVICE_EXPORT bool isValidUtf8(const char* bytes, std::size_t size);
 
+/// Converts between GBK and UTF-8. They never fail: a byte that cannot be read, or a character that the other
+/// encoding does not have, is replaced. Any thread.
 ORDERSERVICE_EXPORT std::string safeGbk2Utf8(const std::string& gbk);
 ORDERSERVICE_EXPORT std::string safeUtf82Gbk(const std::string& utf8);
 

@@ -62,8 +62,7 @@ void appendAccounts(const CUserConfig& user, const COrderStrategyParam& strategy
 }
 
 bool findOrderAccounts(const COrderParam& order, const COrderStrategyParam& strategy, QString& accountKey,
-                       std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios,
-                       std::map<std::string, double>* weights) {
+                       std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios) {
     if (!order.m_strAccountKeyPart1.isEmpty() && !order.m_strAccountKeyPart2.isEmpty()) {
         accountKey = getAccountFromOrderParam(order.m_strAccountKeyPart1, order.m_strAccountKeyPart2);
     }
@@ -75,12 +74,15 @@ bool findOrderAccounts(const COrderParam& order, const COrderStrategyParam& stra
             {orderStrategyText(order.m_eStrategyType), QString::number(strategy.m_nChannel)}));
         return false;
     }
-    if (weights != nullptr && ratios.size() == accounts.size()) {
-        for (std::size_t i = 0; i < accounts.size(); ++i) {
-            if (accounts[i]) (*weights)[hostCall<&CAccountInfo::getKey>.on(*accounts[i])] = ratios[i];
-        }
-    }
     return true;
+}
+
+void takeWeights(const std::vector<CAccountInfoPtr>& accounts, const std::vector<double>& ratios,
+                 std::map<std::string, double>& weights) {
+    if (ratios.size() != accounts.size()) return;
+    for (std::size_t i = 0; i < accounts.size(); ++i) {
+        if (accounts[i]) weights[hostCall<&CAccountInfo::getKey>.on(*accounts[i])] = ratios[i];
+    }
 }
 
 } // namespace TC

@@ -33,9 +33,12 @@ void appendAccounts(const CUserConfig& user, const COrderStrategyParam& strategy
 
 /// Finds the accounts of an order; if there are none, reports it and returns false. `accountKey` is the
 /// caller's choice; it is replaced if the order names an account itself. Appends to `accounts` and `ratios`.
-/// If `weights` is not null, also fills it by account key.
 bool findOrderAccounts(const COrderParam& order, const COrderStrategyParam& strategy, QString& accountKey,
-                       std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios,
-                       std::map<std::string, double>* weights);
+                       std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios);
+
+/// Writes the ratio of each account to `weights`, by account key. Null accounts are skipped. Writes nothing
+/// if there is not one ratio for each account.
+void takeWeights(const std::vector<CAccountInfoPtr>& accounts, const std::vector<double>& ratios,
+                 std::map<std::string, double>& weights);
 
 } // namespace TC

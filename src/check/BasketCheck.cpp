@@ -400,7 +400,7 @@ bool sellAll(CBasket& basket) {
     QString accountKey = preparedAccountKey(basket.lines, run.strategy);
     std::vector<CAccountInfoPtr> accounts;
     std::vector<double> ratios;
-    if (!findOrderAccounts(run.order, run.strategy, accountKey, accounts, ratios, nullptr)) return false;
+    if (!findOrderAccounts(run.order, run.strategy, accountKey, accounts, ratios)) return false;
     return std::all_of(accounts.begin(), accounts.end(), [&](const CAccountInfoPtr& account) {
         return !account || sellAccount(basket, account);
     });

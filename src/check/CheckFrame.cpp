@@ -121,7 +121,9 @@ bool checkLineCount(const CCheckRun& run) {
 
 bool resolveAccounts(CCheckRun& run) {
     QString accountKey = preparedAccountKey(run.order.m_orders, run.strategy);
-    return findOrderAccounts(run.order, run.strategy, accountKey, run.accounts, run.ratios, &run.weights);
+    if (!findOrderAccounts(run.order, run.strategy, accountKey, run.accounts, run.ratios)) return false;
+    takeWeights(run.accounts, run.ratios, run.weights);
+    return true;
 }
 
 void takeSetting(CCheckRun& run) {

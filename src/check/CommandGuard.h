@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/check/CommandSource.h"
 #include "orderservice/records/CommandParam.h"
 
 #include <QString>
@@ -28,6 +29,8 @@ namespace TC {
 /// These records are left out with one report each, and the others are sent. If all records are left out,
 /// nothing is sent.
 ///
+/// Order numbers are turned into properties by sourceOf (check/CommandSource.h); the guard reads only those.
+///
 /// A command without records is accepted: the share-transfer market has only such commands, and a basket or a
 /// repayment can end with no records. In a basket by target position, targets without a volume, or with a
 /// volume that no order can hold, are left out.
@@ -35,16 +38,16 @@ bool isCommandGuardOn();
 
 /// Returns the missing value of the record, as text for the report; nothing if the record may be sent. Pure,
 /// except that it calls the host's isDirectRepay.
-std::optional<QString> missingOf(const CCodeOrderParam& record, const COrderParam& order);
+std::optional<QString> missingOf(const CCodeOrderParam& record, const CCommandSource& source);
 
-/// For a sale of all positions: removes the records that have no volume, and reports each of them if the
-/// others can be sent. If no record is left, it reports once that there is nothing to trade, and returns
-/// false. Other orders are not changed. Call it before the text of an algorithm is made, because that text
-/// refers to the records by their index.
-bool leaveOutUnsellable(std::vector<CCodeOrderParam>& records, const COrderParam& order);
+/// If the source is a sale of all positions: removes the records that have no volume, and reports each of
+/// them if the others can be sent. If no record is left, it reports once that there is nothing to trade, and
+/// returns false. Other records are not changed. Call it before the text of an algorithm is made, because
+/// that text refers to the records by their index.
+bool leaveOutUnsellable(std::vector<CCodeOrderParam>& records, const CCommandSource& source);
 
-/// Whether the order's command may be sent. If not, reports the first record that lacks a value as a failed
+/// Whether the command may be sent. If not, reports the first record that lacks a value as a failed
 /// check.
-bool passesCommandGuard(const COrderComandParam& command, const COrderParam& order);
+bool passesCommandGuard(const COrderComandParam& command, const CCommandSource& source);
 
 } // namespace TC

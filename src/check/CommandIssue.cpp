@@ -57,10 +57,6 @@ void COrderServiceBase::doOrderCommand(EQdTraderType traderType, EQdHedgeType he
     issueCommand(std::move(request), order, strategy);
 }
 
-void COrderServiceBase::sendCommand(const COrderComandParamPtr& command, const COrderParam& order) const {
-    TC::sendCommand(command, order);
-}
-
 std::string COrderServiceBase::get3rdAlgoParam(const COrderParam& order,
                                                const std::vector<CCodeOrderParam>& codes,
                                                const COrderStrategyParam& strategy) const {

@@ -57,7 +57,7 @@ COrderComandParamPtr makeCommand(CCommandRequest request, const COrderParam& ord
         command->m_eStrategyType = order.m_eStrategyType;
         return command;
     }
-    if (isCommandGuardOn() && !leaveOutUnsellable(command->m_codes, order)) return nullptr;
+    if (isCommandGuardOn() && !leaveOutUnsellable(command->m_codes, sourceOf(order))) return nullptr;
     takeAlgorithm(request, order, strategy, *command);
     takeCommonFields(request, order, *command);
     command->m_strTag = std::move(request.m_strTag);
@@ -66,13 +66,14 @@ COrderComandParamPtr makeCommand(CCommandRequest request, const COrderParam& ord
     return command;
 }
 
-void sendCommand(const COrderComandParamPtr& command, const COrderParam& order) {
-    if (isCommandGuardOn() && !passesCommandGuard(*command, order)) return;
+void sendCommand(const COrderComandParamPtr& command, const CCommandSource& source) {
+    if (isCommandGuardOn() && !passesCommandGuard(*command, source)) return;
     hostCall<&COrderClient::orderCommands>(command);
 }
 
 void issueCommand(CCommandRequest request, const COrderParam& order, const COrderStrategyParam& strategy) {
-    if (const auto command = makeCommand(std::move(request), order, strategy)) sendCommand(command, order);
+    if (const auto command = makeCommand(std::move(request), order, strategy))
+        sendCommand(command, sourceOf(order));
 }
 
 std::string algoParamOf(const COrderParam& order, const std::vector<CCodeOrderParam>& codes,

@@ -2,6 +2,7 @@
 
 #include "orderservice/base/Bson.h"
 #include "orderservice/base/Unset.h"
+#include "orderservice/check/CommandSource.h"
 #include "orderservice/records/CommandParam.h"
 #include "orderservice/records/Enums.h"
 #include "orderservice/records/OrderParam.h"
@@ -46,10 +47,10 @@ struct CCommandRequest {
 COrderComandParamPtr makeCommand(CCommandRequest request, const COrderParam& order,
                                  const COrderStrategyParam& strategy);
 
-/// Passes a finished command of the order to COrderClient::orderCommands. Every command leaves the library
-/// here. If the command guard is on, a command is refused with a report if a record lacks a value
-/// (check/CommandGuard.h). Any thread; the command must not be null.
-void sendCommand(const COrderComandParamPtr& command, const COrderParam& order);
+/// Passes a finished command to COrderClient::orderCommands. Every command leaves the library here. If the
+/// command guard is on, a command is refused with a report if a record lacks a value (check/CommandGuard.h).
+/// Any thread; the command must not be null.
+void sendCommand(const COrderComandParamPtr& command, const CCommandSource& source);
 
 /// Makes the command and sends it, unless the guard left nothing to send.
 void issueCommand(CCommandRequest request, const COrderParam& order, const COrderStrategyParam& strategy);

@@ -1,13 +1,11 @@
 // The markets that have their own instrument lists: both connects, gold and the share-transfer market.
+#include "orderservice/base/FindRow.h"
 #include "orderservice/check/CheckFrame.h"
 #include "orderservice/check/CodeLookup.h"
 #include "orderservice/platform/ExchangeClient.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/TradingRules.h"
 #include "orderservice/records/OrderTypes.h"
-
-#include <algorithm>
-#include <iterator>
 
 namespace TC {
 namespace {
@@ -76,11 +74,10 @@ constexpr CTransferRule kTransferRules[] = {
     {74, 74, true, false}, {72, 73, false, true}, {76, 77, false, true}, {78, 79, true, true}};
 
 bool isTransferAllowed(int orderType, int kind) {
-    const auto rule =
-        std::find_if(std::begin(kTransferRules), std::end(kTransferRules), [&](const CTransferRule& row) {
-            return orderType >= row.m_nFirst && orderType <= row.m_nLast;
-        });
-    if (rule == std::end(kTransferRules)) return true;
+    const CTransferRule* rule = utils::findRow(kTransferRules, [&](const CTransferRule& row) {
+        return orderType >= row.m_nFirst && orderType <= row.m_nLast;
+    });
+    if (rule == nullptr) return true;
     return (kind == kTransferKind2 && rule->m_bKind2) || (kind == kTransferKind4 && rule->m_bKind4);
 }
 

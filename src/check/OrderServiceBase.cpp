@@ -74,7 +74,9 @@ bool COrderServiceBase::checkAccountKey(const COrderParam& order, const COrderSt
                                         QString& accountKey, std::vector<CAccountInfoPtr>& accounts,
                                         std::vector<double>& ratios, std::map<std::string, double>& weights,
                                         bool fillWeights) const {
-    return findOrderAccounts(order, strategy, accountKey, accounts, ratios, fillWeights ? &weights : nullptr);
+    if (!findOrderAccounts(order, strategy, accountKey, accounts, ratios)) return false;
+    if (fillWeights) takeWeights(accounts, ratios, weights);
+    return true;
 }
 
 bool COrderServiceBase::isPriceTypeVailed(const COrderSetting& setting, const COrderParam& order,

@@ -58,14 +58,18 @@ public:
     bool isPriceTypeVailed(const COrderSetting& setting, const COrderParam& order,
                            const CPriceDataPtr& priceData, EOperationType op, EQDBrokerType broker,
                            const CStockInfo& stock) const;
+    /// The kind of the order; if it has none, the strategy's kind; if it has none either, a plain order.
     EOrderType getOrderType(const COrderParam& order, const COrderStrategyParam& strategy) const;
+    /// The platform of the algorithm that executes the order; the plain platform without an algorithm. Asks
+    /// the host.
     ETradePlatform getTradePlatform(const COrderParam& order, const COrderStrategyParam& strategy) const;
+    /// The family bit that a command of this family has.
     EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType) const;
     /// The label of a source kind at the start of every message; depends on the user's rights.
     QString getOrderStrategyText(EOrderStrategyType type) const;
 
     /// Subscribes to the quotes of an instrument. The caller keeps the result until it has finished with the
-    /// order.
+    /// order. `accounts` is not used.
     boost::shared_ptr<CQuoteRequest> prepareCode(const QString& code,
                                                  std::vector<CAccountInfoPtr>& accounts) const;
 
@@ -115,14 +119,11 @@ public:
 
     using CCommandCallback = boost::function<void(utils::KNError, int)>;
 
-    /// Passes a finished command of the order to COrderClient::orderCommands. Every command leaves the
-    /// library here. If the deployment switch "mdl_order_command_guard" is on, a command is refused with a
-    /// report if a record has no market, code, price or volume (check/CommandGuard.h). Any thread; the
-    /// command must not be null.
-    void sendCommand(const COrderComandParamPtr& command, const COrderParam& order) const;
-    /// Makes one command of checked records and sends it with sendCommand. If the guard is on, it first
-    /// leaves out records of a sale of all positions that cannot be sold. The remark is taken from the order;
-    /// `remark` and `callback` are ignored.
+    /// Makes one command of checked records and passes it to COrderClient::orderCommands. The remark is taken
+    /// from the order; `remark` and `callback` are ignored. If the deployment switch
+    /// "mdl_order_command_guard" is on, it first leaves out records of a sale of all positions that cannot be
+    /// sold, and refuses the command with a report if a record has no market, code, price or volume
+    /// (check/CommandGuard.h). Any thread.
     void doOrderCommand(EQdTraderType traderType, EQdHedgeType hedgeType, EFtSpecBtnBarType btnType,
                         const std::vector<CCodeOrderParam>& codes, std::map<std::string, double> weights,
                         EQdStopLossType stopLossType, bool unionCommand, CCommandCallback callback,

@@ -148,6 +148,8 @@ void readBasketRow(const CFields& fields, COrderSingleParam& row) {
 void readListRow(const CFields& fields, COrderSingleParam& row) {
     row.m_strCode = text(fields[0]);
     row.m_nVolume = strictInt(fields[1]);
+    // The volume is a target. The basket check replaces the row by a buy or a sale, except if the account's
+    // positions are not known: then the whole target is bought.
     row.m_eOperationType = static_cast<int>(EOperationType::Buy);
 }
 

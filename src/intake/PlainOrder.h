@@ -44,8 +44,8 @@ void parsePlainOrder(const CFields& fields, const CLineOrigin& source, CRecentCo
 /// Index of the first field after the order number and, in a file line, the channel.
 std::size_t firstOrderField(const CLineOrigin& source);
 
-/// Reads a row of a basket or list file; the caller passes at least two fields. Throws
-/// boost::bad_lexical_cast if a number cannot be read.
+/// Reads a row of a basket or list file; the caller passes at least two fields. A row of a list is a buy.
+/// Throws boost::bad_lexical_cast if a number cannot be read.
 void readBasketRow(const CFields& fields, COrderSingleParam& row);
 void readListRow(const CFields& fields, COrderSingleParam& row);
 

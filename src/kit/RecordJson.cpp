@@ -2,58 +2,49 @@
 
 #include "orderservice/base/Address.h"
 #include "orderservice/kit/JsonValues.h"
+#include "orderservice/kit/RecordKeys.h"
 #include "orderservice/records/Families.h"
 
 #include <nlohmann/json.hpp>
 
-#include <map>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace kit {
 namespace {
 
-CJson stockFields(const TC::CStockInfo& stock) {
-    return CJson{{"market", stock.m_strMarket},
-                 {"code", stock.m_strCode},
-                 {"name", stock.m_strName},
-                 {"product_id", stock.m_strProductId}};
-}
+/// Builds a JSON object key by key; see kit/RecordKeys.h.
+class CJsonFields {
+public:
+    template<typename T>
+    void add(const std::string& key, const T& value) {
+        if constexpr (std::is_enum_v<T>)
+            put(key.c_str(), enumValue(value));
+        else if constexpr (std::is_same_v<T, int> || std::is_same_v<T, double>)
+            put(key.c_str(), numberValue(value));
+        else
+            put(key.c_str(), CJson(value));
+    }
+    void addNull(const char* key) { put(key, CJson()); }
+    void beginObject(const char* key) { m_open.push_back(&put(key, CJson::object())); }
+    void beginList(const char* key) { m_open.push_back(&put(key, CJson::array())); }
+    void endObject() { m_open.pop_back(); }
+    void endList() { m_open.pop_back(); }
 
-CJson codeFields(const TC::CCodeOrderParam& code) {
-    return CJson{{"account", code.m_account ? CJson(code.m_account->getKey()) : CJson()},
-                 {"hedge_flag", enumValue(code.m_eHedgeFlag)},
-                 {"operation_type", enumValue(code.m_eOperationType)},
-                 {"order_type", enumValue(code.m_eOrderType)},
-                 {"position_type", enumValue(code.m_ePositionType)},
-                 {"stock", stockFields(code.m_stock)},
-                 {"price_type", enumValue(code.m_ePriceType)},
-                 {"price", numberValue(code.m_dPrice)},
-                 {"volume", numberValue(code.m_nVolume)},
-                 {"user_id", code.m_strUserId},
-                 {"entrust_type", enumValue(code.m_eEntrustType)},
-                 {"contract_text", code.m_strContractText},
-                 {"repay_text", code.m_strRepayText},
-                 {"quantity_kind", numberValue(code.m_nQuantityKind)},
-                 {"quantity", numberValue(code.m_dQuantity)},
-                 {"sub_account_kind", numberValue(code.m_nSubAccountKind)},
-                 {"sub_account_id", code.m_strSubAccountId},
-                 {"over_freq_mode", numberValue(code.m_nOverFreqMode)}};
-}
+    CJson take() { return std::move(m_root); }
 
-CJson codesValue(const std::vector<TC::CCodeOrderParam>& codes) {
-    CJson list = CJson::array();
-    for (const TC::CCodeOrderParam& code : codes)
-        list.push_back(codeFields(code));
-    return list;
-}
+private:
+    CJson& put(const char* key, CJson value) {
+        CJson& parent = m_open.empty() ? m_root : *m_open.back();
+        if (parent.is_array()) return parent.emplace_back(std::move(value));
+        return parent[key] = std::move(value);
+    }
 
-CJson weightsValue(const std::map<std::string, double>& weights) {
-    CJson object = CJson::object();
-    for (const auto& [account, weight] : weights)
-        object[account] = numberValue(weight);
-    return object;
-}
+    CJson m_root = CJson::object();
+    std::vector<CJson*> m_open; ///< the objects and lists that have not ended; a parent does not change then
+};
 
 CJson settingFields(const TC::COrderSetting& setting) {
     return CJson{{"price_type", enumValue(setting.m_ePriceType)},
@@ -68,39 +59,15 @@ CJson settingFields(const TC::COrderSetting& setting) {
 } // namespace
 
 CJson commandJson(const TC::COrderComandParam& command) {
-    return CJson{{"trader_type", enumValue(command.m_eTraderType)},
-                 {"hedge_type", enumValue(command.m_eHedgeType)},
-                 {"btn_type", enumValue(command.m_eBtnType)},
-                 {"codes", codesValue(command.m_codes)},
-                 {"weights", weightsValue(command.m_weights)},
-                 {"stop_loss_type", enumValue(command.m_eStopLossType)},
-                 {"union", command.m_bUnion},
-                 {"extra", documentValue(command.m_extra)},
-                 {"tag", command.m_strTag},
-                 {"algo_param", command.m_strAlgoParam},
-                 {"platform", enumValue(command.m_ePlatform)},
-                 {"command_flag", command.m_bCommandFlag},
-                 {"force_confirm", command.m_bForceConfirm},
-                 {"strategy_type", enumValue(command.m_eStrategyType)},
-                 {"remark", command.m_strRemark},
-                 {"create_time", command.m_strCreateTime}};
+    CJsonFields fields;
+    writeCommandKeys(command, fields);
+    return fields.take();
 }
 
 CJson intakeJson(const TC::CIntakeReport& report) {
-    return CJson{{"source", textValue(report.m_strSource)},
-                 {"channel", numberValue(report.m_nChannel)},
-                 {"strategy_type", enumValue(report.m_eStrategyType)},
-                 {"lines", report.m_nLines},
-                 {"orders", report.m_nOrders},
-                 {"unread_params", report.m_nUnreadTradeParams},
-                 {"cut_short", report.m_bCutShort},
-                 {"left_waiting", report.m_bLeftWaiting},
-                 {"cause", textValue(report.m_strCause)},
-                 {"rejected", report.m_bRejected},
-                 {"left_over", report.m_bLeftOver},
-                 {"kept_as", textValue(report.m_strKeptAs)},
-                 {"ignored_lines", report.m_nIgnoredLines},
-                 {"first_ignored", textValue(report.m_strFirstIgnored)}};
+    CJsonFields fields;
+    writeIntakeKeys(report, fields);
+    return fields.take();
 }
 
 CJson doorJson(const TC::CDoorReport& report) {

@@ -1,8 +1,9 @@
 #include "orderservice/kit/TradingWords.h"
 
-#include <algorithm>
+#include "orderservice/base/FindRow.h"
+#include "orderservice/records/OrderNumbers.h"
+
 #include <cstddef>
-#include <iterator>
 
 namespace kit {
 namespace {
@@ -24,15 +25,19 @@ constexpr CWord kOrderWords[] = {
     {32, "直接还款"}, {33, "组合买卖"}, {34, "组合调仓"}, {35, "列表调仓"}, {48, "买入开仓"},
     {49, "卖出平仓"}, {50, "卖出开仓"}, {51, "买入平仓"}, {52, "备兑开仓"}, {53, "备兑平仓"},
     {54, "认购行权"}, {55, "认沽行权"}, {56, "锁定"},     {57, "解锁"},     {100, "行权"}};
-/// A range of order numbers and its general word. It is used for orders that have no word of their own,
-/// followed by the number.
-struct COrderGroup {
-    int first, last;
+/// The general word of a family's orders. It is used for orders that have no word of their own, followed by
+/// the number.
+struct CFamilyWord {
+    TC::EOrderStrategyTradeType family;
     const char* word;
 };
 
-constexpr COrderGroup kOrderGroups[] = {{0, 15, "期货指令"},  {27, 32, "信用指令"}, {37, 39, "信用指令"},
-                                        {48, 57, "期权指令"}, {66, 85, "股转指令"}, {86, 92, "基金指令"}};
+constexpr const char* kOrderWord = "指令";
+constexpr const char* kFundWord = "基金指令";
+constexpr CFamilyWord kFamilyOrderWords[] = {{TC::EOrderStrategyTradeType::Future, "期货指令"},
+                                             {TC::EOrderStrategyTradeType::Credit, "信用指令"},
+                                             {TC::EOrderStrategyTradeType::StockOption, "期权指令"},
+                                             {TC::EOrderStrategyTradeType::Neeq, "股转指令"}};
 
 constexpr CWord kPriceWords[] = {
     {0, "卖五价"},  {1, "卖四价"},  {2, "卖三价"},  {3, "卖二价"},  {4, "卖一价"},  {5, "最新价"},
@@ -43,10 +48,19 @@ constexpr CWord kPriceWords[] = {
 /// The word of the number. If it has none, the general word followed by the number.
 template<std::size_t N>
 QString wordOf(const CWord (&words)[N], int number, const char* general) {
-    const auto found = std::find_if(std::begin(words), std::end(words),
-                                    [&](const CWord& row) { return row.number == number; });
-    if (found != std::end(words)) return QString::fromUtf8(found->word);
+    const CWord* found = utils::findRow(words, [&](const CWord& row) { return row.number == number; });
+    if (found != nullptr) return QString::fromUtf8(found->word);
     return QString::fromUtf8(general) + QString::number(number);
+}
+
+/// The general word of a number. Several families accept the numbers of funds.
+const char* generalWordOf(const TC::COrderNumber* number) {
+    if (number == nullptr) return kOrderWord;
+    if (number->has(TC::kFlagFund)) return kFundWord;
+    const CFamilyWord* found = utils::findRow(kFamilyOrderWords, [&](const CFamilyWord& row) {
+        return (number->m_nFamilies & TC::familyBit(row.family)) != 0;
+    });
+    return found != nullptr ? found->word : kOrderWord;
 }
 
 } // namespace
@@ -60,10 +74,7 @@ QString familyWord(TC::EOrderStrategyTradeType type) {
 }
 
 QString orderWord(int orderType) {
-    const auto group =
-        std::find_if(std::begin(kOrderGroups), std::end(kOrderGroups),
-                     [&](const COrderGroup& row) { return orderType >= row.first && orderType <= row.last; });
-    return wordOf(kOrderWords, orderType, group != std::end(kOrderGroups) ? group->word : "指令");
+    return wordOf(kOrderWords, orderType, generalWordOf(TC::findOrderNumber(orderType)));
 }
 
 QString priceWord(TC::EPriceType type) {

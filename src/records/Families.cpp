@@ -1,9 +1,9 @@
 #include "orderservice/records/Families.h"
 
+#include "orderservice/base/FindRow.h"
 #include "orderservice/base/Unset.h"
 #include "orderservice/records/OrderNumbers.h"
 
-#include <algorithm>
 #include <iterator>
 
 namespace TC {
@@ -49,9 +49,7 @@ bool CFamily::tradesOn(EQDBrokerType broker) const {
 }
 
 const CFamily* findFamily(EOrderStrategyTradeType tradeType) {
-    const auto family = std::find_if(std::begin(kFamilies), std::end(kFamilies),
-                                     [&](const CFamily& f) { return f.m_eTradeType == tradeType; });
-    return family != std::end(kFamilies) ? family : nullptr;
+    return utils::findRow(kFamilies, [&](const CFamily& row) { return row.m_eTradeType == tradeType; });
 }
 
 ESettingSlot settingSlotOf(EOrderStrategyTradeType tradeType) {

@@ -18,7 +18,6 @@ enum EOrderNumber : int {
     kOrderBasketWhole = 34,
     kOrderBasketList = 35,
     kOrderPosition = 36,
-    kOrderCreditFurther = 39,
 };
 
 /// 25, 26 and 33: a first line with such a number is a basket header.

@@ -1,6 +1,7 @@
 #include "orderservice/records/PriceCommands.h"
 
-#include <algorithm>
+#include "orderservice/base/FindRow.h"
+
 #include <iterator>
 
 namespace TC {
@@ -17,9 +18,9 @@ const CPriceCommand kPriceCommands[] = {
 const std::size_t kPriceCommandCount = std::size(kPriceCommands);
 
 EPriceType getPriceTypeByCmd(const std::string& cmd) {
-    const auto row = std::find_if(std::begin(kPriceCommands), std::end(kPriceCommands),
-                                  [&](const CPriceCommand& r) { return cmd == r.m_pszCommand; });
-    return row != std::end(kPriceCommands) ? static_cast<EPriceType>(row->m_nPriceType) : EPriceType::Latest;
+    const CPriceCommand* found =
+        utils::findRow(kPriceCommands, [&](const CPriceCommand& row) { return cmd == row.m_pszCommand; });
+    return found != nullptr ? static_cast<EPriceType>(found->m_nPriceType) : EPriceType::Latest;
 }
 
 } // namespace TC

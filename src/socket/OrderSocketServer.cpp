@@ -2,6 +2,7 @@
 
 #include "orderservice/base/Clock.h"
 #include "orderservice/base/Fields.h"
+#include "orderservice/base/FindRow.h"
 #include "orderservice/base/Log.h"
 #include "orderservice/base/StrictNumber.h"
 #include "orderservice/base/Text.h"
@@ -18,7 +19,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <iterator>
 #include <utility>
 
 namespace TC {
@@ -90,10 +90,8 @@ const CSocketVerb* CSocketVerb::find(std::string_view line) {
         {"cancel", &CServer::onCancel, &CServer::admitOrder},
         {kQuitWord, nullptr, nullptr},
     };
-    const auto verb = std::find_if(std::begin(kVerbs), std::end(kVerbs), [&](const CSocketVerb& row) {
-        return line.compare(0, row.word.size(), row.word) == 0;
-    });
-    return verb != std::end(kVerbs) ? verb : nullptr;
+    return utils::findRow(
+        kVerbs, [&](const CSocketVerb& row) { return line.compare(0, row.word.size(), row.word) == 0; });
 }
 
 COrderSocketServer::COrderSocketServer(boost::asio::io_service& io, std::string ip, unsigned short port,

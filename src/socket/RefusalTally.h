@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orderservice/base/SecondLimit.h"
+
 #include <mutex>
 #include <optional>
 
@@ -20,9 +22,7 @@ public:
 
 private:
     std::mutex m_mutex;
-    double m_dSecond = 0; ///< start of the current second, in utils::getTime()
-    int m_nReported = 0;  ///< refusals reported in that second
-    int m_nNotReported = 0;
+    utils::CSecondLimit m_limit{kReportsPerSecond};
 };
 
 } // namespace TC

@@ -1,9 +1,7 @@
 #include "orderservice/variants/FamilyTable.h"
 
+#include "orderservice/base/FindRow.h"
 #include "orderservice/records/OrderTypes.h"
-
-#include <algorithm>
-#include <iterator>
 
 namespace TC {
 namespace {
@@ -37,10 +35,8 @@ EFtSpecBtnBarType CVariantFamily::buttonOf(int orderType) const {
 }
 
 const CVariantFamily* findVariantFamily(EOrderStrategyTradeType tradeType) {
-    const auto family =
-        std::find_if(std::begin(kVariantFamilies), std::end(kVariantFamilies),
-                     [&](const CVariantFamily& row) { return row.m_eTradeType == tradeType; });
-    return family != std::end(kVariantFamilies) ? family : nullptr;
+    return utils::findRow(kVariantFamilies,
+                          [&](const CVariantFamily& row) { return row.m_eTradeType == tradeType; });
 }
 
 } // namespace TC

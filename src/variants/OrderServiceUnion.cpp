@@ -1,5 +1,6 @@
 #include "orderservice/variants/OrderServiceUnion.h"
 
+#include "orderservice/base/FindRow.h"
 #include "orderservice/base/Log.h"
 #include "orderservice/check/CommandRequest.h"
 #include "orderservice/check/Reports.h"
@@ -12,8 +13,6 @@
 #include "orderservice/variants/MapSource.h"
 #include "orderservice/variants/VariantSteps.h"
 
-#include <algorithm>
-#include <iterator>
 #include <map>
 #include <string>
 #include <utility>
@@ -67,9 +66,8 @@ constexpr CUnionFamily kUnionFamilies[] = {
 };
 
 const CUnionFamily* findUnionFamily(EOrderStrategyTradeType tradeType) {
-    const auto row = std::find_if(std::begin(kUnionFamilies), std::end(kUnionFamilies),
-                                  [&](const CUnionFamily& f) { return f.m_eTradeType == tradeType; });
-    return row != std::end(kUnionFamilies) ? row : nullptr;
+    return utils::findRow(kUnionFamilies,
+                          [&](const CUnionFamily& row) { return row.m_eTradeType == tradeType; });
 }
 
 /// An order that passed its check.

@@ -1,6 +1,7 @@
 // The commands that the guard lets pass, and its messages about the others.
 #include "orderservice/check/CommandGuard.h"
 
+#include "orderservice/check/CommandRequest.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/Switches.h"
 #include "tests/check/CheckFixture.h"
@@ -31,7 +32,7 @@ protected:
     void send(const COrderParam& order, std::vector<CCodeOrderParam> records) {
         const auto command = boost::make_shared<COrderComandParam>();
         command->m_codes = std::move(records);
-        service.sendCommand(command, order);
+        sendCommand(command, sourceOf(order));
     }
     bool goesOut(const CCodeOrderParam& one, int number = 23) {
         const std::size_t before = host.commands().size();
@@ -220,6 +221,37 @@ TEST_F(CommandGuard, AnAccountThatThrowsIsNamed) {
             << error.what();
     }
     EXPECT_TRUE(host.commands().empty());
+}
+
+TEST_F(CommandGuard, PropertiesOfAnOrderComeFromItsNumber) {
+    const CCommandSource buy = sourceOf(COrderBuilder(23));
+    EXPECT_EQ(buy.m_eStrategyType, EOrderStrategyType::File);
+    EXPECT_EQ(buy.m_nChannel, 3);
+    EXPECT_EQ(buy.m_nShownOrder, 23);
+    EXPECT_TRUE(buy.m_bNeedsPrice);
+    EXPECT_FALSE(buy.m_bContractEnd || buy.m_bRepayment || buy.m_bSaleOfAll);
+    EXPECT_FALSE(sourceOf(COrderBuilder(30)).m_bNeedsPrice);
+    EXPECT_TRUE(sourceOf(COrderBuilder(32)).m_bRepayment);
+    EXPECT_TRUE(sourceOf(COrderBuilder(37)).m_bContractEnd);
+    EXPECT_TRUE(sourceOf(saleOfAll()).m_bSaleOfAll);
+    EXPECT_FALSE(sourceOf(COrderBuilder(26)).m_bSaleOfAll);
+}
+
+/// Outside orders a number may mean something else: 37 is not the end of a contract there.
+TEST_F(CommandGuard, SourceThatIsNoOrderIsCheckedByItsProperties) {
+    CCommandSource source;
+    source.m_strReportHead = QStringLiteral("[函数交易]　函数: passorder, ");
+    source.m_nShownOrder = 37;
+    const auto command = boost::make_shared<COrderComandParam>();
+    command->m_codes = {record()};
+    command->m_codes[0].m_dPrice = kUnsetDouble;
+    sendCommand(command, source);
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(onlyError(), QStringLiteral("[函数交易]　函数: passorder, 下单类型: 下单37 (37), "
+                                          "账号 [A1] 合约 [SH600000] 没有价格, 整个指令(1条)未发出!"));
+    source.m_bNeedsPrice = false;
+    sendCommand(command, source);
+    EXPECT_EQ(host.commands().size(), 1u);
 }
 
 TEST_F(CommandGuard, WithoutTheGuardASaleOfAllGoesOutWhole) {

@@ -1,3 +1,4 @@
+#include "orderservice/check/AccountLookup.h"
 #include "tests/check/CheckFixture.h"
 
 #include <boost/make_shared.hpp>
@@ -106,6 +107,16 @@ TEST_F(FrameCheck, OtherSourceIsReportedWithoutTheChannel) {
     EXPECT_EQ(onlyMessage(), QStringLiteral("[文件单]　通道号: 文件单, 对应的策略类型不匹配!"));
 }
 
+TEST_F(FrameCheck, PreparedCodeIsSubscribedUntilTheCallerDropsTheResult) {
+    std::vector<CAccountInfoPtr> accounts{host.user.accounts.at("A1")};
+    auto request = service.prepareCode(QStringLiteral("SH600000"), accounts);
+    EXPECT_EQ(host.quotes.subscribed, std::vector<QString>{QStringLiteral("SH600000")});
+    EXPECT_EQ(host.quotes.liveSubscriptions, 1);
+    EXPECT_EQ(accounts.size(), 1u);
+    request.reset();
+    EXPECT_EQ(host.quotes.liveSubscriptions, 0);
+}
+
 class AccountKey : public CheckFixture {
 protected:
     bool check(const COrderParam& order, const COrderStrategyParam& strategy, bool fillWeights = true) {
@@ -141,6 +152,15 @@ TEST_F(AccountKey, NullAccountKeepsItsPlaceButGetsNoWeight) {
     EXPECT_TRUE(check(COrderBuilder(23), CStrategyBuilder()));
     EXPECT_EQ(accounts.size(), 3u);
     EXPECT_EQ(weights.size(), 2u);
+}
+
+TEST_F(AccountKey, WeightsCanBeTakenWithoutAnOrder) {
+    const std::vector<CAccountInfoPtr> some{host.user.accounts.at("A1"), nullptr,
+                                            host.user.accounts.at("A2")};
+    takeWeights(some, {0.5, 0.3}, weights);
+    EXPECT_TRUE(weights.empty()); // a ratio is missing
+    takeWeights(some, {0.5, 0.3, 0.2}, weights);
+    EXPECT_EQ(weights, (std::map<std::string, double>{{"A1", 0.5}, {"A2", 0.2}}));
 }
 
 TEST_F(AccountKey, BothPartsOfTheOrderReplaceTheKey) {

@@ -4,11 +4,13 @@
 #include "orderservice/contract/Suites.h"
 #include "orderservice/platform/UserConfig.h"
 #include "orderservice/records/Families.h"
+#include "orderservice/records/OrderNumbers.h"
 #include "orderservice/records/OrderTypes.h"
 
 #include <boost/make_shared.hpp>
 
 #include <atomic>
+#include <cstddef>
 #include <set>
 
 void contract::linkTradingRulesSuites() {}
@@ -201,10 +203,15 @@ TEST_P(FutureRulesContract, OnlyClosingOperationsClose) {
 
 // If this is wrong, an order for an amount of money repays the strategy's volume instead.
 TEST_P(CreditRulesContract, OnlyNumbersWithAnAmountRepayMoney) {
-    for (const int number : {kOrderCreditAmount, kOrderCreditFurther})
-        EXPECT_TRUE(isDirectRepay(orderTypeToOperationType(number))) << number;
-    for (const int number : {23, 24, 27, 28, 29, 30, 31, 37, 38})
-        EXPECT_FALSE(isDirectRepay(orderTypeToOperationType(number))) << number;
+    int count = 0;
+    for (std::size_t i = 0; i < kOrderNumberCount; ++i) {
+        const COrderNumber& row = kOrderNumbers[i];
+        if ((row.m_nFamilies & familyBit(EOrderStrategyTradeType::Credit)) == 0) continue;
+        const bool hasAmount = row.m_eLineForm == EOrderLineForm::Amount;
+        EXPECT_EQ(isDirectRepay(orderTypeToOperationType(row.m_nNumber)), hasAmount) << row.m_nNumber;
+        count += hasAmount ? 1 : 0;
+    }
+    EXPECT_EQ(count, 2);
 }
 
 TEST_P(CreditRulesContract, OperationsHaveDifferentBookings) {

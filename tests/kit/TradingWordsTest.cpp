@@ -23,7 +23,15 @@ TEST(TradingWords, EveryOrderNumberHasAWordOrAGroup) {
 TEST(TradingWords, NumberOfAGroupFollowsTheGroupsWord) {
     EXPECT_EQ(orderWord(23), QStringLiteral("买入"));
     EXPECT_EQ(orderWord(6), QStringLiteral("期货指令6"));
+    EXPECT_EQ(orderWord(39), QStringLiteral("信用指令39"));
+    EXPECT_EQ(orderWord(78), QStringLiteral("股转指令78"));
     EXPECT_EQ(orderWord(777), QStringLiteral("指令777"));
+    EXPECT_EQ(orderWord(40), QStringLiteral("指令40"));
+}
+
+TEST(TradingWords, FundsHaveTheirGroupsWordAlthoughSeveralFamiliesAcceptThem) {
+    for (const int number : {86, 91, 92})
+        EXPECT_EQ(orderWord(number), QStringLiteral("基金指令%1").arg(number));
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #include "orderservice/contract/ContractHost.h"
-#include "orderservice/records/OrderTypes.h"
+#include "orderservice/records/Enums.h"
 #include "tests/support/FakeHost.h"
 
 namespace {
@@ -41,8 +41,8 @@ public:
         TC::COrderTradeParam param;
         param.m_strRemark = m_world.tradeParamRemark;
         m_host.rules.tradeParams[m_world.tradeParam] = param;
-        for (const int number : {TC::kOrderCreditAmount, TC::kOrderCreditFurther})
-            m_host.rules.directRepays.insert(static_cast<int>(TC::orderTypeToOperationType(number)));
+        for (const auto operation : {TC::EOperationType::RepayMoney, TC::EOperationType::RepayMoneyContract})
+            m_host.rules.directRepays.insert(static_cast<int>(operation));
         m_host.algorithms.unreadable = {m_world.unreadableAlgorithmText};
     }
 

@@ -1,4 +1,5 @@
 // The commands of the ten families: the fields that each must have or must not have.
+#include "orderservice/variants/FamilyTable.h"
 #include "orderservice/variants/OrderServiceUnion.h"
 
 #include "tests/support/Builders.h"
@@ -10,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,6 +61,20 @@ const CFamilyCase kCases[] = {
     {"Gold", EOrderStrategyTradeType::Gold, 23, "AU9999", EQdTraderType::Gold, true, "orderGold", kStockLine,
      2},
 };
+
+// The cases below check the command of each family. So a family with a check but without a command of this
+// variant is found here.
+TEST(UnionFamilyTable, EveryFamilyWithACheckIsACase) {
+    constexpr int kSomeNumbers = 100;
+    std::set<int> checked, cases;
+    for (int number = -1; number < kSomeNumbers; ++number) {
+        if (findVariantFamily(static_cast<EOrderStrategyTradeType>(number)) != nullptr)
+            checked.insert(number);
+    }
+    for (const CFamilyCase& family : kCases)
+        cases.insert(static_cast<int>(family.family));
+    EXPECT_EQ(checked, cases);
+}
 
 /// The fake host with an instrument for each family. All quotes have trades of today.
 class UnionHost : public testing::Test {

@@ -120,9 +120,9 @@ TEST_F(OrderLines, FloodIsCountedWithTheMostFrequentReasons) {
     const std::string text = shown();
     // The first call of show ends the first second.
     EXPECT_NE(
-        text.find("\nmore orders: 300 accepted, 300 filled, 1 CANCELLED, 23 REJECTED (20 like \"volume 1 "
-                  "is not a multiple of 100\"; 1 like \"a\"; 1 like \"b\"; and others); the journal "
-                  "has each of them\n"),
+        text.find("\nmore orders: 300 accepted, 1 partly filled, 300 filled, 1 CANCELLED, 23 REJECTED "
+                  "(20 like \"volume 1 is not a multiple of 100\"; 1 like \"a\"; 1 like \"b\"; and others); "
+                  "the journal has each of them\n"),
         std::string::npos)
         << text;
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), COrderLines::kOrdersPerSecond + 1);
@@ -139,6 +139,16 @@ TEST_F(OrderLines, CountsAreShownOnceASecond) {
     EXPECT_EQ(shown(), "more orders: 1 accepted, 1 filled; the journal has each of them\n");
     take(orderOf(2, EOrderStatus::Filled, 1000));
     EXPECT_EQ(shown(), "order 2 of task 9: A1 buy 1000 SH600101 @ 11.02: filled at 11.01\n");
+}
+
+TEST_F(OrderLines, OrderThatIsOnlyPartlyFilledIsCountedToo) {
+    EXPECT_EQ(shown(), "");
+    for (int id = 1; id <= COrderLines::kOrdersPerSecond; ++id)
+        take(orderOf(id, EOrderStatus::Working));
+    take(orderOf(1000, EOrderStatus::PartFilled, 100));
+    shown();
+    m_clock.sleep(1);
+    EXPECT_EQ(shown(), "more orders: 1 partly filled; the journal has each of them\n");
 }
 
 TEST_F(OrderLines, EndShowsTheCountsAtOnce) {

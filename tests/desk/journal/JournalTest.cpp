@@ -337,7 +337,7 @@ TEST_F(JournalTest, WriteThatIsCutShortKeepsItsWholeLinesAndRefusesTheOthers) {
     ASSERT_TRUE(m_journal.probe().isSuccess());
     EXPECT_EQ(lastRecord()["kind"], "resumed");
     EXPECT_EQ(lastRecord()["seq"], 4);
-    EXPECT_EQ(lastRecord()["refused"], 3);
+    EXPECT_EQ(lastRecord()["refused"], 1) << "the two others are appended again by the caller";
 }
 
 TEST_F(JournalTest, RecordsThatAreAppendedTogetherTellHowManyAreInTheFile) {
@@ -355,7 +355,7 @@ TEST_F(JournalTest, RecordsThatAreAppendedTogetherTellHowManyAreInTheFile) {
     EXPECT_EQ(m_journal.lastBrokerEvent(), 5) << "only lines in the file are known";
     EXPECT_EQ(m_journal.lastFill(), 5);
     ASSERT_TRUE(m_journal.probe().isSuccess());
-    EXPECT_EQ(lastRecord()["refused"], 4);
+    EXPECT_EQ(lastRecord()["refused"], 0) << "the caller appends them again";
     EXPECT_EQ(m_journal.appendAll({fill(6), fill(7)}), 2u);
     EXPECT_EQ(lastRecord()["seq"], 9);
 }

@@ -133,9 +133,7 @@ TEST_F(PaperBroker, CommandWithoutCodesIsATaskWithoutOrders) {
 }
 
 TEST_F(PaperBroker, EventsHaveEveryStepInOrderAndAreNumbered) {
-    int taskId = 0;
-    ASSERT_TRUE(
-        m_broker->placeCommand(stockCommand({buy(800, 10.01), buy(10, 10.01)}), 77, taskId).isSuccess());
+    ASSERT_TRUE(placeNow(*m_broker, stockCommand({buy(800, 10.01), buy(10, 10.01)}), 77).m_error.isSuccess());
     CTexts texts;
     std::int64_t number = 0;
     for (const CBrokerEvent& event : m_events) {
@@ -245,9 +243,8 @@ TEST_F(PaperBroker, CommandsOfSeveralThreadsAreTakenOneByOne) {
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([this] {
             for (int n = 0; n < kCommands; ++n) {
-                int taskId = 0;
-                EXPECT_TRUE(m_broker->placeCommand(stockCommand({buy(100, 9.50)}), 0, taskId).isSuccess());
-                EXPECT_TRUE(m_broker->cancelTask(taskId, "").isSuccess());
+                const int task = placeCommand(stockCommand({buy(100, 9.50)}));
+                EXPECT_TRUE(m_broker->cancelTask(task, "").isSuccess());
                 EXPECT_TRUE(m_broker->onQuote(kStock).isSuccess());
             }
         });

@@ -8,6 +8,7 @@
 #include <boost/make_shared.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -98,6 +99,25 @@ inline std::vector<CAccountEntry> deskAccounts() {
     return {first, second, future, away};
 }
 
+struct CPlaced {
+    utils::KNError m_error;
+    int m_nTask = 0; ///< 0 if the command was refused
+};
+
+/// Queues a command, and waits until the broker has stored or refused it.
+inline CPlaced placeNow(CPaperBroker& broker, const TC::COrderComandParam& command,
+                        std::int64_t reference = 0) {
+    CPlaced placed;
+    CQueuedCommand queued;
+    queued.m_command = boost::make_shared<TC::COrderComandParam>(command);
+    queued.m_nReference = reference;
+    queued.m_nTask = placed.m_nTask = broker.reserveTask();
+    queued.m_onRefused = [&](const utils::KNError& error) { placed = {error, 0}; };
+    broker.queueCommand(std::move(queued));
+    broker.finishQueued();
+    return placed;
+}
+
 constexpr TC::EPriceType kMarket = TC::EPriceType::NoQuote;
 inline const std::string kStock = "SH600000";
 
@@ -133,10 +153,9 @@ protected:
 
     int place(const std::vector<TC::CCodeOrderParam>& codes) { return placeCommand(stockCommand(codes)); }
     int placeCommand(const TC::COrderComandParam& command) {
-        int taskId = 0;
-        const utils::KNError error = m_broker->placeCommand(command, 0, taskId);
-        EXPECT_TRUE(error.isSuccess()) << error.errorMsg();
-        return taskId;
+        const CPlaced placed = placeNow(*m_broker, command);
+        EXPECT_TRUE(placed.m_error.isSuccess()) << placed.m_error.errorMsg();
+        return placed.m_nTask;
     }
     /// Places one record and returns the resulting order.
     CPaperOrder placed(const TC::CCodeOrderParam& code) {

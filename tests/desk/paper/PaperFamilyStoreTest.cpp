@@ -88,10 +88,9 @@ TEST_F(PaperFamilyStore, CommandThatCannotBeStoredLeavesDebtsAndMarginsAsTheyWer
     sqlite3* other = nullptr;
     ASSERT_EQ(sqlite3_open(m_folder.file(kPaperStoreName).c_str(), &other), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
-    int taskId = 0;
     TC::COrderComandParam command = stockCommand({recordOf(EFamily::Credit, 20, 50, 10)});
     command.m_eTraderType = EFamily::Credit;
-    EXPECT_EQ(m_broker->placeCommand(command, 0, taskId).errorId(), kPaperStoreFailed);
+    EXPECT_EQ(placeNow(*m_broker, command).m_error.errorId(), kPaperStoreFailed);
     sqlite3_close(other);
     EXPECT_EQ(books(), before);
 }

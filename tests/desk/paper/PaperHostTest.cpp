@@ -92,6 +92,9 @@ TEST_F(PaperHost, TasksOfCommandsAreThoseOfTheirOrdersWhateverWasRefusedBetween)
     EXPECT_EQ(record(1)["task"], 1);
     EXPECT_EQ(record(3)["task"], 2);
     EXPECT_EQ(record(4)["command"], record(3)["seq"]) << "the error names the command that failed";
+    const auto text = record(4)["text"].get<std::string>();
+    EXPECT_EQ(text.find("task 2 was not carried out: the paper broker's store failed: "), 0u) << text;
+    EXPECT_EQ(m_shown.str(), "command refused: " + text + '\n');
     EXPECT_EQ(record(5)["task"], 3) << "a number is never given to two commands";
     EXPECT_EQ(record(6)["task"], 3);
     EXPECT_FALSE(m_broker->hasTask(2));

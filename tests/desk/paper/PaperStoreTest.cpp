@@ -150,17 +150,15 @@ TEST_F(PaperStore, CommandThatCannotBeStoredIsRefusedAndNothingHasHappened) {
     tradeSomething();
     const std::string before = snapshot();
     const std::size_t events = m_events.size();
-    int taskId = 0;
     {
         const CForeignWriter writer(m_folder.file(kPaperStoreName));
-        const utils::KNError error = m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId);
+        const utils::KNError error = placeNow(*m_broker, stockCommand({buy(100, 10.05)})).m_error;
         EXPECT_EQ(error.errorId(), kPaperStoreFailed);
         EXPECT_EQ(error.errorMsg(),
                   "the paper broker's store failed: database is locked; another program has paper.db "
                   "open for writing: close that program");
         EXPECT_FALSE(m_broker->cancelTask(1, "").isSuccess());
     }
-    EXPECT_EQ(taskId, 0);
     EXPECT_EQ(snapshot(), before);
     EXPECT_EQ(m_events.size(), events);
     EXPECT_EQ(placed(buy(1000, 10.05)).m_nFilled, 900)
@@ -181,12 +179,11 @@ TEST_F(PaperStore, LockHeldForAMomentRefusesNothing) {
 TEST_F(PaperStore, LockThatLastsHoldsUpOneCommandAndNotThoseBehindIt) {
     int sleeps = 0;
     m_clock.m_onSleep = [&] { ++sleeps; };
-    int taskId = 0;
     {
         const CForeignWriter writer(m_folder.file(kPaperStoreName));
-        EXPECT_FALSE(m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId).isSuccess());
+        EXPECT_FALSE(placeNow(*m_broker, stockCommand({buy(100, 10.05)})).m_error.isSuccess());
         EXPECT_EQ(sleeps, 500) << "five seconds";
-        EXPECT_FALSE(m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId).isSuccess());
+        EXPECT_FALSE(placeNow(*m_broker, stockCommand({buy(100, 10.05)})).m_error.isSuccess());
         EXPECT_EQ(sleeps, 500);
     }
     place({buy(100, 10.05)});
@@ -304,8 +301,7 @@ TEST_F(PaperStore, DamageWhileItRunsNamesTheNextStartAndNotTheRemedy) {
     ASSERT_EQ(sqlite3_open(store.c_str(), &other), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(other, "PRAGMA application_id = 7", nullptr, nullptr, nullptr), SQLITE_OK);
     sqlite3_close(other);
-    int taskId = 0;
-    const std::string error = m_broker->placeCommand(stockCommand({buy(100, 9.50)}), 0, taskId).errorMsg();
+    const std::string error = placeNow(*m_broker, stockCommand({buy(100, 9.50)})).m_error.errorMsg();
     EXPECT_NE(error.find("malformed; stop the desk first; its next start says what to do"), std::string::npos)
         << error;
     EXPECT_EQ(error.find("away"), std::string::npos) << error;
@@ -329,10 +325,9 @@ TEST_F(PaperStore, FullDiskRefusesCommandsUntilThereIsRoom) {
     tradeSomething();
     const std::string before = snapshot();
     utils::KNError error;
-    int taskId = 0;
     {
         const CFullDisk disk(std::filesystem::file_size(m_folder.file("paper.db-wal")));
-        error = m_broker->placeCommand(stockCommand({buy(100, 10.05)}), 0, taskId);
+        error = placeNow(*m_broker, stockCommand({buy(100, 10.05)})).m_error;
     }
     EXPECT_EQ(error.errorId(), kPaperStoreFailed);
     EXPECT_EQ(snapshot(), before);
@@ -361,8 +356,7 @@ TEST_F(PaperStore, ChangeThatFailsBringsNoOlderQuoteBack) {
     }
     {
         const CForeignWriter writer(m_folder.file(kPaperStoreName));
-        int taskId = 0;
-        EXPECT_FALSE(m_broker->placeCommand(stockCommand({buy(100, 9.00)}), 1, taskId).isSuccess());
+        EXPECT_FALSE(placeNow(*m_broker, stockCommand({buy(100, 9.00)}), 1).m_error.isSuccess());
     }
     place({buy(100, 10.50)});
     EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Working);
@@ -385,8 +379,7 @@ TEST_F(PaperStore, EventsThatTheListenerRefusedComeAgainInOrderAndOnce) {
 
 TEST_F(PaperStore, EventsThatTheListenerNeverSawComeAfterARestartAsTheyWere) {
     m_bTakeEvents = false;
-    int taskId = 0;
-    ASSERT_TRUE(m_broker->placeCommand(stockCommand({buy(300, 10.00)}), 5, taskId).isSuccess());
+    ASSERT_TRUE(placeNow(*m_broker, stockCommand({buy(300, 10.00)}), 5).m_error.isSuccess());
     m_bTakeEvents = true;
     reopen(1);
     ASSERT_EQ(m_events.size(), 2u) << "the listener had taken event 1";
@@ -441,13 +434,11 @@ TEST_F(PaperStore, WhatACallHasAnsweredOutlivesAKilledProcess) {
     ASSERT_GE(child, 0);
     if (child == 0) {
         CPaperBroker broker(m_quotes, nullptr);
-        int taskId = broker.open(m_folder.path(), deskAccounts(), 0).isSuccess() ? 1 : 0;
-        while (taskId != 0) {
-            taskId = 0;
-            (void)broker.placeCommand(stockCommand({buy(100, 9.50), buy(50, 9.50), buy(100, 10.00)}), 0,
-                                      taskId);
+        int task = broker.open(m_folder.path(), deskAccounts(), 0).isSuccess() ? 1 : 0;
+        while (task != 0) {
+            task = placeNow(broker, stockCommand({buy(100, 9.50), buy(50, 9.50), buy(100, 10.00)})).m_nTask;
             (void)broker.onQuote(kStock);
-            if (::write(answers[1], &taskId, sizeof taskId) != static_cast<ssize_t>(sizeof taskId)) break;
+            if (::write(answers[1], &task, sizeof task) != static_cast<ssize_t>(sizeof task)) break;
         }
         ::_exit(1);
     }

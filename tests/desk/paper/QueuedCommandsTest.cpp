@@ -1,3 +1,4 @@
+#include "desk/host/PaperOrderClient.h"
 #include "desk/paper/PaperBroker.h"
 
 #include "tests/desk/paper/PaperDesk.h"
@@ -12,6 +13,7 @@
 #include <functional>
 #include <future>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <utility>
@@ -58,6 +60,7 @@ protected:
     ~QueuedCommands() override { m_broker.reset(); }
 
     void queue(const std::vector<TC::CCodeOrderParam>& codes) {
+        m_broker->waitForRoom();
         CQueuedCommand command;
         command.m_command = boost::make_shared<TC::COrderComandParam>(stockCommand(codes));
         command.m_nTask = m_broker->reserveTask();
@@ -94,6 +97,15 @@ protected:
     std::promise<void> m_isHeld;
     std::promise<void> m_mayGoOn;
     CTexts m_refused;
+};
+
+/// An account that knows whether a record was made with it.
+struct CNotingAccount : TC::CAccountInfo {
+    std::string getKey() const override {
+        m_bRecorded = true;
+        return "A1";
+    }
+    mutable std::atomic<bool> m_bRecorded = false;
 };
 
 /// Locks the store like another program.
@@ -252,6 +264,31 @@ TEST_F(QueuedCommands, OnlySoManyOrdersWait) {
     for (const std::size_t events : m_deliveries)
         EXPECT_LE(events, CCommandQueue::kMostOrders);
     EXPECT_EQ(m_events.size(), kCommands + 1u);
+}
+
+// A cancel finds every command that is recorded. So a command must not be recorded before it can be queued.
+TEST_F(QueuedCommands, CommandThatWaitsForRoomIsNotRecordedYet) {
+    CJournal journal;
+    ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
+    std::ostringstream shown;
+    CTextSink sink(shown);
+    CPaperOrderClient client(journal, *m_broker, sink, false);
+    holdWorker();
+    queue(std::vector<TC::CCodeOrderParam>(CCommandQueue::kMostOrders, buy(0, 9.00))); // all are rejected
+    const auto noting = boost::make_shared<CNotingAccount>();
+    TC::CCodeOrderParam code = buy(100, 9.00);
+    code.m_account = noting;
+    auto sent = std::async(std::launch::async, [&] {
+        client.orderCommands(boost::make_shared<TC::COrderComandParam>(stockCommand({code})));
+    });
+    // The other thread has many chances to record the command too early.
+    for (int i = 0; i < 10000 && !noting->m_bRecorded; ++i)
+        std::this_thread::yield();
+    EXPECT_FALSE(noting->m_bRecorded);
+    release();
+    sent.get();
+    EXPECT_EQ(journal.lastTask(), 3);
+    EXPECT_TRUE(m_broker->cancelTask(3, "").isSuccess());
 }
 
 TEST_F(QueuedCommands, CommandsOfSeveralThreadsBecomeOneTaskEach) {
