@@ -8,17 +8,17 @@
 namespace kit {
 namespace {
 
-/// A number and its word.
+/// A number and its word. The word is stored as QString, because it is needed several times for each order.
 struct CWord {
     int number;
-    const char* word;
+    QString word;
 };
 
-constexpr CWord kSourceWords[] = {{0, "接口单"}, {1, "信号单"}, {2, "文件单"}, {4, "批量埋单"}};
-constexpr CWord kFamilyWords[] = {{0, "股票"},     {1, "期货"},     {2, "组合"},     {3, "信用"},
-                                  {4, "股票期权"}, {5, "期货期权"}, {6, "期货组合"}, {9, "深港通"},
-                                  {10, "沪港通"},  {11, "股转"},    {12, "黄金"}};
-constexpr CWord kOrderWords[] = {
+const CWord kSourceWords[] = {{0, "接口单"}, {1, "信号单"}, {2, "文件单"}, {4, "批量埋单"}};
+const CWord kFamilyWords[] = {{0, "股票"},     {1, "期货"},     {2, "组合"},     {3, "信用"},
+                              {4, "股票期权"}, {5, "期货期权"}, {6, "期货组合"}, {9, "深港通"},
+                              {10, "沪港通"},  {11, "股转"},    {12, "黄金"}};
+const CWord kOrderWords[] = {
     {0, "开多"},      {1, "平昨多"},    {2, "平今多"},    {3, "开空"},      {4, "平昨空"},
     {5, "平今空"},    {23, "买入"},     {24, "卖出"},     {25, "组合买入"}, {26, "组合卖出"},
     {27, "融资买入"}, {28, "融券卖出"}, {29, "买券还券"}, {30, "现券还券"}, {31, "卖券还款"},
@@ -39,18 +39,26 @@ constexpr CFamilyWord kFamilyOrderWords[] = {{TC::EOrderStrategyTradeType::Futur
                                              {TC::EOrderStrategyTradeType::StockOption, "期权指令"},
                                              {TC::EOrderStrategyTradeType::Neeq, "股转指令"}};
 
-constexpr CWord kPriceWords[] = {
-    {0, "卖五价"},  {1, "卖四价"},  {2, "卖三价"},  {3, "卖二价"},  {4, "卖一价"},  {5, "最新价"},
-    {6, "买一价"},  {7, "买二价"},  {8, "买三价"},  {9, "买四价"},  {10, "买五价"}, {11, "指定价"},
-    {30, "卖六价"}, {31, "卖七价"}, {32, "卖八价"}, {33, "卖九价"}, {34, "卖十价"}, {35, "买六价"},
-    {36, "买七价"}, {37, "买八价"}, {38, "买九价"}, {39, "买十价"}};
+const CWord kPriceWords[] = {{0, "卖五价"},  {1, "卖四价"},  {2, "卖三价"},  {3, "卖二价"},  {4, "卖一价"},
+                             {5, "最新价"},  {6, "买一价"},  {7, "买二价"},  {8, "买三价"},  {9, "买四价"},
+                             {10, "买五价"}, {11, "指定价"}, {30, "卖六价"}, {31, "卖七价"}, {32, "卖八价"},
+                             {33, "卖九价"}, {34, "卖十价"}, {35, "买六价"}, {36, "买七价"}, {37, "买八价"},
+                             {38, "买九价"}, {39, "买十价"}};
 
-/// The word of the number. If it has none, the general word followed by the number.
+template<std::size_t N>
+const CWord* findWord(const CWord (&words)[N], int number) {
+    return utils::findRow(words, [&](const CWord& row) { return row.number == number; });
+}
+
+/// The word of a number that has none of its own.
+QString numberedWord(const char* general, int number) {
+    return QString::fromUtf8(general) + QString::number(number);
+}
+
 template<std::size_t N>
 QString wordOf(const CWord (&words)[N], int number, const char* general) {
-    const CWord* found = utils::findRow(words, [&](const CWord& row) { return row.number == number; });
-    if (found != nullptr) return QString::fromUtf8(found->word);
-    return QString::fromUtf8(general) + QString::number(number);
+    const CWord* found = findWord(words, number);
+    return found != nullptr ? found->word : numberedWord(general, number);
 }
 
 /// The general word of a number. Several families accept the numbers of funds.
@@ -74,7 +82,9 @@ QString familyWord(TC::EOrderStrategyTradeType type) {
 }
 
 QString orderWord(int orderType) {
-    return wordOf(kOrderWords, orderType, generalWordOf(TC::findOrderNumber(orderType)));
+    const CWord* found = findWord(kOrderWords, orderType);
+    return found != nullptr ? found->word
+                            : numberedWord(generalWordOf(TC::findOrderNumber(orderType)), orderType);
 }
 
 QString priceWord(TC::EPriceType type) {
