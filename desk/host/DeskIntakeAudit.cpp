@@ -21,6 +21,8 @@ std::string incidentHead(const TC::CIncidentReport& report) {
     switch (report.m_eIncident) {
     case TC::EIncident::OrdersDropped:
         return channel + counted(report.m_nOrders, "order") + " not sent";
+    case TC::EIncident::OrdersInterrupted:
+        return channel + counted(report.m_nOrders, "order") + " interrupted, some may have been sent";
     case TC::EIncident::CancelNotDone:
         // A cancel of one order has no task. Its cause names account and order.
         if (TC::isUnset(report.m_nTaskId)) return "cancel not done";

@@ -11,9 +11,9 @@
 
 namespace desk {
 
-/// Writes the keys of a frequent record as JSON text, much faster than CJson. The text is the same as that of
-/// CJson, without the braces. Values that are not set become null. Keys are plain ASCII unless stated
-/// otherwise. Not thread-safe.
+/// Writes the keys of a frequent record as JSON text, much faster than CJson. The values are those of CJson,
+/// without the braces. A number may have fewer or other last digits; it is read as the same number. Values
+/// that are not set become null. Keys are plain ASCII unless stated otherwise. Not thread-safe.
 class CFieldText {
 public:
     CFieldText();

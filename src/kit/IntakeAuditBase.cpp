@@ -93,6 +93,10 @@ void CIntakeAuditBase::recordIncident(const TC::CIncidentReport& report) {
         return warn(
             source, QStringLiteral("通道号: %1, %2条指令未执行: %3"),
             {QString::number(report.m_nChannel), QString::number(report.m_nOrders), report.m_strCause});
+    case TC::EIncident::OrdersInterrupted:
+        return warn(
+            source, QStringLiteral("通道号: %1, %2条指令可能只执行了一部分: %3"),
+            {QString::number(report.m_nChannel), QString::number(report.m_nOrders), report.m_strCause});
     case TC::EIncident::CancelNotDone:
         if (report.m_nTaskId == TC::kUnsetInt)
             return warn(source, QStringLiteral("撤单未成功: %1"), {report.m_strCause});

@@ -1,6 +1,9 @@
 #include "orderservice/kit/Operations.h"
 
-#include <unordered_map>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
 
 namespace kit {
 namespace {
@@ -91,18 +94,23 @@ constexpr COperation kOperations[] = {
     {EOperation::TransferSell7, ESide::Sell, EEffect::Trade, EBooking::Own, "transfer sell"},
 };
 
+constexpr std::size_t kNumbers = 1031; ///< above the largest number of an operation
+
+/// For each number of an operation its row, counted from 1, or 0. Hosts look for operations several times for
+/// each order.
+constexpr auto kRowOfNumber = [] {
+    std::array<std::uint8_t, kNumbers> rows{};
+    for (std::size_t i = 0; i < std::size(kOperations); ++i)
+        rows[static_cast<std::size_t>(kOperations[i].m_eOperation)] = static_cast<std::uint8_t>(i + 1);
+    return rows;
+}();
+
 } // namespace
 
-// Hosts call this several times for each order.
 const COperation* findOperation(TC::EOperationType operation) {
-    static const auto rows = [] {
-        std::unordered_map<TC::EOperationType, const COperation*> byOperation;
-        for (const COperation& row : kOperations)
-            byOperation.emplace(row.m_eOperation, &row);
-        return byOperation;
-    }();
-    const auto found = rows.find(operation);
-    return found != rows.end() ? found->second : nullptr;
+    const auto number = static_cast<std::size_t>(operation);
+    return number < kRowOfNumber.size() && kRowOfNumber[number] != 0 ? &kOperations[kRowOfNumber[number] - 1]
+                                                                     : nullptr;
 }
 
 } // namespace kit

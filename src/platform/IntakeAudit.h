@@ -73,11 +73,14 @@ struct CDiscardReport {
     long long m_nBytes = 0; ///< -1: the file cannot be read
 };
 
-/// Failures for which the user gets no message, unless stated otherwise.
+/// Failures that are reported to the audit. The user gets no message, except if a value says so.
 enum class EIncident {
     /// Orders were accepted, but nothing is sent for them. If they were lost between the two passes of a
     /// two-pass variant, the user gets a message too.
     OrdersDropped,
+    /// An exception ended the placing of these orders. Some of them may have been sent. The user gets a
+    /// message too.
+    OrdersInterrupted,
     CancelNotDone,      ///< a cancel found no task, or the cancel of an order failed
     HostFailed,         ///< a service of the host failed, and the message panel could not show it
     RowsLeftOut,        ///< a basket passed the check without some of its rows or positions to sell
@@ -88,7 +91,7 @@ enum class EIncident {
 struct CIncidentReport {
     EIncident m_eIncident = EIncident::HostFailed;
     int m_nChannel = kUnsetInt; ///< of the first order or of the strategy; unset if no channel is involved
-    int m_nOrders = 0;          ///< orders that were dropped
+    int m_nOrders = 0;          ///< orders that were dropped or interrupted
     int m_nTaskId = kUnsetInt;  ///< unset if no task is involved
     int m_nRows = 0;            ///< rows of one order that were left out
     QString m_strCode;          ///< the first row that was left out

@@ -10,19 +10,28 @@
 namespace luawrapper {
 namespace {
 
-/// The path of a switch of the order module. The switches are read several times for each order, so each
-/// thread keeps the paths that it has used.
-const std::vector<std::string>& pathOf(std::string_view name) {
-    thread_local std::map<std::string, std::vector<std::string>, std::less<>> paths;
-    const auto found = paths.find(name);
-    if (found != paths.end()) return found->second;
-    return paths.emplace(name, std::vector<std::string>{TC::kOrderModule, std::string(name)}).first->second;
+using CPaths = std::map<std::string, std::vector<std::string>, std::less<>>;
+
+CPaths makePaths() {
+    CPaths paths;
+    for (const char* name : TC::kOrderSwitches)
+        paths[name] = {TC::kOrderModule, name};
+    return paths;
+}
+
+/// The paths of all switches, because switches are read several times for each order. They are never
+/// destroyed: a host may use the library until its process ends.
+const CPaths& knownPaths() {
+    static const auto& paths = *new CPaths(makePaths());
+    return paths;
 }
 
 } // namespace
 
 bool isOrderSwitchOn(const char* name) {
-    return TC::hostCall<&LuaModuleCtrl::checkModule>(pathOf(name));
+    const auto found = knownPaths().find(std::string_view(name));
+    if (found != knownPaths().end()) return TC::hostCall<&LuaModuleCtrl::checkModule>(found->second);
+    return TC::hostCall<&LuaModuleCtrl::checkModule>({TC::kOrderModule, name});
 }
 
 } // namespace luawrapper

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <utility>
+#include <vector>
 
 namespace TC {
 namespace {
@@ -33,13 +34,16 @@ constexpr CDropCause kServiceEnded{"下单服务已关闭",
 constexpr CDropCause kNoService{"没有下单服务", "there is no order service that can place checked orders"};
 constexpr CDropCause kNoStrategies{"待确认指令没有策略", "the checked orders came without their strategies"};
 constexpr CDropCause kNotKept{"待确认指令无法保存", "the checked orders could not be kept"};
-constexpr const char* kInterrupted =
-    "an exception ended the placing of the checked orders; some of them may have been sent: ";
 
 void reportToUserAndAudit(const CLegalOrders& orders, const CDropCause& cause, const QString& auditCause) {
     reportSafely(utils::fillText(QStringLiteral("[接口单]　%1, %2条指令未执行!"),
                                  {QString::fromUtf8(cause.m_pszMessage), QString::number(orders.size())}));
     reportOrdersDropped(orders.first().m_nChannel, orders.size(), auditCause);
+}
+
+QString auditCauseOf(const CDropCause& cause, const QString& detail) {
+    const QString text = QString::fromUtf8(cause.m_pszAudit);
+    return detail.isEmpty() ? text : text + QStringLiteral(": ") + detail;
 }
 
 /// `detail` is appended to the cause for the audit.
@@ -53,7 +57,7 @@ void reportDropped(const CLegalOrders& orders, const CDropCause& cause,
     }
     const utils::CLibraryCall call;
     runGuarded(QStringLiteral("待确认指令未执行"),
-               [&] { reportToUserAndAudit(orders, cause, QString::fromUtf8(cause.m_pszAudit) + detail); });
+               [&] { reportToUserAndAudit(orders, cause, auditCauseOf(cause, detail)); });
 }
 
 void dropWaiting(const COrderService* service, const CDropCause& cause) noexcept {
@@ -68,7 +72,7 @@ const COrderStrategyMap* keepOrReport(COrderServiceBase& variant, const COrderSe
     try {
         return CLegalBatches::instance().keep({orders, strategies, &variant, &service});
     } catch (...) {
-        reportDropped(orders, kNotKept, QStringLiteral(": ") + exceptionText());
+        reportDropped(orders, kNotKept, exceptionText());
         return nullptr;
     }
 }
@@ -81,7 +85,7 @@ void finishLater(const COrderStrategyMap* kept, bool isComplete) noexcept {
     const bool isQueued = app != nullptr && runGuarded(QStringLiteral("待确认指令无法排队"), [&] {
                               QMetaObject::invokeMethod(app, finish, Qt::QueuedConnection);
                           });
-    if (!isQueued) CLegalBatches::instance().finish(kept, true);
+    if (!isQueued) CLegalBatches::instance().finishAtOnce(kept);
 }
 
 void forwardBatch(COrderServiceBase& variant, COrderService& service, const CLegalOrders& orders,
@@ -98,8 +102,12 @@ void forwardBatch(COrderServiceBase& variant, COrderService& service, const CLeg
 void reportInterrupted(const CLegalOrders& orders) noexcept {
     if (orders.isEmpty()) return;
     runGuarded(QStringLiteral("批次中断未记录"), [&] {
-        reportOrdersDropped(orders.first().m_nChannel, orders.size(),
-                            QString::fromUtf8(kInterrupted) + exceptionText());
+        CIncidentReport report;
+        report.m_eIncident = EIncident::OrdersInterrupted;
+        report.m_nChannel = orders.first().m_nChannel;
+        report.m_nOrders = orders.size();
+        report.m_strCause = exceptionText();
+        reportToAudit(report);
     });
 }
 
@@ -133,43 +141,52 @@ CLegalBatches& CLegalBatches::instance() {
 const COrderStrategyMap* CLegalBatches::keep(CLegalBatch batch) {
     batch.m_strategies.detach(); // the next change of a shared map would move the records of the other one
     const std::lock_guard lock(m_mutex);
-    CPlace& place = freePlace();
-    place.m_batch = std::move(batch);
-    place.m_eState = EState::Waiting;
-    return &place.m_batch.m_strategies;
+    CEntry& entry = freeEntry();
+    entry.m_batch = std::move(batch);
+    entry.m_eState = EState::Waiting;
+    return &entry.m_batch.m_strategies;
 }
 
-CLegalBatches::CPlace& CLegalBatches::freePlace() {
-    const auto found = std::find_if(m_places.begin(), m_places.end(),
-                                    [](const auto& entry) { return entry.second->m_eState == EState::Free; });
-    if (found != m_places.end()) return *found->second;
-    auto place = std::make_unique<CPlace>();
-    const COrderStrategyMap* const address = &place->m_batch.m_strategies;
-    return *m_places.emplace(address, std::move(place)).first->second;
+CLegalBatches::CEntry& CLegalBatches::freeEntry() {
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [](const auto& row) { return row.second->m_eState == EState::Free; });
+    if (found != m_entries.end()) return *found->second;
+    auto entry = std::make_unique<CEntry>();
+    const COrderStrategyMap* const address = &entry->m_batch.m_strategies;
+    return *m_entries.emplace(address, std::move(entry)).first->second;
 }
 
 bool CLegalBatches::isOwn(const COrderStrategyMap* strategies) const {
     const std::lock_guard lock(m_mutex);
-    return m_places.count(strategies) > 0;
+    return m_entries.count(strategies) > 0;
 }
 
-CLegalBatch CLegalBatches::takeFrom(CPlace& place) {
-    place.m_eState = EState::Taken;
-    return place.m_batch;
+CLegalBatch CLegalBatches::takeFrom(CEntry& entry) {
+    entry.m_eState = EState::Taken;
+    return entry.m_batch;
 }
 
 std::optional<CLegalBatch> CLegalBatches::take(const COrderStrategyMap* strategies) {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_places.find(strategies);
-    if (found == m_places.end() || found->second->m_eState != EState::Waiting) return std::nullopt;
+    const auto found = m_entries.find(strategies);
+    if (found == m_entries.end() || found->second->m_eState != EState::Waiting) return std::nullopt;
     return takeFrom(*found->second);
 }
 
 std::optional<CLegalBatch> CLegalBatches::takeAny(const COrderService* service) {
     const std::lock_guard lock(m_mutex);
-    for (const auto& [address, place] : m_places) {
-        const bool isOfService = service == nullptr || place->m_batch.m_pService == service;
-        if (place->m_eState == EState::Waiting && isOfService) return takeFrom(*place);
+    for (const auto& [address, entry] : m_entries) {
+        const bool isOfService = service == nullptr || entry->m_batch.m_pService == service;
+        if (entry->m_eState == EState::Waiting && isOfService) return takeFrom(*entry);
+    }
+    return std::nullopt;
+}
+
+std::optional<CLegalBatch> CLegalBatches::takeOrders(const CLegalOrders& orders) {
+    const std::lock_guard lock(m_mutex);
+    for (const auto& [address, entry] : m_entries) {
+        const bool isSameList = entry->m_batch.m_orders.constData() == orders.constData();
+        if (entry->m_eState == EState::Waiting && isSameList) return takeFrom(*entry);
     }
     return std::nullopt;
 }
@@ -177,8 +194,8 @@ std::optional<CLegalBatch> CLegalBatches::takeAny(const COrderService* service) 
 void CLegalBatches::release(const COrderStrategyMap* strategies) {
     CLegalBatch released; // declared before the lock, so that it is destroyed after the unlock
     const std::lock_guard lock(m_mutex);
-    const auto found = m_places.find(strategies);
-    if (found == m_places.end()) return;
+    const auto found = m_entries.find(strategies);
+    if (found == m_entries.end()) return;
     std::swap(released, found->second->m_batch);
     found->second->m_eState = EState::Free;
 }
@@ -191,10 +208,24 @@ void CLegalBatches::finish(const COrderStrategyMap* strategies, bool isComplete)
     release(strategies);
 }
 
+void CLegalBatches::finishAtOnce(const COrderStrategyMap* strategies) {
+    finish(strategies, true);
+    const std::lock_guard lock(m_mutex);
+    m_entries.at(strategies)->m_eState = EState::Ended;
+}
+
+void CLegalBatches::clear(const COrderService& service) {
+    std::vector<CLegalBatch> cleared; // destroyed after the unlock
+    const std::lock_guard lock(m_mutex);
+    for (const auto& [address, entry] : m_entries) {
+        if (entry->m_batch.m_pService == &service) cleared.push_back(std::exchange(entry->m_batch, {}));
+    }
+}
+
 std::size_t CLegalBatches::size() const {
     const std::lock_guard lock(m_mutex);
-    return static_cast<std::size_t>(std::count_if(m_places.begin(), m_places.end(), [](const auto& entry) {
-        return entry.second->m_eState != EState::Free;
+    return static_cast<std::size_t>(std::count_if(m_entries.begin(), m_entries.end(), [](const auto& row) {
+        return row.second->m_eState == EState::Waiting || row.second->m_eState == EState::Taken;
     }));
 }
 
@@ -214,7 +245,9 @@ void placeReceivedOrders(const CLegalOrders& orders, const COrderStrategyMap* st
     const std::optional<CLegalBatch> batch = CLegalBatches::instance().take(strategies);
     if (!batch) return; // it was placed or reported earlier
     if (batch->m_variant == nullptr) return reportDropped(batch->m_orders, kServiceEnded);
-    placeBatch(*batch->m_variant, batch->m_orders, batch->m_strategies);
+    // An empty list comes from `finish`.
+    const bool isChanged = !orders.isEmpty() && orders.constData() != batch->m_orders.constData();
+    placeBatch(*batch->m_variant, isChanged ? orders : batch->m_orders, batch->m_strategies);
 }
 
 void dropAtEndOfAdapter() noexcept {
@@ -223,6 +256,7 @@ void dropAtEndOfAdapter() noexcept {
 
 void dropAtEndOfService(const COrderService& service) noexcept {
     dropWaiting(&service, kServiceEnded);
+    CLegalBatches::instance().clear(service);
 }
 
 } // namespace TC

@@ -13,10 +13,10 @@
 #include <mutex>
 #include <optional>
 
-/// The way of checked orders from a variant with two passes to the main thread. sigPlaceLegalOrders passes a
+/// Brings checked orders from a two-pass variant to the main thread. sigPlaceLegalOrders passes a
 /// bare pointer, and Qt discards a queued signal when its receiver is deleted. So the orders and their
-/// strategies are kept here. Each batch ends in exactly one of two ways: the variant that checked it places
-/// it, or it is reported as dropped, to the user and to the audit.
+/// strategies are kept here. Each batch is passed once to the variant that checked it, or it is reported as
+/// dropped, to the user and to the audit. If the variant throws, the audit gets the batch as interrupted.
 namespace TC {
 
 class COrderService;
@@ -29,7 +29,7 @@ struct CLegalBatch {
     const COrderService* m_pService = nullptr; ///< the service of the variant; only compared
 };
 
-/// The batches on their way. Any thread.
+/// The batches that are not finished. Any thread.
 class CLegalBatches {
 public:
     /// The only instance that the library uses. It is never destroyed: a batch that is left at the end of the
@@ -43,43 +43,52 @@ public:
     bool isOwn(const COrderStrategyMap* strategies) const;
     /// Returns the batch to the first caller, and nothing to all others. The caller places or reports it.
     std::optional<CLegalBatch> take(const COrderStrategyMap* strategies);
+    /// Takes the batch that has this list of orders; the list must share its data with the list of the
+    /// signal.
+    std::optional<CLegalBatch> takeOrders(const QVector<orderParamForOrderService>& orders);
     /// Takes any batch of the service that nobody has taken. A null service means every service.
     std::optional<CLegalBatch> takeAny(const COrderService* service);
     /// Discards the batch. Its address may then be returned for another batch.
     void release(const COrderStrategyMap* strategies);
-    /// The end of a batch, on the main thread after all receivers there: a batch that nobody has taken is
-    /// reported, and every batch is released. If a receiver threw (isComplete false), the signal may not have
-    /// reached the adapter; then a connected adapter gets the batch now.
+    /// Ends the batch: if nobody has taken it, it is reported; then it is released. Called on the main
+    /// thread, after the receivers there have had the signal. If a receiver threw (`isComplete` is false), a
+    /// connected adapter gets the batch first.
     void finish(const COrderStrategyMap* strategies, bool isComplete);
+    /// Does the same on the emitting thread, if the end cannot be queued. The adapter is not called there.
+    void finishAtOnce(const COrderStrategyMap* strategies);
+    /// Destroys the records of all batches of the service, because their destructors may need the host.
+    void clear(const COrderService& service);
     /// The number of batches that are not released.
     std::size_t size() const;
 
 private:
-    enum class EState { Free, Waiting, Taken };
-    struct CPlace {
+    enum class EState { Free, Waiting, Taken, Ended };
+    struct CEntry {
         CLegalBatch m_batch;
         EState m_eState = EState::Free;
     };
-    CPlace& freePlace();
-    static CLegalBatch takeFrom(CPlace& place);
+    CEntry& freeEntry();
+    static CLegalBatch takeFrom(CEntry& entry);
 
     mutable std::mutex m_mutex;
-    /// By the address of the batch's map. A place is never deleted, so that a late signal finds a place and
-    /// not freed memory. There are as many places as batches were on their way at the same time.
-    std::map<const COrderStrategyMap*, std::unique_ptr<CPlace>> m_places;
+    /// By the address of the batch's map. An entry is never deleted, so that a late signal finds an entry and
+    /// not freed memory. There are as many entries as batches were unfinished at the same time. An ended
+    /// entry is not used again, because signals of its batch may still be queued.
+    std::map<const COrderStrategyMap*, std::unique_ptr<CEntry>> m_entries;
 };
 
-/// From now on `service` emits each sigPlaceLegalOrders that `variant` emits, on the same thread and before
-/// the variant's emit returns. The map of the service's signal is a copy, so the variant's map may end after
-/// its emit. If a receiver throws, the exception is reported, and COrderServiceAdapter::instance() still gets
-/// the batch if it is connected. A batch without a map, or one that no adapter receives, is reported as
-/// dropped. The connection ends when one of the two objects is destroyed. The one-pass variant does not need
-/// it.
+/// From now on `service` emits each sigPlaceLegalOrders of `variant` that has a map, on the same thread and
+/// before the variant's emit returns. The map of the service's signal is a copy, so the variant's map may end
+/// after its emit. If a receiver throws, the exception is reported, and COrderServiceAdapter::instance()
+/// still gets the batch if it is connected. A batch without a map, or one that no adapter receives, is
+/// reported as dropped. The connection ends when one of the two objects is destroyed. The one-pass variant
+/// does not need it.
 void forwardLegalOrders(COrderServiceBase& variant, COrderService& service);
 
 /// Places a batch that a signal has brought to the main thread. If the map is the copy of a kept batch, the
-/// variant that checked the batch places it, unless it was already placed or reported. Otherwise the caller
-/// owns the map, and the current variant places `orders`. An exception of the variant is reported.
+/// variant that checked the batch places it, unless it was already placed or reported. If `orders` is another
+/// list, because a receiver of the host has changed it, this list is placed. If the map is not the library's,
+/// the caller owns it, and the current variant places `orders`. An exception of the variant is reported.
 void placeReceivedOrders(const QVector<orderParamForOrderService>& orders,
                          const COrderStrategyMap* strategies) noexcept;
 

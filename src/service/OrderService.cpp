@@ -291,6 +291,8 @@ void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) 
     const utils::CLibraryCall call;
     COrderServiceBase* variant = getOrderService();
     if (variant == nullptr) return;
+    // If the host has received these orders by the signal, the adapter must not place them again.
+    (void)CLegalBatches::instance().takeOrders(orders);
     const COrderStrategyMap strategies = m_registry->copy();
     variant->placeLegalOrders(std::move(orders), &strategies);
 }

@@ -40,7 +40,7 @@ class IBatchVariant;
 ///
 /// The host creates it on its main thread after installHost and stores it with initInstance. Then the host
 /// creates the COrderServiceAdapter. It calls loadFromConfig once the user is logged in. At the end of the
-/// process it calls shutdown and release, in this order, before releaseHost.
+/// process it calls shutdown, COrderServiceAdapter::release and release, in this order, before releaseHost.
 class ORDERSERVICE_EXPORT COrderService : public QObject,
                                           public utils::CManualSingletonT<COrderService>,
                                           public IOrderGate,
@@ -73,10 +73,10 @@ public:
     /// the library. It waits until the host's services that run on the library's threads have returned. If
     /// such a service waits for the thread that calls shutdown, shutdown never returns.
     ///
-    /// Batches of a two-pass variant that wait for the user's confirmation are not finished here: they are
-    /// delivered on the main thread, which usually waits in this call. After shutdown they are delivered if
-    /// the main thread runs its event loop before it releases the adapter. Batches that are left when the
-    /// adapter or the service is released are reported as dropped.
+    /// Batches of a two-pass variant that wait for the user's confirmation are not finished here. The main
+    /// thread delivers them, but it usually waits in this call. So they are delivered after shutdown, if the
+    /// main thread runs its event loop before it releases the adapter. Batches that are left when the adapter
+    /// or the service is released are reported as dropped.
     void shutdown();
 
     /// For a user who does not want to wait for shutdown any longer. The service finishes the current order
@@ -106,7 +106,9 @@ public:
     void placeorder(COrderParam order) override;
     void placeOrders(QVector<COrderParam> orders) override;
     /// Passes checked orders of the host to the variant on the caller's thread, with a copy of the current
-    /// strategies. Does nothing if there is no variant. Exceptions of the variant reach the caller.
+    /// strategies. Does nothing if there is no variant. The one-pass variant places no checked orders: it
+    /// ignores them. Exceptions of the variant reach the caller. A receiver of sigPlaceLegalOrders that
+    /// passes the signal's list here has placed the batch: the adapter does not place it again.
     void placeLegalOrders(QVector<orderParamForOrderService> orders);
     /// Any thread; queued behind the orders that were placed before. The call emits sigCancelOrder; if a
     /// receiver throws, the exception is reported and the task is still cancelled.
@@ -174,7 +176,8 @@ signals:
     /// Checked orders for the main thread; COrderServiceAdapter receives them and has them placed. Emitted on
     /// the thread that processed the batch. The map belongs to the library. A receiver with a direct
     /// connection may use it until it returns. A queued receiver on the main thread may use it too, but not
-    /// after it has run an event loop. Other receivers must not use the map.
+    /// after it has run an event loop, and not after the service was released. Other receivers must not use
+    /// the map.
     void sigPlaceLegalOrders(QVector<TC::orderParamForOrderService> orders,
                              const QMap<int, TC::COrderStrategyParam>* strategies);
     /// A strategy was started or stopped; the argument is hasRunning(). Emitted with the registry locked.
@@ -203,7 +206,8 @@ public slots:
     /// Passes the cancel of a task to CTradeClient.
     void slotCancelOrder(int taskId);
     /// Receives the answer to a cancel by order from CTradeClient. If the cancel failed, the audit gets
-    /// `message`, the text of the failure. Answers after shutdown are received on the thread of the host.
+    /// `message`, the text of the failure. While shutdown waits for the last batches, an answer may be
+    /// received on the host's thread. Answers after shutdown are not received.
     void slotDbfCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
 
 protected:

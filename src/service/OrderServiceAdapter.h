@@ -28,10 +28,11 @@ public:
 
 public slots:
     /// Places checked orders, on the main thread. Orders that arrive from the variant are placed by that
-    /// variant, once, even if several signals bring them. A host can also call the slot with a map of its
-    /// own, which must live during the call; then the current variant places the orders. Orders that cannot
-    /// be placed are reported as dropped. No exception leaves the slot. The variant may show a dialog in the
-    /// call; until it is closed, COrderService::shutdown and release are refused.
+    /// variant, once, even if several signals bring them. A host may change the list before. A host can also
+    /// call the slot with a map of its own, which must live during the call; then the current variant places
+    /// the orders; the one-pass variant ignores them. Orders that cannot be placed are reported as dropped.
+    /// No exception leaves the slot. The variant may show a dialog in the call; until it is closed,
+    /// COrderService::shutdown and release are refused.
     void slotPlaceLegalOrders(QVector<TC::orderParamForOrderService> orders,
                               const QMap<int, TC::COrderStrategyParam>* strategies);
 

@@ -42,7 +42,7 @@ protected:
 /// - chooseVariant must also call forwardLegalOrders (service/LegalBatches.h) for it. Otherwise nobody
 ///   receives its signal, and its orders are lost without a report.
 /// - The map must not be null. It needs to live only until emit returns: forwardLegalOrders copies it.
-/// - Each emitted batch is placed by placeLegalOrders of the same variant or reported as dropped, never both.
+/// - Each emitted batch is passed once to placeLegalOrders of the same variant, or it is reported as dropped.
 /// - placeLegalOrders can be called again from inside the call, if it runs an event loop for a dialog. It
 ///   reports an order that fails, and continues with the next one. An exception that leaves it is reported
 ///   for the whole batch, because nobody knows which orders were sent.

@@ -124,9 +124,9 @@ TEST_P(IntakeAuditContract, ReportsOfIncidentsNeverThrow) {
     full.m_nRows = 4;
     full.m_strCode = QStringLiteral("600000");
     full.m_strCause = QStringLiteral("原因");
-    for (const EIncident event :
-         {EIncident::OrdersDropped, EIncident::CancelNotDone, EIncident::HostFailed, EIncident::RowsLeftOut,
-          EIncident::StrategyNotLoaded, EIncident::StrategyNotStarted}) {
+    for (const EIncident event : {EIncident::OrdersDropped, EIncident::OrdersInterrupted,
+                                  EIncident::CancelNotDone, EIncident::HostFailed, EIncident::RowsLeftOut,
+                                  EIncident::StrategyNotLoaded, EIncident::StrategyNotStarted}) {
         for (CIncidentReport report : {CIncidentReport(), full}) {
             report.m_eIncident = event;
             EXPECT_NO_THROW(CIntakeAudit::instance().recordIncident(report));

@@ -222,6 +222,13 @@ TEST_F(KitAudit, UnplacedOrdersAreShownByChannel) {
 TEST_F(KitAudit, DroppedOrdersAndFailedCancelsAreShown) {
     reportOrdersDropped(5, 2, QStringLiteral("no user is loaded"));
     EXPECT_TRUE(shows("通道号: 5, 2条指令未执行: no user is loaded")) << screen.str();
+    CIncidentReport interrupted;
+    interrupted.m_eIncident = EIncident::OrdersInterrupted;
+    interrupted.m_nChannel = 5;
+    interrupted.m_nOrders = 2;
+    interrupted.m_strCause = QStringLiteral("no dialog");
+    reportToAudit(interrupted);
+    EXPECT_TRUE(shows("通道号: 5, 2条指令可能只执行了一部分: no dialog")) << screen.str();
     CIncidentReport cancel;
     cancel.m_eIncident = EIncident::CancelNotDone;
     cancel.m_nTaskId = 12;

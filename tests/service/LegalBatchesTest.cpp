@@ -21,13 +21,16 @@
 
 namespace {
 
-thread_local bool t_failsNextNew = false;
+thread_local int t_nFailingNews = 0;
 
 } // namespace
 
-/// Throws once on a thread that has set t_failsNextNew.
+/// Throws as often as t_nFailingNews says, on the thread that has set it.
 void* operator new(std::size_t size) {
-    if (std::exchange(t_failsNextNew, false)) throw std::bad_alloc();
+    if (t_nFailingNews > 0) {
+        --t_nFailingNews;
+        throw std::bad_alloc();
+    }
     if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
     throw std::bad_alloc();
 }
@@ -57,11 +60,13 @@ public:
                           const COrderStrategyMap* strategies) override {
         EXPECT_EQ(orders.size(), 2);
         EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
+        channel = orders[0].m_nChannel;
         std::exchange(onPlace, [] {})();
         placed.push_back(strategies->value(3).m_nVolume); // after onPlace: the map must still live
     }
 
     std::vector<int> placed;
+    int channel = 0;                       ///< of the first order that was placed last
     std::function<void()> onPlace = [] {}; ///< called once
 };
 
@@ -114,9 +119,9 @@ protected:
         expectIncident(auditCause);
         EXPECT_TRUE(variant.placed.empty());
     }
-    void expectIncident(const QString& cause) {
+    void expectIncident(const QString& cause, EIncident event = EIncident::OrdersDropped) {
         ASSERT_EQ(host.audit.incidents.size(), 1u);
-        EXPECT_EQ(host.audit.incidents[0].m_eIncident, EIncident::OrdersDropped);
+        EXPECT_EQ(host.audit.incidents[0].m_eIncident, event);
         EXPECT_EQ(host.audit.incidents[0].m_nChannel, 3);
         EXPECT_EQ(host.audit.incidents[0].m_nOrders, 2);
         EXPECT_EQ(host.audit.incidents[0].m_strCause, cause);
@@ -293,18 +298,68 @@ TEST_F(LegalBatches, ReceiverThatThrowsDoesNotBringTheBatchToADisconnectedAdapte
 TEST_F(LegalBatches, BatchThatCannotBeKeptIsReported) {
     const COrderStrategyMap strategies = strategiesOf(77);
     const auto batch = orders();
-    t_failsNextNew = true;
+    t_nFailingNews = 1;
     emit variant.sigPlaceLegalOrders(batch, &strategies);
-    EXPECT_FALSE(t_failsNextNew);
+    EXPECT_EQ(t_nFailingNews, 0);
     expectDropped(QStringLiteral("待确认指令无法保存"),
                   QStringLiteral("the checked orders could not be kept: std::bad_alloc"));
     emit variant.sigPlaceLegalOrders(batch, &strategies);
     EXPECT_EQ(variant.placed, std::vector<int>{77});
 }
 
+TEST_F(LegalBatches, MemoryThatIsMissingForTheReportTooDoesNotEndTheProcess) {
+    const COrderStrategyMap strategies = strategiesOf(77);
+    const auto batch = orders();
+    t_nFailingNews = 3;
+    emit variant.sigPlaceLegalOrders(batch, &strategies);
+    t_nFailingNews = 0;
+    EXPECT_TRUE(variant.placed.empty());
+    emit variant.sigPlaceLegalOrders(batch, &strategies);
+    EXPECT_EQ(variant.placed, std::vector<int>{77});
+}
+
+TEST_F(LegalBatches, ListThatTheHostHasChangedIsPlaced) {
+    QObject::disconnect(&service(), nullptr, adapter.get(), nullptr);
+    connectDirect([this](QVector<orderParamForOrderService> batch, const COrderStrategyMap* strategies) {
+        batch[0].m_nChannel = 7;
+        adapter->slotPlaceLegalOrders(batch, strategies);
+    });
+    const COrderStrategyMap strategies = strategiesOf(77);
+    emit variant.sigPlaceLegalOrders(orders(), &strategies);
+    QCoreApplication::processEvents();
+    expectPlaced({77});
+    EXPECT_EQ(variant.channel, 7);
+}
+
+TEST_F(LegalBatches, BatchThatTheHostPlacesItselfIsNeitherReportedNorPlacedAgain) {
+    service().loadFromConfig(false); // the one-pass variant, which ignores checked orders
+    connectDirect(
+        [this](const QVector<orderParamForOrderService>& batch) { service().placeLegalOrders(batch); });
+    emitOnAThread();
+    QCoreApplication::processEvents();
+    expectPlaced({});
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(LegalBatches, RecordsOfAReleasedServiceAreDestroyedWithIt) {
+    QVector<orderParamForOrderService> batch = orders();
+    const auto account = boost::make_shared<CAccountInfo>();
+    batch[0].m_codes.resize(1);
+    batch[0].m_codes[0].m_account = account;
+    std::thread([&] {
+        const COrderStrategyMap own = strategiesOf(77);
+        emit variant.sigPlaceLegalOrders(batch, &own);
+    }).join();
+    batch.clear();
+    QCoreApplication::removePostedEvents(adapter.get());
+    COrderService::release();
+    EXPECT_EQ(account.use_count(), 1);
+    COrderService::initInstance(new COrderService);
+}
+
 TEST_F(LegalBatches, BatchWhoseEndCannotBeQueuedIsReported) {
     adapter.reset();
-    connectDirect([] { t_failsNextNew = true; });
+    connectDirect([] { t_nFailingNews = 1; });
     emitOnAThread();
     ASSERT_EQ(host.messageTexts().size(), 2u);
     EXPECT_EQ(host.messageTexts()[0], QStringLiteral("[接口单]　待确认指令无法排队: std::bad_alloc"));
@@ -323,9 +378,7 @@ TEST_F(LegalBatches, ExceptionOfTheVariantStaysInTheSlotAndIsReported) {
     emitOnAThread();
     QCoreApplication::processEvents();
     EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[接口单]　批次中断: no dialog")});
-    expectIncident(
-        QStringLiteral("an exception ended the placing of the checked orders; some of them may have "
-                       "been sent: no dialog"));
+    expectIncident(QStringLiteral("no dialog"), EIncident::OrdersInterrupted);
 }
 
 TEST_F(LegalBatches, BatchesThatArriveDuringADialogArePlacedInsideIt) {

@@ -70,6 +70,11 @@ TEST(FieldText, NumbersAreThoseOfJson) {
     EXPECT_EQ(textOf(false), "\"a\":false");
 }
 
+TEST(FieldText, NumberWithManyDigitsIsReadAsTheSameNumber) {
+    for (const double number : {11.0 / 232, 178531562347.07812, 2.0 / 3, 1e-3 / 7})
+        EXPECT_EQ(CJson::parse('{' + textOf(number) + '}')["a"], CJson(number)) << number;
+}
+
 TEST(FieldText, ValuesThatAreNotSetAreNull) {
     EXPECT_EQ(textOf(TC::kUnsetInt), "\"a\":null");
     EXPECT_EQ(textOf(TC::kUnsetDouble), "\"a\":null");

@@ -64,12 +64,16 @@ TEST(JournalEvents, IncidentNamesItsEventAndLeavesOutWhatItIsNotAbout) {
     report.m_strCause = QStringLiteral("why");
     EXPECT_EQ(incidentFields(report).dump(),
               R"({"event":"orders_dropped","channel":3,"orders":2,"task":null,"cause":"why"})");
+    report.m_eIncident = TC::EIncident::OrdersInterrupted;
+    EXPECT_EQ(incidentFields(report)["event"], "orders_interrupted");
     report = {};
     report.m_eIncident = TC::EIncident::CancelNotDone;
     report.m_nTaskId = 7;
     EXPECT_EQ(incidentFields(report).dump(),
               R"({"event":"cancel_not_done","channel":null,"orders":0,"task":7,"cause":""})");
     EXPECT_EQ(incidentFields({})["event"], "host_failed");
+    report.m_eIncident = TC::EIncident::StrategyNotStarted;
+    EXPECT_EQ(incidentFields(report)["event"], "strategy_not_started");
 }
 
 TEST(JournalEvents, RowsLeftOutHaveTheirNumberAndTheFirstCode) {

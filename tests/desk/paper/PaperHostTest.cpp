@@ -246,6 +246,8 @@ TEST_F(PaperHost, IncidentsAreJournalledAndShown) {
     report.m_nOrders = 2;
     report.m_strCause = QStringLiteral("why");
     audit.recordIncident(report);
+    report.m_eIncident = TC::EIncident::OrdersInterrupted;
+    audit.recordIncident(report);
     report = {};
     report.m_eIncident = TC::EIncident::CancelNotDone;
     report.m_nTaskId = 7;
@@ -257,8 +259,9 @@ TEST_F(PaperHost, IncidentsAreJournalledAndShown) {
     report = {};
     report.m_strCause = QStringLiteral("broken");
     audit.recordIncident(report);
-    EXPECT_EQ(kinds(), (CTexts{"started", "incident", "incident", "incident", "incident"}));
+    EXPECT_EQ(kinds(), (CTexts{"started", "incident", "incident", "incident", "incident", "incident"}));
     EXPECT_EQ(m_shown.str(), "channel 3: 2 orders not sent: why\n"
+                             "channel 3: 2 orders interrupted, some may have been sent: why\n"
                              "cancel of task 7 not done: there is no such task\n"
                              "cancel not done: cancel_order A1 7: account A1 has no order 7\n"
                              "a message could not be shown: broken\n");
