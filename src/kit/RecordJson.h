@@ -26,8 +26,9 @@ ORDERSERVICE_EXPORT CJson doorJson(const TC::CDoorReport& report);
 /// A file that is deleted unread. `lines` and `bytes` are null if they could not be counted.
 ORDERSERVICE_EXPORT CJson discardJson(const TC::CDiscardReport& report);
 
-/// A failure that was not shown as a message. `event` is orders_dropped, orders_interrupted, cancel_not_done, host_failed,
-/// rows_left_out, strategy_not_loaded or strategy_not_started. Only rows_left_out has `rows` and `code`.
+/// A failure that was not shown as a message. `event` is orders_dropped, orders_interrupted, cancel_not_done,
+/// host_failed, rows_left_out, strategy_not_loaded or strategy_not_started. Only rows_left_out has `rows` and
+/// `code`.
 ORDERSERVICE_EXPORT CJson incidentJson(const TC::CIncidentReport& report);
 
 /// The source of an order, and the whole order as one text in `order`.
