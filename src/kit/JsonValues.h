@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include <cmath>
 #include <string>
 
 /// Values of a record as JSON. A value that is not set or not finite becomes null. Pure; any thread.
@@ -23,7 +24,7 @@ inline CJson numberValue(int value) {
 }
 
 inline CJson numberValue(double value) {
-    return TC::isInvalidPrice(value) ? CJson() : CJson(value);
+    return TC::isInvalidPrice(value) || !std::isfinite(value) ? CJson() : CJson(value);
 }
 
 inline CJson textValue(const QString& text) {
