@@ -10,9 +10,11 @@ install(EXPORT OrderServiceTargets NAMESPACE OrderService::
 foreach(floor base records platform gates kit)
     install(DIRECTORY "${CMAKE_SOURCE_DIR}/src/${floor}" DESTINATION include/orderservice FILES_MATCHING PATTERN "*.h"
         PATTERN "BsonExtended.h" EXCLUDE # needs libbson's headers
-        # Tools of the library's own; no public header includes them.
+        # Internal headers of the library; no public header includes them.
+        PATTERN "FindRow.h" EXCLUDE
         PATTERN "LocalTimestamp.h" EXCLUDE
         PATTERN "Reserve.h" EXCLUDE
+        PATTERN "SecondLimit.h" EXCLUDE
         PATTERN "Shares.h" EXCLUDE
         PATTERN "StopRequest.h" EXCLUDE)
 endforeach()

@@ -132,6 +132,7 @@ void COrderLines::write(bool isSecondOver) {
         const double now = utils::getTime();
         if (isSecondOver || m_limit.isOver(now)) {
             std::swap(unshown, m_unshown);
+            (void)m_limit.takeLeftOut(); // m_unshown has its own counts
             m_limit.begin(now);
         }
     }

@@ -266,7 +266,7 @@ TEST_F(QueuedCommands, OnlySoManyOrdersWait) {
     EXPECT_EQ(m_events.size(), kCommands + 1u);
 }
 
-// A cancel finds every command that is recorded. So a command must not be recorded before it can be queued.
+// A command is recorded only when the queue has room, so that a recorded command is queued at once.
 TEST_F(QueuedCommands, CommandThatWaitsForRoomIsNotRecordedYet) {
     CJournal journal;
     ASSERT_TRUE(journal.open(m_folder.path()).isSuccess());
@@ -278,9 +278,13 @@ TEST_F(QueuedCommands, CommandThatWaitsForRoomIsNotRecordedYet) {
     const auto noting = boost::make_shared<CNotingAccount>();
     TC::CCodeOrderParam code = buy(100, 9.00);
     code.m_account = noting;
+    std::atomic<bool> started{false};
     auto sent = std::async(std::launch::async, [&] {
+        started = true;
         client.orderCommands(boost::make_shared<TC::COrderComandParam>(stockCommand({code})));
     });
+    while (!started)
+        std::this_thread::yield();
     // The other thread has many chances to record the command too early.
     for (int i = 0; i < 10000 && !noting->m_bRecorded; ++i)
         std::this_thread::yield();
