@@ -85,7 +85,7 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
         desk.startTrading();
         reason = runLoop(desk, exitWhenIdle, keepGoing);
     }
-    const bool isWorkedOff = endTrading(desk, sink, keepWaiting);
+    const bool isProcessed = endTrading(desk, sink, keepWaiting);
     const utils::KNError saved = desk.saveInterfaces();
     if (!saved.isSuccess()) sink.writeLine("the interfaces cannot be saved: " + saved.errorMsg());
     TC::COrderServiceAdapter::release();
@@ -93,7 +93,7 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
     TC::releaseHost();
     const utils::KNError closed = desk.close(reason);
     if (!closed.isSuccess()) sink.writeLine("the journal could not be closed: " + closed.errorMsg());
-    return isWorkedOff && saved.isSuccess() && closed.isSuccess() ? kOrderly : kCannotWork;
+    return isProcessed && saved.isSuccess() && closed.isSuccess() ? kOrderly : kCannotWork;
 }
 
 } // namespace

@@ -35,7 +35,7 @@ CFieldText::CFieldText() {
     m_strText.reserve(kUsualSize);
 }
 
-/// Makes room for more characters, which the caller writes at the pointer.
+/// Appends `count` characters and returns a pointer to the first. The caller must overwrite all of them.
 char* CFieldText::extend(std::size_t count) {
     const std::size_t end = m_strText.size();
     m_strText.resize(end + count);
@@ -92,7 +92,8 @@ void CFieldText::add(const std::string& key, double value) {
 void CFieldText::addNumber(double value) {
     if (TC::isInvalidPrice(value)) {
         m_strText += "null";
-    } else if (const double size = std::fabs(value); size >= kSmallestFixed && size < kLargestFixed) {
+    } else if (const double magnitude = std::fabs(value);
+               magnitude >= kSmallestFixed && magnitude < kLargestFixed) {
         char digits[kFixedSize];
         const auto end =
             std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed).ptr;

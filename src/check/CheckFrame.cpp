@@ -133,7 +133,7 @@ void takeSetting(CCheckRun& run) {
     if (run.line() != nullptr && run.family.m_pfnLineIntoSetting != nullptr)
         run.family.m_pfnLineIntoSetting(*run.line(), run.setting);
     if (!order.m_strOrderSetting.empty()) takeSettingText(run);
-    clearInfiniteLimits(run.setting);
+    clearUnusableLimits(run.setting);
 }
 
 bool resolveCode(CCheckRun& run) {

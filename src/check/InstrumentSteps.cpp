@@ -16,7 +16,7 @@ namespace {
 constexpr int kQuoteRetries = 2;
 constexpr double kQuoteRetrySeconds = 1.0;
 
-void takeFiniteLimit(double& limit, bool& isOn) {
+void clearUnusableLimit(double& limit, bool& isOn) {
     if (std::isfinite(limit)) return;
     limit = kUnsetDouble;
     isOn = false;
@@ -45,9 +45,9 @@ void takeStock(const CInstrumentDetail& detail, CStockInfo& stock) {
 
 } // namespace
 
-void clearInfiniteLimits(COrderSetting& setting) {
-    takeFiniteLimit(setting.m_dFirstLimit, setting.m_bFirstLimitOn);
-    takeFiniteLimit(setting.m_dSecondLimit, setting.m_bSecondLimitOn);
+void clearUnusableLimits(COrderSetting& setting) {
+    clearUnusableLimit(setting.m_dFirstLimit, setting.m_bFirstLimitOn);
+    clearUnusableLimit(setting.m_dSecondLimit, setting.m_bSecondLimitOn);
 }
 
 boost::shared_ptr<CQuoteRequest> requestQuotes(const QString& code) {

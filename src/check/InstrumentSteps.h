@@ -41,7 +41,7 @@ enum class EQuoteWait {
 /// blocks it. An exception of the host leaves them as a CHostError.
 
 /// A limit that is not finite is treated as not set, whatever its source.
-void clearInfiniteLimits(COrderSetting& setting);
+void clearUnusableLimits(COrderSetting& setting);
 
 /// Subscribes to the quotes of the instrument. The caller holds the result until it has finished with the
 /// instrument.

@@ -189,9 +189,9 @@ void COrderService::shutdown() {
     m_registry->closeDoors();
     if (m_threads->file.joinable()) m_threads->file.join();
     m_listeners->joinAll();
-    std::promise<void> workedOff;
-    m_threads->queue->close([&workedOff] { workedOff.set_value(); });
-    workedOff.get_future().wait();
+    std::promise<void> processed;
+    m_threads->queue->close([&processed] { processed.set_value(); });
+    processed.get_future().wait();
     disconnectHost(); // late: until here the audit gets the answers to cancels
     m_threads->service.quit();
     m_threads->service.wait();

@@ -98,13 +98,13 @@ CServiceRun::CServiceRun() : m_strategyWords(strategyWords()) {
     for (auto table : {serviceStatements(), userStatements(), marketStatements(), tradeStatements()})
         m_statements.merge(table);
     m_clock.onLongSleep = [this](double seconds) {
-        tell("waits " + std::to_string(static_cast<int>(seconds)) + " s for a quote");
+        report("waits " + std::to_string(static_cast<int>(seconds)) + " s for a quote");
     };
     m_host.rules.onSetting = [this](const COrderSetting& setting) {
         if (setting.m_bFirstLimitOn)
-            tell("first limit " + QString::number(setting.m_dFirstLimit).toStdString());
+            report("first limit " + QString::number(setting.m_dFirstLimit).toStdString());
         if (setting.m_bSecondLimitOn)
-            tell("second limit " + QString::number(setting.m_dSecondLimit).toStdString());
+            report("second limit " + QString::number(setting.m_dSecondLimit).toStdString());
     };
     makeTraded(QStringLiteral("SH600000"));
     makeTraded(QStringLiteral("SZ000001"));
@@ -128,7 +128,7 @@ std::vector<std::string> CServiceRun::takeLog() {
     return log;
 }
 
-void CServiceRun::tell(const std::string& line) {
+void CServiceRun::report(const std::string& line) {
     m_host.records.record([&] { m_host.records.log.push_back(line); });
 }
 
@@ -355,7 +355,7 @@ std::map<std::string, CServiceRun::CAction> CServiceRun::serviceStatements() {
         {"details",
          [this](const auto&) {
              m_host.orders.onCommand = [this](const COrderComandParamPtr& command) {
-                 tell(describeDetails(*command));
+                 report(describeDetails(*command));
              };
          }},
     };

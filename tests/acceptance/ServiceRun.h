@@ -56,7 +56,7 @@ private:
     void setMoneySplit(const CStatement& statement);
     /// Lets baskets use this stock: it is tradable and allowed in baskets.
     void makeTraded(const QString& key);
-    void tell(const std::string& line);
+    void report(const std::string& line);
 
     CServiceRunClock m_clock;
     CTempFolder m_folder;

@@ -70,7 +70,7 @@ TEST(Clock, TimeTextFollowsAChangeOfTheZone) {
         ::setenv("TZ", zone, 1);
         return std::async(std::launch::async, [] { return utils::currentTimeText(); }).get();
     };
-    const std::string west = inZone("WST11"), east = inZone("EST-13");
+    const std::string west = inZone("WEST11"), east = inZone("EAST-13");
     if (old != nullptr)
         ::setenv("TZ", kept.c_str(), 1);
     else

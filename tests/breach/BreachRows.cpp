@@ -355,10 +355,10 @@ void CBreachRun::renewService() {
 
 void CBreachRun::waitForService() {
     constexpr std::chrono::seconds kDeadline{60};
-    const auto workedOff = std::make_shared<std::promise<void>>();
-    auto done = workedOff->get_future();
+    const auto processed = std::make_shared<std::promise<void>>();
+    auto done = processed->get_future();
     service().holdUntilProcessed(
-        std::shared_ptr<const void>(workedOff.get(), [workedOff](const void*) { workedOff->set_value(); }));
+        std::shared_ptr<const void>(processed.get(), [processed](const void*) { processed->set_value(); }));
     EXPECT_EQ(done.wait_for(kDeadline), std::future_status::ready);
 }
 

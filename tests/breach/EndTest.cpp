@@ -332,7 +332,7 @@ TEST_F(BreachEnd, AnswersToCancelsAreTakenUntilTheFileThreadHasEnded) {
 }
 
 /// The trading layer may answer late, even when the service accepts no more orders.
-TEST_F(BreachEnd, AnswerToACancelIsTakenWhileTheBacklogIsWorkedOff) {
+TEST_F(BreachEnd, AnswerToACancelIsTakenWhileTheBacklogIsProcessed) {
     std::once_flag first;
     std::promise<void> isHeld;
     const auto isClosed = [this] {

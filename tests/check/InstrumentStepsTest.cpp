@@ -126,13 +126,13 @@ TEST_F(InstrumentSteps, LimitThatIsNotFiniteIsSwitchedOff) {
     setting.m_bFirstLimitOn = setting.m_bSecondLimitOn = true;
     setting.m_dFirstLimit = std::nan("");
     setting.m_dSecondLimit = 9.5;
-    clearInfiniteLimits(setting);
+    clearUnusableLimits(setting);
     EXPECT_EQ(setting.m_dFirstLimit, kUnsetDouble);
     EXPECT_FALSE(setting.m_bFirstLimitOn);
     EXPECT_EQ(setting.m_dSecondLimit, 9.5);
     EXPECT_TRUE(setting.m_bSecondLimitOn);
     setting.m_dSecondLimit = HUGE_VAL;
-    clearInfiniteLimits(setting);
+    clearUnusableLimits(setting);
     EXPECT_EQ(setting.m_dSecondLimit, kUnsetDouble);
     EXPECT_FALSE(setting.m_bSecondLimitOn);
 }

@@ -83,7 +83,7 @@ TEST_F(DropBacklog, CancelsAreStillCarriedOut) {
     EXPECT_EQ(host.trade.cancelled[0].taskId, 7);
 }
 
-TEST_F(DropBacklog, BatchThatWasWorkedOffIsNotReported) {
+TEST_F(DropBacklog, BatchThatWasProcessedIsNotReported) {
     service().placeOrders({order(3, 100)});
     waitForTheFirst();
     service().dropBacklog();

@@ -26,9 +26,9 @@ protected:
 
     /// Closes the queue and returns when all accepted calls have run.
     void closeAndWait() {
-        std::promise<void> workedOff;
-        queue->close([&] { workedOff.set_value(); });
-        workedOff.get_future().wait();
+        std::promise<void> processed;
+        queue->close([&] { processed.set_value(); });
+        processed.get_future().wait();
     }
 
     QObject receiver;
@@ -59,12 +59,12 @@ TEST_F(OrderQueue, NothingIsQueuedBehindTheEndMarker) {
         goOn.get_future().wait();
         ran.push_back(1);
     }));
-    std::promise<void> workedOff;
-    queue->close([&] { workedOff.set_value(); });
+    std::promise<void> processed;
+    queue->close([&] { processed.set_value(); });
     EXPECT_TRUE(queue->isRefusing());
     EXPECT_FALSE(queue->post([this] { ran.push_back(2); }));
     goOn.set_value();
-    workedOff.get_future().wait();
+    processed.get_future().wait();
     EXPECT_EQ(ran, std::vector<int>{1});
 }
 
@@ -76,15 +76,15 @@ TEST_F(OrderQueue, CallsOfTheReceiversOwnThreadRunAtOnceAlsoBehindTheEndMarker) 
         EXPECT_TRUE(queue->post([this] { ran.push_back(1); }));
         ran.push_back(2);
     }));
-    std::promise<void> workedOff;
-    queue->close([&] { workedOff.set_value(); });
+    std::promise<void> processed;
+    queue->close([&] { processed.set_value(); });
     closed.set_value();
-    workedOff.get_future().wait();
+    processed.get_future().wait();
     EXPECT_EQ(ran, (std::vector<int>{1, 2}));
 }
 
 /// Many threads post calls while the queue is closed. All accepted calls must run before the end marker.
-TEST_F(OrderQueue, EveryCallIsEitherWorkedOffBeforeTheEndOrRefused) {
+TEST_F(OrderQueue, EveryCallIsEitherProcessedBeforeTheEndOrRefused) {
     std::atomic<int> accepted{0};
     std::promise<void> isBusy;
     std::vector<std::thread> producers;

@@ -60,7 +60,7 @@ TEST_F(OrderService, FileOrderBecomesACommandOnTheServiceThread) {
     EXPECT_NE(issuer.load(), QThread::currentThread());
 }
 
-TEST_F(OrderService, BatchesAreWorkedOffInTheOrderOfTheCalls) {
+TEST_F(OrderService, BatchesAreProcessedInTheOrderOfTheCalls) {
     addFileStrategy(3);
     service().loadFromConfig(false);
     for (int i = 1; i <= 50; ++i) {
@@ -185,7 +185,7 @@ TEST_F(OrderService, RemovedStrategyEndsItsBatch) {
     EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[文件单]　通道号: 3, 找不到对应的策略!"));
 }
 
-TEST_F(OrderService, OrdersFromTheServicesOwnThreadAreWorkedOffAtOnce) {
+TEST_F(OrderService, OrdersFromTheServicesOwnThreadAreProcessedAtOnce) {
     addFileStrategy(3);
     std::atomic<int> depth{0};
     host.orders.onCommand = [&](const COrderComandParamPtr&) {
@@ -362,7 +362,7 @@ TEST_F(OrderService, LoadStartsWhatIsRememberedAsRunningAndDropsErrors) {
     EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[标题2]　策略1: 启动成功!")});
 }
 
-TEST_F(OrderService, ShutdownWorksOffWhatWasTaken) {
+TEST_F(OrderService, ShutdownProcessesWhatWasTaken) {
     addFileStrategy(3);
     service().loadFromConfig(false);
     std::string file;

@@ -215,7 +215,7 @@ TEST_F(SocketStrategy, StartsDuringAShutdownEndInOrder) {
     EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
 }
 
-TEST_F(SocketStrategy, EveryAcknowledgedOrderIsWorkedOff) {
+TEST_F(SocketStrategy, EveryAcknowledgedOrderIsProcessed) {
     add(onPort(3, port));
     ASSERT_EQ(start(), 0);
     const auto client = logIn();
@@ -272,15 +272,15 @@ TEST_F(SocketStrategy, StuckListenerStillStops) {
     EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n");
 }
 
-/// Listeners that cannot be stopped while isPausing is set.
-class CHoldingListeners : public CSocketListeners {
+/// Listeners that cannot be stopped while refusesToStop is set.
+class CStuckListeners : public CSocketListeners {
 public:
     using CSocketListeners::CSocketListeners;
-    bool isPausing = false;
+    bool refusesToStop = false;
 
 protected:
     void stopListener(COrderSocketServerWrapper& wrapper) override {
-        if (isPausing) throw std::runtime_error("the listener does not stop");
+        if (refusesToStop) throw std::runtime_error("the listener does not stop");
         CSocketListeners::stopListener(wrapper);
     }
 };
@@ -288,17 +288,17 @@ protected:
 TEST_F(SocketStrategy, StopThatFailsLeavesTheStrategyRunningUntilTheNext) {
     CRecordingGate gate;
     CPlainRegistry strategies;
-    CHoldingListeners listeners(gate, strategies);
+    CStuckListeners listeners(gate, strategies);
     CStrategyRegistry registry([this](bool running) { statuses.push_back(running); }, listeners);
     COrderStrategyMap map{{3, onPort(3, port)}};
     registry.bind(&map);
     ASSERT_EQ(registry.start(3, error, false), 0);
-    listeners.isPausing = true;
+    listeners.refusesToStop = true;
     EXPECT_EQ(registry.stop(3, error), -1);
     EXPECT_EQ(error, QStringLiteral("停止socket服务失败"));
     EXPECT_TRUE(registry.find(3)->isRunning());
     EXPECT_EQ(logIn()->ask("cancel 1"), "+OK\r\n"); // the listener still works
-    listeners.isPausing = false;
+    listeners.refusesToStop = false;
     EXPECT_EQ(registry.stop(3, error), 0);
     EXPECT_FALSE(registry.find(3)->isRunning());
     EXPECT_THROW(CTestSocket gone(port), boost::system::system_error);
@@ -332,7 +332,7 @@ private:
     std::future<void> m_future = m_gone.get_future();
 };
 
-TEST_F(SocketStrategy, TicketGoesWhenWhatWasQueuedBeforeItIsWorkedOff) {
+TEST_F(SocketStrategy, TicketGoesWhenWhatWasQueuedBeforeItIsProcessed) {
     add(onPort(3, port));
     ASSERT_EQ(start(), 0) << error.toStdString();
     std::promise<void> mayGoOn;

@@ -38,8 +38,8 @@ protected:
     }
 
     /// Processes this number of orders of one line. Each order takes this many seconds.
-    void processBatch(int count, double seconds) {
-        const auto account = open("worked off");
+    void processOrders(int count, double seconds) {
+        const auto account = open("processed");
         for (int i = 0; i < count; ++i) {
             const auto ticket = credit->charge(account, 1);
             clock.sleep(seconds);
@@ -198,21 +198,21 @@ TEST_F(OrderCredit, LastAccountThatCannotBeWokenIsTriedAgainByTheListener) {
     EXPECT_EQ(placeAll(a, tickets), kShare);
 }
 
-TEST_F(OrderCredit, RoomIsWhatTheServiceWorksOffInAMoment) {
-    processBatch(100, 0.0001);
+TEST_F(OrderCredit, RoomIsWhatTheServiceProcessesInAMoment) {
+    processOrders(100, 0.0001);
     EXPECT_EQ(room(), kRoom);
-    processBatch(100, 0.006);
+    processOrders(100, 0.006);
     EXPECT_NEAR(room(), COrderCredit::kSeconds / 0.006, 1);
-    processBatch(100, 2);
+    processOrders(100, 2);
     EXPECT_EQ(room(), COrderCredit::kLeastRoom);
-    processBatch(100, 0.0001);
+    processOrders(100, 0.0001);
     EXPECT_EQ(room(), kRoom);
 }
 
 TEST_F(OrderCredit, TimeWithoutOrdersIsNoWork) {
-    processBatch(100, 0.0001);
+    processOrders(100, 0.0001);
     clock.sleep(3600);
-    processBatch(1, 0.0001);
+    processOrders(1, 0.0001);
     EXPECT_EQ(room(), kRoom);
 }
 

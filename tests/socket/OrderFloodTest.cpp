@@ -65,7 +65,7 @@ protected:
     OrderFlood() { guard(); }
     void TearDown() override {
         stop();
-        slow.processBatch(1'000'000);
+        slow.processOrders(1'000'000);
     }
     IOrderGate& gateInUse() override { return slow; }
 
@@ -84,9 +84,9 @@ TEST_F(OrderFlood, FloodIsHeldBackAndNothingOfItIsLost) {
     settle(*bystander);
     settle(*bystander);
     EXPECT_EQ(slow.queue().size(), kShare);
-    slow.workOffUntil(kOrders);
+    slow.processUntil(kOrders);
     EXPECT_EQ(flooder.readReplies(kOrders), std::size_t{kOrders});
-    EXPECT_EQ(slow.workedOff(), numbers(1, kOrders));
+    EXPECT_EQ(slow.processed(), numbers(1, kOrders));
     EXPECT_EQ(slow.longestQueue(), kShare);
 }
 
@@ -108,7 +108,7 @@ TEST_F(OrderFlood, OrderOfAnotherClientHasFewInFrontOfIt) {
         const std::string name = std::to_string(1'000'000 + round);
         EXPECT_EQ(other->ask("placeorder 23,3,10.5,600000," + name), kOk);
         EXPECT_LE(slow.placeOf(name), kShare);
-        slow.processBatch(2 * kShare);
+        slow.processOrders(2 * kShare);
     }
 }
 
@@ -130,16 +130,16 @@ TEST_F(OrderFlood, ManyFloodersShareTheRoom) {
         flooders.push_back(std::make_unique<CFlooder>(logIn(), orderLines(1, 5000)));
     slow.waitForQueue(kRoom);
     for (int round = 0; round < 5; ++round) {
-        const std::size_t before = slow.workedOff().size();
+        const std::size_t before = slow.processed().size();
         const std::string name = std::to_string(1'000'000 + round);
         other->send(orderLine(1'000'000 + round));
         settle(*bystander);
         while (!other->waitForData(std::chrono::milliseconds(0))) {
-            slow.processBatch(1);
+            slow.processOrders(1);
             settle(*bystander);
         }
         EXPECT_EQ(other->readLine(), kOk);
-        const std::size_t place = slow.workedOff().size() - before + slow.placeOf(name);
+        const std::size_t place = slow.processed().size() - before + slow.placeOf(name);
         // The queued orders, and a turn of one order for each other client. Some clients may end a turn
         // twice.
         EXPECT_LE(place, kRoom + 2 * kFlooders);
@@ -158,8 +158,8 @@ TEST_F(OrderFlood, CancelsAreHeldBackInTheirOrder) {
     start();
     CFlooder flooder(logIn(), lines);
     slow.waitForQueue(kShare);
-    slow.workOffUntil(names.size());
-    EXPECT_EQ(slow.workedOff(), names);
+    slow.processUntil(names.size());
+    EXPECT_EQ(slow.processed(), names);
     EXPECT_EQ(slow.longestQueue(), kShare);
 }
 
@@ -171,7 +171,7 @@ TEST_F(OrderFlood, LinesAfterAHeldOrderWaitForIt) {
     EXPECT_EQ(flooder.readReplies(kShare), kShare);
     settle(*bystander);
     EXPECT_FALSE(flooder.client().waitForData(std::chrono::milliseconds(0)));
-    slow.workOffUntil(100);
+    slow.processUntil(100);
     EXPECT_EQ(flooder.readReplies(100 - kShare), 100 - kShare);
     EXPECT_EQ(flooder.client().readAll(), "-ERR Bad Command\r\n" + kOk);
 }
@@ -189,7 +189,7 @@ TEST_F(OrderFlood, HalfClosedClientGetsAllItsReplies) {
     const auto client = logIn();
     client->send(orderLines(1, 1000));
     client->finishSending();
-    slow.workOffUntil(1000);
+    slow.processUntil(1000);
     EXPECT_EQ(client->readAll().size(), 1000 * kOk.size());
 }
 
@@ -208,7 +208,7 @@ TEST_F(OrderFlood, EndOfTheStreamWaitsForTheOrdersBeforeIt) {
         lines += std::string(kFirstRead - 2 - lines.size(), ' ') + "\r\n";
         client->send(lines);
         client->finishSending();
-        slow.workOffUntil(static_cast<std::size_t>((round + 1) * kOrders));
+        slow.processUntil(static_cast<std::size_t>((round + 1) * kOrders));
         EXPECT_EQ(client->readAll().size(), kOrders * kOk.size());
     }
 }
@@ -224,9 +224,9 @@ TEST_F(OrderFlood, WholeLinesOfABrokenConnectionAreServed) {
         settle(*bystander);
         client->reset();
     }
-    slow.workOffUntil(kOrders);
+    slow.processUntil(kOrders);
     settle(*bystander);
-    EXPECT_EQ(slow.workedOff(), numbers(1, kOrders));
+    EXPECT_EQ(slow.processed(), numbers(1, kOrders));
     EXPECT_TRUE(slow.queue().empty());
     EXPECT_EQ(slow.longestQueue(), kShare);
 }
@@ -238,8 +238,8 @@ TEST_F(OrderFlood, ListenerStopsWhileConnectionsAreHeld) {
     EXPECT_EQ(flooder.readReplies(kShare), kShare);
     stop();
     EXPECT_EQ(flooder.client().readAll(), "");
-    slow.processBatch(1000); // room that is returned after the end of the listener
-    EXPECT_EQ(slow.workedOff().size(), kShare);
+    slow.processOrders(1000); // room that is returned after the end of the listener
+    EXPECT_EQ(slow.processed().size(), kShare);
 }
 
 TEST_F(OrderFlood, BasketNeedsRoomForEachOfItsRows) {
@@ -253,8 +253,8 @@ TEST_F(OrderFlood, BasketNeedsRoomForEachOfItsRows) {
     slow.waitForQueue(1);
     settle(*bystander);
     EXPECT_EQ(slow.queue(), std::vector<std::string>{"1"});
-    slow.workOffUntil(11);
-    EXPECT_EQ(slow.workedOff().back(), "1009");
+    slow.processUntil(11);
+    EXPECT_EQ(slow.processed().back(), "1009");
 }
 
 TEST_F(OrderFlood, ListenersShareTheRoom) {
@@ -274,7 +274,7 @@ TEST_F(OrderFlood, ListenersShareTheRoom) {
         flooders.push_back(std::make_unique<CFlooder>(logIn(), orderLines(1, 1000)));
     }
     slow.waitForQueue(kRoom);
-    slow.workOffUntil(2000);
+    slow.processUntil(2000);
     // Two listeners may both see the last free place and use it.
     EXPECT_LE(slow.longestQueue(), kRoom + 1);
     flooders.clear();

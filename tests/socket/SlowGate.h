@@ -17,7 +17,7 @@
 /// the volume of its first line, a cancel by "cancel" and the task. Thread-safe.
 class CSlowGate final : public TC::IOrderGate {
 public:
-    ~CSlowGate() { processBatch(m_queue.size()); }
+    ~CSlowGate() { processOrders(m_queue.size()); }
 
     void placeorder(TC::COrderParam order) override {
         add({std::to_string(order.m_orders.isEmpty() ? 0 : order.m_orders[0].m_nVolume), nullptr});
@@ -33,7 +33,7 @@ public:
     std::string defaultRemark(const TC::COrderStrategyParam&) const override { return {}; }
 
     /// Processes this number of orders and cancels, or all if there are fewer. Returns the number.
-    std::size_t processBatch(std::size_t count) {
+    std::size_t processOrders(std::size_t count) {
         std::size_t done = 0;
         while (const auto entry = take(done < count)) {
             if (entry->name.empty()) continue;
@@ -44,10 +44,10 @@ public:
         return done;
     }
     /// Processes the orders and cancels one by one as they arrive, until this number is reached.
-    void workOffUntil(std::size_t done) {
-        while (workedOff().size() < done) {
+    void processUntil(std::size_t done) {
+        while (processed().size() < done) {
             waitForQueue(1);
-            processBatch(1);
+            processOrders(1);
         }
     }
     /// The names of the waiting orders and cancels, in their order.
@@ -59,7 +59,7 @@ public:
         }
         return names;
     }
-    std::vector<std::string> workedOff() {
+    std::vector<std::string> processed() {
         const std::lock_guard lock(m_mutex);
         return m_done;
     }

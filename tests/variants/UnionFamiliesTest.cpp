@@ -65,9 +65,9 @@ const CFamilyCase kCases[] = {
 // The cases below check the command of each family. So a family with a check but without a command of this
 // variant is found here.
 TEST(UnionFamilyTable, EveryFamilyWithACheckIsACase) {
-    constexpr int kSomeNumbers = 100;
+    constexpr int kFamilyNumbersEnd = 100;
     std::set<int> checked, cases;
-    for (int number = -1; number < kSomeNumbers; ++number) {
+    for (int number = -1; number < kFamilyNumbersEnd; ++number) {
         if (findVariantFamily(static_cast<EOrderStrategyTradeType>(number)) != nullptr)
             checked.insert(number);
     }
