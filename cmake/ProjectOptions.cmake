@@ -7,7 +7,7 @@ option(ORDERSERVICE_BUILD_BENCH "Build the benchmarks" OFF)
 option(ORDERSERVICE_BUILD_FUZZERS "Build the libFuzzer targets (needs clang)" OFF)
 option(ORDERSERVICE_UNITY "Compile several source files of a target as one: a full build takes less than half the time" OFF)
 option(ORDERSERVICE_TEST_PROGRAMS "Let ctest run each test program as a whole instead of each test as a process" OFF)
-option(ORDERSERVICE_TEST_THREADS_ONLY "Build only the test programs that start threads" OFF)
+option(ORDERSERVICE_TEST_THREADS_ONLY "Leave out tests that use only one thread" OFF)
 option(ORDERSERVICE_PRECOMPILED "Precompile the headers of other libraries" OFF)
 set(ORDERSERVICE_SANITIZE "" CACHE STRING "Sanitizers for the whole tree, such as address,undefined or thread")
 

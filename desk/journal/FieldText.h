@@ -46,7 +46,7 @@ public:
     void endList() { m_strText += ']'; }
 
     const std::string& text() const { return m_strText; }
-    /// Ends the writing.
+    /// Returns the text. Call it last.
     std::string takeText() { return std::move(m_strText); }
 
 private:

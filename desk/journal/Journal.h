@@ -125,8 +125,9 @@ private:
     int m_nLastTask = 0;
     int m_nLastOrder = 0;
     int m_nLastFill = 0;
-    std::int64_t m_nRefused = 0; ///< records that are lost; those of appendAll come again
-    bool m_bHalfLine = false;    ///< the file ends within a line
+    /// Records that are lost. Records that appendAll refused are not counted: the caller appends them again.
+    std::int64_t m_nRefused = 0;
+    bool m_bHalfLine = false; ///< the file ends within a line
     bool m_bAfterCrash = false;
     bool m_bElsewhere = false;       ///< the path has another file or none
     std::int64_t m_nSize = 0;        ///< known size of the file in bytes

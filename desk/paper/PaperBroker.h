@@ -125,7 +125,8 @@ public:
 
     /// Queues a command, which becomes one task with one order for each code, in their order. A refused order
     /// becomes an order with the state rejected; a command is refused only if the store fails. A command
-    /// without codes becomes a task without orders. Does not wait; see waitForRoom.
+    /// without codes becomes a task without orders. Does not wait for room; see waitForRoom. Without the
+    /// worker it carries out the queued commands before it returns.
     void queueCommand(CQueuedCommand command);
 
     /// Carries out the commands that are queued now. When it returns, they are stored or refused.

@@ -36,7 +36,7 @@ using CSqlDatabase = std::unique_ptr<sqlite3, CSqlCloser>;
 
 /// Opens or creates a database file. If another program has locked it, operations on it retry for up to
 /// kLockPatienceSeconds by the clock of base/Clock.h. The caller guards the database and its statements:
-/// SQLite itself locks nothing for them, because it would do so for each argument. Throws CSqlError.
+/// SQLite's own locks are off: they would be taken for each bound argument, which is slow. Throws CSqlError.
 CSqlDatabase openDatabase(const std::string& path);
 /// Opens an existing database file for reading, with the same rule for threads. Throws CSqlError.
 CSqlDatabase openDatabaseToRead(const std::string& path);

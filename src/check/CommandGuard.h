@@ -42,8 +42,8 @@ std::optional<QString> missingOf(const CCodeOrderParam& record, const CCommandSo
 
 /// If the source is a sale of all positions: removes the records that have no volume, and reports each of
 /// them if the others can be sent. If no record is left, it reports once that there is nothing to trade, and
-/// returns false. Other records are not changed. Call it before the text of an algorithm is made, because
-/// that text refers to the records by their index.
+/// returns false. For other sources it changes nothing and returns true. Call it before the text of an
+/// algorithm is made, because that text refers to the records by their index.
 bool leaveOutUnsellable(std::vector<CCodeOrderParam>& records, const CCommandSource& source);
 
 /// Whether the command may be sent. If not, reports the first record that lacks a value as a failed

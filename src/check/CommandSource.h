@@ -12,7 +12,8 @@ namespace TC {
 /// that is not an order can fill the record itself. Order numbers may mean something else there, so the check
 /// uses only the flags.
 struct CCommandSource {
-    /// The start of reports, such as "[source]　name, ". If it is empty, the next two members are named.
+    /// The start of reports, such as "[source]　name, ". If it is empty, a report begins with the kind of
+    /// source and the channel (the next two members).
     QString m_strReportHead;
     EOrderStrategyType m_eStrategyType = unsetEnum<EOrderStrategyType>();
     int m_nChannel = kUnsetInt;

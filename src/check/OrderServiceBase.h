@@ -58,10 +58,9 @@ public:
     bool isPriceTypeVailed(const COrderSetting& setting, const COrderParam& order,
                            const CPriceDataPtr& priceData, EOperationType op, EQDBrokerType broker,
                            const CStockInfo& stock) const;
-    /// The kind of the order; if it has none, the strategy's kind; if it has none either, a plain order.
+    /// The order's kind. If it is not set, the strategy's kind. If that is not set either, a plain order.
     EOrderType getOrderType(const COrderParam& order, const COrderStrategyParam& strategy) const;
-    /// The platform of the algorithm that executes the order; the plain platform without an algorithm. Asks
-    /// the host.
+    /// The platform of the order's algorithm. Without an algorithm, the plain platform. Asks the host.
     ETradePlatform getTradePlatform(const COrderParam& order, const COrderStrategyParam& strategy) const;
     /// The family bit that a command of this family has.
     EQdTraderType getStrategyTradeType(EOrderStrategyTradeType tradeType) const;

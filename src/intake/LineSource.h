@@ -30,9 +30,9 @@ public:
 /// A kind of line source. Holds all state that is needed between passes. Used on the file thread, with the
 /// registry locked.
 ///
-/// A kind for tables also writes the results of cancels into the table. They arrive on the service's thread,
-/// without the registry's lock. So the rows that wait for a result belong in an object with its own lock,
-/// which the kind and the receiver of the results share.
+/// A future kind for tables will also write the results of cancels into the table. They arrive on the
+/// service's thread, without the registry's lock. So the rows that wait for a result belong in an object with
+/// its own lock, which the kind and the receiver of the results share.
 class ILineSourceKind {
 public:
     virtual ~ILineSourceKind() = default;

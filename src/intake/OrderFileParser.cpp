@@ -119,8 +119,8 @@ COrderFileParser::COrderFileParser(const COrderStrategyParam& strategy, int chan
 
 void COrderFileParser::expectBytes(long long bytes) {
     constexpr long long kShortLine = 16;
-    // About 38 MB of addresses; the system gives the memory only when it is used. The limit is needed because
-    // the size of a file says little about its number of orders: it may be one long line.
+    // About 38 MB of address space. Memory is used only for the orders that are stored. The limit is needed
+    // because the size of a file says little about its number of orders: it may be one long line.
     constexpr long long kMostReserved = 1 << 17;
     utils::reserveIfPossible(m_orders,
                              static_cast<int>(std::clamp(bytes / kShortLine + 1, 1LL, kMostReserved)));

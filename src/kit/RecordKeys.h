@@ -6,11 +6,12 @@
 
 #include <cstdint>
 
-/// The JSON keys of the records that each order has, in their order. They are templates, so that a host can
-/// write such a record as text without building a JSON object first. kit/RecordJson.h makes JSON objects with
-/// them.
+/// Writes commands and intake reports key by key. The sequence of the keys is part of the format. The
+/// functions are templates, so that a host can write such a record as text without building a JSON object
+/// first. kit/RecordJson.h makes JSON objects with them.
 ///
-/// A writer has these operations. Keys are ASCII texts, except that those of the weights are account keys.
+/// A writer has these operations. Keys are ASCII. Only the keys of the weights may have other characters:
+/// they are account keys.
 ///  - add(key, value): a text, bool, number, enumeration or CJson. An enumeration, an int or a double that is
 ///    not set becomes null, and so does a double that is not finite.
 ///  - addNull(key)

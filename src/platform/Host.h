@@ -62,7 +62,7 @@ public:
     CHostLease& operator=(const CHostLease&) = delete;
 };
 
-/// Whether a host is installed. Main thread.
+/// Whether a host is installed. Any thread.
 ORDERSERVICE_EXPORT bool isHostInstalled();
 
 } // namespace TC

@@ -11,8 +11,8 @@ namespace TC {
 enum class EBatchEnd {
     Processed,   ///< every order was processed
     EndedByRule, ///< an order ended the batch; the variant has reported the orders after it as dropped
-    /// The owner ended the batch; nobody has reported the orders from m_nBegun on. The orders before m_nBegun
-    /// are the variant's: a variant with two passes still emits those of them that passed their check.
+    /// The owner ended the batch; nobody has reported the orders from m_nBegun on. The variant is responsible
+    /// for the orders before m_nBegun: a two-pass variant still emits the ones that passed their check.
     StoppedByOwner,
 };
 
