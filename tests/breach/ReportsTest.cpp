@@ -176,7 +176,8 @@ TEST_F(BreachReports, CancelOfAnUnknownTaskByFileGoesToTheAudit) {
     run.load();
     run.drop("cancel 7\n");
     EXPECT_TRUE(run.host.waitForReport("there is no such task"));
-    EXPECT_EQ(incidents(), std::vector<std::string>{"1 " + unset + " 0 7"});
+    const std::string cancelNotDone = std::to_string(static_cast<int>(TC::EIncident::CancelNotDone));
+    EXPECT_EQ(incidents(), std::vector<std::string>{cancelNotDone + " " + unset + " 0 7"});
 }
 
 /// A failure that repeats in every pass is reported once. After a good pass it is reported again.
