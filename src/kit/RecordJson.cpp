@@ -89,8 +89,8 @@ CJson discardJson(const TC::CDiscardReport& report) {
 
 CJson incidentJson(const TC::CIncidentReport& report) {
     static constexpr const char* kEvents[] = {
-        "orders_dropped", "orders_interrupted",  "cancel_not_done",     "host_failed",
-        "rows_left_out",  "strategy_not_loaded", "strategy_not_started"};
+        "orders_dropped",      "cancel_not_done",      "host_failed",       "rows_left_out",
+        "strategy_not_loaded", "strategy_not_started", "orders_interrupted"};
     CJson fields{{"event", kEvents[static_cast<int>(report.m_eIncident)]},
                  {"channel", numberValue(report.m_nChannel)},
                  {"orders", report.m_nOrders},

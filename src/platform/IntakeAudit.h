@@ -78,14 +78,14 @@ enum class EIncident {
     /// Orders were accepted, but nothing is sent for them. If they were lost between the two passes of a
     /// two-pass variant, the user gets a message too.
     OrdersDropped,
-    /// An exception ended the placing of these orders. Some of them may have been sent. The user gets a
-    /// message too.
-    OrdersInterrupted,
     CancelNotDone,      ///< a cancel found no task, or the cancel of an order failed
     HostFailed,         ///< a service of the host failed, and the message panel could not show it
     RowsLeftOut,        ///< a basket passed the check without some of its rows or positions to sell
     StrategyNotLoaded,  ///< loadFromConfig left out a strategy above the user's limit
     StrategyNotStarted, ///< a strategy that should run could not be started by loadFromConfig
+    /// An exception ended the placing of these orders. Some of them may have been sent. The user gets a
+    /// message too.
+    OrdersInterrupted,
 };
 
 struct CIncidentReport {
