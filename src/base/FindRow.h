@@ -4,7 +4,7 @@
 
 namespace utils {
 
-/// The first row of a table for which `isWanted(row)` is true; null if there is none.
+/// Returns the first row of a table for which `isWanted(row)` is true, or null.
 template<typename Row, std::size_t N, typename Condition>
 constexpr const Row* findRow(const Row (&table)[N], const Condition& isWanted) {
     for (const Row& row : table) {

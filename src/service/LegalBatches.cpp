@@ -77,8 +77,8 @@ const COrderStrategyMap* keepOrReport(COrderServiceBase& variant, const COrderSe
     }
 }
 
-/// Queues the end of the batch behind all calls that the emission has queued on the main thread. If this is
-/// not possible, the batch ends now, on the emitting thread, where the adapter must not be called.
+/// Queues the end of the batch on the main thread, behind all calls that the emission has queued there. If it
+/// cannot be queued, the batch ends at once on the emitting thread. The adapter must not be called there.
 void finishLater(const COrderStrategyMap* kept, bool isComplete) noexcept {
     QCoreApplication* const app = QCoreApplication::instance();
     const auto finish = [kept, isComplete] { CLegalBatches::instance().finish(kept, isComplete); };
