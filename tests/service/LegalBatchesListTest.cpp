@@ -43,6 +43,16 @@ TEST(LegalBatchesList, BatchIsTakenOnceAndKeptUntilItsRelease) {
     EXPECT_EQ(batches.keep({}), kept);
 }
 
+/// Signals of such a batch may still be queued. They must not find another batch at their address.
+TEST(LegalBatchesList, AddressOfABatchThatEndedAtOnceIsNotUsedAgain) {
+    CLegalBatches batches;
+    const COrderStrategyMap* kept = batches.keep({});
+    batches.finishAtOnce(kept);
+    EXPECT_EQ(batches.size(), 0u);
+    EXPECT_TRUE(batches.isOwn(kept));
+    EXPECT_NE(batches.keep({}), kept);
+}
+
 TEST(LegalBatchesList, BatchesOfAnotherServiceAreNotTaken) {
     CLegalBatches batches;
     const char services[2] = {}; // the pointers are only compared
