@@ -55,8 +55,9 @@ struct CReading {
 
 CReading read(const std::string& argument, TC::IStrategyRegistry& registry) {
     CReading reading;
+    TC::CRecentCodes codes;
     try {
-        reading.isUnderstood = TC::parseSocketOrder(argument, registry, reading.order, reading.error);
+        reading.isUnderstood = TC::parseSocketOrder(argument, registry, codes, reading.order, reading.error);
     } catch (const boost::bad_lexical_cast&) {
         reading.isBadNumber = true;
     }

@@ -94,18 +94,6 @@ std::size_t firstOrderField(const CLineOrigin& source) {
     return source.m_bTableRow ? 1 : 2;
 }
 
-const QString& CRecentCodes::codeOf(std::string_view field) {
-    std::size_t hash = field.size();
-    for (const char byte : field)
-        hash = hash * 31 + static_cast<unsigned char>(byte);
-    CEntry& entry = m_entries[hash % m_entries.size()];
-    if (entry.m_strField != field) {
-        entry.m_code = codeOfField(field);
-        entry.m_strField = field;
-    }
-    return entry.m_code;
-}
-
 void parsePlainOrder(const CFields& fields, const CLineOrigin& source, CRecentCodes& codes,
                      COrderParam& order) {
     order.m_nOrderType = strictInt(fields[0]);

@@ -2,13 +2,9 @@
 
 #include "orderservice/base/Fields.h"
 #include "orderservice/records/OrderParam.h"
+#include "orderservice/records/RecentCodes.h"
 
-#include <QString>
-
-#include <array>
 #include <cstddef>
-#include <string>
-#include <string_view>
 
 namespace TC {
 
@@ -17,22 +13,6 @@ struct CLineOrigin {
     int m_nChannel = 0;       ///< the strategy that reads it
     bool m_bTableRow = false; ///< a row of a DBF table: price command first, no channel
     int m_nRowPosition = 0;   ///< position of the row in its table, counted from 1
-};
-
-/// The codes of the lines that were read last. A file names the same instruments again and again; its orders
-/// then share one text, which saves memory and time for each of them. Not thread-safe.
-class CRecentCodes {
-public:
-    /// The same result as codeOfField.
-    const QString& codeOf(std::string_view field);
-
-private:
-    struct CEntry {
-        std::string m_strField;
-        QString m_code;
-    };
-    /// Each field has one possible place. A later field of the same place replaces the earlier one.
-    std::array<CEntry, 64> m_entries;
 };
 
 /// Reads the fields of a plain order line into a new record; the caller passes at least two fields. Throws

@@ -275,7 +275,9 @@ void COrderService::saveSettings(QDomElement& element, QDomDocument& document) {
 }
 
 void COrderService::placeorder(COrderParam order) {
-    placeOrders({std::move(order)});
+    QVector<COrderParam> batch(1); // an initializer list would copy the order
+    batch.first() = std::move(order);
+    placeOrders(std::move(batch));
 }
 
 void COrderService::placeOrders(QVector<COrderParam> orders) {

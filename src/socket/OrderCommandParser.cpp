@@ -27,6 +27,7 @@ constexpr const char* kUnknownBasket = " 指定的篮子不存在";
 struct CReading {
     const CFields& fields;
     IStrategyRegistry& registry;
+    CRecentCodes& codes;
     COrderParam& order;
     std::string& error;
 };
@@ -40,7 +41,7 @@ COrderSingleParam& readCommonLine(const CReading& reading) {
     const CFields& fields = reading.fields;
     COrderSingleParam& line = setOnlyLine(reading.order);
     line.m_dPrice = strictDouble(fields[2]);
-    if (fields.has(3)) line.m_strCode = codeOfField(fields[3]);
+    if (fields.has(3)) line.m_strCode = reading.codes.codeOf(fields[3]);
     if (fields.has(4)) line.m_nVolume = strictInt(fields[4]);
     return line;
 }
@@ -64,7 +65,7 @@ bool readPlain(const CReading& reading) {
 bool readReversed(const CReading& reading) {
     const CFields& fields = reading.fields;
     COrderSingleParam& line = setOnlyLine(reading.order);
-    if (fields.has(2)) line.m_strCode = codeOfField(fields[2]);
+    if (fields.has(2)) line.m_strCode = reading.codes.codeOf(fields[2]);
     if (fields.has(3)) line.m_nVolume = strictInt(fields[3]);
     if (fields.has(4)) line.m_dPrice = strictDouble(fields[4]);
     return true;
@@ -203,8 +204,8 @@ bool hasEmptyField(const CFields& fields) {
 
 } // namespace
 
-bool parseSocketOrder(std::string_view argument, IStrategyRegistry& registry, COrderParam& order,
-                      std::string& error) {
+bool parseSocketOrder(std::string_view argument, IStrategyRegistry& registry, CRecentCodes& codes,
+                      COrderParam& order, std::string& error) {
     const CFields fields(argument, ',');
     if (fields.size() < 2 || hasEmptyField(fields)) return false;
     order.m_nOrderType = strictInt(fields[0]);
@@ -212,7 +213,7 @@ bool parseSocketOrder(std::string_view argument, IStrategyRegistry& registry, CO
     order.m_eStrategyType = EOrderStrategyType::Signal;
     order.m_orders.clear();
     if (!hasLine(order.m_nOrderType, fields.size())) return true;
-    return readForm(socketFormOf(order.m_nOrderType), {fields, registry, order, error});
+    return readForm(socketFormOf(order.m_nOrderType), {fields, registry, codes, order, error});
 }
 
 } // namespace TC

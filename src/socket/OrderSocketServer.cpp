@@ -370,9 +370,11 @@ void COrderSocketServer::onPlaceOrder(std::string_view argument, ConnData& data,
 }
 
 void COrderSocketServer::placeOrder(std::string_view argument, const ConnData& data, CReply& reply) {
-    COrderParam order;
+    // The order is read in its place in the batch, because moving it takes long.
+    QVector<COrderParam> batch(1);
+    COrderParam& order = batch.first();
     std::string error;
-    if (!parseSocketOrder(argument, m_registry, order, error))
+    if (!parseSocketOrder(argument, m_registry, m_codes, order, error))
         return writeError(reply, (kBadParam + utils::safeUtf82Gbk(error)).c_str());
     CIntakeReport report;
     report.m_eStrategyType = order.m_eStrategyType;
@@ -382,7 +384,7 @@ void COrderSocketServer::placeOrder(std::string_view argument, const ConnData& d
     report.m_nOrders = 1;
     reportToAudit(report);
     COrderCredit::CTicket ticket = charge(data, order.m_orders.size());
-    m_gate.placeorder(std::move(order));
+    m_gate.placeOrders(std::move(batch));
     holdTicket(std::move(ticket));
     writeOk(reply);
 }

@@ -4,6 +4,7 @@
 #include "orderservice/gates/StrategyRegistry.h"
 #include "orderservice/net/NetServer.h"
 #include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/records/RecentCodes.h"
 #include "orderservice/socket/ConnData.h"
 #include "orderservice/socket/LoginDelays.h"
 #include "orderservice/socket/LoopPost.h"
@@ -109,6 +110,7 @@ private:
     std::map<net::NetConnectionPtr, ConnDataPtr, boost::owner_less<net::NetConnectionPtr>> m_connections;
     QSet<int> m_strategyIds;
 
+    CRecentCodes m_codes; ///< used on the listener's thread only
     IOrderGate& m_gate;
     IStrategyRegistry& m_registry;
     const QString m_strSource;

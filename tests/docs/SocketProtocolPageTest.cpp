@@ -87,9 +87,11 @@ protected:
         std::string argument = dropPrefix(line, "placeorder");
         argument.erase(0, argument.find_first_not_of(' '));
         COrderParam order;
+        CRecentCodes codes;
         std::string error;
         try {
-            if (parseSocketOrder(argument, registry, order, error)) return order.toQString().toStdString();
+            if (parseSocketOrder(argument, registry, codes, order, error))
+                return order.toQString().toStdString();
         } catch (const boost::bad_lexical_cast&) {
             // Refused, like a line with too few fields.
         }

@@ -21,7 +21,7 @@ protected:
     bool parse(const std::string& argument) {
         order = COrderParam();
         error.clear();
-        return parseSocketOrder(argument, registry, order, error);
+        return parseSocketOrder(argument, registry, codes, order, error);
     }
     /// Parses a valid order and returns its only line.
     COrderSingleParam lineOf(const std::string& argument) {
@@ -46,6 +46,7 @@ protected:
     CFakeHost host;
     CPlainRegistry registry;
     COrderParam order;
+    CRecentCodes codes;
     std::string error;
 };
 
@@ -66,7 +67,7 @@ TEST_F(OrderCommandParser, NumbersAreStrict) {
 
 TEST_F(OrderCommandParser, OrderIsASignalForItsChannel) {
     order.m_orders.resize(3);
-    EXPECT_TRUE(parseSocketOrder("40,7", registry, order, error));
+    EXPECT_TRUE(parseSocketOrder("40,7", registry, codes, order, error));
     EXPECT_EQ(order.m_nOrderType, 40);
     EXPECT_EQ(order.m_nChannel, 7);
     EXPECT_EQ(order.m_eStrategyType, EOrderStrategyType::Signal);
