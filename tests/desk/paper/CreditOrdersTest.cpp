@@ -19,7 +19,8 @@ protected:
         return FamilyDesk::outcomeOf(kCredit, operation, volume, price);
     }
     std::string repay(double amount, int kind = TC::kQuantityKindPlain) {
-        TC::CCodeOrderParam code = recordOf(kCredit, kRepayMoney, static_cast<int>(amount), 10);
+        const int volume = amount < 1000000 ? static_cast<int>(amount) : TC::kUnsetInt;
+        TC::CCodeOrderParam code = recordOf(kCredit, kRepayMoney, volume, 10);
         code.m_stock = {};
         code.m_nQuantityKind = kind;
         code.m_dQuantity = amount;
