@@ -6,6 +6,7 @@ namespace TC {
 namespace {
 
 std::atomic<int> s_pauses{0};
+std::atomic<bool> s_isConfirming{false};
 
 } // namespace
 
@@ -18,7 +19,15 @@ CIntakePause::~CIntakePause() {
 }
 
 bool CIntakePause::isPaused() {
-    return s_pauses.load() > 0;
+    return s_pauses.load() > 0 || s_isConfirming.load();
+}
+
+void setConfirmationPause(bool isSet) {
+    s_isConfirming = isSet;
+}
+
+bool isConfirmationPauseSet() {
+    return s_isConfirming.load();
 }
 
 } // namespace TC

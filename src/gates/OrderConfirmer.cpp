@@ -1,0 +1,171 @@
+#include "orderservice/gates/OrderConfirmer.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+#include <atomic>
+#include <deque>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace TC {
+namespace {
+
+/// A question of another thread, which waits for the main thread.
+struct CPending {
+    CConfirmQuestion m_question;
+    std::promise<CConfirmAnswer> m_answer;
+};
+
+CConfirmAnswer notAsked(const QString& reason) {
+    CConfirmAnswer answer;
+    answer.m_eResult = EConfirmResult::NotAsked;
+    answer.m_strReason = reason;
+    return answer;
+}
+
+bool isMainThread() {
+    const QCoreApplication* const app = QCoreApplication::instance();
+    return app == nullptr || app->thread() == QThread::currentThread();
+}
+
+/// The questions of this process, one open at a time.
+class CQuestions {
+public:
+    /// Never destroyed: a thread of the host may ask until the process ends.
+    static CQuestions& instance() {
+        static auto* const questions = new CQuestions;
+        return *questions;
+    }
+
+    void setConfirmer(IOrderConfirmer* confirmer) { m_pConfirmer = confirmer; }
+    bool isOpen() const { return m_bOpen; }
+
+    CConfirmAnswer askHere(const CConfirmQuestion& question) {
+        if (m_bOpen) return notAsked(QStringLiteral("另一批指令正在确认"));
+        if (m_pConfirmer == nullptr) return notAsked(QStringLiteral("没有确认窗口"));
+        const COpen open(*this);
+        return m_pConfirmer->confirm(question);
+    }
+
+    CConfirmAnswer askFromThread(const CConfirmQuestion& question) {
+        const auto pending = std::make_shared<CPending>();
+        pending->m_question = question;
+        std::future<CConfirmAnswer> answer = pending->m_answer.get_future();
+        {
+            const std::lock_guard lock(m_mutex);
+            m_pending.push_back(pending);
+        }
+        continueLater();
+        return answer.get();
+    }
+
+    void whenClosed(std::function<void()> action) {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_actions.push_back(std::move(action));
+        }
+        if (!m_bOpen) continueLater();
+    }
+
+    void refusePending(const QString& reason) {
+        std::deque<std::shared_ptr<CPending>> refused;
+        {
+            const std::lock_guard lock(m_mutex);
+            refused.swap(m_pending);
+        }
+        for (const auto& pending : refused) pending->m_answer.set_value(notAsked(reason));
+    }
+
+private:
+    /// Marks a question as open during its lifetime. What waits for its end continues from the event loop, so
+    /// that the commands of the answered batch are sent first.
+    class COpen {
+    public:
+        explicit COpen(CQuestions& questions) : m_questions(questions) { m_questions.m_bOpen = true; }
+        ~COpen() {
+            m_questions.m_bOpen = false;
+            m_questions.continueLater();
+        }
+        COpen(const COpen&) = delete;
+        COpen& operator=(const COpen&) = delete;
+
+    private:
+        CQuestions& m_questions;
+    };
+
+    void continueLater() noexcept {
+        QCoreApplication* const app = QCoreApplication::instance();
+        if (app == nullptr) return refusePending(QStringLiteral("主线程已结束"));
+        QMetaObject::invokeMethod(app, [this] { continueHere(); }, Qt::QueuedConnection);
+    }
+
+    void continueHere() {
+        while (!m_bOpen) {
+            if (std::function<void()> action = nextAction()) {
+                action();
+                continue;
+            }
+            const std::shared_ptr<CPending> pending = nextPending();
+            if (pending == nullptr) return;
+            answer(*pending);
+        }
+    }
+
+    void answer(CPending& pending) {
+        try {
+            pending.m_answer.set_value(askHere(pending.m_question));
+        } catch (...) {
+            pending.m_answer.set_exception(std::current_exception());
+        }
+    }
+
+    std::function<void()> nextAction() {
+        const std::lock_guard lock(m_mutex);
+        if (m_actions.empty()) return nullptr;
+        std::function<void()> action = std::move(m_actions.front());
+        m_actions.pop_front();
+        return action;
+    }
+
+    std::shared_ptr<CPending> nextPending() {
+        const std::lock_guard lock(m_mutex);
+        if (m_pending.empty()) return nullptr;
+        std::shared_ptr<CPending> pending = std::move(m_pending.front());
+        m_pending.pop_front();
+        return pending;
+    }
+
+    IOrderConfirmer* m_pConfirmer = nullptr; ///< main thread
+    std::atomic<bool> m_bOpen{false};        ///< written on the main thread
+    std::mutex m_mutex;                      ///< guards the rest
+    std::deque<std::shared_ptr<CPending>> m_pending;
+    std::deque<std::function<void()>> m_actions;
+};
+
+} // namespace
+
+void setOrderConfirmer(IOrderConfirmer* confirmer) {
+    CQuestions::instance().setConfirmer(confirmer);
+}
+
+CConfirmAnswer askForConfirmation(const CConfirmQuestion& question) {
+    CQuestions& questions = CQuestions::instance();
+    return isMainThread() ? questions.askHere(question) : questions.askFromThread(question);
+}
+
+void refusePendingConfirmations(const QString& reason) {
+    CQuestions::instance().refusePending(reason);
+}
+
+bool isConfirmationOpen() {
+    return CQuestions::instance().isOpen();
+}
+
+void whenNoConfirmationIsOpen(std::function<void()> action) {
+    CQuestions::instance().whenClosed(std::move(action));
+}
+
+} // namespace TC

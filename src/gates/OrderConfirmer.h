@@ -1,0 +1,65 @@
+#pragma once
+
+#include "orderservice/base/Export.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/Enums.h"
+
+#include <QString>
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace TC {
+
+/// A batch of checked orders that the user must confirm before its commands are sent.
+struct CConfirmQuestion {
+    QString m_strTitle;
+    EQdTraderType m_eTraderType = EQdTraderType::Stock; ///< of the whole batch
+    /// One row for each order, by the index of the order in the batch. An order of several accounts has the
+    /// record of its last account here.
+    std::map<int, CCodeOrderParam> m_rows;
+    std::map<int, std::string> m_remarks; ///< by the same index; UTF-8
+};
+
+enum class EConfirmResult {
+    Declined,
+    Accepted,
+    NotAsked, ///< nobody could be asked; m_strReason says why
+};
+
+struct CConfirmAnswer {
+    EConfirmResult m_eResult = EConfirmResult::Declined;
+    std::map<int, std::string> m_remarks; ///< by the index of the order; UTF-8; a missing one is empty
+    QString m_strReason;                  ///< for NotAsked: for the user, in Chinese
+};
+
+/// Asks the user whether a batch may be sent. The dialog of the second library is one; a host without a
+/// window gives its own.
+class IOrderConfirmer {
+public:
+    virtual ~IOrderConfirmer() = default;
+    /// Asks and waits for the answer. Called on the main thread, for one question at a time. It may run an
+    /// event loop. If it throws, nobody has confirmed.
+    virtual CConfirmAnswer confirm(const CConfirmQuestion& question) = 0;
+};
+
+/// Installs the confirmer of this process, or removes it with null. The caller owns it and keeps it alive
+/// until it is removed. Main thread, while no question is open.
+ORDERSERVICE_EXPORT void setOrderConfirmer(IOrderConfirmer* confirmer);
+
+/// Asks the user by the installed confirmer and waits for the answer. Any thread: on another thread the
+/// question is handed to the main thread. Questions of other threads are asked one after the other. A
+/// question on the main thread while another one is open is not asked. Exceptions of the confirmer leave it.
+ORDERSERVICE_EXPORT CConfirmAnswer askForConfirmation(const CConfirmQuestion& question);
+
+/// Whether a question is open. Any thread.
+ORDERSERVICE_EXPORT bool isConfirmationOpen();
+/// Calls `action` once on the main thread, from its event loop, when no question is open. Actions are called
+/// in their order, and before waiting questions of other threads. It must not throw. Any thread.
+ORDERSERVICE_EXPORT void whenNoConfirmationIsOpen(std::function<void()> action);
+/// Answers all questions of other threads that are not yet asked with NotAsked and this reason, so that these
+/// threads can end. Any thread.
+ORDERSERVICE_EXPORT void refusePendingConfirmations(const QString& reason);
+
+} // namespace TC
