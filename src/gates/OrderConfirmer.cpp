@@ -5,6 +5,8 @@
 
 #include <atomic>
 #include <deque>
+#include <exception>
+#include <functional>
 #include <future>
 #include <memory>
 #include <mutex>
@@ -56,6 +58,7 @@ public:
         std::future<CConfirmAnswer> answer = pending->m_answer.get_future();
         {
             const std::lock_guard lock(m_mutex);
+            if (m_nStops > 0) return notAsked(m_strStopReason);
             m_pending.push_back(pending);
         }
         continueLater();
@@ -70,13 +73,17 @@ public:
         if (!m_bOpen) continueLater();
     }
 
-    void refusePending(const QString& reason) {
-        std::deque<std::shared_ptr<CPending>> refused;
+    void beginStop(const QString& reason) {
         {
             const std::lock_guard lock(m_mutex);
-            refused.swap(m_pending);
+            ++m_nStops;
+            m_strStopReason = reason;
         }
-        for (const auto& pending : refused) pending->m_answer.set_value(notAsked(reason));
+        refusePending(reason);
+    }
+    void endStop() {
+        const std::lock_guard lock(m_mutex);
+        --m_nStops;
     }
 
 private:
@@ -97,9 +104,24 @@ private:
     };
 
     void continueLater() noexcept {
-        QCoreApplication* const app = QCoreApplication::instance();
-        if (app == nullptr) return refusePending(QStringLiteral("主线程已结束"));
-        QMetaObject::invokeMethod(app, [this] { continueHere(); }, Qt::QueuedConnection);
+        try {
+            QCoreApplication* const app = QCoreApplication::instance();
+            if (app == nullptr) return refusePending(QStringLiteral("主线程已结束"));
+            QMetaObject::invokeMethod(
+                app, [this] { continueHere(); }, Qt::QueuedConnection);
+        } catch (...) { // no memory: a thread must not wait for an answer that nobody will give
+            refusePending(QString());
+        }
+    }
+
+    void refusePending(const QString& reason) {
+        std::deque<std::shared_ptr<CPending>> refused;
+        {
+            const std::lock_guard lock(m_mutex);
+            refused.swap(m_pending);
+        }
+        for (const auto& pending : refused)
+            pending->m_answer.set_value(notAsked(reason));
     }
 
     void continueHere() {
@@ -143,6 +165,8 @@ private:
     std::mutex m_mutex;                      ///< guards the rest
     std::deque<std::shared_ptr<CPending>> m_pending;
     std::deque<std::function<void()>> m_actions;
+    int m_nStops = 0;
+    QString m_strStopReason;
 };
 
 } // namespace
@@ -156,8 +180,12 @@ CConfirmAnswer askForConfirmation(const CConfirmQuestion& question) {
     return isMainThread() ? questions.askHere(question) : questions.askFromThread(question);
 }
 
-void refusePendingConfirmations(const QString& reason) {
-    CQuestions::instance().refusePending(reason);
+CConfirmationStop::CConfirmationStop(const QString& reason) {
+    CQuestions::instance().beginStop(reason);
+}
+
+CConfirmationStop::~CConfirmationStop() {
+    CQuestions::instance().endStop();
 }
 
 bool isConfirmationOpen() {

@@ -58,8 +58,15 @@ ORDERSERVICE_EXPORT bool isConfirmationOpen();
 /// Calls `action` once on the main thread, from its event loop, when no question is open. Actions are called
 /// in their order, and before waiting questions of other threads. It must not throw. Any thread.
 ORDERSERVICE_EXPORT void whenNoConfirmationIsOpen(std::function<void()> action);
-/// Answers all questions of other threads that are not yet asked with NotAsked and this reason, so that these
-/// threads can end. Any thread.
-ORDERSERVICE_EXPORT void refusePendingConfirmations(const QString& reason);
+
+/// During its lifetime the main thread answers no questions of other threads, for instance because it waits
+/// for them. Questions that are not yet asked are answered with NotAsked and the reason. Any thread.
+class ORDERSERVICE_EXPORT CConfirmationStop {
+public:
+    explicit CConfirmationStop(const QString& reason);
+    ~CConfirmationStop();
+    CConfirmationStop(const CConfirmationStop&) = delete;
+    CConfirmationStop& operator=(const CConfirmationStop&) = delete;
+};
 
 } // namespace TC

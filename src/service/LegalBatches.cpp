@@ -2,13 +2,16 @@
 
 #include "orderservice/base/Text.h"
 #include "orderservice/base/Thread.h"
+#include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/platform/Host.h"
 #include "orderservice/platform/HostReports.h"
 #include "orderservice/platform/IntakeAudit.h"
+#include "orderservice/service/DelayedBatches.h"
 #include "orderservice/service/OrderService.h"
 #include "orderservice/service/OrderServiceAdapter.h"
 
 #include <QCoreApplication>
+#include <QThread>
 
 #include <algorithm>
 #include <cstdio>
@@ -34,6 +37,8 @@ constexpr CDropCause kServiceEnded{"下单服务已关闭",
 constexpr CDropCause kNoService{"没有下单服务", "there is no order service that can place checked orders"};
 constexpr CDropCause kNoStrategies{"待确认指令没有策略", "the checked orders came without their strategies"};
 constexpr CDropCause kNotKept{"待确认指令无法保存", "the checked orders could not be kept"};
+constexpr CDropCause kUserChanged{"用户已退出或切换",
+                                  "their user left before the checked orders were placed"};
 
 void reportToUserAndAudit(const CLegalOrders& orders, const CDropCause& cause, const QString& auditCause) {
     reportSafely(utils::fillText(QStringLiteral("[接口单]　%1, %2条指令未执行!"),
@@ -60,7 +65,16 @@ void reportDropped(const CLegalOrders& orders, const CDropCause& cause,
                [&] { reportToUserAndAudit(orders, cause, auditCauseOf(cause, detail)); });
 }
 
+/// Never destroyed, like CLegalBatches::instance.
+CDelayedBatches& delayedBatches() {
+    static auto* const batches = new CDelayedBatches;
+    return *batches;
+}
+
+/// The delayed batches came first.
 void dropWaiting(const COrderService* service, const CDropCause& cause) noexcept {
+    while (const std::optional<CLegalBatch> batch = delayedBatches().takeAny(service))
+        reportDropped(batch->m_orders, cause);
     while (const std::optional<CLegalBatch> batch = CLegalBatches::instance().takeAny(service))
         reportDropped(batch->m_orders, cause);
 }
@@ -122,12 +136,50 @@ void placeBatch(COrderServiceBase& variant, const CLegalOrders& orders,
     }
 }
 
+void placeOrReport(const CLegalBatch& batch) noexcept {
+    if (batch.m_variant == nullptr) return reportDropped(batch.m_orders, kServiceEnded);
+    placeBatch(*batch.m_variant, batch.m_orders, batch.m_strategies);
+}
+
+/// A batch that is placed can open a question. Batches that come meanwhile are delayed, and this loop finds
+/// them after the answer.
+void placeDelayed() noexcept {
+    const utils::CLibraryCall call;
+    while (!isConfirmationOpen()) {
+        const std::optional<CLegalBatch> batch = delayedBatches().takeFirst();
+        if (!batch) return;
+        placeOrReport(*batch);
+    }
+}
+
+/// On the main thread a batch waits while a question is open or other batches wait for its end. On another
+/// thread the variant itself waits for the main thread.
+bool mustWait() {
+    const QCoreApplication* const app = QCoreApplication::instance();
+    const bool isOnMainThread = app != nullptr && app->thread() == QThread::currentThread();
+    return isOnMainThread && (isConfirmationOpen() || !delayedBatches().isEmpty());
+}
+
+/// Throws if there is not enough memory; then the batch is not kept.
+void delay(CLegalBatch batch) {
+    if (delayedBatches().add(std::move(batch))) whenNoConfirmationIsOpen(placeDelayed);
+}
+
+void delayOrReport(const CLegalBatch& batch) noexcept {
+    try {
+        delay(batch);
+    } catch (...) {
+        reportDropped(batch.m_orders, kNotKept, exceptionText());
+    }
+}
+
 /// Orders of a host that calls the adapter with a map of its own.
 void placeByCurrentVariant(const CLegalOrders& orders, const COrderStrategyMap* strategies) noexcept {
     const COrderService* const service = COrderService::instance();
     COrderServiceBase* const variant = service != nullptr ? service->getOrderService() : nullptr;
     if (variant == nullptr) return reportDropped(orders, kNoService);
     if (strategies == nullptr) return reportDropped(orders, kNoStrategies);
+    if (mustWait()) return delayOrReport({orders, *strategies, variant, service});
     placeBatch(*variant, orders, *strategies);
 }
 
@@ -242,12 +294,22 @@ void forwardLegalOrders(COrderServiceBase& variant, COrderService& service) {
 void placeReceivedOrders(const CLegalOrders& orders, const COrderStrategyMap* strategies) noexcept {
     const utils::CLibraryCall call;
     if (!CLegalBatches::instance().isOwn(strategies)) return placeByCurrentVariant(orders, strategies);
-    const std::optional<CLegalBatch> batch = CLegalBatches::instance().take(strategies);
+    std::optional<CLegalBatch> batch = CLegalBatches::instance().take(strategies);
     if (!batch) return; // it was placed or reported earlier
-    if (batch->m_variant == nullptr) return reportDropped(batch->m_orders, kServiceEnded);
     // An empty list comes from `finish`.
-    const bool isChanged = !orders.isEmpty() && orders.constData() != batch->m_orders.constData();
-    placeBatch(*batch->m_variant, isChanged ? orders : batch->m_orders, batch->m_strategies);
+    if (!orders.isEmpty() && orders.constData() != batch->m_orders.constData()) batch->m_orders = orders;
+    if (mustWait()) return delayOrReport(*batch);
+    placeOrReport(*batch);
+}
+
+bool delayIfConfirming(const CLegalBatch& batch) {
+    if (!mustWait()) return false;
+    delay(batch);
+    return true;
+}
+
+void dropAtEndOfUser(const COrderService& service) noexcept {
+    dropWaiting(&service, kUserChanged);
 }
 
 void dropAtEndOfAdapter() noexcept {

@@ -89,9 +89,17 @@ void forwardLegalOrders(COrderServiceBase& variant, COrderService& service);
 /// variant that checked the batch places it, unless it was already placed or reported. If `orders` is another
 /// list, because a receiver of the host has changed it, this list is placed. If the map is not the library's,
 /// the caller owns it, and the current variant places `orders`. An exception of the variant is reported.
+/// While the user is asked about another batch, this batch waits; it is placed when he has answered.
 void placeReceivedOrders(const QVector<orderParamForOrderService>& orders,
                          const COrderStrategyMap* strategies) noexcept;
+/// If the user is asked about another batch, keeps this batch until he has answered, and returns true.
+/// Otherwise the caller places it. On another thread than the main one it never waits. Throws if there is not
+/// enough memory; then nothing is kept.
+bool delayIfConfirming(const CLegalBatch& batch);
 
+/// Reports every batch of this service that is not placed yet, because its accounts belong to a user who has
+/// left. Any thread.
+void dropAtEndOfUser(const COrderService& service) noexcept;
 /// Reports every batch that waits for the adapter. Main thread, when the adapter is deleted.
 void dropAtEndOfAdapter() noexcept;
 /// Reports every batch of this service that nobody has placed. Main thread, when the service is deleted and

@@ -5,6 +5,7 @@
 #include "orderservice/check/OrderServiceBase.h"
 #include "orderservice/check/PositionExchange.h"
 #include "orderservice/check/Reports.h"
+#include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/intake/FileService.h"
 #include "orderservice/platform/ExchangeClient.h"
 #include "orderservice/platform/HostCall.h"
@@ -185,6 +186,8 @@ void COrderService::shutdown() {
     const utils::CLibraryCall call;
     const std::lock_guard lock(m_threads->end);
     if (!m_threads->service.isRunning()) return;
+    // This thread waits for the others, so it must not let them wait for the user's answer.
+    const CConfirmationStop stop(QStringLiteral("下单服务正在关闭"));
     m_fileService->stop();
     m_registry->closeDoors();
     if (m_threads->file.joinable()) m_threads->file.join();
@@ -222,6 +225,7 @@ void COrderService::bindUser(bool showMsg) {
     if (strategies == nullptr)
         throw CHostError(operationName<&CUserConfig::getStrategyMap>(), "there is no map of strategies");
     const bool hasFramework = hostCall<&CUserConfig::hasShowTradeFrameworkPermission>.on(*user);
+    changeUser(strategies);
     m_registry->bind(strategies);
     chooseVariant(*user);
     if (m_orderService)
@@ -234,8 +238,14 @@ void COrderService::bindUser(bool showMsg) {
 /// Strategies that were running are now stopped, so the new status is emitted.
 void COrderService::unbind() {
     const bool wasRunning = hasRunning();
+    changeUser(nullptr);
     m_registry->bind(nullptr);
     if (wasRunning) announceStatus(false);
+}
+
+/// Each user has a map of his own. Checked orders of the previous user must not be sent for the new one.
+void COrderService::changeUser(const COrderStrategyMap* strategies) {
+    if (std::exchange(m_pUserStrategies, strategies) != strategies) dropAtEndOfUser(*this);
 }
 
 /// A variant with two passes also needs forwardLegalOrders (service/LegalBatches.h).
@@ -296,6 +306,7 @@ void COrderService::placeLegalOrders(QVector<orderParamForOrderService> orders) 
     // If the host has received these orders by the signal, the adapter must not place them again.
     (void)CLegalBatches::instance().takeOrders(orders);
     const COrderStrategyMap strategies = m_registry->copy();
+    if (delayIfConfirming({orders, strategies, variant, this})) return;
     variant->placeLegalOrders(std::move(orders), &strategies);
 }
 

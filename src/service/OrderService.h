@@ -231,6 +231,7 @@ private:
     void unbind();
     void processBatch(const QVector<COrderParam>& orders);
     void announceStatus(bool isAnyRunning);
+    void changeUser(const COrderStrategyMap* strategies);
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();
@@ -241,6 +242,7 @@ private:
     std::unique_ptr<CSocketListeners> m_listeners;
     std::unique_ptr<CStrategyRegistry> m_registry;
     std::unique_ptr<COrderServiceBase> m_orderService;
+    const COrderStrategyMap* m_pUserStrategies = nullptr; ///< the bound map; only compared; registry's mutex
     std::atomic<COrderServiceBase*> m_pVariant{nullptr};  ///< m_orderService after it is chosen; null before
     std::atomic<IBatchVariant*> m_pBatchVariant{nullptr}; ///< the same object
     std::unique_ptr<CFileService> m_fileService;
