@@ -53,7 +53,7 @@ int showJournal(const std::string& folder, bool follow) {
 int runCommand(const desk::CCommandLine& line) {
     switch (line.m_eCommand) {
     case desk::ECommand::New:
-        return desk::runNew(line.m_strFolder, std::cout, std::cerr);
+        return desk::runNew(line.m_strFolder, line.m_bConfirm, std::cout, std::cerr);
     case desk::ECommand::Check:
         return desk::runCheck(line.m_strFolder, std::cout);
     case desk::ECommand::Run:

@@ -35,7 +35,10 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description, E
 }
 
 void addCommands(CLI::App& app, CCommandLine& line) {
-    addCommand(app, "new", "Write a desk folder that works without changes", ECommand::New, line);
+    CLI::App* added =
+        addCommand(app, "new", "Write a desk folder that works without changes", ECommand::New, line);
+    added->add_flag("--confirm", line.m_bConfirm,
+                    "The folder's user confirms his orders before they are sent");
     addCommand(app, "check", "Report the mistakes and warnings of a desk folder", ECommand::Check, line);
     CLI::App* run =
         addCommand(app, "run", "Run a desk folder until SIGINT, SIGTERM or SIGHUP", ECommand::Run, line);

@@ -16,6 +16,8 @@ struct CCommandLine {
     std::optional<double> m_exitWhenIdle;
     /// Only for `journal`.
     bool m_bFollow = false;
+    /// Only for `new`.
+    bool m_bConfirm = false;
 };
 
 /// The result of a command line that runs no command: help, version or a mistake. The process prints the text

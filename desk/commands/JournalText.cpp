@@ -67,20 +67,46 @@ std::string priceText(const CJson& object) {
     return price == "-" ? " at market" : " @ " + price;
 }
 
-void showCommand(std::ostream& out, const CJson& record) {
+/// The elements of a list; empty if the key is missing or has no list.
+const CJson& listOf(const CJson& record, const char* key) {
     static const CJson kNone = CJson::array();
-    const auto found = record.find("codes");
-    const CJson& codes = found != record.end() && found->is_array() ? *found : kNone;
+    const auto found = record.find(key);
+    return found != record.end() && found->is_array() ? *found : kNone;
+}
+
+/// Writes one record of a command, without what is before and after it on the line.
+void showCode(std::ostream& out, const CJson& code) {
+    const CJson stock = code.is_object() ? code.value("stock", CJson::object()) : CJson::object();
+    out << word(code, "account") << "  " << operationWord(code) << ' ' << word(code, "volume")
+        << optional(" ", stock, "market") << optional("", stock, "code") << optional(" ", stock, "name")
+        << priceText(code) << " (price type " << word(code, "price_type") << ')';
+}
+
+void showCommand(std::ostream& out, const CJson& record) {
+    const CJson& codes = listOf(record, "codes");
     if (record.contains("task"))
         out << (record["task"].is_null() ? "no task" : "task " + word(record, "task")) << ", ";
     out << "family " << familyWord(record) << ", " << codes.size()
         << (codes.size() == 1 ? " order" : " orders") << optional(", remark: ", record, "remark");
     if (word(record, "force_confirm") == "true") out << ", to be confirmed";
     for (const CJson& code : codes) {
-        const CJson stock = code.is_object() ? code.value("stock", CJson::object()) : CJson::object();
-        out << "\n    " << word(code, "account") << "  " << operationWord(code) << ' ' << word(code, "volume")
-            << optional(" ", stock, "market") << optional("", stock, "code") << optional(" ", stock, "name")
-            << priceText(code) << " (price type " << word(code, "price_type") << ')';
+        out << "\n    ";
+        showCode(out, code);
+    }
+}
+
+void showConfirmation(std::ostream& out, const CJson& record) {
+    out << word(record, "event");
+    if (word(record, "event") != "asked") {
+        out << " by " << word(record, "by") << ", question #" << word(record, "question");
+        return;
+    }
+    const CJson& rows = listOf(record, "rows");
+    out << ", " << rows.size() << (rows.size() == 1 ? " order: " : " orders: ") << word(record, "title");
+    for (const CJson& row : rows) {
+        out << "\n    ";
+        showCode(out, row);
+        out << optional(", remark: ", row, "remark");
     }
 }
 
@@ -171,13 +197,21 @@ struct CKindText {
 };
 
 constexpr CKindText kKindTexts[] = {
-    {"started", showStarted},     {"strategy", showStrategy},
-    {"intake", showIntake},       {"door", showDoor},
-    {"message", showMessage},     {"trade_error", showTradeError},
-    {"command", showCommand},     {"order", showOrder},
-    {"fill", showFill},           {"cancel_task", showCancelTask},
-    {"continued", showContinued}, {"discarded", showDiscarded},
-    {"unplaced", showUnplaced},   {"incident", showIncident},
+    {"started", showStarted},
+    {"strategy", showStrategy},
+    {"intake", showIntake},
+    {"door", showDoor},
+    {"message", showMessage},
+    {"trade_error", showTradeError},
+    {"command", showCommand},
+    {"order", showOrder},
+    {"fill", showFill},
+    {"cancel_task", showCancelTask},
+    {"continued", showContinued},
+    {"discarded", showDiscarded},
+    {"unplaced", showUnplaced},
+    {"incident", showIncident},
+    {"confirmation", showConfirmation},
 };
 
 /// For record kinds without their own text: shows every key except those at the start of the line.

@@ -66,6 +66,8 @@ bool endTrading(CDesk& desk, CTextSink& sink, const std::function<bool()>& keepW
         const CBacklogWatch watch(*TC::COrderService::instance(), sink, look);
         TC::COrderService::instance()->shutdown();
     }
+    // Orders that were checked during shutdown wait for the main thread: it asks about them, or sends them.
+    QCoreApplication::processEvents();
     const std::string unplaced = desk.unplacedText();
     if (!unplaced.empty()) sink.writeLine(unplaced);
     return unplaced.empty();

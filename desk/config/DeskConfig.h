@@ -126,8 +126,12 @@ struct CPortfolioEntry {
     std::vector<CRow> rows;
 };
 
+/// The answer to a question about a checked batch if nobody can be asked.
+enum class EConfirm : int { Decline, Accept };
+
 struct CDeskConfig {
     CUserEntry user;
+    EConfirm confirm = EConfirm::Decline;
     bool acceptForcedConfirm = false; ///< answer used instead of the user's if a command must be confirmed
     bool allowRemoteSocket = false;   ///< order sockets may accept connections from other machines
     /// Names of the switches of "mdl_order" that are on. The command guard is on unless the folder turns it

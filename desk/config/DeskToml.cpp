@@ -26,6 +26,14 @@ using TC::kForceConfirmSwitch;
 /// Kinds of users whose commands the order service issues.
 const std::set<int> kCommandKinds = {80, 90, 91, 92, 100, 101};
 
+/// Whether the user's settings let orders of sockets, files or tables wait for a confirmation.
+bool asks(int hintBits) {
+    constexpr int kSocketBit = 16;
+    constexpr int kFileBit = 32;
+    constexpr int kTableBit = 1024;
+    return (hintBits & (kSocketBit | kFileBit | kTableBit)) != 0;
+}
+
 /// Orders from a portfolio name the stock by its whole key. They only accept keys of this length in capital
 /// letters.
 bool sellsFromAPortfolio(const CInstrumentEntry& stock) {
@@ -64,6 +72,7 @@ public:
                 m_diagnostics.spoil(kAllOfDesk);
         }
         warnOfConfirm();
+        warnOfTwoPasses();
         return m_lines;
     }
 
@@ -91,6 +100,7 @@ private:
             },
             {"name", "kind"});
         warnOfUser(section, user);
+        m_orderServiceLine = section.lineOfKey("order_service");
         m_lines.maxStrategies = section.lineOfKey("max_strategies");
         m_lines.maxSocketStrategies = section.lineOfKey("max_socket_strategies");
     }
@@ -102,16 +112,17 @@ private:
         if (kCommandKinds.count(user.kind) == 0)
             section.warnAt("kind", "users of kind " + std::to_string(user.kind) +
                                        " issue no commands; expected 80, 90, 91, 92, 100 or 101");
-        if (!user.orderService)
-            section.warnAt("order_service", "with order_service = false no order goes out");
+        if (!user.orderService && user.rights.empty())
+            section.warnAt("order_service",
+                           "with order_service = false and without rights no order goes out");
         if (user.orderEncryption)
             section.warnAt("order_encryption", "with order_encryption = true no file strategy starts");
         if (user.tradeFramework)
             section.warnAt("trade_framework",
                            "the desk has no trade framework; it only shows a message about that");
-        for (const char* key : {"hint_bits", "messages"}) {
-            if (section.has(key)) section.warnAt(key, std::string(key) + " has no effect on the desk");
-        }
+        if (section.has("messages")) section.warnAt("messages", "messages has no effect on the desk");
+        if (section.has("hint_bits") && user.orderService)
+            section.warnAt("hint_bits", "hint_bits has no effect with order_service = true");
         if (user.fileIntervalMs < kLeastPause)
             section.warnAt("file_interval_ms",
                            "the desk looks for files without a pause and keeps a core busy; "
@@ -153,7 +164,10 @@ private:
 
     void readDesk(const toml::table& table) {
         const CTomlSection section = sectionOf(table, "desk");
-        section.read({{"accept_forced_confirm", section.flag(m_config.acceptForcedConfirm)}});
+        int confirm = static_cast<int>(m_config.confirm);
+        section.read({{"accept_forced_confirm", section.flag(m_config.acceptForcedConfirm)},
+                      {"confirm", section.choice(confirm, confirmWords(), false)}});
+        m_config.confirm = static_cast<EConfirm>(confirm);
     }
 
     void readSocket(const toml::table& table) {
@@ -196,6 +210,19 @@ private:
                                std::string("switches: ") + kForceConfirmSwitch +
                                    " is on and accept_forced_confirm under [desk] is not: every command is "
                                    "declined");
+    }
+
+    /// Called after all tables are read. The desk has no dialog of its own, so desk.toml answers.
+    void warnOfTwoPasses() {
+        const CUserEntry& user = m_config.user;
+        if (user.orderService || user.rights.empty() || !asks(user.hintBits)) return;
+        const std::string answer =
+            m_config.confirm == EConfirm::Accept
+                ? "confirm = \"accept\" under [desk]: they are sent, and nobody is asked"
+                : "confirm = \"decline\" under [desk]: none of them is sent";
+        m_diagnostics.warn(kDeskFile, m_orderServiceLine,
+                           "user: order_service is false and hint_bits is " + std::to_string(user.hintBits) +
+                               ", so orders must be confirmed; without a window the answer is " + answer);
     }
 
     void readSettings(const toml::table& table) {
@@ -458,7 +485,8 @@ private:
     CDeskConfig& m_config;
     CDiagnostics& m_diagnostics;
     CDeskLines m_lines;
-    int m_forcedConfirm = 0; ///< line of the switch that is on; 0: it is off
+    int m_forcedConfirm = 0;    ///< line of the switch that is on; 0: it is off
+    int m_orderServiceLine = 0; ///< of the key, or of its table
 };
 
 } // namespace

@@ -87,6 +87,12 @@ const std::map<std::string, int>& rightWords() {
     return words;
 }
 
+const std::map<std::string, int>& confirmWords() {
+    static const std::map<std::string, int> words = {{"decline", n(EConfirm::Decline)},
+                                                     {"accept", n(EConfirm::Accept)}};
+    return words;
+}
+
 const std::map<std::string, int>& kindWords() {
     using K = EInstrumentKind;
     static const std::map<std::string, int> words = {

@@ -12,9 +12,10 @@ const std::map<std::string, int>& sourceWords();
 const std::map<std::string, int>& familyWords();
 const std::map<std::string, int>& priceTypeWords();
 const std::map<std::string, int>& rightWords();
-const std::map<std::string, int>& kindWords(); ///< EInstrumentKind
-const std::map<std::string, int>& sideWords(); ///< EPositionSide
-const std::map<std::string, int>& paidWords(); ///< 1: in full, 0: on margin
+const std::map<std::string, int>& kindWords();    ///< EInstrumentKind
+const std::map<std::string, int>& confirmWords(); ///< EConfirm
+const std::map<std::string, int>& sideWords();    ///< EPositionSide
+const std::map<std::string, int>& paidWords();    ///< 1: in full, 0: on margin
 
 /// Names of the switches that the order service reads.
 const std::set<std::string>& switchNames();

@@ -34,10 +34,12 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_center(m_journal, m_broker, sink, m_positions, portfolioData(m_config.portfolios)),
       m_exchange(m_config.instruments), m_quotes(m_market), m_types(m_market), m_messages(m_journal, sink),
       m_switches(m_config.switches), m_audit(m_journal, sink, rejectedFolder(m_strFolder)),
-      m_strategyFile(m_strFolder, m_config), m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
+      m_confirmer(m_journal, sink, m_config.confirm), m_strategyFile(m_strFolder, m_config),
+      m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
       m_interfaces(m_strFolder, m_config.settings, m_framework) {}
 
 CDesk::~CDesk() {
+    TC::setOrderConfirmer(nullptr);
     m_broker.stopWorker(); // it uses members that are destroyed before the broker
 }
 
@@ -104,6 +106,7 @@ void CDesk::startTrading() {
         Qt::DirectConnection);
     service.setStrategyGuard([this](const TC::COrderStrategyParam& strategy,
                                     const TC::COrderStrategyMap& all) { return whyRefused(strategy, all); });
+    TC::setOrderConfirmer(&m_confirmer);
     m_interfaces.load();
     reportLeftovers(m_config.strategies, m_config.switches.count(TC::kFileGuardSwitch) > 0, m_journal,
                     m_sink);

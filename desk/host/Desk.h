@@ -2,6 +2,7 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/config/StrategyFile.h"
+#include "desk/host/DeskConfirmer.h"
 #include "desk/host/DeskExchangeClient.h"
 #include "desk/host/DeskInstrumentTypes.h"
 #include "desk/host/DeskIntakeAudit.h"
@@ -46,6 +47,10 @@ public:
 
     /// The host services, to be passed to TC::installHost. They live as long as the desk.
     TC::CHost services();
+
+    /// Questions about checked batches go to this dialog instead of the answer of desk.toml. The caller owns
+    /// the dialog and keeps it until the end of the desk. Call it before startTrading.
+    void setDialog(TC::IOrderConfirmer* dialog) { m_confirmer.setDialog(dialog); }
 
     /// Connects to the order service, loads the folder's interfaces and starts the strategies that the folder
     /// marks as running. Call it after installHost and after the creation of COrderService.
@@ -107,6 +112,7 @@ private:
     CDeskTradeFrameworkSource m_framework;
     CDeskLuaModuleCtrl m_switches;
     CDeskIntakeAudit m_audit;
+    CDeskConfirmer m_confirmer;
     CStrategyFile m_strategyFile;
     CStrategyKeeper m_keeper;
     CInterfaceKeeper m_interfaces;

@@ -44,6 +44,29 @@ CJson doorFields(const TC::CDoorReport& report) {
     return kit::doorJson(report);
 }
 
+CJournalRecord confirmationRecord(const TC::CConfirmQuestion& question) {
+    CFieldText fields;
+    fields.add("event", "asked");
+    fields.add("title", question.m_strTitle.toStdString());
+    fields.add("trader_type", question.m_eTraderType);
+    fields.beginList("rows");
+    for (const auto& [order, code] : question.m_rows) {
+        fields.beginObject(nullptr);
+        fields.add("order", std::int64_t{order});
+        const auto remark = question.m_remarks.find(order);
+        fields.add("remark", remark != question.m_remarks.end() ? remark->second : std::string());
+        kit::writeCodeKeys(code, fields);
+        fields.endObject();
+    }
+    fields.endList();
+    return {"confirmation", fields.takeText(), {}};
+}
+
+CJson answerFields(TC::EConfirmResult result, const std::string& by, std::int64_t question) {
+    static constexpr const char* kEvents[] = {"declined", "accepted", "not_asked"}; // by EConfirmResult
+    return CJson{{"event", kEvents[static_cast<int>(result)]}, {"by", by}, {"question", question}};
+}
+
 CJson discardFields(const TC::CDiscardReport& report, const std::string& cause) {
     CJson fields = kit::discardJson(report);
     fields["cause"] = cause;

@@ -2,6 +2,7 @@
 
 #include "desk/journal/JournalRecord.h"
 #include "desk/journal/Json.h"
+#include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/platform/IntakeAudit.h"
 #include "orderservice/records/CommandParam.h"
 #include "orderservice/records/StrategyParam.h"
@@ -24,6 +25,13 @@ CJournalRecord commandRecord(const TC::COrderComandParam& command, std::optional
 CJournalRecord intakeRecord(const TC::CIntakeReport& report);
 /// Kind `door`. The key `loopback` tells whether only this machine can reach the listener.
 CJson doorFields(const TC::CDoorReport& report);
+
+/// Kind `confirmation`, event `asked`: the title, and one row for each order with its record and remark. The
+/// key `order` of a row is the index of the order in its batch.
+CJournalRecord confirmationRecord(const TC::CConfirmQuestion& question);
+/// Kind `confirmation`, event `accepted`, `declined` or `not_asked`. `by` is who answered. `question` is the
+/// journal number of the question.
+CJson answerFields(TC::EConfirmResult result, const std::string& by, std::int64_t question);
 
 /// Kind `discarded`. `cause` tells why the file is not read.
 CJson discardFields(const TC::CDiscardReport& report, const std::string& cause);

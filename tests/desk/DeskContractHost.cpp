@@ -13,7 +13,8 @@ namespace {
 class CDeskContractHost : public contract::IContractHost {
 public:
     CDeskContractHost() {
-        if (desk::runNew(m_folder.path("desk"), m_out, m_out) != 0) throw std::runtime_error(m_out.str());
+        if (desk::runNew(m_folder.path("desk"), false, m_out, m_out) != 0)
+            throw std::runtime_error(m_out.str());
         m_desk = std::make_unique<desk::CDesk>(m_folder.path("desk"),
                                                desk::loadDeskConfig(m_folder.path("desk")).config, m_sink);
         for (const utils::KNError& result : {m_desk->open(), TC::installHost(m_desk->services())}) {

@@ -188,6 +188,7 @@ const CDangerousChange kDangerousChanges[] = {
     {"strategies.toml", "volume = 200\n", "volume = 200\nfirst_limit = 10.0\n"},
     {"strategies.toml", "volume = 200\n", "volume = 200\norder_kind = 1\n"},
     {"desk.toml", "kind = 100 ", "kind = 102 "},
+    {"desk.toml", "order_service = true ", "order_service = false\nhint_bits = 32 #"},
     {"desk.toml", "allow_remote = false", "allow_remote = true"},
     {"desk.toml", "mdl_order_socket_guard = true", "mdl_order_socket_guard = false"},
     {"quotes.csv", "SZ300301,40,40,39.99", "SZ300301,40,40\n#"},
@@ -195,14 +196,15 @@ const CDangerousChange kDangerousChanges[] = {
 };
 
 /// Texts that need several changes. tests/desk/config/FolderWarningsTest.cpp has them.
-const std::set<std::string> kTestedElsewhere = {"the bare code means SH", "has several credit accounts"};
+const std::set<std::string> kTestedElsewhere = {"the bare code means SH", "has several credit accounts",
+                                                "nobody is asked"};
 
 TEST(DeskGuideTexts, CheckWarnsOfEveryDangerAsThePageSays) {
     std::string warnings;
     for (const CDangerousChange& change : kDangerousChanges) {
         const CTempFolder folder;
         std::ostringstream out;
-        ASSERT_EQ(runNew(folder.path("desk"), out, out), 0);
+        ASSERT_EQ(runNew(folder.path("desk"), false, out, out), 0);
         std::filesystem::create_directories(folder.path("desk/orders"));
         const std::string file = std::string("desk/") + change.file;
         const bool isNew = *change.what == '\0';

@@ -69,6 +69,13 @@ TEST(CommandLine, ReadsEveryCommand) {
     }
 }
 
+TEST(CommandLine, NewMayHaveConfirmation) {
+    const auto plain = readWords({"new", "desk"});
+    const auto confirming = readWords({"new", "desk", "--confirm"});
+    EXPECT_FALSE(std::get<CCommandLine>(plain).m_bConfirm);
+    EXPECT_TRUE(std::get<CCommandLine>(confirming).m_bConfirm);
+}
+
 TEST(CommandLine, TakesTheNameOfAFolderAsItIs) {
     for (const char* folder :
          {"new", "run", "[a,b]", "\"a b\"", "两个 字", "a=b", "/run", "@file", "%a", ""}) {

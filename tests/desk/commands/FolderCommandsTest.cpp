@@ -18,7 +18,7 @@ namespace {
 
 class NewFolder : public testing::Test {
 protected:
-    int runIn(const std::string& name) { return runNew(m_folder.path(name), m_out, m_err); }
+    int runIn(const std::string& name) { return runNew(m_folder.path(name), false, m_out, m_err); }
 
     CTempFolder m_folder;
     std::ostringstream m_out, m_err;
@@ -30,6 +30,22 @@ TEST_F(NewFolder, WritesTheDemoFilesThemselves) {
     ASSERT_FALSE(demoFiles().empty());
     for (const CDemoFile& file : demoFiles())
         EXPECT_EQ(m_folder.read("desk/" + file.name), file.text) << file.name;
+}
+
+TEST_F(NewFolder, WithConfirmationItDiffersOnlyInDeskToml) {
+    ASSERT_EQ(runNew(m_folder.path("desk"), true, m_out, m_err), 0);
+    for (const CDemoFile& file : demoFiles())
+        EXPECT_EQ(m_folder.read("desk/" + file.name) == file.text, file.name != "desk.toml") << file.name;
+    const CLoadedConfig loaded = loadDeskConfig(m_folder.path("desk"));
+    EXPECT_TRUE(loaded.mistakes.empty());
+    ASSERT_EQ(loaded.warnings.size(), 1u);
+    EXPECT_EQ(
+        loaded.warnings[0].message,
+        "user: order_service is false and hint_bits is 48, so orders must be confirmed; without a window the "
+        "answer is confirm = \"decline\" under [desk]: none of them is sent");
+    EXPECT_FALSE(loaded.config.user.orderService);
+    EXPECT_EQ(loaded.config.user.hintBits, 48);
+    EXPECT_EQ(loaded.config.confirm, EConfirm::Decline);
 }
 
 TEST_F(NewFolder, FilesAreForTheirOwnerAlone) {

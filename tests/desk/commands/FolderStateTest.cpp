@@ -17,7 +17,7 @@ namespace {
 class FolderState : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_EQ(runNew(m_folder.path("desk"), m_out, m_out), 0);
+        ASSERT_EQ(runNew(m_folder.path("desk"), false, m_out, m_out), 0);
         std::filesystem::create_directories(m_folder.path("desk/orders"));
     }
     /// The printed lines without the last one. Warnings do not change the exit code.

@@ -22,7 +22,7 @@ using knservice::TradeInterfaceList;
 
 class DeskInterfaces : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_EQ(runNew(folder.path("desk"), out, out), 0); }
+    void SetUp() override { ASSERT_EQ(runNew(folder.path("desk"), false, out, out), 0); }
 
     /// Runs the desk for one round, in which it calls `part`.
     int run(const std::function<void(CDeskTradeFrameworkSource&)>& part) {

@@ -24,7 +24,7 @@ namespace desk {
 class CRunningFolder : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_EQ(runNew(folder.path("desk"), out, out), 0);
+        ASSERT_EQ(runNew(folder.path("desk"), false, out, out), 0);
         // Another test may use the demo's port at the same time.
         const std::string strategies = folder.read("desk/strategies.toml");
         ASSERT_NE(strategies.find(":15150"), std::string::npos);

@@ -40,12 +40,14 @@ mdl_order_command_remark = true
 mdl_order_pb_display = false
 [desk]
 accept_forced_confirm = true
+confirm = "accept"
 [settings.stock])");
     const CLoadedConfig loaded = folder.load();
     ASSERT_TRUE(loaded.mistakes.empty()) << loaded.mistakes[0].message;
     const CUserEntry& user = loaded.config.user;
     EXPECT_EQ(user.kind, 3);
     EXPECT_FALSE(user.orderService);
+    EXPECT_EQ(loaded.config.confirm, EConfirm::Accept);
     EXPECT_TRUE(user.tradeFramework);
     EXPECT_TRUE(user.orderEncryption);
     EXPECT_EQ(user.maxStrategies, 5);

@@ -7,8 +7,6 @@ namespace desk::test {
 namespace {
 
 const std::vector<CSlip> kWarnedSlips = {
-    {"HintBits", "desk.toml", "file_interval_ms = 50", "hint_bits = 32 #",
-     "desk.toml:12: warning: user: hint_bits has no effect on the desk"},
     {"Messages", "desk.toml", "file_interval_ms = 50", "messages = { \"0\" = [true, false] } #",
      "desk.toml:12: warning: user: messages has no effect on the desk"},
     {"Framework", "desk.toml", "file_interval_ms = 50", "trade_framework = true #",
@@ -62,7 +60,7 @@ TEST(FolderWarnings, NameEachDangerousSetting) {
 std::vector<std::string> checkWith(const std::vector<std::array<const char*, 3>>& changes) {
     const CTempFolder folder;
     std::ostringstream out;
-    EXPECT_EQ(runNew(folder.path("desk"), out, out), 0);
+    EXPECT_EQ(runNew(folder.path("desk"), false, out, out), 0);
     for (const auto& [file, what, by] : changes) {
         const std::string path = std::string("desk/") + file;
         std::string text = folder.read(path);
@@ -85,6 +83,20 @@ TEST(FolderWarnings, RemarkThatDoesNotReachTheCommands) {
                          {"strategies.toml", "volume = 200\n", "volume = 200\nremark = \"early\"\n"}}),
               CLines{"desk.toml: warning: switches: mdl_order_command_remark is off: the remarks of the "
                      "settings do not reach the commands"});
+}
+
+TEST(FolderWarnings, ConfirmationsThatNobodyGives) {
+    EXPECT_EQ(
+        checkWith({{"desk.toml", "order_service = true ", "order_service = false\nhint_bits = 16 #"},
+                   {"desk.toml", "accept_forced_confirm = false", "confirm = \"accept\""}}),
+        CLines{"desk.toml:9: warning: user: order_service is false and hint_bits is 16, so orders must be "
+               "confirmed; without a window the answer is confirm = \"accept\" under [desk]: they are "
+               "sent, and nobody is asked"});
+}
+
+TEST(FolderWarnings, NoConfirmationIsNeededWithoutItsBits) {
+    EXPECT_EQ(checkWith({{"desk.toml", "order_service = true ", "order_service = false\nhint_bits = 1 #"}}),
+              CLines{});
 }
 
 TEST(FolderWarnings, CodeOnBothMarkets) {

@@ -23,7 +23,7 @@ const test::CSpoiled kDeskRows[] = {
      "desk.toml:25: desk.toml: unknown key \"setings\"; expected one of account, basket, desk, group, "
      "portfolio, settings, socket, switches, user"},
     {"UnknownKey", "desk.toml", "[settings.stock]", "[desk]\nfoo = 1\n[settings.stock]",
-     "desk.toml:26: desk: unknown key \"foo\"; expected one of accept_forced_confirm"},
+     "desk.toml:26: desk: unknown key \"foo\"; expected one of accept_forced_confirm, confirm"},
     {"MissingKey", "desk.toml", "name = \"trader\"\n", "",
      "desk.toml:3: user: key \"name\" is missing in the table that begins on line 1"},
     {"TextForNumber", "desk.toml", "kind = 100", "kind = \"100\"",

@@ -48,7 +48,7 @@ TEST(SingleMistakes, TheDemoFolderHasNoneAndNoWarnings) {
 TEST(SingleMistakes, AFolderWithoutARunningStrategyIsWarnedOf) {
     const CTempFolder folder;
     std::ostringstream out;
-    ASSERT_EQ(runNew(folder.path("desk"), out, out), 0);
+    ASSERT_EQ(runNew(folder.path("desk"), false, out, out), 0);
     std::string strategies = folder.read("desk/strategies.toml");
     for (std::size_t at = 0; (at = strategies.find("running = true", at)) != std::string::npos;)
         strategies.replace(at, 14, "running = false");

@@ -37,7 +37,7 @@ inline std::vector<std::string> linesOf(const std::string& text) {
 inline std::vector<std::string> checkOf(const CSlip& slip) {
     const CTempFolder folder;
     std::ostringstream out;
-    EXPECT_EQ(runNew(folder.path("desk"), out, out), 0);
+    EXPECT_EQ(runNew(folder.path("desk"), false, out, out), 0);
     const std::string file = std::string("desk/") + slip.file;
     std::string text = folder.read(file);
     const std::size_t place = text.find(slip.what);
