@@ -33,6 +33,10 @@ void replace(std::string& text, const std::string& part, const std::string& by) 
 
 /// The demo's desk.toml for a user whose orders are checked first and then confirmed.
 std::string withConfirmation(std::string text) {
+    replace(text, "# which sources are labelled as such in messages",
+            "# without its right a source has no strategies");
+    replace(text, "# of order sockets; used only with mdl_order_split_orderNum",
+            "# the limit for order sockets");
     replace(text, "order_service = true ", "order_service = false");
     replace(text, "max_strategies = 20 ",
             "hint_bits = 48                             # orders to confirm: 16 of sockets, 32 of files\n"

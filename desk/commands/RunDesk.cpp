@@ -53,7 +53,8 @@ int refuse(const std::string& folder, const std::vector<CDiagnostic>& mistakes, 
     return kBadFolder;
 }
 
-/// Finishes the accepted orders. After that nothing is left to be recorded. False if orders were discarded.
+/// Finishes the accepted orders. After it returns nothing is left to be recorded. False if orders were
+/// discarded.
 bool endTrading(CDesk& desk, CTextSink& sink, const std::function<bool()>& keepWaiting) {
     {
         std::function<bool()> look;
@@ -64,9 +65,10 @@ bool endTrading(CDesk& desk, CTextSink& sink, const std::function<bool()>& keepW
             };
         }
         const CBacklogWatch watch(*TC::COrderService::instance(), sink, look);
+        desk.endQuestions();
         TC::COrderService::instance()->shutdown();
     }
-    // Orders that were checked during shutdown wait for the main thread: it asks about them, or sends them.
+    // Orders that were checked during shutdown wait for the main thread, which answers and sends them here.
     QCoreApplication::processEvents();
     const std::string unplaced = desk.unplacedText();
     if (!unplaced.empty()) sink.writeLine(unplaced);

@@ -27,7 +27,7 @@ struct CUserEntry {
     int maxSocketStrategies = 50;
     int fileIntervalMs = 50;
     std::map<int, std::pair<bool, bool>> msgFlags; ///< by message type
-    int hintBits = 0;                              ///< which order sources ask for confirmation
+    int hintBits = 16 + 32 + 1024; ///< which order sources must be confirmed: sockets, files, tables
 };
 
 struct CPositionEntry {

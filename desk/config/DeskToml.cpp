@@ -168,6 +168,7 @@ private:
         section.read({{"accept_forced_confirm", section.flag(m_config.acceptForcedConfirm)},
                       {"confirm", section.choice(confirm, confirmWords(), false)}});
         m_config.confirm = static_cast<EConfirm>(confirm);
+        m_confirmLine = section.has("confirm") ? section.lineOfKey("confirm") : 0;
     }
 
     void readSocket(const toml::table& table) {
@@ -215,6 +216,9 @@ private:
     /// Called after all tables are read. The desk has no dialog of its own, so desk.toml answers.
     void warnOfTwoPasses() {
         const CUserEntry& user = m_config.user;
+        if (user.orderService && m_confirmLine != 0)
+            m_diagnostics.warn(kDeskFile, m_confirmLine,
+                               "desk: confirm has no effect with order_service = true under [user]");
         if (user.orderService || user.rights.empty() || !asks(user.hintBits)) return;
         const std::string answer =
             m_config.confirm == EConfirm::Accept
@@ -486,6 +490,7 @@ private:
     CDiagnostics& m_diagnostics;
     CDeskLines m_lines;
     int m_forcedConfirm = 0;    ///< line of the switch that is on; 0: it is off
+    int m_confirmLine = 0;      ///< of the key; 0: it is missing
     int m_orderServiceLine = 0; ///< of the key, or of its table
 };
 

@@ -31,12 +31,28 @@ void warnOfLimit(const CDeskConfig& config, int most, int line, const char* key,
                          " strategies; those with the highest channels are not loaded");
 }
 
+/// Without the order service, a user needs a right for each source of orders.
+void warnOfRight(const CDeskConfig& config, TC::EUserAuth right, TC::EOrderStrategyType type,
+                 const char* word, CDiagnostics& diagnostics) {
+    if (config.user.rights.count(static_cast<int>(right)) != 0) return;
+    const auto count = std::count_if(config.strategies.begin(), config.strategies.end(), isOfType(type));
+    if (count == 0) return;
+    diagnostics.warn(kDeskFile, 0,
+                     "user: order_service is false and rights has no \"" + std::string(word) + "\", so " +
+                         std::to_string(count) + " strategies of this source are not loaded");
+}
+
 void warnOfStrategies(const CDeskConfig& config, const CDeskLines& lines, CDiagnostics& diagnostics) {
     const auto isRunning = [](const TC::COrderStrategyParam& strategy) { return strategy.isRunning(); };
     if (std::none_of(config.strategies.begin(), config.strategies.end(), isRunning))
         diagnostics.warn(kStrategyFile, 0, "no strategy runs; expected running = true in one");
     const CUserEntry& user = config.user;
-    if (config.switches.count(TC::kSplitOrderNumSwitch) == 0) {
+    if (!user.orderService) {
+        warnOfRight(config, TC::EUserAuth::FileOrders, TC::EOrderStrategyType::File, "file_orders",
+                    diagnostics);
+        warnOfRight(config, TC::EUserAuth::SignalOrders, TC::EOrderStrategyType::Signal, "signal_orders",
+                    diagnostics);
+    } else if (config.switches.count(TC::kSplitOrderNumSwitch) == 0) {
         const auto any = [](const TC::COrderStrategyParam&) { return true; };
         return warnOfLimit(config, user.maxStrategies, lines.maxStrategies, "max_strategies", any,
                            diagnostics);

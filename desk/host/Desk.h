@@ -73,6 +73,9 @@ public:
     /// if all were processed. Call it after COrderService::shutdown.
     std::string unplacedText() const { return m_audit.unplacedText(); }
 
+    /// Opens no dialog any more. Call it before COrderService::shutdown.
+    void endQuestions() { m_confirmer.end(); }
+
     /// Writes what waits for the screen. For another thread, while the main thread waits in
     /// COrderService::shutdown and therefore calls no tick.
     void showProgress();

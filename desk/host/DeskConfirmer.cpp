@@ -12,11 +12,17 @@ namespace {
 
 using TC::EConfirmResult;
 
-TC::CConfirmAnswer notRecorded() {
+constexpr const char* kNobody = "nobody";
+
+TC::CConfirmAnswer notAsked(const QString& reason) {
     TC::CConfirmAnswer answer;
     answer.m_eResult = EConfirmResult::NotAsked;
-    answer.m_strReason = QStringLiteral("确认无法写入日志");
+    answer.m_strReason = reason;
     return answer;
+}
+
+TC::CConfirmAnswer notRecorded() {
+    return notAsked(QStringLiteral("确认无法写入日志"));
 }
 
 } // namespace
@@ -32,7 +38,7 @@ TC::CConfirmAnswer CDeskConfirmer::confirm(const TC::CConfirmQuestion& question)
         answer = ask(question, seq);
     } catch (...) {
         // Nobody has confirmed. The order service reports the exception.
-        (void)m_journal.append("confirmation", answerFields(EConfirmResult::NotAsked, answerer(), seq));
+        (void)m_journal.append("confirmation", answerFields(EConfirmResult::NotAsked, kNobody, seq));
         throw;
     }
     show(question, answer.m_eResult);
@@ -41,12 +47,14 @@ TC::CConfirmAnswer CDeskConfirmer::confirm(const TC::CConfirmQuestion& question)
 
 TC::CConfirmAnswer CDeskConfirmer::ask(const TC::CConfirmQuestion& question, std::int64_t seq) {
     TC::CConfirmAnswer answer = answerOf(question);
-    const CJson fields = answerFields(answer.m_eResult, answerer(), seq);
+    const bool isAnswered = answer.m_eResult != EConfirmResult::NotAsked;
+    const CJson fields = answerFields(answer.m_eResult, isAnswered ? answerer() : kNobody, seq);
     if (m_journal.append("confirmation", fields).isSuccess()) return answer;
     return answer.m_eResult == EConfirmResult::Accepted ? notRecorded() : answer;
 }
 
 TC::CConfirmAnswer CDeskConfirmer::answerOf(const TC::CConfirmQuestion& question) const {
+    if (m_pDialog != nullptr && m_bEnding) return notAsked(QStringLiteral("下单服务正在关闭"));
     if (m_pDialog != nullptr) return m_pDialog->confirm(question);
     TC::CConfirmAnswer answer;
     answer.m_eResult = m_eAnswer == EConfirm::Accept ? EConfirmResult::Accepted : EConfirmResult::Declined;
@@ -62,7 +70,8 @@ const char* CDeskConfirmer::answerer() const {
 void CDeskConfirmer::show(const TC::CConfirmQuestion& question, EConfirmResult result) const {
     if (result == EConfirmResult::NotAsked) return;
     const bool isAccepted = result == EConfirmResult::Accepted;
-    std::string text = "confirmation of " + counted(static_cast<int>(question.m_rows.size()), "order") + ": ";
+    std::string text =
+        "confirmation of " + counted(static_cast<std::int64_t>(question.m_remarks.size()), "order") + ": ";
     text += isAccepted ? "accepted" : "DECLINED, nothing is sent";
     text += m_pDialog != nullptr ? " by the user"
                                  : std::string(", because desk.toml has confirm = \"") +

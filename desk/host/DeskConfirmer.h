@@ -22,6 +22,9 @@ public:
     /// the dialog.
     void setDialog(TC::IOrderConfirmer* dialog) { m_pDialog = dialog; }
 
+    /// From now on the dialog is not opened any more: nobody is asked. Without a dialog nothing changes.
+    void end() { m_bEnding = true; }
+
     TC::CConfirmAnswer confirm(const TC::CConfirmQuestion& question) override;
 
 private:
@@ -34,6 +37,7 @@ private:
     CTextSink& m_sink;
     const EConfirm m_eAnswer;
     TC::IOrderConfirmer* m_pDialog = nullptr;
+    bool m_bEnding = false;
 };
 
 } // namespace desk

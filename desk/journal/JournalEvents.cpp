@@ -50,12 +50,12 @@ CJournalRecord confirmationRecord(const TC::CConfirmQuestion& question) {
     fields.add("title", question.m_strTitle.toStdString());
     fields.add("trader_type", question.m_eTraderType);
     fields.beginList("rows");
-    for (const auto& [order, code] : question.m_rows) {
+    for (const auto& [order, remark] : question.m_remarks) {
         fields.beginObject(nullptr);
         fields.add("order", std::int64_t{order});
-        const auto remark = question.m_remarks.find(order);
-        fields.add("remark", remark != question.m_remarks.end() ? remark->second : std::string());
-        kit::writeCodeKeys(code, fields);
+        fields.add("remark", remark);
+        const auto code = question.m_rows.find(order); // an order of the host may have no record
+        if (code != question.m_rows.end()) kit::writeCodeKeys(code->second, fields);
         fields.endObject();
     }
     fields.endList();

@@ -1,5 +1,8 @@
 #include "orderservice/base/Thread.h"
 
+#include <QCoreApplication>
+#include <QThread>
+
 #include <pthread.h>
 
 #include <string>
@@ -21,6 +24,11 @@ CLibraryCall::~CLibraryCall() {
 
 bool CLibraryCall::isInProgress() {
     return t_nLibraryCalls > 0;
+}
+
+bool isMainThread() {
+    const QCoreApplication* const app = QCoreApplication::instance();
+    return app != nullptr && app->thread() == QThread::currentThread();
 }
 
 void setThreadName(const char* name) {

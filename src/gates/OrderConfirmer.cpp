@@ -1,7 +1,8 @@
 #include "orderservice/gates/OrderConfirmer.h"
 
+#include "orderservice/base/Thread.h"
+
 #include <QCoreApplication>
-#include <QThread>
 
 #include <atomic>
 #include <deque>
@@ -10,6 +11,7 @@
 #include <future>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <utility>
 
 namespace TC {
@@ -26,11 +28,6 @@ CConfirmAnswer notAsked(const QString& reason) {
     answer.m_eResult = EConfirmResult::NotAsked;
     answer.m_strReason = reason;
     return answer;
-}
-
-bool isMainThread() {
-    const QCoreApplication* const app = QCoreApplication::instance();
-    return app == nullptr || app->thread() == QThread::currentThread();
 }
 
 /// The questions of this process, one open at a time.
@@ -61,7 +58,7 @@ public:
             if (m_nStops > 0) return notAsked(m_strStopReason);
             m_pending.push_back(pending);
         }
-        continueLater();
+        (void)continueLater();
         return answer.get();
     }
 
@@ -70,7 +67,10 @@ public:
             const std::lock_guard lock(m_mutex);
             m_actions.push_back(std::move(action));
         }
-        if (!m_bOpen) continueLater();
+        if (m_bOpen || continueLater()) return;
+        const std::lock_guard lock(m_mutex);
+        m_actions.pop_back();
+        throw std::runtime_error("the main thread has no event loop");
     }
 
     void beginStop(const QString& reason) {
@@ -94,7 +94,7 @@ private:
         explicit COpen(CQuestions& questions) : m_questions(questions) { m_questions.m_bOpen = true; }
         ~COpen() {
             m_questions.m_bOpen = false;
-            m_questions.continueLater();
+            (void)m_questions.continueLater();
         }
         COpen(const COpen&) = delete;
         COpen& operator=(const COpen&) = delete;
@@ -103,18 +103,22 @@ private:
         CQuestions& m_questions;
     };
 
-    void continueLater() noexcept {
+    /// If nothing can be queued on the main thread, it refuses the questions and returns false: a thread must
+    /// not wait for an answer that nobody will give.
+    [[nodiscard]] bool continueLater() noexcept {
         try {
             QCoreApplication* const app = QCoreApplication::instance();
             if (app == nullptr) return refusePending(QStringLiteral("主线程已结束"));
             QMetaObject::invokeMethod(
                 app, [this] { continueHere(); }, Qt::QueuedConnection);
-        } catch (...) { // no memory: a thread must not wait for an answer that nobody will give
-            refusePending(QString());
+            return true;
+        } catch (...) {
+            return refusePending(QStringLiteral("内存不足"));
         }
     }
 
-    void refusePending(const QString& reason) {
+    /// Returns false.
+    bool refusePending(const QString& reason) {
         std::deque<std::shared_ptr<CPending>> refused;
         {
             const std::lock_guard lock(m_mutex);
@@ -122,6 +126,7 @@ private:
         }
         for (const auto& pending : refused)
             pending->m_answer.set_value(notAsked(reason));
+        return false;
     }
 
     void continueHere() {
@@ -177,7 +182,7 @@ void setOrderConfirmer(IOrderConfirmer* confirmer) {
 
 CConfirmAnswer askForConfirmation(const CConfirmQuestion& question) {
     CQuestions& questions = CQuestions::instance();
-    return isMainThread() ? questions.askHere(question) : questions.askFromThread(question);
+    return utils::isMainThread() ? questions.askHere(question) : questions.askFromThread(question);
 }
 
 CConfirmationStop::CConfirmationStop(const QString& reason) {

@@ -19,7 +19,7 @@ struct CConfirmQuestion {
     /// One row for each order, by the index of the order in the batch. An order of several accounts has the
     /// record of its last account here.
     std::map<int, CCodeOrderParam> m_rows;
-    std::map<int, std::string> m_remarks; ///< by the same index; UTF-8
+    std::map<int, std::string> m_remarks; ///< of all orders, by the same index; UTF-8
 };
 
 enum class EConfirmResult {
@@ -56,7 +56,8 @@ ORDERSERVICE_EXPORT CConfirmAnswer askForConfirmation(const CConfirmQuestion& qu
 /// Whether a question is open. Any thread.
 ORDERSERVICE_EXPORT bool isConfirmationOpen();
 /// Calls `action` once on the main thread, from its event loop, when no question is open. Actions are called
-/// in their order, and before waiting questions of other threads. It must not throw. Any thread.
+/// in their order, and before waiting questions of other threads. It must not throw. Throws if
+/// the call cannot be queued; then `action` is not called. Any thread.
 ORDERSERVICE_EXPORT void whenNoConfirmationIsOpen(std::function<void()> action);
 
 /// During its lifetime the main thread answers no questions of other threads, for instance because it waits

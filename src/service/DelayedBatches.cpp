@@ -5,10 +5,9 @@
 
 namespace TC {
 
-bool CDelayedBatches::add(CLegalBatch batch) {
+void CDelayedBatches::add(CLegalBatch batch) {
     const std::lock_guard lock(m_mutex);
     m_batches.push_back(std::move(batch));
-    return m_batches.size() == 1;
 }
 
 bool CDelayedBatches::isEmpty() const {
@@ -16,11 +15,7 @@ bool CDelayedBatches::isEmpty() const {
     return m_batches.empty();
 }
 
-std::optional<CLegalBatch> CDelayedBatches::takeFirst() {
-    return takeAny(nullptr);
-}
-
-std::optional<CLegalBatch> CDelayedBatches::takeAny(const COrderService* service) {
+std::optional<CLegalBatch> CDelayedBatches::takeFirst(const COrderService* service) {
     const std::lock_guard lock(m_mutex);
     const auto found = std::find_if(m_batches.begin(), m_batches.end(), [service](const CLegalBatch& batch) {
         return service == nullptr || batch.m_pService == service;

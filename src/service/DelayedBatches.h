@@ -12,12 +12,10 @@ namespace TC {
 /// he has answered, so that one question never covers another. Any thread.
 class CDelayedBatches {
 public:
-    /// Appends the batch. Returns whether it is the only one: the caller then arranges that it is placed.
-    bool add(CLegalBatch batch);
+    void add(CLegalBatch batch);
     bool isEmpty() const;
-    std::optional<CLegalBatch> takeFirst();
     /// Takes the first batch of this service. A null service means every service.
-    std::optional<CLegalBatch> takeAny(const COrderService* service);
+    std::optional<CLegalBatch> takeFirst(const COrderService* service = nullptr);
 
 private:
     mutable std::mutex m_mutex;

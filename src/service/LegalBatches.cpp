@@ -11,7 +11,6 @@
 #include "orderservice/service/OrderServiceAdapter.h"
 
 #include <QCoreApplication>
-#include <QThread>
 
 #include <algorithm>
 #include <cstdio>
@@ -71,12 +70,32 @@ CDelayedBatches& delayedBatches() {
     return *batches;
 }
 
-/// The delayed batches came first.
+/// Any batch of the service that is not placed. The delayed batches came first.
+std::optional<CLegalBatch> takeWaiting(const COrderService* service) {
+    std::optional<CLegalBatch> batch = delayedBatches().takeFirst(service);
+    return batch ? std::move(batch) : CLegalBatches::instance().takeAny(service);
+}
+
 void dropWaiting(const COrderService* service, const CDropCause& cause) noexcept {
-    while (const std::optional<CLegalBatch> batch = delayedBatches().takeAny(service))
+    while (const std::optional<CLegalBatch> batch = takeWaiting(service))
         reportDropped(batch->m_orders, cause);
-    while (const std::optional<CLegalBatch> batch = CLegalBatches::instance().takeAny(service))
-        reportDropped(batch->m_orders, cause);
+}
+
+void discard(const CLegalOrders& orders) noexcept {
+    runGuarded(QStringLiteral("待确认指令未执行"), [&] {
+        QVector<COrderParam> discarded;
+        for (const orderParamForOrderService& order : orders)
+            discarded.push_back(order);
+        reportUnplaced(discarded);
+    });
+}
+
+/// Takes the batch, and reports it if nobody else has taken it.
+void endKept(const COrderStrategyMap* kept, EBatchFate fate) noexcept {
+    const std::optional<CLegalBatch> batch = CLegalBatches::instance().take(kept);
+    if (!batch) return;
+    if (fate == EBatchFate::Discard) return discard(batch->m_orders);
+    reportDropped(batch->m_orders, kUserChanged);
 }
 
 /// Keeps the batch. If this fails, reports it and returns null.
@@ -102,11 +121,17 @@ void finishLater(const COrderStrategyMap* kept, bool isComplete) noexcept {
     if (!isQueued) CLegalBatches::instance().finishAtOnce(kept);
 }
 
+/// The fate is asked after the batch is kept. So a user who leaves, or a backlog that is discarded, always
+/// has the batch: here, or in the batches that wait.
 void forwardBatch(COrderServiceBase& variant, COrderService& service, const CLegalOrders& orders,
-                  const COrderStrategyMap* strategies) noexcept {
+                  const COrderStrategyMap* strategies, const CBatchFateFn& fateOf) noexcept {
     if (strategies == nullptr) return reportDropped(orders, kNoStrategies);
     const COrderStrategyMap* const kept = keepOrReport(variant, service, orders, *strategies);
     if (kept == nullptr) return;
+    if (const EBatchFate fate = fateOf(); fate != EBatchFate::Place) {
+        endKept(kept, fate);
+        return CLegalBatches::instance().release(kept);
+    }
     const bool isComplete = runGuarded(QStringLiteral("sigPlaceLegalOrders的接收者异常"),
                                        [&] { emit service.sigPlaceLegalOrders(orders, kept); });
     finishLater(kept, isComplete);
@@ -125,9 +150,36 @@ void reportInterrupted(const CLegalOrders& orders) noexcept {
     });
 }
 
+/// The number of batches that are being placed on the main thread.
+int s_nPlacing = 0;
+
+/// Counts a batch as being placed during its lifetime, if it is placed on the main thread.
+class CPlacing {
+public:
+    CPlacing() { s_nPlacing += m_bOnMainThread ? 1 : 0; }
+    ~CPlacing() { s_nPlacing -= m_bOnMainThread ? 1 : 0; }
+    CPlacing(const CPlacing&) = delete;
+    CPlacing& operator=(const CPlacing&) = delete;
+
+private:
+    const bool m_bOnMainThread = utils::isMainThread();
+};
+
+void placeDelayed() noexcept;
+
+/// Lets the delayed batches be placed from the event loop. If that cannot be queued, they are reported.
+void resumeDelayed() noexcept {
+    if (!utils::isMainThread() || s_nPlacing > 0 || delayedBatches().isEmpty()) return;
+    if (runGuarded(QStringLiteral("待确认指令无法排队"), [] { whenNoConfirmationIsOpen(placeDelayed); }))
+        return;
+    while (const std::optional<CLegalBatch> batch = delayedBatches().takeFirst())
+        reportDropped(batch->m_orders, kNotKept);
+}
+
 /// The variant reports the failure of a single order itself. This report is for a failure of the variant.
-void placeBatch(COrderServiceBase& variant, const CLegalOrders& orders,
-                const COrderStrategyMap& strategies) noexcept {
+void placeByVariant(COrderServiceBase& variant, const CLegalOrders& orders,
+                    const COrderStrategyMap& strategies) noexcept {
+    const CPlacing placing;
     try {
         variant.placeLegalOrders(orders, &strategies);
     } catch (...) {
@@ -136,33 +188,44 @@ void placeBatch(COrderServiceBase& variant, const CLegalOrders& orders,
     }
 }
 
+void placeBatch(COrderServiceBase& variant, const CLegalOrders& orders,
+                const COrderStrategyMap& strategies) noexcept {
+    placeByVariant(variant, orders, strategies);
+    resumeDelayed();
+}
+
 void placeOrReport(const CLegalBatch& batch) noexcept {
     if (batch.m_variant == nullptr) return reportDropped(batch.m_orders, kServiceEnded);
     placeBatch(*batch.m_variant, batch.m_orders, batch.m_strategies);
 }
 
-/// A batch that is placed can open a question. Batches that come meanwhile are delayed, and this loop finds
-/// them after the answer.
+/// Whether the main thread places a batch, or waits in the event loop of a question. A service of the host
+/// may run an event loop too while a command is sent.
+bool isBusy() {
+    return s_nPlacing > 0 || isConfirmationOpen();
+}
+
+/// Places the batches that were delayed. Does nothing while another batch is placed: its end calls
+/// resumeDelayed.
 void placeDelayed() noexcept {
     const utils::CLibraryCall call;
-    while (!isConfirmationOpen()) {
+    while (!isBusy()) {
         const std::optional<CLegalBatch> batch = delayedBatches().takeFirst();
         if (!batch) return;
         placeOrReport(*batch);
     }
 }
 
-/// On the main thread a batch waits while a question is open or other batches wait for its end. On another
-/// thread the variant itself waits for the main thread.
+/// On the main thread a batch waits while another one is placed, while a question is open, or while other
+/// batches wait. On another thread the variant itself waits for the main thread.
 bool mustWait() {
-    const QCoreApplication* const app = QCoreApplication::instance();
-    const bool isOnMainThread = app != nullptr && app->thread() == QThread::currentThread();
-    return isOnMainThread && (isConfirmationOpen() || !delayedBatches().isEmpty());
+    return utils::isMainThread() && (isBusy() || !delayedBatches().isEmpty());
 }
 
-/// Throws if there is not enough memory; then the batch is not kept.
+/// Throws if there is not enough memory or no event loop; then the batch is not kept.
 void delay(CLegalBatch batch) {
-    if (delayedBatches().add(std::move(batch))) whenNoConfirmationIsOpen(placeDelayed);
+    whenNoConfirmationIsOpen(placeDelayed);
+    delayedBatches().add(std::move(batch));
 }
 
 void delayOrReport(const CLegalBatch& batch) noexcept {
@@ -282,10 +345,10 @@ std::size_t CLegalBatches::size() const {
 }
 
 // The connection must be direct. A queued one would use the pointer after the variant's map has ended.
-void forwardLegalOrders(COrderServiceBase& variant, COrderService& service) {
-    const auto receive = [&variant, &service](const CLegalOrders& orders,
-                                              const COrderStrategyMap* strategies) {
-        forwardBatch(variant, service, orders, strategies);
+void forwardLegalOrders(COrderServiceBase& variant, COrderService& service, CBatchFateFn fateOf) {
+    const auto receive = [&variant, &service, fateOf = std::move(fateOf)](
+                             const CLegalOrders& orders, const COrderStrategyMap* strategies) {
+        forwardBatch(variant, service, orders, strategies, fateOf);
     };
     QObject::connect(&variant, &COrderServiceBase::sigPlaceLegalOrders, &service, receive,
                      Qt::DirectConnection);
@@ -310,6 +373,11 @@ bool delayIfConfirming(const CLegalBatch& batch) {
 
 void dropAtEndOfUser(const COrderService& service) noexcept {
     dropWaiting(&service, kUserChanged);
+}
+
+void discardWaiting(const COrderService& service) noexcept {
+    while (const std::optional<CLegalBatch> batch = takeWaiting(&service))
+        discard(batch->m_orders);
 }
 
 void dropAtEndOfAdapter() noexcept {

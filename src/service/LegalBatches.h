@@ -8,6 +8,7 @@
 #include <QVector>
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -77,13 +78,24 @@ private:
     std::map<const COrderStrategyMap*, std::unique_ptr<CEntry>> m_entries;
 };
 
+/// What is done with a batch when its first pass is finished.
+enum class EBatchFate {
+    Place,    ///< it goes to the main thread
+    UserLeft, ///< it is reported as dropped, because its user has left
+    Discard,  ///< the audit gets its orders as unplaced, because the backlog is discarded
+};
+/// Called on the thread that emits, when the batch is kept. Must not throw.
+using CBatchFateFn = std::function<EBatchFate()>;
+
 /// From now on `service` emits each sigPlaceLegalOrders of `variant` that has a map, on the same thread and
 /// before the variant's emit returns. The map of the service's signal is a copy, so the variant's map may end
 /// after its emit. If a receiver throws, the exception is reported, and COrderServiceAdapter::instance()
 /// still gets the batch if it is connected. A batch without a map, or one that no adapter receives, is
 /// reported as dropped. The connection ends when one of the two objects is destroyed. The one-pass variant
 /// does not need it.
-void forwardLegalOrders(COrderServiceBase& variant, COrderService& service);
+void forwardLegalOrders(
+    COrderServiceBase& variant, COrderService& service,
+    CBatchFateFn fateOf = [] { return EBatchFate::Place; });
 
 /// Places a batch that a signal has brought to the main thread. If the map is the copy of a kept batch, the
 /// variant that checked the batch places it, unless it was already placed or reported. If `orders` is another
@@ -100,6 +112,9 @@ bool delayIfConfirming(const CLegalBatch& batch);
 /// Reports every batch of this service that is not placed yet, because its accounts belong to a user who has
 /// left. Any thread.
 void dropAtEndOfUser(const COrderService& service) noexcept;
+/// Passes the orders of every batch of this service that is not placed yet to the audit, as unplaced. Any
+/// thread.
+void discardWaiting(const COrderService& service) noexcept;
 /// Reports every batch that waits for the adapter. Main thread, when the adapter is deleted.
 void dropAtEndOfAdapter() noexcept;
 /// Reports every batch of this service that nobody has placed. Main thread, when the service is deleted and

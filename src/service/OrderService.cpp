@@ -201,7 +201,10 @@ void COrderService::shutdown() {
 }
 
 void COrderService::dropBacklog() {
-    m_bDropping = true;
+    const utils::CLibraryCall call;
+    m_bDropping =
+        true; // before the batches are taken: a batch that is kept later is discarded by fateOfBatch
+    discardWaiting(*this);
 }
 
 void COrderService::loadFromConfig(bool showMsg) {
@@ -224,8 +227,9 @@ void COrderService::bindUser(bool showMsg) {
     COrderStrategyMap* strategies = hostCall<&CUserConfig::getStrategyMap>.on(*user);
     if (strategies == nullptr)
         throw CHostError(operationName<&CUserConfig::getStrategyMap>(), "there is no map of strategies");
+    const std::string userName = hostCall<&CUserConfig::getUserName>.on(*user);
     const bool hasFramework = hostCall<&CUserConfig::hasShowTradeFrameworkPermission>.on(*user);
-    changeUser(strategies);
+    changeUser(strategies, userName);
     m_registry->bind(strategies);
     chooseVariant(*user);
     if (m_orderService)
@@ -238,14 +242,26 @@ void COrderService::bindUser(bool showMsg) {
 /// Strategies that were running are now stopped, so the new status is emitted.
 void COrderService::unbind() {
     const bool wasRunning = hasRunning();
-    changeUser(nullptr);
+    changeUser(nullptr, {});
     m_registry->bind(nullptr);
     if (wasRunning) announceStatus(false);
 }
 
-/// Each user has a map of his own. Checked orders of the previous user must not be sent for the new one.
-void COrderService::changeUser(const COrderStrategyMap* strategies) {
-    if (std::exchange(m_pUserStrategies, strategies) != strategies) dropAtEndOfUser(*this);
+/// Checked orders of the previous user must not be sent for the new one. A first pass that is still running
+/// finds the new number when it emits its batch.
+void COrderService::changeUser(const COrderStrategyMap* strategies, const std::string& userName) {
+    const bool isSame = m_pUserStrategies == strategies && m_strUserName == userName;
+    m_pUserStrategies = strategies;
+    m_strUserName = userName;
+    if (isSame) return;
+    ++m_nUser;
+    dropAtEndOfUser(*this);
+}
+
+/// Called for each batch of the two-pass variant when its first pass is finished.
+EBatchFate COrderService::fateOfBatch() const {
+    if (m_bDropping) return EBatchFate::Discard;
+    return m_nUserOfBatch == m_nUser ? EBatchFate::Place : EBatchFate::UserLeft;
 }
 
 /// A variant with two passes also needs forwardLegalOrders (service/LegalBatches.h).
@@ -445,6 +461,7 @@ void COrderService::slotPlaceOrders(QVector<COrderParam> orders) {
 
 void COrderService::processBatch(const QVector<COrderParam>& orders) {
     IBatchVariant* variant = m_pBatchVariant;
+    m_nUserOfBatch = m_nUser.load(); // before the first strategy is used
     const bool isBound = m_registry->isBound();
     if (variant == nullptr && isBound && isSplitUser(getUserConfig())) return reportUnbuiltVariant();
     if (variant == nullptr || !isBound) {

@@ -33,6 +33,7 @@ class COrderServiceBase;
 class CStrategyRegistry;
 class CUserConfig;
 class IBatchVariant;
+enum class EBatchFate;
 
 /// The order service. All orders reach the order checkers through this singleton. It chooses the variant of
 /// the checker for the user, owns the threads of the order path, keeps the strategies, and queues calls from
@@ -231,7 +232,8 @@ private:
     void unbind();
     void processBatch(const QVector<COrderParam>& orders);
     void announceStatus(bool isAnyRunning);
-    void changeUser(const COrderStrategyMap* strategies);
+    void changeUser(const COrderStrategyMap* strategies, const std::string& userName);
+    EBatchFate fateOfBatch() const;
     void chooseVariant(const CUserConfig& user);
     void startFileThread();
     void disconnectHost();
@@ -243,6 +245,9 @@ private:
     std::unique_ptr<CStrategyRegistry> m_registry;
     std::unique_ptr<COrderServiceBase> m_orderService;
     const COrderStrategyMap* m_pUserStrategies = nullptr; ///< the bound map; only compared; registry's mutex
+    std::string m_strUserName;                            ///< of the bound user; registry's mutex
+    std::atomic<std::int64_t> m_nUser{0};                 ///< another number for each user
+    std::atomic<std::int64_t> m_nUserOfBatch{0};          ///< when the service's thread began its last batch
     std::atomic<COrderServiceBase*> m_pVariant{nullptr};  ///< m_orderService after it is chosen; null before
     std::atomic<IBatchVariant*> m_pBatchVariant{nullptr}; ///< the same object
     std::unique_ptr<CFileService> m_fileService;

@@ -381,14 +381,16 @@ TEST_F(LegalBatches, ExceptionOfTheVariantStaysInTheSlotAndIsReported) {
     expectIncident(QStringLiteral("no dialog"), EIncident::OrdersInterrupted);
 }
 
-TEST_F(LegalBatches, BatchesThatArriveDuringADialogArePlacedInsideIt) {
+TEST_F(LegalBatches, BatchThatArrivesWhileAnotherIsPlacedWaitsForItsEnd) {
     variant.onPlace = [this] {
         emitOnAThread(78);
-        QCoreApplication::processEvents();
+        QCoreApplication::processEvents(); // the event loop of a service of the host
+        EXPECT_TRUE(variant.placed.empty());
     };
     emitOnAThread(77);
     QCoreApplication::processEvents();
-    expectPlaced({78, 77});
+    QCoreApplication::processEvents();
+    expectPlaced({77, 78});
 }
 
 TEST_F(LegalBatches, ServiceCannotEndDuringADialog) {

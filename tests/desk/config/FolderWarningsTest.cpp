@@ -99,6 +99,13 @@ TEST(FolderWarnings, NoConfirmationIsNeededWithoutItsBits) {
               CLines{});
 }
 
+TEST(FolderWarnings, SourceWithoutItsRight) {
+    EXPECT_EQ(checkWith({{"desk.toml", "order_service = true ", "order_service = false\nhint_bits = 0 #"},
+                         {"desk.toml", "\"signal_orders\", ", ""}}),
+              CLines{"desk.toml: warning: user: order_service is false and rights has no \"signal_orders\", so 1 "
+                     "strategies of this source are not loaded"});
+}
+
 TEST(FolderWarnings, CodeOnBothMarkets) {
     EXPECT_EQ(
         checkWith({{"instruments.csv", "SZ,000201,", "SH,300301,x,STOCK,100028,100,100,,,40.00\nSZ,000201,"},

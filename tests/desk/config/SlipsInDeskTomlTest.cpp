@@ -41,6 +41,8 @@ const std::vector<CSlip> kDeskSlips = {
     {"ConfirmationsAreDeclined", "desk.toml", "order_service = true ", "order_service = false\nhint_bits = 32 #",
      "desk.toml:9: warning: user: order_service is false and hint_bits is 32, so orders must be confirmed; without a window "
      "the answer is confirm = \"decline\" under [desk]: none of them is sent"},
+    {"ConfirmWithoutEffect", "desk.toml", "accept_forced_confirm = false", "confirm = \"accept\"",
+     "desk.toml:31: warning: desk: confirm has no effect with order_service = true under [user]"},
     {"ConfirmUnknown", "desk.toml", "accept_forced_confirm = false", "confirm = \"ask\"",
      "desk.toml:31: desk: confirm is \"ask\"; expected one of \"accept\", \"decline\""},
     {"OrderServiceNoFlag", "desk.toml", "order_service = true", "order_service = 1",

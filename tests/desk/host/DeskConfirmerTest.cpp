@@ -42,7 +42,7 @@ protected:
         TC::CConfirmQuestion question;
         question.m_strTitle = QStringLiteral("文件单股票");
         question.m_rows = {{0, code}, {2, code}};
-        question.m_remarks = {{2, "备注"}};
+        question.m_remarks = {{0, ""}, {2, "备注"}};
         return question;
     }
     TC::CConfirmAnswer confirm(EConfirm answer) {
@@ -107,15 +107,26 @@ TEST_F(DeskConfirmer, DialogThatCouldNotAskIsRecorded) {
     CDialog dialog;
     dialog.m_answer.m_eResult = EConfirmResult::NotAsked;
     EXPECT_EQ(confirmBy(dialog).m_eResult, EConfirmResult::NotAsked);
-    EXPECT_EQ(shown().at(1), "#3  confirmation  not_asked by user, question #2\n");
+    EXPECT_EQ(shown().at(1), "#3  confirmation  not_asked by nobody, question #2\n");
     EXPECT_EQ(m_out.str(), "") << "the order service reports it";
+}
+
+TEST_F(DeskConfirmer, DialogIsNotOpenedAtTheEnd) {
+    CDialog dialog;
+    dialog.m_answer.m_eResult = EConfirmResult::Accepted;
+    CDeskConfirmer confirmer(m_journal, m_sink, EConfirm::Accept);
+    confirmer.setDialog(&dialog);
+    confirmer.end();
+    EXPECT_EQ(confirmer.confirm(question()).m_strReason, QStringLiteral("下单服务正在关闭"));
+    confirmer.setDialog(nullptr);
+    EXPECT_EQ(confirmer.confirm(question()).m_eResult, EConfirmResult::Accepted);
 }
 
 TEST_F(DeskConfirmer, ExceptionOfTheDialogIsRecordedAndLeaves) {
     CDialog dialog;
     dialog.m_bThrows = true;
     EXPECT_THROW(confirmBy(dialog), std::runtime_error);
-    EXPECT_EQ(shown().at(1), "#3  confirmation  not_asked by user, question #2\n");
+    EXPECT_EQ(shown().at(1), "#3  confirmation  not_asked by nobody, question #2\n");
 }
 
 TEST_F(DeskConfirmer, NothingIsAcceptedThatCannotBeRecorded) {
