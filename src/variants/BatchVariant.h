@@ -33,6 +33,12 @@ protected:
     ~IBatchOwner() = default;
 };
 
+/// The owner of a batch that is always processed to its end.
+class CWholeBatchOwner final : public IBatchOwner {
+public:
+    bool mayBegin() override { return true; }
+};
+
 /// A variant that asks for each strategy when it needs it. COrderService::chooseVariant makes the variant of
 /// a user; a new variant is added there.
 ///

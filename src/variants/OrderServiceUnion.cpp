@@ -9,6 +9,7 @@
 #include "orderservice/platform/LuaModuleCtrl.h"
 #include "orderservice/platform/Switches.h"
 #include "orderservice/records/Families.h"
+#include "orderservice/variants/CommandLines.h"
 #include "orderservice/variants/FamilyTable.h"
 #include "orderservice/variants/MapSource.h"
 #include "orderservice/variants/VariantSteps.h"
@@ -33,12 +34,7 @@ EOrderStrategyTradeType tradeTypeOf(const COrderParam& order, const COrderStrate
 
 constexpr const char* kBatchEnded =
     "an order before them has no strategy, or one that may not trade, and ends its batch";
-constexpr char kStockLine[] = "placeCommands: [orderservice] stock speculation.";
-constexpr char kFutureLine[] = "placeCommands: [orderservice] future speculation.";
-constexpr char kCreditLine[] = "placeCommands: [orderservice] credit operation.";
-constexpr char kBasketLine[] = "placeCommands: [orderservice] basket compose.";
 constexpr char kComposeFunction[] = "TC::COrderServiceUnion::orderCompose";
-constexpr char kHedgeLine[] = "placeCommands: [orderservice] basket hedge.";
 
 /// How this variant logs and makes the command of a family.
 struct CUnionFamily {
@@ -99,23 +95,14 @@ void issueBasket(const COrderServiceUnion* service, const CUnionFamily& row, CCh
 void issueFamily(const COrderServiceUnion* service, const CVariantFamily& family, const CUnionFamily& row,
                  CChecked& checked) {
     logCommand(service, row.m_pszFunction, row.m_pszLog);
-    CCommandRequest request;
-    request.m_eTraderType = getStrategyTradeType(family.m_eTradeType);
-    request.m_eBtnType = family.buttonOf(checked.order.m_nOrderType);
-    request.m_codes = std::move(checked.codes);
-    request.m_weights = std::move(checked.weights);
+    CCommandRequest request =
+        makeFamilyRequest(family, checked.order, std::move(checked.codes), std::move(checked.weights));
     request.m_bUnion = true;
     request.m_strTag = std::to_string(checked.strategy.m_nChannel);
     request.m_bForceConfirm = isOrderSwitchOn(kForceConfirmSwitch);
     request.m_eForm = row.m_eForm;
     issueCommand(std::move(request), checked.order, checked.strategy);
 }
-
-/// The owner of a batch that is always processed to its end.
-class CWholeBatchOwner final : public IBatchOwner {
-public:
-    bool mayBegin() override { return true; }
-};
 
 } // namespace
 
@@ -129,13 +116,10 @@ void COrderServiceUnion::filterStrategies(COrderStrategyMap* strategies) {
                   [](const COrderStrategyParam&) { return true; });
         return;
     }
-    const auto isOfType = [](EOrderStrategyType type) {
-        return [type](const COrderStrategyParam& strategy) { return strategy.m_eStrategyType == type; };
-    };
-    keepFirst(*strategies, hostCall<&CUserConfig::getMaxOrderServerNum>.on(*user),
-              isOfType(EOrderStrategyType::File));
-    keepFirst(*strategies, hostCall<&CUserConfig::getMaxOrderServerNumSocket>.on(*user),
-              isOfType(EOrderStrategyType::Signal));
+    keepFirstOfType(*strategies, hostCall<&CUserConfig::getMaxOrderServerNum>.on(*user),
+                    EOrderStrategyType::File);
+    keepFirstOfType(*strategies, hostCall<&CUserConfig::getMaxOrderServerNumSocket>.on(*user),
+                    EOrderStrategyType::Signal);
 }
 
 void COrderServiceUnion::placeOrders(QVector<COrderParam> orders, const COrderStrategyMap* strategies) {

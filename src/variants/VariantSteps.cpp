@@ -11,6 +11,7 @@
 #include "orderservice/platform/Switches.h"
 #include "orderservice/platform/TradingRules.h"
 #include "orderservice/records/Basket.h"
+#include "orderservice/records/Families.h"
 #include "orderservice/records/OrderTypes.h"
 
 #include <QString>
@@ -18,6 +19,11 @@
 #include <utility>
 
 namespace TC {
+
+void keepFirstOfType(COrderStrategyMap& strategies, int limit, EOrderStrategyType type) {
+    keepFirst(strategies, limit,
+              [type](const COrderStrategyParam& strategy) { return strategy.m_eStrategyType == type; });
+}
 
 void logCommand(const void* object, const char* function, const char* text) {
     if (!utils::CLogCenter::logEnabled()) return;
@@ -60,6 +66,16 @@ CCommandRequest makeBasketRequest(const COrderParam& order, const COrderStrategy
     request.m_codes = std::move(codes);
     request.m_weights = std::move(weights);
     request.m_bCommandFlag = strategy.m_bCommandFlag && mayHaveCommandFlag(order.m_nOrderType);
+    return request;
+}
+
+CCommandRequest makeFamilyRequest(const CVariantFamily& family, const COrderParam& order,
+                                  std::vector<CCodeOrderParam> codes, std::map<std::string, double> weights) {
+    CCommandRequest request;
+    request.m_eTraderType = getStrategyTradeType(family.m_eTradeType);
+    request.m_eBtnType = family.buttonOf(order.m_nOrderType);
+    request.m_codes = std::move(codes);
+    request.m_weights = std::move(weights);
     return request;
 }
 

@@ -4,6 +4,7 @@
 #include "orderservice/check/CommandRequest.h"
 #include "orderservice/records/OrderParam.h"
 #include "orderservice/records/StrategyParam.h"
+#include "orderservice/variants/FamilyTable.h"
 
 #include <iterator>
 #include <map>
@@ -25,6 +26,9 @@ void keepFirst(COrderStrategyMap& strategies, int limit, const Predicate& counts
     }
 }
 
+/// Keeps the first `limit` strategies of one source, in key order, and erases the others of this source.
+void keepFirstOfType(COrderStrategyMap& strategies, int limit, EOrderStrategyType type);
+
 /// Writes one line to the log if logging is on. The object and the name of the function are the line's start.
 void logCommand(const void* object, const char* function, const char* text);
 
@@ -44,6 +48,9 @@ bool mayHaveCommandFlag(int orderType);
 /// flag, tag and confirmation) and the parameters of the hedge leg. If its hedge type is Hedge, the caller
 /// sets these with hedgeLeg.
 CCommandRequest makeBasketRequest(const COrderParam& order, const COrderStrategyParam& strategy,
+                                  std::vector<CCodeOrderParam> codes, std::map<std::string, double> weights);
+/// The request for the command of a checked order of any other family, without what differs by variant.
+CCommandRequest makeFamilyRequest(const CVariantFamily& family, const COrderParam& order,
                                   std::vector<CCodeOrderParam> codes, std::map<std::string, double> weights);
 /// The parameters of the hedge leg, with its price kind: one for buying, another for all other operations.
 bson::BSONObj hedgeLeg(int orderType, const COrderStrategyParam& strategy);

@@ -4,11 +4,10 @@
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/LogCapture.h"
+#include "tests/variants/BatchFakes.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <memory>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -207,36 +206,6 @@ TEST_F(OrderServiceUnion, OrdersAndCommandsAreLoggedWhereLoggingIsOn) {
         EXPECT_EQ(line.logger, "KNStdFile");
     }
 }
-
-/// Gives the strategies of the test and remembers for which channels it was asked.
-class CAskedSource final : public IStrategySource {
-public:
-    explicit CAskedSource(COrderStrategyMap& strategies) : m_strategies(strategies) {}
-    COrderStrategyPtr strategyOf(int channel) override {
-        asked.push_back(channel);
-        if (onAsked) onAsked();
-        const auto found = m_strategies.constFind(channel);
-        if (found == m_strategies.constEnd()) return nullptr;
-        auto strategy = std::make_shared<const COrderStrategyParam>(*found);
-        last = strategy;
-        return strategy;
-    }
-
-    std::function<void()> onAsked;
-    std::vector<int> asked;
-    std::weak_ptr<const COrderStrategyParam> last;
-
-private:
-    COrderStrategyMap& m_strategies;
-};
-
-/// Lets a number of orders begin.
-class CCountingOwner final : public IBatchOwner {
-public:
-    bool mayBegin() override { return allowed-- > 0; }
-
-    int allowed = 1000;
-};
 
 class Batch : public OrderServiceUnion {
 protected:

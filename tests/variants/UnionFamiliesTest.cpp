@@ -3,11 +3,8 @@
 #include "orderservice/variants/OrderServiceUnion.h"
 
 #include "tests/support/Builders.h"
-#include "tests/support/FakeClock.h"
-#include "tests/support/FakeHost.h"
 #include "tests/support/LogCapture.h"
-
-#include <boost/make_shared.hpp>
+#include "tests/variants/FamilyHost.h"
 
 #include <gtest/gtest.h>
 
@@ -76,38 +73,8 @@ TEST(UnionFamilyTable, EveryFamilyWithACheckIsACase) {
     EXPECT_EQ(checked, cases);
 }
 
-/// The fake host with an instrument for each family. All quotes have trades of today.
-class UnionHost : public testing::Test {
+class UnionHost : public FamilyHost {
 protected:
-    UnionHost() {
-        host.types.types.insert({100003, "SH600000"});
-        for (const auto& [list, key] : {std::pair{"future", "IF2609"},
-                                        {"option", "SHO10000001"},
-                                        {"future option", "IO2609"},
-                                        {"sgt", "SGT00001"},
-                                        {"hgt", "HGT00700"},
-                                        {"gold", "GOLDAU9999"},
-                                        {"neeq", "NEEQ430001"}})
-            enlist(list, QString::fromLatin1(key));
-        host.quotes.quotes[QStringLiteral("SH600000")]->m_nDayCount = 1;
-        for (const auto type :
-             {EQDBrokerType::Future, EQDBrokerType::Credit, EQDBrokerType::Gold, EQDBrokerType::FutureOption,
-              EQDBrokerType::StockOption, EQDBrokerType::HGT, EQDBrokerType::Neeq, EQDBrokerType::SGT})
-            host.user.addGroup(type, "G", {{"A1", 0.6}, {"A2", 0.4}});
-    }
-    void enlist(const char* list, const QString& key) {
-        const auto detail = boost::make_shared<CInstrumentDetail>();
-        detail->m_strCode = key.toStdString();
-        host.exchange.others[key] = detail;
-        host.exchange.lists.insert({list, key});
-        const auto quote = boost::make_shared<fake::CQuote>();
-        quote->all(10.5);
-        host.quotes.quotes[key] = quote;
-    }
-    static CStrategyBuilder strategyOf(EOrderStrategyTradeType family) {
-        return CStrategyBuilder().family(family).set(
-            [&](auto& s) { s.setting(findFamily(family)->m_eSlot).m_ePriceType = EPriceType::Specified; });
-    }
     const COrderComandParam& place(const COrderParam& order, const COrderStrategyParam& with) {
         strategies[3] = with;
         service.placeOrders({order}, &strategies);
@@ -115,10 +82,7 @@ protected:
         return *host.commands().at(0);
     }
 
-    CFakeClock clock;
-    CFakeHost host;
     COrderServiceUnion service;
-    COrderStrategyMap strategies;
 };
 
 class UnionFamily : public UnionHost, public testing::WithParamInterface<CFamilyCase> {

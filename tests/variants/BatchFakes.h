@@ -1,0 +1,39 @@
+#pragma once
+
+#include "orderservice/gates/StrategySource.h"
+#include "orderservice/records/StrategyParam.h"
+#include "orderservice/variants/BatchVariant.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+/// Gives the strategies of the test and remembers for which channels it was asked.
+class CAskedSource final : public TC::IStrategySource {
+public:
+    explicit CAskedSource(TC::COrderStrategyMap& strategies) : m_strategies(strategies) {}
+    TC::COrderStrategyPtr strategyOf(int channel) override {
+        asked.push_back(channel);
+        if (onAsked) onAsked();
+        const auto found = m_strategies.constFind(channel);
+        if (found == m_strategies.constEnd()) return nullptr;
+        auto strategy = std::make_shared<const TC::COrderStrategyParam>(*found);
+        last = strategy;
+        return strategy;
+    }
+
+    std::function<void()> onAsked;
+    std::vector<int> asked;
+    std::weak_ptr<const TC::COrderStrategyParam> last;
+
+private:
+    TC::COrderStrategyMap& m_strategies;
+};
+
+/// Lets a number of orders begin.
+class CCountingOwner final : public TC::IBatchOwner {
+public:
+    bool mayBegin() override { return allowed-- > 0; }
+
+    int allowed = 1000;
+};
