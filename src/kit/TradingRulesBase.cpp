@@ -5,6 +5,8 @@
 #include "orderservice/platform/MsgService.h"
 #include "orderservice/records/Families.h"
 
+#include <algorithm>
+
 namespace kit {
 namespace {
 
@@ -12,6 +14,11 @@ namespace {
 const QString& keyPartOfNoAccount() {
     static const QString part = QStringLiteral("?");
     return part;
+}
+
+bool hasVolume(const TC::CCodeOrderParam& record) {
+    const bool hasQuantity = !TC::isInvalidPrice(record.m_dQuantity) && record.m_dQuantity > 0;
+    return record.m_nVolume != 0 || hasQuantity;
 }
 
 } // namespace
@@ -47,6 +54,11 @@ bool CTradingRulesBase::isDirectRepay(TC::EOperationType operation) {
 
 TC::EEntrustTypes CTradingRulesBase::operationTypeToEntrustType(TC::EOperationType) {
     return TC::unsetEnum<TC::EEntrustTypes>();
+}
+
+void CTradingRulesBase::filterZeroStock(std::vector<TC::CCodeOrderParam>& records) {
+    const auto isEmpty = [](const TC::CCodeOrderParam& record) { return !hasVolume(record); };
+    records.erase(std::remove_if(records.begin(), records.end(), isEmpty), records.end());
 }
 
 QString CTradingRulesBase::orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) {

@@ -3,6 +3,8 @@
 #include "orderservice/base/Export.h"
 #include "orderservice/platform/TradingRules.h"
 
+#include <vector>
+
 namespace kit {
 
 /// The rules of a host that trades stocks only, with display words for all families. A stock host need not
@@ -46,6 +48,11 @@ public:
     TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType) override {
         return TC::ETradePlatform::Plain;
     }
+
+    /// Removes the records whose m_nVolume is 0 and whose m_dQuantity is not above zero.
+    void filterZeroStock(std::vector<TC::CCodeOrderParam>& records) override;
+    /// There is no limit of frequency: the records stay as they are.
+    void fillOverFreqOrderMode(std::vector<TC::CCodeOrderParam>&) override {}
 
     /// The words of TradingWords.h. The title is the source's word in square brackets.
     QString orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) override;

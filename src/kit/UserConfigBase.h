@@ -31,12 +31,17 @@ public:
     bool hasShowTradeFrameworkPermission() const override { return false; }
     bool hasOrderEncryptionService() const override { return false; }
 
-    /// 0. Only called if the switch "mdl_order_split_orderNum" is on.
+    /// 0. Only called if the switch "mdl_order_split_orderNum" is on, and for the two-pass variant.
     int getMaxOrderServerNumSocket() const override { return 0; }
     /// 50 milliseconds.
     int getMinFileServiceInterval() const override;
     /// Both flags are off.
     TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef) const override { return {}; }
+
+    /// True: the two-pass variant asks the user before each batch.
+    bool testHintBeforeOrderFlag(int) const override { return true; }
+    /// False: there are no settings for all users.
+    bool testGlobalOrderHint(int) const override { return false; }
 
     /// There are no groups: always null.
     const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType, const QString&) const override {

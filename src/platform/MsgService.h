@@ -23,5 +23,8 @@ public:
 
 /// Shows a general message at note level, with the user's flags for that type. Any thread.
 ORDERSERVICE_EXPORT void showServiceMsg(const QString& text);
+/// Shows a message about a failed order at note level, with the user's flags for the type `flagsOf`. Any
+/// thread.
+ORDERSERVICE_EXPORT void showOrderFailureMsg(const QString& text, EMsgTypeDef flagsOf);
 
 } // namespace TC

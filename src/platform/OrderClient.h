@@ -9,7 +9,8 @@
 namespace TC {
 
 /// Receives finished commands and the reasons of refused orders. Both operations must be thread-safe. Today
-/// they are called on the service thread; function trading will call them on other threads.
+/// they are called on the service thread, and for the two-pass variant also on the main thread; function
+/// trading will call them on other threads.
 class ORDERSERVICE_EXPORT COrderClient : public CHostService<COrderClient> {
 public:
     static constexpr const char* kServiceName = "COrderClient";

@@ -69,6 +69,14 @@ QString knPriceTypeToString(EPriceType priceType, const std::string& code, bool 
     return hostCall<&CTradingRules::knPriceTypeToString>(priceType, code, shortForm);
 }
 
+void CCommonDataHelper::filterZeroStock(std::vector<CCodeOrderParam>& records) {
+    hostCall<&CTradingRules::filterZeroStock>(records);
+}
+
+void CCommonDataHelper::fillOverFreqOrderMode(std::vector<CCodeOrderParam>& records) {
+    hostCall<&CTradingRules::fillOverFreqOrderMode>(records);
+}
+
 } // namespace TC
 
 namespace knservice {

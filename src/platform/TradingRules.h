@@ -5,6 +5,7 @@
 #include "orderservice/platform/OperationRules.h"
 #include "orderservice/platform/OrderTexts.h"
 #include "orderservice/platform/Quote.h"
+#include "orderservice/platform/RecordRules.h"
 #include "orderservice/platform/TradingTexts.h"
 #include "orderservice/records/CommandParam.h"
 #include "orderservice/records/Enums.h"
@@ -14,6 +15,7 @@
 #include <QString>
 
 #include <string>
+#include <vector>
 
 namespace TC {
 
@@ -24,6 +26,7 @@ namespace TC {
 class ORDERSERVICE_EXPORT CTradingRules : public CHostService<CTradingRules>,
                                           public COrderTexts,
                                           public COperationRules,
+                                          public CRecordRules,
                                           public CTradingTexts {
 public:
     static constexpr const char* kServiceName = "CTradingRules";
@@ -49,6 +52,11 @@ ORDERSERVICE_EXPORT QString orderStrategyOrderTypeToString(int orderType);
 ORDERSERVICE_EXPORT QString orderStrategyTradeTypeToString(EOrderStrategyTradeType tradeType);
 ORDERSERVICE_EXPORT QString knPriceTypeToString(EPriceType priceType, const std::string& code,
                                                 bool shortForm);
+
+struct ORDERSERVICE_EXPORT CCommonDataHelper {
+    static void filterZeroStock(std::vector<CCodeOrderParam>& records);
+    static void fillOverFreqOrderMode(std::vector<CCodeOrderParam>& records);
+};
 
 } // namespace TC
 

@@ -15,11 +15,12 @@ class ORDERSERVICE_EXPORT CUserRights {
 public:
     using CService = CUserConfig; ///< reports show these operations under its name
 
-    /// Whether the user's orders use the one-pass variant (COrderServiceUnion). If false, no order is sent,
-    /// because the two-pass variant is not implemented.
+    /// Whether the user's orders use the one-pass variant (COrderServiceUnion). If false, they use the
+    /// two-pass variant (COrderServiceSplit) if the user has a right, and are dropped otherwise.
     virtual bool hasOrderService() const = 0;
     /// Whether the user has a right. While hasOrderService() is true, rights only affect the wording of
-    /// messages.
+    /// messages. In the two-pass variant, file strategies are loaded only with the right to file orders, and
+    /// socket strategies only with the right to signal orders.
     virtual bool hasUserAuth(EUserAuth right) const = 0;
     /// Whether the user may use the trade framework. It is not implemented, so true only causes a message.
     virtual bool hasShowTradeFrameworkPermission() const = 0;
@@ -35,9 +36,10 @@ public:
 
     /// Maximum number of strategies that COrderService::loadFromConfig loads. If there are more, the
     /// strategies with the highest channel numbers are not loaded. With the switch "mdl_order_split_orderNum"
-    /// on, it limits the file strategies only.
+    /// on, and in the two-pass variant, it limits the file strategies only.
     virtual int getMaxOrderServerNum() const = 0;
-    /// The same limit for socket strategies. Called only if the switch "mdl_order_split_orderNum" is on.
+    /// The same limit for socket strategies. Called only if the switch "mdl_order_split_orderNum" is on, and
+    /// for the two-pass variant.
     virtual int getMaxOrderServerNumSocket() const = 0;
 
 protected:

@@ -31,6 +31,12 @@ public:
     /// The user's settings for a message type; both are off if there are no settings.
     virtual CMsgFlags getMsgFlags(EMsgTypeDef type) const = 0;
 
+    /// Whether the user's trade settings ask for a confirmation before orders are sent. Bits: 16 socket
+    /// orders, 32 order files, 1024 batches of a table. Called for one bit, by the two-pass variant only.
+    virtual bool testHintBeforeOrderFlag(int bit) const = 0;
+    /// The same for the settings of all users. Called only if testHintBeforeOrderFlag is false.
+    virtual bool testGlobalOrderHint(int bit) const = 0;
+
     /// Whether the user may use this price type for this operation on this instrument. market and code are
     /// UTF-8. Not called for specified prices, for an instrument without a quote, for baskets, futures and
     /// futures options, on the share-transfer market, and for the credit order numbers 29 to 32 and 37 to 39.

@@ -20,6 +20,7 @@
 #include "orderservice/service/StrategyRegistry.h"
 #include "orderservice/socket/SocketListeners.h"
 #include "orderservice/variants/BatchVariant.h"
+#include "orderservice/variants/OrderServiceSplit.h"
 #include "orderservice/variants/OrderServiceUnion.h"
 
 #include <QThread>
@@ -47,15 +48,10 @@ void registerMetaTypes() {
     qRegisterMetaType<const QMap<int, TC::COrderStrategyParam>*>("const QMap<int,TC::COrderStrategyParam>*");
 }
 
-/// Whether the user's orders belong to the two-pass variant, which is not built yet.
-bool isSplitUser(const CUserConfig* user) {
-    return user != nullptr && !hostCall<&CUserConfig::hasOrderService>.on(*user) &&
-           (hostCall<&CUserConfig::hasUserAuth>.on(*user, EUserAuth::SignalOrders) ||
-            hostCall<&CUserConfig::hasUserAuth>.on(*user, EUserAuth::FileOrders));
-}
-
-void reportUnbuiltVariant() {
-    reportSafely(QStringLiteral("[接口单]　此版本尚不支持分步下单服务, 指令未执行!"));
+/// Whether a user without the order service uses the two-pass variant.
+bool isSplitUser(const CUserConfig& user) {
+    return hostCall<&CUserConfig::hasUserAuth>.on(user, EUserAuth::SignalOrders) ||
+           hostCall<&CUserConfig::hasUserAuth>.on(user, EUserAuth::FileOrders);
 }
 
 void reportClosed(int orders) {
@@ -267,13 +263,17 @@ EBatchFate COrderService::fateOfBatch() const {
 /// A variant with two passes also needs forwardLegalOrders (service/LegalBatches.h).
 void COrderService::chooseVariant(const CUserConfig& user) {
     if (m_orderService) return;
-    if (hostCall<&CUserConfig::hasOrderService>.on(user)) {
-        auto variant = std::make_unique<COrderServiceUnion>();
+    const auto use = [this](auto variant) {
         m_pBatchVariant = variant.get();
         m_orderService = std::move(variant);
         m_pVariant = m_orderService.get();
-    } else if (isSplitUser(&user)) {
-        reportUnbuiltVariant();
+    };
+    if (hostCall<&CUserConfig::hasOrderService>.on(user)) {
+        use(std::make_unique<COrderServiceUnion>());
+    } else if (isSplitUser(user)) {
+        auto variant = std::make_unique<COrderServiceSplit>();
+        forwardLegalOrders(*variant, *this);
+        use(std::move(variant));
     }
 }
 
@@ -463,7 +463,6 @@ void COrderService::processBatch(const QVector<COrderParam>& orders) {
     IBatchVariant* variant = m_pBatchVariant;
     m_nUserOfBatch = m_nUser.load(); // before the first strategy is used
     const bool isBound = m_registry->isBound();
-    if (variant == nullptr && isBound && isSplitUser(getUserConfig())) return reportUnbuiltVariant();
     if (variant == nullptr || !isBound) {
         const char* cause = isBound ? "the user has no right to an order service" : "no user is loaded";
         return reportOrdersDropped(orders.first().m_nChannel, orders.size(), QString::fromUtf8(cause));

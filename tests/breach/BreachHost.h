@@ -101,6 +101,8 @@ public:
     USER(int, getMaxOrderServerNum, (), ())
     USER(int, getMaxOrderServerNumSocket, (), ())
     USER(int, getMinFileServiceInterval, (), ())
+    USER(bool, testHintBeforeOrderFlag, (int bit), (bit))
+    USER(bool, testGlobalOrderHint, (int bit), (bit))
     USER(TC::CMsgFlags, getMsgFlags, (TC::EMsgTypeDef type), (type))
     USER(const TC::CAccountGroup*, getAccountGroupConst, (TC::EQDBrokerType broker, const QString& group),
          (broker, group))
@@ -263,6 +265,8 @@ public:
     RULE(bool, isMarketPrice, (TC::EPriceType type), (type))
     RULE(bool, isAlgoOrderType, (TC::EOrderType type), (type))
     RULE(TC::ETradePlatform, getPlatformTypeByOrderType, (TC::EOrderType type), (type))
+    RULE(void, filterZeroStock, (std::vector<TC::CCodeOrderParam> & records), (records))
+    RULE(void, fillOverFreqOrderMode, (std::vector<TC::CCodeOrderParam> & records), (records))
     RULE(QString, orderStrategyTypeToOrderTitle, (TC::EOrderStrategyType type), (type))
     RULE(QString, orderStrategyTypeToString, (TC::EOrderStrategyType type), (type))
     RULE(QString, orderStrategyOrderTypeToString, (int type), (type))

@@ -135,6 +135,14 @@ void prepareFileGuard(CBreachRun& run) {
 void prepareSplitLimits(CBreachRun& run) {
     run.host.switches.on.insert("mdl_order_split_orderNum");
 }
+/// The user of the two-pass variant. The test has no event loop for the second pass, so a receiver of the
+/// signal runs it on the service thread. No setting asks for a confirmation.
+void prepareTwoPasses(CBreachRun& run) {
+    run.host.user.orderService = false;
+    TC::COrderService& service = run.service();
+    QObject::connect(&service, &TC::COrderService::sigPlaceLegalOrders,
+                     [&service](const auto& orders, const auto*) { service.placeLegalOrders(orders); });
+}
 void prepareHedge(CBreachRun& run) {
     run.host.switches.on.insert("mdl_order_compose_hedge");
     run.host.user.strategies[kBasket].m_bHedgeBasket = true;
@@ -162,6 +170,8 @@ const std::vector<CBreachRow> kBreachRows = {
     {"CUserConfig::getMaxOrderServerNum", load, nullptr, true},
     {"CUserConfig::getMaxOrderServerNumSocket", load, prepareSplitLimits, true},
     {"CUserConfig::getMinFileServiceInterval", nothing},
+    {"CUserConfig::testHintBeforeOrderFlag", stock, prepareTwoPasses},
+    {"CUserConfig::testGlobalOrderHint", stock, prepareTwoPasses},
     {"CUserConfig::getMsgFlags", stock},
     {"CUserConfig::getAccountGroupConst", stock},
     {"CUserConfig::hasAccount", family<kAccount, 23>},
@@ -213,6 +223,8 @@ const std::vector<CBreachRow> kBreachRows = {
     {"CTradingRules::isMarketPrice", latest},
     {"CTradingRules::isAlgoOrderType", stock},
     {"CTradingRules::getPlatformTypeByOrderType", algorithmOrder, prepareAlgorithm},
+    {"CTradingRules::filterZeroStock", stock, prepareTwoPasses},
+    {"CTradingRules::fillOverFreqOrderMode", stock, prepareTwoPasses},
     {"CTradingRules::orderStrategyTypeToOrderTitle", startStopped},
     {"CTradingRules::orderStrategyTypeToString", stock},
     {"CTradingRules::orderStrategyOrderTypeToString", stock},

@@ -187,6 +187,38 @@ TEST_P(TradingRulesContract, TimeRangeLeavesTheOrderAlone) {
     EXPECT_EQ(record.m_eOperationType, EOperationType::Sell);
 }
 
+TEST_P(TradingRulesContract, OnlyRecordsWithoutVolumeAreRemoved) {
+    std::vector<CCodeOrderParam> records(4);
+    records[0].m_nVolume = 300;
+    records[1].m_nVolume = 0;
+    records[2].m_nVolume = kUnsetInt; // an amount of money that does not fit an int
+    records[2].m_dQuantity = 1e12;
+    records[3].m_nVolume = 100;
+    CCommonDataHelper::filterZeroStock(records);
+    ASSERT_EQ(records.size(), 3u);
+    EXPECT_EQ(records[0].m_nVolume, 300);
+    EXPECT_EQ(records[1].m_nVolume, kUnsetInt);
+    EXPECT_EQ(records[2].m_nVolume, 100);
+    std::vector<CCodeOrderParam> none;
+    CCommonDataHelper::filterZeroStock(none);
+    EXPECT_TRUE(none.empty());
+}
+
+TEST_P(TradingRulesContract, FrequencyModeLeavesTheOrderAlone) {
+    std::vector<CCodeOrderParam> records(2);
+    records[0].m_nVolume = 300;
+    records[0].m_dPrice = 10.5;
+    records[0].m_eOperationType = EOperationType::Sell;
+    CCommonDataHelper::fillOverFreqOrderMode(records);
+    ASSERT_EQ(records.size(), 2u);
+    EXPECT_EQ(records[0].m_nVolume, 300);
+    EXPECT_EQ(records[0].m_dPrice, 10.5);
+    EXPECT_EQ(records[0].m_eOperationType, EOperationType::Sell);
+    std::vector<CCodeOrderParam> none;
+    CCommonDataHelper::fillOverFreqOrderMode(none);
+    EXPECT_TRUE(none.empty());
+}
+
 TEST_P(TradingRulesContract, BuyBuysAndSellDoesNot) {
     EXPECT_TRUE(isBuy(EOperationType::Buy));
     EXPECT_FALSE(isBuy(EOperationType::Sell));

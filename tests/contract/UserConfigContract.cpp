@@ -62,6 +62,13 @@ TEST_P(UserConfigContract, LimitsAreNotNegative) {
     EXPECT_GE(user().getMinFileServiceInterval(), 0);
 }
 
+TEST_P(UserConfigContract, HintsAreTheSameAtEachCall) {
+    for (const int bit : {1, 16, 32, 1024}) {
+        EXPECT_EQ(user().testHintBeforeOrderFlag(bit), user().testHintBeforeOrderFlag(bit)) << bit;
+        EXPECT_EQ(user().testGlobalOrderHint(bit), user().testGlobalOrderHint(bit)) << bit;
+    }
+}
+
 TEST_P(AccountGroupContract, GroupIsFoundUnderItsNameAndBroker) {
     const CAccountGroup* group = user().getAccountGroupConst(world().broker, world().group);
     ASSERT_NE(group, nullptr);

@@ -84,6 +84,14 @@ TEST(KitUser, HasNoRightsGroupsBasketsOrOptionalServices) {
     EXPECT_TRUE(user.getStrategyMap()->isEmpty());
 }
 
+TEST(KitUser, IsAskedBeforeEachBatch) {
+    const CUser user;
+    for (const int bit : {1, 16, 32, 1024}) {
+        EXPECT_TRUE(user.testHintBeforeOrderFlag(bit)) << bit;
+        EXPECT_FALSE(user.testGlobalOrderHint(bit)) << bit;
+    }
+}
+
 class CTrade : public kit::CTradeClientBase {
 public:
     EBROKER_LOGIN_STATUS getLoginStatus(const std::string&) override {
@@ -181,6 +189,26 @@ TEST(KitTypes, UnitShownIsTheTradingUnit) {
     } types;
     EXPECT_EQ(types.getUiMinUnit("SH", "688105", true), 200);
     EXPECT_EQ(types.getUiMinUnit("SH", "600000", false), 100);
+}
+
+TEST(KitRules, RecordWithAPartOfAUnitIsKept) {
+    kit::CTradingRulesBase rules;
+    std::vector<CCodeOrderParam> records(4);
+    const double quantities[] = {0.5, 0.0, -1.0, kUnsetDouble};
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        records[i].m_nVolume = 0;
+        records[i].m_dQuantity = quantities[i];
+    }
+    rules.filterZeroStock(records);
+    ASSERT_EQ(records.size(), 1u);
+    EXPECT_EQ(records[0].m_dQuantity, 0.5);
+}
+
+TEST(KitRules, FrequencyModeStaysUnset) {
+    kit::CTradingRulesBase rules;
+    std::vector<CCodeOrderParam> records(1);
+    rules.fillOverFreqOrderMode(records);
+    EXPECT_TRUE(isUnset(records.at(0).m_nOverFreqMode));
 }
 
 TEST(KitRules, OnlyTheOperationBuyBuysAndNoOperationCloses) {

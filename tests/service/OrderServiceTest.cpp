@@ -237,17 +237,6 @@ TEST_F(OrderService, ParentDoesNotKeepTheServiceFromItsThread) {
     EXPECT_NE(service().thread(), QThread::currentThread());
 }
 
-TEST_F(OrderService, EitherRightBelongsToTheTwoPassVariant) {
-    addFileStrategy(3);
-    host.user.orderService = false;
-    for (const EUserAuth right : {EUserAuth::SignalOrders, EUserAuth::FileOrders}) {
-        host.user.rights = {right};
-        const std::size_t before = host.messageTexts().size();
-        service().loadFromConfig(false);
-        EXPECT_EQ(host.messageTexts().size(), before + 1);
-    }
-}
-
 TEST_F(OrderService, UserMayComeAndGoBetweenLoads) {
     addFileStrategy(3);
     host.user.loggedIn = false;
@@ -297,19 +286,6 @@ TEST_F(OrderService, UserWithoutAnyRightGetsNoVariant) {
     EXPECT_TRUE(host.commands().empty());
     EXPECT_TRUE(host.errorTexts().empty());
     EXPECT_TRUE(host.messageTexts().empty());
-}
-
-TEST_F(OrderService, UserOfTheTwoPassVariantGetsAMessageThatItIsNotBuilt) {
-    const QString refusal = QStringLiteral("[接口单]　此版本尚不支持分步下单服务, 指令未执行!");
-    addFileStrategy(3);
-    host.user.orderService = false;
-    service().loadFromConfig(false);
-    EXPECT_EQ(service().getOrderService(), nullptr);
-    EXPECT_EQ(host.messageTexts(), std::vector<QString>{refusal});
-    service().placeorder(good());
-    service().shutdown();
-    EXPECT_EQ(host.messageTexts(), (std::vector<QString>{refusal, refusal}));
-    EXPECT_TRUE(host.commands().empty());
 }
 
 TEST_F(OrderService, TradeFrameworkIsRefusedWithAMessage) {
@@ -445,7 +421,8 @@ TEST_F(OrderService, StatusBarNamesTheRunningStrategiesInKeyOrder) {
 TEST_F(OrderService, SignalsAndSlotsKeepTheirPlacesInTheMetaObject) {
     const QMetaObject* meta = service().metaObject();
     const char* methods[] = {
-        "sigPlaceLegalOrders(QVector<TC::orderParamForOrderService>,const QMap<int,TC::COrderStrategyParam>*)",
+        "sigPlaceLegalOrders(QVector<TC::orderParamForOrderService>,const "
+        "QMap<int,TC::COrderStrategyParam>*)",
         "sigSetStatus(bool)",
         "sigPlaceOrders(QVector<TC::COrderParam>)",
         "sigCancelOrder(int)",

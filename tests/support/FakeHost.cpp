@@ -6,6 +6,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace fake {
@@ -180,6 +181,22 @@ void CRules::orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrde
 
 void CRules::fixTimeRange(TC::CCodeOrderParam& record) {
     if (onFixTimeRange) onFixTimeRange(record);
+}
+
+void CRules::filterZeroStock(std::vector<TC::CCodeOrderParam>& records) {
+    {
+        const std::lock_guard lock(m_mutex);
+        recordCalls.push_back("filter " + std::to_string(records.size()));
+    }
+    records.erase(std::remove_if(records.begin(), records.end(), isZeroStock), records.end());
+}
+
+void CRules::fillOverFreqOrderMode(std::vector<TC::CCodeOrderParam>& records) {
+    {
+        const std::lock_guard lock(m_mutex);
+        recordCalls.push_back("fill " + std::to_string(records.size()));
+    }
+    if (onFill) onFill(records);
 }
 
 QString CRules::orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) {

@@ -108,6 +108,11 @@ public:
     int getMaxOrderServerNum() const override { return maxStrategies; }
     int getMaxOrderServerNumSocket() const override { return maxSocketStrategies; }
     int getMinFileServiceInterval() const override { return interval; }
+    bool testHintBeforeOrderFlag(int bit) const override { return hints.count(bit) > 0; }
+    bool testGlobalOrderHint(int bit) const override {
+        globalHintCalls.add(bit);
+        return globalHints.count(bit) > 0;
+    }
     TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef type) const override;
     const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType broker,
                                                   const QString& name) const override;
@@ -150,6 +155,8 @@ public:
     int maxSocketStrategies = 50;
     std::atomic<int> interval{11};
     std::map<TC::EMsgTypeDef, TC::CMsgFlags> msgFlags;
+    std::set<int> hints, globalHints; ///< bits that are set
+    mutable CCalls<int> globalHintCalls;
     std::map<std::string, TC::CAccountInfoPtr> accounts;
     std::set<std::string> simple;
     std::map<std::pair<TC::EQDBrokerType, std::string>, TC::CAccountGroup> groups;
@@ -257,6 +264,8 @@ public:
     TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType type) override {
         return algoPlatforms.at(type);
     }
+    void filterZeroStock(std::vector<TC::CCodeOrderParam>& records) override;
+    void fillOverFreqOrderMode(std::vector<TC::CCodeOrderParam>& records) override;
     QString orderStrategyTypeToOrderTitle(TC::EOrderStrategyType type) override;
     QString orderStrategyTypeToString(TC::EOrderStrategyType type) override;
     QString orderStrategyOrderTypeToString(int orderType) override;
@@ -271,6 +280,12 @@ public:
     std::vector<QString> settingTexts;
     CCalls<CSettingCall> settingCalls; ///< arguments of orderSettingToParam
     std::function<void(TC::CCodeOrderParam&)> onFixTimeRange;
+    std::vector<std::string> recordCalls; ///< "filter N" and "fill N", with the number of records at the call
+    /// The records that filterZeroStock removes.
+    std::function<bool(const TC::CCodeOrderParam&)> isZeroStock = [](const TC::CCodeOrderParam& record) {
+        return record.m_nVolume == 0;
+    };
+    std::function<void(std::vector<TC::CCodeOrderParam>&)> onFill;
     std::function<void(const TC::COrderSetting&)> onSetting; ///< called with the setting of each record
 
 private:

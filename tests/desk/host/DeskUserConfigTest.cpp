@@ -78,6 +78,11 @@ TEST_F(DeskUserConfig, AnswersWhatTheFolderSays) {
     EXPECT_EQ(m_user.getDefaultOrderSetting(TC::EDefaultSetting::Gold).m_strCmdLog, "");
 }
 
+TEST_F(DeskUserConfig, EveryBatchIsConfirmed) {
+    for (const int bit : {1, 16, 32, 1024})
+        EXPECT_TRUE(m_user.testHintBeforeOrderFlag(bit)) << bit;
+}
+
 TEST_F(DeskUserConfig, MessageFlagsAreOffUnlessTheFolderSets) {
     EXPECT_TRUE(m_user.getMsgFlags(TC::EMsgTypeDef::OrderFailure).m_bFirst);
     EXPECT_FALSE(m_user.getMsgFlags(TC::EMsgTypeDef::OrderFailure).m_bSecond);

@@ -1,0 +1,136 @@
+// The two-pass variant in the real service: from the order file over the service thread and the adapter to
+// the question and the commands on the main thread.
+#include "orderservice/service/OrderServiceAdapter.h"
+#include "orderservice/variants/OrderServiceSplit.h"
+#include "orderservice/variants/OrderServiceUnion.h"
+#include "tests/service/ServiceFixture.h"
+#include "tests/support/ScriptedConfirmer.h"
+
+#include <QCoreApplication>
+#include <QMetaObject>
+#include <QThread>
+
+#include <memory>
+#include <set>
+#include <vector>
+
+namespace {
+
+using namespace TC;
+
+class TwoPass : public ServiceFixture {
+protected:
+    void SetUp() override {
+        ServiceFixture::SetUp();
+        host.user.orderService = false;
+        host.user.hints.insert(32);
+        addFileStrategy(3);
+        adapter = std::make_unique<COrderServiceAdapter>();
+    }
+    void TearDown() override {
+        adapter.reset();
+        ServiceFixture::TearDown();
+        QCoreApplication::processEvents();
+    }
+    static COrderParam good() { return COrderBuilder(23).line(QStringLiteral("600000"), 10.5, 1000); }
+
+    /// Returns when the service thread has processed its queue and the main thread has placed the batches.
+    void settle() {
+        QMetaObject::invokeMethod(
+            &service(), [] {}, Qt::BlockingQueuedConnection);
+        QCoreApplication::processEvents();
+    }
+
+    CScriptedConfirmer confirmer;
+    std::unique_ptr<COrderServiceAdapter> adapter;
+};
+
+TEST_F(TwoPass, IsForUsersWithRight7Or8WhoHaveNoOrderService) {
+    const std::set<EUserAuth> rights[] = {
+        {EUserAuth::SignalOrders}, {EUserAuth::FileOrders}, {EUserAuth::SignalOrders, EUserAuth::FileOrders}};
+    for (const auto& held : rights) {
+        host.user.rights = held;
+        service().loadFromConfig(false);
+        EXPECT_NE(dynamic_cast<COrderServiceSplit*>(service().getOrderService()), nullptr);
+        ServiceFixture::TearDown();
+        ServiceFixture::SetUp();
+    }
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(TwoPass, IsNotForUsersOfTheOrderService) {
+    host.user.orderService = true;
+    service().loadFromConfig(false);
+    EXPECT_NE(dynamic_cast<COrderServiceUnion*>(service().getOrderService()), nullptr);
+}
+
+TEST_F(TwoPass, ConfirmedFileOrderIsSentOnTheMainThread) {
+    std::vector<QThread*> threads;
+    confirmer.onQuestion = [&] { threads.push_back(QThread::currentThread()); };
+    host.orders.onCommand = [&](const COrderComandParamPtr&) { threads.push_back(QThread::currentThread()); };
+    service().loadFromConfig(false);
+    drop(3, "23,0,10.5,600000,1000\n");
+    settle();
+    ASSERT_EQ(host.commands().size(), 1u);
+    EXPECT_EQ(threads, std::vector<QThread*>(2, QCoreApplication::instance()->thread()));
+    EXPECT_EQ(confirmer.questions.at(0).m_strTitle, QStringLiteral("文件单下达指令"));
+    EXPECT_FALSE(host.commands()[0]->m_bUnion);
+    EXPECT_EQ(host.commands()[0]->m_strTag, "");
+}
+
+TEST_F(TwoPass, DeclinedOrderIsNotSent) {
+    confirmer.answer.m_eResult = EConfirmResult::Declined;
+    service().loadFromConfig(false);
+    service().placeOrders({good(), good()});
+    settle();
+    EXPECT_EQ(confirmer.questions.size(), 1u);
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_TRUE(host.errorTexts().empty());
+}
+
+TEST_F(TwoPass, BatchesThatFollowEachOtherAreAskedOneByOne) {
+    bool isOpen = false;
+    confirmer.onQuestion = [&] {
+        EXPECT_FALSE(isOpen);
+        isOpen = true;
+        if (confirmer.questions.size() == 1) {
+            service().placeorder(good());
+            settle(); // the second batch reaches the main thread while the first question is open
+        }
+        isOpen = false;
+    };
+    service().loadFromConfig(false);
+    service().placeorder(good());
+    settle();
+    settle();
+    EXPECT_EQ(confirmer.questions.size(), 2u);
+    EXPECT_EQ(host.commands().size(), 2u);
+}
+
+TEST_F(TwoPass, OrderOfARemovedStrategyIsSentWhenItIsConfirmed) {
+    confirmer.onQuestion = [this] { EXPECT_EQ(service().removeOrderStrategy(3), 0); };
+    service().loadFromConfig(false);
+    service().placeorder(good());
+    settle();
+    EXPECT_EQ(host.commands().size(), 1u);
+}
+
+TEST_F(TwoPass, QuestionOfAUserWhoLeavesSendsNothing) {
+    confirmer.onQuestion = [this] {
+        host.user.loggedIn = false;
+        service().loadFromConfig(false);
+    };
+    service().loadFromConfig(false);
+    service().placeorder(good());
+    settle();
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[接口单]　用户已切换, 1条指令未执行!"));
+}
+
+TEST_F(TwoPass, StrategiesWithoutTheirRightAreNotLoaded) {
+    host.user.rights = {EUserAuth::SignalOrders};
+    service().loadFromConfig(false);
+    EXPECT_TRUE(service().getStrategyMap().isEmpty());
+}
+
+} // namespace
