@@ -4,10 +4,13 @@
 #include "orderservice/records/Families.h"
 #include "orderservice/records/Portfolio.h"
 #include "orderservice/service/OrderService.h"
+#include "orderservice/service/OrderServiceAdapter.h"
 #include "tests/acceptance/SocketTalk.h"
 #include "tests/support/Builders.h"
 #include "tests/support/Describe.h"
 #include "tests/support/TestSocket.h"
+
+#include <QCoreApplication>
 
 #include <boost/make_shared.hpp>
 
@@ -75,27 +78,28 @@ CBasketStockData readBasketRow(const std::string& text) {
     return row;
 }
 
-/// Starts the service at the first call. The service reads the strategies when it starts.
-COrderService& service() {
+constexpr int kBasketType = knservice::kBasketTypes[0];
+
+} // namespace
+
+COrderService& CServiceRun::runningService() {
     if (COrderService::instance() == nullptr) {
         COrderService::initInstance(new COrderService);
+        COrderServiceAdapter::initInstance(new COrderServiceAdapter);
         COrderService::instance()->loadFromConfig(false);
     }
     return *COrderService::instance();
 }
 
-/// Returns when the service has processed its queue.
-void settle() {
+void CServiceRun::settle() {
     QMetaObject::invokeMethod(
-        &service(), [] {}, Qt::BlockingQueuedConnection);
+        &runningService(), [] {}, Qt::BlockingQueuedConnection);
+    QCoreApplication::processEvents();
 }
 
-constexpr int kBasketType = knservice::kBasketTypes[0];
-
-} // namespace
-
 CServiceRun::CServiceRun() : m_strategyWords(strategyWords()) {
-    for (auto table : {serviceStatements(), userStatements(), marketStatements(), tradeStatements()})
+    for (auto table :
+         {serviceStatements(), userStatements(), marketStatements(), tradeStatements(), confirmStatements()})
         m_statements.merge(table);
     m_clock.onLongSleep = [this](double seconds) {
         report("waits " + std::to_string(static_cast<int>(seconds)) + " s for a quote");
@@ -106,6 +110,7 @@ CServiceRun::CServiceRun() : m_strategyWords(strategyWords()) {
         if (setting.m_bSecondLimitOn)
             report("second limit " + QString::number(setting.m_dSecondLimit).toStdString());
     };
+    setAnswer({"confirm", "accept", {}, {}});
     makeTraded(QStringLiteral("SH600000"));
     makeTraded(QStringLiteral("SZ000001"));
 }
@@ -113,7 +118,9 @@ CServiceRun::CServiceRun() : m_strategyWords(strategyWords()) {
 CServiceRun::~CServiceRun() {
     if (COrderService::instance() == nullptr) return;
     COrderService::instance()->shutdown();
+    COrderServiceAdapter::release();
     COrderService::release();
+    QCoreApplication::processEvents(); // the ends of the batches
 }
 
 void CServiceRun::apply(const CStatement& statement) {
@@ -158,13 +165,13 @@ void CServiceRun::makeSocket(COrderStrategyParam& strategy, const std::string& s
 
 void CServiceRun::stopStrategy(const CStatement& statement) {
     QString error;
-    service().stopOrderStrategy(std::stoi(statement.rest), error);
+    runningService().stopOrderStrategy(std::stoi(statement.rest), error);
     if (!error.isEmpty()) throw std::runtime_error(error.toStdString());
 }
 
 /// Writes the file and returns when the service has processed all of it.
 void CServiceRun::dropFile(const CStatement& statement) {
-    COrderService& running = service();
+    COrderService& running = runningService();
     const std::size_t before = m_host.records.snapshot([this] { return m_host.audit.reports.size(); });
     m_folder.handOver(std::to_string(std::stoi(statement.rest)), statement.bytes);
     m_clock.wake();
@@ -174,7 +181,7 @@ void CServiceRun::dropFile(const CStatement& statement) {
 }
 
 void CServiceRun::talk(const CStatement& statement) {
-    service();
+    runningService();
     holdTalk(m_ports.at(std::stoi(statement.rest)), statement.talk, settle);
 }
 

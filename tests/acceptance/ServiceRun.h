@@ -4,6 +4,7 @@
 #include "tests/acceptance/ServiceRunClock.h"
 #include "tests/acceptance/Transcript.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/ScriptedConfirmer.h"
 #include "tests/support/TempFolder.h"
 
 #include <functional>
@@ -11,9 +12,14 @@
 #include <string>
 #include <vector>
 
+namespace TC {
+class COrderService;
+}
+
 /// The complete path of an order: file or socket, queue, check, command, the host's order client. The service
 /// and its threads are real; the host is the fake one in memory. Statements set up the host and send orders.
-/// ServiceRun.cpp has the table of the statements. A wait for a quote ends at once and is only recorded.
+/// ServiceRun.cpp and ServiceRunConfirm.cpp have the tables of the statements. The main thread is the one
+/// that applies the statements. A wait for a quote ends at once and is only recorded.
 class CServiceRun {
 public:
     CServiceRun();
@@ -35,6 +41,7 @@ private:
     std::map<std::string, CAction> userStatements();
     std::map<std::string, CAction> marketStatements();
     std::map<std::string, CAction> tradeStatements();
+    std::map<std::string, CAction> confirmStatements();
 
     void addStrategy(const CStatement& statement);
     void makeSocket(TC::COrderStrategyParam& strategy, const std::string& share);
@@ -54,14 +61,24 @@ private:
     void setSplit(const CStatement& statement);
     void setRecord(const CStatement& statement);
     void setMoneySplit(const CStatement& statement);
+    void setAnswer(const CStatement& statement);
+    void leaveInQuestions();
+    void placeByHost(const CStatement& statement);
+    void placeBatch(const CStatement& statement);
     /// Lets baskets use this stock: it is tradable and allowed in baskets.
     void makeTraded(const QString& key);
     void report(const std::string& line);
+    /// Starts the service at the first call. The service reads the strategies when it starts.
+    static TC::COrderService& runningService();
+    /// Returns when the service has processed its queue, and the main thread the checked orders of two
+    /// passes.
+    static void settle();
 
     CServiceRunClock m_clock;
     CTempFolder m_folder;
     std::map<int, unsigned short> m_ports; ///< ports of the socket strategies, by channel
     CFakeHost m_host;
+    CScriptedConfirmer m_confirmer;
     const std::map<std::string, CSetter> m_strategyWords;
     std::map<std::string, CAction> m_statements;
 };

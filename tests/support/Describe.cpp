@@ -44,6 +44,19 @@ std::string describe(const TC::COrderComandParam& command) {
     return out.str();
 }
 
+std::string describe(const TC::CConfirmQuestion& question) {
+    std::ostringstream out;
+    out << "question " << question.m_strTitle.toStdString() << " trader " << number(question.m_eTraderType);
+    for (const auto& [index, row] : question.m_rows) {
+        out << " row " << index;
+        describeCode(out, row);
+    }
+    for (const auto& [index, remark] : question.m_remarks) {
+        if (!remark.empty()) out << " remark " << index << " \"" << remark << '"';
+    }
+    return out.str();
+}
+
 std::string describeDetails(const TC::COrderComandParam& command) {
     std::ostringstream out;
     out << "details hedge " << number(command.m_eHedgeType) << " button " << number(command.m_eBtnType)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/platform/IntakeAudit.h"
 #include "orderservice/records/CommandParam.h"
 
@@ -9,5 +10,7 @@
 std::string describe(const TC::COrderComandParam& command);
 /// The fields that describe() leaves out because most commands have the same values.
 std::string describeDetails(const TC::COrderComandParam& command);
+/// Describes a question to the user, with its rows and the remarks that are not empty.
+std::string describe(const TC::CConfirmQuestion& question);
 std::string describe(const TC::CIntakeReport& report);
 std::string describe(const TC::CDoorReport& report);
