@@ -64,6 +64,7 @@ private:
         int interval = 1;
         int getMinFileServiceInterval() const override { return interval; }
         int getMaxOrderServerNum() const override { return 1000; }
+        bool testHintBeforeOrderFlag(int) const override { return false; }
         bool isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC::EQDBrokerType, const std::string&,
                               const std::string&, TC::EOrderType) const override {
             return true;
