@@ -26,9 +26,10 @@ public:
     int getMaxOrderServerNum() const override { return m_user.maxStrategies; }
     int getMaxOrderServerNumSocket() const override { return m_user.maxSocketStrategies; }
     int getMinFileServiceInterval() const override { return m_user.fileIntervalMs; }
-    /// True: every batch of the two-pass variant is confirmed.
-    bool testHintBeforeOrderFlag(int) const override { return true; }
-    bool testGlobalOrderHint(int) const override { return true; }
+    /// The folder's hint_bits.
+    bool testHintBeforeOrderFlag(int bit) const override { return (m_user.hintBits & bit) != 0; }
+    /// False: a folder has one user only.
+    bool testGlobalOrderHint(int) const override { return false; }
     TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef type) const override;
     const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType broker,
                                                   const QString& name) const override;

@@ -78,9 +78,14 @@ TEST_F(DeskUserConfig, AnswersWhatTheFolderSays) {
     EXPECT_EQ(m_user.getDefaultOrderSetting(TC::EDefaultSetting::Gold).m_strCmdLog, "");
 }
 
-TEST_F(DeskUserConfig, EveryBatchIsConfirmed) {
-    for (const int bit : {1, 16, 32, 1024})
-        EXPECT_TRUE(m_user.testHintBeforeOrderFlag(bit)) << bit;
+TEST(DeskUserHints, AreTheBitsOfTheFolder) {
+    CDeskConfig config;
+    config.user.hintBits = 32 + 1024;
+    const CDeskUserConfig user(config);
+    for (const int bit : {1, 16, 32, 1024}) {
+        EXPECT_EQ(user.testHintBeforeOrderFlag(bit), bit >= 32) << bit;
+        EXPECT_FALSE(user.testGlobalOrderHint(bit)) << bit;
+    }
 }
 
 TEST_F(DeskUserConfig, MessageFlagsAreOffUnlessTheFolderSets) {
