@@ -34,7 +34,9 @@ void warnOfLimit(const CDeskConfig& config, int most, int line, const char* key,
 /// Without the order service, a user needs a right for each source of orders.
 void warnOfRight(const CDeskConfig& config, TC::EUserAuth right, TC::EOrderStrategyType type,
                  const char* word, CDiagnostics& diagnostics) {
-    if (config.user.rights.count(static_cast<int>(right)) != 0) return;
+    const std::set<int>& rights = config.user.rights;
+    if (rights.empty() || rights.count(static_cast<int>(right)) != 0)
+        return; // no right at all: another warning
     const auto count = std::count_if(config.strategies.begin(), config.strategies.end(), isOfType(type));
     if (count == 0) return;
     diagnostics.warn(kDeskFile, 0,

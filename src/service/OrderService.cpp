@@ -272,7 +272,7 @@ void COrderService::chooseVariant(const CUserConfig& user) {
         use(std::make_unique<COrderServiceUnion>());
     } else if (isSplitUser(user)) {
         auto variant = std::make_unique<COrderServiceSplit>();
-        forwardLegalOrders(*variant, *this);
+        forwardLegalOrders(*variant, *this, [this] { return fateOfBatch(); });
         use(std::move(variant));
     }
 }

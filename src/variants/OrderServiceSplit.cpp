@@ -144,7 +144,7 @@ bool isAccepted(const CConfirmAnswer& answer, const CCheckedOrders& orders) {
     case EConfirmResult::Declined:
         break;
     }
-    reportToAuditOnly(orders, "the user declined the batch");
+    reportToAuditOnly(orders, "the batch was declined");
     return false;
 }
 
@@ -164,11 +164,11 @@ void COrderServiceSplit::filterStrategies(COrderStrategyMap* strategies) {
     const auto mayUse = [user](EUserAuth right) {
         return hostCall<&CUserConfig::hasUserAuth>.on(*user, right);
     };
-    const int files =
+    const int fileLimit =
         mayUse(EUserAuth::FileOrders) ? hostCall<&CUserConfig::getMaxOrderServerNum>.on(*user) : 0;
     const int signalLimit =
         mayUse(EUserAuth::SignalOrders) ? hostCall<&CUserConfig::getMaxOrderServerNumSocket>.on(*user) : 0;
-    keepFirstOfType(*strategies, files, EOrderStrategyType::File);
+    keepFirstOfType(*strategies, fileLimit, EOrderStrategyType::File);
     keepFirstOfType(*strategies, signalLimit, EOrderStrategyType::Signal);
 }
 
@@ -185,12 +185,20 @@ CBatchResult COrderServiceSplit::processBatch(const QVector<COrderParam>& orders
                                               IBatchOwner& owner) {
     CLegal legal;
     const CBatchResult result = checkBatch(orders, strategies, owner, legal);
-    if (legal.orders.isEmpty()) return result;
-    COrderStrategyMap used;
-    for (const auto& [channel, strategy] : legal.strategies)
-        used.insert(channel, *strategy);
-    emit sigPlaceLegalOrders(legal.orders, &used);
+    if (!legal.orders.isEmpty()) emitGuarded(legal);
     return result;
+}
+
+/// An exception must not end the batch: its owner still has orders to report.
+void COrderServiceSplit::emitGuarded(const CLegal& legal) {
+    try {
+        COrderStrategyMap used;
+        for (const auto& [channel, strategy] : legal.strategies)
+            used.insert(channel, *strategy);
+        emit sigPlaceLegalOrders(legal.orders, &used);
+    } catch (...) {
+        reportUnconfirmed(legal.orders, QStringLiteral("待确认指令未发出: ") + exceptionText());
+    }
 }
 
 CBatchResult COrderServiceSplit::checkBatch(const QVector<COrderParam>& orders, IStrategySource& strategies,
@@ -301,8 +309,8 @@ void COrderServiceSplit::issue(EOrderStrategyTradeType tradeType, const orderPar
     const CSplitFamily& row = *findSplitFamily(tradeType);
     CCommandRequest request = makeRequest(row, order, *strategy);
     const bool isHedged = request.m_eHedgeType == EQdHedgeType::Hedge;
-    logCommand(this, row.m_pszFunction, isHedged ? kHedgeLine : row.m_pszLog);
     if (isHedged) request.m_extra = hedgeLeg(order.m_nOrderType, *strategy);
+    logCommand(this, row.m_pszFunction, isHedged ? kHedgeLine : row.m_pszLog);
     issueCommand(std::move(request), order, *strategy);
 }
 

@@ -40,6 +40,7 @@ private:
     struct CLegal;
     CBatchResult checkBatch(const QVector<COrderParam>& orders, IStrategySource& strategies,
                             IBatchOwner& owner, CLegal& legal);
+    void emitGuarded(const CLegal& legal);
     bool checkNext(const COrderParam& order, IStrategySource& strategies, IBatchOwner& owner, CLegal& legal);
     bool checkOrder(orderParamForOrderService& order, const COrderStrategyParam* strategy) const;
     bool isConfirmed(const QVector<orderParamForOrderService>& orders,

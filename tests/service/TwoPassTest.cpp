@@ -12,6 +12,7 @@
 
 #include <memory>
 #include <set>
+#include <string>
 #include <vector>
 
 namespace {
@@ -125,6 +126,62 @@ TEST_F(TwoPass, QuestionOfAUserWhoLeavesSendsNothing) {
     settle();
     EXPECT_TRUE(host.commands().empty());
     EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[接口单]　用户已切换, 1条指令未执行!"));
+}
+
+/// A change of the user while the first order is being checked.
+class TwoPassOfAFormerUser : public TwoPass, public testing::WithParamInterface<bool> {};
+
+TEST_P(TwoPassOfAFormerUser, SendsNothing) {
+    if (!GetParam()) host.user.hints.clear(); // no question is due
+    service().loadFromConfig(false);
+    host.rules.onFill = [this](std::vector<CCodeOrderParam>&) {
+        host.user.name = "another user with the same map";
+        service().loadFromConfig(false);
+    };
+    service().placeOrders({good()});
+    settle();
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_TRUE(confirmer.questions.empty());
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[接口单]　用户已退出或切换, 1条指令未执行!"));
+    EXPECT_EQ(host.audit.incidents.back().m_eIncident, EIncident::OrdersDropped);
+    EXPECT_EQ(host.audit.incidents.back().m_nOrders, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithoutAQuestion, TwoPassOfAFormerUser, testing::Bool());
+
+TEST_F(TwoPass, DiscardedBacklogIsNotSentByItsSecondPass) {
+    service().loadFromConfig(false);
+    host.rules.onFill = [this](std::vector<CCodeOrderParam>&) { service().dropBacklog(); };
+    service().placeOrders({good(), good()});
+    settle();
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_TRUE(confirmer.questions.empty());
+    int unplaced = 0;
+    for (const QVector<COrderParam>& orders : host.audit.unplaced)
+        unplaced += orders.size();
+    EXPECT_EQ(unplaced, 2) << "the checked one too";
+}
+
+TEST_F(TwoPass, DiscardedBacklogHasTheBatchesThatWaitForTheMainThread) {
+    service().loadFromConfig(false);
+    service().placeOrders({good()});
+    QMetaObject::invokeMethod(
+        &service(), [] {}, Qt::BlockingQueuedConnection); // the main thread has not run its event loop yet
+    service().dropBacklog();
+    settle();
+    EXPECT_TRUE(host.commands().empty());
+    ASSERT_EQ(host.audit.unplaced.size(), 1u);
+    EXPECT_EQ(host.audit.unplaced[0].size(), 1);
+}
+
+TEST_F(TwoPass, BatchThatIsCheckedDuringShutdownIsSentByTheEventLoopAfterIt) {
+    service().loadFromConfig(false);
+    service().placeOrders({good()});
+    service().shutdown();
+    EXPECT_TRUE(host.commands().empty());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(confirmer.questions.size(), 1u);
+    EXPECT_EQ(host.commands().size(), 1u);
 }
 
 TEST_F(TwoPass, StrategiesWithoutTheirRightAreNotLoaded) {

@@ -165,7 +165,7 @@ TEST_F(SplitConfirmation, DeclinedBatchIsDroppedWithoutAWordToTheUser) {
     EXPECT_TRUE(host.commands().empty());
     EXPECT_TRUE(host.messageTexts().empty());
     EXPECT_TRUE(host.errorTexts().empty());
-    expectAudit(QStringLiteral("the user declined the batch"));
+    expectAudit(QStringLiteral("the batch was declined"));
 }
 
 TEST_F(SplitConfirmation, BatchThatNobodyCouldConfirmIsReported) {

@@ -100,10 +100,11 @@ TEST(FolderWarnings, NoConfirmationIsNeededWithoutItsBits) {
 }
 
 TEST(FolderWarnings, SourceWithoutItsRight) {
-    EXPECT_EQ(checkWith({{"desk.toml", "order_service = true ", "order_service = false\nhint_bits = 0 #"},
-                         {"desk.toml", "\"signal_orders\", ", ""}}),
-              CLines{"desk.toml: warning: user: order_service is false and rights has no \"signal_orders\", so 1 "
-                     "strategies of this source are not loaded"});
+    EXPECT_EQ(
+        checkWith({{"desk.toml", "order_service = true ", "order_service = false\nhint_bits = 0 #"},
+                   {"desk.toml", "\"signal_orders\", ", ""}}),
+        CLines{"desk.toml: warning: user: order_service is false and rights has no \"signal_orders\", so 2 "
+               "strategies of this source are not loaded"});
 }
 
 TEST(FolderWarnings, CodeOnBothMarkets) {
