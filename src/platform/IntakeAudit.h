@@ -117,7 +117,8 @@ public:
     virtual void recordDiscard(const CDiscardReport& /*report*/) {}
 
     /// Receives the orders of one batch that were accepted but are not processed, because the host called
-    /// COrderService::dropBacklog. Called on the service thread. The default does nothing.
+    /// COrderService::dropBacklog. Called on the service thread, or by shutdown when that thread has ended.
+    /// The default does nothing.
     virtual void recordUnplaced(const QVector<COrderParam>& /*orders*/) {}
 
     /// The folder for refused order files; the library creates it when it is needed. The default is empty:

@@ -112,8 +112,8 @@ bool delayIfConfirming(const CLegalBatch& batch);
 /// Reports every batch of this service that is not placed yet, because its accounts belong to a user who has
 /// left. Any thread.
 void dropAtEndOfUser(const COrderService& service) noexcept;
-/// Passes the orders of every batch of this service that is not placed yet to the audit, as unplaced. Any
-/// thread.
+/// Passes the orders of every batch of this service that is not placed yet to the audit, as unplaced. On the
+/// service's thread, or when it has ended.
 void discardWaiting(const COrderService& service) noexcept;
 /// Reports every batch that waits for the adapter. Main thread, when the adapter is deleted.
 void dropAtEndOfAdapter() noexcept;

@@ -194,13 +194,14 @@ void COrderService::shutdown() {
     disconnectHost(); // late: until here the audit gets the answers to cancels
     m_threads->service.quit();
     m_threads->service.wait();
+    if (m_bDropping) discardWaiting(*this);
 }
 
 void COrderService::dropBacklog() {
     const utils::CLibraryCall call;
-    m_bDropping =
-        true; // before the batches are taken: a batch that is kept later is discarded by fateOfBatch
-    discardWaiting(*this);
+    m_bDropping = true;
+    // On the service's thread, because the audit gets orders there. If the queue is closed, shutdown does it.
+    (void)m_threads->queue->post([this] { discardWaiting(*this); });
 }
 
 void COrderService::loadFromConfig(bool showMsg) {

@@ -421,8 +421,8 @@ TEST_F(OrderService, StatusBarNamesTheRunningStrategiesInKeyOrder) {
 TEST_F(OrderService, SignalsAndSlotsKeepTheirPlacesInTheMetaObject) {
     const QMetaObject* meta = service().metaObject();
     const char* methods[] = {
-        "sigPlaceLegalOrders(QVector<TC::orderParamForOrderService>,const "
-        "QMap<int,TC::COrderStrategyParam>*)",
+        ("sigPlaceLegalOrders(QVector<TC::orderParamForOrderService>,const "
+         "QMap<int,TC::COrderStrategyParam>*)"),
         "sigSetStatus(bool)",
         "sigPlaceOrders(QVector<TC::COrderParam>)",
         "sigCancelOrder(int)",

@@ -174,6 +174,19 @@ TEST_F(TwoPass, DiscardedBacklogHasTheBatchesThatWaitForTheMainThread) {
     EXPECT_EQ(host.audit.unplaced[0].size(), 1);
 }
 
+TEST_F(TwoPass, BacklogThatIsDiscardedDuringShutdownIsNotSentAfterIt) {
+    service().loadFromConfig(false);
+    service().placeOrders({good()});
+    QMetaObject::invokeMethod(
+        &service(), [] {}, Qt::BlockingQueuedConnection); // checked; waits for the main thread
+    host.rules.onFill = [this](std::vector<CCodeOrderParam>&) { service().dropBacklog(); };
+    service().placeOrders({good()});
+    service().shutdown();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_EQ(host.audit.unplaced.size(), 2u);
+}
+
 TEST_F(TwoPass, BatchThatIsCheckedDuringShutdownIsSentByTheEventLoopAfterIt) {
     service().loadFromConfig(false);
     service().placeOrders({good()});
