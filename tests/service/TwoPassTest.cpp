@@ -70,7 +70,9 @@ TEST_F(TwoPass, ConfirmedFileOrderIsSentOnTheMainThread) {
     confirmer.onQuestion = [&] { threads.push_back(QThread::currentThread()); };
     host.orders.onCommand = [&](const COrderComandParamPtr&) { threads.push_back(QThread::currentThread()); };
     service().loadFromConfig(false);
+    const std::size_t before = host.messageTexts().size();
     drop(3, "23,0,10.5,600000,1000\n");
+    ASSERT_TRUE(host.waitForMessages(before + 1)); // the service's thread has begun the batch
     settle();
     ASSERT_EQ(host.commands().size(), 1u);
     EXPECT_EQ(threads, std::vector<QThread*>(2, QCoreApplication::instance()->thread()));
