@@ -8,6 +8,7 @@
 #include <QEventLoop>
 #include <QThread>
 
+#include <atomic>
 #include <functional>
 #include <future>
 #include <stdexcept>
@@ -51,16 +52,21 @@ protected:
         setOrderConfirmer(nullptr);
         QCoreApplication::processEvents();
     }
+    /// Runs on a thread of its own while the main thread runs its event loop.
+    static void runBesideTheEventLoop(const std::function<void()>& run) {
+        std::atomic<bool> isDone{false};
+        std::thread thread([&] {
+            run();
+            isDone = true;
+        });
+        while (!isDone)
+            QCoreApplication::processEvents();
+        thread.join();
+    }
     /// Asks on a thread of its own while the main thread runs its event loop.
     static CConfirmAnswer askOnAThread(const char* title) {
-        QEventLoop loop;
         CConfirmAnswer answer;
-        std::thread thread([&] {
-            answer = askForConfirmation(questionOf(title));
-            QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
-        });
-        loop.exec();
-        thread.join();
+        runBesideTheEventLoop([&] { answer = askForConfirmation(questionOf(title)); });
         return answer;
     }
 
@@ -105,18 +111,14 @@ TEST_F(OrderConfirmer, QuestionOfAThreadIsAskedOnTheMainThread) {
 
 TEST_F(OrderConfirmer, ExceptionReachesTheThreadThatAsked) {
     m_confirmer.m_action = [] { throw std::runtime_error("no window"); };
-    QEventLoop loop;
     bool isThrown = false;
-    std::thread thread([&] {
+    runBesideTheEventLoop([&] {
         try {
             askForConfirmation(questionOf("thread"));
         } catch (const std::runtime_error&) {
             isThrown = true;
         }
-        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });
-    loop.exec();
-    thread.join();
     EXPECT_TRUE(isThrown);
 }
 

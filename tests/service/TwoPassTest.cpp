@@ -178,10 +178,10 @@ TEST_F(TwoPass, DiscardedBacklogHasTheBatchesThatWaitForTheMainThread) {
 
 TEST_F(TwoPass, BacklogThatIsDiscardedDuringShutdownIsNotSentAfterIt) {
     service().loadFromConfig(false);
-    service().placeOrders({good()});
-    QMetaObject::invokeMethod(
-        &service(), [] {}, Qt::BlockingQueuedConnection); // checked; waits for the main thread
-    host.rules.onFill = [this](std::vector<CCodeOrderParam>&) { service().dropBacklog(); };
+    host.rules.onFill = [this, batches = 0](std::vector<CCodeOrderParam>&) mutable {
+        if (++batches == 2) service().dropBacklog();
+    };
+    service().placeOrders({good()}); // is checked, and waits for the main thread
     service().placeOrders({good()});
     service().shutdown();
     QCoreApplication::processEvents();
