@@ -1,6 +1,7 @@
 #include "desk/config/DeskToml.h"
 
 #include "desk/config/BasketWarnings.h"
+#include "desk/config/ConfirmWarnings.h"
 #include "desk/config/Kinds.h"
 #include "desk/config/SettingWarnings.h"
 #include "desk/config/TomlFile.h"
@@ -25,14 +26,6 @@ using TC::kCommandGuardSwitch;
 using TC::kForceConfirmSwitch;
 /// Kinds of users whose commands the order service issues.
 const std::set<int> kCommandKinds = {80, 90, 91, 92, 100, 101};
-
-/// Whether the user's settings let orders of sockets, files or tables wait for a confirmation.
-bool asks(int hintBits) {
-    constexpr int kSocketBit = 16;
-    constexpr int kFileBit = 32;
-    constexpr int kTableBit = 1024;
-    return (hintBits & (kSocketBit | kFileBit | kTableBit)) != 0;
-}
 
 /// Orders from a portfolio name the stock by its whole key. They only accept keys of this length in capital
 /// letters.
@@ -71,8 +64,7 @@ public:
                 std::end(kTables))
                 m_diagnostics.spoil(kAllOfDesk);
         }
-        warnOfConfirm();
-        warnOfTwoPasses();
+        warnOfConfirmations(m_config, m_confirmLines, m_diagnostics);
         return m_lines;
     }
 
@@ -100,7 +92,7 @@ private:
             },
             {"name", "kind"});
         warnOfUser(section, user);
-        m_orderServiceLine = section.lineOfKey("order_service");
+        m_confirmLines.m_nOrderService = section.lineOfKey("order_service");
         m_lines.maxStrategies = section.lineOfKey("max_strategies");
         m_lines.maxSocketStrategies = section.lineOfKey("max_socket_strategies");
     }
@@ -168,7 +160,7 @@ private:
         section.read({{"accept_forced_confirm", section.flag(m_config.acceptForcedConfirm)},
                       {"confirm", section.choice(confirm, confirmWords(), false)}});
         m_config.confirm = static_cast<EConfirm>(confirm);
-        m_confirmLine = section.has("confirm") ? section.lineOfKey("confirm") : 0;
+        m_confirmLines.m_nAnswer = section.has("confirm") ? section.lineOfKey("confirm") : 0;
     }
 
     void readSocket(const toml::table& table) {
@@ -201,32 +193,7 @@ private:
             section.warnAt(TC::kPbDisplaySwitch,
                            std::string(TC::kPbDisplaySwitch) + " has no effect on the desk");
         if (m_config.switches.count(kForceConfirmSwitch) != 0)
-            m_forcedConfirm = section.lineOfKey(kForceConfirmSwitch);
-    }
-
-    /// Called after all tables are read, because the answer may be in a table after the switches.
-    void warnOfConfirm() {
-        if (m_forcedConfirm != 0 && !m_config.acceptForcedConfirm)
-            m_diagnostics.warn(kDeskFile, m_forcedConfirm,
-                               std::string("switches: ") + kForceConfirmSwitch +
-                                   " is on and accept_forced_confirm under [desk] is not: every command is "
-                                   "declined");
-    }
-
-    /// Called after all tables are read. The desk has no dialog of its own, so desk.toml answers.
-    void warnOfTwoPasses() {
-        const CUserEntry& user = m_config.user;
-        if (user.orderService && m_confirmLine != 0)
-            m_diagnostics.warn(kDeskFile, m_confirmLine,
-                               "desk: confirm has no effect with order_service = true under [user]");
-        if (user.orderService || user.rights.empty() || !asks(user.hintBits)) return;
-        const std::string answer =
-            m_config.confirm == EConfirm::Accept
-                ? "confirm = \"accept\" under [desk]: they are sent, and nobody is asked"
-                : "confirm = \"decline\" under [desk]: none of them is sent";
-        m_diagnostics.warn(kDeskFile, m_orderServiceLine,
-                           "user: order_service is false and hint_bits is " + std::to_string(user.hintBits) +
-                               ", so orders must be confirmed; without a window the answer is " + answer);
+            m_confirmLines.m_nForced = section.lineOfKey(kForceConfirmSwitch);
     }
 
     void readSettings(const toml::table& table) {
@@ -489,9 +456,7 @@ private:
     CDeskConfig& m_config;
     CDiagnostics& m_diagnostics;
     CDeskLines m_lines;
-    int m_forcedConfirm = 0;    ///< line of the switch that is on; 0: it is off
-    int m_confirmLine = 0;      ///< of the key; 0: it is missing
-    int m_orderServiceLine = 0; ///< of the key, or of its table
+    CConfirmLines m_confirmLines;
 };
 
 } // namespace
