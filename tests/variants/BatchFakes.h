@@ -3,8 +3,10 @@
 #include "orderservice/gates/StrategySource.h"
 #include "orderservice/records/StrategyParam.h"
 #include "orderservice/variants/BatchVariant.h"
+#include "tests/support/Builders.h"
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -37,3 +39,13 @@ public:
 
     int allowed = 1000;
 };
+
+/// Strategies of these sources on the channels 1, 2 and so on.
+inline TC::COrderStrategyMap strategiesOfTypes(std::initializer_list<TC::EOrderStrategyType> types) {
+    TC::COrderStrategyMap strategies;
+    for (const TC::EOrderStrategyType type : types) {
+        const int channel = strategies.size() + 1;
+        strategies.insert(channel, CStrategyBuilder().channel(channel).source(type));
+    }
+    return strategies;
+}

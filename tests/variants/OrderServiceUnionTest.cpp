@@ -304,15 +304,9 @@ TEST_F(Batch, BatchMayBeginInsideAnOrder) {
 class Filter : public OrderServiceUnion {
 protected:
     Filter() {
-        strategies.clear();
-        const EOrderStrategyType types[] = {EOrderStrategyType::File,         EOrderStrategyType::Signal,
-                                            EOrderStrategyType::Signal,       EOrderStrategyType::File,
-                                            EOrderStrategyType::BatchPending, EOrderStrategyType::File};
-        int channel = 0;
-        for (const EOrderStrategyType type : types) {
-            ++channel;
-            strategies.insert(channel, CStrategyBuilder().channel(channel).source(type));
-        }
+        strategies = strategiesOfTypes({EOrderStrategyType::File, EOrderStrategyType::Signal,
+                                        EOrderStrategyType::Signal, EOrderStrategyType::File,
+                                        EOrderStrategyType::BatchPending, EOrderStrategyType::File});
     }
     QList<int> kept() {
         service.filterStrategies(&strategies);

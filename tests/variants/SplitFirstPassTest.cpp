@@ -263,15 +263,9 @@ TEST_F(SplitBatch, EmptyBatchIsProcessed) {
 class SplitFilter : public SplitFixture {
 protected:
     SplitFilter() {
-        strategies.clear();
-        const EOrderStrategyType types[] = {EOrderStrategyType::File,         EOrderStrategyType::Signal,
-                                            EOrderStrategyType::Interface,    EOrderStrategyType::File,
-                                            EOrderStrategyType::BatchPending, EOrderStrategyType::Signal};
-        int channel = 0;
-        for (const EOrderStrategyType type : types) {
-            ++channel;
-            strategies.insert(channel, CStrategyBuilder().channel(channel).source(type));
-        }
+        strategies = strategiesOfTypes({EOrderStrategyType::File, EOrderStrategyType::Signal,
+                                        EOrderStrategyType::Interface, EOrderStrategyType::File,
+                                        EOrderStrategyType::BatchPending, EOrderStrategyType::Signal});
     }
     QList<int> kept() {
         service.filterStrategies(&strategies);
