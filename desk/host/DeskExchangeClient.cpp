@@ -14,6 +14,7 @@ CDeskExchangeClient::CDeskExchangeClient(const std::vector<CInstrumentEntry>& in
         detail->m_strName = entry.name;
         detail->m_strProductId = entry.productId;
         detail->m_dReferencePrice = entry.referencePrice;
+        detail->m_dMultiplier = entry.multiplier;
         detail->m_tradeInfo.m_nTransferKind = entry.transferKind;
         for (const std::string& name : entry.names())
             m_known[QString::fromStdString(name)] = {entry.kind, detail};

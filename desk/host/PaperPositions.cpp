@@ -1,5 +1,7 @@
 #include "desk/host/PaperPositions.h"
 
+#include "orderservice/base/Unset.h"
+#include "orderservice/kit/Operations.h"
 #include "orderservice/kit/TableData.h"
 #include "orderservice/records/Portfolio.h"
 
@@ -27,6 +29,31 @@ knservice::CPositionStaticsPtr makePosition(const CPaperPosition& held, const CI
     return position;
 }
 
+/// The positions with what the confirmation asks. A position limits sales only: what an account can buy
+/// depends on its funds, and is not set.
+class CPositionData : public kit::CTableData {
+public:
+    using CTableData::CTableData;
+
+    int getCanOrderVolume(const TC::CCodeOrderParam& record) override {
+        const kit::COperation* operation = kit::findOperation(record.m_eOperationType);
+        if (operation == nullptr || operation->m_eSide != kit::ETradeSide::Sell ||
+            (operation->m_eEffect != kit::EOperationEffect::Trade &&
+             operation->m_eEffect != kit::EOperationEffect::Close) ||
+            operation->m_eBooking == kit::EBooking::BorrowedShares)
+            return TC::kUnsetInt;
+        for (const auto& [key, data] : getMapData(knservice::kPositionTable)) {
+            const auto* position = dynamic_cast<const knservice::CPositionStatics*>(data.get());
+            if (position == nullptr || position->m_strMarket != record.m_stock.m_strMarket ||
+                position->m_strCode != record.m_stock.m_strCode)
+                continue;
+            constexpr std::int64_t kMost = TC::kUnsetInt - 1;
+            return static_cast<int>(std::min(position->m_nAvailableVolume, kMost));
+        }
+        return 0;
+    }
+};
+
 } // namespace
 
 boost::shared_ptr<knservice::CAccountData> CPaperPositions::of(const std::string& accountKey) const {
@@ -39,7 +66,7 @@ boost::shared_ptr<knservice::CAccountData> CPaperPositions::of(const std::string
         const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(held.m_strStock);
         if (instrument) records.emplace(held.m_strStock, makePosition(held, *instrument, account->toInfo()));
     }
-    return boost::make_shared<kit::CTableData>(knservice::kPositionTable, std::move(records));
+    return boost::make_shared<CPositionData>(knservice::kPositionTable, std::move(records));
 }
 
 } // namespace desk

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "orderservice/base/Export.h"
+#include "orderservice/base/Unset.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
+#include "orderservice/records/CommandParam.h"
 #include "orderservice/records/Data.h"
 
 #include <boost/shared_ptr.hpp>
@@ -32,6 +34,11 @@ public:
     /// Appends the table's records in the host's order. Appends nothing if there is no such table. The
     /// records are shared and do not change. Called while a Lock is held.
     virtual void getVector(int table, std::vector<boost::shared_ptr<IData>>& out) = 0;
+
+    /// The volume in shares or lots that the account can order now with the record's instrument, operation
+    /// and price. Not set if the host does not know it, which is the default. Only shown to the user. Called
+    /// by the confirmation only, on the main thread. Returns at once.
+    virtual int getCanOrderVolume(const TC::CCodeOrderParam&) { return TC::kUnsetInt; }
 
     /// Locks the data during its lifetime. An order 26 with `all` holds the lock while it sells the positions
     /// one by one. During this time it requests quotes, waits up to two seconds for each quote and shows

@@ -17,6 +17,10 @@ public:
     virtual bool isBuy(EOperationType operation) = 0;
     /// Whether an operation closes a position. A futures order that closes a position must name its volume.
     virtual bool isClose(EOperationType operation) = 0;
+    /// Whether an operation trades a long position. With isBuy it says whether futures are opened or closed.
+    /// Called by the confirmation only, on the main thread, for operations without a name of their own. By
+    /// default true for all but the named operations on short positions.
+    virtual bool isLong(EOperationType operation);
     /// Whether an operation repays an amount of money. It must be true for 25 and 1021, the operations of the
     /// order numbers 32 and 39. Otherwise the strategy's volume is repaid instead of the amount.
     virtual bool isDirectRepay(EOperationType operation) = 0;

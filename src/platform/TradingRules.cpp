@@ -41,6 +41,25 @@ bool isClose(EOperationType operation) {
     return hostCall<&CTradingRules::isClose>(operation);
 }
 
+bool COperationRules::isLong(EOperationType operation) {
+    switch (operation) {
+    case EOperationType::OpenShort:
+    case EOperationType::CloseShortEarlier:
+    case EOperationType::CloseShortToday:
+    case EOperationType::CloseShortTodayFirst:
+    case EOperationType::CloseShortEarlierFirst:
+    case EOperationType::CloseShortTodayFirstThenOpenLong:
+    case EOperationType::CloseShortEarlierFirstThenOpenLong:
+        return false;
+    default:
+        return true;
+    }
+}
+
+bool isLong(EOperationType operation) {
+    return hostCall<&CTradingRules::isLong>(operation);
+}
+
 bool isDirectRepay(EOperationType operation) {
     return hostCall<&CTradingRules::isDirectRepay>(operation);
 }

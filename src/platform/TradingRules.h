@@ -44,6 +44,7 @@ ORDERSERVICE_EXPORT void orderSettingToParam(const COrderSetting& setting, CCode
 ORDERSERVICE_EXPORT void fixTimeRange(CCodeOrderParam& record);
 ORDERSERVICE_EXPORT bool isBuy(EOperationType operation);
 ORDERSERVICE_EXPORT bool isClose(EOperationType operation);
+ORDERSERVICE_EXPORT bool isLong(EOperationType operation);
 ORDERSERVICE_EXPORT bool isDirectRepay(EOperationType operation);
 ORDERSERVICE_EXPORT EEntrustTypes operationTypeToEntrustType(EOperationType operation);
 ORDERSERVICE_EXPORT QString orderStrategyTypeToOrderTitle(EOrderStrategyType type);

@@ -5,6 +5,7 @@
 #include "orderservice/platform/UserAccounts.h"
 #include "orderservice/platform/UserRights.h"
 #include "orderservice/platform/UserSettings.h"
+#include "orderservice/platform/UserTables.h"
 #include "orderservice/records/Basket.h"
 #include "orderservice/records/StrategyParam.h"
 
@@ -18,7 +19,10 @@ namespace TC {
 /// locked. It returns at once, waits neither for a network nor for another thread, and does not throw.
 ///
 /// The operations are in the base classes, one for each theme.
-class ORDERSERVICE_EXPORT CUserConfig : public CUserRights, public CUserAccounts, public CUserSettings {
+class ORDERSERVICE_EXPORT CUserConfig : public CUserRights,
+                                        public CUserAccounts,
+                                        public CUserSettings,
+                                        public CUserTables {
 public:
     static constexpr const char* kServiceName = "CUserConfig";
 

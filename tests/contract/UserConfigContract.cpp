@@ -195,6 +195,12 @@ TEST_P(UserConfigContract, AccountHasItsKeyAndBrokerType) {
     EXPECT_FALSE(user().getAccountData(world().unknownName));
 }
 
+TEST_P(UserConfigContract, UnknownAccountHasNoProductAndUnknownTableNoLayout) {
+    EXPECT_EQ(user().getAccountProduct(world().unknownName).m_strName, QString());
+    EXPECT_EQ(user().getAccountProduct(world().unknownName).m_strAccountName, QString());
+    EXPECT_EQ(user().getTableLayout(QStringLiteral("no such table")), QString());
+}
+
 TEST_P(UserConfigContract, EveryCallReturnsTheSameStrategyMap) {
     COrderStrategyMap* map = user().getStrategyMap();
     ASSERT_NE(map, nullptr);

@@ -124,8 +124,11 @@ TC::CPriceDataPtr CQuotes::getStockPrice(const QString& key) {
 }
 
 boost::shared_ptr<TC::CQuoteRequest>
-CQuotes::subscribe(const QString& key, const TC::CQuoteRequest::CCallback&, TC::ESubscribeType) {
-    m_records.record([&] { subscribed.push_back(key); });
+CQuotes::subscribe(const QString& key, const TC::CQuoteRequest::CCallback& callback, TC::ESubscribeType) {
+    m_records.record([&] {
+        subscribed.push_back(key);
+        callbacks[key] = callback;
+    });
     ++liveSubscriptions;
     return {new TC::CQuoteRequest, [this](TC::CQuoteRequest* request) {
                 --liveSubscriptions;

@@ -135,6 +135,15 @@ public:
     TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting which) const override;
     TC::CBasketMap getBaskets() const override { return baskets; }
     TC::COrderStrategyMap* getStrategyMap() override { return strategyMap; }
+    TC::CAccountProduct getAccountProduct(const QString& key) const override {
+        const auto found = products.find(key);
+        return found != products.end() ? found->second : TC::CAccountProduct{};
+    }
+    QString getTableLayout(const QString& id) const override {
+        const auto found = layouts.find(id);
+        return found != layouts.end() ? found->second : QString();
+    }
+    void saveTableLayout(const QString& id, const QString& layout) override { layouts[id] = layout; }
 
     void addAccount(const std::string& key, TC::EQDBrokerType broker = TC::EQDBrokerType::Stock);
     /// members: account key and ratio.
@@ -166,6 +175,8 @@ public:
     std::set<TC::EPriceType> invalidPriceTypes;
     std::map<TC::EDefaultSetting, TC::COrderSetting> defaults;
     TC::CBasketMap baskets;
+    std::map<QString, TC::CAccountProduct> products; ///< by account key
+    std::map<QString, QString> layouts;              ///< by table
     TC::COrderStrategyMap strategies;
     TC::COrderStrategyMap* strategyMap = &strategies; ///< returned to the service
     mutable CCalls<CAccountsCall> accountsCalls;
@@ -211,6 +222,7 @@ public:
     std::map<QString, boost::shared_ptr<CQuote>> quotes;
     std::map<QString, int> reads;
     std::vector<QString> subscribed;
+    std::map<QString, TC::CQuoteRequest::CCallback> callbacks; ///< of the last request for each instrument
     std::atomic<int> liveSubscriptions{0};
 
 private:

@@ -114,9 +114,11 @@ private:
 /// The positions of one account.
 class CFakeAccountData : public knservice::CAccountData {
 public:
-    CFakeAccountData(const std::vector<boost::shared_ptr<knservice::IData>>& positions,
+    CFakeAccountData(const std::vector<boost::shared_ptr<knservice::IData>>& positions, int canOrder,
                      std::atomic<int>& liveLocks, bool& isReadUnlocked)
-        : m_positions(positions), m_liveLocks(liveLocks), m_isReadUnlocked(isReadUnlocked) {}
+        : m_positions(positions), m_nCanOrder(canOrder), m_liveLocks(liveLocks),
+          m_isReadUnlocked(isReadUnlocked) {}
+    int getCanOrderVolume(const TC::CCodeOrderParam&) override { return m_nCanOrder; }
     std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
     void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
         if (m_liveLocks == 0) m_isReadUnlocked = true;
@@ -131,6 +133,7 @@ protected:
 
 private:
     std::vector<boost::shared_ptr<knservice::IData>> m_positions;
+    const int m_nCanOrder;
     std::atomic<int>& m_liveLocks;
     bool& m_isReadUnlocked;
 };
@@ -139,8 +142,11 @@ private:
 
 boost::shared_ptr<knservice::CAccountData> CTasks::getAccountData(const std::string& key) {
     const auto found = positions.find(key);
-    if (found == positions.end()) return nullptr;
-    return boost::make_shared<CFakeAccountData>(found->second, liveLocks, readUnlocked);
+    const auto volume = canOrder.find(key);
+    if (found == positions.end() && volume == canOrder.end()) return nullptr;
+    return boost::make_shared<CFakeAccountData>(
+        found != positions.end() ? found->second : std::vector<boost::shared_ptr<knservice::IData>>{},
+        volume != canOrder.end() ? volume->second : TC::kUnsetInt, liveLocks, readUnlocked);
 }
 
 void CTasks::getVector(int, std::vector<boost::shared_ptr<knservice::IData>>&) {}

@@ -116,8 +116,9 @@ public:
     std::vector<std::pair<int, TC::CTaskOpRecord>> operations;
     bool hasGlobalData = true;
     std::map<std::string, std::vector<boost::shared_ptr<knservice::IData>>> positions; ///< by account
-    std::atomic<int> liveLocks{0}; ///< locks of account data that are held now
-    bool readUnlocked = false;     ///< positions were read without the lock
+    std::map<std::string, int> canOrder; ///< by account: what getCanOrderVolume of its data answers
+    std::atomic<int> liveLocks{0};       ///< locks of account data that are held now
+    bool readUnlocked = false;           ///< positions were read without the lock
     std::map<int, std::map<std::string, boost::shared_ptr<knservice::IData>>> tables;
 
 private:
