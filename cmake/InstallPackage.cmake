@@ -28,6 +28,17 @@ install(TARGETS orderservice_kit EXPORT OrderServiceKitTargets LIBRARY DESTINATI
 install(EXPORT OrderServiceKitTargets NAMESPACE OrderService::
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
 
+# The confirmation is a component: only a host with a window needs Qt Widgets.
+install(TARGETS orderservice_ui EXPORT OrderServiceUiTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(EXPORT OrderServiceUiTargets NAMESPACE OrderService::
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/OrderService)
+foreach(header widgets/BaseNormalTable.h widgets/BaseTable.h widgets/BaseWidget.h widgets/CommonDialog.h widgets/LineEdit.h
+        ui/BatchTraderType.h ui/OrderParamTable.h ui/OrdersConfirmer.h ui/OrdersConfirmWidget.h ui/OrdersMessageBox.h
+        ui/RemarkLine.h)
+    get_filename_component(folder "${header}" DIRECTORY)
+    install(FILES "${CMAKE_SOURCE_DIR}/src/${header}" DESTINATION "include/orderservice/${folder}")
+endforeach()
+
 # The contract suites are a component: only who asks for it needs GoogleTest.
 if(TARGET orderservice_contract)
     install(TARGETS orderservice_contract EXPORT OrderServiceContractTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})

@@ -1,0 +1,230 @@
+#include "orderservice/ui/OrdersMessageBox.h"
+
+#include "orderservice/gates/IntakePause.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/UserConfig.h"
+#include "orderservice/ui/BatchTraderType.h"
+#include "orderservice/ui/OrderParamTable.h"
+#include "orderservice/ui/OrdersConfirmWidget.h"
+#include "orderservice/ui/RemarkLine.h"
+#include "orderservice/widgets/BaseWidget.h"
+#include "orderservice/widgets/Resources.h"
+#include "orderservice/widgets/SimpleTextWidget.h"
+#include "orderservice/widgets/WidgetList.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QPushButton>
+#include <QScreen>
+#include <QStyle>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include <memory>
+
+namespace TC {
+namespace {
+
+constexpr int kLeastWidth = 460, kLeastHeight = 150;
+constexpr int kWidth = 1000;
+constexpr int kHeightBesideTable = 30;
+constexpr int kButtonWidth = 80, kButtonHeight = 26;
+constexpr int kLabelHeight = 22;
+
+COrdersMessageBox* s_pOpen = nullptr; ///< the dialog that is open
+std::map<int, std::string> s_remarks; ///< by the caller's key; kept after the dialog has closed
+
+QString moneyText(double money) {
+    QLocale groups = QLocale::c();
+    groups.setNumberOptions(QLocale::DefaultNumberOptions); // signs between groups of digits
+    return groups.toString(money, 'f', 2);
+}
+
+} // namespace
+
+int COrdersMessageBox::showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
+                                  const std::map<int, CCodeOrderParam>& orders,
+                                  const std::map<int, std::string>& remarks) {
+    if (s_pOpen != nullptr) return Rejected;
+    // On the heap and not on the stack: the parent may be deleted while the dialog is open.
+    std::unique_ptr<COrdersMessageBox> dialog(new COrdersMessageBox(title, parent));
+    s_pOpen = dialog.get();
+    setConfirmationPause(true);
+    try {
+        setBatchTraderType(traderType);
+        dialog->m_table->prepare();
+        dialog->setOrders(orders, remarks);
+        dialog->fitSize();
+    } catch (...) {
+        setConfirmationPause(false); // there is no dialog that could end the pause
+        throw;
+    }
+    return dialog.release()->exec(); // deletes itself
+}
+
+std::string COrdersMessageBox::getRemark(int row) {
+    const auto found = s_remarks.find(row);
+    return found != s_remarks.end() ? found->second : std::string();
+}
+
+bool COrdersMessageBox::isOpen() {
+    return s_pOpen != nullptr;
+}
+
+COrdersMessageBox::COrdersMessageBox(const QString& title, QWidget* parent) : CCommonDialog(parent) {
+    setTitle(title);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setMinimumSize(kLeastWidth + 2 * kFrameWidth, kLeastHeight + 2 * kFrameWidth);
+    makeInner();
+}
+
+COrdersMessageBox::~COrdersMessageBox() {
+    s_pOpen = nullptr;
+    runGuarded(QStringLiteral("下单确认表的布局未保存"), [this] {
+        if (CUserConfig* user = getUserConfig())
+            hostCall<&CUserConfig::saveTableLayout>.on(*user, m_table->table()->id(), m_table->tableConfig());
+    });
+}
+
+void COrdersMessageBox::makeInner() {
+    auto* inner = new UW::CBaseWidget;
+    m_table = new COrdersConfirmWidget(1, inner);
+    auto* row = new UW::CWidgetList(inner);
+    row->setMargins({15, 10, 15, 5});
+    row->setSpacing(15);
+    constexpr int kMore = 10;
+    row->setFixedHeight(UW::resourceSize(QStringLiteral("tc_siz_setting_inner_bottom_btn_height")) + kMore);
+    makeRemark(*row);
+    row->addStretch();
+    m_summary = new UW::CSimpleTextWidget;
+    row->addWidget(m_summary);
+    m_okButton = makeButton(QStringLiteral("确定"), OkButton);
+    m_cancelButton = makeButton(QStringLiteral("取消"), CancelButton);
+    row->addWidget(m_okButton);
+    row->addWidget(m_cancelButton);
+    m_okButton->setDefault(true);
+    auto* layout = new QVBoxLayout(inner);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_table, 1);
+    layout->addWidget(row);
+    setInnerWidget(inner);
+    connect(m_table, &COrdersConfirmWidget::sigSelectionChanged, this,
+            [this] { handleEvent(CurrentRowEvent, 0); });
+}
+
+void COrdersMessageBox::makeRemark(UW::CWidgetList& row) {
+    if (!CRemarkLine::isAllowed()) return;
+    auto* label = new UW::CSimpleTextWidget(QStringLiteral("投资备注"));
+    label->setFixedHeight(kLabelHeight);
+    m_remarkEdit = new CRemarkLine;
+    row.addWidget(label);
+    row.addWidget(m_remarkEdit, 1000); // more than the stretch beside it
+    connect(m_remarkEdit, &QLineEdit::textEdited, this, [this] { handleEvent(RemarkEvent, 0); });
+}
+
+QPushButton* COrdersMessageBox::makeButton(const QString& text, int number) {
+    auto* button = new QPushButton(text);
+    button->setFixedSize(kButtonWidth, kButtonHeight);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, [this, number] { handleEvent(ButtonEvent, number); });
+    return button;
+}
+
+void COrdersMessageBox::setOrders(const std::map<int, CCodeOrderParam>& orders,
+                                  const std::map<int, std::string>& remarks) {
+    m_orders.clear();
+    m_rowKeys.clear();
+    s_remarks = remarks;
+    int row = 0;
+    for (const auto& [key, record] : orders) {
+        m_rowKeys[row++] = key;
+        m_orders.push_back(record);
+    }
+    m_table->setOrders(m_orders);
+    m_table->setSelectedRow(0);
+    showRemark();
+    showSummary();
+    if (CUserConfig* user = getUserConfig())
+        m_table->setTableConfig(hostCall<&CUserConfig::getTableLayout>.on(*user, m_table->table()->id()));
+    m_table->table()->view()->setFocus();
+}
+
+void COrdersMessageBox::fitSize() {
+    const QWidget* parent = parentWidget();
+    const QScreen* screen = parent != nullptr ? parent->screen() : QGuiApplication::primaryScreen();
+    const QSize wish(kWidth, m_table->tableHeight() + kHeightBesideTable);
+    if (screen == nullptr) return resize(wish);
+    // The frame of the window manager is not known before the dialog is shown.
+    const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QRect area = screen->availableGeometry();
+    const QSize size = boundedSize(wish, area.size(), {2 * kFrameWidth, title + 2 * kFrameWidth});
+    resize(size);
+    if (parent == nullptr)
+        move(area.left() + (area.width() - size.width()) / 2,
+             area.top() + (area.height() - size.height()) / 2);
+}
+
+QSize COrdersMessageBox::boundedSize(const QSize& wish, const QSize& available, const QSize& frame) {
+    return wish.expandedTo({kLeastWidth + 2 * kFrameWidth, kLeastHeight + 2 * kFrameWidth})
+        .boundedTo(available - frame);
+}
+
+void COrdersMessageBox::handleEvent(int event, int value) {
+    switch (event) {
+    case ButtonEvent:
+        if (value != OkButton && value != CancelButton) return;
+        setConfirmationPause(false);
+        done(value == OkButton ? Accepted : Rejected);
+        return;
+    case SelectionEvent:
+    case CurrentRowEvent:
+        return showRemark();
+    case RemarkEvent:
+        return keepRemark();
+    default:
+        return CCommonDialog::handleEvent(event, value);
+    }
+}
+
+void COrdersMessageBox::keyPressEvent(QKeyEvent* event) {
+    CCommonDialog::keyPressEvent(event);
+    // Escape with another key does not close the dialog. It must not start the intake behind it.
+    if (event->key() == Qt::Key_Escape && !isVisible()) setConfirmationPause(false);
+}
+
+const int* COrdersMessageBox::selectedKey() const {
+    const auto found = m_rowKeys.find(m_table->selectedRow());
+    return found != m_rowKeys.end() ? &found->second : nullptr;
+}
+
+void COrdersMessageBox::showRemark() {
+    if (m_remarkEdit == nullptr) return;
+    const int* key = selectedKey();
+    m_remarkEdit->setText(key != nullptr ? QString::fromStdString(getRemark(*key)) : QString());
+}
+
+void COrdersMessageBox::keepRemark() {
+    const int* key = selectedKey();
+    if (key != nullptr && m_remarkEdit != nullptr) s_remarks[*key] = m_remarkEdit->text().toStdString();
+}
+
+void COrdersMessageBox::showSummary() {
+    const COrdersTotal total = m_table->total();
+    QString text = QStringLiteral("共 %1 笔").arg(total.m_nOrders);
+    if (total.m_nWithAmount > 0) text += QStringLiteral(", 预估 %1 元").arg(moneyText(total.m_dAmount));
+    const int without = total.m_nOrders - total.m_nWithAmount;
+    if (without > 0 && total.m_nWithAmount > 0) text += QStringLiteral(" (%1 笔无金额)").arg(without);
+    m_summary->setText(text);
+    m_summary->setToolTip(QStringLiteral("表中各行委托预估金额之和. 多账号的指令只含最后一个账号的部分."));
+}
+
+QString COrdersMessageBox::summary() const {
+    return m_summary->text();
+}
+
+} // namespace TC

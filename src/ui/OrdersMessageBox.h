@@ -1,0 +1,96 @@
+#pragma once
+
+#include "orderservice/base/Export.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/Enums.h"
+#include "orderservice/widgets/CommonDialog.h"
+
+#include <QString>
+
+#include <map>
+#include <string>
+#include <vector>
+
+class QPushButton;
+
+namespace UW {
+class CSimpleTextWidget;
+class CWidgetList;
+} // namespace UW
+
+namespace TC {
+
+class COrdersConfirmWidget;
+class CRemarkLine;
+
+/// The modal dialog in which the user confirms a batch. While it is open, the intake of order files pauses
+/// (gates/IntakePause.h). The two buttons and Escape end the pause. If the dialog is closed by its frame, or
+/// the application quits, the batch is declined and the pause stays set. Main thread.
+class ORDERSERVICE_EXPORT COrdersMessageBox : public UW::CCommonDialog {
+    Q_OBJECT
+public:
+    /// The events of handleEvent.
+    enum EEvent {
+        ButtonEvent = 5, ///< the value is an EButton
+        SelectionEvent = 47,
+        CurrentRowEvent = 49,
+        RemarkEvent = 98,
+    };
+    enum EButton { OkButton = 0, CancelButton = 1 };
+
+    /// Shows the orders and waits for the answer, in an event loop of its own. Returns 1 if the user has
+    /// confirmed, and 0 in every other case. A call while a dialog is open returns 0 and shows nothing.
+    /// remarks: UTF-8, with the keys of `orders`. parent: may be null.
+    static int showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
+                          const std::map<int, CCodeOrderParam>& orders,
+                          const std::map<int, std::string>& remarks);
+
+    /// The remark of an order after its dialog has closed, in UTF-8, or an empty text. `row` is the key of
+    /// the order in the last call of showOrders.
+    static std::string getRemark(int row);
+
+    /// Whether a dialog is open.
+    static bool isOpen();
+
+    ~COrdersMessageBox() override;
+
+    void handleEvent(int event, int value) override;
+
+    /// The size of the dialog for this wish on a screen with this space for windows, in pixels with frame.
+    static QSize boundedSize(const QSize& wish, const QSize& available, const QSize& frame);
+
+    COrdersConfirmWidget* table() const { return m_table; }
+    QPushButton* okButton() const { return m_okButton; }
+    QPushButton* cancelButton() const { return m_cancelButton; }
+    /// Null if the deployment or the user has no remarks.
+    CRemarkLine* remarkEdit() const { return m_remarkEdit; }
+    /// The number of orders and the sum of money.
+    QString summary() const;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    COrdersMessageBox(const QString& title, QWidget* parent);
+
+    void makeInner();
+    void makeRemark(UW::CWidgetList& row);
+    QPushButton* makeButton(const QString& text, int number);
+    void setOrders(const std::map<int, CCodeOrderParam>& orders, const std::map<int, std::string>& remarks);
+    void fitSize();
+    void showRemark();
+    void keepRemark();
+    void showSummary();
+    /// The caller's key of the selected row, or null if no row is selected.
+    const int* selectedKey() const;
+
+    std::vector<CCodeOrderParam> m_orders;
+    COrdersConfirmWidget* m_table = nullptr;
+    QPushButton* m_okButton = nullptr;
+    QPushButton* m_cancelButton = nullptr;
+    CRemarkLine* m_remarkEdit = nullptr;
+    UW::CSimpleTextWidget* m_summary = nullptr;
+    std::map<int, int> m_rowKeys; ///< the caller's key by row
+};
+
+} // namespace TC

@@ -1,0 +1,7 @@
+#include "orderservice/widgets/BaseWidget.h"
+
+namespace UW {
+
+CBaseWidget::CBaseWidget(QWidget* parent) : QWidget(parent) {}
+
+} // namespace UW

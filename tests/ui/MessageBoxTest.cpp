@@ -1,0 +1,471 @@
+#include "orderservice/gates/IntakePause.h"
+#include "orderservice/ui/OrdersConfirmer.h"
+#include "orderservice/ui/OrdersMessageBox.h"
+#include "orderservice/ui/RemarkLine.h"
+#include "tests/ui/ConfirmFixture.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QInputMethodEvent>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+using namespace TC;
+
+class MessageBox : public testing::Test {
+protected:
+    void SetUp() override {
+        setConfirmationPause(false);
+        host.user.hints = {1};
+    }
+    void TearDown() override { setConfirmationPause(false); }
+
+    /// Shows the orders and calls `act` in the dialog's event loop.
+    int show(const std::map<int, CCodeOrderParam>& batch, const std::map<int, std::string>& remarks,
+             const std::function<void(COrdersMessageBox&)>& act,
+             EQdTraderType traderType = EQdTraderType::Stock) {
+        QTimer::singleShot(0, [&] {
+            auto* box = qobject_cast<COrdersMessageBox*>(QApplication::activeModalWidget());
+            wasShown = box != nullptr;
+            if (box != nullptr) act(*box);
+        });
+        return COrdersMessageBox::showOrders(nullptr, QStringLiteral("标题"), traderType, batch, remarks);
+    }
+    static void clickOk(COrdersMessageBox& box) { QTest::mouseClick(box.okButton(), Qt::LeftButton); }
+    static void clickCancel(COrdersMessageBox& box) { QTest::mouseClick(box.cancelButton(), Qt::LeftButton); }
+
+    CFakeHost host;
+    bool wasShown = false;
+    /// Three orders under the keys of the caller, which have gaps.
+    const std::map<int, CCodeOrderParam> orders{
+        {3, makeRecord(100)}, {5, makeRecord(200)}, {9, makeRecord(300, "600001")}};
+};
+
+TEST_F(MessageBox, OkConfirms) {
+    EXPECT_EQ(show(orders, {}, clickOk), 1);
+    EXPECT_TRUE(wasShown);
+    EXPECT_FALSE(isConfirmationPauseSet());
+    EXPECT_FALSE(COrdersMessageBox::isOpen());
+}
+
+TEST_F(MessageBox, CancelDeclines) {
+    EXPECT_EQ(show(orders, {}, clickCancel), 0);
+    EXPECT_FALSE(isConfirmationPauseSet());
+}
+
+TEST_F(MessageBox, PauseIsSetWhileItIsOpen) {
+    bool isSet = false, isOpen = false;
+    show(orders, {}, [&](COrdersMessageBox& box) {
+        isSet = isConfirmationPauseSet();
+        isOpen = COrdersMessageBox::isOpen();
+        clickOk(box);
+    });
+    EXPECT_TRUE(isSet);
+    EXPECT_TRUE(isOpen);
+}
+
+TEST_F(MessageBox, EscapeDeclinesAndEndsThePause) {
+    EXPECT_EQ(show(orders, {}, [](COrdersMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }), 0);
+    EXPECT_FALSE(isConfirmationPauseSet());
+}
+
+TEST_F(MessageBox, EscapeWithAnotherKeyChangesNothing) {
+    bool isSet = false, isVisible = false;
+    show(orders, {}, [&](COrdersMessageBox& box) {
+        QTest::keyClick(&box, Qt::Key_Escape, Qt::ShiftModifier);
+        QTest::keyClick(&box, Qt::Key_Escape, Qt::ControlModifier);
+        isSet = isConfirmationPauseSet();
+        isVisible = box.isVisible();
+        clickCancel(box);
+    });
+    EXPECT_TRUE(isSet);
+    EXPECT_TRUE(isVisible);
+}
+
+TEST_F(MessageBox, ClosingByTheFrameDeclinesAndLeavesThePause) {
+    EXPECT_EQ(show(orders, {}, [](COrdersMessageBox& box) { box.close(); }), 0);
+    EXPECT_TRUE(isConfirmationPauseSet());
+    EXPECT_EQ(show(orders, {}, clickOk), 1);
+    EXPECT_FALSE(isConfirmationPauseSet()) << "the next answer ends it";
+}
+
+TEST_F(MessageBox, EndOfTheApplicationDeclines) {
+    int result = -1;
+    QTimer::singleShot(
+        0, [&] { result = show(orders, {}, [](COrdersMessageBox&) { QCoreApplication::quit(); }); });
+    QCoreApplication::exec();
+    EXPECT_TRUE(wasShown);
+    EXPECT_EQ(result, 0);
+    EXPECT_TRUE(isConfirmationPauseSet());
+    EXPECT_FALSE(COrdersMessageBox::isOpen());
+}
+
+TEST_F(MessageBox, ParentThatDiesDeclines) {
+    auto* parent = new QWidget;
+    QTimer::singleShot(0, [&] { delete parent; });
+    EXPECT_EQ(COrdersMessageBox::showOrders(parent, QString(), EQdTraderType::Stock, orders, {}), 0);
+    EXPECT_FALSE(COrdersMessageBox::isOpen());
+}
+
+TEST_F(MessageBox, OtherButtonValuesAreIgnored) {
+    bool isVisible = false;
+    EXPECT_EQ(show(orders, {},
+                   [&](COrdersMessageBox& box) {
+                       box.handleEvent(5, 2);
+                       box.handleEvent(5, -1);
+                       box.handleEvent(7, 0);
+                       isVisible = box.isVisible() && isConfirmationPauseSet();
+                       box.handleEvent(5, 0);
+                   }),
+              1);
+    EXPECT_TRUE(isVisible);
+}
+
+TEST_F(MessageBox, EventOfCancelDeclines) {
+    EXPECT_EQ(show(orders, {}, [](COrdersMessageBox& box) { box.handleEvent(5, 1); }), 0);
+    EXPECT_FALSE(isConfirmationPauseSet());
+}
+
+TEST_F(MessageBox, EnterConfirms) {
+    EXPECT_EQ(show(orders, {},
+                   [](COrdersMessageBox& box) {
+                       QTest::keyClick(box.table()->table()->view(), Qt::Key_Return);
+                       if (box.isVisible()) box.reject();
+                   }),
+              1);
+}
+
+TEST_F(MessageBox, EnterAndEscapeInACellEndTheEditOnly) {
+    bool isVisible = false, isSet = false;
+    QString kept, discarded;
+    show(orders, {}, [&](COrdersMessageBox& box) {
+        QTableView* view = box.table()->table()->view();
+        const auto editCell = [&](const char* text, Qt::Key key) {
+            const QModelIndex cell = view->model()->index(0, COrdersConfirmWidget::Volume);
+            view->setCurrentIndex(cell);
+            QTest::keyClick(view, Qt::Key_F2);
+            auto* editor = qobject_cast<QLineEdit*>(view->indexWidget(cell));
+            ASSERT_NE(editor, nullptr);
+            editor->selectAll();
+            QTest::keyClicks(editor, QString::fromLatin1(text));
+            QTest::keyClick(editor, key);
+            QCoreApplication::processEvents();
+        };
+        editCell("700", Qt::Key_Return);
+        kept = box.table()->table()->itemText(0, 5);
+        EXPECT_TRUE(box.isVisible()) << "Enter";
+        editCell("800", Qt::Key_Escape);
+        discarded = box.table()->table()->itemText(0, 5);
+        isVisible = box.isVisible();
+        isSet = isConfirmationPauseSet();
+        clickCancel(box);
+    });
+    EXPECT_EQ(kept, QStringLiteral("700"));
+    EXPECT_EQ(discarded, QStringLiteral("700"));
+    EXPECT_TRUE(isVisible);
+    EXPECT_TRUE(isSet);
+}
+
+TEST_F(MessageBox, ButtonsHaveTheirTextsAndSizesAndTakeNoFocus) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.windowTitle(), QStringLiteral("标题"));
+        EXPECT_EQ(box.okButton()->text(), QStringLiteral("确定"));
+        EXPECT_EQ(box.cancelButton()->text(), QStringLiteral("取消"));
+        for (const QPushButton* button : {box.okButton(), box.cancelButton()}) {
+            EXPECT_EQ(button->size(), QSize(80, 26));
+            EXPECT_EQ(button->focusPolicy(), Qt::NoFocus);
+        }
+        EXPECT_TRUE(box.okButton()->isDefault());
+        EXPECT_FALSE(box.cancelButton()->isDefault());
+        EXPECT_EQ(box.minimumSize(), QSize(462, 152));
+        EXPECT_FALSE(box.windowFlags() & Qt::WindowContextHelpButtonHint);
+        EXPECT_TRUE(box.isModal());
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
+TEST_F(MessageBox, RowsAreInTheOrderOfTheKeys) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.table()->table()->rowCount(), 3);
+        for (int row = 0; row < 3; ++row)
+            EXPECT_EQ(box.table()->table()->itemText(row, 5), QString::number((row + 1) * 100));
+        EXPECT_EQ(box.table()->selectedRow(), 0);
+        clickOk(box);
+    });
+}
+
+TEST_F(MessageBox, NumberAndMoneyAreBesideTheButtons) {
+    QString text;
+    show(orders, {}, [&](COrdersMessageBox& box) {
+        text = box.summary();
+        clickOk(box);
+    });
+    EXPECT_EQ(text, QStringLiteral("共 3 笔, 预估 5,700.00 元"));
+    CCodeOrderParam unset = makeRecord();
+    unset.m_dPrice = kUnsetDouble;
+    show({{0, makeRecord(100)}, {1, unset}}, {}, [&](COrdersMessageBox& box) {
+        text = box.summary();
+        clickOk(box);
+    });
+    EXPECT_EQ(text, QStringLiteral("共 2 笔, 预估 950.00 元 (1 笔无金额)"));
+}
+
+TEST_F(MessageBox, RemarksGoByTheKeyOfTheCaller) {
+    show(orders, {{3, "first"}, {9, "third"}}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.remarkEdit()->text(), QStringLiteral("first"));
+        box.table()->setSelectedRow(1);
+        EXPECT_EQ(box.remarkEdit()->text(), QString());
+        box.remarkEdit()->setFocus();
+        QTest::keyClicks(box.remarkEdit(), QStringLiteral("second"));
+        box.table()->setSelectedRow(2);
+        EXPECT_EQ(box.remarkEdit()->text(), QStringLiteral("third"));
+        clickOk(box);
+    });
+    EXPECT_EQ(COrdersMessageBox::getRemark(3), "first");
+    EXPECT_EQ(COrdersMessageBox::getRemark(5), "second");
+    EXPECT_EQ(COrdersMessageBox::getRemark(9), "third");
+    EXPECT_EQ(COrdersMessageBox::getRemark(0), "");
+}
+
+TEST_F(MessageBox, RemarksOfAnEarlierDialogAreForgotten) {
+    show(orders, {{3, "first"}}, clickOk);
+    show(orders, {}, clickOk);
+    EXPECT_EQ(COrdersMessageBox::getRemark(3), "");
+}
+
+TEST_F(MessageBox, EmptyBatchHasNoSelectionAndNoRemark) {
+    EXPECT_EQ(show({}, {},
+                   [](COrdersMessageBox& box) {
+                       EXPECT_EQ(box.table()->selectedRow(), -1);
+                       QTest::keyClicks(box.remarkEdit(), QStringLiteral("text"));
+                       EXPECT_EQ(box.summary(), QStringLiteral("共 0 笔"));
+                       clickOk(box);
+                   }),
+              1);
+    EXPECT_EQ(COrdersMessageBox::getRemark(0), "");
+}
+
+TEST_F(MessageBox, RemarkLineNeedsItsSwitchAndTheUsersKind) {
+    const auto hasLine = [&] {
+        bool has = false;
+        show(orders, {}, [&](COrdersMessageBox& box) {
+            has = box.remarkEdit() != nullptr;
+            clickOk(box);
+        });
+        return has;
+    };
+    EXPECT_TRUE(hasLine());
+    host.user.kind = 200;
+    EXPECT_FALSE(hasLine());
+    host.user.kind = 100;
+    host.switches.on.clear();
+    EXPECT_FALSE(hasLine());
+}
+
+TEST_F(MessageBox, RemarkLineIsEnabledByTheHintBits) {
+    const auto isEnabled = [&] {
+        bool enabled = false;
+        show(orders, {{3, "first"}}, [&](COrdersMessageBox& box) {
+            enabled = box.remarkEdit()->isEnabled();
+            EXPECT_EQ(box.remarkEdit()->text(), QStringLiteral("first"));
+            clickOk(box);
+        });
+        return enabled;
+    };
+    EXPECT_TRUE(isEnabled());
+    host.user.hints = {16, 32};
+    EXPECT_FALSE(isEnabled());
+    host.user.globalHints = {1};
+    EXPECT_TRUE(isEnabled());
+}
+
+TEST_F(MessageBox, RemarkLineHasItsHintAndSize) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.remarkEdit()->placeholderText(), QStringLiteral("请选择或输入指令备注"));
+        EXPECT_EQ(box.remarkEdit()->sizeHint(), QSize(467, 22));
+        EXPECT_EQ(box.remarkEdit()->height(), 22);
+        clickOk(box);
+    });
+}
+
+TEST_F(MessageBox, OnlyCharactersOfTheExpressionCanBeEntered) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        CRemarkLine& line = *box.remarkEdit();
+        QTest::keyClicks(&line, QStringLiteral("ab;c<d|e_1 ,.!?-"));
+        EXPECT_EQ(line.text(), QStringLiteral("abcde_1 ,.!?"));
+        clickOk(box);
+    });
+    EXPECT_EQ(COrdersMessageBox::getRemark(3), "abcde_1 ,.!?");
+}
+
+TEST_F(MessageBox, PastedTextIsChecked) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        CRemarkLine& line = *box.remarkEdit();
+        QApplication::clipboard()->setText(QStringLiteral("a;b"));
+        line.paste();
+        EXPECT_EQ(line.text(), QString());
+        QApplication::clipboard()->setText(QStringLiteral("备注，一。！？"));
+        line.paste();
+        EXPECT_EQ(line.text(), QStringLiteral("备注，一。！？"));
+        clickOk(box);
+    });
+    EXPECT_EQ(COrdersMessageBox::getRemark(3), "备注，一。！？");
+}
+
+TEST_F(MessageBox, TextOfAnInputMethodIsChecked) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        const auto commit = [&](const QString& text) {
+            QInputMethodEvent event;
+            event.setCommitString(text);
+            QApplication::sendEvent(box.remarkEdit(), &event);
+        };
+        commit(QStringLiteral("中文"));
+        EXPECT_EQ(box.remarkEdit()->text(), QStringLiteral("中文"));
+        commit(QStringLiteral("；"));
+        EXPECT_EQ(box.remarkEdit()->text(), QStringLiteral("中文"));
+        clickOk(box);
+    });
+    EXPECT_EQ(COrdersMessageBox::getRemark(3), "中文");
+}
+
+TEST_F(MessageBox, LayoutIsSavedAndApplied) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        box.table()->table()->view()->setColumnWidth(3, 133);
+        clickOk(box);
+    });
+    ASSERT_FALSE(host.user.layouts[QStringLiteral("orders_confirm")].isEmpty());
+    show(orders, {}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.table()->table()->view()->columnWidth(3), 133);
+        clickOk(box);
+    });
+}
+
+TEST_F(MessageBox, DamagedLayoutIsIgnored) {
+    host.user.layouts[QStringLiteral("orders_confirm")] = QStringLiteral("1;0:80,0:90,x");
+    EXPECT_EQ(show(orders, {}, clickOk), 1);
+}
+
+TEST_F(MessageBox, SecondDialogIsNotShownInTheFirst) {
+    int second = -1;
+    EXPECT_EQ(show(orders, {{3, "kept"}},
+                   [&](COrdersMessageBox& box) {
+                       second = COrdersMessageBox::showOrders(nullptr, QString(), EQdTraderType::Basket,
+                                                              {{1, makeRecord()}}, {{3, "other"}});
+                       EXPECT_TRUE(isConfirmationPauseSet());
+                       clickOk(box);
+                   }),
+              1);
+    EXPECT_EQ(second, 0);
+    EXPECT_EQ(COrdersMessageBox::getRemark(3), "kept");
+}
+
+TEST_F(MessageBox, FitsTheScreen) {
+    std::map<int, CCodeOrderParam> many;
+    for (int i = 0; i < 500; ++i)
+        many[i] = makeRecord();
+    show(many, {}, [](COrdersMessageBox& box) {
+        const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+        EXPECT_LE(box.height(), screen.height());
+        EXPECT_LE(box.width(), screen.width());
+        EXPECT_TRUE(box.rect().contains(QRect(box.cancelButton()->mapTo(&box, QPoint()), QSize(80, 26))));
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
+TEST_F(MessageBox, SizeIsTheWishWithinTheScreen) {
+    const QSize frame(2, 32);
+    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 300}, {1920, 1080}, frame), QSize(1000, 300));
+    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 9000}, {1920, 1080}, frame), QSize(1000, 1048));
+    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 9000}, {800, 600}, frame), QSize(798, 568));
+    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 90}, {1920, 1080}, frame), QSize(1000, 152));
+}
+
+TEST_F(MessageBox, ButtonsFitASmallScreen) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        box.resize(798, 400);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(box.width(), 798) << "the parts need more width";
+        EXPECT_TRUE(box.rect().contains(QRect(box.cancelButton()->mapTo(&box, QPoint()), QSize(80, 26))));
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
+CConfirmQuestion makeQuestion() {
+    CConfirmQuestion question;
+    question.m_strTitle = QStringLiteral("标题");
+    question.m_rows = {{0, makeRecord(100)}, {2, makeRecord(200)}};
+    question.m_remarks = {{0, "first"}, {2, "second"}};
+    return question;
+}
+
+class Confirmer : public MessageBox {
+protected:
+    CConfirmAnswer ask(const std::function<void(COrdersMessageBox&)>& act) {
+        QTimer::singleShot(0, [&] {
+            auto* box = qobject_cast<COrdersMessageBox*>(QApplication::activeModalWidget());
+            if (box != nullptr) act(*box);
+        });
+        return askForConfirmation(makeQuestion());
+    }
+    void SetUp() override {
+        MessageBox::SetUp();
+        setOrderConfirmer(&confirmer);
+    }
+    void TearDown() override {
+        setOrderConfirmer(nullptr);
+        MessageBox::TearDown();
+    }
+    COrdersConfirmer confirmer;
+};
+
+TEST_F(Confirmer, AnswerHasTheRemarksByTheIndexOfTheOrder) {
+    const CConfirmAnswer answer = ask([](COrdersMessageBox& box) {
+        box.remarkEdit()->clear();
+        QTest::keyClicks(box.remarkEdit(), QStringLiteral("changed"));
+        clickOk(box);
+    });
+    EXPECT_EQ(answer.m_eResult, EConfirmResult::Accepted);
+    EXPECT_EQ(answer.m_remarks, (std::map<int, std::string>{{0, "changed"}, {2, "second"}}));
+}
+
+TEST_F(Confirmer, EveryOtherEndDeclines) {
+    EXPECT_EQ(ask(clickCancel).m_eResult, EConfirmResult::Declined);
+    EXPECT_EQ(ask([](COrdersMessageBox& box) { box.close(); }).m_eResult, EConfirmResult::Declined);
+}
+
+TEST_F(Confirmer, NobodyIsAskedWhileADialogIsOpen) {
+    CConfirmAnswer second;
+    show(orders, {}, [&](COrdersMessageBox& box) {
+        second = confirmer.confirm(makeQuestion());
+        clickOk(box);
+    });
+    EXPECT_EQ(second.m_eResult, EConfirmResult::NotAsked);
+    EXPECT_EQ(second.m_strReason, QStringLiteral("另一批指令正在确认"));
+}
+
+TEST_F(Confirmer, ParentIsTheActiveWindow) {
+    QWidget window;
+    window.show();
+    QApplication::setActiveWindow(&window);
+    const QWidget* parent = nullptr;
+    ask([&](COrdersMessageBox& box) {
+        parent = box.parentWidget();
+        clickOk(box);
+    });
+    EXPECT_EQ(parent, &window);
+}
+
+} // namespace
