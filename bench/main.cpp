@@ -2,7 +2,7 @@
 // could not be measured.
 #include "bench/Figure.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 #include <cstdio>
 #include <map>
@@ -61,7 +61,8 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    const QCoreApplication app(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // widgets are measured without a screen
+    const QApplication app(argc, argv);
     // All repetitions run in random order, so that a busy machine slows a figure as much as its baseline.
     char interleave[] = "--benchmark_enable_random_interleaving=true";
     std::vector<char*> arguments(argv, argv + argc);

@@ -27,6 +27,7 @@ namespace {
 constexpr int kRowHeight = 24;
 constexpr int kCellMargin = 14; ///< pixels beside the text of a cell
 constexpr int kMostColumnWidth = 320;
+constexpr int kLeastMeasuredRows = 50; ///< before the table is shown, no row can be seen
 
 } // namespace
 
@@ -258,7 +259,8 @@ void CBaseNormalTable::adjustVisibleRowsColumnWidth() {
     const QFontMetrics plainMetrics(m_pView->font()), boldMetrics(bold);
     const int height = m_pView->verticalHeader()->defaultSectionSize();
     const int first = std::max(0, m_pView->rowAt(0));
-    const int rows = std::min(m_pFilter->rowCount(), first + m_pView->viewport()->height() / height + 1);
+    const int seen = std::max(kLeastMeasuredRows, m_pView->viewport()->height() / height + 1);
+    const int rows = std::min(m_pFilter->rowCount(), first + seen);
     for (int column = 0; column < columnCount(); ++column) {
         if (isColumnHidden(column)) continue;
         const QFontMetrics& metrics = m_pModel->findColumn(column)->m_bBold ? boldMetrics : plainMetrics;

@@ -29,7 +29,8 @@ void CFilterHeader::paintSection(QPainter* painter, const QRect& rect, int secti
     QHeaderView::paintSection(painter, rect, section);
     painter->restore();
     painter->save();
-    const int x = rect.right() - kEdge - 9, y = rect.center().y() - 3;
+    const int x = isSignLeft(section) ? rect.left() + kEdge : rect.right() - kEdge - 9;
+    const int y = rect.center().y() - 3;
     const QPolygon funnel(
         {{x, y}, {x + 8, y}, {x + 5, y + 4}, {x + 5, y + 8}, {x + 3, y + 6}, {x + 3, y + 4}});
     painter->setRenderHint(QPainter::Antialiasing);
@@ -45,11 +46,16 @@ QSize CFilterHeader::sectionSizeFromContents(int section) const {
     return size;
 }
 
+bool CFilterHeader::isSignLeft(int section) const {
+    const QVariant alignment = model()->headerData(section, orientation(), Qt::TextAlignmentRole);
+    return (alignment.toInt() & Qt::AlignRight) != 0;
+}
+
 int CFilterHeader::filterAt(const QPoint& point) const {
     const int column = logicalIndexAt(point);
     if (column < 0 || m_signOf(column) == EFilterSign::None) return -1;
-    const int right = sectionViewportPosition(column) + sectionSize(column);
-    const int distance = right - point.x();
+    const int left = sectionViewportPosition(column);
+    const int distance = isSignLeft(column) ? point.x() - left : left + sectionSize(column) - point.x();
     return distance > kEdge && distance <= kEdge + kButtonWidth ? column : -1;
 }
 

@@ -32,6 +32,8 @@ protected:
 private:
     /// The column whose filter button is at this point, or -1.
     int filterAt(const QPoint& point) const;
+    /// The button is at the side that the text of the section leaves free.
+    bool isSignLeft(int section) const;
 
     CSignOf m_signOf;
     int m_nPressed = -1;

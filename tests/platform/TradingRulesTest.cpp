@@ -47,6 +47,13 @@ TEST_F(TradingRules, Settings) {
     EXPECT_EQ(rules.lastQuote, quote);
 }
 
+TEST_F(TradingRules, ByDefaultTheNamedOperationsOnShortPositionsAreNotLong) {
+    for (const int operation : {3, 4, 5, 8, 9, 12, 13})
+        EXPECT_FALSE(isLong(static_cast<EOperationType>(operation))) << operation;
+    for (const int operation : {0, 1, 2, 6, 7, 10, 11, 18, 19, 900})
+        EXPECT_TRUE(isLong(static_cast<EOperationType>(operation))) << operation;
+}
+
 TEST_F(TradingRules, TimeRange) {
     rules.onFixTimeRange = [](CCodeOrderParam& record) { record.m_strUserId = "fixed"; };
     CCodeOrderParam record;

@@ -34,10 +34,10 @@ protected:
             table.setItemLonglong(row, 1, numbers[row]);
         }
     }
-    void clickHeader(int column, int fromRight = 60) {
+    void clickHeader(int column, int fromLeft = 60) {
         const QHeaderView* header = table.view()->horizontalHeader();
-        const int right = header->sectionViewportPosition(column) + header->sectionSize(column);
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, {right - fromRight, header->height() / 2});
+        const int left = header->sectionViewportPosition(column);
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, {left + fromLeft, header->height() / 2});
     }
     std::vector<int> shownRows() const {
         std::vector<int> rows;
@@ -126,6 +126,17 @@ TEST_F(BaseNormalTable, FilterIsAskedByItsButtonAndByTheKeyboard) {
     table.view()->setCurrentIndex(table.view()->model()->index(0, 0));
     QTest::keyClick(table.view(), Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(table.asked.size(), 2u) << "column 0 has no filter";
+}
+
+TEST_F(BaseNormalTable, FilterButtonOfTextsIsAtTheRight) {
+    table.setColumnFilterable(0, true);
+    table.resize(600, 300);
+    table.show();
+    table.view()->setColumnWidth(0, 120);
+    clickHeader(0, 110);
+    EXPECT_EQ(table.asked, (std::vector<int>{0}));
+    clickHeader(0, 10);
+    EXPECT_EQ(table.asked.size(), 1u);
 }
 
 TEST_F(BaseNormalTable, ChangedCellFlashesFor400Milliseconds) {
@@ -217,7 +228,9 @@ TEST_F(BaseNormalTable, SumRowHasTheWidthsOfTheColumns) {
 
 TEST_F(BaseNormalTable, WidthsFitTheTexts) {
     table.setItemText(0, 0, QString(40, QLatin1Char('m')));
+    table.setItemText(2, 1, QString(20, QLatin1Char('8')));
     table.adjustVisibleRowsColumnWidth();
+    EXPECT_GT(table.view()->columnWidth(1), table.fontMetrics().horizontalAdvance(table.itemText(2, 1)));
     EXPECT_GT(table.view()->columnWidth(0), table.view()->columnWidth(1));
     EXPECT_LE(table.view()->columnWidth(0), 320);
 }

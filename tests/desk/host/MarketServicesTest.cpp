@@ -21,6 +21,7 @@ CInstrumentEntry makeInstrument() {
     entry.uiUnit = 200;
     entry.referencePrice = 50;
     entry.transferKind = 2;
+    entry.multiplier = 10;
     return entry;
 }
 
@@ -49,6 +50,7 @@ TEST_F(MarketServices, ExchangeClientKnowsTheFoldersInstruments) {
     EXPECT_EQ(detail->m_strProductId, "STOCK");
     EXPECT_EQ(detail->m_dReferencePrice, 50);
     EXPECT_EQ(detail->m_tradeInfo.m_nTransferKind, 2);
+    EXPECT_EQ(detail->m_dMultiplier, 10);
 }
 
 CInstrumentEntry makeKind(EInstrumentKind kind, const std::string& market, const std::string& code) {

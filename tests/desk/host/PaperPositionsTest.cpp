@@ -60,6 +60,24 @@ protected:
     const CPaperPositions m_positions{m_broker, m_market, m_user};
 };
 
+TEST_F(PaperPositions, WhatAnAccountCanOrderIsKnownForSales) {
+    const auto data = m_positions.of("A1");
+    ASSERT_TRUE(data);
+    const auto canOrder = [&](TC::EOperationType operation, const std::string& code) {
+        TC::CCodeOrderParam record;
+        record.m_eOperationType = operation;
+        record.m_stock.m_strMarket = "SH";
+        record.m_stock.m_strCode = code;
+        return data->getCanOrderVolume(record);
+    };
+    EXPECT_EQ(canOrder(TC::EOperationType::Sell, "600000"), 300);
+    EXPECT_EQ(canOrder(TC::EOperationType::SellToRepay, "600000"), 300);
+    EXPECT_EQ(canOrder(TC::EOperationType::Sell, "600001"), 0);
+    for (const auto operation : {TC::EOperationType::Buy, TC::EOperationType::ShortSell,
+                                 TC::EOperationType::OpenShort, static_cast<TC::EOperationType>(-1)})
+        EXPECT_EQ(canOrder(operation, "600000"), TC::kUnsetInt) << static_cast<int>(operation);
+}
+
 TEST_F(PaperPositions, AnAccountHasItsOwnWithWhatCanBeSold) {
     const auto data = m_positions.of("A1");
     ASSERT_TRUE(data);
