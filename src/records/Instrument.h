@@ -27,7 +27,7 @@ struct CInstrumentDetail {
     std::string m_strName;
     std::string m_strProductId;
     double m_dReferencePrice = kUnsetDouble; ///< currency units
-    double m_dMultiplier = 1; ///< money = price * volume * multiplier; 1 for stocks, above 0
+    double m_dMultiplier = 1;                ///< money = price * volume * multiplier; 1 for stocks, above 0
     CTradeInfo m_tradeInfo;
 };
 

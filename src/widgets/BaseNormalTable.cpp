@@ -7,6 +7,7 @@
 #include "orderservice/widgets/TableLayout.h"
 #include "orderservice/widgets/TableModel.h"
 #include "orderservice/widgets/TableStat.h"
+#include "orderservice/widgets/TableView.h"
 
 #include <QAction>
 #include <QApplication>
@@ -33,7 +34,7 @@ constexpr int kLeastMeasuredRows = 50; ///< before the table is shown, no row ca
 
 CBaseNormalTable::CBaseNormalTable(QWidget* parent)
     : CBaseWidget(parent), m_pModel(new CTableModel(this)), m_pFilter(new CTableFilter(this)),
-      m_pView(new QTableView(this)), m_pHeader(new CFilterHeader(
+      m_pView(new CTableView(this)), m_pHeader(new CFilterHeader(
                                          [this](int column) {
                                              const auto* found = m_pModel->findColumn(column);
                                              if (found == nullptr || !found->m_bFilterable)

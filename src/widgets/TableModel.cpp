@@ -9,7 +9,17 @@
 
 namespace UW {
 
-CTableModel::CTableModel(QObject* parent) : QAbstractTableModel(parent) {}
+namespace {
+
+QFont makeBoldFont() {
+    QFont font = QApplication::font("QTableView");
+    font.setBold(true);
+    return font;
+}
+
+} // namespace
+
+CTableModel::CTableModel(QObject* parent) : QAbstractTableModel(parent), m_boldFont(makeBoldFont()) {}
 
 CTableModel::CColumn& CTableModel::column(int number) {
     const auto count = static_cast<std::size_t>(number) + 1;
@@ -142,12 +152,8 @@ QVariant CTableModel::data(const QModelIndex& index, int role) const {
         return cell->m_bFlashing;
     case MarkRole:
         return cell->m_bMarked;
-    case Qt::FontRole: {
-        if (!column.m_bBold) return {};
-        QFont font = QApplication::font("QTableView");
-        font.setBold(true);
-        return font;
-    }
+    case Qt::FontRole:
+        return column.m_bBold ? QVariant(m_boldFont) : QVariant();
     default:
         return {};
     }

@@ -82,6 +82,7 @@ private:
     void flash(CCell& cell, int row, int column);
     void touch(int row, int column);
 
+    const QFont m_boldFont; ///< made once, because each cell that is drawn asks for it
     std::vector<CColumn> m_columns;
     std::vector<std::vector<CCell>> m_rows;
     std::vector<std::pair<int, int>> m_flashing;
