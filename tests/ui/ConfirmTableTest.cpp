@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace {
 
 using namespace TC;
@@ -293,6 +295,19 @@ TEST(ConfirmTable, LayoutIsKept) {
     EXPECT_EQ(second.widget.table()->view()->columnWidth(3), 123);
     EXPECT_EQ(second.widget.table()->view()->horizontalHeader()->logicalIndex(0), 2);
     EXPECT_EQ(second.widget.tableConfig(), config);
+}
+
+TEST(ConfirmTable, FailureOfTheHostInOneRowLeavesTheOthers) {
+    CFakeHost host;
+    host.quotes.onRead = [](const QString& key, int) {
+        if (key == QStringLiteral("SH600001")) throw std::runtime_error("no line");
+    };
+    CConfirmTable table;
+    table.widget.setOrders({makeRecord(100, "600001"), makeRecord(200)});
+    EXPECT_EQ(table.cell(0, 2), QStringLiteral("600001"));
+    EXPECT_EQ(table.cell(0, 10), QStringLiteral("-"));
+    EXPECT_EQ(table.cell(1, 10), QStringLiteral("1900.00"));
+    EXPECT_FALSE(host.messageTexts().empty());
 }
 
 TEST(ConfirmTable, EmptyBatchHasNoRows) {
