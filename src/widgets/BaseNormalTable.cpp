@@ -30,6 +30,18 @@ constexpr int kCellMargin = 14; ///< pixels beside the text of a cell
 constexpr int kMostColumnWidth = 320;
 constexpr int kLeastMeasuredRows = 50; ///< before the table is shown, no row can be seen
 
+/// A change of the columns that the user has not made.
+class COwnChange {
+public:
+    explicit COwnChange(int& changes) : m_changes(changes) { ++m_changes; }
+    ~COwnChange() { --m_changes; }
+    COwnChange(const COwnChange&) = delete;
+    COwnChange& operator=(const COwnChange&) = delete;
+
+private:
+    int& m_changes;
+};
+
 } // namespace
 
 CBaseNormalTable::CBaseNormalTable(QWidget* parent)
@@ -100,6 +112,9 @@ void CBaseNormalTable::connectParts() {
     connect(m_pHeader, &CFilterHeader::sigFilterClicked, this,
             [this](int column, const QPoint& below) { showFilterMenu(column, below); });
     connect(m_pHeader, &QHeaderView::sectionClicked, this, &CBaseNormalTable::sortBy);
+    const auto keepChange = [this] { m_bLayoutChanged = m_bLayoutChanged || m_nOwnChanges == 0; };
+    connect(m_pHeader, &QHeaderView::sectionMoved, this, keepChange);
+    connect(m_pHeader, &QHeaderView::sectionResized, this, keepChange);
     connect(m_pView, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& point) { m_pMenu->popup(m_pView->viewport()->mapToGlobal(point)); });
     connect(m_pView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
@@ -139,11 +154,25 @@ void CBaseNormalTable::setColumnIsNumber(int column, bool isNumber) {
     m_pModel->column(column).m_alignment = (isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
 }
 
+void CBaseNormalTable::setColumnKey(int column, const QString& key) {
+    m_pModel->column(column).m_strKey = key;
+}
+
+QString CBaseNormalTable::columnKey(int column) const {
+    const auto* found = m_pModel->findColumn(column);
+    return found != nullptr && !found->m_strKey.isEmpty() ? found->m_strKey : QString::number(column);
+}
+
+bool CBaseNormalTable::isNumberColumn(int column) const {
+    return (m_pModel->findColumn(column)->m_alignment & Qt::AlignRight) != 0;
+}
+
 void CBaseNormalTable::setColumnToolTip(int column, const QString& text) {
     m_pModel->column(column).m_strToolTip = text;
 }
 
 void CBaseNormalTable::setColumnHidden(int column, bool isHidden) {
+    const COwnChange change(m_nOwnChanges);
     m_pView->setColumnHidden(column, isHidden);
     m_pStat->follow();
 }
@@ -254,34 +283,41 @@ void CBaseNormalTable::showHiddenRows() {
     m_pHeader->viewport()->update();
 }
 
-void CBaseNormalTable::adjustVisibleRowsColumnWidth() {
-    QFont bold = m_pView->font();
-    bold.setBold(true);
-    const QFontMetrics plainMetrics(m_pView->font()), boldMetrics(bold);
+int CBaseNormalTable::textWidth(int column) const {
+    QFont font = m_pView->font();
+    font.setBold(m_pModel->findColumn(column)->m_bBold);
+    const QFontMetrics metrics(font);
     const int height = m_pView->verticalHeader()->defaultSectionSize();
     const int first = std::max(0, m_pView->rowAt(0));
     const int seen = std::max(kLeastMeasuredRows, m_pView->viewport()->height() / height + 1);
     const int rows = std::min(m_pFilter->rowCount(), first + seen);
+    int width = metrics.horizontalAdvance(m_pStat->text(column));
+    for (int row = first; row < rows; ++row)
+        width = std::max(width, metrics.horizontalAdvance(m_pFilter->index(row, column).data().toString()));
+    return std::min(width + kCellMargin, kMostColumnWidth);
+}
+
+void CBaseNormalTable::adjustVisibleRowsColumnWidth() {
+    const COwnChange change(m_nOwnChanges);
     for (int column = 0; column < columnCount(); ++column) {
         if (isColumnHidden(column)) continue;
-        const QFontMetrics& metrics = m_pModel->findColumn(column)->m_bBold ? boldMetrics : plainMetrics;
-        int width = metrics.horizontalAdvance(m_pStat->text(column)) + kCellMargin;
-        for (int row = first; row < rows; ++row) {
-            const QString text = m_pFilter->index(row, column).data().toString();
-            width = std::max(width, metrics.horizontalAdvance(text) + kCellMargin);
-        }
-        width = std::max(width, m_pHeader->sectionSizeHint(column));
+        const int width = std::max(textWidth(column), m_pHeader->sectionSizeHint(column));
         m_pView->setColumnWidth(column, std::min(width, kMostColumnWidth));
     }
     m_pStat->follow();
 }
 
 QString CBaseNormalTable::saveConfigStr() const {
-    return saveLayout(*m_pHeader);
+    return saveLayout(*m_pHeader, [this](int column) { return columnKey(column); });
 }
 
 void CBaseNormalTable::loadConfigStr(const QString& layout) {
-    loadLayout(*m_pHeader, layout);
+    const COwnChange change(m_nOwnChanges);
+    loadLayout(*m_pHeader, layout, [this](int column) { return columnKey(column); });
+    for (int column = 0; column < columnCount(); ++column) {
+        if (!isColumnHidden(column) && isNumberColumn(column))
+            m_pView->setColumnWidth(column, std::max(m_pView->columnWidth(column), textWidth(column)));
+    }
     m_pStat->follow();
 }
 

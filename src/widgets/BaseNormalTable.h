@@ -42,6 +42,9 @@ public:
     void setColumnFlashChange(int column, bool isFlashing) override;
     /// Numbers are right-aligned, texts left-aligned.
     void setColumnIsNumber(int column, bool isNumber);
+    /// The column's name in a saved layout, for columns whose number is not always the same. ASCII letters,
+    /// digits and underscores.
+    void setColumnKey(int column, const QString& key);
     void setColumnToolTip(int column, const QString& text);
     void setColumnHidden(int column, bool isHidden);
     bool isColumnHidden(int column) const;
@@ -77,8 +80,11 @@ public:
 
     void adjustVisibleRowsColumnWidth() override;
     QString saveConfigStr() const override;
-    /// Applies a text of saveConfigStr. A damaged text does nothing.
+    /// Applies a text of saveConfigStr. A damaged text does nothing. A column of numbers gets more width if
+    /// its numbers would be cut: the user must see them whole.
     void loadConfigStr(const QString& layout);
+    /// Whether the user has moved or resized a column.
+    bool isLayoutChanged() const { return m_bLayoutChanged; }
     /// The height in pixels that header, rows and sum row need.
     int neededHeight() const;
 
@@ -111,6 +117,10 @@ private:
     void makeView();
     void connectParts();
     void sortBy(int column);
+    QString columnKey(int column) const;
+    bool isNumberColumn(int column) const;
+    /// The width in pixels that the texts of the column need, without its header.
+    int textWidth(int column) const;
     void showHiddenRows();
     void showFilterOfCurrentColumn();
 
@@ -122,6 +132,8 @@ private:
     CSimpleTextWidget* const m_pHidden;
     QMenu* const m_pMenu;
     QTimer* const m_pFlashTimer;
+    bool m_bLayoutChanged = false;
+    int m_nOwnChanges = 0; ///< above 0: the table itself changes its columns
     int m_nSortColumn = -1;
     Qt::SortOrder m_eSortOrder = Qt::AscendingOrder;
 };

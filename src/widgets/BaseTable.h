@@ -14,9 +14,17 @@ namespace UW {
 
 /// What the user may enter into a cell: numbers from `m_dMinimum` on, with at most `m_nDecimals` digits after
 /// the point.
-struct CNumberRule {
+struct ORDERSERVICE_EXPORT CNumberRule {
+    /// The greatest int means "not set" in the records.
+    static constexpr double kMostWhole = 0x7ffffffe;
+    static constexpr double kMostWithDecimals = 1e12;
+
     double m_dMinimum = 1;
     int m_nDecimals = 0;
+
+    double maximum() const { return m_nDecimals == 0 ? kMostWhole : kMostWithDecimals; }
+    /// Whether the text is such a number, with digits and at most one point.
+    bool accepts(const QString& text) const;
 };
 
 /// A table of texts and numbers. A row number always is the number of the record, whatever the table sorts or

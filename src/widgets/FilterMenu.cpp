@@ -1,6 +1,7 @@
 #include "orderservice/widgets/FilterMenu.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -11,6 +12,7 @@ namespace UW {
 CFilterMenu::CFilterMenu(const std::set<QString>& texts, const std::set<QString>* chosen, QWidget* parent)
     : QFrame(parent, Qt::Popup), m_pSearch(new QLineEdit(this)), m_pList(new QListWidget(this)) {
     setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false); // a closed menu must not end the application
     setFrameShape(QFrame::StyledPanel);
     m_pSearch->setPlaceholderText(QStringLiteral("搜索"));
     auto* all = new QPushButton(QStringLiteral("全选"), this);
@@ -26,7 +28,7 @@ CFilterMenu::CFilterMenu(const std::set<QString>& texts, const std::set<QString>
     layout->addLayout(buttons);
     connect(m_pSearch, &QLineEdit::textChanged, this, &CFilterMenu::search);
     connect(m_pSearch, &QLineEdit::returnPressed, this, &CFilterMenu::slotApply);
-    connect(m_pList, &QListWidget::itemActivated, this, &CFilterMenu::slotApply);
+    m_pList->installEventFilter(this);
     connect(all, &QPushButton::clicked, this, [this] { checkVisible(true); });
     connect(none, &QPushButton::clicked, this, [this] { checkVisible(false); });
     connect(clear, &QPushButton::clicked, this, &CFilterMenu::slotClear);
@@ -56,6 +58,15 @@ void CFilterMenu::checkVisible(bool isChecked) {
         if (!m_pList->item(i)->isHidden())
             m_pList->item(i)->setCheckState(isChecked ? Qt::Checked : Qt::Unchecked);
     }
+}
+
+/// Qt's signal itemActivated would also come for a single click on some desktops.
+bool CFilterMenu::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != m_pList || event->type() != QEvent::KeyPress) return QFrame::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter) return QFrame::eventFilter(watched, event);
+    slotApply();
+    return true;
 }
 
 void CFilterMenu::slotApply() {

@@ -30,6 +30,9 @@ signals:
     /// The texts to show. An empty set means all.
     void sigChosen(std::set<QString> texts);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void fill(const std::set<QString>& texts, const std::set<QString>* chosen);
     void search(const QString& text);

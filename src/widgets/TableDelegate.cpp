@@ -7,13 +7,11 @@
 #include <QLineEdit>
 #include <QLocale>
 
-#include <limits>
 #include <utility>
 
 namespace UW {
 namespace {
 
-constexpr double kMostMoney = 1e12;
 /// Dark texts on the light highlights, readable on a light and on a dark desktop.
 const QColor kFlashColor(255, 224, 130);
 const QColor kMarkColor(255, 204, 188);
@@ -22,10 +20,10 @@ const QColor kTextColor(33, 33, 33);
 QValidator* makeValidator(const CNumberRule& rule, QObject* parent) {
     QValidator* validator = nullptr;
     if (rule.m_nDecimals == 0) {
-        constexpr int kMost = std::numeric_limits<int>::max() - 1; // the greatest int means "not set"
-        validator = new QIntValidator(static_cast<int>(rule.m_dMinimum), kMost, parent);
+        validator =
+            new QIntValidator(static_cast<int>(rule.m_dMinimum), static_cast<int>(rule.maximum()), parent);
     } else {
-        auto* decimal = new QDoubleValidator(rule.m_dMinimum, kMostMoney, rule.m_nDecimals, parent);
+        auto* decimal = new QDoubleValidator(rule.m_dMinimum, rule.maximum(), rule.m_nDecimals, parent);
         decimal->setNotation(QDoubleValidator::StandardNotation);
         validator = decimal;
     }

@@ -3,6 +3,7 @@
 #include "orderservice/base/Clock.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <utility>
@@ -178,9 +179,21 @@ Qt::ItemFlags CTableModel::flags(const QModelIndex& index) const {
     return flags;
 }
 
+bool CNumberRule::accepts(const QString& text) const {
+    static const QRegularExpression kForm(QStringLiteral("^[0-9]+(\\.([0-9]*))?\\z"));
+    const QRegularExpressionMatch match = kForm.match(text);
+    if (!match.hasMatch() || match.capturedLength(2) > m_nDecimals) return false;
+    if (m_nDecimals == 0 && match.capturedLength(1) > 0) return false;
+    const double number = text.toDouble();
+    return number >= m_dMinimum && number <= maximum();
+}
+
 bool CTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
     const CCell* cell = find(index);
     if (cell == nullptr || role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable)) return false;
+    const std::function<CNumberRule(int row)>& rule =
+        m_columns[static_cast<std::size_t>(index.column())].m_rule;
+    if (rule && !rule(index.row()).accepts(value.toString())) return false;
     if (cell->m_strText != value.toString()) emit sigEdited(index.row(), index.column(), value.toString());
     return true;
 }

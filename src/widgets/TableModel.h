@@ -27,6 +27,7 @@ public:
 
     struct CColumn {
         QString m_strHeader;
+        QString m_strKey; ///< name in a saved layout; empty: the number of the column
         QString m_strToolTip;
         Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;
         bool m_bEditable = false;

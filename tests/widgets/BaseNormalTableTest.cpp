@@ -205,8 +205,58 @@ TEST_F(BaseNormalTable, LayoutIsSavedAndDamagedOnesAreIgnored) {
         EXPECT_EQ(table.saveConfigStr(), QStringLiteral("1;1:90,0:150")) << text;
     }
     const int least = std::max(20, table.view()->horizontalHeader()->minimumSectionSize());
-    table.loadConfigStr(QStringLiteral("1;0:70,1:3,7:80"));
-    EXPECT_EQ(table.saveConfigStr(), QStringLiteral("1;0:70,1:%1").arg(least));
+    table.loadConfigStr(QStringLiteral("1;1:70,0:3,7:80"));
+    EXPECT_EQ(table.saveConfigStr(), QStringLiteral("1;1:70,0:%1").arg(least));
+}
+
+TEST_F(BaseNormalTable, SavedWidthDoesNotCutNumbers) {
+    table.setItemText(0, 0, QString(20, QLatin1Char('m')));
+    table.setItemDouble(2, 1, 123456789012.25, 2);
+    table.loadConfigStr(QStringLiteral("1;1:30,0:30"));
+    EXPECT_GT(table.view()->columnWidth(1), table.fontMetrics().horizontalAdvance(table.itemText(2, 1)));
+    EXPECT_LT(table.view()->columnWidth(0), 60) << "a text may be cut";
+    table.loadConfigStr(QStringLiteral("1;1:250"));
+    EXPECT_EQ(table.view()->columnWidth(1), 250);
+}
+
+TEST_F(BaseNormalTable, OnlyTheUserChangesTheLayout) {
+    table.adjustVisibleRowsColumnWidth();
+    table.loadConfigStr(QStringLiteral("1;1:90,0:150"));
+    table.setColumnHidden(0, true);
+    table.setColumnHidden(0, false);
+    table.setRowCount(5);
+    EXPECT_FALSE(table.isLayoutChanged());
+    table.view()->setColumnWidth(0, 77);
+    EXPECT_TRUE(table.isLayoutChanged());
+}
+
+TEST_F(BaseNormalTable, MovedColumnChangesTheLayout) {
+    table.view()->horizontalHeader()->moveSection(1, 0);
+    EXPECT_TRUE(table.isLayoutChanged());
+}
+
+TEST_F(BaseNormalTable, SavedColumnIsFoundByItsKey) {
+    table.setColumnKey(1, QStringLiteral("amount_1"));
+    table.view()->setColumnWidth(0, 70);
+    table.view()->setColumnWidth(1, 90);
+    EXPECT_EQ(table.saveConfigStr(), QStringLiteral("1;0:70,amount_1:90"));
+    table.loadConfigStr(QStringLiteral("1;1:200,amount_1:110,0:80"));
+    EXPECT_EQ(table.saveConfigStr(), QStringLiteral("1;amount_1:110,0:80"));
+}
+
+TEST_F(BaseNormalTable, EditMustMeetTheRule) {
+    table.setColumnEditable(1, true);
+    table.setColumnEditor(1, [](int row) { return UW::CNumberRule{1, row == 2 ? 2 : 0}; });
+    int edits = 0;
+    QObject::connect(&table, &UW::CBaseNormalTable::sigItemEdited, [&] { ++edits; });
+    QAbstractItemModel* model = table.view()->model();
+    for (const char* text : {"0", "-5", "1.5", "1.", "1,000", "1e3", "", "x", "2147483647", "5\n"})
+        EXPECT_FALSE(model->setData(model->index(0, 1), QString::fromLatin1(text), Qt::EditRole)) << text;
+    EXPECT_FALSE(model->setData(model->index(2, 1), QStringLiteral("1.255"), Qt::EditRole));
+    EXPECT_EQ(edits, 0);
+    EXPECT_TRUE(model->setData(model->index(0, 1), QStringLiteral("2147483646"), Qt::EditRole));
+    EXPECT_TRUE(model->setData(model->index(2, 1), QStringLiteral("1.25"), Qt::EditRole));
+    EXPECT_EQ(edits, 2);
 }
 
 TEST_F(BaseNormalTable, SumRowHasTheWidthsOfTheColumns) {

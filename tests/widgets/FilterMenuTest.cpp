@@ -57,6 +57,25 @@ TEST_F(FilterMenu, SearchedTextsAreChosenByEnter) {
     EXPECT_EQ(result, (CTexts{QStringLiteral("A1"), QStringLiteral("A2")}));
 }
 
+TEST_F(FilterMenu, EnterInTheListChooses) {
+    open();
+    uncheck(0);
+    QTest::keyClick(menu->list(), Qt::Key_Return);
+    EXPECT_EQ(result, (CTexts{QStringLiteral("A2"), QStringLiteral("B1")}));
+}
+
+TEST_F(FilterMenu, ActivationOfATextDoesNotChoose) {
+    open();
+    uncheck(0);
+    emit menu->list()->itemActivated(menu->list()->item(1)); // a single click on some desktops
+    EXPECT_FALSE(result.has_value());
+}
+
+TEST_F(FilterMenu, ItsEndDoesNotEndTheApplication) {
+    open();
+    EXPECT_FALSE(menu->testAttribute(Qt::WA_QuitOnClose));
+}
+
 TEST_F(FilterMenu, NothingCannotBeChosen) {
     open();
     for (int i = 0; i < 3; ++i)
