@@ -134,8 +134,8 @@ struct CDeskConfig {
     EConfirm confirm = EConfirm::Decline;
     bool acceptForcedConfirm = false; ///< answer used instead of the user's if a command must be confirmed
     bool allowRemoteSocket = false;   ///< order sockets may accept connections from other machines
-    /// Names of the switches of "mdl_order" that are on. The command guard is on unless the folder turns it
-    /// off.
+    /// Names of the switches of "mdl_order" that are on. The command guard and the two guards of the
+    /// confirmation are on unless the folder turns them off.
     std::set<std::string> switches;
     std::vector<CAccountEntry> accounts;
     std::vector<CGroupEntry> groups;

@@ -23,6 +23,8 @@ constexpr ESubject kAllOfDesk = ESubject::Desk | ESubject::Accounts | ESubject::
 constexpr std::string_view kTables[] = {"user",    "desk",  "socket", "switches", "settings",
                                         "account", "group", "basket", "portfolio"};
 using TC::kCommandGuardSwitch;
+using TC::kConfirmGuardSwitch;
+using TC::kConfirmReadOnlySwitch;
 using TC::kForceConfirmSwitch;
 /// Kinds of users whose commands the order service issues.
 const std::set<int> kCommandKinds = {80, 90, 91, 92, 100, 101};
@@ -44,7 +46,8 @@ public:
         : m_config(config), m_diagnostics(diagnostics) {}
 
     CDeskLines read(const toml::table& root) {
-        m_config.switches.insert(kCommandGuardSwitch); // on even if the file has no [switches] table
+        // On even if the file has no [switches] table.
+        m_config.switches = {kCommandGuardSwitch, kConfirmGuardSwitch, kConfirmReadOnlySwitch};
         const CTomlSection section(kDeskFile, root, kDeskFile, m_diagnostics);
         section.read(
             {
@@ -175,7 +178,8 @@ private:
 
     void readSwitches(const toml::table& table) {
         const CTomlSection section = sectionOf(table, "switches");
-        std::map<std::string, bool> switches{{kCommandGuardSwitch, true}};
+        std::map<std::string, bool> switches{
+            {kCommandGuardSwitch, true}, {kConfirmGuardSwitch, true}, {kConfirmReadOnlySwitch, true}};
         std::map<std::string, CTomlSetter> setters;
         for (const std::string& name : switchNames())
             setters[name] = section.flag(switches[name]);

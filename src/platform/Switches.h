@@ -15,6 +15,7 @@ inline constexpr const char* kCommandGuardSwitch = "mdl_order_command_guard";
 inline constexpr const char* kCommandRemarkSwitch = "mdl_order_command_remark";
 inline constexpr const char* kComposeHedgeSwitch = "mdl_order_compose_hedge";
 inline constexpr const char* kComposeTradeSwitch = "mdl_order_compose_basket_buy_sell";
+inline constexpr const char* kConfirmGuardSwitch = "mdl_order_confirm_guard";
 inline constexpr const char* kConfirmReadOnlySwitch = "mdl_order_confirm_read_only";
 inline constexpr const char* kCreditSpecialCodeSwitch = "mdl_order_credit_special_code";
 inline constexpr const char* kFileGuardSwitch = "mdl_order_file_guard";
@@ -27,10 +28,10 @@ inline constexpr const char* kTriggerPriceSwitch = "mdl_order_trigger_price";
 
 /// All switches of the module, for a host that lets its user set them.
 inline constexpr const char* kOrderSwitches[] = {
-    kCommandGuardSwitch,    kCommandRemarkSwitch,     kComposeHedgeSwitch, kComposeTradeSwitch,
-    kConfirmReadOnlySwitch, kCreditSpecialCodeSwitch, kFileGuardSwitch,    kForceConfirmSwitch,
-    kMarketIfTouchedSwitch, kPbDisplaySwitch,         kSocketGuardSwitch,  kSplitOrderNumSwitch,
-    kTriggerPriceSwitch};
+    kCommandGuardSwitch,  kCommandRemarkSwitch,   kComposeHedgeSwitch,      kComposeTradeSwitch,
+    kConfirmGuardSwitch,  kConfirmReadOnlySwitch, kCreditSpecialCodeSwitch, kFileGuardSwitch,
+    kForceConfirmSwitch,  kMarketIfTouchedSwitch, kPbDisplaySwitch,         kSocketGuardSwitch,
+    kSplitOrderNumSwitch, kTriggerPriceSwitch};
 
 /// The name of the switch that a path of LuaModuleCtrl::checkModule asks for. Null if the path is not the
 /// order module and one switch. The pointer is into the path. Any thread.

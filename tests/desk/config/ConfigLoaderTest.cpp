@@ -56,12 +56,14 @@ confirm = "accept"
     EXPECT_EQ(user.hintBits, 9);
     EXPECT_EQ(user.msgFlags.at(4), std::make_pair(true, false));
     EXPECT_EQ(loaded.config.switches,
-              (std::set<std::string>{"mdl_order_command_guard", "mdl_order_command_remark"}));
+              (std::set<std::string>{"mdl_order_command_guard", "mdl_order_command_remark",
+                                     "mdl_order_confirm_guard", "mdl_order_confirm_read_only"}));
     EXPECT_TRUE(loaded.config.acceptForcedConfirm);
 }
 
-TEST(ConfigLoader, CommandGuardIsOnUnlessItIsTurnedOff) {
-    const std::set<std::string> guard{"mdl_order_command_guard"};
+TEST(ConfigLoader, GuardsAreOnUnlessTheyAreTurnedOff) {
+    const std::set<std::string> guard{"mdl_order_command_guard", "mdl_order_confirm_guard",
+                                      "mdl_order_confirm_read_only"};
     const CConfigFolder folder;
     CLoadedConfig loaded = folder.load();
     ASSERT_TRUE(loaded.mistakes.empty()) << loaded.mistakes[0].message;
@@ -73,7 +75,9 @@ TEST(ConfigLoader, CommandGuardIsOnUnlessItIsTurnedOff) {
     EXPECT_EQ(loaded.config.switches, guard);
     for (const CDiagnostic& warning : loaded.warnings)
         EXPECT_EQ(warning.message.find("mdl_order_command_guard"), std::string::npos) << warning.message;
-    folder.replace("desk.toml", "mdl_order_command_guard = true", "mdl_order_command_guard = false");
+    folder.replace("desk.toml", "mdl_order_command_guard = true",
+                   "mdl_order_command_guard = false\nmdl_order_confirm_guard = false\n"
+                   "mdl_order_confirm_read_only = false");
     EXPECT_EQ(folder.load().config.switches, std::set<std::string>());
 }
 

@@ -61,11 +61,13 @@ const test::CSpoiled kDeskRows[] = {
      "[switches]\nmdl_order_remark = true\n[settings.stock]",
      "desk.toml:26: switches: unknown key \"mdl_order_remark\"; expected one of mdl_order_command_guard, "
      "mdl_order_command_remark, "
-     "mdl_order_compose_basket_buy_sell, mdl_order_compose_hedge, mdl_order_file_guard, "
+     "mdl_order_compose_basket_buy_sell, mdl_order_compose_hedge, mdl_order_confirm_guard, "
+     "mdl_order_confirm_read_only, mdl_order_credit_special_code, mdl_order_file_guard, "
+     "mdl_order_market_if_touched, "
      "mdl_order_pb_display, "
      "mdl_order_service_force_confirm, "
      "mdl_order_socket_guard, "
-     "mdl_order_split_orderNum"},
+     "mdl_order_split_orderNum, mdl_order_trigger_price"},
     {"ListExpected", "desk.toml", "[{ account = \"A1\", weight = 6 }]",
      "[{ account = \"A1\", weight = 6 }, \"C1\"]",
      "desk.toml:19: group: members is \"C1\"; expected a table"},
