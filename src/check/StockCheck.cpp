@@ -7,9 +7,6 @@
 namespace TC {
 namespace {
 
-/// The price of one unit of the par-priced instruments on SH.
-constexpr double kParPrice = 100.0;
-
 bool resolveKeyedStockCode(CCheckRun& run) {
     return resolveStockCode(run.code, EKeyJoin::StockKey) || failCode(run);
 }
@@ -25,7 +22,7 @@ int stockVolumeOfAmount(const CCheckRun& run) {
     // market price.
     const bool isParPriced = stock.m_strMarket == "SH" &&
                              knservice::isTypedStock(knservice::kTypeParPriced, "SH", stock.m_strCode, {});
-    return roundToUnit(run, volumeOfAmount(run, isParPriced ? kParPrice : kUnsetDouble));
+    return roundToUnit(run, volumeOfAmount(run, isParPriced ? knservice::kParPrice : kUnsetDouble));
 }
 
 void finishFundRecord(const CCheckRun& run, int volume, CCodeOrderParam& record) {

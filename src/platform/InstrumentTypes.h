@@ -15,6 +15,7 @@ inline constexpr int kTypeStarMarket = 1172;      ///< its unit is getUiMinUnit,
 inline constexpr int kBasketTypes[] = {100003, 100016, 100004, 100024, 100013};
 /// On SH, an amount is converted to a volume at a price of 100, not at the quote.
 inline constexpr int kTypeParPriced = 126;
+inline constexpr double kParPrice = 100; ///< of an instrument of this type on SH, in currency units
 
 /// Which types an instrument has, and its units. Every operation may be called from any thread, returns at
 /// once and does not throw. market and code are UTF-8.

@@ -27,7 +27,8 @@ struct CInstrumentDetail {
     std::string m_strName;
     std::string m_strProductId;
     double m_dReferencePrice = kUnsetDouble; ///< currency units
-    double m_dMultiplier = 1;                ///< money = price * volume * multiplier; 1 for stocks, above 0
+    /// Money = price * volume * multiplier, above 0. Not set: 1 for stocks, not known for contracts.
+    double m_dMultiplier = kUnsetDouble;
     CTradeInfo m_tradeInfo;
 };
 

@@ -1,15 +1,11 @@
 #include "orderservice/ui/OrdersConfirmWidget.h"
 
 #include "orderservice/base/Unset.h"
-#include "orderservice/platform/DataCenter.h"
-#include "orderservice/platform/ExchangeClient.h"
-#include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
 #include "orderservice/platform/LuaModuleCtrl.h"
 #include "orderservice/platform/Switches.h"
-#include "orderservice/platform/TraderCenter.h"
-#include "orderservice/platform/UserConfig.h"
 #include "orderservice/ui/BatchTraderType.h"
+#include "orderservice/ui/HostFacts.h"
 #include "orderservice/ui/OrderCells.h"
 #include "orderservice/ui/OrderParamTable.h"
 #include "orderservice/ui/QuoteRows.h"
@@ -32,7 +28,7 @@ constexpr int kMoneyDecimals = 2;
 
 const char* const kVolumeToolTip = "修改只保留在本表内, 不改变任何指令. 下单按原分配量执行.";
 const char* const kReadOnlyToolTip = "下单按此分配量执行. 本表不能修改分配量.";
-const char* const kHelpText = "每行是一笔指令; 多账号的指令只显示最后一个账号的部分.\n"
+const char* const kHelpText = "每行是一笔指令; 多账号或篮子的指令只显示最后一条.\n"
                               "最新市值每 0.5 秒更新一次, 没有行情时显示 -.\n"
                               "在表内修改的分配量不改变任何指令.\n"
                               "点击列标题排序, 点击标题右侧的漏斗筛选, Ctrl+C 复制选中的行.";
@@ -61,41 +57,16 @@ int decimalsOf(const std::optional<double>& price) {
     return decimals;
 }
 
-QString accountKeyOf(const CCodeOrderParam& record) {
-    return record.m_account ? QString::fromStdString(record.m_account->getKey()) : QString();
-}
-
-CAccountProduct productOf(const QString& account) {
-    const CUserConfig* user = getUserConfig();
-    if (user == nullptr || account.isEmpty()) return {};
-    return hostCall<&CUserConfig::getAccountProduct>.on(*user, account);
-}
-
-/// What the account can order of the record's instrument.
-std::optional<double> availableVolume(const CCodeOrderParam& record) {
-    if (!record.m_account) return std::nullopt;
-    knservice::CDataCenter& centre = hostCall<&knservice::TraderCenter::getDataCenter>();
-    const auto data =
-        hostCall<&knservice::CDataCenter::getAccountData>.on(centre, record.m_account->getKey());
-    if (!data) return std::nullopt;
-    const int volume = hostCall<&knservice::CAccountData::getCanOrderVolume>.on(*data, record);
-    return isUnset(volume) ? std::nullopt : std::optional<double>(volume);
-}
-
-/// The cells with what the host knows now. If the host fails, the failure is reported and they are empty.
-COrderCells readCells(const CCodeOrderParam& record, EQdTraderType traderType) {
-    COrderCells cells;
-    runGuarded(QStringLiteral("下单确认表中有未能显示的内容"), [&] {
-        const QString key = stockKeyOf(record);
-        CPriceDataPtr quote;
-        CInstrumentDetailPtr detail;
-        if (!key.isEmpty()) {
-            quote = hostCall<&CQuoteClient::getStockPrice>(key);
-            detail = hostCall<&CExchangeClient::getCodeInfo>(key);
-        }
-        cells = cellsOf(record, traderType, quote, detail);
-    });
-    return cells;
+/// The amounts of all rows together.
+COrdersTotal totalOf(const std::vector<std::optional<double>>& amounts) {
+    COrdersTotal total;
+    total.m_nOrders = static_cast<int>(amounts.size());
+    for (const std::optional<double>& amount : amounts) {
+        if (!amount) continue;
+        total.m_dAmount += *amount;
+        ++total.m_nWithAmount;
+    }
+    return total;
 }
 
 /// One update of the table: its changes are drawn together.
@@ -168,7 +139,7 @@ void COrdersConfirmWidget::prepare() {
     m_table->setColumnEditable(Volume, !isReadOnly);
     m_table->setColumnToolTip(Volume, QString::fromUtf8(isReadOnly ? kReadOnlyToolTip : kVolumeToolTip));
     m_table->setColumnEditor(Volume, [this](int row) {
-        return UW::CNumberRule{1, repaysMoney(m_rows->order(row)) ? kMoneyDecimals : 0};
+        return UW::CNumberRule{1, m_states.at(static_cast<std::size_t>(row)).m_bMoney ? kMoneyDecimals : 0};
     });
     m_table->setStatText(Account, QStringLiteral("合计"));
     setOrderKind(m_nOrderKind);
@@ -182,6 +153,7 @@ void COrdersConfirmWidget::makeExtraColumns() {
         if (!extra.m_isUsedBy(m_nTraderType) || !luawrapper::isOrderSwitchOn(extra.m_pszModule)) continue;
         const QString header = QString::fromUtf8(extra.m_pszHeader);
         makeColumn(column, header, false);
+        m_table->setColumnKey(column, QString::fromLatin1(extra.m_pszModule));
         m_extraColumns.insert(QString::fromLatin1(extra.m_pszModule), {column, header});
         m_nLastColumn = column++;
     }
@@ -196,63 +168,76 @@ void COrdersConfirmWidget::setOrders(const std::vector<CCodeOrderParam>& orders)
     m_requests.clear();
     m_table->clearFilter();
     m_table->setRowCount(static_cast<int>(orders.size()));
-    m_rows->setOrders(orders);
     m_original = orders;
+    m_states.assign(orders.size(), CRowState{});
     m_amounts.assign(orders.size(), std::nullopt);
-    std::vector<COrderCells> cells;
-    m_nPriceDecimals = kLeastDecimals;
-    for (const CCodeOrderParam& record : orders) {
-        cells.push_back(readCells(record, m_nTraderType));
-        for (const std::optional<double>& price : {cells.back().m_price, cells.back().m_basePrice})
-            m_nPriceDecimals = std::max(m_nPriceDecimals, decimalsOf(price));
-    }
-    {
-        const CTableUpdate update(*m_table);
-        for (std::size_t row = 0; row < orders.size(); ++row)
-            fillRow(static_cast<int>(row), orders[row], cells[row]);
-    }
-    setTotal();
-    showAmountSum();
+    m_originalAmounts = m_amounts;
+    CHostFacts host(m_nTraderType);
+    setInstruments(host);
     requestQuotes();
+    fillRows(host);
+    host.report();
+    showAmountSum();
     slotTimeout();
     m_table->adjustVisibleRowsColumnWidth();
 }
 
-void COrdersConfirmWidget::setTotal() {
-    m_total = {static_cast<int>(m_amounts.size()), 0, 0};
-    for (const std::optional<double>& amount : m_amounts) {
-        if (!amount) continue;
-        m_total.m_dAmount += *amount;
-        ++m_total.m_nWithAmount;
+void COrdersConfirmWidget::setInstruments(CHostFacts& host) {
+    std::vector<CQuoteRows::CInstrument> instruments(m_original.size());
+    for (std::size_t row = 0; row < m_original.size(); ++row) {
+        if (host.repaysMoney(m_original[row])) continue;
+        const CInstrumentFacts& facts = host.instrument(m_original[row]);
+        instruments[row] = {facts.m_strKey, facts.m_moneyRule};
     }
+    m_rows->setOrders(m_original, instruments);
+    host.restartRow(); // fillRows finds the same failures again
+}
+
+void COrdersConfirmWidget::fillRows(CHostFacts& host) {
+    std::vector<COrderCells> cells;
+    cells.reserve(m_original.size());
+    m_nPriceDecimals = kLeastDecimals;
+    for (const CCodeOrderParam& record : m_original) {
+        const CPriceDataPtr quote = host.quote(record);
+        m_rows->setKnownQuote(host.instrument(record).m_strKey, quote);
+        cells.push_back(cellsOf(record, m_nTraderType, host, quote));
+        host.endRow();
+        for (const std::optional<double>& price : {cells.back().m_price, cells.back().m_basePrice})
+            m_nPriceDecimals = std::max(m_nPriceDecimals, decimalsOf(price));
+    }
+    const CTableUpdate update(*m_table);
+    for (std::size_t row = 0; row < cells.size(); ++row) {
+        m_states[row] = {cells[row].m_bMoney, cells[row].m_bNeedsQuote};
+        m_originalAmounts[row] = cells[row].m_amount;
+        fillTexts(static_cast<int>(row), m_original[row], cells[row]);
+        fillNumbers(static_cast<int>(row), cells[row]);
+    }
+}
+
+COrdersTotal COrdersConfirmWidget::total() const {
+    return totalOf(m_originalAmounts);
 }
 
 std::vector<CCodeOrderParam> COrdersConfirmWidget::orders() const {
     return m_rows->orders();
 }
 
-void COrdersConfirmWidget::fillRow(int row, const CCodeOrderParam& record, const COrderCells& cells) {
-    fillNumbers(row, cells);
-    const auto text = [&](int column, const QString& value) {
-        m_table->setItemText(row, column, value.isEmpty() ? kNone : value);
-    };
-    // A failure of the host in one row must not hide the other rows.
-    runGuarded(QStringLiteral("下单确认表中有未能显示的内容"), [&] {
-        const QString account = accountKeyOf(record);
-        text(Account, account);
-        text(Market, QString::fromStdString(record.m_stock.m_strMarket));
-        text(Code, QString::fromStdString(record.m_stock.m_strCode));
-        text(Name, QString::fromStdString(record.m_stock.m_strName));
-        const CAccountProduct product = productOf(account);
-        text(Product, product.m_strName);
-        if (!product.m_strAccountName.isEmpty()) text(Account, product.m_strAccountName);
-        fillExtra(row, record);
-        setNumber(row, Available, availableVolume(record), 0);
-    });
+void COrdersConfirmWidget::setText(int row, int column, const QString& text) {
+    m_table->setItemText(row, column, text.isEmpty() ? kNone : text);
+}
+
+void COrdersConfirmWidget::fillTexts(int row, const CCodeOrderParam& record, const COrderCells& cells) {
+    setText(row, Account, cells.m_strAccount);
+    setText(row, Market, QString::fromStdString(record.m_stock.m_strMarket));
+    setText(row, Code, QString::fromStdString(record.m_stock.m_strCode));
+    setText(row, Name, QString::fromStdString(record.m_stock.m_strName));
+    setText(row, TradeType, cells.m_strTradeType);
+    setText(row, Product, cells.m_strProduct);
+    fillExtra(row, record);
+    setNumber(row, Available, cells.m_available, 0);
 }
 
 void COrdersConfirmWidget::fillNumbers(int row, const COrderCells& cells) {
-    m_table->setItemText(row, TradeType, cells.m_strTradeType);
     setNumber(row, Volume, cells.m_volume, cells.m_bMoney ? kMoneyDecimals : 0);
     setPrice(row, BasePrice, cells.m_basePrice);
     setPrice(row, Price, cells.m_price);
@@ -269,7 +254,8 @@ void COrdersConfirmWidget::fillExtra(int row, const CCodeOrderParam& record) {
     const std::string& named =
         record.m_strRepayText.empty() ? record.m_strContractText : record.m_strRepayText;
     m_table->setItemText(row, contract->first,
-                         named.empty() ? QStringLiteral("否") : QString::fromStdString(named));
+                         named.empty() ? QStringLiteral("否")
+                                       : QStringLiteral("是 ") + QString::fromStdString(named));
 }
 
 void COrdersConfirmWidget::setNumber(int row, int column, const std::optional<double>& value, int decimals) {
@@ -283,21 +269,47 @@ void COrdersConfirmWidget::setPrice(int row, int column, const std::optional<dou
 }
 
 void COrdersConfirmWidget::requestQuotes() {
+    int failed = 0;
+    QString cause;
     for (const QString& key : m_rows->keys()) {
-        runGuarded(QStringLiteral("下单确认表未能请求行情"), [&] {
+        try {
             const std::shared_ptr<CQuoteRows> rows = m_rows;
             m_requests.push_back(CQuoteRequest::makeRequest(
                 key, [rows, key](const CPriceDataPtr& price) { rows->setQuote(key, price); },
                 ESubscribeType::Plain));
-            m_rows->setKnownQuote(key, hostCall<&CQuoteClient::getStockPrice>(key));
-        });
+        } catch (...) {
+            if (failed++ == 0) cause = exceptionText();
+        }
     }
+    if (failed == 0) return;
+    reportSafely(QStringLiteral("[接口单]　下单确认表未能请求 %1 个代码的行情: ").arg(failed) + cause);
+}
+
+/// Works out the cells of the rows that had no quote when they were filled.
+void COrdersConfirmWidget::fillQuotedRows() {
+    CHostFacts host(m_nTraderType);
+    bool isFilled = false;
+    for (std::size_t row = 0; row < m_states.size(); ++row) {
+        const int number = static_cast<int>(row);
+        const CPriceDataPtr quote = m_states[row].m_bNeedsQuote ? m_rows->quote(number) : nullptr;
+        if (!quote) continue;
+        m_states[row].m_bNeedsQuote = false;
+        m_originalAmounts[row] = cellsOf(m_original[row], m_nTraderType, host, quote).m_amount;
+        fillNumbers(number, cellsOf(m_rows->order(number), m_nTraderType, host, quote));
+        host.endRow();
+        isFilled = true;
+    }
+    if (!isFilled) return;
+    host.report();
+    showAmountSum();
+    emit sigTotalChanged();
 }
 
 void COrdersConfirmWidget::slotTimeout() {
     if (m_nOrderKind != kOrdersKind) return;
     const std::vector<CQuoteRows::CValue> values = m_rows->values();
     const CTableUpdate update(*m_table);
+    fillQuotedRows();
     double sum = 0;
     bool hasValue = false;
     for (std::size_t row = 0; row < values.size(); ++row) {
@@ -315,16 +327,30 @@ void COrdersConfirmWidget::slotTimeout() {
 
 void COrdersConfirmWidget::edit(int row, int column, const QString& text) {
     if (column != Volume) return;
-    const bool isMoney = repaysMoney(m_rows->order(row));
-    if (isMoney) {
-        m_rows->setMoney(row, text.toDouble());
-    } else {
-        m_rows->setVolume(row, text.toInt());
-    }
-    fillNumbers(row, readCells(m_rows->order(row), m_nTraderType));
+    runGuarded(QStringLiteral("分配量未修改"), [&] {
+        const bool isMoney = m_states.at(static_cast<std::size_t>(row)).m_bMoney;
+        if (isMoney) {
+            m_rows->setMoney(row, text.toDouble());
+        } else {
+            m_rows->setVolume(row, text.toInt());
+        }
+        CHostFacts host(m_nTraderType);
+        const CCodeOrderParam record = m_rows->order(row);
+        host.setRepaysMoney(record, isMoney);
+        const CPriceDataPtr quote = m_rows->quote(row);
+        fillNumbers(row, cellsOf(record, m_nTraderType, host, quote ? quote : host.quote(record)));
+        host.endRow();
+        host.report();
+        markEdited(row);
+        showAmountSum();
+        slotTimeout();
+    });
+}
+
+void COrdersConfirmWidget::markEdited(int row) {
     const std::optional<double> before = quantityOf(m_original[static_cast<std::size_t>(row)]);
-    const std::optional<double> after = quantityOf(m_rows->order(row));
-    const bool isChanged = before != after;
+    const bool isChanged = before != quantityOf(m_rows->order(row));
+    const bool isMoney = m_states[static_cast<std::size_t>(row)].m_bMoney;
     m_table->setItemMarked(row, Volume, isChanged);
     m_table->setItemToolTip(row, Volume,
                             isChanged && before
@@ -332,19 +358,12 @@ void COrdersConfirmWidget::edit(int row, int column, const QString& text) {
                                       .arg(QString::number(*before, 'f', isMoney ? kMoneyDecimals : 0),
                                            QString::fromUtf8(kVolumeToolTip))
                                 : QString());
-    showAmountSum();
-    slotTimeout();
 }
 
 void COrdersConfirmWidget::showAmountSum() {
-    double sum = 0;
-    bool hasAmount = false;
-    for (const std::optional<double>& amount : m_amounts) {
-        if (!amount) continue;
-        sum += *amount;
-        hasAmount = true;
-    }
-    m_table->setStatText(Amount, hasAmount ? QString::number(sum, 'f', kMoneyDecimals) : kNone);
+    const COrdersTotal total = totalOf(m_amounts);
+    m_table->setStatText(
+        Amount, total.m_nWithAmount > 0 ? QString::number(total.m_dAmount, 'f', kMoneyDecimals) : kNone);
 }
 
 int COrdersConfirmWidget::tableHeight() const {
@@ -353,6 +372,10 @@ int COrdersConfirmWidget::tableHeight() const {
 
 void COrdersConfirmWidget::setTableConfig(const QString& config) {
     m_table->loadConfigStr(config);
+}
+
+bool COrdersConfirmWidget::isLayoutChanged() const {
+    return m_table->isLayoutChanged();
 }
 
 QString COrdersConfirmWidget::tableConfig() const {

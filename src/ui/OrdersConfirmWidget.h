@@ -21,6 +21,7 @@ class QTimer;
 
 namespace TC {
 
+class CHostFacts;
 class COrderParamTable;
 class CQuoteRows;
 struct COrderCells;
@@ -67,7 +68,7 @@ public:
     void setOrders(const std::vector<CCodeOrderParam>& orders);
     /// The records, with the volumes that the user has changed.
     std::vector<CCodeOrderParam> orders() const;
-    COrdersTotal total() const { return m_total; }
+    COrdersTotal total() const;
 
     /// The kind of the data. Column 6 is hidden and market values are not updated unless it is kOrdersKind.
     void setOrderKind(int kind);
@@ -76,6 +77,8 @@ public:
     int tableHeight() const;
     void setTableConfig(const QString& config);
     QString tableConfig() const;
+    /// Whether the user has moved or resized a column.
+    bool isLayoutChanged() const;
 
     /// The extra columns by their module name: column number and header.
     QMap<QString, QPair<int, QString>> extraColumns() const { return m_extraColumns; }
@@ -90,19 +93,30 @@ public slots:
 
 signals:
     void sigSelectionChanged();
+    /// A quote has come for a row that had no amount without it.
+    void sigTotalChanged();
 
 private:
+    struct CRowState {
+        bool m_bMoney = false;      ///< the row repays an amount of money
+        bool m_bNeedsQuote = false; ///< prices are filled when the first quote comes
+    };
+
     void makeTable();
     void makeColumn(int column, const QString& header, bool isNumber);
     void makeExtraColumns();
-    void fillRow(int row, const CCodeOrderParam& record, const COrderCells& cells);
-    void setTotal();
+    void setInstruments(CHostFacts& host);
+    void fillRows(CHostFacts& host);
+    void fillQuotedRows();
+    void setText(int row, int column, const QString& text);
+    void fillTexts(int row, const CCodeOrderParam& record, const COrderCells& cells);
     void fillNumbers(int row, const COrderCells& cells);
     void setPrice(int row, int column, const std::optional<double>& price);
     void fillExtra(int row, const CCodeOrderParam& record);
     void setNumber(int row, int column, const std::optional<double>& value, int decimals);
     void requestQuotes();
     void edit(int row, int column, const QString& text);
+    void markEdited(int row);
     void showAmountSum();
 
     const int m_nMode;
@@ -111,12 +125,13 @@ private:
     COrderParamTable* m_table = nullptr;
     const std::shared_ptr<CQuoteRows> m_rows; ///< also held by the quote call-backs
     std::vector<CCodeOrderParam> m_original;  ///< as setOrders got them
-    std::vector<std::optional<double>> m_amounts;
+    std::vector<CRowState> m_states;
+    std::vector<std::optional<double>> m_amounts;         ///< of the rows as the user has changed them
+    std::vector<std::optional<double>> m_originalAmounts; ///< of the rows as they came in
     std::vector<boost::shared_ptr<CQuoteRequest>> m_requests;
     QTimer* const m_refreshTimer;
     int m_nLastColumn = -1;
     int m_nPriceDecimals = 2;
-    COrdersTotal m_total;
     QMap<QString, QPair<int, QString>> m_extraColumns;
 };
 

@@ -1,19 +1,18 @@
 #include "orderservice/ui/QuoteRows.h"
 
 #include "orderservice/base/Unset.h"
-#include "orderservice/platform/ExchangeClient.h"
-#include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
 #include "orderservice/ui/OrderCells.h"
 
 #include <QMutexLocker>
 
 #include <cmath>
-#include <optional>
 #include <utility>
 
 namespace TC {
 namespace {
+
+const char* const kNotUpdated = "最新市值未更新";
 
 bool isUsable(const CPriceDataPtr& price) {
     return price && std::isfinite(price->m_dLastPrice) && !isInvalidPrice(price->m_dLastPrice) &&
@@ -22,19 +21,29 @@ bool isUsable(const CPriceDataPtr& price) {
 
 } // namespace
 
-void CQuoteRows::setOrders(const std::vector<CCodeOrderParam>& orders) {
-    // The host is asked before the lock is taken: it may hold a lock of its own while it calls back.
-    std::map<QString, std::vector<int>> rowsOf;
+void CQuoteRows::setOrders(const std::vector<CCodeOrderParam>& orders,
+                           const std::vector<CInstrument>& instruments) {
+    std::vector<CCodeOrderParam> newOrders = orders;
+    std::vector<CRow> rows(orders.size());
+    CQuotedMap quoted;
     for (std::size_t row = 0; row < orders.size(); ++row) {
-        const QString key = repaysMoney(orders[row]) ? QString() : stockKeyOf(orders[row]);
-        if (!key.isEmpty()) rowsOf[key].push_back(static_cast<int>(row));
+        const CInstrument& instrument = instruments.at(row);
+        if (instrument.m_strKey.isEmpty()) continue;
+        CQuoted& entry = quoted[instrument.m_strKey];
+        entry.m_moneyRule = instrument.m_moneyRule;
+        entry.m_rows.push_back(static_cast<int>(row));
     }
+    // The earlier records and quotes are destroyed at the end of this function, after the lock.
     const QMutexLocker lock(&m_mutex);
-    m_orders = orders;
-    m_rowsOf = std::move(rowsOf);
-    m_quoteRows.assign(orders.size(), CRow{});
-    for (std::size_t row = 0; row < orders.size(); ++row)
-        m_quoteRows[row].m_nRow = static_cast<int>(row);
+    m_orders.swap(newOrders);
+    m_quoted.swap(quoted);
+    m_quoteRows.swap(rows);
+    for (CRow& row : m_quoteRows)
+        row.m_quoted = m_quoted.end();
+    for (auto entry = m_quoted.begin(); entry != m_quoted.end(); ++entry) {
+        for (const int row : entry->second.m_rows)
+            m_quoteRows[static_cast<std::size_t>(row)].m_quoted = entry;
+    }
 }
 
 std::vector<CCodeOrderParam> CQuoteRows::orders() const {
@@ -52,8 +61,7 @@ void CQuoteRows::setVolume(int row, int volume) {
     CCodeOrderParam& order = m_orders.at(static_cast<std::size_t>(row));
     order.m_nVolume = volume;
     if (!isInvalidPrice(order.m_dQuantity)) order.m_dQuantity = volume;
-    CRow& record = m_quoteRows.at(static_cast<std::size_t>(row));
-    if (record.m_value.m_bValid) record.m_value.m_dMarketValue = volume * record.m_dUnitValue;
+    setValue(row);
 }
 
 void CQuoteRows::setMoney(int row, double money) {
@@ -66,44 +74,45 @@ void CQuoteRows::setMoney(int row, double money) {
 std::vector<QString> CQuoteRows::keys() const {
     const QMutexLocker lock(&m_mutex);
     std::vector<QString> keys;
-    for (const auto& [key, rows] : m_rowsOf)
+    for (const auto& [key, quoted] : m_quoted)
         keys.push_back(key);
     return keys;
 }
 
+CPriceDataPtr CQuoteRows::quote(int row) const {
+    const QMutexLocker lock(&m_mutex);
+    const auto quoted = m_quoteRows.at(static_cast<std::size_t>(row)).m_quoted;
+    return quoted != m_quoted.end() ? quoted->second.m_price : CPriceDataPtr();
+}
+
 void CQuoteRows::setQuote(const QString& key, const CPriceDataPtr& price) noexcept {
-    runGuarded(QStringLiteral("最新市值未更新"), [&] { update(key, price, false); });
+    runGuarded(QString::fromUtf8(kNotUpdated), [&] { update(key, price, false); });
 }
 
 void CQuoteRows::setKnownQuote(const QString& key, const CPriceDataPtr& price) noexcept {
-    runGuarded(QStringLiteral("最新市值未更新"), [&] { update(key, price, true); });
+    runGuarded(QString::fromUtf8(kNotUpdated), [&] { update(key, price, true); });
 }
 
 void CQuoteRows::update(const QString& key, const CPriceDataPtr& price, bool isKnown) {
     if (!isUsable(price)) return;
-    const double unit = unitValueOf(key, price->m_dLastPrice); // asks the host, so it needs no lock
+    CPriceDataPtr earlier; // destroyed after the lock
     const QMutexLocker lock(&m_mutex);
-    const auto found = m_rowsOf.find(key);
-    if (found == m_rowsOf.end()) return;
-    for (const int number : found->second) {
-        CRow& row = m_quoteRows[static_cast<std::size_t>(number)];
-        const std::optional<double> volume = quantityOf(m_orders[static_cast<std::size_t>(number)]);
-        if (!volume || (isKnown && row.m_value.m_bValid)) continue;
-        row.m_price = price;
-        row.m_dUnitValue = unit;
-        row.m_value = {*volume * unit, true};
-    }
+    const auto found = m_quoted.find(key);
+    if (found == m_quoted.end() || (isKnown && found->second.m_price)) return;
+    earlier = std::exchange(found->second.m_price, price);
+    for (const int row : found->second.m_rows)
+        setValue(row);
 }
 
-double CQuoteRows::unitValueOf(const QString& key, double price) const {
-    CStockInfo stock;
-    {
-        const QMutexLocker lock(&m_mutex);
-        const auto found = m_rowsOf.find(key);
-        if (found == m_rowsOf.end()) return 0;
-        stock = m_orders[static_cast<std::size_t>(found->second.front())].m_stock;
-    }
-    return moneyRuleOf(hostCall<&CExchangeClient::getCodeInfo>(key), stock).money(1, price);
+/// Works out the market value of a row from the quote of its instrument. The lock must be held.
+void CQuoteRows::setValue(int number) {
+    CRow& row = m_quoteRows[static_cast<std::size_t>(number)];
+    if (row.m_quoted == m_quoted.end() || !row.m_quoted->second.m_price) return;
+    const CQuoted& quoted = row.m_quoted->second;
+    const std::optional<double> volume = quantityOf(m_orders[static_cast<std::size_t>(number)]);
+    if (!volume || !quoted.m_moneyRule) return;
+    row.m_value.m_dMarketValue = quoted.m_moneyRule->money(*volume, quoted.m_price->m_dLastPrice);
+    row.m_value.m_bValid = true;
 }
 
 std::vector<CQuoteRows::CValue> CQuoteRows::values() const {

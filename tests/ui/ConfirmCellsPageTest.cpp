@@ -28,8 +28,10 @@ void setUpHost(CFakeHost& host, const CTableRow& row) {
     const auto detail = boost::make_shared<CInstrumentDetail>();
     detail->m_strMarket = "SH";
     detail->m_strCode = "600000";
-    detail->m_dMultiplier = std::stod(row.at("Multiplier"));
+    detail->m_dMultiplier = numberOr(row, "Multiplier", kUnsetDouble);
     host.exchange.stocks[QStringLiteral("SH600000")] = detail;
+    if (row.at("Instrument") == "unknown") host.exchange.stocks.clear();
+    host.rules.directRepays.insert(1021);
     host.rules.marketPrices.insert(static_cast<EPriceType>(44));
     if (row.at("Instrument") == "par") host.types.types.insert({126, "SH600000"});
     host.quotes.quotes.clear();

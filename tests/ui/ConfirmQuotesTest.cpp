@@ -1,4 +1,5 @@
 // Quotes come on a thread of the host and change records only. The timer writes them into the table.
+#include "orderservice/platform/Host.h"
 #include "orderservice/ui/QuoteRows.h"
 #include "tests/ui/ConfirmFixture.h"
 
@@ -42,7 +43,7 @@ TEST_F(ConfirmQuotes, QuoteChangesAllRowsOfItsInstrument) {
     EXPECT_EQ(table.sum(7), QStringLiteral("4000.00"));
 }
 
-TEST_F(ConfirmQuotes, KnownQuoteCountsAtOnce) {
+TEST_F(ConfirmQuotes, KnownQuoteIsShownAtOnce) {
     host.setPrice(kKey, 12);
     CConfirmTable table;
     table.widget.setOrders({makeRecord(100)});
@@ -71,6 +72,77 @@ TEST_F(ConfirmQuotes, FuturesAreMultiplied) {
     quote(kKey, 4000);
     table.widget.slotTimeout();
     EXPECT_EQ(table.cell(0, 7), QStringLiteral("2400000.00"));
+}
+
+TEST_F(ConfirmQuotes, ContractWithoutAMultiplierHasNoMarketValue) {
+    for (const int type : {2, 16, 32, 1024}) {
+        CConfirmTable table(static_cast<EQdTraderType>(type));
+        table.widget.setOrders({makeRecord(2)});
+        quote(kKey, 4000);
+        table.widget.slotTimeout();
+        EXPECT_EQ(table.cell(0, 7), QStringLiteral("-")) << type;
+        EXPECT_EQ(table.sum(7), QStringLiteral("-")) << type;
+    }
+}
+
+TEST_F(ConfirmQuotes, FirstQuoteFillsThePricesOfItsRows) {
+    CConfirmTable table;
+    CCodeOrderParam latest = makeRecord(100);
+    latest.m_ePriceType = EPriceType::Latest;
+    latest.m_dPrice = kUnsetDouble;
+    int changes = 0;
+    QObject::connect(&table.widget, &COrdersConfirmWidget::sigTotalChanged, [&] { ++changes; });
+    table.widget.setOrders({latest, makeRecord(100)});
+    EXPECT_EQ(table.cell(0, 8), QStringLiteral("-"));
+    EXPECT_EQ(table.cell(0, 10), QStringLiteral("-"));
+    EXPECT_EQ(table.widget.total().m_nWithAmount, 1);
+    quote(kKey, 10);
+    EXPECT_EQ(table.cell(0, 8), QStringLiteral("-")) << "only the timer touches the table";
+    table.widget.slotTimeout();
+    EXPECT_EQ(table.cell(0, 8), QStringLiteral("10.00"));
+    EXPECT_EQ(table.cell(0, 10), QStringLiteral("1000.00"));
+    EXPECT_EQ(table.sum(10), QStringLiteral("1950.00"));
+    EXPECT_DOUBLE_EQ(table.widget.total().m_dAmount, 1950.0);
+    quote(kKey, 12);
+    table.widget.slotTimeout();
+    EXPECT_EQ(table.cell(0, 8), QStringLiteral("10.00")) << "the base price does not follow the quotes";
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(ConfirmQuotes, CallBackCallsNoOperationOfTheHost) {
+    CConfirmTable table;
+    table.widget.setOrders({makeRecord(100)});
+    const auto callback = host.quotes.callbacks.at(kKey);
+    const auto price = makeQuote(10);
+    releaseHost(); // a call of the host would fail now
+    callback(price);
+    table.widget.slotTimeout();
+    EXPECT_EQ(table.cell(0, 7), QStringLiteral("1000.00"));
+    EXPECT_TRUE(price->calls.all().empty());
+    ASSERT_TRUE(installHost(host.services()).isSuccess());
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+/// A quote that uses the rows when it is destroyed, on another thread.
+class CUsingQuote : public fake::CQuote {
+public:
+    explicit CUsingQuote(CQuoteRows& rows) : m_rows(rows) { all(10); }
+    ~CUsingQuote() override {
+        std::thread([this] { (void)m_rows.values(); }).join(); // blocks for ever if the lock is held
+    }
+
+private:
+    CQuoteRows& m_rows;
+};
+
+TEST_F(ConfirmQuotes, QuotesAreDestroyedWithoutTheLock) {
+    CQuoteRows rows;
+    const std::vector<CQuoteRows::CInstrument> instruments{{kKey, CMoneyRule{}}};
+    rows.setOrders({makeRecord(100)}, instruments);
+    rows.setQuote(kKey, boost::make_shared<CUsingQuote>(rows));
+    rows.setQuote(kKey, boost::make_shared<CUsingQuote>(rows));
+    rows.setOrders({makeRecord(100)}, instruments);
+    EXPECT_FALSE(rows.values().at(0).m_bValid);
 }
 
 TEST_F(ConfirmQuotes, ParPricedInstrumentOfShanghaiIsVolumeTimesHundred) {

@@ -1,0 +1,120 @@
+// The table when operations of the host fail: what the record itself says is shown, and nothing throws.
+#include "orderservice/platform/Host.h"
+#include "tests/ui/ConfirmFixture.h"
+
+#include <QTableView>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace {
+
+using namespace TC;
+
+class CFailingRules : public fake::CRules {
+public:
+    bool isDirectRepay(EOperationType operation) override {
+        if (fails) throw std::runtime_error("no rules");
+        return CRules::isDirectRepay(operation);
+    }
+    bool isMarketPrice(EPriceType type) override {
+        if (fails) throw std::runtime_error("no rules");
+        return CRules::isMarketPrice(type);
+    }
+    bool fails = false;
+};
+
+class CFailingExchange : public fake::CExchange {
+public:
+    CInstrumentDetailPtr getCodeInfo(const QString& key) override {
+        if (key == failing) throw std::runtime_error("no line");
+        return CExchange::getCodeInfo(key);
+    }
+    QString failing;
+};
+
+class ConfirmTrouble : public testing::Test {
+protected:
+    void SetUp() override {
+        CHost services = host.services();
+        services.tradingRules = &rules;
+        services.exchangeClient = &exchange;
+        releaseHost();
+        ASSERT_TRUE(installHost(services).isSuccess());
+    }
+    static void enterVolume(CConfirmTable& table, const char* text) {
+        QAbstractItemModel* model = table.widget.table()->view()->model();
+        model->setData(model->index(0, COrdersConfirmWidget::Volume), QString::fromLatin1(text),
+                       Qt::EditRole);
+    }
+
+    CFakeHost host;
+    CFailingRules rules;
+    CFailingExchange exchange;
+};
+
+TEST_F(ConfirmTrouble, FailureInOneRowLeavesTheOthers) {
+    exchange.failing = QStringLiteral("SH600001");
+    CConfirmTable table;
+    table.widget.setOrders({makeRecord(100, "600001"), makeRecord(200)});
+    EXPECT_EQ(table.cell(0, 2), QStringLiteral("600001"));
+    EXPECT_EQ(table.cell(0, 4), QStringLiteral("买入"));
+    EXPECT_EQ(table.cell(0, 5), QStringLiteral("100"));
+    EXPECT_EQ(table.cell(0, 9), QStringLiteral("9.50"));
+    EXPECT_EQ(table.cell(0, 10), QStringLiteral("-"));
+    EXPECT_EQ(table.cell(1, 10), QStringLiteral("1900.00"));
+}
+
+TEST_F(ConfirmTrouble, AllRowsThatFailGiveOneReport) {
+    exchange.failing = QStringLiteral("SH600001");
+    CConfirmTable table;
+    table.widget.setOrders({makeRecord(100, "600001"), makeRecord(200), makeRecord(300, "600001")});
+    EXPECT_EQ(host.messageTexts(),
+              (std::vector<QString>{QStringLiteral("[接口单]　下单确认表有 2 行未能完整显示: "
+                                                   "CExchangeClient::getCodeInfo: no line")}));
+}
+
+TEST_F(ConfirmTrouble, FailingQuotesLeaveTheRecordsOwnNumbers) {
+    host.quotes.onRead = [](const QString&, int) { throw std::runtime_error("no line"); };
+    CConfirmTable table;
+    table.widget.setOrders({makeRecord(100)});
+    EXPECT_EQ(table.cell(0, 5), QStringLiteral("100"));
+    EXPECT_EQ(table.cell(0, 7), QStringLiteral("-"));
+    EXPECT_EQ(table.cell(0, 10), QStringLiteral("950.00"));
+    EXPECT_EQ(host.messageTexts().size(), 1u);
+}
+
+TEST_F(ConfirmTrouble, FailingRulesLeaveTheRecordsOwnNumbers) {
+    rules.fails = true;
+    CConfirmTable table;
+    CCodeOrderParam bid = makeRecord(200);
+    bid.m_ePriceType = EPriceType::Buy1;
+    table.widget.setOrders({makeRecord(100), bid});
+    EXPECT_EQ(table.cell(0, 5), QStringLiteral("100"));
+    EXPECT_EQ(table.cell(0, 9), QStringLiteral("9.50"));
+    EXPECT_EQ(table.cell(1, 5), QStringLiteral("200"));
+    EXPECT_EQ(table.cell(1, 9), QStringLiteral("9.50"));
+    EXPECT_EQ(host.messageTexts().size(), 1u);
+}
+
+TEST_F(ConfirmTrouble, EditDoesNotThrowWhenTheHostFails) {
+    CConfirmTable table;
+    table.widget.setOrders({makeRecord(100)});
+    rules.fails = true;
+    QTableView* view = table.widget.table()->view();
+    const QModelIndex cell = view->model()->index(0, COrdersConfirmWidget::Volume);
+    view->setCurrentIndex(cell);
+    EXPECT_NO_THROW(view->edit(cell));
+    EXPECT_NO_THROW(enterVolume(table, "500"));
+    EXPECT_EQ(table.cell(0, 5), QStringLiteral("500"));
+    EXPECT_TRUE(host.messageTexts().empty()) << "an edit does not ask whether the row is money";
+}
+
+TEST_F(ConfirmTrouble, HostIsAskedOnceForEachInstrument) {
+    CConfirmTable table;
+    table.widget.setOrders(std::vector<CCodeOrderParam>(50, makeRecord(100)));
+    EXPECT_EQ(host.quotes.reads[QStringLiteral("SH600000")], 1);
+}
+
+} // namespace
