@@ -25,7 +25,7 @@ struct CConfirmQuestion {
 enum class EConfirmResult {
     Declined,
     Accepted,
-    NotAsked, ///< nobody could be asked; m_strReason says why
+    NotAsked, ///< nobody could be asked, or nobody has answered; m_strReason says why
 };
 
 struct CConfirmAnswer {

@@ -1,8 +1,11 @@
 #include "orderservice/ui/OrdersMessageBox.h"
 
+#include "orderservice/base/Clock.h"
 #include "orderservice/gates/IntakePause.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/LuaModuleCtrl.h"
+#include "orderservice/platform/Switches.h"
 #include "orderservice/platform/UserConfig.h"
 #include "orderservice/ui/BatchTraderType.h"
 #include "orderservice/ui/OrderParamTable.h"
@@ -14,6 +17,7 @@
 #include "orderservice/widgets/WidgetList.h"
 
 #include <QApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QPushButton>
@@ -33,7 +37,11 @@ constexpr int kHeightBesideTable = 30;
 constexpr int kButtonWidth = 80, kButtonHeight = 26;
 constexpr int kLabelHeight = 22;
 
+/// With the guard, 确定 is ignored for this time after the dialog was shown. The user sees the batch first.
+constexpr double kGuardSeconds = 0.5;
+
 COrdersMessageBox* s_pOpen = nullptr; ///< the dialog that is open
+bool s_bAnswered = false;             ///< the user has ended the last dialog
 std::map<int, std::string> s_remarks; ///< by the caller's key; kept after the dialog has closed
 
 QString moneyText(double money) {
@@ -47,10 +55,17 @@ QString moneyText(double money) {
 int COrdersMessageBox::showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
                                   const std::map<int, CCodeOrderParam>& orders,
                                   const std::map<int, std::string>& remarks) {
-    if (s_pOpen != nullptr) return Rejected;
+    if (s_pOpen != nullptr) {
+        reportSafely(QStringLiteral("[接口单]　另一批指令正在确认, %1条指令未执行!")
+                         .arg(static_cast<int>(orders.size())));
+        return Rejected;
+    }
     // On the heap and not on the stack: the parent may be deleted while the dialog is open.
     std::unique_ptr<COrdersMessageBox> dialog(new COrdersMessageBox(title, parent));
     s_pOpen = dialog.get();
+    s_bAnswered = false;
+    connect(dialog.get(), &QDialog::finished, [] { s_bAnswered = true; });
+    const bool wasPaused = isConfirmationPauseSet();
     setConfirmationPause(true);
     try {
         setBatchTraderType(traderType);
@@ -58,7 +73,8 @@ int COrdersMessageBox::showOrders(QWidget* parent, const QString& title, EQdTrad
         dialog->setOrders(orders, remarks);
         dialog->fitSize();
     } catch (...) {
-        setConfirmationPause(false); // there is no dialog that could end the pause
+        // No dialog could end this pause. An earlier one may have left its own.
+        setConfirmationPause(wasPaused);
         throw;
     }
     return dialog.release()->exec(); // deletes itself
@@ -73,19 +89,48 @@ bool COrdersMessageBox::isOpen() {
     return s_pOpen != nullptr;
 }
 
-COrdersMessageBox::COrdersMessageBox(const QString& title, QWidget* parent) : CCommonDialog(parent) {
+bool COrdersMessageBox::wasAnswered() {
+    return s_bAnswered;
+}
+
+COrdersMessageBox::COrdersMessageBox(const QString& title, QWidget* parent)
+    : CCommonDialog(parent), m_bGuarded(luawrapper::isOrderSwitchOn(kConfirmGuardSwitch)) {
     setTitle(title);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false); // an answer must not end the application
     setMinimumSize(kLeastWidth + 2 * kFrameWidth, kLeastHeight + 2 * kFrameWidth);
     makeInner();
 }
 
 COrdersMessageBox::~COrdersMessageBox() {
     s_pOpen = nullptr;
+    // The parts emit signals while they are hidden and destroyed, for instance an open editor of a cell.
+    m_table->disconnect(this);
+    if (m_remarkEdit != nullptr) m_remarkEdit->disconnect(this);
+    hide();
+    saveLayout();
+}
+
+void COrdersMessageBox::loadLayout() {
+    runGuarded(QStringLiteral("下单确认表的布局未读取"), [this] {
+        const CUserConfig* user = getUserConfig();
+        if (user == nullptr) return;
+        const std::string name = hostCall<&CUserConfig::getUserName>.on(*user);
+        m_table->setTableConfig(hostCall<&CUserConfig::getTableLayout>.on(*user, m_table->table()->id()));
+        m_strLayoutUser = name;
+        m_bLayoutLoaded = true;
+    });
+}
+
+/// Keeps the layout that the user has made. A dialog that has not shown the saved layout does not replace it,
+/// and another user does not get it.
+void COrdersMessageBox::saveLayout() {
+    if (!m_bLayoutLoaded || !m_table->isLayoutChanged()) return;
     runGuarded(QStringLiteral("下单确认表的布局未保存"), [this] {
-        if (CUserConfig* user = getUserConfig())
-            hostCall<&CUserConfig::saveTableLayout>.on(*user, m_table->table()->id(), m_table->tableConfig());
+        CUserConfig* user = getUserConfig();
+        if (user == nullptr || hostCall<&CUserConfig::getUserName>.on(*user) != m_strLayoutUser) return;
+        hostCall<&CUserConfig::saveTableLayout>.on(*user, m_table->table()->id(), m_table->tableConfig());
     });
 }
 
@@ -114,6 +159,7 @@ void COrdersMessageBox::makeInner() {
     setInnerWidget(inner);
     connect(m_table, &COrdersConfirmWidget::sigSelectionChanged, this,
             [this] { handleEvent(CurrentRowEvent, 0); });
+    connect(m_table, &COrdersConfirmWidget::sigTotalChanged, this, [this] { showSummary(); });
 }
 
 void COrdersMessageBox::makeRemark(UW::CWidgetList& row) {
@@ -149,8 +195,7 @@ void COrdersMessageBox::setOrders(const std::map<int, CCodeOrderParam>& orders,
     m_table->setSelectedRow(0);
     showRemark();
     showSummary();
-    if (CUserConfig* user = getUserConfig())
-        m_table->setTableConfig(hostCall<&CUserConfig::getTableLayout>.on(*user, m_table->table()->id()));
+    loadLayout();
     m_table->table()->view()->setFocus();
 }
 
@@ -177,10 +222,7 @@ QSize COrdersMessageBox::boundedSize(const QSize& wish, const QSize& available, 
 void COrdersMessageBox::handleEvent(int event, int value) {
     switch (event) {
     case ButtonEvent:
-        if (value != OkButton && value != CancelButton) return;
-        setConfirmationPause(false);
-        done(value == OkButton ? Accepted : Rejected);
-        return;
+        return answer(value);
     case SelectionEvent:
     case CurrentRowEvent:
         return showRemark();
@@ -191,7 +233,29 @@ void COrdersMessageBox::handleEvent(int event, int value) {
     }
 }
 
+void COrdersMessageBox::answer(int button) {
+    if (button != OkButton && button != CancelButton) return;
+    if (button == OkButton && isTooEarly()) return;
+    QGuiApplication::inputMethod()->commit(); // the remark may have text that is not committed yet
+    setConfirmationPause(false);
+    done(button == OkButton ? Accepted : Rejected);
+}
+
+/// Questions open one behind the other at the same place. A double click on 确定 of the first one must not
+/// confirm the next one.
+bool COrdersMessageBox::isTooEarly() const {
+    return m_bGuarded && (!m_dShown || utils::getTime() - *m_dShown < kGuardSeconds);
+}
+
+void COrdersMessageBox::showEvent(QShowEvent* event) {
+    CCommonDialog::showEvent(event);
+    if (!m_dShown) m_dShown = utils::getTime();
+    QApplication::alert(this);
+}
+
 void COrdersMessageBox::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (m_bGuarded && isEnter && event->isAutoRepeat()) return; // the key was pressed for something else
     CCommonDialog::keyPressEvent(event);
     // Escape with another key does not close the dialog. It must not start the intake behind it.
     if (event->key() == Qt::Key_Escape && !isVisible()) setConfirmationPause(false);
@@ -206,6 +270,7 @@ void COrdersMessageBox::showRemark() {
     if (m_remarkEdit == nullptr) return;
     const int* key = selectedKey();
     m_remarkEdit->setText(key != nullptr ? QString::fromStdString(getRemark(*key)) : QString());
+    m_remarkEdit->setReadOnly(key == nullptr); // no order would get the text
 }
 
 void COrdersMessageBox::keepRemark() {
@@ -216,11 +281,11 @@ void COrdersMessageBox::keepRemark() {
 void COrdersMessageBox::showSummary() {
     const COrdersTotal total = m_table->total();
     QString text = QStringLiteral("共 %1 笔").arg(total.m_nOrders);
-    if (total.m_nWithAmount > 0) text += QStringLiteral(", 预估 %1 元").arg(moneyText(total.m_dAmount));
+    if (total.m_nWithAmount > 0) text += QStringLiteral(", 表内预估 %1 元").arg(moneyText(total.m_dAmount));
     const int without = total.m_nOrders - total.m_nWithAmount;
     if (without > 0 && total.m_nWithAmount > 0) text += QStringLiteral(" (%1 笔无金额)").arg(without);
     m_summary->setText(text);
-    m_summary->setToolTip(QStringLiteral("表中各行委托预估金额之和. 多账号的指令只含最后一个账号的部分."));
+    m_summary->setToolTip(QStringLiteral("表中各行委托预估金额之和. 多账号或篮子的指令只含最后一条."));
 }
 
 QString COrdersMessageBox::summary() const {

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,7 +40,8 @@ public:
     enum EButton { OkButton = 0, CancelButton = 1 };
 
     /// Shows the orders and waits for the answer, in an event loop of its own. Returns 1 if the user has
-    /// confirmed, and 0 in every other case. A call while a dialog is open returns 0 and shows nothing.
+    /// confirmed, and 0 in every other case. A call while a dialog is open returns 0 and reports that the
+    /// orders are not executed.
     /// remarks: UTF-8, with the keys of `orders`. parent: may be null.
     static int showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
                           const std::map<int, CCodeOrderParam>& orders,
@@ -49,6 +51,10 @@ public:
     /// the order in the last call of showOrders.
     static std::string getRemark(int row);
 
+    /// Whether the user has ended the last dialog: by a button, by a key, or by its frame. If not, the dialog
+    /// was destroyed, or the application quits: nobody has answered.
+    static bool wasAnswered();
+
     /// Whether a dialog is open.
     static bool isOpen();
 
@@ -56,7 +62,8 @@ public:
 
     void handleEvent(int event, int value) override;
 
-    /// The size of the dialog for this wish on a screen with this space for windows, in pixels with frame.
+    /// The size of the dialog for this wish on a screen with this space for windows, in pixels. `frame`: what
+    /// the window manager adds. The result is without it.
     static QSize boundedSize(const QSize& wish, const QSize& available, const QSize& frame);
 
     COrdersConfirmWidget* table() const { return m_table; }
@@ -69,6 +76,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     COrdersMessageBox(const QString& title, QWidget* parent);
@@ -77,7 +85,11 @@ private:
     void makeRemark(UW::CWidgetList& row);
     QPushButton* makeButton(const QString& text, int number);
     void setOrders(const std::map<int, CCodeOrderParam>& orders, const std::map<int, std::string>& remarks);
+    void loadLayout();
+    void saveLayout();
     void fitSize();
+    void answer(int button);
+    bool isTooEarly() const;
     void showRemark();
     void keepRemark();
     void showSummary();
@@ -90,7 +102,11 @@ private:
     QPushButton* m_cancelButton = nullptr;
     CRemarkLine* m_remarkEdit = nullptr;
     UW::CSimpleTextWidget* m_summary = nullptr;
-    std::map<int, int> m_rowKeys; ///< the caller's key by row
+    std::map<int, int> m_rowKeys;   ///< the caller's key by row
+    const bool m_bGuarded;          ///< 确定 is ignored until the user can have seen the batch
+    std::optional<double> m_dShown; ///< time of the clock in seconds
+    bool m_bLayoutLoaded = false;
+    std::string m_strLayoutUser; ///< the user whose layout was loaded
 };
 
 } // namespace TC

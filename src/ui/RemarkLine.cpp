@@ -1,6 +1,7 @@
 #include "orderservice/ui/RemarkLine.h"
 
 #include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
 #include "orderservice/platform/LuaModuleCtrl.h"
 #include "orderservice/platform/Switches.h"
 #include "orderservice/platform/UserConfig.h"
@@ -9,21 +10,42 @@
 #include <QRegularExpression>
 #include <QRegularExpressionValidator>
 
+#include <algorithm>
+
 namespace TC {
 namespace {
 
 constexpr int kRemarkWidth = 467;
-constexpr int kLeastRemarkRemarkWidth = 120; ///< on a small screen
+constexpr int kLeastRemarkWidth = 120; ///< on a small screen
 constexpr int kRemarkHeight = 22;
 constexpr int kUserKindWithoutRemark = 200;
 constexpr int kRemarkHintBit = 1;
 
+const char* const kToolTip = "修改不改变任何指令的备注";
+
 /// Whether the user's settings let him change remarks.
 bool isEditable() {
-    const CUserConfig* user = getUserConfig();
-    if (user == nullptr) return false;
-    return hostCall<&CUserConfig::testHintBeforeOrderFlag>.on(*user, kRemarkHintBit) ||
-           hostCall<&CUserConfig::testGlobalOrderHint>.on(*user, kRemarkHintBit);
+    bool isEditable = false;
+    runGuarded(QStringLiteral("投资备注不能修改"), [&] {
+        const CUserConfig* user = getUserConfig();
+        isEditable =
+            user != nullptr && (hostCall<&CUserConfig::testHintBeforeOrderFlag>.on(*user, kRemarkHintBit) ||
+                                hostCall<&CUserConfig::testGlobalOrderHint>.on(*user, kRemarkHintBit));
+    });
+    return isEditable;
+}
+
+/// A pattern with the characters of a remark. \w has the letters of all languages, not only those of ASCII.
+QRegularExpression patternOf(const QString& pattern) {
+    return QRegularExpression(pattern, QRegularExpression::UseUnicodePropertiesOption);
+}
+
+/// The other characters of the text, sorted.
+QString forbiddenIn(QString text) {
+    static const QRegularExpression kAllowed = patternOf(QStringLiteral("[\\w ,，.。!！?？]"));
+    text.remove(kAllowed);
+    std::sort(text.begin(), text.end());
+    return text;
 }
 
 } // namespace
@@ -35,10 +57,10 @@ bool CRemarkLine::isAllowed() {
 }
 
 CRemarkLine::CRemarkLine(QWidget* parent) : CLineEdit(parent) {
-    // \w has the letters of all languages, not only those of ASCII.
-    const QRegularExpression form(QStringLiteral("^[\\w ,，.。!！?？]+$"),
-                                  QRegularExpression::UseUnicodePropertiesOption);
-    setValidator(new QRegularExpressionValidator(form, this));
+    setValidator(new QRegularExpressionValidator(patternOf(QStringLiteral("^[\\w ,，.。!！?？]+$")), this));
+    connect(this, &QLineEdit::textEdited, this, &CRemarkLine::check);
+    connect(this, &QLineEdit::textChanged, this, [this] { m_strLast = text(); });
+    setToolTip(QString::fromUtf8(kToolTip));
     setEmptyHintText(QStringLiteral("请选择或输入指令备注"));
     setEmptyHintColor(UW::resourceColor(QStringLiteral("clr_disable_color")));
     setEmptyHintFont(UW::resourceFont(QStringLiteral("fnt_default_normal_fix")));
@@ -47,12 +69,19 @@ CRemarkLine::CRemarkLine(QWidget* parent) : CLineEdit(parent) {
     setEnabled(isEditable());
 }
 
+/// If the caller's remark has a forbidden character, the validator accepts all others too.
+void CRemarkLine::check(const QString& edited) {
+    const QString before = forbiddenIn(m_strLast), after = forbiddenIn(edited);
+    if (std::includes(before.begin(), before.end(), after.begin(), after.end())) return;
+    setText(QString(m_strLast));
+}
+
 QSize CRemarkLine::sizeHint() const {
     return {kRemarkWidth, kRemarkHeight};
 }
 
 QSize CRemarkLine::minimumSizeHint() const {
-    return {kLeastRemarkRemarkWidth, kRemarkHeight};
+    return {kLeastRemarkWidth, kRemarkHeight};
 }
 
 } // namespace TC

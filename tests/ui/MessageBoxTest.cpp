@@ -1,55 +1,21 @@
-#include "orderservice/gates/IntakePause.h"
-#include "orderservice/ui/OrdersConfirmer.h"
-#include "orderservice/ui/OrdersMessageBox.h"
 #include "orderservice/ui/RemarkLine.h"
-#include "tests/ui/ConfirmFixture.h"
+#include "tests/ui/DialogFixture.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QInputMethodEvent>
-#include <QPointer>
-#include <QPushButton>
+#include <QLabel>
+#include <QLayout>
 #include <QScreen>
 #include <QTableView>
-#include <QTest>
-#include <QTimer>
 
-#include <gtest/gtest.h>
-
-#include <functional>
+#include <algorithm>
+#include <vector>
 
 namespace {
 
 using namespace TC;
 
-class MessageBox : public testing::Test {
-protected:
-    void SetUp() override {
-        setConfirmationPause(false);
-        host.user.hints = {1};
-    }
-    void TearDown() override { setConfirmationPause(false); }
-
-    /// Shows the orders and calls `act` in the dialog's event loop.
-    int show(const std::map<int, CCodeOrderParam>& batch, const std::map<int, std::string>& remarks,
-             const std::function<void(COrdersMessageBox&)>& act,
-             EQdTraderType traderType = EQdTraderType::Stock) {
-        QTimer::singleShot(0, [&] {
-            auto* box = qobject_cast<COrdersMessageBox*>(QApplication::activeModalWidget());
-            wasShown = box != nullptr;
-            if (box != nullptr) act(*box);
-        });
-        return COrdersMessageBox::showOrders(nullptr, QStringLiteral("标题"), traderType, batch, remarks);
-    }
-    static void clickOk(COrdersMessageBox& box) { QTest::mouseClick(box.okButton(), Qt::LeftButton); }
-    static void clickCancel(COrdersMessageBox& box) { QTest::mouseClick(box.cancelButton(), Qt::LeftButton); }
-
-    CFakeHost host;
-    bool wasShown = false;
-    /// Three orders under the keys of the caller, which have gaps.
-    const std::map<int, CCodeOrderParam> orders{
-        {3, makeRecord(100)}, {5, makeRecord(200)}, {9, makeRecord(300, "600001")}};
-};
+class MessageBox : public CDialogTest {};
 
 TEST_F(MessageBox, OkConfirms) {
     EXPECT_EQ(show(orders, {}, clickOk), 1);
@@ -195,6 +161,31 @@ TEST_F(MessageBox, ButtonsHaveTheirTextsAndSizesAndTakeNoFocus) {
     EXPECT_TRUE(wasShown);
 }
 
+TEST_F(MessageBox, ButtonRowHasItsMarginsSpacingAndHeight) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        const QWidget* row = box.okButton()->parentWidget();
+        EXPECT_EQ(row->layout()->contentsMargins(), QMargins(15, 10, 15, 5));
+        EXPECT_EQ(row->layout()->spacing(), 15);
+        EXPECT_EQ(row->height(), 46);
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
+TEST_F(MessageBox, SizeIsOfTheTable) {
+    QSize size;
+    int height = 0;
+    show(orders, {}, [&](COrdersMessageBox& box) {
+        size = box.size();
+        height = box.table()->tableHeight();
+        clickOk(box);
+    });
+    const QSize wish(1000, height + 30);
+    const QSize least(462, 152), screen = QGuiApplication::primaryScreen()->availableSize();
+    EXPECT_EQ(size,
+              QSize(std::min(wish.width(), screen.width() - 2), std::max(wish.height(), least.height())));
+}
+
 TEST_F(MessageBox, RowsAreInTheOrderOfTheKeys) {
     show(orders, {}, [](COrdersMessageBox& box) {
         EXPECT_EQ(box.table()->table()->rowCount(), 3);
@@ -211,17 +202,17 @@ TEST_F(MessageBox, NumberAndMoneyAreBesideTheButtons) {
         text = box.summary();
         clickOk(box);
     });
-    EXPECT_EQ(text, QStringLiteral("共 3 笔, 预估 5,700.00 元"));
+    EXPECT_EQ(text, QStringLiteral("共 3 笔, 表内预估 5,700.00 元"));
     CCodeOrderParam unset = makeRecord();
     unset.m_dPrice = kUnsetDouble;
     show({{0, makeRecord(100)}, {1, unset}}, {}, [&](COrdersMessageBox& box) {
         text = box.summary();
         clickOk(box);
     });
-    EXPECT_EQ(text, QStringLiteral("共 2 笔, 预估 950.00 元 (1 笔无金额)"));
+    EXPECT_EQ(text, QStringLiteral("共 2 笔, 表内预估 950.00 元 (1 笔无金额)"));
 }
 
-TEST_F(MessageBox, RemarksGoByTheKeyOfTheCaller) {
+TEST_F(MessageBox, RemarksHaveTheKeyOfTheCaller) {
     show(orders, {{3, "first"}, {9, "third"}}, [](COrdersMessageBox& box) {
         EXPECT_EQ(box.remarkEdit()->text(), QStringLiteral("first"));
         box.table()->setSelectedRow(1);
@@ -238,6 +229,20 @@ TEST_F(MessageBox, RemarksGoByTheKeyOfTheCaller) {
     EXPECT_EQ(COrdersMessageBox::getRemark(0), "");
 }
 
+TEST_F(MessageBox, EventsOfTheSelectionAndTheRemarkAreThoseOfTheirNumbers) {
+    show(orders, {{3, "first"}}, [](COrdersMessageBox& box) {
+        for (const int event : {47, 49}) {
+            box.remarkEdit()->setText(QStringLiteral("changed"));
+            box.handleEvent(event, 0);
+            EXPECT_EQ(box.remarkEdit()->text(), QStringLiteral("first")) << event;
+        }
+        box.remarkEdit()->setText(QStringLiteral("stored"));
+        box.handleEvent(98, 0);
+        clickOk(box);
+    });
+    EXPECT_EQ(COrdersMessageBox::getRemark(3), "stored");
+}
+
 TEST_F(MessageBox, RemarksOfAnEarlierDialogAreForgotten) {
     show(orders, {{3, "first"}}, clickOk);
     show(orders, {}, clickOk);
@@ -248,7 +253,9 @@ TEST_F(MessageBox, EmptyBatchHasNoSelectionAndNoRemark) {
     EXPECT_EQ(show({}, {},
                    [](COrdersMessageBox& box) {
                        EXPECT_EQ(box.table()->selectedRow(), -1);
+                       EXPECT_TRUE(box.remarkEdit()->isReadOnly()) << "no order would get the text";
                        QTest::keyClicks(box.remarkEdit(), QStringLiteral("text"));
+                       EXPECT_EQ(box.remarkEdit()->text(), QString());
                        EXPECT_EQ(box.summary(), QStringLiteral("共 0 笔"));
                        clickOk(box);
                    }),
@@ -284,10 +291,12 @@ TEST_F(MessageBox, RemarkLineIsEnabledByTheHintBits) {
         return enabled;
     };
     EXPECT_TRUE(isEnabled());
+    EXPECT_TRUE(host.user.globalHintCalls.all().empty()) << "asked only if the first answer is no";
     host.user.hints = {16, 32};
     EXPECT_FALSE(isEnabled());
     host.user.globalHints = {1};
     EXPECT_TRUE(isEnabled());
+    EXPECT_EQ(host.user.globalHintCalls.all(), (std::vector<int>{1, 1}));
 }
 
 TEST_F(MessageBox, RemarkLineHasItsHintAndSize) {
@@ -295,6 +304,17 @@ TEST_F(MessageBox, RemarkLineHasItsHintAndSize) {
         EXPECT_EQ(box.remarkEdit()->placeholderText(), QStringLiteral("请选择或输入指令备注"));
         EXPECT_EQ(box.remarkEdit()->sizeHint(), QSize(467, 22));
         EXPECT_EQ(box.remarkEdit()->height(), 22);
+        EXPECT_EQ(box.remarkEdit()->palette().color(QPalette::PlaceholderText),
+                  QApplication::palette().color(QPalette::Disabled, QPalette::Text));
+        EXPECT_EQ(box.remarkEdit()->font().family(), QApplication::font().family());
+        EXPECT_EQ(box.remarkEdit()->font().pointSize(), QApplication::font().pointSize());
+        EXPECT_EQ(box.remarkEdit()->toolTip(), QStringLiteral("修改不改变任何指令的备注"));
+        const QLabel* label = nullptr;
+        for (const QLabel* each : box.findChildren<QLabel*>()) {
+            if (each->text() == QStringLiteral("投资备注")) label = each;
+        }
+        ASSERT_NE(label, nullptr);
+        EXPECT_EQ(label->height(), 22);
         clickOk(box);
     });
 }
@@ -368,6 +388,8 @@ TEST_F(MessageBox, SecondDialogIsNotShownInTheFirst) {
               1);
     EXPECT_EQ(second, 0);
     EXPECT_EQ(COrdersMessageBox::getRemark(3), "kept");
+    EXPECT_EQ(host.messageTexts(),
+              (std::vector<QString>{QStringLiteral("[接口单]　另一批指令正在确认, 1条指令未执行!")}));
 }
 
 TEST_F(MessageBox, FitsTheScreen) {
@@ -401,71 +423,6 @@ TEST_F(MessageBox, ButtonsFitASmallScreen) {
         clickOk(box);
     });
     EXPECT_TRUE(wasShown);
-}
-
-CConfirmQuestion makeQuestion() {
-    CConfirmQuestion question;
-    question.m_strTitle = QStringLiteral("标题");
-    question.m_rows = {{0, makeRecord(100)}, {2, makeRecord(200)}};
-    question.m_remarks = {{0, "first"}, {2, "second"}};
-    return question;
-}
-
-class Confirmer : public MessageBox {
-protected:
-    CConfirmAnswer ask(const std::function<void(COrdersMessageBox&)>& act) {
-        QTimer::singleShot(0, [&] {
-            auto* box = qobject_cast<COrdersMessageBox*>(QApplication::activeModalWidget());
-            if (box != nullptr) act(*box);
-        });
-        return askForConfirmation(makeQuestion());
-    }
-    void SetUp() override {
-        MessageBox::SetUp();
-        setOrderConfirmer(&confirmer);
-    }
-    void TearDown() override {
-        setOrderConfirmer(nullptr);
-        MessageBox::TearDown();
-    }
-    COrdersConfirmer confirmer;
-};
-
-TEST_F(Confirmer, AnswerHasTheRemarksByTheIndexOfTheOrder) {
-    const CConfirmAnswer answer = ask([](COrdersMessageBox& box) {
-        box.remarkEdit()->clear();
-        QTest::keyClicks(box.remarkEdit(), QStringLiteral("changed"));
-        clickOk(box);
-    });
-    EXPECT_EQ(answer.m_eResult, EConfirmResult::Accepted);
-    EXPECT_EQ(answer.m_remarks, (std::map<int, std::string>{{0, "changed"}, {2, "second"}}));
-}
-
-TEST_F(Confirmer, EveryOtherEndDeclines) {
-    EXPECT_EQ(ask(clickCancel).m_eResult, EConfirmResult::Declined);
-    EXPECT_EQ(ask([](COrdersMessageBox& box) { box.close(); }).m_eResult, EConfirmResult::Declined);
-}
-
-TEST_F(Confirmer, NobodyIsAskedWhileADialogIsOpen) {
-    CConfirmAnswer second;
-    show(orders, {}, [&](COrdersMessageBox& box) {
-        second = confirmer.confirm(makeQuestion());
-        clickOk(box);
-    });
-    EXPECT_EQ(second.m_eResult, EConfirmResult::NotAsked);
-    EXPECT_EQ(second.m_strReason, QStringLiteral("另一批指令正在确认"));
-}
-
-TEST_F(Confirmer, ParentIsTheActiveWindow) {
-    QWidget window;
-    window.show();
-    QApplication::setActiveWindow(&window);
-    const QWidget* parent = nullptr;
-    ask([&](COrdersMessageBox& box) {
-        parent = box.parentWidget();
-        clickOk(box);
-    });
-    EXPECT_EQ(parent, &window);
 }
 
 } // namespace
