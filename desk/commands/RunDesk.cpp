@@ -75,11 +75,31 @@ bool endTrading(CDesk& desk, CTextSink& sink, const std::function<bool()>& keepW
     return unplaced.empty();
 }
 
-int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
-          const std::function<bool()>& keepGoing, const std::function<bool()>& keepWaiting) {
-    const utils::KNError installed = TC::installHost(desk.services());
+/// The desk without a window.
+class CPlainProgram : public IDeskProgram {
+public:
+    CPlainProgram(std::optional<double> exitWhenIdle, const std::function<bool()>& keepGoing)
+        : m_exitWhenIdle(exitWhenIdle), m_keepGoing(keepGoing) {}
+
+    void began(CTextSink&) override {}
+    void made(CDesk&) override {}
+    void opened(CDesk&, TC::CHost&) override {}
+    std::string run(CDesk& desk) override { return runLoop(desk, m_exitWhenIdle, m_keepGoing); }
+    void ended(CDesk&) override {}
+
+private:
+    const std::optional<double> m_exitWhenIdle;
+    const std::function<bool()>& m_keepGoing;
+};
+
+int trade(CDesk& desk, CTextSink& sink, IDeskProgram& program, const std::function<bool()>& keepGoing,
+          const std::function<bool()>& keepWaiting) {
+    TC::CHost host = desk.services();
+    program.opened(desk, host);
+    const utils::KNError installed = TC::installHost(host);
     if (!installed.isSuccess()) {
         sink.writeLine(installed.errorMsg());
+        program.ended(desk);
         return kCannotWork;
     }
     TC::COrderService::initInstance(new TC::COrderService);
@@ -87,7 +107,7 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
     std::string reason = "signal";
     if (keepGoing()) { // the user may have requested the end while the folder and the books were read
         desk.startTrading();
-        reason = runLoop(desk, exitWhenIdle, keepGoing);
+        reason = program.run(desk);
     }
     const bool isProcessed = endTrading(desk, sink, keepWaiting);
     const utils::KNError saved = desk.saveInterfaces();
@@ -95,6 +115,7 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
     TC::COrderServiceAdapter::release();
     TC::COrderService::release();
     TC::releaseHost();
+    program.ended(desk);
     const utils::KNError closed = desk.close(reason);
     if (!closed.isSuccess()) sink.writeLine("the journal could not be closed: " + closed.errorMsg());
     return isProcessed && saved.isSuccess() && closed.isSuccess() ? kOrderly : kCannotWork;
@@ -104,7 +125,14 @@ int trade(CDesk& desk, CTextSink& sink, std::optional<double> exitWhenIdle,
 
 int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::ostream& out,
             const std::function<bool()>& keepGoing, const std::function<bool()>& keepWaiting) {
+    CPlainProgram program(exitWhenIdle, keepGoing);
+    return runDesk(folder, out, program, keepGoing, keepWaiting);
+}
+
+int runDesk(const std::string& folder, std::ostream& out, IDeskProgram& program,
+            const std::function<bool()>& keepGoing, const std::function<bool()>& keepWaiting) {
     CTextSink sink(out);
+    program.began(sink);
     if (!hasDesk(folder)) return refuse(folder, loadDeskConfig(folder).mistakes, out);
     // Another desk that is just ending may still write files of the folder, so the lock is taken before
     // reading.
@@ -123,12 +151,14 @@ int runDesk(const std::string& folder, std::optional<double> exitWhenIdle, std::
     for (const std::string& problem : prepareOrderFiles(loaded.config))
         sink.writeLine(problem);
     CDesk desk(folder, std::move(loaded.config), sink);
+    program.made(desk);
     const utils::KNError opened = desk.open();
     if (!opened.isSuccess()) {
+        program.ended(desk);
         sink.writeLine(opened.errorMsg());
         return kCannotWork;
     }
-    return trade(desk, sink, exitWhenIdle, keepGoing, keepWaiting);
+    return trade(desk, sink, program, keepGoing, keepWaiting);
 }
 
 } // namespace desk

@@ -66,8 +66,10 @@ utils::KNError CDesk::open() {
 /// the journal refuses.
 std::size_t CDesk::takeEvents(const std::vector<CBrokerEvent>& events) {
     const std::size_t taken = journalBrokerEvents(m_journal, events);
-    for (std::size_t i = 0; i < taken; ++i)
+    for (std::size_t i = 0; i < taken; ++i) {
         m_orderLines.take(events[i]);
+        if (m_orderListener) m_orderListener(events[i]);
+    }
     return taken;
 }
 

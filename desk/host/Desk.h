@@ -28,7 +28,9 @@
 #include "orderservice/platform/Host.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 
 namespace desk {
 
@@ -41,6 +43,20 @@ public:
     ~CDesk();
     CDesk(const CDesk&) = delete;
     CDesk& operator=(const CDesk&) = delete;
+
+    /// Sets a receiver of the broker's events, after the journal has taken them. It is called on any thread
+    /// with the broker locked, so it must not call the broker and must not wait. Set it before open.
+    void setOrderListener(std::function<void(const CBrokerEvent&)> listener) {
+        m_orderListener = std::move(listener);
+    }
+
+    /// Parts of the desk for a program that shows them. Each may be used as its own class says.
+    CJournal& journal() { return m_journal; }
+    CPaperBroker& broker() { return m_broker; }
+    CPaperOrderClient& orderClient() { return m_orders; }
+    CPaperTradeClient& tradeClient() { return m_trade; }
+    const IQuoteSource& quotes() const { return m_market; }
+    const CDeskConfig& config() const { return m_config; }
 
     /// Opens journal and store. Must be called once, before all other calls. A failure names the cause.
     [[nodiscard]] utils::KNError open();
@@ -94,6 +110,7 @@ private:
     CJournal m_journal;
     CMarket m_market;
     COrderLines m_orderLines;
+    std::function<void(const CBrokerEvent&)> m_orderListener;
     CPaperBroker m_broker;
     CJournalGuard m_guard;
     bool m_bQuotesToCome = true;

@@ -11,6 +11,7 @@ namespace desk {
 namespace {
 
 constexpr const char* kRefusalTitle = "command refused";
+constexpr int kHalted = 1000; ///< error number; the journal has other numbers
 
 } // namespace
 
@@ -20,9 +21,11 @@ CPaperOrderClient::CPaperOrderClient(CJournal& journal, CPaperBroker& broker, CT
 
 void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
     if (!command) return;
-    if (command->m_bForceConfirm && !m_bAcceptForcedConfirm) return decline(*command);
+    if (command->m_bForceConfirm && !m_bAcceptForcedConfirm)
+        return decline(*command, "it must be confirmed, but the desk cannot ask anybody");
     int task = 0;
     const utils::KNError error = pass(command, task);
+    if (error.errorId() == kHalted) return decline(*command, "the desk is halted");
     if (!error.isSuccess()) return refuse("it cannot be recorded: " + error.errorMsg(), 0);
     if (command->m_codes.empty())
         m_sink.writeFloodLine(EFloodLine::Message, true,
@@ -33,6 +36,7 @@ void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
 
 utils::KNError CPaperOrderClient::pass(const TC::COrderComandParamPtr& command, int& task) {
     const std::lock_guard lock(m_mutex);
+    if (m_bHalted) return {kHalted, "the desk is halted"};
     m_broker.waitForRoom();
     CQueuedCommand queued;
     queued.m_command = command;
@@ -47,12 +51,16 @@ utils::KNError CPaperOrderClient::pass(const TC::COrderComandParamPtr& command, 
     return {};
 }
 
-void CPaperOrderClient::decline(const TC::COrderComandParam& command) {
+void CPaperOrderClient::finishPassing() {
+    const std::lock_guard lock(m_mutex);
+}
+
+void CPaperOrderClient::decline(const TC::COrderComandParam& command, const char* why) {
     std::int64_t seq = 0;
     if (const utils::KNError error = m_journal.append(commandRecord(command, std::nullopt), &seq);
         !error.isSuccess())
         return refuse("it cannot be recorded: " + error.errorMsg(), 0);
-    refuse("it must be confirmed, but the desk cannot ask anybody", seq);
+    refuse(why, seq);
 }
 
 void CPaperOrderClient::showTradeError(const QString& text, const QString& title) {

@@ -5,6 +5,7 @@
 #include "desk/paper/PaperBroker.h"
 #include "orderservice/platform/OrderClient.h"
 
+#include <atomic>
 #include <mutex>
 
 namespace desk {
@@ -23,15 +24,21 @@ public:
     /// `acceptForcedConfirm`: the desk's configuration replaces the user's confirmation.
     CPaperOrderClient(CJournal& journal, CPaperBroker& broker, CTextSink& sink, bool acceptForcedConfirm);
 
+    /// While it is halted, each command is recorded and declined. Does not wait.
+    void setHalted(bool isHalted) { m_bHalted = isHalted; }
+    /// Waits while another thread passes a command on. Afterwards no command that began before a halt can
+    /// still reach the broker.
+    void finishPassing();
+
     void orderCommands(const TC::COrderComandParamPtr& command) override;
     /// Journals the text and writes it to the sink, as a flood line, even if the journal refuses it.
     void showTradeError(const QString& text, const QString& title) override;
 
 private:
     /// Waits for room in the broker's queue. Then journals the command with the next task number and queues
-    /// it. Fails if the journal refuses it.
+    /// it. Fails if the journal refuses it, or with kHalted if the desk is halted.
     utils::KNError pass(const TC::COrderComandParamPtr& command, int& task);
-    void decline(const TC::COrderComandParam& command);
+    void decline(const TC::COrderComandParam& command, const char* why);
     void refuse(const std::string& text, std::int64_t commandSeq);
 
     std::mutex m_mutex; ///< so that commands are recorded and queued in the order of their tasks
@@ -39,6 +46,7 @@ private:
     CPaperBroker& m_broker;
     CTextSink& m_sink;
     const bool m_bAcceptForcedConfirm;
+    std::atomic<bool> m_bHalted{false};
 };
 
 } // namespace desk

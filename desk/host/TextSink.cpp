@@ -31,11 +31,13 @@ CTextSink::~CTextSink() {
 
 void CTextSink::writeLine(const std::string& text) {
     const std::lock_guard lock(m_mutex);
+    if (m_listener) m_listener(nullptr, text);
     write(text);
 }
 
 void CTextSink::writeFloodLine(EFloodLine kind, bool isRecorded, const std::string& text) {
     const std::lock_guard lock(m_mutex);
+    if (m_listener) m_listener(&kind, text);
     if (!isRecorded) return write(text);
     utils::CSecondLimit& flood = m_floods.try_emplace(kind, kLinesPerSecond).first->second;
     const double now = utils::getTime();

@@ -2,10 +2,12 @@
 
 #include "orderservice/base/SecondLimit.h"
 
+#include <functional>
 #include <iosfwd>
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace desk {
 
@@ -25,6 +27,13 @@ public:
     CTextSink(const CTextSink&) = delete;
     CTextSink& operator=(const CTextSink&) = delete;
 
+    /// Sets a receiver of all lines of the desk, also of the flood lines that are left out here. `kind` is
+    /// null for a line of writeLine. It is called on the writer's thread with the sink locked, so it must not
+    /// call the sink and must not wait. Set it before other threads write.
+    void setListener(std::function<void(const EFloodLine* kind, const std::string& text)> listener) {
+        m_listener = std::move(listener);
+    }
+
     /// Writes the text (UTF-8) and a newline, and flushes.
     void writeLine(const std::string& text);
 
@@ -42,6 +51,7 @@ private:
 
     std::mutex m_mutex;
     std::ostream& m_stream;
+    std::function<void(const EFloodLine*, const std::string&)> m_listener;
     std::map<EFloodLine, utils::CSecondLimit> m_floods; ///< the kinds that had lines
 };
 

@@ -311,6 +311,7 @@ std::size_t CJournal::writeWaiting(utils::KNError& error) {
     for (std::size_t i = 0; i < written; ++i)
         keepNumbers(m_waiting.numbers(i));
     m_nLastSeq += static_cast<std::int64_t>(written);
+    if (m_listener && written > 0) m_listener(m_waiting.firstLines(written));
     m_waiting.clear();
     return written;
 }

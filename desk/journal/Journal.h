@@ -8,8 +8,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace desk {
@@ -43,6 +45,12 @@ public:
     ~CJournal();
     CJournal(const CJournal&) = delete;
     CJournal& operator=(const CJournal&) = delete;
+
+    /// Sets a receiver of the lines that were written; each ends with a newline. It is called on the writer's
+    /// thread with the journal locked, so it must not call the journal and must not wait. Set it before open.
+    void setListener(std::function<void(const std::string& lines)> listener) {
+        m_listener = std::move(listener);
+    }
 
     /// Opens or creates FOLDER/journal.jsonl and writes a `started` record with `recovered`, `after_crash`
     /// and `pid`. If the last line has no newline, as after a crash, one is added and `recovered` is true.
@@ -117,6 +125,7 @@ private:
     utils::KNError resume();
 
     mutable std::mutex m_mutex;
+    std::function<void(const std::string&)> m_listener;
     int m_nDescriptor = -1;
     std::string m_strPath;
     CWaitingLines m_waiting;     ///< empty between two writes

@@ -19,6 +19,10 @@ public:
     std::size_t count() const { return m_lines.size(); }
     /// All lines, each with its newline.
     const std::string& bytes() const { return m_strBytes; }
+    /// The first lines, each with its newline. `lines` must be at least 1.
+    std::string firstLines(std::size_t lines) const {
+        return m_strBytes.substr(0, m_lines[lines - 1].m_nEnd + 1);
+    }
     const CJournalNumbers& numbers(std::size_t line) const { return m_lines[line].m_numbers; }
 
     /// The number of lines that are complete if only so many bytes were written. A line that lacks only its

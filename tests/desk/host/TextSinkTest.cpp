@@ -52,6 +52,18 @@ TEST_F(TextSink, NextSecondShowsLinesAgainAfterTheCount) {
     EXPECT_EQ(shown(), "(order files: 1 more line in one second; the journal has each of them)\nline\n");
 }
 
+TEST_F(TextSink, ListenerGetsAlsoTheLinesThatAreLeftOut) {
+    CTextSink sink(m_out);
+    int plain = 0;
+    int refusals = 0;
+    sink.setListener(
+        [&](const EFloodLine* kind, const std::string&) { ++(kind == nullptr ? plain : refusals); });
+    flood(sink, EFloodLine::Refusal, CTextSink::kLinesPerSecond + 20);
+    sink.writeLine("line");
+    EXPECT_EQ(refusals, CTextSink::kLinesPerSecond + 20);
+    EXPECT_EQ(plain, 1);
+}
+
 TEST_F(TextSink, KindsAreCountedApart) {
     CTextSink sink(m_out);
     flood(sink, EFloodLine::Message, CTextSink::kLinesPerSecond + 1);

@@ -36,6 +36,17 @@ TEST_F(JournalTest, KindIsFirstThenTimeThenSeqThenTheEventsOwnKeysInTheirOrder) 
         R"({"kind":"message","time":"2026-01-05T09:30:00.123","seq":2,"text":"停牌","level":1,"a":null})");
 }
 
+TEST_F(JournalTest, ListenerGetsTheLinesThatWereWritten) {
+    std::string lines;
+    m_journal.setListener([&](const std::string& written) { lines += written; });
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    EXPECT_EQ(m_journal.appendAll({makeRecord("a", kNote), makeRecord("b", kNote)}), 2U);
+    EXPECT_EQ(lines, m_folder.read(kJournalFileName));
+    const CFullDisk disk(size());
+    EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
+    EXPECT_EQ(lines, m_folder.read(kJournalFileName));
+}
+
 TEST_F(JournalTest, OpeningWritesStarted) {
     ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
     EXPECT_EQ(

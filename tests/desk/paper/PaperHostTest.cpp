@@ -146,6 +146,21 @@ TEST_F(PaperHost, CommandToBeConfirmedIsDeclinedUnlessTheDeskTakesSuch) {
     EXPECT_EQ(m_broker->tasks().size(), 1u);
 }
 
+TEST_F(PaperHost, HaltedClientRecordsAndDeclinesCommands) {
+    CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
+    client.setHalted(true);
+    client.finishPassing();
+    client.orderCommands(command({buy(200, 10.00)}));
+    EXPECT_TRUE(m_broker->tasks().empty());
+    EXPECT_EQ(kinds(), (CTexts{"started", "command", "trade_error"}));
+    EXPECT_TRUE(record(1)["task"].is_null());
+    EXPECT_EQ(record(2)["text"], "the desk is halted");
+
+    client.setHalted(false);
+    client.orderCommands(command({buy(200, 10.00)}));
+    EXPECT_EQ(m_broker->tasks().size(), 1u);
+}
+
 TEST_F(PaperHost, TradeErrorIsJournalledAndShown) {
     CPaperOrderClient(m_journal, *m_broker, m_sink, false)
         .showTradeError(QStringLiteral("无法下单"), QStringLiteral("错误"));
