@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+#include <vector>
+
+namespace desk {
+
+/// How the cells of a column are shown. Numbers are aligned to the right and have fixed decimals.
+enum class ECell {
+    Text,
+    Count,   ///< whole number
+    Money,   ///< two decimals
+    Price,   ///< three decimals; four if the price needs them
+    Percent, ///< two decimals
+};
+
+struct CColumn {
+    const char* m_pszId;    ///< for the saved layout; never shown
+    const char* m_pszTitle; ///< in English; translated in the context "columns"
+    ECell m_eCell = ECell::Text;
+    int m_nWidth = 80;        ///< default width in pixels, for the font of the window
+    bool m_bFlash = false;    ///< a cell flashes when its value changes
+    bool m_bColoured = false; ///< the value has the colour of a rise or a fall
+};
+
+/// The columns of one table.
+struct CTableSpec {
+    const char* m_pszName; ///< for the saved layout
+    std::vector<CColumn> m_columns;
+    bool m_bNewestFirst = false; ///< new rows are added at the top; otherwise at the end
+    int m_nMaxRows = 0;          ///< older rows are dropped; 0: no limit
+};
+
+/// What a row is, if it is shown in a special way.
+enum class ERowMark {
+    None,
+    Waiting,
+    Warning, ///< such as a rejected order
+    Off,     ///< such as a stopped strategy
+    Total,   ///< stays at the end of the table in each sort order
+};
+
+/// One row of a table. An invalid cell has no value and is shown as an empty text.
+struct CRow {
+    QString m_strKey; ///< unique in its table
+    QVector<QVariant> m_cells;
+    ERowMark m_eMark = ERowMark::None;
+};
+
+/// The number of a column by its id; -1 if there is none.
+int columnOf(const CTableSpec& spec, const char* id);
+
+/// A cell as the table shows it: "1,234.50".
+QString cellText(ECell cell, const QVariant& value);
+/// A cell for other programs: "1234.50".
+QString plainCellText(ECell cell, const QVariant& value);
+
+} // namespace desk

@@ -1,0 +1,345 @@
+#include "desk/window/MainWindow.h"
+
+#include "desk/window/Theme.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPushButton>
+#include <QSettings>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace desk {
+namespace {
+
+constexpr int kLayoutVersion = 1;
+constexpr int kIconSize = 64;
+
+QIcon stateIcon(EDeskState state) {
+    QPixmap picture(kIconSize, kIconSize);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(CTheme::stateColour(state));
+    painter.setPen(Qt::NoPen);
+    const bool isRound = state == EDeskState::Active;
+    if (isRound)
+        painter.drawEllipse(4, 4, kIconSize - 8, kIconSize - 8);
+    else
+        painter.drawRoundedRect(6, 6, kIconSize - 12, kIconSize - 12, 6, 6);
+    return QIcon(picture);
+}
+
+} // namespace
+
+CMainWindow::CMainWindow(const QString& folder, IDeskControl& control, CWindowFeed& feed, QSettings& settings)
+    : m_strFolder(folder), m_control(control), m_feed(feed), m_settings(settings),
+      m_ask([this](const QString& title, const QString& text, const QString& agree) {
+          return askUser(this, title, text, agree);
+      }),
+      m_menus(new QMenuBar), m_state(new CStateBar) {
+    for (const CInstrumentEntry& instrument : control.config().instruments)
+        m_names.emplace(instrument.key(), instrument.name);
+    setDockNestingEnabled(true);
+    auto* top = new QWidget(this); // the menus and the state, above all panels
+    auto* lines = new QVBoxLayout(top);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(0);
+    lines->addWidget(m_menus);
+    lines->addWidget(m_state);
+    setMenuWidget(top);
+    CTheme::apply(*qApp, CTheme::current()); // the views need the font
+    makePanels();
+    makeMenus();
+    connect(m_state, &CStateBar::sigHalt, this, &CMainWindow::halt);
+    connect(m_state, &CStateBar::sigEndPause, this, [this] { m_control.endConfirmationPause(); });
+    connect(&m_timer, &QTimer::timeout, this, &CMainWindow::takeFeed);
+    m_timer.setInterval(kFeedMs);
+    setWindowIcon(stateIcon(m_state->state()));
+    placePanels();
+    restoreAll();
+    showState();
+}
+
+CMainWindow::~CMainWindow() = default;
+
+CMainWindow::CTable CMainWindow::makeTable(const CTableSpec& spec, const QString& emptyText) {
+    CTable table;
+    table.m_model = new CRowModel(spec, this);
+    table.m_view = new CTableView(*table.m_model, this);
+    table.m_view->setEmptyText(emptyText);
+    connect(&table.m_view->filter(), &CRowFilter::sigFiltersChanged, this, &CMainWindow::showCounts);
+    m_tables[spec.m_pszName] = table;
+    return table;
+}
+
+QDockWidget* CMainWindow::addPanel(const char* name, const QString& title, QWidget* content,
+                                   Qt::DockWidgetArea area) {
+    auto* panel = new QDockWidget(title, this);
+    panel->setObjectName(QLatin1String(name));
+    panel->setProperty("title", title);
+    panel->setWidget(content);
+    addDockWidget(area, panel);
+    m_panels[name] = panel;
+    return panel;
+}
+
+void CMainWindow::makePanels() {
+    const Qt::DockWidgetArea left = Qt::LeftDockWidgetArea;
+    const Qt::DockWidgetArea right = Qt::RightDockWidgetArea;
+    const auto add = [this](const CTableSpec& spec, const QString& title, const QString& empty,
+                            Qt::DockWidgetArea area) {
+        addPanel(spec.m_pszName, title, makeTable(spec, empty).m_view, area);
+    };
+    add(strategyTable(), tr("Strategies"), tr("No strategy. Add one with Insert, or write strategies.toml."),
+        left);
+    add(accountTable(), tr("Accounts"), tr("No account. Write one to desk.toml."), left);
+    add(bookTable(), tr("Book"), tr("No instrument. Choose one with Enter in Quotes, Orders or Positions."),
+        left);
+    add(quoteTable(), tr("Quotes"), tr("No instrument. Write one to instruments.csv."), left);
+    add(orderTable(), tr("Orders"),
+        tr("No order yet. Start a strategy (F2, Enter) and hand it an order file."), right);
+    add(taskTable(), tr("Tasks"), tr("No task yet. Each command of an order becomes a task."), right);
+    add(fillTable(), tr("Fills"), tr("No fill yet. An order is filled when the book has its price."), right);
+    add(positionTable(), tr("Positions"), tr("No position. A filled buy makes one."), right);
+    add(messageTable(), tr("Messages"), tr("No message yet."), right);
+    add(journalTable(), tr("Journal"), tr("No record yet in this run. orderdesk journal shows earlier ones."),
+        right);
+    const auto choose = [this](const char* name, int column) {
+        connect(&table(name), &CTableView::sigActivated, this, [this, name, column](const QStringList& keys) {
+            const CRow* row = model(name).find(keys.value(0));
+            if (row != nullptr) chooseInstrument({row->m_cells[column].toString()});
+        });
+    };
+    choose("quotes", columnOf(quoteTable(), "code"));
+    choose("orders", columnOf(orderTable(), "code"));
+    choose("fills", columnOf(fillTable(), "code"));
+    choose("positions", columnOf(positionTable(), "code"));
+    connect(&table("strategies"), &CTableView::sigActivated, this, [this] { toggleStrategy(); });
+    connect(&table("strategies"), &CTableView::sigSpace, this, [this] { toggleStrategy(); });
+}
+
+/// The default layout: it fits a screen of 1366 x 768.
+void CMainWindow::placePanels() {
+    resize(1366, 730);
+    splitDockWidget(m_panels["strategies"], m_panels["accounts"], Qt::Vertical);
+    splitDockWidget(m_panels["accounts"], m_panels["quotes"], Qt::Vertical);
+    tabifyDockWidget(m_panels["quotes"], m_panels["book"]);
+    splitDockWidget(m_panels["orders"], m_panels["positions"], Qt::Vertical);
+    splitDockWidget(m_panels["positions"], m_panels["messages"], Qt::Vertical);
+    tabifyDockWidget(m_panels["orders"], m_panels["tasks"]);
+    tabifyDockWidget(m_panels["tasks"], m_panels["fills"]);
+    tabifyDockWidget(m_panels["messages"], m_panels["journal"]);
+    resizeDocks({m_panels["strategies"], m_panels["orders"]}, {520, 840}, Qt::Horizontal);
+    resizeDocks({m_panels["strategies"], m_panels["accounts"], m_panels["quotes"]}, {230, 190, 190},
+                Qt::Vertical);
+    resizeDocks({m_panels["orders"], m_panels["positions"], m_panels["messages"]}, {280, 170, 160},
+                Qt::Vertical);
+    for (const char* name : {"orders", "quotes", "messages"})
+        m_panels[name]->raise();
+    m_defaultLayout = saveState(kLayoutVersion);
+}
+
+void CMainWindow::begin() {
+    for (int batch = 0; batch < 10; ++batch) // what the broker had at the start
+        takeFeed();
+    m_board.setStarted();
+    m_timer.start();
+}
+
+void CMainWindow::takeFeed() {
+    const CFeedBatch batch = m_feed.take();
+    showTrades(batch);
+    std::vector<CRow> messages;
+    for (const CFeedMessage& message : batch.m_messages)
+        messages.push_back(messageRow(message));
+    model("messages").apply(messages);
+    std::vector<CRow> records;
+    for (const std::string& line : batch.m_journal)
+        records.push_back(journalRow(line));
+    model("journal").apply(records);
+    if (batch.m_books) {
+        m_books = batch.m_books;
+        showBooks(*m_books);
+    }
+    showStrategies();
+    showState();
+    showCounts();
+}
+
+void CMainWindow::showTrades(const CFeedBatch& batch) {
+    std::vector<CRow> orders;
+    for (const CPaperOrder& order : batch.m_orders)
+        orders.push_back(orderRow(order, m_names));
+    model("orders").apply(orders);
+    if (!orders.empty())
+        m_facts.m_strLastOrder = orders.back().m_cells[columnOf(orderTable(), "time")].toString();
+    std::vector<CRow> tasks;
+    for (const CTaskState& task : m_board.take(batch))
+        tasks.push_back(taskRow(task));
+    model("tasks").apply(tasks);
+    std::vector<CRow> fills;
+    for (const CBrokerEvent& fill : batch.m_fills)
+        fills.push_back(fillRow(fill, m_names));
+    model("fills").apply(fills);
+}
+
+void CMainWindow::showBooks(const CBooks& books) {
+    std::vector<CRow> accounts;
+    double total = 0;
+    for (const CValuedAccount& account : books.m_accounts) {
+        const double first =
+            m_firstEquity.emplace(account.m_funds.m_strAccount, account.m_dEquity).first->second;
+        total += account.m_dEquity - first;
+        accounts.push_back(accountRow(account, account.m_dEquity - first));
+    }
+    if (!accounts.empty()) accounts.push_back(totalRow(books.m_accounts, total));
+    model("accounts").apply(accounts);
+    std::vector<CRow> positions;
+    QStringList keys;
+    for (const CValuedPosition& position : books.m_positions) {
+        positions.push_back(positionRow(position));
+        keys.append(positions.back().m_strKey);
+    }
+    model("positions").apply(positions);
+    if (model("positions").rowCount() > keys.size()) model("positions").retain(keys);
+    std::vector<CRow> quotes;
+    for (const CInstrumentEntry& instrument : m_control.config().instruments) {
+        const auto quote = books.m_quotes.find(instrument.key());
+        quotes.push_back(quoteRow(instrument, quote == books.m_quotes.end() ? nullptr : &quote->second));
+    }
+    model("quotes").apply(quotes);
+    showBook();
+}
+
+void CMainWindow::showBook() {
+    if (m_strInstrument.empty() || !m_books) return;
+    const auto quote = m_books->m_quotes.find(m_strInstrument);
+    model("book").apply(bookRows(quote == m_books->m_quotes.end() ? nullptr : &quote->second));
+}
+
+void CMainWindow::chooseInstrument(const QStringList& keys) {
+    m_strInstrument = keys.value(0).toStdString();
+    if (m_strInstrument.empty()) return;
+    model("book").clear(); // other values of another instrument are no changes
+    const auto name = m_names.find(m_strInstrument);
+    m_panels["book"]->setProperty(
+        "title",
+        tr("Book: %1 %2")
+            .arg(keys.value(0), name == m_names.end() ? QString() : QString::fromStdString(name->second)));
+    showBook();
+    showCounts();
+    m_panels["book"]->show();
+    m_panels["book"]->raise();
+}
+
+void CMainWindow::showStrategies() {
+    const std::uint64_t revision = m_control.strategyRevision();
+    if (m_bHasStrategies && revision == m_nRevision) return;
+    m_nRevision = revision;
+    m_bHasStrategies = true;
+    std::vector<CRow> rows;
+    QStringList keys;
+    m_facts.m_nRunning = 0;
+    const TC::COrderStrategyMap strategies = m_control.strategies();
+    for (const TC::COrderStrategyParam& strategy : strategies) {
+        rows.push_back(strategyRow(strategy));
+        keys.append(rows.back().m_strKey);
+        if (strategy.isRunning()) ++m_facts.m_nRunning;
+    }
+    m_facts.m_nStrategies = static_cast<int>(rows.size());
+    model("strategies").apply(rows);
+    model("strategies").retain(keys);
+}
+
+void CMainWindow::showState() {
+    m_facts.m_nWaiting = static_cast<int>(m_board.waiting().size());
+    const EDeskState before = m_state->state();
+    m_state->showStatus(m_control.status(), m_facts);
+    if (m_state->state() != before || windowTitle().isEmpty()) {
+        setWindowTitle(stateWord(m_state->state()) + QStringLiteral("  -  ") +
+                       QFileInfo(m_strFolder).fileName());
+        setWindowIcon(stateIcon(m_state->state()));
+    }
+}
+
+/// The titles of the panels: hidden rows, and rejections that were not seen.
+void CMainWindow::showCounts() {
+    for (const auto& [name, panel] : m_panels) {
+        const auto table = m_tables.find(name);
+        if (table == m_tables.end()) continue;
+        QString title = panel->property("title").toString();
+        const int hidden = table->second.m_view->filter().hiddenRows();
+        if (hidden > 0) title += tr(" (%n row(s) hidden)", nullptr, hidden);
+        if (name == "orders" && m_board.unseenRejections() > 0)
+            title += tr(" (%n REJECTED)", nullptr, m_board.unseenRejections());
+        if (title != panel->windowTitle()) panel->setWindowTitle(title);
+    }
+}
+
+CTableView* CMainWindow::focusedTable() const {
+    for (QWidget* widget = QApplication::focusWidget(); widget != nullptr; widget = widget->parentWidget()) {
+        if (auto* view = qobject_cast<CTableView*>(widget)) return view;
+    }
+    return nullptr;
+}
+
+void CMainWindow::focusPanel(const char* name) {
+    m_panels[name]->show();
+    m_panels[name]->raise();
+    CTableView& view = table(name);
+    view.setFocus();
+    if (!view.currentIndex().isValid() && view.filter().rowCount() > 0)
+        view.setCurrentIndex(view.filter().index(0, 0));
+    if (std::string(name) == "orders") m_board.markSeen();
+    showCounts();
+}
+
+bool CMainWindow::askUser(QWidget* parent, const QString& title, const QString& text, const QString& agree) {
+    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::NoButton, parent);
+    QPushButton* yes = box.addButton(agree, QMessageBox::AcceptRole);
+    QPushButton* no = box.addButton(tr("No"), QMessageBox::RejectRole);
+    box.setDefaultButton(no);
+    box.setEscapeButton(no);
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
+void CMainWindow::closeEvent(QCloseEvent* event) {
+    const QString text = tr("%1 strategies run and %2 orders wait. The waiting orders stay in the books.")
+                             .arg(m_facts.m_nRunning)
+                             .arg(m_board.waiting().size());
+    if (m_facts.m_nRunning > 0 && !m_ask(tr("Close the desk?"), text, tr("Close the desk")))
+        return event->ignore();
+    saveAll();
+    event->accept();
+    emit sigClosed();
+}
+
+void CMainWindow::restoreAll() {
+    restoreGeometry(m_settings.value(QStringLiteral("window/geometry")).toByteArray());
+    restoreState(m_settings.value(QStringLiteral("window/layout")).toByteArray(), kLayoutVersion);
+    for (const auto& [name, table] : m_tables)
+        table.m_view->restoreLayout(m_settings);
+}
+
+void CMainWindow::restoreDefaultLayout() {
+    restoreState(m_defaultLayout, kLayoutVersion);
+}
+
+void CMainWindow::saveAll() {
+    m_settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
+    m_settings.setValue(QStringLiteral("window/layout"), saveState(kLayoutVersion));
+    for (const auto& [name, table] : m_tables)
+        table.m_view->saveLayout(m_settings);
+    m_settings.sync();
+}
+
+} // namespace desk

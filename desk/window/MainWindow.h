@@ -1,0 +1,131 @@
+#pragma once
+
+#include "desk/window/DeskControl.h"
+#include "desk/window/Feed.h"
+#include "desk/window/RowModel.h"
+#include "desk/window/StateBar.h"
+#include "desk/window/TableView.h"
+#include "desk/window/TradeBoard.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+class QAction;
+class QDockWidget;
+class QMenu;
+class QMenuBar;
+class QSettings;
+
+namespace desk {
+
+/// Asks a question that must be answered before something dangerous is done. Returns whether the user agreed;
+/// the default answer is no. `agree` is the text of the button.
+using CAsk = std::function<bool(const QString& title, const QString& text, const QString& agree)>;
+
+/// The window of the desk: the state bar and the panels. It shows what the feed has, 20 times a second at
+/// most, and passes the user's wishes to the control. Main thread only. Control, feed and settings must
+/// outlive it.
+class CMainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    static constexpr int kFeedMs = 50;
+
+    CMainWindow(const QString& folder, IDeskControl& control, CWindowFeed& feed, QSettings& settings);
+    ~CMainWindow() override;
+
+    /// Shows the next batch of the feed. The window's timer calls it.
+    void takeFeed();
+    /// Starts the timer, and counts rejections from now on.
+    void begin();
+    /// Replaces the question boxes, for tests.
+    void setAsk(CAsk ask) { m_ask = std::move(ask); }
+
+    CTableView& table(const char* name) const { return *m_tables.at(name).m_view; }
+    CRowModel& model(const char* name) const { return *m_tables.at(name).m_model; }
+    CStateBar& stateBar() const { return *m_state; }
+    QAction& action(const char* name) const { return *m_actions.at(name); }
+    QDockWidget& panel(const char* name) const { return *m_panels.at(name); }
+
+signals:
+    /// The user has closed the window and agreed to end.
+    void sigClosed();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    struct CTable {
+        CRowModel* m_model = nullptr;
+        CTableView* m_view = nullptr;
+    };
+
+    CTable makeTable(const CTableSpec& spec, const QString& emptyText);
+    QDockWidget* addPanel(const char* name, const QString& title, QWidget* content, Qt::DockWidgetArea area);
+    void makePanels();
+    void placePanels();
+    QAction* addCommand(const char* name, const QString& text, const QKeySequence& keys, QMenu& menu,
+                        std::function<void()> action);
+    void makeMenus();
+    void makeStrategyMenu();
+    void makeTradeMenu();
+    void makeViewMenu();
+    void focusPanel(const char* name);
+    void showFilter();
+    void restoreDefaultLayout();
+    CTableView* focusedTable() const;
+
+    void showTrades(const CFeedBatch& batch);
+    void showBooks(const CBooks& books);
+    void showBook();
+    void showStrategies();
+    void showState();
+    void showCounts();
+
+    void toggleStrategy();
+    void runOnStrategies(const std::function<QString(int)>& operation);
+    void addStrategy();
+    void changeStrategy();
+    void removeStrategies();
+    void cancelSelected();
+    void cancelOfAccounts();
+    void cancelTasks();
+    void askAndCancel(std::vector<std::pair<std::string, int>> orders, std::size_t accounts);
+    void halt();
+    void chooseInstrument(const QStringList& keys);
+    void applyTheme();
+    void restoreAll();
+    void saveAll();
+    static bool askUser(QWidget* parent, const QString& title, const QString& text, const QString& agree);
+
+    const QString m_strFolder;
+    IDeskControl& m_control;
+    CWindowFeed& m_feed;
+    QSettings& m_settings;
+    CAsk m_ask;
+    CTradeBoard m_board;
+    CNames m_names;
+    std::map<std::string, CTable> m_tables;
+    std::map<std::string, QDockWidget*> m_panels;
+    std::map<std::string, QAction*> m_actions;
+    QMenuBar* m_menus; ///< the window owns it, like all widgets
+    CStateBar* m_state;
+    CStateFacts m_facts;
+    std::shared_ptr<const CBooks> m_books;
+    std::map<std::string, double> m_firstEquity; ///< by account
+    std::string m_strInstrument;                 ///< of the book
+    std::uint64_t m_nRevision = 0;
+    bool m_bHasStrategies = false; ///< m_nRevision is valid
+    QTimer m_timer;
+    QByteArray m_defaultLayout;
+};
+
+} // namespace desk

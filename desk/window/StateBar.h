@@ -1,0 +1,61 @@
+#pragma once
+
+#include "desk/window/DeskControl.h"
+#include "desk/window/Theme.h"
+
+#include <QString>
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+
+namespace desk {
+
+/// The state of the desk from what it reports. A broken journal is the most urgent one, then a halt.
+EDeskState stateOf(const CDeskStatus& status);
+/// The state as a word with a sign, such as "● ACTIVE".
+QString stateWord(EDeskState state);
+
+/// What the bar shows besides the state.
+struct CStateFacts {
+    int m_nRunning = 0;
+    int m_nStrategies = 0;
+    int m_nWaiting = 0;     ///< orders
+    QString m_strLastOrder; ///< time of the last order; empty if there is none
+};
+
+/// The line at the top of the window: the state in large letters, the numbers, and the button that halts.
+/// Below it is a notice, if there is one. Main thread.
+class CStateBar : public QWidget {
+    Q_OBJECT
+public:
+    explicit CStateBar(QWidget* parent = nullptr);
+
+    void showStatus(const CDeskStatus& status, const CStateFacts& facts);
+    /// A notice with a close button; an empty text closes it.
+    void setNotice(const QString& text);
+    EDeskState state() const { return m_eState; }
+    QPushButton& haltButton() const { return *m_halt; }
+    QPushButton& pauseButton() const { return *m_resumePause; }
+    QWidget& pauseBar() const { return *m_pauseBar; }
+    QString noticeText() const;
+    QString factsText() const;
+
+signals:
+    void sigHalt(); ///< halt, or resume if the desk is halted
+    void sigEndPause();
+
+private:
+    void showState(EDeskState state);
+
+    EDeskState m_eState = EDeskState::Starting;
+    QLabel* m_word;
+    QLabel* m_facts;
+    QPushButton* m_halt;
+    QWidget* m_pauseBar;
+    QPushButton* m_resumePause;
+    QWidget* m_noticeBar;
+    QLabel* m_notice;
+};
+
+} // namespace desk

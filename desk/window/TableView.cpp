@@ -1,0 +1,303 @@
+#include "desk/window/TableView.h"
+
+#include "desk/window/Theme.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFile>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSettings>
+#include <QStyledItemDelegate>
+
+#include <algorithm>
+
+namespace desk {
+namespace {
+
+constexpr int kFlashTickMs = 100;
+constexpr int kPadding = 6;
+constexpr int kSpecFontHeight = 17; ///< height of the font that the default widths are for
+
+/// Colours of a cell by its mark, its trend and its flash.
+class CCellDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        const CTheme& theme = CTheme::current();
+        const auto mark = static_cast<ERowMark>(index.data(CRowModel::MarkRole).toInt());
+        const int trend = index.data(CRowModel::TrendRole).toInt();
+        QColor colour = theme.text();
+        if (mark == ERowMark::Warning) colour = theme.warning();
+        if (mark == ERowMark::Off) colour = theme.off();
+        if (trend > 0) colour = theme.rise();
+        if (trend < 0) colour = theme.fall();
+        option->palette.setColor(QPalette::Text, colour);
+        option->palette.setColor(QPalette::HighlightedText, mark == ERowMark::Off ? theme.text() : colour);
+        if (mark == ERowMark::Total) option->font.setBold(true);
+        if (index.data(CRowModel::FlashRole).toInt() != 0) option->backgroundBrush = theme.flash();
+        option->state &= ~QStyle::State_HasFocus; // rows are selected, not cells
+    }
+};
+
+QString csvField(const QString& text) {
+    static const QString kSpecial = QStringLiteral(",\"\r\n");
+    const bool isPlain = std::none_of(text.begin(), text.end(), [](QChar c) { return kSpecial.contains(c); });
+    if (isPlain) return text;
+    QString quoted = text;
+    return QLatin1Char('"') + quoted.replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QLatin1Char('"');
+}
+
+} // namespace
+
+CFilterHeader::CFilterHeader(CRowFilter& filter, QWidget* parent)
+    : QHeaderView(Qt::Horizontal, parent), m_filter(filter) {
+    setSectionsClickable(true);
+    setSectionsMovable(true);
+    setHighlightSections(false);
+    setMinimumSectionSize(24);
+    connect(this, &QHeaderView::sectionResized, this, [this] { placeFields(); });
+    connect(this, &QHeaderView::sectionMoved, this, [this] { placeFields(); });
+}
+
+int CFilterHeader::titleHeight() const {
+    return QHeaderView::sizeHint().height();
+}
+
+QSize CFilterHeader::sizeHint() const {
+    QSize size = QHeaderView::sizeHint();
+    if (m_bFilters && !m_fields.empty()) size.rheight() += m_fields.begin()->second->sizeHint().height();
+    return size;
+}
+
+void CFilterHeader::showFilters(bool isShown) {
+    m_bFilters = isShown;
+    for (int column = 0; isShown && column < count(); ++column) {
+        if (m_fields.count(column) > 0) continue;
+        auto* field = new QLineEdit(this);
+        field->setPlaceholderText(tr("filter"));
+        field->setToolTip(tr("Shows only rows that contain this text. Numbers: >100, <100, =100"));
+        connect(field, &QLineEdit::textChanged, this,
+                [this, column](const QString& text) { m_filter.setColumnFilter(column, text); });
+        m_fields[column] = field;
+    }
+    for (const auto& [column, field] : m_fields) {
+        if (!isShown) field->clear();
+        field->setVisible(isShown && !isSectionHidden(column));
+    }
+    updateGeometries();
+    emit geometriesChanged();
+    placeFields();
+}
+
+QLineEdit* CFilterHeader::field(int column) const {
+    const auto found = m_fields.find(column);
+    return found == m_fields.end() ? nullptr : found->second;
+}
+
+void CFilterHeader::updateGeometries() {
+    setViewportMargins(0, 0, 0,
+                       m_bFilters && !m_fields.empty() ? m_fields.begin()->second->sizeHint().height() : 0);
+    QHeaderView::updateGeometries();
+    placeFields();
+}
+
+void CFilterHeader::placeFields() {
+    if (!m_bFilters) return;
+    for (const auto& [column, field] : m_fields)
+        field->setGeometry(sectionViewportPosition(column), titleHeight(), sectionSize(column),
+                           field->sizeHint().height());
+}
+
+CTableView::CTableView(CRowModel& model, QWidget* parent)
+    : QTableView(parent), m_model(model), m_filter(new CRowFilter(this)),
+      m_header(new CFilterHeader(*m_filter, this)) {
+    m_filter->setSourceModel(&model);
+    setHorizontalHeader(m_header);
+    setModel(m_filter);
+    setItemDelegate(new CCellDelegate(this));
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setShowGrid(false);
+    setAlternatingRowColors(true);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    setVerticalScrollMode(ScrollPerItem);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 5);
+    m_header->setSortIndicator(-1, Qt::AscendingOrder);
+    setSortingEnabled(true);
+    m_filter->sort(-1);
+    for (int column = 0; column < model.columnCount(); ++column)
+        setColumnWidth(column, model.spec().m_columns[static_cast<std::size_t>(column)].m_nWidth *
+                                   fontMetrics().height() / kSpecFontHeight);
+    // A number at the far right edge is hard to read, so only a text uses the room that is left.
+    m_header->setStretchLastSection(model.spec().m_columns.back().m_eCell == ECell::Text);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, this, &CTableView::showMenu);
+    m_flashTimer.setInterval(kFlashTickMs);
+    connect(&m_flashTimer, &QTimer::timeout, this, [this] {
+        if (!m_model.expireFlashes()) m_flashTimer.stop();
+        viewport()->update();
+    });
+    connect(&model, &QAbstractItemModel::dataChanged, this, [this] {
+        if (m_model.hasFlashes() && !m_flashTimer.isActive()) m_flashTimer.start();
+    });
+}
+
+void CTableView::setEmptyText(const QString& text) {
+    m_strEmpty = text;
+    viewport()->update();
+}
+
+void CTableView::rememberTop() {
+    m_nTop = verticalScrollBar()->value();
+}
+
+void CTableView::scrollContentsBy(int dx, int dy) {
+    QTableView::scrollContentsBy(dx, dy);
+    rememberTop();
+}
+
+void CTableView::rowsInserted(const QModelIndex& parent, int start, int end) {
+    const int top = m_nTop;
+    QTableView::rowsInserted(parent, start, end);
+    if (top == 0 || start > top) return; // the user looks at the newest rows, or the new rows are below
+    updateGeometries();                  // the scroll bar must have its new range first
+    verticalScrollBar()->setValue(top + end - start + 1);
+}
+
+QStringList CTableView::selectedKeys() const {
+    QModelIndexList rows = selectionModel()->selectedRows();
+    if (rows.isEmpty() && currentIndex().isValid()) rows.append(currentIndex());
+    std::sort(rows.begin(), rows.end());
+    QStringList keys;
+    for (const QModelIndex& row : rows)
+        keys.append(row.data(CRowModel::KeyRole).toString());
+    return keys;
+}
+
+QString CTableView::rowsText(const QList<int>& rows, QChar separator) const {
+    const bool isCsv = separator == QLatin1Char(',');
+    QStringList lines;
+    const auto addLine = [&](const auto& textOf) {
+        QStringList fields;
+        for (int place = 0; place < m_header->count(); ++place) {
+            const int column = m_header->logicalIndex(place);
+            if (m_header->isSectionHidden(column)) continue;
+            QString text = textOf(column);
+            if (!isCsv)
+                text.replace(QLatin1Char('\t'), QLatin1Char(' '))
+                    .replace(QLatin1Char('\n'), QLatin1Char(' '));
+            fields.append(isCsv ? csvField(text) : text);
+        }
+        lines.append(fields.join(separator));
+    };
+    addLine(
+        [&](int column) { return m_filter->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(); });
+    for (const int row : rows)
+        addLine(
+            [&](int column) { return m_filter->index(row, column).data(CRowModel::PlainRole).toString(); });
+    return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
+
+QString CTableView::copyText() const {
+    QList<int> rows;
+    for (const QModelIndex& row : selectionModel()->selectedRows())
+        rows.append(row.row());
+    std::sort(rows.begin(), rows.end());
+    for (int row = 0; selectionModel()->selectedRows().isEmpty() && row < m_filter->rowCount(); ++row)
+        rows.append(row);
+    return rowsText(rows, QLatin1Char('\t'));
+}
+
+QString CTableView::csvText() const {
+    QList<int> rows;
+    for (int row = 0; row < m_filter->rowCount(); ++row)
+        rows.append(row);
+    return rowsText(rows, QLatin1Char(','));
+}
+
+void CTableView::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) {
+        QApplication::clipboard()->setText(copyText());
+    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+               !selectedKeys().isEmpty()) {
+        emit sigActivated(selectedKeys());
+    } else if (event->key() == Qt::Key_Space && !selectedKeys().isEmpty()) {
+        emit sigSpace(selectedKeys());
+    } else if (event->key() == Qt::Key_Escape && m_filter->hasFilter()) {
+        m_header->showFilters(false);
+    } else {
+        QTableView::keyPressEvent(event);
+    }
+}
+
+void CTableView::mouseDoubleClickEvent(QMouseEvent* event) {
+    QTableView::mouseDoubleClickEvent(event);
+    if (indexAt(event->pos()).isValid()) emit sigActivated(selectedKeys());
+}
+
+void CTableView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (m_filter->rowCount() > 0) return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    const QString text =
+        m_model.rowCount() > 0 ? tr("The filter hides all rows. Escape ends it.") : m_strEmpty;
+    painter.drawText(viewport()->rect().adjusted(kPadding, kPadding, -kPadding, -kPadding),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, text);
+}
+
+void CTableView::showMenu(const QPoint& place) {
+    QMenu menu(this);
+    menu.addActions(actions());
+    if (!actions().isEmpty()) menu.addSeparator();
+    menu.addAction(
+        tr("Copy"), this, [this] { QApplication::clipboard()->setText(copyText()); }, QKeySequence::Copy);
+    menu.addAction(tr("Export as CSV..."), this, &CTableView::exportCsv);
+    menu.addAction(tr("Order of arrival"), this, [this] {
+        m_header->setSortIndicator(-1, Qt::AscendingOrder);
+        m_filter->sort(-1);
+    });
+    menu.exec(viewport()->mapToGlobal(place));
+}
+
+void CTableView::exportCsv() {
+    const QString path = QFileDialog::getSaveFileName(
+        this, tr("Export as CSV"), QLatin1String(m_model.spec().m_pszName) + QStringLiteral(".csv"),
+        tr("CSV files (*.csv)"));
+    if (path.isEmpty()) return;
+    QFile file(path);
+    const QByteArray text = "\xEF\xBB\xBF" + csvText().toUtf8(); // spreadsheets need the mark to read Chinese
+    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush()) return;
+    QMessageBox::warning(this, tr("Export as CSV"),
+                         tr("The file cannot be written: %1").arg(file.errorString()));
+}
+
+void CTableView::saveLayout(QSettings& settings) const {
+    settings.setValue(QStringLiteral("tables/") + QLatin1String(m_model.spec().m_pszName),
+                      m_header->saveState());
+}
+
+void CTableView::restoreLayout(QSettings& settings) {
+    const QByteArray state =
+        settings.value(QStringLiteral("tables/") + QLatin1String(m_model.spec().m_pszName)).toByteArray();
+    if (state.isEmpty() || !m_header->restoreState(state)) return;
+    m_filter->sort(m_header->sortIndicatorSection(), m_header->sortIndicatorOrder());
+}
+
+} // namespace desk

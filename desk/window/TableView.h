@@ -1,0 +1,92 @@
+#pragma once
+
+#include "desk/window/RowFilter.h"
+#include "desk/window/RowModel.h"
+
+#include <QHeaderView>
+#include <QStringList>
+#include <QTableView>
+#include <QTimer>
+
+#include <map>
+
+class QLineEdit;
+class QSettings;
+
+namespace desk {
+
+/// A header that sorts by a click, with a line of filter fields below the titles.
+class CFilterHeader : public QHeaderView {
+    Q_OBJECT
+public:
+    CFilterHeader(CRowFilter& filter, QWidget* parent);
+
+    /// Shows or hides the filter fields. Hiding ends all filters.
+    void showFilters(bool isShown);
+    bool areFiltersShown() const { return m_bFilters; }
+    /// The field of a column; null if the column does not exist.
+    QLineEdit* field(int column) const;
+    QSize sizeHint() const override;
+
+protected:
+    void updateGeometries() override;
+
+private:
+    int titleHeight() const;
+    void placeFields();
+
+    CRowFilter& m_filter;
+    bool m_bFilters = false;
+    std::map<int, QLineEdit*> m_fields; ///< the header owns them
+};
+
+/// The table that all panels use. One row height; cells flash when they change; the selected rows are copied
+/// as text with tabs and the titles. If rows are added above the rows that the user reads, those stay where
+/// they are. Main thread only.
+class CTableView : public QTableView {
+    Q_OBJECT
+public:
+    /// The model must outlive the view.
+    explicit CTableView(CRowModel& model, QWidget* parent = nullptr);
+
+    CRowModel& rows() const { return m_model; }
+    CRowFilter& filter() const { return *m_filter; }
+    CFilterHeader& filterHeader() const { return *m_header; }
+    void setEmptyText(const QString& text);
+
+    /// The keys of the selected rows, in the order of the view. If no row is selected, the current one.
+    QStringList selectedKeys() const;
+    /// The selected rows, or all shown rows if none is selected, with a line of titles.
+    QString copyText() const;
+    /// All shown rows, as CSV with a line of titles. Ends with a newline.
+    QString csvText() const;
+    void saveLayout(QSettings& settings) const;
+    void restoreLayout(QSettings& settings);
+
+    void rowsInserted(const QModelIndex& parent, int start, int end) override;
+
+signals:
+    void sigActivated(const QStringList& keys); ///< Enter or a double click
+    void sigSpace(const QStringList& keys);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+
+private:
+    void rememberTop();
+    void showMenu(const QPoint& place);
+    QString rowsText(const QList<int>& rows, QChar separator) const;
+    void exportCsv();
+
+    CRowModel& m_model;
+    CRowFilter* m_filter;
+    CFilterHeader* m_header;
+    QTimer m_flashTimer;
+    QString m_strEmpty;
+    int m_nTop = 0; ///< first visible row
+};
+
+} // namespace desk

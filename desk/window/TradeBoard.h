@@ -1,0 +1,46 @@
+#pragma once
+
+#include "desk/window/Feed.h"
+#include "desk/window/Tables.h"
+
+#include <map>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace desk {
+
+/// Counts the orders that the window has seen: by task, those that wait, and the rejections that the user has
+/// not seen. Main thread only.
+class CTradeBoard {
+public:
+    /// Takes the orders and tasks of a batch. Returns the tasks that have changed.
+    std::vector<CTaskState> take(const CFeedBatch& batch);
+
+    struct CWaiting {
+        std::string m_strAccount;
+        int m_nTask = 0;
+    };
+    /// The orders that wait, by order.
+    const std::map<int, CWaiting>& waiting() const { return m_waiting; }
+    /// The number of accounts that have waiting orders.
+    int waitingAccounts() const;
+
+    int unseenRejections() const { return m_nUnseen; }
+    void markSeen() { m_nUnseen = 0; }
+    /// The rejections of earlier runs are not news.
+    void setStarted() { m_bStarted = true; }
+
+private:
+    void count(CTaskState& task, EOrderStatus status, int change);
+
+    std::unordered_map<int, EOrderStatus> m_states; ///< of all orders
+    std::unordered_map<int, CTaskState> m_tasks;
+    std::map<int, CWaiting> m_waiting;
+    int m_nUnseen = 0;
+    bool m_bStarted = false;
+};
+
+} // namespace desk

@@ -1,0 +1,91 @@
+#include "desk/window/WindowProgram.h"
+
+#include "desk/host/Desk.h"
+#include "desk/host/TextSink.h"
+#include "orderservice/base/Clock.h"
+
+#include <QEventLoop>
+#include <QSettings>
+#include <QTimer>
+
+#include <utility>
+
+namespace desk {
+namespace {
+
+constexpr int kTickMs = 20;
+
+CFeedMessage::EKind kindOf(const EFloodLine* kind) {
+    if (kind == nullptr) return CFeedMessage::EKind::Desk;
+    switch (*kind) {
+    case EFloodLine::Refusal:
+        return CFeedMessage::EKind::Refusal;
+    case EFloodLine::File:
+        return CFeedMessage::EKind::File;
+    case EFloodLine::Incident:
+        return CFeedMessage::EKind::Incident;
+    case EFloodLine::Message:
+        break;
+    }
+    return CFeedMessage::EKind::Service;
+}
+
+/// Whether the line begins like a warning of the desk.
+bool isWarning(const EFloodLine* kind, const std::string& text) {
+    if (kind != nullptr) return *kind == EFloodLine::Refusal || *kind == EFloodLine::Incident;
+    return text.compare(0, 7, "WARNING") == 0 || text.compare(0, 5, "ERROR") == 0;
+}
+
+} // namespace
+
+CWindowProgram::CWindowProgram(QString folder, QSettings& settings, std::function<bool()> keepGoing)
+    : m_strFolder(std::move(folder)), m_settings(settings), m_keepGoing(std::move(keepGoing)) {}
+
+CWindowProgram::~CWindowProgram() = default;
+
+void CWindowProgram::began(CTextSink& sink) {
+    sink.setListener([this](const EFloodLine* kind, const std::string& text) {
+        // CWindowMsgService has the messages of the order service already.
+        if (kind != nullptr && *kind == EFloodLine::Message) return;
+        m_feed.addMessage(kindOf(kind), isWarning(kind, text), QString::fromStdString(text));
+    });
+}
+
+void CWindowProgram::made(CDesk& desk) {
+    desk.setOrderListener([this](const CBrokerEvent& event) { m_feed.addEvent(event); });
+    desk.journal().setListener([this](const std::string& lines) { m_feed.addJournalLines(lines); });
+}
+
+void CWindowProgram::opened(CDesk& desk, TC::CHost& host) {
+    m_messages = std::make_unique<CWindowMsgService>(*host.msgService, m_feed);
+    host.msgService = m_messages.get();
+    m_control = std::make_unique<CLiveControl>(desk, m_feed);
+    m_control->feedStart();
+}
+
+std::string CWindowProgram::run(CDesk& desk) {
+    CMainWindow window(m_strFolder, *m_control, m_feed, m_settings);
+    QEventLoop loop;
+    std::string reason = "window closed";
+    QTimer tick;
+    const double start = utils::getTime();
+    QObject::connect(&tick, &QTimer::timeout, &loop, [&] {
+        desk.tick(utils::getTime() - start);
+        if (m_keepGoing()) return;
+        reason = "signal";
+        loop.quit();
+    });
+    QObject::connect(&window, &CMainWindow::sigClosed, &loop, &QEventLoop::quit);
+    tick.start(kTickMs);
+    window.begin();
+    window.show();
+    if (m_onWindow) m_onWindow(window);
+    loop.exec();
+    return reason;
+}
+
+void CWindowProgram::ended(CDesk&) {
+    m_control.reset();
+}
+
+} // namespace desk

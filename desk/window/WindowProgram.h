@@ -1,0 +1,45 @@
+#pragma once
+
+#include "desk/commands/RunDesk.h"
+#include "desk/window/Feed.h"
+#include "desk/window/LiveControl.h"
+#include "desk/window/MainWindow.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class QSettings;
+
+namespace desk {
+
+/// Runs a desk with a window. Main thread, with a QApplication.
+class CWindowProgram : public IDeskProgram {
+public:
+    /// `keepGoing`: the run ends when it returns false. `settings` has the layout and must outlive the
+    /// program.
+    CWindowProgram(QString folder, QSettings& settings, std::function<bool()> keepGoing);
+    ~CWindowProgram() override;
+
+    /// Is called with the window before it is shown, for tests.
+    void setOnWindow(std::function<void(CMainWindow&)> onWindow) { m_onWindow = std::move(onWindow); }
+
+    void began(CTextSink& sink) override;
+    void made(CDesk& desk) override;
+    void opened(CDesk& desk, TC::CHost& host) override;
+    std::string run(CDesk& desk) override;
+    void ended(CDesk& desk) override;
+
+private:
+    const QString m_strFolder;
+    QSettings& m_settings;
+    const std::function<bool()> m_keepGoing;
+    std::function<void(CMainWindow&)> m_onWindow;
+    CWindowFeed m_feed;
+    std::unique_ptr<CWindowMsgService> m_messages;
+    std::unique_ptr<CLiveControl> m_control;
+};
+
+} // namespace desk

@@ -1,0 +1,63 @@
+// orderdesk-window: the desk of a folder with a window.
+#include "desk/commands/StopSignals.h"
+#include "desk/host/Screen.h"
+#include "desk/window/KeptText.h"
+#include "desk/window/Language.h"
+#include "desk/window/WindowProgram.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QMessageBox>
+#include <QSettings>
+
+#include <unistd.h>
+
+#include <clocale>
+#include <ostream>
+
+namespace {
+
+int runWindow(const QString& folder) {
+    desk::CStopSignals stop;
+    desk::CScreen screen(STDOUT_FILENO);
+    desk::CKeptText kept(screen.stream());
+    std::ostream out(&kept);
+    QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("orderdesk"),
+                       QStringLiteral("window"));
+    desk::CWindowProgram program(folder, settings, [&] { return stop.keepGoing(); });
+    const int result = desk::runDesk(
+        folder.toStdString(), out, program, [&] { return stop.keepGoing(); },
+        [&] { return stop.keepWaiting(); });
+    if (result != 0 && stop.keepGoing())
+        QMessageBox::critical(nullptr, QApplication::translate("main", "The desk has ended with a failure"),
+                              QString::fromStdString(kept.text()));
+    return result;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::setlocale(LC_ALL, "C.UTF-8");
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication app(argc, argv);
+    // The application has set the locale of the environment. Numbers must have a decimal point on every
+    // machine.
+    std::setlocale(LC_NUMERIC, "C");
+    QApplication::setApplicationName(QStringLiteral("orderdesk-window"));
+    QApplication::setApplicationVersion(QStringLiteral(ORDERDESK_VERSION));
+    QCommandLineParser line;
+    line.setApplicationDescription(QStringLiteral("Runs the desk of a folder with a window."));
+    line.addHelpOption();
+    line.addVersionOption();
+    const QCommandLineOption language(
+        QStringLiteral("language"),
+        QStringLiteral("Language of the window: zh or en. Default: by the locale."),
+        QStringLiteral("language"));
+    line.addOption(language);
+    line.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("The desk folder."));
+    line.process(app);
+    if (line.positionalArguments().size() != 1) line.showHelp(2);
+    desk::CLanguage translations;
+    if (!translations.install(line.value(language))) line.showHelp(2);
+    return runWindow(line.positionalArguments().first());
+}

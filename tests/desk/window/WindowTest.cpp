@@ -1,0 +1,312 @@
+#include "desk/commands/NewFolder.h"
+#include "desk/window/Language.h"
+#include "desk/window/StrategyDialog.h"
+#include "desk/window/WindowProgram.h"
+#include "desk/window/Words.h"
+#include "orderservice/gates/IntakePause.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/TestSocket.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSettings>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <regex>
+#include <sstream>
+#include <vector>
+
+namespace {
+
+using namespace desk;
+
+/// A copy of the demo folder, run with the real window.
+class Window : public testing::Test {
+protected:
+    using CStep = std::function<bool(CMainWindow&)>;
+
+    void SetUp() override {
+        ASSERT_EQ(runNew(folder.path("desk"), false, out, out), 0);
+        const std::string port = ":" + std::to_string(freePort());
+        folder.write("desk/strategies.toml",
+                     std::regex_replace(folder.read("desk/strategies.toml"), std::regex(":15150"), port));
+    }
+
+    /// Each step is called until it returns true; then the next one follows. The test fails after one minute.
+    int run(std::vector<CStep> steps) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+        std::size_t next = 0;
+        QSettings settings(QString::fromStdString(folder.path("layout.ini")), QSettings::IniFormat);
+        const auto keepGoing = [&] { return next < steps.size() && std::chrono::steady_clock::now() < end; };
+        CWindowProgram program(QString::fromStdString(folder.path("desk")), settings, keepGoing);
+        QTimer timer;
+        program.setOnWindow([&](CMainWindow& window) {
+            window.setAsk([this](const QString& title, const QString& text, const QString&) {
+                questions.append(title + QStringLiteral(": ") + text);
+                return answer;
+            });
+            QObject::connect(&timer, &QTimer::timeout, &window, [&] {
+                if (next < steps.size() && steps[next](window)) ++next;
+            });
+            timer.start(5);
+        });
+        const int result = runDesk(folder.path("desk"), out, program, keepGoing);
+        EXPECT_EQ(next, steps.size()) << "the step did not succeed within a minute";
+        return result;
+    }
+
+    CStep handOver(std::string lines) {
+        return [this, lines](CMainWindow&) {
+            folder.handOver("desk/orders/group.txt", lines);
+            return true;
+        };
+    }
+    static CStep hasRows(const char* table, int count) {
+        return [table, count](CMainWindow& window) { return window.model(table).rowCount() >= count; };
+    }
+    static QString cell(CMainWindow& window, const char* table, const char* key, const char* column) {
+        const CRow* row = window.model(table).find(QString::fromLatin1(key));
+        const int place = columnOf(window.model(table).spec(), column);
+        return row == nullptr ? QString() : row->m_cells.value(place).toString();
+    }
+    bool hasInJournal(const std::string& text) const {
+        return folder.read("desk/journal.jsonl").find(text) != std::string::npos;
+    }
+
+    CTempFolder folder;
+    std::ostringstream out;
+    QStringList questions;
+    bool answer = true;
+};
+
+constexpr const char* kOrders = "23,0,8.02,600104,1000\n23,0,7.50,600104,2000\n23,0,8.02,600104,150\n";
+
+TEST_F(Window, ShowsWhatHappensToOrders) {
+    EXPECT_EQ(run({hasRows("strategies", 16), hasRows("accounts", 15), handOver(kOrders),
+                   hasRows("orders", 5), hasRows("fills", 2), hasRows("tasks", 3),
+                   [](CMainWindow& window) {
+                       EXPECT_EQ(cell(window, "orders", "1", "state"), "filled");
+                       EXPECT_EQ(cell(window, "orders", "3", "state"), "waits");
+                       EXPECT_EQ(cell(window, "orders", "5", "state"), "REJECTED");
+                       EXPECT_EQ(cell(window, "orders", "5", "reason"),
+                                 "volume 150 is not a multiple of 100");
+                       EXPECT_EQ(cell(window, "tasks", "2", "waiting"), "2");
+                       EXPECT_EQ(window.panel("orders").windowTitle(), "Orders (1 REJECTED)");
+                       window.action("view_orders").trigger();
+                       EXPECT_EQ(window.panel("orders").windowTitle(), "Orders");
+                       EXPECT_TRUE(window.stateBar().factsText().contains("2 orders wait"));
+                       EXPECT_TRUE(window.windowTitle().contains("ACTIVE"));
+                       return true;
+                   }}),
+              0)
+        << out.str();
+    EXPECT_TRUE(hasInJournal("\"reason\":\"signal\""));
+}
+
+TEST_F(Window, HaltCancelsAndKeepsFilesWaitingUntilResumed) {
+    EXPECT_EQ(run({handOver(kOrders), hasRows("orders", 5),
+                   [](CMainWindow& window) {
+                       window.action("halt").trigger();
+                       return true;
+                   },
+                   [](CMainWindow& window) { return window.stateBar().state() == EDeskState::Halted; },
+                   [](CMainWindow& window) { return cell(window, "orders", "4", "state") == "cancelled"; },
+                   handOver("23,0,8.02,600104,100\n"),
+                   [this](CMainWindow& window) {
+                       EXPECT_TRUE(TC::CIntakePause::isPaused());
+                       EXPECT_TRUE(folder.exists("desk/orders/group.txt"));
+                       EXPECT_TRUE(window.windowTitle().contains("HALTED"));
+                       window.stateBar().haltButton().click();
+                       return true;
+                   },
+                   hasRows("orders", 6),
+                   [](CMainWindow& window) { return window.stateBar().state() == EDeskState::Active; }}),
+              0)
+        << out.str();
+    ASSERT_EQ(questions.size(), 2);
+    EXPECT_TRUE(questions[0].contains("cancels 2 waiting orders of 2 accounts"))
+        << questions[0].toStdString();
+    EXPECT_TRUE(hasInJournal("the desk was halted"));
+}
+
+TEST_F(Window, NothingDangerousHappensWithoutAgreement) {
+    answer = false;
+    EXPECT_EQ(run({handOver(kOrders), hasRows("orders", 5),
+                   [](CMainWindow& window) {
+                       window.action("halt").trigger();
+                       window.table("orders").selectAll();
+                       window.action("cancel").trigger();
+                       window.table("tasks").selectAll();
+                       window.action("cancel_task").trigger();
+                       window.table("strategies").selectAll();
+                       window.action("remove").trigger();
+                       EXPECT_FALSE(window.close());
+                       EXPECT_EQ(window.stateBar().state(), EDeskState::Active);
+                       EXPECT_EQ(window.model("strategies").rowCount(), 16);
+                       return true;
+                   }}),
+              0);
+    ASSERT_EQ(questions.size(), 5);
+    EXPECT_TRUE(questions[1].contains("Cancel 2 waiting orders of 2 accounts?"));
+    EXPECT_TRUE(questions[2].contains("Cancel 2 waiting orders of 1 tasks?"));
+    EXPECT_TRUE(questions[4].contains("16 strategies run and 2 orders wait."));
+    EXPECT_FALSE(hasInJournal("\"kind\":\"cancel_"));
+}
+
+TEST_F(Window, CancelsOneOrder) {
+    EXPECT_EQ(run({handOver(kOrders), hasRows("orders", 5),
+                   [](CMainWindow& window) {
+                       CTableView& view = window.table("orders");
+                       for (int row = 0; row < view.filter().rowCount(); ++row) {
+                           if (view.filter().index(row, 0).data(CRowModel::KeyRole) == "3")
+                               view.selectRow(row);
+                       }
+                       window.action("cancel").trigger();
+                       return true;
+                   },
+                   [](CMainWindow& window) { return cell(window, "orders", "3", "state") == "cancelled"; },
+                   [](CMainWindow& window) {
+                       EXPECT_EQ(cell(window, "orders", "4", "state"), "waits");
+                       return true;
+                   }}),
+              0);
+}
+
+TEST_F(Window, StopsAndStartsAStrategyByKey) {
+    EXPECT_EQ(run({hasRows("strategies", 16),
+                   [](CMainWindow& window) {
+                       window.action("view_strategies").trigger();
+                       window.table("strategies").selectRow(0);
+                       QTest::keyClick(&window.table("strategies"), Qt::Key_Return);
+                       EXPECT_TRUE(cell(window, "strategies", "1", "state").contains("stopped"));
+                       EXPECT_TRUE(window.stateBar().noticeText().isEmpty());
+                       return true;
+                   },
+                   [](CMainWindow& window) { return window.stateBar().factsText().startsWith("15 of 16"); },
+                   [](CMainWindow& window) {
+                       QTest::keyClick(&window.table("strategies"), Qt::Key_Space);
+                       EXPECT_EQ(window.stateBar().noticeText(), "");
+                       EXPECT_TRUE(cell(window, "strategies", "1", "state").contains("runs"));
+                       return true;
+                   }}),
+              0);
+}
+
+TEST_F(Window, AStartThatDeletesAWaitingFileAsksFirst) {
+    answer = false;
+    EXPECT_EQ(run({hasRows("strategies", 16),
+                   [this](CMainWindow& window) {
+                       window.table("strategies").selectRow(0);
+                       window.action("start").trigger(); // stops
+                       folder.handOver("desk/orders/group.txt", kOrders);
+                       window.action("start").trigger();
+                       EXPECT_TRUE(cell(window, "strategies", "1", "state").contains("stopped"));
+                       return true;
+                   }}),
+              0);
+    ASSERT_EQ(questions.size(), 1);
+    EXPECT_TRUE(questions[0].contains("The start deletes it unread."));
+    EXPECT_EQ(folder.read("desk/orders/group.txt"), kOrders);
+}
+
+TEST_F(Window, OffersToEndThePauseOfAnUnansweredConfirmation) {
+    EXPECT_EQ(run({[](CMainWindow& window) {
+                       EXPECT_TRUE(window.stateBar().pauseBar().isHidden());
+                       TC::setConfirmationPause(true);
+                       return true;
+                   },
+                   [](CMainWindow& window) { return window.stateBar().state() == EDeskState::Paused; },
+                   [](CMainWindow& window) {
+                       EXPECT_FALSE(window.stateBar().pauseBar().isHidden());
+                       window.stateBar().pauseButton().click();
+                       EXPECT_FALSE(TC::isConfirmationPauseSet());
+                       return true;
+                   },
+                   [](CMainWindow& window) { return window.stateBar().state() == EDeskState::Active; }}),
+              0);
+}
+
+TEST_F(Window, ClosingEndsTheDesk) {
+    EXPECT_EQ(run({hasRows("strategies", 16), [](CMainWindow& window) { return window.close(); }}), 0);
+    EXPECT_TRUE(hasInJournal("\"reason\":\"window closed\""));
+    EXPECT_TRUE(folder.exists("layout.ini"));
+    EXPECT_EQ(questions.size(), 1);
+}
+
+TEST_F(Window, TheDefaultLayoutNeedsNoScrollBarAcross) {
+    EXPECT_EQ(run({hasRows("positions", 1),
+                   [](CMainWindow& window) {
+                       window.resize(1366, 730);
+                       QCoreApplication::processEvents();
+                       for (const char* name :
+                            {"strategies", "orders", "accounts", "positions", "messages", "quotes"})
+                           EXPECT_EQ(window.table(name).horizontalScrollBar()->maximum(), 0) << name;
+                       return true;
+                   }}),
+              0);
+}
+
+TEST(StateOf, TheMostUrgentStateIsShown) {
+    CDeskStatus status;
+    EXPECT_EQ(stateOf(status), EDeskState::Active);
+    status.m_bConfirmationPause = true;
+    EXPECT_EQ(stateOf(status), EDeskState::Paused);
+    status.m_bHalted = true;
+    EXPECT_EQ(stateOf(status), EDeskState::Halted);
+    status.m_strJournalFailure = "disk full";
+    EXPECT_EQ(stateOf(status), EDeskState::JournalBroken);
+}
+
+TEST(StrategyDialog, KeepsWhatItDoesNotShow) {
+    CDeskConfig config;
+    TC::COrderStrategyParam strategy;
+    strategy.m_nChannel = 7;
+    strategy.m_strSelectedAccount = "gone";
+    strategy.m_eSelectedAccountType = TC::ESelectedAccountType::Account;
+    strategy.m_stockSetting.m_ePriceType = TC::EPriceType::NoQuote; // has no word
+    strategy.m_bUseAmount = true;
+    strategy.m_dAmount = 100.001;
+    strategy.m_nStartCount = 5;
+    CStrategyDialog dialog(config, strategy, false, [](const auto&) { return QString(); });
+    const TC::COrderStrategyParam result = dialog.strategy();
+    EXPECT_EQ(result.m_strSelectedAccount, "gone");
+    EXPECT_EQ(result.m_eSelectedAccountType, TC::ESelectedAccountType::Account);
+    EXPECT_EQ(result.m_stockSetting.m_ePriceType, TC::EPriceType::NoQuote);
+    EXPECT_EQ(result.m_dAmount, 100.001);
+    EXPECT_EQ(result.m_nStartCount, 5);
+}
+
+TEST(StrategyDialog, StaysOpenWithTheReasonOfARefusal) {
+    CDeskConfig config;
+    CStrategyDialog dialog(config, {}, true, [](const auto&) { return QStringLiteral("路径已被使用"); });
+    dialog.accept();
+    EXPECT_NE(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(dialog.refusal(), "路径已被使用");
+}
+
+TEST(Language, EachTextHasAChineseTranslation) {
+    CLanguage language;
+    EXPECT_FALSE(CLanguage().install("fr"));
+    ASSERT_TRUE(language.install("zh"));
+    for (const char* word : translatedWords())
+        EXPECT_NE(QCoreApplication::translate("words", word), QString::fromLatin1(word)) << word;
+    for (const CTableSpec* spec :
+         {&strategyTable(), &orderTable(), &taskTable(), &fillTable(), &accountTable(), &positionTable(),
+          &quoteTable(), &bookTable(), &messageTable(), &journalTable()}) {
+        for (const CColumn& column : spec->m_columns)
+            EXPECT_NE(QCoreApplication::translate("columns", column.m_pszTitle),
+                      QString::fromLatin1(column.m_pszTitle))
+                << column.m_pszTitle;
+    }
+    EXPECT_EQ(stateWord(EDeskState::Halted), "■ 已停止");
+}
+
+} // namespace

@@ -1,0 +1,13 @@
+# Tests of the desk's window, without a screen.
+find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+file(GLOB desk_window_test_sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_LIST_DIR}/window/*Test.cpp")
+add_executable(desk_window_tests ${desk_window_test_sources} "${CMAKE_CURRENT_LIST_DIR}/window/WindowMain.cpp")
+target_include_directories(desk_window_tests PRIVATE "${PROJECT_SOURCE_DIR}")
+target_link_libraries(desk_window_tests PRIVATE desk_window Qt5::Test GTest::gtest)
+orderservice_own_code(desk_window_tests)
+orderservice_add_tests(desk_window_tests)
+
+add_executable(desk_window_pictures EXCLUDE_FROM_ALL "${CMAKE_CURRENT_LIST_DIR}/window/Pictures.cpp")
+target_include_directories(desk_window_pictures PRIVATE "${PROJECT_SOURCE_DIR}")
+target_link_libraries(desk_window_pictures PRIVATE desk_window)
+orderservice_own_code(desk_window_pictures)
