@@ -61,7 +61,7 @@ CMainWindow::CMainWindow(const QString& folder, IDeskControl& control, CWindowFe
     connect(m_state, &CStateBar::sigHalt, this, &CMainWindow::halt);
     connect(m_state, &CStateBar::sigEndPause, this, [this] { m_control.endConfirmationPause(); });
     connect(&m_timer, &QTimer::timeout, this, &CMainWindow::takeFeed);
-    m_timer.setInterval(kFeedMs);
+    m_timer.setInterval(kFeedMs / 2); // a batch has two turns
     setWindowIcon(stateIcon(m_state->state()));
     placePanels();
     restoreAll();
@@ -148,23 +148,18 @@ void CMainWindow::placePanels() {
 }
 
 void CMainWindow::begin() {
-    for (int batch = 0; batch < 10; ++batch) // what the broker had at the start
+    for (int batch = 0; batch < 20; ++batch) // what the broker had at the start
         takeFeed();
     m_board.setStarted();
     m_timer.start();
 }
 
 void CMainWindow::takeFeed() {
-    const CFeedBatch batch = m_feed.take();
+    if (!m_texts.m_messages.empty() || !m_texts.m_journal.empty()) return showTexts();
+    CFeedBatch batch = m_feed.take();
     showTrades(batch);
-    std::vector<CRow> messages;
-    for (const CFeedMessage& message : batch.m_messages)
-        messages.push_back(messageRow(message));
-    model("messages").apply(messages);
-    std::vector<CRow> records;
-    for (const std::string& line : batch.m_journal)
-        records.push_back(journalRow(line));
-    model("journal").apply(records);
+    m_texts.m_messages = std::move(batch.m_messages);
+    m_texts.m_journal = std::move(batch.m_journal);
     if (batch.m_books) {
         m_books = batch.m_books;
         showBooks(*m_books);
@@ -172,6 +167,20 @@ void CMainWindow::takeFeed() {
     showStrategies();
     showState();
     showCounts();
+}
+
+/// The messages and records of the last batch. They have a turn of their own, so that the thread is not
+/// blocked for both halves of a batch at once.
+void CMainWindow::showTexts() {
+    std::vector<CRow> messages;
+    for (const CFeedMessage& message : m_texts.m_messages)
+        messages.push_back(messageRow(message));
+    model("messages").apply(messages);
+    std::vector<CRow> records;
+    for (const std::string& line : m_texts.m_journal)
+        records.push_back(journalRow(line));
+    model("journal").apply(records);
+    m_texts = {};
 }
 
 void CMainWindow::showTrades(const CFeedBatch& batch) {

@@ -42,7 +42,8 @@ public:
     CMainWindow(const QString& folder, IDeskControl& control, CWindowFeed& feed, QSettings& settings);
     ~CMainWindow() override;
 
-    /// Shows the next batch of the feed. The window's timer calls it.
+    /// Shows one half of a batch of the feed: first the trades, at the next call the messages and the
+    /// journal. The window's timer calls it.
     void takeFeed();
     /// Starts the timer, and counts rejections from now on.
     void begin();
@@ -83,6 +84,7 @@ private:
     void restoreDefaultLayout();
     CTableView* focusedTable() const;
 
+    void showTexts();
     void showTrades(const CFeedBatch& batch);
     void showBooks(const CBooks& books);
     void showBook();
@@ -112,6 +114,7 @@ private:
     QSettings& m_settings;
     CAsk m_ask;
     CTradeBoard m_board;
+    CFeedBatch m_texts; ///< only messages and records: those that are not shown yet
     CNames m_names;
     std::map<std::string, CTable> m_tables;
     std::map<std::string, QDockWidget*> m_panels;

@@ -45,6 +45,10 @@ protected:
         option->palette.setColor(QPalette::HighlightedText, mark == ERowMark::Off ? theme.text() : colour);
         if (mark == ERowMark::Total) option->font.setBold(true);
         if (index.data(CRowModel::FlashRole).toInt() != 0) option->backgroundBrush = theme.flash();
+        // A number that is cut off would be read as another number.
+        const bool isNumber = (option->displayAlignment & Qt::AlignRight) != 0;
+        if (isNumber && option->fontMetrics.horizontalAdvance(option->text) > option->rect.width() - kPadding)
+            option->text = QStringLiteral("###");
         option->state &= ~QStyle::State_HasFocus; // rows are selected, not cells
     }
 };

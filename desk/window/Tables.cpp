@@ -123,19 +123,19 @@ const CTableSpec& strategyTable() {
 
 const CTableSpec& orderTable() {
     static const CTableSpec kSpec{"orders",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 90},
-                                   {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 44},
-                                   {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 40},
-                                   {"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 52},
+                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+                                   {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 42},
+                                   {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 38},
+                                   {"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 54},
                                    {"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 78},
-                                   {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 66},
+                                   {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 64},
                                    {"side", QT_TRANSLATE_NOOP("columns", "Side"), ECell::Text, 64},
-                                   {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 54},
-                                   {"filled", QT_TRANSLATE_NOOP("columns", "Filled"), ECell::Count, 48, true},
-                                   {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 64},
-                                   {"at", QT_TRANSLATE_NOOP("columns", "Filled at"), ECell::Price, 62},
-                                   {"state", QT_TRANSLATE_NOOP("columns", "State"), ECell::Text, 84, true},
-                                   {"reason", QT_TRANSLATE_NOOP("columns", "Reason"), ECell::Text, 80}},
+                                   {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 52},
+                                   {"filled", QT_TRANSLATE_NOOP("columns", "Filled"), ECell::Count, 46, true},
+                                   {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 72},
+                                   {"at", QT_TRANSLATE_NOOP("columns", "Filled at"), ECell::Price, 66},
+                                   {"state", QT_TRANSLATE_NOOP("columns", "State"), ECell::Text, 80, true},
+                                   {"reason", QT_TRANSLATE_NOOP("columns", "Reason"), ECell::Text, 60}},
                                   true,
                                   kMaxTrades};
     return kSpec;
@@ -144,7 +144,7 @@ const CTableSpec& orderTable() {
 const CTableSpec& taskTable() {
     static const CTableSpec kSpec{
         "tasks",
-        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 90},
+        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
          {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 46},
          {"orders", QT_TRANSLATE_NOOP("columns", "Orders"), ECell::Count, 54},
          {"waiting", QT_TRANSLATE_NOOP("columns", "Waiting"), ECell::Count, 54, true},
@@ -160,7 +160,7 @@ const CTableSpec& taskTable() {
 const CTableSpec& fillTable() {
     static const CTableSpec kSpec{
         "fills",
-        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 90},
+        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
          {"fill", QT_TRANSLATE_NOOP("columns", "Fill"), ECell::Count, 46},
          {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 46},
          {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 42},
@@ -180,29 +180,28 @@ const CTableSpec& accountTable() {
     static const CTableSpec kSpec{
         "accounts",
         {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 50},
-         {"available", QT_TRANSLATE_NOOP("columns", "Available"), ECell::Money, 88, true},
-         {"frozen", QT_TRANSLATE_NOOP("columns", "Frozen"), ECell::Money, 74, true},
-         {"margin", QT_TRANSLATE_NOOP("columns", "Margin"), ECell::Money, 74, true},
-         {"equity", QT_TRANSLATE_NOOP("columns", "Equity (CNY)"), ECell::Money, 88, true},
-         {"profit", QT_TRANSLATE_NOOP("columns", "Open P&L"), ECell::Money, 64, true, true},
-         {"since", QT_TRANSLATE_NOOP("columns", "Since start"), ECell::Money, 62, true, true}}};
+         {"available", QT_TRANSLATE_NOOP("columns", "Available"), ECell::Money, 94, true},
+         {"frozen", QT_TRANSLATE_NOOP("columns", "Frozen"), ECell::Money, 88, true},
+         {"equity", QT_TRANSLATE_NOOP("columns", "Equity (CNY)"), ECell::Money, 98, true},
+         {"profit", QT_TRANSLATE_NOOP("columns", "Open P&L"), ECell::Money, 80, true, true},
+         {"since", QT_TRANSLATE_NOOP("columns", "Since start"), ECell::Money, 78, true, true}}};
     return kSpec;
 }
 
 const CTableSpec& positionTable() {
     static const CTableSpec kSpec{
         "positions",
-        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 52},
+        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 56},
          {"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 78},
-         {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 66},
+         {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 70},
          {"side", QT_TRANSLATE_NOOP("columns", "Side"), ECell::Text, 44},
-         {"held", QT_TRANSLATE_NOOP("columns", "Held"), ECell::Count, 58, true},
-         {"can_sell", QT_TRANSLATE_NOOP("columns", "Can sell"), ECell::Count, 60, true},
-         {"cost", QT_TRANSLATE_NOOP("columns", "Cost"), ECell::Price, 66},
-         {"last", QT_TRANSLATE_NOOP("columns", "Last"), ECell::Price, 66, true},
-         {"value", QT_TRANSLATE_NOOP("columns", "Value (CNY)"), ECell::Money, 86, true},
-         {"profit", QT_TRANSLATE_NOOP("columns", "P&L (CNY)"), ECell::Money, 80, true, true},
-         {"percent", QT_TRANSLATE_NOOP("columns", "P&L %"), ECell::Percent, 56, true, true}}};
+         {"held", QT_TRANSLATE_NOOP("columns", "Held"), ECell::Count, 60, true},
+         {"can_sell", QT_TRANSLATE_NOOP("columns", "Can sell"), ECell::Count, 66, true},
+         {"cost", QT_TRANSLATE_NOOP("columns", "Cost"), ECell::Price, 76},
+         {"last", QT_TRANSLATE_NOOP("columns", "Last"), ECell::Price, 76, true},
+         {"value", QT_TRANSLATE_NOOP("columns", "Value (CNY)"), ECell::Money, 98, true},
+         {"profit", QT_TRANSLATE_NOOP("columns", "P&L (CNY)"), ECell::Money, 88, true, true},
+         {"percent", QT_TRANSLATE_NOOP("columns", "P&L %"), ECell::Percent, 60, true, true}}};
     return kSpec;
 }
 
@@ -229,7 +228,7 @@ const CTableSpec& bookTable() {
 
 const CTableSpec& messageTable() {
     static const CTableSpec kSpec{"messages",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 90},
+                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
                                    {"channel", QT_TRANSLATE_NOOP("columns", "Ch."), ECell::Count, 32},
                                    {"kind", QT_TRANSLATE_NOOP("columns", "Kind"), ECell::Text, 90},
                                    {"level", QT_TRANSLATE_NOOP("columns", "Severity"), ECell::Text, 62},
@@ -241,7 +240,7 @@ const CTableSpec& messageTable() {
 
 const CTableSpec& journalTable() {
     static const CTableSpec kSpec{"journal",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 90},
+                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
                                    {"seq", QT_TRANSLATE_NOOP("columns", "No."), ECell::Count, 56},
                                    {"kind", QT_TRANSLATE_NOOP("columns", "Kind"), ECell::Text, 90},
                                    {"text", QT_TRANSLATE_NOOP("columns", "Record"), ECell::Text, 300}},
@@ -325,18 +324,16 @@ CRow accountRow(const CValuedAccount& account, double sinceStart) {
 CRow totalRow(const std::vector<CValuedAccount>& accounts, double sinceStart) {
     CMoney available = 0;
     CMoney frozen = 0;
-    CMoney margin = 0;
     double equity = 0;
     double profit = 0;
     for (const CValuedAccount& account : accounts) {
         available += account.m_funds.available();
-        frozen += account.m_funds.m_nFrozen;
-        margin += account.m_funds.m_nMargin;
+        frozen += account.m_funds.m_nFrozen + account.m_funds.m_nMargin;
         equity += account.m_dEquity;
         profit += account.m_dProfit;
     }
     return {QStringLiteral("\ntotal"), // no account has this key
-            {word("Total"), money(available), money(frozen), money(margin), equity, profit, sinceStart},
+            {word("Total"), money(available), money(frozen), equity, profit, sinceStart},
             ERowMark::Total};
 }
 

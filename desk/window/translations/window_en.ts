@@ -112,10 +112,6 @@
             <translation>Frozen</translation>
         </message>
         <message>
-            <source>Margin</source>
-            <translation>Margin</translation>
-        </message>
-        <message>
             <source>Equity (CNY)</source>
             <translation>Equity (CNY)</translation>
         </message>

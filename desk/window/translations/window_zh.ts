@@ -112,10 +112,6 @@
             <translation>冻结</translation>
         </message>
         <message>
-            <source>Margin</source>
-            <translation>保证金</translation>
-        </message>
-        <message>
             <source>Equity (CNY)</source>
             <translation>权益 (元)</translation>
         </message>
