@@ -23,6 +23,7 @@ namespace {
 
 constexpr int kFlashTickMs = 100;
 constexpr int kPadding = 6;
+constexpr int kCellMargins = 8;     ///< of the style, left and right together
 constexpr int kSpecFontHeight = 17; ///< height of the font that the default widths are for
 
 /// Colours of a cell by its mark, its trend and its flash.
@@ -47,7 +48,8 @@ protected:
         if (index.data(CRowModel::FlashRole).toInt() != 0) option->backgroundBrush = theme.flash();
         // A number that is cut off would be read as another number.
         const bool isNumber = (option->displayAlignment & Qt::AlignRight) != 0;
-        if (isNumber && option->fontMetrics.horizontalAdvance(option->text) > option->rect.width() - kPadding)
+        if (isNumber &&
+            option->fontMetrics.horizontalAdvance(option->text) > option->rect.width() - kCellMargins)
             option->text = QStringLiteral("###");
         option->state &= ~QStyle::State_HasFocus; // rows are selected, not cells
     }

@@ -128,14 +128,14 @@ const CTableSpec& orderTable() {
                                    {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 38},
                                    {"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 54},
                                    {"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 78},
-                                   {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 64},
+                                   {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 68},
                                    {"side", QT_TRANSLATE_NOOP("columns", "Side"), ECell::Text, 64},
-                                   {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 52},
+                                   {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 54},
                                    {"filled", QT_TRANSLATE_NOOP("columns", "Filled"), ECell::Count, 46, true},
-                                   {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 72},
-                                   {"at", QT_TRANSLATE_NOOP("columns", "Filled at"), ECell::Price, 66},
-                                   {"state", QT_TRANSLATE_NOOP("columns", "State"), ECell::Text, 80, true},
-                                   {"reason", QT_TRANSLATE_NOOP("columns", "Reason"), ECell::Text, 60}},
+                                   {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 78},
+                                   {"at", QT_TRANSLATE_NOOP("columns", "Filled at"), ECell::Price, 70},
+                                   {"state", QT_TRANSLATE_NOOP("columns", "State"), ECell::Text, 76, true},
+                                   {"reason", QT_TRANSLATE_NOOP("columns", "Reason"), ECell::Text, 50}},
                                   true,
                                   kMaxTrades};
     return kSpec;
@@ -179,12 +179,12 @@ const CTableSpec& fillTable() {
 const CTableSpec& accountTable() {
     static const CTableSpec kSpec{
         "accounts",
-        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 50},
-         {"available", QT_TRANSLATE_NOOP("columns", "Available"), ECell::Money, 94, true},
-         {"frozen", QT_TRANSLATE_NOOP("columns", "Frozen"), ECell::Money, 88, true},
-         {"equity", QT_TRANSLATE_NOOP("columns", "Equity (CNY)"), ECell::Money, 98, true},
-         {"profit", QT_TRANSLATE_NOOP("columns", "Open P&L"), ECell::Money, 80, true, true},
-         {"since", QT_TRANSLATE_NOOP("columns", "Since start"), ECell::Money, 78, true, true}}};
+        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 48},
+         {"available", QT_TRANSLATE_NOOP("columns", "Available"), ECell::Money, 100, true},
+         {"frozen", QT_TRANSLATE_NOOP("columns", "Frozen"), ECell::Money, 86, true},
+         {"equity", QT_TRANSLATE_NOOP("columns", "Equity (CNY)"), ECell::Money, 102, true},
+         {"profit", QT_TRANSLATE_NOOP("columns", "Open P&L"), ECell::Money, 78, true, true},
+         {"since", QT_TRANSLATE_NOOP("columns", "Since start"), ECell::Money, 74, true, true}}};
     return kSpec;
 }
 
@@ -316,8 +316,8 @@ CRow fillRow(const CBrokerEvent& event, const CNames& names) {
 CRow accountRow(const CValuedAccount& account, double sinceStart) {
     const CPaperFunds& funds = account.m_funds;
     return {text(funds.m_strAccount),
-            {text(funds.m_strAccount), money(funds.available()), money(funds.m_nFrozen),
-             money(funds.m_nMargin), account.m_dEquity, account.m_dProfit, sinceStart},
+            {text(funds.m_strAccount), money(funds.available()), money(funds.m_nFrozen + funds.m_nMargin),
+             account.m_dEquity, account.m_dProfit, sinceStart},
             ERowMark::None};
 }
 

@@ -71,7 +71,7 @@ std::string CWindowProgram::run(CDesk& desk) {
     const double start = utils::getTime();
     QObject::connect(&tick, &QTimer::timeout, &loop, [&] {
         desk.tick(utils::getTime() - start);
-        if (m_keepGoing()) return;
+        if (m_keepGoing() || !loop.isRunning()) return; // a closed window has ended the loop
         reason = "signal";
         loop.quit();
     });

@@ -1,4 +1,5 @@
 #include "desk/window/Books.h"
+#include "desk/window/Tables.h"
 
 #include <gtest/gtest.h>
 
@@ -44,6 +45,26 @@ TEST(Books, APaidPositionAddsItsValue) {
     const CValuedAccount result = account({position(EPositionSide::Long, 1000, 1000)});
     EXPECT_DOUBLE_EQ(result.m_dEquity, 5000 + 1200);
     EXPECT_DOUBLE_EQ(result.m_dProfit, 200);
+}
+
+TEST(Books, EachRowHasACellForEachColumn) {
+    const CValuedAccount valued = account({position(EPositionSide::Long, 1000, 1000)});
+    const CRow row = accountRow(valued, 7);
+    ASSERT_EQ(row.m_cells.size(), static_cast<int>(accountTable().m_columns.size()));
+    EXPECT_EQ(row.m_cells[columnOf(accountTable(), "equity")].toDouble(), 6200);
+    EXPECT_EQ(row.m_cells[columnOf(accountTable(), "profit")].toDouble(), 200);
+    EXPECT_EQ(row.m_cells[columnOf(accountTable(), "since")].toDouble(), 7);
+    const auto columns = [](const CTableSpec& spec) { return static_cast<int>(spec.m_columns.size()); };
+    EXPECT_EQ(totalRow({valued}, 7).m_cells.size(), columns(accountTable()));
+    EXPECT_EQ(positionRow({}).m_cells.size(), columns(positionTable()));
+    EXPECT_EQ(orderRow({}, {}).m_cells.size(), columns(orderTable()));
+    EXPECT_EQ(fillRow({}, {}).m_cells.size(), columns(fillTable()));
+    EXPECT_EQ(taskRow({}).m_cells.size(), columns(taskTable()));
+    EXPECT_EQ(quoteRow({}, nullptr).m_cells.size(), columns(quoteTable()));
+    EXPECT_EQ(bookRows(nullptr).at(0).m_cells.size(), columns(bookTable()));
+    EXPECT_EQ(messageRow({}).m_cells.size(), columns(messageTable()));
+    EXPECT_EQ(journalRow("{}").m_cells.size(), columns(journalTable()));
+    EXPECT_EQ(strategyRow({}).m_cells.size(), columns(strategyTable()));
 }
 
 TEST(Books, APositionOnMarginAddsItsProfit) {
