@@ -73,6 +73,13 @@ public:
         throw std::runtime_error("the main thread has no event loop");
     }
 
+    /// Returns whether a question was open before.
+    bool beginHold() { return m_bOpen.exchange(true); }
+    void endHold() {
+        m_bOpen = false;
+        (void)continueLater();
+    }
+
     void beginStop(const QString& reason) {
         {
             const std::lock_guard lock(m_mutex);
@@ -191,6 +198,12 @@ CConfirmationStop::CConfirmationStop(const QString& reason) {
 
 CConfirmationStop::~CConfirmationStop() {
     CQuestions::instance().endStop();
+}
+
+CConfirmationHold::CConfirmationHold() : m_bWasOpen(CQuestions::instance().beginHold()) {}
+
+CConfirmationHold::~CConfirmationHold() {
+    if (!m_bWasOpen) CQuestions::instance().endHold();
 }
 
 bool isConfirmationOpen() {

@@ -55,6 +55,21 @@ ORDERSERVICE_EXPORT CConfirmAnswer askForConfirmation(const CConfirmQuestion& qu
 
 /// Whether a question is open. Any thread.
 ORDERSERVICE_EXPORT bool isConfirmationOpen();
+
+/// During its lifetime no question is opened: checked batches and questions of other threads wait until it
+/// ends. For a host that shows a question of its own, so that no other one opens above it. isConfirmationOpen
+/// is true meanwhile. Main thread.
+class ORDERSERVICE_EXPORT CConfirmationHold {
+public:
+    CConfirmationHold();
+    ~CConfirmationHold();
+    CConfirmationHold(const CConfirmationHold&) = delete;
+    CConfirmationHold& operator=(const CConfirmationHold&) = delete;
+
+private:
+    const bool m_bWasOpen; ///< a question or another hold was there before
+};
+
 /// Calls `action` once on the main thread, from its event loop, when no question is open. Actions are called
 /// in their order, and before waiting questions of other threads. It must not throw. Throws if
 /// the call cannot be queued; then `action` is not called. Any thread.

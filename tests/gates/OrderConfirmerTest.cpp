@@ -9,6 +9,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <future>
 #include <stdexcept>
@@ -208,6 +209,34 @@ TEST(ConfirmationPause, DoesNotEndTheHostsPause) {
     setConfirmationPause(true);
     setConfirmationPause(false);
     EXPECT_TRUE(CIntakePause::isPaused());
+}
+
+TEST_F(OrderConfirmer, HoldLetsQuestionsOfOtherThreadsAndActionsWait) {
+    std::future<CConfirmAnswer> answer;
+    bool isCalled = false;
+    {
+        const CConfirmationHold hold;
+        EXPECT_TRUE(isConfirmationOpen());
+        answer = std::async(std::launch::async, [] { return askForConfirmation(questionOf("one")); });
+        runBesideTheEventLoop([&] { whenNoConfirmationIsOpen([&] { isCalled = true; }); });
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(m_confirmer.m_titles.empty());
+        EXPECT_FALSE(isCalled);
+    }
+    EXPECT_FALSE(isConfirmationOpen());
+    while (answer.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+        QCoreApplication::processEvents();
+    EXPECT_TRUE(isCalled);
+    EXPECT_EQ(answer.get().m_eResult, EConfirmResult::Accepted);
+}
+
+TEST_F(OrderConfirmer, HoldInsideAQuestionDoesNotEndIt) {
+    m_confirmer.m_action = [] {
+        { const CConfirmationHold hold; }
+        EXPECT_TRUE(isConfirmationOpen());
+    };
+    (void)askForConfirmation(questionOf("one"));
+    EXPECT_FALSE(isConfirmationOpen());
 }
 
 } // namespace
