@@ -118,4 +118,28 @@ void CPaperTradeClient::cancelOrders(const std::vector<std::string>& words) {
     emit sigCancelOrder(info, error.isSuccess(), cause);
 }
 
+bool CCancelChoice::has(const CPaperOrder& order) const {
+    return m_bAll || m_orders.count(order.m_nId) > 0 || m_tasks.count(order.m_nTask) > 0 ||
+           m_accounts.count(order.m_strAccount) > 0;
+}
+
+utils::KNError CPaperTradeClient::cancelChosen(const CCancelChoice& choice, const std::string& reason,
+                                               int& cancelled) {
+    CJson fields = controlFields("cancel");
+    fields["reason"] = reason;
+    fields["all"] = choice.m_bAll;
+    fields["orders"] = choice.m_orders;
+    fields["tasks"] = choice.m_tasks;
+    fields["accounts"] = choice.m_accounts;
+    (void)m_journal.append("control", fields);
+    const utils::KNError error = m_broker.cancelWaiting(
+        [&](const CPaperOrder& order) { return choice.has(order); }, reason, cancelled);
+    if (error.isSuccess()) return error;
+    TC::CIncidentReport report;
+    report.m_eIncident = TC::EIncident::CancelNotDone;
+    report.m_strCause = QString::fromStdString(error.errorMsg());
+    noteIncident(m_journal, m_sink, report);
+    return error;
+}
+
 } // namespace desk

@@ -8,6 +8,7 @@
 #include "orderservice/platform/TradeClient.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,16 @@ struct CPaperOrderInfo : knservice::COrderInfo {
     std::string m_strAccount;
     std::string m_strOrderId;
     std::string getKey() const override { return m_strAccount + ' ' + m_strOrderId; }
+};
+
+/// The waiting orders that a user wants to cancel: those that are in any of the lists.
+struct CCancelChoice {
+    bool m_bAll = false;
+    std::set<int> m_orders;
+    std::set<int> m_tasks;
+    std::set<std::string> m_accounts;
+
+    bool has(const CPaperOrder& order) const;
 };
 
 /// The desk's link to the paper broker. Any thread. Journal, broker, quotes and sink must outlive it.
@@ -55,6 +66,12 @@ public:
     /// the result on the calling thread. The message of a failure contains the line and the reason. The order
     /// service passes it to the audit, which shows it to the user.
     void cancelOrders(const std::vector<std::string>& words);
+
+    /// Cancels what a user has chosen by hand, all in one transaction. `reason` becomes the reason of the
+    /// orders. `cancelled` gets their number; 0 if none of the chosen ones waits any more. A failure is also
+    /// journalled and shown.
+    [[nodiscard]] utils::KNError cancelChosen(const CCancelChoice& choice, const std::string& reason,
+                                              int& cancelled);
 
 private:
     kit::CSplitResult split(int volume, const std::vector<TC::CAccountInfoPtr>& accounts,

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 
 namespace desk {
@@ -311,9 +312,20 @@ std::size_t CJournal::writeWaiting(utils::KNError& error) {
     for (std::size_t i = 0; i < written; ++i)
         keepNumbers(m_waiting.numbers(i));
     m_nLastSeq += static_cast<std::int64_t>(written);
-    if (m_listener && written > 0) m_listener(m_waiting.firstLines(written));
+    tellListener(written);
     m_waiting.clear();
     return written;
+}
+
+/// The lines are in the file already. If they stayed because the receiver throws, they would be written
+/// again.
+void CJournal::tellListener(std::size_t written) noexcept {
+    if (!m_listener || written == 0) return;
+    try {
+        m_listener(m_waiting.firstLines(written));
+    } catch (...) {
+        std::fputs("orderdesk: the window has not got some lines of the journal\n", stderr);
+    }
 }
 
 utils::KNError CJournal::writeBytes(const std::string& bytes) {

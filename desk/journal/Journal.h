@@ -47,7 +47,8 @@ public:
     CJournal& operator=(const CJournal&) = delete;
 
     /// Sets a receiver of the lines that were written; each ends with a newline. It is called on the writer's
-    /// thread with the journal locked, so it must not call the journal and must not wait. Set it before open.
+    /// thread with the journal locked, so it must not call the journal and must not wait. If it throws, it
+    /// gets these lines no more. Set it before open.
     void setListener(std::function<void(const std::string& lines)> listener) {
         m_listener = std::move(listener);
     }
@@ -112,6 +113,7 @@ private:
     std::size_t write(const CJournalRecord* records, std::size_t count, utils::KNError& error);
     utils::KNError writeRecord(const std::string& kind, const CJson& fields);
     std::size_t writeWaiting(utils::KNError& error);
+    void tellListener(std::size_t written) noexcept;
     void addWaiting(const CJournalRecord& record);
     void keepNumbers(const CJournalNumbers& numbers);
     utils::KNError writeBytes(const std::string& bytes);

@@ -112,6 +112,10 @@ CJson cancelTaskFields(int taskId, const TC::CTaskOpRecord& record) {
     return followedBy(CJson{{"task", taskId}}, kit::taskOperationJson(record));
 }
 
+CJson controlFields(const std::string& action) {
+    return CJson{{"action", action}};
+}
+
 CJson cancelOrdersFields(const std::vector<std::string>& words) {
     return CJson{{"words", words}};
 }

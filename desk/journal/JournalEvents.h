@@ -58,6 +58,10 @@ CJson cancelTaskFields(int taskId, int operation, const std::string& text, const
 /// Kind `cancel_task`, for a cancel through the task centre.
 CJson cancelTaskFields(int taskId, const TC::CTaskOpRecord& record);
 
+/// Kind `control`: what the user of the window has done with the desk. `action` is halt, halted, resume,
+/// resumed, resume_intake or cancel.
+CJson controlFields(const std::string& action);
+
 /// Kind `cancel_orders`: the words of the line.
 CJson cancelOrdersFields(const std::vector<std::string>& words);
 

@@ -32,6 +32,16 @@ std::vector<V> valuesOf(const CTrackedMap<K, V>& map) {
     return values;
 }
 
+std::vector<CPaperDebt> debtsOf(const CPaperBook& book) {
+    std::vector<CPaperDebt> debts = valuesOf(book.m_debts);
+    debts.erase(std::remove_if(debts.begin(), debts.end(),
+                               [](const CPaperDebt& debt) {
+                                   return debt.m_nAmount == 0 && debt.m_nVolume == 0 && debt.m_nReserved == 0;
+                               }),
+                debts.end());
+    return debts;
+}
+
 /// The parsed words of a `cancel_order` line. The account is empty if they are not valid.
 struct COrderAddress {
     std::string m_strAccount;
@@ -270,6 +280,22 @@ utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words)
     return finishChange();
 }
 
+utils::KNError CPaperBroker::cancelWaiting(const std::function<bool(const CPaperOrder&)>& isChosen,
+                                           const std::string& reason, int& cancelled) {
+    cancelled = 0;
+    const auto lock = lockBooks();
+    std::vector<int> chosen;
+    for (const auto& [id, order] : m_book.m_orders.values()) {
+        if (order.isOpen() && isChosen(order)) chosen.push_back(id);
+    }
+    if (chosen.empty()) return {};
+    for (const int id : chosen)
+        cancel(m_book, m_book.m_orders.edit(id), reason);
+    const utils::KNError error = finishChange();
+    if (error.isSuccess()) cancelled = static_cast<int>(chosen.size());
+    return error;
+}
+
 utils::KNError CPaperBroker::onQuote(const std::string& stockKey) {
     const auto lock = lockBooks();
     if (const std::optional<CQuoteEntry> quote = m_quotes.quote(stockKey))
@@ -392,13 +418,12 @@ std::vector<CPaperPosition> CPaperBroker::positions() {
 
 std::vector<CPaperDebt> CPaperBroker::debts() {
     const auto lock = lockBooks();
-    std::vector<CPaperDebt> debts = valuesOf(m_book.m_debts);
-    debts.erase(std::remove_if(debts.begin(), debts.end(),
-                               [](const CPaperDebt& debt) {
-                                   return debt.m_nAmount == 0 && debt.m_nVolume == 0 && debt.m_nReserved == 0;
-                               }),
-                debts.end());
-    return debts;
+    return debtsOf(m_book);
+}
+
+CPaperBooks CPaperBroker::books() {
+    const auto lock = lockBooks();
+    return {valuesOf(m_book.m_funds), valuesOf(m_book.m_positions), debtsOf(m_book)};
 }
 
 } // namespace desk

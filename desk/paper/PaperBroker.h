@@ -30,6 +30,14 @@ struct CKnownNumbers {
     int m_nFill = 0;
 };
 
+/// What the accounts have and owe, as of one moment. Each list as its own operation of CPaperBroker returns
+/// it.
+struct CPaperBooks {
+    std::vector<CPaperFunds> m_funds;
+    std::vector<CPaperPosition> m_positions;
+    std::vector<CPaperDebt> m_debts;
+};
+
 /// A simulated broker. It takes finished commands of every product family, checks funds, positions and debts,
 /// trades against the desk's quotes, and keeps everything in a store. The tables of PaperFamilies list what
 /// it models of each family. rejectionReason (OrderRules.h) describes the orders that it accepts.
@@ -140,6 +148,12 @@ public:
     /// a number, the account has no such order, or the order does not wait any more.
     [[nodiscard]] utils::KNError cancelOrders(const std::vector<std::string>& words);
 
+    /// Cancels all waiting orders that are chosen, in one transaction. `isChosen` is called with the broker
+    /// locked, for each waiting order. `cancelled` gets their number. Succeeds if none is chosen. Fails only
+    /// if the store fails; then all of them go on waiting, and `cancelled` is 0.
+    [[nodiscard]] utils::KNError cancelWaiting(const std::function<bool(const CPaperOrder&)>& isChosen,
+                                               const std::string& reason, int& cancelled);
+
     /// Call it when the instrument has a new quote. Reads the quote and matches the waiting orders. If the
     /// store fails, they go on waiting for the next quote.
     [[nodiscard]] utils::KNError onQuote(const std::string& stockKey);
@@ -167,6 +181,8 @@ public:
     std::vector<CPaperPosition> positions();
     /// What accounts owe, or will owe when their waiting orders trade. Sorted by account, money first.
     std::vector<CPaperDebt> debts();
+    /// Funds, positions and debts of the same moment.
+    CPaperBooks books();
 
 private:
     std::unique_lock<std::mutex> lockBooks();

@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include <new>
 #include <thread>
 
 using namespace desk;
@@ -45,6 +46,16 @@ TEST_F(JournalTest, ListenerGetsTheLinesThatWereWritten) {
     const CFullDisk disk(size());
     EXPECT_FALSE(m_journal.append("message", kNote).isSuccess());
     EXPECT_EQ(lines, m_folder.read(kJournalFileName));
+}
+
+TEST_F(JournalTest, LinesAreWrittenOnceEvenIfTheListenerThrows) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    m_journal.setListener([](const std::string&) { throw std::bad_alloc(); });
+    EXPECT_NO_THROW(EXPECT_TRUE(m_journal.append("message", kNote).isSuccess()));
+    m_journal.setListener({});
+    ASSERT_TRUE(m_journal.append("message", kNote).isSuccess());
+    EXPECT_EQ(m_folder.lines(kJournalFileName).size(), 3U);
+    EXPECT_EQ(lastRecord()["seq"], 3);
 }
 
 TEST_F(JournalTest, OpeningWritesStarted) {
