@@ -42,6 +42,9 @@ public:
     QString addStrategy(const TC::COrderStrategyParam&) override { return {}; }
     void cancelOrders(std::vector<std::pair<std::string, int>>) override {}
     void cancelTasks(std::vector<int>) override {}
+    void cancelAccounts(std::vector<std::string>) override {}
+    QStringList waitingFiles() const override { return {}; }
+    void discardQueue() override {}
     void halt() override {}
     void resume() override {}
     void endConfirmationPause() override {}

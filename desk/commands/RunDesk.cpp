@@ -55,7 +55,8 @@ int refuse(const std::string& folder, const std::vector<CDiagnostic>& mistakes, 
 
 /// Finishes the accepted orders. After it returns nothing is left to be recorded. False if orders were
 /// discarded.
-bool endTrading(CDesk& desk, CTextSink& sink, const std::function<bool()>& keepWaiting) {
+bool endTrading(CDesk& desk, CTextSink& sink, IDeskProgram& program,
+                const std::function<bool()>& keepWaiting) {
     {
         std::function<bool()> look;
         if (keepWaiting) {
@@ -66,7 +67,7 @@ bool endTrading(CDesk& desk, CTextSink& sink, const std::function<bool()>& keepW
         }
         const CBacklogWatch watch(*TC::COrderService::instance(), sink, look);
         desk.endQuestions();
-        TC::COrderService::instance()->shutdown();
+        program.end(desk, [] { TC::COrderService::instance()->shutdown(); });
     }
     // Orders that were checked during shutdown wait for the main thread, which answers and sends them here.
     QCoreApplication::processEvents();
@@ -85,6 +86,7 @@ public:
     void made(CDesk&) override {}
     void opened(CDesk&, TC::CHost&) override {}
     std::string run(CDesk& desk) override { return runLoop(desk, m_exitWhenIdle, m_keepGoing); }
+    void end(CDesk&, const std::function<void()>& shutDown) override { shutDown(); }
     void ended(CDesk&) override {}
 
 private:
@@ -109,7 +111,7 @@ int trade(CDesk& desk, CTextSink& sink, IDeskProgram& program, const std::functi
         desk.startTrading();
         reason = program.run(desk);
     }
-    const bool isProcessed = endTrading(desk, sink, keepWaiting);
+    const bool isProcessed = endTrading(desk, sink, program, keepWaiting);
     const utils::KNError saved = desk.saveInterfaces();
     if (!saved.isSuccess()) sink.writeLine("the interfaces cannot be saved: " + saved.errorMsg());
     TC::COrderServiceAdapter::release();

@@ -68,6 +68,13 @@ public:
     /// the dialog and keeps it until the end of the desk. Call it before startTrading.
     void setDialog(TC::IOrderConfirmer* dialog) { m_confirmer.setDialog(dialog); }
 
+    /// Halts the desk, or ends the halt. While it is halted each command is recorded and declined, and
+    /// nothing is confirmed. Does not pause the intake, and cancels nothing.
+    void setHalted(bool isHalted) {
+        m_orders.setHalted(isHalted);
+        m_confirmer.setHalted(isHalted);
+    }
+
     /// Connects to the order service, loads the folder's interfaces and starts the strategies that the folder
     /// marks as running. Call it after installHost and after the creation of COrderService.
     void startTrading();

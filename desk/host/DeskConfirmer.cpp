@@ -12,7 +12,12 @@ namespace {
 
 using TC::EConfirmResult;
 
+/// Who has answered.
 constexpr const char* kNobody = "nobody";
+constexpr const char* kUser = "user";
+constexpr const char* kDeskToml = "desk.toml";
+constexpr const char* kHalt = "halt";
+constexpr const char* kEnd = "end";
 
 TC::CConfirmAnswer notAsked(const QString& reason) {
     TC::CConfirmAnswer answer;
@@ -33,7 +38,7 @@ CDeskConfirmer::CDeskConfirmer(CJournal& journal, CTextSink& sink, EConfirm answ
 TC::CConfirmAnswer CDeskConfirmer::confirm(const TC::CConfirmQuestion& question) {
     std::int64_t seq = 0;
     if (!m_journal.append(confirmationRecord(question), &seq).isSuccess()) return notRecorded();
-    TC::CConfirmAnswer answer;
+    CAnswer answer;
     try {
         answer = ask(question, seq);
     } catch (...) {
@@ -41,42 +46,57 @@ TC::CConfirmAnswer CDeskConfirmer::confirm(const TC::CConfirmQuestion& question)
         (void)m_journal.append("confirmation", answerFields(EConfirmResult::NotAsked, kNobody, seq));
         throw;
     }
-    show(question, answer.m_eResult);
-    return answer;
+    show(question, answer);
+    return answer.m_answer;
 }
 
-TC::CConfirmAnswer CDeskConfirmer::ask(const TC::CConfirmQuestion& question, std::int64_t seq) {
-    TC::CConfirmAnswer answer = answerOf(question);
-    const bool isAnswered = answer.m_eResult != EConfirmResult::NotAsked;
-    const CJson fields = answerFields(answer.m_eResult, isAnswered ? answerer() : kNobody, seq);
+void CDeskConfirmer::setHalted(bool isHalted) {
+    if (isHalted && !m_bHalted) ++m_nHalts;
+    m_bHalted = isHalted;
+}
+
+CDeskConfirmer::CAnswer CDeskConfirmer::ask(const TC::CConfirmQuestion& question, std::int64_t seq) {
+    const CAnswer answer = answerOf(question);
+    const CJson fields = answerFields(answer.m_answer.m_eResult, answer.m_pszBy, seq);
     if (m_journal.append("confirmation", fields).isSuccess()) return answer;
-    return answer.m_eResult == EConfirmResult::Accepted ? notRecorded() : answer;
+    const bool isAccepted = answer.m_answer.m_eResult == EConfirmResult::Accepted;
+    return isAccepted ? CAnswer{notRecorded(), kNobody} : answer;
 }
 
-TC::CConfirmAnswer CDeskConfirmer::answerOf(const TC::CConfirmQuestion& question) const {
-    if (m_pDialog != nullptr && m_bEnding) return notAsked(QStringLiteral("下单服务正在关闭"));
-    if (m_pDialog != nullptr) return m_pDialog->confirm(question);
+CDeskConfirmer::CAnswer CDeskConfirmer::answerOf(const TC::CConfirmQuestion& question) const {
+    if (m_bHalted) return {notAsked(QStringLiteral("交易台已停止交易")), kNobody};
+    if (m_pDialog != nullptr && m_bEnding) return {notAsked(QStringLiteral("下单服务正在关闭")), kNobody};
+    if (m_pDialog != nullptr) return answerOfDialog(question);
     TC::CConfirmAnswer answer;
     answer.m_eResult = m_eAnswer == EConfirm::Accept ? EConfirmResult::Accepted : EConfirmResult::Declined;
     answer.m_remarks = question.m_remarks;
-    return answer;
+    return {answer, kDeskToml};
 }
 
-const char* CDeskConfirmer::answerer() const {
-    return m_pDialog != nullptr ? "user" : "desk.toml";
+/// The desk may halt or end while the dialog is open.
+CDeskConfirmer::CAnswer CDeskConfirmer::answerOfDialog(const TC::CConfirmQuestion& question) const {
+    const int halts = m_nHalts;
+    const TC::CConfirmAnswer answer = m_pDialog->confirm(question);
+    if (m_nHalts != halts) return {{}, kHalt};
+    if (m_bEnding) return {{}, kEnd};
+    return {answer, answer.m_eResult == EConfirmResult::NotAsked ? kNobody : kUser};
 }
 
 /// The order service itself reports a question that nobody was asked.
-void CDeskConfirmer::show(const TC::CConfirmQuestion& question, EConfirmResult result) const {
+void CDeskConfirmer::show(const TC::CConfirmQuestion& question, const CAnswer& answer) const {
+    const EConfirmResult result = answer.m_answer.m_eResult;
     if (result == EConfirmResult::NotAsked) return;
     const bool isAccepted = result == EConfirmResult::Accepted;
     std::string text =
         "confirmation of " + counted(static_cast<std::int64_t>(question.m_remarks.size()), "order") + ": ";
     text += isAccepted ? "accepted" : "DECLINED, nothing is sent";
-    text += m_pDialog != nullptr ? " by the user"
-                                 : std::string(", because desk.toml has confirm = \"") +
-                                       (isAccepted ? "accept\"" : "decline\"");
-    m_sink.writeFloodLine(isAccepted ? EFloodLine::Message : EFloodLine::Refusal, true, text);
+    if (answer.m_pszBy == kDeskToml)
+        text += std::string(", because desk.toml has confirm = \"") + (isAccepted ? "accept\"" : "decline\"");
+    else if (answer.m_pszBy == kUser)
+        text += " by the user";
+    else
+        text += answer.m_pszBy == kHalt ? ", because the desk was halted" : ", because the desk ends";
+    m_sink.writeFloodLine(isAccepted ? EFloodLine::Note : EFloodLine::Refusal, true, text);
 }
 
 } // namespace desk

@@ -22,22 +22,33 @@ public:
     /// the dialog.
     void setDialog(TC::IOrderConfirmer* dialog) { m_pDialog = dialog; }
 
-    /// From now on the dialog is not opened any more: nobody is asked. Without a dialog nothing changes.
+    /// From now on the dialog is not opened any more: nobody is asked. An answer that comes later is not
+    /// used: the batch is declined. Without a dialog nothing changes.
     void end() { m_bEnding = true; }
+
+    /// While it is halted nobody is asked, and nothing is accepted. A batch whose dialog is open is declined,
+    /// whatever the answer is. The caller closes the dialog.
+    void setHalted(bool isHalted);
 
     TC::CConfirmAnswer confirm(const TC::CConfirmQuestion& question) override;
 
 private:
-    TC::CConfirmAnswer answerOf(const TC::CConfirmQuestion& question) const;
-    TC::CConfirmAnswer ask(const TC::CConfirmQuestion& question, std::int64_t seq);
-    void show(const TC::CConfirmQuestion& question, TC::EConfirmResult result) const;
-    const char* answerer() const;
+    struct CAnswer {
+        TC::CConfirmAnswer m_answer;
+        const char* m_pszBy;
+    };
+    CAnswer answerOf(const TC::CConfirmQuestion& question) const;
+    CAnswer answerOfDialog(const TC::CConfirmQuestion& question) const;
+    CAnswer ask(const TC::CConfirmQuestion& question, std::int64_t seq);
+    void show(const TC::CConfirmQuestion& question, const CAnswer& answer) const;
 
     CJournal& m_journal;
     CTextSink& m_sink;
     const EConfirm m_eAnswer;
     TC::IOrderConfirmer* m_pDialog = nullptr;
     bool m_bEnding = false;
+    bool m_bHalted = false;
+    int m_nHalts = 0; ///< so that a halt that has ended before the answer is noticed
 };
 
 } // namespace desk

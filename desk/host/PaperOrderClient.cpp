@@ -28,7 +28,7 @@ void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
     if (error.errorId() == kHalted) return decline(*command, "the desk is halted");
     if (!error.isSuccess()) return refuse("it cannot be recorded: " + error.errorMsg(), 0);
     if (command->m_codes.empty())
-        m_sink.writeFloodLine(EFloodLine::Message, true,
+        m_sink.writeFloodLine(EFloodLine::Note, true,
                               "task " + std::to_string(task) +
                                   ": the command names no instrument, so the "
                                   "paper broker makes no order from it");

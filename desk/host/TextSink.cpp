@@ -13,6 +13,7 @@ const char* nameOf(EFloodLine kind) {
     case EFloodLine::Refusal:
         return "refused orders";
     case EFloodLine::Message:
+    case EFloodLine::Note:
         break;
     case EFloodLine::File:
         return "order files";

@@ -12,7 +12,8 @@
 namespace desk {
 
 /// Kinds of lines that many orders can repeat many times in a second.
-enum class EFloodLine { Refusal, Message, File, Incident };
+/// Note: like Message, but not a message of the order service.
+enum class EFloodLine { Refusal, Message, File, Incident, Note };
 
 /// Messages of the desk to its user: whole lines to a stream, from any thread. The stream must outlive the
 /// sink.

@@ -66,4 +66,8 @@ CBooks valueBooks(const std::vector<CPaperFunds>& funds, const std::vector<CPape
     return books;
 }
 
+CBooks valueBooks(const CPaperBooks& books, const IQuoteSource& quotes) {
+    return valueBooks(books.m_funds, books.m_positions, books.m_debts, quotes);
+}
+
 } // namespace desk

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desk/market/QuoteSource.h"
+#include "desk/paper/PaperBroker.h"
 #include "desk/paper/PaperRecords.h"
 
 #include <map>
@@ -25,6 +26,7 @@ struct CValuedAccount {
     CPaperFunds m_funds;
     double m_dEquity = 0; ///< money and positions, less debts
     double m_dProfit = 0; ///< not realised: of all positions and of the shares that the account owes
+    double m_dStart = 0;  ///< equity when the desk was started; 0 until CDeskWorker sets it
 };
 
 /// The accounts and positions at one moment, with the quotes of that moment.
@@ -38,6 +40,7 @@ struct CBooks {
 /// that its profit is 0. Pure function of its arguments; calls the quote source.
 CBooks valueBooks(const std::vector<CPaperFunds>& funds, const std::vector<CPaperPosition>& positions,
                   const std::vector<CPaperDebt>& debts, const IQuoteSource& quotes);
+CBooks valueBooks(const CPaperBooks& books, const IQuoteSource& quotes);
 
 /// The last price, or the previous close if there is none yet.
 std::optional<double> lastPrice(const CQuoteEntry& quote);

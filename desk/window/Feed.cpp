@@ -2,7 +2,6 @@
 
 #include "orderservice/base/Clock.h"
 
-#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -30,8 +29,15 @@ std::size_t valueOf(const std::string& line, const char* key) {
     return found == std::string::npos ? found : found + name.size();
 }
 
+/// Whether the line of the journal is the record of a command.
+bool isCommand(const std::string& line) {
+    static const std::string kBegin = R"({"kind":"command")";
+    return line.compare(0, kBegin.size(), kBegin) == 0;
+}
+
 QString timeNow() {
-    return QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
+    const std::string now = utils::currentTimeText();
+    return QString::fromStdString(now.substr(now.find('T') + 1));
 }
 
 } // namespace
@@ -48,7 +54,7 @@ std::string journalText(const std::string& line, const char* key) {
 }
 
 bool readTask(const std::string& line, CPaperTask& task) {
-    if (line.compare(0, 17, R"({"kind":"command")") != 0) return false;
+    if (!isCommand(line)) return false;
     const std::size_t number = valueOf(line, "task");
     task.m_nId = number == std::string::npos ? 0 : std::atoi(line.c_str() + number);
     if (task.m_nId == 0) return false;
@@ -71,6 +77,7 @@ void CWindowFeed::keepOrder(const CPaperOrder& order) {
 
 void CWindowFeed::addEvent(const CBrokerEvent& event) {
     const std::lock_guard lock(m_mutex);
+    if (m_bEnded) return;
     if (event.isFill()) {
         m_fills.push_back(event);
         return;
@@ -84,47 +91,69 @@ void CWindowFeed::addEvent(const CBrokerEvent& event) {
 
 void CWindowFeed::addOrder(const CPaperOrder& order) {
     const std::lock_guard lock(m_mutex);
+    if (m_bEnded) return;
     m_nLastOrder = std::max(m_nLastOrder, order.m_nId);
     keepOrder(order);
 }
 
 void CWindowFeed::addTask(CPaperTask task) {
     const std::lock_guard lock(m_mutex);
-    m_tasks.push_back(std::move(task));
+    if (!m_bEnded) m_tasks.push_back(std::move(task));
 }
 
 void CWindowFeed::addMessage(CFeedMessage::EKind kind, bool isWarning, const QString& text) {
     const QString time = timeNow();
     const std::lock_guard lock(m_mutex);
+    if (m_bEnded) return;
     m_messages.push_back({++m_nLastMessage, time, kind, isWarning, text});
     if (m_messages.size() > kMaxWaiting) m_messages.pop_front();
 }
 
 void CWindowFeed::addJournalLines(const std::string& lines) {
-    std::vector<std::string> all;
-    std::vector<CPaperTask> tasks;
+    const std::lock_guard lock(m_mutex);
+    if (m_bEnded) return;
     for (std::size_t begin = 0; begin < lines.size();) {
         const std::size_t end = std::min(lines.find('\n', begin), lines.size());
-        all.push_back(lines.substr(begin, end - begin));
-        CPaperTask task;
-        if (readTask(all.back(), task)) tasks.push_back(std::move(task));
+        m_journal.push_back(lines.substr(begin, end - begin));
+        if (isCommand(m_journal.back())) m_commands.push_back(m_journal.back());
         begin = end + 1;
     }
-    const std::lock_guard lock(m_mutex);
-    std::move(all.begin(), all.end(), std::back_inserter(m_journal));
-    std::move(tasks.begin(), tasks.end(), std::back_inserter(m_tasks));
     while (m_journal.size() > kMaxWaiting)
         m_journal.pop_front();
 }
 
+void CWindowFeed::end() {
+    const std::lock_guard lock(m_mutex);
+    m_bEnded = true;
+    m_orders.clear();
+    m_waiting.clear();
+    m_fills.clear();
+    m_tasks.clear();
+    m_commands.clear();
+    m_messages.clear();
+    m_journal.clear();
+    m_books.reset();
+}
+
 void CWindowFeed::setBooks(std::shared_ptr<const CBooks> books) {
     const std::lock_guard lock(m_mutex);
-    m_books = std::move(books);
+    if (!m_bEnded) m_books = std::move(books);
 }
 
 CFeedBatch CWindowFeed::take() {
-    const std::lock_guard lock(m_mutex);
     CFeedBatch batch;
+    const std::vector<std::string> commands = takeBatch(batch);
+    for (const std::string& line : commands) {
+        CPaperTask task;
+        if (readTask(line, task)) batch.m_tasks.push_back(std::move(task));
+    }
+    return batch;
+}
+
+/// Returns the commands whose tasks the batch still needs.
+std::vector<std::string> CWindowFeed::takeBatch(CFeedBatch& batch) {
+    const std::lock_guard lock(m_mutex);
+    std::vector<std::string> commands = takeSome(m_commands);
     batch.m_orders = takeSome(m_orders);
     m_nFirstOrder += static_cast<std::int64_t>(batch.m_orders.size());
     for (const CPaperOrder& order : batch.m_orders)
@@ -135,9 +164,9 @@ CFeedBatch CWindowFeed::take() {
     batch.m_journal = takeSome(m_journal);
     batch.m_books = std::exchange(m_books, nullptr);
     batch.m_nNewOrders = std::exchange(m_nNewOrders, 0);
-    batch.m_nWaiting =
-        m_orders.size() + m_fills.size() + m_tasks.size() + m_messages.size() + m_journal.size();
-    return batch;
+    batch.m_nWaitingTrades = m_orders.size() + m_fills.size() + m_tasks.size() + m_commands.size();
+    batch.m_nWaiting = batch.m_nWaitingTrades + m_messages.size() + m_journal.size();
+    return commands;
 }
 
 } // namespace desk

@@ -36,6 +36,7 @@ struct CFeedBatch {
     std::shared_ptr<const CBooks> m_books; ///< the latest; null if there is none
     std::int64_t m_nNewOrders = 0;         ///< number of orders that appeared since the last batch
     std::size_t m_nWaiting = 0;            ///< entries that wait for the next batches
+    std::size_t m_nWaitingTrades = 0;      ///< those of them that are orders, fills or tasks
 };
 
 /// Collects what happens on all threads for the window's thread. Writers copy under the feed's own lock and
@@ -55,15 +56,19 @@ public:
     void addOrder(const CPaperOrder& order);
     void addTask(CPaperTask task);
     void addMessage(CFeedMessage::EKind kind, bool isWarning, const QString& text);
-    /// Whole lines, each with its newline. The record of a command also adds its task.
+    /// Whole lines, each with its newline. The record of a command also adds its task, which `take` reads:
+    /// the caller has the journal locked.
     void addJournalLines(const std::string& lines);
     void setBooks(std::shared_ptr<const CBooks> books);
 
     /// The window's thread, at most 20 times a second.
     CFeedBatch take();
+    /// Nobody reads the feed any more: from now on it drops everything.
+    void end();
 
 private:
     void keepOrder(const CPaperOrder& order);
+    std::vector<std::string> takeBatch(CFeedBatch& batch);
 
     std::mutex m_mutex;
     std::deque<CPaperOrder> m_orders;
@@ -73,10 +78,12 @@ private:
     int m_nLastOrder = 0;
     std::deque<CBrokerEvent> m_fills;
     std::deque<CPaperTask> m_tasks;
+    std::deque<std::string> m_commands; ///< journal lines whose tasks are not read yet
     std::deque<CFeedMessage> m_messages;
     std::int64_t m_nLastMessage = 0;
     std::deque<std::string> m_journal;
     std::shared_ptr<const CBooks> m_books;
+    bool m_bEnded = false;
 };
 
 /// The task of a command's record in the journal. False if the line is not the record of a command that has a

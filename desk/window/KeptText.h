@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <ostream>
 #include <streambuf>
@@ -8,19 +7,24 @@
 
 namespace desk {
 
-/// Writes to another stream and keeps the first part of the text, so that a window can show why the desk did
-/// not start. Not thread-safe.
+/// Writes to another stream and keeps the last part of the text, so that a window can show why the desk did
+/// not start, or what it could not finish. Not thread-safe.
 class CKeptText : public std::streambuf {
 public:
-    static constexpr std::size_t kMost = 8000; ///< bytes that are kept
+    static constexpr std::size_t kMost = 2000; ///< bytes that are shown
 
     explicit CKeptText(std::ostream& target) : m_target(target) {}
-    const std::string& text() const { return m_strText; }
+    /// Whole lines.
+    std::string text() const {
+        if (m_strText.size() <= kMost) return m_strText;
+        const std::string last = m_strText.substr(m_strText.size() - kMost);
+        return last.substr(last.find('\n') + 1);
+    }
 
 protected:
     std::streamsize xsputn(const char* bytes, std::streamsize count) override {
-        const auto size = static_cast<std::size_t>(count);
-        if (m_strText.size() < kMost) m_strText.append(bytes, std::min(size, kMost - m_strText.size()));
+        m_strText.append(bytes, static_cast<std::size_t>(count));
+        if (m_strText.size() > 2 * kMost) m_strText.erase(0, m_strText.size() - kMost);
         m_target.write(bytes, count);
         return count;
     }

@@ -1,11 +1,20 @@
 #include "desk/window/LiveControl.h"
 
 #include "desk/config/ConfigLoader.h"
+#include "desk/journal/JournalEvents.h"
+#include "desk/window/ConfirmDialog.h"
+#include "orderservice/base/Clock.h"
+#include "orderservice/base/Thread.h"
 #include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/service/OrderService.h"
 
+#include <nlohmann/json.hpp>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <algorithm>
 #include <map>
-#include <set>
 #include <utility>
 
 namespace desk {
@@ -39,6 +48,17 @@ void CWindowMsgService::clearLast() {
     s_lastMessage.clear();
 }
 
+void CWindowOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
+    // The two-pass variant sends on the main thread, when a person may have been asked. The one-pass variant
+    // sends while it checks the batch.
+    m_meter.command(!utils::isMainThread(), utils::getTime());
+    m_desk.orderCommands(command);
+}
+
+void CWindowOrderClient::showTradeError(const QString& text, const QString& title) {
+    m_desk.showTradeError(text, title);
+}
+
 CLiveControl::CLiveControl(CDesk& desk, CWindowFeed& feed) : m_desk(desk), m_feed(feed) {}
 
 CLiveControl::~CLiveControl() = default;
@@ -61,12 +81,33 @@ void CLiveControl::feedStart() {
         std::make_unique<CDeskWorker>(m_desk.broker(), m_desk.quotes(), m_desk.config().instruments, m_feed);
 }
 
+void CLiveControl::measure() {
+    TC::COrderService* const service = TC::COrderService::instance();
+    QObject::connect(
+        service, &TC::COrderService::sigPlaceOrders, service,
+        [service, meter = m_meter](const QVector<TC::COrderParam>& orders) {
+            service->holdUntilProcessed(meter->begin(orders.size(), utils::getTime()));
+        },
+        Qt::DirectConnection);
+}
+
 CDeskStatus CLiveControl::status() const {
     CDeskStatus status;
-    status.m_bHalting = m_bHalting;
-    status.m_bHalted = m_pause != nullptr && !status.m_bHalting;
+    status.m_bHalting = m_eHalt == EHalt::Halting;
+    status.m_bHalted = m_eHalt == EHalt::Halted || m_eHalt == EHalt::Resuming;
+    status.m_bResuming = m_eHalt == EHalt::Resuming;
+    status.m_bEnding = m_bEnding;
     status.m_bConfirmationPause = TC::isConfirmationPauseSet();
-    status.m_bConfirmationOpen = TC::isConfirmationOpen();
+    status.m_bConfirmationOpen = CConfirmDialog::isOpen();
+    {
+        const std::lock_guard lock(m_mutex);
+        status.m_strHaltProblem = m_strHaltProblem;
+    }
+    const CIntakeMeter::CState intake = m_meter->state();
+    status.m_nQueue = intake.m_nQueue;
+    status.m_strLastCommand =
+        QString::fromStdString(intake.m_strLastTime.substr(intake.m_strLastTime.find('T') + 1));
+    status.m_lastMs = intake.m_lastMs;
     const utils::KNError failure = m_desk.journal().failure();
     if (!failure.isSuccess()) status.m_strJournalFailure = failure.errorMsg();
     return status;
@@ -118,49 +159,144 @@ QString CLiveControl::addStrategy(const TC::COrderStrategyParam& strategy) {
     return failure;
 }
 
-void CLiveControl::cancelOrders(std::vector<std::pair<std::string, int>> orders) {
-    m_worker->post([this, all = std::move(orders)] {
-        for (const auto& [account, order] : all)
-            m_desk.tradeClient().cancelOrders({"cancel_order", account, std::to_string(order)});
+void CLiveControl::cancel(CCancelChoice choice) {
+    m_worker->post([this, choice = std::move(choice)] {
+        int cancelled = 0;
+        (void)m_desk.tradeClient().cancelChosen(choice, kCancelText, cancelled);
     });
+}
+
+void CLiveControl::cancelOrders(std::vector<std::pair<std::string, int>> orders) {
+    CCancelChoice choice;
+    for (const auto& [account, order] : orders)
+        choice.m_orders.insert(order);
+    cancel(std::move(choice));
 }
 
 void CLiveControl::cancelTasks(std::vector<int> tasks) {
-    m_worker->post([this, all = std::move(tasks)] {
-        for (const int task : all)
-            m_desk.tradeClient().cancelTask(task, TC::kTaskOpCancel, kCancelText, kCancelText, {}, {}, 0);
-    });
+    CCancelChoice choice;
+    choice.m_tasks.insert(tasks.begin(), tasks.end());
+    cancel(std::move(choice));
 }
 
-void CLiveControl::cancelAllWaiting() {
-    std::set<int> tasks;
-    for (const CPaperOrder& order : m_desk.broker().orders()) {
-        if (order.isOpen()) tasks.insert(order.m_nTask);
-    }
-    for (const int task : tasks)
-        m_desk.tradeClient().cancelTask(task, TC::kTaskOpCancel, kHaltText, kHaltText, {}, {}, 0);
+void CLiveControl::cancelAccounts(std::vector<std::string> accounts) {
+    CCancelChoice choice;
+    choice.m_accounts.insert(accounts.begin(), accounts.end());
+    cancel(std::move(choice));
 }
 
+// A halt: no command and no confirmation passes from now on. The worker cancels the orders that wait, and
+// tries again while the store refuses that. Then everything that was accepted before is declined. The desk is
+// halted only after that, because a resume would send the rest of it.
 void CLiveControl::halt() {
-    if (m_pause) return;
+    if (m_eHalt != EHalt::None) return;
+    m_eHalt = EHalt::Halting;
     m_pause = std::make_unique<TC::CIntakePause>();
-    m_bHalting = true;
-    m_desk.orderClient().setHalted(true);
+    m_desk.setHalted(true);
+    CConfirmDialog::close();
     m_worker->post([this] {
+        record("halt");
         m_desk.orderClient().finishPassing();
-        cancelAllWaiting();
-        m_bHalting = false;
+        m_nCancelled = 0;
+        CCancelChoice all;
+        all.m_bAll = true;
+        tryAgain(m_desk.tradeClient().cancelChosen(all, kHaltText, m_nCancelled));
     });
+}
+
+/// On the worker.
+void CLiveControl::cancelAllWaiting() {
+    tryAgain(m_desk.broker().cancelWaiting([](const CPaperOrder&) { return true; }, kHaltText, m_nCancelled));
+}
+
+/// On the worker. The next step, or the same one again if the orders could not be cancelled.
+void CLiveControl::tryAgain(const utils::KNError& error) {
+    if (error.isSuccess()) {
+        setHaltProblem({});
+        return declineAccepted();
+    }
+    const std::vector<CPaperOrder> orders = m_desk.broker().orders();
+    const auto waiting = static_cast<int>(
+        std::count_if(orders.begin(), orders.end(), [](const CPaperOrder& order) { return order.isOpen(); }));
+    setHaltProblem(QCoreApplication::translate("desk::CStateBar",
+                                               "%n order(s) could not be cancelled and still wait: ", nullptr,
+                                               waiting) +
+                   QString::fromStdString(error.errorMsg()));
+    m_worker->postLater([this] { cancelAllWaiting(); });
+}
+
+void CLiveControl::setHaltProblem(const QString& problem) {
+    const std::lock_guard lock(m_mutex);
+    m_strHaltProblem = problem;
+}
+
+/// On the worker. Waits for the pass over the order files, then for the orders that were accepted before,
+/// then for their confirmations. All of them are declined, because the desk is halted. The last step is
+/// called on the main thread.
+void CLiveControl::declineAccepted() {
+    TC::COrderService& service = *TC::COrderService::instance();
+    service.visitStrategies([](int, const TC::COrderStrategyParam&) {});
+    const std::weak_ptr<bool> alive = m_alive;
+    const auto last = [this, alive] {
+        if (alive.expired()) return;
+        m_eHalt == EHalt::Halting ? finishHalt() : finishResume();
+    };
+    // Checked batches were queued on the main thread before this call is queued there.
+    const auto asked = [last](const bool* ticket) {
+        delete ticket;
+        QMetaObject::invokeMethod(
+            qApp, [last] { TC::whenNoConfirmationIsOpen(last); }, Qt::QueuedConnection);
+    };
+    service.holdUntilProcessed(std::shared_ptr<const bool>(new bool(true), asked));
+}
+
+void CLiveControl::finishHalt() {
+    m_eHalt = EHalt::Halted;
+    m_worker->post([this] { record("halted", m_nCancelled); });
 }
 
 void CLiveControl::resume() {
-    if (!m_pause || m_bHalting) return;
-    m_desk.orderClient().setHalted(false);
+    if (m_eHalt != EHalt::Halted) return;
+    m_eHalt = EHalt::Resuming;
+    m_worker->post([this] {
+        record("resume");
+        declineAccepted();
+    });
+}
+
+void CLiveControl::finishResume() {
+    m_eHalt = EHalt::None;
+    m_desk.setHalted(false);
     m_pause.reset();
+    TC::setConfirmationPause(false); // the halt has closed the dialog, or the user has seen that files wait
+    m_worker->post([this] { record("resumed"); });
+}
+
+/// Not on the main thread: the journal may wait for its disk.
+void CLiveControl::record(const char* action, int cancelled) {
+    CJson fields = controlFields(action);
+    if (cancelled > 0) fields["cancelled"] = cancelled;
+    (void)m_desk.journal().append("control", fields);
+}
+
+QStringList CLiveControl::waitingFiles() const {
+    QStringList files;
+    for (const TC::COrderStrategyParam& strategy : strategies()) {
+        if (strategy.isRunning() && strategy.comesFromFile() &&
+            QFileInfo(strategy.m_strSignalSource).size() > 0)
+            files.append(QString::number(strategy.m_nChannel) + QLatin1Char(' ') + strategy.m_strName);
+    }
+    return files;
+}
+
+void CLiveControl::discardQueue() {
+    TC::COrderService::instance()->dropBacklog();
 }
 
 void CLiveControl::endConfirmationPause() {
-    if (!TC::isConfirmationOpen()) TC::setConfirmationPause(false);
+    if (CConfirmDialog::isOpen()) return;
+    TC::setConfirmationPause(false);
+    m_worker->post([this] { record("resume_intake"); });
 }
 
 } // namespace desk

@@ -4,11 +4,13 @@
 #include "desk/window/DeskControl.h"
 #include "desk/window/DeskWorker.h"
 #include "desk/window/Feed.h"
+#include "desk/window/IntakeMeter.h"
 #include "orderservice/gates/IntakePause.h"
 #include "orderservice/platform/MsgService.h"
+#include "orderservice/platform/OrderClient.h"
 
-#include <atomic>
 #include <memory>
+#include <mutex>
 
 namespace desk {
 
@@ -28,16 +30,34 @@ private:
     CWindowFeed& m_feed;
 };
 
+/// Passes commands on to the desk, and measures them. Any thread. Both must outlive it.
+class CWindowOrderClient : public TC::COrderClient {
+public:
+    CWindowOrderClient(TC::COrderClient& desk, CIntakeMeter& meter) : m_desk(desk), m_meter(meter) {}
+
+    void orderCommands(const TC::COrderComandParamPtr& command) override;
+    void showTradeError(const QString& text, const QString& title) override;
+
+private:
+    TC::COrderClient& m_desk;
+    CIntakeMeter& m_meter;
+};
+
 /// The control of a desk that runs in this process. COrderService must exist while an operation on strategies
 /// is called. Main thread. Desk and feed must outlive it.
 class CLiveControl : public IDeskControl {
 public:
     CLiveControl(CDesk& desk, CWindowFeed& feed);
-    /// Waits for the cancels that were begun.
+    /// Waits for the cancels that were begun. COrderService must still exist.
     ~CLiveControl() override;
 
     /// Fills the feed with what the broker has now. Before trading starts.
     void feedStart();
+    /// Measures the batches of the order service from now on. Once, after COrderService was made.
+    void measure();
+    CIntakeMeter& meter() { return *m_meter; }
+    /// The desk ends: from now on the state is "ending".
+    void setEnding() { m_bEnding = true; }
 
     const CDeskConfig& config() const override { return m_desk.config(); }
     CDeskStatus status() const override;
@@ -50,17 +70,36 @@ public:
     QString addStrategy(const TC::COrderStrategyParam& strategy) override;
     void cancelOrders(std::vector<std::pair<std::string, int>> orders) override;
     void cancelTasks(std::vector<int> tasks) override;
+    void cancelAccounts(std::vector<std::string> accounts) override;
     void halt() override;
     void resume() override;
+    QStringList waitingFiles() const override;
+    void discardQueue() override;
     void endConfirmationPause() override;
 
 private:
+    enum class EHalt { None, Halting, Halted, Resuming };
+
+    void cancel(CCancelChoice choice);
     void cancelAllWaiting();
+    void tryAgain(const utils::KNError& error);
+    void setHaltProblem(const QString& problem);
+    void declineAccepted();
+    void finishHalt();
+    void finishResume();
+    void record(const char* action, int cancelled = 0);
 
     CDesk& m_desk;
     CWindowFeed& m_feed;
+    const std::shared_ptr<CIntakeMeter> m_meter = std::make_shared<CIntakeMeter>();
     std::unique_ptr<TC::CIntakePause> m_pause; ///< while the desk is halted
-    std::atomic<bool> m_bHalting{false};
+    EHalt m_eHalt = EHalt::None;               ///< main thread
+    bool m_bEnding = false;                    ///< main thread
+    mutable std::mutex m_mutex;                ///< guards the next one
+    QString m_strHaltProblem;
+    int m_nCancelled = 0; ///< by the halt; on the worker, until the halt is done
+    /// Calls that are queued on the main thread look whether this still exists.
+    const std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
     std::unique_ptr<CDeskWorker> m_worker; ///< last member: its actions use the others
 };
 

@@ -1,12 +1,16 @@
 #include "desk/window/MainWindow.h"
 
 #include "desk/window/Theme.h"
+#include "orderservice/gates/OrderConfirmer.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
+#include <QDir>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
@@ -42,7 +46,7 @@ QIcon stateIcon(EDeskState state) {
 CMainWindow::CMainWindow(const QString& folder, IDeskControl& control, CWindowFeed& feed, QSettings& settings)
     : m_strFolder(folder), m_control(control), m_feed(feed), m_settings(settings),
       m_ask([this](const QString& title, const QString& text, const QString& agree) {
-          return askUser(this, title, text, agree);
+          return askUser(title, text, agree);
       }),
       m_menus(new QMenuBar), m_state(new CStateBar) {
     for (const CInstrumentEntry& instrument : control.config().instruments)
@@ -59,7 +63,8 @@ CMainWindow::CMainWindow(const QString& folder, IDeskControl& control, CWindowFe
     makePanels();
     makeMenus();
     connect(m_state, &CStateBar::sigHalt, this, &CMainWindow::halt);
-    connect(m_state, &CStateBar::sigEndPause, this, [this] { m_control.endConfirmationPause(); });
+    connect(m_state, &CStateBar::sigEndPause, this, &CMainWindow::endPause);
+    qApp->installEventFilter(this);
     connect(&m_timer, &QTimer::timeout, this, &CMainWindow::takeFeed);
     m_timer.setInterval(kFeedMs / 2); // a batch has two turns
     setWindowIcon(stateIcon(m_state->state()));
@@ -148,8 +153,10 @@ void CMainWindow::placePanels() {
 }
 
 void CMainWindow::begin() {
-    for (int batch = 0; batch < 20; ++batch) // what the broker had at the start
+    do { // what the broker had at the start, which may be the orders of many days
         takeFeed();
+        takeFeed(); // the other half of the batch
+    } while (m_facts.m_nBehind > 0);
     m_board.setStarted();
     m_timer.start();
 }
@@ -157,6 +164,7 @@ void CMainWindow::begin() {
 void CMainWindow::takeFeed() {
     if (!m_texts.m_messages.empty() || !m_texts.m_journal.empty()) return showTexts();
     CFeedBatch batch = m_feed.take();
+    m_facts.m_nBehind = static_cast<int>(batch.m_nWaitingTrades);
     showTrades(batch);
     m_texts.m_messages = std::move(batch.m_messages);
     m_texts.m_journal = std::move(batch.m_journal);
@@ -164,7 +172,7 @@ void CMainWindow::takeFeed() {
         m_books = batch.m_books;
         showBooks(*m_books);
     }
-    showStrategies();
+    if (!m_bEnding) showStrategies();
     showState();
     showCounts();
 }
@@ -188,8 +196,6 @@ void CMainWindow::showTrades(const CFeedBatch& batch) {
     for (const CPaperOrder& order : batch.m_orders)
         orders.push_back(orderRow(order, m_names));
     model("orders").apply(orders);
-    if (!orders.empty())
-        m_facts.m_strLastOrder = orders.back().m_cells[columnOf(orderTable(), "time")].toString();
     std::vector<CRow> tasks;
     for (const CTaskState& task : m_board.take(batch))
         tasks.push_back(taskRow(task));
@@ -204,10 +210,9 @@ void CMainWindow::showBooks(const CBooks& books) {
     std::vector<CRow> accounts;
     double total = 0;
     for (const CValuedAccount& account : books.m_accounts) {
-        const double first =
-            m_firstEquity.emplace(account.m_funds.m_strAccount, account.m_dEquity).first->second;
-        total += account.m_dEquity - first;
-        accounts.push_back(accountRow(account, account.m_dEquity - first));
+        const double change = account.m_dEquity - account.m_dStart;
+        total += change;
+        accounts.push_back(accountRow(account, change));
     }
     if (!accounts.empty()) accounts.push_back(totalRow(books.m_accounts, total));
     model("accounts").apply(accounts);
@@ -270,13 +275,14 @@ void CMainWindow::showStrategies() {
 
 void CMainWindow::showState() {
     m_facts.m_nWaiting = static_cast<int>(m_board.waiting().size());
-    const EDeskState before = m_state->state();
-    m_state->showStatus(m_control.status(), m_facts);
-    if (m_state->state() != before || windowTitle().isEmpty()) {
-        setWindowTitle(stateWord(m_state->state()) + QStringLiteral("  -  ") +
-                       QFileInfo(m_strFolder).fileName());
-        setWindowIcon(stateIcon(m_state->state()));
-    }
+    const CDeskStatus status = m_control.status();
+    m_state->showStatus(status, m_facts);
+    const QString text = stateText(status);
+    if (text == m_strState) return;
+    m_strState = text;
+    const QString folder = QDir::cleanPath(QFileInfo(m_strFolder).absoluteFilePath());
+    setWindowTitle(text + QStringLiteral("  -  ") + QFileInfo(folder).fileName());
+    setWindowIcon(stateIcon(m_state->state()));
 }
 
 /// The titles of the panels: hidden rows, and rejections that were not seen.
@@ -311,8 +317,13 @@ void CMainWindow::focusPanel(const char* name) {
     showCounts();
 }
 
-bool CMainWindow::askUser(QWidget* parent, const QString& title, const QString& text, const QString& agree) {
-    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::NoButton, parent);
+/// No confirmation opens above a question of the window: it would take the keys that are meant for this one.
+bool CMainWindow::askUser(const QString& title, const QString& text, const QString& agree) {
+    const TC::CConfirmationHold hold;
+    QWidget* const above = QApplication::activeModalWidget();
+    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::NoButton,
+                    above != nullptr ? above : this);
+    box.setTextFormat(Qt::PlainText);
     QPushButton* yes = box.addButton(agree, QMessageBox::AcceptRole);
     QPushButton* no = box.addButton(tr("No"), QMessageBox::RejectRole);
     box.setDefaultButton(no);
@@ -321,15 +332,59 @@ bool CMainWindow::askUser(QWidget* parent, const QString& title, const QString& 
     return box.clickedButton() == yes;
 }
 
+bool CMainWindow::declineOpen() {
+    if (QWidget* const popup = QApplication::activePopupWidget()) popup->close();
+    QWidget* const top = QApplication::activeModalWidget();
+    if (top == nullptr) return false;
+    if (auto* const dialog = qobject_cast<QDialog*>(top))
+        dialog->reject();
+    else
+        top->close();
+    return true;
+}
+
+/// The shortcut of the menu does not work while a dialog is open.
+bool CMainWindow::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() != QEvent::KeyPress || QApplication::activeModalWidget() == nullptr)
+        return QMainWindow::eventFilter(object, event);
+    const auto* const key = static_cast<const QKeyEvent*>(event);
+    if (key->key() != Qt::Key_H || key->modifiers() != Qt::ControlModifier)
+        return QMainWindow::eventFilter(object, event);
+    if (!key->isAutoRepeat()) halt();
+    return true;
+}
+
+/// What is not finished; empty if nothing is lost or goes on by closing.
+QString CMainWindow::closeText() const {
+    const CDeskStatus status = m_control.status();
+    QStringList texts;
+    if (m_facts.m_nRunning > 0) texts.append(tr("%n strategy(s) run.", nullptr, m_facts.m_nRunning));
+    if (status.m_nQueue > 0)
+        texts.append(
+            tr("%n accepted order(s) are not processed yet. The desk still sends them before it ends. "
+               "Until then the window stays and can discard them.",
+               nullptr, status.m_nQueue));
+    const auto waiting = static_cast<int>(m_board.waiting().size());
+    if (waiting > 0) texts.append(tr("%n order(s) wait and stay in the books.", nullptr, waiting));
+    if (status.m_bConfirmationOpen)
+        texts.append(tr("The batch that waits for your confirmation is declined."));
+    if (status.m_bHalting) texts.append(tr("The halt is not finished."));
+    return texts.join(QLatin1Char('\n'));
+}
+
 void CMainWindow::closeEvent(QCloseEvent* event) {
-    const QString text = tr("%1 strategies run and %2 orders wait. The waiting orders stay in the books.")
-                             .arg(m_facts.m_nRunning)
-                             .arg(m_board.waiting().size());
-    if (m_facts.m_nRunning > 0 && !m_ask(tr("Close the desk?"), text, tr("Close the desk")))
-        return event->ignore();
-    saveAll();
-    event->accept();
+    event->ignore(); // the program deletes the window when the desk has ended
+    if (m_bEnding) return;
+    const QString text = closeText();
+    if (!text.isEmpty() && !m_ask(tr("Close the desk?"), text, tr("Close the desk"))) return;
     emit sigClosed();
+}
+
+void CMainWindow::showEnding() {
+    m_bEnding = true;
+    for (const char* name : {"close", "start", "add", "change", "remove"})
+        action(name).setEnabled(false);
+    showState();
 }
 
 void CMainWindow::restoreAll() {

@@ -47,6 +47,15 @@ public:
     void takeFeed();
     /// Starts the timer, and counts rejections from now on.
     void begin();
+    /// The desk ends: shows how many orders are still to be processed, and changes no strategy any more.
+    void showEnding();
+    /// Answers all open questions, menus and dialogs as if the user had declined them. A call ends the one on
+    /// top, because the others wait in its event loop; returns whether there was one.
+    static bool declineOpen();
+    /// Halts or resumes after a question, also while a dialog is open.
+    void halt();
+    /// Keeps panels, columns and sizes.
+    void saveAll();
     /// Replaces the question boxes, for tests.
     void setAsk(CAsk ask) { m_ask = std::move(ask); }
 
@@ -57,10 +66,11 @@ public:
     QDockWidget& panel(const char* name) const { return *m_panels.at(name); }
 
 signals:
-    /// The user has closed the window and agreed to end.
+    /// The user has agreed to end the desk. The window stays until the program deletes it.
     void sigClosed();
 
 protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -101,12 +111,14 @@ private:
     void cancelOfAccounts();
     void cancelTasks();
     void askAndCancel(std::vector<std::pair<std::string, int>> orders, std::size_t accounts);
-    void halt();
+    void discardQueue();
+    void endPause();
+    QString closeText() const;
+    QString resumeText() const;
     void chooseInstrument(const QStringList& keys);
     void applyTheme();
     void restoreAll();
-    void saveAll();
-    static bool askUser(QWidget* parent, const QString& title, const QString& text, const QString& agree);
+    bool askUser(const QString& title, const QString& text, const QString& agree);
 
     const QString m_strFolder;
     IDeskControl& m_control;
@@ -123,10 +135,12 @@ private:
     CStateBar* m_state;
     CStateFacts m_facts;
     std::shared_ptr<const CBooks> m_books;
-    std::map<std::string, double> m_firstEquity; ///< by account
-    std::string m_strInstrument;                 ///< of the book
+    std::string m_strInstrument; ///< of the book
     std::uint64_t m_nRevision = 0;
     bool m_bHasStrategies = false; ///< m_nRevision is valid
+    bool m_bEnding = false;
+    bool m_bAskingToHalt = false;
+    QString m_strState; ///< as the title shows it
     QTimer m_timer;
     QByteArray m_defaultLayout;
 };

@@ -180,14 +180,23 @@ void CMainWindow::cancelSelected() {
 
 void CMainWindow::cancelOfAccounts() {
     const QStringList chosen = table("accounts").selectedKeys();
-    std::vector<std::pair<std::string, int>> orders;
+    std::size_t orders = 0;
     std::set<std::string> accounts;
     for (const auto& [order, waiting] : m_board.waiting()) {
         if (!chosen.contains(QString::fromStdString(waiting.m_strAccount))) continue;
-        orders.emplace_back(waiting.m_strAccount, order);
+        ++orders;
         accounts.insert(waiting.m_strAccount);
     }
-    askAndCancel(std::move(orders), accounts.size());
+    // The tables may not know yet what waits. The cancel asks the broker.
+    if (orders == 0 && m_facts.m_nBehind == 0 && m_control.status().m_strJournalFailure.empty())
+        return m_state->setNotice(tr("None of the selected rows has a waiting order."));
+    for (const QString& account : chosen)
+        accounts.insert(account.toStdString());
+    const QString text = tr("Cancel all waiting orders of %1? The tables show %2 of them.")
+                             .arg(chosen.join(QStringLiteral(", ")))
+                             .arg(orders);
+    if (m_ask(tr("Cancel orders"), text, tr("Cancel the orders")))
+        m_control.cancelAccounts(std::vector<std::string>(accounts.begin(), accounts.end()));
 }
 
 void CMainWindow::askAndCancel(std::vector<std::pair<std::string, int>> orders, std::size_t accounts) {
@@ -213,12 +222,13 @@ void CMainWindow::cancelTasks() {
 
 void CMainWindow::halt() {
     const CDeskStatus status = m_control.status();
-    if (status.m_bHalting) return;
-    if (status.m_bHalted) {
-        if (m_ask(tr("Resume?"),
-                  tr("Files and sockets send orders again. %1 strategies run.").arg(m_facts.m_nRunning),
-                  tr("Resume")))
-            m_control.resume();
+    const bool isBusy = status.m_bHalting || status.m_bResuming;
+    if (m_bAskingToHalt || (isBusy && !status.m_bEnding)) return;
+    m_bAskingToHalt = true;
+    if (status.m_bEnding) {
+        discardQueue();
+    } else if (status.m_bHalted) {
+        if (m_ask(tr("Resume?"), resumeText(), tr("Resume"))) m_control.resume();
     } else {
         const QString text = tr("Halt the desk? It reads no more order files, declines all commands, and "
                                 "cancels %1 waiting orders "
@@ -227,7 +237,34 @@ void CMainWindow::halt() {
                                  .arg(m_board.waitingAccounts());
         if (m_ask(tr("Halt"), text, tr("HALT"))) m_control.halt();
     }
+    m_bAskingToHalt = false;
     showState();
+}
+
+QString CMainWindow::resumeText() const {
+    const QString text =
+        tr("Files and sockets send orders again. %1 strategies run.").arg(m_facts.m_nRunning);
+    const QStringList files = m_control.waitingFiles();
+    if (files.isEmpty()) return text;
+    return text + QLatin1Char('\n') +
+           tr("%n order file(s) wait at their paths and are read now: %1. Delete the files that must not be "
+              "sent before you agree.",
+              nullptr, files.size())
+               .arg(files.join(QStringLiteral(", ")));
+}
+
+/// The end of the pause that a confirmation without an answer has left.
+void CMainWindow::endPause() {
+    if (m_control.waitingFiles().isEmpty() || m_ask(tr("Resume the intake?"), resumeText(), tr("Resume")))
+        m_control.endConfirmationPause();
+    showState();
+}
+
+void CMainWindow::discardQueue() {
+    const QString text = tr("%n accepted order(s) are not processed yet. They are written to the journal and "
+                            "not sent.",
+                            nullptr, m_control.status().m_nQueue);
+    if (m_ask(tr("Discard the orders?"), text, tr("Discard"))) m_control.discardQueue();
 }
 
 } // namespace desk

@@ -8,16 +8,18 @@
 namespace desk {
 namespace {
 
-constexpr int kLargePercent = 150;
+constexpr int kWordPercent = 240; ///< readable from two metres
+constexpr int kButtonPercent = 150;
+constexpr int kFarBehind = 1000; ///< entries; fewer of them are shown within a fraction of a second
 
 QString badgeStyle(const QColor& background) {
     return QStringLiteral("background:%1;color:white;padding:2px 10px;border-radius:3px;font-weight:bold;")
         .arg(background.name());
 }
 
-QFont largeFont(const QFont& font) {
+QFont largeFont(const QFont& font, int percent) {
     QFont large = font;
-    large.setPointSizeF(font.pointSizeF() * kLargePercent / 100);
+    large.setPointSizeF(font.pointSizeF() * percent / 100);
     large.setBold(true);
     return large;
 }
@@ -25,6 +27,7 @@ QFont largeFont(const QFont& font) {
 } // namespace
 
 EDeskState stateOf(const CDeskStatus& status) {
+    if (status.m_bEnding) return EDeskState::Ending;
     if (!status.m_strJournalFailure.empty()) return EDeskState::JournalBroken;
     if (status.m_bHalting) return EDeskState::Halting;
     if (status.m_bHalted) return EDeskState::Halted;
@@ -52,79 +55,138 @@ QString stateWord(EDeskState state) {
     return CStateBar::tr("… ENDING");
 }
 
+QString stateText(const CDeskStatus& status) {
+    const EDeskState first = stateOf(status);
+    CDeskStatus rest = status;
+    if (first == EDeskState::Ending)
+        rest.m_bEnding = false;
+    else if (first == EDeskState::JournalBroken)
+        rest.m_strJournalFailure.clear();
+    else
+        return stateWord(first);
+    const EDeskState second = stateOf(rest);
+    if (second == EDeskState::Active) return stateWord(first);
+    return stateWord(first) + QStringLiteral("  ") + stateText(rest);
+}
+
 CStateBar::CStateBar(QWidget* parent)
     : QWidget(parent), m_word(new QLabel(this)), m_facts(new QLabel(this)), m_halt(new QPushButton(this)),
-      m_pauseBar(new QWidget(this)), m_resumePause(new QPushButton(tr("Resume the intake"), m_pauseBar)),
-      m_noticeBar(new QWidget(this)), m_notice(new QLabel(m_noticeBar)) {
-    m_word->setFont(largeFont(font()));
-    m_facts->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_halt->setFont(largeFont(font()));
+      m_troubleBar(new QWidget(this)), m_trouble(new QLabel(m_troubleBar)), m_pauseBar(new QWidget(this)),
+      m_resumePause(new QPushButton(tr("Resume the intake"), m_pauseBar)), m_noticeBar(new QWidget(this)),
+      m_notice(new QLabel(m_noticeBar)) {
+    m_word->setFont(largeFont(font(), kWordPercent));
+    m_halt->setFont(largeFont(font(), kButtonPercent));
     m_halt->setFocusPolicy(Qt::NoFocus); // Enter and Space must not halt by accident
+    m_facts->setWordWrap(true);
     m_notice->setWordWrap(true);
-    m_notice->setTextInteractionFlags(Qt::TextSelectableByMouse);
-
+    m_trouble->setWordWrap(true);
+    for (QLabel* label : {m_word, m_facts, m_notice, m_trouble})
+        label->setTextFormat(Qt::PlainText); // they show texts of files and of the system
+    for (QLabel* label : {m_facts, m_notice, m_trouble})
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     auto* line = new QHBoxLayout;
     line->addWidget(m_word);
     line->addSpacing(12);
     line->addWidget(m_facts, 1);
     line->addWidget(m_halt);
-    auto* pause = new QHBoxLayout(m_pauseBar);
-    pause->setContentsMargins(6, 2, 6, 2);
-    auto* why =
-        new QLabel(tr("A confirmation was closed without an answer. The order files wait until you resume."),
-                   m_pauseBar);
-    pause->addWidget(why, 1);
-    pause->addWidget(m_resumePause);
-    auto* notice = new QHBoxLayout(m_noticeBar);
-    notice->setContentsMargins(6, 2, 6, 2);
-    auto* close = new QPushButton(tr("Close"), m_noticeBar);
-    notice->addWidget(m_notice, 1);
-    notice->addWidget(close);
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(6, 4, 6, 2);
     all->setSpacing(2);
     all->addLayout(line);
-    all->addWidget(m_pauseBar);
-    all->addWidget(m_noticeBar);
-    m_pauseBar->hide();
-    m_noticeBar->hide();
-    for (QWidget* bar : {m_pauseBar, m_noticeBar})
+    makeBars();
+    for (QWidget* bar : {m_troubleBar, m_pauseBar, m_noticeBar}) {
         bar->setObjectName(QStringLiteral("bar"));
-
+        all->addWidget(bar);
+        bar->hide();
+    }
     connect(m_halt, &QPushButton::clicked, this, &CStateBar::sigHalt);
     connect(m_resumePause, &QPushButton::clicked, this, &CStateBar::sigEndPause);
-    connect(close, &QPushButton::clicked, this, [this] { setNotice({}); });
-    showState(m_eState);
+    m_word->setText(stateWord(m_eState));
+    m_word->setStyleSheet(badgeStyle(CTheme::stateColour(m_eState)));
+    m_halt->setEnabled(false);
 }
 
-void CStateBar::showState(EDeskState state) {
-    m_eState = state;
-    m_word->setText(stateWord(state));
-    m_word->setStyleSheet(badgeStyle(CTheme::stateColour(state)));
-    const bool isHalted = state == EDeskState::Halted || state == EDeskState::Halting;
-    m_halt->setText(isHalted ? tr("RESUME") : tr("HALT"));
-    m_halt->setEnabled(state != EDeskState::Starting && state != EDeskState::Ending &&
-                       state != EDeskState::Halting);
-    m_halt->setStyleSheet(badgeStyle(isHalted ? QColor(0x0b, 0x5f, 0xa5) : CTheme::current().danger()));
-    m_halt->setToolTip(
-        isHalted ? tr("Takes orders again (Ctrl+H)")
-                 : tr("Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)"));
+void CStateBar::makeBars() {
+    const auto lineOf = [](QWidget* bar, QWidget* text) {
+        auto* line = new QHBoxLayout(bar);
+        line->setContentsMargins(6, 2, 6, 2);
+        line->addWidget(text, 1);
+        return line;
+    };
+    lineOf(m_troubleBar, m_trouble);
+    auto* why =
+        new QLabel(tr("A confirmation was closed without an answer. The order files wait until you resume."),
+                   m_pauseBar);
+    lineOf(m_pauseBar, why)->addWidget(m_resumePause);
+    auto* close = new QPushButton(tr("Close"), m_noticeBar);
+    lineOf(m_noticeBar, m_notice)->addWidget(close);
+    connect(close, &QPushButton::clicked, this, [this] { setNotice({}); });
+}
+
+void CStateBar::showState(const CDeskStatus& status) {
+    const QString text = stateText(status);
+    if (text == m_word->text()) return;
+    m_eState = stateOf(status);
+    m_word->setText(text);
+    m_word->setStyleSheet(badgeStyle(CTheme::stateColour(m_eState)));
+}
+
+void CStateBar::showButton(const CDeskStatus& status) {
+    const bool isHalted = status.m_bHalted || status.m_bHalting;
+    QString text = isHalted ? tr("RESUME") : tr("HALT");
+    QString tip = isHalted
+                      ? tr("Takes orders again (Ctrl+H)")
+                      : tr("Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)");
+    if (status.m_bEnding) {
+        text = tr("DISCARD");
+        tip = tr("Discards the accepted orders that are not processed yet (Ctrl+H)");
+    }
+    const bool isEnabled = status.m_bEnding || !(status.m_bHalting || status.m_bResuming);
+    if (text == m_halt->text() && m_halt->isEnabled() == isEnabled) return;
+    m_halt->setText(text);
+    m_halt->setToolTip(tip);
+    m_halt->setEnabled(isEnabled);
+    const bool isResume = isHalted && !status.m_bEnding;
+    m_halt->setStyleSheet(badgeStyle(isResume ? QColor(0x0b, 0x5f, 0xa5) : CTheme::current().danger()));
+}
+
+void CStateBar::showFacts(const CDeskStatus& status, const CStateFacts& facts) {
+    QStringList texts{tr("%1 of %2 strategies run").arg(facts.m_nRunning).arg(facts.m_nStrategies),
+                      tr("queue %1").arg(status.m_nQueue), tr("%n order(s) wait", nullptr, facts.m_nWaiting)};
+    if (!status.m_strLastCommand.isEmpty()) {
+        QString last = tr("last order %1").arg(status.m_strLastCommand);
+        if (status.m_lastMs) last += QStringLiteral(" (%1 ms)").arg(*status.m_lastMs, 0, 'f', 1);
+        texts.append(last);
+    }
+    texts.append(status.m_strJournalFailure.empty() ? tr("journal ok") : tr("journal broken"));
+    const QString text = texts.join(QStringLiteral("   ·   "));
+    if (text != m_facts->text()) m_facts->setText(text);
+}
+
+void CStateBar::showTroubles(const CDeskStatus& status, const CStateFacts& facts) {
+    QStringList texts;
+    if (status.m_bEnding)
+        texts.append(tr("The desk sends the %n order(s) that it has accepted, and then ends.", nullptr,
+                        status.m_nQueue));
+    if (!status.m_strHaltProblem.isEmpty()) texts.append(status.m_strHaltProblem);
+    if (!status.m_strJournalFailure.empty())
+        texts.append(tr("The journal cannot be written: %1. The tables do not show what happened since then.")
+                         .arg(QString::fromStdString(status.m_strJournalFailure)));
+    if (facts.m_nBehind >= kFarBehind)
+        texts.append(tr("The tables are %n entries behind.", nullptr, facts.m_nBehind));
+    const QString text = texts.join(QLatin1Char('\n'));
+    if (text == m_trouble->text()) return;
+    m_trouble->setText(text);
+    m_troubleBar->setVisible(!text.isEmpty());
 }
 
 void CStateBar::showStatus(const CDeskStatus& status, const CStateFacts& facts) {
-    const EDeskState state = stateOf(status);
-    if (state != m_eState) showState(state);
-    // A broken journal hides a halt; the button must still offer the way back.
-    if (state == EDeskState::JournalBroken) m_halt->setText(status.m_bHalted ? tr("RESUME") : tr("HALT"));
-    QStringList texts{tr("%1 of %2 strategies run").arg(facts.m_nRunning).arg(facts.m_nStrategies),
-                      tr("%n order(s) wait", nullptr, facts.m_nWaiting)};
-    if (!facts.m_strLastOrder.isEmpty()) texts.append(tr("last order %1").arg(facts.m_strLastOrder));
-    texts.append(status.m_strJournalFailure.empty()
-                     ? tr("journal ok")
-                     : tr("JOURNAL: %1").arg(QString::fromStdString(status.m_strJournalFailure)));
-    const QString text = texts.join(QStringLiteral("   ·   "));
-    if (text != m_facts->text()) m_facts->setText(text);
-    const bool isUnanswered = status.m_bConfirmationPause && !status.m_bConfirmationOpen;
+    showState(status);
+    showButton(status);
+    showFacts(status, facts);
+    showTroubles(status, facts);
+    const bool isUnanswered =
+        status.m_bConfirmationPause && !status.m_bConfirmationOpen && stateOf(status) == EDeskState::Paused;
     if (m_pauseBar->isHidden() == isUnanswered) m_pauseBar->setVisible(isUnanswered);
 }
 
@@ -139,6 +201,14 @@ QString CStateBar::noticeText() const {
 
 QString CStateBar::factsText() const {
     return m_facts->text();
+}
+
+QString CStateBar::wordText() const {
+    return m_word->text();
+}
+
+QString CStateBar::troubleText() const {
+    return m_trouble->text();
 }
 
 } // namespace desk

@@ -15,17 +15,19 @@ namespace desk {
 EDeskState stateOf(const CDeskStatus& status);
 /// The state as a word with a sign, such as "● ACTIVE".
 QString stateWord(EDeskState state);
+/// All that is urgent, as words: a broken journal does not hide a halt or a pause.
+QString stateText(const CDeskStatus& status);
 
 /// What the bar shows besides the state.
 struct CStateFacts {
     int m_nRunning = 0;
     int m_nStrategies = 0;
-    int m_nWaiting = 0;     ///< orders
-    QString m_strLastOrder; ///< time of the last order; empty if there is none
+    int m_nWaiting = 0; ///< orders
+    int m_nBehind = 0;  ///< entries that the tables do not show yet
 };
 
 /// The line at the top of the window: the state in large letters, the numbers, and the button that halts.
-/// Below it is a notice, if there is one. Main thread.
+/// Below it are the troubles and a notice, if there are any. Main thread.
 class CStateBar : public QWidget {
     Q_OBJECT
 public:
@@ -40,18 +42,27 @@ public:
     QWidget& pauseBar() const { return *m_pauseBar; }
     QString noticeText() const;
     QString factsText() const;
+    QString wordText() const;
+    /// What is wrong, in whole sentences. Empty if nothing is.
+    QString troubleText() const;
 
 signals:
-    void sigHalt(); ///< halt, or resume if the desk is halted
+    void sigHalt(); ///< halt; resume if the desk is halted; discard the queue if the desk ends
     void sigEndPause();
 
 private:
-    void showState(EDeskState state);
+    void makeBars();
+    void showState(const CDeskStatus& status);
+    void showButton(const CDeskStatus& status);
+    void showFacts(const CDeskStatus& status, const CStateFacts& facts);
+    void showTroubles(const CDeskStatus& status, const CStateFacts& facts);
 
     EDeskState m_eState = EDeskState::Starting;
     QLabel* m_word;
     QLabel* m_facts;
     QPushButton* m_halt;
+    QWidget* m_troubleBar;
+    QLabel* m_trouble;
     QWidget* m_pauseBar;
     QPushButton* m_resumePause;
     QWidget* m_noticeBar;

@@ -4,10 +4,12 @@
 #include "desk/host/TextSink.h"
 #include "orderservice/base/Clock.h"
 
+#include <QApplication>
 #include <QEventLoop>
 #include <QSettings>
 #include <QTimer>
 
+#include <thread>
 #include <utility>
 
 namespace desk {
@@ -24,6 +26,8 @@ CFeedMessage::EKind kindOf(const EFloodLine* kind) {
         return CFeedMessage::EKind::File;
     case EFloodLine::Incident:
         return CFeedMessage::EKind::Incident;
+    case EFloodLine::Note:
+        return CFeedMessage::EKind::Desk;
     case EFloodLine::Message:
         break;
     }
@@ -60,28 +64,59 @@ void CWindowProgram::opened(CDesk& desk, TC::CHost& host) {
     m_messages = std::make_unique<CWindowMsgService>(*host.msgService, m_feed);
     host.msgService = m_messages.get();
     m_control = std::make_unique<CLiveControl>(desk, m_feed);
+    m_orders = std::make_unique<CWindowOrderClient>(*host.orderClient, m_control->meter());
+    host.orderClient = m_orders.get();
     m_control->feedStart();
+    desk.setDialog(&m_dialog);
 }
 
 std::string CWindowProgram::run(CDesk& desk) {
-    CMainWindow window(m_strFolder, *m_control, m_feed, m_settings);
+    QApplication::setQuitOnLastWindowClosed(false); // the window is still needed while the desk ends
+    m_control->measure();
+    m_window = std::make_unique<CMainWindow>(m_strFolder, *m_control, m_feed, m_settings);
+    m_dialog.setWindow(m_window.get(), [this] { m_window->halt(); });
     QEventLoop loop;
     std::string reason = "window closed";
     QTimer tick;
     const double start = utils::getTime();
     QObject::connect(&tick, &QTimer::timeout, &loop, [&] {
         desk.tick(utils::getTime() - start);
-        if (m_keepGoing() || !loop.isRunning()) return; // a closed window has ended the loop
-        reason = "signal";
-        loop.quit();
+        if (m_keepGoing()) return;
+        if (loop.isRunning()) reason = "signal"; // a closed window has ended the loop otherwise
+        desk.endQuestions();
+        loop.quit(); // it ends after the loops of all questions, which wait inside it
+        CMainWindow::declineOpen();
     });
-    QObject::connect(&window, &CMainWindow::sigClosed, &loop, &QEventLoop::quit);
+    QObject::connect(m_window.get(), &CMainWindow::sigClosed, &loop, &QEventLoop::quit);
     tick.start(kTickMs);
-    window.begin();
-    window.show();
-    if (m_onWindow) m_onWindow(window);
+    m_window->begin();
+    m_window->show();
+    if (m_onWindow) m_onWindow(*m_window);
     loop.exec();
+    m_window->saveAll();
     return reason;
+}
+
+void CWindowProgram::end(CDesk&, const std::function<void()>& shutDown) {
+    if (m_window == nullptr) { // the end was requested before the window was made
+        m_control.reset();
+        return shutDown();
+    }
+    m_control->setEnding();
+    m_window->showEnding();
+    QEventLoop loop;
+    std::thread thread([&] {
+        shutDown();
+        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+    });
+    loop.exec();
+    thread.join();
+    while (CMainWindow::declineOpen()) {
+    }
+    m_dialog.setWindow(nullptr, {});
+    m_window.reset();
+    m_feed.end();
+    m_control.reset();
 }
 
 void CWindowProgram::ended(CDesk&) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desk/commands/RunDesk.h"
+#include "desk/window/ConfirmDialog.h"
 #include "desk/window/Feed.h"
 #include "desk/window/LiveControl.h"
 #include "desk/window/MainWindow.h"
@@ -30,6 +31,8 @@ public:
     void made(CDesk& desk) override;
     void opened(CDesk& desk, TC::CHost& host) override;
     std::string run(CDesk& desk) override;
+    /// Shows the window until the accepted orders are finished.
+    void end(CDesk& desk, const std::function<void()>& shutDown) override;
     void ended(CDesk& desk) override;
 
 private:
@@ -38,8 +41,11 @@ private:
     const std::function<bool()> m_keepGoing;
     std::function<void(CMainWindow&)> m_onWindow;
     CWindowFeed m_feed;
+    CConfirmDialog m_dialog; ///< the desk uses it until its end
     std::unique_ptr<CWindowMsgService> m_messages;
     std::unique_ptr<CLiveControl> m_control;
+    std::unique_ptr<CWindowOrderClient> m_orders;
+    std::unique_ptr<CMainWindow> m_window;
 };
 
 } // namespace desk

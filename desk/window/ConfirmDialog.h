@@ -1,0 +1,34 @@
+#pragma once
+
+#include "orderservice/gates/OrderConfirmer.h"
+#include "orderservice/ui/OrdersConfirmer.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+
+namespace desk {
+
+/// Asks by the dialog of the order service. While it is open, the main window cannot be used. So the dialog
+/// gets a button that halts the desk. Main thread.
+class CConfirmDialog final : public TC::IOrderConfirmer {
+public:
+    /// The window that shows that a question waits, and what the button that halts does.
+    void setWindow(QWidget* window, std::function<void()> halt);
+
+    TC::CConfirmAnswer confirm(const TC::CConfirmQuestion& question) override;
+
+    static bool isOpen();
+    /// Closes the open dialog without an answer of the user. Its batch is declined.
+    static void close();
+
+private:
+    void addHaltButton() const;
+
+    TC::COrdersConfirmer m_confirmer;
+    QPointer<QWidget> m_window;
+    std::function<void()> m_halt;
+};
+
+} // namespace desk

@@ -1,0 +1,42 @@
+#include "desk/window/IntakeMeter.h"
+
+#include "orderservice/base/Clock.h"
+
+#include <algorithm>
+
+namespace desk {
+namespace {
+
+constexpr double kMsPerSecond = 1000;
+
+} // namespace
+
+std::shared_ptr<const void> CIntakeMeter::begin(int orders, double now) {
+    auto batch = std::make_shared<CBatch>(CBatch{orders, now});
+    const std::lock_guard lock(m_mutex);
+    m_batches.push_back(batch);
+    m_state.m_nQueue += orders;
+    const auto end = [meter = shared_from_this(), batch](const void*) {
+        const std::lock_guard ending(meter->m_mutex);
+        const auto found = std::find(meter->m_batches.begin(), meter->m_batches.end(), batch);
+        if (found == meter->m_batches.end()) return;
+        meter->m_state.m_nQueue -= batch->m_nOrders;
+        meter->m_batches.erase(found);
+    };
+    return {batch.get(), end};
+}
+
+void CIntakeMeter::command(bool isOfFirstBatch, double now) {
+    const std::lock_guard lock(m_mutex);
+    m_state.m_strLastTime = utils::currentTimeText();
+    m_state.m_lastMs.reset();
+    if (isOfFirstBatch && !m_batches.empty())
+        m_state.m_lastMs = (now - m_batches.front()->m_dBegin) * kMsPerSecond;
+}
+
+CIntakeMeter::CState CIntakeMeter::state() const {
+    const std::lock_guard lock(m_mutex);
+    return m_state;
+}
+
+} // namespace desk

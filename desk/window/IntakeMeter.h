@@ -1,0 +1,39 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace desk {
+
+/// Measures what happens between the doors and the order client: how many orders wait for their check, and
+/// how long the last command needed. Any thread. Times are seconds of base/Clock.h.
+class CIntakeMeter : public std::enable_shared_from_this<CIntakeMeter> {
+public:
+    struct CState {
+        int m_nQueue = 0;               ///< orders of batches whose check has not ended
+        std::string m_strLastTime;      ///< when the last command came, as ISO 8601; empty if there was none
+        std::optional<double> m_lastMs; ///< from the door to that command; not set if a person was asked
+    };
+
+    /// A batch with so many orders was accepted. The batch ends when the last copy of the result is released.
+    [[nodiscard]] std::shared_ptr<const void> begin(int orders, double now);
+    /// A command came. `isOfFirstBatch`: it belongs to the batch that is being checked now, which is the
+    /// first one that has not ended.
+    void command(bool isOfFirstBatch, double now);
+    CState state() const;
+
+private:
+    struct CBatch {
+        int m_nOrders;
+        double m_dBegin;
+    };
+
+    mutable std::mutex m_mutex;
+    std::deque<std::shared_ptr<CBatch>> m_batches;
+    CState m_state;
+};
+
+} // namespace desk

@@ -1,0 +1,254 @@
+// What the window shows of the desk's state, without a running desk.
+#include "desk/window/DeskWorker.h"
+#include "desk/window/IntakeMeter.h"
+#include "desk/window/KeptText.h"
+#include "desk/window/MainWindow.h"
+#include "desk/window/StateBar.h"
+#include "tests/desk/paper/PaperDesk.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QDockWidget>
+#include <QPushButton>
+#include <QSettings>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <future>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace desk {
+namespace {
+
+class CFixedControl : public IDeskControl {
+public:
+    const CDeskConfig& config() const override { return m_config; }
+    CDeskStatus status() const override { return m_status; }
+    std::uint64_t strategyRevision() const override { return 1; }
+    TC::COrderStrategyMap strategies() const override { return {}; }
+    QString startStrategy(int) override { return {}; }
+    QString stopStrategy(int) override { return {}; }
+    QString removeStrategy(int) override { return {}; }
+    QString changeStrategy(const TC::COrderStrategyParam&) override { return {}; }
+    QString addStrategy(const TC::COrderStrategyParam&) override { return {}; }
+    void cancelOrders(std::vector<std::pair<std::string, int>>) override {}
+    void cancelTasks(std::vector<int>) override {}
+    void cancelAccounts(std::vector<std::string>) override {}
+    void halt() override {}
+    void resume() override {}
+    QStringList waitingFiles() const override { return {}; }
+    void discardQueue() override {}
+    void endConfirmationPause() override {}
+
+    CDeskConfig m_config;
+    CDeskStatus m_status;
+};
+
+TEST(StateBar, BrokenJournalDoesNotHideTheHalt) {
+    CStateBar bar;
+    CDeskStatus status;
+    status.m_strJournalFailure = "no room on the disk";
+    status.m_bHalted = true;
+    bar.showStatus(status, {});
+    EXPECT_EQ(bar.wordText(), "▲ JOURNAL BROKEN  ■ HALTED");
+    EXPECT_EQ(bar.haltButton().text(), "RESUME");
+    EXPECT_TRUE(bar.haltButton().toolTip().contains("Takes orders again"));
+    EXPECT_TRUE(bar.troubleText().contains("no room on the disk"));
+    EXPECT_FALSE(bar.factsText().contains("no room on the disk")) << "it has a line of its own";
+    status.m_bHalted = false;
+    bar.showStatus(status, {});
+    EXPECT_EQ(bar.wordText(), "▲ JOURNAL BROKEN");
+    EXPECT_EQ(bar.haltButton().text(), "HALT");
+    EXPECT_FALSE(bar.haltButton().toolTip().contains("Takes orders again"));
+}
+
+TEST(StateBar, ButtonWaitsUntilTheHaltAndTheResumeAreDone) {
+    CStateBar bar;
+    CDeskStatus status;
+    status.m_bHalting = true;
+    status.m_strHaltProblem = "5 orders could not be cancelled";
+    bar.showStatus(status, {});
+    EXPECT_FALSE(bar.haltButton().isEnabled());
+    EXPECT_EQ(bar.troubleText(), "5 orders could not be cancelled");
+    status = {};
+    status.m_bHalted = status.m_bResuming = true;
+    bar.showStatus(status, {});
+    EXPECT_FALSE(bar.haltButton().isEnabled());
+    status.m_bResuming = false;
+    bar.showStatus(status, {});
+    EXPECT_TRUE(bar.haltButton().isEnabled());
+    EXPECT_EQ(bar.troubleText(), "");
+}
+
+TEST(StateBar, ShowsTheQueueAndWhatTheLastOrderNeeded) {
+    CStateBar bar;
+    CDeskStatus status;
+    status.m_nQueue = 17;
+    bar.showStatus(status, {});
+    EXPECT_TRUE(bar.factsText().contains("queue 17"));
+    EXPECT_FALSE(bar.factsText().contains("last order"));
+    status.m_strLastCommand = "10:31:07.214";
+    status.m_lastMs = 3.14;
+    bar.showStatus(status, {});
+    EXPECT_TRUE(bar.factsText().contains("last order 10:31:07.214 (3.1 ms)"));
+    status.m_lastMs.reset(); // a person was asked
+    bar.showStatus(status, {});
+    EXPECT_TRUE(bar.factsText().contains("last order 10:31:07.214   ·"));
+}
+
+TEST(StateBar, SaysThatTheTablesAreFarBehind) {
+    CStateBar bar;
+    CStateFacts facts;
+    facts.m_nBehind = 999;
+    bar.showStatus({}, facts);
+    EXPECT_EQ(bar.troubleText(), "");
+    facts.m_nBehind = 5000;
+    bar.showStatus({}, facts);
+    EXPECT_TRUE(bar.troubleText().contains("5000 entries behind"));
+}
+
+class StartedWindow : public testing::Test {
+protected:
+    std::unique_ptr<CMainWindow> window(const QString& name = QStringLiteral("my-desk")) {
+        return std::make_unique<CMainWindow>(name, m_control, m_feed, m_settings);
+    }
+
+    const QTemporaryDir m_folder;
+    QSettings m_settings{m_folder.filePath(QStringLiteral("layout.ini")), QSettings::IniFormat};
+    CFixedControl m_control;
+    CWindowFeed m_feed;
+};
+
+TEST_F(StartedWindow, EarlierRejectionsAreNoNewsHoweverManyThereAre) {
+    constexpr int kOrders = 7000;
+    for (int id = 1; id <= kOrders; ++id) {
+        CPaperOrder order;
+        order.m_nId = id;
+        order.m_nTask = id;
+        order.m_eStatus = EOrderStatus::Rejected;
+        m_feed.addOrder(order);
+    }
+    const auto shown = window();
+    shown->begin();
+    EXPECT_EQ(shown->model("orders").rowCount(), kOrders);
+    EXPECT_EQ(shown->panel("orders").windowTitle(), "Orders");
+}
+
+TEST_F(StartedWindow, TitleHasTheNameOfTheFolderHoweverItWasWritten) {
+    EXPECT_TRUE(window(QStringLiteral("my-desk/"))->windowTitle().endsWith("my-desk"));
+    const QString here = QDir::current().dirName();
+    EXPECT_TRUE(window(QStringLiteral("."))->windowTitle().endsWith(here));
+}
+
+TEST_F(StartedWindow, TitleShowsAllThatIsUrgent) {
+    m_control.m_status.m_bHalted = true;
+    m_control.m_status.m_strJournalFailure = "disk";
+    EXPECT_TRUE(window()->windowTitle().startsWith("▲ JOURNAL BROKEN  ■ HALTED"));
+}
+
+TEST_F(StartedWindow, OpenDialogsAreDeclinedFromTheTop) {
+    QDialog first, second;
+    first.setModal(true);
+    second.setModal(true);
+    first.show();
+    second.show();
+    EXPECT_TRUE(CMainWindow::declineOpen());
+    EXPECT_FALSE(second.isVisible());
+    EXPECT_TRUE(first.isVisible());
+    EXPECT_TRUE(CMainWindow::declineOpen());
+    EXPECT_FALSE(CMainWindow::declineOpen());
+}
+
+TEST(WindowFeed, ReadsTheTasksOfCommandsWhenTheyAreTaken) {
+    CWindowFeed feed;
+    for (int task = 1; task <= static_cast<int>(CWindowFeed::kMaxWaiting) + 7; ++task)
+        feed.addJournalLines(R"({"kind":"command","time":"T","seq":)" + std::to_string(task) + R"(,"task":)" +
+                             std::to_string(task) + "}\n");
+    std::size_t tasks = 0;
+    CFeedBatch batch;
+    do {
+        batch = feed.take();
+        tasks += batch.m_tasks.size();
+    } while (batch.m_nWaitingTrades > 0);
+    EXPECT_EQ(tasks, CWindowFeed::kMaxWaiting + 7) << "tasks are never dropped";
+    EXPECT_EQ(batch.m_tasks.back().m_nId, static_cast<int>(CWindowFeed::kMaxWaiting) + 7);
+}
+
+TEST(WindowFeed, KeepsNothingAfterItsEnd) {
+    CWindowFeed feed;
+    feed.addMessage(CFeedMessage::EKind::Desk, false, QStringLiteral("before"));
+    feed.end();
+    feed.addOrder({});
+    feed.addEvent({});
+    feed.addMessage(CFeedMessage::EKind::Desk, false, QStringLiteral("after"));
+    feed.addJournalLines("{}\n");
+    feed.setBooks(std::make_shared<CBooks>());
+    const CFeedBatch batch = feed.take();
+    EXPECT_TRUE(batch.m_orders.empty() && batch.m_messages.empty() && batch.m_journal.empty());
+    EXPECT_EQ(batch.m_books, nullptr);
+}
+
+TEST(KeptText, KeepsTheLastLines) {
+    std::ostringstream target;
+    CKeptText kept(target);
+    std::ostream out(&kept);
+    for (int line = 0; line < 10000; ++line)
+        out << "line " << line << '\n';
+    out << "the journal could not be closed\n" << std::flush;
+    EXPECT_LE(kept.text().size(), CKeptText::kMost);
+    EXPECT_EQ(kept.text().compare(0, 5, "line "), 0);
+    EXPECT_NE(kept.text().find("the journal could not be closed\n"), std::string::npos);
+    EXPECT_EQ(target.str().compare(0, 7, "line 0\n"), 0);
+}
+
+TEST(IntakeMeter, CountsTheQueueAndTheTimeOfACommand) {
+    const auto meter = std::make_shared<CIntakeMeter>();
+    auto first = meter->begin(3, 10);
+    auto second = meter->begin(4, 11);
+    EXPECT_EQ(meter->state().m_nQueue, 7);
+    EXPECT_EQ(meter->state().m_strLastTime, "");
+    meter->command(true, 10.0031);
+    EXPECT_NEAR(meter->state().m_lastMs.value(), 3.1, 1e-6);
+    EXPECT_NE(meter->state().m_strLastTime, "");
+    first.reset();
+    EXPECT_EQ(meter->state().m_nQueue, 4);
+    meter->command(true, 11.5);
+    EXPECT_NEAR(meter->state().m_lastMs.value(), 500, 1e-6);
+    meter->command(false, 12);
+    EXPECT_FALSE(meter->state().m_lastMs.has_value());
+    second.reset();
+    EXPECT_EQ(meter->state().m_nQueue, 0);
+}
+
+using Worker = test::PaperDesk;
+
+TEST_F(Worker, ReadsTheEquityOfTheStartBeforeItReturns) {
+    CWindowFeed feed;
+    const CDeskWorker worker(*m_broker, m_quotes, {}, feed);
+    const CFeedBatch batch = feed.take();
+    ASSERT_NE(batch.m_books, nullptr);
+    EXPECT_EQ(batch.m_books->m_accounts[0].m_dStart, batch.m_books->m_accounts[0].m_dEquity);
+    EXPECT_GT(batch.m_books->m_accounts[0].m_dStart, 100000);
+}
+
+TEST_F(Worker, ExceptionOfAnActionIsShownAndTheNextActionIsCalled) {
+    CWindowFeed feed;
+    CDeskWorker worker(*m_broker, m_quotes, {}, feed);
+    std::promise<void> called;
+    worker.post([] { throw std::runtime_error("no memory"); });
+    worker.post([&] { called.set_value(); });
+    called.get_future().wait();
+    const CFeedBatch batch = feed.take();
+    ASSERT_EQ(batch.m_messages.size(), 1U);
+    EXPECT_EQ(batch.m_messages[0].m_strText, "no memory");
+    EXPECT_TRUE(batch.m_messages[0].m_bWarning);
+}
+
+} // namespace
+} // namespace desk

@@ -1,0 +1,316 @@
+// The halt and its end: what was accepted before, failures, and open questions.
+#include "orderservice/gates/IntakePause.h"
+#include "orderservice/ui/OrdersMessageBox.h"
+#include "tests/desk/journal/DeskFolder.h"
+#include "tests/desk/window/WindowFolder.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace desk {
+namespace {
+
+class Halt : public CWindowFolder {
+protected:
+    void SetUp() override { makeFolder(false); }
+
+    /// The commands with a task: those that went to the broker.
+    static int commandsIn(const std::string& journal) {
+        static const std::regex kCommand(R"("kind":"command"[^\n]*"task":[0-9])");
+        return static_cast<int>(std::distance(std::sregex_iterator(journal.begin(), journal.end(), kCommand),
+                                              std::sregex_iterator()));
+    }
+    static std::string manyOrders(int count) {
+        std::string lines;
+        for (int i = 0; i < count; ++i)
+            lines += "23,0,7.50,600104,200\n";
+        return lines;
+    }
+    static CWindowFolder::CStep resumes() {
+        return [](CMainWindow& window) {
+            window.stateBar().haltButton().click();
+            return true;
+        };
+    }
+};
+
+TEST_F(Halt, ResumeSendsNothingThatWasAcceptedBefore) {
+    const auto hasLater = [](CMainWindow& window) {
+        CRowModel& orders = window.model("orders");
+        const int code = columnOf(orders.spec(), "code");
+        for (int row = 0; row < orders.rowCount(); ++row) {
+            if (orders.index(row, code).data().toString().contains(QLatin1String("600102"))) return true;
+        }
+        return false;
+    };
+    EXPECT_EQ(
+        run({handOver(manyOrders(3000)), hasRows("orders", 1), trigger("halt"), hasState(EDeskState::Halted),
+             resumes(), hasState(EDeskState::Active), handOver("24,0,9.50,600102,100\n"), hasLater}),
+        0);
+    const std::string records = journal();
+    const std::size_t resumed = records.find("\"action\":\"resumed\"");
+    ASSERT_NE(resumed, std::string::npos);
+    EXPECT_LT(commandsIn(records.substr(0, resumed)), 3000) << "the halt came too late for this test";
+    EXPECT_EQ(commandsIn(records.substr(resumed)), 1);
+}
+
+TEST_F(Halt, IsInTheJournal) {
+    EXPECT_EQ(run({handOver("23,0,7.50,600104,2000\n"), hasRows("orders", 2), trigger("halt"),
+                   hasState(EDeskState::Halted), resumes(), hasState(EDeskState::Active),
+                   [this](CMainWindow&) { return hasInJournal("\"action\":\"resumed\""); }}),
+              0);
+    for (const char* action : {"halt\"", "halted\",\"cancelled\":2", "resume\"", "resumed\""})
+        EXPECT_TRUE(hasInJournal(std::string("\"action\":\"") + action)) << action;
+}
+
+TEST_F(Halt, IsNotFinishedWhileOrdersWaitThatCannotBeCancelled) {
+    std::unique_ptr<test::CFullDisk> disk;
+    EXPECT_EQ(run({handOver("23,0,7.50,600104,2000\n"), hasRows("orders", 2),
+                   [&](CMainWindow& window) {
+                       disk = std::make_unique<test::CFullDisk>(1);
+                       window.action("halt").trigger();
+                       return true;
+                   },
+                   [](CMainWindow& window) {
+                       return window.stateBar().troubleText().contains("2 order") &&
+                              window.stateBar().troubleText().contains("could not be cancelled");
+                   },
+                   [&](CMainWindow& window) {
+                       EXPECT_TRUE(window.stateBar().wordText().contains("HALTING"));
+                       EXPECT_FALSE(window.stateBar().haltButton().isEnabled());
+                       disk.reset();
+                       return true;
+                   },
+                   hasState(EDeskState::Halted),
+                   [](CMainWindow& window) { return cell(window, "orders", "1", "state") == "cancelled"; },
+                   [](CMainWindow& window) {
+                       EXPECT_EQ(window.stateBar().troubleText(), "");
+                       return true;
+                   }}),
+              0);
+}
+
+TEST_F(Halt, ResumeNamesTheOrderFilesThatWait) {
+    EXPECT_EQ(run({trigger("halt"), hasState(EDeskState::Halted), handOver("24,0,9.50,600102,100\n"),
+                   resumes(), hasState(EDeskState::Active)}),
+              0);
+    ASSERT_EQ(questions.size(), 2);
+    EXPECT_TRUE(questions[1].contains("1 order file")) << questions[1].toStdString();
+    EXPECT_TRUE(questions[1].contains(": 1 group")) << questions[1].toStdString();
+}
+
+TEST_F(Halt, EndOfAPauseAsksIfOrderFilesWait) {
+    EXPECT_EQ(run({[](CMainWindow&) {
+                       TC::setConfirmationPause(true);
+                       return true;
+                   },
+                   hasState(EDeskState::Paused), handOver("24,0,9.50,600102,100\n"),
+                   [](CMainWindow& window) {
+                       window.stateBar().pauseButton().click();
+                       return true;
+                   },
+                   hasState(EDeskState::Active),
+                   [this](CMainWindow&) { return hasInJournal("\"action\":\"resume_intake\""); }}),
+              0);
+    ASSERT_EQ(questions.size(), 1);
+    EXPECT_TRUE(questions[0].contains(": 1 group")) << questions[0].toStdString();
+}
+
+TEST_F(Halt, EndedRunShowsHowManyOrdersAreLeftAndCanDiscardThem) {
+    const int result = run({handOver(manyOrders(5000)), hasRows("orders", 1),
+                            [](CMainWindow& window) {
+                                window.close();
+                                return true;
+                            }},
+                           {[](CMainWindow& window) {
+                               if (!window.isVisible() || window.stateBar().state() != EDeskState::Ending)
+                                   return false;
+                               EXPECT_TRUE(window.windowTitle().contains("ENDING"));
+                               EXPECT_TRUE(window.stateBar().troubleText().contains("5000 order"));
+                               EXPECT_FALSE(window.action("add").isEnabled());
+                               window.stateBar().haltButton().click();
+                               return true;
+                           }});
+    EXPECT_EQ(result, 1) << "orders were discarded";
+    ASSERT_EQ(questions.size(), 2);
+    EXPECT_TRUE(questions[0].contains("5000 accepted order")) << questions[0].toStdString();
+    EXPECT_TRUE(questions[1].contains("5000 accepted order")) << questions[1].toStdString();
+    EXPECT_TRUE(hasInJournal("\"kind\":\"unplaced\""));
+    EXPECT_LT(commandsIn(journal()), 5000);
+}
+
+TEST_F(Halt, CancelByHandNamesItsReasonAndAsksTheBroker) {
+    EXPECT_EQ(run({handOver("23,0,7.50,600104,2000\n"), hasRows("orders", 2),
+                   [](CMainWindow& window) {
+                       window.table("accounts").selectAll();
+                       window.action("cancel_all").trigger();
+                       return true;
+                   },
+                   [](CMainWindow& window) { return cell(window, "orders", "2", "state") == "cancelled"; },
+                   [](CMainWindow& window) {
+                       EXPECT_EQ(cell(window, "orders", "1", "reason"), "cancelled in the window");
+                       return true;
+                   }}),
+              0);
+    EXPECT_TRUE(hasInJournal("\"action\":\"cancel\",\"reason\":\"cancelled in the window\""));
+}
+
+/// The user of the folder confirms his orders in the dialog.
+class HaltConfirming : public Halt {
+protected:
+    void SetUp() override {
+        makeFolder(true);
+        // Without the guard no test must wait until 确定 is accepted.
+        const std::string text = folder.read("desk/desk.toml");
+        const std::string head = "[switches]";
+        ASSERT_NE(text.find(head), std::string::npos);
+        folder.write("desk/desk.toml", std::string(text).insert(text.find(head) + head.size(),
+                                                                "\nmdl_order_confirm_guard = false\n"));
+    }
+
+    static TC::COrdersMessageBox* dialog() {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            auto* found = qobject_cast<TC::COrdersMessageBox*>(window);
+            if (found != nullptr && found->isVisible()) return found;
+        }
+        return nullptr;
+    }
+    static bool isOpen(CMainWindow&) { return dialog() != nullptr; }
+    static QMessageBox* box() {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            auto* found = qobject_cast<QMessageBox*>(window);
+            if (found != nullptr && found->isVisible()) return found;
+        }
+        return nullptr;
+    }
+    static bool agrees(CMainWindow&) {
+        QMessageBox* const open = box();
+        if (open == nullptr) return false;
+        const QList<QAbstractButton*> buttons = open->buttons();
+        const auto yes = std::find_if(buttons.begin(), buttons.end(), [&](QAbstractButton* button) {
+            return open->buttonRole(button) == QMessageBox::AcceptRole;
+        });
+        (*yes)->click(); // the box is gone afterwards
+        return true;
+    }
+    CWindowFolder::CStep isRecorded(const char* text) {
+        return [this, text](CMainWindow&) { return hasInJournal(text); };
+    }
+};
+
+constexpr const char* kBatch = "23,0,8.02,600104,1000\n";
+
+TEST_F(HaltConfirming, DialogOfTheWindowSendsTheBatch) {
+    EXPECT_EQ(run({handOver(kBatch), isOpen, hasState(EDeskState::Paused),
+                   [](CMainWindow& window) {
+                       EXPECT_EQ(dialog()->parentWidget(), &window);
+                       dialog()->okButton()->click();
+                       return true;
+                   },
+                   hasRows("fills", 1),
+                   [](CMainWindow& window) {
+                       CRowModel& messages = window.model("messages");
+                       for (int row = 0; row < messages.rowCount(); ++row) {
+                           for (int column = 0; column < messages.columnCount(); ++column) {
+                               const QString text = messages.index(row, column).data().toString();
+                               if (text.contains(QLatin1String("accepted by the user"))) return true;
+                           }
+                       }
+                       return false;
+                   }}),
+              0);
+    EXPECT_TRUE(hasInJournal("\"event\":\"accepted\",\"by\":\"user\""));
+}
+
+TEST_F(HaltConfirming, ButtonInTheDialogHaltsAndDeclinesTheBatch) {
+    EXPECT_EQ(run({handOver(kBatch), isOpen,
+                   [](CMainWindow&) {
+                       auto* halt = dialog()->findChild<QPushButton*>(QStringLiteral("halt"));
+                       if (halt == nullptr) return false;
+                       halt->click();
+                       return true;
+                   },
+                   hasState(EDeskState::Halted),
+                   [](CMainWindow&) {
+                       EXPECT_EQ(dialog(), nullptr);
+                       return true;
+                   }}),
+              0);
+    EXPECT_TRUE(hasInJournal("\"event\":\"declined\",\"by\":\"halt\""));
+    EXPECT_FALSE(hasInJournal("\"kind\":\"command\""));
+}
+
+TEST_F(HaltConfirming, KeyHaltsWhileTheDialogIsOpen) {
+    EXPECT_EQ(run({handOver(kBatch), isOpen,
+                   [](CMainWindow&) {
+                       QTest::keyClick(dialog(), Qt::Key_H, Qt::ControlModifier);
+                       return true;
+                   },
+                   hasState(EDeskState::Halted)}),
+              0);
+    EXPECT_TRUE(hasInJournal("\"event\":\"declined\",\"by\":\"halt\""));
+}
+
+TEST_F(HaltConfirming, NobodyIsAskedWhileTheQuestionOfTheHaltIsOpenOrAfterIt) {
+    asksReally = true;
+    int turns = 0;
+    EXPECT_EQ(run({[](CMainWindow& window) {
+                       QTimer::singleShot(0, &window, [&window] { window.action("halt").trigger(); });
+                       return true;
+                   },
+                   [](CMainWindow&) { return box() != nullptr; }, handOver(kBatch),
+                   isRecorded("\"kind\":\"intake\""),
+                   [&](CMainWindow& window) {
+                       EXPECT_EQ(dialog(), nullptr);
+                       EXPECT_NE(window.stateBar().state(), EDeskState::Paused);
+                       return ++turns > 20;
+                   },
+                   agrees, hasState(EDeskState::Halted)}),
+              0);
+    EXPECT_TRUE(hasInJournal("\"event\":\"not_asked\",\"by\":\"nobody\""));
+    EXPECT_FALSE(hasInJournal("\"event\":\"accepted\""));
+    EXPECT_FALSE(hasInJournal("\"kind\":\"command\""));
+}
+
+TEST_F(HaltConfirming, ResumeEndsThePauseOfADialogThatTheHaltHasClosed) {
+    EXPECT_EQ(run({handOver(kBatch), isOpen,
+                   [](CMainWindow& window) {
+                       window.halt();
+                       return true;
+                   },
+                   hasState(EDeskState::Halted), resumes(), hasState(EDeskState::Active)}),
+              0);
+    EXPECT_FALSE(TC::isConfirmationPauseSet());
+}
+
+TEST_F(HaltConfirming, StopDeclinesTheBatchOfAnOpenDialog) {
+    EXPECT_EQ(run({handOver(kBatch), isOpen}), 0);
+    EXPECT_TRUE(hasInJournal("\"event\":\"declined\",\"by\":\"end\""));
+    EXPECT_TRUE(hasInJournal("\"reason\":\"signal\""));
+    EXPECT_TRUE(folder.exists("layout.ini"));
+}
+
+TEST_F(HaltConfirming, StopClosesAQuestion) {
+    asksReally = true;
+    EXPECT_EQ(run({[](CMainWindow& window) {
+                       QTimer::singleShot(0, &window, [&window] { window.action("halt").trigger(); });
+                       return true;
+                   },
+                   [](CMainWindow&) { return box() != nullptr; }}),
+              0);
+    EXPECT_TRUE(hasInJournal("\"reason\":\"signal\""));
+    EXPECT_FALSE(hasInJournal("\"kind\":\"control\""));
+}
+
+} // namespace
+} // namespace desk
