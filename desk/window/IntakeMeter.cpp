@@ -3,11 +3,14 @@
 #include "orderservice/base/Clock.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace desk {
 namespace {
 
 constexpr double kMsPerSecond = 1000;
+
+thread_local std::shared_ptr<const void> s_ofThread;
 
 } // namespace
 
@@ -24,6 +27,14 @@ std::shared_ptr<const void> CIntakeMeter::begin(int orders, double now) {
         meter->m_batches.erase(found);
     };
     return {batch.get(), end};
+}
+
+void CIntakeMeter::beginOnThread(int orders, double now) {
+    s_ofThread = begin(orders, now);
+}
+
+std::shared_ptr<const void> CIntakeMeter::takeOfThread() {
+    return std::move(s_ofThread);
 }
 
 void CIntakeMeter::command(bool isOfFirstBatch, double now) {

@@ -20,6 +20,12 @@ public:
 
     /// A batch with so many orders was accepted. The batch ends when the last copy of the result is released.
     [[nodiscard]] std::shared_ptr<const void> begin(int orders, double now);
+    /// The same for a door that reports a batch before it places it. The batch is kept for this thread until
+    /// takeOfThread, or until the next one: then the door has placed nothing.
+    void beginOnThread(int orders, double now);
+    /// The batch that the door on this thread has reported, or null.
+    [[nodiscard]] static std::shared_ptr<const void> takeOfThread();
+
     /// A command came. `isOfFirstBatch`: it belongs to the batch that is being checked now, which is the
     /// first one that has not ended.
     void command(bool isOfFirstBatch, double now);

@@ -86,7 +86,9 @@ void CLiveControl::measure() {
     QObject::connect(
         service, &TC::COrderService::sigPlaceOrders, service,
         [service, meter = m_meter](const QVector<TC::COrderParam>& orders) {
-            service->holdUntilProcessed(meter->begin(orders.size(), utils::getTime()));
+            std::shared_ptr<const void> batch = CIntakeMeter::takeOfThread();
+            if (batch == nullptr) batch = meter->begin(orders.size(), utils::getTime()); // not from a door
+            service->holdUntilProcessed(std::move(batch));
         },
         Qt::DirectConnection);
 }

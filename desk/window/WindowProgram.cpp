@@ -66,6 +66,8 @@ void CWindowProgram::opened(CDesk& desk, TC::CHost& host) {
     m_control = std::make_unique<CLiveControl>(desk, m_feed);
     m_orders = std::make_unique<CWindowOrderClient>(*host.orderClient, m_control->meter());
     host.orderClient = m_orders.get();
+    m_audit = std::make_unique<CMeteredAudit>(*host.intakeAudit, m_control->meter());
+    host.intakeAudit = m_audit.get();
     m_control->feedStart();
     desk.setDialog(&m_dialog);
 }

@@ -5,6 +5,7 @@
 #include "desk/window/Feed.h"
 #include "desk/window/LiveControl.h"
 #include "desk/window/MainWindow.h"
+#include "desk/window/MeteredAudit.h"
 
 #include <QString>
 
@@ -45,6 +46,7 @@ private:
     std::unique_ptr<CWindowMsgService> m_messages;
     std::unique_ptr<CLiveControl> m_control;
     std::unique_ptr<CWindowOrderClient> m_orders;
+    std::unique_ptr<CMeteredAudit> m_audit;
     std::unique_ptr<CMainWindow> m_window;
 };
 

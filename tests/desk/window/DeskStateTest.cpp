@@ -21,6 +21,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace desk {
@@ -223,6 +224,20 @@ TEST(IntakeMeter, CountsTheQueueAndTheTimeOfACommand) {
     meter->command(false, 12);
     EXPECT_FALSE(meter->state().m_lastMs.has_value());
     second.reset();
+    EXPECT_EQ(meter->state().m_nQueue, 0);
+}
+
+TEST(IntakeMeter, KeepsTheBatchThatADoorHasReportedForItsThread) {
+    const auto meter = std::make_shared<CIntakeMeter>();
+    EXPECT_EQ(CIntakeMeter::takeOfThread(), nullptr);
+    meter->beginOnThread(3, 1); // is not placed
+    meter->beginOnThread(5, 2);
+    EXPECT_EQ(meter->state().m_nQueue, 5);
+    std::thread([] { EXPECT_EQ(CIntakeMeter::takeOfThread(), nullptr); }).join();
+    auto batch = CIntakeMeter::takeOfThread();
+    EXPECT_NE(batch, nullptr);
+    EXPECT_EQ(CIntakeMeter::takeOfThread(), nullptr);
+    batch.reset();
     EXPECT_EQ(meter->state().m_nQueue, 0);
 }
 

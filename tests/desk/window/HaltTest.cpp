@@ -149,6 +149,16 @@ TEST_F(Halt, EndedRunShowsHowManyOrdersAreLeftAndCanDiscardThem) {
     EXPECT_LT(commandsIn(journal()), 5000);
 }
 
+TEST_F(Halt, RunningDeskShowsWhatTheLastOrderNeeded) {
+    EXPECT_EQ(run({handOver("24,0,9.50,600102,100\n"), hasRows("orders", 1),
+                   [](CMainWindow& window) {
+                       static const std::regex kLast(
+                           R"(queue 0 .*last order \d\d:\d\d:\d\d\.\d{3} \(\d+\.\d ms\))");
+                       return std::regex_search(window.stateBar().factsText().toStdString(), kLast);
+                   }}),
+              0);
+}
+
 TEST_F(Halt, CancelByHandNamesItsReasonAndAsksTheBroker) {
     EXPECT_EQ(run({handOver("23,0,7.50,600104,2000\n"), hasRows("orders", 2),
                    [](CMainWindow& window) {
