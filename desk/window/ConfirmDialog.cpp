@@ -1,14 +1,17 @@
 #include "desk/window/ConfirmDialog.h"
 
 #include "desk/window/Theme.h"
+#include "orderservice/ui/OrdersConfirmWidget.h"
 #include "orderservice/ui/OrdersMessageBox.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace desk {
@@ -20,6 +23,18 @@ TC::COrdersMessageBox* openDialog() {
         if (dialog != nullptr && dialog->isVisible()) return dialog;
     }
     return nullptr;
+}
+
+/// Makes room for another line, so that it takes nothing from the rows. The dialog stays on the screen.
+void grow(TC::COrdersMessageBox& dialog, int height) {
+    if (height <= 0) return;
+    const QRect area = dialog.screen()->availableGeometry();
+    const QSize frame = dialog.frameGeometry().size() - dialog.size();
+    dialog.resize(
+        TC::COrdersMessageBox::boundedSize(dialog.size() + QSize(0, height), area.size(), frame));
+    const QRect whole = dialog.frameGeometry();
+    if (whole.bottom() > area.bottom())
+        dialog.move(whole.left(), std::max(area.top(), area.bottom() + 1 - whole.height()));
 }
 
 } // namespace
@@ -66,6 +81,9 @@ void CConfirmDialog::addHaltButton() const {
     line->addWidget(button);
     line->addStretch();
     layout->insertLayout(0, line);
+    button->show(); // the layout leaves hidden widgets out
+    layout->activate();
+    grow(*dialog, dialog->table()->tableHeight() - dialog->table()->height());
 }
 
 } // namespace desk

@@ -1,5 +1,6 @@
 // The halt and its end: what was accepted before, failures, and open questions.
 #include "orderservice/gates/IntakePause.h"
+#include "orderservice/ui/OrdersConfirmWidget.h"
 #include "orderservice/ui/OrdersMessageBox.h"
 #include "tests/desk/journal/DeskFolder.h"
 #include "tests/desk/window/WindowFolder.h"
@@ -247,6 +248,10 @@ TEST_F(HaltConfirming, ButtonInTheDialogHaltsAndDeclinesTheBatch) {
                    [](CMainWindow&) {
                        auto* halt = dialog()->findChild<QPushButton*>(QStringLiteral("halt"));
                        if (halt == nullptr) return false;
+                       QCoreApplication::sendPostedEvents(dialog(), QEvent::LayoutRequest);
+                       EXPECT_GE(dialog()->table()->height(), dialog()->table()->tableHeight())
+                           << "the button has room of its own";
+                       EXPECT_FALSE(halt->hasFocus() || halt->isDefault());
                        halt->click();
                        return true;
                    },
