@@ -1,6 +1,7 @@
 #include "desk/window/MainWindow.h"
 
 #include "desk/window/Theme.h"
+#include "orderservice/base/Clock.h"
 #include "orderservice/gates/OrderConfirmer.h"
 
 #include <QAction>
@@ -170,6 +171,7 @@ void CMainWindow::takeFeed() {
     m_texts.m_journal = std::move(batch.m_journal);
     if (batch.m_books) {
         m_books = batch.m_books;
+        m_dBooksTime = utils::getTime();
         showBooks(*m_books);
     }
     if (!m_bEnding) showStrategies();
@@ -275,6 +277,7 @@ void CMainWindow::showStrategies() {
 
 void CMainWindow::showState() {
     m_facts.m_nWaiting = static_cast<int>(m_board.waiting().size());
+    if (m_books) m_facts.m_nBooksAge = static_cast<int>(utils::getTime() - m_dBooksTime);
     const CDeskStatus status = m_control.status();
     m_state->showStatus(status, m_facts);
     const QString text = stateText(status);

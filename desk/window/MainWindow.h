@@ -135,6 +135,7 @@ private:
     CStateBar* m_state;
     CStateFacts m_facts;
     std::shared_ptr<const CBooks> m_books;
+    double m_dBooksTime = 0;     ///< when they came; seconds of base/Clock.h
     std::string m_strInstrument; ///< of the book
     std::uint64_t m_nRevision = 0;
     bool m_bHasStrategies = false; ///< m_nRevision is valid

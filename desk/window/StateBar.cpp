@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kWordPercent = 240; ///< readable from two metres
 constexpr int kButtonPercent = 150;
+constexpr int kOldSeconds = 2;   ///< they are read twice a second
 constexpr int kFarBehind = 1000; ///< entries; fewer of them are shown within a fraction of a second
 
 QString badgeStyle(const QColor& background) {
@@ -174,6 +175,8 @@ void CStateBar::showTroubles(const CDeskStatus& status, const CStateFacts& facts
                          .arg(QString::fromStdString(status.m_strJournalFailure)));
     if (facts.m_nBehind >= kFarBehind)
         texts.append(tr("The tables are %n entries behind.", nullptr, facts.m_nBehind));
+    if (facts.m_nBooksAge > kOldSeconds)
+        texts.append(tr("Accounts, positions and quotes are %n seconds old.", nullptr, facts.m_nBooksAge));
     const QString text = texts.join(QLatin1Char('\n'));
     if (text == m_trouble->text()) return;
     m_trouble->setText(text);

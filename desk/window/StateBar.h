@@ -22,8 +22,9 @@ QString stateText(const CDeskStatus& status);
 struct CStateFacts {
     int m_nRunning = 0;
     int m_nStrategies = 0;
-    int m_nWaiting = 0; ///< orders
-    int m_nBehind = 0;  ///< entries that the tables do not show yet
+    int m_nWaiting = 0;  ///< orders
+    int m_nBehind = 0;   ///< entries that the tables do not show yet
+    int m_nBooksAge = 0; ///< seconds since money, positions and quotes were read
 };
 
 /// The line at the top of the window: the state in large letters, the numbers, and the button that halts.

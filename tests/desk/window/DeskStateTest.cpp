@@ -147,6 +147,22 @@ TEST_F(StartedWindow, TitleHasTheNameOfTheFolderHoweverItWasWritten) {
     EXPECT_TRUE(window(QStringLiteral("."))->windowTitle().endsWith(here));
 }
 
+TEST_F(StartedWindow, SaysThatMoneyAndQuotesAreOld) {
+    test::CStillClock clock;
+    const auto shown = window();
+    m_feed.setBooks(std::make_shared<CBooks>());
+    shown->takeFeed();
+    clock.m_dNow = 2;
+    shown->takeFeed();
+    EXPECT_EQ(shown->stateBar().troubleText(), "");
+    clock.m_dNow = 3;
+    shown->takeFeed();
+    EXPECT_TRUE(shown->stateBar().troubleText().contains("3 seconds old"));
+    m_feed.setBooks(std::make_shared<CBooks>());
+    shown->takeFeed();
+    EXPECT_EQ(shown->stateBar().troubleText(), "");
+}
+
 TEST_F(StartedWindow, TitleShowsAllThatIsUrgent) {
     m_control.m_status.m_bHalted = true;
     m_control.m_status.m_strJournalFailure = "disk";
