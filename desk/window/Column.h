@@ -31,7 +31,8 @@ struct CTableSpec {
     const char* m_pszName; ///< for the saved layout
     std::vector<CColumn> m_columns;
     bool m_bNewestFirst = false; ///< new rows are added at the top; otherwise at the end
-    int m_nMaxRows = 0;          ///< older rows are dropped; 0: no limit
+    /// Older rows are dropped, but never a row that waits, nor one that is newer than it. 0: no limit.
+    int m_nMaxRows = 0;
 };
 
 /// What a row is, if it is shown in a special way.

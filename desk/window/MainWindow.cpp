@@ -122,8 +122,8 @@ void CMainWindow::makePanels() {
     choose("orders", columnOf(orderTable(), "code"));
     choose("fills", columnOf(fillTable(), "code"));
     choose("positions", columnOf(positionTable(), "code"));
-    connect(&table("strategies"), &CTableView::sigActivated, this, [this] { toggleStrategy(); });
-    connect(&table("strategies"), &CTableView::sigSpace, this, [this] { toggleStrategy(); });
+    connect(&table("strategies"), &CTableView::sigActivated, this, [this] { startStrategies(); });
+    connect(&table("strategies"), &CTableView::sigSpace, this, [this] { stopStrategies(); });
 }
 
 /// The default layout: it fits a screen of 1366 x 768.
@@ -313,6 +313,7 @@ void CMainWindow::focusPanel(const char* name) {
 
 bool CMainWindow::askUser(QWidget* parent, const QString& title, const QString& text, const QString& agree) {
     QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText); // paths and names must not be read as markup
     QPushButton* yes = box.addButton(agree, QMessageBox::AcceptRole);
     QPushButton* no = box.addButton(tr("No"), QMessageBox::RejectRole);
     box.setDefaultButton(no);

@@ -92,15 +92,18 @@ private:
     void showState();
     void showCounts();
 
-    void toggleStrategy();
-    void runOnStrategies(const std::function<QString(int)>& operation);
+    using CStrategyOperation = std::function<QString(const TC::COrderStrategyParam&)>;
+    bool agreesToStart(const TC::COrderStrategyParam& strategy);
+    void startStrategies();
+    void stopStrategies();
+    void runOnStrategies(const CStrategyOperation& operation);
     void addStrategy();
     void changeStrategy();
     void removeStrategies();
     void cancelSelected();
     void cancelOfAccounts();
     void cancelTasks();
-    void askAndCancel(std::vector<std::pair<std::string, int>> orders, std::size_t accounts);
+    QString cancelText(const std::vector<std::pair<std::string, int>>& orders) const;
     void halt();
     void chooseInstrument(const QStringList& keys);
     void applyTheme();

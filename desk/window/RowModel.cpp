@@ -3,6 +3,7 @@
 #include "orderservice/base/Clock.h"
 
 #include <QCoreApplication>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -107,9 +108,12 @@ void CRowModel::append(std::vector<CRow> rows) {
 }
 
 void CRowModel::dropOldest() {
-    const int excess = rowCount() - m_spec.m_nMaxRows;
-    if (m_spec.m_nMaxRows == 0 || excess <= 0) return;
-    const int first = m_spec.m_bNewestFirst ? m_spec.m_nMaxRows : 0;
+    int excess = m_spec.m_nMaxRows == 0 ? 0 : rowCount() - m_spec.m_nMaxRows;
+    for (int i = 0; i < excess; ++i) {
+        if (m_rows[static_cast<std::size_t>(i)].m_eMark == ERowMark::Waiting) excess = i;
+    }
+    if (excess <= 0) return;
+    const int first = m_spec.m_bNewestFirst ? rowCount() - excess : 0;
     beginRemoveRows({}, first, first + excess - 1);
     for (int i = 0; i < excess; ++i) {
         m_index.remove(m_rows.front().m_strKey);
@@ -147,7 +151,10 @@ QVariant CRowModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
         return cellText(column.m_eCell, value);
     case Qt::ToolTipRole: // a long text may be cut off in its column
-        return column.m_eCell == ECell::Text ? value : QVariant();
+        // Texts come from files and sockets. A tool tip would read their signs as markup.
+        return column.m_eCell == ECell::Text && !value.toString().isEmpty()
+                   ? Qt::convertFromPlainText(value.toString(), Qt::WhiteSpaceNormal)
+                   : QVariant();
     case Qt::TextAlignmentRole:
         return QVariant(column.m_eCell == ECell::Text ? Qt::AlignLeft | Qt::AlignVCenter
                                                       : Qt::AlignRight | Qt::AlignVCenter);

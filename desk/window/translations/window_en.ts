@@ -332,10 +332,6 @@
             <translation>&amp;Strategies</translation>
         </message>
         <message>
-            <source>&amp;Start or stop (Enter, Space)</source>
-            <translation>&amp;Start or stop (Enter, Space)</translation>
-        </message>
-        <message>
             <source>&amp;Add...</source>
             <translation>&amp;Add...</translation>
         </message>
@@ -419,20 +415,12 @@
             <translation>None of the selected rows has a waiting order.</translation>
         </message>
         <message>
-            <source>Cancel %1 waiting orders of %2 accounts?</source>
-            <translation>Cancel %1 waiting orders of %2 accounts?</translation>
-        </message>
-        <message>
             <source>Cancel orders</source>
             <translation>Cancel orders</translation>
         </message>
         <message>
             <source>Cancel the orders</source>
             <translation>Cancel the orders</translation>
-        </message>
-        <message>
-            <source>Cancel %1 waiting orders of %2 tasks?</source>
-            <translation>Cancel %1 waiting orders of %2 tasks?</translation>
         </message>
         <message>
             <source>Cancel tasks</source>
@@ -477,6 +465,59 @@
         <message>
             <source>Delete and start</source>
             <translation>Delete and start</translation>
+        </message>
+        <message>
+            <source>it cannot be done now; the strategy may have been changed meanwhile</source>
+            <translation>it cannot be done now; the strategy may have been changed meanwhile</translation>
+        </message>
+        <message>
+            <source>%1: %2 %3, %4 left at %5</source>
+            <translation>%1: %2 %3, %4 left at %5</translation>
+        </message>
+        <message>
+            <source>the market price</source>
+            <translation>the market price</translation>
+        </message>
+        <message>
+            <source>&amp;Start (Enter)</source>
+            <translation>&amp;Start (Enter)</translation>
+        </message>
+        <message>
+            <source>St&amp;op (Space)</source>
+            <translation>St&amp;op (Space)</translation>
+        </message>
+        <message>
+            <source>The table %1 is there already. The start reads it and sends its orders.</source>
+            <translation>The table %1 is there already. The start reads it and sends its orders.</translation>
+        </message>
+        <message>
+            <source>Read and start</source>
+            <translation>Read and start</translation>
+        </message>
+        <message>
+            <source>it is not there any more</source>
+            <translation>it is not there any more</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n of them run(s) and is/are stopped first.</source>
+            <translation>
+                <numerusform>%n of them runs and is stopped first.</numerusform>
+                <numerusform>%n of them run and are stopped first.</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>Cancel %n waiting order(s) of %1?</source>
+            <translation>
+                <numerusform>Cancel %n waiting order of %1?</numerusform>
+                <numerusform>Cancel %n waiting orders of %1?</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n task(s):</source>
+            <translation>
+                <numerusform>%n task:</numerusform>
+                <numerusform>%n tasks:</numerusform>
+            </translation>
         </message>
     </context>
     <context>
@@ -620,8 +661,36 @@
             <translation>A&amp;mount (CNY)</translation>
         </message>
         <message>
-            <source>absolute path of the file</source>
-            <translation>absolute path of the file</translation>
+            <source>not set</source>
+            <translation>not set</translation>
+        </message>
+        <message>
+            <source>OK</source>
+            <translation>OK</translation>
+        </message>
+        <message>
+            <source>Cancel</source>
+            <translation>Cancel</translation>
+        </message>
+        <message>
+            <source>%1 (group)</source>
+            <translation>%1 (group)</translation>
+        </message>
+        <message>
+            <source>%1 (account)</source>
+            <translation>%1 (account)</translation>
+        </message>
+        <message>
+            <source>(choose)</source>
+            <translation>(choose)</translation>
+        </message>
+        <message>
+            <source>path of the file, from the folder of the desk</source>
+            <translation>path of the file, from the folder of the desk</translation>
+        </message>
+        <message>
+            <source>Choose the group or the account that trades.</source>
+            <translation>Choose the group or the account that trades.</translation>
         </message>
     </context>
     <context>

@@ -330,10 +330,6 @@
             <translation>策略(&amp;S)</translation>
         </message>
         <message>
-            <source>&amp;Start or stop (Enter, Space)</source>
-            <translation>启动或停止 (回车, 空格)(&amp;S)</translation>
-        </message>
-        <message>
             <source>&amp;Add...</source>
             <translation>添加(&amp;A)...</translation>
         </message>
@@ -416,20 +412,12 @@
             <translation>所选的行没有等待成交的委托。</translation>
         </message>
         <message>
-            <source>Cancel %1 waiting orders of %2 accounts?</source>
-            <translation>撤销%2个账号的%1笔等待成交的委托?</translation>
-        </message>
-        <message>
             <source>Cancel orders</source>
             <translation>撤单</translation>
         </message>
         <message>
             <source>Cancel the orders</source>
             <translation>撤销委托</translation>
-        </message>
-        <message>
-            <source>Cancel %1 waiting orders of %2 tasks?</source>
-            <translation>撤销%2个任务的%1笔等待成交的委托?</translation>
         </message>
         <message>
             <source>Cancel tasks</source>
@@ -474,6 +462,56 @@
         <message>
             <source>Delete and start</source>
             <translation>删除并启动</translation>
+        </message>
+        <message>
+            <source>it cannot be done now; the strategy may have been changed meanwhile</source>
+            <translation>现在无法执行；策略可能已被更改</translation>
+        </message>
+        <message>
+            <source>%1: %2 %3, %4 left at %5</source>
+            <translation>%1：%2 %3，剩余 %4，价格 %5</translation>
+        </message>
+        <message>
+            <source>the market price</source>
+            <translation>市价</translation>
+        </message>
+        <message>
+            <source>&amp;Start (Enter)</source>
+            <translation>启动(&amp;S)（回车）</translation>
+        </message>
+        <message>
+            <source>St&amp;op (Space)</source>
+            <translation>停止(&amp;O)（空格）</translation>
+        </message>
+        <message>
+            <source>The table %1 is there already. The start reads it and sends its orders.</source>
+            <translation>表 %1 已存在。启动后将读取该表并发出其中的委托。</translation>
+        </message>
+        <message>
+            <source>Read and start</source>
+            <translation>读取并启动</translation>
+        </message>
+        <message>
+            <source>it is not there any more</source>
+            <translation>策略已不存在</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n of them run(s) and is/are stopped first.</source>
+            <translation>
+                <numerusform>其中 %n 个正在运行，将先停止。</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>Cancel %n waiting order(s) of %1?</source>
+            <translation>
+                <numerusform>撤销 %1 的 %n 笔等待中的委托？</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n task(s):</source>
+            <translation>
+                <numerusform>%n 个任务：</numerusform>
+            </translation>
         </message>
     </context>
     <context>
@@ -616,8 +654,36 @@
             <translation>金额 (元)(&amp;M)</translation>
         </message>
         <message>
-            <source>absolute path of the file</source>
-            <translation>文件的绝对路径</translation>
+            <source>not set</source>
+            <translation>未设置</translation>
+        </message>
+        <message>
+            <source>OK</source>
+            <translation>确定</translation>
+        </message>
+        <message>
+            <source>Cancel</source>
+            <translation>取消</translation>
+        </message>
+        <message>
+            <source>%1 (group)</source>
+            <translation>%1（账号组）</translation>
+        </message>
+        <message>
+            <source>%1 (account)</source>
+            <translation>%1（账号）</translation>
+        </message>
+        <message>
+            <source>(choose)</source>
+            <translation>（请选择）</translation>
+        </message>
+        <message>
+            <source>path of the file, from the folder of the desk</source>
+            <translation>文件路径，可相对于交易台文件夹</translation>
+        </message>
+        <message>
+            <source>Choose the group or the account that trades.</source>
+            <translation>请选择交易用的账号组或账号。</translation>
         </message>
     </context>
     <context>
