@@ -1,6 +1,7 @@
 #include "desk/window/MainWindow.h"
 
 #include "desk/window/Theme.h"
+#include "orderservice/base/Clock.h"
 
 #include <QAction>
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <QSettings>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace desk {
@@ -21,6 +23,15 @@ namespace {
 
 constexpr int kLayoutVersion = 1;
 constexpr int kIconSize = 64;
+
+/// The key of the quotes of an instrument. Derivatives are traded under their plain code.
+std::string quoteKeyOf(const CDeskConfig& config, const std::string& name) {
+    for (const CInstrumentEntry& instrument : config.instruments) {
+        const std::vector<std::string> names = instrument.names();
+        if (std::find(names.begin(), names.end(), name) != names.end()) return instrument.key();
+    }
+    return name;
+}
 
 QIcon stateIcon(EDeskState state) {
     QPixmap picture(kIconSize, kIconSize);
@@ -159,6 +170,17 @@ void CMainWindow::takeFeed() {
     CFeedBatch batch = m_feed.take();
     showTrades(batch);
     m_texts.m_messages = std::move(batch.m_messages);
+    if (batch.m_nDropped > 0) {
+        CFeedMessage lost;
+        lost.m_nNumber = --m_nLastOwnMessage; // numbers of the feed are positive
+        lost.m_strTime = cellText(ECell::Time, QString::fromStdString(utils::currentTimeText()));
+        lost.m_eKind = CFeedMessage::EKind::Desk;
+        lost.m_bWarning = true;
+        lost.m_strText =
+            tr("%n line(s) were left out here, because too many came at once. The journal has the records.",
+               nullptr, static_cast<int>(batch.m_nDropped));
+        m_texts.m_messages.push_back(lost);
+    }
     m_texts.m_journal = std::move(batch.m_journal);
     if (batch.m_books) {
         m_books = batch.m_books;
@@ -173,8 +195,10 @@ void CMainWindow::takeFeed() {
 /// blocked for both halves of a batch at once.
 void CMainWindow::showTexts() {
     std::vector<CRow> messages;
-    for (const CFeedMessage& message : m_texts.m_messages)
+    for (const CFeedMessage& message : m_texts.m_messages) {
         messages.push_back(messageRow(message));
+        if (message.m_bWarning) ++m_nUnseenWarnings;
+    }
     model("messages").apply(messages);
     std::vector<CRow> records;
     for (const std::string& line : m_texts.m_journal)
@@ -189,7 +213,7 @@ void CMainWindow::showTrades(const CFeedBatch& batch) {
         orders.push_back(orderRow(order, m_names));
     model("orders").apply(orders);
     if (!orders.empty())
-        m_facts.m_strLastOrder = orders.back().m_cells[columnOf(orderTable(), "time")].toString();
+        m_facts.m_strLastOrder = cellText(ECell::Time, orders.back().m_cells[columnOf(orderTable(), "time")]);
     std::vector<CRow> tasks;
     for (const CTaskState& task : m_board.take(batch))
         tasks.push_back(taskRow(task));
@@ -219,10 +243,12 @@ void CMainWindow::showBooks(const CBooks& books) {
     }
     model("positions").apply(positions);
     if (model("positions").rowCount() > keys.size()) model("positions").retain(keys);
+    m_quoteTimes.take(books);
     std::vector<CRow> quotes;
     for (const CInstrumentEntry& instrument : m_control.config().instruments) {
         const auto quote = books.m_quotes.find(instrument.key());
-        quotes.push_back(quoteRow(instrument, quote == books.m_quotes.end() ? nullptr : &quote->second));
+        quotes.push_back(quoteRow(instrument, quote == books.m_quotes.end() ? nullptr : &quote->second,
+                                  m_quoteTimes.timeOf(instrument.key())));
     }
     model("quotes").apply(quotes);
     showBook();
@@ -230,13 +256,16 @@ void CMainWindow::showBooks(const CBooks& books) {
 
 void CMainWindow::showBook() {
     if (m_strInstrument.empty() || !m_books) return;
+    if (m_names.count(m_strInstrument) == 0) return; // its table is empty and says why
     const auto quote = m_books->m_quotes.find(m_strInstrument);
     model("book").apply(bookRows(quote == m_books->m_quotes.end() ? nullptr : &quote->second));
 }
 
 void CMainWindow::chooseInstrument(const QStringList& keys) {
-    m_strInstrument = keys.value(0).toStdString();
-    if (m_strInstrument.empty()) return;
+    if (keys.value(0).isEmpty()) return;
+    m_strInstrument = quoteKeyOf(m_control.config(), keys[0].toStdString());
+    if (m_names.count(m_strInstrument) == 0)
+        table("book").setEmptyText(tr("%1 is not in instruments.csv, so it has no quotes.").arg(keys[0]));
     model("book").clear(); // other values of another instrument are no changes
     const auto name = m_names.find(m_strInstrument);
     m_panels["book"]->setProperty(
@@ -289,6 +318,8 @@ void CMainWindow::showCounts() {
         if (hidden > 0) title += tr(" (%n row(s) hidden)", nullptr, hidden);
         if (name == "orders" && m_board.unseenRejections() > 0)
             title += tr(" (%n REJECTED)", nullptr, m_board.unseenRejections());
+        if (name == "messages" && m_nUnseenWarnings > 0)
+            title += tr(" (%n WARNING(S))", nullptr, m_nUnseenWarnings);
         if (title != panel->windowTitle()) panel->setWindowTitle(title);
     }
 }
@@ -308,6 +339,7 @@ void CMainWindow::focusPanel(const char* name) {
     if (!view.currentIndex().isValid() && view.filter().rowCount() > 0)
         view.setCurrentIndex(view.filter().index(0, 0));
     if (std::string(name) == "orders") m_board.markSeen();
+    if (std::string(name) == "messages") m_nUnseenWarnings = 0;
     showCounts();
 }
 

@@ -117,7 +117,10 @@ private:
     QSettings& m_settings;
     CAsk m_ask;
     CTradeBoard m_board;
-    CFeedBatch m_texts; ///< only messages and records: those that are not shown yet
+    CQuoteTimes m_quoteTimes;
+    int m_nUnseenWarnings = 0;
+    std::int64_t m_nLastOwnMessage = 0; ///< numbers of the window's own messages: -1, -2 and so on
+    CFeedBatch m_texts;                 ///< only messages and records: those that are not shown yet
     CNames m_names;
     std::map<std::string, CTable> m_tables;
     std::map<std::string, QDockWidget*> m_panels;

@@ -83,7 +83,7 @@ void CRowModel::flash(std::size_t position, int column, const QVariant& before, 
     if (flash.m_nKind != 0 && now - flash.m_dStart < kFlashGapSeconds) return;
     flash.m_dStart = now;
     flash.m_nKind = 2;
-    if (spec.m_eCell != ECell::Text && before.isValid() && after.isValid())
+    if (!isTextCell(spec.m_eCell) && before.isValid() && after.isValid())
         flash.m_nKind = after.toDouble() > before.toDouble() ? 1 : -1;
 }
 
@@ -152,12 +152,12 @@ QVariant CRowModel::data(const QModelIndex& index, int role) const {
         return cellText(column.m_eCell, value);
     case Qt::ToolTipRole: // a long text may be cut off in its column
         // Texts come from files and sockets. A tool tip would read their signs as markup.
-        return column.m_eCell == ECell::Text && !value.toString().isEmpty()
-                   ? Qt::convertFromPlainText(value.toString(), Qt::WhiteSpaceNormal)
+        return isTextCell(column.m_eCell) && !value.toString().isEmpty()
+                   ? Qt::convertFromPlainText(plainCellText(column.m_eCell, value), Qt::WhiteSpaceNormal)
                    : QVariant();
     case Qt::TextAlignmentRole:
-        return QVariant(column.m_eCell == ECell::Text ? Qt::AlignLeft | Qt::AlignVCenter
-                                                      : Qt::AlignRight | Qt::AlignVCenter);
+        return QVariant(isTextCell(column.m_eCell) ? Qt::AlignLeft | Qt::AlignVCenter
+                                                   : Qt::AlignRight | Qt::AlignVCenter);
     case PlainRole:
         return plainCellText(column.m_eCell, value);
     case SortRole:
@@ -170,7 +170,7 @@ QVariant CRowModel::data(const QModelIndex& index, int role) const {
         return m_flashes.value({m_nFirst + static_cast<qint64>(place), index.column()}).m_nKind;
     case TrendRole:
         if (!column.m_bColoured || !value.isValid()) return 0;
-        return value.toDouble() > 0 ? 1 : value.toDouble() < 0 ? -1 : 0;
+        return signOf(column.m_eCell, value);
     default:
         return {};
     }
@@ -181,8 +181,8 @@ QVariant CRowModel::headerData(int section, Qt::Orientation orientation, int rol
     const CColumn& column = m_spec.m_columns[static_cast<std::size_t>(section)];
     if (role == Qt::DisplayRole) return QCoreApplication::translate("columns", column.m_pszTitle);
     if (role == Qt::TextAlignmentRole)
-        return QVariant(column.m_eCell == ECell::Text ? Qt::AlignLeft | Qt::AlignVCenter
-                                                      : Qt::AlignRight | Qt::AlignVCenter);
+        return QVariant(isTextCell(column.m_eCell) ? Qt::AlignLeft | Qt::AlignVCenter
+                                                   : Qt::AlignRight | Qt::AlignVCenter);
     return {};
 }
 

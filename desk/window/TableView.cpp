@@ -101,7 +101,8 @@ void CFilterHeader::showFilters(bool isShown) {
         if (m_fields.count(column) > 0) continue;
         auto* field = new QLineEdit(this);
         field->setPlaceholderText(tr("filter"));
-        field->setToolTip(tr("Shows only rows that contain this text. Numbers: >100, <100, =100"));
+        field->setToolTip(tr("Shows only rows that contain this text. Numbers: >100, <100, =100; a whole "
+                             "number finds only itself"));
         field->installEventFilter(this);
         connect(field, &QLineEdit::textChanged, this,
                 [this, column](const QString& text) { m_filter.setColumnFilter(column, text); });
@@ -170,7 +171,7 @@ CTableView::CTableView(CRowModel& model, QWidget* parent)
         setColumnWidth(column, model.spec().m_columns[static_cast<std::size_t>(column)].m_nWidth *
                                    fontMetrics().height() / kSpecFontHeight);
     // A number at the far right edge is hard to read, so only a text uses the room that is left.
-    m_header->setStretchLastSection(model.spec().m_columns.back().m_eCell == ECell::Text);
+    m_header->setStretchLastSection(isTextCell(model.spec().m_columns.back().m_eCell));
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this, &CTableView::showMenu);
     m_flashTimer.setInterval(kFlashTickMs);

@@ -55,6 +55,7 @@ public:
     CRowFilter& filter() const { return *m_filter; }
     CFilterHeader& filterHeader() const { return *m_header; }
     void setEmptyText(const QString& text);
+    const QString& emptyText() const { return m_strEmpty; }
 
     /// The keys of the selected rows, in the order of the view. If no row is selected, the current one.
     QStringList selectedKeys() const;

@@ -28,13 +28,6 @@ QVariant money(CMoney amount) {
     return fromMoney(amount);
 }
 
-/// The time of a record without its date.
-QString timeOfDay(const std::string& time) {
-    const QString whole = text(time);
-    const int begin = whole.indexOf(QLatin1Char('T')) + 1;
-    return whole.mid(begin, 12);
-}
-
 QString nameOf(const CNames& names, const std::string& stock) {
     const auto name = names.find(stock);
     return name == names.end() ? QString() : text(name->second);
@@ -123,7 +116,7 @@ const CTableSpec& strategyTable() {
 
 const CTableSpec& orderTable() {
     static const CTableSpec kSpec{"orders",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+                                  {{"time", QT_TRANSLATE_NOOP("columns", "Changed"), ECell::Time, 96},
                                    {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 42},
                                    {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 38},
                                    {"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 54},
@@ -144,11 +137,11 @@ const CTableSpec& orderTable() {
 const CTableSpec& taskTable() {
     static const CTableSpec kSpec{
         "tasks",
-        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Time, 96},
          {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 46},
          {"orders", QT_TRANSLATE_NOOP("columns", "Orders"), ECell::Count, 54},
          {"waiting", QT_TRANSLATE_NOOP("columns", "Waiting"), ECell::Count, 54, true},
-         {"filled", QT_TRANSLATE_NOOP("columns", "Filled"), ECell::Count, 50, true},
+         {"filled", QT_TRANSLATE_NOOP("columns", "All filled"), ECell::Count, 58, true},
          {"cancelled", QT_TRANSLATE_NOOP("columns", "Cancelled"), ECell::Count, 62, true},
          {"rejected", QT_TRANSLATE_NOOP("columns", "Rejected"), ECell::Count, 58, true},
          {"remark", QT_TRANSLATE_NOOP("columns", "Remark"), ECell::Text, 200}},
@@ -160,7 +153,7 @@ const CTableSpec& taskTable() {
 const CTableSpec& fillTable() {
     static const CTableSpec kSpec{
         "fills",
-        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Time, 96},
          {"fill", QT_TRANSLATE_NOOP("columns", "Fill"), ECell::Count, 46},
          {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 46},
          {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 42},
@@ -213,7 +206,8 @@ const CTableSpec& quoteTable() {
          {"last", QT_TRANSLATE_NOOP("columns", "Last"), ECell::Price, 64, true},
          {"change", QT_TRANSLATE_NOOP("columns", "Change %"), ECell::Percent, 66, true, true},
          {"bid", QT_TRANSLATE_NOOP("columns", "Bid"), ECell::Price, 64, true},
-         {"ask", QT_TRANSLATE_NOOP("columns", "Ask"), ECell::Price, 64, true}}};
+         {"ask", QT_TRANSLATE_NOOP("columns", "Ask"), ECell::Price, 64, true},
+         {"time", QT_TRANSLATE_NOOP("columns", "Last change"), ECell::Time, 80}}};
     return kSpec;
 }
 
@@ -228,7 +222,7 @@ const CTableSpec& bookTable() {
 
 const CTableSpec& messageTable() {
     static const CTableSpec kSpec{"messages",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Time, 96},
                                    {"channel", QT_TRANSLATE_NOOP("columns", "Ch."), ECell::Count, 32},
                                    {"kind", QT_TRANSLATE_NOOP("columns", "Kind"), ECell::Text, 90},
                                    {"level", QT_TRANSLATE_NOOP("columns", "Severity"), ECell::Text, 62},
@@ -240,7 +234,7 @@ const CTableSpec& messageTable() {
 
 const CTableSpec& journalTable() {
     static const CTableSpec kSpec{"journal",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Time, 96},
                                    {"seq", QT_TRANSLATE_NOOP("columns", "No."), ECell::Count, 56},
                                    {"kind", QT_TRANSLATE_NOOP("columns", "Kind"), ECell::Text, 90},
                                    {"text", QT_TRANSLATE_NOOP("columns", "Record"), ECell::Text, 300}},
@@ -285,7 +279,7 @@ CRow strategyRow(const TC::COrderStrategyParam& strategy) {
 
 CRow orderRow(const CPaperOrder& order, const CNames& names) {
     return {QString::number(order.m_nId),
-            {timeOfDay(order.m_strTime), order.m_nId, order.m_nTask, text(order.m_strAccount),
+            {text(order.m_strTime), order.m_nId, order.m_nTask, text(order.m_strAccount),
              text(order.m_strStock), nameOf(names, order.m_strStock), sideText(order.m_eOperation),
              order.m_nVolume, order.m_nFilled, priceOf(order), filledPrice(order), stateText(order.m_eStatus),
              text(order.m_strReason)},
@@ -297,7 +291,7 @@ CRow taskRow(const CTaskState& state) {
                           : state.m_nRejected > 0 ? ERowMark::Warning
                                                   : ERowMark::None;
     return {QString::number(state.m_task.m_nId),
-            {timeOfDay(state.m_task.m_strTime), state.m_task.m_nId, state.m_nOrders, state.m_nWaiting,
+            {text(state.m_task.m_strTime), state.m_task.m_nId, state.m_nOrders, state.m_nWaiting,
              state.m_nFilled, state.m_nCancelled, state.m_nRejected, text(state.m_task.m_strRemark)},
             mark};
 }
@@ -306,7 +300,7 @@ CRow fillRow(const CBrokerEvent& event, const CNames& names) {
     const CPaperOrder& order = event.m_order;
     const double price = fromMoney(event.m_fill.m_nPrice);
     return {QString::number(event.m_fill.m_nId),
-            {timeOfDay(event.m_fill.m_strTime), event.m_fill.m_nId, order.m_nId, order.m_nTask,
+            {text(event.m_fill.m_strTime), event.m_fill.m_nId, order.m_nId, order.m_nTask,
              text(order.m_strAccount), text(order.m_strStock), nameOf(names, order.m_strStock),
              sideText(order.m_eOperation), event.m_fill.m_nVolume, price,
              price * event.m_fill.m_nVolume * order.m_nMultiplier},
@@ -333,7 +327,7 @@ CRow totalRow(const std::vector<CValuedAccount>& accounts, double sinceStart) {
         profit += account.m_dProfit;
     }
     return {QStringLiteral("\ntotal"), // no account has this key
-            {word("Total"), money(available), money(frozen), equity, profit, sinceStart},
+            {word("All"), money(available), money(frozen), equity, profit, sinceStart},
             ERowMark::Total};
 }
 
@@ -351,15 +345,16 @@ CRow positionRow(const CValuedPosition& valued) {
             ERowMark::None};
 }
 
-CRow quoteRow(const CInstrumentEntry& instrument, const CQuoteEntry* quote) {
+CRow quoteRow(const CInstrumentEntry& instrument, const CQuoteEntry* quote, const QString& time) {
     CRow row{text(instrument.key()),
-             {text(instrument.key()), text(instrument.name), {}, {}, {}, {}},
+             {text(instrument.key()), text(instrument.name), {}, {}, {}, {}, {}},
              ERowMark::None};
     if (quote == nullptr) return row;
     row.m_cells[2] = priceCell(quote->last);
     row.m_cells[3] = changeOf(*quote);
     row.m_cells[4] = priceCell(quote->buy[0].price);
     row.m_cells[5] = priceCell(quote->sell[0].price);
+    if (!time.isEmpty()) row.m_cells[6] = time;
     return row;
 }
 
@@ -387,7 +382,7 @@ CRow journalRow(const std::string& line) {
     const std::size_t fields = line.find(',', label);
     return {
         QString::number(seq),
-        {timeOfDay(journalText(line, "time")), seq, text(journalText(line, "kind")),
+        {text(journalText(line, "time")), seq, text(journalText(line, "kind")),
          fields == std::string::npos ? QString() : text(line.substr(fields + 1, line.size() - fields - 2))},
         ERowMark::None};
 }

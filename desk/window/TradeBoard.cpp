@@ -1,6 +1,21 @@
 #include "desk/window/TradeBoard.h"
 
+#include "orderservice/base/Clock.h"
+
+#include <algorithm>
+
 namespace desk {
+namespace {
+
+bool isSame(const CQuoteEntry& a, const CQuoteEntry& b) {
+    const auto isSameLevel = [](const CQuoteLevel& one, const CQuoteLevel& other) {
+        return one.price == other.price && one.volume == other.volume;
+    };
+    return a.last == b.last && std::equal(a.buy.begin(), a.buy.end(), b.buy.begin(), isSameLevel) &&
+           std::equal(a.sell.begin(), a.sell.end(), b.sell.begin(), isSameLevel);
+}
+
+} // namespace
 
 void CTradeBoard::count(CTaskState& task, EOrderStatus status, int change) {
     task.m_nOrders += change;
@@ -55,6 +70,21 @@ int CTradeBoard::waitingAccounts() const {
     for (const auto& [order, waiting] : m_waiting)
         accounts.insert(waiting.m_strAccount);
     return static_cast<int>(accounts.size());
+}
+
+void CQuoteTimes::take(const CBooks& books) {
+    for (const auto& [key, quote] : books.m_quotes) {
+        const auto known = m_quotes.find(key);
+        if (known != m_quotes.end() && isSame(known->second, quote)) continue;
+        if (m_bHasQuotes) m_times[key] = QString::fromStdString(utils::currentTimeText());
+        m_quotes[key] = quote;
+    }
+    m_bHasQuotes = true;
+}
+
+QString CQuoteTimes::timeOf(const std::string& stockKey) const {
+    const auto found = m_times.find(stockKey);
+    return found == m_times.end() ? QString() : found->second;
 }
 
 } // namespace desk

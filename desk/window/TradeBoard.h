@@ -43,4 +43,17 @@ private:
     bool m_bStarted = false;
 };
 
+/// Remembers when each quote changed last while the window was open. Main thread only.
+class CQuoteTimes {
+public:
+    void take(const CBooks& books);
+    /// ISO 8601; empty if the quote has not changed since the first call of take.
+    QString timeOf(const std::string& stockKey) const;
+
+private:
+    std::map<std::string, CQuoteEntry> m_quotes;
+    std::map<std::string, QString> m_times;
+    bool m_bHasQuotes = false;
+};
+
 } // namespace desk

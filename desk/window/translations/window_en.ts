@@ -187,6 +187,18 @@
             <source>Severity</source>
             <translation>Severity</translation>
         </message>
+        <message>
+            <source>Changed</source>
+            <translation>Changed</translation>
+        </message>
+        <message>
+            <source>All filled</source>
+            <translation>All filled</translation>
+        </message>
+        <message>
+            <source>Last change</source>
+            <translation>Last change</translation>
+        </message>
     </context>
     <context>
         <name>desk::CFilterHeader</name>
@@ -195,8 +207,8 @@
             <translation>filter</translation>
         </message>
         <message>
-            <source>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100</source>
-            <translation>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100</translation>
+            <source>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100; a whole number finds only itself</source>
+            <translation>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100; a whole number finds only itself</translation>
         </message>
     </context>
     <context>
@@ -519,6 +531,24 @@
                 <numerusform>%n tasks:</numerusform>
             </translation>
         </message>
+        <message numerus="yes">
+            <source>%n line(s) were left out here, because too many came at once. The journal has the records.</source>
+            <translation>
+                <numerusform>%n line was left out here, because too many came at once. The journal has the records.</numerusform>
+                <numerusform>%n lines were left out here, because too many came at once. The journal has the records.</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>%1 is not in instruments.csv, so it has no quotes.</source>
+            <translation>%1 is not in instruments.csv, so it has no quotes.</translation>
+        </message>
+        <message numerus="yes">
+            <source> (%n WARNING(S))</source>
+            <translation>
+                <numerusform> (%n WARNING)</numerusform>
+                <numerusform> (%n WARNINGS)</numerusform>
+            </translation>
+        </message>
     </context>
     <context>
         <name>desk::CStateBar</name>
@@ -736,10 +766,6 @@
         <message>
             <source>REJECTED</source>
             <translation>REJECTED</translation>
-        </message>
-        <message>
-            <source>Total</source>
-            <translation>Total</translation>
         </message>
         <message>
             <source>ask </source>
@@ -1132,6 +1158,10 @@
         <message>
             <source>warning</source>
             <translation>warning</translation>
+        </message>
+        <message>
+            <source>All</source>
+            <translation>All</translation>
         </message>
     </context>
 </TS>

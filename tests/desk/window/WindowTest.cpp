@@ -309,7 +309,7 @@ TEST(Language, EachTextHasAChineseTranslation) {
                       QString::fromLatin1(column.m_pszTitle))
                 << column.m_pszTitle;
     }
-    EXPECT_EQ(stateWord(EDeskState::Halted), "■ 已停止");
+    EXPECT_EQ(stateWord(EDeskState::Halted), "■ 已停止交易");
 }
 
 } // namespace
