@@ -117,6 +117,7 @@ void CMainWindow::makePanels() {
     add(quoteTable(), tr("Quotes"), tr("No instrument. Write one to instruments.csv."), left);
     add(orderTable(), tr("Orders"),
         tr("No order yet. Start a strategy (F2, Enter) and hand it an order file."), right);
+    addRejectionBar();
     add(taskTable(), tr("Tasks"), tr("No task yet. Each command of an order becomes a task."), right);
     add(fillTable(), tr("Fills"), tr("No fill yet. An order is filled when the book has its price."), right);
     add(positionTable(), tr("Positions"), tr("No position. A filled buy makes one."), right);
@@ -135,6 +136,22 @@ void CMainWindow::makePanels() {
     choose("positions", columnOf(positionTable(), "code"));
     connect(&table("strategies"), &CTableView::sigActivated, this, [this] { startStrategies(); });
     connect(&table("strategies"), &CTableView::sigSpace, this, [this] { stopStrategies(); });
+}
+
+/// The reasons of rejections stay visible below the orders until the user has seen them.
+void CMainWindow::addRejectionBar() {
+    auto* content = new QWidget(this);
+    auto* lines = new QVBoxLayout(content);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(0);
+    m_rejections = new CRejectionBar(model("orders"), content);
+    lines->addWidget(&table("orders"), 1);
+    lines->addWidget(m_rejections);
+    m_panels["orders"]->setWidget(content);
+    connect(m_rejections, &CRejectionBar::sigSeen, this, [this] {
+        m_board.markSeen();
+        showCounts();
+    });
 }
 
 /// The default layout: it fits a screen of 1366 x 768.
@@ -310,6 +327,7 @@ void CMainWindow::showState() {
 
 /// The titles of the panels: hidden rows, and rejections that were not seen.
 void CMainWindow::showCounts() {
+    m_rejections->showOrders(m_board.unseen());
     for (const auto& [name, panel] : m_panels) {
         const auto table = m_tables.find(name);
         if (table == m_tables.end()) continue;

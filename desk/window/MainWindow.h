@@ -2,6 +2,7 @@
 
 #include "desk/window/DeskControl.h"
 #include "desk/window/Feed.h"
+#include "desk/window/RejectionBar.h"
 #include "desk/window/RowModel.h"
 #include "desk/window/StateBar.h"
 #include "desk/window/TableView.h"
@@ -72,6 +73,7 @@ private:
     CTable makeTable(const CTableSpec& spec, const QString& emptyText);
     QDockWidget* addPanel(const char* name, const QString& title, QWidget* content, Qt::DockWidgetArea area);
     void makePanels();
+    void addRejectionBar();
     void placePanels();
     QAction* addCommand(const char* name, const QString& text, const QKeySequence& keys, QMenu& menu,
                         std::function<void()> action);
@@ -127,6 +129,7 @@ private:
     std::map<std::string, QAction*> m_actions;
     QMenuBar* m_menus; ///< the window owns it, like all widgets
     CStateBar* m_state;
+    CRejectionBar* m_rejections = nullptr;
     CStateFacts m_facts;
     std::shared_ptr<const CBooks> m_books;
     std::map<std::string, double> m_firstEquity; ///< by account

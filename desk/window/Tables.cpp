@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <set>
 
 namespace desk {
 namespace {
@@ -97,6 +98,40 @@ QVariant channelOf(const QString& message) {
     while (end < message.size() && message[end].isDigit())
         ++end;
     return end > place ? QVariant(message.mid(place, end - place).toInt()) : QVariant();
+}
+
+/// The number of a key of a journal line, or nothing.
+QVariant journalNumber(const std::string& line, const char* key) {
+    const std::string name = '"' + std::string(key) + "\":";
+    const std::size_t found = line.find(name);
+    if (found == std::string::npos) return {};
+    const char* begin = line.c_str() + found + name.size();
+    char* end = nullptr;
+    const long long number = std::strtoll(begin, &end, 10);
+    return end == begin ? QVariant() : QVariant(number);
+}
+
+/// The channel of a record: its key, or what its message names.
+QVariant journalChannel(const std::string& line, const std::string& kind) {
+    const QVariant channel = journalNumber(line, "channel");
+    const bool isMessage = kind == "message" || kind == "trade_error";
+    return channel.isValid() || !isMessage ? channel : channelOf(text(journalText(line, "text")));
+}
+
+/// Whether a record tells of something that was not done as the user wanted.
+bool isJournalWarning(const std::string& line, const std::string& kind) {
+    static const std::set<std::string> kWarnings = {"continued", "discarded", "incident",
+                                                    "resumed",   "unplaced",  "trade_error"};
+    static const std::vector<const char*> kSigns = {R"("rejected":true)", R"("cut_short":true)",
+                                                    R"("left_over":true)", R"("left_waiting":true)",
+                                                    R"("not_saved":true)"};
+    const auto has = [&](const char* sign) { return line.find(sign) != std::string::npos; };
+    if (kWarnings.count(kind) > 0) return true;
+    if (kind == "message")
+        return journalNumber(line, "level").toInt() == static_cast<int>(TC::MsgLevel::Warning);
+    if (kind == "order") return has(R"("status":"rejected")");
+    const bool hasSigns = kind == "intake" || kind == "strategy";
+    return hasSigns && std::any_of(kSigns.begin(), kSigns.end(), has);
 }
 
 } // namespace
@@ -236,7 +271,9 @@ const CTableSpec& journalTable() {
     static const CTableSpec kSpec{"journal",
                                   {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Time, 96},
                                    {"seq", QT_TRANSLATE_NOOP("columns", "No."), ECell::Count, 56},
+                                   {"channel", QT_TRANSLATE_NOOP("columns", "Ch."), ECell::Count, 32},
                                    {"kind", QT_TRANSLATE_NOOP("columns", "Kind"), ECell::Text, 90},
+                                   {"level", QT_TRANSLATE_NOOP("columns", "Severity"), ECell::Text, 62},
                                    {"text", QT_TRANSLATE_NOOP("columns", "Record"), ECell::Text, 300}},
                                   true,
                                   kMaxMessages};
@@ -377,14 +414,16 @@ CRow messageRow(const CFeedMessage& message) {
 }
 
 CRow journalRow(const std::string& line) {
-    const std::size_t label = line.find("\"seq\":");
-    const long long seq = label == std::string::npos ? 0 : std::atoll(line.c_str() + label + 6);
-    const std::size_t fields = line.find(',', label);
+    const long long seq = journalNumber(line, "seq").toLongLong();
+    const std::size_t fields = line.find(',', line.find("\"seq\":"));
+    const std::string kind = journalText(line, "kind");
+    const bool isWarning = isJournalWarning(line, kind);
     return {
         QString::number(seq),
-        {text(journalText(line, "time")), seq, text(journalText(line, "kind")),
+        {text(journalText(line, "time")), seq, journalChannel(line, kind), text(kind),
+         isWarning ? word("warning") : word("note"),
          fields == std::string::npos ? QString() : text(line.substr(fields + 1, line.size() - fields - 2))},
-        ERowMark::None};
+        isWarning ? ERowMark::Warning : ERowMark::None};
 }
 
 } // namespace desk

@@ -50,7 +50,7 @@ std::vector<CTaskState> CTradeBoard::take(const CFeedBatch& batch) {
         if (known != m_states.end()) count(task, known->second, -1);
         const bool isNewRejection = order.m_eStatus == EOrderStatus::Rejected &&
                                     (known == m_states.end() || known->second != EOrderStatus::Rejected);
-        if (isNewRejection && m_bStarted) ++m_nUnseen;
+        if (isNewRejection && m_bStarted) m_unseen.push_back(order.m_nId);
         count(task, order.m_eStatus, 1);
         m_states[order.m_nId] = order.m_eStatus;
         if (order.isOpen())

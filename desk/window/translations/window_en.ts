@@ -551,6 +551,24 @@
         </message>
     </context>
     <context>
+        <name>desk::CRejectionBar</name>
+        <message>
+            <source>Seen (F3)</source>
+            <translation>Seen (F3)</translation>
+        </message>
+        <message numerus="yes">
+            <source>and %n more</source>
+            <translation>
+                <numerusform>and %n more</numerusform>
+                <numerusform>and %n more</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>REJECTED</source>
+            <translation>REJECTED</translation>
+        </message>
+    </context>
+    <context>
         <name>desk::CStateBar</name>
         <message>
             <source>… STARTING</source>

@@ -543,6 +543,23 @@
         </message>
     </context>
     <context>
+        <name>desk::CRejectionBar</name>
+        <message>
+            <source>Seen (F3)</source>
+            <translation>已阅 (F3)</translation>
+        </message>
+        <message numerus="yes">
+            <source>and %n more</source>
+            <translation>
+                <numerusform>还有%n笔</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>REJECTED</source>
+            <translation>废单</translation>
+        </message>
+    </context>
+    <context>
         <name>desk::CStateBar</name>
         <message>
             <source>… STARTING</source>

@@ -120,6 +120,29 @@ TEST(Feed, NotesAreDroppedBeforeWarningsAndCounted) {
     EXPECT_EQ(feed.take().m_nDropped, 0U);
 }
 
+QString journalCell(const char* line, const char* column) {
+    return journalRow(line).m_cells.value(columnOf(journalTable(), column)).toString();
+}
+
+TEST(JournalRow, HasItsChannelAndSeverity) {
+    const char* incident = R"({"kind":"incident","time":"x","seq":7,"event":"orders_dropped","channel":3})";
+    EXPECT_EQ(journalCell(incident, "channel"), "3");
+    EXPECT_EQ(journalCell(incident, "level"), "warning");
+    EXPECT_EQ(journalCell(incident, "text"), R"("event":"orders_dropped","channel":3)");
+    const char* message =
+        R"({"kind":"message","time":"x","seq":8,"text":"通道号: 12 \"channel\":5","type":1,"level":2})";
+    EXPECT_EQ(journalCell(message, "channel"), "12");
+    EXPECT_EQ(journalCell(message, "level"), "warning");
+    const char* note = R"({"kind":"message","time":"x","seq":9,"text":"a","type":1,"level":1})";
+    EXPECT_EQ(journalCell(note, "channel"), "");
+    EXPECT_EQ(journalCell(note, "level"), "note");
+    EXPECT_EQ(journalCell(R"({"kind":"order","time":"x","seq":1,"status":"rejected"})", "level"), "warning");
+    EXPECT_EQ(journalCell(R"({"kind":"order","time":"x","seq":1,"status":"filled"})", "level"), "note");
+    EXPECT_EQ(journalCell(R"({"kind":"intake","seq":1,"rejected":true})", "level"), "warning");
+    EXPECT_EQ(journalCell(R"({"kind":"intake","seq":1,"rejected":false})", "level"), "note");
+    EXPECT_EQ(journalCell("{}", "level"), "note");
+}
+
 class Panels : public testing::Test {
 protected:
     Panels() {
@@ -159,6 +182,36 @@ TEST_F(Panels, TheTitleOfMessagesCountsTheWarningsUntilTheyAreSeen) {
     EXPECT_EQ(window->panel("messages").windowTitle(), "Messages (2 WARNINGS)");
     window->action("view_messages").trigger();
     EXPECT_EQ(window->panel("messages").windowTitle(), "Messages");
+}
+
+TEST_F(Panels, TheReasonOfARejectionStaysVisibleUntilItIsSeen) {
+    auto& bar = *window->findChild<CRejectionBar*>();
+    window->begin();
+    window->show();
+    const auto reject = [&](int id) {
+        CBrokerEvent event;
+        event.m_order.m_nId = id;
+        event.m_order.m_strAccount = "A1";
+        event.m_order.m_strStock = "SH600104";
+        event.m_order.m_nVolume = 150;
+        event.m_order.m_eStatus = EOrderStatus::Rejected;
+        event.m_order.m_strReason = "<b>volume</b> " + std::to_string(id);
+        feed.addEvent(event);
+    };
+    EXPECT_TRUE(bar.isHidden());
+    reject(1);
+    window->takeFeed();
+    EXPECT_FALSE(bar.isHidden());
+    EXPECT_EQ(bar.text().simplified(), "REJECTED A1 buy SH600104 150: <b>volume</b> 1");
+    for (int id = 2; id <= 5; ++id)
+        reject(id);
+    window->takeFeed();
+    EXPECT_TRUE(bar.text().contains("volume</b> 5")) << bar.text().toStdString();
+    EXPECT_FALSE(bar.text().contains("volume</b> 2"));
+    EXPECT_TRUE(bar.text().endsWith("and 2 more"));
+    window->action("view_orders").trigger();
+    EXPECT_TRUE(bar.isHidden());
+    EXPECT_EQ(window->panel("orders").windowTitle(), "Orders");
 }
 
 TEST_F(Panels, LinesThatWereDroppedAreReported) {
