@@ -124,6 +124,10 @@ void CMainWindow::makePanels() {
     add(messageTable(), tr("Messages"), tr("No message yet."), right);
     add(journalTable(), tr("Journal"), tr("No record yet in this run. orderdesk journal shows earlier ones."),
         right);
+    m_plots = new CPlotPanel(this);
+    addPanel("plots", tr("Plots"), m_plots, right);
+    connect(table("accounts").selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &CMainWindow::showPlottedAccounts);
     const auto choose = [this](const char* name, int column) {
         connect(&table(name), &CTableView::sigActivated, this, [this, name, column](const QStringList& keys) {
             const CRow* row = model(name).find(keys.value(0));
@@ -165,6 +169,7 @@ void CMainWindow::placePanels() {
     tabifyDockWidget(m_panels["orders"], m_panels["tasks"]);
     tabifyDockWidget(m_panels["tasks"], m_panels["fills"]);
     tabifyDockWidget(m_panels["messages"], m_panels["journal"]);
+    tabifyDockWidget(m_panels["journal"], m_panels["plots"]);
     resizeDocks({m_panels["strategies"], m_panels["orders"]}, {520, 840}, Qt::Horizontal);
     resizeDocks({m_panels["strategies"], m_panels["accounts"], m_panels["quotes"]}, {230, 190, 190},
                 Qt::Vertical);
@@ -186,6 +191,8 @@ void CMainWindow::takeFeed() {
     if (!m_texts.m_messages.empty() || !m_texts.m_journal.empty()) return showTexts();
     CFeedBatch batch = m_feed.take();
     showTrades(batch);
+    m_plots->data().addOrders(static_cast<double>(utils::currentDateTime().toMSecsSinceEpoch()),
+                              static_cast<int>(batch.m_nNewOrders));
     m_texts.m_messages = std::move(batch.m_messages);
     if (batch.m_nDropped > 0) {
         CFeedMessage lost;
@@ -252,6 +259,7 @@ void CMainWindow::showBooks(const CBooks& books) {
     }
     if (!accounts.empty()) accounts.push_back(totalRow(books.m_accounts, total));
     model("accounts").apply(accounts);
+    plotEquity(accounts);
     std::vector<CRow> positions;
     QStringList keys;
     for (const CValuedPosition& position : books.m_positions) {
@@ -269,6 +277,25 @@ void CMainWindow::showBooks(const CBooks& books) {
     }
     model("quotes").apply(quotes);
     showBook();
+}
+
+void CMainWindow::plotEquity(const std::vector<CRow>& accounts) {
+    const auto now = static_cast<double>(utils::currentDateTime().toMSecsSinceEpoch());
+    const int equity = columnOf(accountTable(), "equity");
+    for (const CRow& row : accounts)
+        m_plots->data().addEquity(row.m_strKey, now, row.m_cells[equity].toDouble());
+    showPlottedAccounts();
+}
+
+/// The equity of the selected accounts is plotted, or that of all together.
+void CMainWindow::showPlottedAccounts() {
+    QModelIndexList rows = table("accounts").selectionModel()->selectedRows();
+    const int last = table("accounts").filter().rowCount() - 1;
+    if (rows.isEmpty() && last >= 0) rows.append(table("accounts").filter().index(last, 0)); // the total
+    QMap<QString, QString> accounts;
+    for (const QModelIndex& row : rows)
+        accounts[row.data(CRowModel::KeyRole).toString()] = row.data(Qt::DisplayRole).toString();
+    m_plots->setAccounts(accounts);
 }
 
 void CMainWindow::showBook() {

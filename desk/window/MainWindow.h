@@ -2,6 +2,7 @@
 
 #include "desk/window/DeskControl.h"
 #include "desk/window/Feed.h"
+#include "desk/window/PlotPanel.h"
 #include "desk/window/RejectionBar.h"
 #include "desk/window/RowModel.h"
 #include "desk/window/StateBar.h"
@@ -90,6 +91,8 @@ private:
     void showTrades(const CFeedBatch& batch);
     void showBooks(const CBooks& books);
     void showBook();
+    void plotEquity(const std::vector<CRow>& accounts);
+    void showPlottedAccounts();
     void showStrategies();
     void showState();
     void showCounts();
@@ -130,6 +133,7 @@ private:
     QMenuBar* m_menus; ///< the window owns it, like all widgets
     CStateBar* m_state;
     CRejectionBar* m_rejections = nullptr;
+    CPlotPanel* m_plots = nullptr;
     CStateFacts m_facts;
     std::shared_ptr<const CBooks> m_books;
     std::map<std::string, double> m_firstEquity; ///< by account

@@ -3,6 +3,7 @@
 #include "desk/window/Tables.h"
 #include "desk/window/Theme.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -39,6 +40,7 @@ CRejectionBar::CRejectionBar(const CRowModel& orders, QWidget* parent)
     line->addWidget(m_text, 1);
     line->addWidget(seen, 0, Qt::AlignTop);
     connect(seen, &QPushButton::clicked, this, &CRejectionBar::sigSeen);
+    applyColours();
     hide();
 }
 
@@ -52,12 +54,20 @@ void CRejectionBar::showOrders(const std::vector<int>& orders) {
     }
     const int more = static_cast<int>(orders.size()) - lines.size();
     if (more > 0 && !lines.isEmpty()) lines.append(tr("and %n more", nullptr, more));
-    QPalette colours = palette();
-    colours.setColor(QPalette::WindowText, CTheme::current().warning());
-    m_text->setPalette(colours);
     m_text->setText(lines.isEmpty() ? QString()
                                     : tr("REJECTED") + QStringLiteral("  ") + lines.join(QLatin1Char('\n')));
     setVisible(!lines.isEmpty());
+}
+
+void CRejectionBar::applyColours() {
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, CTheme::current().warning());
+    m_text->setPalette(colours);
+}
+
+void CRejectionBar::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) applyColours();
 }
 
 QString CRejectionBar::text() const {

@@ -27,7 +27,12 @@ public:
 signals:
     void sigSeen(); ///< the user has pressed the button
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    void applyColours();
+
     const CRowModel& m_orders;
     std::vector<int> m_shown;
     QLabel* m_text;

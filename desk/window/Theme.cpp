@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFont>
 #include <QStyleFactory>
+#include <QWidget>
 
 #include <algorithm>
 #include <cmath>

@@ -549,6 +549,29 @@
                 <numerusform> (%n WARNINGS)</numerusform>
             </translation>
         </message>
+        <message>
+            <source>Plots</source>
+            <translation>Plots</translation>
+        </message>
+    </context>
+    <context>
+        <name>desk::CPlotPanel</name>
+        <message>
+            <source>Equity (CNY)</source>
+            <translation>Equity (CNY)</translation>
+        </message>
+        <message>
+            <source>Orders a minute</source>
+            <translation>Orders a minute</translation>
+        </message>
+        <message>
+            <source>File or socket to command (ms)</source>
+            <translation>File or socket to command (ms)</translation>
+        </message>
+        <message>
+            <source>No data yet. The plots begin with the first accounts and orders.</source>
+            <translation>No data yet. The plots begin with the first accounts and orders.</translation>
+        </message>
     </context>
     <context>
         <name>desk::CRejectionBar</name>

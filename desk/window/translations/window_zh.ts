@@ -541,6 +541,29 @@
                 <numerusform> (%n条警告)</numerusform>
             </translation>
         </message>
+        <message>
+            <source>Plots</source>
+            <translation>图表</translation>
+        </message>
+    </context>
+    <context>
+        <name>desk::CPlotPanel</name>
+        <message>
+            <source>Equity (CNY)</source>
+            <translation>权益 (元)</translation>
+        </message>
+        <message>
+            <source>Orders a minute</source>
+            <translation>每分钟委托数</translation>
+        </message>
+        <message>
+            <source>File or socket to command (ms)</source>
+            <translation>文件或端口到指令 (毫秒)</translation>
+        </message>
+        <message>
+            <source>No data yet. The plots begin with the first accounts and orders.</source>
+            <translation>还没有数据。有账号和委托后开始画图。</translation>
+        </message>
     </context>
     <context>
         <name>desk::CRejectionBar</name>

@@ -1,6 +1,7 @@
 #include "desk/window/Tables.h"
 #include "desk/window/MainWindow.h"
 #include "desk/window/RowFilter.h"
+#include "desk/window/Theme.h"
 #include "desk/window/TradeBoard.h"
 
 #include "tests/desk/window/FakeControl.h"
@@ -9,6 +10,7 @@
 
 #include <QAction>
 #include <QDockWidget>
+#include <QLabel>
 #include <QSettings>
 
 #include <gtest/gtest.h>
@@ -209,6 +211,9 @@ TEST_F(Panels, TheReasonOfARejectionStaysVisibleUntilItIsSeen) {
     EXPECT_TRUE(bar.text().contains("volume</b> 5")) << bar.text().toStdString();
     EXPECT_FALSE(bar.text().contains("volume</b> 2"));
     EXPECT_TRUE(bar.text().endsWith("and 2 more"));
+    window->action("dark").trigger();
+    EXPECT_EQ(bar.findChild<QLabel*>()->palette().color(QPalette::WindowText), CTheme::current().warning());
+    window->action("dark").trigger();
     window->action("view_orders").trigger();
     EXPECT_TRUE(bar.isHidden());
     EXPECT_EQ(window->panel("orders").windowTitle(), "Orders");
