@@ -23,6 +23,7 @@ namespace {
 
 constexpr int kLayoutVersion = 1;
 constexpr int kIconSize = 64;
+constexpr std::size_t kRowsAtOnce = 250; ///< of positions and quotes; bounds the time of one turn
 
 /// The key of the quotes of an instrument. Derivatives are traded under their plain code.
 std::string quoteKeyOf(const CDeskConfig& config, const std::string& name) {
@@ -188,31 +189,38 @@ void CMainWindow::begin() {
 }
 
 void CMainWindow::takeFeed() {
-    if (!m_texts.m_messages.empty() || !m_texts.m_journal.empty()) return showTexts();
+    if (!m_texts.m_messages.empty() || !m_texts.m_journal.empty()) {
+        showTexts();
+        return showPartOfBooks();
+    }
     CFeedBatch batch = m_feed.take();
     showTrades(batch);
     m_plots->data().addOrders(static_cast<double>(utils::currentDateTime().toMSecsSinceEpoch()),
                               static_cast<int>(batch.m_nNewOrders));
     m_texts.m_messages = std::move(batch.m_messages);
-    if (batch.m_nDropped > 0) {
-        CFeedMessage lost;
-        lost.m_nNumber = --m_nLastOwnMessage; // numbers of the feed are positive
-        lost.m_strTime = cellText(ECell::Time, QString::fromStdString(utils::currentTimeText()));
-        lost.m_eKind = CFeedMessage::EKind::Desk;
-        lost.m_bWarning = true;
-        lost.m_strText =
-            tr("%n line(s) were left out here, because too many came at once. The journal has the records.",
-               nullptr, static_cast<int>(batch.m_nDropped));
-        m_texts.m_messages.push_back(lost);
-    }
+    if (batch.m_nDropped > 0) m_texts.m_messages.push_back(droppedMessage(batch.m_nDropped));
     m_texts.m_journal = std::move(batch.m_journal);
     if (batch.m_books) {
         m_books = batch.m_books;
+        m_bNewBooks = true;
         showBooks(*m_books);
     }
+    showPartOfBooks();
     showStrategies();
     showState();
     showCounts();
+}
+
+CFeedMessage CMainWindow::droppedMessage(std::size_t lines) {
+    CFeedMessage message;
+    message.m_nNumber = --m_nLastOwnMessage; // numbers of the feed are positive
+    message.m_strTime = cellText(ECell::Time, QString::fromStdString(utils::currentTimeText()));
+    message.m_eKind = CFeedMessage::EKind::Desk;
+    message.m_bWarning = true;
+    message.m_strText =
+        tr("%n line(s) were left out here, because too many came at once. The journal has the records.",
+           nullptr, static_cast<int>(lines));
+    return message;
 }
 
 /// The messages and records of the last batch. They have a turn of their own, so that the thread is not
@@ -260,23 +268,39 @@ void CMainWindow::showBooks(const CBooks& books) {
     if (!accounts.empty()) accounts.push_back(totalRow(books.m_accounts, total));
     model("accounts").apply(accounts);
     plotEquity(accounts);
+    showBook();
+}
+
+/// Shows the next part of the positions and quotes. All of them at once would block the window.
+void CMainWindow::showPartOfBooks() {
+    if (!m_part.m_books && std::exchange(m_bNewBooks, false)) m_part.m_books = m_books;
+    if (!m_part.m_books) return;
+    const CBooks& books = *m_part.m_books;
+    const std::vector<CInstrumentEntry>& instruments = m_control.config().instruments;
+    std::size_t rest = kRowsAtOnce;
     std::vector<CRow> positions;
-    QStringList keys;
-    for (const CValuedPosition& position : books.m_positions) {
-        positions.push_back(positionRow(position));
-        keys.append(positions.back().m_strKey);
+    for (; rest > 0 && m_part.m_nPosition < books.m_positions.size(); --rest) {
+        positions.push_back(positionRow(books.m_positions[m_part.m_nPosition++]));
+        m_part.m_positionKeys.append(positions.back().m_strKey);
     }
     model("positions").apply(positions);
-    if (model("positions").rowCount() > keys.size()) model("positions").retain(keys);
-    m_quoteTimes.take(books);
     std::vector<CRow> quotes;
-    for (const CInstrumentEntry& instrument : m_control.config().instruments) {
-        const auto quote = books.m_quotes.find(instrument.key());
-        quotes.push_back(quoteRow(instrument, quote == books.m_quotes.end() ? nullptr : &quote->second,
-                                  m_quoteTimes.timeOf(instrument.key())));
-    }
+    for (; rest > 0 && m_part.m_nQuote < instruments.size(); --rest)
+        quotes.push_back(makeQuoteRow(instruments[m_part.m_nQuote++], books));
     model("quotes").apply(quotes);
-    showBook();
+    if (m_part.m_nPosition < books.m_positions.size() || m_part.m_nQuote < instruments.size()) return;
+    if (model("positions").rowCount() > m_part.m_positionKeys.size())
+        model("positions").retain(m_part.m_positionKeys);
+    m_quoteTimes.setStarted();
+    m_part = {};
+}
+
+CRow CMainWindow::makeQuoteRow(const CInstrumentEntry& instrument, const CBooks& books) {
+    const std::string key = instrument.key();
+    const auto quote = books.m_quotes.find(key);
+    if (quote == books.m_quotes.end()) return quoteRow(instrument, nullptr);
+    m_quoteTimes.take(key, quote->second);
+    return quoteRow(instrument, &quote->second, m_quoteTimes.timeOf(key));
 }
 
 void CMainWindow::plotEquity(const std::vector<CRow>& accounts) {

@@ -90,6 +90,9 @@ private:
     void showTexts();
     void showTrades(const CFeedBatch& batch);
     void showBooks(const CBooks& books);
+    void showPartOfBooks();
+    CRow makeQuoteRow(const CInstrumentEntry& instrument, const CBooks& books);
+    CFeedMessage droppedMessage(std::size_t lines);
     void showBook();
     void plotEquity(const std::vector<CRow>& accounts);
     void showPlottedAccounts();
@@ -136,6 +139,15 @@ private:
     CPlotPanel* m_plots = nullptr;
     CStateFacts m_facts;
     std::shared_ptr<const CBooks> m_books;
+    /// The books whose positions and quotes are being shown, part by part.
+    struct CPart {
+        std::shared_ptr<const CBooks> m_books; ///< null: all is shown
+        std::size_t m_nPosition = 0;
+        std::size_t m_nQuote = 0;
+        QStringList m_positionKeys;
+    };
+    CPart m_part;
+    bool m_bNewBooks = false;                    ///< m_books is newer than m_part
     std::map<std::string, double> m_firstEquity; ///< by account
     std::string m_strInstrument;                 ///< of the book
     std::uint64_t m_nRevision = 0;

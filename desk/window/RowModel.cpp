@@ -3,6 +3,7 @@
 #include "orderservice/base/Clock.h"
 
 #include <QCoreApplication>
+#include <QSet>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -124,9 +125,10 @@ void CRowModel::dropOldest() {
 }
 
 void CRowModel::retain(const QStringList& keys) {
+    const QSet<QString> kept(keys.begin(), keys.end());
     for (int row = rowCount() - 1; row >= 0; --row) {
         const std::size_t place = position(row);
-        if (keys.contains(m_rows[place].m_strKey)) continue;
+        if (kept.contains(m_rows[place].m_strKey)) continue;
         beginRemoveRows({}, row, row);
         m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(place));
         m_index.clear();

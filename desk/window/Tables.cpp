@@ -207,7 +207,7 @@ const CTableSpec& fillTable() {
 const CTableSpec& accountTable() {
     static const CTableSpec kSpec{
         "accounts",
-        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 48},
+        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 56},
          {"available", QT_TRANSLATE_NOOP("columns", "Available"), ECell::Money, 100, true},
          {"frozen", QT_TRANSLATE_NOOP("columns", "Frozen"), ECell::Money, 86, true},
          {"equity", QT_TRANSLATE_NOOP("columns", "Equity (CNY)"), ECell::Money, 102, true},

@@ -72,19 +72,18 @@ int CTradeBoard::waitingAccounts() const {
     return static_cast<int>(accounts.size());
 }
 
-void CQuoteTimes::take(const CBooks& books) {
-    for (const auto& [key, quote] : books.m_quotes) {
-        const auto known = m_quotes.find(key);
-        if (known != m_quotes.end() && isSame(known->second, quote)) continue;
-        if (m_bHasQuotes) m_times[key] = QString::fromStdString(utils::currentTimeText());
-        m_quotes[key] = quote;
-    }
-    m_bHasQuotes = true;
+void CQuoteTimes::take(const std::string& stockKey, const CQuoteEntry& quote) {
+    const auto known = m_quotes.find(stockKey);
+    const bool isNew = known == m_quotes.end();
+    if (!isNew && isSame(known->second.m_quote, quote)) return;
+    CKnown& entry = isNew ? m_quotes[stockKey] : known->second;
+    entry.m_quote = quote;
+    if (!isNew || m_bStarted) entry.m_strTime = QString::fromStdString(utils::currentTimeText());
 }
 
 QString CQuoteTimes::timeOf(const std::string& stockKey) const {
-    const auto found = m_times.find(stockKey);
-    return found == m_times.end() ? QString() : found->second;
+    const auto found = m_quotes.find(stockKey);
+    return found == m_quotes.end() ? QString() : found->second.m_strTime;
 }
 
 } // namespace desk

@@ -48,14 +48,19 @@ private:
 /// Remembers when each quote changed last while the window was open. Main thread only.
 class CQuoteTimes {
 public:
-    void take(const CBooks& books);
-    /// ISO 8601; empty if the quote has not changed since the first call of take.
+    void take(const std::string& stockKey, const CQuoteEntry& quote);
+    /// From now on, a quote that was not known is a change.
+    void setStarted() { m_bStarted = true; }
+    /// ISO 8601; empty if the quote has not changed.
     QString timeOf(const std::string& stockKey) const;
 
 private:
-    std::map<std::string, CQuoteEntry> m_quotes;
-    std::map<std::string, QString> m_times;
-    bool m_bHasQuotes = false;
+    struct CKnown {
+        CQuoteEntry m_quote;
+        QString m_strTime;
+    };
+    std::unordered_map<std::string, CKnown> m_quotes;
+    bool m_bStarted = false;
 };
 
 } // namespace desk

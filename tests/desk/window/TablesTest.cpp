@@ -91,18 +91,21 @@ TEST(Cells, AFilterOfAWholeNumberFindsOnlyIt) {
 TEST(QuoteTimes, AQuoteHasTheTimeOfItsLastChange) {
     CFakeClock clock;
     CQuoteTimes times;
-    CBooks books;
-    books.m_quotes["A"].last = 10;
-    books.m_quotes["B"].last = 20;
-    times.take(books);
+    CQuoteEntry quote;
+    quote.last = 10;
+    times.take("A", quote);
+    times.take("B", quote);
+    times.setStarted();
     EXPECT_EQ(times.timeOf("A"), "");
-    books.m_quotes["A"].buy[9].volume = 5;
-    times.take(books);
+    quote.buy[9].volume = 5;
+    times.take("A", quote);
     EXPECT_EQ(times.timeOf("A"), "2026-01-05T09:30:00.000");
     clock.sleep(60);
-    times.take(books);
+    times.take("A", quote);
+    times.take("C", quote); // its first quote came now
     EXPECT_EQ(times.timeOf("A"), "2026-01-05T09:30:00.000");
     EXPECT_EQ(times.timeOf("B"), "");
+    EXPECT_EQ(times.timeOf("C"), "2026-01-05T09:31:00.000");
 }
 
 TEST(Feed, NotesAreDroppedBeforeWarningsAndCounted) {
@@ -228,6 +231,35 @@ TEST_F(Panels, LinesThatWereDroppedAreReported) {
     EXPECT_EQ(row->m_eMark, ERowMark::Warning);
     EXPECT_EQ(row->m_cells[columnOf(messageTable(), "text")].toString(),
               "3 lines were left out here, because too many came at once. The journal has the records.");
+}
+
+TEST_F(Panels, ManyQuotesAreShownInPartsUntilAllAreShown) {
+    constexpr int kCount = 1000;
+    for (int i = 0; i < kCount; ++i) {
+        CInstrumentEntry instrument;
+        instrument.market = "SH";
+        instrument.code = std::to_string(600000 + i);
+        control.m_config.instruments.push_back(instrument);
+    }
+    auto books = std::make_shared<CBooks>();
+    CValuedPosition position;
+    for (int i = 0; i < kCount; ++i) {
+        position.m_position.m_strStock = std::to_string(i);
+        books->m_positions.push_back(position);
+    }
+    feed.setBooks(books);
+    window->takeFeed();
+    EXPECT_LT(window->model("positions").rowCount() + window->model("quotes").rowCount(), kCount);
+    for (int turn = 0; turn < 10; ++turn)
+        window->takeFeed();
+    EXPECT_EQ(window->model("positions").rowCount(), kCount);
+    EXPECT_EQ(window->model("quotes").rowCount(), kCount + 1);
+    auto fewer = std::make_shared<CBooks>();
+    fewer->m_positions = {position};
+    feed.setBooks(fewer);
+    for (int turn = 0; turn < 10; ++turn)
+        window->takeFeed();
+    EXPECT_EQ(window->model("positions").rowCount(), 1);
 }
 
 TEST_F(Panels, TheBookOfADerivativeIsFoundByItsPlainCode) {
