@@ -233,8 +233,15 @@ void CMainWindow::showTexts() {
     }
     model("messages").apply(messages);
     std::vector<CRow> records;
-    for (const std::string& line : m_texts.m_journal)
+    QStringList unread;
+    for (const std::string& line : m_texts.m_journal) {
         records.push_back(journalRow(line));
+        if (journalText(line, "kind") == "discarded")
+            unread.append(tr("NOT READ: %1 (%2)")
+                              .arg(QString::fromStdString(journalText(line, "source")),
+                                   QString::fromStdString(journalText(line, "cause"))));
+    }
+    if (!unread.isEmpty()) m_state->setNotice(unread.join(QLatin1Char('\n')));
     model("journal").apply(records);
     m_texts = {};
 }

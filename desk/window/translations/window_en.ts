@@ -553,6 +553,10 @@
             <source>Plots</source>
             <translation>Plots</translation>
         </message>
+        <message>
+            <source>NOT READ: %1 (%2)</source>
+            <translation>NOT READ: %1 (%2)</translation>
+        </message>
     </context>
     <context>
         <name>desk::CPlotPanel</name>

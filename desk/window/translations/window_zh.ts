@@ -545,6 +545,10 @@
             <source>Plots</source>
             <translation>图表</translation>
         </message>
+        <message>
+            <source>NOT READ: %1 (%2)</source>
+            <translation>未读取: %1 (%2)</translation>
+        </message>
     </context>
     <context>
         <name>desk::CPlotPanel</name>

@@ -233,6 +233,17 @@ TEST_F(Panels, LinesThatWereDroppedAreReported) {
               "3 lines were left out here, because too many came at once. The journal has the records.");
 }
 
+TEST_F(Panels, AFileThatWasDeletedUnreadIsANotice) {
+    feed.addJournalLines(R"({"kind":"fill","time":"x","seq":1,"source":"b","cause":"c"})"
+                         "\n");
+    takeAll();
+    EXPECT_EQ(window->stateBar().noticeText(), "");
+    feed.addJournalLines(R"({"kind":"discarded","time":"x","seq":2,"source":"/a.txt","cause":"deleted"})"
+                         "\n");
+    takeAll();
+    EXPECT_EQ(window->stateBar().noticeText(), "NOT READ: /a.txt (deleted)");
+}
+
 TEST_F(Panels, ManyQuotesAreShownInPartsUntilAllAreShown) {
     constexpr int kCount = 1000;
     for (int i = 0; i < kCount; ++i) {
