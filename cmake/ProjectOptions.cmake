@@ -1,6 +1,7 @@
 # Options and flags that every target of our own takes.
 
 option(ORDERSERVICE_BUILD_DESK "Build the desk, the reference host" ON)
+option(ORDERSERVICE_BUILD_WINDOW "Build the desk's window (needs Qt Widgets, the Qt linguist tools and Qwt)" ON)
 option(ORDERSERVICE_BUILD_TESTS "Build the tests" ON)
 option(ORDERSERVICE_BUILD_CONTRACT "Build the contract suites, for every host to run (needs GoogleTest)" ${ORDERSERVICE_BUILD_TESTS})
 option(ORDERSERVICE_BUILD_BENCH "Build the benchmarks" OFF)

@@ -1,5 +1,7 @@
 #include "desk/window/Column.h"
 
+#include "orderservice/base/Clock.h"
+
 #include <QLocale>
 
 #include <cmath>
@@ -17,11 +19,27 @@ int priceDecimals(double price) {
     return std::fmod(std::fabs(tenThousandths), 10) > 0 ? kPriceDecimals + 1 : kPriceDecimals;
 }
 
+int decimalsOf(ECell cell, double number) {
+    return cell == ECell::Price ? priceDecimals(number) : kMoneyDecimals;
+}
+
 QString numberText(ECell cell, const QVariant& value, const QLocale& locale) {
     if (cell == ECell::Count) return locale.toString(value.toLongLong());
     const double number = value.toDouble();
-    const int decimals = cell == ECell::Price ? priceDecimals(number) : kMoneyDecimals;
-    return locale.toString(number, 'f', decimals);
+    const double shown = signOf(cell, value) == 0 ? 0 : number; // never "-0.00"
+    return locale.toString(shown, 'f', decimalsOf(cell, number));
+}
+
+/// "10:31:07.214", or "03-02 10:31" on another day. A text that is not ISO 8601 stays as it is.
+QString timeText(const QString& time) {
+    const int begin = time.indexOf(QLatin1Char('T'));
+    if (begin < 0) return time;
+    const QString today = QString::fromStdString(utils::currentTimeText()).left(begin);
+    constexpr int kYear = 5;    // "2026-"
+    constexpr int kMinutes = 5; // "10:31"
+    constexpr int kMillis = 12;
+    if (time.left(begin) == today) return time.mid(begin + 1, kMillis);
+    return time.mid(kYear, begin - kYear) + QLatin1Char(' ') + time.mid(begin + 1, kMinutes);
 }
 
 } // namespace
@@ -36,12 +54,21 @@ int columnOf(const CTableSpec& spec, const char* id) {
 QString cellText(ECell cell, const QVariant& value) {
     if (!value.isValid()) return {};
     static const QLocale kGrouped(QLocale::English, QLocale::UnitedStates);
+    if (cell == ECell::Time) return timeText(value.toString());
     return cell == ECell::Text ? value.toString() : numberText(cell, value, kGrouped);
 }
 
 QString plainCellText(ECell cell, const QVariant& value) {
     if (!value.isValid()) return {};
+    if (cell == ECell::Time) return value.toString().replace(QLatin1Char('T'), QLatin1Char(' '));
     return cell == ECell::Text ? value.toString() : numberText(cell, value, QLocale::c());
+}
+
+int signOf(ECell cell, const QVariant& value) {
+    const double number = value.toDouble();
+    const double shown = cell == ECell::Count ? number : number * std::pow(10, decimalsOf(cell, number));
+    const double rounded = std::round(shown);
+    return rounded > 0 ? 1 : rounded < 0 ? -1 : 0;
 }
 
 } // namespace desk

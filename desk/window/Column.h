@@ -15,7 +15,13 @@ enum class ECell {
     Money,   ///< two decimals
     Price,   ///< three decimals; four if the price needs them
     Percent, ///< two decimals
+    Time,    ///< ISO 8601; the time of day is shown, and the day if it is not today
 };
+
+/// Whether the cells of the column are texts: aligned to the left, and cut off if the column is too narrow.
+inline bool isTextCell(ECell cell) {
+    return cell == ECell::Text || cell == ECell::Time;
+}
 
 struct CColumn {
     const char* m_pszId;    ///< for the saved layout; never shown
@@ -31,7 +37,8 @@ struct CTableSpec {
     const char* m_pszName; ///< for the saved layout
     std::vector<CColumn> m_columns;
     bool m_bNewestFirst = false; ///< new rows are added at the top; otherwise at the end
-    int m_nMaxRows = 0;          ///< older rows are dropped; 0: no limit
+    /// Older rows are dropped, but never a row that waits, nor one that is newer than it. 0: no limit.
+    int m_nMaxRows = 0;
 };
 
 /// What a row is, if it is shown in a special way.
@@ -55,7 +62,9 @@ int columnOf(const CTableSpec& spec, const char* id);
 
 /// A cell as the table shows it: "1,234.50".
 QString cellText(ECell cell, const QVariant& value);
-/// A cell for other programs: "1234.50".
+/// A cell for other programs: "1234.50". A time has its day.
 QString plainCellText(ECell cell, const QVariant& value);
+/// The sign of a number as the table shows it: a number that is shown as 0.00 has none.
+int signOf(ECell cell, const QVariant& value);
 
 } // namespace desk

@@ -106,7 +106,15 @@ void CWindowFeed::addMessage(CFeedMessage::EKind kind, bool isWarning, const QSt
     const std::lock_guard lock(m_mutex);
     if (m_bEnded) return;
     m_messages.push_back({++m_nLastMessage, time, kind, isWarning, text});
-    if (m_messages.size() > kMaxWaiting) m_messages.pop_front();
+    if (m_messages.size() > kMaxWaiting) dropMessage();
+}
+
+/// Drops the oldest note, or the oldest warning if there are only warnings.
+void CWindowFeed::dropMessage() {
+    const auto isNote = [](const CFeedMessage& message) { return !message.m_bWarning; };
+    const auto note = std::find_if(m_messages.begin(), m_messages.end(), isNote);
+    m_messages.erase(note == m_messages.end() ? m_messages.begin() : note);
+    ++m_nDropped;
 }
 
 void CWindowFeed::addJournalLines(const std::string& lines) {
@@ -118,7 +126,7 @@ void CWindowFeed::addJournalLines(const std::string& lines) {
         if (isCommand(m_journal.back())) m_commands.push_back(m_journal.back());
         begin = end + 1;
     }
-    while (m_journal.size() > kMaxWaiting)
+    for (; m_journal.size() > kMaxWaiting; ++m_nDropped)
         m_journal.pop_front();
 }
 
@@ -163,6 +171,7 @@ std::vector<std::string> CWindowFeed::takeBatch(CFeedBatch& batch) {
     batch.m_messages = takeSome(m_messages);
     batch.m_journal = takeSome(m_journal);
     batch.m_books = std::exchange(m_books, nullptr);
+    batch.m_nDropped = std::exchange(m_nDropped, 0);
     batch.m_nNewOrders = std::exchange(m_nNewOrders, 0);
     batch.m_nWaitingTrades = m_orders.size() + m_fills.size() + m_tasks.size() + m_commands.size();
     batch.m_nWaiting = batch.m_nWaitingTrades + m_messages.size() + m_journal.size();

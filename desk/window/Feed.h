@@ -35,6 +35,7 @@ struct CFeedBatch {
     std::vector<std::string> m_journal;    ///< lines without their newlines
     std::shared_ptr<const CBooks> m_books; ///< the latest; null if there is none
     std::int64_t m_nNewOrders = 0;         ///< number of orders that appeared since the last batch
+    std::size_t m_nDropped = 0;            ///< messages and journal lines that were dropped before it
     std::size_t m_nWaiting = 0;            ///< entries that wait for the next batches
     std::size_t m_nWaitingTrades = 0;      ///< those of them that are orders, fills or tasks
 };
@@ -42,8 +43,9 @@ struct CFeedBatch {
 /// Collects what happens on all threads for the window's thread. Writers copy under the feed's own lock and
 /// never wait for the window. Any thread.
 ///
-/// If the window cannot follow, the oldest messages and journal lines are dropped; the journal's file has
-/// them. Orders and fills are never dropped: an order that waits here is replaced by its later state.
+/// If the window cannot follow, the oldest messages and journal lines are dropped, notes before warnings; the
+/// journal's file has the records. Their number is in the next batch. Orders and fills are never dropped: an
+/// order that waits here is replaced by its later state.
 class CWindowFeed {
 public:
     /// The largest number of entries of one kind in a batch. It bounds the time that the window's thread
@@ -69,6 +71,7 @@ public:
 private:
     void keepOrder(const CPaperOrder& order);
     std::vector<std::string> takeBatch(CFeedBatch& batch);
+    void dropMessage();
 
     std::mutex m_mutex;
     std::deque<CPaperOrder> m_orders;
@@ -81,6 +84,7 @@ private:
     std::deque<std::string> m_commands; ///< journal lines whose tasks are not read yet
     std::deque<CFeedMessage> m_messages;
     std::int64_t m_nLastMessage = 0;
+    std::size_t m_nDropped = 0;
     std::deque<std::string> m_journal;
     std::shared_ptr<const CBooks> m_books;
     bool m_bEnded = false;

@@ -19,6 +19,7 @@
 #include <QSettings>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace desk {
@@ -26,6 +27,16 @@ namespace {
 
 constexpr int kLayoutVersion = 1;
 constexpr int kIconSize = 64;
+constexpr std::size_t kRowsAtOnce = 250; ///< of positions and quotes; bounds the time of one turn
+
+/// The key of the quotes of an instrument. Derivatives are traded under their plain code.
+std::string quoteKeyOf(const CDeskConfig& config, const std::string& name) {
+    for (const CInstrumentEntry& instrument : config.instruments) {
+        const std::vector<std::string> names = instrument.names();
+        if (std::find(names.begin(), names.end(), name) != names.end()) return instrument.key();
+    }
+    return name;
+}
 
 QIcon stateIcon(EDeskState state) {
     QPixmap picture(kIconSize, kIconSize);
@@ -112,12 +123,17 @@ void CMainWindow::makePanels() {
     add(quoteTable(), tr("Quotes"), tr("No instrument. Write one to instruments.csv."), left);
     add(orderTable(), tr("Orders"),
         tr("No order yet. Start a strategy (F2, Enter) and hand it an order file."), right);
+    addRejectionBar();
     add(taskTable(), tr("Tasks"), tr("No task yet. Each command of an order becomes a task."), right);
     add(fillTable(), tr("Fills"), tr("No fill yet. An order is filled when the book has its price."), right);
     add(positionTable(), tr("Positions"), tr("No position. A filled buy makes one."), right);
     add(messageTable(), tr("Messages"), tr("No message yet."), right);
     add(journalTable(), tr("Journal"), tr("No record yet in this run. orderdesk journal shows earlier ones."),
         right);
+    m_plots = new CPlotPanel(this);
+    addPanel("plots", tr("Plots"), m_plots, right);
+    connect(table("accounts").selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &CMainWindow::showPlottedAccounts);
     const auto choose = [this](const char* name, int column) {
         connect(&table(name), &CTableView::sigActivated, this, [this, name, column](const QStringList& keys) {
             const CRow* row = model(name).find(keys.value(0));
@@ -128,8 +144,24 @@ void CMainWindow::makePanels() {
     choose("orders", columnOf(orderTable(), "code"));
     choose("fills", columnOf(fillTable(), "code"));
     choose("positions", columnOf(positionTable(), "code"));
-    connect(&table("strategies"), &CTableView::sigActivated, this, [this] { toggleStrategy(); });
-    connect(&table("strategies"), &CTableView::sigSpace, this, [this] { toggleStrategy(); });
+    connect(&table("strategies"), &CTableView::sigActivated, this, [this] { startStrategies(); });
+    connect(&table("strategies"), &CTableView::sigSpace, this, [this] { stopStrategies(); });
+}
+
+/// The reasons of rejections stay visible below the orders until the user has seen them.
+void CMainWindow::addRejectionBar() {
+    auto* content = new QWidget(this);
+    auto* lines = new QVBoxLayout(content);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(0);
+    m_rejections = new CRejectionBar(model("orders"), content);
+    lines->addWidget(&table("orders"), 1);
+    lines->addWidget(m_rejections);
+    m_panels["orders"]->setWidget(content);
+    connect(m_rejections, &CRejectionBar::sigSeen, this, [this] {
+        m_board.markSeen();
+        showCounts();
+    });
 }
 
 /// The default layout: it fits a screen of 1366 x 768.
@@ -143,6 +175,7 @@ void CMainWindow::placePanels() {
     tabifyDockWidget(m_panels["orders"], m_panels["tasks"]);
     tabifyDockWidget(m_panels["tasks"], m_panels["fills"]);
     tabifyDockWidget(m_panels["messages"], m_panels["journal"]);
+    tabifyDockWidget(m_panels["journal"], m_panels["plots"]);
     resizeDocks({m_panels["strategies"], m_panels["orders"]}, {520, 840}, Qt::Horizontal);
     resizeDocks({m_panels["strategies"], m_panels["accounts"], m_panels["quotes"]}, {230, 190, 190},
                 Qt::Vertical);
@@ -163,32 +196,61 @@ void CMainWindow::begin() {
 }
 
 void CMainWindow::takeFeed() {
-    if (!m_texts.m_messages.empty() || !m_texts.m_journal.empty()) return showTexts();
+    if (!m_texts.m_messages.empty() || !m_texts.m_journal.empty()) {
+        showTexts();
+        return showPartOfBooks();
+    }
     CFeedBatch batch = m_feed.take();
     m_facts.m_nBehind = static_cast<int>(batch.m_nWaitingTrades);
     showTrades(batch);
+    m_plots->data().addOrders(static_cast<double>(utils::currentDateTime().toMSecsSinceEpoch()),
+                              static_cast<int>(batch.m_nNewOrders));
     m_texts.m_messages = std::move(batch.m_messages);
+    if (batch.m_nDropped > 0) m_texts.m_messages.push_back(droppedMessage(batch.m_nDropped));
     m_texts.m_journal = std::move(batch.m_journal);
     if (batch.m_books) {
         m_books = batch.m_books;
         m_dBooksTime = utils::getTime();
+        m_bNewBooks = true;
         showBooks(*m_books);
     }
+    showPartOfBooks();
     if (!m_bEnding) showStrategies();
     showState();
     showCounts();
+}
+
+CFeedMessage CMainWindow::droppedMessage(std::size_t lines) {
+    CFeedMessage message;
+    message.m_nNumber = --m_nLastOwnMessage; // numbers of the feed are positive
+    message.m_strTime = cellText(ECell::Time, QString::fromStdString(utils::currentTimeText()));
+    message.m_eKind = CFeedMessage::EKind::Desk;
+    message.m_bWarning = true;
+    message.m_strText =
+        tr("%n line(s) were left out here, because too many came at once. The journal has the records.",
+           nullptr, static_cast<int>(lines));
+    return message;
 }
 
 /// The messages and records of the last batch. They have a turn of their own, so that the thread is not
 /// blocked for both halves of a batch at once.
 void CMainWindow::showTexts() {
     std::vector<CRow> messages;
-    for (const CFeedMessage& message : m_texts.m_messages)
+    for (const CFeedMessage& message : m_texts.m_messages) {
         messages.push_back(messageRow(message));
+        if (message.m_bWarning) ++m_nUnseenWarnings;
+    }
     model("messages").apply(messages);
     std::vector<CRow> records;
-    for (const std::string& line : m_texts.m_journal)
+    QStringList unread;
+    for (const std::string& line : m_texts.m_journal) {
         records.push_back(journalRow(line));
+        if (journalText(line, "kind") == "discarded")
+            unread.append(tr("NOT READ: %1 (%2)")
+                              .arg(QString::fromStdString(journalText(line, "source")),
+                                   QString::fromStdString(journalText(line, "cause"))));
+    }
+    if (!unread.isEmpty()) m_state->setNotice(unread.join(QLatin1Char('\n')));
     model("journal").apply(records);
     m_texts = {};
 }
@@ -218,32 +280,73 @@ void CMainWindow::showBooks(const CBooks& books) {
     }
     if (!accounts.empty()) accounts.push_back(totalRow(books.m_accounts, total));
     model("accounts").apply(accounts);
+    plotEquity(accounts);
+    showBook();
+}
+
+/// Shows the next part of the positions and quotes. All of them at once would block the window.
+void CMainWindow::showPartOfBooks() {
+    if (!m_part.m_books && std::exchange(m_bNewBooks, false)) m_part.m_books = m_books;
+    if (!m_part.m_books) return;
+    const CBooks& books = *m_part.m_books;
+    const std::vector<CInstrumentEntry>& instruments = m_control.config().instruments;
+    std::size_t rest = kRowsAtOnce;
     std::vector<CRow> positions;
-    QStringList keys;
-    for (const CValuedPosition& position : books.m_positions) {
-        positions.push_back(positionRow(position));
-        keys.append(positions.back().m_strKey);
+    for (; rest > 0 && m_part.m_nPosition < books.m_positions.size(); --rest) {
+        positions.push_back(positionRow(books.m_positions[m_part.m_nPosition++]));
+        m_part.m_positionKeys.append(positions.back().m_strKey);
     }
     model("positions").apply(positions);
-    if (model("positions").rowCount() > keys.size()) model("positions").retain(keys);
     std::vector<CRow> quotes;
-    for (const CInstrumentEntry& instrument : m_control.config().instruments) {
-        const auto quote = books.m_quotes.find(instrument.key());
-        quotes.push_back(quoteRow(instrument, quote == books.m_quotes.end() ? nullptr : &quote->second));
-    }
+    for (; rest > 0 && m_part.m_nQuote < instruments.size(); --rest)
+        quotes.push_back(makeQuoteRow(instruments[m_part.m_nQuote++], books));
     model("quotes").apply(quotes);
-    showBook();
+    if (m_part.m_nPosition < books.m_positions.size() || m_part.m_nQuote < instruments.size()) return;
+    if (model("positions").rowCount() > m_part.m_positionKeys.size())
+        model("positions").retain(m_part.m_positionKeys);
+    m_quoteTimes.setStarted();
+    m_part = {};
+}
+
+CRow CMainWindow::makeQuoteRow(const CInstrumentEntry& instrument, const CBooks& books) {
+    const std::string key = instrument.key();
+    const auto quote = books.m_quotes.find(key);
+    if (quote == books.m_quotes.end()) return quoteRow(instrument, nullptr);
+    m_quoteTimes.take(key, quote->second);
+    return quoteRow(instrument, &quote->second, m_quoteTimes.timeOf(key));
+}
+
+void CMainWindow::plotEquity(const std::vector<CRow>& accounts) {
+    const auto now = static_cast<double>(utils::currentDateTime().toMSecsSinceEpoch());
+    const int equity = columnOf(accountTable(), "equity");
+    for (const CRow& row : accounts)
+        m_plots->data().addEquity(row.m_strKey, now, row.m_cells[equity].toDouble());
+    showPlottedAccounts();
+}
+
+/// The equity of the selected accounts is plotted, or that of all together.
+void CMainWindow::showPlottedAccounts() {
+    QModelIndexList rows = table("accounts").selectionModel()->selectedRows();
+    const int last = table("accounts").filter().rowCount() - 1;
+    if (rows.isEmpty() && last >= 0) rows.append(table("accounts").filter().index(last, 0)); // the total
+    QMap<QString, QString> accounts;
+    for (const QModelIndex& row : rows)
+        accounts[row.data(CRowModel::KeyRole).toString()] = row.data(Qt::DisplayRole).toString();
+    m_plots->setAccounts(accounts);
 }
 
 void CMainWindow::showBook() {
     if (m_strInstrument.empty() || !m_books) return;
+    if (m_names.count(m_strInstrument) == 0) return; // its table is empty and says why
     const auto quote = m_books->m_quotes.find(m_strInstrument);
     model("book").apply(bookRows(quote == m_books->m_quotes.end() ? nullptr : &quote->second));
 }
 
 void CMainWindow::chooseInstrument(const QStringList& keys) {
-    m_strInstrument = keys.value(0).toStdString();
-    if (m_strInstrument.empty()) return;
+    if (keys.value(0).isEmpty()) return;
+    m_strInstrument = quoteKeyOf(m_control.config(), keys[0].toStdString());
+    if (m_names.count(m_strInstrument) == 0)
+        table("book").setEmptyText(tr("%1 is not in instruments.csv, so it has no quotes.").arg(keys[0]));
     model("book").clear(); // other values of another instrument are no changes
     const auto name = m_names.find(m_strInstrument);
     m_panels["book"]->setProperty(
@@ -290,6 +393,7 @@ void CMainWindow::showState() {
 
 /// The titles of the panels: hidden rows, and rejections that were not seen.
 void CMainWindow::showCounts() {
+    m_rejections->showOrders(m_board.unseen());
     for (const auto& [name, panel] : m_panels) {
         const auto table = m_tables.find(name);
         if (table == m_tables.end()) continue;
@@ -298,6 +402,8 @@ void CMainWindow::showCounts() {
         if (hidden > 0) title += tr(" (%n row(s) hidden)", nullptr, hidden);
         if (name == "orders" && m_board.unseenRejections() > 0)
             title += tr(" (%n REJECTED)", nullptr, m_board.unseenRejections());
+        if (name == "messages" && m_nUnseenWarnings > 0)
+            title += tr(" (%n WARNING(S))", nullptr, m_nUnseenWarnings);
         if (title != panel->windowTitle()) panel->setWindowTitle(title);
     }
 }
@@ -317,6 +423,7 @@ void CMainWindow::focusPanel(const char* name) {
     if (!view.currentIndex().isValid() && view.filter().rowCount() > 0)
         view.setCurrentIndex(view.filter().index(0, 0));
     if (std::string(name) == "orders") m_board.markSeen();
+    if (std::string(name) == "messages") m_nUnseenWarnings = 0;
     showCounts();
 }
 

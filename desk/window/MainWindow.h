@@ -2,6 +2,8 @@
 
 #include "desk/window/DeskControl.h"
 #include "desk/window/Feed.h"
+#include "desk/window/PlotPanel.h"
+#include "desk/window/RejectionBar.h"
 #include "desk/window/RowModel.h"
 #include "desk/window/StateBar.h"
 #include "desk/window/TableView.h"
@@ -82,6 +84,7 @@ private:
     CTable makeTable(const CTableSpec& spec, const QString& emptyText);
     QDockWidget* addPanel(const char* name, const QString& title, QWidget* content, Qt::DockWidgetArea area);
     void makePanels();
+    void addRejectionBar();
     void placePanels();
     QAction* addCommand(const char* name, const QString& text, const QKeySequence& keys, QMenu& menu,
                         std::function<void()> action);
@@ -97,20 +100,28 @@ private:
     void showTexts();
     void showTrades(const CFeedBatch& batch);
     void showBooks(const CBooks& books);
+    void showPartOfBooks();
+    CRow makeQuoteRow(const CInstrumentEntry& instrument, const CBooks& books);
+    CFeedMessage droppedMessage(std::size_t lines);
     void showBook();
+    void plotEquity(const std::vector<CRow>& accounts);
+    void showPlottedAccounts();
     void showStrategies();
     void showState();
     void showCounts();
 
-    void toggleStrategy();
-    void runOnStrategies(const std::function<QString(int)>& operation);
+    using CStrategyOperation = std::function<QString(const TC::COrderStrategyParam&)>;
+    bool agreesToStart(const TC::COrderStrategyParam& strategy);
+    void startStrategies();
+    void stopStrategies();
+    void runOnStrategies(const CStrategyOperation& operation);
     void addStrategy();
     void changeStrategy();
     void removeStrategies();
     void cancelSelected();
     void cancelOfAccounts();
     void cancelTasks();
-    void askAndCancel(std::vector<std::pair<std::string, int>> orders, std::size_t accounts);
+    QString cancelText(const std::vector<std::pair<std::string, int>>& orders) const;
     void discardQueue();
     void endPause();
     QString closeText() const;
@@ -126,15 +137,29 @@ private:
     QSettings& m_settings;
     CAsk m_ask;
     CTradeBoard m_board;
-    CFeedBatch m_texts; ///< only messages and records: those that are not shown yet
+    CQuoteTimes m_quoteTimes;
+    int m_nUnseenWarnings = 0;
+    std::int64_t m_nLastOwnMessage = 0; ///< numbers of the window's own messages: -1, -2 and so on
+    CFeedBatch m_texts;                 ///< only messages and records: those that are not shown yet
     CNames m_names;
     std::map<std::string, CTable> m_tables;
     std::map<std::string, QDockWidget*> m_panels;
     std::map<std::string, QAction*> m_actions;
     QMenuBar* m_menus; ///< the window owns it, like all widgets
     CStateBar* m_state;
+    CRejectionBar* m_rejections = nullptr;
+    CPlotPanel* m_plots = nullptr;
     CStateFacts m_facts;
     std::shared_ptr<const CBooks> m_books;
+    /// The books whose positions and quotes are being shown, part by part.
+    struct CPart {
+        std::shared_ptr<const CBooks> m_books; ///< null: all is shown
+        std::size_t m_nPosition = 0;
+        std::size_t m_nQuote = 0;
+        QStringList m_positionKeys;
+    };
+    CPart m_part;
+    bool m_bNewBooks = false;    ///< m_books is newer than m_part
     double m_dBooksTime = 0;     ///< when they came; seconds of base/Clock.h
     std::string m_strInstrument; ///< of the book
     std::uint64_t m_nRevision = 0;

@@ -1,4 +1,5 @@
 // The commands of the main window: menus, keys, and what they do.
+#include "desk/config/StrategyKeys.h"
 #include "desk/window/MainWindow.h"
 #include "desk/window/StrategyDialog.h"
 #include "desk/window/Theme.h"
@@ -12,15 +13,47 @@
 #include <QMenuBar>
 #include <QSettings>
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
 namespace desk {
+namespace {
+
+constexpr std::size_t kMostNamedOrders = 5; ///< a question names at most this many orders
+
+/// The reason of a refusal. The registry gives none if somebody else has changed the strategy meanwhile.
+QString reasonText(const QString& reason) {
+    return reason == QLatin1String("-1")
+               ? CMainWindow::tr("it cannot be done now; the strategy may have been changed meanwhile")
+               : reason;
+}
+
+/// An order as a question names it: account, side, code, what is left, and the price.
+QString orderText(const CRow& row) {
+    const CTableSpec& spec = orderTable();
+    const auto cell = [&](const char* column) { return row.m_cells.value(columnOf(spec, column)); };
+    const QVariant price = cell("price");
+    return CMainWindow::tr("%1: %2 %3, %4 left at %5")
+        .arg(cell("account").toString(), cell("side").toString(), cell("code").toString(),
+             cellText(ECell::Count, cell("volume").toLongLong() - cell("filled").toLongLong()),
+             price.isValid() ? cellText(ECell::Price, price) : CMainWindow::tr("the market price"));
+}
+
+QString joined(const std::set<std::string>& accounts) {
+    QStringList names;
+    for (const std::string& account : accounts)
+        names.append(QString::fromStdString(account));
+    return names.join(QStringLiteral(", "));
+}
+
+} // namespace
 
 QAction* CMainWindow::addCommand(const char* name, const QString& text, const QKeySequence& keys, QMenu& menu,
                                  std::function<void()> action) {
     QAction* command = menu.addAction(text, this, std::move(action), keys);
     command->setObjectName(QLatin1String(name));
+    command->setAutoRepeat(false); // a key that is held down is one command
     m_actions[name] = command;
     return command;
 }
@@ -45,7 +78,8 @@ void CMainWindow::makeStrategyMenu() {
         command->setShortcutContext(Qt::WidgetShortcut); // the keys work in the table only
         view.addAction(command);
     };
-    add("start", tr("&Start or stop (Enter, Space)"), {}, [this] { toggleStrategy(); });
+    add("start", tr("&Start (Enter)"), {}, [this] { startStrategies(); });
+    add("stop", tr("St&op (Space)"), {}, [this] { stopStrategies(); });
     add("add", tr("&Add..."), QKeySequence(Qt::Key_Insert), [this] { addStrategy(); });
     add("change", tr("&Change..."), QKeySequence(Qt::CTRL | Qt::Key_E), [this] { changeStrategy(); });
     menu.addSeparator();
@@ -108,37 +142,56 @@ void CMainWindow::showFilter() {
     if (header.field(column) != nullptr) header.field(column)->setFocus();
 }
 
-void CMainWindow::toggleStrategy() {
-    const TC::COrderStrategyMap all = m_control.strategies();
-    runOnStrategies([&](int id) {
-        const TC::COrderStrategyParam strategy = all.value(id);
-        if (strategy.isRunning()) return m_control.stopStrategy(id);
-        const QString text =
-            tr("An order file waits at %1. The start deletes it unread.").arg(strategy.m_strSignalSource);
-        const bool isFileWaiting = strategy.m_eStrategyType == TC::EOrderStrategyType::File &&
-                                   QFileInfo(strategy.m_strSignalSource).size() > 0;
-        if (isFileWaiting && !m_ask(tr("Start strategy %1?").arg(id), text, tr("Delete and start")))
-            return QString();
-        return m_control.startStrategy(id);
+/// Whether the user agrees to what the start does with a file that is there already.
+bool CMainWindow::agreesToStart(const TC::COrderStrategyParam& strategy) {
+    if (!strategy.comesFromFile() || QFileInfo(strategy.m_strSignalSource).size() == 0) return true;
+    const QString title = tr("Start strategy %1?").arg(strategy.m_nChannel);
+    if (strategy.m_eStrategyType == TC::EOrderStrategyType::File)
+        return m_ask(
+            title,
+            tr("An order file waits at %1. The start deletes it unread.").arg(strategy.m_strSignalSource),
+            tr("Delete and start"));
+    return m_ask(title,
+                 tr("The table %1 is there already. The start reads it and sends its orders.")
+                     .arg(strategy.m_strSignalSource),
+                 tr("Read and start"));
+}
+
+void CMainWindow::startStrategies() {
+    runOnStrategies([this](const TC::COrderStrategyParam& strategy) {
+        if (strategy.isRunning() || !agreesToStart(strategy)) return QString();
+        return m_control.startStrategy(strategy.m_nChannel);
     });
 }
 
-void CMainWindow::runOnStrategies(const std::function<QString(int)>& operation) {
+void CMainWindow::stopStrategies() {
+    runOnStrategies([this](const TC::COrderStrategyParam& strategy) {
+        return strategy.isRunning() ? m_control.stopStrategy(strategy.m_nChannel) : QString();
+    });
+}
+
+/// Calls the operation with each selected strategy as it is now, and shows the reasons of failures.
+void CMainWindow::runOnStrategies(const CStrategyOperation& operation) {
     QStringList failures;
     for (const QString& key : table("strategies").selectedKeys()) {
-        const QString failure = operation(key.toInt());
-        if (!failure.isEmpty()) failures.append(tr("Strategy %1: %2").arg(key, failure));
+        const TC::COrderStrategyMap all = m_control.strategies();
+        const auto strategy = all.find(key.toInt());
+        const QString failure = strategy == all.end() ? tr("it is not there any more") : operation(*strategy);
+        if (!failure.isEmpty()) failures.append(tr("Strategy %1: %2").arg(key, reasonText(failure)));
     }
     m_state->setNotice(failures.join(QLatin1Char('\n')));
     showStrategies();
 }
 
 void CMainWindow::addStrategy() {
-    TC::COrderStrategyParam fresh;
+    TC::COrderStrategyParam fresh = freshStrategy(m_control.config()); // with the user's default settings
     fresh.m_eStrategyType = TC::EOrderStrategyType::File;
     CStrategyDialog dialog(
-        m_control.config(), fresh, true,
-        [this](const TC::COrderStrategyParam& strategy) { return m_control.addStrategy(strategy); }, this);
+        m_control.config(), m_strFolder, fresh, true,
+        [this](const TC::COrderStrategyParam& strategy) {
+            return reasonText(m_control.addStrategy(strategy));
+        },
+        this);
     dialog.exec();
     showStrategies();
 }
@@ -151,8 +204,11 @@ void CMainWindow::changeStrategy() {
     if (strategy->isRunning())
         return m_state->setNotice(tr("Stop strategy %1 before you change it.").arg(keys[0]));
     CStrategyDialog dialog(
-        m_control.config(), *strategy, false,
-        [this](const TC::COrderStrategyParam& changed) { return m_control.changeStrategy(changed); }, this);
+        m_control.config(), m_strFolder, *strategy, false,
+        [this](const TC::COrderStrategyParam& changed) {
+            return reasonText(m_control.changeStrategy(changed));
+        },
+        this);
     dialog.exec();
     showStrategies();
 }
@@ -160,22 +216,46 @@ void CMainWindow::changeStrategy() {
 void CMainWindow::removeStrategies() {
     const QStringList keys = table("strategies").selectedKeys();
     if (keys.isEmpty()) return;
-    const QString text =
+    const TC::COrderStrategyMap all = m_control.strategies();
+    const int running = static_cast<int>(std::count_if(
+        keys.begin(), keys.end(), [&](const QString& key) { return all.value(key.toInt()).isRunning(); }));
+    QString text =
         tr("Remove %n strategy(s)? Channels: %1", nullptr, keys.size()).arg(keys.join(QStringLiteral(", ")));
-    if (m_ask(tr("Remove strategies"), text, tr("Remove")))
-        runOnStrategies([this](int id) { return m_control.removeStrategy(id); });
+    if (running > 0)
+        text += QLatin1Char('\n') + tr("%n of them run(s) and is/are stopped first.", nullptr, running);
+    if (!m_ask(tr("Remove strategies"), text, tr("Remove"))) return;
+    runOnStrategies([this](const TC::COrderStrategyParam& strategy) {
+        // The registry would leave the port of a running socket strategy open.
+        const QString failure =
+            strategy.isRunning() ? m_control.stopStrategy(strategy.m_nChannel) : QString();
+        return failure.isEmpty() ? m_control.removeStrategy(strategy.m_nChannel) : failure;
+    });
 }
 
 void CMainWindow::cancelSelected() {
     std::vector<std::pair<std::string, int>> orders;
-    std::set<std::string> accounts;
     for (const QString& key : table("orders").selectedKeys()) {
         const auto waiting = m_board.waiting().find(key.toInt());
-        if (waiting == m_board.waiting().end()) continue;
-        orders.emplace_back(waiting->second.m_strAccount, waiting->first);
-        accounts.insert(waiting->second.m_strAccount);
+        if (waiting != m_board.waiting().end())
+            orders.emplace_back(waiting->second.m_strAccount, waiting->first);
     }
-    askAndCancel(std::move(orders), accounts.size());
+    if (orders.empty()) return m_state->setNotice(tr("None of the selected rows has a waiting order."));
+    if (m_ask(tr("Cancel orders"), cancelText(orders), tr("Cancel the orders")))
+        m_control.cancelOrders(std::move(orders));
+}
+
+/// The question before orders are cancelled. Rows move while the user points at one, so it names them.
+QString CMainWindow::cancelText(const std::vector<std::pair<std::string, int>>& orders) const {
+    std::set<std::string> accounts;
+    QStringList lines;
+    for (const auto& [account, order] : orders) {
+        accounts.insert(account);
+        const CRow* row = model("orders").find(QString::number(order));
+        if (row != nullptr && orders.size() <= kMostNamedOrders) lines.append(orderText(*row));
+    }
+    lines.prepend(tr("Cancel %n waiting order(s) of %1?", nullptr, static_cast<int>(orders.size()))
+                      .arg(joined(accounts)));
+    return lines.join(QLatin1Char('\n'));
 }
 
 void CMainWindow::cancelOfAccounts() {
@@ -199,23 +279,18 @@ void CMainWindow::cancelOfAccounts() {
         m_control.cancelAccounts(std::vector<std::string>(accounts.begin(), accounts.end()));
 }
 
-void CMainWindow::askAndCancel(std::vector<std::pair<std::string, int>> orders, std::size_t accounts) {
-    if (orders.empty()) return m_state->setNotice(tr("None of the selected rows has a waiting order."));
-    const QString text = tr("Cancel %1 waiting orders of %2 accounts?").arg(orders.size()).arg(accounts);
-    if (m_ask(tr("Cancel orders"), text, tr("Cancel the orders"))) m_control.cancelOrders(std::move(orders));
-}
-
 void CMainWindow::cancelTasks() {
     const QStringList keys = table("tasks").selectedKeys();
     std::set<int> tasks;
-    std::size_t orders = 0;
+    std::vector<std::pair<std::string, int>> orders;
     for (const auto& [order, waiting] : m_board.waiting()) {
         if (!keys.contains(QString::number(waiting.m_nTask))) continue;
         tasks.insert(waiting.m_nTask);
-        ++orders;
+        orders.emplace_back(waiting.m_strAccount, order);
     }
     if (tasks.empty()) return m_state->setNotice(tr("None of the selected rows has a waiting order."));
-    const QString text = tr("Cancel %1 waiting orders of %2 tasks?").arg(orders).arg(tasks.size());
+    const QString text =
+        tr("%n task(s):", nullptr, static_cast<int>(tasks.size())) + QLatin1Char(' ') + cancelText(orders);
     if (m_ask(tr("Cancel tasks"), text, tr("Cancel the tasks")))
         m_control.cancelTasks(std::vector<int>(tasks.begin(), tasks.end()));
 }

@@ -51,13 +51,18 @@ bool CRowFilter::filterAcceptsRow(int row, const QModelIndex& parent) const {
 
 bool CRowFilter::accepts(const QModelIndex& index, const QString& filter) const {
     const QVariant value = index.data(CRowModel::SortRole);
-    const QChar sign = filter.at(0);
-    bool isNumber = false;
-    const double limit = filter.mid(1).toDouble(&isNumber);
-    if (isNumber && value.isValid() && !isText(value)) {
+    if (value.isValid() && !isText(value)) {
+        QString number = filter;
+        number.remove(QLatin1Char(','));
+        const QChar sign = number.at(0);
+        const bool hasSign = sign == QLatin1Char('>') || sign == QLatin1Char('<') || sign == QLatin1Char('=');
+        bool isNumber = false;
+        const double limit = number.mid(hasSign ? 1 : 0).toDouble(&isNumber);
+        if (hasSign && !isNumber) return true;
         if (sign == QLatin1Char('>')) return value.toDouble() > limit;
         if (sign == QLatin1Char('<')) return value.toDouble() < limit;
-        if (sign == QLatin1Char('=')) return qFuzzyCompare(1 + value.toDouble(), 1 + limit);
+        const bool isWhole = value.type() != QVariant::Double;
+        if (hasSign || (isNumber && isWhole)) return qFuzzyCompare(1 + value.toDouble(), 1 + limit);
     }
     return index.data(Qt::DisplayRole).toString().contains(filter, Qt::CaseInsensitive) ||
            index.data(CRowModel::PlainRole).toString().contains(filter, Qt::CaseInsensitive);

@@ -14,7 +14,8 @@ public:
     explicit CRowFilter(QObject* parent = nullptr);
 
     /// Shows only rows whose cell of this column contains the text, in upper or lower case. In a column of
-    /// numbers ">100", "<100" and "=100" compare. An empty text ends the filter.
+    /// numbers ">100", "<100" and "=100" compare; a sign without a number hides nothing yet. In a column of
+    /// whole numbers "1" does not find 10. Numbers may have commas: ">1,000". An empty text ends the filter.
     void setColumnFilter(int column, const QString& text);
     QString columnFilter(int column) const { return m_filters.value(column); }
     bool hasFilter() const { return !m_filters.isEmpty(); }

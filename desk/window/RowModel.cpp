@@ -3,6 +3,8 @@
 #include "orderservice/base/Clock.h"
 
 #include <QCoreApplication>
+#include <QSet>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -82,7 +84,7 @@ void CRowModel::flash(std::size_t position, int column, const QVariant& before, 
     if (flash.m_nKind != 0 && now - flash.m_dStart < kFlashGapSeconds) return;
     flash.m_dStart = now;
     flash.m_nKind = 2;
-    if (spec.m_eCell != ECell::Text && before.isValid() && after.isValid())
+    if (!isTextCell(spec.m_eCell) && before.isValid() && after.isValid())
         flash.m_nKind = after.toDouble() > before.toDouble() ? 1 : -1;
 }
 
@@ -107,9 +109,12 @@ void CRowModel::append(std::vector<CRow> rows) {
 }
 
 void CRowModel::dropOldest() {
-    const int excess = rowCount() - m_spec.m_nMaxRows;
-    if (m_spec.m_nMaxRows == 0 || excess <= 0) return;
-    const int first = m_spec.m_bNewestFirst ? m_spec.m_nMaxRows : 0;
+    int excess = m_spec.m_nMaxRows == 0 ? 0 : rowCount() - m_spec.m_nMaxRows;
+    for (int i = 0; i < excess; ++i) {
+        if (m_rows[static_cast<std::size_t>(i)].m_eMark == ERowMark::Waiting) excess = i;
+    }
+    if (excess <= 0) return;
+    const int first = m_spec.m_bNewestFirst ? rowCount() - excess : 0;
     beginRemoveRows({}, first, first + excess - 1);
     for (int i = 0; i < excess; ++i) {
         m_index.remove(m_rows.front().m_strKey);
@@ -120,9 +125,10 @@ void CRowModel::dropOldest() {
 }
 
 void CRowModel::retain(const QStringList& keys) {
+    const QSet<QString> kept(keys.begin(), keys.end());
     for (int row = rowCount() - 1; row >= 0; --row) {
         const std::size_t place = position(row);
-        if (keys.contains(m_rows[place].m_strKey)) continue;
+        if (kept.contains(m_rows[place].m_strKey)) continue;
         beginRemoveRows({}, row, row);
         m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(place));
         m_index.clear();
@@ -147,10 +153,13 @@ QVariant CRowModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
         return cellText(column.m_eCell, value);
     case Qt::ToolTipRole: // a long text may be cut off in its column
-        return column.m_eCell == ECell::Text ? value : QVariant();
+        // Texts come from files and sockets. A tool tip would read their signs as markup.
+        return isTextCell(column.m_eCell) && !value.toString().isEmpty()
+                   ? Qt::convertFromPlainText(plainCellText(column.m_eCell, value), Qt::WhiteSpaceNormal)
+                   : QVariant();
     case Qt::TextAlignmentRole:
-        return QVariant(column.m_eCell == ECell::Text ? Qt::AlignLeft | Qt::AlignVCenter
-                                                      : Qt::AlignRight | Qt::AlignVCenter);
+        return QVariant(isTextCell(column.m_eCell) ? Qt::AlignLeft | Qt::AlignVCenter
+                                                   : Qt::AlignRight | Qt::AlignVCenter);
     case PlainRole:
         return plainCellText(column.m_eCell, value);
     case SortRole:
@@ -163,7 +172,7 @@ QVariant CRowModel::data(const QModelIndex& index, int role) const {
         return m_flashes.value({m_nFirst + static_cast<qint64>(place), index.column()}).m_nKind;
     case TrendRole:
         if (!column.m_bColoured || !value.isValid()) return 0;
-        return value.toDouble() > 0 ? 1 : value.toDouble() < 0 ? -1 : 0;
+        return signOf(column.m_eCell, value);
     default:
         return {};
     }
@@ -174,8 +183,8 @@ QVariant CRowModel::headerData(int section, Qt::Orientation orientation, int rol
     const CColumn& column = m_spec.m_columns[static_cast<std::size_t>(section)];
     if (role == Qt::DisplayRole) return QCoreApplication::translate("columns", column.m_pszTitle);
     if (role == Qt::TextAlignmentRole)
-        return QVariant(column.m_eCell == ECell::Text ? Qt::AlignLeft | Qt::AlignVCenter
-                                                      : Qt::AlignRight | Qt::AlignVCenter);
+        return QVariant(isTextCell(column.m_eCell) ? Qt::AlignLeft | Qt::AlignVCenter
+                                                   : Qt::AlignRight | Qt::AlignVCenter);
     return {};
 }
 

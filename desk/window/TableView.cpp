@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QFile>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -12,6 +11,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
+#include <QSaveFile>
 #include <QScrollBar>
 #include <QSettings>
 #include <QStyledItemDelegate>
@@ -55,6 +55,16 @@ protected:
     }
 };
 
+bool isEnter(int key) {
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+/// A text that a spreadsheet shows as a text, even if it looks like a formula.
+QString withoutFormula(const QString& text) {
+    static const QString kFormula = QStringLiteral("=+-@\t\r");
+    return !text.isEmpty() && kFormula.contains(text[0]) ? QLatin1Char('\'') + text : text;
+}
+
 QString csvField(const QString& text) {
     static const QString kSpecial = QStringLiteral(",\"\r\n");
     const bool isPlain = std::none_of(text.begin(), text.end(), [](QChar c) { return kSpecial.contains(c); });
@@ -91,7 +101,9 @@ void CFilterHeader::showFilters(bool isShown) {
         if (m_fields.count(column) > 0) continue;
         auto* field = new QLineEdit(this);
         field->setPlaceholderText(tr("filter"));
-        field->setToolTip(tr("Shows only rows that contain this text. Numbers: >100, <100, =100"));
+        field->setToolTip(tr("Shows only rows that contain this text. Numbers: >100, <100, =100; a whole "
+                             "number finds only itself"));
+        field->installEventFilter(this);
         connect(field, &QLineEdit::textChanged, this,
                 [this, column](const QString& text) { m_filter.setColumnFilter(column, text); });
         m_fields[column] = field;
@@ -103,6 +115,14 @@ void CFilterHeader::showFilters(bool isShown) {
     updateGeometries();
     emit geometriesChanged();
     placeFields();
+}
+
+bool CFilterHeader::eventFilter(QObject* watched, QEvent* event) {
+    const bool isKey = event->type() == QEvent::KeyPress;
+    if (!isKey || !isEnter(static_cast<QKeyEvent*>(event)->key()))
+        return QHeaderView::eventFilter(watched, event);
+    parentWidget()->setFocus();
+    return true;
 }
 
 QLineEdit* CFilterHeader::field(int column) const {
@@ -151,7 +171,7 @@ CTableView::CTableView(CRowModel& model, QWidget* parent)
         setColumnWidth(column, model.spec().m_columns[static_cast<std::size_t>(column)].m_nWidth *
                                    fontMetrics().height() / kSpecFontHeight);
     // A number at the far right edge is hard to read, so only a text uses the room that is left.
-    m_header->setStretchLastSection(model.spec().m_columns.back().m_eCell == ECell::Text);
+    m_header->setStretchLastSection(isTextCell(model.spec().m_columns.back().m_eCell));
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this, &CTableView::showMenu);
     m_flashTimer.setInterval(kFlashTickMs);
@@ -208,7 +228,9 @@ QString CTableView::rowsText(const QList<int>& rows, QChar separator) const {
             if (!isCsv)
                 text.replace(QLatin1Char('\t'), QLatin1Char(' '))
                     .replace(QLatin1Char('\n'), QLatin1Char(' '));
-            fields.append(isCsv ? csvField(text) : text);
+            const bool isText =
+                m_model.spec().m_columns[static_cast<std::size_t>(column)].m_eCell == ECell::Text;
+            fields.append(!isCsv ? text : csvField(isText ? withoutFormula(text) : text));
         }
         lines.append(fields.join(separator));
     };
@@ -238,13 +260,12 @@ QString CTableView::csvText() const {
 }
 
 void CTableView::keyPressEvent(QKeyEvent* event) {
+    const bool isEnterKey = isEnter(event->key());
     if (event->matches(QKeySequence::Copy)) {
         QApplication::clipboard()->setText(copyText());
-    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
-               !selectedKeys().isEmpty()) {
-        emit sigActivated(selectedKeys());
-    } else if (event->key() == Qt::Key_Space && !selectedKeys().isEmpty()) {
-        emit sigSpace(selectedKeys());
+    } else if ((isEnterKey || event->key() == Qt::Key_Space) && !selectedKeys().isEmpty()) {
+        if (event->isAutoRepeat()) return; // a held key must not start a strategy again and again
+        isEnterKey ? emit sigActivated(selectedKeys()) : emit sigSpace(selectedKeys());
     } else if (event->key() == Qt::Key_Escape && m_filter->hasFilter()) {
         m_header->showFilters(false);
     } else {
@@ -254,7 +275,8 @@ void CTableView::keyPressEvent(QKeyEvent* event) {
 
 void CTableView::mouseDoubleClickEvent(QMouseEvent* event) {
     QTableView::mouseDoubleClickEvent(event);
-    if (indexAt(event->pos()).isValid()) emit sigActivated(selectedKeys());
+    const bool isLeft = event->button() == Qt::LeftButton;
+    if (isLeft && indexAt(event->pos()).isValid()) emit sigActivated(selectedKeys());
 }
 
 void CTableView::paintEvent(QPaintEvent* event) {
@@ -287,11 +309,17 @@ void CTableView::exportCsv() {
         this, tr("Export as CSV"), QLatin1String(m_model.spec().m_pszName) + QStringLiteral(".csv"),
         tr("CSV files (*.csv)"));
     if (path.isEmpty()) return;
-    QFile file(path);
+    const QString failure = writeCsv(path);
+    if (!failure.isEmpty())
+        QMessageBox::warning(this, tr("Export as CSV"), tr("The file cannot be written: %1").arg(failure));
+}
+
+QString CTableView::writeCsv(const QString& path) const {
+    QSaveFile file(path);
     const QByteArray text = "\xEF\xBB\xBF" + csvText().toUtf8(); // spreadsheets need the mark to read Chinese
-    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush()) return;
-    QMessageBox::warning(this, tr("Export as CSV"),
-                         tr("The file cannot be written: %1").arg(file.errorString()));
+    const bool isWritten =
+        file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+    return isWritten ? QString() : file.errorString();
 }
 
 void CTableView::saveLayout(QSettings& settings) const {

@@ -27,6 +27,8 @@ public:
     /// The field of a column; null if the column does not exist.
     QLineEdit* field(int column) const;
     QSize sizeHint() const override;
+    /// Enter in a field goes to the table and does nothing else.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
     void updateGeometries() override;
@@ -53,21 +55,25 @@ public:
     CRowFilter& filter() const { return *m_filter; }
     CFilterHeader& filterHeader() const { return *m_header; }
     void setEmptyText(const QString& text);
+    const QString& emptyText() const { return m_strEmpty; }
 
     /// The keys of the selected rows, in the order of the view. If no row is selected, the current one.
     QStringList selectedKeys() const;
     /// The selected rows, or all shown rows if none is selected, with a line of titles.
     QString copyText() const;
-    /// All shown rows, as CSV with a line of titles. Ends with a newline.
+    /// All shown rows, as CSV with a line of titles. Ends with a newline. A text that a spreadsheet would
+    /// read as a formula begins with an apostrophe.
     QString csvText() const;
+    /// Writes csvText to the file, whole or not at all. Returns the reason of a failure, or an empty text.
+    QString writeCsv(const QString& path) const;
     void saveLayout(QSettings& settings) const;
     void restoreLayout(QSettings& settings);
 
     void rowsInserted(const QModelIndex& parent, int start, int end) override;
 
 signals:
-    void sigActivated(const QStringList& keys); ///< Enter or a double click
-    void sigSpace(const QStringList& keys);
+    void sigActivated(const QStringList& keys); ///< Enter or a double click; a held key gives one signal
+    void sigSpace(const QStringList& keys);     ///< a held key gives one signal
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

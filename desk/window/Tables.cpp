@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <set>
 
 namespace desk {
 namespace {
@@ -26,13 +27,6 @@ QString text(const std::string& utf8) {
 
 QVariant money(CMoney amount) {
     return fromMoney(amount);
-}
-
-/// The time of a record without its date.
-QString timeOfDay(const std::string& time) {
-    const QString whole = text(time);
-    const int begin = whole.indexOf(QLatin1Char('T')) + 1;
-    return whole.mid(begin, 12);
 }
 
 QString nameOf(const CNames& names, const std::string& stock) {
@@ -106,6 +100,40 @@ QVariant channelOf(const QString& message) {
     return end > place ? QVariant(message.mid(place, end - place).toInt()) : QVariant();
 }
 
+/// The number of a key of a journal line, or nothing.
+QVariant journalNumber(const std::string& line, const char* key) {
+    const std::string name = '"' + std::string(key) + "\":";
+    const std::size_t found = line.find(name);
+    if (found == std::string::npos) return {};
+    const char* begin = line.c_str() + found + name.size();
+    char* end = nullptr;
+    const long long number = std::strtoll(begin, &end, 10);
+    return end == begin ? QVariant() : QVariant(number);
+}
+
+/// The channel of a record: its key, or what its message names.
+QVariant journalChannel(const std::string& line, const std::string& kind) {
+    const QVariant channel = journalNumber(line, "channel");
+    const bool isMessage = kind == "message" || kind == "trade_error";
+    return channel.isValid() || !isMessage ? channel : channelOf(text(journalText(line, "text")));
+}
+
+/// Whether a record tells of something that was not done as the user wanted.
+bool isJournalWarning(const std::string& line, const std::string& kind) {
+    static const std::set<std::string> kWarnings = {"continued", "discarded", "incident",
+                                                    "resumed",   "unplaced",  "trade_error"};
+    static const std::vector<const char*> kSigns = {R"("rejected":true)", R"("cut_short":true)",
+                                                    R"("left_over":true)", R"("left_waiting":true)",
+                                                    R"("not_saved":true)"};
+    const auto has = [&](const char* sign) { return line.find(sign) != std::string::npos; };
+    if (kWarnings.count(kind) > 0) return true;
+    if (kind == "message")
+        return journalNumber(line, "level").toInt() == static_cast<int>(TC::MsgLevel::Warning);
+    if (kind == "order") return has(R"("status":"rejected")");
+    const bool hasSigns = kind == "intake" || kind == "strategy";
+    return hasSigns && std::any_of(kSigns.begin(), kSigns.end(), has);
+}
+
 } // namespace
 
 const CTableSpec& strategyTable() {
@@ -123,7 +151,7 @@ const CTableSpec& strategyTable() {
 
 const CTableSpec& orderTable() {
     static const CTableSpec kSpec{"orders",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+                                  {{"time", QT_TRANSLATE_NOOP("columns", "Changed"), ECell::Time, 96},
                                    {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 42},
                                    {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 38},
                                    {"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 54},
@@ -144,11 +172,11 @@ const CTableSpec& orderTable() {
 const CTableSpec& taskTable() {
     static const CTableSpec kSpec{
         "tasks",
-        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Time, 96},
          {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 46},
          {"orders", QT_TRANSLATE_NOOP("columns", "Orders"), ECell::Count, 54},
          {"waiting", QT_TRANSLATE_NOOP("columns", "Waiting"), ECell::Count, 54, true},
-         {"filled", QT_TRANSLATE_NOOP("columns", "Filled"), ECell::Count, 50, true},
+         {"filled", QT_TRANSLATE_NOOP("columns", "All filled"), ECell::Count, 58, true},
          {"cancelled", QT_TRANSLATE_NOOP("columns", "Cancelled"), ECell::Count, 62, true},
          {"rejected", QT_TRANSLATE_NOOP("columns", "Rejected"), ECell::Count, 58, true},
          {"remark", QT_TRANSLATE_NOOP("columns", "Remark"), ECell::Text, 200}},
@@ -160,7 +188,7 @@ const CTableSpec& taskTable() {
 const CTableSpec& fillTable() {
     static const CTableSpec kSpec{
         "fills",
-        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+        {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Time, 96},
          {"fill", QT_TRANSLATE_NOOP("columns", "Fill"), ECell::Count, 46},
          {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 46},
          {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 42},
@@ -179,7 +207,7 @@ const CTableSpec& fillTable() {
 const CTableSpec& accountTable() {
     static const CTableSpec kSpec{
         "accounts",
-        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 48},
+        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 56},
          {"available", QT_TRANSLATE_NOOP("columns", "Available"), ECell::Money, 100, true},
          {"frozen", QT_TRANSLATE_NOOP("columns", "Frozen"), ECell::Money, 86, true},
          {"equity", QT_TRANSLATE_NOOP("columns", "Equity (CNY)"), ECell::Money, 102, true},
@@ -213,7 +241,8 @@ const CTableSpec& quoteTable() {
          {"last", QT_TRANSLATE_NOOP("columns", "Last"), ECell::Price, 64, true},
          {"change", QT_TRANSLATE_NOOP("columns", "Change %"), ECell::Percent, 66, true, true},
          {"bid", QT_TRANSLATE_NOOP("columns", "Bid"), ECell::Price, 64, true},
-         {"ask", QT_TRANSLATE_NOOP("columns", "Ask"), ECell::Price, 64, true}}};
+         {"ask", QT_TRANSLATE_NOOP("columns", "Ask"), ECell::Price, 64, true},
+         {"time", QT_TRANSLATE_NOOP("columns", "Last change"), ECell::Time, 80}}};
     return kSpec;
 }
 
@@ -228,7 +257,7 @@ const CTableSpec& bookTable() {
 
 const CTableSpec& messageTable() {
     static const CTableSpec kSpec{"messages",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Time, 96},
                                    {"channel", QT_TRANSLATE_NOOP("columns", "Ch."), ECell::Count, 32},
                                    {"kind", QT_TRANSLATE_NOOP("columns", "Kind"), ECell::Text, 90},
                                    {"level", QT_TRANSLATE_NOOP("columns", "Severity"), ECell::Text, 62},
@@ -240,9 +269,11 @@ const CTableSpec& messageTable() {
 
 const CTableSpec& journalTable() {
     static const CTableSpec kSpec{"journal",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Text, 96},
+                                  {{"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Time, 96},
                                    {"seq", QT_TRANSLATE_NOOP("columns", "No."), ECell::Count, 56},
+                                   {"channel", QT_TRANSLATE_NOOP("columns", "Ch."), ECell::Count, 32},
                                    {"kind", QT_TRANSLATE_NOOP("columns", "Kind"), ECell::Text, 90},
+                                   {"level", QT_TRANSLATE_NOOP("columns", "Severity"), ECell::Text, 62},
                                    {"text", QT_TRANSLATE_NOOP("columns", "Record"), ECell::Text, 300}},
                                   true,
                                   kMaxMessages};
@@ -285,7 +316,7 @@ CRow strategyRow(const TC::COrderStrategyParam& strategy) {
 
 CRow orderRow(const CPaperOrder& order, const CNames& names) {
     return {QString::number(order.m_nId),
-            {timeOfDay(order.m_strTime), order.m_nId, order.m_nTask, text(order.m_strAccount),
+            {text(order.m_strTime), order.m_nId, order.m_nTask, text(order.m_strAccount),
              text(order.m_strStock), nameOf(names, order.m_strStock), sideText(order.m_eOperation),
              order.m_nVolume, order.m_nFilled, priceOf(order), filledPrice(order), stateText(order.m_eStatus),
              text(order.m_strReason)},
@@ -297,7 +328,7 @@ CRow taskRow(const CTaskState& state) {
                           : state.m_nRejected > 0 ? ERowMark::Warning
                                                   : ERowMark::None;
     return {QString::number(state.m_task.m_nId),
-            {timeOfDay(state.m_task.m_strTime), state.m_task.m_nId, state.m_nOrders, state.m_nWaiting,
+            {text(state.m_task.m_strTime), state.m_task.m_nId, state.m_nOrders, state.m_nWaiting,
              state.m_nFilled, state.m_nCancelled, state.m_nRejected, text(state.m_task.m_strRemark)},
             mark};
 }
@@ -306,7 +337,7 @@ CRow fillRow(const CBrokerEvent& event, const CNames& names) {
     const CPaperOrder& order = event.m_order;
     const double price = fromMoney(event.m_fill.m_nPrice);
     return {QString::number(event.m_fill.m_nId),
-            {timeOfDay(event.m_fill.m_strTime), event.m_fill.m_nId, order.m_nId, order.m_nTask,
+            {text(event.m_fill.m_strTime), event.m_fill.m_nId, order.m_nId, order.m_nTask,
              text(order.m_strAccount), text(order.m_strStock), nameOf(names, order.m_strStock),
              sideText(order.m_eOperation), event.m_fill.m_nVolume, price,
              price * event.m_fill.m_nVolume * order.m_nMultiplier},
@@ -333,7 +364,7 @@ CRow totalRow(const std::vector<CValuedAccount>& accounts, double sinceStart) {
         profit += account.m_dProfit;
     }
     return {QStringLiteral("\ntotal"), // no account has this key
-            {word("Total"), money(available), money(frozen), equity, profit, sinceStart},
+            {word("All"), money(available), money(frozen), equity, profit, sinceStart},
             ERowMark::Total};
 }
 
@@ -351,15 +382,16 @@ CRow positionRow(const CValuedPosition& valued) {
             ERowMark::None};
 }
 
-CRow quoteRow(const CInstrumentEntry& instrument, const CQuoteEntry* quote) {
+CRow quoteRow(const CInstrumentEntry& instrument, const CQuoteEntry* quote, const QString& time) {
     CRow row{text(instrument.key()),
-             {text(instrument.key()), text(instrument.name), {}, {}, {}, {}},
+             {text(instrument.key()), text(instrument.name), {}, {}, {}, {}, {}},
              ERowMark::None};
     if (quote == nullptr) return row;
     row.m_cells[2] = priceCell(quote->last);
     row.m_cells[3] = changeOf(*quote);
     row.m_cells[4] = priceCell(quote->buy[0].price);
     row.m_cells[5] = priceCell(quote->sell[0].price);
+    if (!time.isEmpty()) row.m_cells[6] = time;
     return row;
 }
 
@@ -382,14 +414,16 @@ CRow messageRow(const CFeedMessage& message) {
 }
 
 CRow journalRow(const std::string& line) {
-    const std::size_t label = line.find("\"seq\":");
-    const long long seq = label == std::string::npos ? 0 : std::atoll(line.c_str() + label + 6);
-    const std::size_t fields = line.find(',', label);
+    const long long seq = journalNumber(line, "seq").toLongLong();
+    const std::size_t fields = line.find(',', line.find("\"seq\":"));
+    const std::string kind = journalText(line, "kind");
+    const bool isWarning = isJournalWarning(line, kind);
     return {
         QString::number(seq),
-        {timeOfDay(journalText(line, "time")), seq, text(journalText(line, "kind")),
+        {text(journalText(line, "time")), seq, journalChannel(line, kind), text(kind),
+         isWarning ? word("warning") : word("note"),
          fields == std::string::npos ? QString() : text(line.substr(fields + 1, line.size() - fields - 2))},
-        ERowMark::None};
+        isWarning ? ERowMark::Warning : ERowMark::None};
 }
 
 } // namespace desk

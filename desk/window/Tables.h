@@ -41,9 +41,11 @@ CRow taskRow(const CTaskState& state);
 CRow fillRow(const CBrokerEvent& event, const CNames& names);
 /// `sinceStart`: the change of the equity since the window was opened.
 CRow accountRow(const CValuedAccount& account, double sinceStart);
+/// Of all accounts, also of those that a filter hides.
 CRow totalRow(const std::vector<CValuedAccount>& accounts, double sinceStart);
 CRow positionRow(const CValuedPosition& position);
-CRow quoteRow(const CInstrumentEntry& instrument, const CQuoteEntry* quote);
+/// `quote` may be null. `time`: when the quote changed last in this run; empty if it did not.
+CRow quoteRow(const CInstrumentEntry& instrument, const CQuoteEntry* quote, const QString& time = {});
 /// Twenty rows: the asks from the tenth to the best, then the bids from the best to the tenth. `quote` may be
 /// null.
 std::vector<CRow> bookRows(const CQuoteEntry* quote);

@@ -1,6 +1,21 @@
 #include "desk/window/TradeBoard.h"
 
+#include "orderservice/base/Clock.h"
+
+#include <algorithm>
+
 namespace desk {
+namespace {
+
+bool isSame(const CQuoteEntry& a, const CQuoteEntry& b) {
+    const auto isSameLevel = [](const CQuoteLevel& one, const CQuoteLevel& other) {
+        return one.price == other.price && one.volume == other.volume;
+    };
+    return a.last == b.last && std::equal(a.buy.begin(), a.buy.end(), b.buy.begin(), isSameLevel) &&
+           std::equal(a.sell.begin(), a.sell.end(), b.sell.begin(), isSameLevel);
+}
+
+} // namespace
 
 void CTradeBoard::count(CTaskState& task, EOrderStatus status, int change) {
     task.m_nOrders += change;
@@ -35,7 +50,7 @@ std::vector<CTaskState> CTradeBoard::take(const CFeedBatch& batch) {
         if (known != m_states.end()) count(task, known->second, -1);
         const bool isNewRejection = order.m_eStatus == EOrderStatus::Rejected &&
                                     (known == m_states.end() || known->second != EOrderStatus::Rejected);
-        if (isNewRejection && m_bStarted) ++m_nUnseen;
+        if (isNewRejection && m_bStarted) m_unseen.push_back(order.m_nId);
         count(task, order.m_eStatus, 1);
         m_states[order.m_nId] = order.m_eStatus;
         if (order.isOpen())
@@ -55,6 +70,20 @@ int CTradeBoard::waitingAccounts() const {
     for (const auto& [order, waiting] : m_waiting)
         accounts.insert(waiting.m_strAccount);
     return static_cast<int>(accounts.size());
+}
+
+void CQuoteTimes::take(const std::string& stockKey, const CQuoteEntry& quote) {
+    const auto known = m_quotes.find(stockKey);
+    const bool isNew = known == m_quotes.end();
+    if (!isNew && isSame(known->second.m_quote, quote)) return;
+    CKnown& entry = isNew ? m_quotes[stockKey] : known->second;
+    entry.m_quote = quote;
+    if (!isNew || m_bStarted) entry.m_strTime = QString::fromStdString(utils::currentTimeText());
+}
+
+QString CQuoteTimes::timeOf(const std::string& stockKey) const {
+    const auto found = m_quotes.find(stockKey);
+    return found == m_quotes.end() ? QString() : found->second.m_strTime;
 }
 
 } // namespace desk

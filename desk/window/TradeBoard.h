@@ -28,8 +28,10 @@ public:
     /// The number of accounts that have waiting orders.
     int waitingAccounts() const;
 
-    int unseenRejections() const { return m_nUnseen; }
-    void markSeen() { m_nUnseen = 0; }
+    /// The rejected orders that the user has not seen, oldest first.
+    const std::vector<int>& unseen() const { return m_unseen; }
+    int unseenRejections() const { return static_cast<int>(m_unseen.size()); }
+    void markSeen() { m_unseen.clear(); }
     /// The rejections of earlier runs are not news.
     void setStarted() { m_bStarted = true; }
 
@@ -39,7 +41,25 @@ private:
     std::unordered_map<int, EOrderStatus> m_states; ///< of all orders
     std::unordered_map<int, CTaskState> m_tasks;
     std::map<int, CWaiting> m_waiting;
-    int m_nUnseen = 0;
+    std::vector<int> m_unseen;
+    bool m_bStarted = false;
+};
+
+/// Remembers when each quote changed last while the window was open. Main thread only.
+class CQuoteTimes {
+public:
+    void take(const std::string& stockKey, const CQuoteEntry& quote);
+    /// From now on, a quote that was not known is a change.
+    void setStarted() { m_bStarted = true; }
+    /// ISO 8601; empty if the quote has not changed.
+    QString timeOf(const std::string& stockKey) const;
+
+private:
+    struct CKnown {
+        CQuoteEntry m_quote;
+        QString m_strTime;
+    };
+    std::unordered_map<std::string, CKnown> m_quotes;
     bool m_bStarted = false;
 };
 

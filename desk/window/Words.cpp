@@ -7,8 +7,8 @@ namespace desk {
 
 const std::vector<const char*>& translatedWords() {
     static const std::vector<const char*> kWords = {
+        QT_TRANSLATE_NOOP("words", "All"),
         QT_TRANSLATE_NOOP("words", "REJECTED"),
-        QT_TRANSLATE_NOOP("words", "Total"),
         QT_TRANSLATE_NOOP("words", "ask "),
         QT_TRANSLATE_NOOP("words", "basket"),
         QT_TRANSLATE_NOOP("words", "bid "),

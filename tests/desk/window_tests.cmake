@@ -1,4 +1,7 @@
 # Tests of the desk's window, without a screen.
+if(NOT TARGET desk_window)
+    return()
+endif()
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 file(GLOB desk_window_test_sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_LIST_DIR}/window/*Test.cpp")
 add_executable(desk_window_tests ${desk_window_test_sources} "${CMAKE_CURRENT_LIST_DIR}/window/WindowMain.cpp")

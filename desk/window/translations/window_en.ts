@@ -187,6 +187,18 @@
             <source>Severity</source>
             <translation>Severity</translation>
         </message>
+        <message>
+            <source>Changed</source>
+            <translation>Changed</translation>
+        </message>
+        <message>
+            <source>All filled</source>
+            <translation>All filled</translation>
+        </message>
+        <message>
+            <source>Last change</source>
+            <translation>Last change</translation>
+        </message>
     </context>
     <context>
         <name>desk::CFilterHeader</name>
@@ -195,8 +207,8 @@
             <translation>filter</translation>
         </message>
         <message>
-            <source>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100</source>
-            <translation>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100</translation>
+            <source>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100; a whole number finds only itself</source>
+            <translation>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100; a whole number finds only itself</translation>
         </message>
     </context>
     <context>
@@ -332,10 +344,6 @@
             <translation>&amp;Strategies</translation>
         </message>
         <message>
-            <source>&amp;Start or stop (Enter, Space)</source>
-            <translation>&amp;Start or stop (Enter, Space)</translation>
-        </message>
-        <message>
             <source>&amp;Add...</source>
             <translation>&amp;Add...</translation>
         </message>
@@ -419,20 +427,12 @@
             <translation>None of the selected rows has a waiting order.</translation>
         </message>
         <message>
-            <source>Cancel %1 waiting orders of %2 accounts?</source>
-            <translation>Cancel %1 waiting orders of %2 accounts?</translation>
-        </message>
-        <message>
             <source>Cancel orders</source>
             <translation>Cancel orders</translation>
         </message>
         <message>
             <source>Cancel the orders</source>
             <translation>Cancel the orders</translation>
-        </message>
-        <message>
-            <source>Cancel %1 waiting orders of %2 tasks?</source>
-            <translation>Cancel %1 waiting orders of %2 tasks?</translation>
         </message>
         <message>
             <source>Cancel tasks</source>
@@ -477,6 +477,122 @@
         <message>
             <source>Delete and start</source>
             <translation>Delete and start</translation>
+        </message>
+        <message>
+            <source>it cannot be done now; the strategy may have been changed meanwhile</source>
+            <translation>it cannot be done now; the strategy may have been changed meanwhile</translation>
+        </message>
+        <message>
+            <source>%1: %2 %3, %4 left at %5</source>
+            <translation>%1: %2 %3, %4 left at %5</translation>
+        </message>
+        <message>
+            <source>the market price</source>
+            <translation>the market price</translation>
+        </message>
+        <message>
+            <source>&amp;Start (Enter)</source>
+            <translation>&amp;Start (Enter)</translation>
+        </message>
+        <message>
+            <source>St&amp;op (Space)</source>
+            <translation>St&amp;op (Space)</translation>
+        </message>
+        <message>
+            <source>The table %1 is there already. The start reads it and sends its orders.</source>
+            <translation>The table %1 is there already. The start reads it and sends its orders.</translation>
+        </message>
+        <message>
+            <source>Read and start</source>
+            <translation>Read and start</translation>
+        </message>
+        <message>
+            <source>it is not there any more</source>
+            <translation>it is not there any more</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n of them run(s) and is/are stopped first.</source>
+            <translation>
+                <numerusform>%n of them runs and is stopped first.</numerusform>
+                <numerusform>%n of them run and are stopped first.</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>Cancel %n waiting order(s) of %1?</source>
+            <translation>
+                <numerusform>Cancel %n waiting order of %1?</numerusform>
+                <numerusform>Cancel %n waiting orders of %1?</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n task(s):</source>
+            <translation>
+                <numerusform>%n task:</numerusform>
+                <numerusform>%n tasks:</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n line(s) were left out here, because too many came at once. The journal has the records.</source>
+            <translation>
+                <numerusform>%n line was left out here, because too many came at once. The journal has the records.</numerusform>
+                <numerusform>%n lines were left out here, because too many came at once. The journal has the records.</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>%1 is not in instruments.csv, so it has no quotes.</source>
+            <translation>%1 is not in instruments.csv, so it has no quotes.</translation>
+        </message>
+        <message numerus="yes">
+            <source> (%n WARNING(S))</source>
+            <translation>
+                <numerusform> (%n WARNING)</numerusform>
+                <numerusform> (%n WARNINGS)</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Plots</source>
+            <translation>Plots</translation>
+        </message>
+        <message>
+            <source>NOT READ: %1 (%2)</source>
+            <translation>NOT READ: %1 (%2)</translation>
+        </message>
+    </context>
+    <context>
+        <name>desk::CPlotPanel</name>
+        <message>
+            <source>Equity (CNY)</source>
+            <translation>Equity (CNY)</translation>
+        </message>
+        <message>
+            <source>Orders a minute</source>
+            <translation>Orders a minute</translation>
+        </message>
+        <message>
+            <source>File or socket to command (ms)</source>
+            <translation>File or socket to command (ms)</translation>
+        </message>
+        <message>
+            <source>No data yet. The plots begin with the first accounts and orders.</source>
+            <translation>No data yet. The plots begin with the first accounts and orders.</translation>
+        </message>
+    </context>
+    <context>
+        <name>desk::CRejectionBar</name>
+        <message>
+            <source>Seen (F3)</source>
+            <translation>Seen (F3)</translation>
+        </message>
+        <message numerus="yes">
+            <source>and %n more</source>
+            <translation>
+                <numerusform>and %n more</numerusform>
+                <numerusform>and %n more</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>REJECTED</source>
+            <translation>REJECTED</translation>
         </message>
     </context>
     <context>
@@ -620,8 +736,36 @@
             <translation>A&amp;mount (CNY)</translation>
         </message>
         <message>
-            <source>absolute path of the file</source>
-            <translation>absolute path of the file</translation>
+            <source>not set</source>
+            <translation>not set</translation>
+        </message>
+        <message>
+            <source>OK</source>
+            <translation>OK</translation>
+        </message>
+        <message>
+            <source>Cancel</source>
+            <translation>Cancel</translation>
+        </message>
+        <message>
+            <source>%1 (group)</source>
+            <translation>%1 (group)</translation>
+        </message>
+        <message>
+            <source>%1 (account)</source>
+            <translation>%1 (account)</translation>
+        </message>
+        <message>
+            <source>(choose)</source>
+            <translation>(choose)</translation>
+        </message>
+        <message>
+            <source>path of the file, from the folder of the desk</source>
+            <translation>path of the file, from the folder of the desk</translation>
+        </message>
+        <message>
+            <source>Choose the group or the account that trades.</source>
+            <translation>Choose the group or the account that trades.</translation>
         </message>
     </context>
     <context>
@@ -667,10 +811,6 @@
         <message>
             <source>REJECTED</source>
             <translation>REJECTED</translation>
-        </message>
-        <message>
-            <source>Total</source>
-            <translation>Total</translation>
         </message>
         <message>
             <source>ask </source>
@@ -1063,6 +1203,10 @@
         <message>
             <source>warning</source>
             <translation>warning</translation>
+        </message>
+        <message>
+            <source>All</source>
+            <translation>All</translation>
         </message>
     </context>
 </TS>

@@ -37,7 +37,7 @@
         </message>
         <message>
             <source>Order</source>
-            <translation>委托</translation>
+            <translation>委托号</translation>
         </message>
         <message>
             <source>Task</source>
@@ -61,7 +61,7 @@
         </message>
         <message>
             <source>Filled</source>
-            <translation>成交</translation>
+            <translation>成交量</translation>
         </message>
         <message>
             <source>Price</source>
@@ -77,7 +77,7 @@
         </message>
         <message>
             <source>Orders</source>
-            <translation>委托</translation>
+            <translation>委托数</translation>
         </message>
         <message>
             <source>Waiting</source>
@@ -97,7 +97,7 @@
         </message>
         <message>
             <source>Fill</source>
-            <translation>成交</translation>
+            <translation>成交号</translation>
         </message>
         <message>
             <source>Amount (CNY)</source>
@@ -121,7 +121,7 @@
         </message>
         <message>
             <source>Since start</source>
-            <translation>启动后</translation>
+            <translation>启动以来</translation>
         </message>
         <message>
             <source>Held</source>
@@ -187,6 +187,18 @@
             <source>Severity</source>
             <translation>级别</translation>
         </message>
+        <message>
+            <source>Changed</source>
+            <translation>变动时间</translation>
+        </message>
+        <message>
+            <source>All filled</source>
+            <translation>已成交数</translation>
+        </message>
+        <message>
+            <source>Last change</source>
+            <translation>最近变动</translation>
+        </message>
     </context>
     <context>
         <name>desk::CFilterHeader</name>
@@ -195,8 +207,8 @@
             <translation>筛选</translation>
         </message>
         <message>
-            <source>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100</source>
-            <translation>只显示含有此文字的行。数字: &gt;100, &lt;100, =100</translation>
+            <source>Shows only rows that contain this text. Numbers: &gt;100, &lt;100, =100; a whole number finds only itself</source>
+            <translation>只显示含有此文字的行。数字: &gt;100, &lt;100, =100; 整数只匹配相等的值</translation>
         </message>
     </context>
     <context>
@@ -330,10 +342,6 @@
             <translation>策略(&amp;S)</translation>
         </message>
         <message>
-            <source>&amp;Start or stop (Enter, Space)</source>
-            <translation>启动或停止 (回车, 空格)(&amp;S)</translation>
-        </message>
-        <message>
             <source>&amp;Add...</source>
             <translation>添加(&amp;A)...</translation>
         </message>
@@ -416,20 +424,12 @@
             <translation>所选的行没有等待成交的委托。</translation>
         </message>
         <message>
-            <source>Cancel %1 waiting orders of %2 accounts?</source>
-            <translation>撤销%2个账号的%1笔等待成交的委托?</translation>
-        </message>
-        <message>
             <source>Cancel orders</source>
             <translation>撤单</translation>
         </message>
         <message>
             <source>Cancel the orders</source>
             <translation>撤销委托</translation>
-        </message>
-        <message>
-            <source>Cancel %1 waiting orders of %2 tasks?</source>
-            <translation>撤销%2个任务的%1笔等待成交的委托?</translation>
         </message>
         <message>
             <source>Cancel tasks</source>
@@ -475,6 +475,116 @@
             <source>Delete and start</source>
             <translation>删除并启动</translation>
         </message>
+        <message>
+            <source>it cannot be done now; the strategy may have been changed meanwhile</source>
+            <translation>现在无法执行; 策略可能已被更改</translation>
+        </message>
+        <message>
+            <source>%1: %2 %3, %4 left at %5</source>
+            <translation>%1: %2 %3, 剩余%4, 价格%5</translation>
+        </message>
+        <message>
+            <source>the market price</source>
+            <translation>市价</translation>
+        </message>
+        <message>
+            <source>&amp;Start (Enter)</source>
+            <translation>启动 (回车)(&amp;S)</translation>
+        </message>
+        <message>
+            <source>St&amp;op (Space)</source>
+            <translation>停止 (空格)(&amp;O)</translation>
+        </message>
+        <message>
+            <source>The table %1 is there already. The start reads it and sends its orders.</source>
+            <translation>委托表 %1 已存在。启动会读取它, 并发出其中的委托。</translation>
+        </message>
+        <message>
+            <source>Read and start</source>
+            <translation>读取并启动</translation>
+        </message>
+        <message>
+            <source>it is not there any more</source>
+            <translation>策略已不存在</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n of them run(s) and is/are stopped first.</source>
+            <translation>
+                <numerusform>其中%n个正在运行, 将先停止。</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>Cancel %n waiting order(s) of %1?</source>
+            <translation>
+                <numerusform>撤销%1的%n笔等待成交的委托?</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n task(s):</source>
+            <translation>
+                <numerusform>%n个任务:</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n line(s) were left out here, because too many came at once. The journal has the records.</source>
+            <translation>
+                <numerusform>同时到达的消息过多, 此处略去%n行。日志有全部记录。</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>%1 is not in instruments.csv, so it has no quotes.</source>
+            <translation>%1 不在 instruments.csv 中, 因此没有行情。</translation>
+        </message>
+        <message numerus="yes">
+            <source> (%n WARNING(S))</source>
+            <translation>
+                <numerusform> (%n条警告)</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Plots</source>
+            <translation>图表</translation>
+        </message>
+        <message>
+            <source>NOT READ: %1 (%2)</source>
+            <translation>未读取: %1 (%2)</translation>
+        </message>
+    </context>
+    <context>
+        <name>desk::CPlotPanel</name>
+        <message>
+            <source>Equity (CNY)</source>
+            <translation>权益 (元)</translation>
+        </message>
+        <message>
+            <source>Orders a minute</source>
+            <translation>每分钟委托数</translation>
+        </message>
+        <message>
+            <source>File or socket to command (ms)</source>
+            <translation>文件或端口到指令 (毫秒)</translation>
+        </message>
+        <message>
+            <source>No data yet. The plots begin with the first accounts and orders.</source>
+            <translation>还没有数据。有账号和委托后开始画图。</translation>
+        </message>
+    </context>
+    <context>
+        <name>desk::CRejectionBar</name>
+        <message>
+            <source>Seen (F3)</source>
+            <translation>已阅 (F3)</translation>
+        </message>
+        <message numerus="yes">
+            <source>and %n more</source>
+            <translation>
+                <numerusform>还有%n笔</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>REJECTED</source>
+            <translation>废单</translation>
+        </message>
     </context>
     <context>
         <name>desk::CStateBar</name>
@@ -488,11 +598,11 @@
         </message>
         <message>
             <source>■ HALTING</source>
-            <translation>■ 正在停止</translation>
+            <translation>■ 正在停止交易</translation>
         </message>
         <message>
             <source>■ HALTED</source>
-            <translation>■ 已停止</translation>
+            <translation>■ 已停止交易</translation>
         </message>
         <message>
             <source>▮▮ PAUSED</source>
@@ -500,7 +610,7 @@
         </message>
         <message>
             <source>▲ JOURNAL BROKEN</source>
-            <translation>▲ 日志损坏</translation>
+            <translation>▲ 日志无法写入</translation>
         </message>
         <message>
             <source>… ENDING</source>
@@ -616,8 +726,36 @@
             <translation>金额 (元)(&amp;M)</translation>
         </message>
         <message>
-            <source>absolute path of the file</source>
-            <translation>文件的绝对路径</translation>
+            <source>not set</source>
+            <translation>未设置</translation>
+        </message>
+        <message>
+            <source>OK</source>
+            <translation>确定</translation>
+        </message>
+        <message>
+            <source>Cancel</source>
+            <translation>取消</translation>
+        </message>
+        <message>
+            <source>%1 (group)</source>
+            <translation>%1 (账号组)</translation>
+        </message>
+        <message>
+            <source>%1 (account)</source>
+            <translation>%1 (账号)</translation>
+        </message>
+        <message>
+            <source>(choose)</source>
+            <translation>(请选择)</translation>
+        </message>
+        <message>
+            <source>path of the file, from the folder of the desk</source>
+            <translation>文件路径, 可相对于交易台文件夹</translation>
+        </message>
+        <message>
+            <source>Choose the group or the account that trades.</source>
+            <translation>请选择交易用的账号组或账号。</translation>
         </message>
     </context>
     <context>
@@ -663,10 +801,6 @@
         <message>
             <source>REJECTED</source>
             <translation>废单</translation>
-        </message>
-        <message>
-            <source>Total</source>
-            <translation>合计</translation>
         </message>
         <message>
             <source>ask </source>
@@ -1059,6 +1193,10 @@
         <message>
             <source>warning</source>
             <translation>警告</translation>
+        </message>
+        <message>
+            <source>All</source>
+            <translation>全部</translation>
         </message>
     </context>
 </TS>

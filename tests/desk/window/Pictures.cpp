@@ -61,6 +61,7 @@ int main(int argc, char** argv) {
                  },
                  [&, grab] {
                      grab("small-dark");
+                     window.panel("plots").raise();
                      window.resize(1920, 1040);
                  },
                  [&, grab] {

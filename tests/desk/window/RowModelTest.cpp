@@ -70,6 +70,16 @@ TEST(RowModel, OldestRowsAreDroppedAndTheOthersAreStillFound) {
     EXPECT_EQ(model.rowCount(), 3);
 }
 
+TEST(RowModel, ARowThatWaitsIsNotDropped) {
+    CRowModel model(kNewest);
+    model.apply({row("a", 1), row("b", 2, ERowMark::Waiting), row("c", 3)});
+    model.apply({row("d", 4), row("e", 5)});
+    EXPECT_EQ(keys(model), "e d c b");
+    model.apply({row("b", 9)});
+    EXPECT_EQ(keys(model), "e d c");
+    EXPECT_EQ(model.find("c")->m_cells[1].toDouble(), 3);
+}
+
 TEST(RowModel, RetainRemovesOtherRows) {
     CRowModel model(kPlain);
     model.apply({row("a", 1), row("b", 2), row("c", 3)});

@@ -79,6 +79,29 @@ TEST_F(TableView, CsvQuotesSpecialFields) {
     EXPECT_EQ(view.csvText(), "Key,Number,Text\n1,1000.50,\"a,\"\"b\"\"\nc\"\n");
 }
 
+TEST_F(TableView, ATextOfACsvFileIsNeverAFormula) {
+    CRow negative = row(-2, "=1+1");
+    model.apply({negative, row(3, "+a"), row(4, "-b"), row(5, "@c"), row(6, "a=b")});
+    EXPECT_EQ(view.csvText(), "Key,Number,Text\n6,6003.00,a=b\n5,5002.50,'@c\n4,4002.00,'-b\n3,3001.50,'+a\n"
+                              "'-2,-2001.00,'=1+1\n");
+    EXPECT_TRUE(view.copyText().contains("\t=1+1\n"));
+}
+
+TEST_F(TableView, ACsvFileIsWrittenWholeOrNotAtAll) {
+    const CTempFolder folder;
+    model.apply({row(1, "买入")});
+    EXPECT_EQ(view.writeCsv(QString::fromStdString(folder.path("a.csv"))), "");
+    EXPECT_EQ(folder.read("a.csv"), "\xEF\xBB\xBFKey,Number,Text\n1,1000.50,买入\n");
+    EXPECT_NE(view.writeCsv(QString::fromStdString(folder.path("none/a.csv"))), "");
+}
+
+TEST_F(TableView, AToolTipShowsSignsOfMarkupAsTheyAre) {
+    model.apply({row(1, "<b>a</b> & b")});
+    EXPECT_EQ(model.index(0, 2).data(Qt::ToolTipRole).toString(), "<p>&lt;b&gt;a&lt;/b&gt; &amp; b</p>");
+    model.apply({row(1, "")});
+    EXPECT_FALSE(model.index(0, 2).data(Qt::ToolTipRole).isValid());
+}
+
 TEST_F(TableView, FilterFieldsHideRowsUntilEscape) {
     model.apply({row(1, "one"), row(2, "two")});
     view.filterHeader().showFilters(true);

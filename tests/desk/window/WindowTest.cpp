@@ -155,8 +155,8 @@ TEST_F(Window, NothingDangerousHappensWithoutAgreement) {
                    }}),
               0);
     ASSERT_EQ(questions.size(), 5);
-    EXPECT_TRUE(questions[1].contains("Cancel 2 waiting orders of 2 accounts?"));
-    EXPECT_TRUE(questions[2].contains("Cancel 2 waiting orders of 1 tasks?"));
+    EXPECT_TRUE(questions[1].contains("Cancel 2 waiting orders of "));
+    EXPECT_TRUE(questions[2].contains("1 task: Cancel 2 waiting orders of "));
     EXPECT_TRUE(questions[4].contains("16 strateg") && questions[4].contains("2 order"));
     EXPECT_FALSE(hasInJournal("\"kind\":\"cancel_"));
 }
@@ -185,14 +185,14 @@ TEST_F(Window, StopsAndStartsAStrategyByKey) {
                    [](CMainWindow& window) {
                        window.action("view_strategies").trigger();
                        window.table("strategies").selectRow(0);
-                       QTest::keyClick(&window.table("strategies"), Qt::Key_Return);
+                       QTest::keyClick(&window.table("strategies"), Qt::Key_Space);
                        EXPECT_TRUE(cell(window, "strategies", "1", "state").contains("stopped"));
                        EXPECT_TRUE(window.stateBar().noticeText().isEmpty());
                        return true;
                    },
                    [](CMainWindow& window) { return window.stateBar().factsText().startsWith("15 of 16"); },
                    [](CMainWindow& window) {
-                       QTest::keyClick(&window.table("strategies"), Qt::Key_Space);
+                       QTest::keyClick(&window.table("strategies"), Qt::Key_Return);
                        EXPECT_EQ(window.stateBar().noticeText(), "");
                        EXPECT_TRUE(cell(window, "strategies", "1", "state").contains("runs"));
                        return true;
@@ -205,7 +205,7 @@ TEST_F(Window, AStartThatDeletesAWaitingFileAsksFirst) {
     EXPECT_EQ(run({hasRows("strategies", 16),
                    [this](CMainWindow& window) {
                        window.table("strategies").selectRow(0);
-                       window.action("start").trigger(); // stops
+                       window.action("stop").trigger();
                        folder.handOver("desk/orders/group.txt", kOrders);
                        window.action("start").trigger();
                        EXPECT_TRUE(cell(window, "strategies", "1", "state").contains("stopped"));
@@ -280,7 +280,7 @@ TEST(StrategyDialog, KeepsWhatItDoesNotShow) {
     strategy.m_bUseAmount = true;
     strategy.m_dAmount = 100.001;
     strategy.m_nStartCount = 5;
-    CStrategyDialog dialog(config, strategy, false, [](const auto&) { return QString(); });
+    CStrategyDialog dialog(config, ".", strategy, false, [](const auto&) { return QString(); });
     const TC::COrderStrategyParam result = dialog.strategy();
     EXPECT_EQ(result.m_strSelectedAccount, "gone");
     EXPECT_EQ(result.m_eSelectedAccountType, TC::ESelectedAccountType::Account);
@@ -291,7 +291,10 @@ TEST(StrategyDialog, KeepsWhatItDoesNotShow) {
 
 TEST(StrategyDialog, StaysOpenWithTheReasonOfARefusal) {
     CDeskConfig config;
-    CStrategyDialog dialog(config, {}, true, [](const auto&) { return QStringLiteral("路径已被使用"); });
+    TC::COrderStrategyParam strategy;
+    strategy.m_strSelectedAccount = "A1";
+    CStrategyDialog dialog(config, ".", strategy, true,
+                           [](const auto&) { return QStringLiteral("路径已被使用"); });
     dialog.accept();
     EXPECT_NE(dialog.result(), QDialog::Accepted);
     EXPECT_EQ(dialog.refusal(), "路径已被使用");
@@ -311,7 +314,7 @@ TEST(Language, EachTextHasAChineseTranslation) {
                       QString::fromLatin1(column.m_pszTitle))
                 << column.m_pszTitle;
     }
-    EXPECT_EQ(stateWord(EDeskState::Halted), "■ 已停止");
+    EXPECT_EQ(stateWord(EDeskState::Halted), "■ 已停止交易");
 }
 
 } // namespace

@@ -1,0 +1,198 @@
+// The commands of the main window with a control that writes down what it is asked for.
+#include "desk/window/MainWindow.h"
+#include "desk/window/StrategyDialog.h"
+
+#include "tests/desk/window/FakeControl.h"
+#include "tests/support/TempFolder.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QSettings>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace desk;
+
+class Commands : public testing::Test {
+protected:
+    Commands() {
+        control.add(1, true);
+        control.add(2, false);
+        control.add(3, true);
+        window.setAsk([this](const QString&, const QString& text, const QString&) {
+            questions.append(text);
+            if (onQuestion) onQuestion();
+            return answer;
+        });
+        window.show();
+        window.takeFeed();
+    }
+    void addOrder(int id, const char* account, EOrderStatus status = EOrderStatus::Working, int filled = 0) {
+        CBrokerEvent event;
+        event.m_order.m_nId = id;
+        event.m_order.m_nTask = id / 10;
+        event.m_order.m_strAccount = account;
+        event.m_order.m_strStock = "SH600104";
+        event.m_order.m_nVolume = 1000;
+        event.m_order.m_nFilled = filled;
+        event.m_order.m_nPrice = 80200;
+        event.m_order.m_eStatus = status;
+        feed.addEvent(event);
+        window.takeFeed();
+    }
+    CTableView& strategies() const { return window.table("strategies"); }
+
+    CTempFolder folder;
+    QSettings settings{QString::fromStdString(folder.path("layout.ini")), QSettings::IniFormat};
+    CFakeControl control;
+    CWindowFeed feed;
+    CMainWindow window{QString::fromStdString(folder.path("desk")), control, feed, settings};
+    QStringList questions;
+    bool answer = true;
+    std::function<void()> onQuestion;
+};
+
+TEST_F(Commands, EnterInAFilterFieldStartsNothing) {
+    strategies().filterHeader().showFilters(true);
+    strategies().selectRow(1);
+    QLineEdit* field = strategies().filterHeader().field(0);
+    ASSERT_NE(field, nullptr);
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_Return);
+    QTest::keyClick(field, Qt::Key_Enter);
+    EXPECT_EQ(control.m_calls, QStringList());
+}
+
+TEST_F(Commands, EnterStartsAndSpaceStopsTheSelectedOnesThatItFits) {
+    strategies().selectAll();
+    QTest::keyClick(&strategies(), Qt::Key_Return);
+    EXPECT_EQ(control.m_calls, QStringList{"start 2"});
+    control.m_calls.clear();
+    QTest::keyClick(&strategies(), Qt::Key_Return);
+    EXPECT_EQ(control.m_calls, QStringList());
+    strategies().selectAll();
+    QTest::keyClick(&strategies(), Qt::Key_Space);
+    EXPECT_EQ(control.m_calls, (QStringList{"stop 1", "stop 2", "stop 3"}));
+}
+
+TEST_F(Commands, AHeldKeyIsOneCommand) {
+    strategies().selectRow(1);
+    control.m_failure = "refused";
+    QTest::keyClick(&strategies(), Qt::Key_Return);
+    for (int i = 0; i < 5; ++i) {
+        QKeyEvent again(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(&strategies(), &again);
+    }
+    EXPECT_EQ(control.m_calls, QStringList{"start 2"});
+    EXPECT_FALSE(window.action("remove").autoRepeat());
+}
+
+TEST_F(Commands, OnlyTheLeftButtonActivates) {
+    const QPoint place = strategies().visualRect(strategies().filter().index(1, 0)).center();
+    QTest::mouseDClick(strategies().viewport(), Qt::RightButton, {}, place);
+    EXPECT_EQ(control.m_calls, QStringList());
+    QTest::mouseDClick(strategies().viewport(), Qt::LeftButton, {}, place);
+    EXPECT_EQ(control.m_calls, QStringList{"start 2"});
+}
+
+TEST_F(Commands, AStrategyThatIsGoneAfterAQuestionIsNotStarted) {
+    for (const int id : {2, 4})
+        control.add(id, false);
+    folder.write("two.txt", "1\n");
+    control.m_strategies[2].m_strSignalSource = QString::fromStdString(folder.path("two.txt"));
+    window.takeFeed();
+    onQuestion = [&] { control.m_strategies.remove(4); };
+    strategies().selectAll();
+    window.action("start").trigger();
+    EXPECT_EQ(control.m_calls, QStringList{"start 2"});
+    EXPECT_EQ(window.stateBar().noticeText(), "Strategy 4: it is not there any more");
+}
+
+TEST_F(Commands, TheStartOfATableThatIsThereAsksFirst) {
+    folder.write("table.dbf", "rows");
+    control.m_strategies[2].m_eStrategyType = TC::EOrderStrategyType::BatchPending;
+    control.m_strategies[2].m_strSignalSource = QString::fromStdString(folder.path("table.dbf"));
+    strategies().selectRow(1);
+    answer = false;
+    window.action("start").trigger();
+    ASSERT_EQ(questions.size(), 1);
+    EXPECT_TRUE(questions[0].endsWith("The start reads it and sends its orders."));
+    EXPECT_EQ(control.m_calls, QStringList());
+}
+
+TEST_F(Commands, ARunningStrategyIsStoppedBeforeItIsRemoved) {
+    strategies().selectAll();
+    window.action("remove").trigger();
+    ASSERT_EQ(questions.size(), 1);
+    EXPECT_EQ(questions[0], "Remove 3 strategies? Channels: 1, 2, 3\n2 of them run and are stopped first.");
+    EXPECT_EQ(control.m_calls, (QStringList{"stop 1", "remove 1", "remove 2", "stop 3", "remove 3"}));
+}
+
+TEST_F(Commands, ARefusalWithoutAReasonHasOne) {
+    control.m_failure = "-1";
+    strategies().selectRow(1);
+    window.action("start").trigger();
+    EXPECT_EQ(window.stateBar().noticeText(),
+              "Strategy 2: it cannot be done now; the strategy may have been changed meanwhile");
+}
+
+TEST_F(Commands, ANewStrategyHasTheDefaultSettingsOfTheUser) {
+    TC::COrderSetting setting;
+    setting.m_ePriceType = TC::EPriceType::NoQuote;
+    setting.m_dFirstLimit = 12.5;
+    control.m_config.defaultSettings[TC::defaultForSlot(TC::ESettingSlot::Stock)] = setting;
+    CAccountEntry account;
+    account.key = "A1";
+    account.broker = TC::EQDBrokerType::Stock;
+    control.m_config.accounts = {account};
+    QTimer::singleShot(0, &window, [] {
+        auto* dialog = qobject_cast<CStrategyDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        for (QComboBox* box : dialog->findChildren<QComboBox*>()) {
+            if (box->findText("A1 (account)") >= 0) box->setCurrentText("A1 (account)");
+        }
+        dialog->accept();
+        dialog->reject();
+    });
+    window.action("add").trigger();
+    EXPECT_EQ(control.m_calls, QStringList{"add"});
+    EXPECT_EQ(control.m_added.m_stockSetting.m_ePriceType, TC::EPriceType::NoQuote);
+    EXPECT_EQ(control.m_added.m_stockSetting.m_dFirstLimit, 12.5);
+    EXPECT_EQ(control.m_added.m_strSelectedAccount, "A1");
+}
+
+TEST_F(Commands, TheQuestionOfACancelNamesTheOrders) {
+    addOrder(11, "A1");
+    addOrder(12, "A2", EOrderStatus::PartFilled, 400);
+    addOrder(13, "A2", EOrderStatus::Filled, 1000);
+    window.table("orders").selectAll();
+    answer = false;
+    window.action("cancel").trigger();
+    ASSERT_EQ(questions.size(), 1);
+    EXPECT_EQ(questions[0], "Cancel 2 waiting orders of A1, A2?\nA2: buy SH600104, 600 left at 8.020\n"
+                            "A1: buy SH600104, 1,000 left at 8.020");
+    EXPECT_EQ(control.m_calls, QStringList());
+    window.table("orders").selectRow(2);
+    answer = true;
+    window.action("cancel").trigger();
+    EXPECT_TRUE(questions[1].startsWith("Cancel 1 waiting order of A1?")) << questions[1].toStdString();
+    EXPECT_EQ(control.m_calls, QStringList{"cancel A1 11"});
+}
+
+TEST_F(Commands, TheQuestionOfManyCancelsNamesTheAccounts) {
+    for (int id = 11; id <= 16; ++id)
+        addOrder(id, "A1");
+    window.table("tasks").selectAll();
+    window.action("cancel_task").trigger();
+    ASSERT_EQ(questions.size(), 1);
+    EXPECT_EQ(questions[0], "1 task: Cancel 6 waiting orders of A1?");
+    EXPECT_EQ(control.m_calls, QStringList{"cancel task 1"});
+}
+
+} // namespace
