@@ -378,11 +378,19 @@ void CMainWindow::showStrategies() {
     model("strategies").retain(keys);
 }
 
+void CMainWindow::plotCommandTime(const CDeskStatus& status) {
+    if (status.m_strLastCommand == m_strLastCommand) return;
+    m_strLastCommand = status.m_strLastCommand;
+    const auto now = static_cast<double>(utils::currentDateTime().toMSecsSinceEpoch());
+    if (status.m_lastMs) m_plots->data().addCommandTime(now, *status.m_lastMs);
+}
+
 void CMainWindow::showState() {
     m_facts.m_nWaiting = static_cast<int>(m_board.waiting().size());
     if (m_books) m_facts.m_nBooksAge = static_cast<int>(utils::getTime() - m_dBooksTime);
     const CDeskStatus status = m_control.status();
     m_state->showStatus(status, m_facts);
+    plotCommandTime(status);
     const QString text = stateText(status);
     if (text == m_strState) return;
     m_strState = text;

@@ -106,6 +106,7 @@ private:
     void showBook();
     void plotEquity(const std::vector<CRow>& accounts);
     void showPlottedAccounts();
+    void plotCommandTime(const CDeskStatus& status);
     void showStrategies();
     void showState();
     void showCounts();
@@ -166,7 +167,8 @@ private:
     bool m_bHasStrategies = false; ///< m_nRevision is valid
     bool m_bEnding = false;
     bool m_bAskingToHalt = false;
-    QString m_strState; ///< as the title shows it
+    QString m_strState;       ///< as the title shows it
+    QString m_strLastCommand; ///< the one that was plotted last
     QTimer m_timer;
     QByteArray m_defaultLayout;
 };

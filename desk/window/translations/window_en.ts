@@ -316,10 +316,6 @@
             <translation>No</translation>
         </message>
         <message>
-            <source>%1 strategies run and %2 orders wait. The waiting orders stay in the books.</source>
-            <translation>%1 strategies run and %2 orders wait. The waiting orders stay in the books.</translation>
-        </message>
-        <message>
             <source>Close the desk?</source>
             <translation>Close the desk?</translation>
         </message>
@@ -557,6 +553,65 @@
             <source>NOT READ: %1 (%2)</source>
             <translation>NOT READ: %1 (%2)</translation>
         </message>
+        <message numerus="yes">
+            <source>%n strategy(s) run.</source>
+            <translation>
+                <numerusform>%n strategy runs.</numerusform>
+                <numerusform>%n strategies run.</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. The desk still sends them before it ends. Until then the window stays and can discard them.</source>
+            <translation>
+                <numerusform>%n accepted order is not processed yet. The desk still sends it before it ends. Until then the window stays and can discard it.</numerusform>
+                <numerusform>%n accepted orders are not processed yet. The desk still sends them before it ends. Until then the window stays and can discard them.</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n order(s) wait and stay in the books.</source>
+            <translation>
+                <numerusform>%n order waits and stays in the books.</numerusform>
+                <numerusform>%n orders wait and stay in the books.</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>The batch that waits for your confirmation is declined.</source>
+            <translation>The batch that waits for your confirmation is declined.</translation>
+        </message>
+        <message>
+            <source>The halt is not finished.</source>
+            <translation>The halt is not finished.</translation>
+        </message>
+        <message>
+            <source>Cancel all waiting orders of %1? The tables show %2 of them.</source>
+            <translation>Cancel all waiting orders of %1? The tables show %2 of them.</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n order file(s) wait at their paths and are read now: %1. Delete the files that must not be sent before you agree.</source>
+            <translation>
+                <numerusform>%n order file waits at its path and is read now: %1. Delete it before you agree if it must not be sent.</numerusform>
+                <numerusform>%n order files wait at their paths and are read now: %1. Delete the files that must not be sent before you agree.</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Resume the intake?</source>
+            <translation>Resume the intake?</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. They are written to the journal and not sent.</source>
+            <translation>
+                <numerusform>%n accepted order is not processed yet. It is written to the journal and not sent.</numerusform>
+                <numerusform>%n accepted orders are not processed yet. They are written to the journal and not sent.</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Discard the orders?</source>
+            <translation>Discard the orders?</translation>
+        </message>
+        <message>
+            <source>Discard</source>
+            <translation>Discard</translation>
+        </message>
     </context>
     <context>
         <name>desk::CPlotPanel</name>
@@ -672,9 +727,53 @@
             <source>journal ok</source>
             <translation>journal ok</translation>
         </message>
+        <message numerus="yes">
+            <source>%n order(s) could not be cancelled and still wait: </source>
+            <translation>
+                <numerusform>%n order could not be cancelled and still waits: </numerusform>
+                <numerusform>%n orders could not be cancelled and still wait: </numerusform>
+            </translation>
+        </message>
         <message>
-            <source>JOURNAL: %1</source>
-            <translation>JOURNAL: %1</translation>
+            <source>DISCARD</source>
+            <translation>DISCARD</translation>
+        </message>
+        <message>
+            <source>Discards the accepted orders that are not processed yet (Ctrl+H)</source>
+            <translation>Discards the accepted orders that are not processed yet (Ctrl+H)</translation>
+        </message>
+        <message>
+            <source>queue %1</source>
+            <translation>queue %1</translation>
+        </message>
+        <message>
+            <source>journal broken</source>
+            <translation>journal broken</translation>
+        </message>
+        <message numerus="yes">
+            <source>The desk sends the %n order(s) that it has accepted, and then ends.</source>
+            <translation>
+                <numerusform>The desk sends the order that it has accepted, and then ends.</numerusform>
+                <numerusform>The desk sends the %n orders that it has accepted, and then ends.</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>The journal cannot be written: %1. The tables do not show what happened since then.</source>
+            <translation>The journal cannot be written: %1. The tables do not show what happened since then.</translation>
+        </message>
+        <message numerus="yes">
+            <source>The tables are %n entries behind.</source>
+            <translation>
+                <numerusform>The tables are %n entry behind.</numerusform>
+                <numerusform>The tables are %n entries behind.</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>Accounts, positions and quotes are %n seconds old.</source>
+            <translation>
+                <numerusform>Accounts, positions and quotes are %n second old.</numerusform>
+                <numerusform>Accounts, positions and quotes are %n seconds old.</numerusform>
+            </translation>
         </message>
     </context>
     <context>

@@ -314,10 +314,6 @@
             <translation>否</translation>
         </message>
         <message>
-            <source>%1 strategies run and %2 orders wait. The waiting orders stay in the books.</source>
-            <translation>%1个策略在运行, %2笔委托等待成交。等待的委托保留在账上。</translation>
-        </message>
-        <message>
             <source>Close the desk?</source>
             <translation>关闭交易台?</translation>
         </message>
@@ -549,6 +545,60 @@
             <source>NOT READ: %1 (%2)</source>
             <translation>未读取: %1 (%2)</translation>
         </message>
+        <message numerus="yes">
+            <source>%n strategy(s) run.</source>
+            <translation>
+                <numerusform>%n个策略在运行。</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. The desk still sends them before it ends. Until then the window stays and can discard them.</source>
+            <translation>
+                <numerusform>还有%n笔已接受的委托未处理。交易台会在结束前发出它们。在此之前窗口保持打开, 可以丢弃它们。</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n order(s) wait and stay in the books.</source>
+            <translation>
+                <numerusform>%n笔委托等待成交, 保留在账上。</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>The batch that waits for your confirmation is declined.</source>
+            <translation>等待您确认的批次将被拒绝。</translation>
+        </message>
+        <message>
+            <source>The halt is not finished.</source>
+            <translation>停止交易尚未完成。</translation>
+        </message>
+        <message>
+            <source>Cancel all waiting orders of %1? The tables show %2 of them.</source>
+            <translation>撤销%1的全部等待成交的委托? 表格中有其中%2笔。</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n order file(s) wait at their paths and are read now: %1. Delete the files that must not be sent before you agree.</source>
+            <translation>
+                <numerusform>%n个文件单在其路径等待, 同意后立即读取: %1。请在同意前删除不应发出的文件。</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Resume the intake?</source>
+            <translation>恢复读取?</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. They are written to the journal and not sent.</source>
+            <translation>
+                <numerusform>还有%n笔已接受的委托未处理。它们将写入日志, 不会发出。</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Discard the orders?</source>
+            <translation>丢弃委托?</translation>
+        </message>
+        <message>
+            <source>Discard</source>
+            <translation>丢弃</translation>
+        </message>
     </context>
     <context>
         <name>desk::CPlotPanel</name>
@@ -662,9 +712,49 @@
             <source>journal ok</source>
             <translation>日志正常</translation>
         </message>
+        <message numerus="yes">
+            <source>%n order(s) could not be cancelled and still wait: </source>
+            <translation>
+                <numerusform>%n笔委托未能撤销, 仍在等待成交: </numerusform>
+            </translation>
+        </message>
         <message>
-            <source>JOURNAL: %1</source>
-            <translation>日志: %1</translation>
+            <source>DISCARD</source>
+            <translation>丢弃委托</translation>
+        </message>
+        <message>
+            <source>Discards the accepted orders that are not processed yet (Ctrl+H)</source>
+            <translation>丢弃已接受但未处理的委托 (Ctrl+H)</translation>
+        </message>
+        <message>
+            <source>queue %1</source>
+            <translation>队列 %1</translation>
+        </message>
+        <message>
+            <source>journal broken</source>
+            <translation>日志无法写入</translation>
+        </message>
+        <message numerus="yes">
+            <source>The desk sends the %n order(s) that it has accepted, and then ends.</source>
+            <translation>
+                <numerusform>交易台发出已接受的%n笔委托, 然后结束。</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>The journal cannot be written: %1. The tables do not show what happened since then.</source>
+            <translation>日志无法写入: %1。表格不显示此后发生的事情。</translation>
+        </message>
+        <message numerus="yes">
+            <source>The tables are %n entries behind.</source>
+            <translation>
+                <numerusform>表格落后%n条。</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>Accounts, positions and quotes are %n seconds old.</source>
+            <translation>
+                <numerusform>账号, 持仓和行情是%n秒前的数据。</numerusform>
+            </translation>
         </message>
     </context>
     <context>

@@ -113,6 +113,22 @@ TEST_F(Plots, APlotAppearsWithItsFirstData) {
     EXPECT_FALSE(plots.commandPlotWidget().isHidden());
 }
 
+TEST_F(Plots, TheTimeOfEachSeenCommandIsPlottedOnce) {
+    control.m_status.m_strLastCommand = "10:31:07.214";
+    control.m_status.m_lastMs = 3.1;
+    window.takeFeed();
+    window.takeFeed();
+    ASSERT_EQ(plots.data().commandTimes().size(), 1);
+    EXPECT_EQ(plots.data().commandTimes()[0].y(), 3.1);
+    control.m_status.m_strLastCommand = "10:31:08.000";
+    control.m_status.m_lastMs.reset(); // a person was asked
+    window.takeFeed();
+    control.m_status.m_strLastCommand = "10:31:09.000";
+    control.m_status.m_lastMs = 4;
+    window.takeFeed();
+    EXPECT_EQ(plots.data().commandTimes().size(), 2);
+}
+
 TEST_F(Plots, TheEquityOfTheSelectedAccountsIsPlottedOrTheTotal) {
     addBooks(1000);
     clock.sleep(2);
