@@ -30,8 +30,7 @@ void grow(TC::COrdersMessageBox& dialog, int height) {
     if (height <= 0) return;
     const QRect area = dialog.screen()->availableGeometry();
     const QSize frame = dialog.frameGeometry().size() - dialog.size();
-    dialog.resize(
-        TC::COrdersMessageBox::boundedSize(dialog.size() + QSize(0, height), area.size(), frame));
+    dialog.resize(TC::COrdersMessageBox::boundedSize(dialog.size() + QSize(0, height), area.size(), frame));
     const QRect whole = dialog.frameGeometry();
     if (whole.bottom() > area.bottom())
         dialog.move(whole.left(), std::max(area.top(), area.bottom() + 1 - whole.height()));

@@ -51,7 +51,7 @@ void CWindowMsgService::clearLast() {
 void CWindowOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
     // The two-pass variant sends on the main thread, when a person may have been asked. The one-pass variant
     // sends while it checks the batch.
-    m_meter.command(!utils::isMainThread(), utils::getTime());
+    m_meter->command(!utils::isMainThread(), utils::getTime());
     m_desk.orderCommands(command);
 }
 

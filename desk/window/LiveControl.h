@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <mutex>
+#include <utility>
 
 namespace desk {
 
@@ -30,17 +31,18 @@ private:
     CWindowFeed& m_feed;
 };
 
-/// Passes commands on to the desk, and measures them. Any thread. Both must outlive it.
+/// Passes commands on to the desk, and measures them. Any thread. The desk must outlive it.
 class CWindowOrderClient : public TC::COrderClient {
 public:
-    CWindowOrderClient(TC::COrderClient& desk, CIntakeMeter& meter) : m_desk(desk), m_meter(meter) {}
+    CWindowOrderClient(TC::COrderClient& desk, std::shared_ptr<CIntakeMeter> meter)
+        : m_desk(desk), m_meter(std::move(meter)) {}
 
     void orderCommands(const TC::COrderComandParamPtr& command) override;
     void showTradeError(const QString& text, const QString& title) override;
 
 private:
     TC::COrderClient& m_desk;
-    CIntakeMeter& m_meter;
+    const std::shared_ptr<CIntakeMeter> m_meter; ///< the control may end before the last command
 };
 
 /// The control of a desk that runs in this process. COrderService must exist while an operation on strategies
@@ -55,7 +57,7 @@ public:
     void feedStart();
     /// Measures the batches of the order service from now on. Once, after COrderService was made.
     void measure();
-    CIntakeMeter& meter() { return *m_meter; }
+    const std::shared_ptr<CIntakeMeter>& meter() const { return m_meter; }
     /// The desk ends: from now on the state is "ending".
     void setEnding() { m_bEnding = true; }
 

@@ -8,7 +8,7 @@ namespace desk {
 void CMeteredAudit::recordIntake(const TC::CIntakeReport& report) {
     const double now = utils::getTime();
     m_desk.recordIntake(report);
-    m_meter.beginOnThread(report.m_nOrders, now);
+    m_meter->beginOnThread(report.m_nOrders, now);
 }
 
 } // namespace desk

@@ -3,13 +3,17 @@
 #include "desk/window/IntakeMeter.h"
 #include "orderservice/platform/IntakeAudit.h"
 
+#include <memory>
+#include <utility>
+
 namespace desk {
 
-/// Passes reports on to the desk, and lets the meter begin a batch when a door reports it. Both must outlive
-/// it. Threads as for CIntakeAudit.
+/// Passes reports on to the desk, and lets the meter begin a batch when a door reports it. The desk must
+/// outlive it. Threads as for CIntakeAudit.
 class CMeteredAudit : public TC::CIntakeAudit {
 public:
-    CMeteredAudit(TC::CIntakeAudit& desk, CIntakeMeter& meter) : m_desk(desk), m_meter(meter) {}
+    CMeteredAudit(TC::CIntakeAudit& desk, std::shared_ptr<CIntakeMeter> meter)
+        : m_desk(desk), m_meter(std::move(meter)) {}
 
     void recordIntake(const TC::CIntakeReport& report) override;
     void recordDoor(const TC::CDoorReport& report) override { m_desk.recordDoor(report); }
@@ -20,7 +24,7 @@ public:
 
 private:
     TC::CIntakeAudit& m_desk;
-    CIntakeMeter& m_meter;
+    const std::shared_ptr<CIntakeMeter> m_meter;
 };
 
 } // namespace desk

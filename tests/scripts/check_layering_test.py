@@ -42,6 +42,14 @@ class Layering(unittest.TestCase):
         self.assertEqual(code, 1)
         self.assertIn("desk may not include ui/U.h", out)
 
+    def test_folder_of_the_host_may_have_a_row_of_its_own(self):
+        table = TABLE + "| 5 | `desk/window/` | window | desk, ui, Qt Widgets |\n"
+        includes = '#include "orderservice/ui/U.h"\n'
+        self.assertEqual(self.run_on({"docs/architecture.md": table, "desk/window/W.cpp": includes, "src/ui/U.h": ""})[0], 0)
+        code, out = self.run_on({"docs/architecture.md": table, "desk/main.cpp": includes, "src/ui/U.h": ""})
+        self.assertEqual(code, 1)
+        self.assertIn("desk may not include ui/U.h", out)
+
     def test_include_of_a_floor_without_the_prefix_fails(self):
         code, out = self.run_on({"src/base/A.h": "", "src/check/C.h": '#include "base/A.h"\n',
                                  "desk/main.cpp": '#include <check/C.h>\n'})
