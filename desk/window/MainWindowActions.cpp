@@ -259,7 +259,12 @@ QString CMainWindow::cancelText(const std::vector<std::pair<std::string, int>>& 
 }
 
 void CMainWindow::cancelOfAccounts() {
-    const QStringList chosen = table("accounts").selectedKeys();
+    QStringList chosen;
+    for (const QString& key : table("accounts").selectedKeys()) {
+        const CRow* row = model("accounts").find(key);
+        if (row != nullptr && row->m_eMark != ERowMark::Total) chosen.append(key); // the total is no account
+    }
+    if (chosen.isEmpty()) return m_state->setNotice(tr("None of the selected rows has a waiting order."));
     std::size_t orders = 0;
     std::set<std::string> accounts;
     for (const auto& [order, waiting] : m_board.waiting()) {

@@ -185,6 +185,23 @@ TEST_F(Commands, TheQuestionOfACancelNamesTheOrders) {
     EXPECT_EQ(control.m_calls, QStringList{"cancel A1 11"});
 }
 
+TEST_F(Commands, TheTotalIsNotAnAccountWhoseOrdersAreCancelled) {
+    auto books = std::make_shared<CBooks>();
+    CValuedAccount account;
+    account.m_funds.m_strAccount = "A1";
+    books->m_accounts.push_back(account);
+    feed.setBooks(books);
+    addOrder(11, "A1");
+    window.table("accounts").selectRow(1);
+    window.action("cancel_all").trigger();
+    EXPECT_EQ(questions, QStringList());
+    window.table("accounts").selectAll();
+    window.action("cancel_all").trigger();
+    ASSERT_EQ(questions.size(), 1);
+    EXPECT_EQ(questions[0], "Cancel all waiting orders of A1? The tables show 1 of them.");
+    EXPECT_EQ(control.m_calls, QStringList{"cancel all of A1"});
+}
+
 TEST_F(Commands, TheQuestionOfManyCancelsNamesTheAccounts) {
     for (int id = 11; id <= 16; ++id)
         addOrder(id, "A1");
