@@ -1,6 +1,5 @@
 #include "orderservice/service/LegalBatches.h"
 
-#include "orderservice/base/Text.h"
 #include "orderservice/base/Thread.h"
 #include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/platform/Host.h"
@@ -40,9 +39,8 @@ constexpr CDropCause kUserChanged{"用户已退出或切换",
                                   "their user left before the checked orders were placed"};
 
 void reportToUserAndAudit(const CLegalOrders& orders, const CDropCause& cause, const QString& auditCause) {
-    reportSafely(utils::fillText(QStringLiteral("[接口单]　%1, %2条指令未执行!"),
-                                 {QString::fromUtf8(cause.m_pszMessage), QString::number(orders.size())}));
-    reportOrdersDropped(orders.first().m_nChannel, orders.size(), auditCause);
+    reportNotExecuted(orders.first().m_nChannel, orders.size(), QString::fromUtf8(cause.m_pszMessage),
+                      auditCause);
 }
 
 QString auditCauseOf(const CDropCause& cause, const QString& detail) {

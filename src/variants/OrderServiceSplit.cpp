@@ -1,7 +1,6 @@
 #include "orderservice/variants/OrderServiceSplit.h"
 
 #include "orderservice/base/FindRow.h"
-#include "orderservice/base/Text.h"
 #include "orderservice/check/CommandRequest.h"
 #include "orderservice/check/Reports.h"
 #include "orderservice/gates/OrderConfirmer.h"
@@ -90,9 +89,9 @@ struct CHint {
 };
 
 constexpr CHint kHints[] = {
-    {EOrderStrategyType::File, "文件单", 32},
-    {EOrderStrategyType::Signal, "信号单", 16},
-    {EOrderStrategyType::BatchPending, "预埋单", 1024},
+    {EOrderStrategyType::File, "文件单", kHintOrderFiles},
+    {EOrderStrategyType::Signal, "信号单", kHintSocketOrders},
+    {EOrderStrategyType::BatchPending, "预埋单", kHintTableBatches},
 };
 
 /// Null for a source that always needs a confirmation.
@@ -127,10 +126,8 @@ void reportToAuditOnly(const CCheckedOrders& orders, const char* cause) {
 }
 
 void reportUnconfirmed(const CCheckedOrders& orders, const QString& reason) {
-    reportSafely(utils::fillText(QStringLiteral("[接口单]　%1, %2条指令未执行!"),
-                                 {reason, QString::number(orders.size())}));
-    reportOrdersDropped(orders.first().m_nChannel, orders.size(),
-                        QStringLiteral("the batch was not confirmed: ") + reason);
+    reportNotExecuted(orders.first().m_nChannel, orders.size(), reason,
+                      QStringLiteral("the batch was not confirmed: ") + reason);
 }
 
 /// Whether the answer lets the commands go out. If not, reports the batch.
