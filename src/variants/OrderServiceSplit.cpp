@@ -264,6 +264,18 @@ void COrderServiceSplit::placeLegalOrders(QVector<orderParamForOrderService> ord
         issueGuarded(tradeType, order, strategies);
 }
 
+bool COrderServiceSplit::mayAsk(const QVector<orderParamForOrderService>& orders,
+                                const COrderStrategyMap& strategies) const noexcept {
+    try {
+        const CUserConfig* const user = getUserConfig();
+        if (orders.isEmpty() || user == nullptr) return false;
+        const auto strategy = strategies.constFind(orders.first().m_nChannel);
+        return strategy != strategies.cend() && needsConfirmation(*user, findHint(strategy->m_eStrategyType));
+    } catch (...) {
+        return true;
+    }
+}
+
 /// Asks the user if needed. Reports a batch that is not confirmed. The records belong to the accounts of the
 /// user who was logged in before the question, so another user cannot confirm them. Without a user nobody is
 /// asked: mayIssue drops the batch then.
