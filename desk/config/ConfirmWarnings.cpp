@@ -2,6 +2,7 @@
 
 #include "desk/config/FolderFiles.h"
 #include "orderservice/platform/Switches.h"
+#include "orderservice/platform/UserSettings.h"
 
 #include <string>
 
@@ -10,10 +11,7 @@ namespace {
 
 /// Whether the user's settings let orders of sockets, files or tables wait for a confirmation.
 bool asks(int hintBits) {
-    constexpr int kSocketBit = 16;
-    constexpr int kFileBit = 32;
-    constexpr int kTableBit = 1024;
-    return (hintBits & (kSocketBit | kFileBit | kTableBit)) != 0;
+    return (hintBits & (TC::kHintSocketOrders | TC::kHintOrderFiles | TC::kHintTableBatches)) != 0;
 }
 
 /// The desk has no dialog of its own, so desk.toml answers.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desk/config/PositionSide.h"
+#include "orderservice/platform/UserSettings.h"
 #include "orderservice/records/Basket.h"
 #include "orderservice/records/Enums.h"
 #include "orderservice/records/OrderSetting.h"
@@ -27,7 +28,8 @@ struct CUserEntry {
     int maxSocketStrategies = 50;
     int fileIntervalMs = 50;
     std::map<int, std::pair<bool, bool>> msgFlags; ///< by message type
-    int hintBits = 16 + 32 + 1024; ///< which order sources must be confirmed: sockets, files, tables
+    /// Which order sources must be confirmed.
+    int hintBits = TC::kHintSocketOrders | TC::kHintOrderFiles | TC::kHintTableBatches;
 };
 
 struct CPositionEntry {

@@ -134,6 +134,7 @@ void CDesk::tick(double secondsSinceStart) {
         if (!matched.isSuccess())
             m_sink.writeLine("the paper broker cannot match the waiting orders of " + stockKey + ": " +
                              matched.errorMsg());
+        m_quotes.publish(stockKey);
     });
     m_keeper.update(*TC::COrderService::instance());
     m_orderLines.show();

@@ -3,11 +3,19 @@
 #include "desk/config/DeskConfig.h"
 #include "orderservice/platform/UserConfig.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
 
 namespace desk {
+
+/// Where a desk with a window keeps the layouts of the tables of a confirmation, by the id of the table. Main
+/// thread. They must not throw.
+struct CTableLayouts {
+    std::function<QString(const QString& id)> m_read;
+    std::function<void(const QString& id, const QString& layout)> m_keep;
+};
 
 /// The user of a desk folder. Any thread. The answers do not change after construction, except for the
 /// strategies, which the order service manages from loadFromConfig on.
@@ -46,6 +54,15 @@ public:
     TC::CBasketMap getBaskets() const override { return m_baskets; }
     TC::COrderStrategyMap* getStrategyMap() override { return &m_strategies; }
 
+    /// Without layouts, none is kept. Call it before the first confirmation.
+    void setTableLayouts(CTableLayouts layouts) { m_layouts = std::move(layouts); }
+    QString getTableLayout(const QString& id) const override {
+        return m_layouts.m_read ? m_layouts.m_read(id) : QString();
+    }
+    void saveTableLayout(const QString& id, const QString& layout) override {
+        if (m_layouts.m_keep) m_layouts.m_keep(id, layout);
+    }
+
 private:
     struct CGroup {
         TC::CAccountGroup group;
@@ -63,6 +80,7 @@ private:
     const TC::CBasketMap m_baskets;
     const std::map<TC::EDefaultSetting, TC::COrderSetting> m_defaults;
     TC::COrderStrategyMap m_strategies;
+    CTableLayouts m_layouts;
 };
 
 /// The desk's user is always logged in.

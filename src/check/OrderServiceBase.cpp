@@ -33,6 +33,11 @@ COrderServiceBase::~COrderServiceBase() = default;
 
 void COrderServiceBase::placeLegalOrders(QVector<orderParamForOrderService>, const COrderStrategyMap*) {}
 
+bool COrderServiceBase::mayAsk(const QVector<orderParamForOrderService>&,
+                               const COrderStrategyMap&) const noexcept {
+    return true;
+}
+
 const COrderStrategyParam* COrderServiceBase::getStrategy(int channel, const COrderStrategyMap* strategies,
                                                           EOrderStrategyType type) const {
     if (strategies != nullptr) {

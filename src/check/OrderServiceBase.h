@@ -39,6 +39,10 @@ public:
     /// Sends checked orders. This base class does nothing.
     virtual void placeLegalOrders(QVector<orderParamForOrderService> orders,
                                   const COrderStrategyMap* strategies);
+    /// Whether placeLegalOrders may ask the user about this batch. Such a batch waits while he is asked about
+    /// another one; other batches are sent meanwhile. This base class returns true. Main thread.
+    virtual bool mayAsk(const QVector<orderParamForOrderService>& orders,
+                        const COrderStrategyMap& strategies) const noexcept;
 
     /// Returns the strategy of the channel, or null after a message that names the source kind.
     const COrderStrategyParam* getStrategy(int channel, const COrderStrategyMap* strategies,

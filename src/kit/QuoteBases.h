@@ -22,8 +22,8 @@ public:
 };
 
 /// Quotes that are available without a subscription: subscribe does nothing, and its call-back is never
-/// called. A host whose quotes need a subscription overrides subscribe. If it does not, orders that need a
-/// quote are refused.
+/// called. So the market values of a confirmation do not change while it is open. A host whose quotes need a
+/// subscription overrides subscribe. If it does not, orders that need a quote are refused.
 ///
 /// The host implements getStockPrice. Any thread, like CQuoteClient.
 class ORDERSERVICE_EXPORT CQuoteClientBase : public TC::CQuoteClient {

@@ -69,8 +69,9 @@ public:
     virtual CPriceDataPtr getStockPrice(const QString& stockKey) = 0;
 
     /// Starts a subscription. getStockPrice has quotes as long as the caller holds the request. Does not
-    /// wait. The callback receives each quote on a thread of the host; the library passes an empty callback.
-    /// Never returns an empty pointer, even for an unknown instrument. The caller owns the request.
+    /// wait. The callback receives each quote on any thread of the host. It may be empty: only the
+    /// confirmation passes one, for its market values. Never returns an empty pointer, even for an unknown
+    /// instrument. The caller owns the request.
     virtual boost::shared_ptr<CQuoteRequest>
     subscribe(const QString& stockKey, const CQuoteRequest::CCallback& callback, ESubscribeType type) = 0;
 };

@@ -18,6 +18,13 @@ struct CMsgFlags {
     bool m_bSecond = false;
 };
 
+/// The bits of CUserSettings::testHintBeforeOrderFlag. Their numbers are those of the client's trade
+/// settings.
+inline constexpr int kHintRemarks = 1;         ///< the user may edit remarks in the confirmation
+inline constexpr int kHintSocketOrders = 16;   ///< orders of sockets need a confirmation
+inline constexpr int kHintOrderFiles = 32;     ///< orders of files need a confirmation
+inline constexpr int kHintTableBatches = 1024; ///< batches of tables need a confirmation
+
 /// The logged-in user's settings, baskets and strategies. A part of CUserConfig, whose comment says when the
 /// operations are called.
 class ORDERSERVICE_EXPORT CUserSettings {
@@ -31,8 +38,8 @@ public:
     /// The user's settings for a message type; both are off if there are no settings.
     virtual CMsgFlags getMsgFlags(EMsgTypeDef type) const = 0;
 
-    /// Whether the user's trade settings ask for a confirmation before orders are sent. Bits: 16 socket
-    /// orders, 32 order files, 1024 batches of a table. Called for one bit, by the two-pass variant only.
+    /// Whether the user's trade settings have this bit; see kHintRemarks and the others. Called for one bit,
+    /// by the two-pass variant and by the dialog of the confirmation.
     virtual bool testHintBeforeOrderFlag(int bit) const = 0;
     /// The same for the settings of all users. Called only if testHintBeforeOrderFlag is false.
     virtual bool testGlobalOrderHint(int bit) const = 0;

@@ -1,6 +1,5 @@
 #include "orderservice/service/LegalBatches.h"
 
-#include "orderservice/base/Text.h"
 #include "orderservice/base/Thread.h"
 #include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/platform/Host.h"
@@ -40,9 +39,8 @@ constexpr CDropCause kUserChanged{"用户已退出或切换",
                                   "their user left before the checked orders were placed"};
 
 void reportToUserAndAudit(const CLegalOrders& orders, const CDropCause& cause, const QString& auditCause) {
-    reportSafely(utils::fillText(QStringLiteral("[接口单]　%1, %2条指令未执行!"),
-                                 {QString::fromUtf8(cause.m_pszMessage), QString::number(orders.size())}));
-    reportOrdersDropped(orders.first().m_nChannel, orders.size(), auditCause);
+    reportNotExecuted(orders.first().m_nChannel, orders.size(), QString::fromUtf8(cause.m_pszMessage),
+                      auditCause);
 }
 
 QString auditCauseOf(const CDropCause& cause, const QString& detail) {
@@ -150,19 +148,26 @@ void reportInterrupted(const CLegalOrders& orders) noexcept {
     });
 }
 
-/// The number of batches that are being placed on the main thread.
-int s_nPlacing = 0;
+int s_nPlacing = 0; ///< the number of batches that are being placed on the main thread
+int s_nUnasked = 0; ///< how many of them were begun while a question was open
 
 /// Counts a batch as being placed during its lifetime, if it is placed on the main thread.
 class CPlacing {
 public:
-    CPlacing() { s_nPlacing += m_bOnMainThread ? 1 : 0; }
-    ~CPlacing() { s_nPlacing -= m_bOnMainThread ? 1 : 0; }
+    CPlacing() {
+        s_nPlacing += m_nPlacing;
+        s_nUnasked += m_nUnasked;
+    }
+    ~CPlacing() {
+        s_nPlacing -= m_nPlacing;
+        s_nUnasked -= m_nUnasked;
+    }
     CPlacing(const CPlacing&) = delete;
     CPlacing& operator=(const CPlacing&) = delete;
 
 private:
-    const bool m_bOnMainThread = utils::isMainThread();
+    const int m_nPlacing = utils::isMainThread() ? 1 : 0;
+    const int m_nUnasked = m_nPlacing > 0 && isConfirmationOpen() ? 1 : 0;
 };
 
 void placeDelayed() noexcept;
@@ -217,9 +222,18 @@ void placeDelayed() noexcept {
 }
 
 /// On the main thread a batch waits while another one is placed, while a question is open, or while other
-/// batches wait. On another thread the variant itself waits for the main thread.
-bool mustWait() {
-    return utils::isMainThread() && (isBusy() || !delayedBatches().isEmpty());
+/// batches wait. A batch without a question does not wait for an open one: its orders would be sent at any
+/// later time, and nobody would look at them again. On another thread the variant itself waits for the main
+/// thread.
+bool mustWait(const COrderServiceBase& variant, const CLegalOrders& orders,
+              const COrderStrategyMap& strategies) {
+    if (!utils::isMainThread()) return false;
+    if (isConfirmationOpen() && s_nUnasked == 0) return variant.mayAsk(orders, strategies);
+    return isBusy() || !delayedBatches().isEmpty();
+}
+
+bool mustWait(const CLegalBatch& batch) {
+    return batch.m_variant != nullptr && mustWait(*batch.m_variant, batch.m_orders, batch.m_strategies);
 }
 
 /// Throws if there is not enough memory or no event loop; then the batch is not kept.
@@ -242,7 +256,8 @@ void placeByCurrentVariant(const CLegalOrders& orders, const COrderStrategyMap* 
     COrderServiceBase* const variant = service != nullptr ? service->getOrderService() : nullptr;
     if (variant == nullptr) return reportDropped(orders, kNoService);
     if (strategies == nullptr) return reportDropped(orders, kNoStrategies);
-    if (mustWait()) return delayOrReport({orders, *strategies, variant, service});
+    if (mustWait(*variant, orders, *strategies))
+        return delayOrReport({orders, *strategies, variant, service});
     placeBatch(*variant, orders, *strategies);
 }
 
@@ -361,12 +376,12 @@ void placeReceivedOrders(const CLegalOrders& orders, const COrderStrategyMap* st
     if (!batch) return; // it was placed or reported earlier
     // An empty list comes from `finish`.
     if (!orders.isEmpty() && orders.constData() != batch->m_orders.constData()) batch->m_orders = orders;
-    if (mustWait()) return delayOrReport(*batch);
+    if (mustWait(*batch)) return delayOrReport(*batch);
     placeOrReport(*batch);
 }
 
 bool delayIfConfirming(const CLegalBatch& batch) {
-    if (!mustWait()) return false;
+    if (!mustWait(batch)) return false;
     delay(batch);
     return true;
 }

@@ -4,8 +4,6 @@
 #include "orderservice/platform/HostReports.h"
 #include "orderservice/ui/OrderCells.h"
 
-#include <QMutexLocker>
-
 #include <cmath>
 #include <utility>
 
@@ -34,7 +32,7 @@ void CQuoteRows::setOrders(const std::vector<CCodeOrderParam>& orders,
         entry.m_rows.push_back(static_cast<int>(row));
     }
     // The earlier records and quotes are destroyed at the end of this function, after the lock.
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_orders.swap(newOrders);
     m_quoted.swap(quoted);
     m_quoteRows.swap(rows);
@@ -47,17 +45,17 @@ void CQuoteRows::setOrders(const std::vector<CCodeOrderParam>& orders,
 }
 
 std::vector<CCodeOrderParam> CQuoteRows::orders() const {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     return m_orders;
 }
 
 CCodeOrderParam CQuoteRows::order(int row) const {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     return m_orders.at(static_cast<std::size_t>(row));
 }
 
 void CQuoteRows::setVolume(int row, int volume) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     CCodeOrderParam& order = m_orders.at(static_cast<std::size_t>(row));
     order.m_nVolume = volume;
     if (!isInvalidPrice(order.m_dQuantity)) order.m_dQuantity = volume;
@@ -65,14 +63,14 @@ void CQuoteRows::setVolume(int row, int volume) {
 }
 
 void CQuoteRows::setMoney(int row, double money) {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     CCodeOrderParam& order = m_orders.at(static_cast<std::size_t>(row));
     order.m_dQuantity = money;
     order.m_nVolume = money < kUnsetInt ? static_cast<int>(money) : kUnsetInt;
 }
 
 std::vector<QString> CQuoteRows::keys() const {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     std::vector<QString> keys;
     for (const auto& [key, quoted] : m_quoted)
         keys.push_back(key);
@@ -80,7 +78,7 @@ std::vector<QString> CQuoteRows::keys() const {
 }
 
 CPriceDataPtr CQuoteRows::quote(int row) const {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     const auto quoted = m_quoteRows.at(static_cast<std::size_t>(row)).m_quoted;
     return quoted != m_quoted.end() ? quoted->second.m_price : CPriceDataPtr();
 }
@@ -96,7 +94,7 @@ void CQuoteRows::setKnownQuote(const QString& key, const CPriceDataPtr& price) n
 void CQuoteRows::update(const QString& key, const CPriceDataPtr& price, bool isKnown) {
     if (!isUsable(price)) return;
     CPriceDataPtr earlier; // destroyed after the lock
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     const auto found = m_quoted.find(key);
     if (found == m_quoted.end() || (isKnown && found->second.m_price)) return;
     earlier = std::exchange(found->second.m_price, price);
@@ -116,7 +114,7 @@ void CQuoteRows::setValue(int number) {
 }
 
 std::vector<CQuoteRows::CValue> CQuoteRows::values() const {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     std::vector<CValue> values;
     values.reserve(m_quoteRows.size());
     for (const CRow& row : m_quoteRows)

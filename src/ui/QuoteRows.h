@@ -4,10 +4,10 @@
 #include "orderservice/records/CommandParam.h"
 #include "orderservice/ui/MoneyRule.h"
 
-#include <QMutex>
 #include <QString>
 
 #include <map>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -66,7 +66,7 @@ private:
     void update(const QString& key, const CPriceDataPtr& price, bool isKnown);
     void setValue(int number);
 
-    mutable QMutex m_mutex{QMutex::Recursive};
+    mutable std::recursive_mutex m_mutex;
     std::vector<CCodeOrderParam> m_orders;
     std::vector<CRow> m_quoteRows;
     CQuotedMap m_quoted;

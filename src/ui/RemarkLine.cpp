@@ -19,8 +19,6 @@ constexpr int kRemarkWidth = 467;
 constexpr int kLeastRemarkWidth = 120; ///< on a small screen
 constexpr int kRemarkHeight = 22;
 constexpr int kUserKindWithoutRemark = 200;
-constexpr int kRemarkHintBit = 1;
-
 const char* const kToolTip = "修改不改变任何指令的备注";
 
 /// Whether the user's settings let him change remarks.
@@ -29,8 +27,8 @@ bool isEditable() {
     runGuarded(QStringLiteral("投资备注不能修改"), [&] {
         const CUserConfig* user = getUserConfig();
         isEditable =
-            user != nullptr && (hostCall<&CUserConfig::testHintBeforeOrderFlag>.on(*user, kRemarkHintBit) ||
-                                hostCall<&CUserConfig::testGlobalOrderHint>.on(*user, kRemarkHintBit));
+            user != nullptr && (hostCall<&CUserConfig::testHintBeforeOrderFlag>.on(*user, kHintRemarks) ||
+                                hostCall<&CUserConfig::testGlobalOrderHint>.on(*user, kHintRemarks));
     });
     return isEditable;
 }

@@ -1,7 +1,6 @@
 #include "orderservice/variants/OrderServiceSplit.h"
 
 #include "orderservice/base/FindRow.h"
-#include "orderservice/base/Text.h"
 #include "orderservice/check/CommandRequest.h"
 #include "orderservice/check/Reports.h"
 #include "orderservice/gates/OrderConfirmer.h"
@@ -90,9 +89,9 @@ struct CHint {
 };
 
 constexpr CHint kHints[] = {
-    {EOrderStrategyType::File, "文件单", 32},
-    {EOrderStrategyType::Signal, "信号单", 16},
-    {EOrderStrategyType::BatchPending, "预埋单", 1024},
+    {EOrderStrategyType::File, "文件单", kHintOrderFiles},
+    {EOrderStrategyType::Signal, "信号单", kHintSocketOrders},
+    {EOrderStrategyType::BatchPending, "预埋单", kHintTableBatches},
 };
 
 /// Null for a source that always needs a confirmation.
@@ -127,10 +126,8 @@ void reportToAuditOnly(const CCheckedOrders& orders, const char* cause) {
 }
 
 void reportUnconfirmed(const CCheckedOrders& orders, const QString& reason) {
-    reportSafely(utils::fillText(QStringLiteral("[接口单]　%1, %2条指令未执行!"),
-                                 {reason, QString::number(orders.size())}));
-    reportOrdersDropped(orders.first().m_nChannel, orders.size(),
-                        QStringLiteral("the batch was not confirmed: ") + reason);
+    reportNotExecuted(orders.first().m_nChannel, orders.size(), reason,
+                      QStringLiteral("the batch was not confirmed: ") + reason);
 }
 
 /// Whether the answer lets the commands go out. If not, reports the batch.
@@ -265,6 +262,18 @@ void COrderServiceSplit::placeLegalOrders(QVector<orderParamForOrderService> ord
         return reportToAuditOnly(orders, "the trade type of the first order's strategy has no family");
     for (const orderParamForOrderService& order : qAsConst(orders))
         issueGuarded(tradeType, order, strategies);
+}
+
+bool COrderServiceSplit::mayAsk(const QVector<orderParamForOrderService>& orders,
+                                const COrderStrategyMap& strategies) const noexcept {
+    try {
+        const CUserConfig* const user = getUserConfig();
+        if (orders.isEmpty() || user == nullptr) return false;
+        const auto strategy = strategies.constFind(orders.first().m_nChannel);
+        return strategy != strategies.cend() && needsConfirmation(*user, findHint(strategy->m_eStrategyType));
+    } catch (...) {
+        return true;
+    }
 }
 
 /// Asks the user if needed. Reports a batch that is not confirmed. The records belong to the accounts of the

@@ -35,6 +35,9 @@ public:
     /// thread; on another thread the call waits until the main thread has the answer.
     void placeLegalOrders(QVector<orderParamForOrderService> orders,
                           const COrderStrategyMap* strategies) override;
+    /// Also true if the user's settings cannot be read.
+    bool mayAsk(const QVector<orderParamForOrderService>& orders,
+                const COrderStrategyMap& strategies) const noexcept override;
 
 private:
     struct CLegal;

@@ -42,19 +42,22 @@ private:
     int& m_changes;
 };
 
+/// The sign of each column's header. It uses only the parts: the header asks once more while the table is
+/// destroyed, when the parts still exist and the table itself does not.
+std::function<EFilterSign(int)> filterSigns(const CTableModel& model, const CTableFilter& filter) {
+    return [&model, &filter](int column) {
+        const auto* found = model.findColumn(column);
+        if (found == nullptr || !found->m_bFilterable) return EFilterSign::None;
+        return filter.accepted(column) != nullptr ? EFilterSign::On : EFilterSign::Off;
+    };
+}
+
 } // namespace
 
 CBaseNormalTable::CBaseNormalTable(QWidget* parent)
     : CBaseWidget(parent), m_pModel(new CTableModel(this)), m_pFilter(new CTableFilter(this)),
-      m_pView(new CTableView(this)), m_pHeader(new CFilterHeader(
-                                         [this](int column) {
-                                             const auto* found = m_pModel->findColumn(column);
-                                             if (found == nullptr || !found->m_bFilterable)
-                                                 return EFilterSign::None;
-                                             const bool isOn = m_pFilter->accepted(column) != nullptr;
-                                             return isOn ? EFilterSign::On : EFilterSign::Off;
-                                         },
-                                         m_pView)),
+      m_pView(new CTableView(this)),
+      m_pHeader(new CFilterHeader(filterSigns(*m_pModel, *m_pFilter), m_pView)),
       m_pHidden(new CSimpleTextWidget(QString(), this)), m_pMenu(new QMenu(this)),
       m_pFlashTimer(new QTimer(this)) {
     makeView();

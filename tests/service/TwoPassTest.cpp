@@ -110,6 +110,44 @@ TEST_F(TwoPass, BatchesThatFollowEachOtherAreAskedOneByOne) {
     EXPECT_EQ(host.commands().size(), 2u);
 }
 
+/// A batch of a table, which the user's settings do not confirm, comes while he is asked about a file.
+TEST_F(TwoPass, BatchWithoutAQuestionIsSentWhileAnotherOneIsAsked) {
+    host.user.addStrategy(CStrategyBuilder().channel(4).source(EOrderStrategyType::BatchPending));
+    confirmer.onQuestion = [&] {
+        service().placeorder(COrderBuilder(23)
+                                 .channel(4)
+                                 .source(EOrderStrategyType::BatchPending)
+                                 .line(QStringLiteral("600000"), 10.5, 200));
+        settle();
+        EXPECT_EQ(host.commands().size(), 1u);
+    };
+    confirmer.answer.m_eResult = EConfirmResult::Declined;
+    service().loadFromConfig(false);
+    service().placeorder(good());
+    settle();
+    ASSERT_EQ(host.commands().size(), 1u);
+    int volume = 0;
+    for (const CCodeOrderParam& record : host.commands()[0]->m_codes)
+        volume += record.m_nVolume;
+    EXPECT_EQ(volume, 200);
+}
+
+/// Its orders must not be sent in the middle of those of another batch.
+TEST_F(TwoPass, BatchWithoutAQuestionWaitsWhileAnotherOneIsSent) {
+    host.user.hints.clear();
+    host.orders.onCommand = [&](const COrderComandParamPtr&) {
+        if (host.commands().size() != 1) return;
+        service().placeorder(good());
+        settle();
+        EXPECT_EQ(host.commands().size(), 1u);
+    };
+    service().loadFromConfig(false);
+    service().placeOrders({good(), good()});
+    settle();
+    settle();
+    EXPECT_EQ(host.commands().size(), 3u);
+}
+
 TEST_F(TwoPass, OrderOfARemovedStrategyIsSentWhenItIsConfirmed) {
     confirmer.onQuestion = [this] { EXPECT_EQ(service().removeOrderStrategy(3), 0); };
     service().loadFromConfig(false);

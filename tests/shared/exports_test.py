@@ -15,10 +15,11 @@ PARTLY = ("check", "service")                     # floors with a few public hea
 OTHERS = re.compile(r"\b(boost::asio|log4cxx|nlohmann)::")
 
 
-def exported(library):
-    """The exported symbols, demangled."""
+def exported(library, kinds=""):
+    """The exported symbols, demangled. With `kinds` only those with one of these letters of nm."""
     out = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True, text=True).stdout
-    return [line.split(None, 2)[2] for line in out.splitlines()]
+    parts = [line.split(None, 2) for line in out.splitlines()]
+    return [name for _, kind, name in parts if not kinds or kind in kinds]
 
 
 def own_name(symbol):
@@ -49,12 +50,22 @@ class Exports(unittest.TestCase):
             self.assertEqual([s for s in exported(library) if OTHERS.search(own_name(s))], [], library)
 
     def test_what_a_host_uses(self):
-        service, kit = (set(map(own_name, exported(library))) for library in LIBRARIES)
+        service, kit, ui = (set(map(own_name, exported(library))) for library in LIBRARIES)
         for name in ("TC::COrderService::loadFromConfig", "TC::installHost", "TC::CTradeClient::staticMetaObject",
                      "TC::CHostError", "TC::kFamilies", "bson::fromjson"):
             self.assertIn(name, service)
         for name in ("kit::commandJson[abi:cxx11]", "kit::CUserConfigBase", "kit::findOperation"):
             self.assertIn(name, {n for n in kit} | {n + "[abi:cxx11]" for n in kit})
+        for name in ("TC::COrdersConfirmer::confirm", "TC::COrdersMessageBox::showOrders", "TC::COrdersConfirmWidget::staticMetaObject",
+                     "TC::COrderParamTable", "UW::CBaseNormalTable::staticMetaObject"):
+            self.assertIn(name, ui)
+
+    def test_each_name_is_defined_in_one_library(self):
+        """What is compiled from a header, such as a template, may be in several: the loader makes one object of it."""
+        names = [set(exported(library, kinds="TDBR")) for library in LIBRARIES]
+        for i, first in enumerate(names):
+            for second in names[i + 1:]:
+                self.assertEqual(sorted(first & second), [])
 
 
 if __name__ == "__main__":

@@ -156,6 +156,17 @@ TEST_F(DeskUserConfig, TheStrategiesAreACopyThatTheOrderServiceMayChange) {
     EXPECT_TRUE(m_config.strategies.contains(3));
 }
 
+TEST_F(DeskUserConfig, TableLayoutsAreKeptByTheWindowOnly) {
+    m_user.saveTableLayout(QStringLiteral("orders_confirm"), QStringLiteral("1"));
+    EXPECT_EQ(m_user.getTableLayout(QStringLiteral("orders_confirm")), QString());
+    std::map<QString, QString> kept;
+    m_user.setTableLayouts({[&](const QString& id) { return kept[id]; },
+                            [&](const QString& id, const QString& layout) { kept[id] = layout; }});
+    m_user.saveTableLayout(QStringLiteral("orders_confirm"), QStringLiteral("2"));
+    EXPECT_EQ(m_user.getTableLayout(QStringLiteral("orders_confirm")), QStringLiteral("2"));
+    EXPECT_EQ(m_user.getTableLayout(QStringLiteral("another")), QString());
+}
+
 TEST_F(DeskUserConfig, TheUserIsLoggedIn) {
     CDeskUserManager manager(m_user);
     EXPECT_EQ(manager.getUserConfig(), &m_user);

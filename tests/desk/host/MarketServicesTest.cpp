@@ -139,6 +139,37 @@ TEST_F(MarketServices, ASubscriptionIsNeverEmpty) {
     EXPECT_TRUE(quotes.subscribe(m_unknown, {}, TC::ESubscribeType::Plain));
 }
 
+TEST_F(MarketServices, SubscriptionsGetTheChangesOfTheirInstrumentUntilTheyEnd) {
+    CMarket market({makeInstrument()}, {m_quote}, {});
+    CDeskQuoteClient quotes(market);
+    std::vector<double> prices;
+    const auto take = [&](const TC::CPriceDataPtr& price) { prices.push_back(price->m_dLastPrice); };
+    auto first = quotes.subscribe(m_key, take, TC::ESubscribeType::Plain);
+    const auto second = quotes.subscribe(m_key, take, TC::ESubscribeType::Plain);
+    const auto other = quotes.subscribe(m_unknown, take, TC::ESubscribeType::Plain);
+    const auto silent = quotes.subscribe(m_key, {}, TC::ESubscribeType::Plain);
+    quotes.publish("SH688105");
+    EXPECT_EQ(prices, std::vector<double>(2, 51));
+    first.reset();
+    quotes.publish("SH688105");
+    EXPECT_EQ(prices, std::vector<double>(3, 51));
+}
+
+TEST_F(MarketServices, ASubscriptionMayEndDuringItsCall) {
+    CMarket market({makeInstrument()}, {m_quote}, {});
+    CDeskQuoteClient quotes(market);
+    boost::shared_ptr<TC::CQuoteRequest> request;
+    int calls = 0;
+    const auto take = [&](const TC::CPriceDataPtr&) {
+        ++calls;
+        request.reset();
+    };
+    request = quotes.subscribe(m_key, take, TC::ESubscribeType::Plain);
+    quotes.publish("SH688105");
+    quotes.publish("SH688105");
+    EXPECT_EQ(calls, 1);
+}
+
 TEST_F(MarketServices, OnlyTheFoldersSwitchesAreOn) {
     CDeskLuaModuleCtrl switches({"one"});
     EXPECT_TRUE(switches.checkModule({"mdl_order", "one"}));
