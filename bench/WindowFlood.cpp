@@ -67,10 +67,7 @@ public:
     void cancelAccounts(std::vector<std::string>) override {}
     QStringList waitingFiles() const override { return {}; }
     void discardQueue() override {}
-    void cancelAccounts(std::vector<std::string>) override {}
     void halt() override {}
-    QStringList waitingFiles() const override { return {}; }
-    void discardQueue() override {}
     void resume() override {}
     void endConfirmationPause() override {}
 

@@ -14,3 +14,9 @@ add_executable(desk_window_pictures EXCLUDE_FROM_ALL "${CMAKE_CURRENT_LIST_DIR}/
 target_include_directories(desk_window_pictures PRIVATE "${PROJECT_SOURCE_DIR}")
 target_link_libraries(desk_window_pictures PRIVATE desk_window)
 orderservice_own_code(desk_window_pictures)
+
+# The program itself, with keys and the mouse, on a screen in memory.
+if(NOT ORDERSERVICE_TEST_PROGRAMS)
+    add_test(NAME desk_window_on_screen COMMAND Python3::Interpreter "${CMAKE_CURRENT_LIST_DIR}/window/on_screen_test.py"
+        "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/desk")
+endif()
