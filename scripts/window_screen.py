@@ -12,6 +12,7 @@ import time
 from pathlib import Path
 
 DEADLINE = 60  # seconds for any one thing to happen
+TITLE_HEIGHT = 22  # pixels of a title bar of the window manager
 
 
 class Problem(Exception):
@@ -87,8 +88,9 @@ class Screen:
         return int(lines["WIDTH"]), int(lines["HEIGHT"])
 
     def maximise(self, window):
-        self._out("xdotool", "windowactivate", "--sync", window, "key", "super+Up")
-        self._out("xdotool", "windowsize", "--sync", window, "100%", "100%")
+        self._out("xdotool", "windowactivate", "--sync", window)
+        width, height = map(int, self.size.split("x")[:2])
+        self._out("xdotool", "windowmove", window, "0", "0", "windowsize", "--sync", window, str(width), str(height - TITLE_HEIGHT))
 
     def key(self, *keys):
         self._out("xdotool", "key", "--clearmodifiers", *keys)
