@@ -357,6 +357,9 @@ void CMainWindow::chooseInstrument(const QStringList& keys) {
     showCounts();
     m_panels["book"]->show();
     m_panels["book"]->raise();
+    // The best prices are in the middle.
+    table("book").scrollTo(table("book").filter().index(CQuoteEntry::kDepth, 0),
+                           QAbstractItemView::PositionAtCenter);
 }
 
 void CMainWindow::showStrategies() {
@@ -488,6 +491,19 @@ QString CMainWindow::closeText() const {
         texts.append(tr("The batch that waits for your confirmation is declined."));
     if (status.m_bHalting) texts.append(tr("The halt is not finished."));
     return texts.join(QLatin1Char('\n'));
+}
+
+/// The columns of panels keep their shares of the width.
+void CMainWindow::resizeEvent(QResizeEvent* event) {
+    QDockWidget* leftmost = nullptr;
+    for (const auto& [name, panel] : m_panels) {
+        const bool isLeft = dockWidgetArea(panel) == Qt::LeftDockWidgetArea && !panel->isFloating();
+        if (isLeft && panel->isVisible()) leftmost = panel;
+    }
+    const int before = event->oldSize().width();
+    const int share = leftmost != nullptr && before > 0 ? leftmost->width() * width() / before : 0;
+    QMainWindow::resizeEvent(event);
+    if (share > 0) resizeDocks({leftmost}, {share}, Qt::Horizontal);
 }
 
 void CMainWindow::closeEvent(QCloseEvent* event) {
