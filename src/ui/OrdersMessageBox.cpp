@@ -24,6 +24,7 @@
 #include <QScreen>
 #include <QStyle>
 #include <QTableView>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -37,7 +38,7 @@ constexpr int kHeightBesideTable = 30;
 constexpr int kButtonWidth = 80, kButtonHeight = 26;
 constexpr int kLabelHeight = 22;
 
-/// With the guard, 确定 is ignored for this time after the dialog was shown. The user sees the batch first.
+/// With the guard, no answer is taken for this time after the dialog was shown. The user sees the batch first.
 constexpr double kGuardSeconds = 0.5;
 
 COrdersMessageBox* s_pOpen = nullptr; ///< the dialog that is open
@@ -94,13 +95,17 @@ bool COrdersMessageBox::wasAnswered() {
 }
 
 COrdersMessageBox::COrdersMessageBox(const QString& title, QWidget* parent)
-    : CCommonDialog(parent), m_bGuarded(luawrapper::isOrderSwitchOn(kConfirmGuardSwitch)) {
+    : CCommonDialog(parent), m_bGuarded(luawrapper::isOrderSwitchOn(kConfirmGuardSwitch)),
+      m_guardTimer(new QTimer(this)) {
     setTitle(title);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false); // an answer must not end the application
     setMinimumSize(kLeastWidth + 2 * kFrameWidth, kLeastHeight + 2 * kFrameWidth);
     makeInner();
+    m_guardTimer->setSingleShot(true);
+    m_guardTimer->setTimerType(Qt::PreciseTimer); // others may end too early for the clock
+    connect(m_guardTimer, &QTimer::timeout, this, &COrdersMessageBox::endGuard);
 }
 
 COrdersMessageBox::~COrdersMessageBox() {
@@ -235,27 +240,50 @@ void COrdersMessageBox::handleEvent(int event, int value) {
 
 void COrdersMessageBox::answer(int button) {
     if (button != OkButton && button != CancelButton) return;
-    if (button == OkButton && isTooEarly()) return;
+    if (isTooEarly()) return;
     QGuiApplication::inputMethod()->commit(); // the remark may have text that is not committed yet
     setConfirmationPause(false);
     done(button == OkButton ? Accepted : Rejected);
 }
 
-/// Questions open one behind the other at the same place. A double click on 确定 of the first one must not
-/// confirm the next one.
+/// Questions open one behind the other at the same place. The second click of a double click on the first
+/// one must not answer the next one: a batch that is declined unseen is lost.
 bool COrdersMessageBox::isTooEarly() const {
     return m_bGuarded && (!m_dShown || utils::getTime() - *m_dShown < kGuardSeconds);
 }
 
+/// The buttons are disabled while a click does nothing, so that the user does not think that it was taken.
+void COrdersMessageBox::startGuard() {
+    if (!isTooEarly()) return;
+    m_okButton->setEnabled(false);
+    m_cancelButton->setEnabled(false);
+    m_guardTimer->start(static_cast<int>(kGuardSeconds * 1000));
+}
+
+void COrdersMessageBox::endGuard() {
+    if (isTooEarly()) return startGuard();
+    m_okButton->setEnabled(true);
+    m_cancelButton->setEnabled(true);
+}
+
 void COrdersMessageBox::showEvent(QShowEvent* event) {
     CCommonDialog::showEvent(event);
-    if (!m_dShown) m_dShown = utils::getTime();
+    if (!m_dShown) {
+        m_dShown = utils::getTime();
+        startGuard();
+    }
     QApplication::alert(this);
 }
 
+bool COrdersMessageBox::isKeyIgnored(const QKeyEvent& event) {
+    const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (!m_bGuarded || (!isEnter && !event.matches(QKeySequence::Cancel))) return false;
+    // A key that is held down was pressed for something else.
+    return event.isAutoRepeat() || isTooEarly();
+}
+
 void COrdersMessageBox::keyPressEvent(QKeyEvent* event) {
-    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (m_bGuarded && isEnter && event->isAutoRepeat()) return; // the key was pressed for something else
+    if (isKeyIgnored(*event)) return;
     CCommonDialog::keyPressEvent(event);
     // Escape with another key does not close the dialog. It must not start the intake behind it.
     if (event->key() == Qt::Key_Escape && !isVisible()) setConfirmationPause(false);

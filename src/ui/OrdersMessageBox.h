@@ -13,6 +13,7 @@
 #include <vector>
 
 class QPushButton;
+class QTimer;
 
 namespace UW {
 class CSimpleTextWidget;
@@ -71,6 +72,8 @@ public:
     QPushButton* cancelButton() const { return m_cancelButton; }
     /// Null if the deployment or the user has no remarks.
     CRemarkLine* remarkEdit() const { return m_remarkEdit; }
+    /// With the guard: its timer, which enables the buttons 0.5 seconds after the dialog is shown.
+    QTimer* guardTimer() const { return m_guardTimer; }
     /// The number of orders and the sum of money.
     QString summary() const;
 
@@ -90,6 +93,10 @@ private:
     void fitSize();
     void answer(int button);
     bool isTooEarly() const;
+    void startGuard();
+    void endGuard();
+    /// Whether the key must not reach the dialog.
+    bool isKeyIgnored(const QKeyEvent& event);
     void showRemark();
     void keepRemark();
     void showSummary();
@@ -103,7 +110,8 @@ private:
     CRemarkLine* m_remarkEdit = nullptr;
     UW::CSimpleTextWidget* m_summary = nullptr;
     std::map<int, int> m_rowKeys;   ///< the caller's key by row
-    const bool m_bGuarded;          ///< 确定 is ignored until the user can have seen the batch
+    const bool m_bGuarded;          ///< no answer is taken until the user can have seen the batch
+    QTimer* const m_guardTimer;     ///< enables the buttons
     std::optional<double> m_dShown; ///< time of the clock in seconds
     bool m_bLayoutLoaded = false;
     std::string m_strLayoutUser; ///< the user whose layout was loaded
