@@ -29,6 +29,7 @@ constexpr int kMoneyDecimals = 2;
 const char* const kVolumeToolTip = "修改只保留在本表内, 不改变任何指令. 下单按原分配量执行.";
 const char* const kReadOnlyToolTip = "下单按此分配量执行. 本表不能修改分配量.";
 const char* const kHelpText = "每行是一笔指令; 多账号或篮子的指令只显示最后一条.\n"
+                              "确定执行全部指令, 与筛选和选择无关.\n"
                               "最新市值每 0.5 秒更新一次, 没有行情时显示 -.\n"
                               "在表内修改的分配量不改变任何指令.\n"
                               "点击列标题排序, 点击标题右侧的漏斗筛选, Ctrl+C 复制选中的行.";
@@ -168,8 +169,12 @@ void COrdersConfirmWidget::setOrders(const std::vector<CCodeOrderParam>& orders)
     m_requests.clear();
     m_table->clearFilter();
     m_table->setRowCount(static_cast<int>(orders.size()));
+    m_table->setHiddenRowsText(
+        QStringLiteral("筛选隐藏了 %1 行; 确定仍执行全部 %2 笔")
+            .arg(QStringLiteral("%1"), QString::number(static_cast<int>(orders.size()))));
     m_original = orders;
     m_states.assign(orders.size(), CRowState{});
+    m_editedRows.clear();
     m_amounts.assign(orders.size(), std::nullopt);
     m_originalAmounts = m_amounts;
     CHostFacts host(m_nTraderType);
@@ -344,12 +349,14 @@ void COrdersConfirmWidget::edit(int row, int column, const QString& text) {
         markEdited(row);
         showAmountSum();
         slotTimeout();
+        emit sigEdited();
     });
 }
 
 void COrdersConfirmWidget::markEdited(int row) {
     const std::optional<double> before = quantityOf(m_original[static_cast<std::size_t>(row)]);
     const bool isChanged = before != quantityOf(m_rows->order(row));
+    isChanged ? (void)m_editedRows.insert(row) : (void)m_editedRows.erase(row);
     const bool isMoney = m_states[static_cast<std::size_t>(row)].m_bMoney;
     m_table->setItemMarked(row, Volume, isChanged);
     m_table->setItemToolTip(row, Volume,

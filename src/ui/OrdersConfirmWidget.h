@@ -69,6 +69,8 @@ public:
     /// The records, with the volumes that the user has changed.
     std::vector<CCodeOrderParam> orders() const;
     COrdersTotal total() const;
+    /// The number of rows whose volume is not the one that came in.
+    int editedRows() const { return static_cast<int>(m_editedRows.size()); }
 
     /// The kind of the data. Column 6 is hidden and market values are not updated unless it is kOrdersKind.
     void setOrderKind(int kind);
@@ -95,6 +97,8 @@ signals:
     void sigSelectionChanged();
     /// A quote has come for a row that had no amount without it.
     void sigTotalChanged();
+    /// The user has changed a volume.
+    void sigEdited();
 
 private:
     struct CRowState {
@@ -126,6 +130,7 @@ private:
     const std::shared_ptr<CQuoteRows> m_rows; ///< also held by the quote call-backs
     std::vector<CCodeOrderParam> m_original;  ///< as setOrders got them
     std::vector<CRowState> m_states;
+    std::set<int> m_editedRows; ///< whose volume is not that of m_original
     std::vector<std::optional<double>> m_amounts;         ///< of the rows as the user has changed them
     std::vector<std::optional<double>> m_originalAmounts; ///< of the rows as they came in
     std::vector<boost::shared_ptr<CQuoteRequest>> m_requests;

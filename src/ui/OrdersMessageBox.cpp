@@ -20,8 +20,10 @@
 #include <QInputMethod>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QPalette>
 #include <QPushButton>
 #include <QScreen>
+#include <QStringList>
 #include <QStyle>
 #include <QTableView>
 #include <QTimer>
@@ -78,7 +80,10 @@ int COrdersMessageBox::showOrders(QWidget* parent, const QString& title, EQdTrad
         setConfirmationPause(wasPaused);
         throw;
     }
-    return dialog.release()->exec(); // deletes itself
+    const int result = dialog.release()->exec(); // deletes itself
+    if (isConfirmationPauseSet())
+        reportSafely(QStringLiteral("[接口单]　确认窗口未按按钮关闭, 文件单读取保持暂停"));
+    return result;
 }
 
 std::string COrdersMessageBox::getRemark(int row) {
@@ -142,6 +147,13 @@ void COrdersMessageBox::saveLayout() {
 void COrdersMessageBox::makeInner() {
     auto* inner = new UW::CBaseWidget;
     m_table = new COrdersConfirmWidget(1, inner);
+    m_notice = new UW::CSimpleTextWidget(QString(), inner);
+    m_notice->setContentsMargins(15, 2, 15, 2);
+    m_notice->setWordWrap(true);
+    QPalette colors = m_notice->palette();
+    colors.setColor(QPalette::WindowText, Qt::red);
+    m_notice->setPalette(colors);
+    m_notice->hide();
     auto* row = new UW::CWidgetList(inner);
     row->setMargins({15, 10, 15, 5});
     row->setSpacing(15);
@@ -160,11 +172,13 @@ void COrdersMessageBox::makeInner() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_table, 1);
+    layout->addWidget(m_notice);
     layout->addWidget(row);
     setInnerWidget(inner);
     connect(m_table, &COrdersConfirmWidget::sigSelectionChanged, this,
             [this] { handleEvent(CurrentRowEvent, 0); });
     connect(m_table, &COrdersConfirmWidget::sigTotalChanged, this, [this] { showSummary(); });
+    connect(m_table, &COrdersConfirmWidget::sigEdited, this, [this] { showNotice(); });
 }
 
 void COrdersMessageBox::makeRemark(UW::CWidgetList& row) {
@@ -190,7 +204,7 @@ void COrdersMessageBox::setOrders(const std::map<int, CCodeOrderParam>& orders,
                                   const std::map<int, std::string>& remarks) {
     m_orders.clear();
     m_rowKeys.clear();
-    s_remarks = remarks;
+    s_remarks = m_callerRemarks = remarks;
     int row = 0;
     for (const auto& [key, record] : orders) {
         m_rowKeys[row++] = key;
@@ -282,8 +296,18 @@ bool COrdersMessageBox::isKeyIgnored(const QKeyEvent& event) {
     return event.isAutoRepeat() || isTooEarly();
 }
 
+/// The user presses Enter to end a remark. Without this it would reach 确定 and send the batch.
+bool COrdersMessageBox::endRemark(const QKeyEvent& event) {
+    const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (!m_bGuarded || !isEnter || m_remarkEdit == nullptr || focusWidget() != m_remarkEdit) return false;
+    QGuiApplication::inputMethod()->commit();
+    keepRemark();
+    m_table->table()->view()->setFocus();
+    return true;
+}
+
 void COrdersMessageBox::keyPressEvent(QKeyEvent* event) {
-    if (isKeyIgnored(*event)) return;
+    if (isKeyIgnored(*event) || endRemark(*event)) return;
     CCommonDialog::keyPressEvent(event);
     // Escape with another key does not close the dialog. It must not start the intake behind it.
     if (event->key() == Qt::Key_Escape && !isVisible()) setConfirmationPause(false);
@@ -304,6 +328,32 @@ void COrdersMessageBox::showRemark() {
 void COrdersMessageBox::keepRemark() {
     const int* key = selectedKey();
     if (key != nullptr && m_remarkEdit != nullptr) s_remarks[*key] = m_remarkEdit->text().toStdString();
+    showNotice();
+}
+
+int COrdersMessageBox::changedRemarks() const {
+    int changed = 0;
+    for (const auto& [row, key] : m_rowKeys) {
+        const auto before = m_callerRemarks.find(key);
+        const std::string remark = before != m_callerRemarks.end() ? before->second : std::string();
+        changed += getRemark(key) != remark ? 1 : 0;
+    }
+    return changed;
+}
+
+/// A tool tip alone is not enough: a user who has entered another volume expects that it is sent.
+void COrdersMessageBox::showNotice() {
+    QStringList texts;
+    if (const int volumes = m_table->editedRows())
+        texts.append(QStringLiteral("%1 行的分配量已修改, 但仍按原分配量下单").arg(volumes));
+    if (const int remarks = changedRemarks())
+        texts.append(QStringLiteral("%1 行的备注已修改, 但仍按原备注下单").arg(remarks));
+    m_notice->setText(texts.join(QStringLiteral("; ")));
+    m_notice->setVisible(!texts.isEmpty());
+}
+
+QString COrdersMessageBox::notice() const {
+    return m_notice->isHidden() ? QString() : m_notice->text();
 }
 
 void COrdersMessageBox::showSummary() {

@@ -74,6 +74,8 @@ public:
     CRemarkLine* remarkEdit() const { return m_remarkEdit; }
     /// With the guard: its timer, which enables the buttons 0.5 seconds after the dialog is shown.
     QTimer* guardTimer() const { return m_guardTimer; }
+    /// The line above the buttons that says which edits reach no command. Empty if there are none.
+    QString notice() const;
     /// The number of orders and the sum of money.
     QString summary() const;
 
@@ -100,6 +102,10 @@ private:
     void showRemark();
     void keepRemark();
     void showSummary();
+    void showNotice();
+    int changedRemarks() const;
+    /// With the guard: Enter in the remark line ends the remark. Returns false for any other key or place.
+    bool endRemark(const QKeyEvent& event);
     /// The caller's key of the selected row, or null if no row is selected.
     const int* selectedKey() const;
 
@@ -109,7 +115,9 @@ private:
     QPushButton* m_cancelButton = nullptr;
     CRemarkLine* m_remarkEdit = nullptr;
     UW::CSimpleTextWidget* m_summary = nullptr;
-    std::map<int, int> m_rowKeys;   ///< the caller's key by row
+    UW::CSimpleTextWidget* m_notice = nullptr;
+    std::map<int, int> m_rowKeys;             ///< the caller's key by row
+    std::map<int, std::string> m_callerRemarks; ///< as they came in, by the caller's key
     const bool m_bGuarded;          ///< no answer is taken until the user can have seen the batch
     QTimer* const m_guardTimer;     ///< enables the buttons
     std::optional<double> m_dShown; ///< time of the clock in seconds

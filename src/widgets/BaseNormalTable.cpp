@@ -280,8 +280,18 @@ int CBaseNormalTable::hiddenRows() const {
     return m_pModel->rowCount() - m_pFilter->rowCount();
 }
 
+void CBaseNormalTable::setHiddenRowsText(const QString& text) {
+    m_strHiddenRows = text;
+    showHiddenRows();
+}
+
+QString CBaseNormalTable::hiddenRowsText() const {
+    return hiddenRows() > 0 ? QString(m_strHiddenRows).replace(QLatin1String("%1"), QString::number(hiddenRows()))
+                            : QString();
+}
+
 void CBaseNormalTable::showHiddenRows() {
-    m_pHidden->setText(QStringLiteral("筛选隐藏了 %1 行; 合计包含所有行").arg(hiddenRows()));
+    m_pHidden->setText(hiddenRowsText());
     m_pHidden->setVisible(hiddenRows() > 0);
     m_pHeader->viewport()->update();
 }

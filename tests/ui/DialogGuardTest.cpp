@@ -1,4 +1,5 @@
 // With the guard, a key or a click that was meant for something else does not confirm.
+#include "orderservice/ui/RemarkLine.h"
 #include "tests/support/FakeClock.h"
 #include "tests/ui/DialogFixture.h"
 
@@ -114,6 +115,31 @@ TEST_F(DialogGuard, KeyThatIsHeldDownNeverAnswers) {
                    }),
               1);
     EXPECT_TRUE(isStillOpen);
+}
+
+TEST_F(DialogGuard, EnterInTheRemarkLineEndsTheRemarkOnly) {
+    bool isStillOpen = false;
+    EXPECT_EQ(show(orders, {},
+                   [&](COrdersMessageBox& box) {
+                       wait(box, 1);
+                       box.remarkEdit()->setFocus();
+                       QTest::keyClicks(box.remarkEdit(), QStringLiteral("text"));
+                       QTest::keyClick(box.remarkEdit(), Qt::Key_Return);
+                       isStillOpen = isOpen(box);
+                       if (!isStillOpen) return;
+                       EXPECT_EQ(box.focusWidget(), box.table()->table()->view());
+                       QTest::keyClick(box.focusWidget(), Qt::Key_Return);
+                   }),
+              1);
+    EXPECT_TRUE(isStillOpen);
+    EXPECT_EQ(COrdersMessageBox::getRemark(3), "text");
+    host.switches.on.erase("mdl_order_confirm_guard");
+    EXPECT_EQ(show(orders, {},
+                   [&](COrdersMessageBox& box) {
+                       box.remarkEdit()->setFocus();
+                       QTest::keyClick(box.remarkEdit(), Qt::Key_Return);
+                   }),
+              1);
 }
 
 TEST_F(DialogGuard, FrameClosesAtOnce) {

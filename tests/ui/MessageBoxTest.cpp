@@ -61,8 +61,11 @@ TEST_F(MessageBox, EscapeWithAnotherKeyChangesNothing) {
 TEST_F(MessageBox, ClosingByTheFrameDeclinesAndLeavesThePause) {
     EXPECT_EQ(show(orders, {}, [](COrdersMessageBox& box) { box.close(); }), 0);
     EXPECT_TRUE(isConfirmationPauseSet());
+    const std::vector<QString> paused{QStringLiteral("[接口单]　确认窗口未按按钮关闭, 文件单读取保持暂停")};
+    EXPECT_EQ(host.messageTexts(), paused);
     EXPECT_EQ(show(orders, {}, clickOk), 1);
     EXPECT_FALSE(isConfirmationPauseSet()) << "the next answer ends it";
+    EXPECT_EQ(host.messageTexts(), paused) << "an answer needs no message";
 }
 
 TEST_F(MessageBox, EndOfTheApplicationDeclines) {
@@ -81,6 +84,44 @@ TEST_F(MessageBox, ParentThatDiesDeclines) {
     QTimer::singleShot(0, [&] { delete parent; });
     EXPECT_EQ(COrdersMessageBox::showOrders(parent, QString(), EQdTraderType::Stock, orders, {}), 0);
     EXPECT_FALSE(COrdersMessageBox::isOpen());
+}
+
+TEST_F(MessageBox, EditedVolumesAreNamedAboveTheButtons) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.notice(), QString());
+        enterVolume(box, 0, "700");
+        enterVolume(box, 2, "700");
+        EXPECT_EQ(box.notice(), QStringLiteral("2 行的分配量已修改, 但仍按原分配量下单"));
+        const QLabel* line = nullptr;
+        for (const QLabel* each : box.findChildren<QLabel*>()) {
+            if (each->text() == box.notice()) line = each;
+        }
+        ASSERT_NE(line, nullptr);
+        EXPECT_TRUE(line->isVisible());
+        EXPECT_EQ(line->palette().color(QPalette::WindowText), QColor(Qt::red));
+        QCoreApplication::processEvents();
+        EXPECT_LT(line->mapTo(&box, QPoint()).y(), box.okButton()->mapTo(&box, QPoint()).y());
+        enterVolume(box, 0, "100");
+        enterVolume(box, 2, "300");
+        EXPECT_EQ(box.notice(), QString());
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
+TEST_F(MessageBox, ChangedRemarksAreNamedAboveTheButtons) {
+    show(orders, {{3, "first"}}, [](COrdersMessageBox& box) {
+        QTest::keyClicks(box.remarkEdit(), QStringLiteral("s"));
+        EXPECT_EQ(box.notice(), QStringLiteral("1 行的备注已修改, 但仍按原备注下单"));
+        enterVolume(box, 0, "700");
+        EXPECT_EQ(box.notice(), QStringLiteral("1 行的分配量已修改, 但仍按原分配量下单; "
+                                               "1 行的备注已修改, 但仍按原备注下单"));
+        enterVolume(box, 0, "100");
+        QTest::keyClick(box.remarkEdit(), Qt::Key_Backspace);
+        EXPECT_EQ(box.notice(), QString());
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
 }
 
 TEST_F(MessageBox, OtherButtonValuesAreIgnored) {
