@@ -103,7 +103,10 @@ signals:
 private:
     struct CRowState {
         bool m_bMoney = false;      ///< the row repays an amount of money
-        bool m_bNeedsQuote = false; ///< prices are filled when the first quote comes
+        bool m_bNeedsQuote = false; ///< prices are filled when a quote has them
+        CPriceDataPtr m_quote;      ///< the last quote that was tried for them
+        std::optional<double> m_basePrice;
+        std::optional<double> m_price;
     };
 
     void makeTable();
@@ -115,7 +118,9 @@ private:
     void setText(int row, int column, const QString& text);
     void fillTexts(int row, const CCodeOrderParam& record, const COrderCells& cells);
     void fillNumbers(int row, const COrderCells& cells);
-    void setPrice(int row, int column, const std::optional<double>& price);
+    void setVolume(int row, const COrderCells& cells);
+    void setPrices(int row);
+    void setToolTips(int row, const COrderCells& cells, int first, int last);
     void fillExtra(int row, const CCodeOrderParam& record);
     void setNumber(int row, int column, const std::optional<double>& value, int decimals);
     void requestQuotes();
