@@ -340,6 +340,35 @@ TEST(ConfirmTable, LayoutIsKept) {
     EXPECT_EQ(second.widget.tableConfig(), config);
 }
 
+TEST(ConfirmTable, ColumnsFitTheOrders) {
+    const CFakeHost host;
+    CConfirmTable table;
+    CCodeOrderParam longest = makeRecord();
+    longest.m_stock.m_strName = "longer than its header";
+    table.widget.setOrders({longest});
+    const QTableView* view = table.widget.table()->view();
+    EXPECT_GT(view->columnWidth(3), QFontMetrics(view->font()).horizontalAdvance(table.cell(0, 3)));
+}
+
+TEST(ConfirmTable, HelpOfTheMenuIsShown) {
+    const CFakeHost host;
+    CConfirmTable table(EQdTraderType::Stock, 1);
+    table.widget.table()->findChild<QMenu*>()->actions().last()->trigger();
+    bool isShown = false;
+    for (const QWidget* each : QApplication::topLevelWidgets())
+        isShown = isShown || (each->inherits("QWhatsThat") && each->isVisible());
+    EXPECT_TRUE(isShown);
+    QWhatsThis::hideText();
+}
+
+TEST(ConfirmTable, AvailableVolumeIsShownAgainForItsKind) {
+    const CFakeHost host;
+    CConfirmTable table;
+    table.widget.setOrderKind(17);
+    table.widget.setOrderKind(18);
+    EXPECT_FALSE(table.widget.table()->isColumnHidden(6));
+}
+
 TEST(ConfirmTable, EmptyBatchHasNoRows) {
     const CFakeHost host;
     CConfirmTable table;
@@ -371,13 +400,20 @@ TEST(ConfirmTable, HeightGrowsWithTheRows) {
     EXPECT_EQ(table.widget.tableHeight(), one + 2 * row);
 }
 
-TEST(ConfirmTable, TimerFiresTwiceASecond) {
-    const CFakeHost host;
-    const CConfirmTable table;
+TEST(ConfirmTable, TimerShowsTheMarketValuesTwiceASecond) {
+    CFakeHost host;
+    host.quotes.quotes.clear();
+    CConfirmTable table;
     const auto timers = table.widget.findChildren<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
     ASSERT_EQ(timers.size(), 1);
     EXPECT_EQ(timers[0]->interval(), 500);
     EXPECT_TRUE(timers[0]->isActive());
+    table.widget.setOrders({makeRecord(100)});
+    host.quotes.callbacks.at(QStringLiteral("SH600000"))(makeQuote(10));
+    EXPECT_EQ(table.cell(0, 7), QStringLiteral("-"));
+    QTimerEvent tick(timers[0]->timerId());
+    QApplication::sendEvent(timers[0], &tick);
+    EXPECT_EQ(table.cell(0, 7), QStringLiteral("1000.00"));
 }
 
 } // namespace
