@@ -39,7 +39,8 @@ std::string withConfirmation(std::string text) {
             "# the limit for order sockets");
     replace(text, "order_service = true ", "order_service = false");
     replace(text, "max_strategies = 20 ",
-            "hint_bits = 48                             # orders to confirm: 16 of sockets, 32 of files\n"
+            "hint_bits = 1073                           # orders to confirm: 16 of sockets, 32 of files, 1024 of "
+            "tables; 1: remarks\n"
             "max_strategies = 20 ");
     replace(text, "accept_forced_confirm = false\n",
             "accept_forced_confirm = false\n"

@@ -49,6 +49,21 @@ const CExtraColumn kExtraColumns[] = {
      [](EQdTraderType type) { return type == EQdTraderType::Credit; }},
 };
 
+/// Whether the switch of an extra column is on. If the host fails to answer, the column is missing: no batch is
+/// dropped for it.
+bool isExtraOn(const CExtraColumn& extra) {
+    bool isOn = false;
+    runGuarded(QStringLiteral("下单确认表缺少一列"), [&] { isOn = luawrapper::isOrderSwitchOn(extra.m_pszModule); });
+    return isOn;
+}
+
+/// A switch for safety is on if the host fails to answer.
+bool isReadOnlyOn() {
+    bool isOn = true;
+    runGuarded(QStringLiteral("分配量不能修改"), [&] { isOn = luawrapper::isOrderSwitchOn(kConfirmReadOnlySwitch); });
+    return isOn;
+}
+
 constexpr int kLeastDecimals = 2;
 constexpr int kMostQuoteDecimals = 4; ///< the smallest price step is 0.0001
 constexpr int kMostDecimals = 8;      ///< of a price that an order names: it is sent with all of them
@@ -147,7 +162,7 @@ void COrdersConfirmWidget::prepare() {
     makeColumn(Product, QStringLiteral("产品名称"), false);
     makeExtraColumns();
     m_table->setColumnFlashChange(MarketValue, true);
-    const bool isReadOnly = luawrapper::isOrderSwitchOn(kConfirmReadOnlySwitch);
+    const bool isReadOnly = isReadOnlyOn();
     m_table->setColumnEditable(Volume, !isReadOnly);
     m_table->setColumnToolTip(Volume, QString::fromUtf8(isReadOnly ? kReadOnlyToolTip : kVolumeToolTip));
     m_table->setColumnEditor(Volume, [this](int row) {
@@ -162,7 +177,7 @@ void COrdersConfirmWidget::makeExtraColumns() {
     m_nLastColumn = -1;
     int column = FirstExtra;
     for (const CExtraColumn& extra : kExtraColumns) {
-        if (!extra.m_isUsedBy(m_nTraderType) || !luawrapper::isOrderSwitchOn(extra.m_pszModule)) continue;
+        if (!extra.m_isUsedBy(m_nTraderType) || !isExtraOn(extra)) continue;
         const QString header = QString::fromUtf8(extra.m_pszHeader);
         makeColumn(column, header, false);
         m_table->setColumnKey(column, QString::fromLatin1(extra.m_pszModule));
@@ -416,7 +431,8 @@ void COrdersConfirmWidget::showAmountSum() {
 }
 
 int COrdersConfirmWidget::tableHeight() const {
-    return m_table->neededHeight();
+    constexpr int kButtonRow = 46, kFrame = 2, kAddedByDialog = 30;
+    return m_table->neededHeight() + kButtonRow + kFrame - kAddedByDialog;
 }
 
 void COrdersConfirmWidget::setTableConfig(const QString& config) {

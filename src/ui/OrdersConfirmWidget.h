@@ -75,7 +75,8 @@ public:
     /// The kind of the data. Column 6 is hidden and market values are not updated unless it is kOrdersKind.
     void setOrderKind(int kind);
 
-    /// The height in pixels that all rows need.
+    /// The height in pixels that all rows need, with the part of the dialog's button row and frame that is
+    /// above 30 pixels: the dialog adds only 30 for both.
     int tableHeight() const;
     void setTableConfig(const QString& config);
     QString tableConfig() const;

@@ -53,6 +53,13 @@ QString moneyText(double money) {
     return groups.toString(money, 'f', 2);
 }
 
+/// A switch for safety is on if the host fails to answer.
+bool isGuardOn() {
+    bool isOn = true;
+    runGuarded(QStringLiteral("确认窗口的保护已开启"), [&] { isOn = luawrapper::isOrderSwitchOn(kConfirmGuardSwitch); });
+    return isOn;
+}
+
 } // namespace
 
 int COrdersMessageBox::showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
@@ -100,7 +107,7 @@ bool COrdersMessageBox::wasAnswered() {
 }
 
 COrdersMessageBox::COrdersMessageBox(const QString& title, QWidget* parent)
-    : CCommonDialog(parent), m_bGuarded(luawrapper::isOrderSwitchOn(kConfirmGuardSwitch)),
+    : CCommonDialog(parent), m_bGuarded(isGuardOn()),
       m_guardTimer(new QTimer(this)) {
     setTitle(title);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -133,7 +140,7 @@ void COrdersMessageBox::loadLayout() {
     });
 }
 
-/// Keeps the layout that the user has made. A dialog that has not shown the saved layout does not replace it,
+/// Keeps the layout that the user has made. If he has changed nothing, the saved one stays. A dialog that has not shown the saved layout does not replace it,
 /// and another user does not get it.
 void COrdersMessageBox::saveLayout() {
     if (!m_bLayoutLoaded || !m_table->isLayoutChanged()) return;
@@ -162,6 +169,7 @@ void COrdersMessageBox::makeInner() {
     makeRemark(*row);
     row->addStretch();
     m_summary = new UW::CSimpleTextWidget;
+    m_summary->setElided(true);
     row->addWidget(m_summary);
     m_okButton = makeButton(QStringLiteral("确定"), OkButton);
     m_cancelButton = makeButton(QStringLiteral("取消"), CancelButton);
@@ -359,11 +367,25 @@ QString COrdersMessageBox::notice() const {
 void COrdersMessageBox::showSummary() {
     const COrdersTotal total = m_table->total();
     QString text = QStringLiteral("共 %1 笔").arg(total.m_nOrders);
-    if (total.m_nWithAmount > 0) text += QStringLiteral(", 表内预估 %1 元").arg(moneyText(total.m_dAmount));
+    if (total.m_nWithAmount > 0) text += QStringLiteral(", 表内预估 %1").arg(moneyText(total.m_dAmount));
     const int without = total.m_nOrders - total.m_nWithAmount;
     if (without > 0 && total.m_nWithAmount > 0) text += QStringLiteral(" (%1 笔无金额)").arg(without);
     m_summary->setText(text);
-    m_summary->setToolTip(QStringLiteral("表中各行委托预估金额之和. 多账号或篮子的指令只含最后一条."));
+    m_summary->setToolTip(text +
+                          QStringLiteral("\n表中各行委托预估金额之和. 多账号或篮子的指令只含最后一条."));
+    fitSummary();
+}
+
+/// The summary has its whole width if the remark line can give it. If not, its end is cut, and never a button.
+void COrdersMessageBox::fitSummary() {
+    const QWidget* row = m_summary->parentWidget();
+    const int others = row->layout()->minimumSize().width() - m_summary->minimumWidth();
+    m_summary->setMinimumWidth(qBound(0, row->width() - others, m_summary->sizeHint().width()));
+}
+
+void COrdersMessageBox::resizeEvent(QResizeEvent* event) {
+    CCommonDialog::resizeEvent(event);
+    fitSummary();
 }
 
 QString COrdersMessageBox::summary() const {

@@ -26,8 +26,9 @@ class COrdersConfirmWidget;
 class CRemarkLine;
 
 /// The modal dialog in which the user confirms a batch. While it is open, the intake of order files pauses
-/// (gates/IntakePause.h). The two buttons and Escape end the pause. If the dialog is closed by its frame, or
-/// the application quits, the batch is declined and the pause stays set. Main thread.
+/// (gates/IntakePause.h). The two buttons and Escape end the pause. If the dialog is closed by its frame, the
+/// batch is declined, the pause stays set, and a message says so. If the application quits, nobody has
+/// answered, and the pause stays set. Main thread.
 class ORDERSERVICE_EXPORT COrdersMessageBox : public UW::CCommonDialog {
     Q_OBJECT
 public:
@@ -42,7 +43,8 @@ public:
 
     /// Shows the orders and waits for the answer, in an event loop of its own. Returns 1 if the user has
     /// confirmed, and 0 in every other case. A call while a dialog is open returns 0 and reports that the
-    /// orders are not executed.
+    /// orders are not executed. A batch of the order service that comes while a dialog of the host's own call is
+    /// open is not asked: it is dropped and reported.
     /// remarks: UTF-8, with the keys of `orders`. parent: may be null.
     static int showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
                           const std::map<int, CCodeOrderParam>& orders,
@@ -82,6 +84,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     COrdersMessageBox(const QString& title, QWidget* parent);
@@ -102,6 +105,7 @@ private:
     void showRemark();
     void keepRemark();
     void showSummary();
+    void fitSummary();
     void showNotice();
     int changedRemarks() const;
     /// With the guard: Enter in the remark line ends the remark. Returns false for any other key or place.

@@ -123,8 +123,11 @@ private:
     void sortBy(int column);
     QString columnKey(int column) const;
     bool isNumberColumn(int column) const;
-    /// The width in pixels that the texts of the column need, without its header.
+    /// The width in pixels that the texts of the column need, without its header: all texts of a column of
+    /// numbers, and those of the first rows that can be seen of another one.
     int textWidth(int column) const;
+    /// Gives each column of numbers the width of its longest number. It never takes width away.
+    void widenNumberColumns();
     void showHiddenRows();
     void showFilterOfCurrentColumn();
 

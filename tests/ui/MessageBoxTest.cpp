@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTableView>
 
 #include <algorithm>
@@ -243,14 +244,14 @@ TEST_F(MessageBox, NumberAndMoneyAreBesideTheButtons) {
         text = box.summary();
         clickOk(box);
     });
-    EXPECT_EQ(text, QStringLiteral("共 3 笔, 表内预估 5,700.00 元"));
+    EXPECT_EQ(text, QStringLiteral("共 3 笔, 表内预估 5,700.00"));
     CCodeOrderParam unset = makeRecord();
     unset.m_dPrice = kUnsetDouble;
     show({{0, makeRecord(100)}, {1, unset}}, {}, [&](COrdersMessageBox& box) {
         text = box.summary();
         clickOk(box);
     });
-    EXPECT_EQ(text, QStringLiteral("共 2 笔, 表内预估 950.00 元 (1 笔无金额)"));
+    EXPECT_EQ(text, QStringLiteral("共 2 笔, 表内预估 950.00 (1 笔无金额)"));
 }
 
 TEST_F(MessageBox, RemarksHaveTheKeyOfTheCaller) {
@@ -461,6 +462,71 @@ TEST_F(MessageBox, ButtonsFitASmallScreen) {
         QCoreApplication::processEvents();
         EXPECT_EQ(box.width(), 798) << "the parts need more width";
         EXPECT_TRUE(box.rect().contains(QRect(box.cancelButton()->mapTo(&box, QPoint()), QSize(80, 26))));
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
+TEST_F(MessageBox, LongSummaryLeavesTheButtonsInASmallDialog) {
+    std::map<int, CCodeOrderParam> many;
+    for (int i = 0; i < 5000; ++i) {
+        many[i] = makeRecord(1234567890);
+        if (i > 0) many[i].m_dPrice = kUnsetDouble;
+    }
+    show(many, {}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.summary(), QStringLiteral("共 5000 笔, 表内预估 11,728,394,955.00 (4999 笔无金额)"));
+        for (const int width : {462, 600, 798}) {
+            box.resize(width, 400);
+            QCoreApplication::processEvents();
+            EXPECT_EQ(box.width(), width) << "the parts need more width";
+            EXPECT_TRUE(box.rect().contains(QRect(box.cancelButton()->mapTo(&box, QPoint()), QSize(80, 26))))
+                << width;
+        }
+        const QLabel* summary = nullptr;
+        for (const QLabel* each : box.findChildren<QLabel*>()) {
+            if (each->text() == box.summary()) summary = each;
+        }
+        ASSERT_NE(summary, nullptr);
+        EXPECT_TRUE(summary->toolTip().startsWith(box.summary()));
+        EXPECT_GE(summary->width(), qMin(300, summary->sizeHint().width())) << "the remark line gives its width";
+        EXPECT_GE(box.remarkEdit()->width(), 120);
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
+TEST_F(MessageBox, AllRowsCanBeSeenOnALargeScreen) {
+    for (const int rows : {3, 15}) {
+        std::map<int, CCodeOrderParam> batch;
+        for (int i = 0; i < rows; ++i)
+            batch[i] = makeRecord();
+        show(batch, {}, [&](COrdersMessageBox& box) {
+            QCoreApplication::processEvents();
+            EXPECT_EQ(box.table()->table()->view()->verticalScrollBar()->maximum(), 0) << rows;
+            clickOk(box);
+        });
+        EXPECT_TRUE(wasShown);
+    }
+}
+
+TEST_F(MessageBox, ColumnsOfALayoutGetWiderWhenQuotesCome) {
+    host.quotes.quotes.clear();
+    host.user.layouts[QStringLiteral("orders_confirm")] = QStringLiteral("1;7:30,8:30,10:30");
+    CCodeOrderParam latest = makeRecord(100000000);
+    latest.m_ePriceType = EPriceType::Latest;
+    latest.m_dPrice = kUnsetDouble;
+    show({{0, latest}}, {}, [&](COrdersMessageBox& box) {
+        host.quotes.callbacks.at(QStringLiteral("SH600000"))(makeQuote(1000));
+        box.table()->slotTimeout();
+        const UW::CBaseNormalTable* table = box.table()->table();
+        QFont bold = table->view()->font();
+        bold.setBold(true);
+        for (const int column : {7, 8, 10}) {
+            EXPECT_GT(table->view()->columnWidth(column),
+                      QFontMetrics(bold).horizontalAdvance(table->itemText(0, column)))
+                << column;
+        }
+        EXPECT_FALSE(table->isLayoutChanged());
         clickOk(box);
     });
     EXPECT_TRUE(wasShown);

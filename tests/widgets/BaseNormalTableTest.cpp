@@ -316,4 +316,22 @@ TEST_F(BaseNormalTable, HiddenRowsAreNamedBelowTheTable) {
     EXPECT_TRUE(lines[0]->isHidden());
 }
 
+TEST_F(BaseNormalTable, LongestNumberOfAnyRowIsSeenWhole) {
+    table.setRowCount(300);
+    table.beginUpdate();
+    table.setItemText(200, 1, QStringLiteral("123456789012345"));
+    table.endUpdate();
+    const QFontMetrics metrics(table.view()->font());
+    const int needed = metrics.horizontalAdvance(QStringLiteral("123456789012345"));
+    EXPECT_GT(table.view()->columnWidth(1), needed);
+    table.view()->setColumnWidth(1, 400);
+    table.beginUpdate();
+    table.setItemText(201, 1, QStringLiteral("1234567890123456"));
+    table.endUpdate();
+    EXPECT_EQ(table.view()->columnWidth(1), 400) << "no width is taken away";
+    table.adjustVisibleRowsColumnWidth();
+    EXPECT_GT(table.view()->columnWidth(1), needed);
+    EXPECT_LT(table.view()->columnWidth(1), 400);
+}
+
 } // namespace
