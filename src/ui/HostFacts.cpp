@@ -42,10 +42,9 @@ CInstrumentFacts& CHostFacts::factsOf(const CCodeOrderParam& record) {
             const double multiplier = detail ? detail->m_dMultiplier : kUnsetDouble;
             if (std::isfinite(multiplier) && !isInvalidPrice(multiplier) && multiplier > 0)
                 facts.m_multiplier = multiplier;
-            facts.m_bParPriced =
-                stock.m_strMarket == "SH" &&
-                knservice::StockTypeCenter::isTypedStock(knservice::kTypeParPriced, stock.m_strMarket,
-                                                         stock.m_strCode);
+            facts.m_bParPriced = stock.m_strMarket == "SH" &&
+                                 knservice::StockTypeCenter::isTypedStock(knservice::kTypeParPriced,
+                                                                          stock.m_strMarket, stock.m_strCode);
         });
     }
     return facts;
@@ -105,7 +104,8 @@ std::optional<bool> CHostFacts::repaysMoney(const CCodeOrderParam& record) {
     if (answer) return answer;
     m_bRowFailed = true;
     // An amount of money is in m_dQuantity, where other records have their volume or nothing.
-    const bool hasOtherQuantity = !isInvalidPrice(record.m_dQuantity) && record.m_dQuantity != record.m_nVolume;
+    const bool hasOtherQuantity =
+        !isInvalidPrice(record.m_dQuantity) && record.m_dQuantity != record.m_nVolume;
     return m_eTraderType == EQdTraderType::Credit || hasOtherQuantity ? std::nullopt : std::optional(false);
 }
 

@@ -48,11 +48,11 @@ public:
     /// The last known quote of the instrument. May be empty.
     CPriceDataPtr quote(const CCodeOrderParam& record);
     const CAccountFacts& account(const CCodeOrderParam& record);
-    /// Money for one unit of volume and of price. Not set for a contract without a multiplier: a value that is
-    /// wrong by a factor must not be shown.
+    /// Money for one unit of volume and of price. Not set for a contract without a multiplier: a value that
+    /// is wrong by a factor must not be shown.
     std::optional<CMoneyRule> moneyRule(const CCodeOrderParam& record);
-    /// Whether the record repays an amount of money, which is in m_dQuantity. Not set if the host has failed to
-    /// say so and the record may be such one.
+    /// Whether the record repays an amount of money, which is in m_dQuantity. Not set if the host has failed
+    /// to say so and the record may be such one.
     std::optional<bool> repaysMoney(const CCodeOrderParam& record);
     /// Takes this answer instead of asking the host.
     void setRepaysMoney(const CCodeOrderParam& record, bool isMoney) {

@@ -84,8 +84,8 @@ void fillPrices(COrderCells& cells, const CCodeOrderParam& record, CHostFacts& h
     }
     const std::optional<bool> isMarketType = isMarket(record.m_ePriceType, host);
     if (!isMarketType) { // the record's number may be no price of this order
-        cells.m_unread.insert({COrdersConfirmWidget::BasePrice, COrdersConfirmWidget::Price,
-                               COrdersConfirmWidget::Amount});
+        cells.m_unread.insert(
+            {COrdersConfirmWidget::BasePrice, COrdersConfirmWidget::Price, COrdersConfirmWidget::Amount});
         return fillPriceWord(cells, record, host);
     }
     if (quote) fillQuotedPrice(cells, record, *quote, *isMarketType, host);

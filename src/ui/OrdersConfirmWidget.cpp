@@ -12,6 +12,7 @@
 
 #include <QAction>
 #include <QCursor>
+#include <QStringList>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWhatsThis>
@@ -49,18 +50,20 @@ const CExtraColumn kExtraColumns[] = {
      [](EQdTraderType type) { return type == EQdTraderType::Credit; }},
 };
 
-/// Whether the switch of an extra column is on. If the host fails to answer, the column is missing: no batch is
-/// dropped for it.
+/// Whether the switch of an extra column is on. If the host fails to answer, the column is missing: no batch
+/// is dropped for it.
 bool isExtraOn(const CExtraColumn& extra) {
     bool isOn = false;
-    runGuarded(QStringLiteral("下单确认表缺少一列"), [&] { isOn = luawrapper::isOrderSwitchOn(extra.m_pszModule); });
+    runGuarded(QStringLiteral("下单确认表缺少一列"),
+               [&] { isOn = luawrapper::isOrderSwitchOn(extra.m_pszModule); });
     return isOn;
 }
 
 /// A switch for safety is on if the host fails to answer.
 bool isReadOnlyOn() {
     bool isOn = true;
-    runGuarded(QStringLiteral("分配量不能修改"), [&] { isOn = luawrapper::isOrderSwitchOn(kConfirmReadOnlySwitch); });
+    runGuarded(QStringLiteral("分配量不能修改"),
+               [&] { isOn = luawrapper::isOrderSwitchOn(kConfirmReadOnlySwitch); });
     return isOn;
 }
 
@@ -80,7 +83,8 @@ int decimalsOf(const std::optional<double>& number, int most) {
 
 /// The digits behind the point that the prices of a row need.
 int priceDecimalsOf(const COrderCells& cells) {
-    const int base = cells.m_basePrice == cells.m_price ? 0 : decimalsOf(cells.m_basePrice, kMostQuoteDecimals);
+    const int base =
+        cells.m_basePrice == cells.m_price ? 0 : decimalsOf(cells.m_basePrice, kMostQuoteDecimals);
     return std::max({kLeastDecimals, base, decimalsOf(cells.m_price, kMostDecimals)});
 }
 
@@ -328,7 +332,7 @@ void COrdersConfirmWidget::setNumber(int row, int column, const std::optional<do
 }
 
 void COrdersConfirmWidget::requestQuotes() {
-    int failed = 0;
+    QStringList failed;
     QString cause;
     for (const QString& key : m_rows->keys()) {
         try {
@@ -337,11 +341,16 @@ void COrdersConfirmWidget::requestQuotes() {
                 key, [rows, key](const CPriceDataPtr& price) { rows->setQuote(key, price); },
                 ESubscribeType::Plain));
         } catch (...) {
-            if (failed++ == 0) cause = exceptionText();
+            if (failed.isEmpty()) cause = exceptionText();
+            failed.append(key);
         }
     }
-    if (failed == 0) return;
-    reportSafely(QStringLiteral("[接口单]　下单确认表未能请求 %1 个代码的行情: ").arg(failed) + cause);
+    if (failed.isEmpty()) return;
+    constexpr int kMostNamed = 5;
+    reportSafely(
+        QStringLiteral("[接口单]　下单确认表未能请求 %1 个代码的行情 (%2): ")
+            .arg(QString::number(failed.size()), failed.mid(0, kMostNamed).join(QStringLiteral(", "))) +
+        cause);
 }
 
 /// Works out the cells of the rows whose quotes did not have their prices yet.

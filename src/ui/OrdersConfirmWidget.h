@@ -136,7 +136,7 @@ private:
     const std::shared_ptr<CQuoteRows> m_rows; ///< also held by the quote call-backs
     std::vector<CCodeOrderParam> m_original;  ///< as setOrders got them
     std::vector<CRowState> m_states;
-    std::set<int> m_editedRows; ///< whose volume is not that of m_original
+    std::set<int> m_editedRows;                           ///< whose volume is not that of m_original
     std::vector<std::optional<double>> m_amounts;         ///< of the rows as the user has changed them
     std::vector<std::optional<double>> m_originalAmounts; ///< of the rows as they came in
     std::vector<boost::shared_ptr<CQuoteRequest>> m_requests;

@@ -40,7 +40,8 @@ constexpr int kHeightBesideTable = 30;
 constexpr int kButtonWidth = 80, kButtonHeight = 26;
 constexpr int kLabelHeight = 22;
 
-/// With the guard, no answer is taken for this time after the dialog was shown. The user sees the batch first.
+/// With the guard, no answer is taken for this time after the dialog was shown. The user sees the batch
+/// first.
 constexpr double kGuardSeconds = 0.5;
 
 COrdersMessageBox* s_pOpen = nullptr; ///< the dialog that is open
@@ -56,7 +57,8 @@ QString moneyText(double money) {
 /// A switch for safety is on if the host fails to answer.
 bool isGuardOn() {
     bool isOn = true;
-    runGuarded(QStringLiteral("确认窗口的保护已开启"), [&] { isOn = luawrapper::isOrderSwitchOn(kConfirmGuardSwitch); });
+    runGuarded(QStringLiteral("确认窗口的保护已开启"),
+               [&] { isOn = luawrapper::isOrderSwitchOn(kConfirmGuardSwitch); });
     return isOn;
 }
 
@@ -107,8 +109,7 @@ bool COrdersMessageBox::wasAnswered() {
 }
 
 COrdersMessageBox::COrdersMessageBox(const QString& title, QWidget* parent)
-    : CCommonDialog(parent), m_bGuarded(isGuardOn()),
-      m_guardTimer(new QTimer(this)) {
+    : CCommonDialog(parent), m_bGuarded(isGuardOn()), m_guardTimer(new QTimer(this)) {
     setTitle(title);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -140,8 +141,8 @@ void COrdersMessageBox::loadLayout() {
     });
 }
 
-/// Keeps the layout that the user has made. If he has changed nothing, the saved one stays. A dialog that has not shown the saved layout does not replace it,
-/// and another user does not get it.
+/// Keeps the layout that the user has made. If he has changed nothing, the saved one stays. A dialog that has
+/// not shown the saved layout does not replace it, and another user does not get it.
 void COrdersMessageBox::saveLayout() {
     if (!m_bLayoutLoaded || !m_table->isLayoutChanged()) return;
     runGuarded(QStringLiteral("下单确认表的布局未保存"), [this] {
@@ -229,12 +230,12 @@ void COrdersMessageBox::setOrders(const std::map<int, CCodeOrderParam>& orders,
 void COrdersMessageBox::fitSize() {
     const QWidget* parent = parentWidget();
     const QScreen* screen = parent != nullptr ? parent->screen() : QGuiApplication::primaryScreen();
-    const QSize wish(kWidth, m_table->tableHeight() + kHeightBesideTable);
-    if (screen == nullptr) return resize(wish);
+    if (screen == nullptr) return resize(kWidth, m_table->tableHeight() + kHeightBesideTable);
     // The frame of the window manager is not known before the dialog is shown.
     const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight);
     const QRect area = screen->availableGeometry();
-    const QSize size = boundedSize(wish, area.size(), {2 * kFrameWidth, title + 2 * kFrameWidth});
+    const QSize size =
+        sizeFor(m_table->tableHeight(), area.size(), {2 * kFrameWidth, title + 2 * kFrameWidth});
     resize(size);
     if (parent == nullptr)
         move(area.left() + (area.width() - size.width()) / 2,
@@ -244,6 +245,10 @@ void COrdersMessageBox::fitSize() {
 QSize COrdersMessageBox::boundedSize(const QSize& wish, const QSize& available, const QSize& frame) {
     return wish.expandedTo({kLeastWidth + 2 * kFrameWidth, kLeastHeight + 2 * kFrameWidth})
         .boundedTo(available - frame);
+}
+
+QSize COrdersMessageBox::sizeFor(int tableHeight, const QSize& available, const QSize& frame) {
+    return boundedSize({kWidth, tableHeight + kHeightBesideTable}, available, frame);
 }
 
 void COrdersMessageBox::handleEvent(int event, int value) {
@@ -376,7 +381,8 @@ void COrdersMessageBox::showSummary() {
     fitSummary();
 }
 
-/// The summary has its whole width if the remark line can give it. If not, its end is cut, and never a button.
+/// The summary has its whole width if the remark line can give it. If not, its end is cut, and never a
+/// button.
 void COrdersMessageBox::fitSummary() {
     const QWidget* row = m_summary->parentWidget();
     const int others = row->layout()->minimumSize().width() - m_summary->minimumWidth();

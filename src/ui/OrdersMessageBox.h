@@ -43,9 +43,9 @@ public:
 
     /// Shows the orders and waits for the answer, in an event loop of its own. Returns 1 if the user has
     /// confirmed, and 0 in every other case. A call while a dialog is open returns 0 and reports that the
-    /// orders are not executed. A batch of the order service that comes while a dialog of the host's own call is
-    /// open is not asked: it is dropped and reported.
-    /// remarks: UTF-8, with the keys of `orders`. parent: may be null.
+    /// orders are not executed. A batch of the order service that comes while a dialog of the host's own call
+    /// is open is not asked: it is dropped and reported. remarks: UTF-8, with the keys of `orders`. parent:
+    /// may be null.
     static int showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
                           const std::map<int, CCodeOrderParam>& orders,
                           const std::map<int, std::string>& remarks);
@@ -68,6 +68,9 @@ public:
     /// The size of the dialog for this wish on a screen with this space for windows, in pixels. `frame`: what
     /// the window manager adds. The result is without it.
     static QSize boundedSize(const QSize& wish, const QSize& available, const QSize& frame);
+
+    /// The size for a table of this height, with the width of every dialog, on such a screen.
+    static QSize sizeFor(int tableHeight, const QSize& available, const QSize& frame);
 
     COrdersConfirmWidget* table() const { return m_table; }
     QPushButton* okButton() const { return m_okButton; }
@@ -120,11 +123,11 @@ private:
     CRemarkLine* m_remarkEdit = nullptr;
     UW::CSimpleTextWidget* m_summary = nullptr;
     UW::CSimpleTextWidget* m_notice = nullptr;
-    std::map<int, int> m_rowKeys;             ///< the caller's key by row
+    std::map<int, int> m_rowKeys;               ///< the caller's key by row
     std::map<int, std::string> m_callerRemarks; ///< as they came in, by the caller's key
-    const bool m_bGuarded;          ///< no answer is taken until the user can have seen the batch
-    QTimer* const m_guardTimer;     ///< enables the buttons
-    std::optional<double> m_dShown; ///< time of the clock in seconds
+    const bool m_bGuarded;                      ///< no answer is taken until the user can have seen the batch
+    QTimer* const m_guardTimer;                 ///< enables the buttons
+    std::optional<double> m_dShown;             ///< time of the clock in seconds
     bool m_bLayoutLoaded = false;
     std::string m_strLayoutUser; ///< the user whose layout was loaded
 };

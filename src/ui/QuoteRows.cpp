@@ -28,7 +28,8 @@ void CQuoteRows::setOrders(const std::vector<CCodeOrderParam>& orders,
         const CInstrument& instrument = instruments.at(row);
         if (instrument.m_strKey.isEmpty()) continue;
         CQuoted& entry = quoted[instrument.m_strKey];
-        // A contract and another order may name the same instrument. If one rule is unknown, no value is shown.
+        // A contract and another order may name the same instrument. If one rule is unknown, no value is
+        // shown.
         const bool isKnown = entry.m_rows.empty() || entry.m_moneyRule;
         entry.m_moneyRule = isKnown ? instrument.m_moneyRule : std::nullopt;
         entry.m_rows.push_back(static_cast<int>(row));

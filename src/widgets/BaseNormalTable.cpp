@@ -289,8 +289,9 @@ void CBaseNormalTable::setHiddenRowsText(const QString& text) {
 }
 
 QString CBaseNormalTable::hiddenRowsText() const {
-    return hiddenRows() > 0 ? QString(m_strHiddenRows).replace(QLatin1String("%1"), QString::number(hiddenRows()))
-                            : QString();
+    return hiddenRows() > 0
+               ? QString(m_strHiddenRows).replace(QLatin1String("%1"), QString::number(hiddenRows()))
+               : QString();
 }
 
 void CBaseNormalTable::showHiddenRows() {

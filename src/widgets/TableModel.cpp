@@ -71,7 +71,8 @@ void CTableModel::setText(int row, int column, const QString& text, std::optiona
 void CTableModel::keepLongest(int number, const QString& text) {
     CColumn& longest = column(number);
     constexpr ushort kFirstWide = 0x1100;
-    const auto wide = std::count_if(text.begin(), text.end(), [](QChar c) { return c.unicode() >= kFirstWide; });
+    const auto wide =
+        std::count_if(text.begin(), text.end(), [](QChar c) { return c.unicode() >= kFirstWide; });
     const int length = text.size() + static_cast<int>(wide);
     if (length <= longest.m_nLongest) return;
     longest.m_nLongest = length;

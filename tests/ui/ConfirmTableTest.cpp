@@ -316,8 +316,7 @@ TEST(ConfirmTable, FilterHidesRowsAndTheSumHasAllOfThem) {
               (std::set<QString>{QStringLiteral("买入"), QStringLiteral("卖出")}));
     table.widget.table()->filterColumn(4, {QStringLiteral("卖出")});
     EXPECT_EQ(table.widget.table()->hiddenRows(), 1);
-    EXPECT_EQ(table.widget.table()->hiddenRowsText(),
-              QStringLiteral("筛选隐藏了 1 行; 确定仍执行全部 2 笔"));
+    EXPECT_EQ(table.widget.table()->hiddenRowsText(), QStringLiteral("筛选隐藏了 1 行; 确定仍执行全部 2 笔"));
     EXPECT_EQ(table.widget.table()->rowID(0), 1);
     table.widget.slotTimeout();
     EXPECT_EQ(table.sum(7), QStringLiteral("8400.00"));

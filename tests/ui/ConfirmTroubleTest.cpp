@@ -34,6 +34,15 @@ public:
     QString failing;
 };
 
+class CFailingQuotes : public fake::CQuotes {
+public:
+    using CQuotes::CQuotes;
+    boost::shared_ptr<CQuoteRequest> subscribe(const QString&, const CQuoteRequest::CCallback&,
+                                               ESubscribeType) override {
+        throw std::runtime_error("no line");
+    }
+};
+
 class ConfirmTrouble : public testing::Test {
 protected:
     void SetUp() override {
@@ -171,6 +180,24 @@ TEST_F(ConfirmTrouble, EditDoesNotThrowWhenTheHostFails) {
     EXPECT_NO_THROW(enterVolume(table, "500"));
     EXPECT_EQ(table.cell(0, 5), QStringLiteral("500"));
     EXPECT_TRUE(host.messageTexts().empty()) << "an edit does not ask whether the row is money";
+}
+
+TEST_F(ConfirmTrouble, FailedQuoteRequestsNameFiveCodes) {
+    CFailingQuotes quotes(host.records);
+    CHost services = host.services();
+    services.quoteClient = &quotes;
+    releaseHost();
+    ASSERT_TRUE(installHost(services).isSuccess());
+    std::vector<CCodeOrderParam> records;
+    for (const char* code : {"600001", "600002", "600003", "600004", "600005", "600006"})
+        records.push_back(makeRecord(100, code));
+    CConfirmTable table;
+    table.widget.setOrders(records);
+    ASSERT_EQ(host.messageTexts().size(), 1u);
+    EXPECT_TRUE(host.messageTexts()[0].startsWith(
+        QStringLiteral("[接口单]　下单确认表未能请求 6 个代码的行情 (SH600001, SH600002, SH600003, SH600004, "
+                       "SH600005): ")));
+    EXPECT_TRUE(host.messageTexts()[0].endsWith(QStringLiteral("no line")));
 }
 
 TEST_F(ConfirmTrouble, HostIsAskedOnceForEachInstrument) {

@@ -2,14 +2,12 @@
 #include "tests/ui/DialogFixture.h"
 
 #include <QClipboard>
+#include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QLayout>
-#include <QScreen>
-#include <QScrollBar>
 #include <QTableView>
 
-#include <algorithm>
 #include <vector>
 
 namespace {
@@ -41,9 +39,16 @@ TEST_F(MessageBox, PauseIsSetWhileItIsOpen) {
     EXPECT_TRUE(isOpen);
 }
 
-TEST_F(MessageBox, EscapeDeclinesAndEndsThePause) {
-    EXPECT_EQ(show(orders, {}, [](COrdersMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }), 0);
-    EXPECT_FALSE(isConfirmationPauseSet());
+TEST_F(MessageBox, EscapeDeclinesAndEndsThePauseWhereverItIsPressed) {
+    for (const int place : {0, 1, 2}) {
+        EXPECT_EQ(show(orders, {},
+                       [&](COrdersMessageBox& box) {
+                           QWidget* const places[] = {&box, box.table()->table()->view(), box.remarkEdit()};
+                           QTest::keyClick(places[place], Qt::Key_Escape);
+                       }),
+                  0);
+        EXPECT_FALSE(isConfirmationPauseSet()) << place;
+    }
 }
 
 TEST_F(MessageBox, EscapeWithAnotherKeyChangesNothing) {
@@ -212,20 +217,6 @@ TEST_F(MessageBox, ButtonRowHasItsMarginsSpacingAndHeight) {
         clickOk(box);
     });
     EXPECT_TRUE(wasShown);
-}
-
-TEST_F(MessageBox, SizeIsOfTheTable) {
-    QSize size;
-    int height = 0;
-    show(orders, {}, [&](COrdersMessageBox& box) {
-        size = box.size();
-        height = box.table()->tableHeight();
-        clickOk(box);
-    });
-    const QSize wish(1000, height + 30);
-    const QSize least(462, 152), screen = QGuiApplication::primaryScreen()->availableSize();
-    EXPECT_EQ(size,
-              QSize(std::min(wish.width(), screen.width() - 2), std::max(wish.height(), least.height())));
 }
 
 TEST_F(MessageBox, RowsAreInTheOrderOfTheKeys) {
@@ -415,7 +406,35 @@ TEST_F(MessageBox, LayoutIsSavedAndApplied) {
 
 TEST_F(MessageBox, DamagedLayoutIsIgnored) {
     host.user.layouts[QStringLiteral("orders_confirm")] = QStringLiteral("1;0:80,0:90,x");
-    EXPECT_EQ(show(orders, {}, clickOk), 1);
+    const auto widthOfFirst = [&] {
+        int width = 0;
+        EXPECT_EQ(show(orders, {},
+                       [&](COrdersMessageBox& box) {
+                           EXPECT_EQ(box.table()->table()->view()->horizontalHeader()->logicalIndex(0), 0);
+                           width = box.table()->table()->view()->columnWidth(0);
+                           clickOk(box);
+                       }),
+                  1);
+        return width;
+    };
+    const int width = widthOfFirst();
+    host.user.layouts.clear();
+    EXPECT_EQ(width, widthOfFirst());
+}
+
+TEST_F(MessageBox, SummaryHasTheAmountsOfLaterQuotes) {
+    host.quotes.quotes.clear();
+    CCodeOrderParam latest = makeRecord(100);
+    latest.m_ePriceType = EPriceType::Latest;
+    latest.m_dPrice = kUnsetDouble;
+    show({{0, makeRecord(100)}, {1, latest}}, {}, [&](COrdersMessageBox& box) {
+        EXPECT_EQ(box.summary(), QStringLiteral("共 2 笔, 表内预估 950.00 (1 笔无金额)"));
+        host.quotes.callbacks.at(QStringLiteral("SH600000"))(makeQuote(10));
+        box.table()->slotTimeout();
+        EXPECT_EQ(box.summary(), QStringLiteral("共 2 笔, 表内预估 1,950.00"));
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
 }
 
 TEST_F(MessageBox, SecondDialogIsNotShownInTheFirst) {
@@ -432,104 +451,6 @@ TEST_F(MessageBox, SecondDialogIsNotShownInTheFirst) {
     EXPECT_EQ(COrdersMessageBox::getRemark(3), "kept");
     EXPECT_EQ(host.messageTexts(),
               (std::vector<QString>{QStringLiteral("[接口单]　另一批指令正在确认, 1条指令未执行!")}));
-}
-
-TEST_F(MessageBox, FitsTheScreen) {
-    std::map<int, CCodeOrderParam> many;
-    for (int i = 0; i < 500; ++i)
-        many[i] = makeRecord();
-    show(many, {}, [](COrdersMessageBox& box) {
-        const QSize screen = QGuiApplication::primaryScreen()->availableSize();
-        EXPECT_LE(box.height(), screen.height());
-        EXPECT_LE(box.width(), screen.width());
-        EXPECT_TRUE(box.rect().contains(QRect(box.cancelButton()->mapTo(&box, QPoint()), QSize(80, 26))));
-        clickOk(box);
-    });
-    EXPECT_TRUE(wasShown);
-}
-
-TEST_F(MessageBox, SizeIsTheWishWithinTheScreen) {
-    const QSize frame(2, 32);
-    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 300}, {1920, 1080}, frame), QSize(1000, 300));
-    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 9000}, {1920, 1080}, frame), QSize(1000, 1048));
-    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 9000}, {800, 600}, frame), QSize(798, 568));
-    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 90}, {1920, 1080}, frame), QSize(1000, 152));
-}
-
-TEST_F(MessageBox, ButtonsFitASmallScreen) {
-    show(orders, {}, [](COrdersMessageBox& box) {
-        box.resize(798, 400);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(box.width(), 798) << "the parts need more width";
-        EXPECT_TRUE(box.rect().contains(QRect(box.cancelButton()->mapTo(&box, QPoint()), QSize(80, 26))));
-        clickOk(box);
-    });
-    EXPECT_TRUE(wasShown);
-}
-
-TEST_F(MessageBox, LongSummaryLeavesTheButtonsInASmallDialog) {
-    std::map<int, CCodeOrderParam> many;
-    for (int i = 0; i < 5000; ++i) {
-        many[i] = makeRecord(1234567890);
-        if (i > 0) many[i].m_dPrice = kUnsetDouble;
-    }
-    show(many, {}, [](COrdersMessageBox& box) {
-        EXPECT_EQ(box.summary(), QStringLiteral("共 5000 笔, 表内预估 11,728,394,955.00 (4999 笔无金额)"));
-        for (const int width : {462, 600, 798}) {
-            box.resize(width, 400);
-            QCoreApplication::processEvents();
-            EXPECT_EQ(box.width(), width) << "the parts need more width";
-            EXPECT_TRUE(box.rect().contains(QRect(box.cancelButton()->mapTo(&box, QPoint()), QSize(80, 26))))
-                << width;
-        }
-        const QLabel* summary = nullptr;
-        for (const QLabel* each : box.findChildren<QLabel*>()) {
-            if (each->text() == box.summary()) summary = each;
-        }
-        ASSERT_NE(summary, nullptr);
-        EXPECT_TRUE(summary->toolTip().startsWith(box.summary()));
-        EXPECT_GE(summary->width(), qMin(300, summary->sizeHint().width())) << "the remark line gives its width";
-        EXPECT_GE(box.remarkEdit()->width(), 120);
-        clickOk(box);
-    });
-    EXPECT_TRUE(wasShown);
-}
-
-TEST_F(MessageBox, AllRowsCanBeSeenOnALargeScreen) {
-    for (const int rows : {3, 15}) {
-        std::map<int, CCodeOrderParam> batch;
-        for (int i = 0; i < rows; ++i)
-            batch[i] = makeRecord();
-        show(batch, {}, [&](COrdersMessageBox& box) {
-            QCoreApplication::processEvents();
-            EXPECT_EQ(box.table()->table()->view()->verticalScrollBar()->maximum(), 0) << rows;
-            clickOk(box);
-        });
-        EXPECT_TRUE(wasShown);
-    }
-}
-
-TEST_F(MessageBox, ColumnsOfALayoutGetWiderWhenQuotesCome) {
-    host.quotes.quotes.clear();
-    host.user.layouts[QStringLiteral("orders_confirm")] = QStringLiteral("1;7:30,8:30,10:30");
-    CCodeOrderParam latest = makeRecord(100000000);
-    latest.m_ePriceType = EPriceType::Latest;
-    latest.m_dPrice = kUnsetDouble;
-    show({{0, latest}}, {}, [&](COrdersMessageBox& box) {
-        host.quotes.callbacks.at(QStringLiteral("SH600000"))(makeQuote(1000));
-        box.table()->slotTimeout();
-        const UW::CBaseNormalTable* table = box.table()->table();
-        QFont bold = table->view()->font();
-        bold.setBold(true);
-        for (const int column : {7, 8, 10}) {
-            EXPECT_GT(table->view()->columnWidth(column),
-                      QFontMetrics(bold).horizontalAdvance(table->itemText(0, column)))
-                << column;
-        }
-        EXPECT_FALSE(table->isLayoutChanged());
-        clickOk(box);
-    });
-    EXPECT_TRUE(wasShown);
 }
 
 } // namespace
