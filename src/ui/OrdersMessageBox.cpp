@@ -219,6 +219,9 @@ void COrdersMessageBox::setOrders(const std::map<int, CCodeOrderParam>& orders,
         m_rowKeys[row++] = key;
         m_orders.push_back(record);
     }
+    m_nWithoutRow = 0;
+    for (const auto& [key, remark] : remarks)
+        m_nWithoutRow += orders.count(key) == 0 ? 1 : 0;
     m_table->setOrders(m_orders);
     m_table->setSelectedRow(0);
     showRemark();
@@ -371,7 +374,8 @@ QString COrdersMessageBox::notice() const {
 
 void COrdersMessageBox::showSummary() {
     const COrdersTotal total = m_table->total();
-    QString text = QStringLiteral("共 %1 笔").arg(total.m_nOrders);
+    QString text = QStringLiteral("共 %1 笔").arg(total.m_nOrders + m_nWithoutRow);
+    if (m_nWithoutRow > 0) text += QStringLiteral(", %1 笔不在表内").arg(m_nWithoutRow);
     if (total.m_nWithAmount > 0) text += QStringLiteral(", 表内预估 %1").arg(moneyText(total.m_dAmount));
     const int without = total.m_nOrders - total.m_nWithAmount;
     if (without > 0 && total.m_nWithAmount > 0) text += QStringLiteral(" (%1 笔无金额)").arg(without);

@@ -44,8 +44,10 @@ public:
     /// Shows the orders and waits for the answer, in an event loop of its own. Returns 1 if the user has
     /// confirmed, and 0 in every other case. A call while a dialog is open returns 0 and reports that the
     /// orders are not executed. A batch of the order service that comes while a dialog of the host's own call
-    /// is open is not asked: it is dropped and reported. remarks: UTF-8, with the keys of `orders`. parent:
-    /// may be null.
+    /// is open is not asked: it is dropped and reported.
+    ///
+    /// remarks: UTF-8, with the keys of `orders`. Another key is an order without a record: it is counted, and
+    /// has no row. parent: may be null.
     static int showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
                           const std::map<int, CCodeOrderParam>& orders,
                           const std::map<int, std::string>& remarks);
@@ -125,6 +127,7 @@ private:
     UW::CSimpleTextWidget* m_notice = nullptr;
     std::map<int, int> m_rowKeys;               ///< the caller's key by row
     std::map<int, std::string> m_callerRemarks; ///< as they came in, by the caller's key
+    int m_nWithoutRow = 0;                      ///< orders that have a remark and no record
     const bool m_bGuarded;                      ///< no answer is taken until the user can have seen the batch
     QTimer* const m_guardTimer;                 ///< enables the buttons
     std::optional<double> m_dShown;             ///< time of the clock in seconds

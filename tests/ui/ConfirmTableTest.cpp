@@ -171,6 +171,7 @@ struct CExtraCase {
 TEST(ConfirmTable, ExtraColumnsNeedTheirSwitchAndTheirTraderType) {
     CFakeHost host;
     EXPECT_TRUE(CConfirmTable(EQdTraderType::Basket).widget.extraColumns().isEmpty());
+    EXPECT_EQ(CConfirmTable(EQdTraderType::Basket).widget.lastColumn(), -1);
     host.switches.on = {"mdl_order_trigger_price", "mdl_order_market_if_touched",
                         "mdl_order_credit_special_code"};
     const QString trigger = QStringLiteral("触价价格"), basket = QStringLiteral("篮子触价"),
@@ -179,6 +180,7 @@ TEST(ConfirmTable, ExtraColumnsNeedTheirSwitchAndTheirTraderType) {
          {CExtraCase{1, {trigger}}, CExtraCase{4, {trigger, basket}}, CExtraCase{8, {trigger, contract}}}) {
         const CConfirmTable table(static_cast<EQdTraderType>(each.type));
         EXPECT_EQ(headersOf(table).mid(12), each.headers) << each.type;
+        EXPECT_EQ(table.widget.lastColumn(), 11 + each.headers.size()) << each.type;
     }
     const auto extra = CConfirmTable(EQdTraderType::Credit).widget.extraColumns();
     EXPECT_EQ(extra[QStringLiteral("mdl_order_credit_special_code")], qMakePair(13, contract));

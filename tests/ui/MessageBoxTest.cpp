@@ -422,6 +422,14 @@ TEST_F(MessageBox, DamagedLayoutIsIgnored) {
     EXPECT_EQ(width, widthOfFirst());
 }
 
+TEST_F(MessageBox, OrdersWithoutARecordAreCounted) {
+    show(orders, {{3, ""}, {4, ""}, {5, ""}, {9, ""}}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.summary(), QStringLiteral("共 4 笔, 1 笔不在表内, 表内预估 5,700.00"));
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
 TEST_F(MessageBox, SummaryHasTheAmountsOfLaterQuotes) {
     host.quotes.quotes.clear();
     CCodeOrderParam latest = makeRecord(100);
