@@ -46,8 +46,8 @@ public:
     /// orders are not executed. A batch of the order service that comes while a dialog of the host's own call
     /// is open is not asked: it is dropped and reported.
     ///
-    /// remarks: UTF-8, with the keys of `orders`. Another key is an order without a record: it is counted, and
-    /// has no row. parent: may be null.
+    /// remarks: UTF-8, with the keys of `orders`. Another key is an order without a record: it is counted,
+    /// and has no row. parent: may be null.
     static int showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
                           const std::map<int, CCodeOrderParam>& orders,
                           const std::map<int, std::string>& remarks);
