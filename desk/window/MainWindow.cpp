@@ -176,7 +176,7 @@ void CMainWindow::placePanels() {
     tabifyDockWidget(m_panels["tasks"], m_panels["fills"]);
     tabifyDockWidget(m_panels["messages"], m_panels["journal"]);
     tabifyDockWidget(m_panels["journal"], m_panels["plots"]);
-    resizeDocks({m_panels["strategies"], m_panels["orders"]}, {520, 840}, Qt::Horizontal);
+    resizeDocks({m_panels["strategies"], m_panels["orders"]}, {528, 832}, Qt::Horizontal);
     resizeDocks({m_panels["strategies"], m_panels["accounts"], m_panels["quotes"]}, {230, 190, 190},
                 Qt::Vertical);
     resizeDocks({m_panels["orders"], m_panels["positions"], m_panels["messages"]}, {280, 170, 160},
@@ -491,19 +491,6 @@ QString CMainWindow::closeText() const {
         texts.append(tr("The batch that waits for your confirmation is declined."));
     if (status.m_bHalting) texts.append(tr("The halt is not finished."));
     return texts.join(QLatin1Char('\n'));
-}
-
-/// The columns of panels keep their shares of the width.
-void CMainWindow::resizeEvent(QResizeEvent* event) {
-    QDockWidget* leftmost = nullptr;
-    for (const auto& [name, panel] : m_panels) {
-        const bool isLeft = dockWidgetArea(panel) == Qt::LeftDockWidgetArea && !panel->isFloating();
-        if (isLeft && panel->isVisible()) leftmost = panel;
-    }
-    const int before = event->oldSize().width();
-    const int share = leftmost != nullptr && before > 0 ? leftmost->width() * width() / before : 0;
-    QMainWindow::resizeEvent(event);
-    if (share > 0) resizeDocks({leftmost}, {share}, Qt::Horizontal);
 }
 
 void CMainWindow::closeEvent(QCloseEvent* event) {
