@@ -38,9 +38,11 @@ std::string withConfirmation(std::string text) {
     replace(text, "# of order sockets; used only with mdl_order_split_orderNum",
             "# the limit for order sockets");
     replace(text, "order_service = true ", "order_service = false");
-    replace(text, "max_strategies = 20 ",
-            "hint_bits = 48                             # orders to confirm: 16 of sockets, 32 of files\n"
-            "max_strategies = 20 ");
+    replace(
+        text, "max_strategies = 20 ",
+        "hint_bits = 1073                           # orders to confirm: 16 of sockets, 32 of files, 1024 of "
+        "tables; 1: remarks\n"
+        "max_strategies = 20 ");
     replace(text, "accept_forced_confirm = false\n",
             "accept_forced_confirm = false\n"
             "# The answer if a batch must be confirmed and nobody is there to ask: \"decline\" sends "

@@ -75,6 +75,9 @@ public:
         m_confirmer.setHalted(isHalted);
     }
 
+    /// Where the layouts of the dialog's tables are kept. Call it before startTrading.
+    void setTableLayouts(CTableLayouts layouts) { m_user.setTableLayouts(std::move(layouts)); }
+
     /// Connects to the order service, loads the folder's interfaces and starts the strategies that the folder
     /// marks as running. Call it after installHost and after the creation of COrderService.
     void startTrading();

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <string_view>
 
 namespace desk {
 namespace {
@@ -43,6 +44,10 @@ QString timeText(const QString& time) {
 }
 
 } // namespace
+
+bool isShownWhole(const CColumn& column) {
+    return column.m_eCell != ECell::Text || std::string_view(column.m_pszId) == "code";
+}
 
 int columnOf(const CTableSpec& spec, const char* id) {
     for (std::size_t i = 0; i < spec.m_columns.size(); ++i) {

@@ -32,6 +32,9 @@ struct CColumn {
     bool m_bColoured = false; ///< the value has the colour of a rise or a fall
 };
 
+/// Whether the cells of the column must not be cut off: numbers, times and codes.
+bool isShownWhole(const CColumn& column);
+
 /// The columns of one table.
 struct CTableSpec {
     const char* m_pszName; ///< for the saved layout

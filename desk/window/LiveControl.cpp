@@ -25,6 +25,10 @@ constexpr const char* kHaltText = "the desk was halted";
 
 thread_local QString s_lastMessage;
 
+/// For calls that are queued on the main thread; null when the control has ended. Main thread. A queued call
+/// that carried the pointer itself would hand it over inside Qt, where the thread sanitizer cannot follow.
+CLiveControl* s_pCurrent = nullptr;
+
 /// The result of an operation that shows its reason as a message.
 QString resultText(int result) {
     if (result >= 0) return {};
@@ -59,9 +63,13 @@ void CWindowOrderClient::showTradeError(const QString& text, const QString& titl
     m_desk.showTradeError(text, title);
 }
 
-CLiveControl::CLiveControl(CDesk& desk, CWindowFeed& feed) : m_desk(desk), m_feed(feed) {}
+CLiveControl::CLiveControl(CDesk& desk, CWindowFeed& feed) : m_desk(desk), m_feed(feed) {
+    s_pCurrent = this;
+}
 
-CLiveControl::~CLiveControl() = default;
+CLiveControl::~CLiveControl() {
+    s_pCurrent = nullptr;
+}
 
 void CLiveControl::feedStart() {
     for (const CPaperTask& task : m_desk.broker().tasks())
@@ -238,18 +246,19 @@ void CLiveControl::setHaltProblem(const QString& problem) {
 void CLiveControl::declineAccepted() {
     TC::COrderService& service = *TC::COrderService::instance();
     service.visitStrategies([](int, const TC::COrderStrategyParam&) {});
-    const std::weak_ptr<bool> alive = m_alive;
-    const auto last = [this, alive] {
-        if (alive.expired()) return;
-        m_eHalt == EHalt::Halting ? finishHalt() : finishResume();
-    };
     // Checked batches were queued on the main thread before this call is queued there.
-    const auto asked = [last](const bool* ticket) {
+    const auto asked = [](const bool* ticket) {
         delete ticket;
         QMetaObject::invokeMethod(
-            qApp, [last] { TC::whenNoConfirmationIsOpen(last); }, Qt::QueuedConnection);
+            qApp, [] { TC::whenNoConfirmationIsOpen(&CLiveControl::finishDeclining); }, Qt::QueuedConnection);
     };
     service.holdUntilProcessed(std::shared_ptr<const bool>(new bool(true), asked));
+}
+
+void CLiveControl::finishDeclining() {
+    if (s_pCurrent == nullptr) return;
+    if (s_pCurrent->m_eHalt == EHalt::Halting) return s_pCurrent->finishHalt();
+    if (s_pCurrent->m_eHalt == EHalt::Resuming) s_pCurrent->finishResume();
 }
 
 void CLiveControl::finishHalt() {

@@ -87,6 +87,7 @@ private:
     void tryAgain(const utils::KNError& error);
     void setHaltProblem(const QString& problem);
     void declineAccepted();
+    static void finishDeclining();
     void finishHalt();
     void finishResume();
     void record(const char* action, int cancelled = 0);
@@ -99,9 +100,7 @@ private:
     bool m_bEnding = false;                    ///< main thread
     mutable std::mutex m_mutex;                ///< guards the next one
     QString m_strHaltProblem;
-    int m_nCancelled = 0; ///< by the halt; on the worker, until the halt is done
-    /// Calls that are queued on the main thread look whether this still exists.
-    const std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
+    int m_nCancelled = 0;                  ///< by the halt; on the worker, until the halt is done
     std::unique_ptr<CDeskWorker> m_worker; ///< last member: its actions use the others
 };
 

@@ -176,7 +176,7 @@ void CMainWindow::placePanels() {
     tabifyDockWidget(m_panels["tasks"], m_panels["fills"]);
     tabifyDockWidget(m_panels["messages"], m_panels["journal"]);
     tabifyDockWidget(m_panels["journal"], m_panels["plots"]);
-    resizeDocks({m_panels["strategies"], m_panels["orders"]}, {520, 840}, Qt::Horizontal);
+    resizeDocks({m_panels["strategies"], m_panels["orders"]}, {528, 832}, Qt::Horizontal);
     resizeDocks({m_panels["strategies"], m_panels["accounts"], m_panels["quotes"]}, {230, 190, 190},
                 Qt::Vertical);
     resizeDocks({m_panels["orders"], m_panels["positions"], m_panels["messages"]}, {280, 170, 160},
@@ -357,6 +357,9 @@ void CMainWindow::chooseInstrument(const QStringList& keys) {
     showCounts();
     m_panels["book"]->show();
     m_panels["book"]->raise();
+    // The best prices are in the middle.
+    table("book").scrollTo(table("book").filter().index(CQuoteEntry::kDepth, 0),
+                           QAbstractItemView::PositionAtCenter);
 }
 
 void CMainWindow::showStrategies() {

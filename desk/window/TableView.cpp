@@ -17,6 +17,7 @@
 #include <QStyledItemDelegate>
 
 #include <algorithm>
+#include <utility>
 
 namespace desk {
 namespace {
@@ -24,12 +25,13 @@ namespace {
 constexpr int kFlashTickMs = 100;
 constexpr int kPadding = 6;
 constexpr int kCellMargins = 8;     ///< of the style, left and right together
+constexpr int kTitleMargins = 10;   ///< the same for a title
 constexpr int kSpecFontHeight = 17; ///< height of the font that the default widths are for
 
 /// Colours of a cell by its mark, its trend and its flash.
 class CCellDelegate : public QStyledItemDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    explicit CCellDelegate(CTableView& view) : QStyledItemDelegate(&view), m_view(view) {}
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -46,13 +48,21 @@ protected:
         option->palette.setColor(QPalette::HighlightedText, mark == ERowMark::Off ? theme.text() : colour);
         if (mark == ERowMark::Total) option->font.setBold(true);
         if (index.data(CRowModel::FlashRole).toInt() != 0) option->backgroundBrush = theme.flash();
-        // A number that is cut off would be read as another number.
-        const bool isNumber = (option->displayAlignment & Qt::AlignRight) != 0;
-        if (isNumber &&
-            option->fontMetrics.horizontalAdvance(option->text) > option->rect.width() - kCellMargins)
-            option->text = QStringLiteral("###");
+        fitText(*option, m_view.rows().spec().m_columns[static_cast<std::size_t>(index.column())]);
         option->state &= ~QStyle::State_HasFocus; // rows are selected, not cells
     }
+
+private:
+    /// A number, a time or a code that is cut off would be read as another one. Its column becomes wider.
+    void fitText(QStyleOptionViewItem& option, const CColumn& column) const {
+        if (!isShownWhole(column)) return;
+        const int needed = QFontMetrics(option.font).horizontalAdvance(option.text) + kCellMargins;
+        if (needed <= option.rect.width()) return;
+        m_view.widenLater(option.index.column(), needed);
+        if (!isTextCell(column.m_eCell)) option.text = QStringLiteral("###");
+    }
+
+    CTableView& m_view;
 };
 
 bool isEnter(int key) {
@@ -150,7 +160,7 @@ CTableView::CTableView(CRowModel& model, QWidget* parent)
     m_filter->setSourceModel(&model);
     setHorizontalHeader(m_header);
     setModel(m_filter);
-    setItemDelegate(new CCellDelegate(this));
+    setItemDelegate(new CCellDelegate(*this));
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
@@ -167,9 +177,12 @@ CTableView::CTableView(CRowModel& model, QWidget* parent)
     m_header->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
     m_filter->sort(-1);
-    for (int column = 0; column < model.columnCount(); ++column)
-        setColumnWidth(column, model.spec().m_columns[static_cast<std::size_t>(column)].m_nWidth *
-                                   fontMetrics().height() / kSpecFontHeight);
+    for (int column = 0; column < model.columnCount(); ++column) {
+        const int specified = model.spec().m_columns[static_cast<std::size_t>(column)].m_nWidth *
+                              fontMetrics().height() / kSpecFontHeight;
+        const QString title = model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        setColumnWidth(column, std::max(specified, fontMetrics().horizontalAdvance(title) + kTitleMargins));
+    }
     // A number at the far right edge is hard to read, so only a text uses the room that is left.
     m_header->setStretchLastSection(isTextCell(model.spec().m_columns.back().m_eCell));
     setContextMenuPolicy(Qt::CustomContextMenu);
@@ -191,6 +204,17 @@ void CTableView::setEmptyText(const QString& text) {
 
 void CTableView::rememberTop() {
     m_nTop = verticalScrollBar()->value();
+}
+
+void CTableView::widenLater(int column, int width) {
+    if (m_wideColumns.empty()) QTimer::singleShot(0, this, &CTableView::widenColumns);
+    int& widest = m_wideColumns[column];
+    widest = std::max(widest, width);
+}
+
+void CTableView::widenColumns() {
+    for (const auto& [column, width] : std::exchange(m_wideColumns, {}))
+        setColumnWidth(column, std::max(width, columnWidth(column)));
 }
 
 void CTableView::scrollContentsBy(int dx, int dy) {

@@ -71,6 +71,10 @@ public:
 
     void rowsInserted(const QModelIndex& parent, int start, int end) override;
 
+    /// Makes a column at least this wide in the next round of the event loop. For a cell that is being
+    /// painted and does not fit.
+    void widenLater(int column, int width);
+
 signals:
     void sigActivated(const QStringList& keys); ///< Enter or a double click; a held key gives one signal
     void sigSpace(const QStringList& keys);     ///< a held key gives one signal
@@ -83,6 +87,7 @@ protected:
 
 private:
     void rememberTop();
+    void widenColumns();
     void showMenu(const QPoint& place);
     QString rowsText(const QList<int>& rows, QChar separator) const;
     void exportCsv();
@@ -92,7 +97,8 @@ private:
     CFilterHeader* m_header;
     QTimer m_flashTimer;
     QString m_strEmpty;
-    int m_nTop = 0; ///< first visible row
+    std::map<int, int> m_wideColumns; ///< columns that are too narrow, and the width that they need
+    int m_nTop = 0;                   ///< first visible row
 };
 
 } // namespace desk

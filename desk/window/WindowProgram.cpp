@@ -58,6 +58,12 @@ void CWindowProgram::began(CTextSink& sink) {
 void CWindowProgram::made(CDesk& desk) {
     desk.setOrderListener([this](const CBrokerEvent& event) { m_feed.addEvent(event); });
     desk.journal().setListener([this](const std::string& lines) { m_feed.addJournalLines(lines); });
+    const QString group = QStringLiteral("confirmation/");
+    desk.setTableLayouts(
+        {[this, group](const QString& id) { return m_settings.value(group + id).toString(); },
+         [this, group](const QString& id, const QString& layout) {
+             m_settings.setValue(group + id, layout);
+         }});
 }
 
 void CWindowProgram::opened(CDesk& desk, TC::CHost& host) {
@@ -109,7 +115,8 @@ void CWindowProgram::end(CDesk&, const std::function<void()>& shutDown) {
     QEventLoop loop;
     std::thread thread([&] {
         shutDown();
-        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+        // By its name: the thread sanitizer does not see that Qt hands a function pointer over.
+        QMetaObject::invokeMethod(&loop, "quit", Qt::QueuedConnection);
     });
     loop.exec();
     thread.join();

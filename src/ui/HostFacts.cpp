@@ -15,19 +15,20 @@
 
 namespace TC {
 
-std::optional<CMoneyRule> moneyRuleOf(const CInstrumentDetailPtr& detail, const CStockInfo& stock,
-                                      EQdTraderType traderType) {
-    CMoneyRule rule;
-    rule.m_bParPriced = stock.m_strMarket == "SH" &&
-                        knservice::StockTypeCenter::isTypedStock(knservice::kTypeParPriced, stock.m_strMarket,
-                                                                 stock.m_strCode);
-    const double multiplier = detail ? detail->m_dMultiplier : kUnsetDouble;
-    const bool isKnown = std::isfinite(multiplier) && !isInvalidPrice(multiplier) && multiplier > 0;
-    const bool isContract = isFutureLike(traderType) || traderType == EQdTraderType::Option;
-    if (!isKnown && isContract && !rule.m_bParPriced) return std::nullopt;
-    if (isKnown) rule.m_dMultiplier = multiplier;
-    return rule;
+namespace {
+
+/// Whether only contracts have this operation. A batch may have orders of several kinds, and its trader type
+/// is that of the first one.
+bool isContractOperation(EOperationType operation) {
+    const auto isWithin = [operation](EOperationType first, EOperationType last) {
+        return operation >= first && operation <= last;
+    };
+    return isWithin(EOperationType::OpenLong, EOperationType::CloseShortEarlierFirstThenOpenLong) ||
+           isWithin(EOperationType::OptionBuyOpen, EOperationType::OptionUnlock) ||
+           operation == EOperationType::ExerciseFutureOption;
 }
+
+} // namespace
 
 CInstrumentFacts& CHostFacts::factsOf(const CCodeOrderParam& record) {
     const CStockInfo& stock = record.m_stock;
@@ -37,11 +38,25 @@ CInstrumentFacts& CHostFacts::factsOf(const CCodeOrderParam& record) {
         facts.m_bFailed = !isRead([&] {
             facts.m_strKey = qdStockKey(QString::fromStdString(stock.m_strMarket),
                                         QString::fromStdString(stock.m_strCode));
-            facts.m_moneyRule =
-                moneyRuleOf(hostCall<&CExchangeClient::getCodeInfo>(facts.m_strKey), stock, m_eTraderType);
+            const CInstrumentDetailPtr detail = hostCall<&CExchangeClient::getCodeInfo>(facts.m_strKey);
+            const double multiplier = detail ? detail->m_dMultiplier : kUnsetDouble;
+            if (std::isfinite(multiplier) && !isInvalidPrice(multiplier) && multiplier > 0)
+                facts.m_multiplier = multiplier;
+            facts.m_bParPriced = stock.m_strMarket == "SH" &&
+                                 knservice::StockTypeCenter::isTypedStock(knservice::kTypeParPriced,
+                                                                          stock.m_strMarket, stock.m_strCode);
         });
     }
     return facts;
+}
+
+std::optional<CMoneyRule> CHostFacts::moneyRule(const CCodeOrderParam& record) {
+    const CInstrumentFacts& facts = instrument(record);
+    if (facts.m_bFailed || facts.m_strKey.isEmpty()) return std::nullopt;
+    const bool isContract = isFutureLike(m_eTraderType) || m_eTraderType == EQdTraderType::Option ||
+                            isContractOperation(record.m_eOperationType);
+    if (!facts.m_multiplier && isContract && !facts.m_bParPriced) return std::nullopt;
+    return CMoneyRule{facts.m_multiplier.value_or(1), facts.m_bParPriced};
 }
 
 const CInstrumentFacts& CHostFacts::instrument(const CCodeOrderParam& record) {
@@ -54,9 +69,9 @@ CPriceDataPtr CHostFacts::quote(const CCodeOrderParam& record) {
     CInstrumentFacts& facts = factsOf(record);
     if (!facts.m_strKey.isEmpty() && !std::exchange(facts.m_bQuoteRead, true)) {
         if (!isRead([&] { facts.m_quote = hostCall<&CQuoteClient::getStockPrice>(facts.m_strKey); }))
-            facts.m_bFailed = true;
+            facts.m_bQuoteFailed = true;
     }
-    m_bRowFailed = m_bRowFailed || facts.m_bFailed;
+    m_bRowFailed = m_bRowFailed || facts.m_bFailed || facts.m_bQuoteFailed;
     return facts.m_quote;
 }
 
@@ -65,30 +80,33 @@ const CAccountFacts& CHostFacts::account(const CCodeOrderParam& record) {
     const auto [place, isNew] = m_accounts.try_emplace(key);
     CAccountFacts& facts = place->second;
     if (isNew && !key.empty()) {
-        const bool hasProduct = isRead([&] {
+        facts.m_bProductFailed = !isRead([&] {
             const CUserConfig* user = getUserConfig();
             if (user != nullptr)
                 facts.m_product =
                     hostCall<&CUserConfig::getAccountProduct>.on(*user, QString::fromStdString(key));
         });
-        const bool hasData = isRead([&] {
+        facts.m_bDataFailed = !isRead([&] {
             knservice::CDataCenter& centre = hostCall<&knservice::TraderCenter::getDataCenter>();
             facts.m_data = hostCall<&knservice::CDataCenter::getAccountData>.on(centre, key);
         });
-        facts.m_bFailed = !hasProduct || !hasData;
     }
-    m_bRowFailed = m_bRowFailed || facts.m_bFailed;
+    m_bRowFailed = m_bRowFailed || facts.m_bProductFailed || facts.m_bDataFailed;
     return facts;
 }
 
-bool CHostFacts::repaysMoney(const CCodeOrderParam& record) {
+std::optional<bool> CHostFacts::repaysMoney(const CCodeOrderParam& record) {
     const EOperationType operation = record.m_eOperationType;
     if (isUnset(operation)) return false;
     const auto [place, isNew] = m_repayments.try_emplace(operation);
     std::optional<bool>& answer = place->second;
     if (isNew) (void)isRead([&] { answer = isDirectRepay(operation); });
-    m_bRowFailed = m_bRowFailed || !answer;
-    return answer.value_or(false);
+    if (answer) return answer;
+    m_bRowFailed = true;
+    // An amount of money is in m_dQuantity, where other records have their volume or nothing.
+    const bool hasOtherQuantity =
+        !isInvalidPrice(record.m_dQuantity) && record.m_dQuantity != record.m_nVolume;
+    return m_eTraderType == EQdTraderType::Credit || hasOtherQuantity ? std::nullopt : std::optional(false);
 }
 
 void CHostFacts::endRow() {

@@ -20,18 +20,21 @@ namespace TC {
 
 /// What the host knows about an instrument.
 struct CInstrumentFacts {
-    QString m_strKey;                      ///< the host's key; empty if the record has no instrument
-    std::optional<CMoneyRule> m_moneyRule; ///< not set if it is not known
-    CPriceDataPtr m_quote;                 ///< may be empty
+    QString m_strKey;                   ///< the host's key; empty if the record has no instrument
+    std::optional<double> m_multiplier; ///< not set if it is not known
+    bool m_bParPriced = false;
+    CPriceDataPtr m_quote; ///< may be empty
     bool m_bQuoteRead = false;
-    bool m_bFailed = false; ///< a read has thrown
+    bool m_bFailed = false;      ///< a read of the instrument has thrown
+    bool m_bQuoteFailed = false; ///< the read of the quote has thrown
 };
 
 /// What the host knows about an account.
 struct CAccountFacts {
     CAccountProduct m_product;
     boost::shared_ptr<knservice::CAccountData> m_data; ///< may be empty
-    bool m_bFailed = false;
+    bool m_bProductFailed = false;
+    bool m_bDataFailed = false;
 };
 
 /// The host's answers for the rows of a table. Each instrument and each account is read once. A read that
@@ -45,17 +48,23 @@ public:
     /// The last known quote of the instrument. May be empty.
     CPriceDataPtr quote(const CCodeOrderParam& record);
     const CAccountFacts& account(const CCodeOrderParam& record);
-    /// Whether the record repays an amount of money, which is in m_dQuantity.
-    bool repaysMoney(const CCodeOrderParam& record);
+    /// Money for one unit of volume and of price. Not set for a contract without a multiplier: a value that
+    /// is wrong by a factor must not be shown.
+    std::optional<CMoneyRule> moneyRule(const CCodeOrderParam& record);
+    /// Whether the record repays an amount of money, which is in m_dQuantity. Not set if the host has failed
+    /// to say so and the record may be such one.
+    std::optional<bool> repaysMoney(const CCodeOrderParam& record);
     /// Takes this answer instead of asking the host.
     void setRepaysMoney(const CCodeOrderParam& record, bool isMoney) {
         m_repayments[record.m_eOperationType] = isMoney;
     }
 
-    /// Another read of the host for the current row.
+    /// Another read of the host for the current row. Returns false if it has thrown.
     template<typename Body>
-    void read(Body&& body) noexcept {
-        if (!isRead(std::forward<Body>(body))) m_bRowFailed = true;
+    bool read(Body&& body) noexcept {
+        if (isRead(std::forward<Body>(body))) return true;
+        m_bRowFailed = true;
+        return false;
     }
 
     /// Ends the current row. Failures since the last row belong to this row.

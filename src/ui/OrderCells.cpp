@@ -5,6 +5,7 @@
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/TradingRules.h"
 #include "orderservice/ui/HostFacts.h"
+#include "orderservice/ui/OrdersConfirmWidget.h"
 #include "orderservice/ui/TradeWords.h"
 
 #include <cmath>
@@ -44,22 +45,35 @@ bool hasAmount(EOperationType operation) {
     }
 }
 
-bool isMarket(EPriceType type, CHostFacts& host) {
-    bool isMarket = false;
-    if (!isUnset(type) && !isSpecified(type)) host.read([&] { isMarket = knservice::isMarketPrice(type); });
+/// Not set if the host has failed to answer.
+std::optional<bool> isMarket(EPriceType type, CHostFacts& host) {
+    std::optional<bool> isMarket;
+    if (isUnset(type)) return false;
+    (void)host.read([&] { isMarket = knservice::isMarketPrice(type); });
     return isMarket;
 }
 
-std::optional<double> quotedPriceOf(const CCodeOrderParam& record, const CPriceData& quote, bool isMarketType,
-                                    CHostFacts& host) {
-    std::optional<double> price;
-    if (!isUnset(record.m_ePriceType) && !isMarketType) {
-        host.read([&] {
-            price = priceOf(hostCall<&CPriceData::getOriginPrice>.on(quote, record.m_ePriceType,
-                                                                     record.m_eOperationType));
+/// The quoted price of the price type. Only a type that is at the market, that is the latest price, or that
+/// is not set has the last price instead: a first buy price that nobody quotes is not a price.
+void fillQuotedPrice(COrderCells& cells, const CCodeOrderParam& record, const CPriceData& quote,
+                     bool isMarketType, CHostFacts& host) {
+    const EPriceType type = record.m_ePriceType;
+    if (!isUnset(type) && !isMarketType) {
+        const bool isRead = host.read([&] {
+            cells.m_basePrice =
+                priceOf(hostCall<&CPriceData::getOriginPrice>.on(quote, type, record.m_eOperationType));
         });
+        if (!isRead) cells.m_unread.insert(COrdersConfirmWidget::BasePrice);
     }
-    return price ? price : priceOf(quote.m_dLastPrice);
+    if (!cells.m_basePrice && (isUnset(type) || isMarketType || type == EPriceType::Latest))
+        cells.m_basePrice = priceOf(quote.m_dLastPrice);
+}
+
+void fillPriceWord(COrderCells& cells, const CCodeOrderParam& record, CHostFacts& host) {
+    const bool isRead = host.read([&] {
+        cells.m_strPriceWord = knPriceTypeToString(record.m_ePriceType, record.m_stock.m_strCode, false);
+    });
+    if (!isRead) cells.m_unread.insert(COrdersConfirmWidget::Price);
 }
 
 void fillPrices(COrderCells& cells, const CCodeOrderParam& record, CHostFacts& host,
@@ -68,18 +82,22 @@ void fillPrices(COrderCells& cells, const CCodeOrderParam& record, CHostFacts& h
         cells.m_price = cells.m_basePrice = specifiedPriceOf(record.m_dPrice);
         return;
     }
-    const bool isMarketType = isMarket(record.m_ePriceType, host);
-    if (quote) cells.m_basePrice = quotedPriceOf(record, *quote, isMarketType, host);
-    cells.m_bNeedsQuote = !cells.m_basePrice;
+    const std::optional<bool> isMarketType = isMarket(record.m_ePriceType, host);
+    if (!isMarketType) { // the record's number may be no price of this order
+        cells.m_unread.insert(
+            {COrdersConfirmWidget::BasePrice, COrdersConfirmWidget::Price, COrdersConfirmWidget::Amount});
+        return fillPriceWord(cells, record, host);
+    }
+    if (quote) fillQuotedPrice(cells, record, *quote, *isMarketType, host);
+    if (!cells.m_basePrice && host.instrument(record).m_bQuoteFailed)
+        cells.m_unread.insert(COrdersConfirmWidget::BasePrice);
+    cells.m_bNeedsQuote = !cells.m_basePrice && (!quote || cells.m_unread.empty());
     if (isUnset(record.m_ePriceType)) {
         cells.m_price = specifiedPriceOf(record.m_dPrice);
         return;
     }
-    if (!isMarketType) cells.m_price = priceOf(record.m_dPrice);
-    if (cells.m_price) return;
-    host.read([&] {
-        cells.m_strPriceWord = knPriceTypeToString(record.m_ePriceType, record.m_stock.m_strCode, false);
-    });
+    if (!*isMarketType) cells.m_price = priceOf(record.m_dPrice);
+    if (!cells.m_price) fillPriceWord(cells, record, host);
 }
 
 void fillAccount(COrderCells& cells, const CCodeOrderParam& record, CHostFacts& host) {
@@ -88,11 +106,25 @@ void fillAccount(COrderCells& cells, const CCodeOrderParam& record, CHostFacts& 
     cells.m_strProduct = account.m_product.m_strName;
     cells.m_strAccount = account.m_product.m_strAccountName;
     if (cells.m_strAccount.isEmpty()) cells.m_strAccount = QString::fromStdString(record.m_account->getKey());
-    if (!account.m_data) return;
-    host.read([&] {
-        const int volume = hostCall<&knservice::CAccountData::getCanOrderVolume>.on(*account.m_data, record);
-        if (!isUnset(volume)) cells.m_available = volume;
-    });
+    if (account.m_bProductFailed)
+        cells.m_unread.insert({COrdersConfirmWidget::Account, COrdersConfirmWidget::Product});
+    bool isRead = !account.m_bDataFailed;
+    if (account.m_data) {
+        isRead = host.read([&] {
+            const int volume =
+                hostCall<&knservice::CAccountData::getCanOrderVolume>.on(*account.m_data, record);
+            if (!isUnset(volume)) cells.m_available = volume;
+        });
+    }
+    if (!isRead) cells.m_unread.insert(COrdersConfirmWidget::Available);
+}
+
+void fillAmount(COrderCells& cells, const CCodeOrderParam& record, CHostFacts& host) {
+    const std::optional<double> price = cells.m_price ? cells.m_price : cells.m_basePrice;
+    const std::optional<CMoneyRule> rule = host.moneyRule(record);
+    if (cells.m_volume && price && rule) cells.m_amount = rule->money(*cells.m_volume, *price);
+    if (host.instrument(record).m_bFailed)
+        cells.m_unread.insert({COrdersConfirmWidget::MarketValue, COrdersConfirmWidget::Amount});
 }
 
 } // namespace
@@ -103,22 +135,32 @@ std::optional<double> quantityOf(const CCodeOrderParam& record) {
     return record.m_nVolume;
 }
 
-COrderCells cellsOf(const CCodeOrderParam& record, EQdTraderType traderType, CHostFacts& host,
-                    const CPriceDataPtr& quote) {
+COrderCells numbersOf(const CCodeOrderParam& record, CHostFacts& host, const CPriceDataPtr& quote) {
     COrderCells cells;
     cells.m_volume = quantityOf(record);
-    fillAccount(cells, record, host);
-    host.read([&] { cells.m_strTradeType = tradeWord(record.m_eOperationType, traderType); });
     cells.m_bMoney = host.repaysMoney(record);
-    if (cells.m_bMoney) {
+    if (!cells.m_bMoney) { // a value that takes money for shares is wrong by a factor
+        cells.m_unread.insert({COrdersConfirmWidget::Volume, COrdersConfirmWidget::MarketValue,
+                               COrdersConfirmWidget::BasePrice, COrdersConfirmWidget::Price,
+                               COrdersConfirmWidget::Amount});
+        return cells;
+    }
+    if (*cells.m_bMoney) {
         cells.m_amount = cells.m_volume; // money has no price
         return cells;
     }
     if (!hasAmount(record.m_eOperationType)) return cells;
     fillPrices(cells, record, host, quote);
-    const std::optional<double> price = cells.m_price ? cells.m_price : cells.m_basePrice;
-    const std::optional<CMoneyRule>& rule = host.instrument(record).m_moneyRule;
-    if (cells.m_volume && price && rule) cells.m_amount = rule->money(*cells.m_volume, *price);
+    fillAmount(cells, record, host);
+    return cells;
+}
+
+COrderCells cellsOf(const CCodeOrderParam& record, EQdTraderType traderType, CHostFacts& host,
+                    const CPriceDataPtr& quote) {
+    COrderCells cells = numbersOf(record, host, quote);
+    fillAccount(cells, record, host);
+    if (!host.read([&] { cells.m_strTradeType = tradeWord(record.m_eOperationType, traderType); }))
+        cells.m_unread.insert(COrdersConfirmWidget::TradeType);
     return cells;
 }
 

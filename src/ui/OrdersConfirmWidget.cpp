@@ -12,6 +12,7 @@
 
 #include <QAction>
 #include <QCursor>
+#include <QStringList>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWhatsThis>
@@ -28,7 +29,10 @@ constexpr int kMoneyDecimals = 2;
 
 const char* const kVolumeToolTip = "修改只保留在本表内, 不改变任何指令. 下单按原分配量执行.";
 const char* const kReadOnlyToolTip = "下单按此分配量执行. 本表不能修改分配量.";
+const char* const kUnreadToolTip = "未能读取";
+constexpr double kMostLonglong = 9e18; ///< a greater number does not fit a qlonglong
 const char* const kHelpText = "每行是一笔指令; 多账号或篮子的指令只显示最后一条.\n"
+                              "确定执行全部指令, 与筛选和选择无关.\n"
                               "最新市值每 0.5 秒更新一次, 没有行情时显示 -.\n"
                               "在表内修改的分配量不改变任何指令.\n"
                               "点击列标题排序, 点击标题右侧的漏斗筛选, Ctrl+C 复制选中的行.";
@@ -46,15 +50,42 @@ const CExtraColumn kExtraColumns[] = {
      [](EQdTraderType type) { return type == EQdTraderType::Credit; }},
 };
 
-constexpr int kLeastDecimals = 2, kMostDecimals = 4; ///< the smallest price step is 0.0001
+/// Whether the switch of an extra column is on. If the host fails to answer, the column is missing: no batch
+/// is dropped for it.
+bool isExtraOn(const CExtraColumn& extra) {
+    bool isOn = false;
+    runGuarded(QStringLiteral("下单确认表缺少一列"),
+               [&] { isOn = luawrapper::isOrderSwitchOn(extra.m_pszModule); });
+    return isOn;
+}
 
-/// The digits behind the point that a price needs.
-int decimalsOf(const std::optional<double>& price) {
-    int decimals = kLeastDecimals;
-    for (double scaled = price.value_or(0) * 100; decimals < kMostDecimals; ++decimals, scaled *= 10) {
-        if (std::fabs(scaled - std::round(scaled)) < 1e-6 * std::max(1.0, std::fabs(scaled))) break;
-    }
+/// A switch for safety is on if the host fails to answer.
+bool isReadOnlyOn() {
+    bool isOn = true;
+    runGuarded(QStringLiteral("分配量不能修改"),
+               [&] { isOn = luawrapper::isOrderSwitchOn(kConfirmReadOnlySwitch); });
+    return isOn;
+}
+
+constexpr int kLeastDecimals = 2;
+constexpr int kMostQuoteDecimals = 4; ///< the smallest price step is 0.0001
+constexpr int kMostDecimals = 8;      ///< of a price that an order names: it is sent with all of them
+
+/// The digits behind the point that the number has, at most `most`.
+int decimalsOf(const std::optional<double>& number, int most) {
+    if (!number) return 0;
+    const QString digits = QString::number(*number, 'f', most);
+    int decimals = most;
+    while (decimals > 0 && digits[digits.size() - 1 - (most - decimals)] == QLatin1Char('0'))
+        --decimals;
     return decimals;
+}
+
+/// The digits behind the point that the prices of a row need.
+int priceDecimalsOf(const COrderCells& cells) {
+    const int base =
+        cells.m_basePrice == cells.m_price ? 0 : decimalsOf(cells.m_basePrice, kMostQuoteDecimals);
+    return std::max({kLeastDecimals, base, decimalsOf(cells.m_price, kMostDecimals)});
 }
 
 /// The amounts of all rows together.
@@ -135,7 +166,7 @@ void COrdersConfirmWidget::prepare() {
     makeColumn(Product, QStringLiteral("产品名称"), false);
     makeExtraColumns();
     m_table->setColumnFlashChange(MarketValue, true);
-    const bool isReadOnly = luawrapper::isOrderSwitchOn(kConfirmReadOnlySwitch);
+    const bool isReadOnly = isReadOnlyOn();
     m_table->setColumnEditable(Volume, !isReadOnly);
     m_table->setColumnToolTip(Volume, QString::fromUtf8(isReadOnly ? kReadOnlyToolTip : kVolumeToolTip));
     m_table->setColumnEditor(Volume, [this](int row) {
@@ -150,7 +181,7 @@ void COrdersConfirmWidget::makeExtraColumns() {
     m_nLastColumn = -1;
     int column = FirstExtra;
     for (const CExtraColumn& extra : kExtraColumns) {
-        if (!extra.m_isUsedBy(m_nTraderType) || !luawrapper::isOrderSwitchOn(extra.m_pszModule)) continue;
+        if (!extra.m_isUsedBy(m_nTraderType) || !isExtraOn(extra)) continue;
         const QString header = QString::fromUtf8(extra.m_pszHeader);
         makeColumn(column, header, false);
         m_table->setColumnKey(column, QString::fromLatin1(extra.m_pszModule));
@@ -168,8 +199,12 @@ void COrdersConfirmWidget::setOrders(const std::vector<CCodeOrderParam>& orders)
     m_requests.clear();
     m_table->clearFilter();
     m_table->setRowCount(static_cast<int>(orders.size()));
+    m_table->setHiddenRowsText(
+        QStringLiteral("筛选隐藏了 %1 行; 确定仍执行全部 %2 笔")
+            .arg(QStringLiteral("%1"), QString::number(static_cast<int>(orders.size()))));
     m_original = orders;
     m_states.assign(orders.size(), CRowState{});
+    m_editedRows.clear();
     m_amounts.assign(orders.size(), std::nullopt);
     m_originalAmounts = m_amounts;
     CHostFacts host(m_nTraderType);
@@ -185,9 +220,8 @@ void COrdersConfirmWidget::setOrders(const std::vector<CCodeOrderParam>& orders)
 void COrdersConfirmWidget::setInstruments(CHostFacts& host) {
     std::vector<CQuoteRows::CInstrument> instruments(m_original.size());
     for (std::size_t row = 0; row < m_original.size(); ++row) {
-        if (host.repaysMoney(m_original[row])) continue;
-        const CInstrumentFacts& facts = host.instrument(m_original[row]);
-        instruments[row] = {facts.m_strKey, facts.m_moneyRule};
+        if (host.repaysMoney(m_original[row]).value_or(true)) continue;
+        instruments[row] = {host.instrument(m_original[row]).m_strKey, host.moneyRule(m_original[row])};
     }
     m_rows->setOrders(m_original, instruments);
     host.restartRow(); // fillRows finds the same failures again
@@ -202,12 +236,12 @@ void COrdersConfirmWidget::fillRows(CHostFacts& host) {
         m_rows->setKnownQuote(host.instrument(record).m_strKey, quote);
         cells.push_back(cellsOf(record, m_nTraderType, host, quote));
         host.endRow();
-        for (const std::optional<double>& price : {cells.back().m_price, cells.back().m_basePrice})
-            m_nPriceDecimals = std::max(m_nPriceDecimals, decimalsOf(price));
+        m_states[cells.size() - 1].m_quote = quote;
+        m_nPriceDecimals = std::max(m_nPriceDecimals, priceDecimalsOf(cells.back()));
     }
     const CTableUpdate update(*m_table);
     for (std::size_t row = 0; row < cells.size(); ++row) {
-        m_states[row] = {cells[row].m_bMoney, cells[row].m_bNeedsQuote};
+        m_states[row].m_bMoney = cells[row].m_bMoney.value_or(false);
         m_originalAmounts[row] = cells[row].m_amount;
         fillTexts(static_cast<int>(row), m_original[row], cells[row]);
         fillNumbers(static_cast<int>(row), cells[row]);
@@ -235,16 +269,48 @@ void COrdersConfirmWidget::fillTexts(int row, const CCodeOrderParam& record, con
     setText(row, Product, cells.m_strProduct);
     fillExtra(row, record);
     setNumber(row, Available, cells.m_available, 0);
+    setToolTips(row, cells, Account, Available);
+    setToolTips(row, cells, Product, Product);
 }
 
 void COrdersConfirmWidget::fillNumbers(int row, const COrderCells& cells) {
-    setNumber(row, Volume, cells.m_volume, cells.m_bMoney ? kMoneyDecimals : 0);
-    setPrice(row, BasePrice, cells.m_basePrice);
-    setPrice(row, Price, cells.m_price);
-    if (!cells.m_price && !cells.m_strPriceWord.isEmpty())
-        m_table->setItemText(row, Price, cells.m_strPriceWord);
+    CRowState& state = m_states[static_cast<std::size_t>(row)];
+    state.m_bNeedsQuote = cells.m_bNeedsQuote;
+    state.m_basePrice = cells.m_basePrice;
+    state.m_price = cells.m_price;
+    setVolume(row, cells);
+    if (const int decimals = priceDecimalsOf(cells); decimals > m_nPriceDecimals) {
+        m_nPriceDecimals = decimals; // the points of a column are below each other
+        for (int each = 0; each < static_cast<int>(m_states.size()); ++each)
+            setPrices(each);
+    }
+    setPrices(row);
+    if (!cells.m_price) setText(row, Price, cells.m_strPriceWord);
     setNumber(row, Amount, cells.m_amount, kMoneyDecimals);
     m_amounts[static_cast<std::size_t>(row)] = cells.m_amount;
+    setToolTips(row, cells, MarketValue, Amount);
+}
+
+void COrdersConfirmWidget::setVolume(int row, const COrderCells& cells) {
+    if (cells.m_bMoney || !cells.m_volume)
+        return setNumber(row, Volume, cells.m_volume, cells.m_bMoney.value_or(false) ? kMoneyDecimals : 0);
+    // As a text it cannot be edited: nobody knows whether it is money.
+    const int decimals = decimalsOf(cells.m_volume, kMostDecimals);
+    m_table->setItemText(row, Volume, QString::number(*cells.m_volume, 'f', decimals));
+}
+
+void COrdersConfirmWidget::setPrices(int row) {
+    const CRowState& state = m_states[static_cast<std::size_t>(row)];
+    setNumber(row, BasePrice, state.m_basePrice, m_nPriceDecimals);
+    if (state.m_price) setNumber(row, Price, state.m_price, m_nPriceDecimals);
+}
+
+/// Marks the cells that the host has failed to answer for: "-" alone also means that a value is not set.
+void COrdersConfirmWidget::setToolTips(int row, const COrderCells& cells, int first, int last) {
+    for (int column = first; column <= last; ++column) {
+        const bool isUnread = cells.m_unread.count(column) > 0;
+        m_table->setItemToolTip(row, column, isUnread ? QString::fromUtf8(kUnreadToolTip) : QString());
+    }
 }
 
 void COrdersConfirmWidget::fillExtra(int row, const CCodeOrderParam& record) {
@@ -260,16 +326,13 @@ void COrdersConfirmWidget::fillExtra(int row, const CCodeOrderParam& record) {
 
 void COrdersConfirmWidget::setNumber(int row, int column, const std::optional<double>& value, int decimals) {
     if (!value) return m_table->setItemText(row, column, kNone);
-    if (decimals == 0) return m_table->setItemLonglong(row, column, static_cast<qlonglong>(*value));
+    const bool fits = std::fabs(*value) < kMostLonglong;
+    if (decimals == 0 && fits) return m_table->setItemLonglong(row, column, static_cast<qlonglong>(*value));
     m_table->setItemDouble(row, column, *value, decimals);
 }
 
-void COrdersConfirmWidget::setPrice(int row, int column, const std::optional<double>& price) {
-    setNumber(row, column, price, std::max(m_nPriceDecimals, decimalsOf(price)));
-}
-
 void COrdersConfirmWidget::requestQuotes() {
-    int failed = 0;
+    QStringList failed;
     QString cause;
     for (const QString& key : m_rows->keys()) {
         try {
@@ -278,24 +341,31 @@ void COrdersConfirmWidget::requestQuotes() {
                 key, [rows, key](const CPriceDataPtr& price) { rows->setQuote(key, price); },
                 ESubscribeType::Plain));
         } catch (...) {
-            if (failed++ == 0) cause = exceptionText();
+            if (failed.isEmpty()) cause = exceptionText();
+            failed.append(key);
         }
     }
-    if (failed == 0) return;
-    reportSafely(QStringLiteral("[接口单]　下单确认表未能请求 %1 个代码的行情: ").arg(failed) + cause);
+    if (failed.isEmpty()) return;
+    constexpr int kMostNamed = 5;
+    reportSafely(
+        QStringLiteral("[接口单]　下单确认表未能请求 %1 个代码的行情 (%2): ")
+            .arg(QString::number(failed.size()), failed.mid(0, kMostNamed).join(QStringLiteral(", "))) +
+        cause);
 }
 
-/// Works out the cells of the rows that had no quote when they were filled.
+/// Works out the cells of the rows whose quotes did not have their prices yet.
 void COrdersConfirmWidget::fillQuotedRows() {
     CHostFacts host(m_nTraderType);
     bool isFilled = false;
     for (std::size_t row = 0; row < m_states.size(); ++row) {
         const int number = static_cast<int>(row);
         const CPriceDataPtr quote = m_states[row].m_bNeedsQuote ? m_rows->quote(number) : nullptr;
-        if (!quote) continue;
-        m_states[row].m_bNeedsQuote = false;
-        m_originalAmounts[row] = cellsOf(m_original[row], m_nTraderType, host, quote).m_amount;
-        fillNumbers(number, cellsOf(m_rows->order(number), m_nTraderType, host, quote));
+        if (!quote || quote == m_states[row].m_quote) continue;
+        m_states[row].m_quote = quote;
+        COrderCells cells = numbersOf(m_original[row], host, quote);
+        m_originalAmounts[row] = cells.m_amount;
+        if (m_editedRows.count(number) > 0) cells = numbersOf(m_rows->order(number), host, quote);
+        fillNumbers(number, cells);
         host.endRow();
         isFilled = true;
     }
@@ -319,6 +389,7 @@ void COrdersConfirmWidget::slotTimeout() {
             continue;
         }
         m_table->setItemDouble(static_cast<int>(row), MarketValue, value.m_dMarketValue, kMoneyDecimals);
+        m_table->setItemToolTip(static_cast<int>(row), MarketValue, QString());
         sum += value.m_dMarketValue;
         hasValue = true;
     }
@@ -338,18 +409,20 @@ void COrdersConfirmWidget::edit(int row, int column, const QString& text) {
         const CCodeOrderParam record = m_rows->order(row);
         host.setRepaysMoney(record, isMoney);
         const CPriceDataPtr quote = m_rows->quote(row);
-        fillNumbers(row, cellsOf(record, m_nTraderType, host, quote ? quote : host.quote(record)));
+        fillNumbers(row, numbersOf(record, host, quote ? quote : host.quote(record)));
         host.endRow();
         host.report();
         markEdited(row);
         showAmountSum();
         slotTimeout();
+        emit sigEdited();
     });
 }
 
 void COrdersConfirmWidget::markEdited(int row) {
     const std::optional<double> before = quantityOf(m_original[static_cast<std::size_t>(row)]);
     const bool isChanged = before != quantityOf(m_rows->order(row));
+    isChanged ? (void)m_editedRows.insert(row) : (void)m_editedRows.erase(row);
     const bool isMoney = m_states[static_cast<std::size_t>(row)].m_bMoney;
     m_table->setItemMarked(row, Volume, isChanged);
     m_table->setItemToolTip(row, Volume,
@@ -367,7 +440,8 @@ void COrdersConfirmWidget::showAmountSum() {
 }
 
 int COrdersConfirmWidget::tableHeight() const {
-    return m_table->neededHeight();
+    constexpr int kButtonRow = 46, kFrame = 2, kAddedByDialog = 30;
+    return m_table->neededHeight() + kButtonRow + kFrame - kAddedByDialog;
 }
 
 void COrdersConfirmWidget::setTableConfig(const QString& config) {

@@ -69,11 +69,14 @@ public:
     /// The records, with the volumes that the user has changed.
     std::vector<CCodeOrderParam> orders() const;
     COrdersTotal total() const;
+    /// The number of rows whose volume is not the one that came in.
+    int editedRows() const { return static_cast<int>(m_editedRows.size()); }
 
     /// The kind of the data. Column 6 is hidden and market values are not updated unless it is kOrdersKind.
     void setOrderKind(int kind);
 
-    /// The height in pixels that all rows need.
+    /// The height in pixels that all rows need, with the part of the dialog's button row and frame that is
+    /// above 30 pixels: the dialog adds only 30 for both.
     int tableHeight() const;
     void setTableConfig(const QString& config);
     QString tableConfig() const;
@@ -82,6 +85,8 @@ public:
 
     /// The extra columns by their module name: column number and header.
     QMap<QString, QPair<int, QString>> extraColumns() const { return m_extraColumns; }
+    /// The number of the last extra column, or -1 if there is none.
+    int lastColumn() const { return m_nLastColumn; }
     COrderParamTable* table() const { return m_table; }
     int selectedRow() const;
     void setSelectedRow(int row);
@@ -95,11 +100,16 @@ signals:
     void sigSelectionChanged();
     /// A quote has come for a row that had no amount without it.
     void sigTotalChanged();
+    /// The user has changed a volume.
+    void sigEdited();
 
 private:
     struct CRowState {
         bool m_bMoney = false;      ///< the row repays an amount of money
-        bool m_bNeedsQuote = false; ///< prices are filled when the first quote comes
+        bool m_bNeedsQuote = false; ///< prices are filled when a quote has them
+        CPriceDataPtr m_quote;      ///< the last quote that was tried for them
+        std::optional<double> m_basePrice;
+        std::optional<double> m_price;
     };
 
     void makeTable();
@@ -111,7 +121,9 @@ private:
     void setText(int row, int column, const QString& text);
     void fillTexts(int row, const CCodeOrderParam& record, const COrderCells& cells);
     void fillNumbers(int row, const COrderCells& cells);
-    void setPrice(int row, int column, const std::optional<double>& price);
+    void setVolume(int row, const COrderCells& cells);
+    void setPrices(int row);
+    void setToolTips(int row, const COrderCells& cells, int first, int last);
     void fillExtra(int row, const CCodeOrderParam& record);
     void setNumber(int row, int column, const std::optional<double>& value, int decimals);
     void requestQuotes();
@@ -126,6 +138,7 @@ private:
     const std::shared_ptr<CQuoteRows> m_rows; ///< also held by the quote call-backs
     std::vector<CCodeOrderParam> m_original;  ///< as setOrders got them
     std::vector<CRowState> m_states;
+    std::set<int> m_editedRows;                           ///< whose volume is not that of m_original
     std::vector<std::optional<double>> m_amounts;         ///< of the rows as the user has changed them
     std::vector<std::optional<double>> m_originalAmounts; ///< of the rows as they came in
     std::vector<boost::shared_ptr<CQuoteRequest>> m_requests;

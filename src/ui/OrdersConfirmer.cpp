@@ -16,12 +16,14 @@ CConfirmAnswer notAsked(const QString& reason) {
     return answer;
 }
 
-/// The largest window of the application that can be seen, or null.
+/// The largest window of the application that can be seen, or null. A dialog of a minimized window may not be
+/// shown.
 QWidget* largestWindow() {
     QWidget* largest = nullptr;
     for (QWidget* window : QApplication::topLevelWidgets()) {
         const bool isWindow = window->windowType() == Qt::Window || window->windowType() == Qt::Dialog;
-        if (!isWindow || !window->isVisible() || window->parentWidget() != nullptr) continue;
+        if (!isWindow || !window->isVisible() || window->isMinimized() || window->parentWidget() != nullptr)
+            continue;
         const auto areaOf = [](const QWidget* each) { return each->width() * each->height(); };
         if (largest == nullptr || areaOf(window) > areaOf(largest)) largest = window;
     }

@@ -20,10 +20,13 @@
 #include <QInputMethod>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QPalette>
 #include <QPushButton>
 #include <QScreen>
+#include <QStringList>
 #include <QStyle>
 #include <QTableView>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -37,7 +40,8 @@ constexpr int kHeightBesideTable = 30;
 constexpr int kButtonWidth = 80, kButtonHeight = 26;
 constexpr int kLabelHeight = 22;
 
-/// With the guard, 确定 is ignored for this time after the dialog was shown. The user sees the batch first.
+/// With the guard, no answer is taken for this time after the dialog was shown. The user sees the batch
+/// first.
 constexpr double kGuardSeconds = 0.5;
 
 COrdersMessageBox* s_pOpen = nullptr; ///< the dialog that is open
@@ -48,6 +52,14 @@ QString moneyText(double money) {
     QLocale groups = QLocale::c();
     groups.setNumberOptions(QLocale::DefaultNumberOptions); // signs between groups of digits
     return groups.toString(money, 'f', 2);
+}
+
+/// A switch for safety is on if the host fails to answer.
+bool isGuardOn() {
+    bool isOn = true;
+    runGuarded(QStringLiteral("确认窗口的保护已开启"),
+               [&] { isOn = luawrapper::isOrderSwitchOn(kConfirmGuardSwitch); });
+    return isOn;
 }
 
 } // namespace
@@ -77,7 +89,10 @@ int COrdersMessageBox::showOrders(QWidget* parent, const QString& title, EQdTrad
         setConfirmationPause(wasPaused);
         throw;
     }
-    return dialog.release()->exec(); // deletes itself
+    const int result = dialog.release()->exec(); // deletes itself
+    if (isConfirmationPauseSet())
+        reportSafely(QStringLiteral("[接口单]　确认窗口未按按钮关闭, 文件单读取保持暂停"));
+    return result;
 }
 
 std::string COrdersMessageBox::getRemark(int row) {
@@ -94,13 +109,16 @@ bool COrdersMessageBox::wasAnswered() {
 }
 
 COrdersMessageBox::COrdersMessageBox(const QString& title, QWidget* parent)
-    : CCommonDialog(parent), m_bGuarded(luawrapper::isOrderSwitchOn(kConfirmGuardSwitch)) {
+    : CCommonDialog(parent), m_bGuarded(isGuardOn()), m_guardTimer(new QTimer(this)) {
     setTitle(title);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_QuitOnClose, false); // an answer must not end the application
     setMinimumSize(kLeastWidth + 2 * kFrameWidth, kLeastHeight + 2 * kFrameWidth);
     makeInner();
+    m_guardTimer->setSingleShot(true);
+    m_guardTimer->setTimerType(Qt::PreciseTimer); // others may end too early for the clock
+    connect(m_guardTimer, &QTimer::timeout, this, &COrdersMessageBox::endGuard);
 }
 
 COrdersMessageBox::~COrdersMessageBox() {
@@ -123,8 +141,8 @@ void COrdersMessageBox::loadLayout() {
     });
 }
 
-/// Keeps the layout that the user has made. A dialog that has not shown the saved layout does not replace it,
-/// and another user does not get it.
+/// Keeps the layout that the user has made. If he has changed nothing, the saved one stays. A dialog that has
+/// not shown the saved layout does not replace it, and another user does not get it.
 void COrdersMessageBox::saveLayout() {
     if (!m_bLayoutLoaded || !m_table->isLayoutChanged()) return;
     runGuarded(QStringLiteral("下单确认表的布局未保存"), [this] {
@@ -137,6 +155,13 @@ void COrdersMessageBox::saveLayout() {
 void COrdersMessageBox::makeInner() {
     auto* inner = new UW::CBaseWidget;
     m_table = new COrdersConfirmWidget(1, inner);
+    m_notice = new UW::CSimpleTextWidget(QString(), inner);
+    m_notice->setContentsMargins(15, 2, 15, 2);
+    m_notice->setWordWrap(true);
+    QPalette colors = m_notice->palette();
+    colors.setColor(QPalette::WindowText, Qt::red);
+    m_notice->setPalette(colors);
+    m_notice->hide();
     auto* row = new UW::CWidgetList(inner);
     row->setMargins({15, 10, 15, 5});
     row->setSpacing(15);
@@ -145,6 +170,7 @@ void COrdersMessageBox::makeInner() {
     makeRemark(*row);
     row->addStretch();
     m_summary = new UW::CSimpleTextWidget;
+    m_summary->setElided(true);
     row->addWidget(m_summary);
     m_okButton = makeButton(QStringLiteral("确定"), OkButton);
     m_cancelButton = makeButton(QStringLiteral("取消"), CancelButton);
@@ -155,11 +181,13 @@ void COrdersMessageBox::makeInner() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_table, 1);
+    layout->addWidget(m_notice);
     layout->addWidget(row);
     setInnerWidget(inner);
     connect(m_table, &COrdersConfirmWidget::sigSelectionChanged, this,
             [this] { handleEvent(CurrentRowEvent, 0); });
     connect(m_table, &COrdersConfirmWidget::sigTotalChanged, this, [this] { showSummary(); });
+    connect(m_table, &COrdersConfirmWidget::sigEdited, this, [this] { showNotice(); });
 }
 
 void COrdersMessageBox::makeRemark(UW::CWidgetList& row) {
@@ -185,12 +213,15 @@ void COrdersMessageBox::setOrders(const std::map<int, CCodeOrderParam>& orders,
                                   const std::map<int, std::string>& remarks) {
     m_orders.clear();
     m_rowKeys.clear();
-    s_remarks = remarks;
+    s_remarks = m_callerRemarks = remarks;
     int row = 0;
     for (const auto& [key, record] : orders) {
         m_rowKeys[row++] = key;
         m_orders.push_back(record);
     }
+    m_nWithoutRow = 0;
+    for (const auto& [key, remark] : remarks)
+        m_nWithoutRow += orders.count(key) == 0 ? 1 : 0;
     m_table->setOrders(m_orders);
     m_table->setSelectedRow(0);
     showRemark();
@@ -202,12 +233,12 @@ void COrdersMessageBox::setOrders(const std::map<int, CCodeOrderParam>& orders,
 void COrdersMessageBox::fitSize() {
     const QWidget* parent = parentWidget();
     const QScreen* screen = parent != nullptr ? parent->screen() : QGuiApplication::primaryScreen();
-    const QSize wish(kWidth, m_table->tableHeight() + kHeightBesideTable);
-    if (screen == nullptr) return resize(wish);
+    if (screen == nullptr) return resize(kWidth, m_table->tableHeight() + kHeightBesideTable);
     // The frame of the window manager is not known before the dialog is shown.
     const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight);
     const QRect area = screen->availableGeometry();
-    const QSize size = boundedSize(wish, area.size(), {2 * kFrameWidth, title + 2 * kFrameWidth});
+    const QSize size =
+        sizeFor(m_table->tableHeight(), area.size(), {2 * kFrameWidth, title + 2 * kFrameWidth});
     resize(size);
     if (parent == nullptr)
         move(area.left() + (area.width() - size.width()) / 2,
@@ -217,6 +248,10 @@ void COrdersMessageBox::fitSize() {
 QSize COrdersMessageBox::boundedSize(const QSize& wish, const QSize& available, const QSize& frame) {
     return wish.expandedTo({kLeastWidth + 2 * kFrameWidth, kLeastHeight + 2 * kFrameWidth})
         .boundedTo(available - frame);
+}
+
+QSize COrdersMessageBox::sizeFor(int tableHeight, const QSize& available, const QSize& frame) {
+    return boundedSize({kWidth, tableHeight + kHeightBesideTable}, available, frame);
 }
 
 void COrdersMessageBox::handleEvent(int event, int value) {
@@ -235,27 +270,60 @@ void COrdersMessageBox::handleEvent(int event, int value) {
 
 void COrdersMessageBox::answer(int button) {
     if (button != OkButton && button != CancelButton) return;
-    if (button == OkButton && isTooEarly()) return;
+    if (isTooEarly()) return;
     QGuiApplication::inputMethod()->commit(); // the remark may have text that is not committed yet
     setConfirmationPause(false);
     done(button == OkButton ? Accepted : Rejected);
 }
 
-/// Questions open one behind the other at the same place. A double click on 确定 of the first one must not
-/// confirm the next one.
+/// Questions open one behind the other at the same place. The second click of a double click on the first
+/// one must not answer the next one: a batch that is declined unseen is lost.
 bool COrdersMessageBox::isTooEarly() const {
     return m_bGuarded && (!m_dShown || utils::getTime() - *m_dShown < kGuardSeconds);
 }
 
+/// The buttons are disabled while a click does nothing, so that the user does not think that it was taken.
+void COrdersMessageBox::startGuard() {
+    if (!isTooEarly()) return;
+    m_okButton->setEnabled(false);
+    m_cancelButton->setEnabled(false);
+    m_guardTimer->start(static_cast<int>(kGuardSeconds * 1000));
+}
+
+void COrdersMessageBox::endGuard() {
+    if (isTooEarly()) return startGuard();
+    m_okButton->setEnabled(true);
+    m_cancelButton->setEnabled(true);
+}
+
 void COrdersMessageBox::showEvent(QShowEvent* event) {
     CCommonDialog::showEvent(event);
-    if (!m_dShown) m_dShown = utils::getTime();
+    if (!m_dShown) {
+        m_dShown = utils::getTime();
+        startGuard();
+    }
     QApplication::alert(this);
 }
 
+bool COrdersMessageBox::isKeyIgnored(const QKeyEvent& event) {
+    const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (!m_bGuarded || (!isEnter && !event.matches(QKeySequence::Cancel))) return false;
+    // A key that is held down was pressed for something else.
+    return event.isAutoRepeat() || isTooEarly();
+}
+
+/// The user presses Enter to end a remark. Without this it would reach 确定 and send the batch.
+bool COrdersMessageBox::endRemark(const QKeyEvent& event) {
+    const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (!m_bGuarded || !isEnter || m_remarkEdit == nullptr || focusWidget() != m_remarkEdit) return false;
+    QGuiApplication::inputMethod()->commit();
+    keepRemark();
+    m_table->table()->view()->setFocus();
+    return true;
+}
+
 void COrdersMessageBox::keyPressEvent(QKeyEvent* event) {
-    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (m_bGuarded && isEnter && event->isAutoRepeat()) return; // the key was pressed for something else
+    if (isKeyIgnored(*event) || endRemark(*event)) return;
     CCommonDialog::keyPressEvent(event);
     // Escape with another key does not close the dialog. It must not start the intake behind it.
     if (event->key() == Qt::Key_Escape && !isVisible()) setConfirmationPause(false);
@@ -276,16 +344,58 @@ void COrdersMessageBox::showRemark() {
 void COrdersMessageBox::keepRemark() {
     const int* key = selectedKey();
     if (key != nullptr && m_remarkEdit != nullptr) s_remarks[*key] = m_remarkEdit->text().toStdString();
+    showNotice();
+}
+
+int COrdersMessageBox::changedRemarks() const {
+    int changed = 0;
+    for (const auto& [row, key] : m_rowKeys) {
+        const auto before = m_callerRemarks.find(key);
+        const std::string remark = before != m_callerRemarks.end() ? before->second : std::string();
+        changed += getRemark(key) != remark ? 1 : 0;
+    }
+    return changed;
+}
+
+/// A tool tip alone is not enough: a user who has entered another volume expects that it is sent.
+void COrdersMessageBox::showNotice() {
+    QStringList texts;
+    if (const int volumes = m_table->editedRows())
+        texts.append(QStringLiteral("%1 行的分配量已修改, 但仍按原分配量下单").arg(volumes));
+    if (const int remarks = changedRemarks())
+        texts.append(QStringLiteral("%1 行的备注已修改, 但仍按原备注下单").arg(remarks));
+    m_notice->setText(texts.join(QStringLiteral("; ")));
+    m_notice->setVisible(!texts.isEmpty());
+}
+
+QString COrdersMessageBox::notice() const {
+    return m_notice->isHidden() ? QString() : m_notice->text();
 }
 
 void COrdersMessageBox::showSummary() {
     const COrdersTotal total = m_table->total();
-    QString text = QStringLiteral("共 %1 笔").arg(total.m_nOrders);
-    if (total.m_nWithAmount > 0) text += QStringLiteral(", 表内预估 %1 元").arg(moneyText(total.m_dAmount));
+    QString text = QStringLiteral("共 %1 笔").arg(total.m_nOrders + m_nWithoutRow);
+    if (m_nWithoutRow > 0) text += QStringLiteral(", %1 笔不在表内").arg(m_nWithoutRow);
+    if (total.m_nWithAmount > 0) text += QStringLiteral(", 表内预估 %1").arg(moneyText(total.m_dAmount));
     const int without = total.m_nOrders - total.m_nWithAmount;
     if (without > 0 && total.m_nWithAmount > 0) text += QStringLiteral(" (%1 笔无金额)").arg(without);
     m_summary->setText(text);
-    m_summary->setToolTip(QStringLiteral("表中各行委托预估金额之和. 多账号或篮子的指令只含最后一条."));
+    m_summary->setToolTip(text +
+                          QStringLiteral("\n表中各行委托预估金额之和. 多账号或篮子的指令只含最后一条."));
+    fitSummary();
+}
+
+/// The summary has its whole width if the remark line can give it. If not, its end is cut, and never a
+/// button.
+void COrdersMessageBox::fitSummary() {
+    const QWidget* row = m_summary->parentWidget();
+    const int others = row->layout()->minimumSize().width() - m_summary->minimumWidth();
+    m_summary->setMinimumWidth(qBound(0, row->width() - others, m_summary->sizeHint().width()));
+}
+
+void COrdersMessageBox::resizeEvent(QResizeEvent* event) {
+    CCommonDialog::resizeEvent(event);
+    fitSummary();
 }
 
 QString COrdersMessageBox::summary() const {

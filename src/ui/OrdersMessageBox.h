@@ -13,6 +13,7 @@
 #include <vector>
 
 class QPushButton;
+class QTimer;
 
 namespace UW {
 class CSimpleTextWidget;
@@ -25,8 +26,9 @@ class COrdersConfirmWidget;
 class CRemarkLine;
 
 /// The modal dialog in which the user confirms a batch. While it is open, the intake of order files pauses
-/// (gates/IntakePause.h). The two buttons and Escape end the pause. If the dialog is closed by its frame, or
-/// the application quits, the batch is declined and the pause stays set. Main thread.
+/// (gates/IntakePause.h). The two buttons and Escape end the pause. If the dialog is closed by its frame, the
+/// batch is declined, the pause stays set, and a message says so. If the application quits, nobody has
+/// answered, and the pause stays set. Main thread.
 class ORDERSERVICE_EXPORT COrdersMessageBox : public UW::CCommonDialog {
     Q_OBJECT
 public:
@@ -41,8 +43,11 @@ public:
 
     /// Shows the orders and waits for the answer, in an event loop of its own. Returns 1 if the user has
     /// confirmed, and 0 in every other case. A call while a dialog is open returns 0 and reports that the
-    /// orders are not executed.
-    /// remarks: UTF-8, with the keys of `orders`. parent: may be null.
+    /// orders are not executed. A batch of the order service that comes while a dialog of the host's own call
+    /// is open is not asked: it is dropped and reported.
+    ///
+    /// remarks: UTF-8, with the keys of `orders`. Another key is an order without a record: it is counted,
+    /// and has no row. parent: may be null.
     static int showOrders(QWidget* parent, const QString& title, EQdTraderType traderType,
                           const std::map<int, CCodeOrderParam>& orders,
                           const std::map<int, std::string>& remarks);
@@ -66,17 +71,25 @@ public:
     /// the window manager adds. The result is without it.
     static QSize boundedSize(const QSize& wish, const QSize& available, const QSize& frame);
 
+    /// The size for a table of this height, with the width of every dialog, on such a screen.
+    static QSize sizeFor(int tableHeight, const QSize& available, const QSize& frame);
+
     COrdersConfirmWidget* table() const { return m_table; }
     QPushButton* okButton() const { return m_okButton; }
     QPushButton* cancelButton() const { return m_cancelButton; }
     /// Null if the deployment or the user has no remarks.
     CRemarkLine* remarkEdit() const { return m_remarkEdit; }
+    /// With the guard: its timer, which enables the buttons 0.5 seconds after the dialog is shown.
+    QTimer* guardTimer() const { return m_guardTimer; }
+    /// The line above the buttons that says which edits reach no command. Empty if there are none.
+    QString notice() const;
     /// The number of orders and the sum of money.
     QString summary() const;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     COrdersMessageBox(const QString& title, QWidget* parent);
@@ -90,9 +103,18 @@ private:
     void fitSize();
     void answer(int button);
     bool isTooEarly() const;
+    void startGuard();
+    void endGuard();
+    /// Whether the key must not reach the dialog.
+    bool isKeyIgnored(const QKeyEvent& event);
     void showRemark();
     void keepRemark();
     void showSummary();
+    void fitSummary();
+    void showNotice();
+    int changedRemarks() const;
+    /// With the guard: Enter in the remark line ends the remark. Returns false for any other key or place.
+    bool endRemark(const QKeyEvent& event);
     /// The caller's key of the selected row, or null if no row is selected.
     const int* selectedKey() const;
 
@@ -102,9 +124,13 @@ private:
     QPushButton* m_cancelButton = nullptr;
     CRemarkLine* m_remarkEdit = nullptr;
     UW::CSimpleTextWidget* m_summary = nullptr;
-    std::map<int, int> m_rowKeys;   ///< the caller's key by row
-    const bool m_bGuarded;          ///< 确定 is ignored until the user can have seen the batch
-    std::optional<double> m_dShown; ///< time of the clock in seconds
+    UW::CSimpleTextWidget* m_notice = nullptr;
+    std::map<int, int> m_rowKeys;               ///< the caller's key by row
+    std::map<int, std::string> m_callerRemarks; ///< as they came in, by the caller's key
+    int m_nWithoutRow = 0;                      ///< orders that have a remark and no record
+    const bool m_bGuarded;                      ///< no answer is taken until the user can have seen the batch
+    QTimer* const m_guardTimer;                 ///< enables the buttons
+    std::optional<double> m_dShown;             ///< time of the clock in seconds
     bool m_bLayoutLoaded = false;
     std::string m_strLayoutUser; ///< the user whose layout was loaded
 };

@@ -28,7 +28,10 @@ void CQuoteRows::setOrders(const std::vector<CCodeOrderParam>& orders,
         const CInstrument& instrument = instruments.at(row);
         if (instrument.m_strKey.isEmpty()) continue;
         CQuoted& entry = quoted[instrument.m_strKey];
-        entry.m_moneyRule = instrument.m_moneyRule;
+        // A contract and another order may name the same instrument. If one rule is unknown, no value is
+        // shown.
+        const bool isKnown = entry.m_rows.empty() || entry.m_moneyRule;
+        entry.m_moneyRule = isKnown ? instrument.m_moneyRule : std::nullopt;
         entry.m_rows.push_back(static_cast<int>(row));
     }
     // The earlier records and quotes are destroyed at the end of this function, after the lock.

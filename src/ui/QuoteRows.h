@@ -66,7 +66,7 @@ private:
     void update(const QString& key, const CPriceDataPtr& price, bool isKnown);
     void setValue(int number);
 
-    mutable std::recursive_mutex m_mutex;
+    mutable std::recursive_mutex m_mutex; ///< not Qt's: thread sanitizers do not know that one
     std::vector<CCodeOrderParam> m_orders;
     std::vector<CRow> m_quoteRows;
     CQuotedMap m_quoted;

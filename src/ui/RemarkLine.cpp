@@ -49,9 +49,14 @@ QString forbiddenIn(QString text) {
 } // namespace
 
 bool CRemarkLine::isAllowed() {
-    if (!luawrapper::isOrderSwitchOn(kCommandRemarkSwitch)) return false;
-    const CUserConfig* user = getUserConfig();
-    return user != nullptr && hostCall<&CUserConfig::getUserKind>.on(*user) != kUserKindWithoutRemark;
+    bool isAllowed = false;
+    runGuarded(QStringLiteral("投资备注未显示"), [&] {
+        if (!luawrapper::isOrderSwitchOn(kCommandRemarkSwitch)) return;
+        const CUserConfig* user = getUserConfig();
+        isAllowed =
+            user != nullptr && hostCall<&CUserConfig::getUserKind>.on(*user) != kUserKindWithoutRemark;
+    });
+    return isAllowed;
 }
 
 CRemarkLine::CRemarkLine(QWidget* parent) : CLineEdit(parent) {

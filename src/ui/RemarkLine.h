@@ -14,7 +14,8 @@ namespace TC {
 class ORDERSERVICE_EXPORT CRemarkLine : public UW::CLineEdit {
     Q_OBJECT
 public:
-    /// Whether the deployment and the user's kind have remarks.
+    /// Whether the deployment and the user's kind have remarks. No if the host fails to answer, with a
+    /// report.
     static bool isAllowed();
 
     explicit CRemarkLine(QWidget* parent = nullptr);

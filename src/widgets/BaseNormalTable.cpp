@@ -238,11 +238,14 @@ void CBaseNormalTable::beginUpdate() {
 
 void CBaseNormalTable::endUpdate() {
     m_pModel->endUpdate();
+    if (m_pModel->takeLonger()) widenNumberColumns();
 }
 
 void CBaseNormalTable::setStatText(int column, const QString& text) {
     const auto* found = m_pModel->findColumn(column);
-    if (found != nullptr) m_pStat->setText(column, text, found->m_alignment);
+    if (found == nullptr) return;
+    m_pStat->setText(column, text, found->m_alignment);
+    m_pModel->keepLongest(column, text);
 }
 
 QString CBaseNormalTable::statText(int column) const {
@@ -280,8 +283,19 @@ int CBaseNormalTable::hiddenRows() const {
     return m_pModel->rowCount() - m_pFilter->rowCount();
 }
 
+void CBaseNormalTable::setHiddenRowsText(const QString& text) {
+    m_strHiddenRows = text;
+    showHiddenRows();
+}
+
+QString CBaseNormalTable::hiddenRowsText() const {
+    return hiddenRows() > 0
+               ? QString(m_strHiddenRows).replace(QLatin1String("%1"), QString::number(hiddenRows()))
+               : QString();
+}
+
 void CBaseNormalTable::showHiddenRows() {
-    m_pHidden->setText(QStringLiteral("筛选隐藏了 %1 行; 合计包含所有行").arg(hiddenRows()));
+    m_pHidden->setText(hiddenRowsText());
     m_pHidden->setVisible(hiddenRows() > 0);
     m_pHeader->viewport()->update();
 }
@@ -295,6 +309,8 @@ int CBaseNormalTable::textWidth(int column) const {
     const int seen = std::max(kLeastMeasuredRows, m_pView->viewport()->height() / height + 1);
     const int rows = std::min(m_pFilter->rowCount(), first + seen);
     int width = metrics.horizontalAdvance(m_pStat->text(column));
+    if (isNumberColumn(column))
+        width = std::max(width, metrics.horizontalAdvance(m_pModel->findColumn(column)->m_strLongest));
     for (int row = first; row < rows; ++row)
         width = std::max(width, metrics.horizontalAdvance(m_pFilter->index(row, column).data().toString()));
     return std::min(width + kCellMargin, kMostColumnWidth);
@@ -317,6 +333,11 @@ QString CBaseNormalTable::saveConfigStr() const {
 void CBaseNormalTable::loadConfigStr(const QString& layout) {
     const COwnChange change(m_nOwnChanges);
     loadLayout(*m_pHeader, layout, [this](int column) { return columnKey(column); });
+    widenNumberColumns();
+}
+
+void CBaseNormalTable::widenNumberColumns() {
+    const COwnChange change(m_nOwnChanges);
     for (int column = 0; column < columnCount(); ++column) {
         if (!isColumnHidden(column) && isNumberColumn(column))
             m_pView->setColumnWidth(column, std::max(m_pView->columnWidth(column), textWidth(column)));

@@ -77,6 +77,10 @@ public:
     void setColumnFilter(int column, const std::set<QString>& texts) override;
     void clearFilter() override;
     int hiddenRows() const;
+    /// The line below the table that is shown while a filter hides rows. "%1" is replaced by their number.
+    void setHiddenRowsText(const QString& text);
+    /// The text of this line, or an empty text if no row is hidden.
+    QString hiddenRowsText() const;
 
     void adjustVisibleRowsColumnWidth() override;
     QString saveConfigStr() const override;
@@ -119,8 +123,11 @@ private:
     void sortBy(int column);
     QString columnKey(int column) const;
     bool isNumberColumn(int column) const;
-    /// The width in pixels that the texts of the column need, without its header.
+    /// The width in pixels that the texts of the column need, without its header: all texts of a column of
+    /// numbers, and those of the first rows that can be seen of another one.
     int textWidth(int column) const;
+    /// Gives each column of numbers the width of its longest number. It never takes width away.
+    void widenNumberColumns();
     void showHiddenRows();
     void showFilterOfCurrentColumn();
 
@@ -132,6 +139,7 @@ private:
     CSimpleTextWidget* const m_pHidden;
     QMenu* const m_pMenu;
     QTimer* const m_pFlashTimer;
+    QString m_strHiddenRows = QStringLiteral("筛选隐藏了 %1 行; 合计包含所有行");
     bool m_bLayoutChanged = false;
     int m_nOwnChanges = 0; ///< above 0: the table itself changes its columns
     int m_nSortColumn = -1;

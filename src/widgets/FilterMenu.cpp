@@ -34,6 +34,10 @@ CFilterMenu::CFilterMenu(const std::set<QString>& texts, const std::set<QString>
     connect(clear, &QPushButton::clicked, this, &CFilterMenu::slotClear);
     connect(apply, &QPushButton::clicked, this, &CFilterMenu::slotApply);
     fill(texts, chosen);
+    const auto showApply = [this, apply] { apply->setEnabled(!checkedTexts().empty()); };
+    connect(m_pList, &QListWidget::itemChanged, apply, showApply);
+    connect(m_pSearch, &QLineEdit::textChanged, apply, showApply); // after search
+    showApply();
     m_pSearch->setFocus();
 }
 
@@ -69,13 +73,17 @@ bool CFilterMenu::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
-void CFilterMenu::slotApply() {
-    // Texts that the search hides are not chosen: the user sees what he gets.
+std::set<QString> CFilterMenu::checkedTexts() const {
     std::set<QString> texts;
     for (int i = 0; i < m_pList->count(); ++i) {
         const QListWidgetItem* item = m_pList->item(i);
         if (!item->isHidden() && item->checkState() == Qt::Checked) texts.insert(item->text());
     }
+    return texts;
+}
+
+void CFilterMenu::slotApply() {
+    const std::set<QString> texts = checkedTexts();
     if (texts.empty()) return; // nothing would be left to see
     const bool isAll = static_cast<int>(texts.size()) == m_pList->count();
     emit sigChosen(isAll ? std::set<QString>{} : texts);

@@ -37,6 +37,8 @@ private:
     void fill(const std::set<QString>& texts, const std::set<QString>* chosen);
     void search(const QString& text);
     void checkVisible(bool isChecked);
+    /// Without the texts that the search hides: the user sees what he gets.
+    std::set<QString> checkedTexts() const;
 
     QLineEdit* const m_pSearch;
     QListWidget* const m_pList;

@@ -46,6 +46,10 @@ void CTableModel::setRows(int rows) {
     beginResetModel();
     m_flashing.clear();
     m_nFirstRow = -1;
+    for (CColumn& each : m_columns) {
+        each.m_strLongest.clear();
+        each.m_nLongest = 0;
+    }
     m_rows.assign(static_cast<std::size_t>(std::max(rows, 0)), std::vector<CCell>(m_columns.size()));
     endResetModel();
 }
@@ -58,8 +62,22 @@ void CTableModel::setText(int row, int column, const QString& text, std::optiona
     cell->m_number = number;
     if (!isChange) return;
     cell->m_strText = text;
+    keepLongest(column, text);
     if (!isFirst && m_columns[static_cast<std::size_t>(column)].m_bFlashing) flash(*cell, row, column);
     touch(row, column);
+}
+
+/// All digits have one width, so the longest number is the widest. Chinese characters are wider.
+void CTableModel::keepLongest(int number, const QString& text) {
+    CColumn& longest = column(number);
+    constexpr ushort kFirstWide = 0x1100;
+    const auto wide =
+        std::count_if(text.begin(), text.end(), [](QChar c) { return c.unicode() >= kFirstWide; });
+    const int length = text.size() + static_cast<int>(wide);
+    if (length <= longest.m_nLongest) return;
+    longest.m_nLongest = length;
+    longest.m_strLongest = text;
+    m_bLonger = true;
 }
 
 void CTableModel::setToolTip(int row, int column, const QString& text) {

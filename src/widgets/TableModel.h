@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace UW {
@@ -35,6 +36,8 @@ public:
         bool m_bBold = false;
         bool m_bFlashing = false;
         std::function<CNumberRule(int row)> m_rule;
+        QString m_strLongest; ///< the longest text of its cells and of its sum since setRows
+        int m_nLongest = 0;   ///< its length
     };
 
     explicit CTableModel(QObject* parent = nullptr);
@@ -46,6 +49,10 @@ public:
     void setRows(int rows);
 
     void setText(int row, int column, const QString& text, std::optional<double> number = std::nullopt);
+    /// Keeps the text as the longest one of the column if it is longer than all before.
+    void keepLongest(int column, const QString& text);
+    /// Whether a longest text has changed since the last call.
+    bool takeLonger() { return std::exchange(m_bLonger, false); }
     void setToolTip(int row, int column, const QString& text);
     void setMark(int row, int column, bool isMarked);
 
@@ -87,6 +94,7 @@ private:
     std::vector<CColumn> m_columns;
     std::vector<std::vector<CCell>> m_rows;
     std::vector<std::pair<int, int>> m_flashing;
+    bool m_bLonger = false;
     int m_nUpdates = 0;
     int m_nFirstRow = -1, m_nLastRow = -1, m_nFirstColumn = -1, m_nLastColumn = -1; ///< changed cells
 };

@@ -109,6 +109,89 @@ TEST_F(ConfirmQuotes, FirstQuoteFillsThePricesOfItsRows) {
     EXPECT_EQ(changes, 1);
 }
 
+boost::shared_ptr<fake::CQuote> makeBid(double last, double bid) {
+    const auto quote = makeQuote(last);
+    quote->origin[EPriceType::Buy1] = bid;
+    return quote;
+}
+
+TEST_F(ConfirmQuotes, BasePriceIsTheOneOfThePriceType) {
+    CCodeOrderParam bid = makeRecord(100);
+    bid.m_ePriceType = EPriceType::Buy1;
+    bid.m_dPrice = kUnsetDouble;
+    host.quotes.quotes[kKey] = makeBid(10, 9.98);
+    CConfirmTable table;
+    table.widget.setOrders({bid});
+    EXPECT_EQ(table.cell(0, 8), QStringLiteral("9.98"));
+    EXPECT_EQ(table.cell(0, 10), QStringLiteral("998.00"));
+    EXPECT_EQ(table.cell(0, 7), QStringLiteral("1000.00"));
+}
+
+TEST_F(ConfirmQuotes, PriceTypeThatNobodyQuotesHasNoBasePriceUntilSomebodyDoes) {
+    CCodeOrderParam bid = makeRecord(100);
+    bid.m_ePriceType = EPriceType::Buy1;
+    bid.m_dPrice = kUnsetDouble;
+    host.quotes.quotes[kKey] = makeBid(10, 0);
+    CConfirmTable table;
+    table.widget.setOrders({bid});
+    const auto expectNone = [&] {
+        EXPECT_EQ(table.cell(0, 8), QStringLiteral("-"));
+        EXPECT_EQ(table.cell(0, 10), QStringLiteral("-"));
+        EXPECT_EQ(table.cell(0, 7), QStringLiteral("1000.00"));
+    };
+    expectNone();
+    const auto none = makeBid(10, 0);
+    host.quotes.callbacks.at(kKey)(none);
+    table.widget.slotTimeout();
+    table.widget.slotTimeout();
+    expectNone();
+    EXPECT_EQ(none->calls.all().size(), 1u) << "a quote is asked once";
+    host.quotes.callbacks.at(kKey)(makeBid(10, 9.97));
+    table.widget.slotTimeout();
+    EXPECT_EQ(table.cell(0, 8), QStringLiteral("9.97"));
+    EXPECT_EQ(table.cell(0, 10), QStringLiteral("997.00"));
+}
+
+TEST_F(ConfirmQuotes, ContractInABatchOfStocksNeedsItsMultiplier) {
+    CCodeOrderParam future = makeRecord(2, "IF2601");
+    for (const int operation : {0, 13, 32, 41, 50}) {
+        future.m_eOperationType = static_cast<EOperationType>(operation);
+        CConfirmTable table;
+        table.widget.setOrders({makeRecord(100), future});
+        EXPECT_EQ(table.cell(0, 10), QStringLiteral("950.00"));
+        host.quotes.callbacks.at(QStringLiteral("SHIF2601"))(makeQuote(4000));
+        table.widget.slotTimeout();
+        EXPECT_EQ(table.cell(1, 7), QStringLiteral("-")) << operation;
+        EXPECT_EQ(table.cell(1, 10), QStringLiteral("-")) << operation;
+    }
+}
+
+TEST_F(ConfirmQuotes, AllDigitsOfASpecifiedPriceAreShown) {
+    CCodeOrderParam exact = makeRecord(100), large = makeRecord(1);
+    exact.m_dPrice = 9.99996;
+    large.m_dPrice = 12345.6785;
+    CConfirmTable table;
+    table.widget.setOrders({exact, large, makeRecord(100)});
+    EXPECT_EQ(table.cell(0, 9), QStringLiteral("9.99996"));
+    EXPECT_EQ(table.cell(0, 8), QStringLiteral("9.99996"));
+    EXPECT_EQ(table.cell(1, 9), QStringLiteral("12345.67850"));
+    EXPECT_EQ(table.cell(2, 9), QStringLiteral("9.50000")) << "the points are below each other";
+}
+
+TEST_F(ConfirmQuotes, LaterQuoteWithMoreDigitsChangesAllPrices) {
+    CCodeOrderParam latest = makeRecord(100, "600001");
+    latest.m_ePriceType = EPriceType::Latest;
+    latest.m_dPrice = kUnsetDouble;
+    CConfirmTable table;
+    table.widget.setOrders({makeRecord(100), latest});
+    EXPECT_EQ(table.cell(0, 9), QStringLiteral("9.50"));
+    quote(QStringLiteral("SH600001"), 1.2345);
+    table.widget.slotTimeout();
+    EXPECT_EQ(table.cell(1, 8), QStringLiteral("1.2345"));
+    EXPECT_EQ(table.cell(0, 8), QStringLiteral("9.5000"));
+    EXPECT_EQ(table.cell(0, 9), QStringLiteral("9.5000"));
+}
+
 TEST_F(ConfirmQuotes, CallBackCallsNoOperationOfTheHost) {
     CConfirmTable table;
     table.widget.setOrders({makeRecord(100)});

@@ -171,6 +171,7 @@ struct CExtraCase {
 TEST(ConfirmTable, ExtraColumnsNeedTheirSwitchAndTheirTraderType) {
     CFakeHost host;
     EXPECT_TRUE(CConfirmTable(EQdTraderType::Basket).widget.extraColumns().isEmpty());
+    EXPECT_EQ(CConfirmTable(EQdTraderType::Basket).widget.lastColumn(), -1);
     host.switches.on = {"mdl_order_trigger_price", "mdl_order_market_if_touched",
                         "mdl_order_credit_special_code"};
     const QString trigger = QStringLiteral("触价价格"), basket = QStringLiteral("篮子触价"),
@@ -179,6 +180,7 @@ TEST(ConfirmTable, ExtraColumnsNeedTheirSwitchAndTheirTraderType) {
          {CExtraCase{1, {trigger}}, CExtraCase{4, {trigger, basket}}, CExtraCase{8, {trigger, contract}}}) {
         const CConfirmTable table(static_cast<EQdTraderType>(each.type));
         EXPECT_EQ(headersOf(table).mid(12), each.headers) << each.type;
+        EXPECT_EQ(table.widget.lastColumn(), 11 + each.headers.size()) << each.type;
     }
     const auto extra = CConfirmTable(EQdTraderType::Credit).widget.extraColumns();
     EXPECT_EQ(extra[QStringLiteral("mdl_order_credit_special_code")], qMakePair(13, contract));
@@ -316,12 +318,14 @@ TEST(ConfirmTable, FilterHidesRowsAndTheSumHasAllOfThem) {
               (std::set<QString>{QStringLiteral("买入"), QStringLiteral("卖出")}));
     table.widget.table()->filterColumn(4, {QStringLiteral("卖出")});
     EXPECT_EQ(table.widget.table()->hiddenRows(), 1);
+    EXPECT_EQ(table.widget.table()->hiddenRowsText(), QStringLiteral("筛选隐藏了 1 行; 确定仍执行全部 2 笔"));
     EXPECT_EQ(table.widget.table()->rowID(0), 1);
     table.widget.slotTimeout();
     EXPECT_EQ(table.sum(7), QStringLiteral("8400.00"));
     EXPECT_EQ(table.sum(10), QStringLiteral("7600.00"));
     table.widget.setOrders({makeRecord()});
     EXPECT_EQ(table.widget.table()->hiddenRows(), 0) << "new orders end the filter";
+    EXPECT_EQ(table.widget.table()->hiddenRowsText(), QString());
 }
 
 TEST(ConfirmTable, LayoutIsKept) {
@@ -335,6 +339,35 @@ TEST(ConfirmTable, LayoutIsKept) {
     EXPECT_EQ(second.widget.table()->view()->columnWidth(3), 123);
     EXPECT_EQ(second.widget.table()->view()->horizontalHeader()->logicalIndex(0), 2);
     EXPECT_EQ(second.widget.tableConfig(), config);
+}
+
+TEST(ConfirmTable, ColumnsFitTheOrders) {
+    const CFakeHost host;
+    CConfirmTable table;
+    CCodeOrderParam longest = makeRecord();
+    longest.m_stock.m_strName = "longer than its header";
+    table.widget.setOrders({longest});
+    const QTableView* view = table.widget.table()->view();
+    EXPECT_GT(view->columnWidth(3), QFontMetrics(view->font()).horizontalAdvance(table.cell(0, 3)));
+}
+
+TEST(ConfirmTable, HelpOfTheMenuIsShown) {
+    const CFakeHost host;
+    CConfirmTable table(EQdTraderType::Stock, 1);
+    table.widget.table()->findChild<QMenu*>()->actions().last()->trigger();
+    bool isShown = false;
+    for (const QWidget* each : QApplication::topLevelWidgets())
+        isShown = isShown || (each->inherits("QWhatsThat") && each->isVisible());
+    EXPECT_TRUE(isShown);
+    QWhatsThis::hideText();
+}
+
+TEST(ConfirmTable, AvailableVolumeIsShownAgainForItsKind) {
+    const CFakeHost host;
+    CConfirmTable table;
+    table.widget.setOrderKind(17);
+    table.widget.setOrderKind(18);
+    EXPECT_FALSE(table.widget.table()->isColumnHidden(6));
 }
 
 TEST(ConfirmTable, EmptyBatchHasNoRows) {
@@ -368,13 +401,20 @@ TEST(ConfirmTable, HeightGrowsWithTheRows) {
     EXPECT_EQ(table.widget.tableHeight(), one + 2 * row);
 }
 
-TEST(ConfirmTable, TimerFiresTwiceASecond) {
-    const CFakeHost host;
-    const CConfirmTable table;
+TEST(ConfirmTable, TimerShowsTheMarketValuesTwiceASecond) {
+    CFakeHost host;
+    host.quotes.quotes.clear();
+    CConfirmTable table;
     const auto timers = table.widget.findChildren<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
     ASSERT_EQ(timers.size(), 1);
     EXPECT_EQ(timers[0]->interval(), 500);
     EXPECT_TRUE(timers[0]->isActive());
+    table.widget.setOrders({makeRecord(100)});
+    host.quotes.callbacks.at(QStringLiteral("SH600000"))(makeQuote(10));
+    EXPECT_EQ(table.cell(0, 7), QStringLiteral("-"));
+    QTimerEvent tick(timers[0]->timerId());
+    QApplication::sendEvent(timers[0], &tick);
+    EXPECT_EQ(table.cell(0, 7), QStringLiteral("1000.00"));
 }
 
 } // namespace

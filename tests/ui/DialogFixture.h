@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QPushButton>
+#include <QTableView>
 #include <QTest>
 #include <QTimer>
 
@@ -38,6 +39,13 @@ protected:
     static void clickOk(TC::COrdersMessageBox& box) { QTest::mouseClick(box.okButton(), Qt::LeftButton); }
     static void clickCancel(TC::COrdersMessageBox& box) {
         QTest::mouseClick(box.cancelButton(), Qt::LeftButton);
+    }
+
+    /// Enters another volume into a row.
+    static void enterVolume(TC::COrdersMessageBox& box, int row, const char* text) {
+        QAbstractItemModel* model = box.table()->table()->view()->model();
+        model->setData(model->index(row, TC::COrdersConfirmWidget::Volume), QString::fromLatin1(text),
+                       Qt::EditRole);
     }
 
     CFakeHost host;

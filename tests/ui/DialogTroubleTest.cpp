@@ -54,14 +54,49 @@ protected:
     CFailingSwitches switches;
 };
 
+class CFailingAccount : public CAccountInfo {
+public:
+    std::string getKey() const override { throw std::runtime_error("no key"); }
+};
+
 TEST_F(DialogTrouble, FailedOpeningRestoresThePause) {
-    switches.failing = "mdl_order_trigger_price";
+    CCodeOrderParam record = makeRecord();
+    record.m_account = boost::make_shared<CFailingAccount>();
+    const std::map<int, CCodeOrderParam> failing{{0, record}};
     for (const bool wasPaused : {true, false}) {
         setConfirmationPause(wasPaused);
-        EXPECT_ANY_THROW(COrdersMessageBox::showOrders(nullptr, QString(), EQdTraderType::Stock, orders, {}));
+        EXPECT_ANY_THROW(
+            COrdersMessageBox::showOrders(nullptr, QString(), EQdTraderType::Stock, failing, {}));
         EXPECT_EQ(isConfirmationPauseSet(), wasPaused);
         EXPECT_FALSE(COrdersMessageBox::isOpen());
     }
+}
+
+TEST_F(DialogTrouble, FailingSwitchesOfPartsLeaveTheDialog) {
+    for (const char* name : {"mdl_order_trigger_price", "mdl_order_command_remark"}) {
+        switches.failing = name;
+        const std::size_t before = host.messageTexts().size();
+        EXPECT_EQ(show(orders, {}, clickOk), 1) << name;
+        EXPECT_EQ(host.messageTexts().size(), before + 1) << name;
+    }
+}
+
+TEST_F(DialogTrouble, FailingSwitchesOfSafetyAreOn) {
+    switches.failing = "mdl_order_confirm_guard";
+    bool isOkEnabled = true;
+    show(orders, {}, [&](COrdersMessageBox& box) {
+        isOkEnabled = box.okButton()->isEnabled();
+        box.close();
+    });
+    EXPECT_FALSE(isOkEnabled);
+    switches.failing = "mdl_order_confirm_read_only";
+    EXPECT_EQ(show(orders, {},
+                   [](COrdersMessageBox& box) {
+                       enterVolume(box, 0, "700");
+                       EXPECT_EQ(box.table()->table()->itemText(0, 5), QStringLiteral("100"));
+                       clickOk(box);
+                   }),
+              1);
 }
 
 TEST_F(DialogTrouble, PauseStaysSetAfterTheParentHasDied) {
@@ -169,7 +204,7 @@ TEST_F(DialogTrouble, FiveThousandOrdersAreShown) {
                        clickOk(box);
                    }),
               1);
-    EXPECT_EQ(summary, QStringLiteral("共 5000 笔, 表内预估 4,750,000.00 元"));
+    EXPECT_EQ(summary, QStringLiteral("共 5000 笔, 表内预估 4,750,000.00"));
 }
 
 TEST_F(DialogTrouble, AnswerDoesNotEndTheApplication) {

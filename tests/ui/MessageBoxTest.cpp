@@ -2,13 +2,12 @@
 #include "tests/ui/DialogFixture.h"
 
 #include <QClipboard>
+#include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QLayout>
-#include <QScreen>
 #include <QTableView>
 
-#include <algorithm>
 #include <vector>
 
 namespace {
@@ -40,9 +39,16 @@ TEST_F(MessageBox, PauseIsSetWhileItIsOpen) {
     EXPECT_TRUE(isOpen);
 }
 
-TEST_F(MessageBox, EscapeDeclinesAndEndsThePause) {
-    EXPECT_EQ(show(orders, {}, [](COrdersMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }), 0);
-    EXPECT_FALSE(isConfirmationPauseSet());
+TEST_F(MessageBox, EscapeDeclinesAndEndsThePauseWhereverItIsPressed) {
+    for (const int place : {0, 1, 2}) {
+        EXPECT_EQ(show(orders, {},
+                       [&](COrdersMessageBox& box) {
+                           QWidget* const places[] = {&box, box.table()->table()->view(), box.remarkEdit()};
+                           QTest::keyClick(places[place], Qt::Key_Escape);
+                       }),
+                  0);
+        EXPECT_FALSE(isConfirmationPauseSet()) << place;
+    }
 }
 
 TEST_F(MessageBox, EscapeWithAnotherKeyChangesNothing) {
@@ -61,8 +67,11 @@ TEST_F(MessageBox, EscapeWithAnotherKeyChangesNothing) {
 TEST_F(MessageBox, ClosingByTheFrameDeclinesAndLeavesThePause) {
     EXPECT_EQ(show(orders, {}, [](COrdersMessageBox& box) { box.close(); }), 0);
     EXPECT_TRUE(isConfirmationPauseSet());
+    const std::vector<QString> paused{QStringLiteral("[接口单]　确认窗口未按按钮关闭, 文件单读取保持暂停")};
+    EXPECT_EQ(host.messageTexts(), paused);
     EXPECT_EQ(show(orders, {}, clickOk), 1);
     EXPECT_FALSE(isConfirmationPauseSet()) << "the next answer ends it";
+    EXPECT_EQ(host.messageTexts(), paused) << "an answer needs no message";
 }
 
 TEST_F(MessageBox, EndOfTheApplicationDeclines) {
@@ -81,6 +90,44 @@ TEST_F(MessageBox, ParentThatDiesDeclines) {
     QTimer::singleShot(0, [&] { delete parent; });
     EXPECT_EQ(COrdersMessageBox::showOrders(parent, QString(), EQdTraderType::Stock, orders, {}), 0);
     EXPECT_FALSE(COrdersMessageBox::isOpen());
+}
+
+TEST_F(MessageBox, EditedVolumesAreNamedAboveTheButtons) {
+    show(orders, {}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.notice(), QString());
+        enterVolume(box, 0, "700");
+        enterVolume(box, 2, "700");
+        EXPECT_EQ(box.notice(), QStringLiteral("2 行的分配量已修改, 但仍按原分配量下单"));
+        const QLabel* line = nullptr;
+        for (const QLabel* each : box.findChildren<QLabel*>()) {
+            if (each->text() == box.notice()) line = each;
+        }
+        ASSERT_NE(line, nullptr);
+        EXPECT_TRUE(line->isVisible());
+        EXPECT_EQ(line->palette().color(QPalette::WindowText), QColor(Qt::red));
+        QCoreApplication::processEvents();
+        EXPECT_LT(line->mapTo(&box, QPoint()).y(), box.okButton()->mapTo(&box, QPoint()).y());
+        enterVolume(box, 0, "100");
+        enterVolume(box, 2, "300");
+        EXPECT_EQ(box.notice(), QString());
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
+TEST_F(MessageBox, ChangedRemarksAreNamedAboveTheButtons) {
+    show(orders, {{3, "first"}}, [](COrdersMessageBox& box) {
+        QTest::keyClicks(box.remarkEdit(), QStringLiteral("s"));
+        EXPECT_EQ(box.notice(), QStringLiteral("1 行的备注已修改, 但仍按原备注下单"));
+        enterVolume(box, 0, "700");
+        EXPECT_EQ(box.notice(), QStringLiteral("1 行的分配量已修改, 但仍按原分配量下单; "
+                                               "1 行的备注已修改, 但仍按原备注下单"));
+        enterVolume(box, 0, "100");
+        QTest::keyClick(box.remarkEdit(), Qt::Key_Backspace);
+        EXPECT_EQ(box.notice(), QString());
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
 }
 
 TEST_F(MessageBox, OtherButtonValuesAreIgnored) {
@@ -172,20 +219,6 @@ TEST_F(MessageBox, ButtonRowHasItsMarginsSpacingAndHeight) {
     EXPECT_TRUE(wasShown);
 }
 
-TEST_F(MessageBox, SizeIsOfTheTable) {
-    QSize size;
-    int height = 0;
-    show(orders, {}, [&](COrdersMessageBox& box) {
-        size = box.size();
-        height = box.table()->tableHeight();
-        clickOk(box);
-    });
-    const QSize wish(1000, height + 30);
-    const QSize least(462, 152), screen = QGuiApplication::primaryScreen()->availableSize();
-    EXPECT_EQ(size,
-              QSize(std::min(wish.width(), screen.width() - 2), std::max(wish.height(), least.height())));
-}
-
 TEST_F(MessageBox, RowsAreInTheOrderOfTheKeys) {
     show(orders, {}, [](COrdersMessageBox& box) {
         EXPECT_EQ(box.table()->table()->rowCount(), 3);
@@ -202,14 +235,14 @@ TEST_F(MessageBox, NumberAndMoneyAreBesideTheButtons) {
         text = box.summary();
         clickOk(box);
     });
-    EXPECT_EQ(text, QStringLiteral("共 3 笔, 表内预估 5,700.00 元"));
+    EXPECT_EQ(text, QStringLiteral("共 3 笔, 表内预估 5,700.00"));
     CCodeOrderParam unset = makeRecord();
     unset.m_dPrice = kUnsetDouble;
     show({{0, makeRecord(100)}, {1, unset}}, {}, [&](COrdersMessageBox& box) {
         text = box.summary();
         clickOk(box);
     });
-    EXPECT_EQ(text, QStringLiteral("共 2 笔, 表内预估 950.00 元 (1 笔无金额)"));
+    EXPECT_EQ(text, QStringLiteral("共 2 笔, 表内预估 950.00 (1 笔无金额)"));
 }
 
 TEST_F(MessageBox, RemarksHaveTheKeyOfTheCaller) {
@@ -373,7 +406,43 @@ TEST_F(MessageBox, LayoutIsSavedAndApplied) {
 
 TEST_F(MessageBox, DamagedLayoutIsIgnored) {
     host.user.layouts[QStringLiteral("orders_confirm")] = QStringLiteral("1;0:80,0:90,x");
-    EXPECT_EQ(show(orders, {}, clickOk), 1);
+    const auto widthOfFirst = [&] {
+        int width = 0;
+        EXPECT_EQ(show(orders, {},
+                       [&](COrdersMessageBox& box) {
+                           EXPECT_EQ(box.table()->table()->view()->horizontalHeader()->logicalIndex(0), 0);
+                           width = box.table()->table()->view()->columnWidth(0);
+                           clickOk(box);
+                       }),
+                  1);
+        return width;
+    };
+    const int width = widthOfFirst();
+    host.user.layouts.clear();
+    EXPECT_EQ(width, widthOfFirst());
+}
+
+TEST_F(MessageBox, OrdersWithoutARecordAreCounted) {
+    show(orders, {{3, ""}, {4, ""}, {5, ""}, {9, ""}}, [](COrdersMessageBox& box) {
+        EXPECT_EQ(box.summary(), QStringLiteral("共 4 笔, 1 笔不在表内, 表内预估 5,700.00"));
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
+}
+
+TEST_F(MessageBox, SummaryHasTheAmountsOfLaterQuotes) {
+    host.quotes.quotes.clear();
+    CCodeOrderParam latest = makeRecord(100);
+    latest.m_ePriceType = EPriceType::Latest;
+    latest.m_dPrice = kUnsetDouble;
+    show({{0, makeRecord(100)}, {1, latest}}, {}, [&](COrdersMessageBox& box) {
+        EXPECT_EQ(box.summary(), QStringLiteral("共 2 笔, 表内预估 950.00 (1 笔无金额)"));
+        host.quotes.callbacks.at(QStringLiteral("SH600000"))(makeQuote(10));
+        box.table()->slotTimeout();
+        EXPECT_EQ(box.summary(), QStringLiteral("共 2 笔, 表内预估 1,950.00"));
+        clickOk(box);
+    });
+    EXPECT_TRUE(wasShown);
 }
 
 TEST_F(MessageBox, SecondDialogIsNotShownInTheFirst) {
@@ -390,39 +459,6 @@ TEST_F(MessageBox, SecondDialogIsNotShownInTheFirst) {
     EXPECT_EQ(COrdersMessageBox::getRemark(3), "kept");
     EXPECT_EQ(host.messageTexts(),
               (std::vector<QString>{QStringLiteral("[接口单]　另一批指令正在确认, 1条指令未执行!")}));
-}
-
-TEST_F(MessageBox, FitsTheScreen) {
-    std::map<int, CCodeOrderParam> many;
-    for (int i = 0; i < 500; ++i)
-        many[i] = makeRecord();
-    show(many, {}, [](COrdersMessageBox& box) {
-        const QSize screen = QGuiApplication::primaryScreen()->availableSize();
-        EXPECT_LE(box.height(), screen.height());
-        EXPECT_LE(box.width(), screen.width());
-        EXPECT_TRUE(box.rect().contains(QRect(box.cancelButton()->mapTo(&box, QPoint()), QSize(80, 26))));
-        clickOk(box);
-    });
-    EXPECT_TRUE(wasShown);
-}
-
-TEST_F(MessageBox, SizeIsTheWishWithinTheScreen) {
-    const QSize frame(2, 32);
-    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 300}, {1920, 1080}, frame), QSize(1000, 300));
-    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 9000}, {1920, 1080}, frame), QSize(1000, 1048));
-    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 9000}, {800, 600}, frame), QSize(798, 568));
-    EXPECT_EQ(COrdersMessageBox::boundedSize({1000, 90}, {1920, 1080}, frame), QSize(1000, 152));
-}
-
-TEST_F(MessageBox, ButtonsFitASmallScreen) {
-    show(orders, {}, [](COrdersMessageBox& box) {
-        box.resize(798, 400);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(box.width(), 798) << "the parts need more width";
-        EXPECT_TRUE(box.rect().contains(QRect(box.cancelButton()->mapTo(&box, QPoint()), QSize(80, 26))));
-        clickOk(box);
-    });
-    EXPECT_TRUE(wasShown);
 }
 
 } // namespace

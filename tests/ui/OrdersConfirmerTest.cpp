@@ -132,4 +132,14 @@ TEST_F(Confirmer, ParentIsTheLargestWindowIfNoneIsActive) {
     EXPECT_EQ(parentOfDialog(confirmer), &large);
 }
 
+TEST_F(Confirmer, ParentIsNoMinimizedWindow) {
+    QWidget small, minimized;
+    small.resize(100, 100);
+    minimized.resize(500, 400);
+    small.show();
+    minimized.showMinimized();
+    QApplication::setActiveWindow(nullptr);
+    EXPECT_EQ(parentOfDialog(confirmer), &small);
+}
+
 } // namespace

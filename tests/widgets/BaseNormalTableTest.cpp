@@ -1,4 +1,5 @@
 #include "orderservice/widgets/BaseNormalTable.h"
+#include "orderservice/widgets/SimpleTextWidget.h"
 #include "orderservice/widgets/TableModel.h"
 #include "tests/support/FakeClock.h"
 
@@ -298,6 +299,39 @@ TEST_F(BaseNormalTable, EditIsAnnouncedAndTheCellKeepsItsText) {
     model->setData(model->index(2, 0), QStringLiteral("x"), Qt::EditRole);   // cannot be edited
     EXPECT_EQ(edits, (std::vector<QString>{QStringLiteral("2 1 7")}));
     EXPECT_EQ(table.itemText(2, 1), QStringLiteral("100"));
+}
+
+TEST_F(BaseNormalTable, HiddenRowsAreNamedBelowTheTable) {
+    const auto lines = table.findChildren<UW::CSimpleTextWidget*>();
+    ASSERT_EQ(lines.size(), 1);
+    table.setColumnFilter(0, {table.itemText(0, 0)});
+    ASSERT_EQ(table.hiddenRows(), 2);
+    EXPECT_EQ(table.hiddenRowsText(), QStringLiteral("筛选隐藏了 2 行; 合计包含所有行"));
+    EXPECT_EQ(lines[0]->text(), table.hiddenRowsText());
+    table.setHiddenRowsText(QStringLiteral("(%1)"));
+    EXPECT_EQ(lines[0]->text(), QStringLiteral("(2)"));
+    EXPECT_FALSE(lines[0]->isHidden());
+    table.clearFilter();
+    EXPECT_EQ(table.hiddenRowsText(), QString());
+    EXPECT_TRUE(lines[0]->isHidden());
+}
+
+TEST_F(BaseNormalTable, LongestNumberOfAnyRowIsSeenWhole) {
+    table.setRowCount(300);
+    table.beginUpdate();
+    table.setItemText(200, 1, QStringLiteral("123456789012345"));
+    table.endUpdate();
+    const QFontMetrics metrics(table.view()->font());
+    const int needed = metrics.horizontalAdvance(QStringLiteral("123456789012345"));
+    EXPECT_GT(table.view()->columnWidth(1), needed);
+    table.view()->setColumnWidth(1, 400);
+    table.beginUpdate();
+    table.setItemText(201, 1, QStringLiteral("1234567890123456"));
+    table.endUpdate();
+    EXPECT_EQ(table.view()->columnWidth(1), 400) << "no width is taken away";
+    table.adjustVisibleRowsColumnWidth();
+    EXPECT_GT(table.view()->columnWidth(1), needed);
+    EXPECT_LT(table.view()->columnWidth(1), 400);
 }
 
 } // namespace

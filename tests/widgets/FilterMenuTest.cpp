@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -82,6 +83,23 @@ TEST_F(FilterMenu, NothingCannotBeChosen) {
         uncheck(i);
     menu->slotApply();
     EXPECT_FALSE(result.has_value());
+}
+
+TEST_F(FilterMenu, ApplyIsDisabledWhileNothingIsChosen) {
+    open();
+    const QPushButton* apply = nullptr;
+    for (const QPushButton* each : menu->findChildren<QPushButton*>()) {
+        if (each->text() == QStringLiteral("应用")) apply = each;
+    }
+    ASSERT_NE(apply, nullptr);
+    EXPECT_TRUE(apply->isEnabled());
+    QTest::keyClicks(menu->searchLine(), QStringLiteral("x"));
+    EXPECT_FALSE(apply->isEnabled());
+    menu->searchLine()->clear();
+    EXPECT_TRUE(apply->isEnabled());
+    for (int i = 0; i < 3; ++i)
+        uncheck(i);
+    EXPECT_FALSE(apply->isEnabled());
 }
 
 } // namespace

@@ -39,12 +39,12 @@ TEST_F(NewFolder, WithConfirmationItDiffersOnlyInDeskToml) {
     const CLoadedConfig loaded = loadDeskConfig(m_folder.path("desk"));
     EXPECT_TRUE(loaded.mistakes.empty());
     ASSERT_EQ(loaded.warnings.size(), 1u);
-    EXPECT_EQ(
-        loaded.warnings[0].message,
-        "user: order_service is false and hint_bits is 48, so orders must be confirmed; without a window the "
-        "answer is confirm = \"decline\" under [desk]: none of them is sent");
+    EXPECT_EQ(loaded.warnings[0].message,
+              "user: order_service is false and hint_bits is 1073, so orders must be confirmed; without a "
+              "window the "
+              "answer is confirm = \"decline\" under [desk]: none of them is sent");
     EXPECT_FALSE(loaded.config.user.orderService);
-    EXPECT_EQ(loaded.config.user.hintBits, 48);
+    EXPECT_EQ(loaded.config.user.hintBits, 1073);
     EXPECT_EQ(loaded.config.confirm, EConfirm::Decline);
 }
 

@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QHeaderView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -220,6 +221,28 @@ protected:
 };
 
 constexpr const char* kBatch = "23,0,8.02,600104,1000\n";
+
+TEST_F(HaltConfirming, ColumnsOfTheDialogAreKeptForTheNextOne) {
+    constexpr int kWide = 217;
+    const auto header = [] { return dialog()->findChild<QHeaderView*>(); };
+    const auto decline = [](CMainWindow&) {
+        dialog()->cancelButton()->click();
+        return true;
+    };
+    const auto isClosed = [](CMainWindow&) { return dialog() == nullptr; };
+    EXPECT_EQ(run({handOver(kBatch), isOpen,
+                   [&](CMainWindow&) {
+                       header()->resizeSection(3, kWide);
+                       return true;
+                   },
+                   decline, isClosed, handOver(kBatch), isOpen,
+                   [&](CMainWindow&) {
+                       EXPECT_EQ(header()->sectionSize(3), kWide);
+                       return true;
+                   },
+                   decline, isClosed}),
+              0);
+}
 
 TEST_F(HaltConfirming, DialogOfTheWindowSendsTheBatch) {
     EXPECT_EQ(run({handOver(kBatch), isOpen, hasState(EDeskState::Paused),

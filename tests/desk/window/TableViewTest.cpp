@@ -130,6 +130,23 @@ TEST_F(TableView, EnterActivatesTheSelectedRows) {
     EXPECT_EQ(activated, QStringList{"2"});
 }
 
+TEST_F(TableView, AColumnBecomesWideEnoughForItsNumbers) {
+    fill(1);
+    view.setColumnWidth(1, 40);
+    model.apply({row(1000000)});
+    view.grab();
+    QCoreApplication::processEvents();
+    const int width = view.fontMetrics().horizontalAdvance(QStringLiteral("1,000,500,000.00"));
+    EXPECT_GT(view.columnWidth(1), width);
+}
+
+TEST_F(TableView, ATitleIsShownWhole) {
+    for (int column = 0; column < 3; ++column) {
+        const QString title = model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        EXPECT_GT(view.columnWidth(column), view.fontMetrics().horizontalAdvance(title)) << column;
+    }
+}
+
 TEST_F(TableView, ColumnWidthsAndOrderAreKept) {
     const CTempFolder folder;
     QSettings settings(QString::fromStdString(folder.path("layout.ini")), QSettings::IniFormat);
