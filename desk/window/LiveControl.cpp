@@ -246,13 +246,17 @@ void CLiveControl::setHaltProblem(const QString& problem) {
 void CLiveControl::declineAccepted() {
     TC::COrderService& service = *TC::COrderService::instance();
     service.visitStrategies([](int, const TC::COrderStrategyParam&) {});
-    // Checked batches were queued on the main thread before this call is queued there.
     const auto asked = [](const bool* ticket) {
         delete ticket;
-        QMetaObject::invokeMethod(
-            qApp, [] { TC::whenNoConfirmationIsOpen(&CLiveControl::finishDeclining); }, Qt::QueuedConnection);
+        finishLater();
     };
     service.holdUntilProcessed(std::shared_ptr<const bool>(new bool(true), asked));
+}
+
+/// Checked batches were queued on the main thread before this call is queued there.
+void CLiveControl::finishLater() {
+    QMetaObject::invokeMethod(
+        qApp, [] { TC::whenNoConfirmationIsOpen(&CLiveControl::finishDeclining); }, Qt::QueuedConnection);
 }
 
 void CLiveControl::finishDeclining() {

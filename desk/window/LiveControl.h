@@ -87,6 +87,7 @@ private:
     void tryAgain(const utils::KNError& error);
     void setHaltProblem(const QString& problem);
     void declineAccepted();
+    static void finishLater();
     static void finishDeclining();
     void finishHalt();
     void finishResume();

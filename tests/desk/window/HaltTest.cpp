@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTableView>
 #include <QTest>
 
 #include <algorithm>
@@ -224,7 +225,7 @@ constexpr const char* kBatch = "23,0,8.02,600104,1000\n";
 
 TEST_F(HaltConfirming, ColumnsOfTheDialogAreKeptForTheNextOne) {
     constexpr int kWide = 217;
-    const auto header = [] { return dialog()->findChild<QHeaderView*>(); };
+    const auto header = [] { return dialog()->findChild<QTableView*>()->horizontalHeader(); };
     const auto decline = [](CMainWindow&) {
         dialog()->cancelButton()->click();
         return true;
