@@ -103,7 +103,7 @@ class Screen:
 
     def picture(self, path):
         """Writes the whole screen as a small PNG file."""
-        subprocess.run(["import", "-window", "root", "-strip", "-colors", "255", f"png8:{path}"], env=self.env, check=True, timeout=DEADLINE)
+        subprocess.run(["import", "-window", "root", "-strip", "+dither", "-colors", "255", f"png8:{path}"], env=self.env, check=True, timeout=DEADLINE)
 
 
 class Window:
