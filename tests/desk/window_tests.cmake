@@ -16,6 +16,7 @@ target_link_libraries(desk_window_pictures PRIVATE desk_window)
 orderservice_own_code(desk_window_pictures)
 
 # The program itself, with keys and the mouse, on a screen in memory.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
 if(NOT ORDERSERVICE_TEST_PROGRAMS)
     add_test(NAME desk_window_on_screen COMMAND Python3::Interpreter "${CMAKE_CURRENT_LIST_DIR}/window/on_screen_test.py"
         "${CMAKE_SOURCE_DIR}" "${CMAKE_BINARY_DIR}/desk")
