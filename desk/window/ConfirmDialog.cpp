@@ -46,7 +46,7 @@ void CConfirmDialog::setWindow(QWidget* window, std::function<void()> halt) {
 TC::CConfirmAnswer CConfirmDialog::confirm(const TC::CConfirmQuestion& question) {
     if (m_window != nullptr) {
         // A dialog of a minimized window may not be seen.
-        if (m_window->isMinimized()) m_window->showNormal();
+        m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
         QApplication::alert(m_window);
     }
     QTimer::singleShot(0, qApp, [this] { addHaltButton(); }); // in the event loop of the dialog
@@ -59,6 +59,10 @@ bool CConfirmDialog::isOpen() {
 
 void CConfirmDialog::close() {
     if (TC::COrdersMessageBox* const dialog = openDialog()) dialog->reject();
+}
+
+void CConfirmDialog::restartGuard() {
+    if (TC::COrdersMessageBox* const dialog = openDialog()) dialog->restartGuard();
 }
 
 /// Far from the two other buttons, so that it is not hit by accident.

@@ -22,6 +22,8 @@ public:
     static bool isOpen();
     /// Closes the open dialog without an answer of the user. Its batch is declined.
     static void close();
+    /// Takes no answer for half a second, because the user has just answered another question.
+    static void restartGuard();
 
 private:
     void addHaltButton() const;

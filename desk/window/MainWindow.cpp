@@ -1,5 +1,6 @@
 #include "desk/window/MainWindow.h"
 
+#include "desk/window/ConfirmDialog.h"
 #include "desk/window/Theme.h"
 #include "orderservice/base/Clock.h"
 #include "orderservice/gates/OrderConfirmer.h"
@@ -348,6 +349,7 @@ bool CMainWindow::askUser(const QString& title, const QString& text, const QStri
     box.setDefaultButton(no);
     box.setEscapeButton(no);
     box.exec();
+    CConfirmDialog::restartGuard();
     return box.clickedButton() == yes;
 }
 
@@ -387,6 +389,8 @@ QString CMainWindow::closeText() const {
     if (waiting > 0) texts.append(tr("%n order(s) wait and stay in the books.", nullptr, waiting));
     if (status.m_bConfirmationOpen)
         texts.append(tr("The batch that waits for your confirmation is declined."));
+    if (status.m_nQueue > 0 && !m_control.config().user.orderService)
+        texts.append(tr("Batches that need your confirmation are not sent any more."));
     if (status.m_bHalting) texts.append(tr("The halt is not finished."));
     return texts.join(QLatin1Char('\n'));
 }

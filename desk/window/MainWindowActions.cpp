@@ -3,6 +3,7 @@
 #include "desk/window/MainWindow.h"
 #include "desk/window/StrategyDialog.h"
 #include "desk/window/Theme.h"
+#include "orderservice/gates/OrderConfirmer.h"
 
 #include <QAction>
 #include <QApplication>
@@ -192,6 +193,7 @@ void CMainWindow::addStrategy() {
             return reasonText(m_control.addStrategy(strategy));
         },
         this);
+    const TC::CConfirmationHold hold; // no confirmation opens above the dialog
     dialog.exec();
     showStrategies();
 }
@@ -209,6 +211,7 @@ void CMainWindow::changeStrategy() {
             return reasonText(m_control.changeStrategy(changed));
         },
         this);
+    const TC::CConfirmationHold hold; // no confirmation opens above the dialog
     dialog.exec();
     showStrategies();
 }
@@ -327,8 +330,8 @@ QString CMainWindow::resumeText() const {
     const QStringList files = m_control.waitingFiles();
     if (files.isEmpty()) return text;
     return text + QLatin1Char('\n') +
-           tr("%n order file(s) wait at their paths and are read now: %1. Delete the files that must not be "
-              "sent before you agree.",
+           tr("%n order file(s) wait at their paths and are read now: %1. Before you agree, delete the files "
+              "that must not be sent.",
               nullptr, files.size())
                .arg(files.join(QStringLiteral(", ")));
 }

@@ -232,7 +232,6 @@ void CTableView::rowsInserted(const QModelIndex& parent, int start, int end) {
 
 QStringList CTableView::selectedKeys() const {
     QModelIndexList rows = selectionModel()->selectedRows();
-    if (rows.isEmpty() && currentIndex().isValid()) rows.append(currentIndex());
     std::sort(rows.begin(), rows.end());
     QStringList keys;
     for (const QModelIndex& row : rows)

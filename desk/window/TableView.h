@@ -57,7 +57,8 @@ public:
     void setEmptyText(const QString& text);
     const QString& emptyText() const { return m_strEmpty; }
 
-    /// The keys of the selected rows, in the order of the view. If no row is selected, the current one.
+    /// The keys of the selected rows, in the order of the view. The current row is not one of them if it is
+    /// not selected: nothing on the screen would mark it.
     QStringList selectedKeys() const;
     /// The selected rows, or all shown rows if none is selected, with a line of titles.
     QString copyText() const;

@@ -290,6 +290,11 @@ void COrdersMessageBox::startGuard() {
     m_guardTimer->start(static_cast<int>(kGuardSeconds * 1000));
 }
 
+void COrdersMessageBox::restartGuard() {
+    m_dShown = utils::getTime();
+    startGuard();
+}
+
 void COrdersMessageBox::endGuard() {
     if (isTooEarly()) return startGuard();
     m_okButton->setEnabled(true);
@@ -298,10 +303,7 @@ void COrdersMessageBox::endGuard() {
 
 void COrdersMessageBox::showEvent(QShowEvent* event) {
     CCommonDialog::showEvent(event);
-    if (!m_dShown) {
-        m_dShown = utils::getTime();
-        startGuard();
-    }
+    if (!m_dShown) restartGuard();
     QApplication::alert(this);
 }
 

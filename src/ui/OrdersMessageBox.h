@@ -81,6 +81,9 @@ public:
     CRemarkLine* remarkEdit() const { return m_remarkEdit; }
     /// With the guard: its timer, which enables the buttons 0.5 seconds after the dialog is shown.
     QTimer* guardTimer() const { return m_guardTimer; }
+    /// With the guard: takes no answer for the next 0.5 seconds. For a host whose own question was above the
+    /// dialog: a key that was meant for that question must not answer this one.
+    void restartGuard();
     /// The line above the buttons that says which edits reach no command. Empty if there are none.
     QString notice() const;
     /// The number of orders and the sum of money.

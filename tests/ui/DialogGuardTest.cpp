@@ -54,6 +54,22 @@ TEST_F(DialogGuard, SecondClickOfADoubleClickDoesNotAnswerTheNextBatch) {
     }
 }
 
+TEST_F(DialogGuard, KeyForAQuestionAboveTheDialogDoesNotAnswerIt) {
+    bool isStillOpen = false;
+    EXPECT_EQ(show(orders, {},
+                   [&](COrdersMessageBox& box) {
+                       wait(box, 1);
+                       box.restartGuard();
+                       pressEnter(box, false);
+                       pressEscape(box, false);
+                       isStillOpen = isOpen(box) && !box.okButton()->isEnabled();
+                       wait(box, 0.51);
+                       pressEnter(box, false);
+                   }),
+              1);
+    EXPECT_TRUE(isStillOpen);
+}
+
 TEST_F(DialogGuard, AnswersAreTakenHalfASecondAfterTheDialogIsShown) {
     bool isStillOpen = false;
     EXPECT_EQ(show(orders, {},

@@ -579,6 +579,10 @@
             <translation>The batch that waits for your confirmation is declined.</translation>
         </message>
         <message>
+            <source>Batches that need your confirmation are not sent any more.</source>
+            <translation>Batches that need your confirmation are not sent any more.</translation>
+        </message>
+        <message>
             <source>The halt is not finished.</source>
             <translation>The halt is not finished.</translation>
         </message>
@@ -587,10 +591,10 @@
             <translation>Cancel all waiting orders of %1? The tables show %2 of them.</translation>
         </message>
         <message numerus="yes">
-            <source>%n order file(s) wait at their paths and are read now: %1. Delete the files that must not be sent before you agree.</source>
+            <source>%n order file(s) wait at their paths and are read now: %1. Before you agree, delete the files that must not be sent.</source>
             <translation>
-                <numerusform>%n order file waits at its path and is read now: %1. Delete it before you agree if it must not be sent.</numerusform>
-                <numerusform>%n order files wait at their paths and are read now: %1. Delete the files that must not be sent before you agree.</numerusform>
+                <numerusform>%n order file waits at its path and is read now: %1. Before you agree, delete it if it must not be sent.</numerusform>
+                <numerusform>%n order files wait at their paths and are read now: %1. Before you agree, delete the files that must not be sent.</numerusform>
             </translation>
         </message>
         <message>

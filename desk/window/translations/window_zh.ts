@@ -568,6 +568,10 @@
             <translation>等待您确认的批次将被拒绝。</translation>
         </message>
         <message>
+            <source>Batches that need your confirmation are not sent any more.</source>
+            <translation>需要您确认的指令不再发出。</translation>
+        </message>
+        <message>
             <source>The halt is not finished.</source>
             <translation>停止交易尚未完成。</translation>
         </message>
@@ -576,7 +580,7 @@
             <translation>撤销%1的全部等待成交的委托? 表格中有其中%2笔。</translation>
         </message>
         <message numerus="yes">
-            <source>%n order file(s) wait at their paths and are read now: %1. Delete the files that must not be sent before you agree.</source>
+            <source>%n order file(s) wait at their paths and are read now: %1. Before you agree, delete the files that must not be sent.</source>
             <translation>
                 <numerusform>%n个文件单在其路径等待, 同意后立即读取: %1。请在同意前删除不应发出的文件。</numerusform>
             </translation>

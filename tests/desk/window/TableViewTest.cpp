@@ -130,6 +130,17 @@ TEST_F(TableView, EnterActivatesTheSelectedRows) {
     EXPECT_EQ(activated, QStringList{"2"});
 }
 
+TEST_F(TableView, ARowThatIsNotMarkedIsNotActivated) {
+    fill(3);
+    view.setCurrentIndex(view.filter().index(1, 0));
+    view.clearSelection();
+    QStringList activated;
+    QObject::connect(&view, &CTableView::sigActivated, [&](const QStringList& keys) { activated = keys; });
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_EQ(activated, QStringList());
+    EXPECT_EQ(view.selectedKeys(), QStringList());
+}
+
 TEST_F(TableView, AColumnBecomesWideEnoughForItsNumbers) {
     fill(1);
     view.setColumnWidth(1, 40);

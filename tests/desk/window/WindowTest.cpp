@@ -158,7 +158,7 @@ TEST_F(Window, NothingDangerousHappensWithoutAgreement) {
     EXPECT_TRUE(questions[1].contains("Cancel 2 waiting orders of "));
     EXPECT_TRUE(questions[2].contains("1 task: Cancel 2 waiting orders of "));
     EXPECT_TRUE(questions[4].contains("16 strateg") && questions[4].contains("2 order"));
-    EXPECT_FALSE(hasInJournal("\"kind\":\"cancel_"));
+    EXPECT_FALSE(hasInJournal("\"kind\":\"control\""));
 }
 
 TEST_F(Window, CancelsOneOrder) {
