@@ -42,7 +42,7 @@ CBooks valueBooks(const std::vector<CPaperFunds>& funds, const std::vector<CPape
                   const std::vector<CPaperDebt>& debts, const IQuoteSource& quotes);
 CBooks valueBooks(const CPaperBooks& books, const IQuoteSource& quotes);
 
-/// The last price, or the previous close if there is none yet.
+/// The last price, or the previous close before the first trade.
 std::optional<double> lastPrice(const CQuoteEntry& quote);
 
 } // namespace desk

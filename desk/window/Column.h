@@ -60,7 +60,7 @@ struct CRow {
     ERowMark m_eMark = ERowMark::None;
 };
 
-/// The number of a column by its id; -1 if there is none.
+/// The number of a column by its id; -1 if the table has no such column.
 int columnOf(const CTableSpec& spec, const char* id);
 
 /// A cell as the table shows it: "1,234.50".

@@ -33,7 +33,7 @@ struct CFeedBatch {
     std::vector<CPaperTask> m_tasks;
     std::vector<CFeedMessage> m_messages;
     std::vector<std::string> m_journal;    ///< lines without their newlines
-    std::shared_ptr<const CBooks> m_books; ///< the latest; null if there is none
+    std::shared_ptr<const CBooks> m_books; ///< the latest; null if no new books have come
     std::int64_t m_nNewOrders = 0;         ///< number of orders that appeared since the last batch
     std::size_t m_nDropped = 0;            ///< messages and journal lines that were dropped before it
     std::size_t m_nWaiting = 0;            ///< entries that wait for the next batches
@@ -93,7 +93,7 @@ private:
 /// The task of a command's record in the journal. False if the line is not the record of a command that has a
 /// task.
 bool readTask(const std::string& journalLine, CPaperTask& task);
-/// The text of a key of a journal line, such as the kind; empty if there is none.
+/// The text of a key of a journal line, such as the kind; empty if the line does not have the key.
 std::string journalText(const std::string& line, const char* key);
 
 } // namespace desk

@@ -25,8 +25,8 @@ constexpr const char* kHaltText = "the desk was halted";
 
 thread_local QString s_lastMessage;
 
-/// For calls that are queued on the main thread; null when the control has ended. Main thread. A queued call
-/// that carried the pointer itself would hand it over inside Qt, where the thread sanitizer cannot follow.
+/// For calls that are queued on the main thread; null when the control has ended. Main thread. The calls do
+/// not contain the pointer, because the thread sanitizer does not see how Qt passes it to the main thread.
 CLiveControl* s_pCurrent = nullptr;
 
 /// The result of an operation that shows its reason as a message.

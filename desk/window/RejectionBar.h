@@ -20,7 +20,7 @@ public:
     /// `orders`: the rows of the orders; must outlive the bar.
     explicit CRejectionBar(const CRowModel& orders, QWidget* parent = nullptr);
 
-    /// Shows these orders, oldest first. Hidden if there is none.
+    /// Shows these orders, oldest first. Hidden if the list is empty.
     void showOrders(const std::vector<int>& orders);
     QString text() const;
 

@@ -33,7 +33,8 @@ constexpr int kNameRole = Qt::UserRole + 1;
 void fill(QComboBox& box, const std::map<std::string, int>& words, int chosen) {
     for (const auto& [word, number] : words)
         box.addItem(QCoreApplication::translate("words", word.c_str()), number);
-    // A number without a word must not be changed to another one when the user changes something else.
+    // strategies.toml may have a number for which there is no word. It must not change when the user changes
+    // another field.
     if (box.findData(chosen) < 0) box.addItem(QString::number(chosen), chosen);
     box.setCurrentIndex(box.findData(chosen));
 }
@@ -135,7 +136,7 @@ void CStrategyDialog::addAccount(const CChoice& choice) {
     m_accounts->setItemData(m_accounts->count() - 1, choice.m_strName, kNameRole);
 }
 
-/// The item of a group or an account; -1 if there is none. Both may have the same name.
+/// The item of a group or an account; -1 if the box has no such item. Both may have the same name.
 int CStrategyDialog::findAccount(const CChoice& choice) const {
     for (int item = 0; item < m_accounts->count(); ++item) {
         if (m_accounts->itemData(item).toInt() == static_cast<int>(choice.m_eType) &&

@@ -71,7 +71,7 @@ public:
     void endRow();
     /// Forgets the failures since the last row.
     void restartRow() { m_bRowFailed = false; }
-    /// Reports how many rows are incomplete, with the first cause. Does nothing if there is none.
+    /// Reports how many rows are incomplete, with the first cause. Does nothing if all are complete.
     void report() const noexcept;
 
 private:

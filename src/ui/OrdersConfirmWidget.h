@@ -85,7 +85,7 @@ public:
 
     /// The extra columns by their module name: column number and header.
     QMap<QString, QPair<int, QString>> extraColumns() const { return m_extraColumns; }
-    /// The number of the last extra column, or -1 if there is none.
+    /// The number of the last extra column, or -1 if no extra column is shown.
     int lastColumn() const { return m_nLastColumn; }
     COrderParamTable* table() const { return m_table; }
     int selectedRow() const;

@@ -10,11 +10,6 @@ target_link_libraries(desk_window_tests PRIVATE desk_window Qt5::Test GTest::gte
 orderservice_own_code(desk_window_tests)
 orderservice_add_tests(desk_window_tests)
 
-add_executable(desk_window_pictures EXCLUDE_FROM_ALL "${CMAKE_CURRENT_LIST_DIR}/window/Pictures.cpp")
-target_include_directories(desk_window_pictures PRIVATE "${PROJECT_SOURCE_DIR}")
-target_link_libraries(desk_window_pictures PRIVATE desk_window)
-orderservice_own_code(desk_window_pictures)
-
 # The program itself, with keys and the mouse, on a screen in memory.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 if(NOT ORDERSERVICE_TEST_PROGRAMS)
