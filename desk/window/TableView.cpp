@@ -1,5 +1,6 @@
 #include "desk/window/TableView.h"
 
+#include "desk/window/CellTexts.h"
 #include "desk/window/Theme.h"
 
 #include <QApplication>
@@ -28,10 +29,26 @@ constexpr int kCellMargins = 8;     ///< of the style, left and right together
 constexpr int kTitleMargins = 10;   ///< the same for a title
 constexpr int kSpecFontHeight = 17; ///< height of the font that the default widths are for
 
-/// Colours of a cell by its mark, its trend and its flash.
+/// The colours of a cell, by its mark, its trend and its flash, and its text. A cell is drawn without the
+/// text layout of the style, which needs more than half of the time of a table.
 class CCellDelegate : public QStyledItemDelegate {
 public:
     explicit CCellDelegate(CTableView& view) : QStyledItemDelegate(&view), m_view(view) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        QStyleOptionViewItem cell = option;
+        initStyleOption(&cell, index);
+        const QStyle& style = *m_view.style();
+        style.drawPrimitive(QStyle::PE_PanelItemViewItem, &cell, painter, &m_view);
+        const bool isSelected = (cell.state & QStyle::State_Selected) != 0;
+        const bool isActive = (cell.state & QStyle::State_Active) != 0;
+        painter->setPen(cell.palette.color(isActive ? QPalette::Active : QPalette::Inactive,
+                                           isSelected ? QPalette::HighlightedText : QPalette::Text));
+        const int margin = kCellMargins / 2;
+        textsOf(cell.font).draw(*painter, cell.rect.adjusted(margin, 0, -margin, 0), cell.displayAlignment,
+                                cell.text, cell.font);
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -56,13 +73,17 @@ private:
     /// A number, a time or a code that is cut off would be read as another one. Its column becomes wider.
     void fitText(QStyleOptionViewItem& option, const CColumn& column) const {
         if (!isShownWhole(column)) return;
-        const int needed = QFontMetrics(option.font).horizontalAdvance(option.text) + kCellMargins;
+        const int needed = textsOf(option.font).width(option.text, option.font) + kCellMargins;
         if (needed <= option.rect.width()) return;
         m_view.widenLater(option.index.column(), needed);
         if (!isTextCell(column.m_eCell)) option.text = QStringLiteral("###");
     }
 
+    CCellTexts& textsOf(const QFont& font) const { return font.bold() ? m_boldTexts : m_texts; }
+
     CTableView& m_view;
+    mutable CCellTexts m_texts;
+    mutable CCellTexts m_boldTexts; ///< of rows with totals
 };
 
 bool isEnter(int key) {
