@@ -3,6 +3,7 @@
 #include "orderservice/base/Text.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
+#include "orderservice/platform/IntakeAudit.h"
 #include "orderservice/platform/OrderClient.h"
 #include "orderservice/platform/UserConfig.h"
 
@@ -50,6 +51,13 @@ void reportOrderFailure(EOrderStrategyType type, int channel) noexcept {
     } catch (...) {
         reportSafely(text);
     }
+}
+
+void reportNotExecuted(const COrderParam& first, int orders, const QString& reason, const QString& cause) {
+    reportSafely(utils::fillText(QStringLiteral("[%1]　通道号: %2, %3, %4条指令未执行!"),
+                                 {safeOrderStrategyText(first.m_eStrategyType),
+                                  QString::number(first.m_nChannel), reason, QString::number(orders)}));
+    reportOrdersDropped(first.m_nChannel, orders, cause);
 }
 
 void showCheckFailure(const QString& text) {

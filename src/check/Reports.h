@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orderservice/records/Enums.h"
+#include "orderservice/records/OrderParam.h"
 
 #include <QString>
 
@@ -20,6 +21,11 @@ QString safeOrderStrategyText(EOrderStrategyType type) noexcept;
 /// Call it in a catch block: reports that the current exception has ended the order. If the order client
 /// throws, the report is shown on the message panel instead. Never throws.
 void reportOrderFailure(EOrderStrategyType type, int channel) noexcept;
+
+/// Tells the user that orders which passed their checks are not executed, and reports them as dropped to the
+/// audit. first: the first of the orders; reason: for the user, in Chinese; cause: for the audit. Never
+/// throws.
+void reportNotExecuted(const COrderParam& first, int orders, const QString& reason, const QString& cause);
 
 /// Shows the text under the title of wrong parameters, for a refused order or a row that a basket leaves out.
 void showCheckFailure(const QString& text);

@@ -49,6 +49,10 @@ public:
         return m_pConfirmer->confirm(question);
     }
 
+    void withdraw() {
+        if (m_bAsking && m_pConfirmer != nullptr) m_pConfirmer->withdraw();
+    }
+
     CConfirmAnswer askFromThread(const CConfirmQuestion& question) {
         const auto pending = std::make_shared<CPending>();
         pending->m_question = question;
@@ -98,8 +102,12 @@ private:
     /// that the commands of the answered batch are sent first.
     class COpen {
     public:
-        explicit COpen(CQuestions& questions) : m_questions(questions) { m_questions.m_bOpen = true; }
+        explicit COpen(CQuestions& questions) : m_questions(questions) {
+            m_questions.m_bOpen = true;
+            m_questions.m_bAsking = true;
+        }
         ~COpen() {
+            m_questions.m_bAsking = false;
             m_questions.m_bOpen = false;
             (void)m_questions.continueLater();
         }
@@ -174,6 +182,7 @@ private:
 
     IOrderConfirmer* m_pConfirmer = nullptr; ///< main thread
     std::atomic<bool> m_bOpen{false};        ///< written on the main thread
+    bool m_bAsking = false;                  ///< the confirmer is asked; main thread
     std::mutex m_mutex;                      ///< guards the rest
     std::deque<std::shared_ptr<CPending>> m_pending;
     std::deque<std::function<void()>> m_actions;
@@ -190,6 +199,10 @@ void setOrderConfirmer(IOrderConfirmer* confirmer) {
 CConfirmAnswer askForConfirmation(const CConfirmQuestion& question) {
     CQuestions& questions = CQuestions::instance();
     return utils::isMainThread() ? questions.askHere(question) : questions.askFromThread(question);
+}
+
+void withdrawConfirmation() {
+    if (utils::isMainThread()) CQuestions::instance().withdraw();
 }
 
 CConfirmationStop::CConfirmationStop(const QString& reason) {

@@ -42,6 +42,10 @@ public:
     /// Asks and waits for the answer. Called on the main thread, for one question at a time. It may run an
     /// event loop. If it throws, nobody has confirmed.
     virtual CConfirmAnswer confirm(const CConfirmQuestion& question) = 0;
+    /// The user of the open question has left or was switched, so its batch cannot be sent any more. A window
+    /// should close and answer NotAsked: it shows the accounts of that user. Called on the main thread during
+    /// `confirm`. By default the question stays open.
+    virtual void withdraw() {}
 };
 
 /// Installs the confirmer of this process, or removes it with null. The caller owns it and keeps it alive
@@ -55,6 +59,10 @@ ORDERSERVICE_EXPORT CConfirmAnswer askForConfirmation(const CConfirmQuestion& qu
 
 /// Whether a question is open. Any thread.
 ORDERSERVICE_EXPORT bool isConfirmationOpen();
+
+/// Withdraws the question that is open on the main thread, if there is one (IOrderConfirmer::withdraw).
+/// Exceptions of the confirmer leave it. On another thread it does nothing.
+ORDERSERVICE_EXPORT void withdrawConfirmation();
 
 /// During its lifetime no question is opened: checked batches and questions of other threads wait until it
 /// ends. For a host that shows a question of its own, so that no other one opens above it. isConfirmationOpen

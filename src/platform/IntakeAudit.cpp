@@ -1,6 +1,5 @@
 #include "orderservice/platform/IntakeAudit.h"
 
-#include "orderservice/base/Text.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
 
@@ -54,12 +53,6 @@ void reportOrdersDropped(int channel, int orders, const QString& cause) {
     report.m_nOrders = orders;
     report.m_strCause = cause;
     reportToAudit(report);
-}
-
-void reportNotExecuted(int channel, int orders, const QString& reason, const QString& cause) {
-    reportSafely(
-        utils::fillText(QStringLiteral("[接口单]　%1, %2条指令未执行!"), {reason, QString::number(orders)}));
-    reportOrdersDropped(channel, orders, cause);
 }
 
 } // namespace TC

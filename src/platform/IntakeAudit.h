@@ -142,11 +142,6 @@ ORDERSERVICE_EXPORT void reportToAudit(const CIncidentReport& report);
 /// first order.
 ORDERSERVICE_EXPORT void reportOrdersDropped(int channel, int orders, const QString& cause);
 
-/// Tells the user that orders which passed their checks are not executed, and reports them as dropped to the
-/// audit. reason: for the user, in Chinese; cause: for the audit.
-ORDERSERVICE_EXPORT void reportNotExecuted(int channel, int orders, const QString& reason,
-                                           const QString& cause);
-
 /// The folder that the installed audit names. Empty if the audit names no folder or throws.
 ORDERSERVICE_EXPORT QString rejectedFolder();
 

@@ -1,6 +1,7 @@
 #include "orderservice/service/LegalBatches.h"
 
 #include "orderservice/base/Thread.h"
+#include "orderservice/check/Reports.h"
 #include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/platform/Host.h"
 #include "orderservice/platform/HostReports.h"
@@ -39,8 +40,7 @@ constexpr CDropCause kUserChanged{"用户已退出或切换",
                                   "their user left before the checked orders were placed"};
 
 void reportToUserAndAudit(const CLegalOrders& orders, const CDropCause& cause, const QString& auditCause) {
-    reportNotExecuted(orders.first().m_nChannel, orders.size(), QString::fromUtf8(cause.m_pszMessage),
-                      auditCause);
+    reportNotExecuted(orders.first(), orders.size(), QString::fromUtf8(cause.m_pszMessage), auditCause);
 }
 
 QString auditCauseOf(const CDropCause& cause, const QString& detail) {

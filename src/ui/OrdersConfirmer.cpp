@@ -56,4 +56,8 @@ CConfirmAnswer COrdersConfirmer::confirm(const CConfirmQuestion& question) {
     return answer;
 }
 
+void COrdersConfirmer::withdraw() {
+    COrdersMessageBox::withdraw();
+}
+
 } // namespace TC

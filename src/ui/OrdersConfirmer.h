@@ -13,6 +13,8 @@ public:
     /// Nobody is asked if the process has no QApplication, or if a dialog is open already. The answer is also
     /// NotAsked if the dialog ends without the user: it is destroyed, or the application quits. Main thread.
     CConfirmAnswer confirm(const CConfirmQuestion& question) override;
+    /// Closes the dialog. The answer is NotAsked.
+    void withdraw() override;
 };
 
 } // namespace TC

@@ -2,6 +2,7 @@
 
 #include "orderservice/base/Clock.h"
 #include "orderservice/gates/IntakePause.h"
+#include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
 #include "orderservice/platform/LuaModuleCtrl.h"
@@ -72,12 +73,13 @@ int COrdersMessageBox::showOrders(QWidget* parent, const QString& title, EQdTrad
                          .arg(static_cast<int>(orders.size())));
         return Rejected;
     }
+    const CConfirmationHold hold; // batches of the service wait until the dialog is closed
     // On the heap and not on the stack: the parent may be deleted while the dialog is open.
     std::unique_ptr<COrdersMessageBox> dialog(new COrdersMessageBox(title, parent));
     s_pOpen = dialog.get();
     s_bAnswered = false;
     connect(dialog.get(), &QDialog::finished, [] { s_bAnswered = true; });
-    const bool wasPaused = isConfirmationPauseSet();
+    dialog->m_bWasPaused = isConfirmationPauseSet();
     setConfirmationPause(true);
     try {
         setBatchTraderType(traderType);
@@ -86,7 +88,7 @@ int COrdersMessageBox::showOrders(QWidget* parent, const QString& title, EQdTrad
         dialog->fitSize();
     } catch (...) {
         // No dialog could end this pause. An earlier one may have left its own.
-        setConfirmationPause(wasPaused);
+        setConfirmationPause(dialog->m_bWasPaused);
         throw;
     }
     const int result = dialog.release()->exec(); // deletes itself
@@ -102,6 +104,12 @@ std::string COrdersMessageBox::getRemark(int row) {
 
 bool COrdersMessageBox::isOpen() {
     return s_pOpen != nullptr;
+}
+
+void COrdersMessageBox::withdraw() {
+    if (s_pOpen == nullptr) return;
+    setConfirmationPause(s_pOpen->m_bWasPaused);
+    s_pOpen->hide(); // ends the event loop of showOrders
 }
 
 bool COrdersMessageBox::wasAnswered() {

@@ -43,8 +43,8 @@ public:
 
     /// Shows the orders and waits for the answer, in an event loop of its own. Returns 1 if the user has
     /// confirmed, and 0 in every other case. A call while a dialog is open returns 0 and reports that the
-    /// orders are not executed. A batch of the order service that comes while a dialog of the host's own call
-    /// is open is not asked: it is dropped and reported.
+    /// orders are not executed. Batches of the order service that must be confirmed wait until the dialog is
+    /// closed.
     ///
     /// remarks: UTF-8, with the keys of `orders`. Another key is an order without a record: it is counted,
     /// and has no row. parent: may be null.
@@ -62,6 +62,10 @@ public:
 
     /// Whether a dialog is open.
     static bool isOpen();
+
+    /// Closes the open dialog, if there is one, without an answer: showOrders returns 0, and wasAnswered is
+    /// false. Order files are paused afterwards only if they were before the dialog.
+    static void withdraw();
 
     ~COrdersMessageBox() override;
 
@@ -121,6 +125,7 @@ private:
     /// The caller's key of the selected row, or null if no row is selected.
     const int* selectedKey() const;
 
+    bool m_bWasPaused = false; ///< the confirmation pause was set before the dialog
     std::vector<CCodeOrderParam> m_orders;
     COrdersConfirmWidget* m_table = nullptr;
     QPushButton* m_okButton = nullptr;

@@ -126,7 +126,7 @@ void reportToAuditOnly(const CCheckedOrders& orders, const char* cause) {
 }
 
 void reportUnconfirmed(const CCheckedOrders& orders, const QString& reason) {
-    reportNotExecuted(orders.first().m_nChannel, orders.size(), reason,
+    reportNotExecuted(orders.first(), orders.size(), reason,
                       QStringLiteral("the batch was not confirmed: ") + reason);
 }
 

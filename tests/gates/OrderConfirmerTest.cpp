@@ -35,7 +35,10 @@ public:
         return answer;
     }
 
+    void withdraw() override { ++m_nWithdrawn; }
+
     std::vector<std::string> m_titles;
+    int m_nWithdrawn = 0;
     std::function<void()> m_action; ///< called once, while the question is open
 };
 
@@ -73,6 +76,24 @@ protected:
 
     CScriptedConfirmer m_confirmer;
 };
+
+TEST_F(OrderConfirmer, OnlyAnOpenQuestionIsWithdrawn) {
+    withdrawConfirmation();
+    {
+        const CConfirmationHold hold;
+        withdrawConfirmation();
+    }
+    EXPECT_EQ(m_confirmer.m_nWithdrawn, 0);
+    m_confirmer.m_action = [this] {
+        std::thread(withdrawConfirmation).join(); // not on the main thread
+        EXPECT_EQ(m_confirmer.m_nWithdrawn, 0);
+        withdrawConfirmation();
+    };
+    askForConfirmation(questionOf("batch"));
+    EXPECT_EQ(m_confirmer.m_nWithdrawn, 1);
+    withdrawConfirmation();
+    EXPECT_EQ(m_confirmer.m_nWithdrawn, 1);
+}
 
 TEST_F(OrderConfirmer, AnswersTheMainThread) {
     const CConfirmAnswer answer = askForConfirmation(questionOf("one"));

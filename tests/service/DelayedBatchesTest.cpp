@@ -90,8 +90,10 @@ protected:
         const COrderStrategyMap strategies = strategiesOf(channel * 10);
         emit m_variant->sigPlaceLegalOrders(ordersOf(channel), &strategies);
     }
-    void expectDropped(const QString& reason, const QString& auditCause) {
-        EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[接口单]　") + reason +
+    /// The label is that of file orders only while their user is logged in.
+    void expectDropped(const QString& reason, const QString& auditCause,
+                       const QString& label = QStringLiteral("[文件单]")) {
+        EXPECT_EQ(host.messageTexts(), std::vector<QString>{label + QStringLiteral("　通道号: 2, ") + reason +
                                                             QStringLiteral(", 1条指令未执行!")});
         ASSERT_EQ(host.audit.incidents.size(), 1u);
         EXPECT_EQ(host.audit.incidents[0].m_eIncident, EIncident::OrdersDropped);
@@ -154,7 +156,8 @@ TEST_F(DelayedBatches, AreReportedWhenTheUserLeaves) {
     emitBatch(1);
     QCoreApplication::processEvents();
     expectDropped(QStringLiteral("用户已退出或切换"),
-                  QStringLiteral("their user left before the checked orders were placed"));
+                  QStringLiteral("their user left before the checked orders were placed"),
+                  QStringLiteral("[接口单]"));
 }
 
 TEST_F(DelayedBatches, StayWhenTheSameUserIsLoadedAgain) {
@@ -177,7 +180,8 @@ TEST_F(DelayedBatches, BatchThatWaitsForTheMainThreadIsReportedWhenTheUserLeaves
     service().loadFromConfig(false);
     QCoreApplication::processEvents();
     expectDropped(QStringLiteral("用户已退出或切换"),
-                  QStringLiteral("their user left before the checked orders were placed"));
+                  QStringLiteral("their user left before the checked orders were placed"),
+                  QStringLiteral("[接口单]"));
     EXPECT_TRUE(m_log.empty());
 }
 

@@ -114,8 +114,8 @@ protected:
     }
     /// Expects that exactly one batch was dropped, for this reason, and that nothing was placed.
     void expectDropped(const QString& message, const QString& auditCause) {
-        EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[接口单]　") + message +
-                                                            QStringLiteral(", 2条指令未执行!")});
+        EXPECT_EQ(host.messageTexts(), std::vector<QString>{QStringLiteral("[文件单]　通道号: 3, ") +
+                                                            message + QStringLiteral(", 2条指令未执行!")});
         expectIncident(auditCause);
         EXPECT_TRUE(variant.placed.empty());
     }
@@ -363,7 +363,8 @@ TEST_F(LegalBatches, BatchWhoseEndCannotBeQueuedIsReported) {
     emitOnAThread();
     ASSERT_EQ(host.messageTexts().size(), 2u);
     EXPECT_EQ(host.messageTexts()[0], QStringLiteral("[接口单]　待确认指令无法排队: std::bad_alloc"));
-    EXPECT_EQ(host.messageTexts()[1], QStringLiteral("[接口单]　主线程未接收待确认指令, 2条指令未执行!"));
+    EXPECT_EQ(host.messageTexts()[1],
+              QStringLiteral("[文件单]　通道号: 3, 主线程未接收待确认指令, 2条指令未执行!"));
     expectIncident(QStringLiteral("no adapter received the checked orders"));
 }
 

@@ -165,7 +165,20 @@ TEST_F(TwoPass, QuestionOfAUserWhoLeavesSendsNothing) {
     service().placeorder(good());
     settle();
     EXPECT_TRUE(host.commands().empty());
-    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[接口单]　用户已切换, 1条指令未执行!"));
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[接口单]　通道号: 3, 用户已切换, 1条指令未执行!"));
+}
+
+TEST_F(TwoPass, QuestionOfAUserWhoLeavesIsWithdrawn) {
+    confirmer.onQuestion = [this] {
+        EXPECT_EQ(confirmer.withdrawn, 0);
+        host.user.loggedIn = false;
+        service().loadFromConfig(false);
+        EXPECT_EQ(confirmer.withdrawn, 1);
+    };
+    service().loadFromConfig(false);
+    service().placeorder(good());
+    settle();
+    EXPECT_EQ(confirmer.withdrawn, 1);
 }
 
 /// A change of the user while the first order is being checked.
@@ -182,7 +195,8 @@ TEST_P(TwoPassOfAFormerUser, SendsNothing) {
     settle();
     EXPECT_TRUE(host.commands().empty());
     EXPECT_TRUE(confirmer.questions.empty());
-    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[接口单]　用户已退出或切换, 1条指令未执行!"));
+    EXPECT_EQ(host.messageTexts().back(),
+              QStringLiteral("[文件单]　通道号: 3, 用户已退出或切换, 1条指令未执行!"));
     EXPECT_EQ(host.audit.incidents.back().m_eIncident, EIncident::OrdersDropped);
     EXPECT_EQ(host.audit.incidents.back().m_nOrders, 1);
 }

@@ -22,7 +22,10 @@ public:
         return answer;
     }
 
+    void withdraw() override { ++withdrawn; }
+
     TC::CConfirmAnswer answer{TC::EConfirmResult::Accepted, {}, {}};
     std::function<void()> onQuestion; ///< called while the question is open; may throw
     std::vector<TC::CConfirmQuestion> questions;
+    int withdrawn = 0; ///< calls of withdraw
 };

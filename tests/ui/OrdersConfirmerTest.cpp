@@ -1,10 +1,13 @@
 #include "orderservice/ui/OrdersConfirmer.h"
 
+#include "orderservice/gates/IntakePause.h"
 #include "orderservice/gates/OrderConfirmer.h"
 #include "orderservice/ui/RemarkLine.h"
 #include "tests/ui/DialogFixture.h"
 
 #include <QDialog>
+
+#include <vector>
 
 namespace {
 
@@ -85,6 +88,55 @@ TEST_F(Confirmer, NobodyIsAskedWhileADialogIsOpen) {
     });
     EXPECT_EQ(second.m_eResult, EConfirmResult::NotAsked);
     EXPECT_EQ(second.m_strReason, QStringLiteral("另一批指令正在确认"));
+}
+
+TEST_F(Confirmer, BatchesWaitUntilADialogOfTheHostIsClosed) {
+    std::vector<QString> order;
+    show(orders, {}, [&](COrdersMessageBox& box) {
+        EXPECT_TRUE(isConfirmationOpen());
+        whenNoConfirmationIsOpen([&] { order.push_back(QStringLiteral("batch")); });
+        QCoreApplication::processEvents();
+        order.push_back(QStringLiteral("answer"));
+        clickOk(box);
+    });
+    EXPECT_FALSE(isConfirmationOpen());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(order, (std::vector<QString>{QStringLiteral("answer"), QStringLiteral("batch")}));
+}
+
+TEST_F(Confirmer, WithdrawnQuestionClosesItsDialogAndEndsThePause) {
+    const CConfirmAnswer answer = ask([](COrdersMessageBox& box) {
+        EXPECT_TRUE(isConfirmationPauseSet());
+        withdrawConfirmation();
+        EXPECT_FALSE(box.isVisible());
+    });
+    EXPECT_EQ(answer.m_eResult, EConfirmResult::NotAsked);
+    EXPECT_FALSE(COrdersMessageBox::isOpen());
+    EXPECT_FALSE(isConfirmationPauseSet());
+    EXPECT_TRUE(host.messageTexts().empty());
+}
+
+TEST_F(Confirmer, WithdrawnQuestionLeavesAnEarlierPause) {
+    setConfirmationPause(true);
+    ask([](COrdersMessageBox&) { withdrawConfirmation(); });
+    EXPECT_TRUE(isConfirmationPauseSet());
+    setConfirmationPause(false);
+}
+
+TEST_F(Confirmer, DialogOfTheHostIsNotWithdrawn) {
+    EXPECT_EQ(show(orders, {},
+                   [](COrdersMessageBox& box) {
+                       withdrawConfirmation();
+                       EXPECT_TRUE(box.isVisible());
+                       clickOk(box);
+                   }),
+              1);
+}
+
+TEST_F(Confirmer, WithdrawingWithoutAQuestionDoesNothing) {
+    withdrawConfirmation();
+    COrdersMessageBox::withdraw();
+    EXPECT_EQ(ask(clickCancel).m_eResult, EConfirmResult::Declined);
 }
 
 TEST_F(Confirmer, ParentIsTheActiveWindow) {

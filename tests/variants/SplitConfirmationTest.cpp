@@ -25,7 +25,7 @@ protected:
         EXPECT_TRUE(host.commands().empty());
         EXPECT_TRUE(host.errorTexts().empty());
         EXPECT_EQ(host.messageTexts().back(),
-                  QStringLiteral("[接口单]　") + reason + QStringLiteral(", 2条指令未执行!"));
+                  QStringLiteral("[接口单]　通道号: 3, ") + reason + QStringLiteral(", 2条指令未执行!"));
         expectAudit(QStringLiteral("the batch was not confirmed: ") + reason);
     }
     void expectAudit(const QString& cause) {
@@ -245,7 +245,8 @@ TEST_F(SplitConfirmation, SecondBatchDuringAQuestionIsReportedAndTheFirstIsSent)
     service.placeLegalOrders(checked, &strategies);
     EXPECT_EQ(confirmer.questions.size(), 1u);
     EXPECT_EQ(host.commands().size(), 2u);
-    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[接口单]　另一批指令正在确认, 2条指令未执行!"));
+    EXPECT_EQ(host.messageTexts().back(),
+              QStringLiteral("[接口单]　通道号: 3, 另一批指令正在确认, 2条指令未执行!"));
     expectAudit(QStringLiteral("the batch was not confirmed: 另一批指令正在确认"));
 }
 
