@@ -23,6 +23,7 @@ struct CDeskStatus {
     QString m_strHaltProblem; ///< why orders still wait while the desk is halting; empty if they do not
     bool m_bConfirmationPause = false; ///< the intake is paused by a confirmation
     bool m_bConfirmationOpen = false;  ///< its dialog is open
+    int m_nDelayed = 0;                ///< batches that wait while a question or a confirmation is open
     std::string m_strJournalFailure;   ///< empty while the journal works
     int m_nQueue = 0;                  ///< accepted orders that are not processed yet
     QString m_strLastCommand;          ///< time of day of the last command; empty if there was none

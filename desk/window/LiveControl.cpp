@@ -109,6 +109,7 @@ CDeskStatus CLiveControl::status() const {
     status.m_bEnding = m_bEnding;
     status.m_bConfirmationPause = TC::isConfirmationPauseSet();
     status.m_bConfirmationOpen = CConfirmDialog::isOpen();
+    if (TC::isConfirmationOpen()) status.m_nDelayed = TC::COrderService::instance()->delayedBatches();
     {
         const std::lock_guard lock(m_mutex);
         status.m_strHaltProblem = m_strHaltProblem;

@@ -152,7 +152,7 @@ void CStateBar::showButton(const CDeskStatus& status) {
 }
 
 void CStateBar::showFacts(const CDeskStatus& status, const CStateFacts& facts) {
-    QStringList texts{tr("%1 of %2 strategies run").arg(facts.m_nRunning).arg(facts.m_nStrategies),
+    QStringList texts{tr("%1 of %n strategy(s) running", nullptr, facts.m_nStrategies).arg(facts.m_nRunning),
                       tr("queue %1").arg(status.m_nQueue), tr("%n order(s) wait", nullptr, facts.m_nWaiting)};
     if (!status.m_strLastCommand.isEmpty()) {
         QString last = tr("last order %1").arg(status.m_strLastCommand);
@@ -169,6 +169,8 @@ void CStateBar::showTroubles(const CDeskStatus& status, const CStateFacts& facts
     if (status.m_bEnding)
         texts.append(tr("The desk sends the %n order(s) that it has accepted, and then ends.", nullptr,
                         status.m_nQueue));
+    if (status.m_nDelayed > 0)
+        texts.append(tr("%n batch(es) wait until you answer the open question.", nullptr, status.m_nDelayed));
     if (!status.m_strHaltProblem.isEmpty()) texts.append(status.m_strHaltProblem);
     if (!status.m_strJournalFailure.empty())
         texts.append(tr("The journal cannot be written: %1. The tables do not show what happened since then.")

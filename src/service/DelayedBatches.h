@@ -14,6 +14,7 @@ class CDelayedBatches {
 public:
     void add(CLegalBatch batch);
     bool isEmpty() const;
+    int countOf(const COrderService& service) const;
     /// Takes the first batch of this service. A null service means every service.
     std::optional<CLegalBatch> takeFirst(const COrderService* service = nullptr);
 

@@ -386,6 +386,10 @@ bool delayIfConfirming(const CLegalBatch& batch) {
     return true;
 }
 
+int delayedBatchesOf(const COrderService& service) {
+    return delayedBatches().countOf(service);
+}
+
 void dropAtEndOfUser(const COrderService& service) noexcept {
     dropWaiting(&service, kUserChanged);
 }

@@ -108,6 +108,8 @@ void placeReceivedOrders(const QVector<orderParamForOrderService>& orders,
 /// Otherwise the caller places it. On another thread than the main one it never waits. Throws if there is not
 /// enough memory; then nothing is kept.
 bool delayIfConfirming(const CLegalBatch& batch);
+/// The number of batches of this service that wait in that way. Any thread.
+int delayedBatchesOf(const COrderService& service);
 
 /// Reports every batch of this service that is not placed yet, because its accounts belong to a user who has
 /// left. Any thread.

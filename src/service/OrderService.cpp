@@ -204,6 +204,10 @@ void COrderService::dropBacklog() {
     (void)m_threads->queue->post([this] { discardWaiting(*this); });
 }
 
+int COrderService::delayedBatches() const {
+    return delayedBatchesOf(*this);
+}
+
 void COrderService::loadFromConfig(bool showMsg) {
     const utils::CLibraryCall call;
     const std::lock_guard lock(m_registry->mutex());

@@ -84,6 +84,9 @@ public:
     /// and drops all orders after it. CIntakeAudit::recordUnplaced gets each dropped batch. Cancels are still
     /// carried out. Any thread, before or during shutdown; cannot be undone.
     void dropBacklog();
+    /// The number of checked batches that wait because the user is asked about something else, or because
+    /// another batch is being placed. Any thread.
+    int delayedBatches() const;
 
     /// The interfaces of the trade framework in the host's settings document. The host calls the next three
     /// functions on one thread at a time, and links Qt Xml for the document.
