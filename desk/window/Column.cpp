@@ -31,22 +31,23 @@ QString numberText(ECell cell, const QVariant& value, const QLocale& locale) {
     return locale.toString(shown, 'f', decimalsOf(cell, number));
 }
 
-/// "10:31:07.214", or "03-02 10:31" on another day. A text that is not ISO 8601 stays as it is.
-QString timeText(const QString& time) {
+/// The first characters of "10:31:07.214", or "03-02 10:31" on another day. A text that is not ISO 8601 stays
+/// as it is.
+QString timeText(const QString& time, int characters) {
     const int begin = time.indexOf(QLatin1Char('T'));
     if (begin < 0) return time;
     const QString today = QString::fromStdString(utils::currentTimeText()).left(begin);
     constexpr int kYear = 5;    // "2026-"
     constexpr int kMinutes = 5; // "10:31"
-    constexpr int kMillis = 12;
-    if (time.left(begin) == today) return time.mid(begin + 1, kMillis);
+    if (time.left(begin) == today) return time.mid(begin + 1, characters);
     return time.mid(kYear, begin - kYear) + QLatin1Char(' ') + time.mid(begin + 1, kMinutes);
 }
 
 } // namespace
 
 bool isShownWhole(const CColumn& column) {
-    return column.m_eCell != ECell::Text || std::string_view(column.m_pszId) == "code";
+    const std::string_view id = column.m_pszId;
+    return column.m_eCell != ECell::Text || id == "code" || id == "account";
 }
 
 int columnOf(const CTableSpec& spec, const char* id) {
@@ -59,13 +60,17 @@ int columnOf(const CTableSpec& spec, const char* id) {
 QString cellText(ECell cell, const QVariant& value) {
     if (!value.isValid()) return {};
     static const QLocale kGrouped(QLocale::English, QLocale::UnitedStates);
-    if (cell == ECell::Time) return timeText(value.toString());
+    constexpr int kToSeconds = 8;
+    constexpr int kToMillis = 12;
+    if (cell == ECell::Time) return timeText(value.toString(), kToMillis);
+    if (cell == ECell::Second) return timeText(value.toString(), kToSeconds);
     return cell == ECell::Text ? value.toString() : numberText(cell, value, kGrouped);
 }
 
 QString plainCellText(ECell cell, const QVariant& value) {
     if (!value.isValid()) return {};
-    if (cell == ECell::Time) return value.toString().replace(QLatin1Char('T'), QLatin1Char(' '));
+    if (cell == ECell::Time || cell == ECell::Second)
+        return value.toString().replace(QLatin1Char('T'), QLatin1Char(' '));
     return cell == ECell::Text ? value.toString() : numberText(cell, value, QLocale::c());
 }
 

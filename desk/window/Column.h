@@ -16,11 +16,12 @@ enum class ECell {
     Price,   ///< three decimals; four if the price needs them
     Percent, ///< two decimals
     Time,    ///< ISO 8601; the time of day is shown, and the day if it is not today
+    Second,  ///< the same without the milliseconds; copies and tool tips have them
 };
 
 /// Whether the cells of the column are texts: aligned to the left, and cut off if the column is too narrow.
 inline bool isTextCell(ECell cell) {
-    return cell == ECell::Text || cell == ECell::Time;
+    return cell == ECell::Text || cell == ECell::Time || cell == ECell::Second;
 }
 
 struct CColumn {
@@ -30,9 +31,11 @@ struct CColumn {
     int m_nWidth = 80;        ///< default width in pixels, for the font of the window
     bool m_bFlash = false;    ///< a cell flashes when its value changes
     bool m_bColoured = false; ///< the value has the colour of a rise or a fall
+    /// The unit, if the title has no room for it; the tool tip of the title. Translated like the title.
+    const char* m_pszUnit = nullptr;
 };
 
-/// Whether the cells of the column must not be cut off: numbers, times and codes.
+/// Whether the cells of the column must not be cut off: numbers, times, codes and accounts.
 bool isShownWhole(const CColumn& column);
 
 /// The columns of one table.
@@ -50,7 +53,7 @@ enum class ERowMark {
     Waiting,
     Warning, ///< such as a rejected order
     Off,     ///< such as a stopped strategy
-    Total,   ///< stays at the end of the table in each sort order
+    Total,   ///< stays the first row of the table in each sort order
 };
 
 /// One row of a table. An invalid cell has no value and is shown as an empty text.

@@ -119,6 +119,7 @@ private:
     void addStrategy();
     void changeStrategy();
     void removeStrategies();
+    bool mayBeBehind() const;
     void cancelSelected();
     void cancelOfAccounts();
     void cancelTasks();

@@ -63,6 +63,10 @@ void CMainWindow::makeMenus() {
     QMenu& desk = *m_menus->addMenu(tr("&Desk"));
     addCommand("halt", tr("&Halt or resume..."), QKeySequence(Qt::CTRL | Qt::Key_H), desk,
                [this] { halt(); });
+    addCommand("resume_intake", tr("&Resume the intake..."), {}, desk, [this] {
+        if (!m_state->pauseBar().isHidden()) endPause();
+    });
+    addCommand("close_notice", tr("Close the &notice"), {}, desk, [this] { m_state->setNotice({}); });
     desk.addSeparator();
     addCommand("close", tr("&Close"), QKeySequence::Quit, desk, [this] { close(); });
     makeStrategyMenu();
@@ -112,6 +116,10 @@ void CMainWindow::makeViewMenu() {
     addCommand("view_positions", tr("&Positions"), Qt::Key_F4, menu, [this] { focusPanel("positions"); });
     addCommand("view_messages", tr("&Messages"), Qt::Key_F5, menu, [this] { focusPanel("messages"); });
     addCommand("filter", tr("&Filter"), QKeySequence::Find, menu, [this] { showFilter(); });
+    addCommand("table_menu", tr("Sor&t, copy, export..."), QKeySequence(Qt::SHIFT | Qt::Key_F10), menu,
+               [this] {
+                   if (CTableView* const view = focusedTable()) view->showMenu(QPoint());
+               });
     menu.addSeparator();
     for (const auto& [name, panel] : m_panels)
         menu.addAction(panel->toggleViewAction());
@@ -235,16 +243,32 @@ void CMainWindow::removeStrategies() {
     });
 }
 
+/// Whether the tables may not know yet what waits. A cancel then asks the broker.
+bool CMainWindow::mayBeBehind() const {
+    return m_facts.m_nBehind > 0 || !m_control.status().m_strJournalFailure.empty();
+}
+
 void CMainWindow::cancelSelected() {
-    std::vector<std::pair<std::string, int>> orders;
+    std::vector<std::pair<std::string, int>> selected;
+    std::vector<std::pair<std::string, int>> waiting;
+    const int account = columnOf(orderTable(), "account");
     for (const QString& key : table("orders").selectedKeys()) {
-        const auto waiting = m_board.waiting().find(key.toInt());
-        if (waiting != m_board.waiting().end())
-            orders.emplace_back(waiting->second.m_strAccount, waiting->first);
+        const CRow* const row = model("orders").find(key);
+        if (row == nullptr) continue;
+        selected.emplace_back(row->m_cells[account].toString().toStdString(), key.toInt());
+        if (m_board.waiting().count(key.toInt()) > 0) waiting.push_back(selected.back());
     }
-    if (orders.empty()) return m_state->setNotice(tr("None of the selected rows has a waiting order."));
-    if (m_ask(tr("Cancel orders"), cancelText(orders), tr("Cancel the orders")))
-        m_control.cancelOrders(std::move(orders));
+    const bool asksBroker = mayBeBehind() && !selected.empty();
+    if (waiting.empty() && !asksBroker)
+        return m_state->setNotice(tr("None of the selected rows has a waiting order."));
+    const QString text = !asksBroker
+                             ? cancelText(waiting)
+                             : tr("Cancel those of the %n selected order(s) that still wait? The tables show "
+                                  "%1 of them, but they may be behind.",
+                                  nullptr, static_cast<int>(selected.size()))
+                                   .arg(waiting.size());
+    if (m_ask(tr("Cancel orders"), text, tr("Cancel the orders")))
+        m_control.cancelOrders(asksBroker ? std::move(selected) : std::move(waiting));
 }
 
 /// The question before orders are cancelled. Rows move while the user points at one, so it names them.
@@ -275,8 +299,7 @@ void CMainWindow::cancelOfAccounts() {
         ++orders;
         accounts.insert(waiting.m_strAccount);
     }
-    // The tables may not know yet what waits. The cancel asks the broker.
-    if (orders == 0 && m_facts.m_nBehind == 0 && m_control.status().m_strJournalFailure.empty())
+    if (orders == 0 && !mayBeBehind())
         return m_state->setNotice(tr("None of the selected rows has a waiting order."));
     for (const QString& account : chosen)
         accounts.insert(account.toStdString());
@@ -289,6 +312,7 @@ void CMainWindow::cancelOfAccounts() {
 
 void CMainWindow::cancelTasks() {
     const QStringList keys = table("tasks").selectedKeys();
+    const bool asksBroker = mayBeBehind() && !keys.isEmpty();
     std::set<int> tasks;
     std::vector<std::pair<std::string, int>> orders;
     for (const auto& [order, waiting] : m_board.waiting()) {
@@ -296,9 +320,17 @@ void CMainWindow::cancelTasks() {
         tasks.insert(waiting.m_nTask);
         orders.emplace_back(waiting.m_strAccount, order);
     }
-    if (tasks.empty()) return m_state->setNotice(tr("None of the selected rows has a waiting order."));
-    const QString text =
-        tr("%n task(s):", nullptr, static_cast<int>(tasks.size())) + QLatin1Char(' ') + cancelText(orders);
+    if (tasks.empty() && !asksBroker)
+        return m_state->setNotice(tr("None of the selected rows has a waiting order."));
+    const QString text = !asksBroker
+                             ? tr("%n task(s):", nullptr, static_cast<int>(tasks.size())) + QLatin1Char(' ') +
+                                   cancelText(orders)
+                             : tr("Cancel the orders of the %n selected task(s) that still wait? The tables "
+                                  "show %1 of them, but they may be behind.",
+                                  nullptr, keys.size())
+                                   .arg(orders.size());
+    for (const QString& key : asksBroker ? keys : QStringList())
+        tasks.insert(key.toInt());
     if (m_ask(tr("Cancel tasks"), text, tr("Cancel the tasks")))
         m_control.cancelTasks(std::vector<int>(tasks.begin(), tasks.end()));
 }
@@ -313,11 +345,11 @@ void CMainWindow::halt() {
     } else if (status.m_bHalted) {
         if (m_ask(tr("Resume?"), resumeText(), tr("Resume"))) m_control.resume();
     } else {
+        const QString orders = tr("%n waiting order(s)", nullptr, static_cast<int>(m_board.waiting().size()));
+        const QString accounts = tr("%n account(s)", nullptr, m_board.waitingAccounts());
         const QString text = tr("Halt the desk? It reads no more order files, declines all commands, and "
-                                "cancels %1 waiting orders "
-                                "of %2 accounts. Ctrl+H resumes; cancelled orders stay cancelled.")
-                                 .arg(m_board.waiting().size())
-                                 .arg(m_board.waitingAccounts());
+                                "cancels %1 of %2. Ctrl+H resumes; cancelled orders stay cancelled.")
+                                 .arg(orders, accounts);
         if (m_ask(tr("Halt"), text, tr("HALT"))) m_control.halt();
     }
     m_bAskingToHalt = false;
@@ -326,7 +358,7 @@ void CMainWindow::halt() {
 
 QString CMainWindow::resumeText() const {
     const QString text =
-        tr("Files and sockets send orders again. %1 strategies run.").arg(m_facts.m_nRunning);
+        tr("Files and sockets send orders again. %n strategy(s) run.", nullptr, m_facts.m_nRunning);
     const QStringList files = m_control.waitingFiles();
     if (files.isEmpty()) return text;
     return text + QLatin1Char('\n') +

@@ -31,7 +31,7 @@ void CMainWindow::showBooks(const CBooks& books) {
         total += change;
         accounts.push_back(accountRow(account, change));
     }
-    if (!accounts.empty()) accounts.push_back(totalRow(books.m_accounts, total));
+    if (!accounts.empty()) accounts.insert(accounts.begin(), totalRow(books.m_accounts, total));
     model("accounts").apply(accounts);
     plotEquity(accounts);
     showBook();
@@ -80,8 +80,8 @@ void CMainWindow::plotEquity(const std::vector<CRow>& accounts) {
 /// The equity of the selected accounts is plotted, or that of all together.
 void CMainWindow::showPlottedAccounts() {
     QModelIndexList rows = table("accounts").selectionModel()->selectedRows();
-    const int last = table("accounts").filter().rowCount() - 1;
-    if (rows.isEmpty() && last >= 0) rows.append(table("accounts").filter().index(last, 0)); // the total
+    const CRowFilter& all = table("accounts").filter();
+    if (rows.isEmpty() && all.rowCount() > 0) rows.append(all.index(0, 0)); // the total
     QMap<QString, QString> accounts;
     for (const QModelIndex& row : rows)
         accounts[row.data(CRowModel::KeyRole).toString()] = row.data(Qt::DisplayRole).toString();

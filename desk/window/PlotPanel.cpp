@@ -68,7 +68,7 @@ public:
 CPlotPanel::CPlotPanel(QWidget* parent) : QWidget(parent) {
     auto* line = new QHBoxLayout(this);
     line->setContentsMargins(2, 2, 2, 2);
-    m_equity = addPlot(tr("Equity (CNY)"));
+    m_equity = addPlot(tr("Equity ¥"));
     m_orders = addPlot(tr("Orders a minute"));
     m_commands = addPlot(tr("File or socket to command (ms)"));
     m_equity->insertLegend(new QwtLegend, QwtPlot::BottomLegend);

@@ -69,7 +69,7 @@ bool CRowFilter::accepts(const QModelIndex& index, const QString& filter) const 
 }
 
 bool CRowFilter::lessThan(const QModelIndex& left, const QModelIndex& right) const {
-    if (isTotal(left) != isTotal(right)) return isTotal(right) == (sortOrder() == Qt::AscendingOrder);
+    if (isTotal(left) != isTotal(right)) return isTotal(left) == (sortOrder() == Qt::AscendingOrder);
     const QVariant a = left.data(CRowModel::SortRole);
     const QVariant b = right.data(CRowModel::SortRole);
     if (!a.isValid() || !b.isValid()) return !a.isValid() && b.isValid();

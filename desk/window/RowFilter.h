@@ -7,7 +7,7 @@
 namespace desk {
 
 /// Sorts and filters the rows of a CRowModel. Without a sort column the rows are in the order of the model.
-/// The row of a total is the last one in each order, and no filter hides it. Main thread only.
+/// The row of a total is the first one in each sort order, and no filter hides it. Main thread only.
 class CRowFilter : public QSortFilterProxyModel {
     Q_OBJECT
 public:

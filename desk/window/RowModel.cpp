@@ -182,6 +182,8 @@ QVariant CRowModel::headerData(int section, Qt::Orientation orientation, int rol
     if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
     const CColumn& column = m_spec.m_columns[static_cast<std::size_t>(section)];
     if (role == Qt::DisplayRole) return QCoreApplication::translate("columns", column.m_pszTitle);
+    if (role == Qt::ToolTipRole && column.m_pszUnit != nullptr)
+        return QCoreApplication::translate("columns", column.m_pszUnit);
     if (role == Qt::TextAlignmentRole)
         return QVariant(isTextCell(column.m_eCell) ? Qt::AlignLeft | Qt::AlignVCenter
                                                    : Qt::AlignRight | Qt::AlignVCenter);

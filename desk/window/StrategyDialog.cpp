@@ -119,7 +119,7 @@ void CStrategyDialog::makeForm() {
     form->addRow(tr("Price &type"), m_priceType);
     form->addRow(tr("&Volume (shares or lots)"), m_volume);
     form->addRow(QString(), m_useAmount);
-    form->addRow(tr("A&mount (CNY)"), m_amount);
+    form->addRow(tr("A&mount ¥"), m_amount);
     form->addRow(m_refusal);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Ok)->setText(tr("OK"));

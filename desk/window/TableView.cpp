@@ -2,6 +2,7 @@
 
 #include "desk/window/CellTexts.h"
 #include "desk/window/Theme.h"
+#include "orderservice/gates/OrderConfirmer.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -26,7 +27,7 @@ namespace {
 constexpr int kFlashTickMs = 100;
 constexpr int kPadding = 6;
 constexpr int kCellMargins = 8;     ///< of the style, left and right together
-constexpr int kTitleMargins = 10;   ///< the same for a title
+constexpr int kTitleMargins = 8;    ///< the same for a title
 constexpr int kSpecFontHeight = 17; ///< height of the font that the default widths are for
 
 /// The colours of a cell, by its mark, its trend and its flash, and its text. A cell is drawn without the
@@ -63,13 +64,18 @@ protected:
         if (trend < 0) colour = theme.fall();
         option->palette.setColor(QPalette::Text, colour);
         option->palette.setColor(QPalette::HighlightedText, mark == ERowMark::Off ? theme.text() : colour);
-        if (mark == ERowMark::Total) option->font.setBold(true);
+        // Bold numbers would need wider columns.
+        if (mark == ERowMark::Total && isTextCell(columnAt(index).m_eCell)) option->font.setBold(true);
         if (index.data(CRowModel::FlashRole).toInt() != 0) option->backgroundBrush = theme.flash();
-        fitText(*option, m_view.rows().spec().m_columns[static_cast<std::size_t>(index.column())]);
+        fitText(*option, columnAt(index));
         option->state &= ~QStyle::State_HasFocus; // rows are selected, not cells
     }
 
 private:
+    const CColumn& columnAt(const QModelIndex& index) const {
+        return m_view.rows().spec().m_columns[static_cast<std::size_t>(index.column())];
+    }
+
     /// A number, a time or a code that is cut off would be read as another one. Its column becomes wider.
     void fitText(QStyleOptionViewItem& option, const CColumn& column) const {
         if (!isShownWhole(column)) return;
@@ -341,6 +347,14 @@ void CTableView::showMenu(const QPoint& place) {
     menu.addAction(
         tr("Copy"), this, [this] { QApplication::clipboard()->setText(copyText()); }, QKeySequence::Copy);
     menu.addAction(tr("Export as CSV..."), this, &CTableView::exportCsv);
+    QMenu& titles = *menu.addMenu(tr("Sort by"));
+    for (int shown = 0; shown < m_header->count(); ++shown) {
+        const int column = m_header->logicalIndex(shown);
+        if (m_header->isSectionHidden(column)) continue;
+        QString title = m_filter->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        title.replace(QLatin1Char('&'), QStringLiteral("&&")); // a single one marks a key
+        titles.addAction(title, this, [this, column] { sortBy(column); });
+    }
     menu.addAction(tr("Order of arrival"), this, [this] {
         m_header->setSortIndicator(-1, Qt::AscendingOrder);
         m_filter->sort(-1);
@@ -348,7 +362,14 @@ void CTableView::showMenu(const QPoint& place) {
     menu.exec(viewport()->mapToGlobal(place));
 }
 
+void CTableView::sortBy(int column) {
+    const bool isUp =
+        m_header->sortIndicatorSection() == column && m_header->sortIndicatorOrder() == Qt::AscendingOrder;
+    sortByColumn(column, isUp ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
 void CTableView::exportCsv() {
+    const TC::CConfirmationHold hold; // no confirmation opens above the dialogs
     const QString path = QFileDialog::getSaveFileName(
         this, tr("Export as CSV"), QLatin1String(m_model.spec().m_pszName) + QStringLiteral(".csv"),
         tr("CSV files (*.csv)"));

@@ -70,6 +70,11 @@ public:
     void saveLayout(QSettings& settings) const;
     void restoreLayout(QSettings& settings);
 
+    /// The commands of the table, with a submenu that sorts. Returns when the menu is closed.
+    void showMenu(const QPoint& place);
+    /// Sorts by the column. If it is sorted by it upwards already, sorts downwards.
+    void sortBy(int column);
+
     void rowsInserted(const QModelIndex& parent, int start, int end) override;
 
     /// Makes a column at least this wide in the next round of the event loop. For a cell that is being
@@ -89,7 +94,6 @@ protected:
 private:
     void rememberTop();
     void widenColumns();
-    void showMenu(const QPoint& place);
     QString rowsText(const QList<int>& rows, QChar separator) const;
     void exportCsv();
 

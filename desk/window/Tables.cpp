@@ -17,6 +17,9 @@ namespace {
 constexpr int kMaxMessages = 10000;
 constexpr int kMaxTrades = 200000; ///< orders, tasks and fills
 
+constexpr const char* kVolumeUnit = QT_TRANSLATE_NOOP("columns", "In shares; derivatives in contracts");
+constexpr const char* kPriceUnit = QT_TRANSLATE_NOOP("columns", "In ¥; index futures in points");
+
 QString word(const char* text) {
     return QCoreApplication::translate("words", text);
 }
@@ -150,22 +153,23 @@ const CTableSpec& strategyTable() {
 }
 
 const CTableSpec& orderTable() {
-    static const CTableSpec kSpec{"orders",
-                                  {{"time", QT_TRANSLATE_NOOP("columns", "Changed"), ECell::Time, 96},
-                                   {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 42},
-                                   {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 38},
-                                   {"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 54},
-                                   {"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 78},
-                                   {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 62},
-                                   {"side", QT_TRANSLATE_NOOP("columns", "Side"), ECell::Text, 58},
-                                   {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 54},
-                                   {"filled", QT_TRANSLATE_NOOP("columns", "Filled"), ECell::Count, 46, true},
-                                   {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 78},
-                                   {"at", QT_TRANSLATE_NOOP("columns", "Filled at"), ECell::Price, 70},
-                                   {"state", QT_TRANSLATE_NOOP("columns", "State"), ECell::Text, 76, true},
-                                   {"reason", QT_TRANSLATE_NOOP("columns", "Reason"), ECell::Text, 50}},
-                                  true,
-                                  kMaxTrades};
+    static const CTableSpec kSpec{
+        "orders",
+        {{"time", QT_TRANSLATE_NOOP("columns", "Changed"), ECell::Second, 81},
+         {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 45},
+         {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 36},
+         {"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 60},
+         {"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 102},
+         {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 59},
+         {"side", QT_TRANSLATE_NOOP("columns", "Side"), ECell::Text, 58},
+         {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 56, false, false, kVolumeUnit},
+         {"filled", QT_TRANSLATE_NOOP("columns", "Filled"), ECell::Count, 46, true, false, kVolumeUnit},
+         {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 74, false, false, kPriceUnit},
+         {"at", QT_TRANSLATE_NOOP("columns", "Filled at"), ECell::Price, 74, false, false, kPriceUnit},
+         {"state", QT_TRANSLATE_NOOP("columns", "State"), ECell::Text, 72, true},
+         {"reason", QT_TRANSLATE_NOOP("columns", "Reason"), ECell::Text, 50}},
+        true,
+        kMaxTrades};
     return kSpec;
 }
 
@@ -193,12 +197,12 @@ const CTableSpec& fillTable() {
          {"order", QT_TRANSLATE_NOOP("columns", "Order"), ECell::Count, 46},
          {"task", QT_TRANSLATE_NOOP("columns", "Task"), ECell::Count, 42},
          {"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 52},
-         {"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 78},
+         {"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 98},
          {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 66},
          {"side", QT_TRANSLATE_NOOP("columns", "Side"), ECell::Text, 64},
-         {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 56},
-         {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 64},
-         {"amount", QT_TRANSLATE_NOOP("columns", "Amount (CNY)"), ECell::Money, 100}},
+         {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 56, false, false, kVolumeUnit},
+         {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 72, false, false, kPriceUnit},
+         {"amount", QT_TRANSLATE_NOOP("columns", "Amount ¥"), ECell::Money, 100}},
         true,
         kMaxTrades};
     return kSpec;
@@ -207,28 +211,28 @@ const CTableSpec& fillTable() {
 const CTableSpec& accountTable() {
     static const CTableSpec kSpec{
         "accounts",
-        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 56},
-         {"available", QT_TRANSLATE_NOOP("columns", "Available"), ECell::Money, 100, true},
-         {"frozen", QT_TRANSLATE_NOOP("columns", "Frozen"), ECell::Money, 86, true},
-         {"equity", QT_TRANSLATE_NOOP("columns", "Equity (CNY)"), ECell::Money, 102, true},
-         {"profit", QT_TRANSLATE_NOOP("columns", "Open P&L"), ECell::Money, 78, true, true},
-         {"since", QT_TRANSLATE_NOOP("columns", "Since start"), ECell::Money, 74, true, true}}};
+        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 60},
+         {"available", QT_TRANSLATE_NOOP("columns", "Available ¥"), ECell::Money, 97, true},
+         {"frozen", QT_TRANSLATE_NOOP("columns", "Frozen ¥"), ECell::Money, 95, true},
+         {"equity", QT_TRANSLATE_NOOP("columns", "Equity ¥"), ECell::Money, 97, true},
+         {"profit", QT_TRANSLATE_NOOP("columns", "Open P&L ¥"), ECell::Money, 86, true, true},
+         {"since", QT_TRANSLATE_NOOP("columns", "This run ¥"), ECell::Money, 74, true, true}}};
     return kSpec;
 }
 
 const CTableSpec& positionTable() {
     static const CTableSpec kSpec{
         "positions",
-        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 56},
-         {"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 78},
-         {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 70},
-         {"side", QT_TRANSLATE_NOOP("columns", "Side"), ECell::Text, 44},
-         {"held", QT_TRANSLATE_NOOP("columns", "Held"), ECell::Count, 60, true},
-         {"can_sell", QT_TRANSLATE_NOOP("columns", "Can sell"), ECell::Count, 66, true},
-         {"cost", QT_TRANSLATE_NOOP("columns", "Cost"), ECell::Price, 76},
-         {"last", QT_TRANSLATE_NOOP("columns", "Last"), ECell::Price, 76, true},
-         {"value", QT_TRANSLATE_NOOP("columns", "Value (CNY)"), ECell::Money, 98, true},
-         {"profit", QT_TRANSLATE_NOOP("columns", "P&L (CNY)"), ECell::Money, 88, true, true},
+        {{"account", QT_TRANSLATE_NOOP("columns", "Account"), ECell::Text, 60},
+         {"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 123},
+         {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 65},
+         {"side", QT_TRANSLATE_NOOP("columns", "Side"), ECell::Text, 42},
+         {"held", QT_TRANSLATE_NOOP("columns", "Held"), ECell::Count, 60, true, false, kVolumeUnit},
+         {"can_sell", QT_TRANSLATE_NOOP("columns", "Can sell"), ECell::Count, 62, true, false, kVolumeUnit},
+         {"cost", QT_TRANSLATE_NOOP("columns", "Cost"), ECell::Price, 82, false, false, kPriceUnit},
+         {"last", QT_TRANSLATE_NOOP("columns", "Last"), ECell::Price, 76, true, false, kPriceUnit},
+         {"value", QT_TRANSLATE_NOOP("columns", "Value ¥"), ECell::Money, 97, true},
+         {"profit", QT_TRANSLATE_NOOP("columns", "P&L ¥"), ECell::Money, 88, true, true},
          {"percent", QT_TRANSLATE_NOOP("columns", "P&L %"), ECell::Percent, 60, true, true}}};
     return kSpec;
 }
@@ -236,13 +240,13 @@ const CTableSpec& positionTable() {
 const CTableSpec& quoteTable() {
     static const CTableSpec kSpec{
         "quotes",
-        {{"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 78},
-         {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 76},
-         {"last", QT_TRANSLATE_NOOP("columns", "Last"), ECell::Price, 64, true},
-         {"change", QT_TRANSLATE_NOOP("columns", "Change %"), ECell::Percent, 66, true, true},
-         {"bid", QT_TRANSLATE_NOOP("columns", "Bid"), ECell::Price, 64, true},
-         {"ask", QT_TRANSLATE_NOOP("columns", "Ask"), ECell::Price, 64, true},
-         {"time", QT_TRANSLATE_NOOP("columns", "Last change"), ECell::Time, 80}}};
+        {{"code", QT_TRANSLATE_NOOP("columns", "Code"), ECell::Text, 123},
+         {"name", QT_TRANSLATE_NOOP("columns", "Name"), ECell::Text, 60},
+         {"last", QT_TRANSLATE_NOOP("columns", "Last"), ECell::Price, 74, true, false, kPriceUnit},
+         {"change", QT_TRANSLATE_NOOP("columns", "Chg %"), ECell::Percent, 50, true, true},
+         {"bid", QT_TRANSLATE_NOOP("columns", "Bid"), ECell::Price, 74, true, false, kPriceUnit},
+         {"ask", QT_TRANSLATE_NOOP("columns", "Ask"), ECell::Price, 74, true, false, kPriceUnit},
+         {"time", QT_TRANSLATE_NOOP("columns", "Time"), ECell::Second, 62}}};
     return kSpec;
 }
 
@@ -250,8 +254,8 @@ const CTableSpec& bookTable() {
     static const CTableSpec kSpec{
         "book",
         {{"level", QT_TRANSLATE_NOOP("columns", "Level"), ECell::Text, 56},
-         {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 80, true},
-         {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 80, true}}};
+         {"price", QT_TRANSLATE_NOOP("columns", "Price"), ECell::Price, 80, true, false, kPriceUnit},
+         {"volume", QT_TRANSLATE_NOOP("columns", "Volume"), ECell::Count, 80, true, false, kVolumeUnit}}};
     return kSpec;
 }
 

@@ -39,7 +39,7 @@ CRow strategyRow(const TC::COrderStrategyParam& strategy);
 CRow orderRow(const CPaperOrder& order, const CNames& names);
 CRow taskRow(const CTaskState& state);
 CRow fillRow(const CBrokerEvent& event, const CNames& names);
-/// `sinceStart`: the change of the equity since the window was opened.
+/// `sinceStart`: the change of the equity since the desk was started.
 CRow accountRow(const CValuedAccount& account, double sinceStart);
 /// Of all accounts, also of those that a filter hides.
 CRow totalRow(const std::vector<CValuedAccount>& accounts, double sinceStart);

@@ -2,7 +2,7 @@
 
 #include <QApplication>
 #include <QFont>
-#include <QStyleFactory>
+#include <QProxyStyle>
 #include <QWidget>
 
 #include <algorithm>
@@ -15,6 +15,17 @@ namespace {
 constexpr double kFontPoints = 9; ///< the default layout fits a small screen with it
 
 std::unique_ptr<CTheme> s_theme;
+
+/// Narrow scroll bars, so that the columns of all tables fit a small screen.
+class CNarrowStyle : public QProxyStyle {
+public:
+    CNarrowStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        constexpr int kScrollBar = 10;
+        return metric == PM_ScrollBarExtent ? kScrollBar : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
 
 double linear(double channel) {
     return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
@@ -81,7 +92,7 @@ const CTheme& CTheme::current() {
 
 void CTheme::apply(QApplication& app, CTheme theme) {
     s_theme = std::make_unique<CTheme>(theme);
-    app.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    app.setStyle(new CNarrowStyle); // the application owns it
     app.setPalette(theme.m_palette);
     QFont font = app.font();
     font.setPointSizeF(kFontPoints);

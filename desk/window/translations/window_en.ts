@@ -100,30 +100,6 @@
             <translation>Fill</translation>
         </message>
         <message>
-            <source>Amount (CNY)</source>
-            <translation>Amount (CNY)</translation>
-        </message>
-        <message>
-            <source>Available</source>
-            <translation>Available</translation>
-        </message>
-        <message>
-            <source>Frozen</source>
-            <translation>Frozen</translation>
-        </message>
-        <message>
-            <source>Equity (CNY)</source>
-            <translation>Equity (CNY)</translation>
-        </message>
-        <message>
-            <source>Open P&amp;L</source>
-            <translation>Open P&amp;L</translation>
-        </message>
-        <message>
-            <source>Since start</source>
-            <translation>Since start</translation>
-        </message>
-        <message>
             <source>Held</source>
             <translation>Held</translation>
         </message>
@@ -140,20 +116,8 @@
             <translation>Last</translation>
         </message>
         <message>
-            <source>Value (CNY)</source>
-            <translation>Value (CNY)</translation>
-        </message>
-        <message>
-            <source>P&amp;L (CNY)</source>
-            <translation>P&amp;L (CNY)</translation>
-        </message>
-        <message>
             <source>P&amp;L %</source>
             <translation>P&amp;L %</translation>
-        </message>
-        <message>
-            <source>Change %</source>
-            <translation>Change %</translation>
         </message>
         <message>
             <source>Bid</source>
@@ -196,8 +160,48 @@
             <translation>All filled</translation>
         </message>
         <message>
-            <source>Last change</source>
-            <translation>Last change</translation>
+            <source>In shares; derivatives in contracts</source>
+            <translation>In shares; derivatives in contracts</translation>
+        </message>
+        <message>
+            <source>In ¥; index futures in points</source>
+            <translation>In ¥; index futures in points</translation>
+        </message>
+        <message>
+            <source>Amount ¥</source>
+            <translation>Amount ¥</translation>
+        </message>
+        <message>
+            <source>Available ¥</source>
+            <translation>Available ¥</translation>
+        </message>
+        <message>
+            <source>Frozen ¥</source>
+            <translation>Frozen ¥</translation>
+        </message>
+        <message>
+            <source>Equity ¥</source>
+            <translation>Equity ¥</translation>
+        </message>
+        <message>
+            <source>Open P&amp;L ¥</source>
+            <translation>Open P&amp;L ¥</translation>
+        </message>
+        <message>
+            <source>This run ¥</source>
+            <translation>This run ¥</translation>
+        </message>
+        <message>
+            <source>Value ¥</source>
+            <translation>Value ¥</translation>
+        </message>
+        <message>
+            <source>P&amp;L ¥</source>
+            <translation>P&amp;L ¥</translation>
+        </message>
+        <message>
+            <source>Chg %</source>
+            <translation>Chg %</translation>
         </message>
     </context>
     <context>
@@ -443,16 +447,8 @@
             <translation>Resume?</translation>
         </message>
         <message>
-            <source>Files and sockets send orders again. %1 strategies run.</source>
-            <translation>Files and sockets send orders again. %1 strategies run.</translation>
-        </message>
-        <message>
             <source>Resume</source>
             <translation>Resume</translation>
-        </message>
-        <message>
-            <source>Halt the desk? It reads no more order files, declines all commands, and cancels %1 waiting orders of %2 accounts. Ctrl+H resumes; cancelled orders stay cancelled.</source>
-            <translation>Halt the desk? It reads no more order files, declines all commands, and cancels %1 waiting orders of %2 accounts. Ctrl+H resumes; cancelled orders stay cancelled.</translation>
         </message>
         <message>
             <source>Halt</source>
@@ -616,13 +612,60 @@
             <source>Discard</source>
             <translation>Discard</translation>
         </message>
+        <message>
+            <source>&amp;Resume the intake...</source>
+            <translation>&amp;Resume the intake...</translation>
+        </message>
+        <message>
+            <source>Close the &amp;notice</source>
+            <translation>Close the &amp;notice</translation>
+        </message>
+        <message>
+            <source>Sor&amp;t, copy, export...</source>
+            <translation>Sor&amp;t, copy, export...</translation>
+        </message>
+        <message numerus="yes">
+            <source>Cancel those of the %n selected order(s) that still wait? The tables show %1 of them, but they may be behind.</source>
+            <translation>
+                <numerusform>Cancel the selected order if it still waits? The tables show %1 of them, but they may be behind.</numerusform>
+                <numerusform>Cancel those of the %n selected orders that still wait? The tables show %1 of them, but they may be behind.</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>Cancel the orders of the %n selected task(s) that still wait? The tables show %1 of them, but they may be behind.</source>
+            <translation>
+                <numerusform>Cancel the orders of the selected task that still wait? The tables show %1 of them, but they may be behind.</numerusform>
+                <numerusform>Cancel the orders of the %n selected tasks that still wait? The tables show %1 of them, but they may be behind.</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n waiting order(s)</source>
+            <translation>
+                <numerusform>%n waiting order</numerusform>
+                <numerusform>%n waiting orders</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n account(s)</source>
+            <translation>
+                <numerusform>%n account</numerusform>
+                <numerusform>%n accounts</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Halt the desk? It reads no more order files, declines all commands, and cancels %1 of %2. Ctrl+H resumes; cancelled orders stay cancelled.</source>
+            <translation>Halt the desk? It reads no more order files, declines all commands, and cancels %1 of %2. Ctrl+H resumes; cancelled orders stay cancelled.</translation>
+        </message>
+        <message numerus="yes">
+            <source>Files and sockets send orders again. %n strategy(s) run.</source>
+            <translation>
+                <numerusform>Files and sockets send orders again. %n strategy runs.</numerusform>
+                <numerusform>Files and sockets send orders again. %n strategies run.</numerusform>
+            </translation>
+        </message>
     </context>
     <context>
         <name>desk::CPlotPanel</name>
-        <message>
-            <source>Equity (CNY)</source>
-            <translation>Equity (CNY)</translation>
-        </message>
         <message>
             <source>Orders a minute</source>
             <translation>Orders a minute</translation>
@@ -634,6 +677,10 @@
         <message>
             <source>No data yet. The plots begin with the first accounts and orders.</source>
             <translation>No data yet. The plots begin with the first accounts and orders.</translation>
+        </message>
+        <message>
+            <source>Equity ¥</source>
+            <translation>Equity ¥</translation>
         </message>
     </context>
     <context>
@@ -712,10 +759,6 @@
             <source>Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)</source>
             <translation>Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)</translation>
         </message>
-        <message>
-            <source>%1 of %2 strategies run</source>
-            <translation>%1 of %2 strategies run</translation>
-        </message>
         <message numerus="yes">
             <source>%n order(s) wait</source>
             <translation>
@@ -779,6 +822,20 @@
                 <numerusform>Accounts, positions and quotes are %n seconds old.</numerusform>
             </translation>
         </message>
+        <message numerus="yes">
+            <source>%1 of %n strategy(s) running</source>
+            <translation>
+                <numerusform>%1 of %n strategy running</numerusform>
+                <numerusform>%1 of %n strategies running</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n batch(es) wait until you answer the open question.</source>
+            <translation>
+                <numerusform>%n batch waits until you answer the open question.</numerusform>
+                <numerusform>%n batches wait until you answer the open question.</numerusform>
+            </translation>
+        </message>
     </context>
     <context>
         <name>desk::CStrategyDialog</name>
@@ -835,10 +892,6 @@
             <translation>&amp;Volume (shares or lots)</translation>
         </message>
         <message>
-            <source>A&amp;mount (CNY)</source>
-            <translation>A&amp;mount (CNY)</translation>
-        </message>
-        <message>
             <source>not set</source>
             <translation>not set</translation>
         </message>
@@ -870,6 +923,10 @@
             <source>Choose the group or the account that trades.</source>
             <translation>Choose the group or the account that trades.</translation>
         </message>
+        <message>
+            <source>A&amp;mount ¥</source>
+            <translation>A&amp;mount ¥</translation>
+        </message>
     </context>
     <context>
         <name>desk::CTableView</name>
@@ -900,6 +957,10 @@
         <message>
             <source>The file cannot be written: %1</source>
             <translation>The file cannot be written: %1</translation>
+        </message>
+        <message>
+            <source>Sort by</source>
+            <translation>Sort by</translation>
         </message>
     </context>
     <context>
@@ -1016,12 +1077,12 @@
             <translation>close long, earlier first, then open short</translation>
         </message>
         <message>
-            <source>close long, today's first</source>
-            <translation>close long, today's first</translation>
+            <source>close long, today&apos;s first</source>
+            <translation>close long, today&apos;s first</translation>
         </message>
         <message>
-            <source>close long, today's first, then open short</source>
-            <translation>close long, today's first, then open short</translation>
+            <source>close long, today&apos;s first, then open short</source>
+            <translation>close long, today&apos;s first, then open short</translation>
         </message>
         <message>
             <source>close short of earlier days</source>
@@ -1040,12 +1101,12 @@
             <translation>close short, earlier first, then open long</translation>
         </message>
         <message>
-            <source>close short, today's first</source>
-            <translation>close short, today's first</translation>
+            <source>close short, today&apos;s first</source>
+            <translation>close short, today&apos;s first</translation>
         </message>
         <message>
-            <source>close short, today's first, then open long</source>
-            <translation>close short, today's first, then open long</translation>
+            <source>close short, today&apos;s first, then open long</source>
+            <translation>close short, today&apos;s first, then open long</translation>
         </message>
         <message>
             <source>create fund</source>

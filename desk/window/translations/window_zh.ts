@@ -100,30 +100,6 @@
             <translation>成交号</translation>
         </message>
         <message>
-            <source>Amount (CNY)</source>
-            <translation>金额 (元)</translation>
-        </message>
-        <message>
-            <source>Available</source>
-            <translation>可用</translation>
-        </message>
-        <message>
-            <source>Frozen</source>
-            <translation>冻结</translation>
-        </message>
-        <message>
-            <source>Equity (CNY)</source>
-            <translation>权益 (元)</translation>
-        </message>
-        <message>
-            <source>Open P&amp;L</source>
-            <translation>浮动盈亏</translation>
-        </message>
-        <message>
-            <source>Since start</source>
-            <translation>启动以来</translation>
-        </message>
-        <message>
             <source>Held</source>
             <translation>持仓</translation>
         </message>
@@ -140,20 +116,8 @@
             <translation>最新</translation>
         </message>
         <message>
-            <source>Value (CNY)</source>
-            <translation>市值 (元)</translation>
-        </message>
-        <message>
-            <source>P&amp;L (CNY)</source>
-            <translation>盈亏 (元)</translation>
-        </message>
-        <message>
             <source>P&amp;L %</source>
             <translation>盈亏 %</translation>
-        </message>
-        <message>
-            <source>Change %</source>
-            <translation>涨跌 %</translation>
         </message>
         <message>
             <source>Bid</source>
@@ -196,8 +160,48 @@
             <translation>已成交数</translation>
         </message>
         <message>
-            <source>Last change</source>
-            <translation>最近变动</translation>
+            <source>In shares; derivatives in contracts</source>
+            <translation>单位: 股, 衍生品为张或手</translation>
+        </message>
+        <message>
+            <source>In ¥; index futures in points</source>
+            <translation>单位: 元, 股指期货为点</translation>
+        </message>
+        <message>
+            <source>Amount ¥</source>
+            <translation>金额(元)</translation>
+        </message>
+        <message>
+            <source>Available ¥</source>
+            <translation>可用(元)</translation>
+        </message>
+        <message>
+            <source>Frozen ¥</source>
+            <translation>冻结(元)</translation>
+        </message>
+        <message>
+            <source>Equity ¥</source>
+            <translation>权益(元)</translation>
+        </message>
+        <message>
+            <source>Open P&amp;L ¥</source>
+            <translation>浮盈(元)</translation>
+        </message>
+        <message>
+            <source>This run ¥</source>
+            <translation>本次(元)</translation>
+        </message>
+        <message>
+            <source>Value ¥</source>
+            <translation>市值(元)</translation>
+        </message>
+        <message>
+            <source>P&amp;L ¥</source>
+            <translation>盈亏(元)</translation>
+        </message>
+        <message>
+            <source>Chg %</source>
+            <translation>涨跌 %</translation>
         </message>
     </context>
     <context>
@@ -440,16 +444,8 @@
             <translation>恢复?</translation>
         </message>
         <message>
-            <source>Files and sockets send orders again. %1 strategies run.</source>
-            <translation>文件和端口将重新下单。%1个策略在运行。</translation>
-        </message>
-        <message>
             <source>Resume</source>
             <translation>恢复</translation>
-        </message>
-        <message>
-            <source>Halt the desk? It reads no more order files, declines all commands, and cancels %1 waiting orders of %2 accounts. Ctrl+H resumes; cancelled orders stay cancelled.</source>
-            <translation>停止交易? 交易台不再读取文件单, 拒绝所有指令, 并撤销%2个账号的%1笔等待成交的委托。Ctrl+H 恢复; 已撤销的委托不会恢复。</translation>
         </message>
         <message>
             <source>Halt</source>
@@ -603,13 +599,55 @@
             <source>Discard</source>
             <translation>丢弃</translation>
         </message>
+        <message>
+            <source>&amp;Resume the intake...</source>
+            <translation>恢复读取(&amp;R)...</translation>
+        </message>
+        <message>
+            <source>Close the &amp;notice</source>
+            <translation>关闭提示(&amp;N)</translation>
+        </message>
+        <message>
+            <source>Sor&amp;t, copy, export...</source>
+            <translation>排序、复制、导出(&amp;T)...</translation>
+        </message>
+        <message numerus="yes">
+            <source>Cancel those of the %n selected order(s) that still wait? The tables show %1 of them, but they may be behind.</source>
+            <translation>
+                <numerusform>撤销所选%n笔委托中仍在等待的? 表格显示其中%1笔, 但表格可能落后。</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>Cancel the orders of the %n selected task(s) that still wait? The tables show %1 of them, but they may be behind.</source>
+            <translation>
+                <numerusform>撤销所选%n个任务中仍在等待的委托? 表格显示其中%1笔, 但表格可能落后。</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n waiting order(s)</source>
+            <translation>
+                <numerusform>%n笔等待成交的委托</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n account(s)</source>
+            <translation>
+                <numerusform>%n个账号</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Halt the desk? It reads no more order files, declines all commands, and cancels %1 of %2. Ctrl+H resumes; cancelled orders stay cancelled.</source>
+            <translation>停止交易? 交易台不再读取文件单, 拒绝所有指令, 并撤销%2的%1。Ctrl+H 恢复; 已撤销的委托不会恢复。</translation>
+        </message>
+        <message numerus="yes">
+            <source>Files and sockets send orders again. %n strategy(s) run.</source>
+            <translation>
+                <numerusform>文件和端口将重新下单。%n个策略在运行。</numerusform>
+            </translation>
+        </message>
     </context>
     <context>
         <name>desk::CPlotPanel</name>
-        <message>
-            <source>Equity (CNY)</source>
-            <translation>权益 (元)</translation>
-        </message>
         <message>
             <source>Orders a minute</source>
             <translation>每分钟委托数</translation>
@@ -621,6 +659,10 @@
         <message>
             <source>No data yet. The plots begin with the first accounts and orders.</source>
             <translation>还没有数据。有账号和委托后开始画图。</translation>
+        </message>
+        <message>
+            <source>Equity ¥</source>
+            <translation>权益(元)</translation>
         </message>
     </context>
     <context>
@@ -698,10 +740,6 @@
             <source>Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)</source>
             <translation>停止读取, 拒绝指令, 撤销全部等待成交的委托 (Ctrl+H)</translation>
         </message>
-        <message>
-            <source>%1 of %2 strategies run</source>
-            <translation>%2个策略中%1个运行</translation>
-        </message>
         <message numerus="yes">
             <source>%n order(s) wait</source>
             <translation>
@@ -760,6 +798,18 @@
                 <numerusform>账号, 持仓和行情是%n秒前的数据。</numerusform>
             </translation>
         </message>
+        <message numerus="yes">
+            <source>%1 of %n strategy(s) running</source>
+            <translation>
+                <numerusform>%n个策略中%1个运行</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n batch(es) wait until you answer the open question.</source>
+            <translation>
+                <numerusform>有%n批指令等待, 直到您回答当前的问题</numerusform>
+            </translation>
+        </message>
     </context>
     <context>
         <name>desk::CStrategyDialog</name>
@@ -816,10 +866,6 @@
             <translation>数量 (股或手)(&amp;V)</translation>
         </message>
         <message>
-            <source>A&amp;mount (CNY)</source>
-            <translation>金额 (元)(&amp;M)</translation>
-        </message>
-        <message>
             <source>not set</source>
             <translation>未设置</translation>
         </message>
@@ -851,6 +897,10 @@
             <source>Choose the group or the account that trades.</source>
             <translation>请选择交易用的账号组或账号。</translation>
         </message>
+        <message>
+            <source>A&amp;mount ¥</source>
+            <translation>金额(元)(&amp;M)</translation>
+        </message>
     </context>
     <context>
         <name>desk::CTableView</name>
@@ -881,6 +931,10 @@
         <message>
             <source>The file cannot be written: %1</source>
             <translation>无法写入文件: %1</translation>
+        </message>
+        <message>
+            <source>Sort by</source>
+            <translation>排序</translation>
         </message>
     </context>
     <context>
@@ -997,11 +1051,11 @@
             <translation>平多后开空,优先平昨</translation>
         </message>
         <message>
-            <source>close long, today's first</source>
+            <source>close long, today&apos;s first</source>
             <translation>平多优先平今</translation>
         </message>
         <message>
-            <source>close long, today's first, then open short</source>
+            <source>close long, today&apos;s first, then open short</source>
             <translation>平多后开空,优先平今</translation>
         </message>
         <message>
@@ -1021,11 +1075,11 @@
             <translation>平空后开多,优先平昨</translation>
         </message>
         <message>
-            <source>close short, today's first</source>
+            <source>close short, today&apos;s first</source>
             <translation>平空优先平今</translation>
         </message>
         <message>
-            <source>close short, today's first, then open long</source>
+            <source>close short, today&apos;s first, then open long</source>
             <translation>平空后开多,优先平今</translation>
         </message>
         <message>

@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMenu>
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
@@ -192,7 +193,7 @@ TEST_F(Commands, TheTotalIsNotAnAccountWhoseOrdersAreCancelled) {
     books->m_accounts.push_back(account);
     feed.setBooks(books);
     addOrder(11, "A1");
-    window.table("accounts").selectRow(1);
+    window.table("accounts").selectRow(0);
     window.action("cancel_all").trigger();
     EXPECT_EQ(questions, QStringList());
     window.table("accounts").selectAll();
@@ -200,6 +201,86 @@ TEST_F(Commands, TheTotalIsNotAnAccountWhoseOrdersAreCancelled) {
     ASSERT_EQ(questions.size(), 1);
     EXPECT_EQ(questions[0], "Cancel all waiting orders of A1? The tables show 1 of them.");
     EXPECT_EQ(control.m_calls, QStringList{"cancel all of A1"});
+}
+
+/// While the journal is broken, the tables do not show what happens.
+TEST_F(Commands, ACancelAsksTheBrokerIfTheTablesMayBeBehind) {
+    addOrder(11, "A1", EOrderStatus::Filled, 1000);
+    addOrder(21, "A2");
+    const auto cancel = [&](const char* table, const char* action) {
+        window.table(table).selectAll();
+        window.action(action).trigger();
+    };
+    window.table("orders").selectRow(1);
+    window.action("cancel").trigger();
+    EXPECT_EQ(questions, QStringList());
+    control.m_status.m_strJournalFailure = "no room on the disk";
+    cancel("orders", "cancel");
+    cancel("tasks", "cancel_task");
+    ASSERT_EQ(questions.size(), 2);
+    EXPECT_EQ(questions[0], "Cancel those of the 2 selected orders that still wait? The tables show 1 of "
+                            "them, but they may be behind.");
+    EXPECT_EQ(questions[1], "Cancel the orders of the 2 selected tasks that still wait? The tables show 1 of "
+                            "them, but they may be behind.");
+    EXPECT_EQ(control.m_calls,
+              (QStringList{"cancel A2 21", "cancel A1 11", "cancel task 1", "cancel task 2"}));
+}
+
+TEST_F(Commands, OneIsNotSeveral) {
+    control.m_strategies.remove(3);
+    control.m_strategies.remove(2);
+    ++control.m_nRevision;
+    addOrder(11, "A1");
+    window.halt();
+    control.m_status.m_bHalted = true;
+    window.halt();
+    ASSERT_EQ(questions.size(), 2);
+    EXPECT_TRUE(questions[0].contains("cancels 1 waiting order of 1 account.")) << questions[0].toStdString();
+    EXPECT_TRUE(questions[1].contains("1 strategy runs.")) << questions[1].toStdString();
+    EXPECT_TRUE(window.stateBar().factsText().startsWith("1 of 1 strategy running"));
+}
+
+TEST_F(Commands, TheNoticeAndThePauseEndFromTheMenu) {
+    window.action("resume_intake").trigger();
+    EXPECT_EQ(control.m_calls, QStringList()) << "nothing is paused";
+    control.m_status.m_bConfirmationPause = true;
+    window.takeFeed();
+    window.action("resume_intake").trigger();
+    EXPECT_EQ(control.m_calls, QStringList{"end pause"});
+    window.stateBar().setNotice("a notice");
+    window.action("close_notice").trigger();
+    EXPECT_EQ(window.stateBar().noticeText(), "");
+}
+
+/// The menu of the table has the focus of the keyboard, so everything in it is reached by keys.
+TEST_F(Commands, ATableIsSortedByKeys) {
+    addOrder(11, "A2");
+    addOrder(12, "A1");
+    const auto chooses = [&](const QString& title) {
+        QTimer::singleShot(0, &window, [title] {
+            auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            ASSERT_NE(menu, nullptr);
+            const QList<QMenu*> submenus = menu->findChildren<QMenu*>();
+            ASSERT_EQ(submenus.size(), 1);
+            for (QAction* action : submenus[0]->actions()) {
+                if (action->text() == title) action->trigger();
+            }
+            menu->close();
+        });
+        QApplication::setActiveWindow(&window); // without a screen nobody does it
+        window.action("view_orders").trigger();
+        window.action("table_menu").trigger();
+    };
+    const auto first = [&] {
+        return window.table("orders").filter().index(0, 0).data(CRowModel::KeyRole).toString().toStdString();
+    };
+    EXPECT_EQ(first(), "12");
+    chooses("Order");
+    EXPECT_EQ(first(), "11");
+    chooses("Order");
+    EXPECT_EQ(first(), "12") << "the second time it sorts down";
+    chooses("Account");
+    EXPECT_EQ(first(), "12");
 }
 
 TEST_F(Commands, TheQuestionOfManyCancelsNamesTheAccounts) {

@@ -136,7 +136,7 @@ TEST_F(Plots, TheEquityOfTheSelectedAccountsIsPlottedOrTheTotal) {
     EXPECT_EQ(plots.plottedAccounts(), QStringList{"All"});
     EXPECT_EQ(plots.data().equity("\ntotal").size(), 2);
     EXPECT_EQ(plots.data().equity("\ntotal").last().y(), 2200);
-    window.table("accounts").selectRow(1);
+    window.table("accounts").selectRow(2);
     EXPECT_EQ(plots.plottedAccounts(), QStringList{"A2"});
     window.table("accounts").selectAll();
     EXPECT_EQ(plots.plottedAccounts().size(), 3);

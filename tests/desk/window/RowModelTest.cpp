@@ -137,17 +137,17 @@ TEST(RowFilter, WithoutASortColumnTheOrderIsThatOfTheModel) {
     EXPECT_EQ(keys(filter), "c b a");
 }
 
-TEST(RowFilter, TheTotalIsLastInEachOrderAndNeverHidden) {
+TEST(RowFilter, TheTotalIsFirstInEachOrderAndNeverHidden) {
     CRowModel model(kPlain);
     CRowFilter filter;
     filter.setSourceModel(&model);
     model.apply({row("a", 3), row("total", 4, ERowMark::Total), row("b", 1)});
     filter.sort(1, Qt::AscendingOrder);
-    EXPECT_EQ(keys(filter), "b a total");
+    EXPECT_EQ(keys(filter), "total b a");
     filter.sort(1, Qt::DescendingOrder);
-    EXPECT_EQ(keys(filter), "a b total");
+    EXPECT_EQ(keys(filter), "total a b");
     filter.setColumnFilter(0, "b");
-    EXPECT_EQ(keys(filter), "b total");
+    EXPECT_EQ(keys(filter), "total b");
     EXPECT_EQ(filter.hiddenRows(), 1);
 }
 

@@ -42,6 +42,9 @@ TEST(Cells, ATimeOfAnotherDayHasItsDay) {
     EXPECT_EQ(cellText(ECell::Time, "2026-01-04T10:31:07.214"), "01-04 10:31");
     EXPECT_EQ(plainCellText(ECell::Time, "2026-03-01T10:31:07.214"), "2026-03-01 10:31:07.214");
     EXPECT_EQ(cellText(ECell::Time, "10:31:07.214"), "10:31:07.214");
+    EXPECT_EQ(cellText(ECell::Second, "2026-01-05T10:31:07.214"), "10:31:07");
+    EXPECT_EQ(cellText(ECell::Second, "2026-01-04T10:31:07.214"), "01-04 10:31");
+    EXPECT_EQ(plainCellText(ECell::Second, "2026-01-05T10:31:07.214"), "2026-01-05 10:31:07.214");
     EXPECT_EQ(cellText(ECell::Time, QVariant()), "");
 }
 
@@ -106,6 +109,24 @@ TEST(QuoteTimes, AQuoteHasTheTimeOfItsLastChange) {
     EXPECT_EQ(times.timeOf("A"), "2026-01-05T09:30:00.000");
     EXPECT_EQ(times.timeOf("B"), "");
     EXPECT_EQ(times.timeOf("C"), "2026-01-05T09:31:00.000");
+}
+
+/// The unit of a number is in the title of its column, or in the tool tip of the title.
+TEST(Cells, EachAmountAndEachVolumeHasAUnit) {
+    for (const CTableSpec* spec :
+         {&orderTable(), &fillTable(), &accountTable(), &positionTable(), &quoteTable(), &bookTable()}) {
+        const CRowModel model(*spec);
+        for (int column = 0; column < model.columnCount(); ++column) {
+            const CColumn& known = spec->m_columns[static_cast<std::size_t>(column)];
+            const bool isId = known.m_eCell == ECell::Count && (QLatin1String(known.m_pszId) == "order" ||
+                                                                QLatin1String(known.m_pszId) == "task" ||
+                                                                QLatin1String(known.m_pszId) == "fill");
+            if (isTextCell(known.m_eCell) || isId) continue;
+            const QString title = model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+            const QString tip = model.headerData(column, Qt::Horizontal, Qt::ToolTipRole).toString();
+            EXPECT_TRUE(title.endsWith("¥") || title.endsWith("%") || !tip.isEmpty()) << title.toStdString();
+        }
+    }
 }
 
 TEST(Feed, NotesAreDroppedBeforeWarningsAndCounted) {

@@ -53,7 +53,7 @@ protected:
             if (asksReally) return startSteps(timer, window, all, next);
             window.setAsk([this](const QString& title, const QString& text, const QString&) {
                 questions.append(title + QStringLiteral(": ") + text);
-                return true;
+                return answer;
             });
             startSteps(timer, window, all, next);
         });
@@ -91,6 +91,7 @@ protected:
     CTempFolder folder;
     std::ostringstream out;
     QStringList questions;
+    bool answer = true;      ///< to each question
     bool asksReally = false; ///< the window shows its question boxes
 
 private:

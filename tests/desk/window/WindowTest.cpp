@@ -1,90 +1,25 @@
-#include "desk/commands/NewFolder.h"
 #include "desk/window/Language.h"
 #include "desk/window/StrategyDialog.h"
-#include "desk/window/WindowProgram.h"
 #include "desk/window/Words.h"
 #include "orderservice/gates/IntakePause.h"
-#include "tests/support/TempFolder.h"
-#include "tests/support/TestSocket.h"
+#include "tests/desk/window/WindowFolder.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QSettings>
 #include <QTest>
-#include <QTimer>
 
 #include <gtest/gtest.h>
-
-#include <chrono>
-#include <regex>
-#include <sstream>
-#include <vector>
 
 namespace {
 
 using namespace desk;
 
-/// A copy of the demo folder, run with the real window.
-class Window : public testing::Test {
+class Window : public CWindowFolder {
 protected:
-    using CStep = std::function<bool(CMainWindow&)>;
-
-    void SetUp() override {
-        ASSERT_EQ(runNew(folder.path("desk"), false, out, out), 0);
-        const std::string port = ":" + std::to_string(freePort());
-        folder.write("desk/strategies.toml",
-                     std::regex_replace(folder.read("desk/strategies.toml"), std::regex(":15150"), port));
-    }
-
-    /// Each step is called until it returns true; then the next one follows. The test fails after one minute.
-    int run(std::vector<CStep> steps) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-        std::size_t next = 0;
-        QSettings settings(QString::fromStdString(folder.path("layout.ini")), QSettings::IniFormat);
-        const auto keepGoing = [&] { return next < steps.size() && std::chrono::steady_clock::now() < end; };
-        CWindowProgram program(QString::fromStdString(folder.path("desk")), settings, keepGoing);
-        QTimer timer;
-        program.setOnWindow([&](CMainWindow& window) {
-            window.setAsk([this](const QString& title, const QString& text, const QString&) {
-                questions.append(title + QStringLiteral(": ") + text);
-                return answer;
-            });
-            QObject::connect(&timer, &QTimer::timeout, &window, [&] {
-                if (next < steps.size() && steps[next](window)) ++next;
-            });
-            timer.start(5);
-        });
-        const int result = runDesk(folder.path("desk"), out, program, keepGoing);
-        EXPECT_EQ(next, steps.size()) << "the step did not succeed within a minute";
-        return result;
-    }
-
-    CStep handOver(std::string lines) {
-        return [this, lines](CMainWindow&) {
-            folder.handOver("desk/orders/group.txt", lines);
-            return true;
-        };
-    }
-    static CStep hasRows(const char* table, int count) {
-        return [table, count](CMainWindow& window) { return window.model(table).rowCount() >= count; };
-    }
-    static QString cell(CMainWindow& window, const char* table, const char* key, const char* column) {
-        const CRow* row = window.model(table).find(QString::fromLatin1(key));
-        const int place = columnOf(window.model(table).spec(), column);
-        return row == nullptr ? QString() : row->m_cells.value(place).toString();
-    }
-    bool hasInJournal(const std::string& text) const {
-        return folder.read("desk/journal.jsonl").find(text) != std::string::npos;
-    }
-
-    CTempFolder folder;
-    std::ostringstream out;
-    QStringList questions;
-    bool answer = true;
+    void SetUp() override { makeFolder(false); }
 };
 
 constexpr const char* kOrders = "23,0,8.02,600104,1000\n23,0,7.50,600104,2000\n23,0,8.02,600104,150\n";
@@ -112,12 +47,7 @@ TEST_F(Window, ShowsWhatHappensToOrders) {
 }
 
 TEST_F(Window, HaltCancelsAndKeepsFilesWaitingUntilResumed) {
-    EXPECT_EQ(run({handOver(kOrders), hasRows("orders", 5),
-                   [](CMainWindow& window) {
-                       window.action("halt").trigger();
-                       return true;
-                   },
-                   [](CMainWindow& window) { return window.stateBar().state() == EDeskState::Halted; },
+    EXPECT_EQ(run({handOver(kOrders), hasRows("orders", 5), trigger("halt"), hasState(EDeskState::Halted),
                    [](CMainWindow& window) { return cell(window, "orders", "4", "state") == "cancelled"; },
                    handOver("23,0,8.02,600104,100\n"),
                    [this](CMainWindow& window) {
@@ -127,8 +57,7 @@ TEST_F(Window, HaltCancelsAndKeepsFilesWaitingUntilResumed) {
                        window.stateBar().haltButton().click();
                        return true;
                    },
-                   hasRows("orders", 6),
-                   [](CMainWindow& window) { return window.stateBar().state() == EDeskState::Active; }}),
+                   hasRows("orders", 6), hasState(EDeskState::Active)}),
               0)
         << out.str();
     ASSERT_EQ(questions.size(), 2);
@@ -223,14 +152,14 @@ TEST_F(Window, OffersToEndThePauseOfAnUnansweredConfirmation) {
                        TC::setConfirmationPause(true);
                        return true;
                    },
-                   [](CMainWindow& window) { return window.stateBar().state() == EDeskState::Paused; },
+                   hasState(EDeskState::Paused),
                    [](CMainWindow& window) {
                        EXPECT_FALSE(window.stateBar().pauseBar().isHidden());
                        window.stateBar().pauseButton().click();
                        EXPECT_FALSE(TC::isConfirmationPauseSet());
                        return true;
                    },
-                   [](CMainWindow& window) { return window.stateBar().state() == EDeskState::Active; }}),
+                   hasState(EDeskState::Active)}),
               0);
 }
 
@@ -246,14 +175,26 @@ TEST_F(Window, ClosingEndsTheDesk) {
     EXPECT_EQ(questions.size(), 1);
 }
 
+/// The widest orders of the demo: long codes, prices of four digits, a reason, and all kinds of instruments.
 TEST_F(Window, TheDefaultLayoutNeedsNoScrollBarAcross) {
-    EXPECT_EQ(run({hasRows("positions", 1),
+    EXPECT_EQ(run({handOver(kOrders), hasRows("orders", 5), handOver("0,0,4000.4,IF2609,3\n", "future.txt"),
+                   hasRows("orders", 6), handOver("48,0,0.5002,10005001,3\n", "option.txt"),
+                   hasRows("orders", 7), handOver("27,0,11.02,600101,1000\n", "credit.txt"),
+                   hasRows("orders", 8), hasRows("positions", 4), hasRows("messages", 4),
                    [](CMainWindow& window) {
                        window.resize(1366, 730);
-                       QCoreApplication::processEvents();
                        for (const char* name :
-                            {"strategies", "orders", "accounts", "positions", "messages", "quotes"})
-                           EXPECT_EQ(window.table(name).horizontalScrollBar()->maximum(), 0) << name;
+                            {"strategies", "orders", "accounts", "positions", "messages", "quotes"}) {
+                           CTableView& view = window.table(name);
+                           for (int row = view.filter().rowCount() - 1; row >= 0; --row) {
+                               view.scrollTo(view.filter().index(row, 0)); // what is painted may make its
+                               view.grab();                                // column wider
+                           }
+                           QCoreApplication::processEvents();
+                           EXPECT_EQ(view.horizontalScrollBar()->maximum(), 0) << name;
+                       }
+                       const CTableView& accounts = window.table("accounts");
+                       EXPECT_EQ(accounts.indexAt({1, 1}).data().toString(), "All");
                        return true;
                    }}),
               0);
