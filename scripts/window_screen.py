@@ -98,8 +98,8 @@ class Screen:
     def type(self, text):
         self._out("xdotool", "type", text)
 
-    def click(self, window, x, y, button=1):
-        self._out("xdotool", "mousemove", "--window", window, str(x), str(y), "click", str(button))
+    def click(self, window, x, y, button=1, repeat=1):
+        self._out("xdotool", "mousemove", "--window", window, str(x), str(y), "click", "--repeat", str(repeat), str(button))
 
     def picture(self, path):
         """Writes the whole screen as a small PNG file."""
@@ -118,7 +118,9 @@ class Window:
         strategies.write_text(strategies.read_text("utf-8").replace(":15150", f":{free_port()}"), "utf-8")
         self.log = open(Path(folder) / "log", "w+")
         env = dict(screen.env, HOME=str(folder), XDG_CONFIG_HOME=str(Path(folder) / "config"), LANG="C.UTF-8")
-        self.process = subprocess.Popen([programs / "window/orderdesk-window", "--language", language, *extra, self.folder], env=env,
+        command = ["env", "--ignore-signal=XFSZ"]  # a limit of the size of files gives an error then, like a full disk
+        command += [programs / "window/orderdesk-window", "--language", language, *extra, self.folder]
+        self.process = subprocess.Popen(command, env=env,
                                         stdout=self.log, stderr=self.log)
 
     def __enter__(self):

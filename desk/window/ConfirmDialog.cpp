@@ -76,8 +76,9 @@ void CConfirmDialog::addHaltButton() const {
     button->setAutoDefault(false);
     button->setToolTip(QCoreApplication::translate(
         "desk::CStateBar", "Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)"));
-    button->setStyleSheet(QStringLiteral("background:%1;color:white;padding:2px 10px;font-weight:bold;")
-                              .arg(CTheme::current().danger().name()));
+    button->setStyleSheet(
+        QStringLiteral("background:%1;color:white;padding:2px 10px;border-radius:3px;font-weight:bold;")
+            .arg(CTheme::current().danger().name()));
     QObject::connect(button, &QPushButton::clicked, button, [halt = m_halt] { halt(); });
     auto* const line = new QHBoxLayout;
     line->setContentsMargins(15, 4, 15, 0);

@@ -167,7 +167,7 @@ void CMainWindow::placePanels() {
     tabifyDockWidget(m_panels["tasks"], m_panels["fills"]);
     tabifyDockWidget(m_panels["messages"], m_panels["journal"]);
     tabifyDockWidget(m_panels["journal"], m_panels["plots"]);
-    resizeDocks({m_panels["strategies"], m_panels["orders"]}, {531, 829}, Qt::Horizontal);
+    resizeDocks({m_panels["strategies"], m_panels["orders"]}, {535, 825}, Qt::Horizontal);
     resizeDocks({m_panels["strategies"], m_panels["accounts"], m_panels["quotes"]}, {230, 190, 190},
                 Qt::Vertical);
     resizeDocks({m_panels["orders"], m_panels["positions"], m_panels["messages"]}, {280, 170, 160},

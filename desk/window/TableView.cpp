@@ -26,9 +26,9 @@ namespace {
 
 constexpr int kFlashTickMs = 100;
 constexpr int kPadding = 6;
-constexpr int kCellMargins = 8;     ///< of the style, left and right together
-constexpr int kTitleMargins = 8;    ///< the same for a title
-constexpr int kSpecFontHeight = 17; ///< height of the font that the default widths are for
+constexpr int kCellMargins = 8;  ///< of the style, left and right together
+constexpr int kTitleMargins = 8; ///< the same for a title
+constexpr int kSpecDigits = 83;  ///< width of ten digits of the font that the default widths are for
 
 /// The colours of a cell, by its mark, its trend and its flash, and its text. A cell is drawn without the
 /// text layout of the style, which needs more than half of the time of a table.
@@ -204,9 +204,10 @@ CTableView::CTableView(CRowModel& model, QWidget* parent)
     m_header->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
     m_filter->sort(-1);
+    const int digits = fontMetrics().horizontalAdvance(QStringLiteral("0123456789"));
     for (int column = 0; column < model.columnCount(); ++column) {
-        const int specified = model.spec().m_columns[static_cast<std::size_t>(column)].m_nWidth *
-                              fontMetrics().height() / kSpecFontHeight;
+        const int specified =
+            model.spec().m_columns[static_cast<std::size_t>(column)].m_nWidth * digits / kSpecDigits;
         const QString title = model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
         setColumnWidth(column, std::max(specified, fontMetrics().horizontalAdvance(title) + kTitleMargins));
     }

@@ -5,6 +5,7 @@
 #include "desk/window/MainWindow.h"
 #include "desk/window/StateBar.h"
 #include "tests/desk/paper/PaperDesk.h"
+#include "tests/desk/window/FakeControl.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -26,30 +27,6 @@
 
 namespace desk {
 namespace {
-
-class CFixedControl : public IDeskControl {
-public:
-    const CDeskConfig& config() const override { return m_config; }
-    CDeskStatus status() const override { return m_status; }
-    std::uint64_t strategyRevision() const override { return 1; }
-    TC::COrderStrategyMap strategies() const override { return {}; }
-    QString startStrategy(int) override { return {}; }
-    QString stopStrategy(int) override { return {}; }
-    QString removeStrategy(int) override { return {}; }
-    QString changeStrategy(const TC::COrderStrategyParam&) override { return {}; }
-    QString addStrategy(const TC::COrderStrategyParam&) override { return {}; }
-    void cancelOrders(std::vector<std::pair<std::string, int>>) override {}
-    void cancelTasks(std::vector<int>) override {}
-    void cancelAccounts(std::vector<std::string>) override {}
-    void halt() override {}
-    void resume() override {}
-    QStringList waitingFiles() const override { return {}; }
-    void discardQueue() override {}
-    void endConfirmationPause() override {}
-
-    CDeskConfig m_config;
-    CDeskStatus m_status;
-};
 
 TEST(StateBar, BrokenJournalDoesNotHideTheHalt) {
     CStateBar bar;
@@ -122,7 +99,7 @@ protected:
 
     const QTemporaryDir m_folder;
     QSettings m_settings{m_folder.filePath(QStringLiteral("layout.ini")), QSettings::IniFormat};
-    CFixedControl m_control;
+    CFakeControl m_control;
     CWindowFeed m_feed;
 };
 
