@@ -90,7 +90,7 @@ class Screen:
     def maximise(self, window):
         self._out("xdotool", "windowactivate", "--sync", window)
         width, height = map(int, self.size.split("x")[:2])
-        self._out("xdotool", "windowmove", window, "0", "0", "windowsize", "--sync", window, str(width), str(height - TITLE_HEIGHT))
+        self._out("xdotool", "windowmove", window, "0", str(TITLE_HEIGHT), "windowsize", "--sync", window, str(width), str(height - TITLE_HEIGHT))
 
     def key(self, *keys):
         self._out("xdotool", "key", "--clearmodifiers", *keys)

@@ -330,8 +330,8 @@ void CMainWindow::focusPanel(const char* name) {
     m_panels[name]->raise();
     CTableView& view = table(name);
     view.setFocus();
-    if (!view.currentIndex().isValid() && view.filter().rowCount() > 0)
-        view.setCurrentIndex(view.filter().index(0, 0));
+    if (!view.selectionModel()->hasSelection() && view.filter().rowCount() > 0)
+        view.selectRow(std::max(view.currentIndex().row(), 0)); // the next key is for a marked row
     if (std::string(name) == "orders") m_board.markSeen();
     if (std::string(name) == "messages") m_nUnseenWarnings = 0;
     showCounts();

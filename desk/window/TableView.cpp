@@ -317,7 +317,7 @@ void CTableView::keyPressEvent(QKeyEvent* event) {
     } else if ((isEnterKey || event->key() == Qt::Key_Space) && !selectedKeys().isEmpty()) {
         if (event->isAutoRepeat()) return; // a held key must not start a strategy again and again
         isEnterKey ? emit sigActivated(selectedKeys()) : emit sigSpace(selectedKeys());
-    } else if (event->key() == Qt::Key_Escape && m_filter->hasFilter()) {
+    } else if (event->key() == Qt::Key_Escape && m_header->areFiltersShown()) {
         m_header->showFilters(false);
     } else {
         QTableView::keyPressEvent(event);

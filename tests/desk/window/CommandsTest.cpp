@@ -82,6 +82,20 @@ TEST_F(Commands, EnterStartsAndSpaceStopsTheSelectedOnesThatItFits) {
     EXPECT_EQ(control.m_calls, (QStringList{"stop 1", "stop 2", "stop 3"}));
 }
 
+/// A table that gets the focus has a current row that is not selected.
+TEST_F(Commands, TheKeyOfAPanelSelectsARowForTheNextKey) {
+    QApplication::setActiveWindow(&window);
+    strategies().setFocus();
+    ASSERT_TRUE(strategies().currentIndex().isValid());
+    ASSERT_EQ(strategies().selectedKeys(), QStringList());
+    window.action("view_strategies").trigger();
+    EXPECT_EQ(strategies().selectedKeys(), QStringList{"1"});
+    strategies().selectRow(1);
+    window.action("view_strategies").trigger();
+    QTest::keyClick(&strategies(), Qt::Key_Return);
+    EXPECT_EQ(control.m_calls, QStringList{"start 2"});
+}
+
 TEST_F(Commands, AHeldKeyIsOneCommand) {
     strategies().selectRow(1);
     control.m_failure = "refused";

@@ -112,6 +112,9 @@ TEST_F(TableView, FilterFieldsHideRowsUntilEscape) {
     QTest::keyClick(&view, Qt::Key_Escape);
     EXPECT_EQ(view.filter().rowCount(), 2);
     EXPECT_FALSE(view.filterHeader().areFiltersShown());
+    view.filterHeader().showFilters(true);
+    QTest::keyClick(&view, Qt::Key_Escape);
+    EXPECT_FALSE(view.filterHeader().areFiltersShown()) << "also if all fields are empty";
 }
 
 TEST_F(TableView, AClickOnTheTitleSorts) {
