@@ -22,13 +22,6 @@ std::vector<T> takeSome(std::deque<T>& waiting) {
     return taken;
 }
 
-/// The position behind `"key":`, or npos. Keys of nested objects are found too; the first one is used.
-std::size_t valueOf(const std::string& line, const char* key) {
-    const std::string name = '"' + std::string(key) + "\":";
-    const std::size_t found = line.find(name);
-    return found == std::string::npos ? found : found + name.size();
-}
-
 /// Whether the line of the journal is the record of a command.
 bool isCommand(const std::string& line) {
     static const std::string kBegin = R"({"kind":"command")";
@@ -42,8 +35,14 @@ QString timeNow() {
 
 } // namespace
 
+std::size_t journalValue(const std::string& line, const char* key) {
+    const std::string name = '"' + std::string(key) + "\":";
+    const std::size_t found = line.find(name);
+    return found == std::string::npos ? found : found + name.size();
+}
+
 std::string journalText(const std::string& line, const char* key) {
-    const std::size_t begin = valueOf(line, key);
+    const std::size_t begin = journalValue(line, key);
     if (begin == std::string::npos || line.compare(begin, 1, "\"") != 0) return {};
     std::size_t end = begin + 1;
     while (end < line.size() && line[end] != '"')
@@ -55,10 +54,10 @@ std::string journalText(const std::string& line, const char* key) {
 
 bool readTask(const std::string& line, CPaperTask& task) {
     if (!isCommand(line)) return false;
-    const std::size_t number = valueOf(line, "task");
+    const std::size_t number = journalValue(line, "task");
     task.m_nId = number == std::string::npos ? 0 : std::atoi(line.c_str() + number);
     if (task.m_nId == 0) return false;
-    const std::size_t seq = valueOf(line, "seq");
+    const std::size_t seq = journalValue(line, "seq");
     if (seq != std::string::npos) task.m_nReference = std::atoll(line.c_str() + seq);
     task.m_strTime = journalText(line, "time");
     task.m_strRemark = journalText(line, "remark");

@@ -105,10 +105,9 @@ QVariant channelOf(const QString& message) {
 
 /// The number of a key of a journal line, or nothing.
 QVariant journalNumber(const std::string& line, const char* key) {
-    const std::string name = '"' + std::string(key) + "\":";
-    const std::size_t found = line.find(name);
-    if (found == std::string::npos) return {};
-    const char* begin = line.c_str() + found + name.size();
+    const std::size_t place = journalValue(line, key);
+    if (place == std::string::npos) return {};
+    const char* begin = line.c_str() + place;
     char* end = nullptr;
     const long long number = std::strtoll(begin, &end, 10);
     return end == begin ? QVariant() : QVariant(number);

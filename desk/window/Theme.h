@@ -20,7 +20,6 @@ public:
     static void apply(QApplication& app, CTheme theme);
 
     bool isDark() const { return m_bDark; }
-    bool isRedUp() const { return m_bRedUp; }
     const QColor& rise() const { return m_bRedUp ? m_red : m_green; }
     const QColor& fall() const { return m_bRedUp ? m_green : m_red; }
     const QColor& warning() const { return m_warning; }

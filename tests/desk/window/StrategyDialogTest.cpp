@@ -183,4 +183,34 @@ TEST_F(StrategyFields, TheButtonsHaveTextsOfTheirOwn) {
     EXPECT_EQ(buttons->button(QDialogButtonBox::Cancel)->text(), "Cancel");
 }
 
+TEST(StrategyDialog, KeepsWhatItDoesNotShow) {
+    CDeskConfig config;
+    TC::COrderStrategyParam strategy;
+    strategy.m_nChannel = 7;
+    strategy.m_strSelectedAccount = "gone";
+    strategy.m_eSelectedAccountType = TC::ESelectedAccountType::Account;
+    strategy.m_stockSetting.m_ePriceType = TC::EPriceType::NoQuote; // has no word
+    strategy.m_bUseAmount = true;
+    strategy.m_dAmount = 100.001;
+    strategy.m_nStartCount = 5;
+    CStrategyDialog dialog(config, ".", strategy, false, [](const auto&) { return QString(); });
+    const TC::COrderStrategyParam result = dialog.strategy();
+    EXPECT_EQ(result.m_strSelectedAccount, "gone");
+    EXPECT_EQ(result.m_eSelectedAccountType, TC::ESelectedAccountType::Account);
+    EXPECT_EQ(result.m_stockSetting.m_ePriceType, TC::EPriceType::NoQuote);
+    EXPECT_EQ(result.m_dAmount, 100.001);
+    EXPECT_EQ(result.m_nStartCount, 5);
+}
+
+TEST(StrategyDialog, StaysOpenWithTheReasonOfARefusal) {
+    CDeskConfig config;
+    TC::COrderStrategyParam strategy;
+    strategy.m_strSelectedAccount = "A1";
+    CStrategyDialog dialog(config, ".", strategy, true,
+                           [](const auto&) { return QStringLiteral("路径已被使用"); });
+    dialog.accept();
+    EXPECT_NE(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(dialog.refusal(), "路径已被使用");
+}
+
 } // namespace

@@ -129,7 +129,7 @@ TEST(Cells, EachAmountAndEachVolumeHasAUnit) {
     }
 }
 
-TEST(Feed, NotesAreDroppedBeforeWarningsAndCounted) {
+TEST(WindowFeed, NotesAreDroppedBeforeWarningsAndCounted) {
     CWindowFeed feed;
     feed.addMessage(CFeedMessage::EKind::Desk, true, "warning");
     for (std::size_t i = 0; i < CWindowFeed::kMaxWaiting + 2; ++i)

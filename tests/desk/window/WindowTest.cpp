@@ -1,5 +1,4 @@
 #include "desk/window/Language.h"
-#include "desk/window/StrategyDialog.h"
 #include "desk/window/Words.h"
 #include "orderservice/gates/IntakePause.h"
 #include "tests/desk/window/WindowFolder.h"
@@ -200,7 +199,7 @@ TEST_F(Window, TheDefaultLayoutNeedsNoScrollBarAcross) {
               0);
 }
 
-TEST(StateOf, TheMostUrgentStateIsShown) {
+TEST(StateBar, TheMostUrgentStateIsShown) {
     CDeskStatus status;
     EXPECT_EQ(stateOf(status), EDeskState::Active);
     status.m_bConfirmationPause = true;
@@ -209,36 +208,6 @@ TEST(StateOf, TheMostUrgentStateIsShown) {
     EXPECT_EQ(stateOf(status), EDeskState::Halted);
     status.m_strJournalFailure = "disk full";
     EXPECT_EQ(stateOf(status), EDeskState::JournalBroken);
-}
-
-TEST(StrategyDialog, KeepsWhatItDoesNotShow) {
-    CDeskConfig config;
-    TC::COrderStrategyParam strategy;
-    strategy.m_nChannel = 7;
-    strategy.m_strSelectedAccount = "gone";
-    strategy.m_eSelectedAccountType = TC::ESelectedAccountType::Account;
-    strategy.m_stockSetting.m_ePriceType = TC::EPriceType::NoQuote; // has no word
-    strategy.m_bUseAmount = true;
-    strategy.m_dAmount = 100.001;
-    strategy.m_nStartCount = 5;
-    CStrategyDialog dialog(config, ".", strategy, false, [](const auto&) { return QString(); });
-    const TC::COrderStrategyParam result = dialog.strategy();
-    EXPECT_EQ(result.m_strSelectedAccount, "gone");
-    EXPECT_EQ(result.m_eSelectedAccountType, TC::ESelectedAccountType::Account);
-    EXPECT_EQ(result.m_stockSetting.m_ePriceType, TC::EPriceType::NoQuote);
-    EXPECT_EQ(result.m_dAmount, 100.001);
-    EXPECT_EQ(result.m_nStartCount, 5);
-}
-
-TEST(StrategyDialog, StaysOpenWithTheReasonOfARefusal) {
-    CDeskConfig config;
-    TC::COrderStrategyParam strategy;
-    strategy.m_strSelectedAccount = "A1";
-    CStrategyDialog dialog(config, ".", strategy, true,
-                           [](const auto&) { return QStringLiteral("路径已被使用"); });
-    dialog.accept();
-    EXPECT_NE(dialog.result(), QDialog::Accepted);
-    EXPECT_EQ(dialog.refusal(), "路径已被使用");
 }
 
 TEST(Language, EachTextHasAChineseTranslation) {
