@@ -55,7 +55,7 @@ class Screen:
         """Returns the number of the display, which the server chooses."""
         reader, writer = os.pipe()
         with os.fdopen(reader) as answer:
-            self._start(["Xvfb", "-displayfd", str(writer), "-screen", "0", self.size, "-nolisten", "tcp"], pass_fds=[writer])
+            self._start(["Xvfb", "-displayfd", str(writer), "-screen", "0", self.size, "-dpi", "96", "-nolisten", "tcp"], pass_fds=[writer])
             os.close(writer)
             if not select.select([reader], [], [], DEADLINE)[0]:
                 raise Problem("Xvfb does not start")

@@ -91,6 +91,7 @@ private:
 };
 
 /// The place where the value of the key begins in a line of the journal; npos if the line has no such key.
+/// Keys of nested objects are found too; the first one is used.
 std::size_t journalValue(const std::string& line, const char* key);
 /// The task of a command's record in the journal. False if the line is not the record of a command that has a
 /// task.

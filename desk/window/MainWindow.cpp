@@ -1,6 +1,7 @@
 #include "desk/window/MainWindow.h"
 
 #include "desk/window/ConfirmDialog.h"
+#include "desk/window/LeftColumn.h"
 #include "desk/window/Theme.h"
 #include "orderservice/base/Clock.h"
 #include "orderservice/gates/OrderConfirmer.h"
@@ -73,6 +74,7 @@ CMainWindow::CMainWindow(const QString& folder, IDeskControl& control, CWindowFe
     setWindowIcon(stateIcon(m_state->state()));
     placePanels();
     restoreAll();
+    new CLeftColumn(*this, *m_panels["strategies"], *m_panels["orders"]); // the window owns it
     showState();
 }
 
@@ -167,7 +169,9 @@ void CMainWindow::placePanels() {
     tabifyDockWidget(m_panels["tasks"], m_panels["fills"]);
     tabifyDockWidget(m_panels["messages"], m_panels["journal"]);
     tabifyDockWidget(m_panels["journal"], m_panels["plots"]);
-    resizeDocks({m_panels["strategies"], m_panels["orders"]}, {535, 825}, Qt::Horizontal);
+    constexpr int kFrame = 35; // of a table with its scroll bar, and rounding
+    const int left = table("quotes").scaledWidth(500) + kFrame;
+    resizeDocks({m_panels["strategies"], m_panels["orders"]}, {left, 1360 - left}, Qt::Horizontal);
     resizeDocks({m_panels["strategies"], m_panels["accounts"], m_panels["quotes"]}, {230, 190, 190},
                 Qt::Vertical);
     resizeDocks({m_panels["orders"], m_panels["positions"], m_panels["messages"]}, {280, 170, 160},

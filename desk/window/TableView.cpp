@@ -204,10 +204,8 @@ CTableView::CTableView(CRowModel& model, QWidget* parent)
     m_header->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
     m_filter->sort(-1);
-    const int digits = fontMetrics().horizontalAdvance(QStringLiteral("0123456789"));
     for (int column = 0; column < model.columnCount(); ++column) {
-        const int specified =
-            model.spec().m_columns[static_cast<std::size_t>(column)].m_nWidth * digits / kSpecDigits;
+        const int specified = scaledWidth(model.spec().m_columns[static_cast<std::size_t>(column)].m_nWidth);
         const QString title = model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
         setColumnWidth(column, std::max(specified, fontMetrics().horizontalAdvance(title) + kTitleMargins));
     }
@@ -223,6 +221,10 @@ CTableView::CTableView(CRowModel& model, QWidget* parent)
     connect(&model, &QAbstractItemModel::dataChanged, this, [this] {
         if (m_model.hasFlashes() && !m_flashTimer.isActive()) m_flashTimer.start();
     });
+}
+
+int CTableView::scaledWidth(int specified) const {
+    return specified * fontMetrics().horizontalAdvance(QStringLiteral("0123456789")) / kSpecDigits;
 }
 
 void CTableView::setEmptyText(const QString& text) {

@@ -243,6 +243,22 @@ TEST_F(Panels, TheReasonOfARejectionStaysVisibleUntilItIsSeen) {
     EXPECT_EQ(window->panel("orders").windowTitle(), "Orders");
 }
 
+TEST_F(Panels, TheTablesOnTheRightUseTheRoomOfALargerWindow) {
+    window->show();
+    QCoreApplication::processEvents();
+    const int left = window->panel("strategies").width();
+    const int right = window->panel("orders").width();
+    window->resize(window->width() + 500, window->height() + 300);
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window->panel("strategies").width(), left);
+    EXPECT_EQ(window->panel("orders").width(), right + 500);
+    window->resize(window->width() - 500, window->height());
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window->panel("strategies").width(), left);
+}
+
 TEST_F(Panels, LinesThatWereDroppedAreReported) {
     for (std::size_t i = 0; i < CWindowFeed::kMaxWaiting + 3; ++i)
         feed.addMessage(CFeedMessage::EKind::Desk, false, QString::number(i));
