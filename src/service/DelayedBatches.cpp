@@ -17,9 +17,9 @@ bool CDelayedBatches::isEmpty() const {
 
 int CDelayedBatches::countOf(const COrderService& service) const {
     const std::lock_guard lock(m_mutex);
-    return static_cast<int>(std::count_if(
-        m_batches.begin(), m_batches.end(),
-        [&service](const CLegalBatch& batch) { return batch.m_pService == &service; }));
+    return static_cast<int>(
+        std::count_if(m_batches.begin(), m_batches.end(),
+                      [&service](const CLegalBatch& batch) { return batch.m_pService == &service; }));
 }
 
 std::optional<CLegalBatch> CDelayedBatches::takeFirst(const COrderService* service) {
