@@ -224,7 +224,7 @@ void CLiveControl::cancelAllWaiting() {
 void CLiveControl::tryAgain(const utils::KNError& error) {
     if (error.isSuccess()) {
         setHaltProblem({});
-        return declineAccepted();
+        return waitForAccepted();
     }
     const std::vector<CPaperOrder> orders = m_desk.broker().orders();
     const auto waiting = static_cast<int>(
@@ -244,26 +244,26 @@ void CLiveControl::setHaltProblem(const QString& problem) {
 /// On the worker. Waits for the pass over the order files, then for the orders that were accepted before,
 /// then for their confirmations. All of them are declined, because the desk is halted. The last step is
 /// called on the main thread.
-void CLiveControl::declineAccepted() {
+void CLiveControl::waitForAccepted() {
     TC::COrderService& service = *TC::COrderService::instance();
     service.visitStrategies([](int, const TC::COrderStrategyParam&) {});
-    const auto asked = [](const bool* ticket) {
+    const auto processed = [](const bool* ticket) {
         delete ticket;
-        finishLater();
+        continueLater();
     };
-    service.holdUntilProcessed(std::shared_ptr<const bool>(new bool(true), asked));
+    service.holdUntilProcessed(std::shared_ptr<const bool>(new bool(true), processed));
 }
 
 /// Checked batches were queued on the main thread before this call is queued there.
-void CLiveControl::finishLater() {
+void CLiveControl::continueLater() {
     QMetaObject::invokeMethod(
-        qApp, [] { TC::whenNoConfirmationIsOpen(&CLiveControl::finishDeclining); }, Qt::QueuedConnection);
+        qApp, [] { TC::whenNoConfirmationIsOpen(&CLiveControl::continueHere); }, Qt::QueuedConnection);
 }
 
-void CLiveControl::finishDeclining() {
+void CLiveControl::continueHere() {
     if (s_pCurrent == nullptr) return;
     if (s_pCurrent->m_eHalt == EHalt::Halting) return s_pCurrent->finishHalt();
-    if (s_pCurrent->m_eHalt == EHalt::Resuming) s_pCurrent->finishResume();
+    if (s_pCurrent->m_eHalt == EHalt::Resuming) s_pCurrent->endHaltOfCommands();
 }
 
 void CLiveControl::finishHalt() {
@@ -276,8 +276,29 @@ void CLiveControl::resume() {
     m_eHalt = EHalt::Resuming;
     m_worker->post([this] {
         record("resume");
-        declineAccepted();
+        waitForAccepted();
     });
+}
+
+/// Between two batches, so that no batch is declined in its first part and sent in its second. The two-pass
+/// variant sends a batch on the main thread, in one call. The one-pass variant sends it on the service's
+/// thread. A ticket is released there between two batches.
+void CLiveControl::endHaltOfCommands() {
+    if (!m_desk.config().user.orderService) return finishResume();
+    const auto end = [](CPaperOrderClient* orders) {
+        if (utils::isMainThread()) return; // the queue is closed: the desk ends, and stays halted
+        orders->setHalted(false);
+        finishLater();
+    };
+    TC::COrderService::instance()->holdUntilProcessed(
+        std::shared_ptr<CPaperOrderClient>(&m_desk.orderClient(), end));
+}
+
+void CLiveControl::finishLater() {
+    const auto finish = [] {
+        if (s_pCurrent != nullptr) s_pCurrent->finishResume();
+    };
+    QMetaObject::invokeMethod(qApp, finish, Qt::QueuedConnection);
 }
 
 void CLiveControl::finishResume() {

@@ -86,10 +86,12 @@ private:
     void cancelAllWaiting();
     void tryAgain(const utils::KNError& error);
     void setHaltProblem(const QString& problem);
-    void declineAccepted();
-    static void finishLater();
-    static void finishDeclining();
+    void waitForAccepted();
+    static void continueLater();
+    static void continueHere();
     void finishHalt();
+    void endHaltOfCommands();
+    static void finishLater();
     void finishResume();
     void record(const char* action, int cancelled = 0);
 

@@ -1,5 +1,7 @@
 // The halt and its end: what was accepted before, failures, and open questions.
 #include "orderservice/gates/IntakePause.h"
+#include "orderservice/gates/OrderConfirmer.h"
+#include "orderservice/service/OrderService.h"
 #include "orderservice/ui/OrdersConfirmWidget.h"
 #include "orderservice/ui/OrdersMessageBox.h"
 #include "tests/desk/journal/DeskFolder.h"
@@ -14,6 +16,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <atomic>
 #include <iterator>
 #include <memory>
 #include <regex>
@@ -65,6 +68,48 @@ TEST_F(Halt, ResumeSendsNothingThatWasAcceptedBefore) {
     ASSERT_NE(resumed, std::string::npos);
     EXPECT_LT(commandsIn(records.substr(0, resumed)), 3000) << "the halt came too late for this test";
     EXPECT_EQ(commandsIn(records.substr(resumed)), 1);
+}
+
+TEST_F(Halt, ABatchThatComesDuringTheResumeIsDeclinedOrSentAsAWhole) {
+    constexpr int kOrders = 3000;
+    QVector<TC::COrderParam> batch;
+    std::unique_ptr<TC::CConfirmationHold> hold;
+    std::atomic<bool> isProcessed{false};
+    EXPECT_EQ(
+        run({[&](CMainWindow& window) {
+                 const auto keep = [&](const QVector<TC::COrderParam>& orders) {
+                     if (batch.isEmpty()) batch.fill(orders.first(), kOrders);
+                 };
+                 QObject::connect(TC::COrderService::instance(), &TC::COrderService::sigPlaceOrders, &window,
+                                  keep, Qt::DirectConnection);
+                 return true;
+             },
+             handOver(manyOrders(1)), hasRows("orders", 1), trigger("halt"), hasState(EDeskState::Halted),
+             [&](CMainWindow& window) {
+                 hold = std::make_unique<TC::CConfirmationHold>(); // the resume waits for its end
+                 window.stateBar().haltButton().click();
+                 return true;
+             },
+             [this](CMainWindow&) { return hasInJournal("\"action\":\"resume\""); },
+             [&](CMainWindow&) {
+                 const auto end = [&](const bool* ticket) {
+                     delete ticket;
+                     isProcessed = true;
+                 };
+                 TC::COrderService& service = *TC::COrderService::instance();
+                 service.placeOrders(batch);
+                 service.holdUntilProcessed(std::shared_ptr<const bool>(new bool(true), end));
+                 return true;
+             },
+             [this](CMainWindow&) { return hasInJournal("the desk is halted"); },
+             [&](CMainWindow&) {
+                 hold.reset();
+                 return true;
+             },
+             hasState(EDeskState::Active), [&](CMainWindow&) { return isProcessed.load(); }}),
+        0);
+    const int sent = commandsIn(journal()) - 1;
+    EXPECT_TRUE(sent == 0 || sent == kOrders) << sent;
 }
 
 TEST_F(Halt, IsInTheJournal) {
