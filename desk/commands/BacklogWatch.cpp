@@ -34,7 +34,8 @@ void CBacklogWatch::watch() {
         if (!m_keepWaiting() && !isDropped) {
             isDropped = true;
             m_service.dropBacklog();
-            m_sink.writeLine("The waiting orders are discarded; the current order is finished.");
+            m_sink.writeLine("The waiting orders are discarded; the current order is finished.",
+                             ESeverity::Warning);
         }
         if (!isReported && !isDropped && utils::getTime() - begin > kSilentSeconds) {
             isReported = true;

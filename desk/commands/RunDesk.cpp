@@ -72,7 +72,7 @@ bool endTrading(CDesk& desk, CTextSink& sink, IDeskProgram& program,
     // Orders that were checked during shutdown wait for the main thread, which answers and sends them here.
     QCoreApplication::processEvents();
     const std::string unplaced = desk.unplacedText();
-    if (!unplaced.empty()) sink.writeLine(unplaced);
+    if (!unplaced.empty()) sink.writeLine(unplaced, ESeverity::Warning);
     return unplaced.empty();
 }
 
@@ -100,7 +100,7 @@ int trade(CDesk& desk, CTextSink& sink, IDeskProgram& program, const std::functi
     program.opened(desk, host);
     const utils::KNError installed = TC::installHost(host);
     if (!installed.isSuccess()) {
-        sink.writeLine(installed.errorMsg());
+        sink.writeLine(installed.errorMsg(), ESeverity::Warning);
         program.ended(desk);
         return kCannotWork;
     }
@@ -113,13 +113,15 @@ int trade(CDesk& desk, CTextSink& sink, IDeskProgram& program, const std::functi
     }
     const bool isProcessed = endTrading(desk, sink, program, keepWaiting);
     const utils::KNError saved = desk.saveInterfaces();
-    if (!saved.isSuccess()) sink.writeLine("the interfaces cannot be saved: " + saved.errorMsg());
+    if (!saved.isSuccess())
+        sink.writeLine("the interfaces cannot be saved: " + saved.errorMsg(), ESeverity::Warning);
     TC::COrderServiceAdapter::release();
     TC::COrderService::release();
     TC::releaseHost();
     program.ended(desk);
     const utils::KNError closed = desk.close(reason);
-    if (!closed.isSuccess()) sink.writeLine("the journal could not be closed: " + closed.errorMsg());
+    if (!closed.isSuccess())
+        sink.writeLine("the journal could not be closed: " + closed.errorMsg(), ESeverity::Warning);
     return isProcessed && saved.isSuccess() && closed.isSuccess() ? kOrderly : kCannotWork;
 }
 
@@ -141,23 +143,23 @@ int runDesk(const std::string& folder, std::ostream& out, IDeskProgram& program,
     CFolderLock lock;
     const utils::KNError locked = lock.acquire(folder);
     if (!locked.isSuccess()) {
-        sink.writeLine(locked.errorMsg());
+        sink.writeLine(locked.errorMsg(), ESeverity::Warning);
         return kBadFolder;
     }
     CLoadedConfig loaded = readDeskFolder(folder);
     if (!loaded.mistakes.empty()) return refuse(folder, loaded.mistakes, out);
     for (const CDiagnostic& warning : loaded.warnings)
-        sink.writeLine(warningText(warning));
+        sink.writeLine(warningText(warning), ESeverity::Warning);
     const utils::KNError raised = raiseFileLimit();
-    if (!raised.isSuccess()) sink.writeLine(raised.errorMsg());
+    if (!raised.isSuccess()) sink.writeLine(raised.errorMsg(), ESeverity::Warning);
     for (const std::string& problem : prepareOrderFiles(loaded.config))
-        sink.writeLine(problem);
+        sink.writeLine(problem, ESeverity::Warning);
     CDesk desk(folder, std::move(loaded.config), sink);
     program.made(desk);
     const utils::KNError opened = desk.open();
     if (!opened.isSuccess()) {
         program.ended(desk);
-        sink.writeLine(opened.errorMsg());
+        sink.writeLine(opened.errorMsg(), ESeverity::Warning);
         return kCannotWork;
     }
     return trade(desk, sink, program, keepGoing, keepWaiting);

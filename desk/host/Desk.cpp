@@ -45,15 +45,16 @@ CDesk::~CDesk() {
 
 utils::KNError CDesk::open() {
     utils::KNError result = m_journal.open(m_strFolder);
-    if (m_journal.isAfterCrash()) m_sink.writeLine(crashText(m_journal.lastSeq()));
+    if (m_journal.isAfterCrash()) m_sink.writeLine(crashText(m_journal.lastSeq()), ESeverity::Warning);
     if (m_journal.lastBrokerEvent() > 0 && !hasPaperStore(m_strFolder))
         m_sink.writeLine("WARNING: there is no paper.db, but the journal has orders. The books begin anew "
-                         "with the folder's funds and positions.");
+                         "with the folder's funds and positions.",
+                         ESeverity::Warning);
     if (result.isSuccess())
         result = m_broker.open(m_strFolder, m_config.accounts, m_journal.lastBrokerEvent(),
                                {m_journal.lastTask(), m_journal.lastOrder(), m_journal.lastFill()});
     if (const auto tasks = m_broker.unbookedTasks(); result.isSuccess() && tasks && m_journal.isAfterCrash())
-        m_sink.writeLine(unbookedText(tasks->first, tasks->second));
+        m_sink.writeLine(unbookedText(tasks->first, tasks->second), ESeverity::Warning);
     m_strTradingDay = m_exchange.getMaxTradingDay();
     if (result.isSuccess()) result = m_broker.startTradingDay(m_strTradingDay);
     // Without a `stopped` record in the journal, the next start would report that this run was interrupted.
@@ -133,7 +134,8 @@ void CDesk::tick(double secondsSinceStart) {
         const utils::KNError matched = m_broker.onQuote(stockKey);
         if (!matched.isSuccess())
             m_sink.writeLine("the paper broker cannot match the waiting orders of " + stockKey + ": " +
-                             matched.errorMsg());
+                                 matched.errorMsg(),
+                             ESeverity::Warning);
         m_quotes.publish(stockKey);
     });
     m_keeper.update(*TC::COrderService::instance());
@@ -157,7 +159,8 @@ utils::KNError CDesk::close(const std::string& reason) {
     // If the journal is moved away before the next start, it cannot tell the broker which events it has.
     const utils::KNError stored = m_broker.storeDelivered();
     if (!stored.isSuccess())
-        m_sink.writeLine("Do not move the journal before the next start of the desk: " + stored.errorMsg());
+        m_sink.writeLine("Do not move the journal before the next start of the desk: " + stored.errorMsg(),
+                         ESeverity::Warning);
     m_orderLines.finish();
     return m_journal.close(reason);
 }

@@ -86,6 +86,12 @@ std::string resultText(const TC::CIntakeReport& report) {
     return text;
 }
 
+/// Whether orders of the file are lost or wait, or are sent without something that its writer wanted.
+bool isLoss(const TC::CIntakeReport& report) {
+    return report.m_bRejected || report.m_bLeftOver || report.m_bLeftWaiting || report.m_bCutShort ||
+           report.m_nIgnoredLines != 0 || report.m_nUnreadTradeParams != 0;
+}
+
 /// What happened to an order file, as the rest of a message that begins with its path. Empty if there is
 /// nothing to tell.
 std::string fileText(const TC::CIntakeReport& report) {
@@ -118,15 +124,17 @@ void CDeskIntakeAudit::recordIntake(const TC::CIntakeReport& report) {
     const bool isRecorded = m_journal.append(intakeRecord(report)).isSuccess();
     const std::string text = fileText(report);
     if (!text.empty())
-        m_sink.writeFloodLine(EFloodLine::File, isRecorded, report.m_strSource.toStdString() + text);
+        m_sink.writeFloodLine(EFloodLine::File, isRecorded, report.m_strSource.toStdString() + text,
+                              isLoss(report) ? ESeverity::Warning : ESeverity::Note);
 }
 
 void CDeskIntakeAudit::recordDoor(const TC::CDoorReport& report) {
     (void)m_journal.append("door", doorFields(report));
     if (report.m_eEvent != TC::EDoorEvent::Stuck) return;
     m_sink.writeLine("the listener on " + report.m_strSource.toStdString() + " no longer answers, because " +
-                     report.m_strPeer.toStdString() + " sent " + report.m_strCause.toStdString() +
-                     "; stop the strategy and start it again");
+                         report.m_strPeer.toStdString() + " sent " + report.m_strCause.toStdString() +
+                         "; stop the strategy and start it again",
+                     ESeverity::Warning);
 }
 
 void CDeskIntakeAudit::recordDiscard(const TC::CDiscardReport& report) {
@@ -138,7 +146,8 @@ void CDeskIntakeAudit::recordUnplaced(const QVector<TC::COrderParam>& orders) {
     for (const TC::COrderParam& order : orders) {
         ++m_unplaced[order.m_nChannel];
         const bool isRecorded = m_journal.append("unplaced", unplacedFields(order)).isSuccess();
-        if (!isRecorded) m_sink.writeLine("not processed: " + order.toQString().toStdString());
+        if (!isRecorded)
+            m_sink.writeLine("not processed: " + order.toQString().toStdString(), ESeverity::Warning);
     }
 }
 

@@ -18,7 +18,7 @@ CJournalGuard::~CJournalGuard() = default;
 
 void CJournalGuard::checkFile() {
     const std::string cause = m_journal.checkFile();
-    if (!cause.empty()) m_sink.writeLine("WARNING: " + cause);
+    if (!cause.empty()) m_sink.writeLine("WARNING: " + cause, ESeverity::Warning);
 }
 
 void CJournalGuard::poll() {
@@ -31,7 +31,8 @@ void CJournalGuard::poll() {
         const utils::KNError failure = m_journal.failure();
         if (failure.isSuccess()) return;
         m_pause = std::make_unique<TC::CIntakePause>();
-        m_sink.writeLine("ERROR: " + failure.errorMsg() + ". New commands are refused and order files wait.");
+        m_sink.writeLine("ERROR: " + failure.errorMsg() + ". New commands are refused and order files wait.",
+                         ESeverity::Warning);
     }
     if (!m_journal.probe().isSuccess()) return;
     if (m_onRecovered) m_onRecovered();

@@ -24,7 +24,8 @@ void reportDiscard(const TC::CDiscardReport& report, const std::string& cause, C
     (void)journal.append("discarded", discardFields(report, cause));
     const std::string lines = report.m_nLines < 0 ? "cannot be read" : counted(report.m_nLines, "line");
     sink.writeLine("NOT READ: " + report.m_strSource.toStdString() + " (" + lines + ") of channel " +
-                   std::to_string(report.m_nChannel) + ": " + cause);
+                       std::to_string(report.m_nChannel) + ": " + cause,
+                   ESeverity::Warning);
 }
 
 void reportLeftovers(const TC::COrderStrategyMap& strategies, bool isKept, CJournal& journal,

@@ -57,6 +57,10 @@ std::string stateOf(const CPaperOrder& order) {
     return "REJECTED: " + order.m_strReason;
 }
 
+ESeverity severityOf(bool isRejected) {
+    return isRejected ? ESeverity::Warning : ESeverity::Note;
+}
+
 /// The reason without its numbers, which differ from order to order.
 std::string withoutNumbers(std::string reason) {
     const auto isNumber = [](char c) { return (c >= '0' && c <= '9') || c == '.'; };
@@ -137,8 +141,8 @@ void COrderLines::write(bool isSecondOver) {
         }
     }
     for (const auto& [id, order] : changed)
-        m_sink.writeLine(orderLine(order));
-    if (!unshown.isEmpty()) m_sink.writeLine(text(unshown));
+        m_sink.writeLine(orderLine(order), severityOf(order.m_eStatus == EOrderStatus::Rejected));
+    if (!unshown.isEmpty()) m_sink.writeLine(text(unshown), severityOf(unshown.m_nRejected > 0));
 }
 
 /// The most frequent reasons.

@@ -31,7 +31,8 @@ void CPaperOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
         m_sink.writeFloodLine(EFloodLine::Note, true,
                               "task " + std::to_string(task) +
                                   ": the command names no instrument, so the "
-                                  "paper broker makes no order from it");
+                                  "paper broker makes no order from it",
+                              ESeverity::Warning);
 }
 
 utils::KNError CPaperOrderClient::pass(const TC::COrderComandParamPtr& command, int& task) {

@@ -106,7 +106,8 @@ void CStrategyKeeper::refuse(const TC::COrderStrategyParam& strategy, const std:
     CJson fields = strategyFields("not_saved", strategy);
     fields["cause"] = reason;
     (void)m_journal.append("strategy", fields);
-    m_sink.writeLine("strategy " + std::to_string(channel) + " is not saved as it is: " + reason);
+    m_sink.writeLine("strategy " + std::to_string(channel) + " is not saved as it is: " + reason,
+                     ESeverity::Warning);
 }
 
 void CStrategyKeeper::save() {
@@ -114,7 +115,7 @@ void CStrategyKeeper::save() {
     m_bUnsaved = !saved.isSuccess();
     const std::string failure = saved.isSuccess() ? std::string() : saved.errorMsg();
     if (!failure.empty() && failure != m_strReportedFailure)
-        m_sink.writeLine("the strategies cannot be saved: " + failure);
+        m_sink.writeLine("the strategies cannot be saved: " + failure, ESeverity::Warning);
     m_strReportedFailure = failure;
 }
 

@@ -23,6 +23,11 @@ const char* nameOf(EFloodLine kind) {
     return "messages";
 }
 
+ESeverity severityOf(EFloodLine kind) {
+    const bool isWarning = kind == EFloodLine::Refusal || kind == EFloodLine::Incident;
+    return isWarning ? ESeverity::Warning : ESeverity::Note;
+}
+
 } // namespace
 
 CTextSink::~CTextSink() {
@@ -30,15 +35,20 @@ CTextSink::~CTextSink() {
         reportLeftOut(kind, flood);
 }
 
-void CTextSink::writeLine(const std::string& text) {
+void CTextSink::writeLine(const std::string& text, ESeverity severity) {
     const std::lock_guard lock(m_mutex);
-    if (m_listener) m_listener(nullptr, text);
+    if (m_listener) m_listener(nullptr, severity, text);
     write(text);
 }
 
 void CTextSink::writeFloodLine(EFloodLine kind, bool isRecorded, const std::string& text) {
+    writeFloodLine(kind, isRecorded, text, severityOf(kind));
+}
+
+void CTextSink::writeFloodLine(EFloodLine kind, bool isRecorded, const std::string& text,
+                               ESeverity severity) {
     const std::lock_guard lock(m_mutex);
-    if (m_listener) m_listener(&kind, text);
+    if (m_listener) m_listener(&kind, severity, text);
     if (!isRecorded) return write(text);
     utils::CSecondLimit& flood = m_floods.try_emplace(kind, kLinesPerSecond).first->second;
     const double now = utils::getTime();

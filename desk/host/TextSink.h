@@ -15,12 +15,17 @@ namespace desk {
 /// Note: like Message, but not a message of the order service.
 enum class EFloodLine { Refusal, Message, File, Incident, Note };
 
+/// Whether a line reports a loss or a failure, for a window that shows this.
+enum class ESeverity { Note, Warning };
+
 /// Messages of the desk to its user: whole lines to a stream, from any thread. The stream must outlive the
 /// sink.
 class CTextSink {
 public:
     /// Number of flood lines of one kind that are shown in a second, by the clock of base/Clock.h.
     static constexpr int kLinesPerSecond = 50;
+
+    using CListener = std::function<void(const EFloodLine* kind, ESeverity, const std::string& text)>;
 
     explicit CTextSink(std::ostream& stream) : m_stream(stream) {}
     /// Reports the lines that were left out and not reported yet.
@@ -31,17 +36,17 @@ public:
     /// Sets a receiver of all lines of the desk, also of the flood lines that are left out here. `kind` is
     /// null for a line of writeLine. It is called on the writer's thread with the sink locked, so it must not
     /// call the sink and must not wait. Set it before other threads write.
-    void setListener(std::function<void(const EFloodLine* kind, const std::string& text)> listener) {
-        m_listener = std::move(listener);
-    }
+    void setListener(CListener listener) { m_listener = std::move(listener); }
 
     /// Writes the text (UTF-8) and a newline, and flushes.
-    void writeLine(const std::string& text);
+    void writeLine(const std::string& text, ESeverity severity = ESeverity::Note);
 
     /// Does the same, but leaves the line out if the second has had its lines of this kind. The number of
     /// lines that were left out is shown when the second is over. `isRecorded`: whether the journal has the
-    /// line. If not, it is always written.
+    /// line. If not, it is always written. Without a severity, refusals and incidents are warnings, and the
+    /// other kinds are notes.
     void writeFloodLine(EFloodLine kind, bool isRecorded, const std::string& text);
+    void writeFloodLine(EFloodLine kind, bool isRecorded, const std::string& text, ESeverity severity);
 
     /// Reports the lines that were left out in seconds that are over. Call it several times a second.
     void poll();
@@ -52,7 +57,7 @@ private:
 
     std::mutex m_mutex;
     std::ostream& m_stream;
-    std::function<void(const EFloodLine*, const std::string&)> m_listener;
+    CListener m_listener;
     std::map<EFloodLine, utils::CSecondLimit> m_floods; ///< the kinds that had lines
 };
 

@@ -34,12 +34,6 @@ CFeedMessage::EKind kindOf(const EFloodLine* kind) {
     return CFeedMessage::EKind::Service;
 }
 
-/// Whether the line begins like a warning of the desk.
-bool isWarning(const EFloodLine* kind, const std::string& text) {
-    if (kind != nullptr) return *kind == EFloodLine::Refusal || *kind == EFloodLine::Incident;
-    return text.compare(0, 7, "WARNING") == 0 || text.compare(0, 5, "ERROR") == 0;
-}
-
 } // namespace
 
 CWindowProgram::CWindowProgram(QString folder, QSettings& settings, std::function<bool()> keepGoing)
@@ -48,10 +42,10 @@ CWindowProgram::CWindowProgram(QString folder, QSettings& settings, std::functio
 CWindowProgram::~CWindowProgram() = default;
 
 void CWindowProgram::began(CTextSink& sink) {
-    sink.setListener([this](const EFloodLine* kind, const std::string& text) {
+    sink.setListener([this](const EFloodLine* kind, ESeverity severity, const std::string& text) {
         // CWindowMsgService has the messages of the order service already.
         if (kind != nullptr && *kind == EFloodLine::Message) return;
-        m_feed.addMessage(kindOf(kind), isWarning(kind, text), QString::fromStdString(text));
+        m_feed.addMessage(kindOf(kind), severity == ESeverity::Warning, QString::fromStdString(text));
     });
 }
 

@@ -74,5 +74,36 @@ TEST_F(DeskIntakeAudit, LinesThatAreLeftOutAreShownBesideTheOrders) {
         "for channel 5; 1 orderParam line is not understood, and its orders go out without it\n");
 }
 
+TEST_F(DeskIntakeAudit, FilesWithALossAreWarnings) {
+    ESeverity severity = ESeverity::Note;
+    m_sink.setListener([&](const EFloodLine*, ESeverity written, const std::string&) { severity = written; });
+    const auto severityOf = [&](void (*change)(TC::CIntakeReport&)) {
+        TC::CIntakeReport report;
+        report.m_nLines = 2;
+        change(report);
+        severity = ESeverity::Note;
+        m_audit.recordIntake(report);
+        return severity;
+    };
+    EXPECT_EQ(severityOf([](TC::CIntakeReport&) {}), ESeverity::Note);
+    EXPECT_EQ(severityOf([](TC::CIntakeReport& report) { report.m_bRejected = true; }), ESeverity::Warning);
+    EXPECT_EQ(severityOf([](TC::CIntakeReport& report) { report.m_bCutShort = true; }), ESeverity::Warning);
+    EXPECT_EQ(severityOf([](TC::CIntakeReport& report) { report.m_bLeftOver = true; }), ESeverity::Warning);
+    EXPECT_EQ(severityOf([](TC::CIntakeReport& report) { report.m_bLeftWaiting = true; }),
+              ESeverity::Warning);
+    EXPECT_EQ(severityOf([](TC::CIntakeReport& report) { report.m_nIgnoredLines = 1; }), ESeverity::Warning);
+    EXPECT_EQ(severityOf([](TC::CIntakeReport& report) { report.m_nUnreadTradeParams = 1; }),
+              ESeverity::Warning);
+}
+
+TEST_F(DeskIntakeAudit, AListenerThatNoLongerAnswersIsAWarning) {
+    ESeverity severity = ESeverity::Note;
+    m_sink.setListener([&](const EFloodLine*, ESeverity written, const std::string&) { severity = written; });
+    TC::CDoorReport report;
+    report.m_eEvent = TC::EDoorEvent::Stuck;
+    m_audit.recordDoor(report);
+    EXPECT_EQ(severity, ESeverity::Warning);
+}
+
 } // namespace
 } // namespace desk

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace desk {
 namespace {
@@ -45,6 +46,22 @@ protected:
     CTextSink m_sink{m_out};
     COrderLines m_lines{m_sink};
 };
+
+TEST_F(OrderLines, RejectedOrdersAreWarnings) {
+    std::vector<ESeverity> severities;
+    m_sink.setListener(
+        [&](const EFloodLine*, ESeverity severity, const std::string&) { severities.push_back(severity); });
+    for (int id = 1; id <= COrderLines::kOrdersPerSecond - 1; ++id)
+        take(orderOf(id, EOrderStatus::Working));
+    take(orderOf(1000, EOrderStatus::Rejected, 0, "no money"));
+    take(orderOf(1001, EOrderStatus::Rejected, 0, "no money")); // has no line of its own
+    m_clock.sleep(1);
+    m_lines.show();
+    ASSERT_EQ(severities.size(), static_cast<std::size_t>(COrderLines::kOrdersPerSecond) + 1);
+    EXPECT_EQ(severities.front(), ESeverity::Note);
+    EXPECT_EQ(severities[severities.size() - 2], ESeverity::Warning);
+    EXPECT_EQ(severities.back(), ESeverity::Warning) << "the line with the numbers";
+}
 
 TEST(OrderLine, SaysWhatHappenedToTheOrder) {
     const std::string head = "order 15 of task 9: A1 buy 1000 SH600101 @ 11.02: ";

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace desk {
 namespace {
@@ -56,12 +57,30 @@ TEST_F(TextSink, ListenerGetsAlsoTheLinesThatAreLeftOut) {
     CTextSink sink(m_out);
     int plain = 0;
     int refusals = 0;
-    sink.setListener(
-        [&](const EFloodLine* kind, const std::string&) { ++(kind == nullptr ? plain : refusals); });
+    sink.setListener([&](const EFloodLine* kind, ESeverity, const std::string&) {
+        ++(kind == nullptr ? plain : refusals);
+    });
     flood(sink, EFloodLine::Refusal, CTextSink::kLinesPerSecond + 20);
     sink.writeLine("line");
     EXPECT_EQ(refusals, CTextSink::kLinesPerSecond + 20);
     EXPECT_EQ(plain, 1);
+}
+
+TEST_F(TextSink, WriterSaysWhetherALineIsAWarning) {
+    CTextSink sink(m_out);
+    std::vector<ESeverity> severities;
+    sink.setListener(
+        [&](const EFloodLine*, ESeverity severity, const std::string&) { severities.push_back(severity); });
+    sink.writeLine("note");
+    sink.writeLine("warning", ESeverity::Warning);
+    sink.writeFloodLine(EFloodLine::Refusal, true, "warning");
+    sink.writeFloodLine(EFloodLine::Incident, true, "warning");
+    sink.writeFloodLine(EFloodLine::File, true, "note");
+    sink.writeFloodLine(EFloodLine::File, true, "warning", ESeverity::Warning);
+    sink.writeFloodLine(EFloodLine::Note, true, "note");
+    const auto note = ESeverity::Note;
+    const auto warning = ESeverity::Warning;
+    EXPECT_EQ(severities, (std::vector<ESeverity>{note, warning, warning, warning, note, warning, note}));
 }
 
 TEST_F(TextSink, KindsAreCountedApart) {
