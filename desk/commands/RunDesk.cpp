@@ -85,6 +85,7 @@ public:
     void began(CTextSink&) override {}
     void made(CDesk&) override {}
     void opened(CDesk&, TC::CHost&) override {}
+    void starting() override {}
     std::string run(CDesk& desk) override { return runLoop(desk, m_exitWhenIdle, m_keepGoing); }
     void end(CDesk&, const std::function<void()>& shutDown) override { shutDown(); }
     void ended(CDesk&) override {}
@@ -108,6 +109,7 @@ int trade(CDesk& desk, CTextSink& sink, IDeskProgram& program, const std::functi
     TC::COrderServiceAdapter::initInstance(new TC::COrderServiceAdapter);
     std::string reason = "signal";
     if (keepGoing()) { // the user may have requested the end while the folder and the books were read
+        program.starting();
         desk.startTrading();
         reason = program.run(desk);
     }

@@ -22,6 +22,8 @@ public:
     virtual void made(CDesk& desk) = 0;
     /// Journal and store are open. `host` may be changed; it is installed next.
     virtual void opened(CDesk& desk, TC::CHost& host) = 0;
+    /// COrderService exists, and trading starts next. Not called if the end was requested before.
+    virtual void starting() = 0;
     /// The main loop: calls CDesk::tick about 50 times a second. Returns the reason why it ended.
     virtual std::string run(CDesk& desk) = 0;
     /// Calls `shutDown` once, on any thread, and returns when it has returned. It waits until the accepted

@@ -17,7 +17,9 @@ constexpr int kAtOnce = 3;    ///< number of the request that ends the process
 
 std::atomic<int> s_requests{0};
 std::atomic<double> s_lastSignal{0};
-static_assert(std::atomic<int>::is_always_lock_free && std::atomic<double>::is_always_lock_free,
+std::atomic<bool> s_hasSignal{false};
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<double>::is_always_lock_free &&
+                  std::atomic<bool>::is_always_lock_free,
               "a signal handler uses them");
 
 bool isNewPress() {
@@ -25,15 +27,21 @@ bool isNewPress() {
     return now - s_lastSignal.exchange(now) >= kOnePressSeconds;
 }
 
+void requestFirst() {
+    int none = 0;
+    s_requests.compare_exchange_strong(none, 1);
+}
+
 extern "C" void onInterrupt(int) {
+    s_hasSignal = true;
     if (!isNewPress() || ++s_requests < kAtOnce) return;
     std::signal(SIGINT, SIG_DFL);
     std::raise(SIGINT);
 }
 
 extern "C" void onStop(int) {
-    int none = 0;
-    s_requests.compare_exchange_strong(none, 1);
+    s_hasSignal = true;
+    requestFirst();
 }
 
 } // namespace
@@ -42,11 +50,20 @@ CStopSignals::CStopSignals() {
     // The first call creates the clock object, which a signal handler must not do.
     (void)utils::getTime();
     s_requests = 0;
+    s_hasSignal = false;
     s_lastSignal = -std::numeric_limits<double>::infinity();
     std::signal(SIGINT, onInterrupt);
     std::signal(SIGTERM, onStop);
     if (std::signal(SIGHUP, onStop) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
+}
+
+void CStopSignals::requestEnd() {
+    requestFirst();
+}
+
+bool CStopSignals::hasSignal() const {
+    return s_hasSignal;
 }
 
 bool CStopSignals::keepGoing() const {

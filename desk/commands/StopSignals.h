@@ -14,6 +14,11 @@ class CStopSignals {
 public:
     CStopSignals();
 
+    /// Requests the end without a signal, for instance because the window was closed. The next SIGINT means
+    /// not to wait for the backlog.
+    void requestEnd();
+    /// Whether a signal has come, other than those that are ignored. Any thread.
+    bool hasSignal() const;
     /// True until the end is requested. Any thread.
     bool keepGoing() const;
     /// True while the end may wait for the backlog. Any thread.

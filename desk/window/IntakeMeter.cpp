@@ -15,7 +15,7 @@ thread_local std::shared_ptr<const void> s_ofThread;
 } // namespace
 
 std::shared_ptr<const void> CIntakeMeter::begin(int orders, double now) {
-    auto batch = std::make_shared<CBatch>(CBatch{orders, now});
+    auto batch = std::make_shared<CBatch>(CBatch{orders, now, false});
     const std::lock_guard lock(m_mutex);
     m_batches.push_back(batch);
     m_state.m_nQueue += orders;
@@ -37,12 +37,32 @@ std::shared_ptr<const void> CIntakeMeter::takeOfThread() {
     return std::move(s_ofThread);
 }
 
-void CIntakeMeter::command(bool isOfFirstBatch, double now) {
+void CIntakeMeter::command(bool isInCheck, double now) {
     const std::lock_guard lock(m_mutex);
     m_state.m_strLastTime = utils::currentTimeText();
     m_state.m_lastMs.reset();
-    if (isOfFirstBatch && !m_batches.empty())
-        m_state.m_lastMs = (now - m_batches.front()->m_dBegin) * kMsPerSecond;
+    if (!isInCheck || m_batches.empty()) return;
+    m_state.m_lastMs = (now - m_batches.front()->m_dBegin) * kMsPerSecond;
+    finishOrder();
+}
+
+void CIntakeMeter::refusal() {
+    const std::lock_guard lock(m_mutex);
+    if (!m_batches.empty()) m_batches.front()->m_bRefused = true;
+}
+
+void CIntakeMeter::message() {
+    const std::lock_guard lock(m_mutex);
+    if (!m_batches.empty() && m_batches.front()->m_bRefused) finishOrder();
+}
+
+/// One order less of the first batch.
+void CIntakeMeter::finishOrder() {
+    CBatch& batch = *m_batches.front();
+    batch.m_bRefused = false;
+    if (batch.m_nOrders == 0) return;
+    --batch.m_nOrders;
+    --m_state.m_nQueue;
 }
 
 CIntakeMeter::CState CIntakeMeter::state() const {

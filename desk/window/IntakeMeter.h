@@ -13,7 +13,7 @@ namespace desk {
 class CIntakeMeter : public std::enable_shared_from_this<CIntakeMeter> {
 public:
     struct CState {
-        int m_nQueue = 0;               ///< orders of batches whose check has not ended
+        int m_nQueue = 0;               ///< accepted orders that are neither sent nor refused
         std::string m_strLastTime;      ///< when the last command came, as ISO 8601; empty if there was none
         std::optional<double> m_lastMs; ///< from the door to that command; not set if a person was asked
     };
@@ -26,16 +26,24 @@ public:
     /// The batch that the door on this thread has reported, or null.
     [[nodiscard]] static std::shared_ptr<const void> takeOfThread();
 
-    /// A command came. `isOfFirstBatch`: it belongs to the batch that is being checked now, which is the
-    /// first one that has not ended.
-    void command(bool isOfFirstBatch, double now);
+    /// The next three are called in the order in which they happen. The batch that is being checked is the
+    /// first one that has not ended. Its orders leave the queue one by one.
+
+    /// A command came. `isInCheck`: the check of a batch has sent it, and its order is finished with it.
+    void command(bool isInCheck, double now);
+    /// The check has refused an order, or a part of one: a command may still follow.
+    void refusal();
+    /// The check has shown a message, as it does when it begins an order. So a refused order is finished.
+    void message();
     CState state() const;
 
 private:
     struct CBatch {
         int m_nOrders;
         double m_dBegin;
+        bool m_bRefused = false; ///< the check has refused an order that is not counted yet
     };
+    void finishOrder();
 
     mutable std::mutex m_mutex;
     std::deque<std::shared_ptr<CBatch>> m_batches;

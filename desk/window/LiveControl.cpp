@@ -40,6 +40,7 @@ QString resultText(int result) {
 void CWindowMsgService::showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool flag1,
                                 bool flag2, const QString& extra) {
     s_lastMessage = text;
+    if (!utils::isMainThread()) m_meter->message();
     m_feed.addMessage(CFeedMessage::EKind::Service, level == TC::MsgLevel::Warning, text);
     m_desk.showMsg(text, type, level, flag1, flag2, extra);
 }
@@ -60,6 +61,7 @@ void CWindowOrderClient::orderCommands(const TC::COrderComandParamPtr& command) 
 }
 
 void CWindowOrderClient::showTradeError(const QString& text, const QString& title) {
+    if (!utils::isMainThread()) m_meter->refusal();
     m_desk.showTradeError(text, title);
 }
 

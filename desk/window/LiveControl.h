@@ -15,10 +15,12 @@
 
 namespace desk {
 
-/// Passes messages on to the desk and to the feed. Any thread. Both must outlive it.
+/// Passes messages on to the desk and to the feed, and lets the meter know of them. Any thread. Desk and feed
+/// must outlive it.
 class CWindowMsgService : public TC::CMsgService {
 public:
-    CWindowMsgService(TC::CMsgService& desk, CWindowFeed& feed) : m_desk(desk), m_feed(feed) {}
+    CWindowMsgService(TC::CMsgService& desk, CWindowFeed& feed, std::shared_ptr<CIntakeMeter> meter)
+        : m_desk(desk), m_feed(feed), m_meter(std::move(meter)) {}
 
     void showMsg(const QString& text, TC::EMsgTypeDef type, TC::MsgLevel level, bool flag1, bool flag2,
                  const QString& extra) override;
@@ -29,6 +31,7 @@ public:
 private:
     TC::CMsgService& m_desk;
     CWindowFeed& m_feed;
+    const std::shared_ptr<CIntakeMeter> m_meter;
 };
 
 /// Passes commands on to the desk, and measures them. Any thread. The desk must outlive it.
@@ -55,7 +58,8 @@ public:
 
     /// Fills the feed with what the broker has now. Before trading starts.
     void feedStart();
-    /// Measures the batches of the order service from now on. Once, after COrderService was made.
+    /// Measures the batches of the order service from now on. Once, after COrderService was made and before
+    /// trading starts.
     void measure();
     const std::shared_ptr<CIntakeMeter>& meter() const { return m_meter; }
     /// The desk ends: from now on the state is "ending".

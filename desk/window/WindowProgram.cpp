@@ -16,6 +16,8 @@ namespace desk {
 namespace {
 
 constexpr int kTickMs = 20;
+constexpr int kDeclineMs = 10;
+constexpr const char* kClosed = "window closed";
 
 CFeedMessage::EKind kindOf(const EFloodLine* kind) {
     if (kind == nullptr) return CFeedMessage::EKind::Desk;
@@ -61,9 +63,9 @@ void CWindowProgram::made(CDesk& desk) {
 }
 
 void CWindowProgram::opened(CDesk& desk, TC::CHost& host) {
-    m_messages = std::make_unique<CWindowMsgService>(*host.msgService, m_feed);
-    host.msgService = m_messages.get();
     m_control = std::make_unique<CLiveControl>(desk, m_feed);
+    m_messages = std::make_unique<CWindowMsgService>(*host.msgService, m_feed, m_control->meter());
+    host.msgService = m_messages.get();
     m_orders = std::make_unique<CWindowOrderClient>(*host.orderClient, m_control->meter());
     host.orderClient = m_orders.get();
     m_audit = std::make_unique<CMeteredAudit>(*host.intakeAudit, m_control->meter());
@@ -72,13 +74,20 @@ void CWindowProgram::opened(CDesk& desk, TC::CHost& host) {
     desk.setDialog(&m_dialog);
 }
 
-std::string CWindowProgram::run(CDesk& desk) {
+/// The window shows what was there before. So all that trading brings is news.
+void CWindowProgram::starting() {
     QApplication::setQuitOnLastWindowClosed(false); // the window is still needed while the desk ends
     m_control->measure();
     m_window = std::make_unique<CMainWindow>(m_strFolder, *m_control, m_feed, m_settings);
     m_dialog.setWindow(m_window.get(), [this] { m_window->halt(); });
+    m_window->begin();
+    m_window->show();
+    if (m_onWindow) m_onWindow(*m_window);
+}
+
+std::string CWindowProgram::run(CDesk& desk) {
     QEventLoop loop;
-    std::string reason = "window closed";
+    std::string reason = kClosed;
     QTimer tick;
     const double start = utils::getTime();
     QObject::connect(&tick, &QTimer::timeout, &loop, [&] {
@@ -91,11 +100,9 @@ std::string CWindowProgram::run(CDesk& desk) {
     });
     QObject::connect(m_window.get(), &CMainWindow::sigClosed, &loop, &QEventLoop::quit);
     tick.start(kTickMs);
-    m_window->begin();
-    m_window->show();
-    if (m_onWindow) m_onWindow(*m_window);
     loop.exec();
     m_window->saveAll();
+    if (m_onClosed && reason == kClosed) m_onClosed();
     return reason;
 }
 
@@ -107,15 +114,19 @@ void CWindowProgram::end(CDesk&, const std::function<void()>& shutDown) {
     m_control->setEnding();
     m_window->showEnding();
     QEventLoop loop;
+    QTimer ended; // it also runs in the loop of a question that is open, and that nobody may answer
+    QObject::connect(&ended, &QTimer::timeout, &loop, [&loop] {
+        loop.quit(); // it ends after the loops of all questions, which wait inside it
+        CMainWindow::declineOpen();
+    });
+    ended.setInterval(kDeclineMs);
     std::thread thread([&] {
         shutDown();
         // By its name: the thread sanitizer does not see that Qt hands a function pointer over.
-        QMetaObject::invokeMethod(&loop, "quit", Qt::QueuedConnection);
+        QMetaObject::invokeMethod(&ended, "start", Qt::QueuedConnection);
     });
     loop.exec();
     thread.join();
-    while (CMainWindow::declineOpen()) {
-    }
     m_dialog.setWindow(nullptr, {});
     m_window.reset();
     m_feed.end();

@@ -25,14 +25,18 @@ public:
     CWindowProgram(QString folder, QSettings& settings, std::function<bool()> keepGoing);
     ~CWindowProgram() override;
 
-    /// Is called with the window before it is shown, for tests.
+    /// Is called with the window before trading starts, for tests.
     void setOnWindow(std::function<void(CMainWindow&)> onWindow) { m_onWindow = std::move(onWindow); }
+    /// Is called on the main thread when the user has closed the window, before the accepted orders are
+    /// finished.
+    void setOnClosed(std::function<void()> onClosed) { m_onClosed = std::move(onClosed); }
 
     void began(CTextSink& sink) override;
     void made(CDesk& desk) override;
     void opened(CDesk& desk, TC::CHost& host) override;
+    void starting() override;
     std::string run(CDesk& desk) override;
-    /// Shows the window until the accepted orders are finished.
+    /// Shows the window until the accepted orders are finished. Then open questions are declined.
     void end(CDesk& desk, const std::function<void()>& shutDown) override;
     void ended(CDesk& desk) override;
 
@@ -41,6 +45,7 @@ private:
     QSettings& m_settings;
     const std::function<bool()> m_keepGoing;
     std::function<void(CMainWindow&)> m_onWindow;
+    std::function<void()> m_onClosed;
     CWindowFeed m_feed;
     CConfirmDialog m_dialog; ///< the desk uses it until its end
     std::unique_ptr<CWindowMsgService> m_messages;

@@ -27,7 +27,7 @@ void showFailure(const std::string& text, const desk::CStopSignals& stop) {
                     QString::fromStdString(text));
     box.setTextFormat(Qt::PlainText);
     constexpr int kSecondsAfterSignal = 10;
-    if (!stop.keepGoing())
+    if (stop.hasSignal())
         QTimer::singleShot(std::chrono::seconds(kSecondsAfterSignal), &box, &QDialog::reject);
     box.exec();
 }
@@ -40,6 +40,7 @@ int runWindow(const QString& folder) {
     QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("orderdesk"),
                        QStringLiteral("window"));
     desk::CWindowProgram program(folder, settings, [&] { return stop.keepGoing(); });
+    program.setOnClosed([&] { stop.requestEnd(); }); // now Ctrl-C discards, as the desk says
     const int result = desk::runDesk(
         folder.toStdString(), out, program, [&] { return stop.keepGoing(); },
         [&] { return stop.keepWaiting(); });

@@ -41,6 +41,22 @@ TEST(StopSignalsDeathTest, ThirdCtrlCEndsTheProcessAtOnce) {
         testing::KilledBySignal(SIGINT), "");
 }
 
+TEST(StopSignalsDeathTest, AfterAClosedWindowTheFirstCtrlCDiscardsTheBacklog) {
+    EXPECT_EXIT(
+        {
+            CFakeClock clock;
+            CStopSignals stop;
+            stop.requestEnd();
+            if (stop.keepGoing() || !stop.keepWaiting() || stop.hasSignal()) std::_Exit(1);
+            std::raise(SIGTERM);
+            if (!stop.keepWaiting() || !stop.hasSignal()) std::_Exit(2);
+            press(clock);
+            if (stop.keepWaiting()) std::_Exit(3);
+            std::_Exit(kAsExpected);
+        },
+        testing::ExitedWithCode(kAsExpected), "");
+}
+
 TEST(StopSignalsDeathTest, ThirdCtrlCEndsTheProcessWhileNobodyAsks) {
     EXPECT_EXIT(
         {

@@ -3,6 +3,7 @@
 #include "desk/window/IntakeMeter.h"
 #include "desk/window/KeptText.h"
 #include "desk/window/MainWindow.h"
+#include "desk/window/MeteredAudit.h"
 #include "desk/window/StateBar.h"
 #include "tests/desk/paper/PaperDesk.h"
 #include "tests/desk/window/FakeControl.h"
@@ -210,14 +211,66 @@ TEST(IntakeMeter, CountsTheQueueAndTheTimeOfACommand) {
     meter->command(true, 10.0031);
     EXPECT_NEAR(meter->state().m_lastMs.value(), 3.1, 1e-6);
     EXPECT_NE(meter->state().m_strLastTime, "");
+    EXPECT_EQ(meter->state().m_nQueue, 6);
     first.reset();
     EXPECT_EQ(meter->state().m_nQueue, 4);
     meter->command(true, 11.5);
     EXPECT_NEAR(meter->state().m_lastMs.value(), 500, 1e-6);
     meter->command(false, 12);
     EXPECT_FALSE(meter->state().m_lastMs.has_value());
+    EXPECT_EQ(meter->state().m_nQueue, 3);
     second.reset();
     EXPECT_EQ(meter->state().m_nQueue, 0);
+}
+
+TEST(IntakeMeter, CountsARefusedOrderOnce) {
+    const auto meter = std::make_shared<CIntakeMeter>();
+    meter->refusal(); // of no batch
+    auto batch = meter->begin(4, 10);
+    meter->message();
+    EXPECT_EQ(meter->state().m_nQueue, 4);
+    meter->refusal();
+    meter->refusal(); // another row of the same basket
+    EXPECT_EQ(meter->state().m_nQueue, 4) << "a command may still follow";
+    meter->message(); // the next order
+    EXPECT_EQ(meter->state().m_nQueue, 3);
+    meter->refusal();
+    meter->command(true, 11); // without the refused row
+    meter->message();
+    EXPECT_EQ(meter->state().m_nQueue, 2);
+    for (int i = 0; i < 3; ++i)
+        meter->command(true, 12);
+    EXPECT_EQ(meter->state().m_nQueue, 0);
+    batch.reset();
+    EXPECT_EQ(meter->state().m_nQueue, 0);
+}
+
+/// A desk that records nothing.
+class CNoAudit : public TC::CIntakeAudit {
+public:
+    void recordIntake(const TC::CIntakeReport&) override {}
+    void recordDoor(const TC::CDoorReport&) override {}
+};
+
+TEST(IntakeMeter, AFileThatPlacesNothingBeginsNoBatch) {
+    CNoAudit desk;
+    const auto meter = std::make_shared<CIntakeMeter>();
+    CMeteredAudit audit(desk, meter);
+    TC::CIntakeReport report;
+    report.m_nOrders = 3;
+    for (bool TC::CIntakeReport::*flag : {&TC::CIntakeReport::m_bRejected, &TC::CIntakeReport::m_bLeftOver,
+                                          &TC::CIntakeReport::m_bLeftWaiting}) {
+        TC::CIntakeReport unplaced = report;
+        unplaced.*flag = true;
+        audit.recordIntake(unplaced);
+        EXPECT_EQ(meter->state().m_nQueue, 0);
+    }
+    audit.recordIntake({}); // an empty file
+    meter->command(true, 10);
+    EXPECT_FALSE(meter->state().m_lastMs.has_value()) << "there is no batch to measure from";
+    audit.recordIntake(report);
+    EXPECT_EQ(meter->state().m_nQueue, 3);
+    EXPECT_NE(CIntakeMeter::takeOfThread(), nullptr);
 }
 
 TEST(IntakeMeter, KeepsTheBatchThatADoorHasReportedForItsThread) {

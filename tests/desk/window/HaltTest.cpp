@@ -14,9 +14,11 @@
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <iterator>
 #include <memory>
 #include <regex>
@@ -41,6 +43,13 @@ protected:
         for (int i = 0; i < count; ++i)
             lines += "23,0,7.50,600104,200\n";
         return lines;
+    }
+    static QMessageBox* box() {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            auto* found = qobject_cast<QMessageBox*>(window);
+            if (found != nullptr && found->isVisible()) return found;
+        }
+        return nullptr;
     }
     static CWindowFolder::CStep resumes() {
         return [](CMainWindow& window) {
@@ -175,7 +184,13 @@ TEST_F(Halt, EndOfAPauseAsksIfOrderFilesWait) {
 }
 
 TEST_F(Halt, EndedRunShowsHowManyOrdersAreLeftAndCanDiscardThem) {
-    const int result = run({handOver(manyOrders(5000)), hasRows("orders", 1),
+    static const std::regex kLeft("([0-9]+) accepted order");
+    const auto leftIn = [](const QString& text) {
+        std::smatch found;
+        const std::string words = text.toStdString();
+        return std::regex_search(words, found, kLeft) ? std::stoi(found[1]) : -1;
+    };
+    const int result = run({handOver(manyOrders(5000)), hasRows("orders", 200), // of 100 commands
                             [](CMainWindow& window) {
                                 window.close();
                                 return true;
@@ -184,17 +199,35 @@ TEST_F(Halt, EndedRunShowsHowManyOrdersAreLeftAndCanDiscardThem) {
                                if (!window.isVisible() || window.stateBar().state() != EDeskState::Ending)
                                    return false;
                                EXPECT_TRUE(window.windowTitle().contains("ENDING"));
-                               EXPECT_TRUE(window.stateBar().troubleText().contains("5000 order"));
+                               EXPECT_TRUE(window.stateBar().troubleText().contains("orders that it has accepted"))
+                                   << window.stateBar().troubleText().toStdString();
                                EXPECT_FALSE(window.action("add").isEnabled());
                                window.stateBar().haltButton().click();
                                return true;
                            }});
     EXPECT_EQ(result, 1) << "orders were discarded";
     ASSERT_EQ(questions.size(), 2);
-    EXPECT_TRUE(questions[0].contains("5000 accepted order")) << questions[0].toStdString();
-    EXPECT_TRUE(questions[1].contains("5000 accepted order")) << questions[1].toStdString();
-    EXPECT_TRUE(hasInJournal("\"kind\":\"unplaced\""));
-    EXPECT_LT(commandsIn(journal()), 5000);
+    EXPECT_GT(leftIn(questions[0]), 0) << questions[0].toStdString();
+    EXPECT_LE(leftIn(questions[0]), 4900) << questions[0].toStdString();
+    static const std::regex kUnplaced(R"("kind":"unplaced")");
+    const std::string records = journal();
+    const auto unplaced = std::distance(std::sregex_iterator(records.begin(), records.end(), kUnplaced),
+                                        std::sregex_iterator());
+    EXPECT_GT(unplaced, 0);
+    EXPECT_GE(leftIn(questions[1]), unplaced) << questions[1].toStdString();
+    EXPECT_EQ(commandsIn(records) + unplaced, 5000);
+    EXPECT_TRUE(wasClosed) << "the next Ctrl-C discards";
+}
+
+TEST_F(Halt, TheWindowIsThereBeforeTradingStarts) {
+    bool isTrading = true;
+    onWindow = [&](CMainWindow& window) {
+        isTrading = TC::COrderService::instance()->hasRunning();
+        EXPECT_TRUE(window.isVisible());
+    };
+    EXPECT_EQ(run({hasRows("strategies", 16)}), 0);
+    EXPECT_FALSE(isTrading) << "rejections of the first second would not be counted";
+    EXPECT_FALSE(wasClosed) << "a signal has ended it";
 }
 
 TEST_F(Halt, RunningDeskShowsWhatTheLastOrderNeeded) {
@@ -244,13 +277,6 @@ protected:
         return nullptr;
     }
     static bool isOpen(CMainWindow&) { return dialog() != nullptr; }
-    static QMessageBox* box() {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            auto* found = qobject_cast<QMessageBox*>(window);
-            if (found != nullptr && found->isVisible()) return found;
-        }
-        return nullptr;
-    }
     static bool agrees(CMainWindow&) {
         QMessageBox* const open = box();
         if (open == nullptr) return false;
@@ -382,6 +408,29 @@ TEST_F(HaltConfirming, StopDeclinesTheBatchOfAnOpenDialog) {
     EXPECT_TRUE(hasInJournal("\"event\":\"declined\",\"by\":\"end\""));
     EXPECT_TRUE(hasInJournal("\"reason\":\"signal\""));
     EXPECT_TRUE(folder.exists("layout.ini"));
+}
+
+TEST_F(Halt, AQuestionThatIsOpenInTheEndDoesNotHoldItUp) {
+    asksReally = true;
+    bool isAnswered = false;
+    const auto answer = [&] {
+        isAnswered = true;
+        while (CMainWindow::declineOpen()) {
+        }
+    };
+    QTimer::singleShot(std::chrono::seconds(50), qApp, answer); // so that a failure ends
+    EXPECT_EQ(run({handOver(manyOrders(3000)), hasRows("orders", 1)},
+                  {[](CMainWindow& window) {
+                       if (window.stateBar().state() != EDeskState::Ending) return false;
+                       QTimer::singleShot(0, &window, [&window] { window.halt(); });
+                       return true;
+                   },
+                   [](CMainWindow&) { return box() != nullptr; }}),
+              0);
+    EXPECT_FALSE(isAnswered) << "the end has waited for an answer";
+    EXPECT_EQ(box(), nullptr);
+    EXPECT_TRUE(hasInJournal("\"kind\":\"stopped\""));
+    EXPECT_FALSE(hasInJournal("\"kind\":\"unplaced\""));
 }
 
 TEST_F(HaltConfirming, StopClosesAQuestion) {

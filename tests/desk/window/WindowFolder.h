@@ -49,7 +49,9 @@ protected:
         const auto keepGoing = [&] { return next < steps.size() && std::chrono::steady_clock::now() < end; };
         CWindowProgram program(QString::fromStdString(folder.path("desk")), settings, keepGoing);
         QTimer timer;
+        program.setOnClosed([&] { wasClosed = true; });
         program.setOnWindow([&](CMainWindow& window) {
+            if (onWindow) onWindow(window);
             if (asksReally) return startSteps(timer, window, all, next);
             window.setAsk([this](const QString& title, const QString& text, const QString&) {
                 questions.append(title + QStringLiteral(": ") + text);
@@ -91,8 +93,10 @@ protected:
     CTempFolder folder;
     std::ostringstream out;
     QStringList questions;
-    bool answer = true;      ///< to each question
-    bool asksReally = false; ///< the window shows its question boxes
+    bool answer = true;                         ///< to each question
+    bool asksReally = false;                    ///< the window shows its question boxes
+    bool wasClosed = false;                     ///< the user has closed the window
+    std::function<void(CMainWindow&)> onWindow; ///< is called before trading starts
 
 private:
     static void startSteps(QTimer& timer, CMainWindow& window, const std::vector<CStep>& steps,
