@@ -124,7 +124,8 @@ QString CDesk::whyRefused(const TC::COrderStrategyParam& strategy, const TC::COr
     for (const TC::COrderStrategyParam& other : all) {
         if (other.isRunning()) running.insert(other.m_nChannel, other);
     }
-    return QString::fromStdString(m_strategyFile.whyRefused(strategy, running));
+    const QString reason = QString::fromStdString(m_strategyFile.whyRefused(strategy, running));
+    return reason.isEmpty() && m_strategyTest ? m_strategyTest(strategy) : reason;
 }
 
 void CDesk::tick(double secondsSinceStart) {

@@ -75,6 +75,13 @@ public:
         m_confirmer.setHalted(isHalted);
     }
 
+    /// A second test of each change and each start of a strategy, when the desk itself accepts it. Returns
+    /// the reason to refuse, or an empty text. It is called with the registry locked. Set it while no thread
+    /// changes or starts a strategy.
+    void setStrategyTest(std::function<QString(const TC::COrderStrategyParam&)> test) {
+        m_strategyTest = std::move(test);
+    }
+
     /// Where the layouts of the dialog's tables are kept. Call it before startTrading.
     void setTableLayouts(CTableLayouts layouts) { m_user.setTableLayouts(std::move(layouts)); }
 
@@ -121,6 +128,7 @@ private:
     CMarket m_market;
     COrderLines m_orderLines;
     std::function<void(const CBrokerEvent&)> m_orderListener;
+    std::function<QString(const TC::COrderStrategyParam&)> m_strategyTest;
     CPaperBroker m_broker;
     CJournalGuard m_guard;
     bool m_bQuotesToCome = true;

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace desk {
 namespace {
@@ -78,7 +79,7 @@ utils::KNError CJournal::open(const std::string& folder) {
     m_nCheckedSeq = m_nLastSeq;
     m_strContinued.clear();
     m_strUnwritten.clear();
-    m_failure = {};
+    setFailure({});
     const CJson fields{{"recovered", tail.m_bHalfLine},
                        {"after_crash", tail.m_bCutOff},
                        {"pid", static_cast<std::int64_t>(::getpid())}};
@@ -185,7 +186,7 @@ utils::KNError CJournal::openPath(int& descriptor) const {
 utils::KNError CJournal::moveToPath() {
     int descriptor = -1;
     if (const utils::KNError error = openPath(descriptor); !error.isSuccess())
-        return m_failure = {kJournalWriteFailed, error.errorMsg()};
+        return setFailure({kJournalWriteFailed, error.errorMsg()});
     struct stat before {};
     const bool isDeleted = ::fstat(m_nDescriptor, &before) == 0 && before.st_nlink == 0;
     std::string lines = isDeleted ? bytesFrom(m_nDescriptor, m_nCheckedSize) : std::string();
@@ -239,13 +240,18 @@ utils::KNError CJournal::resume() {
     if (!error.isSuccess()) return error;
     m_nRefused = 0;
     error = noteContinued();
-    if (error.isSuccess()) m_failure = {};
+    if (error.isSuccess()) setFailure({});
     return error;
 }
 
 utils::KNError CJournal::failure() const {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(m_failureMutex);
     return m_failure;
+}
+
+utils::KNError CJournal::setFailure(utils::KNError failure) {
+    const std::lock_guard lock(m_failureMutex);
+    return m_failure = std::move(failure);
 }
 
 std::int64_t CJournal::lastSeq() const {
@@ -345,8 +351,7 @@ utils::KNError CJournal::closeHalfLine() {
 }
 
 utils::KNError CJournal::fail(const std::string& cause) {
-    m_failure = {kJournalWriteFailed, "cannot write journal " + m_strPath + ": " + cause};
-    return m_failure;
+    return setFailure({kJournalWriteFailed, "cannot write journal " + m_strPath + ": " + cause});
 }
 
 } // namespace desk

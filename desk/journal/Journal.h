@@ -86,7 +86,7 @@ public:
     [[nodiscard]] utils::KNError probe();
 
     bool isFailed() const { return !failure().isSuccess(); }
-    /// The cause of the failed state. Success if the journal is not in that state.
+    /// The cause of the failed state. Success if the journal is not in that state. Does not wait for a write.
     utils::KNError failure() const;
 
     /// Number of the last broker event (`order` and `fill` records) in the journal; 0 without such a record.
@@ -119,6 +119,7 @@ private:
     utils::KNError writeBytes(const std::string& bytes);
     utils::KNError closeHalfLine();
     utils::KNError fail(const std::string& cause);
+    utils::KNError setFailure(utils::KNError failure);
     std::string lookAtFile();
     utils::KNError openPath(int& descriptor) const;
     utils::KNError moveToPath();
@@ -146,7 +147,8 @@ private:
     std::int64_t m_nCheckedSeq = 0;  ///< m_nLastSeq at that moment
     std::string m_strContinued;      ///< cause of the `continued` record that still must be written, or empty
     std::string m_strUnwritten;      ///< whole lines of a deleted file that still must be written
-    utils::KNError m_failure;
+    mutable std::mutex m_failureMutex; ///< taken alone or after m_mutex
+    utils::KNError m_failure;          ///< written under both, so one of them is enough to read it
 };
 
 } // namespace desk

@@ -1,6 +1,8 @@
 #include "desk/window/ConfirmDialog.h"
 
+#include "desk/window/StateBar.h"
 #include "desk/window/Theme.h"
+#include "orderservice/gates/IntakePause.h"
 #include "orderservice/ui/OrdersConfirmWidget.h"
 #include "orderservice/ui/OrdersMessageBox.h"
 
@@ -58,7 +60,16 @@ bool CConfirmDialog::isOpen() {
 }
 
 void CConfirmDialog::close() {
-    if (TC::COrdersMessageBox* const dialog = openDialog()) dialog->reject();
+    if (TC::COrdersMessageBox* const dialog = openDialog()) close(*dialog);
+}
+
+/// With its pause the dialog would say that it was closed without a button.
+bool CConfirmDialog::close(QWidget& widget) {
+    auto* const dialog = qobject_cast<TC::COrdersMessageBox*>(&widget);
+    if (dialog == nullptr) return false;
+    TC::setConfirmationPause(false);
+    dialog->reject();
+    return true;
 }
 
 void CConfirmDialog::restartGuard() {
@@ -74,11 +85,8 @@ void CConfirmDialog::addHaltButton() const {
     button->setObjectName(QStringLiteral("halt"));
     button->setFocusPolicy(Qt::NoFocus);
     button->setAutoDefault(false);
-    button->setToolTip(QCoreApplication::translate(
-        "desk::CStateBar", "Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)"));
-    button->setStyleSheet(
-        QStringLiteral("background:%1;color:white;padding:2px 10px;border-radius:3px;font-weight:bold;")
-            .arg(CTheme::current().danger().name()));
+    button->setToolTip(haltTip());
+    button->setStyleSheet(badgeStyle(CTheme::current().danger()));
     QObject::connect(button, &QPushButton::clicked, button, [halt = m_halt] { halt(); });
     auto* const line = new QHBoxLayout;
     line->setContentsMargins(15, 4, 15, 0);

@@ -20,8 +20,11 @@ public:
     TC::CConfirmAnswer confirm(const TC::CConfirmQuestion& question) override;
 
     static bool isOpen();
-    /// Closes the open dialog without an answer of the user. Its batch is declined.
+    /// Closes the open dialog without an answer of the user, and ends the pause of the intake that it has
+    /// set. A caller that wants the order files to wait has a pause of its own. The desk declines the batch.
     static void close();
+    /// Does the same if the widget is the dialog. Returns whether it is.
+    static bool close(QWidget& widget);
     /// Takes no answer for half a second, because the user has just answered another question.
     static void restartGuard();
 

@@ -17,8 +17,9 @@ namespace desk {
 /// What the window must know of the desk's state.
 struct CDeskStatus {
     bool m_bHalting = false;
-    bool m_bHalted = false;
+    bool m_bHalted = false;   ///< also while it is resuming
     bool m_bResuming = false; ///< still halted, until what came before is declined
+    bool m_bConfirms = false; ///< the user of the folder confirms orders
     bool m_bEnding = false;   ///< the desk finishes the accepted orders and then ends
     QString m_strHaltProblem; ///< why orders still wait while the desk is halting; empty if they do not
     bool m_bConfirmationPause = false; ///< the intake is paused by a confirmation

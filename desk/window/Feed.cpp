@@ -173,7 +173,6 @@ std::vector<std::string> CWindowFeed::takeBatch(CFeedBatch& batch) {
     batch.m_nDropped = std::exchange(m_nDropped, 0);
     batch.m_nNewOrders = std::exchange(m_nNewOrders, 0);
     batch.m_nWaitingTrades = m_orders.size() + m_fills.size() + m_tasks.size() + m_commands.size();
-    batch.m_nWaiting = batch.m_nWaitingTrades + m_messages.size() + m_journal.size();
     return commands;
 }
 

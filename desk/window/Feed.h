@@ -36,8 +36,7 @@ struct CFeedBatch {
     std::shared_ptr<const CBooks> m_books; ///< the latest; null if no new books have come
     std::int64_t m_nNewOrders = 0;         ///< number of orders that appeared since the last batch
     std::size_t m_nDropped = 0;            ///< messages and journal lines that were dropped before it
-    std::size_t m_nWaiting = 0;            ///< entries that wait for the next batches
-    std::size_t m_nWaitingTrades = 0;      ///< those of them that are orders, fills or tasks
+    std::size_t m_nWaitingTrades = 0;      ///< orders, fills and tasks that wait for the next batches
 };
 
 /// Collects what happens on all threads for the window's thread. Writers copy under the feed's own lock and

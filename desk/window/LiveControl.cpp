@@ -14,6 +14,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <exception>
 #include <map>
 #include <utility>
 
@@ -67,9 +68,11 @@ void CWindowOrderClient::showTradeError(const QString& text, const QString& titl
 
 CLiveControl::CLiveControl(CDesk& desk, CWindowFeed& feed) : m_desk(desk), m_feed(feed) {
     s_pCurrent = this;
+    m_desk.setStrategyTest([this](const TC::COrderStrategyParam& strategy) { return prepareFile(strategy); });
 }
 
 CLiveControl::~CLiveControl() {
+    m_desk.setStrategyTest({});
     s_pCurrent = nullptr;
 }
 
@@ -109,6 +112,7 @@ CDeskStatus CLiveControl::status() const {
     status.m_bHalted = m_eHalt == EHalt::Halted || m_eHalt == EHalt::Resuming;
     status.m_bResuming = m_eHalt == EHalt::Resuming;
     status.m_bEnding = m_bEnding;
+    status.m_bConfirms = !m_desk.config().user.orderService;
     status.m_bConfirmationPause = TC::isConfirmationPauseSet();
     status.m_bConfirmationOpen = CConfirmDialog::isOpen();
     if (TC::isConfirmationOpen()) status.m_nDelayed = TC::COrderService::instance()->delayedBatches();
@@ -134,15 +138,28 @@ TC::COrderStrategyMap CLiveControl::strategies() const {
     return TC::COrderService::instance()->getStrategyMap();
 }
 
+/// A start that succeeds can have a note.
 QString CLiveControl::startStrategy(int id) {
-    // As at the start of the desk: a strategy starts only if its file exists.
+    QString text;
+    m_nStarting = id;
+    const bool isStarted = TC::COrderService::instance()->startOrderStrategy(id, text, true) == 0;
+    m_nStarting = TC::kUnsetInt;
+    if (!isStarted || text.isEmpty()) return text;
+    const QString note = QCoreApplication::translate("desk::CMainWindow", "Strategy %1: %2");
+    m_feed.addMessage(CFeedMessage::EKind::Desk, false, note.arg(QString::number(id), text));
+    return {};
+}
+
+/// As at the start of the desk: a strategy starts only if its file exists. The registry and the desk have
+/// accepted the start.
+QString CLiveControl::prepareFile(const TC::COrderStrategyParam& strategy) const {
+    if (strategy.m_nChannel != m_nStarting) return {};
     CDeskConfig only;
-    only.strategies.insert(id, strategies().value(id));
-    only.strategies[id].m_nStatus = TC::COrderStrategyParam::kRunning;
+    only.strategies.insert(m_nStarting, strategy);
+    only.strategies[m_nStarting].m_nStatus = TC::COrderStrategyParam::kRunning;
     for (const std::string& problem : prepareOrderFiles(only))
         return QString::fromStdString(problem);
-    QString error;
-    return TC::COrderService::instance()->startOrderStrategy(id, error, true) == 0 ? QString() : error;
+    return {};
 }
 
 QString CLiveControl::stopStrategy(int id) {
@@ -208,18 +225,33 @@ void CLiveControl::halt() {
     m_desk.setHalted(true);
     CConfirmDialog::close();
     m_worker->post([this] {
-        record("halt");
-        m_desk.orderClient().finishPassing();
         m_nCancelled = 0;
-        CCancelChoice all;
-        all.m_bAll = true;
-        tryAgain(m_desk.tradeClient().cancelChosen(all, kHaltText, m_nCancelled));
+        cancelOrRetry([this] {
+            record("halt");
+            m_desk.orderClient().finishPassing();
+            CCancelChoice all;
+            all.m_bAll = true;
+            return m_desk.tradeClient().cancelChosen(all, kHaltText, m_nCancelled);
+        });
     });
 }
 
 /// On the worker.
 void CLiveControl::cancelAllWaiting() {
-    tryAgain(m_desk.broker().cancelWaiting([](const CPaperOrder&) { return true; }, kHaltText, m_nCancelled));
+    cancelOrRetry([this] {
+        return m_desk.broker().cancelWaiting([](const CPaperOrder&) { return true; }, kHaltText,
+                                             m_nCancelled);
+    });
+}
+
+/// On the worker. Without a next step the halt would never end, so an exception is a failure like others.
+void CLiveControl::cancelOrRetry(const CCancel& cancel) {
+    try {
+        tryAgain(cancel());
+    } catch (const std::exception& error) {
+        setHaltProblem(QString::fromUtf8(error.what()));
+        m_worker->postLater([this] { cancelAllWaiting(); });
+    }
 }
 
 /// On the worker. The next step, or the same one again if the orders could not be cancelled.

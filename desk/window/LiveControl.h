@@ -5,10 +5,12 @@
 #include "desk/window/DeskWorker.h"
 #include "desk/window/Feed.h"
 #include "desk/window/IntakeMeter.h"
+#include "orderservice/base/Unset.h"
 #include "orderservice/gates/IntakePause.h"
 #include "orderservice/platform/MsgService.h"
 #include "orderservice/platform/OrderClient.h"
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -86,8 +88,11 @@ public:
 private:
     enum class EHalt { None, Halting, Halted, Resuming };
 
+    QString prepareFile(const TC::COrderStrategyParam& strategy) const;
     void cancel(CCancelChoice choice);
+    using CCancel = std::function<utils::KNError()>;
     void cancelAllWaiting();
+    void cancelOrRetry(const CCancel& cancel);
     void tryAgain(const utils::KNError& error);
     void setHaltProblem(const QString& problem);
     void waitForAccepted();
@@ -105,6 +110,7 @@ private:
     std::unique_ptr<TC::CIntakePause> m_pause; ///< while the desk is halted
     EHalt m_eHalt = EHalt::None;               ///< main thread
     bool m_bEnding = false;                    ///< main thread
+    int m_nStarting = TC::kUnsetInt;           ///< the strategy that startStrategy starts; main thread
     mutable std::mutex m_mutex;                ///< guards the next one
     QString m_strHaltProblem;
     int m_nCancelled = 0;                  ///< by the halt; on the worker, until the halt is done

@@ -69,7 +69,7 @@ CMainWindow::CMainWindow(const QString& folder, IDeskControl& control, CWindowFe
     connect(m_state, &CStateBar::sigHalt, this, &CMainWindow::halt);
     connect(m_state, &CStateBar::sigEndPause, this, &CMainWindow::endPause);
     qApp->installEventFilter(this);
-    connect(&m_timer, &QTimer::timeout, this, &CMainWindow::takeFeed);
+    connect(&m_timer, &QTimer::timeout, this, &CMainWindow::takeTurn);
     m_timer.setInterval(kFeedMs / 2); // a batch has two turns
     setWindowIcon(stateIcon(m_state->state()));
     placePanels();
@@ -188,6 +188,13 @@ void CMainWindow::begin() {
     } while (m_facts.m_nBehind > 0);
     m_board.setStarted();
     m_timer.start();
+}
+
+void CMainWindow::takeTurn() {
+    m_bFirstTurn = !m_bFirstTurn;
+    const bool hasTexts = !m_texts.m_messages.empty() || !m_texts.m_journal.empty();
+    if (m_bFirstTurn || hasTexts) return takeFeed();
+    showPartOfBooks();
 }
 
 void CMainWindow::takeFeed() {
@@ -361,6 +368,7 @@ bool CMainWindow::declineOpen() {
     if (QWidget* const popup = QApplication::activePopupWidget()) popup->close();
     QWidget* const top = QApplication::activeModalWidget();
     if (top == nullptr) return false;
+    if (CConfirmDialog::close(*top)) return true;
     if (auto* const dialog = qobject_cast<QDialog*>(top))
         dialog->reject();
     else
@@ -384,7 +392,11 @@ QString CMainWindow::closeText() const {
     const CDeskStatus status = m_control.status();
     QStringList texts;
     if (m_facts.m_nRunning > 0) texts.append(tr("%n strategy(s) run.", nullptr, m_facts.m_nRunning));
-    if (status.m_nQueue > 0)
+    const bool isHalted = status.m_bHalting || status.m_bHalted;
+    if (status.m_nQueue > 0 && isHalted)
+        texts.append(tr("%n accepted order(s) are not processed yet. The desk is halted: they are declined.",
+                        nullptr, status.m_nQueue));
+    if (status.m_nQueue > 0 && !isHalted)
         texts.append(
             tr("%n accepted order(s) are not processed yet. The desk still sends them before it ends. "
                "Until then the window stays and can discard them.",

@@ -45,8 +45,10 @@ public:
     ~CMainWindow() override;
 
     /// Shows one half of a batch of the feed: first the trades, at the next call the messages and the
-    /// journal. The window's timer calls it.
+    /// journal.
     void takeFeed();
+    /// The window's timer calls it 40 times a second. A batch has two turns, also if it has no messages.
+    void takeTurn();
     /// Starts the timer, and counts rejections from now on.
     void begin();
     /// The desk ends: shows how many orders are still to be processed, and changes no strategy any more.
@@ -128,6 +130,7 @@ private:
     void endPause();
     QString closeText() const;
     QString resumeText() const;
+    QString withWaitingFiles(const QString& text) const;
     void chooseInstrument(const QStringList& keys);
     void applyTheme();
     void restoreAll();
@@ -168,8 +171,9 @@ private:
     bool m_bHasStrategies = false; ///< m_nRevision is valid
     bool m_bEnding = false;
     bool m_bAskingToHalt = false;
-    QString m_strState;       ///< as the title shows it
-    QString m_strLastCommand; ///< the one that was plotted last
+    bool m_bFirstTurn = false; ///< the last turn was the first one of a batch
+    QString m_strState;        ///< as the title shows it
+    QString m_strLastCommand;  ///< the one that was plotted last
     QTimer m_timer;
     QByteArray m_defaultLayout;
 };

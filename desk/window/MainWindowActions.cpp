@@ -359,6 +359,11 @@ void CMainWindow::halt() {
 QString CMainWindow::resumeText() const {
     const QString text =
         tr("Files and sockets send orders again. %n strategy(s) run.", nullptr, m_facts.m_nRunning);
+    return withWaitingFiles(text);
+}
+
+/// The text of a question, with the order files that are read if the user agrees.
+QString CMainWindow::withWaitingFiles(const QString& text) const {
     const QStringList files = m_control.waitingFiles();
     if (files.isEmpty()) return text;
     return text + QLatin1Char('\n') +
@@ -370,7 +375,8 @@ QString CMainWindow::resumeText() const {
 
 /// The end of the pause that a confirmation without an answer has left.
 void CMainWindow::endPause() {
-    if (m_control.waitingFiles().isEmpty() || m_ask(tr("Resume the intake?"), resumeText(), tr("Resume")))
+    const QString text = withWaitingFiles(tr("The desk reads order files again."));
+    if (m_control.waitingFiles().isEmpty() || m_ask(tr("Resume the intake?"), text, tr("Resume")))
         m_control.endConfirmationPause();
     showState();
 }

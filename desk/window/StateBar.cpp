@@ -13,11 +13,6 @@ constexpr int kButtonPercent = 150;
 constexpr int kOldSeconds = 2;   ///< they are read twice a second
 constexpr int kFarBehind = 1000; ///< entries; fewer of them are shown within a fraction of a second
 
-QString badgeStyle(const QColor& background) {
-    return QStringLiteral("background:%1;color:white;padding:2px 10px;border-radius:3px;font-weight:bold;")
-        .arg(background.name());
-}
-
 QFont largeFont(const QFont& font, int percent) {
     QFont large = font;
     large.setPointSizeF(font.pointSizeF() * percent / 100);
@@ -25,7 +20,28 @@ QFont largeFont(const QFont& font, int percent) {
     return large;
 }
 
+/// What happens to the accepted orders when the desk ends.
+QString endingText(const CDeskStatus& status) {
+    if (status.m_bHalting || status.m_bHalted)
+        return CStateBar::tr("The desk is halted: it declines the %n order(s) that it has accepted, and then "
+                             "ends.",
+                             nullptr, status.m_nQueue);
+    const QString text = CStateBar::tr("The desk sends the %n order(s) that it has accepted, and then ends.",
+                                       nullptr, status.m_nQueue);
+    if (!status.m_bConfirms) return text;
+    return text + QLatin1Char(' ') + CStateBar::tr("Batches that need your confirmation are not sent.");
+}
+
 } // namespace
+
+QString badgeStyle(const QColor& background) {
+    return QStringLiteral("background:%1;color:white;padding:2px 10px;border-radius:3px;font-weight:bold;")
+        .arg(background.name());
+}
+
+QString haltTip() {
+    return CStateBar::tr("Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)");
+}
 
 EDeskState stateOf(const CDeskStatus& status) {
     if (status.m_bEnding) return EDeskState::Ending;
@@ -38,8 +54,6 @@ EDeskState stateOf(const CDeskStatus& status) {
 
 QString stateWord(EDeskState state) {
     switch (state) {
-    case EDeskState::Starting:
-        return CStateBar::tr("… STARTING");
     case EDeskState::Active:
         return CStateBar::tr("● ACTIVE");
     case EDeskState::Halting:
@@ -135,9 +149,7 @@ void CStateBar::showState(const CDeskStatus& status) {
 void CStateBar::showButton(const CDeskStatus& status) {
     const bool isHalted = status.m_bHalted || status.m_bHalting;
     QString text = isHalted ? tr("RESUME") : tr("HALT");
-    QString tip = isHalted
-                      ? tr("Takes orders again (Ctrl+H)")
-                      : tr("Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)");
+    QString tip = isHalted ? tr("Takes orders again (Ctrl+H)") : haltTip();
     if (status.m_bEnding) {
         text = tr("DISCARD");
         tip = tr("Discards the accepted orders that are not processed yet (Ctrl+H)");
@@ -166,9 +178,7 @@ void CStateBar::showFacts(const CDeskStatus& status, const CStateFacts& facts) {
 
 void CStateBar::showTroubles(const CDeskStatus& status, const CStateFacts& facts) {
     QStringList texts;
-    if (status.m_bEnding)
-        texts.append(tr("The desk sends the %n order(s) that it has accepted, and then ends.", nullptr,
-                        status.m_nQueue));
+    if (status.m_bEnding) texts.append(endingText(status));
     if (status.m_nDelayed > 0)
         texts.append(tr("%n batch(es) wait until you answer the open question.", nullptr, status.m_nDelayed));
     if (!status.m_strHaltProblem.isEmpty()) texts.append(status.m_strHaltProblem);

@@ -17,6 +17,9 @@ EDeskState stateOf(const CDeskStatus& status);
 QString stateWord(EDeskState state);
 /// All that is urgent, as words: a broken journal does not hide a halt or a pause.
 QString stateText(const CDeskStatus& status);
+/// The style of a word or a button with white text on this colour, and the tool tip of a button that halts.
+QString badgeStyle(const QColor& background);
+QString haltTip();
 
 /// What the bar shows besides the state.
 struct CStateFacts {
@@ -58,7 +61,7 @@ private:
     void showFacts(const CDeskStatus& status, const CStateFacts& facts);
     void showTroubles(const CDeskStatus& status, const CStateFacts& facts);
 
-    EDeskState m_eState = EDeskState::Starting;
+    EDeskState m_eState = EDeskState::Active;
     QLabel* m_word;
     QLabel* m_facts;
     QPushButton* m_halt;

@@ -111,7 +111,6 @@ QColor CTheme::stateColour(EDeskState state) {
         return {0xb3, 0x12, 0x12};
     case EDeskState::Paused:
         return {0x8f, 0x4e, 0x00};
-    case EDeskState::Starting:
     case EDeskState::Ending:
         break;
     }

@@ -7,7 +7,7 @@ class QApplication;
 
 namespace desk {
 
-enum class EDeskState { Starting, Active, Halting, Halted, Paused, JournalBroken, Ending };
+enum class EDeskState { Active, Halting, Halted, Paused, JournalBroken, Ending };
 
 /// The colours of the window. Each text has a contrast of at least 4.5 to 1 to its background. Main thread.
 class CTheme {

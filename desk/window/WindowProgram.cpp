@@ -94,6 +94,8 @@ std::string CWindowProgram::run(CDesk& desk) {
         desk.tick(utils::getTime() - start);
         if (m_keepGoing()) return;
         if (loop.isRunning()) reason = "signal"; // a closed window has ended the loop otherwise
+        // A confirmation that is closed here does not pause the intake any more.
+        if (m_pause == nullptr) m_pause = std::make_unique<TC::CIntakePause>();
         desk.endQuestions();
         loop.quit(); // it ends after the loops of all questions, which wait inside it
         CMainWindow::declineOpen();
@@ -127,6 +129,7 @@ void CWindowProgram::end(CDesk&, const std::function<void()>& shutDown) {
     });
     loop.exec();
     thread.join();
+    m_pause.reset();
     m_dialog.setWindow(nullptr, {});
     m_window.reset();
     m_feed.end();

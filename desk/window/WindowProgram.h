@@ -6,6 +6,7 @@
 #include "desk/window/LiveControl.h"
 #include "desk/window/MainWindow.h"
 #include "desk/window/MeteredAudit.h"
+#include "orderservice/gates/IntakePause.h"
 
 #include <QString>
 
@@ -53,6 +54,7 @@ private:
     std::unique_ptr<CWindowOrderClient> m_orders;
     std::unique_ptr<CMeteredAudit> m_audit;
     std::unique_ptr<CMainWindow> m_window;
+    std::unique_ptr<TC::CIntakePause> m_pause; ///< after a signal, until no order file is read any more
 };
 
 } // namespace desk

@@ -663,6 +663,17 @@
                 <numerusform>Files and sockets send orders again. %n strategies run.</numerusform>
             </translation>
         </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. The desk is halted: they are declined.</source>
+            <translation>
+                <numerusform>%n accepted order is not processed yet. The desk is halted: it is declined.</numerusform>
+                <numerusform>%n accepted orders are not processed yet. The desk is halted: they are declined.</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>The desk reads order files again.</source>
+            <translation>The desk reads order files again.</translation>
+        </message>
     </context>
     <context>
         <name>desk::CPlotPanel</name>
@@ -703,10 +714,6 @@
     </context>
     <context>
         <name>desk::CStateBar</name>
-        <message>
-            <source>… STARTING</source>
-            <translation>… STARTING</translation>
-        </message>
         <message>
             <source>● ACTIVE</source>
             <translation>● ACTIVE</translation>
@@ -835,6 +842,17 @@
                 <numerusform>%n batch waits until you answer the open question.</numerusform>
                 <numerusform>%n batches wait until you answer the open question.</numerusform>
             </translation>
+        </message>
+        <message numerus="yes">
+            <source>The desk is halted: it declines the %n order(s) that it has accepted, and then ends.</source>
+            <translation>
+                <numerusform>The desk is halted: it declines the order that it has accepted, and then ends.</numerusform>
+                <numerusform>The desk is halted: it declines the %n orders that it has accepted, and then ends.</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Batches that need your confirmation are not sent.</source>
+            <translation>Batches that need your confirmation are not sent.</translation>
         </message>
     </context>
     <context>

@@ -645,6 +645,16 @@
                 <numerusform>文件和端口将重新下单。%n个策略在运行。</numerusform>
             </translation>
         </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. The desk is halted: they are declined.</source>
+            <translation>
+                <numerusform>还有%n笔已接受的委托未处理。交易台已停止交易, 它们将被拒绝。</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>The desk reads order files again.</source>
+            <translation>交易台将重新读取文件单。</translation>
+        </message>
     </context>
     <context>
         <name>desk::CPlotPanel</name>
@@ -684,10 +694,6 @@
     </context>
     <context>
         <name>desk::CStateBar</name>
-        <message>
-            <source>… STARTING</source>
-            <translation>… 启动中</translation>
-        </message>
         <message>
             <source>● ACTIVE</source>
             <translation>● 正常</translation>
@@ -809,6 +815,16 @@
             <translation>
                 <numerusform>有%n批指令等待, 直到您回答当前的问题</numerusform>
             </translation>
+        </message>
+        <message numerus="yes">
+            <source>The desk is halted: it declines the %n order(s) that it has accepted, and then ends.</source>
+            <translation>
+                <numerusform>交易台已停止交易: 它拒绝已接受的%n笔委托, 然后结束。</numerusform>
+            </translation>
+        </message>
+        <message>
+            <source>Batches that need your confirmation are not sent.</source>
+            <translation>需要您确认的指令不再发出。</translation>
         </message>
     </context>
     <context>

@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+#include <chrono>
+#include <future>
 #include <new>
 #include <thread>
 
@@ -56,6 +58,20 @@ TEST_F(JournalTest, LinesAreWrittenOnceEvenIfTheListenerThrows) {
     ASSERT_TRUE(m_journal.append("message", kNote).isSuccess());
     EXPECT_EQ(m_folder.lines(kJournalFileName).size(), 3U);
     EXPECT_EQ(lastRecord()["seq"], 3);
+}
+
+TEST_F(JournalTest, StateIsReadWithoutWaitingForAWrite) {
+    ASSERT_TRUE(m_journal.open(m_folder.path()).isSuccess());
+    std::promise<bool> state;
+    std::future<bool> read = state.get_future();
+    std::thread reader;
+    m_journal.setListener([&](const std::string&) { // the journal is locked
+        reader = std::thread([&] { state.set_value(m_journal.isFailed()); });
+        EXPECT_EQ(read.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    });
+    ASSERT_TRUE(m_journal.append("message", kNote).isSuccess());
+    reader.join();
+    EXPECT_FALSE(read.get());
 }
 
 TEST_F(JournalTest, OpeningWritesStarted) {

@@ -18,6 +18,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <future>
 #include <memory>
 #include <sstream>
@@ -92,6 +93,24 @@ TEST(StateBar, SaysThatTheTablesAreFarBehind) {
     EXPECT_TRUE(bar.troubleText().contains("5000 entries behind"));
 }
 
+TEST(StateBar, SaysWhatHappensToTheAcceptedOrdersAtTheEnd) {
+    CStateBar bar;
+    CDeskStatus status;
+    status.m_bEnding = true;
+    status.m_nQueue = 3;
+    bar.showStatus(status, {});
+    EXPECT_EQ(bar.troubleText(), "The desk sends the 3 orders that it has accepted, and then ends.");
+    status.m_bConfirms = true;
+    bar.showStatus(status, {});
+    EXPECT_EQ(bar.troubleText(),
+              "The desk sends the 3 orders that it has accepted, and then ends. Batches that "
+              "need your confirmation are not sent.");
+    status.m_bHalted = true;
+    bar.showStatus(status, {});
+    EXPECT_EQ(bar.troubleText(),
+              "The desk is halted: it declines the 3 orders that it has accepted, and then ends.");
+}
+
 class StartedWindow : public testing::Test {
 protected:
     std::unique_ptr<CMainWindow> window(const QString& name = QStringLiteral("my-desk")) {
@@ -117,6 +136,42 @@ TEST_F(StartedWindow, EarlierRejectionsAreNoNewsHoweverManyThereAre) {
     shown->begin();
     EXPECT_EQ(shown->model("orders").rowCount(), kOrders);
     EXPECT_EQ(shown->panel("orders").windowTitle(), "Orders");
+}
+
+TEST_F(StartedWindow, ABatchWithoutMessagesHasTwoTurnsToo) {
+    const auto shown = window();
+    const auto add = [this](int id) {
+        CPaperOrder order;
+        order.m_nId = id;
+        m_feed.addOrder(order);
+    };
+    add(1);
+    shown->takeTurn();
+    EXPECT_EQ(shown->model("orders").rowCount(), 1);
+    add(2);
+    shown->takeTurn();
+    EXPECT_EQ(shown->model("orders").rowCount(), 1) << "it is the turn of the messages";
+    shown->takeTurn();
+    EXPECT_EQ(shown->model("orders").rowCount(), 2);
+    shown->takeTurn();
+    m_feed.addMessage(CFeedMessage::EKind::Desk, false, QStringLiteral("note"));
+    shown->takeTurn();
+    EXPECT_EQ(shown->model("messages").rowCount(), 0) << "first the trades";
+    shown->takeTurn();
+    EXPECT_EQ(shown->model("messages").rowCount(), 1);
+}
+
+TEST_F(StartedWindow, TheCloseOfAHaltedDeskSaysThatOrdersAreDeclined) {
+    m_control.m_status.m_bHalted = true;
+    m_control.m_status.m_nQueue = 3;
+    const auto shown = window();
+    QString question;
+    shown->setAsk([&](const QString&, const QString& text, const QString&) {
+        question = text;
+        return false;
+    });
+    shown->close();
+    EXPECT_EQ(question, "3 accepted orders are not processed yet. The desk is halted: they are declined.");
 }
 
 TEST_F(StartedWindow, TitleHasTheNameOfTheFolderHoweverItWasWritten) {
@@ -304,7 +359,7 @@ TEST_F(Worker, ExceptionOfAnActionIsShownAndTheNextActionIsCalled) {
     std::promise<void> called;
     worker.post([] { throw std::runtime_error("no memory"); });
     worker.post([&] { called.set_value(); });
-    called.get_future().wait();
+    ASSERT_EQ(called.get_future().wait_for(std::chrono::minutes(1)), std::future_status::ready);
     const CFeedBatch batch = feed.take();
     ASSERT_EQ(batch.m_messages.size(), 1U);
     EXPECT_EQ(batch.m_messages[0].m_strText, "no memory");

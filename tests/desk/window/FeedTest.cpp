@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -44,7 +45,7 @@ TEST(WindowFeed, AStateAfterABatchComesWithTheNextBatch) {
         feed.addEvent(orderEvent(order, EOrderStatus::Working));
     const CFeedBatch first = feed.take();
     EXPECT_EQ(first.m_orders.size(), CWindowFeed::kBatch);
-    EXPECT_EQ(first.m_nWaiting, 5U);
+    EXPECT_EQ(first.m_nWaitingTrades, 5U);
     feed.addEvent(orderEvent(1, EOrderStatus::Filled)); // is not waiting
     feed.addEvent(orderEvent(static_cast<int>(CWindowFeed::kBatch) + 1, EOrderStatus::Filled)); // is waiting
     const CFeedBatch second = feed.take();
@@ -84,7 +85,8 @@ TEST(WindowFeed, WritersOfSeveralThreadsLoseNothing) {
                 feed.addEvent(orderEvent(writer * 500 + i, EOrderStatus::Working));
         });
     std::size_t orders = 0;
-    while (orders < 1000)
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (orders < 1000 && std::chrono::steady_clock::now() < end)
         orders += feed.take().m_orders.size();
     for (std::thread& writer : writers)
         writer.join();

@@ -19,9 +19,11 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <iterator>
 #include <memory>
 #include <regex>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -44,6 +46,25 @@ protected:
             lines += "23,0,7.50,600104,200\n";
         return lines;
     }
+    /// Watches the batches that are placed.
+    CWindowFolder::CStep watchBatches() {
+        return [this](CMainWindow& window) {
+            QObject::connect(
+                TC::COrderService::instance(), &TC::COrderService::sigPlaceOrders, &window,
+                [this] { isPlaced = true; }, Qt::DirectConnection);
+            return true;
+        };
+    }
+    CWindowFolder::CStep hasPlaced() {
+        return [this](CMainWindow&) { return isPlaced.load(); };
+    }
+    /// Makes `flag` true when the batches that were placed before are processed.
+    static void noteProcessed(std::atomic<bool>& flag) {
+        const auto note = [](std::atomic<bool>* done) { *done = true; };
+        TC::COrderService::instance()->holdUntilProcessed(std::shared_ptr<std::atomic<bool>>(&flag, note));
+    }
+    std::atomic<bool> isPlaced{false};
+
     static QMessageBox* box() {
         for (QWidget* window : QApplication::topLevelWidgets()) {
             auto* found = qobject_cast<QMessageBox*>(window);
@@ -68,14 +89,27 @@ TEST_F(Halt, ResumeSendsNothingThatWasAcceptedBefore) {
         }
         return false;
     };
-    EXPECT_EQ(
-        run({handOver(manyOrders(3000)), hasRows("orders", 1), trigger("halt"), hasState(EDeskState::Halted),
-             resumes(), hasState(EDeskState::Active), handOver("24,0,9.50,600102,100\n"), hasLater}),
-        0);
+    std::promise<void> release;
+    std::shared_future<void> released(release.get_future());
+    EXPECT_EQ(run({watchBatches(),
+                   [&](CMainWindow&) { // the service's thread waits here until it is released
+                       const auto wait = [](std::shared_future<void>* future) { future->wait(); };
+                       TC::COrderService::instance()->holdUntilProcessed(
+                           std::shared_ptr<std::shared_future<void>>(&released, wait));
+                       return true;
+                   },
+                   handOver(manyOrders(3000)), hasPlaced(), trigger("halt"), hasState(EDeskState::Halting),
+                   [&](CMainWindow&) {
+                       release.set_value();
+                       return true;
+                   },
+                   hasState(EDeskState::Halted), resumes(), hasState(EDeskState::Active),
+                   handOver("24,0,9.50,600102,100\n"), hasLater}),
+              0);
     const std::string records = journal();
     const std::size_t resumed = records.find("\"action\":\"resumed\"");
     ASSERT_NE(resumed, std::string::npos);
-    EXPECT_LT(commandsIn(records.substr(0, resumed)), 3000) << "the halt came too late for this test";
+    EXPECT_EQ(commandsIn(records.substr(0, resumed)), 0);
     EXPECT_EQ(commandsIn(records.substr(resumed)), 1);
 }
 
@@ -101,13 +135,8 @@ TEST_F(Halt, ABatchThatComesDuringTheResumeIsDeclinedOrSentAsAWhole) {
              },
              [this](CMainWindow&) { return hasInJournal("\"action\":\"resume\""); },
              [&](CMainWindow&) {
-                 const auto end = [&](const bool* ticket) {
-                     delete ticket;
-                     isProcessed = true;
-                 };
-                 TC::COrderService& service = *TC::COrderService::instance();
-                 service.placeOrders(batch);
-                 service.holdUntilProcessed(std::shared_ptr<const bool>(new bool(true), end));
+                 TC::COrderService::instance()->placeOrders(batch);
+                 noteProcessed(isProcessed);
                  return true;
              },
              [this](CMainWindow&) { return hasInJournal("the desk is halted"); },
@@ -181,6 +210,8 @@ TEST_F(Halt, EndOfAPauseAsksIfOrderFilesWait) {
               0);
     ASSERT_EQ(questions.size(), 1);
     EXPECT_TRUE(questions[0].contains(": 1 group")) << questions[0].toStdString();
+    EXPECT_TRUE(questions[0].contains("reads order files again")) << questions[0].toStdString();
+    EXPECT_FALSE(questions[0].contains("ocket")) << "sockets did not wait";
 }
 
 TEST_F(Halt, EndedRunShowsHowManyOrdersAreLeftAndCanDiscardThem) {
@@ -190,21 +221,21 @@ TEST_F(Halt, EndedRunShowsHowManyOrdersAreLeftAndCanDiscardThem) {
         const std::string words = text.toStdString();
         return std::regex_search(words, found, kLeft) ? std::stoi(found[1]) : -1;
     };
-    const int result = run({handOver(manyOrders(5000)), hasRows("orders", 200), // of 100 commands
-                            [](CMainWindow& window) {
-                                window.close();
-                                return true;
-                            }},
-                           {[](CMainWindow& window) {
-                               if (!window.isVisible() || window.stateBar().state() != EDeskState::Ending)
-                                   return false;
-                               EXPECT_TRUE(window.windowTitle().contains("ENDING"));
-                               EXPECT_TRUE(window.stateBar().troubleText().contains("orders that it has accepted"))
-                                   << window.stateBar().troubleText().toStdString();
-                               EXPECT_FALSE(window.action("add").isEnabled());
-                               window.stateBar().haltButton().click();
-                               return true;
-                           }});
+    const int result =
+        run({handOver(manyOrders(5000)), hasRows("orders", 200), // of 100 commands
+             [](CMainWindow& window) {
+                 window.close();
+                 return true;
+             }},
+            {[](CMainWindow& window) {
+                if (!window.isVisible() || window.stateBar().state() != EDeskState::Ending) return false;
+                EXPECT_TRUE(window.windowTitle().contains("ENDING"));
+                EXPECT_TRUE(window.stateBar().troubleText().contains("orders that it has accepted"))
+                    << window.stateBar().troubleText().toStdString();
+                EXPECT_FALSE(window.action("add").isEnabled());
+                window.stateBar().haltButton().click();
+                return true;
+            }});
     EXPECT_EQ(result, 1) << "orders were discarded";
     ASSERT_EQ(questions.size(), 2);
     EXPECT_GT(leftIn(questions[0]), 0) << questions[0].toStdString();
@@ -228,6 +259,66 @@ TEST_F(Halt, TheWindowIsThereBeforeTradingStarts) {
     EXPECT_EQ(run({hasRows("strategies", 16)}), 0);
     EXPECT_FALSE(isTrading) << "rejections of the first second would not be counted";
     EXPECT_FALSE(wasClosed) << "a signal has ended it";
+}
+
+TEST_F(Halt, AnExceptionInTheCancelIsTriedAgain) {
+    std::atomic<bool> throws{false};
+    onMade = [&](CDesk& desk) {
+        desk.setOrderListener([&](const CBrokerEvent&) {
+            if (throws.exchange(false)) throw std::runtime_error("no memory");
+        });
+    };
+    EXPECT_EQ(run({handOver("23,0,7.50,600104,2000\n"),
+                   [this](CMainWindow&) { return hasInJournal("\"kind\":\"order\""); },
+                   [&](CMainWindow& window) {
+                       throws = true;
+                       window.action("halt").trigger();
+                       return true;
+                   },
+                   [](CMainWindow& window) { return window.stateBar().troubleText().contains("no memory"); },
+                   hasState(EDeskState::Halted)}),
+              0);
+    EXPECT_FALSE(throws);
+}
+
+TEST_F(Halt, ARefusedStartMakesNoFolderAndAStartShowsItsNote) {
+    const auto start = [](CMainWindow& window) {
+        window.table("strategies").selectRow(0);
+        window.action("start").trigger();
+    };
+    EXPECT_EQ(run({hasRows("strategies", 16),
+                   [&](CMainWindow& window) {
+                       window.table("strategies").selectRow(0);
+                       window.action("stop").trigger();
+                       TC::COrderStrategyParam& strategy = *TC::COrderService::instance()->getStrategy(1);
+                       const QString source = strategy.m_strSignalSource;
+                       strategy.m_strSignalSource = QString::fromStdString(folder.path("desk/new/a.txt"));
+                       const QString account = strategy.m_strSelectedAccount;
+                       strategy.m_strSelectedAccount = QStringLiteral("gone");
+                       start(window);
+                       EXPECT_TRUE(window.stateBar().noticeText().contains("账号"));
+                       EXPECT_FALSE(folder.exists("desk/new"));
+                       strategy.m_strSelectedAccount = account;
+                       strategy.m_strSignalSource.clear();
+                       start(window);
+                       EXPECT_TRUE(window.stateBar().noticeText().contains("信号来源为空"))
+                           << window.stateBar().noticeText().toStdString();
+                       strategy.m_strSignalSource = source;
+                       start(window);
+                       EXPECT_EQ(window.stateBar().noticeText(), "");
+                       EXPECT_TRUE(cell(window, "strategies", "1", "state").contains("runs"));
+                       return true;
+                   },
+                   [](CMainWindow& window) {
+                       CRowModel& messages = window.model("messages");
+                       const int text = columnOf(messages.spec(), "text");
+                       for (int row = 0; row < messages.rowCount(); ++row) {
+                           if (messages.index(row, text).data().toString() == "Strategy 1: 代码不能为空")
+                               return true;
+                       }
+                       return false;
+                   }}),
+              0);
 }
 
 TEST_F(Halt, RunningDeskShowsWhatTheLastOrderNeeded) {
@@ -357,6 +448,7 @@ TEST_F(HaltConfirming, ButtonInTheDialogHaltsAndDeclinesTheBatch) {
                    }}),
               0);
     EXPECT_TRUE(hasInJournal("\"event\":\"declined\",\"by\":\"halt\""));
+    EXPECT_FALSE(hasInJournal("未按按钮关闭")) << "nobody has closed it";
     EXPECT_FALSE(hasInJournal("\"kind\":\"command\""));
 }
 
@@ -373,17 +465,24 @@ TEST_F(HaltConfirming, KeyHaltsWhileTheDialogIsOpen) {
 
 TEST_F(HaltConfirming, NobodyIsAskedWhileTheQuestionOfTheHaltIsOpenOrAfterIt) {
     asksReally = true;
-    int turns = 0;
-    EXPECT_EQ(run({[](CMainWindow& window) {
+    std::atomic<bool> isChecked{false};
+    EXPECT_EQ(run({watchBatches(),
+                   [](CMainWindow& window) {
                        QTimer::singleShot(0, &window, [&window] { window.action("halt").trigger(); });
                        return true;
                    },
-                   [](CMainWindow&) { return box() != nullptr; }, handOver(kBatch),
-                   isRecorded("\"kind\":\"intake\""),
+                   [](CMainWindow&) { return box() != nullptr; }, handOver(kBatch), hasPlaced(),
+                   [&](CMainWindow&) {
+                       noteProcessed(isChecked);
+                       return true;
+                   },
                    [&](CMainWindow& window) {
+                       if (!isChecked) return false;
+                       // The checked batch was queued for this thread before.
+                       QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
                        EXPECT_EQ(dialog(), nullptr);
                        EXPECT_NE(window.stateBar().state(), EDeskState::Paused);
-                       return ++turns > 20;
+                       return true;
                    },
                    agrees, hasState(EDeskState::Halted)}),
               0);
@@ -404,8 +503,10 @@ TEST_F(HaltConfirming, ResumeEndsThePauseOfADialogThatTheHaltHasClosed) {
 }
 
 TEST_F(HaltConfirming, StopDeclinesTheBatchOfAnOpenDialog) {
-    EXPECT_EQ(run({handOver(kBatch), isOpen}), 0);
+    EXPECT_EQ(run({handOver(kBatch), isOpen, handOver(kBatch)}), 0);
     EXPECT_TRUE(hasInJournal("\"event\":\"declined\",\"by\":\"end\""));
+    EXPECT_FALSE(hasInJournal("未按按钮关闭")) << "nobody has closed it";
+    EXPECT_EQ(folder.read("desk/orders/group.txt"), kBatch) << "it waits for the next start";
     EXPECT_TRUE(hasInJournal("\"reason\":\"signal\""));
     EXPECT_TRUE(folder.exists("layout.ini"));
 }

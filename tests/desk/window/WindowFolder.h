@@ -47,7 +47,8 @@ protected:
         std::size_t next = 0;
         QSettings settings(QString::fromStdString(folder.path("layout.ini")), QSettings::IniFormat);
         const auto keepGoing = [&] { return next < steps.size() && std::chrono::steady_clock::now() < end; };
-        CWindowProgram program(QString::fromStdString(folder.path("desk")), settings, keepGoing);
+        CProgram program(QString::fromStdString(folder.path("desk")), settings, keepGoing);
+        program.onMade = onMade;
         QTimer timer;
         program.setOnClosed([&] { wasClosed = true; });
         program.setOnWindow([&](CMainWindow& window) {
@@ -97,8 +98,18 @@ protected:
     bool asksReally = false;                    ///< the window shows its question boxes
     bool wasClosed = false;                     ///< the user has closed the window
     std::function<void(CMainWindow&)> onWindow; ///< is called before trading starts
+    std::function<void(CDesk&)> onMade;         ///< is called before the desk is opened
 
 private:
+    class CProgram : public CWindowProgram {
+    public:
+        using CWindowProgram::CWindowProgram;
+        void made(CDesk& desk) override {
+            CWindowProgram::made(desk);
+            if (onMade) onMade(desk);
+        }
+        std::function<void(CDesk&)> onMade;
+    };
     static void startSteps(QTimer& timer, CMainWindow& window, const std::vector<CStep>& steps,
                            std::size_t& next) {
         QObject::connect(&timer, &QTimer::timeout, &window, [&] {
