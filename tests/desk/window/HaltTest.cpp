@@ -118,34 +118,36 @@ TEST_F(Halt, ABatchThatComesDuringTheResumeIsDeclinedOrSentAsAWhole) {
     QVector<TC::COrderParam> batch;
     std::unique_ptr<TC::CConfirmationHold> hold;
     std::atomic<bool> isProcessed{false};
-    EXPECT_EQ(
-        run({[&](CMainWindow& window) {
-                 const auto keep = [&](const QVector<TC::COrderParam>& orders) {
-                     if (batch.isEmpty()) batch.fill(orders.first(), kOrders);
-                 };
-                 QObject::connect(TC::COrderService::instance(), &TC::COrderService::sigPlaceOrders, &window,
-                                  keep, Qt::DirectConnection);
-                 return true;
-             },
-             handOver(manyOrders(1)), hasRows("orders", 1), trigger("halt"), hasState(EDeskState::Halted),
-             [&](CMainWindow& window) {
-                 hold = std::make_unique<TC::CConfirmationHold>(); // the resume waits for its end
-                 window.stateBar().haltButton().click();
-                 return true;
-             },
-             [this](CMainWindow&) { return hasInJournal("\"action\":\"resume\""); },
-             [&](CMainWindow&) {
-                 TC::COrderService::instance()->placeOrders(batch);
-                 noteProcessed(isProcessed);
-                 return true;
-             },
-             [this](CMainWindow&) { return hasInJournal("the desk is halted"); },
-             [&](CMainWindow&) {
-                 hold.reset();
-                 return true;
-             },
-             hasState(EDeskState::Active), [&](CMainWindow&) { return isProcessed.load(); }}),
-        0);
+    EXPECT_EQ(run({[&](CMainWindow& window) {
+                       const auto keep = [&](const QVector<TC::COrderParam>& orders) {
+                           if (isPlaced) return;
+                           batch.fill(orders.first(), kOrders);
+                           isPlaced = true;
+                       };
+                       QObject::connect(TC::COrderService::instance(), &TC::COrderService::sigPlaceOrders,
+                                        &window, keep, Qt::DirectConnection);
+                       return true;
+                   },
+                   handOver(manyOrders(1)), hasPlaced(), hasRows("orders", 1), trigger("halt"),
+                   hasState(EDeskState::Halted),
+                   [&](CMainWindow& window) {
+                       hold = std::make_unique<TC::CConfirmationHold>(); // the resume waits for its end
+                       window.stateBar().haltButton().click();
+                       return true;
+                   },
+                   [this](CMainWindow&) { return hasInJournal("\"action\":\"resume\""); },
+                   [&](CMainWindow&) {
+                       TC::COrderService::instance()->placeOrders(batch);
+                       noteProcessed(isProcessed);
+                       return true;
+                   },
+                   [this](CMainWindow&) { return hasInJournal("the desk is halted"); },
+                   [&](CMainWindow&) {
+                       hold.reset();
+                       return true;
+                   },
+                   hasState(EDeskState::Active), [&](CMainWindow&) { return isProcessed.load(); }}),
+              0);
     const int sent = commandsIn(journal()) - 1;
     EXPECT_TRUE(sent == 0 || sent == kOrders) << sent;
 }

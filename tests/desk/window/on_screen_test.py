@@ -1,6 +1,8 @@
 """Uses the desk's window as a person does, with keys and the mouse, on a screen in memory: confirms batches, declines one, closes a
 question by its frame, resumes the intake, halts, resumes, and ends the desk.
 
+It polls the processes of the desk and of the screen, so it sleeps for short times.
+
 Usage: on_screen_test.py SOURCE_FOLDER PROGRAMS
 """
 import signal
@@ -78,6 +80,13 @@ class OnScreen(unittest.TestCase):
         self.press_until(lambda: self.confirmations("declined") == 1, "alt+F4")
         self.screen.window("PAUSED")
         waiting = self.window.hand_over("group.txt", BUY)
+        # Each change waits for the intake, and needs longer than one of its intervals.
+        self.screen.key("F2", "Down", "space")
+        self.window.wait_for_record(kind="strategy", action="stop")
+        self.screen.key("Return")
+        self.window.wait_for_record(kind="strategy", action="start", count=17)
+        self.assertTrue(waiting.exists())
+        self.assertEqual(len(self.window.journal(kind="intake")), 1)
         self.stop_by_signal()
         self.assertTrue(waiting.exists())
 
