@@ -304,7 +304,7 @@ void CMainWindow::showState() {
     const CDeskStatus status = m_control.status();
     m_state->showStatus(status, m_facts);
     plotCommandTime(status);
-    const QString text = stateText(status);
+    const QString text = deskStateText(status);
     if (text == m_strState) return;
     m_strState = text;
     const QString folder = QDir::cleanPath(QFileInfo(m_strFolder).absoluteFilePath());

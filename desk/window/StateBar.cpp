@@ -70,7 +70,7 @@ QString stateWord(EDeskState state) {
     return CStateBar::tr("… ENDING");
 }
 
-QString stateText(const CDeskStatus& status) {
+QString deskStateText(const CDeskStatus& status) {
     const EDeskState first = stateOf(status);
     CDeskStatus rest = status;
     if (first == EDeskState::Ending)
@@ -81,7 +81,7 @@ QString stateText(const CDeskStatus& status) {
         return stateWord(first);
     const EDeskState second = stateOf(rest);
     if (second == EDeskState::Active) return stateWord(first);
-    return stateWord(first) + QStringLiteral("  ") + stateText(rest);
+    return stateWord(first) + QStringLiteral("  ") + deskStateText(rest);
 }
 
 CStateBar::CStateBar(QWidget* parent)
@@ -139,7 +139,7 @@ void CStateBar::makeBars() {
 }
 
 void CStateBar::showState(const CDeskStatus& status) {
-    const QString text = stateText(status);
+    const QString text = deskStateText(status);
     if (text == m_word->text()) return;
     m_eState = stateOf(status);
     m_word->setText(text);

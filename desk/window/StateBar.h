@@ -16,7 +16,7 @@ EDeskState stateOf(const CDeskStatus& status);
 /// The state as a word with a sign, such as "● ACTIVE".
 QString stateWord(EDeskState state);
 /// All that is urgent, as words: a broken journal does not hide a halt or a pause.
-QString stateText(const CDeskStatus& status);
+QString deskStateText(const CDeskStatus& status);
 /// The style of a word or a button with white text on this colour, and the tool tip of a button that halts.
 QString badgeStyle(const QColor& background);
 QString haltTip();

@@ -252,6 +252,20 @@ TEST_F(Halt, EndedRunShowsHowManyOrdersAreLeftAndCanDiscardThem) {
     EXPECT_TRUE(wasClosed) << "the next Ctrl-C discards";
 }
 
+TEST_F(Halt, AHaltedDeskThatIsClosedDeclinesWhatComesAndEnds) {
+    EXPECT_EQ(run({handOver(manyOrders(1)), hasRows("orders", 2), trigger("halt"),
+                   hasState(EDeskState::Halted), handOver(manyOrders(1)),
+                   [](CMainWindow& window) {
+                       window.close();
+                       return true;
+                   }}),
+              0);
+    EXPECT_TRUE(wasClosed);
+    EXPECT_EQ(commandsIn(journal()), 1);
+    EXPECT_TRUE(hasInJournal("\"reason\":\"window closed\""));
+    EXPECT_EQ(folder.read("desk/orders/group.txt"), manyOrders(1)) << "it waits for the next start";
+}
+
 TEST_F(Halt, TheWindowIsThereBeforeTradingStarts) {
     bool isTrading = true;
     onWindow = [&](CMainWindow& window) {
