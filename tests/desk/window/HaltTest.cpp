@@ -1,84 +1,22 @@
-// The halt and its end: what was accepted before, failures, and open questions.
+// The halt, its end, and the end of the desk: what was accepted before, and failures.
 #include "orderservice/gates/IntakePause.h"
 #include "orderservice/gates/OrderConfirmer.h"
-#include "orderservice/service/OrderService.h"
-#include "orderservice/ui/OrdersConfirmWidget.h"
-#include "orderservice/ui/OrdersMessageBox.h"
 #include "tests/desk/journal/DeskFolder.h"
-#include "tests/desk/window/WindowFolder.h"
+#include "tests/desk/window/HaltFolder.h"
 
 #include <QAction>
-#include <QApplication>
-#include <QHeaderView>
-#include <QMessageBox>
+#include <QItemSelectionModel>
 #include <QPushButton>
-#include <QTableView>
-#include <QTest>
 #include <QTimer>
 
-#include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <future>
-#include <iterator>
-#include <memory>
-#include <regex>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace desk {
 namespace {
 
-class Halt : public CWindowFolder {
-protected:
-    void SetUp() override { makeFolder(false); }
-
-    /// The commands with a task: those that went to the broker.
-    static int commandsIn(const std::string& journal) {
-        static const std::regex kCommand(R"("kind":"command"[^\n]*"task":[0-9])");
-        return static_cast<int>(std::distance(std::sregex_iterator(journal.begin(), journal.end(), kCommand),
-                                              std::sregex_iterator()));
-    }
-    static std::string manyOrders(int count) {
-        std::string lines;
-        for (int i = 0; i < count; ++i)
-            lines += "23,0,7.50,600104,200\n";
-        return lines;
-    }
-    /// Watches the batches that are placed.
-    CWindowFolder::CStep watchBatches() {
-        return [this](CMainWindow& window) {
-            QObject::connect(
-                TC::COrderService::instance(), &TC::COrderService::sigPlaceOrders, &window,
-                [this] { isPlaced = true; }, Qt::DirectConnection);
-            return true;
-        };
-    }
-    CWindowFolder::CStep hasPlaced() {
-        return [this](CMainWindow&) { return isPlaced.load(); };
-    }
-    /// Makes `flag` true when the batches that were placed before are processed.
-    static void noteProcessed(std::atomic<bool>& flag) {
-        const auto note = [](std::atomic<bool>* done) { *done = true; };
-        TC::COrderService::instance()->holdUntilProcessed(std::shared_ptr<std::atomic<bool>>(&flag, note));
-    }
-    std::atomic<bool> isPlaced{false};
-
-    static QMessageBox* box() {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            auto* found = qobject_cast<QMessageBox*>(window);
-            if (found != nullptr && found->isVisible()) return found;
-        }
-        return nullptr;
-    }
-    static CWindowFolder::CStep resumes() {
-        return [](CMainWindow& window) {
-            window.stateBar().haltButton().click();
-            return true;
-        };
-    }
-};
+using Halt = CHaltFolder;
 
 TEST_F(Halt, ResumeSendsNothingThatWasAcceptedBefore) {
     const auto hasLater = [](CMainWindow& window) {
@@ -298,14 +236,23 @@ TEST_F(Halt, AnExceptionInTheCancelIsTriedAgain) {
 }
 
 TEST_F(Halt, ARefusedStartMakesNoFolderAndAStartShowsItsNote) {
-    const auto start = [](CMainWindow& window) {
-        window.table("strategies").selectRow(0);
-        window.action("start").trigger();
+    const auto trigger = [](CMainWindow& window, const char* action) {
+        CTableView& view = window.table("strategies");
+        for (int row = 0; row < view.filter().rowCount(); ++row) {
+            const QModelIndex index = view.filter().index(row, 0);
+            // Unlike selectRow it does not use the keys that an earlier test has pressed.
+            if (index.data(CRowModel::KeyRole) == "1")
+                view.selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                                  QItemSelectionModel::Rows);
+        }
+        ASSERT_EQ(view.selectedKeys(), QStringList("1"));
+        window.action(action).trigger();
     };
+    const auto start = [trigger](CMainWindow& window) { trigger(window, "start"); };
     EXPECT_EQ(run({hasRows("strategies", 16),
                    [&](CMainWindow& window) {
-                       window.table("strategies").selectRow(0);
-                       window.action("stop").trigger();
+                       trigger(window, "stop");
+                       EXPECT_TRUE(cell(window, "strategies", "1", "state").contains("stopped"));
                        TC::COrderStrategyParam& strategy = *TC::COrderService::instance()->getStrategy(1);
                        const QString source = strategy.m_strSignalSource;
                        strategy.m_strSignalSource = QString::fromStdString(folder.path("desk/new/a.txt"));
@@ -363,170 +310,6 @@ TEST_F(Halt, CancelByHandNamesItsReasonAndAsksTheBroker) {
     EXPECT_TRUE(hasInJournal("\"action\":\"cancel\",\"reason\":\"cancelled in the window\""));
 }
 
-/// The user of the folder confirms his orders in the dialog.
-class HaltConfirming : public Halt {
-protected:
-    void SetUp() override {
-        makeFolder(true);
-        // Without the guard no test must wait until 确定 is accepted.
-        const std::string text = folder.read("desk/desk.toml");
-        const std::string head = "[switches]";
-        ASSERT_NE(text.find(head), std::string::npos);
-        folder.write("desk/desk.toml", std::string(text).insert(text.find(head) + head.size(),
-                                                                "\nmdl_order_confirm_guard = false\n"));
-    }
-
-    static TC::COrdersMessageBox* dialog() {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            auto* found = qobject_cast<TC::COrdersMessageBox*>(window);
-            if (found != nullptr && found->isVisible()) return found;
-        }
-        return nullptr;
-    }
-    static bool isOpen(CMainWindow&) { return dialog() != nullptr; }
-    static bool agrees(CMainWindow&) {
-        QMessageBox* const open = box();
-        if (open == nullptr) return false;
-        const QList<QAbstractButton*> buttons = open->buttons();
-        const auto yes = std::find_if(buttons.begin(), buttons.end(), [&](QAbstractButton* button) {
-            return open->buttonRole(button) == QMessageBox::AcceptRole;
-        });
-        (*yes)->click(); // the box is gone afterwards
-        return true;
-    }
-    CWindowFolder::CStep isRecorded(const char* text) {
-        return [this, text](CMainWindow&) { return hasInJournal(text); };
-    }
-};
-
-constexpr const char* kBatch = "23,0,8.02,600104,1000\n";
-
-TEST_F(HaltConfirming, ColumnsOfTheDialogAreKeptForTheNextOne) {
-    constexpr int kWide = 217;
-    const auto header = [] { return dialog()->findChild<QTableView*>()->horizontalHeader(); };
-    const auto decline = [](CMainWindow&) {
-        dialog()->cancelButton()->click();
-        return true;
-    };
-    const auto isClosed = [](CMainWindow&) { return dialog() == nullptr; };
-    EXPECT_EQ(run({handOver(kBatch), isOpen,
-                   [&](CMainWindow&) {
-                       header()->resizeSection(3, kWide);
-                       return true;
-                   },
-                   decline, isClosed, handOver(kBatch), isOpen,
-                   [&](CMainWindow&) {
-                       EXPECT_EQ(header()->sectionSize(3), kWide);
-                       return true;
-                   },
-                   decline, isClosed}),
-              0);
-}
-
-TEST_F(HaltConfirming, DialogOfTheWindowSendsTheBatch) {
-    EXPECT_EQ(run({handOver(kBatch), isOpen, hasState(EDeskState::Paused),
-                   [](CMainWindow& window) {
-                       EXPECT_EQ(dialog()->parentWidget(), &window);
-                       dialog()->okButton()->click();
-                       return true;
-                   },
-                   hasRows("fills", 1),
-                   [](CMainWindow& window) {
-                       CRowModel& messages = window.model("messages");
-                       for (int row = 0; row < messages.rowCount(); ++row) {
-                           for (int column = 0; column < messages.columnCount(); ++column) {
-                               const QString text = messages.index(row, column).data().toString();
-                               if (text.contains(QLatin1String("accepted by the user"))) return true;
-                           }
-                       }
-                       return false;
-                   }}),
-              0);
-    EXPECT_TRUE(hasInJournal("\"event\":\"accepted\",\"by\":\"user\""));
-}
-
-TEST_F(HaltConfirming, ButtonInTheDialogHaltsAndDeclinesTheBatch) {
-    EXPECT_EQ(run({handOver(kBatch), isOpen,
-                   [](CMainWindow&) {
-                       auto* halt = dialog()->findChild<QPushButton*>(QStringLiteral("halt"));
-                       if (halt == nullptr) return false;
-                       QCoreApplication::sendPostedEvents(dialog(), QEvent::LayoutRequest);
-                       EXPECT_GE(dialog()->table()->height(), dialog()->table()->tableHeight())
-                           << "the button has room of its own";
-                       EXPECT_FALSE(halt->hasFocus() || halt->isDefault());
-                       halt->click();
-                       return true;
-                   },
-                   hasState(EDeskState::Halted),
-                   [](CMainWindow&) {
-                       EXPECT_EQ(dialog(), nullptr);
-                       return true;
-                   }}),
-              0);
-    EXPECT_TRUE(hasInJournal("\"event\":\"declined\",\"by\":\"halt\""));
-    EXPECT_FALSE(hasInJournal("未按按钮关闭")) << "nobody has closed it";
-    EXPECT_FALSE(hasInJournal("\"kind\":\"command\""));
-}
-
-TEST_F(HaltConfirming, KeyHaltsWhileTheDialogIsOpen) {
-    EXPECT_EQ(run({handOver(kBatch), isOpen,
-                   [](CMainWindow&) {
-                       QTest::keyClick(dialog(), Qt::Key_H, Qt::ControlModifier);
-                       return true;
-                   },
-                   hasState(EDeskState::Halted)}),
-              0);
-    EXPECT_TRUE(hasInJournal("\"event\":\"declined\",\"by\":\"halt\""));
-}
-
-TEST_F(HaltConfirming, NobodyIsAskedWhileTheQuestionOfTheHaltIsOpenOrAfterIt) {
-    asksReally = true;
-    std::atomic<bool> isChecked{false};
-    EXPECT_EQ(run({watchBatches(),
-                   [](CMainWindow& window) {
-                       QTimer::singleShot(0, &window, [&window] { window.action("halt").trigger(); });
-                       return true;
-                   },
-                   [](CMainWindow&) { return box() != nullptr; }, handOver(kBatch), hasPlaced(),
-                   [&](CMainWindow&) {
-                       noteProcessed(isChecked);
-                       return true;
-                   },
-                   [&](CMainWindow& window) {
-                       if (!isChecked) return false;
-                       // The checked batch was queued for this thread before.
-                       QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
-                       EXPECT_EQ(dialog(), nullptr);
-                       EXPECT_NE(window.stateBar().state(), EDeskState::Paused);
-                       return true;
-                   },
-                   agrees, hasState(EDeskState::Halted)}),
-              0);
-    EXPECT_TRUE(hasInJournal("\"event\":\"not_asked\",\"by\":\"nobody\""));
-    EXPECT_FALSE(hasInJournal("\"event\":\"accepted\""));
-    EXPECT_FALSE(hasInJournal("\"kind\":\"command\""));
-}
-
-TEST_F(HaltConfirming, ResumeEndsThePauseOfADialogThatTheHaltHasClosed) {
-    EXPECT_EQ(run({handOver(kBatch), isOpen,
-                   [](CMainWindow& window) {
-                       window.halt();
-                       return true;
-                   },
-                   hasState(EDeskState::Halted), resumes(), hasState(EDeskState::Active)}),
-              0);
-    EXPECT_FALSE(TC::isConfirmationPauseSet());
-}
-
-TEST_F(HaltConfirming, StopDeclinesTheBatchOfAnOpenDialog) {
-    EXPECT_EQ(run({handOver(kBatch), isOpen, handOver(kBatch)}), 0);
-    EXPECT_TRUE(hasInJournal("\"event\":\"declined\",\"by\":\"end\""));
-    EXPECT_FALSE(hasInJournal("未按按钮关闭")) << "nobody has closed it";
-    EXPECT_EQ(folder.read("desk/orders/group.txt"), kBatch) << "it waits for the next start";
-    EXPECT_TRUE(hasInJournal("\"reason\":\"signal\""));
-    EXPECT_TRUE(folder.exists("layout.ini"));
-}
-
 TEST_F(Halt, AQuestionThatIsOpenInTheEndDoesNotHoldItUp) {
     asksReally = true;
     bool isAnswered = false;
@@ -548,18 +331,6 @@ TEST_F(Halt, AQuestionThatIsOpenInTheEndDoesNotHoldItUp) {
     EXPECT_EQ(box(), nullptr);
     EXPECT_TRUE(hasInJournal("\"kind\":\"stopped\""));
     EXPECT_FALSE(hasInJournal("\"kind\":\"unplaced\""));
-}
-
-TEST_F(HaltConfirming, StopClosesAQuestion) {
-    asksReally = true;
-    EXPECT_EQ(run({[](CMainWindow& window) {
-                       QTimer::singleShot(0, &window, [&window] { window.action("halt").trigger(); });
-                       return true;
-                   },
-                   [](CMainWindow&) { return box() != nullptr; }}),
-              0);
-    EXPECT_TRUE(hasInJournal("\"reason\":\"signal\""));
-    EXPECT_FALSE(hasInJournal("\"kind\":\"control\""));
 }
 
 } // namespace
