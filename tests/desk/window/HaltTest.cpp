@@ -313,12 +313,12 @@ TEST_F(Halt, CancelByHandNamesItsReasonAndAsksTheBroker) {
 TEST_F(Halt, AQuestionThatIsOpenInTheEndDoesNotHoldItUp) {
     asksReally = true;
     bool isAnswered = false;
-    const auto answer = [&] {
+    const auto declineAll = [&] {
         isAnswered = true;
         while (CMainWindow::declineOpen()) {
         }
     };
-    QTimer::singleShot(std::chrono::seconds(50), qApp, answer); // so that a failure ends
+    QTimer::singleShot(std::chrono::seconds(50), qApp, declineAll); // so that a failure ends
     EXPECT_EQ(run({handOver(manyOrders(3000)), hasRows("orders", 1)},
                   {[](CMainWindow& window) {
                        if (window.stateBar().state() != EDeskState::Ending) return false;

@@ -5,6 +5,7 @@
 #include "tests/support/FakeClock.h"
 #include "tests/support/TempFolder.h"
 
+#include <QCoreApplication>
 #include <QDockWidget>
 #include <QSettings>
 #include <QTabBar>
