@@ -54,7 +54,7 @@ int refuse(const std::string& folder, const std::vector<CDiagnostic>& mistakes, 
 }
 
 /// Finishes the accepted orders. After it returns nothing is left to be recorded. False if orders were
-/// discarded.
+/// discarded, or were not sent because nobody could confirm them any more.
 bool endTrading(CDesk& desk, CTextSink& sink, IDeskProgram& program,
                 const std::function<bool()>& keepWaiting) {
     {
@@ -73,7 +73,12 @@ bool endTrading(CDesk& desk, CTextSink& sink, IDeskProgram& program,
     QCoreApplication::processEvents();
     const std::string unplaced = desk.unplacedText();
     if (!unplaced.empty()) sink.writeLine(unplaced, ESeverity::Warning);
-    return unplaced.empty();
+    const int notAsked = desk.notAskedOrders();
+    if (notAsked > 0)
+        sink.writeLine(counted(notAsked, "order") +
+                           " not sent: they needed a confirmation when the desk ended",
+                       ESeverity::Warning);
+    return unplaced.empty() && notAsked == 0;
 }
 
 /// The desk without a window.

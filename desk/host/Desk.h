@@ -105,6 +105,8 @@ public:
     /// The number of orders that were accepted but not processed, by channel, as a text for the user. Empty
     /// if all were processed. Call it after COrderService::shutdown.
     std::string unplacedText() const { return m_audit.unplacedText(); }
+    /// Orders that were not sent because they needed a confirmation and the desk was ending. Main thread.
+    int notAskedOrders() const { return m_confirmer.notAskedOrders(); }
 
     /// Opens no dialog any more. Call it before COrderService::shutdown.
     void endQuestions() { m_confirmer.end(); }

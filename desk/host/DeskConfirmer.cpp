@@ -63,9 +63,16 @@ CDeskConfirmer::CAnswer CDeskConfirmer::ask(const TC::CConfirmQuestion& question
     return isAccepted ? CAnswer{notRecorded(), kNobody} : answer;
 }
 
-CDeskConfirmer::CAnswer CDeskConfirmer::answerOf(const TC::CConfirmQuestion& question) const {
+void CDeskConfirmer::withdraw() {
+    if (m_pDialog != nullptr) m_pDialog->withdraw();
+}
+
+CDeskConfirmer::CAnswer CDeskConfirmer::answerOf(const TC::CConfirmQuestion& question) {
     if (m_bHalted) return {notAsked(QStringLiteral("交易台已停止交易")), kNobody};
-    if (m_pDialog != nullptr && m_bEnding) return {notAsked(QStringLiteral("下单服务正在关闭")), kNobody};
+    if (m_pDialog != nullptr && m_bEnding) {
+        m_nNotAskedOrders += static_cast<int>(question.m_remarks.size());
+        return {notAsked(QStringLiteral("下单服务正在关闭")), kNobody};
+    }
     if (m_pDialog != nullptr) return answerOfDialog(question);
     TC::CConfirmAnswer answer;
     answer.m_eResult = m_eAnswer == EConfirm::Accept ? EConfirmResult::Accepted : EConfirmResult::Declined;
@@ -96,7 +103,9 @@ void CDeskConfirmer::show(const TC::CConfirmQuestion& question, const CAnswer& a
         text += " by the user";
     else
         text += answer.m_pszBy == kHalt ? ", because the desk was halted" : ", because the desk ends";
-    m_sink.writeFloodLine(isAccepted ? EFloodLine::Note : EFloodLine::Refusal, true, text);
+    // A batch that the user has declined himself is no news for him.
+    const bool isNote = isAccepted || answer.m_pszBy == kUser;
+    m_sink.writeFloodLine(isNote ? EFloodLine::Note : EFloodLine::Refusal, true, text);
 }
 
 } // namespace desk

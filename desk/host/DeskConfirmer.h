@@ -31,13 +31,17 @@ public:
     void setHalted(bool isHalted);
 
     TC::CConfirmAnswer confirm(const TC::CConfirmQuestion& question) override;
+    void withdraw() override;
+
+    /// Orders that were not sent because nobody could be asked after end().
+    int notAskedOrders() const { return m_nNotAskedOrders; }
 
 private:
     struct CAnswer {
         TC::CConfirmAnswer m_answer;
         const char* m_pszBy;
     };
-    CAnswer answerOf(const TC::CConfirmQuestion& question) const;
+    CAnswer answerOf(const TC::CConfirmQuestion& question);
     CAnswer answerOfDialog(const TC::CConfirmQuestion& question) const;
     CAnswer ask(const TC::CConfirmQuestion& question, std::int64_t seq);
     void show(const TC::CConfirmQuestion& question, const CAnswer& answer) const;
@@ -48,6 +52,7 @@ private:
     TC::IOrderConfirmer* m_pDialog = nullptr;
     bool m_bEnding = false;
     bool m_bHalted = false;
+    int m_nNotAskedOrders = 0;
     int m_nHalts = 0; ///< so that a halt that has ended before the answer is noticed
 };
 

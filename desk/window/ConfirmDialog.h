@@ -18,6 +18,7 @@ public:
     void setWindow(QWidget* window, std::function<void()> halt);
 
     TC::CConfirmAnswer confirm(const TC::CConfirmQuestion& question) override;
+    void withdraw() override { m_confirmer.withdraw(); }
 
     static bool isOpen();
     /// Closes the open dialog without an answer of the user, and ends the pause of the intake that it has

@@ -15,7 +15,7 @@ thread_local std::shared_ptr<const void> s_ofThread;
 } // namespace
 
 std::shared_ptr<const void> CIntakeMeter::begin(int orders, double now) {
-    auto batch = std::make_shared<CBatch>(CBatch{orders, now, false});
+    auto batch = std::make_shared<CBatch>(CBatch{orders, now, false, {}});
     const std::lock_guard lock(m_mutex);
     m_batches.push_back(batch);
     m_state.m_nQueue += orders;
@@ -48,12 +48,16 @@ void CIntakeMeter::command(bool isInCheck, double now) {
 
 void CIntakeMeter::refusal() {
     const std::lock_guard lock(m_mutex);
-    if (!m_batches.empty()) m_batches.front()->m_bRefused = true;
+    if (m_batches.empty()) return;
+    m_batches.front()->m_bRefused = true;
+    m_batches.front()->m_refusedBy = std::this_thread::get_id();
 }
 
 void CIntakeMeter::message() {
     const std::lock_guard lock(m_mutex);
-    if (!m_batches.empty() && m_batches.front()->m_bRefused) finishOrder();
+    if (m_batches.empty()) return;
+    const CBatch& batch = *m_batches.front();
+    if (batch.m_bRefused && batch.m_refusedBy == std::this_thread::get_id()) finishOrder();
 }
 
 /// One order less of the first batch.

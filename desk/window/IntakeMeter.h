@@ -5,6 +5,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
 
 namespace desk {
 
@@ -13,7 +14,9 @@ namespace desk {
 class CIntakeMeter : public std::enable_shared_from_this<CIntakeMeter> {
 public:
     struct CState {
-        int m_nQueue = 0;               ///< accepted orders that are neither sent nor refused
+        /// Accepted orders whose check has not ended. The one-pass variant sends an order when its check
+        /// ends; the two-pass variant checks a whole batch first.
+        int m_nQueue = 0;
         std::string m_strLastTime;      ///< when the last command came, as ISO 8601; empty if there was none
         std::optional<double> m_lastMs; ///< from the door to that command; not set if a person was asked
     };
@@ -33,7 +36,8 @@ public:
     void command(bool isInCheck, double now);
     /// The check has refused an order, or a part of one: a command may still follow.
     void refusal();
-    /// The check has shown a message, as it does when it begins an order. So a refused order is finished.
+    /// A message was shown. If the thread of the last refusal has shown it, the check has begun the next
+    /// order, and the refused one is finished.
     void message();
     CState state() const;
 
@@ -41,7 +45,8 @@ private:
     struct CBatch {
         int m_nOrders;
         double m_dBegin;
-        bool m_bRefused = false; ///< the check has refused an order that is not counted yet
+        bool m_bRefused = false;     ///< the check has refused an order that is not counted yet
+        std::thread::id m_refusedBy; ///< thread of that check
     };
     void finishOrder();
 

@@ -308,19 +308,36 @@ void CLiveControl::finishHalt() {
 void CLiveControl::resume() {
     if (m_eHalt != EHalt::Halted) return;
     m_eHalt = EHalt::Resuming;
+    m_gate = std::make_shared<CGate>(EGate::Undecided);
     m_worker->post([this] {
         record("resume");
         waitForAccepted();
     });
 }
 
+void CLiveControl::setEnding() {
+    m_bEnding = true;
+    EGate undecided = EGate::Undecided;
+    m_gate->compare_exchange_strong(undecided, EGate::Closed);
+}
+
+/// False if the desk ends and stays halted.
+bool CLiveControl::openGate(CGate& gate) {
+    EGate undecided = EGate::Undecided;
+    return gate.compare_exchange_strong(undecided, EGate::Open);
+}
+
 /// Between two batches, so that no batch is declined in its first part and sent in its second. The two-pass
 /// variant sends a batch on the main thread, in one call. The one-pass variant sends it on the service's
 /// thread. A ticket is released there between two batches.
 void CLiveControl::endHaltOfCommands() {
-    if (!m_desk.config().user.orderService) return finishResume();
-    const auto end = [](CPaperOrderClient* orders) {
-        if (utils::isMainThread()) return; // the queue is closed: the desk ends, and stays halted
+    if (!m_desk.config().user.orderService) {
+        if (openGate(*m_gate)) finishResume();
+        return;
+    }
+    const auto end = [gate = m_gate](CPaperOrderClient* orders) {
+        // On the main thread the queue is closed: the desk ends, and stays halted.
+        if (utils::isMainThread() || !openGate(*gate)) return;
         orders->setHalted(false);
         finishLater();
     };

@@ -10,6 +10,7 @@
 #include "orderservice/platform/MsgService.h"
 #include "orderservice/platform/OrderClient.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -64,8 +65,8 @@ public:
     /// trading starts.
     void measure();
     const std::shared_ptr<CIntakeMeter>& meter() const { return m_meter; }
-    /// The desk ends: from now on the state is "ending".
-    void setEnding() { m_bEnding = true; }
+    /// The desk ends: from now on the state is "ending". A resume whose commands do not pass yet is given up.
+    void setEnding();
 
     const CDeskConfig& config() const override { return m_desk.config(); }
     CDeskStatus status() const override;
@@ -110,8 +111,13 @@ private:
     std::unique_ptr<TC::CIntakePause> m_pause; ///< while the desk is halted
     EHalt m_eHalt = EHalt::None;               ///< main thread
     bool m_bEnding = false;                    ///< main thread
-    int m_nStarting = TC::kUnsetInt;           ///< the strategy that startStrategy starts; main thread
-    mutable std::mutex m_mutex;                ///< guards the next one
+    /// Whether the commands pass after a halt. Set once by the end of a resume, or by the end of the desk.
+    enum class EGate { Undecided, Open, Closed };
+    using CGate = std::atomic<EGate>;
+    std::shared_ptr<CGate> m_gate = std::make_shared<CGate>(EGate::Undecided); ///< a new one for each resume
+    static bool openGate(CGate& gate);
+    int m_nStarting = TC::kUnsetInt; ///< the strategy that startStrategy starts; main thread
+    mutable std::mutex m_mutex;      ///< guards the next one
     QString m_strHaltProblem;
     int m_nCancelled = 0;                  ///< by the halt; on the worker, until the halt is done
     std::unique_ptr<CDeskWorker> m_worker; ///< last member: its actions use the others

@@ -4,6 +4,7 @@
 #include "desk/window/LeftColumn.h"
 #include "desk/window/Theme.h"
 #include "orderservice/base/Clock.h"
+#include "orderservice/gates/IntakePause.h"
 #include "orderservice/gates/OrderConfirmer.h"
 
 #include <QAction>
@@ -387,26 +388,39 @@ bool CMainWindow::eventFilter(QObject* object, QEvent* event) {
     return true;
 }
 
+/// What happens to the accepted orders if the window is closed now.
+QString CMainWindow::queueText(const CDeskStatus& status) {
+    const int orders = status.m_nQueue;
+    if (status.m_bResuming)
+        return tr(
+            "%n accepted order(s) are not processed yet. They are sent if the resume is finished in time, "
+            "otherwise declined.",
+            nullptr, orders);
+    if (status.m_bHalting || status.m_bHalted)
+        return tr("%n accepted order(s) are not processed yet. The desk is halted: they are declined.",
+                  nullptr, orders);
+    if (status.m_bConfirms)
+        return tr(
+            "%n accepted order(s) are not processed yet. Those that need your confirmation are not sent.",
+            nullptr, orders);
+    return tr("%n accepted order(s) are not processed yet. The desk still sends them before it ends. "
+              "Until then the window stays and can discard them.",
+              nullptr, orders);
+}
+
 /// What is not finished; empty if nothing is lost or goes on by closing.
 QString CMainWindow::closeText() const {
     const CDeskStatus status = m_control.status();
     QStringList texts;
     if (m_facts.m_nRunning > 0) texts.append(tr("%n strategy(s) run.", nullptr, m_facts.m_nRunning));
-    const bool isHalted = status.m_bHalting || status.m_bHalted;
-    if (status.m_nQueue > 0 && isHalted)
-        texts.append(tr("%n accepted order(s) are not processed yet. The desk is halted: they are declined.",
-                        nullptr, status.m_nQueue));
-    if (status.m_nQueue > 0 && !isHalted)
-        texts.append(
-            tr("%n accepted order(s) are not processed yet. The desk still sends them before it ends. "
-               "Until then the window stays and can discard them.",
-               nullptr, status.m_nQueue));
+    if (status.m_nQueue > 0) texts.append(queueText(status));
+    if (status.m_nDelayed > 0)
+        texts.append(tr("%n checked batch(es) wait. If they need your confirmation, they are not sent.",
+                        nullptr, status.m_nDelayed));
     const auto waiting = static_cast<int>(m_board.waiting().size());
     if (waiting > 0) texts.append(tr("%n order(s) wait and stay in the books.", nullptr, waiting));
     if (status.m_bConfirmationOpen)
         texts.append(tr("The batch that waits for your confirmation is declined."));
-    if (status.m_nQueue > 0 && !m_control.config().user.orderService)
-        texts.append(tr("Batches that need your confirmation are not sent any more."));
     if (status.m_bHalting) texts.append(tr("The halt is not finished."));
     return texts.join(QLatin1Char('\n'));
 }
@@ -414,8 +428,11 @@ QString CMainWindow::closeText() const {
 void CMainWindow::closeEvent(QCloseEvent* event) {
     event->ignore(); // the program deletes the window when the desk has ended
     if (m_bEnding) return;
+    // Order files that come from now on wait at their paths for the next start.
+    auto pause = std::make_unique<TC::CIntakePause>();
     const QString text = closeText();
     if (!text.isEmpty() && !m_ask(tr("Close the desk?"), text, tr("Close the desk"))) return;
+    m_pauseOfClose = std::move(pause);
     emit sigClosed();
 }
 

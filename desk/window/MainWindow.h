@@ -27,6 +27,10 @@ class QMenu;
 class QMenuBar;
 class QSettings;
 
+namespace TC {
+class CIntakePause;
+}
+
 namespace desk {
 
 /// Asks a question that must be answered before something dangerous is done. Returns whether the user agreed;
@@ -128,6 +132,7 @@ private:
     QString cancelText(const std::vector<std::pair<std::string, int>>& orders) const;
     void discardQueue();
     void endPause();
+    static QString queueText(const CDeskStatus& status);
     QString closeText() const;
     QString resumeText() const;
     QString withWaitingFiles(const QString& text) const;
@@ -169,6 +174,7 @@ private:
     std::string m_strInstrument; ///< of the book
     std::uint64_t m_nRevision = 0;
     bool m_bHasStrategies = false; ///< m_nRevision is valid
+    std::unique_ptr<TC::CIntakePause> m_pauseOfClose; ///< from the close to the end
     bool m_bEnding = false;
     bool m_bAskingToHalt = false;
     bool m_bFirstTurn = false; ///< the last turn was the first one of a batch

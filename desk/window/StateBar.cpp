@@ -22,14 +22,18 @@ QFont largeFont(const QFont& font, int percent) {
 
 /// What happens to the accepted orders when the desk ends.
 QString endingText(const CDeskStatus& status) {
+    if (status.m_nQueue == 0) return CStateBar::tr("The desk ends.");
     if (status.m_bHalting || status.m_bHalted)
         return CStateBar::tr("The desk is halted: it declines the %n order(s) that it has accepted, and then "
                              "ends.",
                              nullptr, status.m_nQueue);
-    const QString text = CStateBar::tr("The desk sends the %n order(s) that it has accepted, and then ends.",
-                                       nullptr, status.m_nQueue);
-    if (!status.m_bConfirms) return text;
-    return text + QLatin1Char(' ') + CStateBar::tr("Batches that need your confirmation are not sent.");
+    if (status.m_bConfirms)
+        return CStateBar::tr(
+            "The desk processes the %n order(s) that it has accepted, and then ends. Those that "
+            "need your confirmation are not sent.",
+            nullptr, status.m_nQueue);
+    return CStateBar::tr("The desk sends the %n order(s) that it has accepted, and then ends.", nullptr,
+                         status.m_nQueue);
 }
 
 } // namespace

@@ -124,15 +124,15 @@ QVariant journalChannel(const std::string& line, const std::string& kind) {
 bool isJournalWarning(const std::string& line, const std::string& kind) {
     static const std::set<std::string> kWarnings = {"continued", "discarded", "incident",
                                                     "resumed",   "unplaced",  "trade_error"};
-    static const std::vector<const char*> kSigns = {R"("rejected":true)", R"("cut_short":true)",
-                                                    R"("left_over":true)", R"("left_waiting":true)",
-                                                    R"("not_saved":true)"};
+    static const std::vector<const char*> kSigns = {
+        R"("rejected":true)",      R"("cut_short":true)", R"("left_over":true)",   R"("left_waiting":true)",
+        R"("action":"not_saved")", R"("event":"stuck")",  R"("event":"not_asked")"};
     const auto has = [&](const char* sign) { return line.find(sign) != std::string::npos; };
     if (kWarnings.count(kind) > 0) return true;
     if (kind == "message")
         return journalNumber(line, "level").toInt() == static_cast<int>(TC::MsgLevel::Warning);
     if (kind == "order") return has(R"("status":"rejected")");
-    const bool hasSigns = kind == "intake" || kind == "strategy";
+    const bool hasSigns = kind == "intake" || kind == "strategy" || kind == "door" || kind == "confirmation";
     return hasSigns && std::any_of(kSigns.begin(), kSigns.end(), has);
 }
 

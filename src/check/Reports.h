@@ -23,8 +23,8 @@ QString safeOrderStrategyText(EOrderStrategyType type) noexcept;
 void reportOrderFailure(EOrderStrategyType type, int channel) noexcept;
 
 /// Tells the user that orders which passed their checks are not executed, and reports them as dropped to the
-/// audit. first: the first of the orders; reason: for the user, in Chinese; cause: for the audit. Never
-/// throws.
+/// audit. first: the first of the orders; reason: for the user, in Chinese; cause: for the audit. The
+/// label is the general one if the user has left.
 void reportNotExecuted(const COrderParam& first, int orders, const QString& reason, const QString& cause);
 
 /// Shows the text under the title of wrong parameters, for a refused order or a row that a basket leaves out.

@@ -49,8 +49,9 @@ public:
         return m_pConfirmer->confirm(question);
     }
 
-    void withdraw() {
-        if (m_bAsking && m_pConfirmer != nullptr) m_pConfirmer->withdraw();
+    int openQuestion() const { return m_bAsking ? m_nQuestion : 0; }
+    void withdraw(int question) {
+        if (question != 0 && question == openQuestion() && m_pConfirmer != nullptr) m_pConfirmer->withdraw();
     }
 
     CConfirmAnswer askFromThread(const CConfirmQuestion& question) {
@@ -105,6 +106,7 @@ private:
         explicit COpen(CQuestions& questions) : m_questions(questions) {
             m_questions.m_bOpen = true;
             m_questions.m_bAsking = true;
+            ++m_questions.m_nQuestion;
         }
         ~COpen() {
             m_questions.m_bAsking = false;
@@ -183,6 +185,7 @@ private:
     IOrderConfirmer* m_pConfirmer = nullptr; ///< main thread
     std::atomic<bool> m_bOpen{false};        ///< written on the main thread
     bool m_bAsking = false;                  ///< the confirmer is asked; main thread
+    int m_nQuestion = 0;                     ///< number of the last question; main thread
     std::mutex m_mutex;                      ///< guards the rest
     std::deque<std::shared_ptr<CPending>> m_pending;
     std::deque<std::function<void()>> m_actions;
@@ -201,8 +204,12 @@ CConfirmAnswer askForConfirmation(const CConfirmQuestion& question) {
     return utils::isMainThread() ? questions.askHere(question) : questions.askFromThread(question);
 }
 
-void withdrawConfirmation() {
-    if (utils::isMainThread()) CQuestions::instance().withdraw();
+int openConfirmation() {
+    return utils::isMainThread() ? CQuestions::instance().openQuestion() : 0;
+}
+
+void withdrawConfirmation(int question) {
+    CQuestions::instance().withdraw(question);
 }
 
 CConfirmationStop::CConfirmationStop(const QString& reason) {

@@ -43,8 +43,8 @@ public:
     /// event loop. If it throws, nobody has confirmed.
     virtual CConfirmAnswer confirm(const CConfirmQuestion& question) = 0;
     /// The user of the open question has left or was switched, so its batch cannot be sent any more. A window
-    /// should close and answer NotAsked: it shows the accounts of that user. Called on the main thread during
-    /// `confirm`. By default the question stays open.
+    /// should close and answer NotAsked: it shows the accounts of that user. Called on the main thread from
+    /// the event loop of `confirm`, without a lock of the library. By default the question stays open.
     virtual void withdraw() {}
 };
 
@@ -60,9 +60,12 @@ ORDERSERVICE_EXPORT CConfirmAnswer askForConfirmation(const CConfirmQuestion& qu
 /// Whether a question is open. Any thread.
 ORDERSERVICE_EXPORT bool isConfirmationOpen();
 
-/// Withdraws the question that is open on the main thread, if there is one (IOrderConfirmer::withdraw).
-/// Exceptions of the confirmer leave it. On another thread it does nothing.
-ORDERSERVICE_EXPORT void withdrawConfirmation();
+/// The number of the question that the confirmer is asked now, or 0 if there is none or this is not the main
+/// thread.
+ORDERSERVICE_EXPORT int openConfirmation();
+/// Withdraws this question (IOrderConfirmer::withdraw) if it is still open. Exceptions of the confirmer leave
+/// it. Main thread.
+ORDERSERVICE_EXPORT void withdrawConfirmation(int question);
 
 /// During its lifetime no question is opened: checked batches and questions of other threads wait until it
 /// ends. For a host that shows a question of its own, so that no other one opens above it. isConfirmationOpen

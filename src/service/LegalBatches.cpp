@@ -261,6 +261,17 @@ void placeByCurrentVariant(const CLegalOrders& orders, const COrderStrategyMap* 
     placeBatch(*variant, orders, *strategies);
 }
 
+/// Closes the question of the user who has left. From the event loop: the caller has the registry locked, and
+/// a window that closes may call anything.
+void withdrawLater() {
+    const int question = openConfirmation();
+    if (question == 0) return;
+    const auto withdraw = [question] {
+        runGuarded(QStringLiteral("确认窗口未能关闭"), [question] { withdrawConfirmation(question); });
+    };
+    QMetaObject::invokeMethod(QCoreApplication::instance(), withdraw, Qt::QueuedConnection);
+}
+
 } // namespace
 
 CLegalBatches& CLegalBatches::instance() {
@@ -392,6 +403,7 @@ int delayedBatchesOf(const COrderService& service) {
 
 void dropAtEndOfUser(const COrderService& service) noexcept {
     dropWaiting(&service, kUserChanged);
+    runGuarded(QStringLiteral("确认窗口未能关闭"), withdrawLater);
 }
 
 void discardWaiting(const COrderService& service) noexcept {

@@ -112,7 +112,7 @@ bool delayIfConfirming(const CLegalBatch& batch);
 int delayedBatchesOf(const COrderService& service);
 
 /// Reports every batch of this service that is not placed yet, because its accounts belong to a user who has
-/// left. Any thread.
+/// left. On the main thread it also withdraws the question that is open. Any thread.
 void dropAtEndOfUser(const COrderService& service) noexcept;
 /// Passes the orders of every batch of this service that is not placed yet to the audit, as unplaced. On the
 /// service's thread, or when it has ended.

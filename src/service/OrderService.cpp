@@ -257,7 +257,6 @@ void COrderService::changeUser(const COrderStrategyMap* strategies, const std::s
     if (isSame) return;
     ++m_nUser;
     dropAtEndOfUser(*this);
-    runGuarded(QStringLiteral("确认窗口已关闭"), [] { withdrawConfirmation(); });
 }
 
 /// Called for each batch of the two-pass variant when its first pass is finished.

@@ -78,20 +78,24 @@ protected:
 };
 
 TEST_F(OrderConfirmer, OnlyAnOpenQuestionIsWithdrawn) {
-    withdrawConfirmation();
+    EXPECT_EQ(openConfirmation(), 0);
+    withdrawConfirmation(0);
     {
         const CConfirmationHold hold;
-        withdrawConfirmation();
+        EXPECT_EQ(openConfirmation(), 0);
     }
-    EXPECT_EQ(m_confirmer.m_nWithdrawn, 0);
-    m_confirmer.m_action = [this] {
-        std::thread(withdrawConfirmation).join(); // not on the main thread
-        EXPECT_EQ(m_confirmer.m_nWithdrawn, 0);
-        withdrawConfirmation();
+    int first = 0;
+    m_confirmer.m_action = [&] {
+        first = openConfirmation();
+        std::thread([] { EXPECT_EQ(openConfirmation(), 0); }).join(); // not on the main thread
+        withdrawConfirmation(first);
+        EXPECT_EQ(m_confirmer.m_nWithdrawn, 1);
     };
     askForConfirmation(questionOf("batch"));
-    EXPECT_EQ(m_confirmer.m_nWithdrawn, 1);
-    withdrawConfirmation();
+    EXPECT_NE(first, 0);
+    m_confirmer.m_action = [&] { withdrawConfirmation(first); }; // another question is open now
+    askForConfirmation(questionOf("next batch"));
+    withdrawConfirmation(first);
     EXPECT_EQ(m_confirmer.m_nWithdrawn, 1);
 }
 

@@ -170,9 +170,10 @@ TEST_F(TwoPass, QuestionOfAUserWhoLeavesSendsNothing) {
 
 TEST_F(TwoPass, QuestionOfAUserWhoLeavesIsWithdrawn) {
     confirmer.onQuestion = [this] {
-        EXPECT_EQ(confirmer.withdrawn, 0);
         host.user.loggedIn = false;
         service().loadFromConfig(false);
+        EXPECT_EQ(confirmer.withdrawn, 0); // the registry was locked
+        QCoreApplication::processEvents();
         EXPECT_EQ(confirmer.withdrawn, 1);
     };
     service().loadFromConfig(false);

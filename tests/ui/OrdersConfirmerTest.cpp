@@ -107,7 +107,7 @@ TEST_F(Confirmer, BatchesWaitUntilADialogOfTheHostIsClosed) {
 TEST_F(Confirmer, WithdrawnQuestionClosesItsDialogAndEndsThePause) {
     const CConfirmAnswer answer = ask([](COrdersMessageBox& box) {
         EXPECT_TRUE(isConfirmationPauseSet());
-        withdrawConfirmation();
+        withdrawConfirmation(openConfirmation());
         EXPECT_FALSE(box.isVisible());
     });
     EXPECT_EQ(answer.m_eResult, EConfirmResult::NotAsked);
@@ -118,7 +118,7 @@ TEST_F(Confirmer, WithdrawnQuestionClosesItsDialogAndEndsThePause) {
 
 TEST_F(Confirmer, WithdrawnQuestionLeavesAnEarlierPause) {
     setConfirmationPause(true);
-    ask([](COrdersMessageBox&) { withdrawConfirmation(); });
+    ask([](COrdersMessageBox&) { withdrawConfirmation(openConfirmation()); });
     EXPECT_TRUE(isConfirmationPauseSet());
     setConfirmationPause(false);
 }
@@ -126,7 +126,7 @@ TEST_F(Confirmer, WithdrawnQuestionLeavesAnEarlierPause) {
 TEST_F(Confirmer, DialogOfTheHostIsNotWithdrawn) {
     EXPECT_EQ(show(orders, {},
                    [](COrdersMessageBox& box) {
-                       withdrawConfirmation();
+                       withdrawConfirmation(openConfirmation());
                        EXPECT_TRUE(box.isVisible());
                        clickOk(box);
                    }),
@@ -134,7 +134,7 @@ TEST_F(Confirmer, DialogOfTheHostIsNotWithdrawn) {
 }
 
 TEST_F(Confirmer, WithdrawingWithoutAQuestionDoesNothing) {
-    withdrawConfirmation();
+    withdrawConfirmation(openConfirmation());
     COrdersMessageBox::withdraw();
     EXPECT_EQ(ask(clickCancel).m_eResult, EConfirmResult::Declined);
 }

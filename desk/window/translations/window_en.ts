@@ -575,10 +575,6 @@
             <translation>The batch that waits for your confirmation is declined.</translation>
         </message>
         <message>
-            <source>Batches that need your confirmation are not sent any more.</source>
-            <translation>Batches that need your confirmation are not sent any more.</translation>
-        </message>
-        <message>
             <source>The halt is not finished.</source>
             <translation>The halt is not finished.</translation>
         </message>
@@ -673,6 +669,27 @@
         <message>
             <source>The desk reads order files again.</source>
             <translation>The desk reads order files again.</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. They are sent if the resume is finished in time, otherwise declined.</source>
+            <translation>
+                <numerusform>%n accepted order is not processed yet. It is sent if the resume is finished in time, otherwise declined.</numerusform>
+                <numerusform>%n accepted orders are not processed yet. They are sent if the resume is finished in time, otherwise declined.</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. Those that need your confirmation are not sent.</source>
+            <translation>
+                <numerusform>%n accepted order is not processed yet. If it needs your confirmation, it is not sent.</numerusform>
+                <numerusform>%n accepted orders are not processed yet. Those that need your confirmation are not sent.</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n checked batch(es) wait. If they need your confirmation, they are not sent.</source>
+            <translation>
+                <numerusform>%n checked batch waits. If it needs your confirmation, it is not sent.</numerusform>
+                <numerusform>%n checked batches wait. Those that need your confirmation are not sent.</numerusform>
+            </translation>
         </message>
     </context>
     <context>
@@ -851,8 +868,15 @@
             </translation>
         </message>
         <message>
-            <source>Batches that need your confirmation are not sent.</source>
-            <translation>Batches that need your confirmation are not sent.</translation>
+            <source>The desk ends.</source>
+            <translation>The desk ends.</translation>
+        </message>
+        <message numerus="yes">
+            <source>The desk processes the %n order(s) that it has accepted, and then ends. Those that need your confirmation are not sent.</source>
+            <translation>
+                <numerusform>The desk processes the order that it has accepted, and then ends. If it needs your confirmation, it is not sent.</numerusform>
+                <numerusform>The desk processes the %n orders that it has accepted, and then ends. Those that need your confirmation are not sent.</numerusform>
+            </translation>
         </message>
     </context>
     <context>

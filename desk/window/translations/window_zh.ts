@@ -564,10 +564,6 @@
             <translation>等待您确认的批次将被拒绝。</translation>
         </message>
         <message>
-            <source>Batches that need your confirmation are not sent any more.</source>
-            <translation>需要您确认的指令不再发出。</translation>
-        </message>
-        <message>
             <source>The halt is not finished.</source>
             <translation>停止交易尚未完成。</translation>
         </message>
@@ -654,6 +650,24 @@
         <message>
             <source>The desk reads order files again.</source>
             <translation>交易台将重新读取文件单。</translation>
+        </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. They are sent if the resume is finished in time, otherwise declined.</source>
+            <translation>
+                <numerusform>还有%n笔已接受的委托未处理。如恢复交易及时完成, 它们将被发出, 否则将被拒绝。</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n accepted order(s) are not processed yet. Those that need your confirmation are not sent.</source>
+            <translation>
+                <numerusform>还有%n笔已接受的委托未处理。其中需要您确认的不会发出。</numerusform>
+            </translation>
+        </message>
+        <message numerus="yes">
+            <source>%n checked batch(es) wait. If they need your confirmation, they are not sent.</source>
+            <translation>
+                <numerusform>有%n批已检查的指令等待中。其中需要您确认的不会发出。</numerusform>
+            </translation>
         </message>
     </context>
     <context>
@@ -823,8 +837,14 @@
             </translation>
         </message>
         <message>
-            <source>Batches that need your confirmation are not sent.</source>
-            <translation>需要您确认的指令不再发出。</translation>
+            <source>The desk ends.</source>
+            <translation>交易台正在结束。</translation>
+        </message>
+        <message numerus="yes">
+            <source>The desk processes the %n order(s) that it has accepted, and then ends. Those that need your confirmation are not sent.</source>
+            <translation>
+                <numerusform>交易台处理完已接受的%n笔委托后结束。其中需要您确认的不会发出。</numerusform>
+            </translation>
         </message>
     </context>
     <context>

@@ -23,8 +23,10 @@ public:
         if (m_bThrows) throw std::runtime_error("no window");
         return m_answer;
     }
+    void withdraw() override { ++m_nWithdrawn; }
     TC::CConfirmAnswer m_answer;
     bool m_bThrows = false;
+    int m_nWithdrawn = 0;
 };
 
 class DeskConfirmer : public testing::Test {
@@ -168,6 +170,40 @@ TEST_F(DeskConfirmer, AnswerAfterTheEndIsNotUsed) {
     dialog.m_meanwhile = [&] { confirmer.end(); };
     EXPECT_EQ(confirmer.confirm(question()).m_eResult, EConfirmResult::Declined);
     EXPECT_EQ(shown().at(1), "#3  confirmation  declined by end, question #2\n");
+}
+
+TEST_F(DeskConfirmer, OrdersThatNobodyIsAskedAboutAtTheEndAreCounted) {
+    CDialog dialog;
+    CDeskConfirmer confirmer(m_journal, m_sink, EConfirm::Accept);
+    confirmer.setDialog(&dialog);
+    confirmer.confirm(question());
+    EXPECT_EQ(confirmer.notAskedOrders(), 0);
+    confirmer.end();
+    confirmer.confirm(question());
+    confirmer.confirm(question());
+    EXPECT_EQ(confirmer.notAskedOrders(), 4);
+}
+
+TEST_F(DeskConfirmer, WithdrawnQuestionIsThatOfTheDialog) {
+    CDialog dialog;
+    CDeskConfirmer confirmer(m_journal, m_sink, EConfirm::Accept);
+    confirmer.withdraw(); // nobody is asked without a dialog
+    confirmer.setDialog(&dialog);
+    confirmer.withdraw();
+    EXPECT_EQ(dialog.m_nWithdrawn, 1);
+}
+
+TEST_F(DeskConfirmer, BatchThatTheUserHasDeclinedIsNoWarning) {
+    std::vector<ESeverity> severities;
+    m_sink.setListener(
+        [&](const EFloodLine*, ESeverity severity, const std::string&) { severities.push_back(severity); });
+    CDialog dialog;
+    dialog.m_answer.m_eResult = EConfirmResult::Declined;
+    CDeskConfirmer byUser(m_journal, m_sink, EConfirm::Accept);
+    byUser.setDialog(&dialog);
+    byUser.confirm(question());
+    confirm(EConfirm::Decline); // by desk.toml
+    EXPECT_EQ(severities, (std::vector<ESeverity>{ESeverity::Note, ESeverity::Warning}));
 }
 
 TEST_F(DeskConfirmer, ExceptionOfTheDialogIsRecordedAndLeaves) {

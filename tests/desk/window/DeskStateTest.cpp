@@ -5,6 +5,7 @@
 #include "desk/window/MainWindow.h"
 #include "desk/window/MeteredAudit.h"
 #include "desk/window/StateBar.h"
+#include "orderservice/gates/IntakePause.h"
 #include "tests/desk/paper/PaperDesk.h"
 #include "tests/desk/window/FakeControl.h"
 
@@ -103,8 +104,12 @@ TEST(StateBar, SaysWhatHappensToTheAcceptedOrdersAtTheEnd) {
     status.m_bConfirms = true;
     bar.showStatus(status, {});
     EXPECT_EQ(bar.troubleText(),
-              "The desk sends the 3 orders that it has accepted, and then ends. Batches that "
-              "need your confirmation are not sent.");
+              "The desk processes the 3 orders that it has accepted, and then ends. Those that need "
+              "your confirmation are not sent.");
+    status.m_nQueue = 0;
+    bar.showStatus(status, {});
+    EXPECT_EQ(bar.troubleText(), "The desk ends.");
+    status.m_nQueue = 3;
     status.m_bHalted = true;
     bar.showStatus(status, {});
     EXPECT_EQ(bar.troubleText(),
@@ -161,17 +166,57 @@ TEST_F(StartedWindow, ABatchWithoutMessagesHasTwoTurnsToo) {
     EXPECT_EQ(shown->model("messages").rowCount(), 1);
 }
 
-TEST_F(StartedWindow, TheCloseOfAHaltedDeskSaysThatOrdersAreDeclined) {
-    m_control.m_status.m_bHalted = true;
-    m_control.m_status.m_nQueue = 3;
+TEST_F(StartedWindow, TheCloseSaysWhatHappensToAcceptedOrders) {
+    CDeskStatus& status = m_control.m_status;
     const auto shown = window();
     QString question;
     shown->setAsk([&](const QString&, const QString& text, const QString&) {
         question = text;
         return false;
     });
+    const auto questionOf = [&] {
+        question.clear();
+        shown->close();
+        return question;
+    };
+    EXPECT_EQ(questionOf(), "") << "nothing is lost";
+    status.m_nQueue = 3;
+    EXPECT_EQ(questionOf(),
+              "3 accepted orders are not processed yet. The desk still sends them before it ends. "
+              "Until then the window stays and can discard them.");
+    status.m_bConfirms = true;
+    EXPECT_EQ(questionOf(),
+              "3 accepted orders are not processed yet. Those that need your confirmation are not sent.");
+    status.m_nDelayed = 1;
+    EXPECT_TRUE(
+        questionOf().endsWith("\n1 checked batch waits. If it needs your confirmation, it is not sent."));
+    status.m_nDelayed = 0;
+    status.m_bHalted = true;
+    EXPECT_EQ(questionOf(),
+              "3 accepted orders are not processed yet. The desk is halted: they are declined.");
+    status.m_bResuming = true;
+    EXPECT_EQ(questionOf(),
+              "3 accepted orders are not processed yet. They are sent if the resume is finished in "
+              "time, otherwise declined.");
+}
+
+TEST_F(StartedWindow, OrderFilesWaitFromTheQuestionOfTheCloseOn) {
+    m_control.m_status.m_nQueue = 3;
+    auto shown = window();
+    bool answer = false;
+    bool wasPaused = false;
+    shown->setAsk([&](const QString&, const QString&, const QString&) {
+        wasPaused = TC::CIntakePause::isPaused();
+        return answer;
+    });
     shown->close();
-    EXPECT_EQ(question, "3 accepted orders are not processed yet. The desk is halted: they are declined.");
+    EXPECT_TRUE(wasPaused);
+    EXPECT_FALSE(TC::CIntakePause::isPaused()) << "the desk goes on";
+    answer = true;
+    shown->close();
+    EXPECT_TRUE(TC::CIntakePause::isPaused()) << "the desk ends";
+    shown.reset();
+    EXPECT_FALSE(TC::CIntakePause::isPaused());
 }
 
 TEST_F(StartedWindow, TitleHasTheNameOfTheFolderHoweverItWasWritten) {
@@ -306,6 +351,19 @@ public:
     void recordIntake(const TC::CIntakeReport&) override {}
     void recordDoor(const TC::CDoorReport&) override {}
 };
+
+TEST(IntakeMeter, AMessageOfAnotherThreadEndsNoRefusedOrder) {
+    const auto meter = std::make_shared<CIntakeMeter>();
+    const auto batch = meter->begin(2, 1);
+    meter->refusal();
+    std::thread([&] { meter->message(); }).join();
+    EXPECT_EQ(meter->state().m_nQueue, 2) << "a command of the order may still come";
+    meter->command(true, 1);
+    EXPECT_EQ(meter->state().m_nQueue, 1);
+    meter->refusal();
+    meter->message();
+    EXPECT_EQ(meter->state().m_nQueue, 0);
+}
 
 TEST(IntakeMeter, AFileThatPlacesNothingBeginsNoBatch) {
     CNoAudit desk;

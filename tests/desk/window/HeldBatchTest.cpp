@@ -59,5 +59,22 @@ TEST_F(HeldBatch, IsShownUntilTheQuestionOfTheWindowIsAnswered) {
               0);
 }
 
+TEST_F(HeldBatch, ThatIsNotAskedAnyMoreIsReportedAtTheEnd) {
+    EXPECT_EQ(run({[](CMainWindow& window) {
+                       QTimer::singleShot(0, &window, [&window] { window.action("halt").trigger(); });
+                       return true;
+                   },
+                   isOpen<QMessageBox>, handOver("23,0,8.02,600104,1000\n23,0,8.02,600104,2000\n"),
+                   [](CMainWindow& window) {
+                       return window.stateBar().troubleText() ==
+                              QStringLiteral("1 batch waits until you answer the open question.");
+                   }}),
+              1); // the run ends with the question open
+    const std::string text = "2 orders not sent: they needed a confirmation when the desk ended";
+    EXPECT_NE(out.str().find(text), std::string::npos) << out.str();
+    EXPECT_TRUE(hasInJournal("\"event\":\"not_asked\""));
+    EXPECT_FALSE(hasInJournal("\"kind\":\"command\""));
+}
+
 } // namespace
 } // namespace desk
