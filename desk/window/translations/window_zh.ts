@@ -638,7 +638,7 @@
         <message numerus="yes">
             <source>Files and sockets send orders again. %n strategy(s) run.</source>
             <translation>
-                <numerusform>文件和端口将重新下单。%n个策略在运行。</numerusform>
+                <numerusform>文件和端口恢复下单。%n个策略在运行。</numerusform>
             </translation>
         </message>
         <message numerus="yes">
@@ -649,7 +649,7 @@
         </message>
         <message>
             <source>The desk reads order files again.</source>
-            <translation>交易台将重新读取文件单。</translation>
+            <translation>交易台恢复读取文件单。</translation>
         </message>
         <message numerus="yes">
             <source>%n accepted order(s) are not processed yet. They are sent if the resume is finished in time, otherwise declined.</source>
@@ -754,7 +754,7 @@
         </message>
         <message>
             <source>Takes orders again (Ctrl+H)</source>
-            <translation>重新接受委托 (Ctrl+H)</translation>
+            <translation>恢复接受委托 (Ctrl+H)</translation>
         </message>
         <message>
             <source>Stops the intake, declines commands and cancels all waiting orders (Ctrl+H)</source>
@@ -815,7 +815,7 @@
         <message numerus="yes">
             <source>Accounts, positions and quotes are %n seconds old.</source>
             <translation>
-                <numerusform>账号, 持仓和行情是%n秒前的数据。</numerusform>
+                <numerusform>账号、持仓和行情是%n秒前的数据。</numerusform>
             </translation>
         </message>
         <message numerus="yes">
@@ -827,7 +827,7 @@
         <message numerus="yes">
             <source>%n batch(es) wait until you answer the open question.</source>
             <translation>
-                <numerusform>有%n批指令等待, 直到您回答当前的问题</numerusform>
+                <numerusform>有%n批指令等待您处理当前窗口。</numerusform>
             </translation>
         </message>
         <message numerus="yes">
