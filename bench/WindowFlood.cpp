@@ -4,9 +4,9 @@
 // of 50 accounts, 1,000 positions and 5,000 instruments whose quotes all changed. The baseline is a bare
 // QTableView that gets and changes the same number of rows 20 times a second.
 //
-// Measured is the longest round of the event loop: a key or a click waits at most that long. A zero timer
-// keeps the loop from waiting. The window is drawn without a screen. The desk itself does not run, so the
-// figure has neither its tick nor its registry.
+// Measured is the longest round of the event loop: a key or a click waits at most that long. A timer of
+// 0 ms prevents that the loop sleeps. The window is drawn without a screen. The desk itself does not run, so
+// the figure has neither its tick nor its registry.
 #include "bench/Figure.h"
 #include "desk/config/DeskConfig.h"
 #include "desk/window/MainWindow.h"

@@ -1,7 +1,7 @@
 """A screen in memory (Xvfb) with a window manager, and the desk's window on it: for scripts/screenshots and the test of the window.
 
-Keys and clicks reach the program as those of a user do. Another process does not say when something has happened. So it is
-asked again and again, with short waits in real time, until a limit.
+Keys and clicks reach the program as those of a user do. The script cannot be told when the window has changed, so it polls,
+with short waits in real time, until a limit.
 """
 import json
 import os

@@ -4,7 +4,7 @@ namespace desk {
 
 /// Handles the signals that end a desk. SIGINT (Ctrl-C), SIGTERM and SIGHUP (the terminal was closed) request
 /// the end. SIGHUP stays ignored if the process started with it ignored, as under nohup. A SIGINT after the
-/// request means not to wait for the backlog. The next SIGINT ends the process at once, whatever it is doing:
+/// request discards the backlog. The next SIGINT ends the process at once, whatever it is doing:
 /// the signal handler itself ends it. SIGINTs less than a tenth of a second apart, by the clock of
 /// base/Clock.h, are treated as one request, because some senders send each signal twice. SIGPIPE is ignored.
 ///
@@ -14,10 +14,10 @@ class CStopSignals {
 public:
     CStopSignals();
 
-    /// Requests the end without a signal, for instance because the window was closed. The next SIGINT means
-    /// not to wait for the backlog.
+    /// Requests the end without a signal, for instance because the window was closed. The next SIGINT
+    /// discards the backlog.
     void requestEnd();
-    /// Whether a signal has come, other than those that are ignored. Any thread.
+    /// True after SIGINT, SIGTERM or a SIGHUP that is not ignored. Any thread.
     bool hasSignal() const;
     /// True until the end is requested. Any thread.
     bool keepGoing() const;

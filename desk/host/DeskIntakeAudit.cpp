@@ -86,7 +86,7 @@ std::string resultText(const TC::CIntakeReport& report) {
     return text;
 }
 
-/// Whether orders of the file are lost or wait, or are sent without something that its writer wanted.
+/// Whether orders of the file are lost or wait, or were sent without a part of what the file says.
 bool isLoss(const TC::CIntakeReport& report) {
     return report.m_bRejected || report.m_bLeftOver || report.m_bLeftWaiting || report.m_bCutShort ||
            report.m_nIgnoredLines != 0 || report.m_nUnreadTradeParams != 0;

@@ -148,7 +148,7 @@ private:
     std::string m_strContinued;      ///< cause of the `continued` record that still must be written, or empty
     std::string m_strUnwritten;      ///< whole lines of a deleted file that still must be written
     mutable std::mutex m_failureMutex; ///< taken alone or after m_mutex
-    utils::KNError m_failure;          ///< written under both, so one of them is enough to read it
+    utils::KNError m_failure;          ///< a writer holds both locks, a reader only one
 };
 
 } // namespace desk

@@ -10,9 +10,9 @@ class QRect;
 
 namespace desk {
 
-/// Draws the texts of a table's cells. Each text is shaped once and then kept, because a new row moves all
-/// others and so nearly all texts are drawn again. For one font: a call with another one discards what is
-/// kept. Main thread only.
+/// Draws the texts of a table's cells. Keeps up to 8,192 laid-out texts: a new row moves the other rows, so
+/// nearly all texts are drawn again. For one font: a call with another one discards what is kept. Main thread
+/// only.
 class CCellTexts {
 public:
     /// The width of the text on one line, in pixels, rounded up.
@@ -25,7 +25,7 @@ public:
 private:
     struct CKey {
         QString m_strText;
-        int m_nWidth = 0; ///< of a text with an ellipsis, in pixels; 0: the whole text
+        int m_nWidth = 0; ///< pixels to which the text is cut; 0: not cut
         bool operator==(const CKey& other) const {
             return m_nWidth == other.m_nWidth && m_strText == other.m_strText;
         }

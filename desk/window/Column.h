@@ -53,7 +53,7 @@ enum class ERowMark {
     Waiting,
     Warning, ///< such as a rejected order
     Off,     ///< such as a stopped strategy
-    Total,   ///< stays the first row of the table in each sort order
+    Total,   ///< always the first row
 };
 
 /// One row of a table. An invalid cell has no value and is shown as an empty text.

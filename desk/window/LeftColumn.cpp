@@ -10,7 +10,8 @@ namespace desk {
 
 CLeftColumn::CLeftColumn(QMainWindow& window, QDockWidget& left, QDockWidget& right)
     : QObject(&window), m_window(window), m_left(left), m_right(right) {
-    qApp->installEventFilter(this); // a filter of the window is called after the layout has changed
+    // Not installed on the window: then it would be called after the window's layout has changed.
+    qApp->installEventFilter(this);
 }
 
 bool CLeftColumn::isKept() const {
@@ -26,7 +27,7 @@ bool CLeftColumn::eventFilter(QObject* object, QEvent* event) {
     const auto* const resize = static_cast<const QResizeEvent*>(event);
     if (resize->oldSize().width() == resize->size().width() || !isKept()) return false;
     m_nWidth = m_left.width();
-    QTimer::singleShot(0, this, &CLeftColumn::restoreWidth); // the layout changes until then
+    QTimer::singleShot(0, this, &CLeftColumn::restoreWidth); // by then the layout has changed
     return false;
 }
 

@@ -28,7 +28,7 @@ constexpr int kFlashTickMs = 100;
 constexpr int kPadding = 6;
 constexpr int kCellMargins = 8;  ///< of the style, left and right together
 constexpr int kTitleMargins = 8; ///< the same for a title
-constexpr int kSpecDigits = 83;  ///< width of ten digits of the font that the default widths are for
+constexpr int kSpecDigits = 83;  ///< pixels of ten digits of the font that the default widths are for
 
 /// The colours of a cell, by its mark, its trend and its flash, and its text. A cell is drawn without the
 /// text layout of the style, which needs more than half of the time of a table.

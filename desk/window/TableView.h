@@ -54,7 +54,8 @@ public:
     CRowModel& rows() const { return m_model; }
     CRowFilter& filter() const { return *m_filter; }
     CFilterHeader& filterHeader() const { return *m_header; }
-    /// A width of the default layout, for the font of the table.
+    /// A width of the default layout in pixels, for the font of the table. `specified`: pixels for the font
+    /// that the default widths are for.
     int scaledWidth(int specified) const;
     void setEmptyText(const QString& text);
     const QString& emptyText() const { return m_strEmpty; }
