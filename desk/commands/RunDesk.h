@@ -37,7 +37,8 @@ public:
 /// is given, it also ends when nothing has happened and no quote change was pending during this time. Main
 /// thread, with a QCoreApplication. Returns the process's exit code: 0 after a normal end; 2 if the folder
 /// cannot be used for trading; 1 if the journal or the store cannot be opened or closed, if the interfaces
-/// cannot be saved, or if orders were discarded at the end.
+/// cannot be saved, or if orders were discarded at the end or not sent because nobody could confirm them any
+/// more.
 ///
 /// At the end the accepted orders are finished. Meanwhile keepWaiting is called on another thread. When it
 /// returns false, the other orders are discarded; each of them is written to the journal, and their number is

@@ -310,6 +310,54 @@ TEST_F(Halt, CancelByHandNamesItsReasonAndAsksTheBroker) {
     EXPECT_TRUE(hasInJournal("\"action\":\"cancel\",\"reason\":\"cancelled in the window\""));
 }
 
+TEST_F(Halt, AResumeThatIsNotFinishedAtTheEndIsGivenUp) {
+    QVector<TC::COrderParam> batch;
+    std::unique_ptr<TC::CConfirmationHold> hold;
+    std::promise<void> release;
+    std::shared_future<void> released(release.get_future());
+    bool isResuming = false;
+    const auto keepBatch = [&](CMainWindow& window) {
+        const auto keep = [&](const QVector<TC::COrderParam>& orders) {
+            if (!isPlaced) batch = orders;
+            isPlaced = true;
+        };
+        QObject::connect(TC::COrderService::instance(), &TC::COrderService::sigPlaceOrders, &window, keep,
+                         Qt::DirectConnection);
+        return true;
+    };
+    const auto resumeLater = [&](CMainWindow& window) {
+        hold = std::make_unique<TC::CConfirmationHold>(); // the resume waits for its end
+        window.stateBar().haltButton().click();
+        return true;
+    };
+    const auto queueTheEndOfTheHalt = [&](CMainWindow&) {
+        const auto wait = [](std::shared_future<void>* future) { future->wait(); };
+        TC::COrderService::instance()->holdUntilProcessed(
+            std::shared_ptr<std::shared_future<void>>(&released, wait)); // the service's thread waits here
+        TC::whenNoConfirmationIsOpen([&] { isResuming = true; });
+        hold.reset();
+        return true;
+    };
+    const auto closeWithABatchBehindIt = [&](CMainWindow& window) {
+        if (!isResuming) return false;
+        TC::COrderService::instance()->placeOrders(batch);
+        window.close();
+        return true;
+    };
+    const auto processTheRest = [&](CMainWindow& window) {
+        if (window.stateBar().state() != EDeskState::Ending) return false;
+        release.set_value();
+        return true;
+    };
+    EXPECT_EQ(run({keepBatch, handOver(manyOrders(5)), hasPlaced(), hasRows("orders", 5), trigger("halt"),
+                   hasState(EDeskState::Halted), resumeLater,
+                   [this](CMainWindow&) { return hasInJournal("\"action\":\"resume\""); },
+                   queueTheEndOfTheHalt, closeWithABatchBehindIt},
+                  {processTheRest}),
+              0);
+    EXPECT_EQ(commandsIn(journal()), 5) << "those before the halt";
+}
+
 TEST_F(Halt, AQuestionThatIsOpenInTheEndDoesNotHoldItUp) {
     asksReally = true;
     bool isAnswered = false;
