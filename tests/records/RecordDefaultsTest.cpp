@@ -75,7 +75,7 @@ TEST(RecordDefaults, FunctionCall) {
     EXPECT_EQ(call.m_nPrType, -1);
     EXPECT_EQ(call.m_dModelPrice, 0.0);
     EXPECT_EQ(call.m_dModelVolume, 0.0);
-    EXPECT_EQ(call.m_nTradeType, -1);
+    EXPECT_EQ(call.m_nTradeType, 0);
     EXPECT_TRUE(call.m_orders.isEmpty());
     EXPECT_TRUE(call.m_strFuncName.isEmpty());
     EXPECT_EQ(call.m_strAccountID + call.m_strOrderCode + call.m_strStrategyName + call.m_strTradeKey +
