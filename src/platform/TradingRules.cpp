@@ -88,6 +88,10 @@ QString knPriceTypeToString(EPriceType priceType, const std::string& code, bool 
     return hostCall<&CTradingRules::knPriceTypeToString>(priceType, code, shortForm);
 }
 
+QString accountDisplayIDQs(const CAccountInfo& account) {
+    return hostCall<&CTradingRules::accountDisplayIDQs>(account);
+}
+
 void CCommonDataHelper::filterZeroStock(std::vector<CCodeOrderParam>& records) {
     hostCall<&CTradingRules::filterZeroStock>(records);
 }

@@ -53,6 +53,7 @@ ORDERSERVICE_EXPORT QString orderStrategyOrderTypeToString(int orderType);
 ORDERSERVICE_EXPORT QString orderStrategyTradeTypeToString(EOrderStrategyTradeType tradeType);
 ORDERSERVICE_EXPORT QString knPriceTypeToString(EPriceType priceType, const std::string& code,
                                                 bool shortForm);
+ORDERSERVICE_EXPORT QString accountDisplayIDQs(const CAccountInfo& account);
 
 struct ORDERSERVICE_EXPORT CCommonDataHelper {
     static void filterZeroStock(std::vector<CCodeOrderParam>& records);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orderservice/base/Export.h"
+#include "orderservice/records/Account.h"
 #include "orderservice/records/Enums.h"
 
 #include <QString>
@@ -23,6 +24,11 @@ public:
     virtual QString orderStrategyOrderTypeToString(int orderType) = 0;
     virtual QString orderStrategyTradeTypeToString(EOrderStrategyTradeType tradeType) = 0;
     virtual QString knPriceTypeToString(EPriceType priceType, const std::string& code, bool shortForm) = 0;
+    /// The text by which the user knows an account. Function calls name accounts by it, and messages show it.
+    /// By default the account's key.
+    virtual QString accountDisplayIDQs(const CAccountInfo& account) {
+        return QString::fromStdString(account.getKey());
+    }
 
 protected:
     virtual ~CTradingTexts() = default;

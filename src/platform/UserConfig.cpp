@@ -4,6 +4,7 @@
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/TradingRules.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,16 @@ namespace TC {
 
 CUserConfig* getUserConfig() {
     return hostCall<&CUserManager::getUserConfig>();
+}
+
+std::array<COrderSetting, kDefaultSlots> CUserSettings::getDefaultOrderSettings() const {
+    std::array<COrderSetting, kDefaultSlots> settings;
+    for (int slot = 0; slot < kDefaultSlots; ++slot) {
+        const EDefaultSetting which = defaultForSlot(static_cast<ESettingSlot>(slot));
+        if (which != EDefaultSetting::None)
+            settings[static_cast<std::size_t>(slot)] = getDefaultOrderSetting(which);
+    }
+    return settings;
 }
 
 std::optional<CBasketSetting> findBasket(const CUserConfig& user, std::string_view name) {

@@ -6,6 +6,7 @@
 #include "orderservice/records/OrderSetting.h"
 #include "orderservice/records/StrategyParam.h"
 
+#include <array>
 #include <string>
 
 namespace TC {
@@ -53,6 +54,9 @@ public:
 
     /// The default setting of new strategies for a family. Its price type must be set.
     virtual COrderSetting getDefaultOrderSetting(EDefaultSetting which) const = 0;
+    /// The default settings of the slots 0 to 12, by slot. Each function call begins with them. By default
+    /// those of getDefaultOrderSetting; a slot without one is as a new setting.
+    virtual std::array<COrderSetting, kDefaultSlots> getDefaultOrderSettings() const;
     /// A copy of the user's named baskets, by name.
     virtual CBasketMap getBaskets() const = 0;
 

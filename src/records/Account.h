@@ -25,6 +25,11 @@ class ORDERSERVICE_EXPORT CAccount {
 public:
     virtual ~CAccount() = default;
     virtual CAccountInfoPtr toInfo() const = 0;
+    /// The account's key, UTF-8; empty if it has no record. By default that of the record.
+    virtual std::string key() const {
+        const CAccountInfoPtr info = toInfo();
+        return info ? info->getKey() : std::string();
+    }
 };
 
 using CAccountPtr = boost::shared_ptr<CAccount>;

@@ -21,7 +21,8 @@ struct COrderFuncParam {
     int m_nPrType = -1; ///< an EPriceType; -1: not set
     double m_dModelPrice = 0.0;
     double m_dModelVolume = 0.0;
-    int m_nTradeType = 0; ///< an EOrderStrategyTradeType derived from m_nOpType; at the start the stock family
+    int m_nTradeType =
+        0; ///< an EOrderStrategyTradeType derived from m_nOpType; at the start the stock family
     std::string m_strStrategyName;
     QVector<COrderSingleParam> m_orders;
     QString m_strFuncName;

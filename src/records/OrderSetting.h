@@ -42,6 +42,8 @@ enum class ESettingSlot : int {
 };
 
 inline constexpr int kSettingSlots = 16;
+/// The first slots, which have a default of their own in the user's configuration.
+inline constexpr int kDefaultSlots = 13;
 
 /// The user's default settings. New strategies are filled from them.
 enum class EDefaultSetting : int { None, Stock, Future, Basket, Option, Neeq, HGT, Gold };

@@ -347,12 +347,8 @@ TEST_F(FuncParser, OptionsAlwaysHaveTheirVolumeInTheLine) {
 
 /// A call that buys the basket "b" once.
 CKeys basketCall(const char* opType, const char* orderType) {
-    return {{"opType", opType},
-            {"orderType", orderType},
-            {"prType", "5"},
-            {"modelPrice", "\"1\""},
-            {"orderCode", "\"b\""},
-            {"modelVolume", "\"1\""}};
+    return {{"opType", opType},      {"orderType", orderType}, {"prType", "5"},
+            {"modelPrice", "\"1\""}, {"orderCode", "\"b\""},   {"modelVolume", "\"1\""}};
 }
 
 TEST_F(FuncParser, BasketsGetALineForEachRow) {

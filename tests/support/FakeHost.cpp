@@ -72,6 +72,13 @@ private:
 
 } // namespace
 
+std::vector<TC::CAccountPtr> CUser::getAccounts() const {
+    std::vector<TC::CAccountPtr> list;
+    for (const auto& [key, account] : accounts)
+        list.push_back(boost::make_shared<CFakeAccount>(account));
+    return list;
+}
+
 TC::CAccountPtr CUser::getAccountData(const QString& key) const {
     const auto found = accounts.find(key.toStdString());
     return found != accounts.end() ? boost::make_shared<CFakeAccount>(found->second) : nullptr;

@@ -131,6 +131,7 @@ public:
         priceTypeCalls.add({type, operation, broker, market, code, orderType});
         return invalidPriceTypes.count(type) == 0;
     }
+    std::vector<TC::CAccountPtr> getAccounts() const override;
     TC::CAccountPtr getAccountData(const QString& key) const override;
     TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting which) const override;
     TC::CBasketMap getBaskets() const override { return baskets; }
@@ -283,7 +284,12 @@ public:
     QString orderStrategyOrderTypeToString(int orderType) override;
     QString orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType type) override;
     QString knPriceTypeToString(TC::EPriceType type, const std::string& code, bool shortForm) override;
+    QString accountDisplayIDQs(const TC::CAccountInfo& account) override {
+        const auto found = displayIds.find(account.m_strKey);
+        return found != displayIds.end() ? found->second : TC::CTradingRules::accountDisplayIDQs(account);
+    }
 
+    std::map<std::string, QString> displayIds;               ///< by account key
     std::map<std::string, TC::COrderTradeParam> tradeParams; ///< texts that the host understands
     QString keySeparator; ///< separates the market and the code in instrument keys
     std::set<TC::EPriceType> marketPrices;
