@@ -123,6 +123,11 @@ bool isHedgeableOperation(int opType) {
     return isOneOf(opType, {25, 26, 27, 28, 29, 31, 33, 34});
 }
 
+bool isFuturesMarket(const std::string& market) {
+    static constexpr const char* kMarkets[] = {"DF", "DCE", "ZF", "CZCE", "SF", "SHFE", "IF", "CFFEX", "INE"};
+    return std::find(std::begin(kMarkets), std::end(kMarkets), market) != std::end(kMarkets);
+}
+
 int tranAccountType(const std::string& text) {
     const std::string word = upperCase(text);
     for (const CAccountWord& row : kAccountWords) {

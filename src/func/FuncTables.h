@@ -61,6 +61,12 @@ bool isCreditOrderType(int orderType);
 /// 25 to 29, 31, 33 and 34: baskets of stocks, which may have a futures leg.
 bool isHedgeableOperation(int opType);
 
+/// The operation of a purchase at the price type 49.
+inline constexpr int kBuyAtGivenPrice = 1043;
+
+/// Whether the market is one of the futures markets.
+bool isFuturesMarket(const std::string& market);
+
 /// The kind of account that the word of a cancel names. The case of the word does not matter. -1 for an
 /// unknown word.
 int tranAccountType(const std::string& text);

@@ -33,7 +33,11 @@ public:
                                     const boost::shared_ptr<CAutoPriceParam>& autoPrice) const = 0;
 
     double m_dLastPrice = kUnsetDouble;
-    double m_dFallbackPrice = kUnsetDouble; ///< used if there is no price for calculation
+    double m_dFallbackPrice = kUnsetDouble; ///< used if there is no price for calculation; function
+                                            ///< trading takes it for the lower limit of the day
+    double m_dUpperLimit = kUnsetDouble;    ///< the upper limit of the day
+    double m_dPhase = 0;                    ///< number of the instrument's trading phase
+    double m_dPhasePrice = kUnsetDouble;    ///< the price that is used in phase 22
 
     /// Figures of the day's trading. If all three are zero, the instrument is treated as suspended and is
     /// left out of baskets.

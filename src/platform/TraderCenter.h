@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orderservice/base/Export.h"
+#include "orderservice/platform/Calculator.h"
 #include "orderservice/platform/DataCenter.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Task.h"
@@ -39,6 +40,9 @@ public:
     /// The host owns both objects and keeps them alive until releaseHost. Any thread.
     virtual CTaskCenter& getTaskCenter() = 0;
     virtual CDataCenter& getDataCenter() = 0;
+    /// The calculations of the trading layer, owned by the host as the others. By default there are none: then
+    /// they limit nothing. Any thread.
+    virtual ICalculator* getCalculator() { return nullptr; }
 };
 
 } // namespace knservice

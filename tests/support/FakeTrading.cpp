@@ -141,6 +141,7 @@ private:
 } // namespace
 
 boost::shared_ptr<knservice::CAccountData> CTasks::getAccountData(const std::string& key) {
+    if (const auto given = accountData.find(key); given != accountData.end()) return given->second;
     const auto found = positions.find(key);
     const auto volume = canOrder.find(key);
     if (found == positions.end() && volume == canOrder.end()) return nullptr;

@@ -112,6 +112,10 @@ public:
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int taskId) override;
     void addOperation(int taskId, const TC::CTaskOpRecord& record);
 
+    knservice::ICalculator* getCalculator() override { return calculator; }
+
+    std::map<std::string, boost::shared_ptr<knservice::CAccountData>> accountData; ///< used before `positions`
+    knservice::ICalculator* calculator = nullptr;
     std::map<int, int> tasks; ///< number of tasks for each id
     std::vector<std::pair<int, TC::CTaskOpRecord>> operations;
     bool hasGlobalData = true;
