@@ -1,8 +1,8 @@
 #include "orderservice/func/FuncParser.h"
 
 #include "orderservice/base/Bson.h"
-#include "orderservice/base/Log.h"
 #include "orderservice/base/Unset.h"
+#include "orderservice/func/FuncLog.h"
 #include "orderservice/func/FuncTables.h"
 #include "orderservice/platform/UserConfig.h"
 
@@ -253,17 +253,11 @@ void makeLines(COrderFuncParam& param, std::string& error) {
     }
 }
 
-void logText(const std::string& text) {
-    if (utils::CLogCenter::logEnabled())
-        utils::CLogCenter::log(utils::ELogLevel::Info, utils::kStdFileLogger, nullptr,
-                               "TC::COrderFuncService::parserParam",
-                               "COrderFuncService parserParam, strParam " + text);
-}
-
 } // namespace
 
 void parserParam(COrderFuncParam& param, const std::string& text, std::string& error) {
-    logText(text);
+    logFuncLine(utils::ELogLevel::Info, "TC::COrderFuncService::parserParam",
+                "COrderFuncService parserParam, strParam " + text);
     if (readKeys(param, text, error) && checkKeys(param, error)) makeLines(param, error);
 }
 

@@ -15,6 +15,11 @@ public:
     /// Seconds since 1970-01-01 UTC on the trading layer's clock. Any thread, also with the registry locked.
     /// Returns at once and does not throw.
     virtual std::int64_t currentTime() = 0;
+    /// The same moment in milliseconds. By default currentTime, so without a fraction of a second.
+    virtual std::int64_t currentMilliseconds() {
+        constexpr std::int64_t kMillisecondsPerSecond = 1000;
+        return currentTime() * kMillisecondsPerSecond;
+    }
 };
 
 } // namespace TC

@@ -108,6 +108,10 @@ bool isMarketPrice(TC::EPriceType priceType) {
     return TC::hostCall<&TC::CTradingRules::isMarketPrice>(priceType);
 }
 
+bool DataHelper::isBuy(TC::EOperationType operation) {
+    return TC::isBuy(operation);
+}
+
 bool DataHelper::isAlgoOrderType(TC::EOrderType orderType) {
     return TC::hostCall<&TC::CTradingRules::isAlgoOrderType>(orderType);
 }

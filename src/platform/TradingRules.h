@@ -67,6 +67,7 @@ namespace knservice {
 ORDERSERVICE_EXPORT bool isMarketPrice(TC::EPriceType priceType);
 
 struct ORDERSERVICE_EXPORT DataHelper {
+    static bool isBuy(TC::EOperationType operation);
     static bool isAlgoOrderType(TC::EOrderType orderType);
     static TC::ETradePlatform getPlatformTypeByOrderType(TC::EOrderType orderType);
 };

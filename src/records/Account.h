@@ -14,8 +14,12 @@ namespace TC {
 /// One account. The host creates it and shares it by shared pointer.
 struct ORDERSERVICE_EXPORT CAccountInfo : knservice::IData {
     int m_nBrokerType = -1; ///< an EQDBrokerType
+    int m_nPlatformId = -1; ///< number of the account's platform; the host defines it
     std::string m_strKey;   ///< UTF-8
-    std::string getKey() const override { return m_strKey; }
+    std::string getKey() const override { return keyWith(m_strKey); }
+    /// The key that the account would have if m_strKey were this text. A host whose keys have further parts
+    /// overrides it. Messages for algorithms name the account by the key with its platform's number.
+    virtual std::string keyWith(const std::string& text) const { return text; }
 };
 
 using CAccountInfoPtr = boost::shared_ptr<CAccountInfo>;
