@@ -23,7 +23,7 @@
 namespace TC {
 namespace {
 
-constexpr char kFunction[] = "TC::COrderFuncService::getAlgParamsStr"; ///< for the log
+constexpr char kMessageName[] = "TC::COrderFuncService::getAlgParamsStr"; ///< for the log
 constexpr char kPairSeparator[] = "\x01";
 constexpr char kGroupSeparator[] = "@";
 constexpr char kEntrySeparator[] = "||";
@@ -151,12 +151,12 @@ std::string groupOf(const CSettings& settings, const CMoment& moment, const CCod
 } // namespace
 
 std::string getAlgParamsStr(const std::string& text, std::vector<CCodeOrderParam> records) {
-    logFuncLine(utils::ELogLevel::Info, kFunction, "COrderFuncService smartAlgoParam, strParam " + text);
+    logFuncLine(utils::ELogLevel::Info, kMessageName, "COrderFuncService smartAlgoParam, strParam " + text);
     CSettings settings;
     try {
         settings = readSettings(text);
     } catch (const std::exception& error) {
-        logFuncLine(utils::ELogLevel::Info, kFunction,
+        logFuncLine(utils::ELogLevel::Info, kMessageName,
                     std::string("COrderFuncService parser smartAlgo Param error  ") + error.what());
         return {};
     }

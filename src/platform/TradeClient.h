@@ -4,6 +4,7 @@
 #include "orderservice/base/KNError.h"
 #include "orderservice/platform/HostService.h"
 #include "orderservice/records/Account.h"
+#include "orderservice/records/AccountRecords.h"
 #include "orderservice/records/CommandParam.h"
 #include "orderservice/records/Enums.h"
 
@@ -61,6 +62,10 @@ public:
     /// the user about it.
     virtual void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                             const std::string& tradingDay, const CCancelCallback& callback, int flag) = 0;
+
+    /// Asks the trading layer to cancel one order of a broker; does not wait for the outcome, which the user
+    /// sees. Function trading calls it on its caller's thread. By default it throws: the host cannot do it.
+    virtual void cancelOrder(const boost::shared_ptr<knservice::COrderDetail>& order);
 
 signals:
     /// The outcome of the cancel of one order. The host may emit it on any thread. The library reports a

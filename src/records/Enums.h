@@ -10,6 +10,7 @@ enum class EOrderStrategyType : int {
     Interface = 0,    ///< a call from the client itself
     Signal = 1,       ///< the order socket
     File = 2,         ///< an order file
+    Function = 3,     ///< a function call
     BatchPending = 4, ///< a DBF table
 };
 
@@ -186,7 +187,7 @@ enum class EBROKER_LOGIN_STATUS : int { LoggedIn = 0 };
 enum class EUserAuth : int { SignalOrders = 7, FileOrders = 8 };
 
 /// Types of messages to the user. Each type has its own display settings.
-enum class EMsgTypeDef : int { General = 0, OrderFailure = 4 };
+enum class EMsgTypeDef : int { General = 0, OrderFailure = 4, Function = 6 };
 
 enum class MsgLevel : int { Note = 1, Warning = 2 };
 

@@ -18,7 +18,9 @@ class CFakeFuncAccount : public knservice::CAccountData {
 public:
     explicit CFakeFuncAccount(TC::CAccountInfoPtr info) : m_info(std::move(info)) {}
     std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
-    void getVector(int, std::vector<boost::shared_ptr<knservice::IData>>&) override {}
+    void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
+        if (table == 542) out.insert(out.end(), m_orders.begin(), m_orders.end()); // not the library's name
+    }
     knservice::CAccountDetailPtr getAccountDetail() override { return m_detail; }
     TC::CAccountInfoPtr getAccountInfo() override { return m_info; }
     const std::map<std::string, boost::shared_ptr<knservice::IData>>& getMapDataRef(int table) override {
@@ -36,6 +38,7 @@ public:
     TC::CAccountInfoPtr m_info;
     knservice::CAccountDetailPtr m_detail;
     std::map<std::string, boost::shared_ptr<knservice::IData>> m_fees;
+    std::vector<boost::shared_ptr<knservice::IData>> m_orders;
     double m_dUsable = 0;
     std::vector<std::string> m_calls; ///< of getUsableVolume
     bool m_bReadUnlocked = false;

@@ -80,6 +80,11 @@ public:
                                    const boost::shared_ptr<utils::KNError>& error) override;
     void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                     const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
+    void cancelOrder(const boost::shared_ptr<knservice::COrderDetail>& order) override {
+        m_records.record([&] { cancelledOrders.push_back(order); });
+    }
+
+    std::vector<knservice::COrderDetailPtr> cancelledOrders;
 
     std::vector<CMoneySplitCall> moneySplits; ///< calls of splitMoney, which divides by ratio
     std::vector<double> moneyOverride;        ///< if not empty, the result of splitMoney
@@ -113,8 +118,15 @@ public:
     void addOperation(int taskId, const TC::CTaskOpRecord& record);
 
     knservice::ICalculator* getCalculator() override { return calculator; }
+    std::string getAccountKey(const std::string& id, int brokerType) override {
+        const auto found = accountKeys.find({id, brokerType});
+        return found != accountKeys.end() ? found->second : std::string();
+    }
 
-    std::map<std::string, boost::shared_ptr<knservice::CAccountData>> accountData; ///< used before `positions`
+    std::map<std::pair<std::string, int>, std::string> accountKeys; ///< by id and kind of broker
+
+    std::map<std::string, boost::shared_ptr<knservice::CAccountData>>
+        accountData; ///< used before `positions`
     knservice::ICalculator* calculator = nullptr;
     std::map<int, int> tasks; ///< number of tasks for each id
     std::vector<std::pair<int, TC::CTaskOpRecord>> operations;

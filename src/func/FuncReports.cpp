@@ -1,0 +1,37 @@
+#include "orderservice/func/FuncReports.h"
+
+#include "orderservice/base/StrictNumber.h"
+#include "orderservice/func/FuncLog.h"
+#include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/MsgService.h"
+#include "orderservice/platform/UserConfig.h"
+
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/split.hpp>
+
+#include <vector>
+
+namespace TC {
+
+void sendMsg(const QString& text, utils::ELogLevel level) {
+    CMsgFlags flags;
+    if (const CUserConfig* user = getUserConfig())
+        flags = hostCall<&CUserConfig::getMsgFlags>.on(*user, EMsgTypeDef::Function);
+    hostCall<&CMsgService::showMsg>(text, EMsgTypeDef::Function, MsgLevel::Note, flags.m_bFirst,
+                                    flags.m_bSecond, QString());
+    logFuncLine(level, "TC::COrderFuncService::sendMsg", "[COrderFuncService::sendMsg]" + text.toStdString());
+}
+
+utils::KNError str2KNError(const std::string& text) {
+    return text.empty() ? utils::KNError() : utils::KNError(-1, text);
+}
+
+CTradeKey readTradeKey(const std::string& tradeKey) {
+    constexpr std::size_t kParts = 3;
+    std::vector<std::string> parts;
+    boost::split(parts, tradeKey, boost::is_any_of("|"));
+    if (parts.size() != kParts) return {};
+    return {utils::strictInt(parts[2]), parts[1]};
+}
+
+} // namespace TC
