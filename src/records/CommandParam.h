@@ -39,6 +39,7 @@ struct ORDERSERVICE_EXPORT CCodeOrderParam : knservice::IData {
     int m_nSubAccountKind = kUnsetInt;
     std::string m_strSubAccountId;
     int m_nOverFreqMode = kUnsetInt;
+    int m_nValidTimeEnd = kUnsetInt; ///< end of the time range of an algorithm order
 };
 
 /// One command for the trading layer. The host's order client receives a shared pointer to it. Texts are
@@ -62,6 +63,13 @@ struct ORDERSERVICE_EXPORT COrderComandParam : knservice::IData {
     /// Local time, "yyyy-MM-dd hh:mm:ss:zzz". Empty for futures options, both connects, the share-transfer
     /// market and gold.
     std::string m_strCreateTime;
+
+    // Only commands of function trading set the rest.
+    bool m_bFuncOrder = false;
+    std::string m_strStrategyName; ///< of the caller's strategy
+    std::string m_strFuncMessage;  ///< always empty
+    std::string m_strOrderCode;    ///< name of the basket
+    std::string m_strModelName;
 };
 
 using COrderComandParamPtr = boost::shared_ptr<COrderComandParam>;

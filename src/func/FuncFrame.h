@@ -1,0 +1,107 @@
+#pragma once
+
+#include "orderservice/check/InstrumentSteps.h"
+#include "orderservice/func/FuncReports.h"
+#include "orderservice/records/CommandParam.h"
+#include "orderservice/records/FuncParam.h"
+#include "orderservice/records/StrategyParam.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <vector>
+
+/// The steps that the order routines of function trading share. A routine runs on its caller's thread. A step
+/// that fails reports once and returns false. An exception of the host leaves the steps as a CHostError.
+namespace TC {
+
+/// Reports the failures of one call to the user and to its caller.
+class CFuncReporter {
+public:
+    /// tradeKey: of the call. callback: may be empty. Both must outlive the reporter.
+    CFuncReporter(const std::string& tradeKey, const COrderFailedCallback& callback)
+        : m_strTradeKey(tradeKey), m_callback(callback) {}
+
+    /// A message to the user, a window with the text, and the caller's call-back.
+    void reportFully(const QString& text) const;
+    /// A message to the user and the caller's call-back.
+    void reportPlainly(const QString& text) const;
+    /// Only the caller's call-back.
+    void reportToCaller(const QString& text) const;
+
+private:
+    const std::string& m_strTradeKey;
+    const COrderFailedCallback& m_callback;
+};
+
+/// The state of one call while its records are made.
+struct CFuncRun : CInstrumentRun {
+    const COrderFuncParam& param;
+    const COrderStrategyParam& strategy;
+    const CFuncReporter& reporter;
+
+    std::vector<CAccountInfoPtr> accounts{};
+    std::map<std::string, double> weights{};
+    std::int64_t volume = 0;                    ///< shares or lots, for every account
+    std::vector<std::int64_t> accountVolumes{}; ///< one for each account, if the volume is a ratio
+    int unit = 1;                               ///< shares or lots in one trading unit
+    std::vector<CCodeOrderParam> records{};
+
+    /// The call's only line, or null.
+    const COrderSingleParam* line() const {
+        return param.m_orders.isEmpty() ? nullptr : &param.m_orders.first();
+    }
+    EPriceType priceType() const { return setting.m_ePriceType; }
+    /// Prices that the caller gives: 11, and 49 for the routines that know it.
+    bool isPriceGivenByLine() const;
+    bool knowsSpecifiedByRow = false; ///< the price type 49 takes the line's price
+};
+
+/// The first account of the strategy's kind, and the weights by key.
+void takeAccounts(CFuncRun& run);
+/// The setting, with the price type of the call if it has one.
+void takeSetting(CFuncRun& run, ESettingSlot slot);
+/// Reads the quote. Waits up to two seconds for a usable one, unless the price is given.
+void readQuote(CFuncRun& run);
+/// Prices of the line or of the quote, and the volume of the line or of the strategy.
+void takePricesAndVolume(CFuncRun& run);
+/// A calculation price that is missing is replaced by the lower limit. A price that is not given is then read
+/// again, so that the replacement is used for given prices only.
+void settleCalcPrice(CFuncRun& run);
+/// Whether the price lies within the limits of the day. Reports nothing.
+bool isWithinLimits(const CFuncRun& run, double price);
+/// Fills accountVolumes if the volume is a ratio of the account.
+void takeRatios(CFuncRun& run);
+/// The volume of an account.
+std::int64_t volumeOf(const CFuncRun& run, std::size_t account);
+/// The volume of the strategy's amount of money at the calculation price: the largest 64-bit number if it
+/// cannot be worked out. fixedPrice: if set, it replaces the price in the division.
+std::int64_t volumeOfAmount(const CFuncRun& run, double fixedPrice = kUnsetDouble);
+
+/// Fills a copy of the run's record for an account. A volume that no record can hold is stamped as the
+/// largest one; checkUsable refuses it.
+CCodeOrderParam makeRecord(const CFuncRun& run, const CAccountInfoPtr& account, std::int64_t volume);
+/// Whether the record has a price above zero, if its price is given.
+bool hasPrice(const CCodeOrderParam& record);
+/// Whether the account can order the volume. If not, `text` gets the report.
+bool isUsable(const CFuncRun& run, const CAccountInfo& account, std::int64_t volume, std::int64_t can,
+              const char* pattern, QString& text);
+
+/// Reports the failure fully and returns false. %1 of the pattern is the function's name.
+bool fail(const CFuncRun& run, const char* pattern, std::initializer_list<QString> arguments = {});
+
+/// The command of the run's records, with the fields that all routines set. The routine sets the others.
+COrderComandParamPtr makeCommand(CFuncRun& run, EQdTraderType traderType);
+/// Sends it, if the user may send commands; otherwise nothing happens. If the command guard is on, a command
+/// without records, or with a record without a volume, is refused instead.
+void sendCommand(const CFuncRun& run, const COrderComandParamPtr& command, const char* logText);
+
+/// A price as messages show it.
+QString priceText(double price);
+QString accountText(const CAccountInfo& account);
+QString priceTypeText(const CFuncRun& run);
+
+} // namespace TC
