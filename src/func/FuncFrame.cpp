@@ -68,11 +68,10 @@ bool CFuncRun::isPriceGivenByLine() const {
 void takeAccounts(CFuncRun& run) {
     const CUserConfig* const user = getUserConfig();
     if (user == nullptr) return;
-    std::vector<double> ratios;
     hostCall<&CUserConfig::getAccountsWeights>.on(
         *user, brokerTypeOfCall(run.strategy.m_eTradeType), run.strategy.m_eSelectedAccountType,
-        run.strategy.m_strSelectedAccount, run.accounts, ratios, false);
-    takeWeights(run.accounts, ratios, run.weights);
+        run.strategy.m_strSelectedAccount, run.accounts, run.ratios, false);
+    takeWeights(run.accounts, run.ratios, run.weights);
 }
 
 void takeSetting(CFuncRun& run, ESettingSlot slot) {
@@ -97,6 +96,20 @@ void takePricesAndVolume(CFuncRun& run) {
     }
     const bool hasVolume = line != nullptr && !isUnset(line->m_nVolume);
     run.volume = hasVolume ? line->m_nVolume : run.strategy.m_nVolume;
+}
+
+int minUnitOf(const CFuncRun& run) {
+    if (!run.detail) return 1;
+    return std::max(1, knservice::getTradeMinUnit(run.stock().m_strMarket, run.stock().m_strCode,
+                                                  unsetEnum<EOperationType>()));
+}
+
+bool isPriceUsable(const CFuncRun& run) {
+    if (run.isPriceGivenByLine()) return run.line() != nullptr && isPriceGiven(run.line()->m_dPrice);
+    if (!run.priceData) return false;
+    if (run.priceType() == EPriceType::NoQuote) return true;
+    return !isInvalidPrice(originPriceOf(run.priceData, run.priceType(), run.op)) &&
+           !isZero(calcPriceOf(run.priceData, run.priceType(), run.op, 0));
 }
 
 void settleCalcPrice(CFuncRun& run) {
@@ -143,6 +156,11 @@ CCodeOrderParam makeRecord(const CFuncRun& run, const CAccountInfoPtr& account, 
 
 bool hasPrice(const CCodeOrderParam& record) {
     return record.m_ePriceType != EPriceType::Specified || record.m_dPrice > kPriceTolerance;
+}
+
+bool failModelPrice(const CFuncRun& run, const CCodeOrderParam& record) {
+    return fail(run, "[函数交易] 函数: %1,[%2]不能以[%3]为指定价报单!",
+                {QString::fromStdString(run.param.m_strOrderCode), priceText(record.m_dPrice)});
 }
 
 bool isUsable(const CFuncRun& run, const CAccountInfo& account, std::int64_t volume, std::int64_t can,

@@ -44,7 +44,8 @@ struct CFuncRun : CInstrumentRun {
     const CFuncReporter& reporter;
 
     std::vector<CAccountInfoPtr> accounts{};
-    std::map<std::string, double> weights{};
+    std::vector<double> ratios{};               ///< of the accounts
+    std::map<std::string, double> weights{};    ///< the same by account key
     std::int64_t volume = 0;                    ///< shares or lots, for every account
     std::vector<std::int64_t> accountVolumes{}; ///< one for each account, if the volume is a ratio
     int unit = 1;                               ///< shares or lots in one trading unit
@@ -68,6 +69,11 @@ void takeSetting(CFuncRun& run, ESettingSlot slot);
 void readQuote(CFuncRun& run);
 /// Prices of the line or of the quote, and the volume of the line or of the strategy.
 void takePricesAndVolume(CFuncRun& run);
+/// The trading unit of the instrument; 1 if it is unknown.
+int minUnitOf(const CFuncRun& run);
+/// Whether there is a price for securities: the line's, if the price is given, otherwise one of the quote.
+/// Reports nothing.
+bool isPriceUsable(const CFuncRun& run);
 /// A calculation price that is missing is replaced by the lower limit. A price that is not given is then read
 /// again, so that the replacement is used for given prices only.
 void settleCalcPrice(CFuncRun& run);
@@ -86,6 +92,10 @@ std::int64_t volumeOfAmount(const CFuncRun& run, double fixedPrice = kUnsetDoubl
 CCodeOrderParam makeRecord(const CFuncRun& run, const CAccountInfoPtr& account, std::int64_t volume);
 /// Whether the record has a price above zero, if its price is given.
 bool hasPrice(const CCodeOrderParam& record);
+/// Reports that the record's price cannot be used. Always returns false.
+bool failModelPrice(const CFuncRun& run, const CCodeOrderParam& record);
+/// The report of securities of which an account can order less than the volume.
+inline constexpr char kShortOfSecurities[] = "账号: [%1], 您的[%2]可用量 %3 少于您输入的总量 %4  ";
 /// Whether the account can order the volume. If not, `text` gets the report.
 bool isUsable(const CFuncRun& run, const CAccountInfo& account, std::int64_t volume, std::int64_t can,
               const char* pattern, QString& text);
