@@ -173,7 +173,7 @@ private:
     double m_dBooksTime = 0;     ///< when they came; seconds of base/Clock.h
     std::string m_strInstrument; ///< of the book
     std::uint64_t m_nRevision = 0;
-    bool m_bHasStrategies = false; ///< m_nRevision is valid
+    bool m_bHasStrategies = false;                    ///< m_nRevision is valid
     std::unique_ptr<TC::CIntakePause> m_pauseOfClose; ///< from the close to the end
     bool m_bEnding = false;
     bool m_bAskingToHalt = false;

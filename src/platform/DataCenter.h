@@ -97,8 +97,8 @@ public:
 
     /// The data of the account with this key (UTF-8), or null if there is no such account.
     virtual boost::shared_ptr<CAccountData> getAccountData(const std::string& key) = 0;
-    /// The key of the account with this id at a broker of this kind (an EQDBrokerType, -1 if a caller named an
-    /// unknown kind). Empty if there is no such account, which is the default. UTF-8.
+    /// The key of the account with this id at a broker of this kind (an EQDBrokerType, -1 if a caller named
+    /// an unknown kind). Empty if there is no such account, which is the default. UTF-8.
     virtual std::string getAccountKey(const std::string& /*id*/, int /*brokerType*/) { return {}; }
     /// The data of all accounts together, such as portfolios; null while there is no such data.
     virtual boost::shared_ptr<CAccountData> getGlobalAccountData() = 0;

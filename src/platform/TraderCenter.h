@@ -40,8 +40,8 @@ public:
     /// The host owns both objects and keeps them alive until releaseHost. Any thread.
     virtual CTaskCenter& getTaskCenter() = 0;
     virtual CDataCenter& getDataCenter() = 0;
-    /// The calculations of the trading layer, owned by the host as the others. By default there are none: then
-    /// they limit nothing. Any thread.
+    /// The calculations of the trading layer, owned by the host as the others. By default there are none:
+    /// then they limit nothing. Any thread.
     virtual ICalculator* getCalculator() { return nullptr; }
 };
 
