@@ -16,10 +16,7 @@ public:
     /// Returns at once and does not throw.
     virtual std::int64_t currentTime() = 0;
     /// The same moment in milliseconds. By default currentTime, so without a fraction of a second.
-    virtual std::int64_t currentMilliseconds() {
-        constexpr std::int64_t kMillisecondsPerSecond = 1000;
-        return currentTime() * kMillisecondsPerSecond;
-    }
+    virtual std::int64_t currentMilliseconds() { return currentTime() * 1000; }
 };
 
 } // namespace TC
