@@ -17,8 +17,8 @@ namespace TC {
 /// Any thread. An exception of the host leaves it as a CHostError. It uses the C library's rand().
 std::string getAlgParamsStr(const std::string& text, std::vector<CCodeOrderParam> records);
 
-/// The end of the time range in the settings, as a number, or nothing if there is none. Throws an exception
-/// with the reason if the settings or the number cannot be read.
+/// Reads the end of the time range in the settings into `time`. Returns false and does not change it if the
+/// settings have no end. Throws an exception with the reason if the settings or the number cannot be read.
 bool readValidTimeEnd(const std::string& text, int& time);
 
 } // namespace TC

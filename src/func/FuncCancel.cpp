@@ -43,7 +43,7 @@ bool isOpenStatus(int status) {
     return (status >= 1 && status <= kLastOpen) || status == kAlsoOpen;
 }
 
-/// The orders of the account in the host's order; none of them is null.
+/// The orders of the account in the host's order, without null pointers.
 std::vector<COrderDetailPtr> ordersOf(const CCancel& cancel) {
     CDataCenter& center = hostCall<&knservice::TraderCenter::getDataCenter>();
     const std::string key = hostCall<&CDataCenter::getAccountKey>.on(

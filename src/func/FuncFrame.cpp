@@ -25,10 +25,6 @@
 namespace TC {
 namespace {
 
-/// The largest volume that a record can hold. The two numbers above it are the volume of a call that does not
-/// fit an int, and "not set".
-constexpr std::int64_t kLargestVolume = kUnsetInt - 2;
-
 constexpr char kNothingToTrade[] = "[函数交易]　函数: %1, 没有可下单的数量!";
 
 bool hasVolume(const CCodeOrderParam& record) {
@@ -155,7 +151,9 @@ CCodeOrderParam makeRecord(const CFuncRun& run, const CAccountInfoPtr& account, 
 }
 
 bool hasPrice(const CCodeOrderParam& record) {
-    return record.m_ePriceType != EPriceType::Specified || record.m_dPrice > kPriceTolerance;
+    if (record.m_ePriceType != EPriceType::Specified) return true;
+    return std::isfinite(record.m_dPrice) &&
+           record.m_dPrice > kPriceTolerance; // the host may have changed it
 }
 
 bool failModelPrice(const CFuncRun& run, const CCodeOrderParam& record) {

@@ -18,6 +18,10 @@
 /// that fails reports once and returns false. An exception of the host leaves the steps as a CHostError.
 namespace TC {
 
+/// The largest volume that a record can hold. The two numbers above it are the volume of a call that does not
+/// fit an int, and "not set".
+inline constexpr std::int64_t kLargestVolume = kUnsetInt - 2;
+
 /// Reports the failures of one call to the user and to its caller.
 class CFuncReporter {
 public:

@@ -20,8 +20,8 @@ EQDBrokerType brokerTypeOfCall(EOrderStrategyTradeType tradeType);
 /// gets the text for the user, in Chinese.
 COrderStrategyParam getStrategy(const COrderFuncParam& param, std::string& error);
 
-/// The key of the user's first account of the trade type's kind that has this display id. The text itself if
-/// there is none: so the name of a group and a key stay as they are. UTF-8.
+/// The key of the user's first account of the trade type's kind that has this display id. If no account has
+/// it, returns the text unchanged: it may be the name of a group, or already a key. UTF-8.
 std::string translateAccountID(std::string id, EOrderStrategyTradeType tradeType);
 
 /// Fills the record of a basket's futures leg: the first account, the instrument, the hedge ratio and the

@@ -54,12 +54,16 @@ double repaymentOf(const CFuncRun& run) {
     return run.strategy.m_bUseAmount ? run.strategy.m_dAmount : run.strategy.m_nVolume;
 }
 
-void addRepayments(CCredit& credit) {
+bool addRepayments(CCredit& credit) {
     CFuncRun& run = credit.run;
-    const double amount = repaymentOf(run);
+    const double amount = finiteOrUnset(repaymentOf(run));
+    if (isInvalidPrice(amount))
+        return fail(run, kNoCreditVolume,
+                    {QString::fromStdString(run.param.m_strOrderCode), priceText(repaymentOf(run))});
     for (const CAccountInfoPtr& account : run.accounts) {
         if (!account) continue;
         CCodeOrderParam record = run.record;
+        record.m_stock = CStockInfo(); // money has no instrument
         fixTimeRange(record);
         record.m_account = account;
         record.m_eHedgeFlag = EHedge_Flag_Type::Speculation;
@@ -72,6 +76,7 @@ void addRepayments(CCredit& credit) {
         record.m_nVolume = truncateToInt(amount);
         run.records.push_back(record);
     }
+    return true;
 }
 
 /// The volume of one account. Some sales may be of all that can be sold; a return of shares is never rounded.
@@ -124,10 +129,7 @@ bool checkCredit(CCredit& credit) {
     takeSetting(run, ESettingSlot::Credit);
     if (!resolveCredit(credit)) return false;
     loadInstrument(run);
-    if (run.param.m_nOpType == kDirectRepayment) {
-        addRepayments(credit);
-        return true;
-    }
+    if (run.param.m_nOpType == kDirectRepayment) return addRepayments(credit);
     if (!takeCreditPrice(run)) return false;
     if (run.strategy.m_bUseAmount) run.volume = volumeOfAmount(run);
     for (const CAccountInfoPtr& account : run.accounts) {

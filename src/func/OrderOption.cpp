@@ -75,14 +75,18 @@ void takeOptionAmount(CFuncRun& run) {
     run.calcPrice = before;
 }
 
+/// The total for the split. A total that no record can hold becomes the number for which the split must fail.
+int totalOf(const CFuncRun& run) {
+    if (run.volume > kLargestVolume) return kUnsetInt;
+    return static_cast<int>(std::max<std::int64_t>(run.volume, 0));
+}
+
 /// Returns one volume for each account, or another number of volumes after a report.
 std::vector<int> splitOption(CFuncRun& run, const std::vector<double>& ratios) {
-    constexpr std::int64_t kMost = 0x7fffffff; ///< a larger total goes into the split as this number
     const auto error = boost::make_shared<utils::KNError>();
     const std::vector<int> volumes = hostCall<&CTradeClient::splitEntrusts>(
-        static_cast<int>(std::min(run.volume, kMost)), run.calcPrice, run.priceType(), run.accounts, ratios,
-        run.strategy.m_ePositionType, run.stock().m_strMarket, run.stock().m_strCode, run.op,
-        EHedge_Flag_Type::Speculation, error);
+        totalOf(run), run.calcPrice, run.priceType(), run.accounts, ratios, run.strategy.m_ePositionType,
+        run.stock().m_strMarket, run.stock().m_strCode, run.op, EHedge_Flag_Type::Speculation, error);
     if (volumes.size() != run.accounts.size())
         failTitled(run, "[交易函数] 函数: %1,分单失败: %2", {QString::fromStdString(error->errorMsg())});
     return volumes;

@@ -60,7 +60,7 @@ ORDERSERVICE_EXPORT CConfirmAnswer askForConfirmation(const CConfirmQuestion& qu
 /// Whether a question is open. Any thread.
 ORDERSERVICE_EXPORT bool isConfirmationOpen();
 
-/// The number of the question that the confirmer is asked now, or 0 if there is none or this is not the main
+/// The number of the question that is open. 0 if no question is open, and on every other thread than the main
 /// thread.
 ORDERSERVICE_EXPORT int openConfirmation();
 /// Withdraws this question (IOrderConfirmer::withdraw) if it is still open. Exceptions of the confirmer leave

@@ -33,9 +33,9 @@ public:
                                     std::vector<CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                                     bool simple) const = 0;
 
-    /// All accounts of the user, in the order of the configuration; none of them is null. Function trading
-    /// looks up the account of a call here. By default there are none; then a call must name the key of its
-    /// account.
+    /// All accounts of the user, in the order of the configuration, without null pointers. Function trading
+    /// looks up the account of a call here. The default is an empty list: then a call must name the key of
+    /// its account.
     virtual std::vector<CAccountPtr> getAccounts() const { return {}; }
 
     /// The account with this key, or null if the user has no such account.

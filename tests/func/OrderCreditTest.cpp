@@ -181,6 +181,21 @@ TEST_F(OrderCredit, RepaymentOfMoneyNeedsNoQuoteAndNoInstrument) {
     forget();
     order({{"opType", "32"}, {"modelVolume", "\"1000.5\""}}); // a code that is an instrument is not passed on
     EXPECT_EQ(onlyCommand()->m_codes.at(0).m_strRepayText, "");
+    EXPECT_EQ(onlyCommand()->m_codes.at(0).m_stock.m_strCode, "");
+}
+
+TEST_F(OrderCredit, RepaymentNeedsAnAmount) {
+    for (const char* orderType : {"1101", "1102"}) {
+        for (const char* amount : {"\"inf\"", "\"1e400\"", "\"-inf\""}) {
+            forget();
+            order({{"opType", "32"}, {"orderType", orderType}, {"modelVolume", amount}});
+            EXPECT_TRUE(host.commands().empty()) << amount << orderType;
+            EXPECT_EQ(failures.size(), 1u) << amount << orderType;
+        }
+    }
+    forget();
+    order({{"opType", "32"}, {"modelVolume", "\"inf\""}});
+    expectFull(QStringLiteral("[函数交易]函数: passorder,[600000]下单量[inf]无效"));
 }
 
 TEST_F(OrderCredit, RemarkIsThatOfTheSettingIfThereIsNoNote) {

@@ -173,6 +173,23 @@ TEST_F(OrderOption, LargeTotalsGoIntoTheSplitAsTheLargestInt) {
     EXPECT_EQ(host.trade.splitCalls[0].volume, 2147483647);
 }
 
+TEST_F(OrderOption, VolumesThatNoRecordCanHoldMakeTheSplitFail) {
+    std::vector<int> totals;
+    host.trade.split = [&](const auto& call, utils::KNError&) {
+        totals.push_back(call.volume);
+        return std::vector<int>{0};
+    };
+    for (const char* volume : {"\"2147483646\"", "\"1e20\"", "\"inf\""})
+        order({{"modelVolume", volume}});
+    EXPECT_EQ(totals, (std::vector<int>{kUnsetInt, kUnsetInt, kUnsetInt}));
+    totals.clear();
+    for (const char* amount : {"\"-4294967196\"", "\"-1e18\"", "\"-1e300\""})
+        order({{"orderType", "1102"}, {"modelPrice", "\"1\""}, {"modelVolume", amount}});
+    for (const int total : totals)
+        EXPECT_TRUE(total == 0 || total == kUnsetInt) << total;
+    EXPECT_EQ(totals.size(), 3u);
+}
+
 TEST_F(OrderOption, NothingIsSentForAnotherKindOfUser) {
     host.user.kind = 1;
     order();
