@@ -18,7 +18,7 @@ foreach(floor base records platform gates kit)
         PATTERN "Shares.h" EXCLUDE
         PATTERN "StopRequest.h" EXCLUDE)
 endforeach()
-foreach(header check/OrderServiceBase.h service/OrderService.h service/OrderServiceAdapter.h)
+foreach(header check/OrderServiceBase.h func/OrderFuncService.h service/OrderService.h service/OrderServiceAdapter.h)
     get_filename_component(folder "${header}" DIRECTORY)
     install(FILES "${CMAKE_SOURCE_DIR}/src/${header}" DESTINATION "include/orderservice/${folder}")
 endforeach()

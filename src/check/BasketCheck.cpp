@@ -5,6 +5,7 @@
 #include "orderservice/check/CheckFrame.h"
 #include "orderservice/check/CodeLookup.h"
 #include "orderservice/check/CommandGuard.h"
+#include "orderservice/check/LeftOutRows.h"
 #include "orderservice/check/PositionExchange.h"
 #include "orderservice/check/Positions.h"
 #include "orderservice/check/Reports.h"
@@ -12,7 +13,6 @@
 #include "orderservice/platform/ExchangeClient.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/InstrumentTypes.h"
-#include "orderservice/platform/IntakeAudit.h"
 #include "orderservice/platform/LuaModuleCtrl.h"
 #include "orderservice/platform/Switches.h"
 #include "orderservice/platform/TradingRules.h"
@@ -36,11 +36,11 @@ constexpr char kUnsetTarget[] = "[%1]　通道号: %2, 调仓合约 [%3] 没有�
 constexpr char kTargetTooLarge[] = "[%1]　通道号: %2, 调仓合约 [%3] 数量超出范围, 未下单!";
 
 /// The reasons for rows that are left out without a message, for the audit.
-constexpr char kNotTradable[] = "the code is not a stock that can be traded";
-constexpr char kUnknownInstrument[] = "the instrument is unknown";
-constexpr char kSuspended[] = "the instrument is suspended: its quote has no figures of today";
-constexpr char kWrongType[] = "a basket cannot have an instrument of this type";
-constexpr char kNegativeVolume[] = "the volume is below zero";
+using leftout::kNegativeVolume;
+using leftout::kNotTradable;
+using leftout::kSuspended;
+using leftout::kUnknownInstrument;
+using leftout::kWrongType;
 constexpr char kHeldTooLarge[] = "the position is larger than an order can be";
 
 /// Orders on the star market have a minimum volume. A volume below it is reported for each account.
@@ -70,20 +70,6 @@ struct CBasketRow {
     double price = kUnsetDouble; ///< set if the order specifies its prices
     EOperationType op = unsetEnum<EOperationType>();
     boost::shared_ptr<CQuoteRequest> quoteRequest; ///< held until the end of the check
-};
-
-/// The rows of one order that are left out without a message.
-struct CLeftOut {
-    int rows = 0;
-    QString code;  ///< of the first row
-    QString cause; ///< of the first row
-
-    void add(const QString& rowCode, const QString& rowCause) {
-        if (rows++ > 0) return;
-        code = rowCode;
-        cause = rowCause;
-    }
-    void add(const QString& rowCode, const char* rowCause) { add(rowCode, QString::fromUtf8(rowCause)); }
 };
 
 /// The state of a basket during its check.
@@ -224,12 +210,6 @@ void collectRows(CBasket& basket) {
     if (!sharesMoney(basket)) return;
     for (const CBasketRow& row : basket.rows)
         basket.totalWeight += row.weight;
-}
-
-bool isSuspended(const CCheckRun& run) {
-    const CPriceDataPtr& quote = run.priceData;
-    return quote && isZero(quote->m_dDayFigure1) && isZero(quote->m_dDayFigure2) && quote->m_nDayCount == 0 &&
-           run.setting.m_ePriceType != EPriceType::Specified;
 }
 
 bool mayStandInABasket(const CStockInfo& stock) {
@@ -408,14 +388,7 @@ bool sellAll(CBasket& basket) {
 
 /// Called once for an order that passed. The host's locks are no longer held then.
 void reportLeftOut(const CBasket& basket) {
-    if (basket.leftOut.rows == 0) return;
-    CIncidentReport report;
-    report.m_eIncident = EIncident::RowsLeftOut;
-    report.m_nChannel = basket.run.order.m_nChannel;
-    report.m_nRows = basket.leftOut.rows;
-    report.m_strCode = basket.leftOut.code;
-    report.m_strCause = basket.leftOut.cause;
-    reportToAudit(report);
+    basket.leftOut.report(basket.run.order.m_nChannel);
 }
 
 /// A sale must not use the second to fifth sell price, and a purchase must not use the second to fifth buy

@@ -7,6 +7,7 @@
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/OrderClient.h"
 #include "orderservice/platform/TradingRules.h"
+#include "orderservice/records/Basket.h"
 
 #include <boost/make_shared.hpp>
 
@@ -92,6 +93,15 @@ std::string algoParamOf(const COrderParam& order, const std::vector<CCodeOrderPa
     if (strategy.m_algoSetting)
         return hostCall<&CAlgorithmTradeHelper::getAlgParamsStr>(orderType, strategy.m_algoSetting, codes);
     return {};
+}
+
+bson::BSONObj hedgeDocument(EOperationType operation, const COrderStrategyParam& strategy) {
+    constexpr int kPriceWhenBuying = 3;
+    constexpr int kPriceOtherwise = 9;
+    CBasketHedgeParam hedge;
+    hedge.bsonValueFromObj(strategy.m_hedgeParam);
+    hedge.m_nPriceKind = isBuy(operation) ? kPriceWhenBuying : kPriceOtherwise;
+    return hedge.toBson();
 }
 
 } // namespace TC

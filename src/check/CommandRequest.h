@@ -55,6 +55,10 @@ void sendCommand(const COrderComandParamPtr& command, const CCommandSource& sour
 /// Makes the command and sends it, unless the guard left nothing to send.
 void issueCommand(CCommandRequest request, const COrderParam& order, const COrderStrategyParam& strategy);
 
+/// The parameters of a basket's hedge leg, with its price kind: one for buying, another for all other
+/// operations.
+bson::BSONObj hedgeDocument(EOperationType operation, const COrderStrategyParam& strategy);
+
 /// The parameter text of an algorithm order, or an empty text.
 std::string algoParamOf(const COrderParam& order, const std::vector<CCodeOrderParam>& codes,
                         const COrderStrategyParam& strategy);

@@ -113,6 +113,12 @@ bool isPriceGiven(double price) {
     return price != kUnsetDouble && std::isfinite(price) && std::fabs(price) > kPriceTolerance;
 }
 
+bool isSuspended(const CInstrumentRun& run) {
+    const CPriceDataPtr& quote = run.priceData;
+    return quote && isZero(quote->m_dDayFigure1) && isZero(quote->m_dDayFigure2) && quote->m_nDayCount == 0 &&
+           run.setting.m_ePriceType != EPriceType::Specified;
+}
+
 int volumeForMoney(const CInstrumentRun& run, double amount, double fixedPrice) {
     const double money = finiteOrUnset(amount);
     const double price = priceOfAmount(run);

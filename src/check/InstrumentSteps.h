@@ -68,6 +68,8 @@ CPriceDataPtr waitForQuote(const QString& stockKey, EPriceType priceType, EOpera
 /// of isInvalidPrice. Files may contain "nan" or "inf" as a number. Neither is a price, and an order with it
 /// is refused: no order can be filled at an infinite price, and the host could treat it as a market price.
 bool isPriceGiven(double price);
+/// Whether the instrument has not traded today. False without a quote, and if the order specifies its price.
+bool isSuspended(const CInstrumentRun& run);
 
 /// The volume that the amount of money, in currency units, buys at the run's price. It is not rounded to
 /// units. Not set if the amount or the price cannot be used. fixedPrice: if set, it replaces the price in the

@@ -11,6 +11,7 @@
 
 #include <QString>
 
+#include <exception>
 #include <vector>
 
 namespace TC {
@@ -72,6 +73,17 @@ std::vector<COrderDetailPtr> chosenOrders(const CCancel& cancel) {
     return chosen;
 }
 
+/// An order that the host cannot cancel must not keep the others open, so its error is kept for the end.
+bool cancelOne(const COrderDetailPtr& order, std::exception_ptr& firstError) {
+    try {
+        hostCall<&CTradeClient::cancelOrder>(order);
+        return true;
+    } catch (const CHostError&) {
+        if (!firstError) firstError = std::current_exception();
+        return false;
+    }
+}
+
 } // namespace
 
 void doCancelOrder(const std::string& func, const std::string& param) {
@@ -83,8 +95,9 @@ void doCancelOrder(const std::string& func, const std::string& param) {
                         ",accountType:" + cancel.m_strAccountType + ", orderSysID:" + cancel.m_strOrder);
         return;
     }
+    std::exception_ptr firstError;
     for (const COrderDetailPtr& order : orders) {
-        hostCall<&CTradeClient::cancelOrder>(order);
+        if (!cancelOne(order, firstError)) continue;
         logFuncLine(utils::ELogLevel::Info, kCancelName,
                     "func:" + func + ",find cancel order, accountId:" + cancel.m_strAccount +
                         ",accountType:" + cancel.m_strAccountType + ",orderSysID:" + order->m_strOrderSysID);
@@ -95,6 +108,7 @@ void doCancelOrder(const std::string& func, const std::string& param) {
                              QString::fromStdString(order->m_strOrderSysID)}),
             utils::ELogLevel::Info);
     }
+    if (firstError) std::rethrow_exception(firstError);
 }
 
 } // namespace TC

@@ -2,6 +2,7 @@
 
 #include "orderservice/base/Text.h"
 #include "orderservice/check/AccountLookup.h"
+#include "orderservice/check/CodeLookup.h"
 #include "orderservice/check/CommandGuard.h"
 #include "orderservice/check/OrderServiceBase.h"
 #include "orderservice/check/Reports.h"
@@ -9,6 +10,7 @@
 #include "orderservice/func/FuncLog.h"
 #include "orderservice/func/FuncStrategy.h"
 #include "orderservice/func/FuncVolumes.h"
+#include "orderservice/platform/ExchangeClient.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/InstrumentTypes.h"
 #include "orderservice/platform/LuaModuleCtrl.h"
@@ -21,21 +23,42 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace TC {
 namespace {
 
 constexpr char kNothingToTrade[] = "[函数交易]　函数: %1, 没有可下单的数量!";
+constexpr char kRefusedRecord[] = "[函数交易]　函数: %1, 账号 [%2] 合约 [%3] %4, 整个指令(%5条)未发出!";
 
-bool hasVolume(const CCodeOrderParam& record) {
-    const bool isMoney = !isInvalidPrice(record.m_dQuantity);
-    return isMoney ? record.m_dQuantity > 0 : record.m_nVolume >= 1;
+bool isPositive(double price) {
+    return isPriceGiven(price) && price > 0;
 }
 
-/// The guard refuses what no trading layer can trade.
-bool isRefusedByGuard(const COrderComandParam& command) {
-    return isCommandGuardOn() && (command.m_codes.empty() ||
-                                  !std::all_of(command.m_codes.begin(), command.m_codes.end(), hasVolume));
+/// What the record lacks, for the report. Prices of the type 11 are checked by hasPrice, also without the
+/// guard.
+std::optional<QString> missingOf(const CCodeOrderParam& record) {
+    CCommandSource source;
+    source.m_bNeedsPrice = false;
+    source.m_bRepayment = true;
+    const bool lacksPrice = record.m_ePriceType == EPriceType::SpecifiedByRow && !isPositive(record.m_dPrice);
+    return lacksPrice ? QStringLiteral("没有价格") : missingOf(record, source);
+}
+
+/// If the command guard is on, refuses a command without records, or with a record that no trading layer can
+/// trade.
+bool passesGuard(const CFuncRun& run, const COrderComandParam& command) {
+    if (!isCommandGuardOn()) return true;
+    if (command.m_codes.empty()) return fail(run, kNothingToTrade);
+    for (const CCodeOrderParam& record : command.m_codes) {
+        if (const std::optional<QString> missing = missingOf(record)) {
+            const std::string code = record.m_stock.m_strMarket + record.m_stock.m_strCode;
+            return fail(run, kRefusedRecord,
+                        {record.m_account ? accountText(*record.m_account) : QString(),
+                         QString::fromStdString(code), *missing, QString::number(command.m_codes.size())});
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -52,8 +75,7 @@ void CFuncReporter::reportPlainly(const QString& text) const {
 }
 
 void CFuncReporter::reportToCaller(const QString& text) const {
-    const CTradeKey key = readTradeKey(m_strTradeKey);
-    if (m_callback) m_callback(key.m_nId, key.m_strKey, str2KNError(text.toStdString()));
+    orderCheckFaild(m_strTradeKey, str2KNError(text.toStdString()), m_callback);
 }
 
 bool CFuncRun::isPriceGivenByLine() const {
@@ -62,17 +84,22 @@ bool CFuncRun::isPriceGivenByLine() const {
 }
 
 void takeAccounts(CFuncRun& run) {
+    takeAccountsOf(run, brokerTypeOfCall(run.strategy.m_eTradeType));
+}
+
+void takeAccountsOf(CFuncRun& run, EQDBrokerType broker) {
     const CUserConfig* const user = getUserConfig();
     if (user == nullptr) return;
-    hostCall<&CUserConfig::getAccountsWeights>.on(
-        *user, brokerTypeOfCall(run.strategy.m_eTradeType), run.strategy.m_eSelectedAccountType,
-        run.strategy.m_strSelectedAccount, run.accounts, run.ratios, false);
+    hostCall<&CUserConfig::getAccountsWeights>.on(*user, broker, run.strategy.m_eSelectedAccountType,
+                                                  run.strategy.m_strSelectedAccount, run.accounts, run.ratios,
+                                                  false);
     takeWeights(run.accounts, run.ratios, run.weights);
 }
 
 void takeSetting(CFuncRun& run, ESettingSlot slot) {
     run.setting = run.strategy.setting(slot);
     if (run.param.m_nPrType != -1) run.setting.m_ePriceType = static_cast<EPriceType>(run.param.m_nPrType);
+    clearUnusableLimits(run.setting);
 }
 
 void readQuote(CFuncRun& run) {
@@ -92,6 +119,23 @@ void takePricesAndVolume(CFuncRun& run) {
     }
     const bool hasVolume = line != nullptr && !isUnset(line->m_nVolume);
     run.volume = hasVolume ? line->m_nVolume : run.strategy.m_nVolume;
+}
+
+bool resolveFullCode(QString& code) {
+    if (resolveStockCode(code, EKeyJoin::Plain)) return true;
+    const QString upper = code.toUpper();
+    if (code.size() != kFullCodeLength ||
+        !(hostCall<&CExchangeClient::hasHkstock>(upper) || hostCall<&CExchangeClient::hasSkstock>(upper)))
+        return false;
+    code = upper;
+    return true;
+}
+
+bool isPricedAtPar(const CStockInfo& stock) {
+    constexpr int kParPricedOnShenzhen = 100017;
+    const int type = stock.m_strMarket == "SH" ? knservice::kTypeParPriced : kParPricedOnShenzhen;
+    const bool isOnMarket = stock.m_strMarket == "SH" || stock.m_strMarket == "SZ";
+    return isOnMarket && knservice::isTypedStock(type, stock.m_strMarket, stock.m_strCode, {});
 }
 
 int minUnitOf(const CFuncRun& run) {
@@ -138,9 +182,7 @@ std::int64_t volumeOfAmount(const CFuncRun& run, double fixedPrice) {
     const double amount = finiteOrUnset(run.strategy.m_dAmount);
     if (isInvalidPrice(amount) || isInvalidPrice(run.calcPrice) || isZero(run.calcPrice))
         return kNoVolumeLimit;
-    const double volume = std::trunc(amount / (isInvalidPrice(fixedPrice) ? run.calcPrice : fixedPrice));
-    return std::fabs(volume) < static_cast<double>(kNoVolumeLimit) ? static_cast<std::int64_t>(volume)
-                                                                   : kNoVolumeLimit;
+    return wholeNumber(amount / (isInvalidPrice(fixedPrice) ? run.calcPrice : fixedPrice));
 }
 
 CCodeOrderParam makeRecord(const CFuncRun& run, const CAccountInfoPtr& account, std::int64_t volume) {
@@ -152,8 +194,7 @@ CCodeOrderParam makeRecord(const CFuncRun& run, const CAccountInfoPtr& account, 
 
 bool hasPrice(const CCodeOrderParam& record) {
     if (record.m_ePriceType != EPriceType::Specified) return true;
-    return std::isfinite(record.m_dPrice) &&
-           record.m_dPrice > kPriceTolerance; // the host may have changed it
+    return isPositive(record.m_dPrice); // the host may have changed it
 }
 
 bool failModelPrice(const CFuncRun& run, const CCodeOrderParam& record) {
@@ -194,11 +235,7 @@ COrderComandParamPtr makeCommand(CFuncRun& run, EQdTraderType traderType) {
 }
 
 void sendCommand(const CFuncRun& run, const COrderComandParamPtr& command, const char* logText) {
-    if (!isCmdUser()) return;
-    if (isRefusedByGuard(*command)) {
-        fail(run, kNothingToTrade);
-        return;
-    }
+    if (!passesGuard(run, *command)) return;
     logFuncLine(utils::ELogLevel::Info, "TC::COrderFuncService::placeCommands", logText);
     hostCall<&COrderClient::orderCommands>(command);
 }

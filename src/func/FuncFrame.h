@@ -65,14 +65,21 @@ struct CFuncRun : CInstrumentRun {
     bool knowsSpecifiedByRow = false; ///< the price type 49 takes the line's price
 };
 
-/// The first account of the strategy's kind, and the weights by key.
+/// The strategy's accounts of its kind, and their weights by key.
 void takeAccounts(CFuncRun& run);
+/// The same for another kind.
+void takeAccountsOf(CFuncRun& run, EQDBrokerType broker);
 /// The setting, with the price type of the call if it has one.
 void takeSetting(CFuncRun& run, ESettingSlot slot);
 /// Reads the quote. Waits up to two seconds for a usable one, unless the price is given.
 void readQuote(CFuncRun& run);
 /// Prices of the line or of the quote, and the volume of the line or of the strategy.
 void takePricesAndVolume(CFuncRun& run);
+/// Replaces the code by the full code of a stock, or of an instrument of a connect. Returns false if there is
+/// none.
+bool resolveFullCode(QString& code);
+/// On SH and SZ there are instruments whose price is quoted for another unit. Their money is divided by 100.
+bool isPricedAtPar(const CStockInfo& stock);
 /// The trading unit of the instrument; 1 if it is unknown.
 int minUnitOf(const CFuncRun& run);
 /// Whether there is a price for securities: the line's, if the price is given, otherwise one of the quote.
@@ -92,7 +99,7 @@ std::int64_t volumeOf(const CFuncRun& run, std::size_t account);
 std::int64_t volumeOfAmount(const CFuncRun& run, double fixedPrice = kUnsetDouble);
 
 /// Fills a copy of the run's record for an account. A volume that no record can hold is stamped as the
-/// largest one; checkUsable refuses it.
+/// largest one; isUsable refuses it.
 CCodeOrderParam makeRecord(const CFuncRun& run, const CAccountInfoPtr& account, std::int64_t volume);
 /// Whether the record has a price above zero, if its price is given.
 bool hasPrice(const CCodeOrderParam& record);
@@ -109,8 +116,8 @@ bool fail(const CFuncRun& run, const char* pattern, std::initializer_list<QStrin
 
 /// The command of the run's records, with the fields that all routines set. The routine sets the others.
 COrderComandParamPtr makeCommand(CFuncRun& run, EQdTraderType traderType);
-/// Sends it, if the user may send commands; otherwise nothing happens. If the command guard is on, a command
-/// without records, or with a record without a volume, is refused instead.
+/// Sends it. The caller checks before that the user may send commands. If the command guard is on, a command
+/// without records, or with a record that no trading layer can trade, is refused with a full report.
 void sendCommand(const CFuncRun& run, const COrderComandParamPtr& command, const char* logText);
 
 /// A price as messages show it.

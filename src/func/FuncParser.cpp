@@ -186,15 +186,6 @@ int leadingDigit(int number) {
     return number;
 }
 
-/// The basket's name is the order code, or its first part if the basket has a futures leg.
-std::string basketNameOf(const COrderFuncParam& param) {
-    if (!isHedgeableOperation(param.m_nOpType) || !isHedgeOrderType(param.m_nOrderType))
-        return param.m_strOrderCode;
-    std::vector<std::string> parts;
-    boost::split(parts, param.m_strOrderCode, boost::is_any_of(","));
-    return parts.size() == 2 ? parts[0] : param.m_strOrderCode;
-}
-
 bool setBasketTradeType(COrderFuncParam& param, EFuncFamily family, std::string& error) {
     switch (family) {
     case EFuncFamily::StockBasket:
@@ -259,6 +250,14 @@ void parserParam(COrderFuncParam& param, const std::string& text, std::string& e
     logFuncLine(utils::ELogLevel::Info, "TC::COrderFuncService::parserParam",
                 "COrderFuncService parserParam, strParam " + text);
     if (readKeys(param, text, error) && checkKeys(param, error)) makeLines(param, error);
+}
+
+std::string basketNameOf(const COrderFuncParam& param) {
+    if (!isHedgeableOperation(param.m_nOpType) || !isHedgeOrderType(param.m_nOrderType))
+        return param.m_strOrderCode;
+    std::vector<std::string> parts;
+    boost::split(parts, param.m_strOrderCode, boost::is_any_of(","));
+    return parts.size() == 2 ? parts[0] : param.m_strOrderCode;
 }
 
 bool fillStkOptionParam(COrderFuncParam& param, PassorderFunOrderType, std::string& error) {

@@ -15,6 +15,9 @@ namespace TC {
 /// thread. Never throws for the content of the text.
 void parserParam(COrderFuncParam& param, const std::string& text, std::string& error);
 
+/// The basket's name: the order code, or its first part if the basket has a futures leg.
+std::string basketNameOf(const COrderFuncParam& param);
+
 /// Adds the line of an option order. Returns false and sets `error` if the volume is zero. The operation is
 /// not used.
 bool fillStkOptionParam(COrderFuncParam& param, PassorderFunOrderType op, std::string& error);

@@ -3,6 +3,7 @@
 #include "orderservice/base/StrictNumber.h"
 #include "orderservice/func/FuncLog.h"
 #include "orderservice/platform/HostCall.h"
+#include "orderservice/platform/HostReports.h"
 #include "orderservice/platform/MsgService.h"
 #include "orderservice/platform/UserConfig.h"
 
@@ -32,6 +33,14 @@ CTradeKey readTradeKey(const std::string& tradeKey) {
     boost::split(parts, tradeKey, boost::is_any_of("|"));
     if (parts.size() != kParts) return {};
     return {utils::strictInt(parts[2]), parts[1]};
+}
+
+void orderCheckFaild(const std::string& tradeKey, const utils::KNError& error,
+                     const COrderFailedCallback& callback) {
+    const CTradeKey key = readTradeKey(tradeKey);
+    if (!callback) return;
+    runGuarded(QStringLiteral("[函数交易]　下单失败的回调异常"),
+               [&] { callback(key.m_nId, key.m_strKey, error); });
 }
 
 } // namespace TC

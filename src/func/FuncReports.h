@@ -31,4 +31,9 @@ struct CTradeKey {
 /// the third of three parts is no 32-bit number.
 CTradeKey readTradeKey(const std::string& tradeKey);
 
+/// Reports a failure to the caller whose trade key this is. Throws as readTradeKey. If the call-back throws,
+/// the user gets a message. callback: may be empty.
+void orderCheckFaild(const std::string& tradeKey, const utils::KNError& error,
+                     const COrderFailedCallback& callback);
+
 } // namespace TC

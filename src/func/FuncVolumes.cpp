@@ -23,17 +23,24 @@ using knservice::CAccountDetailPtr;
 struct CSubject {
     boost::shared_ptr<CAccountData> m_data; ///< null if something is missing
     CInstrumentDetailPtr m_detail;
+    QString m_strCode;
 
     explicit operator bool() const { return m_data != nullptr; }
 };
 
-CSubject findSubject(const std::string& accountKey, const QString& code) {
-    if (hostCall<&CTradeClient::getLoginStatus>(accountKey) != EBROKER_LOGIN_STATUS::LoggedIn) return {};
+/// The data of an account that is logged in, otherwise null.
+boost::shared_ptr<CAccountData> findData(const std::string& accountKey) {
+    if (hostCall<&CTradeClient::getLoginStatus>(accountKey) != EBROKER_LOGIN_STATUS::LoggedIn) return nullptr;
     auto& center = hostCall<&knservice::TraderCenter::getDataCenter>();
+    return hostCall<&knservice::CDataCenter::getAccountData>.on(center, accountKey);
+}
+
+CSubject findSubject(const std::string& accountKey, const QString& code) {
     CSubject subject;
-    subject.m_detail = hostCall<&CExchangeClient::getCodeInfo>(code);
-    if (subject.m_detail)
-        subject.m_data = hostCall<&knservice::CDataCenter::getAccountData>.on(center, accountKey);
+    subject.m_strCode = code;
+    const boost::shared_ptr<CAccountData> data = findData(accountKey);
+    if (data) subject.m_detail = hostCall<&CExchangeClient::getCodeInfo>(code);
+    if (subject.m_detail) subject.m_data = data;
     return subject;
 }
 
@@ -54,14 +61,16 @@ bool isFigure(double value) {
 }
 
 /// How many units of the instrument one lot has. 0 if that is not known.
-double multipleOf(const CInstrumentDetail& detail) {
-    if (isFigure(detail.m_dMultiplier)) return detail.m_dMultiplier;
-    return isFuturesMarket(detail.m_strMarket) ? 0 : 1;
+double multipleOf(const CSubject& subject) {
+    if (isFigure(subject.m_detail->m_dMultiplier)) return subject.m_detail->m_dMultiplier;
+    const bool isFuture = isFuturesMarket(subject.m_detail->m_strMarket) ||
+                          hostCall<&CExchangeClient::hasFuture>(subject.m_strCode);
+    return isFuture ? 0 : 1;
 }
 
 double shareOfAssets(const CSubject& subject, bool isSingle, double price, double percent) {
     const CAccountDetailPtr account = hostCall<&CAccountData::getAccountDetail>.on(*subject.m_data);
-    const double multiple = isSingle ? 1 : multipleOf(*subject.m_detail);
+    const double multiple = isSingle ? 1 : multipleOf(subject);
     if (!account || !isFigure(account->m_dAssetCheck) || !isFigure(account->m_dAssetForRatio)) return 0;
     if (!isFigure(price) || isZero(price) || multiple == 0) return 0;
     return percent * account->m_dAssetForRatio / (multiple * price);
@@ -116,6 +125,19 @@ std::int64_t getAccountPercentNum(const std::string& accountKey, EOperationType 
                                                 unsetEnum<EOperationType>());
     if (unit > 1) volume -= volume % unit;
     return isLimited ? std::min(volume, volumeLimit(subject, op, price)) : volume;
+}
+
+double getBasketAsset(const std::string& accountKey) {
+    const boost::shared_ptr<CAccountData> data = findData(accountKey);
+    const CAccountDetailPtr account =
+        data ? hostCall<&CAccountData::getAccountDetail>.on(*data) : CAccountDetailPtr();
+    return account && isFigure(account->m_dBasketAsset) ? account->m_dBasketAsset : kUnsetDouble;
+}
+
+std::int64_t wholeNumber(double value) {
+    if (std::isnan(value)) return 0;
+    if (std::fabs(value) < static_cast<double>(kNoVolumeLimit)) return static_cast<std::int64_t>(value);
+    return value > 0 ? kNoVolumeLimit : -kNoVolumeLimit;
 }
 
 int getAccountFuturesNum(const std::string& accountKey, const QString& code, double money, double price) {

@@ -26,6 +26,13 @@ std::int64_t getCanOrderVolume(const std::string& accountKey, EOperationType op,
 std::int64_t getAccountPercentNum(const std::string& accountKey, EOperationType op, int orderType,
                                   const QString& code, double price, double percent);
 
+/// The account's asset figure for baskets of stocks, in currency units. Not set if it is not known, or if the
+/// account is not logged in.
+double getBasketAsset(const std::string& accountKey);
+
+/// The number without its fraction. Beyond 64 bits it is kNoVolumeLimit with its sign, and 0 for no number.
+std::int64_t wholeNumber(double value);
+
 /// The number of contracts that the money buys at the price, for an account that has a fee record of the
 /// instrument. 0 if a needed figure is missing, or if the number does not fit an int.
 int getAccountFuturesNum(const std::string& accountKey, const QString& code, double money, double price);

@@ -1,5 +1,6 @@
 // Margin trading: one instrument on each account, and the direct repayment of money.
 #include "orderservice/check/CodeLookup.h"
+#include "orderservice/check/OrderServiceBase.h"
 #include "orderservice/check/Volumes.h"
 #include "orderservice/func/FuncVolumes.h"
 #include "orderservice/func/OrderRoutines.h"
@@ -143,7 +144,7 @@ bool checkCredit(CCredit& credit) {
 void orderCredit(const COrderFuncParam& param, const COrderStrategyParam& strategy,
                  const CFuncReporter& reporter) {
     CCredit credit{{{}, param, strategy, reporter}, {}, false};
-    if (!checkCredit(credit)) return;
+    if (!checkCredit(credit) || !isCmdUser()) return;
     const COrderComandParamPtr command = makeCommand(credit.run, EQdTraderType::Credit);
     command->m_weights = credit.run.weights;
     command->m_strAlgoParam = param.m_strTradeKey;

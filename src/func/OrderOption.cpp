@@ -1,6 +1,7 @@
 // Options on stocks. The host splits the volume over the accounts.
 #include "orderservice/base/KNError.h"
 #include "orderservice/check/CodeLookup.h"
+#include "orderservice/check/OrderServiceBase.h"
 #include "orderservice/check/Volumes.h"
 #include "orderservice/func/FuncVolumes.h"
 #include "orderservice/func/OrderRoutines.h"
@@ -130,7 +131,7 @@ bool checkOption(CFuncRun& run) {
 void orderOption(const COrderFuncParam& param, const COrderStrategyParam& strategy,
                  const CFuncReporter& reporter) {
     CFuncRun run{{}, param, strategy, reporter};
-    if (!checkOption(run)) return;
+    if (!checkOption(run) || !isCmdUser()) return;
     const COrderComandParamPtr command = makeCommand(run, EQdTraderType::Option);
     command->m_eHedgeType = EQdHedgeType::Hedge;
     command->m_weights = run.weights;

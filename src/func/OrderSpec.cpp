@@ -1,4 +1,5 @@
 // Futures: opening and closing contracts of one instrument on each account.
+#include "orderservice/check/OrderServiceBase.h"
 #include "orderservice/check/Volumes.h"
 #include "orderservice/func/FuncVolumes.h"
 #include "orderservice/func/OrderRoutines.h"
@@ -6,7 +7,6 @@
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/OrderClient.h"
 
-#include <cmath>
 #include <cstddef>
 
 namespace TC {
@@ -47,9 +47,9 @@ bool resolveFuture(CFuncRun& run) {
 }
 
 bool checkFutureQuote(const CFuncRun& run) {
-    const bool isNoNumber =
-        run.isPriceGivenByLine() && run.line() != nullptr && !std::isfinite(run.line()->m_dPrice);
-    return (isQuoteUsable(run.priceData, run.priceType(), run.op) && !isNoNumber) ||
+    const bool isNoPrice = run.isPriceGivenByLine() && run.line() != nullptr &&
+                           finiteOrUnset(run.line()->m_dPrice) == kUnsetDouble;
+    return (isQuoteUsable(run.priceData, run.priceType(), run.op) && !isNoPrice) ||
            fail(run, kNoFuturePrice, {run.code, priceTypeText(run)});
 }
 
@@ -107,7 +107,7 @@ bool checkFuture(CFuncRun& run) {
 void orderSpec(const COrderFuncParam& param, const COrderStrategyParam& strategy,
                const CFuncReporter& reporter) {
     CFuncRun run{{}, param, strategy, reporter};
-    if (!checkFuture(run)) return;
+    if (!checkFuture(run) || !isCmdUser()) return;
     const COrderComandParamPtr command = makeCommand(run, EQdTraderType::FutureSpeculation);
     command->m_weights = run.weights;
     command->m_strStrategyName = param.m_strStrategyName;

@@ -1,12 +1,11 @@
 // Stocks and the connects: buying and selling one instrument on each account, plain or by an algorithm.
-#include "orderservice/check/CodeLookup.h"
+#include "orderservice/check/OrderServiceBase.h"
 #include "orderservice/check/Volumes.h"
 #include "orderservice/func/AlgoMessage.h"
 #include "orderservice/func/FuncLog.h"
 #include "orderservice/func/FuncTables.h"
 #include "orderservice/func/FuncVolumes.h"
 #include "orderservice/func/OrderRoutines.h"
-#include "orderservice/platform/ExchangeClient.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/InstrumentTypes.h"
 
@@ -51,17 +50,6 @@ EOperationType stockOperation(const COrderFuncParam& param) {
     return isGiven ? static_cast<EOperationType>(kBuyAtGivenPrice) : EOperationType::Buy;
 }
 
-/// A stock, or an instrument of a connect with its full code.
-bool resolveFullCode(QString& code) {
-    if (resolveStockCode(code, EKeyJoin::Plain)) return true;
-    const QString upper = code.toUpper();
-    if (code.size() != kFullCodeLength ||
-        !(hostCall<&CExchangeClient::hasHkstock>(upper) || hostCall<&CExchangeClient::hasSkstock>(upper)))
-        return false;
-    code = upper;
-    return true;
-}
-
 bool resolveStock(CFuncRun& run) {
     run.code = run.strategy.m_strCode;
     if (run.line() == nullptr || run.line()->m_strCode.isEmpty()) return true;
@@ -81,23 +69,15 @@ bool failLimits(const CFuncRun& run) {
 
 /// At the price type 49 some instruments have a phase with a price of its own, which is not limited.
 bool checkStockLimits(CFuncRun& run) {
-    constexpr int kPhaseWithPrice = 22;
+    constexpr double kPhaseWithPrice = 22;
     if (!run.isPriceGivenByLine()) return true;
     const bool hasPhases = run.priceType() == EPriceType::SpecifiedByRow && isStarMarket(run.stock());
-    if (hasPhases && static_cast<int>(run.priceData->m_dPhase) == kPhaseWithPrice) {
+    if (hasPhases && run.priceData->m_dPhase == kPhaseWithPrice) {
         const double price = finiteOrUnset(run.priceData->m_dPhasePrice);
         if (price != kUnsetDouble) run.calcPrice = run.record.m_dPrice = price;
         return true;
     }
     return isWithinLimits(run, run.calcPrice) || failLimits(run);
-}
-
-/// On SH and SZ there are instruments whose price is quoted for another unit. Their money is divided by 100.
-bool isPricedAtPar(const CStockInfo& stock) {
-    constexpr int kParPricedOnShenzhen = 100017;
-    const int type = stock.m_strMarket == "SH" ? knservice::kTypeParPriced : kParPricedOnShenzhen;
-    const bool isOnMarket = stock.m_strMarket == "SH" || stock.m_strMarket == "SZ";
-    return isOnMarket && knservice::isTypedStock(type, stock.m_strMarket, stock.m_strCode, {});
 }
 
 void takeStockVolume(CFuncRun& run) {
@@ -169,7 +149,7 @@ void orderStock(const COrderFuncParam& param, const COrderStrategyParam& strateg
                 const CFuncReporter& reporter, const std::string& algoParam) {
     CFuncRun run{{}, param, strategy, reporter};
     run.knowsSpecifiedByRow = true;
-    if (!checkStock(run, algoParam)) return;
+    if (!checkStock(run, algoParam) || !isCmdUser()) return;
     const COrderComandParamPtr command = makeCommand(run, marketOf(param.m_nTradeType).m_eTraderType);
     command->m_strAlgoParam = param.m_strTradeKey;
     command->m_strStrategyName = param.m_strStrategyName;

@@ -40,7 +40,8 @@ public:
     virtual std::map<std::string, boost::shared_ptr<IData>> getMapData(int table) = 0;
 
     /// Appends the table's records in the host's order. Appends nothing if there is no such table. The
-    /// records are shared and do not change. Called while a Lock is held.
+    /// records are shared and do not change. Called while a Lock is held, except when function trading
+    /// cancels orders: the host must protect its own data.
     virtual void getVector(int table, std::vector<boost::shared_ptr<IData>>& out) = 0;
 
     /// The volume in shares or lots that the account can order now with the record's instrument, operation

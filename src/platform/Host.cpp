@@ -3,6 +3,7 @@
 #include "orderservice/base/Thread.h"
 #include "orderservice/platform/AlgorithmTradeHelper.h"
 #include "orderservice/platform/ExchangeClient.h"
+#include "orderservice/platform/FormulaManager.h"
 #include "orderservice/platform/HostReports.h"
 #include "orderservice/platform/InstrumentTypes.h"
 #include "orderservice/platform/IntakeAudit.h"
@@ -38,9 +39,9 @@ namespace {
 std::atomic<bool> s_installed{false};
 std::atomic<int> s_leases{0};
 
-/// Calls `visit` with each service of the host. Checking, installing and releasing use this one list.
+/// Calls `visit` with each service that a host must have.
 template<typename Visitor>
-void forEachService(const CHost& host, const Visitor& visit) {
+void forEachNeeded(const CHost& host, const Visitor& visit) {
     visit(host.userManager);
     visit(host.orderClient);
     visit(host.tradeClient);
@@ -55,6 +56,13 @@ void forEachService(const CHost& host, const Visitor& visit) {
     visit(host.traderCenter);
     visit(host.tradeFrameworkSource);
     visit(host.luaModuleCtrl);
+}
+
+/// Calls `visit` with each service of the host. Installing and releasing use this list.
+template<typename Visitor>
+void forEachService(const CHost& host, const Visitor& visit) {
+    forEachNeeded(host, visit);
+    visit(host.formulaManager);
 }
 
 struct CNameMissing {
@@ -80,7 +88,7 @@ constexpr int kAlreadyInstalled = 2;
 utils::KNError installHost(const CHost& host) {
     if (s_installed) return {kAlreadyInstalled, "installHost: a host is installed already"};
     std::string missing;
-    forEachService(host, CNameMissing{missing});
+    forEachNeeded(host, CNameMissing{missing});
     if (!missing.empty()) return {kMissingService, "installHost: missing service: " + missing};
     forEachService(host, CSetService{});
     s_installed = true;

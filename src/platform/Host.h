@@ -17,6 +17,7 @@ namespace TC {
 
 class CAlgorithmTradeHelper;
 class CExchangeClient;
+class CFormulaManager;
 class CIntakeAudit;
 class CMsgService;
 class COrderClient;
@@ -42,10 +43,12 @@ struct CHost {
     knservice::TraderCenter* traderCenter = nullptr;
     knservice::CTradeFrameworkSource* tradeFrameworkSource = nullptr;
     luawrapper::LuaModuleCtrl* luaModuleCtrl = nullptr;
+    CFormulaManager* formulaManager = nullptr; ///< null: the host has no formula models
 };
 
-/// Installs the host's services. Main thread, before any other use of the library. If a service is missing or
-/// a host is installed already, it installs nothing and returns an error with the reason.
+/// Installs the host's services. Main thread, before any other use of the library. If a host is installed
+/// already, or if a service is missing that may not be null, it installs nothing and returns an error with
+/// the reason.
 [[nodiscard]] ORDERSERVICE_EXPORT utils::KNError installHost(const CHost& host);
 
 /// Uninstalls the services. Main thread, after COrderService::release. Does nothing if no host is installed.

@@ -13,6 +13,8 @@ public:
     /// another time is a bug in the host. It ends the process, and the name of the service is written to the
     /// standard error stream.
     static T& instance();
+    /// Whether the service is installed. Only for services that a host may leave out.
+    static bool isInstalled() { return s_pInstance != nullptr; }
 
     CHostService(const CHostService&) = delete;
     CHostService& operator=(const CHostService&) = delete;

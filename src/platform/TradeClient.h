@@ -71,6 +71,9 @@ signals:
     /// The outcome of the cancel of one order. The host may emit it on any thread. The library reports a
     /// failed cancel to the audit. It does nothing else with the signal, because tables are not implemented.
     void sigCancelOrder(knservice::COrderInfoPtr info, bool success, std::string message);
+    /// The trading layer has refused a command. The host may emit it on any thread. COrderFuncService passes
+    /// it to the caller of the function call whose trade key the command has. A null command is ignored.
+    void sigOrderCheckFailed(const knservice::COrderCommandPtr& command, const utils::KNError& error);
 };
 
 } // namespace TC

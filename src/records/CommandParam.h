@@ -91,6 +91,15 @@ struct orderParamForOrderService : COrderParam {
 
 namespace knservice {
 
+/// A command as the trading layer refers to it when it refuses it.
+struct ORDERSERVICE_EXPORT COrderCommand : IData {
+    /// The trade key of the function call that made the command: m_strAlgoParam of the command, unless that
+    /// is the message of an algorithm. Empty for other commands. UTF-8.
+    std::string m_strTradeKey;
+};
+
+using COrderCommandPtr = boost::shared_ptr<COrderCommand>;
+
 /// State of one order at the broker. The trade client reports it; the host defines its content.
 struct ORDERSERVICE_EXPORT COrderInfo : IData {};
 

@@ -80,15 +80,10 @@ CCommandRequest makeFamilyRequest(const CVariantFamily& family, const COrderPara
 }
 
 bson::BSONObj hedgeLeg(int orderType, const COrderStrategyParam& strategy) {
-    constexpr int kPriceWhenBuying = 3;
-    constexpr int kPriceOtherwise = 9;
     EOperationType operation = unsetEnum<EOperationType>();
     if (orderType == kOrderBasketBuy) operation = EOperationType::Buy;
     if (orderType == kOrderBasketSell || orderType == kOrderPosition) operation = EOperationType::Sell;
-    CBasketHedgeParam hedge;
-    hedge.bsonValueFromObj(strategy.m_hedgeParam);
-    hedge.m_nPriceKind = isBuy(operation) ? kPriceWhenBuying : kPriceOtherwise;
-    return hedge.toBson();
+    return hedgeDocument(operation, strategy);
 }
 
 } // namespace TC

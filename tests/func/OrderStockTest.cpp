@@ -222,7 +222,8 @@ TEST_F(OrderStock, VolumesAreLegal) {
 TEST_F(OrderStock, GuardRefusesAVolumeOfZero) {
     host.switches.on.insert("mdl_order_command_guard");
     order({{"modelVolume", "\"50\""}});
-    expectFull(QStringLiteral("[函数交易]　函数: passorder, 没有可下单的数量!"));
+    expectFull(QStringLiteral(
+        "[函数交易]　函数: passorder, 账号 [A1] 合约 [SH600000] 没有数量, 整个指令(1条)未发出!"));
 }
 
 TEST_F(OrderStock, RoundedVolumeIsThatOfTheNextAccounts) {
