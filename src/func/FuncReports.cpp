@@ -39,7 +39,7 @@ void orderCheckFaild(const std::string& tradeKey, const utils::KNError& error,
                      const COrderFailedCallback& callback) {
     const CTradeKey key = readTradeKey(tradeKey);
     if (!callback) return;
-    runGuarded(QStringLiteral("[函数交易]　下单失败的回调异常"),
+    runGuarded(QStringLiteral("函数交易下单失败的回调异常"),
                [&] { callback(key.m_nId, key.m_strKey, error); });
 }
 

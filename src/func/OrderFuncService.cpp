@@ -162,8 +162,8 @@ void COrderFuncService::doParserOrder(const std::string& func, const std::string
         else if (isSmart(func))
             place(func, param, algoParam);
     } catch (const CHostError&) {
-        reportFailure(utils::fillText(QStringLiteral("[函数交易]　函数: %1, 因主机异常而中止"),
-                                      {QString::fromStdString(func)}));
+        reportFailure(
+            utils::fillText(QStringLiteral("函数交易 %1 因主机异常而中止"), {QString::fromStdString(func)}));
         throw;
     }
 }
@@ -221,7 +221,7 @@ void COrderFuncService::orderCheckFaild(const std::string& tradeKey, const utils
 void COrderFuncService::slotOrderCheckFaild(const knservice::COrderCommandPtr& command,
                                             const utils::KNError& error) {
     if (!command) return;
-    runGuarded(QStringLiteral("[函数交易]　拒单未能通知调用者"),
+    runGuarded(QStringLiteral("函数交易的拒单未能通知调用者"),
                [&] { orderCheckFaild(command->m_strTradeKey, error); });
 }
 

@@ -10,6 +10,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,7 @@ public:
     }
     double getUsableVolume(const std::string& market, const std::string& code, TC::EOperationType op,
                            TC::EHedge_Flag_Type hedge, double price) override {
+        const std::lock_guard lock(m_callsMutex);
         m_calls.push_back(market + code + " op " + std::to_string(static_cast<int>(op)) + " hedge " +
                           std::to_string(static_cast<int>(hedge)) + " at " + std::to_string(price));
         return m_dUsable;
@@ -48,6 +50,7 @@ protected:
     void unlock() override { m_bLocked = false; }
 
 private:
+    std::mutex m_callsMutex;
     bool m_bLocked = false;
 };
 
