@@ -168,8 +168,8 @@ std::vector<CLiteral> literalsOf(const std::string& source) {
         if (source.compare(at, 2, "//") == 0) {
             at = source.find('\n', at);
             if (at == std::string::npos) break;
-        } else if (source[at] == '\'') {
-            at += source[at + 1] == '\\' ? 3 : 2; // a character
+        } else if (source[at] == '\'' && std::isalnum(static_cast<unsigned char>(source[at - 1])) == 0) {
+            at += source[at + 1] == '\\' ? 3u : 2u; // a character, and not a sign between digits
         } else if (source[at] == '"') {
             const bool isConstant =
                 endsWith(source.substr(0, at), "[] = ") || endsWith(source.substr(0, at), "[] =\n    ");

@@ -167,7 +167,7 @@ public:
             const auto refused = boost::make_shared<knservice::COrderCommand>();
             if (static_cast<int>(command->m_ePlatform) != kAlgorithms)
                 refused->m_strTradeKey = command->m_strAlgoParam;
-            host.trade.sigOrderCheckFailed(refused, utils::KNError(9, "refused"));
+            emit host.trade.sigOrderCheckFailed(refused, utils::KNError(9, "refused"));
         }
     }
 
