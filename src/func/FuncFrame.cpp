@@ -204,7 +204,7 @@ bool failModelPrice(const CFuncRun& run, const CCodeOrderParam& record) {
 
 bool isUsable(const CFuncRun& run, const CAccountInfo& account, std::int64_t volume, std::int64_t can,
               const char* pattern, QString& text) {
-    if (can >= volume && volume <= kLargestVolume) return true;
+    if (can >= volume && isStorable(volume)) return true;
     text = utils::fillText(QString::fromUtf8(pattern),
                            {accountText(account), QString::fromStdString(run.param.m_strOrderCode),
                             QString::number(can), QString::number(volume)});

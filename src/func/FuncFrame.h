@@ -22,6 +22,11 @@ namespace TC {
 /// fit an int, and "not set".
 inline constexpr std::int64_t kLargestVolume = kUnsetInt - 2;
 
+/// Whether a record can hold the volume. Other volumes are not rounded, so that isUsable refuses them.
+inline bool isStorable(std::int64_t volume) {
+    return volume <= kLargestVolume;
+}
+
 /// Reports the failures of one call to the user and to its caller.
 class CFuncReporter {
 public:

@@ -276,7 +276,7 @@ bool addRowRecord(CCompose& basket, const CComposeRow& row, std::size_t index, d
     stampRecord(run, row.op, account, static_cast<int>(std::min(run.volume, kLargestVolume)),
                 run.strategy.m_ePositionType, record);
     if (!hasPrice(record)) return failModelPrice(run, record);
-    if (volume < 0 || volume > kLargestVolume) {
+    if (volume < 0 || !isStorable(volume)) {
         basket.leaveOut(volume < 0 ? leftout::kNegativeVolume : kTooLarge);
         return true;
     }

@@ -95,7 +95,7 @@ bool addCreditRecord(CCredit& credit, const CAccountInfoPtr& account) {
     const QString orderCode = QString::fromStdString(run.param.m_strOrderCode);
     if (run.volume < 1) return fail(run, kNoCreditVolume, {orderCode, QString::number(run.volume)});
     const std::string key = hostCall<&CAccountInfo::getKey>.on(*account);
-    run.volume = legalCreditVolume(run, key);
+    if (isStorable(run.volume)) run.volume = legalCreditVolume(run, key);
     CCodeOrderParam record = makeRecord(run, account, run.volume);
     record.m_eEntrustType = operationTypeToEntrustType(run.op);
     record.m_strRepayText = credit.contract;

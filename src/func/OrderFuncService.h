@@ -44,8 +44,8 @@ class ORDERSERVICE_EXPORT COrderFuncService : public QObject,
     Q_OBJECT
 public:
     /// Gets the failures of calls: the number and the text of the call's trade key, and the error. It runs on
-    /// the thread of the failed call; for a command that the trading layer refuses, on the thread of the
-    /// signal or of the service. If it throws, the user gets a message and the call continues.
+    /// the thread of the failed call; for a command that the trading layer refuses, on the thread of this
+    /// object. If it throws, the user gets a message and the call continues.
     using COrderFailedCallback = boost::function<void(const int&, const std::string&, const utils::KNError&)>;
     using CAccounts = std::vector<boost::shared_ptr<CAccountInfo>>;
 

@@ -78,7 +78,7 @@ void takeOptionAmount(CFuncRun& run) {
 
 /// The total for the split. A total that no record can hold becomes the number for which the split must fail.
 int totalOf(const CFuncRun& run) {
-    if (run.volume > kLargestVolume) return kUnsetInt;
+    if (!isStorable(run.volume)) return kUnsetInt;
     return static_cast<int>(std::max<std::int64_t>(run.volume, 0));
 }
 

@@ -1,4 +1,5 @@
 // Stocks and the connects: buying and selling one instrument on each account, plain or by an algorithm.
+#include "orderservice/check/CommandGuard.h"
 #include "orderservice/check/OrderServiceBase.h"
 #include "orderservice/check/Volumes.h"
 #include "orderservice/func/AlgoMessage.h"
@@ -20,6 +21,8 @@ constexpr char kBadStock[] = "[函数交易]　函数: %1, 下单代码 [%2] 不
 constexpr char kNoStockPrice[] = "[函数交易]　函数: %1,　证券 [%2] %3 无效, 无法下单!";
 constexpr char kStockOutOfLimits[] = "[函数交易]　函数: %1,指定价 %2 不在[%3]涨跌停[%4, %5]范围内!";
 constexpr char kStockFiltered[] = "[函数交易] 账号[%2], [%3]的下单量[%4]无效, 自动过滤!";
+
+constexpr char kOtherStockOrderType[] = "[函数交易]　函数: %1, opType %2 和 orderType %3 不能用于单只股票!";
 
 constexpr auto kAlgorithmOrder = static_cast<EOrderType>(13);
 constexpr auto kAlgorithmPlatform = static_cast<ETradePlatform>(11);
@@ -111,7 +114,7 @@ bool addStockRecord(CFuncRun& run, std::size_t index, const std::string& algoPar
     }
     const std::string key = hostCall<&CAccountInfo::getKey>.on(*account);
     const std::int64_t can = getCanOrderVolume(key, run.op, run.code, run.calcPrice);
-    run.volume = calcRightOrderVolume(run.op, run.volume, run.unit, can);
+    if (isStorable(run.volume)) run.volume = calcRightOrderVolume(run.op, run.volume, run.unit, can);
     CCodeOrderParam record = makeRecord(run, account, run.volume);
     takeAlgorithm(algoParam, record);
     if (!hasPrice(record)) return failModelPrice(run, record);
@@ -124,7 +127,18 @@ bool addStockRecord(CFuncRun& run, std::size_t index, const std::string& algoPar
     return true;
 }
 
+/// A basket of a connect whose order type is no basket's reaches this routine, where every number but 23
+/// sells. If the command guard is on, it is refused.
+bool checkStockNumber(const CFuncRun& run) {
+    const int number = run.param.m_nOpType;
+    const bool isStockNumber = funcFamilyOf(number, run.param.m_nOrderType) == EFuncFamily::Stock;
+    return isStockNumber || run.line() == nullptr || !isCommandGuardOn() ||
+           fail(run, kOtherStockOrderType,
+                {QString::number(number), QString::number(run.param.m_nOrderType)});
+}
+
 bool checkStock(CFuncRun& run, const std::string& algoParam) {
+    if (!checkStockNumber(run)) return false;
     takeAccounts(run);
     run.op = stockOperation(run.param);
     takeSetting(run, marketOf(run.param.m_nTradeType).m_eSlot);
