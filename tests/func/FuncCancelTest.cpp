@@ -11,6 +11,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -138,6 +139,22 @@ TEST_F(FuncCancel, HostThatCannotCancelSaysSo) {
     };
     CPlainClient client;
     EXPECT_THROW(hostCall<&CTradeClient::cancelOrder>.on(client, nullptr), CHostError);
+}
+
+TEST_F(FuncCancel, OrderThatCannotBeCancelledKeepsNoOtherOpen) {
+    for (const char* id : {"1", "2", "3"})
+        addOrder(id, 50);
+    host.trade.onCancelOrder = [](const knservice::COrderDetail& order) {
+        if (order.m_strOrderSysID == "2") throw std::runtime_error("order 2 is locked");
+    };
+    try {
+        cancelledBy(kAll);
+        ADD_FAILURE() << "the error must reach the caller";
+    } catch (const CHostError& error) {
+        EXPECT_NE(std::string(error.what()).find("order 2 is locked"), std::string::npos);
+    }
+    EXPECT_EQ(host.trade.cancelledOrders.size(), 2u);
+    EXPECT_EQ(host.messageTexts().size(), 2u);
 }
 
 } // namespace

@@ -81,8 +81,11 @@ public:
     void cancelTask(int taskId, int operation, const std::string& text, const std::string& remark,
                     const std::string& tradingDay, const CCancelCallback& callback, int flag) override;
     void cancelOrder(const boost::shared_ptr<knservice::COrderDetail>& order) override {
+        if (onCancelOrder) onCancelOrder(*order);
         m_records.record([&] { cancelledOrders.push_back(order); });
     }
+
+    std::function<void(const knservice::COrderDetail&)> onCancelOrder; ///< called first
 
     std::vector<knservice::COrderDetailPtr> cancelledOrders;
 
