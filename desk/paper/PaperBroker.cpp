@@ -7,6 +7,7 @@
 #include "desk/paper/PaperFamilies.h"
 #include "desk/paper/Settlement.h"
 #include "desk/paper/TakeIn.h"
+#include "desk/paper/UsableVolume.h"
 #include "orderservice/base/StrictNumber.h"
 #include "orderservice/base/Thread.h"
 
@@ -29,6 +30,16 @@ std::vector<V> valuesOf(const CTrackedMap<K, V>& map) {
     values.reserve(map.values().size());
     for (const auto& entry : map.values())
         values.push_back(entry.second);
+    return values;
+}
+
+/// The values of one account.
+template<typename K, typename V>
+std::vector<V> valuesOf(const CTrackedMap<K, V>& map, const std::string& account) {
+    std::vector<V> values;
+    for (const auto& [key, value] : map.values()) {
+        if (value.m_strAccount == account) values.push_back(value);
+    }
     return values;
 }
 
@@ -386,6 +397,21 @@ std::vector<std::int64_t> CPaperBroker::closableVolumes(const std::vector<std::s
     return volumes;
 }
 
+double CPaperBroker::usableVolume(const std::string& account, const std::string& stockKey,
+                                  TC::EOperationType operation, double price) {
+    const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(stockKey);
+    if (!instrument) return 0;
+    const auto lock = lockBooks();
+    const auto found = m_accounts.find(account);
+    if (found == m_accounts.end()) return 0;
+    // Before its first order an instrument has no quote in the book.
+    const CBookSides* sides = m_book.m_sides.find(instrument->key());
+    const std::optional<CQuoteEntry> quote = sides == nullptr ? m_quotes.quote(stockKey) : std::nullopt;
+    const CBookSides fresh = quote ? sidesOf(*quote) : CBookSides();
+    return desk::usableVolume(
+        m_book, {found->second, *instrument, operation, price, sides != nullptr ? sides : &fresh});
+}
+
 bool CPaperBroker::hasTask(int taskId) {
     const auto lock = lockBooks();
     return m_book.m_tasks.find(taskId) != nullptr;
@@ -424,6 +450,17 @@ std::vector<CPaperDebt> CPaperBroker::debts() {
 CPaperBooks CPaperBroker::books() {
     const auto lock = lockBooks();
     return {valuesOf(m_book.m_funds), valuesOf(m_book.m_positions), debtsOf(m_book)};
+}
+
+CPaperBooks CPaperBroker::booksOf(const std::string& account) {
+    const auto lock = lockBooks();
+    return {valuesOf(m_book.m_funds, account), valuesOf(m_book.m_positions, account),
+            valuesOf(m_book.m_debts, account)};
+}
+
+std::vector<CPaperOrder> CPaperBroker::ordersOf(const std::string& account) {
+    const auto lock = lockBooks();
+    return valuesOf(m_book.m_orders, account);
 }
 
 } // namespace desk

@@ -172,6 +172,11 @@ public:
                                               const CInstrumentEntry& instrument,
                                               TC::EOperationType operation);
 
+    /// The largest volume that one order of the account may have now (UsableVolume.h). 0 for an unknown
+    /// account or instrument. price: currency units, may be unset.
+    double usableVolume(const std::string& account, const std::string& stockKey, TC::EOperationType operation,
+                        double price);
+
     bool hasTask(int taskId);
     /// Snapshots, by id or by account.
     std::vector<CPaperTask> tasks();
@@ -183,6 +188,10 @@ public:
     std::vector<CPaperDebt> debts();
     /// Funds, positions and debts of the same moment.
     CPaperBooks books();
+    /// The same for one account. All lists are empty if the broker has no such account.
+    CPaperBooks booksOf(const std::string& account);
+    /// The account's orders by id.
+    std::vector<CPaperOrder> ordersOf(const std::string& account);
 
 private:
     std::unique_lock<std::mutex> lockBooks();
