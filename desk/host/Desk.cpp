@@ -35,7 +35,11 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_types(m_market), m_messages(m_journal, sink), m_switches(m_config.switches),
       m_audit(m_journal, sink, rejectedFolder(m_strFolder)), m_confirmer(m_journal, sink, m_config.confirm),
       m_strategyFile(m_strFolder, m_config), m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
-      m_interfaces(m_strFolder, m_config.settings, m_framework) {}
+      m_interfaces(m_strFolder, m_config.settings, m_framework) {
+    m_orders.setCheckFailed([this](const std::string& tradeKey, const utils::KNError& error) {
+        m_trade.reportCheckFailed(tradeKey, error);
+    });
+}
 
 CDesk::~CDesk() {
     TC::setOrderConfirmer(nullptr);

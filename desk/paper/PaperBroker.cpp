@@ -178,7 +178,11 @@ void CPaperBroker::carryOutQueued() noexcept {
     if (commands.size() > 1) {
         for (const CQueuedCommand& command : commands)
             place(*command.m_command, command.m_nReference, command.m_nTask);
-        if (finishChange().isSuccess()) return;
+        if (finishChange().isSuccess()) {
+            for (const CQueuedCommand& command : commands)
+                reportRejected(command);
+            return;
+        }
     }
     for (const CQueuedCommand& command : commands)
         carryOutAlone(command);
@@ -187,7 +191,20 @@ void CPaperBroker::carryOutQueued() noexcept {
 void CPaperBroker::carryOutAlone(const CQueuedCommand& command) {
     place(*command.m_command, command.m_nReference, command.m_nTask);
     const utils::KNError error = finishChange();
-    if (!error.isSuccess() && command.m_onRefused) command.m_onRefused(error);
+    if (error.isSuccess())
+        reportRejected(command);
+    else if (command.m_onRefused)
+        command.m_onRefused(error);
+}
+
+void CPaperBroker::reportRejected(const CQueuedCommand& command) {
+    if (!command.m_onRejected) return;
+    std::vector<CPaperOrder> rejected;
+    for (const int id : m_book.ordersOfTask(command.m_nTask)) {
+        const CPaperOrder* order = m_book.m_orders.find(id);
+        if (order->m_eStatus == EOrderStatus::Rejected) rejected.push_back(*order);
+    }
+    if (!rejected.empty()) command.m_onRejected(rejected);
 }
 
 /// Adds a command to the present change. The next command of the change finds its orders in the book.
@@ -276,7 +293,7 @@ utils::KNError CPaperBroker::cancelTask(int taskId, const std::string& reason) {
     return finishChange();
 }
 
-utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words) {
+utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words, const std::string& reason) {
     const auto lock = lockBooks();
     const COrderAddress address = readAddress(words);
     if (address.m_strAccount.empty()) return badRequest("cancel_order takes an account key and an order id");
@@ -287,7 +304,7 @@ utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words)
     }
     if (!order->isOpen())
         return {kPaperNothingOpen, name + " does not wait: " + statusWord(order->m_eStatus)};
-    cancel(m_book, m_book.m_orders.edit(address.m_nOrder), "cancelled by a cancel_order line");
+    cancel(m_book, m_book.m_orders.edit(address.m_nOrder), reason);
     return finishChange();
 }
 

@@ -64,7 +64,7 @@ protected:
         const auto command = boost::make_shared<TC::COrderComandParam>();
         command->m_eTraderType = TC::EQdTraderType::Stock;
         command->m_codes = {code};
-        m_broker.queueCommand({command, 0, m_broker.reserveTask(), {}});
+        m_broker.queueCommand({command, 0, m_broker.reserveTask(), {}, {}});
     }
     TC::CInstrumentDetailPtr detailOf(const char* key) const {
         for (const TC::CInstrumentDetailPtr& each : m_exchange.heldBy(TC::EQDBrokerType::Stock)) {
