@@ -61,6 +61,19 @@ void warnOfAccountKey(const CTomlSection& section, const std::string& key) {
                        "order files cannot name an account with a blank, \":\", \";\" or \",\" in its key");
 }
 
+void warnOfDisplayId(const CTomlSection& section, const CAccountEntry& account,
+                     const std::vector<CAccountEntry>& others) {
+    const auto nameOf = [](const CAccountEntry& entry) {
+        return entry.displayId.empty() ? entry.key : entry.displayId;
+    };
+    for (const CAccountEntry& other : others) {
+        if (other.broker != account.broker || nameOf(other) != nameOf(account)) continue;
+        return section.warnAt("display_id", "function calls for \"" + nameOf(account) +
+                                                "\" trade on the account \"" + other.key + "\", not on \"" +
+                                                account.key + "\"");
+    }
+}
+
 void warnOfPortfolioId(const CTomlSection& section, const std::string& id) {
     if (!isAscii(id))
         section.warnAt("id",

@@ -20,6 +20,11 @@ void warnOfBasketRow(const CTomlSection& section, const TC::CBasketSetting& bask
 /// Warns about an account that lines of orders or cancels cannot name.
 void warnOfAccountKey(const CTomlSection& section, const std::string& key);
 
+/// Warns if function calls know another account of the kind by the same text. `others`: the accounts before
+/// it.
+void warnOfDisplayId(const CTomlSection& section, const CAccountEntry& account,
+                     const std::vector<CAccountEntry>& others);
+
 /// Warns about a portfolio that clients can only name in UTF-8.
 void warnOfPortfolioId(const CTomlSection& section, const std::string& id);
 

@@ -105,7 +105,7 @@ struct CQuoteEntry {
 
     std::string stockKey;
     double last = TC::kUnsetDouble;
-    double previousClose = TC::kUnsetDouble; ///< the fallback price; if it is not set, `last` is used
+    double previousClose = TC::kUnsetDouble; ///< close of the day before
     std::array<CQuoteLevel, kDepth> buy;     ///< best first
     std::array<CQuoteLevel, kDepth> sell;    ///< best first
 };

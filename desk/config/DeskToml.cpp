@@ -254,6 +254,7 @@ private:
             return section.mistakeAt("key", "account \"" + account.key + "\" is defined twice");
         if (account.key.empty() && section.isText("key")) section.mistakeAt("key", "key must not be empty");
         warnOfAccountKey(section, account.key);
+        warnOfDisplayId(section, account, m_config.accounts);
         if (account.funds < 0) section.mistakeAt("funds", "funds must not be negative");
         if (account.creditLimit < 0) section.mistakeAt("credit_limit", "credit_limit must not be negative");
         if (account.creditLimit > 0 && account.broker != TC::EQDBrokerType::Credit)

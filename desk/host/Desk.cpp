@@ -29,14 +29,17 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_broker(m_market, [this](const std::vector<CBrokerEvent>& events) { return takeEvents(events); }),
       m_guard(m_journal, sink, [this] { m_broker.deliverEvents(); }), m_user(m_config), m_userManager(m_user),
       m_orders(m_journal, m_broker, sink, m_config.acceptForcedConfirm),
-      m_trade(m_journal, m_broker, m_market, sink, m_config.accounts),
-      m_positions(m_broker, m_market, m_user),
-      m_center(m_journal, m_broker, sink, m_positions, portfolioData(m_config.portfolios)),
-      m_exchange(m_config.instruments), m_quotes(m_market), m_types(m_market), m_messages(m_journal, sink),
-      m_switches(m_config.switches), m_audit(m_journal, sink, rejectedFolder(m_strFolder)),
-      m_confirmer(m_journal, sink, m_config.confirm), m_strategyFile(m_strFolder, m_config),
-      m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
-      m_interfaces(m_strFolder, m_config.settings, m_framework) {}
+      m_trade(m_journal, m_broker, m_market, sink, m_config.accounts), m_exchange(m_config.instruments),
+      m_accounts(m_broker, m_market, m_exchange, m_user),
+      m_center(m_journal, m_broker, sink, m_accounts, portfolioData(m_config.portfolios)), m_quotes(m_market),
+      m_types(m_market), m_messages(m_journal, sink), m_switches(m_config.switches),
+      m_audit(m_journal, sink, rejectedFolder(m_strFolder)), m_confirmer(m_journal, sink, m_config.confirm),
+      m_strategyFile(m_strFolder, m_config), m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
+      m_interfaces(m_strFolder, m_config.settings, m_framework) {
+    m_orders.setCheckFailed([this](const std::string& tradeKey, const utils::KNError& error) {
+        m_trade.reportCheckFailed(tradeKey, error);
+    });
+}
 
 CDesk::~CDesk() {
     TC::setOrderConfirmer(nullptr);

@@ -140,9 +140,9 @@ private:
     CDeskUserManager m_userManager;
     CPaperOrderClient m_orders;
     CPaperTradeClient m_trade;
-    CPaperPositions m_positions;
-    CPaperTraderCenter m_center;
     CDeskExchangeClient m_exchange;
+    CPaperAccounts m_accounts;
+    CPaperTraderCenter m_center;
     CDeskQuoteClient m_quotes;
     CDeskInstrumentTypes m_types;
     CDeskTradingRules m_rules;

@@ -1,5 +1,6 @@
 #include "desk/host/DeskExchangeClient.h"
 
+#include "desk/config/Kinds.h"
 #include "orderservice/base/Clock.h"
 
 #include <boost/make_shared.hpp>
@@ -29,6 +30,14 @@ bool CDeskExchangeClient::has(EInstrumentKind kind, const QString& name) const {
 TC::CInstrumentDetailPtr CDeskExchangeClient::getCodeInfo(const QString& stockKey) {
     const auto found = m_known.find(stockKey);
     return found != m_known.end() ? found->second.detail : TC::CInstrumentDetailPtr();
+}
+
+std::vector<TC::CInstrumentDetailPtr> CDeskExchangeClient::heldBy(TC::EQDBrokerType broker) const {
+    std::vector<TC::CInstrumentDetailPtr> details;
+    for (const auto& [name, known] : m_known) {
+        if (holdsKind(broker, known.kind)) details.push_back(known.detail);
+    }
+    return details;
 }
 
 std::string CDeskExchangeClient::getMaxTradingDay() {

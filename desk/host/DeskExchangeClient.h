@@ -4,6 +4,7 @@
 #include "orderservice/platform/ExchangeClient.h"
 
 #include <map>
+#include <vector>
 
 namespace desk {
 
@@ -24,6 +25,10 @@ public:
     bool hasNeeq(const QString& key) override { return has(EInstrumentKind::Neeq, key); }
     TC::CInstrumentDetailPtr getCodeInfo(const QString& stockKey) override;
     std::string getMaxTradingDay() override;
+
+    /// The instruments that accounts of this kind may have positions in. Several names of an instrument give
+    /// several entries.
+    std::vector<TC::CInstrumentDetailPtr> heldBy(TC::EQDBrokerType broker) const;
 
 private:
     struct CKnown {

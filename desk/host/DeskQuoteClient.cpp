@@ -32,7 +32,9 @@ private:
 
 TC::CPriceDataPtr CDeskQuoteClient::getStockPrice(const QString& stockKey) {
     const auto quote = m_source.quote(stockKey.toStdString());
-    return quote ? TC::CPriceDataPtr(boost::make_shared<CDeskPriceData>(*quote)) : TC::CPriceDataPtr();
+    if (!quote) return nullptr;
+    const auto instrument = m_source.instrument(stockKey.toStdString());
+    return boost::make_shared<CDeskPriceData>(*quote, instrument.value_or(CInstrumentEntry()));
 }
 
 boost::shared_ptr<TC::CQuoteRequest> CDeskQuoteClient::subscribe(const QString& stockKey,

@@ -1,6 +1,7 @@
 #include "desk/host/DeskTradingRules.h"
 
 #include "desk/config/Words.h"
+#include "desk/host/DeskUserConfig.h"
 #include "desk/paper/OrderRules.h"
 #include "orderservice/base/StrictNumber.h"
 #include "orderservice/base/Text.h"
@@ -150,6 +151,10 @@ void CDeskTradingRules::orderSettingToParam(const TC::COrderSetting& setting, TC
     const bool isQuoted = setting.m_ePriceType != TC::EPriceType::Specified;
     if (quote && isQuoted && TC::isInvalidPrice(price))
         record.m_dPrice = quote->getPriceForOrder(setting.m_ePriceType, operation, 0, {});
+}
+
+QString CDeskTradingRules::accountDisplayIDQs(const TC::CAccountInfo& account) {
+    return QString::fromStdString(displayIdOf(account));
 }
 
 } // namespace desk

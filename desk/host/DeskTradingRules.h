@@ -27,6 +27,8 @@ public:
     void orderSettingToParam(const TC::COrderSetting& setting, TC::CCodeOrderParam& record,
                              TC::EOperationType operation, int volume, double price,
                              const TC::CPriceDataPtr& quote) override;
+    /// The account's display id or, if it has none, its key.
+    QString accountDisplayIDQs(const TC::CAccountInfo& account) override;
 };
 
 } // namespace desk

@@ -16,14 +16,21 @@ private:
 
 } // namespace
 
+std::string displayIdOf(const TC::CAccountInfo& account) {
+    const auto* known = dynamic_cast<const CDeskAccountInfo*>(&account);
+    return known != nullptr && !known->m_strDisplayId.empty() ? known->m_strDisplayId : account.getKey();
+}
+
 CDeskUserConfig::CDeskUserConfig(const CDeskConfig& config)
     : m_user(config.user), m_baskets(config.baskets), m_defaults(config.defaultSettings),
       m_strategies(config.strategies) {
     for (const CAccountEntry& entry : config.accounts) {
-        const auto info = boost::make_shared<TC::CAccountInfo>();
+        const auto info = boost::make_shared<CDeskAccountInfo>();
         info->m_strKey = entry.key;
+        info->m_strDisplayId = entry.displayId;
         info->m_nBrokerType = static_cast<int>(entry.broker);
         m_accounts[entry.key] = {info, entry.simple};
+        m_accountList.push_back(boost::make_shared<CConfiguredAccount>(info));
     }
     for (const CGroupEntry& entry : config.groups) {
         CGroup& group = m_groups[{entry.broker, entry.name}];
@@ -82,6 +89,10 @@ void CDeskUserConfig::getAccountsWeights(TC::EQDBrokerType broker, TC::ESelected
     ratios.push_back(1.0);
 }
 
+std::vector<TC::CAccountPtr> CDeskUserConfig::getAccounts() const {
+    return m_accountList;
+}
+
 TC::CAccountPtr CDeskUserConfig::getAccountData(const QString& key) const {
     const CAccount* account = findAccount(key);
     return account != nullptr ? boost::make_shared<CConfiguredAccount>(account->info) : nullptr;
@@ -101,6 +112,13 @@ bool CDeskUserConfig::isPriceTypeValid(TC::EPriceType type, TC::EOperationType, 
 TC::COrderSetting CDeskUserConfig::getDefaultOrderSetting(TC::EDefaultSetting which) const {
     const auto found = m_defaults.find(which);
     return found != m_defaults.end() ? found->second : TC::COrderSetting{};
+}
+
+std::array<TC::COrderSetting, TC::kDefaultSlots> CDeskUserConfig::getDefaultOrderSettings() const {
+    auto settings = CUserConfig::getDefaultOrderSettings();
+    settings[static_cast<std::size_t>(TC::ESettingSlot::FutureBasket)] =
+        getDefaultOrderSetting(TC::EDefaultSetting::Future);
+    return settings;
 }
 
 } // namespace desk

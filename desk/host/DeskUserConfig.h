@@ -3,10 +3,12 @@
 #include "desk/config/DeskConfig.h"
 #include "orderservice/platform/UserConfig.h"
 
+#include <array>
 #include <functional>
 #include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace desk {
 
@@ -16,6 +18,14 @@ struct CTableLayouts {
     std::function<QString(const QString& id)> m_read;
     std::function<void(const QString& id, const QString& layout)> m_keep;
 };
+
+/// An account of a desk folder.
+struct CDeskAccountInfo : TC::CAccountInfo {
+    std::string m_strDisplayId; ///< may be empty
+};
+
+/// The text by which the user knows the account: its display id or, if it has none, its key. Any thread.
+std::string displayIdOf(const TC::CAccountInfo& account);
 
 /// The user of a desk folder. Any thread. The answers do not change after construction, except for the
 /// strategies, which the order service manages from loadFromConfig on.
@@ -46,11 +56,14 @@ public:
     void getAccountsWeights(TC::EQDBrokerType broker, TC::ESelectedAccountType kind, const QString& name,
                             std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios,
                             bool simple) const override;
+    std::vector<TC::CAccountPtr> getAccounts() const override;
     TC::CAccountPtr getAccountData(const QString& key) const override;
     /// The user may use specified prices and every price type that the desk's quotes have.
     bool isPriceTypeValid(TC::EPriceType type, TC::EOperationType, TC::EQDBrokerType, const std::string&,
                           const std::string&, TC::EOrderType) const override;
     TC::COrderSetting getDefaultOrderSetting(TC::EDefaultSetting which) const override;
+    /// Baskets of futures have the setting of futures.
+    std::array<TC::COrderSetting, TC::kDefaultSlots> getDefaultOrderSettings() const override;
     TC::CBasketMap getBaskets() const override { return m_baskets; }
     TC::COrderStrategyMap* getStrategyMap() override { return &m_strategies; }
 
@@ -76,6 +89,7 @@ private:
 
     const CUserEntry m_user;
     std::map<std::string, CAccount> m_accounts;
+    std::vector<TC::CAccountPtr> m_accountList; ///< in the order of the folder
     std::map<std::pair<TC::EQDBrokerType, std::string>, CGroup> m_groups;
     const TC::CBasketMap m_baskets;
     const std::map<TC::EDefaultSetting, TC::COrderSetting> m_defaults;

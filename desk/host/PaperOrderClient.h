@@ -6,7 +6,11 @@
 #include "orderservice/platform/OrderClient.h"
 
 #include <atomic>
+#include <cstdint>
+#include <functional>
 #include <mutex>
+#include <string>
+#include <utility>
 
 namespace desk {
 
@@ -24,6 +28,14 @@ public:
     /// `acceptForcedConfirm`: the desk's configuration replaces the user's confirmation.
     CPaperOrderClient(CJournal& journal, CPaperBroker& broker, CTextSink& sink, bool acceptForcedConfirm);
 
+    /// Receives the trade key of a command of function trading (COrderComandParam::m_bFuncOrder), and why it
+    /// was refused or which of its orders were rejected. Called on any thread, also with the broker locked,
+    /// so it must not call the broker and must not wait. Once for a command. The trade key is empty if the
+    /// command has none.
+    using CCheckFailed = std::function<void(const std::string& tradeKey, const utils::KNError& error)>;
+    /// Call it before the first command.
+    void setCheckFailed(CCheckFailed checkFailed) { m_checkFailed = std::move(checkFailed); }
+
     /// While it is halted, each command is recorded and declined. Does not wait.
     void setHalted(bool isHalted) { m_bHalted = isHalted; }
     /// Waits while another thread passes a command on. Afterwards no command that began before a halt can
@@ -39,7 +51,8 @@ private:
     /// it. Fails if the journal refuses it, or with kHalted if the desk is halted.
     utils::KNError pass(const TC::COrderComandParamPtr& command, int& task);
     void decline(const TC::COrderComandParam& command, const char* why);
-    void refuse(const std::string& text, std::int64_t commandSeq);
+    void refuse(const TC::COrderComandParam& command, const std::string& text, std::int64_t commandSeq);
+    void tellCaller(const TC::COrderComandParam& command, const std::string& text) const;
 
     std::mutex m_mutex; ///< so that commands are recorded and queued in the order of their tasks
     CJournal& m_journal;
@@ -47,6 +60,7 @@ private:
     CTextSink& m_sink;
     const bool m_bAcceptForcedConfirm;
     std::atomic<bool> m_bHalted{false};
+    CCheckFailed m_checkFailed;
 };
 
 } // namespace desk

@@ -1,6 +1,7 @@
 #include "desk/host/PaperTradeClient.h"
 
 #include "desk/host/DeskIntakeAudit.h"
+#include "desk/host/PaperAccounts.h"
 #include "desk/journal/JournalEvents.h"
 #include "desk/paper/OrderRules.h"
 #include "orderservice/kit/MoneySplit.h"
@@ -109,8 +110,26 @@ void CPaperTradeClient::cancelTask(int taskId, int operation, const std::string&
 }
 
 void CPaperTradeClient::cancelOrders(const std::vector<std::string>& words) {
+    cancelOne(words, "cancelled by a cancel_order line");
+}
+
+void CPaperTradeClient::cancelOrder(const boost::shared_ptr<knservice::COrderDetail>& order) {
+    if (!order) return;
+    const auto* own = dynamic_cast<const CPaperOrderDetail*>(order.get());
+    cancelOne({"cancel_order", own != nullptr ? own->m_strAccount : std::string(), order->m_strOrderSysID},
+              "cancelled by a function call");
+}
+
+void CPaperTradeClient::reportCheckFailed(const std::string& tradeKey, const utils::KNError& error) {
+    const auto command = boost::make_shared<knservice::COrderCommand>();
+    command->m_strTradeKey = tradeKey;
+    QMetaObject::invokeMethod(
+        this, [this, command, error] { emit sigOrderCheckFailed(command, error); }, Qt::QueuedConnection);
+}
+
+void CPaperTradeClient::cancelOne(const std::vector<std::string>& words, const std::string& reason) {
     (void)m_journal.append("cancel_orders", cancelOrdersFields(words));
-    const utils::KNError error = m_broker.cancelOrders(words);
+    const utils::KNError error = m_broker.cancelOrders(words, reason);
     const auto info = boost::make_shared<CPaperOrderInfo>();
     info->m_strAccount = wordAt(words, 1);
     info->m_strOrderId = wordAt(words, 2);

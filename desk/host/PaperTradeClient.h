@@ -67,6 +67,13 @@ public:
     /// service passes it to the audit, which shows it to the user.
     void cancelOrders(const std::vector<std::string>& words);
 
+    /// Cancels one order of an order list (CPaperOrderDetail), as cancelOrders does.
+    void cancelOrder(const boost::shared_ptr<knservice::COrderDetail>& order) override;
+
+    /// Emits sigOrderCheckFailed on the thread of this object, from its event loop. So the caller may hold
+    /// locks. Any thread.
+    void reportCheckFailed(const std::string& tradeKey, const utils::KNError& error);
+
     /// Cancels what a user has chosen by hand, all in one transaction. `reason` becomes the reason of the
     /// orders. `cancelled` gets their number; 0 if none of the chosen ones waits any more. A failure is also
     /// journalled and shown.
@@ -74,6 +81,8 @@ public:
                                               int& cancelled);
 
 private:
+    /// Journals the words, cancels the order and emits sigCancelOrder.
+    void cancelOne(const std::vector<std::string>& words, const std::string& reason);
     kit::CSplitResult split(int volume, const std::vector<TC::CAccountInfoPtr>& accounts,
                             const std::vector<double>& ratios, const std::string& stockKey,
                             TC::EOperationType operation) const;

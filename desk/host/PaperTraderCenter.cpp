@@ -8,6 +8,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+
 namespace desk {
 namespace {
 
@@ -41,14 +43,22 @@ private:
 } // namespace
 
 CPaperTraderCenter::CPaperTraderCenter(CJournal& journal, CPaperBroker& broker, CTextSink& sink,
-                                       const CPaperPositions& positions,
+                                       const CPaperAccounts& accounts,
                                        boost::shared_ptr<knservice::CAccountData> portfolios)
-    : m_journal(journal), m_broker(broker), m_sink(sink), m_positions(positions),
+    : m_journal(journal), m_broker(broker), m_sink(sink), m_accounts(accounts),
       m_portfolios(std::move(portfolios)) {}
 
 std::vector<boost::shared_ptr<knservice::CTask>> CPaperTraderCenter::findTasks(int taskId) {
     if (!m_broker.hasTask(taskId)) return {};
     return {boost::make_shared<CPaperTaskHandle>(m_journal, m_broker, m_sink, taskId)};
+}
+
+std::int64_t CPaperTraderCenter::getVolumeLimit(const TC::CAccountInfo& account, const std::string& market,
+                                                const std::string& code, TC::EOperationType operation,
+                                                TC::EHedge_Flag_Type, double price, int&, int&,
+                                                std::int64_t count, bool, int) {
+    const double usable = m_broker.usableVolume(account.getKey(), market + code, operation, price);
+    return std::min(count, static_cast<std::int64_t>(usable));
 }
 
 } // namespace desk

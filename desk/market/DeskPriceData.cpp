@@ -24,13 +24,15 @@ constexpr CLevelRow kLevelRows[] = {
 
 } // namespace
 
-CDeskPriceData::CDeskPriceData(const CQuoteEntry& quote) : m_quote(quote) {
+CDeskPriceData::CDeskPriceData(const CQuoteEntry& quote, const CInstrumentEntry& instrument)
+    : m_quote(quote) {
     m_dLastPrice = quote.last;
     const auto isOffered = [](const CQuoteLevel& level) { return !TC::isInvalidPrice(level.price); };
     const bool isTraded = std::any_of(quote.buy.begin(), quote.buy.end(), isOffered) ||
                           std::any_of(quote.sell.begin(), quote.sell.end(), isOffered);
     m_nDayCount = isTraded ? 1 : 0;
-    m_dFallbackPrice = TC::isInvalidPrice(quote.previousClose) ? quote.last : quote.previousClose;
+    m_dFallbackPrice = TC::isInvalidPrice(instrument.lowerLimit) ? kLowestPrice : instrument.lowerLimit;
+    m_dUpperLimit = instrument.upperLimit;
 }
 
 double CDeskPriceData::priceOf(TC::EPriceType type) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desk/paper/PaperRecords.h"
 #include "orderservice/base/KNError.h"
 #include "orderservice/records/CommandParam.h"
 
@@ -20,6 +21,9 @@ struct CQueuedCommand {
     /// Called with the reason if the store has refused the command. The broker's mutex is held during the
     /// call, so the function must not call the broker.
     std::function<void(const utils::KNError&)> m_onRefused;
+    /// Called with the rejected orders of the command, if there are any, when they are stored. The broker's
+    /// mutex is held here too. May be empty.
+    std::function<void(const std::vector<CPaperOrder>&)> m_onRejected;
 };
 
 /// The commands that wait for the paper broker, in their order, and the signals between the threads that

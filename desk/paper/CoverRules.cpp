@@ -13,8 +13,7 @@ namespace {
 constexpr int kNoVolume = -1;
 
 std::int64_t returnable(const CAcceptance& a) {
-    const CPaperDebt* debt = a.m_book.m_debts.find({a.m_order.m_strAccount, a.m_order.m_strStock});
-    return debt != nullptr ? debt->returnable() : 0;
+    return returnableShares(a.m_book, a.m_order);
 }
 
 /// The volume that is available to close or to return. kNoVolume for an order that does neither, or that may
@@ -50,26 +49,28 @@ const char* closingVerb(const CAcceptance& a) {
 }
 
 /// Checks both sides: the position that the order closes and the position that it would add to.
-std::string checkMultiplier(const CAcceptance& a) {
-    for (const EPositionSide side : {closedSide(a.m_order), openedSide(a.m_order)}) {
-        const CPaperPosition* held =
-            a.m_book.m_positions.find({a.m_order.m_strAccount, a.m_order.m_strStock, side});
-        if (held == nullptr || held->m_nVolume == 0 || held->m_nMultiplier == a.m_order.m_nMultiplier)
-            continue;
+std::string heldMultiplierRejection(const CPaperBook& book, const CPaperOrder& order) {
+    for (const EPositionSide side : {closedSide(order), openedSide(order)}) {
+        const CPaperPosition* held = book.m_positions.find({order.m_strAccount, order.m_strStock, side});
+        if (held == nullptr || held->m_nVolume == 0 || held->m_nMultiplier == order.m_nMultiplier) continue;
         return "the position was opened with multiplier " + std::to_string(held->m_nMultiplier) +
-               ", the instrument has " + std::to_string(a.m_order.m_nMultiplier);
+               ", the instrument has " + std::to_string(order.m_nMultiplier);
     }
     return {};
 }
 
 /// Shares that are borrowed and returned must have the same multiplier.
-std::string checkOwedMultiplier(const CAcceptance& a) {
-    const CPaperDebt* debt = a.m_book.m_debts.find({a.m_order.m_strAccount, a.m_order.m_strStock});
-    if (!movesOwedShares(a.m_order) || debt == nullptr || debt->m_nVolume == 0 ||
-        debt->m_nMultiplier == a.m_order.m_nMultiplier)
+std::string owedMultiplierRejection(const CPaperBook& book, const CPaperOrder& order) {
+    const CPaperDebt* debt = book.m_debts.find({order.m_strAccount, order.m_strStock});
+    if (!movesOwedShares(order) || debt == nullptr || debt->m_nVolume == 0 ||
+        debt->m_nMultiplier == order.m_nMultiplier)
         return {};
     return "the shares owed were sold with multiplier " + std::to_string(debt->m_nMultiplier) +
-           ", the instrument has " + std::to_string(a.m_order.m_nMultiplier);
+           ", the instrument has " + std::to_string(order.m_nMultiplier);
+}
+
+std::string checkMultiplier(const CAcceptance& a) {
+    return multiplierRejection(a.m_book, a.m_order);
 }
 
 std::string checkPosition(const CAcceptance& a) {
@@ -139,11 +140,15 @@ std::string checkRepayment(const CAcceptance& a) {
 
 /// The order matters: a rule may rely on the rules above it.
 constexpr std::string (*kCoverRules[])(const CAcceptance&) = {
-    checkMultiplier, checkOwedMultiplier, checkPosition, checkSharesOwed,
-    checkMoneyOwed,  checkUnit,           checkNeeds,    checkRepayment,
+    checkMultiplier, checkPosition, checkSharesOwed, checkMoneyOwed, checkUnit, checkNeeds, checkRepayment,
 };
 
 } // namespace
+
+std::string multiplierRejection(const CPaperBook& book, const CPaperOrder& order) {
+    const std::string reason = heldMultiplierRejection(book, order);
+    return reason.empty() ? owedMultiplierRejection(book, order) : reason;
+}
 
 std::string coverRejection(const CAcceptance& acceptance) {
     for (const auto rule : kCoverRules) {

@@ -52,9 +52,8 @@ struct COffer {
     CMoney m_nProceeds = 0;
 };
 
-std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order) {
+std::optional<COffer> offerOf(const CPaperBook& book, const CPaperOrder& order, const CBookSides* sides) {
     COffer offer;
-    const CBookSides* sides = book.m_sides.find(order.m_strStock);
     if (sides == nullptr || isDirect(order)) return offer;
     std::int64_t rest = order.rest();
     std::int64_t skipped = rest - unitsInMoney(order, order.rest());
@@ -172,9 +171,18 @@ void planClosing(const CPaperBook& book, CPaperOrder& order) {
     order.m_nCloseEarlier = static_cast<int>(isTodayFirst ? second : first);
 }
 
+std::int64_t returnableShares(const CPaperBook& book, const CPaperOrder& order) {
+    const CPaperDebt* debt = book.m_debts.find({order.m_strAccount, order.m_strStock});
+    return debt != nullptr ? debt->returnable() : 0;
+}
+
 std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order) {
+    return needsOf(book, order, book.m_sides.find(order.m_strStock));
+}
+
+std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order, const CBookSides* sides) {
     const std::optional<CMoney> atLimit = worthOf(order, order.m_nPrice, unitsInMoney(order, order.rest()));
-    const std::optional<COffer> offer = offerOf(book, order);
+    const std::optional<COffer> offer = offerOf(book, order, sides);
     if (!atLimit || !offer) return {};
     // A sale that opens may trade at better prices than its limit, and then needs a larger margin.
     const int waiting = order.m_bMarket ? 0 : unitsInMoney(order, order.rest()) - offer->m_nUnits;

@@ -13,6 +13,9 @@ namespace desk {
 /// position.
 std::int64_t closableVolume(const CPaperBook& book, const CPaperOrder& order);
 
+/// The shares of the order's instrument that the account owes and that no waiting order will return.
+std::int64_t returnableShares(const CPaperBook& book, const CPaperOrder& order);
+
 /// Divides the order's volume into the part that closes volume opened today, the part that closes earlier
 /// volume, and the rest, which opens. Closes at most what can be closed.
 void planClosing(const CPaperBook& book, CPaperOrder& order);
@@ -28,6 +31,8 @@ struct CNeeds {
 /// counts only the book's prices. If such an order returns shares, only the proceeds of the shares that the
 /// book offers pay for it. Empty if the amount is beyond kMaxMoney.
 std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order);
+/// The same with other prices of the book: `sides` may be null.
+std::optional<CNeeds> needsOf(const CPaperBook& book, const CPaperOrder& order, const CBookSides* sides);
 
 /// Holds what the accepted order needs at its limit. An order that returns shares also claims its part of the
 /// money for which they were sold. So later sales and returns do not change the money that it relies on.

@@ -7,6 +7,7 @@
 #include "desk/paper/PaperFamilies.h"
 #include "desk/paper/Settlement.h"
 #include "desk/paper/TakeIn.h"
+#include "desk/paper/UsableVolume.h"
 #include "orderservice/base/StrictNumber.h"
 #include "orderservice/base/Thread.h"
 
@@ -29,6 +30,16 @@ std::vector<V> valuesOf(const CTrackedMap<K, V>& map) {
     values.reserve(map.values().size());
     for (const auto& entry : map.values())
         values.push_back(entry.second);
+    return values;
+}
+
+/// The values of one account.
+template<typename K, typename V>
+std::vector<V> valuesOf(const CTrackedMap<K, V>& map, const std::string& account) {
+    std::vector<V> values;
+    for (const auto& [key, value] : map.values()) {
+        if (value.m_strAccount == account) values.push_back(value);
+    }
     return values;
 }
 
@@ -167,7 +178,11 @@ void CPaperBroker::carryOutQueued() noexcept {
     if (commands.size() > 1) {
         for (const CQueuedCommand& command : commands)
             place(*command.m_command, command.m_nReference, command.m_nTask);
-        if (finishChange().isSuccess()) return;
+        if (finishChange().isSuccess()) {
+            for (const CQueuedCommand& command : commands)
+                reportRejected(command);
+            return;
+        }
     }
     for (const CQueuedCommand& command : commands)
         carryOutAlone(command);
@@ -176,7 +191,20 @@ void CPaperBroker::carryOutQueued() noexcept {
 void CPaperBroker::carryOutAlone(const CQueuedCommand& command) {
     place(*command.m_command, command.m_nReference, command.m_nTask);
     const utils::KNError error = finishChange();
-    if (!error.isSuccess() && command.m_onRefused) command.m_onRefused(error);
+    if (error.isSuccess())
+        reportRejected(command);
+    else if (command.m_onRefused)
+        command.m_onRefused(error);
+}
+
+void CPaperBroker::reportRejected(const CQueuedCommand& command) {
+    if (!command.m_onRejected) return;
+    std::vector<CPaperOrder> rejected;
+    for (const int id : m_book.ordersOfTask(command.m_nTask)) {
+        const CPaperOrder* order = m_book.m_orders.find(id);
+        if (order->m_eStatus == EOrderStatus::Rejected) rejected.push_back(*order);
+    }
+    if (!rejected.empty()) command.m_onRejected(rejected);
 }
 
 /// Adds a command to the present change. The next command of the change finds its orders in the book.
@@ -265,7 +293,7 @@ utils::KNError CPaperBroker::cancelTask(int taskId, const std::string& reason) {
     return finishChange();
 }
 
-utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words) {
+utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words, const std::string& reason) {
     const auto lock = lockBooks();
     const COrderAddress address = readAddress(words);
     if (address.m_strAccount.empty()) return badRequest("cancel_order takes an account key and an order id");
@@ -276,7 +304,7 @@ utils::KNError CPaperBroker::cancelOrders(const std::vector<std::string>& words)
     }
     if (!order->isOpen())
         return {kPaperNothingOpen, name + " does not wait: " + statusWord(order->m_eStatus)};
-    cancel(m_book, m_book.m_orders.edit(address.m_nOrder), "cancelled by a cancel_order line");
+    cancel(m_book, m_book.m_orders.edit(address.m_nOrder), reason);
     return finishChange();
 }
 
@@ -386,6 +414,21 @@ std::vector<std::int64_t> CPaperBroker::closableVolumes(const std::vector<std::s
     return volumes;
 }
 
+double CPaperBroker::usableVolume(const std::string& account, const std::string& stockKey,
+                                  TC::EOperationType operation, double price) {
+    const std::optional<CInstrumentEntry> instrument = m_quotes.instrument(stockKey);
+    if (!instrument) return 0;
+    const auto lock = lockBooks();
+    const auto found = m_accounts.find(account);
+    if (found == m_accounts.end()) return 0;
+    // Before its first order an instrument has no quote in the book.
+    const CBookSides* sides = m_book.m_sides.find(instrument->key());
+    const std::optional<CQuoteEntry> quote = sides == nullptr ? m_quotes.quote(stockKey) : std::nullopt;
+    const CBookSides fresh = quote ? sidesOf(*quote) : CBookSides();
+    return desk::usableVolume(
+        m_book, {found->second, *instrument, operation, price, sides != nullptr ? sides : &fresh});
+}
+
 bool CPaperBroker::hasTask(int taskId) {
     const auto lock = lockBooks();
     return m_book.m_tasks.find(taskId) != nullptr;
@@ -424,6 +467,17 @@ std::vector<CPaperDebt> CPaperBroker::debts() {
 CPaperBooks CPaperBroker::books() {
     const auto lock = lockBooks();
     return {valuesOf(m_book.m_funds), valuesOf(m_book.m_positions), debtsOf(m_book)};
+}
+
+CPaperBooks CPaperBroker::booksOf(const std::string& account) {
+    const auto lock = lockBooks();
+    return {valuesOf(m_book.m_funds, account), valuesOf(m_book.m_positions, account),
+            valuesOf(m_book.m_debts, account)};
+}
+
+std::vector<CPaperOrder> CPaperBroker::ordersOf(const std::string& account) {
+    const auto lock = lockBooks();
+    return valuesOf(m_book.m_orders, account);
 }
 
 } // namespace desk

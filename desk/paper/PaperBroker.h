@@ -144,9 +144,11 @@ public:
     [[nodiscard]] utils::KNError cancelTask(int taskId, const std::string& reason);
 
     /// Cancels one order. `words` are the words of a `cancel_order` line: the word itself, the account key
-    /// and the order id. Blanks around a word are ignored. Fails if there are not three words, the id is not
-    /// a number, the account has no such order, or the order does not wait any more.
-    [[nodiscard]] utils::KNError cancelOrders(const std::vector<std::string>& words);
+    /// and the order id. Blanks around a word are ignored. `reason` becomes the reason of the order. Fails if
+    /// there are not three words, the id is not a number, the account has no such order, or the order does
+    /// not wait any more.
+    [[nodiscard]] utils::KNError cancelOrders(const std::vector<std::string>& words,
+                                              const std::string& reason);
 
     /// Cancels all waiting orders that are chosen, in one transaction. `isChosen` is called with the broker
     /// locked, for each waiting order. `cancelled` gets their number. Succeeds if none is chosen. Fails only
@@ -172,6 +174,11 @@ public:
                                               const CInstrumentEntry& instrument,
                                               TC::EOperationType operation);
 
+    /// The largest volume that one order of the account may have now (UsableVolume.h). 0 for an unknown
+    /// account or instrument. price: currency units, may be unset.
+    double usableVolume(const std::string& account, const std::string& stockKey, TC::EOperationType operation,
+                        double price);
+
     bool hasTask(int taskId);
     /// Snapshots, by id or by account.
     std::vector<CPaperTask> tasks();
@@ -183,11 +190,16 @@ public:
     std::vector<CPaperDebt> debts();
     /// Funds, positions and debts of the same moment.
     CPaperBooks books();
+    /// The same for one account. All lists are empty if the broker has no such account.
+    CPaperBooks booksOf(const std::string& account);
+    /// The account's orders by id.
+    std::vector<CPaperOrder> ordersOf(const std::string& account);
 
 private:
     std::unique_lock<std::mutex> lockBooks();
     void carryOutQueued() noexcept;
     void carryOutAlone(const CQueuedCommand& command);
+    void reportRejected(const CQueuedCommand& command);
     void place(const TC::COrderComandParam& command, std::int64_t reference, int task);
     void placeOrder(const TC::COrderComandParam& command, const TC::CCodeOrderParam& record,
                     CPaperOrder& order);

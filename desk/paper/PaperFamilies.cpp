@@ -41,8 +41,8 @@ constexpr int kGold = bit(EFamily::Gold);
 constexpr int kOption = bit(EFamily::Option);
 constexpr int kFutureOption = bit(EFamily::FutureOption);
 constexpr int kFutures = bit(EFamily::FutureSpeculation) | kFutureOption;
-constexpr int kPlain =
-    bit(EFamily::Stock) | bit(EFamily::Basket) | bit(EFamily::HGT) | bit(EFamily::SGT) | kCredit | kGold;
+constexpr int kShares = bit(EFamily::Stock) | bit(EFamily::HGT) | bit(EFamily::SGT);
+constexpr int kPlain = kShares | bit(EFamily::Basket) | kCredit | kGold;
 
 constexpr const char* kNoExercise = "exercise is not modelled";
 constexpr const char* kNoCover = "covered options are not modelled";
@@ -53,6 +53,7 @@ constexpr const char* kNoContract = "single credit contracts are not modelled";
 constexpr COperationRule kOperationRules[] = {
     {EOperation::Buy, kPlain, EClosing::None, nullptr},
     {EOperation::Sell, kPlain, EClosing::EarlierFirst, nullptr},
+    {EOperation::BuyAtGivenPrice, kShares, EClosing::None, nullptr},
 
     {EOperation::OpenLong, kFutures | kGold, EClosing::None, nullptr},
     {EOperation::CloseLongEarlier, kFutures, EClosing::Earlier, nullptr},
@@ -149,6 +150,14 @@ const CPaperFamily* findClosingFamily(EKind kind, TC::EOperationType operation) 
     return utils::findRow(kFamilies, [&](const CPaperFamily& row) {
         const COperationRule* rule = findOperationRule(operation, row.m_eType);
         return row.m_eInstrumentKind == kind && rule != nullptr && rule->m_eClosing != EClosing::None;
+    });
+}
+
+const CPaperFamily* findTradingFamily(EQDBrokerType broker, EKind kind, TC::EOperationType operation) {
+    return utils::findRow(kFamilies, [&](const CPaperFamily& row) {
+        const COperationRule* rule = findOperationRule(operation, row.m_eType);
+        return row.m_eInstrumentKind == kind && row.accepts(broker) && rule != nullptr &&
+               rule->m_pszRefusal == nullptr;
     });
 }
 

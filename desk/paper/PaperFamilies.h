@@ -70,6 +70,11 @@ const COperationRule* findOperationRule(TC::EOperationType operation, TC::EQdTra
 /// and gold there is at most one such family.
 const CPaperFamily* findClosingFamily(EInstrumentKind kind, TC::EOperationType operation);
 
+/// The first family in which accounts of this kind trade instruments of this kind by this operation, or null
+/// if the broker models none. Families that share all three treat the operation alike.
+const CPaperFamily* findTradingFamily(TC::EQDBrokerType broker, EInstrumentKind kind,
+                                      TC::EOperationType operation);
+
 /// Whether any family has the operation.
 bool isOperationOfAnyFamily(TC::EOperationType operation);
 

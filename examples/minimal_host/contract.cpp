@@ -24,6 +24,7 @@ int main(int argc, char** argv) {
                   EHostTrait::ShenzhenConnect,
                   EHostTrait::ShanghaiConnect,
                   EHostTrait::Gold,
-                  EHostTrait::ShareTransfer};
+                  EHostTrait::ShareTransfer,
+                  EHostTrait::FunctionTrading};
     return contract::runHostContract(argc, argv, kind);
 }

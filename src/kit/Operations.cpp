@@ -42,6 +42,7 @@ constexpr COperation kOperations[] = {
     // Stocks, the connects and gold.
     {EOperation::Buy, ESide::Buy, EEffect::Trade, EBooking::Own, "buy"},
     {EOperation::Sell, ESide::Sell, EEffect::Trade, EBooking::Own, "sell"},
+    {EOperation::BuyAtGivenPrice, ESide::Buy, EEffect::Trade, EBooking::Own, "buy at a given price"},
 
     // Margin trading.
     {EOperation::MarginBuy, ESide::Buy, EEffect::Trade, EBooking::BorrowedMoney, "buy on borrowed money"},
@@ -94,7 +95,7 @@ constexpr COperation kOperations[] = {
     {EOperation::TransferSell7, ESide::Sell, EEffect::Trade, EBooking::Own, "transfer sell"},
 };
 
-constexpr std::size_t kNumbers = 1031; ///< above the largest number of an operation
+constexpr std::size_t kNumbers = 1044; ///< above the largest number of an operation
 
 /// For each number of an operation its row, counted from 1, or 0. Hosts look for operations several times for
 /// each order.

@@ -129,6 +129,8 @@ enum class EOperationType : int {
     TransferSell6 = 1028,
     TransferBuy7 = 1029,
     TransferSell7 = 1030,
+
+    BuyAtGivenPrice = 1043, ///< a stock, at the price type 49; only function trading uses it
 };
 
 /// Price that an order uses.

@@ -33,6 +33,9 @@ enum class EHostTrait {
     ShanghaiConnect,
     Gold,
     ShareTransfer,
+    /// Usable volumes, figures and orders of accounts, and the cancel of single orders. Without it every
+    /// function call is refused.
+    FunctionTrading,
 };
 
 /// What the suites must know about the host under test. Texts in std::string are UTF-8 unless stated

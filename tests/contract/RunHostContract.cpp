@@ -26,6 +26,7 @@ constexpr std::pair<EHostTrait, const char*> kTraitWords[] = {
     {EHostTrait::ShanghaiConnect, "the Shanghai connect"},
     {EHostTrait::Gold, "gold"},
     {EHostTrait::ShareTransfer, "the share-transfer market"},
+    {EHostTrait::FunctionTrading, "function trading"},
 };
 
 CContractHostKind& kindUnderTest() {
@@ -37,6 +38,7 @@ void linkSuites() {
     linkAlgorithmSuites();
     linkEnvironmentSuites();
     linkExchangeSuites();
+    linkFunctionSuites();
     linkOrderClientSuites();
     linkQuoteSuites();
     linkTradeSuites();

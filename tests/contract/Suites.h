@@ -7,6 +7,7 @@ namespace contract {
 void linkAlgorithmSuites();
 void linkEnvironmentSuites();
 void linkExchangeSuites();
+void linkFunctionSuites();
 void linkOrderClientSuites();
 void linkQuoteSuites();
 void linkTradeSuites();

@@ -5,6 +5,8 @@
 #include "orderservice/contract/ContractHost.h"
 #include "tests/support/TempFolder.h"
 
+#include <boost/make_shared.hpp>
+
 #include <sstream>
 #include <stdexcept>
 
@@ -44,12 +46,28 @@ public:
         m_world.settingPriceType = TC::EPriceType::Specified;
         m_world.unreadableAlgorithmText = "?";
         m_world.unknownTask = 404;
+        placeOrder();
     }
     ~CDeskContractHost() override { TC::releaseHost(); }
 
     const contract::CContractWorld& world() const override { return m_world; }
 
 private:
+    /// An order of the account that waits, so that its order list is not empty.
+    void placeOrder() {
+        TC::CCodeOrderParam code;
+        code.m_account = TC::getUserConfig()->getAccountData(QStringLiteral("A1"))->toInfo();
+        code.m_eOperationType = TC::EOperationType::Buy;
+        code.m_stock = {m_world.market, m_world.code, "", ""};
+        code.m_ePriceType = TC::EPriceType::Specified;
+        code.m_dPrice = 9.90;
+        code.m_nVolume = 100;
+        const auto command = boost::make_shared<TC::COrderComandParam>();
+        command->m_eTraderType = TC::EQdTraderType::Stock;
+        command->m_codes = {code};
+        m_desk->orderClient().orderCommands(command);
+    }
+
     CTempFolder m_folder;
     std::ostringstream m_out;
     desk::CTextSink m_sink{m_out};

@@ -18,8 +18,8 @@ std::set<int> operationsThat(bool (CFamilyTradingRulesBase::*answer)(TC::EOperat
 
 TEST(FamilyTradingRules, OperationsThatBuy) {
     EXPECT_EQ(operationsThat(&CFamilyTradingRulesBase::isBuy),
-              (std::set<int>{0,  4,  5,  8,  9,  12, 13, 18,   20,   22,   26,  30,
-                             32, 35, 37, 42, 44, 46, 48, 1013, 1025, 1027, 1029}));
+              (std::set<int>{0,  4,  5,  8,  9,  12, 13, 18,   20,   22,   26,   30,
+                             32, 35, 37, 42, 44, 46, 48, 1013, 1025, 1027, 1029, 1043}));
 }
 
 TEST(FamilyTradingRules, OperationsThatClose) {

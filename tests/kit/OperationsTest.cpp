@@ -22,8 +22,17 @@ TEST(Operations, EveryOperationOfAnAcceptedOrderIsKnown) {
 }
 
 TEST(Operations, UnknownNumberHasNoOperation) {
-    for (const int number : {-1, 14, 28, 51, 1000})
+    for (const int number : {-1, 14, 28, 51, 1000, 1042, 1044})
         EXPECT_EQ(findOperation(static_cast<TC::EOperationType>(number)), nullptr) << number;
+}
+
+TEST(Operations, PurchaseAtAGivenPriceIsAPurchase) {
+    const COperation* given = findOperation(static_cast<TC::EOperationType>(1043));
+    const COperation* plain = findOperation(TC::EOperationType::Buy);
+    ASSERT_NE(given, nullptr);
+    EXPECT_EQ(given->m_eSide, plain->m_eSide);
+    EXPECT_EQ(given->m_eEffect, plain->m_eEffect);
+    EXPECT_EQ(given->m_eBooking, plain->m_eBooking);
 }
 
 /// An operation that closes a position has the opposite side of the operation that opens it.

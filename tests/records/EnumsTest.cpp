@@ -131,7 +131,8 @@ TEST(Enums, Operations) {
                         {EOp::TransferBuy6, 1027},
                         {EOp::TransferSell6, 1028},
                         {EOp::TransferBuy7, 1029},
-                        {EOp::TransferSell7, 1030}});
+                        {EOp::TransferSell7, 1030},
+                        {EOp::BuyAtGivenPrice, 1043}});
     expectNumbers<EHedge_Flag_Type>({{EHedge_Flag_Type::Speculation, 49}});
     EXPECT_EQ(kQuantityKindPlain, 48);
     EXPECT_EQ(kTaskOpTerminate, 3);

@@ -33,6 +33,14 @@ const std::vector<CSlip> kWarnedSlips = {
      "not encrypted"},
     {"PbDisplay", "desk.toml", "mdl_order_command_remark = true", "mdl_order_pb_display = true",
      "desk.toml:15: warning: switches: mdl_order_pb_display has no effect on the desk"},
+    {"DisplayIdOfAnotherAccount", "desk.toml", "display_id = \"10003\"", "display_id = \"10001\"",
+     "desk.toml:48: warning: account: function calls for \"10001\" trade on the account \"A1\", not on "
+     "\"A3\""},
+    {"DisplayIdIsAKey", "desk.toml",
+     "display_id = \"10002\"\nbroker = \"stock\"\nfunds = 600000.0\n\n[[account]]\nkey = \"A3\"\ndisplay_id "
+     "= \"10003\"",
+     "broker = \"stock\"\nfunds = 600000.0\n\n[[account]]\nkey = \"A3\"\ndisplay_id = \"A2\"",
+     "desk.toml:47: warning: account: function calls for \"A2\" trade on the account \"A2\", not on \"A3\""},
     {"BasketAll", "desk.toml", "name = \"weighted\"", "name = \"All\"",
      "desk.toml:153: warning: basket: order 26 with the name \"all\" sells all positions, not this basket"},
     {"BasketBlank", "desk.toml", "name = \"weighted\"", "name = \"by weight\"",

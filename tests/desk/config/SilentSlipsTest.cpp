@@ -10,7 +10,7 @@ constexpr const char* kSound =
 
 const std::vector<CSlip> kSilentSlips = {
     {"UserName", "desk.toml", "name = \"demo\"", "name = \"dmeo\"", "", kForPeople},
-    {"DisplayId", "desk.toml", "display_id = \"10003\"", "display_id = \"10001\"", "", kForPeople},
+    {"DisplayId", "desk.toml", "display_id = \"10003\"", "display_id = \"10009\"", "", kForPeople},
     {"StrategyName", "strategies.toml", "name = \"single\"", "name = \"group\"", "", kForPeople},
     {"InstrumentName", "instruments.csv", "江河重工", "海港能源", "", kForPeople},
     {"NoVolumeButAnAmount", "strategies.toml", "amount = 50000.0", "amount = 50000.0\nvolume = 0", "",

@@ -62,6 +62,41 @@ constexpr auto kCredit = TC::EQDBrokerType::Credit;
 constexpr auto kGroup = TC::ESelectedAccountType::Group;
 constexpr auto kAccount = TC::ESelectedAccountType::Account;
 
+TEST_F(DeskUserConfig, AccountsAreListedInTheOrderOfTheFolder) {
+    CDeskConfig config = makeConfig();
+    config.accounts.insert(config.accounts.begin(), account("Z1", TC::EQDBrokerType::Stock));
+    std::string keys;
+    for (const TC::CAccountPtr& each : CDeskUserConfig(config).getAccounts())
+        keys += each->key() + ' ';
+    EXPECT_EQ(keys, "Z1 A1 A2 C1 ");
+}
+
+TEST_F(DeskUserConfig, AccountIsShownByItsDisplayIdOrByItsKey) {
+    CDeskConfig config = makeConfig();
+    config.accounts[0].displayId = "10001";
+    const CDeskUserConfig user(config);
+    EXPECT_EQ(displayIdOf(*user.getAccountData(QStringLiteral("A1"))->toInfo()), "10001");
+    EXPECT_EQ(displayIdOf(*user.getAccountData(QStringLiteral("A2"))->toInfo()), "A2");
+    TC::CAccountInfo other;
+    other.m_strKey = "X";
+    EXPECT_EQ(displayIdOf(other), "X");
+}
+
+TEST_F(DeskUserConfig, EachOfTheFirstSlotsHasItsDefaultSetting) {
+    CDeskConfig config = makeConfig();
+    const std::pair<TC::EDefaultSetting, const char*> remarks[] = {
+        {TC::EDefaultSetting::Stock, "stock"},   {TC::EDefaultSetting::Future, "future"},
+        {TC::EDefaultSetting::Basket, "basket"}, {TC::EDefaultSetting::Option, "option"},
+        {TC::EDefaultSetting::Neeq, "neeq"},     {TC::EDefaultSetting::HGT, "hgt"},
+        {TC::EDefaultSetting::Gold, "gold"}};
+    for (const auto& [which, remark] : remarks)
+        config.defaultSettings[which].m_strCmdLog = remark;
+    std::string text;
+    for (const TC::COrderSetting& setting : CDeskUserConfig(config).getDefaultOrderSettings())
+        text += setting.m_strCmdLog + ' ';
+    EXPECT_EQ(text, "stock future future future future future basket future stock option neeq hgt gold ");
+}
+
 TEST_F(DeskUserConfig, AnswersWhatTheFolderSays) {
     EXPECT_EQ(m_user.getUserName(), "trader");
     EXPECT_EQ(m_user.getUserKind(), 3);

@@ -59,12 +59,22 @@ TEST(DeskPriceData, AnEmptyLevelIsUnset) {
         TC::isInvalidPrice(data.getPriceForOrder(TC::EPriceType::Sell1, TC::EOperationType::Buy, 0, {})));
 }
 
-TEST(DeskPriceData, FallsBackToThePreviousCloseAndWithoutOneToTheLastPrice) {
-    CQuoteEntry quote = fullQuote();
-    EXPECT_EQ(CDeskPriceData(quote).m_dLastPrice, 100);
-    EXPECT_EQ(CDeskPriceData(quote).m_dFallbackPrice, 98.5);
-    quote.previousClose = TC::kUnsetDouble;
-    EXPECT_EQ(CDeskPriceData(quote).m_dFallbackPrice, 100);
+TEST(DeskPriceData, LimitsOfTheDayAreTheInstruments) {
+    CInstrumentEntry instrument;
+    instrument.upperLimit = 110;
+    instrument.lowerLimit = 90;
+    const CDeskPriceData data(fullQuote(), instrument);
+    EXPECT_EQ(data.m_dLastPrice, 100);
+    EXPECT_EQ(data.m_dUpperLimit, 110);
+    EXPECT_EQ(data.m_dFallbackPrice, 90);
+    EXPECT_EQ(data.m_dPhase, 0);
+    EXPECT_EQ(data.m_dPhasePrice, TC::kUnsetDouble);
+}
+
+TEST(DeskPriceData, WithoutLimitsEveryPriceOfTheBrokerIsWithinThem) {
+    const CDeskPriceData data(fullQuote());
+    EXPECT_EQ(data.m_dUpperLimit, TC::kUnsetDouble);
+    EXPECT_EQ(data.m_dFallbackPrice, 0.0001);
 }
 
 } // namespace

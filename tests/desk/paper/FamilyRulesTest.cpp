@@ -29,7 +29,7 @@ const std::string kNoCover = "covered options are not modelled";
 const std::string kNoLock = "locking of stocks is not modelled";
 
 const COperations kOperations[] = {
-    {EFamily::Stock, {18, 19}, {}},
+    {EFamily::Stock, {18, 19, 1043}, {}},
     {EFamily::FutureSpeculation, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, {}},
     {EFamily::Basket, {18, 19}, {}},
     {EFamily::Credit,
@@ -39,9 +39,9 @@ const COperations kOperations[] = {
     {EFamily::Option,
      {32, 33, 34, 35},
      {{36, kNoCover}, {37, kNoCover}, {38, kNoExercise}, {39, kNoExercise}, {40, kNoLock}, {41, kNoLock}}},
-    {EFamily::HGT, {18, 19}, {}},
+    {EFamily::HGT, {18, 19, 1043}, {}},
     {EFamily::FutureOption, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}, {{50, kNoExercise}}},
-    {EFamily::SGT, {18, 19}, {}},
+    {EFamily::SGT, {18, 19, 1043}, {}},
 };
 
 std::string foreignReason(int operation, EFamily family) {
@@ -63,7 +63,7 @@ int openingOf(EFamily family) {
 } // namespace
 
 TEST_F(FamilyRules, EveryOperationIsModelledOrRefusedWithItsReason) {
-    constexpr int kLastOperation = 1031;
+    constexpr int kLastOperation = 1044;
     for (const COperations& row : kOperations) {
         for (int operation = -1; operation <= kLastOperation; ++operation) {
             const auto type = static_cast<TC::EOperationType>(operation);
@@ -116,7 +116,7 @@ TEST_F(FamilyRules, FolderAndBrokerAgreeOnWhatAccountsHold) {
 TEST_F(FamilyRules, OrdersOfOtherOperationsAreRejected) {
     for (const COperations& row : kOperations) {
         for (const int operation :
-             {-1, 0, 14, 18, 20, 26, 33, 36, 37, 38, 39, 40, 41, 42, 50, 55, 56, 1021}) {
+             {-1, 0, 14, 18, 20, 26, 33, 36, 37, 38, 39, 40, 41, 42, 50, 55, 56, 1021, 1043}) {
             if (row.m_modelled.count(operation) != 0) continue;
             const auto refused = row.m_refused.find(operation);
             EXPECT_EQ(outcomeOf(row.m_eFamily, operation, 1, 10),
@@ -169,6 +169,20 @@ TEST_F(FamilyRules, PlainFamiliesTradeAsStocksDo) {
         EXPECT_EQ(cash(family), kFunds - 2000);
         EXPECT_EQ(margin(family), 0);
         EXPECT_EQ(outcomeOf(family, 19, 200, 10), "not enough to sell: 200 ordered, 0 available today");
+    }
+}
+
+TEST_F(FamilyRules, PurchaseAtAGivenPriceTradesAsAPurchase) {
+    for (const EFamily family : {EFamily::Stock, EFamily::HGT, EFamily::SGT}) {
+        SCOPED_TRACE(static_cast<int>(family));
+        TC::CCodeOrderParam code = recordOf(family, 1043, 200, 10);
+        code.m_ePriceType = TC::EPriceType::SpecifiedByRow;
+        EXPECT_EQ(outcome(orderOf(family, code)), "filled");
+        EXPECT_EQ(cash(family), kFunds - 2000);
+        EXPECT_EQ(longOf(family), 200);
+        code.m_dPrice = 9;
+        EXPECT_EQ(outcome(orderOf(family, code)), "working");
+        EXPECT_EQ(frozen(family), 1800);
     }
 }
 

@@ -175,16 +175,16 @@ TEST_F(PaperBroker, CancellingWhatDoesNotWaitFails) {
 
 TEST_F(PaperBroker, CancelByOrderNamesAccountAndOrder) {
     place({buy(100, 9.50), buy(100, 9.50)});
-    ASSERT_TRUE(m_broker->cancelOrders({"cancel_order", "A1", "2\r"}).isSuccess());
+    ASSERT_TRUE(m_broker->cancelOrders({"cancel_order", "A1", "2\r"}, "by a line").isSuccess());
     EXPECT_EQ(order(1).m_eStatus, EOrderStatus::Working);
     EXPECT_EQ(order(2).m_eStatus, EOrderStatus::Cancelled);
-    EXPECT_EQ(order(2).m_strReason, "cancelled by a cancel_order line");
+    EXPECT_EQ(order(2).m_strReason, "by a line");
 }
 
 TEST_F(PaperBroker, CancelByOrderFailsWithTheReason) {
     place({buy(100, 9.50), buy(100, 10.00)});
     const auto failure = [this](const std::vector<std::string>& words) {
-        return m_broker->cancelOrders(words).errorMsg();
+        return m_broker->cancelOrders(words, {}).errorMsg();
     };
     const std::string usage = "cancel_order takes an account key and an order id";
     EXPECT_EQ(failure({"cancel_order", "A1"}), usage);

@@ -31,6 +31,7 @@ public:
         for (std::size_t i = 0; i < sell.size(); ++i)
             quote.sell.at(i) = {sell[i].first, sell[i].second};
     }
+    void setWhole(const CQuoteEntry& quote) { m_quotes[quote.stockKey] = quote; }
     void dropQuote(const std::string& stockKey) { m_quotes.erase(stockKey); }
 
     std::optional<CInstrumentEntry> instrument(const std::string& stockKey) const override {

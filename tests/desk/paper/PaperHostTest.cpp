@@ -1,4 +1,3 @@
-#include "desk/host/BrokerJournal.h"
 #include "desk/host/DeskIntakeAudit.h"
 #include "desk/host/DeskMsgService.h"
 #include "desk/host/DeskUserConfig.h"
@@ -10,7 +9,7 @@
 
 #include "desk/journal/JournalEvents.h"
 #include "orderservice/gates/IntakePause.h"
-#include "tests/desk/paper/PaperDesk.h"
+#include "tests/desk/paper/PaperHost.h"
 
 #include <nlohmann/json.hpp>
 
@@ -24,45 +23,6 @@
 
 using namespace desk;
 using namespace desk::test;
-
-namespace {
-
-/// Host services with a broker whose events are written to the journal.
-class PaperHost : public PaperDesk {
-protected:
-    PaperHost() {
-        EXPECT_TRUE(m_journal.open(m_folder.path()).isSuccess());
-        m_broker.reset();
-        m_broker = std::make_unique<CPaperBroker>(m_quotes, [this](const std::vector<CBrokerEvent>& events) {
-            return journalBrokerEvents(m_journal, events);
-        });
-        EXPECT_TRUE(m_broker->open(m_folder.path(), deskAccounts(), 0).isSuccess());
-    }
-
-    TC::COrderComandParamPtr command(std::vector<TC::CCodeOrderParam> codes) const {
-        return boost::make_shared<TC::COrderComandParam>(stockCommand(std::move(codes)));
-    }
-    std::uintmax_t journalSize() const { return std::filesystem::file_size(m_folder.file(kJournalFileName)); }
-    CTexts kinds() const {
-        CTexts kinds;
-        for (const std::string& line : m_folder.lines(kJournalFileName))
-            kinds.push_back(CJson::parse(line)["kind"]);
-        return kinds;
-    }
-    CJson record(std::size_t place) const { return CJson::parse(m_folder.lines(kJournalFileName).at(place)); }
-
-    /// Breaks the journal. It stays broken until a probe.
-    void failJournal() {
-        const CFullDisk disk(journalSize());
-        EXPECT_FALSE(m_journal.append("message", CJson::object()).isSuccess());
-    }
-
-    CJournal m_journal;
-    std::ostringstream m_shown;
-    CTextSink m_sink{m_shown};
-};
-
-} // namespace
 
 TEST_F(PaperHost, CommandIsJournalledBeforeItsOrders) {
     CPaperOrderClient client(m_journal, *m_broker, m_sink, false);
@@ -239,8 +199,9 @@ TEST_F(PaperHost, CancelByOrderAnswersBySignal) {
 
 TEST_F(PaperHost, TasksOfTheCentreEndTheirOrders) {
     const CDeskUserConfig user{CDeskConfig()};
-    const CPaperPositions positions(*m_broker, m_quotes, user);
-    CPaperTraderCenter center(m_journal, *m_broker, m_sink, positions);
+    const CDeskExchangeClient exchange({});
+    const CPaperAccounts accounts(*m_broker, m_quotes, exchange, user);
+    CPaperTraderCenter center(m_journal, *m_broker, m_sink, accounts);
     const int task = place({buy(100, 9.50)});
     EXPECT_TRUE(center.getTaskCenter().findTasks(task + 1).empty());
     const auto tasks = center.getTaskCenter().findTasks(task);

@@ -318,7 +318,7 @@ TEST_F(PaperStore, NumbersThatTheJournalKnowsAreNotGivenAgainByAStoreThatIsNew) 
     EXPECT_EQ(m_broker->tasks().at(0).m_nId, 8);
     EXPECT_EQ(m_broker->orders().at(0).m_nId, 16);
     EXPECT_EQ(m_broker->fills().at(0).m_nId, 10);
-    EXPECT_FALSE(m_broker->cancelOrders({"cancel_order", "A1", "15"}).isSuccess());
+    EXPECT_FALSE(m_broker->cancelOrders({"cancel_order", "A1", "15"}, "").isSuccess());
 }
 
 TEST_F(PaperStore, FullDiskRefusesCommandsUntilThereIsRoom) {
