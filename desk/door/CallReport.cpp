@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <cstddef>
 #include <set>
 #include <utility>
@@ -14,8 +13,6 @@ namespace {
 constexpr std::size_t kMostLines = 200;
 
 constexpr const char* kCancelFunction = "cancel";
-constexpr const char* kCancelKind = "cancel"; ///< begins the kinds of records about cancels
-constexpr const char* kCancelNotDone = "cancel_not_done";
 
 /// The keys of a record; an empty object if they cannot be read.
 CJson fieldsOf(const CCapturedRecord& record) {
@@ -41,9 +38,12 @@ public:
         else if (record.m_strKind == "trade_error")
             takeTradeError(record);
         else if (record.m_strKind == "incident")
-            takeIncident(record);
-        else if (record.m_strKind.rfind(kCancelKind, 0) == 0)
-            ++m_report.m_nCancels;
+            m_report.m_messages.push_back({record.m_strKind, textOf(fieldsOf(record), "cause"), {}});
+    }
+    void take(const CCancelAnswer& cancel) {
+        if (cancel.m_bDone) ++m_report.m_nCancels;
+        if (!cancel.m_bDone) m_report.m_messages.push_back({kCancelFunction, cancel.m_strText, {}});
+        m_bRefused = m_bRefused || !cancel.m_bDone;
     }
     bool isRefused() const { return m_bRefused; }
 
@@ -60,15 +60,6 @@ private:
         m_bRefused = true;
         m_report.m_messages.push_back({record.m_strKind, textOf(fields, "text"), textOf(fields, "title")});
     }
-    void takeIncident(const CCapturedRecord& record) {
-        const CJson fields = fieldsOf(record);
-        if (textOf(fields, "event") == kCancelNotDone) {
-            m_bRefused = true;
-            --m_report.m_nCancels;
-        }
-        m_report.m_messages.push_back({record.m_strKind, textOf(fields, "cause"), {}});
-    }
-
     CCallReport& m_report;
     std::set<std::int64_t> m_commands; ///< journal numbers of the call's commands
     bool m_bRefused = false;
@@ -106,22 +97,21 @@ CJson failureJson(const CCallFailure& failure) {
 
 } // namespace
 
-CCallReport reportCall(const std::string& function, const std::vector<CCapturedRecord>& records,
-                       std::vector<CCallFailure> failures, const std::string& exception) {
+CCallReport reportCall(const std::string& function, CCallTrace trace) {
     CCallReport report;
-    report.m_failures = std::move(failures);
+    report.m_failures = std::move(trace.m_failures);
     CReporter reporter(report);
-    for (const CCapturedRecord& record : records)
+    for (const CCapturedRecord& record : trace.m_records)
         reporter.take(record);
-    report.m_nCancels = std::max(report.m_nCancels, 0);
-    const bool isSent = !report.m_tasks.empty() || report.m_nCancels > 0;
-    if (isSent)
+    for (const CCancelAnswer& cancel : trace.m_cancels)
+        reporter.take(cancel);
+    if (!report.m_tasks.empty() || report.m_nCancels > 0)
         report.m_pszResult = kCallSent;
-    else if (!exception.empty())
+    else if (!trace.m_strException.empty())
         report.m_pszResult = kCallFailed;
     else
         nameNothing(function, reporter.isRefused(), report);
-    if (!exception.empty()) report.m_strCause = "the call was ended by: " + exception;
+    if (!trace.m_strException.empty()) report.m_strCause = "the call was ended by: " + trace.m_strException;
     return report;
 }
 

@@ -27,9 +27,23 @@ struct CCallFailure {
     std::string m_strText;
 };
 
+/// The answer of the broker to a cancel.
+struct CCancelAnswer {
+    bool m_bDone = false;
+    std::string m_strText; ///< why it was not done
+};
+
+/// What a call has left. All texts must be UTF-8.
+struct CCallTrace {
+    std::vector<CCapturedRecord> m_records; ///< of the call's thread
+    std::vector<CCallFailure> m_failures;
+    std::vector<CCancelAnswer> m_cancels;
+    std::string m_strException; ///< that has ended the call; empty if there was none
+};
+
 /// Something that a call has shown to the user.
 struct CCallMessage {
-    std::string m_strKind; ///< kind of its record: message, trade_error or incident
+    std::string m_strKind; ///< message, trade_error, incident or cancel
     std::string m_strText;
     std::string m_strTitle; ///< only of a trade_error
 };
@@ -38,15 +52,12 @@ struct CCallReport {
     const char* m_pszResult = kCallNothing;
     std::string m_strCause;   ///< a text for people; empty if the messages say it
     std::vector<int> m_tasks; ///< of the commands that were passed to the broker
-    int m_nCancels = 0;       ///< that were passed to the broker and not refused
+    int m_nCancels = 0;       ///< orders that were cancelled
     std::vector<CCallMessage> m_messages;
     std::vector<CCallFailure> m_failures;
 };
 
-/// Reports a call by what it has left: the records of its thread, the failures of its call-back, and the
-/// exception that has ended it. `exception` is empty if there was none. The texts must be UTF-8.
-CCallReport reportCall(const std::string& function, const std::vector<CCapturedRecord>& records,
-                       std::vector<CCallFailure> failures, const std::string& exception);
+CCallReport reportCall(const std::string& function, CCallTrace trace);
 
 /// Kind `call` of the journal, at the end of a call. `asked` is the journal number of its beginning; 0 if
 /// that was not recorded.

@@ -2,6 +2,7 @@
 
 #include "desk/door/ControlDoor.h"
 #include "orderservice/func/OrderFuncService.h"
+#include "orderservice/platform/TradeClient.h"
 
 #include <nlohmann/json.hpp>
 
@@ -13,26 +14,26 @@ namespace {
 
 constexpr const char* kCancel = "cancel";
 
-/// Where the failure call-back puts the failures of the call that this thread performs.
-thread_local std::vector<CCallFailure>* s_pFailures = nullptr;
+/// What the call that this thread performs has left; null if it performs none.
+thread_local CCallTrace* s_pTrace = nullptr;
 
 /// A failure on another thread belongs to a command that was refused after its call had ended. The paper
 /// broker has recorded that already.
 void takeFailure(int id, const std::string& key, const utils::KNError& error) {
-    if (s_pFailures != nullptr) s_pFailures->push_back({id, key, error.errorMsg()});
+    if (s_pTrace != nullptr) s_pTrace->m_failures.push_back({id, key, error.errorMsg()});
 }
 
-class CFailureScope {
+/// The desk's trade client answers a cancel before it returns. Cancels of order files are not of a call.
+void takeCancel(bool isDone, const std::string& text) {
+    if (s_pTrace != nullptr) s_pTrace->m_cancels.push_back({isDone, text});
+}
+
+class CTraceScope {
 public:
-    CFailureScope() { s_pFailures = &m_failures; }
-    ~CFailureScope() { s_pFailures = nullptr; }
-    CFailureScope(const CFailureScope&) = delete;
-    CFailureScope& operator=(const CFailureScope&) = delete;
-
-    std::vector<CCallFailure> take() { return std::move(m_failures); }
-
-private:
-    std::vector<CCallFailure> m_failures;
+    explicit CTraceScope(CCallTrace& trace) { s_pTrace = &trace; }
+    ~CTraceScope() { s_pTrace = nullptr; }
+    CTraceScope(const CTraceScope&) = delete;
+    CTraceScope& operator=(const CTraceScope&) = delete;
 };
 
 /// Calls the function. Returns the exception that has ended the call, as a text; empty if there was none.
@@ -49,10 +50,14 @@ std::string callFunction(const CCallRequest& request) {
 }
 
 CCallReport callAndReport(const CCallRequest& request) {
-    const CRecordCapture capture;
-    CFailureScope failures;
-    const std::string exception = callFunction(request);
-    return reportCall(request.m_strFunction, capture.records(), failures.take(), exception);
+    CCallTrace trace;
+    {
+        const CRecordCapture capture;
+        const CTraceScope scope(trace);
+        trace.m_strException = callFunction(request);
+        trace.m_records = capture.records();
+    }
+    return reportCall(request.m_strFunction, std::move(trace));
 }
 
 CJson callBeginFields(const CCallRequest& request) {
@@ -71,6 +76,12 @@ void CFunctionCalls::begin() {
     TC::COrderFuncService& service = *TC::COrderFuncService::instance();
     service.registOrderFailedCallback(takeFailure);
     service.init();
+    QObject::connect(
+        &TC::CTradeClient::instance(), &TC::CTradeClient::sigCancelOrder, &service,
+        [](const knservice::COrderInfoPtr&, bool isDone, const std::string& text) {
+            takeCancel(isDone, text);
+        },
+        Qt::DirectConnection);
 }
 
 void CFunctionCalls::end() {

@@ -22,9 +22,13 @@ CCapturedRecord record(const std::string& kind, const std::string& fields) {
     return {kind, fields, std::nullopt, 1};
 }
 
-CCallReport report(const std::vector<CCapturedRecord>& records, std::vector<CCallFailure> failures = {},
+CCallReport report(std::vector<CCapturedRecord> records, std::vector<CCallFailure> failures = {},
                    const std::string& exception = {}, const std::string& function = "passorder") {
-    return reportCall(function, records, std::move(failures), exception);
+    return reportCall(function, {std::move(records), std::move(failures), {}, exception});
+}
+
+CCallReport reportCancels(std::vector<CCancelAnswer> cancels) {
+    return reportCall("cancel", {{message("announced")}, {}, std::move(cancels), {}});
 }
 
 TEST(CallReport, CommandWithATaskIsSent) {
@@ -91,26 +95,29 @@ TEST(CallReport, CallThatStopsSilentlyHasNothing) {
     EXPECT_NE(nothing.m_strCause, "");
 }
 
-TEST(CallReport, CancelThatIsPassedOnIsSent) {
-    const CCallReport sent =
-        report({record("cancel_orders", R"("words":[])"), message("cancelled")}, {}, {}, "cancel");
+TEST(CallReport, CancelThatTheBrokerHasDoneIsSent) {
+    const CCallReport sent = reportCancels({{true, ""}, {true, ""}});
     EXPECT_STREQ(sent.m_pszResult, "sent");
-    EXPECT_EQ(sent.m_nCancels, 1);
+    EXPECT_EQ(sent.m_nCancels, 2);
+    EXPECT_EQ(sent.m_messages.size(), 1u);
 }
 
 TEST(CallReport, CancelThatTheBrokerRefusesIsRefused) {
-    const std::string refusal = R"("event":"cancel_not_done","cause":"it is filled")";
-    const CCallReport refused =
-        report({record("cancel_orders", ""), record("incident", refusal)}, {}, {}, "cancel");
+    const CCallReport refused = reportCancels({{false, "it is filled"}});
     EXPECT_STREQ(refused.m_pszResult, "refused");
     EXPECT_EQ(refused.m_nCancels, 0);
-    const CCallReport one =
-        report({record("cancel_orders", ""), record("incident", refusal), record("cancel_orders", "")}, {},
-               {}, "cancel");
+    const CCallReport one = reportCancels({{false, "it is filled"}, {true, ""}});
     EXPECT_STREQ(one.m_pszResult, "sent");
     EXPECT_EQ(one.m_nCancels, 1);
-    ASSERT_EQ(one.m_messages.size(), 1u);
-    EXPECT_EQ(one.m_messages[0].m_strText, "it is filled");
+    ASSERT_EQ(one.m_messages.size(), 2u);
+    EXPECT_EQ(one.m_messages[1].m_strKind, "cancel");
+    EXPECT_EQ(one.m_messages[1].m_strText, "it is filled");
+}
+
+TEST(CallReport, IncidentIsAMessage) {
+    const CCallReport nothing = report({record("incident", R"("event":"host_failed","cause":"why")")});
+    ASSERT_EQ(nothing.m_messages.size(), 1u);
+    EXPECT_EQ(nothing.m_messages[0].m_strText, "why");
 }
 
 TEST(CallReport, ExceptionFailsACallThatHasSentNothing) {
