@@ -3,3 +3,4 @@ file(GLOB desk_door_test_sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_LIST_DIR}/do
 orderservice_test(desk_door_tests
     SOURCES ${desk_door_test_sources}
     LINKS desk_commands desk_host desk_door)
+target_compile_definitions(desk_door_tests PRIVATE SOURCE_DIR="${CMAKE_SOURCE_DIR}")
