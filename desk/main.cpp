@@ -1,4 +1,5 @@
 // orderdesk: runs one command of the desk.
+#include "desk/commands/CallDesk.h"
 #include "desk/commands/CheckFolder.h"
 #include "desk/commands/CommandLine.h"
 #include "desk/commands/NewFolder.h"
@@ -60,6 +61,8 @@ int runCommand(const desk::CCommandLine& line) {
         return runOnScreen(line.m_strFolder, line.m_exitWhenIdle);
     case desk::ECommand::Journal:
         return showJournal(line.m_strFolder, line.m_bFollow);
+    case desk::ECommand::Call:
+        return desk::runCall(line.m_strFolder, line.m_call, std::cout, std::cerr);
     }
     return EXIT_FAILURE;
 }

@@ -49,6 +49,15 @@ void addCommands(CLI::App& app, CCommandLine& line) {
         ->type_name("SECONDS");
     CLI::App* journal = addCommand(app, "journal", "Print the journal", ECommand::Journal, line);
     journal->add_flag("--follow", line.m_bFollow, "Also print new lines, until SIGINT or SIGTERM");
+    CLI::App* call = addCommand(app, "call", "Call a function of a desk that runs, and print what came of it",
+                                ECommand::Call, line);
+    const auto addText = [call](const char* name, std::string& text, const char* description) {
+        return call->add_option(name, text, description)->type_name("");
+    };
+    addText("FUNCTION", line.m_call.m_strFunction, "passorder, smartalgopypassorder or cancel")->required();
+    addText("JSON", line.m_call.m_strParam, "The parameters of the function, a JSON object")->required();
+    addText("--algo", line.m_call.m_strAlgo, "The settings of an algorithm, a JSON object")
+        ->type_name("JSON");
 }
 
 /// Returns the message. If the line has no command, the help with the list of commands follows.

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "desk/door/CallRequest.h"
+
 #include <optional>
 #include <string>
 #include <variant>
 
 namespace desk {
 
-enum class ECommand { New, Check, Run, Journal };
+enum class ECommand { New, Check, Run, Journal, Call };
 
 /// A command and its options, as given by the user.
 struct CCommandLine {
@@ -18,6 +20,8 @@ struct CCommandLine {
     bool m_bFollow = false;
     /// Only for `new`.
     bool m_bConfirm = false;
+    /// Only for `call`.
+    CCallRequest m_call;
 };
 
 /// The result of a command line that runs no command: help, version or a mistake. The process prints the text

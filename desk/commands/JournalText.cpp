@@ -1,5 +1,6 @@
 #include "desk/commands/JournalText.h"
 
+#include "desk/commands/PlainText.h"
 #include "desk/journal/Json.h"
 #include "orderservice/base/FindRow.h"
 #include "orderservice/kit/Operations.h"
@@ -12,12 +13,6 @@
 
 namespace desk {
 namespace {
-
-std::string withoutControls(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }, ' ');
-    return text;
-}
 
 /// Returns a value as a word: a text without quotes, "-" for null or a missing value, otherwise JSON. All
 /// values from the journal must go through this function, because it removes control characters.
@@ -191,6 +186,21 @@ void showUnplaced(std::ostream& out, const CJson& record) {
     out << "channel " << word(record, "channel") << ": NOT PROCESSED: " << word(record, "order");
 }
 
+void showCall(std::ostream& out, const CJson& record) {
+    out << word(record, "event");
+    if (word(record, "event") == "asked") {
+        out << ": " << word(record, "function") << ' ' << word(record, "param")
+            << optional(", algorithm ", record, "algo");
+        return;
+    }
+    out << optional(", call #", record, "call");
+    for (const CJson& task : listOf(record, "tasks"))
+        out << ", task " << task.dump();
+    out << optional(", cancels ", record, "cancels") << optional(": ", record, "cause");
+    for (const CJson& failure : listOf(record, "failures"))
+        out << "\n    " << word(failure, "text");
+}
+
 struct CKindText {
     const char* m_pszKind;
     void (*m_pfnShow)(std::ostream&, const CJson&);
@@ -212,6 +222,7 @@ constexpr CKindText kKindTexts[] = {
     {"unplaced", showUnplaced},
     {"incident", showIncident},
     {"confirmation", showConfirmation},
+    {"call", showCall},
 };
 
 /// For record kinds without their own text: shows every key except those at the start of the line.

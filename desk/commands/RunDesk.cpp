@@ -67,7 +67,11 @@ bool endTrading(CDesk& desk, CTextSink& sink, IDeskProgram& program,
         }
         const CBacklogWatch watch(*TC::COrderService::instance(), sink, look);
         desk.endQuestions();
-        program.end(desk, [] { TC::COrderService::instance()->shutdown(); });
+        desk.refuseCalls();
+        program.end(desk, [&desk] {
+            TC::COrderService::instance()->shutdown();
+            desk.finishCalls();
+        });
     }
     // Orders that were checked during shutdown wait for the main thread, which answers and sends them here.
     QCoreApplication::processEvents();
@@ -124,6 +128,7 @@ int trade(CDesk& desk, CTextSink& sink, IDeskProgram& program, const std::functi
         sink.writeLine("the interfaces cannot be saved: " + saved.errorMsg(), ESeverity::Warning);
     TC::COrderServiceAdapter::release();
     TC::COrderService::release();
+    desk.releaseCalls();
     TC::releaseHost();
     program.ended(desk);
     const utils::KNError closed = desk.close(reason);

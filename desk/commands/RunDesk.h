@@ -27,7 +27,7 @@ public:
     /// The main loop: calls CDesk::tick about 50 times a second. Returns the reason why it ended.
     virtual std::string run(CDesk& desk) = 0;
     /// Calls `shutDown` once, on any thread, and returns when it has returned. It waits until the accepted
-    /// orders are finished; meanwhile CDesk::tick must not be called.
+    /// orders and the function call that runs are finished; meanwhile CDesk::tick must not be called.
     virtual void end(CDesk& desk, const std::function<void()>& shutDown) = 0;
     /// Trading has ended. The desk is closed next and then deleted.
     virtual void ended(CDesk& desk) = 0;

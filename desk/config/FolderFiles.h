@@ -14,10 +14,11 @@ inline constexpr const char* kPositionFile = "positions.csv";
 inline constexpr const char* kJournalFileName = "journal.jsonl";
 inline constexpr const char* kPaperStoreName = "paper.db";
 inline constexpr const char* kLockFileName = ".lock";
+inline constexpr const char* kControlSocketName = "control.sock";
 
 inline constexpr const char* kOwnFiles[] = {
-    kDeskFile,        kStrategyFile, kSettingsFile,    kInstrumentFile, kQuoteFile,
-    kQuoteChangeFile, kPositionFile, kJournalFileName, kPaperStoreName, kLockFileName};
+    kDeskFile,     kStrategyFile,    kSettingsFile,   kInstrumentFile, kQuoteFile,        kQuoteChangeFile,
+    kPositionFile, kJournalFileName, kPaperStoreName, kLockFileName,   kControlSocketName};
 
 /// Suffix of a file's new version while it is being written.
 inline constexpr const char* kDraftSuffix = ".new";

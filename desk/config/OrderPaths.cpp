@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 /// that the paper broker's store creates next to its file.
 std::vector<std::string> ownFiles() {
     std::vector<std::string> names(std::begin(kOwnFiles), std::end(kOwnFiles));
-    for (const char* replaced : {kStrategyFile, kSettingsFile})
+    for (const char* replaced : {kStrategyFile, kSettingsFile, kControlSocketName})
         names.push_back(std::string(replaced) + kDraftSuffix);
     for (const char* suffix : kStoreSuffixes)
         names.push_back(std::string(kPaperStoreName) + suffix);

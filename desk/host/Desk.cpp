@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
+#include <set>
 #include <vector>
 
 namespace desk {
@@ -35,7 +36,9 @@ CDesk::CDesk(std::string folder, CDeskConfig config, CTextSink& sink)
       m_types(m_market), m_messages(m_journal, sink), m_switches(m_config.switches),
       m_audit(m_journal, sink, rejectedFolder(m_strFolder)), m_confirmer(m_journal, sink, m_config.confirm),
       m_strategyFile(m_strFolder, m_config), m_keeper(m_journal, sink, m_config.strategies, m_strategyFile),
-      m_interfaces(m_strFolder, m_config.settings, m_framework) {
+      m_interfaces(m_strFolder, m_config.settings, m_framework),
+      m_calls(m_journal, [this](const std::vector<int>& tasks) { return orderTexts(tasks); }),
+      m_door([this](const std::string& line) { return m_calls.answer(line); }) {
     m_orders.setCheckFailed([this](const std::string& tradeKey, const utils::KNError& error) {
         m_trade.reportCheckFailed(tradeKey, error);
     });
@@ -118,6 +121,34 @@ void CDesk::startTrading() {
                     m_sink);
     service.loadFromConfig(true);
     m_keeper.begin(service);
+    m_calls.begin();
+    openDoor();
+}
+
+/// The desk trades without its control door, too.
+void CDesk::openDoor() {
+    const utils::KNError opened = m_door.open(m_strFolder);
+    if (opened.isSuccess()) return;
+    const CJson fields{{"event", "failed"}, {"source", kControlSocketName}, {"cause", opened.errorMsg()}};
+    (void)m_journal.append("door", fields);
+    m_sink.writeLine("WARNING: the desk has no control door, so orderdesk call cannot reach it: " +
+                         opened.errorMsg(),
+                     ESeverity::Warning);
+}
+
+/// The orders of tasks that are just carried out, as the broker has them now.
+std::vector<std::string> CDesk::orderTexts(const std::vector<int>& tasks) {
+    std::vector<std::string> texts;
+    for (const int task : tasks) {
+        if (!m_broker.hasTask(task))
+            texts.push_back("task " + std::to_string(task) +
+                            " was not carried out; the journal has the reason");
+    }
+    const std::set<int> wanted(tasks.begin(), tasks.end());
+    for (const CPaperOrder& order : m_broker.orders()) {
+        if (wanted.count(order.m_nTask) != 0) texts.push_back(orderLine(order));
+    }
+    return texts;
 }
 
 /// Checks again at a start, because the file system or a strategy may have changed since the folder was read.

@@ -2,6 +2,8 @@
 
 #include "desk/config/DeskConfig.h"
 #include "desk/config/StrategyFile.h"
+#include "desk/door/ControlDoor.h"
+#include "desk/door/FunctionCalls.h"
 #include "desk/host/DeskConfirmer.h"
 #include "desk/host/DeskExchangeClient.h"
 #include "desk/host/DeskInstrumentTypes.h"
@@ -86,7 +88,8 @@ public:
     void setTableLayouts(CTableLayouts layouts) { m_user.setTableLayouts(std::move(layouts)); }
 
     /// Connects to the order service, loads the folder's interfaces and starts the strategies that the folder
-    /// marks as running. Call it after installHost and after the creation of COrderService.
+    /// marks as running. Then makes COrderFuncService and opens the control door. Call it after installHost
+    /// and after the creation of COrderService.
     void startTrading();
 
     /// One round of the main loop: applies due quote changes, checks for a new day, checks the journal,
@@ -111,6 +114,14 @@ public:
     /// Opens no dialog any more. Call it before COrderService::shutdown.
     void endQuestions() { m_confirmer.end(); }
 
+    /// Refuses calls of functions from now on; one that runs goes on. Any thread.
+    void refuseCalls() { m_calls.refuseNew(); }
+    /// Closes the control door and waits until the call that runs is finished. After refuseCalls; any one
+    /// thread.
+    void finishCalls() { m_door.close(); }
+    /// Releases COrderFuncService. After finishCalls, before releaseHost.
+    static void releaseCalls() { CFunctionCalls::end(); }
+
     /// Writes what waits for the screen. For another thread, while the main thread waits in
     /// COrderService::shutdown and therefore calls no tick.
     void showProgress();
@@ -122,6 +133,8 @@ private:
     QString whyRefused(const TC::COrderStrategyParam& strategy, const TC::COrderStrategyMap& all) const;
     void followTradingDay();
     std::size_t takeEvents(const std::vector<CBrokerEvent>& events);
+    std::vector<std::string> orderTexts(const std::vector<int>& tasks);
+    void openDoor();
 
     std::string m_strFolder;
     CDeskConfig m_config;
@@ -156,6 +169,8 @@ private:
     CStrategyFile m_strategyFile;
     CStrategyKeeper m_keeper;
     CInterfaceKeeper m_interfaces;
+    CFunctionCalls m_calls;
+    CControlDoor m_door; ///< last member: its threads use the others
 };
 
 } // namespace desk

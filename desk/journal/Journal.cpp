@@ -1,6 +1,7 @@
 #include "desk/journal/Journal.h"
 
 #include "desk/journal/JournalTail.h"
+#include "desk/journal/RecordCapture.h"
 #include <nlohmann/json.hpp>
 
 #include <fcntl.h>
@@ -97,7 +98,9 @@ utils::KNError CJournal::append(const std::string& kind, const CJson& fields, st
 utils::KNError CJournal::append(const CJournalRecord& record, std::int64_t* seq) {
     const std::lock_guard lock(m_mutex);
     utils::KNError error;
-    if (write(&record, 1, error) == 0) {
+    const bool isWritten = write(&record, 1, error) == 1;
+    CRecordCapture::note(record, isWritten ? m_nLastSeq : 0);
+    if (!isWritten) {
         if (m_nDescriptor >= 0) ++m_nRefused;
         return error;
     }

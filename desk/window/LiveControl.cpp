@@ -2,6 +2,7 @@
 
 #include "desk/config/ConfigLoader.h"
 #include "desk/journal/JournalEvents.h"
+#include "desk/journal/RecordCapture.h"
 #include "desk/window/ConfirmDialog.h"
 #include "orderservice/base/Clock.h"
 #include "orderservice/base/Thread.h"
@@ -57,12 +58,13 @@ void CWindowMsgService::clearLast() {
 void CWindowOrderClient::orderCommands(const TC::COrderComandParamPtr& command) {
     // The two-pass variant sends on the main thread, when a person may have been asked. The one-pass variant
     // sends while it checks the batch.
-    m_meter->command(!utils::isMainThread(), utils::getTime());
+    // A call of a function is in no batch.
+    m_meter->command(!utils::isMainThread() && !CRecordCapture::isActive(), utils::getTime());
     m_desk.orderCommands(command);
 }
 
 void CWindowOrderClient::showTradeError(const QString& text, const QString& title) {
-    if (!utils::isMainThread()) m_meter->refusal();
+    if (!utils::isMainThread() && !CRecordCapture::isActive()) m_meter->refusal();
     m_desk.showTradeError(text, title);
 }
 

@@ -93,6 +93,25 @@ TEST(CommandLine, TwoDashesComeBeforeAFolderThatBeginsWithADash) {
     EXPECT_EQ(line->m_strFolder, "-desk");
 }
 
+TEST(CommandLine, TextsOfACallAreTakenAsTheyAre) {
+    for (const char* json :
+         {"{\"note\":\"备注\"}", "[1,2]", "{}", "%{a}", "\"a b\"", "a=b", "{\"a\":[1,2]}"}) {
+        const auto read = readWords({"call", "desk", "passorder", json});
+        const auto* line = std::get_if<CCommandLine>(&read);
+        ASSERT_NE(line, nullptr) << json;
+        EXPECT_EQ(line->m_eCommand, ECommand::Call);
+        EXPECT_EQ(line->m_strFolder, "desk");
+        EXPECT_EQ(line->m_call.m_strFunction, "passorder");
+        EXPECT_EQ(line->m_call.m_strParam, json);
+        EXPECT_EQ(line->m_call.m_strAlgo, "");
+        const auto withAlgorithm = readWords({"call", "--algo", json, "desk", "买入", "{}"});
+        line = std::get_if<CCommandLine>(&withAlgorithm);
+        ASSERT_NE(line, nullptr) << json;
+        EXPECT_EQ(line->m_call.m_strFunction, "买入");
+        EXPECT_EQ(line->m_call.m_strAlgo, json);
+    }
+}
+
 TEST(CommandLine, HelpOfEachLevelIsNoMistake) {
     const std::vector<std::pair<std::vector<const char*>, const char*>> lines = {
         {{"--help"}, "orderdesk [OPTIONS] SUBCOMMAND"},
@@ -102,6 +121,8 @@ TEST(CommandLine, HelpOfEachLevelIsNoMistake) {
         {{"run", "--help"}, "orderdesk run [OPTIONS] FOLDER"},
         {{"run", "desk", "--help"}, "--exit-when-idle SECONDS"},
         {{"journal", "--help"}, "--follow"},
+        {{"call", "--help"}, "orderdesk call [OPTIONS] FOLDER FUNCTION JSON"},
+        {{"call", "--help"}, "--algo JSON"},
     };
     for (const auto& [words, text] : lines) {
         const auto read = readWords(words);
@@ -117,16 +138,14 @@ TEST(CommandLine, HelpNamesEveryCommand) {
     const auto read = readWords({"--help"});
     const auto* end = std::get_if<CLineEnd>(&read);
     ASSERT_NE(end, nullptr);
-    for (const char* command : {"\n  new ", "\n  check ", "\n  run ", "\n  journal "})
+    for (const char* command : {"\n  new ", "\n  check ", "\n  run ", "\n  journal ", "\n  call "})
         EXPECT_NE(end->m_strText.find(command), std::string::npos) << end->m_strText;
 }
 
 TEST(CommandLine, VersionOfEachLevelIsTheSame) {
-    const std::vector<std::vector<const char*>> lines = {{"--version"},
-                                                         {"new", "--version"},
-                                                         {"check", "--version"},
-                                                         {"run", "--version"},
-                                                         {"journal", "--version"}};
+    const std::vector<std::vector<const char*>> lines = {
+        {"--version"},        {"new", "--version"},     {"check", "--version"},
+        {"run", "--version"}, {"journal", "--version"}, {"call", "--version"}};
     for (const auto& words : lines) {
         const auto read = readWords(words);
         const auto* end = std::get_if<CLineEnd>(&read);
@@ -147,6 +166,11 @@ TEST(CommandLine, MistakesHaveCodeTwoAndBelongOnStandardError) {
         {"check"},
         {"run"},
         {"journal"},
+        {"call"},
+        {"call", "desk"},
+        {"call", "desk", "cancel"},
+        {"call", "desk", "cancel", "{}", "more"},
+        {"call", "desk", "cancel", "{}", "--algo"},
         {"new", "desk", "other"},
         {"new", "-desk"},
         {"run", "new", "desk"},
@@ -195,6 +219,9 @@ TEST(CommandLine, TheProgramPrintsHelpOnStandardOutputAndMistakesOnStandardError
     const auto [help, helpCode] = runInShell(program + " run --help 2>/dev/null");
     EXPECT_EQ(helpCode, 0);
     EXPECT_NE(help.find("--exit-when-idle SECONDS"), std::string::npos) << help;
+    const auto [call, callCode] = runInShell(program + " call / cancel '{}' 2>&1 >/dev/null");
+    EXPECT_EQ(callCode, 3);
+    EXPECT_EQ(call, "/: this is not a desk folder: it has no desk.toml\n");
     const auto [output, outputCode] = runInShell(program + " run 2>/dev/null");
     EXPECT_EQ(outputCode, 2);
     EXPECT_EQ(output, "");

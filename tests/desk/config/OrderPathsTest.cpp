@@ -38,7 +38,7 @@ TEST_F(OrderPaths, TheDesksOwnFilesAreRefusedAlsoThoseThatAreNotThereYet) {
     for (const char* name :
          {"desk.toml", "strategies.toml", "strategies.toml.new", "settings.xml", "settings.xml.new",
           "instruments.csv", "quotes.csv", "quote_changes.csv", "positions.csv", "journal.jsonl", "paper.db",
-          "paper.db-wal", "paper.db-shm", "paper.db-journal", ".lock"}) {
+          "paper.db-wal", "paper.db-shm", "paper.db-journal", ".lock", "control.sock", "control.sock.new"}) {
         EXPECT_EQ(refusal(name), "path \"" + std::string(name) + "\" is the desk's own " + name +
                                      ", which the strategy would delete");
         EXPECT_NE(refusal("orders/../" + std::string(name)), "") << name;
