@@ -1,4 +1,5 @@
 // Does what docs/desk.md tells its reader to do, and compares the result with the page.
+#include "desk/commands/CallDesk.h"
 #include "desk/commands/CheckFolder.h"
 #include "desk/commands/CommandLine.h"
 #include "desk/commands/ShowJournal.h"
@@ -8,6 +9,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <iterator>
 #include <regex>
 #include <set>
@@ -37,12 +39,17 @@ std::vector<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
+/// The words of a command, without the quotes of the shell. No word of the page has a blank.
+std::vector<std::string> wordsOf(const std::string& command) {
+    std::istringstream stream(replaced(command, "'", ""));
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
 TEST(DeskGuideTexts, EveryCommandIsUnderstood) {
     std::set<ECommand> commands;
     for (const CFencedBlock& block : blocksOf("sh")) {
-        for (const std::string& line : linesOf(block.text)) {
-            std::istringstream stream(line);
-            std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
+        for (const std::string& line : linesOf(replaced(block.text, "\\\n", ""))) {
+            const std::vector<std::string> words = wordsOf(line);
             if (words.at(0) != "orderdesk") continue;
             std::vector<const char*> argv;
             for (const std::string& word : words)
@@ -53,12 +60,23 @@ TEST(DeskGuideTexts, EveryCommandIsUnderstood) {
             commands.insert(std::get<CCommandLine>(read).m_eCommand);
         }
     }
-    EXPECT_EQ(commands.size(), 4u) << "new, check, run and journal";
+    EXPECT_EQ(commands.size(), 5u) << "new, check, run, call and journal";
 }
 
 class DeskGuide : public CRunningFolder {
 protected:
     void handOver(const std::string& lines) const { folder.handOver("desk/orders/group.txt", lines); }
+    /// Carries out the call of the page and returns what it prints.
+    std::string callOfThePage() const {
+        for (const CFencedBlock& block : blocksOf("sh")) {
+            const std::vector<std::string> words = wordsOf(replaced(block.text, "\\\n", ""));
+            if (words.size() != 5 || words[1] != "call") continue;
+            std::ostringstream printed;
+            EXPECT_EQ(runCall(folder.path("desk"), {words[3], words[4], ""}, printed, printed), 0);
+            return printed.str();
+        }
+        return "the page has no call";
+    }
     /// Whether the screen has shown each line of the page.
     void expectShown(const CFencedBlock& block) const {
         for (const std::string& line : linesOf(block.text))
@@ -77,6 +95,7 @@ TEST_F(DeskGuide, FirstHourShowsTheLinesOfThePage) {
         const std::regex line("\"order\":" + std::to_string(order) + ",[^\n]*\"status\":\"" + status + '"');
         return std::regex_search(journal(), line);
     };
+    std::future<std::string> call;
     const int code = run({
         [this] { return has("\"action\":\"start\",\"channel\":16"); },
         [&] {
@@ -89,7 +108,15 @@ TEST_F(DeskGuide, FirstHourShowsTheLinesOfThePage) {
             return true;
         },
         [&] { return isOrder(4, "cancelled"); },
+        [&] {
+            call = std::async(std::launch::async, [this] { return callOfThePage(); });
+            return true;
+        },
+        [&] { return call.wait_for(std::chrono::seconds(0)) == std::future_status::ready; },
     });
+    const std::vector<CFencedBlock> calls = blocksOf("call");
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(call.get(), calls[0].text);
     EXPECT_EQ(code, 0);
     for (const CFencedBlock& screen : screens)
         expectShown(screen);

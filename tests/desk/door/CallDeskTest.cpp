@@ -76,6 +76,45 @@ TEST_F(CallDesk, CommandThatWasSentIsPrintedWithItsOrders) {
     EXPECT_FALSE(folder.exists("desk/control.sock"));
 }
 
+/// The demo folder never changes the quote of this stock.
+TEST_F(CallDesk, OrdersAreCancelledOneByOneOrAllTogether) {
+    const std::string waits =
+        R"({"opType":23,"orderType":1101,"prType":11,"modelPrice":"7.5","modelVolume":"200","accountID":"10001",)"
+        R"("orderCode":"600104"})";
+    const std::string cancel = R"({"accountId":"10001","accountType":"STOCK")";
+    std::vector<CPrinted> printed;
+    EXPECT_EQ(runWith([&] {
+                  for (int i = 0; i < 3; ++i)
+                      call("passorder", waits);
+                  for (const char* order : {R"(,"orderId":"2"})", R"(,"orderId":"2"})", "}", "}"})
+                      printed.push_back(call("cancel", cancel + order));
+              }),
+              0);
+    ASSERT_EQ(printed.size(), 4u);
+    const std::string shown = "  [函数交易]　函数: cancel, 资金账号: 10001, 账号类型: STOCK, 合同编号: ";
+    EXPECT_EQ(printed[0].m_strOut, "sent: 1 cancel\n" + shown + "2\n");
+    EXPECT_EQ(printed[0].m_nCode, 0);
+    EXPECT_EQ(printed[1].m_strOut.rfind(
+                  "NOTHING SENT\n" + shown + "2\n  cancel_order A1 2: order 2 does not wait", 0),
+              0U)
+        << printed[1].m_strOut;
+    EXPECT_EQ(printed[1].m_nCode, 1);
+    EXPECT_EQ(printed[2].m_strOut, "sent: 2 cancels\n" + shown + "1\n" + shown + "3\n");
+    EXPECT_EQ(printed[3].m_strOut, "NOTHING SENT: no order was found that could be cancelled\n");
+    EXPECT_TRUE(std::regex_search(shownJournal(), std::regex("  call  sent, call #\\d+, cancels 2\n")));
+}
+
+/// A command that must be confirmed has nobody to ask.
+TEST_F(CallDesk, DeclinedCommandIsNotSent) {
+    change("desk/desk.toml", "mdl_order_command_remark = true", "mdl_order_service_force_confirm = true");
+    CPrinted printed;
+    EXPECT_EQ(runWith([&] { printed = call("passorder", kRepay); }), 0);
+    EXPECT_EQ(printed.m_nCode, 1);
+    EXPECT_EQ(printed.m_strOut, "NOTHING SENT\n"
+                                "  [函数交易]　函数: passorder, 交易类型: 信用, 下单类型: 直接还款\n"
+                                "  command refused: it must be confirmed, but the desk cannot ask anybody\n");
+}
+
 TEST_F(CallDesk, JournalHasTheCallAndItsOutcome) {
     EXPECT_EQ(runWith([&] {
                   call("passorder", kRepay);
