@@ -1,7 +1,9 @@
 // What the window shows of the desk's state, without a running desk.
+#include "desk/journal/RecordCapture.h"
 #include "desk/window/DeskWorker.h"
 #include "desk/window/IntakeMeter.h"
 #include "desk/window/KeptText.h"
+#include "desk/window/LiveControl.h"
 #include "desk/window/MainWindow.h"
 #include "desk/window/MeteredAudit.h"
 #include "desk/window/StateBar.h"
@@ -363,6 +365,31 @@ TEST(IntakeMeter, AMessageOfAnotherThreadEndsNoRefusedOrder) {
     meter->refusal();
     meter->message();
     EXPECT_EQ(meter->state().m_nQueue, 0);
+}
+
+/// A desk that sends nothing.
+class CNoOrders : public TC::COrderClient {
+public:
+    void orderCommands(const TC::COrderComandParamPtr&) override {}
+    void showTradeError(const QString&, const QString&) override {}
+};
+
+TEST(IntakeMeter, ACallOfAFunctionIsInNoBatch) {
+    CNoOrders desk;
+    const auto meter = std::make_shared<CIntakeMeter>();
+    CWindowOrderClient client(desk, meter);
+    const auto batch = meter->begin(2, 1);
+    std::thread([&] {
+        const CRecordCapture capture; // as during a call
+        client.showTradeError({}, {});
+        client.orderCommands(nullptr);
+        meter->message();
+    }).join();
+    EXPECT_EQ(meter->state().m_nQueue, 2);
+    EXPECT_FALSE(meter->state().m_lastMs.has_value());
+    EXPECT_NE(meter->state().m_strLastTime, "");
+    std::thread([&] { client.orderCommands(nullptr); }).join();
+    EXPECT_EQ(meter->state().m_nQueue, 1);
 }
 
 TEST(IntakeMeter, AFileThatPlacesNothingBeginsNoBatch) {
