@@ -97,6 +97,17 @@ void checkStore(const fs::path& folder, std::vector<CDiagnostic>& warnings) {
                             "funds and positions"});
 }
 
+/// Warns of what the desk does not replace with its socket.
+void checkControlSocket(const fs::path& folder, std::vector<CDiagnostic>& warnings) {
+    std::error_code unreadable;
+    const std::string draft = std::string(kControlSocketName) + kDraftSuffix;
+    for (const std::string& name : {std::string(kControlSocketName), draft}) {
+        const fs::file_status status = fs::symlink_status(folder / name, unreadable);
+        if (fs::exists(status) && !fs::is_socket(status))
+            warnings.push_back({name, kNoLine, "is not a socket; the desk has no control door"});
+    }
+}
+
 } // namespace
 
 std::vector<CDiagnostic> stateWarnings(const std::string& folder, const CDeskConfig& config) {
@@ -107,6 +118,7 @@ std::vector<CDiagnostic> stateWarnings(const std::string& folder, const CDeskCon
             CFilesOfStrategy(strategy, isGuarded, warnings).check();
     }
     checkStore(folder, warnings);
+    checkControlSocket(folder, warnings);
     return warnings;
 }
 

@@ -41,6 +41,17 @@ TEST_F(FolderState, WaitingOrderFileIsNamedWithItsLines) {
     EXPECT_TRUE(m_folder.exists("desk/orders/group.txt"));
 }
 
+TEST_F(FolderState, FileInThePlaceOfTheControlSocketIsNamed) {
+    const std::string socket = m_folder.path("desk/control.sock");
+    ASSERT_EQ(::mknod(socket.c_str(), S_IFSOCK | 0600, 0), 0); // as a killed desk leaves it
+    EXPECT_EQ(warnings(), "");
+    std::filesystem::remove(socket);
+    m_folder.write("desk/control.sock", "");
+    std::filesystem::create_symlink("nowhere", m_folder.path("desk/control.sock.new"));
+    EXPECT_EQ(warnings(), "control.sock: warning: is not a socket; the desk has no control door\n"
+                          "control.sock.new: warning: is not a socket; the desk has no control door\n");
+}
+
 TEST_F(FolderState, FileThatACrashLeftIsNamed) {
     m_folder.write("desk/orders/group.txt.tmp", "23,0\n");
     const std::string head = "strategies.toml: warning: channel 1: " + order("group.txt.tmp") +
