@@ -1,6 +1,7 @@
 #include "desk/host/PaperOrderClient.h"
 
 #include "desk/journal/JournalEvents.h"
+#include "desk/paper/OrderRules.h"
 
 #include <nlohmann/json.hpp>
 
@@ -13,7 +14,6 @@ namespace {
 constexpr const char* kRefusalTitle = "command refused";
 constexpr int kHalted = 1000;    ///< error number; the journal has other numbers
 constexpr int kCheckFailed = -1; ///< error number of what a caller of function trading is told
-constexpr int kAlgorithms = 11;  ///< the platform of algorithm orders
 
 /// The text about a command's rejected orders; there is at least one.
 std::string rejectedText(const std::vector<CPaperOrder>& rejected, std::size_t orders) {
@@ -26,7 +26,7 @@ std::string rejectedText(const std::vector<CPaperOrder>& rejected, std::size_t o
 
 /// Algorithm orders have their message in the place of the trade key.
 std::string tradeKeyOf(const TC::COrderComandParam& command) {
-    return static_cast<int>(command.m_ePlatform) == kAlgorithms ? std::string() : command.m_strAlgoParam;
+    return command.m_ePlatform == kAlgorithmPlatform ? std::string() : command.m_strAlgoParam;
 }
 
 } // namespace

@@ -58,6 +58,28 @@ bool isHedged(const TC::COrderComandParam& command) {
            command.m_eTraderType != TC::EQdTraderType::Option;
 }
 
+/// The value of a tag in the message of an algorithm. Empty without the tag, and if the value is too long to
+/// be shown.
+std::string tagOf(const std::string& message, const std::string& tag) {
+    constexpr char kSeparator = '\x01';
+    constexpr std::size_t kMostShown = 40;
+    const std::string before = kSeparator + tag + '=';
+    const std::size_t found = message.find(before);
+    if (found == std::string::npos) return {};
+    const std::size_t begin = found + before.size();
+    const std::size_t end = std::min(message.find(kSeparator, begin), message.size());
+    return end - begin <= kMostShown ? message.substr(begin, end - begin) : std::string();
+}
+
+std::string checkAlgorithm(const CAcceptance& a) {
+    constexpr const char* kNameTag = "6061";
+    if (a.m_command.m_ePlatform != kAlgorithmPlatform) return {};
+    const std::string& message = a.m_command.m_strAlgoParam;
+    if (message.empty()) return "the settings of the algorithm could not be read";
+    const std::string name = tagOf(message, kNameTag);
+    return name.empty() ? "algorithm orders are not modelled" : "algorithm " + name + " is not modelled";
+}
+
 std::string checkPlainOrder(const CAcceptance& a) {
     const TC::EOrderType orderType = a.m_record.m_eOrderType;
     if (orderType == kUnreadTradeParams) return "the trade parameters are not understood";
@@ -111,8 +133,8 @@ std::string checkPrice(const CAcceptance& a) {
 
 /// The order matters: a rule may rely on the rules above it.
 constexpr std::string (*kOrderRules[])(const CAcceptance&) = {
-    checkFamily,     checkOperation, checkPlainOrder, checkAccount,
-    checkInstrument, checkVolume,    checkPrice,      coverRejection,
+    checkFamily,     checkOperation, checkAlgorithm, checkPlainOrder, checkAccount,
+    checkInstrument, checkVolume,    checkPrice,     coverRejection,
 };
 
 } // namespace

@@ -12,6 +12,10 @@ namespace desk {
 /// The order type of a record whose trade parameters were not understood. Such an order is rejected.
 inline constexpr auto kUnreadTradeParams = static_cast<TC::EOrderType>(-2);
 
+/// The platform of algorithm orders of function calls. Their commands have the algorithm's message in the
+/// place of the trade key.
+inline constexpr auto kAlgorithmPlatform = static_cast<TC::ETradePlatform>(11);
+
 /// All inputs of an acceptance rule.
 struct CAcceptance {
     const TC::COrderComandParam& m_command;

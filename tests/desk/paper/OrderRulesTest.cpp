@@ -41,6 +41,31 @@ TEST_F(OrderRules, OtherOperationsAndAlgorithmOrdersAreRejected) {
     EXPECT_EQ(rejection(algo), "accepted");
 }
 
+TEST_F(OrderRules, OrdersForThePlatformOfAlgorithmsAreRejectedWithTheAlgorithmsName) {
+    TC::COrderComandParam command = stockCommand({buy(100, 10)});
+    command.m_ePlatform = static_cast<TC::ETradePlatform>(11);
+    const auto reasonFor = [&](const std::string& message) {
+        command.m_strAlgoParam = message;
+        placeCommand(command);
+        return m_broker->orders().back().m_strReason;
+    };
+    EXPECT_EQ(reasonFor(""), "the settings of the algorithm could not be read");
+    EXPECT_EQ(reasonFor("40=0\x01"
+                        "6061=VWAP\x01"
+                        "23001=a&&1"),
+              "algorithm VWAP is not modelled");
+    EXPECT_EQ(reasonFor("40=0\x01"
+                        "6061=GRID"),
+              "algorithm GRID is not modelled");
+    for (const std::string& message : {std::string("6061=VWAP"),
+                                       std::string("40=0\x01"
+                                                   "6061=\x01"),
+                                       std::string("40=0\x01"
+                                                   "6061=") +
+                                           std::string(41, 'A')})
+        EXPECT_EQ(reasonFor(message), "algorithm orders are not modelled") << message;
+}
+
 TEST_F(OrderRules, AccountMustBeALoggedInStockAccountOfTheDesk) {
     TC::CCodeOrderParam code = buy(100, 10);
     code.m_account.reset();
