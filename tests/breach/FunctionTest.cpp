@@ -210,6 +210,18 @@ TEST_F(FunctionTrading, EveryOperationThatACallReachesHasARow) {
         EXPECT_EQ(rows.count(operation), 1u) << operation;
 }
 
+/// The message about one cancelled order must not keep the other orders open.
+TEST_F(FunctionTrading, PanelThatFailsKeepsNoOrderOpen) {
+    for (const char* operation : {"CMsgService::showMsg", "CUserConfig::getMsgFlags"}) {
+        run.host.trade.cancelledOrders.clear();
+        run.host.breaches.arm(operation, [] { throw std::runtime_error("broken"); });
+        calls::cancelAll(run);
+        run.host.breaches.disarm();
+        EXPECT_EQ(run.hostError, std::string(operation) + ": broken");
+        EXPECT_EQ(run.host.trade.cancelledOrders.size(), 2u);
+    }
+}
+
 /// Of several accounts none gets an order, if the host throws at one of them.
 TEST_F(FunctionTrading, ErrorAtTheSecondAccountSendsNothingForTheFirst) {
     run.host.user.groups.clear();
