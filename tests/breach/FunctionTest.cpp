@@ -210,6 +210,38 @@ TEST_F(FunctionTrading, EveryOperationThatACallReachesHasARow) {
         EXPECT_EQ(rows.count(operation), 1u) << operation;
 }
 
+/// The operations in the page's rows that have one of the words in this column.
+std::set<std::string> operationsOnThePage(const std::string& column, const std::vector<std::string>& words) {
+    std::set<std::string> operations;
+    for (const CTableRow& row : readTable(std::string(ORDERSERVICE_SOURCE_DIR) + "/docs/host.md",
+                                          "## Threads, locks and call-backs")) {
+        const std::string& cell = row.at(column);
+        if (std::none_of(words.begin(), words.end(),
+                         [&](const std::string& word) { return cell.find(word) != std::string::npos; }))
+            continue;
+        for (const std::string& operation : codeSpans(row.at("Operations")))
+            operations.insert(operation);
+    }
+    return operations;
+}
+
+TEST_F(FunctionTrading, PageSaysWhichOperationsACallReaches) {
+    std::set<std::string> reachedNames;
+    for (const std::string& operation : reached())
+        reachedNames.insert(operation.substr(operation.rfind(':') + 1));
+    reachedNames.erase("registerOrderCallBack"); // of init
+    const std::set<std::string> onPage = operationsOnThePage("Thread", {"function", "any"});
+    for (const std::string& operation : reachedNames)
+        EXPECT_EQ(onPage.count(operation), 1u) << operation;
+    std::set<std::string> named = operationsOnThePage("Thread", {"function"});
+    named.erase("registOrderFailedCallback"); // of the library
+    for (const std::string& operation : named)
+        EXPECT_EQ(reachedNames.count(operation), 1u) << operation;
+    const std::set<std::string> withData = operationsOnThePage("Locks held", {"data"});
+    for (const std::string& operation : run.host.breaches.underDataLock())
+        EXPECT_EQ(withData.count(operation), 1u) << operation;
+}
+
 /// The message about one cancelled order must not keep the other orders open.
 TEST_F(FunctionTrading, PanelThatFailsKeepsNoOrderOpen) {
     for (const char* operation : {"CMsgService::showMsg", "CUserConfig::getMsgFlags"}) {
