@@ -7,22 +7,30 @@
 #include <orderservice/kit/ExchangeClientBase.h>
 #include <orderservice/kit/InstrumentTypesBase.h>
 #include <orderservice/kit/QuoteBases.h>
+#include <orderservice/kit/TableData.h>
 #include <orderservice/kit/TradeClientBase.h>
+#include <orderservice/kit/TraderCenterBase.h>
 #include <orderservice/kit/UserConfigBase.h>
 #include <orderservice/platform/MsgService.h>
 #include <orderservice/platform/OrderClient.h>
 
 #include <boost/make_shared.hpp>
 
+#include <atomic>
+#include <cmath>
 #include <future>
 #include <mutex>
 #include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace minimal {
 
 inline const QString kAccount = QStringLiteral("A1");
 inline const QString kStockKey = QStringLiteral("SH600000"); // full key: market and code
 inline constexpr double kPrice = 10.5;
+inline constexpr double kMoney = 100000; // of the account, in currency units
 
 /// Prints whole lines from any thread.
 class CScreen {
@@ -49,6 +57,8 @@ public:
         if (key != kAccount) return nullptr;
         return boost::make_shared<kit::CPlainAccount>(key.toStdString(), TC::EQDBrokerType::Stock);
     }
+    // For function calls: they name their account by its text.
+    std::vector<TC::CAccountPtr> getAccounts() const override { return {getAccountData(kAccount)}; }
 };
 
 /// Prints commands. A real host sends them to its trading layer here. `ordered` is set by the first call:
@@ -76,9 +86,11 @@ public:
     }
 
     std::promise<bool> ordered;
+    std::atomic<int> commands{0};
 
 private:
     void answer(bool isCommand) {
+        if (isCommand) ++commands;
         std::call_once(m_first, [&] { ordered.set_value(isCommand); });
     }
 
@@ -97,9 +109,53 @@ public:
         m_screen.print(QStringLiteral("cancel of the unknown task %1").arg(taskId));
         if (callback) callback(utils::KNError(1, "unknown task"));
     }
+    // For the cancel by a function call.
+    void cancelOrder(const boost::shared_ptr<knservice::COrderDetail>& order) override {
+        m_screen.print(QStringLiteral("cancel of the unknown order %1")
+                           .arg(QString::fromStdString(order->m_strOrderSysID)));
+    }
 
 private:
     CScreen& m_screen;
+};
+
+/// What function calls ask about the account. It has money and no positions. A real host subtracts the money
+/// of open orders, and has a table of its orders for cancels.
+class CAccountData : public kit::CTableData {
+public:
+    explicit CAccountData(TC::CAccountInfoPtr info)
+        : kit::CTableData(knservice::kPositionTable, {}), m_info(std::move(info)) {}
+    double getUsableVolume(const std::string& market, const std::string& code, TC::EOperationType operation,
+                           TC::EHedge_Flag_Type, double price) override {
+        const bool isKnown = QString::fromStdString(market + code) == kStockKey;
+        const bool isPurchase = operation == TC::EOperationType::Buy;
+        return isKnown && isPurchase && price > 0 ? std::floor(kMoney / price) : 0;
+    }
+    TC::CAccountInfoPtr getAccountInfo() override { return m_info; }
+    knservice::CAccountDetailPtr getAccountDetail() override {
+        const auto detail = boost::make_shared<knservice::CAccountDetail>();
+        detail->m_dAssetForRatio = detail->m_dAssetCheck = detail->m_dBasketAsset = kMoney;
+        return detail;
+    }
+
+private:
+    const TC::CAccountInfoPtr m_info;
+};
+
+class CCenter : public kit::CTraderCenterBase {
+public:
+    explicit CCenter(const CUser& user) : m_user(user) {}
+    boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string& key) override {
+        const TC::CAccountPtr account = m_user.getAccountData(QString::fromStdString(key));
+        return account ? boost::make_shared<CAccountData>(account->toInfo()) : nullptr;
+    }
+    std::string getAccountKey(const std::string& id, int brokerType) override {
+        const bool isStock = brokerType == static_cast<int>(TC::EQDBrokerType::Stock);
+        return isStock && id == kAccount.toStdString() ? id : std::string();
+    }
+
+private:
+    const CUser& m_user;
 };
 
 class CExchange : public kit::CExchangeClientBase {
@@ -162,6 +218,7 @@ struct CMinimalHost {
         host.quoteClient = &quotes;
         host.instrumentTypes = &types;
         host.msgService = &messages;
+        host.traderCenter = &center;
         return host;
     }
 
@@ -170,6 +227,7 @@ struct CMinimalHost {
     CUser user;
     COrders orders{screen};
     CTrading trading{screen};
+    CCenter center{user};
     CExchange exchange;
     CQuotes quotes;
     CTypes types;

@@ -24,7 +24,6 @@ int main(int argc, char** argv) {
                   EHostTrait::ShenzhenConnect,
                   EHostTrait::ShanghaiConnect,
                   EHostTrait::Gold,
-                  EHostTrait::ShareTransfer,
-                  EHostTrait::FunctionTrading};
+                  EHostTrait::ShareTransfer};
     return contract::runHostContract(argc, argv, kind);
 }

@@ -1,12 +1,15 @@
-// Places one order through the order service and waits for the resulting command.
+// Places one order through the order service and waits for the resulting command. Then orders by a function
+// call, as a model does.
 #include "MinimalHost.h"
 
+#include <orderservice/func/OrderFuncService.h>
 #include <orderservice/service/OrderService.h>
 #include <orderservice/service/OrderServiceAdapter.h>
 
 #include <QCoreApplication>
 
 #include <iostream>
+#include <string>
 
 namespace {
 
@@ -41,6 +44,21 @@ TC::COrderParam buyOrder(int channel) {
     return order;
 }
 
+/// Buys by a function call. When the call returns, the host has the command or the reason of the failure.
+bool buyByFunction(const minimal::COrders& orders) {
+    TC::COrderFuncService& functions = *TC::COrderFuncService::instance();
+    functions.registOrderFailedCallback([](const int&, const std::string& key, const utils::KNError& error) {
+        std::cerr << "the call " << key << " failed: " << error.errorMsg() << std::endl;
+    });
+    const int before = orders.commands;
+    functions.doParserOrder("passorder",
+                            R"({"opType": 23, "orderType": 1101, "prType": 11, "modelPrice": "10.5",
+                                "modelVolume": "200", "accountID": "A1", "orderCode": "600000",
+                                "strategyName": "example", "tradeKey": "free|first|1"})",
+                            "");
+    return orders.commands == before + 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -53,6 +71,8 @@ int main(int argc, char** argv) {
     }
     TC::COrderService::initInstance(new TC::COrderService);
     TC::COrderServiceAdapter::initInstance(new TC::COrderServiceAdapter);
+    TC::COrderFuncService::initInstance(new TC::COrderFuncService);
+    TC::COrderFuncService::instance()->init();
     TC::COrderService& service = *TC::COrderService::instance();
     service.loadFromConfig(true);
 
@@ -62,10 +82,12 @@ int main(int argc, char** argv) {
         service.placeorder(buyOrder(channel));
         ordered = host.orders.ordered.get_future().get();
     }
+    const bool isCalled = buyByFunction(host.orders);
 
+    TC::COrderFuncService::release();
     service.shutdown();
     TC::COrderServiceAdapter::release();
     TC::COrderService::release();
     TC::releaseHost();
-    return ordered ? 0 : 1;
+    return ordered && isCalled ? 0 : 1;
 }

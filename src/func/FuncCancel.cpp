@@ -19,6 +19,7 @@ namespace {
 
 using knservice::CAccountData;
 using knservice::CDataCenter;
+using knservice::COrderDetail;
 using knservice::COrderDetailPtr;
 
 constexpr char kCancelName[] = "TC::COrderFuncService::doCancelOrder"; ///< for the log
@@ -73,14 +74,26 @@ std::vector<COrderDetailPtr> chosenOrders(const CCancel& cancel) {
     return chosen;
 }
 
-/// An order that the host cannot cancel must not keep the others open, so its error is kept for the end.
-bool cancelOne(const COrderDetailPtr& order, std::exception_ptr& firstError) {
+void reportCancel(const std::string& func, const CCancel& cancel, const COrderDetail& order) {
+    logFuncLine(utils::ELogLevel::Info, kCancelName,
+                "func:" + func + ",find cancel order, accountId:" + cancel.m_strAccount +
+                    ",accountType:" + cancel.m_strAccountType + ",orderSysID:" + order.m_strOrderSysID);
+    sendMsg(utils::fillText(QStringLiteral("[函数交易]　函数: %1, 资金账号: %2, 账号类型: %3, 合同编号: %4"),
+                            {QString::fromStdString(func), QString::fromStdString(cancel.m_strAccount),
+                             QString::fromStdString(cancel.m_strAccountType),
+                             QString::fromStdString(order.m_strOrderSysID)}),
+            utils::ELogLevel::Info);
+}
+
+/// An order that the host cannot cancel, or a message that it cannot show, must not keep the other orders
+/// open. So the error is kept for the end.
+void cancelOne(const std::string& func, const CCancel& cancel, const COrderDetailPtr& order,
+               std::exception_ptr& firstError) {
     try {
         hostCall<&CTradeClient::cancelOrder>(order);
-        return true;
+        reportCancel(func, cancel, *order);
     } catch (const CHostError&) {
         if (!firstError) firstError = std::current_exception();
-        return false;
     }
 }
 
@@ -96,18 +109,8 @@ void doCancelOrder(const std::string& func, const std::string& param) {
         return;
     }
     std::exception_ptr firstError;
-    for (const COrderDetailPtr& order : orders) {
-        if (!cancelOne(order, firstError)) continue;
-        logFuncLine(utils::ELogLevel::Info, kCancelName,
-                    "func:" + func + ",find cancel order, accountId:" + cancel.m_strAccount +
-                        ",accountType:" + cancel.m_strAccountType + ",orderSysID:" + order->m_strOrderSysID);
-        sendMsg(
-            utils::fillText(QStringLiteral("[函数交易]　函数: %1, 资金账号: %2, 账号类型: %3, 合同编号: %4"),
-                            {QString::fromStdString(func), QString::fromStdString(cancel.m_strAccount),
-                             QString::fromStdString(cancel.m_strAccountType),
-                             QString::fromStdString(order->m_strOrderSysID)}),
-            utils::ELogLevel::Info);
-    }
+    for (const COrderDetailPtr& order : orders)
+        cancelOne(func, cancel, order, firstError);
     if (firstError) std::rethrow_exception(firstError);
 }
 

@@ -10,6 +10,7 @@ namespace breach {
 CBreachHost::CBreachHost() {
     const auto account = boost::make_shared<CAccountInfo>(breaches);
     account->m_strKey = "A1";
+    account->m_nBrokerType = static_cast<int>(TC::EQDBrokerType::Stock);
     user.accounts["A1"] = account;
     user.simple.insert("A1");
     using TC::EQDBrokerType;
@@ -26,8 +27,52 @@ CBreachHost::CBreachHost() {
     quote->all(10.5);
     quotes.quotes[QStringLiteral("SH600000")] = quote;
 
-    const utils::KNError installed = TC::installHost(fake::servicesOf(*this));
+    addFunctionData();
+
+    TC::CHost services = fake::servicesOf(*this);
+    services.formulaManager = &formulas;
+    const utils::KNError installed = TC::installHost(services);
     if (!installed.isSuccess()) throw std::logic_error(installed.errorMsg());
+}
+
+void CBreachHost::addFunctionData() {
+    CFuncRecords& data = tasks.account;
+    data.info = user.accounts.at("A1");
+    tasks.accountKeys[{"A1", static_cast<int>(TC::EQDBrokerType::Stock)}] = "A1";
+    data.detail = boost::make_shared<knservice::CAccountDetail>();
+    data.detail->m_dAssetForRatio = data.detail->m_dAssetCheck = 100000;
+    data.detail->m_dBasketAsset = 100000;
+    for (const char* number : {"1", "2"}) {
+        const auto order = boost::make_shared<knservice::COrderDetail>();
+        order->m_strOrderSysID = number;
+        order->m_nStatus = 50;
+        data.orders.push_back(order);
+    }
+
+    const QString future = QStringLiteral("CFFEXIF2609");
+    const QString option = QStringLiteral("10005001");
+    exchange.addOther("future", future);
+    exchange.addOther("option", option);
+    const auto contract = boost::make_shared<TC::CInstrumentDetail>();
+    contract->m_strMarket = "CFFEX";
+    contract->m_strCode = "IF2609";
+    contract->m_dMultiplier = 300;
+    exchange.others[future] = contract;
+    const auto fee = boost::make_shared<knservice::CInstrumentFee>();
+    fee->m_instrument = contract;
+    data.fees[knservice::CInstrumentFee::genKey(*contract, *data.info)] = fee;
+    quotes.quotes[future] = quotes.quotes[option] = quotes.quotes[QStringLiteral("SH600000")];
+
+    const auto addBasket = [this](const QString& name, const QString& market, const QString& code) {
+        TC::CBasketStockData row;
+        row.m_strMarket = market;
+        row.m_strCode = code;
+        row.m_nVolume = 100;
+        row.m_dWeight = 1;
+        user.baskets[name].m_rows.append(row);
+    };
+    addBasket(QStringLiteral("stocks"), QStringLiteral("SH"), QStringLiteral("600000"));
+    addBasket(QStringLiteral("futures"), QStringLiteral("CFFEX"), QStringLiteral("IF2609"));
 }
 
 CBreachHost::~CBreachHost() {

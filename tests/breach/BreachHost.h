@@ -1,89 +1,21 @@
 #pragma once
 
+#include "tests/breach/BreachAccounts.h"
+#include "tests/breach/Breaches.h"
 #include "tests/support/FakeHost.h"
 
 #include <QMetaMethod>
 
 #include <boost/make_shared.hpp>
 
+#include <array>
 #include <atomic>
 #include <functional>
-#include <mutex>
-#include <set>
 #include <string>
+#include <vector>
 
 /// A host in memory that breaks its contract in one operation at a time.
 namespace breach {
-
-/// Decides what happens when an operation is called. Thread-safe.
-class CBreaches {
-public:
-    /// From now on each call of the operation, such as "CTradeClient::cancelTask", runs `act` first.
-    void arm(const std::string& operation, std::function<void()> act) {
-        const std::lock_guard lock(m_mutex);
-        m_strOperation = operation;
-        m_act = std::move(act);
-    }
-    void disarm() { arm({}, {}); }
-
-    void operator()(const char* operation) const {
-        const std::string name(operation);
-        std::function<void()> act;
-        {
-            const std::lock_guard lock(m_mutex);
-            if (m_strOperation == name) act = m_act;
-            if (name == "CAccountData::unlock") --dataLocks();
-            if (dataLocks() > 0) m_underDataLock.insert(name.substr(name.rfind(':') + 1));
-        }
-        if (act) act();
-        if (name == "CAccountData::lock") ++dataLocks();
-    }
-
-    /// The operations that were called on a thread that held the lock of an account's data.
-    std::set<std::string> underDataLock() const {
-        const std::lock_guard lock(m_mutex);
-        return m_underDataLock;
-    }
-
-private:
-    /// How many times the calling thread holds the lock.
-    static int& dataLocks() {
-        thread_local int count = 0;
-        return count;
-    }
-
-    mutable std::mutex m_mutex;
-    mutable std::set<std::string> m_underDataLock;
-    std::string m_strOperation;
-    std::function<void()> m_act;
-};
-
-/// Overrides an operation of a fake: it runs the armed act first, if there is one.
-#define BREACHABLE(Base, Service, Result, operation, params, qualifier, args)                                \
-    Result operation params qualifier override {                                                             \
-        m_breaches(#Service "::" #operation);                                                                \
-        return Base::operation args;                                                                         \
-    }
-
-class CAccountInfo : public TC::CAccountInfo {
-public:
-    explicit CAccountInfo(const CBreaches& breaches) : m_breaches(breaches) {}
-    BREACHABLE(TC::CAccountInfo, CAccountInfo, std::string, getKey, (), const, ())
-private:
-    const CBreaches& m_breaches;
-};
-
-class CAccount : public TC::CAccount {
-public:
-    explicit CAccount(const CBreaches& breaches) : m_breaches(breaches) {}
-    TC::CAccountInfoPtr toInfo() const override {
-        m_breaches("CAccount::toInfo");
-        return boost::make_shared<TC::CAccountInfo>();
-    }
-
-private:
-    const CBreaches& m_breaches;
-};
 
 class CUser : public fake::CUser {
 public:
@@ -119,9 +51,20 @@ public:
     USER(TC::COrderSetting, getDefaultOrderSetting, (TC::EDefaultSetting which), (which))
     USER(TC::CBasketMap, getBaskets, (), ())
 #undef USER
+    std::array<TC::COrderSetting, TC::kDefaultSlots> getDefaultOrderSettings() const override {
+        m_breaches("CUserConfig::getDefaultOrderSettings");
+        return {};
+    }
     TC::CAccountPtr getAccountData(const QString&) const override {
         m_breaches("CUserConfig::getAccountData");
-        return boost::make_shared<CAccount>(m_breaches);
+        return boost::make_shared<CAccount>(m_breaches, boost::make_shared<TC::CAccountInfo>());
+    }
+    std::vector<TC::CAccountPtr> getAccounts() const override {
+        m_breaches("CUserConfig::getAccounts");
+        std::vector<TC::CAccountPtr> list;
+        for (const auto& [key, account] : accounts)
+            list.push_back(boost::make_shared<CAccount>(m_breaches, account));
+        return list;
     }
 
 private:
@@ -162,6 +105,8 @@ public:
                (int task, int operation, const std::string& text, const std::string& remark,
                 const std::string& day, const CCancelCallback& callback, int flag),
                , (task, operation, text, remark, day, callback, flag))
+    BREACHABLE(fake::CTrade, CTradeClient, void, cancelOrder,
+               (const boost::shared_ptr<knservice::COrderDetail>& order), , (order))
     std::function<void()> onDisconnect; ///< called when a receiver of its signals is disconnected
 
 protected:
@@ -274,6 +219,11 @@ public:
     RULE(QString, knPriceTypeToString, (TC::EPriceType type, const std::string& code, bool isShort),
          (type, code, isShort))
 #undef RULE
+    QString accountDisplayIDQs(const TC::CAccountInfo& account) override {
+        m_breaches("CTradingRules::accountDisplayIDQs");
+        return QString::fromStdString(account.m_strKey);
+    }
+
 private:
     const CBreaches& m_breaches;
 };
@@ -324,6 +274,11 @@ class CTime : public fake::CTime {
 public:
     explicit CTime(const CBreaches& breaches) : m_breaches(breaches) {}
     BREACHABLE(fake::CTime, CTimeService, std::int64_t, currentTime, (), , ())
+    std::int64_t currentMilliseconds() override {
+        m_breaches("CTimeService::currentMilliseconds");
+        return fake::CTime::currentTime() * 1000;
+    }
+
 private:
     const CBreaches& m_breaches;
 };
@@ -335,25 +290,6 @@ public:
 
 private:
     const CBreaches& m_breaches;
-};
-
-class CAccountData : public knservice::CAccountData {
-public:
-    CAccountData(const CBreaches& breaches, knservice::CPositionStaticsPtr position)
-        : m_breaches(breaches), m_position(std::move(position)) {}
-    std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
-    void getVector(int, std::vector<boost::shared_ptr<knservice::IData>>& out) override {
-        m_breaches("CAccountData::getVector");
-        out.push_back(m_position);
-    }
-
-protected:
-    void lock() override { m_breaches("CAccountData::lock"); }
-    void unlock() override { m_breaches("CAccountData::unlock"); }
-
-private:
-    const CBreaches& m_breaches;
-    const knservice::CPositionStaticsPtr m_position;
 };
 
 /// Finds every task and every account. Each list of tasks starts with a null task.
@@ -369,7 +305,13 @@ public:
     BREACHABLE(fake::CTasks, CAccountData, CRecordMap, getMapData, (int table), , (table))
     boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string&) override {
         m_breaches("CDataCenter::getAccountData");
-        return boost::make_shared<breach::CAccountData>(m_breaches, position);
+        return boost::make_shared<breach::CAccountData>(m_breaches, position, account);
+    }
+    BREACHABLE(fake::CTasks, CDataCenter, std::string, getAccountKey, (const std::string& id, int brokerType),
+               , (id, brokerType))
+    knservice::ICalculator* getCalculator() override {
+        m_breaches("TraderCenter::getCalculator");
+        return &m_calculator;
     }
     std::vector<boost::shared_ptr<knservice::CTask>> findTasks(int) override {
         m_breaches("CTaskCenter::findTasks");
@@ -380,9 +322,11 @@ public:
     std::atomic<bool> hasOnlyNullTasks{false};
     /// The position of every account. The default is a null entry. Set it only while no order is processed.
     knservice::CPositionStaticsPtr position;
+    CFuncRecords account; ///< of every account
 
 private:
     const CBreaches& m_breaches;
+    CCalculator m_calculator{m_breaches};
 };
 
 class CFramework : public fake::CFramework {
@@ -406,10 +350,9 @@ private:
     const CBreaches& m_breaches;
 };
 
-#undef BREACHABLE
-
-/// All fakes of this file, installed for as long as the object lives. A1 is the only account; it is in the
-/// group "G" of every kind. The instruments are those of the fake host.
+/// All fakes of this file, installed for as long as the object lives. A1 is the only account, a stock
+/// account; it is in the group "G" of every kind. The instruments are SH600000 and, for function trading, a
+/// future and an option.
 class CBreachHost {
 public:
     CBreachHost();
@@ -435,8 +378,10 @@ public:
     CTasks tasks{records, breaches};
     CFramework framework{records, breaches};
     CSwitches switches{breaches};
+    CFormulas formulas{breaches};
 
 private:
+    void addFunctionData();
     std::vector<std::string> collectReports() const;
 };
 

@@ -1,5 +1,6 @@
 #include "tests/breach/BreachRows.h"
 
+#include "tests/breach/FunctionCalls.h"
 #include "tests/support/ServicePeer.h"
 
 #include <QDomDocument>
@@ -253,6 +254,22 @@ const std::vector<CBreachRow> kBreachRows = {
     {"CAccountData::getVector", exchange},
     {"CAccountData::lock", exchange},
     {"CAccountData::unlock", exchange},
+    // Only function trading calls these.
+    {"CUserConfig::getAccounts", calls::stock},
+    {"CUserConfig::getDefaultOrderSettings", calls::stock},
+    {"CAccount::key", calls::stock},
+    {"CAccountInfo::keyWith", calls::smart},
+    {"CTradingRules::accountDisplayIDQs", calls::stock},
+    {"CTimeService::currentMilliseconds", calls::smart},
+    {"CTradeClient::cancelOrder", calls::cancelAll},
+    {"CDataCenter::getAccountKey", calls::cancelAll},
+    {"CAccountData::getAccountInfo", calls::cancelAll},
+    {"CAccountData::getAccountDetail", calls::ratioOfAssets},
+    {"CAccountData::getUsableVolume", calls::stock},
+    {"CAccountData::getMapDataRef", calls::futureBasketByMoney},
+    {"TraderCenter::getCalculator", calls::volumeOfARepayment, nullptr, false, false, true},
+    {"ICalculator::getVolumeLimit", calls::volumeOfARepayment, nullptr, false, false, true},
+    {"CFormulaManager::registerOrderCallBack", calls::init, nullptr, false, false, true},
 };
 
 CBreachRun::CBreachRun() {
@@ -286,10 +303,13 @@ CBreachRun::CBreachRun() {
                               .file("127.0.0.1:" + std::to_string(m_nPort))
                               .stopped());
     TC::COrderService::initInstance(new TC::COrderService);
+    TC::COrderFuncService::initInstance(new TC::COrderFuncService);
+    TC::COrderFuncService::instance()->init();
 }
 
 CBreachRun::~CBreachRun() {
     host.breaches.disarm();
+    TC::COrderFuncService::release();
     TC::COrderService::release();
 }
 
@@ -357,6 +377,25 @@ void CBreachRun::exchange() {
     TC::COrderServicePeer::exchangePosition(service(), host.user.accounts.at("A1"), rows);
     ASSERT_EQ(rows.size(), 1);
     EXPECT_EQ(rows.at(0).m_nVolume, 300);
+}
+
+void CBreachRun::attempt(const std::function<void(TC::COrderFuncService&)>& act) {
+    hostError.clear();
+    try {
+        act(*TC::COrderFuncService::instance());
+    } catch (const TC::CHostError& error) {
+        hostError = error.what();
+    }
+}
+
+void CBreachRun::call(const std::string& func, const std::string& param, const std::string& algoParam) {
+    attempt([&](TC::COrderFuncService& functions) { functions.doParserOrder(func, param, algoParam); });
+}
+
+void CBreachRun::renewFunctions() {
+    TC::COrderFuncService::release();
+    TC::COrderFuncService::initInstance(new TC::COrderFuncService);
+    attempt([](TC::COrderFuncService& functions) { functions.init(); });
 }
 
 void CBreachRun::renewService() {

@@ -48,7 +48,7 @@ class HostPage(unittest.TestCase):
         on_page = {name for row in rows_of(section("Threads, locks and call-backs")) for name in names_in(row[0])}
         headers = sorted((ROOT / "src/platform").glob("*.h")) + [ROOT / "src/records/Account.h"]
         operations = {name for header in headers
-                      for name in re.findall(r"\bvirtual\s[^;{]*?\b(\w+)\(", code_of(header)) if not name.startswith("C")}
+                      for name in re.findall(r"\bvirtual\s[^;{~]*?\b(\w+)\(", code_of(header))}
         self.assertGreater(len(operations), 60)
         self.assertEqual(operations - on_page, set())
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <iostream>
+#include <ostream>
 #include <set>
 #include <stdexcept>
 
@@ -39,7 +40,19 @@ public:
     }
 };
 
+/// Throws at a cancel of an order.
+class CBrokenTrading : public minimal::CTrading {
+public:
+    using minimal::CTrading::CTrading;
+    void cancelOrder(const boost::shared_ptr<knservice::COrderDetail>&) override {
+        throw std::runtime_error("no line");
+    }
+};
+
 struct CBrokenServices {
+    std::ostream nowhere{nullptr};
+    minimal::CScreen screen{nowhere};
+    CBrokenTrading brokenTrading{screen};
     CBrokenQuotes brokenQuotes;
     CBrokenAudit brokenAudit;
 };
@@ -49,6 +62,7 @@ class CBrokenContractHost : private CBrokenServices, public minimal::CMinimalCon
 public:
     CBrokenContractHost()
         : CMinimalContractHost([this](TC::CHost& host) {
+              host.tradeClient = &brokenTrading;
               host.quoteClient = &brokenQuotes;
               host.intakeAudit = &brokenAudit;
           }) {}
