@@ -15,8 +15,8 @@ namespace {
 
 class CCountingQuote : public TC::CPriceData {
 public:
-    explicit CCountingQuote(long& calls) : m_calls(calls) {
-        m_dLastPrice = m_dFallbackPrice = minimal::kPrice;
+    CCountingQuote() {
+        m_dLastPrice = m_dFallbackPrice = m_dUpperLimit = minimal::kPrice;
         m_nDayCount = 1;
     }
     double getOriginPrice(TC::EPriceType, TC::EOperationType) const override { return price(); }
@@ -30,12 +30,10 @@ public:
     }
 
 private:
-    double price() const {
-        ++m_calls;
+    static double price() {
+        ++CCalls().of(EHostCall::QuotePrice);
         return minimal::kPrice;
     }
-
-    long& m_calls;
 };
 
 } // namespace
@@ -58,7 +56,11 @@ CCheckHost::CCheckHost(int accounts, int instruments) {
         account->m_nBrokerType = static_cast<int>(TC::EQDBrokerType::Stock);
         m_user.accounts.push_back(account);
         m_user.ratios.push_back(1.0 / accounts);
+        m_user.userAccounts.push_back(
+            boost::make_shared<kit::CPlainAccount>(account->m_strKey, TC::EQDBrokerType::Stock));
+        m_user.group.m_accounts.push_back(account->m_strKey);
     }
+    m_user.group.m_strName = groupName().toStdString();
     for (int i = 0; i < instruments; ++i) {
         addInstrument(m_exchange.stocks, QStringLiteral("SH") + stockCode(i), "SH", stockCode(i));
         addInstrument(m_exchange.others, futureCode(i), "IF", futureCode(i));
@@ -72,6 +74,9 @@ CCheckHost::CCheckHost(int accounts, int instruments) {
     host.tradingRules = &m_rules;
     host.instrumentTypes = &m_types;
     host.traderCenter = &m_tasks;
+    host.orderClient = &m_orders;
+    host.msgService = &m_messages;
+    host.luaModuleCtrl = &m_switches;
     if (!TC::installHost(host).isSuccess()) std::abort();
 }
 
@@ -86,7 +91,7 @@ void CCheckHost::addInstrument(QHash<QString, TC::CInstrumentDetailPtr>& list, c
     detail->m_strCode = code.toStdString();
     detail->m_strName = "stock " + detail->m_strCode;
     list.insert(key, detail);
-    m_quotes.quotes.insert(key, boost::make_shared<CCountingQuote>(m_calls.of(EHostCall::QuotePrice)));
+    m_quotes.quotes.insert(key, boost::make_shared<CCountingQuote>());
 }
 
 void CCheckHost::hold(int index, int volume) {
@@ -97,6 +102,27 @@ void CCheckHost::hold(int index, int volume) {
     position->m_nPositionVolume = volume;
     position->m_nAvailableVolume = volume;
     m_tasks.positions.push_back(position);
+}
+
+void CCheckHost::addBasket(const QString& name, int first, int rows) {
+    constexpr int kRowVolume = 100;
+    TC::CBasketSetting basket;
+    for (int i = first; i < first + rows; ++i) {
+        TC::CBasketStockData row;
+        row.m_strMarket = QStringLiteral("SH");
+        row.m_strCode = stockCode(i);
+        row.m_nVolume = kRowVolume;
+        basket.m_rows.append(row);
+    }
+    m_user.baskets.insert(name, basket);
+}
+
+std::size_t CCheckHost::dropCommands() {
+    std::size_t records = 0;
+    for (const TC::COrderComandParamPtr& command : m_orders.commands)
+        records += command->m_codes.size();
+    m_orders.commands.clear();
+    return records;
 }
 
 TC::CUserConfig* CCheckHost::CUser::getUserConfig() {
@@ -121,6 +147,64 @@ bool CCheckHost::CUser::isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC:
                                          const std::string&, const std::string&, TC::EOrderType) const {
     ++calls.of(EHostCall::PriceTypeValid);
     return true;
+}
+
+std::array<TC::COrderSetting, TC::kDefaultSlots> CCheckHost::CUser::getDefaultOrderSettings() const {
+    ++calls.of(EHostCall::DefaultSettings);
+    return settings;
+}
+
+TC::CBasketMap CCheckHost::CUser::getBaskets() const {
+    ++calls.of(EHostCall::Baskets);
+    return baskets;
+}
+
+std::vector<TC::CAccountPtr> CCheckHost::CUser::getAccounts() const {
+    ++calls.of(EHostCall::Accounts);
+    return userAccounts;
+}
+
+bool CCheckHost::CUser::hasAccount(const QString& name) const {
+    ++calls.of(EHostCall::HasAccount);
+    return std::any_of(accounts.begin(), accounts.end(),
+                       [&](const auto& account) { return name == QLatin1String(account->m_strKey.c_str()); });
+}
+
+const TC::CAccountGroup* CCheckHost::CUser::getAccountGroupConst(TC::EQDBrokerType,
+                                                                 const QString& name) const {
+    ++calls.of(EHostCall::AccountGroup);
+    return name == groupName() ? &group : nullptr;
+}
+
+int CCheckHost::CUser::getUserKind() const {
+    ++calls.of(EHostCall::UserKind);
+    return minimal::CUser::getUserKind();
+}
+
+TC::CMsgFlags CCheckHost::CUser::getMsgFlags(TC::EMsgTypeDef) const {
+    ++calls.of(EHostCall::MsgFlags);
+    return {};
+}
+
+void CCheckHost::COrders::orderCommands(const TC::COrderComandParamPtr& command) {
+    ++calls.of(EHostCall::OrderCommand);
+    count.fetch_add(1, std::memory_order_relaxed);
+    if (isKeeping) commands.push_back(command);
+}
+
+void CCheckHost::CMessages::showMsg(const QString&, TC::EMsgTypeDef, TC::MsgLevel, bool, bool,
+                                    const QString&) {
+    ++calls.of(EHostCall::Message);
+}
+
+bool CCheckHost::CSwitches::checkModule(const std::vector<std::string>& path) {
+    ++calls.of(EHostCall::CheckModule);
+    return kit::CLuaModuleCtrlBase::checkModule(path);
+}
+
+TC::EBROKER_LOGIN_STATUS CCheckHost::CTrading::getLoginStatus(const std::string&) {
+    ++calls.of(EHostCall::LoginStatus);
+    return TC::EBROKER_LOGIN_STATUS::LoggedIn;
 }
 
 std::vector<int> CCheckHost::CTrading::splitEntrusts(int volume, double, TC::EPriceType,
@@ -191,6 +275,31 @@ bool CCheckHost::CRules::isMarketPrice(TC::EPriceType) {
     return false;
 }
 
+bool CCheckHost::CRules::isBuy(TC::EOperationType operation) {
+    ++calls.of(EHostCall::IsBuy);
+    return kit::CTradingRulesBase::isBuy(operation);
+}
+
+bool CCheckHost::CRules::isDirectRepay(TC::EOperationType operation) {
+    ++calls.of(EHostCall::DirectRepay);
+    return kit::CTradingRulesBase::isDirectRepay(operation);
+}
+
+QString CCheckHost::CRules::orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType type) {
+    ++calls.of(EHostCall::TradeTypeText);
+    return kit::CTradingRulesBase::orderStrategyTradeTypeToString(type);
+}
+
+QString CCheckHost::CRules::orderStrategyOrderTypeToString(int orderType) {
+    ++calls.of(EHostCall::OrderTypeText);
+    return kit::CTradingRulesBase::orderStrategyOrderTypeToString(orderType);
+}
+
+QString CCheckHost::CRules::accountDisplayIDQs(const TC::CAccountInfo& account) {
+    ++calls.of(EHostCall::DisplayId);
+    return kit::CTradingRulesBase::accountDisplayIDQs(account);
+}
+
 bool CCheckHost::CTypes::isTypedStock(int type, const std::string&, const std::string&) {
     ++calls.of(EHostCall::TypedStock);
     return type == knservice::kTypeTradableStock || type == knservice::kBasketTypes[0];
@@ -202,12 +311,20 @@ int CCheckHost::CTypes::getTradeMinUnit(const std::string&, const std::string&, 
 }
 
 boost::shared_ptr<knservice::CAccountData> CCheckHost::CTasks::getAccountData(const std::string&) {
+    ++calls.of(EHostCall::AccountData);
     // The pointer does not own the host, because the host outlives all users of its data.
     return boost::shared_ptr<knservice::CAccountData>(this, [](auto*) {});
 }
 
 void CCheckHost::CTasks::getVector(int, std::vector<boost::shared_ptr<knservice::IData>>& out) {
     out.insert(out.end(), positions.begin(), positions.end());
+}
+
+double CCheckHost::CTasks::getUsableVolume(const std::string&, const std::string&, TC::EOperationType,
+                                           TC::EHedge_Flag_Type, double) {
+    constexpr double kUsable = 1e9;
+    ++calls.of(EHostCall::UsableVolume);
+    return kUsable;
 }
 
 } // namespace bench

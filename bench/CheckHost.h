@@ -9,6 +9,7 @@
 #include <QVector>
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <ostream>
 #include <string>
@@ -44,18 +45,48 @@ enum class EHostCall : int {
     PriceTypeValid,
     TypedStock,
     TradeMinUnit,
+    DefaultSettings,
+    Baskets,
+    Accounts,
+    HasAccount,
+    AccountGroup,
+    UserKind,
+    MsgFlags,
+    Message,
+    DisplayId,
+    TradeTypeText,
+    OrderTypeText,
+    IsBuy,
+    DirectRepay,
+    LoginStatus,
+    AccountData,
+    UsableVolume,
+    CheckModule,
+    OrderCommand,
     Count, ///< number of operations
 };
 
 /// Number of calls of each operation.
 using CCallCounts = std::array<long, static_cast<std::size_t>(EHostCall::Count)>;
 
+/// The counters of the calling thread. Each thread has its own, so that many threads may call the host at
+/// once.
+struct CCalls {
+    long& of(EHostCall call) { return all()[static_cast<std::size_t>(call)]; }
+    static CCallCounts& all() {
+        thread_local CCallCounts counts{};
+        return counts;
+    }
+};
+
 /// Compares the calls in two periods: from `before` to `between`, and from `between` to `after`. Returns the
 /// operations whose numbers of calls differ; empty if there are none.
 std::string differenceOf(const CCallCounts& before, const CCallCounts& between, const CCallCounts& after);
 
-/// A host that answers the checks at once from memory. It has accounts, stocks on SH, futures and options;
-/// all prices are 10.5. Counts its calls. Only one object may exist in a process at a time. Not thread-safe.
+/// A host that answers the checks and function trading at once from memory. It has accounts, stocks on SH,
+/// futures and options; all prices are 10.5. Every account can order any volume that is traded here. Messages
+/// are discarded. Counts its calls, by thread. Only one object may exist in a process at a time. Set it up
+/// before other threads call it.
 class CCheckHost {
 public:
     /// accounts: number of accounts behind every account name. instruments: number of instruments of each
@@ -70,14 +101,21 @@ public:
     /// Gives the first account a position in the stock with this index.
     void hold(int index, int volume);
     const TC::CAccountInfoPtr& firstAccount() const { return m_user.accounts.front(); }
-    const CCallCounts& calls() const { return m_calls.counts; }
+    /// The calls of this thread.
+    const CCallCounts& calls() const { return CCalls::all(); }
+
+    /// The name of the group of all accounts.
+    static QString groupName() { return QStringLiteral("group"); }
+    /// Adds a basket of the stocks from this index on, with 100 shares in each row.
+    void addBasket(const QString& name, int first, int rows);
+    /// Keeps the commands from now on. Only for calls on one thread.
+    void keepCommands() { m_orders.isKeeping = true; }
+    /// Forgets the commands. Returns the number of their records.
+    std::size_t dropCommands();
+    /// Number of commands since the host was made.
+    long commandCount() const { return m_orders.count; }
 
 private:
-    struct CCalls {
-        long& of(EHostCall call) { return counts[static_cast<std::size_t>(call)]; }
-        CCallCounts counts{};
-    };
-
     struct CUser : minimal::CUser {
         explicit CUser(CCalls& counted) : calls(counted) {}
         TC::CUserConfig* getUserConfig() override;
@@ -87,9 +125,43 @@ private:
                                 bool simple) const override;
         bool isPriceTypeValid(TC::EPriceType, TC::EOperationType, TC::EQDBrokerType, const std::string&,
                               const std::string&, TC::EOrderType) const override;
+        std::array<TC::COrderSetting, TC::kDefaultSlots> getDefaultOrderSettings() const override;
+        TC::CBasketMap getBaskets() const override;
+        std::vector<TC::CAccountPtr> getAccounts() const override;
+        bool hasAccount(const QString& name) const override;
+        const TC::CAccountGroup* getAccountGroupConst(TC::EQDBrokerType, const QString& name) const override;
+        int getUserKind() const override;
+        TC::CMsgFlags getMsgFlags(TC::EMsgTypeDef) const override;
         CCalls& calls;
         std::vector<TC::CAccountInfoPtr> accounts;
         std::vector<double> ratios;
+        std::vector<TC::CAccountPtr> userAccounts; ///< the same accounts
+        TC::CAccountGroup group;                   ///< of all accounts
+        TC::CBasketMap baskets;
+        std::array<TC::COrderSetting, TC::kDefaultSlots> settings;
+    };
+
+    /// Counts the commands, and keeps them if it is asked to.
+    struct COrders : TC::COrderClient {
+        explicit COrders(CCalls& counted) : calls(counted) {}
+        void orderCommands(const TC::COrderComandParamPtr& command) override;
+        void showTradeError(const QString&, const QString&) override {}
+        CCalls& calls;
+        std::atomic<long> count{0};
+        bool isKeeping = false;
+        std::vector<TC::COrderComandParamPtr> commands;
+    };
+
+    struct CMessages : TC::CMsgService {
+        explicit CMessages(CCalls& counted) : calls(counted) {}
+        void showMsg(const QString&, TC::EMsgTypeDef, TC::MsgLevel, bool, bool, const QString&) override;
+        CCalls& calls;
+    };
+
+    struct CSwitches : kit::CLuaModuleCtrlBase {
+        explicit CSwitches(CCalls& counted) : calls(counted) {}
+        bool checkModule(const std::vector<std::string>& path) override;
+        CCalls& calls;
     };
 
     struct CTrading : minimal::CTrading {
@@ -99,6 +171,7 @@ private:
                                        const std::vector<double>&, TC::EPositionType, const std::string&,
                                        const std::string&, TC::EOperationType, TC::EHedge_Flag_Type,
                                        const boost::shared_ptr<utils::KNError>&) override;
+        TC::EBROKER_LOGIN_STATUS getLoginStatus(const std::string&) override;
         CCalls& calls;
     };
 
@@ -131,6 +204,11 @@ private:
                                  const TC::CPriceDataPtr& quote) override;
         void fixTimeRange(TC::CCodeOrderParam&) override;
         bool isMarketPrice(TC::EPriceType) override;
+        bool isBuy(TC::EOperationType operation) override;
+        bool isDirectRepay(TC::EOperationType operation) override;
+        QString orderStrategyTradeTypeToString(TC::EOrderStrategyTradeType type) override;
+        QString orderStrategyOrderTypeToString(int orderType) override;
+        QString accountDisplayIDQs(const TC::CAccountInfo& account) override;
         CCalls& calls;
     };
 
@@ -142,9 +220,13 @@ private:
     };
 
     struct CTasks : kit::CTraderCenterBase, knservice::CAccountData {
+        explicit CTasks(CCalls& counted) : calls(counted) {}
         boost::shared_ptr<knservice::CAccountData> getAccountData(const std::string&) override;
         std::map<std::string, boost::shared_ptr<knservice::IData>> getMapData(int) override { return {}; }
         void getVector(int table, std::vector<boost::shared_ptr<knservice::IData>>& out) override;
+        double getUsableVolume(const std::string&, const std::string&, TC::EOperationType,
+                               TC::EHedge_Flag_Type, double) override;
+        CCalls& calls;
         std::vector<boost::shared_ptr<knservice::IData>> positions;
     };
 
@@ -160,7 +242,10 @@ private:
     CQuotes m_quotes{m_calls};
     CRules m_rules{m_calls};
     CTypes m_types{m_calls};
-    CTasks m_tasks;
+    CTasks m_tasks{m_calls};
+    COrders m_orders{m_calls};
+    CMessages m_messages{m_calls};
+    CSwitches m_switches{m_calls};
 };
 
 } // namespace bench
