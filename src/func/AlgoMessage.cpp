@@ -151,13 +151,13 @@ std::string groupOf(const CSettings& settings, const CMoment& moment, const CCod
 } // namespace
 
 std::string getAlgParamsStr(const std::string& text, std::vector<CCodeOrderParam> records) {
-    logFuncLine(utils::ELogLevel::Info, kMessageName, "COrderFuncService smartAlgoParam, strParam " + text);
+    logFuncLine(utils::ELogLevel::Info, kMessageName, {"COrderFuncService smartAlgoParam, strParam ", text});
     CSettings settings;
     try {
         settings = readSettings(text);
     } catch (const std::exception& error) {
         logFuncLine(utils::ELogLevel::Info, kMessageName,
-                    std::string("COrderFuncService parser smartAlgo Param error  ") + error.what());
+                    {"COrderFuncService parser smartAlgo Param error  ", error.what()});
         return {};
     }
     const CMoment moment = readClock();

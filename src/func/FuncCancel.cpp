@@ -76,8 +76,8 @@ std::vector<COrderDetailPtr> chosenOrders(const CCancel& cancel) {
 
 void reportCancel(const std::string& func, const CCancel& cancel, const COrderDetail& order) {
     logFuncLine(utils::ELogLevel::Info, kCancelName,
-                "func:" + func + ",find cancel order, accountId:" + cancel.m_strAccount +
-                    ",accountType:" + cancel.m_strAccountType + ",orderSysID:" + order.m_strOrderSysID);
+                {"func:", func, ",find cancel order, accountId:", cancel.m_strAccount,
+                 ",accountType:", cancel.m_strAccountType, ",orderSysID:", order.m_strOrderSysID});
     sendMsg(utils::fillText(QStringLiteral("[函数交易]　函数: %1, 资金账号: %2, 账号类型: %3, 合同编号: %4"),
                             {QString::fromStdString(func), QString::fromStdString(cancel.m_strAccount),
                              QString::fromStdString(cancel.m_strAccountType),
@@ -104,8 +104,8 @@ void doCancelOrder(const std::string& func, const std::string& param) {
     const std::vector<COrderDetailPtr> orders = chosenOrders(cancel);
     if (orders.empty()) {
         logFuncLine(utils::ELogLevel::Warn, kCancelName,
-                    "func:" + func + ",can not find cancel order,accountId:" + cancel.m_strAccount +
-                        ",accountType:" + cancel.m_strAccountType + ", orderSysID:" + cancel.m_strOrder);
+                    {"func:", func, ",can not find cancel order,accountId:", cancel.m_strAccount,
+                     ",accountType:", cancel.m_strAccountType, ", orderSysID:", cancel.m_strOrder});
         return;
     }
     std::exception_ptr firstError;

@@ -42,6 +42,7 @@ std::optional<QString> missingOf(const CCodeOrderParam& record) {
     source.m_bNeedsPrice = false;
     source.m_bRepayment = true;
     const bool lacksPrice = record.m_ePriceType == EPriceType::SpecifiedByRow && !isPositive(record.m_dPrice);
+    if (isUnset(record.m_eOperationType)) return QStringLiteral("没有操作类型");
     return lacksPrice ? QStringLiteral("没有价格") : missingOf(record, source);
 }
 
@@ -234,10 +235,11 @@ COrderComandParamPtr makeCommand(CFuncRun& run, EQdTraderType traderType) {
     return command;
 }
 
-void sendCommand(const CFuncRun& run, const COrderComandParamPtr& command, const char* logText) {
-    if (!passesGuard(run, *command)) return;
-    logFuncLine(utils::ELogLevel::Info, "TC::COrderFuncService::placeCommands", logText);
+bool sendCommand(const CFuncRun& run, const COrderComandParamPtr& command, const char* logText) {
+    if (!passesGuard(run, *command)) return false;
+    logFuncLine(utils::ELogLevel::Info, "TC::COrderFuncService::placeCommands", {logText});
     hostCall<&COrderClient::orderCommands>(command);
+    return true;
 }
 
 QString priceText(double price) {

@@ -122,8 +122,9 @@ bool fail(const CFuncRun& run, const char* pattern, std::initializer_list<QStrin
 /// The command of the run's records, with the fields that all routines set. The routine sets the others.
 COrderComandParamPtr makeCommand(CFuncRun& run, EQdTraderType traderType);
 /// Sends it. The caller checks before that the user may send commands. If the command guard is on, a command
-/// without records, or with a record that no trading layer can trade, is refused with a full report.
-void sendCommand(const CFuncRun& run, const COrderComandParamPtr& command, const char* logText);
+/// without records, or with a record that no trading layer can trade, is refused with a full report, and the
+/// result is false.
+bool sendCommand(const CFuncRun& run, const COrderComandParamPtr& command, const char* logText);
 
 /// A price as messages show it.
 QString priceText(double price);

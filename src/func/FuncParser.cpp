@@ -248,7 +248,7 @@ void makeLines(COrderFuncParam& param, std::string& error) {
 
 void parserParam(COrderFuncParam& param, const std::string& text, std::string& error) {
     logFuncLine(utils::ELogLevel::Info, "TC::COrderFuncService::parserParam",
-                "COrderFuncService parserParam, strParam " + text);
+                {"COrderFuncService parserParam, strParam ", text});
     if (readKeys(param, text, error) && checkKeys(param, error)) makeLines(param, error);
 }
 

@@ -20,7 +20,9 @@ void sendMsg(const QString& text, utils::ELogLevel level) {
         flags = hostCall<&CUserConfig::getMsgFlags>.on(*user, EMsgTypeDef::Function);
     hostCall<&CMsgService::showMsg>(text, EMsgTypeDef::Function, MsgLevel::Note, flags.m_bFirst,
                                     flags.m_bSecond, QString());
-    logFuncLine(level, "TC::COrderFuncService::sendMsg", "[COrderFuncService::sendMsg]" + text.toStdString());
+    if (utils::CLogCenter::logEnabled())
+        logFuncLine(level, "TC::COrderFuncService::sendMsg",
+                    {"[COrderFuncService::sendMsg]", text.toStdString()});
 }
 
 utils::KNError str2KNError(const std::string& text) {
@@ -35,12 +37,37 @@ CTradeKey readTradeKey(const std::string& tradeKey) {
     return {utils::strictInt(parts[2]), parts[1]};
 }
 
+namespace {
+
+/// Counts the call-backs that run on this thread, one inside the other.
+class CDepth {
+public:
+    CDepth() { ++count(); }
+    ~CDepth() { --count(); }
+    CDepth(const CDepth&) = delete;
+    CDepth& operator=(const CDepth&) = delete;
+
+    static int& count() {
+        thread_local int depth = 0;
+        return depth;
+    }
+};
+
+} // namespace
+
 void orderCheckFaild(const std::string& tradeKey, const utils::KNError& error,
                      const COrderFailedCallback& callback) {
+    constexpr int kDeepest = 8;
     const CTradeKey key = readTradeKey(tradeKey);
     if (!callback) return;
+    // A call-back that repeats a call that always fails would never end.
+    if (CDepth::count() >= kDeepest)
+        return reportSafely(
+            QStringLiteral("[接口单]　函数交易下单失败的回调层数过多, 本次失败未通知调用者!"));
+    const CDepth depth;
+    const COrderFailedCallback running = callback; // the call-back may register another one
     runGuarded(QStringLiteral("函数交易下单失败的回调异常"),
-               [&] { callback(key.m_nId, key.m_strKey, error); });
+               [&] { running(key.m_nId, key.m_strKey, error); });
 }
 
 } // namespace TC

@@ -32,7 +32,8 @@ struct CTradeKey {
 CTradeKey readTradeKey(const std::string& tradeKey);
 
 /// Reports a failure to the caller whose trade key this is. Throws as readTradeKey. If the call-back throws,
-/// the user gets a message. callback: may be empty.
+/// the user gets a message. A call-back that causes failures itself is called for them too, up to 8 inside
+/// each other on a thread; then the user gets a message instead. callback: may be empty.
 void orderCheckFaild(const std::string& tradeKey, const utils::KNError& error,
                      const COrderFailedCallback& callback);
 

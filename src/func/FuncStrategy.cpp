@@ -89,7 +89,8 @@ CAccountInfoPtr firstAccount(const QString& name) {
     std::vector<double> ratios;
     if (const CUserConfig* user = getUserConfig())
         hostCall<&CUserConfig::getAccountsWeights>.on(
-            *user, EQDBrokerType::Future, ESelectedAccountType::Account, name, accounts, ratios, false);
+            *user, brokerTypeOfCall(EOrderStrategyTradeType::Future), ESelectedAccountType::Account, name,
+            accounts, ratios, false);
     return accounts.empty() ? nullptr : accounts.front();
 }
 

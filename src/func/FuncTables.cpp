@@ -136,4 +136,13 @@ int tranAccountType(const std::string& text) {
     return -1;
 }
 
+int shownNumber(int opType, int orderType) {
+    constexpr int kBuyAgain = 33;
+    constexpr int kSellAgain = 34;
+    const bool isBasket = isComposeOrderType(orderType);
+    if (opType == kBuyAgain) return isBasket ? 25 : 23;
+    if (opType == kSellAgain) return isBasket ? 26 : 24;
+    return opType;
+}
+
 } // namespace TC

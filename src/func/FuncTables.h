@@ -61,6 +61,10 @@ bool isCreditOrderType(int orderType);
 /// 25 to 29, 31, 33 and 34: baskets of stocks, which may have a futures leg.
 bool isHedgeableOperation(int opType);
 
+/// The number of the operation with 33 and 34, which buy and sell again, as the plain purchase and sale: 25
+/// and 26 for the order types of baskets, otherwise 23 and 24.
+int shownNumber(int opType, int orderType);
+
 /// The operation of a purchase at the price type 49.
 inline constexpr int kBuyAtGivenPrice = 1043;
 

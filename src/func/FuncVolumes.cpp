@@ -147,14 +147,13 @@ int getAccountFuturesNum(const std::string& accountKey, const QString& code, dou
     if (!fee || !fee->m_instrument || !isFigure(money) || isZero(money)) return 0;
     const double multiple = fee->m_instrument->m_dMultiplier;
     if (!isFigure(multiple) || isZero(multiple) || !isFigure(price) || isZero(price)) return 0;
-    const double contracts = std::trunc(money / price / multiple);
-    const bool fits = std::fabs(contracts) < static_cast<double>(kUnsetInt);
-    return fits ? static_cast<int>(contracts) : 0;
+    constexpr double kBeyond = kUnsetInt - 1; // no record can hold it, and it is not "not set"
+    return static_cast<int>(std::clamp(money / price / multiple, -kBeyond, kBeyond));
 }
 
 std::int64_t calcRightOrderVolume(EOperationType op, std::int64_t volume, int unit, std::int64_t canVolume) {
     constexpr std::int64_t kLeastUnrounded = 200;
-    const std::int64_t rounded = volume - volume % unit;
+    const std::int64_t rounded = volume - volume % std::max(unit, 1);
     if (op == EOperationType::Sell) return volume == canVolume ? volume : rounded;
     return static_cast<int>(op) == kBuyAtGivenPrice && volume >= kLeastUnrounded ? volume : rounded;
 }

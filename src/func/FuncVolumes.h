@@ -34,11 +34,12 @@ double getBasketAsset(const std::string& accountKey);
 std::int64_t wholeNumber(double value);
 
 /// The number of contracts that the money buys at the price, for an account that has a fee record of the
-/// instrument. 0 if a needed figure is missing, or if the number does not fit an int.
+/// instrument. 0 if a needed figure is missing. A number that no order can hold becomes 2147483646, with its
+/// sign.
 int getAccountFuturesNum(const std::string& accountKey, const QString& code, double money, double price);
 
 /// The legal volume: rounded down to the unit. A sale of everything that can be sold, and a purchase of 200
-/// or more with the operation 1043, are not rounded. unit: at least 1.
+/// or more with the operation 1043, are not rounded. A unit below 1 is treated as 1.
 std::int64_t calcRightOrderVolume(EOperationType op, std::int64_t volume, int unit, std::int64_t canVolume);
 
 } // namespace TC

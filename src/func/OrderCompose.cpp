@@ -1,5 +1,6 @@
 // Baskets of the user's settings: of stocks, of credit and of futures, by volume, money or ratio. A row that
 // cannot be traded is left out without a message; the audit gets a report.
+#include "orderservice/check/CommandGuard.h"
 #include "orderservice/check/CommandRequest.h"
 #include "orderservice/check/LeftOutRows.h"
 #include "orderservice/check/OrderServiceBase.h"
@@ -17,6 +18,7 @@
 #include "orderservice/platform/UserConfig.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <iterator>
 #include <utility>
@@ -31,6 +33,7 @@ constexpr char kBadSellPrice[] = "[函数交易]　函数: %1, 组合交易卖�
 /// Why a row or an account is left out, for the audit.
 constexpr char kNotListed[] = "the code is not a future that can be traded";
 constexpr char kNoVolume[] = "the volume is below 1";
+constexpr char kBadWeight[] = "the weight is below zero or not finite";
 constexpr char kTooLarge[] = "the volume is larger than an order can be";
 
 /// One row of the table of operations.
@@ -59,13 +62,6 @@ constexpr CBasketOperation kOperations[] = {
 /// Each row of the basket has its own operation.
 constexpr CBasketOperation kByRow = {-1, unsetEnum<EOperationType>(), false, false};
 
-int basketNumber(int opType) {
-    constexpr int kBuyAgain = 33;
-    constexpr int kSellAgain = 34;
-    if (opType == kBuyAgain) return 25;
-    return opType == kSellAgain ? 26 : opType;
-}
-
 const CBasketOperation& operationOf(int number) {
     const auto found = std::find_if(std::begin(kOperations), std::end(kOperations),
                                     [&](const CBasketOperation& row) { return row.number == number; });
@@ -89,19 +85,24 @@ struct CCompose {
     double totalWeight = 0;
     std::vector<std::int64_t> accountVolumes{}; ///< of the current row, one for each account
     CLeftOut leftOut{};
+    bool isNoted = false; ///< the current row is in leftOut
 
     bool isTradeType(EOrderStrategyTradeType type) const {
         return run.param.m_nTradeType == static_cast<int>(type);
     }
-    void leaveOut(const char* cause) { leftOut.add(run.code, cause); }
+    /// Notes the current row once, also if it is left out for several accounts.
+    void leaveOut(const char* cause) {
+        if (!isNoted) leftOut.add(run.code, cause);
+        isNoted = true;
+    }
 };
 
 /// A basket of stocks may also be traded on accounts of margin trading.
 void takeBasketAccounts(CCompose& basket) {
     CFuncRun& run = basket.run;
-    takeAccounts(run);
-    if (!run.accounts.empty() || run.strategy.m_eTradeType != EOrderStrategyTradeType::Basket) return;
-    takeAccountsOf(run, EQDBrokerType::Credit);
+    if (run.strategy.m_eTradeType != EOrderStrategyTradeType::Basket) return takeAccounts(run);
+    takeAccountsOf(run, EQDBrokerType::Stock);
+    if (run.accounts.empty()) takeAccountsOf(run, EQDBrokerType::Credit);
 }
 
 ESettingSlot slotOf(const CCompose& basket) {
@@ -124,6 +125,17 @@ CInstrumentDetailPtr findRowInstrument(CCompose& basket, QString& code) {
     return detail;
 }
 
+bool isSharedByWeight(const CCompose& basket) {
+    const COrderStrategyParam& strategy = basket.run.strategy;
+    return (strategy.m_bUseAmount || strategy.m_bByPercent) && basket.operation.sharesByWeight;
+}
+
+/// A weight below zero would give the other rows more than the whole money. Checked if the command guard is
+/// on.
+bool isWeightRefused(const CCompose& basket, double weight) {
+    return isSharedByWeight(basket) && isCommandGuardOn() && !(std::isfinite(weight) && weight >= 0);
+}
+
 /// Subscribes to the quotes of all rows first, so that quotes of later rows arrive while earlier rows are
 /// processed.
 void collectRows(CCompose& basket) {
@@ -134,14 +146,17 @@ void collectRows(CCompose& basket) {
             continue;
         }
         QString code = line.m_strCode;
+        if (isWeightRefused(basket, line.m_dWeight)) {
+            basket.leftOut.add(code, kBadWeight);
+            continue;
+        }
         const CInstrumentDetailPtr detail = findRowInstrument(basket, code);
         if (!detail) continue;
         const EOperationType op =
             isUnset(basket.run.op) ? static_cast<EOperationType>(line.m_eOperationType) : basket.run.op;
         basket.rows.push_back({detail, line.m_nVolume, line.m_dWeight, op, requestQuotes(code)});
     }
-    const bool isShared = strategy.m_bUseAmount || strategy.m_bByPercent;
-    if (!isShared || !basket.operation.sharesByWeight) return;
+    if (!isSharedByWeight(basket)) return;
     for (const CComposeRow& row : basket.rows)
         basket.totalWeight += row.weight;
 }
@@ -160,6 +175,7 @@ void startRow(CCompose& basket, const CComposeRow& row) {
     run.calcPrice = run.orderPrice = kUnsetDouble;
     run.volume = 0;
     basket.accountVolumes.clear();
+    basket.isNoted = false;
 }
 
 bool isBasketStock(const CStockInfo& stock) {
@@ -313,9 +329,7 @@ bool checkCompose(CCompose& basket) {
     collectRows(basket);
     const bool isPlaced = std::all_of(basket.rows.begin(), basket.rows.end(),
                                       [&](const CComposeRow& row) { return placeRow(basket, row); });
-    if (!isPlaced || !isCmdUser() || !checkFirstPrice(basket.run)) return false;
-    basket.leftOut.report();
-    return true;
+    return isPlaced && isCmdUser() && checkFirstPrice(basket.run);
 }
 
 /// Sales and what replaces a position never have the flag.
@@ -328,7 +342,8 @@ bool mayHaveFlag(int number) {
 
 void orderCompose(const COrderFuncParam& param, const COrderStrategyParam& strategy,
                   const CFuncReporter& reporter) {
-    const int number = basketNumber(param.m_nOpType);
+    constexpr int kAnyBasket = 2101;
+    const int number = shownNumber(param.m_nOpType, kAnyBasket);
     CCompose basket{{{}, param, strategy, reporter}, operationOf(number)};
     if (!checkCompose(basket)) return;
     CFuncRun& run = basket.run;
@@ -340,9 +355,10 @@ void orderCompose(const COrderFuncParam& param, const COrderStrategyParam& strat
     const bool isHedged = luawrapper::isOrderSwitchOn(kComposeHedgeSwitch) && strategy.m_bHedgeBasket;
     command->m_eHedgeType = isHedged ? EQdHedgeType::Hedge : EQdHedgeType::Compose;
     if (isHedged) command->m_extra = hedgeDocument(run.op, strategy);
-    sendCommand(run, command,
-                isHedged ? "placeCommands: [orderservice] basket hedge."
-                         : "placeCommands: [orderservice] basket compose.");
+    const bool isSent = sendCommand(run, command,
+                                    isHedged ? "placeCommands: [orderservice] basket hedge."
+                                             : "placeCommands: [orderservice] basket compose.");
+    if (isSent) basket.leftOut.report();
 }
 
 } // namespace TC

@@ -2,6 +2,7 @@
 #include "orderservice/check/CodeLookup.h"
 #include "orderservice/check/OrderServiceBase.h"
 #include "orderservice/check/Volumes.h"
+#include "orderservice/func/FuncTables.h"
 #include "orderservice/func/FuncVolumes.h"
 #include "orderservice/func/OrderRoutines.h"
 #include "orderservice/platform/HostCall.h"
@@ -28,13 +29,17 @@ struct CCredit {
 };
 
 EOperationType creditOperation(int opType) {
-    constexpr int kBuyAgain = 33;
-    constexpr int kSellAgain = 34;
     constexpr int kOffset = 7; ///< from the number of the call to that of the trading layer
-    if (opType == kBuyAgain) return EOperationType::Buy;
-    if (opType == kSellAgain) return EOperationType::Sell;
-    if (opType == kDirectRepayment) return EOperationType::RepayMoney;
-    return static_cast<EOperationType>(opType - kOffset);
+    switch (shownNumber(opType, 0)) {
+    case 23:
+        return EOperationType::Buy;
+    case 24:
+        return EOperationType::Sell;
+    case kDirectRepayment:
+        return EOperationType::RepayMoney;
+    default:
+        return static_cast<EOperationType>(opType - kOffset);
+    }
 }
 
 bool resolveCredit(CCredit& credit) {
@@ -52,7 +57,9 @@ bool resolveCredit(CCredit& credit) {
 double repaymentOf(const CFuncRun& run) {
     const COrderSingleParam* const line = run.line();
     if (line != nullptr && !isInvalidPrice(line->m_dAmount)) return line->m_dAmount;
-    return run.strategy.m_bUseAmount ? run.strategy.m_dAmount : run.strategy.m_nVolume;
+    if (run.strategy.m_bUseAmount) return run.strategy.m_dAmount;
+    return isStorable(run.strategy.m_nVolume) ? run.strategy.m_nVolume
+                                              : kUnsetDouble; // a number that was cut
 }
 
 bool addRepayments(CCredit& credit) {

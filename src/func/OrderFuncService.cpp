@@ -6,9 +6,9 @@
 #include "orderservice/func/FuncLog.h"
 #include "orderservice/func/FuncParser.h"
 #include "orderservice/func/FuncReports.h"
+#include "orderservice/func/FuncRoutes.h"
 #include "orderservice/func/FuncStrategy.h"
 #include "orderservice/func/FuncTables.h"
-#include "orderservice/func/OrderRoutines.h"
 #include "orderservice/platform/FormulaManager.h"
 #include "orderservice/platform/HostCall.h"
 #include "orderservice/platform/HostReports.h"
@@ -17,8 +17,8 @@
 
 #include <boost/algorithm/string/case_conv.hpp>
 
-#include <iterator>
 #include <locale>
+#include <mutex>
 #include <utility>
 
 Q_DECLARE_METATYPE(knservice::COrderCommandPtr)
@@ -36,7 +36,6 @@ constexpr char kEntryName[] = "TC::COrderFuncService::doParserOrder"; ///< for t
 constexpr char kFailed[] = "[函数交易]　函数: %1, %2";
 constexpr char kBadAccount[] = "[函数交易]　函数: %1, 账号组或账号非法或不存在!";
 constexpr char kNotLoggedIn[] = "[函数交易]　函数: %1, 存在未登陆的账号, 不能下单!";
-constexpr char kBadTradeType[] = "[函数交易]　函数: %1, 交易类型错误";
 constexpr char kAnnouncement[] = "[函数交易]　函数: %1, 交易类型: %2, 下单类型: %3";
 
 /// Only this name may be written in any case.
@@ -45,84 +44,85 @@ bool isSmart(const std::string& func) {
 }
 
 /// The number that names the operation in the announcement.
-int shownOperation(const COrderFuncParam& param) {
-    constexpr int kBuyAgain = 33;
-    constexpr int kSellAgain = 34;
+int announcedNumber(const COrderFuncParam& param) {
     constexpr int kFirstOption = 50;
     constexpr int kLastOption = 59;
-    const bool isBasket = isComposeOrderType(param.m_nOrderType);
-    if (param.m_nOpType == kBuyAgain) return isBasket ? 25 : 23;
-    if (param.m_nOpType == kSellAgain) return isBasket ? 26 : 24;
-    const bool isOption = param.m_nOpType >= kFirstOption && param.m_nOpType <= kLastOption;
-    return isOption ? param.m_nOpType - 2 : param.m_nOpType;
+    const int number = shownNumber(param.m_nOpType, param.m_nOrderType);
+    return number >= kFirstOption && number <= kLastOption ? number - 2 : number;
 }
 
 void announce(const COrderFuncParam& param, EOrderStrategyTradeType tradeType) {
     sendMsg(utils::fillText(QString::fromUtf8(kAnnouncement),
                             {param.m_strFuncName, orderStrategyTradeTypeToString(tradeType),
-                             orderStrategyOrderTypeToString(shownOperation(param))}),
+                             orderStrategyOrderTypeToString(announcedNumber(param))}),
             utils::ELogLevel::Info);
-}
-
-using CRoutine = void (*)(const COrderFuncParam&, const COrderStrategyParam&, const CFuncReporter&,
-                          const std::string&);
-
-/// Calls a routine that knows no algorithms.
-template<void (*kRoutine)(const COrderFuncParam&, const COrderStrategyParam&, const CFuncReporter&)>
-void runPlain(const COrderFuncParam& param, const COrderStrategyParam& strategy,
-              const CFuncReporter& reporter, const std::string&) {
-    kRoutine(param, strategy, reporter);
-}
-
-/// The routines of one trade type.
-struct CRoutes {
-    CRoutine m_pfnSingle; ///< null: there is none
-    CRoutine m_pfnBasket; ///< for the order types of baskets
-};
-
-constexpr CRoutine kStock = orderStock;
-constexpr CRoutine kBasket = runPlain<orderCompose>;
-
-/// By trade type.
-constexpr CRoutes kRoutes[] = {
-    {kStock, kStock},                               // 0 stocks
-    {runPlain<orderSpec>, runPlain<orderSpec>},     // 1 futures
-    {kBasket, kBasket},                             // 2 baskets of stocks
-    {runPlain<orderCredit>, kBasket},               // 3 margin trading
-    {runPlain<orderOption>, runPlain<orderOption>}, // 4 options on stocks
-    {nullptr, nullptr},                             // 5
-    {kBasket, kBasket},                             // 6
-    {nullptr, nullptr},                             // 7
-    {kBasket, kBasket},                             // 8 baskets of futures
-    {kStock, kBasket},                              // 9 Shenzhen connect
-    {kStock, kBasket},                              // 10 Shanghai connect
-};
-
-CRoutine routineOf(const COrderFuncParam& param, EOrderStrategyTradeType tradeType) {
-    const auto number = static_cast<int>(tradeType);
-    if (number < 0 || number >= static_cast<int>(std::size(kRoutes))) return nullptr;
-    const CRoutes& routes = kRoutes[number];
-    return isComposeOrderType(param.m_nOrderType) ? routes.m_pfnBasket : routes.m_pfnSingle;
 }
 
 } // namespace
 
-struct COrderFuncService::CEntry {
-    COrderFuncService& service;
+/// Counts the calls that run. The formula manager's call-back and the running calls keep it alive.
+class COrderFuncService::CEntry {
+public:
+    /// Begins a call. Returns false if the service is released.
+    bool enter() {
+        const std::lock_guard lock(m_mutex);
+        if (!m_bOpen) return false;
+        ++m_nRunning;
+        return true;
+    }
+    void leave() {
+        const std::lock_guard lock(m_mutex);
+        --m_nRunning;
+    }
+    /// No call begins afterwards. Returns false, and closes nothing, while a call runs.
+    bool close() {
+        const std::lock_guard lock(m_mutex);
+        if (m_nRunning > 0) return false;
+        m_bOpen = false;
+        return true;
+    }
+
+private:
+    std::mutex m_mutex;
+    bool m_bOpen = true;
+    int m_nRunning = 0;
 };
 
-COrderFuncService::COrderFuncService() : m_entry(std::make_shared<CEntry>(CEntry{*this})) {
+/// A call that runs on the calling thread.
+class COrderFuncService::CRunningCall {
+public:
+    explicit CRunningCall(std::shared_ptr<CEntry> entry)
+        : m_entry(std::move(entry)), m_bEntered(m_entry != nullptr && m_entry->enter()) {}
+    ~CRunningCall() {
+        if (m_bEntered) m_entry->leave();
+    }
+    CRunningCall(const CRunningCall&) = delete;
+    CRunningCall& operator=(const CRunningCall&) = delete;
+
+    /// False: the service is released.
+    explicit operator bool() const { return m_bEntered; }
+
+private:
+    const std::shared_ptr<CEntry> m_entry;
+    const bool m_bEntered;
+    const utils::CLibraryCall m_call;
+};
+
+COrderFuncService::COrderFuncService() : m_entry(std::make_shared<CEntry>()) {
     qRegisterMetaType<knservice::COrderCommandPtr>("knservice::COrderCommandPtr");
     qRegisterMetaType<utils::KNError>("utils::KNError");
 }
 
 COrderFuncService::~COrderFuncService() {
-    disconnect();
+    (void)m_entry->close();
 }
 
 void COrderFuncService::release() {
-    if (instance() != nullptr && utils::CLibraryCall::isInProgress())
+    if (instance() == nullptr) return;
+    if (utils::CLibraryCall::isInProgress())
         return reportSafely(QStringLiteral("[函数交易]　不能在回调中关闭函数交易服务, 请在主线程调用!"));
+    if (!instance()->m_entry->close())
+        return reportSafely(QStringLiteral("[函数交易]　函数仍在执行, 函数交易服务未关闭!"));
     utils::CManualSingletonT<COrderFuncService>::release();
 }
 
@@ -130,14 +130,14 @@ void COrderFuncService::init() {
     const utils::CLibraryCall call;
     if (CFormulaManager::isInstalled()) {
         // The formula manager may keep the call-back for longer than this service lives.
-        const std::weak_ptr<CEntry> entry = m_entry;
-        hostCall<&CFormulaManager::registerOrderCallBack>([entry](std::string func, std::string param) {
-            if (const std::shared_ptr<CEntry> alive = entry.lock())
-                alive->service.onParamCallBack(std::move(func), std::move(param));
-        });
+        hostCall<&CFormulaManager::registerOrderCallBack>(
+            [this, entry = m_entry](std::string func, std::string param) {
+                if (const CRunningCall running(entry); running)
+                    onParamCallBack(std::move(func), std::move(param));
+            });
     }
     connect(&CTradeClient::instance(), &CTradeClient::sigOrderCheckFailed, this,
-            &COrderFuncService::slotOrderCheckFaild);
+            &COrderFuncService::slotOrderCheckFaild, Qt::UniqueConnection);
 }
 
 void COrderFuncService::loadFromConfig() {}
@@ -152,9 +152,9 @@ void COrderFuncService::onParamCallBack(std::string func, std::string param) {
 
 void COrderFuncService::doParserOrder(const std::string& func, const std::string& param,
                                       const std::string& algoParam) {
-    const utils::CLibraryCall call;
+    const CRunningCall running(m_entry);
     try {
-        logFuncLine(utils::ELogLevel::Info, kEntryName, "func:" + func + ", strParam:" + param);
+        logFuncLine(utils::ELogLevel::Info, kEntryName, {"func:", func, ", strParam:", param});
         if (func == kCancel)
             doCancelOrder(func, param);
         else if (func == kPassOrder)
@@ -162,8 +162,8 @@ void COrderFuncService::doParserOrder(const std::string& func, const std::string
         else if (isSmart(func))
             place(func, param, algoParam);
     } catch (const CHostError&) {
-        reportFailure(
-            utils::fillText(QStringLiteral("函数交易 %1 因主机异常而中止"), {QString::fromStdString(func)}));
+        reportFailure(utils::fillText(QStringLiteral("函数交易 %1 因主机异常而中断, 请核对委托"),
+                                      {QString::fromStdString(func)}));
         throw;
     }
 }
@@ -176,11 +176,11 @@ bool COrderFuncService::prepare(COrderFuncParam& funcParam, const std::string& t
     if (error.empty()) strategy = TC::getStrategy(funcParam, error);
     if (!error.empty()) {
         logFuncLine(utils::ELogLevel::Error, kEntryName,
-                    "func:" + funcParam.m_strFuncName.toStdString() + ", error reasion:" + error);
-        return fail(funcParam, QString::fromUtf8(kFailed), QString::fromStdString(error));
+                    {"func:", funcParam.m_strFuncName.toStdString(), ", error reasion:", error});
+        return failPlainly(funcParam, QString::fromUtf8(kFailed), QString::fromStdString(error));
     }
-    if (!TC::checkAccount(strategy)) return fail(funcParam, QString::fromUtf8(kBadAccount));
-    return TC::checkAccountStatus(strategy) || fail(funcParam, QString::fromUtf8(kNotLoggedIn));
+    if (!TC::checkAccount(strategy)) return failPlainly(funcParam, QString::fromUtf8(kBadAccount));
+    return TC::checkAccountStatus(strategy) || failPlainly(funcParam, QString::fromUtf8(kNotLoggedIn));
 }
 
 void COrderFuncService::place(const std::string& func, const std::string& param,
@@ -190,16 +190,11 @@ void COrderFuncService::place(const std::string& func, const std::string& param,
     COrderStrategyParam strategy;
     if (!prepare(funcParam, param, strategy)) return;
     announce(funcParam, strategy.m_eTradeType);
-    const CRoutine routine = routineOf(funcParam, strategy.m_eTradeType);
-    if (routine == nullptr) {
-        fail(funcParam, QString::fromUtf8(kBadTradeType));
-        return;
-    }
-    routine(funcParam, strategy, reporterOf(funcParam), algoParam);
+    routeCall(funcParam, strategy, reporterOf(funcParam), algoParam);
 }
 
-bool COrderFuncService::fail(const COrderFuncParam& funcParam, const QString& pattern,
-                             const QString& detail) {
+bool COrderFuncService::failPlainly(const COrderFuncParam& funcParam, const QString& pattern,
+                                    const QString& detail) {
     reporterOf(funcParam).reportPlainly(utils::fillText(pattern, {funcParam.m_strFuncName, detail}));
     return false;
 }

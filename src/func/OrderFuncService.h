@@ -34,7 +34,7 @@ class CFuncReporter;
 /// docs/function-trading.md describes the functions, their parameters and their failures.
 ///
 /// The host creates the service on its main thread after installHost, stores it with initInstance and calls
-/// init. It calls release before releaseHost, when no thread uses the service any more. It does not need a
+/// init. It ends its models, and calls release before releaseHost. It does not need a
 /// COrderService.
 ///
 /// Except for the call-back the service has no state. Unless stated otherwise, an operation may be called
@@ -52,8 +52,8 @@ public:
     COrderFuncService();
     ~COrderFuncService() override;
 
-    /// Deletes the service and clears the singleton. Main thread. Inside a call-back of the library it is
-    /// refused with a message, and the service is kept.
+    /// Deletes the service and clears the singleton. Main thread. Inside a call-back of the library, and
+    /// while a call of a function runs on any thread, it is refused with a message, and the service is kept.
     static void release();
 
     /// Registers onParamCallBack with the host's formula manager, if the host has one, and connects
@@ -135,7 +135,7 @@ public:
     /// The number of contracts that the money buys. The operation is not used.
     int getAccountFuturesNum(std::string& accountKey, EOperationType op, QString& code, double money,
                              double price) const;
-    /// The legal volume: rounded down to the unit, with two exceptions. unit: at least 1.
+    /// The legal volume: rounded down to the unit, with two exceptions. A unit below 1 is treated as 1.
     long long calcRightOrderVolume(EOperationType op, long long volume, int unit, long long canVolume);
     /// The message for the algorithm platform; empty if the settings cannot be read.
     std::string getAlgParamsStr(const std::string& text, std::vector<CCodeOrderParam> records);
@@ -153,14 +153,13 @@ public slots:
     void slotOrderCheckFaild(const knservice::COrderCommandPtr& command, const utils::KNError& error);
 
 private:
-    struct CEntry; ///< what the formula manager's call-back shares with the service
+    class CRunningCall;
+    class CEntry; ///< what the formula manager's call-back shares with the service
 
     void place(const std::string& func, const std::string& param, const std::string& algoParam);
     bool prepare(COrderFuncParam& funcParam, const std::string& text, COrderStrategyParam& strategy);
-    void route(const COrderFuncParam& funcParam, const COrderStrategyParam& strategy,
-               const std::string& algoParam);
     /// Reports the text to the user and to the caller. Always returns false.
-    bool fail(const COrderFuncParam& funcParam, const QString& pattern, const QString& detail = {});
+    bool failPlainly(const COrderFuncParam& funcParam, const QString& pattern, const QString& detail = {});
     CFuncReporter reporterOf(const COrderFuncParam& param) const;
 
     COrderFailedCallback m_orderFailedCallback;

@@ -98,7 +98,7 @@ void takeAlgorithm(const std::string& algoParam, CCodeOrderParam& record) {
         (void)readValidTimeEnd(algoParam, record.m_nValidTimeEnd);
     } catch (const std::exception& error) {
         logFuncLine(utils::ELogLevel::Info, "TC::COrderFuncService::orderStock",
-                    std::string("COrderFuncService parser smartAlgo Param error ") + error.what());
+                    {"COrderFuncService parser smartAlgo Param error ", error.what()});
     }
 }
 

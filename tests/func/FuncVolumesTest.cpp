@@ -144,7 +144,8 @@ TEST_F(FuncVolumes, MoneyBuysContractsByTheFeeRecord) {
     EXPECT_EQ(getAccountFuturesNum("A1", code, 1e-5, 4000), 0);
     EXPECT_EQ(getAccountFuturesNum("A1", code, 2500000, 0), 0);
     EXPECT_EQ(getAccountFuturesNum("A1", code, 2500000, DBL_MAX), 0);
-    EXPECT_EQ(getAccountFuturesNum("A1", code, 1e300, 1e-3), 0); // does not fit an int
+    EXPECT_EQ(getAccountFuturesNum("A1", code, 1e300, 1e-3), 2147483646); // no order can hold it
+    EXPECT_EQ(getAccountFuturesNum("A1", code, -1e300, 1e-3), -2147483646);
     EXPECT_EQ(getAccountFuturesNum("A1", code, std::nan(""), 4000), 0);
     for (const double multiplier : {0.0, DBL_MAX}) {
         const auto detail = boost::make_shared<CInstrumentDetail>();

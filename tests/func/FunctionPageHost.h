@@ -308,6 +308,8 @@ private:
              }},
             {"refuses", [this] { isRefusing = true; }},
             {"call-back throws", [this] { onHeard = [] { throw std::runtime_error("not today"); }; }},
+            {"call-back repeats",
+             [this] { onHeard = [] { service().doParserOrder("passorder", "{}", {}); }; }},
             {"call-back releases", [this] { onHeard = [] { TC::COrderFuncService::release(); }; }},
             {"10005001 without data", [this] { host.exchange.others.erase(QStringLiteral("10005001")); }},
             {"000001 unknown", [this] { host.exchange.stocks.erase(QStringLiteral("SZ000001")); }},

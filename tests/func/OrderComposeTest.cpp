@@ -4,6 +4,7 @@
 #include "tests/func/RoutineFixture.h"
 #include "tests/support/LogCapture.h"
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -177,6 +178,10 @@ TEST_F(OrderCompose, NegativeVolumesLeaveTheRowOut) {
 TEST_F(OrderCompose, VolumesBeyondAnIntGiveNoRecord) {
     EXPECT_EQ(volumesOf({{"modelVolume", "\"2147483646\""}}), CVolumes{});
     EXPECT_EQ(leftOut(), "2 SH600000: the volume is larger than an order can be");
+    host.audit.incidents.clear();
+    EXPECT_EQ(volumesOf({{"orderType", "2201"}, {"accountID", "\"G\""}, {"modelVolume", "\"2147483646\""}}),
+              CVolumes{});
+    EXPECT_EQ(leftOut(), "2 SH600000: the volume is larger than an order can be"); // rows, not accounts
 }
 
 TEST_F(OrderCompose, RowsWithoutVolumeAreLeftOutUnlessMoneyIsShared) {
@@ -245,7 +250,7 @@ TEST_F(OrderCompose, FuturesByVolumeMoneyAndRatio) {
     EXPECT_EQ(volumesOf({{"orderType", "2102"}, {"modelVolume", "\"-3700000\""}}), CVolumes{});
     accounts["F1"]->m_dUsable = 10;
     call(orderCompose, {});
-    param.m_nOrderType = 2103; // the parser refuses a ratio of futures
+    param.m_nOrderType = 2103; // by text only with a futures leg: 2333
     param.m_dModelVolume = 0.5;
     forget();
     callParsed(orderCompose);
@@ -453,6 +458,78 @@ TEST_F(OrderCompose, LargeBasketIsOneCommand) {
         addRow("SH", "600000", 100, 1);
     const CVolumes volumes = volumesOf({{"modelVolume", "\"1\""}});
     EXPECT_EQ(volumes, CVolumes(5000, 100));
+}
+
+TEST_F(OrderCompose, GuardLeavesOutAWeightThatWouldOverspend) {
+    rows()[1].m_dWeight = -0.5;
+    EXPECT_EQ(volumesOf({{"orderType", "2102"}, {"modelVolume", "\"40000\""}}), CVolumes{8000});
+    host.audit.incidents.clear();
+    host.switches.on.insert("mdl_order_command_guard");
+    for (const double weight : {-0.5, std::numeric_limits<double>::infinity(), std::nan("")}) {
+        rows()[1].m_dWeight = weight;
+        host.audit.incidents.clear();
+        EXPECT_EQ(volumesOf({{"orderType", "2102"}, {"modelVolume", "\"40000\""}}), CVolumes{4000});
+        EXPECT_EQ(leftOut(), "1 SZ000001: the weight is below zero or not finite");
+        EXPECT_EQ(volumesOf(), (CVolumes{200, 300})); // weights do not matter for volumes
+    }
+}
+
+TEST_F(OrderCompose, GuardRefusesARecordWithoutAnOperation) {
+    host.switches.on.insert("mdl_order_command_guard");
+    rows()[0].m_eOperationType = -1;
+    call(orderCompose, {});
+    param.m_nOpType = 35;
+    forget();
+    callParsed(orderCompose);
+    EXPECT_TRUE(host.commands().empty());
+    ASSERT_EQ(failures.size(), 1u);
+    EXPECT_NE(failures[0].text.find("没有操作类型"), std::string::npos);
+}
+
+TEST_F(OrderCompose, LeftOutRowsAreNotReportedIfTheCommandIsRefused) {
+    rows()[0].m_strCode = QStringLiteral("999999");
+    order({{"prType", "7"}});
+    EXPECT_TRUE(host.audit.incidents.empty());
+    host.switches.on.insert("mdl_order_command_guard");
+    rows()[1].m_nVolume = 20;
+    order();
+    EXPECT_TRUE(host.commands().empty());
+    EXPECT_TRUE(host.audit.incidents.empty());
+}
+
+TEST_F(OrderCompose, SettingIsThatOfTheFamily) {
+    const auto remarkOf = [&](int tradeType, ESettingSlot slot) {
+        param.m_nTradeType = tradeType;
+        param.m_nPrType = -1;
+        param.m_strNote.clear();
+        strategy.setting(slot).m_strCmdLog = "slot " + std::to_string(static_cast<int>(slot));
+        strategy.setting(slot).m_ePriceType = EPriceType::Latest;
+        forget();
+        orderCompose(param, strategy, CFuncReporter(param.m_strTradeKey, {}));
+        return onlyCommand()->m_strRemark;
+    };
+    call(orderCompose, {});
+    EXPECT_EQ(remarkOf(2, ESettingSlot::StockBasket), "slot 6");
+    EXPECT_EQ(remarkOf(10, ESettingSlot::FunctionHGT), "slot 13");
+    EXPECT_EQ(remarkOf(9, ESettingSlot::FunctionSGT), "slot 14");
+    addFutures();
+    call(orderCompose, {});
+    EXPECT_EQ(remarkOf(8, ESettingSlot::FutureBasket), "slot 7");
+}
+
+TEST_F(OrderCompose, FlagOfTheStrategyIsNotForSales) {
+    const auto flagOf = [&](int opType) {
+        param.m_nOpType = opType;
+        strategy.m_bCommandFlag = true;
+        forget();
+        orderCompose(param, strategy, CFuncReporter(param.m_strTradeKey, {}));
+        return onlyCommand()->m_bCommandFlag;
+    };
+    call(orderCompose, {});
+    for (const int opType : {25, 27, 29, 33})
+        EXPECT_TRUE(flagOf(opType)) << opType;
+    for (const int opType : {26, 28, 31, 34, 35, 36})
+        EXPECT_FALSE(flagOf(opType)) << opType;
 }
 
 // The futures leg.

@@ -186,7 +186,7 @@ TEST_F(OrderCredit, RepaymentOfMoneyNeedsNoQuoteAndNoInstrument) {
 
 TEST_F(OrderCredit, RepaymentNeedsAnAmount) {
     for (const char* orderType : {"1101", "1102"}) {
-        for (const char* amount : {"\"inf\"", "\"1e400\"", "\"-inf\""}) {
+        for (const char* amount : {"\"inf\"", "\"1e400\"", "\"-inf\"", "\"1.7976931348623157e308\""}) {
             forget();
             order({{"opType", "32"}, {"orderType", orderType}, {"modelVolume", amount}});
             EXPECT_TRUE(host.commands().empty()) << amount << orderType;

@@ -1,5 +1,6 @@
 // The entry of function trading: names, the sequence of a call, its routine, and how failures travel back.
 #include "orderservice/base/Bson.h"
+#include "orderservice/func/FuncRoutes.h"
 #include "orderservice/platform/FormulaManager.h"
 #include "orderservice/platform/HostCall.h"
 #include "tests/func/FuncServiceFixture.h"
@@ -9,6 +10,8 @@
 
 #include <boost/lexical_cast.hpp>
 
+#include <future>
+#include <memory>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -325,12 +328,40 @@ TEST_F(OrderFuncService, CallbackMayOrderItself) {
     EXPECT_EQ(onlyCommand()->m_codes.size(), 1u);
 }
 
+TEST_F(OrderFuncService, CallbackThatRepeatsAFailingCallComesToAnEnd) {
+    int calls = 0;
+    service.registOrderFailedCallback([&](const int&, const std::string&, const utils::KNError&) {
+        ++calls;
+        pass({{"orderCode", "\"\""}});
+    });
+    pass({{"orderCode", "\"\""}});
+    EXPECT_EQ(calls, 8);
+    EXPECT_EQ(host.messageTexts().back(),
+              QStringLiteral("[接口单]　函数交易下单失败的回调层数过多, 本次失败未通知调用者!"));
+    pass({{"orderCode", "\"\""}}); // the next failure is told again
+    EXPECT_EQ(calls, 16);
+}
+
+TEST_F(OrderFuncService, CallbackMayRemoveItself) {
+    const auto text = std::make_shared<std::string>("alive");
+    std::string read;
+    service.registOrderFailedCallback(
+        [this, &read, text](const int&, const std::string&, const utils::KNError&) {
+            service.registOrderFailedCallback({});
+            read = *text;
+        });
+    pass({{"orderCode", "\"\""}});
+    EXPECT_EQ(read, "alive");
+    EXPECT_EQ(text.use_count(), 1); // the service keeps nothing of it
+}
+
 TEST_F(OrderFuncService, ExceptionOfTheHostIsReportedAndReachesTheCaller) {
     host.orders.onCommand = [](const COrderComandParamPtr&) { throw std::runtime_error("no line"); };
     EXPECT_THROW(pass(), CHostError);
     const std::vector<QString> texts = host.messageTexts();
     ASSERT_FALSE(texts.empty());
-    EXPECT_TRUE(texts.back().startsWith(QStringLiteral("[接口单]　函数交易 passorder 因主机异常而中止: ")));
+    EXPECT_TRUE(texts.back().startsWith(
+        QStringLiteral("[接口单]　函数交易 passorder 因主机异常而中断, 请核对委托: ")));
     EXPECT_TRUE(texts.back().contains(QStringLiteral("no line")));
 }
 
@@ -341,6 +372,111 @@ TEST_F(OrderFuncService, FailedCallLeavesTheServiceAsItWas) {
     pass();
     EXPECT_EQ(onlyCommand()->m_codes.at(0).m_nVolume, 300);
     EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(OrderFuncService, TradeTypesWithoutARoutineAreReportedPlainly) {
+    for (const int type : {5, 7, 11, -1}) {
+        forget();
+        failures.clear();
+        COrderFuncParam funcParam;
+        funcParam.m_strFuncName = QStringLiteral("passorder");
+        funcParam.m_strTradeKey = "x|key|7";
+        COrderStrategyParam of;
+        of.m_eTradeType = static_cast<EOrderStrategyTradeType>(type);
+        const COrderFailedCallback callback = [this](const int& id, const std::string& key,
+                                                     const utils::KNError& error) {
+            failures.push_back({id, key, error.errorMsg()});
+        };
+        routeCall(funcParam, of, CFuncReporter(funcParam.m_strTradeKey, callback), {});
+        expectPlain(QStringLiteral("[函数交易]　函数: passorder, 交易类型错误"));
+    }
+}
+
+TEST_F(OrderFuncService, OtherOperationsGiveWhatTheirFunctionsGive) {
+    EXPECT_TRUE(service.isComposeOrderType(22));
+    EXPECT_FALSE(service.isComposeOrderType(21));
+    EXPECT_EQ(service.tranAccountType("credit"), 3);
+    EXPECT_EQ(service.str2KNError("text").errorId(), -1);
+    EXPECT_TRUE(service.str2KNError("").isSuccess());
+    host.rules.displayIds["A2"] = QStringLiteral("8002");
+    EXPECT_EQ(service.translateAccountID("8002", EOrderStrategyTradeType::Stock), "A2");
+    COrderFuncParam funcParam;
+    std::string error;
+    service.parserParam(funcParam, textOf(), error);
+    EXPECT_EQ(error, "");
+    EXPECT_EQ(funcParam.m_dModelPrice, 10.4);
+    const COrderStrategyParam of = service.getStrategy(funcParam, error);
+    EXPECT_EQ(of.m_strSelectedAccount, QStringLiteral("A1"));
+    EXPECT_TRUE(service.checkAccount(of));
+    EXPECT_TRUE(service.checkAccountStatus(of));
+    host.trade.loginStatus["A1"] = 2;
+    EXPECT_FALSE(service.checkAccountStatus(of));
+    host.trade.loginStatus.clear();
+    EXPECT_FALSE(service.fillStkOptionParam(funcParam = {}, static_cast<PassorderFunOrderType>(50), error));
+    EXPECT_EQ(error, "下单数量/金额/比例为0");
+}
+
+TEST_F(OrderFuncService, VolumeOperationsGiveWhatTheirFunctionsGive) {
+    std::string key = "A1";
+    QString code = QStringLiteral("SH600000");
+    accounts["A1"]->m_dUsable = 1234;
+    EXPECT_EQ(service.getCanOrderVolume(key, EOperationType::Sell, code, 10.5), 1234);
+    EXPECT_NE(accounts["A1"]->m_calls.at(0).find("op 19"), std::string::npos);
+    EXPECT_EQ(service.getAccountPercentNum(key, EOperationType::Sell, 1123, code, 10.5, 0.5), 600);
+    EXPECT_EQ(service.calcRightOrderVolume(EOperationType::Buy, 250, 100, 0), 200);
+    EXPECT_EQ(service.calcRightOrderVolume(EOperationType::Buy, 250, 0, 0), 250); // no division by zero
+    const auto fee = boost::make_shared<knservice::CInstrumentFee>();
+    const auto detail = boost::make_shared<CInstrumentDetail>(*host.exchange.getCodeInfo(code));
+    detail->m_dMultiplier = 100;
+    fee->m_instrument = detail;
+    accounts["A1"]->m_fees[knservice::CInstrumentFee::genKey(*detail, *host.user.accounts.at("A1"))] = fee;
+    EXPECT_EQ(service.getAccountFuturesNum(key, EOperationType::Buy, code, 21000, 10.5), 20);
+    COrderFuncService::CAccounts none;
+    {
+        const auto request = service.prepareCode(code, none);
+        EXPECT_EQ(host.quotes.liveSubscriptions, 1);
+        EXPECT_EQ(host.quotes.subscribed.back(), code);
+    }
+    EXPECT_EQ(host.quotes.liveSubscriptions, 0);
+}
+
+TEST_F(OrderFuncService, RoutinesAndTheMessageCanBeCalledThemselves) {
+    std::string error;
+    COrderFuncParam funcParam;
+    service.parserParam(funcParam, textOf(), error);
+    const COrderStrategyParam of = service.getStrategy(funcParam, error);
+    service.orderStock(funcParam, of, {});
+    service.orderCredit(funcParam, of); // 23 is a purchase there too
+    ASSERT_EQ(host.commands().size(), 2u);
+    EXPECT_EQ(host.commands()[1]->m_eTraderType, EQdTraderType::Credit);
+    EXPECT_EQ(host.commands()[1]->m_codes.at(0).m_eOperationType, EOperationType::Buy);
+    EXPECT_NE(service.getAlgParamsStr("{}", host.commands()[0]->m_codes).find("55=600000"),
+              std::string::npos);
+    funcParam.m_nOpType = 24;
+    service.orderCredit(funcParam, of);
+    EXPECT_EQ(host.commands()[2]->m_codes.at(0).m_eOperationType, EOperationType::Sell);
+    forget();
+    service.orderSpec(funcParam, of);
+    service.orderOption(funcParam, of);
+    EXPECT_EQ(host.errorTexts().size(), 2u); // neither knows the code or the number
+    QString text = QStringLiteral("text");
+    forget();
+    service.sendMsg(text, utils::ELogLevel::Warn);
+    EXPECT_EQ(host.messageTexts(), std::vector<QString>{text});
+    funcParam.m_nPrType = 5;
+    service.orderCompose(funcParam, of);
+    EXPECT_EQ(onlyCommand()->m_eTraderType, EQdTraderType::Basket);
+}
+
+TEST_F(OrderFuncService, PositionsBecomeTheOrdersThatReachTheTargets) {
+    host.tasks.accountData.erase("A1");
+    host.tasks.addPosition(host.user.accounts.at("A1"), "SH", "600000", 300);
+    QVector<COrderSingleParam> rows(1);
+    rows[0].m_strCode = QStringLiteral("600000");
+    rows[0].m_nVolume = 500;
+    service.exchangePosition(host.user.accounts.at("A1"), rows);
+    ASSERT_EQ(rows.size(), 1);
+    EXPECT_EQ(rows[0].m_nVolume, 200); // the multiplier is 1
 }
 
 // What the trading layer refuses.
@@ -364,6 +500,7 @@ TEST_F(OrderFuncService, RefusedCommandReachesTheCaller) {
 
 TEST_F(OrderFuncService, RefusalOnAnotherThreadIsQueued) {
     service.init();
+    service.init(); // a second call must not double the reports
     std::thread([&] {
         emit host.trade.sigOrderCheckFailed(commandOf("a|b|7"), utils::KNError(3, "no money"));
     }).join();
@@ -442,6 +579,31 @@ TEST_F(OrderFuncLife, ReleaseInsideACallbackIsRefused) {
     EXPECT_NE(COrderFuncService::instance(), nullptr);
     EXPECT_EQ(host.messageTexts().back(),
               QStringLiteral("[函数交易]　不能在回调中关闭函数交易服务, 请在主线程调用!"));
+}
+
+TEST_F(OrderFuncLife, ReleaseWhileACallRunsIsRefused) {
+    CFakeClock clock;
+    COrderFuncService::initInstance(new COrderFuncService);
+    COrderFuncService::instance()->init();
+    std::promise<void> isInside, mayEnd;
+    host.quotes.onRead = [&](const QString&, int) {
+        isInside.set_value();
+        mayEnd.get_future().wait();
+        host.quotes.onRead = {};
+    };
+    host.user.kind = 90;
+    std::thread model([&] {
+        formulas.callback("passorder", R"({"opType":23,"orderType":1101,"prType":5,"modelVolume":"100",
+                                           "accountID":"A1","orderCode":"600000"})");
+    });
+    isInside.get_future().wait();
+    COrderFuncService::release();
+    EXPECT_NE(COrderFuncService::instance(), nullptr);
+    EXPECT_EQ(host.messageTexts().back(), QStringLiteral("[函数交易]　函数仍在执行, 函数交易服务未关闭!"));
+    mayEnd.set_value();
+    model.join();
+    COrderFuncService::release();
+    EXPECT_EQ(COrderFuncService::instance(), nullptr);
 }
 
 TEST(OrderFuncWithoutModels, InitNeedsNoFormulaManager) {
