@@ -14,6 +14,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
@@ -187,17 +188,23 @@ struct CControlDoor::CState : IClientOwner {
 
     void accept() {
         m_acceptor.async_accept([this](const error_code& error, stream_protocol::socket socket) {
+            // A client may have been accepted just before the acceptor was closed.
+            if (!error) take(std::move(socket));
             if (!m_acceptor.is_open()) return;
             if (error) return pause();
-            const auto client = std::make_shared<CClient>(std::move(socket), *this);
-            const bool isFull = m_clients.size() >= m_limits.m_nClients;
-            m_clients.insert(client);
-            if (isFull)
-                client->turnAway(fullAnswer(m_limits.m_nClients));
-            else
-                client->begin();
             accept();
         });
+    }
+    void take(stream_protocol::socket socket) {
+        const auto client = std::make_shared<CClient>(std::move(socket), *this);
+        const bool isFull = m_clients.size() >= m_limits.m_nClients;
+        m_clients.insert(client);
+        if (m_bFinishing)
+            client->finish();
+        else if (isFull)
+            client->turnAway(fullAnswer(m_limits.m_nClients));
+        else
+            client->begin();
     }
     void pause() {
         m_pause.expires_after(kAcceptPause);
@@ -205,15 +212,24 @@ struct CControlDoor::CState : IClientOwner {
             if (!error && m_acceptor.is_open()) accept();
         });
     }
-    /// Also takes no more requests: the thread "calls" ends when it has carried out those that wait.
+    /// Also takes no more requests: the thread "calls" ends when it has carried out those that wait. Clients
+    /// that have connected already get an answer.
     void stopAccepting() {
         m_callWork.reset();
-        error_code ignored;
-        m_acceptor.close(ignored);
-        m_pause.cancel(ignored);
         ::unlink(m_folder.pathOf(kControlSocketName).c_str());
+        ::shutdown(m_acceptor.native_handle(), SHUT_RDWR); // from now on nobody can connect
+        error_code error;
+        m_acceptor.non_blocking(true, error);
+        while (!error) {
+            stream_protocol::socket socket(m_io);
+            m_acceptor.accept(socket, error);
+            if (!error) take(std::move(socket));
+        }
+        m_acceptor.close(error);
+        m_pause.cancel(error);
     }
     void finishClients() {
+        m_bFinishing = true;
         const std::set<CClientPtr> clients = m_clients;
         for (const CClientPtr& client : clients)
             client->finish();
@@ -227,6 +243,7 @@ struct CControlDoor::CState : IClientOwner {
     stream_protocol::acceptor m_acceptor;
     asio::steady_timer m_pause;
     std::set<CClientPtr> m_clients;
+    bool m_bFinishing = false; ///< no request runs any more, and no client is kept
     asio::executor_work_guard<asio::io_context::executor_type> m_callWork;
     std::thread m_ioThread;
     std::thread m_callThread;

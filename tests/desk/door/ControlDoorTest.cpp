@@ -281,6 +281,35 @@ TEST_F(ControlDoor, EndWaitsForTheRequestsThatWereRead) {
     closed.wait();
 }
 
+/// Otherwise a client would not know whether its request was carried out.
+TEST_F(ControlDoor, EveryClientThatConnectsGetsAnAnswerAlsoAtTheEnd) {
+    constexpr int kClients = 8;
+    std::atomic<int> answers{0};
+    CControlDoor door(echo);
+    ASSERT_EQ(open(door, folder.path()), "");
+    const auto callUntilTheEnd = [&] {
+        for (;;) {
+            boost::asio::io_context io;
+            stream_protocol::socket probe(io);
+            if (!connectToControlSocket(folder.path(), probe).isSuccess()) return true;
+            boost::system::error_code error;
+            boost::asio::write(probe, boost::asio::buffer("one\n", 4), error);
+            std::string line;
+            boost::asio::read_until(probe, boost::asio::dynamic_buffer(line), '\n', error);
+            if (error) return false;
+            ++answers;
+        }
+    };
+    std::vector<std::future<bool>> clients;
+    for (int i = 0; i < kClients; ++i)
+        clients.push_back(std::async(std::launch::async, callUntilTheEnd));
+    while (answers < 100)
+        std::this_thread::yield();
+    door.close();
+    for (std::future<bool>& client : clients)
+        EXPECT_TRUE(client.get());
+}
+
 TEST_F(ControlDoor, ManyClientsGetTheirOwnAnswers) {
     constexpr int kClients = 8;
     constexpr int kRequests = 50;
