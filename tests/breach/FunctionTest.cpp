@@ -268,6 +268,35 @@ TEST_F(FunctionTrading, ErrorAtTheSecondAccountSendsNothingForTheFirst) {
     EXPECT_EQ(run.commandCount(), 0u);
 }
 
+TEST_F(FunctionTrading, EachOfTenCallersGetsItsOwnErrors) {
+    constexpr int kCallers = 10;
+    constexpr int kCalls = 20;
+    thread_local bool t_isBroken = false;
+    run.host.breaches.arm("CAccountData::getUsableVolume", [] {
+        if (t_isBroken) throw std::runtime_error("broken");
+    });
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> callers;
+    for (int caller = 0; caller < kCallers; ++caller) {
+        callers.emplace_back([&wrong, caller] {
+            t_isBroken = caller % 2 == 0;
+            for (int call = 0; call < kCalls; ++call) {
+                bool hasThrown = false;
+                try {
+                    TC::COrderFuncService::instance()->doParserOrder("passorder", calls::orderText(), {});
+                } catch (const TC::CHostError&) {
+                    hasThrown = true;
+                }
+                if (hasThrown != t_isBroken) ++wrong;
+            }
+        });
+    }
+    for (std::thread& caller : callers)
+        caller.join();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(run.commandCount(), static_cast<std::size_t>(kCallers / 2 * kCalls));
+}
+
 /// A formula manager may call back at once, before init has returned.
 TEST_F(FunctionTrading, ModelMayOrderWhileItsCallbackIsRegistered) {
     run.host.breaches.arm("CFormulaManager::registerOrderCallBack",
