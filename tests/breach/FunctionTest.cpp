@@ -3,6 +3,8 @@
 #include "tests/breach/FunctionCalls.h"
 #include "tests/docs/PageTable.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <atomic>
 #include <future>
@@ -123,6 +125,9 @@ protected:
         const EEnd end = GetParam().m_eEnd;
         const std::size_t commands = run.commandCount();
         const std::ptrdiff_t before = reports();
+        int failures = 0;
+        TC::COrderFuncService::instance()->registOrderFailedCallback(
+            [&](const int&, const std::string&, const utils::KNError&) { ++failures; });
         run.host.breaches.arm(operation(), act);
         GetParam().m_pfnCall(run);
         run.host.breaches.disarm();
@@ -130,6 +135,8 @@ protected:
         EXPECT_EQ(reports() - before, end == EEnd::OnlyThrown ? 0 : 1);
         EXPECT_EQ(run.commandCount(), end == EEnd::Reported ? commands + 1 : commands);
         EXPECT_EQ(cancels(), 0u);
+        EXPECT_EQ(failures, 0) << "the caller has the error already";
+        TC::COrderFuncService::instance()->registOrderFailedCallback({});
         if (run.hostError.find("registerOrderCallBack") != std::string::npos) run.renewFunctions();
         expectGoodCall();
     }
@@ -266,6 +273,25 @@ TEST_F(FunctionTrading, ErrorAtTheSecondAccountSendsNothingForTheFirst) {
     EXPECT_EQ(asked, 2);
     EXPECT_EQ(run.hostError, "CAccountData::getUsableVolume: broken");
     EXPECT_EQ(run.commandCount(), 0u);
+}
+
+TEST_F(FunctionTrading, InitMayBeRepeatedAfterAnError) {
+    run.host.breaches.arm("CFormulaManager::registerOrderCallBack",
+                          [] { throw std::runtime_error("broken"); });
+    run.renewFunctions();
+    EXPECT_EQ(run.hostError, "CFormulaManager::registerOrderCallBack: broken");
+    int refusals = 0;
+    TC::COrderFuncService::instance()->registOrderFailedCallback(
+        [&](const int&, const std::string&, const utils::KNError&) { ++refusals; });
+    const auto command = boost::make_shared<knservice::COrderCommand>();
+    command->m_strTradeKey = "x|key|7";
+    emit run.host.trade.sigOrderCheckFailed(command, utils::KNError(3, "no money"));
+    EXPECT_EQ(refusals, 0);
+    run.host.breaches.disarm();
+    run.attempt([](TC::COrderFuncService& functions) { functions.init(); });
+    EXPECT_EQ(run.hostError, "");
+    emit run.host.trade.sigOrderCheckFailed(command, utils::KNError(3, "no money"));
+    EXPECT_EQ(refusals, 1);
 }
 
 TEST_F(FunctionTrading, EachOfTenCallersGetsItsOwnErrors) {
