@@ -7,12 +7,18 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <functional>
 #include <future>
 #include <memory>
+#include <ostream>
 #include <regex>
 #include <set>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
