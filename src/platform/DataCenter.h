@@ -57,8 +57,8 @@ public:
     /// default there is no table.
     virtual const std::map<std::string, boost::shared_ptr<IData>>& getMapDataRef(int table);
     /// The volume in shares or lots that the account can order: what its money buys, or what it can sell or
-    /// close. DBL_MAX means no limit. By default 0: then every function call is refused. price: currency
-    /// units. market and code: UTF-8.
+    /// close. DBL_MAX means no limit. By default 0: then function calls are refused, except baskets, options
+    /// and repayments of money, which do not ask. price: currency units. market and code: UTF-8.
     virtual double getUsableVolume(const std::string& /*market*/, const std::string& /*code*/,
                                    TC::EOperationType, TC::EHedge_Flag_Type, double /*price*/) {
         return 0;

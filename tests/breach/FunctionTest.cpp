@@ -3,14 +3,22 @@
 #include "tests/breach/FunctionCalls.h"
 #include "tests/docs/PageTable.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <functional>
 #include <future>
 #include <memory>
+#include <ostream>
 #include <regex>
 #include <set>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -123,6 +131,9 @@ protected:
         const EEnd end = GetParam().m_eEnd;
         const std::size_t commands = run.commandCount();
         const std::ptrdiff_t before = reports();
+        int failures = 0;
+        TC::COrderFuncService::instance()->registOrderFailedCallback(
+            [&](const int&, const std::string&, const utils::KNError&) { ++failures; });
         run.host.breaches.arm(operation(), act);
         GetParam().m_pfnCall(run);
         run.host.breaches.disarm();
@@ -130,6 +141,8 @@ protected:
         EXPECT_EQ(reports() - before, end == EEnd::OnlyThrown ? 0 : 1);
         EXPECT_EQ(run.commandCount(), end == EEnd::Reported ? commands + 1 : commands);
         EXPECT_EQ(cancels(), 0u);
+        EXPECT_EQ(failures, 0) << "the caller has the error already";
+        TC::COrderFuncService::instance()->registOrderFailedCallback({});
         if (run.hostError.find("registerOrderCallBack") != std::string::npos) run.renewFunctions();
         expectGoodCall();
     }
@@ -266,6 +279,54 @@ TEST_F(FunctionTrading, ErrorAtTheSecondAccountSendsNothingForTheFirst) {
     EXPECT_EQ(asked, 2);
     EXPECT_EQ(run.hostError, "CAccountData::getUsableVolume: broken");
     EXPECT_EQ(run.commandCount(), 0u);
+}
+
+TEST_F(FunctionTrading, InitMayBeRepeatedAfterAnError) {
+    run.host.breaches.arm("CFormulaManager::registerOrderCallBack",
+                          [] { throw std::runtime_error("broken"); });
+    run.renewFunctions();
+    EXPECT_EQ(run.hostError, "CFormulaManager::registerOrderCallBack: broken");
+    int refusals = 0;
+    TC::COrderFuncService::instance()->registOrderFailedCallback(
+        [&](const int&, const std::string&, const utils::KNError&) { ++refusals; });
+    const auto command = boost::make_shared<knservice::COrderCommand>();
+    command->m_strTradeKey = "x|key|7";
+    emit run.host.trade.sigOrderCheckFailed(command, utils::KNError(3, "no money"));
+    EXPECT_EQ(refusals, 0);
+    run.host.breaches.disarm();
+    run.attempt([](TC::COrderFuncService& functions) { functions.init(); });
+    EXPECT_EQ(run.hostError, "");
+    emit run.host.trade.sigOrderCheckFailed(command, utils::KNError(3, "no money"));
+    EXPECT_EQ(refusals, 1);
+}
+
+TEST_F(FunctionTrading, EachOfTenCallersGetsItsOwnErrors) {
+    constexpr int kCallers = 10;
+    constexpr int kCalls = 20;
+    thread_local bool t_isBroken = false;
+    run.host.breaches.arm("CAccountData::getUsableVolume", [] {
+        if (t_isBroken) throw std::runtime_error("broken");
+    });
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> callers;
+    for (int caller = 0; caller < kCallers; ++caller) {
+        callers.emplace_back([&wrong, caller] {
+            t_isBroken = caller % 2 == 0;
+            for (int call = 0; call < kCalls; ++call) {
+                bool hasThrown = false;
+                try {
+                    TC::COrderFuncService::instance()->doParserOrder("passorder", calls::orderText(), {});
+                } catch (const TC::CHostError&) {
+                    hasThrown = true;
+                }
+                if (hasThrown != t_isBroken) ++wrong;
+            }
+        });
+    }
+    for (std::thread& caller : callers)
+        caller.join();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(run.commandCount(), static_cast<std::size_t>(kCallers / 2 * kCalls));
 }
 
 /// A formula manager may call back at once, before init has returned.
