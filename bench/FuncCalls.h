@@ -103,7 +103,10 @@ private:
         return TC::orderStrategyTradeTypeToBrokerType(m_kind.m_eTradeType);
     }
     void appendAccounts(std::vector<TC::CAccountInfoPtr>& accounts, std::vector<double>& ratios) const {
-        TC::getUserConfig()->getAccountsWeights(callBroker(), m_kind.m_eAccounts, m_account, accounts, ratios,
+        // A basket of stocks is tried on the accounts of stocks first, whatever the host says.
+        const bool isBasket = m_kind.m_eTradeType == TC::EOrderStrategyTradeType::Basket;
+        const TC::EQDBrokerType broker = isBasket ? TC::EQDBrokerType::Stock : callBroker();
+        TC::getUserConfig()->getAccountsWeights(broker, m_kind.m_eAccounts, m_account, accounts, ratios,
                                                 false);
     }
     bool isGroup() const { return m_kind.m_eAccounts == TC::ESelectedAccountType::Group; }

@@ -164,7 +164,7 @@ running = true
         }
         if (!crowd->isDone()) return true;
         if (!gone) gone = std::chrono::steady_clock::now();
-        isForgotten = openSockets() == socketsBefore + 1; // the socket of the listener
+        isForgotten = openSockets() == socketsBefore + 2; // those of the listener and of the control door
         return !isForgotten && std::chrono::steady_clock::now() - *gone < kForgetLimit;
     }
 
