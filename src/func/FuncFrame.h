@@ -83,7 +83,8 @@ void takePricesAndVolume(CFuncRun& run);
 /// Replaces the code by the full code of a stock, or of an instrument of a connect. Returns false if there is
 /// none.
 bool resolveFullCode(QString& code);
-/// On SH and SZ there are instruments whose price is quoted for another unit. Their money is divided by 100.
+/// Whether money is divided by 100, and not by the price, to get a volume of the instrument. There are such
+/// instruments on SH and SZ.
 bool isPricedAtPar(const CStockInfo& stock);
 /// The trading unit of the instrument; 1 if it is unknown.
 int minUnitOf(const CFuncRun& run);

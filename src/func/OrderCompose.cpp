@@ -1,5 +1,6 @@
 // Baskets of the user's settings: of stocks, of credit and of futures, by volume, money or ratio. A row that
-// cannot be traded is left out without a message; the audit gets a report.
+// cannot be traded, or an account that can have no order of it, is left out without a message; the audit gets
+// a report.
 #include "orderservice/check/CommandGuard.h"
 #include "orderservice/check/CommandRequest.h"
 #include "orderservice/check/LeftOutRows.h"
@@ -41,7 +42,7 @@ struct CBasketOperation {
     int number; ///< opType of the call, with 33 as 25 and 34 as 26
     EOperationType op;
     bool isFuture;
-    bool sharesByWeight; ///< money and ratios are divided over the rows by weight
+    bool sharesByWeight; ///< money and ratios of stocks are divided over the rows by weight
 };
 
 constexpr CBasketOperation kOperations[] = {
@@ -264,7 +265,7 @@ bool isRowPriceUsable(const CFuncRun& run, EOperationType op) {
     return !isInvalidPrice(price) && !isZero(price);
 }
 
-/// A row without a usable price is reported, and its common volume becomes 0.
+/// A row without a usable price is reported, and the volume that its accounts share becomes 0.
 void dropUnpricedVolume(CFuncRun& run, EOperationType op) {
     if (isRowPriceUsable(run, op)) return;
     fail(run, kNoRowPrice, {run.code, priceTypeText(run)});
@@ -332,7 +333,7 @@ bool checkCompose(CCompose& basket) {
     return isPlaced && isCmdUser() && checkFirstPrice(basket.run);
 }
 
-/// Sales and what replaces a position never have the flag.
+/// The numbers that never have the flag of the strategy.
 bool mayHaveFlag(int number) {
     static constexpr int kWithoutFlag[] = {26, 28, 31, 34, 35, 36};
     return std::find(std::begin(kWithoutFlag), std::end(kWithoutFlag), number) == std::end(kWithoutFlag);

@@ -71,9 +71,10 @@ public:
     /// function only.
     ///
     /// The results are commands, messages and failures. It blocks for up to two seconds for each instrument
-    /// that waits for its quote. It throws bson::CError if the text of a cancel cannot be read, and
-    /// boost::bad_lexical_cast if a call has failed whose trade key has three parts of which the third is no
-    /// number. The user has the message of that failure then, and nothing was sent.
+    /// that waits for its quote. It throws bson::CError if the text of a cancel cannot be read. It
+    /// throws boost::bad_lexical_cast if a call fails and the third of the three parts of its trade key is
+    /// not a number: nothing was sent, and the user has the message of that failure, except for credit orders
+    /// above the usable volume, whose failure only the caller gets.
     void doParserOrder(const std::string& func, const std::string& param, const std::string& algoParam);
 
     /// Replaces the call-back for failures. Call it before the first order: it is not guarded against a call
@@ -110,8 +111,8 @@ public:
     /// Subscribes to the quotes of the instrument for as long as the result lives.
     boost::shared_ptr<CQuoteRequest> prepareCode(const QString& code, CAccounts& accounts);
 
-    // The order routines. Each checks the call on all its accounts, and then sends one command or reports a
-    // failure.
+    // The order routines. Each checks the call on all its accounts. Then it sends one command, or reports a
+    // failure. If the user may not send commands, it does neither.
 
     /// Futures.
     void orderSpec(const COrderFuncParam& param, const COrderStrategyParam& strategy);
@@ -135,11 +136,12 @@ public:
     /// The number of contracts that the money buys. The operation is not used.
     int getAccountFuturesNum(std::string& accountKey, EOperationType op, QString& code, double money,
                              double price) const;
-    /// The legal volume: rounded down to the unit, with two exceptions. A unit below 1 is treated as 1.
+    /// The legal volume: rounded down to the unit. A sale of everything that can be sold, and a purchase of
+    /// 200 or more with the operation 1043, are not rounded. A unit below 1 is treated as 1.
     long long calcRightOrderVolume(EOperationType op, long long volume, int unit, long long canVolume);
     /// The message for the algorithm platform; empty if the settings cannot be read.
     std::string getAlgParamsStr(const std::string& text, std::vector<CCodeOrderParam> records);
-    /// Replaces target volumes by the orders that change the account's stock positions to them.
+    /// Turns the target positions of an account into the orders that reach them.
     void exchangePosition(boost::shared_ptr<CAccountInfo> account, QVector<COrderSingleParam>& orders);
 
     /// Cancels one order of an account, or all open ones. Throws bson::CError if the text cannot be read.
@@ -148,8 +150,8 @@ public:
     int tranAccountType(const std::string& text);
 
 public slots:
-    /// Reports a command that the trading layer has refused to its caller. A null command is ignored. If the
-    /// report fails, the user gets a message instead: the slot does not throw.
+    /// The trading layer has refused a command: tells the caller that made it. A null command is ignored. If
+    /// the report fails, the user gets a message instead: the slot does not throw.
     void slotOrderCheckFaild(const knservice::COrderCommandPtr& command, const utils::KNError& error);
 
 private:

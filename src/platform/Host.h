@@ -52,11 +52,13 @@ struct CHost {
 [[nodiscard]] ORDERSERVICE_EXPORT utils::KNError installHost(const CHost& host);
 
 /// Uninstalls the services. Main thread, after COrderService::release. Does nothing if no host is installed.
-/// A call inside a callback of the library or while a COrderService exists is refused: it shows a message and
-/// the host stays installed. Otherwise the next call of a service would end the process.
+/// A call inside a callback of the library or while a COrderService or a COrderFuncService exists is refused:
+/// it shows a message and the host stays installed. Otherwise the next call of a service would end the
+/// process.
 ORDERSERVICE_EXPORT void releaseHost();
 
-/// Keeps the host installed during its lifetime. The order service holds a lease. Any thread.
+/// Keeps the host installed during its lifetime. COrderService and
+/// COrderFuncService hold one each. Any thread.
 class ORDERSERVICE_EXPORT CHostLease {
 public:
     CHostLease();

@@ -8,9 +8,9 @@
 
 namespace TC {
 
-/// Receives finished commands and the reasons of refused orders. Both operations must be thread-safe. Today
-/// they are called on the service thread, and for the two-pass variant also on the main thread; function
-/// trading will call them on other threads.
+/// Receives finished commands and the reasons of refused orders. Both operations must be thread-safe. They
+/// are called on the service thread, for the two-pass variant also on the main thread, and on the threads of
+/// function calls.
 class ORDERSERVICE_EXPORT COrderClient : public CHostService<COrderClient> {
 public:
     static constexpr const char* kServiceName = "COrderClient";
@@ -22,9 +22,10 @@ public:
     /// are currency units.
     virtual void orderCommands(const COrderComandParamPtr& command) = 0;
 
-    /// Shows why an order was refused, or which rows are left out of a basket. For a basket there can be
-    /// several calls, and the basket may still be sent. For any other order there is at most one call, and
-    /// that order is refused. May be called while the lock of an account's data is held (CAccountData::Lock).
+    /// Shows why an order was refused, or what is left out of it: rows of a basket, or accounts of a function
+    /// call. For those there can be several calls, and the rest may still be sent. For any other order there
+    /// is at most one call, and that order is refused. May be called while the lock of an account's data is
+    /// held (CAccountData::Lock).
     virtual void showTradeError(const QString& text, const QString& title) = 0;
 };
 

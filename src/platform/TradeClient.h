@@ -30,7 +30,7 @@ public:
     /// so it must return at once.
     virtual EBROKER_LOGIN_STATUS getLoginStatus(const std::string& accountKey) = 0;
 
-    /// Divides a volume among accounts. Service thread.
+    /// Divides a volume among accounts. Service thread, and the threads of function calls.
     ///
     /// volume: shares or lots. kUnsetInt means that the volume could not be calculated; the call must fail
     /// then, or the value of kUnsetInt would be traded. price: currency units, used to calculate the funds
