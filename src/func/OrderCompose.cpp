@@ -278,6 +278,11 @@ double priceOfUsable(const CFuncRun& run) {
     return run.priceData && isInvalidPrice(price) ? finiteOrUnset(run.priceData->m_dLastPrice) : price;
 }
 
+/// A volume that no record can hold is not rounded, because the rounded one could be held.
+std::int64_t legalVolume(const CFuncRun& run, std::int64_t volume, std::int64_t can) {
+    return isStorable(volume) ? calcRightOrderVolume(run.op, volume, run.unit, can) : volume;
+}
+
 /// Adds the record of one account. A common volume that is rounded for an account is the volume of the next
 /// accounts too. Returns false if the call must end.
 bool addRowRecord(CCompose& basket, const CComposeRow& row, std::size_t index, double price) {
@@ -285,10 +290,10 @@ bool addRowRecord(CCompose& basket, const CComposeRow& row, std::size_t index, d
     const CAccountInfoPtr& account = run.accounts[index];
     const std::string key = hostCall<&CAccountInfo::getKey>.on(*account);
     const std::int64_t can = run.priceData ? getCanOrderVolume(key, run.op, run.code, price) : 0;
-    run.volume = calcRightOrderVolume(run.op, run.volume, run.unit, can);
+    run.volume = legalVolume(run, run.volume, can);
     const bool isByAccount = basket.accountVolumes.size() == run.accounts.size();
     const std::int64_t volume =
-        isByAccount ? calcRightOrderVolume(run.op, basket.accountVolumes[index], run.unit, can) : run.volume;
+        isByAccount ? legalVolume(run, basket.accountVolumes[index], can) : run.volume;
     CCodeOrderParam record = run.record;
     stampRecord(run, row.op, account, static_cast<int>(std::min(run.volume, kLargestVolume)),
                 run.strategy.m_ePositionType, record);

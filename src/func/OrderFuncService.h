@@ -37,8 +37,9 @@ class CFuncReporter;
 /// init. It ends its models, and calls release before releaseHost. It does not need a
 /// COrderService.
 ///
-/// Except for the call-back the service has no state. Unless stated otherwise, an operation may be called
-/// from any thread, runs on its caller's thread, and throws a CHostError if the host throws.
+/// Besides the call-back the service has only a count of the calls that run. Unless stated otherwise, an
+/// operation may be called from any thread, runs on its caller's thread, and throws a CHostError if the host
+/// throws.
 class ORDERSERVICE_EXPORT COrderFuncService : public QObject,
                                               public utils::CManualSingletonT<COrderFuncService> {
     Q_OBJECT

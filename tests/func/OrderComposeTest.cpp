@@ -175,6 +175,14 @@ TEST_F(OrderCompose, FuturesByVolumeMoneyAndRatio) {
     EXPECT_EQ(onlyCommand()->m_codes.at(0).m_nVolume, 5);
 }
 
+TEST_F(OrderCompose, MoneyBeyondAnIntIsNotRoundedIntoAnOrder) {
+    addFutures();
+    for (const char* key : {"CFFEXIF2609", "CFFEXIF2612"})
+        host.types.units[key] = 10;
+    EXPECT_EQ(volumesOf({{"orderType", "2102"}, {"modelVolume", "\"1e300\""}}), CVolumes{});
+    EXPECT_EQ(leftOut(), "2 CFFEXIF2609: the volume is larger than an order can be");
+}
+
 TEST_F(OrderCompose, AccountsWithoutAFeeRecordGetNoContractsForMoney) {
     addFutures();
     accounts["F1"]->m_fees.clear();
