@@ -34,8 +34,7 @@ class CFuncReporter;
 /// docs/function-trading.md describes the functions, their parameters and their failures.
 ///
 /// The host creates the service on its main thread after installHost, stores it with initInstance and calls
-/// init. It ends its models, and calls release before releaseHost. It does not need a
-/// COrderService.
+/// init. It ends its models, and calls release before releaseHost. It does not need a COrderService.
 ///
 /// Besides the call-back the service has only a count of the calls that run. Unless stated otherwise, an
 /// operation may be called from any thread, runs on its caller's thread, and throws a CHostError if the host

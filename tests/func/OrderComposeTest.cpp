@@ -100,6 +100,11 @@ TEST_F(OrderCompose, VolumesBeyondAnIntGiveNoRecord) {
     EXPECT_EQ(volumesOf({{"orderType", "2201"}, {"accountID", "\"G\""}, {"modelVolume", "\"2147483646\""}}),
               CVolumes{});
     EXPECT_EQ(leftOut(), "2 SH600000: the volume is larger than an order can be"); // rows, not accounts
+    host.audit.incidents.clear();
+    for (CBasketStockData& row : rows())
+        row.m_nVolume = 1; // whole lots of this volume would fit an int
+    EXPECT_EQ(volumesOf({{"modelVolume", "\"2147483646\""}}), CVolumes{});
+    EXPECT_EQ(leftOut(), "2 SH600000: the volume is larger than an order can be");
 }
 
 TEST_F(OrderCompose, RowsWithoutVolumeAreLeftOutUnlessMoneyIsShared) {
