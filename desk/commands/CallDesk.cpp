@@ -46,8 +46,9 @@ std::string mistakeIn(const CCallRequest& request) {
     if (!isUtf8(request.m_strFunction)) return "FUNCTION is not UTF-8";
     if (const std::string why = whyNoParam(request.m_strParam); !why.empty())
         return "JSON cannot be used: " + why;
-    if (request.m_strAlgo.empty()) return {};
-    const std::string why = whyNoParam(request.m_strAlgo);
+    if (const std::string why = whyAlgoIsWrong(request); !why.empty()) return why;
+    if (!request.m_algo) return {};
+    const std::string why = whyNoParam(*request.m_algo);
     return why.empty() ? std::string() : "the JSON of --algo cannot be used: " + why;
 }
 

@@ -40,7 +40,7 @@ public:
 std::string callFunction(const CCallRequest& request) {
     try {
         TC::COrderFuncService::instance()->doParserOrder(request.m_strFunction, request.m_strParam,
-                                                         request.m_strAlgo);
+                                                         request.m_algo.value_or(std::string()));
         return {};
     } catch (const std::exception& error) {
         return error.what();
@@ -62,7 +62,7 @@ CCallReport callAndReport(const CCallRequest& request) {
 
 CJson callBeginFields(const CCallRequest& request) {
     CJson fields{{"event", "asked"}, {"function", request.m_strFunction}, {"param", request.m_strParam}};
-    if (!request.m_strAlgo.empty()) fields["algo"] = request.m_strAlgo;
+    if (request.m_algo) fields["algo"] = *request.m_algo;
     return fields;
 }
 

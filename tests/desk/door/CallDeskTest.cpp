@@ -38,7 +38,8 @@ protected:
                                            "\n[[group]]\nname = \"lenders\"\nbroker = \"credit\"\n"
                                            "members = [{ account = \"C1\", weight = 1 }]\n");
     }
-    CPrinted call(const std::string& function, const std::string& param, const std::string& algo = {}) const {
+    CPrinted call(const std::string& function, const std::string& param,
+                  const std::optional<std::string>& algo = {}) const {
         std::ostringstream said, failed;
         CPrinted printed;
         printed.m_nCode = runCall(folder.path("desk"), {function, param, algo}, said, failed);
@@ -118,7 +119,7 @@ TEST_F(CallDesk, DeclinedCommandIsNotSent) {
 TEST_F(CallDesk, JournalHasTheCallAndItsOutcome) {
     EXPECT_EQ(runWith([&] {
                   call("passorder", kRepay);
-                  call("passorder", kUnknownAccount, "{}");
+                  call("smartalgopypassorder", kUnknownAccount, "{}");
               }),
               0);
     const std::string shown = shownJournal();
@@ -131,7 +132,8 @@ TEST_F(CallDesk, JournalHasTheCallAndItsOutcome) {
     EXPECT_TRUE(std::regex_search(
         shown,
         std::regex(
-            "  call  refused, call #\\d+\n    \\[函数交易\\]　函数: passorder, 账号组或账号非法或不存在!\n")))
+            "  call  refused, call #\\d+\n"
+            "    \\[函数交易\\]　函数: smartalgopypassorder, 账号组或账号非法或不存在!\n")))
         << shown;
     EXPECT_TRUE(has(R"("failures":[{"id":7,"key":"b","text":"[函数交易])")) << journal();
 }
@@ -270,7 +272,7 @@ TEST_F(CallDesk, DeskThatDoesNotRunHasItsOwnExitCode) {
     EXPECT_EQ(printed.m_strOut, "");
     EXPECT_EQ(printed.m_strErr, "no desk runs in " + folder.path("desk") + "\n");
     std::ostringstream said;
-    EXPECT_EQ(runCall(folder.path(), {"cancel", "{}", ""}, said, said), 3);
+    EXPECT_EQ(runCall(folder.path(), {"cancel", "{}", {}}, said, said), 3);
     EXPECT_EQ(said.str(), folder.path() + ": this is not a desk folder: it has no desk.toml\n");
 }
 
@@ -279,15 +281,20 @@ TEST_F(CallDesk, TextsThatCannotBeACallAreAMistake) {
         CCallRequest request;
         const char* mistake;
     } rows[] = {
-        {{"", "{}", ""}, "FUNCTION is empty\n"},
-        {{"\xff", "{}", ""}, "FUNCTION is not UTF-8\n"},
-        {{"f", "[]", ""}, "JSON cannot be used: it is not an object\n"},
-        {{"f", R"({"a":1,"a":2})", ""}, "JSON cannot be used: the key \"a\" is there twice\n"},
-        {{"f", "{}", "1"}, "the JSON of --algo cannot be used: it is not an object\n"},
+        {{"", "{}", {}}, "FUNCTION is empty\n"},
+        {{"\xff", "{}", {}}, "FUNCTION is not UTF-8\n"},
+        {{"f", "[]", {}}, "JSON cannot be used: it is not an object\n"},
+        {{"f", R"({"a":1,"a":2})", {}}, "JSON cannot be used: the key \"a\" is there twice\n"},
+        {{"smartalgopypassorder", "{}", "1"}, "the JSON of --algo cannot be used: it is not an object\n"},
+        {{"smartalgopypassorder", "{}", ""},
+         "smartalgopypassorder needs the settings of an algorithm (algo); without them it would be a plain "
+         "order\n"},
+        {{"passorder", "{}", "{}"},
+         "only smartalgopypassorder takes the settings of an algorithm (algo); passorder would ignore them\n"},
     };
     for (const auto& row : rows) {
         const CPrinted printed =
-            call(row.request.m_strFunction, row.request.m_strParam, row.request.m_strAlgo);
+            call(row.request.m_strFunction, row.request.m_strParam, row.request.m_algo);
         EXPECT_EQ(printed.m_nCode, 2);
         EXPECT_EQ(printed.m_strErr, row.mistake);
     }
