@@ -106,6 +106,7 @@ void printMessages(const CJson& answer, std::ostream& out) {
 std::string headline(const CJson& answer, const std::string& result) {
     const std::string cause = textOf(answer, "cause");
     const std::string why = cause.empty() ? std::string() : ": " + cause;
+    if (result == kCallNotKnown) return "NOT KNOWN" + why;
     if (result != kCallSent) return "NOTHING SENT" + why;
     std::string text = "sent";
     for (const CJson& task : elementsOf(answer, "tasks"))
@@ -131,6 +132,7 @@ int printAnswer(const std::string& answer, std::ostream& out, std::ostream& err)
     for (const CJson& order : elementsOf(object, "orders"))
         out << "  " << withoutControls(order.is_string() ? order.get<std::string>() : order.dump()) << '\n';
     printMore(object, "more_orders", "order", out);
+    if (result == kCallNotKnown) return kNoAnswer;
     return result == kCallSent ? kSent : kNothingSent;
 }
 

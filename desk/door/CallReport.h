@@ -10,9 +10,11 @@
 /// What came of a call of a function.
 namespace desk {
 
-/// Words of the key "result" in an answer of the control door. Only the first one means that something was
-/// sent.
+/// Words of the key "result" in an answer of the control door. kCallSent means that something was sent.
+/// kCallNotKnown means that it may have been sent: an error has ended the request. All others mean that
+/// nothing was sent.
 inline constexpr const char* kCallSent = "sent";
+inline constexpr const char* kCallNotKnown = "unknown";
 inline constexpr const char* kCallRefused = "refused";
 inline constexpr const char* kCallNothing = "nothing";
 inline constexpr const char* kCallUnknown = "unknown_function";

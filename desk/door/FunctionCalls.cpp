@@ -103,9 +103,17 @@ std::string CFunctionCalls::perform(const CCallRequest& request) {
         return refusalAnswer(kCallRefused, "the call cannot be recorded: " + recorded.errorMsg());
     const CCallReport report = callAndReport(request);
     (void)m_journal.append("call", callEndFields(report, asked));
-    const std::vector<std::string> orders =
-        m_orderTexts && !report.m_tasks.empty() ? m_orderTexts(report.m_tasks) : std::vector<std::string>();
-    return callAnswer(report, asked, orders).dump(-1, ' ', false, CJson::error_handler_t::replace);
+    return callAnswer(report, asked, orderTexts(report))
+        .dump(-1, ' ', false, CJson::error_handler_t::replace);
+}
+
+std::vector<std::string> CFunctionCalls::orderTexts(const CCallReport& report) const {
+    if (!m_orderTexts || report.m_tasks.empty()) return {};
+    try {
+        return m_orderTexts(report.m_tasks);
+    } catch (const std::exception& error) {
+        return {"the orders cannot be read: " + std::string(error.what())};
+    }
 }
 
 } // namespace desk

@@ -19,6 +19,7 @@ namespace desk {
 class CFunctionCalls {
 public:
     /// Lines for people about the orders of these tasks. It is called on the thread of the call.
+    /// If it throws, the answer says so and has everything else.
     using COrderTexts = std::function<std::vector<std::string>(const std::vector<int>& tasks)>;
 
     CFunctionCalls(CJournal& journal, COrderTexts orderTexts);
@@ -42,6 +43,7 @@ public:
 
 private:
     std::string perform(const CCallRequest& request);
+    std::vector<std::string> orderTexts(const CCallReport& report) const;
 
     CJournal& m_journal;
     const COrderTexts m_orderTexts;

@@ -1,7 +1,6 @@
 #include "desk/commands/CallDesk.h"
 
 #include "desk/commands/ShowJournal.h"
-#include "desk/door/FunctionCalls.h"
 #include "orderservice/func/OrderFuncService.h"
 #include "tests/desk/commands/RunningFolder.h"
 #include "tests/desk/door/ControlClient.h"
@@ -130,10 +129,8 @@ TEST_F(CallDesk, JournalHasTheCallAndItsOutcome) {
     EXPECT_NE(shown.find("  call  sent, call #" + asked[1].str() + ", task 1\n"), std::string::npos) << shown;
     EXPECT_NE(shown.find("|b|7\"}, algorithm {}\n"), std::string::npos) << shown;
     EXPECT_TRUE(std::regex_search(
-        shown,
-        std::regex(
-            "  call  refused, call #\\d+\n"
-            "    \\[函数交易\\]　函数: smartalgopypassorder, 账号组或账号非法或不存在!\n")))
+        shown, std::regex("  call  refused, call #\\d+\n"
+                          "    \\[函数交易\\]　函数: smartalgopypassorder, 账号组或账号非法或不存在!\n")))
         << shown;
     EXPECT_TRUE(has(R"("failures":[{"id":7,"key":"b","text":"[函数交易])")) << journal();
 }
@@ -290,11 +287,11 @@ TEST_F(CallDesk, TextsThatCannotBeACallAreAMistake) {
          "smartalgopypassorder needs the settings of an algorithm (algo); without them it would be a plain "
          "order\n"},
         {{"passorder", "{}", "{}"},
-         "only smartalgopypassorder takes the settings of an algorithm (algo); passorder would ignore them\n"},
+         "only smartalgopypassorder takes the settings of an algorithm (algo); passorder would ignore "
+         "them\n"},
     };
     for (const auto& row : rows) {
-        const CPrinted printed =
-            call(row.request.m_strFunction, row.request.m_strParam, row.request.m_algo);
+        const CPrinted printed = call(row.request.m_strFunction, row.request.m_strParam, row.request.m_algo);
         EXPECT_EQ(printed.m_nCode, 2);
         EXPECT_EQ(printed.m_strErr, row.mistake);
     }
@@ -326,6 +323,13 @@ TEST(PrintAnswer, LongListsEndWithTheNumberOfTheRest) {
                           "  and 1 order more\n");
 }
 
+/// A script must not repeat the call because of the exit code.
+TEST(PrintAnswer, OutcomeThatIsNotKnownIsNotNothing) {
+    std::ostringstream said, failed;
+    EXPECT_EQ(printAnswer(R"({"result":"unknown","cause":"an error"})", said, failed), 4);
+    EXPECT_EQ(said.str(), "NOT KNOWN: an error\n");
+}
+
 TEST(PrintAnswer, ControlCharactersDoNotReachTheTerminal) {
     std::ostringstream said, failed;
     EXPECT_EQ(printAnswer(R"({"result":"refused","messages":[{"text":"a\u001b[2Jb","title":"t\n"}]})", said,
@@ -339,28 +343,6 @@ TEST(PrintAnswer, AnswerThatCannotBeReadIsNoAnswer) {
     for (const char* answer : {"", "nonsense", "[]", "{}", R"({"result":1})"})
         EXPECT_EQ(printAnswer(answer, said, failed), 4) << answer;
     EXPECT_EQ(said.str(), "");
-}
-
-class FunctionCalls : public testing::Test {
-protected:
-    void SetUp() override { ASSERT_TRUE(journal.open(folder.path()).isSuccess()); }
-
-    CTempFolder folder;
-    CJournal journal;
-    CFunctionCalls calls{journal, {}};
-};
-
-TEST_F(FunctionCalls, CallDuringTheEndIsRefused) {
-    calls.refuseNew();
-    EXPECT_EQ(calls.answer(R"({"call":"passorder","param":{}})"),
-              R"({"result":"ending","cause":"the desk ends; nothing was carried out"})");
-    EXPECT_EQ(folder.read("journal.jsonl").find("\"kind\":\"call\""), std::string::npos);
-}
-
-TEST_F(FunctionCalls, PlacingCallThatCannotBeRecordedIsRefused) {
-    ASSERT_TRUE(journal.close("over").isSuccess());
-    EXPECT_EQ(calls.answer(R"({"call":"passorder","param":{}})"),
-              R"({"result":"refused","cause":"the call cannot be recorded: the journal is not open"})");
 }
 
 } // namespace
