@@ -1,9 +1,12 @@
 #include "desk/commands/CallDesk.h"
 
 #include "desk/commands/ShowJournal.h"
+#include "desk/journal/Json.h"
 #include "orderservice/func/OrderFuncService.h"
 #include "tests/desk/commands/RunningFolder.h"
 #include "tests/desk/door/ControlClient.h"
+
+#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 
@@ -220,9 +223,17 @@ TEST_F(CallDesk, BadRequestIsAnsweredWithItsReason) {
 
 TEST_F(CallDesk, DeskWithoutItsDoorTrades) {
     folder.write("desk/control.sock", "mine");
-    EXPECT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":4"); }}), 0);
+    CPrinted printed;
+    EXPECT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":4"); },
+                   [&] {
+                       printed = call("cancel", "{}");
+                       return true;
+                   }}),
+              0);
     const std::string why =
         folder.path("desk/control.sock") + ": there is a file with this name that is not a socket";
+    EXPECT_EQ(printed.m_nCode, 3);
+    EXPECT_EQ(printed.m_strErr, why + '\n'); // not that no desk runs
     EXPECT_NE(
         out.str().find("WARNING: the desk has no control door, so orderdesk call cannot reach it: " + why),
         std::string::npos)
@@ -267,7 +278,10 @@ TEST_F(CallDesk, DeskThatDoesNotRunHasItsOwnExitCode) {
     const CPrinted printed = call("passorder", kRepay);
     EXPECT_EQ(printed.m_nCode, 3);
     EXPECT_EQ(printed.m_strOut, "");
-    EXPECT_EQ(printed.m_strErr, "no desk runs in " + folder.path("desk") + "\n");
+    EXPECT_EQ(printed.m_strErr,
+              "no desk answers in " + folder.path("desk") +
+                  ": none runs, or it is starting or ending, or it has no control door (its "
+                  "screen says so)\n");
     std::ostringstream said;
     EXPECT_EQ(runCall(folder.path(), {"cancel", "{}", {}}, said, said), 3);
     EXPECT_EQ(said.str(), folder.path() + ": this is not a desk folder: it has no desk.toml\n");
@@ -321,6 +335,16 @@ TEST(PrintAnswer, LongListsEndWithTheNumberOfTheRest) {
         0);
     EXPECT_EQ(said.str(), "sent: task 3, task 4, 2 cancels; why\n  a\n  and 5 messages more\n  o\n"
                           "  and 1 order more\n");
+}
+
+TEST(PrintAnswer, NumberOfTheRestIsPrintedInItsPlace) {
+    CJson answer{{"result", "refused"}, {"cause", "why"}, {"more_failures", 7}};
+    for (int i = 0; i < 200; ++i)
+        answer["failures"].push_back({{"text", 'f' + std::to_string(i)}});
+    std::ostringstream said, failed;
+    EXPECT_EQ(printAnswer(answer.dump(), said, failed), 1);
+    EXPECT_EQ(said.str().rfind("NOTHING SENT: why\n  f0\n", 0), 0U);
+    EXPECT_NE(said.str().find("  f149\n  and 7 failures more\n  f150\n"), std::string::npos) << said.str();
 }
 
 /// A script must not repeat the call because of the exit code.

@@ -71,8 +71,10 @@ TEST_F(ControlDoor, RemovesItsSocketAtTheEnd) {
     boost::asio::io_context io;
     stream_protocol::socket socket(io);
     const utils::KNError connected = connectToControlSocket(folder.path(), socket);
-    EXPECT_EQ(connected.errorId(), kControlNotRunning);
-    EXPECT_EQ(connected.errorMsg(), "no desk runs in " + folder.path());
+    EXPECT_EQ(connected.errorId(), kControlNoAnswer);
+    EXPECT_EQ(connected.errorMsg(), "no desk answers in " + folder.path() +
+                                        ": none runs, or it is starting or ending, or it has no control door "
+                                        "(its screen says so)");
 }
 
 /// A killed desk leaves its socket, and perhaps the socket that was to replace it.
@@ -84,7 +86,7 @@ TEST_F(ControlDoor, ReplacesTheSocketsOfAKilledDesk) {
         ASSERT_TRUE(folder.exists(name));
     }
     stream_protocol::socket socket(io);
-    EXPECT_EQ(connectToControlSocket(folder.path(), socket).errorId(), kControlNotRunning);
+    EXPECT_EQ(connectToControlSocket(folder.path(), socket).errorId(), kControlNoAnswer);
     CControlDoor door(echo);
     ASSERT_EQ(open(door, folder.path()), "");
     EXPECT_EQ(CControlClient(folder.path()).ask("one"), "answer to one");
@@ -94,6 +96,12 @@ TEST_F(ControlDoor, KeepsAFileThatHasItsName) {
     folder.write("control.sock", "mine");
     CControlDoor door(echo);
     EXPECT_EQ(open(door, folder.path()),
+              folder.path("control.sock") + ": there is a file with this name that is not a socket");
+    boost::asio::io_context io;
+    stream_protocol::socket socket(io);
+    const utils::KNError connected = connectToControlSocket(folder.path(), socket);
+    EXPECT_EQ(connected.errorId(), kControlUnusable);
+    EXPECT_EQ(connected.errorMsg(),
               folder.path("control.sock") + ": there is a file with this name that is not a socket");
     door.close();
     EXPECT_EQ(folder.read("control.sock"), "mine");
