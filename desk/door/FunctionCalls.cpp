@@ -60,6 +60,17 @@ CCallReport callAndReport(const CCallRequest& request) {
     return reportCall(request.m_strFunction, std::move(trace));
 }
 
+class CCountScope {
+public:
+    explicit CCountScope(std::atomic<int>& count) : m_count(count) { ++m_count; }
+    ~CCountScope() { --m_count; }
+    CCountScope(const CCountScope&) = delete;
+    CCountScope& operator=(const CCountScope&) = delete;
+
+private:
+    std::atomic<int>& m_count;
+};
+
 CJson callBeginFields(const CCallRequest& request) {
     CJson fields{{"event", "asked"}, {"function", request.m_strFunction}, {"param", request.m_strParam}};
     if (request.m_algo) fields["algo"] = *request.m_algo;
@@ -93,6 +104,7 @@ std::string CFunctionCalls::answer(const std::string& line) {
     const utils::KNError read = readCallRequest(line, request);
     if (!read.isSuccess()) return refusalAnswer(kCallBadRequest, read.errorMsg());
     if (m_bEnding) return endingAnswer();
+    const CCountScope running(m_nRunning);
     return perform(request);
 }
 

@@ -32,6 +32,8 @@ public:
     void begin();
     /// From now on calls are refused; one that runs goes on. Any thread.
     void refuseNew() { m_bEnding = true; }
+    /// Whether a call runs. Any thread.
+    bool isRunning() const { return m_nRunning > 0; }
     /// Releases COrderFuncService. Main thread, when no call runs, before releaseHost. Does nothing if begin
     /// was not called.
     static void end();
@@ -48,6 +50,7 @@ private:
     CJournal& m_journal;
     const COrderTexts m_orderTexts;
     std::atomic<bool> m_bEnding{false};
+    std::atomic<int> m_nRunning{0};
 };
 
 } // namespace desk
