@@ -10,7 +10,7 @@ namespace desk {
 /// One call of a function.
 struct CCallRequest {
     std::string m_strFunction;
-    std::string m_strParam; ///< the parameter text
+    std::string m_strParam;            ///< the parameter text
     std::optional<std::string> m_algo; ///< the settings of an algorithm; not set if none were given
 };
 

@@ -14,8 +14,8 @@ std::string mistakeOf(const std::string& line) {
 
 TEST(CallRequest, TextsArePassedOnUnchanged) {
     CCallRequest request;
-    const utils::KNError read =
-        readCallRequest(R"({"call":"smartalgopypassorder","param":"{\"b\" : 1.50, \"a\":-0}","algo":"x"})", request);
+    const utils::KNError read = readCallRequest(
+        R"({"call":"smartalgopypassorder","param":"{\"b\" : 1.50, \"a\":-0}","algo":"x"})", request);
     ASSERT_TRUE(read.isSuccess()) << read.errorMsg();
     EXPECT_EQ(request.m_strFunction, "smartalgopypassorder");
     EXPECT_EQ(request.m_strParam, R"({"b" : 1.50, "a":-0})");
