@@ -89,7 +89,6 @@ TEST_F(EndWithCall, UserIsToldThatACallIsFinishedAndTheClientGetsItsAnswer) {
     EXPECT_EQ(runDesk(folder.path("desk"), std::nullopt, out, keepGoing, keepWaiting), 0);
     EXPECT_TRUE(shows(kFinishing)) << out.str();
     EXPECT_TRUE(shows(kGoesOn)) << out.str();
-    EXPECT_FALSE(shows("Processing the orders that were accepted")) << out.str();
     EXPECT_FALSE(shows("The waiting orders are discarded")) << out.str();
     EXPECT_EQ(client.get(), 1) << printed.str() << failed.str();
     EXPECT_EQ(printed.str().rfind("NOTHING SENT", 0), 0U) << printed.str();
