@@ -46,8 +46,9 @@ std::string mistakeIn(const CCallRequest& request) {
     if (!isUtf8(request.m_strFunction)) return "FUNCTION is not UTF-8";
     if (const std::string why = whyNoParam(request.m_strParam); !why.empty())
         return "JSON cannot be used: " + why;
-    if (request.m_strAlgo.empty()) return {};
-    const std::string why = whyNoParam(request.m_strAlgo);
+    if (const std::string why = whyAlgoIsWrong(request); !why.empty()) return why;
+    if (!request.m_algo) return {};
+    const std::string why = whyNoParam(*request.m_algo);
     return why.empty() ? std::string() : "the JSON of --algo cannot be used: " + why;
 }
 
@@ -79,10 +80,22 @@ CJson elementsOf(const CJson& answer, const char* key) {
     return found != answer.end() && found->is_array() ? *found : CJson::array();
 }
 
-void printMore(const CJson& answer, const char* key, const char* noun, std::ostream& out) {
+void printMore(const CJson& answer, const std::string& key, const char* noun, std::ostream& out) {
     const auto more = answer.find(key);
     if (more != answer.end() && more->is_number_integer())
         out << "  and " << counted(more->get<std::int64_t>(), noun) << " more\n";
+}
+
+/// Calls `print` for each element of a list. The number of those that were left out is printed in their
+/// place.
+template<typename Print>
+void printList(const CJson& answer, const char* key, const char* noun, std::ostream& out, Print print) {
+    const CJson list = elementsOf(answer, key);
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (i == kFirstLines) printMore(answer, std::string("more_") + key, noun, out);
+        print(list[i]);
+    }
+    if (list.size() <= kFirstLines) printMore(answer, std::string("more_") + key, noun, out);
 }
 
 /// One failure often has a message, a trade error and a call of the call-back with the same text.
@@ -91,20 +104,19 @@ void printMessages(const CJson& answer, std::ostream& out) {
     const auto print = [&](const std::string& text, const std::string& line) {
         if (shown.insert(text).second) out << "  " << line << '\n';
     };
-    for (const CJson& message : elementsOf(answer, "messages")) {
+    printList(answer, "messages", "message", out, [&](const CJson& message) {
         const std::string text = textOf(message, "text");
         const std::string title = textOf(message, "title");
         print(text, title.empty() ? text : title + ": " + text);
-    }
-    printMore(answer, "more_messages", "message", out);
-    for (const CJson& failure : elementsOf(answer, "failures"))
-        print(textOf(failure, "text"), textOf(failure, "text"));
-    printMore(answer, "more_failures", "failure", out);
+    });
+    printList(answer, "failures", "failure", out,
+              [&](const CJson& failure) { print(textOf(failure, "text"), textOf(failure, "text")); });
 }
 
 std::string headline(const CJson& answer, const std::string& result) {
     const std::string cause = textOf(answer, "cause");
     const std::string why = cause.empty() ? std::string() : ": " + cause;
+    if (result == kCallNotKnown) return "NOT KNOWN" + why;
     if (result != kCallSent) return "NOTHING SENT" + why;
     std::string text = "sent";
     for (const CJson& task : elementsOf(answer, "tasks"))
@@ -127,9 +139,10 @@ int printAnswer(const std::string& answer, std::ostream& out, std::ostream& err)
     }
     out << headline(object, result) << '\n';
     printMessages(object, out);
-    for (const CJson& order : elementsOf(object, "orders"))
+    printList(object, "orders", "order", out, [&](const CJson& order) {
         out << "  " << withoutControls(order.is_string() ? order.get<std::string>() : order.dump()) << '\n';
-    printMore(object, "more_orders", "order", out);
+    });
+    if (result == kCallNotKnown) return kNoAnswer;
     return result == kCallSent ? kSent : kNothingSent;
 }
 

@@ -56,7 +56,10 @@ void addCommands(CLI::App& app, CCommandLine& line) {
     };
     addText("FUNCTION", line.m_call.m_strFunction, "passorder, smartalgopypassorder or cancel")->required();
     addText("JSON", line.m_call.m_strParam, "The parameters of the function, a JSON object")->required();
-    addText("--algo", line.m_call.m_strAlgo, "The settings of an algorithm, a JSON object")
+    // An option for a text cannot distinguish an empty text from none.
+    call->add_option_function<std::string>(
+            "--algo", [&line](const std::string& text) { line.m_call.m_algo = text; },
+            "The settings of an algorithm, a JSON object; only for smartalgopypassorder")
         ->type_name("JSON");
 }
 

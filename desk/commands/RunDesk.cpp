@@ -13,6 +13,7 @@
 
 #include <QCoreApplication>
 
+#include <atomic>
 #include <filesystem>
 #include <system_error>
 
@@ -65,11 +66,17 @@ bool endTrading(CDesk& desk, CTextSink& sink, IDeskProgram& program,
                 return keepWaiting();
             };
         }
-        const CBacklogWatch watch(*TC::COrderService::instance(), sink, look);
+        std::atomic<bool> isBacklogDone{false};
+        const auto phase = [&] {
+            if (!isBacklogDone) return EEndPhase::Backlog;
+            return desk.isCallRunning() ? EEndPhase::Call : EEndPhase::Done;
+        };
+        const CBacklogWatch watch(*TC::COrderService::instance(), sink, look, phase);
         desk.endQuestions();
         desk.refuseCalls();
-        program.end(desk, [&desk] {
+        program.end(desk, [&] {
             TC::COrderService::instance()->shutdown();
+            isBacklogDone = true;
             desk.finishCalls();
         });
     }

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <set>
 #include <utility>
@@ -9,8 +10,7 @@
 namespace desk {
 namespace {
 
-/// Of the messages, and of the orders, in an answer.
-constexpr std::size_t kMostLines = 200;
+constexpr std::size_t kMostLines = kFirstLines + kLastLines;
 
 constexpr const char* kCancelFunction = "cancel";
 
@@ -81,14 +81,21 @@ void nameNothing(const std::string& function, bool isRefused, CCallReport& repor
     }
 }
 
+/// Among hundreds of messages nobody finds the last one, which has decided the call.
+void nameLastOfMany(CCallReport& report) {
+    if (std::max(report.m_messages.size(), report.m_failures.size()) <= kMostLines) return;
+    report.m_strCause =
+        report.m_messages.empty() ? report.m_failures.back().m_strText : report.m_messages.back().m_strText;
+}
+
 template<typename Range, typename Write>
 void addLines(CJson& answer, const char* key, const char* moreKey, const Range& lines, Write write) {
     CJson& list = answer[key] = CJson::array();
-    for (const auto& line : lines) {
-        if (list.size() == kMostLines) break;
-        list.push_back(write(line));
+    const std::size_t leftOut = lines.size() > kMostLines ? lines.size() - kMostLines : 0;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (i < kFirstLines || i >= kFirstLines + leftOut) list.push_back(write(lines[i]));
     }
-    if (lines.size() > kMostLines) answer[moreKey] = lines.size() - kMostLines;
+    if (leftOut > 0) answer[moreKey] = leftOut;
 }
 
 CJson failureJson(const CCallFailure& failure) {
@@ -111,6 +118,7 @@ CCallReport reportCall(const std::string& function, CCallTrace trace) {
         report.m_pszResult = kCallFailed;
     else
         nameNothing(function, reporter.isRefused(), report);
+    if (report.m_pszResult == kCallRefused) nameLastOfMany(report);
     if (!trace.m_strException.empty()) report.m_strCause = "the call was ended by: " + trace.m_strException;
     return report;
 }
@@ -120,9 +128,8 @@ CJson callEndFields(const CCallReport& report, std::int64_t asked) {
     if (asked != 0) fields["call"] = asked;
     if (report.m_nCancels > 0) fields["cancels"] = report.m_nCancels;
     if (!report.m_strCause.empty()) fields["cause"] = report.m_strCause;
-    if (report.m_failures.empty()) return fields;
-    for (const CCallFailure& failure : report.m_failures)
-        fields["failures"].push_back(failureJson(failure));
+    if (!report.m_failures.empty())
+        addLines(fields, "failures", "more_failures", report.m_failures, failureJson);
     return fields;
 }
 

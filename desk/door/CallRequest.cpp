@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <QString>
+
 #include <set>
 #include <stdexcept>
 #include <vector>
@@ -17,6 +19,8 @@ constexpr std::size_t kMostLevels = 16;
 constexpr const char* kCallKey = "call";
 constexpr const char* kParamKey = "param";
 constexpr const char* kAlgoKey = "algo";
+
+constexpr const char* kSmartFunction = "smartalgopypassorder";
 
 /// A request that the library of JSON accepts, but the desk does not.
 class CBadRequest : public std::runtime_error {
@@ -78,7 +82,7 @@ CCallRequest requestOf(const CJson& object) {
         else if (key == kParamKey)
             request.m_strParam = paramText(value, kParamKey);
         else if (key == kAlgoKey)
-            request.m_strAlgo = paramText(value, kAlgoKey);
+            request.m_algo = paramText(value, kAlgoKey);
         else
             throw CBadRequest("the key \"" + key + "\" is unknown");
     }
@@ -100,7 +104,8 @@ std::string reasonOf(const std::exception& error) {
 utils::KNError readCallRequest(const std::string& line, CCallRequest& request) {
     try {
         request = requestOf(parseObject(line));
-        return {};
+        const std::string why = whyAlgoIsWrong(request);
+        return why.empty() ? utils::KNError() : utils::KNError(1, "the request is refused: " + why);
     } catch (const std::exception& error) {
         return {1, "the request cannot be read: " + reasonOf(error)};
     }
@@ -108,8 +113,19 @@ utils::KNError readCallRequest(const std::string& line, CCallRequest& request) {
 
 std::string callRequestLine(const CCallRequest& request) {
     CJson object{{kCallKey, request.m_strFunction}, {kParamKey, request.m_strParam}};
-    if (!request.m_strAlgo.empty()) object[kAlgoKey] = request.m_strAlgo;
+    if (request.m_algo) object[kAlgoKey] = *request.m_algo;
     return object.dump();
+}
+
+std::string whyAlgoIsWrong(const CCallRequest& request) {
+    const QString function = QString::fromStdString(request.m_strFunction);
+    if (function.compare(QLatin1String(kSmartFunction), Qt::CaseInsensitive) != 0)
+        return request.m_algo ? "only smartalgopypassorder takes the settings of an algorithm (algo); " +
+                                    request.m_strFunction + " would ignore them"
+                              : std::string();
+    if (request.m_algo && !request.m_algo->empty()) return {};
+    return "smartalgopypassorder needs the settings of an algorithm (algo); without them it would be a plain "
+           "order";
 }
 
 std::string whyNoParam(const std::string& text) {

@@ -49,13 +49,20 @@ std::thread startThread(const char* name, Body body) {
     return thread;
 }
 
+/// The request may have been carried out before the exception.
+std::string notKnownAnswer(const std::string& exception) {
+    return refusalAnswer(kCallNotKnown, "an error ended the request: " + exception +
+                                            "; it may have been carried out, so look in the journal before "
+                                            "you repeat it");
+}
+
 std::string answerOf(const CControlDoor::CHandler& handler, const std::string& line) {
     try {
         return handler(line);
     } catch (const std::exception& error) {
-        return refusalAnswer(kCallFailed, error.what());
+        return notKnownAnswer(error.what());
     } catch (...) {
-        return refusalAnswer(kCallFailed, "an unknown exception");
+        return notKnownAnswer("an unknown exception");
     }
 }
 

@@ -30,7 +30,7 @@ struct CControlLimits {
 class CControlDoor {
 public:
     /// Answers one request; neither text has a newline. It is called on the thread "calls". If it throws, the
-    /// client gets an answer with the reason.
+    /// client gets the result kCallNotKnown with the reason.
     using CHandler = std::function<std::string(const std::string& line)>;
 
     explicit CControlDoor(CHandler handler, CControlLimits limits = {});
@@ -53,8 +53,8 @@ private:
     std::unique_ptr<CState> m_state;
 };
 
-/// The answer to a request that was not carried out. `result` is a word for programs, `cause` a text for
-/// people.
+/// An answer without a report: to a request that was not carried out, or that an error has ended. `result` is
+/// a word for programs, `cause` a text for people.
 std::string refusalAnswer(const char* result, const std::string& cause);
 /// The answer to a request that comes while the desk ends.
 std::string endingAnswer();

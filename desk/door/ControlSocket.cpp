@@ -97,9 +97,13 @@ utils::KNError connectToControlSocket(const std::string& folder, stream_protocol
     error_code error;
     socket.connect(stream_protocol::endpoint(handle.pathOf(kControlSocketName)), error);
     if (!error) return {};
+    if (isOccupied(handle.pathOf(kControlSocketName)))
+        return failure(folder, "there is a file with this name that is not a socket");
     if (error == boost::asio::error::connection_refused ||
         error == boost::system::errc::no_such_file_or_directory)
-        return {kControlNotRunning, "no desk runs in " + folder};
+        return {kControlNoAnswer, "no desk answers in " + folder +
+                                      ": none runs, or it is starting or ending, or it has no control door "
+                                      "(its screen says so)"};
     return failure(folder, error.message());
 }
 

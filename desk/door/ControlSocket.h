@@ -9,7 +9,7 @@
 namespace desk {
 
 /// Error numbers of the control door.
-enum EControlError : int { kControlUnusable = 1, kControlNotRunning = 2 };
+enum EControlError : int { kControlUnusable = 1, kControlNoAnswer = 2 };
 
 /// A folder that is held open, so that a socket in it can be named by a short path: the system limits the
 /// path of a socket to 107 bytes. Not thread-safe.
@@ -38,8 +38,9 @@ private:
 [[nodiscard]] utils::KNError listenOnControlSocket(const std::string& folder, const CFolderHandle& handle,
                                                    boost::asio::local::stream_protocol::acceptor& acceptor);
 
-/// Connects to the desk that runs in the folder. Fails with kControlNotRunning if none does, and with
-/// kControlUnusable if the folder or the socket cannot be used.
+/// Connects to the desk that runs in the folder. Fails with kControlNoAnswer if nobody listens, and with
+/// kControlUnusable if the folder or the socket cannot be used. A desk may run even if nobody listens: before
+/// it trades, while it ends, and if it could not make its socket.
 [[nodiscard]] utils::KNError connectToControlSocket(const std::string& folder,
                                                     boost::asio::local::stream_protocol::socket& socket);
 

@@ -40,7 +40,7 @@ public:
 std::string callFunction(const CCallRequest& request) {
     try {
         TC::COrderFuncService::instance()->doParserOrder(request.m_strFunction, request.m_strParam,
-                                                         request.m_strAlgo);
+                                                         request.m_algo.value_or(std::string()));
         return {};
     } catch (const std::exception& error) {
         return error.what();
@@ -60,9 +60,20 @@ CCallReport callAndReport(const CCallRequest& request) {
     return reportCall(request.m_strFunction, std::move(trace));
 }
 
+class CCountScope {
+public:
+    explicit CCountScope(std::atomic<int>& count) : m_count(count) { ++m_count; }
+    ~CCountScope() { --m_count; }
+    CCountScope(const CCountScope&) = delete;
+    CCountScope& operator=(const CCountScope&) = delete;
+
+private:
+    std::atomic<int>& m_count;
+};
+
 CJson callBeginFields(const CCallRequest& request) {
     CJson fields{{"event", "asked"}, {"function", request.m_strFunction}, {"param", request.m_strParam}};
-    if (!request.m_strAlgo.empty()) fields["algo"] = request.m_strAlgo;
+    if (request.m_algo) fields["algo"] = *request.m_algo;
     return fields;
 }
 
@@ -93,6 +104,7 @@ std::string CFunctionCalls::answer(const std::string& line) {
     const utils::KNError read = readCallRequest(line, request);
     if (!read.isSuccess()) return refusalAnswer(kCallBadRequest, read.errorMsg());
     if (m_bEnding) return endingAnswer();
+    const CCountScope running(m_nRunning);
     return perform(request);
 }
 
@@ -103,9 +115,17 @@ std::string CFunctionCalls::perform(const CCallRequest& request) {
         return refusalAnswer(kCallRefused, "the call cannot be recorded: " + recorded.errorMsg());
     const CCallReport report = callAndReport(request);
     (void)m_journal.append("call", callEndFields(report, asked));
-    const std::vector<std::string> orders =
-        m_orderTexts && !report.m_tasks.empty() ? m_orderTexts(report.m_tasks) : std::vector<std::string>();
-    return callAnswer(report, asked, orders).dump(-1, ' ', false, CJson::error_handler_t::replace);
+    return callAnswer(report, asked, orderTexts(report))
+        .dump(-1, ' ', false, CJson::error_handler_t::replace);
+}
+
+std::vector<std::string> CFunctionCalls::orderTexts(const CCallReport& report) const {
+    if (!m_orderTexts || report.m_tasks.empty()) return {};
+    try {
+        return m_orderTexts(report.m_tasks);
+    } catch (const std::exception& error) {
+        return {"the orders cannot be read: " + std::string(error.what())};
+    }
 }
 
 } // namespace desk

@@ -19,6 +19,7 @@ namespace desk {
 class CFunctionCalls {
 public:
     /// Lines for people about the orders of these tasks. It is called on the thread of the call.
+    /// If it throws, the answer says so and has everything else.
     using COrderTexts = std::function<std::vector<std::string>(const std::vector<int>& tasks)>;
 
     CFunctionCalls(CJournal& journal, COrderTexts orderTexts);
@@ -31,6 +32,8 @@ public:
     void begin();
     /// From now on calls are refused; one that runs goes on. Any thread.
     void refuseNew() { m_bEnding = true; }
+    /// Whether a call runs. Any thread.
+    bool isRunning() const { return m_nRunning > 0; }
     /// Releases COrderFuncService. Main thread, when no call runs, before releaseHost. Does nothing if begin
     /// was not called.
     static void end();
@@ -42,10 +45,12 @@ public:
 
 private:
     std::string perform(const CCallRequest& request);
+    std::vector<std::string> orderTexts(const CCallReport& report) const;
 
     CJournal& m_journal;
     const COrderTexts m_orderTexts;
     std::atomic<bool> m_bEnding{false};
+    std::atomic<int> m_nRunning{0};
 };
 
 } // namespace desk

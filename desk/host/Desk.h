@@ -116,6 +116,8 @@ public:
 
     /// Refuses calls of functions from now on; one that runs goes on. Any thread.
     void refuseCalls() { m_calls.refuseNew(); }
+    /// Whether a function call runs. Any thread.
+    bool isCallRunning() const { return m_calls.isRunning(); }
     /// Closes the control door and waits until the call that runs is finished. After refuseCalls; any one
     /// thread.
     void finishCalls() { m_door.close(); }

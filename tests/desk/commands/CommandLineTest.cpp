@@ -103,13 +103,20 @@ TEST(CommandLine, TextsOfACallAreTakenAsTheyAre) {
         EXPECT_EQ(line->m_strFolder, "desk");
         EXPECT_EQ(line->m_call.m_strFunction, "passorder");
         EXPECT_EQ(line->m_call.m_strParam, json);
-        EXPECT_EQ(line->m_call.m_strAlgo, "");
+        EXPECT_EQ(line->m_call.m_algo, std::nullopt);
         const auto withAlgorithm = readWords({"call", "--algo", json, "desk", "买入", "{}"});
         line = std::get_if<CCommandLine>(&withAlgorithm);
         ASSERT_NE(line, nullptr) << json;
         EXPECT_EQ(line->m_call.m_strFunction, "买入");
-        EXPECT_EQ(line->m_call.m_strAlgo, json);
+        EXPECT_EQ(line->m_call.m_algo, json);
     }
+}
+
+TEST(CommandLine, EmptySettingsOfACallAreNotForgotten) {
+    const auto read = readWords({"call", "desk", "passorder", "{}", "--algo", ""});
+    const auto* line = std::get_if<CCommandLine>(&read);
+    ASSERT_NE(line, nullptr);
+    EXPECT_EQ(line->m_call.m_algo, "");
 }
 
 TEST(CommandLine, HelpOfEachLevelIsNoMistake) {

@@ -1,10 +1,12 @@
 #include "desk/commands/CallDesk.h"
 
 #include "desk/commands/ShowJournal.h"
-#include "desk/door/FunctionCalls.h"
+#include "desk/journal/Json.h"
 #include "orderservice/func/OrderFuncService.h"
 #include "tests/desk/commands/RunningFolder.h"
 #include "tests/desk/door/ControlClient.h"
+
+#include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
 
@@ -38,7 +40,8 @@ protected:
                                            "\n[[group]]\nname = \"lenders\"\nbroker = \"credit\"\n"
                                            "members = [{ account = \"C1\", weight = 1 }]\n");
     }
-    CPrinted call(const std::string& function, const std::string& param, const std::string& algo = {}) const {
+    CPrinted call(const std::string& function, const std::string& param,
+                  const std::optional<std::string>& algo = {}) const {
         std::ostringstream said, failed;
         CPrinted printed;
         printed.m_nCode = runCall(folder.path("desk"), {function, param, algo}, said, failed);
@@ -118,7 +121,7 @@ TEST_F(CallDesk, DeclinedCommandIsNotSent) {
 TEST_F(CallDesk, JournalHasTheCallAndItsOutcome) {
     EXPECT_EQ(runWith([&] {
                   call("passorder", kRepay);
-                  call("passorder", kUnknownAccount, "{}");
+                  call("smartalgopypassorder", kUnknownAccount, "{}");
               }),
               0);
     const std::string shown = shownJournal();
@@ -129,9 +132,8 @@ TEST_F(CallDesk, JournalHasTheCallAndItsOutcome) {
     EXPECT_NE(shown.find("  call  sent, call #" + asked[1].str() + ", task 1\n"), std::string::npos) << shown;
     EXPECT_NE(shown.find("|b|7\"}, algorithm {}\n"), std::string::npos) << shown;
     EXPECT_TRUE(std::regex_search(
-        shown,
-        std::regex(
-            "  call  refused, call #\\d+\n    \\[函数交易\\]　函数: passorder, 账号组或账号非法或不存在!\n")))
+        shown, std::regex("  call  refused, call #\\d+\n"
+                          "    \\[函数交易\\]　函数: smartalgopypassorder, 账号组或账号非法或不存在!\n")))
         << shown;
     EXPECT_TRUE(has(R"("failures":[{"id":7,"key":"b","text":"[函数交易])")) << journal();
 }
@@ -221,9 +223,17 @@ TEST_F(CallDesk, BadRequestIsAnsweredWithItsReason) {
 
 TEST_F(CallDesk, DeskWithoutItsDoorTrades) {
     folder.write("desk/control.sock", "mine");
-    EXPECT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":4"); }}), 0);
+    CPrinted printed;
+    EXPECT_EQ(run({[this] { return has("\"action\":\"start\",\"channel\":4"); },
+                   [&] {
+                       printed = call("cancel", "{}");
+                       return true;
+                   }}),
+              0);
     const std::string why =
         folder.path("desk/control.sock") + ": there is a file with this name that is not a socket";
+    EXPECT_EQ(printed.m_nCode, 3);
+    EXPECT_EQ(printed.m_strErr, why + '\n'); // not that no desk runs
     EXPECT_NE(
         out.str().find("WARNING: the desk has no control door, so orderdesk call cannot reach it: " + why),
         std::string::npos)
@@ -268,9 +278,12 @@ TEST_F(CallDesk, DeskThatDoesNotRunHasItsOwnExitCode) {
     const CPrinted printed = call("passorder", kRepay);
     EXPECT_EQ(printed.m_nCode, 3);
     EXPECT_EQ(printed.m_strOut, "");
-    EXPECT_EQ(printed.m_strErr, "no desk runs in " + folder.path("desk") + "\n");
+    EXPECT_EQ(printed.m_strErr,
+              "no desk answers in " + folder.path("desk") +
+                  ": none runs, or it is starting or ending, or it has no control door (its "
+                  "screen says so)\n");
     std::ostringstream said;
-    EXPECT_EQ(runCall(folder.path(), {"cancel", "{}", ""}, said, said), 3);
+    EXPECT_EQ(runCall(folder.path(), {"cancel", "{}", {}}, said, said), 3);
     EXPECT_EQ(said.str(), folder.path() + ": this is not a desk folder: it has no desk.toml\n");
 }
 
@@ -279,15 +292,20 @@ TEST_F(CallDesk, TextsThatCannotBeACallAreAMistake) {
         CCallRequest request;
         const char* mistake;
     } rows[] = {
-        {{"", "{}", ""}, "FUNCTION is empty\n"},
-        {{"\xff", "{}", ""}, "FUNCTION is not UTF-8\n"},
-        {{"f", "[]", ""}, "JSON cannot be used: it is not an object\n"},
-        {{"f", R"({"a":1,"a":2})", ""}, "JSON cannot be used: the key \"a\" is there twice\n"},
-        {{"f", "{}", "1"}, "the JSON of --algo cannot be used: it is not an object\n"},
+        {{"", "{}", {}}, "FUNCTION is empty\n"},
+        {{"\xff", "{}", {}}, "FUNCTION is not UTF-8\n"},
+        {{"f", "[]", {}}, "JSON cannot be used: it is not an object\n"},
+        {{"f", R"({"a":1,"a":2})", {}}, "JSON cannot be used: the key \"a\" is there twice\n"},
+        {{"smartalgopypassorder", "{}", "1"}, "the JSON of --algo cannot be used: it is not an object\n"},
+        {{"smartalgopypassorder", "{}", ""},
+         "smartalgopypassorder needs the settings of an algorithm (algo); without them it would be a plain "
+         "order\n"},
+        {{"passorder", "{}", "{}"},
+         "only smartalgopypassorder takes the settings of an algorithm (algo); passorder would ignore "
+         "them\n"},
     };
     for (const auto& row : rows) {
-        const CPrinted printed =
-            call(row.request.m_strFunction, row.request.m_strParam, row.request.m_strAlgo);
+        const CPrinted printed = call(row.request.m_strFunction, row.request.m_strParam, row.request.m_algo);
         EXPECT_EQ(printed.m_nCode, 2);
         EXPECT_EQ(printed.m_strErr, row.mistake);
     }
@@ -319,6 +337,23 @@ TEST(PrintAnswer, LongListsEndWithTheNumberOfTheRest) {
                           "  and 1 order more\n");
 }
 
+TEST(PrintAnswer, NumberOfTheRestIsPrintedInItsPlace) {
+    CJson answer{{"result", "refused"}, {"cause", "why"}, {"more_failures", 7}};
+    for (int i = 0; i < 200; ++i)
+        answer["failures"].push_back({{"text", 'f' + std::to_string(i)}});
+    std::ostringstream said, failed;
+    EXPECT_EQ(printAnswer(answer.dump(), said, failed), 1);
+    EXPECT_EQ(said.str().rfind("NOTHING SENT: why\n  f0\n", 0), 0U);
+    EXPECT_NE(said.str().find("  f149\n  and 7 failures more\n  f150\n"), std::string::npos) << said.str();
+}
+
+/// A script must not repeat the call because of the exit code.
+TEST(PrintAnswer, OutcomeThatIsNotKnownIsNotNothing) {
+    std::ostringstream said, failed;
+    EXPECT_EQ(printAnswer(R"({"result":"unknown","cause":"an error"})", said, failed), 4);
+    EXPECT_EQ(said.str(), "NOT KNOWN: an error\n");
+}
+
 TEST(PrintAnswer, ControlCharactersDoNotReachTheTerminal) {
     std::ostringstream said, failed;
     EXPECT_EQ(printAnswer(R"({"result":"refused","messages":[{"text":"a\u001b[2Jb","title":"t\n"}]})", said,
@@ -332,28 +367,6 @@ TEST(PrintAnswer, AnswerThatCannotBeReadIsNoAnswer) {
     for (const char* answer : {"", "nonsense", "[]", "{}", R"({"result":1})"})
         EXPECT_EQ(printAnswer(answer, said, failed), 4) << answer;
     EXPECT_EQ(said.str(), "");
-}
-
-class FunctionCalls : public testing::Test {
-protected:
-    void SetUp() override { ASSERT_TRUE(journal.open(folder.path()).isSuccess()); }
-
-    CTempFolder folder;
-    CJournal journal;
-    CFunctionCalls calls{journal, {}};
-};
-
-TEST_F(FunctionCalls, CallDuringTheEndIsRefused) {
-    calls.refuseNew();
-    EXPECT_EQ(calls.answer(R"({"call":"passorder","param":{}})"),
-              R"({"result":"ending","cause":"the desk ends; nothing was carried out"})");
-    EXPECT_EQ(folder.read("journal.jsonl").find("\"kind\":\"call\""), std::string::npos);
-}
-
-TEST_F(FunctionCalls, PlacingCallThatCannotBeRecordedIsRefused) {
-    ASSERT_TRUE(journal.close("over").isSuccess());
-    EXPECT_EQ(calls.answer(R"({"call":"passorder","param":{}})"),
-              R"({"result":"refused","cause":"the call cannot be recorded: the journal is not open"})");
 }
 
 } // namespace

@@ -151,6 +151,43 @@ TEST(CallReport, LongListsOfAnAnswerAreCut) {
     EXPECT_FALSE(answer.contains("more_failures"));
 }
 
+/// The messages "m0" to "m249", as each failing row of a basket gives them.
+std::vector<CCapturedRecord> manyMessages() {
+    std::vector<CCapturedRecord> many;
+    for (int i = 0; i < 250; ++i)
+        many.push_back(message('m' + std::to_string(i)));
+    return many;
+}
+
+/// The last message is the reason why the rest was not sent.
+TEST(CallReport, LongListsKeepTheirLastElements) {
+    std::vector<CCallFailure> failures;
+    for (int i = 0; i < 250; ++i)
+        failures.push_back({1, "k", 'f' + std::to_string(i)});
+    const CCallReport refused = report(manyMessages(), failures);
+    const CJson answer = callAnswer(refused, 0, {});
+    EXPECT_EQ(answer["cause"], "m249");
+    EXPECT_EQ(answer["messages"][149]["text"], "m149");
+    EXPECT_EQ(answer["messages"][150]["text"], "m200");
+    EXPECT_EQ(answer["messages"][199]["text"], "m249");
+    EXPECT_EQ(answer["failures"][199]["text"], "f249");
+    EXPECT_EQ(answer["more_failures"], 50);
+    const CJson recorded = callEndFields(refused, 0);
+    EXPECT_EQ(recorded["cause"], "m249");
+    EXPECT_EQ(recorded["failures"].size(), 200u);
+    EXPECT_EQ(recorded["failures"][199]["text"], "f249");
+    EXPECT_EQ(recorded["more_failures"], 50);
+}
+
+/// With a short list the cause would only repeat it. A call that has sent something has no cause.
+TEST(CallReport, OnlyARefusalWithManyMessagesNamesTheLast) {
+    EXPECT_EQ(report({message("bad")}, {{7, "b", "bad"}}).m_strCause, "");
+    EXPECT_EQ(report({}, std::vector<CCallFailure>(201, {1, "k", "last"})).m_strCause, "last");
+    std::vector<CCapturedRecord> sent = manyMessages();
+    sent.push_back(command(8, 3));
+    EXPECT_EQ(report(sent).m_strCause, "");
+}
+
 TEST(CallReport, RecordOfTheEndNamesTheCall) {
     EXPECT_EQ(callEndFields(report({command(8, 3)}), 6).dump(), R"({"event":"sent","call":6,"tasks":[3]})");
     EXPECT_EQ(callEndFields(report({}, {{7, "b", "bad"}}), 0).dump(),

@@ -14,12 +14,12 @@ std::string mistakeOf(const std::string& line) {
 
 TEST(CallRequest, TextsArePassedOnUnchanged) {
     CCallRequest request;
-    const utils::KNError read =
-        readCallRequest(R"({"call":"passorder","param":"{\"b\" : 1.50, \"a\":-0}","algo":"x"})", request);
+    const utils::KNError read = readCallRequest(
+        R"({"call":"smartalgopypassorder","param":"{\"b\" : 1.50, \"a\":-0}","algo":"x"})", request);
     ASSERT_TRUE(read.isSuccess()) << read.errorMsg();
-    EXPECT_EQ(request.m_strFunction, "passorder");
+    EXPECT_EQ(request.m_strFunction, "smartalgopypassorder");
     EXPECT_EQ(request.m_strParam, R"({"b" : 1.50, "a":-0})");
-    EXPECT_EQ(request.m_strAlgo, "x");
+    EXPECT_EQ(request.m_algo, "x");
 }
 
 TEST(CallRequest, ObjectsAreWrittenAnewWithTheirKeysInOrder) {
@@ -29,18 +29,18 @@ TEST(CallRequest, ObjectsAreWrittenAnewWithTheirKeysInOrder) {
         request);
     ASSERT_TRUE(read.isSuccess()) << read.errorMsg();
     EXPECT_EQ(request.m_strParam, R"({"opType":23,"modelVolume":"100","z":2147483648,"a":"中"})");
-    EXPECT_EQ(request.m_strAlgo, "");
+    EXPECT_EQ(request.m_algo, std::nullopt);
 }
 
 TEST(CallRequest, LineOfARequestIsReadAsThatRequest) {
-    const CCallRequest sent{"passorder", "{\"note\":\"备注\n\\u0000\"}", "{}"};
+    const CCallRequest sent{"SmartAlgoPyPassOrder", "{\"note\":\"备注\n\\u0000\"}", "{}"};
     const std::string line = callRequestLine(sent);
     EXPECT_EQ(line.find('\n'), std::string::npos);
     CCallRequest read;
     ASSERT_TRUE(readCallRequest(line, read).isSuccess());
     EXPECT_EQ(read.m_strFunction, sent.m_strFunction);
     EXPECT_EQ(read.m_strParam, sent.m_strParam);
-    EXPECT_EQ(read.m_strAlgo, sent.m_strAlgo);
+    EXPECT_EQ(read.m_algo, sent.m_algo);
 }
 
 TEST(CallRequest, SaysWhatIsWrong) {
@@ -84,7 +84,22 @@ TEST(CallRequest, SixteenLevelsAreAllowed) {
 
 /// The same key in two objects is not the same key twice.
 TEST(CallRequest, KeyMayBeInSeveralObjects) {
-    EXPECT_EQ(mistakeOf(R"({"call":"f","param":{"call":1,"a":[{"b":1},{"b":2}]},"algo":{"call":1}})"), "");
+    EXPECT_EQ(mistakeOf(R"({"call":"f","param":{"call":1,"a":[{"b":1},{"b":2}],"c":{"a":1}}})"), "");
+}
+
+/// Both slips would be plain orders, which send their whole volume at once.
+TEST(CallRequest, SettingsOfAnAlgorithmBelongToTheSmartFunction) {
+    const std::string needed = "the request is refused: smartalgopypassorder needs the settings of an "
+                               "algorithm (algo); without them it would be a plain order";
+    const std::string ignored =
+        "the request is refused: only smartalgopypassorder takes the settings of an algorithm (algo); "
+        "passorder would ignore them";
+    EXPECT_EQ(mistakeOf(R"({"call":"smartalgopypassorder","param":{}})"), needed);
+    EXPECT_EQ(mistakeOf(R"({"call":"SMARTALGOPYPASSORDER","param":{},"algo":""})"), needed);
+    EXPECT_EQ(mistakeOf(R"({"call":"smartalgopypassorder","param":{},"algo":{}})"), "");
+    EXPECT_EQ(mistakeOf(R"({"call":"passorder","param":{},"algo":{"m_strategyType":"twap"}})"), ignored);
+    EXPECT_EQ(mistakeOf(R"({"call":"passorder","param":{},"algo":""})"), ignored);
+    EXPECT_EQ(mistakeOf(R"({"call":"passorder","param":{}})"), "");
 }
 
 TEST(CallRequest, ParameterMustBeOneObject) {

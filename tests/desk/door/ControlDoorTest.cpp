@@ -71,8 +71,10 @@ TEST_F(ControlDoor, RemovesItsSocketAtTheEnd) {
     boost::asio::io_context io;
     stream_protocol::socket socket(io);
     const utils::KNError connected = connectToControlSocket(folder.path(), socket);
-    EXPECT_EQ(connected.errorId(), kControlNotRunning);
-    EXPECT_EQ(connected.errorMsg(), "no desk runs in " + folder.path());
+    EXPECT_EQ(connected.errorId(), kControlNoAnswer);
+    EXPECT_EQ(connected.errorMsg(), "no desk answers in " + folder.path() +
+                                        ": none runs, or it is starting or ending, or it has no control door "
+                                        "(its screen says so)");
 }
 
 /// A killed desk leaves its socket, and perhaps the socket that was to replace it.
@@ -84,7 +86,7 @@ TEST_F(ControlDoor, ReplacesTheSocketsOfAKilledDesk) {
         ASSERT_TRUE(folder.exists(name));
     }
     stream_protocol::socket socket(io);
-    EXPECT_EQ(connectToControlSocket(folder.path(), socket).errorId(), kControlNotRunning);
+    EXPECT_EQ(connectToControlSocket(folder.path(), socket).errorId(), kControlNoAnswer);
     CControlDoor door(echo);
     ASSERT_EQ(open(door, folder.path()), "");
     EXPECT_EQ(CControlClient(folder.path()).ask("one"), "answer to one");
@@ -94,6 +96,12 @@ TEST_F(ControlDoor, KeepsAFileThatHasItsName) {
     folder.write("control.sock", "mine");
     CControlDoor door(echo);
     EXPECT_EQ(open(door, folder.path()),
+              folder.path("control.sock") + ": there is a file with this name that is not a socket");
+    boost::asio::io_context io;
+    stream_protocol::socket socket(io);
+    const utils::KNError connected = connectToControlSocket(folder.path(), socket);
+    EXPECT_EQ(connected.errorId(), kControlUnusable);
+    EXPECT_EQ(connected.errorMsg(),
               folder.path("control.sock") + ": there is a file with this name that is not a socket");
     door.close();
     EXPECT_EQ(folder.read("control.sock"), "mine");
@@ -171,7 +179,7 @@ TEST_F(ControlDoor, DisconnectsAClientThatSendsNoWholeLine) {
     CControlClient idle(folder.path());
     EXPECT_EQ(idle.readLine(), "-");
     CControlClient half(folder.path());
-    ASSERT_TRUE(half.send("half a line"));
+    (void)half.send("half a line"); // if this thread was late, the door has closed the connection before
     EXPECT_EQ(half.readLine(), "-");
     EXPECT_EQ(calls, 0);
 }
@@ -212,7 +220,8 @@ TEST_F(ControlDoor, RequestOfAClientThatHasLeftIsCarriedOut) {
     EXPECT_EQ(CControlClient(folder.path()).ask("two"), "two");
 }
 
-TEST_F(ControlDoor, ExceptionOfARequestIsItsAnswer) {
+/// The command may have gone out before the exception.
+TEST_F(ControlDoor, AfterAnExceptionTheOutcomeIsNotKnown) {
     CControlDoor door([](const std::string& line) -> std::string {
         if (line == "one") throw std::runtime_error("no \xff luck");
         if (line == "two") throw 2; // NOLINT: not of the standard library
@@ -220,8 +229,11 @@ TEST_F(ControlDoor, ExceptionOfARequestIsItsAnswer) {
     });
     ASSERT_EQ(open(door, folder.path()), "");
     CControlClient client(folder.path());
-    EXPECT_EQ(client.ask("one"), "{\"result\":\"failed\",\"cause\":\"no \xEF\xBF\xBD luck\"}");
-    EXPECT_EQ(client.ask("two"), R"({"result":"failed","cause":"an unknown exception"})");
+    const std::string head = R"({"result":"unknown","cause":"an error ended the request: )";
+    const std::string tail =
+        R"(; it may have been carried out, so look in the journal before you repeat it"})";
+    EXPECT_EQ(client.ask("one"), head + "no \xEF\xBF\xBD luck" + tail);
+    EXPECT_EQ(client.ask("two"), head + "an unknown exception" + tail);
     EXPECT_EQ(client.ask("three"), "three");
 }
 
@@ -241,7 +253,7 @@ TEST_F(ControlDoor, ClientThatDoesNotReadHoldsUpNobody) {
 
 TEST_F(ControlDoor, DisconnectsAClientThatDoesNotReadItsAnswer) {
     CControlLimits few = limits();
-    few.m_patience = std::chrono::milliseconds(20);
+    few.m_patience = std::chrono::seconds(1); // also for the request, which a late thread must not miss
     CControlDoor door([](const std::string&) { return std::string(8 << 20, 'x'); }, few);
     ASSERT_EQ(open(door, folder.path()), "");
     CControlClient silent(folder.path());
@@ -317,6 +329,8 @@ TEST_F(ControlDoor, ManyClientsGetTheirOwnAnswers) {
     std::atomic<bool> together{false};
     CControlDoor door([&](const std::string& line) {
         if (++running > 1) together = true;
+        std::this_thread::yield(); // otherwise two handlers would almost never meet
+        if (running > 1) together = true;
         --running;
         return echo(line);
     });
