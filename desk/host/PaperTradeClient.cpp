@@ -123,8 +123,26 @@ void CPaperTradeClient::cancelOrder(const boost::shared_ptr<knservice::COrderDet
 void CPaperTradeClient::reportCheckFailed(const std::string& tradeKey, const utils::KNError& error) {
     const auto command = boost::make_shared<knservice::COrderCommand>();
     command->m_strTradeKey = tradeKey;
+    {
+        const std::lock_guard lock(m_refusedMutex);
+        m_refused.emplace_back(command, error);
+    }
+    continueLater();
+}
+
+void CPaperTradeClient::continueLater() {
     QMetaObject::invokeMethod(
-        this, [this, command, error] { emit sigOrderCheckFailed(command, error); }, Qt::QueuedConnection);
+        this, [this] { emitRefused(); }, Qt::QueuedConnection);
+}
+
+void CPaperTradeClient::emitRefused() {
+    std::vector<std::pair<knservice::COrderCommandPtr, utils::KNError>> refused;
+    {
+        const std::lock_guard lock(m_refusedMutex);
+        refused.swap(m_refused);
+    }
+    for (const auto& [command, error] : refused)
+        emit sigOrderCheckFailed(command, error);
 }
 
 void CPaperTradeClient::cancelOne(const std::vector<std::string>& words, const std::string& reason) {

@@ -8,8 +8,10 @@
 #include "orderservice/platform/TradeClient.h"
 
 #include <map>
+#include <mutex>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace desk {
@@ -87,11 +89,18 @@ private:
                             const std::vector<double>& ratios, const std::string& stockKey,
                             TC::EOperationType operation) const;
 
+    /// Makes this object's thread call emitRefused.
+    void continueLater();
+    void emitRefused();
+
     CJournal& m_journal;
     CPaperBroker& m_broker;
     const IQuoteSource& m_quotes;
     CTextSink& m_sink;
     std::map<std::string, int> m_loginStatus; ///< by account key
+
+    std::mutex m_refusedMutex; ///< nothing is called with it
+    std::vector<std::pair<knservice::COrderCommandPtr, utils::KNError>> m_refused; ///< not emitted yet
 };
 
 } // namespace desk
