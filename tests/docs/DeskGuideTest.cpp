@@ -11,6 +11,7 @@
 #include <fstream>
 #include <future>
 #include <iterator>
+#include <optional>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -72,7 +73,7 @@ protected:
             const std::vector<std::string> words = wordsOf(replaced(block.text, "\\\n", ""));
             if (words.size() != 5 || words[1] != "call") continue;
             std::ostringstream printed;
-            EXPECT_EQ(runCall(folder.path("desk"), {words[3], words[4], ""}, printed, printed), 0);
+            EXPECT_EQ(runCall(folder.path("desk"), {words[3], words[4], std::nullopt}, printed, printed), 0);
             return printed.str();
         }
         return "the page has no call";
