@@ -74,7 +74,7 @@ std::string textOf(const CJson& object, const char* key) {
                                                        : std::string();
 }
 
-/// The elements of a list; empty if there is none.
+/// The elements of a list; empty if the object has no list of this name.
 CJson elementsOf(const CJson& answer, const char* key) {
     const auto found = answer.find(key);
     return found != answer.end() && found->is_array() ? *found : CJson::array();

@@ -57,7 +57,7 @@ private:
     std::vector<std::set<std::string>> m_keys; ///< of each object or list that is open
 };
 
-/// The object that the text is. Throws std::exception with the reason if it is none.
+/// The object that the text is. Throws std::exception with the reason if the text is not an object.
 CJson parseObject(const std::string& text) {
     CStrictness strictness;
     CJson object = CJson::parse(text, [&](int depth, CJson::parse_event_t event, CJson& value) {

@@ -46,8 +46,8 @@ public:
     /// (AccountAssets.h).
     boost::shared_ptr<knservice::CAccountData> of(const std::string& accountKey) const;
 
-    /// The key of the account of this kind with this display id or, if there is none, with this key. Empty if
-    /// there is no such account.
+    /// The key of the account of this kind with this display id or, if no account has it, with this key.
+    /// Empty if there is no such account.
     std::string keyOf(const std::string& id, int brokerType) const;
 
     CPaperBroker& broker() const { return m_broker; }

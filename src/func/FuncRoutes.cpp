@@ -23,7 +23,7 @@ void runPlain(const COrderFuncParam& param, const COrderStrategyParam& strategy,
 
 /// The routines of one trade type.
 struct CRoutes {
-    CRoutine m_pfnSingle; ///< null: there is none
+    CRoutine m_pfnSingle; ///< null if the trade type has no routine
     CRoutine m_pfnBasket; ///< for the order types of baskets
 };
 

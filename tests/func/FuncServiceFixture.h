@@ -24,16 +24,6 @@ protected:
                 failures.push_back({id, key, error.errorMsg()});
             });
     }
-    /// The parameter text of a call: the defaults with these changes.
-    std::string textOf(const std::map<std::string, std::string>& changes = {}) const {
-        auto keys = defaults;
-        for (const auto& [key, value] : changes)
-            keys[key] = value;
-        std::string text = "{";
-        for (const auto& [key, value] : keys)
-            text += (text.size() > 1 ? ",\"" : "\"") + key + "\":" + value;
-        return text + "}";
-    }
     void pass(const std::map<std::string, std::string>& changes = {}) {
         service.doParserOrder("passorder", textOf(changes), {});
     }

@@ -243,7 +243,7 @@ TEST_F(FutureEdges, MultiplierThatIsNotKnownGivesNoShareOfTheAssets) {
     assets->m_dAssetForRatio = assets->m_dAssetCheck = 1e7;
     accounts["F1"]->m_detail = assets;
     call(orderSpec, {{"orderType", "1113"}, {"modelVolume", "\"0.5\""}});
-    EXPECT_TRUE(onlyCommand()->m_codes.empty()); // the market of the fixture is none of the known ones
+    EXPECT_TRUE(onlyCommand()->m_codes.empty()); // the fixture's market is not a known one
     EXPECT_EQ(failures.size(), 1u);
 }
 

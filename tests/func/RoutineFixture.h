@@ -51,20 +51,24 @@ protected:
         host.quotes.quotes[key] = quote;
         return *quote;
     }
-    using CRoutine = void (*)(const TC::COrderFuncParam&, const TC::COrderStrategyParam&,
-                              const TC::CFuncReporter&);
-    /// Reads the keys over those of `defaults`, and runs the routine.
-    void call(CRoutine routine, const std::map<std::string, std::string>& changes = {}) {
+    /// The parameter text of a call: the defaults with these changes.
+    std::string textOf(const std::map<std::string, std::string>& changes = {}) const {
         auto keys = defaults;
         for (const auto& [key, value] : changes)
             keys[key] = value;
         std::string text = "{";
         for (const auto& [key, value] : keys)
             text += (text.size() > 1 ? ",\"" : "\"") + key + "\":" + value;
+        return text + "}";
+    }
+    using CRoutine = void (*)(const TC::COrderFuncParam&, const TC::COrderStrategyParam&,
+                              const TC::CFuncReporter&);
+    /// Reads the keys over those of `defaults`, and runs the routine.
+    void call(CRoutine routine, const std::map<std::string, std::string>& changes = {}) {
         param = TC::COrderFuncParam();
         param.m_strFuncName = QStringLiteral("passorder");
         std::string error;
-        TC::parserParam(param, text + "}", error);
+        TC::parserParam(param, textOf(changes), error);
         EXPECT_EQ(error, "");
         callParsed(routine);
     }
